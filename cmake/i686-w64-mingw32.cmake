@@ -1,0 +1,5 @@
+# The 32-bit toolchain: ZELT.EXE, the packages that it hosts, and the 32-bit simulator.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(toolchain_prefix i686-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

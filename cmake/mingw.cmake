@@ -1,0 +1,16 @@
+# What both toolchains share. The posix thread model is named: only its libstdc++ has std::thread and std::mutex.
+set(CMAKE_C_COMPILER   ${toolchain_prefix}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${toolchain_prefix}-g++-posix)
+set(CMAKE_ASM_COMPILER ${toolchain_prefix}-gcc-posix)
+set(CMAKE_RC_COMPILER  ${toolchain_prefix}-windres)
+
+set(CMAKE_FIND_ROOT_PATH /usr/${toolchain_prefix})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+
+# Built programs and tests run under Wine.
+find_program(ZELT_WINE wine)
+if(ZELT_WINE)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${ZELT_WINE})
+endif()

@@ -1,0 +1,18 @@
+# Compiler and linker settings of every target.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-Wall> $<$<COMPILE_LANGUAGE:C,CXX>:-Wextra>
+                    $<$<COMPILE_LANGUAGE:C,CXX>:-Werror>)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
+  # SSE2 is the floor of Windows 10; with it a double is 64 bits wide everywhere, so that a package computes the same in
+  # every process. Callers built by other compilers align the stack to 4 bytes only.
+  add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-msse2> $<$<COMPILE_LANGUAGE:C,CXX>:-mfpmath=sse>
+                      $<$<COMPILE_LANGUAGE:C,CXX>:-mstackrealign>)
+endif()
+
+# No runtime DLL beside a program: the compiler's libraries are linked in.
+add_link_options(-static -Wl,--no-insert-timestamp)
+include_directories(${CMAKE_SOURCE_DIR})

@@ -1,0 +1,5 @@
+# The 64-bit toolchain: the 64-bit simulator, and the proof that no source assumes a pointer's size.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(toolchain_prefix x86_64-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

@@ -1,0 +1,45 @@
+// A part that implements a dual interface: IDispatch is served from type information, for this interface alone.
+#pragma once
+
+#include "com/object.h"
+#include "com/type_info.h"
+
+namespace com {
+
+// The four methods of IDispatch for the dual interface `iid`, whose implementation is `instance`.
+HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
+HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids);
+HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                       EXCEPINFO* exception, UINT* argumentError);
+
+template <class I>
+class DualPart : public Part<I> {
+public:
+    using Part<I>::Part;
+
+    STDMETHOD(GetTypeInfoCount)(UINT* count) override
+    {
+        if (!count) return E_POINTER;
+        *count = 1;
+        return S_OK;
+    }
+    STDMETHOD(GetTypeInfo)(UINT index, LCID, ITypeInfo** info) override
+    {
+        return DispatchGetTypeInfo(__uuidof(I), index, info);
+    }
+    STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override
+    {
+        return DispatchGetIDsOfNames(__uuidof(I), names, count, ids);
+    }
+    STDMETHOD(Invoke)(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                      EXCEPINFO* exception, UINT* argumentError) override
+    {
+        return DispatchInvoke(__uuidof(I), static_cast<I*>(this), member, flags, parameters, result, exception,
+                              argumentError);
+    }
+
+protected:
+    ~DualPart() = default;
+};
+
+}  // namespace com

@@ -1,0 +1,42 @@
+// The one converter between exceptions, used inside, and status codes, used at COM edges.
+#pragma once
+
+#include <windows.h>
+
+#include <new>
+
+namespace com {
+
+// A failure to be answered with `code`.
+class Failure {
+public:
+    explicit Failure(HRESULT code) : code(code) {}
+    HRESULT Code() const { return code; }
+
+private:
+    HRESULT code;
+};
+
+// Throws when `code` is a failure.
+inline void Check(HRESULT code)
+{
+    if (FAILED(code)) throw Failure(code);
+}
+
+// Runs `body`, which returns a status code, and lets nothing out: memory exhausted is E_OUTOFMEMORY, a Failure its code,
+// anything else E_UNEXPECTED.
+template <class Body>
+HRESULT NoThrow(Body&& body) noexcept
+{
+    try {
+        return body();
+    } catch (const Failure& failure) {
+        return failure.Code();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+}  // namespace com

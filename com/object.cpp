@@ -1,0 +1,58 @@
+#include "com/object.h"
+
+namespace com {
+
+InterfaceEntry::InterfaceEntry(Object& object, const IID& iid, IUnknown* pointer) : iid(iid), pointer(pointer)
+{
+    (object.lastInterface ? object.lastInterface->next : object.firstInterface) = this;
+    object.lastInterface = this;
+}
+
+const InterfaceEntry* Object::FindInterface(REFIID iid) const
+{
+    const InterfaceEntry* entry = firstInterface;
+    while (entry && !IsEqualIID(entry->Iid(), iid)) entry = entry->Next();
+    return entry;
+}
+
+STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
+{
+    if (!result) return E_POINTER;
+    *result = nullptr;
+
+    IUnknown* answer = nullptr;
+    if (IsEqualIID(iid, IID_IUnknown)) {
+        answer = this;
+    } else if (IsEqualIID(iid, IID_IDispatch)) {
+        answer = ScriptInterface();
+    } else {
+        const InterfaceEntry* entry = FindInterface(iid);
+        const HRESULT allowed = BeforeQueryInterface(iid, entry);
+        if (FAILED(allowed)) return allowed;
+        if (entry) answer = entry->Pointer();
+    }
+    if (!answer) return E_NOINTERFACE;
+    answer->AddRef();
+    *result = answer;
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) Object::AddRef() { return static_cast<ULONG>(++referenceCount); }
+
+STDMETHODIMP_(ULONG) Object::Release()
+{
+    if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
+    if (!finalReleaseDone) {
+        finalReleaseDone = true;
+        referenceCount = 1;
+        FinalRelease();
+        // A caller that came in through a message box may hold the object now; its Release destroys it.
+        if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
+    }
+    // Nothing may bring the object back to this point while its destructor releases what it holds.
+    referenceCount = 1;
+    delete this;
+    return 0;
+}
+
+}  // namespace com
