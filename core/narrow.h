@@ -1,0 +1,21 @@
+// Conversion between wide strings and the 8-bit text of logs and of the registry. Logs use the system's ANSI code page,
+// the registry the calling thread's; characters that the code page lacks are lost, as both formats intend.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace zelt {
+
+// Appends `text` in `codePage` to `out`. Embedded NULs are converted like any other character.
+void AppendNarrow(std::string& out, std::wstring_view text, UINT codePage = CP_ACP);
+
+std::string Narrow(std::wstring_view text, UINT codePage = CP_ACP);
+std::wstring Widen(std::string_view text, UINT codePage = CP_ACP);
+
+// The text of a BSTR up to its first NUL; empty for a null one.
+inline std::wstring_view TextOf(BSTR text) { return text ? std::wstring_view(text) : std::wstring_view(); }
+
+}  // namespace zelt
