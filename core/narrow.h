@@ -3,6 +3,7 @@
 #pragma once
 
 #include <windows.h>
+#include <wtypes.h>
 
 #include <string>
 #include <string_view>
