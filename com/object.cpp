@@ -27,7 +27,7 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
         answer = ScriptInterface();
     } else {
         const InterfaceEntry* entry = FindInterface(iid);
-        const HRESULT allowed = BeforeQueryInterface(iid, entry);
+        const HRESULT allowed = NoThrow([&] { return BeforeQueryInterface(iid, entry); });
         if (FAILED(allowed)) return allowed;
         if (entry) answer = entry->Pointer();
     }
@@ -45,7 +45,10 @@ STDMETHODIMP_(ULONG) Object::Release()
     if (!finalReleaseDone) {
         finalReleaseDone = true;
         referenceCount = 1;
-        FinalRelease();
+        NoThrow([&] {
+            FinalRelease();
+            return S_OK;
+        });
         // A caller that came in through a message box may hold the object now; its Release destroys it.
         if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
     }

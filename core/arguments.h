@@ -1,0 +1,200 @@
+// Descriptors of a proxied method's arguments, the vocabulary of its row. A descriptor that carries an argument has the
+// parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
+// carries none: it adds a check in its place among the logged arguments.
+//
+// Steps, in this order: Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
+// logged call), Value (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
+#pragma once
+
+#include <type_traits>
+
+#include "core/enumeration_writers.h"
+#include "core/logged_call.h"
+#include "core/narrow.h"
+#include "core/value_writers.h"
+#include "core/variant_writer.h"
+
+namespace zelt {
+
+struct Mark {};
+
+template <class D>
+inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
+
+// What descriptors do when they have nothing to do in a step.
+struct NoSteps {
+    void Describe(LoggedCall&) const {}
+    HRESULT Prepare(LoggedCall&) { return S_OK; }
+    void Finish(LoggedCall&, HRESULT&) const {}
+    void Release() {}
+};
+
+// --- How a value is written, chosen by its C++ type unless the row says otherwise.
+
+struct ByType {
+    template <class T>
+    static void Write(LogDocument& document, const char* name, bool isIn, const T& value)
+    {
+        if constexpr (std::is_pointer_v<T> && std::is_convertible_v<T, IUnknown*>) {
+            WriteArg(document, name, isIn, static_cast<IUnknown*>(value));
+        } else {
+            WriteArg(document, name, isIn, value);
+        }
+    }
+};
+
+struct AsShape {
+    Shape shape;
+    void Write(LogDocument& document, const char* name, bool isIn, const VARIANT& value) const
+    {
+        WriteArg(document, name, isIn, value, shape);
+    }
+};
+
+struct AsVariantBool {
+    static void Write(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value)
+    {
+        WriteVariantBoolArg(document, name, isIn, value);
+    }
+};
+
+struct AsFlags {
+    static void Write(LogDocument& document, const char* name, bool isIn, int value)
+    {
+        WriteFlagsArg(document, name, isIn, value);
+    }
+};
+
+// --- Inputs and outputs.
+
+template <class T, class Format>
+struct InArgument : NoSteps {
+    using Parameter = T;
+    const char* name;
+    const T& value;
+    Format format;
+
+    InArgument(const char* name, const T& value, Format format) : name(name), value(value), format(format) {}
+    void Describe(LoggedCall& call) const
+    {
+        if (LogDocument* log = call.Document()) format.Write(*log, name, true, value);
+    }
+    const T& Value() const { return value; }
+};
+
+// A value that goes in: string, number, enumeration, interface pointer or VARIANT.
+template <class T>
+auto In(const char* name, const T& value)
+{
+    return InArgument<T, ByType>(name, value, {});
+}
+inline auto In(const char* name, const VARIANT& value, Shape shape)
+{
+    return InArgument<VARIANT, AsShape>(name, value, {shape});
+}
+inline auto InFlags(const char* name, const int& value) { return InArgument<int, AsFlags>(name, value, {}); }
+
+void WarnNullOutput(LogDocument& document, const char* name);
+
+template <class T, class Format>
+struct OutArgument : NoSteps {
+    using Parameter = T*;
+    const char* name;
+    T* value;
+    Format format;
+
+    OutArgument(const char* name, T* value, Format format) : name(name), value(value), format(format) {}
+    T* Value() const { return value; }
+    void Finish(LoggedCall& call, HRESULT& result) const
+    {
+        LogDocument* log = call.Document();
+        if (!log || FAILED(result)) return;
+        value ? format.Write(*log, name, false, *value) : WarnNullOutput(*log, name);
+    }
+};
+
+// A value that comes back; logged only when the call succeeded.
+template <class T>
+auto Out(const char* name, T* value)
+{
+    return OutArgument<T, ByType>(name, value, {});
+}
+inline auto Out(const char* name, VARIANT* value, Shape shape)
+{
+    return OutArgument<VARIANT, AsShape>(name, value, {shape});
+}
+inline auto OutBool(const char* name, VARIANT_BOOL* value)
+{
+    return OutArgument<VARIANT_BOOL, AsVariantBool>(name, value, {});
+}
+
+// --- Interface pointers.
+
+// An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
+struct WrappedIn : NoSteps {
+    using Parameter = IDispatch*;
+    const char* name;
+    IDispatch* pointer;
+    WrapSite site;
+    CapeOpenBase* proxy = nullptr;
+    ForeignPtr<IDispatch> wrapper;
+
+    WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
+    void Describe(LoggedCall& call) const;
+    HRESULT Prepare(LoggedCall& call);
+    IDispatch* Value() const { return wrapper ? wrapper.Get() : pointer; }
+    void Release() { wrapper = ForeignPtr<IDispatch>(); }
+};
+
+// An object that comes back and is replaced by a proxy, logged or not. A failed call leaves null.
+struct WrappedOut : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    IDispatch** pointer;
+    WrapSite site;
+
+    WrappedOut(const char* name, IDispatch** pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
+    IDispatch** Value() const { return pointer; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+// A pointer to an interface pointer that goes in as it is: the inner pointer is logged, and the callee gets the address of a
+// copy, so that the caller's slot is never written. Null at either level passes as null.
+struct InSlot : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    bool isNull;
+    mutable IDispatch* copy;
+
+    InSlot(const char* name, IDispatch** slot) : name(name), isNull(!slot), copy(slot ? *slot : nullptr) {}
+    void Describe(LoggedCall& call) const;
+    IDispatch** Value() const { return isNull ? nullptr : &copy; }
+};
+
+// --- Marks.
+
+// The method changes the object: an error on a proxy that is read-only.
+struct Write : Mark, NoSteps {
+    void Describe(LoggedCall& call) const;
+};
+
+// An error when the condition holds; the call goes on.
+struct ErrorIf : Mark, NoSteps {
+    bool condition;
+    const char* text;
+
+    ErrorIf(bool condition, const char* text) : condition(condition), text(text) {}
+    void Describe(LoggedCall& call) const;
+};
+
+// Keeps the object behind a proxy alive over the forwarded call. Null, and an object that is no proxy, is left alone.
+struct HoldOriginal : Mark, NoSteps {
+    IUnknown* object;
+    ForeignPtr<IUnknown> original;
+
+    explicit HoldOriginal(IUnknown* object) : object(object) {}
+    HRESULT Prepare(LoggedCall& call);
+    void Release() { original = ForeignPtr<IUnknown>(); }
+};
+
+}  // namespace zelt

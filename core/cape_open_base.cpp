@@ -1,0 +1,136 @@
+#include "core/cape_open_base.h"
+
+#include <cape-open.h>
+#include <comutil.h>
+#include <zelt.h>
+
+#include <algorithm>
+
+#include "core/error_description.h"
+#include "core/interface_name.h"
+#include "core/narrow.h"
+
+namespace zelt {
+
+InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
+
+CapeOpenBase::CapeOpenBase(const ProxyTraits& traits)
+    : traits(traits), isIn(traits.isIn), servedVersion(traits.servedVersion)
+{
+}
+
+CapeOpenBase::~CapeOpenBase()
+{
+    if (root) std::erase(root->children, this);
+}
+
+void CapeOpenBase::AttachThrough(IUnknown* object, CapeOpenBase& through)
+{
+    Join(through);
+    if (object) {
+        object->AddRef();
+        wrapped = ForeignPtr<IUnknown>(object);
+    }
+    document.Attach(through.document.Get());
+    if (Document()) AskName();
+}
+
+void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string rootName)
+{
+    isRoot = true;
+    if (object) {
+        object->AddRef();
+        wrapped = ForeignPtr<IUnknown>(object);
+    }
+    document.Attach(log);
+    name = std::move(rootName);
+}
+
+void CapeOpenBase::Join(CapeOpenBase& through)
+{
+    root = through.isRoot ? &through : through.root;
+    if (root) root->children.push_back(this);
+}
+
+// The name that the wrapped object gives itself. A plain look-up, not a logged call.
+void CapeOpenBase::AskName()
+{
+    const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(Wrapped());
+    if (!identification) return Document()->WriteWarning("Object does not implement ICapeIdentification");
+    BSTR raw = nullptr;
+    const HRESULT result = CallForeign([&] { return identification->get_ComponentName(&raw); });
+    if (FAILED(result)) {
+        return Document()->WriteError("Failed to get name from object: " +
+                                      ErrorDescription(result, identification.Get()));
+    }
+    const _bstr_t owner(raw, false);
+    if (TextOf(raw).empty()) return Document()->WriteWarning("Object's name is empty");
+    name = Narrow(TextOf(raw));
+}
+
+HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)
+{
+    if (IsEqualIID(iid, __uuidof(IOriginalObject))) return S_OK;
+
+    const auto refuse = [&](const char* why, const char* consequence) {
+        if (LogDocument* log = Document()) log->WriteWarning(name + why + InterfaceName(iid) + consequence);
+        return E_NOINTERFACE;
+    };
+    if (!Wrapped()) {
+        return refuse(": QueryInterface not returning ", ": object not created (returning E_NOINTERFACE)");
+    }
+    if (!entry) return refuse(": QueryInterface for unsupported interface ", "");
+
+    ForeignPtr<IUnknown> answer;
+    if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) {
+        return refuse(": QueryInterface not returning supported interface ",
+                      ": object does not expose it (returning E_NOINTERFACE)");
+    }
+    return S_OK;
+}
+
+void CapeOpenBase::DropInterfaces()
+{
+    dropsWhenIdle = activeCalls > 0;
+    if (dropsWhenIdle) return;
+    for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
+}
+
+void CapeOpenBase::FinalRelease()
+{
+    if (!isRoot) return;
+    isRoot = false;
+    ReportChildren();
+    if (LogDocument* log = Document()) log->Close();
+    // Only now: what the wrapped object itself still holds belongs into the report.
+    DropInterfaces();
+    wrapped = ForeignPtr<IUnknown>();
+}
+
+void CapeOpenBase::ReportChildren()
+{
+    // Dropping interfaces calls foreign code, which may release proxies of the tree: each is held meanwhile.
+    const std::vector<CapeOpenBase*> alive = std::move(children);
+    children.clear();
+    for (CapeOpenBase* child : alive) {
+        child->root = nullptr;
+        child->AddRef();
+    }
+    for (CapeOpenBase* child : alive) child->DropInterfaces();
+    for (CapeOpenBase* child : alive) {
+        if (child->ReferenceCount() > 1) com::NoThrow([&] { return ReportUnreleased(*child); });
+        child->Release();
+    }
+}
+
+HRESULT CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
+{
+    if (LogDocument* log = Document()) {
+        log->WriteWarning("Object \"" + child.Name() + "\" (type: " + child.TypeName() +
+                          ") is not released at final release of \"" + name + "\" (reference count " +
+                          std::to_string(child.ReferenceCount() - 1) + ")");
+    }
+    return S_OK;
+}
+
+}  // namespace zelt

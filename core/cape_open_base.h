@@ -1,0 +1,120 @@
+// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
+// of the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that
+// a derived class declares; the ones that every proxy has are in common_interfaces.h.
+//
+// Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
+// its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
+// proxies that are still alive and closes the document; those keep forwarding and log nothing.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "com/object.h"
+#include "core/foreign_call.h"
+#include "core/log_document.h"
+#include "core/wrapper_factory.h"
+
+namespace zelt {
+
+class CapeOpenBase;
+
+// One interface of the wrapped object, kept from its first use until the proxy lets go of it.
+class InterfaceCache {
+public:
+    explicit InterfaceCache(CapeOpenBase& proxy);
+    ~InterfaceCache() { Drop(); }
+    InterfaceCache(const InterfaceCache&) = delete;
+    InterfaceCache& operator=(const InterfaceCache&) = delete;
+
+    // The pointer, asked for on first use; a refusal is not remembered. Null when refused.
+    void* Resolve(IUnknown* wrapped, REFIID iid)
+    {
+        if (!pointer) QueryForeign(wrapped, iid, reinterpret_cast<void**>(&pointer));
+        return pointer;
+    }
+    void Drop() { ReleaseForeign(pointer); }
+    InterfaceCache* Next() const { return next; }
+
+private:
+    IUnknown* pointer = nullptr;
+    InterfaceCache* next;
+};
+
+// What a proxy class says about itself.
+struct ProxyTraits {
+    const char* typeName;          // the object's kind in the release report
+    bool isIn;                     // direction of its calls: true for the logged component's side
+    ThermoVersion servedVersion;   // generation that objects obtained through it belong to
+};
+
+class CapeOpenBase : public com::Object {
+public:
+    // Takes the wrapped object (one reference is added; null: "object not created") and joins the tree of `through`, with
+    // its document, read-only flag left as false. The name is asked of the wrapped object when there is a document.
+    void AttachThrough(IUnknown* wrapped, CapeOpenBase& through);
+
+    // Makes this the root of a tree of its own, under a given name. `document` may be null: nothing is logged.
+    void AttachAsRoot(IUnknown* wrapped, LogDocument* document, std::string name);
+
+    // The document to write to; null when nothing is logged, or no longer.
+    LogDocument* Document() const
+    {
+        LogDocument* held = document.Get();
+        return held && held->IsOpen() ? held : nullptr;
+    }
+    IUnknown* Wrapped() const { return wrapped.Get(); }
+    const std::string& Name() const { return name; }
+    const char* TypeName() const { return traits.typeName; }
+    bool IsIn() const { return isIn; }
+    bool IsReadOnly() const { return isReadOnly; }
+    void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
+    ThermoVersion ServedVersion() const { return servedVersion; }
+
+    // Becomes the `object` of later entries.
+    void Rename(std::string newName) { name = std::move(newName); }
+
+    // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
+    virtual void UseVersion(ThermoVersion) {}
+
+    // While calls are in progress, the interfaces in use are not dropped.
+    void EnterCall() { ++activeCalls; }
+    void LeaveCall()
+    {
+        if (--activeCalls == 0 && dropsWhenIdle) DropInterfaces();
+    }
+
+protected:
+    explicit CapeOpenBase(const ProxyTraits& traits);
+    ~CapeOpenBase() override;
+
+    HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
+    void FinalRelease() override;
+
+private:
+    friend class InterfaceCache;
+
+    void Join(CapeOpenBase& through);
+    void AskName();
+    void DropInterfaces();
+    void ReportChildren();
+    HRESULT ReportUnreleased(const CapeOpenBase& child);
+
+    const ProxyTraits& traits;
+    ForeignPtr<IUnknown> wrapped;
+    DocumentHold document;
+    std::string name = "<unknown>";
+    bool isIn;
+    bool isReadOnly = false;
+    ThermoVersion servedVersion;
+
+    bool isRoot = false;
+    CapeOpenBase* root = nullptr;            // null on the root, and once the root is gone
+    std::vector<CapeOpenBase*> children;     // on the root: the tree's other proxies, in order of creation
+
+    InterfaceCache* firstCache = nullptr;
+    int activeCalls = 0;
+    bool dropsWhenIdle = false;
+};
+
+}  // namespace zelt

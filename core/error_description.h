@@ -1,0 +1,31 @@
+// The text of a failed call's error line: the name of its status code and a description. Descriptions are asked of the
+// object that failed, under the fault guard and without logging; a look-up never fails the call that is being logged.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <string>
+
+namespace zelt {
+
+// For a CAPE-OPEN code with a source: the source's own description, else its error's name, else a fixed text. For any
+// other code, and without a source (null), the system's text.
+std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept;
+
+// Name, colon, blank, description.
+std::string ErrorText(HRESULT code, IUnknown* source) noexcept;
+
+// Keeps the thread's error information, which a package set for its caller, over look-ups that may replace it.
+class ErrorInfoKeeper {
+public:
+    ErrorInfoKeeper();
+    ~ErrorInfoKeeper();
+    ErrorInfoKeeper(const ErrorInfoKeeper&) = delete;
+    ErrorInfoKeeper& operator=(const ErrorInfoKeeper&) = delete;
+
+private:
+    IErrorInfo* kept = nullptr;
+};
+
+}  // namespace zelt

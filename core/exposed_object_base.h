@@ -1,0 +1,53 @@
+// The two bases that proxy classes derive from. LoggedProxy: identification, error interfaces and the way back to the
+// wrapped object. ExposedObjectBase: the same and ICapeUtilities, for objects that a simulator initialises and configures.
+#pragma once
+
+#include "core/error_interfaces.h"
+#include "core/identification.h"
+
+namespace zelt {
+
+class LoggedProxy : public CapeOpenBase {
+protected:
+    explicit LoggedProxy(const ProxyTraits& traits)
+        : CapeOpenBase(traits), identification(*this), errors(*this), originalObject(*this)
+    {
+    }
+    ~LoggedProxy() override = default;
+
+    // What a script asks first of any component, unless a class knows better: its name.
+    IDispatch* ScriptInterface() override { return &identification; }
+
+private:
+    LoggedIdentification identification;
+    ErrorInterfaces errors;
+    OriginalObject originalObject;
+};
+
+struct LoggedUtilities final : LoggedInterface<ICapeUtilities> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(get_parameters)(IDispatch** parameters) override
+    {
+        return LOGGED(ICapeUtilities, get_parameters,
+                      WrappedOut("parameters", parameters, {WrapKind::ParameterCollection}));
+    }
+    STDMETHOD(put_simulationContext)(IDispatch* context) override
+    {
+        return LOGGED(ICapeUtilities, put_simulationContext,
+                      WrappedIn("context", context, {WrapKind::SimulationContext}), Write());
+    }
+    STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize); }
+    STDMETHOD(Terminate)() override { return LOGGED(ICapeUtilities, Terminate); }
+    STDMETHOD(Edit)() override { return LOGGED(ICapeUtilities, Edit, Write()); }
+};
+
+class ExposedObjectBase : public LoggedProxy {
+protected:
+    explicit ExposedObjectBase(const ProxyTraits& traits) : LoggedProxy(traits), utilities(*this) {}
+    ~ExposedObjectBase() override = default;
+
+private:
+    LoggedUtilities utilities;
+};
+
+}  // namespace zelt

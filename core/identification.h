@@ -1,0 +1,41 @@
+// The interfaces that every proxy has besides the error interfaces: identification, and the way back to the wrapped object.
+#pragma once
+
+#include <zelt.h>
+
+#include "core/logged_interface.h"
+
+namespace zelt {
+
+struct LoggedIdentification final : LoggedInterface<ICapeIdentification> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(get_ComponentName)(BSTR* name) override
+    {
+        if (!Proxy().Wrapped()) return AnswerUninitialized("ICapeIdentification::get_ComponentName", "name", name);
+        return LOGGED(ICapeIdentification, get_ComponentName, Out("name", name));
+    }
+    STDMETHOD(put_ComponentName)(BSTR name) override;
+    STDMETHOD(get_ComponentDescription)(BSTR* desc) override
+    {
+        if (!Proxy().Wrapped()) {
+            return AnswerUninitialized("ICapeIdentification::get_ComponentDescription", "desc", desc);
+        }
+        return LOGGED(ICapeIdentification, get_ComponentDescription, Out("desc", desc));
+    }
+    STDMETHOD(put_ComponentDescription)(BSTR desc) override
+    {
+        return LOGGED(ICapeIdentification, put_ComponentDescription, In("desc", desc), Write());
+    }
+
+private:
+    // A proxy whose object was never created still has something to show in a list of names.
+    HRESULT AnswerUninitialized(const char* method, const char* argument, BSTR* text);
+};
+
+// Not logged: the server asks it of its own proxies.
+struct OriginalObject final : com::DualPart<IOriginalObject> {
+    explicit OriginalObject(CapeOpenBase& proxy) : DualPart(proxy) {}
+    STDMETHOD(GetOriginalObject)(IUnknown** origObject) override;
+};
+
+}  // namespace zelt

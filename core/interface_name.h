@@ -1,0 +1,13 @@
+// Names of interfaces for log entries about QueryInterface.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace zelt {
+
+// The name registered for the interface, or its identity in braces; "<invalid IID>" when it cannot be formatted.
+std::string InterfaceName(REFIID iid);
+
+}  // namespace zelt

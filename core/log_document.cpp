@@ -1,0 +1,122 @@
+#include "core/log_document.h"
+
+#include <utility>
+
+#include "core/error_description.h"
+#include "core/log_options.h"
+#include "core/log_text.h"
+#include "core/message.h"
+#include "core/narrow.h"
+
+namespace zelt {
+namespace {
+
+LogViewerFunction logViewer = nullptr;
+
+// "Month dd, yyyy, HH:mm" in the system's language, both from one reading of the clock.
+std::string StartTime()
+{
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    wchar_t date[256] = L"";
+    wchar_t time[256] = L"";
+    GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &now, L"MMMM dd',' yyyy", date, 256);
+    GetTimeFormatW(LOCALE_SYSTEM_DEFAULT, 0, &now, L"HH:mm", time, 256);
+    return Narrow(date) + ", " + Narrow(time);
+}
+
+}  // namespace
+
+void SetLogViewer(LogViewerFunction viewer) { logViewer = viewer; }
+
+const LogDocument::SimpleEntry LogDocument::kInfo = {"info", "info string"};
+const LogDocument::SimpleEntry LogDocument::kWarning = {"warning", "warning string"};
+const LogDocument::SimpleEntry LogDocument::kError = {"error", "error string"};
+
+LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view objectType, std::wstring path,
+                         const LogOptions& logOptions)
+    : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
+{
+    Write([&] { entry = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"; });
+    WriteInfo("ZELT Logging started at " + StartTime());
+    WriteInfo("Creating " + objectName);
+    WriteInfo("Object type: " + std::string(objectType));
+}
+
+LogDocument::~LogDocument() { Close(); }
+
+void LogDocument::LetGo()
+{
+    if (--refCount == 0) delete this;
+}
+
+void LogDocument::Commit()
+{
+    file.Write(entry);
+    entry.clear();
+}
+
+void LogDocument::AppendSuppression(const char* what)
+{
+    entry += "<warning value=\"One or more non-printable characters suppressed in above ";
+    entry += what;
+    entry += " (these cannot be stored in XML)\"/>\r\n";
+}
+
+void LogDocument::AppendSimple(const SimpleEntry& kind, std::string_view text, int level)
+{
+    Indent(level);
+    entry += '<';
+    entry += kind.element;
+    entry += " value=\"";
+    const bool dropped = AppendEscaped(entry, text);
+    entry += "\"/>\r\n";
+    if (dropped) AppendSuppression(kind.dropped);
+}
+
+void LogDocument::WriteSimple(const SimpleEntry& kind, std::string_view text)
+{
+    Write([&] { AppendSimple(kind, text); });
+}
+
+void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
+{
+    Write([&] {
+        Indent();
+        entry += "<func name=\"";
+        AppendEscaped(entry, functionName);
+        entry += isIn ? "\" direc=\"in\" object=\"" : "\" direc=\"out\" object=\"";
+        const bool dropped = AppendEscaped(entry, name);
+        entry += "\">\r\n";
+        if (dropped) AppendSuppression("object name");
+    });
+    ++depth;
+}
+
+void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
+{
+    // The description is asked of foreign code first: an entry is never left half put together over a foreign call.
+    std::string error;
+    if (FAILED(result) && file.IsOpen()) error = ErrorText(result, errorSource);
+    Write([&] {
+        if (FAILED(result)) AppendSimple(kError, error);
+        Indent(-1);
+        entry += "</func>\r\n";
+    });
+    --depth;
+}
+
+void LogDocument::Close()
+{
+    if (!file.IsOpen()) return;
+    Write([&] { entry = "</zeltlogdocument>\r\n"; });
+    file.Close();
+    if (!options.promptOpenLog) return;
+
+    const std::wstring path = logPath;
+    const int answer = ShowMessage(L"Open log file \"" + path + L"\"?", L"Object terminated:",
+                                   MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
+    if (answer == IDYES && logViewer) logViewer(path);
+}
+
+}  // namespace zelt

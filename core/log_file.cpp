@@ -1,0 +1,57 @@
+#include "core/log_file.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace zelt {
+
+LogFile::LogFile(LogFile&& other) noexcept
+    : descriptor(std::exchange(other.descriptor, -1)), handle(std::exchange(other.handle, INVALID_HANDLE_VALUE))
+{
+}
+
+LogFile& LogFile::operator=(LogFile&& other) noexcept
+{
+    std::swap(descriptor, other.descriptor);
+    std::swap(handle, other.handle);
+    return *this;
+}
+
+int LogFile::Open(const std::wstring& path)
+{
+    Close();
+    // Binary: the entries carry their own CR LF, so that the runtime library does not split a write to insert them.
+    const int error = _wsopen_s(&descriptor, path.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
+                                _SH_DENYWR, _S_IREAD | _S_IWRITE);
+    if (error != 0) {
+        descriptor = -1;
+        return error;
+    }
+    handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+    return 0;
+}
+
+void LogFile::Write(std::string_view entry) const
+{
+    constexpr std::size_t kMostPerCall = 0x40000000;
+    while (!entry.empty()) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(std::min(entry.size(), kMostPerCall));
+        if (!WriteFile(handle, entry.data(), size, &written, nullptr) || written == 0) return;
+        entry.remove_prefix(written);
+    }
+}
+
+void LogFile::Close()
+{
+    if (descriptor < 0) return;
+    _close(std::exchange(descriptor, -1));
+    handle = INVALID_HANDLE_VALUE;
+}
+
+}  // namespace zelt

@@ -1,0 +1,22 @@
+// The text of log entries: escaping and number formats. Appends to a string that the caller owns; locale plays no part.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zelt {
+
+// Appends `text` as the content of an XML attribute. The five characters of markup become entities. Bytes below 0x20 and
+// from 0x80 up are dropped, never written as references: readers of existing logs rely on plain ASCII without references.
+// Returns true when a byte was dropped.
+bool AppendEscaped(std::string& out, std::string_view text);
+
+void AppendDecimal(std::string& out, long value);
+
+// Six significant digits, exponents of at least two digits, a decimal point; infinities are "inf" and "-inf".
+void AppendDouble(std::string& out, double value);
+
+// "0x" and the pointer in upper-case hexadecimal, padded to the pointer's width (8 or 16 digits).
+void AppendPointer(std::string& out, const void* pointer);
+
+}  // namespace zelt

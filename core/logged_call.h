@@ -1,0 +1,57 @@
+// The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what
+// escapes into a status code, closes the element. Arguments are described by arguments.h; logged_interface.h puts the
+// steps in order. Exactly one closing tag is written on every path.
+#pragma once
+
+#include "core/cape_open_base.h"
+#include "core/error_description.h"
+
+#include <optional>
+
+namespace zelt {
+
+class LoggedCall {
+public:
+    // `name` is the logged name, "ICapeUtilities::Edit".
+    LoggedCall(CapeOpenBase& proxy, const char* name);
+    ~LoggedCall();
+    LoggedCall(const LoggedCall&) = delete;
+    LoggedCall& operator=(const LoggedCall&) = delete;
+
+    CapeOpenBase& Proxy() const { return proxy; }
+    // Where to log; null when nothing is logged. The answer stays the same for the whole call, though the document itself
+    // may be closed in mid-call and then ignores what is written.
+    LogDocument* Document() const { return document; }
+
+    // The wrapped object's interface. When there is none, `failure` is the result of the call, and the reason is logged.
+    void* Resolve(InterfaceCache& cache, REFIID iid, HRESULT& failure);
+
+    // Runs the forwarded call. Faults and exceptions that leave it are logged and become E_UNEXPECTED.
+    template <class Call>
+    HRESULT Forward(Call&& call) noexcept
+    {
+        HRESULT result;
+        try {
+            result = Guarded(std::forward<Call>(call));
+        } catch (...) {
+            result = ResultOfException();
+        }
+        // What follows may call foreign code, which must not cost the caller the package's error information.
+        if (document && FAILED(result)) errorInfo.emplace();
+        return result;
+    }
+
+    // Closes the element and passes the result on; a failure is described by `errorSource`.
+    HRESULT Close(HRESULT result, IUnknown* errorSource);
+
+private:
+    HRESULT ResultOfException() noexcept;
+
+    CapeOpenBase& proxy;
+    DocumentHold held;
+    LogDocument* document;
+    std::optional<ErrorInfoKeeper> errorInfo;
+    bool isClosed = false;
+};
+
+}  // namespace zelt

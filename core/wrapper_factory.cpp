@@ -1,0 +1,19 @@
+#include "core/wrapper_factory.h"
+
+namespace zelt {
+namespace {
+
+WrapTable installed{};
+
+}  // namespace
+
+void SetWrapTable(const WrapTable& table) { installed = table; }
+
+HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
+{
+    *proxy = nullptr;
+    const Wrapper wrap = installed[static_cast<std::size_t>(site.kind)];
+    return wrap ? wrap(site, incoming, through, proxy) : S_FALSE;
+}
+
+}  // namespace zelt

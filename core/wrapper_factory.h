@@ -1,0 +1,37 @@
+// The wrapping of interface pointers that cross a proxy. A site names the kind of object that crosses; the table, filled by
+// the layer that owns the proxy classes, says how a proxy of that kind is made. A kind without an entry crosses as it is.
+// A wrap never inspects the pointer: one that crosses twice is wrapped twice, and the log shows both layers.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <array>
+
+namespace zelt {
+
+class CapeOpenBase;
+
+// The CAPE-OPEN generation whose material interfaces an object is used through.
+enum class ThermoVersion { Unset = -1, CapeOpen10 = 0, CapeOpen11 = 1 };
+
+enum class WrapKind { MaterialObject, MaterialTemplate, SimulationContext, ParameterCollection, Count };
+
+struct WrapSite {
+    WrapKind kind;
+    ThermoVersion startingVersion = ThermoVersion::Unset;  // of a material object
+};
+
+// Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree. The proxy is returned
+// with one reference, which the caller owns.
+using Wrapper = HRESULT (*)(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+
+using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>;
+
+// Installs the table; called once at start, before the first proxy is made.
+void SetWrapTable(const WrapTable& table);
+
+// Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
+HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+
+}  // namespace zelt

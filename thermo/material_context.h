@@ -1,0 +1,21 @@
+// ICapeThermoMaterialContext of a package's proxy: the material that the package works on, wrapped on its way in, so that
+// the package's calls on it are logged until the package releases it.
+#pragma once
+
+#include "core/logged_interface.h"
+
+namespace zelt {
+
+struct LoggedMaterialContext final : LoggedInterface<ICapeThermoMaterialContext> {
+    using LoggedInterface::LoggedInterface;
+
+    STDMETHOD(SetMaterial)(IDispatch* material) override
+    {
+        return LOGGED(ICapeThermoMaterialContext, SetMaterial,
+                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
+                      ErrorIf(!material, "Cannot pass NULL pointer to SetMateriall; use UnsetMaterial instead"));
+    }
+    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial); }
+};
+
+}  // namespace zelt

@@ -1,0 +1,27 @@
+#include "thermo/material_object.h"
+
+namespace zelt {
+namespace {
+
+constexpr ProxyTraits kTraits = {"Material Object", false, ThermoVersion::Unset};
+
+}  // namespace
+
+CMaterialObject::CMaterialObject(ThermoVersion startingVersion)
+    : LoggedProxy(kTraits), thermoVersion(startingVersion), material(*this), compounds(*this), phases(*this),
+      propertyRoutine(*this), equilibriumRoutine(*this), universalConstant(*this)
+{
+}
+
+void CMaterialObject::UseVersion(ThermoVersion version)
+{
+    if (thermoVersion == ThermoVersion::Unset) thermoVersion = version;
+    if (thermoVersion == version) return;
+    if (LogDocument* log = Document()) {
+        log->WriteError(version == ThermoVersion::CapeOpen11
+                            ? "Invalid usage of version 1.1 material object interfaces (wrong thermo version)"
+                            : "Invalid usage of version 1.0 material object interfaces (wrong thermo version)");
+    }
+}
+
+}  // namespace zelt

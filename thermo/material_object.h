@@ -1,0 +1,36 @@
+// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream, wherever one crosses a logged
+// boundary. The first family of interfaces that is used fixes its generation; a call through the other one is logged as an
+// error and forwarded all the same.
+#pragma once
+
+#include "core/exposed_object_base.h"
+#include "thermo/compounds.h"
+#include "thermo/equilibrium_routine.h"
+#include "thermo/material.h"
+#include "thermo/phases.h"
+#include "thermo/property_routine.h"
+#include "thermo/universal_constant.h"
+
+namespace zelt {
+
+class CMaterialObject final : public LoggedProxy {
+public:
+    explicit CMaterialObject(ThermoVersion startingVersion);
+
+    void UseVersion(ThermoVersion version) override;
+    ThermoVersion Version() const { return thermoVersion; }
+
+protected:
+    IDispatch* ScriptInterface() override { return &material; }
+
+private:
+    ThermoVersion thermoVersion;
+    LoggedMaterial material;
+    LoggedCompounds compounds;
+    LoggedPhases phases;
+    LoggedPropertyRoutine propertyRoutine;
+    LoggedEquilibriumRoutine equilibriumRoutine;
+    LoggedUniversalConstant universalConstant;
+};
+
+}  // namespace zelt

@@ -1,0 +1,115 @@
+#include "thermo/package_creation.h"
+
+#include <cape-open.h>
+#include <comutil.h>
+
+#include "core/error_description.h"
+#include "core/hr_name.h"
+#include "core/narrow.h"
+#include "core/open_log.h"
+#include "thermo/package_failure.h"
+
+namespace zelt {
+namespace {
+
+constexpr DWORD kAnyContext = CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+constexpr HRESULT kCreationFailed = static_cast<HRESULT>(ECapeFailedInitialisationHR);
+constexpr HRESULT kOtherFailure = static_cast<HRESULT>(ECapeUnknownHR);
+
+[[noreturn]] void Fail(std::wstring description) { throw PackageFailure{kCreationFailed, std::move(description)}; }
+
+// Creates a foreign object; `failure` begins the error's text.
+template <class I>
+ForeignPtr<I> CreateForeign(REFCLSID clsid, REFIID iid, const wchar_t* failure)
+{
+    void* created = nullptr;
+    HRESULT result = CallForeign([&] { return CoCreateInstance(clsid, nullptr, kAnyContext, iid, &created); });
+    // A package's module brings its own runtime library, whose abort must not end this process.
+    PrepareGuards();
+    if (SUCCEEDED(result) && !created) result = E_NOINTERFACE;
+    if (FAILED(result)) Fail(failure + Widen(HRName(result)));
+    return ForeignPtr<I>(static_cast<I*>(created));
+}
+
+// A foreign manager, initialised as long as this lives.
+class ForeignManager {
+public:
+    ForeignManager(const ManagerRow& row, REFCLSID clsid)
+        : manager(CreateForeign<IUnknown>(clsid, row.foreignInterface, row.createManagerFailure)),
+          utilities(QueryForeign<ICapeUtilities>(manager.Get()))
+    {
+        if (!utilities) return;
+        const HRESULT result = CallForeign([&] { return utilities->Initialize(); });
+        if (FAILED(result)) {
+            Fail(row.initializeFailure + Widen(ErrorDescription(result, utilities.Get())));
+        }
+    }
+    ~ForeignManager()
+    {
+        if (utilities) CallForeign([&] { return utilities->Terminate(); });
+    }
+    ForeignManager(const ForeignManager&) = delete;
+    ForeignManager& operator=(const ForeignManager&) = delete;
+
+    IUnknown* Get() const { return manager.Get(); }
+
+private:
+    ForeignPtr<IUnknown> manager;
+    ForeignPtr<ICapeUtilities> utilities;
+};
+
+ForeignPtr<IDispatch> PackageFromManager(const ManagerRow& row, const ExportedPackage& package)
+{
+    const ForeignManager manager(row, package.classId);
+    const _bstr_t name(package.sourceName.c_str());
+    ForeignPtr<IDispatch> result;
+    const HRESULT got =
+        CallForeign([&] { return row.getForeignPackage(manager.Get(), name, result.Receive()); });
+    // A pointer that comes with a failure is not to be trusted.
+    if (FAILED(got)) {
+        result.Detach();
+        Fail(Widen(ErrorDescription(got, manager.Get())));
+    }
+    return result;
+}
+
+ForeignPtr<IDispatch> CreatePackage(const ManagerRow& row, const ExportedPackage& package)
+{
+    if (package.kind == row.fromManager) return PackageFromManager(row, package);
+    if (package.kind == row.standAlone) {
+        return CreateForeign<IDispatch>(package.classId, IID_IDispatch, row.standAloneFailure);
+    }
+    throw PackageFailure{kOtherFailure, L"internal error"};
+}
+
+void RenamePackage(IUnknown* package, const std::wstring& exportedName)
+{
+    const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(package);
+    if (!identification) return;
+    const _bstr_t name(exportedName.c_str());
+    CallForeign([&] { return identification->put_ComponentName(name); });
+}
+
+}  // namespace
+
+IDispatch* CreateExportedPackage(const ManagerRow& row, ExportedPackage package, LogOptions& options)
+{
+    const ForeignPtr<IDispatch> created = CreatePackage(row, package);
+    if (!created) Fail(row.nullResult);
+    RenamePackage(created.Get(), package.exportedName);
+
+    const DocumentHold document(package.loggingEnabled ? OpenLog(options, package.exportedName, row.logDescription)
+                                                       : nullptr);
+    CapeOpenBase* proxy = row.newProxy();
+    proxy->AddRef();
+    IDispatch* result = nullptr;
+    const HRESULT attached = com::NoThrow([&] {
+        proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
+        return proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&result));
+    });
+    proxy->Release();
+    if (FAILED(attached)) throw PackageFailure{kOtherFailure, Widen(ErrorText(attached, nullptr))};
+    return result;
+}
+
+}  // namespace zelt

@@ -1,0 +1,120 @@
+#include "thermo/package_manager.h"
+
+#include <oleauto.h>
+#include <wrl/client.h>
+
+#include "core/error_description.h"
+#include "core/message.h"
+#include "core/narrow.h"
+#include "thermo/package_creation.h"
+#include "thermo/package_failure.h"
+
+namespace zelt {
+namespace {
+
+HRESULT NewText(const wchar_t* text, BSTR* out)
+{
+    if (!out) return E_POINTER;
+    *out = SysAllocString(text);
+    return *out ? S_OK : E_OUTOFMEMORY;
+}
+
+struct ArrayDeleter {
+    void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
+};
+
+}  // namespace
+
+PackageManager::PackageManager(const ManagerRow& row, const IID& managerInterface)
+    : row(row), identification(*this, row), utilities(*this), error(*this, managerInterface)
+{
+}
+
+bool PackageManager::Serves(const ExportedPackage& package) const
+{
+    return package.kind == row.fromManager || package.kind == row.standAlone;
+}
+
+HRESULT PackageManager::List(VARIANT* names)
+{
+    if (!names) return E_POINTER;
+    VariantInit(names);
+    const ExportedPackageList& list = ExportedPackages();
+    ULONG count = 0;
+    for (std::size_t i = 0; i < list.Count(); ++i) count += Serves(list.At(i));
+    if (count == 0) return S_OK;
+
+    std::unique_ptr<SAFEARRAY, ArrayDeleter> array(SafeArrayCreateVector(VT_BSTR, 0, count));
+    if (!array) return E_OUTOFMEMORY;
+    auto* element = static_cast<BSTR*>(array->pvData);
+    for (std::size_t i = 0; i < list.Count(); ++i) {
+        if (!Serves(list.At(i))) continue;
+        const HRESULT copied = NewText(list.At(i).exportedName.c_str(), element++);
+        if (FAILED(copied)) return copied;
+    }
+    names->vt = VT_ARRAY | VT_BSTR;
+    names->parray = array.release();
+    return S_OK;
+}
+
+HRESULT PackageManager::Get(BSTR name, IDispatch** package)
+{
+    if (!package) return E_POINTER;
+    *package = nullptr;
+    // The boxes that may come up let calls in, the caller's last Release among them.
+    const Microsoft::WRL::ComPtr<IUnknown> hold(this);
+    return com::NoThrow([&] {
+        const ExportedPackageList& list = ExportedPackages();
+        for (std::size_t i = 0; i < list.Count(); ++i) {
+            if (!Serves(list.At(i)) || !SameName(list.At(i).exportedName, TextOf(name))) continue;
+            const PackageIdentity record = list.IdentityAt(i);
+            try {
+                *package = CreateExportedPackage(row, list.At(i), TheLogOptions());
+                return S_OK;
+            } catch (const PackageFailure& failure) {
+                return OfferRemoval(record, failure.code, failure.description);
+            }
+        }
+        const std::wstring requested = name ? std::wstring(TextOf(name)) : L"NULL";
+        return Raise(static_cast<HRESULT>(ECapeInvalidArgumentHR),
+                     L"Package with name \"" + requested + L"\" is not available");
+    });
+}
+
+HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)
+{
+    Raise(code, description);
+    const int answer =
+        ShowMessage(description + row.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
+    if (answer == IDYES) {
+        ExportedPackageList& list = ExportedPackages();
+        if (const auto index = list.Find(record)) {
+            list.Remove(*index);
+            list.Save();
+            list.Refresh();
+        }
+    }
+    // Raised again: calls that came in meanwhile may have raised errors of their own.
+    return Raise(code, description);
+}
+
+HRESULT PackageManager::Raise(HRESULT code, const std::wstring& description)
+{
+    return error.Raise(code, description, row.scope, row.interfaceName);
+}
+
+STDMETHODIMP PackageManager::IdentificationPart::get_ComponentName(BSTR* name) { return NewText(row.name, name); }
+
+STDMETHODIMP PackageManager::IdentificationPart::get_ComponentDescription(BSTR* desc)
+{
+    return NewText(row.description, desc);
+}
+
+STDMETHODIMP PackageManager::UtilitiesPart::get_parameters(IDispatch** parameters)
+{
+    if (!parameters) return E_POINTER;
+    *parameters = nullptr;
+    return S_OK;
+}
+
+}  // namespace zelt

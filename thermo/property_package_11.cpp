@@ -1,0 +1,16 @@
+#include "thermo/property_package_11.h"
+
+namespace zelt {
+namespace {
+
+constexpr ProxyTraits kTraits = {"Property Package", true, ThermoVersion::CapeOpen11};
+
+}  // namespace
+
+CPropertyPackage11::CPropertyPackage11()
+    : ExposedObjectBase(kTraits), materialContext(*this), compounds(*this), phases(*this), propertyRoutine(*this),
+      equilibriumRoutine(*this), universalConstant(*this)
+{
+}
+
+}  // namespace zelt

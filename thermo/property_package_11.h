@@ -1,0 +1,28 @@
+// CPropertyPackage11: the proxy of a CAPE-OPEN 1.1 property package, and the root of its logged tree. Without a document it
+// only forwards.
+#pragma once
+
+#include "core/exposed_object_base.h"
+#include "thermo/compounds.h"
+#include "thermo/equilibrium_routine.h"
+#include "thermo/material_context.h"
+#include "thermo/phases.h"
+#include "thermo/property_routine.h"
+#include "thermo/universal_constant.h"
+
+namespace zelt {
+
+class CPropertyPackage11 final : public ExposedObjectBase {
+public:
+    CPropertyPackage11();
+
+private:
+    LoggedMaterialContext materialContext;
+    LoggedCompounds compounds;
+    LoggedPhases phases;
+    LoggedPropertyRoutine propertyRoutine;
+    LoggedEquilibriumRoutine equilibriumRoutine;
+    LoggedUniversalConstant universalConstant;
+};
+
+}  // namespace zelt

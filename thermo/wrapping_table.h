@@ -1,0 +1,9 @@
+// Which proxy class stands for each kind of object that crosses a proxy.
+#pragma once
+
+namespace zelt {
+
+// Installs the table of wrappers. Called once at start, before the first proxy is made.
+void InstallWrappers();
+
+}  // namespace zelt
