@@ -1,0 +1,92 @@
+// Calls into code that is not ours, made so that nothing but a C++ exception comes back: the guard is a frame handler
+// around this one call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. It does
+// not run the destructors of the callee's abandoned frames, and it cannot stop exit() or a fail-fast.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "core/se_exception.h"
+
+namespace zelt {
+
+// A character string that the callee threw and that could not travel as such, because the thrower's runtime library is
+// not ours: a copy of it.
+class ThrownText {
+public:
+    explicit ThrownText(std::string text) : text(std::move(text)) {}
+    const char* Text() const { return text.c_str(); }
+
+private:
+    std::string text;
+};
+
+// Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
+class ForeignException {};
+
+// Makes abort() in a guarded call catchable, in each shared runtime library that is loaded, and reserves stack on the
+// calling thread for handling its overflow. Done at start-up for the main thread; call it again after a package has been
+// loaded, and on each further thread that makes guarded calls. Cheap and idempotent.
+void PrepareGuards();
+
+namespace guard {
+
+// What the frame handler saw. Filled before the stack is unwound; text is allocated by it and owned by ThrowEscape.
+struct Escape {
+    enum class Kind { Fault, Text, Foreign };
+
+    Kind kind;
+    DWORD code;
+    char* text;
+};
+
+using Function = void (*)(void* context);
+
+// The thunk (fault_guard_*.S): calls `function`, returns 0, or 1 when `escape` was filled. C++ exceptions pass through.
+extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape);
+
+[[noreturn]] void ThrowEscape(const Escape& escape);
+
+inline void Run(Function function, void* context)
+{
+    Escape escape;
+    if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]] ThrowEscape(escape);
+}
+
+}  // namespace guard
+
+// Runs `call` and returns its result. Throws
+//   SE_Exception      for a structured exception: faults, stack overflow, codes of any other origin;
+//   ThrownText        for a character string from a runtime library that is not ours;
+//   ForeignException  for everything else from such a library.
+// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of packages
+// built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort, which arrives
+// as ThrownText or ForeignException.
+template <class Call>
+std::invoke_result_t<Call&> Guarded(Call&& call)
+{
+    using Callee = std::remove_reference_t<Call>;
+    using Result = std::invoke_result_t<Call&>;
+    if constexpr (std::is_void_v<Result>) {
+        struct Frame {
+            Callee& call;
+        } frame{call};
+        guard::Run([](void* context) { static_cast<Frame*>(context)->call(); }, &frame);
+    } else {
+        static_assert(std::is_trivially_copyable_v<Result>, "a fault leaves the result's life time undefined");
+        struct Frame {
+            Callee& call;
+            Result result;
+        } frame{call, {}};
+        guard::Run([](void* context) {
+            auto* frame = static_cast<Frame*>(context);
+            frame->result = frame->call();
+        }, &frame);
+        return frame.result;
+    }
+}
+
+}  // namespace zelt

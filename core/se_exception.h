@@ -1,0 +1,22 @@
+// What a hardware fault, or any other structured exception, becomes on our side of a guarded call: a C++ exception that
+// carries the system's code. The texts belong to the log format. Owns nothing; the texts are constants.
+#pragma once
+
+#include <windows.h>
+
+namespace zelt {
+
+class SE_Exception {
+public:
+    explicit SE_Exception(DWORD code) : code(code) {}
+
+    DWORD Code() const { return code; }
+
+    // Never null; codes without a text of their own share one that does not show the code.
+    const char* Text() const;
+
+private:
+    DWORD code;
+};
+
+}  // namespace zelt
