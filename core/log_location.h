@@ -1,0 +1,27 @@
+// Where a new log goes: a numbered file in a folder on the desktop, or the place that the user names in a dialog. Chooses
+// a path only; the file is made by whoever opens the log, and failing here means an object without a log, no error.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "core/log_options.h"
+
+namespace zelt {
+
+// Reloads the options and chooses the path of a new log. `title` is the dialog's. False when there is to be no log; what
+// the user has to know has been said by then.
+bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring& path);
+
+// What the choice depends on outside the process. A test replaces it; nothing else does.
+struct LogSurroundings {
+    SYSTEMTIME (*localTime)();
+    bool (*desktopFolder)(std::wstring& folder);
+    bool (*saveDialog)(const std::wstring& title, std::wstring& path);  // False when cancelled.
+};
+
+// Replaces the surroundings and returns those before; null restores the system's.
+const LogSurroundings* SetLogSurroundings(const LogSurroundings* surroundings);
+
+}  // namespace zelt

@@ -1,0 +1,70 @@
+// Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test works
+// on a scratch key and registration names the view (32 or 64 bit) that it means. A stored string or multi-string is
+// never trusted to carry its terminators: what is read is exactly the bytes that are there.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelt {
+
+// Where paths start: a key that stays open elsewhere, and the view for every open below it (KEY_WOW64_32KEY,
+// KEY_WOW64_64KEY, or 0 for the view of the process).
+struct RegistryRoot {
+    HKEY key = HKEY_CURRENT_USER;
+    REGSAM view = 0;
+};
+
+struct RegistryValue {
+    DWORD type = REG_NONE;
+    std::vector<BYTE> data;
+    bool operator==(const RegistryValue&) const = default;
+};
+
+class RegistryKey {
+public:
+    RegistryKey() = default;
+    ~RegistryKey() { Close(); }
+    RegistryKey(RegistryKey&& other) noexcept : key(other.key) { other.key = nullptr; }
+    RegistryKey& operator=(RegistryKey&& other) noexcept;
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+
+    // Both replace the key held so far; after a failure none is held. The answer is a Windows error code.
+    LSTATUS Open(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_READ);
+    LSTATUS Create(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_ALL_ACCESS);
+    void Close();
+
+    HKEY Get() const { return key; }
+    explicit operator bool() const { return key != nullptr; }
+
+    // Nothing when the value is missing or of another type or size. The name of a key's default value is empty.
+    std::optional<DWORD> ReadDword(const wchar_t* name) const;
+    std::optional<std::wstring> ReadString(const wchar_t* name) const;
+    std::optional<std::vector<BYTE>> ReadBytes(const wchar_t* name, DWORD type) const;
+    // Whatever the type; nothing when the value is missing.
+    std::optional<RegistryValue> ReadValue(const wchar_t* name) const;
+    // The bytes of a text value as the narrow-character interface gives them, terminators included where stored.
+    std::optional<std::string> ReadNarrow(const char* name, DWORD type) const;
+
+    LSTATUS WriteDword(const wchar_t* name, DWORD value);
+    LSTATUS WriteString(const wchar_t* name, const std::wstring& value);
+    LSTATUS WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size);
+    // `value` with the terminators that its type asks for.
+    LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
+
+    std::vector<std::wstring> SubkeyNames() const;
+    std::vector<std::wstring> ValueNames() const;
+
+private:
+    HKEY key = nullptr;
+};
+
+// Removes a key with everything below it, in the root's view. A key that is not there is no error.
+LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path);
+
+}  // namespace zelt

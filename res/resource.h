@@ -1,0 +1,23 @@
+// Numbers of the resources and of the commands that menus and accelerators send; shared by the resource script and C++.
+#pragma once
+
+#define kOwnLibrary 1
+#define kStandardLibrary 2
+#define kThermoContextLibrary 3
+
+#define kScriptApplication 101
+#define kScriptPropertyPackageManager 104
+
+#define kIconApplication 201
+#define kImages 202
+#define kAccelerators 205
+
+// Commands of the log viewer. The range 212 to 812 is kept for menus that are filled at run time.
+#define kCommandExpandAll 1001
+#define kCommandCollapseAll 1002
+#define kCommandRemoveQueries 1003
+#define kCommandClose 1004
+#define kCommandFind 1005
+#define kCommandFindNext 1006
+#define kCommandFindPrevious 1007
+#define kCommandNextError 1008

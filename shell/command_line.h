@@ -1,0 +1,28 @@
+// What a start of the program is for, read off its command line. A pure function of the text: it looks at no file, no
+// registry and no global state, and does nothing itself.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zelt {
+
+enum class StartMode {
+    Registration,  // Register or unregister, and end. With no action named: serve, without packages or window.
+    LogViewer,     // Show a log file; no package list, no main window.
+    Server,        // Started by COM: serve the packages without a window.
+    Interactive,   // Serve the packages and show the main window.
+};
+
+enum class RegistrationAction { None, Register, Unregister, RegisterPerUser, UnregisterPerUser };
+
+struct StartPlan {
+    StartMode mode = StartMode::Interactive;
+    RegistrationAction action = RegistrationAction::None;
+    std::wstring logFile;
+};
+
+// `tail` is the command line after the program's own name.
+StartPlan ParseCommandLine(std::wstring_view tail);
+
+}  // namespace zelt

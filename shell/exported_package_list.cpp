@@ -1,0 +1,92 @@
+#include "shell/exported_package_list.h"
+
+#include <algorithm>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "core/configuration_key.h"
+
+namespace zelt {
+namespace {
+
+constexpr wchar_t kCount[] = L"NumPackages";
+
+// Entries are numbered from 1.
+std::string ValueName(std::size_t index) { return "Package" + std::to_string(index + 1); }
+
+// Unique in the process, so that an identity from before a reload cannot name a record loaded since.
+PackageIdentity NextIdentity()
+{
+    static PackageIdentity last = 0;
+    return ++last;
+}
+
+std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, const std::string& name)
+{
+    const auto stored = key.ReadNarrow(name.c_str(), REG_MULTI_SZ);
+    if (!stored) return nullptr;
+    auto package = std::make_unique<ExportedPackage>();
+    return package->Parse(*stored) ? std::move(package) : nullptr;
+}
+
+}  // namespace
+
+void ExportedPackageList::Load()
+{
+    entries.clear();
+    ReadEntries();
+    Refresh();
+}
+
+void ExportedPackageList::ReadEntries()
+{
+    RegistryKey key;
+    if (!OpenConfigurationKey(root, key)) return;
+    // The count is signed: a negative one means none.
+    const auto count = static_cast<int>(key.ReadDword(kCount).value_or(0));
+    for (int index = 0; index < count; ++index) {
+        try {
+            if (auto package = ReadPackage(key, ValueName(static_cast<std::size_t>(index)))) Append(std::move(package));
+        } catch (const std::bad_alloc&) {
+            // An entry too large for the memory left is skipped like a bad one.
+        }
+    }
+}
+
+void ExportedPackageList::Save() const
+{
+    RegistryKey key;
+    if (!OpenConfigurationKey(root, key)) return;
+    key.WriteDword(kCount, static_cast<DWORD>(entries.size()));
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, entries[index].package->Format());
+    }
+}
+
+std::optional<std::size_t> ExportedPackageList::Find(PackageIdentity identity) const
+{
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [identity](const Entry& entry) { return entry.identity == identity; });
+    if (found == entries.end()) return {};
+    return static_cast<std::size_t>(found - entries.begin());
+}
+
+PackageIdentity ExportedPackageList::Append(std::unique_ptr<ExportedPackage> package)
+{
+    entries.push_back({NextIdentity(), std::move(package)});
+    return entries.back().identity;
+}
+
+void ExportedPackageList::Remove(std::size_t index)
+{
+    entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+ExportedPackageList& ExportedPackages()
+{
+    static ExportedPackageList list;
+    return list;
+}
+
+}  // namespace zelt

@@ -1,0 +1,23 @@
+// A COM object without an interface of its own, whose existence holds one server-process reference: each window owns one
+// and so keeps the process alive as long as it is open. May be made on one thread and released on another.
+#pragma once
+
+#include <wrl/client.h>
+
+#include "com/object.h"
+
+namespace zelt {
+
+class CLockObject final : public com::Object {};
+
+using Lock = Microsoft::WRL::ComPtr<IUnknown>;
+
+// Null when memory is exhausted.
+inline Lock MakeLock()
+{
+    Lock lock;
+    com::Create<CLockObject>(IID_IUnknown, &lock);
+    return lock;
+}
+
+}  // namespace zelt

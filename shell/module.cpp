@@ -1,0 +1,146 @@
+#include "shell/module.h"
+
+#include <objbase.h>
+
+#include <vector>
+
+#include "com/server_reference.h"
+#include "com/type_info.h"
+#include "core/fault_guard.h"
+#include "res/resource.h"
+#include "shell/exported_package_list.h"
+#include "shell/registration.h"
+#include "shell/served_classes.h"
+#include "shell/user_interface.h"
+#include "shell/version.h"
+#include "thermo/wrapping_table.h"
+
+namespace zelt {
+namespace {
+
+CZELTModule* instance = nullptr;
+
+}  // namespace
+
+CZELTModule::CZELTModule()
+    : initialized(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)),
+      mainThread(GetCurrentThreadId()),
+      accelerators(LoadAcceleratorsW(com::ThisModule(), MAKEINTRESOURCEW(kAccelerators))),
+      shutdownEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr))
+{
+    instance = this;
+    const INITCOMMONCONTROLSEX controls = {sizeof controls,
+                                           ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS};
+    InitCommonControlsEx(&controls);
+    com::SetServerReferenceFunctions({[] { instance->Lock(); }, [] { instance->Unlock(); }});
+    PrepareGuards();
+    InstallWrappers();
+}
+
+CZELTModule::~CZELTModule()
+{
+    classObjects.Revoke();
+    if (monitor) {
+        // A loop that ended for another reason leaves the monitor waiting for an event that is about to be closed.
+        SetEvent(shutdownEvent.get());
+        WaitForSingleObject(monitor.get(), INFINITE);
+    }
+    com::ReleaseTypeInfo();
+    if (SUCCEEDED(initialized)) CoUninitialize();
+}
+
+CZELTModule* CZELTModule::Instance() { return instance; }
+
+int CZELTModule::Run(const std::wstring& tail)
+{
+    if (FAILED(initialized)) return initialized;
+    versionText = FileVersionText(com::ModulePath(com::ThisModule()));
+    LoadSmallImages();
+
+    const StartPlan plan = ParseCommandLine(tail);
+    // Registration leaves the user's settings alone: even reading them would make their key.
+    if (plan.action != RegistrationAction::None) return RunRegistration(plan.action);
+    Options().Load();
+    if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(plan.logFile);
+    if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) LoadPackages();
+    if (plan.mode == StartMode::Interactive) kUserInterface.showMainWindow();
+    return Serve();
+}
+
+void CZELTModule::LoadSmallImages()
+{
+    smallImages.reset(ImageList_Create(16, 16, ILC_COLOR4 | ILC_MASK, 2, 1));
+    const auto bitmap = static_cast<HBITMAP>(
+        LoadImageW(com::ThisModule(), MAKEINTRESOURCEW(kImages), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
+    if (!bitmap) return;
+    ImageList_AddMasked(smallImages.get(), bitmap, RGB(0xFF, 0xFF, 0xFF));
+    DeleteObject(bitmap);
+}
+
+HRESULT CZELTModule::RunRegistration(RegistrationAction action)
+{
+    const bool named = action == RegistrationAction::RegisterPerUser || action == RegistrationAction::UnregisterPerUser;
+    const Scope scope = named || PerUserRegistrationPreferred({}) ? Scope::User : Scope::Machine;
+    const bool add = action == RegistrationAction::Register || action == RegistrationAction::RegisterPerUser;
+    return add ? RegisterServer(scope, versionText) : UnregisterServer(scope, versionText);
+}
+
+void CZELTModule::Lock() { CoAddRefServerProcess(); }
+
+void CZELTModule::Unlock()
+{
+    if (CoReleaseServerProcess() != 0) return;
+    if (delayShutdown) {
+        activity = true;
+        SetEvent(shutdownEvent.get());
+    } else {
+        PostThreadMessageW(mainThread, WM_QUIT, 0, 0);
+    }
+}
+
+int CZELTModule::Serve()
+{
+    std::vector<com::ClassEntry> entries;
+    for (const ServedClass& served : ServedClasses()) entries.push_back(served.entry);
+    const HRESULT registered = classObjects.Register(entries);
+    if (FAILED(registered)) return registered;
+    if (registered == S_FALSE) delayShutdown = false;
+    if (delayShutdown && FAILED(StartMonitor())) return E_FAIL;
+
+    const int result = RunMessageLoop();
+    classObjects.Revoke();
+    // Other threads finish what they are about.
+    if (delayShutdown) Sleep(pauseAfterLoop);
+    return result;
+}
+
+HRESULT CZELTModule::StartMonitor()
+{
+    if (!shutdownEvent) return E_FAIL;
+    monitor.reset(CreateThread(nullptr, 0, MonitorShutdown, this, 0, nullptr));
+    return monitor ? S_OK : E_FAIL;
+}
+
+DWORD WINAPI CZELTModule::MonitorShutdown(void* parameter)
+{
+    const auto& module = *static_cast<const CZELTModule*>(parameter);
+    WaitForSingleObject(module.shutdownEvent.get(), INFINITE);
+    PostThreadMessageW(module.mainThread, WM_QUIT, 0, 0);
+    return 0;
+}
+
+int CZELTModule::RunMessageLoop()
+{
+    MSG message = {};
+    // The answer is negative for an error, which ends the loop like WM_QUIT does.
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        const HWND active = GetActiveWindow();
+        if (active && TranslateAcceleratorW(active, accelerators, &message)) continue;
+        if (active && IsDialogMessageW(active, &message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+}  // namespace zelt

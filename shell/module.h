@@ -1,0 +1,69 @@
+// The server process: its apartment, its start, its message loop and its end. One instance, made first thing in the
+// entry and destroyed last. It owns the shutdown event and the shared image list; windows and COM objects only hold
+// server-process references, which end the process when the last is given back.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <memory>
+#include <string>
+
+#include "com/class_factory.h"
+#include "core/log_options.h"
+#include "shell/command_line.h"
+#include "shell/handle.h"
+
+namespace zelt {
+
+class CZELTModule {
+public:
+    CZELTModule();
+    ~CZELTModule();
+    CZELTModule(const CZELTModule&) = delete;
+    CZELTModule& operator=(const CZELTModule&) = delete;
+
+    // The one instance; null before the entry and after its end.
+    static CZELTModule* Instance();
+
+    // The whole start: what `tail`, the command line after the program's name, asks for. The result is the exit code.
+    int Run(const std::wstring& tail);
+
+    const std::string& VersionText() const { return versionText; }
+    HIMAGELIST SmallImages() const { return smallImages.get(); }
+    HACCEL Accelerators() const { return accelerators; }
+    LogOptions& Options() { return TheLogOptions(); }
+
+    // The server-process reference, as every COM object and window takes it. Safe from any thread.
+    void Lock();
+    void Unlock();
+
+private:
+    struct ImageListDestroyer {
+        using pointer = HIMAGELIST;
+        void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
+    };
+
+    void LoadSmallImages();
+    HRESULT RunRegistration(RegistrationAction action);
+    int Serve();
+    HRESULT StartMonitor();
+    static DWORD WINAPI MonitorShutdown(void* module);
+    int RunMessageLoop();
+
+    HRESULT initialized;
+    const DWORD mainThread;
+    const DWORD shutdownTimeout = 5000;  // Kept for clients of the module; the monitor waits without limit.
+    const DWORD pauseAfterLoop = 1000;
+    bool delayShutdown = true;
+    volatile bool activity = false;
+    HACCEL accelerators;
+    std::string versionText;
+    std::unique_ptr<HIMAGELIST, ImageListDestroyer> smallImages;
+    // Made with the module: a window that closes before the monitor waits must find it.
+    UniqueHandle shutdownEvent;
+    UniqueHandle monitor;
+    com::ClassObjects classObjects;
+};
+
+}  // namespace zelt
