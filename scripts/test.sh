@@ -15,19 +15,28 @@ Test()
     Summarise "$failed"
 }
 
-# The number in attribute $1 of the test report $2's root element.
-ReportedNumber() { sed -n "0,/<testsuite/s/.*\b$1=\"\([0-9]*\)\".*/\1/p" <(tr -d '\n' <"$2" | sed 's/>/>\n/g' | grep -m1 '<testsuite ') ; }
+# The number in attribute $1 of the root element of the test report $2.
+ReportedNumber()
+{
+    [[ $(<"$2") =~ \<testsuite[^\>]*[[:space:]]"$1"=\"([0-9]+)\" ]] || Fail "The report $2 lacks the number of $1."
+    echo "${BASH_REMATCH[1]}"
+}
 
 # The last line of ./dev test: both architectures together. Fails when a test failed or a report is missing.
 Summarise()
 {
-    local total=0 failures=0 skipped=0 architecture report
+    local total=0 failures=0 skipped=0 architecture report number
     for architecture in "${architectures[@]}"; do
         report=$logFolder/tests-$architecture.xml
         [ -s "$report" ] || Fail "The tests for $architecture did not report; see $logFolder/tests-$architecture.log."
-        total=$((total + $(ReportedNumber tests "$report")))
-        failures=$((failures + $(ReportedNumber failures "$report")))
-        skipped=$((skipped + $(ReportedNumber skipped "$report") + $(ReportedNumber disabled "$report")))
+        number=$(ReportedNumber tests "$report")
+        total=$((total + number))
+        number=$(ReportedNumber failures "$report")
+        failures=$((failures + number))
+        number=$(ReportedNumber skipped "$report")
+        skipped=$((skipped + number))
+        number=$(ReportedNumber disabled "$report")
+        skipped=$((skipped + number))
     done
     local line="$((total - failures - skipped)) passed, $failures failed"
     [ "$skipped" -eq 0 ] || line+=", $skipped skipped"
