@@ -119,8 +119,7 @@ TEST(ClassFactory, LocksTheServerAndRefusesAggregation)
     EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, __uuidof(INumber), &number));
     ComPtr<IUnknown> aggregated;
     EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(number.Get(), IID_IUnknown, &aggregated));
-    EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE,
-              com::GetClassObject(classes, kUnknownClass, IID_IClassFactory, &factory));
+    EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, com::GetClassObject(classes, kUnknownClass, IID_IClassFactory, &factory));
 }
 
 }  // namespace

@@ -1,0 +1,82 @@
+# Reporting, steps with a log of their own, and clean-up. Sourced by ./dev.
+
+if [ -t 1 ]; then
+    bold=$'\e[1m' red=$'\e[31m' green=$'\e[32m' plain=$'\e[0m'
+else
+    bold='' red='' green='' plain=''
+fi
+
+logFolder=$root/build/logs
+cleanUps=()
+
+Say() { printf '%s\n' "$bold$*$plain"; }
+
+# Ends the script with one sentence.
+Fail()
+{
+    printf '%s\n' "$red$*$plain" >&2
+    exit 1
+}
+
+# Registers a command for the end of the script, whatever the end; the latest runs first.
+AtExit() { cleanUps=("$*" "${cleanUps[@]}"); }
+
+CleanUp()
+{
+    local status=$?
+    trap - EXIT
+    trap '' INT TERM HUP
+    local action
+    for action in "${cleanUps[@]}"; do
+        eval "$action" || true
+    done
+    exit "$status"
+}
+trap CleanUp EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+trap 'Fail "./dev stopped unexpectedly at ${BASH_SOURCE[0]#"$root"/}, line $LINENO: $BASH_COMMAND"' ERR
+set -E
+
+# Step <log name> <what is done> <command...>: runs the command with its output in a log; on failure says which step
+# failed, where the log is, and how it ends. Programs under Wine leave processes behind that hold their output open, so
+# the output goes to a file, never through a pipe.
+Step()
+{
+    local log=$logFolder/$1.log what=$2 start=$SECONDS status=0
+    shift 2
+    mkdir -p "$logFolder"
+    printf '%s' "$what ... "
+    # In the background, so that a signal ends the wait at once; a failing command in a condition would also run on.
+    ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$log" 2>&1 8>&- &
+    stepProcess=$!
+    wait "$stepProcess" || status=$?
+    stepProcess=
+    if [ "$status" -eq 0 ]; then
+        echo "$((SECONDS - start)) s"
+        return
+    fi
+    echo "failed"
+    { echo "--- end of $log"; tail -n 25 "$log"; echo "---"; } >&2
+    Fail "The step \"$what\" failed (exit code $status); its log is $log."
+}
+stepProcess=
+# A step's shell and the program that it runs; both belong to this script.
+EndStep()
+{
+    [ -n "$stepProcess" ] || return 0
+    local child
+    for child in $(cat "/proc/$stepProcess/task/$stepProcess/children" 2>/dev/null); do kill "$child" 2>/dev/null; done
+    kill "$stepProcess" 2>/dev/null
+}
+AtExit EndStep
+
+NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
+
+# One test run or demonstration at a time in one tree: they share the build folder.
+LockTree()
+{
+    mkdir -p build
+    exec 8>build/.lock
+    flock -n 8 || Fail "Another ./dev is at work in this folder."
+}

@@ -1,0 +1,57 @@
+# Formatting and static checks. Sourced by ./dev.
+
+# The project's C++ sources, the new ones included; outside of a checkout, whatever is in the source folders.
+Sources()
+{
+    if command -v git >/dev/null && git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+        git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' | while read -r file; do
+            [ ! -f "$file" ] || echo "$file"
+        done
+    else
+        find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -printf '%P\n'
+    fi | sort
+}
+
+# Lint [--fix]: --fix formats the files instead of complaining.
+Lint()
+{
+    [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint knows no option \"$*\", only --fix."
+    LockTree
+    InstallPackages build lint
+    mapfile -t sources < <(Sources)
+    [ ${#sources[@]} -gt 0 ] || Fail "There is no source to check."
+    if [ "${1:-}" = --fix ]; then
+        Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
+    else
+        Step format "Checking the formatting of ${#sources[@]} files" clang-format --dry-run --Werror "${sources[@]}"
+    fi
+    # The headers that the type libraries give must be there, and the compile commands; objects need not.
+    [ -f build/i686/compile_commands.json ] || Step configure-i686 "Configuring for i686" cmake --preset i686
+    Step lint-headers "Compiling the type libraries" cmake --build build/i686 --target \
+        idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files
+    Step tidy "Static checks" Tidy
+    printf '%s\n' "${green}Nothing to object to.$plain"
+}
+
+# clang reads the sources as the 32-bit cross compiler does, with that compiler's headers.
+Tidy()
+{
+    local compiler=i686-w64-mingw32-g++-posix folder
+    # Warnings are g++'s business: the build has them on, as errors.
+    local arguments=(--extra-arg=--target=i686-w64-windows-gnu --extra-arg=-w)
+    for folder in $("$compiler" -E -x c++ -v /dev/null 2>&1 | sed -n '/^#include </,/^End/s/^ //p'); do
+        # The intrinsics are the compiler's own; clang brings others.
+        case "$folder" in
+            */lib/gcc/*/include | */lib/gcc/*/include-fixed) ;;
+            *) arguments+=("--extra-arg=-isystem$folder") ;;
+        esac
+    done
+    local database=build/i686/compile_commands.json
+    # Only what the 32-bit build compiles: there a source has its definitions.
+    printf '%s\n' "${sources[@]}" | grep '\.cpp$' | while read -r file; do
+        grep -qF "\"$root/$file\"" "$database" && echo "$file"
+    done >build/lint-sources
+    [ -s build/lint-sources ] || { echo "No source is in $database."; return 1; }
+    echo "$(wc -l <build/lint-sources) sources"
+    xargs -a build/lint-sources -P "$(nproc)" -n 1 clang-tidy --quiet -p build/i686 "${arguments[@]}"
+}

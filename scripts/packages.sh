@@ -1,0 +1,68 @@
+# The Debian packages that the project needs, and their installation. Sourced by ./dev.
+
+# group | package | reason
+packageTable='
+build | g++-mingw-w64-i686-posix    | compiler, 32 bit: ZELT.EXE and the packages that it hosts
+build | g++-mingw-w64-x86-64-posix  | compiler, 64 bit: the 64-bit simulator
+build | mingw-w64-tools             | IDL compiler
+build | binutils-mingw-w64          | linker and resource compiler
+build | cmake                       | build and test driver
+build | ninja-build                 | build driver
+build | googletest                  | sources of the test framework
+build | wine                        | runs programs and tests
+build | wine32:i386                 | the 32-bit half of Wine, and the base type library that ours refer to
+build | wine64                      | the 64-bit half of Wine
+build | xvfb                        | a display for windows and message boxes
+lint  | clang-format                | formatting
+lint  | clang-tidy                  | static checks
+'
+
+# Prints the packages of the groups in $@ that are not installed.
+MissingPackages()
+{
+    local installed group package reason
+    installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n${Package}:${Architecture} ${db:Status-Status}\n')
+    while IFS='| ' read -r group package reason; do
+        [ -n "$group" ] && [[ " $* " == *" $group "* ]] || continue
+        grep -qxF "$package installed" <<<"$installed" || echo "$package"
+    done <<<"$packageTable"
+}
+
+# InstallPackages <group...>: takes no time when nothing is missing.
+InstallPackages()
+{
+    command -v dpkg-query >/dev/null || Fail "./dev installs Debian packages, and this is not a Debian system."
+    local missing
+    missing=$(MissingPackages "$@")
+    [ -n "$missing" ] || return 0
+    Say "Installing: "$missing
+
+    asRoot=()
+    if [ "$EUID" -ne 0 ]; then
+        command -v sudo >/dev/null || Fail "Packages are missing: run ./dev setup as root."
+        asRoot=(sudo -n)
+    fi
+    export DEBIAN_FRONTEND=noninteractive
+    Step apt-update "Refreshing the package lists" RefreshPackageLists
+    Step apt-install "Installing the packages" AptInstall $missing
+    missing=$(MissingPackages "$@")
+    [ -z "$missing" ] || Fail "These packages are still missing after the installation: "$missing
+}
+
+RefreshPackageLists()
+{
+    "${asRoot[@]}" dpkg --add-architecture i386
+    # One index of several may be out of reach for a while; whether the rest is enough shows when installing.
+    "${asRoot[@]}" apt-get update || echo "Some package lists could not be refreshed."
+}
+
+AptInstall()
+{
+    local install=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends
+                   -o Dpkg::Options::=--force-confold)
+    "${install[@]}" "$@" && return
+    # While the indexes of two architectures are out of step, libraries of the same version exist for one of them only:
+    # the release's own versions exist for both.
+    echo "Trying again with the versions of the release."
+    "${install[@]}" --allow-downgrades -t bookworm "$@"
+}

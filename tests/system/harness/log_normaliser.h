@@ -1,0 +1,20 @@
+// Replaces what differs from run to run in a log, so that a log can be compared byte for byte: addresses of objects, the
+// date of the start, and given paths. Only text of exactly the right form is replaced; anything else stays and shows up
+// in the comparison. Status codes look like addresses and are left alone.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zelt::test {
+
+struct PathName {
+    std::string path;
+    std::string name;
+};
+
+// Addresses (8 or 16 upper-case digits after "pointer 0x" or "address 0x") become 0xADDRESS1, 0xADDRESS2, ... in order of
+// first appearance; the start line's date and time become DATE; each path becomes its name, in the given order.
+std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {});
+
+}  // namespace zelt::test

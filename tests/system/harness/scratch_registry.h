@@ -1,0 +1,35 @@
+// A registry key of a test's own, below HKEY_CURRENT_USER\Software\ZELT Tests, deleted with everything in it at the end
+// of its scope; and the text of a whole key, for comparisons before and after. Failures throw std::runtime_error.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace zelt::test {
+
+class ScratchKey {
+public:
+    ScratchKey();
+    ~ScratchKey();
+    ScratchKey(const ScratchKey&) = delete;
+    ScratchKey& operator=(const ScratchKey&) = delete;
+
+    HKEY Key() const { return key; }
+
+    // Below HKEY_CURRENT_USER.
+    const std::wstring& Path() const { return path; }
+
+    // A value with any bytes, the malformed ones included.
+    void SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size);
+
+private:
+    std::wstring path;
+    HKEY key = nullptr;
+};
+
+// All keys and values below `root`\`path` in the registry view of `view` (KEY_WOW64_32KEY, KEY_WOW64_64KEY or 0), sorted,
+// one line each: the key, or key, value name, type and bytes in hexadecimal. Empty when the key does not exist.
+std::string RegistryText(HKEY root, const std::wstring& path, REGSAM view = 0);
+
+}  // namespace zelt::test

@@ -1,0 +1,53 @@
+#include "tests/system/harness/log_normaliser.h"
+
+#include <gtest/gtest.h>
+
+namespace zelt::test {
+namespace {
+
+struct Row {
+    const char* name;
+    const char* log;
+    const char* normalised;
+};
+
+// clang-format off
+const Row kReplaced[] = {
+    {"a 32-bit pointer",    "interface pointer 0x00AB12F0\"",                     "interface pointer 0xADDRESS1\""},
+    {"a 64-bit pointer",    "interface pointer 0x00000000FE12F0A8\"",             "interface pointer 0xADDRESS1\""},
+    {"a named address",     "(address 0x00AB12F0)",                               "(address 0xADDRESS1)"},
+    {"numbers by object",   "pointer 0x0000000A, pointer 0x0000000B, address 0x0000000A",
+                            "pointer 0xADDRESS1, pointer 0xADDRESS2, address 0xADDRESS1"},
+    {"the start",           "<info value=\"ZELT Logging started at March 05, 2012, 14:07\"/>",
+                            "<info value=\"ZELT Logging started at DATE\"/>"},
+    {"a path",              "C:\\a\\b.zlg and C:\\a\\b.zlg",                      "LOG and LOG"},
+};
+
+const Row kKept[] = {
+    {"a status code",       "error code 0x80040501",                              nullptr},
+    {"a code as a name",    "<error value=\"0x80041234: none\"/>",                nullptr},
+    {"lower-case digits",   "pointer 0x00ab12f0",                                 nullptr},
+    {"too few digits",      "pointer 0xAB12F0",                                   nullptr},
+    {"nine digits",         "pointer 0x000AB12F0",                                nullptr},
+    {"a null pointer",      "value=\"NULL\"",                                     nullptr},
+    {"another date form",   "<info value=\"ZELT Logging started at 5.3.2012, 14:07\"/>", nullptr},
+    {"a date elsewhere",    "<info value=\"March 05, 2012, 14:07\"/>",            nullptr},
+    {"a date without end",  "<info value=\"ZELT Logging started at March 05, 2012, 14:07", nullptr},
+};
+// clang-format on
+
+TEST(LogNormaliser, ReplacesWhatDiffersFromRunToRun)
+{
+    for (const Row& row : kReplaced)
+        EXPECT_EQ(row.normalised, NormaliseLog(row.log, {{"C:\\a\\b.zlg", "LOG"}})) << row.name;
+}
+
+TEST(LogNormaliser, KeepsEverythingElse)
+{
+    for (const Row& row : kKept) EXPECT_EQ(row.log, NormaliseLog(row.log)) << row.name;
+}
+
+TEST(LogNormaliser, ReplacesAPathByANameThatHoldsIt) { EXPECT_EQ("<a> <a>", NormaliseLog("a a", {{"a", "<a>"}})); }
+
+}  // namespace
+}  // namespace zelt::test

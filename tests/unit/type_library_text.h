@@ -1,0 +1,34 @@
+// A type library as text, one line for each fact, in the form of tests/data/cape_open_facts.txt: read from a built
+// library through the system's loader, or from such a file, and compared line by line. Aliases of enumerations are
+// replaced by the enumeration in parameters, because the two are the same on the wire. Compares nothing that the form
+// does not show: help texts of methods and the order of types are of no meaning.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace zelt::test {
+
+struct TypeText {
+    std::string headline;         // "interface <name> <iid> : ...", "enum <name>", "alias ...", "coclass ..."
+    std::set<std::string> lines;  // methods or values
+};
+
+struct LibraryText {
+    std::string headline;                   // "library <file> <name> ..."
+    std::map<std::string, TypeText> types;  // by name
+};
+
+// The library at `folder`/`file`. Throws std::runtime_error when it cannot be loaded, or holds what the text form cannot
+// show.
+LibraryText DescribeLibrary(const std::string& folder, const std::string& file);
+
+// The libraries of a facts file, by the name of the library's file. Throws std::runtime_error with the line's number.
+std::map<std::string, LibraryText> ReadFacts(const std::string& path);
+
+// One line for each difference, which names the type and says what is expected and what was found.
+std::vector<std::string> Differences(const LibraryText& expected, const LibraryText& found);
+
+}  // namespace zelt::test
