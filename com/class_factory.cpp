@@ -75,8 +75,8 @@ HRESULT ClassObjects::Register(std::span<const ClassEntry> classes)
             Microsoft::WRL::ComPtr<IClassFactory> factory;
             Check(MakeFactory(entry, factory));
             DWORD cookie = 0;
-            Check(CoRegisterClassObject(entry.clsid, factory.Get(), CLSCTX_LOCAL_SERVER,
-                                        REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &cookie));
+            Check(CoRegisterClassObject(entry.clsid, factory.Get(), context, REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED,
+                                        &cookie));
             cookies.push_back(cookie);
         }
         return CoResumeClassObjects();

@@ -31,16 +31,18 @@ HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFI
 // activation arrives before the server is complete.
 class ClassObjects {
 public:
-    ClassObjects() = default;
+    // `context`: where the classes are created, a local server's by default.
+    explicit ClassObjects(DWORD context = CLSCTX_LOCAL_SERVER) : context(context) {}
     ~ClassObjects() { Revoke(); }
     ClassObjects(const ClassObjects&) = delete;
     ClassObjects& operator=(const ClassObjects&) = delete;
 
-    // Registers each class for local activation with multiple use. On failure nothing stays registered.
+    // Registers each class with multiple use. On failure nothing stays registered.
     HRESULT Register(std::span<const ClassEntry> classes);
     void Revoke();
 
 private:
+    DWORD context;
     std::vector<DWORD> cookies;
 };
 

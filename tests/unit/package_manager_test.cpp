@@ -1,0 +1,449 @@
+// The package manager over scripted foreign managers and packages, which COM creates in this process.
+#include "thermo/property_package_manager.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "com/class_factory.h"
+#include "core/hr_name.h"
+#include "core/log_location.h"
+#include "core/narrow.h"
+#include "proxy_fixture.h"
+#include "shell/exported_package_list.h"
+#include "system/harness/scratch_registry.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr CLSID kForeignManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x01}};
+constexpr CLSID kStandAlone     = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
+constexpr CLSID kNowhere        = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
+
+// What the foreign manager does next, and what it was asked.
+struct Script {
+    HRESULT initialize = S_OK;
+    HRESULT get = S_OK;
+    std::wstring description;
+    bool answersNull = false;
+    std::vector<std::string> calls;
+    std::wstring requested;
+    FakePackage* last = nullptr;  // alive as long as somebody holds it
+};
+Script script;
+
+class ForeignManagerFake final : public FakeObject {
+public:
+    ForeignManagerFake() { errorDescription = script.description; }
+    ~ForeignManagerFake() override { script.calls.push_back("released"); }
+
+private:
+    struct Manager final : com::DualPart<ICapeThermoPropertyPackageManager> {
+        using DualPart::DualPart;
+        STDMETHOD(GetPropertyPackageList)(VARIANT*) override { return E_NOTIMPL; }
+        STDMETHOD(GetPropertyPackage)(BSTR name, IDispatch** package) override
+        {
+            script.calls.push_back("GetPropertyPackage");
+            script.requested = TextOf(name);
+            if (FAILED(script.get)) {
+                *package = reinterpret_cast<IDispatch*>(0x10);  // not to be trusted
+                return script.get;
+            }
+            *package = nullptr;
+            if (script.answersNull) return S_OK;
+            return com::Create<PackageWithDispatch>(IID_IDispatch, reinterpret_cast<void**>(package));
+        }
+    } manager{*this};
+    struct Utilities final : com::DualPart<ICapeUtilities> {
+        using DualPart::DualPart;
+        STDMETHOD(get_parameters)(IDispatch**) override { return E_NOTIMPL; }
+        STDMETHOD(put_simulationContext)(IDispatch*) override { return E_NOTIMPL; }
+        STDMETHOD(Initialize)() override
+        {
+            script.calls.push_back("Initialize");
+            return script.initialize;
+        }
+        STDMETHOD(Terminate)() override
+        {
+            script.calls.push_back("Terminate");
+            return S_OK;
+        }
+        STDMETHOD(Edit)() override { return E_NOTIMPL; }
+    } utilities{*this};
+
+public:
+    // A package that a script could reach too.
+    class PackageWithDispatch final : public FakeObject {
+    protected:
+        IDispatch* ScriptInterface() override { return Identification(); }
+
+    private:
+        IDispatch* Identification()
+        {
+            return static_cast<ICapeIdentification*>(FindInterface(__uuidof(ICapeIdentification))->Pointer());
+        }
+    };
+};
+
+class PackageManagerTest : public testing::Test {
+protected:
+    PackageManagerTest()
+    {
+        InstallWrappers();
+        script = {};
+        ExportedPackages().UseRoot({scratch.Key(), 0});
+        while (ExportedPackages().Count()) ExportedPackages().Remove(0);
+        TheLogOptions().root = {scratch.Key(), 0};
+        TheLogOptions().promptOpenLog = false;
+        EXPECT_EQ(S_OK, classes.Register(kClasses));
+        EXPECT_EQ(S_OK, CreatePropertyPackageManager(__uuidof(ICapeThermoPropertyPackageManager), &manager));
+    }
+    ~PackageManagerTest() override
+    {
+        while (ExportedPackages().Count()) ExportedPackages().Remove(0);
+        ExportedPackages().UseRoot({});
+        TheLogOptions() = {};
+        SetLogSurroundings(nullptr);
+    }
+
+    static void Export(PackageKind kind, const wchar_t* name, const CLSID& classId, bool logged = false)
+    {
+        auto package = std::make_unique<ExportedPackage>();
+        package->classId = classId;
+        package->kind = kind;
+        package->sourceName = L"Source";
+        package->exportedName = name;
+        package->loggingEnabled = logged;
+        ExportedPackages().Append(std::move(package));
+    }
+    HRESULT Get(const wchar_t* name)
+    {
+        BSTR text = name ? SysAllocString(name) : nullptr;
+        const HRESULT result = manager->GetPropertyPackage(text, package.ReleaseAndGetAddressOf());
+        SysFreeString(text);
+        return result;
+    }
+    template <class Getter>
+    std::wstring ErrorText(Getter getter)
+    {
+        ComPtr<ECapeUser> user;
+        EXPECT_EQ(S_OK, manager.As(&user));
+        BSTR text = nullptr;
+        EXPECT_EQ(S_OK, (user.Get()->*getter)(&text));
+        const std::wstring copy(TextOf(text));
+        SysFreeString(text);
+        return copy;
+    }
+    // Checks the error in all the forms in which the caller can read it.
+    void ExpectError(const std::wstring& description, HRESULT code, const wchar_t* className)
+    {
+        ComPtr<IErrorInfo> information;
+        ASSERT_EQ(S_OK, GetErrorInfo(0, &information));
+        BSTR text = nullptr;
+        EXPECT_EQ(S_OK, information->GetDescription(&text));
+        EXPECT_EQ(description, TextOf(text));
+        SysFreeString(text);
+        EXPECT_EQ(description, ErrorText(&ECapeUser::get_description));
+        EXPECT_EQ(L"GetPropertyPackage", ErrorText(&ECapeUser::get_scope));
+        EXPECT_EQ(L"ICapeThermoPropertyPackageManager", ErrorText(&ECapeUser::get_interfaceName));
+        ComPtr<ECapeUser> user;
+        ComPtr<ECapeRoot> root;
+        manager.As(&user);
+        manager.As(&root);
+        long raised = 0;
+        EXPECT_EQ(S_OK, user->get_code(&raised));
+        EXPECT_EQ(code, raised);
+        EXPECT_EQ(S_OK, root->get_name(&text));
+        EXPECT_STREQ(className, text);
+        SysFreeString(text);
+    }
+    std::vector<std::wstring> Names()
+    {
+        _variant_t list;
+        EXPECT_EQ(S_OK, manager->GetPropertyPackageList(&list));
+        if (list.vt == VT_EMPTY) return {};
+        EXPECT_EQ(VT_ARRAY | VT_BSTR, list.vt);
+        LONG lower = -1;
+        SafeArrayGetLBound(list.parray, 1, &lower);
+        EXPECT_EQ(0, lower);
+        std::vector<std::wstring> names;
+        for (ULONG i = 0; i < list.parray->rgsabound[0].cElements; ++i) {
+            names.emplace_back(static_cast<BSTR*>(list.parray->pvData)[i]);
+        }
+        return names;
+    }
+
+    static constexpr com::ClassEntry kClasses[] = {
+        {kForeignManager, com::CreateDefault<ForeignManagerFake>},
+        {kStandAlone, com::CreateDefault<ForeignManagerFake::PackageWithDispatch>},
+    };
+    ScratchKey scratch;
+    com::ClassObjects classes{CLSCTX_INPROC_SERVER};
+    ComPtr<ICapeThermoPropertyPackageManager> manager;
+    ComPtr<IDispatch> package;
+};
+
+constexpr auto kFromManager = PackageKind::PropertyPackage11FromManager;
+constexpr auto kAlone = PackageKind::PropertyPackage11StandAlone;
+constexpr auto kNotAvailable = static_cast<HRESULT>(ECapeInvalidArgumentHR);
+constexpr auto kCreationFailed = static_cast<HRESULT>(ECapeFailedInitialisationHR);
+constexpr wchar_t kRemove[] = L"\r\nRemove from list of exported property packages?";
+
+TEST_F(PackageManagerTest, ListsItsOwnKindsInOrder)
+{
+    _variant_t nothing(L"overwritten");
+    VARIANT out = nothing.Detach();
+    SysFreeString(out.bstrVal);
+    EXPECT_EQ(S_OK, manager->GetPropertyPackageList(&out));
+    EXPECT_EQ(VT_EMPTY, out.vt);
+
+    Export(PackageKind::PropertyPackage10StandAlone, L"other", kStandAlone);
+    EXPECT_TRUE(Names().empty());
+    Export(kAlone, L"B", kStandAlone);
+    Export(PackageKind::ReactionPackage10FromManager, L"reactions", kStandAlone);
+    Export(kFromManager, L"A", kForeignManager);
+    EXPECT_EQ((std::vector<std::wstring>{L"B", L"A"}), Names());
+    EXPECT_EQ(E_POINTER, manager->GetPropertyPackageList(nullptr));
+}
+
+TEST_F(PackageManagerTest, GetsAPackageFromItsManagerAndLetsTheManagerGo)
+{
+    Export(kFromManager, L"Aromatics", kForeignManager);
+    ASSERT_EQ(S_OK, Get(L"aROMATICS"));
+    EXPECT_EQ((std::vector<std::string>{"Initialize", "GetPropertyPackage", "Terminate", "released"}), script.calls);
+    EXPECT_EQ(L"Source", script.requested);
+    ComPtr<ICapeIdentification> identification;
+    ASSERT_EQ(S_OK, package.As(&identification));
+    BSTR name = nullptr;
+    EXPECT_EQ(S_OK, identification->get_ComponentName(&name));
+    EXPECT_STREQ(L"Aromatics", name);
+    SysFreeString(name);
+    // What comes back is a proxy, and each request makes a new one.
+    ComPtr<IOriginalObject> proxy;
+    EXPECT_EQ(S_OK, package.As(&proxy));
+    const ComPtr<IDispatch> first = package;
+    ASSERT_EQ(S_OK, Get(L"Aromatics"));
+    EXPECT_NE(first.Get(), package.Get());
+}
+
+TEST_F(PackageManagerTest, GetsAStandAlonePackage)
+{
+    Export(kAlone, L"Alone", kStandAlone);
+    EXPECT_EQ(S_OK, Get(L"Alone"));
+    EXPECT_NE(nullptr, package.Get());
+    EXPECT_TRUE(script.calls.empty());
+}
+
+TEST_F(PackageManagerTest, OfTwoPackagesOfOneNameTheFirstWins)
+{
+    Export(PackageKind::PropertyPackage10StandAlone, L"Twin", kNowhere);  // not this manager's
+    Export(kAlone, L"twin", kStandAlone);
+    Export(kFromManager, L"Twin", kForeignManager);
+    EXPECT_EQ(S_OK, Get(L"TWIN"));
+    EXPECT_TRUE(script.calls.empty());
+}
+
+TEST_F(PackageManagerTest, UnknownNameFailsWithoutAQuestion)
+{
+    MessageRecorder messages(IDYES);
+    Export(PackageKind::PropertyPackage10StandAlone, L"Other", kStandAlone);
+    EXPECT_EQ(kNotAvailable, Get(L"Other"));
+    EXPECT_EQ(nullptr, package.Get());
+    ExpectError(L"Package with name \"Other\" is not available", kNotAvailable, L"ECapeInvalidArgument");
+    EXPECT_EQ(kNotAvailable, Get(nullptr));
+    ExpectError(L"Package with name \"NULL\" is not available", kNotAvailable, L"ECapeInvalidArgument");
+    EXPECT_TRUE(messages.boxes.empty());
+}
+
+TEST_F(PackageManagerTest, NullNameMatchesAnEmptyOne)
+{
+    Export(kAlone, L"", kStandAlone);
+    EXPECT_EQ(S_OK, Get(nullptr));
+}
+
+struct FailureRow {
+    const char* what;
+    PackageKind kind;
+    const CLSID& classId;
+    void (*arrange)();
+    std::wstring description;
+    std::vector<std::string> calls;
+};
+
+TEST_F(PackageManagerTest, EachFailureHasItsText)
+{
+    const std::wstring notRegistered = L"REGDB_E_CLASSNOTREG";
+    const FailureRow rows[] = {
+        {"no such manager", kFromManager, kNowhere, [] {},
+         L"Failed to create property package manager: " + notRegistered, {}},
+        {"no such package", kAlone, kNowhere, [] {},
+         L"Failed to create stand-alone property package: " + notRegistered, {}},
+        {"no manager at all", kFromManager, kStandAlone, [] {},
+         L"Failed to create property package manager: E_NOINTERFACE", {}},
+        {"manager fails to initialize", kFromManager, kForeignManager,
+         [] {
+             script.initialize = static_cast<HRESULT>(ECapeLicenceErrorHR);
+             script.description = L"licence expired";
+         },
+         L"property package manager failed to initialize: licence expired", {"Initialize", "released"}},
+        {"manager refuses", kFromManager, kForeignManager,
+         [] {
+             script.get = static_cast<HRESULT>(ECapeUnknownHR);
+             script.description = L"no data bank";
+         },
+         L"no data bank", {"Initialize", "GetPropertyPackage", "Terminate", "released"}},
+        {"null result", kFromManager, kForeignManager, [] { script.answersNull = true; },
+         L"NULL pointer is returned for property package",
+         {"Initialize", "GetPropertyPackage", "Terminate", "released"}},
+    };
+    for (const FailureRow& row : rows) {
+        SCOPED_TRACE(row.what);
+        script = {};
+        row.arrange();
+        Export(row.kind, L"Bad", row.classId);
+        MessageRecorder messages(IDNO);
+        EXPECT_EQ(kCreationFailed, Get(L"Bad"));
+        EXPECT_EQ(nullptr, package.Get());
+        ExpectError(row.description, kCreationFailed, L"ECapeFailedInitialisation");
+        EXPECT_EQ(row.calls, script.calls);
+        ASSERT_EQ(1u, messages.boxes.size());
+        EXPECT_EQ(row.description + kRemove, messages.boxes[0].text);
+        EXPECT_EQ(L"ZELT:", messages.boxes[0].caption);
+        EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.boxes[0].flags);
+        EXPECT_EQ(1u, ExportedPackages().Count());  // No keeps it
+        ExportedPackages().Remove(0);
+    }
+}
+
+TEST_F(PackageManagerTest, YesRemovesTheRecordAndSavesTheList)
+{
+    static int refreshed;
+    refreshed = 0;
+    ExportedPackages().SetRefresh([] { ++refreshed; });
+    Export(kAlone, L"Keep", kStandAlone);
+    Export(kAlone, L"Bad", kNowhere);
+    MessageRecorder messages(IDYES);
+    EXPECT_EQ(kCreationFailed, Get(L"Bad"));
+    ExportedPackages().SetRefresh(nullptr);
+    EXPECT_EQ(1, refreshed);
+    EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
+    while (ExportedPackages().Count()) ExportedPackages().Remove(0);
+    ExportedPackages().Load();
+    EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
+}
+
+TEST_F(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
+{
+    Export(kAlone, L"First", kStandAlone);
+    Export(kAlone, L"Bad", kNowhere);
+    Export(kAlone, L"Last", kStandAlone);
+    MessageRecorder messages(IDYES);
+    messages.meanwhile = [] { ExportedPackages().Remove(0); };
+    EXPECT_EQ(kCreationFailed, Get(L"Bad"));
+    EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
+
+    // The record itself may be gone by the answer.
+    Export(kAlone, L"Bad", kNowhere);
+    messages.meanwhile = [] { ExportedPackages().Remove(1); };
+    EXPECT_EQ(kCreationFailed, Get(L"Bad"));
+    EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
+}
+
+std::wstring logPath;
+std::wstring logTitle;
+
+void PlaceLogsAt(const std::wstring& path)
+{
+    logPath = path;
+    static const LogSurroundings surroundings = {
+        [] {
+            SYSTEMTIME now;
+            GetLocalTime(&now);
+            return now;
+        },
+        [](std::wstring&) { return false; },
+        [](const std::wstring& title, std::wstring& chosen) {
+            logTitle = title;
+            chosen = logPath;
+            return !logPath.empty();
+        },
+    };
+    SetLogSurroundings(&surroundings);
+}
+
+TEST_F(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
+{
+    PlaceLogsAt(TemporaryPath());
+    MessageRecorder messages(IDNO);
+    TheLogOptions().promptOpenLog = true;
+    Export(kFromManager, L"Logged", kForeignManager, true);
+    ASSERT_EQ(S_OK, Get(L"Logged"));
+    EXPECT_EQ(L"Create log for Logged:", logTitle);
+    ComPtr<ICapeIdentification> identification;
+    package.As(&identification);
+    BSTR text = nullptr;
+    EXPECT_EQ(S_OK, identification->get_ComponentDescription(&text));
+    SysFreeString(text);
+    identification.Reset();
+    package.Reset();
+    const std::string log = WithoutCarriageReturns(ReadWhole(logPath));
+    EXPECT_NE(std::string::npos, log.find("<info value=\"Creating Logged\"/>\n"
+                                          "<info value=\"Object type: CAPE-OPEN version 1.1 Physical Property Package\"/>\n"
+                                          "<func name=\"ICapeIdentification::get_ComponentDescription\" direc=\"in\" "
+                                          "object=\"Logged\">\n"))
+        << log;
+    EXPECT_TRUE(log.ends_with("</zeltlogdocument>\n")) << log;
+    ASSERT_EQ(1u, messages.boxes.size());
+    EXPECT_EQ(L"Open log file \"" + logPath + L"\"?", messages.boxes[0].text);
+    DeleteFileW(logPath.c_str());
+}
+
+TEST_F(PackageManagerTest, DecliningThePlaceMeansNoLog)
+{
+    PlaceLogsAt(L"");
+    MessageRecorder messages;
+    Export(kAlone, L"Logged", kStandAlone, true);
+    EXPECT_EQ(S_OK, Get(L"Logged"));
+    EXPECT_TRUE(messages.boxes.empty());
+}
+
+TEST_F(PackageManagerTest, LogThatCannotBeOpenedIsSaidAndThePackageComesAllTheSame)
+{
+    PlaceLogsAt(L"C:\\no such folder\\log.zlg");
+    MessageRecorder messages;
+    Export(kAlone, L"Logged", kStandAlone, true);
+    EXPECT_EQ(S_OK, Get(L"Logged"));
+    ASSERT_EQ(1u, messages.boxes.size());
+    EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " +
+                  Widen(std::strerror(ENOENT)) + L"\r\nLogging will not be enabled",
+              messages.boxes[0].text);
+    EXPECT_EQ(L"Error:", messages.boxes[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.boxes[0].flags);
+}
+
+TEST_F(PackageManagerTest, SaysWhatItIs)
+{
+    ComPtr<ICapeIdentification> identification;
+    ASSERT_EQ(S_OK, manager.As(&identification));
+    BSTR text = nullptr;
+    EXPECT_EQ(S_OK, identification->get_ComponentName(&text));
+    EXPECT_STREQ(L"ZELT Property Package Manager (CAPE-OPEN 1.1)", text);
+    SysFreeString(text);
+    EXPECT_EQ(S_OK, identification->get_ComponentDescription(&text));
+    EXPECT_STREQ(L"Zeltora: Property Package Manager", text);
+    SysFreeString(text);
+    ComPtr<ICapeUtilities> utilities;
+    ASSERT_EQ(S_OK, manager.As(&utilities));
+    EXPECT_EQ(S_OK, utilities->Initialize());
+    EXPECT_EQ(S_OK, utilities->Terminate());
+    EXPECT_EQ(E_NOTIMPL, utilities->Edit());
+    IDispatch* parameters = reinterpret_cast<IDispatch*>(1);
+    EXPECT_EQ(S_OK, utilities->get_parameters(&parameters));
+    EXPECT_EQ(nullptr, parameters);
+    ComPtr<ISupportErrorInfo> support;
+    ASSERT_EQ(S_OK, manager.As(&support));
+    EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(__uuidof(ICapeThermoPropertyPackageManager)));
+    EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(__uuidof(ICapeUtilities)));
+}
+
+}  // namespace
+}  // namespace zelt::test
