@@ -96,8 +96,9 @@ extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, void
     return ExceptionContinueSearch;
 }
 
-bool InGuardedCall()
+int GuardDepth()
 {
+    int depth = 0;
     CONTEXT context;
     RtlCaptureContext(&context);
     while (context.Rip != 0) {
@@ -106,15 +107,15 @@ bool InGuardedCall()
         void* data = nullptr;
         PRUNTIME_FUNCTION function = RtlLookupFunctionEntry(context.Rip, &base, nullptr);
         if (!function) {  // A leaf: the return address is on top of the stack.
-            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip)) return false;
+            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip)) return depth;
             context.Rsp += sizeof context.Rip;
             continue;
         }
         const PEXCEPTION_ROUTINE handler = RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context,
                                                             &data, &establisher, nullptr);
-        if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) return true;
+        if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
     }
-    return false;
+    return depth;
 }
 
 #else
@@ -155,13 +156,14 @@ extern "C" _Unwind_Reason_Code ZeltGuardPersonality(int, _Unwind_Action actions,
     return _URC_CONTINUE_UNWIND;
 }
 
-bool InGuardedCall()
+int GuardDepth()
 {
+    int depth = 0;
     const auto end = reinterpret_cast<EXCEPTION_REGISTRATION_RECORD*>(~std::uintptr_t{0});
     for (const EXCEPTION_REGISTRATION_RECORD* record = ChainTop(); record && record != end; record = record->Next) {
-        if (reinterpret_cast<void*>(record->Handler) == reinterpret_cast<void*>(ZeltGuardHandler)) return true;
+        if (reinterpret_cast<void*>(record->Handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
     }
-    return false;
+    return depth;
 }
 
 #endif
@@ -172,7 +174,8 @@ void PrepareGuards()
     ULONG reserve = 0;
     if (SetThreadStackGuarantee(&reserve) && reserve >= kOverflowReserve) return;
     reserve = kOverflowReserve;
-    SetThreadStackGuarantee(&reserve);
+    // A stack that is committed as a whole has its guard page too low for the new reserve; this one sets it again.
+    if (SetThreadStackGuarantee(&reserve)) _resetstkoflw();
 }
 
 void guard::ThrowEscape(const Escape& escape)

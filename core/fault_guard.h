@@ -27,9 +27,10 @@ private:
 // Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
 class ForeignException {};
 
-// Makes abort() in a guarded call catchable, in each shared runtime library that is loaded, and reserves stack on the
-// calling thread for handling its overflow. Done at start-up for the main thread; call it again after a package has been
-// loaded, and on each further thread that makes guarded calls. Cheap and idempotent.
+// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and reserves
+// stack on the calling thread, without which its overflow may leave no room to dispatch the exception. Done at start-up
+// for the main thread; call it again after a package has been loaded, and first on each further thread that makes guarded
+// calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {

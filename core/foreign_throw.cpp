@@ -76,6 +76,10 @@ bool CarriesText(std::uintptr_t base, const void* info)
 
 bool ReadForeign(const void* address, void* out, std::size_t size) noexcept
 {
+    // Asked first, because a read through the system takes the guard off a guard page.
+    MEMORY_BASIC_INFORMATION region{};
+    if (VirtualQuery(address, &region, sizeof region) == 0 || region.State != MEM_COMMIT) return false;
+    if (region.Protect & (PAGE_NOACCESS | PAGE_GUARD)) return false;
     SIZE_T read = 0;
     return ReadProcessMemory(GetCurrentProcess(), address, out, size, &read) && read == size;
 }
