@@ -1,6 +1,6 @@
-// Turns std::terminate and abort inside a guarded call into a structured exception, which the guard takes. Packages built
-// with GCC for i686 need it: an exception that their own copy of the runtime library cannot unwind further ends there.
-// Outside guarded calls both still end the process.
+// Turns std::terminate and abort inside a guarded call into a structured exception, which the guard takes. Packages
+// built with GCC for i686 need it: an exception that their own copy of the runtime library cannot unwind further ends
+// there. Outside guarded calls both still end the process.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,8 @@ void TrapAborts();
 // True for the trap's exception; `text` is then the string that was being thrown, or null when that is not known.
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text);
 
-// The number of guarded calls that are active on the calling thread (fault_guard.cpp). Walks the stack: not for every call.
+// The number of guarded calls that are active on the calling thread (fault_guard.cpp). Walks the stack: not for every
+// call.
 int GuardDepth();
 
 }  // namespace zelt

@@ -44,7 +44,8 @@ bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language, the last byte varies.
     if (record.ExceptionCode != kGccThrow || record.NumberParameters == 0) return false;
-    if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer)) return false;
+    if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer))
+        return false;
     return std::memcmp(producer + 1, "++CCUNG", 7) == 0;
 }
 #endif
@@ -107,12 +108,13 @@ int GuardDepth()
         void* data = nullptr;
         PRUNTIME_FUNCTION function = RtlLookupFunctionEntry(context.Rip, &base, nullptr);
         if (!function) {  // A leaf: the return address is on top of the stack.
-            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip)) return depth;
+            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip))
+                return depth;
             context.Rsp += sizeof context.Rip;
             continue;
         }
-        const PEXCEPTION_ROUTINE handler = RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context,
-                                                            &data, &establisher, nullptr);
+        const PEXCEPTION_ROUTINE handler =
+            RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context, &data, &establisher, nullptr);
         if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
     }
     return depth;
@@ -182,9 +184,12 @@ void guard::ThrowEscape(const Escape& escape)
 {
     const std::unique_ptr<char[]> text(escape.text);
     switch (escape.kind) {
-        case Escape::Kind::Text: throw ThrownText(text.get());
-        case Escape::Kind::Foreign: throw ForeignException();
-        case Escape::Kind::Fault: break;
+        case Escape::Kind::Text:
+            throw ThrownText(text.get());
+        case Escape::Kind::Foreign:
+            throw ForeignException();
+        case Escape::Kind::Fault:
+            break;
     }
     // The guard page went with the overflow; without it the next one would end the process.
     if (escape.code == EXCEPTION_STACK_OVERFLOW) _resetstkoflw();

@@ -113,7 +113,8 @@ char* CopyMicrosoftText(const EXCEPTION_RECORD& record) noexcept
     const ULONG_PTR* parameters = record.ExceptionInformation;
     if (record.ExceptionCode != kMicrosoftThrow || record.NumberParameters < kParameters) return nullptr;
     if (parameters[0] < kFirstVersion || parameters[0] > kLastVersion) return nullptr;
-    if (parameters[1] == 0 || parameters[2] == 0) return nullptr;  // A rethrow; the object is known to the thrower only.
+    if (parameters[1] == 0 || parameters[2] == 0)
+        return nullptr;  // A rethrow; the object is known to the thrower only.
 #ifdef _WIN64
     const std::uintptr_t base = parameters[3];
 #else

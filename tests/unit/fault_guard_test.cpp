@@ -14,11 +14,11 @@ namespace {
 
 using faulty::Deed;
 using faulty::Order;
+using tests::CallGuarded;
 using tests::End;
 using tests::Outcome;
 using tests::Packages;
 using tests::ProcessorState;
-using tests::CallGuarded;
 
 constexpr int kRepeats = 1000;
 
@@ -34,8 +34,8 @@ struct FaultRow {
     DWORD code;
 };
 
-// What the system reports need not be what the processor found: a 32-bit process is told of an SSE exception without its
-// kind, and Wine on x86_64 is not told whether a denormal operand or an underflow was the cause.
+// What the system reports need not be what the processor found: a 32-bit process is told of an SSE exception without
+// its kind, and Wine on x86_64 is not told whether a denormal operand or an underflow was the cause.
 bool MayReport(const FaultRow& row, DWORD code)
 {
     if (code == row.code) return true;
@@ -75,10 +75,7 @@ constexpr FaultRow kRealFaults[] = {
 };
 // clang-format on
 
-bool Exists(Deed deed)
-{
-    return sizeof(void*) == 4 || (deed != Deed::Bounds && deed != Deed::IntoOverflow);
-}
+bool Exists(Deed deed) { return sizeof(void*) == 4 || (deed != Deed::Bounds && deed != Deed::IntoOverflow); }
 
 TEST(FaultGuard, RealFaultsBecomeExceptionsAndTheNextCallReturns)
 {
@@ -103,15 +100,33 @@ TEST(FaultGuard, RealFaultsBecomeExceptionsAndTheNextCallReturns)
 TEST(FaultGuard, RaisedCodesOfEveryOriginAreTaken)
 {
     constexpr DWORD kCodes[] = {
-        EXCEPTION_ACCESS_VIOLATION,      EXCEPTION_DATATYPE_MISALIGNMENT,    EXCEPTION_BREAKPOINT,
-        EXCEPTION_SINGLE_STEP,           EXCEPTION_IN_PAGE_ERROR,            EXCEPTION_ILLEGAL_INSTRUCTION,
-        EXCEPTION_INVALID_DISPOSITION,   EXCEPTION_NONCONTINUABLE_EXCEPTION, EXCEPTION_ARRAY_BOUNDS_EXCEEDED,
-        EXCEPTION_FLT_DENORMAL_OPERAND,  EXCEPTION_FLT_DIVIDE_BY_ZERO,       EXCEPTION_FLT_INEXACT_RESULT,
-        EXCEPTION_FLT_INVALID_OPERATION, EXCEPTION_FLT_OVERFLOW,             EXCEPTION_FLT_STACK_CHECK,
-        EXCEPTION_FLT_UNDERFLOW,         EXCEPTION_INT_DIVIDE_BY_ZERO,       EXCEPTION_INT_OVERFLOW,
-        EXCEPTION_PRIV_INSTRUCTION,      EXCEPTION_STACK_OVERFLOW,           EXCEPTION_GUARD_PAGE,
-        0xE0001234,                      0x0EEDFADE,                         0xE0434352,
-        0xE0414254,                      0x00000001,                         0xC0000027,
+        EXCEPTION_ACCESS_VIOLATION,
+        EXCEPTION_DATATYPE_MISALIGNMENT,
+        EXCEPTION_BREAKPOINT,
+        EXCEPTION_SINGLE_STEP,
+        EXCEPTION_IN_PAGE_ERROR,
+        EXCEPTION_ILLEGAL_INSTRUCTION,
+        EXCEPTION_INVALID_DISPOSITION,
+        EXCEPTION_NONCONTINUABLE_EXCEPTION,
+        EXCEPTION_ARRAY_BOUNDS_EXCEEDED,
+        EXCEPTION_FLT_DENORMAL_OPERAND,
+        EXCEPTION_FLT_DIVIDE_BY_ZERO,
+        EXCEPTION_FLT_INEXACT_RESULT,
+        EXCEPTION_FLT_INVALID_OPERATION,
+        EXCEPTION_FLT_OVERFLOW,
+        EXCEPTION_FLT_STACK_CHECK,
+        EXCEPTION_FLT_UNDERFLOW,
+        EXCEPTION_INT_DIVIDE_BY_ZERO,
+        EXCEPTION_INT_OVERFLOW,
+        EXCEPTION_PRIV_INSTRUCTION,
+        EXCEPTION_STACK_OVERFLOW,
+        EXCEPTION_GUARD_PAGE,
+        0xE0001234,
+        0x0EEDFADE,
+        0xE0434352,
+        0xE0414254,
+        0x00000001,
+        0xC0000027,
     };
     for (const auto& package : Packages()) {
         for (const DWORD code : kCodes) {

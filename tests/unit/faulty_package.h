@@ -1,5 +1,5 @@
-// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call told apart by how it ended,
-// and the processor state that a fault must leave as it was.
+// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call told apart by how it
+// ended, and the processor state that a fault must leave as it was.
 #pragma once
 
 #include <string>

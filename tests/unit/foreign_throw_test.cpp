@@ -16,11 +16,11 @@ namespace zelt {
 namespace {
 
 using faulty::Deed;
+using tests::CallGuarded;
 using tests::End;
 using tests::Outcome;
 using tests::Packages;
 using tests::ProcessorState;
-using tests::CallGuarded;
 
 constexpr int kRepeats = 1000;
 constexpr bool kIs64 = sizeof(void*) == 8;
@@ -87,8 +87,8 @@ TEST(OwnExceptions, GuardsWorkWhileAnExceptionIsHandled)
 struct ThrowRow {
     const char* name;
     Deed deed;
-    End passed;        // x86_64: the exception itself arrives.
-    End trapped;       // i686: the shared library tells the text; nothing is known of a static one.
+    End passed;   // x86_64: the exception itself arrives.
+    End trapped;  // i686: the shared library tells the text; nothing is known of a static one.
     const char* text;
 };
 
@@ -127,8 +127,8 @@ TEST(GccPackages, WhatTheyThrowArrivesAsAnException)
     }
 }
 
-// An exception as Microsoft's compiler lays it out. References are addresses on i686 and offsets from the image, here from
-// this object, on x86_64.
+// An exception as Microsoft's compiler lays it out. References are addresses on i686 and offsets from the image, here
+// from this object, on x86_64.
 struct MicrosoftThrow {
     struct Info {
         std::uint32_t attributes, destructor, forwardCompatible, types;
@@ -251,8 +251,8 @@ TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
         return thrown.Raise().end;
     };
     EXPECT_EQ(End::ThrownText, garbage([](auto&) {}));
-    for (const ULONG_PTR bad : {ULONG_PTR{0}, ULONG_PTR{1}, ~ULONG_PTR{0}, ~ULONG_PTR{0} - 8,
-                                reinterpret_cast<ULONG_PTR>(page.End())}) {
+    for (const ULONG_PTR bad :
+         {ULONG_PTR{0}, ULONG_PTR{1}, ~ULONG_PTR{0}, ~ULONG_PTR{0} - 8, reinterpret_cast<ULONG_PTR>(page.End())}) {
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[0] = bad; })) << bad;
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[1] = bad; })) << bad;
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[2] = bad; })) << bad;
@@ -269,10 +269,10 @@ TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
     }
     EXPECT_EQ(End::Foreign, garbage([](auto& t) { t.types.count = 0; }));
     EXPECT_EQ(End::Foreign, garbage([](auto& t) {
-        t.types.count = 0xFFFFFFFF;
-        std::strcpy(t.descriptors[0].name, ".H");
-        std::strcpy(t.descriptors[1].name, ".H");
-    }));
+                  t.types.count = 0xFFFFFFFF;
+                  std::strcpy(t.descriptors[0].name, ".H");
+                  std::strcpy(t.descriptors[1].name, ".H");
+              }));
     for (DWORD count = 0; count < (kIs64 ? 4 : 3); ++count) {
         EXPECT_EQ(End::Foreign, MicrosoftThrow(kConstText, ".H", "text").Raise(count).end) << count;
     }

@@ -50,10 +50,10 @@ enum class Deed {
 
 struct Order {
     Deed deed;
-    DWORD code = 0;                      // Raise
-    DWORD flags = 0;                     // Raise
-    void (*callBack)(void*) = nullptr;   // CallBack
-    void* context = nullptr;             // CallBack
+    DWORD code = 0;                     // Raise
+    DWORD flags = 0;                    // Raise
+    void (*callBack)(void*) = nullptr;  // CallBack
+    void* context = nullptr;            // CallBack
 };
 
 constexpr HRESULT kDone = 0x00041234;     // Returned when the deed came to an end.
