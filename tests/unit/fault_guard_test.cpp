@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csetjmp>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <thread>
@@ -77,8 +79,30 @@ constexpr FaultRow kRealFaults[] = {
 
 bool Exists(Deed deed) { return sizeof(void*) == 4 || (deed != Deed::Bounds && deed != Deed::IntoOverflow); }
 
+// Control words that no runtime library sets by itself (53 bits of precision, flush to zero), to see them kept.
+class UnusualControlWords {
+public:
+    UnusualControlWords()
+    {
+        asm volatile("fnstcw %0; stmxcsr %1" : "=m"(x87), "=m"(sse));
+        Set(0x027F, 0x9F80);
+    }
+    ~UnusualControlWords() { Set(x87, sse); }
+    UnusualControlWords(const UnusualControlWords&) = delete;
+
+private:
+    static void Set(std::uint16_t x87, std::uint32_t sse)
+    {
+        asm volatile("fldcw %0; ldmxcsr %1" : : "m"(x87), "m"(sse));
+    }
+
+    std::uint16_t x87 = 0;
+    std::uint32_t sse = 0;
+};
+
 TEST(FaultGuard, RealFaultsBecomeExceptionsAndTheNextCallReturns)
 {
+    const UnusualControlWords controlWords;
     for (const auto& package : Packages()) {
         ASSERT_TRUE(package.misbehave) << package.name;
         for (const FaultRow& row : kRealFaults) {
@@ -144,18 +168,35 @@ TEST(FaultGuard, RaisedCodesOfEveryOriginAreTaken)
     }
 }
 
-TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
+int OverflowsTaken()
 {
+    int taken = 0;
     for (const auto& package : Packages()) {
         const ProcessorState before = ProcessorState::Now();
         for (int i = 0; i < 20; ++i) {
             const Outcome outcome = CallGuarded(package.misbehave, {Deed::StackOverflow});
-            ASSERT_EQ(End::Fault, outcome.end) << package.name << " " << i;
-            ASSERT_EQ(DWORD{EXCEPTION_STACK_OVERFLOW}, outcome.code);
-            ASSERT_EQ(before, ProcessorState::Now());
-            ASSERT_TRUE(AnswersAgain(package.misbehave));
+            taken += outcome.code == EXCEPTION_STACK_OVERFLOW && before == ProcessorState::Now() &&
+                     AnswersAgain(package.misbehave);
         }
     }
+    return taken;
+}
+
+// A thread that dies of its overflow must fail the test: the end of the main thread would look like success.
+TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
+{
+    int taken = 0;
+    std::thread([&] {
+        PrepareGuards();
+        taken = OverflowsTaken();
+    }).join();
+    EXPECT_EQ(40, taken);
+}
+
+TEST(FaultGuardDeathTest, StackOverflowOfTheMainThreadIsTakenAgainAndAgain)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::_Exit(100 + OverflowsTaken()), ::testing::ExitedWithCode(140), "");
 }
 
 // A package and a proxy that call each other without end: each level is guarded, and the level that takes the overflow
@@ -184,13 +225,16 @@ struct Mutual {
 TEST(FaultGuard, EndlessMutualCallsEndInOneOverflow)
 {
     for (const auto& package : Packages()) {
-        for (int i = 0; i < 5; ++i) {
-            Mutual mutual{package.misbehave};
-            Mutual::Enter(&mutual);
-            EXPECT_EQ(1, mutual.taken);
-            EXPECT_GT(mutual.depth, 50);
-            EXPECT_TRUE(AnswersAgain(package.misbehave));
-        }
+        int passed = 0;
+        std::thread([&] {
+            PrepareGuards();
+            for (int i = 0; i < 5; ++i) {
+                Mutual mutual{package.misbehave};
+                Mutual::Enter(&mutual);
+                passed += mutual.taken == 1 && mutual.depth > 50 && AnswersAgain(package.misbehave);
+            }
+        }).join();
+        EXPECT_EQ(5, passed) << package.name;
     }
 }
 
@@ -272,6 +316,24 @@ TEST(FaultGuard, UnpreparedThreadsAreServedToo)
         }
     }).join();
     EXPECT_EQ(6, passed);
+}
+
+// A jump out of the guarded call unwinds the guard's frame: that is no exception to take.
+TEST(FaultGuard, JumpsPass)
+{
+    static std::jmp_buf target;
+    const ProcessorState before = ProcessorState::Now();
+    static volatile int jumps = 0;
+    jumps = 0;
+    if (setjmp(target) < kRepeats) {
+        Guarded([] {
+            jumps = jumps + 1;
+            std::longjmp(target, jumps);
+        });
+        FAIL();
+    }
+    EXPECT_EQ(kRepeats, jumps);
+    EXPECT_EQ(before, ProcessorState::Now());
 }
 
 TEST(FaultGuard, ResultsAndVoidCallsPass)

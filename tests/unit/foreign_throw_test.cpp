@@ -127,6 +127,14 @@ TEST(GccPackages, WhatTheyThrowArrivesAsAnException)
     }
 }
 
+TEST(GccPackages, ATextIsReportedOnce)
+{
+    for (const auto& package : Packages()) {
+        CallGuarded(package.misbehave, {Deed::ThrowText});
+        EXPECT_EQ(End::Foreign, CallGuarded(package.misbehave, {Deed::Terminate}).end) << package.name;
+    }
+}
+
 // An exception as Microsoft's compiler lays it out. References are addresses on i686 and offsets from the image, here
 // from this object, on x86_64.
 struct MicrosoftThrow {
@@ -224,13 +232,14 @@ TEST(MicrosoftPackages, OtherTypesAreForeign)
     }
 }
 
-// A page that cannot be read, preceded by one that can.
+// A page that cannot be read, being reserved or protected, preceded by one that can.
 class PageEnd {
 public:
-    PageEnd() : pages(static_cast<char*>(VirtualAlloc(nullptr, 2 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE)))
+    explicit PageEnd(bool reserved)
+        : pages(static_cast<char*>(VirtualAlloc(nullptr, 2 * kPage, MEM_RESERVE, PAGE_NOACCESS)))
     {
-        DWORD before = 0;
-        VirtualProtect(pages + kPage, kPage, PAGE_NOACCESS, &before);
+        VirtualAlloc(pages, kPage, MEM_COMMIT, PAGE_READWRITE);
+        if (!reserved) VirtualAlloc(pages + kPage, kPage, MEM_COMMIT, PAGE_NOACCESS);
     }
     ~PageEnd() { VirtualFree(pages, 0, MEM_RELEASE); }
     PageEnd(const PageEnd&) = delete;
@@ -244,7 +253,8 @@ private:
 
 TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
 {
-    const PageEnd page;
+    const PageEnd reserved(true);
+    const PageEnd denied(false);
     const auto garbage = [](auto&& damage) {
         MicrosoftThrow thrown(kConstText, kConstText, "text");
         damage(thrown);
@@ -252,7 +262,8 @@ TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
     };
     EXPECT_EQ(End::ThrownText, garbage([](auto&) {}));
     for (const ULONG_PTR bad :
-         {ULONG_PTR{0}, ULONG_PTR{1}, ~ULONG_PTR{0}, ~ULONG_PTR{0} - 8, reinterpret_cast<ULONG_PTR>(page.End())}) {
+         {ULONG_PTR{0}, ULONG_PTR{1}, ~ULONG_PTR{0}, ~ULONG_PTR{0} - 8, reinterpret_cast<ULONG_PTR>(reserved.End()),
+          reinterpret_cast<ULONG_PTR>(denied.End())}) {
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[0] = bad; })) << bad;
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[1] = bad; })) << bad;
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[2] = bad; })) << bad;
@@ -280,7 +291,7 @@ TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
 
 TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
 {
-    const PageEnd page;
+    const PageEnd page(true);
     char* const start = page.End() - 4;
     std::memcpy(start, "abcd", 4);
     const Outcome cut = MicrosoftThrow(kConstText, ".H", start).Raise();
