@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <typeinfo>
 
 namespace zelt {
@@ -19,35 +20,73 @@ Function Export(HMODULE library, const char* name)
     return library ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name))) : nullptr;
 }
 
-// What std::current_exception of a foreign library returns: a reference that is not given back, because the exception
-// ends with the frames that are abandoned here. The destructor makes it travel in memory, as the real type does.
-struct CurrentException {
-    void* object;
-    ~CurrentException() {}
-};
-
-// A string in flight in GCC's shared C++ library, which lets us ask. Of the static ones we know nothing.
-const char* TextInFlight()
+[[noreturn]] void RaiseAbort(const char* text)
 {
-    const HMODULE library = GetModuleHandleW(L"libstdc++-6.dll");
-    const auto currentType = Export<const std::type_info* (*)()>(library, "__cxa_current_exception_type");
-    const auto currentException = Export<CurrentException (*)()>(library, "_ZSt17current_exceptionv");
-    if (!currentType || !currentException) return nullptr;
-    const std::type_info* type = currentType();
-    if (!type || (std::strcmp(type->name(), "PKc") != 0 && std::strcmp(type->name(), "Pc") != 0)) return nullptr;
-    const CurrentException exception = currentException();
-    return exception.object ? *static_cast<const char* const*>(exception.object) : nullptr;
+    const ULONG_PTR parameters[] = {reinterpret_cast<ULONG_PTR>(&kMark), reinterpret_cast<ULONG_PTR>(text)};
+    RaiseException(kAborted, EXCEPTION_NONCONTINUABLE, 2, parameters);
+    std::_Exit(3);  // Not reached: the caller has seen a guard.
 }
 
 void __cdecl OnAbort(int)
 {
     // The runtime library goes back to its default action before it calls the handler. Outside a guarded call that is
     // what shall happen next.
-    if (!InGuardedCall()) return;
+    if (GuardDepth() == 0) return;
     TrapAborts();
-    const ULONG_PTR parameters[] = {reinterpret_cast<ULONG_PTR>(&kMark), reinterpret_cast<ULONG_PTR>(TextInFlight())};
-    RaiseException(kAborted, EXCEPTION_NONCONTINUABLE, 2, parameters);
+    RaiseAbort(nullptr);
 }
+
+// GCC's shared C++ library tells what it was throwing when it gave up.
+class SharedRuntime {
+public:
+    static void Trap()
+    {
+        const HMODULE library = GetModuleHandleW(L"libstdc++-6.dll");
+        const auto setTerminate = Export<Terminate (*)(Terminate)>(library, "_ZSt13set_terminatePFvvE");
+        if (!setTerminate) return;
+        const Terminate before = setTerminate(OnTerminate);
+        if (before != OnTerminate) previous = before;
+    }
+
+private:
+    using Terminate = void (*)();
+
+    static void OnTerminate()
+    {
+        const int depth = GuardDepth();
+        if (depth == 0) {
+            if (previous) previous();
+            std::abort();
+        }
+        // With an outer guard the current exception may be one that an outer package is handling.
+        RaiseAbort(depth == 1 ? TextInFlight() : nullptr);
+    }
+
+    // The string being thrown, or null. The exception is ended: the frames that could do it are about to go.
+    static const char* TextInFlight()
+    {
+        const HMODULE library = GetModuleHandleW(L"libstdc++-6.dll");
+        const auto currentType = Export<const std::type_info* (*)()>(library, "__cxa_current_exception_type");
+        const auto currentException = Export<std::exception_ptr (*)()>(library, "_ZSt17current_exceptionv");
+        const auto endCatch = Export<void (*)()>(library, "__cxa_end_catch");
+        if (!currentType || !currentException || !endCatch) return nullptr;
+        const std::type_info* type = currentType();
+        if (!type) return nullptr;
+        const char* text = nullptr;
+        if (std::strcmp(type->name(), "PKc") == 0 || std::strcmp(type->name(), "Pc") == 0) {
+            // The pointer's one field is the thrown object; the reference goes back before the exception ends.
+            static_assert(sizeof(std::exception_ptr) == sizeof(const char* const*));
+            const std::exception_ptr exception = currentException();
+            const char* const* object = nullptr;
+            std::memcpy(&object, &exception, sizeof object);
+            text = *object;
+        }
+        endCatch();
+        return text;
+    }
+
+    static inline Terminate previous = nullptr;
+};
 
 }  // namespace
 
@@ -58,6 +97,7 @@ void TrapAborts()
     std::signal(SIGABRT, OnAbort);
     using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
     if (const auto signal = Export<Signal>(GetModuleHandleW(L"ucrtbase.dll"), "signal")) signal(SIGABRT, OnAbort);
+    SharedRuntime::Trap();
 }
 
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text)

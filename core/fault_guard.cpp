@@ -44,7 +44,8 @@ bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language, the last byte varies.
     if (record.ExceptionCode != kGccThrow || record.NumberParameters == 0) return false;
-    if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer)) return false;
+    if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer))
+        return false;
     return std::memcmp(producer + 1, "++CCUNG", 7) == 0;
 }
 #endif
@@ -96,8 +97,9 @@ extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, void
     return ExceptionContinueSearch;
 }
 
-bool InGuardedCall()
+int GuardDepth()
 {
+    int depth = 0;
     CONTEXT context;
     RtlCaptureContext(&context);
     while (context.Rip != 0) {
@@ -106,15 +108,16 @@ bool InGuardedCall()
         void* data = nullptr;
         PRUNTIME_FUNCTION function = RtlLookupFunctionEntry(context.Rip, &base, nullptr);
         if (!function) {  // A leaf: the return address is on top of the stack.
-            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip)) return false;
+            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip))
+                return depth;
             context.Rsp += sizeof context.Rip;
             continue;
         }
-        const PEXCEPTION_ROUTINE handler = RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context,
-                                                            &data, &establisher, nullptr);
-        if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) return true;
+        const PEXCEPTION_ROUTINE handler =
+            RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context, &data, &establisher, nullptr);
+        if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
     }
-    return false;
+    return depth;
 }
 
 #else
@@ -155,13 +158,14 @@ extern "C" _Unwind_Reason_Code ZeltGuardPersonality(int, _Unwind_Action actions,
     return _URC_CONTINUE_UNWIND;
 }
 
-bool InGuardedCall()
+int GuardDepth()
 {
+    int depth = 0;
     const auto end = reinterpret_cast<EXCEPTION_REGISTRATION_RECORD*>(~std::uintptr_t{0});
     for (const EXCEPTION_REGISTRATION_RECORD* record = ChainTop(); record && record != end; record = record->Next) {
-        if (reinterpret_cast<void*>(record->Handler) == reinterpret_cast<void*>(ZeltGuardHandler)) return true;
+        if (reinterpret_cast<void*>(record->Handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
     }
-    return false;
+    return depth;
 }
 
 #endif
@@ -172,16 +176,20 @@ void PrepareGuards()
     ULONG reserve = 0;
     if (SetThreadStackGuarantee(&reserve) && reserve >= kOverflowReserve) return;
     reserve = kOverflowReserve;
-    SetThreadStackGuarantee(&reserve);
+    // A stack that is committed as a whole has its guard page too low for the new reserve; this one sets it again.
+    if (SetThreadStackGuarantee(&reserve)) _resetstkoflw();
 }
 
 void guard::ThrowEscape(const Escape& escape)
 {
     const std::unique_ptr<char[]> text(escape.text);
     switch (escape.kind) {
-        case Escape::Kind::Text: throw ThrownText(text.get());
-        case Escape::Kind::Foreign: throw ForeignException();
-        case Escape::Kind::Fault: break;
+        case Escape::Kind::Text:
+            throw ThrownText(text.get());
+        case Escape::Kind::Foreign:
+            throw ForeignException();
+        case Escape::Kind::Fault:
+            break;
     }
     // The guard page went with the overflow; without it the next one would end the process.
     if (escape.code == EXCEPTION_STACK_OVERFLOW) _resetstkoflw();

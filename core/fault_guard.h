@@ -27,9 +27,10 @@ private:
 // Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
 class ForeignException {};
 
-// Makes abort() in a guarded call catchable, in each shared runtime library that is loaded, and reserves stack on the
-// calling thread for handling its overflow. Done at start-up for the main thread; call it again after a package has been
-// loaded, and on each further thread that makes guarded calls. Cheap and idempotent.
+// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and
+// reserves stack on the calling thread, without which its overflow may leave no room to dispatch the exception. Done at
+// start-up for the main thread; call it again after a package has been loaded, and first on each further thread that
+// makes guarded calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {
@@ -53,7 +54,8 @@ extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape)
 inline void Run(Function function, void* context)
 {
     Escape escape;
-    if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]] ThrowEscape(escape);
+    if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]]
+        ThrowEscape(escape);
 }
 
 }  // namespace guard
@@ -62,9 +64,9 @@ inline void Run(Function function, void* context)
 //   SE_Exception      for a structured exception: faults, stack overflow, codes of any other origin;
 //   ThrownText        for a character string from a runtime library that is not ours;
 //   ForeignException  for everything else from such a library.
-// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of packages
-// built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort, which arrives
-// as ThrownText or ForeignException.
+// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of
+// packages built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort,
+// which arrives as ThrownText or ForeignException.
 template <class Call>
 std::invoke_result_t<Call&> Guarded(Call&& call)
 {
@@ -81,10 +83,12 @@ std::invoke_result_t<Call&> Guarded(Call&& call)
             Callee& call;
             Result result;
         } frame{call, {}};
-        guard::Run([](void* context) {
-            auto* frame = static_cast<Frame*>(context);
-            frame->result = frame->call();
-        }, &frame);
+        guard::Run(
+            [](void* context) {
+                auto* frame = static_cast<Frame*>(context);
+                frame->result = frame->call();
+            },
+            &frame);
         return frame.result;
     }
 }

@@ -76,6 +76,10 @@ bool CarriesText(std::uintptr_t base, const void* info)
 
 bool ReadForeign(const void* address, void* out, std::size_t size) noexcept
 {
+    // Asked first, because a read through the system takes the guard off a guard page.
+    MEMORY_BASIC_INFORMATION region{};
+    if (VirtualQuery(address, &region, sizeof region) == 0 || region.State != MEM_COMMIT) return false;
+    if (region.Protect & (PAGE_NOACCESS | PAGE_GUARD)) return false;
     SIZE_T read = 0;
     return ReadProcessMemory(GetCurrentProcess(), address, out, size, &read) && read == size;
 }
@@ -109,7 +113,8 @@ char* CopyMicrosoftText(const EXCEPTION_RECORD& record) noexcept
     const ULONG_PTR* parameters = record.ExceptionInformation;
     if (record.ExceptionCode != kMicrosoftThrow || record.NumberParameters < kParameters) return nullptr;
     if (parameters[0] < kFirstVersion || parameters[0] > kLastVersion) return nullptr;
-    if (parameters[1] == 0 || parameters[2] == 0) return nullptr;  // A rethrow; the object is known to the thrower only.
+    if (parameters[1] == 0 || parameters[2] == 0)
+        return nullptr;  // A rethrow; the object is known to the thrower only.
 #ifdef _WIN64
     const std::uintptr_t base = parameters[3];
 #else
