@@ -12,7 +12,7 @@
 
 namespace zelt::sample {
 
-class IdentificationPart final : public CapePart<ICapeIdentification> {
+class IdentificationPart : public CapePart<ICapeIdentification> {
 public:
     IdentificationPart(com::Object& object, CapeErrors& errors, std::wstring name, std::wstring description)
         : CapePart(object, errors, L"ICapeIdentification"), name(std::move(name)), description(std::move(description))
@@ -31,7 +31,7 @@ private:
 };
 
 // No parameters and no dialog. The simulation context is held until Terminate.
-class UtilitiesPart final : public CapePart<ICapeUtilities> {
+class UtilitiesPart : public CapePart<ICapeUtilities> {
 public:
     // `onInitialize` and `onTerminate` may be empty; what they throw is the call's failure.
     UtilitiesPart(com::Object& object, CapeErrors& errors, std::function<void()> onInitialize,

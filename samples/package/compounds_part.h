@@ -6,7 +6,7 @@
 
 namespace zelt::sample {
 
-class CompoundsPart final : public CapePart<ICapeThermoCompounds> {
+class CompoundsPart : public CapePart<ICapeThermoCompounds> {
 public:
     CompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoCompounds"), model(model)

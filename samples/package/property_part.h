@@ -7,7 +7,7 @@
 
 namespace zelt::sample {
 
-class PropertyPart final : public CapePart<ICapeThermoPropertyRoutine> {
+class PropertyPart : public CapePart<ICapeThermoPropertyRoutine> {
 public:
     PropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoPropertyRoutine"), model(model)
