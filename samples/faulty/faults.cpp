@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -14,6 +15,8 @@ namespace {
 
 // Values that the optimiser cannot see through: it would otherwise make something else of undefined behaviour.
 volatile int zero = 0;
+volatile int one = 1;
+volatile int lowest = std::numeric_limits<int>::min();
 int* volatile nowhere = nullptr;
 void (*volatile noFunction)() = nullptr;
 volatile int depthLimit = 1 << 30;
@@ -21,7 +24,8 @@ volatile int depthLimit = 1 << 30;
 void NullWrite() { *nowhere = 1; }
 void NullRead() { zero = *nowhere; }
 void NullCall() { noFunction(); }
-void IntegerDivision() { zero = 1 / zero; }
+void IntegerDivision() { zero = one / zero; }
+void IntegerOverflow() { zero = lowest / -one; }
 void IllegalInstruction() { asm volatile("ud2"); }
 void PrivilegedInstruction() { asm volatile("hlt"); }
 
@@ -97,6 +101,7 @@ constexpr struct {
     {L"nullRead", NullRead},
     {L"nullCall", NullCall},
     {L"integerDivision", IntegerDivision},
+    {L"integerOverflow", IntegerOverflow},
     {L"illegalInstruction", IllegalInstruction},
     {L"privilegedInstruction", PrivilegedInstruction},
     {L"stackOverflow", StackOverflow},
