@@ -1,0 +1,45 @@
+// The exception that stands for a CAPE-OPEN error inside the samples: thrown where a call fails, turned into a status
+// code, an error state and an IErrorInfo by CapeErrors.
+#pragma once
+
+#include <windows.h>
+#include <cape-open.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace zelt::sample {
+
+struct CapeBounds {
+    double lower;
+    double upper;
+    double value;
+    std::wstring type;  // the quantity's name
+};
+
+class CapeFailure {
+public:
+    CapeFailure(eCapeErrorInterfaceHR_tag code, std::wstring description)
+        : code(static_cast<HRESULT>(code)), description(std::move(description))
+    {
+    }
+    CapeFailure(HRESULT code, std::wstring description) : code(code), description(std::move(description)) {}
+
+    // A value outside its bounds.
+    static CapeFailure OutOfBounds(const std::wstring& type, double value, double lower, double upper);
+
+    HRESULT code;
+    std::wstring description;
+    std::optional<CapeBounds> bounds;
+    std::wstring requestedOperation;  // what has to be called first, when calls came in the wrong order
+};
+
+// The description of a failed call on `source`: its own through ECapeUser, else its error's name through ECapeRoot, else
+// the system's text for the code. `source` may be null. Throws nothing but bad_alloc.
+std::wstring DescribeFailure(IUnknown* source, HRESULT code);
+
+// Throws CapeFailure when a call on `source` failed: with its code, and `who`, a colon and its description.
+void CheckCall(HRESULT code, IUnknown* source, const wchar_t* who);
+
+}  // namespace zelt::sample

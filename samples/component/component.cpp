@@ -1,0 +1,60 @@
+#include "samples/component/component.h"
+
+#include "samples/component/text.h"
+
+namespace zelt::sample {
+
+STDMETHODIMP IdentificationPart::get_ComponentName(BSTR* text)
+{
+    return Call(L"get_ComponentName", [&] { Return(text, name); });
+}
+
+STDMETHODIMP IdentificationPart::put_ComponentName(BSTR text)
+{
+    return Call(L"put_ComponentName", [&] { name = TextOf(text); });
+}
+
+STDMETHODIMP IdentificationPart::get_ComponentDescription(BSTR* text)
+{
+    return Call(L"get_ComponentDescription", [&] { Return(text, description); });
+}
+
+STDMETHODIMP IdentificationPart::put_ComponentDescription(BSTR text)
+{
+    return Call(L"put_ComponentDescription", [&] { description = TextOf(text); });
+}
+
+STDMETHODIMP UtilitiesPart::get_parameters(IDispatch** parameters)
+{
+    if (!parameters) return E_POINTER;
+    *parameters = nullptr;
+    return S_OK;
+}
+
+STDMETHODIMP UtilitiesPart::put_simulationContext(IDispatch* context)
+{
+    simulationContext = context;
+    return S_OK;
+}
+
+STDMETHODIMP UtilitiesPart::Initialize()
+{
+    return Call(L"Initialize", [&] {
+        if (onInitialize) onInitialize();
+    });
+}
+
+STDMETHODIMP UtilitiesPart::Terminate()
+{
+    return Call(L"Terminate", [&] {
+        if (onTerminate) onTerminate();
+        simulationContext.Reset();
+    });
+}
+
+STDMETHODIMP UtilitiesPart::Edit()
+{
+    return Call(L"Edit", [] { throw CapeFailure(ECapeNoImplHR, L"There is nothing to edit"); });
+}
+
+}  // namespace zelt::sample

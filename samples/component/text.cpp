@@ -1,0 +1,18 @@
+#include "samples/component/text.h"
+
+#include <cwchar>
+
+namespace zelt::sample {
+
+std::wstring Quoted(std::wstring_view text) { return L'"' + std::wstring(text) + L'"'; }
+
+std::wstring NumberText(double value)
+{
+    wchar_t buffer[40];
+    const int length = std::swprintf(buffer, std::size(buffer), L"%.6g", value);
+    return std::wstring(buffer, length > 0 ? static_cast<std::size_t>(length) : 0);
+}
+
+std::wstring Widen(std::string_view ascii) { return std::wstring(ascii.begin(), ascii.end()); }
+
+}  // namespace zelt::sample

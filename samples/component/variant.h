@@ -1,0 +1,40 @@
+// VARIANT arrays as the standard uses them: one-dimensional, of strings, doubles, integers or VARIANTs. Reading accepts
+// any lower bound, references, and arrays of VARIANT in place of typed ones, as script callers send them; writing always
+// starts at 0. Reading throws CapeFailure ("invalid argument"), writing bad_alloc.
+#pragma once
+
+#include <windows.h>
+#include <comutil.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelt::sample {
+
+// True when a list was left out: an empty or null VARIANT.
+bool IsLeftOut(const VARIANT& value);
+
+// `name` is the argument's, for the failure's text. A list that was left out reads as an empty one.
+std::vector<std::wstring> ReadStrings(const VARIANT& value, const wchar_t* name);
+std::vector<double> ReadDoubles(const VARIANT& value, const wchar_t* name);
+std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name);
+
+_variant_t MakeStrings(std::span<const std::wstring> values);
+_variant_t MakeStrings(std::initializer_list<const wchar_t*> values);
+_variant_t MakeDoubles(std::span<const double> values);
+_variant_t MakeLongs(std::span<const long> values);
+_variant_t MakeVariants(std::span<const _variant_t> values);
+_variant_t MakeText(std::wstring_view value);
+
+// A string, owned.
+_bstr_t MakeBstr(std::wstring_view text);
+
+// Hands a value to an out-parameter, whose former content is garbage. Throws CapeFailure for a null pointer.
+void Return(VARIANT* out, _variant_t value);
+void Return(BSTR* out, std::wstring_view text);
+// Hands a value to an in-out parameter: what the caller left in it is freed.
+void Replace(VARIANT* inOut, _variant_t value);
+
+}  // namespace zelt::sample

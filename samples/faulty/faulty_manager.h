@@ -1,0 +1,39 @@
+// Managers that fail in the ways that a caller must survive: the ordinary one makes any character of FaultyPackage and
+// has names that give no package at all; the others fail to initialise, or give a list that is none.
+#pragma once
+
+#include "com/object.h"
+#include "samples/component/component.h"
+
+namespace zelt::sample {
+
+enum class ManagerFault { kNone, kInitialize, kList };
+
+class FaultyManagerPart final : public CapePart<ICapeThermoPropertyPackageManager> {
+public:
+    FaultyManagerPart(com::Object& object, CapeErrors& errors, ManagerFault fault)
+        : CapePart(object, errors, L"ICapeThermoPropertyPackageManager"), fault(fault)
+    {
+    }
+    STDMETHOD(GetPropertyPackageList)(VARIANT* packageNames) override;
+    STDMETHOD(GetPropertyPackage)(BSTR packageName, IDispatch** package) override;
+
+private:
+    ManagerFault fault;
+};
+
+class FaultyManager : public com::Object {
+public:
+    explicit FaultyManager(ManagerFault fault = ManagerFault::kNone);
+
+protected:
+    IDispatch* ScriptInterface() override { return &manager; }
+
+private:
+    CapeErrors errors{*this, L"ZeltSample.FaultyManager"};
+    FaultyManagerPart manager;
+    UtilitiesPart utilities;
+    IdentificationPart identification{*this, errors, L"Faulty property package manager", L"Fails on request"};
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,150 @@
+#include "samples/faulty/faulty_package.h"
+
+#include "samples/component/text.h"
+#include "samples/component/variant.h"
+
+namespace zelt::sample {
+namespace {
+
+constexpr HRESULT kNoImpl = static_cast<HRESULT>(ECapeNoImplHR);
+
+constexpr Character kCharacters[] = {
+    {.name = L"Menu"},
+    {.name = L"Empty Name", .reportedName = L""},
+    {.name = L"Other Name", .reportedName = L"Quite another name"},
+    {.name = L"Unrenamable", .rename = kNoImpl},
+    {.name = L"No Identification", .identification = false},
+    {.name = L"Compounds Only", .calculation = false},
+    {.name = L"No Errors", .errors = false},
+    {.name = L"Keeps Material", .keepsMaterial = true},
+    {.name = L"Fault In Initialize", .initialize = L"nullWrite"},
+    {.name = L"Fails In Initialize", .initialize = L"error:8004050F"},
+    {.name = L"Fault In QueryInterface", .queryPhases = L"nullWrite"},
+    {.name = L"Fault In Name", .getName = L"nullWrite"},
+    {.name = L"Fault In Release", .finalRelease = L"nullWrite"},
+};
+
+constexpr const IID* kCalculation[] = {
+    &__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
+    &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext)};
+
+// The interfaces of errors are those that are neither the standard's others nor the system's.
+constexpr const IID* kNotErrors[] = {
+    &__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
+    &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext), &__uuidof(ICapeThermoCompounds),
+    &__uuidof(ICapeThermoPhases), &__uuidof(ICapeUtilities), &__uuidof(ICapeIdentification)};
+
+template <std::size_t N>
+bool Contains(const IID* const (&list)[N], REFIID iid)
+{
+    for (const IID* entry : list) {
+        if (IsEqualIID(*entry, iid)) return true;
+    }
+    return false;
+}
+
+std::wstring FirstOf(const VARIANT& names)
+{
+    const std::vector<std::wstring> list = ReadStrings(names, L"names");
+    return list.empty() ? std::wstring() : list.front();
+}
+
+// Fails with the requested error, with or without a description.
+void ThrowRequested(std::wstring_view name)
+{
+    bool silent = false;
+    const HRESULT code = RequestedError(name, silent);
+    if (FAILED(code)) throw CapeFailure(code, silent ? L"" : L"The faulty package fails as asked: " + std::wstring(name));
+}
+
+}  // namespace
+
+std::span<const Character> AllCharacters() { return kCharacters; }
+
+// The faults are committed outside of what turns exceptions into status codes: they are to reach the caller.
+STDMETHODIMP FaultyCompoundsPart::GetCompoundConstant(VARIANT props, VARIANT compIds, VARIANT* propVals)
+{
+    const std::wstring id = FirstOf(compIds), property = FirstOf(props);
+    CommitFault(id);
+    CommitFault(property);
+    const HRESULT asked = Call(L"GetCompoundConstant", [&] {
+        ThrowRequested(id);
+        ThrowRequested(property);
+    });
+    return FAILED(asked) ? asked : CompoundsPart::GetCompoundConstant(props, compIds, propVals);
+}
+
+STDMETHODIMP FaultyCompoundsPart::GetTDependentProperty(VARIANT props, double temperature, VARIANT compIds,
+                                                        VARIANT* propVals)
+{
+    const std::wstring property = FirstOf(props);
+    CommitFault(property);
+    const HRESULT asked = Call(L"GetTDependentProperty", [&] { ThrowRequested(property); });
+    return FAILED(asked) ? asked : CompoundsPart::GetTDependentProperty(props, temperature, compIds, propVals);
+}
+
+STDMETHODIMP FaultyPropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLabel)
+{
+    constexpr std::wstring_view kCallback = L"callback:";
+    std::wstring property = FirstOf(props);
+    if (property.starts_with(kCallback)) {
+        property.erase(0, kCallback.size());
+        const HRESULT read = Call(L"CalcSinglePhaseProp", [&] { model.Material().PresentPhases(); });
+        if (FAILED(read)) return read;
+    }
+    CommitFault(property);
+    const HRESULT asked = Call(L"CalcSinglePhaseProp", [&] { ThrowRequested(property); });
+    // A fault that leaves the thread running is a property that takes its time.
+    if (FAILED(asked) || property == L"handledFault" || property.starts_with(L"sleep:")) return asked;
+    return PropertyPart::CalcSinglePhaseProp(props, phaseLabel);
+}
+
+STDMETHODIMP FaultyIdentificationPart::get_ComponentName(BSTR* text)
+{
+    CommitFault(character.getName);
+    if (!character.reportedName) return IdentificationPart::get_ComponentName(text);
+    if (!text) return E_POINTER;
+    *text = *character.reportedName ? SysAllocString(character.reportedName) : nullptr;
+    return S_OK;
+}
+
+STDMETHODIMP FaultyIdentificationPart::put_ComponentName(BSTR text)
+{
+    if (FAILED(character.rename)) {
+        return Call(L"put_ComponentName", [&] { throw CapeFailure(character.rename, L"The name cannot be changed"); });
+    }
+    return IdentificationPart::put_ComponentName(text);
+}
+
+STDMETHODIMP FaultyUtilitiesPart::Initialize()
+{
+    CommitFault(character.initialize);
+    return Call(L"Initialize", [&] { ThrowRequested(character.initialize); });
+}
+
+STDMETHODIMP FaultyPackage::ContextPart::SetMaterial(IDispatch* material)
+{
+    return Call(L"SetMaterial", [&] {
+        model.SetMaterial(material);
+        if (character.keepsMaterial) material->AddRef();
+    });
+}
+
+STDMETHODIMP FaultyPackage::ContextPart::UnsetMaterial()
+{
+    return Call(L"UnsetMaterial", [&] { model.UnsetMaterial(); });
+}
+
+HRESULT FaultyPackage::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)
+{
+    if (!entry) return S_OK;
+    if (IsEqualIID(iid, __uuidof(ICapeThermoPhases))) CommitFault(character.queryPhases);
+    if (!character.identification && IsEqualIID(iid, __uuidof(ICapeIdentification))) return E_NOINTERFACE;
+    if (!character.calculation && Contains(kCalculation, iid)) return E_NOINTERFACE;
+    if (!character.errors && !Contains(kNotErrors, iid)) return E_NOINTERFACE;
+    return S_OK;
+}
+
+void FaultyPackage::FinalRelease() { CommitFault(character.finalRelease); }
+
+}  // namespace zelt::sample

@@ -1,0 +1,28 @@
+// ICapeThermoEquilibriumRoutine of a property package: vapour-liquid flashes of the active material, with two of
+// temperature, pressure, phase fraction, enthalpy and entropy given.
+#pragma once
+
+#include "samples/component/cape_errors.h"
+#include "samples/package/package_model.h"
+
+namespace zelt::sample {
+
+class EquilibriumPart final : public CapePart<ICapeThermoEquilibriumRoutine> {
+public:
+    EquilibriumPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
+        : CapePart(object, errors, L"ICapeThermoEquilibriumRoutine"), model(model)
+    {
+    }
+
+    // A specification is an array of a property, a basis and a phase label. The present phases of the material are the
+    // ones that may form. Sets the present phases, each one's temperature, pressure, fraction and phase fraction, and
+    // the overall temperature or pressure that was not given.
+    STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override;
+    STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
+                                    VARIANT_BOOL* isSupported) override;
+
+private:
+    const PackageModel& model;
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,53 @@
+// The properties of one phase and of two phases by their names of the standard, with the derivatives that a suffix asks
+// for (".Dtemperature", ".Dpressure", ".Dmoles"). A name is looked up once; the calculation is a pure function.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "samples/thermo/ideal_solution.h"
+
+namespace zelt::sample {
+
+enum class Derivative { kNone, kTemperature, kPressure, kMoles };
+
+// All that a phase property may depend on.
+struct PhaseInput {
+    const IdealSolution& solution;
+    Phase phase;
+    double temperature;
+    double pressure;
+    std::span<const double> fractions;
+};
+
+struct SinglePhaseProperty {
+    const wchar_t* name;
+    const wchar_t* basis;     // of the values: "mole", or empty for a property without one
+    bool moles;               // the derivative in amounts is offered
+    // One value for a mixture property; one for each compound otherwise. The derivative in amounts has all values of
+    // compound 0 first, each in the order of the amounts.
+    std::vector<double> (*calculate)(const PhaseInput& input, Derivative derivative);
+};
+
+struct PropertyRequest {
+    const SinglePhaseProperty* property;
+    Derivative derivative;
+};
+
+// The names without suffixes, as the list methods give them, and with every suffix that is offered.
+std::vector<std::wstring> SinglePhasePropertyNames();
+
+// Whether the name, suffix included, is offered; and the same as a lookup, which throws CapeFailure if not.
+bool IsSinglePhaseProperty(std::wstring_view name);
+PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
+
+// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes but for amounts.
+std::vector<std::wstring> TwoPhasePropertyNames();
+bool IsTwoPhaseProperty(std::wstring_view name);
+// K-values of the first phase over the second; throws CapeFailure for a name that is not offered.
+std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution,
+                                              double temperature, double pressure, bool vapourFirst);
+
+}  // namespace zelt::sample

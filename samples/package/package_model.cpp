@@ -1,0 +1,105 @@
+#include "samples/package/package_model.h"
+
+#include "samples/component/cape_failure.h"
+#include "samples/component/text.h"
+
+namespace zelt::sample {
+namespace {
+
+constexpr PackageDefinition kPackages[] = {
+    {L"Aromatics", L"Benzene, toluene and o-xylene as an ideal solution", {L"Benzene", L"Toluene", L"o-Xylene"}},
+    {L"Alcohols", L"Methanol, ethanol and water as an ideal solution", {L"Methanol", L"Ethanol", L"Water"}},
+};
+
+constexpr PhaseDefinition kPhases[] = {
+    {Phase::kVapour, L"Vapor", L"Vapor", L"Light", L"Ideal gas"},
+    {Phase::kLiquid, L"Liquid", L"Liquid", L"Heavy", L"Ideal solution"},
+};
+
+std::vector<const Compound*> CompoundsOf(const PackageDefinition& definition)
+{
+    std::vector<const Compound*> compounds;
+    for (const wchar_t* id : definition.compounds) {
+        const Compound* compound = FindCompound(id);
+        if (!compound) throw CapeFailure(ECapeImplementationHR, std::wstring(L"No data for compound ") + Quoted(id));
+        compounds.push_back(compound);
+    }
+    return compounds;
+}
+
+}  // namespace
+
+std::span<const PackageDefinition> AllPackages() { return kPackages; }
+
+const PackageDefinition* FindPackage(std::wstring_view name)
+{
+    for (const PackageDefinition& definition : kPackages) {
+        if (SameName(definition.name, name)) return &definition;
+    }
+    return nullptr;
+}
+
+std::span<const PhaseDefinition> AllPhases() { return kPhases; }
+
+const PhaseDefinition& PhaseOf(std::wstring_view label)
+{
+    for (const PhaseDefinition& definition : kPhases) {
+        if (SameName(definition.label, label)) return definition;
+    }
+    throw CapeFailure(ECapeInvalidArgumentHR, L"There is no phase " + Quoted(label));
+}
+
+PackageModel::PackageModel(const PackageDefinition& definition)
+    : definition(definition), compounds(CompoundsOf(definition)), solution(compounds), materialSolution(compounds)
+{
+}
+
+std::vector<const Compound*> PackageModel::Select(std::span<const std::wstring> ids) const
+{
+    if (ids.empty()) return compounds;
+    std::vector<const Compound*> selected;
+    for (const std::wstring& id : ids) {
+        const Compound* found = nullptr;
+        for (const Compound* compound : compounds) {
+            if (SameName(compound->id, id)) found = compound;
+        }
+        if (!found) {
+            throw CapeFailure(ECapeInvalidArgumentHR, L"Compound " + Quoted(id) + L" is not in property package " +
+                                                          Quoted(definition.name));
+        }
+        selected.push_back(found);
+    }
+    return selected;
+}
+
+void PackageModel::SetMaterial(IDispatch* object)
+{
+    MaterialView view(object);
+    IdealSolution ordered(Select(view.CompoundIds()));
+    material = std::move(view);
+    materialSolution = std::move(ordered);
+}
+
+void PackageModel::UnsetMaterial() { material = MaterialView(); }
+
+const MaterialView& PackageModel::Material() const
+{
+    RequireMaterial();
+    return material;
+}
+
+const IdealSolution& PackageModel::MaterialSolution() const
+{
+    RequireMaterial();
+    return materialSolution;
+}
+
+void PackageModel::RequireMaterial() const
+{
+    if (material) return;
+    CapeFailure failure(ECapeBadInvOrderHR, L"No material object is set: call SetMaterial first");
+    failure.requestedOperation = L"SetMaterial";
+    throw failure;
+}
+
+}  // namespace zelt::sample

@@ -1,0 +1,33 @@
+// ICapeThermoPropertyRoutine of a property package: reads temperature, pressure and composition from the active
+// material and writes the results back into it. CalcAndGetLnPhi uses its arguments alone.
+#pragma once
+
+#include "samples/component/cape_errors.h"
+#include "samples/package/package_model.h"
+
+namespace zelt::sample {
+
+class PropertyPart : public CapePart<ICapeThermoPropertyRoutine> {
+public:
+    PropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
+        : CapePart(object, errors, L"ICapeThermoPropertyRoutine"), model(model)
+    {
+    }
+
+    // Compounds are those of the active material; of the package, when no material is set. An output whose flag is
+    // not set is left alone. The derivative in amounts has all of compound 0's values first.
+    STDMETHOD(CalcAndGetLnPhi)(BSTR phaseLabel, double temperature, double pressure, VARIANT moleNumbers, int fFlags,
+                               VARIANT* lnPhi, VARIANT* lnPhiDT, VARIANT* lnPhiDP, VARIANT* lnPhiDn) override;
+    STDMETHOD(CalcSinglePhaseProp)(VARIANT props, BSTR phaseLabel) override;
+    // The material's first phase gives temperature and pressure.
+    STDMETHOD(CalcTwoPhaseProp)(VARIANT props, VARIANT phaseLabels) override;
+    STDMETHOD(CheckSinglePhasePropSpec)(BSTR property, BSTR phaseLabel, VARIANT_BOOL* valid) override;
+    STDMETHOD(CheckTwoPhasePropSpec)(BSTR property, VARIANT phaseLabels, VARIANT_BOOL* valid) override;
+    STDMETHOD(GetSinglePhasePropList)(VARIANT* props) override;
+    STDMETHOD(GetTwoPhasePropList)(VARIANT* props) override;
+
+private:
+    const PackageModel& model;
+};
+
+}  // namespace zelt::sample

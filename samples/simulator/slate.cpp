@@ -1,0 +1,69 @@
+#include "samples/simulator/slate.h"
+
+#include "samples/component/cape_failure.h"
+#include "samples/component/text.h"
+#include "samples/component/variant.h"
+
+namespace zelt::sample {
+namespace {
+
+void RequireEqual(std::size_t a, std::size_t b, const wchar_t* what)
+{
+    if (a != b) throw CapeFailure(ECapeDataHR, std::wstring(L"The property package's lists differ in length: ") + what);
+}
+
+}  // namespace
+
+const SlateCompound* Slate::FindCompound(const std::wstring& id) const
+{
+    for (const SlateCompound& compound : compounds) {
+        if (SameName(compound.id, id)) return &compound;
+    }
+    return nullptr;
+}
+
+const SlatePhase* Slate::FindPhase(const std::wstring& label) const
+{
+    for (const SlatePhase& phase : phases) {
+        if (SameName(phase.label, label)) return &phase;
+    }
+    return nullptr;
+}
+
+Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases)
+{
+    Slate slate;
+    long count = 0;
+    CheckCall(compounds->GetNumCompounds(&count), compounds, L"GetNumCompounds");
+    _variant_t ids, formulae, names, boilingPoints, weights, numbers;
+    CheckCall(compounds->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &numbers), compounds,
+              L"GetCompoundList");
+    const auto idList = ReadStrings(ids, L"compIds"), formulaList = ReadStrings(formulae, L"formulae"),
+               nameList = ReadStrings(names, L"names"), numberList = ReadStrings(numbers, L"casnos");
+    const auto boilingPointList = ReadDoubles(boilingPoints, L"boilTemps"), weightList = ReadDoubles(weights, L"molwts");
+    RequireEqual(idList.size(), static_cast<std::size_t>(count), L"compIds");
+    RequireEqual(idList.size(), formulaList.size(), L"formulae");
+    RequireEqual(idList.size(), nameList.size(), L"names");
+    RequireEqual(idList.size(), boilingPointList.size(), L"boilTemps");
+    RequireEqual(idList.size(), weightList.size(), L"molwts");
+    RequireEqual(idList.size(), numberList.size(), L"casnos");
+    for (std::size_t i = 0; i < idList.size(); ++i) {
+        slate.compounds.push_back(
+            {idList[i], formulaList[i], nameList[i], boilingPointList[i], weightList[i], numberList[i]});
+    }
+
+    CheckCall(phases->GetNumPhases(&count), phases, L"GetNumPhases");
+    _variant_t labels, states, keys;
+    CheckCall(phases->GetPhaseList(&labels, &states, &keys), phases, L"GetPhaseList");
+    const auto labelList = ReadStrings(labels, L"phaseLabels"), stateList = ReadStrings(states, L"stateOfAggregation"),
+               keyList = ReadStrings(keys, L"keyCompoundId");
+    RequireEqual(labelList.size(), static_cast<std::size_t>(count), L"phaseLabels");
+    RequireEqual(labelList.size(), stateList.size(), L"stateOfAggregation");
+    RequireEqual(labelList.size(), keyList.size(), L"keyCompoundId");
+    for (std::size_t i = 0; i < labelList.size(); ++i) {
+        slate.phases.push_back({labelList[i], stateList[i], keyList[i]});
+    }
+    return slate;
+}
+
+}  // namespace zelt::sample

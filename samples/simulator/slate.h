@@ -1,0 +1,39 @@
+// What the simulator has learnt of a property package once and for all: compounds, phases and what can be calculated.
+// The materials share it, as constant data.
+#pragma once
+
+#include <cape-open.h>
+
+#include <string>
+#include <vector>
+
+namespace zelt::sample {
+
+struct SlateCompound {
+    std::wstring id;
+    std::wstring formula;
+    std::wstring name;
+    double boilingPoint;      // K, at normal pressure
+    double molecularWeight;   // g/mol
+    std::wstring casNumber;
+};
+
+struct SlatePhase {
+    std::wstring label;
+    std::wstring stateOfAggregation;
+    std::wstring keyCompound;
+};
+
+struct Slate {
+    std::vector<SlateCompound> compounds;
+    std::vector<SlatePhase> phases;
+
+    // Null when there is none of this name, compared without regard to case.
+    const SlateCompound* FindCompound(const std::wstring& id) const;
+    const SlatePhase* FindPhase(const std::wstring& label) const;
+};
+
+// Asks the package. Throws CapeFailure.
+Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases);
+
+}  // namespace zelt::sample

@@ -1,0 +1,27 @@
+// What the numerics throw. They know nothing of COM: the components translate these into the standard's errors.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace zelt::sample {
+
+// A quantity lies outside the range in which the model holds. `quantity` names it; units are SI.
+class OutOfRange : public std::runtime_error {
+public:
+    OutOfRange(const std::string& quantity, double value, double lower, double upper)
+        : std::runtime_error(quantity), value(value), lower(lower), upper(upper)
+    {
+    }
+    double value;
+    double lower;
+    double upper;
+};
+
+// A calculation has no solution, or did not find it.
+class NoSolution : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,49 @@
+// Vapour-liquid equilibrium of the ideal solution. Everything here is a pure function. Temperatures in K, pressures in
+// Pa, enthalpies in J/mol, entropies in J/(mol K), vapour fractions in mol/mol; a feed is one non-negative mole fraction
+// for each compound, which is normalised. All throw OutOfRange for what the model does not cover and NoSolution when
+// there is none.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "samples/thermo/ideal_solution.h"
+
+namespace zelt::sample {
+
+// Which phases may be present.
+struct AllowedPhases {
+    bool vapour = true;
+    bool liquid = true;
+};
+
+struct FlashResult {
+    double temperature;
+    double pressure;
+    double vapourFraction;        // 0 or 1 when there is one phase
+    std::vector<double> liquid;   // composition; of a phase that is absent, the one that would appear first
+    std::vector<double> vapour;
+};
+
+// The vapour fraction that solves sum z (K - 1) / (1 + b (K - 1)) = 0; 0 for a feed at or below its bubble point, 1 for
+// one at or above its dew point. K-values must be positive.
+double RachfordRice(std::span<const double> feed, std::span<const double> kValues);
+
+double BubblePressure(const IdealSolution& solution, double temperature, std::span<const double> feed);
+double DewPressure(const IdealSolution& solution, double temperature, std::span<const double> feed);
+double BubbleTemperature(const IdealSolution& solution, double pressure, std::span<const double> feed);
+double DewTemperature(const IdealSolution& solution, double pressure, std::span<const double> feed);
+
+FlashResult FlashTP(const IdealSolution& solution, double temperature, double pressure, std::span<const double> feed,
+                    AllowedPhases allowed = {});
+// The vapour fraction is from 0 (bubble point) to 1 (dew point).
+FlashResult FlashPVF(const IdealSolution& solution, double pressure, double vapourFraction,
+                     std::span<const double> feed);
+FlashResult FlashTVF(const IdealSolution& solution, double temperature, double vapourFraction,
+                     std::span<const double> feed);
+FlashResult FlashPH(const IdealSolution& solution, double pressure, double enthalpy, std::span<const double> feed,
+                    AllowedPhases allowed = {});
+FlashResult FlashPS(const IdealSolution& solution, double pressure, double entropy, std::span<const double> feed,
+                    AllowedPhases allowed = {});
+
+}  // namespace zelt::sample
