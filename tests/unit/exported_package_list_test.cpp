@@ -79,7 +79,10 @@ TEST(ExportedPackageList, SkipsBadEntries)
     Store(scratch, "Package1", L"good");
     key.WriteString(L"Package2", L"a plain string");
     key.WriteDword(L"Package3", 3);
-    key.WriteNarrow("Package4", REG_MULTI_SZ, std::string_view("no class\0" "0\0s\0e\0true\0\0", 25));
+    key.WriteNarrow("Package4", REG_MULTI_SZ,
+                    std::string_view("no class\0"
+                                     "0\0s\0e\0true\0\0",
+                                     25));
     Store(scratch, "Package5", L"also good");
     const RecordedMessages messages;
     ExportedPackageList list(scratch.Root());
@@ -118,7 +121,8 @@ TEST(ExportedPackageList, IsEmptyWithoutAGoodCount)
     EXPECT_EQ(0u, loadedCount([](RegistryKey& key) { key.WriteDword(L"NumPackages", 0xFFFFFFFF); }));
     EXPECT_EQ(0u, loadedCount([](RegistryKey& key) { key.WriteString(L"NumPackages", L"1"); }));
     EXPECT_EQ(0u, loadedCount([](RegistryKey& key) { key.WriteBytes(L"NumPackages", REG_BINARY, "\1\0\0\0", 4); }));
-    EXPECT_EQ(0u, loadedCount([](RegistryKey& key) { key.WriteBytes(L"NumPackages", REG_QWORD, "\1\0\0\0\0\0\0\0", 8); }));
+    EXPECT_EQ(0u,
+              loadedCount([](RegistryKey& key) { key.WriteBytes(L"NumPackages", REG_QWORD, "\1\0\0\0\0\0\0\0", 8); }));
 }
 
 TEST(ExportedPackageList, ReadsLongEntries)
@@ -143,7 +147,9 @@ TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
     key.WriteDword(L"NumPackages", 2);
     Store(scratch, "Package1", std::wstring(300, L'x'));
     // A value without its terminators: the strings that it lacks are empty, not those of the longer one before it.
-    const wchar_t text[] = L"{6377AC63-7A36-46DC-8897-F277012CDA9D}\0" L"0\0s\0bare";
+    const wchar_t text[] =
+        L"{6377AC63-7A36-46DC-8897-F277012CDA9D}\0"
+        L"0\0s\0bare";
     key.WriteBytes(L"Package2", REG_MULTI_SZ, text, sizeof text - sizeof(wchar_t));
     ExportedPackageList list(scratch.Root());
     list.Load();

@@ -54,7 +54,8 @@ TEST(ExportedPackage, IsParsedAsFormatted)
 
 TEST(ExportedPackage, KeepsTheCharactersOfTheThreadsCodePage)
 {
-    // Western and Cyrillic letters: each code page has some of them, and what it lacks is lost, not the name's other part.
+    // Western and Cyrillic letters: each code page has some of them, and what it lacks is lost, not the name's other
+    // part.
     ExportedPackage package = {kClass, PackageKind::PropertyPackage11StandAlone, L"", L"a\xE9z", false}, parsed;
     wchar_t expected[4] = L"a?z";
     char narrow[8] = "";
@@ -90,8 +91,11 @@ TEST(ExportedPackage, RejectsBadKinds)
 
 TEST(ExportedPackage, RejectsBadClassIdentifiers)
 {
-    const char* cases[] = {"", "4CCF55DB-E332-42F8-B685-188989F8E1EC", "{4CCF55DB-E332-42F8-B685-188989F8E1E}",
-                           "{4CCF55DB-E332-42F8-B685-188989F8E1EC", "{4CCF55DBxE332-42F8-B685-188989F8E1EC}",
+    const char* cases[] = {"",
+                           "4CCF55DB-E332-42F8-B685-188989F8E1EC",
+                           "{4CCF55DB-E332-42F8-B685-188989F8E1E}",
+                           "{4CCF55DB-E332-42F8-B685-188989F8E1EC",
+                           "{4CCF55DBxE332-42F8-B685-188989F8E1EC}",
                            "No.SuchProgram.Identifier"};
     for (const char* text : cases) {
         ExportedPackage package;
@@ -108,8 +112,8 @@ TEST(ExportedPackage, LogsOnlyWhenTheTextIsTrue)
         const char* text;
         bool enabled;
     };
-    const Case cases[] = {{"true", true}, {"TRUE", true},  {"True", true},    {"false", false}, {"yes", false},
-                          {"1", false},   {"", false},     {"true ", false}, {" true", false}, {"tru", false}};
+    const Case cases[] = {{"true", true}, {"TRUE", true}, {"True", true},   {"false", false}, {"yes", false},
+                          {"1", false},   {"", false},    {"true ", false}, {" true", false}, {"tru", false}};
     for (const Case& c : cases) {
         ExportedPackage package;
         package.loggingEnabled = !c.enabled;

@@ -34,7 +34,8 @@ class KeptKey {
 public:
     explicit KeptKey(const std::wstring& path) : path(zelt::ClassesPath(path))
     {
-        for (const REGSAM view : RegistryViews()) trees.push_back(zelt::ReadKeyTree({HKEY_LOCAL_MACHINE, view}, this->path));
+        for (const REGSAM view : RegistryViews())
+            trees.push_back(zelt::ReadKeyTree({HKEY_LOCAL_MACHINE, view}, this->path));
     }
     ~KeptKey()
     {
@@ -68,7 +69,8 @@ std::set<std::string> InterfacesThatStay()
 {
     std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};
     for (const REGSAM view : RegistryViews()) {
-        const auto interfaces = zelt::ReadKeyTree(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(L"Interface"));
+        const auto interfaces =
+            zelt::ReadKeyTree(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(L"Interface"));
         for (const auto& [name, tree] : interfaces->subkeys) {
             const auto library = tree.subkeys.find(L"TypeLib");
             if (library == tree.subkeys.end()) continue;
@@ -125,8 +127,10 @@ protected:
             EXPECT_EQ(kProgId, DefaultValue(scope, view, path + L"\\VersionIndependentProgID"));
             EXPECT_EQ(L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}", DefaultValue(scope, view, path + L"\\TypeLib"));
             EXPECT_TRUE(KeyExists(scope, view, path + L"\\Programmable"));
-            EXPECT_TRUE(KeyExists(scope, view, path + L"\\Implemented Categories\\{678C09A1-7D66-11D2-A67D-00105A42887F}"));
-            EXPECT_TRUE(KeyExists(scope, view, path + L"\\Implemented Categories\\{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}"));
+            EXPECT_TRUE(
+                KeyExists(scope, view, path + L"\\Implemented Categories\\{678C09A1-7D66-11D2-A67D-00105A42887F}"));
+            EXPECT_TRUE(
+                KeyExists(scope, view, path + L"\\Implemented Categories\\{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}"));
             EXPECT_EQ(kAppId, Value(scope, view, path, L"AppID"));
             const std::wstring description = path + L"\\CapeDescription";
             EXPECT_EQ(L"ZELT Property Package Manager (CAPE-OPEN 1.1)", Value(scope, view, description, L"Name"));
@@ -138,7 +142,8 @@ protected:
 
             EXPECT_EQ(kClassText, DefaultValue(scope, view, L"ZELT.PropertyPackageManager.1\\CLSID"));
             EXPECT_EQ(kClassText, DefaultValue(scope, view, L"ZELT.PropertyPackageManager\\CLSID"));
-            EXPECT_EQ(L"ZELT.PropertyPackageManager.1", DefaultValue(scope, view, L"ZELT.PropertyPackageManager\\CurVer"));
+            EXPECT_EQ(L"ZELT.PropertyPackageManager.1",
+                      DefaultValue(scope, view, L"ZELT.PropertyPackageManager\\CurVer"));
             EXPECT_EQ(L"ZELT", DefaultValue(scope, view, std::wstring(L"AppID\\") + kAppId));
             EXPECT_EQ(kAppId, Value(scope, view, L"AppID\\ZELT.EXE", L"AppID"));
             EXPECT_EQ(L"ZELT.logFile", DefaultValue(scope, view, L".zlg"));
@@ -169,7 +174,8 @@ protected:
             EXPECT_TRUE(fs::exists(DefaultValue(scope, view, std::wstring(kContextLibrary) + L"\\1.0\\0\\win32")));
             EXPECT_EQ(L"ICapeThermoContext", DefaultValue(scope, view, kContextInterface));
             // ICapeIdentification and ICapeThermoMaterial.
-            for (const wchar_t* iid : {L"{678C0990-7D66-11D2-A67D-00105A42887F}", L"{678C0A9B-7D66-11D2-A67D-00105A42887F}"}) {
+            for (const wchar_t* iid :
+                 {L"{678C0990-7D66-11D2-A67D-00105A42887F}", L"{678C0A9B-7D66-11D2-A67D-00105A42887F}"}) {
                 const std::wstring path = std::wstring(L"Interface\\") + iid;
                 EXPECT_EQ(L"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", DefaultValue(scope, view, path + L"\\TypeLib"));
                 EXPECT_EQ(L"1.1", Value(scope, view, path + L"\\TypeLib", L"Version"));
@@ -294,7 +300,8 @@ TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks
     // They stay, so the test takes them away itself.
     for (const REGSAM view : RegistryViews()) {
         const zelt::RegistryRoot hive = zelt::ClassesHive(Scope::User, view);
-        for (const wchar_t* path : {kStandardLibrary, kContextLibrary}) zelt::DeleteKeyTree(hive, zelt::ClassesPath(path));
+        for (const wchar_t* path : {kStandardLibrary, kContextLibrary})
+            zelt::DeleteKeyTree(hive, zelt::ClassesPath(path));
         zelt::DeleteKeyTree(hive, zelt::ClassesPath(L"Interface"));
     }
 }
@@ -330,8 +337,8 @@ TEST_F(Registration, ReadsTheUsersInstallationStrictly)
         const wchar_t* text;
         bool preferred;
     };
-    const Case cases[] = {{L"1", true}, {L"0", false}, {L"", false}, {L"11", false}, {L"true", false},
-                          {L"1 and more than twenty bytes", false}};
+    const Case cases[] = {{L"1", true},   {L"0", false},    {L"", false},
+                          {L"11", false}, {L"true", false}, {L"1 and more than twenty bytes", false}};
     for (const Case& c : cases) {
         family.WriteString(L"CurrentUser", c.text);
         EXPECT_EQ(c.preferred, zelt::PerUserRegistrationPreferred(root)) << testing::PrintToString(c.text);

@@ -59,8 +59,8 @@ RegistrySnapshot Without(const RegistrySnapshot& lines, const std::set<std::stri
 {
     RegistrySnapshot rest;
     for (const std::string& line : lines) {
-        const bool excluded = std::any_of(parts.begin(), parts.end(),
-                                          [&](const std::string& part) { return line.find(part) != std::string::npos; });
+        const bool excluded = std::any_of(
+            parts.begin(), parts.end(), [&](const std::string& part) { return line.find(part) != std::string::npos; });
         if (!excluded) rest.insert(line);
     }
     return rest;
