@@ -1,5 +1,6 @@
-// Where a new log goes: a numbered file in a folder on the desktop, or the place that the user names in a dialog. Chooses
-// a path only; the file is made by whoever opens the log, and failing here means an object without a log, no error.
+// Where a new log goes: a numbered file in a folder on the desktop, or the place that the user names in a dialog.
+// Chooses a path only; the file is made by whoever opens the log, and failing here means an object without a log, no
+// error.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +11,8 @@
 
 namespace zelt {
 
-// Reloads the options and chooses the path of a new log. `title` is the dialog's. False when there is to be no log; what
-// the user has to know has been said by then.
+// Reloads the options and chooses the path of a new log. `title` is the dialog's. False when there is to be no log;
+// what the user has to know has been said by then.
 bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring& path);
 
 // What the choice depends on outside the process. A test replaces it; nothing else does.

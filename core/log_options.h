@@ -7,10 +7,10 @@
 namespace zelt {
 
 struct LogOptions {
-    bool autoLogLocation = false;   // Logs go to a folder on the desktop instead of where a dialog says.
-    bool promptOpenLog = true;      // Ask whether to open a log when it is closed.
-    CLSID pravikUnit = CLSID{};     // The unit operation that PRAVIK creates; all zero when none is chosen.
-    RegistryRoot root;              // Where the settings are kept.
+    bool autoLogLocation = false;  // Logs go to a folder on the desktop instead of where a dialog says.
+    bool promptOpenLog = true;     // Ask whether to open a log when it is closed.
+    CLSID pravikUnit = CLSID{};    // The unit operation that PRAVIK creates; all zero when none is chosen.
+    RegistryRoot root;             // Where the settings are kept.
 
     void Load();
     void Save() const;

@@ -143,7 +143,8 @@ LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path)
     LSTATUS result = key.Open(root, path, KEY_READ | KEY_WRITE | DELETE);
     if (result == ERROR_FILE_NOT_FOUND) return ERROR_SUCCESS;
     if (result != ERROR_SUCCESS) return result;
-    // The view is named once, on the open above: deleting by path takes no view, so the key is emptied through its handle.
+    // The view is named once, on the open above: deleting by path takes no view, so the key is emptied through its
+    // handle.
     result = RegDeleteTreeW(key.Get(), nullptr);
     if (result != ERROR_SUCCESS) return result;
     key.Close();

@@ -1,6 +1,6 @@
-// Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test works
-// on a scratch key and registration names the view (32 or 64 bit) that it means. A stored string or multi-string is
-// never trusted to carry its terminators: what is read is exactly the bytes that are there.
+// Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test
+// works on a scratch key and registration names the view (32 or 64 bit) that it means. A stored string or multi-string
+// is never trusted to carry its terminators: what is read is exactly the bytes that are there.
 #pragma once
 
 #include <windows.h>

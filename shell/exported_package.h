@@ -10,6 +10,7 @@
 namespace zelt {
 
 // Even kinds are packages inside a manager component, odd ones are components of their own.
+// clang-format off
 enum class PackageKind : unsigned {
     PropertyPackage11FromManager      = 0,
     PropertyPackage11StandAlone       = 1,
@@ -18,13 +19,14 @@ enum class PackageKind : unsigned {
     ReactionPackage10FromManager      = 4,
     ReactionPackage10StandAlone       = 5,
 };
+// clang-format on
 inline constexpr unsigned kPackageKinds = 6;
 
 struct ExportedPackage {
-    CLSID classId = CLSID{};     // The class to create: the manager's, or a stand-alone package's own.
+    CLSID classId = CLSID{};  // The class to create: the manager's, or a stand-alone package's own.
     PackageKind kind = PackageKind::PropertyPackage11FromManager;
-    std::wstring sourceName;     // The package's name inside its manager; unused for a stand-alone package.
-    std::wstring exportedName;   // What the simulator sees; compared without regard to case.
+    std::wstring sourceName;    // The package's name inside its manager; unused for a stand-alone package.
+    std::wstring exportedName;  // What the simulator sees; compared without regard to case.
     bool loggingEnabled = false;
 
     // Replaces the record by what `multiString` says, which may lack any of its terminators: a string that is not there

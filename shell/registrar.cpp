@@ -8,7 +8,8 @@
 
 namespace zelt {
 
-// The system's registrar, which the platform's headers here do not declare. Every slot counts; two are used for scripts.
+// The system's registrar, which the platform's headers here do not declare. Every slot counts; two are used for
+// scripts.
 struct IRegistrar : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
     virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;

@@ -1,5 +1,5 @@
-// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that says for whom.
-// Knows nothing of what the scripts hold.
+// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that says for
+// whom. Knows nothing of what the scripts hold.
 #pragma once
 
 #include <windows.h>

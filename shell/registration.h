@@ -18,8 +18,8 @@ HRESULT RegisterServer(Scope scope, const std::string& version);
 // Removes as much as can be removed; the first failure is the answer. What is not there is no failure.
 HRESULT UnregisterServer(Scope scope, const std::string& version);
 
-// True when the value CurrentUser of Software\BRIX below `root` says "1": the products of this family were installed for
-// the current user alone, and a plain registration is to do likewise.
+// True when the value CurrentUser of Software\BRIX below `root` says "1": the products of this family were installed
+// for the current user alone, and a plain registration is to do likewise.
 bool PerUserRegistrationPreferred(const RegistryRoot& root);
 
 }  // namespace zelt

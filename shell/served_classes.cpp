@@ -8,7 +8,8 @@ namespace {
 
 // clang-format off
 const ServedClass kServedClasses[] = {
-    {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager, L"ZELT.PropertyPackageManager"},
+    {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager,
+     L"ZELT.PropertyPackageManager"},
 };
 // clang-format on
 

@@ -92,7 +92,8 @@ void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
     for (const REGSAM view : RegistryViews()) {
         bool complete = KeyExists(scope, view, facts.versionPath);
         for (const LibraryInterface& member : facts.interfaces) {
-            complete = complete && DefaultValue(scope, view, InterfacePath(member) + L"\\TypeLib") == GuidText(facts.libid);
+            complete =
+                complete && DefaultValue(scope, view, InterfacePath(member) + L"\\TypeLib") == GuidText(facts.libid);
         }
         if (!complete) throw com::Failure(SELFREG_E_TYPELIB);
     }

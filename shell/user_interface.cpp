@@ -7,8 +7,8 @@
 #include "shell/handle.h"
 #include "shell/lock_object.h"
 
-// Neither window exists yet: a message box says so in its place, on a thread of its own, so that the main thread goes on
-// to serve clients meanwhile.
+// Neither window exists yet: a message box says so in its place, on a thread of its own, so that the main thread goes
+// on to serve clients meanwhile.
 namespace zelt {
 namespace {
 
@@ -37,7 +37,8 @@ void ShowMainWindow()
         L"ZELT runs 32-bit CAPE-OPEN packages out of process and logs every call.\r\n\r\n"
         L"The window for choosing the exported packages is not there yet. Packages are listed in the registry, under "
         L"HKEY_CURRENT_USER\\Software\\ZELT: the values NumPackages and Package1, Package2 and so on, each with five "
-        L"strings: class identifier, kind (0 to 5), name in its manager, exported name, true or false for logging.\r\n\r\n"
+        L"strings: class identifier, kind (0 to 5), name in its manager, exported name, true or false for "
+        L"logging.\r\n\r\n"
         L"Packages are served to simulators until this message is closed and no simulator holds one.");
 }
 

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "tests/system/registration/processes.h"
+
+// How the server process starts and ends, as a client and as the user see it.
+namespace {
+
+constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
+
+class Lifetime : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer")); }
+    void TearDown() override
+    {
+        EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+        RunToEnd(ServerPath(), L"/UnregServer");
+    }
+    static bool HasDisplay() { return std::getenv("WINEPREFIX") == nullptr || std::getenv("DISPLAY") != nullptr; }
+};
+
+TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
+{
+    EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+    if (!std::filesystem::exists(OtherClientPath())) GTEST_SKIP() << "the client of the other width is not built";
+    EXPECT_EQ(0u, RunToEnd(OtherClientPath(), kProgId));
+}
+
+TEST_F(Lifetime, ClientsShareARunningServerUntilTheLastReleases)
+{
+    const Process server(ServerPath(), L"-Embedding");
+    ASSERT_TRUE(server.Started());
+    Sleep(1000);
+    const Process patient(ClientPath(), std::wstring(kProgId) + L" 5000");
+    EXPECT_FALSE(server.Wait(1500));
+    EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+    EXPECT_FALSE(server.Wait(2000)) << "ended while a client held an object";
+    EXPECT_TRUE(patient.Wait(10'000));
+    EXPECT_EQ(0u, patient.ExitCode());
+    EXPECT_TRUE(server.Wait(10'000));
+    EXPECT_EQ(0u, server.ExitCode());
+}
+
+TEST_F(Lifetime, ActivationRightAfterAReleaseIsNotLost)
+{
+    for (int round = 0; round < 4; ++round) EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId)) << round;
+}
+
+TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
+{
+    if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+    for (const wchar_t* arguments : {L"", L"\"C:\\no such log.zlg\""}) {
+        const Process program(ServerPath(), arguments);
+        HWND window = nullptr;
+        for (int attempt = 0; attempt < 100 && !window; ++attempt) {
+            Sleep(100);
+            window = FindWindowW(nullptr, L"ZELT");
+        }
+        ASSERT_TRUE(window);
+        // Clients are served meanwhile, by this process, which outlives their release.
+        EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+        EXPECT_FALSE(program.Wait(2000));
+        PostMessageW(window, WM_COMMAND, IDOK, 0);
+        EXPECT_TRUE(program.Wait(10'000));
+        EXPECT_EQ(0u, program.ExitCode());
+    }
+}
+
+TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
+{
+    if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+    const Process program(ServerPath(), L"");
+    HWND window = nullptr;
+    for (int attempt = 0; attempt < 100 && !window; ++attempt) {
+        Sleep(100);
+        window = FindWindowW(nullptr, L"ZELT");
+    }
+    ASSERT_TRUE(window);
+    const Process client(ClientPath(), std::wstring(kProgId) + L" 4000");
+    Sleep(1500);
+    PostMessageW(window, WM_COMMAND, IDOK, 0);
+    EXPECT_FALSE(program.Wait(1500));
+    EXPECT_TRUE(client.Wait(10'000));
+    EXPECT_EQ(0u, client.ExitCode());
+    EXPECT_TRUE(program.Wait(10'000));
+}
+
+TEST_F(Lifetime, ACommandLineThatOnlyMentionsRegistrationServesWithoutAWindow)
+{
+    const Process server(ServerPath(), L"regserver");
+    ASSERT_TRUE(server.Started());
+    EXPECT_FALSE(server.Wait(1000));
+    EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+    EXPECT_TRUE(server.Wait(10'000));
+}
+
+}  // namespace

@@ -1,0 +1,385 @@
+#include "shell/registration.h"
+
+#include <gtest/gtest.h>
+#include <shlobj.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "core/narrow.h"
+#include "shell/key_tree.h"
+#include "tests/system/registration/processes.h"
+#include "tests/system/registration/registry_snapshot.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using zelt::DefaultValue;
+using zelt::KeyExists;
+using zelt::RegistryViews;
+using zelt::Scope;
+
+constexpr wchar_t kClass[] = L"CLSID\\{6377AC63-7A36-46DC-8897-F277012CDA9D}";
+constexpr wchar_t kClassText[] = L"{6377AC63-7A36-46DC-8897-F277012CDA9D}";
+constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
+constexpr wchar_t kAppId[] = L"{D76CDF09-2520-4B73-9730-98028328426E}";
+constexpr wchar_t kLibrary[] = L"TypeLib\\{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}";
+constexpr wchar_t kOwnInterface[] = L"Interface\\{547B1A76-FF25-4298-910A-78E95F0D19DF}";
+constexpr wchar_t kStandardLibrary[] = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}";
+constexpr wchar_t kContextLibrary[] = L"TypeLib\\{2420CB0D-25D7-4862-9042-7D4924695D68}";
+constexpr wchar_t kContextInterface[] = L"Interface\\{678C0B5F-0100-11D2-A67D-00105A42887F}";
+
+// A key of the machine that the test changes: put back at the end as it was in each view.
+class KeptKey {
+public:
+    explicit KeptKey(const std::wstring& path) : path(zelt::ClassesPath(path))
+    {
+        for (const REGSAM view : RegistryViews())
+            trees.push_back(zelt::ReadKeyTree({HKEY_LOCAL_MACHINE, view}, this->path));
+    }
+    ~KeptKey()
+    {
+        for (const REGSAM view : RegistryViews()) zelt::DeleteKeyTree({HKEY_LOCAL_MACHINE, view}, path);
+        for (std::size_t index = 0; index < trees.size(); ++index) {
+            if (trees[index]) zelt::WriteKeyTree({HKEY_LOCAL_MACHINE, RegistryViews()[index]}, path, *trees[index]);
+        }
+    }
+    KeptKey(const KeptKey&) = delete;
+    KeptKey& operator=(const KeptKey&) = delete;
+
+private:
+    std::wstring path;
+    std::vector<std::optional<zelt::KeyTree>> trees;
+};
+
+std::wstring DefaultText(const zelt::KeyTree& tree)
+{
+    const auto value = tree.values.find(L"");
+    if (value == tree.values.end() || value->second.type != REG_SZ) return {};
+    const auto* text = reinterpret_cast<const wchar_t*>(value->second.data.data());
+    const std::wstring whole(text, value->second.data.size() / sizeof(wchar_t));
+    return whole.substr(0, whole.find(L'\0'));
+}
+
+bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+// The marks of the libraries that stay, by which the lines of a snapshot are told apart. The interface's lines hold its
+// library's identifier only in part, so those lines are left out by the key's own name.
+std::set<std::string> InterfacesThatStay()
+{
+    std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};
+    for (const REGSAM view : RegistryViews()) {
+        const auto interfaces =
+            zelt::ReadKeyTree(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(L"Interface"));
+        for (const auto& [name, tree] : interfaces->subkeys) {
+            const auto library = tree.subkeys.find(L"TypeLib");
+            if (library == tree.subkeys.end()) continue;
+            const std::wstring text = DefaultText(library->second);
+            if (marks.contains(zelt::Narrow(text))) marks.insert(zelt::Narrow(name));
+        }
+    }
+    return marks;
+}
+
+std::string Lines(const RegistrySnapshot& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) text += line + '\n';
+    return text;
+}
+
+class Registration : public testing::Test {
+protected:
+    // The user's classes are there on every Windows; a fresh prefix may lack the key.
+    Registration()
+    {
+        zelt::RegistryKey classes;
+        classes.Create({}, L"Software\\Classes");
+    }
+    ~Registration() override
+    {
+        RunToEnd(ServerPath(), L"/UnregServer");
+        RunToEnd(ServerPath(), L"/UnregServerPerUser");
+        std::error_code ignored;
+        if (!folder.empty()) fs::remove_all(folder, ignored);
+    }
+
+    // A copy of the server in a folder whose name would break a path that is not quoted or not escaped. What a start of
+    // the cut path would run instead is there too, and is no server.
+    fs::path AwkwardServer()
+    {
+        folder = fs::temp_directory_path() / L"ZELT registration";
+        fs::create_directories(folder / L"prog o'brien's 100% files");
+        fs::copy_file(ClientPath(), folder / L"prog.exe", fs::copy_options::overwrite_existing);
+        const fs::path server = folder / L"prog o'brien's 100% files" / L"ZELT.EXE";
+        fs::copy_file(ServerPath(), server, fs::copy_options::overwrite_existing);
+        return server;
+    }
+
+    static void ExpectRegistered(Scope scope, const fs::path& server)
+    {
+        const std::wstring quoted = L'"' + server.wstring() + L'"';
+        for (const REGSAM view : RegistryViews()) {
+            const std::wstring path = kClass;
+            EXPECT_EQ(L"PropertyPackageManager Class", DefaultValue(scope, view, path));
+            EXPECT_EQ(quoted, DefaultValue(scope, view, path + L"\\LocalServer32"));
+            EXPECT_EQ(L"ZELT.PropertyPackageManager.1", DefaultValue(scope, view, path + L"\\ProgID"));
+            EXPECT_EQ(kProgId, DefaultValue(scope, view, path + L"\\VersionIndependentProgID"));
+            EXPECT_EQ(L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}", DefaultValue(scope, view, path + L"\\TypeLib"));
+            EXPECT_TRUE(KeyExists(scope, view, path + L"\\Programmable"));
+            EXPECT_TRUE(
+                KeyExists(scope, view, path + L"\\Implemented Categories\\{678C09A1-7D66-11D2-A67D-00105A42887F}"));
+            EXPECT_TRUE(
+                KeyExists(scope, view, path + L"\\Implemented Categories\\{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}"));
+            EXPECT_EQ(kAppId, Value(scope, view, path, L"AppID"));
+            const std::wstring description = path + L"\\CapeDescription";
+            EXPECT_EQ(L"ZELT Property Package Manager (CAPE-OPEN 1.1)", Value(scope, view, description, L"Name"));
+            EXPECT_EQ(L"Zeltora: Property Package Manager", Value(scope, view, description, L"Description"));
+            EXPECT_EQ(L"1.1", Value(scope, view, description, L"CapeVersion"));
+            EXPECT_EQ(L"1.0.0.0", Value(scope, view, description, L"ComponentVersion"));
+            EXPECT_EQ(0u, Value(scope, view, description, L"About")
+                              .find(L"ZELT (Zeltora): run 32-bit in-proc property packages out-of-proc"));
+
+            EXPECT_EQ(kClassText, DefaultValue(scope, view, L"ZELT.PropertyPackageManager.1\\CLSID"));
+            EXPECT_EQ(kClassText, DefaultValue(scope, view, L"ZELT.PropertyPackageManager\\CLSID"));
+            EXPECT_EQ(L"ZELT.PropertyPackageManager.1",
+                      DefaultValue(scope, view, L"ZELT.PropertyPackageManager\\CurVer"));
+            EXPECT_EQ(L"ZELT", DefaultValue(scope, view, std::wstring(L"AppID\\") + kAppId));
+            EXPECT_EQ(kAppId, Value(scope, view, L"AppID\\ZELT.EXE", L"AppID"));
+            EXPECT_EQ(L"ZELT.logFile", DefaultValue(scope, view, L".zlg"));
+            EXPECT_EQ(quoted + L",0", DefaultValue(scope, view, L"ZELT.logFile\\DefaultIcon"));
+            EXPECT_EQ(quoted + L" \"%1\"", DefaultValue(scope, view, L"ZELT.logFile\\shell\\open\\command"));
+            EXPECT_EQ(server.wstring(), DefaultValue(scope, view, std::wstring(kLibrary) + L"\\1.0\\0\\win32"));
+            EXPECT_EQ(L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}",
+                      DefaultValue(scope, view, std::wstring(kOwnInterface) + L"\\TypeLib"));
+            EXPECT_EQ(L"{00020424-0000-0000-C000-000000000046}",
+                      DefaultValue(scope, view, std::wstring(kOwnInterface) + L"\\ProxyStubClsid32"));
+        }
+    }
+
+    static std::wstring Value(Scope scope, REGSAM view, const std::wstring& path, const wchar_t* name)
+    {
+        zelt::RegistryKey key;
+        if (key.Open(zelt::ClassesHive(scope, view), zelt::ClassesPath(path)) != ERROR_SUCCESS) return L"no key";
+        return key.ReadString(name).value_or(L"no value");
+    }
+
+    // Every interface of a library that is there for good can be found in every view.
+    static void ExpectStandardLibrary(Scope scope)
+    {
+        for (const REGSAM view : RegistryViews()) {
+            const std::wstring file = DefaultValue(scope, view, std::wstring(kStandardLibrary) + L"\\1.1\\0\\win32");
+            EXPECT_EQ(L"cape-open-1.1.tlb", fs::path(file).filename().wstring());
+            EXPECT_TRUE(fs::exists(file));
+            EXPECT_TRUE(fs::exists(DefaultValue(scope, view, std::wstring(kContextLibrary) + L"\\1.0\\0\\win32")));
+            EXPECT_EQ(L"ICapeThermoContext", DefaultValue(scope, view, kContextInterface));
+            // ICapeIdentification and ICapeThermoMaterial.
+            for (const wchar_t* iid :
+                 {L"{678C0990-7D66-11D2-A67D-00105A42887F}", L"{678C0A9B-7D66-11D2-A67D-00105A42887F}"}) {
+                const std::wstring path = std::wstring(L"Interface\\") + iid;
+                EXPECT_EQ(L"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", DefaultValue(scope, view, path + L"\\TypeLib"));
+                EXPECT_EQ(L"1.1", Value(scope, view, path + L"\\TypeLib", L"Version"));
+            }
+        }
+    }
+
+    // Takes the standard's libraries away, as on a machine that never had them, until `kept` is destroyed.
+    static std::vector<std::unique_ptr<KeptKey>> WithoutStandardLibraries()
+    {
+        std::vector<std::unique_ptr<KeptKey>> kept;
+        for (const std::string& mark : InterfacesThatStay()) {
+            for (const wchar_t* parent : {L"Interface\\", L"TypeLib\\"}) {
+                const std::wstring path = parent + zelt::Widen(mark);
+                kept.push_back(std::make_unique<KeptKey>(path));
+                for (const REGSAM view : RegistryViews()) {
+                    zelt::DeleteKeyTree({HKEY_LOCAL_MACHINE, view}, zelt::ClassesPath(path));
+                }
+            }
+        }
+        return kept;
+    }
+
+    fs::path folder;
+};
+
+TEST_F(Registration, ServesEveryViewAndLeavesOnlyTheStandardsLibraries)
+{
+    const auto kept = WithoutStandardLibraries();
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    ExpectRegistered(Scope::Machine, ServerPath());
+    ExpectStandardLibrary(Scope::Machine);
+    EXPECT_FALSE(KeyExists(Scope::User, zelt::OwnView(), kClass));
+
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServer"));
+    ExpectStandardLibrary(Scope::Machine);
+    const RegistrySnapshot after = TakeRegistrySnapshot();
+    const std::set<std::string> staying = InterfacesThatStay();
+    EXPECT_GT(staying.size(), 100u);
+    EXPECT_EQ("", Lines(Minus(before, after)));
+    EXPECT_EQ("", Lines(Without(Minus(after, before), staying)));
+
+    // Once they are there, nothing at all differs.
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-RegServer"));
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-UnregServer"));
+    EXPECT_TRUE(TakeRegistrySnapshot() == after);
+}
+
+TEST_F(Registration, LeavesAStandardLibraryOfOthersAsItIs)
+{
+    const auto kept = WithoutStandardLibraries();
+    const std::wstring file = std::wstring(kStandardLibrary) + L"\\1.1\\0\\win32";
+    const std::wstring member = L"Interface\\{678C0990-7D66-11D2-A67D-00105A42887F}";
+    zelt::RegistryKey key;
+    const zelt::RegistryRoot own = zelt::ClassesHive(Scope::Machine, zelt::OwnView());
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(own, zelt::ClassesPath(file)));
+    key.WriteString(L"", L"C:\\others\\standard.tlb");
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(own, zelt::ClassesPath(member)));
+    key.WriteString(L"", L"theirs");
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+
+    EXPECT_EQ(L"C:\\others\\standard.tlb", DefaultValue(Scope::Machine, zelt::OwnView(), file));
+    EXPECT_EQ(L"theirs", DefaultValue(Scope::Machine, zelt::OwnView(), member));
+    for (const REGSAM view : RegistryViews()) {
+        // Only what a view lacks is added.
+        const std::wstring expected = view == zelt::OwnView() ? L"" : L"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}";
+        EXPECT_EQ(expected, DefaultValue(Scope::Machine, view, member + L"\\TypeLib"));
+        EXPECT_TRUE(KeyExists(Scope::Machine, view, L"Interface\\{678C0A9B-7D66-11D2-A67D-00105A42887F}"));
+    }
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServer"));
+    EXPECT_EQ("", Lines(Minus(before, TakeRegistrySnapshot())));
+}
+
+TEST_F(Registration, StandsAPathWithBlanksAndApostrophes)
+{
+    const fs::path server = AwkwardServer();
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    ASSERT_EQ(0u, RunToEnd(server, L"/RegServer"));
+    ExpectRegistered(Scope::Machine, server);
+    EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+    if (fs::exists(OtherClientPath())) {
+        EXPECT_EQ(0u, RunToEnd(OtherClientPath(), kProgId));
+    }
+    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+    ASSERT_EQ(0u, RunToEnd(server, L"/UnregServer"));
+    const RegistrySnapshot after = TakeRegistrySnapshot();
+    std::set<std::string> staying = InterfacesThatStay();
+    // Serving made the key of the user's settings.
+    staying.insert({"user\\ZELT", "user 32\\ZELT", "user 64\\ZELT"});
+    EXPECT_EQ("", Lines(Minus(before, after)));
+    EXPECT_EQ("", Lines(Without(Minus(after, before), staying)));
+    EXPECT_NE(0u, RunToEnd(ClientPath(), kProgId));
+}
+
+TEST_F(Registration, ServesTheCurrentUserAlone)
+{
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServerPerUser"));
+    ExpectRegistered(Scope::User, ServerPath());
+    RegistrySnapshot added = Minus(TakeRegistrySnapshot(), before);
+    EXPECT_FALSE(added.empty());
+    // Wine's RegisterTypeLibForUser writes interfaces of the other view for the machine, whatever the redirection.
+    if (UnderWine()) added = Without(added, {"{547B1A76-FF25-4298-910A-78E95F0D19DF}"});
+    EXPECT_EQ("", Lines(Only(added, "machine")));
+
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
+    const RegistrySnapshot after = TakeRegistrySnapshot();
+    EXPECT_EQ("", Lines(Minus(before, after)));
+    EXPECT_EQ("", Lines(Without(Minus(after, before), InterfacesThatStay())));
+}
+
+TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks)
+{
+    const auto kept = WithoutStandardLibraries();
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServerPerUser"));
+    ExpectStandardLibrary(Scope::User);
+    EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kStandardLibrary));
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
+    ExpectStandardLibrary(Scope::User);
+    // They stay, so the test takes them away itself.
+    for (const REGSAM view : RegistryViews()) {
+        const zelt::RegistryRoot hive = zelt::ClassesHive(Scope::User, view);
+        for (const wchar_t* path : {kStandardLibrary, kContextLibrary})
+            zelt::DeleteKeyTree(hive, zelt::ClassesPath(path));
+        zelt::DeleteKeyTree(hive, zelt::ClassesPath(L"Interface"));
+    }
+}
+
+TEST_F(Registration, FollowsTheUsersInstallation)
+{
+    zelt::RegistryKey family;
+    ASSERT_EQ(ERROR_SUCCESS, family.Create({}, L"Software\\BRIX"));
+    family.WriteString(L"CurrentUser", L"1");
+    EXPECT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    ExpectRegistered(Scope::User, ServerPath());
+    EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kClass));
+    EXPECT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServer"));
+    EXPECT_FALSE(KeyExists(Scope::User, zelt::OwnView(), kClass));
+
+    family.WriteString(L"CurrentUser", L"0");
+    EXPECT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    EXPECT_TRUE(KeyExists(Scope::Machine, zelt::OwnView(), kClass));
+    EXPECT_FALSE(KeyExists(Scope::User, zelt::OwnView(), kClass));
+    zelt::DeleteKeyTree({}, L"Software\\BRIX");
+}
+
+TEST_F(Registration, ReadsTheUsersInstallationStrictly)
+{
+    constexpr wchar_t kScratch[] = L"Software\\ZELT registration test";
+    zelt::RegistryKey scratch, family;
+    ASSERT_EQ(ERROR_SUCCESS, scratch.Create({}, kScratch));
+    const zelt::RegistryRoot root = {scratch.Get(), 0};
+    EXPECT_FALSE(zelt::PerUserRegistrationPreferred(root));
+    ASSERT_EQ(ERROR_SUCCESS, family.Create(root, L"Software\\BRIX"));
+    EXPECT_FALSE(zelt::PerUserRegistrationPreferred(root));
+    struct Case {
+        const wchar_t* text;
+        bool preferred;
+    };
+    const Case cases[] = {{L"1", true},   {L"0", false},    {L"", false},
+                          {L"11", false}, {L"true", false}, {L"1 and more than twenty bytes", false}};
+    for (const Case& c : cases) {
+        family.WriteString(L"CurrentUser", c.text);
+        EXPECT_EQ(c.preferred, zelt::PerUserRegistrationPreferred(root)) << testing::PrintToString(c.text);
+    }
+    family.WriteBytes(L"CurrentUser", REG_SZ, L"1", sizeof(wchar_t));
+    EXPECT_TRUE(zelt::PerUserRegistrationPreferred(root)) << "without its terminator";
+    family.WriteDword(L"CurrentUser", 1);
+    EXPECT_FALSE(zelt::PerUserRegistrationPreferred(root)) << "a number";
+    zelt::DeleteKeyTree({}, kScratch);
+}
+
+TEST_F(Registration, ReplacesWhatAnotherCopyRegistered)
+{
+    const fs::path server = AwkwardServer();
+    ASSERT_EQ(0u, RunToEnd(server, L"/RegServer"));
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    ExpectRegistered(Scope::Machine, ServerPath());
+}
+
+TEST_F(Registration, ExitsWithTheFailureOfTheAction)
+{
+    const auto kept = WithoutStandardLibraries();
+    wchar_t common[MAX_PATH];
+    ASSERT_EQ(S_OK, SHGetFolderPathW(nullptr, CSIDL_PROGRAM_FILES_COMMON, nullptr, 0, common));
+    // A folder in the place of the file that is to be written.
+    const fs::path file = fs::path(common) / L"CAPE-OPEN" / L"cape-open-1.1.tlb";
+    const fs::path aside = fs::path(file).concat(L".aside");
+    std::error_code ignored;
+    fs::rename(file, aside, ignored);
+    fs::create_directories(file);
+    EXPECT_EQ(static_cast<DWORD>(STG_E_CANTSAVE), RunToEnd(ServerPath(), L"/RegServer"));
+    fs::remove(file);
+    fs::rename(aside, file, ignored);
+}
+
+TEST_F(Registration, UnregistersWhatIsNotRegistered)
+{
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    EXPECT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServer"));
+    EXPECT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
+    EXPECT_TRUE(TakeRegistrySnapshot() == before);
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+#include "core/registry.h"
+
+#include <gtest/gtest.h>
+
+#include "core/configuration_key.h"
+#include "tests/unit/recorded_messages.h"
+#include "tests/unit/scratch_registry.h"
+
+namespace {
+
+using zelt::RegistryKey;
+
+TEST(Registry, ReadsAValueOnlyWithItsTypeAndSize)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key = scratch.Settings();
+    key.WriteDword(L"number", 7);
+    key.WriteBytes(L"short", REG_DWORD, "ab", 2);
+    key.WriteBytes(L"long", REG_DWORD, "abcdefgh", 8);
+    key.WriteString(L"text", L"7");
+
+    EXPECT_EQ(7u, key.ReadDword(L"number"));
+    EXPECT_FALSE(key.ReadDword(L"short"));
+    EXPECT_FALSE(key.ReadDword(L"long"));
+    EXPECT_FALSE(key.ReadDword(L"text"));
+    EXPECT_FALSE(key.ReadDword(L"missing"));
+    EXPECT_EQ(L"7", key.ReadString(L"text"));
+    EXPECT_FALSE(key.ReadString(L"number"));
+    EXPECT_FALSE(key.ReadBytes(L"number", REG_BINARY));
+    EXPECT_FALSE(key.ReadNarrow("missing", REG_MULTI_SZ));
+    EXPECT_FALSE(key.ReadNarrow("text", REG_MULTI_SZ));
+}
+
+TEST(Registry, DoesNotTrustAStringToBeTerminated)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key = scratch.Settings();
+    key.WriteBytes(L"bare", REG_SZ, L"abc", 3 * sizeof(wchar_t));
+    key.WriteBytes(L"odd", REG_SZ, L"abc", 5);
+    key.WriteBytes(L"empty", REG_SZ, nullptr, 0);
+    key.WriteBytes(L"inner", REG_SZ, L"ab\0cd", 6 * sizeof(wchar_t));
+    EXPECT_EQ(L"abc", key.ReadString(L"bare"));
+    EXPECT_EQ(L"ab", key.ReadString(L"odd"));
+    EXPECT_EQ(L"", key.ReadString(L"empty"));
+    EXPECT_EQ(L"ab", key.ReadString(L"inner"));
+}
+
+TEST(Registry, ReadsAMultiStringAsTheBytesThatAreThere)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key = scratch.Settings();
+    key.WriteBytes(L"bare", REG_MULTI_SZ, L"one\0two", 7 * sizeof(wchar_t));
+    key.WriteNarrow("full", REG_MULTI_SZ, std::string_view("one\0\0two\0\0", 10));
+    EXPECT_EQ(std::string("one\0two", 7), key.ReadNarrow("bare", REG_MULTI_SZ)->substr(0, 7));
+    EXPECT_EQ(std::string("one\0\0two\0\0", 10), key.ReadNarrow("full", REG_MULTI_SZ));
+}
+
+TEST(Registry, AnswersWithTheErrorAndHoldsNoKeyAfterAFailure)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key = scratch.Settings();
+    ASSERT_TRUE(key);
+    EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Open(scratch.Root(), L"no such key"));
+    EXPECT_FALSE(key);
+}
+
+TEST(Registry, DeletesAKeyWithEverythingBelow)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(scratch.Root(), L"a\\b\\c"));
+    key.Close();
+    EXPECT_EQ(ERROR_SUCCESS, zelt::DeleteKeyTree(scratch.Root(), L"a"));
+    EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Open(scratch.Root(), L"a"));
+    EXPECT_EQ(ERROR_SUCCESS, zelt::DeleteKeyTree(scratch.Root(), L"a"));
+}
+
+TEST(Registry, NamesAreListedWhole)
+{
+    const ScratchRegistry scratch;
+    RegistryKey key = scratch.Settings(), child;
+    const std::wstring longest(255, L'k');
+    ASSERT_EQ(ERROR_SUCCESS, child.Create({key.Get(), 0}, longest));
+    key.WriteDword(L"value", 1);
+    EXPECT_EQ(std::vector<std::wstring>{longest}, key.SubkeyNames());
+    EXPECT_EQ(std::vector<std::wstring>{L"value"}, key.ValueNames());
+}
+
+TEST(ConfigurationKey, IsCreatedWhenMissing)
+{
+    const ScratchRegistry scratch;
+    const RecordedMessages messages;
+    RegistryKey key, again;
+    EXPECT_TRUE(zelt::OpenConfigurationKey(scratch.Root(), key));
+    EXPECT_EQ(ERROR_SUCCESS, again.Open(scratch.Root(), L"Software\\ZELT"));
+    EXPECT_TRUE(messages.All().empty());
+}
+
+TEST(ConfigurationKey, SaysThatItCannotBeOpened)
+{
+    ScratchRegistry scratch;
+    scratch.MakeInaccessible();
+    const RecordedMessages messages;
+    RegistryKey key;
+    EXPECT_FALSE(zelt::OpenConfigurationKey(scratch.Root(), key));
+    EXPECT_FALSE(key);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);
+    EXPECT_EQ(L"ZELT", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
+}
+
+}  // namespace
