@@ -18,6 +18,14 @@ namespace {
 
 CZELTModule* instance = nullptr;
 
+void AddReference() { CoAddRefServerProcess(); }
+
+// A viewer's thread may still be closing its window when the module is gone; nothing is left to signal then.
+void ReleaseReference()
+{
+    if (instance) instance->Unlock();
+}
+
 }  // namespace
 
 CZELTModule::CZELTModule()
@@ -30,7 +38,7 @@ CZELTModule::CZELTModule()
     const INITCOMMONCONTROLSEX controls = {sizeof controls,
                                            ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    com::SetServerReferenceFunctions({[] { instance->Lock(); }, [] { instance->Unlock(); }});
+    com::SetServerReferenceFunctions({AddReference, ReleaseReference});
 }
 
 CZELTModule::~CZELTModule()
@@ -41,6 +49,7 @@ CZELTModule::~CZELTModule()
         SetEvent(shutdownEvent.get());
         WaitForSingleObject(monitor.get(), INFINITE);
     }
+    instance = nullptr;
     com::ReleaseTypeInfo();
     if (SUCCEEDED(initialized)) CoUninitialize();
 }
@@ -81,7 +90,7 @@ HRESULT CZELTModule::RunRegistration(RegistrationAction action)
     return add ? RegisterServer(scope, versionText) : UnregisterServer(scope, versionText);
 }
 
-void CZELTModule::Lock() { CoAddRefServerProcess(); }
+void CZELTModule::Lock() { AddReference(); }
 
 void CZELTModule::Unlock()
 {
