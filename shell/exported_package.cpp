@@ -73,6 +73,8 @@ std::string ExportedPackage::Format() const
 
 bool SameName(std::wstring_view a, std::wstring_view b)
 {
+    // The comparison refuses the null pointer of an empty view.
+    if (a.empty() || b.empty()) return a.empty() == b.empty();
     return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
            CSTR_EQUAL;
 }

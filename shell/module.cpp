@@ -20,6 +20,14 @@ namespace {
 
 CZELTModule* instance = nullptr;
 
+void AddReference() { CoAddRefServerProcess(); }
+
+// A viewer's thread may still be closing its window when the module is gone; nothing is left to signal then.
+void ReleaseReference()
+{
+    if (instance) instance->Unlock();
+}
+
 }  // namespace
 
 CZELTModule::CZELTModule()
@@ -32,7 +40,7 @@ CZELTModule::CZELTModule()
     const INITCOMMONCONTROLSEX controls = {sizeof controls,
                                            ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    com::SetServerReferenceFunctions({[] { instance->Lock(); }, [] { instance->Unlock(); }});
+    com::SetServerReferenceFunctions({AddReference, ReleaseReference});
     PrepareGuards();
     InstallWrappers();
 }
@@ -45,6 +53,7 @@ CZELTModule::~CZELTModule()
         SetEvent(shutdownEvent.get());
         WaitForSingleObject(monitor.get(), INFINITE);
     }
+    instance = nullptr;
     com::ReleaseTypeInfo();
     if (SUCCEEDED(initialized)) CoUninitialize();
 }
@@ -85,7 +94,7 @@ HRESULT CZELTModule::RunRegistration(RegistrationAction action)
     return add ? RegisterServer(scope, versionText) : UnregisterServer(scope, versionText);
 }
 
-void CZELTModule::Lock() { CoAddRefServerProcess(); }
+void CZELTModule::Lock() { AddReference(); }
 
 void CZELTModule::Unlock()
 {

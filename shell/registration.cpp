@@ -32,22 +32,21 @@ constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"Ty
 
 std::wstring ClassPath(const ServedClass& served) { return L"CLSID\\" + GuidText(served.entry.clsid); }
 
-// The log's file class and the application's key, besides the class itself, are what every view must show.
+// Reads back what activation needs: the class in every view, and the names and the application, which the views share.
 void VerifyClass(Scope scope, const ServedClass& served, const std::wstring& modulePath)
 {
-    const std::wstring versioned = std::wstring(served.progId) + L".1", path = ClassPath(served);
+    const std::wstring path = ClassPath(served), classText = GuidText(served.entry.clsid);
+    const std::wstring versioned = std::wstring(served.progId) + L".1";
+    bool complete = DefaultValue(scope, OwnView(), versioned + L"\\CLSID") == classText &&
+                    DefaultValue(scope, OwnView(), std::wstring(served.progId) + L"\\CLSID") == classText &&
+                    KeyExists(scope, OwnView(), std::wstring(L"AppID\\") + kApplicationId);
     for (const REGSAM view : RegistryViews()) {
-        const bool complete =
-            DefaultValue(scope, view, path + L"\\LocalServer32") == Quoted(modulePath) &&
-            DefaultValue(scope, view, path + L"\\ProgID") == versioned &&
-            DefaultValue(scope, view, versioned + L"\\CLSID") == GuidText(served.entry.clsid) &&
-            DefaultValue(scope, view, std::wstring(served.progId) + L"\\CLSID") == GuidText(served.entry.clsid) &&
-            KeyExists(scope, view, path + L"\\Implemented Categories") &&
-            KeyExists(scope, view, path + L"\\CapeDescription") &&
-            KeyExists(scope, view, std::wstring(L"AppID\\") + kApplicationId);
-        if (!complete) throw com::Failure(SELFREG_E_CLASS);
+        complete = complete && DefaultValue(scope, view, path + L"\\LocalServer32") == Quoted(modulePath) &&
+                   DefaultValue(scope, view, path + L"\\ProgID") == versioned &&
+                   KeyExists(scope, view, path + L"\\Implemented Categories") &&
+                   KeyExists(scope, view, path + L"\\CapeDescription");
     }
-    if (!SameInEveryView(scope, path)) throw com::Failure(SELFREG_E_CLASS);
+    if (!complete || !SameInEveryView(scope, path)) throw com::Failure(SELFREG_E_CLASS);
 }
 
 }  // namespace

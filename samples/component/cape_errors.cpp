@@ -12,16 +12,34 @@ using Microsoft::WRL::ComPtr;
 // The name of the error's class, which ECapeRoot gives.
 const wchar_t* NameOf(HRESULT code)
 {
-    static constexpr const wchar_t* kNames[] = {
-        L"ECapeUnknown",        L"ECapeData",          L"ECapeLicenceError",          L"ECapeBadCOParameter",
-        L"ECapeBadArgument",    L"ECapeInvalidArgument", L"ECapeOutOfBounds",         L"ECapeImplementation",
-        L"ECapeNoImpl",         L"ECapeLimitedImpl",   L"ECapeComputation",           L"ECapeOutOfResources",
-        L"ECapeNoMemory",       L"ECapeTimeOut",       L"ECapeFailedInitialisation",  L"ECapeSolvingError",
-        L"ECapeBadInvOrder",    L"ECapeInvalidOperation", L"ECapePersistence",        L"ECapeIllegalAccess",
-        L"ECapePersistenceNotFound", L"ECapePersistenceSystemError", L"ECapePersistenceOverflow",
-        L"ECapeOutsideSolverScope", L"ECapeHessianInfoNotAvailable", L"ECapeThrmPropertyNotAvailable"};
-    const auto index = static_cast<std::size_t>(static_cast<unsigned long>(code) -
-                                                static_cast<unsigned long>(ECapeUnknownHR));
+    static constexpr const wchar_t* kNames[] = {L"ECapeUnknown",
+                                                L"ECapeData",
+                                                L"ECapeLicenceError",
+                                                L"ECapeBadCOParameter",
+                                                L"ECapeBadArgument",
+                                                L"ECapeInvalidArgument",
+                                                L"ECapeOutOfBounds",
+                                                L"ECapeImplementation",
+                                                L"ECapeNoImpl",
+                                                L"ECapeLimitedImpl",
+                                                L"ECapeComputation",
+                                                L"ECapeOutOfResources",
+                                                L"ECapeNoMemory",
+                                                L"ECapeTimeOut",
+                                                L"ECapeFailedInitialisation",
+                                                L"ECapeSolvingError",
+                                                L"ECapeBadInvOrder",
+                                                L"ECapeInvalidOperation",
+                                                L"ECapePersistence",
+                                                L"ECapeIllegalAccess",
+                                                L"ECapePersistenceNotFound",
+                                                L"ECapePersistenceSystemError",
+                                                L"ECapePersistenceOverflow",
+                                                L"ECapeOutsideSolverScope",
+                                                L"ECapeHessianInfoNotAvailable",
+                                                L"ECapeThrmPropertyNotAvailable"};
+    const auto index =
+        static_cast<std::size_t>(static_cast<unsigned long>(code) - static_cast<unsigned long>(ECapeUnknownHR));
     return index < std::size(kNames) ? kNames[index] : kNames[0];
 }
 
@@ -49,13 +67,28 @@ std::wstring_view TextOf(const _bstr_t& text)
 }  // namespace
 
 CapeErrors::CapeErrors(com::Object& object, const wchar_t* source)
-    : source(source), root(object, state), user(object, state), unknown(object), data(object), badArgument(object),
-      invalidArgument(object), outOfBounds(object), boundaries(object, state), implementation(object), noImpl(object),
-      limitedImpl(object), computation(object), outOfResources(object), noMemory(object), failedInitialisation(object),
-      solvingError(object), badInvOrder(object, state), invalidOperation(object), propertyNotAvailable(object),
+    : source(source),
+      root(object, state),
+      user(object, state),
+      unknown(object),
+      data(object),
+      badArgument(object),
+      invalidArgument(object),
+      outOfBounds(object),
+      boundaries(object, state),
+      implementation(object),
+      noImpl(object),
+      limitedImpl(object),
+      computation(object),
+      outOfResources(object),
+      noMemory(object),
+      failedInitialisation(object),
+      solvingError(object),
+      badInvOrder(object, state),
+      invalidOperation(object),
+      propertyNotAvailable(object),
       support(object)
-{
-}
+{}
 
 HRESULT CapeErrors::Raise(REFIID iid, const wchar_t* interfaceName, const wchar_t* operation,
                           const CapeFailure& failure) noexcept

@@ -36,7 +36,8 @@ public:
     }
 
     // Makes `failure` the component's error state and the thread's IErrorInfo.
-    HRESULT Raise(REFIID iid, const wchar_t* interfaceName, const wchar_t* operation, const CapeFailure& failure) noexcept;
+    HRESULT Raise(REFIID iid, const wchar_t* interfaceName, const wchar_t* operation,
+                  const CapeFailure& failure) noexcept;
 
 private:
     struct State {
@@ -120,8 +121,7 @@ class CapePart : public com::DualPart<I> {
 protected:
     CapePart(com::Object& object, CapeErrors& errors, const wchar_t* interfaceName)
         : com::DualPart<I>(object), errors(errors), interfaceName(interfaceName)
-    {
-    }
+    {}
     ~CapePart() = default;
 
     template <class Body>

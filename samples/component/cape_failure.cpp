@@ -19,7 +19,8 @@ std::wstring SystemText(HRESULT code)
                                   static_cast<DWORD>(code), 0, buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
     while (length > 0 && (buffer[length - 1] == L'\n' || buffer[length - 1] == L'\r')) --length;
     if (length > 0) return std::wstring(buffer, length);
-    const int printed = std::swprintf(buffer, std::size(buffer), L"error code 0x%08lX", static_cast<unsigned long>(code));
+    const int printed =
+        std::swprintf(buffer, std::size(buffer), L"error code 0x%08lX", static_cast<unsigned long>(code));
     return std::wstring(buffer, printed > 0 ? static_cast<std::size_t>(printed) : 0);
 }
 

@@ -22,8 +22,7 @@ class CapeFailure {
 public:
     CapeFailure(eCapeErrorInterfaceHR_tag code, std::wstring description)
         : code(static_cast<HRESULT>(code)), description(std::move(description))
-    {
-    }
+    {}
     CapeFailure(HRESULT code, std::wstring description) : code(code), description(std::move(description)) {}
 
     // A value outside its bounds.

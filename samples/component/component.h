@@ -16,8 +16,7 @@ class IdentificationPart : public CapePart<ICapeIdentification> {
 public:
     IdentificationPart(com::Object& object, CapeErrors& errors, std::wstring name, std::wstring description)
         : CapePart(object, errors, L"ICapeIdentification"), name(std::move(name)), description(std::move(description))
-    {
-    }
+    {}
     const std::wstring& Name() const { return name; }
 
     STDMETHOD(get_ComponentName)(BSTR* text) override;
@@ -36,10 +35,10 @@ public:
     // `onInitialize` and `onTerminate` may be empty; what they throw is the call's failure.
     UtilitiesPart(com::Object& object, CapeErrors& errors, std::function<void()> onInitialize,
                   std::function<void()> onTerminate)
-        : CapePart(object, errors, L"ICapeUtilities"), onInitialize(std::move(onInitialize)),
+        : CapePart(object, errors, L"ICapeUtilities"),
+          onInitialize(std::move(onInitialize)),
           onTerminate(std::move(onTerminate))
-    {
-    }
+    {}
 
     STDMETHOD(get_parameters)(IDispatch** parameters) override;
     STDMETHOD(put_simulationContext)(IDispatch* context) override;

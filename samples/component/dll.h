@@ -9,11 +9,11 @@
 #include "samples/component/registration.h"
 
 // Declares and defines the four exports; `classes` and `registrations` are arrays.
-#define SAMPLE_DLL_EXPORTS(classes, registrations)                                        \
-    STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result)                   \
-    {                                                                                     \
-        return com::GetClassObject(classes, clsid, iid, result);                          \
-    }                                                                                     \
+#define SAMPLE_DLL_EXPORTS(classes, registrations)                                          \
+    STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result)                     \
+    {                                                                                       \
+        return com::GetClassObject(classes, clsid, iid, result);                            \
+    }                                                                                       \
     STDAPI DllCanUnloadNow() { return com::CountServerReferences() == 0 ? S_OK : S_FALSE; } \
-    STDAPI DllRegisterServer() { return zelt::sample::RegisterComponents(registrations); } \
+    STDAPI DllRegisterServer() { return zelt::sample::RegisterComponents(registrations); }  \
     STDAPI DllUnregisterServer() { return zelt::sample::UnregisterComponents(registrations); }

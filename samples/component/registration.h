@@ -11,9 +11,9 @@ namespace zelt::sample {
 
 struct ComponentClass {
     const CLSID& clsid;
-    const wchar_t* progId;         // without version; ".1" is appended for the versioned one
-    const wchar_t* name;           // CapeDescription's Name, and the class's own
-    const wchar_t* description;    // CapeDescription's Description
+    const wchar_t* progId;       // without version; ".1" is appended for the versioned one
+    const wchar_t* name;         // CapeDescription's Name, and the class's own
+    const wchar_t* description;  // CapeDescription's Description
     const wchar_t* capeVersion;
     std::initializer_list<const wchar_t*> categories;
 };

@@ -121,9 +121,8 @@ bool IsLeftOut(const VARIANT& value)
 
 std::vector<std::wstring> ReadStrings(const VARIANT& value, const wchar_t* name)
 {
-    return ReadArray<BSTR>(value, VT_BSTR, name, L"strings", [](BSTR text) {
-        return text ? std::wstring(text, SysStringLen(text)) : std::wstring();
-    });
+    return ReadArray<BSTR>(value, VT_BSTR, name, L"strings",
+                           [](BSTR text) { return text ? std::wstring(text, SysStringLen(text)) : std::wstring(); });
 }
 
 std::vector<double> ReadDoubles(const VARIANT& value, const wchar_t* name)
@@ -160,7 +159,8 @@ _variant_t MakeLongs(std::span<const long> values)
 _variant_t MakeVariants(std::span<const _variant_t> values)
 {
     return MakeArray<VARIANT>(VT_VARIANT, values.size(), [&](VARIANT& out, std::size_t i) {
-        if (FAILED(VariantCopy(&out, const_cast<VARIANT*>(static_cast<const VARIANT*>(&values[i]))))) throw std::bad_alloc();
+        if (FAILED(VariantCopy(&out, const_cast<VARIANT*>(static_cast<const VARIANT*>(&values[i])))))
+            throw std::bad_alloc();
     });
 }
 

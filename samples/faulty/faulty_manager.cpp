@@ -12,10 +12,7 @@ constexpr const wchar_t* kFails = L"Fails";
 constexpr const wchar_t* kNull = L"Null";
 constexpr const wchar_t* kFault = L"Fault In Create";
 
-void FailToInitialize()
-{
-    throw CapeFailure(ECapeFailedInitialisationHR, L"The faulty manager never initialises");
-}
+void FailToInitialize() { throw CapeFailure(ECapeFailedInitialisationHR, L"The faulty manager never initialises"); }
 
 }  // namespace
 
@@ -56,7 +53,6 @@ STDMETHODIMP FaultyManagerPart::GetPropertyPackage(BSTR packageName, IDispatch**
 FaultyManager::FaultyManager(ManagerFault fault)
     : manager(*this, errors, fault),
       utilities(*this, errors, fault == ManagerFault::kInitialize ? FailToInitialize : std::function<void()>(), {})
-{
-}
+{}
 
 }  // namespace zelt::sample

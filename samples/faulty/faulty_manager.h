@@ -13,8 +13,7 @@ class FaultyManagerPart final : public CapePart<ICapeThermoPropertyPackageManage
 public:
     FaultyManagerPart(com::Object& object, CapeErrors& errors, ManagerFault fault)
         : CapePart(object, errors, L"ICapeThermoPropertyPackageManager"), fault(fault)
-    {
-    }
+    {}
     STDMETHOD(GetPropertyPackageList)(VARIANT* packageNames) override;
     STDMETHOD(GetPropertyPackage)(BSTR packageName, IDispatch** package) override;
 

@@ -24,15 +24,18 @@ constexpr Character kCharacters[] = {
     {.name = L"Fault In Release", .finalRelease = L"nullWrite"},
 };
 
-constexpr const IID* kCalculation[] = {
-    &__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
-    &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext)};
+constexpr const IID* kCalculation[] = {&__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
+                                       &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext)};
 
 // The interfaces of errors are those that are neither the standard's others nor the system's.
-constexpr const IID* kNotErrors[] = {
-    &__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
-    &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext), &__uuidof(ICapeThermoCompounds),
-    &__uuidof(ICapeThermoPhases), &__uuidof(ICapeUtilities), &__uuidof(ICapeIdentification)};
+constexpr const IID* kNotErrors[] = {&__uuidof(ICapeThermoPropertyRoutine),
+                                     &__uuidof(ICapeThermoEquilibriumRoutine),
+                                     &__uuidof(ICapeThermoUniversalConstant),
+                                     &__uuidof(ICapeThermoMaterialContext),
+                                     &__uuidof(ICapeThermoCompounds),
+                                     &__uuidof(ICapeThermoPhases),
+                                     &__uuidof(ICapeUtilities),
+                                     &__uuidof(ICapeIdentification)};
 
 template <std::size_t N>
 bool Contains(const IID* const (&list)[N], REFIID iid)
@@ -54,7 +57,8 @@ void ThrowRequested(std::wstring_view name)
 {
     bool silent = false;
     const HRESULT code = RequestedError(name, silent);
-    if (FAILED(code)) throw CapeFailure(code, silent ? L"" : L"The faulty package fails as asked: " + std::wstring(name));
+    if (FAILED(code))
+        throw CapeFailure(code, silent ? L"" : L"The faulty package fails as asked: " + std::wstring(name));
 }
 
 }  // namespace

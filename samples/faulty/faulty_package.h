@@ -13,14 +13,14 @@
 namespace zelt::sample {
 
 struct Character {
-    const wchar_t* name;           // of the package in the manager's list
+    const wchar_t* name;  // of the package in the manager's list
     bool identification = true;
-    bool calculation = true;       // all interfaces but the compounds, the phases, identification and utilities
+    bool calculation = true;  // all interfaces but the compounds, the phases, identification and utilities
     bool errors = true;
-    bool keepsMaterial = false;    // never releases a material that it was given
-    const wchar_t* reportedName = nullptr;     // in place of its own; an empty one is answered with a null text
-    HRESULT rename = S_OK;                     // what renaming answers
-    const wchar_t* initialize = L"";           // faults of these calls
+    bool keepsMaterial = false;             // never releases a material that it was given
+    const wchar_t* reportedName = nullptr;  // in place of its own; an empty one is answered with a null text
+    HRESULT rename = S_OK;                  // what renaming answers
+    const wchar_t* initialize = L"";        // faults of these calls
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";
@@ -34,8 +34,7 @@ class FaultyCompoundsPart final : public CompoundsPart {
 public:
     FaultyCompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CompoundsPart(object, errors, model)
-    {
-    }
+    {}
     STDMETHOD(GetCompoundConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
     STDMETHOD(GetTDependentProperty)(VARIANT props, double temperature, VARIANT compIds, VARIANT* propVals) override;
 };
@@ -45,8 +44,7 @@ class FaultyPropertyPart final : public PropertyPart {
 public:
     FaultyPropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : PropertyPart(object, errors, model), model(model)
-    {
-    }
+    {}
     STDMETHOD(CalcSinglePhaseProp)(VARIANT props, BSTR phaseLabel) override;
 
 private:
@@ -57,8 +55,7 @@ class FaultyIdentificationPart final : public IdentificationPart {
 public:
     FaultyIdentificationPart(com::Object& object, CapeErrors& errors, const Character& character)
         : IdentificationPart(object, errors, character.name, L"A package that fails on request"), character(character)
-    {
-    }
+    {}
     STDMETHOD(get_ComponentName)(BSTR* text) override;
     STDMETHOD(put_ComponentName)(BSTR text) override;
 
@@ -71,8 +68,7 @@ public:
     FaultyUtilitiesPart(com::Object& object, CapeErrors& errors, const Character& character,
                         std::function<void()> onTerminate)
         : UtilitiesPart(object, errors, {}, std::move(onTerminate)), character(character)
-    {
-    }
+    {}
     STDMETHOD(Initialize)() override;
 
 private:
@@ -93,8 +89,7 @@ private:
     public:
         ContextPart(com::Object& object, CapeErrors& errors, PackageModel& model, const Character& character)
             : CapePart(object, errors, L"ICapeThermoMaterialContext"), model(model), character(character)
-        {
-        }
+        {}
         STDMETHOD(SetMaterial)(IDispatch* material) override;
         STDMETHOD(UnsetMaterial)() override;
 

@@ -90,8 +90,7 @@ STDMETHODIMP CompoundsPart::GetPDependentPropList(VARIANT* props)
     return Call(L"GetPDependentPropList", [&] { Return(props, NamesOf(PressureFunctions())); });
 }
 
-STDMETHODIMP CompoundsPart::GetTDependentProperty(VARIANT props, double temperature, VARIANT compIds,
-                                                  VARIANT* propVals)
+STDMETHODIMP CompoundsPart::GetTDependentProperty(VARIANT props, double temperature, VARIANT compIds, VARIANT* propVals)
 {
     return Call(L"GetTDependentProperty", [&] {
         CheckTemperature(temperature);
@@ -106,9 +105,8 @@ STDMETHODIMP CompoundsPart::GetTDependentPropList(VARIANT* props)
 
 STDMETHODIMP UniversalConstantPart::GetUniversalConstant(BSTR constantId, VARIANT* constantValue)
 {
-    return Call(L"GetUniversalConstant", [&] {
-        Return(constantValue, _variant_t(FindUniversalConstant(TextOf(constantId)).value));
-    });
+    return Call(L"GetUniversalConstant",
+                [&] { Return(constantValue, _variant_t(FindUniversalConstant(TextOf(constantId)).value)); });
 }
 
 STDMETHODIMP UniversalConstantPart::GetUniversalConstantList(VARIANT* constantIds)

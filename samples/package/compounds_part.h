@@ -10,14 +10,13 @@ class CompoundsPart : public CapePart<ICapeThermoCompounds> {
 public:
     CompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoCompounds"), model(model)
-    {
-    }
+    {}
 
     // Values in the order of the standard: all compounds for the first property, then for the next. A list of compounds
     // that is left out is the package's whole list.
     STDMETHOD(GetCompoundConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
-    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps,
-                               VARIANT* molwts, VARIANT* casnos) override;
+    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps, VARIANT* molwts,
+                               VARIANT* casnos) override;
     STDMETHOD(GetConstPropList)(VARIANT* props) override;
     STDMETHOD(GetNumCompounds)(long* num) override;
     STDMETHOD(GetPDependentProperty)(VARIANT props, double pressure, VARIANT compIds, VARIANT* propVals) override;
@@ -33,8 +32,7 @@ class UniversalConstantPart final : public CapePart<ICapeThermoUniversalConstant
 public:
     UniversalConstantPart(com::Object& object, CapeErrors& errors)
         : CapePart(object, errors, L"ICapeThermoUniversalConstant")
-    {
-    }
+    {}
     STDMETHOD(GetUniversalConstant)(BSTR constantId, VARIANT* constantValue) override;
     STDMETHOD(GetUniversalConstantList)(VARIANT* constantIds) override;
 };

@@ -14,10 +14,18 @@ const com::ClassEntry kClasses[] = {
 };
 
 const ComponentClass kRegistrations[] = {
-    {kPropertyPackageManagerClass, L"ZeltSample.PropertyPackageManager", L"Sample property package manager",
-     L"Ideal solutions of a few common compounds", L"1.1", {kPropertyPackageManager11, kCapeOpenObject}},
-    {kPropertyPackageClass, L"ZeltSample.PropertyPackage", L"Sample property package",
-     L"Benzene, toluene and o-xylene as an ideal solution", L"1.1", {kPropertyPackage11, kCapeOpenObject}},
+    {kPropertyPackageManagerClass,
+     L"ZeltSample.PropertyPackageManager",
+     L"Sample property package manager",
+     L"Ideal solutions of a few common compounds",
+     L"1.1",
+     {kPropertyPackageManager11, kCapeOpenObject}},
+    {kPropertyPackageClass,
+     L"ZeltSample.PropertyPackage",
+     L"Sample property package",
+     L"Benzene, toluene and o-xylene as an ideal solution",
+     L"1.1",
+     {kPropertyPackage11, kCapeOpenObject}},
 };
 
 }  // namespace

@@ -14,8 +14,10 @@ struct QuantityName {
     const wchar_t* basis;
 };
 constexpr QuantityName kQuantities[] = {
-    {Quantity::kTemperature, L"temperature", L""},      {Quantity::kPressure, L"pressure", L""},
-    {Quantity::kPhaseFraction, L"phaseFraction", L"mole"}, {Quantity::kEnthalpy, L"enthalpy", L"mole"},
+    {Quantity::kTemperature, L"temperature", L""},
+    {Quantity::kPressure, L"pressure", L""},
+    {Quantity::kPhaseFraction, L"phaseFraction", L"mole"},
+    {Quantity::kEnthalpy, L"enthalpy", L"mole"},
     {Quantity::kEntropy, L"entropy", L"mole"},
 };
 
@@ -61,7 +63,8 @@ Specification ReadSpecification(const VARIANT& value, const wchar_t* argument)
         }
         if (quantity.quantity == Quantity::kPhaseFraction) return {&quantity, PhaseOf(parts[2]).label};
         if (!SameName(parts[2], kOverall)) {
-            throw CapeFailure(ECapeLimitedImplHR, Quoted(parts[0]) + L" can be specified for the overall material only");
+            throw CapeFailure(ECapeLimitedImplHR,
+                              Quoted(parts[0]) + L" can be specified for the overall material only");
         }
         return {&quantity, {}};
     }
@@ -80,8 +83,8 @@ Problem ReadProblem(const VARIANT& value1, const VARIANT& value2, BSTR solutionT
         if (a.quantity->quantity == pair.first && b.quantity->quantity == pair.second) return {pair.kind, a, b};
         if (b.quantity->quantity == pair.first && a.quantity->quantity == pair.second) return {pair.kind, b, a};
     }
-    throw CapeFailure(ECapeLimitedImplHR, L"There is no flash at given " + std::wstring(a.quantity->name) + L" and " +
-                                              b.quantity->name);
+    throw CapeFailure(ECapeLimitedImplHR,
+                      L"There is no flash at given " + std::wstring(a.quantity->name) + L" and " + b.quantity->name);
 }
 
 double ValueOf(const MaterialView& material, const Specification& specification)

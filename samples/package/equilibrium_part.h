@@ -11,8 +11,7 @@ class EquilibriumPart final : public CapePart<ICapeThermoEquilibriumRoutine> {
 public:
     EquilibriumPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoEquilibriumRoutine"), model(model)
-    {
-    }
+    {}
 
     // A specification is an array of a property, a basis and a phase label. The present phases of the material are the
     // ones that may form. Sets the present phases, each one's temperature, pressure, fraction and phase fraction, and

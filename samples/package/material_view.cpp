@@ -29,8 +29,8 @@ std::vector<std::wstring> MaterialView::CompoundIds() const
 {
     if (!compounds) return {};
     _variant_t ids, formulae, names, boilingPoints, weights, numbers;
-    CheckCall(compounds->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &numbers),
-              compounds.Get(), L"Material object");
+    CheckCall(compounds->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &numbers), compounds.Get(),
+              L"Material object");
     return ReadStrings(ids, L"compIds");
 }
 

@@ -12,9 +12,9 @@
 namespace zelt::sample {
 
 struct PhaseState {
-    double temperature;              // K
-    double pressure;                 // Pa
-    std::vector<double> fractions;   // mol/mol, in the material's order of compounds
+    double temperature;             // K
+    double pressure;                // Pa
+    std::vector<double> fractions;  // mol/mol, in the material's order of compounds
 };
 
 class MaterialView {

@@ -180,8 +180,8 @@ bool IsTwoPhaseProperty(std::wstring_view name)
     return SameName(split.name, kTwoPhaseProperties[0]) || SameName(split.name, kTwoPhaseProperties[1]);
 }
 
-std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution,
-                                              double temperature, double pressure, bool vapourFirst)
+std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution, double temperature,
+                                              double pressure, bool vapourFirst)
 {
     if (!IsTwoPhaseProperty(name)) {
         throw CapeFailure(ECapeInvalidArgumentHR, L"The two-phase property " + Quoted(name) + L" is not calculated");

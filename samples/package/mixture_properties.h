@@ -24,8 +24,8 @@ struct PhaseInput {
 
 struct SinglePhaseProperty {
     const wchar_t* name;
-    const wchar_t* basis;     // of the values: "mole", or empty for a property without one
-    bool moles;               // the derivative in amounts is offered
+    const wchar_t* basis;  // of the values: "mole", or empty for a property without one
+    bool moles;            // the derivative in amounts is offered
     // One value for a mixture property; one for each compound otherwise. The derivative in amounts has all values of
     // compound 0 first, each in the order of the amounts.
     std::vector<double> (*calculate)(const PhaseInput& input, Derivative derivative);
@@ -47,7 +47,7 @@ PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
 std::vector<std::wstring> TwoPhasePropertyNames();
 bool IsTwoPhaseProperty(std::wstring_view name);
 // K-values of the first phase over the second; throws CapeFailure for a name that is not offered.
-std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution,
-                                              double temperature, double pressure, bool vapourFirst);
+std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution, double temperature,
+                                              double pressure, bool vapourFirst);
 
 }  // namespace zelt::sample

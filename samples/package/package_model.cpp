@@ -51,8 +51,7 @@ const PhaseDefinition& PhaseOf(std::wstring_view label)
 
 PackageModel::PackageModel(const PackageDefinition& definition)
     : definition(definition), compounds(CompoundsOf(definition)), solution(compounds), materialSolution(compounds)
-{
-}
+{}
 
 std::vector<const Compound*> PackageModel::Select(std::span<const std::wstring> ids) const
 {
@@ -64,8 +63,8 @@ std::vector<const Compound*> PackageModel::Select(std::span<const std::wstring> 
             if (SameName(compound->id, id)) found = compound;
         }
         if (!found) {
-            throw CapeFailure(ECapeInvalidArgumentHR, L"Compound " + Quoted(id) + L" is not in property package " +
-                                                          Quoted(definition.name));
+            throw CapeFailure(ECapeInvalidArgumentHR,
+                              L"Compound " + Quoted(id) + L" is not in property package " + Quoted(definition.name));
         }
         selected.push_back(found);
     }

@@ -15,8 +15,7 @@ class MaterialContextPart final : public CapePart<ICapeThermoMaterialContext> {
 public:
     MaterialContextPart(com::Object& object, CapeErrors& errors, PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoMaterialContext"), model(model)
-    {
-    }
+    {}
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
         return Call(L"SetMaterial", [&] { model.SetMaterial(material); });

@@ -11,8 +11,7 @@ class PackageManagerPart final : public CapePart<ICapeThermoPropertyPackageManag
 public:
     PackageManagerPart(com::Object& object, CapeErrors& errors)
         : CapePart(object, errors, L"ICapeThermoPropertyPackageManager")
-    {
-    }
+    {}
     STDMETHOD(GetPropertyPackageList)(VARIANT* packageNames) override;
     STDMETHOD(GetPropertyPackage)(BSTR packageName, IDispatch** package) override;
 };

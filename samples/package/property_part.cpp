@@ -80,8 +80,8 @@ STDMETHODIMP PropertyPart::CalcTwoPhaseProp(VARIANT props, VARIANT phaseLabels)
         const bool vapourFirst = VapourFirst(labels);
         const PhaseState state = material.StateOf(labels[0]);
         for (const std::wstring& name : ReadStrings(props, L"props")) {
-            const std::vector<double> values = CalculateTwoPhaseProperty(name, model.MaterialSolution(),
-                                                                         state.temperature, state.pressure, vapourFirst);
+            const std::vector<double> values = CalculateTwoPhaseProperty(
+                name, model.MaterialSolution(), state.temperature, state.pressure, vapourFirst);
             material.SetTwoPhase(name.c_str(), labels, L"", values);
         }
     });
@@ -99,8 +99,8 @@ STDMETHODIMP PropertyPart::CheckTwoPhasePropSpec(BSTR property, VARIANT phaseLab
     if (!valid) return E_POINTER;
     return Call(L"CheckTwoPhasePropSpec", [&] {
         const std::vector<std::wstring> labels = ReadStrings(phaseLabels, L"phaseLabels");
-        const bool phases = labels.size() == 2 && IsPhase(labels[0]) && IsPhase(labels[1]) &&
-                            !SameName(labels[0], labels[1]);
+        const bool phases =
+            labels.size() == 2 && IsPhase(labels[0]) && IsPhase(labels[1]) && !SameName(labels[0], labels[1]);
         *valid = phases && IsTwoPhaseProperty(TextOf(property)) ? VARIANT_TRUE : VARIANT_FALSE;
     });
 }

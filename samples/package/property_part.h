@@ -11,8 +11,7 @@ class PropertyPart : public CapePart<ICapeThermoPropertyRoutine> {
 public:
     PropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
         : CapePart(object, errors, L"ICapeThermoPropertyRoutine"), model(model)
-    {
-    }
+    {}
 
     // Compounds are those of the active material; of the package, when no material is set. An output whose flag is
     // not set is left alone. The derivative in amounts has all of compound 0's values first.

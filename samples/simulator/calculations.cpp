@@ -200,8 +200,8 @@ void ShowEquilibria(const PackageSession& session, Report& report)
     }
 
     const std::wstring vapour = LabelOf(slate, L"Vapor");
-    for (const auto& [name, fraction] : {std::pair(L"bubble point", 0.0), std::pair(L"half vapour", 0.5),
-                                         std::pair(L"dew point", 1.0)}) {
+    for (const auto& [name, fraction] :
+         {std::pair(L"bubble point", 0.0), std::pair(L"half vapour", 0.5), std::pair(L"dew point", 1.0)}) {
         SetPhases(material, Labels(slate));
         CheckCall(material->SetSinglePhaseProp(MakeBstr(L"phaseFraction").GetBSTR(), MakeBstr(vapour).GetBSTR(),
                                                MakeBstr(L"mole").GetBSTR(), MakeDoubles({{fraction}})),
@@ -238,14 +238,15 @@ void ShowProperties(const PackageSession& session, Report& report, const Options
         if (!IsPresent(material, label)) continue;
         report.Text("Phase", label);
         report.Columns(CompoundColumns(slate, L"property"));
-        for (const auto& [name, basis] : {std::pair(L"enthalpy", L"mole"), std::pair(L"entropy", L"mole"),
-                                          std::pair(L"volume", L"mole"), std::pair(L"density", L"mole"),
-                                          std::pair(L"enthalpy.Dtemperature", L"mole"),
-                                          std::pair(L"fugacityCoefficient", L""), std::pair(L"fugacity", L""),
-                                          std::pair(L"logFugacityCoefficient.Dtemperature", L"")}) {
+        for (const auto& [name, basis] :
+             {std::pair(L"enthalpy", L"mole"), std::pair(L"entropy", L"mole"), std::pair(L"volume", L"mole"),
+              std::pair(L"density", L"mole"), std::pair(L"enthalpy.Dtemperature", L"mole"),
+              std::pair(L"fugacityCoefficient", L""), std::pair(L"fugacity", L""),
+              std::pair(L"logFugacityCoefficient.Dtemperature", L"")}) {
             VARIANT_BOOL offered = VARIANT_FALSE;
-            CheckCall(properties->CheckSinglePhasePropSpec(MakeBstr(name).GetBSTR(), MakeBstr(label).GetBSTR(), &offered),
-                      properties, L"CheckSinglePhasePropSpec");
+            CheckCall(
+                properties->CheckSinglePhasePropSpec(MakeBstr(name).GetBSTR(), MakeBstr(label).GetBSTR(), &offered),
+                properties, L"CheckSinglePhasePropSpec");
             if (!offered) continue;
             CheckCall(properties->CalcSinglePhaseProp(MakeStrings({name}), MakeBstr(label).GetBSTR()), properties,
                       L"CalcSinglePhaseProp");
@@ -254,8 +255,8 @@ void ShowProperties(const PackageSession& session, Report& report, const Options
         report.Row(L"density, kg/m3", GetSinglePhase(material, L"density", label, L"mass"));
 
         _variant_t logPhi, byT, byP, byN;
-        constexpr int kAll = CAPE_LOG_FUGACITY_COEFFICIENTS | CAPE_T_DERIVATIVE | CAPE_P_DERIVATIVE |
-                             CAPE_MOLE_NUMBERS_DERIVATIVES;
+        constexpr int kAll =
+            CAPE_LOG_FUGACITY_COEFFICIENTS | CAPE_T_DERIVATIVE | CAPE_P_DERIVATIVE | CAPE_MOLE_NUMBERS_DERIVATIVES;
         CheckCall(properties->CalcAndGetLnPhi(MakeBstr(label).GetBSTR(), 350, 2e5, MakeDoubles(EqualParts(slate)), kAll,
                                               &logPhi, &byT, &byP, &byN),
                   properties, L"CalcAndGetLnPhi");
@@ -286,7 +287,8 @@ void ShowProperties(const PackageSession& session, Report& report, const Options
 void ShowFailure(const PackageSession& session, Report& report)
 {
     report.Heading("A call that must fail");
-    const HRESULT code = session.properties->CalcSinglePhaseProp(MakeStrings({L"colour"}), MakeBstr(L"Liquid").GetBSTR());
+    const HRESULT code =
+        session.properties->CalcSinglePhaseProp(MakeStrings({L"colour"}), MakeBstr(L"Liquid").GetBSTR());
     if (SUCCEEDED(code)) throw CapeFailure(ECapeUnknownHR, L"The property package calculates the property \"colour\"");
     report.Line(DescribeFailure(session.properties.Get(), code));
 

@@ -82,7 +82,8 @@ void UsePackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& option
 {
     PackageSession session(std::move(package));
     if (session.identification) {
-        report.Text("Property package", TextFrom(session.identification.Get(), &ICapeIdentification::get_ComponentName));
+        report.Text("Property package",
+                    TextFrom(session.identification.Get(), &ICapeIdentification::get_ComponentName));
         report.Text("Description",
                     TextFrom(session.identification.Get(), &ICapeIdentification::get_ComponentDescription));
     }

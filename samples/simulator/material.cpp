@@ -46,7 +46,10 @@ MassConversion ConversionOf(std::wstring_view property)
 constexpr struct {
     const wchar_t* name;
     const wchar_t* basis;
-} kCopied[] = {{L"temperature", L""}, {L"pressure", L""}, {L"fraction", L"mole"}, {L"phaseFraction", L"mole"},
+} kCopied[] = {{L"temperature", L""},
+               {L"pressure", L""},
+               {L"fraction", L"mole"},
+               {L"phaseFraction", L"mole"},
                {L"totalFlow", L"mole"}};
 
 }  // namespace
@@ -81,7 +84,8 @@ void MaterialPart::OnRead(const wchar_t* method) const
     if (hook) hook(method);
 }
 
-std::vector<double> MaterialPart::Find(const PropertyBag& bag, std::wstring_view property, std::wstring_view basis) const
+std::vector<double> MaterialPart::Find(const PropertyBag& bag, std::wstring_view property,
+                                       std::wstring_view basis) const
 {
     const PropertyKey key = KeyOf(property, basis);
     if (const auto found = bag.find(key); found != bag.end()) return found->second;
@@ -91,8 +95,8 @@ std::vector<double> MaterialPart::Find(const PropertyBag& bag, std::wstring_view
     const MassConversion conversion = ConversionOf(key.property);
     if (key.basis != L"mass" || conversion == MassConversion::kNone || onMole == bag.end() || fractions == bag.end() ||
         fractions->second.size() != slate->compounds.size()) {
-        throw CapeFailure(ECapeThrmPropertyNotAvailableHR, L"The material object has no " + Quoted(property) +
-                                                               L" on basis " + Quoted(basis));
+        throw CapeFailure(ECapeThrmPropertyNotAvailableHR,
+                          L"The material object has no " + Quoted(property) + L" on basis " + Quoted(basis));
     }
     double weight = 0;  // kg/mol
     for (std::size_t i = 0; i < slate->compounds.size(); ++i) {
@@ -119,8 +123,8 @@ void MaterialPart::Store(PropertyBag& bag, std::wstring_view property, std::wstr
                         key.property == L"phasefraction" || key.property == L"totalflow";
     const bool perCompound = key.property == L"fraction" || key.property == L"flow";
     if ((scalar && numbers.size() != 1) || (perCompound && numbers.size() != slate->compounds.size())) {
-        throw CapeFailure(ECapeInvalidArgumentHR, std::to_wstring(numbers.size()) + L" values are not what " +
-                                                      Quoted(property) + L" has");
+        throw CapeFailure(ECapeInvalidArgumentHR,
+                          std::to_wstring(numbers.size()) + L" values are not what " + Quoted(property) + L" has");
     }
     bag[key] = std::move(numbers);
 }
@@ -268,16 +272,14 @@ STDMETHODIMP MaterialPart::SetPresentPhases(VARIANT phaseLabels, VARIANT phaseSt
 
 STDMETHODIMP MaterialPart::SetSinglePhaseProp(BSTR property, BSTR phaseLabel, BSTR basis, VARIANT values)
 {
-    return Call(L"SetSinglePhaseProp", [&] {
-        Store(PhaseOf(TextOf(phaseLabel)).properties, TextOf(property), TextOf(basis), values);
-    });
+    return Call(L"SetSinglePhaseProp",
+                [&] { Store(PhaseOf(TextOf(phaseLabel)).properties, TextOf(property), TextOf(basis), values); });
 }
 
 STDMETHODIMP MaterialPart::SetTwoPhaseProp(BSTR property, VARIANT phaseLabels, BSTR basis, VARIANT values)
 {
-    return Call(L"SetTwoPhaseProp", [&] {
-        Store(state.twoPhase[LabelPair(phaseLabels)], TextOf(property), TextOf(basis), values);
-    });
+    return Call(L"SetTwoPhaseProp",
+                [&] { Store(state.twoPhase[LabelPair(phaseLabels)], TextOf(property), TextOf(basis), values); });
 }
 
 }  // namespace zelt::sample

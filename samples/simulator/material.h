@@ -25,7 +25,7 @@ struct PropertyKey {
 using PropertyBag = std::map<PropertyKey, std::vector<double>>;
 
 struct PresentPhase {
-    std::wstring label;   // as the slate spells it
+    std::wstring label;  // as the slate spells it
     long status;
     PropertyBag properties;
 };
@@ -33,7 +33,7 @@ struct PresentPhase {
 struct MaterialState {
     PropertyBag overall;
     std::vector<PresentPhase> phases;
-    std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;   // by both labels
+    std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;  // by both labels
 };
 
 // Called when a component reads the state; a test blocks in it. May be empty.
@@ -43,8 +43,7 @@ class MaterialPart final : public CapePart<ICapeThermoMaterial> {
 public:
     MaterialPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Slate> slate, ReadHook hook)
         : CapePart(object, errors, L"ICapeThermoMaterial"), slate(std::move(slate)), hook(std::move(hook))
-    {
-    }
+    {}
 
     STDMETHOD(ClearAllProps)() override;
     STDMETHOD(CopyFromMaterial)(IDispatch** source) override;
@@ -76,10 +75,11 @@ private:
 class Material final : public com::Object {
 public:
     explicit Material(std::shared_ptr<const Slate> slate, std::wstring name = L"Feed", ReadHook hook = {})
-        : compounds(*this, errors, slate), phases(*this, errors, slate), material(*this, errors, slate, std::move(hook)),
+        : compounds(*this, errors, slate),
+          phases(*this, errors, slate),
+          material(*this, errors, slate, std::move(hook)),
           identification(*this, errors, std::move(name), L"Material object of the sample simulator")
-    {
-    }
+    {}
 
 protected:
     IDispatch* ScriptInterface() override { return &material; }

@@ -41,7 +41,8 @@ const auto& Find(const Rows& rows, std::wstring_view name, const wchar_t* kind)
     for (const auto& row : rows) {
         if (SameName(row.name, name)) return row;
     }
-    throw CapeFailure(ECapeInvalidArgumentHR, L"The material object has no " + std::wstring(kind) + L" " + Quoted(name));
+    throw CapeFailure(ECapeInvalidArgumentHR,
+                      L"The material object has no " + std::wstring(kind) + L" " + Quoted(name));
 }
 
 [[noreturn]] void NoFunctions()
@@ -140,7 +141,8 @@ STDMETHODIMP MaterialPhasesPart::GetPhaseInfo(BSTR phaseLabel, BSTR phaseAttribu
     return Call(L"GetPhaseInfo", [&] {
         const SlatePhase* phase = slate->FindPhase(std::wstring(TextOf(phaseLabel)));
         if (!phase) {
-            throw CapeFailure(ECapeInvalidArgumentHR, L"The material object has no phase " + Quoted(TextOf(phaseLabel)));
+            throw CapeFailure(ECapeInvalidArgumentHR,
+                              L"The material object has no phase " + Quoted(TextOf(phaseLabel)));
         }
         const std::wstring_view attribute = TextOf(phaseAttribute);
         if (SameName(attribute, L"StateOfAggregation")) {

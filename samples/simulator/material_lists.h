@@ -13,11 +13,10 @@ class MaterialCompoundsPart final : public CapePart<ICapeThermoCompounds> {
 public:
     MaterialCompoundsPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Slate> slate)
         : CapePart(object, errors, L"ICapeThermoCompounds"), slate(std::move(slate))
-    {
-    }
+    {}
     STDMETHOD(GetCompoundConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
-    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps,
-                               VARIANT* molwts, VARIANT* casnos) override;
+    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps, VARIANT* molwts,
+                               VARIANT* casnos) override;
     STDMETHOD(GetConstPropList)(VARIANT* props) override;
     STDMETHOD(GetNumCompounds)(long* num) override;
     STDMETHOD(GetPDependentProperty)(VARIANT props, double pressure, VARIANT compIds, VARIANT* propVals) override;
@@ -33,8 +32,7 @@ class MaterialPhasesPart final : public CapePart<ICapeThermoPhases> {
 public:
     MaterialPhasesPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Slate> slate)
         : CapePart(object, errors, L"ICapeThermoPhases"), slate(std::move(slate))
-    {
-    }
+    {}
     STDMETHOD(GetNumPhases)(long* num) override;
     STDMETHOD(GetPhaseInfo)(BSTR phaseLabel, BSTR phaseAttribute, VARIANT* value) override;
     STDMETHOD(GetPhaseList)(VARIANT* phaseLabels, VARIANT* stateOfAggregation, VARIANT* keyCompoundId) override;
@@ -47,8 +45,7 @@ class MaterialConstantsPart final : public CapePart<ICapeThermoUniversalConstant
 public:
     MaterialConstantsPart(com::Object& object, CapeErrors& errors)
         : CapePart(object, errors, L"ICapeThermoUniversalConstant")
-    {
-    }
+    {}
     STDMETHOD(GetUniversalConstant)(BSTR constantId, VARIANT* constantValue) override;
     STDMETHOD(GetUniversalConstantList)(VARIANT* constantIds) override;
 };

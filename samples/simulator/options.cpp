@@ -42,17 +42,28 @@ Options ParseOptions(int count, wchar_t** arguments)
             if (i + 1 >= count) throw std::invalid_argument("the last option needs a value");
             return arguments[++i];
         };
-        if (argument == L"--list") options.list = true;
-        else if (argument == L"--in-process") options.inProcess = true;
-        else if (argument == L"--stand-alone") options.standAlone = true;
-        else if (argument == L"--bits") options.bits = true;
-        else if (argument == L"--hold") options.hold = true;
-        else if (argument == L"--calculate") options.calculate.emplace_back(value());
-        else if (argument == L"--constant") options.constants.emplace_back(value());
-        else if (argument == L"--wait-in-call") options.waitSeconds = ParseSeconds(value());
-        else if (argument == L"--event") options.event = value();
-        else if (argument.starts_with(L"--")) throw std::invalid_argument("unknown option");
-        else names.push_back(argument);
+        if (argument == L"--list")
+            options.list = true;
+        else if (argument == L"--in-process")
+            options.inProcess = true;
+        else if (argument == L"--stand-alone")
+            options.standAlone = true;
+        else if (argument == L"--bits")
+            options.bits = true;
+        else if (argument == L"--hold")
+            options.hold = true;
+        else if (argument == L"--calculate")
+            options.calculate.emplace_back(value());
+        else if (argument == L"--constant")
+            options.constants.emplace_back(value());
+        else if (argument == L"--wait-in-call")
+            options.waitSeconds = ParseSeconds(value());
+        else if (argument == L"--event")
+            options.event = value();
+        else if (argument.starts_with(L"--"))
+            throw std::invalid_argument("unknown option");
+        else
+            names.push_back(argument);
     }
     const bool needsPackage = !options.standAlone && !options.list;
     if (names.empty()) throw std::invalid_argument("no class is named");

@@ -8,17 +8,17 @@
 namespace zelt::sample {
 
 struct Options {
-    std::wstring className;     // ProgID or CLSID text of a manager, or of a package with standAlone
+    std::wstring className;  // ProgID or CLSID text of a manager, or of a package with standAlone
     std::wstring packageName;
     bool standAlone = false;
-    bool inProcess = false;     // the server is loaded into this process; otherwise it is another's
-    bool list = false;          // only list the packages
-    bool bits = false;          // print every result's bit pattern too
-    bool hold = false;          // keep the material set and alive until the package is gone
+    bool inProcess = false;               // the server is loaded into this process; otherwise it is another's
+    bool list = false;                    // only list the packages
+    bool bits = false;                    // print every result's bit pattern too
+    bool hold = false;                    // keep the material set and alive until the package is gone
     std::vector<std::wstring> calculate;  // single-phase properties to calculate besides the usual ones
     std::vector<std::wstring> constants;  // compound ids to ask constants of besides the usual ones
     std::optional<unsigned> waitSeconds;  // wait this long inside the first call of the package on the material
-    std::wstring event;         // an existing named event to set when that wait begins
+    std::wstring event;                   // an existing named event to set when that wait begins
 };
 
 extern const char* const kUsage;

@@ -23,10 +23,7 @@ std::string Utf8(std::wstring_view text)
 
 }  // namespace
 
-void Report::Heading(std::string_view text)
-{
-    std::printf("\n%.*s\n", static_cast<int>(text.size()), text.data());
-}
+void Report::Heading(std::string_view text) { std::printf("\n%.*s\n", static_cast<int>(text.size()), text.data()); }
 
 void Report::Line(std::wstring_view text) { std::printf("  %s\n", Utf8(text).c_str()); }
 
@@ -47,8 +44,10 @@ void Report::Row(std::wstring_view label, std::span<const double> values)
     const std::string name = Utf8(label);
     std::printf("  %-40s", name.c_str());
     for (const double value : values) {
-        if (std::isnan(value)) std::printf(" %14s", "-");
-        else std::printf(" %14.8g", value);
+        if (std::isnan(value))
+            std::printf(" %14s", "-");
+        else
+            std::printf(" %14.8g", value);
     }
     std::printf("\n");
     if (!bits) return;

@@ -75,7 +75,8 @@ ComPtr<IDispatch> CreateStandAlone(const Options& options)
 }
 
 PackageSession::PackageSession(ComPtr<IDispatch> object)
-    : package(std::move(object)), identification(Optional<ICapeIdentification>(package.Get())),
+    : package(std::move(object)),
+      identification(Optional<ICapeIdentification>(package.Get())),
       utilities(Optional<ICapeUtilities>(package.Get()))
 {
     if (utilities) CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the property package");

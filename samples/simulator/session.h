@@ -49,13 +49,13 @@ public:
     void Close(bool hold);
 
     Microsoft::WRL::ComPtr<IDispatch> package;
-    Microsoft::WRL::ComPtr<ICapeIdentification> identification;    // these may be null
+    Microsoft::WRL::ComPtr<ICapeIdentification> identification;  // these may be null
     Microsoft::WRL::ComPtr<ICapeUtilities> utilities;
     Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;
     Microsoft::WRL::ComPtr<ICapeThermoEquilibriumRoutine> equilibrium;
     Microsoft::WRL::ComPtr<ICapeThermoUniversalConstant> universalConstants;
     Microsoft::WRL::ComPtr<ICapeThermoMaterialContext> materialContext;
-    Microsoft::WRL::ComPtr<ICapeThermoCompounds> compounds;        // these are required
+    Microsoft::WRL::ComPtr<ICapeThermoCompounds> compounds;  // these are required
     Microsoft::WRL::ComPtr<ICapeThermoPhases> phases;
 
     std::shared_ptr<const Slate> slate;

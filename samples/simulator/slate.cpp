@@ -40,7 +40,8 @@ Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases)
               L"GetCompoundList");
     const auto idList = ReadStrings(ids, L"compIds"), formulaList = ReadStrings(formulae, L"formulae"),
                nameList = ReadStrings(names, L"names"), numberList = ReadStrings(numbers, L"casnos");
-    const auto boilingPointList = ReadDoubles(boilingPoints, L"boilTemps"), weightList = ReadDoubles(weights, L"molwts");
+    const auto boilingPointList = ReadDoubles(boilingPoints, L"boilTemps"),
+               weightList = ReadDoubles(weights, L"molwts");
     RequireEqual(idList.size(), static_cast<std::size_t>(count), L"compIds");
     RequireEqual(idList.size(), formulaList.size(), L"formulae");
     RequireEqual(idList.size(), nameList.size(), L"names");

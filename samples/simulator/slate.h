@@ -13,8 +13,8 @@ struct SlateCompound {
     std::wstring id;
     std::wstring formula;
     std::wstring name;
-    double boilingPoint;      // K, at normal pressure
-    double molecularWeight;   // g/mol
+    double boilingPoint;     // K, at normal pressure
+    double molecularWeight;  // g/mol
     std::wstring casNumber;
 };
 

@@ -7,11 +7,11 @@
 
 namespace zelt::sample {
 
-inline constexpr double kGasConstant = 8.31446261815324;         // J/(mol K), exact in the SI of 2019
-inline constexpr double kReferenceTemperature = 298.15;          // K, where the ideal gas has zero enthalpy
-inline constexpr double kReferencePressure = 101325.0;           // Pa, where it has zero entropy
-inline constexpr double kLowestTemperature = 200.0;              // K, the range of the model as a whole
-inline constexpr double kHighestTemperature = 1000.0;            // K, the end of the heat capacity polynomials
+inline constexpr double kGasConstant = 8.31446261815324;  // J/(mol K), exact in the SI of 2019
+inline constexpr double kReferenceTemperature = 298.15;   // K, where the ideal gas has zero enthalpy
+inline constexpr double kReferencePressure = 101325.0;    // Pa, where it has zero entropy
+inline constexpr double kLowestTemperature = 200.0;       // K, the range of the model as a whole
+inline constexpr double kHighestTemperature = 1000.0;     // K, the end of the heat capacity polynomials
 
 // A value with its derivative in temperature.
 struct WithSlope {
@@ -20,21 +20,21 @@ struct WithSlope {
 };
 
 struct Compound {
-    const wchar_t* id;        // what callers name it by
-    const wchar_t* formula;   // Hill order
+    const wchar_t* id;       // what callers name it by
+    const wchar_t* formula;  // Hill order
     const wchar_t* iupacName;
     const wchar_t* casNumber;
     const wchar_t* smiles;
-    double molecularWeight;       // g/mol
-    double criticalTemperature;   // K
-    double criticalPressure;      // Pa
-    double criticalVolume;        // m3/mol
-    double acentricFactor;        // -
-    double normalBoilingPoint;    // K
-    double antoine[3];            // ln(p/kPa) = A - B / (t/C + C)
-    double heatCapacity[5];       // cp/R = a0 + a1 T + a2 T2 + a3 T3 + a4 T4
-    double liquidDensity[4];      // mol/m3 = c1 / c2^(1 + (1 - T/c3)^c4)
-    double vaporisation[5];       // J/mol = c1 (1 - Tr)^(c2 + c3 Tr + c4 Tr2), Tr = T / c5
+    double molecularWeight;      // g/mol
+    double criticalTemperature;  // K
+    double criticalPressure;     // Pa
+    double criticalVolume;       // m3/mol
+    double acentricFactor;       // -
+    double normalBoilingPoint;   // K
+    double antoine[3];           // ln(p/kPa) = A - B / (t/C + C)
+    double heatCapacity[5];      // cp/R = a0 + a1 T + a2 T2 + a3 T3 + a4 T4
+    double liquidDensity[4];     // mol/m3 = c1 / c2^(1 + (1 - T/c3)^c4)
+    double vaporisation[5];      // J/mol = c1 (1 - Tr)^(c2 + c3 Tr + c4 Tr2), Tr = T / c5
 };
 
 // Every compound that the sample knows.

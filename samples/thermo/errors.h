@@ -11,8 +11,7 @@ class OutOfRange : public std::runtime_error {
 public:
     OutOfRange(const std::string& quantity, double value, double lower, double upper)
         : std::runtime_error(quantity), value(value), lower(lower), upper(upper)
-    {
-    }
+    {}
     double value;
     double lower;
     double upper;

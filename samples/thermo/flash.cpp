@@ -145,7 +145,9 @@ FlashResult PropertyFlash(const IdealSolution& solution, MixtureProperty propert
         return Split(solution, bubble.temperature, pressure, (target - atBubble) / (atDew - atBubble), feed);
     }
     const double vapourFraction = FindRoot(
-        [&](double fraction) { return Mean(solution, property, FlashPVF(solution, pressure, fraction, feed)) - target; },
+        [&](double fraction) {
+            return Mean(solution, property, FlashPVF(solution, pressure, fraction, feed)) - target;
+        },
         0, 1, what);
     return FlashPVF(solution, pressure, vapourFraction, feed);
 }
@@ -202,8 +204,8 @@ double DewTemperature(const IdealSolution& solution, double pressure, std::span<
     return RootInRange(range, difference, "The dew point was not found");
 }
 
-FlashResult FlashTP(const IdealSolution& solution, double temperature, double pressure,
-                    std::span<const double> anyFeed, AllowedPhases allowed)
+FlashResult FlashTP(const IdealSolution& solution, double temperature, double pressure, std::span<const double> anyFeed,
+                    AllowedPhases allowed)
 {
     const std::vector<double> feed = Normalised(solution, anyFeed);
     double vapourFraction = allowed.vapour ? 1 : 0;

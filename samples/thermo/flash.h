@@ -20,8 +20,8 @@ struct AllowedPhases {
 struct FlashResult {
     double temperature;
     double pressure;
-    double vapourFraction;        // 0 or 1 when there is one phase
-    std::vector<double> liquid;   // composition; of a phase that is absent, the one that would appear first
+    double vapourFraction;       // 0 or 1 when there is one phase
+    std::vector<double> liquid;  // composition; of a phase that is absent, the one that would appear first
     std::vector<double> vapour;
 };
 

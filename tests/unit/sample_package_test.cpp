@@ -26,7 +26,8 @@ std::shared_ptr<const Slate> SlateOf(std::initializer_list<const wchar_t*> ids)
     auto slate = std::make_shared<Slate>();
     for (const wchar_t* id : ids) {
         const Compound* compound = FindCompound(id);
-        slate->compounds.push_back({id, compound ? compound->formula : L"", id, compound ? compound->normalBoilingPoint : 0,
+        slate->compounds.push_back({id, compound ? compound->formula : L"", id,
+                                    compound ? compound->normalBoilingPoint : 0,
                                     compound ? compound->molecularWeight : 100, L""});
     }
     slate->phases = {{L"Vapor", L"Vapor", L""}, {L"Liquid", L"Liquid", L""}};
@@ -68,7 +69,8 @@ std::vector<double> OfPhase(ICapeThermoMaterial* material, const wchar_t* proper
                             const wchar_t* basis)
 {
     _variant_t values;
-    EXPECT_EQ(S_OK, material->GetSinglePhaseProp(B(property), B(label), B(basis), &values)) << Description(material).c_str();
+    EXPECT_EQ(S_OK, material->GetSinglePhaseProp(B(property), B(label), B(basis), &values))
+        << Description(material).c_str();
     return ReadDoubles(values, L"results");
 }
 
@@ -143,7 +145,8 @@ TEST_F(SamplePackageTest, GivesConstantsInTheOrderOfTheStandard)
     _variant_t names, all;
     ASSERT_EQ(S_OK, compounds->GetConstPropList(&names));
     EXPECT_EQ(S_OK, compounds->GetCompoundConstant(names, _variant_t(), &all));
-    EXPECT_EQ(3u * ReadStrings(names, L"names").size(), static_cast<std::size_t>(V_ARRAY(&all)->rgsabound[0].cElements));
+    EXPECT_EQ(3u * ReadStrings(names, L"names").size(),
+              static_cast<std::size_t>(V_ARRAY(&all)->rgsabound[0].cElements));
 
     _variant_t unknown;
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR),
@@ -225,8 +228,8 @@ TEST_F(SamplePackageTest, CalculatesFugacityCoefficientsFromItsArguments)
     EXPECT_EQ(VT_EMPTY, V_VT(&byN));
 
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR),
-              properties->CalcAndGetLnPhi(B(L"Liquid"), 363.15, 85000, MakeDoubles({{1.0, 1.0}}), 1, &logPhi, &byT, &byP,
-                                          &byN));
+              properties->CalcAndGetLnPhi(B(L"Liquid"), 363.15, 85000, MakeDoubles({{1.0, 1.0}}), 1, &logPhi, &byT,
+                                          &byP, &byN));
     EXPECT_EQ(L"There are 2 amounts for 3 compounds", Description(package.Get()));
 }
 
@@ -260,14 +263,16 @@ TEST_F(SamplePackageTest, ExplainsBadCalls)
     // The state of the phases has never been set: the material's own failure comes through.
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
               properties->CalcSinglePhaseProp(MakeStrings({L"enthalpy"}), B(L"Liquid")));
-    EXPECT_EQ(L"Material object: The material object has no \"fraction\" on basis \"mole\"", Description(package.Get()));
+    EXPECT_EQ(L"Material object: The material object has no \"fraction\" on basis \"mole\"",
+              Description(package.Get()));
 }
 
 TEST_F(SamplePackageTest, GivesTheBoundsThatWereCrossed)
 {
     _variant_t values;
-    EXPECT_EQ(static_cast<HRESULT>(ECapeOutOfBoundsHR),
-              compounds->GetTDependentProperty(MakeStrings({L"volumeOfLiquid"}), 600, MakeStrings({L"Benzene"}), &values));
+    EXPECT_EQ(
+        static_cast<HRESULT>(ECapeOutOfBoundsHR),
+        compounds->GetTDependentProperty(MakeStrings({L"volumeOfLiquid"}), 600, MakeStrings({L"Benzene"}), &values));
     EXPECT_EQ(L"The temperature 600 is not between 200 and 562.05", Description(package.Get()));
     const auto bounds = Query<ECapeBoundaries>(package.Get());
     double lower = 0, upper = 0, value = 0;
@@ -285,8 +290,9 @@ TEST_F(SamplePackageTest, GivesTheBoundsThatWereCrossed)
 TEST_F(SamplePackageTest, LeavesTheErrorAlsoInErrorInfo)
 {
     SetErrorInfo(0, nullptr);
-    EXPECT_EQ(S_OK, Query<ISupportErrorInfo>(package.Get())
-                        ->InterfaceSupportsErrorInfo(__uuidof(ICapeThermoPropertyRoutine)));
+    EXPECT_EQ(
+        S_OK,
+        Query<ISupportErrorInfo>(package.Get())->InterfaceSupportsErrorInfo(__uuidof(ICapeThermoPropertyRoutine)));
     EXPECT_EQ(S_FALSE, Query<ISupportErrorInfo>(package.Get())->InterfaceSupportsErrorInfo(IID_IStream));
     properties->CalcSinglePhaseProp(MakeStrings({L"colour"}), B(L"Liquid"));
     ComPtr<IErrorInfo> info;
@@ -329,7 +335,8 @@ TEST_F(SamplePackageTest, RefusesAMaterialWithAForeignCompoundAndKeepsTheFormer)
 {
     const ComPtr<ICapeThermoMaterial> material = SetMaterial(363.15, 85000);
     const ComPtr<ICapeThermoMaterial> foreign = MakeMaterial({L"Benzene", L"Water"});
-    EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), context->SetMaterial(Query<IDispatch>(foreign.Get()).Get()));
+    EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR),
+              context->SetMaterial(Query<IDispatch>(foreign.Get()).Get()));
     EXPECT_EQ(S_OK, Flash({L"temperature", L"", L"Overall"}, {L"pressure", L"", L"Overall"}));
 }
 
@@ -394,7 +401,8 @@ TEST(SampleMaterial, CopiesTheStateOfAnother)
     const ComPtr<ICapeThermoMaterial> material = MakeMaterial({L"Benzene", L"Toluene"});
     ASSERT_EQ(S_OK, material->SetOverallProp(B(L"temperature"), B(L""), MakeDoubles({{321.5}})));
     ASSERT_EQ(S_OK, material->SetPresentPhases(MakeStrings({L"Liquid"}), _variant_t()));
-    ASSERT_EQ(S_OK, material->SetSinglePhaseProp(B(L"fraction"), B(L"Liquid"), B(L"mole"), MakeDoubles({{0.25, 0.75}})));
+    ASSERT_EQ(S_OK,
+              material->SetSinglePhaseProp(B(L"fraction"), B(L"Liquid"), B(L"mole"), MakeDoubles({{0.25, 0.75}})));
     ComPtr<IDispatch> created, source;
     ASSERT_EQ(S_OK, material->CreateMaterial(&created));
     ASSERT_EQ(S_OK, material.As(&source));
@@ -433,22 +441,27 @@ TEST(SampleRegistration, RemovesExactlyWhatItWrites)
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, kScratch, 0, nullptr, REG_OPTION_NON_VOLATILE,
                                              KEY_ALL_ACCESS, nullptr, &scratch, nullptr));
     HKEY clsid = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(scratch, L"CLSID", 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                                             &clsid, nullptr));
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(scratch, L"CLSID", 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,
+                                             nullptr, &clsid, nullptr));
     RegCloseKey(clsid);
     ASSERT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CLASSES_ROOT, scratch));
 
-    const ComponentClass classes[] = {{kPropertyPackageClass, L"ZeltSampleTest.Package", L"A name", L"A description",
-                                       L"1.1", {kPropertyPackage11, kCapeOpenObject}}};
+    const ComponentClass classes[] = {{kPropertyPackageClass,
+                                       L"ZeltSampleTest.Package",
+                                       L"A name",
+                                       L"A description",
+                                       L"1.1",
+                                       {kPropertyPackage11, kCapeOpenObject}}};
     const HRESULT registered = RegisterComponents(classes);
     wchar_t text[64] = L"";
     DWORD size = sizeof(text);
-    const LSTATUS read = RegGetValueW(scratch, L"CLSID\\{26100AA3-1793-4E26-BD43-EB046B57CFB0}\\CapeDescription", L"Name",
-                                      RRF_RT_REG_SZ, nullptr, text, &size);
+    const LSTATUS read = RegGetValueW(scratch, L"CLSID\\{26100AA3-1793-4E26-BD43-EB046B57CFB0}\\CapeDescription",
+                                      L"Name", RRF_RT_REG_SZ, nullptr, text, &size);
     HKEY category = nullptr;
-    const LSTATUS categorised =
-        RegOpenKeyExW(scratch, L"CLSID\\{26100AA3-1793-4E26-BD43-EB046B57CFB0}\\Implemented Categories\\"
-                               L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}", 0, KEY_READ, &category);
+    const LSTATUS categorised = RegOpenKeyExW(scratch,
+                                              L"CLSID\\{26100AA3-1793-4E26-BD43-EB046B57CFB0}\\Implemented Categories\\"
+                                              L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+                                              0, KEY_READ, &category);
     if (category) RegCloseKey(category);
     const HRESULT unregistered = UnregisterComponents(classes);
     RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);

@@ -25,15 +25,15 @@ const std::vector<double> kFeed{0.5, 0.3, 0.2};
 // What the literature gives for each compound, none of it used by the model's own tables.
 struct Published {
     const wchar_t* id;
-    double boilingPointCelsius;   // Smith, Van Ness and Abbott, Table B.2, to 0.1
-    double heatOfVaporisation;    // kJ/mol at the boiling point, same table
-    double heatCapacity;          // J/(mol K), ideal gas at 298.15 K, Poling, Prausnitz and O'Connell, Appendix A
-    double densityAt25C;          // kg/m3, CRC Handbook, to 0.5
+    double boilingPointCelsius;  // Smith, Van Ness and Abbott, Table B.2, to 0.1
+    double heatOfVaporisation;   // kJ/mol at the boiling point, same table
+    double heatCapacity;         // J/(mol K), ideal gas at 298.15 K, Poling, Prausnitz and O'Connell, Appendix A
+    double densityAt25C;         // kg/m3, CRC Handbook, to 0.5
 };
 constexpr Published kPublished[] = {
-    {L"Benzene", 80.0, 30.72, 82.43, 873.6},   {L"Toluene", 110.6, 33.18, 103.75, 862.2},
+    {L"Benzene", 80.0, 30.72, 82.43, 873.6},    {L"Toluene", 110.6, 33.18, 103.75, 862.2},
     {L"o-Xylene", 144.4, 36.24, 132.31, 875.5}, {L"Methanol", 64.7, 35.21, 44.06, 786.6},
-    {L"Ethanol", 78.2, 38.56, 65.21, 785.2},   {L"Water", 100.0, 40.66, 33.58, 997.0},
+    {L"Ethanol", 78.2, 38.56, 65.21, 785.2},    {L"Water", 100.0, 40.66, 33.58, 997.0},
 };
 
 TEST(SampleCompound, AgreesWithPublishedValues)
@@ -76,8 +76,12 @@ TEST(SampleCompound, HasDerivativesThatFollowTheValues)
     for (const Compound& compound : AllCompounds()) {
         SCOPED_TRACE(testing::Message() << compound.id);
         for (const double t : {280.0, 350.0, 450.0}) {
-            const auto slope = [&](auto&& f) { return (f(compound, t + kStep) - f(compound, t - kStep)) / (2 * kStep); };
-            const auto near = [](double expected, double actual) { EXPECT_NEAR(expected, actual, 1e-5 * std::fabs(expected)); };
+            const auto slope = [&](auto&& f) {
+                return (f(compound, t + kStep) - f(compound, t - kStep)) / (2 * kStep);
+            };
+            const auto near = [](double expected, double actual) {
+                EXPECT_NEAR(expected, actual, 1e-5 * std::fabs(expected));
+            };
             near(slope([](const Compound& c, double x) { return LogVapourPressure(c, x).value; }),
                  LogVapourPressure(compound, t).dT);
             near(slope([](const Compound& c, double x) { return HeatOfVaporisation(c, x).value; }),
@@ -139,10 +143,13 @@ TEST(SampleFlash, FindsBubbleAndDewPressuresDoneByHand)
     EXPECT_NEAR(95403, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
     EXPECT_NEAR(77703, DewPressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
     // And back.
-    EXPECT_NEAR(363.15, BubbleTemperature(mixture, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}),
-                                          std::vector{0.5, 0.5}), 1e-10);
-    EXPECT_NEAR(363.15, DewTemperature(mixture, DewPressure(mixture, 363.15, std::vector{0.5, 0.5}),
-                                       std::vector{0.5, 0.5}), 1e-10);
+    EXPECT_NEAR(
+        363.15,
+        BubbleTemperature(mixture, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), std::vector{0.5, 0.5}),
+        1e-10);
+    EXPECT_NEAR(363.15,
+                DewTemperature(mixture, DewPressure(mixture, 363.15, std::vector{0.5, 0.5}), std::vector{0.5, 0.5}),
+                1e-10);
 }
 
 TEST(SampleFlash, SplitsBenzeneAndTolueneAsByHand)
@@ -184,8 +191,8 @@ TEST(SampleFlash, IsConsistentWhateverIsGiven)
         const auto vapour = kAromatics.Fugacity(Phase::kVapour, result.temperature, result.pressure, result.vapour);
         const auto liquid = kAromatics.Fugacity(Phase::kLiquid, result.temperature, result.pressure, result.liquid);
         for (std::size_t i = 0; i < 3; ++i) {
-            const double balance = result.vapourFraction * result.vapour[i] +
-                                   (1 - result.vapourFraction) * result.liquid[i];
+            const double balance =
+                result.vapourFraction * result.vapour[i] + (1 - result.vapourFraction) * result.liquid[i];
             EXPECT_NEAR(kFeed[i], balance, 1e-12);
             EXPECT_NEAR(vapour.value[i], liquid.value[i], 1e-8 * vapour.value[i]);
         }
