@@ -45,7 +45,7 @@ ExportPackage()
     local class key='HKCU\Software\ZELT'
     Wine reg query "HKCR\\$sampleManager\\CLSID" /ve >"$demoFolder/class.txt"
     class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sampleManager is not registered."; return 1; }
-    # Class, kind 0 (a package that a 1.1 manager gives), name there, exported name, logging.
+    # The class, kind 0 (a package that a 1.1 manager gives), name there, exported name, logging.
     Wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' /d "$class|0|$samplePackage|$samplePackage|true"
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
     Wine reg add "$key" /f /v AutoLogLocation /t REG_DWORD /d 1
@@ -78,7 +78,7 @@ CompareResults()
 ShowLog()
 {
     local logs
-    mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' | sort)
+    mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' -printf '%T@ %p\n' | sort -n | cut -d ' ' -f 2-)
     [ ${#logs[@]} -gt 0 ] || Fail "ZELT wrote no log."
     echo
     Say "Log of the first run (${#logs[@]} in all): ${logs[0]}"
