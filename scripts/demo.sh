@@ -9,7 +9,7 @@ Demo()
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
+    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/package/SamplePackage.dll build/{i686,x86_64}/samples/simulator/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
     demoFolder=$root/build/demo
@@ -20,7 +20,7 @@ Demo()
     Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
     # The package is a 32-bit library: the 32-bit regsvr32 is the one in syswow64.
     Step demo-register-package "Registering the sample package" \
-        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/SamplePackage.dll")"
+        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/package/SamplePackage.dll")"
     Step demo-export "Exporting the package \"$samplePackage\" with logging" ExportPackage
 
     Step demo-64 "64-bit simulator, through ZELT" Simulate x86_64 through-zelt-64 "$zeltManager" "$samplePackage"
@@ -32,6 +32,8 @@ Demo()
     echo
     Say "Results, calculated by the 32-bit package for the 64-bit simulator"
     cat "$demoFolder/through-zelt-64.txt"
+    echo
+    Say "All $(wc -l <"$demoFolder/in-process.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
     ShowLog
 }
 
@@ -43,7 +45,7 @@ ExportPackage()
     local class key='HKCU\Software\ZELT'
     Wine reg query "HKCR\\$sampleManager\\CLSID" /ve >"$demoFolder/class.txt"
     class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sampleManager is not registered."; return 1; }
-    # Class, kind 0 (a package that a 1.1 manager gives), name there, exported name, logging.
+    # The class, kind 0 (a package that a 1.1 manager gives), name there, exported name, logging.
     Wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' /d "$class|0|$samplePackage|$samplePackage|true"
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
     Wine reg add "$key" /f /v AutoLogLocation /t REG_DWORD /d 1
@@ -53,7 +55,7 @@ ExportPackage()
 # Simulate <architecture> <result name> <arguments...>: the table and, apart, the lines that show each number's bits.
 Simulate()
 {
-    local program=build/$1/samples/SampleSimulator.exe result=$demoFolder/$2 status=0
+    local program=build/$1/samples/simulator/SampleSimulator.exe result=$demoFolder/$2 status=0
     shift 2
     Wine "$program" "$@" --bits >"$result.out" 2>&1 || status=$?
     tr -d '\r' <"$result.out" >"$result.all"
@@ -76,7 +78,7 @@ CompareResults()
 ShowLog()
 {
     local logs
-    mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' | sort)
+    mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' -printf '%T@ %p\n' | sort -n | cut -d ' ' -f 2-)
     [ ${#logs[@]} -gt 0 ] || Fail "ZELT wrote no log."
     echo
     Say "Log of the first run (${#logs[@]} in all): ${logs[0]}"
