@@ -9,7 +9,7 @@ Demo()
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/package/SamplePackage.dll build/{i686,x86_64}/samples/simulator/SampleSimulator.exe; do
+    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
     demoFolder=$root/build/demo
@@ -20,7 +20,7 @@ Demo()
     Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
     # The package is a 32-bit library: the 32-bit regsvr32 is the one in syswow64.
     Step demo-register-package "Registering the sample package" \
-        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/package/SamplePackage.dll")"
+        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/SamplePackage.dll")"
     Step demo-export "Exporting the package \"$samplePackage\" with logging" ExportPackage
 
     Step demo-64 "64-bit simulator, through ZELT" Simulate x86_64 through-zelt-64 "$zeltManager" "$samplePackage"
@@ -55,7 +55,7 @@ ExportPackage()
 # Simulate <architecture> <result name> <arguments...>: the table and, apart, the lines that show each number's bits.
 Simulate()
 {
-    local program=build/$1/samples/simulator/SampleSimulator.exe result=$demoFolder/$2 status=0
+    local program=build/$1/samples/SampleSimulator.exe result=$demoFolder/$2 status=0
     shift 2
     Wine "$program" "$@" --bits >"$result.out" 2>&1 || status=$?
     tr -d '\r' <"$result.out" >"$result.all"

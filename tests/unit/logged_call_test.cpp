@@ -201,6 +201,37 @@ TEST_F(LoggedCallTest, NestedCallsNestTheirElements)
               Written());
 }
 
+// Recurses through the proxy until the stack ends; the fault is caught where there is room again, some calls further out.
+TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
+{
+    const ULONG references = proxy->ReferenceCount();
+    {
+        const auto utilities = As<ICapeUtilities>(proxy);
+        std::function<void()> recurse = [&] {
+            volatile char frame[16 * 1024];
+            frame[0] = 1;
+            utilities->Initialize();
+            frame[1] = frame[0];
+        };
+        package->duringCall = recurse;
+        utilities->Initialize();
+        package->duringCall = nullptr;
+        EXPECT_EQ(S_OK, utilities->Terminate());
+    }
+    EXPECT_EQ(references, proxy->ReferenceCount());
+    const std::string text = Written();
+    EXPECT_NE(std::string::npos, text.find("Uncaught SEH exception during function call: EXCEPTION_STACK_OVERFLOW"));
+    const auto count = [&](const std::string& what) {
+        long found = 0;
+        for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;
+        return found;
+    };
+    EXPECT_EQ(count("<func "), count("</func>"));
+    EXPECT_TRUE(text.ends_with("\n</func>\n" + Func("ICapeUtilities::Terminate", ""))) << text.substr(text.size() - 300);
+    proxy.Reset();
+    EXPECT_TRUE(Written().ends_with("</zeltlogdocument>\n"));
+}
+
 TEST_F(LoggedCallTest, ReadOnlyErrorsAreLoggedAndTheCallForwarded)
 {
     proxy->SetReadOnly(true);
