@@ -27,7 +27,8 @@ std::vector<ParameterDefinition> Definitions(ParameterDefinition choice)
         {kMessageLevel, L"0: none, 1: milestones, 2: each calculation", IntegerSpecification{1, 0, 2}},
         std::move(choice),
         {kCheckFractions, L"Compositions whose sum is not 1 fail", BooleanSpecification{false}},
-        {kTemperatureLimits, L"Calculations outside these two temperatures fail", ArraySpecification{{lowest, highest}}},
+        {kTemperatureLimits, L"Calculations outside these two temperatures fail",
+         ArraySpecification{{lowest, highest}}},
     };
 }
 

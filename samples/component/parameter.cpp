@@ -26,10 +26,7 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 }  // namespace
 
 // The alternatives stand in the order of the standard's enumeration.
-eCapeParamType TypeOf(const Specification& specification)
-{
-    return static_cast<eCapeParamType>(specification.index());
-}
+eCapeParamType TypeOf(const Specification& specification) { return static_cast<eCapeParamType>(specification.index()); }
 
 _variant_t InitialValue(const Specification& specification)
 {
@@ -119,7 +116,7 @@ const VARIANT& ParameterSet::ValidValue(std::wstring_view name) const
         if (!SameName(state->definition.name, name)) continue;
         const std::wstring objection = ObjectionTo(state->definition.specification, state->value);
         if (!objection.empty()) {
-            throw CapeFailure(ECapeBadCOParameterHR, L"Parameter " + Quoted(name) + L": " + objection);
+            throw CapeFailure(ECapeInvalidOperationHR, L"Parameter " + Quoted(name) + L": " + objection);
         }
         return state->value;
     }

@@ -67,7 +67,7 @@ class ParameterSet {
 public:
     explicit ParameterSet(std::vector<ParameterDefinition> definitions);
 
-    // The value of a parameter, which must exist and be of that type. Throws CapeFailure ("bad parameter") with the
+    // The value of a parameter, which must exist and be of that type. Throws CapeFailure ("invalid operation") with the
     // objection when somebody has set a value outside the specification.
     double Real(std::wstring_view name) const;
     long Integer(std::wstring_view name) const;

@@ -59,7 +59,8 @@ private:
 class Collection final : public com::Object {
 public:
     Collection(std::wstring name, std::span<const ComPtr<IDispatch>> items)
-        : collection(*this, errors, items), identification(*this, errors, std::move(name), L"A collection of parameters")
+        : collection(*this, errors, items),
+          identification(*this, errors, std::move(name), L"A collection of parameters")
     {}
 
 protected:

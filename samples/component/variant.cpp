@@ -137,14 +137,14 @@ std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name)
 
 std::vector<bool> ReadBooleans(const VARIANT& value, const wchar_t* name)
 {
-    return ReadArray<VARIANT_BOOL>(value, VT_BOOL, name, L"booleans", [](VARIANT_BOOL element) { return element != 0; });
+    return ReadArray<VARIANT_BOOL>(value, VT_BOOL, name, L"booleans",
+                                   [](VARIANT_BOOL element) { return element != 0; });
 }
 
 std::vector<Microsoft::WRL::ComPtr<IDispatch>> ReadInterfaces(const VARIANT& value, const wchar_t* name)
 {
-    return ReadArray<IDispatch*>(value, VT_DISPATCH, name, L"interfaces", [](IDispatch* element) {
-        return Microsoft::WRL::ComPtr<IDispatch>(element);
-    });
+    return ReadArray<IDispatch*>(value, VT_DISPATCH, name, L"interfaces",
+                                 [](IDispatch* element) { return Microsoft::WRL::ComPtr<IDispatch>(element); });
 }
 
 _variant_t MakeStrings(std::span<const std::wstring> values)

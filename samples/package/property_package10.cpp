@@ -107,8 +107,8 @@ void PropertyPackage10Part::Calculate(const MaterialObjectView& material, std::s
         model.Host().CheckState(state.temperature, state.pressure, state.fractions);
         const PhaseInput input{solution, phase.phase, state.temperature, state.pressure, state.fractions};
         for (std::size_t i = 0; i < props.size(); ++i) {
-            const std::vector<double> values =
-                pure ? CalculatePure(requests[i], input) : requests[i].property->calculate(input, requests[i].derivative);
+            const std::vector<double> values = pure ? CalculatePure(requests[i], input)
+                                                    : requests[i].property->calculate(input, requests[i].derivative);
             material.Set(props[i].c_str(), phase.label, pure ? kPure : kMixture, requests[i].property->basis, values);
         }
     }

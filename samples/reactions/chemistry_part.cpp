@@ -40,9 +40,8 @@ STDMETHODIMP ChemistryPart::GetReactionType(BSTR reacID, eCapeReactionType* type
 STDMETHODIMP ChemistryPart::GetNumberOfReactionCompounds(BSTR reacID, long* nComps)
 {
     if (!nComps) return E_POINTER;
-    return Call(L"GetNumberOfReactionCompounds", [&] {
-        *nComps = static_cast<long>(model.ReactionOf(TextOf(reacID)).Definition().compounds.size());
-    });
+    return Call(L"GetNumberOfReactionCompounds",
+                [&] { *nComps = static_cast<long>(model.ReactionOf(TextOf(reacID)).Definition().compounds.size()); });
 }
 
 STDMETHODIMP ChemistryPart::GetReactionCompoundIds(BSTR reacID, VARIANT* compIds, VARIANT* compCharge,

@@ -66,9 +66,9 @@ ReactionEntry::ReactionEntry(const Reaction& reaction) : reaction(reaction), par
 void ReactionEntry::Require(bool kinetic) const
 {
     if (reaction.kinetic != kinetic) {
-        throw CapeFailure(ECapeInvalidArgumentHR,
-                          L"Reaction " + Quoted(reaction.id) +
-                              (kinetic ? L" is an equilibrium: it has no rate" : L" is kinetic: it has no equilibrium"));
+        throw CapeFailure(ECapeInvalidArgumentHR, L"Reaction " + Quoted(reaction.id) +
+                                                      (kinetic ? L" is an equilibrium: it has no rate"
+                                                               : L" is kinetic: it has no equilibrium"));
     }
     if (!parameters.Boolean(kEnabled)) {
         throw CapeFailure(ECapeInvalidOperationHR, L"Reaction " + Quoted(reaction.id) + L" is not enabled");
@@ -164,7 +164,8 @@ void ReactionModel::Release()
 
 PhaseState ReactionModel::StateOf(const Reaction& reaction) const
 {
-    if (!material && !olderMaterial) throw BadOrder(L"No material object is set: call SetMaterial first", L"SetMaterial");
+    if (!material && !olderMaterial)
+        throw BadOrder(L"No material object is set: call SetMaterial first", L"SetMaterial");
     const std::vector<std::wstring> ids = material ? material->CompoundIds() : olderMaterial->CompoundIds();
     const PhaseState whole = material ? material->StateOf(reaction.phase) : olderMaterial->StateOf(reaction.phase);
     if (whole.fractions.size() != ids.size()) {

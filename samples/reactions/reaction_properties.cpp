@@ -30,7 +30,8 @@ WithSlope Rate(const ReactionInput& in)
     rate.value *= product;
     rate.dT *= product;
     // A concentration falls as the gas expands; a partial pressure does not.
-    if (in.reaction.Definition().basis == ConcentrationBasis::kMolarity) rate.dT -= rate.value * sum / in.state.temperature;
+    if (in.reaction.Definition().basis == ConcentrationBasis::kMolarity)
+        rate.dT -= rate.value * sum / in.state.temperature;
     return rate;
 }
 
@@ -61,7 +62,8 @@ double Quotient(const ReactionInput& in)
     // Asked for its coefficients so that a kinetic or disabled reaction fails as for the constant.
     in.reaction.EquilibriumCoefficients();
     if (reaction.basis != ConcentrationBasis::kPartialPressure) {
-        throw CapeFailure(ECapeLimitedImplHR, L"The activities of reaction " + Quoted(reaction.id) + L" are not modelled");
+        throw CapeFailure(ECapeLimitedImplHR,
+                          L"The activities of reaction " + Quoted(reaction.id) + L" are not modelled");
     }
     double quotient = 1;
     for (std::size_t i = 0; i < reaction.compounds.size(); ++i) {

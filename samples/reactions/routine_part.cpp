@@ -46,8 +46,7 @@ STDMETHODIMP RoutinePart::CalcReactionProp(VARIANT props, BSTR phase, VARIANT re
             ids.emplace_back(reaction->Definition().id);
             const PhaseState state = model.StateOf(reaction->Definition());
             for (std::size_t i = 0; i < names.size(); ++i) {
-                values[i].push_back(
-                    FindReactionProperty(names[i]).calculate({*reaction, state, standardPressure}));
+                values[i].push_back(FindReactionProperty(names[i]).calculate({*reaction, state, standardPressure}));
             }
         }
         for (std::size_t i = 0; i < names.size(); ++i) {
