@@ -13,7 +13,7 @@ class ArgWriter {
 public:
     // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is
     // a text, or appended in place by `type(std::string&)`. Nothing is evaluated when the document is closed. Values come
-    // from other people's code: one that cannot be read is logged as such. An element that runs out of memory is left out.
+    // from other people's code: one that cannot be read, or that memory does not suffice for, is logged as such.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {

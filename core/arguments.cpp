@@ -24,34 +24,26 @@ void WrappedIn::Describe(LoggedCall& call) const
 HRESULT WrappedIn::Prepare(LoggedCall& call)
 {
     if (!pointer || !call.Document()) return S_OK;
-    CapeOpenBase* proxy = nullptr;
-    const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), &proxy);
+    ProxyPtr proxy;
+    const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
-    const HRESULT queried = proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
-    proxy->Release();
-    return queried;
+    return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
 }
 
 namespace {
 
 // Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
 // as it is. On failure the object is released and null left.
-HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string* proxyName = nullptr)
+HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
 {
-    CapeOpenBase* proxy = nullptr;
-    const HRESULT wrapped = Wrap(site, Crossing::Outbound, pointer, call.Proxy(), &proxy);
+    ProxyPtr proxy;
+    const HRESULT wrapped = Wrap(site, Crossing::Outbound, pointer, call.Proxy(), proxy);
     if (wrapped != S_FALSE) ReleaseForeign(pointer);
     if (!proxy) return wrapped;
-    proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&pointer));
-    HRESULT named = S_OK;
-    if (proxyName) {
-        named = com::NoThrow([&] {
-            *proxyName = proxy->Name();
-            return S_OK;
-        });
-    }
-    proxy->Release();
-    return named;
+    return com::NoThrow([&] {
+        proxyName = proxy->Name();
+        return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer));
+    });
 }
 
 }  // namespace
@@ -70,7 +62,7 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
     IUnknown* returned = *pointer;
     if (log && shown == Shown::AsReturned) WriteArg(*log, name, false, returned);
     std::string proxyName;
-    const HRESULT replaced = returned ? ReplaceByProxy(call, site, *pointer, &proxyName) : S_FALSE;
+    const HRESULT replaced = returned ? ReplaceByProxy(call, site, *pointer, proxyName) : S_FALSE;
     if (FAILED(replaced)) {
         result = replaced;
         return;
@@ -140,7 +132,14 @@ void PutPointer(VARIANT& element, IDispatch* pointer)
     element.pdispVal = pointer;
 }
 
-// Fills `proxies` with one proxy for each object in `objects`; other elements stay empty.
+// Elements that hold no object are taken over.
+void CopyElement(IUnknown*&, IUnknown*) {}
+void CopyElement(VARIANT& to, const VARIANT& from)
+{
+    com::Check(CallForeign([&] { return VariantCopy(&to, const_cast<VARIANT*>(&from)); }));
+}
+
+// Fills `proxies` with one proxy for each object in `objects`, and with the other elements as they are.
 template <class Element>
 void FillWithProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, SAFEARRAY* proxies, std::size_t count)
 {
@@ -148,14 +147,15 @@ void FillWithProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects,
     const LockedElements<Element> to(proxies);
     for (std::size_t i = 0; i < count; ++i) {
         IUnknown* object = PointerIn(from[i]);
-        if (!object) continue;
-        CapeOpenBase* proxy = nullptr;
-        com::Check(Wrap(site, Crossing::Outbound, object, call.Proxy(), &proxy));
+        if (!object) {
+            CopyElement(to[i], from[i]);
+            continue;
+        }
+        ProxyPtr proxy;
+        com::Check(Wrap(site, Crossing::Outbound, object, call.Proxy(), proxy));
         if (!proxy) throw com::Failure(E_UNEXPECTED);
         IDispatch* pointer = nullptr;
-        const HRESULT queried = proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&pointer));
-        proxy->Release();
-        com::Check(queried);
+        com::Check(proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer)));
         PutPointer(to[i], pointer);
     }
 }

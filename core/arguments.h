@@ -2,7 +2,7 @@
 // parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
 // carries none: it adds a check in its place among the logged arguments.
 //
-// Steps, in this order: Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
+// Steps, in this order: Begin (whatever becomes of the call), Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
 // logged call), Value (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
 #pragma once
 
@@ -23,6 +23,7 @@ inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 
 // What descriptors do when they have nothing to do in a step.
 struct NoSteps {
+    void Begin() const {}
     void Describe(LoggedCall&) const {}
     HRESULT Prepare(LoggedCall&) { return S_OK; }
     void Finish(LoggedCall&, HRESULT&) const {}
@@ -190,6 +191,10 @@ struct WrappedOut : NoSteps {
     WrappedOut(const char* name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
         : name(name), pointer(pointer), site(site), shown(shown)
     {
+    }
+    void Begin() const
+    {
+        if (pointer) *pointer = nullptr;
     }
     IDispatch** Value() const { return pointer; }
     void Finish(LoggedCall& call, HRESULT& result) const;

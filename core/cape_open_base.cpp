@@ -21,7 +21,19 @@ CapeOpenBase::CapeOpenBase(const ProxyTraits& traits)
 
 CapeOpenBase::~CapeOpenBase()
 {
+    LeaveTree();
+}
+
+void CapeOpenBase::Wrap(IUnknown* object)
+{
+    if (object) HoldForeign(object);
+    wrapped = ForeignPtr<IUnknown>(object);
+}
+
+void CapeOpenBase::LeaveTree()
+{
     if (root) std::erase(root->children, this);
+    root = nullptr;
 }
 
 void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBase& through)
@@ -31,10 +43,7 @@ void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBa
     isIn = crossing == Crossing::Outbound ? through.isIn : !through.isIn;
     servedVersion = through.servedVersion;
     isReadOnly = traits.inheritsReadOnly && through.isReadOnly;
-    if (object) {
-        object->AddRef();
-        wrapped = ForeignPtr<IUnknown>(object);
-    }
+    Wrap(object);
     document.Attach(through.document.Get());
     if (Document()) AskName();
 }
@@ -42,10 +51,7 @@ void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBa
 void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string rootName)
 {
     isRoot = true;
-    if (object) {
-        object->AddRef();
-        wrapped = ForeignPtr<IUnknown>(object);
-    }
+    Wrap(object);
     document.Attach(log);
     name = std::move(rootName);
 }
@@ -96,7 +102,8 @@ void CapeOpenBase::DropInterfaces()
 
 void CapeOpenBase::FinalRelease()
 {
-    if (!isRoot) return;
+    // Before the interfaces go: releasing them may take the root with it, whose report is about what is still held.
+    if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();
     if (LogDocument* log = Document()) log->Close();

@@ -1,6 +1,6 @@
 // The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
 // of the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that
-// a derived class declares; the ones that every proxy has are in common_interfaces.h.
+// a derived class declares; the ones that every proxy has are in exposed_object_base.h.
 //
 // Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
 // its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
@@ -30,7 +30,12 @@ public:
     // The pointer, asked for on first use; a refusal is not remembered. Null when refused.
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
-        if (!pointer) QueryForeign(wrapped, iid, reinterpret_cast<void**>(&pointer));
+        if (!pointer) {
+            // The query may let a call in that fills the cache meanwhile.
+            ForeignPtr<IUnknown> found;
+            QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive()));
+            if (!pointer) pointer = found.Detach();
+        }
         return pointer;
     }
     void Drop() { ReleaseForeign(pointer); }
@@ -98,6 +103,8 @@ protected:
 private:
     friend class InterfaceCache;
 
+    void Wrap(IUnknown* object);
+    void LeaveTree();
     void AskName();
     void DropInterfaces();
     void ReportChildren();

@@ -6,6 +6,8 @@
 #include <windows.h>
 #include <oaidl.h>
 
+#include <wrl/client.h>
+
 #include <array>
 
 namespace zelt {
@@ -34,10 +36,11 @@ struct WrapSite {
     ThermoVersion startingVersion = ThermoVersion::Unset;  // of a material object
 };
 
-// Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree. The proxy is returned
-// with one reference, which the caller owns.
+using ProxyPtr = Microsoft::WRL::ComPtr<CapeOpenBase>;
+
+// Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree.
 using Wrapper = HRESULT (*)(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
-                            CapeOpenBase** proxy);
+                            ProxyPtr& proxy);
 
 using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>;
 
@@ -46,6 +49,6 @@ void SetWrapTable(const WrapTable& table);
 
 // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
 HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
-             CapeOpenBase** proxy);
+             ProxyPtr& proxy);
 
 }  // namespace zelt

@@ -11,35 +11,25 @@
 namespace zelt {
 namespace {
 
-CapeOpenBase* Attached(CapeOpenBase* proxy, Crossing crossing, IUnknown* incoming, CapeOpenBase& through)
+// Attaches a new proxy to what crosses `through`.
+HRESULT Attach(ProxyPtr made, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
-    proxy->AddRef();
-    const HRESULT attached = com::NoThrow([&] {
-        proxy->AttachThrough(incoming, crossing, through);
-        return S_OK;
-    });
-    if (SUCCEEDED(attached)) return proxy;
-    proxy->Release();
-    throw com::Failure(attached);
+    made->AttachThrough(incoming, crossing, through);
+    proxy = std::move(made);
+    return S_OK;
 }
 
-// Makes a proxy of the class, attaches it to what crosses `through`, and returns it with one reference.
 template <class Proxy>
-HRESULT WrapAs(const WrapSite&, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
+HRESULT WrapAs(const WrapSite&, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
-    return com::NoThrow([&] {
-        *proxy = Attached(new Proxy, crossing, incoming, through);
-        return S_OK;
-    });
+    return com::NoThrow([&] { return Attach(new Proxy, crossing, incoming, through, proxy); });
 }
 
 HRESULT WrapMaterialObject(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
-                           CapeOpenBase** proxy)
+                           ProxyPtr& proxy)
 {
-    return com::NoThrow([&] {
-        *proxy = Attached(new CMaterialObject(site.startingVersion), crossing, incoming, through);
-        return S_OK;
-    });
+    return com::NoThrow(
+        [&] { return Attach(new CMaterialObject(site.startingVersion), crossing, incoming, through, proxy); });
 }
 
 // In the order of WrapKind. A null row: objects of that kind cross as they are.

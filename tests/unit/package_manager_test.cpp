@@ -8,6 +8,7 @@
 #include "core/hr_name.h"
 #include "core/log_location.h"
 #include "core/narrow.h"
+#include "core/system_text.h"
 #include "proxy_fixture.h"
 #include "shell/exported_package_list.h"
 #include "system/harness/scratch_registry.h"
@@ -28,6 +29,8 @@ struct Script {
     HRESULT get = S_OK;
     std::wstring description;
     bool answersNull = false;
+    bool fault = false;   // in Initialize
+    bool throws = false;  // when asked for the package
     std::vector<std::string> calls;
     std::wstring requested;
     FakePackage* last = nullptr;  // alive as long as somebody holds it
@@ -44,6 +47,7 @@ private:
     {
         script.calls.push_back("get");
         script.requested = TextOf(name);
+        if (script.throws) throw 42;
         if (FAILED(script.get)) {
             *package = reinterpret_cast<IDispatch*>(0x10);  // not to be trusted
             return script.get;
@@ -74,6 +78,7 @@ private:
         STDMETHOD(Initialize)() override
         {
             script.calls.push_back("Initialize");
+            if (script.fault) RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
             return script.initialize;
         }
         STDMETHOD(Terminate)() override
@@ -370,6 +375,10 @@ TEST_P(PackageManagerTest, EachFailureHasItsText)
              script.description = L"no data bank";
          },
          L"no data bank", {"Initialize", "get", "Terminate", "released"}},
+        {"manager faults while it initializes", kind.fromManager, kForeignManager, [] { script.fault = true; },
+         kind.initializeFailure + Widen(SystemText(E_UNEXPECTED)), {"Initialize", "released"}},
+        {"manager throws", kind.fromManager, kForeignManager, [] { script.throws = true; },
+         Widen(SystemText(E_UNEXPECTED)), {"Initialize", "get", "Terminate", "released"}},
         {"null result", kind.fromManager, kForeignManager, [] { script.answersNull = true; },
          kind.nullResult,
          {"Initialize", "get", "Terminate", "released"}},

@@ -337,6 +337,16 @@ TEST_F(MaterialObjectTest, NullResultStaysNull)
               News());
 }
 
+TEST_F(MaterialObjectTest, ResultIsNullEvenIfTheCallNeverArrives)
+{
+    IDispatch* created = reinterpret_cast<IDispatch*>(1);
+    material->Refuse(__uuidof(ICapeThermoMaterial));
+    ComPtr<CMaterialObject> refused(new CMaterialObject(ThermoVersion::CapeOpen11));
+    refused->AttachThrough(static_cast<com::Object*>(material.Get()), Crossing::Inbound, *proxy.Get());
+    EXPECT_EQ(E_NOINTERFACE, Part<ICapeThermoMaterial>(*refused.Get())->CreateMaterial(&created));
+    EXPECT_EQ(nullptr, created);
+}
+
 TEST_F(MaterialObjectTest, FailedCreationLeavesNull)
 {
     material->created = reinterpret_cast<IDispatch*>(1);  // not to be trusted
