@@ -15,7 +15,7 @@ namespace zelt {
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
 CapeOpenBase::CapeOpenBase(const ProxyTraits& traits)
-    : traits(traits), isIn(traits.isIn), servedVersion(traits.servedVersion)
+    : traits(traits), servedVersion(traits.servedVersion)
 {
 }
 
@@ -24,9 +24,13 @@ CapeOpenBase::~CapeOpenBase()
     if (root) std::erase(root->children, this);
 }
 
-void CapeOpenBase::AttachThrough(IUnknown* object, CapeOpenBase& through)
+void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBase& through)
 {
-    Join(through);
+    root = through.isRoot ? &through : through.root;
+    if (root) root->children.push_back(this);
+    isIn = crossing == Crossing::Outbound ? through.isIn : !through.isIn;
+    servedVersion = through.servedVersion;
+    isReadOnly = traits.inheritsReadOnly && through.isReadOnly;
     if (object) {
         object->AddRef();
         wrapped = ForeignPtr<IUnknown>(object);
@@ -44,12 +48,6 @@ void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string 
     }
     document.Attach(log);
     name = std::move(rootName);
-}
-
-void CapeOpenBase::Join(CapeOpenBase& through)
-{
-    root = through.isRoot ? &through : through.root;
-    if (root) root->children.push_back(this);
 }
 
 // The name that the wrapped object gives itself. A plain look-up, not a logged call.

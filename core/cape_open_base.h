@@ -43,18 +43,22 @@ private:
 
 // What a proxy class says about itself.
 struct ProxyTraits {
-    const char* typeName;          // the object's kind in the release report
-    bool isIn;                     // direction of its calls: true for the logged component's side
-    ThermoVersion servedVersion;   // generation that objects obtained through it belong to
+    const char* typeName;  // the object's kind in the release report
+    // On a root: the generation that materials made for it belong to. Other proxies take over what they are obtained
+    // through, and hold it as their own, so that nothing points back to an owner that may be gone.
+    ThermoVersion servedVersion = ThermoVersion::Unset;
+    bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
 };
 
 class CapeOpenBase : public com::Object {
 public:
-    // Takes the wrapped object (one reference is added; null: "object not created") and joins the tree of `through`, with
-    // its document, read-only flag left as false. The name is asked of the wrapped object when there is a document.
-    void AttachThrough(IUnknown* wrapped, CapeOpenBase& through);
+    // Takes the wrapped object (one reference is added; null: "object not created"), which crosses `through`, and joins
+    // its tree and document. Calls of an object that `through` returns go the same way as its own, those of one that it is
+    // given the other way. The name is asked of the wrapped object when there is a document.
+    void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
-    // Makes this the root of a tree of its own, under a given name. `document` may be null: nothing is logged.
+    // Makes this the root of a tree of its own, under a given name, on the side of the logged component. `document` may be
+    // null: nothing is logged.
     void AttachAsRoot(IUnknown* wrapped, LogDocument* document, std::string name);
 
     // The document to write to; null when nothing is logged, or no longer.
@@ -94,7 +98,6 @@ protected:
 private:
     friend class InterfaceCache;
 
-    void Join(CapeOpenBase& through);
     void AskName();
     void DropInterfaces();
     void ReportChildren();
@@ -104,7 +107,7 @@ private:
     ForeignPtr<IUnknown> wrapped;
     DocumentHold document;
     std::string name = "<unknown>";
-    bool isIn;
+    bool isIn = true;
     bool isReadOnly = false;
     ThermoVersion servedVersion;
 

@@ -9,11 +9,11 @@ WrapTable installed{};
 
 void SetWrapTable(const WrapTable& table) { installed = table; }
 
-HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
+HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
 {
     *proxy = nullptr;
     const Wrapper wrap = installed[static_cast<std::size_t>(site.kind)];
-    return wrap ? wrap(site, incoming, through, proxy) : S_FALSE;
+    return wrap ? wrap(site, crossing, incoming, through, proxy) : S_FALSE;
 }
 
 }  // namespace zelt

@@ -15,7 +15,19 @@ class CapeOpenBase;
 // The CAPE-OPEN generation whose material interfaces an object is used through.
 enum class ThermoVersion { Unset = -1, CapeOpen10 = 0, CapeOpen11 = 1 };
 
-enum class WrapKind { MaterialObject, MaterialTemplate, SimulationContext, ParameterCollection, Count };
+enum class WrapKind {
+    MaterialObject,
+    MaterialTemplate,
+    SimulationContext,
+    ParameterCollection,
+    Parameter,
+    ParameterSpec,
+    ReactionObject,
+    Count
+};
+
+// Which way a pointer crosses the proxy: handed to the wrapped object, or returned by it.
+enum class Crossing { Inbound, Outbound };
 
 struct WrapSite {
     WrapKind kind;
@@ -24,7 +36,8 @@ struct WrapSite {
 
 // Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree. The proxy is returned
 // with one reference, which the caller owns.
-using Wrapper = HRESULT (*)(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+using Wrapper = HRESULT (*)(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+                            CapeOpenBase** proxy);
 
 using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>;
 
@@ -32,6 +45,7 @@ using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>
 void SetWrapTable(const WrapTable& table);
 
 // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
-HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+             CapeOpenBase** proxy);
 
 }  // namespace zelt

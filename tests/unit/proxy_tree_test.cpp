@@ -429,7 +429,7 @@ class VersionTest : public ProxyTreeTest {};
 TEST_F(VersionTest, WrongVersionIsLoggedAndForwarded)
 {
     ComPtr<CMaterialObject> old(new CMaterialObject(ThermoVersion::CapeOpen10));
-    old->AttachThrough(static_cast<com::Object*>(material.Get()), *proxy.Get());
+    old->AttachThrough(static_cast<com::Object*>(material.Get()), Crossing::Inbound, *proxy.Get());
     long phases = 0;
     EXPECT_EQ(S_OK, As<ICapeThermoPhases>(old)->GetNumPhases(&phases));
     EXPECT_EQ(2, phases);
