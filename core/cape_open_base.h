@@ -1,6 +1,6 @@
 // The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
 // of the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that
-// a derived class declares; the ones that every proxy has are in exposed_object_base.h.
+// a derived class declares; the ones that every proxy has are in identification.h and error_interfaces.h.
 //
 // Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
 // its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
