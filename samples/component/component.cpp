@@ -28,12 +28,17 @@ STDMETHODIMP UtilitiesPart::get_parameters(IDispatch** parameters)
 {
     if (!parameters) return E_POINTER;
     *parameters = nullptr;
-    return S_OK;
+    return Call(L"get_parameters", [&] {
+        if (host) *parameters = host->Collection().Detach();
+    });
 }
 
 STDMETHODIMP UtilitiesPart::put_simulationContext(IDispatch* context)
 {
-    simulationContext = context;
+    if (host)
+        host->SetContext(context);
+    else
+        simulationContext = context;
     return S_OK;
 }
 
@@ -41,6 +46,7 @@ STDMETHODIMP UtilitiesPart::Initialize()
 {
     return Call(L"Initialize", [&] {
         if (onInitialize) onInitialize();
+        if (host) host->Initialize();
     });
 }
 
@@ -48,6 +54,7 @@ STDMETHODIMP UtilitiesPart::Terminate()
 {
     return Call(L"Terminate", [&] {
         if (onTerminate) onTerminate();
+        if (host) host->Terminate();
         simulationContext.Reset();
     });
 }

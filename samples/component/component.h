@@ -9,6 +9,7 @@
 #include <string>
 
 #include "samples/component/cape_errors.h"
+#include "samples/component/package_host.h"
 
 namespace zelt::sample {
 
@@ -29,15 +30,17 @@ private:
     std::wstring description;
 };
 
-// No parameters and no dialog. The simulation context is held until Terminate.
+// Parameters and the simulation context are the host's business, where there is one; without, there are no parameters and
+// the context is held until Terminate. No dialog.
 class UtilitiesPart : public CapePart<ICapeUtilities> {
 public:
-    // `onInitialize` and `onTerminate` may be empty; what they throw is the call's failure.
+    // `onInitialize` and `onTerminate` may be empty; what they throw is the call's failure. `host` may be null.
     UtilitiesPart(com::Object& object, CapeErrors& errors, std::function<void()> onInitialize,
-                  std::function<void()> onTerminate)
+                  std::function<void()> onTerminate, PackageHost* host = nullptr)
         : CapePart(object, errors, L"ICapeUtilities"),
           onInitialize(std::move(onInitialize)),
-          onTerminate(std::move(onTerminate))
+          onTerminate(std::move(onTerminate)),
+          host(host)
     {}
 
     STDMETHOD(get_parameters)(IDispatch** parameters) override;
@@ -49,6 +52,7 @@ public:
 private:
     std::function<void()> onInitialize;
     std::function<void()> onTerminate;
+    PackageHost* host;
     Microsoft::WRL::ComPtr<IDispatch> simulationContext;
 };
 

@@ -1,8 +1,17 @@
 #include "samples/component/text.h"
 
+#include <algorithm>
 #include <cwchar>
+#include <cwctype>
 
 namespace zelt::sample {
+
+std::wstring Lower(std::wstring_view text)
+{
+    std::wstring lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](wchar_t c) { return std::towlower(c); });
+    return lower;
+}
 
 std::wstring Quoted(std::wstring_view text) { return L'"' + std::wstring(text) + L'"'; }
 

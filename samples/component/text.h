@@ -21,6 +21,8 @@ inline bool SameName(std::wstring_view a, std::wstring_view b)
            CSTR_EQUAL;
 }
 
+std::wstring Lower(std::wstring_view text);
+
 std::wstring Quoted(std::wstring_view text);
 
 // The shortest of "%.6g" and its kind that a reader of an error message wants.

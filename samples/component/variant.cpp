@@ -135,6 +135,18 @@ std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name)
     return ReadArray<long>(value, VT_I4, name, L"integers", [](long element) { return element; });
 }
 
+std::vector<bool> ReadBooleans(const VARIANT& value, const wchar_t* name)
+{
+    return ReadArray<VARIANT_BOOL>(value, VT_BOOL, name, L"booleans",
+                                   [](VARIANT_BOOL element) { return element != 0; });
+}
+
+std::vector<Microsoft::WRL::ComPtr<IDispatch>> ReadInterfaces(const VARIANT& value, const wchar_t* name)
+{
+    return ReadArray<IDispatch*>(value, VT_DISPATCH, name, L"interfaces",
+                                 [](IDispatch* element) { return Microsoft::WRL::ComPtr<IDispatch>(element); });
+}
+
 _variant_t MakeStrings(std::span<const std::wstring> values)
 {
     return MakeArray<BSTR>(VT_BSTR, values.size(), [&](BSTR& out, std::size_t i) { out = NewBstr(values[i]); });
@@ -154,6 +166,19 @@ _variant_t MakeDoubles(std::span<const double> values)
 _variant_t MakeLongs(std::span<const long> values)
 {
     return MakeArray<long>(VT_I4, values.size(), [&](long& out, std::size_t i) { out = values[i]; });
+}
+
+_variant_t MakeBooleans(const std::vector<bool>& values)
+{
+    return MakeArray<VARIANT_BOOL>(VT_BOOL, values.size(), [&](VARIANT_BOOL& out, std::size_t i) {
+        out = values[i] ? VARIANT_TRUE : VARIANT_FALSE;
+    });
+}
+
+_variant_t MakeInterfaces(std::span<const Microsoft::WRL::ComPtr<IDispatch>> values)
+{
+    return MakeArray<IDispatch*>(VT_DISPATCH, values.size(),
+                                 [&](IDispatch*& out, std::size_t i) { values[i].CopyTo(&out); });
 }
 
 _variant_t MakeVariants(std::span<const _variant_t> values)
@@ -191,6 +216,14 @@ void Replace(VARIANT* inOut, _variant_t value)
     if (!inOut) throw CapeFailure(ECapeInvalidArgumentHR, L"A result has nowhere to go: the pointer is null");
     VariantClear(inOut);
     *inOut = value.Detach();
+}
+
+void Replace(BSTR* inOut, std::wstring_view text)
+{
+    if (!inOut) throw CapeFailure(ECapeInvalidArgumentHR, L"A result has nowhere to go: the pointer is null");
+    const BSTR copy = NewBstr(text);
+    SysFreeString(*inOut);
+    *inOut = copy;
 }
 
 }  // namespace zelt::sample

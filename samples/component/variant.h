@@ -1,10 +1,11 @@
-// VARIANT arrays as the standard uses them: one-dimensional, of strings, doubles, integers or VARIANTs. Reading accepts
-// any lower bound, references, and arrays of VARIANT in place of typed ones, as script callers send them; writing always
+// VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, interfaces or VARIANTs. Reading accepts any
+// lower bound, references, and arrays of VARIANT in place of typed ones, as script callers send them; writing always
 // starts at 0. Reading throws CapeFailure ("invalid argument"), writing bad_alloc.
 #pragma once
 
 #include <windows.h>
 #include <comutil.h>
+#include <wrl/client.h>
 
 #include <span>
 #include <string>
@@ -20,12 +21,17 @@ bool IsLeftOut(const VARIANT& value);
 std::vector<std::wstring> ReadStrings(const VARIANT& value, const wchar_t* name);
 std::vector<double> ReadDoubles(const VARIANT& value, const wchar_t* name);
 std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name);
+std::vector<bool> ReadBooleans(const VARIANT& value, const wchar_t* name);
+std::vector<Microsoft::WRL::ComPtr<IDispatch>> ReadInterfaces(const VARIANT& value, const wchar_t* name);
 
 _variant_t MakeStrings(std::span<const std::wstring> values);
 _variant_t MakeStrings(std::initializer_list<const wchar_t*> values);
 _variant_t MakeDoubles(std::span<const double> values);
 _variant_t MakeLongs(std::span<const long> values);
+_variant_t MakeBooleans(const std::vector<bool>& values);
 _variant_t MakeVariants(std::span<const _variant_t> values);
+// An array of interface pointers, each with a reference of the array's own.
+_variant_t MakeInterfaces(std::span<const Microsoft::WRL::ComPtr<IDispatch>> values);
 _variant_t MakeText(std::wstring_view value);
 
 // A string, owned.
@@ -36,5 +42,6 @@ void Return(VARIANT* out, _variant_t value);
 void Return(BSTR* out, std::wstring_view text);
 // Hands a value to an in-out parameter: what the caller left in it is freed.
 void Replace(VARIANT* inOut, _variant_t value);
+void Replace(BSTR* inOut, std::wstring_view text);
 
 }  // namespace zelt::sample

@@ -2,6 +2,7 @@
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
+#include "samples/package/compound_list.h"
 #include "samples/package/constants.h"
 
 namespace zelt::sample {
@@ -45,24 +46,8 @@ STDMETHODIMP CompoundsPart::GetCompoundConstant(VARIANT props, VARIANT compIds, 
 STDMETHODIMP CompoundsPart::GetCompoundList(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps,
                                             VARIANT* molwts, VARIANT* casnos)
 {
-    return Call(L"GetCompoundList", [&] {
-        std::vector<std::wstring> ids, formulas, longNames, numbers;
-        std::vector<double> boilingPoints, weights;
-        for (const Compound* compound : model.Compounds()) {
-            ids.emplace_back(compound->id);
-            formulas.emplace_back(compound->formula);
-            longNames.emplace_back(compound->iupacName);
-            boilingPoints.push_back(compound->normalBoilingPoint);
-            weights.push_back(compound->molecularWeight);
-            numbers.emplace_back(compound->casNumber);
-        }
-        Replace(compIds, MakeStrings(ids));
-        Replace(formulae, MakeStrings(formulas));
-        Replace(names, MakeStrings(longNames));
-        Replace(boilTemps, MakeDoubles(boilingPoints));
-        Replace(molwts, MakeDoubles(weights));
-        Replace(casnos, MakeStrings(numbers));
-    });
+    return Call(L"GetCompoundList",
+                [&] { ReplaceCompoundList(model.Compounds(), compIds, formulae, names, boilTemps, molwts, casnos); });
 }
 
 STDMETHODIMP CompoundsPart::GetConstPropList(VARIANT* props)

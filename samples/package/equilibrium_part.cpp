@@ -27,8 +27,6 @@ struct Specification {
 };
 
 // The pairs that can be solved.
-enum class FlashKind { kTP, kPVF, kTVF, kPH, kPS };
-
 struct Pair {
     FlashKind kind;
     Quantity first;
@@ -109,9 +107,9 @@ AllowedPhases ReadAllowed(const MaterialView& material)
     return allowed;
 }
 
-FlashResult Solve(const IdealSolution& solution, const Problem& problem, const MaterialView& material)
+FlashResult SolveProblem(const PackageModel& model, const Problem& problem, const MaterialView& material)
 {
-    const AllowedPhases allowed = ReadAllowed(material);
+    const AllowedPhases allowed = model.Restrict(ReadAllowed(material));
     const double first = ValueOf(material, problem.first);
     double second = ValueOf(material, problem.second);
     const std::vector<double> feed = material.OverallFractions();
@@ -121,14 +119,9 @@ FlashResult Solve(const IdealSolution& solution, const Problem& problem, const M
         }
         if (PhaseOf(problem.second.phaseLabel).phase == Phase::kLiquid) second = 1 - second;
     }
-    switch (problem.kind) {
-        case FlashKind::kTP: return FlashTP(solution, first, second, feed, allowed);
-        case FlashKind::kPVF: return FlashPVF(solution, first, second, feed);
-        case FlashKind::kTVF: return FlashTVF(solution, first, second, feed);
-        case FlashKind::kPH: return FlashPH(solution, first, second, feed, allowed);
-        case FlashKind::kPS: return FlashPS(solution, first, second, feed, allowed);
-    }
-    throw CapeFailure(ECapeImplementationHR, L"unknown flash");
+    const FlashResult result = Solve(model.MaterialSolution(), problem.kind, first, second, feed, allowed);
+    model.Host().CheckState(result.temperature, result.pressure, feed);
+    return result;
 }
 
 void WriteBack(const MaterialView& material, const Problem& problem, const FlashResult& result)
@@ -162,7 +155,8 @@ STDMETHODIMP EquilibriumPart::CalcEquilibrium(VARIANT specification1, VARIANT sp
     return Call(L"CalcEquilibrium", [&] {
         const MaterialView& material = model.Material();
         const Problem problem = ReadProblem(specification1, specification2, solutionType);
-        WriteBack(material, problem, Solve(model.MaterialSolution(), problem, material));
+        WriteBack(material, problem, SolveProblem(model, problem, material));
+        model.Host().Tell(2, L"flash calculated");
     });
 }
 

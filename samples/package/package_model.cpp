@@ -16,6 +16,23 @@ constexpr PhaseDefinition kPhases[] = {
     {Phase::kLiquid, L"Liquid", L"Liquid", L"Heavy", L"Ideal solution"},
 };
 
+constexpr const wchar_t* kPhaseChoice = L"Phases";
+constexpr struct {
+    const wchar_t* name;
+    AllowedPhases allowed;
+} kPhaseChoices[] = {
+    {L"vapor and liquid", {true, true}},
+    {L"vapor only", {true, false}},
+    {L"liquid only", {false, true}},
+};
+
+ParameterDefinition PhaseChoice()
+{
+    OptionSpecification choice{kPhaseChoices[0].name, {}, true};
+    for (const auto& row : kPhaseChoices) choice.options.emplace_back(row.name);
+    return {kPhaseChoice, L"The phases that an equilibrium calculation may form", std::move(choice)};
+}
+
 std::vector<const Compound*> CompoundsOf(const PackageDefinition& definition)
 {
     std::vector<const Compound*> compounds;
@@ -50,7 +67,11 @@ const PhaseDefinition& PhaseOf(std::wstring_view label)
 }
 
 PackageModel::PackageModel(const PackageDefinition& definition)
-    : definition(definition), compounds(CompoundsOf(definition)), solution(compounds), materialSolution(compounds)
+    : definition(definition),
+      host(definition.name, PhaseChoice()),
+      compounds(CompoundsOf(definition)),
+      solution(compounds),
+      materialSolution(compounds)
 {}
 
 std::vector<const Compound*> PackageModel::Select(std::span<const std::wstring> ids) const
@@ -69,6 +90,30 @@ std::vector<const Compound*> PackageModel::Select(std::span<const std::wstring> 
         selected.push_back(found);
     }
     return selected;
+}
+
+AllowedPhases PackageModel::Restrict(AllowedPhases allowed) const
+{
+    const std::wstring choice = host.Parameters().Option(kPhaseChoice);
+    for (const auto& row : kPhaseChoices) {
+        if (!SameName(row.name, choice)) continue;
+        allowed.vapour &= row.allowed.vapour;
+        allowed.liquid &= row.allowed.liquid;
+    }
+    if (!allowed.vapour && !allowed.liquid) {
+        throw CapeFailure(ECapeInvalidArgumentHR, L"Parameter " + Quoted(kPhaseChoice) + L" leaves no phase");
+    }
+    return allowed;
+}
+
+void PackageModel::CheckTemplate(Generation generation)
+{
+    host.CheckTemplate(generation, [this](const std::wstring& id) {
+        for (const Compound* compound : compounds) {
+            if (SameName(compound->id, id)) return true;
+        }
+        return false;
+    });
 }
 
 void PackageModel::SetMaterial(IDispatch* object)

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "samples/component/package_host.h"
 #include "samples/package/material_view.h"
 #include "samples/thermo/flash.h"
 #include "samples/thermo/ideal_solution.h"
@@ -43,12 +44,20 @@ public:
     explicit PackageModel(const PackageDefinition& definition);
 
     const PackageDefinition& Definition() const { return definition; }
+    PackageHost& Host() { return host; }
+    const PackageHost& Host() const { return host; }
     std::span<const Compound* const> Compounds() const { return compounds; }
     // The package's compounds in the package's order.
     const IdealSolution& Solution() const { return solution; }
 
     // Ids of compounds to compounds; an empty list is all of them. Throws CapeFailure for an unknown id.
     std::vector<const Compound*> Select(std::span<const std::wstring> ids) const;
+
+    // The phases that may form, of those that a calculation allows: the user's parameter restricts them. Throws
+    // CapeFailure when nothing is left.
+    AllowedPhases Restrict(AllowedPhases allowed) const;
+    // PackageHost::CheckTemplate for this package's compounds.
+    void CheckTemplate(Generation generation);
 
     // Makes a material the active one. Its compounds may be any of the package's, in any order: from here on
     // MaterialSolution follows that order. Throws CapeFailure and keeps the former material when it does not fit.
@@ -65,6 +74,7 @@ private:
     void RequireMaterial() const;
 
     const PackageDefinition& definition;
+    PackageHost host;
     std::vector<const Compound*> compounds;
     IdealSolution solution;
     MaterialView material;

@@ -18,7 +18,10 @@ public:
     {}
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Call(L"SetMaterial", [&] { model.SetMaterial(material); });
+        return Call(L"SetMaterial", [&] {
+            model.SetMaterial(material);
+            model.CheckTemplate(Generation::kCapeOpen11);
+        });
     }
     STDMETHOD(UnsetMaterial)() override
     {
@@ -45,7 +48,7 @@ private:
     EquilibriumPart equilibrium{*this, errors, model};
     UniversalConstantPart universalConstants{*this, errors};
     MaterialContextPart materialContext{*this, errors, model};
-    UtilitiesPart utilities{*this, errors, {}, [this] { model.UnsetMaterial(); }};
+    UtilitiesPart utilities{*this, errors, {}, [this] { model.UnsetMaterial(); }, &model.Host()};
     IdentificationPart identification{*this, errors, model.Definition().name, model.Definition().description};
 };
 

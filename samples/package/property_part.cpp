@@ -64,6 +64,7 @@ STDMETHODIMP PropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLabel)
 
         const PhaseState state = material.StateOf(phase.label);
         CheckSize(state.fractions.size(), solution);
+        model.Host().CheckState(state.temperature, state.pressure, state.fractions);
         const PhaseInput input{solution, phase.phase, state.temperature, state.pressure, state.fractions};
         for (std::size_t i = 0; i < names.size(); ++i) {
             const std::vector<double> values = requests[i].property->calculate(input, requests[i].derivative);

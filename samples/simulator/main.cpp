@@ -1,5 +1,5 @@
-// SampleSimulator.exe: uses a CAPE-OPEN 1.1 property package in the way of a flowsheet program and prints what it
-// calculates. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command line.
+// SampleSimulator.exe: uses a property package of CAPE-OPEN 1.1 or 1.0, or a reaction package, in the way of a flowsheet
+// program and prints what it calculates. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command line.
 #include <windows.h>
 #include <objbase.h>
 #include <shellapi.h>
@@ -13,6 +13,9 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/simulator/calculations.h"
+#include "samples/simulator/calculations10.h"
+#include "samples/simulator/manager_session.h"
+#include "samples/simulator/reaction_run.h"
 
 namespace {
 
@@ -70,23 +73,20 @@ std::wstring Joined(const std::vector<std::wstring>& names)
     return text.empty() ? L"none" : text;
 }
 
-std::wstring TextFrom(ICapeIdentification* identification,
-                      HRESULT (STDMETHODCALLTYPE ICapeIdentification::*getter)(BSTR*))
+std::shared_ptr<Flowsheet> MakeFlowsheet(Report& report)
 {
-    _bstr_t text;
-    CheckCall((identification->*getter)(text.GetAddress()), identification, L"ICapeIdentification");
-    return std::wstring(TextOf(text.GetBSTR()));
+    auto flowsheet = std::make_shared<Flowsheet>();
+    flowsheet->onMessage = [&report](const wchar_t* kind, const std::wstring& text) {
+        report.Line(std::wstring(kind) + L": " + text);
+    };
+    return flowsheet;
 }
 
-void UsePackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
+void UsePropertyPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
 {
-    PackageSession session(std::move(package));
-    if (session.identification) {
-        report.Text("Property package",
-                    TextFrom(session.identification.Get(), &ICapeIdentification::get_ComponentName));
-        report.Text("Description",
-                    TextFrom(session.identification.Get(), &ICapeIdentification::get_ComponentDescription));
-    }
+    PackageSession session(std::move(package), MakeFlowsheet(report));
+    session.ShowIdentity(report, "Property package");
+    session.ShowParameters(report, options.hold);
     ShowLists(session, report, options);
     if (session.materialContext && session.properties) {
         session.SetMaterial(WaitOnce(options));
@@ -99,6 +99,45 @@ void UsePackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& option
     session.Close(options.hold);
 }
 
+void UseOlderPropertyPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
+{
+    PackageSession10 session(std::move(package), MakeFlowsheet(report));
+    session.ShowIdentity(report, "Property package (CAPE-OPEN 1.0)");
+    session.ShowParameters(report, options.hold);
+    session.MakeMaterial(WaitOnce(options));
+    Show10Lists(session, report);
+    Show10Equilibria(session, report);
+    Show10Properties(session, report);
+    Show10Failure(session, report);
+    session.Close(options.hold);
+}
+
+void UseReactionPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
+{
+    ReactionSession session(std::move(package), MakeFlowsheet(report));
+    session.ShowIdentity(report, "Reaction package");
+    session.ShowParameters(report, options.hold);
+    ShowReactions(session, report);
+    session.SetObjects(WaitOnce(options));
+    ShowReactionProperties(session, report);
+    ShowReactionFailure(session, report);
+    session.Close(options.hold);
+}
+
+// The kind of package is found out by asking for the interface that only this kind has.
+void UsePackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
+{
+    if (Optional<ICapeReactionChemistry>(package.Get())) {
+        UseReactionPackage(std::move(package), options, report);
+    } else if (Optional<ICapeThermoCompounds>(package.Get())) {
+        UsePropertyPackage(std::move(package), options, report);
+    } else if (Optional<ICapeThermoPropertyPackage>(package.Get())) {
+        UseOlderPropertyPackage(std::move(package), options, report);
+    } else {
+        throw CapeFailure(E_NOINTERFACE, L"The class is no package");
+    }
+}
+
 void Run(const Options& options)
 {
     Report report(options.bits);
@@ -106,7 +145,7 @@ void Run(const Options& options)
         UsePackage(CreateStandAlone(options), options, report);
         return;
     }
-    ManagerSession manager(options);
+    const ManagerSession manager(options);
     report.Text("Manager", manager.Name());
     report.Text("Packages", Joined(manager.Packages()));
     if (!options.list) UsePackage(manager.GetPackage(options.packageName), options, report);

@@ -52,26 +52,34 @@ const auto& Find(const Rows& rows, std::wstring_view name, const wchar_t* kind)
 
 }  // namespace
 
+_variant_t CompoundConstantValues(const Slate& slate, const VARIANT& props, const VARIANT& compIds)
+{
+    std::vector<const SlateCompound*> selected;
+    for (const std::wstring& id : ReadStrings(compIds, L"compIds")) {
+        selected.push_back(slate.FindCompound(id));
+        if (!selected.back()) {
+            throw CapeFailure(ECapeInvalidArgumentHR, L"The material object has no compound " + Quoted(id));
+        }
+    }
+    if (selected.empty()) {
+        for (const SlateCompound& compound : slate.compounds) selected.push_back(&compound);
+    }
+    std::vector<_variant_t> values;
+    for (const std::wstring& name : ReadStrings(props, L"props")) {
+        const auto& constant = Find(kConstants, name, L"compound constant");
+        for (const SlateCompound* compound : selected) values.push_back(constant.value(*compound));
+    }
+    return MakeVariants(values);
+}
+
+_variant_t UniversalConstantValue(std::wstring_view name)
+{
+    return _variant_t(Find(kUniversalConstants, name, L"universal constant").value);
+}
+
 STDMETHODIMP MaterialCompoundsPart::GetCompoundConstant(VARIANT props, VARIANT compIds, VARIANT* propVals)
 {
-    return Call(L"GetCompoundConstant", [&] {
-        std::vector<const SlateCompound*> selected;
-        for (const std::wstring& id : ReadStrings(compIds, L"compIds")) {
-            selected.push_back(slate->FindCompound(id));
-            if (!selected.back()) {
-                throw CapeFailure(ECapeInvalidArgumentHR, L"The material object has no compound " + Quoted(id));
-            }
-        }
-        if (selected.empty()) {
-            for (const SlateCompound& compound : slate->compounds) selected.push_back(&compound);
-        }
-        std::vector<_variant_t> values;
-        for (const std::wstring& name : ReadStrings(props, L"props")) {
-            const auto& constant = Find(kConstants, name, L"compound constant");
-            for (const SlateCompound* compound : selected) values.push_back(constant.value(*compound));
-        }
-        Return(propVals, MakeVariants(values));
-    });
+    return Call(L"GetCompoundConstant", [&] { Return(propVals, CompoundConstantValues(*slate, props, compIds)); });
 }
 
 STDMETHODIMP MaterialCompoundsPart::GetCompoundList(VARIANT* compIds, VARIANT* formulae, VARIANT* names,
@@ -172,9 +180,7 @@ STDMETHODIMP MaterialPhasesPart::GetPhaseList(VARIANT* phaseLabels, VARIANT* sta
 
 STDMETHODIMP MaterialConstantsPart::GetUniversalConstant(BSTR constantId, VARIANT* constantValue)
 {
-    return Call(L"GetUniversalConstant", [&] {
-        Return(constantValue, _variant_t(Find(kUniversalConstants, TextOf(constantId), L"universal constant").value));
-    });
+    return Call(L"GetUniversalConstant", [&] { Return(constantValue, UniversalConstantValue(TextOf(constantId))); });
 }
 
 STDMETHODIMP MaterialConstantsPart::GetUniversalConstantList(VARIANT* constantIds)

@@ -3,11 +3,17 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "samples/component/cape_errors.h"
 #include "samples/simulator/slate.h"
 
 namespace zelt::sample {
+
+// One value for each property and compound, all compounds for the first property first; every compound when none is named.
+// Both throw CapeFailure ("invalid argument") for a name that is not known.
+_variant_t CompoundConstantValues(const Slate& slate, const VARIANT& props, const VARIANT& compIds);
+_variant_t UniversalConstantValue(std::wstring_view name);
 
 class MaterialCompoundsPart final : public CapePart<ICapeThermoCompounds> {
 public:

@@ -14,7 +14,7 @@ const char* const kUsage =
     "  --bits               print each result's 16 hexadecimal digits too, on lines that begin with \"bits\"\n"
     "  --calculate NAME     ask for one more single-phase property of the liquid (may be repeated)\n"
     "  --constant ID        ask for the molecular weight of one more compound (may be repeated)\n"
-    "  --hold               leave the material set, and release it after the package\n"
+    "  --hold               keep the material and parameters until the package is gone\n"
     "  --wait-in-call SECONDS  wait inside the package's first call on the material, at most this long\n"
     "  --event NAME         set the named event NAME when that wait begins; NAME.continue ends it early\n";
 

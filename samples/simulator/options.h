@@ -14,7 +14,7 @@ struct Options {
     bool inProcess = false;               // the server is loaded into this process; otherwise it is another's
     bool list = false;                    // only list the packages
     bool bits = false;                    // print every result's bit pattern too
-    bool hold = false;                    // keep the material set and alive until the package is gone
+    bool hold = false;                    // keep materials and parameters until the package is gone
     std::vector<std::wstring> calculate;  // single-phase properties to calculate besides the usual ones
     std::vector<std::wstring> constants;  // compound ids to ask constants of besides the usual ones
     std::optional<unsigned> waitSeconds;  // wait this long inside the first call of the package on the material

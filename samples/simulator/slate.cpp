@@ -30,28 +30,60 @@ const SlatePhase* Slate::FindPhase(const std::wstring& label) const
     return nullptr;
 }
 
+namespace {
+
+// The six lists in which both versions give the compounds.
+struct CompoundLists {
+    _variant_t ids, formulae, names, boilingPoints, weights, numbers;
+
+    std::vector<SlateCompound> Compounds() const
+    {
+        const auto idList = ReadStrings(ids, L"compIds"), formulaList = ReadStrings(formulae, L"formulae"),
+                   nameList = ReadStrings(names, L"names"), numberList = ReadStrings(numbers, L"casnos");
+        const auto boilingPointList = ReadDoubles(boilingPoints, L"boilTemps"),
+                   weightList = ReadDoubles(weights, L"molwts");
+        RequireEqual(idList.size(), formulaList.size(), L"formulae");
+        RequireEqual(idList.size(), nameList.size(), L"names");
+        RequireEqual(idList.size(), boilingPointList.size(), L"boilTemps");
+        RequireEqual(idList.size(), weightList.size(), L"molwts");
+        RequireEqual(idList.size(), numberList.size(), L"casnos");
+        std::vector<SlateCompound> compounds;
+        for (std::size_t i = 0; i < idList.size(); ++i) {
+            compounds.push_back(
+                {idList[i], formulaList[i], nameList[i], boilingPointList[i], weightList[i], numberList[i]});
+        }
+        return compounds;
+    }
+};
+
+}  // namespace
+
+Slate ReadSlate(ICapeThermoPropertyPackage* package)
+{
+    Slate slate;
+    CompoundLists lists;
+    CheckCall(package->GetComponentList(&lists.ids, &lists.formulae, &lists.names, &lists.boilingPoints, &lists.weights,
+                                        &lists.numbers),
+              package, L"GetComponentList");
+    slate.compounds = lists.Compounds();
+    _variant_t phases;
+    CheckCall(package->GetPhaseList(&phases), package, L"GetPhaseList");
+    // In the older version a phase's label tells its state of aggregation.
+    for (const std::wstring& label : ReadStrings(phases, L"phases")) slate.phases.push_back({label, label, {}});
+    return slate;
+}
+
 Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases)
 {
     Slate slate;
     long count = 0;
     CheckCall(compounds->GetNumCompounds(&count), compounds, L"GetNumCompounds");
-    _variant_t ids, formulae, names, boilingPoints, weights, numbers;
-    CheckCall(compounds->GetCompoundList(&ids, &formulae, &names, &boilingPoints, &weights, &numbers), compounds,
-              L"GetCompoundList");
-    const auto idList = ReadStrings(ids, L"compIds"), formulaList = ReadStrings(formulae, L"formulae"),
-               nameList = ReadStrings(names, L"names"), numberList = ReadStrings(numbers, L"casnos");
-    const auto boilingPointList = ReadDoubles(boilingPoints, L"boilTemps"),
-               weightList = ReadDoubles(weights, L"molwts");
-    RequireEqual(idList.size(), static_cast<std::size_t>(count), L"compIds");
-    RequireEqual(idList.size(), formulaList.size(), L"formulae");
-    RequireEqual(idList.size(), nameList.size(), L"names");
-    RequireEqual(idList.size(), boilingPointList.size(), L"boilTemps");
-    RequireEqual(idList.size(), weightList.size(), L"molwts");
-    RequireEqual(idList.size(), numberList.size(), L"casnos");
-    for (std::size_t i = 0; i < idList.size(); ++i) {
-        slate.compounds.push_back(
-            {idList[i], formulaList[i], nameList[i], boilingPointList[i], weightList[i], numberList[i]});
-    }
+    CompoundLists lists;
+    CheckCall(compounds->GetCompoundList(&lists.ids, &lists.formulae, &lists.names, &lists.boilingPoints,
+                                         &lists.weights, &lists.numbers),
+              compounds, L"GetCompoundList");
+    slate.compounds = lists.Compounds();
+    RequireEqual(slate.compounds.size(), static_cast<std::size_t>(count), L"compIds");
 
     CheckCall(phases->GetNumPhases(&count), phases, L"GetNumPhases");
     _variant_t labels, states, keys;

@@ -33,7 +33,8 @@ struct Slate {
     const SlatePhase* FindPhase(const std::wstring& label) const;
 };
 
-// Asks the package. Throws CapeFailure.
+// Asks the package, in the way of 1.1 or of 1.0. Throws CapeFailure.
 Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases);
+Slate ReadSlate(ICapeThermoPropertyPackage* package);
 
 }  // namespace zelt::sample

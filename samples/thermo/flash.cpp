@@ -269,4 +269,17 @@ FlashResult FlashPS(const IdealSolution& solution, double pressure, double entro
                          "No temperature of the model's range has this entropy");
 }
 
+FlashResult Solve(const IdealSolution& solution, FlashKind kind, double first, double second,
+                  std::span<const double> feed, AllowedPhases allowed)
+{
+    switch (kind) {
+        case FlashKind::kTP: return FlashTP(solution, first, second, feed, allowed);
+        case FlashKind::kPVF: return FlashPVF(solution, first, second, feed);
+        case FlashKind::kTVF: return FlashTVF(solution, first, second, feed);
+        case FlashKind::kPH: return FlashPH(solution, first, second, feed, allowed);
+        case FlashKind::kPS: return FlashPS(solution, first, second, feed, allowed);
+    }
+    throw NoSolution("unknown flash");
+}
+
 }  // namespace zelt::sample

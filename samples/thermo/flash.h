@@ -46,4 +46,10 @@ FlashResult FlashPH(const IdealSolution& solution, double pressure, double entha
 FlashResult FlashPS(const IdealSolution& solution, double pressure, double entropy, std::span<const double> feed,
                     AllowedPhases allowed = {});
 
+// The pairs of quantities at which a flash can be solved, in the order in which Solve takes their values: temperature,
+// pressure, vapour fraction, enthalpy, entropy.
+enum class FlashKind { kTP, kPVF, kTVF, kPH, kPS };
+FlashResult Solve(const IdealSolution& solution, FlashKind kind, double first, double second,
+                  std::span<const double> feed, AllowedPhases allowed = {});
+
 }  // namespace zelt::sample

@@ -1,0 +1,39 @@
+// The simulator's context as a component sees it. Holds one reference until Reset. Whatever the context lacks or refuses
+// is no failure of the component: a simulator need not offer any of it.
+#pragma once
+
+#include <cape-open.h>
+#include <comutil.h>
+#include <wrl/client.h>
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace zelt::sample {
+
+class ContextView {
+public:
+    // Null takes the context away.
+    void Set(IDispatch* object) { context = object; }
+    void Reset() { context.Reset(); }
+    explicit operator bool() const { return context != nullptr; }
+
+    // ICapeDiagnostic::LogMessage.
+    void Log(const std::wstring& message) const;
+    // ICapeCOSEUtilities: the value of this name as a text, when the list of names has it.
+    std::optional<std::wstring> NamedText(const wchar_t* name) const;
+    // ICapeMaterialTemplateSystem: the names, and a material made from one after setting a property in the template.
+    std::vector<std::wstring> Templates() const;
+    Microsoft::WRL::ComPtr<IDispatch> MaterialFrom(const std::wstring& templateName, const wchar_t* property,
+                                                   std::span<const double> values) const;
+
+private:
+    template <class I>
+    Microsoft::WRL::ComPtr<I> Query() const;
+
+    Microsoft::WRL::ComPtr<IDispatch> context;
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,180 @@
+#include "samples/component/parameter_objects.h"
+
+#include "com/object.h"
+#include "samples/component/component.h"
+#include "samples/component/text.h"
+#include "samples/component/variant.h"
+
+namespace zelt::sample {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+class CollectionPart final : public CapePart<ICapeCollection> {
+public:
+    CollectionPart(com::Object& object, CapeErrors& errors, std::span<const ComPtr<IDispatch>> items)
+        : CapePart(object, errors, L"ICapeCollection"), items(items.begin(), items.end())
+    {}
+
+    STDMETHOD(Item)(VARIANT id, IDispatch** item) override
+    {
+        if (!item) return E_POINTER;
+        *item = nullptr;
+        return Call(L"Item", [&] { Find(id).CopyTo(item); });
+    }
+    STDMETHOD(Count)(long* itemsCount) override
+    {
+        if (!itemsCount) return E_POINTER;
+        *itemsCount = static_cast<long>(items.size());
+        return S_OK;
+    }
+
+private:
+    const ComPtr<IDispatch>& Find(const VARIANT& id) const
+    {
+        if (V_VT(&id) == VT_BSTR) {
+            for (const ComPtr<IDispatch>& item : items) {
+                ComPtr<ICapeIdentification> identification;
+                _bstr_t name;
+                if (SUCCEEDED(item.As(&identification)) &&
+                    SUCCEEDED(identification->get_ComponentName(name.GetAddress())) &&
+                    SameName(TextOf(name.GetBSTR()), TextOf(V_BSTR(&id)))) {
+                    return item;
+                }
+            }
+            throw CapeFailure(ECapeInvalidArgumentHR, L"There is no item " + Quoted(TextOf(V_BSTR(&id))));
+        }
+        _variant_t number;
+        if (FAILED(VariantChangeTypeEx(&number, const_cast<VARIANT*>(&id), LOCALE_INVARIANT, 0, VT_I4))) {
+            throw CapeFailure(ECapeInvalidArgumentHR, L"An item is named by its number or its name");
+        }
+        const long index = V_I4(&number), count = static_cast<long>(items.size());
+        if (index < 1 || index > count) throw CapeFailure::OutOfBounds(L"item number", index, 1, count);
+        return items[static_cast<std::size_t>(index - 1)];
+    }
+
+    std::vector<ComPtr<IDispatch>> items;
+};
+
+class Collection final : public com::Object {
+public:
+    Collection(std::wstring name, std::span<const ComPtr<IDispatch>> items)
+        : collection(*this, errors, items),
+          identification(*this, errors, std::move(name), L"A collection of parameters")
+    {}
+
+protected:
+    IDispatch* ScriptInterface() override { return &collection; }
+
+private:
+    CapeErrors errors{*this, L"ZeltSample.Collection"};
+    CollectionPart collection;
+    IdentificationPart identification;
+};
+
+class ParameterPart final : public CapePart<ICapeParameter> {
+public:
+    ParameterPart(com::Object& object, CapeErrors& errors, std::shared_ptr<ParameterState> state)
+        : CapePart(object, errors, L"ICapeParameter"), state(std::move(state))
+    {}
+
+    STDMETHOD(get_Specification)(IDispatch** spec) override
+    {
+        if (!spec) return E_POINTER;
+        *spec = nullptr;
+        return Call(L"get_Specification", [&] {
+            if (!specification) {
+                specification = CreateSpecification(state->definition.name, state->definition.specification);
+            }
+            specification.CopyTo(spec);
+        });
+    }
+    STDMETHOD(get_value)(VARIANT* value) override
+    {
+        return Call(L"get_value", [&] { Return(value, state->value); });
+    }
+    // The type is checked here, the bounds by Validate.
+    STDMETHOD(put_value)(VARIANT value) override
+    {
+        return Call(L"put_value", [&] {
+            state->value = ConvertValue(state->definition.specification, value);
+            state->status = CAPE_NOT_VALIDATED;
+        });
+    }
+    STDMETHOD(get_ValStatus)(eCapeValidationStatus* status) override
+    {
+        if (!status) return E_POINTER;
+        *status = state->status;
+        return S_OK;
+    }
+    STDMETHOD(get_Mode)(eCapeParamMode* mode) override
+    {
+        if (!mode) return E_POINTER;
+        *mode = state->mode;
+        return S_OK;
+    }
+    STDMETHOD(put_Mode)(eCapeParamMode mode) override
+    {
+        return Call(L"put_Mode", [&] {
+            if (mode < CAPE_INPUT || mode > CAPE_INPUT_OUTPUT) {
+                throw CapeFailure::OutOfBounds(L"mode", mode, CAPE_INPUT, CAPE_INPUT_OUTPUT);
+            }
+            state->mode = mode;
+        });
+    }
+    STDMETHOD(Validate)(BSTR* message, VARIANT_BOOL* isOK) override
+    {
+        if (!isOK) return E_POINTER;
+        return Call(L"Validate", [&] {
+            const std::wstring objection = ObjectionTo(state->definition.specification, state->value);
+            Replace(message, objection);
+            *isOK = objection.empty() ? VARIANT_TRUE : VARIANT_FALSE;
+            state->status = objection.empty() ? CAPE_VALID : CAPE_INVALID;
+        });
+    }
+    STDMETHOD(Reset)() override
+    {
+        return Call(L"Reset", [&] {
+            state->value = InitialValue(state->definition.specification);
+            state->status = CAPE_NOT_VALIDATED;
+        });
+    }
+
+private:
+    std::shared_ptr<ParameterState> state;
+    ComPtr<IDispatch> specification;
+};
+
+class Parameter final : public com::Object {
+public:
+    explicit Parameter(const std::shared_ptr<ParameterState>& state)
+        : parameter(*this, errors, state),
+          identification(*this, errors, state->definition.name, state->definition.description)
+    {}
+
+protected:
+    IDispatch* ScriptInterface() override { return &parameter; }
+
+private:
+    CapeErrors errors{*this, L"ZeltSample.Parameter"};
+    ParameterPart parameter;
+    IdentificationPart identification;
+};
+
+}  // namespace
+
+ComPtr<IDispatch> CreateCollection(std::wstring name, std::span<const ComPtr<IDispatch>> items)
+{
+    ComPtr<IDispatch> collection;
+    com::Check(com::Create<Collection>(IID_PPV_ARGS(&collection), std::move(name), items));
+    return collection;
+}
+
+ComPtr<IDispatch> CreateParameter(std::shared_ptr<ParameterState> state)
+{
+    ComPtr<IDispatch> parameter;
+    com::Check(com::Create<Parameter>(IID_PPV_ARGS(&parameter), state));
+    return parameter;
+}
+
+}  // namespace zelt::sample

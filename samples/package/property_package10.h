@@ -1,0 +1,59 @@
+// A CAPE-OPEN 1.0 property package: the older version's one interface around the same model. It keeps no material: each
+// call brings its own.
+#pragma once
+
+#include "com/object.h"
+#include "samples/component/component.h"
+#include "samples/package/package_model.h"
+
+namespace zelt::sample {
+
+class MaterialObjectView;
+
+class PropertyPackage10Part final : public CapePart<ICapeThermoPropertyPackage> {
+public:
+    PropertyPackage10Part(com::Object& object, CapeErrors& errors, PackageModel& model)
+        : CapePart(object, errors, L"ICapeThermoPropertyPackage"), model(model)
+    {}
+
+    STDMETHOD(GetPhaseList)(VARIANT* phases) override;
+    STDMETHOD(GetComponentList)(VARIANT* compIds, VARIANT* formulae, VARIANT* name, VARIANT* boilTemps, VARIANT* molwt,
+                                VARIANT* casno) override;
+    STDMETHOD(GetUniversalConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
+    // For the material's compounds; for the package's own without a material.
+    STDMETHOD(GetComponentConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
+    // Calculation type "Mixture", or "Pure" for the mixture properties of each compound by itself.
+    STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
+    // Flash types TP, PVF, TVF, PH and PS. Sets the composition and the phase fraction of each phase that there is, the
+    // temperature or pressure that was not given, and then calculates `props` for those phases.
+    STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
+    STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
+    // Whether each property is offered and the material's state is one at which the package calculates.
+    STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
+    STDMETHOD(GetPropList)(VARIANT* props) override;
+
+private:
+    // The model in the order of the material's compounds.
+    IdealSolution SolutionOf(const MaterialObjectView& material) const;
+    void Calculate(const MaterialObjectView& material, std::span<const std::wstring> props,
+                   std::span<const std::wstring> phases, bool pure) const;
+
+    PackageModel& model;
+};
+
+class PropertyPackage10 final : public com::Object {
+public:
+    explicit PropertyPackage10(const PackageDefinition& definition = AllPackages().front()) : model(definition) {}
+
+protected:
+    IDispatch* ScriptInterface() override { return &package; }
+
+private:
+    PackageModel model;
+    CapeErrors errors{*this, L"ZeltSample.PropertyPackage10"};
+    PropertyPackage10Part package{*this, errors, model};
+    UtilitiesPart utilities{*this, errors, {}, {}, &model.Host()};
+    IdentificationPart identification{*this, errors, model.Definition().name, model.Definition().description};
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,52 @@
+// A component in use, of whatever kind: given the simulator's context, initialised, asked who it is and what parameters it
+// has. Owns its references and gives them back in the order in which a flowsheet program does.
+#pragma once
+
+#include <cape-open.h>
+#include <wrl/client.h>
+
+#include <memory>
+#include <vector>
+
+#include "samples/simulator/flowsheet.h"
+#include "samples/simulator/report.h"
+
+namespace zelt::sample {
+
+// The interface of an object; null when it does not have it.
+template <class I>
+Microsoft::WRL::ComPtr<I> Optional(IUnknown* object)
+{
+    Microsoft::WRL::ComPtr<I> result;
+    if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(&result)))) result.Reset();
+    return result;
+}
+
+class ComponentSession {
+public:
+    ComponentSession(Microsoft::WRL::ComPtr<IDispatch> object, std::shared_ptr<Flowsheet> flowsheet);
+    ComponentSession(const ComponentSession&) = delete;
+    ComponentSession& operator=(const ComponentSession&) = delete;
+
+    void ShowIdentity(Report& report, const char* label) const;
+    // Walks the parameters. With `hold`, a collection, a parameter and its specification are kept until the end.
+    void ShowParameters(Report& report, bool hold);
+
+    Microsoft::WRL::ComPtr<IDispatch> package;
+    Microsoft::WRL::ComPtr<ICapeIdentification> identification;  // these may be null
+    Microsoft::WRL::ComPtr<ICapeUtilities> utilities;
+    std::shared_ptr<Flowsheet> flowsheet;
+
+protected:
+    ~ComponentSession() = default;
+
+    // Terminates the component and gives its own references back.
+    void Terminate();
+    // What was held for longer than the component.
+    void ReleaseHeld() { held.clear(); }
+
+private:
+    std::vector<Microsoft::WRL::ComPtr<IDispatch>> held;
+};
+
+}  // namespace zelt::sample

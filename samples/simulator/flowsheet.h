@@ -1,0 +1,20 @@
+// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, and where
+// messages go. The context, its templates and the materials made from them share it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "samples/simulator/material_store.h"
+#include "samples/simulator/slate.h"
+
+namespace zelt::sample {
+
+struct Flowsheet {
+    std::shared_ptr<const Slate> slate;  // null until the package has been asked
+    std::shared_ptr<PackageLink> link = std::make_shared<PackageLink>();
+    std::function<void(const wchar_t* kind, const std::wstring& text)> onMessage;  // of the package; may be empty
+};
+
+}  // namespace zelt::sample

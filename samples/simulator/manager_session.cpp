@@ -1,0 +1,90 @@
+#include "samples/simulator/manager_session.h"
+
+#include "samples/component/cape_failure.h"
+#include "samples/component/text.h"
+#include "samples/component/variant.h"
+#include "samples/simulator/component_session.h"
+
+namespace zelt::sample {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+template <class I>
+ComPtr<I> CreateClass(const Options& options, const wchar_t* what)
+{
+    CLSID clsid;
+    if (FAILED(CLSIDFromString(options.className.c_str(), &clsid))) {
+        const HRESULT found = CLSIDFromProgID(options.className.c_str(), &clsid);
+        if (FAILED(found)) throw CapeFailure(found, L"There is no class " + Quoted(options.className));
+    }
+    ComPtr<I> object;
+    const DWORD context = options.inProcess ? CLSCTX_INPROC_SERVER : CLSCTX_LOCAL_SERVER | CLSCTX_INPROC_SERVER;
+    CheckCall(CoCreateInstance(clsid, nullptr, context, IID_PPV_ARGS(&object)), nullptr, what);
+    return object;
+}
+
+}  // namespace
+
+ManagerSession::ManagerSession(const Options& options)
+    : object(CreateClass<IUnknown>(options, L"Creating the package manager"))
+{
+    manager = Optional<ICapeThermoPropertyPackageManager>(object.Get());
+    if (!manager) system = Optional<ICapeThermoSystem>(object.Get());
+    if (!manager && !system) reactions = Optional<ICapeReactionsPackageManager>(object.Get());
+    if (!manager && !system && !reactions) {
+        throw CapeFailure(E_NOINTERFACE, Quoted(options.className) + L" gives no packages");
+    }
+    utilities = Optional<ICapeUtilities>(object.Get());
+    if (utilities) CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the package manager");
+}
+
+ManagerSession::~ManagerSession()
+{
+    if (utilities) utilities->Terminate();
+}
+
+std::wstring ManagerSession::Name() const
+{
+    const ComPtr<ICapeIdentification> identification = Optional<ICapeIdentification>(object.Get());
+    if (!identification) return {};
+    _bstr_t name;
+    CheckCall(identification->get_ComponentName(name.GetAddress()), identification.Get(), L"get_ComponentName");
+    return std::wstring(TextOf(name.GetBSTR()));
+}
+
+std::vector<std::wstring> ManagerSession::Packages() const
+{
+    _variant_t names;
+    if (manager) {
+        CheckCall(manager->GetPropertyPackageList(&names), manager.Get(), L"GetPropertyPackageList");
+    } else if (system) {
+        CheckCall(system->GetPropertyPackages(&names), system.Get(), L"GetPropertyPackages");
+    } else {
+        CheckCall(reactions->GetListOfReactionsPackages(&names), reactions.Get(), L"GetListOfReactionsPackages");
+    }
+    return ReadStrings(names, L"package names");
+}
+
+ComPtr<IDispatch> ManagerSession::GetPackage(const std::wstring& name) const
+{
+    ComPtr<IDispatch> package;
+    _bstr_t text = MakeBstr(name);
+    if (manager) {
+        CheckCall(manager->GetPropertyPackage(text.GetBSTR(), &package), manager.Get(), L"GetPropertyPackage");
+    } else if (system) {
+        CheckCall(system->ResolvePropertyPackage(text.GetBSTR(), &package), system.Get(), L"ResolvePropertyPackage");
+    } else {
+        CheckCall(reactions->ResolveReactionsPackage(text.GetBSTR(), &package), reactions.Get(),
+                  L"ResolveReactionsPackage");
+    }
+    if (!package) throw CapeFailure(ECapeUnknownHR, L"The manager returns no package");
+    return package;
+}
+
+ComPtr<IDispatch> CreateStandAlone(const Options& options)
+{
+    return CreateClass<IDispatch>(options, L"Creating the package");
+}
+
+}  // namespace zelt::sample

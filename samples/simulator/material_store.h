@@ -1,0 +1,71 @@
+// What a material object knows: its values as they were set, bit for bit. What is stored on a mole basis can be read on a
+// mass basis too; nothing else is converted. The interface parts of a material share one. Shares the slate with its
+// simulator. Every function that takes a name or values throws CapeFailure when they do not fit.
+#pragma once
+
+#include <cape-open.h>
+#include <wrl/client.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "samples/simulator/slate.h"
+
+namespace zelt::sample {
+
+// A property and its basis, in lower case.
+struct PropertyKey {
+    std::wstring property;
+    std::wstring basis;
+    auto operator<=>(const PropertyKey&) const = default;
+};
+using PropertyBag = std::map<PropertyKey, std::vector<double>>;
+
+struct PresentPhase {
+    std::wstring label;  // as the slate spells it
+    long status;
+    PropertyBag properties;
+};
+
+struct MaterialState {
+    PropertyBag overall;
+    std::vector<PresentPhase> phases;
+    std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;  // by both labels
+};
+
+// Called when a component reads the state; a test blocks in it. May be empty.
+using ReadHook = std::function<void(const wchar_t* method)>;
+
+// The CAPE-OPEN 1.0 package that calculates for materials, when there is one: they share the link, and whoever made it
+// clears it when the package goes.
+struct PackageLink {
+    Microsoft::WRL::ComPtr<ICapeThermoPropertyPackage> package;
+};
+
+class MaterialStore {
+public:
+    MaterialStore(std::shared_ptr<const Slate> slate, ReadHook hook) : slate(std::move(slate)), hook(std::move(hook)) {}
+
+    const std::shared_ptr<const Slate>& SharedSlate() const { return slate; }
+    void OnRead(const wchar_t* method) const;
+
+    // A label as the slate spells it.
+    const std::wstring& LabelOf(std::wstring_view text) const;
+    // Throws CapeFailure ("bad order of calls") for a phase that is not present.
+    PresentPhase& PhaseOf(std::wstring_view label);
+    std::pair<std::wstring, std::wstring> LabelPair(const VARIANT& labels) const;
+    std::vector<double> Find(const PropertyBag& bag, std::wstring_view property, std::wstring_view basis) const;
+    void Store(PropertyBag& bag, std::wstring_view property, std::wstring_view basis, const VARIANT& values) const;
+
+    MaterialState state;
+
+private:
+    std::shared_ptr<const Slate> slate;
+    ReadHook hook;
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,21 @@
+// What the simulator does with a component's parameters: shows each with its specification, sets it to another value,
+// validates it, has a wrong value judged, and resets it. Everything is as before at the end. Throws CapeFailure when a
+// call fails that should not, or when a parameter does not do what was asked.
+#pragma once
+
+#include <cape-open.h>
+#include <wrl/client.h>
+
+#include <vector>
+
+#include "samples/simulator/report.h"
+
+namespace zelt::sample {
+
+// `object` is a collection of parameters.
+void WalkParameters(IDispatch* object, Report& report);
+
+// The collection's first parameter and its specification, or nothing.
+std::vector<Microsoft::WRL::ComPtr<IDispatch>> FirstParameter(IDispatch* object);
+
+}  // namespace zelt::sample

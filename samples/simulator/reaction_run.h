@@ -1,0 +1,43 @@
+// A reaction package in use, and what the simulator does with it, step by step, in one fixed order. Each step prints its
+// results and throws CapeFailure when a call fails that should not.
+#pragma once
+
+#include "samples/simulator/component_session.h"
+#include "samples/simulator/material.h"
+
+namespace zelt::sample {
+
+class ReactionSession final : public ComponentSession {
+public:
+    // Reads the reactions: their compounds and phases are the flowsheet's.
+    ReactionSession(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
+    ~ReactionSession();
+
+    // Makes a material and a reaction object and hands them over; both are kept until Close.
+    void SetObjects(ReadHook hook);
+    void Close(bool hold);
+
+    struct Reaction {
+        std::wstring id;
+        std::wstring phase;
+        eCapeReactionType type;
+    };
+
+    Microsoft::WRL::ComPtr<ICapeReactionChemistry> chemistry;
+    Microsoft::WRL::ComPtr<ICapeReactionsRoutine> routine;
+    Microsoft::WRL::ComPtr<ICapeThermoMaterialContext> materialContext;
+    std::vector<Reaction> reactions;
+    Microsoft::WRL::ComPtr<ICapeThermoMaterial> material;
+    Microsoft::WRL::ComPtr<IDispatch> materialDispatch;
+    Microsoft::WRL::ComPtr<ICapeReactionProperties> reactionObject;
+};
+
+// Each reaction with its compounds and its parameters.
+void ShowReactions(const ReactionSession& session, Report& report);
+// Rates and equilibrium constants over a range of temperatures; then at the last one with the material handed over in the
+// way of CAPE-OPEN 1.0, which must give the same numbers.
+void ShowReactionProperties(const ReactionSession& session, Report& report);
+// A call that must fail.
+void ShowReactionFailure(const ReactionSession& session, Report& report);
+
+}  // namespace zelt::sample
