@@ -23,19 +23,29 @@ inline void Check(HRESULT code)
     if (FAILED(code)) throw Failure(code);
 }
 
-// Runs `body`, which returns a status code, and lets nothing out: memory exhausted is E_OUTOFMEMORY, a Failure its code,
-// anything else E_UNEXPECTED.
-template <class Body>
-HRESULT NoThrow(Body&& body) noexcept
+// The status code of the exception that is being handled: memory exhausted is E_OUTOFMEMORY, a Failure its code, anything
+// else E_UNEXPECTED.
+inline HRESULT ResultOfException() noexcept
 {
     try {
-        return body();
+        throw;
     } catch (const Failure& failure) {
         return failure.Code();
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     } catch (...) {
         return E_UNEXPECTED;
+    }
+}
+
+// Runs `body`, which returns a status code, and lets nothing out.
+template <class Body>
+HRESULT NoThrow(Body&& body) noexcept
+{
+    try {
+        return body();
+    } catch (...) {
+        return ResultOfException();
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <type_traits>
 
+#include "core/foreign_call.h"
 #include "core/log_document.h"
 
 namespace zelt {
@@ -11,8 +12,8 @@ namespace zelt {
 class ArgWriter {
 public:
     // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is
-    // a text, or appended in place by `type(std::string&)`. Nothing is evaluated when the document is closed; an element
-    // that runs out of memory is left out.
+    // a text, or appended in place by `type(std::string&)`. Nothing is evaluated when the document is closed. Values come
+    // from other people's code: one that cannot be read, or that memory does not suffice for, is logged as such.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {
@@ -25,7 +26,14 @@ public:
                 document.entry += type;
             }
             arg.Raw("\">\r\n");
-            body(arg);
+            const std::size_t start = document.entry.size();
+            if (FAILED(CallForeign([&] {
+                    body(arg);
+                    return S_OK;
+                }))) {
+                document.entry.resize(start);
+                arg.EscapedValue("<unable to format value>");
+            }
             arg.Line(0, "</arg>");
         });
     }

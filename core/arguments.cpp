@@ -1,6 +1,10 @@
 #include "core/arguments.h"
 
+#include <oleauto.h>
 #include <zelt.h>
+
+#include <memory>
+#include <vector>
 
 namespace zelt {
 
@@ -20,12 +24,29 @@ void WrappedIn::Describe(LoggedCall& call) const
 HRESULT WrappedIn::Prepare(LoggedCall& call)
 {
     if (!pointer || !call.Document()) return S_OK;
-    const HRESULT wrapped = Wrap(site, pointer, call.Proxy(), &proxy);
+    ProxyPtr proxy;
+    const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
-    const HRESULT queried = proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
-    proxy->Release();
-    return queried;
+    return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
 }
+
+namespace {
+
+// Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
+// as it is. On failure the object is released and null left.
+HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
+{
+    ProxyPtr proxy;
+    const HRESULT wrapped = Wrap(site, Crossing::Outbound, pointer, call.Proxy(), proxy);
+    if (wrapped != S_FALSE) ReleaseForeign(pointer);
+    if (!proxy) return wrapped;
+    return com::NoThrow([&] {
+        proxyName = proxy->Name();
+        return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer));
+    });
+}
+
+}  // namespace
 
 void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
 {
@@ -38,25 +59,138 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
         *pointer = nullptr;
         return;
     }
-    CapeOpenBase* proxy = nullptr;
-    if (*pointer) {
-        const HRESULT wrapped = Wrap(site, *pointer, call.Proxy(), &proxy);
-        if (wrapped != S_FALSE) ReleaseForeign(*pointer);
-        if (FAILED(wrapped)) {
-            result = wrapped;
-            return;
-        }
+    IUnknown* returned = *pointer;
+    if (log && shown == Shown::AsReturned) WriteArg(*log, name, false, returned);
+    std::string proxyName;
+    const HRESULT replaced = returned ? ReplaceByProxy(call, site, *pointer, proxyName) : S_FALSE;
+    if (FAILED(replaced)) {
+        result = replaced;
+        return;
     }
-    if (proxy) {
-        proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(pointer));
-        proxy->Release();
-    }
-    if (!log) return;
-    if (proxy) {
-        WriteNamedInterfaceArg(*log, name, false, *pointer, proxy->Name());
+    if (!log || shown != Shown::AsProxy) return;
+    if (replaced == S_FALSE) {
+        WriteArg(*log, name, false, returned);
     } else {
-        WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
+        WriteNamedInterfaceArg(*log, name, false, *pointer, proxyName);
     }
+}
+
+namespace {
+
+// The bounds of an array in the order that SafeArrayCreate takes them.
+std::vector<SAFEARRAYBOUND> BoundsOf(SAFEARRAY* array)
+{
+    std::vector<SAFEARRAYBOUND> bounds(SafeArrayGetDim(array));
+    for (UINT dimension = 0; dimension < bounds.size(); ++dimension) {
+        LONG lower = 0;
+        LONG upper = -1;
+        com::Check(SafeArrayGetLBound(array, dimension + 1, &lower));
+        com::Check(SafeArrayGetUBound(array, dimension + 1, &upper));
+        bounds[dimension] = {static_cast<ULONG>(upper - lower + 1), lower};
+    }
+    return bounds;
+}
+
+struct ArrayDestroyer {
+    void operator()(SAFEARRAY* array) const
+    {
+        // The elements' destruction is foreign code.
+        CallForeign([array] { return SafeArrayDestroy(array); });
+    }
+};
+using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
+
+// Locks an array and gives its elements.
+template <class T>
+class LockedElements {
+public:
+    explicit LockedElements(SAFEARRAY* array) : array(array)
+    {
+        com::Check(SafeArrayAccessData(array, reinterpret_cast<void**>(&elements)));
+    }
+    ~LockedElements() { SafeArrayUnaccessData(array); }
+    LockedElements(const LockedElements&) = delete;
+    LockedElements& operator=(const LockedElements&) = delete;
+    T& operator[](std::size_t index) const { return elements[index]; }
+
+private:
+    SAFEARRAY* array;
+    T* elements = nullptr;
+};
+
+// The interface pointer in an element of an array of objects or of VARIANTs; null when there is none.
+IUnknown* PointerIn(IUnknown* element) { return element; }
+IUnknown* PointerIn(const VARIANT& element)
+{
+    return element.vt == VT_DISPATCH || element.vt == VT_UNKNOWN ? element.punkVal : nullptr;
+}
+
+void PutPointer(IUnknown*& element, IDispatch* pointer) { element = pointer; }
+void PutPointer(VARIANT& element, IDispatch* pointer)
+{
+    element.vt = VT_DISPATCH;
+    element.pdispVal = pointer;
+}
+
+// Elements that hold no object are taken over.
+void CopyElement(IUnknown*&, IUnknown*) {}
+void CopyElement(VARIANT& to, const VARIANT& from)
+{
+    com::Check(CallForeign([&] { return VariantCopy(&to, const_cast<VARIANT*>(&from)); }));
+}
+
+// Fills `proxies` with one proxy for each object in `objects`, and with the other elements as they are.
+template <class Element>
+void FillWithProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, SAFEARRAY* proxies, std::size_t count)
+{
+    const LockedElements<Element> from(objects);
+    const LockedElements<Element> to(proxies);
+    for (std::size_t i = 0; i < count; ++i) {
+        IUnknown* object = PointerIn(from[i]);
+        if (!object) {
+            CopyElement(to[i], from[i]);
+            continue;
+        }
+        ProxyPtr proxy;
+        com::Check(Wrap(site, Crossing::Outbound, object, call.Proxy(), proxy));
+        if (!proxy) throw com::Failure(E_UNEXPECTED);
+        IDispatch* pointer = nullptr;
+        com::Check(proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer)));
+        PutPointer(to[i], pointer);
+    }
+}
+
+}  // namespace
+
+void WrappedArrayOut::Finish(LoggedCall& call, HRESULT& result) const
+{
+    if (FAILED(result)) return;
+    if (LogDocument* log = call.Document()) {
+        if (!array) return WarnNullOutput(*log, name);
+        WriteArg(*log, name, false, *array, kObjects);
+    }
+    if (!array || (array->vt & ~VT_TYPEMASK) != VT_ARRAY || !array->parray) return;
+    const VARTYPE element = array->vt & VT_TYPEMASK;
+    if (element != VT_DISPATCH && element != VT_UNKNOWN && element != VT_VARIANT) return;
+
+    const HRESULT rebuilt = com::NoThrow([&] {
+        std::vector<SAFEARRAYBOUND> bounds = BoundsOf(array->parray);
+        OwnedArray proxies(SafeArrayCreate(element, static_cast<UINT>(bounds.size()), bounds.data()));
+        if (!proxies) return E_OUTOFMEMORY;
+        std::size_t count = 1;
+        for (const SAFEARRAYBOUND& bound : bounds) count *= bound.cElements;
+        if (element == VT_VARIANT) {
+            FillWithProxies<VARIANT>(call, site, array->parray, proxies.get(), count);
+        } else {
+            FillWithProxies<IUnknown*>(call, site, array->parray, proxies.get(), count);
+        }
+        const OwnedArray inner(std::exchange(array->parray, proxies.release()));
+        return S_OK;
+    });
+    if (SUCCEEDED(rebuilt)) return;
+    const OwnedArray inner(std::exchange(array->parray, nullptr));
+    array->vt = VT_EMPTY;
+    result = rebuilt;
 }
 
 void InSlot::Describe(LoggedCall& call) const

@@ -2,7 +2,7 @@
 // parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
 // carries none: it adds a check in its place among the logged arguments.
 //
-// Steps, in this order: Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
+// Steps, in this order: Begin (whatever becomes of the call), Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
 // logged call), Value (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
 #pragma once
 
@@ -23,6 +23,7 @@ inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 
 // What descriptors do when they have nothing to do in a step.
 struct NoSteps {
+    void Begin() const {}
     void Describe(LoggedCall&) const {}
     HRESULT Prepare(LoggedCall&) { return S_OK; }
     void Finish(LoggedCall&, HRESULT&) const {}
@@ -92,7 +93,20 @@ inline auto In(const char* name, const VARIANT& value, Shape shape)
 {
     return InArgument<VARIANT, AsShape>(name, value, {shape});
 }
+inline auto InBool(const char* name, const VARIANT_BOOL& value)
+{
+    return InArgument<VARIANT_BOOL, AsVariantBool>(name, value, {});
+}
 inline auto InFlags(const char* name, const int& value) { return InArgument<int, AsFlags>(name, value, {}); }
+
+// An input that is logged as an output, before the call is forwarded: readers of existing logs rely on it.
+struct InShownAsOut : InArgument<VARIANT, AsShape> {
+    InShownAsOut(const char* name, const VARIANT& value, Shape shape) : InArgument(name, value, {shape}) {}
+    void Describe(LoggedCall& call) const
+    {
+        if (LogDocument* log = call.Document()) format.Write(*log, name, false, value);
+    }
+};
 
 void WarnNullOutput(LogDocument& document, const char* name);
 
@@ -136,7 +150,6 @@ struct WrappedIn : NoSteps {
     const char* name;
     IDispatch* pointer;
     WrapSite site;
-    CapeOpenBase* proxy = nullptr;
     ForeignPtr<IDispatch> wrapper;
 
     WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
@@ -146,15 +159,56 @@ struct WrappedIn : NoSteps {
     void Release() { wrapper = ForeignPtr<IDispatch>(); }
 };
 
+// The same behind one more pointer. The callee gets the address of a copy, so that the caller's slot is never written; null
+// at either level goes in as null.
+struct WrappedInSlot : WrappedIn {
+    using Parameter = IDispatch**;
+    bool isNull;
+    mutable IDispatch* copy = nullptr;
+
+    WrappedInSlot(const char* name, IDispatch** slot, WrapSite site)
+        : WrappedIn(name, slot ? *slot : nullptr, site), isNull(!slot)
+    {
+    }
+    IDispatch** Value() const
+    {
+        copy = WrappedIn::Value();
+        return isNull ? nullptr : &copy;
+    }
+};
+
+// How the log shows a returned object that is replaced by a proxy.
+enum class Shown { AsProxy, AsReturned };
+
 // An object that comes back and is replaced by a proxy, logged or not. A failed call leaves null.
 struct WrappedOut : NoSteps {
     using Parameter = IDispatch**;
     const char* name;
     IDispatch** pointer;
     WrapSite site;
+    Shown shown;
 
-    WrappedOut(const char* name, IDispatch** pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
+    WrappedOut(const char* name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
+        : name(name), pointer(pointer), site(site), shown(shown)
+    {
+    }
+    void Begin() const
+    {
+        if (pointer) *pointer = nullptr;
+    }
     IDispatch** Value() const { return pointer; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy an element.
+struct WrappedArrayOut : NoSteps {
+    using Parameter = VARIANT*;
+    const char* name;
+    VARIANT* array;
+    WrapSite site;
+
+    WrappedArrayOut(const char* name, VARIANT* array, WrapSite site) : name(name), array(array), site(site) {}
+    VARIANT* Value() const { return array; }
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 

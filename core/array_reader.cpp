@@ -20,7 +20,7 @@ const char* ElementWord(VARTYPE elementType)
 
 }  // namespace
 
-ArrayReader::ArrayReader(SAFEARRAY* source, VARTYPE elementType) : array(source)
+ArrayReader::ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType)
 {
     VARTYPE actual = VT_EMPTY;
     if (!array || SafeArrayGetDim(array) != 1) {
@@ -29,16 +29,12 @@ ArrayReader::ArrayReader(SAFEARRAY* source, VARTYPE elementType) : array(source)
         message = "failed to get lower bound";
     } else if (FAILED(SafeArrayGetUBound(array, 1, &upperBound))) {
         message = "failed to get upper bound";
-    } else if (FAILED(SafeArrayGetVartype(array, &actual)) || actual != elementType ||
-               FAILED(SafeArrayAccessData(array, &data))) {
+    } else if ((SUCCEEDED(SafeArrayGetVartype(array, &actual)) ? actual : declaredType) != elementType) {
         message = std::string("Expected an array of type ") + ElementWord(elementType);
-        data = nullptr;
+    } else {
+        isOpen = true;
+        data = array->pvData;
     }
-}
-
-ArrayReader::~ArrayReader()
-{
-    if (data) SafeArrayUnaccessData(array);
 }
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// A SAFEARRAY opened for reading as a one-dimensional array of one element type. Locks the array while it lives; copies
-// nothing and owns nothing else.
+// A SAFEARRAY opened for reading as a one-dimensional array of one element type. Copies nothing, owns nothing, and does not
+// lock: a lock that a fault leaves behind would keep the array's owner from freeing it.
 #pragma once
 
 #include <windows.h>
@@ -11,17 +11,13 @@ namespace zelt {
 
 class ArrayReader {
 public:
-    // On failure Message() says what is wrong with the array, and nothing may be read.
-    ArrayReader(SAFEARRAY* array, VARTYPE elementType);
-    ~ArrayReader();
-    ArrayReader(const ArrayReader&) = delete;
-    ArrayReader& operator=(const ArrayReader&) = delete;
+    // On failure Message() says what is wrong with the array, and nothing may be read. `declaredType` is what holds for an
+    // array that does not tell its element type itself.
+    ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType);
 
-    bool IsOpen() const { return data != nullptr; }
+    bool IsOpen() const { return isOpen; }
     const std::string& Message() const { return message; }
 
-    LONG LowerBound() const { return lowerBound; }
-    LONG UpperBound() const { return upperBound; }
     long Count() const { return upperBound - lowerBound + 1; }
 
     // The elements in order; T is the element type's C++ type.
@@ -32,8 +28,8 @@ public:
     }
 
 private:
-    SAFEARRAY* array;
-    void* data = nullptr;
+    bool isOpen = false;
+    const void* data = nullptr;
     LONG lowerBound = 0;
     LONG upperBound = -1;
     std::string message;

@@ -15,22 +15,35 @@ namespace zelt {
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
 CapeOpenBase::CapeOpenBase(const ProxyTraits& traits)
-    : traits(traits), isIn(traits.isIn), servedVersion(traits.servedVersion)
+    : traits(traits), servedVersion(traits.servedVersion)
 {
 }
 
 CapeOpenBase::~CapeOpenBase()
 {
-    if (root) std::erase(root->children, this);
+    LeaveTree();
 }
 
-void CapeOpenBase::AttachThrough(IUnknown* object, CapeOpenBase& through)
+void CapeOpenBase::Wrap(IUnknown* object)
 {
-    Join(through);
-    if (object) {
-        object->AddRef();
-        wrapped = ForeignPtr<IUnknown>(object);
-    }
+    if (object) HoldForeign(object);
+    wrapped = ForeignPtr<IUnknown>(object);
+}
+
+void CapeOpenBase::LeaveTree()
+{
+    if (root) std::erase(root->children, this);
+    root = nullptr;
+}
+
+void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBase& through)
+{
+    root = through.isRoot ? &through : through.root;
+    if (root) root->children.push_back(this);
+    isIn = crossing == Crossing::Outbound ? through.isIn : !through.isIn;
+    servedVersion = through.servedVersion;
+    isReadOnly = traits.inheritsReadOnly && through.isReadOnly;
+    Wrap(object);
     document.Attach(through.document.Get());
     if (Document()) AskName();
 }
@@ -38,18 +51,9 @@ void CapeOpenBase::AttachThrough(IUnknown* object, CapeOpenBase& through)
 void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string rootName)
 {
     isRoot = true;
-    if (object) {
-        object->AddRef();
-        wrapped = ForeignPtr<IUnknown>(object);
-    }
+    Wrap(object);
     document.Attach(log);
     name = std::move(rootName);
-}
-
-void CapeOpenBase::Join(CapeOpenBase& through)
-{
-    root = through.isRoot ? &through : through.root;
-    if (root) root->children.push_back(this);
 }
 
 // The name that the wrapped object gives itself. A plain look-up, not a logged call.
@@ -98,7 +102,8 @@ void CapeOpenBase::DropInterfaces()
 
 void CapeOpenBase::FinalRelease()
 {
-    if (!isRoot) return;
+    // Before the interfaces go: releasing them may take the root with it, whose report is about what is still held.
+    if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();
     if (LogDocument* log = Document()) log->Close();

@@ -1,6 +1,6 @@
 // The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
 // of the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that
-// a derived class declares; the ones that every proxy has are in common_interfaces.h.
+// a derived class declares; the ones that every proxy has are in identification.h and error_interfaces.h.
 //
 // Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
 // its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
@@ -30,7 +30,12 @@ public:
     // The pointer, asked for on first use; a refusal is not remembered. Null when refused.
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
-        if (!pointer) QueryForeign(wrapped, iid, reinterpret_cast<void**>(&pointer));
+        if (!pointer) {
+            // The query may let a call in that fills the cache meanwhile.
+            ForeignPtr<IUnknown> found;
+            QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive()));
+            if (!pointer) pointer = found.Detach();
+        }
         return pointer;
     }
     void Drop() { ReleaseForeign(pointer); }
@@ -43,18 +48,22 @@ private:
 
 // What a proxy class says about itself.
 struct ProxyTraits {
-    const char* typeName;          // the object's kind in the release report
-    bool isIn;                     // direction of its calls: true for the logged component's side
-    ThermoVersion servedVersion;   // generation that objects obtained through it belong to
+    const char* typeName;  // the object's kind in the release report
+    // On a root: the generation that materials made for it belong to. Other proxies take over what they are obtained
+    // through, and hold it as their own, so that nothing points back to an owner that may be gone.
+    ThermoVersion servedVersion = ThermoVersion::Unset;
+    bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
 };
 
 class CapeOpenBase : public com::Object {
 public:
-    // Takes the wrapped object (one reference is added; null: "object not created") and joins the tree of `through`, with
-    // its document, read-only flag left as false. The name is asked of the wrapped object when there is a document.
-    void AttachThrough(IUnknown* wrapped, CapeOpenBase& through);
+    // Takes the wrapped object (one reference is added; null: "object not created"), which crosses `through`, and joins
+    // its tree and document. Calls of an object that `through` returns go the same way as its own, those of one that it is
+    // given the other way. The name is asked of the wrapped object when there is a document.
+    void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
-    // Makes this the root of a tree of its own, under a given name. `document` may be null: nothing is logged.
+    // Makes this the root of a tree of its own, under a given name, on the side of the logged component. `document` may be
+    // null: nothing is logged.
     void AttachAsRoot(IUnknown* wrapped, LogDocument* document, std::string name);
 
     // The document to write to; null when nothing is logged, or no longer.
@@ -94,7 +103,8 @@ protected:
 private:
     friend class InterfaceCache;
 
-    void Join(CapeOpenBase& through);
+    void Wrap(IUnknown* object);
+    void LeaveTree();
     void AskName();
     void DropInterfaces();
     void ReportChildren();
@@ -104,7 +114,7 @@ private:
     ForeignPtr<IUnknown> wrapped;
     DocumentHold document;
     std::string name = "<unknown>";
-    bool isIn;
+    bool isIn = true;
     bool isReadOnly = false;
     ThermoVersion servedVersion;
 

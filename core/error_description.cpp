@@ -4,7 +4,6 @@
 
 #include <cape-open.h>
 #include <comutil.h>
-#include <wrl/client.h>
 
 #include <new>
 
@@ -15,8 +14,6 @@
 
 namespace zelt {
 namespace {
-
-using Microsoft::WRL::ComPtr;
 
 // In the order of the CAPE-OPEN codes, from 0x80040501; the first has no description of its own.
 constexpr const char* kFixedDescriptions[] = {
@@ -92,8 +89,9 @@ ErrorInfoKeeper::ErrorInfoKeeper() { GetErrorInfo(0, &kept); }
 
 ErrorInfoKeeper::~ErrorInfoKeeper()
 {
-    SetErrorInfo(0, kept);
-    if (kept) kept->Release();
+    // The object that it keeps is the package's own.
+    CallForeign([this] { return SetErrorInfo(0, kept); });
+    ReleaseForeign(kept);
 }
 
 }  // namespace zelt

@@ -10,7 +10,7 @@ namespace zelt {
 class LoggedProxy : public CapeOpenBase {
 protected:
     explicit LoggedProxy(const ProxyTraits& traits)
-        : CapeOpenBase(traits), identification(*this), errors(*this), originalObject(*this)
+        : CapeOpenBase(traits), identification(*this), errors(*this), originalObject(*this), supportErrorInfo(*this)
     {
     }
     ~LoggedProxy() override = default;
@@ -22,6 +22,7 @@ private:
     LoggedIdentification identification;
     ErrorInterfaces errors;
     OriginalObject originalObject;
+    SupportErrorInfo supportErrorInfo;
 };
 
 struct LoggedUtilities final : LoggedInterface<ICapeUtilities> {

@@ -7,6 +7,7 @@
 
 #include <utility>
 
+#include "core/calls_in_progress.h"
 #include "core/fault_guard.h"
 
 namespace zelt {
@@ -15,9 +16,11 @@ namespace zelt {
 template <class Call>
 HRESULT CallForeign(Call&& call) noexcept
 {
+    const std::size_t callsBefore = CountCallsInProgress();
     try {
         return Guarded(std::forward<Call>(call));
     } catch (...) {
+        EndCallsBeyond(callsBefore);
         return E_UNEXPECTED;
     }
 }
@@ -33,6 +36,16 @@ void ReleaseForeign(I*& pointer) noexcept
             return S_OK;
         });
     }
+}
+
+// Adds a reference on a foreign object.
+template <class I>
+void HoldForeign(I* pointer) noexcept
+{
+    CallForeign([pointer] {
+        pointer->AddRef();
+        return S_OK;
+    });
 }
 
 // Owns one reference on a foreign object.

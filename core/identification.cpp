@@ -6,15 +6,28 @@
 
 namespace zelt {
 
+namespace {
+
+// The proxy takes over the name that its object has accepted.
+struct Renames : Mark, NoSteps {
+    BSTR name;
+
+    explicit Renames(BSTR name) : name(name) {}
+    void Finish(LoggedCall& call, HRESULT& result) const
+    {
+        if (FAILED(result)) return;
+        com::NoThrow([&] {
+            call.Proxy().Rename(Narrow(TextOf(name)));
+            return S_OK;
+        });
+    }
+};
+
+}  // namespace
+
 STDMETHODIMP LoggedIdentification::put_ComponentName(BSTR name)
 {
-    const HRESULT result = LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write());
-    if (FAILED(result)) return result;
-    com::NoThrow([&] {
-        Proxy().Rename(Narrow(TextOf(name)));
-        return S_OK;
-    });
-    return result;
+    return LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
 }
 
 HRESULT LoggedIdentification::AnswerUninitialized(const char* method, const char* argument, BSTR* text)
@@ -29,12 +42,18 @@ HRESULT LoggedIdentification::AnswerUninitialized(const char* method, const char
     return call.Close(S_OK, nullptr);
 }
 
+STDMETHODIMP SupportErrorInfo::InterfaceSupportsErrorInfo(REFIID iid)
+{
+    const auto support = QueryForeign<ISupportErrorInfo>(static_cast<CapeOpenBase&>(object).Wrapped());
+    return support ? CallForeign([&] { return support->InterfaceSupportsErrorInfo(iid); }) : S_FALSE;
+}
+
 STDMETHODIMP OriginalObject::GetOriginalObject(IUnknown** origObject)
 {
     if (!origObject) return E_POINTER;
     *origObject = static_cast<CapeOpenBase&>(object).Wrapped();
     if (!*origObject) return E_UNEXPECTED;
-    (*origObject)->AddRef();
+    HoldForeign(*origObject);
     return S_OK;
 }
 

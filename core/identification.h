@@ -1,4 +1,5 @@
-// The interfaces that every proxy has besides the error interfaces: identification, and the way back to the wrapped object.
+// The interfaces that every proxy has besides the error interfaces: identification, the way back to the wrapped object, and
+// whether error information can be had.
 #pragma once
 
 #include <zelt.h>
@@ -36,6 +37,12 @@ private:
 struct OriginalObject final : com::DualPart<IOriginalObject> {
     explicit OriginalObject(CapeOpenBase& proxy) : DualPart(proxy) {}
     STDMETHOD(GetOriginalObject)(IUnknown** origObject) override;
+};
+
+// Not logged: whether the wrapped object sets error information for an interface, which callers ask before they read it.
+struct SupportErrorInfo final : com::Part<ISupportErrorInfo> {
+    explicit SupportErrorInfo(CapeOpenBase& proxy) : Part(proxy) {}
+    STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override;
 };
 
 }  // namespace zelt

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "com/failure.h"
 #include "core/error_description.h"
 #include "core/log_options.h"
 #include "core/log_text.h"
@@ -37,6 +38,7 @@ LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view ob
                          const LogOptions& logOptions)
     : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
 {
+    entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
     Write([&] { entry = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"; });
     WriteInfo("ZELT Logging started at " + StartTime());
     WriteInfo("Creating " + objectName);
@@ -103,20 +105,30 @@ void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
         Indent(-1);
         entry += "</func>\r\n";
     });
-    --depth;
+    if (depth > 0) --depth;
+}
+
+void LogDocument::EndOpenFuncs(std::int32_t depthLeft)
+{
+    while (depth > depthLeft) EndFunc(S_OK, nullptr);
 }
 
 void LogDocument::Close()
 {
     if (!file.IsOpen()) return;
+    // A survivor's call may be in progress: its element is closed here, what it still writes is ignored.
+    EndOpenFuncs(0);
     Write([&] { entry = "</zeltlogdocument>\r\n"; });
     file.Close();
     if (!options.promptOpenLog) return;
 
-    const std::wstring path = logPath;
-    const int answer = ShowMessage(L"Open log file \"" + path + L"\"?", L"Object terminated:",
-                                   MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
-    if (answer == IDYES && logViewer) logViewer(path);
+    com::NoThrow([&] {
+        const std::wstring path = logPath;
+        const int answer = ShowMessage(L"Open log file \"" + path + L"\"?", L"Object terminated:",
+                                       MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
+        if (answer == IDYES && logViewer) logViewer(path);
+        return S_OK;
+    });
 }
 
 }  // namespace zelt

@@ -47,6 +47,10 @@ public:
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName);
     void EndFunc(HRESULT result, IUnknown* errorSource);
 
+    // How many func elements are open; and the closing of those beyond `depthLeft`, whose calls have ended without it.
+    std::int32_t Depth() const { return depth; }
+    void EndOpenFuncs(std::int32_t depthLeft);
+
     // Writes the footer, closes the file and, if the user wants it, offers to open the log. Once.
     void Close();
 
@@ -70,6 +74,8 @@ private:
     void Write(Append&& append) noexcept
     {
         if (!file.IsOpen()) return;
+        // An entry that was being put together when its frame was swept away must not become part of this one.
+        entry.clear();
         try {
             append();
             Commit();

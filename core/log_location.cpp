@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "core/known_folder.h"
 #include "core/message.h"
 
 namespace zelt {
@@ -18,18 +19,9 @@ SYSTEMTIME LocalTime()
     return now;
 }
 
-struct TaskMemory {
-    void operator()(void* memory) const { CoTaskMemFree(memory); }
-};
-
 bool DesktopFolder(std::wstring& folder)
 {
-    wchar_t* raw = nullptr;
-    const HRESULT found = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_DEFAULT, nullptr, &raw);
-    const std::unique_ptr<wchar_t, TaskMemory> path(raw);  // To be freed whether the call succeeded or not.
-    if (FAILED(found) || !path) return false;
-    folder = path.get();
-    return true;
+    return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder));
 }
 
 // The simulator's window would otherwise hide a dialog that belongs to another process.

@@ -1,7 +1,7 @@
 // The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what
 // escapes into a status code, closes the element. Arguments are described by arguments.h; logged_interface.h puts the
-// steps in order. Exactly one closing tag is written on every path, even for a call whose frame a fault further in has
-// swept away: a stack overflow may be caught by an outer call, which then ends the inner ones in their place.
+// steps in order. Exactly one closing tag is written on every path; calls_in_progress.h does it for a call whose frame a
+// fault further in has swept away.
 #pragma once
 
 #include "core/cape_open_base.h"
@@ -53,7 +53,7 @@ private:
     LogDocument* document;
     std::optional<ErrorInfoKeeper> errorInfo;
     bool isClosed = false;
-    std::size_t position;  // among the calls in progress
+    std::size_t callsBefore;  // how many calls were in progress before this one
 };
 
 }  // namespace zelt

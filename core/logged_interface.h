@@ -50,6 +50,7 @@ protected:
         static_assert(std::is_same_v<typename ParametersOf<Arguments>::Type, std::tuple<P...>>,
                       "The row's arguments differ from the method's parameters");
 
+        (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
             (descriptors.Describe(call), ...);

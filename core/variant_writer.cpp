@@ -55,9 +55,9 @@ void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
     arg.Line(level, "</argval>");
 }
 
-void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, int level)
+void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType, int level)
 {
-    const ArrayReader reader(array, elementType);
+    const ArrayReader reader(array, elementType, declaredType);
     if (!reader.IsOpen()) return arg.Error("Type check error: " + reader.Message(), level);
     switch (elementType) {
         case VT_I2:
@@ -106,7 +106,8 @@ void AppendArray(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int lev
     }
     // An argument that need not be an array, or need not be anything, is read as what it holds.
     const bool expectsArray = expected != kAnyType && (expected & VT_ARRAY);
-    AppendArrayElements(arg, array, (expectsArray ? expected : value.vt) & VT_TYPEMASK, level);
+    const VARTYPE declared = value.vt & VT_TYPEMASK;
+    AppendArrayElements(arg, array, expectsArray ? expected & VT_TYPEMASK : declared, declared, level);
 }
 
 void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int level)

@@ -21,7 +21,10 @@ inline constexpr Shape kStrings{VT_ARRAY | VT_BSTR, false};
 inline constexpr Shape kOptionalStrings{VT_ARRAY | VT_BSTR, true};
 inline constexpr Shape kDoubles{VT_ARRAY | VT_R8, false};
 inline constexpr Shape kOptionalDoubles{VT_ARRAY | VT_R8, true};
+inline constexpr Shape kIntegers{VT_ARRAY | VT_I4, false};
+inline constexpr Shape kBooleans{VT_ARRAY | VT_BOOL, false};
 inline constexpr Shape kVariants{VT_ARRAY | VT_VARIANT, false};
+inline constexpr Shape kObjects{VT_ARRAY | VT_DISPATCH, false};
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected = kAnything);
 

@@ -1,5 +1,7 @@
 #include "core/wrapper_factory.h"
 
+#include "core/cape_open_base.h"
+
 namespace zelt {
 namespace {
 
@@ -9,11 +11,11 @@ WrapTable installed{};
 
 void SetWrapTable(const WrapTable& table) { installed = table; }
 
-HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
+HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
-    *proxy = nullptr;
+    proxy.Reset();
     const Wrapper wrap = installed[static_cast<std::size_t>(site.kind)];
-    return wrap ? wrap(site, incoming, through, proxy) : S_FALSE;
+    return wrap ? wrap(site, crossing, incoming, through, proxy) : S_FALSE;
 }
 
 }  // namespace zelt

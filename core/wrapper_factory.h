@@ -6,6 +6,8 @@
 #include <windows.h>
 #include <oaidl.h>
 
+#include <wrl/client.h>
+
 #include <array>
 
 namespace zelt {
@@ -15,16 +17,30 @@ class CapeOpenBase;
 // The CAPE-OPEN generation whose material interfaces an object is used through.
 enum class ThermoVersion { Unset = -1, CapeOpen10 = 0, CapeOpen11 = 1 };
 
-enum class WrapKind { MaterialObject, MaterialTemplate, SimulationContext, ParameterCollection, Count };
+enum class WrapKind {
+    MaterialObject,
+    MaterialTemplate,
+    SimulationContext,
+    ParameterCollection,
+    Parameter,
+    ParameterSpec,
+    ReactionObject,
+    Count
+};
+
+// Which way a pointer crosses the proxy: handed to the wrapped object, or returned by it.
+enum class Crossing { Inbound, Outbound };
 
 struct WrapSite {
     WrapKind kind;
     ThermoVersion startingVersion = ThermoVersion::Unset;  // of a material object
 };
 
-// Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree. The proxy is returned
-// with one reference, which the caller owns.
-using Wrapper = HRESULT (*)(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+using ProxyPtr = Microsoft::WRL::ComPtr<CapeOpenBase>;
+
+// Makes a proxy for `incoming`, which crosses `through`, on the same document and in the same tree.
+using Wrapper = HRESULT (*)(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+                            ProxyPtr& proxy);
 
 using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>;
 
@@ -32,6 +48,7 @@ using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>
 void SetWrapTable(const WrapTable& table);
 
 // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
-HRESULT Wrap(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy);
+HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+             ProxyPtr& proxy);
 
 }  // namespace zelt

@@ -7,6 +7,8 @@
 
 #define kScriptApplication 101
 #define kScriptPropertyPackageManager 104
+#define kScriptThermoSystem           109
+#define kScriptReactionPackageManager 135
 
 #define kIconApplication 201
 #define kImages 202

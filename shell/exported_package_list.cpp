@@ -1,6 +1,7 @@
 #include "shell/exported_package_list.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <new>
 #include <string>
 #include <utility>
@@ -30,6 +31,17 @@ std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, const std::
     return package->Parse(*stored) ? std::move(package) : nullptr;
 }
 
+// The highest number of a stored entry.
+int HighestNumber(const RegistryKey& key)
+{
+    int highest = 0;
+    for (const std::wstring& name : key.ValueNames()) {
+        int number = 0;
+        if (swscanf(name.c_str(), L"Package%d", &number) == 1) highest = std::max(highest, number);
+    }
+    return highest;
+}
+
 }  // namespace
 
 void ExportedPackageList::Load()
@@ -43,8 +55,9 @@ void ExportedPackageList::ReadEntries()
 {
     RegistryKey key;
     if (!OpenConfigurationKey(root, key)) return;
-    // The count is signed: a negative one means none.
-    const auto count = static_cast<int>(key.ReadDword(kCount).value_or(0));
+    // The count is signed: a negative one means none. A wild one is not counted up to.
+    const auto stored = static_cast<int>(key.ReadDword(kCount).value_or(0));
+    const int count = std::min(stored, HighestNumber(key));
     for (int index = 0; index < count; ++index) {
         try {
             if (auto package = ReadPackage(key, ValueName(static_cast<std::size_t>(index)))) Append(std::move(package));

@@ -3,6 +3,8 @@
 #include <objbase.h>
 #include <olectl.h>
 
+#include <optional>
+
 #include "com/failure.h"
 #include "com/type_info.h"
 #include "core/narrow.h"
@@ -82,19 +84,19 @@ HRESULT UnregisterServer(Scope scope, const std::string& version)
         });
         if (SUCCEEDED(first)) first = result;
     };
-    attempt([&] {
-        Registrar registrar(com::ModulePath(com::ThisModule()), Widen(version));
-        const auto run = [&](int script) {
-            attempt([&] {
-                const ClassesRootOverride root(scope);
-                com::Check(registrar.Run(script, false));
-            });
-        };
-        for (const ServedClass& served : ServedClasses()) run(served.script);
-        for (const ServedClass& served : ServedClasses()) attempt([&] { RemoveKey(scope, ClassPath(served)); });
-        attempt([&] { UnregisterOwnLibrary(scope); });
-        run(kScriptApplication);
-    });
+    std::optional<Registrar> registrar;
+    attempt([&] { registrar.emplace(com::ModulePath(com::ThisModule()), Widen(version)); });
+    const auto run = [&](int script) {
+        if (!registrar) return;
+        attempt([&] {
+            const ClassesRootOverride root(scope);
+            com::Check(registrar->Run(script, false));
+        });
+    };
+    for (const ServedClass& served : ServedClasses()) run(served.script);
+    for (const ServedClass& served : ServedClasses()) attempt([&] { RemoveKey(scope, ClassPath(served)); });
+    attempt([&] { UnregisterOwnLibrary(scope); });
+    run(kScriptApplication);
     if (scope == Scope::User) {
         for (const wchar_t* container : kContainers) attempt([&] { RemoveEmptyKey(scope, container); });
     }

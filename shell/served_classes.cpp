@@ -2,14 +2,17 @@
 
 #include "res/resource.h"
 #include "thermo/property_package_manager.h"
+#include "thermo/reaction_package_manager.h"
+#include "thermo/thermo_system.h"
 
 namespace zelt {
 namespace {
 
 // clang-format off
 const ServedClass kServedClasses[] = {
-    {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager,
-     L"ZELT.PropertyPackageManager"},
+    {{kThermoSystemClass,           CreateThermoSystem},           kScriptThermoSystem,           L"ZELT.ThermoSystem"},
+    {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager, L"ZELT.PropertyPackageManager"},
+    {{kReactionPackageManagerClass, CreateReactionPackageManager}, kScriptReactionPackageManager, L"ZELT.ReactionPackageManager"},
 };
 // clang-format on
 

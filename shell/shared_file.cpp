@@ -12,22 +12,17 @@
 
 #include "com/failure.h"
 #include "com/type_info.h"
+#include "core/known_folder.h"
 
 namespace zelt {
 namespace {
 
-struct TaskMemory {
-    void operator()(void* memory) const { CoTaskMemFree(memory); }
-};
-
 std::filesystem::path SharedFolder(Scope scope)
 {
-    wchar_t* raw = nullptr;
-    const HRESULT found = SHGetKnownFolderPath(
-        scope == Scope::User ? FOLDERID_LocalAppData : FOLDERID_ProgramFilesCommon, KF_FLAG_CREATE, nullptr, &raw);
-    const std::unique_ptr<wchar_t, TaskMemory> path(raw);
-    com::Check(found);
-    return std::filesystem::path(path.get()) / L"CAPE-OPEN";
+    std::wstring folder;
+    com::Check(KnownFolder(scope == Scope::User ? FOLDERID_LocalAppData : FOLDERID_ProgramFilesCommon, KF_FLAG_CREATE,
+                           folder));
+    return std::filesystem::path(folder) / L"CAPE-OPEN";
 }
 
 std::string_view LibraryBytes(int number)

@@ -3,18 +3,12 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include "com/text.h"
 #include "core/hr_name.h"
 #include "core/narrow.h"
 
 namespace zelt {
 namespace {
-
-HRESULT CopyText(const std::wstring& text, BSTR* out)
-{
-    if (!out) return E_POINTER;
-    *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    return *out ? S_OK : E_OUTOFMEMORY;
-}
 
 // The name of an error's class is that of its code, without the two letters that mark a code.
 std::wstring ClassName(HRESULT code)
@@ -57,7 +51,7 @@ HRESULT ErrorState::Raise(HRESULT newCode, std::wstring newDescription, std::wst
 
 STDMETHODIMP ErrorState::RootPart::get_name(BSTR* name)
 {
-    return com::NoThrow([&] { return CopyText(ClassName(state.code), name); });
+    return com::NoThrow([&] { return com::NewText(ClassName(state.code), name); });
 }
 
 STDMETHODIMP ErrorState::UserPart::get_code(long* code)
@@ -67,14 +61,14 @@ STDMETHODIMP ErrorState::UserPart::get_code(long* code)
     return S_OK;
 }
 
-STDMETHODIMP ErrorState::UserPart::get_description(BSTR* description) { return CopyText(state.description, description); }
+STDMETHODIMP ErrorState::UserPart::get_description(BSTR* description) { return com::NewText(state.description, description); }
 
-STDMETHODIMP ErrorState::UserPart::get_scope(BSTR* scope) { return CopyText(state.scope, scope); }
+STDMETHODIMP ErrorState::UserPart::get_scope(BSTR* scope) { return com::NewText(state.scope, scope); }
 
-STDMETHODIMP ErrorState::UserPart::get_interfaceName(BSTR* name) { return CopyText(state.interfaceName, name); }
+STDMETHODIMP ErrorState::UserPart::get_interfaceName(BSTR* name) { return com::NewText(state.interfaceName, name); }
 
-STDMETHODIMP ErrorState::UserPart::get_operation(BSTR* operation) { return CopyText(state.scope, operation); }
+STDMETHODIMP ErrorState::UserPart::get_operation(BSTR* operation) { return com::NewText(state.scope, operation); }
 
-STDMETHODIMP ErrorState::UserPart::get_moreInfo(BSTR* moreInfo) { return CopyText({}, moreInfo); }
+STDMETHODIMP ErrorState::UserPart::get_moreInfo(BSTR* moreInfo) { return com::NewText({}, moreInfo); }
 
 }  // namespace zelt

@@ -3,13 +3,13 @@
 namespace zelt {
 namespace {
 
-constexpr ProxyTraits kTraits = {"Material Object", false, ThermoVersion::Unset};
+constexpr ProxyTraits kTraits = {.typeName = "Material Object"};
 
 }  // namespace
 
 CMaterialObject::CMaterialObject(ThermoVersion startingVersion)
     : LoggedProxy(kTraits), thermoVersion(startingVersion), material(*this), compounds(*this), phases(*this),
-      propertyRoutine(*this), equilibriumRoutine(*this), universalConstant(*this)
+      propertyRoutine(*this), equilibriumRoutine(*this), universalConstant(*this), materialObject10(*this)
 {
 }
 

@@ -7,6 +7,7 @@
 #include "thermo/compounds.h"
 #include "thermo/equilibrium_routine.h"
 #include "thermo/material.h"
+#include "thermo/material_object_10.h"
 #include "thermo/phases.h"
 #include "thermo/property_routine.h"
 #include "thermo/universal_constant.h"
@@ -31,6 +32,7 @@ private:
     LoggedPropertyRoutine propertyRoutine;
     LoggedEquilibriumRoutine equilibriumRoutine;
     LoggedUniversalConstant universalConstant;
+    LoggedMaterialObject10 materialObject10;
 };
 
 }  // namespace zelt

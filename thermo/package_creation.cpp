@@ -100,14 +100,10 @@ IDispatch* CreateExportedPackage(const ManagerRow& row, ExportedPackage package,
 
     const DocumentHold document(package.loggingEnabled ? OpenLog(options, package.exportedName, row.logDescription)
                                                        : nullptr);
-    CapeOpenBase* proxy = row.newProxy();
-    proxy->AddRef();
+    const ProxyPtr proxy(row.newProxy());
+    proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
     IDispatch* result = nullptr;
-    const HRESULT attached = com::NoThrow([&] {
-        proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
-        return proxy->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&result));
-    });
-    proxy->Release();
+    const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&result));
     if (FAILED(attached)) throw PackageFailure{kOtherFailure, Widen(ErrorText(attached, nullptr))};
     return result;
 }

@@ -3,6 +3,7 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include "com/text.h"
 #include "core/error_description.h"
 #include "core/message.h"
 #include "core/narrow.h"
@@ -11,13 +12,6 @@
 
 namespace zelt {
 namespace {
-
-HRESULT NewText(const wchar_t* text, BSTR* out)
-{
-    if (!out) return E_POINTER;
-    *out = SysAllocString(text);
-    return *out ? S_OK : E_OUTOFMEMORY;
-}
 
 struct ArrayDeleter {
     void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
@@ -49,7 +43,7 @@ HRESULT PackageManager::List(VARIANT* names)
     auto* element = static_cast<BSTR*>(array->pvData);
     for (std::size_t i = 0; i < list.Count(); ++i) {
         if (!Serves(list.At(i))) continue;
-        const HRESULT copied = NewText(list.At(i).exportedName.c_str(), element++);
+        const HRESULT copied = com::NewText(list.At(i).exportedName, element++);
         if (FAILED(copied)) return copied;
     }
     names->vt = VT_ARRAY | VT_BSTR;
@@ -73,6 +67,9 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
                 return S_OK;
             } catch (const PackageFailure& failure) {
                 return OfferRemoval(record, failure.code, failure.description);
+            } catch (...) {
+                const std::string text = ErrorText(com::ResultOfException(), nullptr);
+                return OfferRemoval(record, static_cast<HRESULT>(ECapeUnknownHR), Widen(text));
             }
         }
         const std::wstring requested = name ? std::wstring(TextOf(name)) : L"NULL";
@@ -103,11 +100,11 @@ HRESULT PackageManager::Raise(HRESULT code, const std::wstring& description)
     return error.Raise(code, description, row.scope, row.interfaceName);
 }
 
-STDMETHODIMP PackageManager::IdentificationPart::get_ComponentName(BSTR* name) { return NewText(row.name, name); }
+STDMETHODIMP PackageManager::IdentificationPart::get_ComponentName(BSTR* name) { return com::NewText(row.name, name); }
 
 STDMETHODIMP PackageManager::IdentificationPart::get_ComponentDescription(BSTR* desc)
 {
-    return NewText(row.description, desc);
+    return com::NewText(row.description, desc);
 }
 
 STDMETHODIMP PackageManager::UtilitiesPart::get_parameters(IDispatch** parameters)

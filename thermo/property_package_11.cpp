@@ -3,7 +3,7 @@
 namespace zelt {
 namespace {
 
-constexpr ProxyTraits kTraits = {"Property Package", true, ThermoVersion::CapeOpen11};
+constexpr ProxyTraits kTraits = {.typeName = "Property Package", .servedVersion = ThermoVersion::CapeOpen11};
 
 }  // namespace
 

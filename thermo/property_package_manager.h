@@ -7,7 +7,7 @@ namespace zelt {
 
 extern const CLSID kPropertyPackageManagerClass;
 
-// Makes a manager and answers with its interface `iid`.
+// Makes one and answers with its interface `iid`.
 HRESULT CreatePropertyPackageManager(REFIID iid, void** result);
 
 }  // namespace zelt

@@ -1,42 +1,46 @@
 #include "thermo/wrapping_table.h"
 
 #include "thermo/material_object.h"
+#include "thermo/material_template.h"
+#include "thermo/simulation_context.h"
+#include "unit/parameter.h"
+#include "unit/parameter_collection.h"
+#include "unit/parameter_spec.h"
+#include "unit/reaction_object.h"
 
 namespace zelt {
 namespace {
 
-// Makes a proxy with `make`, attaches it to what crosses `through`, and returns it with one reference.
-template <class Make>
-HRESULT WrapWith(Make&& make, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** result)
+// Attaches a new proxy to what crosses `through`.
+HRESULT Attach(ProxyPtr made, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
-    *result = nullptr;
-    return com::NoThrow([&] {
-        CapeOpenBase* proxy = make();
-        proxy->AddRef();
-        const HRESULT attached = com::NoThrow([&] {
-            proxy->AttachThrough(incoming, through);
-            return S_OK;
-        });
-        if (FAILED(attached)) {
-            proxy->Release();
-            return attached;
-        }
-        *result = proxy;
-        return S_OK;
-    });
+    made->AttachThrough(incoming, crossing, through);
+    proxy = std::move(made);
+    return S_OK;
 }
 
-HRESULT WrapMaterialObject(const WrapSite& site, IDispatch* incoming, CapeOpenBase& through, CapeOpenBase** proxy)
+template <class Proxy>
+HRESULT WrapAs(const WrapSite&, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
-    return WrapWith([&] { return new CMaterialObject(site.startingVersion); }, incoming, through, proxy);
+    return com::NoThrow([&] { return Attach(new Proxy, crossing, incoming, through, proxy); });
+}
+
+HRESULT WrapMaterialObject(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+                           ProxyPtr& proxy)
+{
+    return com::NoThrow(
+        [&] { return Attach(new CMaterialObject(site.startingVersion), crossing, incoming, through, proxy); });
 }
 
 // In the order of WrapKind. A null row: objects of that kind cross as they are.
 constexpr WrapTable kWrappers = {
-    WrapMaterialObject,  // MaterialObject
-    nullptr,             // MaterialTemplate
-    nullptr,             // SimulationContext
-    nullptr,             // ParameterCollection
+    WrapMaterialObject,            // MaterialObject
+    WrapAs<CMaterialTemplate>,     // MaterialTemplate
+    WrapAs<CSimulationContext>,    // SimulationContext
+    WrapAs<CParameterCollection>,  // ParameterCollection
+    WrapAs<CParameter>,            // Parameter
+    WrapAs<CParameterSpec>,        // ParameterSpec
+    WrapAs<CReactionObject>,       // ReactionObject
 };
 
 }  // namespace

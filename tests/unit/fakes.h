@@ -20,6 +20,7 @@ class FakeObject : public com::Object {
 public:
     std::wstring name = L"Fake";
     HRESULT nameResult = S_OK;
+    std::function<void()> duringNaming;
     std::wstring errorDescription;
     std::wstring errorName;
     std::vector<IID> refused;
@@ -50,6 +51,7 @@ private:
         STDMETHOD(put_ComponentName)(BSTR text) override
         {
             if (FAILED(fake.nameResult)) return fake.nameResult;
+            if (fake.duringNaming) fake.duringNaming();
             fake.name = text ? text : L"";
             return S_OK;
         }

@@ -49,5 +49,22 @@ TEST(LogNormaliser, KeepsEverythingElse)
 
 TEST(LogNormaliser, ReplacesAPathByANameThatHoldsIt) { EXPECT_EQ("<a> <a>", NormaliseLog("a a", {{"a", "<a>"}})); }
 
+TEST(LogNormaliser, LeavesOutTheQueriesOfTheSystemAlone)
+{
+    const std::string start = "<func name=\"f\" direc=\"in\" object=\"P\">\r\n", end = "</func>\r\n";
+    const auto query = [](const char* name) {
+        return " <warning value=\"P: QueryInterface for unsupported interface " + std::string(name) + "\"/>\r\n";
+    };
+    for (const char* name : {"IMarshal", "{00000003-0000-0000-C000-000000000046}"})
+        EXPECT_EQ(start + end, WithoutSystemQueries(start + query(name) + end)) << name;
+    for (const char* name : {"ICapeUnit", "ECapeUser", "{678C0990-7D66-11D2-A67D-00105A42887F}"})
+        EXPECT_EQ(start + query(name) + end, WithoutSystemQueries(start + query(name) + end)) << name;
+    const std::string others =
+        " <info value=\"P: QueryInterface for unsupported interface IMarshal\"/>\r\n"
+        " <warning value=\"another\"/>\r\n<warning value=\"cut off";
+    EXPECT_EQ(others, WithoutSystemQueries(others));
+    EXPECT_EQ("", WithoutSystemQueries(""));
+}
+
 }  // namespace
 }  // namespace zelt::test

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <limits>
+#include <sstream>
 
 #include "proxy_fixture.h"
 
@@ -155,6 +156,9 @@ const EscapeRow kEscapes[] = {
     {"foreign code", [] { RaiseException(0xE0000001, 0, 0, nullptr); },
      "Uncaught SEH exception during function call: Unknown SEH exception"},
     {"character string", [] { throw "went wrong"; }, "Uncaught exception during function call: went wrong"},
+    {"null string", [] { throw static_cast<const char*>(nullptr); }, "Uncaught exception during function call: "},
+    {"string that is none", [] { throw reinterpret_cast<const char*>(static_cast<std::uintptr_t>(0x10)); },
+     "Uncaught exception during function call: "},
     {"object", [] { throw 42; }, "Uncaught exception during function call"},
 };
 
@@ -227,6 +231,17 @@ TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
         return found;
     };
     EXPECT_EQ(count("<func "), count("</func>"));
+    // Each element lies inside the one before it, and each line is whole.
+    std::istringstream lines(text);
+    int depth = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const bool closes = line.find("</func>") != std::string::npos;
+        if (closes) --depth;
+        ASSERT_EQ(static_cast<std::size_t>(depth), line.find('<')) << line;
+        ASSERT_EQ('>', line.back()) << line;
+        if (line.find("<func ") != std::string::npos) ++depth;
+    }
+    EXPECT_EQ(0, depth);
     EXPECT_TRUE(text.ends_with("\n</func>\n" + Func("ICapeUtilities::Terminate", ""))) << text.substr(text.size() - 300);
     proxy.Reset();
     EXPECT_TRUE(Written().ends_with("</zeltlogdocument>\n"));
@@ -258,6 +273,27 @@ TEST_F(LoggedCallTest, FailedRenameKeepsTheName)
     EXPECT_EQ(E_FAIL, As<ICapeIdentification>(proxy)->put_ComponentName(name));
     SysFreeString(name);
     EXPECT_EQ("Pack", proxy->Name());
+}
+
+TEST_F(LoggedCallTest, ProxyReleasedWhileItIsRenamed)
+{
+    auto* identification = Part<ICapeIdentification>(*proxy.Get());
+    package->duringNaming = [&] { proxy.Reset(); };
+    BSTR name = SysAllocString(L"New");
+    EXPECT_EQ(S_OK, identification->put_ComponentName(name));
+    SysFreeString(name);
+    EXPECT_EQ(1u, package->ReferenceCount());
+    EXPECT_TRUE(Written().ends_with("</func>\n</zeltlogdocument>\n"));
+}
+
+TEST_F(LoggedCallTest, SupportOfErrorInformationIsTheObjectsOwnAndNotLogged)
+{
+    // The scripted package offers none.
+    ComPtr<ISupportErrorInfo> support;
+    EXPECT_EQ(E_NOINTERFACE, proxy.As(&support));
+    const std::string refused = Written();
+    EXPECT_EQ(S_FALSE, Part<ISupportErrorInfo>(*proxy.Get())->InterfaceSupportsErrorInfo(__uuidof(ICapeUtilities)));
+    EXPECT_EQ(refused, Written());
 }
 
 TEST_F(LoggedCallTest, UncreatedObjectStillHasAName)

@@ -1,5 +1,6 @@
 // Naming, the query filter, wrapping, and what happens when the root of a tree goes.
 #include "proxy_fixture.h"
+#include "scratch_classes.h"
 
 namespace zelt::test {
 namespace {
@@ -36,6 +37,7 @@ private:
 
 TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
 {
+    ScratchClasses classes;
     ComPtr<IUnknown> answer;
     EXPECT_EQ(S_OK, proxy->QueryInterface(__uuidof(ICapeUtilities), &answer));
     EXPECT_EQ(S_OK, proxy->QueryInterface(IID_IUnknown, &answer));
@@ -54,15 +56,30 @@ TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
     EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface "
               "{678C0A9B-7D66-11D2-A67D-00105A42887F}\"/>\n",
               News());
+
+    classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
+    EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeUtilities), &answer));
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning supported interface ICapeUtilities: object does not "
+              "expose it (returning E_NOINTERFACE)\"/>\n",
+              News());
+    classes.RegisterName(L"{678C0A9B-7D66-11D2-A67D-00105A42887F}", L"ICapeThermoMaterial");
+    EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeThermoMaterial), &answer));
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface ICapeThermoMaterial\"/>\n", News());
 }
 
 TEST_F(ProxyTreeTest, QueriesWithoutAWrappedObject)
 {
+    ScratchClasses classes;
     const auto uncreated = MakeProxy(nullptr);
     ComPtr<IUnknown> answer;
     EXPECT_EQ(E_NOINTERFACE, uncreated->QueryInterface(__uuidof(ICapeUtilities), &answer));
     EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning {678C0A9B-0100-11D2-A67D-00105A42887F}: object not "
               "created (returning E_NOINTERFACE)\"/>\n",
+              News());
+    classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
+    EXPECT_EQ(E_NOINTERFACE, uncreated->QueryInterface(__uuidof(ICapeUtilities), &answer));
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning ICapeUtilities: object not created (returning "
+              "E_NOINTERFACE)\"/>\n",
               News());
     EXPECT_EQ(S_OK, uncreated->QueryInterface(IID_IDispatch, &answer));
     EXPECT_EQ(S_OK, uncreated->QueryInterface(__uuidof(IOriginalObject), &answer));
@@ -337,6 +354,16 @@ TEST_F(MaterialObjectTest, NullResultStaysNull)
               News());
 }
 
+TEST_F(MaterialObjectTest, ResultIsNullEvenIfTheCallNeverArrives)
+{
+    IDispatch* created = reinterpret_cast<IDispatch*>(1);
+    material->Refuse(__uuidof(ICapeThermoMaterial));
+    ComPtr<CMaterialObject> refused(new CMaterialObject(ThermoVersion::CapeOpen11));
+    refused->AttachThrough(static_cast<com::Object*>(material.Get()), Crossing::Inbound, *proxy.Get());
+    EXPECT_EQ(E_NOINTERFACE, Part<ICapeThermoMaterial>(*refused.Get())->CreateMaterial(&created));
+    EXPECT_EQ(nullptr, created);
+}
+
 TEST_F(MaterialObjectTest, FailedCreationLeavesNull)
 {
     material->created = reinterpret_cast<IDispatch*>(1);  // not to be trusted
@@ -429,7 +456,7 @@ class VersionTest : public ProxyTreeTest {};
 TEST_F(VersionTest, WrongVersionIsLoggedAndForwarded)
 {
     ComPtr<CMaterialObject> old(new CMaterialObject(ThermoVersion::CapeOpen10));
-    old->AttachThrough(static_cast<com::Object*>(material.Get()), *proxy.Get());
+    old->AttachThrough(static_cast<com::Object*>(material.Get()), Crossing::Inbound, *proxy.Get());
     long phases = 0;
     EXPECT_EQ(S_OK, As<ICapeThermoPhases>(old)->GetNumPhases(&phases));
     EXPECT_EQ(2, phases);

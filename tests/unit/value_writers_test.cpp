@@ -6,6 +6,7 @@
 
 #include "core/enumeration_writers.h"
 #include "core/log_text.h"
+#include "core/variant_writer.h"
 #include "log_fixture.h"
 
 namespace zelt::test {
@@ -134,6 +135,17 @@ TEST_F(ValueWritersTest, InterfacePointers)
                               ")\"/>\n<warning value=\"One or more non-printable characters suppressed in above object"
                               " name (these cannot be stored in XML)\"/>\n"),
               Written());
+}
+
+TEST_F(ValueWritersTest, ValuesThatCannotBeReadAreSaid)
+{
+    WriteArg(*document, "x", true, reinterpret_cast<BSTR>(static_cast<std::uintptr_t>(0x10)));
+    VARIANT array;
+    array.vt = VT_ARRAY | VT_BSTR;
+    array.parray = reinterpret_cast<SAFEARRAY*>(static_cast<std::uintptr_t>(0x10));
+    WriteArg(*document, "x", true, array);
+    const std::string unreadable = " <argval value=\"&lt;unable to format value&gt;\"/>\n";
+    EXPECT_EQ(Element("string", unreadable) + Element("VT_ARRAY|VT_BSTR", unreadable), Written());
 }
 
 template <class E>

@@ -123,6 +123,34 @@ TEST_F(VariantWriterTest, NullArray)
            " <error value=\"Type check error: unexpected dimension; 1-dimensional array expected\"/>\n");
 }
 
+TEST_F(VariantWriterTest, ReadingLeavesNoLockOnAnArrayWithoutData)
+{
+    SAFEARRAY* array = nullptr;
+    ASSERT_EQ(S_OK, SafeArrayAllocDescriptorEx(VT_R8, 1, &array));
+    array->cbElements = sizeof(double);
+    VARIANT value;
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = array;
+    Expect(value, kDoubles, "VT_ARRAY|VT_R8", Bounds(0, -1));
+    EXPECT_EQ(0u, array->cLocks);
+    EXPECT_EQ(S_OK, SafeArrayDestroy(array));
+}
+
+TEST_F(VariantWriterTest, ArrayThatDoesNotTellItsElementTypeIsReadAsDeclared)
+{
+    SAFEARRAY* array = nullptr;
+    ASSERT_EQ(S_OK, SafeArrayAllocDescriptor(1, &array));
+    array->cbElements = sizeof(double);
+    array->rgsabound[0] = {1, 0};
+    ASSERT_EQ(S_OK, SafeArrayAllocData(array));
+    *static_cast<double*>(array->pvData) = 2.5;
+    VARIANT value;
+    value.vt = VT_ARRAY | VT_R8;
+    value.parray = array;
+    Expect(value, kDoubles, "VT_ARRAY|VT_R8", Bounds(0, 0) + " <argval value=\"2.5\"/>\n");
+    EXPECT_EQ(S_OK, SafeArrayDestroy(array));
+}
+
 TEST_F(VariantWriterTest, ArrayByReferenceIsRead)
 {
     _variant_t owner = Doubles({4});

@@ -1,8 +1,9 @@
 #include "tests/system/harness/process.h"
 
+#include <tlhelp32.h>
+
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 namespace zelt::test {
 namespace {
@@ -98,6 +99,30 @@ void Process::Kill()
 std::optional<DWORD> RunProcess(const std::wstring& commandLine, const std::string& outputPath, DWORD milliseconds)
 {
     return Process::Start(commandLine, outputPath).Wait(milliseconds);
+}
+
+std::vector<DWORD> ProcessIds(const std::wstring& fileName)
+{
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    if (snapshot == INVALID_HANDLE_VALUE) ThrowLastError("CreateToolhelp32Snapshot");
+    std::vector<DWORD> ids;
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry)) {
+        if (_wcsicmp(entry.szExeFile, fileName.c_str()) == 0) ids.push_back(entry.th32ProcessID);
+    }
+    CloseHandle(snapshot);
+    return ids;
+}
+
+bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds)
+{
+    const ULONGLONG end = GetTickCount64() + milliseconds;
+    while (!ProcessIds(fileName).empty()) {
+        if (GetTickCount64() >= end) return false;
+        Sleep(50);
+    }
+    return true;
 }
 
 }  // namespace zelt::test

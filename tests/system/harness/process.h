@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zelt::test {
 
@@ -39,5 +40,11 @@ private:
 
 // Starts, waits at most `milliseconds`, and gives the exit code; a process that takes longer is ended, and nothing given.
 std::optional<DWORD> RunProcess(const std::wstring& commandLine, const std::string& outputPath, DWORD milliseconds);
+
+// The processes whose program has this file name, whoever started them.
+std::vector<DWORD> ProcessIds(const std::wstring& fileName);
+
+// Waits until there is none of them; false when one still runs after the time.
+bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds = 10'000);
 
 }  // namespace zelt::test

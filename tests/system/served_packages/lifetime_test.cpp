@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include "tests/system/served_packages/served_packages.h"
+#include "tests/system/served_packages/simulator.h"
+
+// The server lives as long as somebody holds one of its objects.
+namespace zelt::test {
+namespace {
+
+constexpr DWORD kTimeToEnd = 3'000;
+
+class ServerLifetime : public ServedPackages {
+protected:
+    void SetUp() override
+    {
+        ServedPackages::SetUp();
+        Export({{kSampleManager, 0, L"Aromatics", L"Aromatics", false}});
+    }
+};
+
+TEST_F(ServerLifetime, EndsSoonAfterTheLastRelease)
+{
+    auto package = GetPackage(L"Aromatics");
+    // The manager is gone; the package alone holds the server.
+    EXPECT_FALSE(WaitUntilGone(kServerFile, kTimeToEnd));
+    const DWORD server = ServerId();
+    package.Reset();
+    EXPECT_TRUE(WaitUntilGone(kServerFile, kTimeToEnd));
+
+    package = GetPackage(L"Aromatics");
+    EXPECT_NE(server, ServerId());
+}
+
+// Each activation comes a little later after the release before it: before the server knows that it is to end, while it
+// revokes its classes, in its pause, and when it is gone.
+TEST_F(ServerLifetime, LosesNoActivation)
+{
+    constexpr int kRounds = 20;
+    constexpr DWORD kStep = 75;
+    for (int round = 0; round < kRounds; ++round) {
+        SCOPED_TRACE(round);
+        auto package = GetPackage(L"Aromatics");
+        ASSERT_TRUE(package);
+        Microsoft::WRL::ComPtr<ICapeThermoCompounds> compounds;
+        ASSERT_EQ(S_OK, package.As(&compounds));
+        long count = 0;
+        ASSERT_EQ(S_OK, compounds->GetNumCompounds(&count));
+        ASSERT_EQ(3, count);
+        compounds.Reset();
+        package.Reset();
+        Sleep(static_cast<DWORD>(round) * kStep);
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test

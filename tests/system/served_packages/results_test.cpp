@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/text_file.h"
+#include "tests/system/served_packages/served_packages.h"
+#include "tests/system/served_packages/simulator.h"
+
+// What a simulator gets through the server is what the package gives it in process, and the log tells all of it.
+namespace zelt::test {
+namespace {
+
+class Simulations : public ServedPackages, public testing::WithParamInterface<Width> {
+protected:
+    void SetUp() override
+    {
+        ServedPackages::SetUp();
+        if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
+    }
+
+    // The package is a 32-bit library, so the process that loads it is one, too.
+    static std::string InProcess(const std::wstring& package, const std::wstring& manager)
+    {
+        const SimulatorResult run = RunSimulator(SimulatorCommand(Width::Bits32, package, L"--in-process", manager));
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        EXPECT_NE(std::string::npos, run.output.find("\nbits "));
+        return Results(run.output);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(ThroughZelt, Simulations, testing::ValuesIn(kWidths),
+                         [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
+
+TEST_P(Simulations, GiveTheResultsOfThePackageInProcessAndTheGoldenLog)
+{
+    Export({{kSampleManager, 0, L"Alcohols", L"Second"}, {kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Aromatics"));
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_EQ(InProcess(L"Aromatics", kSampleManager), Results(run.output));
+    EXPECT_EQ(0u, run.output.find("Manager: ZELT Property Package Manager (CAPE-OPEN 1.1)\n"
+                                  "Packages: Second, Aromatics\n"))
+        << run.output;
+    EXPECT_EQ("", MatchGolden("sample_simulator_11.zlg", Comparable(OnlyLog())));
+}
+
+TEST_P(Simulations, GiveTheSameWithoutALog)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics", false}});
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Aromatics"));
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_EQ(InProcess(L"Aromatics", kSampleManager), Results(run.output));
+    EXPECT_TRUE(Logs().empty());
+}
+
+TEST_P(Simulations, UseAStandAlonePackageUnderItsExportedName)
+{
+    Export({{kSamplePackage, 1, L"", L"On its own"}});
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"ON ITS own"));
+    EXPECT_EQ(0u, run.exitCode);
+    std::string expected = InProcess(L"Aromatics", kSampleManager);
+    const std::string name = "Property package: Aromatics\n";
+    ASSERT_NE(std::string::npos, expected.find(name)) << expected;
+    expected.replace(expected.find(name), name.size(), "Property package: On its own\n");
+    EXPECT_EQ(expected, Results(run.output));
+    const std::string log = OnlyLog();
+    EXPECT_NE(std::string::npos, log.find("<info value=\"Creating On its own\"/>\r\n"
+                                          "<info value=\"Object type: CAPE-OPEN version 1.1 Physical Property "
+                                          "Package\"/>\r\n"));
+}
+
+// The package lets go of a material when it is terminated, so nothing is left over to be reported.
+TEST_P(Simulations, MayLeaveTheMaterialSet)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Aromatics", L"--hold"));
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    std::string expected = ReadWholeFile(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg");
+    const std::string unset =
+        "<func name=\"ICapeThermoMaterialContext::UnsetMaterial\" direc=\"in\" "
+        "object=\"Aromatics\">\r\n</func>\r\n";
+    ASSERT_NE(std::string::npos, expected.find(unset));
+    expected.erase(expected.find(unset), unset.size());
+    EXPECT_EQ("", FirstDifference(expected, Comparable(OnlyLog())));
+}
+
+TEST_P(Simulations, AreToldOfAMaterialThatThePackageKeeps)
+{
+    Export({{kFaultyManager, 0, L"Keeps Material", L"Keeps Material"}});
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Keeps Material"));
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_TRUE(
+        OnlyLog().ends_with("<warning value=\"Object &quot;Feed&quot; (type: Material Object) is not released at "
+                            "final release of &quot;Keeps Material&quot; (reference count 1)\"/>\r\n"
+                            "</zeltlogdocument>\r\n"))
+        << OnlyLog();
+    // The material that is never released is an object of the server's.
+    ServerStays();
+    EXPECT_NE(0u, ServerId());
+}
+
+}  // namespace
+}  // namespace zelt::test

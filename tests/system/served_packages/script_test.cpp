@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include "tests/system/served_packages/served_packages.h"
+#include "tests/system/served_packages/simulator.h"
+
+// Script hosts reach the packages through IDispatch alone.
+namespace zelt::test {
+namespace {
+
+class Scripts : public ServedPackages, public testing::WithParamInterface<Width> {
+protected:
+    // This program is a 32-bit one: its system folder is the 32-bit one, and the other one has a name of its own.
+    static std::filesystem::path ScriptHost()
+    {
+        wchar_t windows[MAX_PATH];
+        GetWindowsDirectoryW(windows, MAX_PATH);
+        return std::filesystem::path(windows) / (GetParam() == Width::Bits32 ? L"system32" : L"sysnative") /
+               L"cscript.exe";
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(ThroughZelt, Scripts, testing::ValuesIn(kWidths),
+                         [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
+
+TEST_P(Scripts, ListAndGetPackagesAndSeeErrors)
+{
+    if (!std::filesystem::exists(ScriptHost())) GTEST_SKIP() << "there is no script host of this width";
+    Export({{kSampleManager, 0, L"Aromatics", L"First"}, {kSampleManager, 0, L"Alcohols", L"Second", false}});
+    const std::filesystem::path script =
+        std::filesystem::path(ZELT_SOURCE_DIR "/tests/system/served_packages/client.vbs").make_preferred();
+    const SimulatorResult run = RunSimulator(L'"' + ScriptHost().wstring() + L"\" //nologo \"" + script.wstring() +
+                                             L"\" Second \"No such package\"");
+    EXPECT_EQ(
+        "list: 8200\n"
+        "name: Second\n"
+        "name: Renamed\n"
+        "error: 80040506\n"
+        "description: Package with name \"No such package\" is not available\n"
+        "source: ICapeThermoPropertyPackageManager::GetPropertyPackage\n"
+        "end of the script\n",
+        run.output);
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,205 @@
+#include "tests/system/served_packages/served_packages.h"
+
+#include <comutil.h>
+#include <shlobj.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "core/registry.h"
+#include "tests/system/harness/log_normaliser.h"
+
+namespace zelt::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Microsoft::WRL::ComPtr;
+
+constexpr wchar_t kSettings[] = L"Software\\ZELT";
+constexpr DWORD kTimeToRegister = 60'000;
+
+std::wstring Quoted(const char* path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
+
+void RunToSuccess(const std::wstring& commandLine)
+{
+    EXPECT_EQ(0u, RunProcess(commandLine, {}, kTimeToRegister).value_or(static_cast<DWORD>(-1)))
+        << testing::PrintToString(commandLine);
+}
+
+// Windows forgets the classes of a server that has died. Wine's service goes on handing them out, until it is stopped.
+void ForgetClassesOfDeadServers()
+{
+    constexpr int kAttempts = 100;
+    const SC_HANDLE services = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
+    const SC_HANDLE service = OpenServiceW(services, L"RpcSs", SERVICE_STOP | SERVICE_QUERY_STATUS);
+    SERVICE_STATUS status = {};
+    ControlService(service, SERVICE_CONTROL_STOP, &status);
+    for (int i = 0; i < kAttempts; ++i) {
+        if (QueryServiceStatus(service, &status) && status.dwCurrentState == SERVICE_STOPPED) break;
+        Sleep(50);
+    }
+    EXPECT_EQ(static_cast<DWORD>(SERVICE_STOPPED), status.dwCurrentState);
+    CloseServiceHandle(service);
+    CloseServiceHandle(services);
+}
+
+std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstring(number); }
+
+}  // namespace
+
+void ServedPackages::SetUpTestSuite()
+{
+    // A test before may have ended early.
+    KillServer();
+    RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /RegServer");
+    // This program is a 32-bit one, and so is the regsvr32 that the system gives it.
+    for (const char* library : {"/samples/SamplePackage.dll", "/samples/FaultyPackage.dll"})
+        RunToSuccess(L"regsvr32.exe /s " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
+}
+
+void ServedPackages::TearDownTestSuite()
+{
+    for (const char* library : {"/samples/FaultyPackage.dll", "/samples/SamplePackage.dll"})
+        RunToSuccess(L"regsvr32.exe /s /u " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
+    RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /UnregServer");
+}
+
+void ServedPackages::SetUp()
+{
+    ASSERT_TRUE(ProcessIds(kServerFile).empty()) << "a server runs already";
+    settings = ReadKeyTree({}, kSettings);
+    DeleteKeyTree({}, kSettings);
+    folderWasThere = fs::exists(LogFolder());
+    oldLogs = FilesIn(LogFolder());
+}
+
+void ServedPackages::TearDown()
+{
+    if (!serverStays) {
+        EXPECT_TRUE(WaitUntilGone(kServerFile)) << "the server has not ended by itself";
+    }
+    if (!ProcessIds(kServerFile).empty()) KillServer();
+    std::error_code ignored;
+    for (const fs::path& log : Logs()) fs::remove(log, ignored);
+    if (!folderWasThere) fs::remove(LogFolder(), ignored);
+    DeleteKeyTree({}, kSettings);
+    if (settings) WriteKeyTree({}, kSettings, *settings);
+}
+
+void ServedPackages::Export(const std::vector<Exported>& packages)
+{
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create({}, kSettings));
+    for (std::size_t i = 0; i < packages.size(); ++i) {
+        const Exported& package = packages[i];
+        std::wstring text;
+        for (const std::wstring& part : {package.classId, std::to_wstring(package.kind), package.sourceName,
+                                         package.exportedName, std::wstring(package.logging ? L"true" : L"false")}) {
+            text += part;
+            text += L'\0';
+        }
+        text += L'\0';
+        key.WriteBytes(PackageValue(i + 1).c_str(), REG_MULTI_SZ, text.data(), text.size() * sizeof(wchar_t));
+    }
+    key.WriteDword(L"NumPackages", static_cast<DWORD>(packages.size()));
+    key.WriteDword(L"AutoLogLocation", 1);
+    key.WriteDword(L"PromptOpenLog", 0);
+}
+
+std::vector<std::wstring> ServedPackages::StoredNames()
+{
+    RegistryKey key;
+    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, kSettings));
+    std::vector<std::wstring> names;
+    for (DWORD i = 1; i <= key.ReadDword(L"NumPackages").value_or(0); ++i) {
+        const auto bytes = key.ReadBytes(PackageValue(i).c_str(), REG_MULTI_SZ).value_or(std::vector<BYTE>());
+        const std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t));
+        std::size_t start = 0;
+        for (int skipped = 0; skipped < 3; ++skipped) start = text.find(L'\0', start) + 1;
+        names.push_back(text.substr(start, text.find(L'\0', start) - start));
+    }
+    return names;
+}
+
+fs::path ServedPackages::LogFolder()
+{
+    wchar_t desktop[MAX_PATH] = L"";
+    EXPECT_EQ(S_OK, SHGetFolderPathW(nullptr, CSIDL_DESKTOPDIRECTORY, nullptr, SHGFP_TYPE_CURRENT, desktop));
+    return fs::path(desktop) / L"ZELT logs";
+}
+
+std::set<fs::path> ServedPackages::FilesIn(const fs::path& folder)
+{
+    std::error_code missing;
+    std::set<fs::path> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, missing)) files.insert(entry.path());
+    return files;
+}
+
+std::vector<fs::path> ServedPackages::Logs() const
+{
+    std::vector<fs::path> logs;
+    for (const fs::path& file : FilesIn(LogFolder())) {
+        if (!oldLogs.contains(file)) logs.push_back(file);
+    }
+    return logs;
+}
+
+std::string ServedPackages::OnlyLog() const
+{
+    const std::vector<fs::path> logs = Logs();
+    EXPECT_EQ(1u, logs.size());
+    return logs.size() == 1 ? ReadLog(logs.front()) : std::string();
+}
+
+std::string ServedPackages::ReadLog(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+DWORD ServedPackages::ServerId()
+{
+    const std::vector<DWORD> ids = ProcessIds(kServerFile);
+    EXPECT_EQ(1u, ids.size()) << "server processes";
+    return ids.size() == 1 ? ids.front() : 0;
+}
+
+void ServedPackages::KillServer()
+{
+    for (const DWORD id : ProcessIds(kServerFile)) {
+        if (std::optional<Process> server = Process::Open(id)) server->Kill();
+    }
+    ServerHasDied();
+}
+
+void ServedPackages::ServerHasDied()
+{
+    if (UnderWine()) ForgetClassesOfDeadServers();
+}
+
+ComPtr<ICapeThermoPropertyPackageManager> ServedPackages::CreateManager()
+{
+    CLSID classId;
+    EXPECT_EQ(S_OK, CLSIDFromProgID(kManagerProgId, &classId));
+    ComPtr<ICapeThermoPropertyPackageManager> manager;
+    EXPECT_EQ(S_OK, CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager)));
+    return manager;
+}
+
+ComPtr<IDispatch> ServedPackages::GetPackage(const std::wstring& name)
+{
+    ComPtr<IDispatch> package;
+    const auto manager = CreateManager();
+    if (!manager) return package;
+    _bstr_t text(name.c_str());
+    EXPECT_EQ(S_OK, manager->GetPropertyPackage(text.GetBSTR(), &package)) << testing::PrintToString(name);
+    return package;
+}
+
+bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+std::string Comparable(const std::string& log) { return NormaliseLog(WithoutSystemQueries(log)); }
+
+}  // namespace zelt::test

@@ -1,0 +1,86 @@
+// The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
+// for as long as the test program runs, the user's settings and logs are put back after each test, and no server is left
+// running. It owns nothing of the clients that a test starts.
+#pragma once
+
+#include <cape-open.h>
+#include <gtest/gtest.h>
+#include <wrl/client.h>
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "shell/key_tree.h"
+#include "tests/system/harness/process.h"
+
+namespace zelt::test {
+
+inline constexpr wchar_t kManagerProgId[] = L"ZELT.PropertyPackageManager";
+inline constexpr wchar_t kServerFile[] = L"ZELT.EXE";
+
+inline constexpr wchar_t kSampleManager[] = L"{B55C9180-454E-4B78-A109-B9536A903BF9}";
+inline constexpr wchar_t kSamplePackage[] = L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}";
+inline constexpr wchar_t kFaultyManager[] = L"{C59ABBC3-B793-4E15-880F-23C6545EFFA4}";
+inline constexpr wchar_t kFaultyInitialize[] = L"{39A63A6A-8251-4F4C-900C-2A592EDCA204}";
+inline constexpr wchar_t kFaultyCreate[] = L"{2146EFBD-6469-46C9-9808-1BFF27B729A1}";
+
+// One exported package as the user's registry holds it.
+struct Exported {
+    std::wstring classId;
+    int kind;  // 0: from a manager, 1: stand-alone
+    std::wstring sourceName;
+    std::wstring exportedName;
+    bool logging = true;
+};
+
+class ServedPackages : public testing::Test {
+protected:
+    static void SetUpTestSuite();
+    static void TearDownTestSuite();
+    void SetUp() override;
+    // Also waits until the server has ended by itself, unless the test has said that it stays.
+    void TearDown() override;
+
+    // Writes the list of exported packages. Logs go to their automatic place and nobody is asked about them.
+    static void Export(const std::vector<Exported>& packages);
+    // The stored names of the first NumPackages entries.
+    static std::vector<std::wstring> StoredNames();
+
+    // The logs that were made since the test began, in the order of their names.
+    std::vector<std::filesystem::path> Logs() const;
+    // The text of the one log.
+    std::string OnlyLog() const;
+    static std::string ReadLog(const std::filesystem::path& path);
+
+    // The one server process; 0 and a failed test when there is none or more than one.
+    static DWORD ServerId();
+    static void KillServer();
+    // For a server that has ended in any way but its own.
+    static void ServerHasDied();
+
+    // Something holds the server, and the test accounts for it: it is ended by its id.
+    void ServerStays() { serverStays = true; }
+
+    // This process as a client.
+    static Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> CreateManager();
+    static Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name);
+
+private:
+    static std::filesystem::path LogFolder();
+    static std::set<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
+
+    std::optional<KeyTree> settings;
+    std::set<std::filesystem::path> oldLogs;
+    bool folderWasThere = false;
+    bool serverStays = false;
+};
+
+bool UnderWine();
+
+// The log in the form in which logs of different runs and systems are compared.
+std::string Comparable(const std::string& log);
+
+}  // namespace zelt::test

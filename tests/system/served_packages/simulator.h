@@ -1,0 +1,75 @@
+// The sample simulator of either width as a client process: run to its end, or held in mid-call.
+#pragma once
+
+#include <windows.h>
+
+#include <ostream>
+#include <string>
+
+#include "tests/system/harness/process.h"
+
+namespace zelt::test {
+
+enum class Width { Bits32, Bits64 };
+
+// How the tests' parameters are shown.
+inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Width::Bits32 ? "32 bit" : "64 bit"); }
+
+inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
+
+// The 64-bit one belongs to the other build, which may not be there.
+bool HasSimulator(Width width);
+inline constexpr char kNoSimulator[] = "the 64-bit simulator is not built";
+
+// A command line that uses `package` of the server's manager, or of the class that is named instead.
+std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options = {},
+                              const std::wstring& manager = L"ZELT.PropertyPackageManager");
+
+struct SimulatorResult {
+    DWORD exitCode;
+    std::string output;  // both streams; lines end in LF
+};
+
+SimulatorResult RunSimulator(const std::wstring& commandLine);
+
+// The output without what names the manager and its packages: the part that must not depend on where a package runs.
+std::string Results(const std::string& output);
+
+// A file for a process's output, which is deleted at the end.
+class OutputFile {
+public:
+    OutputFile();
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    const std::string& Path() const { return path; }
+    // With LF at the line ends.
+    std::string Text() const;
+
+private:
+    std::string path;
+};
+
+// A simulator that is waiting inside the package's first read of the material, so that both sides are in mid-call.
+class SimulatorInMidCall {
+public:
+    SimulatorInMidCall(Width width, const std::wstring& package);
+    ~SimulatorInMidCall();
+    SimulatorInMidCall(const SimulatorInMidCall&) = delete;
+    SimulatorInMidCall& operator=(const SimulatorInMidCall&) = delete;
+
+    // False when it did not get there.
+    bool Reached() const { return reached; }
+    void Kill() { process.Kill(); }
+    // Lets it go on, and waits for its end.
+    SimulatorResult Continue();
+
+private:
+    std::wstring event;
+    HANDLE waiting, go;
+    OutputFile output;
+    Process process;
+    bool reached;
+};
+
+}  // namespace zelt::test

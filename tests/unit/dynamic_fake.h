@@ -1,0 +1,78 @@
+// An object that implements every interface that a type library in this module's resources describes: its vtables are
+// made from the type information, and each slot leads to one handler. Arguments are recorded to the bit before the handler
+// runs. IUnknown and IDispatch are real, references are counted. The handler may not let exceptions out or cause faults:
+// the made code cannot be unwound.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+#include <wrl/client.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "interface_shape.h"
+
+namespace zelt::test {
+
+using Microsoft::WRL::ComPtr;
+
+// One call while it runs: where each argument's value stands. A VARIANT that is passed by value is one whatever the
+// machine's way of passing it.
+struct IncomingCall {
+    const InterfaceShape& shape;
+    const MethodShape& method;
+    std::vector<void*> arguments;
+};
+
+// What is left of a call: each argument's own bytes.
+struct RecordedCall {
+    const InterfaceShape* shape;
+    const MethodShape* method;
+    std::vector<std::string> arguments;
+};
+
+class DynamicFake final : public IUnknown {
+public:
+    using Handler = std::function<HRESULT(const IncomingCall&)>;
+
+    static ComPtr<DynamicFake> Make(std::wstring name);
+
+    STDMETHOD(QueryInterface)(REFIID iid, void** result) override;
+    STDMETHOD_(ULONG, AddRef)() override;
+    STDMETHOD_(ULONG, Release)() override;
+
+    // Fills the outputs and gives the result. Without a handler a call for the component's name is answered, any other
+    // one succeeds and leaves its outputs alone.
+    Handler handler;
+    std::wstring name;
+    std::vector<RecordedCall> calls;
+    std::vector<IID> refused;
+
+    void Refuse(const IID& iid) { refused.push_back(iid); }
+    ULONG References() const { return references; }
+    // An interface, with the reference that the pointer owns.
+    ComPtr<IDispatch> Face(const IID& iid);
+
+    static inline long alive = 0;
+
+    DynamicFake(const DynamicFake&) = delete;
+    DynamicFake& operator=(const DynamicFake&) = delete;
+
+private:
+    struct Interface;
+    struct Entrance;
+
+    explicit DynamicFake(std::wstring name) : name(std::move(name)) { ++alive; }
+    ~DynamicFake() { --alive; }
+    HRESULT Take(const InterfaceShape& shape, const MethodShape& method, std::byte* arguments);
+    HRESULT AnswerName(const IncomingCall& call) const;
+
+    ULONG references = 0;
+    std::vector<std::shared_ptr<Interface>> interfaces;
+};
+
+}  // namespace zelt::test

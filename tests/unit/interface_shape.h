@@ -1,0 +1,44 @@
+// The methods of an interface as its type information describes them: slots, and parameters with what a caller and a
+// callee need to know of their binary form. Read from the type libraries in this module's resources; kept for good.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <string>
+#include <vector>
+
+namespace zelt::test {
+
+struct ParameterShape {
+    std::string name;
+    VARTYPE type = VT_EMPTY;     // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
+    bool isReference = false;    // a pointer to the value is passed
+    bool isIn = false;           // as flagged; without any flag it goes in
+    bool isOut = false;
+    bool isResult = false;       // what a late-bound call returns
+
+    // Bytes of the argument itself: of the value, or of the pointer to it.
+    std::size_t Size() const;
+};
+
+struct MethodShape {
+    std::string name;  // as in C++: with "get_" or "put_" for a property
+    unsigned slot = 0;
+    DISPID id = 0;
+    INVOKEKIND kind = INVOKE_FUNC;
+    std::vector<ParameterShape> parameters;
+};
+
+struct InterfaceShape {
+    std::string name;
+    IID iid{};
+    std::vector<MethodShape> methods;  // the interface's own, in the order of their slots, behind those of IDispatch
+};
+
+inline constexpr unsigned kFirstOwnSlot = 7;
+
+// Null for an interface that no library describes. Throws com::Failure for one that is no dual interface on IDispatch.
+const InterfaceShape* ShapeOf(REFIID iid);
+
+}  // namespace zelt::test

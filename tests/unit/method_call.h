@@ -1,0 +1,65 @@
+// One call of a method that is known only from its type information: makes the arguments of a row of the method table,
+// calls through the vtable or through IDispatch, and keeps what came back.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+#include <comutil.h>
+#include <wrl/client.h>
+
+#include <deque>
+#include <string>
+
+#include "interface_shape.h"
+#include "sample_values.h"
+
+namespace zelt::test {
+
+// What an argument points to, or room for a result.
+union Storage {
+    VARIANT variant;
+    BSTR string;
+    double number;
+    long integer;
+    short small;
+    IDispatch* object;
+};
+
+class MethodCall {
+public:
+    // `object` stands for interface pointers that go in. Throws std::runtime_error when row and method disagree.
+    MethodCall(const MethodShape& method, const TableRow& row, Filling filling, IDispatch* object);
+    ~MethodCall();
+    MethodCall(const MethodCall&) = delete;
+    MethodCall& operator=(const MethodCall&) = delete;
+
+    // Passes a null pointer in place of a pointer to an object that goes in.
+    void PassNullSlots();
+
+    HRESULT CallEarly(IUnknown* pointer);
+    // Through the interface's own IDispatch.
+    HRESULT CallLate(IDispatch* pointer);
+
+    std::size_t Count() const { return arguments.size(); }
+    // What stands at a reference now, or what was passed by value.
+    _variant_t Value(std::size_t index) const;
+    // The bytes of the argument as it is passed.
+    std::string Bytes(std::size_t index) const;
+    // The pointer to an object that goes in behind one more pointer.
+    IDispatch* SlotContent(std::size_t index) const { return arguments[index].storage.object; }
+
+private:
+    struct Argument {
+        const ParameterShape* shape;
+        _variant_t value;  // by value
+        Storage storage;   // by reference
+        bool isNullReference = false;
+    };
+    void* Reference(std::size_t index) const;
+    bool OwnsStorage(const Argument& argument) const { return argument.shape->isReference && argument.shape->isOut; }
+
+    const MethodShape& method;
+    std::deque<Argument> arguments;  // stay where they are: calls hold their addresses
+};
+
+}  // namespace zelt::test

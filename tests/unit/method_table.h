@@ -1,0 +1,47 @@
+// tests/data/proxied_methods.txt, read: what the log shows of each proxied method. The file explains its own form.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace zelt::test {
+
+struct TableStep {
+    enum Kind { Argument, Write, ErrorIfEmpty, ErrorIfNull, ErrorAlways, Version };
+    Kind kind = Argument;
+
+    std::string name;             // of the argument, or of the one that is checked
+    std::string text;             // the error, or the version
+    bool isLoggedIn = false;
+    std::string type;             // without what follows the word
+    bool mayBeEmpty = false;
+    std::string proxyClass;       // of a pointer that is replaced
+    std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
+    bool isShownAsReturned = false;
+
+    bool IsArgument() const { return kind == Argument; }
+};
+
+struct TableRow {
+    int line = 0;
+    std::string interfaceName;
+    std::string method;  // empty: the interface has none of its own
+    std::string logged;
+    bool answersUninitialized = false;
+    std::vector<TableStep> steps;
+
+    std::vector<const TableStep*> Arguments() const;
+    std::string Key() const { return interfaceName + "::" + method; }
+};
+
+struct TableClass {
+    std::string name;
+    bool isIn = false;
+    std::vector<TableRow> rows;
+};
+
+// Throws std::runtime_error with the line's number.
+std::vector<TableClass> ReadMethodTable(const std::string& path);
+
+}  // namespace zelt::test

@@ -1,0 +1,13 @@
+// CReactionPackageManager: the CAPE-OPEN 1.0 Reaction Package Manager that the server exports.
+#pragma once
+
+#include <windows.h>
+
+namespace zelt {
+
+extern const CLSID kReactionPackageManagerClass;
+
+// Makes one and answers with its interface `iid`.
+HRESULT CreateReactionPackageManager(REFIID iid, void** result);
+
+}  // namespace zelt

@@ -1,0 +1,13 @@
+// CThermoSystem: the CAPE-OPEN 1.0 Thermo System that the server exports.
+#pragma once
+
+#include <windows.h>
+
+namespace zelt {
+
+extern const CLSID kThermoSystemClass;
+
+// Makes one and answers with its interface `iid`.
+HRESULT CreateThermoSystem(REFIID iid, void** result);
+
+}  // namespace zelt
