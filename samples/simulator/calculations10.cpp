@@ -213,11 +213,6 @@ void Show10Properties(const PackageSession10& session, Report& report)
     ICapeThermoPropertyPackage* properties = session.properties.Get();
     report.Heading("Properties of the phases at the last equilibrium");
     const _variant_t names = MakeStrings({L"enthalpy", L"volume", L"fugacityCoefficient", L"fugacity"});
-    _variant_t valid;
-    CheckCall(properties->ValidityCheck(session.materialDispatch.Get(), names, &valid), properties, L"ValidityCheck");
-    for (const bool inside : ReadBooleans(valid, L"valid")) {
-        if (!inside) throw CapeFailure(ECapeUnknownHR, L"The property package does not hold at the material's state");
-    }
     for (const std::wstring& phase : PhasesOf(material)) {
         report.Text("Phase", phase);
         report.Columns(ColumnsOf(slate, {L"property"}, {L""}));

@@ -124,17 +124,12 @@ void UseReactionPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options
     session.Close(options.hold);
 }
 
-// The kind of package is found out by asking for the interface that only this kind has.
-void UsePackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
+void UsePackage(PackageKind kind, Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
 {
-    if (Optional<ICapeReactionChemistry>(package.Get())) {
-        UseReactionPackage(std::move(package), options, report);
-    } else if (Optional<ICapeThermoCompounds>(package.Get())) {
-        UsePropertyPackage(std::move(package), options, report);
-    } else if (Optional<ICapeThermoPropertyPackage>(package.Get())) {
-        UseOlderPropertyPackage(std::move(package), options, report);
-    } else {
-        throw CapeFailure(E_NOINTERFACE, L"The class is no package");
+    switch (kind) {
+        case PackageKind::kProperty11: UsePropertyPackage(std::move(package), options, report); break;
+        case PackageKind::kProperty10: UseOlderPropertyPackage(std::move(package), options, report); break;
+        case PackageKind::kReaction: UseReactionPackage(std::move(package), options, report); break;
     }
 }
 
@@ -142,13 +137,15 @@ void Run(const Options& options)
 {
     Report report(options.bits);
     if (options.standAlone) {
-        UsePackage(CreateStandAlone(options), options, report);
+        Microsoft::WRL::ComPtr<IDispatch> package = CreateStandAlone(options);
+        const PackageKind kind = KindOf(package.Get());
+        UsePackage(kind, std::move(package), options, report);
         return;
     }
     const ManagerSession manager(options);
     report.Text("Manager", manager.Name());
     report.Text("Packages", Joined(manager.Packages()));
-    if (!options.list) UsePackage(manager.GetPackage(options.packageName), options, report);
+    if (!options.list) UsePackage(manager.Kind(), manager.GetPackage(options.packageName), options, report);
 }
 
 int Fail(const char* text)

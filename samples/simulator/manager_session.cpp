@@ -44,6 +44,12 @@ ManagerSession::~ManagerSession()
     if (utilities) utilities->Terminate();
 }
 
+PackageKind ManagerSession::Kind() const
+{
+    if (manager) return PackageKind::kProperty11;
+    return system ? PackageKind::kProperty10 : PackageKind::kReaction;
+}
+
 std::wstring ManagerSession::Name() const
 {
     const ComPtr<ICapeIdentification> identification = Optional<ICapeIdentification>(object.Get());
@@ -85,6 +91,14 @@ ComPtr<IDispatch> ManagerSession::GetPackage(const std::wstring& name) const
 ComPtr<IDispatch> CreateStandAlone(const Options& options)
 {
     return CreateClass<IDispatch>(options, L"Creating the package");
+}
+
+PackageKind KindOf(IDispatch* package)
+{
+    if (Optional<ICapeThermoCompounds>(package)) return PackageKind::kProperty11;
+    if (Optional<ICapeThermoPropertyPackage>(package)) return PackageKind::kProperty10;
+    if (Optional<ICapeReactionChemistry>(package)) return PackageKind::kReaction;
+    throw CapeFailure(E_NOINTERFACE, L"The class is no package");
 }
 
 }  // namespace zelt::sample

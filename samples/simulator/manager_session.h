@@ -11,6 +11,8 @@
 
 namespace zelt::sample {
 
+enum class PackageKind { kProperty11, kProperty10, kReaction };
+
 // Created and initialised; ends with Terminate. Its kind is found out by asking for the standard's interfaces.
 class ManagerSession {
 public:
@@ -19,6 +21,8 @@ public:
     ManagerSession(const ManagerSession&) = delete;
     ManagerSession& operator=(const ManagerSession&) = delete;
 
+    // Of its packages.
+    PackageKind Kind() const;
     std::wstring Name() const;
     std::vector<std::wstring> Packages() const;
     Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name) const;
@@ -33,5 +37,7 @@ private:
 };
 
 Microsoft::WRL::ComPtr<IDispatch> CreateStandAlone(const Options& options);
+// Found out by asking for the interface that only this kind has.
+PackageKind KindOf(IDispatch* package);
 
 }  // namespace zelt::sample
