@@ -41,4 +41,7 @@ inline constexpr unsigned kFirstOwnSlot = 7;
 // Null for an interface that no library describes. Throws com::Failure for one that is no dual interface on IDispatch.
 const InterfaceShape* ShapeOf(REFIID iid);
 
+// The same by name.
+const InterfaceShape* ShapeNamed(const std::string& name);
+
 }  // namespace zelt::test
