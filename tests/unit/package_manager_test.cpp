@@ -10,14 +10,14 @@
 #include "core/narrow.h"
 #include "proxy_fixture.h"
 #include "shell/exported_package_list.h"
-#include "system/harness/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace zelt::test {
 namespace {
 
 constexpr CLSID kForeignManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x01}};
-constexpr CLSID kStandAlone     = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
-constexpr CLSID kNowhere        = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
+constexpr CLSID kStandAlone = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
+constexpr CLSID kNowhere = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
 
 // What the foreign manager does next, and what it was asked.
 struct Script {
@@ -244,14 +244,14 @@ TEST_F(PackageManagerTest, OfTwoPackagesOfOneNameTheFirstWins)
 
 TEST_F(PackageManagerTest, UnknownNameFailsWithoutAQuestion)
 {
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     Export(PackageKind::PropertyPackage10StandAlone, L"Other", kStandAlone);
     EXPECT_EQ(kNotAvailable, Get(L"Other"));
     EXPECT_EQ(nullptr, package.Get());
     ExpectError(L"Package with name \"Other\" is not available", kNotAvailable, L"ECapeInvalidArgument");
     EXPECT_EQ(kNotAvailable, Get(nullptr));
     ExpectError(L"Package with name \"NULL\" is not available", kNotAvailable, L"ECapeInvalidArgument");
-    EXPECT_TRUE(messages.boxes.empty());
+    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST_F(PackageManagerTest, NullNameMatchesAnEmptyOne)
@@ -273,25 +273,46 @@ TEST_F(PackageManagerTest, EachFailureHasItsText)
 {
     const std::wstring notRegistered = L"REGDB_E_CLASSNOTREG";
     const FailureRow rows[] = {
-        {"no such manager", kFromManager, kNowhere, [] {},
-         L"Failed to create property package manager: " + notRegistered, {}},
-        {"no such package", kAlone, kNowhere, [] {},
-         L"Failed to create stand-alone property package: " + notRegistered, {}},
-        {"no manager at all", kFromManager, kStandAlone, [] {},
-         L"Failed to create property package manager: E_NOINTERFACE", {}},
-        {"manager fails to initialize", kFromManager, kForeignManager,
+        {"no such manager",
+         kFromManager,
+         kNowhere,
+         [] {},
+         L"Failed to create property package manager: " + notRegistered,
+         {}},
+        {"no such package",
+         kAlone,
+         kNowhere,
+         [] {},
+         L"Failed to create stand-alone property package: " + notRegistered,
+         {}},
+        {"no manager at all",
+         kFromManager,
+         kStandAlone,
+         [] {},
+         L"Failed to create property package manager: E_NOINTERFACE",
+         {}},
+        {"manager fails to initialize",
+         kFromManager,
+         kForeignManager,
          [] {
              script.initialize = static_cast<HRESULT>(ECapeLicenceErrorHR);
              script.description = L"licence expired";
          },
-         L"property package manager failed to initialize: licence expired", {"Initialize", "released"}},
-        {"manager refuses", kFromManager, kForeignManager,
+         L"property package manager failed to initialize: licence expired",
+         {"Initialize", "released"}},
+        {"manager refuses",
+         kFromManager,
+         kForeignManager,
          [] {
              script.get = static_cast<HRESULT>(ECapeUnknownHR);
              script.description = L"no data bank";
          },
-         L"no data bank", {"Initialize", "GetPropertyPackage", "Terminate", "released"}},
-        {"null result", kFromManager, kForeignManager, [] { script.answersNull = true; },
+         L"no data bank",
+         {"Initialize", "GetPropertyPackage", "Terminate", "released"}},
+        {"null result",
+         kFromManager,
+         kForeignManager,
+         [] { script.answersNull = true; },
          L"NULL pointer is returned for property package",
          {"Initialize", "GetPropertyPackage", "Terminate", "released"}},
     };
@@ -300,15 +321,15 @@ TEST_F(PackageManagerTest, EachFailureHasItsText)
         script = {};
         row.arrange();
         Export(row.kind, L"Bad", row.classId);
-        MessageRecorder messages(IDNO);
+        RecordedMessages messages(IDNO);
         EXPECT_EQ(kCreationFailed, Get(L"Bad"));
         EXPECT_EQ(nullptr, package.Get());
         ExpectError(row.description, kCreationFailed, L"ECapeFailedInitialisation");
         EXPECT_EQ(row.calls, script.calls);
-        ASSERT_EQ(1u, messages.boxes.size());
-        EXPECT_EQ(row.description + kRemove, messages.boxes[0].text);
-        EXPECT_EQ(L"ZELT:", messages.boxes[0].caption);
-        EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.boxes[0].flags);
+        ASSERT_EQ(1u, messages.All().size());
+        EXPECT_EQ(row.description + kRemove, messages.All()[0].text);
+        EXPECT_EQ(L"ZELT:", messages.All()[0].caption);
+        EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.All()[0].flags);
         EXPECT_EQ(1u, ExportedPackages().Count());  // No keeps it
         ExportedPackages().Remove(0);
     }
@@ -321,7 +342,7 @@ TEST_F(PackageManagerTest, YesRemovesTheRecordAndSavesTheList)
     ExportedPackages().SetRefresh([] { ++refreshed; });
     Export(kAlone, L"Keep", kStandAlone);
     Export(kAlone, L"Bad", kNowhere);
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     ExportedPackages().SetRefresh(nullptr);
     EXPECT_EQ(1, refreshed);
@@ -336,7 +357,7 @@ TEST_F(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
     Export(kAlone, L"First", kStandAlone);
     Export(kAlone, L"Bad", kNowhere);
     Export(kAlone, L"Last", kStandAlone);
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     messages.meanwhile = [] { ExportedPackages().Remove(0); };
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
@@ -373,7 +394,7 @@ void PlaceLogsAt(const std::wstring& path)
 TEST_F(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
 {
     PlaceLogsAt(TemporaryPath());
-    MessageRecorder messages(IDNO);
+    RecordedMessages messages(IDNO);
     TheLogOptions().promptOpenLog = true;
     Export(kFromManager, L"Logged", kForeignManager, true);
     ASSERT_EQ(S_OK, Get(L"Logged"));
@@ -386,38 +407,39 @@ TEST_F(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
     identification.Reset();
     package.Reset();
     const std::string log = WithoutCarriageReturns(ReadWhole(logPath));
-    EXPECT_NE(std::string::npos, log.find("<info value=\"Creating Logged\"/>\n"
-                                          "<info value=\"Object type: CAPE-OPEN version 1.1 Physical Property Package\"/>\n"
-                                          "<func name=\"ICapeIdentification::get_ComponentDescription\" direc=\"in\" "
-                                          "object=\"Logged\">\n"))
+    EXPECT_NE(std::string::npos,
+              log.find("<info value=\"Creating Logged\"/>\n"
+                       "<info value=\"Object type: CAPE-OPEN version 1.1 Physical Property Package\"/>\n"
+                       "<func name=\"ICapeIdentification::get_ComponentDescription\" direc=\"in\" "
+                       "object=\"Logged\">\n"))
         << log;
     EXPECT_TRUE(log.ends_with("</zeltlogdocument>\n")) << log;
-    ASSERT_EQ(1u, messages.boxes.size());
-    EXPECT_EQ(L"Open log file \"" + logPath + L"\"?", messages.boxes[0].text);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Open log file \"" + logPath + L"\"?", messages.All()[0].text);
     DeleteFileW(logPath.c_str());
 }
 
 TEST_F(PackageManagerTest, DecliningThePlaceMeansNoLog)
 {
     PlaceLogsAt(L"");
-    MessageRecorder messages;
+    RecordedMessages messages;
     Export(kAlone, L"Logged", kStandAlone, true);
     EXPECT_EQ(S_OK, Get(L"Logged"));
-    EXPECT_TRUE(messages.boxes.empty());
+    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST_F(PackageManagerTest, LogThatCannotBeOpenedIsSaidAndThePackageComesAllTheSame)
 {
     PlaceLogsAt(L"C:\\no such folder\\log.zlg");
-    MessageRecorder messages;
+    RecordedMessages messages;
     Export(kAlone, L"Logged", kStandAlone, true);
     EXPECT_EQ(S_OK, Get(L"Logged"));
-    ASSERT_EQ(1u, messages.boxes.size());
-    EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " +
-                  Widen(std::strerror(ENOENT)) + L"\r\nLogging will not be enabled",
-              messages.boxes[0].text);
-    EXPECT_EQ(L"Error:", messages.boxes[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.boxes[0].flags);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " + Widen(std::strerror(ENOENT)) +
+                  L"\r\nLogging will not be enabled",
+              messages.All()[0].text);
+    EXPECT_EQ(L"Error:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
 }
 
 TEST_F(PackageManagerTest, SaysWhatItIs)
