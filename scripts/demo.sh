@@ -1,15 +1,20 @@
 # The demonstration: sample packages reach simulators through ZELT, and every call is in the log. Sourced by ./dev.
 
-sampleManager=ZeltSample.PropertyPackageManager
-zeltManager=ZELT.PropertyPackageManager
-samplePackage=Aromatics
+# What is exported and run, one a line: result name, kind in the list of exported packages, the sample's manager, ZELT's
+# manager, package, what it is. A package of each kind that a manager gives.
+demoRuns=(
+    "property11|0|ZeltSample.PropertyPackageManager|ZELT.PropertyPackageManager|Aromatics|CAPE-OPEN 1.1 property package"
+    "property10|2|ZeltSample.ThermoSystem|ZELT.ThermoSystem|Alcohols|CAPE-OPEN 1.0 property package"
+    "reactions|4|ZeltSample.ReactionsPackageManager|ZELT.ReactionPackageManager|Hydrogen|CAPE-OPEN 1.0 reaction package"
+)
 
 Demo()
 {
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
+    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/Sample{Package,Reactions}.dll \
+        build/{i686,x86_64}/samples/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
     demoFolder=$root/build/demo
@@ -18,36 +23,50 @@ Demo()
     UsePrefix demo
 
     Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
-    # The package is a 32-bit library: the 32-bit regsvr32 is the one in syswow64.
-    Step demo-register-package "Registering the sample package" \
-        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/SamplePackage.dll")"
-    Step demo-export "Exporting the package \"$samplePackage\" with logging" ExportPackage
+    # The packages are 32-bit libraries: the 32-bit regsvr32 is the one in syswow64.
+    local library
+    for library in SamplePackage SampleReactions; do
+        Step "demo-register-$library" "Registering $library.dll" \
+            Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
+    done
+    Step demo-export "Exporting ${#demoRuns[@]} packages with logging" ExportPackages
 
-    Step demo-64 "64-bit simulator, through ZELT" Simulate x86_64 through-zelt-64 "$zeltManager" "$samplePackage"
-    Step demo-32 "32-bit simulator, through ZELT" Simulate i686 through-zelt-32 "$zeltManager" "$samplePackage"
-    Step demo-direct "32-bit simulator, package in process" \
-        Simulate i686 in-process "$sampleManager" "$samplePackage" --in-process
-    Step demo-compare "Comparing the results bit for bit" CompareResults
+    local run name kind sample zelt package what
+    for run in "${demoRuns[@]}"; do
+        IFS='|' read -r name kind sample zelt package what <<<"$run"
+        Step "demo-$name-64" "64-bit simulator, $what through ZELT" Simulate x86_64 "$name-64" "$zelt" "$package"
+        Step "demo-$name-32" "32-bit simulator, $what through ZELT" Simulate i686 "$name-32" "$zelt" "$package"
+        Step "demo-$name-direct" "32-bit simulator, $what in process" \
+            Simulate i686 "$name-direct" "$sample" "$package" --in-process
+        Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name"
+    done
 
-    echo
-    Say "Results, calculated by the 32-bit package for the 64-bit simulator"
-    cat "$demoFolder/through-zelt-64.txt"
-    echo
-    Say "All $(wc -l <"$demoFolder/in-process.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
-    ShowLog
+    for run in "${demoRuns[@]}"; do
+        IFS='|' read -r name kind sample zelt package what <<<"$run"
+        echo
+        Say "Results of the $what, calculated by the 32-bit package for the 64-bit simulator"
+        cat "$demoFolder/$name-64.txt"
+        echo
+        Say "All $(wc -l <"$demoFolder/$name-direct.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
+    done
+    ShowLogs
 }
 
 Wine() { timeout 120 wine "$@"; }
 
 # The exported packages are a list in the registry; a log goes to the desktop, and nobody is asked about it.
-ExportPackage()
+ExportPackages()
 {
-    local class key='HKCU\Software\ZELT'
-    Wine reg query "HKCR\\$sampleManager\\CLSID" /ve >"$demoFolder/class.txt"
-    class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sampleManager is not registered."; return 1; }
-    # The class, kind 0 (a package that a 1.1 manager gives), name there, exported name, logging.
-    Wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' /d "$class|0|$samplePackage|$samplePackage|true"
-    Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
+    local class key='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
+    for run in "${demoRuns[@]}"; do
+        IFS='|' read -r name kind sample zelt package what <<<"$run"
+        Wine reg query "HKCR\\$sample\\CLSID" /ve >"$demoFolder/class.txt"
+        class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sample is not registered."; return 1; }
+        number=$((number + 1))
+        # The class, its kind, the package's name there, exported name, logging.
+        Wine reg add "$key" /f /v "Package$number" /t REG_MULTI_SZ /s '|' /d "$class|$kind|$package|$package|true"
+    done
+    Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d "$number"
     Wine reg add "$key" /f /v AutoLogLocation /t REG_DWORD /d 1
     Wine reg add "$key" /f /v PromptOpenLog /t REG_DWORD /d 0
 }
@@ -65,22 +84,31 @@ Simulate()
     return "$status"
 }
 
-# Every number that the simulators got through ZELT must be the one that the package calculates in process.
+# CompareResults <result name>: every number that the simulators got through ZELT must be the one that the package
+# calculates in process.
 CompareResults()
 {
-    grep -q '[0-9A-Fa-f]\{16\}' "$demoFolder/in-process.bits" || { echo "The simulator showed no bits."; return 1; }
-    local run
-    for run in through-zelt-64 through-zelt-32; do
-        diff "$demoFolder/in-process.bits" "$demoFolder/$run.bits" || { echo "The results $run differ."; return 1; }
+    local direct=$demoFolder/$1-direct.bits width
+    grep -q '[0-9A-Fa-f]\{16\}' "$direct" || { echo "The simulator showed no bits."; return 1; }
+    for width in 64 32; do
+        diff "$direct" "$demoFolder/$1-$width.bits" || { echo "The $width-bit results differ."; return 1; }
     done
 }
 
-ShowLog()
+# The logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first whole, of the others the top.
+ShowLogs()
 {
-    local logs
+    local logs log lines top=40
     mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' -printf '%T@ %p\n' | sort -n | cut -d ' ' -f 2-)
-    [ ${#logs[@]} -gt 0 ] || Fail "ZELT wrote no log."
+    [ ${#logs[@]} -eq $((2 * ${#demoRuns[@]})) ] || Fail "ZELT wrote ${#logs[@]} logs, not one for each run through it."
     echo
     Say "Log of the first run (${#logs[@]} in all): ${logs[0]}"
     tr -d '\r' <"${logs[0]}"
+    for log in "${logs[@]:1}"; do
+        lines=$(wc -l <"$log")
+        echo
+        Say "$log ($lines lines)"
+        tr -d '\r' <"$log" | sed -n "1,${top}p"
+        [ "$lines" -le "$top" ] || echo "... and $((lines - top)) lines more"
+    done
 }
