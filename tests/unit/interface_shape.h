@@ -12,11 +12,11 @@ namespace zelt::test {
 
 struct ParameterShape {
     std::string name;
-    VARTYPE type = VT_EMPTY;     // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
-    bool isReference = false;    // a pointer to the value is passed
-    bool isIn = false;           // as flagged; without any flag it goes in
+    VARTYPE type = VT_EMPTY;   // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
+    bool isReference = false;  // a pointer to the value is passed
+    bool isIn = false;         // as flagged; without any flag it goes in
     bool isOut = false;
-    bool isResult = false;       // what a late-bound call returns
+    bool isResult = false;  // what a late-bound call returns
 
     // Bytes of the argument itself: of the value, or of the pointer to it.
     std::size_t Size() const;

@@ -99,9 +99,9 @@ int CallAll(const wchar_t* referencePath, const wchar_t* tablePath)
         ++classes;
         client.CallClass(tableClass, proxy.Get());
     }
-    std::printf("a %d-bit client called %d methods early-bound and %d late-bound, of %d interfaces of %d classes; %d failed\n",
-                static_cast<int>(8 * sizeof(void*)), client.early, client.late, client.interfaces, classes,
-                client.failures);
+    std::printf(
+        "a %d-bit client called %d methods early-bound and %d late-bound, of %d interfaces of %d classes; %d failed\n",
+        static_cast<int>(8 * sizeof(void*)), client.early, client.late, client.interfaces, classes, client.failures);
     return client.failures == 0 && classes > 0 ? 0 : 1;
 }
 

@@ -27,7 +27,8 @@ protected:
         folder = fs::temp_directory_path() / (L"ZELT marshalling " + std::to_wstring(GetCurrentProcessId()));
         fs::create_directories(folder);
         server.emplace(Process::Start(Quoted(MARSHALLING_SERVER) + Arguments(), (folder / "server.txt").string()));
-        for (int attempt = 0; attempt < 200 && !fs::exists(folder / "reference") && server->Running(); ++attempt) Sleep(50);
+        for (int attempt = 0; attempt < 200 && !fs::exists(folder / "reference") && server->Running(); ++attempt)
+            Sleep(50);
         ASSERT_TRUE(fs::exists(folder / "reference")) << ReadWholeFile((folder / "server.txt").string());
     }
     void TearDown() override

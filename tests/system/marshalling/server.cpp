@@ -60,11 +60,8 @@ private:
         const ComPtr<DynamicFake> wrapped = DynamicFake::Make(L"wrapped");
         wrapped->handler = [this, tableClass](const IncomingCall& call) { return Answer(*tableClass, call); };
         ComPtr<CapeOpenBase> proxy = proxyClass.make(ThermoVersion::Unset);
-        if (proxyClass.isRoot) {
-            proxy->AttachAsRoot(wrapped.Get(), NewDocument(), "Pack");
-        } else {
-            proxy->AttachThrough(wrapped.Get(), tableClass->isIn ? Crossing::Outbound : Crossing::Inbound, *owner.Get());
-        }
+        LogDocument* document = proxyClass.origin == Origin::Root ? NewDocument() : nullptr;
+        Attach(proxyClass, *proxy.Get(), wrapped.Get(), document, owner.Get());
         return proxy;
     }
 
@@ -105,9 +102,8 @@ private:
         {
             *item = nullptr;
             if (id.vt != VT_BSTR) return E_INVALIDARG;
-            return com::NoThrow([&] {
-                return owner.Make(Narrow(TextOf(id.bstrVal)))->QueryInterface(IID_PPV_ARGS(item));
-            });
+            return com::NoThrow(
+                [&] { return owner.Make(Narrow(TextOf(id.bstrVal)))->QueryInterface(IID_PPV_ARGS(item)); });
         }
         STDMETHOD(Count)(long* count) override
         {
