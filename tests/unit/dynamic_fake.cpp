@@ -4,6 +4,7 @@
 #include <zelt.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "com/dispatch.h"
@@ -27,8 +28,8 @@ public:
     unsigned char* Next()
     {
         if (left < kPiece) {
-            page = static_cast<unsigned char*>(VirtualAlloc(nullptr, kPage, MEM_COMMIT | MEM_RESERVE,
-                                                            PAGE_EXECUTE_READWRITE));
+            page = static_cast<unsigned char*>(
+                VirtualAlloc(nullptr, kPage, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
             if (!page) throw com::Failure(E_OUTOFMEMORY);
             left = kPage;
         }
@@ -72,20 +73,28 @@ struct Slot {
 
 using Enter = HRESULT(__cdecl*)(const Slot* slot, std::byte* arguments);
 
+template <class T>
+std::uintptr_t Address(T* pointer)
+{
+    return reinterpret_cast<std::uintptr_t>(pointer);
+}
+
 #ifdef __i386__
 // All arguments stand on the stack, and the callee takes them off.
 void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 {
     std::size_t size = sizeof(void*);
     for (const ParameterShape& parameter : slot->method->parameters) size += std::max<std::size_t>(parameter.Size(), 4);
+    // clang-format off
     CodeWriter(code)
-        .Bytes({0x8D, 0x44, 0x24, 0x04})                   // lea eax, [esp+4]
-        .Bytes({0x50})                                     // push eax
-        .Bytes({0x68}).Value(slot)                         // push slot
-        .Bytes({0xB8}).Value(enter)                        // mov eax, enter
-        .Bytes({0xFF, 0xD0})                               // call eax
-        .Bytes({0x83, 0xC4, 0x08})                         // add esp, 8
-        .Bytes({0xC2}).Value(static_cast<short>(size));    // ret size
+        .Bytes({0x8D, 0x44, 0x24, 0x04})                 // lea eax, [esp+4]
+        .Bytes({0x50})                                   // push eax
+        .Bytes({0x68}).Value(Address(slot))              // push slot
+        .Bytes({0xB8}).Value(Address(enter))             // mov eax, enter
+        .Bytes({0xFF, 0xD0})                             // call eax
+        .Bytes({0x83, 0xC4, 0x08})                       // add esp, 8
+        .Bytes({0xC2}).Value(static_cast<short>(size));  // ret size
+    // clang-format on
 }
 #else
 // The first four arguments come in registers and are put into the places that the caller keeps for them, so that all
@@ -107,13 +116,15 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
         const bool isNumber = i > 0 && parameters[i - 1].type == VT_R8 && !parameters[i - 1].isReference;
         writer.Bytes(isNumber ? kSpills[i].number : kSpills[i].integer);
     }
-    writer.Bytes({0x48, 0x8D, 0x54, 0x24, 0x08})  // lea rdx, [rsp+8]
-        .Bytes({0x48, 0xB9}).Value(slot)          // mov rcx, slot
-        .Bytes({0x48, 0xB8}).Value(enter)         // mov rax, enter
-        .Bytes({0x48, 0x83, 0xEC, 0x28})          // sub rsp, 40
-        .Bytes({0xFF, 0xD0})                      // call rax
-        .Bytes({0x48, 0x83, 0xC4, 0x28})          // add rsp, 40
-        .Bytes({0xC3});                           // ret
+    // clang-format off
+    writer.Bytes({0x48, 0x8D, 0x54, 0x24, 0x08})    // lea rdx, [rsp+8]
+        .Bytes({0x48, 0xB9}).Value(Address(slot))   // mov rcx, slot
+        .Bytes({0x48, 0xB8}).Value(Address(enter))  // mov rax, enter
+        .Bytes({0x48, 0x83, 0xEC, 0x28})            // sub rsp, 40
+        .Bytes({0xFF, 0xD0})                        // call rax
+        .Bytes({0x48, 0x83, 0xC4, 0x28})            // add rsp, 40
+        .Bytes({0xC3});                             // ret
+    // clang-format on
 }
 #endif
 
@@ -179,9 +190,9 @@ struct DynamicFake::Entrance {
         std::vector<const void*>& vtable = entry->second;
         if (isNew) {
             vtable = {
-                reinterpret_cast<const void*>(QueryInterface),   reinterpret_cast<const void*>(AddRef),
-                reinterpret_cast<const void*>(Release),          reinterpret_cast<const void*>(GetTypeInfoCount),
-                reinterpret_cast<const void*>(GetTypeInfo),      reinterpret_cast<const void*>(GetIDsOfNames),
+                reinterpret_cast<const void*>(QueryInterface), reinterpret_cast<const void*>(AddRef),
+                reinterpret_cast<const void*>(Release),        reinterpret_cast<const void*>(GetTypeInfoCount),
+                reinterpret_cast<const void*>(GetTypeInfo),    reinterpret_cast<const void*>(GetIDsOfNames),
                 reinterpret_cast<const void*>(Invoke),
             };
             for (const MethodShape& method : shape.methods) {
@@ -195,7 +206,10 @@ struct DynamicFake::Entrance {
     }
 };
 
-ComPtr<DynamicFake> DynamicFake::Make(std::wstring name) { return ComPtr<DynamicFake>(new DynamicFake(std::move(name))); }
+ComPtr<DynamicFake> DynamicFake::Make(std::wstring name)
+{
+    return ComPtr<DynamicFake>(new DynamicFake(std::move(name)));
+}
 
 STDMETHODIMP DynamicFake::QueryInterface(REFIID iid, void** result)
 {

@@ -122,8 +122,10 @@ struct Sample {
 
 // The name of the value 1 of each enumeration.
 constexpr Sample kSecondNames[] = {
-    {"CapeValidationStatus", "CAPE_INVALID"}, {"CapeParamMode", "CAPE_OUTPUT"},
-    {"CapeParamType", "CAPE_INT"},            {"CapeReactionType", "CAPE_KINETIC"},
+    {"CapeValidationStatus", "CAPE_INVALID"},
+    {"CapeParamMode", "CAPE_OUTPUT"},
+    {"CapeParamType", "CAPE_INT"},
+    {"CapeReactionType", "CAPE_KINETIC"},
     {"CapeReactionRateBasis", "CAPE_HETEROGENEOUS"},
 };
 
@@ -145,9 +147,9 @@ std::string ScalarText(const std::string& type, const VARIANT& value)
 }  // namespace
 
 ExpectedCall::ExpectedCall(const std::string& logged, bool isIn, const std::string& object)
-    : text("<func name=\"" + logged + "\" direc=\"" + (isIn ? "in" : "out") + "\" object=\"" + Escaped(object) + "\">\n")
-{
-}
+    : text("<func name=\"" + logged + "\" direc=\"" + (isIn ? "in" : "out") + "\" object=\"" + Escaped(object) +
+           "\">\n")
+{}
 
 void ExpectedCall::Message(const char* element, const std::string& message)
 {
@@ -156,8 +158,8 @@ void ExpectedCall::Message(const char* element, const std::string& message)
 
 void ExpectedCall::Enclose(const TableStep& argument, const std::string& type, const std::string& body)
 {
-    text += " <arg name=\"" + argument.name + "\" direc=\"" + (argument.isLoggedIn ? "in" : "out") + "\" type=\"" + type +
-            "\">\n" + body + " </arg>\n";
+    text += " <arg name=\"" + argument.name + "\" direc=\"" + (argument.isLoggedIn ? "in" : "out") + "\" type=\"" +
+            type + "\">\n" + body + " </arg>\n";
 }
 
 void ExpectedCall::Argument(const TableStep& argument, const VARIANT& value)

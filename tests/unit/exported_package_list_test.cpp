@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/unit/recorded_messages.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ std::unique_ptr<ExportedPackage> Package(const std::wstring& name)
         ExportedPackage{kClass, PackageKind::PropertyPackage11FromManager, L"source of " + name, name, true});
 }
 
-void Store(const ScratchRegistry& scratch, const char* value, const std::wstring& name)
+void Store(const zelt::test::ScratchKey& scratch, const char* value, const std::wstring& name)
 {
     scratch.Settings().WriteNarrow(value, REG_MULTI_SZ, Package(name)->Format());
 }
@@ -37,7 +37,7 @@ using NameList = std::vector<std::wstring>;
 
 TEST(ExportedPackageList, IsReadBackAsSaved)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     ExportedPackageList saved(scratch.Root()), loaded(scratch.Root());
     saved.Append(Package(L"a"));
     saved.Append(Package(L"b"));
@@ -53,7 +53,7 @@ TEST(ExportedPackageList, IsReadBackAsSaved)
 
 TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     scratch.Settings().WriteDword(L"NumPackages", 3);
     Store(scratch, "Package1", L"first");
     Store(scratch, "Package3", L"third");
@@ -73,7 +73,7 @@ TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
 
 TEST(ExportedPackageList, SkipsBadEntries)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteDword(L"NumPackages", 5);
     Store(scratch, "Package1", L"good");
@@ -84,7 +84,7 @@ TEST(ExportedPackageList, SkipsBadEntries)
                                      "0\0s\0e\0true\0\0",
                                      25));
     Store(scratch, "Package5", L"also good");
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     ExportedPackageList list(scratch.Root());
     list.Load();
     EXPECT_EQ((NameList{L"good", L"also good"}), Names(list));
@@ -93,7 +93,7 @@ TEST(ExportedPackageList, SkipsBadEntries)
 
 TEST(ExportedPackageList, ReadsNoFurtherThanItsCount)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     scratch.Settings().WriteDword(L"NumPackages", 1);
     Store(scratch, "Package0", L"not numbered from 1");
     Store(scratch, "Package1", L"one");
@@ -106,7 +106,7 @@ TEST(ExportedPackageList, ReadsNoFurtherThanItsCount)
 TEST(ExportedPackageList, IsEmptyWithoutAGoodCount)
 {
     const auto loadedCount = [](auto&& storeCount) {
-        const ScratchRegistry scratch;
+        const zelt::test::ScratchKey scratch;
         Store(scratch, "Package1", L"one");
         RegistryKey key = scratch.Settings();
         storeCount(key);
@@ -128,7 +128,7 @@ TEST(ExportedPackageList, IsEmptyWithoutAGoodCount)
 TEST(ExportedPackageList, ReadsLongEntries)
 {
     for (const std::size_t length : {100u, 140u, 150u, 199u, 200u, 5000u}) {
-        const ScratchRegistry scratch;
+        const zelt::test::ScratchKey scratch;
         const std::wstring name(length, L'n');
         scratch.Settings().WriteDword(L"NumPackages", 3);
         Store(scratch, "Package1", L"short");
@@ -142,7 +142,7 @@ TEST(ExportedPackageList, ReadsLongEntries)
 
 TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteDword(L"NumPackages", 2);
     Store(scratch, "Package1", std::wstring(300, L'x'));
@@ -160,7 +160,7 @@ TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
 
 TEST(ExportedPackageList, SavesAnEmptyListAsZero)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     ExportedPackageList(scratch.Root()).Save();
     const RegistryKey key = scratch.Settings();
     EXPECT_EQ(0u, key.ReadDword(L"NumPackages"));
@@ -169,11 +169,11 @@ TEST(ExportedPackageList, SavesAnEmptyListAsZero)
 
 TEST(ExportedPackageList, SaysOnceThatTheRegistryCannotBeReached)
 {
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     scratch.MakeInaccessible();
     ExportedPackageList list(scratch.Root());
     list.Append(Package(L"old"));
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     list.Save();
     EXPECT_EQ(1u, messages.All().size());
     EXPECT_EQ(1u, list.Count());
@@ -186,7 +186,7 @@ TEST(ExportedPackageList, RefreshesTheViewAfterEveryLoad)
 {
     static int refreshed;
     refreshed = 0;
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     ExportedPackageList list(scratch.Root());
     list.Load();
     list.SetRefresh([] { ++refreshed; });
@@ -196,14 +196,14 @@ TEST(ExportedPackageList, RefreshesTheViewAfterEveryLoad)
     list.Save();
     EXPECT_EQ(1, refreshed);
     scratch.MakeInaccessible();
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     list.Load();
     EXPECT_EQ(2, refreshed);
 }
 
 TEST(ExportedPackageList, FindsARecordByItsIdentityWhereverItStands)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     ExportedPackageList list(scratch.Root());
     const PackageIdentity a = list.Append(Package(L"a"));
     const PackageIdentity b = list.Append(Package(L"b"));

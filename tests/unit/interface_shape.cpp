@@ -153,4 +153,18 @@ const InterfaceShape* ShapeOf(REFIID iid)
     return known.back().get();
 }
 
+const InterfaceShape* ShapeNamed(const std::string& name)
+{
+    for (int number = 1; number <= com::CountTypeLibraries(); ++number) {
+        ComPtr<ITypeLib> library;
+        com::Check(com::LoadModuleTypeLibrary(number, &library));
+        for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+            ComPtr<ITypeInfo> info;
+            com::Check(library->GetTypeInfo(i, &info));
+            if (NameOf(info.Get(), MEMBERID_NIL) == name) return ShapeOf(AttributesOf(info.Get())->guid);
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace zelt::test

@@ -12,11 +12,11 @@ namespace zelt::test {
 
 struct ParameterShape {
     std::string name;
-    VARTYPE type = VT_EMPTY;     // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
-    bool isReference = false;    // a pointer to the value is passed
-    bool isIn = false;           // as flagged; without any flag it goes in
+    VARTYPE type = VT_EMPTY;   // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
+    bool isReference = false;  // a pointer to the value is passed
+    bool isIn = false;         // as flagged; without any flag it goes in
     bool isOut = false;
-    bool isResult = false;       // what a late-bound call returns
+    bool isResult = false;  // what a late-bound call returns
 
     // Bytes of the argument itself: of the value, or of the pointer to it.
     std::size_t Size() const;
@@ -40,5 +40,8 @@ inline constexpr unsigned kFirstOwnSlot = 7;
 
 // Null for an interface that no library describes. Throws com::Failure for one that is no dual interface on IDispatch.
 const InterfaceShape* ShapeOf(REFIID iid);
+
+// The same by name.
+const InterfaceShape* ShapeNamed(const std::string& name);
 
 }  // namespace zelt::test

@@ -15,8 +15,9 @@ class LogDocumentTest : public LogFixture {};
 TEST_F(LogDocumentTest, BeginsWithTheHeader)
 {
     const std::string text = ReadWhole(path);
-    const std::string start = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"
-                              "<info value=\"ZELT Logging started at ";
+    const std::string start =
+        "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"
+        "<info value=\"ZELT Logging started at ";
     ASSERT_EQ(start, text.substr(0, start.size()));
     wchar_t date[256];
     SYSTEMTIME now;
@@ -45,11 +46,12 @@ TEST_F(LogDocumentTest, DropsWhatXmlCannotHoldAndSaysSoWithoutIndentation)
     document->WriteError("caf\xE9");
     document->EndFunc(S_OK, nullptr);
     const std::string warning = "<warning value=\"One or more non-printable characters suppressed in above ";
-    EXPECT_EQ("<func name=\"I::M\" direc=\"in\" object=\"Root\">\n"
-              " <info value=\"ab\"/>\n" + warning + "info string" + kSuppressed +
-              " <warning value=\"ab\"/>\n" + warning + "warning string" + kSuppressed +
-              " <error value=\"caf\"/>\n" + warning + "error string" + kSuppressed + "</func>\n",
-              Written());
+    EXPECT_EQ(
+        "<func name=\"I::M\" direc=\"in\" object=\"Root\">\n"
+        " <info value=\"ab\"/>\n" +
+            warning + "info string" + kSuppressed + " <warning value=\"ab\"/>\n" + warning + "warning string" +
+            kSuppressed + " <error value=\"caf\"/>\n" + warning + "error string" + kSuppressed + "</func>\n",
+        Written());
 }
 
 TEST_F(LogDocumentTest, KeepsTheDeleteCharacterAndDropsTheRestOutsideAscii)
@@ -81,11 +83,12 @@ TEST_F(LogDocumentTest, NestsAndIndentsCalls)
     document->EndFunc(S_OK, nullptr);
     document->EndFunc(E_FAIL, nullptr);
     document->WriteInfo("after");
-    EXPECT_EQ("<func name=\"I::Outer\" direc=\"in\" object=\"Package\">\n"
-              " <func name=\"I::Inner\" direc=\"out\" object=\"Material\">\n"
-              "  <info value=\"inside\"/>\n"
-              " </func>\n",
-              Written().substr(0, Written().find(" <error")));
+    EXPECT_EQ(
+        "<func name=\"I::Outer\" direc=\"in\" object=\"Package\">\n"
+        " <func name=\"I::Inner\" direc=\"out\" object=\"Material\">\n"
+        "  <info value=\"inside\"/>\n"
+        " </func>\n",
+        Written().substr(0, Written().find(" <error")));
     const std::string text = Written();
     EXPECT_NE(std::string::npos, text.find("\n <error value=\"E_FAIL: "));
     EXPECT_TRUE(text.ends_with("\"/>\n</func>\n<info value=\"after\"/>\n")) << text;
@@ -97,11 +100,12 @@ TEST_F(LogDocumentTest, ReportsCharactersLostFromAnObjectsNameButNotFromAFunctio
     document->EndFunc(S_OK, nullptr);
     document->BeginFunc(true, "I\t::M", "Rauber");
     document->EndFunc(S_OK, nullptr);
-    EXPECT_EQ("<func name=\"I::M\" direc=\"in\" object=\"Ruber\">\n"
-              "<warning value=\"One or more non-printable characters suppressed in above object name"
-              " (these cannot be stored in XML)\"/>\n</func>\n"
-              "<func name=\"I::M\" direc=\"in\" object=\"Rauber\">\n</func>\n",
-              Written());
+    EXPECT_EQ(
+        "<func name=\"I::M\" direc=\"in\" object=\"Ruber\">\n"
+        "<warning value=\"One or more non-printable characters suppressed in above object name"
+        " (these cannot be stored in XML)\"/>\n</func>\n"
+        "<func name=\"I::M\" direc=\"in\" object=\"Rauber\">\n</func>\n",
+        Written());
 }
 
 TEST_F(LogDocumentTest, ClosesWithTheFooterAloneAndIgnoresWhatComesAfter)
@@ -134,14 +138,14 @@ TEST_F(LogDocumentTest, OffersTheLogWhenTheOptionIsOnAtThatMoment)
     static std::wstring opened;
     opened.clear();
     SetLogViewer([](const std::wstring& log) { opened = log; });
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     options.promptOpenLog = true;
     document->Close();
     SetLogViewer(nullptr);
-    ASSERT_EQ(1u, messages.boxes.size());
-    EXPECT_EQ(L"Open log file \"" + path + L"\"?", messages.boxes[0].text);
-    EXPECT_EQ(L"Object terminated:", messages.boxes[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.boxes[0].flags);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Open log file \"" + path + L"\"?", messages.All()[0].text);
+    EXPECT_EQ(L"Object terminated:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.All()[0].flags);
     EXPECT_EQ(path, opened);
 }
 
@@ -150,19 +154,19 @@ TEST_F(LogDocumentTest, NoOpensNothing)
     static bool opened;
     opened = false;
     SetLogViewer([](const std::wstring&) { opened = true; });
-    MessageRecorder messages(IDNO);
+    RecordedMessages messages(IDNO);
     options.promptOpenLog = true;
     Close();
     SetLogViewer(nullptr);
-    EXPECT_EQ(1u, messages.boxes.size());
+    EXPECT_EQ(1u, messages.All().size());
     EXPECT_FALSE(opened);
 }
 
 TEST_F(LogDocumentTest, IsSilentWhenTheOptionIsOff)
 {
-    MessageRecorder messages;
+    RecordedMessages messages;
     Close();
-    EXPECT_TRUE(messages.boxes.empty());
+    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST_F(LogDocumentTest, DeniesOtherWritersAndLetsReadersIn)
@@ -183,10 +187,21 @@ TEST(LogText, FormatsNumbersIndependentlyOfTheLocale)
         const char* text;
     };
     const Row rows[] = {
-        {0.0, "0"},           {-0.0, "-0"},         {1.0, "1"},         {0.1, "0.1"},           {298.15, "298.15"},
-        {101325.0, "101325"}, {1013250.0, "1.01325e+06"}, {1e100, "1e+100"}, {1.23456789, "1.23457"}, {1e-5, "1e-05"},
-        {0.0001, "0.0001"},   {123456.5, "123456"}, {999999.5, "1e+06"},
-        {std::numeric_limits<double>::infinity(), "inf"}, {-std::numeric_limits<double>::infinity(), "-inf"},
+        {0.0, "0"},
+        {-0.0, "-0"},
+        {1.0, "1"},
+        {0.1, "0.1"},
+        {298.15, "298.15"},
+        {101325.0, "101325"},
+        {1013250.0, "1.01325e+06"},
+        {1e100, "1e+100"},
+        {1.23456789, "1.23457"},
+        {1e-5, "1e-05"},
+        {0.0001, "0.0001"},
+        {123456.5, "123456"},
+        {999999.5, "1e+06"},
+        {std::numeric_limits<double>::infinity(), "inf"},
+        {-std::numeric_limits<double>::infinity(), "-inf"},
     };
     for (const Row& row : rows) {
         std::string text;

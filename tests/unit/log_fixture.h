@@ -9,7 +9,7 @@
 
 #include "core/log_document.h"
 #include "core/log_options.h"
-#include "core/message.h"
+#include "tests/unit/recorded_messages.h"
 
 namespace zelt::test {
 
@@ -73,35 +73,6 @@ protected:
     std::wstring path;
     LogOptions options;
     LogDocument* document;
-};
-
-// Answers message boxes and keeps what they said.
-class MessageRecorder {
-public:
-    struct Box {
-        std::wstring text;
-        std::wstring caption;
-        UINT flags;
-    };
-    explicit MessageRecorder(int answer = IDOK)
-    {
-        current = this;
-        this->answer = answer;
-        before = SetMessageFunction([](const wchar_t* text, const wchar_t* caption, UINT flags) {
-            current->boxes.push_back({text, caption, flags});
-            if (current->meanwhile) current->meanwhile();
-            return current->answer;
-        });
-    }
-    ~MessageRecorder() { SetMessageFunction(before); }
-
-    std::vector<Box> boxes;
-    int answer;
-    void (*meanwhile)() = nullptr;
-
-private:
-    static inline MessageRecorder* current = nullptr;
-    MessageFunction before;
 };
 
 }  // namespace zelt::test

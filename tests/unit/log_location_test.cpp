@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "tests/unit/recorded_messages.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace {
 
@@ -48,7 +48,7 @@ protected:
     }
     static fs::path Folder() { return desktop / L"ZELT logs"; }
 
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     LogOptions options;
     std::wstring path;
 
@@ -86,7 +86,7 @@ TEST_F(LogLocation, IsAskedForWithoutAnyKey)
 
 TEST_F(LogLocation, CancelIsSilent)
 {
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     path = L"unchanged";
     EXPECT_FALSE(ChooseLogPath(options, L"t", path));
     EXPECT_EQ(L"unchanged", path);
@@ -146,7 +146,7 @@ TEST_F(LogLocation, SaysThatThereIsNoDesktop)
 {
     StoreAutomatic(true);
     desktopKnown = false;
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     EXPECT_FALSE(ChooseLogPath(options, L"t", path));
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Failed to obtain location of Desktop folder", messages.All()[0].text);

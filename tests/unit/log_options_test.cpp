@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "tests/unit/recorded_messages.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ using zelt::RegistryKey;
 
 constexpr CLSID kUnit = {0x2FD53BB5, 0x1013, 0x418D, {0xBA, 0xB6, 0x15, 0xDF, 0x8A, 0xD6, 0x06, 0xA6}};
 
-LogOptions OptionsIn(const ScratchRegistry& scratch)
+LogOptions OptionsIn(const zelt::test::ScratchKey& scratch)
 {
     LogOptions options;
     options.root = scratch.Root();
@@ -23,7 +23,7 @@ LogOptions OptionsIn(const ScratchRegistry& scratch)
 
 TEST(LogOptions, HaveDefaultsWithoutAnyKey)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     LogOptions options = OptionsIn(scratch);
     options.Load();
     EXPECT_FALSE(options.autoLogLocation);
@@ -33,7 +33,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
 
 TEST(LogOptions, AreReadBackAsSaved)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     LogOptions saved = OptionsIn(scratch), loaded = OptionsIn(scratch);
     saved.autoLogLocation = true;
     saved.promptOpenLog = false;
@@ -47,7 +47,7 @@ TEST(LogOptions, AreReadBackAsSaved)
 
 TEST(LogOptions, AreStoredAsNumbersAndSixteenBytes)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     LogOptions options = OptionsIn(scratch);
     options.autoLogLocation = true;
     options.pravikUnit = kUnit;
@@ -63,7 +63,7 @@ TEST(LogOptions, AreStoredAsNumbersAndSixteenBytes)
 
 TEST(LogOptions, TakeAnyNumberButZeroForOn)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteDword(L"AutoLogLocation", 0x80000000);
     key.WriteDword(L"PromptOpenLog", 0);
@@ -87,7 +87,7 @@ TEST(LogOptions, KeepTheirValueWhenTheStoredOneIsMalformed)
         {"not binary", REG_SZ, std::string(16, 'x')},
     };
     for (const Case& c : cases) {
-        const ScratchRegistry scratch;
+        const zelt::test::ScratchKey scratch;
         RegistryKey key = scratch.Settings();
         key.WriteBytes(L"PRAVIKUnit", c.type, c.data.data(), c.data.size());
         key.WriteBytes(L"AutoLogLocation", c.type, c.data.data(), c.data.size());
@@ -104,11 +104,11 @@ TEST(LogOptions, KeepTheirValueWhenTheStoredOneIsMalformed)
 
 TEST(LogOptions, SurviveARegistryThatCannotBeReached)
 {
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     LogOptions options = OptionsIn(scratch);
     options.autoLogLocation = true;
     scratch.MakeInaccessible();
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     options.Load();
     options.Save();
     EXPECT_TRUE(options.autoLogLocation);

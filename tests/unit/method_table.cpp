@@ -144,7 +144,8 @@ std::vector<TableClass> ReadMethodTable(const std::string& path)
             if (words.empty() || words[0].starts_with("#")) continue;
             if (words.size() < 2) throw std::runtime_error("too short");
             if (words[0] == "class") {
-                if (words.size() < 3 || (words[2] != "in" && words[2] != "out")) throw std::runtime_error("no direction");
+                if (words.size() < 3 || (words[2] != "in" && words[2] != "out"))
+                    throw std::runtime_error("no direction");
                 members[words[1]].push_back(classes.size());
                 for (std::size_t i = 3; i < words.size(); ++i) members[words[i]].push_back(classes.size());
                 classes.push_back({words[1], words[2] == "in", {}});

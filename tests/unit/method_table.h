@@ -11,10 +11,10 @@ struct TableStep {
     enum Kind { Argument, Write, ErrorIfEmpty, ErrorIfNull, ErrorAlways, Version };
     Kind kind = Argument;
 
-    std::string name;             // of the argument, or of the one that is checked
-    std::string text;             // the error, or the version
+    std::string name;  // of the argument, or of the one that is checked
+    std::string text;  // the error, or the version
     bool isLoggedIn = false;
-    std::string type;             // without what follows the word
+    std::string type;  // without what follows the word
     bool mayBeEmpty = false;
     std::string proxyClass;       // of a pointer that is replaced
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"

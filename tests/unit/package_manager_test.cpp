@@ -11,7 +11,7 @@
 #include "core/system_text.h"
 #include "proxy_fixture.h"
 #include "shell/exported_package_list.h"
-#include "system/harness/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 #include "thermo/property_package_manager.h"
 #include "thermo/reaction_package_manager.h"
 #include "thermo/thermo_system.h"
@@ -328,14 +328,14 @@ TEST_P(PackageManagerTest, OfTwoPackagesOfOneNameTheFirstWins)
 
 TEST_P(PackageManagerTest, UnknownNameFailsWithoutAQuestion)
 {
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     Export(kind.foreign, L"Other", kStandAlone);
     EXPECT_EQ(kNotAvailable, Get(L"Other"));
     EXPECT_EQ(nullptr, package.Get());
     ExpectError(L"Package with name \"Other\" is not available", kNotAvailable, L"ECapeInvalidArgument");
     EXPECT_EQ(kNotAvailable, Get(nullptr));
     ExpectError(L"Package with name \"NULL\" is not available", kNotAvailable, L"ECapeInvalidArgument");
-    EXPECT_TRUE(messages.boxes.empty());
+    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST_P(PackageManagerTest, NullNameMatchesAnEmptyOne)
@@ -388,15 +388,15 @@ TEST_P(PackageManagerTest, EachFailureHasItsText)
         script = {};
         row.arrange();
         Export(row.kind, L"Bad", row.classId);
-        MessageRecorder messages(IDNO);
+        RecordedMessages messages(IDNO);
         EXPECT_EQ(kCreationFailed, Get(L"Bad"));
         EXPECT_EQ(nullptr, package.Get());
         ExpectError(row.description, kCreationFailed, L"ECapeFailedInitialisation");
         EXPECT_EQ(row.calls, script.calls);
-        ASSERT_EQ(1u, messages.boxes.size());
-        EXPECT_EQ(row.description + kind.removalPrompt, messages.boxes[0].text);
-        EXPECT_EQ(L"ZELT:", messages.boxes[0].caption);
-        EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.boxes[0].flags);
+        ASSERT_EQ(1u, messages.All().size());
+        EXPECT_EQ(row.description + kind.removalPrompt, messages.All()[0].text);
+        EXPECT_EQ(L"ZELT:", messages.All()[0].caption);
+        EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.All()[0].flags);
         EXPECT_EQ(1u, ExportedPackages().Count());  // No keeps it
         ExportedPackages().Remove(0);
     }
@@ -409,7 +409,7 @@ TEST_P(PackageManagerTest, YesRemovesTheRecordAndSavesTheList)
     ExportedPackages().SetRefresh([] { ++refreshed; });
     Export(kind.alone, L"Keep", kStandAlone);
     Export(kind.alone, L"Bad", kNowhere);
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     ExportedPackages().SetRefresh(nullptr);
     EXPECT_EQ(1, refreshed);
@@ -424,7 +424,7 @@ TEST_P(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
     Export(kind.alone, L"First", kStandAlone);
     Export(kind.alone, L"Bad", kNowhere);
     Export(kind.alone, L"Last", kStandAlone);
-    MessageRecorder messages(IDYES);
+    RecordedMessages messages(IDYES);
     messages.meanwhile = [] { ExportedPackages().Remove(0); };
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
@@ -461,7 +461,7 @@ void PlaceLogsAt(const std::wstring& path)
 TEST_P(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
 {
     PlaceLogsAt(TemporaryPath());
-    MessageRecorder messages(IDNO);
+    RecordedMessages messages(IDNO);
     TheLogOptions().promptOpenLog = true;
     Export(kind.fromManager, L"Logged", kForeignManager, true);
     ASSERT_EQ(S_OK, Get(L"Logged"));
@@ -480,32 +480,32 @@ TEST_P(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
                                           "object=\"Logged\">\n"))
         << log;
     EXPECT_TRUE(log.ends_with("</zeltlogdocument>\n")) << log;
-    ASSERT_EQ(1u, messages.boxes.size());
-    EXPECT_EQ(L"Open log file \"" + logPath + L"\"?", messages.boxes[0].text);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Open log file \"" + logPath + L"\"?", messages.All()[0].text);
     DeleteFileW(logPath.c_str());
 }
 
 TEST_P(PackageManagerTest, DecliningThePlaceMeansNoLog)
 {
     PlaceLogsAt(L"");
-    MessageRecorder messages;
+    RecordedMessages messages;
     Export(kind.alone, L"Logged", kStandAlone, true);
     EXPECT_EQ(S_OK, Get(L"Logged"));
-    EXPECT_TRUE(messages.boxes.empty());
+    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST_P(PackageManagerTest, LogThatCannotBeOpenedIsSaidAndThePackageComesAllTheSame)
 {
     PlaceLogsAt(L"C:\\no such folder\\log.zlg");
-    MessageRecorder messages;
+    RecordedMessages messages;
     Export(kind.alone, L"Logged", kStandAlone, true);
     EXPECT_EQ(S_OK, Get(L"Logged"));
-    ASSERT_EQ(1u, messages.boxes.size());
+    ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " +
                   Widen(std::strerror(ENOENT)) + L"\r\nLogging will not be enabled",
-              messages.boxes[0].text);
-    EXPECT_EQ(L"Error:", messages.boxes[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.boxes[0].flags);
+              messages.All()[0].text);
+    EXPECT_EQ(L"Error:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
 }
 
 TEST_P(PackageManagerTest, SaysWhatItIs)

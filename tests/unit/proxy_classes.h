@@ -19,17 +19,20 @@
 
 namespace zelt::test {
 
+// How an object gets its proxy: as a package that is handed out, or when it is given to a package or returned by one.
+enum class Origin { Root, Given, Returned };
+
 struct ProxyClass {
     const char* name;
-    bool isRoot;
+    Origin origin;
     Microsoft::WRL::ComPtr<CapeOpenBase> (*make)(ThermoVersion);  // the version is a material object's
     bool (*isInstance)(const CapeOpenBase&);
 };
 
 template <class T>
-ProxyClass DescribeProxyClass(const char* name, bool isRoot)
+ProxyClass DescribeProxyClass(const char* name, Origin origin)
 {
-    return {name, isRoot,
+    return {name, origin,
             [](ThermoVersion version) {
                 if constexpr (std::is_constructible_v<T, ThermoVersion>) {
                     return Microsoft::WRL::ComPtr<CapeOpenBase>(new T(version));
@@ -40,20 +43,29 @@ ProxyClass DescribeProxyClass(const char* name, bool isRoot)
             [](const CapeOpenBase& proxy) { return dynamic_cast<const T*>(&proxy) != nullptr; }};
 }
 
+// Gives a proxy its object: of a root with the document, else with what it crosses through.
+inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* object, LogDocument* document,
+                   CapeOpenBase* through)
+{
+    if (proxyClass.origin == Origin::Root) return proxy.AttachAsRoot(object, document, "Pack");
+    const bool isGiven = proxyClass.origin == Origin::Given;
+    proxy.AttachThrough(object, isGiven ? Crossing::Inbound : Crossing::Outbound, *through);
+}
+
 // Throws std::runtime_error for another name.
 inline const ProxyClass& FindProxyClass(const std::string& name)
 {
     static const ProxyClass kClasses[] = {
-        DescribeProxyClass<CMaterialObject>("CMaterialObject", false),
-        DescribeProxyClass<CPropertyPackage11>("CPropertyPackage11", true),
-        DescribeProxyClass<CPropertyPackage10>("CPropertyPackage10", true),
-        DescribeProxyClass<CSimulationContext>("CSimulationContext", false),
-        DescribeProxyClass<CMaterialTemplate>("CMaterialTemplate", false),
-        DescribeProxyClass<CParameterCollection>("CParameterCollection", false),
-        DescribeProxyClass<CParameter>("CParameter", false),
-        DescribeProxyClass<CParameterSpec>("CParameterSpec", false),
-        DescribeProxyClass<CReactionPackage10>("CReactionPackage10", true),
-        DescribeProxyClass<CReactionObject>("CReactionObject", false),
+        DescribeProxyClass<CMaterialObject>("CMaterialObject", Origin::Given),
+        DescribeProxyClass<CPropertyPackage11>("CPropertyPackage11", Origin::Root),
+        DescribeProxyClass<CPropertyPackage10>("CPropertyPackage10", Origin::Root),
+        DescribeProxyClass<CSimulationContext>("CSimulationContext", Origin::Given),
+        DescribeProxyClass<CMaterialTemplate>("CMaterialTemplate", Origin::Given),
+        DescribeProxyClass<CParameterCollection>("CParameterCollection", Origin::Returned),
+        DescribeProxyClass<CParameter>("CParameter", Origin::Returned),
+        DescribeProxyClass<CParameterSpec>("CParameterSpec", Origin::Returned),
+        DescribeProxyClass<CReactionPackage10>("CReactionPackage10", Origin::Root),
+        DescribeProxyClass<CReactionObject>("CReactionObject", Origin::Given),
     };
     for (const ProxyClass& known : kClasses) {
         if (name == known.name) return known;

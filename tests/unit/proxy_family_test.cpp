@@ -40,7 +40,8 @@ struct Giver {
                 if (parameter.isReference) slot = *reinterpret_cast<IDispatch***>(slot);
                 kept = *slot;
             } else if (parameter.type == VT_DISPATCH && given) {
-                **static_cast<IDispatch***>(call.arguments[i]) = given->fake->Face(__uuidof(ICapeIdentification)).Detach();
+                **static_cast<IDispatch***>(call.arguments[i]) =
+                    given->fake->Face(__uuidof(ICapeIdentification)).Detach();
             } else if (call.method.name == "get_ComponentName") {
                 **static_cast<BSTR**>(call.arguments[i]) = SysAllocString(fake->name.c_str());
             }
@@ -113,7 +114,7 @@ protected:
     std::string News()
     {
         const std::string all = Written();
-        const std::string news = all.substr(seen);
+        std::string news = all.substr(seen);
         seen = all.size();
         return news;
     }
@@ -146,7 +147,8 @@ TEST_F(ProxyFamily, EachKindThatIsStillAliveIsReportedAndForwardsAfterwards)
     ComPtr<IDispatch> object = reactions.Pointer();
     Call(root.Get(), &ICapeKineticReactionContext::SetReactionObject, object.GetAddressOf());
     auto reactionsProxy = package.kept;
-    auto secondReference = materialProxy;
+    ComPtr<IDispatch> secondReference;
+    materialProxy.As(&secondReference);
     News();
 
     root.Reset();
@@ -343,8 +345,7 @@ TEST_F(ProxyFamily, NullResultsHaveNoProxy)
     const auto templateProxy = MakeTemplate(contextProxy);
     context.given = nullptr;
     News();
-    EXPECT_EQ(nullptr,
-              Obtain(contextProxy.Get(), &ICapeMaterialTemplateSystem::CreateMaterialTemplate, nullptr).Get());
+    EXPECT_EQ(nullptr, Obtain(contextProxy.Get(), &ICapeMaterialTemplateSystem::CreateMaterialTemplate, nullptr).Get());
     EXPECT_NE(std::string::npos, News().find("name=\"MaterialTemplate\" direc=\"out\" type=\"interface\">\n"
                                              "  <argval value=\"NULL\"/>"));
     EXPECT_EQ(nullptr, Obtain(templateProxy.Get(), &ICapeThermoMaterialTemplate::CreateMaterialObject).Get());
@@ -482,7 +483,8 @@ TEST_F(SpecificationArray, IsRebuiltWithTheSameBoundsAndOneProxyForEachElement)
         SCOPED_TRACE(row.name);
         Giver inner(L"array");
         inner.fake->handler = [&](const IncomingCall& call) {
-            if (call.method.name == "get_ItemsSpecifications") **static_cast<VARIANT**>(call.arguments[0]) = MakeArray(row);
+            if (call.method.name == "get_ItemsSpecifications")
+                **static_cast<VARIANT**>(call.arguments[0]) = MakeArray(row);
             return inner.Answer(call);
         };
         const ComPtr<CapeOpenBase> spec = FindProxyClass("CParameterSpec").make(ThermoVersion::Unset);
@@ -556,8 +558,7 @@ TEST_F(ProxyFamily, RefusedTypedSpecificationIsAWarningEachTime)
     specification.fake->Refuse(__uuidof(ICapeRealParameterSpec));
     const ComPtr<CapeOpenBase> spec = FindProxyClass("CParameterSpec").make(ThermoVersion::Unset);
     spec->AttachThrough(specification.fake.Get(), Crossing::Outbound, *root.Get());
-    auto* real = static_cast<ICapeRealParameterSpec*>(
-        spec->FindInterface(__uuidof(ICapeRealParameterSpec))->Pointer());
+    auto* real = static_cast<ICapeRealParameterSpec*>(spec->FindInterface(__uuidof(ICapeRealParameterSpec))->Pointer());
     News();
     for (int round = 0; round < 2; ++round) {
         double bound = -1;

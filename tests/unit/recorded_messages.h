@@ -1,10 +1,12 @@
-// Answers the message boxes of one test and keeps what they said.
+// Answers the message boxes of one test and keeps what they said. There is one at a time.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "core/message.h"
+
+namespace zelt::test {
 
 class RecordedMessages {
 public:
@@ -13,26 +15,32 @@ public:
         UINT flags;
     };
 
-    explicit RecordedMessages(int answer = IDOK)
+    explicit RecordedMessages(int answer = IDOK) : answer(answer)
     {
-        answerToGive = answer;
-        messages.clear();
-        before = zelt::SetMessageFunction(Record);
+        current = this;
+        before = SetMessageFunction(Record);
     }
-    ~RecordedMessages() { zelt::SetMessageFunction(before); }
+    ~RecordedMessages() { SetMessageFunction(before); }
     RecordedMessages(const RecordedMessages&) = delete;
     RecordedMessages& operator=(const RecordedMessages&) = delete;
 
     const std::vector<Message>& All() const { return messages; }
 
+    // What happens while a box is open; may be null.
+    void (*meanwhile)() = nullptr;
+
 private:
     static int Record(const wchar_t* text, const wchar_t* caption, UINT flags)
     {
-        messages.push_back({text, caption, flags});
-        return answerToGive;
+        current->messages.push_back({text, caption, flags});
+        if (current->meanwhile) current->meanwhile();
+        return current->answer;
     }
 
-    static inline std::vector<Message> messages;
-    static inline int answerToGive;
-    zelt::MessageFunction before;
+    static inline RecordedMessages* current = nullptr;
+    std::vector<Message> messages;
+    int answer;
+    MessageFunction before;
 };
+
+}  // namespace zelt::test

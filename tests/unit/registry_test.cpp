@@ -4,7 +4,7 @@
 
 #include "core/configuration_key.h"
 #include "tests/unit/recorded_messages.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ using zelt::RegistryKey;
 
 TEST(Registry, ReadsAValueOnlyWithItsTypeAndSize)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteDword(L"number", 7);
     key.WriteBytes(L"short", REG_DWORD, "ab", 2);
@@ -33,7 +33,7 @@ TEST(Registry, ReadsAValueOnlyWithItsTypeAndSize)
 
 TEST(Registry, DoesNotTrustAStringToBeTerminated)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteBytes(L"bare", REG_SZ, L"abc", 3 * sizeof(wchar_t));
     key.WriteBytes(L"odd", REG_SZ, L"abc", 5);
@@ -47,7 +47,7 @@ TEST(Registry, DoesNotTrustAStringToBeTerminated)
 
 TEST(Registry, ReadsAMultiStringAsTheBytesThatAreThere)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     key.WriteBytes(L"bare", REG_MULTI_SZ, L"one\0two", 7 * sizeof(wchar_t));
     key.WriteNarrow("full", REG_MULTI_SZ, std::string_view("one\0\0two\0\0", 10));
@@ -57,7 +57,7 @@ TEST(Registry, ReadsAMultiStringAsTheBytesThatAreThere)
 
 TEST(Registry, AnswersWithTheErrorAndHoldsNoKeyAfterAFailure)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings();
     ASSERT_TRUE(key);
     EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Open(scratch.Root(), L"no such key"));
@@ -66,7 +66,7 @@ TEST(Registry, AnswersWithTheErrorAndHoldsNoKeyAfterAFailure)
 
 TEST(Registry, DeletesAKeyWithEverythingBelow)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Create(scratch.Root(), L"a\\b\\c"));
     key.Close();
@@ -77,7 +77,7 @@ TEST(Registry, DeletesAKeyWithEverythingBelow)
 
 TEST(Registry, NamesAreListedWhole)
 {
-    const ScratchRegistry scratch;
+    const zelt::test::ScratchKey scratch;
     RegistryKey key = scratch.Settings(), child;
     const std::wstring longest(255, L'k');
     ASSERT_EQ(ERROR_SUCCESS, child.Create({key.Get(), 0}, longest));
@@ -88,8 +88,8 @@ TEST(Registry, NamesAreListedWhole)
 
 TEST(ConfigurationKey, IsCreatedWhenMissing)
 {
-    const ScratchRegistry scratch;
-    const RecordedMessages messages;
+    const zelt::test::ScratchKey scratch;
+    const zelt::test::RecordedMessages messages;
     RegistryKey key, again;
     EXPECT_TRUE(zelt::OpenConfigurationKey(scratch.Root(), key));
     EXPECT_EQ(ERROR_SUCCESS, again.Open(scratch.Root(), L"Software\\ZELT"));
@@ -98,9 +98,9 @@ TEST(ConfigurationKey, IsCreatedWhenMissing)
 
 TEST(ConfigurationKey, SaysThatItCannotBeOpened)
 {
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     scratch.MakeInaccessible();
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
     RegistryKey key;
     EXPECT_FALSE(zelt::OpenConfigurationKey(scratch.Root(), key));
     EXPECT_FALSE(key);

@@ -78,7 +78,7 @@ _variant_t Array(VARTYPE element, std::size_t index, const std::wstring& name, I
     for (LONG i = 0; i < 2; ++i) {
         LONG at = bound.lLbound + i;
         _variant_t item = Scalar(element, 10 * index + i, name, object);
-        void* source = element == VT_VARIANT ? static_cast<void*>(&item)
+        void* source = element == VT_VARIANT                          ? static_cast<void*>(&item)
                        : element == VT_BSTR || element == VT_DISPATCH ? static_cast<void*>(item.bstrVal)
                                                                       : static_cast<void*>(&item.lVal);
         com::Check(SafeArrayPutElement(value.parray, &at, source));

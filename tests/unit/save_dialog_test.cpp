@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "core/log_location.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 // The real dialog, answered by a second thread. Needs a display.
 namespace {
@@ -57,7 +57,7 @@ protected:
         user.join();
         return chosen;
     }
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     zelt::LogOptions options;
     std::wstring path;
 };

@@ -95,6 +95,17 @@ ScratchKey::~ScratchKey()
     RegDeleteKeyW(HKEY_CURRENT_USER, kTestsKey);
 }
 
+RegistryKey ScratchKey::Settings() const
+{
+    RegistryKey settings;
+    if (settings.Create(Root(), L"Software\\ZELT") != ERROR_SUCCESS) {
+        throw std::runtime_error("cannot create the settings below " + Narrow(path));
+    }
+    return settings;
+}
+
+void ScratchKey::MakeInaccessible() { RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()); }
+
 void ScratchKey::SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size)
 {
     // For a text without its terminator the system may look at what follows the bytes, and add one if it finds it there.

@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "core/registry.h"
+
 namespace zelt::test {
 
 class ScratchKey {
@@ -16,6 +18,13 @@ public:
     ScratchKey& operator=(const ScratchKey&) = delete;
 
     HKEY Key() const { return key; }
+    RegistryRoot Root() const { return {key, 0}; }
+
+    // The key of the program's settings below it, made when missing.
+    RegistryKey Settings() const;
+
+    // From now on nothing can be opened or created below it: the key is gone while the handle is still open.
+    void MakeInaccessible();
 
     // Below HKEY_CURRENT_USER.
     const std::wstring& Path() const { return path; }

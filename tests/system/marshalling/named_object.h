@@ -1,0 +1,26 @@
+// What server and client agree on beyond the table of methods: the names of the objects that stand for interface pointers,
+// and a file that carries a reference from one process to the other.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <string>
+
+namespace zelt::test {
+
+inline constexpr wchar_t kServerThing[] = L"server thing";
+inline constexpr wchar_t kClientThing[] = L"client thing";
+
+// Whether the object says that this is its name.
+bool HasName(IUnknown* object, const wchar_t* name);
+
+// Whether `value` is what the argument's sample is: equal, or an object, or an array of two objects, of that name.
+struct TableStep;
+bool IsSample(const TableStep& argument, std::size_t index, const VARIANT& value, const wchar_t* objectName);
+
+// The file appears in one step. Any number of clients may read it, as long as the server runs.
+HRESULT WriteReference(const std::wstring& path, REFIID iid, IUnknown* object);
+HRESULT ReadReference(const std::wstring& path, REFIID iid, void** object);
+
+}  // namespace zelt::test
