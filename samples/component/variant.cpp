@@ -81,6 +81,7 @@ auto ReadArray(const VARIANT& anyValue, VARTYPE type, const wchar_t* name, const
             const _variant_t converted = Converted(element, type, name, expected);
             // The value's own field: all of these types lie at the start of the union.
             Stored stored;
+            // NOLINTNEXTLINE(bugprone-sizeof-expression): an interface's element is the pointer itself.
             memcpy(&stored, &V_R8(&converted), sizeof(Stored));
             result.push_back(convert(stored));
         }

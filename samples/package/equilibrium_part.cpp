@@ -119,7 +119,7 @@ FlashResult SolveProblem(const PackageModel& model, const Problem& problem, cons
         }
         if (PhaseOf(problem.second.phaseLabel).phase == Phase::kLiquid) second = 1 - second;
     }
-    const FlashResult result = Solve(model.MaterialSolution(), problem.kind, first, second, feed, allowed);
+    FlashResult result = Solve(model.MaterialSolution(), problem.kind, first, second, feed, allowed);
     model.Host().CheckState(result.temperature, result.pressure, feed);
     return result;
 }

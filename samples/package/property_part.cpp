@@ -60,6 +60,7 @@ STDMETHODIMP PropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLabel)
         // Every name is looked up before anything is calculated: a bad list changes nothing.
         const std::vector<std::wstring> names = ReadStrings(props, L"props");
         std::vector<PropertyRequest> requests;
+        requests.reserve(names.size());
         for (const std::wstring& name : names) requests.push_back(FindSinglePhaseProperty(name));
 
         const PhaseState state = material.StateOf(phase.label);

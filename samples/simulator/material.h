@@ -41,7 +41,7 @@ private:
 class Material final : public com::Object {
 public:
     // `link` may be null: then the older version's calculations fail.
-    explicit Material(std::shared_ptr<const Slate> slate, std::wstring name = L"Feed", ReadHook hook = {},
+    explicit Material(const std::shared_ptr<const Slate>& slate, std::wstring name = L"Feed", ReadHook hook = {},
                       std::shared_ptr<PackageLink> link = {}, MaterialState state = {})
         : store(slate, std::move(hook)),
           compounds(*this, errors, slate),

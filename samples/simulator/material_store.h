@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "samples/simulator/slate.h"
@@ -21,7 +22,10 @@ namespace zelt::sample {
 struct PropertyKey {
     std::wstring property;
     std::wstring basis;
-    auto operator<=>(const PropertyKey&) const = default;
+    bool operator<(const PropertyKey& other) const
+    {
+        return std::tie(property, basis) < std::tie(other.property, other.basis);
+    }
 };
 using PropertyBag = std::map<PropertyKey, std::vector<double>>;
 
