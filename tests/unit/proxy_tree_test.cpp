@@ -1,4 +1,5 @@
 // Naming, the query filter, wrapping, and what happens when the root of a tree goes.
+#include "core/interface_name.h"
 #include "proxy_fixture.h"
 #include "scratch_classes.h"
 
@@ -48,13 +49,14 @@ TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
     package->Refuse(__uuidof(ICapeUtilities));
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeUtilities), &answer));
     EXPECT_EQ(nullptr, answer.Get());
-    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning supported interface "
-              "{678C0A9B-0100-11D2-A67D-00105A42887F}: object does not expose it (returning E_NOINTERFACE)\"/>\n",
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning supported interface " +
+                  InterfaceName(__uuidof(ICapeUtilities)) +
+                  ": object does not expose it (returning E_NOINTERFACE)\"/>\n",
               News());
     // The wrapped object has this one, the proxy does not offer it.
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeThermoMaterial), &answer));
-    EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface "
-              "{678C0A9B-7D66-11D2-A67D-00105A42887F}\"/>\n",
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface " +
+                  InterfaceName(__uuidof(ICapeThermoMaterial)) + "\"/>\n",
               News());
 
     classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
@@ -73,8 +75,8 @@ TEST_F(ProxyTreeTest, QueriesWithoutAWrappedObject)
     const auto uncreated = MakeProxy(nullptr);
     ComPtr<IUnknown> answer;
     EXPECT_EQ(E_NOINTERFACE, uncreated->QueryInterface(__uuidof(ICapeUtilities), &answer));
-    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning {678C0A9B-0100-11D2-A67D-00105A42887F}: object not "
-              "created (returning E_NOINTERFACE)\"/>\n",
+    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning " + InterfaceName(__uuidof(ICapeUtilities)) +
+                  ": object not created (returning E_NOINTERFACE)\"/>\n",
               News());
     classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
     EXPECT_EQ(E_NOINTERFACE, uncreated->QueryInterface(__uuidof(ICapeUtilities), &answer));
@@ -191,8 +193,11 @@ TEST_F(ProxyTreeTest, APointerThatCrossesTwiceIsWrappedTwice)
     const std::string argument = "<arg name=\"num\" direc=\"out\" type=\"long\">\n";
     EXPECT_EQ(Func("ICapeThermoPhases::GetNumPhases",
                    " <func name=\"ICapeThermoPhases::GetNumPhases\" direc=\"out\" object=\"Fake\">\n"
-                   "  " + argument + "   <argval value=\"2\"/>\n  </arg>\n </func>\n"
-                   " " + argument + "  <argval value=\"2\"/>\n </arg>\n",
+                   "  " +
+                       argument +
+                       "   <argval value=\"2\"/>\n  </arg>\n </func>\n"
+                       " " +
+                       argument + "  <argval value=\"2\"/>\n </arg>\n",
                    "out", "Fake"),
               News());
 }
@@ -236,9 +241,10 @@ TEST_F(ProxyTreeTest, FinalReleaseReportsWhatIsStillAlive)
     const auto held = SetMaterial(material);  // one reference here, one in the package
     News();
     proxy.Reset();
-    EXPECT_EQ("<warning value=\"Object &quot;Fake&quot; (type: Material Object) is not released at final release of "
-              "&quot;Pack&quot; (reference count 2)\"/>\n</zeltlogdocument>\n",
-              News());
+    EXPECT_EQ(
+        "<warning value=\"Object &quot;Fake&quot; (type: Material Object) is not released at final release of "
+        "&quot;Pack&quot; (reference count 2)\"/>\n</zeltlogdocument>\n",
+        News());
 }
 
 TEST_F(ProxyTreeTest, SurvivorsForwardAndWriteNothing)
@@ -329,8 +335,8 @@ TEST_F(MaterialObjectTest, CreatedMaterialIsWrappedAndLoggedByItsName)
     AppendPointer(address, created.Get());
     EXPECT_EQ(Func("ICapeThermoMaterial::CreateMaterial",
                    " <arg name=\"materialObject\" direc=\"out\" type=\"interface\">\n"
-                   "  <argval value=\"interface to object &quot;Product&quot; (address " + address +
-                       ")\"/>\n </arg>\n",
+                   "  <argval value=\"interface to object &quot;Product&quot; (address " +
+                       address + ")\"/>\n </arg>\n",
                    "out", "Fake"),
               News());
     ComPtr<IUnknown> identity;
@@ -460,11 +466,12 @@ TEST_F(VersionTest, WrongVersionIsLoggedAndForwarded)
     long phases = 0;
     EXPECT_EQ(S_OK, As<ICapeThermoPhases>(old)->GetNumPhases(&phases));
     EXPECT_EQ(2, phases);
-    EXPECT_EQ(Func("ICapeThermoPhases::GetNumPhases",
-                   " <error value=\"Invalid usage of version 1.1 material object interfaces (wrong thermo version)\"/>\n"
-                   " <arg name=\"num\" direc=\"out\" type=\"long\">\n  <argval value=\"2\"/>\n </arg>\n",
-                   "out", "Fake"),
-              News());
+    EXPECT_EQ(
+        Func("ICapeThermoPhases::GetNumPhases",
+             " <error value=\"Invalid usage of version 1.1 material object interfaces (wrong thermo version)\"/>\n"
+             " <arg name=\"num\" direc=\"out\" type=\"long\">\n  <argval value=\"2\"/>\n </arg>\n",
+             "out", "Fake"),
+        News());
     EXPECT_EQ(ThermoVersion::CapeOpen10, old->Version());
 }
 

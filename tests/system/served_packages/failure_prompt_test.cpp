@@ -59,9 +59,7 @@ private:
     HWND window;
 };
 
-// The parameters of tests are shown by name.
 struct Failure {
-    friend void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
     const char* name;
     Exported package;
     const wchar_t* description;
@@ -79,20 +77,21 @@ const Failure kFailures[] = {
 };
 // clang-format on
 
-class FailurePrompt : public ServedPackages, public testing::WithParamInterface<Failure> {
+class FailurePrompt : public ServedPackages {
 protected:
     void SetUp() override
     {
         ServedPackages::SetUp();
         if (std::getenv("WINEPREFIX") && !std::getenv("DISPLAY")) GTEST_SKIP() << kNoDisplay;
-        Export({{kSampleManager, 0, L"Aromatics", L"Before"},
-                GetParam().package,
-                {kSampleManager, 0, L"Alcohols", L"After"}});
     }
 
     // A simulator asks for the package, the box appears and is answered, and the simulator fails with the description.
-    void AskAndAnswer(int answer)
+    static void AskAndAnswer(const Failure& failure, int answer)
     {
+        SCOPED_TRACE(failure.name);
+        Export({{kSampleManager, 0, L"Aromatics", L"Before"},
+                failure.package,
+                {kSampleManager, 0, L"Alcohols", L"After"}});
         const OutputFile output;
         const Process simulator = Process::Start(SimulatorCommand(Width::Bits32, L"Gone"), output.Path());
         const MessageBoxWindow box = MessageBoxWindow::WaitFor(L"ZELT:");
@@ -102,38 +101,35 @@ protected:
         EXPECT_TRUE(box.IsTopmost() || UnderWine());
         EXPECT_TRUE(box.Has(IDYES));
         EXPECT_TRUE(box.Has(IDNO));
-        EXPECT_EQ(std::wstring(GetParam().description) + L"\r\nRemove from list of exported property packages?",
+        EXPECT_EQ(std::wstring(failure.description) + L"\r\nRemove from list of exported property packages?",
                   box.Text());
         EXPECT_FALSE(simulator.Wait(500)) << "the call returns before the answer";
         EXPECT_EQ((std::vector<std::wstring>{L"Before", L"Gone", L"After"}), StoredNames());
         box.Press(answer);
         EXPECT_EQ(1u, simulator.Wait(30'000).value_or(0));
         const std::string message =
-            "SampleSimulator: GetPropertyPackage: " + Narrow(GetParam().description) + " (" + GetParam().code + ")\n";
+            "SampleSimulator: GetPropertyPackage: " + Narrow(failure.description) + " (" + failure.code + ")\n";
         EXPECT_TRUE(output.Text().ends_with(message)) << output.Text();
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Creation, FailurePrompt, testing::ValuesIn(kFailures),
-                         [](const auto& row) { return row.param.name; });
-
-TEST_P(FailurePrompt, RemovesThePackageOnYes)
+TEST_F(FailurePrompt, SaysWhatHasFailedAndKeepsThePackageOnNo)
 {
-    AskAndAnswer(IDYES);
-    EXPECT_EQ((std::vector<std::wstring>{L"Before", L"After"}), StoredNames());
-    const SimulatorResult list = RunSimulator(SimulatorCommand(Width::Bits32, L"Before"));
-    EXPECT_EQ(0u, list.exitCode) << list.output;
-    EXPECT_NE(std::string::npos, list.output.find("Packages: Before, After\n")) << list.output;
+    for (const Failure& failure : kFailures) {
+        AskAndAnswer(failure, IDNO);
+        EXPECT_EQ((std::vector<std::wstring>{L"Before", L"Gone", L"After"}), StoredNames());
+        // A server reads the list when it starts.
+        ASSERT_TRUE(WaitUntilGone(kServerFile));
+    }
 }
 
-class FailurePromptKept : public FailurePrompt {};
-INSTANTIATE_TEST_SUITE_P(Creation, FailurePromptKept, testing::Values(kFailures[0]),
-                         [](const auto& row) { return row.param.name; });
-
-TEST_P(FailurePromptKept, KeepsThePackageOnNo)
+TEST_F(FailurePrompt, RemovesThePackageOnYes)
 {
-    AskAndAnswer(IDNO);
-    EXPECT_EQ((std::vector<std::wstring>{L"Before", L"Gone", L"After"}), StoredNames());
+    AskAndAnswer(kFailures[0], IDYES);
+    EXPECT_EQ((std::vector<std::wstring>{L"Before", L"After"}), StoredNames());
+    const SimulatorResult next = RunSimulator(SimulatorCommand(Width::Bits32, L"Before"));
+    EXPECT_EQ(0u, next.exitCode) << next.output;
+    EXPECT_NE(std::string::npos, next.output.find("Packages: Before, After\n")) << next.output;
 }
 
 class UnknownPackage : public ServedPackages {};

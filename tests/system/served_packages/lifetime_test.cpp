@@ -36,7 +36,7 @@ TEST_F(ServerLifetime, EndsSoonAfterTheLastRelease)
 TEST_F(ServerLifetime, LosesNoActivation)
 {
     constexpr int kRounds = 20;
-    constexpr DWORD kStep = 75;
+    constexpr DWORD kStep = 60;
     for (int round = 0; round < kRounds; ++round) {
         SCOPED_TRACE(round);
         auto package = GetPackage(L"Aromatics");
