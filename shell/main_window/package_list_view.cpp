@@ -20,11 +20,13 @@ constexpr KindRow kKinds[kPackageKinds] = {
 
 enum Column : int { kNameColumn, kTypeColumn, kColumns };
 
-void InsertColumn(HWND list, Column index, const wchar_t* title)
+constexpr const wchar_t* kTitles[kColumns] = {L"Package", L"Type"};
+
+void InsertColumn(HWND list, int index)
 {
     LVCOLUMNW column = {};
     column.mask = LVCF_TEXT | LVCF_SUBITEM;
-    column.pszText = const_cast<wchar_t*>(title);
+    column.pszText = const_cast<wchar_t*>(kTitles[index]);
     column.iSubItem = index;
     ListView_InsertColumn(list, index, &column);
 }
@@ -36,8 +38,7 @@ bool IsChecked(UINT state) { return ((state & LVIS_STATEIMAGEMASK) >> 12) == 2; 
 void PackageListView::Attach(HWND listView, HIMAGELIST images)
 {
     list = listView;
-    InsertColumn(list, kNameColumn, L"Package");
-    InsertColumn(list, kTypeColumn, L"Type");
+    for (int column = 0; column < kColumns; ++column) InsertColumn(list, column);
     constexpr DWORD kStyle = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
     ListView_SetExtendedListViewStyleEx(list, kStyle, kStyle);
     ListView_SetImageList(list, images, LVSIL_NORMAL);
@@ -69,7 +70,12 @@ void PackageListView::Fill(const ExportedPackageList& packages)
 
 void PackageListView::FitColumns()
 {
-    for (int column = 0; column < kColumns; ++column) ListView_SetColumnWidth(list, column, LVSCW_AUTOSIZE_USEHEADER);
+    for (int column = 0; column < kColumns; ++column) {
+        ListView_SetColumnWidth(list, column, LVSCW_AUTOSIZE_USEHEADER);
+        // Not every version leaves the header room for its own margins.
+        const int header = ListView_GetStringWidth(list, kTitles[column]) + 3 * GetSystemMetrics(SM_CXSMICON) / 2;
+        if (ListView_GetColumnWidth(list, column) < header) ListView_SetColumnWidth(list, column, header);
+    }
 }
 
 std::optional<std::size_t> PackageListView::Selected() const

@@ -67,9 +67,9 @@ bool CPackageManagerDlg::OnInit()
     unitOperationMenu = GetSubMenu(optionsMenu, kUnitOperationPosition);
 
     list.Attach(Item(kPackageList), Images());
+    OnSize();
     FillList();
     SetIcons(kIconApplication);
-    OnSize();
     ExportedPackages().SetRefresh(RefreshIfOpen);
     return true;
 }
