@@ -103,7 +103,10 @@ bool CPackageManagerDlg::OnCommand(int id, int)
     switch (id) {
         case IDOK: return true;
         case IDCANCEL:
-        case kCommandClose: DestroyWindow(Window()); return true;
+        case kCommandClose:
+            // A dialog of this window is open: it comes first.
+            if (IsWindowEnabled(Window())) DestroyWindow(Window());
+            return true;
         case kCommandAddPackage: AddPackage(); return true;
         case kCommandRemovePackage: RemovePackage(); return true;
         case kCommandEnableLogging: ToggleLogging(); return true;
@@ -165,7 +168,8 @@ void CPackageManagerDlg::OnScaled()
 void CPackageManagerDlg::AddPackage()
 {
     CAddPackageDlg dialog(Images(), ExportedPackages());
-    if (dialog.Run(GetActiveWindow()) != IDOK) return;
+    const HWND active = GetActiveWindow();
+    if (dialog.Run(active ? active : Window()) != IDOK) return;
     auto package = std::make_unique<ExportedPackage>(dialog.Result());
     if (IsExported(ExportedPackages(), package->exportedName)) {
         ShowBox(L"The selected property package is already exported", L"Add package:",
@@ -192,9 +196,11 @@ void CPackageManagerDlg::ToggleLogging()
     if (!row || *row >= ExportedPackages().Count()) return;
     ExportedPackage& package = ExportedPackages().At(*row);
     package.loggingEnabled = !package.loggingEnabled;
+    const PackageIdentity identity = ExportedPackages().IdentityAt(*row);
+    // A message about the registry lets calls in, and they may change the list.
     SavePackages();
     FillList();
-    list.Select(*row);
+    if (const auto place = ExportedPackages().Find(identity)) list.Select(*place);
 }
 
 void CPackageManagerDlg::TakeCheck(const PackageListView::CheckChange& change)
