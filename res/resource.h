@@ -10,9 +10,39 @@
 #define kScriptThermoSystem           109
 #define kScriptReactionPackageManager 135
 
+#define kMainDialog 102
+#define kAddPackageDialog 105
+#define kAboutDialog 107
+
 #define kIconApplication 201
 #define kImages 202
+#define kMainMenu 203
 #define kAccelerators 205
+
+// Controls.
+#define kPackageList 201
+#define kComponentTree 301
+#define kComponentTreeLabel 302
+#define kExportName 303
+#define kExportNameLabel 304
+#define kLoggingEnabled 305
+#define kVersionText 306
+
+// An item of the system menu: below 0xF000, and its low four bits are the system's own.
+#define kCommandSystemAbout 16
+
+// Commands of the main window. Each installed unit operation has one of the range 212 to 812, in order.
+#define kCommandAddPackage 901
+#define kCommandRemovePackage 902
+#define kCommandEnableLogging 903
+#define kCommandViewLog 904
+#define kCommandAutoLogLocation 905
+#define kCommandPromptOpenLog 906
+#define kCommandAskUser 907
+#define kCommandHelp 908
+#define kCommandAbout 909
+#define kCommandFirstUnitOperation 212
+#define kCommandUnknownUnitOperation 812
 
 // Commands of the log viewer. The range 212 to 812 is kept for menus that are filled at run time.
 #define kCommandExpandAll 1001

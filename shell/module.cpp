@@ -21,6 +21,12 @@ namespace {
 
 CZELTModule* instance = nullptr;
 
+// Windows that others make on this thread, such as the help viewer's, keep their Tab and Return keys.
+bool IsDialog(HWND window)
+{
+    return GetClassLongPtrW(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG);
+}
+
 void AddReference() { CoAddRefServerProcess(); }
 
 // A viewer's thread may still be closing its window when the module is gone; nothing is left to signal then.
@@ -147,7 +153,7 @@ int CZELTModule::RunMessageLoop()
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const HWND active = GetActiveWindow();
         if (active && TranslateAcceleratorW(active, accelerators, &message)) continue;
-        if (active && IsDialogMessageW(active, &message)) continue;
+        if (active && IsDialog(active) && IsDialogMessageW(active, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

@@ -6,9 +6,10 @@
 #include "core/message.h"
 #include "shell/handle.h"
 #include "shell/lock_object.h"
+#include "shell/main_window/package_manager_dialog.h"
 
-// Neither window exists yet: a message box says so in its place, on a thread of its own, so that the main thread goes
-// on to serve clients meanwhile.
+// The log viewer does not exist yet: a message box says so in its place, on a thread of its own, so that the main thread
+// goes on to serve clients meanwhile.
 namespace zelt {
 namespace {
 
@@ -31,17 +32,6 @@ void StartNotice(std::wstring text)
     if (thread) notice.release();
 }
 
-void ShowMainWindow()
-{
-    StartNotice(
-        L"ZELT runs 32-bit CAPE-OPEN packages out of process and logs every call.\r\n\r\n"
-        L"The window for choosing the exported packages is not there yet. Packages are listed in the registry, under "
-        L"HKEY_CURRENT_USER\\Software\\ZELT: the values NumPackages and Package1, Package2 and so on, each with five "
-        L"strings: class identifier, kind (0 to 5), name in its manager, exported name, true or false for "
-        L"logging.\r\n\r\n"
-        L"Packages are served to simulators until this message is closed and no simulator holds one.");
-}
-
 void ShowLogViewer(const std::wstring& path)
 {
     StartNotice(L"The log viewer is not there yet. This log is XML text, which any editor shows:\r\n\r\n" + path);
@@ -49,6 +39,6 @@ void ShowLogViewer(const std::wstring& path)
 
 }  // namespace
 
-const UserInterface kUserInterface = {ShowMainWindow, ShowLogViewer};
+const UserInterface kUserInterface = {CPackageManagerDlg::Show, ShowLogViewer};
 
 }  // namespace zelt

@@ -17,6 +17,16 @@ protected:
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
         RunToEnd(ServerPath(), L"/UnregServer");
     }
+    // Null when the window does not appear in time.
+    static HWND WaitForWindow(const wchar_t* title)
+    {
+        HWND window = nullptr;
+        for (int attempt = 0; attempt < 100 && !window; ++attempt) {
+            Sleep(100);
+            window = FindWindowW(nullptr, title);
+        }
+        return window;
+    }
     static bool HasDisplay() { return std::getenv("WINEPREFIX") == nullptr || std::getenv("DISPLAY") != nullptr; }
 };
 
@@ -51,18 +61,18 @@ TEST_F(Lifetime, ActivationRightAfterAReleaseIsNotLost)
 TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";
-    for (const wchar_t* arguments : {L"", L"\"C:\\no such log.zlg\""}) {
-        const Process program(ServerPath(), arguments);
-        HWND window = nullptr;
-        for (int attempt = 0; attempt < 100 && !window; ++attempt) {
-            Sleep(100);
-            window = FindWindowW(nullptr, L"ZELT");
-        }
+    const struct {
+        const wchar_t *arguments, *title;
+        WPARAM closing;
+    } rows[] = {{L"", L"ZELT Packages:", IDCANCEL}, {L"\"C:\\no such log.zlg\"", L"ZELT", IDOK}};
+    for (const auto& row : rows) {
+        const Process program(ServerPath(), row.arguments);
+        const HWND window = WaitForWindow(row.title);
         ASSERT_TRUE(window);
         // Clients are served meanwhile, by this process, which outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
-        PostMessageW(window, WM_COMMAND, IDOK, 0);
+        PostMessageW(window, WM_COMMAND, row.closing, 0);
         EXPECT_TRUE(program.Wait(10'000));
         EXPECT_EQ(0u, program.ExitCode());
     }
@@ -72,15 +82,11 @@ TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";
     const Process program(ServerPath(), L"");
-    HWND window = nullptr;
-    for (int attempt = 0; attempt < 100 && !window; ++attempt) {
-        Sleep(100);
-        window = FindWindowW(nullptr, L"ZELT");
-    }
+    const HWND window = WaitForWindow(L"ZELT Packages:");
     ASSERT_TRUE(window);
     const Process client(ClientPath(), std::wstring(kProgId) + L" 4000");
     Sleep(1500);
-    PostMessageW(window, WM_COMMAND, IDOK, 0);
+    PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     EXPECT_FALSE(program.Wait(1500));
     EXPECT_TRUE(client.Wait(10'000));
     EXPECT_EQ(0u, client.ExitCode());

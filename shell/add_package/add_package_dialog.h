@@ -1,0 +1,51 @@
+// CAddPackageDlg: the user picks one installed CAPE-OPEN package, gives it a name for the export, and gets a record of it.
+// Changes nothing itself: whether the name is still free, and what becomes of the record, is the caller's affair.
+#pragma once
+
+#include "shell/add_package/component_tree.h"
+#include "shell/dialog.h"
+#include "shell/dialog_layout.h"
+#include "shell/exported_package_list.h"
+
+namespace zelt {
+
+// What there is to choose from.
+enum class PackageChoice {
+    All,
+    PropertyPackages10,  // What a Thermo System can serve.
+};
+
+class CAddPackageDlg final : public Dialog {
+public:
+    // `images` and `exported` are borrowed and outlive the dialog.
+    CAddPackageDlg(HIMAGELIST images, const ExportedPackageList& exported, PackageChoice choice = PackageChoice::All,
+                   const ClassSources& sources = InstalledClasses());
+
+    // IDOK, or IDCANCEL.
+    INT_PTR Run(HWND owner);
+    // What was chosen; after IDOK.
+    const ExportedPackage& Result() const { return result; }
+
+private:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    bool OnNotify(const NMHDR& header, LRESULT& answer) override;
+    void OnSize() override { layout.Apply(); }
+    void OnMinMaxInfo(MINMAXINFO& info) override { layout.Limit(info); }
+    void OnScaled() override { layout.Apply(); }
+
+    bool AcceptSelection();
+    void ProposeName();
+    void EnableOk();
+    void ShowFailure(const std::wstring& text) const { ShowBox(text, L"Error:", MB_OK | MB_ICONERROR); }
+
+    const HIMAGELIST images;
+    const ExportedPackageList& exported;
+    const PackageChoice choice;
+    const ClassSources sources;
+    DialogLayout layout;
+    ComponentTree components;
+    ExportedPackage result;
+};
+
+}  // namespace zelt

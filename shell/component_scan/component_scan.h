@@ -1,0 +1,43 @@
+// The search for installed CAPE-OPEN components: one pass over the registered classes, for any number of categories.
+// Reads the registry and creates nothing; a component that is listed may still fail to be created. Main thread only,
+// because a registry that cannot be read is told to the user.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/registry.h"
+
+namespace zelt {
+
+inline constexpr wchar_t kUnitOperationCategory[] = L"{678c09a5-7d66-11d2-a67d-00105a42887f}";
+
+struct ComponentInfo {
+    CLSID classId;
+    std::wstring displayName;  // with the description where there is one
+    std::wstring name;         // without it
+};
+
+struct ComponentSearch {
+    const wchar_t* category;
+    CLSID leftOut;  // a class that is not listed: one of this program's own
+};
+
+// Where classes are registered. On 64-bit Windows a process reads the classes of its own width, and can also use what the
+// other view alone knows, as long as it is a program of its own and not a DLL of the other width.
+struct ClassSources {
+    RegistryRoot own;
+    RegistryRoot other;  // without a key when there is one view
+};
+
+ClassSources InstalledClasses();
+
+// The components of each search, in the order of the registry; `other`'s follow `own`'s.
+std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,
+                                                       const ClassSources& sources = InstalledClasses());
+
+// The unit operations of this computer, but for the program's own. Gathered when first asked for, once a process.
+const std::vector<ComponentInfo>& InstalledUnitOperations();
+
+}  // namespace zelt

@@ -1,0 +1,72 @@
+// The base of the program's dialogs: a window made from a dialog resource, its messages handed to member functions. The
+// object must outlive the window; a modeless one may delete itself in OnDestroyed, which is the last call. Nothing that a
+// handler throws reaches the system. Layout, lists and pictures are the derived dialogs' own affair.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <string>
+
+namespace zelt {
+
+class Dialog {
+public:
+    Dialog() = default;
+    virtual ~Dialog() = default;
+    Dialog(const Dialog&) = delete;
+    Dialog& operator=(const Dialog&) = delete;
+
+    HWND Window() const { return window; }
+
+    // Shows the dialog and waits; the result is what End was given, or -1 when the window could not be made.
+    INT_PTR RunModal(int resource, HWND owner);
+    // Makes the window without waiting; null when it could not be made. It is not shown yet unless its style says so.
+    HWND CreateModeless(int resource, HWND owner = nullptr);
+
+protected:
+    // True lets the system choose the first focus.
+    virtual bool OnInit() { return true; }
+    // Menu items, accelerators, buttons and what controls report. True when handled.
+    virtual bool OnCommand(int id, int notification);
+    // What common controls report; `result` is the answer to those that want one.
+    virtual bool OnNotify(const NMHDR&, LRESULT& result);
+    virtual bool OnSystemCommand(UINT) { return false; }
+    virtual void OnPopupMenu(HMENU) {}
+    virtual void OnSize() {}
+    virtual void OnMinMaxInfo(MINMAXINFO&) {}
+    // After the system has scaled the window for a screen of another resolution.
+    virtual void OnScaled() {}
+    // The last message of the window has passed.
+    virtual void OnDestroyed() {}
+
+    void End(INT_PTR result) { EndDialog(window, result); }
+    HWND Item(int id) const { return GetDlgItem(window, id); }
+    std::wstring ItemText(int id) const;
+    // Pixels of this window's screen for `length` at 96 to the inch.
+    int Scaled(int length) const;
+    // A message box in front of this dialog.
+    int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
+    // Both icons, each in the size that the screen wants.
+    void SetIcons(int resource);
+
+private:
+    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
+
+    HWND window = nullptr;
+};
+
+// The pointer that means work, as long as this lives.
+class WaitCursor {
+public:
+    WaitCursor() : before(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
+    ~WaitCursor() { SetCursor(before); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+private:
+    HCURSOR before;
+};
+
+}  // namespace zelt

@@ -1,0 +1,43 @@
+// How the controls of a resizable dialog follow its edges. A row names a control and the edges that it keeps its distance
+// from; where both sides are kept, the control grows. The distances are those of the dialog resource, scaled with the
+// screen. Owns no window.
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+#include <vector>
+
+namespace zelt {
+
+enum Edges : unsigned { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8 };
+
+struct LayoutRow {
+    int control;
+    unsigned edges;
+};
+
+class DialogLayout {
+public:
+    // Takes the distances from the dialog as it stands, before its first change of size; the size is the smallest, too.
+    void Attach(HWND dialog, std::span<const LayoutRow> rows);
+    // Moves the controls to where the dialog's size wants them.
+    void Apply() const;
+    void Limit(MINMAXINFO& info) const;
+
+private:
+    struct Place {
+        HWND control;
+        unsigned edges;
+        RECT distance;  // from each edge of the client area
+        SIZE size;
+    };
+    int Scaled(LONG length) const;
+
+    HWND dialog = nullptr;
+    UINT dpi = USER_DEFAULT_SCREEN_DPI;
+    SIZE smallest = {0, 0};
+    std::vector<Place> places;
+};
+
+}  // namespace zelt

@@ -1,0 +1,16 @@
+// CAboutDlg: the program's name, version and purpose.
+#pragma once
+
+#include "shell/dialog.h"
+
+namespace zelt {
+
+class CAboutDlg final : public Dialog {
+public:
+    void Run(HWND owner);
+
+private:
+    bool OnInit() override;
+};
+
+}  // namespace zelt

@@ -1,0 +1,38 @@
+// The list view of the main window: a row for each exported package, in order, whose check box is the package's logging
+// flag. Shows what the list of exported packages holds and changes nothing in it; owns neither.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <optional>
+
+#include "shell/exported_package_list.h"
+
+namespace zelt {
+
+class PackageListView {
+public:
+    struct CheckChange {
+        std::size_t row;
+        bool checked;
+    };
+
+    void Attach(HWND listView, HIMAGELIST images);
+    // Rows anew, none selected.
+    void Fill(const ExportedPackageList& packages);
+    // Both columns as wide as their contents and headers ask.
+    void FitColumns();
+
+    std::optional<std::size_t> Selected() const;
+    void Select(std::size_t row);
+
+    // The user's change of a check box; nothing for any other change, and while the rows are being filled.
+    std::optional<CheckChange> ChangedCheck(const NMLISTVIEW& change) const;
+
+private:
+    HWND list = nullptr;
+    bool ready = false;
+};
+
+}  // namespace zelt

@@ -1,0 +1,52 @@
+// CPackageManagerDlg: the window of an interactive start. It shows the exported packages and edits them and the log
+// options; each change is saved at once. Keeps the process alive as long as it is open. The list of packages belongs to
+// the process: calls from simulators may change it whenever messages are pumped, and the window follows.
+#pragma once
+
+#include "core/log_options.h"
+#include "shell/dialog.h"
+#include "shell/exported_package_list.h"
+#include "shell/lock_object.h"
+#include "shell/main_window/package_list_view.h"
+
+namespace zelt {
+
+class CPackageManagerDlg final : public Dialog {
+public:
+    // Makes the one main window and shows it. The object ends with the window.
+    static void Show();
+
+private:
+    CPackageManagerDlg();
+
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    bool OnNotify(const NMHDR& header, LRESULT& answer) override;
+    bool OnSystemCommand(UINT command) override;
+    void OnPopupMenu(HMENU menu) override;
+    void OnSize() override;
+    void OnMinMaxInfo(MINMAXINFO& info) override;
+    void OnScaled() override;
+    void OnDestroyed() override;
+
+    static void RefreshIfOpen();
+    void FillList();
+    void UpdateRemoveItem();
+
+    void AddPackage();
+    void RemovePackage();
+    void ToggleLogging();
+    void TakeCheck(const PackageListView::CheckChange& change);
+    void ViewLog();
+    void ToggleOption(bool LogOptions::* option);
+    void ChooseUnitOperation(REFCLSID classId);
+
+    void PrepareLogMenu();
+    void PrepareOptionsMenu();
+
+    Lock lock;
+    PackageListView list;
+    HMENU packageMenu = nullptr, logMenu = nullptr, optionsMenu = nullptr, unitOperationMenu = nullptr;
+};
+
+}  // namespace zelt

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+#include <objbase.h>
+
+#include "shell/component_scan/component_scan.h"
+#include "tests/unit/recorded_messages.h"
+#include "tests/unit/scratch_registry.h"
+
+namespace {
+
+constexpr wchar_t kCategory[] = L"{11111111-0000-0000-0000-00000000000a}";
+constexpr wchar_t kOtherCategory[] = L"{22222222-0000-0000-0000-00000000000B}";
+constexpr wchar_t kFirst[] = L"{0A000000-0000-0000-0000-000000000001}";
+constexpr wchar_t kSecond[] = L"{0B000000-0000-0000-0000-000000000002}";
+constexpr wchar_t kThird[] = L"{0C000000-0000-0000-0000-000000000003}";
+
+CLSID ClassOf(const wchar_t* text)
+{
+    CLSID result = {};
+    EXPECT_EQ(S_OK, CLSIDFromString(text, &result));
+    return result;
+}
+
+class ComponentScan : public testing::Test {
+protected:
+    void SetUp() override { EXPECT_EQ(ERROR_SUCCESS, top.Create(scratch.Root(), L"Own\\CLSID")); }
+
+    void Write(const std::wstring& path, const wchar_t* name, const wchar_t* text, const wchar_t* view = L"Own")
+    {
+        zelt::RegistryKey key;
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(scratch.Root(), std::wstring(view) + L"\\CLSID\\" + path));
+        if (text) {
+            ASSERT_EQ(ERROR_SUCCESS, key.WriteString(name, text));
+        }
+    }
+    void Register(const std::wstring& identity, const wchar_t* category = kCategory, const wchar_t* view = L"Own")
+    {
+        Write(identity + L"\\Implemented Categories\\" + category, L"", nullptr, view);
+    }
+    std::vector<zelt::ComponentInfo> Find(const CLSID& leftOut = CLSID_NULL, bool bothViews = false)
+    {
+        zelt::RegistryKey own, other;
+        EXPECT_EQ(ERROR_SUCCESS, own.Create(scratch.Root(), L"Own"));
+        EXPECT_EQ(ERROR_SUCCESS, other.Create(scratch.Root(), L"Other"));
+        const zelt::ComponentSearch searches[] = {{kCategory, leftOut}};
+        return zelt::FindComponents(searches, {{own.Get(), 0}, {bothViews ? other.Get() : nullptr, 0}}).front();
+    }
+    std::wstring OnlyName()
+    {
+        const auto found = Find();
+        EXPECT_EQ(1u, found.size());
+        return found.empty() ? L"" : found.front().displayName;
+    }
+
+    ScratchRegistry scratch;
+    zelt::RegistryKey top;
+    const RecordedMessages messages;
+};
+
+TEST_F(ComponentScan, DisplayNameComesFromTheFirstPlaceThatHasOne)
+{
+    Register(kFirst);
+    EXPECT_EQ(kFirst, OnlyName());
+    Write(std::wstring(kFirst) + L"\\VersionIndependentProgID", L"", L"Maker.Package");
+    EXPECT_EQ(L"Maker.Package", OnlyName());
+    Write(std::wstring(kFirst) + L"\\ProgID", L"", L"Maker.Package.1");
+    EXPECT_EQ(L"Maker.Package.1", OnlyName());
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Description", L"all about it");
+    EXPECT_EQ(L"all about it", OnlyName());
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Name", L"");
+    EXPECT_EQ(L"all about it", OnlyName());
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Name", L"Package");
+    EXPECT_EQ(L"Package (all about it)", OnlyName());
+    EXPECT_EQ(L"Package", Find().front().name);
+    EXPECT_TRUE(messages.All().empty());
+}
+
+TEST_F(ComponentScan, NameWithoutDescriptionStandsAlone)
+{
+    Register(kFirst);
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Name", L"Package");
+    EXPECT_EQ(L"Package", OnlyName());
+}
+
+TEST_F(ComponentScan, CategoriesAreComparedWithoutRegardToCase)
+{
+    Register(kFirst, L"{11111111-0000-0000-0000-00000000000A}");
+    Register(kSecond, kOtherCategory);
+    const auto found = Find();
+    ASSERT_EQ(1u, found.size());
+    EXPECT_EQ(ClassOf(kFirst), found[0].classId);
+}
+
+TEST_F(ComponentScan, LeavesOutTheGivenClassAndWhatIsNoClass)
+{
+    Register(kFirst);
+    Register(kSecond);
+    Register(L"no class identifier");
+    Register(L"{0D000000-0000-0000-0000}");
+    const auto found = Find(ClassOf(kFirst));
+    ASSERT_EQ(1u, found.size());
+    EXPECT_EQ(ClassOf(kSecond), found[0].classId);
+}
+
+TEST_F(ComponentScan, OnePassServesSeveralCategories)
+{
+    Register(kFirst);
+    Register(kFirst, kOtherCategory);
+    Register(kSecond, kOtherCategory);
+    zelt::RegistryKey own;
+    ASSERT_EQ(ERROR_SUCCESS, own.Open(scratch.Root(), L"Own"));
+    const zelt::ComponentSearch searches[] = {{kCategory, CLSID_NULL}, {kOtherCategory, ClassOf(kFirst)}};
+    const auto found = zelt::FindComponents(searches, {{own.Get(), 0}, {nullptr, 0}});
+    ASSERT_EQ(2u, found.size());
+    ASSERT_EQ(1u, found[0].size());
+    EXPECT_EQ(ClassOf(kFirst), found[0][0].classId);
+    ASSERT_EQ(1u, found[1].size());
+    EXPECT_EQ(ClassOf(kSecond), found[1][0].classId);
+}
+
+TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
+{
+    Register(kFirst);
+    // In both views: listed once, as its own view describes it.
+    Register(kFirst, kCategory, L"Other");
+    Write(std::wstring(kFirst) + L"\\LocalServer32", L"", L"server.exe", L"Other");
+    Write(std::wstring(kFirst) + L"\\ProgID", L"", L"wrong view", L"Other");
+    // A DLL of the other width cannot be loaded.
+    Register(kSecond, kCategory, L"Other");
+    Write(std::wstring(kSecond) + L"\\InprocServer32", L"", L"package.dll", L"Other");
+    Register(kThird, kCategory, L"Other");
+    Write(std::wstring(kThird) + L"\\LocalServer32", L"", L"server.exe", L"Other");
+    const auto found = Find(CLSID_NULL, true);
+    ASSERT_EQ(2u, found.size());
+    EXPECT_EQ(kFirst, found[0].displayName);
+    EXPECT_EQ(ClassOf(kThird), found[1].classId);
+    EXPECT_EQ(1u, Find().size());
+}
+
+TEST_F(ComponentScan, SaysThatTheClassesCannotBeRead)
+{
+    const zelt::ComponentSearch searches[] = {{kCategory, CLSID_NULL}};
+    EXPECT_TRUE(zelt::FindComponents(searches, {scratch.Root(), {nullptr, 0}}).front().empty());
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Failed to open HKEY_CLASSES_ROOT\\CLSID", messages.All()[0].text);
+    EXPECT_EQ(L"Error:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
+}
+
+}  // namespace

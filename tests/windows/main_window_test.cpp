@@ -1,0 +1,289 @@
+#include <gtest/gtest.h>
+
+#include "core/log_options.h"
+#include "res/resource.h"
+#include "shell/exported_package_list.h"
+#include "tests/windows/controls.h"
+#include "tests/windows/program.h"
+#include "tests/windows/registered_components.h"
+#include "tests/windows/screenshot.h"
+
+namespace {
+
+using namespace zelt;
+using namespace zelt::test;
+
+constexpr wchar_t kTitle[] = L"ZELT Packages:";
+constexpr wchar_t kAboutTitle[] = L"About ZELT";
+
+class MainWindow : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ExportedPackageList stored;
+        Export(stored, PackageKind::PropertyPackage11StandAlone, L"Aromatics", true);
+        Export(stored, PackageKind::PropertyPackage10FromThermoSystem, L"Alcohols", false);
+        Export(stored, PackageKind::ReactionPackage10StandAlone, L"Esters", false);
+        stored.Save();
+    }
+    static void Export(ExportedPackageList& list, PackageKind kind, const wchar_t* name, bool logged)
+    {
+        auto package = std::make_unique<ExportedPackage>();
+        package->kind = kind;
+        package->sourceName = package->exportedName = name;
+        package->loggingEnabled = logged;
+        list.Append(std::move(package));
+    }
+    void Start()
+    {
+        program.emplace();
+        window = program->WaitForWindow(kTitle);
+        ASSERT_NE(nullptr, window);
+        list.emplace(program->Process(), GetDlgItem(window, kPackageList));
+    }
+    void Front()
+    {
+        SetForegroundWindow(window);
+        WaitUntil([&] { return GetForegroundWindow() == window; });
+    }
+    void LeaveMenu()
+    {
+        PostMessageW(window, WM_CANCELMODE, 0, 0);
+        Sleep(150);
+    }
+    // What the registry holds, one letter a package: L when logged.
+    static std::wstring Stored()
+    {
+        ExportedPackageList stored;
+        stored.Load();
+        std::wstring text;
+        for (std::size_t index = 0; index < stored.Count(); ++index) {
+            text += stored.At(index).exportedName + (stored.At(index).loggingEnabled ? L"(L) " : L" ");
+        }
+        return text;
+    }
+    static LogOptions StoredOptions()
+    {
+        LogOptions options;
+        options.Load();
+        return options;
+    }
+
+    CleanSettings settings;
+    std::optional<Program> program;
+    HWND window = nullptr;
+    std::optional<RemoteList> list;
+};
+
+TEST_F(MainWindow, ShowsAPackageARow)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    ASSERT_EQ(3, list->Count());
+    const struct { const wchar_t *name, *type; int image; bool checked; } rows[] = {
+        {L"Aromatics", L"PP 1.1", 1, true}, {L"Alcohols", L"PP 1.0", 1, false}, {L"Esters", L"RP 1.0", 12, false}};
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(rows[row].name, list->Text(row, 0));
+        EXPECT_EQ(rows[row].type, list->Text(row, 1));
+        EXPECT_EQ(rows[row].image, list->Image(row));
+        EXPECT_EQ(rows[row].checked, list->Checked(row));
+    }
+    EXPECT_EQ(L"Aromatics(L) Alcohols Esters ", Stored());
+    list->Select(0);
+    EXPECT_TRUE(KeepScreenshot(window, "main-window"));
+}
+
+TEST_F(MainWindow, KeepsTheListSixPixelsFromEachEdge)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    for (const SIZE size : {SIZE{700, 500}, SIZE{400, 300}}) {
+        SetWindowPos(window, nullptr, 20, 20, size.cx, size.cy, SWP_NOZORDER);
+        RECT client, rect;
+        GetClientRect(window, &client);
+        GetWindowRect(list->Window(), &rect);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&rect), 2);
+        EXPECT_EQ(6, rect.left);
+        EXPECT_EQ(6, rect.top);
+        EXPECT_EQ(client.right - 6, rect.right);
+        EXPECT_EQ(client.bottom - 6, rect.bottom);
+    }
+}
+
+TEST_F(MainWindow, ACheckBoxIsSavedAtOnce)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    list->ClickCheckBox(1);
+    EXPECT_TRUE(WaitUntil([] { return Stored() == L"Aromatics(L) Alcohols(L) Esters "; }));
+    list->ClickCheckBox(0);
+    EXPECT_TRUE(WaitUntil([] { return Stored() == L"Aromatics Alcohols(L) Esters "; }));
+}
+
+TEST_F(MainWindow, FillingTheListDoesNotSave)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    // Another process empties the store; a window that saved what it shows would fill it again.
+    ExportedPackageList().Save();
+    SendMessageW(window, WM_SIZE, SIZE_RESTORED, 0);
+    list->Select(1);
+    EXPECT_EQ(L"", Stored());
+}
+
+TEST_F(MainWindow, RemovesTheSelectedPackageOnly)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    Command(window, kCommandRemovePackage);
+    EXPECT_EQ(3, list->Count());
+    list->Select(1);
+    Command(window, kCommandRemovePackage);
+    EXPECT_EQ(2, list->Count());
+    EXPECT_EQ(L"Aromatics(L) Esters ", Stored());
+    EXPECT_EQ(-1, list->Selected());
+}
+
+TEST_F(MainWindow, EnableLoggingTogglesAndKeepsTheSelection)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    Command(window, kCommandEnableLogging);
+    EXPECT_EQ(L"Aromatics(L) Alcohols Esters ", Stored());
+    list->Select(2);
+    Command(window, kCommandEnableLogging);
+    EXPECT_EQ(L"Aromatics(L) Alcohols Esters(L) ", Stored());
+    EXPECT_TRUE(list->Checked(2));
+    EXPECT_EQ(2, list->Selected());
+    Command(window, kCommandEnableLogging);
+    EXPECT_EQ(L"Aromatics(L) Alcohols Esters ", Stored());
+}
+
+TEST_F(MainWindow, OptionsKeepWhatAnotherProcessChanged)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    EXPECT_FALSE(StoredOptions().autoLogLocation);
+    LogOptions changed;
+    changed.promptOpenLog = false;
+    changed.Save();
+    Command(window, kCommandAutoLogLocation);
+    EXPECT_TRUE(StoredOptions().autoLogLocation);
+    EXPECT_FALSE(StoredOptions().promptOpenLog);
+    Command(window, kCommandPromptOpenLog);
+    EXPECT_TRUE(StoredOptions().promptOpenLog);
+    Command(window, kCommandAutoLogLocation);
+    EXPECT_FALSE(StoredOptions().autoLogLocation);
+}
+
+TEST_F(MainWindow, ChoosesTheUnitOperationOfItsMenu)
+{
+    RegisteredComponents components;
+    components.Add(L"{7E57AAAA-0000-0000-0000-000000000001}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Flash & mix");
+    components.Add(L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Own");
+    const CLSID expected = {0x7E57AAAA, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
+    ASSERT_NO_FATAL_FAILURE(Start());
+    // The program's own class is not there: one item, and none behind it.
+    Command(window, kCommandFirstUnitOperation + 1);
+    EXPECT_EQ(CLSID{}, StoredOptions().pravikUnit);
+    Command(window, kCommandFirstUnitOperation);
+    EXPECT_EQ(expected, StoredOptions().pravikUnit);
+    Command(window, kCommandUnknownUnitOperation);
+    EXPECT_EQ(expected, StoredOptions().pravikUnit);
+    Command(window, kCommandAskUser);
+    EXPECT_EQ(CLSID{}, StoredOptions().pravikUnit);
+}
+
+TEST_F(MainWindow, MenusWorkFromTheKeyboard)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    Front();
+    // Without a selection the item is grey.
+    PressKey('P', VK_MENU);
+    PressKey('R');
+    LeaveMenu();
+    EXPECT_EQ(3, list->Count());
+    list->Select(0);
+    PressKey('L', VK_MENU);
+    EXPECT_TRUE(KeepScreenshot(window, "main-window-log-menu"));
+    PressKey('E');
+    EXPECT_TRUE(WaitUntil([] { return Stored() == L"Aromatics Alcohols Esters "; }));
+    PressKey('P', VK_MENU);
+    PressKey('R');
+    EXPECT_TRUE(WaitUntil([] { return Stored() == L"Alcohols Esters "; }));
+    PressKey('O', VK_MENU);
+    PressKey('A');
+    EXPECT_TRUE(WaitUntil([] { return StoredOptions().autoLogLocation; }));
+    PressKey('O', VK_MENU);
+    PressKey(VK_UP);
+    PressKey(VK_RIGHT);
+    EXPECT_TRUE(KeepScreenshot(window, "main-window-options-menu"));
+    LeaveMenu();
+    EXPECT_TRUE(IsWindow(window));
+    // The check box of the focused row.
+    PressKey(VK_DOWN);
+    PressKey(VK_HOME);
+    PressKey(VK_SPACE);
+    EXPECT_TRUE(WaitUntil([] { return Stored() == L"Alcohols(L) Esters "; }));
+}
+
+TEST_F(MainWindow, ReturnDoesNothingAndEscEndsTheProgram)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    Front();
+    PressKey(VK_RETURN);
+    EXPECT_TRUE(IsWindow(window));
+    PressKey(VK_ESCAPE);
+    EXPECT_TRUE(program->EndsBy(10'000));
+    EXPECT_EQ(0u, program->ExitCode());
+}
+
+TEST_F(MainWindow, CloseAndTheCloseBoxEndTheProgram)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    Command(window, kCommandClose);
+    EXPECT_TRUE(program->EndsBy(10'000));
+    ASSERT_NO_FATAL_FAILURE(Start());
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(program->EndsBy(10'000));
+    EXPECT_EQ(0u, program->ExitCode());
+}
+
+TEST_F(MainWindow, AboutNamesProductAndVersion)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    for (const bool fromSystemMenu : {false, true}) {
+        PostMessageW(window, fromSystemMenu ? WM_SYSCOMMAND : WM_COMMAND,
+                     fromSystemMenu ? kCommandSystemAbout : kCommandAbout, 0);
+        const HWND about = program->WaitForWindow(kAboutTitle);
+        ASSERT_NE(nullptr, about);
+        EXPECT_EQ(L"Version 1.0.0.0", TextOfWindow(GetDlgItem(about, kVersionText)));
+        EXPECT_FALSE(IsWindowEnabled(window));
+        EXPECT_TRUE(KeepScreenshot(about, "about"));
+        PostCommand(about, IDOK);
+        EXPECT_TRUE(program->WaitUntilGone(about));
+    }
+}
+
+TEST_F(MainWindow, SaysThatTheHelpFileCannotBeLoaded)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    PostCommand(window, kCommandHelp);
+    const HWND box = program->WaitForWindow(L"Error starting Help:");
+    ASSERT_NE(nullptr, box);
+    EXPECT_EQ(window, GetWindow(box, GW_OWNER));
+    EXPECT_TRUE(KeepScreenshot(box, "help-failure"));
+    wchar_t path[MAX_PATH];
+    DWORD length = MAX_PATH;
+    ASSERT_TRUE(QueryFullProcessImageNameW(program->Process(), 0, path, &length));
+    const std::wstring folder(path, std::wstring(path).rfind(L'\\') + 1);
+    EXPECT_EQ(L"Failed to load HTML Help file " + folder + L"BRIX.chm",
+              program->AnswerBox(L"Error starting Help:", IDOK));
+}
+
+TEST_F(MainWindow, ViewLogAsksForAFile)
+{
+    ASSERT_NO_FATAL_FAILURE(Start());
+    PostCommand(window, kCommandViewLog);
+    const HWND dialog = program->WaitForWindow(L"View log file:");
+    ASSERT_NE(nullptr, dialog);
+    EXPECT_EQ(window, GetWindow(dialog, GW_OWNER));
+    PostCommand(dialog, IDCANCEL);
+    EXPECT_TRUE(program->WaitUntilGone(dialog));
+    EXPECT_TRUE(IsWindow(window));
+}
+
+}  // namespace

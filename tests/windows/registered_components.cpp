@@ -1,0 +1,63 @@
+#include "tests/windows/registered_components.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "shell/registry_views.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr wchar_t kSettings[] = L"Software\\ZELT";
+
+void CallExport(const char* path, const char* name)
+{
+    const HMODULE library = LoadLibraryW(std::filesystem::absolute(path).make_preferred().c_str());
+    ASSERT_NE(nullptr, library) << path;
+    const auto function =
+        reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    ASSERT_NE(nullptr, function) << name;
+    EXPECT_EQ(S_OK, function()) << path;
+    FreeLibrary(library);
+}
+
+}  // namespace
+
+CleanSettings::CleanSettings() : before(ReadKeyTree({}, kSettings)) { DeleteKeyTree({}, kSettings); }
+
+CleanSettings::~CleanSettings()
+{
+    DeleteKeyTree({}, kSettings);
+    if (before) WriteKeyTree({}, kSettings, *before);
+}
+
+RegisteredComponents::RegisteredComponents()
+{
+    CallExport(ZELT_SAMPLE_PACKAGE, "DllRegisterServer");
+    CallExport(ZELT_FAULTY_PACKAGE, "DllRegisterServer");
+}
+
+RegisteredComponents::~RegisteredComponents()
+{
+    for (const std::wstring& path : added) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
+    CallExport(ZELT_FAULTY_PACKAGE, "DllUnregisterServer");
+    CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
+}
+
+void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
+                               const wchar_t* description)
+{
+    const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
+    const std::wstring path = ClassesPath(L"CLSID\\" + classId);
+    added.push_back(path);
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
+    if (description) {
+        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Description", description));
+    }
+}
+
+}  // namespace zelt::test

@@ -1,0 +1,40 @@
+// What a window test finds on the machine: the sample components registered, further classes without a server, and no
+// settings of the program. The settings that were there before come back.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/registry.h"
+#include "shell/key_tree.h"
+
+namespace zelt::test {
+
+class CleanSettings {
+public:
+    CleanSettings();
+    ~CleanSettings();
+    CleanSettings(const CleanSettings&) = delete;
+    CleanSettings& operator=(const CleanSettings&) = delete;
+
+private:
+    std::optional<KeyTree> before;
+};
+
+class RegisteredComponents {
+public:
+    RegisteredComponents();
+    ~RegisteredComponents();
+    RegisteredComponents(const RegisteredComponents&) = delete;
+    RegisteredComponents& operator=(const RegisteredComponents&) = delete;
+
+    // A class of that category, described by `name` and, where given, `description`.
+    void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
+             const wchar_t* description = nullptr);
+
+private:
+    std::vector<std::wstring> added;
+};
+
+}  // namespace zelt::test

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+#include <objbase.h>
+
+#include <thread>
+
+#include "res/resource.h"
+#include "shell/add_package/add_package_dialog.h"
+#include "tests/windows/controls.h"
+#include "tests/windows/program.h"
+
+// The dialog in this process, on a thread of its own, over classes that a test made up.
+namespace {
+
+using namespace zelt;
+using namespace zelt::test;
+
+constexpr wchar_t kScratch[] = L"Software\\ZELT window tests";
+
+class RestrictedChoice : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        DeleteKeyTree({}, kScratch);
+        ASSERT_EQ(ERROR_SUCCESS, classes.Create({}, kScratch));
+        RegistryKey top;
+        ASSERT_EQ(ERROR_SUCCESS, top.Create({classes.Get(), 0}, L"CLSID"));
+    }
+    void TearDown() override { DeleteKeyTree({}, kScratch); }
+
+    void RegisterOneOfEachKind()
+    {
+        for (const PackageKindRow& row : PackageKindRows()) {
+            RegistryKey key;
+            const std::wstring number = std::to_wstring(static_cast<unsigned>(row.kind));
+            const std::wstring path = L"CLSID\\{7E57DDDD-0000-0000-0000-00000000000" + number + L"}";
+            key.Create({classes.Get(), 0}, path + L"\\Implemented Categories\\" + row.category);
+            key.Create({classes.Get(), 0}, path + L"\\CapeDescription");
+            key.WriteString(L"Name", L"Kind " + number);
+        }
+    }
+    // Shows the dialog, lets `user` look at it, and presses the button that it names.
+    template <class User>
+    ExportedPackage Show(PackageChoice choice, const wchar_t* title, User user)
+    {
+        ExportedPackage result;
+        std::thread dialogThread([&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            {
+                CAddPackageDlg dialog(nullptr, exported, choice, {{classes.Get(), 0}, {nullptr, 0}});
+                if (dialog.Run(nullptr) == IDOK) result = dialog.Result();
+            }
+            CoUninitialize();
+        });
+        HWND dialog = nullptr;
+        EXPECT_TRUE(WaitUntil([&] { return (dialog = FindWindowW(nullptr, title)) && IsWindowVisible(dialog); }));
+        if (dialog) {
+            const RemoteTree tree(GetCurrentProcess(), GetDlgItem(dialog, kComponentTree));
+            PostCommand(dialog, user(tree));
+        }
+        dialogThread.join();
+        return result;
+    }
+    static std::vector<std::wstring> Components(const RemoteTree& tree)
+    {
+        std::vector<std::wstring> names;
+        for (const HTREEITEM heading : tree.Children(nullptr)) {
+            for (const HTREEITEM item : tree.Children(heading)) names.push_back(tree.Text(item));
+        }
+        return names;
+    }
+
+    RegistryKey classes;
+    ExportedPackageList exported;
+};
+
+TEST_F(RestrictedChoice, AThermoSystemIsOfferedVersion10Only)
+{
+    RegisterOneOfEachKind();
+    const auto result = Show(PackageChoice::PropertyPackages10, L"ZELT version 1.0 Property Package:",
+                             [](const RemoteTree& tree) {
+                                 EXPECT_EQ(std::vector<std::wstring>({L"Kind 2", L"Kind 3"}), Components(tree));
+                                 tree.Select(tree.Find(L"Kind 3"));
+                                 return IDOK;
+                             });
+    EXPECT_EQ(PackageKind::PropertyPackage10StandAlone, result.kind);
+    EXPECT_EQ(L"Kind 3", result.exportedName);
+}
+
+TEST_F(RestrictedChoice, WithoutRestrictionEveryKindIsOffered)
+{
+    RegisterOneOfEachKind();
+    const auto result = Show(PackageChoice::All, L"Export package:", [](const RemoteTree& tree) {
+        EXPECT_EQ(std::vector<std::wstring>({L"Kind 0", L"Kind 1", L"Kind 2", L"Kind 3", L"Kind 4", L"Kind 5"}),
+                  Components(tree));
+        tree.Select(tree.Find(L"Kind 5"));
+        return IDOK;
+    });
+    EXPECT_EQ(PackageKind::ReactionPackage10StandAlone, result.kind);
+}
+
+TEST_F(RestrictedChoice, SaysThatNothingIsInstalled)
+{
+    Show(PackageChoice::All, L"Export package:", [](const RemoteTree& tree) {
+        const auto items = tree.Children(nullptr);
+        EXPECT_EQ(1u, items.size());
+        EXPECT_EQ(L"No CAPE-OPEN packages are installed.", tree.Text(items.empty() ? nullptr : items[0]));
+        return IDCANCEL;
+    });
+}
+
+}  // namespace
