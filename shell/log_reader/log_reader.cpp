@@ -20,13 +20,21 @@ struct Freer {
 // A damaged file may bring an error on each of its lines; a step of reading reports this many of them.
 constexpr std::size_t kErrorsOfOneStep = 16;
 
+struct Errors {
+    std::vector<int> lines;
+    bool brokenTag = false;  // a start tag that does not end, as where a log is cut off
+};
+
 // Called from inside the parser, where nothing may be thrown: the lines wait until the step is done.
-void CollectError(void* context, const char*, xmlParserSeverities, xmlTextReaderLocatorPtr locator)
+void CollectError(void* context, xmlErrorPtr error)
 {
-    std::vector<int>& lines = *static_cast<std::vector<int>*>(context);
-    const int line = xmlTextReaderLocatorLineNumber(locator);
-    if (lines.size() == lines.capacity() || (!lines.empty() && lines.back() == line)) return;
-    lines.push_back(line);
+    if (error->level == XML_ERR_WARNING) return;
+    Errors& errors = *static_cast<Errors*>(context);
+    // An end tag that does not end has the same code, without the name.
+    errors.brokenTag |= error->code == XML_ERR_GT_REQUIRED && error->str1;
+    std::vector<int>& lines = errors.lines;
+    if (lines.size() == lines.capacity() || (!lines.empty() && lines.back() == error->line)) return;
+    lines.push_back(error->line);
 }
 
 void ReportErrors(std::vector<int>& lines, LogSink& sink)
@@ -52,15 +60,15 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
     const std::unique_ptr<xmlTextReader, Freer> reader(
         xmlReaderForFd(descriptor, nullptr, nullptr, XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET));
     if (!reader) return LogReadResult::NotReadable;
-    std::vector<int> errors;
-    errors.reserve(kErrorsOfOneStep);
-    xmlTextReaderSetErrorHandler(reader.get(), CollectError, &errors);
+    Errors errors;
+    errors.lines.reserve(kErrorsOfOneStep);
+    xmlTextReaderSetStructuredErrorHandler(reader.get(), CollectError, &errors);
 
     ItemBuilder builder(sink);
     bool ended = false;
     int status;
     while ((status = xmlTextReaderRead(reader.get())) == 1) {
-        if (!errors.empty()) ReportErrors(errors, sink);
+        if (!errors.lines.empty()) ReportErrors(errors.lines, sink);
         const int type = xmlTextReaderNodeType(reader.get());
         const xmlNode* node = xmlTextReaderCurrentNode(reader.get());
         ended = type != XML_READER_TYPE_ELEMENT || xmlTextReaderIsEmptyElement(reader.get()) == 1;
@@ -73,10 +81,11 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
         // The parser is ahead of the reader, which gives up at once when the parser does.
         const xmlNode* position = xmlTextReaderCurrentNode(reader.get());
         document.reset(xmlTextReaderCurrentDoc(reader.get()));
-        if (!BuildUnreadNodes(document.get(), position, ended, builder)) return LogReadResult::Cancelled;
+        const xmlNode* broken = errors.brokenTag ? LastNode(document.get()) : nullptr;
+        if (!BuildUnreadNodes(document.get(), position, ended, broken, builder)) return LogReadResult::Cancelled;
     }
     builder.Finish();
-    ReportErrors(errors, sink);
+    ReportErrors(errors.lines, sink);
     return status < 0 ? LogReadResult::Incomplete : LogReadResult::Complete;
 }
 

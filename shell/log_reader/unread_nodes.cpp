@@ -9,11 +9,20 @@ bool IsElement(const xmlNode* node) { return node->type == XML_ELEMENT_NODE; }
 
 }  // namespace
 
-bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, ItemBuilder& builder)
+const xmlNode* LastNode(const xmlDoc* document)
+{
+    const xmlNode* node = document ? document->last : nullptr;
+    while (node && IsElement(node) && node->last) node = node->last;
+    return node;
+}
+
+bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
+                      ItemBuilder& builder)
 {
     const auto start = [&](const xmlNode* node) {
         // In the tree an element that is cut off before its first child looks like an empty one.
         ended = !IsElement(node) || !node->children;
+        if (node == broken) return true;
         return !IsElement(node) || builder.Start(node, !node->children);
     };
     const auto end = [&](const xmlNode* node) {
