@@ -7,6 +7,7 @@
 #include "com/server_reference.h"
 #include "com/type_info.h"
 #include "core/fault_guard.h"
+#include "core/log_document.h"
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
 #include "shell/registration.h"
@@ -43,6 +44,7 @@ CZELTModule::CZELTModule()
     com::SetServerReferenceFunctions({AddReference, ReleaseReference});
     PrepareGuards();
     InstallWrappers();
+    SetLogViewer(kUserInterface.showLogViewer);
 }
 
 CZELTModule::~CZELTModule()

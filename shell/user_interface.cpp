@@ -6,8 +6,9 @@
 #include "core/message.h"
 #include "shell/handle.h"
 #include "shell/lock_object.h"
+#include "shell/log_viewer/log_viewer.h"
 
-// Neither window exists yet: a message box says so in its place, on a thread of its own, so that the main thread goes
+// The main window does not exist yet: a message box says so in its place, on a thread of its own, so that the main thread goes
 // on to serve clients meanwhile.
 namespace zelt {
 namespace {
@@ -42,13 +43,8 @@ void ShowMainWindow()
         L"Packages are served to simulators until this message is closed and no simulator holds one.");
 }
 
-void ShowLogViewer(const std::wstring& path)
-{
-    StartNotice(L"The log viewer is not there yet. This log is XML text, which any editor shows:\r\n\r\n" + path);
-}
-
 }  // namespace
 
-const UserInterface kUserInterface = {ShowMainWindow, ShowLogViewer};
+const UserInterface kUserInterface = {ShowMainWindow, OpenLogViewer};
 
 }  // namespace zelt
