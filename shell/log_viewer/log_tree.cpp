@@ -19,7 +19,9 @@ HTREEITEM LogTree::Insert(ItemIndex item, HTREEITEM parent, HTREEITEM after, boo
     record.hParent = parent;
     record.hInsertAfter = after;
     record.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_CHILDREN;
-    record.item.pszText = LPSTR_TEXTCALLBACKW;
+    // The item keeps its text whole; text asked for on demand would be cut to the length that is drawn.
+    std::wstring label = Widen(model->Label(item), CP_UTF8);
+    record.item.pszText = label.data();
     record.item.iImage = record.item.iSelectedImage = static_cast<int>(model->Image(item));
     record.item.cChildren = hasChildren;
     record.item.lParam = static_cast<LPARAM>(item);
@@ -51,13 +53,6 @@ void LogTree::FillChildren(ItemIndex item)
         after = known != handles.end() ? known->second : Insert(child, parent, after, model->HasChildren(child));
         if (!after) return;
     }
-}
-
-void LogTree::DisplayInfo(TVITEMW& item)
-{
-    if (!(item.mask & TVIF_TEXT)) return;
-    shown = Widen(model->Label(static_cast<ItemIndex>(item.lParam)), CP_UTF8);
-    item.pszText = shown.data();
 }
 
 ItemIndex LogTree::Selected() const

@@ -6,7 +6,6 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <string>
 #include <unordered_map>
 
 #include "shell/log_viewer/log_model.h"
@@ -28,9 +27,8 @@ public:
     // After loading.
     void Complete();
 
-    // Handlers of the tree's notifications.
+    // When an item is about to be expanded.
     void FillChildren(ItemIndex item);
-    void DisplayInfo(TVITEMW& item);
 
     ItemIndex Selected() const;
     void Select(ItemIndex item);
@@ -54,7 +52,6 @@ private:
     HWND window = nullptr;
     const LogModel* model = nullptr;
     std::unordered_map<ItemIndex, HTREEITEM> handles;
-    std::wstring shown;  // the label that the tree view asked for last
     HTREEITEM lastTopLevel = nullptr;
 };
 

@@ -105,6 +105,22 @@ INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     }
 }
 
+LRESULT CALLBACK CViewLogDlg::ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                           DWORD_PTR dialog)
+{
+    const LRESULT result = DefSubclassProc(list, message, wParam, lParam);
+    if (message == LVM_GETITEMW || message == LVM_GETITEMA) {
+        auto& viewer = *reinterpret_cast<CViewLogDlg*>(dialog);
+        // Both forms of the structure begin alike.
+        auto& item = *reinterpret_cast<LVITEMW*>(lParam);
+        const auto row = static_cast<std::size_t>(item.iItem);
+        if ((item.mask & LVIF_PARAM) && row < viewer.model.Errors().size()) {
+            item.lParam = reinterpret_cast<LPARAM>(viewer.items.Handle(viewer.model.Errors()[row]));
+        }
+    }
+    return result;
+}
+
 INT_PTR CViewLogDlg::Answer(LRESULT result) const
 {
     SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
@@ -127,6 +143,7 @@ void CViewLogDlg::Initialise()
     column.pszText = title;
     ListView_InsertColumn(list, 0, &column);
     ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
+    SetWindowSubclass(list, ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     items.Attach(tree, model);
     Arrange();
 }
@@ -158,9 +175,6 @@ void CViewLogDlg::Close()
 INT_PTR CViewLogDlg::Notified(const NMHDR& header)
 {
     if (header.hwndFrom == tree) {
-        if (header.code == TVN_GETDISPINFOW) {
-            items.DisplayInfo(const_cast<NMTVDISPINFOW&>(reinterpret_cast<const NMTVDISPINFOW&>(header)).item);
-        }
         if (header.code == TVN_ITEMEXPANDINGW) {
             const auto& expanding = reinterpret_cast<const NMTREEVIEWW&>(header);
             if (expanding.action & TVE_EXPAND) items.FillChildren(static_cast<ItemIndex>(expanding.itemNew.lParam));
@@ -191,8 +205,6 @@ void CViewLogDlg::DrawErrorRow(NMLVDISPINFOW& request)
         request.item.pszText = shownError.data();
     }
     if (request.item.mask & LVIF_IMAGE) request.item.iImage = static_cast<int>(model.Image(item));
-    // Another program that asks gets the tree's item.
-    if (request.item.mask & LVIF_PARAM) request.item.lParam = reinterpret_cast<LPARAM>(items.Handle(item));
 }
 
 int CViewLogDlg::Scaled(int size) const { return MulDiv(size, static_cast<int>(GetDpiForWindow(window)), 96); }

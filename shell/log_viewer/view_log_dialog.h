@@ -30,6 +30,9 @@ public:
 
 private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
+    static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                          DWORD_PTR dialog);
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR Notified(const NMHDR& header);
     INT_PTR Answer(LRESULT result) const;
