@@ -53,3 +53,15 @@
 #define kCommandFindNext 1006
 #define kCommandFindPrevious 1007
 #define kCommandNextError 1008
+
+// Dialogs, menus and controls of the log viewer.
+#define kDialogLogViewer 111
+#define kDialogSearch 112
+#define kDialogProgress 113
+#define kMenuLogViewer 204
+#define kLogTree 206
+#define kErrorList 207
+#define kSearchText 1101
+#define kSearchIgnoreCase 1102
+#define kSearchWholeItem 1103
+#define kProgressBar 1104

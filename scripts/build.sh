@@ -11,6 +11,7 @@ Build()
         wanted=("$1")
     fi
     InstallPackages build
+    FetchLibxml2
     NeedTool cmake
     for architecture in "${wanted[@]}"; do
         if [ ! -f "build/$architecture/build.ninja" ]; then

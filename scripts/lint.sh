@@ -18,6 +18,7 @@ Lint()
     [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint knows no option \"$*\", only --fix."
     LockTree
     InstallPackages build lint
+    FetchLibxml2
     mapfile -t sources < <(Sources)
     [ ${#sources[@]} -gt 0 ] || Fail "There is no source to check."
     if [ "${1:-}" = --fix ]; then

@@ -9,6 +9,7 @@ build | binutils-mingw-w64          | linker and resource compiler
 build | cmake                       | build and test driver
 build | ninja-build                 | build driver
 build | googletest                  | sources of the test framework
+build | dpkg-dev                    | unpacks the source package of libxml2
 build | wine                        | runs programs and tests
 build | wine32:i386                 | the 32-bit half of Wine, and the base type library that ours refer to
 build | wine64                      | the 64-bit half of Wine

@@ -1,0 +1,92 @@
+#include "shell/log_reader/log_reader.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlreader.h>
+
+#include <memory>
+#include <vector>
+
+#include "shell/log_reader/item_builder.h"
+#include "shell/log_reader/unread_nodes.h"
+
+namespace zelt {
+namespace {
+
+struct Freer {
+    void operator()(xmlTextReaderPtr reader) const { xmlFreeTextReader(reader); }
+    void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
+};
+
+// A damaged file may bring an error on each of its lines; a step of reading reports this many of them.
+constexpr std::size_t kErrorsOfOneStep = 16;
+
+struct Errors {
+    std::vector<int> lines;
+    bool brokenTag = false;  // a start tag that does not end, as where a log is cut off
+};
+
+// Called from inside the parser, where nothing may be thrown: the lines wait until the step is done.
+void CollectError(void* context, xmlErrorPtr error)
+{
+    if (error->level == XML_ERR_WARNING) return;
+    Errors& errors = *static_cast<Errors*>(context);
+    // An end tag that does not end has the same code, without the name.
+    errors.brokenTag |= error->code == XML_ERR_GT_REQUIRED && error->str1;
+    std::vector<int>& lines = errors.lines;
+    if (lines.size() == lines.capacity() || (!lines.empty() && lines.back() == error->line)) return;
+    lines.push_back(error->line);
+}
+
+void ReportErrors(std::vector<int>& lines, LogSink& sink)
+{
+    for (const int line : lines) sink.ParseError(line);
+    lines.clear();
+}
+
+xmlParserInputPtr RefuseEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
+
+}  // namespace
+
+void PrepareLogReader()
+{
+    xmlInitParser();
+    xmlSetExternalEntityLoader(RefuseEntity);
+}
+
+LogReadResult ReadLog(int descriptor, LogSink& sink)
+{
+    // The reader gives its document away when it is asked for it; the document goes last.
+    std::unique_ptr<xmlDoc, Freer> document;
+    const std::unique_ptr<xmlTextReader, Freer> reader(
+        xmlReaderForFd(descriptor, nullptr, nullptr, XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET));
+    if (!reader) return LogReadResult::NotReadable;
+    Errors errors;
+    errors.lines.reserve(kErrorsOfOneStep);
+    xmlTextReaderSetStructuredErrorHandler(reader.get(), CollectError, &errors);
+
+    ItemBuilder builder(sink);
+    bool ended = false;
+    int status;
+    while ((status = xmlTextReaderRead(reader.get())) == 1) {
+        if (!errors.lines.empty()) ReportErrors(errors.lines, sink);
+        const int type = xmlTextReaderNodeType(reader.get());
+        const xmlNode* node = xmlTextReaderCurrentNode(reader.get());
+        ended = type != XML_READER_TYPE_ELEMENT || xmlTextReaderIsEmptyElement(reader.get()) == 1;
+        bool more = true;
+        if (type == XML_READER_TYPE_ELEMENT) more = builder.Start(node, ended);
+        if (type == XML_READER_TYPE_END_ELEMENT) more = builder.End(node);
+        if (!more) return LogReadResult::Cancelled;
+    }
+    if (status < 0) {
+        // The parser is ahead of the reader, which gives up at once when the parser does.
+        const xmlNode* position = xmlTextReaderCurrentNode(reader.get());
+        document.reset(xmlTextReaderCurrentDoc(reader.get()));
+        const xmlNode* broken = errors.brokenTag ? LastNode(document.get()) : nullptr;
+        if (!BuildUnreadNodes(document.get(), position, ended, broken, builder)) return LogReadResult::Cancelled;
+    }
+    builder.Finish();
+    ReportErrors(errors.lines, sink);
+    return status < 0 ? LogReadResult::Incomplete : LogReadResult::Complete;
+}
+
+}  // namespace zelt

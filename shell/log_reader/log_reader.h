@@ -1,0 +1,56 @@
+// The parse of a log file as a stream of items, in the order of the file: what a viewer shows as its tree. Knows nothing
+// of windows and needs nothing but libxml2, so that programs without windows use it too. The descriptor stays its
+// caller's; nothing of an item outlives the call that it is handed to. Reads no other file and no network, whatever the
+// log says.
+#pragma once
+
+#include <string_view>
+
+namespace zelt {
+
+// Indices into the strip of small images; the strip's other images belong to other windows.
+enum class LogImage : unsigned char {
+    Info = 2,
+    Error = 3,
+    InwardCall = 4,
+    OutwardCall = 5,
+    InArgument = 6,
+    OutArgument = 7,
+    Value = 8,
+    Warning = 10,
+};
+
+struct LogItem {
+    int depth;               // 0 for the items below the root element, which itself is none
+    LogImage image;
+    bool hasChildren;        // the next item is its first child
+    bool isError;            // an error or a warning as logs have it, without children
+    std::string_view label;  // UTF-8
+};
+
+// Receives the stream. What it throws passes through ReadLog.
+class LogSink {
+public:
+    virtual ~LogSink() = default;
+    virtual void Item(const LogItem& item) = 0;
+    // The parser objects to something in this line. Reported after the step of reading that met it.
+    virtual void ParseError(int line) = 0;
+    // Called after each element's end. False ends the reading.
+    virtual bool Continue() = 0;
+};
+
+enum class LogReadResult {
+    Complete,
+    Incomplete,    // the file is no well-formed document: cut off, or damaged
+    Cancelled,     // as the sink wanted
+    NotReadable,   // the parser could not be made
+};
+
+// Call once, before the first thread that reads a log starts.
+void PrepareLogReader();
+
+// Reads from the descriptor's position. A file that is cut off gives everything up to the cut; one that nests deeper than
+// 255 elements or has an attribute of more than 10 million bytes ends there like a damaged one.
+LogReadResult ReadLog(int descriptor, LogSink& sink);
+
+}  // namespace zelt

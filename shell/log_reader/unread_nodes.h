@@ -1,0 +1,20 @@
+// The rest of a document whose reader has given up: the parser builds its tree some hundred bytes ahead of the reader, and
+// after an error the reader keeps back what stands between. In a log that was cut off this is the end of the log, which
+// tells most about a crash. Owns nothing.
+#pragma once
+
+#include <libxml/tree.h>
+
+namespace zelt {
+
+class ItemBuilder;
+
+// `position` is the reader's last node, null when it had shown none; `ended` tells that its end was shown too. `broken`, if
+// there is one, is left out. The answer is false when the builder's sink wants no more.
+bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
+                      ItemBuilder& builder);
+
+// The last node of a document in the order of the file, where the parser stopped; null if there is none.
+const xmlNode* LastNode(const xmlDoc* document);
+
+}  // namespace zelt

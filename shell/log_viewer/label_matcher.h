@@ -1,0 +1,44 @@
+// Asks a question about labels once for each label, however many items share it. Borrows the model.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "shell/log_viewer/log_model.h"
+
+namespace zelt {
+
+template <class Question>
+class LabelMatcher {
+public:
+    LabelMatcher(const LogModel& model, Question question)
+        : model(model), question(std::move(question)), answers(model.LabelCount(), Answer::Unknown)
+    {
+    }
+
+    bool operator()(ItemIndex item)
+    {
+        Answer& answer = answers[model.LabelNumber(item)];
+        if (answer == Answer::Unknown) answer = question(model.Label(item)) ? Answer::Yes : Answer::No;
+        return answer == Answer::Yes;
+    }
+
+private:
+    enum class Answer : unsigned char { Unknown, No, Yes };
+
+    const LogModel& model;
+    Question question;
+    std::vector<Answer> answers;
+};
+
+// Character by character, as far as ASCII goes: logs hold nothing else.
+inline void MakeLower(std::string& text)
+{
+    for (char& character : text) {
+        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    }
+}
+
+}  // namespace zelt

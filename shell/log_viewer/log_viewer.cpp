@@ -1,0 +1,56 @@
+#include "shell/log_viewer/log_viewer.h"
+
+#include <memory>
+#include <utility>
+
+#include "core/message.h"
+#include "shell/handle.h"
+#include "shell/lock_object.h"
+#include "shell/log_viewer/view_log_dialog.h"
+
+namespace zelt {
+namespace {
+
+struct ViewerStart {
+    std::wstring path;
+    Lock lock;
+};
+
+void Fail(const std::wstring& path, const wchar_t* reason)
+{
+    ShowMessage(L"Parse error in log file \"" + path + L"\": " + reason, L"Error:", MB_OK | MB_ICONERROR);
+}
+
+DWORD WINAPI ShowViewer(void* parameter)
+{
+    const std::unique_ptr<ViewerStart> start(static_cast<ViewerStart*>(parameter));
+    try {
+        CViewLogDlg viewer(start->path, std::move(start->lock));
+        if (viewer.Open()) {
+            viewer.RunMessages();
+        } else {
+            Fail(start->path, L"the window cannot be made");
+        }
+    } catch (const std::exception&) {
+        Fail(start->path, L"out of memory");
+    }
+    return 0;
+}
+
+}  // namespace
+
+void OpenLogViewer(const std::wstring& path)
+{
+    // All viewers are opened from the main thread.
+    static const bool prepared = (PrepareLogReader(), true);
+    static_cast<void>(prepared);
+    auto start = std::make_unique<ViewerStart>(ViewerStart{path, MakeLock()});
+    const UniqueHandle thread(CreateThread(nullptr, 0, ShowViewer, start.get(), 0, nullptr));
+    if (thread) {
+        start.release();
+    } else {
+        Fail(path, L"its thread cannot be started");
+    }
+}
+
+}  // namespace zelt

@@ -1,0 +1,83 @@
+// The window of the log viewer: the log as a tree, its errors and warnings as a list. One thread makes it, loads the log,
+// runs its messages and destroys it. Holds a server-process reference until its window is gone. Parsing, the model and
+// the tree are others' business.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <string>
+
+#include "shell/lock_object.h"
+#include "shell/log_viewer/log_model.h"
+#include "shell/log_viewer/log_tree.h"
+#include "shell/log_viewer/tree_search_dialog.h"
+
+namespace zelt {
+
+class CViewLogDlg {
+public:
+    CViewLogDlg(std::wstring logPath, Lock processLock);
+    ~CViewLogDlg();
+    CViewLogDlg(const CViewLogDlg&) = delete;
+    CViewLogDlg& operator=(const CViewLogDlg&) = delete;
+
+    // Makes the window, loads the log, and shows the window. False if there can be no window. What is wrong with the log
+    // is told in message boxes; what could be read of it is shown.
+    bool Open();
+    // Messages of the window, until it has closed.
+    void RunMessages();
+
+private:
+    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
+    static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                          DWORD_PTR dialog);
+    INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR Notified(const NMHDR& header);
+    INT_PTR Answer(LRESULT result) const;
+    void DrawErrorRow(NMLVDISPINFOW& request);
+    void Initialise();
+    void SetIcons() const;
+    void Close();
+
+    // Loading.
+    void Load();
+    void ReportParseError(int line) const;
+    void FitErrorColumn() const;
+
+    // Layout: the tree above, the errors below, and a gap between them that can be dragged.
+    int Scaled(int size) const;
+    void Arrange() const;
+    RECT Gap() const;
+    bool Drag(UINT message, LPARAM position);
+
+    // Commands.
+    void Command(int command);
+    void ExpandAll();
+    void CollapseAll();
+    void RemoveQueries();
+    void NextError();
+    void Find();
+    void FindAgain(bool forward);
+    void Search();
+    void CopyLabel() const;
+    bool IsCopyKey(const MSG& message) const;
+
+    int Box(const std::wstring& text, const wchar_t* caption, UINT flags) const;
+
+    const std::wstring path;
+    Lock lock;
+    HWND window = nullptr;
+    HWND tree = nullptr;
+    HWND list = nullptr;
+    bool closed = false;
+    bool dragging = false;
+    double share = 0.75;  // of the height, for the tree
+    LogModel model;
+    LogTree items;
+    TreeSearch search;
+    std::wstring shownError;  // the label that the list asked for last
+};
+
+}  // namespace zelt

@@ -1,0 +1,187 @@
+// The commands of CViewLogDlg: thinning out, searching, walking the errors, copying.
+#include <algorithm>
+#include <vector>
+
+#include "core/narrow.h"
+#include "res/resource.h"
+#include "shell/log_viewer/label_matcher.h"
+#include "shell/log_viewer/long_task.h"
+#include "shell/log_viewer/view_log_dialog.h"
+
+namespace zelt {
+
+void CViewLogDlg::Command(int command)
+{
+    if (LongTask::Running()) {
+        if (command == kCommandClose || command == IDCANCEL) LongTask::Running()->Cancel();
+        return;
+    }
+    switch (command) {
+        case kCommandExpandAll: ExpandAll(); break;
+        case kCommandCollapseAll: CollapseAll(); break;
+        case kCommandRemoveQueries: RemoveQueries(); break;
+        case kCommandFind: Find(); break;
+        case kCommandFindNext: FindAgain(true); break;
+        case kCommandFindPrevious: FindAgain(false); break;
+        case kCommandNextError: NextError(); break;
+        case kCommandClose:
+        case IDCANCEL: Close(); break;
+        default: break;
+    }
+    // The window was closed while a task ran.
+    if (closed && window) Close();
+}
+
+void CViewLogDlg::ExpandAll()
+{
+    bool all;
+    {
+        LongTask task(window);
+        all = items.ExpandAll(task);
+    }
+    if (all || closed) return;
+    Box(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
+            L" items. The others can be expanded one by one.",
+        L"Expand all items:", MB_ICONINFORMATION);
+}
+
+void CViewLogDlg::CollapseAll()
+{
+    LongTask task(window);
+    items.CollapseAll(task);
+}
+
+void CViewLogDlg::RemoveQueries()
+{
+    // Of a label the first 1023 characters count.
+    LabelMatcher isQuery(model, [](std::string_view label) {
+        return label.substr(0, 1023).find("QueryInterface") != std::string_view::npos;
+    });
+    bool complete;
+    {
+        LongTask task(window);
+        items.SetRedraw(false);
+        ItemIndex item = 0;
+        while (item < model.Size() && task.Continue()) {
+            if (model.IsRemoved(item) || model.Image(item) != LogImage::Info || !isQuery(item)) {
+                ++item;
+                continue;
+            }
+            const ItemIndex parent = model.Parent(item);
+            const ItemIndex next = model.End(item);
+            model.Remove(item);
+            items.Erase(item);
+            if (parent != kNoItem) items.UpdateParent(parent);
+            item = next;
+        }
+        items.SetRedraw(true);
+        items.KeepSelectionVisible();
+        complete = item >= model.Size();
+    }
+    model.CleanErrors();
+    ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), 0);
+    if (complete) EnableMenuItem(GetMenu(window), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);
+}
+
+void CViewLogDlg::NextError()
+{
+    const std::vector<ItemIndex>& errors = model.Errors();
+    if (errors.empty()) {
+        Box(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
+        return;
+    }
+    const ItemIndex selected = items.Selected();
+    auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
+    if (next == errors.end()) next = errors.begin();
+    items.Select(*next);
+    // The list follows; that its selection selects the item once more does no harm.
+    const int row = static_cast<int>(next - errors.begin());
+    ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ListView_EnsureVisible(list, row, FALSE);
+}
+
+void CViewLogDlg::Find()
+{
+    if (!CTreeSearchDlg(search).Run(window)) return;
+    search.forward = true;
+    Search();
+}
+
+void CViewLogDlg::FindAgain(bool forward)
+{
+    if (!search.confirmed) {
+        Box(L"No previous search string.", forward ? L"Find next:" : L"Find previous:", MB_ICONERROR);
+        return;
+    }
+    search.forward = forward;
+    Search();
+}
+
+void CViewLogDlg::Search()
+{
+    const bool forward = search.forward;
+    ItemIndex start = items.Selected();
+    if (start == kNoItem) {
+        start = model.First();
+        if (start == kNoItem) {
+            Box(L"Tree is empty", L"Search tree:", MB_ICONERROR);
+            return;
+        }
+        // So that the first item examined is the first of the tree.
+        if (forward) start = model.Previous(start);
+    }
+    std::string wanted = Narrow(search.text, CP_UTF8);
+    if (search.ignoreCase) MakeLower(wanted);
+    std::string lowered;
+    LabelMatcher matches(model, [&](std::string_view label) {
+        if (search.ignoreCase) {
+            lowered = label;
+            MakeLower(lowered);
+            label = lowered;
+        }
+        return search.wholeItem ? label == wanted : label.find(wanted) != std::string_view::npos;
+    });
+    ItemIndex item = start;
+    bool found = false;
+    {
+        LongTask task(window);
+        do {
+            item = forward ? model.Next(item) : model.Previous(item);
+            found = matches(item);
+        } while (!found && item != start && task.Continue());
+        if (task.Cancelled()) return;
+    }
+    if (found) {
+        items.Select(item);
+    } else {
+        Box(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
+    }
+}
+
+bool CViewLogDlg::IsCopyKey(const MSG& message) const
+{
+    return message.message == WM_KEYDOWN && message.wParam == 'C' && GetKeyState(VK_CONTROL) < 0 &&
+           GetKeyState(VK_MENU) >= 0 && (message.hwnd == tree || message.hwnd == list);
+}
+
+void CViewLogDlg::CopyLabel() const
+{
+    ItemIndex item = items.Selected();
+    if (GetFocus() == list) {
+        const int row = ListView_GetNextItem(list, -1, LVNI_SELECTED);
+        item = row < 0 ? kNoItem : model.Errors()[static_cast<std::size_t>(row)];
+    }
+    if (item == kNoItem || !OpenClipboard(window)) return;
+    const std::wstring label = Widen(model.Label(item), CP_UTF8);
+    const std::size_t size = (label.size() + 1) * sizeof(wchar_t);
+    EmptyClipboard();
+    if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size)) {
+        std::copy_n(label.c_str(), label.size() + 1, static_cast<wchar_t*>(GlobalLock(memory)));
+        GlobalUnlock(memory);
+        // The clipboard owns the memory once it has taken it.
+        if (!SetClipboardData(CF_UNICODETEXT, memory)) GlobalFree(memory);
+    }
+    CloseClipboard();
+}
+
+}  // namespace zelt

@@ -1,0 +1,122 @@
+#include "remote_tree.h"
+
+namespace zelt::test {
+
+RemoteMemory::RemoteMemory(HWND window, std::size_t size)
+{
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+    address = VirtualAllocEx(process, nullptr, size, MEM_COMMIT, PAGE_READWRITE);
+}
+
+RemoteMemory::~RemoteMemory()
+{
+    VirtualFreeEx(process, address, 0, MEM_RELEASE);
+    CloseHandle(process);
+}
+
+void RemoteMemory::Write(std::size_t offset, const void* data, std::size_t size) const
+{
+    WriteProcessMemory(process, Address() + offset, data, size, nullptr);
+}
+
+void RemoteMemory::Read(std::size_t offset, void* data, std::size_t size) const
+{
+    ReadProcessMemory(process, Address() + offset, data, size, nullptr);
+}
+
+TVITEMW RemoteTree::Get(HTREEITEM item) const
+{
+    TVITEMW record = {};
+    record.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_CHILDREN | TVIF_STATE | TVIF_PARAM;
+    record.hItem = item;
+    record.stateMask = TVIS_EXPANDED;
+    record.pszText = reinterpret_cast<wchar_t*>(memory.Address() + sizeof record);
+    record.cchTextMax = kTextLength;
+    memory.Write(0, &record, sizeof record);
+    SendMessageW(window, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(memory.Address()));
+    memory.Read(0, &record, sizeof record);
+    return record;
+}
+
+std::wstring RemoteTree::Label(HTREEITEM item) const
+{
+    Get(item);
+    std::vector<wchar_t> text(kTextLength);
+    memory.Read(sizeof(TVITEMW), text.data(), kTextLength * sizeof(wchar_t));
+    return text.data();
+}
+
+bool RemoteTree::IsInView(HTREEITEM item) const
+{
+    // The message takes the item where it gives the rectangle.
+    RECT place = {};
+    memcpy(&place, &item, sizeof item);
+    memory.Write(0, &place, sizeof place);
+    if (!SendMessageW(window, TVM_GETITEMRECT, FALSE, reinterpret_cast<LPARAM>(memory.Address()))) return false;
+    memory.Read(0, &place, sizeof place);
+    RECT client;
+    GetClientRect(window, &client);
+    return place.top >= 0 && place.bottom <= client.bottom;
+}
+
+std::wstring RemoteTree::Outline() const
+{
+    std::wstring out;
+    AppendOutline(out, Next(TVGN_ROOT), 0);
+    return out;
+}
+
+void RemoteTree::AppendOutline(std::wstring& out, HTREEITEM first, int depth) const
+{
+    for (HTREEITEM item = first; item; item = Next(TVGN_NEXT, item)) {
+        out.append(static_cast<std::size_t>(depth), L' ').append(std::to_wstring(Image(item))).append(L" ");
+        out.append(Label(item)).append(L"\n");
+        AppendOutline(out, Next(TVGN_CHILD, item), depth + 1);
+    }
+}
+
+LVITEMW RemoteList::Get(int row) const
+{
+    LVITEMW record = {};
+    record.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
+    record.iItem = row;
+    record.pszText = reinterpret_cast<wchar_t*>(memory.Address() + sizeof record);
+    record.cchTextMax = kTextLength;
+    memory.Write(0, &record, sizeof record);
+    SendMessageW(window, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(memory.Address()));
+    memory.Read(0, &record, sizeof record);
+    return record;
+}
+
+std::wstring RemoteList::Label(int row) const
+{
+    Get(row);
+    std::vector<wchar_t> text(kTextLength);
+    memory.Read(sizeof(LVITEMW), text.data(), kTextLength * sizeof(wchar_t));
+    return text.data();
+}
+
+void RemoteList::Select(int row) const
+{
+    LVITEMW record = {};
+    record.state = record.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    memory.Write(0, &record, sizeof record);
+    SendMessageW(window, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.Address()));
+}
+
+std::wstring RemoteList::Column() const
+{
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT;
+    column.pszText = reinterpret_cast<wchar_t*>(memory.Address() + sizeof column);
+    column.cchTextMax = 100;
+    memory.Write(0, &column, sizeof column);
+    SendMessageW(window, LVM_GETCOLUMNW, 0, reinterpret_cast<LPARAM>(memory.Address()));
+    wchar_t text[100] = L"";
+    memory.Read(sizeof column, text, sizeof text);
+    return text;
+}
+
+}  // namespace zelt::test

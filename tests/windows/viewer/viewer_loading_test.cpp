@@ -1,0 +1,211 @@
+// The viewer's window, what it shows of a log, and what it says about logs that are damaged or missing.
+#include "viewer_process.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "res/resource.h"
+#include "shell/handle.h"
+
+namespace zelt::test {
+namespace {
+
+using ViewerLoading = ViewerTest;
+
+const char* const kLog =
+    "<info value=\"started\"/>\r\n"
+    "<func name=\"A::B\" direc=\"in\" object=\"o\">\r\n"
+    " <arg name=\"a\" direc=\"in\" type=\"long\">\r\n  <argval value=\"1\"/>\r\n </arg>\r\n"
+    " <func name=\"C::D\" direc=\"inwards\" object=\"p\">\r\n </func>\r\n"
+    " <arg name=\"r\" direc=\"out\" type=\"long\">\r\n  <argval value=\"2\"/>\r\n </arg>\r\n"
+    " <warning value=\"careful\"/>\r\n"
+    " <error value=\"parent\"><info/></error>\r\n"
+    " <error value=\"E_FAIL (&quot;why&quot;)\"/>\r\n"
+    "</func>\r\n"
+    "<port kind=\"material\"/>\r\n";
+
+TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
+{
+    Show(InLog(kLog));
+    EXPECT_EQ(L"2 started\n"
+              L"4 A::B (o)\n"
+              L" 6 a (type: long)\n"
+              L"  8 1\n"
+              L" 5 C::D (p)\n"
+              L" 7 r (type: long)\n"
+              L"  8 2\n"
+              L" 10 careful\n"
+              L" 3 parent\n"
+              L"  2 <no information>\n"
+              L" 3 E_FAIL (\"why\")\n"
+              L"8 port material\n",
+              tree->Outline());
+    // An error with children is in the tree alone.
+    EXPECT_EQ(L"Errors", list->Column());
+    ASSERT_EQ(2, list->Count());
+    EXPECT_EQ(L"careful", list->Label(0));
+    EXPECT_EQ(10, list->Image(0));
+    EXPECT_EQ(L"E_FAIL (\"why\")", list->Label(1));
+    EXPECT_EQ(3, list->Image(1));
+    EXPECT_EQ(L"careful", tree->Label(reinterpret_cast<HTREEITEM>(list->Data(0))));
+    Send(kCommandExpandAll);
+    KeepPicture(window, "viewer");
+}
+
+// Menus of another process cannot be read everywhere: the program's resources can.
+TEST(ViewerResources, HoldTheMenuAndTheKeys)
+{
+    const HMODULE module = LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_NE(nullptr, module);
+    const HMENU menu = LoadMenuW(module, MAKEINTRESOURCEW(kMenuLogViewer));
+    const HACCEL table = LoadAcceleratorsW(module, MAKEINTRESOURCEW(kAccelerators));
+    ACCEL keys[20];
+    const int count = CopyAcceleratorTableW(table, keys, 20);
+    const struct {
+        UINT command;
+        const wchar_t* text;
+        WORD key;
+        BYTE modifier;
+    } kRows[] = {
+        {kCommandExpandAll, L"&Expand all items\tCtrl+A", 'A', FCONTROL},
+        {kCommandCollapseAll, L"C&ollapse all items\tCtrl+B", 'B', FCONTROL},
+        {kCommandRemoveQueries, L"Remove &QueryInterface notifications\tCtrl+Q", 'Q', FCONTROL},
+        {kCommandClose, L"&Close\tESC", VK_ESCAPE, 0},
+        {kCommandFind, L"&Find...\tCtrl+F", 'F', FCONTROL},
+        {kCommandFindNext, L"Find &next\tF3", VK_F3, 0},
+        {kCommandFindPrevious, L"Find &previous\tShift+F3", VK_F3, FSHIFT},
+        {kCommandNextError, L"&Next error\tF4", VK_F4, 0},
+    };
+    EXPECT_EQ(static_cast<int>(std::size(kRows)), count);
+    for (const auto& row : kRows) {
+        wchar_t text[100] = L"";
+        GetMenuStringW(menu, row.command, text, 100, MF_BYCOMMAND);
+        EXPECT_STREQ(row.text, text);
+        EXPECT_EQ(1, std::count_if(keys, keys + count, [&](const ACCEL& key) {
+            return key.cmd == row.command && key.key == row.key && key.fVirt == (FVIRTKEY | row.modifier);
+        })) << row.command;
+    }
+    DestroyMenu(menu);
+    FreeLibrary(module);
+}
+
+// The progress dialog stands while the box about a damaged file does.
+class ViewerProgress : public ViewerTest {
+protected:
+    bool HasProgress(std::size_t length)
+    {
+        std::string log = "<?xml version=\"1.0\"?>\n<zeltlogdocument>\n";
+        while (log.size() + 200 < length) log += "<func name=\"f\" direc=\"in\" object=\"o\"></func>\n";
+        log.resize(length, ' ');
+        Start(log);
+        const HWND box = FindWindowOf(Id(), L"Parse Error:", 500);
+        if (!box) Box(L"Parse error:");
+        EXPECT_NE(nullptr, FindWindowOf(Id(), L"Parse Error:"));
+        const HWND progress = FindNow(Id(), L"Parsing log file:");
+        if (progress) KeepPicture(progress, "progress");
+        Box(L"Parse Error:");
+        Opened();
+        EXPECT_EQ(nullptr, FindNow(Id(), L"Parsing log file:"));
+        return progress != nullptr;
+    }
+};
+
+TEST_F(ViewerProgress, IsNotShownFor50000Bytes) { EXPECT_FALSE(HasProgress(50000)); }
+TEST_F(ViewerProgress, IsShownFor50001Bytes) { EXPECT_TRUE(HasProgress(50001)); }
+
+TEST_F(ViewerLoading, TellsWhereALogIsCutOffAndShowsItsBeginning)
+{
+    Start("<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"1\"/>\n<func name=\"f\" direc=\"in\" object=\"o\">\n");
+    EXPECT_EQ(L"Parse error in \"" + path + L"\", line 4", Box(L"Parse error:"));
+    const HWND box = FindWindowOf(Id(), L"Parse Error:");
+    if (box) KeepPicture(box, "parse-error");
+    EXPECT_EQ(L"XML parse error in \"" + path + L"\"", Box(L"Parse Error:"));
+    Opened();
+    EXPECT_EQ(L"2 1\n4 f (o)\n", tree->Outline());
+}
+
+TEST_F(ViewerLoading, TellsThatAFileCannotBeOpenedAndStaysEmpty)
+{
+    StartWithoutLog();
+    const std::wstring text = Box(L"File error:");
+    const std::wstring expected = L"Failed to open \"" + path + L"\" for reading: ";
+    EXPECT_EQ(expected, text.substr(0, expected.size()));
+    EXPECT_GT(text.size(), expected.size());
+    Opened();
+    EXPECT_EQ(0, tree->Count());
+    EXPECT_EQ(0, list->Count());
+    Find(L"anything");
+    EXPECT_EQ(L"Tree is empty", Box(L"Search tree:"));
+}
+
+TEST_F(ViewerLoading, LeavesTheFileToOthers)
+{
+    const UniqueHandle writer(
+        CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ASSERT_NE(INVALID_HANDLE_VALUE, writer.get());
+    const auto write = [&](const std::string& text) {
+        DWORD written = 0;
+        return WriteFile(writer.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) &&
+               written == text.size();
+    };
+    ASSERT_TRUE(write("<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"1\"/>\n"));
+    StartWithoutLog();
+    Box(L"Parse error:");
+    // While the box is up the file is still open.
+    EXPECT_TRUE(write("<info value=\"2\"/>\n"));
+    const std::wstring renamed = path + L".renamed";
+    EXPECT_TRUE(MoveFileW(path.c_str(), renamed.c_str())) << GetLastError();
+    EXPECT_TRUE(DeleteFileW(renamed.c_str()));
+    Box(L"Parse Error:");
+    Opened();
+    EXPECT_EQ(L"2 1\n", tree->Outline());
+}
+
+TEST_F(ViewerLoading, KeepsItsPartsInPlaceWhenResized)
+{
+    Show(InLog(kLog));
+    for (const SIZE size : {SIZE{900, 700}, SIZE{500, 400}}) {
+        SetWindowPos(window, nullptr, 10, 10, size.cx, size.cy, SWP_NOZORDER);
+        SendMessageW(window, WM_NULL, 0, 0);
+        RECT client, above, below;
+        GetClientRect(window, &client);
+        GetWindowRect(GetDlgItem(window, kLogTree), &above);
+        GetWindowRect(GetDlgItem(window, kErrorList), &below);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&above), 2);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&below), 2);
+        EXPECT_EQ(6, above.left);
+        EXPECT_EQ(client.right - 6, above.right);
+        EXPECT_EQ(6, above.top);
+        EXPECT_EQ(6, below.top - above.bottom);
+        EXPECT_EQ(client.bottom - 6, below.bottom);
+        EXPECT_EQ(above.right, below.right);
+    }
+    SetWindowPos(window, nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOMOVE);
+    RECT smallest;
+    GetWindowRect(window, &smallest);
+    EXPECT_GE(smallest.right - smallest.left, 320);
+
+    // The gap drags.
+    RECT before, after;
+    SetWindowPos(window, nullptr, 10, 10, 700, 600, SWP_NOZORDER);
+    GetClientRect(GetDlgItem(window, kLogTree), &before);
+    const int gap = before.bottom + 6 + 4;
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(200, gap));
+    PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(200, gap - 100));
+    PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(200, gap - 100));
+    EXPECT_TRUE(WaitUntil([&] {
+        GetClientRect(GetDlgItem(window, kLogTree), &after);
+        return after.bottom < before.bottom - 80;
+    }, 3000));
+}
+
+TEST_F(ViewerLoading, EndsTheProcessWhenClosedWithEsc)
+{
+    Show(InLog(kLog));
+    PressKey(window, VK_ESCAPE);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(window); }));
+    EXPECT_EQ(0u, process->Wait(10'000).value_or(1));
+}
+
+}  // namespace
+}  // namespace zelt::test
