@@ -3,7 +3,7 @@
 
 #include "shell/component_scan/component_scan.h"
 #include "tests/unit/recorded_messages.h"
-#include "tests/unit/scratch_registry.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace {
 
@@ -51,9 +51,9 @@ protected:
         return found.empty() ? L"" : found.front().displayName;
     }
 
-    ScratchRegistry scratch;
+    zelt::test::ScratchKey scratch;
     zelt::RegistryKey top;
-    const RecordedMessages messages;
+    const zelt::test::RecordedMessages messages;
 };
 
 TEST_F(ComponentScan, DisplayNameComesFromTheFirstPlaceThatHasOne)
