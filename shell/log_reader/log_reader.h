@@ -21,7 +21,7 @@ enum class LogImage : unsigned char {
 };
 
 struct LogItem {
-    int depth;               // 0 for the items below the root element, which itself is none
+    int depth;  // 0 for the items below the root element, which itself is none
     LogImage image;
     bool hasChildren;        // the next item is its first child
     bool isError;            // an error or a warning as logs have it, without children
@@ -41,9 +41,9 @@ public:
 
 enum class LogReadResult {
     Complete,
-    Incomplete,    // the file is no well-formed document: cut off, or damaged
-    Cancelled,     // as the sink wanted
-    NotReadable,   // the parser could not be made
+    Incomplete,   // the file is no well-formed document: cut off, or damaged
+    Cancelled,    // as the sink wanted
+    NotReadable,  // the parser could not be made
 };
 
 // Call once, before the first thread that reads a log starts.

@@ -15,8 +15,7 @@ class LabelMatcher {
 public:
     LabelMatcher(const LogModel& model, Question question)
         : model(model), question(std::move(question)), answers(model.LabelCount(), Answer::Unknown)
-    {
-    }
+    {}
 
     bool operator()(ItemIndex item)
     {

@@ -25,7 +25,9 @@ std::wstring FileName(const std::wstring& path)
 
 }  // namespace
 
-CViewLogDlg::CViewLogDlg(std::wstring logPath, Lock processLock) : path(std::move(logPath)), lock(std::move(processLock)) {}
+CViewLogDlg::CViewLogDlg(std::wstring logPath, Lock processLock)
+    : path(std::move(logPath)), lock(std::move(processLock))
+{}
 
 CViewLogDlg::~CViewLogDlg()
 {
@@ -37,8 +39,14 @@ bool CViewLogDlg::Open()
     CreateDialogParamW(com::ThisModule(), MAKEINTRESOURCEW(kDialogLogViewer), nullptr, Procedure,
                        reinterpret_cast<LPARAM>(this));
     if (!window) return false;
+    loading = true;
     Load();
-    if (window) ShowWindow(window, SW_SHOWNORMAL);
+    loading = false;
+    if (closed) {
+        Close();
+    } else {
+        ShowWindow(window, SW_SHOWNORMAL);
+    }
     return true;
 }
 
@@ -106,7 +114,7 @@ INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 }
 
 LRESULT CALLBACK CViewLogDlg::ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                           DWORD_PTR dialog)
+                                            DWORD_PTR dialog)
 {
     const LRESULT result = DefSubclassProc(list, message, wParam, lParam);
     if (message == LVM_GETITEMW || message == LVM_GETITEMA) {
@@ -161,10 +169,11 @@ void CViewLogDlg::SetIcons() const
 
 void CViewLogDlg::Close()
 {
-    // A task has the stack below it: it ends first and closes the window then.
-    if (LongTask* task = LongTask::Running()) {
+    // What runs further down the stack ends first and closes the window then.
+    LongTask* const task = LongTask::Running();
+    if (task) task->Cancel();
+    if (task || loading) {
         closed = true;
-        task->Cancel();
         return;
     }
     // Emptying a large tree takes its time, which nobody need watch.
@@ -252,7 +261,9 @@ bool CViewLogDlg::Drag(UINT message, LPARAM position)
             RECT client;
             GetClientRect(window, &client);
             const int height = client.bottom - 2 * Scaled(kMargin) - Scaled(kGap);
-            if (height > 0) share = std::clamp<double>(GET_Y_LPARAM(position) - Scaled(kMargin), 0.15 * height, 0.9 * height) / height;
+            if (height > 0)
+                share =
+                    std::clamp<double>(GET_Y_LPARAM(position) - Scaled(kMargin), 0.15 * height, 0.9 * height) / height;
             Arrange();
             return true;
         }

@@ -71,7 +71,8 @@ private:
     HWND window = nullptr;
     HWND tree = nullptr;
     HWND list = nullptr;
-    bool closed = false;
+    bool loading = false;
+    bool closed = false;  // or about to be, once what runs has ended
     bool dragging = false;
     double share = 0.75;  // of the height, for the tree
     LogModel model;

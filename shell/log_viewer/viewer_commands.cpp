@@ -12,6 +12,7 @@ namespace zelt {
 
 void CViewLogDlg::Command(int command)
 {
+    if (loading) return;
     if (LongTask::Running()) {
         if (command == kCommandClose || command == IDCANCEL) LongTask::Running()->Cancel();
         return;

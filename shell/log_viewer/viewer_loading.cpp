@@ -19,16 +19,22 @@ constexpr long long kLengthWithProgress = 50000;
 class ModelSink final : public LogSink {
 public:
     ModelSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
-              std::function<void(int)> report)
-        : model(model), tree(tree), file(file), length(file.Size()), progress(progress), report(std::move(report))
-    {
-    }
+              const bool& closed, std::function<void(int)> report)
+        : model(model),
+          tree(tree),
+          file(file),
+          length(file.Size()),
+          progress(progress),
+          closed(closed),
+          report(std::move(report))
+    {}
 
     void Item(const LogItem& item) override { tree.Append(model.Add(item), item.hasChildren); }
     void ParseError(int line) override { report(line); }
     bool Continue() override
     {
-        return !progress || progress->Advance([this] { return static_cast<double>(file.Position()) / length; });
+        return !progress ||
+               (progress->Advance([this] { return static_cast<double>(file.Position()) / length; }) && !closed);
     }
 
 private:
@@ -37,6 +43,7 @@ private:
     const SharedLogFile& file;
     const long long length;
     CFileProgressDialog* const progress;
+    const bool& closed;
     const std::function<void(int)> report;
 };
 
@@ -57,7 +64,7 @@ void CViewLogDlg::Load()
     if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(window);
 
     try {
-        ModelSink sink(model, items, file, progress.get(), [this](int line) { ReportParseError(line); });
+        ModelSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
         switch (ReadLog(file.Descriptor(), sink)) {
             case LogReadResult::NotReadable: Box(L"Failed to open file for reading", L"Error:", MB_ICONERROR); break;
             case LogReadResult::Incomplete:

@@ -38,7 +38,8 @@ class Collector final : public LogSink {
 public:
     void Item(const LogItem& item) override
     {
-        items.push_back({item.depth, static_cast<int>(item.image), item.hasChildren, item.isError, std::string(item.label)});
+        items.push_back(
+            {item.depth, static_cast<int>(item.image), item.hasChildren, item.isError, std::string(item.label)});
     }
     void ParseError(int line) override { lines.push_back(line); }
     bool Continue() override { return ++ends != stopAt; }
@@ -261,7 +262,8 @@ TEST_F(WrittenLog, IsReadWholeWhateverItsPlaceInTheParsersBuffer)
     Collector whole;
     ASSERT_EQ(LogReadResult::Complete, scratch.Read(log, whole));
     EXPECT_EQ(StartTagEnds(log).size(), whole.items.size());
-    EXPECT_EQ(1, std::count_if(whole.items.begin(), whole.items.end(), [](const Item& item) { return item.label == "an error"; }));
+    EXPECT_EQ(1, std::count_if(whole.items.begin(), whole.items.end(),
+                               [](const Item& item) { return item.label == "an error"; }));
 }
 
 TEST_F(WrittenLog, CutAtEachByteGivesWhatStandsBeforeTheCut)
@@ -298,9 +300,27 @@ std::size_t CommittedMemory()
 
 void Mutate(std::string& log, std::mt19937& random)
 {
-    static const char* const kPieces[] = {"<",       ">",      "\"",       "&",         "&#0;",          "&#x41;", "<!--", "]]>",
-                                          "<![CDATA[", "</func>", "<func>", "<error/>", "<!DOCTYPE a [", "<?",     "/>",
-                                          "xmlns:a=\"b\" ", "a:b", "\xC3\xA9", "\xFF", "=",             "''"};
+    static const char* const kPieces[] = {"<",
+                                          ">",
+                                          "\"",
+                                          "&",
+                                          "&#0;",
+                                          "&#x41;",
+                                          "<!--",
+                                          "]]>",
+                                          "<![CDATA[",
+                                          "</func>",
+                                          "<func>",
+                                          "<error/>",
+                                          "<!DOCTYPE a [",
+                                          "<?",
+                                          "/>",
+                                          "xmlns:a=\"b\" ",
+                                          "a:b",
+                                          "\xC3\xA9",
+                                          "\xFF",
+                                          "=",
+                                          "''"};
     for (int change = 1 + static_cast<int>(random() % 8); change > 0 && !log.empty(); --change) {
         const std::size_t at = random() % log.size();
         switch (random() % 5) {

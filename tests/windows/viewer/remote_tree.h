@@ -32,7 +32,8 @@ public:
 
     HTREEITEM Next(WPARAM which, HTREEITEM item = nullptr) const
     {
-        return reinterpret_cast<HTREEITEM>(SendMessageW(window, TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(item)));
+        return reinterpret_cast<HTREEITEM>(
+            SendMessageW(window, TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(item)));
     }
     HTREEITEM Selected() const { return Next(TVGN_CARET); }
     std::wstring SelectedLabel() const { return Selected() ? Label(Selected()) : L"<none>"; }
@@ -42,7 +43,10 @@ public:
     bool IsExpanded(HTREEITEM item) const { return Get(item).state & TVIS_EXPANDED; }
     bool IsInView(HTREEITEM item) const;
     int Count() const { return static_cast<int>(SendMessageW(window, TVM_GETCOUNT, 0, 0)); }
-    void Select(HTREEITEM item) const { SendMessageW(window, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)); }
+    void Select(HTREEITEM item) const
+    {
+        SendMessageW(window, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+    }
     void Expand(HTREEITEM item) const { SendMessageW(window, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item)); }
 
     // Everything that is in the tree: a line an item, indented, the image before the label.
@@ -66,7 +70,10 @@ public:
     std::wstring Label(int row) const;
     int Image(int row) const { return Get(row).iImage; }
     LPARAM Data(int row) const { return Get(row).lParam; }
-    int Selected() const { return static_cast<int>(SendMessageW(window, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED)); }
+    int Selected() const
+    {
+        return static_cast<int>(SendMessageW(window, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+    }
     void Select(int row) const;
     std::wstring Column() const;
 

@@ -39,8 +39,8 @@ bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds)
 std::wstring TextOf(HWND window)
 {
     std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+    text.resize(
+        static_cast<std::size_t>(SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
     return text;
 }
 
@@ -122,7 +122,7 @@ void KeepPicture(HWND window, const std::string& name)
     header.biWidth = width;
     header.biHeight = height;
     header.biPlanes = 1;
-    header.biBitCount = 32;
+    header.biBitCount = 24;
     const HDC screen = GetDC(nullptr);
     const HDC memory = CreateCompatibleDC(screen);
     void* bits = nullptr;
@@ -131,7 +131,7 @@ void KeepPicture(HWND window, const std::string& name)
     const HGDIOBJ before = SelectObject(memory, bitmap);
     BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
     GdiFlush();
-    const auto size = static_cast<DWORD>(width * height * 4);
+    const auto size = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
     BITMAPFILEHEADER file = {};
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof file + sizeof header;

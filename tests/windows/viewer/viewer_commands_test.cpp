@@ -42,18 +42,19 @@ protected:
 TEST_F(ViewerCommands, RemovalTakesInfosAloneAndWorksOnce)
 {
     Send(kCommandRemoveQueries);
-    EXPECT_EQ(L"2 first\n"
-              L"4 QueryInterface (one)\n"
-              L" 6 QueryInterface (type: long)\n"
-              L"  8 Alpha\n"
-              L" 10 QueryInterface for unsupported interface\n"
-              L"4 only a query (two)\n"
-              L"2 queryinterface in lower case\n"
-              L"5 last (three)\n"
-              L" 3 an error\n"
-              L" 7 z (type: long)\n"
-              L"  8 Omega\n",
-              tree->Outline());
+    EXPECT_EQ(
+        L"2 first\n"
+        L"4 QueryInterface (one)\n"
+        L" 6 QueryInterface (type: long)\n"
+        L"  8 Alpha\n"
+        L" 10 QueryInterface for unsupported interface\n"
+        L"4 only a query (two)\n"
+        L"2 queryinterface in lower case\n"
+        L"5 last (three)\n"
+        L" 3 an error\n"
+        L" 7 z (type: long)\n"
+        L"  8 Omega\n",
+        tree->Outline());
     EXPECT_EQ(2, list->Count());
     // Nothing is left below the call that held a query alone.
     HTREEITEM item = tree->Next(TVGN_ROOT);

@@ -27,19 +27,20 @@ const char* const kLog =
 TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
 {
     Show(InLog(kLog));
-    EXPECT_EQ(L"2 started\n"
-              L"4 A::B (o)\n"
-              L" 6 a (type: long)\n"
-              L"  8 1\n"
-              L" 5 C::D (p)\n"
-              L" 7 r (type: long)\n"
-              L"  8 2\n"
-              L" 10 careful\n"
-              L" 3 parent\n"
-              L"  2 <no information>\n"
-              L" 3 E_FAIL (\"why\")\n"
-              L"8 port material\n",
-              tree->Outline());
+    EXPECT_EQ(
+        L"2 started\n"
+        L"4 A::B (o)\n"
+        L" 6 a (type: long)\n"
+        L"  8 1\n"
+        L" 5 C::D (p)\n"
+        L" 7 r (type: long)\n"
+        L"  8 2\n"
+        L" 10 careful\n"
+        L" 3 parent\n"
+        L"  2 <no information>\n"
+        L" 3 E_FAIL (\"why\")\n"
+        L"8 port material\n",
+        tree->Outline());
     // An error with children is in the tree alone.
     EXPECT_EQ(L"Errors", list->Column());
     ASSERT_EQ(2, list->Count());
@@ -55,7 +56,8 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
 // Menus of another process cannot be read everywhere: the program's resources can.
 TEST(ViewerResources, HoldTheMenuAndTheKeys)
 {
-    const HMODULE module = LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    const HMODULE module =
+        LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     ASSERT_NE(nullptr, module);
     const HMENU menu = LoadMenuW(module, MAKEINTRESOURCEW(kMenuLogViewer));
     const HACCEL table = LoadAcceleratorsW(module, MAKEINTRESOURCEW(kAccelerators));
@@ -81,9 +83,12 @@ TEST(ViewerResources, HoldTheMenuAndTheKeys)
         wchar_t text[100] = L"";
         GetMenuStringW(menu, row.command, text, 100, MF_BYCOMMAND);
         EXPECT_STREQ(row.text, text);
-        EXPECT_EQ(1, std::count_if(keys, keys + count, [&](const ACCEL& key) {
-            return key.cmd == row.command && key.key == row.key && key.fVirt == (FVIRTKEY | row.modifier);
-        })) << row.command;
+        EXPECT_EQ(1, std::count_if(keys, keys + count,
+                                   [&](const ACCEL& key) {
+                                       return key.cmd == row.command && key.key == row.key &&
+                                              key.fVirt == (FVIRTKEY | row.modifier);
+                                   }))
+            << row.command;
     }
     DestroyMenu(menu);
     FreeLibrary(module);
@@ -115,7 +120,9 @@ TEST_F(ViewerProgress, IsShownFor50001Bytes) { EXPECT_TRUE(HasProgress(50001)); 
 
 TEST_F(ViewerLoading, TellsWhereALogIsCutOffAndShowsItsBeginning)
 {
-    Start("<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"1\"/>\n<func name=\"f\" direc=\"in\" object=\"o\">\n");
+    Start(
+        "<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"1\"/>\n<func name=\"f\" direc=\"in\" "
+        "object=\"o\">\n");
     EXPECT_EQ(L"Parse error in \"" + path + L"\", line 4", Box(L"Parse error:"));
     const HWND box = FindWindowOf(Id(), L"Parse Error:");
     if (box) KeepPicture(box, "parse-error");
@@ -140,8 +147,8 @@ TEST_F(ViewerLoading, TellsThatAFileCannotBeOpenedAndStaysEmpty)
 
 TEST_F(ViewerLoading, LeavesTheFileToOthers)
 {
-    const UniqueHandle writer(
-        CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS, 0, nullptr));
+    const UniqueHandle writer(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                          CREATE_ALWAYS, 0, nullptr));
     ASSERT_NE(INVALID_HANDLE_VALUE, writer.get());
     const auto write = [&](const std::string& text) {
         DWORD written = 0;
@@ -193,10 +200,12 @@ TEST_F(ViewerLoading, KeepsItsPartsInPlaceWhenResized)
     PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(200, gap));
     PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(200, gap - 100));
     PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(200, gap - 100));
-    EXPECT_TRUE(WaitUntil([&] {
-        GetClientRect(GetDlgItem(window, kLogTree), &after);
-        return after.bottom < before.bottom - 80;
-    }, 3000));
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            GetClientRect(GetDlgItem(window, kLogTree), &after);
+            return after.bottom < before.bottom - 80;
+        },
+        3000));
 }
 
 TEST_F(ViewerLoading, EndsTheProcessWhenClosedWithEsc)

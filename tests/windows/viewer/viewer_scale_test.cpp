@@ -8,8 +8,10 @@ namespace {
 std::string Call(int number)
 {
     const std::string text = std::to_string(number);
-    return "<func name=\"call " + text + "\" direc=\"in\" object=\"o\">\n <arg name=\"a\" direc=\"in\" type=\"long\">\n"
-           "  <argval value=\"value " + text + "\"/>\n </arg>\n <info value=\"QueryInterface " + text + "\"/>\n</func>\n";
+    return "<func name=\"call " + text +
+           "\" direc=\"in\" object=\"o\">\n <arg name=\"a\" direc=\"in\" type=\"long\">\n"
+           "  <argval value=\"value " +
+           text + "\"/>\n </arg>\n <info value=\"QueryInterface " + text + "\"/>\n</func>\n";
 }
 
 std::string Calls(int count)
@@ -58,9 +60,7 @@ TEST_P(ViewerScale, ShowsTheSameWhateverTheSize)
     EXPECT_EQ(L"the error", tree->Label(reinterpret_cast<HTREEITEM>(list->Data(0))));
 
     PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
-    EXPECT_TRUE(WaitUntil([&] {
-        return tree->Next(TVGN_NEXT, argument) == nullptr;
-    }, 60'000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->Next(TVGN_NEXT, argument) == nullptr; }, 60'000));
     EXPECT_EQ(nullptr, tree->Next(TVGN_NEXT, tree->Next(TVGN_CHILD, call)));
     Find(L"QueryInterface");
     EXPECT_EQ(L"Search string \"QueryInterface\" is not found.", Box(L"Search tree:"));
