@@ -119,12 +119,16 @@ TEST_F(MainWindow, ACheckBoxIsSavedAtOnce)
 
 TEST_F(MainWindow, FillingTheListDoesNotSave)
 {
+    // More than there are: whoever saves puts it right.
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteDword(L"NumPackages", 5));
     ASSERT_NO_FATAL_FAILURE(Start());
-    // Another process empties the store; a window that saved what it shows would fill it again.
-    ExportedPackageList().Save();
-    SendMessageW(window, WM_SIZE, SIZE_RESTORED, 0);
     list->Select(1);
-    EXPECT_EQ(L"", Stored());
+    EXPECT_EQ(5u, key.ReadDword(L"NumPackages"));
+    EXPECT_TRUE(list->Checked(0));
+    list->ClickCheckBox(1);
+    EXPECT_TRUE(WaitUntil([&] { return key.ReadDword(L"NumPackages") == 3u; }));
 }
 
 TEST_F(MainWindow, RemovesTheSelectedPackageOnly)

@@ -23,6 +23,16 @@ BOOL CALLBACK Examine(HWND window, LPARAM parameter)
     return FALSE;
 }
 
+BOOL CALLBACK CloseIfOf(HWND window, LPARAM wanted)
+{
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == static_cast<DWORD>(wanted) && IsWindowVisible(window) && IsWindowEnabled(window)) {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    }
+    return TRUE;
+}
+
 INPUT KeyInput(WORD key, DWORD flags)
 {
     INPUT input = {};
@@ -70,7 +80,14 @@ Program::Program(const std::wstring& arguments)
 
 Program::~Program()
 {
-    if (!process || EndsBy(0)) return;
+    if (!process) return;
+    // COM goes on to name a server that was killed, so it is asked to end. Dialogs close before the window behind them.
+    if (WaitUntil([this] {
+            EnumWindows(CloseIfOf, static_cast<LPARAM>(id));
+            return EndsBy(100);
+        })) {
+        return;
+    }
     TerminateProcess(process.get(), 1);
     EndsBy(INFINITE);
 }

@@ -24,7 +24,9 @@ class Refresh : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(Program(L"/RegServer").EndsBy(60'000));
+        const Program registration(L"/RegServer");
+        ASSERT_TRUE(registration.EndsBy(60'000));
+        ASSERT_EQ(0u, registration.ExitCode());
         ExportedPackageList stored;
         for (const wchar_t* name : {L"Stays", L"Cannot be made"}) {
             auto package = std::make_unique<ExportedPackage>();
@@ -65,7 +67,7 @@ TEST_F(Refresh, ARemovalAtTheManagersPromptLeavesTheWindow)
     EXPECT_EQ(L"Failed to create stand-alone property package: REGDB_E_CLASSNOTREG\r\n"
               L"Remove from list of exported property packages?",
               text);
-    EXPECT_TRUE(FAILED(result));
+    EXPECT_EQ(static_cast<HRESULT>(0x8004050F), result);
     EXPECT_EQ(1, list.Count());
     EXPECT_EQ(L"Stays", list.Text(0, 0));
     PostCommand(window, kCommandClose);
