@@ -1,5 +1,7 @@
 #include "shell/log_viewer/log_tree.h"
 
+#include <vector>
+
 #include "core/narrow.h"
 #include "shell/log_viewer/long_task.h"
 
@@ -30,28 +32,23 @@ HTREEITEM LogTree::Insert(ItemIndex item, HTREEITEM parent, HTREEITEM after, boo
     return handle;
 }
 
-void LogTree::Append(ItemIndex item, bool hasChildren)
+void LogTree::Fill()
 {
-    if (item >= kFilledItems) return;
-    const ItemIndex parent = model->Parent(item);
-    if (parent != kNoItem) {
-        Insert(item, handles[parent], TVI_LAST, hasChildren);
-    } else {
-        lastTopLevel = Insert(item, TVI_ROOT, lastTopLevel ? lastTopLevel : TVI_FIRST, hasChildren);
-    }
+    FillChildren(kNoItem);
+    if (model->Size() > kFilledItems) return;
+    for (ItemIndex item = 0; item < model->Size(); ++item) FillChildren(item);
 }
-
-void LogTree::Complete() { FillChildren(kNoItem); }
 
 void LogTree::FillChildren(ItemIndex item)
 {
+    const ItemIndex first = model->FirstChild(item);
+    // Siblings enter the tree together or not at all.
+    if (first == kNoItem || handles.contains(first)) return;
+    std::vector<ItemIndex> children;
+    for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) children.push_back(child);
     const HTREEITEM parent = item == kNoItem ? TVI_ROOT : handles.at(item);
-    // Placing each behind the one before spares the tree view the search for the last.
-    HTREEITEM after = TVI_FIRST;
-    for (ItemIndex child = model->FirstChild(item); child != kNoItem; child = model->NextSibling(child)) {
-        const auto known = handles.find(child);
-        after = known != handles.end() ? known->second : Insert(child, parent, after, model->HasChildren(child));
-        if (!after) return;
+    for (const ItemIndex child : children) {
+        if (!Insert(child, parent, TVI_LAST, model->HasChildren(child))) return;
     }
 }
 

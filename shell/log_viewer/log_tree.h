@@ -22,10 +22,8 @@ public:
 
     void Attach(HWND treeView, const LogModel& logModel);
 
-    // While loading: the item that the model got last, and whether children will follow.
-    void Append(ItemIndex item, bool hasChildren);
-    // After loading.
-    void Complete();
+    // Once the model is complete: the whole log, or the outermost items of a large one.
+    void Fill();
 
     // When an item is about to be expanded.
     void FillChildren(ItemIndex item);
@@ -52,7 +50,6 @@ private:
     HWND window = nullptr;
     const LogModel* model = nullptr;
     std::unordered_map<ItemIndex, HTREEITEM> handles;
-    HTREEITEM lastTopLevel = nullptr;
 };
 
 }  // namespace zelt

@@ -18,18 +18,12 @@ constexpr long long kLengthWithProgress = 50000;
 
 class ModelSink final : public LogSink {
 public:
-    ModelSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
-              const bool& closed, std::function<void(int)> report)
-        : model(model),
-          tree(tree),
-          file(file),
-          length(file.Size()),
-          progress(progress),
-          closed(closed),
-          report(std::move(report))
+    ModelSink(LogModel& model, const SharedLogFile& file, CFileProgressDialog* progress, const bool& closed,
+              std::function<void(int)> report)
+        : model(model), file(file), length(file.Size()), progress(progress), closed(closed), report(std::move(report))
     {}
 
-    void Item(const LogItem& item) override { tree.Append(model.Add(item), item.hasChildren); }
+    void Item(const LogItem& item) override { model.Add(item); }
     void ParseError(int line) override { report(line); }
     bool Continue() override
     {
@@ -39,7 +33,6 @@ public:
 
 private:
     LogModel& model;
-    LogTree& tree;
     const SharedLogFile& file;
     const long long length;
     CFileProgressDialog* const progress;
@@ -64,7 +57,7 @@ void CViewLogDlg::Load()
     if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(window);
 
     try {
-        ModelSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
+        ModelSink sink(model, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
         switch (ReadLog(file.Descriptor(), sink)) {
             case LogReadResult::NotReadable: Box(L"Failed to open file for reading", L"Error:", MB_ICONERROR); break;
             case LogReadResult::Incomplete:
@@ -76,7 +69,7 @@ void CViewLogDlg::Load()
         Box(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
     }
     model.Finish();
-    items.Complete();
+    items.Fill();
 
     progress.reset();
     ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), LVSICF_NOINVALIDATEALL);
