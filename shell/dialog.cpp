@@ -13,9 +13,9 @@ void SetIcon(HWND window, WPARAM size, int resource, int widthMetric, int height
 {
     const UINT dpi = GetDpiForWindow(window);
     // Shared icons stay loaded with the module and belong to nobody.
-    const HANDLE icon = LoadImageW(com::ThisModule(), MAKEINTRESOURCEW(resource), IMAGE_ICON,
-                                   GetSystemMetricsForDpi(widthMetric, dpi), GetSystemMetricsForDpi(heightMetric, dpi),
-                                   LR_SHARED);
+    const HANDLE icon =
+        LoadImageW(com::ThisModule(), MAKEINTRESOURCEW(resource), IMAGE_ICON, GetSystemMetricsForDpi(widthMetric, dpi),
+                   GetSystemMetricsForDpi(heightMetric, dpi), LR_SHARED);
     SendMessageW(window, WM_SETICON, size, reinterpret_cast<LPARAM>(icon));
 }
 

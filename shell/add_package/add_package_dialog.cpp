@@ -32,8 +32,7 @@ bool IsBlank(const std::wstring& text) { return text.find_first_not_of(L" \t") =
 CAddPackageDlg::CAddPackageDlg(HIMAGELIST images, const ExportedPackageList& exported, PackageChoice choice,
                                const ClassSources& sources)
     : images(images), exported(exported), choice(choice), sources(sources)
-{
-}
+{}
 
 INT_PTR CAddPackageDlg::Run(HWND owner) { return RunModal(kAddPackageDialog, owner); }
 
@@ -73,9 +72,8 @@ bool CAddPackageDlg::OnNotify(const NMHDR& header, LRESULT& answer)
             if (change.action == TVE_COLLAPSE) return false;
             const WaitCursor wait;
             // True keeps the item as it is, so that a manager that failed can be asked again.
-            answer = !components.PrepareExpansion(change.itemNew.hItem, [this](const std::wstring& text) {
-                ShowFailure(text);
-            });
+            answer = !components.PrepareExpansion(change.itemNew.hItem,
+                                                  [this](const std::wstring& text) { ShowFailure(text); });
             return true;
         }
         case NM_DBLCLK: {
@@ -108,9 +106,6 @@ void CAddPackageDlg::ProposeName()
     EnableOk();
 }
 
-void CAddPackageDlg::EnableOk()
-{
-    EnableWindow(Item(IDOK), components.Selected() && !IsBlank(ItemText(kExportName)));
-}
+void CAddPackageDlg::EnableOk() { EnableWindow(Item(IDOK), components.Selected() && !IsBlank(ItemText(kExportName))); }
 
 }  // namespace zelt

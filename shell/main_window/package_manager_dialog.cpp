@@ -152,8 +152,8 @@ void CPackageManagerDlg::OnSize()
 {
     RECT client;
     GetClientRect(Window(), &client);
-    SetWindowPos(Item(kPackageList), nullptr, kMargin, kMargin, client.right - 2 * kMargin,
-                 client.bottom - 2 * kMargin, SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(Item(kPackageList), nullptr, kMargin, kMargin, client.right - 2 * kMargin, client.bottom - 2 * kMargin,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void CPackageManagerDlg::OnMinMaxInfo(MINMAXINFO& info) { info.ptMinTrackSize = {Scaled(280), Scaled(160)}; }
@@ -227,7 +227,7 @@ void CPackageManagerDlg::ViewLog()
     if (GetOpenFileNameW(&dialog)) kUserInterface.showLogViewer(path);
 }
 
-void CPackageManagerDlg::ToggleOption(bool LogOptions::* option)
+void CPackageManagerDlg::ToggleOption(bool LogOptions::*option)
 {
     LogOptions& options = TheLogOptions();
     // Other processes may have changed the settings since.

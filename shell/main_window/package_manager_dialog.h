@@ -38,7 +38,7 @@ private:
     void ToggleLogging();
     void TakeCheck(const PackageListView::CheckChange& change);
     void ViewLog();
-    void ToggleOption(bool LogOptions::* option);
+    void ToggleOption(bool LogOptions::*option);
     void ChooseUnitOperation(REFCLSID classId);
 
     void PrepareLogMenu();

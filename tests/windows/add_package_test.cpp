@@ -137,8 +137,8 @@ TEST_F(AddPackage, ExportsAManagersPackage)
 
 TEST_F(AddPackage, ProposesANameThatIsFree)
 {
-    for (const wchar_t* name : {L"Sample property package", L"Sample property package (2)",
-                                L"Sample property package (3)"}) {
+    for (const wchar_t* name :
+         {L"Sample property package", L"Sample property package (2)", L"Sample property package (3)"}) {
         tree->Select(Item(kStandAlone));
         EXPECT_EQ(name, ExportName());
         Press(IDOK);
@@ -172,17 +172,20 @@ TEST_F(AddPackage, AManagerThatFailsToInitialiseIsListedAllTheSame)
     const HTREEITEM manager = Item(L"Faulty manager: Initialize (Never initialises)");
     tree->PostExpand(manager);
     const std::wstring text = program->AnswerBox(L"Error:", IDOK);
-    EXPECT_EQ(0u, text.find(L"Failed to initialize property package manager: ")) << std::string(text.begin(), text.end());
+    EXPECT_EQ(0u, text.find(L"Failed to initialize property package manager: "))
+        << std::string(text.begin(), text.end());
     EXPECT_TRUE(WaitUntil([&] { return !tree->Children(manager).empty(); }));
 }
 
 TEST_F(AddPackage, SaysWhyAListCannotBeHadAndAsksAgainNextTime)
 {
-    const struct { const wchar_t *item, *text; } rows[] = {
-        {L"Faulty manager: list (Gives a list of numbers)", L"Invalid list of property packages from property package manager: "},
-        {L"Missing thermo system (has no server)", L"Failed to create thermo system: "},
-        {L"Missing reaction manager", L"Failed to create reaction package mananger: "},
-        {L"Missing reaction manager", L"Failed to create reaction package mananger: "}};
+    const struct {
+        const wchar_t *item, *text;
+    } rows[] = {{L"Faulty manager: list (Gives a list of numbers)",
+                 L"Invalid list of property packages from property package manager: "},
+                {L"Missing thermo system (has no server)", L"Failed to create thermo system: "},
+                {L"Missing reaction manager", L"Failed to create reaction package mananger: "},
+                {L"Missing reaction manager", L"Failed to create reaction package mananger: "}};
     for (const auto& row : rows) {
         const HTREEITEM manager = Item(row.item);
         tree->PostExpand(manager);

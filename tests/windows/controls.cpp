@@ -14,8 +14,7 @@ RemoteControl::RemoteControl(HANDLE process, HWND control)
     : process(process),
       control(control),
       memory(static_cast<BYTE*>(VirtualAllocEx(process, nullptr, kMemory, MEM_COMMIT, PAGE_READWRITE)))
-{
-}
+{}
 
 RemoteControl::~RemoteControl() { VirtualFreeEx(process, memory, 0, MEM_RELEASE); }
 

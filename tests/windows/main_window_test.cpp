@@ -79,7 +79,11 @@ TEST_F(MainWindow, ShowsAPackageARow)
 {
     ASSERT_NO_FATAL_FAILURE(Start());
     ASSERT_EQ(3, list->Count());
-    const struct { const wchar_t *name, *type; int image; bool checked; } rows[] = {
+    const struct {
+        const wchar_t *name, *type;
+        int image;
+        bool checked;
+    } rows[] = {
         {L"Aromatics", L"PP 1.1", 1, true}, {L"Alcohols", L"PP 1.0", 1, false}, {L"Esters", L"RP 1.0", 12, false}};
     for (int row = 0; row < 3; ++row) {
         EXPECT_EQ(rows[row].name, list->Text(row, 0));
@@ -176,7 +180,8 @@ TEST_F(MainWindow, OptionsKeepWhatAnotherProcessChanged)
 TEST_F(MainWindow, ChoosesTheUnitOperationOfItsMenu)
 {
     RegisteredComponents components;
-    components.Add(L"{7E57AAAA-0000-0000-0000-000000000001}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Flash & mix");
+    components.Add(L"{7E57AAAA-0000-0000-0000-000000000001}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}",
+                   L"Flash & mix");
     components.Add(L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Own");
     const CLSID expected = {0x7E57AAAA, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
     ASSERT_NO_FATAL_FAILURE(Start());

@@ -54,7 +54,8 @@ TEST_F(Refresh, ARemovalAtTheManagersPromptLeavesTheWindow)
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
         {
             Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> manager;
-            result = CoCreateInstance(kPropertyPackageManagerClass, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager));
+            result =
+                CoCreateInstance(kPropertyPackageManagerClass, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager));
             Microsoft::WRL::ComPtr<IDispatch> package;
             if (manager) result = manager->GetPropertyPackage(_bstr_t(L"Cannot be made"), &package);
         }
@@ -64,9 +65,10 @@ TEST_F(Refresh, ARemovalAtTheManagersPromptLeavesTheWindow)
     EXPECT_TRUE(box && KeepScreenshot(box, "removal-prompt"));
     const std::wstring text = program.AnswerBox(L"ZELT:", IDYES);
     simulator.join();
-    EXPECT_EQ(L"Failed to create stand-alone property package: REGDB_E_CLASSNOTREG\r\n"
-              L"Remove from list of exported property packages?",
-              text);
+    EXPECT_EQ(
+        L"Failed to create stand-alone property package: REGDB_E_CLASSNOTREG\r\n"
+        L"Remove from list of exported property packages?",
+        text);
     EXPECT_EQ(static_cast<HRESULT>(0x8004050F), result);
     EXPECT_EQ(1, list.Count());
     EXPECT_EQ(L"Stays", list.Text(0, 0));

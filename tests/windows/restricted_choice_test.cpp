@@ -76,12 +76,12 @@ protected:
 TEST_F(RestrictedChoice, AThermoSystemIsOfferedVersion10Only)
 {
     RegisterOneOfEachKind();
-    const auto result = Show(PackageChoice::PropertyPackages10, L"ZELT version 1.0 Property Package:",
-                             [](const RemoteTree& tree) {
-                                 EXPECT_EQ(std::vector<std::wstring>({L"Kind 2", L"Kind 3"}), Components(tree));
-                                 tree.Select(tree.Find(L"Kind 3"));
-                                 return IDOK;
-                             });
+    const auto result =
+        Show(PackageChoice::PropertyPackages10, L"ZELT version 1.0 Property Package:", [](const RemoteTree& tree) {
+            EXPECT_EQ(std::vector<std::wstring>({L"Kind 2", L"Kind 3"}), Components(tree));
+            tree.Select(tree.Find(L"Kind 3"));
+            return IDOK;
+        });
     EXPECT_EQ(PackageKind::PropertyPackage10StandAlone, result.kind);
     EXPECT_EQ(L"Kind 3", result.exportedName);
 }
