@@ -168,8 +168,7 @@ struct WrappedInSlot : WrappedIn {
 
     WrappedInSlot(const char* name, IDispatch** slot, WrapSite site)
         : WrappedIn(name, slot ? *slot : nullptr, site), isNull(!slot)
-    {
-    }
+    {}
     IDispatch** Value() const
     {
         copy = WrappedIn::Value();
@@ -190,8 +189,7 @@ struct WrappedOut : NoSteps {
 
     WrappedOut(const char* name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
         : name(name), pointer(pointer), site(site), shown(shown)
-    {
-    }
+    {}
     void Begin() const
     {
         if (pointer) *pointer = nullptr;

@@ -14,15 +14,9 @@ namespace zelt {
 
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
-CapeOpenBase::CapeOpenBase(const ProxyTraits& traits)
-    : traits(traits), servedVersion(traits.servedVersion)
-{
-}
+CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion) {}
 
-CapeOpenBase::~CapeOpenBase()
-{
-    LeaveTree();
-}
+CapeOpenBase::~CapeOpenBase() { LeaveTree(); }
 
 void CapeOpenBase::Wrap(IUnknown* object)
 {

@@ -119,8 +119,8 @@ private:
     ThermoVersion servedVersion;
 
     bool isRoot = false;
-    CapeOpenBase* root = nullptr;            // null on the root, and once the root is gone
-    std::vector<CapeOpenBase*> children;     // on the root: the tree's other proxies, in order of creation
+    CapeOpenBase* root = nullptr;         // null on the root, and once the root is gone
+    std::vector<CapeOpenBase*> children;  // on the root: the tree's other proxies, in order of creation
 
     InterfaceCache* firstCache = nullptr;
     int activeCalls = 0;

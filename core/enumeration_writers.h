@@ -12,7 +12,7 @@
 namespace zelt {
 
 struct Enumeration {
-    const char* name;                    // the logged type
+    const char* name;                     // the logged type
     std::span<const char* const> values;  // the names of the values, which count from 0
 };
 
@@ -27,7 +27,7 @@ const Enumeration& EnumerationOf(eCapeParamType);
 void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value);
 
 template <class E>
-    requires std::is_enum_v<E>
+requires std::is_enum_v<E>
 void WriteArg(LogDocument& document, const char* name, bool isIn, E value)
 {
     WriteEnumerationArg(document, name, isIn, EnumerationOf(value), static_cast<int>(value));

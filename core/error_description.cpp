@@ -45,8 +45,7 @@ constexpr const char* kFixedDescriptions[] = {
     "One or more of the requested thermodynamic properties are not set on the material",
 };
 constexpr auto kFirstCode = static_cast<unsigned>(ECapeUnknownHR);
-static_assert(kFirstCode + std::size(kFixedDescriptions) - 1 ==
-              static_cast<unsigned>(ECapeThrmPropertyNotAvailableHR));
+static_assert(kFirstCode + std::size(kFixedDescriptions) - 1 == static_cast<unsigned>(ECapeThrmPropertyNotAvailableHR));
 
 // The text that `getter` of the source's interface I returns; empty when there is none.
 template <class I>

@@ -11,8 +11,7 @@ class LoggedProxy : public CapeOpenBase {
 protected:
     explicit LoggedProxy(const ProxyTraits& traits)
         : CapeOpenBase(traits), identification(*this), errors(*this), originalObject(*this), supportErrorInfo(*this)
-    {
-    }
+    {}
     ~LoggedProxy() override = default;
 
     // What a script asks first of any component, unless a class knows better: its name.

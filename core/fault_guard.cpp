@@ -184,12 +184,9 @@ void guard::ThrowEscape(const Escape& escape)
 {
     const std::unique_ptr<char[]> text(escape.text);
     switch (escape.kind) {
-        case Escape::Kind::Text:
-            throw ThrownText(text.get());
-        case Escape::Kind::Foreign:
-            throw ForeignException();
-        case Escape::Kind::Fault:
-            break;
+        case Escape::Kind::Text: throw ThrownText(text.get());
+        case Escape::Kind::Foreign: throw ForeignException();
+        case Escape::Kind::Fault: break;
     }
     // The guard page went with the overflow; without it the next one would end the process.
     if (escape.code == EXCEPTION_STACK_OVERFLOW) _resetstkoflw();

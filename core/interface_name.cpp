@@ -13,8 +13,7 @@ std::string InterfaceName(REFIID iid)
     wchar_t name[256];
     DWORD size = sizeof name;
     const std::wstring key = std::wstring(L"Interface\\") + braced;
-    const LSTATUS read =
-        RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, name, &size);
+    const LSTATUS read = RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, name, &size);
     return Narrow(read == ERROR_SUCCESS ? name : braced);
 }
 

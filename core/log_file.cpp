@@ -12,8 +12,7 @@ namespace zelt {
 
 LogFile::LogFile(LogFile&& other) noexcept
     : descriptor(std::exchange(other.descriptor, -1)), handle(std::exchange(other.handle, INVALID_HANDLE_VALUE))
-{
-}
+{}
 
 LogFile& LogFile::operator=(LogFile&& other) noexcept
 {

@@ -19,10 +19,7 @@ SYSTEMTIME LocalTime()
     return now;
 }
 
-bool DesktopFolder(std::wstring& folder)
-{
-    return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder));
-}
+bool DesktopFolder(std::wstring& folder) { return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder)); }
 
 // The simulator's window would otherwise hide a dialog that belongs to another process.
 UINT_PTR CALLBACK PutTopmost(HWND page, UINT message, WPARAM, LPARAM parameter)

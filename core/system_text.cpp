@@ -21,9 +21,8 @@ std::string SystemText(HRESULT code) noexcept
                                       MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buffer.get(), kCapacity, nullptr);
         if (length == 0) {
             DWORD_PTR inserts[] = {value};
-            length = FormatMessageW(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY,
-                                    L"error code 0x%1!08X!", 0, 0, buffer.get(), kCapacity,
-                                    reinterpret_cast<va_list*>(inserts));
+            length = FormatMessageW(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY, L"error code 0x%1!08X!",
+                                    0, 0, buffer.get(), kCapacity, reinterpret_cast<va_list*>(inserts));
         }
         std::wstring_view text(buffer.get(), length);
         if (text.ends_with(L'\n')) text.remove_suffix(1);

@@ -24,8 +24,8 @@ void AppendOtherScalar(ArgWriter& arg, const VARIANT& value, int level)
     // VARIANT_NOVALUEPROP: an object's default property is not asked for, that would be a call into it. The source is
     // only read, though its parameter does not say so.
     _variant_t text;
-    const HRESULT converted = VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT,
-                                                  VARIANT_NOVALUEPROP, VT_BSTR);
+    const HRESULT converted =
+        VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
     if (FAILED(converted)) return arg.EscapedValue("<unable to format value>", nullptr, level);
     arg.EscapedValue(Narrow(TextOf(text.bstrVal)), "string value", level);
 }
@@ -73,14 +73,14 @@ void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, 
                 AppendDoubleValue(arg, element, "Old value for CapeDoubleEmpty used: should be NaN", level);
             });
         case VT_BSTR:
-            return AppendElements<BSTR>(
-                reader, [&](BSTR element) { AppendStringValue(arg, element, "<NULL>", level, level); });
+            return AppendElements<BSTR>(reader,
+                                        [&](BSTR element) { AppendStringValue(arg, element, "<NULL>", level, level); });
         case VT_BOOL:
             return AppendElements<VARIANT_BOOL>(
                 reader, [&](VARIANT_BOOL element) { arg.Value(element ? "TRUE" : "FALSE", level); });
         case VT_VARIANT:
-            return AppendElements<VARIANT>(
-                reader, [&](const VARIANT& element) { AppendNestedElement(arg, element, level); });
+            return AppendElements<VARIANT>(reader,
+                                           [&](const VARIANT& element) { AppendNestedElement(arg, element, level); });
         default: return arg.Warning("Value type is not supported by logger", level);
     }
 }

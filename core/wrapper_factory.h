@@ -48,7 +48,6 @@ using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>
 void SetWrapTable(const WrapTable& table);
 
 // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
-HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
-             ProxyPtr& proxy);
+HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy);
 
 }  // namespace zelt

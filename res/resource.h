@@ -7,7 +7,7 @@
 
 #define kScriptApplication 101
 #define kScriptPropertyPackageManager 104
-#define kScriptThermoSystem           109
+#define kScriptThermoSystem 109
 #define kScriptReactionPackageManager 135
 
 #define kMainDialog 102

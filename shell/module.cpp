@@ -22,10 +22,7 @@ namespace {
 CZELTModule* instance = nullptr;
 
 // Windows that others make on this thread, such as the help viewer's, keep their Tab and Return keys.
-bool IsDialog(HWND window)
-{
-    return GetClassLongPtrW(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG);
-}
+bool IsDialog(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG); }
 
 void AddReference() { CoAddRefServerProcess(); }
 

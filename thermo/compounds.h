@@ -13,8 +13,8 @@ struct LoggedCompounds final : LoggedInterface<ICapeThermoCompounds, ThermoVersi
         return LOGGED(ICapeThermoCompounds, GetCompoundConstant, In("props", props, kOptionalStrings),
                       In("compIds", compIds, kOptionalStrings), Out("propVals", propVals, kVariants));
     }
-    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps,
-                               VARIANT* molwts, VARIANT* casnos) override
+    STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps, VARIANT* molwts,
+                               VARIANT* casnos) override
     {
         return LOGGED(ICapeThermoCompounds, GetCompoundList, Out("compIds", compIds, kOptionalStrings),
                       Out("formulae", formulae, kStrings), Out("names", names, kStrings),

@@ -33,10 +33,14 @@ void SetAutomationError(REFIID iid, const std::wstring& description, const std::
 }  // namespace
 
 ErrorState::ErrorState(com::Object& object, const IID& raisingInterface)
-    : root(object, *this), user(object, *this), unknown(object), invalidArgument(object), failedInitialisation(object),
-      support(object, raisingInterface), raisingInterface(raisingInterface)
-{
-}
+    : root(object, *this),
+      user(object, *this),
+      unknown(object),
+      invalidArgument(object),
+      failedInitialisation(object),
+      support(object, raisingInterface),
+      raisingInterface(raisingInterface)
+{}
 
 HRESULT ErrorState::Raise(HRESULT newCode, std::wstring newDescription, std::wstring newScope,
                           std::wstring newInterfaceName)
@@ -61,7 +65,10 @@ STDMETHODIMP ErrorState::UserPart::get_code(long* code)
     return S_OK;
 }
 
-STDMETHODIMP ErrorState::UserPart::get_description(BSTR* description) { return com::NewText(state.description, description); }
+STDMETHODIMP ErrorState::UserPart::get_description(BSTR* description)
+{
+    return com::NewText(state.description, description);
+}
 
 STDMETHODIMP ErrorState::UserPart::get_scope(BSTR* scope) { return com::NewText(state.scope, scope); }
 

@@ -40,10 +40,8 @@ private:
         using com::DualPart<I>::DualPart;
     };
     struct SupportPart final : com::Part<ISupportErrorInfo> {
-        SupportPart(com::Object& object, const IID& raisingInterface)
-            : Part(object), raisingInterface(raisingInterface)
-        {
-        }
+        SupportPart(com::Object& object, const IID& raisingInterface) : Part(object), raisingInterface(raisingInterface)
+        {}
         STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override
         {
             return IsEqualIID(iid, raisingInterface) ? S_OK : S_FALSE;

@@ -14,7 +14,7 @@ struct ManagerRow {
     PackageKind fromManager;
     PackageKind standAlone;
 
-    const wchar_t* name;         // what the manager's identification answers, as registered
+    const wchar_t* name;  // what the manager's identification answers, as registered
     const wchar_t* description;
 
     const wchar_t* scope;          // the method that gets a package

@@ -16,9 +16,9 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     }
     STDMETHOD(CreateMaterial)(IDispatch** materialObject) override
     {
-        return LOGGED(ICapeThermoMaterial, CreateMaterial,
-                      WrappedOut("materialObject", materialObject,
-                                 {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}));
+        return LOGGED(
+            ICapeThermoMaterial, CreateMaterial,
+            WrappedOut("materialObject", materialObject, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}));
     }
     STDMETHOD(GetOverallProp)(BSTR property, BSTR basis, VARIANT* results) override
     {
@@ -37,9 +37,8 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     }
     STDMETHOD(GetSinglePhaseProp)(BSTR property, BSTR phaseLabel, BSTR basis, VARIANT* results) override
     {
-        return LOGGED(ICapeThermoMaterial, GetSinglePhaseProp, In("property", property),
-                      In("phaseLabel", phaseLabel), NotEmpty(phaseLabel), In("basis", basis),
-                      Out("results", results, kDoubles));
+        return LOGGED(ICapeThermoMaterial, GetSinglePhaseProp, In("property", property), In("phaseLabel", phaseLabel),
+                      NotEmpty(phaseLabel), In("basis", basis), Out("results", results, kDoubles));
     }
     STDMETHOD(GetTPFraction)(BSTR phaseLabel, double* temperature, double* pressure, VARIANT* composition) override
     {
@@ -50,8 +49,7 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     STDMETHOD(GetTwoPhaseProp)(BSTR property, VARIANT phaseLabels, BSTR basis, VARIANT* results) override
     {
         return LOGGED(ICapeThermoMaterial, GetTwoPhaseProp, In("property", property),
-                      In("phaseLabels", phaseLabels, kStrings), In("basis", basis),
-                      Out("results", results, kDoubles));
+                      In("phaseLabels", phaseLabels, kStrings), In("basis", basis), Out("results", results, kDoubles));
     }
     STDMETHOD(SetOverallProp)(BSTR property, BSTR basis, VARIANT values) override
     {
@@ -65,9 +63,8 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     }
     STDMETHOD(SetSinglePhaseProp)(BSTR property, BSTR phaseLabel, BSTR basis, VARIANT values) override
     {
-        return LOGGED(ICapeThermoMaterial, SetSinglePhaseProp, In("property", property),
-                      In("phaseLabel", phaseLabel), NotEmpty(phaseLabel), In("basis", basis),
-                      In("values", values, kDoubles), Write());
+        return LOGGED(ICapeThermoMaterial, SetSinglePhaseProp, In("property", property), In("phaseLabel", phaseLabel),
+                      NotEmpty(phaseLabel), In("basis", basis), In("values", values, kDoubles), Write());
     }
     STDMETHOD(SetTwoPhaseProp)(BSTR property, VARIANT phaseLabels, BSTR basis, VARIANT values) override
     {
@@ -77,10 +74,7 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     }
 
 private:
-    static ErrorIf NotEmpty(BSTR phaseLabel)
-    {
-        return {!phaseLabel || !*phaseLabel, "Phase label cannot be empty"};
-    }
+    static ErrorIf NotEmpty(BSTR phaseLabel) { return {!phaseLabel || !*phaseLabel, "Phase label cannot be empty"}; }
 };
 
 }  // namespace zelt

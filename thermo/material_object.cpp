@@ -8,10 +8,16 @@ constexpr ProxyTraits kTraits = {.typeName = "Material Object"};
 }  // namespace
 
 CMaterialObject::CMaterialObject(ThermoVersion startingVersion)
-    : LoggedProxy(kTraits), thermoVersion(startingVersion), material(*this), compounds(*this), phases(*this),
-      propertyRoutine(*this), equilibriumRoutine(*this), universalConstant(*this), materialObject10(*this)
-{
-}
+    : LoggedProxy(kTraits),
+      thermoVersion(startingVersion),
+      material(*this),
+      compounds(*this),
+      phases(*this),
+      propertyRoutine(*this),
+      equilibriumRoutine(*this),
+      universalConstant(*this),
+      materialObject10(*this)
+{}
 
 void CMaterialObject::UseVersion(ThermoVersion version)
 {

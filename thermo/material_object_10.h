@@ -73,9 +73,9 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     }
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override
     {
-        return LOGGED(ICapeThermoMaterialObject, CreateMaterialObject,
-                      WrappedOut("materialObject", materialObject,
-                                 {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}));
+        return LOGGED(
+            ICapeThermoMaterialObject, CreateMaterialObject,
+            WrappedOut("materialObject", materialObject, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}));
     }
     STDMETHOD(Duplicate)(IDispatch** clone) override
     {

@@ -10,9 +10,9 @@ struct LoggedMaterialTemplate final : LoggedInterface<ICapeThermoMaterialTemplat
     using LoggedInterface::LoggedInterface;
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override
     {
-        return LOGGED(ICapeThermoMaterialTemplate, CreateMaterialObject,
-                      WrappedOut("materialObject", materialObject,
-                                 {WrapKind::MaterialObject, Proxy().ServedVersion()}));
+        return LOGGED(
+            ICapeThermoMaterialTemplate, CreateMaterialObject,
+            WrappedOut("materialObject", materialObject, {WrapKind::MaterialObject, Proxy().ServedVersion()}));
     }
     STDMETHOD(SetProp)(BSTR property, VARIANT values) override
     {

@@ -63,8 +63,7 @@ ForeignPtr<IDispatch> PackageFromManager(const ManagerRow& row, const ExportedPa
     const ForeignManager manager(row, package.classId);
     const _bstr_t name(package.sourceName.c_str());
     ForeignPtr<IDispatch> result;
-    const HRESULT got =
-        CallForeign([&] { return row.getForeignPackage(manager.Get(), name, result.Receive()); });
+    const HRESULT got = CallForeign([&] { return row.getForeignPackage(manager.Get(), name, result.Receive()); });
     // A pointer that comes with a failure is not to be trusted.
     if (FAILED(got)) {
         result.Detach();

@@ -21,8 +21,7 @@ struct ArrayDeleter {
 
 PackageManager::PackageManager(const ManagerRow& row, const IID& managerInterface)
     : row(row), identification(*this, row), utilities(*this), error(*this, managerInterface)
-{
-}
+{}
 
 bool PackageManager::Serves(const ExportedPackage& package) const
 {
@@ -81,8 +80,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
 HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)
 {
     Raise(code, description);
-    const int answer =
-        ShowMessage(description + row.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
+    const int answer = ShowMessage(description + row.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
     if (answer == IDYES) {
         ExportedPackageList& list = ExportedPackages();
         if (const auto index = list.Find(record)) {

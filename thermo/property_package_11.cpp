@@ -8,9 +8,13 @@ constexpr ProxyTraits kTraits = {.typeName = "Property Package", .servedVersion 
 }  // namespace
 
 CPropertyPackage11::CPropertyPackage11()
-    : ExposedObjectBase(kTraits), materialContext(*this), compounds(*this), phases(*this), propertyRoutine(*this),
-      equilibriumRoutine(*this), universalConstant(*this)
-{
-}
+    : ExposedObjectBase(kTraits),
+      materialContext(*this),
+      compounds(*this),
+      phases(*this),
+      propertyRoutine(*this),
+      equilibriumRoutine(*this),
+      universalConstant(*this)
+{}
 
 }  // namespace zelt

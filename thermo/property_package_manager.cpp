@@ -13,20 +13,20 @@ const CLSID kPropertyPackageManagerClass = {
 namespace {
 
 const ManagerRow kRow = {
-    .fromManager          = PackageKind::PropertyPackage11FromManager,
-    .standAlone           = PackageKind::PropertyPackage11StandAlone,
-    .name                 = L"ZELT Property Package Manager (CAPE-OPEN 1.1)",
-    .description          = L"Zeltora: Property Package Manager",
-    .scope                = L"GetPropertyPackage",
-    .interfaceName        = L"ICapeThermoPropertyPackageManager",
+    .fromManager = PackageKind::PropertyPackage11FromManager,
+    .standAlone = PackageKind::PropertyPackage11StandAlone,
+    .name = L"ZELT Property Package Manager (CAPE-OPEN 1.1)",
+    .description = L"Zeltora: Property Package Manager",
+    .scope = L"GetPropertyPackage",
+    .interfaceName = L"ICapeThermoPropertyPackageManager",
     .createManagerFailure = L"Failed to create property package manager: ",
-    .initializeFailure    = L"property package manager failed to initialize: ",
-    .standAloneFailure    = L"Failed to create stand-alone property package: ",
-    .nullResult           = L"NULL pointer is returned for property package",
-    .removalPrompt        = L"\r\nRemove from list of exported property packages?",
-    .logDescription       = "CAPE-OPEN version 1.1 Physical Property Package",
-    .foreignInterface     = __uuidof(ICapeThermoPropertyPackageManager),
-    .getForeignPackage    =
+    .initializeFailure = L"property package manager failed to initialize: ",
+    .standAloneFailure = L"Failed to create stand-alone property package: ",
+    .nullResult = L"NULL pointer is returned for property package",
+    .removalPrompt = L"\r\nRemove from list of exported property packages?",
+    .logDescription = "CAPE-OPEN version 1.1 Physical Property Package",
+    .foreignInterface = __uuidof(ICapeThermoPropertyPackageManager),
+    .getForeignPackage =
         [](IUnknown* manager, BSTR name, IDispatch** package) {
             return static_cast<ICapeThermoPropertyPackageManager*>(manager)->GetPropertyPackage(name, package);
         },

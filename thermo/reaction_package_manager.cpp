@@ -13,20 +13,20 @@ const CLSID kReactionPackageManagerClass = {
 namespace {
 
 const ManagerRow kRow = {
-    .fromManager          = PackageKind::ReactionPackage10FromManager,
-    .standAlone           = PackageKind::ReactionPackage10StandAlone,
-    .name                 = L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)",
-    .description          = L"Zeltora: Reacion Package Manager",
-    .scope                = L"ResolveReactionsPackage",
-    .interfaceName        = L"ICapeReactionsPackageManager",
+    .fromManager = PackageKind::ReactionPackage10FromManager,
+    .standAlone = PackageKind::ReactionPackage10StandAlone,
+    .name = L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)",
+    .description = L"Zeltora: Reacion Package Manager",
+    .scope = L"ResolveReactionsPackage",
+    .interfaceName = L"ICapeReactionsPackageManager",
     .createManagerFailure = L"Failed to create reaction package manager: ",
-    .initializeFailure    = L"reaction package manager failed to initialize: ",
-    .standAloneFailure    = L"Failed to create stand-alone reacion package: ",
-    .nullResult           = L"NULL pointer is returned for reaction package",
-    .removalPrompt        = L"\r\nRemove from list of exported packages?",
-    .logDescription       = "CAPE-OPEN version 1.0 Reaction Package",
-    .foreignInterface     = __uuidof(ICapeReactionsPackageManager),
-    .getForeignPackage    =
+    .initializeFailure = L"reaction package manager failed to initialize: ",
+    .standAloneFailure = L"Failed to create stand-alone reacion package: ",
+    .nullResult = L"NULL pointer is returned for reaction package",
+    .removalPrompt = L"\r\nRemove from list of exported packages?",
+    .logDescription = "CAPE-OPEN version 1.0 Reaction Package",
+    .foreignInterface = __uuidof(ICapeReactionsPackageManager),
+    .getForeignPackage =
         [](IUnknown* manager, BSTR name, IDispatch** package) {
             return static_cast<ICapeReactionsPackageManager*>(manager)->ResolveReactionsPackage(name, package);
         },
@@ -52,6 +52,9 @@ private:
 
 }  // namespace
 
-HRESULT CreateReactionPackageManager(REFIID iid, void** result) { return com::Create<CReactionPackageManager>(iid, result); }
+HRESULT CreateReactionPackageManager(REFIID iid, void** result)
+{
+    return com::Create<CReactionPackageManager>(iid, result);
+}
 
 }  // namespace zelt

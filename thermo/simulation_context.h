@@ -31,7 +31,8 @@ struct LoggedTemplateSystem final : LoggedInterface<ICapeMaterialTemplateSystem>
     using LoggedInterface::LoggedInterface;
     STDMETHOD(get_MaterialTemplates)(VARIANT* templateNames) override
     {
-        return LOGGED(ICapeMaterialTemplateSystem, get_MaterialTemplates, Out("TemplateNames", templateNames, kStrings));
+        return LOGGED(ICapeMaterialTemplateSystem, get_MaterialTemplates,
+                      Out("TemplateNames", templateNames, kStrings));
     }
     STDMETHOD(CreateMaterialTemplate)(BSTR materialTemplateName, IDispatch** materialTemplate) override
     {

@@ -12,7 +12,10 @@ struct LoggedCollection final : LoggedInterface<ICapeCollection> {
         return LOGGED(ICapeCollection, Item, In("id", id),
                       WrappedOut("Item", item, {WrapKind::Parameter}, Shown::AsReturned));
     }
-    STDMETHOD(Count)(long* itemsCount) override { return LOGGED(ICapeCollection, Count, Out("itemsCount", itemsCount)); }
+    STDMETHOD(Count)(long* itemsCount) override
+    {
+        return LOGGED(ICapeCollection, Count, Out("itemsCount", itemsCount));
+    }
 };
 
 class CParameterCollection final : public ExposedObjectBase {

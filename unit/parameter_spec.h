@@ -8,7 +8,10 @@ namespace zelt {
 
 struct LoggedParameterSpec final : LoggedInterface<ICapeParameterSpec> {
     using LoggedInterface::LoggedInterface;
-    STDMETHOD(get_Type)(eCapeParamType* type) override { return LOGGED(ICapeParameterSpec, get_Type, Out("Type", type)); }
+    STDMETHOD(get_Type)(eCapeParamType* type) override
+    {
+        return LOGGED(ICapeParameterSpec, get_Type, Out("Type", type));
+    }
     STDMETHOD(get_Dimensionality)(VARIANT* dim) override
     {
         return LOGGED(ICapeParameterSpec, get_Dimensionality, Out("dim", dim, kDoubles));
@@ -116,9 +119,14 @@ struct LoggedArraySpec final : LoggedInterface<ICapeArrayParameterSpec> {
 class CParameterSpec final : public ExposedObjectBase {
 public:
     CParameterSpec()
-        : ExposedObjectBase(kTraits), spec(*this), real(*this), integer(*this), boolean(*this), option(*this), array(*this)
-    {
-    }
+        : ExposedObjectBase(kTraits),
+          spec(*this),
+          real(*this),
+          integer(*this),
+          boolean(*this),
+          option(*this),
+          array(*this)
+    {}
 
 protected:
     IDispatch* ScriptInterface() override { return &spec; }

@@ -21,9 +21,11 @@ struct LoggedReactionChemistry final : LoggedInterface<ICapeReactionChemistry> {
     }
     STDMETHOD(GetNumberOfReactionCompounds)(BSTR reacId, long* nComps) override
     {
-        return LOGGED(ICapeReactionChemistry, GetNumberOfReactionCompounds, In("reacID", reacId), Out("nComps", nComps));
+        return LOGGED(ICapeReactionChemistry, GetNumberOfReactionCompounds, In("reacID", reacId),
+                      Out("nComps", nComps));
     }
-    STDMETHOD(GetReactionCompoundIds)(BSTR reacId, VARIANT* compIds, VARIANT* compCharge, VARIANT* compCasNumber) override
+    STDMETHOD(GetReactionCompoundIds)(BSTR reacId, VARIANT* compIds, VARIANT* compCharge,
+                                      VARIANT* compCasNumber) override
     {
         return LOGGED(ICapeReactionChemistry, GetReactionCompoundIds, In("reacID", reacId),
                       Out("compIds", compIds, kOptionalStrings), Out("compCharge", compCharge, kDoubles),
@@ -58,9 +60,9 @@ struct LoggedReactionChemistry final : LoggedInterface<ICapeReactionChemistry> {
     }
     STDMETHOD(GetReactionParameters)(BSTR reacId, IDispatch** parameters) override
     {
-        return LOGGED(ICapeReactionChemistry, GetReactionParameters, In("reacID", reacId),
-                      WrappedOut("ParameterCollection", parameters, {WrapKind::ParameterCollection},
-                                 Shown::AsReturned));
+        return LOGGED(
+            ICapeReactionChemistry, GetReactionParameters, In("reacID", reacId),
+            WrappedOut("ParameterCollection", parameters, {WrapKind::ParameterCollection}, Shown::AsReturned));
     }
 };
 

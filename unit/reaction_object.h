@@ -13,7 +13,8 @@ struct LoggedReactionProperties final : LoggedInterface<ICapeReactionProperties>
     STDMETHOD(GetReactionProp)(BSTR property, BSTR phase, VARIANT reacIds, BSTR basis, VARIANT* propVals) override
     {
         return LOGGED(ICapeReactionProperties, GetReactionProp, In("property", property), In("phase", phase),
-                      In("reacIds", reacIds, kOptionalStrings), In("basis", basis), Out("propVals", propVals, kDoubles));
+                      In("reacIds", reacIds, kOptionalStrings), In("basis", basis),
+                      Out("propVals", propVals, kDoubles));
     }
     STDMETHOD(SetReactionProp)(BSTR property, BSTR phase, VARIANT reacIds, BSTR basis, VARIANT propVals) override
     {
@@ -44,10 +45,13 @@ struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
 class CReactionObject final : public ExposedObjectBase {
 public:
     CReactionObject()
-        : ExposedObjectBase(kTraits), chemistry(*this), properties(*this), routine(*this), materialContext(*this),
+        : ExposedObjectBase(kTraits),
+          chemistry(*this),
+          properties(*this),
+          routine(*this),
+          materialContext(*this),
           thermoContext(*this)
-    {
-    }
+    {}
 
 protected:
     IDispatch* ScriptInterface() override { return &properties; }

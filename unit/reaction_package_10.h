@@ -50,10 +50,14 @@ struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
 class CReactionPackage10 final : public ExposedObjectBase {
 public:
     CReactionPackage10()
-        : ExposedObjectBase(kTraits), kinetic(*this), chemistry(*this), routine(*this), materialContext(*this),
-          thermoContext(*this), electrolyte(*this)
-    {
-    }
+        : ExposedObjectBase(kTraits),
+          kinetic(*this),
+          chemistry(*this),
+          routine(*this),
+          materialContext(*this),
+          thermoContext(*this),
+          electrolyte(*this)
+    {}
 
 private:
     // Materials made from its context's templates start unset: the package may use either generation.

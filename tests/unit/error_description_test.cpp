@@ -18,18 +18,12 @@ TEST(HRName, NamesKnownCodesAndWritesOthersInHexadecimal)
         const char* name;
     };
     const Row rows[] = {
-        {0x80004005, "E_FAIL"},
-        {0x80004001, "E_NOTIMPL"},
-        {0x80020009, "DISP_E_EXCEPTION"},
-        {0x8000FFFF, "E_UNEXPECTED"},
-        {0x8007000E, "E_OUTOFMEMORY"},
-        {0x80040154, "REGDB_E_CLASSNOTREG"},
-        {0x00000000, "NOERROR"},
-        {0x80040501, "ECapeUnknownHR"},
-        {0x80040509, "ECapeNoImplHR"},
-        {0x8004051A, "ECapeThrmPropertyNotAvailableHR"},
-        {0x12345678, "0x12345678"},
-        {0x8004051B, "0x8004051B"},
+        {0x80004005, "E_FAIL"},           {0x80004001, "E_NOTIMPL"},
+        {0x80020009, "DISP_E_EXCEPTION"}, {0x8000FFFF, "E_UNEXPECTED"},
+        {0x8007000E, "E_OUTOFMEMORY"},    {0x80040154, "REGDB_E_CLASSNOTREG"},
+        {0x00000000, "NOERROR"},          {0x80040501, "ECapeUnknownHR"},
+        {0x80040509, "ECapeNoImplHR"},    {0x8004051A, "ECapeThrmPropertyNotAvailableHR"},
+        {0x12345678, "0x12345678"},       {0x8004051B, "0x8004051B"},
         {0x80070005, "E_ACCESSDENIED"},
     };
     for (const Row& row : rows) EXPECT_EQ(row.name, HRName(Code(row.code)));

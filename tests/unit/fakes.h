@@ -61,10 +61,7 @@ private:
     } identification{*this};
     struct Root final : com::DualPart<ECapeRoot> {
         explicit Root(FakeObject& fake) : DualPart(fake), fake(fake) {}
-        STDMETHOD(get_name)(BSTR* out) override
-        {
-            return fake.errorName.empty() ? E_FAIL : Copy(fake.errorName, out);
-        }
+        STDMETHOD(get_name)(BSTR* out) override { return fake.errorName.empty() ? E_FAIL : Copy(fake.errorName, out); }
         FakeObject& fake;
     } root{*this};
     struct User final : com::DualPart<ECapeUser> {
@@ -190,8 +187,8 @@ private:
 class FakeMaterial final : public FakeObject {
 public:
     HRESULT result = S_OK;
-    IDispatch* created = nullptr;   // what CreateMaterial answers, with a reference
-    IDispatch** source = nullptr;   // where CopyFromMaterial's argument came
+    IDispatch* created = nullptr;  // what CreateMaterial answers, with a reference
+    IDispatch** source = nullptr;  // where CopyFromMaterial's argument came
     IDispatch* sourceValue = nullptr;
     std::function<void()> duringCopy;
     BSTR lastString = nullptr;

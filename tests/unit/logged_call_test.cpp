@@ -170,8 +170,9 @@ TEST_F(LoggedCallTest, WhatEscapesBecomesUnexpectedAndTheNextCallWorks)
         package->duringCall = row.escape;
         EXPECT_EQ(E_UNEXPECTED, utilities->Initialize()) << row.name;
         const std::string text = Written().substr(expected.size());
-        const std::string start = "<func name=\"ICapeUtilities::Initialize\" direc=\"in\" object=\"Pack\">\n <error value=\"" +
-                                  std::string(row.logged) + "\"/>\n <error value=\"E_UNEXPECTED: ";
+        const std::string start =
+            "<func name=\"ICapeUtilities::Initialize\" direc=\"in\" object=\"Pack\">\n <error value=\"" +
+            std::string(row.logged) + "\"/>\n <error value=\"E_UNEXPECTED: ";
         EXPECT_EQ(start, text.substr(0, start.size())) << row.name;
         EXPECT_TRUE(text.ends_with("\"/>\n</func>\n")) << row.name;
         package->duringCall = nullptr;
@@ -242,7 +243,8 @@ TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
         if (line.find("<func ") != std::string::npos) ++depth;
     }
     EXPECT_EQ(0, depth);
-    EXPECT_TRUE(text.ends_with("\n</func>\n" + Func("ICapeUtilities::Terminate", ""))) << text.substr(text.size() - 300);
+    EXPECT_TRUE(text.ends_with("\n</func>\n" + Func("ICapeUtilities::Terminate", "")))
+        << text.substr(text.size() - 300);
     proxy.Reset();
     EXPECT_TRUE(Written().ends_with("</zeltlogdocument>\n"));
 }
@@ -372,7 +374,8 @@ TEST_F(LoggedCallTest, InvokeWorksOnEachInterfaceByItself)
     ComPtr<IDispatch> script;
     ASSERT_EQ(S_OK, proxy.As(&script));
     DISPPARAMS none = {};
-    EXPECT_EQ(S_OK, script->Invoke(1, IID_NULL, LOCALE_INVARIANT, DISPATCH_PROPERTYGET, &none, &result, nullptr, nullptr));
+    EXPECT_EQ(S_OK,
+              script->Invoke(1, IID_NULL, LOCALE_INVARIANT, DISPATCH_PROPERTYGET, &none, &result, nullptr, nullptr));
     EXPECT_EQ(VT_BSTR, result.vt);
     EXPECT_STREQ(L"Fake", result.bstrVal);
     UINT count = 0;
@@ -398,8 +401,8 @@ TEST_F(LoggedCallTest, FailureThroughInvokeCarriesThePackagesError)
     };
     DISPPARAMS none = {};
     EXCEPINFO exception = {};
-    EXPECT_EQ(DISP_E_EXCEPTION, utilities->Invoke(3, IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &none, nullptr,
-                                                  &exception, nullptr));
+    EXPECT_EQ(DISP_E_EXCEPTION,
+              utilities->Invoke(3, IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &none, nullptr, &exception, nullptr));
     EXPECT_EQ(package->result, exception.scode);
     EXPECT_STREQ(L"did not converge", exception.bstrDescription);
     SysFreeString(exception.bstrSource);

@@ -20,8 +20,8 @@ namespace zelt::test {
 namespace {
 
 constexpr CLSID kForeignManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x01}};
-constexpr CLSID kStandAlone     = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
-constexpr CLSID kNowhere        = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
+constexpr CLSID kStandAlone = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
+constexpr CLSID kNowhere = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
 
 // What the foreign manager does next, and what it was asked.
 struct Script {
@@ -69,7 +69,10 @@ private:
     struct ReactionManager final : com::DualPart<ICapeReactionsPackageManager> {
         using DualPart::DualPart;
         STDMETHOD(GetListOfReactionsPackages)(VARIANT*) override { return E_NOTIMPL; }
-        STDMETHOD(ResolveReactionsPackage)(BSTR name, IDispatch** package) override { return GetPackage(name, package); }
+        STDMETHOD(ResolveReactionsPackage)(BSTR name, IDispatch** package) override
+        {
+            return GetPackage(name, package);
+        }
     } reactionManager{*this};
     struct Utilities final : com::DualPart<ICapeUtilities> {
         using DualPart::DualPart;
@@ -357,29 +360,43 @@ TEST_P(PackageManagerTest, EachFailureHasItsText)
 {
     const std::wstring notRegistered = L"REGDB_E_CLASSNOTREG";
     const FailureRow rows[] = {
-        {"no such manager", kind.fromManager, kNowhere, [] {},
-         kind.createManagerFailure + notRegistered, {}},
-        {"no such package", kind.alone, kNowhere, [] {},
-         kind.standAloneFailure + notRegistered, {}},
-        {"no manager at all", kind.fromManager, kStandAlone, [] {},
-         kind.createManagerFailure + L"E_NOINTERFACE", {}},
-        {"manager fails to initialize", kind.fromManager, kForeignManager,
+        {"no such manager", kind.fromManager, kNowhere, [] {}, kind.createManagerFailure + notRegistered, {}},
+        {"no such package", kind.alone, kNowhere, [] {}, kind.standAloneFailure + notRegistered, {}},
+        {"no manager at all", kind.fromManager, kStandAlone, [] {}, kind.createManagerFailure + L"E_NOINTERFACE", {}},
+        {"manager fails to initialize",
+         kind.fromManager,
+         kForeignManager,
          [] {
              script.initialize = static_cast<HRESULT>(ECapeLicenceErrorHR);
              script.description = L"licence expired";
          },
-         kind.initializeFailure + L"licence expired", {"Initialize", "released"}},
-        {"manager refuses", kind.fromManager, kForeignManager,
+         kind.initializeFailure + L"licence expired",
+         {"Initialize", "released"}},
+        {"manager refuses",
+         kind.fromManager,
+         kForeignManager,
          [] {
              script.get = static_cast<HRESULT>(ECapeUnknownHR);
              script.description = L"no data bank";
          },
-         L"no data bank", {"Initialize", "get", "Terminate", "released"}},
-        {"manager faults while it initializes", kind.fromManager, kForeignManager, [] { script.fault = true; },
-         kind.initializeFailure + Widen(SystemText(E_UNEXPECTED)), {"Initialize", "released"}},
-        {"manager throws", kind.fromManager, kForeignManager, [] { script.throws = true; },
-         Widen(SystemText(E_UNEXPECTED)), {"Initialize", "get", "Terminate", "released"}},
-        {"null result", kind.fromManager, kForeignManager, [] { script.answersNull = true; },
+         L"no data bank",
+         {"Initialize", "get", "Terminate", "released"}},
+        {"manager faults while it initializes",
+         kind.fromManager,
+         kForeignManager,
+         [] { script.fault = true; },
+         kind.initializeFailure + Widen(SystemText(E_UNEXPECTED)),
+         {"Initialize", "released"}},
+        {"manager throws",
+         kind.fromManager,
+         kForeignManager,
+         [] { script.throws = true; },
+         Widen(SystemText(E_UNEXPECTED)),
+         {"Initialize", "get", "Terminate", "released"}},
+        {"null result",
+         kind.fromManager,
+         kForeignManager,
+         [] { script.answersNull = true; },
          kind.nullResult,
          {"Initialize", "get", "Terminate", "released"}},
     };
@@ -475,7 +492,9 @@ TEST_P(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
     package.Reset();
     const std::string log = WithoutCarriageReturns(ReadWhole(logPath));
     EXPECT_NE(std::string::npos, log.find("<info value=\"Creating Logged\"/>\n"
-                                          "<info value=\"Object type: " + kind.logDescription + "\"/>\n"
+                                          "<info value=\"Object type: " +
+                                          kind.logDescription +
+                                          "\"/>\n"
                                           "<func name=\"ICapeIdentification::get_ComponentDescription\" direc=\"in\" "
                                           "object=\"Logged\">\n"))
         << log;
@@ -501,8 +520,8 @@ TEST_P(PackageManagerTest, LogThatCannotBeOpenedIsSaidAndThePackageComesAllTheSa
     Export(kind.alone, L"Logged", kStandAlone, true);
     EXPECT_EQ(S_OK, Get(L"Logged"));
     ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " +
-                  Widen(std::strerror(ENOENT)) + L"\r\nLogging will not be enabled",
+    EXPECT_EQ(L"Failed to open log file \"C:\\no such folder\\log.zlg\" for writing: " + Widen(std::strerror(ENOENT)) +
+                  L"\r\nLogging will not be enabled",
               messages.All()[0].text);
     EXPECT_EQ(L"Error:", messages.All()[0].caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);

@@ -61,9 +61,10 @@ TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
 
     classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeUtilities), &answer));
-    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning supported interface ICapeUtilities: object does not "
-              "expose it (returning E_NOINTERFACE)\"/>\n",
-              News());
+    EXPECT_EQ(
+        "<warning value=\"Pack: QueryInterface not returning supported interface ICapeUtilities: object does not "
+        "expose it (returning E_NOINTERFACE)\"/>\n",
+        News());
     classes.RegisterName(L"{678C0A9B-7D66-11D2-A67D-00105A42887F}", L"ICapeThermoMaterial");
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeThermoMaterial), &answer));
     EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface ICapeThermoMaterial\"/>\n", News());
@@ -80,9 +81,10 @@ TEST_F(ProxyTreeTest, QueriesWithoutAWrappedObject)
               News());
     classes.RegisterName(L"{678C0A9B-0100-11D2-A67D-00105A42887F}", L"ICapeUtilities");
     EXPECT_EQ(E_NOINTERFACE, uncreated->QueryInterface(__uuidof(ICapeUtilities), &answer));
-    EXPECT_EQ("<warning value=\"Pack: QueryInterface not returning ICapeUtilities: object not created (returning "
-              "E_NOINTERFACE)\"/>\n",
-              News());
+    EXPECT_EQ(
+        "<warning value=\"Pack: QueryInterface not returning ICapeUtilities: object not created (returning "
+        "E_NOINTERFACE)\"/>\n",
+        News());
     EXPECT_EQ(S_OK, uncreated->QueryInterface(IID_IDispatch, &answer));
     EXPECT_EQ(S_OK, uncreated->QueryInterface(__uuidof(IOriginalObject), &answer));
     EXPECT_EQ("", News());

@@ -41,9 +41,11 @@ TEST_F(ValueWritersTest, Scalars)
         {"double NaN", [](LogDocument& d) { WriteArg(d, "x", true, std::numeric_limits<double>::quiet_NaN()); },
          Element("double", " <argval value=\"N/A\"/>\n")},
         {"double, the old undefined value", [](LogDocument& d) { WriteArg(d, "x", true, kOldUndefined); },
-         Element("double", " <argval value=\"N/A\"/>\n"
-                           " <warning value=\"Old value for CapeDoubleEmpty used; should be NaN\"/>\n")},
-        {"BOOL true", [](LogDocument& d) { WriteBoolArg(d, "x", true, 5); }, Element("BOOL", " <argval value=\"TRUE\"/>\n")},
+         Element("double",
+                 " <argval value=\"N/A\"/>\n"
+                 " <warning value=\"Old value for CapeDoubleEmpty used; should be NaN\"/>\n")},
+        {"BOOL true", [](LogDocument& d) { WriteBoolArg(d, "x", true, 5); },
+         Element("BOOL", " <argval value=\"TRUE\"/>\n")},
         {"BOOL false", [](LogDocument& d) { WriteBoolArg(d, "x", true, 0); },
          Element("BOOL", " <argval value=\"FALSE\"/>\n")},
         {"VARIANT_BOOL true", [](LogDocument& d) { WriteVariantBoolArg(d, "x", true, VARIANT_TRUE); },
@@ -51,13 +53,15 @@ TEST_F(ValueWritersTest, Scalars)
         {"VARIANT_BOOL false", [](LogDocument& d) { WriteVariantBoolArg(d, "x", true, VARIANT_FALSE); },
          Element("VARIANT_BOOL", " <argval value=\"VARIANT_FALSE\"/>\n")},
         {"VARIANT_BOOL, neither", [](LogDocument& d) { WriteVariantBoolArg(d, "x", true, 1); },
-         Element("VARIANT_BOOL", " <argval value=\"VARIANT_TRUE\"/>\n"
-                                 "  <error value=\"A value other than VARIANT_TRUE is used\"/>\n")},
+         Element("VARIANT_BOOL",
+                 " <argval value=\"VARIANT_TRUE\"/>\n"
+                 "  <error value=\"A value other than VARIANT_TRUE is used\"/>\n")},
         {"flags 0", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 0); },
          Element("int", " <argval value=\"CAPE_NO_CALCULATION\"/>\n")},
         {"flags 1", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 1); }, Element("int", " <argval value=\"|\"/>\n")},
         {"flags 3", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 3); }, Element("int", " <argval value=\"|\"/>\n")},
-        {"flags 24", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 24); }, Element("int", " <argval value=\"|\"/>\n")},
+        {"flags 24", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 24); },
+         Element("int", " <argval value=\"|\"/>\n")},
         {"flags without a known bit", [](LogDocument& d) { WriteFlagsArg(d, "x", true, 16); },
          Element("int", " <argval value=\"\"/>\n")},
         {"interface, null", [](LogDocument& d) { WriteArg(d, "x", true, static_cast<IUnknown*>(nullptr)); },
@@ -79,17 +83,18 @@ TEST_F(ValueWritersTest, IndentsBelowACall)
     WriteVariantBoolArg(*document, "x", true, 7);
     WriteArg(*document, "x", true, static_cast<eCapePortDirection>(5));
     document->EndFunc(S_OK, nullptr);
-    EXPECT_EQ("<func name=\"I::M\" direc=\"in\" object=\"Root\">\n"
-              " <arg name=\"x\" direc=\"in\" type=\"VARIANT_BOOL\">\n"
-              "  <argval value=\"VARIANT_TRUE\"/>\n"
-              "    <error value=\"A value other than VARIANT_TRUE is used\"/>\n"
-              " </arg>\n"
-              " <arg name=\"x\" direc=\"in\" type=\"CapePortDirection\">\n"
-              "    <error value=\"Invalid value for CapePortDirection\"/>\n"
-              "<argval value=\"5X\"/>\n"
-              " </arg>\n"
-              "</func>\n",
-              Written());
+    EXPECT_EQ(
+        "<func name=\"I::M\" direc=\"in\" object=\"Root\">\n"
+        " <arg name=\"x\" direc=\"in\" type=\"VARIANT_BOOL\">\n"
+        "  <argval value=\"VARIANT_TRUE\"/>\n"
+        "    <error value=\"A value other than VARIANT_TRUE is used\"/>\n"
+        " </arg>\n"
+        " <arg name=\"x\" direc=\"in\" type=\"CapePortDirection\">\n"
+        "    <error value=\"Invalid value for CapePortDirection\"/>\n"
+        "<argval value=\"5X\"/>\n"
+        " </arg>\n"
+        "</func>\n",
+        Written());
 }
 
 TEST_F(ValueWritersTest, Strings)
@@ -116,9 +121,10 @@ TEST_F(ValueWritersTest, StringWithALineFeedIsReportedBehindItsValue)
     BSTR text = SysAllocString(L"a\nb");
     WriteArg(*document, "x", true, text);
     SysFreeString(text);
-    EXPECT_EQ(Element("string", " <argval value=\"&quot;ab&quot;\"/>\n"
-                                "<warning value=\"One or more non-printable characters suppressed in above string value"
-                                " (these cannot be stored in XML)\"/>\n"),
+    EXPECT_EQ(Element("string",
+                      " <argval value=\"&quot;ab&quot;\"/>\n"
+                      "<warning value=\"One or more non-printable characters suppressed in above string value"
+                      " (these cannot be stored in XML)\"/>\n"),
               Written());
 }
 
@@ -168,7 +174,8 @@ TEST_F(ValueWritersTest, Enumerations)
         {"CapeReactionRateBasis", WriteAll<eCapeReactionRateBasis>, {"CAPE_HOMOGENEOUS", "CAPE_HETEROGENEOUS"}},
         {"CapePortDirection", WriteAll<eCapePortDirection>, {"CAPE_INLET", "CAPE_OUTLET", "CAPE_INLET_OUTLET"}},
         {"CapeParamMode", WriteAll<eCapeParamMode>, {"CAPE_INPUT", "CAPE_OUTPUT", "CAPE_INPUT_OUTPUT"}},
-        {"CapeParamType", WriteAll<eCapeParamType>,
+        {"CapeParamType",
+         WriteAll<eCapeParamType>,
          {"CAPE_REAL", "CAPE_INT", "CAPE_OPTION", "CAPE_BOOLEAN", "CAPE_ARRAY"}},
     };
     std::string expected;

@@ -34,8 +34,8 @@ _variant_t Doubles(std::initializer_list<double> elements, LONG lowerBound = 0)
 
 std::string Bounds(int lower, int upper)
 {
-    return " <info value=\"Lower bound: " + std::to_string(lower) + "\"/>\n <info value=\"Upper bound: " +
-           std::to_string(upper) + "\"/>\n";
+    return " <info value=\"Lower bound: " + std::to_string(lower) +
+           "\"/>\n <info value=\"Upper bound: " + std::to_string(upper) + "\"/>\n";
 }
 
 class VariantWriterTest : public LogFixture {
@@ -59,8 +59,9 @@ TEST_F(VariantWriterTest, ArrayOfDoublesWithItsBounds)
 TEST_F(VariantWriterTest, UndefinedElements)
 {
     Expect(Doubles({kNaN, -1.7976931348623157e308}), kDoubles, "VT_ARRAY|VT_R8",
-           Bounds(0, 1) + " <argval value=\"N/A\"/>\n <argval value=\"N/A\"/>\n"
-                          " <warning value=\"Old value for CapeDoubleEmpty used: should be NaN\"/>\n");
+           Bounds(0, 1) +
+               " <argval value=\"N/A\"/>\n <argval value=\"N/A\"/>\n"
+               " <warning value=\"Old value for CapeDoubleEmpty used: should be NaN\"/>\n");
 }
 
 TEST_F(VariantWriterTest, ArraysOfOtherTypes)
@@ -76,12 +77,13 @@ TEST_F(VariantWriterTest, ArraysOfOtherTypes)
 
 TEST_F(VariantWriterTest, ArrayOfStrings)
 {
-    const _variant_t strings = Array<BSTR>(
-        VT_BSTR, {SysAllocString(L"water"), nullptr, SysAllocString(L""), SysAllocStringLen(L"a\0b", 3)});
+    const _variant_t strings =
+        Array<BSTR>(VT_BSTR, {SysAllocString(L"water"), nullptr, SysAllocString(L""), SysAllocStringLen(L"a\0b", 3)});
     Expect(strings, kStrings, "VT_ARRAY|VT_BSTR",
-           Bounds(0, 3) + " <argval value=\"&quot;water&quot;\"/>\n <argval value=\"&lt;NULL&gt;\"/>\n"
-                          " <argval value=\"&quot;&quot;\"/>\n <argval value=\"&quot;a&quot;\"/>\n"
-                          " <error value=\"Not a valid BSTR value\"/>\n");
+           Bounds(0, 3) +
+               " <argval value=\"&quot;water&quot;\"/>\n <argval value=\"&lt;NULL&gt;\"/>\n"
+               " <argval value=\"&quot;&quot;\"/>\n <argval value=\"&quot;a&quot;\"/>\n"
+               " <error value=\"Not a valid BSTR value\"/>\n");
 }
 
 TEST_F(VariantWriterTest, ArrayOfVariantsNestsEachValue)
@@ -96,12 +98,13 @@ TEST_F(VariantWriterTest, ArrayOfVariantsNestsEachValue)
     text.bstrVal = SysAllocString(L"7732-18-5");
     VARIANT inner = Doubles({1}).Detach();
     Expect(Array<VARIANT>(VT_VARIANT, {number, empty, text, inner}), kVariants, "VT_ARRAY|VT_VARIANT",
-           Bounds(0, 3) + " <argval value=\"VT_R8\">\n  <argval value=\"373.15\"/>\n </argval>\n"
-                          " <argval value=\"VT_EMPTY\">\n </argval>\n"
-                          " <argval value=\"VT_BSTR\">\n  <argval value=\"&quot;7732-18-5&quot;\"/>\n </argval>\n"
-                          " <argval value=\"VT_ARRAY|VT_R8\">\n"
-                          "  <info value=\"Lower bound: 0\"/>\n  <info value=\"Upper bound: 0\"/>\n"
-                          "  <argval value=\"1\"/>\n </argval>\n");
+           Bounds(0, 3) +
+               " <argval value=\"VT_R8\">\n  <argval value=\"373.15\"/>\n </argval>\n"
+               " <argval value=\"VT_EMPTY\">\n </argval>\n"
+               " <argval value=\"VT_BSTR\">\n  <argval value=\"&quot;7732-18-5&quot;\"/>\n </argval>\n"
+               " <argval value=\"VT_ARRAY|VT_R8\">\n"
+               "  <info value=\"Lower bound: 0\"/>\n  <info value=\"Upper bound: 0\"/>\n"
+               "  <argval value=\"1\"/>\n </argval>\n");
 }
 
 TEST_F(VariantWriterTest, MoreThanOneDimension)
@@ -166,8 +169,9 @@ TEST_F(VariantWriterTest, ArrayByReferenceIsRead)
 TEST_F(VariantWriterTest, WrongElementTypeIsNotRead)
 {
     Expect(Array<BSTR>(VT_BSTR, {nullptr}), kDoubles, "VT_ARRAY|VT_BSTR",
-           Bounds(0, 0) + " <error value=\"Type check error: Expected an array of type double precision\"/>\n"
-                          " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_R8\"/>\n");
+           Bounds(0, 0) +
+               " <error value=\"Type check error: Expected an array of type double precision\"/>\n"
+               " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_R8\"/>\n");
 }
 
 TEST_F(VariantWriterTest, EmptyWhereAListMayBeLeftOut)
@@ -176,8 +180,7 @@ TEST_F(VariantWriterTest, EmptyWhereAListMayBeLeftOut)
     empty.vt = VT_EMPTY;
     Expect(empty, kOptionalStrings, "VT_EMPTY", "");
     Expect(empty, kAnything, "VT_EMPTY", "");
-    Expect(empty, kStrings, "VT_EMPTY",
-           " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_BSTR\"/>\n");
+    Expect(empty, kStrings, "VT_EMPTY", " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_BSTR\"/>\n");
 }
 
 TEST_F(VariantWriterTest, Scalars)

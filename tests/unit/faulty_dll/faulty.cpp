@@ -147,26 +147,15 @@ HRESULT Do(const faulty::Order& order)
     char start = 0;
     static char mutableText[] = "mutable text of a package";
     switch (order.deed) {
-        case Deed::Return:
-            return kDone;
-        case Deed::WriteNull:
-            asm volatile("xor %%eax, %%eax; movl $1, (%%eax)" : : : "eax", "memory");
-            break;
-        case Deed::CallNull:
-            asm volatile("xor %%eax, %%eax; call *%0" : : "a"(std::uintptr_t{0}) : "memory");
-            break;
-        case Deed::JumpToData:
-            CallData();
-            break;
-        case Deed::MisalignedVector:
-            Misaligned();
-            break;
+        case Deed::Return: return kDone;
+        case Deed::WriteNull: asm volatile("xor %%eax, %%eax; movl $1, (%%eax)" : : : "eax", "memory"); break;
+        case Deed::CallNull: asm volatile("xor %%eax, %%eax; call *%0" : : "a"(std::uintptr_t{0}) : "memory"); break;
+        case Deed::JumpToData: CallData(); break;
+        case Deed::MisalignedVector: Misaligned(); break;
         case Deed::DivideByZero:
             asm volatile("xorl %%ecx, %%ecx; movl $1, %%eax; cltd; idivl %%ecx" : : : "eax", "ecx", "edx");
             break;
-        case Deed::Breakpoint:
-            asm volatile("int3");
-            break;
+        case Deed::Breakpoint: asm volatile("int3"); break;
         case Deed::SingleStep:
 #ifdef _WIN64
             asm volatile("pushfq; orl $0x100, (%rsp); popfq; nop; nop");
@@ -174,88 +163,37 @@ HRESULT Do(const faulty::Order& order)
             asm volatile("pushfl; orl $0x100, (%esp); popfl; nop; nop");
 #endif
             break;
-        case Deed::Privileged:
-            asm volatile("hlt");
-            break;
-        case Deed::Illegal:
-            asm volatile("ud2");
-            break;
-        case Deed::Bounds:
-            return Bounds();
-        case Deed::IntoOverflow:
-            return IntoOverflow();
-        case Deed::X87Divide:
-            X87(kDivide);
-            break;
-        case Deed::X87DividePending:
-            X87Pending();
-            break;
-        case Deed::X87Invalid:
-            X87(kInvalid);
-            break;
-        case Deed::X87Overflow:
-            X87(kOverflow);
-            break;
-        case Deed::X87Underflow:
-            X87(kUnderflow);
-            break;
-        case Deed::X87Inexact:
-            X87(kInexact);
-            break;
-        case Deed::X87Denormal:
-            X87(kDenormal);
-            break;
-        case Deed::X87StackOverflow:
-            X87StackOverflow();
-            break;
-        case Deed::SseDivide:
-            Sse(kDivide);
-            break;
-        case Deed::SseInvalid:
-            Sse(kInvalid);
-            break;
-        case Deed::SseOverflow:
-            Sse(kOverflow);
-            break;
-        case Deed::SseUnderflow:
-            Sse(kUnderflow);
-            break;
-        case Deed::SseInexact:
-            Sse(kInexact);
-            break;
-        case Deed::SseDenormal:
-            Sse(kDenormal);
-            break;
-        case Deed::DirectionFlagFault:
-            asm volatile("std; ud2");
-            break;
-        case Deed::StackOverflow:
-            Recurse(&start);
-            break;
-        case Deed::Raise:
-            RaiseException(order.code, order.flags, 0, nullptr);
-            break;
-        case Deed::HandledFault:
-            return FaultyHandledFault();
-        case Deed::ThrowText:
-            throw static_cast<const char*>("text of a package");
-        case Deed::ThrowMutableText:
-            throw static_cast<char*>(mutableText);
-        case Deed::ThrowRuntimeError:
-            throw std::runtime_error("runtime error of a package");
-        case Deed::ThrowInt:
-            throw 42;
-        case Deed::ThrowInside:
-            return ThrowInside();
-        case Deed::Terminate:
-            std::terminate();
-        case Deed::Abort:
-            std::abort();
-        case Deed::UniversalAbort:
-            return UniversalAbort();
-        case Deed::CallBack:
-            order.callBack(order.context);
-            break;
+        case Deed::Privileged: asm volatile("hlt"); break;
+        case Deed::Illegal: asm volatile("ud2"); break;
+        case Deed::Bounds: return Bounds();
+        case Deed::IntoOverflow: return IntoOverflow();
+        case Deed::X87Divide: X87(kDivide); break;
+        case Deed::X87DividePending: X87Pending(); break;
+        case Deed::X87Invalid: X87(kInvalid); break;
+        case Deed::X87Overflow: X87(kOverflow); break;
+        case Deed::X87Underflow: X87(kUnderflow); break;
+        case Deed::X87Inexact: X87(kInexact); break;
+        case Deed::X87Denormal: X87(kDenormal); break;
+        case Deed::X87StackOverflow: X87StackOverflow(); break;
+        case Deed::SseDivide: Sse(kDivide); break;
+        case Deed::SseInvalid: Sse(kInvalid); break;
+        case Deed::SseOverflow: Sse(kOverflow); break;
+        case Deed::SseUnderflow: Sse(kUnderflow); break;
+        case Deed::SseInexact: Sse(kInexact); break;
+        case Deed::SseDenormal: Sse(kDenormal); break;
+        case Deed::DirectionFlagFault: asm volatile("std; ud2"); break;
+        case Deed::StackOverflow: Recurse(&start); break;
+        case Deed::Raise: RaiseException(order.code, order.flags, 0, nullptr); break;
+        case Deed::HandledFault: return FaultyHandledFault();
+        case Deed::ThrowText: throw static_cast<const char*>("text of a package");
+        case Deed::ThrowMutableText: throw static_cast<char*>(mutableText);
+        case Deed::ThrowRuntimeError: throw std::runtime_error("runtime error of a package");
+        case Deed::ThrowInt: throw 42;
+        case Deed::ThrowInside: return ThrowInside();
+        case Deed::Terminate: std::terminate();
+        case Deed::Abort: std::abort();
+        case Deed::UniversalAbort: return UniversalAbort();
+        case Deed::CallBack: order.callBack(order.context); break;
     }
     return kDone;
 }
