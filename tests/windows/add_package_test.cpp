@@ -83,9 +83,9 @@ TEST_F(AddPackage, GroupsTheComponentsByKind)
 {
     std::vector<std::wstring> headings;
     for (const HTREEITEM item : tree->Children(nullptr)) headings.push_back(tree->Text(item));
-    const std::vector<std::wstring> expected = {kManagers11, L"Stand-alone property packages (CAPE-OPEN 1.1)",
-                                                L"Thermo systems (CAPE-OPEN 1.0)",
-                                                L"Reaction package managers (CAPE-OPEN 1.0)"};
+    const std::vector<std::wstring> expected = {
+        kManagers11, L"Stand-alone property packages (CAPE-OPEN 1.1)", L"Thermo systems (CAPE-OPEN 1.0)",
+        L"Stand-alone property packages (CAPE-OPEN 1.0)", L"Reaction package managers (CAPE-OPEN 1.0)"};
     EXPECT_EQ(expected, headings);
     EXPECT_EQ(Item(kManagers11), tree->Next(TVGN_PARENT, Item(kManager)));
     EXPECT_EQ(nullptr, tree->Find(L"Own manager"));

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 
 #include "tests/system/registration/processes.h"
 
@@ -61,10 +62,12 @@ TEST_F(Lifetime, ActivationRightAfterAReleaseIsNotLost)
 TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+    const std::filesystem::path log = std::filesystem::temp_directory_path() / L"a window's log.zlg";
+    std::ofstream(log) << "<zeltlogdocument></zeltlogdocument>";
     const struct {
-        const wchar_t *arguments, *title;
-        WPARAM closing;
-    } rows[] = {{L"", L"ZELT Packages:", IDCANCEL}, {L"\"C:\\no such log.zlg\"", L"ZELT", IDOK}};
+        std::wstring arguments;
+        const wchar_t* title;
+    } rows[] = {{L"", L"ZELT Packages:"}, {L'"' + log.wstring() + L'"', L"Log file a window's log.zlg:"}};
     for (const auto& row : rows) {
         const Process program(ServerPath(), row.arguments);
         const HWND window = WaitForWindow(row.title);
@@ -72,10 +75,11 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         // Clients are served meanwhile, by this process, which outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
-        PostMessageW(window, WM_COMMAND, row.closing, 0);
+        PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
         EXPECT_TRUE(program.Wait(10'000));
         EXPECT_EQ(0u, program.ExitCode());
     }
+    std::filesystem::remove(log);
 }
 
 TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
