@@ -47,6 +47,12 @@ TEST(LogNormaliser, KeepsEverythingElse)
     for (const Row& row : kKept) EXPECT_EQ(row.log, NormaliseLog(row.log)) << row.name;
 }
 
+TEST(LogNormaliser, MakesAddressesAlike)
+{
+    EXPECT_EQ("pointer 0xADDRESS address 0xADDRESS",
+              NormaliseLog("pointer 0x0012ABCD address 0x0012ABCE", {}, Addresses::Alike));
+}
+
 TEST(LogNormaliser, ReplacesAPathByANameThatHoldsIt) { EXPECT_EQ("<a> <a>", NormaliseLog("a a", {{"a", "<a>"}})); }
 
 TEST(LogNormaliser, LeavesOutTheQueriesOfTheSystemAlone)

@@ -10,7 +10,7 @@ namespace {
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsHexadecimal(char c) { return IsDigit(c) || (c >= 'A' && c <= 'F'); }
 
-std::string NormaliseAddresses(const std::string& log)
+std::string NormaliseAddresses(const std::string& log, Addresses addresses)
 {
     std::map<std::string, std::string> names;
     std::string out;
@@ -23,7 +23,8 @@ std::string NormaliseAddresses(const std::string& log)
         const std::size_t digits = end - at - 2;
         if (digits != 8 && digits != 16) continue;
         std::string& name = names[log.substr(at, end - at)];
-        if (name.empty()) name = "0xADDRESS" + std::to_string(names.size());
+        if (name.empty())
+            name = addresses == Addresses::Alike ? "0xADDRESS" : "0xADDRESS" + std::to_string(names.size());
         out.append(log, done, at - done).append(name);
         done = end;
     }
@@ -87,9 +88,9 @@ std::string WithoutSystemQueries(const std::string& log)
     return rest;
 }
 
-std::string NormaliseLog(std::string log, const std::vector<PathName>& paths)
+std::string NormaliseLog(std::string log, const std::vector<PathName>& paths, Addresses addresses)
 {
-    log = NormaliseAddresses(log);
+    log = NormaliseAddresses(log, addresses);
     NormaliseDate(log);
     for (const PathName& path : paths) NormalisePath(log, path);
     return log;

@@ -13,9 +13,15 @@ struct PathName {
     std::string name;
 };
 
+// Numbered tells the objects of a log apart. Where many short-lived objects cross processes, the memory of one becomes that
+// of the next or does not, as it happens: such logs compare with their addresses Alike.
+enum class Addresses { Numbered, Alike };
+
 // Addresses (8 or 16 upper-case digits after "pointer 0x" or "address 0x") become 0xADDRESS1, 0xADDRESS2, ... in order of
-// first appearance; the start line's date and time become DATE; each path becomes its name, in the given order.
-std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {});
+// first appearance, or all of them 0xADDRESS; the start line's date and time become DATE; each path becomes its name, in
+// the given order.
+std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {},
+                         Addresses addresses = Addresses::Numbered);
 
 // COM asks every object that it marshals for interfaces of its own (IMarshal, IExternalConnection and others, not the
 // same ones on every system), and the log says so, as it should. This leaves those lines out: the warnings about

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "shell/key_tree.h"
+#include "tests/system/harness/log_normaliser.h"
 #include "tests/system/harness/process.h"
 
 namespace zelt::test {
@@ -23,6 +24,8 @@ inline constexpr wchar_t kServerFile[] = L"ZELT.EXE";
 
 inline constexpr wchar_t kSampleManager[] = L"{B55C9180-454E-4B78-A109-B9536A903BF9}";
 inline constexpr wchar_t kSamplePackage[] = L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}";
+inline constexpr wchar_t kSampleThermoSystem[] = L"{B8C3C630-1254-403A-B34B-6DE04DB571AB}";
+inline constexpr wchar_t kSampleReactionManager[] = L"{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}";
 inline constexpr wchar_t kFaultyManager[] = L"{C59ABBC3-B793-4E15-880F-23C6545EFFA4}";
 inline constexpr wchar_t kFaultyInitialize[] = L"{39A63A6A-8251-4F4C-900C-2A592EDCA204}";
 inline constexpr wchar_t kFaultyCreate[] = L"{2146EFBD-6469-46C9-9808-1BFF27B729A1}";
@@ -30,7 +33,7 @@ inline constexpr wchar_t kFaultyCreate[] = L"{2146EFBD-6469-46C9-9808-1BFF27B729
 // One exported package as the user's registry holds it.
 struct Exported {
     std::wstring classId;
-    int kind;  // 0: from a manager, 1: stand-alone
+    int kind;  // 0, 2, 4: from a manager; 1, 3, 5: stand-alone
     std::wstring sourceName;
     std::wstring exportedName;
     bool logging = true;
@@ -81,6 +84,6 @@ private:
 bool UnderWine();
 
 // The log in the form in which logs of different runs and systems are compared.
-std::string Comparable(const std::string& log);
+std::string Comparable(const std::string& log, Addresses addresses = Addresses::Numbered);
 
 }  // namespace zelt::test

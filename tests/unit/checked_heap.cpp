@@ -1,0 +1,148 @@
+#include "checked_heap.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace zelt::test {
+namespace {
+
+constexpr std::uint32_t kLive = 0x4C495645, kFreed = 0x46524545;
+constexpr unsigned char kGuardByte = 0xFD, kFreshByte = 0xCD;
+constexpr std::size_t kGuardBytes = 16;
+// What is kept back at most; the oldest goes first.
+constexpr std::size_t kKeptBlocks = 16384, kKeptBytes = 32u << 20;
+
+struct alignas(16) Header {
+    std::size_t size;
+    std::uint32_t state;
+    alignas(16) unsigned char guard[kGuardBytes];  // directly in front of the memory
+};
+static_assert(sizeof(Header) == 2 * kGuardBytes && alignof(Header) >= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+
+// Nothing in here may allocate: the state is static, and the text of the damage is of a fixed size.
+SRWLOCK lock = SRWLOCK_INIT;
+Header* kept[kKeptBlocks];
+std::size_t oldest, keptCount, keptBytes;
+char damage[4096];
+std::size_t damageLength;
+
+class Locked {
+public:
+    Locked() { AcquireSRWLockExclusive(&lock); }
+    ~Locked() { ReleaseSRWLockExclusive(&lock); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+};
+
+unsigned char* Bytes(Header* block) { return reinterpret_cast<unsigned char*>(block + 1); }
+
+void Note(const char* what, Header* block)
+{
+    const int length = std::snprintf(damage + damageLength, sizeof(damage) - damageLength, "%s: %p, %zu bytes\n", what,
+                                     static_cast<void*>(Bytes(block)), block->size);
+    if (length > 0) damageLength = std::min(damageLength + length, sizeof(damage) - 1);
+}
+
+bool Holds(const unsigned char* bytes, std::size_t count, unsigned char value)
+{
+    return std::all_of(bytes, bytes + count, [value](unsigned char byte) { return byte == value; });
+}
+
+void CheckGuards(Header* block)
+{
+    if (!Holds(block->guard, kGuardBytes, kGuardByte)) Note("Written in front of a block", block);
+    if (!Holds(Bytes(block) + block->size, kGuardBytes, kGuardByte)) Note("Written behind a block", block);
+}
+
+void CheckFreed(Header* block)
+{
+    if (!Holds(Bytes(block), block->size, kFreedByte)) Note("Written to a freed block", block);
+}
+
+void LetOldestGo()
+{
+    Header* block = kept[oldest];
+    oldest = (oldest + 1) % kKeptBlocks;
+    --keptCount;
+    keptBytes -= block->size;
+    CheckFreed(block);
+    block->state = 0;
+    std::free(block);
+}
+
+void* Allocate(std::size_t size)
+{
+    auto* block =
+        static_cast<Header*>(size > SIZE_MAX / 2 ? nullptr : std::malloc(sizeof(Header) + size + kGuardBytes));
+    if (!block) throw std::bad_alloc();
+    block->size = size;
+    block->state = kLive;
+    std::memset(block->guard, kGuardByte, kGuardBytes);
+    std::memset(Bytes(block), kFreshByte, size);
+    std::memset(Bytes(block) + size, kGuardByte, kGuardBytes);
+    return Bytes(block);
+}
+
+void Free(void* pointer)
+{
+    if (!pointer) return;
+    const Locked locked;
+    Header* block = static_cast<Header*>(pointer) - 1;
+    if (block->state != kLive) {
+        Note(block->state == kFreed ? "Freed twice" : "Freed without having been allocated", block);
+        return;
+    }
+    CheckGuards(block);
+    block->state = kFreed;
+    std::memset(pointer, kFreedByte, block->size);
+    while (keptCount == kKeptBlocks || (keptCount && keptBytes + block->size > kKeptBytes)) LetOldestGo();
+    kept[(oldest + keptCount++) % kKeptBlocks] = block;
+    keptBytes += block->size;
+}
+
+class HeapListener : public testing::EmptyTestEventListener {
+    void OnTestEnd(const testing::TestInfo&) override
+    {
+        CheckFreedBlocks();
+        const std::string found = TakeHeapDamage();
+        EXPECT_EQ("", found) << "the heap is damaged";
+    }
+};
+
+}  // namespace
+
+void CheckFreedBlocks()
+{
+    const Locked locked;
+    for (std::size_t i = 0; i < keptCount; ++i) CheckFreed(kept[(oldest + i) % kKeptBlocks]);
+}
+
+std::string TakeHeapDamage()
+{
+    char text[sizeof(damage)];
+    {
+        const Locked locked;
+        std::memcpy(text, damage, damageLength);
+        text[damageLength] = '\0';
+        damageLength = 0;
+    }
+    return text;
+}
+
+void CheckHeapAfterEachTest() { testing::UnitTest::GetInstance()->listeners().Append(new HeapListener); }
+
+}  // namespace zelt::test
+
+void* operator new(std::size_t size) { return zelt::test::Allocate(size); }
+void* operator new[](std::size_t size) { return zelt::test::Allocate(size); }
+void operator delete(void* pointer) noexcept { zelt::test::Free(pointer); }
+void operator delete[](void* pointer) noexcept { zelt::test::Free(pointer); }
+void operator delete(void* pointer, std::size_t) noexcept { zelt::test::Free(pointer); }
+void operator delete[](void* pointer, std::size_t) noexcept { zelt::test::Free(pointer); }

@@ -1,0 +1,68 @@
+#include "checked_heap.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+// The checks of the heap find what they are there for.
+namespace zelt::test {
+namespace {
+
+// Through pointers that the compiler does not see through: it would rightly complain of what is done here, or leave it out.
+void* (*volatile allocate)(std::size_t) = ::operator new;
+void (*volatile release)(void*) = ::operator delete;
+
+volatile unsigned char* Block(std::size_t size) { return static_cast<unsigned char*>(allocate(size)); }
+void Free(volatile unsigned char* block) { release(const_cast<unsigned char*>(block)); }
+
+TEST(CheckedHeap, IsSilentWithoutDamage)
+{
+    auto* block = Block(3);
+    for (int i = 0; i < 3; ++i) block[i] = 1;
+    Free(block);
+    CheckFreedBlocks();
+    EXPECT_EQ("", TakeHeapDamage());
+}
+
+TEST(CheckedHeap, FillsFreedMemory)
+{
+    auto* block = Block(3);
+    block[1] = 1;
+    Free(block);
+    EXPECT_EQ(kFreedByte, block[1]);
+}
+
+TEST(CheckedHeap, FindsAWriteToAFreedBlock)
+{
+    auto* block = Block(5);
+    Free(block);
+    block[4] = 1;
+    CheckFreedBlocks();
+    EXPECT_EQ(0u, TakeHeapDamage().find("Written to a freed block: "));
+    block[4] = kFreedByte;
+}
+
+TEST(CheckedHeap, FindsWritesAroundABlock)
+{
+    auto* block = Block(5);
+    const unsigned char before = block[-1], after = block[5];
+    block[-1] = 0;
+    block[5] = 0;
+    Free(block);
+    const std::string damage = TakeHeapDamage();
+    EXPECT_EQ(0u, damage.find("Written in front of a block: "));
+    EXPECT_NE(std::string::npos, damage.find("\nWritten behind a block: ")) << damage;
+    block[-1] = before;
+    block[5] = after;
+}
+
+TEST(CheckedHeap, FindsASecondFree)
+{
+    auto* block = Block(5);
+    Free(block);
+    Free(block);
+    EXPECT_EQ(0u, TakeHeapDamage().find("Freed twice: "));
+}
+
+}  // namespace
+}  // namespace zelt::test
