@@ -51,7 +51,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     STDMETHOD(SetIndependentVar)(VARIANT indVars, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterialObject, SetIndependentVar, In("indVars", indVars, kStrings),
-                      In("values", values, kDoubles), ErrorIf(true, "SetIndependentVar should not be used"), Write());
+                      In("values", values, kDoubles), Write(), ErrorIf(true, "SetIndependentVar should not be used"));
     }
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override
     {

@@ -16,8 +16,8 @@ struct LoggedMaterialTemplate final : LoggedInterface<ICapeThermoMaterialTemplat
     }
     STDMETHOD(SetProp)(BSTR property, VARIANT values) override
     {
-        return LOGGED(ICapeThermoMaterialTemplate, SetProp, In("property", property), In("values", values, kDoubles),
-                      Write());
+        return LOGGED(ICapeThermoMaterialTemplate, SetProp, Write(), In("property", property),
+                      In("values", values, kDoubles));
     }
 };
 

@@ -15,7 +15,7 @@ struct LoggedParameter final : LoggedInterface<ICapeParameter> {
     STDMETHOD(get_value)(VARIANT* value) override { return LOGGED(ICapeParameter, get_value, Out("value", value)); }
     STDMETHOD(put_value)(VARIANT value) override
     {
-        return LOGGED(ICapeParameter, put_value, In("value", value), Write());
+        return LOGGED(ICapeParameter, put_value, Write(), In("value", value));
     }
     STDMETHOD(get_ValStatus)(eCapeValidationStatus* status) override
     {
@@ -24,7 +24,7 @@ struct LoggedParameter final : LoggedInterface<ICapeParameter> {
     STDMETHOD(get_Mode)(eCapeParamMode* mode) override { return LOGGED(ICapeParameter, get_Mode, Out("Mode", mode)); }
     STDMETHOD(put_Mode)(eCapeParamMode mode) override
     {
-        return LOGGED(ICapeParameter, put_Mode, In("Mode", mode), Write());
+        return LOGGED(ICapeParameter, put_Mode, Write(), In("Mode", mode));
     }
     STDMETHOD(Validate)(BSTR* message, VARIANT_BOOL* isOK) override
     {
