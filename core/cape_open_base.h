@@ -86,11 +86,17 @@ public:
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
-    // While calls are in progress, the interfaces in use are not dropped.
-    void EnterCall() { ++activeCalls; }
+    // While calls are in progress the proxy lives, whoever else lets go of it, and the interfaces in use are not dropped.
+    void EnterCall()
+    {
+        Hold();
+        ++activeCalls;
+    }
     void LeaveCall()
     {
-        if (--activeCalls == 0 && dropsWhenIdle) DropInterfaces();
+        if (--activeCalls == 0 && dropsWhenIdle) [[unlikely]]
+            DropInterfaces();
+        LetGo();
     }
 
 protected:
