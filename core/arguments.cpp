@@ -21,12 +21,14 @@ void WrappedIn::Describe(LoggedCall& call) const
     if (LogDocument* log = call.Document()) WriteArg(*log, name, true, static_cast<IUnknown*>(pointer));
 }
 
-HRESULT WrappedIn::Prepare(LoggedCall& call)
+HRESULT WrappedIn::Prepare(LoggedCall& call) { return pointer && call.Document() ? Replace(call, false) : S_OK; }
+
+HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 {
-    if (!pointer || !call.Document()) return S_OK;
     ProxyPtr proxy;
     const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
+    if (makesReadOnly) proxy->SetReadOnly(true);
     return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
 }
 
@@ -73,6 +75,27 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
     } else {
         WriteNamedInterfaceArg(*log, name, false, *pointer, proxyName);
     }
+}
+
+void OriginalOut::Finish(LoggedCall& call, HRESULT& result) const
+{
+    LogDocument* log = call.Document();
+    if (!pointer) {
+        if (log && SUCCEEDED(result)) WarnNullOutput(*log, name);
+        return;
+    }
+    if (FAILED(result)) {
+        *pointer = nullptr;
+        return;
+    }
+    if (log) WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
+    const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(*pointer);
+    ForeignPtr<IUnknown> original;
+    if (!proxy || FAILED(CallForeign([&] { return proxy->GetOriginalObject(original.Receive()); }))) return;
+    ForeignPtr<IDispatch> answer = QueryForeign<IDispatch>(original.Get());
+    if (!answer) return;
+    ReleaseForeign(*pointer);
+    *pointer = answer.Detach();
 }
 
 namespace {
