@@ -166,7 +166,7 @@ protected:
             if (selectionScript.meanwhile) selectionScript.meanwhile();
             return selectionScript.answer;
         });
-        Begin(true);
+        Begin();
     }
     ~UnitFixture() override
     {
@@ -176,18 +176,8 @@ protected:
         EXPECT_EQ(0, FakeUnit::alive);
     }
 
-    // A logged unit operation anew.
-    void Begin(bool isLogged)
-    {
-        persistence.Reset();
-        unit.Reset();
-        unit = ComPtr<CUnitOperation>(new CUnitOperation(options));
-        unit->AttachAsRoot(nullptr, isLogged ? document : nullptr, "Unit Operation");
-        persistence = As<IPersistStreamInit>(unit);
-        News();
-    }
-    // A unit of its own for each start from the beginning, with a log of its own: a root closes its document.
-    void Restart()
+    // A unit operation anew, with a log of its own: a root closes the one that it has.
+    void Begin(bool isLogged = true)
     {
         persistence.Reset();
         unit.Reset();
@@ -197,7 +187,10 @@ protected:
         document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
         document->Hold();
         seen = 0;
-        Begin(true);
+        unit = ComPtr<CUnitOperation>(new CUnitOperation(options));
+        unit->AttachAsRoot(nullptr, isLogged ? document : nullptr, "Unit Operation");
+        persistence = As<IPersistStreamInit>(unit);
+        News();
     }
     void InitNew()
     {
@@ -238,10 +231,10 @@ inline std::string Error(const std::string& text, int depth = 1)
 }
 inline std::string PointerArg(const char* name, const char* direction, IUnknown* pointer)
 {
-    std::string address;
-    AppendPointer(address, pointer);
+    std::string value = "NULL";
+    if (pointer) AppendPointer(value = "interface pointer ", pointer);
     return std::string(" <arg name=\"") + name + "\" direc=\"" + direction +
-           "\" type=\"interface\">\n  <argval value=\"interface pointer " + address + "\"/>\n </arg>\n";
+           "\" type=\"interface\">\n  <argval value=\"" + value + "\"/>\n </arg>\n";
 }
 inline std::string UnitFunc(const std::string& method, const std::string& body)
 {
