@@ -34,6 +34,17 @@ HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 
 namespace {
 
+// Whether an object came back. A failed call leaves null.
+bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HRESULT result)
+{
+    if (!pointer) {
+        if (call.Document() && SUCCEEDED(result)) WarnNullOutput(*call.Document(), name);
+        return false;
+    }
+    if (FAILED(result)) *pointer = nullptr;
+    return SUCCEEDED(result);
+}
+
 // Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
 // as it is. On failure the object is released and null left.
 HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
@@ -52,15 +63,8 @@ HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& point
 
 void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
 {
+    if (!HasAnswer(call, name, pointer, result)) return;
     LogDocument* log = call.Document();
-    if (!pointer) {
-        if (log && SUCCEEDED(result)) WarnNullOutput(*log, name);
-        return;
-    }
-    if (FAILED(result)) {
-        *pointer = nullptr;
-        return;
-    }
     IUnknown* returned = *pointer;
     if (log && shown == Shown::AsReturned) WriteArg(*log, name, false, returned);
     std::string proxyName;
@@ -79,15 +83,8 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
 
 void OriginalOut::Finish(LoggedCall& call, HRESULT& result) const
 {
+    if (!HasAnswer(call, name, pointer, result)) return;
     LogDocument* log = call.Document();
-    if (!pointer) {
-        if (log && SUCCEEDED(result)) WarnNullOutput(*log, name);
-        return;
-    }
-    if (FAILED(result)) {
-        *pointer = nullptr;
-        return;
-    }
     if (log) WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
     const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(*pointer);
     ForeignPtr<IUnknown> original;

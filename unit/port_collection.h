@@ -2,20 +2,9 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
+#include "unit/logged_collection.h"
 
 namespace zelt {
-
-struct LoggedPorts final : LoggedInterface<ICapeCollection> {
-    using LoggedInterface::LoggedInterface;
-    STDMETHOD(Item)(VARIANT id, IDispatch** item) override
-    {
-        return LOGGED(ICapeCollection, Item, In("id", id), WrappedOut("Item", item, {WrapKind::UnitPort}));
-    }
-    STDMETHOD(Count)(long* itemsCount) override
-    {
-        return LOGGED(ICapeCollection, Count, Out("itemsCount", itemsCount));
-    }
-};
 
 class CPortCollection final : public ExposedObjectBase {
 public:
@@ -26,7 +15,7 @@ protected:
 
 private:
     static constexpr ProxyTraits kTraits = {.typeName = "Port collection"};
-    LoggedPorts collection;
+    LoggedCollection<WrapKind::UnitPort> collection;
 };
 
 }  // namespace zelt

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
+#include "unit/logged_collection.h"
 
 namespace zelt {
 
@@ -32,19 +33,6 @@ private:
     int type = kUnknownType;
 };
 
-// The variables of a port. Deliberately wrapped as specifications: readers of existing logs know them so.
-struct LoggedPortItems final : LoggedInterface<ICapeCollection> {
-    using LoggedInterface::LoggedInterface;
-    STDMETHOD(Item)(VARIANT id, IDispatch** item) override
-    {
-        return LOGGED(ICapeCollection, Item, In("id", id), WrappedOut("Item", item, {WrapKind::ParameterSpec}));
-    }
-    STDMETHOD(Count)(long* itemsCount) override
-    {
-        return LOGGED(ICapeCollection, Count, Out("itemsCount", itemsCount));
-    }
-};
-
 class CUnitPort final : public ExposedObjectBase {
 public:
     CUnitPort() : ExposedObjectBase(kTraits), port(*this), items(*this) {}
@@ -55,7 +43,8 @@ protected:
 private:
     static constexpr ProxyTraits kTraits = {.typeName = "Port"};
     LoggedUnitPort port;
-    LoggedPortItems items;
+    // The variables of a port, deliberately wrapped as specifications: readers of existing logs know them so.
+    LoggedCollection<WrapKind::ParameterSpec> items;
 };
 
 }  // namespace zelt
