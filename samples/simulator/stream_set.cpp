@@ -17,12 +17,12 @@ using Microsoft::WRL::ComPtr;
 // Relative to the larger side. The flashes solve for the enthalpy as exactly as doubles allow.
 constexpr double kMassTolerance = 1e-10, kHeatTolerance = 1e-7;
 
-// Made up, in turn: a cold liquid with most of the lightest compound, and a hot mixture with most of the heaviest, at
-// different pressures.
+// Made up, in turn: a hot stream with most of the first compound, and a cool one at a lower pressure with most of the
+// last. Of the sample's packages the first is a liquid that boils when it expands.
 Feed MakeFeed(std::size_t index, const Slate& slate)
 {
     const std::size_t count = slate.compounds.size();
-    Feed feed = index % 2 == 0 ? Feed{10, 300, 2.5e5, {}} : Feed{6, 405, 2.0e5, {}};
+    Feed feed = index % 2 == 0 ? Feed{10, 410, 5e5, {}} : Feed{6, 320, 2.5e5, {}};
     double sum = 0;
     for (std::size_t i = 0; i < count; ++i) {
         feed.fractions.push_back(static_cast<double>(index % 2 == 0 ? count - i : i + 1));

@@ -88,7 +88,8 @@ ComPtr<IDispatch> ConnectedTo(ICapeUnitPort* port)
 UnitSession::UnitSession(ComPtr<IDispatch> object, const UnitState* state, std::shared_ptr<Flowsheet> sheet)
     : ComponentSession(Prepared(std::move(object), state), std::move(sheet))
 {
-    CheckCall(package.As(&unit), nullptr, L"The class is no unit operation");
+    unit = Optional<ICapeUnit>(package.Get());
+    if (!unit) throw CapeFailure(E_NOINTERFACE, L"The class is no unit operation");
     if (utilities) CheckCall(utilities->get_parameters(&parameters), utilities.Get(), L"get_parameters");
     ReadPorts();
 }
