@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "sample_fixture.h"
-#include "samples/component/registration.h"
 #include "samples/component/text.h"
 #include "samples/package/property_package.h"
 #include "samples/simulator/memory_stream.h"
