@@ -29,18 +29,6 @@ CLSID ReadClass(ByteReader& reader)
     return clsid;
 }
 
-// Runs `body` and puts the file's name before what it fails with.
-template <class Body>
-auto Named(const std::wstring& path, Body&& body)
-{
-    try {
-        return body();
-    } catch (CapeFailure& failure) {
-        failure.description = L"Flowsheet file " + Quoted(path) + L": " + failure.description;
-        throw;
-    }
-}
-
 FlowsheetData Read(ByteReader& reader)
 {
     if (reader.Number() != kSignature) throw CapeFailure(ECapePersistenceHR, L"This is no saved flowsheet");
@@ -91,7 +79,7 @@ void SaveFlowsheet(const std::wstring& path, const FlowsheetData& data)
     writer.Number(data.hasUnitState ? 1 : 0);
     writer.Bytes(data.unitState);
 
-    Named(path, [&] {
+    Named(L"Flowsheet file " + Quoted(path), [&] {
         const std::filesystem::path target(path), temporary(path + L".new");
         std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
         const std::vector<std::byte>& bytes = writer.Result();
@@ -108,7 +96,7 @@ void SaveFlowsheet(const std::wstring& path, const FlowsheetData& data)
 
 FlowsheetData LoadFlowsheet(const std::wstring& path)
 {
-    return Named(path, [&] {
+    return Named(L"Flowsheet file " + Quoted(path), [&] {
         std::error_code error;
         const auto size = std::filesystem::file_size(path, error);
         if (error) throw CapeFailure(ECapePersistenceNotFoundHR, L"There is no such file");

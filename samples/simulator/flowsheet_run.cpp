@@ -5,7 +5,7 @@
 #include "samples/simulator/create_class.h"
 #include "samples/simulator/flowsheet_file.h"
 #include "samples/simulator/manager_session.h"
-#include "samples/simulator/parameters.h"
+#include "samples/simulator/parameter_values.h"
 #include "samples/simulator/session.h"
 #include "samples/simulator/stream_set.h"
 #include "samples/simulator/unit_session.h"

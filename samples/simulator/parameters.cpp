@@ -7,7 +7,7 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/component_session.h"
+#include "samples/simulator/parameter_access.h"
 
 namespace zelt::sample {
 namespace {
@@ -17,23 +17,6 @@ using Microsoft::WRL::ComPtr;
 constexpr const wchar_t* kTypeNames[] = {L"real", L"integer", L"option", L"boolean", L"list"};
 constexpr const wchar_t* kStatusNames[] = {L"not validated", L"invalid", L"valid"};
 constexpr const wchar_t* kModeNames[] = {L"input", L"output", L"input and output"};
-
-template <class I>
-ComPtr<I> Required(IUnknown* object, const wchar_t* what)
-{
-    ComPtr<I> result = Optional<I>(object);
-    if (!result) throw CapeFailure(ECapeUnknownHR, std::wstring(what) + L" is missing");
-    return result;
-}
-
-// A getter of a plain value.
-template <class I, class T>
-T Ask(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(T*), const wchar_t* what)
-{
-    T value{};
-    CheckCall((object->*getter)(&value), object, what);
-    return value;
-}
 
 template <std::size_t N>
 std::wstring NameOf(const wchar_t* const (&names)[N], int index)
@@ -170,28 +153,6 @@ Trial WalkSpecification(IDispatch* object, int type)
     }
 }
 
-std::wstring ValueText(const VARIANT& value)
-{
-    if (V_VT(&value) & VT_ARRAY) {
-        std::wstring text;
-        for (const double number : ReadDoubles(value, L"value"))
-            text += (text.empty() ? L"" : L", ") + NumberText(number);
-        return text;
-    }
-    if (V_VT(&value) == VT_R8) return NumberText(V_R8(&value));
-    if (V_VT(&value) == VT_BOOL) return V_BOOL(&value) ? L"true" : L"false";
-    _variant_t text;
-    if (FAILED(VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT, 0, VT_BSTR))) return L"?";
-    return std::wstring(TextOf(V_BSTR(&text)));
-}
-
-_variant_t ValueOf(ICapeParameter* parameter)
-{
-    _variant_t value;
-    CheckCall(parameter->get_value(&value), parameter, L"get_value");
-    return value;
-}
-
 std::wstring ValidateParameter(ICapeParameter* parameter, bool expected)
 {
     _bstr_t message;
@@ -240,113 +201,7 @@ void WalkParameter(IDispatch* object, Report& report)
     report.Line(text + L"; reset to " + ValueText(ValueOf(parameter.Get())));
 }
 
-ComPtr<IDispatch> ItemOf(ICapeCollection* collection, long number)
-{
-    ComPtr<IDispatch> item;
-    CheckCall(collection->Item(_variant_t(number), &item), collection, L"Item");
-    if (!item) throw CapeFailure(ECapeUnknownHR, L"A collection gives no item");
-    return item;
-}
-
-std::wstring NameOfItem(IDispatch* item)
-{
-    const auto identification = Required<ICapeIdentification>(item, L"ICapeIdentification");
-    _bstr_t name;
-    CheckCall(identification->get_ComponentName(name.GetAddress()), identification.Get(), L"get_ComponentName");
-    return std::wstring(TextOf(name.GetBSTR()));
-}
-
-ComPtr<IDispatch> SpecificationOf(ICapeParameter* parameter)
-{
-    ComPtr<IDispatch> specification;
-    CheckCall(parameter->get_Specification(&specification), parameter, L"get_Specification");
-    return specification;
-}
-
-eCapeParamType TypeOf(IDispatch* specification)
-{
-    const auto spec = Required<ICapeParameterSpec>(specification, L"ICapeParameterSpec");
-    return Ask(spec.Get(), &ICapeParameterSpec::get_Type, L"get_Type");
-}
-
-double NumberFrom(const std::wstring& text)
-{
-    _variant_t number, source = MakeText(text);
-    if (FAILED(VariantChangeTypeEx(&number, &source, LOCALE_INVARIANT, 0, VT_R8))) {
-        throw CapeFailure(ECapeInvalidArgumentHR, Quoted(text) + L" is no number");
-    }
-    return V_R8(&number);
-}
-
-_variant_t ValueFrom(eCapeParamType type, const std::wstring& text)
-{
-    if (type == CAPE_OPTION) return MakeText(text);
-    if (type == CAPE_BOOLEAN) {
-        if (SameName(text, L"true") || SameName(text, L"false")) return _variant_t(SameName(text, L"true"));
-        throw CapeFailure(ECapeInvalidArgumentHR, Quoted(text) + L" is neither true nor false");
-    }
-    if (type == CAPE_ARRAY) {
-        std::vector<double> values;
-        for (std::size_t start = 0; start <= text.size();) {
-            const std::size_t end = std::min(text.find(L';', start), text.size());
-            values.push_back(NumberFrom(text.substr(start, end - start)));
-            start = end + 1;
-        }
-        return MakeDoubles(values);
-    }
-    const double number = NumberFrom(text);
-    if (type != CAPE_INT) return _variant_t(number);
-    const double whole = std::nearbyint(number);
-    if (whole != number || std::fabs(whole) > std::numeric_limits<long>::max()) {
-        throw CapeFailure(ECapeInvalidArgumentHR, Quoted(text) + L" is no integer");
-    }
-    return _variant_t(static_cast<long>(whole));
-}
-
 }  // namespace
-
-void ShowValues(IDispatch* object, Report& report)
-{
-    const auto collection = Required<ICapeCollection>(object, L"ICapeCollection");
-    const long count = Ask(collection.Get(), &ICapeCollection::Count, L"Count");
-    for (long number = 1; number <= count; ++number) {
-        const ComPtr<IDispatch> item = ItemOf(collection.Get(), number);
-        report.Line(NameOfItem(item.Get()) + L": " +
-                    ValueText(ValueOf(Required<ICapeParameter>(item.Get(), L"ICapeParameter").Get())));
-    }
-}
-
-void SetParameter(IDispatch* object, const std::wstring& name, const std::wstring& text)
-{
-    const auto collection = Required<ICapeCollection>(object, L"ICapeCollection");
-    ComPtr<IDispatch> item;
-    CheckCall(collection->Item(MakeText(name), &item), collection.Get(), (L"Parameter " + Quoted(name)).c_str());
-    const auto parameter = Required<ICapeParameter>(item.Get(), L"ICapeParameter");
-    const eCapeParamType type = TypeOf(SpecificationOf(parameter.Get()).Get());
-    CheckCall(parameter->put_value(ValueFrom(type, text)), parameter.Get(), L"put_value");
-}
-
-WrongValue::WrongValue(IDispatch* object)
-{
-    const auto collection = Required<ICapeCollection>(object, L"ICapeCollection");
-    const long count = Ask(collection.Get(), &ICapeCollection::Count, L"Count");
-    for (long number = 1; number <= count; ++number) {
-        const auto candidate = Required<ICapeParameter>(ItemOf(collection.Get(), number).Get(), L"ICapeParameter");
-        const ComPtr<IDispatch> specification = SpecificationOf(candidate.Get());
-        if (TypeOf(specification.Get()) != CAPE_REAL) continue;
-        former = ValueOf(candidate.Get());
-        const auto real = Required<ICapeRealParameterSpec>(specification.Get(), L"ICapeRealParameterSpec");
-        const _variant_t wrong = WalkReal(real.Get()).wrong;
-        CheckCall(candidate->put_value(wrong), candidate.Get(), L"put_value");
-        parameter = candidate;
-        return;
-    }
-}
-
-WrongValue::~WrongValue()
-{
-    if (parameter) parameter->put_value(former);
-}
 
 void WalkParameters(IDispatch* object, Report& report)
 {

@@ -11,18 +11,6 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Runs `body` and puts the stream's name before what it fails with.
-template <class Body>
-auto Named(const std::wstring& name, Body&& body)
-{
-    try {
-        return body();
-    } catch (CapeFailure& failure) {
-        failure.description = L"Stream at " + Quoted(name) + L": " + failure.description;
-        throw;
-    }
-}
-
 template <class I>
 ComPtr<I> Required(IDispatch* object, const wchar_t* interfaceName)
 {
@@ -53,7 +41,7 @@ std::vector<double> Reordered(const std::vector<double>& values, const std::vect
 
 }  // namespace
 
-UnitStream::UnitStream(IDispatch* object, std::wstring portName) : name(std::move(portName))
+UnitStream::UnitStream(IDispatch* object, std::wstring_view portName) : name(L"Stream at " + Quoted(portName))
 {
     Named(name, [&] {
         material = MaterialView(object);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "samples/package/material_view.h"
@@ -13,8 +14,8 @@ namespace zelt::sample {
 
 class UnitStream {
 public:
-    // `name` is the port's, for failures.
-    UnitStream(IDispatch* material, std::wstring name);
+    // The port's name is for failures.
+    UnitStream(IDispatch* material, std::wstring_view portName);
 
     // All of the stream's state, its fractions in the order of `ids`. Each phase's enthalpy is calculated anew: what the
     // material may remember can belong to another state.
