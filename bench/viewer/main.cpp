@@ -26,6 +26,8 @@ try {
     InitCommonControlsEx(&controls);
     zelt::PrepareLogReader();
 
+    PrintTitle("Viewer: search");
+    BenchSearch(quick ? 2 : 9);
     PrintTitle("Viewer: loading");
     BenchWindows();
     const struct {
@@ -38,8 +40,6 @@ try {
         BenchLoading(log, quick ? 2 : size.pairs);
         BenchProgram(log);
     }
-    PrintTitle("Viewer: search");
-    BenchSearch(quick ? 2 : 9);
     return 0;
 } catch (const std::exception& failure) {
     std::printf("bench_viewer: %s\n", failure.what());

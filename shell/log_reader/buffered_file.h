@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "shell/log_reader/log_reader.h"
+
 namespace zelt {
 
 class BufferedFile {
@@ -14,7 +16,7 @@ public:
     static int Read(void* file, char* out, int length);
 
 private:
-    static constexpr int kSize = 1 << 16;
+    static constexpr int kSize = kReadAhead;
 
     const int descriptor;
     const std::unique_ptr<char[]> buffer;
