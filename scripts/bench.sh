@@ -24,6 +24,7 @@ Bench()
     # A bare display has no manager of windows, and Wine waits for one when a window goes.
     Step bench-windows "Letting Wine draw the frames of windows" \
         wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
+    Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
     for name in "${wanted[@]}"; do
         program=$folder/bench_$name.exe
         [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
@@ -37,4 +38,15 @@ Bench()
         wait "$shown" 2>/dev/null || true
         [ "$status" -eq 0 ] || Fail "The benchmark $name failed (exit code $status)."
     done
+}
+
+# The sample's stand-alone package, exported without logging.
+OfferBenchmarkPackage()
+{
+    local key='HKCU\Software\ZELT'
+    wine "$(WindowsPath "$root/build/i686/shell/ZELT.EXE")" /RegServer
+    wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/i686/samples/SamplePackage.dll")"
+    wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
+        /d '{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|unused|Benchmark|false'
+    wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
 }
