@@ -2,10 +2,10 @@
 
 # Test program below build/i686/tests/windows | test | its screenshot | picture
 pictureTable='
-window_tests        | MainWindow.ShowsAPackageARow                                  | main-window | main-window
-window_tests        | AddPackage.TakesAPackageOfAManager                            | add-package | export-package
-viewer/viewer_tests | ViewerPictures.ALogWithErrors                                 | viewer-with-errors | log-viewer
-viewer/viewer_tests | ViewerCommands.SearchRefusesAnEmptyText                       | search | search
+window_tests        | MainWindow.ShowsAPackageARow                | main-window        | main-window
+window_tests        | AddPackagePictures.APackageChosenForExport  | export-package     | export-package
+viewer/viewer_tests | ViewerPictures.ALogWithErrors               | viewer-with-errors | log-viewer
+viewer/viewer_tests | ViewerCommands.SearchRefusesAnEmptyText     | search             | search
 '
 
 Pictures()
@@ -24,7 +24,7 @@ Pictures()
         [ -s "build/i686/screenshots/$screenshot.bmp" ] || Fail "The test $test kept no screenshot $screenshot."
         # Few colours and no dates, so that a picture changes only when its window does.
         Step "convert-$picture" "Converting $picture" convert "build/i686/screenshots/$screenshot.bmp" \
-            -alpha off -colors 128 -strip -define png:exclude-chunk=time,date "$folder/$picture.png"
+            -alpha off +dither -colors 128 -strip -define png:exclude-chunk=time,date "$folder/$picture.png"
     done <<<"$pictureTable"
     ls -l "$folder"
 }

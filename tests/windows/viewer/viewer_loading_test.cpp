@@ -62,6 +62,8 @@ TEST_F(ViewerPictures, ALogWithErrors)
     std::ifstream golden(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg", std::ios::binary);
     const std::string log(std::istreambuf_iterator<char>(golden), {});
     ASSERT_FALSE(log.empty());
+    name = L"Aromatics.zlg";
+    path = path.substr(0, path.rfind(L'\\') + 1) + name;
     Show(log);
     EXPECT_GT(list->Count(), 1);
     Send(kCommandNextError);
