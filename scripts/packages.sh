@@ -16,6 +16,9 @@ build | wine                        | runs programs and tests
 build | wine32:i386                 | the 32-bit half of Wine, and the base type library that ours refer to
 build | wine64                      | the 64-bit half of Wine
 build | xvfb                        | a display for windows and message boxes
+ship  | nsis                        | makes the setup program
+ship  | zip                         | makes the portable zip
+ship  | unzip                       | unpacks it in its test
 lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
 '
