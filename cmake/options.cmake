@@ -15,6 +15,8 @@ if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-msse2> $<$<COMPILE_LANGUAGE:C,CXX>:-mfpmath=sse>
                       $<$<COMPILE_LANGUAGE:C,CXX>:-mstackrealign>)
 endif()
+# Packing neighbouring words into vector registers, to store them and read them back as words, made each proxied call slower.
+add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fno-tree-slp-vectorize>)
 
 # No runtime DLL beside a program: the compiler's libraries are linked in.
 add_link_options(-static -Wl,--no-insert-timestamp)

@@ -48,6 +48,17 @@ public:
     STDMETHOD_(ULONG, AddRef)() override;
     STDMETHOD_(ULONG, Release)() override;
 
+    // A reference for the length of a call: AddRef and Release without their detours.
+    void Hold() { ++referenceCount; }
+    void LetGo()
+    {
+        if (referenceCount > 1) {
+            --referenceCount;
+        } else {
+            Object::Release();
+        }
+    }
+
     ULONG ReferenceCount() const { return static_cast<ULONG>(referenceCount); }
     const InterfaceEntry* Interfaces() const { return firstInterface; }
     const InterfaceEntry* FindInterface(REFIID iid) const;

@@ -1,5 +1,6 @@
 #include "core/abort_trap.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -35,6 +36,36 @@ void __cdecl OnAbort(int)
     TrapAborts();
     RaiseAbort(nullptr);
 }
+
+// Whether libraries have been loaded since the last question. Looking for them by their names each time that a package is
+// made would take longer than most packages do.
+class LoadedLibraries {
+public:
+    static bool AreNew()
+    {
+        static const bool watched = Watch();
+        return !watched || changed.exchange(false);
+    }
+
+private:
+    static constexpr ULONG kLoaded = 1;
+    using Callback = void(CALLBACK*)(ULONG reason, const void* data, void* context);
+    using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, void** cookie);
+
+    static bool Watch()
+    {
+        void* cookie = nullptr;
+        const auto registerNotification =
+            Export<Register>(GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification");
+        return registerNotification && registerNotification(0, Note, nullptr, &cookie) >= 0;
+    }
+    static void CALLBACK Note(ULONG reason, const void*, void*)
+    {
+        if (reason == kLoaded) changed = true;
+    }
+
+    static inline std::atomic<bool> changed = true;
+};
 
 // GCC's shared C++ library tells what it was throwing when it gave up.
 class SharedRuntime {
@@ -95,9 +126,14 @@ void TrapAborts()
     // msvcrt announces an abort in a message box before it raises the signal; a server must not wait for an answer.
     _set_error_mode(_OUT_TO_STDERR);
     std::signal(SIGABRT, OnAbort);
+
     using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
-    if (const auto signal = Export<Signal>(GetModuleHandleW(L"ucrtbase.dll"), "signal")) signal(SIGABRT, OnAbort);
-    SharedRuntime::Trap();
+    static Signal universal = nullptr;  // once loaded, this library stays
+    if (LoadedLibraries::AreNew()) {
+        universal = Export<Signal>(GetModuleHandleW(L"ucrtbase.dll"), "signal");
+        SharedRuntime::Trap();
+    }
+    if (universal) universal(SIGABRT, OnAbort);
 }
 
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text)

@@ -1,51 +1,43 @@
 #include "core/calls_in_progress.h"
 
-#include <vector>
+#include <algorithm>
+#include <memory>
+#include <new>
 
 #include "core/cape_open_base.h"
 
 namespace zelt {
-namespace {
+namespace calls_in_progress {
 
-struct CallInProgress {
-    CapeOpenBase* proxy;
-    LogDocument* document;
-    std::int32_t depth;  // of the document before the call's element was opened
-};
-
-// Outermost first. Calls that memory does not suffice to track are counted all the same.
-std::vector<CallInProgress> calls;
+CallInProgress* calls = nullptr;
+std::size_t room = 0;
 std::size_t count = 0;
 
-}  // namespace
-
-std::size_t CountCallsInProgress() { return count; }
-
-void EnterCallInProgress(CapeOpenBase& proxy, LogDocument* document)
+// The memory lives as long as the process: calls may be in progress up to its end.
+void MakeRoom() noexcept
 {
-    const CallInProgress call = {&proxy, document, document ? document->Depth() : 0};
-    com::NoThrow([&] {
-        if (calls.size() == count) calls.push_back(call);
-        return S_OK;
-    });
-    if (count < calls.size()) calls[count] = call;
-    ++count;
+    const std::size_t larger = room ? 2 * room : 64;
+    CallInProgress* moved = new (std::nothrow) CallInProgress[larger];
+    if (!moved) return;
+    std::copy(calls, calls + room, moved);
+    delete[] std::exchange(calls, moved);
+    room = larger;
 }
 
-void LeaveCallInProgress(std::size_t countBefore) { count = countBefore; }
+}  // namespace calls_in_progress
 
 void EndCallsBeyond(std::size_t remaining) noexcept
 {
+    using namespace calls_in_progress;
     while (count > remaining) {
         --count;
-        if (count >= calls.size()) continue;
+        if (count >= room) continue;
         const CallInProgress call = calls[count];
         if (call.document) {
             call.document->EndOpenFuncs(call.depth);
             call.document->LetGo();
         }
         call.proxy->LeaveCall();
-        call.proxy->Release();
     }
 }
 

@@ -2,34 +2,28 @@
 
 #include <memory>
 
-#include "core/calls_in_progress.h"
 #include "core/foreign_throw.h"
 #include "core/se_exception.h"
 
 namespace zelt {
-LoggedCall::LoggedCall(CapeOpenBase& proxy, const char* name)
-    : proxy(proxy), held(proxy.Document()), document(held.Get()), callsBefore(CountCallsInProgress())
+
+void LoggedCall::Open(const char* name)
 {
-    // The caller's reference may go while the package calls back.
-    proxy.AddRef();
-    proxy.EnterCall();
-    EnterCallInProgress(proxy, document);
-    if (document) document->BeginFunc(proxy.IsIn(), name, proxy.Name());
+    document->Hold();
+    EnterCallInProgress({&proxy, document, document->Depth()});
+    document->BeginFunc(proxy.IsIn(), name, proxy.Name());
 }
 
-LoggedCall::~LoggedCall()
+void LoggedCall::End()
 {
-    if (document && !isClosed) document->EndFunc(S_OK, nullptr);
+    if (!isClosed) document->EndFunc(S_OK, nullptr);
     LeaveCallInProgress(callsBefore);
     errorInfo.reset();
-    held.Reset();
-    proxy.LeaveCall();
-    proxy.Release();
+    document->LetGo();
 }
 
-void* LoggedCall::Resolve(InterfaceCache& cache, REFIID iid, HRESULT& failure)
+void* LoggedCall::Refuse(HRESULT& failure)
 {
-    if (void* known = cache.Resolve(proxy.Wrapped(), iid)) return known;
     if (!proxy.Wrapped()) {
         if (document) document->WriteError("object not created");
         failure = E_UNEXPECTED;
@@ -38,13 +32,6 @@ void* LoggedCall::Resolve(InterfaceCache& cache, REFIID iid, HRESULT& failure)
         failure = E_NOINTERFACE;
     }
     return nullptr;
-}
-
-HRESULT LoggedCall::Close(HRESULT result, IUnknown* errorSource)
-{
-    isClosed = true;
-    if (document) document->EndFunc(result, errorSource);
-    return result;
 }
 
 // Called while the exception is being handled.

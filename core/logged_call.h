@@ -4,18 +4,37 @@
 // fault further in has swept away.
 #pragma once
 
+#include <optional>
+
+#include "core/calls_in_progress.h"
 #include "core/cape_open_base.h"
 #include "core/error_description.h"
-
-#include <optional>
 
 namespace zelt {
 
 class LoggedCall {
 public:
     // `name` is the logged name, "ICapeUtilities::Edit".
-    LoggedCall(CapeOpenBase& proxy, const char* name);
-    ~LoggedCall();
+    [[gnu::always_inline]] LoggedCall(CapeOpenBase& proxy, const char* name)
+        : proxy(proxy), document(proxy.Document()), callsBefore(CountCallsInProgress())
+    {
+        // The caller's reference may go while the package calls back.
+        proxy.EnterCall();
+        if (document) {
+            Open(name);
+        } else {
+            EnterCallInProgress({&proxy, nullptr, 0});
+        }
+    }
+    ~LoggedCall()
+    {
+        if (document) {
+            End();
+        } else {
+            LeaveCallInProgress(callsBefore);
+        }
+        proxy.LeaveCall();
+    }
     LoggedCall(const LoggedCall&) = delete;
     LoggedCall& operator=(const LoggedCall&) = delete;
 
@@ -24,8 +43,27 @@ public:
     // may be closed in mid-call and then ignores what is written.
     LogDocument* Document() const { return document; }
 
+    // Simple entries inside the element; nothing when the call is not logged.
+    void Info(std::string_view text) const
+    {
+        if (document) document->WriteInfo(text);
+    }
+    void Warning(std::string_view text) const
+    {
+        if (document) document->WriteWarning(text);
+    }
+    void Error(std::string_view text) const
+    {
+        if (document) document->WriteError(text);
+    }
+
     // The wrapped object's interface. When there is none, `failure` is the result of the call, and the reason is logged.
-    void* Resolve(InterfaceCache& cache, REFIID iid, HRESULT& failure);
+    void* Resolve(InterfaceCache& cache, REFIID iid, HRESULT& failure)
+    {
+        if (void* known = cache.Resolve(proxy.Wrapped(), iid)) [[likely]]
+            return known;
+        return Refuse(failure);
+    }
 
     // Runs the forwarded call. Faults and exceptions that leave it are logged and become E_UNEXPECTED.
     template <class Call>
@@ -43,13 +81,21 @@ public:
     }
 
     // Closes the element and passes the result on; a failure is described by `errorSource`.
-    HRESULT Close(HRESULT result, IUnknown* errorSource);
+    HRESULT Close(HRESULT result, IUnknown* errorSource)
+    {
+        isClosed = true;
+        if (document) document->EndFunc(result, errorSource);
+        return result;
+    }
 
 private:
+    // Holds the document to the end of the call, and opens the element.
+    void Open(const char* name);
+    void End();
+    void* Refuse(HRESULT& failure);
     HRESULT ResultOfException() noexcept;
 
     CapeOpenBase& proxy;
-    DocumentHold held;
     LogDocument* document;
     std::optional<ErrorInfoKeeper> errorInfo;
     bool isClosed = false;

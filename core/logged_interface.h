@@ -10,7 +10,7 @@
 // The one macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the
 // order of the parameters; marks stand where their check belongs.
 #define LOGGED(Interface, Method, ...) \
-    this->Forward(&Interface::Method, #Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__)
+    this->template Forward<&Interface::Method>(#Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__)
 
 namespace zelt {
 
@@ -25,11 +25,26 @@ auto ArgumentOf(D& descriptor)
     }
 }
 
+// What is forwarded for it: a reference to the caller's value, or a pointer.
+template <class D>
+auto ValueOf(D& descriptor)
+{
+    if constexpr (kIsMark<D>) {
+        return std::tuple<>();
+    } else {
+        return std::tuple<decltype(descriptor.Value())>(descriptor.Value());
+    }
+}
+
 template <class... D>
 struct ParametersOf;
 template <class... A>
 struct ParametersOf<std::tuple<A&...>> {
     using Type = std::tuple<typename A::Parameter...>;
+};
+template <class I, class... P>
+struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
+    using Type = std::tuple<P...>;
 };
 
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
@@ -43,12 +58,17 @@ protected:
 
     CapeOpenBase& Proxy() { return static_cast<CapeOpenBase&>(this->object); }
 
-    template <class... P, class... D>
-    HRESULT Forward(HRESULT (STDMETHODCALLTYPE I::*method)(P...), const char* name, D... descriptors) noexcept
+    // The wrapped object's interface; null when it is refused.
+    I* Target() { return static_cast<I*>(Resolve(Proxy().Wrapped(), __uuidof(I))); }
+
+    // The method is a template's argument, so that it is called like any virtual function and not through a pointer.
+    template <auto Method, class... D>
+    HRESULT Forward(const char* name, D... descriptors) noexcept
     {
         using Arguments = decltype(std::tuple_cat(ArgumentOf(descriptors)...));
-        static_assert(std::is_same_v<typename ParametersOf<Arguments>::Type, std::tuple<P...>>,
-                      "The row's arguments differ from the method's parameters");
+        static_assert(
+            std::is_same_v<typename ParametersOf<Arguments>::Type, typename ParametersOf<decltype(Method)>::Type>,
+            "The row's arguments differ from the method's parameters");
 
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
@@ -57,7 +77,9 @@ protected:
             if constexpr (Version != ThermoVersion::Unset) Proxy().UseVersion(Version);
         }
 
-        HRESULT result = E_UNEXPECTED;
+        HRESULT result = S_OK;
+        ((result = SUCCEEDED(result) ? descriptors.Require(call) : result), ...);
+        if (FAILED(result)) return call.Close(result, nullptr);
         auto* target = static_cast<I*>(call.Resolve(*this, __uuidof(I), result));
         if (!target) return result;
 
@@ -66,10 +88,10 @@ protected:
             ((prepared = SUCCEEDED(prepared) ? descriptors.Prepare(call) : prepared), ...);
             if (FAILED(prepared)) return call.Close(prepared, nullptr);
         }
-        Arguments arguments = std::tuple_cat(ArgumentOf(descriptors)...);
-        result = std::apply(
-            [&](auto&... argument) { return call.Forward([&] { return (target->*method)(argument.Value()...); }); },
-            arguments);
+        const auto values = std::tuple_cat(ValueOf(descriptors)...);
+        result = call.Forward([&] {
+            return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values);
+        });
         (descriptors.Finish(call, result), ...);
         (descriptors.Release(), ...);
         return call.Close(result, target);

@@ -21,6 +21,8 @@ ship  | zip                         | makes the portable zip
 ship  | unzip                       | unpacks it in its test
 lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
+pictures | imagemagick              | converts screenshots to the pictures of the user guide
+pictures | fonts-wine               | the symbols and the text of windows as people know them
 '
 
 # Prints the packages of the groups in $@ that are not installed.

@@ -38,7 +38,7 @@ struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward(&ICapeThermoContext::SetMaterial, kSetMaterial10, In("material", material), Write());
+        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, In("material", material), Write());
     }
 };
 

@@ -42,8 +42,9 @@ struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward(&ICapeThermoContext::SetMaterial, kSetMaterial10,
-                       WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}), Write());
+        return Forward<&ICapeThermoContext::SetMaterial>(
+            kSetMaterial10, WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}),
+            Write());
     }
 };
 
