@@ -106,8 +106,8 @@ const std::vector<FaultKind>& AllFaultKinds()
 std::vector<const FaultKind*> OneFaultOfEachSort()
 {
     std::vector<const FaultKind*> chosen;
-    for (const char* name : {"static: write to null", "shared: stack overflow", "static: thrown runtime error",
-                             "shared: thrown string", "static: abort"}) {
+    for (const char* name :
+         {"static: write to null", "static: thrown runtime error", "shared: thrown string", "static: abort"}) {
         const auto& all = AllFaultKinds();
         const auto found =
             std::find_if(all.begin(), all.end(), [name](const FaultKind& kind) { return kind.name == name; });

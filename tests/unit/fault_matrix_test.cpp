@@ -280,7 +280,7 @@ TEST_F(FaultMatrix, OneFaultOfEachSortInEveryMethod)
 {
     OnOwnThread([] {
         const auto kinds = Effort() > 1 ? EveryKind() : OneFaultOfEachSort();
-        EXPECT_LE(5u, kinds.size());
+        EXPECT_LE(4u, kinds.size());
         const std::vector<Target> targets = AllTargets();
         int cells = 0;
         for (const Target& target : targets) cells += CommitAll(target, kinds);
