@@ -23,16 +23,29 @@ void WrappedIn::Describe(LoggedCall& call) const
     if (LogDocument* log = call.Document()) WriteArg(*log, name, true, static_cast<IUnknown*>(pointer));
 }
 
-HRESULT WrappedIn::Prepare(LoggedCall& call)
+HRESULT WrappedIn::Prepare(LoggedCall& call) { return pointer && call.Document() ? Replace(call, false) : S_OK; }
+
+HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 {
-    if (!pointer || !call.Document()) return S_OK;
     ProxyPtr proxy;
     const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
+    if (makesReadOnly) proxy->SetReadOnly(true);
     return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
 }
 
 namespace {
+
+// Whether an object came back. A failed call leaves null.
+bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HRESULT result)
+{
+    if (!pointer) {
+        if (call.Document() && SUCCEEDED(result)) WarnNullOutput(*call.Document(), name);
+        return false;
+    }
+    if (FAILED(result)) *pointer = nullptr;
+    return SUCCEEDED(result);
+}
 
 // Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
 // as it is. On failure the object is released and null left.
@@ -52,15 +65,8 @@ HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& point
 
 void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
 {
+    if (!HasAnswer(call, name, pointer, result)) return;
     LogDocument* log = call.Document();
-    if (!pointer) {
-        if (log && SUCCEEDED(result)) WarnNullOutput(*log, name);
-        return;
-    }
-    if (FAILED(result)) {
-        *pointer = nullptr;
-        return;
-    }
     IUnknown* returned = *pointer;
     if (log && shown == Shown::AsReturned) WriteArg(*log, name, false, returned);
     std::string proxyName;
@@ -75,6 +81,20 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
     } else {
         WriteNamedInterfaceArg(*log, name, false, *pointer, proxyName);
     }
+}
+
+void OriginalOut::Finish(LoggedCall& call, HRESULT& result) const
+{
+    if (!HasAnswer(call, name, pointer, result)) return;
+    LogDocument* log = call.Document();
+    if (log) WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
+    const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(*pointer);
+    ForeignPtr<IUnknown> original;
+    if (!proxy || FAILED(CallForeign([&] { return proxy->GetOriginalObject(original.Receive()); }))) return;
+    ForeignPtr<IDispatch> answer = QueryForeign<IDispatch>(original.Get());
+    if (!answer) return;
+    ReleaseForeign(*pointer);
+    *pointer = answer.Detach();
 }
 
 namespace {

@@ -16,6 +16,8 @@ build | wine64                      | the 64-bit half of Wine
 build | xvfb                        | a display for windows and message boxes
 lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
+pictures | imagemagick              | converts screenshots to the pictures of the user guide
+pictures | fonts-wine               | the symbols and the text of windows as people know them
 '
 
 # Prints the packages of the groups in $@ that are not installed.

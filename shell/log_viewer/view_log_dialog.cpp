@@ -87,6 +87,7 @@ INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         case WM_COMMAND: Command(LOWORD(wParam)); return TRUE;
         case WM_NOTIFY: return Notified(*reinterpret_cast<const NMHDR*>(lParam));
         case WM_CLOSE: Close(); return TRUE;
+        case WM_TIMER: FillMore(); return TRUE;
         case WM_SIZE: Arrange(); return TRUE;
         case WM_GETMINMAXINFO:
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(320), Scaled(240)};
@@ -198,7 +199,7 @@ INT_PTR CViewLogDlg::Notified(const NMHDR& header)
             const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
             const auto row = static_cast<std::size_t>(change.iItem);
             const bool selected = (change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED);
-            if (selected && change.iItem >= 0 && row < model.Errors().size()) items.Select(model.Errors()[row]);
+            if (selected && change.iItem >= 0 && row < model.Errors().size()) Select(model.Errors()[row]);
         }
     }
     return FALSE;

@@ -5,6 +5,7 @@
 #include "core/narrow.h"
 #include "res/resource.h"
 #include "shell/log_viewer/label_matcher.h"
+#include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/view_log_dialog.h"
 
@@ -42,7 +43,7 @@ void CViewLogDlg::ExpandAll()
     }
     if (all || closed) return;
     Box(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
-            L" items. The others can be expanded one by one.",
+            L" items inside of others. The rest can be expanded one by one.",
         L"Expand all items:", MB_ICONINFORMATION);
 }
 
@@ -94,7 +95,7 @@ void CViewLogDlg::NextError()
     const ItemIndex selected = items.Selected();
     auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
     if (next == errors.end()) next = errors.begin();
-    items.Select(*next);
+    Select(*next);
     // The list follows; that its selection selects the item once more does no harm.
     const int row = static_cast<int>(next - errors.begin());
     ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
@@ -131,32 +132,23 @@ void CViewLogDlg::Search()
         // So that the first item examined is the first of the tree.
         if (forward) start = model.Previous(start);
     }
-    std::string wanted = Narrow(search.text, CP_UTF8);
-    if (search.ignoreCase) MakeLower(wanted);
-    std::string lowered;
-    LabelMatcher matches(model, [&](std::string_view label) {
-        if (search.ignoreCase) {
-            lowered = label;
-            MakeLower(lowered);
-            label = lowered;
-        }
-        return search.wholeItem ? label == wanted : label.find(wanted) != std::string_view::npos;
-    });
-    ItemIndex item = start;
-    bool found = false;
+    ItemIndex found;
     {
         LongTask task(window);
-        do {
-            item = forward ? model.Next(item) : model.Previous(item);
-            found = matches(item);
-        } while (!found && item != start && task.Continue());
+        found = FindLabel(model, start, search, task);
         if (task.Cancelled()) return;
     }
-    if (found) {
-        items.Select(item);
+    if (found != kNoItem) {
+        Select(found);
     } else {
         Box(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
     }
+}
+
+void CViewLogDlg::Select(ItemIndex item)
+{
+    // An item enters the tree with all its siblings, which may be millions.
+    if (!items.Select(item)) Box(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const

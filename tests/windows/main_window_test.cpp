@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "core/log_options.h"
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
@@ -293,6 +296,33 @@ TEST_F(MainWindow, ViewLogAsksForAFile)
     PostCommand(dialog, IDCANCEL);
     EXPECT_TRUE(program->WaitUntilGone(dialog));
     EXPECT_TRUE(IsWindow(window));
+}
+
+TEST_F(MainWindow, ViewLogShowsTheFileThatIsChosen)
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    const std::wstring path = std::wstring(folder) + L"chosen.zlg";
+    std::ofstream(std::filesystem::path(path)) << "<zeltlogdocument><info value=\"chosen\"/></zeltlogdocument>";
+    ASSERT_NO_FATAL_FAILURE(Start());
+    PostCommand(window, kCommandViewLog);
+    const HWND dialog = program->WaitForWindow(L"View log file:");
+    ASSERT_NE(nullptr, dialog);
+    constexpr int kFileName = 0x47C;
+    ASSERT_NE(nullptr, GetDlgItem(dialog, kFileName));
+    SendDlgItemMessageW(dialog, kFileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    PostCommand(dialog, IDOK);
+    EXPECT_TRUE(program->WaitUntilGone(dialog));
+    const HWND viewer = program->WaitForWindow(L"Log file chosen.zlg:");
+    ASSERT_NE(nullptr, viewer);
+    // The viewer keeps the program when the main window closes.
+    PostCommand(window, kCommandClose);
+    EXPECT_TRUE(program->WaitUntilGone(window));
+    const RemoteTree tree(program->Process(), GetDlgItem(viewer, kLogTree));
+    EXPECT_EQ(L"chosen", tree.Text(tree.Next(TVGN_ROOT)));
+    PostMessageW(viewer, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(program->EndsBy(10'000));
+    DeleteFileW(path.c_str());
 }
 
 }  // namespace
