@@ -121,7 +121,14 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
         names.Detach();
         return {};
     }
-    auto strings = StringsOf(names);
+    std::optional<std::vector<std::wstring>> strings;
+    const HRESULT read = CallForeign([&] {
+        strings = StringsOf(names);
+        return S_OK;
+    });
+    // What cannot be read cannot be freed either.
+    VARIANT owned = names.Detach();
+    if (SUCCEEDED(read)) CallForeign([&] { return VariantClear(&owned); });
     if (!strings) failed(row->badList + Widen(ErrorDescription(DISP_E_TYPEMISMATCH, nullptr)));
     return strings;
 }
