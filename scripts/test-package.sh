@@ -300,11 +300,11 @@ TestFamilyOfUser()
     Equal "machine's classes" '' "$(ServerOf HKLM 32)"
     Equal "user's classes" '"C:\Tools\ZELT for us\ZELT.EXE"' "$(ServerOf HKCU 32)"
     Uninstall 'C:\Tools\ZELT for us'
-    Wine reg delete 'HKCU\Software\BRIX' /v CurrentUser /f
     Equal "user's classes" '' "$(ServerOf HKCU 32)"
     rmdir "$drive/Tools"
     Snapshot after
     OnlyStandardLibraryStays before after
+    Wine reg delete 'HKCU\Software\BRIX' /v CurrentUser /f
 }
 
 # Where a file cannot be written, nothing stays behind.

@@ -98,4 +98,8 @@ Function un.RemoveEntries
     Delete "$SMPROGRAMS\ZELT\ZELT Help.lnk"
     RMDir "$SMPROGRAMS\ZELT"
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+    ; A user who never installed anything else had no list of installed programs.
+    ${If} $Scope == "user"
+        DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+    ${EndIf}
 FunctionEnd
