@@ -166,7 +166,7 @@ private:
         const std::string news = News();
         if (fault) {
             EXPECT_EQ(name, proxy->Name());
-            EXPECT_EQ(ExpectedText(*fault, name, object.Get()), news);
+            EXPECT_EQ(ExpectedText(*fault, name, object.Get()), WithoutOwnLines(news));
         } else {
             EXPECT_EQ(0u, news.find("<func name=\"" + target.row.logged + "\" "));
             EXPECT_EQ(news.size() - 8, news.rfind("</func>\n"));
@@ -190,6 +190,15 @@ private:
         expected.Error(fault.logged);
         expected.Error(ErrorText(E_UNEXPECTED, nullptr));
         return expected.Text();
+    }
+
+    // A method with a course of its own may write lines of its own between the arguments and the fault's two errors.
+    std::string WithoutOwnLines(const std::string& entry) const
+    {
+        if (!target.row.isTestedElsewhere) return entry;
+        const auto begin = entry.find(" </arg>\n") + 8;
+        const auto end = entry.find(" <error value=\"Uncaught ");
+        return end == std::string::npos || end < begin ? entry : entry.substr(0, begin) + entry.substr(end);
     }
 
     // What the log has gained.
