@@ -116,7 +116,7 @@ void CapeOpenBase::ReportChildren()
     }
     for (CapeOpenBase* child : alive) child->DropInterfaces();
     for (CapeOpenBase* child : alive) {
-        if (child->ReferenceCount() > 1) com::NoThrow([&] { return ReportUnreleased(*child); });
+        if (child->ReferenceCount() > child->OwnHolds()) com::NoThrow([&] { return ReportUnreleased(*child); });
         child->Release();
     }
 }
@@ -126,7 +126,7 @@ HRESULT CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
     if (LogDocument* log = Document()) {
         log->WriteWarning("Object \"" + child.Name() + "\" (type: " + child.TypeName() +
                           ") is not released at final release of \"" + name + "\" (reference count " +
-                          std::to_string(child.ReferenceCount() - 1) + ")");
+                          std::to_string(child.ReferenceCount() - child.OwnHolds()) + ")");
     }
     return S_OK;
 }

@@ -140,6 +140,9 @@ private:
     std::vector<CapeOpenBase*> children;  // on the root: the tree's other proxies, in order of creation
 
     InterfaceCache* firstCache = nullptr;
+    // The references that are our own while the root reports: one for the report, and one for each call in progress.
+    ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }
+
     int activeCalls = 0;
     bool dropsWhenIdle = false;
 };

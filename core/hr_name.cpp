@@ -5,6 +5,7 @@
 #include <cape-open.h>
 
 #include <cstdio>
+#include <iterator>
 #include <new>
 
 namespace zelt {
@@ -78,6 +79,7 @@ constexpr CodeName kNames[] = {
 };
 #undef ROW
 // clang-format on
+static_assert(std::size(kNames) == 214, "a code has gained or lost the name by which logs have shown it");
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "core/configuration_key.h"
@@ -31,13 +32,14 @@ std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, const std::
     return package->Parse(*stored) ? std::move(package) : nullptr;
 }
 
-// The highest number of a stored entry.
+// The highest number of a stored entry. The case of a name's letters is nothing to the registry.
 int HighestNumber(const RegistryKey& key)
 {
+    constexpr std::wstring_view kPrefix = L"Package";
     int highest = 0;
     for (const std::wstring& name : key.ValueNames()) {
-        int number = 0;
-        if (swscanf(name.c_str(), L"Package%d", &number) == 1) highest = std::max(highest, number);
+        if (_wcsnicmp(name.c_str(), kPrefix.data(), kPrefix.size()) != 0) continue;
+        highest = std::max(highest, _wtoi(name.c_str() + kPrefix.size()));
     }
     return highest;
 }

@@ -27,7 +27,7 @@ struct LoggedUnitReport final : LoggedInterface<ICapeUnitReport> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(get_reports)(VARIANT* reports) override
     {
-        return LOGGED(ICapeUnitReport, get_reports, Out("reports", reports, kOptionalStrings));
+        return LOGGED(ICapeUnitReport, get_reports, Out("reports", reports, kStrings));
     }
     STDMETHOD(get_selectedReport)(BSTR* report) override
     {

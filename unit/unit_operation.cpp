@@ -21,7 +21,8 @@ namespace {
 // The name until the simulator gives another; units of that name are made as configured, without asking.
 constexpr char kInitialName[] = "Unit Operation";
 
-constexpr ProxyTraits kTraits = {.typeName = "Unit Operation", .isNamedEarly = true};
+constexpr ProxyTraits kTraits = {
+    .typeName = "Unit Operation", .servedVersion = ThermoVersion::CapeOpen10, .isNamedEarly = true};
 
 std::string ClassText(REFCLSID classId)
 {

@@ -142,7 +142,7 @@ bool ItemBuilder::Start(const xmlNode* element, bool empty)
         return true;
     }
     Deliver(false, image == LogImage::Error || image == LogImage::Warning);
-    return true;
+    return sink.Continue();
 }
 
 bool ItemBuilder::End(const xmlNode* element)

@@ -82,7 +82,7 @@ void LogTree::CompleteFamilies()
 
 void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
 {
-    SetRedraw(false);
+    const Unpainted unpainted(*this);
     for (; nextOutermost <= last && nextOutermost != kNoItem && most > 0; --most) {
         if (!model->IsRemoved(nextOutermost) && !Insert(nextOutermost, model->HasChildren(nextOutermost))) {
             // The memory is at its end. What is in the tree stays usable.
@@ -91,7 +91,6 @@ void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
         }
         nextOutermost = model->NextSibling(nextOutermost);
     }
-    SetRedraw(true);
 }
 
 void LogTree::FillSomeOutermost()
@@ -109,9 +108,8 @@ void LogTree::FillSomeOutermost()
 
 void LogTree::FillAllOutermost(LongTask& task)
 {
-    SetRedraw(false);
+    const Unpainted unpainted(*this);
     while (!HasAllOutermost() && task.Continue()) FillOutermost(kNoItem, 100);
-    SetRedraw(true);
 }
 
 void LogTree::FillChildren(ItemIndex item)
@@ -119,11 +117,10 @@ void LogTree::FillChildren(ItemIndex item)
     const ItemIndex first = model->FirstChild(item);
     // Siblings enter the tree together or not at all.
     if (first == kNoItem || handles.Has(first)) return;
-    SetRedraw(false);
+    const Unpainted unpainted(*this);
     for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) {
         if (!Insert(child, model->HasChildren(child))) break;
     }
-    SetRedraw(true);
 }
 
 ItemIndex LogTree::Selected() const
@@ -173,20 +170,21 @@ bool LogTree::ExceedsLimit(ItemIndex parent) const
 
 bool LogTree::ExpandAll(LongTask& task)
 {
-    SetRedraw(false);
     bool all = true;
-    for (ItemIndex item = model->First(); item != kNoItem && task.Continue();) {
-        if (model->HasChildren(item)) {
-            all = !ExceedsLimit(item) && Handle(item);
-            if (!all) break;
-            FillChildren(item);
-            TreeView_Expand(window, handles.Get(item), TVE_EXPAND);
+    {
+        const Unpainted unpainted(*this);
+        for (ItemIndex item = model->First(); item != kNoItem && task.Continue();) {
+            if (model->HasChildren(item)) {
+                all = !ExceedsLimit(item) && Handle(item);
+                if (!all) break;
+                FillChildren(item);
+                TreeView_Expand(window, handles.Get(item), TVE_EXPAND);
+            }
+            const ItemIndex next = model->Next(item);
+            if (next <= item) break;
+            item = next;
         }
-        const ItemIndex next = model->Next(item);
-        if (next <= item) break;
-        item = next;
     }
-    SetRedraw(true);
     KeepSelectionVisible();
     return all;
 }
@@ -196,16 +194,17 @@ void LogTree::CollapseAll(LongTask& task)
     // A selection inside of what collapses goes to the outermost item around it.
     ItemIndex selected = Selected();
     while (selected != kNoItem && model->Parent(selected) != kNoItem) selected = model->Parent(selected);
-    SetRedraw(false);
-    if (selected != kNoItem) TreeView_SelectItem(window, handles.Get(selected));
-    // From the end to the front: an item collapses before the one around it.
-    for (ItemIndex item = model->Size(); item-- > 0 && task.Continue();) {
-        if (model->IsRemoved(item) || !handles.Has(item)) continue;
-        // What has no children in the tree was never expanded.
-        const ItemIndex child = model->FirstChild(item);
-        if (child != kNoItem && handles.Has(child)) TreeView_Expand(window, handles.Get(item), TVE_COLLAPSE);
+    {
+        const Unpainted unpainted(*this);
+        if (selected != kNoItem) TreeView_SelectItem(window, handles.Get(selected));
+        // From the end to the front: an item collapses before the one around it.
+        for (ItemIndex item = model->Size(); item-- > 0 && task.Continue();) {
+            if (model->IsRemoved(item) || !handles.Has(item)) continue;
+            // What has no children in the tree was never expanded.
+            const ItemIndex child = model->FirstChild(item);
+            if (child != kNoItem && handles.Has(child)) TreeView_Expand(window, handles.Get(item), TVE_COLLAPSE);
+        }
     }
-    SetRedraw(true);
     KeepSelectionVisible();
 }
 

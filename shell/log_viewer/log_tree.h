@@ -55,8 +55,18 @@ public:
     void Erase(ItemIndex item);
     void UpdateParent(ItemIndex item);
 
-    // Off as often as on.
-    void SetRedraw(bool on);
+    // The tree view is not painted while one of these lives.
+    class Unpainted {
+    public:
+        explicit Unpainted(LogTree& tree) : tree(tree) { tree.SetRedraw(false); }
+        ~Unpainted() { tree.SetRedraw(true); }
+        Unpainted(const Unpainted&) = delete;
+        Unpainted& operator=(const Unpainted&) = delete;
+
+    private:
+        LogTree& tree;
+    };
+
     void KeepSelectionVisible() const;
 
 private:
@@ -65,6 +75,8 @@ private:
     // Up to the item `last`, and no more than `most`.
     void FillOutermost(ItemIndex last, ItemIndex most);
     bool ExceedsLimit(ItemIndex parent) const;
+    // Off as often as on.
+    void SetRedraw(bool on);
 
     HWND window = nullptr;
     const LogModel* model = nullptr;

@@ -1,5 +1,6 @@
 #include "shell/log_viewer/tree_search_dialog.h"
 
+#include "com/failure.h"
 #include "com/type_info.h"
 #include "res/resource.h"
 
@@ -20,7 +21,10 @@ INT_PTR CALLBACK CTreeSearchDlg::Procedure(HWND window, UINT message, WPARAM wPa
             reinterpret_cast<CTreeSearchDlg*>(lParam)->Initialise(window);
             return TRUE;
         case WM_COMMAND:
-            if (LOWORD(wParam) == IDOK && dialog->Confirm(window)) EndDialog(window, IDOK);
+            if (LOWORD(wParam) == IDOK &&
+                com::NoThrow([&] { return dialog->Confirm(window) ? S_OK : S_FALSE; }) == S_OK) {
+                EndDialog(window, IDOK);
+            }
             if (LOWORD(wParam) == IDCANCEL) EndDialog(window, IDCANCEL);
             return TRUE;
         default: return FALSE;

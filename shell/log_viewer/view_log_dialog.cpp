@@ -74,11 +74,13 @@ INT_PTR CALLBACK CViewLogDlg::Procedure(HWND window, UINT message, WPARAM wParam
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         auto* const viewer = reinterpret_cast<CViewLogDlg*>(lParam);
         viewer->window = window;
-        viewer->Initialise();
+        viewer->Guarded([viewer] { viewer->Initialise(); });
         return TRUE;
     }
     auto* const viewer = reinterpret_cast<CViewLogDlg*>(GetWindowLongPtrW(window, DWLP_USER));
-    return viewer ? viewer->Handle(message, wParam, lParam) : FALSE;
+    INT_PTR answer = FALSE;
+    if (viewer) viewer->Guarded([&] { answer = viewer->Handle(message, wParam, lParam); });
+    return answer;
 }
 
 INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
@@ -124,7 +126,8 @@ LRESULT CALLBACK CViewLogDlg::ListProcedure(HWND list, UINT message, WPARAM wPar
         auto& item = *reinterpret_cast<LVITEMW*>(lParam);
         const auto row = static_cast<std::size_t>(item.iItem);
         if ((item.mask & LVIF_PARAM) && row < viewer.model.Errors().size()) {
-            item.lParam = reinterpret_cast<LPARAM>(viewer.items.Handle(viewer.model.Errors()[row]));
+            viewer.Guarded(
+                [&] { item.lParam = reinterpret_cast<LPARAM>(viewer.items.Handle(viewer.model.Errors()[row])); });
         }
     }
     return result;
@@ -195,14 +198,20 @@ INT_PTR CViewLogDlg::Notified(const NMHDR& header)
         if (header.code == LVN_GETDISPINFOW) {
             DrawErrorRow(const_cast<NMLVDISPINFOW&>(reinterpret_cast<const NMLVDISPINFOW&>(header)));
         }
-        if (header.code == LVN_ITEMCHANGED && !LongTask::Running()) {
+        if (header.code == LVN_ITEMCHANGED) {
             const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
-            const auto row = static_cast<std::size_t>(change.iItem);
-            const bool selected = (change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED);
-            if (selected && change.iItem >= 0 && row < model.Errors().size()) Select(model.Errors()[row]);
+            if ((change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED)) SelectError(change.iItem);
         }
+        // The row that is selected already: the tree may have gone elsewhere since.
+        if (header.code == NM_CLICK) SelectError(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem);
     }
     return FALSE;
+}
+
+void CViewLogDlg::SelectError(int row)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= model.Errors().size() || LongTask::Running()) return;
+    Select(model.Errors()[static_cast<std::size_t>(row)]);
 }
 
 void CViewLogDlg::DrawErrorRow(NMLVDISPINFOW& request)

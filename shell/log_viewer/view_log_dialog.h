@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "com/failure.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
@@ -36,9 +37,21 @@ private:
     // While the outermost items are not all in the tree. Not a subclass of the common controls library: a tree view is sent
     // a message for each item.
     static LRESULT CALLBACK TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam);
+    // Lets nothing out into the system; memory that is at its end is told.
+    template <class Body>
+    void Guarded(Body&& body) const
+    {
+        const HRESULT result = com::NoThrow([&body] {
+            body();
+            return S_OK;
+        });
+        if (FAILED(result))
+            MessageBoxW(window, L"There is not enough memory for this.", L"Error:", MB_OK | MB_ICONERROR);
+    }
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR Notified(const NMHDR& header);
     INT_PTR Answer(LRESULT result) const;
+    void SelectError(int row);
     void DrawErrorRow(NMLVDISPINFOW& request);
     void Initialise();
     void SetIcons() const;

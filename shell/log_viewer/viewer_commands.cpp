@@ -59,11 +59,10 @@ void CViewLogDlg::RemoveQueries()
     LabelMatcher isQuery(model, [](std::string_view label) {
         return label.substr(0, 1023).find("QueryInterface") != std::string_view::npos;
     });
-    bool complete;
+    ItemIndex item = 0;
     {
         LongTask task(window);
-        items.SetRedraw(false);
-        ItemIndex item = 0;
+        const LogTree::Unpainted unpainted(items);
         while (item < model.Size() && task.Continue()) {
             if (model.IsRemoved(item) || model.Image(item) != LogImage::Info || !isQuery(item)) {
                 ++item;
@@ -76,10 +75,9 @@ void CViewLogDlg::RemoveQueries()
             if (parent != kNoItem) items.UpdateParent(parent);
             item = next;
         }
-        items.SetRedraw(true);
-        items.KeepSelectionVisible();
-        complete = item >= model.Size();
     }
+    items.KeepSelectionVisible();
+    const bool complete = item >= model.Size();
     model.CleanErrors();
     ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), 0);
     if (complete) EnableMenuItem(GetMenu(window), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);

@@ -3,9 +3,11 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <optional>
 
 #include "core/narrow.h"
 #include "core/system_text.h"
+#include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/file_progress_dialog.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/shared_log_file.h"
@@ -25,12 +27,14 @@ public:
                const bool& closed, std::function<void(int)> report)
         : model(model),
           tree(tree),
-          file(file),
           length(file.Size()),
           progress(progress),
           closed(closed),
-          report(std::move(report))
+          report(std::move(report)),
+          position(file.Size())
     {}
+
+    long long& Position() { return position; }
 
     void Item(const LogItem& item) override
     {
@@ -41,8 +45,7 @@ public:
     void ParseError(int line) override { report(line); }
     bool Continue() override
     {
-        return !progress ||
-               (progress->Advance([this] { return static_cast<double>(file.Position()) / length; }) && !closed);
+        return !progress || (progress->Advance([this] { return static_cast<double>(position) / length; }) && !closed);
     }
 
 private:
@@ -50,20 +53,21 @@ private:
     // better; a promise that is broken ends at the limit.
     void Estimate(ItemIndex items)
     {
-        const auto position = static_cast<double>(file.Position());
         // The whole of a short file is read at once.
-        const double read = position < length ? position - kReadAhead : std::min<double>(length, kReadAhead);
+        const double read =
+            position < length ? static_cast<double>(position - kReadAhead) : std::min<double>(length, kReadAhead);
         filling = items < LogTree::kFilledItems && items * length <= LogTree::kFilledItems * read;
         nextEstimate = filling ? LogTree::kFilledItems : items * 2;
     }
 
     LogModel& model;
     LogTree& tree;
-    const SharedLogFile& file;
     const double length;
     CFileProgressDialog* const progress;
     const bool& closed;
     const std::function<void(int)> report;
+    // How far the file had been read when the last item was.
+    long long position;
     bool filling = false;
     ItemIndex nextEstimate = 1024;
 };
@@ -79,14 +83,14 @@ void CViewLogDlg::Load()
         SetIcons();
         return;
     }
-    items.SetRedraw(false);
+    std::optional<LogTree::Unpainted> unpainted(items);
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     std::unique_ptr<CFileProgressDialog> progress;
     if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(window);
 
     try {
         ViewerSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
-        switch (ReadLog(file.Descriptor(), sink)) {
+        switch (progress ? ReadLogInBackground(file, sink, sink.Position()) : ReadLog(file.Descriptor(), sink)) {
             case LogReadResult::NotReadable: Box(L"Failed to open file for reading", L"Error:", MB_ICONERROR); break;
             case LogReadResult::Incomplete:
                 Box(L"XML parse error in \"" + path + L"\"", L"Parse Error:", MB_ICONERROR);
@@ -101,7 +105,7 @@ void CViewLogDlg::Load()
 
     progress.reset();
     ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), LVSICF_NOINVALIDATEALL);
-    items.SetRedraw(true);
+    unpainted.reset();
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     FitErrorColumn();
     SetIcons();
@@ -119,7 +123,7 @@ void CViewLogDlg::BeginFilling()
 LRESULT CALLBACK CViewLogDlg::TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
 {
     auto& viewer = *reinterpret_cast<CViewLogDlg*>(GetWindowLongPtrW(tree, GWLP_USERDATA));
-    viewer.PrepareTreeFor(message, wParam, lParam);
+    viewer.Guarded([&] { viewer.PrepareTreeFor(message, wParam, lParam); });
     return CallWindowProcW(viewer.treeProcedure, tree, message, wParam, lParam);
 }
 

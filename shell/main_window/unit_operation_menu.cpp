@@ -36,13 +36,13 @@ const std::vector<ComponentInfo>& InstalledUnitOperations()
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen)
 {
     while (GetMenuItemCount(menu) > 1) DeleteMenu(menu, 1, MF_BYPOSITION);
-    bool found = chosen == CLSID_NULL;
-    CheckMenuItem(menu, 0, MF_BYPOSITION | CheckFlag(found));
+    const bool asks = chosen == CLSID_NULL;
+    const bool found = asks || std::any_of(installed.begin(), installed.end(),
+                                           [&chosen](const ComponentInfo& info) { return info.classId == chosen; });
+    CheckMenuItem(menu, 0, MF_BYPOSITION | CheckFlag(asks));
     AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
     for (std::size_t index = 0; index < std::min(installed.size(), kMostItems); ++index) {
-        const bool checked = installed[index].classId == chosen;
-        found = found || checked;
-        AppendMenuW(menu, MF_STRING | CheckFlag(checked), kCommandFirstUnitOperation + index,
+        AppendMenuW(menu, MF_STRING | CheckFlag(installed[index].classId == chosen), kCommandFirstUnitOperation + index,
                     MenuText(installed[index].displayName).c_str());
     }
     if (!found) AppendMenuW(menu, MF_STRING | MF_CHECKED, kCommandUnknownUnitOperation, L"<Unknown>");

@@ -91,6 +91,17 @@ TEST(ExportedPackageList, SkipsBadEntries)
     EXPECT_TRUE(messages.All().empty());
 }
 
+TEST(ExportedPackageList, ReadsNamesInLettersOfAnyCase)
+{
+    const zelt::test::ScratchKey scratch;
+    scratch.Settings().WriteDword(L"NumPackages", 2);
+    Store(scratch, "package1", L"one");
+    Store(scratch, "PACKAGE2", L"two");
+    ExportedPackageList list(scratch.Root());
+    list.Load();
+    EXPECT_EQ((NameList{L"one", L"two"}), Names(list));
+}
+
 TEST(ExportedPackageList, ReadsNoFurtherThanItsCount)
 {
     const zelt::test::ScratchKey scratch;

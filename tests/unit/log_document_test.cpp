@@ -124,6 +124,15 @@ TEST_F(LogDocumentTest, ClosesWithTheFooterAloneAndIgnoresWhatComesAfter)
     EXPECT_EQ(closed, Written());
 }
 
+TEST_F(LogDocumentTest, ClosesTheCallsThatAreStillOpen)
+{
+    document->BeginFunc(true, "I::M", "Root");
+    document->BeginFunc(false, "J::N", "Inner");
+    document->Close();
+    const std::string closed = Written();
+    EXPECT_TRUE(closed.ends_with("object=\"Inner\">\n </func>\n</func>\n</zeltlogdocument>\n")) << closed;
+}
+
 TEST_F(LogDocumentTest, LastHolderCloses)
 {
     document->Hold();

@@ -211,6 +211,22 @@ TEST_F(ProxyFamily, BothReactionContextsLogTheirOwnName)
     EXPECT_NE(std::string::npos, News().find("name=\"ICapeKineticReactionContext::SetReactionObject\""));
 }
 
+TEST_F(ProxyFamily, ACallInProgressIsNoReferenceInTheReport)
+{
+    ComPtr<CapeOpenBase> root = MakeRoot("CPropertyPackage11");
+    auto contextProxy = SetContext(root.Get());
+    package.kept.Reset();
+    context.duringCall = [&] {
+        News();
+        root.Reset();
+        // The two pointers of this test.
+        const std::string news = News();
+        EXPECT_NE(std::string::npos, news.find(Unreleased("context", "Simulation Context", 2))) << news;
+    };
+    Call(contextProxy.Get(), &ICapeDiagnostic::LogMessage, nullptr);
+    context.duringCall = nullptr;
+}
+
 struct VersionRow {
     const char* root;
     ThermoVersion starting;
@@ -221,6 +237,8 @@ TEST_F(ProxyFamily, MaterialsOfTemplatesStartWithTheVersionOfTheirOwner)
     const VersionRow rows[] = {
         {"CPropertyPackage11", ThermoVersion::CapeOpen11},
         {"CPropertyPackage10", ThermoVersion::CapeOpen10},
+        {"CUnitOperation", ThermoVersion::CapeOpen10},
+        // A reaction package is given materials of either version.
         {"CReactionPackage10", ThermoVersion::Unset},
     };
     for (const VersionRow& row : rows) {

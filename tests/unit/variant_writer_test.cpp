@@ -1,9 +1,11 @@
 #include "core/variant_writer.h"
 
+#include <cape-open.h>
 #include <comutil.h>
 
 #include <limits>
 
+#include "dynamic_fake.h"
 #include "log_fixture.h"
 
 namespace zelt::test {
@@ -200,6 +202,17 @@ TEST_F(VariantWriterTest, Scalars)
     VARIANT null;
     null.vt = VT_NULL;
     Expect(null, kAnything, "VT_NULL", " <argval value=\"&lt;unable to format value&gt;\"/>\n");
+    // Not asked for its default property: that would be a call that no log shows.
+    const auto object = DynamicFake::Make(L"object");
+    object->handler = [](const IncomingCall&) {
+        ADD_FAILURE() << "the object was called";
+        return E_FAIL;
+    };
+    const auto face = object->Face(__uuidof(ICapeIdentification));
+    VARIANT dispatch;
+    dispatch.vt = VT_DISPATCH;
+    dispatch.pdispVal = face.Get();
+    Expect(dispatch, kAnything, "VT_DISPATCH", " <argval value=\"&lt;unable to format value&gt;\"/>\n");
     VARIANT reference;
     double target = 2.5;
     reference.vt = VT_BYREF | VT_R8;

@@ -262,6 +262,7 @@ TEST_F(MainWindow, AboutNamesProductAndVersion)
                      fromSystemMenu ? kCommandSystemAbout : kCommandAbout, 0);
         const HWND about = program->WaitForWindow(kAboutTitle);
         ASSERT_NE(nullptr, about);
+        EXPECT_EQ(L"ZELT (Zeltora)", TextOfWindow(GetDlgItem(about, kProductText)));
         EXPECT_EQ(L"Version 1.0.0.0", TextOfWindow(GetDlgItem(about, kVersionText)));
         EXPECT_FALSE(IsWindowEnabled(window));
         EXPECT_TRUE(KeepScreenshot(about, "about"));

@@ -28,7 +28,30 @@ protected:
         }
         return window;
     }
+    // The title of a window that the process shows, "untitled" for one without; nothing when it shows none.
+    static std::wstring TitleOfAWindow(DWORD process)
+    {
+        Search search = {process, L""};
+        EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
+        return search.title;
+    }
     static bool HasDisplay() { return std::getenv("WINEPREFIX") == nullptr || std::getenv("DISPLAY") != nullptr; }
+
+private:
+    struct Search {
+        DWORD process;
+        std::wstring title;
+    };
+    static BOOL CALLBACK Look(HWND window, LPARAM data)
+    {
+        auto& search = *reinterpret_cast<Search*>(data);
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner != search.process || !IsWindowVisible(window)) return TRUE;
+        wchar_t title[100];
+        search.title = GetWindowTextW(window, title, 100) ? title : L"untitled";
+        return FALSE;
+    }
 };
 
 TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
@@ -41,9 +64,10 @@ TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
 
 TEST_F(Lifetime, ClientsShareARunningServerUntilTheLastReleases)
 {
-    const Process server(ServerPath(), L"-Embedding");
+    const Process server(ServerPath(), L"-eMbEdDiNg");
     ASSERT_TRUE(server.Started());
     Sleep(1000);
+    EXPECT_EQ(L"", TitleOfAWindow(server.Id()));
     const Process patient(ClientPath(), std::wstring(kProgId) + L" 5000");
     EXPECT_FALSE(server.Wait(1500));
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
@@ -52,6 +76,16 @@ TEST_F(Lifetime, ClientsShareARunningServerUntilTheLastReleases)
     EXPECT_EQ(0u, patient.ExitCode());
     EXPECT_TRUE(server.Wait(10'000));
     EXPECT_EQ(0u, server.ExitCode());
+}
+
+TEST_F(Lifetime, ARegistrationShowsNoWindow)
+{
+    for (const wchar_t* arguments : {L"/UnregServer", L"/RegServer"}) {
+        const Process registration(ServerPath(), arguments);
+        ASSERT_TRUE(registration.Started());
+        for (; registration.Running(); Sleep(20)) EXPECT_EQ(L"", TitleOfAWindow(registration.Id()));
+        EXPECT_EQ(0u, registration.ExitCode());
+    }
 }
 
 TEST_F(Lifetime, ActivationRightAfterAReleaseIsNotLost)
@@ -72,6 +106,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         const Process program(ServerPath(), row.arguments);
         const HWND window = WaitForWindow(row.title);
         ASSERT_TRUE(window);
+        EXPECT_NE(L"", TitleOfAWindow(program.Id()));
         // Clients are served meanwhile, by this process, which outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));

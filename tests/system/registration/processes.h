@@ -22,6 +22,7 @@ public:
     Process& operator=(const Process&) = delete;
 
     bool Started() const { return handle != nullptr; }
+    DWORD Id() const { return GetProcessId(handle.get()); }
     bool Running() const { return !Wait(0); }
     bool Wait(DWORD milliseconds) const { return WaitForSingleObject(handle.get(), milliseconds) == WAIT_OBJECT_0; }
     DWORD ExitCode() const;

@@ -119,36 +119,63 @@ protected:
         return server;
     }
 
+    static void ExpectClasses(Scope scope, REGSAM view)
+    {
+        constexpr wchar_t kPackageCategory[] = L"{678C09A1-7D66-11D2-A67D-00105A42887F}";
+        const struct {
+            const wchar_t *classId, *progId, *text, *category, *name, *description, *version, *about;
+        } rows[] = {
+            {L"{4CCF55DB-E332-42F8-B685-188989F8E1EC}", L"ZELT.ThermoSystem", L"ThermoSystem Class",
+             L"{678C09A3-7D66-11D2-A67D-00105A42887F}", L"ZELT Thermo System (CAPE-OPEN 1.0)",
+             L"Zeltora: Thermo System", L"1.0", L"ZELT (Zeltora): run 32-bit in-proc property packages out-of-proc"},
+            {kClassText, kProgId, L"PropertyPackageManager Class", L"{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}",
+             L"ZELT Property Package Manager (CAPE-OPEN 1.1)", L"Zeltora: Property Package Manager", L"1.1",
+             L"ZELT (Zeltora): run 32-bit in-proc property packages out-of-proc"},
+            // The misspelling has been registered from the first release on.
+            {L"{2034CAB3-FBC2-4C81-9449-CD13C73CE674}", L"ZELT.ReactionPackageManager", L"ReactionPackageManager Class",
+             L"{678C09AA-0100-11D2-A67D-00105A42887F}", L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)",
+             L"Zeltora: Reacion Package Manager", L"1.0",
+             L"ZELT (Zeltora): run 32-bit in-proc reaction packages out-of-proc"},
+            {L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}", L"PRAVIK.UnitOperation", L"UnitOperation Class",
+             L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"PRAVIK Logged Unit Operation",
+             L"PRAVIK Logged Unit Operation", L"1.0", L"CAPE-OPEN 1.0 unit operation"},
+        };
+        for (const auto& row : rows) {
+            SCOPED_TRACE(zelt::Narrow(row.progId));
+            const std::wstring path = std::wstring(L"CLSID\\") + row.classId;
+            const std::wstring versioned = std::wstring(row.progId) + L".1";
+            EXPECT_EQ(row.text, DefaultValue(scope, view, path));
+            EXPECT_EQ(versioned, DefaultValue(scope, view, path + L"\\ProgID"));
+            EXPECT_EQ(row.progId, DefaultValue(scope, view, path + L"\\VersionIndependentProgID"));
+            EXPECT_EQ(L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}", DefaultValue(scope, view, path + L"\\TypeLib"));
+            EXPECT_TRUE(KeyExists(scope, view, path + L"\\Programmable"));
+            EXPECT_EQ(kAppId, Value(scope, view, path, L"AppID"));
+            for (const wchar_t* category : {row.category, kPackageCategory}) {
+                EXPECT_TRUE(KeyExists(scope, view, path + L"\\Implemented Categories\\" + category));
+            }
+            const std::wstring description = path + L"\\CapeDescription";
+            EXPECT_EQ(row.name, Value(scope, view, description, L"Name"));
+            EXPECT_EQ(row.description, Value(scope, view, description, L"Description"));
+            EXPECT_EQ(row.version, Value(scope, view, description, L"CapeVersion"));
+            EXPECT_EQ(L"1.0.0.0", Value(scope, view, description, L"ComponentVersion"));
+            EXPECT_EQ(0u, Value(scope, view, description, L"About").find(row.about));
+            // Names are the same in every view.
+            const REGSAM shared = SharedKeysView(view);
+            EXPECT_EQ(row.classId, DefaultValue(scope, shared, versioned + L"\\CLSID"));
+            EXPECT_EQ(row.classId, DefaultValue(scope, shared, std::wstring(row.progId) + L"\\CLSID"));
+            EXPECT_EQ(versioned, DefaultValue(scope, shared, std::wstring(row.progId) + L"\\CurVer"));
+        }
+    }
+
     static void ExpectRegistered(Scope scope, const fs::path& server)
     {
         const std::wstring quoted = L'"' + server.wstring() + L'"';
         for (const REGSAM view : RegistryViews()) {
-            const std::wstring path = kClass;
-            EXPECT_EQ(L"PropertyPackageManager Class", DefaultValue(scope, view, path));
-            EXPECT_EQ(quoted, DefaultValue(scope, view, path + L"\\LocalServer32"));
-            EXPECT_EQ(L"ZELT.PropertyPackageManager.1", DefaultValue(scope, view, path + L"\\ProgID"));
-            EXPECT_EQ(kProgId, DefaultValue(scope, view, path + L"\\VersionIndependentProgID"));
-            EXPECT_EQ(L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}", DefaultValue(scope, view, path + L"\\TypeLib"));
-            EXPECT_TRUE(KeyExists(scope, view, path + L"\\Programmable"));
-            EXPECT_TRUE(
-                KeyExists(scope, view, path + L"\\Implemented Categories\\{678C09A1-7D66-11D2-A67D-00105A42887F}"));
-            EXPECT_TRUE(
-                KeyExists(scope, view, path + L"\\Implemented Categories\\{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}"));
-            EXPECT_EQ(kAppId, Value(scope, view, path, L"AppID"));
-            const std::wstring description = path + L"\\CapeDescription";
-            EXPECT_EQ(L"ZELT Property Package Manager (CAPE-OPEN 1.1)", Value(scope, view, description, L"Name"));
-            EXPECT_EQ(L"Zeltora: Property Package Manager", Value(scope, view, description, L"Description"));
-            EXPECT_EQ(L"1.1", Value(scope, view, description, L"CapeVersion"));
-            EXPECT_EQ(L"1.0.0.0", Value(scope, view, description, L"ComponentVersion"));
-            EXPECT_EQ(0u, Value(scope, view, description, L"About")
-                              .find(L"ZELT (Zeltora): run 32-bit in-proc property packages out-of-proc"));
+            ExpectClasses(scope, view);
+            EXPECT_EQ(quoted, DefaultValue(scope, view, std::wstring(kClass) + L"\\LocalServer32"));
 
-            // Names and applications are the same in every view.
+            // Applications and types of files are the same in every view.
             const REGSAM shared = SharedKeysView(view);
-            EXPECT_EQ(kClassText, DefaultValue(scope, shared, L"ZELT.PropertyPackageManager.1\\CLSID"));
-            EXPECT_EQ(kClassText, DefaultValue(scope, shared, L"ZELT.PropertyPackageManager\\CLSID"));
-            EXPECT_EQ(L"ZELT.PropertyPackageManager.1",
-                      DefaultValue(scope, shared, L"ZELT.PropertyPackageManager\\CurVer"));
             EXPECT_EQ(L"ZELT", DefaultValue(scope, shared, std::wstring(L"AppID\\") + kAppId));
             EXPECT_EQ(kAppId, Value(scope, shared, L"AppID\\ZELT.EXE", L"AppID"));
             EXPECT_EQ(L"ZELT.logFile", DefaultValue(scope, shared, L".zlg"));

@@ -106,6 +106,19 @@ void RemoteList::Select(int row) const
     SendMessageW(window, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.Address()));
 }
 
+void RemoteList::Click(int row) const
+{
+    RECT place = {LVIR_LABEL, 0, 0, 0};
+    memory.Write(0, &place, sizeof place);
+    SendMessageW(window, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.Address()));
+    memory.Read(0, &place, sizeof place);
+    const LPARAM point = MAKELPARAM(place.left + 10, (place.top + place.bottom) / 2);
+    // Posted: the list waits for the button to come up while it handles its going down.
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    PostMessageW(window, WM_LBUTTONUP, 0, point);
+    Sleep(500);
+}
+
 std::wstring RemoteList::Column() const
 {
     LVCOLUMNW column = {};

@@ -75,6 +75,8 @@ public:
         return static_cast<int>(SendMessageW(window, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     }
     void Select(int row) const;
+    // With the mouse, in the middle of the row's label.
+    void Click(int row) const;
     std::wstring Column() const;
 
 private:

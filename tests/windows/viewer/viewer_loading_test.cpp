@@ -113,6 +113,49 @@ TEST(ViewerResources, HoldTheMenuAndTheKeys)
     FreeLibrary(module);
 }
 
+// A menu's items, a line each, those of its submenus indented.
+void AppendItems(HMENU menu, int depth, std::wstring& out)
+{
+    for (int position = 0; position < GetMenuItemCount(menu); ++position) {
+        wchar_t text[100] = L"";
+        GetMenuStringW(menu, static_cast<UINT>(position), text, 100, MF_BYPOSITION);
+        out += std::wstring(static_cast<std::size_t>(depth), L' ') + (*text ? text : L"-") + L'\n';
+        if (const HMENU submenu = GetSubMenu(menu, position)) AppendItems(submenu, depth + 1, out);
+    }
+}
+
+TEST(MainWindowResources, HoldTheMenu)
+{
+    const HMODULE module =
+        LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_NE(nullptr, module);
+    const HMENU menu = LoadMenuW(module, MAKEINTRESOURCEW(203));
+    std::wstring items;
+    AppendItems(menu, 0, items);
+    EXPECT_EQ(
+        L"&File\n"
+        L" &Close\n"
+        L"&Package\n"
+        L" &Add package...\n"
+        L" &Remove package...\n"
+        L"&Log\n"
+        L" &Enable logging\n"
+        L" -\n"
+        L" &View log...\n"
+        L"&Options\n"
+        L" &Automatic log location\n"
+        L" &Prompt for opening log when object terminates\n"
+        L" &PRAVIK logs unit operation:\n"
+        L"  &Ask user\n"
+        L"  -\n"
+        L"&Help\n"
+        L" &Help\n"
+        L" &About\n",
+        items);
+    DestroyMenu(menu);
+    FreeLibrary(module);
+}
+
 // The progress dialog stands while the box about a damaged file does.
 class ViewerProgress : public ViewerTest {
 protected:

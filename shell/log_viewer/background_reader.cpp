@@ -1,0 +1,205 @@
+#include "shell/log_viewer/background_reader.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace zelt {
+namespace {
+
+// Small enough that the work is shared evenly and large enough that handing one over costs nothing.
+constexpr std::size_t kBatchItems = 1024;
+constexpr std::size_t kWaitingBatches = 16;
+constexpr std::chrono::milliseconds kPatience{50};
+
+struct Batch {
+    struct Entry {
+        LogItem item;       // its label is found by the offset
+        std::size_t label;  // where it begins in the batch's text
+        bool isObjection;   // no item, but the parser's
+        int line;
+    };
+    std::vector<Entry> entries;
+    std::string text;
+    long long position = 0;
+
+    void Deliver(const Entry& entry, LogSink& sink) const
+    {
+        if (entry.isObjection) return sink.ParseError(entry.line);
+        LogItem item = entry.item;
+        item.label = std::string_view(text).substr(entry.label, entry.item.label.size());
+        sink.Item(item);
+    }
+    void Clear()
+    {
+        entries.clear();
+        text.clear();
+    }
+};
+
+// Batches on their way from one thread to the other, and empty ones on their way back.
+class Queue {
+public:
+    // Takes the batch's content; false once nobody wants any more.
+    bool Put(Batch& batch)
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return abandoned || full.size() < kWaitingBatches; });
+        if (abandoned) return false;
+        full.push_back(std::move(batch));
+        batch = {};
+        if (!spare.empty()) {
+            batch = std::move(spare.back());
+            spare.pop_back();
+        }
+        changed.notify_one();
+        return true;
+    }
+    void End()
+    {
+        const std::lock_guard lock(mutex);
+        ended = true;
+        changed.notify_one();
+    }
+
+    enum class Taken { Batch, NothingYet, Nothing };
+    // Gives the batch that was taken before back.
+    Taken Take(Batch& batch)
+    {
+        batch.Clear();
+        std::unique_lock lock(mutex);
+        if (batch.entries.capacity() > 0) spare.push_back(std::move(batch));
+        changed.wait_for(lock, kPatience, [this] { return ended || !full.empty(); });
+        if (full.empty()) return ended ? Taken::Nothing : Taken::NothingYet;
+        batch = std::move(full.front());
+        full.pop_front();
+        changed.notify_one();
+        return Taken::Batch;
+    }
+    void Abandon()
+    {
+        const std::lock_guard lock(mutex);
+        abandoned = true;
+        changed.notify_one();
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<Batch> full;
+    std::vector<Batch> spare;
+    bool ended = false;
+    bool abandoned = false;
+};
+
+// On the reading thread.
+class Collector final : public LogSink {
+public:
+    Collector(Queue& queue, const SharedLogFile& file) : queue(queue), file(file)
+    {
+        batch.entries.reserve(kBatchItems);
+    }
+
+    void Item(const LogItem& item) override
+    {
+        batch.entries.push_back({item, batch.text.size(), false, 0});
+        batch.text += item.label;
+        if (batch.entries.size() == kBatchItems) HandOver();
+    }
+    void ParseError(int line) override
+    {
+        batch.entries.push_back({{}, 0, true, line});
+        HandOver();
+    }
+    bool Continue() override { return wanted; }
+    void HandOver()
+    {
+        batch.position = file.Position();
+        if (!wanted || !queue.Put(batch)) {
+            // The reading ends with its next step.
+            wanted = false;
+            batch.Clear();
+        }
+    }
+
+private:
+    Queue& queue;
+    const SharedLogFile& file;
+    Batch batch;
+    bool wanted = true;
+};
+
+// The thread ends before this does, whatever ends the taking.
+class Reading {
+public:
+    explicit Reading(const SharedLogFile& file) : thread([this, &file] { Run(file); }) {}
+    ~Reading()
+    {
+        queue.Abandon();
+        if (thread.joinable()) thread.join();
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    Queue& Items() { return queue; }
+    LogReadResult Result()
+    {
+        thread.join();
+        if (failure) std::rethrow_exception(failure);
+        return result;
+    }
+
+private:
+    void Run(const SharedLogFile& file)
+    {
+        try {
+            Collector collector(queue, file);
+            result = ReadLog(file.Descriptor(), collector);
+            collector.HandOver();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        queue.End();
+    }
+
+    Queue queue;
+    LogReadResult result = LogReadResult::NotReadable;
+    std::exception_ptr failure;
+    std::thread thread;
+};
+
+}  // namespace
+
+LogReadResult ReadLogInBackground(const SharedLogFile& file, LogSink& sink, long long& position)
+{
+    std::optional<Reading> reading;
+    try {
+        reading.emplace(file);
+    } catch (const std::system_error&) {
+        // No thread is to be had.
+        return ReadLog(file.Descriptor(), sink);
+    }
+    Batch batch;
+    while (true) {
+        const Queue::Taken taken = reading->Items().Take(batch);
+        if (taken == Queue::Taken::Nothing) return reading->Result();
+        if (taken == Queue::Taken::NothingYet) {
+            if (!sink.Continue()) return LogReadResult::Cancelled;
+            continue;
+        }
+        position = batch.position;
+        for (const Batch::Entry& entry : batch.entries) {
+            batch.Deliver(entry, sink);
+            if (!sink.Continue()) return LogReadResult::Cancelled;
+        }
+    }
+}
+
+}  // namespace zelt

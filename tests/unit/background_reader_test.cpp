@@ -1,0 +1,152 @@
+// A log read on a thread of its own gives the sink what reading it on the caller's gives.
+#include "shell/log_viewer/background_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <new>
+
+#include "log_fixture.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr int kCalls = 3000;
+
+// Everything that it is told, a line each.
+class Recorder final : public LogSink {
+public:
+    void Item(const LogItem& item) override
+    {
+        EXPECT_EQ(owner, GetCurrentThreadId());
+        ++items;
+        if (onItem) onItem(items);
+        told += std::to_string(item.depth) + ' ' + std::to_string(static_cast<int>(item.image)) +
+                (item.hasChildren ? " parent " : " ") + (item.isError ? "error " : "") + std::string(item.label) + '\n';
+    }
+    void ParseError(int line) override
+    {
+        EXPECT_EQ(owner, GetCurrentThreadId());
+        told += "line " + std::to_string(line) + '\n';
+    }
+    bool Continue() override
+    {
+        EXPECT_EQ(owner, GetCurrentThreadId());
+        return items < most;
+    }
+
+    const DWORD owner = GetCurrentThreadId();
+    std::function<void(int)> onItem;
+    int most = 1'000'000;
+    int items = 0;
+    std::string told;
+};
+
+std::string ManyCalls()
+{
+    std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
+    for (int i = 0; i < kCalls; ++i) {
+        const std::string number = std::to_string(i);
+        log += "<func name=\"f" + number +
+               "\" direc=\"in\" object=\"o\">\r\n <arg name=\"n\" direc=\"out\" type=\"t\">\r\n" +
+               "  <argval value=\"" + std::string(static_cast<std::size_t>(i % 300), 'x') + "\"/>\r\n </arg>\r\n" +
+               (i % 7 ? "" : " <error value=\"e" + number + "\"/>\r\n") + "</func>\r\n";
+    }
+    return log + "</zeltlogdocument>\r\n";
+}
+
+class BackgroundReader : public testing::Test {
+protected:
+    BackgroundReader() { PrepareLogReader(); }
+    ~BackgroundReader() override { DeleteFileW(path.c_str()); }
+
+    void Write(const std::string& text) const { std::ofstream(std::filesystem::path(path), std::ios::binary) << text; }
+    LogReadResult Read(Recorder& sink, bool inBackground)
+    {
+        SharedLogFile file;
+        EXPECT_EQ(0u, file.Open(path));
+        size = file.Size();
+        return inBackground ? ReadLogInBackground(file, sink, position) : ReadLog(file.Descriptor(), sink);
+    }
+    void ExpectTheSame()
+    {
+        Recorder expected, told;
+        const LogReadResult result = Read(expected, false);
+        EXPECT_EQ(result, Read(told, true));
+        EXPECT_EQ(expected.told, told.told);
+    }
+
+    const std::wstring path = TemporaryPath();
+    long long position = 0;
+    long long size = 0;
+};
+
+TEST_F(BackgroundReader, GivesEveryItemInItsOrder)
+{
+    Write(ManyCalls());
+    ExpectTheSame();
+}
+
+TEST_F(BackgroundReader, GivesAnEmptyLogNothing)
+{
+    Write("<zeltlogdocument></zeltlogdocument>");
+    ExpectTheSame();
+}
+
+TEST_F(BackgroundReader, GivesALogUpToTheCut)
+{
+    const std::string log = ManyCalls();
+    for (const std::size_t cut : {log.size() - 5, log.size() / 2, log.size() / 3, std::size_t{60}, std::size_t{0}}) {
+        SCOPED_TRACE(cut);
+        Write(log.substr(0, cut));
+        ExpectTheSame();
+    }
+}
+
+TEST_F(BackgroundReader, ReportsWhatTheParserObjectsToInItsPlace)
+{
+    std::string log = ManyCalls();
+    for (std::size_t at = 100; at < log.size(); at += 40'000) log.insert(log.find("/>", at), " value=\"twice\"");
+    Write(log);
+    ExpectTheSame();
+}
+
+TEST_F(BackgroundReader, TellsHowFarTheFileWasRead)
+{
+    Write(ManyCalls());
+    Recorder sink;
+    long long before = 0;
+    sink.onItem = [&](int) {
+        EXPECT_LE(before, position);
+        before = position;
+    };
+    EXPECT_EQ(LogReadResult::Complete, Read(sink, true));
+    EXPECT_EQ(size, before);
+}
+
+TEST_F(BackgroundReader, EndsWhenTheSinkHasEnough)
+{
+    Write(ManyCalls());
+    for (const int most : {1, 1000, 5000}) {
+        Recorder sink;
+        sink.most = most;
+        EXPECT_EQ(LogReadResult::Cancelled, Read(sink, true));
+        EXPECT_EQ(most, sink.items);
+    }
+}
+
+TEST_F(BackgroundReader, PassesOnWhatTheSinkThrows)
+{
+    Write(ManyCalls());
+    Recorder sink;
+    sink.onItem = [](int items) {
+        if (items == 2000) throw std::bad_alloc();
+    };
+    EXPECT_THROW(Read(sink, true), std::bad_alloc);
+    EXPECT_EQ(2000, sink.items);
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,38 @@
+// The viewer in this process: the state of a menu cannot be read from another one everywhere.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "res/resource.h"
+#include "shell/log_viewer/view_log_dialog.h"
+
+namespace {
+
+using namespace zelt;
+
+TEST(ViewerMenu, RemovalIsGreyedAfterwards)
+{
+    const std::filesystem::path log = std::filesystem::temp_directory_path() / L"viewer menu.zlg";
+    std::ofstream(log) << "<zeltlogdocument><info value=\"o: QueryInterface for X\"/></zeltlogdocument>";
+    PrepareLogReader();
+    {
+        CViewLogDlg viewer(log.wstring(), Lock());
+        ASSERT_TRUE(viewer.Open());
+        const HWND window = FindWindowW(nullptr, L"Log file viewer menu.zlg:");
+        ASSERT_NE(nullptr, window);
+        const auto isGrey = [window](int command) {
+            const UINT state = GetMenuState(GetMenu(window), static_cast<UINT>(command), MF_BYCOMMAND);
+            EXPECT_NE(static_cast<UINT>(-1), state);
+            return (state & (MF_GRAYED | MF_DISABLED)) != 0;
+        };
+        EXPECT_FALSE(isGrey(kCommandRemoveQueries));
+        SendMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
+        EXPECT_TRUE(isGrey(kCommandRemoveQueries));
+        EXPECT_FALSE(isGrey(kCommandExpandAll));
+        DestroyWindow(window);
+    }
+    std::filesystem::remove(log);
+}
+
+}  // namespace
