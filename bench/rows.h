@@ -37,10 +37,11 @@ double Median(std::vector<double> values);
 // Each function does the work once and gives its seconds. A first pair warms caches up and is not counted.
 Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured);
 
-// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for a call among many. A goal of 0 is none.
+// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for a call among many. A goal of 0 is none. A goal is
+// also met by what takes no more than `orAdded` of the unit longer than its floor.
 void PrintTitle(const std::string& title);
 void PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
-              double each = 1);
+              double each = 1, double orAdded = 0);
 // A figure without a floor in time.
 void PrintFigure(const std::string& what, double value, const std::string& unit, double goal = 0);
 

@@ -89,7 +89,7 @@ void MeasureForwarding()
     for (const auto& method : kMethods) {
         const Comparison row = Compare(
             kPairs, [&] { return method.time(forwarder->compounds); }, [&] { return method.time(*proxied.Get()); });
-        PrintRow(method.name, row, 1.25, "ns", kCalls);
+        PrintRow(method.name, row, 1.25, "ns", kCalls, 5);
         const Comparison direct = Compare(
             kPairs, [&] { return method.time(package->compounds); }, [&] { return method.time(*proxied.Get()); });
         PrintFigure("  added to the floor", (row.measured - row.floor) * 1e9 / kCalls, "ns");
