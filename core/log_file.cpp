@@ -11,13 +11,18 @@
 namespace zelt {
 
 LogFile::LogFile(LogFile&& other) noexcept
-    : descriptor(std::exchange(other.descriptor, -1)), handle(std::exchange(other.handle, INVALID_HANDLE_VALUE))
+    : descriptor(std::exchange(other.descriptor, -1)),
+      handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)),
+      size(other.size),
+      hasStopped(other.hasStopped)
 {}
 
 LogFile& LogFile::operator=(LogFile&& other) noexcept
 {
     std::swap(descriptor, other.descriptor);
     std::swap(handle, other.handle);
+    std::swap(size, other.size);
+    std::swap(hasStopped, other.hasStopped);
     return *this;
 }
 
@@ -32,18 +37,31 @@ int LogFile::Open(const std::wstring& path)
         return error;
     }
     handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+    size = 0;
+    hasStopped = false;
     return 0;
 }
 
-void LogFile::Write(std::string_view entry) const
+void LogFile::Write(std::string_view entry)
 {
     constexpr std::size_t kMostPerCall = 0x40000000;
-    while (!entry.empty()) {
+    if (hasStopped) return;
+    std::size_t done = 0;
+    while (done < entry.size()) {
         DWORD written = 0;
-        const auto size = static_cast<DWORD>(std::min(entry.size(), kMostPerCall));
-        if (!WriteFile(handle, entry.data(), size, &written, nullptr) || written == 0) return;
-        entry.remove_prefix(written);
+        const auto count = static_cast<DWORD>(std::min(entry.size() - done, kMostPerCall));
+        if (!WriteFile(handle, entry.data() + done, count, &written, nullptr) || written == 0) return Stop();
+        done += written;
     }
+    size += static_cast<LONGLONG>(done);
+}
+
+void LogFile::Stop()
+{
+    hasStopped = true;
+    LARGE_INTEGER end;
+    end.QuadPart = size;
+    if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) SetEndOfFile(handle);
 }
 
 void LogFile::Close()

@@ -21,14 +21,19 @@ public:
 
     bool IsOpen() const { return descriptor >= 0; }
 
-    // Writes an entry. Errors are not reported: a full disk loses entries, never a call.
-    void Write(std::string_view entry) const;
+    // Writes an entry. Errors are not reported: a full disk loses entries, never a call. The first entry that cannot be
+    // written whole is cut off again and is the last one that is tried: a log that goes on behind a gap would mislead.
+    void Write(std::string_view entry);
 
     void Close();
 
 private:
+    void Stop();
+
     int descriptor = -1;
     HANDLE handle = INVALID_HANDLE_VALUE;  // the descriptor's, borrowed
+    LONGLONG size = 0;                     // of the entries that were written whole
+    bool hasStopped = false;
 };
 
 }  // namespace zelt

@@ -10,6 +10,7 @@
 #include "core/log_document.h"
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
+#include "shell/library_search.h"
 #include "shell/registration.h"
 #include "shell/served_classes.h"
 #include "shell/user_interface.h"
@@ -74,8 +75,10 @@ int CZELTModule::Run(const std::wstring& tail)
     const StartPlan plan = ParseCommandLine(tail);
     // Registration leaves the user's settings alone: even reading them would make their key.
     if (plan.action != RegistrationAction::None) return RunRegistration(plan.action);
+    const std::wstring logFile = AbsolutePath(plan.logFile);
+    LeaveCurrentFolder();
     Options().Load();
-    if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(plan.logFile);
+    if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) LoadPackages();
     if (plan.mode == StartMode::Interactive) kUserInterface.showMainWindow();
     return Serve();

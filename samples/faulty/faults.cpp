@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <exception>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -42,7 +43,35 @@ void CppException() { throw std::runtime_error("thrown by the faulty package"); 
 void CharString() { throw "thrown by the faulty package"; }
 void IntException() { throw 42; }
 void Abort() { std::abort(); }
+void Terminate() { std::terminate(); }
+
+// What no guard can keep from ending the process.
 void ExitTheProcess() { TerminateProcess(GetCurrentProcess(), 3); }
+void QuitTheProcess() { ExitProcess(3); }
+void FailFast() { RaiseFailFastException(nullptr, nullptr, 0); }
+
+// Does something on a thread of the package's own, and waits for it.
+template <void (*commit)()>
+DWORD WINAPI OwnThread(void*)
+{
+    commit();
+    return 0;
+}
+
+template <void (*commit)()>
+void OnOwnThread()
+{
+    const HANDLE thread = CreateThread(nullptr, 0, OwnThread<commit>, nullptr, 0, nullptr);
+    if (!thread) return;
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+}
+
+// Until somebody ends the process.
+void LoopForever()
+{
+    while (one) zero = 0;
+}
 
 // Faults inside, and handles it: nothing of it may be seen outside.
 void HandledFault()
@@ -110,7 +139,13 @@ constexpr struct {
     {L"intException", IntException},
     {L"foreignCharString", ForeignCharString},
     {L"abort", Abort},
+    {L"terminate", Terminate},
     {L"exitProcess", ExitTheProcess},
+    {L"quitProcess", QuitTheProcess},
+    {L"failFast", FailFast},
+    {L"threadFault", OnOwnThread<NullWrite>},
+    {L"threadAbort", OnOwnThread<Abort>},
+    {L"loopForever", LoopForever},
     {L"handledFault", HandledFault},
 };
 

@@ -30,8 +30,21 @@ static_assert(sizeof(Header) == 2 * kGuardBytes && alignof(Header) >= __STDCPP_D
 SRWLOCK lock = SRWLOCK_INIT;
 Header* kept[kKeptBlocks];
 std::size_t oldest, keptCount, keptBytes;
+HeapInUse inUse;
 char damage[4096];
 std::size_t damageLength;
+
+// The thread that is to run out of memory, and when.
+DWORD failingThread;
+long successesLeft = -1;
+bool hasFailed;
+
+bool ShallFail()
+{
+    if (successesLeft < 0 || failingThread != GetCurrentThreadId()) return false;
+    hasFailed = successesLeft-- == 0;
+    return hasFailed;
+}
 
 class Locked {
 public:
@@ -79,6 +92,7 @@ void LetOldestGo()
 
 void* Allocate(std::size_t size)
 {
+    if (ShallFail()) throw std::bad_alloc();
     auto* block =
         static_cast<Header*>(size > SIZE_MAX / 2 ? nullptr : std::malloc(sizeof(Header) + size + kGuardBytes));
     if (!block) throw std::bad_alloc();
@@ -87,6 +101,9 @@ void* Allocate(std::size_t size)
     std::memset(block->guard, kGuardByte, kGuardBytes);
     std::memset(Bytes(block), kFreshByte, size);
     std::memset(Bytes(block) + size, kGuardByte, kGuardBytes);
+    const Locked locked;
+    ++inUse.blocks;
+    inUse.bytes += size;
     return Bytes(block);
 }
 
@@ -101,6 +118,8 @@ void Free(void* pointer)
     }
     CheckGuards(block);
     block->state = kFreed;
+    --inUse.blocks;
+    inUse.bytes -= block->size;
     std::memset(pointer, kFreedByte, block->size);
     while (keptCount == kKeptBlocks || (keptCount && keptBytes + block->size > kKeptBytes)) LetOldestGo();
     kept[(oldest + keptCount++) % kKeptBlocks] = block;
@@ -122,6 +141,21 @@ void CheckFreedBlocks()
 {
     const Locked locked;
     for (std::size_t i = 0; i < keptCount; ++i) CheckFreed(kept[(oldest + i) % kKeptBlocks]);
+}
+
+bool FailAllocationAfter(long successes)
+{
+    const bool failed = hasFailed;
+    hasFailed = false;
+    failingThread = GetCurrentThreadId();
+    successesLeft = successes;
+    return failed;
+}
+
+HeapInUse HeapOfOperatorNew()
+{
+    const Locked locked;
+    return inUse;
 }
 
 std::string TakeHeapDamage()

@@ -17,6 +17,16 @@ void CheckFreedBlocks();
 // The damage found since the last call, a line each; empty when there is none.
 std::string TakeHeapDamage();
 
+// Makes the calling thread run out of memory, once: `successes` more allocations succeed, the next one fails. True when an
+// allocation has failed since the call before; a negative number of successes ends it.
+bool FailAllocationAfter(long successes);
+
+// What has been allocated by operator new and not been freed.
+struct HeapInUse {
+    std::size_t blocks = 0, bytes = 0;
+};
+HeapInUse HeapOfOperatorNew();
+
 // After each test the heap is looked through, and damage fails the test.
 void CheckHeapAfterEachTest();
 

@@ -66,6 +66,7 @@ constexpr Sort kSorts[] = {
     {"property get",            "CPropertyPackage10", "ICapeIdentification::get_ComponentName"},
     {"property put",            "CPropertyPackage11", "ICapeIdentification::put_ComponentName"},
     {"object put",              "CParameterSpec",     "ICapeUtilities::put_simulationContext"},
+    {"report",                  "CUnitOperation",     "ICapeUnitReport::ProduceReport"},
     {"error interface",         "CPropertyPackage11", "ECapeUser::get_description"},
 };
 // clang-format on

@@ -177,6 +177,11 @@ protected:
             // Applications and types of files are the same in every view.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(L"ZELT", DefaultValue(scope, shared, std::wstring(L"AppID\\") + kAppId));
+            // Nothing but its name: no permissions, no user and no machine other than the caller's.
+            const auto application = zelt::ReadKeyTree(zelt::ClassesHive(scope, shared),
+                                                       zelt::ClassesPath(std::wstring(L"AppID\\") + kAppId));
+            ASSERT_TRUE(application);
+            EXPECT_EQ(1u, application->values.size());
             EXPECT_EQ(kAppId, Value(scope, shared, L"AppID\\ZELT.EXE", L"AppID"));
             EXPECT_EQ(L"ZELT.logFile", DefaultValue(scope, shared, L".zlg"));
             EXPECT_EQ(quoted + L",0", DefaultValue(scope, shared, L"ZELT.logFile\\DefaultIcon"));

@@ -1,0 +1,193 @@
+// Faults in the persistence of a unit operation, and streams that hold anything: both end in a status code and a whole log.
+#include <shlwapi.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "fake_unit.h"
+#include "fault_kinds.h"
+#include "long_run.h"
+#include "recorded_messages.h"
+#include "unit/memory_stream.h"
+
+namespace zelt::test {
+namespace {
+
+std::string Header(REFCLSID classId, std::uint32_t length)
+{
+    std::string bytes(20, '\0');
+    std::memcpy(bytes.data(), &classId, 16);
+    std::memcpy(bytes.data() + 16, &length, 4);
+    return bytes;
+}
+
+ComPtr<IStream> StreamOf(const std::string& content)
+{
+    ComPtr<IStream> stream;
+    EXPECT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    ULONG written = 0;
+    EXPECT_EQ(S_OK, stream->Write(content.data(), static_cast<ULONG>(content.size()), &written));
+    const LARGE_INTEGER start = {};
+    EXPECT_EQ(S_OK, stream->Seek(start, STREAM_SEEK_SET, nullptr));
+    return stream;
+}
+
+class FaultPersistence : public UnitFixture {
+protected:
+    // Whether every element that the log has opened is closed.
+    static bool IsBalanced(const std::string& log)
+    {
+        const auto count = [&log](std::string_view tag) {
+            long found = 0;
+            for (std::size_t at = 0; (at = log.find(tag, at)) != std::string::npos; ++at) ++found;
+            return found;
+        };
+        return count("<func ") == count("</func>");
+    }
+};
+
+TEST_F(FaultPersistence, EveryFaultInEveryMethod)
+{
+    struct Case {
+        const char* method;
+        bool isMade;  // the object is there before the call
+        HRESULT (*call)(IPersistStreamInit&, IStream&);
+        HRESULT result;
+    };
+    static const Case kCases[] = {
+        {"Load", false, [](IPersistStreamInit& p, IStream& s) { return p.Load(&s); }, E_UNEXPECTED},
+        {"Save", true, [](IPersistStreamInit& p, IStream& s) { return p.Save(&s, TRUE); }, E_UNEXPECTED},
+        {"IsDirty", true, [](IPersistStreamInit& p, IStream&) { return p.IsDirty(); }, E_UNEXPECTED},
+        {"GetSizeMax", true,
+         [](IPersistStreamInit& p, IStream&) {
+             ULARGE_INTEGER size = {};
+             return p.GetSizeMax(&size);
+         },
+         E_UNEXPECTED},
+        {"InitNew", false, [](IPersistStreamInit& p, IStream&) { return p.InitNew(); }, E_UNEXPECTED},
+    };
+    int cells = 0;
+    for (const Case& tested : kCases) {
+        for (const FaultKind& kind : AllFaultKinds()) {
+            for (const bool isLogged : {true, false}) {
+                SCOPED_TRACE(std::string(tested.method) + ", " + kind.name + (isLogged ? ", logged" : ", not logged"));
+                unitScript = {};
+                Begin(isLogged);
+                if (tested.isMade) InitNew();
+                const ComPtr<IStream> stream = StreamOf(Header(kFakeUnit, 3) + "abc");
+                unitScript.duringCall = [&] { kind.act.act(kind.act.what); };
+                EXPECT_EQ(tested.result, tested.call(*persistence.Get(), *stream.Get()));
+                unitScript.duringCall = {};
+                EXPECT_EQ(0u, CountCallsInProgress());
+                const std::string news = News();
+                EXPECT_TRUE(IsBalanced(news)) << news;
+                EXPECT_EQ(isLogged, news.find("Uncaught") != std::string::npos) << news;
+                EXPECT_EQ(isLogged,
+                          news.find(std::string("IPersistStreamInit::") + tested.method) != std::string::npos);
+                // The unit goes on.
+                if (tested.isMade || std::strcmp(tested.method, "Load") == 0) {
+                    EXPECT_EQ(S_OK, persistence->IsDirty());
+                    EXPECT_EQ(S_OK, persistence->Save(stream.Get(), FALSE));
+                    EXPECT_TRUE(IsBalanced(News()));
+                }
+                ++cells;
+            }
+        }
+    }
+    std::printf("%d faults\n", cells);
+}
+
+TEST_F(FaultPersistence, StreamsThatHoldAnything)
+{
+    const int inputs = 1'000 * Effort();
+    Dice dice(6);
+    RecordedMessages messages;
+    constexpr std::uint32_t kLengths[] = {0, 1, 5, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x10000};
+    int loaded = 0;
+    for (int i = 0; i < inputs; ++i) {
+        SCOPED_TRACE(i);
+        unitScript = {};
+        Begin(!dice.Once(4));
+        std::string content;
+        for (std::uint32_t bytes = dice.Below(60); bytes > 0; --bytes) content += static_cast<char>(dice.Any());
+        if (!dice.Once(4)) {
+            const bool isTrue = dice.Once(2);
+            const std::uint32_t length = isTrue ? static_cast<std::uint32_t>(content.size()) : dice.Of(kLengths);
+            content = Header(dice.Once(5) ? kNoUnit : kFakeUnit, length) + content;
+        }
+        if (dice.Once(4)) content.resize(dice.Below(static_cast<std::uint32_t>(content.size()) + 1));
+        // The unit reads as it likes, and writes and seeks where it may not.
+        unitScript.duringLoad = [&](IStream* stream) {
+            for (std::uint32_t acts = dice.Below(8); acts > 0; --acts) {
+                char buffer[100];
+                ULONG count = 0;
+                LARGE_INTEGER move;
+                move.QuadPart = static_cast<LONGLONG>(dice.Below(80)) - (dice.Once(4) ? 40 : 0);
+                switch (dice.Below(3)) {
+                    case 0:
+                        EXPECT_EQ(S_OK, stream->Read(buffer, dice.Below(sizeof buffer), &count));
+                        EXPECT_GE(content.size(), count);
+                        break;
+                    case 1: stream->Seek(move, dice.Below(4), nullptr); break;
+                    default: EXPECT_EQ(E_FAIL, stream->Write(buffer, 10, &count)); break;
+                }
+            }
+        };
+        const HRESULT result = persistence->Load(StreamOf(content).Get());
+        const bool isMade = unitScript.created > 0;
+        EXPECT_EQ(isMade, SUCCEEDED(result)) << std::hex << result;
+        loaded += isMade;
+        if (isMade) {
+            ASSERT_GE(content.size(), 20u);
+            EXPECT_EQ(0, std::memcmp(&kFakeUnit, content.data(), sizeof kFakeUnit));
+        }
+        EXPECT_TRUE(IsBalanced(News()));
+    }
+    std::printf("%d streams, %d loaded\n", inputs, loaded);
+    EXPECT_LT(inputs / 10, loaded);
+    EXPECT_GT(inputs, loaded);
+}
+
+// The memory stream against a plain string that does the same.
+TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
+{
+    const int inputs = 300 * Effort();
+    Dice dice(7);
+    int acts = 0;
+    for (int i = 0; i < inputs; ++i) {
+        SCOPED_TRACE(i);
+        const ComPtr<CStreamImpl> memory(new CStreamImpl(nullptr));
+        const std::uint32_t capacity = dice.Below(40);
+        ASSERT_TRUE(memory->Allocate(capacity));
+        memory->BeginWriting(dice.Once(2));
+        std::string model;
+        std::size_t position = 0;
+        for (std::uint32_t left = dice.Below(40); left > 0; --left, ++acts) {
+            ULONG count = 0;
+            if (dice.Once(2)) {
+                const std::string bytes(dice.Once(10) ? dice.Below(3000) : dice.Below(20),
+                                        static_cast<char>(dice.Any()));
+                ASSERT_EQ(S_OK, memory->Stream()->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &count));
+                ASSERT_EQ(bytes.size(), count);
+                model.resize(std::max(model.size(), position + bytes.size()), '\0');
+                model.replace(position, bytes.size(), bytes);
+                position += bytes.size();
+            } else {
+                LARGE_INTEGER move;
+                ULARGE_INTEGER told;
+                move.QuadPart = dice.Below(200);
+                const bool isRelative = dice.Once(2);
+                ASSERT_EQ(S_OK, memory->Stream()->Seek(move, isRelative ? STREAM_SEEK_CUR : STREAM_SEEK_SET, &told));
+                position = static_cast<std::size_t>(move.QuadPart) + (isRelative ? position : 0);
+                ASSERT_EQ(position, told.QuadPart);
+                model.resize(std::max(model.size(), position), '\0');
+            }
+            ASSERT_EQ(model.size(), memory->UsedLength());
+            ASSERT_EQ(0, std::memcmp(model.data(), memory->Data(), model.size()));
+        }
+    }
+    std::printf("%d streams, %d acts\n", inputs, acts);
+}
+
+}  // namespace
+}  // namespace zelt::test

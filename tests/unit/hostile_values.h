@@ -1,0 +1,48 @@
+// VARIANTs as no decent package makes them: every type and flag, arrays of every shape, headers that lie, pointers to nowhere.
+// Each value is valid until the next one is made; it owns what it points to as far as that is real, and is never cleared by
+// its user.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "long_run.h"
+
+namespace zelt::test {
+
+class HostileValues {
+public:
+    explicit HostileValues(std::uint32_t seed) : dice(seed) {}
+    ~HostileValues() { Forget(); }
+    HostileValues(const HostileValues&) = delete;
+    HostileValues& operator=(const HostileValues&) = delete;
+
+    const VARIANT& Next();
+    // A string of the same sort: valid, null, or wild.
+    BSTR NextString();
+    Dice& Choice() { return dice; }
+
+private:
+    void Forget();
+    VARIANT Value(int nesting);
+    VARIANT Scalar(VARTYPE type);
+    SAFEARRAY* Array(VARTYPE type, int nesting);
+    void Fill(SAFEARRAY* array, VARTYPE type, std::size_t count, int nesting);
+    void Spoil(SAFEARRAY* array);
+    BSTR String();
+    void* Wild();
+
+    Dice dice;
+    VARIANT value{};
+    std::deque<VARIANT> inner;        // what references point to
+    std::deque<SAFEARRAY*> pointers;  // what references to arrays point to
+    std::vector<std::function<void()>> owned;
+};
+
+}  // namespace zelt::test

@@ -1,0 +1,2 @@
+// What the other library needs.
+extern "C" __declspec(dllexport) int Needed() { return 42; }
