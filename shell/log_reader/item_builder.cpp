@@ -1,21 +1,9 @@
 #include "shell/log_reader/item_builder.h"
 
-#include <cstring>
-#include <string_view>
-
 namespace zelt {
 namespace {
 
 const char* Text(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
-
-bool IsNamed(const xmlChar* name, const char* text) { return std::strcmp(Text(name), text) == 0; }
-
-// A log's root is no call and no message. Any other root is shown like the rest.
-bool IsLogRoot(const xmlNode* element)
-{
-    return element->parent && element->parent->type == XML_DOCUMENT_NODE && !element->ns &&
-           IsNamed(element->name, "zeltlogdocument");
-}
 
 // References to entities stay references: a log has none, and what a forged one declares is not worth its expansion.
 void AppendValue(std::string& out, const xmlAttr& attribute)
@@ -29,33 +17,17 @@ void AppendValue(std::string& out, const xmlAttr& attribute)
     }
 }
 
-const xmlAttr* FindAttribute(const xmlNode* element, const char* name)
+const xmlAttr* FindAttribute(const xmlNode* element, const xmlChar* name)
 {
     for (const xmlAttr* attribute = element->properties; attribute; attribute = attribute->next) {
-        if (!attribute->ns && IsNamed(attribute->name, name)) return attribute;
+        if (attribute->name == name && !attribute->ns) return attribute;
     }
     return nullptr;
 }
 
-void AppendAttribute(std::string& out, const xmlNode* element, const char* name)
+void AppendAttribute(std::string& out, const xmlNode* element, const xmlChar* name)
 {
     if (const xmlAttr* attribute = FindAttribute(element, name)) AppendValue(out, *attribute);
-}
-
-bool IsInward(const xmlNode* element)
-{
-    std::string direction;
-    AppendAttribute(direction, element, "direc");
-    return direction == "in";
-}
-
-void AppendInformation(std::string& out, const xmlNode* element)
-{
-    if (const xmlAttr* value = FindAttribute(element, "value")) {
-        AppendValue(out, *value);
-    } else {
-        out += "<no information>";
-    }
 }
 
 void AppendEverything(std::string& out, const xmlNode* element)
@@ -74,28 +46,77 @@ void AppendEverything(std::string& out, const xmlNode* element)
 
 }  // namespace
 
+LogNames::LogNames(xmlTextReaderPtr reader)
+{
+    const auto known = [reader](const char* name) {
+        return xmlTextReaderConstString(reader, reinterpret_cast<const xmlChar*>(name));
+    };
+    root = known("zeltlogdocument");
+    func = known("func");
+    arg = known("arg");
+    argval = known("argval");
+    info = known("info");
+    error = known("error");
+    warning = known("warning");
+    value = known("value");
+    name = known("name");
+    object = known("object");
+    type = known("type");
+    direction = known("direc");
+}
+
+// A log's root is no call and no message. Any other root is shown like the rest.
+bool ItemBuilder::IsLogRoot(const xmlNode* element) const
+{
+    return element->name == names.root && !element->ns && element->parent && element->parent->type == XML_DOCUMENT_NODE;
+}
+
+bool ItemBuilder::IsInward(const xmlNode* element)
+{
+    label.clear();
+    AppendAttribute(label, element, names.direction);
+    const bool inward = label == "in";
+    label.clear();
+    return inward;
+}
+
+void ItemBuilder::DescribeMessage(LogImage messageImage, const xmlNode* element)
+{
+    image = messageImage;
+    if (const xmlAttr* text = FindAttribute(element, names.value)) {
+        AppendValue(label, *text);
+    } else {
+        label += "<no information>";
+    }
+}
+
 void ItemBuilder::Describe(const xmlNode* element)
 {
-    const auto is = [&](const char* name) { return !element->ns && IsNamed(element->name, name); };
     label.clear();
-    if (is("argval") || is("info") || is("error") || is("warning")) {
-        image = is("argval")  ? LogImage::Value
-                : is("info")  ? LogImage::Info
-                : is("error") ? LogImage::Error
-                              : LogImage::Warning;
-        AppendInformation(label, element);
-    } else if (is("func")) {
-        image = IsInward(element) ? LogImage::InwardCall : LogImage::OutwardCall;
-        AppendAttribute(label, element, "name");
-        label += " (";
-        AppendAttribute(label, element, "object");
-        label += ')';
-    } else if (is("arg")) {
+    const xmlChar* const kind = element->ns ? nullptr : element->name;
+    if (!kind) {
+        image = LogImage::Value;
+        AppendEverything(label, element);
+    } else if (kind == names.argval) {
+        DescribeMessage(LogImage::Value, element);
+    } else if (kind == names.arg) {
         image = IsInward(element) ? LogImage::InArgument : LogImage::OutArgument;
-        AppendAttribute(label, element, "name");
+        AppendAttribute(label, element, names.name);
         label += " (type: ";
-        AppendAttribute(label, element, "type");
+        AppendAttribute(label, element, names.type);
         label += ')';
+    } else if (kind == names.func) {
+        image = IsInward(element) ? LogImage::InwardCall : LogImage::OutwardCall;
+        AppendAttribute(label, element, names.name);
+        label += " (";
+        AppendAttribute(label, element, names.object);
+        label += ')';
+    } else if (kind == names.info) {
+        DescribeMessage(LogImage::Info, element);
+    } else if (kind == names.error) {
+        DescribeMessage(LogImage::Error, element);
+    } else if (kind == names.warning) {
+        DescribeMessage(LogImage::Warning, element);
     } else {
         image = LogImage::Value;
         AppendEverything(label, element);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <libxml/tree.h>
+#include <libxml/xmlreader.h>
 
 #include <string>
 
@@ -10,9 +11,18 @@
 
 namespace zelt {
 
+// The names that logs use, as the reader's dictionary has them: there a name has one address, and comparing addresses does.
+struct LogNames {
+    explicit LogNames(xmlTextReaderPtr reader);
+
+    const xmlChar *root, *func, *arg, *argval, *info, *error, *warning;  // elements
+    const xmlChar *value, *name, *object, *type, *direction;             // attributes
+};
+
 class ItemBuilder {
 public:
-    explicit ItemBuilder(LogSink& sink) : sink(sink) {}
+    // The elements are those of the reader's document.
+    ItemBuilder(xmlTextReaderPtr reader, LogSink& sink) : names(reader), sink(sink) {}
     ItemBuilder(const ItemBuilder&) = delete;
     ItemBuilder& operator=(const ItemBuilder&) = delete;
 
@@ -25,8 +35,12 @@ public:
 
 private:
     void Describe(const xmlNode* element);
+    void DescribeMessage(LogImage messageImage, const xmlNode* element);
     void Deliver(bool hasChildren, bool isError);
+    bool IsLogRoot(const xmlNode* element) const;
+    bool IsInward(const xmlNode* element);
 
+    const LogNames names;
     LogSink& sink;
     int depth = 0;
     bool waiting = false;

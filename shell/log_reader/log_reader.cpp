@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "shell/log_reader/buffered_file.h"
 #include "shell/log_reader/item_builder.h"
 #include "shell/log_reader/unread_nodes.h"
 
@@ -57,14 +58,16 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
 {
     // The reader gives its document away when it is asked for it; the document goes last.
     std::unique_ptr<xmlDoc, Freer> document;
+    BufferedFile file(descriptor);
     const std::unique_ptr<xmlTextReader, Freer> reader(
-        xmlReaderForFd(descriptor, nullptr, nullptr, XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET));
+        xmlReaderForIO(BufferedFile::Read, nullptr, &file, nullptr, nullptr,
+                       XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_COMPACT));
     if (!reader) return LogReadResult::NotReadable;
     Errors errors;
     errors.lines.reserve(kErrorsOfOneStep);
     xmlTextReaderSetStructuredErrorHandler(reader.get(), CollectError, &errors);
 
-    ItemBuilder builder(sink);
+    ItemBuilder builder(reader.get(), sink);
     bool ended = false;
     int status;
     while ((status = xmlTextReaderRead(reader.get())) == 1) {

@@ -17,7 +17,7 @@ public:
     template <class Position>
     bool Advance(Position&& position)
     {
-        if (++steps % 64 == 0 && GetTickCount64() - shown >= 50) Show(position());
+        if (++steps % 64 == 0 && GetTickCount64() - shown >= 100) Show(position());
         return !cancelled;
     }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <new>
 
 namespace zelt {
@@ -13,6 +12,42 @@ constexpr std::uint32_t kMostLabels = 1u << 27;
 constexpr std::size_t kFirstTable = 1 << 12;
 // A log with more labels than half of this has mostly labels of their own: further ones are not looked for again.
 constexpr std::size_t kLargestTable = 1 << 22;
+// A label that is not found within so many slots is stored again. Logs made to collide cost no more than others.
+constexpr int kMostProbes = 32;
+
+std::uint32_t HashOf(std::string_view text)
+{
+    constexpr std::uint32_t kFactor = 0x9E3779B1;
+    const auto mix = [](std::uint32_t hash) { return hash ^ (hash >> 15); };
+    const char* bytes = text.data();
+    std::size_t rest = text.size();
+    auto hash = static_cast<std::uint32_t>(rest) * kFactor;
+    for (; rest >= 4; rest -= 4, bytes += 4) {
+        std::uint32_t word;
+        std::memcpy(&word, bytes, sizeof word);
+        hash = mix((hash ^ word) * kFactor);
+    }
+    std::uint32_t last = 0;
+    for (; rest > 0; --rest, ++bytes) last = last << 8 | static_cast<unsigned char>(*bytes);
+    return mix((hash ^ last) * kFactor);
+}
+
+// A comparison that seldom fails, and is made for every item.
+bool AreEqual(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size()) return false;
+    std::size_t at = 0;
+    for (; at + 4 <= a.size(); at += 4) {
+        std::uint32_t left, right;
+        std::memcpy(&left, a.data() + at, sizeof left);
+        std::memcpy(&right, b.data() + at, sizeof right);
+        if (left != right) return false;
+    }
+    for (; at < a.size(); ++at) {
+        if (a[at] != b[at]) return false;
+    }
+    return true;
+}
 
 }  // namespace
 
@@ -21,12 +56,12 @@ ItemIndex LogModel::Add(const LogItem& item)
     const ItemIndex index = Size();
     if (index == kNoItem) throw std::bad_alloc();
     const auto depth = static_cast<std::size_t>(item.depth);
-    open.reserve(depth + 1);
+    if (open.capacity() <= depth) open.reserve(2 * depth + 16);
     if (item.isError) {
         if (errors.size() == errors.capacity()) errors.reserve(errors.size() + errors.size() / 2 + 64);
     }
     const ItemIndex parent = depth == 0 ? kNoItem : open[depth - 1];
-    items.push_back({Intern(item.label), static_cast<std::uint32_t>(item.image), 0, parent, kNoItem});
+    items.Add({Intern(item.label), static_cast<std::uint32_t>(item.image), 0, parent, kNoItem});
     for (std::size_t level = depth; level < open.size(); ++level) items[open[level]].end = index;
     open.resize(depth);
     open.push_back(index);
@@ -54,15 +89,17 @@ std::uint32_t LogModel::Intern(std::string_view label)
 {
     if (inTable * 2 >= table.size() && table.size() < kLargestTable) GrowTable();
     const std::size_t mask = table.size() - 1;
-    std::size_t slot = std::hash<std::string_view>()(label) & mask;
-    for (; table[slot] != kNoItem; slot = (slot + 1) & mask) {
-        if (LabelText(table[slot]) == label) return table[slot];
+    const std::uint32_t hash = HashOf(label);
+    std::size_t slot = hash & mask;
+    int probes = 0;
+    for (; table[slot].label != kNoItem && probes < kMostProbes; slot = (slot + 1) & mask, ++probes) {
+        if (table[slot].hash == hash && AreEqual(LabelText(table[slot].label), label)) return table[slot].label;
     }
-    if (labels.size() == kMostLabels) throw std::bad_alloc();
-    const auto number = static_cast<std::uint32_t>(labels.size());
-    labels.push_back(Store(label));
-    if (inTable * 2 < table.size()) {
-        table[slot] = number;
+    if (labels.Size() == kMostLabels) throw std::bad_alloc();
+    const auto number = static_cast<std::uint32_t>(labels.Size());
+    labels.Add(Store(label));
+    if (probes < kMostProbes && inTable * 2 < table.size()) {
+        table[slot] = {hash, number};
         ++inTable;
     }
     return number;
@@ -89,13 +126,13 @@ const char* LogModel::Store(std::string_view label)
 
 void LogModel::GrowTable()
 {
-    std::vector<std::uint32_t> larger(table.empty() ? kFirstTable : table.size() * 2, kNoItem);
+    std::vector<Slot> larger(table.empty() ? kFirstTable : table.size() * 2, Slot{0, kNoItem});
     const std::size_t mask = larger.size() - 1;
-    for (const std::uint32_t number : table) {
-        if (number == kNoItem) continue;
-        std::size_t slot = std::hash<std::string_view>()(LabelText(number)) & mask;
-        while (larger[slot] != kNoItem) slot = (slot + 1) & mask;
-        larger[slot] = number;
+    for (const Slot& known : table) {
+        if (known.label == kNoItem) continue;
+        std::size_t slot = known.hash & mask;
+        while (larger[slot].label != kNoItem) slot = (slot + 1) & mask;
+        larger[slot] = known;
     }
     table = std::move(larger);
 }

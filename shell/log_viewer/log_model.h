@@ -4,12 +4,12 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 #include "shell/log_reader/log_reader.h"
+#include "shell/log_viewer/chunked_array.h"
 
 namespace zelt {
 
@@ -23,12 +23,12 @@ public:
     // To be called after the last item and before anything below.
     void Finish();
 
-    ItemIndex Size() const { return static_cast<ItemIndex>(items.size()); }
+    ItemIndex Size() const { return static_cast<ItemIndex>(items.Size()); }
     LogImage Image(ItemIndex item) const { return static_cast<LogImage>(items[item].image); }
     std::string_view Label(ItemIndex item) const;
-    // Equal labels have equal numbers below LabelCount.
+    // Items with equal numbers, which are below LabelCount, have equal labels; so have, rarely, others.
     std::uint32_t LabelNumber(ItemIndex item) const { return items[item].label; }
-    std::uint32_t LabelCount() const { return static_cast<std::uint32_t>(labels.size()); }
+    std::uint32_t LabelCount() const { return static_cast<std::uint32_t>(labels.Size()); }
     bool IsRemoved(ItemIndex item) const { return items[item].removed; }
 
     // Family, without the removed; kNoItem where there is none. kNoItem as an argument stands for the tree's root.
@@ -60,21 +60,27 @@ private:
         ItemIndex end;  // behind the last descendant; kNoItem while the item is open
     };
 
+    // Of the hash table of labels: open addressing, and the hash beside the number, so that few texts are looked at.
+    struct Slot {
+        std::uint32_t hash;
+        std::uint32_t label;  // kNoItem where the slot is free
+    };
+
     std::uint32_t Intern(std::string_view label);
     const char* Store(std::string_view label);
     void GrowTable();
     std::string_view LabelText(std::uint32_t number) const;
     ItemIndex FirstKept(ItemIndex item, ItemIndex end) const;
 
-    std::deque<Item> items;
+    ChunkedArray<Item> items;
     std::vector<ItemIndex> open;  // the items whose ends are not known yet, outermost first
     std::vector<ItemIndex> errors;
 
-    std::deque<const char*> labels;  // each its length, then its bytes
+    ChunkedArray<const char*> labels;  // each its length, then its bytes
     std::vector<std::unique_ptr<char[]>> blocks;
     char* free = nullptr;
     std::size_t left = 0;
-    std::vector<std::uint32_t> table;  // hash table of label numbers, open addressing; kNoItem is free
+    std::vector<Slot> table;
     std::size_t inTable = 0;
 };
 

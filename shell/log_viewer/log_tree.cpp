@@ -1,7 +1,5 @@
 #include "shell/log_viewer/log_tree.h"
 
-#include <vector>
-
 #include "core/narrow.h"
 #include "shell/log_viewer/long_task.h"
 
@@ -13,13 +11,19 @@ void LogTree::Attach(HWND treeView, const LogModel& logModel)
     model = &logModel;
 }
 
-void LogTree::SetRedraw(bool on) const { SendMessageW(window, WM_SETREDRAW, on, 0); }
-
-HTREEITEM LogTree::Insert(ItemIndex item, HTREEITEM parent, HTREEITEM after, bool hasChildren)
+void LogTree::SetRedraw(bool on)
 {
+    if (on ? --paused == 0 : paused++ == 0) SendMessageW(window, WM_SETREDRAW, on, 0);
+}
+
+bool LogTree::Insert(ItemIndex item, bool hasChildren)
+{
+    const ItemIndex parent = model->Parent(item);
     TVINSERTSTRUCTW record = {};
-    record.hParent = parent;
-    record.hInsertAfter = after;
+    record.hParent = parent == kNoItem ? TVI_ROOT : handles.Get(parent);
+    // To a tree view null is its root.
+    if (!record.hParent) return false;
+    record.hInsertAfter = TVI_LAST;
     record.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_CHILDREN;
     // The item keeps its text whole; text asked for on demand would be cut to the length that is drawn.
     std::wstring label = Widen(model->Label(item), CP_UTF8);
@@ -28,28 +32,98 @@ HTREEITEM LogTree::Insert(ItemIndex item, HTREEITEM parent, HTREEITEM after, boo
     record.item.cChildren = hasChildren;
     record.item.lParam = static_cast<LPARAM>(item);
     const HTREEITEM handle = TreeView_InsertItem(window, &record);
-    if (handle) handles[item] = handle;
-    return handle;
+    if (!handle) return false;
+    handles.Set(item, handle);
+    if (parent == kNoItem) {
+        lastOutermost = item;
+    } else {
+        ++inner;
+    }
+    return true;
+}
+
+void LogTree::FillUpTo(ItemIndex last, bool lastHasChildren)
+{
+    for (; filled <= last; ++filled) {
+        Insert(filled, filled == last ? lastHasChildren : model->Parent(filled + 1) == filled);
+    }
 }
 
 void LogTree::Fill()
 {
-    FillChildren(kNoItem);
-    if (model->Size() > kFilledItems) return;
-    for (ItemIndex item = 0; item < model->Size(); ++item) FillChildren(item);
+    const ItemIndex size = model->Size();
+    if (size == 0) return;
+    if (size <= kFilledItems) {
+        FillUpTo(size - 1, false);
+        // Where the reading was cancelled, an item may lack the children that it has in the file.
+        UpdateParent(size - 1);
+        return;
+    }
+    CompleteFamilies();
+    // More rows than a screen shows.
+    constexpr ItemIndex kShown = 256;
+    FillOutermost(kNoItem, kShown);
+}
+
+// Filling that was given up has left families in the tree of which some members are missing.
+void LogTree::CompleteFamilies()
+{
+    ItemIndex item = filled;
+    while (item != kNoItem && model->Parent(item) != kNoItem) {
+        ItemIndex parent = model->Parent(item);
+        for (; item != kNoItem; item = model->NextSibling(item)) Insert(item, model->HasChildren(item));
+        do {
+            item = model->NextSibling(parent);
+            parent = model->Parent(parent);
+        } while (item == kNoItem && parent != kNoItem);
+    }
+    nextOutermost = item;
+}
+
+void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
+{
+    SetRedraw(false);
+    for (; nextOutermost <= last && nextOutermost != kNoItem && most > 0; --most) {
+        if (!model->IsRemoved(nextOutermost) && !Insert(nextOutermost, model->HasChildren(nextOutermost))) {
+            // The memory is at its end. What is in the tree stays usable.
+            nextOutermost = kNoItem;
+            break;
+        }
+        nextOutermost = model->NextSibling(nextOutermost);
+    }
+    SetRedraw(true);
+}
+
+void LogTree::FillSomeOutermost()
+{
+    constexpr ItemIndex kSome = 2000;
+    UpdateWindow(window);
+    // Rows that come below those in view leave the picture as it is.
+    RECT row = {}, client;
+    GetClientRect(window, &client);
+    const HTREEITEM last = handles.Get(lastOutermost);
+    const bool below = last && TreeView_GetItemRect(window, last, &row, FALSE) && row.top >= client.bottom;
+    FillOutermost(kNoItem, kSome);
+    if (below) ValidateRect(window, nullptr);
+}
+
+void LogTree::FillAllOutermost(LongTask& task)
+{
+    SetRedraw(false);
+    while (!HasAllOutermost() && task.Continue()) FillOutermost(kNoItem, 100);
+    SetRedraw(true);
 }
 
 void LogTree::FillChildren(ItemIndex item)
 {
     const ItemIndex first = model->FirstChild(item);
     // Siblings enter the tree together or not at all.
-    if (first == kNoItem || handles.contains(first)) return;
-    std::vector<ItemIndex> children;
-    for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) children.push_back(child);
-    const HTREEITEM parent = item == kNoItem ? TVI_ROOT : handles.at(item);
-    for (const ItemIndex child : children) {
-        if (!Insert(child, parent, TVI_LAST, model->HasChildren(child))) return;
+    if (first == kNoItem || handles.Has(first)) return;
+    SetRedraw(false);
+    for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) {
+        if (!Insert(child, model->HasChildren(child))) break;
     }
+    SetRedraw(true);
 }
 
 ItemIndex LogTree::Selected() const
@@ -63,12 +137,14 @@ ItemIndex LogTree::Selected() const
 
 HTREEITEM LogTree::Handle(ItemIndex item)
 {
-    if (const auto known = handles.find(item); known != handles.end()) return known->second;
+    if (const HTREEITEM known = handles.Get(item)) return known;
     const ItemIndex parent = model->Parent(item);
-    if (parent != kNoItem) Handle(parent);
-    FillChildren(parent);
-    const auto filled = handles.find(item);
-    return filled != handles.end() ? filled->second : nullptr;
+    if (parent == kNoItem) {
+        FillOutermost(item, kNoItem);
+    } else if (Handle(parent)) {
+        FillChildren(parent);
+    }
+    return handles.Get(item);
 }
 
 void LogTree::Select(ItemIndex item)
@@ -84,19 +160,26 @@ void LogTree::KeepSelectionVisible() const
     if (const HTREEITEM selected = TreeView_GetSelection(window)) TreeView_EnsureVisible(window, selected);
 }
 
+// Counts no further than it must.
+bool LogTree::ExceedsLimit(ItemIndex parent) const
+{
+    ItemIndex child = model->FirstChild(parent);
+    if (handles.Has(child)) return false;
+    ItemIndex count = inner;
+    for (; child != kNoItem && count <= kExpandedItems; child = model->NextSibling(child)) ++count;
+    return count > kExpandedItems;
+}
+
 bool LogTree::ExpandAll(LongTask& task)
 {
     SetRedraw(false);
     bool all = true;
     for (ItemIndex item = model->First(); item != kNoItem && task.Continue();) {
         if (model->HasChildren(item)) {
-            if (handles.size() >= kExpandedItems && !handles.contains(model->FirstChild(item))) {
-                all = false;
-                break;
-            }
-            Handle(item);
+            all = !ExceedsLimit(item) && Handle(item);
+            if (!all) break;
             FillChildren(item);
-            TreeView_Expand(window, handles.at(item), TVE_EXPAND);
+            TreeView_Expand(window, handles.Get(item), TVE_EXPAND);
         }
         const ItemIndex next = model->Next(item);
         if (next <= item) break;
@@ -113,13 +196,13 @@ void LogTree::CollapseAll(LongTask& task)
     ItemIndex selected = Selected();
     while (selected != kNoItem && model->Parent(selected) != kNoItem) selected = model->Parent(selected);
     SetRedraw(false);
-    if (selected != kNoItem) TreeView_SelectItem(window, handles.at(selected));
+    if (selected != kNoItem) TreeView_SelectItem(window, handles.Get(selected));
     // From the end to the front: an item collapses before the one around it.
     for (ItemIndex item = model->Size(); item-- > 0 && task.Continue();) {
-        if (model->IsRemoved(item) || !model->HasChildren(item)) continue;
-        if (const auto known = handles.find(item); known != handles.end()) {
-            TreeView_Expand(window, known->second, TVE_COLLAPSE);
-        }
+        if (model->IsRemoved(item) || !handles.Has(item)) continue;
+        // What has no children in the tree was never expanded.
+        const ItemIndex child = model->FirstChild(item);
+        if (child != kNoItem && handles.Has(child)) TreeView_Expand(window, handles.Get(item), TVE_COLLAPSE);
     }
     SetRedraw(true);
     KeepSelectionVisible();
@@ -127,20 +210,23 @@ void LogTree::CollapseAll(LongTask& task)
 
 void LogTree::Erase(ItemIndex item)
 {
-    const auto known = handles.find(item);
-    if (known == handles.end()) return;
-    TreeView_DeleteItem(window, known->second);
+    const HTREEITEM known = handles.Get(item);
+    if (!known) return;
+    TreeView_DeleteItem(window, known);
     const ItemIndex end = model->End(item);
-    for (; item < end; ++item) handles.erase(item);
+    for (; item < end; ++item) {
+        if (handles.Has(item) && model->Parent(item) != kNoItem) --inner;
+        handles.Clear(item);
+    }
 }
 
 void LogTree::UpdateParent(ItemIndex item)
 {
-    const auto known = handles.find(item);
-    if (known == handles.end() || model->HasChildren(item)) return;
+    const HTREEITEM known = handles.Get(item);
+    if (!known || model->HasChildren(item)) return;
     TVITEMW record = {};
     record.mask = TVIF_CHILDREN;
-    record.hItem = known->second;
+    record.hItem = known;
     TreeView_SetItem(window, &record);
 }
 

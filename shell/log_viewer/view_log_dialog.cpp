@@ -87,6 +87,7 @@ INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         case WM_COMMAND: Command(LOWORD(wParam)); return TRUE;
         case WM_NOTIFY: return Notified(*reinterpret_cast<const NMHDR*>(lParam));
         case WM_CLOSE: Close(); return TRUE;
+        case WM_TIMER: FillMore(); return TRUE;
         case WM_SIZE: Arrange(); return TRUE;
         case WM_GETMINMAXINFO:
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(320), Scaled(240)};

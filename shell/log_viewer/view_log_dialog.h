@@ -33,6 +33,9 @@ private:
     // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
     static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                           DWORD_PTR dialog);
+    // While the outermost items are not all in the tree. Not a subclass of the common controls library: a tree view is sent
+    // a message for each item.
+    static LRESULT CALLBACK TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR Notified(const NMHDR& header);
     INT_PTR Answer(LRESULT result) const;
@@ -45,6 +48,9 @@ private:
     void Load();
     void ReportParseError(int line) const;
     void FitErrorColumn() const;
+    void BeginFilling();
+    void FillMore();
+    void PrepareTreeFor(UINT message, WPARAM wParam, LPARAM lParam);
 
     // Layout: the tree above, the errors below, and a gap between them that can be dragged.
     int Scaled(int size) const;
@@ -71,6 +77,7 @@ private:
     HWND window = nullptr;
     HWND tree = nullptr;
     HWND list = nullptr;
+    WNDPROC treeProcedure = nullptr;  // the tree view's own
     bool loading = false;
     bool closed = false;  // or about to be, once what runs has ended
     bool dragging = false;

@@ -5,6 +5,7 @@
 #include "core/narrow.h"
 #include "res/resource.h"
 #include "shell/log_viewer/label_matcher.h"
+#include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/view_log_dialog.h"
 
@@ -42,7 +43,7 @@ void CViewLogDlg::ExpandAll()
     }
     if (all || closed) return;
     Box(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
-            L" items. The others can be expanded one by one.",
+            L" items inside of others. The rest can be expanded one by one.",
         L"Expand all items:", MB_ICONINFORMATION);
 }
 
@@ -131,29 +132,14 @@ void CViewLogDlg::Search()
         // So that the first item examined is the first of the tree.
         if (forward) start = model.Previous(start);
     }
-    std::string wanted = Narrow(search.text, CP_UTF8);
-    if (search.ignoreCase) MakeLower(wanted);
-    std::string lowered;
-    LabelMatcher matches(model, [&](std::string_view label) {
-        if (search.ignoreCase) {
-            lowered = label;
-            MakeLower(lowered);
-            label = lowered;
-        }
-        return search.wholeItem ? label == wanted : label.find(wanted) != std::string_view::npos;
-    });
-    ItemIndex item = start;
-    bool found = false;
+    ItemIndex found;
     {
         LongTask task(window);
-        do {
-            item = forward ? model.Next(item) : model.Previous(item);
-            found = matches(item);
-        } while (!found && item != start && task.Continue());
+        found = FindLabel(model, start, search, task);
         if (task.Cancelled()) return;
     }
-    if (found) {
-        items.Select(item);
+    if (found != kNoItem) {
+        items.Select(found);
     } else {
         Box(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
     }

@@ -7,6 +7,7 @@
 #include "core/narrow.h"
 #include "core/system_text.h"
 #include "shell/log_viewer/file_progress_dialog.h"
+#include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/shared_log_file.h"
 #include "shell/log_viewer/view_log_dialog.h"
 
@@ -15,15 +16,28 @@ namespace {
 
 // A log of more bytes shows how far it has been read.
 constexpr long long kLengthWithProgress = 50000;
+constexpr UINT_PTR kFillTimer = 1;
 
-class ModelSink final : public LogSink {
+// What a log is read into: the model, and the tree as long as the log promises to be in it whole.
+class ViewerSink final : public LogSink {
 public:
-    ModelSink(LogModel& model, const SharedLogFile& file, CFileProgressDialog* progress, const bool& closed,
-              std::function<void(int)> report)
-        : model(model), file(file), length(file.Size()), progress(progress), closed(closed), report(std::move(report))
+    ViewerSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
+               const bool& closed, std::function<void(int)> report)
+        : model(model),
+          tree(tree),
+          file(file),
+          length(file.Size()),
+          progress(progress),
+          closed(closed),
+          report(std::move(report))
     {}
 
-    void Item(const LogItem& item) override { model.Add(item); }
+    void Item(const LogItem& item) override
+    {
+        const ItemIndex index = model.Add(item);
+        if (index + 1 == nextEstimate) Estimate(index + 1);
+        if (filling) tree.FillUpTo(index, item.hasChildren);
+    }
     void ParseError(int line) override { report(line); }
     bool Continue() override
     {
@@ -32,12 +46,25 @@ public:
     }
 
 private:
+    // The file has as many items as its beginning lets expect. Where that is near the limit, more of it will tell; a
+    // promise that is broken ends at the limit.
+    void Estimate(ItemIndex items)
+    {
+        constexpr double kMargin = 0.9;
+        const double expected = static_cast<double>(items) * length / file.Position();
+        filling = items < LogTree::kFilledItems && expected < kMargin * LogTree::kFilledItems;
+        nextEstimate = filling ? LogTree::kFilledItems : items * 2;
+    }
+
     LogModel& model;
+    LogTree& tree;
     const SharedLogFile& file;
-    const long long length;
+    const double length;
     CFileProgressDialog* const progress;
     const bool& closed;
     const std::function<void(int)> report;
+    bool filling = false;
+    ItemIndex nextEstimate = 1024;
 };
 
 }  // namespace
@@ -51,13 +78,13 @@ void CViewLogDlg::Load()
         SetIcons();
         return;
     }
-    SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
+    items.SetRedraw(false);
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     std::unique_ptr<CFileProgressDialog> progress;
     if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(window);
 
     try {
-        ModelSink sink(model, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
+        ViewerSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
         switch (ReadLog(file.Descriptor(), sink)) {
             case LogReadResult::NotReadable: Box(L"Failed to open file for reading", L"Error:", MB_ICONERROR); break;
             case LogReadResult::Incomplete:
@@ -73,10 +100,50 @@ void CViewLogDlg::Load()
 
     progress.reset();
     ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), LVSICF_NOINVALIDATEALL);
-    SendMessageW(tree, WM_SETREDRAW, TRUE, 0);
+    items.SetRedraw(true);
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     FitErrorColumn();
     SetIcons();
+    if (!items.HasAllOutermost()) BeginFilling();
+}
+
+void CViewLogDlg::BeginFilling()
+{
+    SetWindowLongPtrW(tree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    treeProcedure =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(tree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
+    SetTimer(window, kFillTimer, USER_TIMER_MINIMUM, nullptr);
+}
+
+LRESULT CALLBACK CViewLogDlg::TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto& viewer = *reinterpret_cast<CViewLogDlg*>(GetWindowLongPtrW(tree, GWLP_USERDATA));
+    viewer.PrepareTreeFor(message, wParam, lParam);
+    return CallWindowProcW(viewer.treeProcedure, tree, message, wParam, lParam);
+}
+
+void CViewLogDlg::FillMore()
+{
+    // What runs has the tree for itself.
+    if (LongTask::Running()) return;
+    if (!items.HasAllOutermost()) items.FillSomeOutermost();
+    if (!items.HasAllOutermost()) return;
+    KillTimer(window, kFillTimer);
+    SetWindowLongPtrW(tree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(treeProcedure));
+}
+
+// Asked before the tree view acts on a message: to whoever goes to its end, it has the end.
+void CViewLogDlg::PrepareTreeFor(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (items.HasAllOutermost() || LongTask::Running()) return;
+    const bool next = message == TVM_GETNEXTITEM && (wParam == TVGN_NEXT || wParam == TVGN_NEXTVISIBLE);
+    if (next && items.IsLastSoFar(reinterpret_cast<HTREEITEM>(lParam))) items.FillSomeOutermost();
+    const bool end = (message == WM_KEYDOWN && wParam == VK_END) ||
+                     (message == WM_VSCROLL && LOWORD(wParam) == SB_BOTTOM) ||
+                     (message == TVM_GETNEXTITEM && wParam == TVGN_LASTVISIBLE);
+    if (!end) return;
+    LongTask task(window);
+    items.FillAllOutermost(task);
 }
 
 void CViewLogDlg::ReportParseError(int line) const

@@ -1,0 +1,63 @@
+#include "bench/rows.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace zelt::bench {
+
+double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured)
+{
+    floor();
+    measured();
+    std::vector<double> floors, measures, ratios;
+    for (int pair = 0; pair < pairs; ++pair) {
+        // Which of the two goes first changes, so that neither always meets the other's leavings.
+        double below, above;
+        if (pair % 2) {
+            above = measured();
+            below = floor();
+        } else {
+            below = floor();
+            above = measured();
+        }
+        floors.push_back(below);
+        measures.push_back(above);
+        ratios.push_back(above / below);
+    }
+    const auto [lowest, highest] = std::minmax_element(ratios.begin(), ratios.end());
+    return {Median(floors), Median(measures), Median(ratios), *lowest, *highest};
+}
+
+void PrintTitle(const std::string& title)
+{
+    std::printf("\n%s\n%-44s %12s %12s %7s  %-15s %s\n", title.c_str(), "", "floor", "measured", "ratio", "spread",
+                "goal");
+    std::fflush(stdout);
+}
+
+void PrintRow(const std::string& what, const Comparison& row, double goal, const std::string& unit, double each)
+{
+    const double factor = (unit == "ns" ? 1e9 : unit == "ms" ? 1e3 : 1) / each;
+    std::printf("%-44s %9.3f %-2s %9.3f %-2s %7.2f  %5.2f to %-5.2f ", what.c_str(), row.floor * factor, unit.c_str(),
+                row.measured * factor, unit.c_str(), row.ratio, row.lowest, row.highest);
+    if (goal > 0) std::printf("  %.2f %s", goal, row.ratio <= goal ? "met" : "MISSED");
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+void PrintFigure(const std::string& what, double value, const std::string& unit, double goal)
+{
+    std::printf("%-44s %25.1f %s", what.c_str(), value, unit.c_str());
+    if (goal > 0) std::printf("  (goal %.1f, %s)", goal, value <= goal ? "met" : "MISSED");
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+}  // namespace zelt::bench

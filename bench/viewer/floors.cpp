@@ -1,0 +1,85 @@
+#include "bench/viewer/floors.h"
+
+#include <libxml/xmlreader.h>
+
+#include <stdexcept>
+
+#include "bench/rows.h"
+#include "com/type_info.h"
+#include "core/narrow.h"
+#include "res/resource.h"
+#include "shell/log_reader/log_reader.h"
+#include "shell/log_viewer/shared_log_file.h"
+
+namespace zelt::bench {
+namespace {
+
+class ItemCollector final : public LogSink {
+public:
+    explicit ItemCollector(std::vector<BareItem>& items) : items(items) {}
+    void Item(const LogItem& item) override
+    {
+        items.push_back({item.depth, static_cast<int>(item.image), item.hasChildren, Widen(item.label, CP_UTF8)});
+    }
+    void ParseError(int) override {}
+    bool Continue() override { return true; }
+
+private:
+    std::vector<BareItem>& items;
+};
+
+INT_PTR CALLBACK Ignore(HWND, UINT message, WPARAM, LPARAM) { return message == WM_INITDIALOG; }
+
+}  // namespace
+
+double ReadBare(const std::wstring& path)
+{
+    const Stopwatch watch;
+    SharedLogFile file;
+    if (file.Open(path)) throw std::runtime_error("the log cannot be opened");
+    const xmlTextReaderPtr reader =
+        xmlReaderForFd(file.Descriptor(), nullptr, nullptr, XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET);
+    int status;
+    while ((status = xmlTextReaderRead(reader)) == 1) {
+    }
+    xmlFreeTextReader(reader);
+    if (status != 0) throw std::runtime_error("the log is not well-formed");
+    return watch.Seconds();
+}
+
+std::vector<BareItem> ItemsOf(const std::wstring& path)
+{
+    std::vector<BareItem> items;
+    SharedLogFile file;
+    if (file.Open(path)) throw std::runtime_error("the log cannot be opened");
+    ItemCollector collector(items);
+    ReadLog(file.Descriptor(), collector);
+    return items;
+}
+
+double InsertBare(const std::vector<BareItem>& items)
+{
+    const HWND dialog = CreateDialogParamW(com::ThisModule(), MAKEINTRESOURCEW(kDialogLogViewer), nullptr, Ignore, 0);
+    const HWND tree = GetDlgItem(dialog, kLogTree);
+    SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
+    const Stopwatch watch;
+    std::vector<HTREEITEM> open;
+    for (const BareItem& item : items) {
+        const auto depth = static_cast<std::size_t>(item.depth);
+        open.resize(depth + 1);
+        TVINSERTSTRUCTW record = {};
+        record.hParent = depth ? open[depth - 1] : TVI_ROOT;
+        record.hInsertAfter = TVI_LAST;
+        record.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_CHILDREN;
+        record.item.pszText = const_cast<wchar_t*>(item.label.c_str());
+        record.item.iImage = record.item.iSelectedImage = item.image;
+        record.item.cChildren = item.hasChildren;
+        open[depth] = TreeView_InsertItem(tree, &record);
+    }
+    SendMessageW(tree, WM_SETREDRAW, TRUE, 0);
+    const double seconds = watch.Seconds();
+    DestroyWindow(dialog);
+    return seconds;
+}
+
+}  // namespace zelt::bench

@@ -1,0 +1,80 @@
+#include "bench/viewer/written_log.h"
+
+#include <windows.h>
+
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+
+namespace zelt::bench {
+namespace {
+
+struct Parts {
+    std::string header, entries, footer;
+};
+
+Parts GoldenLog()
+{
+    std::ifstream file(ZELT_GOLDEN_LOG, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    const std::string log = text.str();
+    const std::size_t root = log.find("<zeltlogdocument>");
+    const std::size_t end = log.rfind("</zeltlogdocument>");
+    if (root == std::string::npos || end == std::string::npos) throw std::runtime_error("the golden log is missing");
+    const std::size_t first = log.find('\n', root) + 1;
+    return {log.substr(0, first), log.substr(first, end - first), log.substr(end)};
+}
+
+// Digits behind a decimal point differ from one iteration of a simulation to the next; counts and limits do not.
+void ChangeNumbers(std::string& entries, std::minstd_rand& random)
+{
+    for (std::size_t point = entries.find('.'); point != std::string::npos; point = entries.find('.', point + 1)) {
+        if (point == 0 || !std::isdigit(static_cast<unsigned char>(entries[point - 1]))) continue;
+        for (std::size_t digit = point + 1; std::isdigit(static_cast<unsigned char>(entries[digit])); ++digit) {
+            entries[digit] = static_cast<char>('0' + random() % 10);
+        }
+    }
+}
+
+}  // namespace
+
+WrittenLog::WrittenLog(long long bytes, bool blanks)
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    static int number = 0;
+    path = folder + (L"bench " + std::to_wstring(GetCurrentProcessId()) + L" " + std::to_wstring(++number) + L".zlg");
+    Parts parts = GoldenLog();
+    if (blanks) parts.entries = "<info value=\"nothing\"/>" + std::string(static_cast<std::size_t>(bytes), ' ');
+    std::FILE* file = _wfopen(path.c_str(), L"wb");
+    if (!file) throw std::runtime_error("the log cannot be written");
+    std::minstd_rand random(1);
+    std::fwrite(parts.header.data(), 1, parts.header.size(), file);
+    long long written = static_cast<long long>(parts.header.size() + parts.footer.size());
+    // Of a size below the golden log's own, as many whole entries as make it up.
+    while (written < bytes) {
+        ChangeNumbers(parts.entries, random);
+        std::size_t length = parts.entries.size();
+        if (static_cast<long long>(length) > bytes - written) {
+            const std::size_t wanted = parts.entries.find("\n</func>\r\n", static_cast<std::size_t>(bytes - written));
+            if (wanted != std::string::npos) length = wanted + 10;
+        }
+        if (std::fwrite(parts.entries.data(), 1, length, file) != length) {
+            std::fclose(file);
+            DeleteFileW(path.c_str());
+            throw std::runtime_error("the disk is full");
+        }
+        written += static_cast<long long>(length);
+    }
+    std::fwrite(parts.footer.data(), 1, parts.footer.size(), file);
+    std::fclose(file);
+    megabytes = static_cast<double>(written) / 1e6;
+}
+
+WrittenLog::~WrittenLog() { DeleteFileW(path.c_str()); }
+
+}  // namespace zelt::bench
