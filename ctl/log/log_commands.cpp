@@ -1,0 +1,51 @@
+#include "ctl/log/log_commands.h"
+
+#include "ctl/log/call_filter.h"
+
+namespace zelt::ctl {
+namespace {
+
+// clang-format off
+constexpr Option kJson = {"--json", nullptr, "as JSON"};
+
+constexpr Option kShowOptions[] = {
+    ZELT_CALL_FILTER_OPTIONS,
+    {"--result", "RESULT", "ok, failed, violation or warning: calls that went like this"},
+    {"--calls",  nullptr,  "calls, warnings and errors, but no arguments"},
+};
+constexpr Option kErrorsOptions[] = {
+    ZELT_CALL_FILTER_OPTIONS,
+    {"--no-warnings", nullptr, "errors alone"},
+    kJson,
+};
+constexpr Option kStatsOptions[] = {
+    ZELT_CALL_FILTER_OPTIONS,
+    {"--sort", "COLUMN", "calls (as without this option), failures, warnings, violations or name"},
+    kJson,
+};
+
+constexpr Option kExportOptions[] = {
+    {"--html", nullptr, "one page that needs no other file: a tree that folds, with a search"},
+    {"--json", nullptr, "an array of nested objects"},
+    {"--csv",  nullptr, "a table, a row for each call, value and message"},
+};
+
+constexpr Command kCommands[] = {
+    {"log show", "LOG", 1, 1, kShowOptions, "Shows a log as a tree of text",
+     "Each line begins with its line in the log. > is a call of the logged component, < one of its calls to an object of the\n"
+     "simulator; in and out are the arguments that go into the called method and come back from it.", ShowLog},
+    {"log errors", "LOG", 1, 1, kErrorsOptions, "Lists errors and warnings with the calls that they are about",
+     "A failure is what a call answered; a violation is a rule of the standard that somebody broke while the call went on.\n"
+     "The exit code is 1 when there are any.", ListErrors},
+    {"log stats", "LOG", 1, 1, kStatsOptions, "Counts calls, failures, warnings and violations, by method and by object",
+     "", CountCalls},
+    {"log export", "LOG", 1, 1, kExportOptions, "Writes a log in another form to standard output",
+     "", ExportLog},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> LogCommands() { return kCommands; }
+
+}  // namespace zelt::ctl
