@@ -24,6 +24,10 @@ constexpr Option kStatsOptions[] = {
     kJson,
 };
 
+constexpr Option kCheckOptions[] = {
+    {"--ignore", "RULES", "rules that are not checked, with commas between them"},
+    kJson,
+};
 constexpr Option kExportOptions[] = {
     {"--html", nullptr, "one page that needs no other file: a tree that folds, with a search"},
     {"--json", nullptr, "an array of nested objects"},
@@ -41,6 +45,22 @@ constexpr Command kCommands[] = {
      "", CountCalls},
     {"log export", "LOG", 1, 1, kExportOptions, "Writes a log in another form to standard output",
      "", ExportLog},
+    {"log check", "LOG", 1, 1, kCheckOptions, "Checks that a log is complete and that both sides behaved",
+     "A finding is the line of the log, a rule and a sentence. The rules:\n"
+     "  damaged          the log is cut off, or is no well-formed XML\n"
+     "  open-call        a call was not over when the log was cut off\n"
+     "  structure        elements stand where logs do not have them\n"
+     "  violation        a rule of the standard that the log itself says was broken\n"
+     "  exception        a fault or an exception left a component\n"
+     "  version-mix      an object is used as CAPE-OPEN 1.0 and as 1.1\n"
+     "  initialize       an object is initialised twice, or only after it was used\n"
+     "  after-terminate  a call of an object that was terminated\n"
+     "  not-terminated   an object is never terminated in a complete log\n"
+     "  not-released     somebody still holds an object at the end\n"
+     "  fractions        fractions that do not add up to 1, or are not between 0 and 1\n"
+     "  not-a-number     NaN or an infinity as the value of a property\n"
+     "  read-before-set  a property is read of a material that is known not to have it\n"
+     "The exit code is 1 when there are findings.", CheckLog},
 };
 // clang-format on
 
