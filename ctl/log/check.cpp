@@ -1,4 +1,5 @@
 // log check: whether a log is complete, and what it shows against the simulator, the package, or both.
+#include <algorithm>
 #include <string>
 #include <vector>
 

@@ -24,6 +24,16 @@ constexpr Option kStatsOptions[] = {
     kJson,
 };
 
+constexpr Option kFollowOptions[] = {
+    ZELT_CALL_FILTER_OPTIONS,
+    {"--calls", nullptr,   "calls, warnings and errors, but no arguments"},
+    {"--new",   nullptr,   "only what is written from now on"},
+    {"--idle",  "SECONDS", "ends when nothing was written for so long; without it, only at the log's end"},
+};
+constexpr Option kDiffOptions[] = {
+    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one"},
+    kJson,
+};
 constexpr Option kCheckOptions[] = {
     {"--ignore", "RULES", "rules that are not checked, with commas between them"},
     kJson,
@@ -61,6 +71,15 @@ constexpr Command kCommands[] = {
      "  not-a-number     NaN or an infinity as the value of a property\n"
      "  read-before-set  a property is read of a material that is known not to have it\n"
      "The exit code is 1 when there are findings.", CheckLog},
+    {"log diff", "LOG LOG", 2, 2, kDiffOptions, "Compares two logs, call by call",
+     "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
+     "~ is a value that differs, - a call or message of the first log alone, + one of the second alone, each with its\n"
+     "line. The exit code is 1 when the logs differ.", CompareLogs},
+    {"log redact", "LOG", 1, 1, {}, "Writes a log without its names and values to standard output",
+     "Names, texts, numbers, addresses and times are replaced, the same one by the same one throughout the log. Nothing\n"
+     "leads back: the key is made for this run and forgotten. Interfaces, methods, types, status codes, 0, NaN and the\n"
+     "standard's own words, such as temperature and Liquid, stay; so do the structure and the line numbers.", RedactLog},
+    {"log follow", "LOG", 1, 1, kFollowOptions, "Shows a log while it is being written", "", FollowLog},
 };
 // clang-format on
 

@@ -2,9 +2,8 @@
 // because a call's result stands behind what happened during it; the first time leaves two bits a call.
 #include <vector>
 
-#include "ctl/log/call_filter.h"
+#include "ctl/log/filtered_tree.h"
 #include "ctl/log/log_commands.h"
-#include "ctl/log/tree_text.h"
 
 namespace zelt::ctl {
 namespace {
@@ -66,38 +65,6 @@ private:
     std::vector<OpenCall> open;
 };
 
-class Shower final : public LogHandler {
-public:
-    Shower(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
-        : filter(filter), results(results), tree(tree)
-    {
-    }
-
-    void Begin(const LogEvent& event) override
-    {
-        if (event.kind == EventKind::Call) {
-            open.push_back(filter.Matches(event) && (!results || (*results)[calls]));
-            ++calls;
-        }
-        if (Shown()) tree.Begin(event);
-    }
-    void End(EventKind kind, int depth) override
-    {
-        if (Shown()) tree.End(kind, depth);
-        if (kind == EventKind::Call) open.pop_back();
-    }
-
-private:
-    // What stands outside of calls is shown with the whole log.
-    bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
-
-    const CallFilter& filter;
-    const std::vector<bool>* const results;
-    TreeText& tree;
-    std::vector<bool> open;
-    std::size_t calls = 0;
-};
-
 }  // namespace
 
 int ShowLog(const Arguments& arguments, Streams& streams)
@@ -111,7 +78,7 @@ int ShowLog(const Arguments& arguments, Streams& streams)
         Output ignored;
         ReadEvents(path, collector, ignored);
     }
-    Shower shower(filter, wanted == Wanted::All ? nullptr : &collector.matches, tree);
+    FilteredTree shower(filter, wanted == Wanted::All ? nullptr : &collector.matches, tree);
     ReadEvents(path, shower, streams.messages);
     return kFine;
 }

@@ -47,6 +47,7 @@ void TreeText::BeginValue(const LogEvent& event)
 
 void TreeText::Begin(const LogEvent& event)
 {
+    if (silent) return;
     switch (event.kind) {
         case EventKind::Call:
             BeginLine(event);
@@ -82,6 +83,7 @@ void TreeText::Begin(const LogEvent& event)
 
 void TreeText::End(EventKind kind, int depth)
 {
+    if (line == Line::None) return;
     if (kind == EventKind::Argument && depth == argumentDepth) EndLine();
     if (kind == EventKind::Value && nesting > 0 && depth > argumentDepth) {
         // The innermost bracket closes when its value ends, which is one level up from the values inside.

@@ -15,6 +15,9 @@ public:
     void Begin(const LogEvent& event);
     void End(EventKind kind, int depth);
 
+    // What begins while it is silent is not shown.
+    void SetSilent(bool now) { silent = now; }
+
 private:
     void BeginLine(const LogEvent& event);
     void EndLine();
@@ -22,6 +25,7 @@ private:
 
     Output& out;
     const bool onlyCalls;
+    bool silent = false;
     enum class Line { None, Name, Values } line = Line::None;  // how far the argument's line has come
     int argumentDepth = 0;
     int nesting = 0;  // brackets open around values inside values
