@@ -44,7 +44,7 @@ void PrintTitle(const std::string& title)
 
 void PrintRow(const std::string& what, const Comparison& row, double goal, const std::string& unit, double each)
 {
-    const double factor = (unit == "ns" ? 1e9 : unit == "ms" ? 1e3 : 1) / each;
+    const double factor = (unit == "ns" ? 1e9 : unit == "us" ? 1e6 : unit == "ms" ? 1e3 : 1) / each;
     std::printf("%-44s %9.3f %-2s %9.3f %-2s %7.2f  %5.2f to %-5.2f ", what.c_str(), row.floor * factor, unit.c_str(),
                 row.measured * factor, unit.c_str(), row.ratio, row.lowest, row.highest);
     if (goal > 0) std::printf("  %.2f %s", goal, row.ratio <= goal ? "met" : "MISSED");

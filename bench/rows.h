@@ -37,7 +37,7 @@ double Median(std::vector<double> values);
 // Each function does the work once and gives its seconds. A first pair warms caches up and is not counted.
 Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured);
 
-// `unit` is "s", "ms" or "ns"; `each` divides the times, as for a call among many. A goal of 0 is none.
+// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for a call among many. A goal of 0 is none.
 void PrintTitle(const std::string& title);
 void PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1);

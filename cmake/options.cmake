@@ -8,6 +8,9 @@ if(WIN32)
 endif()
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-Wall> $<$<COMPILE_LANGUAGE:C,CXX>:-Wextra>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-Werror>)
+# No path of the building machine in a program: equal sources give equal programs, wherever they lie.
+add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>
+                    $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>)
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   # SSE2 is the floor of Windows 10; with it a double is 64 bits wide everywhere, so that a package computes the same in
   # every process. Callers built by other compilers align the stack to 4 bytes only.

@@ -3,6 +3,8 @@
 #include <oleauto.h>
 #include <zelt.h>
 
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -21,16 +23,29 @@ void WrappedIn::Describe(LoggedCall& call) const
     if (LogDocument* log = call.Document()) WriteArg(*log, name, true, static_cast<IUnknown*>(pointer));
 }
 
-HRESULT WrappedIn::Prepare(LoggedCall& call)
+HRESULT WrappedIn::Prepare(LoggedCall& call) { return pointer && call.Document() ? Replace(call, false) : S_OK; }
+
+HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 {
-    if (!pointer || !call.Document()) return S_OK;
     ProxyPtr proxy;
     const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
+    if (makesReadOnly) proxy->SetReadOnly(true);
     return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
 }
 
 namespace {
+
+// Whether an object came back. A failed call leaves null.
+bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HRESULT result)
+{
+    if (!pointer) {
+        if (call.Document() && SUCCEEDED(result)) WarnNullOutput(*call.Document(), name);
+        return false;
+    }
+    if (FAILED(result)) *pointer = nullptr;
+    return SUCCEEDED(result);
+}
 
 // Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
 // as it is. On failure the object is released and null left.
@@ -50,15 +65,8 @@ HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& point
 
 void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
 {
+    if (!HasAnswer(call, name, pointer, result)) return;
     LogDocument* log = call.Document();
-    if (!pointer) {
-        if (log && SUCCEEDED(result)) WarnNullOutput(*log, name);
-        return;
-    }
-    if (FAILED(result)) {
-        *pointer = nullptr;
-        return;
-    }
     IUnknown* returned = *pointer;
     if (log && shown == Shown::AsReturned) WriteArg(*log, name, false, returned);
     std::string proxyName;
@@ -75,21 +83,21 @@ void WrappedOut::Finish(LoggedCall& call, HRESULT& result) const
     }
 }
 
-namespace {
-
-// The bounds of an array in the order that SafeArrayCreate takes them.
-std::vector<SAFEARRAYBOUND> BoundsOf(SAFEARRAY* array)
+void OriginalOut::Finish(LoggedCall& call, HRESULT& result) const
 {
-    std::vector<SAFEARRAYBOUND> bounds(SafeArrayGetDim(array));
-    for (UINT dimension = 0; dimension < bounds.size(); ++dimension) {
-        LONG lower = 0;
-        LONG upper = -1;
-        com::Check(SafeArrayGetLBound(array, dimension + 1, &lower));
-        com::Check(SafeArrayGetUBound(array, dimension + 1, &upper));
-        bounds[dimension] = {static_cast<ULONG>(upper - lower + 1), lower};
-    }
-    return bounds;
+    if (!HasAnswer(call, name, pointer, result)) return;
+    LogDocument* log = call.Document();
+    if (log) WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
+    const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(*pointer);
+    ForeignPtr<IUnknown> original;
+    if (!proxy || FAILED(CallForeign([&] { return proxy->GetOriginalObject(original.Receive()); }))) return;
+    ForeignPtr<IDispatch> answer = QueryForeign<IDispatch>(original.Get());
+    if (!answer) return;
+    ReleaseForeign(*pointer);
+    *pointer = answer.Detach();
 }
+
+namespace {
 
 struct ArrayDestroyer {
     void operator()(SAFEARRAY* array) const
@@ -100,22 +108,57 @@ struct ArrayDestroyer {
 };
 using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
 
-// Locks an array and gives its elements.
-template <class T>
-class LockedElements {
+// What is in an array that foreign code returned, copied without trust in anything that the array says of itself. The elements
+// stay the array's own.
+template <class Element>
+class ArrayContent {
 public:
-    explicit LockedElements(SAFEARRAY* array) : array(array)
+    explicit ArrayContent(SAFEARRAY* array)
     {
-        com::Check(SafeArrayAccessData(array, reinterpret_cast<void**>(&elements)));
+        constexpr UINT kMostDimensions = 32;
+        UINT dimensions = 0;
+        com::Check(CallForeign([&] {
+            dimensions = SafeArrayGetDim(array);
+            return array->cbElements == sizeof(Element) ? S_OK : DISP_E_TYPEMISMATCH;
+        }));
+        if (dimensions == 0 || dimensions > kMostDimensions) throw com::Failure(DISP_E_BADINDEX);
+        bounds.resize(dimensions);
+        com::Check(CallForeign([&] { return ReadBounds(array); }));
+        std::uint64_t total = 1;
+        for (const SAFEARRAYBOUND& bound : bounds) {
+            total *= bound.cElements;
+            if (total > kMostElements) throw com::Failure(E_OUTOFMEMORY);
+        }
+        elements.resize(static_cast<std::size_t>(total));
+        com::Check(CallForeign([&] {
+            if (total > 0) std::memcpy(elements.data(), array->pvData, elements.size() * sizeof(Element));
+            return S_OK;
+        }));
     }
-    ~LockedElements() { SafeArrayUnaccessData(array); }
-    LockedElements(const LockedElements&) = delete;
-    LockedElements& operator=(const LockedElements&) = delete;
-    T& operator[](std::size_t index) const { return elements[index]; }
+
+    // In the order that SafeArrayCreate takes them.
+    std::vector<SAFEARRAYBOUND>& Bounds() { return bounds; }
+    const std::vector<Element>& Elements() const { return elements; }
 
 private:
-    SAFEARRAY* array;
-    T* elements = nullptr;
+    // So that their size in bytes is far from overflowing, the system's calculations included.
+    static constexpr std::uint64_t kMostElements = 1 << 24;
+
+    HRESULT ReadBounds(SAFEARRAY* array)
+    {
+        for (UINT dimension = 0; dimension < bounds.size(); ++dimension) {
+            LONG lower = 0;
+            LONG upper = -1;
+            HRESULT got = SafeArrayGetLBound(array, dimension + 1, &lower);
+            if (SUCCEEDED(got)) got = SafeArrayGetUBound(array, dimension + 1, &upper);
+            if (FAILED(got)) return got;
+            bounds[dimension] = {static_cast<ULONG>(upper) - static_cast<ULONG>(lower) + 1, lower};
+        }
+        return S_OK;
+    }
+
+    std::vector<SAFEARRAYBOUND> bounds;
+    std::vector<Element> elements;
 };
 
 // The interface pointer in an element of an array of objects or of VARIANTs; null when there is none.
@@ -139,16 +182,20 @@ void CopyElement(VARIANT& to, const VARIANT& from)
     com::Check(CallForeign([&] { return VariantCopy(&to, const_cast<VARIANT*>(&from)); }));
 }
 
-// Fills `proxies` with one proxy for each object in `objects`, and with the other elements as they are.
+// An array of the same shape with one proxy for each object in `objects`, and with the other elements as they are.
 template <class Element>
-void FillWithProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, SAFEARRAY* proxies, std::size_t count)
+OwnedArray ArrayOfProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, VARTYPE type)
 {
-    const LockedElements<Element> from(objects);
-    const LockedElements<Element> to(proxies);
-    for (std::size_t i = 0; i < count; ++i) {
-        IUnknown* object = PointerIn(from[i]);
+    ArrayContent<Element> content(objects);
+    std::vector<SAFEARRAYBOUND>& bounds = content.Bounds();
+    OwnedArray proxies(SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data()));
+    if (!proxies) throw com::Failure(E_OUTOFMEMORY);
+    auto* to = static_cast<Element*>(proxies->pvData);
+    for (const Element& from : content.Elements()) {
+        Element& element = *to++;
+        IUnknown* object = PointerIn(from);
         if (!object) {
-            CopyElement(to[i], from[i]);
+            CopyElement(element, from);
             continue;
         }
         ProxyPtr proxy;
@@ -156,8 +203,9 @@ void FillWithProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects,
         if (!proxy) throw com::Failure(E_UNEXPECTED);
         IDispatch* pointer = nullptr;
         com::Check(proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer)));
-        PutPointer(to[i], pointer);
+        PutPointer(element, pointer);
     }
+    return proxies;
 }
 
 }  // namespace
@@ -174,16 +222,8 @@ void WrappedArrayOut::Finish(LoggedCall& call, HRESULT& result) const
     if (element != VT_DISPATCH && element != VT_UNKNOWN && element != VT_VARIANT) return;
 
     const HRESULT rebuilt = com::NoThrow([&] {
-        std::vector<SAFEARRAYBOUND> bounds = BoundsOf(array->parray);
-        OwnedArray proxies(SafeArrayCreate(element, static_cast<UINT>(bounds.size()), bounds.data()));
-        if (!proxies) return E_OUTOFMEMORY;
-        std::size_t count = 1;
-        for (const SAFEARRAYBOUND& bound : bounds) count *= bound.cElements;
-        if (element == VT_VARIANT) {
-            FillWithProxies<VARIANT>(call, site, array->parray, proxies.get(), count);
-        } else {
-            FillWithProxies<IUnknown*>(call, site, array->parray, proxies.get(), count);
-        }
+        OwnedArray proxies = element == VT_VARIANT ? ArrayOfProxies<VARIANT>(call, site, array->parray, element)
+                                                   : ArrayOfProxies<IUnknown*>(call, site, array->parray, element);
         const OwnedArray inner(std::exchange(array->parray, proxies.release()));
         return S_OK;
     });

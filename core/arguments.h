@@ -2,8 +2,9 @@
 // parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
 // carries none: it adds a check in its place among the logged arguments.
 //
-// Steps, in this order: Begin (whatever becomes of the call), Describe (before forwarding: log the input, make the check), Prepare (wrap what goes in; only for a
-// logged call), Value (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
+// Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the
+// check), Require (what has to be there; a failure ends the call), Prepare (only for a logged call: wrap what goes in), Value
+// (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
 #pragma once
 
 #include <type_traits>
@@ -25,6 +26,7 @@ inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}
+    HRESULT Require(LoggedCall&) { return S_OK; }
     HRESULT Prepare(LoggedCall&) { return S_OK; }
     void Finish(LoggedCall&, HRESULT&) const {}
     void Release() {}
@@ -157,6 +159,10 @@ struct WrappedIn : NoSteps {
     HRESULT Prepare(LoggedCall& call);
     IDispatch* Value() const { return wrapper ? wrapper.Get() : pointer; }
     void Release() { wrapper = ForeignPtr<IDispatch>(); }
+
+protected:
+    // Puts a proxy in the object's place.
+    HRESULT Replace(LoggedCall& call, bool makesReadOnly);
 };
 
 // The same behind one more pointer. The callee gets the address of a copy, so that the caller's slot is never written; null
@@ -198,6 +204,22 @@ struct WrappedOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
+// An object that comes back, logged as it was returned. Where it is one of our proxies, the caller gets what stands behind it:
+// the object that it once handed in itself. A failed call leaves null.
+struct OriginalOut : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    IDispatch** pointer;
+
+    OriginalOut(const char* name, IDispatch** pointer) : name(name), pointer(pointer) {}
+    void Begin() const
+    {
+        if (pointer) *pointer = nullptr;
+    }
+    IDispatch** Value() const { return pointer; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
 // An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy an element.
 struct WrappedArrayOut : NoSteps {
     using Parameter = VARIANT*;
@@ -228,6 +250,11 @@ struct InSlot : NoSteps {
 // The method changes the object: an error on a proxy that is read-only.
 struct Write : Mark, NoSteps {
     void Describe(LoggedCall& call) const;
+};
+
+// The wrapped object has to be there, and the proxy may make it now.
+struct NeedsObject : Mark, NoSteps {
+    HRESULT Require(LoggedCall& call) { return call.Proxy().RequireObject(call); }
 };
 
 // An error when the condition holds; the call goes on.

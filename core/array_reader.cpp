@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <cstdint>
+
 namespace zelt {
 namespace {
 
@@ -18,6 +20,20 @@ const char* ElementWord(VARTYPE elementType)
     }
 }
 
+// The size of the elements that are read as such; 0 for those that are not.
+ULONG ElementSize(VARTYPE elementType)
+{
+    switch (elementType) {
+        case VT_I2:
+        case VT_BOOL: return sizeof(short);
+        case VT_I4: return sizeof(LONG);
+        case VT_R8: return sizeof(double);
+        case VT_BSTR: return sizeof(BSTR);
+        case VT_VARIANT: return sizeof(VARIANT);
+        default: return 0;
+    }
+}
+
 }  // namespace
 
 ArrayReader::ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType)
@@ -29,7 +45,10 @@ ArrayReader::ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declared
         message = "failed to get lower bound";
     } else if (FAILED(SafeArrayGetUBound(array, 1, &upperBound))) {
         message = "failed to get upper bound";
-    } else if ((SUCCEEDED(SafeArrayGetVartype(array, &actual)) ? actual : declaredType) != elementType) {
+    } else if (std::int64_t{upperBound} - lowerBound < -1) {
+        message = "failed to get upper bound";  // more elements than a bound can tell
+    } else if ((SUCCEEDED(SafeArrayGetVartype(array, &actual)) ? actual : declaredType) != elementType ||
+               (ElementSize(elementType) != 0 && array->cbElements != ElementSize(elementType))) {
         message = std::string("Expected an array of type ") + ElementWord(elementType);
     } else {
         isOpen = true;

@@ -18,7 +18,8 @@ public:
     bool IsOpen() const { return isOpen; }
     const std::string& Message() const { return message; }
 
-    long Count() const { return upperBound - lowerBound + 1; }
+    // Up to all that the bounds can tell: 2^32 - 1.
+    ULONG Count() const { return static_cast<ULONG>(upperBound) - static_cast<ULONG>(lowerBound) + 1; }
 
     // The elements in order; T is the element type's C++ type.
     template <class T>

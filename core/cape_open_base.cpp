@@ -1,14 +1,13 @@
 #include "core/cape_open_base.h"
 
 #include <cape-open.h>
-#include <comutil.h>
 #include <zelt.h>
 
 #include <algorithm>
 
 #include "core/error_description.h"
+#include "core/foreign_text.h"
 #include "core/interface_name.h"
-#include "core/narrow.h"
 
 namespace zelt {
 
@@ -61,9 +60,9 @@ void CapeOpenBase::AskName()
         return Document()->WriteError("Failed to get name from object: " +
                                       ErrorDescription(result, identification.Get()));
     }
-    const _bstr_t owner(raw, false);
-    if (TextOf(raw).empty()) return Document()->WriteWarning("Object's name is empty");
-    name = Narrow(TextOf(raw));
+    std::string given = TakeForeignText(raw);
+    if (given.empty()) return Document()->WriteWarning("Object's name is empty");
+    name = std::move(given);
 }
 
 HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)

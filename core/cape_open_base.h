@@ -18,6 +18,7 @@
 namespace zelt {
 
 class CapeOpenBase;
+class LoggedCall;
 
 // One interface of the wrapped object, kept from its first use until the proxy lets go of it.
 class InterfaceCache {
@@ -38,6 +39,8 @@ public:
         }
         return pointer;
     }
+    // The pointer, if it has been got.
+    void* Get() const { return pointer; }
     void Drop() { ReleaseForeign(pointer); }
     InterfaceCache* Next() const { return next; }
 
@@ -53,6 +56,7 @@ struct ProxyTraits {
     // through, and hold it as their own, so that nothing points back to an owner that may be gone.
     ThermoVersion servedVersion = ThermoVersion::Unset;
     bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
+    bool isNamedEarly = false;      // takes a name before its object is made
 };
 
 class CapeOpenBase : public com::Object {
@@ -83,6 +87,11 @@ public:
     // Becomes the `object` of later entries.
     void Rename(std::string newName) { name = std::move(newName); }
 
+    bool IsNamedEarly() const { return traits.isNamedEarly; }
+
+    // Called within `call`, which is of no use without the wrapped object: a chance to make it. A failure ends the call.
+    virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
+
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
@@ -103,13 +112,15 @@ protected:
     explicit CapeOpenBase(const ProxyTraits& traits);
     ~CapeOpenBase() override;
 
+    // Takes the wrapped object, for a proxy that is made before it.
+    void Wrap(IUnknown* object);
+
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     void FinalRelease() override;
 
 private:
     friend class InterfaceCache;
 
-    void Wrap(IUnknown* object);
     void LeaveTree();
     void AskName();
     void DropInterfaces();

@@ -3,13 +3,11 @@
 #include <oleauto.h>
 
 #include <cape-open.h>
-#include <comutil.h>
 
 #include <new>
 
-#include "core/foreign_call.h"
+#include "core/foreign_text.h"
 #include "core/hr_name.h"
-#include "core/narrow.h"
 #include "core/system_text.h"
 
 namespace zelt {
@@ -55,9 +53,7 @@ std::string ForeignText(IUnknown* source, HRESULT (STDMETHODCALLTYPE I::*getter)
     if (!error) return {};
     BSTR raw = nullptr;
     const HRESULT result = CallForeign([&] { return (error.Get()->*getter)(&raw); });
-    if (FAILED(result) || !raw) return {};
-    const _bstr_t owner(raw, false);
-    return Narrow(TextOf(raw));
+    return FAILED(result) ? std::string() : TakeForeignText(raw);
 }
 
 }  // namespace

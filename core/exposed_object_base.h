@@ -36,7 +36,7 @@ struct LoggedUtilities final : LoggedInterface<ICapeUtilities> {
         return LOGGED(ICapeUtilities, put_simulationContext,
                       WrappedIn("context", context, {WrapKind::SimulationContext}), Write());
     }
-    STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize); }
+    STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize, NeedsObject()); }
     STDMETHOD(Terminate)() override { return LOGGED(ICapeUtilities, Terminate); }
     STDMETHOD(Edit)() override { return LOGGED(ICapeUtilities, Edit, Write()); }
 };

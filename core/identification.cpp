@@ -8,6 +8,14 @@ namespace zelt {
 
 namespace {
 
+void TakeName(CapeOpenBase& proxy, BSTR name)
+{
+    com::NoThrow([&] {
+        proxy.Rename(Narrow(TextOf(name)));
+        return S_OK;
+    });
+}
+
 // The proxy takes over the name that its object has accepted.
 struct Renames : Mark, NoSteps {
     BSTR name;
@@ -15,11 +23,7 @@ struct Renames : Mark, NoSteps {
     explicit Renames(BSTR name) : name(name) {}
     void Finish(LoggedCall& call, HRESULT& result) const
     {
-        if (FAILED(result)) return;
-        com::NoThrow([&] {
-            call.Proxy().Rename(Narrow(TextOf(name)));
-            return S_OK;
-        });
+        if (SUCCEEDED(result)) TakeName(call.Proxy(), name);
     }
 };
 
@@ -27,7 +31,11 @@ struct Renames : Mark, NoSteps {
 
 STDMETHODIMP LoggedIdentification::put_ComponentName(BSTR name)
 {
-    return LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
+    const bool isEarly = !Proxy().Wrapped() && Proxy().IsNamedEarly();
+    const HRESULT result = LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
+    // Nothing foreign was called, so the proxy is still there.
+    if (isEarly) TakeName(Proxy(), name);
+    return result;
 }
 
 HRESULT LoggedIdentification::AnswerUninitialized(const char* method, const char* argument, BSTR* text)

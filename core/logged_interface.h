@@ -58,6 +58,9 @@ protected:
 
     CapeOpenBase& Proxy() { return static_cast<CapeOpenBase&>(this->object); }
 
+    // The wrapped object's interface; null when it is refused.
+    I* Target() { return static_cast<I*>(Resolve(Proxy().Wrapped(), __uuidof(I))); }
+
     // The method is a template's argument, so that it is called like any virtual function and not through a pointer.
     template <auto Method, class... D>
     HRESULT Forward(const char* name, D... descriptors) noexcept
@@ -74,7 +77,9 @@ protected:
             if constexpr (Version != ThermoVersion::Unset) Proxy().UseVersion(Version);
         }
 
-        HRESULT result = E_UNEXPECTED;
+        HRESULT result = S_OK;
+        ((result = SUCCEEDED(result) ? descriptors.Require(call) : result), ...);
+        if (FAILED(result)) return call.Close(result, nullptr);
         auto* target = static_cast<I*>(call.Resolve(*this, __uuidof(I), result));
         if (!target) return result;
 

@@ -22,10 +22,11 @@ std::wstring ErrnoText(int error)
 
 }  // namespace
 
-LogDocument* OpenLog(LogOptions& options, const std::wstring& objectName, std::string_view objectType)
+LogDocument* OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
+                     std::string_view objectType)
 {
     std::wstring path;
-    if (!ChooseLogPath(options, L"Create log for " + objectName + L":", path)) return nullptr;
+    if (!ChooseLogPath(options, L"Create log for " + titleName + L":", path)) return nullptr;
     LogFile file;
     if (const int error = file.Open(path)) {
         ShowMessage(L"Failed to open log file \"" + path + L"\" for writing: " + ErrnoText(error) +

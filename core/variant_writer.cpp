@@ -41,7 +41,7 @@ template <class T, class Append>
 void AppendElements(const ArrayReader& reader, Append&& append)
 {
     const T* elements = reader.Elements<T>();
-    for (long i = 0; i < reader.Count(); ++i) append(elements[i]);
+    for (ULONG i = 0; i < reader.Count(); ++i) append(elements[i]);
 }
 
 void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)

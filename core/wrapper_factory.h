@@ -25,6 +25,8 @@ enum class WrapKind {
     Parameter,
     ParameterSpec,
     ReactionObject,
+    PortCollection,
+    UnitPort,
     Count
 };
 

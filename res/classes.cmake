@@ -19,3 +19,8 @@ zelt_class_script(reaction_package_manager.rgs
   "{678C09A1-7D66-11D2-A67D-00105A42887F}" "{678C09AA-0100-11D2-A67D-00105A42887F}"
   "ZELT Reaction Package Manager (CAPE-OPEN 1.0)" "Zeltora: Reacion Package Manager" "1.0"
   "ZELT (Zeltora): run 32-bit in-proc reaction packages out-of-proc")
+zelt_class_script(unit_operation.rgs
+  "PRAVIK.UnitOperation" "UnitOperation Class" "{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}"
+  "{678C09A5-7D66-11D2-A67D-00105A42887F}" "{678C09A1-7D66-11D2-A67D-00105A42887F}"
+  "PRAVIK Logged Unit Operation" "PRAVIK Logged Unit Operation" "1.0"
+  "CAPE-OPEN 1.0 unit operation")

@@ -8,11 +8,13 @@
 #define kScriptApplication 101
 #define kScriptPropertyPackageManager 104
 #define kScriptThermoSystem 109
+#define kScriptUnitOperation 116
 #define kScriptReactionPackageManager 135
 
 #define kMainDialog 102
 #define kAddPackageDialog 105
 #define kAboutDialog 107
+#define kSelectDialog 124
 
 #define kIconApplication 201
 #define kImages 202
@@ -27,6 +29,7 @@
 #define kExportNameLabel 304
 #define kLoggingEnabled 305
 #define kVersionText 306
+#define kComponentList 307
 
 // An item of the system menu: below 0xF000, and its low four bits are the system's own.
 #define kCommandSystemAbout 16

@@ -8,12 +8,19 @@ demoRuns=(
     "reactions|4|ZeltSample.ReactionsPackageManager|ZELT.ReactionPackageManager|Hydrogen|CAPE-OPEN 1.0 reaction package"
 )
 
+# The flowsheet: PRAVIK around the sample's mixer with heater, whose streams the first package calculates. The parameters
+# are not the defaults, so that loading shows.
+demoUnit=ZeltSample.MixerHeater
+demoLoggedUnit=PRAVIK.UnitOperation
+demoSettings=(--set "Heat duty=150000" --set "Pressure drop=20000" --set "Temperature limits=280;480"
+              --set "Search temperature=true" --set "Maximum iterations=60")
+
 Demo()
 {
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/Sample{Package,Reactions}.dll \
+    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
         build/{i686,x86_64}/samples/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
@@ -25,11 +32,12 @@ Demo()
     Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
     # The packages are 32-bit libraries: the 32-bit regsvr32 is the one in syswow64.
     local library
-    for library in SamplePackage SampleReactions; do
+    for library in SamplePackage SampleReactions SampleUnits; do
         Step "demo-register-$library" "Registering $library.dll" \
             Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
     done
     Step demo-export "Exporting ${#demoRuns[@]} packages with logging" ExportPackages
+    Step demo-unit "Choosing the unit operation that PRAVIK logs" ChooseUnit
 
     local run name kind sample zelt package what
     for run in "${demoRuns[@]}"; do
@@ -38,8 +46,19 @@ Demo()
         Step "demo-$name-32" "32-bit simulator, $what through ZELT" Simulate i686 "$name-32" "$zelt" "$package"
         Step "demo-$name-direct" "32-bit simulator, $what in process" \
             Simulate i686 "$name-direct" "$sample" "$package" --in-process
-        Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name"
+        Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name" 64 32
     done
+
+    IFS='|' read -r name kind sample zelt package what <<<"${demoRuns[0]}"
+    local file=$demoFolder/flowsheet.zfs
+    Step demo-flowsheet-64 "64-bit simulator, flowsheet with the unit through PRAVIK and the package through ZELT" \
+        Simulate x86_64 flowsheet-64 "$zelt" "$package" --flowsheet "$demoLoggedUnit" "${demoSettings[@]}" \
+        --save "$(WindowsPath "$file")"
+    Step demo-flowsheet-loaded "64-bit simulator, the saved flowsheet in a second process" \
+        Simulate x86_64 flowsheet-loaded --load "$(WindowsPath "$file")"
+    Step demo-flowsheet-direct "32-bit simulator, the same flowsheet in process" \
+        Simulate i686 flowsheet-direct "$sample" "$package" --flowsheet "$demoUnit" "${demoSettings[@]}" --in-process
+    Step demo-flowsheet-compare "Comparing the results bit for bit" CompareResults flowsheet 64 loaded
 
     for run in "${demoRuns[@]}"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
@@ -49,6 +68,14 @@ Demo()
         echo
         Say "All $(wc -l <"$demoFolder/$name-direct.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
     done
+    echo
+    Say "The flowsheet, calculated by the 32-bit unit operation and package for the 64-bit simulator"
+    cat "$demoFolder/flowsheet-64.txt"
+    echo
+    Say "The flowsheet as a second process loaded and calculated it"
+    cat "$demoFolder/flowsheet-loaded.txt"
+    echo
+    Say "All $(wc -l <"$demoFolder/flowsheet-direct.bits") rows of results of both equal the in-process ones, bit for bit."
     ShowLogs
 }
 
@@ -71,6 +98,16 @@ ExportPackages()
     Wine reg add "$key" /f /v PromptOpenLog /t REG_DWORD /d 0
 }
 
+# The choice of the main window's menu: the class identity as 16 bytes, the first three of its numbers little endian.
+ChooseUnit()
+{
+    local class bytes
+    Wine reg query "HKCR\\$demoUnit\\CLSID" /ve >"$demoFolder/class.txt"
+    class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt" | tr -d '{}-') || { echo "$demoUnit is not registered."; return 1; }
+    bytes=${class:6:2}${class:4:2}${class:2:2}${class:0:2}${class:10:2}${class:8:2}${class:14:2}${class:12:2}${class:16:16}
+    Wine reg add 'HKCU\Software\ZELT' /f /v PRAVIKUnit /t REG_BINARY /d "$bytes"
+}
+
 # Simulate <architecture> <result name> <arguments...>: the table and, apart, the lines that show each number's bits.
 Simulate()
 {
@@ -84,25 +121,35 @@ Simulate()
     return "$status"
 }
 
-# CompareResults <result name>: every number that the simulators got through ZELT must be the one that the package
-# calculates in process.
+# CompareResults <result name> <run>...: every number that the simulators got through ZELT must be the one that the
+# components calculate in process.
 CompareResults()
 {
-    local direct=$demoFolder/$1-direct.bits width
+    local direct=$demoFolder/$1-direct.bits name=$1 run
+    shift
     grep -q '[0-9A-Fa-f]\{16\}' "$direct" || { echo "The simulator showed no bits."; return 1; }
-    for width in 64 32; do
-        diff "$direct" "$demoFolder/$1-$width.bits" || { echo "The $width-bit results differ."; return 1; }
+    for run in "$@"; do
+        diff "$direct" "$demoFolder/$name-$run.bits" || { echo "The results of the run $name-$run differ."; return 1; }
     done
 }
 
 # The logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first whole, of the others the top.
+# Each of the flowsheet's two runs has two, the package's and the unit operation's.
 ShowLogs()
 {
-    local logs log lines top=40
+    local logs log lines top=40 expected=$((2 * ${#demoRuns[@]} + 4))
     mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' -printf '%T@ %p\n' | sort -n | cut -d ' ' -f 2-)
-    [ ${#logs[@]} -eq $((2 * ${#demoRuns[@]})) ] || Fail "ZELT wrote ${#logs[@]} logs, not one for each run through it."
+    [ ${#logs[@]} -eq "$expected" ] || Fail "ZELT wrote ${#logs[@]} logs, not $expected."
+    local units=0
+    for log in "${logs[@]}"; do
+        ! grep -q 'ICapeUnit::Calculate' "$log" || units=$((units + 1))
+    done
+    [ "$units" -eq 2 ] || Fail "$units logs tell of a calculated unit operation, not those of the flowsheet's two runs."
     echo
-    Say "Log of the first run (${#logs[@]} in all): ${logs[0]}"
+    Say "All ${#logs[@]} logs"
+    printf '%s\n' "${logs[@]}"
+    echo
+    Say "Log of the first run: ${logs[0]}"
     tr -d '\r' <"${logs[0]}"
     for log in "${logs[@]:1}"; do
         lines=$(wc -l <"$log")

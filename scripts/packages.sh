@@ -10,12 +10,19 @@ build | cmake                       | build and test driver
 build | ninja-build                 | build driver
 build | googletest                  | sources of the test framework
 build | dpkg-dev                    | unpacks the source package of libxml2
+build | cmark-gfm                   | turns the user guide into the pages of the help
+build | fp-utils                    | compiler and lister of help files
 build | wine                        | runs programs and tests
 build | wine32:i386                 | the 32-bit half of Wine, and the base type library that ours refer to
 build | wine64                      | the 64-bit half of Wine
 build | xvfb                        | a display for windows and message boxes
+ship  | nsis                        | makes the setup program
+ship  | zip                         | makes the portable zip
+ship  | unzip                       | unpacks it in its test
 lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
+pictures | imagemagick              | converts screenshots to the pictures of the user guide
+pictures | fonts-wine               | the symbols and the text of windows as people know them
 '
 
 # Prints the packages of the groups in $@ that are not installed.

@@ -5,19 +5,14 @@
 // Paths are relative to Software\Classes. Failures are thrown as com::Failure.
 #pragma once
 
-#include <span>
 #include <string>
 
-#include "core/registry.h"
+#include "core/registry_view.h"
 
 namespace zelt {
 
 // Whom a registration serves: everybody on the machine, or the current user.
 enum class Scope { Machine, User };
-
-// The views of this Windows: two when it is a 64-bit one, whatever the width of the process.
-std::span<const REGSAM> RegistryViews();
-REGSAM OwnView();
 
 RegistryRoot ClassesHive(Scope scope, REGSAM view);
 std::wstring ClassesPath(const std::wstring& path);

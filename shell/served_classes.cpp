@@ -4,6 +4,7 @@
 #include "thermo/property_package_manager.h"
 #include "thermo/reaction_package_manager.h"
 #include "thermo/thermo_system.h"
+#include "unit/unit_operation.h"
 
 namespace zelt {
 namespace {
@@ -13,6 +14,7 @@ const ServedClass kServedClasses[] = {
     {{kThermoSystemClass,           CreateThermoSystem},           kScriptThermoSystem,           L"ZELT.ThermoSystem"},
     {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager, L"ZELT.PropertyPackageManager"},
     {{kReactionPackageManagerClass, CreateReactionPackageManager}, kScriptReactionPackageManager, L"ZELT.ReactionPackageManager"},
+    {{kUnitOperationClass,          CreateUnitOperation},          kScriptUnitOperation,          L"PRAVIK.UnitOperation"},
 };
 // clang-format on
 

@@ -4,6 +4,7 @@
 #include <comutil.h>
 
 #include "core/error_description.h"
+#include "core/foreign_creation.h"
 #include "core/hr_name.h"
 #include "core/narrow.h"
 #include "core/open_log.h"
@@ -18,15 +19,12 @@ constexpr HRESULT kOtherFailure = static_cast<HRESULT>(ECapeUnknownHR);
 
 [[noreturn]] void Fail(std::wstring description) { throw PackageFailure{kCreationFailed, std::move(description)}; }
 
-// Creates a foreign object; `failure` begins the error's text.
+// Creates a component; `failure` begins the error's text.
 template <class I>
-ForeignPtr<I> CreateForeign(REFCLSID clsid, REFIID iid, const wchar_t* failure)
+ForeignPtr<I> CreateComponent(REFCLSID clsid, REFIID iid, const wchar_t* failure)
 {
     void* created = nullptr;
-    HRESULT result = CallForeign([&] { return CoCreateInstance(clsid, nullptr, kAnyContext, iid, &created); });
-    // A package's module brings its own runtime library, whose abort must not end this process.
-    PrepareGuards();
-    if (SUCCEEDED(result) && !created) result = E_NOINTERFACE;
+    const HRESULT result = CreateForeign(clsid, kAnyContext, iid, &created);
     if (FAILED(result)) Fail(failure + Widen(HRName(result)));
     return ForeignPtr<I>(static_cast<I*>(created));
 }
@@ -35,7 +33,7 @@ ForeignPtr<I> CreateForeign(REFCLSID clsid, REFIID iid, const wchar_t* failure)
 class ForeignManager {
 public:
     ForeignManager(const ManagerRow& row, REFCLSID clsid)
-        : manager(CreateForeign<IUnknown>(clsid, row.foreignInterface, row.createManagerFailure)),
+        : manager(CreateComponent<IUnknown>(clsid, row.foreignInterface, row.createManagerFailure)),
           utilities(QueryForeign<ICapeUtilities>(manager.Get()))
     {
         if (!utilities) return;
@@ -76,7 +74,7 @@ ForeignPtr<IDispatch> CreatePackage(const ManagerRow& row, const ExportedPackage
 {
     if (package.kind == row.fromManager) return PackageFromManager(row, package);
     if (package.kind == row.standAlone) {
-        return CreateForeign<IDispatch>(package.classId, IID_IDispatch, row.standAloneFailure);
+        return CreateComponent<IDispatch>(package.classId, IID_IDispatch, row.standAloneFailure);
     }
     throw PackageFailure{kOtherFailure, L"internal error"};
 }
@@ -97,8 +95,9 @@ IDispatch* CreateExportedPackage(const ManagerRow& row, ExportedPackage package,
     if (!created) Fail(row.nullResult);
     RenamePackage(created.Get(), package.exportedName);
 
-    const DocumentHold document(package.loggingEnabled ? OpenLog(options, package.exportedName, row.logDescription)
-                                                       : nullptr);
+    const DocumentHold document(package.loggingEnabled
+                                    ? OpenLog(options, package.exportedName, package.exportedName, row.logDescription)
+                                    : nullptr);
     const ProxyPtr proxy(row.newProxy());
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
     IDispatch* result = nullptr;

@@ -6,7 +6,9 @@
 #include "unit/parameter.h"
 #include "unit/parameter_collection.h"
 #include "unit/parameter_spec.h"
+#include "unit/port_collection.h"
 #include "unit/reaction_object.h"
+#include "unit/unit_port.h"
 
 namespace zelt {
 namespace {
@@ -41,6 +43,8 @@ constexpr WrapTable kWrappers = {
     WrapAs<CParameter>,            // Parameter
     WrapAs<CParameterSpec>,        // ParameterSpec
     WrapAs<CReactionObject>,       // ReactionObject
+    WrapAs<CPortCollection>,       // PortCollection
+    WrapAs<CUnitPort>,             // UnitPort
 };
 
 }  // namespace

@@ -2,21 +2,9 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
+#include "unit/logged_collection.h"
 
 namespace zelt {
-
-struct LoggedCollection final : LoggedInterface<ICapeCollection> {
-    using LoggedInterface::LoggedInterface;
-    STDMETHOD(Item)(VARIANT id, IDispatch** item) override
-    {
-        return LOGGED(ICapeCollection, Item, In("id", id),
-                      WrappedOut("Item", item, {WrapKind::Parameter}, Shown::AsReturned));
-    }
-    STDMETHOD(Count)(long* itemsCount) override
-    {
-        return LOGGED(ICapeCollection, Count, Out("itemsCount", itemsCount));
-    }
-};
 
 class CParameterCollection final : public ExposedObjectBase {
 public:
@@ -27,7 +15,7 @@ protected:
 
 private:
     static constexpr ProxyTraits kTraits = {.typeName = "Parameter collection"};
-    LoggedCollection collection;
+    LoggedCollection<WrapKind::Parameter, Shown::AsReturned> collection;
 };
 
 }  // namespace zelt

@@ -1,10 +1,12 @@
 // The log viewer beside libxml2's bare reader and a bare tree view.
-// Usage: bench_viewer [--large] [--quick]. --large adds a log of 1000 MB; --quick takes two pairs of each.
+// Usage: bench_viewer [--large] [--quick] [--only <MB>]. --large adds a log of 1000 MB; --quick takes two pairs of each;
+// --only measures loading a log of that size alone.
 #include <windows.h>
 #include <commctrl.h>
 #include <objbase.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 
@@ -17,15 +19,21 @@ int main(int argc, char** argv)
 try {
     using namespace zelt::bench;
     bool large = false, quick = false;
+    long long only = 0;
     for (int i = 1; i < argc; ++i) {
         large |= std::strcmp(argv[i], "--large") == 0;
         quick |= std::strcmp(argv[i], "--quick") == 0;
+        if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc) only = std::atoll(argv[++i]);
     }
     const INITCOMMONCONTROLSEX controls = {sizeof controls,
                                            ICC_TREEVIEW_CLASSES | ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
     zelt::PrepareLogReader();
 
+    if (!only) {
+        PrintTitle("Viewer: search");
+        BenchSearch(quick ? 2 : 9);
+    }
     PrintTitle("Viewer: loading");
     BenchWindows();
     const struct {
@@ -33,13 +41,11 @@ try {
         int pairs;
     } kSizes[] = {{1, 9}, {4, 5}, {10, 9}, {100, 5}, {200, 5}, {1000, 3}};
     for (const auto& size : kSizes) {
-        if (size.megabytes > 200 && !large) continue;
+        if (only ? size.megabytes != only : size.megabytes > 200 && !large) continue;
         const WrittenLog log(size.megabytes * 1'000'000);
         BenchLoading(log, quick ? 2 : size.pairs);
         BenchProgram(log);
     }
-    PrintTitle("Viewer: search");
-    BenchSearch(quick ? 2 : 9);
     return 0;
 } catch (const std::exception& failure) {
     std::printf("bench_viewer: %s\n", failure.what());

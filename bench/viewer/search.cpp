@@ -5,7 +5,6 @@
 
 #include "bench/rows.h"
 #include "bench/viewer/parts.h"
-#include "shell/log_viewer/label_matcher.h"
 #include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/long_task.h"
@@ -14,6 +13,13 @@ namespace zelt::bench {
 namespace {
 
 constexpr int kItems = 1'000'000;
+
+void MakeLower(std::string& text)
+{
+    for (char& character : text) {
+        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    }
+}
 
 // Calls with arguments and values. A call's numbers either come again later, or never.
 void Fill(LogModel& model, int differentNumbers)

@@ -40,6 +40,17 @@ void ChangeNumbers(std::string& entries, std::minstd_rand& random)
     }
 }
 
+// As many entries as a window shows.
+std::string FirstPage()
+{
+    std::string page;
+    for (int i = 0; i < 60; ++i) {
+        page += "<func name=\"ICapeThermoMaterial::GetSinglePhaseProp\" direc=\"in\" object=\"Feed\"/>\r\n";
+    }
+    for (int i = 0; i < 15; ++i) page += "<warning value=\"The object is not released at its final release\"/>\r\n";
+    return page;
+}
+
 }  // namespace
 
 WrittenLog::WrittenLog(long long bytes, bool blanks)
@@ -49,7 +60,7 @@ WrittenLog::WrittenLog(long long bytes, bool blanks)
     static int number = 0;
     path = folder + (L"bench " + std::to_wstring(GetCurrentProcessId()) + L" " + std::to_wstring(++number) + L".zlg");
     Parts parts = GoldenLog();
-    if (blanks) parts.entries = "<info value=\"nothing\"/>" + std::string(static_cast<std::size_t>(bytes), ' ');
+    if (blanks) parts.entries = FirstPage() + std::string(static_cast<std::size_t>(bytes), ' ');
     std::FILE* file = _wfopen(path.c_str(), L"wb");
     if (!file) throw std::runtime_error("the log cannot be written");
     std::minstd_rand random(1);

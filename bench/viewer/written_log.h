@@ -10,7 +10,7 @@ class WrittenLog {
 public:
     // The log is at least `bytes` long, complete, and well-formed.
     explicit WrittenLog(long long bytes) : WrittenLog(bytes, false) {}
-    // A log of one entry, and blanks.
+    // A log whose entries fill a window, and blanks.
     static WrittenLog OfBlanks(long long bytes) { return WrittenLog(bytes, true); }
     ~WrittenLog();
     WrittenLog(const WrittenLog&) = delete;

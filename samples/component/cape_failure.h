@@ -41,4 +41,16 @@ std::wstring DescribeFailure(IUnknown* source, HRESULT code);
 // Throws CapeFailure when a call on `source` failed: with its code, and `who`, a colon and its description.
 void CheckCall(HRESULT code, IUnknown* source, const wchar_t* who);
 
+// Runs `body`; a CapeFailure that leaves it gets "who: " before its description.
+template <class Body>
+auto Named(const std::wstring& who, Body&& body)
+{
+    try {
+        return body();
+    } catch (CapeFailure& failure) {
+        failure.description = who + L": " + failure.description;
+        throw;
+    }
+}
+
 }  // namespace zelt::sample

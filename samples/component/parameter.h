@@ -1,6 +1,6 @@
 // The parameters of a sample component: what each may hold, its value, and the interfaces through which a simulator
 // reaches it. A ParameterSet belongs to its component; the COM objects that it hands out keep a parameter's value alive
-// by themselves, so a simulator may hold them longer than the component. Not saved anywhere.
+// by themselves, so a simulator may hold them longer than the component. Saves nothing by itself.
 #pragma once
 
 #include <cape-open.h>
@@ -8,6 +8,7 @@
 #include <wrl/client.h>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -77,6 +78,9 @@ public:
 
     // A new collection object over the same parameters.
     Microsoft::WRL::ComPtr<IDispatch> Collection(std::wstring name) const;
+
+    // In the order of the definitions, for whoever saves and loads values.
+    std::span<const std::shared_ptr<ParameterState>> States() const { return states; }
 
 private:
     const VARIANT& ValidValue(std::wstring_view name) const;

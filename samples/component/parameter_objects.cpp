@@ -58,9 +58,8 @@ private:
 
 class Collection final : public com::Object {
 public:
-    Collection(std::wstring name, std::span<const ComPtr<IDispatch>> items)
-        : collection(*this, errors, items),
-          identification(*this, errors, std::move(name), L"A collection of parameters")
+    Collection(std::wstring name, std::span<const ComPtr<IDispatch>> items, std::wstring description)
+        : collection(*this, errors, items), identification(*this, errors, std::move(name), std::move(description))
     {}
 
 protected:
@@ -163,10 +162,11 @@ private:
 
 }  // namespace
 
-ComPtr<IDispatch> CreateCollection(std::wstring name, std::span<const ComPtr<IDispatch>> items)
+ComPtr<IDispatch> CreateCollection(std::wstring name, std::span<const ComPtr<IDispatch>> items,
+                                   std::wstring description)
 {
     ComPtr<IDispatch> collection;
-    com::Check(com::Create<Collection>(IID_PPV_ARGS(&collection), std::move(name), items));
+    com::Check(com::Create<Collection>(IID_PPV_ARGS(&collection), std::move(name), items, std::move(description)));
     return collection;
 }
 

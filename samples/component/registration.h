@@ -28,6 +28,7 @@ inline constexpr const wchar_t* kPropertyPackageManager11 = L"{CF51E383-0110-4ED
 inline constexpr const wchar_t* kPropertyPackage11 = L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}";
 inline constexpr const wchar_t* kThermoSystem10 = L"{678C09A3-7D66-11D2-A67D-00105A42887F}";
 inline constexpr const wchar_t* kPropertyPackage10 = L"{678C09A4-7D66-11D2-A67D-00105A42887F}";
+inline constexpr const wchar_t* kUnitOperation10 = L"{678C09A5-7D66-11D2-A67D-00105A42887F}";
 inline constexpr const wchar_t* kReactionPackageManager10 = L"{678C09AA-0100-11D2-A67D-00105A42887F}";
 inline constexpr const wchar_t* kReactionPackage10 = L"{678C09AB-0100-11D2-A67D-00105A42887F}";
 

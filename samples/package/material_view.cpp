@@ -98,11 +98,10 @@ void MaterialView::SetTwoPhase(const wchar_t* property, std::span<const std::wst
               material.Get(), L"Material object");
 }
 
-void MaterialView::SetPresentPhases(std::span<const std::wstring> phaseLabels) const
+void MaterialView::SetPresentPhases(std::span<const std::wstring> phaseLabels, eCapePhaseStatus status) const
 {
-    const std::vector<long> status(phaseLabels.size(), CAPE_ATEQUILIBRIUM);
-    CheckCall(material->SetPresentPhases(MakeStrings(phaseLabels), MakeLongs(status)), material.Get(),
-              L"Material object");
+    const std::vector<long> all(phaseLabels.size(), status);
+    CheckCall(material->SetPresentPhases(MakeStrings(phaseLabels), MakeLongs(all)), material.Get(), L"Material object");
 }
 
 }  // namespace zelt::sample

@@ -38,8 +38,9 @@ public:
                         std::span<const double> values) const;
     void SetTwoPhase(const wchar_t* property, std::span<const std::wstring> phaseLabels, const wchar_t* basis,
                      std::span<const double> values) const;
-    // Makes these phases the present ones, at equilibrium.
-    void SetPresentPhases(std::span<const std::wstring> phaseLabels) const;
+    // Makes these phases the present ones, all of this status.
+    void SetPresentPhases(std::span<const std::wstring> phaseLabels,
+                          eCapePhaseStatus status = CAPE_ATEQUILIBRIUM) const;
 
 private:
     Microsoft::WRL::ComPtr<ICapeThermoMaterial> material;

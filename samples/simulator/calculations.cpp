@@ -7,6 +7,7 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
+#include "samples/simulator/material_access.h"
 
 namespace zelt::sample {
 namespace {
@@ -34,61 +35,6 @@ std::vector<std::wstring> CompoundColumns(const Slate& slate, const wchar_t* lab
 std::vector<double> EqualParts(const Slate& slate)
 {
     return std::vector<double>(slate.compounds.size(), 1.0 / static_cast<double>(slate.compounds.size()));
-}
-
-std::vector<std::wstring> Labels(const Slate& slate)
-{
-    std::vector<std::wstring> labels;
-    for (const SlatePhase& phase : slate.phases) labels.push_back(phase.label);
-    return labels;
-}
-
-// The label of the first phase in this state of aggregation.
-std::wstring LabelOf(const Slate& slate, const wchar_t* stateOfAggregation)
-{
-    for (const SlatePhase& phase : slate.phases) {
-        if (SameName(phase.stateOfAggregation, stateOfAggregation)) return phase.label;
-    }
-    throw CapeFailure(ECapeDataHR, L"The property package has no phase in state " + std::wstring(stateOfAggregation));
-}
-
-void SetOverall(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis,
-                std::span<const double> values)
-{
-    CheckCall(material->SetOverallProp(MakeBstr(property).GetBSTR(), MakeBstr(basis).GetBSTR(), MakeDoubles(values)),
-              material, L"SetOverallProp");
-}
-
-double GetOverall(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis)
-{
-    _variant_t values;
-    CheckCall(material->GetOverallProp(MakeBstr(property).GetBSTR(), MakeBstr(basis).GetBSTR(), &values), material,
-              L"GetOverallProp");
-    return ReadDoubles(values, L"results").at(0);
-}
-
-std::vector<double> GetSinglePhase(ICapeThermoMaterial* material, const wchar_t* property, const std::wstring& label,
-                                   const wchar_t* basis)
-{
-    _variant_t values;
-    CheckCall(material->GetSinglePhaseProp(MakeBstr(property).GetBSTR(), MakeBstr(label).GetBSTR(),
-                                           MakeBstr(basis).GetBSTR(), &values),
-              material, L"GetSinglePhaseProp");
-    return ReadDoubles(values, L"results");
-}
-
-void SetPhases(ICapeThermoMaterial* material, std::span<const std::wstring> labels)
-{
-    const std::vector<long> status(labels.size(), CAPE_UNKNOWNPHASESTATUS);
-    CheckCall(material->SetPresentPhases(MakeStrings(labels), MakeLongs(status)), material, L"SetPresentPhases");
-}
-
-bool IsPresent(ICapeThermoMaterial* material, const std::wstring& label)
-{
-    _variant_t labels, status;
-    CheckCall(material->GetPresentPhases(&labels, &status), material, L"GetPresentPhases");
-    const std::vector<std::wstring> present = ReadStrings(labels, L"phaseLabels");
-    return std::find(present.begin(), present.end(), label) != present.end();
 }
 
 // Makes every phase of the package a candidate, and solves for the two specifications.

@@ -21,6 +21,15 @@ std::wstring TextFrom(ICapeIdentification* identification,
 
 }  // namespace
 
+std::shared_ptr<Flowsheet> MakeFlowsheet(Report& report)
+{
+    auto flowsheet = std::make_shared<Flowsheet>();
+    flowsheet->onMessage = [&report](const wchar_t* kind, const std::wstring& text) {
+        report.Line(std::wstring(kind) + L": " + text);
+    };
+    return flowsheet;
+}
+
 ComponentSession::ComponentSession(ComPtr<IDispatch> object, std::shared_ptr<Flowsheet> sheet)
     : package(std::move(object)),
       identification(Optional<ICapeIdentification>(package.Get())),
@@ -32,7 +41,7 @@ ComponentSession::ComponentSession(ComPtr<IDispatch> object, std::shared_ptr<Flo
     com::Check(com::Create<SimulationContext>(IID_PPV_ARGS(&context), flowsheet));
     // A component need not have a use for the context: that it refuses is no reason to stop.
     utilities->put_simulationContext(context.Get());
-    CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the package");
+    CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the component");
 }
 
 void ComponentSession::ShowIdentity(Report& report, const char* label) const

@@ -22,6 +22,9 @@ Microsoft::WRL::ComPtr<I> Optional(IUnknown* object)
     return result;
 }
 
+// A flowsheet whose components' messages go to the report, which must outlive it.
+std::shared_ptr<Flowsheet> MakeFlowsheet(Report& report);
+
 class ComponentSession {
 public:
     ComponentSession(Microsoft::WRL::ComPtr<IDispatch> object, std::shared_ptr<Flowsheet> flowsheet);

@@ -14,6 +14,8 @@
 #include "samples/component/text.h"
 #include "samples/simulator/calculations.h"
 #include "samples/simulator/calculations10.h"
+#include "samples/simulator/create_class.h"
+#include "samples/simulator/flowsheet_run.h"
 #include "samples/simulator/manager_session.h"
 #include "samples/simulator/reaction_run.h"
 
@@ -73,15 +75,6 @@ std::wstring Joined(const std::vector<std::wstring>& names)
     return text.empty() ? L"none" : text;
 }
 
-std::shared_ptr<Flowsheet> MakeFlowsheet(Report& report)
-{
-    auto flowsheet = std::make_shared<Flowsheet>();
-    flowsheet->onMessage = [&report](const wchar_t* kind, const std::wstring& text) {
-        report.Line(std::wstring(kind) + L": " + text);
-    };
-    return flowsheet;
-}
-
 void UsePropertyPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
 {
     PackageSession session(std::move(package), MakeFlowsheet(report));
@@ -136,13 +129,17 @@ void UsePackage(PackageKind kind, Microsoft::WRL::ComPtr<IDispatch> package, con
 void Run(const Options& options)
 {
     Report report(options.bits);
+    if (options.IsFlowsheet()) {
+        RunFlowsheet(options, report);
+        return;
+    }
     if (options.standAlone) {
         Microsoft::WRL::ComPtr<IDispatch> package = CreateStandAlone(options);
         const PackageKind kind = KindOf(package.Get());
         UsePackage(kind, std::move(package), options, report);
         return;
     }
-    const ManagerSession manager(options);
+    const ManagerSession manager(ClassOf(options.className), options.inProcess);
     report.Text("Manager", manager.Name());
     report.Text("Packages", Joined(manager.Packages()));
     if (!options.list) UsePackage(manager.Kind(), manager.GetPackage(options.packageName), options, report);

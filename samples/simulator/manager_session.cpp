@@ -4,36 +4,19 @@
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
 #include "samples/simulator/component_session.h"
+#include "samples/simulator/create_class.h"
 
 namespace zelt::sample {
-namespace {
-
 using Microsoft::WRL::ComPtr;
 
-template <class I>
-ComPtr<I> CreateClass(const Options& options, const wchar_t* what)
-{
-    CLSID clsid;
-    if (FAILED(CLSIDFromString(options.className.c_str(), &clsid))) {
-        const HRESULT found = CLSIDFromProgID(options.className.c_str(), &clsid);
-        if (FAILED(found)) throw CapeFailure(found, L"There is no class " + Quoted(options.className));
-    }
-    ComPtr<I> object;
-    const DWORD context = options.inProcess ? CLSCTX_INPROC_SERVER : CLSCTX_LOCAL_SERVER | CLSCTX_INPROC_SERVER;
-    CheckCall(CoCreateInstance(clsid, nullptr, context, IID_PPV_ARGS(&object)), nullptr, what);
-    return object;
-}
-
-}  // namespace
-
-ManagerSession::ManagerSession(const Options& options)
-    : object(CreateClass<IUnknown>(options, L"Creating the package manager"))
+ManagerSession::ManagerSession(const CLSID& clsid, bool inProcess)
+    : object(CreateClass(clsid, inProcess, L"Creating the package manager"))
 {
     manager = Optional<ICapeThermoPropertyPackageManager>(object.Get());
     if (!manager) system = Optional<ICapeThermoSystem>(object.Get());
     if (!manager && !system) reactions = Optional<ICapeReactionsPackageManager>(object.Get());
     if (!manager && !system && !reactions) {
-        throw CapeFailure(E_NOINTERFACE, Quoted(options.className) + L" gives no packages");
+        throw CapeFailure(E_NOINTERFACE, L"The class gives no packages");
     }
     utilities = Optional<ICapeUtilities>(object.Get());
     if (utilities) CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the package manager");
@@ -90,7 +73,7 @@ ComPtr<IDispatch> ManagerSession::GetPackage(const std::wstring& name) const
 
 ComPtr<IDispatch> CreateStandAlone(const Options& options)
 {
-    return CreateClass<IDispatch>(options, L"Creating the package");
+    return CreateClass(ClassOf(options.className), options.inProcess, L"Creating the package");
 }
 
 PackageKind KindOf(IDispatch* package)

@@ -16,7 +16,7 @@ enum class PackageKind { kProperty11, kProperty10, kReaction };
 // Created and initialised; ends with Terminate. Its kind is found out by asking for the standard's interfaces.
 class ManagerSession {
 public:
-    explicit ManagerSession(const Options& options);
+    ManagerSession(const CLSID& manager, bool inProcess);
     ~ManagerSession();
     ManagerSession(const ManagerSession&) = delete;
     ManagerSession& operator=(const ManagerSession&) = delete;

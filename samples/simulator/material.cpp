@@ -67,7 +67,7 @@ STDMETHODIMP MaterialPart::CreateMaterial(IDispatch** materialObject)
     *materialObject = nullptr;
     return Call(L"CreateMaterial", [&] {
         CheckCall(com::Create<Material>(IID_IDispatch, reinterpret_cast<void**>(materialObject), store.SharedSlate(),
-                                        std::wstring(L"Created material")),
+                                        std::wstring(L"Created material"), ReadHook(), link),
                   nullptr, L"Material object");
     });
 }

@@ -10,14 +10,15 @@
 #include "samples/component/component.h"
 #include "samples/simulator/material_lists.h"
 #include "samples/simulator/material_object_part.h"
+#include "samples/simulator/material_routines.h"
 #include "samples/simulator/material_store.h"
 
 namespace zelt::sample {
 
 class MaterialPart final : public CapePart<ICapeThermoMaterial> {
 public:
-    MaterialPart(com::Object& object, CapeErrors& errors, MaterialStore& store)
-        : CapePart(object, errors, L"ICapeThermoMaterial"), store(store)
+    MaterialPart(com::Object& object, CapeErrors& errors, MaterialStore& store, std::shared_ptr<PackageLink> link)
+        : CapePart(object, errors, L"ICapeThermoMaterial"), store(store), link(std::move(link))
     {}
 
     STDMETHOD(ClearAllProps)() override;
@@ -36,25 +37,35 @@ public:
 
 private:
     MaterialStore& store;
+    std::shared_ptr<PackageLink> link;  // handed on to the materials that are made here
 };
 
 class Material final : public com::Object {
 public:
-    // `link` may be null: then the older version's calculations fail.
+    // `link` may be null: then the older version's calculations fail, and those of 1.1 are not offered.
     explicit Material(const std::shared_ptr<const Slate>& slate, std::wstring name = L"Feed", ReadHook hook = {},
                       std::shared_ptr<PackageLink> link = {}, MaterialState state = {})
         : store(slate, std::move(hook)),
           compounds(*this, errors, slate),
           phases(*this, errors, slate),
-          material(*this, errors, store),
-          materialObject(*this, errors, store, std::move(link)),
+          material(*this, errors, store, link),
+          materialObject(*this, errors, store, link),
+          properties(*this, errors, link),
+          equilibrium(*this, errors, link),
           identification(*this, errors, std::move(name), L"Material object of the sample simulator")
     {
         store.state = std::move(state);
+        calculates = link && link->context;
     }
 
 protected:
     IDispatch* ScriptInterface() override { return &material; }
+    HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry*) override
+    {
+        const bool routine =
+            iid == __uuidof(ICapeThermoPropertyRoutine) || iid == __uuidof(ICapeThermoEquilibriumRoutine);
+        return routine && !calculates ? E_NOINTERFACE : S_OK;
+    }
 
 private:
     MaterialStore store;
@@ -64,7 +75,10 @@ private:
     MaterialConstantsPart constants{*this, errors};
     MaterialPart material;
     MaterialObjectPart materialObject;
+    MaterialPropertyPart properties;
+    MaterialEquilibriumPart equilibrium;
     IdentificationPart identification;
+    bool calculates = false;  // settled when the material is made: what an object offers does not change
 };
 
 }  // namespace zelt::sample

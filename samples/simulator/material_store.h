@@ -44,10 +44,14 @@ struct MaterialState {
 // Called when a component reads the state; a test blocks in it. May be empty.
 using ReadHook = std::function<void(const wchar_t* method)>;
 
-// The CAPE-OPEN 1.0 package that calculates for materials, when there is one: they share the link, and whoever made it
-// clears it when the package goes.
+// The package that calculates for materials, when there is one: they share the link, and whoever filled it clears it when
+// the package goes.
 struct PackageLink {
-    Microsoft::WRL::ComPtr<ICapeThermoPropertyPackage> package;
+    Microsoft::WRL::ComPtr<ICapeThermoPropertyPackage> package;  // CAPE-OPEN 1.0
+    // CAPE-OPEN 1.1; all three or none.
+    Microsoft::WRL::ComPtr<ICapeThermoMaterialContext> context;
+    Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;
+    Microsoft::WRL::ComPtr<ICapeThermoEquilibriumRoutine> equilibrium;
 };
 
 class MaterialStore {

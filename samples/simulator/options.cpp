@@ -8,6 +8,8 @@ namespace zelt::sample {
 const char* const kUsage =
     "usage: SampleSimulator <manager ProgID or CLSID> <package name> [options]\n"
     "       SampleSimulator <package ProgID or CLSID> --stand-alone [options]\n"
+    "       SampleSimulator <manager ProgID or CLSID> <package name> --flowsheet <unit ProgID or CLSID> [options]\n"
+    "       SampleSimulator --load FILE [options]\n"
     "\n"
     "  --list               list the manager's packages and end\n"
     "  --in-process         load the server into this process instead of using one out of process\n"
@@ -16,7 +18,12 @@ const char* const kUsage =
     "  --constant ID        ask for the molecular weight of one more compound (may be repeated)\n"
     "  --hold               keep the material and parameters until the package is gone\n"
     "  --wait-in-call SECONDS  wait inside the package's first call on the material, at most this long\n"
-    "  --event NAME         set the named event NAME when that wait begins; NAME.continue ends it early\n";
+    "  --event NAME         set the named event NAME when that wait begins; NAME.continue ends it early\n"
+    "\n"
+    "  --flowsheet CLASS    run one unit operation with the package behind its streams\n"
+    "  --set NAME=VALUE     set a parameter of the unit (may be repeated; a list's values are parted by semicolons)\n"
+    "  --save FILE          save the flowsheet when it has been run\n"
+    "  --load FILE          run a flowsheet that was saved\n";
 
 namespace {
 
@@ -28,6 +35,31 @@ unsigned ParseSeconds(const wchar_t* text)
         throw std::invalid_argument("--wait-in-call needs a number of seconds up to 3600");
     }
     return static_cast<unsigned>(seconds);
+}
+
+std::pair<std::wstring, std::wstring> ParseSetting(const std::wstring& text)
+{
+    const std::size_t sign = text.find(L'=');
+    if (sign == std::wstring::npos || sign == 0) throw std::invalid_argument("--set needs NAME=VALUE");
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+// What does not go with a flowsheet, or only with one.
+void CheckFlowsheet(const Options& options)
+{
+    if (!options.IsFlowsheet()) {
+        if (!options.saveFile.empty() || !options.settings.empty()) {
+            throw std::invalid_argument("--save and --set need --flowsheet or --load");
+        }
+        return;
+    }
+    if (!options.unitName.empty() && !options.loadFile.empty()) {
+        throw std::invalid_argument("a flowsheet is either new or loaded");
+    }
+    if (options.list || options.standAlone || options.hold || options.waitSeconds || !options.event.empty() ||
+        !options.calculate.empty() || !options.constants.empty()) {
+        throw std::invalid_argument("this option does not go with a flowsheet");
+    }
 }
 
 }  // namespace
@@ -60,10 +92,23 @@ Options ParseOptions(int count, wchar_t** arguments)
             options.waitSeconds = ParseSeconds(value());
         else if (argument == L"--event")
             options.event = value();
+        else if (argument == L"--flowsheet")
+            options.unitName = value();
+        else if (argument == L"--load")
+            options.loadFile = value();
+        else if (argument == L"--save")
+            options.saveFile = value();
+        else if (argument == L"--set")
+            options.settings.push_back(ParseSetting(value()));
         else if (argument.starts_with(L"--"))
             throw std::invalid_argument("unknown option");
         else
             names.push_back(argument);
+    }
+    CheckFlowsheet(options);
+    if (!options.loadFile.empty()) {
+        if (!names.empty()) throw std::invalid_argument("a loaded flowsheet names its own package");
+        return options;
     }
     const bool needsPackage = !options.standAlone && !options.list;
     if (names.empty()) throw std::invalid_argument("no class is named");

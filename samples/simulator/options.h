@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zelt::sample {
@@ -19,6 +20,13 @@ struct Options {
     std::vector<std::wstring> constants;  // compound ids to ask constants of besides the usual ones
     std::optional<unsigned> waitSeconds;  // wait this long inside the first call of the package on the material
     std::wstring event;                   // an existing named event to set when that wait begins
+
+    // A flowsheet of one unit operation: a new one with this unit (ProgID or CLSID text), or one that was saved.
+    std::wstring unitName;
+    std::wstring loadFile;
+    std::wstring saveFile;                                        // may be empty
+    std::vector<std::pair<std::wstring, std::wstring>> settings;  // the unit's parameters and their values as texts
+    bool IsFlowsheet() const { return !unitName.empty() || !loadFile.empty(); }
 };
 
 extern const char* const kUsage;

@@ -1,12 +1,13 @@
 #include "samples/simulator/parameters.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/component_session.h"
+#include "samples/simulator/parameter_access.h"
 
 namespace zelt::sample {
 namespace {
@@ -16,23 +17,6 @@ using Microsoft::WRL::ComPtr;
 constexpr const wchar_t* kTypeNames[] = {L"real", L"integer", L"option", L"boolean", L"list"};
 constexpr const wchar_t* kStatusNames[] = {L"not validated", L"invalid", L"valid"};
 constexpr const wchar_t* kModeNames[] = {L"input", L"output", L"input and output"};
-
-template <class I>
-ComPtr<I> Required(IUnknown* object, const wchar_t* what)
-{
-    ComPtr<I> result = Optional<I>(object);
-    if (!result) throw CapeFailure(ECapeUnknownHR, std::wstring(what) + L" is missing");
-    return result;
-}
-
-// A getter of a plain value.
-template <class I, class T>
-T Ask(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(T*), const wchar_t* what)
-{
-    T value{};
-    CheckCall((object->*getter)(&value), object, what);
-    return value;
-}
 
 template <std::size_t N>
 std::wstring NameOf(const wchar_t* const (&names)[N], int index)
@@ -169,28 +153,6 @@ Trial WalkSpecification(IDispatch* object, int type)
     }
 }
 
-std::wstring ValueText(const VARIANT& value)
-{
-    if (V_VT(&value) & VT_ARRAY) {
-        std::wstring text;
-        for (const double number : ReadDoubles(value, L"value"))
-            text += (text.empty() ? L"" : L", ") + NumberText(number);
-        return text;
-    }
-    if (V_VT(&value) == VT_R8) return NumberText(V_R8(&value));
-    if (V_VT(&value) == VT_BOOL) return V_BOOL(&value) ? L"true" : L"false";
-    _variant_t text;
-    if (FAILED(VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT, 0, VT_BSTR))) return L"?";
-    return std::wstring(TextOf(V_BSTR(&text)));
-}
-
-_variant_t ValueOf(ICapeParameter* parameter)
-{
-    _variant_t value;
-    CheckCall(parameter->get_value(&value), parameter, L"get_value");
-    return value;
-}
-
 std::wstring ValidateParameter(ICapeParameter* parameter, bool expected)
 {
     _bstr_t message;
@@ -237,14 +199,6 @@ void WalkParameter(IDispatch* object, Report& report)
     }
     CheckCall(parameter->Reset(), parameter.Get(), L"Reset");
     report.Line(text + L"; reset to " + ValueText(ValueOf(parameter.Get())));
-}
-
-ComPtr<IDispatch> ItemOf(ICapeCollection* collection, long number)
-{
-    ComPtr<IDispatch> item;
-    CheckCall(collection->Item(_variant_t(number), &item), collection, L"Item");
-    if (!item) throw CapeFailure(ECapeUnknownHR, L"A collection gives no item");
-    return item;
 }
 
 }  // namespace

@@ -34,8 +34,17 @@ void PackageSession::SetMaterial(ReadHook hook)
     CheckCall(materialContext->SetMaterial(dispatch.Get()), materialContext.Get(), L"SetMaterial");
 }
 
+void PackageSession::ServeMaterials()
+{
+    if (!materialContext || !properties || !equilibrium) {
+        throw CapeFailure(E_NOINTERFACE, L"The property package does not calculate properties and equilibria");
+    }
+    *flowsheet->link = PackageLink{nullptr, materialContext, properties, equilibrium};
+}
+
 void PackageSession::Close(bool hold)
 {
+    *flowsheet->link = PackageLink();
     if (materialContext && material && !hold) materialContext->UnsetMaterial();
     if (!hold) material.Reset();
     phases.Reset();

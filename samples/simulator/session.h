@@ -22,6 +22,8 @@ public:
 
     // Makes a material of the package's compounds and hands it over; it is kept until Close.
     void SetMaterial(ReadHook hook);
+    // From here to Close the flowsheet's new materials calculate by this package. Throws CapeFailure when it cannot.
+    void ServeMaterials();
     // Takes the material back, unless `hold`; terminates and releases the package; releases the material last.
     void Close(bool hold);
 

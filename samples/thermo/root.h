@@ -11,9 +11,10 @@
 namespace zelt::sample {
 
 // The x in [lower, upper] where f changes its sign, as exactly as doubles allow. An end at which f is zero is the
-// answer. Throws NoSolution when f has the same sign at both ends or is not a number there.
+// answer. Throws NoSolution when f has the same sign at both ends or is not a number there, or when it takes more
+// iterations than allowed.
 template <class Function>
-double FindRoot(Function&& f, double lower, double upper, const char* what)
+double FindRoot(Function&& f, double lower, double upper, const char* what, long iterations = 200)
 {
     double a = lower, b = upper;
     double fa = f(a), fb = f(b);
@@ -21,7 +22,7 @@ double FindRoot(Function&& f, double lower, double upper, const char* what)
     if (fb == 0) return b;
     if (!(fa * fb < 0)) throw NoSolution(what);
     double c = a, fc = fa, step = b - a, previousStep = step;
-    for (int iteration = 0; iteration < 200; ++iteration) {
+    for (long iteration = 0; iteration < iterations; ++iteration) {
         if (std::fabs(fc) < std::fabs(fb)) {
             a = b, b = c, c = a;
             fa = fb, fb = fc, fc = fa;

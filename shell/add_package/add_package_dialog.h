@@ -3,7 +3,7 @@
 #pragma once
 
 #include "shell/add_package/component_tree.h"
-#include "shell/dialog.h"
+#include "core/dialog.h"
 #include "shell/dialog_layout.h"
 #include "shell/exported_package_list.h"
 

@@ -12,7 +12,7 @@
 
 #include "shell/add_package/package_kinds.h"
 #include "shell/add_package/package_listing.h"
-#include "shell/component_scan/component_scan.h"
+#include "core/component_scan.h"
 
 namespace zelt {
 

@@ -4,8 +4,8 @@
 #include <comutil.h>
 
 #include "core/error_description.h"
-#include "core/fault_guard.h"
 #include "core/foreign_call.h"
+#include "core/foreign_creation.h"
 #include "core/narrow.h"
 
 namespace zelt {
@@ -106,11 +106,7 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
         return {};
     }
     void* created = nullptr;
-    HRESULT result =
-        CallForeign([&] { return CoCreateInstance(classId, nullptr, kAnyServer, row->managerInterface, &created); });
-    // A component's module brings its own runtime library, whose abort must not end this process.
-    PrepareGuards();
-    if (SUCCEEDED(result) && !created) result = E_NOINTERFACE;
+    HRESULT result = CreateForeign(classId, kAnyServer, row->managerInterface, &created);
     if (FAILED(result)) {
         failed(row->createFailure + Widen(ErrorDescription(result, nullptr)));
         return {};
@@ -125,7 +121,14 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
         names.Detach();
         return {};
     }
-    auto strings = StringsOf(names);
+    std::optional<std::vector<std::wstring>> strings;
+    const HRESULT read = CallForeign([&] {
+        strings = StringsOf(names);
+        return S_OK;
+    });
+    // What cannot be read cannot be freed either.
+    VARIANT owned = names.Detach();
+    if (SUCCEEDED(read)) CallForeign([&] { return VariantClear(&owned); });
     if (!strings) failed(row->badList + Widen(ErrorDescription(DISP_E_TYPEMISMATCH, nullptr)));
     return strings;
 }

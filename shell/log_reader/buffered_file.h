@@ -15,7 +15,7 @@ public:
     int Read(char* out, int length) override;
 
 private:
-    static constexpr int kSize = 1 << 16;
+    static constexpr int kSize = kReadAhead;
 
     const int descriptor;
     const std::unique_ptr<char[]> buffer;

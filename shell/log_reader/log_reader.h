@@ -75,6 +75,9 @@ enum class LogReadResult {
 // Call once, before the first thread that reads a log starts.
 void PrepareLogReader();
 
+// How far the descriptor's position may be ahead of the items, in bytes.
+constexpr int kReadAhead = 1 << 16;
+
 // Reads from the descriptor's position. A file that is cut off gives everything up to the cut; one that nests deeper than
 // 255 elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);

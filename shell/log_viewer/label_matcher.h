@@ -1,7 +1,6 @@
 // Asks a question about labels once for each label, however many items share it. Borrows the model.
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -31,13 +30,5 @@ private:
     Question question;
     std::vector<Answer> answers;
 };
-
-// Character by character, as far as ASCII goes: logs hold nothing else.
-inline void MakeLower(std::string& text)
-{
-    for (char& character : text) {
-        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
-    }
-}
 
 }  // namespace zelt

@@ -1,26 +1,17 @@
 #include "shell/log_viewer/label_search.h"
 
-#include <string>
-
 #include "core/narrow.h"
 #include "shell/log_viewer/label_matcher.h"
+#include "shell/log_viewer/label_pattern.h"
 #include "shell/log_viewer/long_task.h"
 
 namespace zelt {
 
 ItemIndex FindLabel(const LogModel& model, ItemIndex start, const TreeSearch& search, LongTask& task)
 {
-    std::string wanted = Narrow(search.text, CP_UTF8);
-    if (search.ignoreCase) MakeLower(wanted);
-    std::string lowered;
-    LabelMatcher matches(model, [&](std::string_view label) {
-        if (search.ignoreCase) {
-            lowered = label;
-            MakeLower(lowered);
-            label = lowered;
-        }
-        return search.wholeItem ? label == wanted : label.find(wanted) != std::string_view::npos;
-    });
+    const LabelPattern pattern(Narrow(search.text, CP_UTF8), search.ignoreCase);
+    LabelMatcher matches(
+        model, [&](std::string_view label) { return search.wholeItem ? pattern.Is(label) : pattern.IsIn(label); });
     ItemIndex item = start;
     do {
         item = search.forward ? model.Next(item) : model.Previous(item);

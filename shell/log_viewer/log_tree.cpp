@@ -147,12 +147,13 @@ HTREEITEM LogTree::Handle(ItemIndex item)
     return handles.Get(item);
 }
 
-void LogTree::Select(ItemIndex item)
+bool LogTree::Select(ItemIndex item)
 {
     const HTREEITEM handle = Handle(item);
-    if (!handle) return;
+    if (!handle) return false;
     TreeView_SelectItem(window, handle);
     TreeView_EnsureVisible(window, handle);
+    return true;
 }
 
 void LogTree::KeepSelectionVisible() const

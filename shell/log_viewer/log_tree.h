@@ -42,7 +42,8 @@ public:
     void FillChildren(ItemIndex item);
 
     ItemIndex Selected() const;
-    void Select(ItemIndex item);
+    // False when the item cannot be put into the tree.
+    bool Select(ItemIndex item);
     // Puts the item into the tree if it is not there yet. Null when it cannot be.
     HTREEITEM Handle(ItemIndex item);
 

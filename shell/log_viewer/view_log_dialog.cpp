@@ -199,7 +199,7 @@ INT_PTR CViewLogDlg::Notified(const NMHDR& header)
             const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
             const auto row = static_cast<std::size_t>(change.iItem);
             const bool selected = (change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED);
-            if (selected && change.iItem >= 0 && row < model.Errors().size()) items.Select(model.Errors()[row]);
+            if (selected && change.iItem >= 0 && row < model.Errors().size()) Select(model.Errors()[row]);
         }
     }
     return FALSE;

@@ -67,6 +67,7 @@ private:
     void Find();
     void FindAgain(bool forward);
     void Search();
+    void Select(ItemIndex item);
     void CopyLabel() const;
     bool IsCopyKey(const MSG& message) const;
 

@@ -95,7 +95,7 @@ void CViewLogDlg::NextError()
     const ItemIndex selected = items.Selected();
     auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
     if (next == errors.end()) next = errors.begin();
-    items.Select(*next);
+    Select(*next);
     // The list follows; that its selection selects the item once more does no harm.
     const int row = static_cast<int>(next - errors.begin());
     ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
@@ -139,10 +139,16 @@ void CViewLogDlg::Search()
         if (task.Cancelled()) return;
     }
     if (found != kNoItem) {
-        items.Select(found);
+        Select(found);
     } else {
         Box(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
     }
+}
+
+void CViewLogDlg::Select(ItemIndex item)
+{
+    // An item enters the tree with all its siblings, which may be millions.
+    if (!items.Select(item)) Box(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const

@@ -46,13 +46,14 @@ public:
     }
 
 private:
-    // The file has as many items as its beginning lets expect. Where that is near the limit, more of it will tell; a
-    // promise that is broken ends at the limit.
+    // The file has at most as many items as its beginning lets expect. Where that is too many, more of the file may tell
+    // better; a promise that is broken ends at the limit.
     void Estimate(ItemIndex items)
     {
-        constexpr double kMargin = 0.9;
-        const double expected = static_cast<double>(items) * length / file.Position();
-        filling = items < LogTree::kFilledItems && expected < kMargin * LogTree::kFilledItems;
+        const auto position = static_cast<double>(file.Position());
+        // The whole of a short file is read at once.
+        const double read = position < length ? position - kReadAhead : std::min<double>(length, kReadAhead);
+        filling = items < LogTree::kFilledItems && items * length <= LogTree::kFilledItems * read;
         nextEstimate = filling ? LogTree::kFilledItems : items * 2;
     }
 

@@ -1,7 +1,7 @@
 // CAboutDlg: the program's name, version and purpose.
 #pragma once
 
-#include "shell/dialog.h"
+#include "core/dialog.h"
 
 namespace zelt {
 

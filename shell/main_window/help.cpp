@@ -20,9 +20,8 @@ HtmlHelpFunction LocateHtmlHelp()
 {
     wchar_t path[MAX_PATH];
     DWORD size = sizeof path;
-    // Expands an expandable text, too.
-    if (RegGetValueW(HKEY_CLASSES_ROOT, kServerKey, nullptr, RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ, nullptr, path,
-                     &size) != ERROR_SUCCESS) {
+    // An expandable text is expanded and then counts as text; to ask for that type by name is refused.
+    if (RegGetValueW(HKEY_CLASSES_ROOT, kServerKey, nullptr, RRF_RT_REG_SZ, nullptr, path, &size) != ERROR_SUCCESS) {
         return nullptr;
     }
     // A bare file name is looked for in the system's folder alone.

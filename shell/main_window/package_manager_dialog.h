@@ -4,7 +4,7 @@
 #pragma once
 
 #include "core/log_options.h"
-#include "shell/dialog.h"
+#include "core/dialog.h"
 #include "shell/exported_package_list.h"
 #include "shell/lock_object.h"
 #include "shell/main_window/package_list_view.h"

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "res/resource.h"
+#include "unit/unit_operation.h"
 
 namespace zelt {
 namespace {
@@ -22,6 +23,15 @@ std::wstring MenuText(const std::wstring& name)
 UINT CheckFlag(bool checked) { return checked ? MF_CHECKED : MF_UNCHECKED; }
 
 }  // namespace
+
+const std::vector<ComponentInfo>& InstalledUnitOperations()
+{
+    static const std::vector<ComponentInfo> found = [] {
+        const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
+        return std::move(FindComponents(search).front());
+    }();
+    return found;
+}
 
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen)
 {

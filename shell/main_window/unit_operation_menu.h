@@ -6,10 +6,14 @@
 
 #include <optional>
 #include <span>
+#include <vector>
 
-#include "shell/component_scan/component_scan.h"
+#include "core/component_scan.h"
 
 namespace zelt {
+
+// The unit operations of this computer, but for the program's own. Gathered when first asked for, once a process.
+const std::vector<ComponentInfo>& InstalledUnitOperations();
 
 // Fills the menu anew behind its first item, and checks the item of `chosen`.
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
-#include "shell/component_scan/component_scan.h"
+#include "core/component_scan.h"
 #include "tests/unit/recorded_messages.h"
 #include "tests/system/harness/scratch_registry.h"
 

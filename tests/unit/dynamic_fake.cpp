@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "com/dispatch.h"
 #include "com/failure.h"
@@ -39,9 +40,10 @@ public:
         return piece;
     }
 
+    static constexpr std::size_t kPiece = 96;
+
 private:
     static constexpr std::size_t kPage = 65536;
-    static constexpr std::size_t kPiece = 96;
     unsigned char* page = nullptr;
     std::size_t left = 0;
 };
@@ -61,6 +63,7 @@ public:
         next += sizeof value;
         return *this;
     }
+    unsigned char* Next() const { return next; }
 
 private:
     unsigned char* next;
@@ -97,6 +100,21 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
     // clang-format on
 }
 #else
+constexpr unsigned char kStackOfSlot = 40, kBehindTheSub = 7;
+
+// Tells the system how to unwind a slot's code, which keeps `kStackOfSlot` bytes of stack behind its first `prologue` bytes.
+void DescribeFrame(unsigned char* code, unsigned char prologue)
+{
+    constexpr unsigned char kVersion = 1, kAllocateSmall = 2;
+    unsigned char* description = code + CodePages::kPiece - 8;
+    const unsigned char bytes[8] = {kVersion, prologue, 1, 0, prologue, kAllocateSmall | (kStackOfSlot / 8 - 1) << 4,
+                                    0,        0};
+    std::memcpy(description, bytes, sizeof bytes);
+    const auto offset = static_cast<DWORD>(description - code);
+    auto* function = new RUNTIME_FUNCTION{0, offset, {offset}};  // kept as long as the code
+    if (!RtlAddFunctionTable(function, 1, Address(code))) throw com::Failure(E_UNEXPECTED);
+}
+
 // The first four arguments come in registers and are put into the places that the caller keeps for them, so that all
 // arguments stand in a row.
 void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
@@ -120,11 +138,12 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
     writer.Bytes({0x48, 0x8D, 0x54, 0x24, 0x08})    // lea rdx, [rsp+8]
         .Bytes({0x48, 0xB9}).Value(Address(slot))   // mov rcx, slot
         .Bytes({0x48, 0xB8}).Value(Address(enter))  // mov rax, enter
-        .Bytes({0x48, 0x83, 0xEC, 0x28})            // sub rsp, 40
+        .Bytes({0x48, 0x83, 0xEC, kStackOfSlot})            // sub rsp, 40
         .Bytes({0xFF, 0xD0})                        // call rax
-        .Bytes({0x48, 0x83, 0xC4, 0x28})            // add rsp, 40
+        .Bytes({0x48, 0x83, 0xC4, kStackOfSlot})            // add rsp, 40
         .Bytes({0xC3});                             // ret
     // clang-format on
+    DescribeFrame(code, static_cast<unsigned char>(writer.Next() - code - kBehindTheSub));
 }
 #endif
 
@@ -178,8 +197,10 @@ struct DynamicFake::Entrance {
     }
     static HRESULT __cdecl Own(const Slot* slot, std::byte* arguments)
     {
-        Interface* face = *reinterpret_cast<Interface**>(arguments);
-        return com::NoThrow([&] { return face->owner->Take(*slot->shape, *slot->method, arguments); });
+        DynamicFake* owner = (*reinterpret_cast<Interface**>(arguments))->owner;
+        const HRESULT result = com::NoThrow([&] { return owner->Take(*slot->shape, *slot->method, arguments); });
+        const LastAct last = std::exchange(owner->lastAct, {});
+        return last.act ? last.act(last.what) : result;
     }
     // Made once for each interface and kept for good, as the code of an ordinary class is.
     static const void* const* VtableOf(const InterfaceShape& shape)

@@ -1,7 +1,7 @@
 // An object that implements every interface that a type library in this module's resources describes: its vtables are
 // made from the type information, and each slot leads to one handler. Arguments are recorded to the bit before the handler
-// runs. IUnknown and IDispatch are real, references are counted. The handler may not let exceptions out or cause faults:
-// the made code cannot be unwound.
+// runs. IUnknown and IDispatch are real, references are counted. The handler may not let exceptions out or cause faults;
+// what shall escape is done by a last act.
 #pragma once
 
 #include <windows.h>
@@ -35,6 +35,12 @@ struct RecordedCall {
     std::vector<std::string> arguments;
 };
 
+// What an object does behind its handler, in place of returning: a fault, or an exception.
+struct LastAct {
+    HRESULT (*act)(const void* what) = nullptr;
+    const void* what = nullptr;
+};
+
 class DynamicFake final : public IUnknown {
 public:
     using Handler = std::function<HRESULT(const IncomingCall&)>;
@@ -48,6 +54,8 @@ public:
     // Fills the outputs and gives the result. Without a handler a call for the component's name is answered, any other
     // one succeeds and leaves its outputs alone.
     Handler handler;
+    // Set by the handler for the call that it is in, and done once.
+    LastAct lastAct;
     std::wstring name;
     std::vector<RecordedCall> calls;
     std::vector<IID> refused;

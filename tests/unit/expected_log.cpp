@@ -123,6 +123,8 @@ struct Sample {
 // The name of the value 1 of each enumeration.
 constexpr Sample kSecondNames[] = {
     {"CapeValidationStatus", "CAPE_INVALID"},
+    {"CapePortType", "CAPE_ENERGY"},
+    {"CapePortDirection", "CAPE_OUTLET"},
     {"CapeParamMode", "CAPE_OUTPUT"},
     {"CapeParamType", "CAPE_INT"},
     {"CapeReactionType", "CAPE_KINETIC"},

@@ -61,6 +61,13 @@ TEST(LogNormaliser, LeavesOutTheQueriesOfTheSystemAlone)
     const auto query = [](const char* name) {
         return " <warning value=\"P: QueryInterface for unsupported interface " + std::string(name) + "\"/>\r\n";
     };
+    const auto earlyQuery = [](const char* name) {
+        return " <warning value=\"P: QueryInterface not returning " + std::string(name) +
+               ": object not created (returning E_NOINTERFACE)\"/>\r\n";
+    };
+    EXPECT_EQ(start + end, WithoutSystemQueries(start + earlyQuery("IMarshal") + end));
+    for (const char* name : {"ICapeUnit", "supported interface IMarshal"})
+        EXPECT_EQ(start + earlyQuery(name) + end, WithoutSystemQueries(start + earlyQuery(name) + end)) << name;
     for (const char* name : {"IMarshal", "{00000003-0000-0000-C000-000000000046}"})
         EXPECT_EQ(start + end, WithoutSystemQueries(start + query(name) + end)) << name;
     for (const char* name : {"ICapeUnit", "ECapeUser", "{678C0990-7D66-11D2-A67D-00105A42887F}"})

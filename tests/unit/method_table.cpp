@@ -97,6 +97,8 @@ TableRow ReadRow(const std::vector<std::string>& words)
             row.logged = Unquoted(word);
         } else if (word == "uninitialized") {
             row.answersUninitialized = true;
+        } else if (word == "elsewhere") {
+            row.isTestedElsewhere = true;
         } else if (word == "write") {
             step.kind = TableStep::Write;
             row.steps.push_back(step);

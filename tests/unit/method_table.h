@@ -29,6 +29,7 @@ struct TableRow {
     std::string method;  // empty: the interface has none of its own
     std::string logged;
     bool answersUninitialized = false;
+    bool isTestedElsewhere = false;
     std::vector<TableStep> steps;
 
     std::vector<const TableStep*> Arguments() const;

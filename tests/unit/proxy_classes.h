@@ -14,8 +14,11 @@
 #include "unit/parameter.h"
 #include "unit/parameter_collection.h"
 #include "unit/parameter_spec.h"
+#include "unit/port_collection.h"
 #include "unit/reaction_object.h"
 #include "unit/reaction_package_10.h"
+#include "unit/unit_operation.h"
+#include "unit/unit_port.h"
 
 namespace zelt::test {
 
@@ -66,6 +69,9 @@ inline const ProxyClass& FindProxyClass(const std::string& name)
         DescribeProxyClass<CParameterSpec>("CParameterSpec", Origin::Returned),
         DescribeProxyClass<CReactionPackage10>("CReactionPackage10", Origin::Root),
         DescribeProxyClass<CReactionObject>("CReactionObject", Origin::Given),
+        DescribeProxyClass<CUnitOperation>("CUnitOperation", Origin::Root),
+        DescribeProxyClass<CPortCollection>("CPortCollection", Origin::Returned),
+        DescribeProxyClass<CUnitPort>("CUnitPort", Origin::Returned),
     };
     for (const ProxyClass& known : kClasses) {
         if (name == known.name) return known;

@@ -331,7 +331,8 @@ private:
 
     void CheckName()
     {
-        const bool isRenamed = Succeeds();
+        // A unit operation takes its name before it has its unit.
+        const bool isRenamed = Succeeds() || (!scenario.hasWrapped && proxy->IsNamedEarly());
         const bool isNull = scenario.filling == Filling::Nulls;
         EXPECT_EQ(isRenamed ? isNull ? "" : "the name 0" : objectName, proxy->Name());
     }
@@ -351,10 +352,15 @@ private:
     std::unique_ptr<MethodCall> call;
 };
 
-// The two interfaces of a proxy that serve the server and COM, and write nothing.
+// The two interfaces of a proxy that serve the server and COM, and write nothing; and persistence, which is no automation
+// interface and has tests of its own.
 bool IsUnlogged(REFIID iid)
 {
-    return IsEqualIID(iid, __uuidof(IOriginalObject)) || IsEqualIID(iid, IID_ISupportErrorInfo);
+    for (const IID& unlogged :
+         {__uuidof(IOriginalObject), IID_ISupportErrorInfo, IID_IPersist, IID_IPersistStreamInit}) {
+        if (IsEqualIID(iid, unlogged)) return true;
+    }
+    return false;
 }
 
 class ProxyWalk : public testing::Test {
@@ -363,7 +369,7 @@ protected:
 
     // Calls `visit` for each method of each class, and prints how many there were.
     template <class Visit>
-    void WalkAll(Visit&& visit)
+    void WalkAll(Visit&& visit, bool visitsAll = false)
     {
         int interfaces = 0, methods = 0, classes = 0;
         std::set<const InterfaceShape*> different;
@@ -384,6 +390,7 @@ protected:
                         ADD_FAILURE() << tableClass.name << ": no line for " << shape->name << "::" << method.name;
                         continue;
                     }
+                    if (row->isTestedElsewhere && !visitsAll) continue;
                     SCOPED_TRACE(tableClass.name + ", " + row->Key() + ", line " + std::to_string(row->line));
                     visit(Target{proxyClass, tableClass, *row, *shape, method});
                 }
@@ -391,11 +398,21 @@ protected:
         }
         std::printf("walked %d interfaces (%d different), %d methods of %d classes\n", interfaces,
                     static_cast<int>(different.size()), methods, classes);
-        EXPECT_EQ(10, classes);
+        EXPECT_EQ(13, classes);
     }
     void WalkAllIn(const Scenario& scenario)
     {
-        WalkAll([&](const Target& target) { WalkedCall(target, scenario).Run(); });
+        WalkAll([&](const Target& target) {
+            // A unit operation without its unit makes it now, which may ask the user.
+            const bool makesObject = target.proxyClass.isInstance(*UnitOperation().Get()) &&
+                                     target.row.Key() == "ICapeUtilities::Initialize";
+            if (scenario.hasWrapped || !makesObject) WalkedCall(target, scenario).Run();
+        });
+    }
+    static const ComPtr<CapeOpenBase>& UnitOperation()
+    {
+        static const ComPtr<CapeOpenBase> unit = FindProxyClass("CUnitOperation").make(ThermoVersion::Unset);
+        return unit;
     }
 
     static const std::vector<TableClass>& Table()
@@ -415,7 +432,7 @@ protected:
 TEST_F(ProxyWalk, EveryLineStandsForAMethodOfItsClass)
 {
     std::vector<std::string> walked;
-    WalkAll([&](const Target& target) { walked.push_back(target.tableClass.name + ' ' + target.row.Key()); });
+    WalkAll([&](const Target& target) { walked.push_back(target.tableClass.name + ' ' + target.row.Key()); }, true);
     for (const TableClass& tableClass : Table()) {
         const ComPtr<CapeOpenBase> proxy = FindProxyClass(tableClass.name).make(ThermoVersion::Unset);
         for (const TableRow& row : tableClass.rows) {
@@ -451,7 +468,7 @@ TEST_F(ProxyWalk, NullPointersToPointers)
             WalkedCall(target, {.filling = Filling::Nulls, .hasNullSlots = true}).Run();
         }
     });
-    EXPECT_EQ(3, slots);
+    EXPECT_EQ(5, slots);
 }
 
 TEST_F(ProxyWalk, FailuresLogNoOutputs) { WalkAllIn({.result = kFailure}); }

@@ -26,6 +26,8 @@ constexpr TypeRow kTypes[] = {
     {"flags",                 VT_I4,       VT_EMPTY},
     {"interface",             VT_DISPATCH, VT_EMPTY},
     {"CapeValidationStatus",  VT_I4,       VT_EMPTY},
+    {"CapePortType",          VT_I4,       VT_EMPTY},
+    {"CapePortDirection",     VT_I4,       VT_EMPTY},
     {"CapeParamMode",         VT_I4,       VT_EMPTY},
     {"CapeParamType",         VT_I4,       VT_EMPTY},
     {"CapeReactionType",      VT_I4,       VT_EMPTY},

@@ -235,4 +235,26 @@ TEST_F(AddPackage, IsCompleteFromTheKeyboard)
     EXPECT_TRUE(Stored(0, 1).loggingEnabled);
 }
 
+// What the user guide shows: a machine with packages that work.
+TEST(AddPackagePictures, APackageChosenForExport)
+{
+    const CleanSettings settings;
+    RegisteredComponents components;
+    components.RemoveFaulty();
+    const Program program;
+    const HWND window = program.WaitForWindow(L"ZELT Packages:");
+    ASSERT_NE(nullptr, window);
+    PostCommand(window, kCommandAddPackage);
+    const HWND dialog = program.WaitForWindow(kTitle);
+    ASSERT_NE(nullptr, dialog);
+    const RemoteTree tree(program.Process(), GetDlgItem(dialog, kComponentTree));
+    const HTREEITEM manager = tree.Find(kManager);
+    ASSERT_NE(nullptr, manager);
+    tree.PostExpand(manager);
+    ASSERT_TRUE(WaitUntil([&] { return tree.Children(manager).size() == 2; }));
+    EXPECT_EQ(nullptr, tree.Find(L"Faulty property package (Fails on request)"));
+    tree.Select(tree.Children(manager).front());
+    EXPECT_TRUE(KeepScreenshot(dialog, "export-package"));
+}
+
 }  // namespace

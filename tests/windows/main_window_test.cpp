@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "core/log_options.h"
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
@@ -34,9 +37,9 @@ protected:
         package->loggingEnabled = logged;
         list.Append(std::move(package));
     }
-    void Start()
+    void Start(const std::wstring& executable = {})
     {
-        program.emplace();
+        program.emplace(std::wstring(), executable);
         window = program->WaitForWindow(kTitle);
         ASSERT_NE(nullptr, window);
         list.emplace(program->Process(), GetDlgItem(window, kPackageList));
@@ -267,20 +270,37 @@ TEST_F(MainWindow, AboutNamesProductAndVersion)
     }
 }
 
-TEST_F(MainWindow, SaysThatTheHelpFileCannotBeLoaded)
+TEST_F(MainWindow, HelpOpensTheHelpFile)
 {
     ASSERT_NO_FATAL_FAILURE(Start());
+    PostCommand(window, kCommandHelp);
+    const HWND help = program->WaitForWindow(L"ZELT Help");
+    ASSERT_NE(nullptr, help);
+    EXPECT_EQ(nullptr, program->FindVisible(L"Error starting Help:"));
+    EXPECT_TRUE(KeepScreenshot(help, "help"));
+    // The help belongs to the program: it does not outlive it, nor keep it.
+    Command(window, kCommandClose);
+    EXPECT_TRUE(program->EndsBy(10'000));
+}
+
+TEST_F(MainWindow, SaysThatTheHelpFileCannotBeLoaded)
+{
+    // Beside a copy there is no help file.
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::temp_directory_path() / L"ZELT without help";
+    fs::create_directories(folder);
+    const fs::path copy = folder / L"ZELT.EXE";
+    fs::copy_file(ZELT_EXECUTABLE, copy, fs::copy_options::overwrite_existing);
+    ASSERT_NO_FATAL_FAILURE(Start(copy.wstring()));
     PostCommand(window, kCommandHelp);
     const HWND box = program->WaitForWindow(L"Error starting Help:");
     ASSERT_NE(nullptr, box);
     EXPECT_EQ(window, GetWindow(box, GW_OWNER));
     EXPECT_TRUE(KeepScreenshot(box, "help-failure"));
-    wchar_t path[MAX_PATH];
-    DWORD length = MAX_PATH;
-    ASSERT_TRUE(QueryFullProcessImageNameW(program->Process(), 0, path, &length));
-    const std::wstring folder(path, std::wstring(path).rfind(L'\\') + 1);
-    EXPECT_EQ(L"Failed to load HTML Help file " + folder + L"BRIX.chm",
+    EXPECT_EQ(L"Failed to load HTML Help file " + (folder / L"BRIX.chm").wstring(),
               program->AnswerBox(L"Error starting Help:", IDOK));
+    program.reset();
+    fs::remove_all(folder);
 }
 
 TEST_F(MainWindow, ViewLogAsksForAFile)
@@ -293,6 +313,33 @@ TEST_F(MainWindow, ViewLogAsksForAFile)
     PostCommand(dialog, IDCANCEL);
     EXPECT_TRUE(program->WaitUntilGone(dialog));
     EXPECT_TRUE(IsWindow(window));
+}
+
+TEST_F(MainWindow, ViewLogShowsTheFileThatIsChosen)
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    const std::wstring path = std::wstring(folder) + L"chosen.zlg";
+    std::ofstream(std::filesystem::path(path)) << "<zeltlogdocument><info value=\"chosen\"/></zeltlogdocument>";
+    ASSERT_NO_FATAL_FAILURE(Start());
+    PostCommand(window, kCommandViewLog);
+    const HWND dialog = program->WaitForWindow(L"View log file:");
+    ASSERT_NE(nullptr, dialog);
+    constexpr int kFileName = 0x47C;
+    ASSERT_NE(nullptr, GetDlgItem(dialog, kFileName));
+    SendDlgItemMessageW(dialog, kFileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    PostCommand(dialog, IDOK);
+    EXPECT_TRUE(program->WaitUntilGone(dialog));
+    const HWND viewer = program->WaitForWindow(L"Log file chosen.zlg:");
+    ASSERT_NE(nullptr, viewer);
+    // The viewer keeps the program when the main window closes.
+    PostCommand(window, kCommandClose);
+    EXPECT_TRUE(program->WaitUntilGone(window));
+    const RemoteTree tree(program->Process(), GetDlgItem(viewer, kLogTree));
+    EXPECT_EQ(L"chosen", tree.Text(tree.Next(TVGN_ROOT)));
+    PostMessageW(viewer, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(program->EndsBy(10'000));
+    DeleteFileW(path.c_str());
 }
 
 }  // namespace

@@ -62,9 +62,11 @@ std::wstring TextOfWindow(HWND window)
     return text;
 }
 
-Program::Program(const std::wstring& arguments)
+Program::Program(const std::wstring& arguments, const std::wstring& executable)
 {
-    const std::wstring path = std::filesystem::absolute(ZELT_EXECUTABLE).make_preferred().wstring();
+    std::filesystem::path program = executable;
+    if (executable.empty()) program = ZELT_EXECUTABLE;
+    const std::wstring path = std::filesystem::absolute(program).make_preferred().wstring();
     std::wstring commandLine = L'"' + path + L"\" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;

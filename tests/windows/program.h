@@ -18,7 +18,8 @@ std::wstring TextOfWindow(HWND window);
 
 class Program {
 public:
-    explicit Program(const std::wstring& arguments = {});
+    // Starts the built program, or the copy of it that is named.
+    explicit Program(const std::wstring& arguments = {}, const std::wstring& executable = {});
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;

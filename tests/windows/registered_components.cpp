@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "shell/registry_views.h"
 
@@ -41,8 +42,13 @@ RegisteredComponents::RegisteredComponents()
 RegisteredComponents::~RegisteredComponents()
 {
     for (const std::wstring& path : added) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
-    CallExport(ZELT_FAULTY_PACKAGE, "DllUnregisterServer");
+    RemoveFaulty();
     CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
+}
+
+void RegisteredComponents::RemoveFaulty()
+{
+    if (std::exchange(faulty, false)) CallExport(ZELT_FAULTY_PACKAGE, "DllUnregisterServer");
 }
 
 void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,

@@ -33,7 +33,11 @@ public:
     void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
              const wchar_t* description = nullptr);
 
+    // Leaves the samples that work.
+    void RemoveFaulty();
+
 private:
+    bool faulty = true;
     std::vector<std::wstring> added;
 };
 

@@ -62,16 +62,22 @@ void NormalisePath(std::string& log, const PathName& path)
     }
 }
 
-// Whether the line says that an interface of the system's own is not supported. An interface of the standard whose name
+// Whether the line says that an interface of the system's own is not supported, or not yet. An interface of the standard whose name
 // the registry lacks is written as its identifier, all of which begin alike.
 bool IsSystemQuery(std::string_view line)
 {
-    constexpr std::string_view kWarning = "<warning value=\"", kMark = ": QueryInterface for unsupported interface ";
+    constexpr std::string_view kWarning = "<warning value=\"";
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    const std::size_t mark = line.find(kMark);
-    if (!line.starts_with(kWarning) || mark == std::string_view::npos) return false;
-    const std::string_view name = line.substr(mark + kMark.size());
-    return !name.starts_with("ICape") && !name.starts_with("ECape") && !name.starts_with("{678C0");
+    if (!line.starts_with(kWarning)) return false;
+    for (const std::string_view mark :
+         {": QueryInterface for unsupported interface ", ": QueryInterface not returning "}) {
+        const std::size_t found = line.find(mark);
+        if (found == std::string_view::npos) continue;
+        const std::string_view name = line.substr(found + mark.size());
+        return !name.starts_with("supported interface ") && !name.starts_with("ICape") && !name.starts_with("ECape") &&
+               !name.starts_with("{678C0");
+    }
+    return false;
 }
 
 }  // namespace

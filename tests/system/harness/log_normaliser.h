@@ -25,7 +25,8 @@ std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {
 
 // COM asks every object that it marshals for interfaces of its own (IMarshal, IExternalConnection and others, not the
 // same ones on every system), and the log says so, as it should. This leaves those lines out: the warnings about
-// unsupported interfaces other than the standard's, which are named ICape... or ECape...
+// interfaces that are unsupported, or asked for before there is an object, but for the standard's, which are named
+// ICape... or ECape...
 std::string WithoutSystemQueries(const std::string& log);
 
 }  // namespace zelt::test

@@ -16,7 +16,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
 constexpr const char* kLibraries[] = {"/samples/SamplePackage.dll", "/samples/SampleReactions.dll",
-                                      "/samples/FaultyPackage.dll"};
+                                      "/samples/SampleUnits.dll", "/samples/FaultyPackage.dll"};
 constexpr DWORD kTimeToRegister = 60'000;
 
 std::wstring Quoted(const char* path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }

@@ -28,10 +28,12 @@ std::wstring NewEventName()
 
 bool HasSimulator(Width width) { return std::filesystem::exists(Program(width)); }
 
+std::wstring SimulatorProgram(Width width) { return L'"' + Program(width).wstring() + L'"'; }
+
 std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options,
                               const std::wstring& manager)
 {
-    return L'"' + Program(width).wstring() + L"\" " + manager + L" \"" + package + L"\" --bits " + options;
+    return SimulatorProgram(width) + L' ' + manager + L" \"" + package + L"\" --bits " + options;
 }
 
 SimulatorResult RunSimulator(const std::wstring& commandLine)

@@ -21,6 +21,9 @@ inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
 bool HasSimulator(Width width);
 inline constexpr char kNoSimulator[] = "the 64-bit simulator is not built";
 
+// The program, ready for a command line.
+std::wstring SimulatorProgram(Width width);
+
 // A command line that uses `package` of the server's manager, or of the class that is named instead.
 std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options = {},
                               const std::wstring& manager = L"ZELT.PropertyPackageManager");

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "res/resource.h"
 #include "shell/handle.h"
@@ -51,6 +52,24 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
     EXPECT_EQ(L"careful", tree->Label(reinterpret_cast<HTREEITEM>(list->Data(0))));
     Send(kCommandExpandAll);
     KeepPicture(window, "viewer");
+}
+
+// What the user guide shows: the golden log with an error selected.
+class ViewerPictures : public ViewerTest {};
+
+TEST_F(ViewerPictures, ALogWithErrors)
+{
+    std::ifstream golden(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg", std::ios::binary);
+    const std::string log(std::istreambuf_iterator<char>(golden), {});
+    ASSERT_FALSE(log.empty());
+    name = L"Aromatics.zlg";
+    path = path.substr(0, path.rfind(L'\\') + 1) + name;
+    Show(log);
+    EXPECT_GT(list->Count(), 1);
+    Send(kCommandNextError);
+    EXPECT_EQ(0, list->Selected());
+    EXPECT_EQ(list->Label(0), tree->SelectedLabel());
+    KeepPicture(window, "viewer-with-errors");
 }
 
 // Menus of another process cannot be read everywhere: the program's resources can.

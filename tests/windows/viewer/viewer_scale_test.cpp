@@ -89,5 +89,118 @@ TEST_F(ViewerTest, LoadingCanBeCancelledAndShowsWhatItHas)
     EXPECT_EQ(L"Search string \"the last of them\" is not found.", Box(L"Search tree:"));
 }
 
+TEST_F(ViewerTest, LoadingEndsWithEscToo)
+{
+    std::string log = "<zeltlogdocument>";
+    const std::string some = Calls(10'000);
+    for (int i = 0; i < 40; ++i) log += some;
+    Start(log + "</zeltlogdocument>");
+    const HWND progress = FindWindowOf(Id(), L"Parsing log file:", 30'000);
+    ASSERT_NE(nullptr, progress);
+    PostMessageW(GetDlgItem(progress, IDCANCEL), WM_KEYDOWN, VK_ESCAPE, 1);
+    Opened();
+    EXPECT_FALSE(IsWindow(progress));
+    EXPECT_TRUE(IsWindow(window));
+    EXPECT_GT(tree->Count(), 0);
+}
+
+// The outermost items enter the tree a few at a time; whoever walks finds each of them all the same.
+TEST_F(ViewerTest, AWalkMeetsEveryOutermostItem)
+{
+    std::string many;
+    for (int i = 0; i < 100'000; ++i) many += "<a/>";
+    Show(InLog("<func name=\"many\" direc=\"in\" object=\"o\">" + many + "</func>" + Calls(15'000)));
+    int count = 0;
+    HTREEITEM last = nullptr;
+    for (HTREEITEM item = tree->Next(TVGN_ROOT); item; item = tree->Next(TVGN_NEXT, item), ++count) last = item;
+    EXPECT_EQ(15'001, count);
+    EXPECT_EQ(L"call 14999 (o)", tree->Label(last));
+}
+
+TEST_F(ViewerTest, TheEndKeyGoesToTheLastItem)
+{
+    Show(InLog(Calls(80'000)));
+    PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_END, 1);
+    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"call 79999 (o)"; })) << tree->Count();
+    EXPECT_EQ(80'000, tree->Count());
+}
+
+// The tree is filled up to the limit while the log seems small; what follows is there all the same.
+TEST_F(ViewerTest, ALogWithMoreItemsThanItsBeginningPromisesIsShownWhole)
+{
+    // Long entries first, then short ones, in a call that is open when filling is given up.
+    std::string log;
+    for (int i = 0; i < 5000; ++i) log += "<info value=\"" + std::string(1500, 'l') + "\"/>\n";
+    log += "<func name=\"open\" direc=\"in\" object=\"o\"><func name=\"inner\" direc=\"in\" object=\"o\">";
+    for (int i = 0; i < 120'000; ++i) log += "<a/>";
+    log += "</func><info value=\"behind the inner call\"/></func><info value=\"last\"/>";
+    Show(InLog(log));
+    EXPECT_GE(tree->Count(), 100'000);
+    HTREEITEM item = tree->Next(TVGN_ROOT);
+    for (int i = 0; i < 5000; ++i) item = tree->Next(TVGN_NEXT, item);
+    EXPECT_EQ(L"open (o)", tree->Label(item));
+    const HTREEITEM inner = tree->Next(TVGN_CHILD, item);
+    EXPECT_EQ(L"inner (o)", tree->Label(inner));
+    EXPECT_EQ(L"behind the inner call", tree->Label(tree->Next(TVGN_NEXT, inner)));
+    EXPECT_EQ(nullptr, tree->Next(TVGN_NEXT, tree->Next(TVGN_NEXT, inner)));
+    EXPECT_EQ(L"last", tree->Label(tree->Next(TVGN_NEXT, item)));
+    EXPECT_EQ(5000 + 2 + 120'000 + 2, tree->Count());
+}
+
+TEST_F(ViewerTest, ExpandingEverythingStopsAtItsLimitAndSaysSo)
+{
+    std::string log =
+        "<func name=\"small\" direc=\"in\" object=\"o\"><info value=\"1\"/></func>"
+        "<func name=\"large\" direc=\"in\" object=\"o\">";
+    for (int i = 0; i < 200'000; ++i) log += "<a/>";
+    Show(InLog(log + "</func>"));
+    PostMessageW(window, WM_COMMAND, kCommandExpandAll, 0);
+    EXPECT_EQ(L"Expanding stopped at 200000 items inside of others. The rest can be expanded one by one.",
+              Box(L"Expand all items:"));
+    const HTREEITEM small = tree->Next(TVGN_ROOT);
+    EXPECT_TRUE(tree->IsExpanded(small));
+    const HTREEITEM large = tree->Next(TVGN_NEXT, small);
+    EXPECT_FALSE(tree->IsExpanded(large));
+    EXPECT_EQ(3, tree->Count());
+}
+
+// Esc waits behind the command, as from a user who is quick.
+TEST_F(ViewerTest, EscCancelsARemovalWhichCanBeDoneAgain)
+{
+    Show(InLog(Calls(20'000)));
+    const HTREEITEM first = tree->Next(TVGN_ROOT);
+    PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
+    PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_ESCAPE, 1);
+    // While it runs, the window answers and refuses further commands: what it has done by now is all once nothing changes.
+    WaitUntil([&] {
+        const int before = tree->Count();
+        Sleep(500);
+        return before < 80'000 && tree->Count() == before;
+    });
+    ASSERT_TRUE(IsWindow(window));
+    EXPECT_LT(tree->Count(), 80'000);
+    EXPECT_GT(tree->Count(), 60'000);
+    EXPECT_EQ(nullptr, tree->Next(TVGN_NEXT, tree->Next(TVGN_CHILD, first)));
+    PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
+    EXPECT_TRUE(WaitUntil([&] { return tree->Count() == 60'000; }, 120'000)) << tree->Count();
+}
+
+TEST_F(ViewerTest, EscCancelsASearch)
+{
+    // Long labels, no two the same, and a text that is nearly in them.
+    std::string log = "<func name=\"all\" direc=\"in\" object=\"o\">";
+    for (int i = 0; i < 8000; ++i) log += "<info value=\"" + std::string(1500, 'l') + std::to_string(i) + "\"/>";
+    const std::wstring nearly = std::wstring(200, L'l') + L"xl";
+    Show(InLog(log + "</func>"));
+    Find(nearly);
+    EXPECT_EQ(L"Search string \"" + nearly + L"\" is not found.", Box(L"Search tree:"));
+    PostMessageW(window, WM_COMMAND, kCommandFindNext, 0);
+    PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_ESCAPE, 1);
+    EXPECT_EQ(nullptr, FindWindowOf(Id(), L"Search tree:", 3000));
+    EXPECT_TRUE(IsWindow(window));
+    Find(L"ALL (O)", true, true);
+    EXPECT_EQ(L"all (o)", tree->SelectedLabel());
+}
+
 }  // namespace
 }  // namespace zelt::test

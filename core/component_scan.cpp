@@ -1,4 +1,4 @@
-#include "shell/component_scan/component_scan.h"
+#include "core/component_scan.h"
 
 #include <objbase.h>
 
@@ -7,13 +7,10 @@
 #include <optional>
 
 #include "core/message.h"
-#include "shell/registry_views.h"
+#include "core/registry_view.h"
 
 namespace zelt {
 namespace {
-
-// The logged unit operation, {2FD53BB5-1013-418D-BAB6-15DF8AD606A6}.
-constexpr CLSID kLoggedUnitOperation = {0x2FD53BB5, 0x1013, 0x418D, {0xBA, 0xB6, 0x15, 0xDF, 0x8A, 0xD6, 0x06, 0xA6}};
 
 constexpr wchar_t kClasses[] = L"CLSID";
 
@@ -118,15 +115,6 @@ std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const Component
         ShowMessage(L"Out of memory", L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
     }
     return results;
-}
-
-const std::vector<ComponentInfo>& InstalledUnitOperations()
-{
-    static const std::vector<ComponentInfo> found = [] {
-        const ComponentSearch search[] = {{kUnitOperationCategory, kLoggedUnitOperation}};
-        return std::move(FindComponents(search).front());
-    }();
-    return found;
 }
 
 }  // namespace zelt

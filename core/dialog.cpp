@@ -1,4 +1,4 @@
-#include "shell/dialog.h"
+#include "core/dialog.h"
 
 #include "com/failure.h"
 #include "com/type_info.h"

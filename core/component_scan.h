@@ -37,7 +37,4 @@ ClassSources InstalledClasses();
 std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,
                                                        const ClassSources& sources = InstalledClasses());
 
-// The unit operations of this computer, but for the program's own. Gathered when first asked for, once a process.
-const std::vector<ComponentInfo>& InstalledUnitOperations();
-
 }  // namespace zelt

@@ -1,0 +1,100 @@
+#include <comutil.h>
+#include <wrl/client.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bench/calls/logged_package.h"
+#include "bench/calls/parts.h"
+#include "bench/rows.h"
+
+namespace zelt::bench {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr int kCalls = 20'000;
+constexpr int kPairs = 15;
+
+// The entries of a log's text behind its header: the opening of a call, an argument from its opening to its closing, the
+// closing of a call.
+std::vector<std::string_view> Entries(std::string_view text)
+{
+    std::vector<std::string_view> entries;
+    std::size_t start = text.find("<func");
+    while (start < text.size()) {
+        const std::size_t content = text.find_first_not_of(' ', start);
+        const bool isArgument = text.substr(content, 4) == "<arg";
+        std::size_t end = isArgument ? text.find("</arg>", content) : content;
+        end = text.find('\n', end);
+        if (end == std::string_view::npos) break;
+        entries.push_back(text.substr(start, end + 1 - start));
+        start = end + 1;
+    }
+    return entries;
+}
+
+double TimeFloor(const std::vector<std::string_view>& entriesOfACall)
+{
+    TemporaryLog log;
+    const Stopwatch watch;
+    for (int i = 0; i < kCalls; ++i) {
+        for (const std::string_view entry : entriesOfACall) log.file.Write(entry);
+    }
+    return watch.Seconds();
+}
+
+template <class Call>
+double TimeLogged(Call&& call)
+{
+    LoggedPackage logged;
+    const Stopwatch watch;
+    for (int i = 0; i < kCalls; ++i) call(logged);
+    return watch.Seconds();
+}
+
+template <class Call>
+std::string TextOfACall(Call&& call)
+{
+    LoggedPackage logged;
+    const std::size_t before = logged.Text().size();
+    call(logged);
+    return logged.Text().substr(before);
+}
+
+template <class Call>
+void Row(const char* name, Call call)
+{
+    // The interface's look-up in the first call is no part of the others, but writes nothing either.
+    const std::string text = TextOfACall(call);
+    const std::vector<std::string_view> entries = Entries(text);
+    const Comparison row = Compare(
+        kPairs, [&] { return TimeFloor(entries); }, [&] { return TimeLogged(call); });
+    PrintRow(std::string(name) + ", " + std::to_string(entries.size()) + " entries, " + std::to_string(text.size()) +
+                 " bytes",
+             row, 1.5, "ns", kCalls);
+}
+
+}  // namespace
+
+void MeasureLogging()
+{
+    PrintTitle("Logged call (floor: the same bytes, one write an entry)");
+    Row("scalar", [](LoggedPackage& logged) {
+        long number = 0;
+        logged.compounds->GetNumCompounds(&number);
+    });
+    const _bstr_t property(L"fugacity"), phase(L"Liquid"), basis(L"");
+    _variant_t values;
+    values.vt = VT_ARRAY | VT_R8;
+    values.parray = SafeArrayCreateVector(VT_R8, 0, 10);
+    for (long i = 0; i < 10; ++i) {
+        double value = 101325.0 / (i + 3);
+        SafeArrayPutElement(values.parray, &i, &value);
+    }
+    Row("ten doubles in",
+        [&](LoggedPackage& logged) { logged.material->SetSinglePhaseProp(property, phase, basis, values); });
+}
+
+}  // namespace zelt::bench

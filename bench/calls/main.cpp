@@ -1,0 +1,24 @@
+// bench_calls: what the way through a proxy costs. With "growth <entries>" only the growth of a log is measured.
+#include <windows.h>
+#include <objbase.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "bench/calls/parts.h"
+
+int main(int argc, char** argv)
+{
+    constexpr long long kEntries = 1'000'000;
+    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
+    if (argc > 2 && std::strcmp(argv[1], "growth") == 0) {
+        zelt::bench::MeasureGrowth(std::atoll(argv[2]));
+    } else {
+        zelt::bench::MeasureForwarding();
+        zelt::bench::MeasureLogging();
+        zelt::bench::MeasurePackages();
+        zelt::bench::MeasureGrowth(kEntries);
+    }
+    CoUninitialize();
+    return 0;
+}

@@ -1,0 +1,105 @@
+; What is installed and removed besides the registration: files, start menu, the entry among the installed programs.
+
+!macro InstallFile path
+    ClearErrors
+    File "/oname=${path}" "${STAGE}\${path}"
+    ${If} ${Errors}
+        Call TakeBack
+        ${Leave} ${FILE_NOT_WRITTEN} "${TEXT_FILE_NOT_WRITTEN}$\r$\n$INSTDIR\${path}"
+    ${EndIf}
+!macroend
+
+!macro InstallFolder path
+    CreateDirectory "$INSTDIR\${path}"
+!macroend
+
+!macro RemoveFile path
+    Delete "$INSTDIR\${path}"
+!macroend
+
+; Only a folder that is empty: what the user put there stays.
+!macro RemoveFolder path
+    RMDir "$INSTDIR\${path}"
+!macroend
+
+; files.nsh: the macros InstallAll and RemoveAll, which insert these for each file and folder of the stage.
+!include "${LISTS}\files.nsh"
+
+Function InstallFiles
+    SetOutPath "$INSTDIR"
+    !insertmacro InstallAll
+    ClearErrors
+    WriteUninstaller "$INSTDIR\Uninstall.exe"
+    ${If} ${Errors}
+        Call TakeBack
+        ${Leave} ${FILE_NOT_WRITTEN} "${TEXT_FILE_NOT_WRITTEN}$\r$\n$INSTDIR\Uninstall.exe"
+    ${EndIf}
+FunctionEnd
+
+!macro DefineRemoveFiles un
+Function ${un}RemoveFiles
+    ; The current folder cannot be removed.
+    SetOutPath "$TEMP"
+    !insertmacro RemoveAll
+    Delete "$INSTDIR\Uninstall.exe"
+    RMDir "$INSTDIR"
+FunctionEnd
+!macroend
+!insertmacro DefineRemoveFiles ""
+!insertmacro DefineRemoveFiles "un."
+
+; After a failure, nothing stays behind.
+Function TakeBack
+    ${If} $RegisteredFor != ""
+        Call UnregisterServer
+    ${EndIf}
+    Call RemoveFiles
+FunctionEnd
+
+; The older version's uninstaller knows best what it installed. It leaves settings and logs alone.
+Function RemoveOlderVersion
+    ReadRegStr $2 SHCTX "${UNINSTALL_KEY}" "InstallLocation"
+    ${If} $2 == ""
+    ${OrIfNot} ${FileExists} "$2\Uninstall.exe"
+        Return
+    ${EndIf}
+    ; Told its folder, it works in place, and can be waited for.
+    ExecWait '"$2\Uninstall.exe" /S _?=$2' $0
+    ${If} $0 = ${SERVER_RUNS}
+        ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
+    ${ElseIf} $0 <> 0
+        ${Leave} ${OLDER_VERSION_STAYS} "${TEXT_OLDER_VERSION_STAYS}"
+    ${EndIf}
+    Delete "$2\Uninstall.exe"
+    RMDir "$2"
+FunctionEnd
+
+Function WriteEntries
+    CreateDirectory "$SMPROGRAMS\ZELT"
+    CreateShortcut "$SMPROGRAMS\ZELT\ZELT.lnk" "$INSTDIR\ZELT.EXE"
+    CreateShortcut "$SMPROGRAMS\ZELT\ZELT Help.lnk" "$INSTDIR\BRIX.chm"
+
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayName" "ZELT"
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "Publisher" "The ZELT developers"
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\ZELT.EXE,0"
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "EstimatedSize" ${SIZE}
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\Uninstall.exe"'
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoModify" 1
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoRepair" 1
+    ; For the uninstaller: in whose classes the server is registered.
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "RegisteredFor" "$RegisteredFor"
+FunctionEnd
+
+Function un.RemoveEntries
+    Delete "$SMPROGRAMS\ZELT\ZELT.lnk"
+    Delete "$SMPROGRAMS\ZELT\ZELT Help.lnk"
+    RMDir "$SMPROGRAMS\ZELT"
+    DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+    ; A user who never installed anything else had no list of installed programs.
+    ${If} $Scope == "user"
+        DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+    ${EndIf}
+FunctionEnd

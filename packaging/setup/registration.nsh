@@ -1,0 +1,78 @@
+; Registration is ZELT.EXE's own; here it is checked which hive holds it afterwards, in the view of 32-bit and in that of
+; 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the product family
+; is installed for the user: that is said, remembered in $RegisteredFor, and undone there by the uninstaller.
+
+; $R0 becomes "no" when a class of the list is not this installation's in a view of the hive.
+!macro VerifyClassInView hive class
+    ReadRegStr $1 ${hive} "Software\Classes\CLSID\${class}\LocalServer32" ""
+    ${If} $1 != '"$INSTDIR\ZELT.EXE"'
+        StrCpy $R0 "no"
+    ${EndIf}
+!macroend
+; classes.nsh: the macro VerifyClasses, which inserts this for each class.
+!include "${LISTS}\classes.nsh"
+
+!macro VerifyHive hive
+    StrCpy $R0 "yes"
+    SetRegView 32
+    !insertmacro VerifyClasses ${hive}
+    ${If} ${RunningX64}
+        SetRegView 64
+        !insertmacro VerifyClasses ${hive}
+        SetRegView 32
+    ${EndIf}
+!macroend
+
+Function RegisterServer
+    ${If} $Scope == "user"
+        ExecWait '"$INSTDIR\ZELT.EXE" /RegServerPerUser' $0
+        StrCpy $RegisteredFor "user"
+    ${Else}
+        ExecWait '"$INSTDIR\ZELT.EXE" /RegServer' $0
+        StrCpy $RegisteredFor "machine"
+        ReadRegStr $1 HKCU "Software\BRIX" "CurrentUser"
+        ${If} $1 == "1"
+            StrCpy $RegisteredFor "user"
+        ${EndIf}
+    ${EndIf}
+    ${If} $RegisteredFor == "user"
+        !insertmacro VerifyHive HKCU
+    ${Else}
+        !insertmacro VerifyHive HKLM
+    ${EndIf}
+    ${If} $0 <> 0
+    ${OrIf} $R0 == "no"
+        Push $0
+        Call TakeBack
+        Pop $0
+        ${Leave} ${NOT_REGISTERED} "${TEXT_NOT_REGISTERED}"
+    ${EndIf}
+    ${If} $RegisteredFor != $Scope
+        MessageBox MB_OK|MB_ICONEXCLAMATION "${TEXT_REGISTERED_FOR_USER}" /SD IDOK
+    ${EndIf}
+    ; Explorer shows the new icon of logs.
+    System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
+FunctionEnd
+
+; Registration of another copy, a portable one for example, is not this installation's to remove.
+!macro DefineUnregisterServer un
+Function ${un}UnregisterServer
+    ${If} $RegisteredFor == "user"
+        ReadRegStr $1 HKCU "Software\Classes\CLSID\${FIRST_CLASS}\LocalServer32" ""
+    ${Else}
+        ReadRegStr $1 HKLM "Software\Classes\CLSID\${FIRST_CLASS}\LocalServer32" ""
+    ${EndIf}
+    ${If} $1 != ""
+    ${AndIf} $1 != '"$INSTDIR\ZELT.EXE"'
+        Return
+    ${EndIf}
+    ${If} $RegisteredFor == "user"
+        ExecWait '"$INSTDIR\ZELT.EXE" /UnregServerPerUser' $0
+    ${Else}
+        ExecWait '"$INSTDIR\ZELT.EXE" /UnregServer' $0
+    ${EndIf}
+    System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
+FunctionEnd
+!macroend
+!insertmacro DefineUnregisterServer ""
+!insertmacro DefineUnregisterServer "un."

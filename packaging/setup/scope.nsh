@@ -1,0 +1,59 @@
+; For whom ZELT is installed: everybody, or the current user with /CurrentUser. Sets $Scope, $INSTDIR and the meaning of
+; SHCTX and of the start menu's folder.
+
+!macro UseScope
+    ${If} $Scope == "user"
+        SetShellVarContext current
+    ${Else}
+        SetShellVarContext all
+    ${EndIf}
+!macroend
+
+Function ChooseScope
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/CurrentUser" $1
+    ${If} ${Errors}
+        StrCpy $Scope "machine"
+        UserInfo::GetAccountType
+        Pop $1
+        ${If} $1 != "Admin"
+            ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+        ${EndIf}
+    ${Else}
+        StrCpy $Scope "user"
+        ${If} ${Cmd} `MessageBox MB_OKCANCEL|MB_ICONEXCLAMATION "${TEXT_CURRENT_USER}" /SD IDOK IDCANCEL`
+            SetErrorLevel ${CANCELLED}
+            Quit
+        ${EndIf}
+    ${EndIf}
+    !insertmacro UseScope
+    ; The folder: /D=, else that of the version that is there, else the usual one.
+    ${If} $INSTDIR == ""
+        ReadRegStr $INSTDIR SHCTX "${UNINSTALL_KEY}" "InstallLocation"
+    ${EndIf}
+    ${If} $INSTDIR == ""
+        ${If} $Scope == "user"
+            StrCpy $INSTDIR "$LOCALAPPDATA\Programs\ZELT"
+        ${Else}
+            StrCpy $INSTDIR "$PROGRAMFILES32\ZELT"
+        ${EndIf}
+    ${EndIf}
+FunctionEnd
+
+; The uninstaller's scope is where its own folder is entered.
+Function un.FindScope
+    StrCpy $Scope "machine"
+    ReadRegStr $0 HKCU "${UNINSTALL_KEY}" "InstallLocation"
+    ${If} $0 == $INSTDIR
+        StrCpy $Scope "user"
+    ${Else}
+        UserInfo::GetAccountType
+        Pop $1
+        ${If} $1 != "Admin"
+            ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+        ${EndIf}
+    ${EndIf}
+    !insertmacro UseScope
+    ReadRegStr $RegisteredFor SHCTX "${UNINSTALL_KEY}" "RegisteredFor"
+FunctionEnd

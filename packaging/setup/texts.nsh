@@ -1,0 +1,25 @@
+; The texts and exit codes of setup and uninstaller. docs/user-guide/installing.md explains both.
+
+!define DONE 0
+!define CANCELLED 1
+!define NEEDS_ADMINISTRATOR 3
+!define SERVER_RUNS 4
+!define FILE_NOT_WRITTEN 5
+!define NOT_REGISTERED 6
+!define OLDER_VERSION_STAYS 7
+
+!define TEXT_NEEDS_ADMINISTRATOR "Installing ZELT for all users needs an administrator."
+!define TEXT_CURRENT_USER "ZELT will be installed for the current user alone. Simulators that run as administrator or under another account will not see it."
+!define TEXT_SERVER_RUNS "ZELT is running. Close its windows and the simulators that use it, then try again."
+!define TEXT_REGISTERED_FOR_USER "ZELT was registered for the current user alone, because the value CurrentUser of HKEY_CURRENT_USER\Software\BRIX is 1. Other users will not see it."
+!define TEXT_NOT_REGISTERED "ZELT could not be registered (code $0)."
+!define TEXT_OLDER_VERSION_STAYS "The older version could not be removed (code $0)."
+!define TEXT_FILE_NOT_WRITTEN "A file could not be written:"
+
+; Ends with an exit code, and says why unless silent.
+!macro Leave code text
+    MessageBox MB_OK|MB_ICONSTOP "${text}" /SD IDOK
+    SetErrorLevel ${code}
+    Quit
+!macroend
+!define Leave "!insertmacro Leave"

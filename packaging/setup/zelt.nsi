@@ -1,0 +1,86 @@
+; The setup program of ZELT. scripts/package.sh runs makensis on it, with
+;   VERSION, SIZE (KB)  of the product
+;   STAGE               the folder with the files as they will be installed
+;   OUTPUT              the program to be made
+;   ICON                the product's icon
+;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
+; Everything that the user can read stands in texts.nsh, the exit codes too.
+
+Unicode true
+SetCompressor /SOLID lzma
+ManifestDPIAware true
+ManifestSupportedOS Win10
+; An administrator is asked for the right to install for everybody; others install for themselves with /CurrentUser.
+RequestExecutionLevel highest
+
+!include LogicLib.nsh
+!include FileFunc.nsh
+!include x64.nsh
+!include MUI2.nsh
+
+!define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZELT"
+
+Name "ZELT"
+OutFile "${OUTPUT}"
+InstallDir ""
+ShowInstDetails nevershow
+ShowUninstDetails nevershow
+AllowSkipFiles off
+SetOverwrite try
+
+VIProductVersion "${VERSION}.0"
+VIAddVersionKey ProductName "ZELT"
+VIAddVersionKey ProductVersion "${VERSION}.0"
+VIAddVersionKey FileVersion "${VERSION}.0"
+VIAddVersionKey FileDescription "ZELT Setup"
+VIAddVersionKey CompanyName "The ZELT developers"
+VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
+
+; "machine" or "user": for whom files and entries are installed, and in whose classes the server is registered. The second
+; may be the user although the first is the machine (registration.nsh).
+Var Scope
+Var RegisteredFor
+
+!include texts.nsh
+!include scope.nsh
+!include running.nsh
+!include registration.nsh
+!include installed.nsh
+
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
+!define MUI_ABORTWARNING
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_RUN "$INSTDIR\ZELT.EXE"
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE English
+
+Function .onInit
+    Call ChooseScope
+    Call RefuseRunningServer
+FunctionEnd
+
+Function un.onInit
+    Call un.FindScope
+    Call un.RefuseRunningServer
+FunctionEnd
+
+Section
+    ; Once more: the folder may have been changed, and a simulator may have started meanwhile.
+    Call RefuseRunningServer
+    Call RemoveOlderVersion
+    Call InstallFiles
+    Call RegisterServer
+    Call WriteEntries
+    SetErrorLevel ${DONE}
+SectionEnd
+
+Section Uninstall
+    Call un.UnregisterServer
+    Call un.RemoveEntries
+    Call un.RemoveFiles
+    SetErrorLevel ${DONE}
+SectionEnd

@@ -1,0 +1,54 @@
+// Values as bytes and back, for what components and the simulator save: numbers in the processor's order (little endian on
+// every Windows), texts and lists with their lengths before them. The reader trusts nothing: a length that goes beyond
+// the end fails before anything is allocated for it. Reading throws CapeFailure ("persistence").
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelt::sample {
+
+class ByteWriter {
+public:
+    void Number(std::uint32_t value) { Append(&value, sizeof(value)); }
+    void Real(double value) { Append(&value, sizeof(value)); }
+    void Text(std::wstring_view text);
+    void Reals(std::span<const double> values);
+    void Bytes(std::span<const std::byte> values);
+
+    const std::vector<std::byte>& Result() const { return bytes; }
+
+private:
+    void Append(const void* data, std::size_t size);
+
+    std::vector<std::byte> bytes;
+};
+
+class ByteReader {
+public:
+    // Borrows the bytes.
+    explicit ByteReader(std::span<const std::byte> bytes) : rest(bytes) {}
+
+    std::uint32_t Number();
+    double Real();
+    std::wstring Text();
+    std::vector<double> Reals();
+    std::vector<std::byte> Bytes();
+
+    std::size_t Left() const { return rest.size(); }
+    // Throws when something is left.
+    void RequireEnd() const;
+
+private:
+    void Take(void* data, std::size_t size);
+    // A count of elements of `size` bytes each, which must be there.
+    std::size_t Count(std::size_t size);
+
+    std::span<const std::byte> rest;
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,36 @@
+// A saved flowsheet: the package and the unit operation by class, the feeds, and the unit's own state as the unit wrote
+// it. Knows nothing of what is in the latter.
+#pragma once
+
+#include <guiddef.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace zelt::sample {
+
+struct Feed {
+    double flow;         // mol/s
+    double temperature;  // K
+    double pressure;     // Pa
+    std::vector<double> fractions;
+};
+
+struct FlowsheetData {
+    CLSID manager;
+    std::wstring package;
+    CLSID unit;
+    std::vector<std::wstring> compounds;  // in whose order the feeds' fractions stand
+    std::vector<Feed> feeds;
+    double power;       // of the energy stream, W
+    bool hasUnitState;  // false when the unit saves nothing
+    std::vector<std::byte> unitState;
+};
+
+// Throw CapeFailure ("persistence") with the file's name and what is wrong with it. A file is written whole or not at
+// all.
+void SaveFlowsheet(const std::wstring& path, const FlowsheetData& data);
+FlowsheetData LoadFlowsheet(const std::wstring& path);
+
+}  // namespace zelt::sample

@@ -1,0 +1,13 @@
+// A flowsheet of one unit operation, step by step: the property package, the unit, its streams, a calculation with its
+// balances and reports, and saving. New, or loaded from a file, when the unit is created from what it saved.
+#pragma once
+
+#include "samples/simulator/options.h"
+#include "samples/simulator/report.h"
+
+namespace zelt::sample {
+
+// Throws CapeFailure when a step fails.
+void RunFlowsheet(const Options& options, Report& report);
+
+}  // namespace zelt::sample

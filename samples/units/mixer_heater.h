@@ -1,0 +1,39 @@
+// The mixer with heater: joins two streams, lowers the pressure and heats or cools the mixture, either with a given duty
+// or to a given temperature. An energy stream's power is added to the duty; an information stream is told the outcome.
+// Both may be left unconnected.
+//
+//   outlet flow of each compound   = the sum over the inlets
+//   outlet pressure                = the lowest inlet pressure - pressure drop
+//   outlet enthalpy flow           = the sum over the inlets + energy stream + duty of the heater
+//
+// Kinetic and potential energy are left out, as usual for such a unit.
+#pragma once
+
+#include "samples/units/classes.h"
+#include "samples/units/unit_operation.h"
+
+namespace zelt::sample {
+
+class MixerHeaterModel final : public UnitModel {
+public:
+    static constexpr const wchar_t* kDescription = L"Joins two streams and heats or cools the mixture";
+
+    MixerHeaterModel();
+
+protected:
+    std::wstring Objection() const override;
+    std::vector<std::wstring> Run() override;
+
+private:
+    enum Port : std::size_t { kFirstInlet, kSecondInlet, kOutlet, kEnergy, kInformation };
+
+    // The lowest pressure of the inlets, as far as they have one.
+    std::optional<double> InletPressure() const;
+    // Flashes the outlet at this enthalpy (J/mol): by the material's own means, or by search over temperatures.
+    void FlashAtEnthalpy(const UnitStream& outlet, const Mixture& feed, const std::vector<std::wstring>& ids,
+                         double pressure, double enthalpy) const;
+};
+
+using MixerHeater = UnitOperation<MixerHeaterModel, kMixerHeaterClass, PersistStreamInitPart, ReportPart>;
+
+}  // namespace zelt::sample

@@ -1,0 +1,23 @@
+// The saved form of a unit's parameters: their names, types and values. Values outside a parameter's bounds are kept as
+// they are, as the parameter itself keeps them; Validate judges them. Nothing changes when loading fails.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "samples/component/parameter.h"
+
+namespace zelt::sample {
+
+// A header (signature, version, size of what follows), then the values.
+std::vector<std::byte> SaveParameters(const ParameterSet& parameters);
+
+// The two parts apart, for a stream that is read piece by piece.
+inline constexpr std::size_t kSavedHeaderSize = 12;
+// How many bytes follow the header. Throws CapeFailure for what is no header of this version.
+std::size_t SizeAfterHeader(std::span<const std::byte> header);
+// Throws CapeFailure unless the bytes hold exactly one value of the right type for each parameter.
+void LoadParameters(ParameterSet& parameters, std::span<const std::byte> body);
+
+}  // namespace zelt::sample

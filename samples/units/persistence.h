@@ -1,0 +1,108 @@
+// Saving and loading of a unit's parameters through the system's persistence interfaces: a unit has IPersistStreamInit,
+// or IPersistStream, or neither. Each is a part of the unit's object and borrows its model.
+#pragma once
+
+#include <ocidl.h>
+
+#include "samples/component/cape_errors.h"
+#include "samples/units/unit_model.h"
+
+namespace zelt::sample {
+
+// What both interfaces do.
+class UnitPersistence {
+public:
+    UnitPersistence(UnitModel& model, const CLSID& clsid) : model(model), clsid(clsid) {}
+
+    const CLSID& ClassId() const { return clsid; }
+    bool IsDirty() const;
+    // Throw CapeFailure; after a failed Load everything is as before.
+    void Load(IStream* stream);
+    void Save(IStream* stream, bool clearDirty);
+    // The exact size of what Save writes now.
+    std::size_t Size() const;
+    void SetDefaults();
+
+private:
+    UnitModel& model;
+    const CLSID& clsid;
+    std::vector<std::byte> saved;  // as last saved or loaded; empty when never
+};
+
+template <class I>
+class PersistPart : public com::Part<I> {
+public:
+    PersistPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid,
+                const wchar_t* interfaceName)
+        : com::Part<I>(object),
+          persistence(model, clsid),
+          errors(errors),
+          interfaceName(interfaceName),
+          baseEntry(object, IID_IPersist, static_cast<IPersist*>(this))
+    {}
+
+    STDMETHOD(GetClassID)(CLSID* clsid) override
+    {
+        if (!clsid) return E_POINTER;
+        *clsid = persistence.ClassId();
+        return S_OK;
+    }
+    STDMETHOD(IsDirty)() override
+    {
+        return com::NoThrow([&] { return persistence.IsDirty() ? S_OK : S_FALSE; });
+    }
+    STDMETHOD(Load)(IStream* stream) override
+    {
+        return Call(L"Load", [&] { persistence.Load(stream); });
+    }
+    STDMETHOD(Save)(IStream* stream, BOOL clearDirty) override
+    {
+        return Call(L"Save", [&] { persistence.Save(stream, clearDirty != FALSE); });
+    }
+    STDMETHOD(GetSizeMax)(ULARGE_INTEGER* size) override
+    {
+        if (!size) return E_POINTER;
+        return Call(L"GetSizeMax", [&] { size->QuadPart = persistence.Size(); });
+    }
+
+protected:
+    ~PersistPart() = default;
+
+    template <class Body>
+    HRESULT Call(const wchar_t* operation, Body&& body) noexcept
+    {
+        return errors.Run(__uuidof(I), interfaceName, operation, std::forward<Body>(body));
+    }
+
+    UnitPersistence persistence;
+
+private:
+    CapeErrors& errors;
+    const wchar_t* interfaceName;
+    com::InterfaceEntry baseEntry;
+};
+
+class PersistStreamInitPart final : public PersistPart<IPersistStreamInit> {
+public:
+    PersistStreamInitPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid)
+        : PersistPart(object, errors, model, clsid, L"IPersistStreamInit")
+    {}
+    STDMETHOD(InitNew)() override
+    {
+        return Call(L"InitNew", [&] { persistence.SetDefaults(); });
+    }
+};
+
+class PersistStreamPart final : public PersistPart<IPersistStream> {
+public:
+    PersistStreamPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid)
+        : PersistPart(object, errors, model, clsid, L"IPersistStream")
+    {}
+};
+
+// Of a unit that saves nothing.
+struct NoPersistence {
+    NoPersistence(com::Object&, CapeErrors&, UnitModel&, const CLSID&) {}
+};
+
+}  // namespace zelt::sample

@@ -1,0 +1,81 @@
+// What a sample unit operation is, apart from the interfaces through which it is reached: its ports, its parameters, its
+// validation status and its last results. A concrete unit derives from it and calculates. The interface parts of a unit
+// share one. Holds what is connected and the simulator's context until Terminate, or its end.
+#pragma once
+
+#include <cape-open.h>
+#include <wrl/client.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "samples/component/context_view.h"
+#include "samples/component/parameter.h"
+#include "samples/units/port.h"
+#include "samples/units/unit_stream.h"
+
+namespace zelt::sample {
+
+class UnitModel {
+public:
+    UnitModel(const UnitModel&) = delete;
+    UnitModel& operator=(const UnitModel&) = delete;
+
+    const std::wstring& Name() const { return name; }
+    ParameterSet& Parameters() { return parameters; }
+    Microsoft::WRL::ComPtr<IDispatch> ParameterCollection() const;
+    Microsoft::WRL::ComPtr<IDispatch> PortCollection() const { return portCollection; }
+    void SetContext(IDispatch* object) { context.Set(object); }
+    void Terminate();
+
+    // Becomes "not validated" again when a parameter or a connection has changed since.
+    eCapeValidationStatus Status() const;
+    // What is wrong, as a sentence; empty when nothing is.
+    std::wstring Validate();
+    // Throws CapeFailure: "bad order of calls" unless the unit is valid.
+    void Calculate();
+
+    std::vector<std::wstring> Reports() const;
+    const std::wstring& SelectedReport() const { return selectedReport; }
+    void SelectReport(std::wstring_view report);
+    std::wstring ProduceReport() const;
+
+protected:
+    UnitModel(std::wstring name, std::vector<PortDefinition> ports, std::vector<ParameterDefinition> parameters);
+    virtual ~UnitModel() = default;
+
+    // What is wrong besides parameters out of bounds and required ports without connection.
+    virtual std::wstring Objection() const { return {}; }
+    // Calculates the outlets and gives the results as lines of text. Everything is known to be valid.
+    virtual std::vector<std::wstring> Run() = 0;
+
+    IDispatch* Connected(std::size_t port) const { return ports[port]->connected.Get(); }
+    UnitStream Stream(std::size_t port) const;
+    // Of a material stream that already has one.
+    std::optional<double> KnownPressure(std::size_t port) const;
+
+    const ParameterSet& Values() const { return parameters; }
+
+private:
+    std::wstring FindObjection() const;
+    // Changes whenever a parameter or a connection does.
+    std::vector<std::byte> Signature() const;
+
+    std::wstring name;
+    ParameterSet parameters;
+    std::vector<std::shared_ptr<PortState>> ports;
+    Microsoft::WRL::ComPtr<IDispatch> portCollection;
+    ContextView context;
+    eCapeValidationStatus status = CAPE_NOT_VALIDATED;
+    std::vector<std::byte> validated;  // the signature that the status belongs to
+    std::wstring selectedReport;
+    std::vector<std::wstring> results;  // of the last calculation; empty before it and after a failed one
+};
+
+// "360 K": a number with its unit, for results and messages.
+std::wstring Quantity(double value, const wchar_t* unit);
+
+}  // namespace zelt::sample

@@ -1,0 +1,52 @@
+# Benchmarks, each beside its floor. Sourced by ./dev.
+
+# Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; the options are
+# passed on to each.
+Bench()
+{
+    local wanted=() options=() name program
+    while [ $# -gt 0 ] && [ "$1" != -- ]; do
+        wanted+=("$1")
+        shift
+    done
+    [ $# -eq 0 ] || options=("${@:2}")
+    LockTree
+    Build i686
+    Step build-bench "Building the benchmarks" cmake --build build/i686 --target benches
+    local folder=build/i686/bench
+    if [ ${#wanted[@]} -eq 0 ]; then
+        for program in "$folder"/bench_*.exe; do
+            name=${program##*/bench_}
+            wanted+=("${name%.exe}")
+        done
+    fi
+    UsePrefix bench
+    # A bare display has no manager of windows, and Wine waits for one when a window goes.
+    Step bench-windows "Letting Wine draw the frames of windows" \
+        wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
+    Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
+    for name in "${wanted[@]}"; do
+        program=$folder/bench_$name.exe
+        [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
+        # Shown as it comes and kept; programs under Wine leave processes behind, so a file stands between.
+        : >"$logFolder/bench-$name.log"
+        tail -f "$logFolder/bench-$name.log" 8>&- &
+        local shown=$! status=0
+        timeout 1800 wine "$program" "${options[@]}" >>"$logFolder/bench-$name.log" 2>&1 8>&- || status=$?
+        sleep 1
+        kill "$shown"
+        wait "$shown" 2>/dev/null || true
+        [ "$status" -eq 0 ] || Fail "The benchmark $name failed (exit code $status)."
+    done
+}
+
+# The sample's stand-alone package, exported without logging.
+OfferBenchmarkPackage()
+{
+    local key='HKCU\Software\ZELT'
+    wine "$(WindowsPath "$root/build/i686/shell/ZELT.EXE")" /RegServer
+    wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/i686/samples/SamplePackage.dll")"
+    wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
+        /d '{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|unused|Benchmark|false'
+    wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
+}

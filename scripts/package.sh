@@ -1,0 +1,107 @@
+# The setup program and the portable zip, from one folder that holds the files as they will be installed. Sourced by ./dev.
+
+Package()
+{
+    LockTree
+    Build i686
+    InstallPackages ship
+    NeedTool makensis
+    NeedTool zip
+    local version
+    version=$(ProductVersion)
+    packageFolder=$root/build/package
+    rm -rf "$packageFolder"
+    mkdir -p "$packageFolder"
+    setupProgram=$packageFolder/zelt-$version-setup.exe
+    portableZip=$packageFolder/zelt-$version-portable.zip
+
+    Step package-stage "Collecting the files" StageFiles "$packageFolder/zelt-$version"
+    Step package-setup "Making the setup program" MakeSetup "$packageFolder/zelt-$version" "$version" "$setupProgram"
+    Step package-zip "Making the portable zip" MakeZip "zelt-$version" "$portableZip"
+    TestPackage
+    printf '%s\n' "$green$setupProgram" "$portableZip$plain"
+}
+
+ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/i686/CMakeCache.txt; }
+
+# A text file as Windows wants it.
+StageText()
+{
+    mkdir -p "$(dirname "$2")"
+    sed 's/\r*$/\r/' "$1" >"$2"
+}
+
+# StageFiles <folder>: everything that is shipped.
+StageFiles()
+{
+    local build=$root/build/i686 file
+    mkdir -p "$1/docs"
+    cp "$build/shell/ZELT.EXE" "$build/shell/BRIX.chm" "$1/"
+    cp -r "$build/help/utils/." "$1/docs/"
+    StageText LICENSE "$1/LICENSE.txt"
+    StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
+    StageText CHANGELOG.md "$1/CHANGELOG.txt"
+    StageText "$libxml2Folder/Copyright" "$1/licences/libxml2.txt"
+    StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
+    StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
+    # Folders of the guide without a picture would be empty.
+    find "$1" -type d -empty -delete
+    chmod -R u=rwX,go=rX "$1"
+    for file in ZELT.EXE BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
+        [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
+    done
+}
+
+# WriteLists <stage> <folder>: the files and folders of the stage, and the classes that the build registers, as the macros
+# that the setup program inserts. So it removes exactly what it has installed.
+WriteLists()
+{
+    mkdir -p "$2"
+    (
+        cd "$1"
+        echo '!macro InstallAll'
+        find . -mindepth 1 -type d -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFolder "&"|'
+        find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFile "&"|'
+        echo '!macroend'
+        echo '!macro RemoveAll'
+        find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro RemoveFile "&"|'
+        find . -mindepth 1 -type d -printf '%P\n' | sort -r | sed 's|/|\\|g; s|.*|    !insertmacro RemoveFolder "&"|'
+        echo '!macroend'
+    ) >"$2/files.nsh"
+    local classes
+    classes=$(RegisteredClasses)
+    [ "$(wc -l <<<"$classes")" -ge 3 ] || { echo "The build registers too few classes: $classes"; return 1; }
+    {
+        echo "!define FIRST_CLASS \"$(head -n 1 <<<"$classes")\""
+        echo '!macro VerifyClasses hive'
+        sed 's|.*|    !insertmacro VerifyClassInView ${hive} "&"|' <<<"$classes"
+        echo '!macroend'
+    } >"$2/classes.nsh"
+}
+
+# The identities of the classes that the build's registry scripts register.
+RegisteredClasses()
+{
+    sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" build/i686/shell/*.rgs | sort -u
+}
+
+# MakeSetup <stage> <version> <program>
+MakeSetup()
+{
+    local lists=$packageFolder/lists
+    rm -rf "$lists"
+    WriteLists "$1" "$lists"
+    makensis -V2 -WX -DVERSION="$2" -DSIZE="$(du -sk --apparent-size "$1" | cut -f 1)" -DSTAGE="$1" -DOUTPUT="$3" \
+        -DICON="$root/build/i686/shell/zelt.ico" -DLISTS="$lists" packaging/setup/zelt.nsi
+}
+
+# MakeZip <folder below build/package> <zip>: file times are those of the commit, so that equal files give an equal zip.
+MakeZip()
+{
+    cd "$packageFolder"
+    find "$1" -exec touch -d "@$(SourceDate)" {} +
+    find "$1" -print | sort | TZ=UTC zip -q -X -@ "$2"
+}
+
+# The time of the commit in seconds; outside of a checkout a fixed one.
+SourceDate() { git log -1 --format=%ct 2>/dev/null || echo 1767225600; }

@@ -1,0 +1,36 @@
+# Two builds of the present commit, in folders of different names, must give the same program. Sourced by ./dev.
+
+Reproduce()
+{
+    LockTree
+    InstallPackages build
+    FetchLibxml2
+    git rev-parse HEAD >/dev/null 2>&1 || Fail "./dev reproduce needs a checkout: it builds the present commit."
+    local folder=$root/build/reproduce copy
+    local copies=("$folder/one" "$folder/below/another-one")
+    rm -rf "$folder"
+    for copy in "${copies[@]}"; do
+        mkdir -p "$copy/build/sources"
+        Step "reproduce-sources-${copy##*/}" "Copying the commit to ${copy#"$root"/}" CopyCommit "$copy"
+        Step "reproduce-build-${copy##*/}" "Building ZELT.EXE there" BuildCopy "$copy"
+    done
+    cmp "${copies[0]}/build/i686/shell/ZELT.EXE" "${copies[1]}/build/i686/shell/ZELT.EXE" || Fail "The two builds differ."
+    sha256sum "${copies[@]/%//build/i686/shell/ZELT.EXE}"
+    printf '%s\n' "${green}Both builds gave the same program.$plain"
+}
+
+CopyCommit()
+{
+    git archive HEAD | tar -x -C "$1"
+    cp -r "$libxml2Folder" "$1/build/sources/"
+}
+
+# Without a cache of compiled files: both builds are to compile.
+BuildCopy()
+{
+    cd "$1"
+    unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
+    export CCACHE_DISABLE=1
+    cmake --preset i686
+    cmake --build build/i686 --target zelt
+}

@@ -1,0 +1,346 @@
+# The test of the setup program and of the portable zip, silent, in a Wine prefix of its own. It compares the files and the
+# registry before and after with what each step should change. Sourced by ./dev.
+
+programsFolder='C:\Program Files (x86)\ZELT'
+uninstallKey='Software\Microsoft\Windows\CurrentVersion\Uninstall\ZELT'
+
+TestPackage()
+{
+    UsePrefix package
+    testFolder=$root/build/package/test
+    demoFolder=$testFolder
+    rm -rf "$testFolder"
+    mkdir -p "$testFolder"
+    drive=$WINEPREFIX/drive_c
+    installed="$drive/Program Files (x86)/ZELT"
+    programs=build/i686
+
+    Step package-older "Making the setup program of an older version" MakeOlderSetup
+    Step package-samples "Registering the sample packages" RegisterSamples
+    Step package-clean "Reading the machine as it is" Snapshot clean
+    Step package-install "Installing the older version" TestInstall
+    Step package-run "Running the demonstration on the installed server" TestRun
+    Step package-refuse "Refusing to replace or remove a running server" TestRefusal
+    Step package-upgrade "Upgrading" TestUpgrade
+    Step package-uninstall "Uninstalling" TestUninstall
+    Step package-user "Installing and removing for the current user" TestUserInstall
+    Step package-product "Installing where the product family is the user's" TestFamilyOfUser
+    Step package-failure "Failing to install" TestFailures
+    Step package-portable "Running a portable copy" TestPortable
+}
+
+Complain()
+{
+    echo "$*"
+    return 1
+}
+
+# Equal <what> <expected> <actual>
+Equal() { [ "$2" = "$3" ] || Complain "$1: expected \"$2\", is \"$3\""; }
+
+# Exits <code> <program and arguments...>: runs a Windows program, which must end with this code.
+Exits()
+{
+    local expected=$1 status=0
+    shift
+    Wine "$@" || status=$?
+    Equal "exit code of $*" "$expected" "$status"
+}
+
+# ExitsAs <code> <command line>: the same for a line whose switches must not be quoted, although they hold blanks.
+ExitsAs()
+{
+    printf '%s\r\n' '@echo off' "$2" 'exit /b %errorlevel%' >"$testFolder/line.bat"
+    Exits "$1" cmd /c "$(WindowsPath "$testFolder/line.bat")"
+}
+
+# Snapshot <name>: every file and folder outside of the system's own, with a sum, and every key and value of the software.
+Snapshot()
+{
+    (
+        cd "$drive"
+        find . -path ./windows -prune -o -path '*/Temp/*' -prune -o -type f -exec sha256sum {} + -o \
+            -mindepth 1 -printf 'folder %p\n' | sort -k 2
+    ) >"$testFolder/$1.files"
+    local hive
+    for hive in HKLM HKCU; do
+        Wine reg export "$hive\\Software" "$(WindowsPath "$testFolder/$hive.reg")" /y >&2
+        perl scripts/registry-lines.pl "$testFolder/$hive.reg"
+    done | sort >"$testFolder/$1.registry"
+    [ "$(wc -l <"$testFolder/$1.registry")" -gt 1000 ] || Complain "The registry was not read."
+}
+
+# Added <kind> <before> <after>, Removed likewise: the lines that differ between two snapshots.
+Added() { LC_ALL=C comm -13 <(LC_ALL=C sort "$testFolder/$2.$1") <(LC_ALL=C sort "$testFolder/$3.$1"); }
+Removed() { Added "$1" "$3" "$2"; }
+
+# OnlyStandardLibraryStays <before> <after>: of an installation that came and went, the libraries of the standard are left, and
+# nothing was lost. Interfaces of the standard are those whose key names one of its libraries.
+OnlyStandardLibraryStays()
+{
+    local libraries='\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2\}|\{2420CB0D-25D7-4862-9042-7D4924695D68\}' rest interfaces
+    rest=$(Removed files "$1" "$2"; Removed registry "$1" "$2")
+    [ -z "$rest" ] || Complain "This is gone: $rest"
+    rest=$(Added files "$1" "$2" | grep -v -E "$libraryFolder|$keptFiles" || true)
+    [ -z "$rest" ] || Complain "These files stay: $rest"
+    interfaces=$(Added registry "$1" "$2" | grep -i -E "$libraries" | grep -o -i -E 'Interface\\\{[0-9A-F-]+' | sort -u || true)
+    rest=$(Added registry "$1" "$2" | grep -v -i -E "TypeLib\\\\($libraries)" | grep -v -F -f <(echo "${interfaces:-none}") |
+        grep -v -E "$keptKeys" || true)
+    [ -z "$rest" ] || Complain "These keys and values stay: $rest"
+}
+# The libraries' own folder; what the user made; and what Wine notes down by itself.
+libraryFolder='Common Files/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$|AppData/Local/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$'
+keptFiles='Desktop/ZELT logs'
+keptKeys='^HKEY_CURRENT_USER\\Software\\(ZELT|BRIX)( \||$)'
+
+# An older version with a file that the present one has no more.
+MakeOlderSetup()
+{
+    local stage=$testFolder/older
+    cp -r "$packageFolder/zelt-$(ProductVersion)" "$stage"
+    echo 'An old page.' >"$stage/docs/old page.htm"
+    MakeSetup "$stage" 0.9.0 "$testFolder/older-setup.exe"
+}
+
+RegisterSamples()
+{
+    local library
+    for library in SamplePackage SampleReactions; do
+        Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
+    done
+    # A fresh prefix lacks the user's classes, which every Windows has.
+    Wine reg add 'HKCU\Software\Classes\CLSID' /f
+    Wine reg add 'HKCU\Software\Classes\Interface' /f
+    Wine reg add 'HKCU\Software\Classes\TypeLib' /f
+    Wine reg add 'HKCU\Software\Classes\AppID' /f
+    # Nor has it the folder of the programs that users install for themselves.
+    mkdir -p "$drive/users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Local/Programs"
+}
+
+# Value <key> <name>: as the 32-bit view holds it.
+Value()
+{
+    Wine reg query "$1" /v "$2" /reg:32 >"$testFolder/value.txt" || Complain "$1 has no value $2"
+    tr -d '\r' <"$testFolder/value.txt" | sed -n "s/^ *$2 *REG_[A-Z]* *//p"
+}
+
+# InstalledFilesEqual <stage> <folder>
+InstalledFilesEqual() { diff -r --exclude=Uninstall.exe "$1" "$2" || Complain "The installed files differ from the shipped ones."; }
+
+# ServerOf <hive> <view>: what activation would start.
+ServerOf()
+{
+    Wine reg query "$1\\Software\\Classes\\CLSID\\{6377AC63-7A36-46DC-8897-F277012CDA9D}\\LocalServer32" /ve "/reg:$2" 2>/dev/null |
+        tr -d '\r' | sed -n 's/.*REG_SZ *//p'
+}
+
+# EntryIsComplete <hive> <folder> <version> <scope>
+EntryIsComplete()
+{
+    local key=$1\\$uninstallKey size
+    Equal DisplayName ZELT "$(Value "$key" DisplayName)"
+    Equal DisplayVersion "$3" "$(Value "$key" DisplayVersion)"
+    Equal Publisher 'The ZELT developers' "$(Value "$key" Publisher)"
+    Equal DisplayIcon "$2\\ZELT.EXE,0" "$(Value "$key" DisplayIcon)"
+    Equal InstallLocation "$2" "$(Value "$key" InstallLocation)"
+    Equal UninstallString "\"$2\\Uninstall.exe\"" "$(Value "$key" UninstallString)"
+    Equal QuietUninstallString "\"$2\\Uninstall.exe\" /S" "$(Value "$key" QuietUninstallString)"
+    Equal NoModify 0x1 "$(Value "$key" NoModify)"
+    Equal NoRepair 0x1 "$(Value "$key" NoRepair)"
+    Equal RegisteredFor "$4" "$(Value "$key" RegisteredFor)"
+    size=$(Value "$key" EstimatedSize)
+    [ $((size)) -gt 500 ] || Complain "EstimatedSize is $size KB."
+}
+
+# StartMenu <folder of users>: both entries are there.
+StartMenu()
+{
+    local entry
+    for entry in ZELT 'ZELT Help'; do
+        [ -s "$drive/$1/Microsoft/Windows/Start Menu/Programs/ZELT/$entry.lnk" ] || Complain "The start menu lacks $entry."
+    done
+}
+
+TestInstall()
+{
+    Exits 0 "$(WindowsPath "$testFolder/older-setup.exe")" /S
+    InstalledFilesEqual "$testFolder/older" "$installed"
+    EntryIsComplete HKLM "$programsFolder" 0.9.0 machine
+    StartMenu ProgramData
+    Equal '32-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 32)"
+    Equal '64-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 64)"
+    Equal "user's classes" '' "$(ServerOf HKCU 32)"
+    [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is missing."
+}
+
+# The demonstration's 32-bit simulator with a package of each kind, against the same packages in process.
+TestRun()
+{
+    ExportPackages
+    local run name kind sample zelt package what
+    for run in "${demoRuns[@]}"; do
+        IFS='|' read -r name kind sample zelt package what <<<"$run"
+        Simulate i686 "$name-32" "$zelt" "$package"
+        Simulate i686 "$name-direct" "$sample" "$package" --in-process
+        grep -q '[0-9A-Fa-f]\{16\}' "$testFolder/$name-direct.bits" || Complain "The simulator showed no bits."
+        diff "$testFolder/$name-direct.bits" "$testFolder/$name-32.bits" || Complain "The results differ."
+    done
+    Equal 'number of logs' "${#demoRuns[@]}" "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
+    WaitForEnd
+}
+
+# Whether a ZELT of this prefix runs. Wine's own list of tasks is empty.
+ZeltRuns()
+{
+    local process
+    for process in $(pgrep -f 'ZELT\.EXE'); do
+        tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$WINEPREFIX" && return
+    done
+    return 1
+}
+
+# WaitUntil <command...>: for ten seconds at most.
+WaitUntil()
+{
+    local waited
+    for ((waited = 0; waited < 100; ++waited)); do
+        ! "$@" || return 0
+        sleep 0.1
+    done
+    Complain "In vain: $*"
+}
+
+# The server ends a second after its last object: until then its program cannot be replaced.
+WaitForEnd() { WaitUntil ZeltEnded; }
+ZeltEnded() { ! ZeltRuns; }
+
+TestRefusal()
+{
+    Snapshot running
+    Wine "$programsFolder\\ZELT.EXE" >"$testFolder/window.txt" 2>&1 &
+    # Its file is in use from the start; the window takes a moment more.
+    WaitUntil ZeltRuns
+    sleep 2
+    Exits 4 "$(WindowsPath "$setupProgram")" /S
+    cp "$installed/Uninstall.exe" "$testFolder/uninstall.exe"
+    ExitsAs 4 "\"$(WindowsPath "$testFolder/uninstall.exe")\" /S _?=$programsFolder"
+    # Asks the window to close.
+    Wine taskkill /im ZELT.EXE
+    WaitForEnd
+    Snapshot refused
+    Equal 'changes of a refused setup' '' "$(Added files running refused; Removed files running refused
+        Added registry running refused; Removed registry running refused)"
+}
+
+TestUpgrade()
+{
+    Snapshot older
+    Exits 0 "$(WindowsPath "$setupProgram")" /S
+    InstalledFilesEqual "$packageFolder/zelt-$(ProductVersion)" "$installed"
+    EntryIsComplete HKLM "$programsFolder" "$(ProductVersion)" machine
+    Snapshot newer
+    # Exports and options are as they were, and the logs.
+    diff <(grep -E "$keptKeys" "$testFolder/older.registry") <(grep -E "$keptKeys" "$testFolder/newer.registry") ||
+        Complain "Settings changed."
+    Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/newer.registry")"
+    diff <(grep "$keptFiles" "$testFolder/older.files") <(grep "$keptFiles" "$testFolder/newer.files") || Complain "Logs changed."
+    Simulate i686 upgraded-32 ZELT.PropertyPackageManager Aromatics
+    diff "$testFolder/property11-direct.bits" "$testFolder/upgraded-32.bits" || Complain "The results differ."
+    WaitForEnd
+}
+
+# Uninstall <folder>: as the system does it. The program returns at once and goes on as a copy of itself.
+Uninstall()
+{
+    Exits 0 "$1\\Uninstall.exe" /S
+    local path
+    path=$(Wine winepath -u "$1" | tr -d '\r')
+    WaitUntil Gone "$path" || Complain "This is still there: $(find "$path")"
+    # Its last act is behind the files.
+    sleep 0.5
+}
+
+Gone() { [ ! -e "$1" ]; }
+
+TestUninstall()
+{
+    Uninstall "$programsFolder"
+    Snapshot uninstalled
+    OnlyStandardLibraryStays clean uninstalled
+    # They do stay.
+    [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is gone."
+    Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
+    Equal 'number of logs' 4 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
+}
+
+TestUserInstall()
+{
+    local folder
+    folder=$(Wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')\\Programs\\ZELT
+    Snapshot before
+    Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser
+    EntryIsComplete HKCU "$folder" "$(ProductVersion)" user
+    StartMenu "users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Roaming"
+    Equal '32-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 32)"
+    Equal '64-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 64)"
+    Snapshot user
+    Equal "changes of the machine's entries" '' "$(Added registry before user | grep '^HKEY_LOCAL_MACHINE' | grep -v -i '\\Interface\\')"
+    Uninstall "$folder"
+    Snapshot after
+    OnlyStandardLibraryStays before after
+}
+
+# A setup for everybody that registers for the user, because the product family's value says so.
+TestFamilyOfUser()
+{
+    Wine reg add 'HKCU\Software\BRIX' /v CurrentUser /t REG_SZ /d 1 /f
+    Snapshot before
+    ExitsAs 0 "\"$(WindowsPath "$setupProgram")\" /S /D=C:\\Tools\\ZELT for us"
+    EntryIsComplete HKLM 'C:\Tools\ZELT for us' "$(ProductVersion)" user
+    Equal "machine's classes" '' "$(ServerOf HKLM 32)"
+    Equal "user's classes" '"C:\Tools\ZELT for us\ZELT.EXE"' "$(ServerOf HKCU 32)"
+    Uninstall 'C:\Tools\ZELT for us'
+    Equal "user's classes" '' "$(ServerOf HKCU 32)"
+    rmdir "$drive/Tools"
+    Snapshot after
+    OnlyStandardLibraryStays before after
+    Wine reg delete 'HKCU\Software\BRIX' /v CurrentUser /f
+}
+
+# Where a file cannot be written, nothing stays behind.
+TestFailures()
+{
+    mkdir -p "$drive/Taken/ZELT/BRIX.chm"
+    Snapshot before
+    Exits 5 "$(WindowsPath "$setupProgram")" /S '/D=C:\Taken\ZELT'
+    Snapshot after
+    Equal 'what a failed setup leaves' '' "$(Added files before after; Removed files before after; Added registry before after
+        Removed registry before after)"
+    rm -r "$drive/Taken"
+}
+
+# What activation would start, whatever letters its path has: a query prints only those of the code page.
+ExportedServer()
+{
+    Wine reg export 'HKLM\Software\Classes\CLSID\{6377AC63-7A36-46DC-8897-F277012CDA9D}\LocalServer32' \
+        "$(WindowsPath "$testFolder/server.reg")" /y >&2
+    perl scripts/registry-lines.pl "$testFolder/server.reg" | sed -n 's/.* | @="\(.*\)"$/\1/p' | sed 's/\\\(.\)/\1/g'
+}
+
+# Blanks, letters of the code page and others in the path.
+TestPortable()
+{
+    local folder="$testFolder/Tragbare Größe ŁΩ/ZELT's copy"
+    mkdir -p "$folder"
+    (cd "$folder" && unzip -q "$portableZip")
+    local program="$folder/zelt-$(ProductVersion)/ZELT.EXE"
+    Snapshot before
+    Exits 0 "$(WindowsPath "$program")" /RegServer
+    Equal 'registered server' "\"$(WindowsPath "$program")\"" "$(ExportedServer)"
+    Simulate i686 portable-32 ZELT.PropertyPackageManager Aromatics
+    diff "$testFolder/property11-direct.bits" "$testFolder/portable-32.bits" || Complain "The results differ."
+    WaitForEnd
+    Exits 0 "$(WindowsPath "$program")" /UnregServer
+    Snapshot after
+    OnlyStandardLibraryStays before after
+}

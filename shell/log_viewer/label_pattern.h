@@ -1,0 +1,28 @@
+// A text looked for in labels. It moves through a label by as much as the character at the text's end allows, so that most
+// characters are never looked at; nothing is copied, and case is ignored on the way.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace zelt {
+
+class LabelPattern {
+public:
+    // Character by character, as far as ASCII goes: logs hold nothing else.
+    LabelPattern(std::string text, bool ignoreCase);
+
+    bool IsIn(std::string_view label) const;
+    bool Is(std::string_view label) const { return label.size() == wanted.size() && IsAt(label.data()); }
+
+private:
+    unsigned char Folded(char character) const { return folded[static_cast<unsigned char>(character)]; }
+    bool IsAt(const char* place) const;
+
+    std::array<unsigned char, 256> folded;  // each character as it is compared
+    std::string wanted;
+    std::array<std::size_t, 256> steps;  // by the folded character where the text's last one would be
+};
+
+}  // namespace zelt

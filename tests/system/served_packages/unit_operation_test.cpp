@@ -1,0 +1,106 @@
+// PRAVIK from the registered server, by clients of both widths: created, connected, saved, and loaded by another process.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "tests/system/served_packages/served_packages.h"
+#include "tests/system/served_packages/simulator.h"
+
+namespace zelt::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// {4C3F7A52-6E0D-4B1B-9A55-8C21E0B7D301}, which the client serves.
+constexpr CLSID kServedUnit = {0x4C3F7A52, 0x6E0D, 0x4B1B, {0x9A, 0x55, 0x8C, 0x21, 0xE0, 0xB7, 0xD3, 0x01}};
+
+class ServedUnitOperation : public ServedPackages {
+protected:
+    void SetUp() override
+    {
+        ServedPackages::SetUp();
+        Export({});
+        RegistryKey key;
+        ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
+        key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &kServedUnit, sizeof kServedUnit);
+        file = fs::temp_directory_path() / (L"ZELT unit " + std::to_wstring(GetCurrentProcessId()));
+    }
+    void TearDown() override
+    {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+        ServedPackages::TearDown();
+    }
+    static fs::path Client(Width width)
+    {
+        const fs::path build = width == Width::Bits32 ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
+        return (build / "tests" / "system" / "unit_operation" / "unit_client.exe").make_preferred();
+    }
+    SimulatorResult Run(Width width, const wchar_t* what) const
+    {
+        return RunSimulator(L'"' + Client(width).wstring() + L"\" " + what + L" \"" + file.wstring() + L'"');
+    }
+    static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
+
+    // One client's whole run, and what the server's log says of it.
+    void SaveWith(Width width)
+    {
+        const SimulatorResult saved = Run(width, L"save");
+        ASSERT_EQ(0u, saved.exitCode) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "tells its class: yes\n")) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "own object back: yes\n")) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "unit has it: wrapped\n")) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "state: calculated with 42\n")) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "IsDirty: 0x00000001\n")) << saved.output;
+        EXPECT_TRUE(Contains(saved.output, "size: 38\n")) << saved.output;
+
+        std::ifstream stream(file, std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+        std::string expected(reinterpret_cast<const char*>(&kServedUnit), sizeof kServedUnit);
+        expected += std::string("\x12\0\0\0", 4) + "calculated with 42";
+        EXPECT_EQ(expected, bytes);
+    }
+    void LoadWith(Width width)
+    {
+        const SimulatorResult loaded = Run(width, L"load");
+        ASSERT_EQ(0u, loaded.exitCode) << loaded.output;
+        EXPECT_TRUE(Contains(loaded.output, "state: calculated with 42\n")) << loaded.output;
+        EXPECT_TRUE(Contains(loaded.output, "valid: yes\n")) << loaded.output;
+    }
+
+    fs::path file;
+};
+
+TEST_F(ServedUnitOperation, IsSavedAndLoadedByProcessesOf32Bit)
+{
+    SaveWith(Width::Bits32);
+    const std::string log = OnlyLog();
+    for (const char* part :
+         {"<info value=\"Object type: PRAVIK Logged Unit Operation\"/>", "IPersistStreamInit::InitNew",
+          "Automatically creating user configured unit operation: {4C3F7A52-6E0D-4B1B-9A55-8C21E0B7D301}",
+          "Replacing object by logged parameter collection for port type CAPE_ENERGY", "ICapeUnit::Calculate",
+          "<func name=\"ICapeCollection::Count\" direc=\"out\"", "Using IPersistStreamInit::Save of logged PMC",
+          "</zeltlogdocument>"}) {
+        EXPECT_TRUE(Contains(log, part)) << part << "\n" << log;
+    }
+    LoadWith(Width::Bits32);
+}
+
+TEST_F(ServedUnitOperation, IsSavedAndLoadedByProcessesOf64Bit)
+{
+    if (!fs::exists(Client(Width::Bits64))) GTEST_SKIP() << "the 64-bit client is not built";
+    SaveWith(Width::Bits64);
+    LoadWith(Width::Bits64);
+}
+
+TEST_F(ServedUnitOperation, WhatOneWidthSavesTheOtherLoads)
+{
+    if (!fs::exists(Client(Width::Bits64))) GTEST_SKIP() << "the 64-bit client is not built";
+    SaveWith(Width::Bits64);
+    LoadWith(Width::Bits32);
+    SaveWith(Width::Bits32);
+    LoadWith(Width::Bits64);
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,139 @@
+// unit_client save|load <file>: a simulator with one unit, which is PRAVIK, over a unit that this process serves itself.
+// Saves what it has calculated into a file, or loads it from one. Prints a line a step; the exit code is 0 when all went well.
+#include <windows.h>
+#include <objbase.h>
+
+#include <comutil.h>
+
+#include <cstdio>
+#include <cwchar>
+#include <vector>
+
+#include "com/class_factory.h"
+#include "tests/system/unit_operation/unit_server.h"
+
+namespace zelt::test {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+// Says what came of a step, and ends the run when it failed.
+void Step(const char* what, HRESULT result)
+{
+    std::printf("%s: 0x%08lX\n", what, static_cast<unsigned long>(result));
+    com::Check(result);
+}
+
+bool IsSame(IUnknown* a, IUnknown* b)
+{
+    ComPtr<IUnknown> one, other;
+    a->QueryInterface(IID_PPV_ARGS(&one));
+    b->QueryInterface(IID_PPV_ARGS(&other));
+    return one && one.Get() == other.Get();
+}
+
+ComPtr<IPersistStreamInit> CreatePravik()
+{
+    CLSID classId;
+    ComPtr<IPersistStreamInit> unit;
+    Step("class", CLSIDFromProgID(L"PRAVIK.UnitOperation", &classId));
+    Step("create", CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&unit)));
+    CLSID told{};
+    Step("GetClassID", unit->GetClassID(&told));
+    std::printf("tells its class: %s\n", told == classId ? "yes" : "no");
+    return unit;
+}
+
+void Calculate(IPersistStreamInit* persistence)
+{
+    ComPtr<ICapeUnit> unit;
+    ComPtr<ICapeUtilities> utilities;
+    Step("query", persistence->QueryInterface(IID_PPV_ARGS(&utilities)));
+    Step("Initialize", utilities->Initialize());
+    Step("query", persistence->QueryInterface(IID_PPV_ARGS(&unit)));
+    ComPtr<IDispatch> ports, item, stream, found;
+    ComPtr<ICapeCollection> collection;
+    ComPtr<ICapeUnitPort> port;
+    Step("get_ports", unit->get_ports(&ports));
+    Step("query", ports.As(&collection));
+    Step("Item", collection->Item(_variant_t(1L), &item));
+    Step("query", item.As(&port));
+    Step("stream", com::Create<Collection>(IID_IDispatch, reinterpret_cast<void**>(stream.GetAddressOf()), false, 42L));
+    Step("Connect", port->Connect(stream.Get()));
+    Step("get_connectedObject", port->get_connectedObject(&found));
+    std::printf("own object back: %s\n", found && IsSame(stream.Get(), found.Get()) ? "yes" : "no");
+    std::printf("unit has it: %s\n", IsSame(stream.Get(), unitState.connected.Get()) ? "directly" : "wrapped");
+    Step("Calculate", unit->Calculate());
+    std::printf("state: %s\n", unitState.state.c_str());
+    Step("Disconnect", port->Disconnect());
+}
+
+void Save(const wchar_t* path)
+{
+    const auto pravik = CreatePravik();
+    Step("InitNew", pravik->InitNew());
+    Calculate(pravik.Get());
+    std::printf("IsDirty: 0x%08lX\n", static_cast<unsigned long>(pravik->IsDirty()));
+    ULARGE_INTEGER most{};
+    Step("GetSizeMax", pravik->GetSizeMax(&most));
+    std::printf("size: %lu\n", most.LowPart);
+    ComPtr<IStream> stream;
+    Step("stream", CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    Step("Save", pravik->Save(stream.Get(), TRUE));
+
+    STATSTG status;
+    Step("Stat", stream->Stat(&status, STATFLAG_NONAME));
+    std::vector<char> bytes(status.cbSize.LowPart);
+    LARGE_INTEGER start{};
+    Step("Seek", stream->Seek(start, STREAM_SEEK_SET, nullptr));
+    Step("Read", stream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr));
+    FILE* file = _wfopen(path, L"wb");
+    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) throw com::Failure(E_FAIL);
+    std::fclose(file);
+}
+
+void Load(const wchar_t* path)
+{
+    FILE* file = _wfopen(path, L"rb");
+    if (!file) throw com::Failure(E_FAIL);
+    char bytes[1024];
+    const auto length = static_cast<ULONG>(std::fread(bytes, 1, sizeof bytes, file));
+    std::fclose(file);
+    ComPtr<IStream> stream;
+    Step("stream", CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    Step("Write", stream->Write(bytes, length, nullptr));
+    LARGE_INTEGER start{};
+    Step("Seek", stream->Seek(start, STREAM_SEEK_SET, nullptr));
+    const auto pravik = CreatePravik();
+    Step("Load", pravik->Load(stream.Get()));
+    std::printf("state: %s\n", unitState.state.c_str());
+    ComPtr<ICapeUnit> unit;
+    Step("query", pravik.As(&unit));
+    eCapeValidationStatus status = CAPE_NOT_VALIDATED;
+    Step("get_ValStatus", unit->get_ValStatus(&status));
+    std::printf("valid: %s\n", status == CAPE_VALID ? "yes" : "no");
+}
+
+int Run(const wchar_t* what, const wchar_t* path)
+{
+    static const com::ClassEntry kClasses[] = {{kServedUnit, com::CreateDefault<ServedUnit>}};
+    com::ClassObjects classes(CLSCTX_LOCAL_SERVER);
+    const HRESULT result = com::NoThrow([&] {
+        Step("serve", classes.Register(kClasses));
+        std::wcscmp(what, L"save") == 0 ? Save(path) : Load(path);
+        return S_OK;
+    });
+    unitState = {};
+    return FAILED(result) ? 1 : 0;
+}
+
+}  // namespace
+}  // namespace zelt::test
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count != 3 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
+    const int result = zelt::test::Run(arguments[1], arguments[2]);
+    CoUninitialize();
+    return result;
+}

@@ -1,0 +1,97 @@
+// CStreamImpl: the stream in memory that stands between a unit operation and the simulator's stream. It is for one save or
+// one load: whoever makes it says which, and takes the data away again at the end; a unit that keeps the stream beyond that
+// reads and writes nothing. Its messages go to the log of the unit. Sizes and positions are 32-bit, as what is saved has room
+// for. Clears no memory that it did not just allocate, so that a size which a stream only claims costs nothing.
+#pragma once
+
+#include <windows.h>
+#include <objidl.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "com/object.h"
+#include "core/log_document.h"
+
+namespace zelt {
+
+class CStreamImpl final : public com::Object {
+public:
+    // `log` may be null.
+    explicit CStreamImpl(LogDocument* log);
+
+    // Makes room for `bytes`, all zero. False when there is no memory.
+    bool Allocate(std::uint32_t bytes);
+
+    // Writing starts at the beginning of what is allocated. `sizeIsUnits`: the size is what the unit asked for.
+    void BeginWriting(bool sizeIsUnits);
+    // Reading starts at the beginning of what is allocated, which the caller has filled.
+    void BeginReading();
+    // Ends either, and frees the data.
+    void End();
+
+    BYTE* Data() const { return data.get(); }
+    // How far writing has got.
+    std::uint32_t UsedLength() const { return used; }
+
+    IStream* Stream() { return &stream; }
+
+protected:
+    IDispatch* ScriptInterface() override { return &dispatch; }
+
+private:
+    struct StreamPart final : com::Part<IStream> {
+        explicit StreamPart(CStreamImpl& owner) : Part(owner), owner(owner) {}
+        STDMETHOD(Read)(void* bytes, ULONG count, ULONG* read) override;
+        STDMETHOD(Write)(const void* bytes, ULONG count, ULONG* written) override;
+        STDMETHOD(Seek)(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition) override;
+        STDMETHOD(SetSize)(ULARGE_INTEGER) override { return E_FAIL; }
+        STDMETHOD(CopyTo)(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_FAIL; }
+        STDMETHOD(Commit)(DWORD) override { return S_OK; }
+        STDMETHOD(Revert)() override { return E_FAIL; }
+        STDMETHOD(LockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return STG_E_INVALIDFUNCTION; }
+        STDMETHOD(UnlockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return STG_E_INVALIDFUNCTION; }
+        STDMETHOD(Stat)(STATSTG*, DWORD) override { return STG_E_ACCESSDENIED; }
+        STDMETHOD(Clone)(IStream** clone) override;
+        CStreamImpl& owner;
+    };
+    // A stream has nothing for scripts, and answers them so.
+    struct DispatchPart final : com::Part<IDispatch> {
+        using Part::Part;
+        STDMETHOD(GetTypeInfoCount)(UINT* count) override;
+        STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo** info) override;
+        STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR*, UINT count, LCID, DISPID* ids) override;
+        STDMETHOD(Invoke)(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
+        {
+            return DISP_E_MEMBERNOTFOUND;
+        }
+    };
+    struct Free {
+        void operator()(BYTE* bytes) const { std::free(bytes); }
+    };
+    using Buffer = std::unique_ptr<BYTE, Free>;
+
+    static Buffer NewBuffer(std::uint64_t bytes);
+    // Makes room for writing up to `end` by growing to `capacity`.
+    HRESULT GrowTo(std::uint64_t end, std::uint64_t capacity);
+    void MoveTo(std::uint32_t newPosition);
+    void Error(std::string_view text)
+    {
+        if (log.Get()) log.Get()->WriteError(text);
+    }
+
+    StreamPart stream;
+    com::InterfaceEntry sequentialStream;
+    DispatchPart dispatch;
+    DocumentHold log;
+    bool isReading = false;
+    bool isWriting = false;
+    bool sizeIsUnits = false;  // until the first warning that it was too small
+    std::uint32_t size = 0;    // writing: what is allocated; reading: what there is to read
+    std::uint32_t position = 0;
+    std::uint32_t used = 0;
+    Buffer data;
+};
+
+}  // namespace zelt

@@ -1,0 +1,253 @@
+#include "unit/persistent_object.h"
+
+#include <wrl/client.h>
+
+#include "core/hr_name.h"
+#include "unit/memory_stream.h"
+#include "unit/stream_transfer.h"
+
+namespace zelt {
+
+using Microsoft::WRL::ComPtr;
+
+// The object is being made as long as this lives.
+class PersistentObject::Making {
+public:
+    explicit Making(bool& flag) : flag(flag) { flag = true; }
+    ~Making() { flag = false; }
+    Making(const Making&) = delete;
+    Making& operator=(const Making&) = delete;
+
+private:
+    bool& flag;
+};
+
+namespace {
+
+// A memory stream for one save or load. Its data go at the end, though the object may keep the stream.
+class TransferStream {
+public:
+    explicit TransferStream(LogDocument* log) : stream(new CStreamImpl(log)) {}
+    ~TransferStream() { stream->End(); }
+    TransferStream(const TransferStream&) = delete;
+    TransferStream& operator=(const TransferStream&) = delete;
+    CStreamImpl* operator->() const { return stream.Get(); }
+
+private:
+    ComPtr<CStreamImpl> stream;
+};
+
+}  // namespace
+
+PersistentObject::PersistentObject(const ProxyTraits& traits, REFCLSID ownClass)
+    : ExposedObjectBase(traits),
+      ownClass(ownClass),
+      persistence(*this),
+      persist(*this, IID_IPersist, &persistence),
+      persistStreamInit(*this),
+      persistStream(*this)
+{}
+
+HRESULT PersistentObject::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)
+{
+    if (IsEqualIID(iid, IID_IPersistStreamInit) || IsEqualIID(iid, IID_IPersist)) return S_OK;
+    if (IsEqualIID(iid, IID_IPersistStream)) {
+        if (LogDocument* log = Document()) {
+            log->WriteInfo(
+                "Logged object uses IPersistStreamInit; QueryInterface for IPersistStream returns E_NOINTERFACE");
+        }
+        return E_NOINTERFACE;
+    }
+    if (!Wrapped() && entry) return S_OK;
+    return ExposedObjectBase::BeforeQueryInterface(iid, entry);
+}
+
+void PersistentObject::AskPersistence()
+{
+    if (!persistStreamInit.Resolve(Wrapped(), IID_IPersistStreamInit)) {
+        persistStream.Resolve(Wrapped(), IID_IPersistStream);
+    }
+}
+
+IUnknown* PersistentObject::ErrorSource() const
+{
+    if (IUnknown* init = PersistStreamInit()) return init;
+    return PersistStream();
+}
+
+bool PersistentObject::HasObject(const LoggedCall& call) const
+{
+    if (!Wrapped()) call.Error("object not created");
+    return Wrapped() != nullptr;
+}
+
+bool PersistentObject::IsTaken(const LoggedCall& call, const char* error) const
+{
+    if (!Wrapped() && !isBeingMade) return false;
+    call.Error(error);
+    return true;
+}
+
+HRESULT PersistentObject::InitNewObject(LoggedCall& call)
+{
+    AskPersistence();
+    IPersistStreamInit* init = PersistStreamInit();
+    return init ? call.Forward([init] { return init->InitNew(); }) : S_OK;
+}
+
+STDMETHODIMP PersistentObject::Persistence::GetClassID(CLSID* clsid)
+{
+    if (!clsid) return E_POINTER;
+    *clsid = owner.ownClass;
+    return S_OK;
+}
+
+STDMETHODIMP PersistentObject::Persistence::InitNew()
+{
+    LoggedCall call(owner, "IPersistStreamInit::InitNew");
+    const HRESULT result = com::NoThrow([&] {
+        Write().Describe(call);
+        if (owner.IsTaken(call, "InitNew is called after Load or InitNew")) return E_FAIL;
+        const Making making(owner.isBeingMade);
+        return owner.MakeNew(call);
+    });
+    return call.Close(result, owner.ErrorSource());
+}
+
+STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
+{
+    LoggedCall call(owner, "IPersistStreamInit::Load");
+    const HRESULT result = com::NoThrow([&] {
+        Write().Describe(call);
+        In("pstm", stream).Describe(call);
+        if (owner.IsTaken(call, "Load is called after Load or InitNew")) return E_FAIL;
+        const Making making(owner.isBeingMade);
+        return owner.Load(call, stream);
+    });
+    return call.Close(result, owner.ErrorSource());
+}
+
+STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirty)
+{
+    LoggedCall call(owner, "IPersistStreamInit::Save");
+    In("pstm", stream).Describe(call);
+    if (LogDocument* log = call.Document()) WriteBoolArg(*log, "fClearDirty", true, clearDirty);
+    if (!owner.HasObject(call)) return E_UNEXPECTED;
+    const HRESULT result = com::NoThrow([&] { return owner.Save(call, stream, clearDirty); });
+    return call.Close(result, owner.ErrorSource());
+}
+
+// The element is closed as of a success whatever the answer: none of the answers is a failure to a reader of the log.
+STDMETHODIMP PersistentObject::Persistence::IsDirty()
+{
+    LoggedCall call(owner, "IPersistStreamInit::IsDirty");
+    if (!owner.HasObject(call)) return E_UNEXPECTED;
+    const HRESULT result = owner.CallPersistence(call, [](auto& object) { return object.IsDirty(); }).value_or(S_FALSE);
+    switch (result) {
+        case S_OK: call.Info("Returning S_OK"); break;
+        case S_FALSE: call.Info("Returning S_FALSE"); break;
+        default: call.Warning("Returning other value than S_FALSE or S_OK"); break;
+    }
+    call.Close(S_OK, nullptr);
+    return result;
+}
+
+STDMETHODIMP PersistentObject::Persistence::GetSizeMax(ULARGE_INTEGER* size)
+{
+    LoggedCall call(owner, "IPersistStreamInit::GetSizeMax");
+    if (!owner.HasObject(call)) return E_UNEXPECTED;
+    if (!size) return call.Close(E_POINTER, nullptr);
+    ULARGE_INTEGER told = *size;
+    const HRESULT result =
+        owner.CallPersistence(call, [&](auto& object) { return object.GetSizeMax(&told); }).value_or(S_OK);
+    if (FAILED(result)) return call.Close(result, owner.ErrorSource());
+    // Narrowed to 32 bits and extended by their sign: simulators know the answer so.
+    const auto sum = static_cast<LONG>(told.LowPart + kSavedHeaderSize);
+    size->QuadPart = static_cast<ULONGLONG>(static_cast<LONGLONG>(sum));
+    if (LogDocument* log = call.Document()) WriteArg(*log, "pcbSize", false, sum);
+    return call.Close(result, owner.ErrorSource());
+}
+
+// The size that the object says its data have at most, and whether it was the object that said it.
+std::uint32_t PersistentObject::AskCapacity(LoggedCall& call, bool& isObjects)
+{
+    ULARGE_INTEGER most = {};
+    const auto asked = CallPersistence(call, [&](auto& object) { return object.GetSizeMax(&most); });
+    isObjects = false;
+    if (asked && FAILED(*asked)) {
+        call.Warning("Failed to get maximum file size from object. GetSizeMax returns: " + HRName(*asked));
+        return 0;
+    }
+    if (asked && most.HighPart != 0) {
+        call.Warning("Object reports rediculously high max file size.");
+        return 0;
+    }
+    isObjects = true;
+    return asked ? most.LowPart : 0;
+}
+
+HRESULT PersistentObject::SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty)
+{
+    if (PersistStreamInit()) {
+        call.Info("Using IPersistStreamInit::Save of logged PMC");
+    } else if (PersistStream()) {
+        call.Info("Using IPersistStream::Save of logged PMC");
+    }
+    const HRESULT result =
+        CallPersistence(call, [&](auto& object) { return object.Save(memory, clearDirty); }).value_or(S_OK);
+    if (result == S_OK) return S_OK;
+    call.Error(FAILED(result) ? "Object failed to Save." : "Object did not return S_OK from Save.");
+    return FAILED(result) ? result : E_FAIL;
+}
+
+HRESULT PersistentObject::Save(LoggedCall& call, IStream* target, BOOL clearDirty)
+{
+    bool isObjects = false;
+    const std::uint32_t capacity = AskCapacity(call, isObjects);
+    const TransferStream memory(call.Document());
+    if (!memory->Allocate(capacity)) return E_OUTOFMEMORY;
+    memory->BeginWriting(isObjects);
+    const HRESULT saved = SaveObject(call, memory->Stream(), clearDirty);
+    if (FAILED(saved)) return saved;
+    const std::uint32_t length = memory->UsedLength();
+    if (WriteAll(target, &objectClass, sizeof objectClass) && WriteAll(target, &length, sizeof length) &&
+        WriteAll(target, memory->Data(), length)) {
+        return S_OK;
+    }
+    call.Error("Write error during Save.");
+    return E_FAIL;
+}
+
+HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
+{
+    const auto readError = [&] {
+        call.Error("Read error during Load");
+        return E_FAIL;
+    };
+    if (!ReadAll(source, &objectClass, sizeof objectClass)) return readError();
+    const TransferStream memory(call.Document());
+    std::uint32_t length = 0;
+    if (!ReadAll(source, &length, sizeof length)) return readError();
+    if (!memory->Allocate(length)) return E_OUTOFMEMORY;
+    if (!ReadAll(source, memory->Data(), length)) return readError();
+
+    const HRESULT made = MakeObject(call);
+    if (FAILED(made)) return made;
+    AskPersistence();
+    memory->BeginReading();
+    return LoadObject(call, memory->Stream(), length != 0);
+}
+
+HRESULT PersistentObject::LoadObject(LoggedCall& call, IStream* memory, bool hasData)
+{
+    if (PersistStreamInit()) {
+        call.Info("Using IPersistStreamInit::Load of logged PMC");
+    } else if (PersistStream()) {
+        call.Info("Using IPersistStream::Load of logged PMC");
+    } else if (hasData) {
+        call.Warning(Name() + " has been saved, but provides no interface for Load");
+    }
+    return CallPersistence(call, [&](auto& object) { return object.Load(memory); }).value_or(S_OK);
+}
+
+}  // namespace zelt

@@ -1,0 +1,84 @@
+// PersistentObject: a proxy that saves and loads the object behind it. What the simulator's stream holds is the class of that
+// object, the length of its data, and the data: the object itself gets a stream in memory (memory_stream.h) and never sees the
+// simulator's. The object may know IPersistStreamInit, or IPersistStream, or neither; the simulator sees IPersistStreamInit
+// alone. Which object is made for InitNew, and how, is the derived class's affair.
+#pragma once
+
+#include <objidl.h>
+#include <ocidl.h>
+
+#include <optional>
+
+#include "core/exposed_object_base.h"
+
+namespace zelt {
+
+class PersistentObject : public ExposedObjectBase {
+protected:
+    PersistentObject(const ProxyTraits& traits, REFCLSID ownClass);
+    ~PersistentObject() override = default;
+
+    // Makes the wrapped object anew, for InitNew, and lets it initialise itself (InitNewObject). Called once at a time.
+    virtual HRESULT MakeNew(LoggedCall& call) = 0;
+    // Makes the wrapped object of the class ObjectClass(). What fails has been told to the user when this returns.
+    virtual HRESULT MakeObject(LoggedCall& call) = 0;
+
+    // For the derived class, within MakeNew: asks the object for its way of persistence, and calls InitNew if it has one.
+    HRESULT InitNewObject(LoggedCall& call);
+
+    // InitNew, as a caller from outside calls it.
+    HRESULT InitNew() { return persistence.InitNew(); }
+
+    // The class of the wrapped object, as saved.
+    CLSID& ObjectClass() { return objectClass; }
+
+    // Without its object the unit grants all that it offers; persistence is the unit's own, whatever the object has.
+    HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
+
+private:
+    struct Persistence final : com::Part<IPersistStreamInit> {
+        explicit Persistence(PersistentObject& owner) : Part(owner), owner(owner) {}
+        STDMETHOD(GetClassID)(CLSID* clsid) override;
+        STDMETHOD(IsDirty)() override;
+        STDMETHOD(Load)(IStream* stream) override;
+        STDMETHOD(Save)(IStream* stream, BOOL clearDirty) override;
+        STDMETHOD(GetSizeMax)(ULARGE_INTEGER* size) override;
+        STDMETHOD(InitNew)() override;
+        PersistentObject& owner;
+    };
+    class Making;
+
+    void AskPersistence();
+    IPersistStreamInit* PersistStreamInit() const { return static_cast<IPersistStreamInit*>(persistStreamInit.Get()); }
+    IPersistStream* PersistStream() const { return static_cast<IPersistStream*>(persistStream.Get()); }
+    IUnknown* ErrorSource() const;
+
+    // Calls a method of the object's persistence; nothing when it has none. The two interfaces share their methods.
+    template <class Method>
+    std::optional<HRESULT> CallPersistence(LoggedCall& call, Method method) const
+    {
+        if (auto* init = PersistStreamInit()) return call.Forward([&] { return method(*init); });
+        if (auto* plain = PersistStream()) return call.Forward([&] { return method(*plain); });
+        return {};
+    }
+
+    // False, with the reason logged, when there is no object.
+    bool HasObject(const LoggedCall& call) const;
+    bool IsTaken(const LoggedCall& call, const char* error) const;
+    HRESULT Load(LoggedCall& call, IStream* source);
+    HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
+    HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);
+    HRESULT SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty);
+    std::uint32_t AskCapacity(LoggedCall& call, bool& isObjects);
+
+    const CLSID& ownClass;
+    CLSID objectClass{};
+    bool isBeingMade = false;  // a dialog or a load may let another call in
+    Persistence persistence;
+    com::InterfaceEntry persist;
+    // At most one is filled, right after the object is made.
+    InterfaceCache persistStreamInit;
+    InterfaceCache persistStream;
+};
+
+}  // namespace zelt

@@ -1,0 +1,45 @@
+// CSelectCOObject: the user picks one of the CAPE-OPEN components that are registered under a category. Lists and asks only;
+// the component may still fail to be created.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/component_scan.h"
+#include "core/dialog.h"
+
+namespace zelt {
+
+class CSelectCOObject final : public Dialog {
+public:
+    // Searches for the components; a registry that cannot be read is told to the user, and nothing is listed.
+    CSelectCOObject(std::wstring title, const wchar_t* category, REFCLSID leftOut,
+                    const ClassSources& sources = InstalledClasses());
+
+    // IDOK when a component was chosen.
+    INT_PTR DoModal(HWND owner);
+
+    // In the order of the registry; the list box may show another.
+    const std::vector<ComponentInfo>& Components() const { return components; }
+    // The place of the choice among them; after IDOK.
+    int Selection() const { return selection; }
+
+private:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    void Accept();
+
+    std::wstring title;
+    std::vector<ComponentInfo> components;
+    int selection = -1;
+};
+
+// Asks the user for an installed unit operation, but for the class `leftOut`; nothing when cancelled.
+std::optional<CLSID> SelectUnitOperation(const std::wstring& title, REFCLSID leftOut);
+
+// A test answers itself; nothing else does. Returns the function before; null restores the dialog.
+using UnitSelector = std::optional<CLSID> (*)(const std::wstring& title, REFCLSID leftOut);
+UnitSelector SetUnitSelector(UnitSelector selector);
+
+}  // namespace zelt

@@ -1,0 +1,19 @@
+// Reading and writing other people's streams, all or nothing. The streams are called under the guard, in pieces: memory is
+// touched, and marshalled, only as far as the data really go.
+#pragma once
+
+#include <windows.h>
+#include <objidl.h>
+
+#include <cstdint>
+
+namespace zelt {
+
+// What precedes an object's own data where it is saved: its class, and the length of the data.
+inline constexpr std::uint32_t kSavedHeaderSize = sizeof(CLSID) + sizeof(std::uint32_t);
+
+// False when the stream (may be null) fails, or gives or takes another number of bytes.
+bool ReadAll(IStream* stream, void* bytes, std::uint32_t count);
+bool WriteAll(IStream* stream, const void* bytes, std::uint32_t count);
+
+}  // namespace zelt

@@ -1,0 +1,65 @@
+// The interfaces of a logged unit operation that are forwarded row by row. A method that changes the unit says so before its
+// arguments.
+#pragma once
+
+#include "core/logged_interface.h"
+
+namespace zelt {
+
+struct LoggedUnit final : LoggedInterface<ICapeUnit> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(get_ports)(IDispatch** ports) override
+    {
+        return LOGGED(ICapeUnit, get_ports, WrappedOut("ports", ports, {WrapKind::PortCollection}));
+    }
+    STDMETHOD(get_ValStatus)(eCapeValidationStatus* status) override
+    {
+        return LOGGED(ICapeUnit, get_ValStatus, Out("ValStatus", status));
+    }
+    STDMETHOD(Calculate)() override { return LOGGED(ICapeUnit, Calculate, Write()); }
+    STDMETHOD(Validate)(BSTR* message, VARIANT_BOOL* isValid) override
+    {
+        return LOGGED(ICapeUnit, Validate, Out("message", message), OutBool("isValid", isValid));
+    }
+};
+
+struct LoggedUnitReport final : LoggedInterface<ICapeUnitReport> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(get_reports)(VARIANT* reports) override
+    {
+        return LOGGED(ICapeUnitReport, get_reports, Out("reports", reports, kOptionalStrings));
+    }
+    STDMETHOD(get_selectedReport)(BSTR* report) override
+    {
+        return LOGGED(ICapeUnitReport, get_selectedReport, Out("report", report));
+    }
+    STDMETHOD(put_selectedReport)(BSTR report) override
+    {
+        return LOGGED(ICapeUnitReport, put_selectedReport, Write(), In("report", report));
+    }
+    STDMETHOD(ProduceReport)(BSTR* message) override
+    {
+        return LOGGED(ICapeUnitReport, ProduceReport, Out("message", message));
+    }
+};
+
+struct LoggedUnitKineticContext final : LoggedInterface<ICapeKineticReactionContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
+    {
+        return LOGGED(ICapeKineticReactionContext, SetReactionObject, Write(),
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}));
+    }
+};
+
+// Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
+struct CCUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
+    {
+        return LOGGED(ICapeElectrolyteReactionContext, SetReactionObject, Write(),
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}));
+    }
+};
+
+}  // namespace zelt

@@ -1,0 +1,134 @@
+#include "unit/unit_operation.h"
+
+#include <objbase.h>
+#include <wrl/client.h>
+
+#include <cstring>
+
+#include "core/foreign_creation.h"
+#include "core/hr_name.h"
+#include "core/message.h"
+#include "core/narrow.h"
+#include "core/open_log.h"
+#include "unit/select_co_object.h"
+
+namespace zelt {
+
+const CLSID kUnitOperationClass = {0x2FD53BB5, 0x1013, 0x418D, {0xBA, 0xB6, 0x15, 0xDF, 0x8A, 0xD6, 0x06, 0xA6}};
+
+namespace {
+
+// The name until the simulator gives another; units of that name are made as configured, without asking.
+constexpr char kInitialName[] = "Unit Operation";
+
+constexpr ProxyTraits kTraits = {.typeName = "Unit Operation", .isNamedEarly = true};
+
+std::string ClassText(REFCLSID classId)
+{
+    wchar_t text[64];
+    return StringFromGUID2(classId, text, 64) ? Narrow(text) : "<unknown>";
+}
+
+}  // namespace
+
+HRESULT CreateUnitOperation(REFIID iid, void** result)
+{
+    *result = nullptr;
+    return com::NoThrow([&] {
+        // The place of the log may be asked for in a dialog, which lets calls in; nobody knows of the unit yet.
+        const Microsoft::WRL::ComPtr<CUnitOperation> made(new CUnitOperation);
+        made->OpenOwnLog();
+        return made->QueryInterface(iid, result);
+    });
+}
+
+CUnitOperation::CUnitOperation(LogOptions& options)
+    : PersistentObject(kTraits, kUnitOperationClass),
+      options(options),
+      unit(*this),
+      report(*this),
+      kineticContext(*this),
+      electrolyteContext(*this)
+{
+    AttachAsRoot(nullptr, nullptr, kInitialName);
+}
+
+void CUnitOperation::OpenOwnLog()
+{
+    const DocumentHold log(OpenLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation"));
+    AttachAsRoot(nullptr, log.Get(), kInitialName);
+}
+
+// Initialize, for a simulator that has left out InitNew.
+HRESULT CUnitOperation::RequireObject(LoggedCall& call)
+{
+    if (Wrapped()) return S_OK;
+    call.Error("Load or InitNew needs to be called before Initialize");
+    call.Info("Attempting to remedy by calling InitNew");
+    if (SUCCEEDED(InitNew())) return S_OK;
+    call.Error("Internal call to InitNew failed");
+    return E_FAIL;
+}
+
+HRESULT CUnitOperation::MakeNew(LoggedCall& call)
+{
+    if (!ChooseClass(call)) return E_FAIL;
+    const HRESULT made = MakeObject(call);
+    return FAILED(made) ? made : InitNewObject(call);
+}
+
+// The configured unit operation, as long as the simulator has given no name of its own; else the user's choice.
+bool CUnitOperation::ChooseClass(LoggedCall& call)
+{
+    if (options.pravikUnit != CLSID_NULL && _stricmp(Name().c_str(), kInitialName) == 0) {
+        ObjectClass() = options.pravikUnit;
+        call.Info("Automatically creating user configured unit operation: " + ClassText(ObjectClass()));
+        return true;
+    }
+    if (const auto selected = SelectUnitOperation(L"Select " + Widen(Name()) + L":", kUnitOperationClass)) {
+        // Deliberate: without a log the choice is not taken over.
+        if (call.Document()) {
+            ObjectClass() = *selected;
+            call.Info("Creating user selected unit operation: " + ClassText(ObjectClass()));
+        }
+        return true;
+    }
+    const std::string text = Name() + " selection has been cancelled. " + Name() + " will not be functional.";
+    call.Error(text);
+    TellUser(text);
+    return false;
+}
+
+HRESULT CUnitOperation::MakeObject(LoggedCall& call)
+{
+    std::string error;
+    if (SUCCEEDED(CreateInnerUnitOperation(call, ObjectClass(), error))) return S_OK;
+    call.Error(Name() + " creation failed: " + error);
+    // The bare error, deliberately: what it means for the unit stands in the log.
+    TellUser(error);
+    return E_FAIL;
+}
+
+HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error)
+{
+    void* created = nullptr;
+    // A unit that wraps its own class, as settings or a saved file may ask, would make units without end.
+    const HRESULT result = classId == kUnitOperationClass ? CLASS_E_CLASSNOTAVAILABLE
+                                                          : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
+    if (FAILED(result)) {
+        error = HRName(result);
+        call.Error("Failed to create unit operation: " + error);
+        return result;
+    }
+    const ForeignPtr<IDispatch> inner(static_cast<IDispatch*>(created));
+    call.Info("Created unit operation from CLSID " + ClassText(classId));
+    Wrap(inner.Get());
+    return S_OK;
+}
+
+void CUnitOperation::TellUser(const std::string& text) const
+{
+    ShowMessage(Widen(text), Widen(Name()).c_str(), MB_OK | MB_ICONERROR | MB_TOPMOST);
+}
+
+}  // namespace zelt

@@ -1,0 +1,49 @@
+// CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, and that does no engineering of its own. It
+// makes the unit operation that the user has configured or selects, or that was saved, forwards every call to it and logs it.
+// It is the root of its logged tree, and lives before the unit that it wraps: until InitNew or Load has made that one, calls
+// are logged and answered as without a wrapped object.
+#pragma once
+
+#include "core/log_options.h"
+#include "unit/persistent_object.h"
+#include "unit/unit_interfaces.h"
+
+namespace zelt {
+
+extern const CLSID kUnitOperationClass;
+
+// Makes one, asks for the place of its log, and answers with its interface `iid`.
+HRESULT CreateUnitOperation(REFIID iid, void** result);
+
+class CUnitOperation : public PersistentObject {
+public:
+    // `options` is borrowed and outlives the unit. There is no log until OpenOwnLog.
+    explicit CUnitOperation(LogOptions& options = TheLogOptions());
+
+    // Asks the user, as the options say, where the log goes. Without an answer the unit runs without a log.
+    void OpenOwnLog();
+
+    HRESULT RequireObject(LoggedCall& call) override;
+
+protected:
+    ~CUnitOperation() override = default;
+    IDispatch* ScriptInterface() override { return &unit; }
+
+    HRESULT MakeNew(LoggedCall& call) override;
+    HRESULT MakeObject(LoggedCall& call) override;
+
+    // Makes the unit of the class `classId` the wrapped object; when it fails, `error` says why.
+    virtual HRESULT CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error);
+
+private:
+    bool ChooseClass(LoggedCall& call);
+    void TellUser(const std::string& text) const;
+
+    LogOptions& options;
+    LoggedUnit unit;
+    LoggedUnitReport report;
+    LoggedUnitKineticContext kineticContext;
+    CCUnitElectrolyteContext electrolyteContext;
+};
+
+}  // namespace zelt

@@ -1,0 +1,95 @@
+#include "unit/unit_port.h"
+
+namespace zelt {
+namespace {
+
+struct Replacement {
+    eCapePortType portType;
+    WrapKind kind;
+    const char* info;
+};
+
+// clang-format off
+constexpr Replacement kReplacements[] = {
+    {CAPE_MATERIAL,    WrapKind::MaterialObject,      "Replacing object by logged material object for port type CAPE_MATERIAL"},
+    {CAPE_ENERGY,      WrapKind::ParameterCollection, "Replacing object by logged parameter collection for port type CAPE_ENERGY"},
+    {CAPE_INFORMATION, WrapKind::ParameterCollection, "Replacing object by logged parameter collection for port type CAPE_INFORMATION"},
+};
+// clang-format on
+
+// The object that is connected, replaced by the proxy that suits the port.
+struct ConnectedIn : WrappedIn {
+    LoggedUnitPort& port;
+
+    ConnectedIn(const char* name, IDispatch* object, LoggedUnitPort& port)
+        : WrappedIn(name, object, {WrapKind::MaterialObject}), port(port)
+    {}
+    HRESULT Prepare(LoggedCall& call)
+    {
+        const int portType = port.Type(call);
+        const bool makesReadOnly = call.Proxy().IsReadOnly() || port.IsInlet();
+        if (!pointer) return Leave(call, "NULL pointer");
+        for (const Replacement& row : kReplacements) {
+            if (row.portType != portType) continue;
+            call.Info(row.info);
+            site.kind = row.kind;
+            return Replace(call, makesReadOnly);
+        }
+        return Leave(call, portType == CAPE_ANY ? "do not know which object to use for port type CAPE_ANY"
+                                                : "do not know which object to use for undefined port type");
+    }
+
+private:
+    static HRESULT Leave(const LoggedCall& call, const char* why)
+    {
+        call.Warning(std::string("Cannot log object to connect to: ") + why);
+        return S_OK;
+    }
+};
+
+// The port proxy keeps the type that its port has told.
+struct KeepsType : Mark, NoSteps {
+    const eCapePortType* told;
+    int& kept;
+
+    KeepsType(const eCapePortType* told, int& kept) : told(told), kept(kept) {}
+    void Finish(LoggedCall&, HRESULT& result) const
+    {
+        if (SUCCEEDED(result) && told) kept = *told;
+    }
+};
+
+}  // namespace
+
+STDMETHODIMP LoggedUnitPort::get_portType(eCapePortType* portType)
+{
+    return LOGGED(ICapeUnitPort, get_portType, Out("portType", portType), KeepsType(portType, type));
+}
+
+STDMETHODIMP LoggedUnitPort::Connect(IDispatch* objectToConnect)
+{
+    return LOGGED(ICapeUnitPort, Connect, Write(), ConnectedIn("objectToConnect", objectToConnect, *this));
+}
+
+int LoggedUnitPort::Type(const LoggedCall& call)
+{
+    if (type != kUnknownType) return type;
+    ICapeUnitPort* inner = Target();
+    auto told = static_cast<eCapePortType>(kUnknownType);
+    const HRESULT result = inner ? CallForeign([&] { return inner->get_portType(&told); }) : E_NOINTERFACE;
+    if (SUCCEEDED(result)) {
+        type = told;
+    } else {
+        call.Error("Failed to get port type from port: " + ErrorDescription(result, inner));
+    }
+    return type;
+}
+
+bool LoggedUnitPort::IsInlet()
+{
+    ICapeUnitPort* inner = Target();
+    eCapePortDirection told = CAPE_OUTLET;
+    return inner && SUCCEEDED(CallForeign([&] { return inner->get_direction(&told); })) && told == CAPE_INLET;
+}
+
+}  // namespace zelt

@@ -1,0 +1,50 @@
+// CUnitPort: the proxy of a unit operation's port. What the simulator connects is replaced by a proxy of the kind that the
+// port's type asks for, so that the log shows what the unit does with its streams; asked what is connected, the port answers
+// with the simulator's own object. An object at an inlet is read-only to the unit. Without a document nothing is replaced.
+#pragma once
+
+#include "core/exposed_object_base.h"
+#include "unit/logged_collection.h"
+
+namespace zelt {
+
+class LoggedUnitPort final : public LoggedInterface<ICapeUnitPort> {
+public:
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(get_portType)(eCapePortType* portType) override;
+    STDMETHOD(get_direction)(eCapePortDirection* portDirection) override
+    {
+        return LOGGED(ICapeUnitPort, get_direction, Out("portDirection", portDirection));
+    }
+    STDMETHOD(get_connectedObject)(IDispatch** connectedObject) override
+    {
+        return LOGGED(ICapeUnitPort, get_connectedObject, OriginalOut("connectedObject", connectedObject));
+    }
+    STDMETHOD(Connect)(IDispatch* objectToConnect) override;
+    STDMETHOD(Disconnect)() override { return LOGGED(ICapeUnitPort, Disconnect, Write()); }
+
+    static constexpr int kUnknownType = -1;
+
+    // The port's type, asked once; kUnknownType when the port fails to say, which is logged.
+    int Type(const LoggedCall& call);
+    bool IsInlet();
+
+private:
+    int type = kUnknownType;
+};
+
+class CUnitPort final : public ExposedObjectBase {
+public:
+    CUnitPort() : ExposedObjectBase(kTraits), port(*this), items(*this) {}
+
+protected:
+    IDispatch* ScriptInterface() override { return &port; }
+
+private:
+    static constexpr ProxyTraits kTraits = {.typeName = "Port"};
+    LoggedUnitPort port;
+    // The variables of a port, deliberately wrapped as specifications: readers of existing logs know them so.
+    LoggedCollection<WrapKind::ParameterSpec> items;
+};
+
+}  // namespace zelt
