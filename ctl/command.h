@@ -42,8 +42,7 @@ class Arguments {
 public:
     Arguments(std::vector<std::string> operands, std::map<std::string, std::string, std::less<>> options)
         : operands(std::move(operands)), options(std::move(options))
-    {
-    }
+    {}
 
     const std::string& Operand(std::size_t index) const { return operands.at(index); }
     std::size_t Operands() const { return operands.size(); }

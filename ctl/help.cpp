@@ -63,7 +63,8 @@ bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::st
 
 void WriteCommandHelp(const Command& command, Output& out)
 {
-    out << "zeltctl " << Form(command) << (command.options.empty() ? "\n\n" : " [OPTIONS]\n\n") << command.what << ".\n";
+    out << "zeltctl " << Form(command) << (command.options.empty() ? "\n\n" : " [OPTIONS]\n\n") << command.what
+        << ".\n";
     if (*command.details) out << '\n' << command.details << '\n';
     if (command.options.empty()) return;
     out << '\n';

@@ -37,7 +37,7 @@ private:
     void Separate();
 
     Output& out;
-    bool first = true;   // nothing stands yet in what is open
+    bool first = true;  // nothing stands yet in what is open
     bool behindKey = false;
 };
 

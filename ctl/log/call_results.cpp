@@ -1,6 +1,7 @@
 #include "ctl/log/call_results.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace zelt::ctl {
 namespace {
@@ -10,21 +11,36 @@ bool IsCodeCharacter(char c)
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// A status code's name or number stands before the description. All other texts have a blank before their colon.
-bool BeginsWithCode(std::string_view text)
-{
-    const std::size_t colon = text.find(": ");
-    if (colon == std::string_view::npos || colon == 0) return false;
-    const std::string_view code = text.substr(0, colon);
-    return std::all_of(code.begin(), code.end(), IsCodeCharacter);
-}
+// Errors of which the callee's own follows, or that tell of a failure inside the call.
+constexpr std::string_view kFailures[] = {
+    "object not created",
+    "Uncaught ",
+    "Failed to ",
+    "Unit Operation creation failed: ",
+    "Unit Operation selection has been cancelled.",
+    "Object failed to Save.",
+    "Write error during Save.",
+    "Read error during Load",
+    "Internal call to InitNew failed",
+    "Out of memory ",
+};
 
 bool IsFailure(std::string_view text)
 {
-    return text == "object not created" || text.starts_with("Uncaught ") || BeginsWithCode(text);
+    return LengthOfCode(text) > 0 || std::any_of(std::begin(kFailures), std::end(kFailures),
+                                                 [&](std::string_view failure) { return text.starts_with(failure); });
 }
 
 }  // namespace
+
+std::size_t LengthOfCode(std::string_view text)
+{
+    // The other texts have a blank before their colon.
+    const std::size_t colon = text.find(": ");
+    if (colon == std::string_view::npos) return 0;
+    const std::string_view code = text.substr(0, colon);
+    return std::all_of(code.begin(), code.end(), IsCodeCharacter) ? colon : 0;
+}
 
 MessageKind KindOfMessage(const LogEvent& event)
 {

@@ -13,6 +13,10 @@ enum class MessageKind { None, Info, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);
 
+// A status code as errors begin with it, "ECapeUnknownHR: ", or without a name, "0x80041234: ": its length without the
+// colon, 0 when there is none.
+std::size_t LengthOfCode(std::string_view text);
+
 // How a call went, worst first in doubt.
 struct CallResult {
     bool failed = false, violated = false, warned = false;

@@ -11,13 +11,13 @@ namespace zelt::ctl {
 
 struct ArgumentSummary {
     std::string name;
-    std::string first;       // the first value, without quotes, its beginning if it is long
+    std::string first;  // the first value, without quotes, its beginning if it is long
     int line = 0;
-    int count = 0;           // of the values
-    int notANumber = 0;      // the line of the first N/A or infinity among them; 0 when there is none
-    double sum = 0;          // of the values that are numbers
+    int count = 0;       // of the values
+    int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
+    double sum = 0;      // of the values that are numbers
     double least = 0, most = 0;
-    bool numbers = true;     // all values are
+    bool numbers = true;  // all values are
 };
 
 struct CallSummary {

@@ -49,8 +49,7 @@ class Checker final : public LogHandler {
 public:
     explicit Checker(const ReportFinding& report)
         : report(report), life(report), values(report), properties(report), versions(report)
-    {
-    }
+    {}
 
     void Begin(const LogEvent& event) override
     {

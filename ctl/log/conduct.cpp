@@ -52,9 +52,15 @@ bool IsPreparation(std::string_view name)
 // The values of a property that a call sets or gets; null when it does neither.
 const ArgumentSummary* PropertyValues(const CallSummary& call)
 {
-    constexpr std::string_view kMethods[] = {"SetOverallProp",    "GetOverallProp",  "SetSinglePhaseProp",
-                                             "GetSinglePhaseProp", "SetTwoPhaseProp", "GetTwoPhaseProp",
-                                             "SetProp",           "GetProp",         "SetReactionProp",
+    constexpr std::string_view kMethods[] = {"SetOverallProp",
+                                             "GetOverallProp",
+                                             "SetSinglePhaseProp",
+                                             "GetSinglePhaseProp",
+                                             "SetTwoPhaseProp",
+                                             "GetTwoPhaseProp",
+                                             "SetProp",
+                                             "GetProp",
+                                             "SetReactionProp",
                                              "GetReactionProp"};
     if (!IsOneOf(call.Method(), kMethods)) return nullptr;
     const ArgumentSummary* values = call.Find("values");
@@ -83,8 +89,12 @@ void LifeRules::Begin(const LogEvent& call)
 
 void LifeRules::End(const CallSummary& call)
 {
-    if (!call.inward || call.result.failed) return;
-    if (call.name == "ICapeUtilities::Initialize") {
+    if (!call.inward) return;
+    if (call.name == "ICapeUtilities::Terminate") {
+        Life& life = lives[call.object];
+        life.tried |= call.result.failed;
+        if (!call.result.failed) life.terminated = call.line;
+    } else if (call.name == "ICapeUtilities::Initialize" && !call.result.failed) {
         Life& life = lives[call.object];
         if (life.initialized && !life.terminated) {
             report(call.line, "initialize",
@@ -96,15 +106,14 @@ void LifeRules::End(const CallSummary& call)
         }
         life.initialized = call.line;
         life.terminated = 0;
-    } else if (call.name == "ICapeUtilities::Terminate") {
-        lives[call.object].terminated = call.line;
+        life.tried = false;
     }
 }
 
 void LifeRules::Finish()
 {
     for (const auto& [object, life] : lives) {
-        if (!life.initialized || life.terminated) continue;
+        if (!life.initialized || life.terminated || life.tried) continue;
         report(life.initialized, "not-terminated",
                Quote(object) + " is initialised here and never terminated, though the log is complete");
     }
@@ -113,8 +122,8 @@ void LifeRules::Finish()
 void ValueRules::End(const CallSummary& call)
 {
     for (const ArgumentSummary& argument : call.arguments) {
-        const bool isResult = PropertyValues(call) == &argument || call.Method() == "GetTPFraction" ||
-                              call.Method() == "CalcAndGetLnPhi";
+        const bool isResult =
+            PropertyValues(call) == &argument || call.Method() == "GetTPFraction" || call.Method() == "CalcAndGetLnPhi";
         if (isResult && argument.notANumber) {
             const std::string_view property = call.First("property");
             report(argument.notANumber, "not-a-number",
@@ -173,7 +182,8 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
         const std::string name(value.substr(start + 1, end - start - 1));
         if (names.insert(name).second) materials[name] = {{}, "created", true};
         // Another material had the name before: from now on they are not told apart.
-        else materials.erase(name);
+        else
+            materials.erase(name);
         return;
     }
     if (method == "ClearAllProps" && !call.result.failed) {

@@ -26,6 +26,7 @@ private:
         int used = 0;         // the line of the first call that needs an initialised object
         int initialized = 0;  // the lines of these calls, 0 for none
         int terminated = 0;
+        bool tried = false;  // Terminate was called and failed
     };
     const ReportFinding& report;
     std::map<std::string, Life, std::less<>> lives;

@@ -50,7 +50,8 @@ public:
             if (b) json.Member("b", b->text);
             json.EndObject();
         } else {
-            out << "~ " << lineA << ' ' << lineB << "  " << call.what << ' ' << key << ": " << textA << " -> " << textB << '\n';
+            out << "~ " << lineA << ' ' << lineB << "  " << call.what << ' ' << key << ": " << textA << " -> " << textB
+                << '\n';
         }
     }
     void Only(const SequenceStep& step, bool inA)
@@ -68,14 +69,15 @@ public:
     int Finish(bool complete, Output& messages)
     {
         const bool different = values + onlyA + onlyB > 0;
-        if (!complete) messages << "the logs differ too much to be compared call by call behind their common beginning\n";
+        if (!complete)
+            messages << "the logs differ too much to be compared call by call behind their common beginning\n";
         if (asJson) {
             json.EndArray().Member("values", values).Member("onlyInA", onlyA).Member("onlyInB", onlyB).EndObject();
             out << '\n';
         } else if (different) {
-            out << values << " values differ, " << onlyA << " calls or messages only in the first log, " << onlyB
-                << " only in the second; first in line " << (firstA ? firstA : firstB) << " of the "
-                << (firstA ? "first" : "second") << '\n';
+            out << "Values that differ: " << values << "; calls and messages of the first log alone: " << onlyA
+                << ", of the second alone: " << onlyB << "; the first difference is in line "
+                << (firstA ? firstA : firstB) << " of the " << (firstA ? "first" : "second") << '\n';
         }
         return different ? kFinding : kFine;
     }

@@ -21,7 +21,11 @@ const char* NameOf(MessageKind kind)
 class ErrorLister final : public LogHandler {
 public:
     ErrorLister(const Arguments& arguments, Output& out)
-        : filter(arguments), withWarnings(!arguments.Has("--no-warnings")), asJson(arguments.Has("--json")), out(out), json(out)
+        : filter(arguments),
+          withWarnings(!arguments.Has("--no-warnings")),
+          asJson(arguments.Has("--json")),
+          out(out),
+          json(out)
     {
         if (asJson) json.BeginArray();
     }

@@ -14,8 +14,7 @@ public:
     // `results`, unless null, tells of each call in the order of the file whether its result is wanted.
     FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
         : filter(filter), results(results), tree(tree)
-    {
-    }
+    {}
 
     void Begin(const LogEvent& event) override
     {

@@ -23,8 +23,7 @@ class GrowingLog final : public LogInput {
 public:
     GrowingLog(const std::string& path, std::optional<double> patience, Output& out)
         : file(path), patience(patience), out(out)
-    {
-    }
+    {}
 
     int Read(char* bytes, int length) override
     {
@@ -72,8 +71,7 @@ class NewOnly final : public LogHandler {
 public:
     NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)
         : tree(tree), text(text), log(log), everything(everything)
-    {
-    }
+    {}
     void Begin(const LogEvent& event) override
     {
         text.SetSilent(!everything && !log.CaughtUp());

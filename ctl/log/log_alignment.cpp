@@ -31,7 +31,8 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
             if (left > 0) {
                 const auto before = [&](int diagonal) {
                     const int at = diagonal + left - 1;
-                    return at >= 0 && at < static_cast<int>(current.size()) ? current[static_cast<std::size_t>(at)] : -1;
+                    return at >= 0 && at < static_cast<int>(current.size()) ? current[static_cast<std::size_t>(at)]
+                                                                            : -1;
                 };
                 const int down = d < left ? before(d + 1) : -1, right = d > -left ? before(d - 1) : -1;
                 x = down > right ? down : right + 1;
@@ -63,7 +64,8 @@ Alignment Align(const std::vector<int>& a, const std::vector<int>& b)
     while (start < a.size() && start < b.size() && a[start] == b[start]) ++start;
     while (end < a.size() - start && end < b.size() - start && a[a.size() - 1 - end] == b[b.size() - 1 - end]) ++end;
     const auto middle = [&](const std::vector<int>& all) {
-        return std::vector<int>(all.begin() + static_cast<std::ptrdiff_t>(start), all.end() - static_cast<std::ptrdiff_t>(end));
+        return std::vector<int>(all.begin() + static_cast<std::ptrdiff_t>(start),
+                                all.end() - static_cast<std::ptrdiff_t>(end));
     };
     const std::vector<int> middleA = middle(a), middleB = middle(b);
     const Search search = FindPath(middleA, middleB);
@@ -81,7 +83,9 @@ Alignment Align(const std::vector<int>& a, const std::vector<int>& b)
                 const Furthest& before = search.steps[static_cast<std::size_t>(left) - 1];
                 const auto at = [&](int diagonal) {
                     const int place = diagonal + left - 1;
-                    return place >= 0 && place < static_cast<int>(before.size()) ? before[static_cast<std::size_t>(place)] : -1;
+                    return place >= 0 && place < static_cast<int>(before.size())
+                               ? before[static_cast<std::size_t>(place)]
+                               : -1;
                 };
                 const int fromDown = d < left ? at(d + 1) : -1, fromRight = d > -left ? at(d - 1) : -1;
                 down = fromDown > fromRight;

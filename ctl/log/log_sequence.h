@@ -11,7 +11,7 @@
 namespace zelt::ctl {
 
 struct SequenceValue {
-    std::string key;   // "out results[2]", "error"
+    std::string key;  // "out results[2]", "error"
     std::string text;
     int line;
 };

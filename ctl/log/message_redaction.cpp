@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "ctl/log/call_results.h"
+
 namespace zelt::ctl {
 namespace {
 
@@ -28,6 +30,29 @@ constexpr std::string_view kWhole[] = {
     "Not a valid BSTR value",
     "Object does not implement ICapeIdentification",
     "Object's name is empty",
+    "Attempting to remedy by calling InitNew",
+    "Internal call to InitNew failed",
+    "Load or InitNew needs to be called before Initialize",
+    "InitNew is called after Load or InitNew",
+    "Load is called after Load or InitNew",
+    "Unit Operation selection has been cancelled. Unit Operation will not be functional.",
+    "Unit Operation has been saved, but provides no interface for Load",
+    "Object reports rediculously high max file size.",
+    "Size returned by GetSizeMax was too small",
+    "Object failed to Save.",
+    "Object did not return S_OK from Save.",
+    "Write error during Save.",
+    "Read error during Load",
+    "Returning S_OK",
+    "Returning S_FALSE",
+    "Returning other value than S_FALSE or S_OK",
+    "Attempt to read past end of input stream",
+    "Attempt to Seek past end of file",
+    "Position too large for Seek",
+    "Invalid dwOrigin argument to IStream::Seek",
+    "Out of memory trying to re-allocate stream data",
+    "Attempt to write to IStream when reading",
+    "Attempt to read from IStream when writing",
     "<no information>",
 };
 
@@ -42,14 +67,25 @@ constexpr std::string_view kBeginnings[] = {
     "Type check error: ",
     "Multi-dimensional values not supported by logger. ",
     "Null pointer passed for output argument ",
+    "Using IPersistStream",
+    "Replacing object by logged ",
+    "Cannot log object to connect to: ",
+    "Failed to get maximum file size from object. GetSizeMax returns: ",
+    "Failed to create unit operation: ",
+    "Unit Operation creation failed: ",
+    "Logged object uses IPersistStreamInit; ",
     "One or more non-printable characters suppressed in above ",
 };
 
-// Sentences whose end is somebody's text.
+// Sentences whose end is somebody's text; the longer of two that begin alike comes first.
 constexpr std::string_view kOpenEnds[] = {
+    "Creating user selected unit operation: ",
     "Creating ",
     "ZELT Logging started at ",
     "Failed to get name from object: ",
+    "Failed to get port type from port: ",
+    "Automatically creating user configured unit operation: ",
+    "Created unit operation from CLSID ",
     "Uncaught exception during function call: ",
 };
 
@@ -64,7 +100,8 @@ bool IsStandardInterface(std::string_view name)
 // Object "A" (type: T) is not released at final release of "B" (reference count 1)
 std::string RedactUnreleased(std::string_view text, const LogAliases& aliases)
 {
-    constexpr std::string_view kStart = "Object \"", kType = "\" (type: ", kOf = ") is not released at final release of \"",
+    constexpr std::string_view kStart = "Object \"",
+                               kType = "\" (type: ", kOf = ") is not released at final release of \"",
                                kCount = "\" (reference count ";
     const std::size_t of = text.rfind(kOf), count = text.rfind(kCount);
     const std::size_t type = of == std::string_view::npos ? of : text.rfind(kType, of);
@@ -95,35 +132,40 @@ std::string RedactQuery(std::string_view text, std::size_t mark, const LogAliase
     return aliases.Text(text);
 }
 
-bool IsCode(std::string_view text)
+// A fault's name, and where it happened.
+std::string RedactFault(std::string_view text, const LogAliases& aliases)
 {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
-    });
+    const std::size_t code = LengthOfCode(text);
+    if (code == 0) return text == "Unknown SEH exception" ? std::string(text) : aliases.Text(text);
+    return std::string(text.substr(0, code + 2)) + aliases.Name(text.substr(code + 2));
+}
+
+template <std::size_t Count>
+std::string_view BeginningOf(std::string_view text, const std::string_view (&beginnings)[Count])
+{
+    const auto found = std::find_if(std::begin(beginnings), std::end(beginnings),
+                                    [&](std::string_view beginning) { return text.starts_with(beginning); });
+    return found == std::end(beginnings) ? std::string_view() : *found;
 }
 
 }  // namespace
 
-std::string RedactMessage(std::string_view text, const LogAliases& aliases)
+std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
 {
     constexpr std::string_view kFault = "Uncaught SEH exception during function call: ";
-    if (std::find(std::begin(kWhole), std::end(kWhole), text) != std::end(kWhole)) return std::string(text);
-    for (const std::string_view beginning : kBeginnings) {
-        if (text.starts_with(beginning)) return std::string(text);
+    const std::string_view text = message.text;
+    if (text.empty() || !BeginningOf(text, kBeginnings).empty() ||
+        std::find(std::begin(kWhole), std::end(kWhole), text) != std::end(kWhole)) {
+        return std::string(text);
     }
-    for (const std::string_view beginning : kOpenEnds) {
-        if (text.starts_with(beginning)) return std::string(beginning) + aliases.Name(text.substr(beginning.size()));
+    if (text.starts_with(kFault)) return std::string(kFault) + RedactFault(text.substr(kFault.size()), aliases);
+    const std::string_view open = BeginningOf(text, kOpenEnds);
+    if (!open.empty()) return std::string(open) + aliases.Name(text.substr(open.size()));
+    if (message.kind == EventKind::Error) {
+        // Errors alone begin with a code, and what a component says about it may contain anything.
+        const std::size_t code = LengthOfCode(text);
+        return code ? std::string(text.substr(0, code + 2)) + aliases.Name(text.substr(code + 2)) : aliases.Text(text);
     }
-    const bool fault = text.starts_with(kFault);
-    const std::string_view rest = fault ? text.substr(kFault.size()) : text;
-    // A status code's or a fault's name, and what the component or the system says about it.
-    const std::size_t colon = rest.find(": ");
-    if (IsCode(rest.substr(0, colon))) {
-        const std::string begin(text.substr(0, text.size() - rest.size()));
-        if (colon == std::string_view::npos) return fault ? std::string(text) : aliases.Text(text);
-        return begin + std::string(rest.substr(0, colon + 2)) + aliases.Name(rest.substr(colon + 2));
-    }
-    if (fault) return std::string(kFault) + aliases.Text(rest);
     const std::size_t query = text.find(": QueryInterface ");
     if (query != std::string_view::npos) return RedactQuery(text, query, aliases);
     return RedactUnreleased(text, aliases);

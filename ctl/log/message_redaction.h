@@ -6,9 +6,10 @@
 #include <string_view>
 
 #include "ctl/log/log_aliases.h"
+#include "ctl/log/log_events.h"
 
 namespace zelt::ctl {
 
-std::string RedactMessage(std::string_view text, const LogAliases& aliases);
+std::string RedactMessage(const LogEvent& message, const LogAliases& aliases);
 
 }  // namespace zelt::ctl

@@ -63,9 +63,9 @@ public:
                 out << "\">\r\n";
                 break;
             case EventKind::Value: WriteLine("argval", aliases.Value(event.text, type), event.hasChildren); break;
-            case EventKind::Info: WriteLine("info", RedactMessage(event.text, aliases), event.hasChildren); break;
-            case EventKind::Warning: WriteLine("warning", RedactMessage(event.text, aliases), event.hasChildren); break;
-            case EventKind::Error: WriteLine("error", RedactMessage(event.text, aliases), event.hasChildren); break;
+            case EventKind::Info: WriteLine("info", RedactMessage(event, aliases), event.hasChildren); break;
+            case EventKind::Warning: WriteLine("warning", RedactMessage(event, aliases), event.hasChildren); break;
+            case EventKind::Error: WriteLine("error", RedactMessage(event, aliases), event.hasChildren); break;
             case EventKind::Other: WriteLine("other", aliases.Text(event.text), event.hasChildren); break;
         }
         parents.push_back(event.hasChildren);

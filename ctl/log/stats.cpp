@@ -17,7 +17,6 @@ struct Counts {
 
     void Add(MessageKind kind)
     {
-        failures += kind == MessageKind::Failure;
         warnings += kind == MessageKind::Warning;
         violations += kind == MessageKind::Violation;
     }
@@ -45,7 +44,8 @@ public:
         if (kind < MessageKind::Warning || (open.empty() && filter.Any())) return;
         if (open.empty()) {
             total.Add(kind);
-        } else if (const OpenCall& call = open.back(); call.method) {
+        } else if (OpenCall& call = open.back(); call.method) {
+            call.failed |= kind == MessageKind::Failure;
             total.Add(kind);
             call.method->Add(kind);
             call.object->Add(kind);
@@ -53,7 +53,13 @@ public:
     }
     void End(EventKind kind, int) override
     {
-        if (kind == EventKind::Call) open.pop_back();
+        if (kind != EventKind::Call) return;
+        if (const OpenCall& call = open.back(); call.failed) {
+            ++total.failures;
+            ++call.method->failures;
+            ++call.object->failures;
+        }
+        open.pop_back();
     }
 
     Counts total;
@@ -62,6 +68,7 @@ public:
 private:
     struct OpenCall {
         Counts *method, *object;  // null for a call that the filter leaves out
+        bool failed = false;      // once, however many errors tell of it
     };
 
     void Open(const LogEvent& event)
@@ -98,9 +105,8 @@ std::vector<Row> Sorted(const Table& table, const std::string& by)
     if (by == "name") return rows;
     for (const Column& column : kColumns) {
         if (by != column.name) continue;
-        std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
-            return a.second.*column.count > b.second.*column.count;
-        });
+        std::stable_sort(rows.begin(), rows.end(),
+                         [&](const Row& a, const Row& b) { return a.second.*column.count > b.second.*column.count; });
         return rows;
     }
     throw UsageError("--sort is calls, failures, warnings, violations or name");

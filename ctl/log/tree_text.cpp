@@ -32,7 +32,7 @@ void TreeText::BeginValue(const LogEvent& event)
     }
     if (line == Line::Name) {
         out << ' ';
-    } else {
+    } else if (line == Line::Values) {
         out << ", ";
     }
     line = Line::Values;
@@ -40,8 +40,7 @@ void TreeText::BeginValue(const LogEvent& event)
     if (event.hasChildren) {
         out << '(';
         ++nesting;
-        // The first value inside follows the bracket at once.
-        line = Line::Name;
+        line = Line::Bracket;
     }
 }
 

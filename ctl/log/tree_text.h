@@ -26,7 +26,7 @@ private:
     Output& out;
     const bool onlyCalls;
     bool silent = false;
-    enum class Line { None, Name, Values } line = Line::None;  // how far the argument's line has come
+    enum class Line { None, Name, Bracket, Values } line = Line::None;  // how far the argument's line has come
     int argumentDepth = 0;
     int nesting = 0;  // brackets open around values inside values
 };

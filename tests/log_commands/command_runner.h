@@ -17,12 +17,13 @@ Outcome RunCommand(const std::vector<std::string>& words);
 // A file in the folder for temporary files.
 class TemporaryLog {
 public:
-    // Exactly these bytes.
-    explicit TemporaryLog(const std::string& bytes);
+    // Exactly these bytes. `name` begins the file's name, in UTF-8.
+    explicit TemporaryLog(const std::string& bytes, const std::string& name = "zeltctl-test");
     ~TemporaryLog();
     TemporaryLog(const TemporaryLog&) = delete;
     TemporaryLog& operator=(const TemporaryLog&) = delete;
 
+    // In UTF-8.
     const std::string& Path() const { return path; }
     void Append(const std::string& bytes) const;
 
@@ -39,7 +40,7 @@ extern const std::vector<std::string> kGoldenLogs;
 std::string ReadBytes(const std::string& path);
 std::vector<std::string> LinesOf(const std::string& text);
 
-// Compares with the kept output `name`. ZELT_WRITE_GOLDEN in the environment has it written instead.
+// Compares with the kept output `name`. ZELT_UPDATE_GOLDEN in the environment has it written instead.
 void ExpectKept(const std::string& name, const std::string& output);
 
 }  // namespace zelt::test

@@ -90,7 +90,14 @@ TEST(Json, IsEscapedAndSeparated)
 {
     ctl::Output out;
     ctl::JsonWriter json(out);
-    json.BeginObject().Member("a", "\"\\\n\x01é").Member("b", -3).Key("c").BeginArray().EndArray().Key("d").BeginArray();
+    json.BeginObject()
+        .Member("a", "\"\\\n\x01é")
+        .Member("b", -3)
+        .Key("c")
+        .BeginArray()
+        .EndArray()
+        .Key("d")
+        .BeginArray();
     json.Bool(true).BeginObject().EndObject().String("").EndArray().EndObject();
     EXPECT_EQ("{\"a\":\"\\\"\\\\\\u000a\\u0001é\",\"b\":-3,\"c\":[],\"d\":[true,{},\"\"]}", out.Text());
 }

@@ -20,8 +20,10 @@ TEST(LogFollow, ShowsAWholeLogLikeShow)
 
 TEST(LogFollow, ShowsACallThatHangs)
 {
-    const std::string begun = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n<info value=\"a\"/>\r\n"
-                              "<func name=\"A::Outer\" direc=\"in\" object=\"P\">\r\n <func name=\"A::Hangs\" direc=\"out\" object=\"F\">\r\n";
+    const std::string begun =
+        "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n<info value=\"a\"/>\r\n"
+        "<func name=\"A::Outer\" direc=\"in\" object=\"P\">\r\n <func name=\"A::Hangs\" direc=\"out\" "
+        "object=\"F\">\r\n";
     const TemporaryLog log(begun);
     const Outcome outcome = RunCommand({"log", "follow", "--idle", "0.2", log.Path()});
     EXPECT_EQ(0, outcome.code);
@@ -49,7 +51,8 @@ TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
 
 TEST(LogFollow, ShowsOnlyTheNewWhenAsked)
 {
-    const TemporaryLog log("<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n<info value=\"old\"/>\r\n");
+    const TemporaryLog log(
+        "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n<info value=\"old\"/>\r\n");
     std::thread writer([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
         log.Append("<info value=\"new\"/>\r\n</zeltlogdocument>");
@@ -70,9 +73,10 @@ TEST(LogExport, BringsEveryCallAndValueIntoEachForm)
 {
     for (const std::string& log : kGoldenLogs) {
         const std::string bytes = ReadBytes(GoldenLog(log));
-        const int calls = CountOf(bytes, "<func "), values = CountOf(bytes, "<argval "), arguments = CountOf(bytes, "<arg ");
+        const int calls = CountOf(bytes, "<func "), values = CountOf(bytes, "<argval "),
+                  arguments = CountOf(bytes, "<arg ");
         const std::string csv = RunCommand({"log", "export", "--csv", GoldenLog(log)}).data;
-        EXPECT_EQ(calls, CountOf(csv, ",call,"));
+        EXPECT_EQ(calls, CountOf(csv.substr(csv.find('\n')), ",call,"));
         EXPECT_LE(values, CountOf(csv, ",value,"));
         const std::string json = RunCommand({"log", "export", "--json", GoldenLog(log)}).data;
         EXPECT_EQ(calls, CountOf(json, "{\"kind\":\"call\""));
