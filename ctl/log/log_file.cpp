@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -41,6 +42,16 @@ int OpenOrThrow(const std::string& path)
 }  // namespace
 
 LogFile::LogFile(const std::string& path) : descriptor(OpenOrThrow(path)), file(descriptor) {}
+
+int LogFile::Read(char* out, int length)
+{
+    const int count = file.Read(out, length);
+#ifdef _WIN32
+    // The runtime library remembers that an end was met, until the position is set.
+    if (count == 0) _lseeki64(descriptor, 0, SEEK_CUR);
+#endif
+    return count;
+}
 
 LogFile::~LogFile() { CloseFile(descriptor); }
 

@@ -15,7 +15,8 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    int Read(char* out, int length) override { return file.Read(out, length); }
+    // At the end 0, and more when the file has grown.
+    int Read(char* out, int length) override;
 
 private:
     const int descriptor;
