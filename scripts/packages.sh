@@ -24,6 +24,8 @@ lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
 pictures | fonts-wine               | the symbols and the text of windows as people know them
+page  | chromium                    | shows the page of log export --html
+page  | fonts-dejavu-core           | its letters and signs
 '
 
 # Prints the packages of the groups in $@ that are not installed.

@@ -30,14 +30,14 @@ header { position: sticky; top: 0; z-index: 1; display: flex; flex-wrap: wrap; g
 h1 { font-size: 15px; margin: 0 12px 0 0; }
 input, button { font: inherit; padding: 2px 8px; }
 input { min-width: 16em; }
-main { padding: 8px 12px 40vh; font: 13px/1.5 ui-monospace, Consolas, monospace; overflow-wrap: anywhere; }
+main { position: relative; padding: 8px 12px 40vh 6.8em; font: 13px/1.5 ui-monospace, Consolas, monospace; overflow-wrap: anywhere; }
 details { margin-left: 1.2em; border-left: 1px solid var(--line); }
 main > details { margin-left: 0; border-left: 0; }
 summary { cursor: pointer; padding-left: .3em; }
 summary:focus-visible { outline: 2px solid var(--in); }
-p { margin: 0 0 0 2.4em; }
+p { margin: 0 0 0 1.7em; }
 main > p { margin-left: 0; }
-i { display: inline-block; min-width: 5em; margin-right: .6em; color: var(--soft); font-style: normal; text-align: right;
+i { position: absolute; left: 0; width: 5.6em; color: var(--soft); font-style: normal; text-align: right;
   user-select: none; }
 b { font-weight: 600; }
 u { text-decoration: none; color: var(--soft); }
@@ -52,7 +52,7 @@ q { quotes: none; }
 .w::before { content: "\26A0  "; } .v::before { content: "\2716  "; } .f::before { content: "\2716  "; }
 .has-bad > summary::after { content: " \2716"; color: var(--bad); }
 .has-warn:not(.has-bad) > summary::after { content: " \26A0"; color: var(--warn); }
-.hit { background: var(--mark); } .here { background: var(--here); }
+.hit { background: var(--mark); } .here { background: var(--here); } .hit, .here, .hit :is(b, s, u), .here :is(b, s, u) { color: var(--text); }
 #count { color: var(--soft); min-width: 8em; }
 @media print { header { position: static; } }
 </style>
@@ -119,7 +119,19 @@ function goError() {
   get("count").textContent = "error " + (error + 1) + " of " + errors.length;
 }
 function fold(open) { for (const call of main.querySelectorAll("details")) call.open = open; }
-function summaries() { return [...main.querySelectorAll("summary")].filter(s => s.offsetParent !== null); }
+const outer = call => call.parentElement.closest("details");
+function callFrom(element, way) { while (element && element.tagName !== "DETAILS") element = element[way]; return element; }
+function below(call) {
+  let next = call.open ? callFrom(call.firstElementChild, "nextElementSibling") : null;
+  for (; !next && call; call = outer(call)) next = callFrom(call.nextElementSibling, "nextElementSibling");
+  return next;
+}
+function above(call) {
+  let next = callFrom(call.previousElementSibling, "previousElementSibling");
+  if (!next) return outer(call);
+  for (let last = next; last; last = last.open && callFrom(last.lastElementChild, "previousElementSibling")) next = last;
+  return next;
+}
 get("find").addEventListener("input", () => { search(get("find").value); go(1); });
 get("next").onclick = () => go(1);
 get("back").onclick = () => go(-1);
@@ -143,15 +155,13 @@ document.addEventListener("keydown", event => {
   else if (command && event.key === "b") { fold(false); done(); }
   else if (["ArrowDown", "ArrowUp", "ArrowLeft", "ArrowRight"].includes(event.key) && !command && !event.altKey) {
     const call = document.activeElement.tagName === "SUMMARY" ? document.activeElement.parentElement : null;
-    const all = summaries(), at = call ? all.indexOf(document.activeElement) : -1;
-    if (event.key === "ArrowDown" && at + 1 < all.length) all[at + 1].focus();
-    else if (event.key === "ArrowUp" && at > 0) all[at - 1].focus();
-    else if (event.key === "ArrowRight" && call) { if (call.open && at + 1 < all.length) all[at + 1].focus(); call.open = true; }
-    else if (event.key === "ArrowLeft" && call) {
-      const parent = call.parentElement.closest("details");
-      if (call.open) call.open = false; else if (parent) parent.firstElementChild.focus();
-    } else return;
-    done();
+    const focus = next => { if (next) { next.firstElementChild.focus(); done(); } };
+    if (event.key === "ArrowDown") focus(call ? below(call) : callFrom(main.firstElementChild, "nextElementSibling"));
+    else if (!call) return;
+    else if (event.key === "ArrowUp") focus(above(call));
+    else if (event.key === "ArrowRight" && call.open) focus(callFrom(call.firstElementChild, "nextElementSibling"));
+    else if (event.key === "ArrowLeft" && !call.open) focus(outer(call));
+    else { call.open = event.key === "ArrowRight"; done(); }
   }
 });
 </script>
