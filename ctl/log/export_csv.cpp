@@ -1,5 +1,6 @@
 // A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them. Fields
 // are separated by commas and quoted where they have to be; lines end in CR LF, as the format's description asks.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -73,7 +74,8 @@ private:
     void Field(std::string_view text)
     {
         out << ',';
-        if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; };
+        if (std::none_of(text.begin(), text.end(), isSpecial)) {
             out << text;
             return;
         }

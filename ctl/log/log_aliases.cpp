@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 #include <random>
+#include <set>
 
 #include "ctl/log/call_results.h"
 
@@ -113,7 +114,8 @@ bool IsWord(std::string_view text)
     }
     const std::string_view rest = text.substr(std::min(lower.size(), text.size()));
     constexpr std::string_view kDerivatives[] = {"", ".Dtemperature", ".Dpressure", ".Dmoles", ".DmolFraction"};
-    return std::find(std::begin(kWords), std::end(kWords), lower) != std::end(kWords) &&
+    static const std::set<std::string_view> words(std::begin(kWords), std::end(kWords));
+    return words.count(lower) &&
            std::find(std::begin(kDerivatives), std::end(kDerivatives), rest) != std::end(kDerivatives);
 }
 
@@ -188,8 +190,9 @@ std::uint64_t LogAliases::Hash(std::string_view text) const { return SipHash(key
 
 std::string LogAliases::Text(std::string_view text) const
 {
-    char alias[32];
-    std::snprintf(alias, sizeof alias, "redacted-%010llx", static_cast<unsigned long long>(Hash(text) >> 24));
+    std::string alias = "redacted-";
+    const std::uint64_t hash = Hash(text);
+    for (int shift = 60; shift > 20; shift -= 4) alias += "0123456789abcdef"[hash >> shift & 15];
     return alias;
 }
 
@@ -210,14 +213,16 @@ std::string LogAliases::Number(std::string_view text, bool real) const
 {
     const std::uint64_t hash = Hash(text);
     char alias[32];
+    char* end;
     if (real) {
         const double digits = 1 + static_cast<double>(hash % 900'000) / 100'000;
-        const int exponent = static_cast<int>(hash / 900'000 % 7) - 3;
-        std::snprintf(alias, sizeof alias, "%.6ge%d", digits, exponent);
+        end = std::to_chars(alias, std::end(alias), digits, std::chars_format::general, 6).ptr;
+        *end++ = 'e';
+        end = std::to_chars(end, std::end(alias), static_cast<int>(hash / 900'000 % 7) - 3).ptr;
     } else {
-        std::snprintf(alias, sizeof alias, "%llu", static_cast<unsigned long long>(1 + hash % 9999));
+        end = std::to_chars(alias, std::end(alias), 1 + hash % 9999).ptr;
     }
-    return std::string(text.starts_with('-'), '-') += alias;
+    return std::string(text.starts_with('-'), '-').append(alias, end);
 }
 
 std::string LogAliases::Value(std::string_view value, std::string_view type) const

@@ -11,18 +11,28 @@
 namespace zelt::ctl {
 namespace {
 
+const char* EntityOf(char c)
+{
+    switch (c) {
+        case '"': return "&quot;";
+        case '&': return "&amp;";
+        case '\'': return "&apos;";
+        case '<': return "&lt;";
+        case '>': return "&gt;";
+        default: return nullptr;
+    }
+}
+
 void AppendEscaped(Output& out, std::string_view text)
 {
-    for (const char c : text) {
-        switch (c) {
-            case '"': out << "&quot;"; break;
-            case '&': out << "&amp;"; break;
-            case '\'': out << "&apos;"; break;
-            case '<': out << "&lt;"; break;
-            case '>': out << "&gt;"; break;
-            default: out << c;
-        }
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char* const entity = EntityOf(text[i]);
+        if (!entity) continue;
+        out << text.substr(done, i - done) << entity;
+        done = i + 1;
     }
+    out << text.substr(done);
 }
 
 // The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have others.
