@@ -3,7 +3,9 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
-add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+if(WIN32)
+  add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+endif()
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-Wall> $<$<COMPILE_LANGUAGE:C,CXX>:-Wextra>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-Werror>)
 # No path of the building machine in a program: equal sources give equal programs, wherever they lie.
@@ -19,5 +21,7 @@ endif()
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fno-tree-slp-vectorize>)
 
 # No runtime DLL beside a program: the compiler's libraries are linked in.
-add_link_options(-static -Wl,--no-insert-timestamp)
+if(WIN32)
+  add_link_options(-static -Wl,--no-insert-timestamp)
+endif()
 include_directories(${CMAKE_SOURCE_DIR})

@@ -36,7 +36,7 @@ StageFiles()
 {
     local build=$root/build/i686 file
     mkdir -p "$1/docs"
-    cp "$build/shell/ZELT.EXE" "$build/shell/BRIX.chm" "$1/"
+    cp "$build/shell/ZELT.EXE" "$build/ctl/zeltctl.exe" "$build/shell/BRIX.chm" "$1/"
     cp -r "$build/help/utils/." "$1/docs/"
     StageText LICENSE "$1/LICENSE.txt"
     StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
@@ -47,7 +47,7 @@ StageFiles()
     # Folders of the guide without a picture would be empty.
     find "$1" -type d -empty -delete
     chmod -R u=rwX,go=rX "$1"
-    for file in ZELT.EXE BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
+    for file in ZELT.EXE zeltctl.exe BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
         [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
     done
 }

@@ -4,6 +4,7 @@
 packageTable='
 build | g++-mingw-w64-i686-posix    | compiler, 32 bit: ZELT.EXE and the packages that it hosts
 build | g++-mingw-w64-x86-64-posix  | compiler, 64 bit: the 64-bit simulator
+build | g++                         | compiler of this system: zeltctl for logs, and its tests with sanitizers
 build | mingw-w64-tools             | IDL compiler
 build | binutils-mingw-w64          | linker and resource compiler
 build | cmake                       | build and test driver
@@ -23,6 +24,8 @@ lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
 pictures | fonts-wine               | the symbols and the text of windows as people know them
+page  | chromium                    | shows the page of log export --html
+page  | fonts-dejavu-core           | its letters and signs
 '
 
 # Prints the packages of the groups in $@ that are not installed.

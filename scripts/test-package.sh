@@ -340,6 +340,8 @@ TestPortable()
     Simulate i686 portable-32 ZELT.PropertyPackageManager Aromatics
     diff "$testFolder/property11-direct.bits" "$testFolder/portable-32.bits" || Complain "The results differ."
     WaitForEnd
+    Wine "$(WindowsPath "${program%/*}/zeltctl.exe")" --version >"$testFolder/zeltctl.txt"
+    Equal 'version of zeltctl' "zeltctl $(ProductVersion)" "$(<"$testFolder/zeltctl.txt")"
     Exits 0 "$(WindowsPath "$program")" /UnregServer
     Snapshot after
     OnlyStandardLibraryStays before after

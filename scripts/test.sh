@@ -1,16 +1,19 @@
-# Every test of both architectures. Sourced by ./dev.
+# Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
+
+tested=("${architectures[@]}" sanitized)
 
 Test()
 {
     LockTree
     Build
+    BuildPreset sanitized
     UsePrefix test
-    local architecture failed=0
-    for architecture in "${architectures[@]}"; do
-        Say "Tests, $architecture"
-        rm -f "$logFolder/tests-$architecture.xml"
-        ctest --test-dir "build/$architecture" --output-on-failure --no-tests=error --timeout 300 \
-            --output-junit "$logFolder/tests-$architecture.xml" --output-log "$logFolder/tests-$architecture.log" 8>&- || failed=1
+    local build failed=0
+    for build in "${tested[@]}"; do
+        Say "Tests, $build"
+        rm -f "$logFolder/tests-$build.xml"
+        ctest --test-dir "build/$build" --output-on-failure --no-tests=error --timeout 300 \
+            --output-junit "$logFolder/tests-$build.xml" --output-log "$logFolder/tests-$build.log" 8>&- || failed=1
     done
     Summarise "$failed"
 }
@@ -22,13 +25,13 @@ ReportedNumber()
     echo "${BASH_REMATCH[1]}"
 }
 
-# The last line of ./dev test: both architectures together. Fails when a test failed or a report is missing.
+# The last line of ./dev test: all builds together. Fails when a test failed or a report is missing.
 Summarise()
 {
-    local total=0 failures=0 skipped=0 architecture report number
-    for architecture in "${architectures[@]}"; do
-        report=$logFolder/tests-$architecture.xml
-        [ -s "$report" ] || Fail "The tests for $architecture did not report; see $logFolder/tests-$architecture.log."
+    local total=0 failures=0 skipped=0 build report number
+    for build in "${tested[@]}"; do
+        report=$logFolder/tests-$build.xml
+        [ -s "$report" ] || Fail "The tests for $build did not report; see $logFolder/tests-$build.log."
         number=$(ReportedNumber tests "$report")
         total=$((total + number))
         number=$(ReportedNumber failures "$report")

@@ -1,7 +1,5 @@
 #include "bench/viewer/floors.h"
 
-#include <libxml/xmlreader.h>
-
 #include <stdexcept>
 
 #include "bench/rows.h"
@@ -31,21 +29,6 @@ private:
 INT_PTR CALLBACK Ignore(HWND, UINT message, WPARAM, LPARAM) { return message == WM_INITDIALOG; }
 
 }  // namespace
-
-double ReadBare(const std::wstring& path)
-{
-    const Stopwatch watch;
-    SharedLogFile file;
-    if (file.Open(path)) throw std::runtime_error("the log cannot be opened");
-    const xmlTextReaderPtr reader =
-        xmlReaderForFd(file.Descriptor(), nullptr, nullptr, XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET);
-    int status;
-    while ((status = xmlTextReaderRead(reader)) == 1) {
-    }
-    xmlFreeTextReader(reader);
-    if (status != 0) throw std::runtime_error("the log is not well-formed");
-    return watch.Seconds();
-}
 
 std::vector<BareItem> ItemsOf(const std::wstring& path)
 {

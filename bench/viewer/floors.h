@@ -1,4 +1,4 @@
-// What the viewer cannot do without: reading the file with libxml2's reader, and inserting items into a tree view.
+// What the viewer cannot do without beside reading the file: inserting items into a tree view.
 #pragma once
 
 #include <windows.h>
@@ -8,9 +8,6 @@
 #include <vector>
 
 namespace zelt::bench {
-
-// Reads every node of the file and looks at none. Seconds.
-double ReadBare(const std::wstring& path);
 
 struct BareItem {
     int depth;

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "bench/rows.h"
+#include "bench/viewer/bare_reader.h"
 #include "bench/viewer/floors.h"
 #include "bench/viewer/parts.h"
 #include "bench/viewer/written_log.h"

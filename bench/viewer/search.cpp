@@ -26,7 +26,7 @@ void Fill(LogModel& model, int differentNumbers)
 {
     char label[80];
     const auto add = [&](int depth, LogImage image, int length) {
-        model.Add({depth, image, depth < 2, false, {label, static_cast<std::size_t>(length)}});
+        model.Add({depth, image, depth < 2, false, {label, static_cast<std::size_t>(length)}, 0, true, 0});
     };
     for (int item = 0; item < kItems; item += 5) {
         const int number = item % differentNumbers;

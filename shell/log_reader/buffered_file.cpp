@@ -23,21 +23,20 @@ int ReadSome(int descriptor, char* out, int length)
 
 }  // namespace
 
-int BufferedFile::Read(void* file, char* out, int length)
+int BufferedFile::Read(char* out, int length)
 {
-    BufferedFile& self = *static_cast<BufferedFile*>(file);
-    if (self.next == self.filled) {
-        self.next = 0;
-        self.filled = ReadSome(self.descriptor, self.buffer.get(), kSize);
-        if (self.filled <= 0) {
-            const int result = self.filled;
-            self.filled = 0;
+    if (next == filled) {
+        next = 0;
+        filled = ReadSome(descriptor, buffer.get(), kSize);
+        if (filled <= 0) {
+            const int result = filled;
+            filled = 0;
             return result;
         }
     }
-    const int given = std::min(length, self.filled - self.next);
-    std::memcpy(out, self.buffer.get() + self.next, static_cast<std::size_t>(given));
-    self.next += given;
+    const int given = std::min(length, filled - next);
+    std::memcpy(out, buffer.get() + next, static_cast<std::size_t>(given));
+    next += given;
     return given;
 }
 

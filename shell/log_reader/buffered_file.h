@@ -8,12 +8,11 @@
 
 namespace zelt {
 
-class BufferedFile {
+class BufferedFile final : public LogInput {
 public:
     explicit BufferedFile(int descriptor) : descriptor(descriptor), buffer(new char[kSize]) {}
 
-    // As the parser's input calls it: the number of bytes given, 0 at the end, -1 when the file cannot be read.
-    static int Read(void* file, char* out, int length);
+    int Read(char* out, int length) override;
 
 private:
     static constexpr int kSize = kReadAhead;

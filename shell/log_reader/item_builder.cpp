@@ -1,7 +1,11 @@
 #include "shell/log_reader/item_builder.h"
 
+#include "shell/log_reader/element_lines.h"
+
 namespace zelt {
 namespace {
+
+constexpr std::string_view kObjectMark = " (", kTypeMark = " (type: ";
 
 const char* Text(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
@@ -93,22 +97,26 @@ void ItemBuilder::DescribeMessage(LogImage messageImage, const xmlNode* element)
 void ItemBuilder::Describe(const xmlNode* element)
 {
     label.clear();
+    nameLength = 0;
+    known = true;
+    line = LineOf(element);
     const xmlChar* const kind = element->ns ? nullptr : element->name;
     if (!kind) {
-        image = LogImage::Value;
-        AppendEverything(label, element);
+        DescribeUnknown(element);
     } else if (kind == names.argval) {
         DescribeMessage(LogImage::Value, element);
     } else if (kind == names.arg) {
         image = IsInward(element) ? LogImage::InArgument : LogImage::OutArgument;
         AppendAttribute(label, element, names.name);
-        label += " (type: ";
+        nameLength = label.size();
+        label += kTypeMark;
         AppendAttribute(label, element, names.type);
         label += ')';
     } else if (kind == names.func) {
         image = IsInward(element) ? LogImage::InwardCall : LogImage::OutwardCall;
         AppendAttribute(label, element, names.name);
-        label += " (";
+        nameLength = label.size();
+        label += kObjectMark;
         AppendAttribute(label, element, names.object);
         label += ')';
     } else if (kind == names.info) {
@@ -118,15 +126,21 @@ void ItemBuilder::Describe(const xmlNode* element)
     } else if (kind == names.warning) {
         DescribeMessage(LogImage::Warning, element);
     } else {
-        image = LogImage::Value;
-        AppendEverything(label, element);
+        DescribeUnknown(element);
     }
+}
+
+void ItemBuilder::DescribeUnknown(const xmlNode* element)
+{
+    image = LogImage::Value;
+    known = false;
+    AppendEverything(label, element);
 }
 
 void ItemBuilder::Deliver(bool hasChildren, bool isError)
 {
     waiting = false;
-    sink.Item({depth, image, hasChildren, isError, label});
+    sink.Item({depth, image, hasChildren, isError, label, nameLength, known, line});
 }
 
 bool ItemBuilder::Start(const xmlNode* element, bool empty)
@@ -142,6 +156,7 @@ bool ItemBuilder::Start(const xmlNode* element, bool empty)
         return true;
     }
     Deliver(false, image == LogImage::Error || image == LogImage::Warning);
+    sink.ItemEnd(depth);
     return sink.Continue();
 }
 
@@ -153,12 +168,34 @@ bool ItemBuilder::End(const xmlNode* element)
     } else if (depth > 0) {
         --depth;
     }
+    sink.ItemEnd(depth);
     return sink.Continue();
+}
+
+void ItemBuilder::Flush()
+{
+    if (!waiting) return;
+    Deliver(true, false);
+    ++depth;
 }
 
 void ItemBuilder::Finish()
 {
     if (waiting) Deliver(false, false);
+    else --depth;
+    // What the parser left open ends with the file.
+    for (; depth >= 0; --depth) sink.ItemEnd(depth);
+}
+
+std::string_view NameOf(const LogItem& item) { return item.label.substr(0, item.nameLength); }
+
+std::string_view ObjectOrTypeOf(const LogItem& item)
+{
+    const bool isCall = item.image == LogImage::InwardCall || item.image == LogImage::OutwardCall;
+    std::string_view rest = item.label;
+    rest.remove_prefix(item.nameLength + (isCall ? kObjectMark : kTypeMark).size());
+    rest.remove_suffix(1);
+    return rest;
 }
 
 }  // namespace zelt

@@ -30,11 +30,15 @@ public:
     bool Start(const xmlNode* element, bool empty);
     bool End(const xmlNode* element);
 
+    // Lets out an item that waits for its first child: the child may be long in coming.
+    void Flush();
+
     // The file is over, though elements may be open: an item that waits has no children.
     void Finish();
 
 private:
     void Describe(const xmlNode* element);
+    void DescribeUnknown(const xmlNode* element);
     void DescribeMessage(LogImage messageImage, const xmlNode* element);
     void Deliver(bool hasChildren, bool isError);
     bool IsLogRoot(const xmlNode* element) const;
@@ -45,6 +49,9 @@ private:
     int depth = 0;
     bool waiting = false;
     LogImage image = LogImage::Value;
+    std::size_t nameLength = 0;
+    bool known = true;
+    int line = 0;
     std::string label;
 };
 

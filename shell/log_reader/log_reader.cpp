@@ -4,9 +4,11 @@
 #include <libxml/xmlreader.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "shell/log_reader/buffered_file.h"
+#include "shell/log_reader/element_lines.h"
 #include "shell/log_reader/item_builder.h"
 #include "shell/log_reader/unread_nodes.h"
 
@@ -21,9 +23,13 @@ struct Freer {
 // A damaged file may bring an error on each of its lines; a step of reading reports this many of them.
 constexpr std::size_t kErrorsOfOneStep = 16;
 
+// The parser goes no deeper.
+constexpr std::size_t kDeepest = 256;
+
 struct Errors {
     std::vector<int> lines;
     bool brokenTag = false;  // a start tag that does not end, as where a log is cut off
+    std::vector<int> open;   // the start lines of the elements that were open at the last error
 };
 
 // Called from inside the parser, where nothing may be thrown: the lines wait until the step is done.
@@ -33,6 +39,11 @@ void CollectError(void* context, xmlErrorPtr error)
     Errors& errors = *static_cast<Errors*>(context);
     // An end tag that does not end has the same code, without the name.
     errors.brokenTag |= error->code == XML_ERR_GT_REQUIRED && error->str1;
+    errors.open.clear();
+    const auto* parser = static_cast<const xmlParserCtxt*>(error->ctxt);
+    for (int i = 0; parser && i < parser->nodeNr && errors.open.size() < errors.open.capacity(); ++i) {
+        errors.open.push_back(LineOf(parser->nodeTab[i]));
+    }
     std::vector<int>& lines = errors.lines;
     if (lines.size() == lines.capacity() || (!lines.empty() && lines.back() == error->line)) return;
     lines.push_back(error->line);
@@ -43,6 +54,8 @@ void ReportErrors(std::vector<int>& lines, LogSink& sink)
     for (const int line : lines) sink.ParseError(line);
     lines.clear();
 }
+
+int ReadInput(void* input, char* out, int length) { return static_cast<LogInput*>(input)->Read(out, length); }
 
 xmlParserInputPtr RefuseEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
 
@@ -56,17 +69,25 @@ void PrepareLogReader()
 
 LogReadResult ReadLog(int descriptor, LogSink& sink)
 {
+    BufferedFile file(descriptor);
+    return ReadLog(file, sink);
+}
+
+LogReadResult ReadLog(LogInput& input, LogSink& sink)
+{
     // The reader gives its document away when it is asked for it; the document goes last.
     std::unique_ptr<xmlDoc, Freer> document;
-    BufferedFile file(descriptor);
     const std::unique_ptr<xmlTextReader, Freer> reader(
-        xmlReaderForIO(BufferedFile::Read, nullptr, &file, nullptr, nullptr,
+        xmlReaderForIO(ReadInput, nullptr, &input, nullptr, nullptr,
                        XML_PARSE_RECOVER | XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_COMPACT));
     if (!reader) return LogReadResult::NotReadable;
     Errors errors;
     errors.lines.reserve(kErrorsOfOneStep);
+    errors.open.reserve(kDeepest);
     xmlTextReaderSetStructuredErrorHandler(reader.get(), CollectError, &errors);
 
+    std::optional<ElementLines> lines;
+    if (sink.WantsLines()) lines.emplace(reader.get());
     ItemBuilder builder(reader.get(), sink);
     bool ended = false;
     int status;
@@ -78,6 +99,7 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
         bool more = true;
         if (type == XML_READER_TYPE_ELEMENT) more = builder.Start(node, ended);
         if (type == XML_READER_TYPE_END_ELEMENT) more = builder.End(node);
+        if (type == XML_READER_TYPE_COMMENT) builder.Flush();
         if (!more) return LogReadResult::Cancelled;
     }
     if (status < 0) {
@@ -89,6 +111,9 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
     }
     builder.Finish();
     ReportErrors(errors.lines, sink);
+    if (status < 0) {
+        for (const int line : errors.open) sink.LeftOpen(line);
+    }
     return status < 0 ? LogReadResult::Incomplete : LogReadResult::Complete;
 }
 

@@ -4,6 +4,7 @@
 // log says.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace zelt {
@@ -26,7 +27,16 @@ struct LogItem {
     bool hasChildren;        // the next item is its first child
     bool isError;            // an error or a warning as logs have it, without children
     std::string_view label;  // UTF-8
+    // What follows is for programs that answer questions about a log.
+    std::size_t nameLength;  // of the name that begins the label of a call or an argument; 0 elsewhere
+    bool known;              // an element that logs have
+    int line;                // of the start tag's end, from 1; 0 unless the sink wants lines
 };
+
+// What a sink asks about the parts of an item: the name of a call or an argument, and what stands behind it, which is the
+// object of a call and the type of an argument.
+std::string_view NameOf(const LogItem& item);
+std::string_view ObjectOrTypeOf(const LogItem& item);
 
 // Receives the stream. What it throws passes through ReadLog.
 class LogSink {
@@ -37,6 +47,22 @@ public:
     virtual void ParseError(int line) = 0;
     // Called after each element's end. False ends the reading.
     virtual bool Continue() = 0;
+
+    // The item of this depth that came last is complete. Each item has one end, and so have those that a damaged file
+    // leaves open.
+    virtual void ItemEnd(int) {}
+    // At the end of a damaged file, for each element that is still open, the root first: the line of its start tag.
+    virtual void LeftOpen(int) {}
+    // Lines of items are counted on demand, because counting takes a tenth of the reading's time.
+    virtual bool WantsLines() const { return false; }
+};
+
+// Where the text comes from, if not from a file.
+class LogInput {
+public:
+    virtual ~LogInput() = default;
+    // The number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
+    virtual int Read(char* out, int length) = 0;
 };
 
 enum class LogReadResult {
@@ -55,5 +81,9 @@ constexpr int kReadAhead = 1 << 16;
 // Reads from the descriptor's position. A file that is cut off gives everything up to the cut; one that nests deeper than
 // 255 elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
+
+// A comment in the text lets out what has been read so far, a call's item with hasChildren although none may come: an input
+// that waits for more puts one there. Logs have none.
+LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

@@ -1,0 +1,102 @@
+// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half its
+// speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick], which takes fewer pairs.
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/ctl/memory.h"
+#include "bench/rows.h"
+#include "bench/viewer/bare_reader.h"
+#include "bench/viewer/written_log.h"
+#include "core/narrow.h"
+#include "ctl/command.h"
+#include "ctl/log/log_commands.h"
+#include "shell/log_reader/log_reader.h"
+
+namespace zelt::bench {
+namespace {
+
+const std::vector<std::string> kCommands[] = {
+    {"show"},   {"show", "--calls"}, {"show", "--result", "failed"}, {"errors"},          {"stats"}, {"check"},
+    {"redact"}, {"export", "--csv"}, {"export", "--json"},           {"export", "--html"}};
+
+std::string Joined(const std::vector<std::string>& words)
+{
+    std::string text = "log";
+    for (const std::string& word : words) text += ' ' + word;
+    return text;
+}
+
+// The command in this process, its output thrown away.
+double RunCommand(const std::vector<std::string>& command, const WrittenLog& log)
+{
+    std::vector<std::string> words = {"log"};
+    words.insert(words.end(), command.begin(), command.end());
+    words.push_back(Narrow(log.Path(), CP_UTF8));
+    std::FILE* nothing = std::fopen("NUL", "wb");
+    if (!nothing) throw std::runtime_error("there is no NUL");
+    double seconds;
+    {
+        ctl::Output data(nothing), messages;
+        ctl::Streams streams = {data, messages};
+        const Stopwatch watch;
+        const int code = ctl::Run(ctl::LogCommands(), words, streams);
+        seconds = watch.Seconds();
+        if (code > ctl::kFinding) throw std::runtime_error(messages.Text());
+    }
+    std::fclose(nothing);
+    return seconds;
+}
+
+void BenchSpeed(const WrittenLog& log, int pairs)
+{
+    PrintTitle("zeltctl: the commands over a log of " + std::to_string(static_cast<int>(log.Megabytes())) + " MB");
+    for (const auto& command : kCommands) {
+        // A result stands behind what happened during a call: a filter by result reads twice.
+        const double goal = command.back() == "failed" ? 4 : 2;
+        PrintRow(Joined(command),
+                 Compare(
+                     pairs, [&] { return ReadBare(log.Path()); }, [&] { return RunCommand(command, log); }),
+                 goal);
+    }
+}
+
+void BenchMemory(const WrittenLog& small, const WrittenLog& large)
+{
+    PrintTitle("zeltctl: the most private memory while it runs");
+    for (const auto& command : kCommands) {
+        const std::string text = Joined(command);
+        const auto peak = [&](const WrittenLog& log) {
+            return PeakMemory(Widen(text, CP_UTF8) + L" \"" + log.Path() + L'"') / 1e6;
+        };
+        const double less = peak(small), more = peak(large);
+        char size[40];
+        std::snprintf(size, sizeof size, ", %.0f MB", small.Megabytes());
+        PrintFigure(text + size, less, "MB");
+        std::snprintf(size, sizeof size, ", %.0f MB", large.Megabytes());
+        // A page or two more or less; a bit a call where results are kept.
+        PrintFigure(text + size, more, "MB", less + 1);
+    }
+}
+
+}  // namespace
+}  // namespace zelt::bench
+
+int main(int argc, char** argv)
+try {
+    using namespace zelt::bench;
+    const bool quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
+    zelt::PrepareLogReader();
+    const WrittenLog small(20'000'000), large(200'000'000);
+    BenchSpeed(large, quick ? 1 : 5);
+    BenchMemory(small, large);
+    return 0;
+} catch (const std::exception& failure) {
+    std::printf("bench_ctl: %s\n", failure.what());
+    return 1;
+}

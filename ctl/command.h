@@ -1,0 +1,72 @@
+// Commands as rows: the name, what it takes, what it does. The words of a command line are matched with a row, checked
+// against it, and handed to its function; help is made from the same rows. Knows no command.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctl/output.h"
+
+namespace zelt::ctl {
+
+enum ExitCode : int {
+    kFine = 0,
+    kFinding = 1,     // a difference or a finding: nothing went wrong
+    kUsage = 2,       // the command line is not understood, or asks for what cannot be done now
+    kUnreadable = 3,  // the input cannot be read, or the output not be written
+};
+
+// The command line asks for something that is not to be had. The text is for the user.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The input cannot be read.
+struct InputError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Option {
+    const char* name;   // with its dashes
+    const char* value;  // what stands behind it, for the help; null for a flag
+    const char* what;
+};
+
+// What stands behind the command's name, checked against its row.
+class Arguments {
+public:
+    Arguments(std::vector<std::string> operands, std::map<std::string, std::string, std::less<>> options)
+        : operands(std::move(operands)), options(std::move(options))
+    {}
+
+    const std::string& Operand(std::size_t index) const { return operands.at(index); }
+    std::size_t Operands() const { return operands.size(); }
+    bool Has(std::string_view option) const { return options.find(option) != options.end(); }
+    std::optional<std::string> Value(std::string_view option) const;
+    // Not below 0. Throws UsageError when something else stands there.
+    std::optional<double> Number(std::string_view option) const;
+
+private:
+    std::vector<std::string> operands;
+    std::map<std::string, std::string, std::less<>> options;
+};
+
+struct Command {
+    const char* name;      // one word or two
+    const char* operands;  // for the help, in capitals
+    std::size_t least, most;
+    std::span<const Option> options;
+    const char* what;     // one line
+    const char* details;  // paragraphs for its own help
+    int (*run)(const Arguments&, Streams&);
+};
+
+// Runs what `words` ask for, one of `commands` or their help, and gives the exit code. Nothing is thrown.
+int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,18 @@
+// The texts of --help and --version, made from the rows of the commands.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+void WriteHelp(std::span<const Command> commands, Output& out);
+void WriteCommandHelp(const Command& command, Output& out);
+// For the first word of commands of two words, alone or with --help. False for anything else.
+bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::string>& words, Output& out);
+void WriteVersion(Output& out);
+
+}  // namespace zelt::ctl

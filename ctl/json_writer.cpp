@@ -1,0 +1,86 @@
+#include "ctl/json_writer.h"
+
+#include <cstdio>
+
+namespace zelt::ctl {
+
+void AppendJsonString(Output& out, std::string_view text)
+{
+    out << '"';
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (c >= 0x20 && c != '"' && c != '\\') continue;
+        out << text.substr(done, i - done);
+        done = i + 1;
+        if (c == '"' || c == '\\') {
+            out << '\\' << static_cast<char>(c);
+        } else {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\u%04x", c);
+            out << escape;
+        }
+    }
+    out << text.substr(done) << '"';
+}
+
+void JsonWriter::Separate()
+{
+    if (!first && !behindKey) out << ',';
+    first = behindKey = false;
+}
+
+JsonWriter& JsonWriter::NewLine()
+{
+    if (!first) out << ',';
+    out << '\n';
+    first = true;
+    return *this;
+}
+
+JsonWriter& JsonWriter::Begin(char bracket)
+{
+    Separate();
+    out << bracket;
+    first = true;
+    return *this;
+}
+
+JsonWriter& JsonWriter::End(char bracket)
+{
+    out << bracket;
+    first = false;
+    return *this;
+}
+
+JsonWriter& JsonWriter::Key(std::string_view name)
+{
+    Separate();
+    AppendJsonString(out, name);
+    out << ':';
+    behindKey = true;
+    return *this;
+}
+
+JsonWriter& JsonWriter::String(std::string_view text)
+{
+    Separate();
+    AppendJsonString(out, text);
+    return *this;
+}
+
+JsonWriter& JsonWriter::Number(long long number)
+{
+    Separate();
+    out << number;
+    return *this;
+}
+
+JsonWriter& JsonWriter::Bool(bool value)
+{
+    Separate();
+    out << (value ? "true" : "false");
+    return *this;
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,44 @@
+// JSON, written as it comes: objects and arrays in any nesting, without keeping any of it.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "ctl/output.h"
+
+namespace zelt::ctl {
+
+// Appends `text` in quotes, escaped.
+void AppendJsonString(Output& out, std::string_view text);
+
+class JsonWriter {
+public:
+    explicit JsonWriter(Output& out) : out(out) {}
+
+    // An element of an array, or the value behind a key.
+    JsonWriter& BeginObject() { return Begin('{'); }
+    JsonWriter& EndObject() { return End('}'); }
+    JsonWriter& BeginArray() { return Begin('['); }
+    JsonWriter& EndArray() { return End(']'); }
+    JsonWriter& Key(std::string_view name);
+    JsonWriter& String(std::string_view text);
+    JsonWriter& Number(long long number);
+    JsonWriter& Bool(bool value);
+
+    JsonWriter& Member(std::string_view name, std::string_view text) { return Key(name).String(text); }
+    JsonWriter& Member(std::string_view name, long long number) { return Key(name).Number(number); }
+
+    // Each element of the array that is open on a line of its own.
+    JsonWriter& NewLine();
+
+private:
+    JsonWriter& Begin(char bracket);
+    JsonWriter& End(char bracket);
+    void Separate();
+
+    Output& out;
+    bool first = true;  // nothing stands yet in what is open
+    bool behindKey = false;
+};
+
+}  // namespace zelt::ctl

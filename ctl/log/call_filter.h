@@ -1,0 +1,38 @@
+// Which calls of a log a command is about: by object, interface, method, direction and result.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "ctl/command.h"
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+
+// The options, for the rows of the commands that filter.
+// clang-format off
+#define ZELT_CALL_FILTER_OPTIONS \
+    {"--object",    "NAME",   "calls of this object; * and ? stand for any text and any letter, here and below"}, \
+    {"--interface", "NAME",   "calls through this interface"}, \
+    {"--method",    "NAME",   "calls of this method, without its interface"}, \
+    {"--direction", "in|out", "in: calls of the logged component; out: its calls to objects of the simulator"}
+// clang-format on
+
+class CallFilter {
+public:
+    // Throws UsageError.
+    explicit CallFilter(const Arguments& arguments);
+
+    // Whether there is anything to filter, apart from the result.
+    bool Any() const { return object || interfaceName || method || inward; }
+    bool Matches(const LogEvent& call) const;
+
+private:
+    std::optional<std::string> object, interfaceName, method;
+    std::optional<bool> inward;
+};
+
+// Letters match in any case.
+bool MatchesPattern(std::string_view text, std::string_view pattern);
+
+}  // namespace zelt::ctl

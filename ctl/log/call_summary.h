@@ -1,0 +1,53 @@
+// A call in a few words: which arguments it had and what is to be known of their values, whatever their number. The
+// rules of conduct judge by it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+
+struct ArgumentSummary {
+    std::string name;
+    std::string first;  // the first value, without quotes, its beginning if it is long
+    int line = 0;
+    int count = 0;       // of the values
+    int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
+    double sum = 0;      // of the values that are numbers
+    double least = 0, most = 0;
+    bool numbers = true;  // all values are
+};
+
+struct CallSummary {
+    std::string name, object;
+    bool inward = false;
+    int line = 0;
+    CallResult result;
+    std::vector<ArgumentSummary> arguments;
+
+    std::string_view Interface() const;
+    std::string_view Method() const;
+    const ArgumentSummary* Find(std::string_view argument) const;
+    // The first value of an argument; empty when there is none.
+    std::string_view First(std::string_view argument) const;
+};
+
+// Gathers the calls that are open.
+class CallSummarizer {
+public:
+    // Events other than calls add to the innermost call.
+    void Begin(const LogEvent& event);
+    // At a call's end: takes it out.
+    CallSummary Close();
+
+    bool InCall() const { return !open.empty(); }
+    const CallSummary& Innermost() const { return open.back(); }
+    std::size_t Depth() const { return open.size(); }
+
+private:
+    std::vector<CallSummary> open;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,168 @@
+// log check: whether a log is complete, and what it shows against the simulator, the package, or both.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "ctl/json_writer.h"
+#include "ctl/log/conduct.h"
+#include "ctl/log/log_commands.h"
+
+namespace zelt::ctl {
+namespace {
+
+class Reporter {
+public:
+    Reporter(const Arguments& arguments, Output& out) : asJson(arguments.Has("--json")), out(out), json(out)
+    {
+        ignored = ',' + arguments.Value("--ignore").value_or("") + ',';
+        if (asJson) json.BeginArray();
+    }
+
+    void Report(int line, const char* rule, const std::string& text)
+    {
+        if (ignored.find(',' + std::string(rule) + ',') != std::string::npos) return;
+        ++found;
+        if (asJson) {
+            json.NewLine().BeginObject().Member("line", line).Member("rule", rule).Member("text", text).EndObject();
+        } else {
+            out << line << ": " << rule << ": " << text << '\n';
+        }
+    }
+    int Finish()
+    {
+        if (asJson) {
+            json.EndArray();
+            out << '\n';
+        }
+        return found ? kFinding : kFine;
+    }
+
+private:
+    const bool asJson;
+    std::string ignored;
+    Output& out;
+    JsonWriter json;
+    long long found = 0;
+};
+
+class Checker final : public LogHandler {
+public:
+    explicit Checker(const ReportFinding& report)
+        : report(report), life(report), values(report), properties(report), versions(report)
+    {}
+
+    void Begin(const LogEvent& event) override
+    {
+        CheckPlace(event);
+        if (event.kind == EventKind::Call) {
+            life.Begin(event);
+            properties.Begin(event);
+            versions.Begin(event);
+            latest.resize(static_cast<std::size_t>(event.depth));
+            latest.push_back({event.line, std::string(event.name) + " (" + std::string(event.text) + ')'});
+        } else {
+            latest.resize(std::min(latest.size(), static_cast<std::size_t>(event.depth)));
+            CheckMessage(event);
+        }
+        kinds.resize(static_cast<std::size_t>(event.depth));
+        kinds.push_back(event.kind);
+        calls.Begin(event);
+    }
+    void End(EventKind kind, int depth) override
+    {
+        if (kind != EventKind::Call) return;
+        const CallSummary call = calls.Close();
+        life.End(call);
+        values.End(call);
+        properties.End(call, depth == 0);
+    }
+    void LeftOpen(int line) override
+    {
+        for (const OpenCall& call : latest) {
+            if (call.line == line) report(line, "open-call", call.text + " has no end");
+        }
+    }
+    void ParseError(int line) override { damaged = damaged ? damaged : line; }
+
+    void Finish(bool complete)
+    {
+        if (complete) {
+            life.Finish();
+        } else {
+            report(damaged, "damaged", "the log is cut off here, or damaged");
+        }
+    }
+
+private:
+    struct OpenCall {
+        int line;
+        std::string text;
+    };
+
+    // Arguments stand in calls, values in arguments and in values.
+    void CheckPlace(const LogEvent& event)
+    {
+        const bool top = event.depth == 0;
+        const EventKind outer = top ? EventKind::Other : kinds[static_cast<std::size_t>(event.depth) - 1];
+        const char* fault = nullptr;
+        switch (event.kind) {
+            case EventKind::Call:
+                if (!top && outer != EventKind::Call) fault = "a call stands inside something that is no call";
+                break;
+            case EventKind::Argument:
+                if (outer != EventKind::Call) fault = "an argument stands outside of a call";
+                break;
+            case EventKind::Value:
+                if (outer != EventKind::Argument && outer != EventKind::Value) {
+                    fault = "a value stands outside of an argument";
+                }
+                break;
+            case EventKind::Other: fault = "logs have no such element"; break;
+            default:
+                if (event.hasChildren) fault = "something stands inside a message";
+        }
+        if (fault) report(event.line, "structure", fault);
+    }
+
+    void CheckMessage(const LogEvent& event)
+    {
+        const MessageKind kind = KindOfMessage(event);
+        const std::string where =
+            calls.InCall() ? " (in " + calls.Innermost().name + " of \"" + calls.Innermost().object + "\")" : "";
+        const std::string text(event.text);
+        if (kind == MessageKind::Warning && text.find(" is not released at final release of ") != std::string::npos) {
+            report(event.line, "not-released", text);
+        } else if (kind == MessageKind::Failure && text.starts_with("Uncaught ")) {
+            report(event.line, "exception", text + where);
+        } else if (kind == MessageKind::Violation) {
+            const bool mix = text.find("wrong thermo version") != std::string::npos;
+            report(event.line, mix ? "version-mix" : "violation", text + where);
+        }
+    }
+
+    const ReportFinding& report;
+    LifeRules life;
+    ValueRules values;
+    PropertyRules properties;
+    VersionRules versions;
+    CallSummarizer calls;
+    std::vector<EventKind> kinds;
+    std::vector<OpenCall> latest;  // the calls around the latest event, ended or not
+    int damaged = 0;
+};
+
+}  // namespace
+
+int CheckLog(const Arguments& arguments, Streams& streams)
+{
+    Reporter reporter(arguments, streams.data);
+    const ReportFinding report = [&](int line, const char* rule, const std::string& text) {
+        reporter.Report(line, rule, text);
+    };
+    Checker checker(report);
+    Output ignored;  // The finding says the same.
+    checker.Finish(ReadEvents(arguments.Operand(0), checker, ignored));
+    return reporter.Finish();
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,70 @@
+// The log as one array of nested objects, in the order of the file: each has its kind, its line, and what stands inside as
+// "items". Values are texts, as the log has them.
+#include "ctl/json_writer.h"
+#include "ctl/log/log_export.h"
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+namespace {
+
+const char* KindName(EventKind kind)
+{
+    switch (kind) {
+        case EventKind::Call: return "call";
+        case EventKind::Argument: return "argument";
+        case EventKind::Value: return "value";
+        case EventKind::Info: return "info";
+        case EventKind::Warning: return "warning";
+        case EventKind::Error: return "error";
+        case EventKind::Other: break;
+    }
+    return "other";
+}
+
+class TreeWriter final : public LogHandler {
+public:
+    explicit TreeWriter(JsonWriter& json) : json(json) {}
+
+    void Begin(const LogEvent& event) override
+    {
+        const bool named = event.kind == EventKind::Call || event.kind == EventKind::Argument;
+        if (event.depth == 0) json.NewLine();
+        json.BeginObject().Member("kind", KindName(event.kind)).Member("line", event.line);
+        if (named) {
+            json.Member("name", event.name).Member("direction", event.inward ? "in" : "out");
+            json.Member(event.kind == EventKind::Call ? "object" : "type", event.text);
+        } else {
+            json.Member("text", event.text);
+        }
+        if (named || event.hasChildren) {
+            json.Key("items").BeginArray();
+            open.push_back(true);
+        } else {
+            open.push_back(false);
+        }
+    }
+    void End(EventKind, int) override
+    {
+        if (open.back()) json.EndArray();
+        json.EndObject();
+        open.pop_back();
+    }
+
+private:
+    JsonWriter& json;
+    std::vector<bool> open;  // whether an array of items is open inside
+};
+
+}  // namespace
+
+void ExportJson(const std::string& path, Streams& streams)
+{
+    JsonWriter json(streams.data);
+    json.BeginArray();
+    TreeWriter writer(json);
+    ReadEvents(path, writer, streams.messages);
+    json.EndArray();
+    streams.data << '\n';
+}
+
+}  // namespace zelt::ctl

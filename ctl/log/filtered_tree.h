@@ -1,0 +1,44 @@
+// The calls that pass a filter, as a tree of text with whatever stands directly in them. What stands outside of calls is
+// shown when nothing is filtered.
+#pragma once
+
+#include <vector>
+
+#include "ctl/log/call_filter.h"
+#include "ctl/log/tree_text.h"
+
+namespace zelt::ctl {
+
+class FilteredTree final : public LogHandler {
+public:
+    // `results`, unless null, tells of each call in the order of the file whether its result is wanted.
+    FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
+        : filter(filter), results(results), tree(tree)
+    {}
+
+    void Begin(const LogEvent& event) override
+    {
+        if (event.kind == EventKind::Call) {
+            open.push_back(filter.Matches(event) && (!results || (*results)[calls]));
+            ++calls;
+        }
+        if (Shown()) tree.Begin(event);
+    }
+    void End(EventKind kind, int depth) override
+    {
+        if (Shown()) tree.End(kind, depth);
+        if (kind == EventKind::Call) open.pop_back();
+    }
+
+private:
+    // What stands outside of calls is shown with the whole log.
+    bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
+
+    const CallFilter& filter;
+    const std::vector<bool>* const results;
+    TreeText& tree;
+    std::vector<bool> open;
+    std::size_t calls = 0;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,104 @@
+// log follow: a log as it is written. The server writes whole entries, so where the file ends for now an XML comment may
+// stand; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "ctl/log/filtered_tree.h"
+#include "ctl/log/log_commands.h"
+#include "ctl/log/log_file.h"
+
+namespace zelt::ctl {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kPause = std::chrono::milliseconds(100);
+constexpr std::string_view kEnd = "</zeltlogdocument>";
+
+// The reader lets a node out when it has seen the next one, and the parser looks ahead too.
+constexpr std::string_view kFiller = "<!----><!----><!----><!---->";
+
+class GrowingLog final : public LogInput {
+public:
+    GrowingLog(const std::string& path, std::optional<double> patience, Output& out)
+        : file(path), patience(patience), out(out)
+    {}
+
+    int Read(char* bytes, int length) override
+    {
+        auto grown = Clock::now();
+        while (true) {
+            const int count = file.Read(bytes, length);
+            if (count != 0) {
+                if (count > 0) Remember({bytes, static_cast<std::size_t>(count)});
+                return count;
+            }
+            if (tail.find(kEnd) != std::string::npos) return 0;
+            if (entryEnded && !fillerGiven && static_cast<std::size_t>(length) >= kFiller.size()) {
+                fillerGiven = true;
+                return static_cast<int>(kFiller.copy(bytes, kFiller.size()));
+            }
+            caughtUp = true;
+            out.Flush();
+            if (patience && std::chrono::duration<double>(Clock::now() - grown).count() >= *patience) return 0;
+            std::this_thread::sleep_for(kPause);
+        }
+    }
+
+    // The end of the file has been reached once.
+    bool CaughtUp() const { return caughtUp; }
+
+private:
+    void Remember(std::string_view bytes)
+    {
+        tail.append(bytes.substr(bytes.size() - std::min(bytes.size(), 2 * kEnd.size())));
+        if (tail.size() > 2 * kEnd.size()) tail.erase(0, tail.size() - 2 * kEnd.size());
+        // Behind the declaration and the root's tag, which stand in one entry.
+        entryEnded = bytes.back() == '\n';
+        fillerGiven = false;
+    }
+
+    LogFile file;
+    const std::optional<double> patience;
+    Output& out;
+    std::string tail;  // the last bytes, to know the end of the document
+    bool entryEnded = false, fillerGiven = true, caughtUp = false;
+};
+
+// Leaves out what was there when the following began.
+class NewOnly final : public LogHandler {
+public:
+    NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)
+        : tree(tree), text(text), log(log), everything(everything)
+    {}
+    void Begin(const LogEvent& event) override
+    {
+        text.SetSilent(!everything && !log.CaughtUp());
+        tree.Begin(event);
+    }
+    void End(EventKind kind, int depth) override { tree.End(kind, depth); }
+
+private:
+    FilteredTree& tree;
+    TreeText& text;
+    const GrowingLog& log;
+    const bool everything;
+};
+
+}  // namespace
+
+int FollowLog(const Arguments& arguments, Streams& streams)
+{
+    const CallFilter filter(arguments);
+    TreeText text(streams.data, arguments.Has("--calls"));
+    FilteredTree tree(filter, nullptr, text);
+    const std::string& path = arguments.Operand(0);
+    GrowingLog log(path, arguments.Number("--idle"), streams.data);
+    NewOnly handler(tree, text, log, !arguments.Has("--new"));
+    Output ignored;
+    if (!ReadEvents(log, path, handler, ignored)) streams.messages << path << ": the log has no end yet\n";
+    return kFine;
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,254 @@
+#include "ctl/log/log_aliases.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <random>
+#include <set>
+
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+namespace {
+
+// Words of the standard, in lower case: they tell what was asked, not about what.
+constexpr std::string_view kWords[] = {
+    "activity",
+    "activitycoefficient",
+    "acentricfactor",
+    "boilingpointtemperature",
+    "bubble",
+    "bubblepointpressure",
+    "bubblepointtemperature",
+    "casregistrynumber",
+    "chargenumber",
+    "chemicalformula",
+    "compressibility",
+    "compressibilityfactor",
+    "criticalcompressibilityfactor",
+    "criticaldensity",
+    "criticalpressure",
+    "criticaltemperature",
+    "criticalvolume",
+    "density",
+    "dewpointpressure",
+    "dewpointtemperature",
+    "energy",
+    "enthalpy",
+    "enthalpyf",
+    "enthalpynf",
+    "entropy",
+    "entropyf",
+    "entropynf",
+    "excessenthalpy",
+    "excessentropy",
+    "excessgibbsenergy",
+    "flow",
+    "fraction",
+    "fugacity",
+    "fugacitycoefficient",
+    "gibbsenergy",
+    "heatcapacity",
+    "heatcapacitycp",
+    "heatcapacitycv",
+    "heatofvaporization",
+    "heliumcoefficient",
+    "helmholtzenergy",
+    "idealgasenthalpy",
+    "idealgasentropy",
+    "idealgasheatcapacity",
+    "internalenergy",
+    "joulethomsoncoefficient",
+    "kvalue",
+    "liquid",
+    "liquid2",
+    "logfugacitycoefficient",
+    "logkvalue",
+    "mass",
+    "meltingpoint",
+    "mixture",
+    "mole",
+    "molecularweight",
+    "moles",
+    "normalboilingpoint",
+    "overall",
+    "partialpressure",
+    "phasefraction",
+    "pressure",
+    "pure",
+    "pvf",
+    "ph",
+    "ps",
+    "solid",
+    "speedofsound",
+    "surfacetension",
+    "temperature",
+    "thermalconductivity",
+    "tp",
+    "tvf",
+    "totalflow",
+    "unnormalized",
+    "normalized",
+    "vapor",
+    "vapour",
+    "vaporfraction",
+    "vaporpressure",
+    "virialcoefficient",
+    "viscosity",
+    "volume",
+    "boltzmannconstant",
+    "molargasconstant",
+    "avogadroconstant",
+    "standardaccelerationofgravity",
+};
+
+bool IsWord(std::string_view text)
+{
+    // "enthalpy.Dtemperature" is a derivative.
+    std::string lower(text.substr(0, text.find('.')));
+    for (char& c : lower) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    const std::string_view rest = text.substr(std::min(lower.size(), text.size()));
+    constexpr std::string_view kDerivatives[] = {"", ".Dtemperature", ".Dpressure", ".Dmoles", ".DmolFraction"};
+    static const std::set<std::string_view> words(std::begin(kWords), std::end(kWords));
+    return words.count(lower) &&
+           std::find(std::begin(kDerivatives), std::end(kDerivatives), rest) != std::end(kDerivatives);
+}
+
+// What the log writes for something that is no text and no number.
+bool IsMark(std::string_view value)
+{
+    constexpr std::string_view kMarks[] = {"",
+                                           "|",
+                                           "NULL",
+                                           "<NULL>",
+                                           "N/A",
+                                           "inf",
+                                           "-inf",
+                                           "TRUE",
+                                           "FALSE",
+                                           "VARIANT_TRUE",
+                                           "VARIANT_FALSE",
+                                           "True",
+                                           "False",
+                                           "<EMPTY STRINGVAL>",
+                                           "<unable to format value>",
+                                           "<no information>"};
+    if (std::find(std::begin(kMarks), std::end(kMarks), value) != std::end(kMarks)) return true;
+    const bool isName = std::all_of(value.begin(), value.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '|';
+    });
+    return isName && (value.starts_with("CAPE_") || value.starts_with("VT_"));
+}
+
+// The pseudo-random function SipHash-2-4: keyed, and without its key not to be turned back.
+std::uint64_t SipHash(const std::uint64_t (&key)[2], std::string_view text)
+{
+    std::uint64_t v0 = key[0] ^ 0x736f6d6570736575, v1 = key[1] ^ 0x646f72616e646f6d, v2 = key[0] ^ 0x6c7967656e657261,
+                  v3 = key[1] ^ 0x7465646279746573;
+    const auto round = [&] {
+        v0 += v1, v1 = std::rotl(v1, 13) ^ v0, v0 = std::rotl(v0, 32);
+        v2 += v3, v3 = std::rotl(v3, 16) ^ v2;
+        v0 += v3, v3 = std::rotl(v3, 21) ^ v0;
+        v2 += v1, v1 = std::rotl(v1, 17) ^ v2, v2 = std::rotl(v2, 32);
+    };
+    const auto take = [&](std::uint64_t word) {
+        v3 ^= word;
+        round();
+        round();
+        v0 ^= word;
+    };
+    std::size_t at = 0;
+    for (; at + 8 <= text.size(); at += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + at, 8);
+        take(word);
+    }
+    std::uint64_t last = static_cast<std::uint64_t>(text.size()) << 56;
+    for (std::size_t i = 0; at + i < text.size(); ++i) {
+        last |= static_cast<std::uint64_t>(static_cast<unsigned char>(text[at + i])) << (8 * i);
+    }
+    take(last);
+    v2 ^= 0xff;
+    for (int i = 0; i < 4; ++i) round();
+    return v0 ^ v1 ^ v2 ^ v3;
+}
+
+}  // namespace
+
+LogAliases::LogAliases()
+{
+    std::random_device source;
+    for (std::uint64_t& half : key) half = static_cast<std::uint64_t>(source()) << 32 | source();
+}
+
+std::uint64_t LogAliases::Hash(std::string_view text) const { return SipHash(key, text); }
+
+std::string LogAliases::Text(std::string_view text) const
+{
+    std::string alias = "redacted-";
+    const std::uint64_t hash = Hash(text);
+    for (int shift = 60; shift > 20; shift -= 4) alias += "0123456789abcdef"[hash >> shift & 15];
+    return alias;
+}
+
+std::string LogAliases::Name(std::string_view name) const
+{
+    return name.empty() || name == "<unknown>" ? std::string(name) : Text(name);
+}
+
+std::string LogAliases::Address(std::string_view address) const
+{
+    if (!address.starts_with("0x")) return Text(address);
+    char digits[20];
+    std::snprintf(digits, sizeof digits, "%016llX", static_cast<unsigned long long>(Hash(address)));
+    return "0x" + std::string(digits, std::min<std::size_t>(address.size() - 2, 16));
+}
+
+std::string LogAliases::Number(std::string_view text, bool real) const
+{
+    const std::uint64_t hash = Hash(text);
+    char alias[32];
+    char* end;
+    if (real) {
+        const double digits = 1 + static_cast<double>(hash % 900'000) / 100'000;
+        end = std::to_chars(alias, std::end(alias), digits, std::chars_format::general, 6).ptr;
+        *end++ = 'e';
+        end = std::to_chars(end, std::end(alias), static_cast<int>(hash / 900'000 % 7) - 3).ptr;
+    } else {
+        end = std::to_chars(alias, std::end(alias), 1 + hash % 9999).ptr;
+    }
+    return std::string(text.starts_with('-'), '-').append(alias, end);
+}
+
+std::string LogAliases::Value(std::string_view value, std::string_view type) const
+{
+    constexpr std::string_view kPointer = "interface pointer ", kObject = "interface to object \"",
+                               kAddress = "\" (address ";
+    if (IsMark(value)) return std::string(value);
+    if (value.starts_with(kPointer)) return std::string(kPointer) + Address(value.substr(kPointer.size()));
+    const std::size_t address = value.rfind(kAddress);
+    if (value.starts_with(kObject) && address != std::string_view::npos && address >= kObject.size() &&
+        value.ends_with(')')) {
+        const std::string_view name = value.substr(kObject.size(), address - kObject.size());
+        const std::string_view digits =
+            value.substr(address + kAddress.size(), value.size() - address - kAddress.size() - 1);
+        return std::string(kObject) + Name(name) + std::string(kAddress) + Address(digits) + ')';
+    }
+    if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
+        const std::string_view text = Unquoted(value);
+        return '"' + (IsWord(text) ? std::string(text) : Name(text)) + '"';
+    }
+    double number = 0;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    if (error != std::errc() || end != value.data() + value.size()) return Text(value);
+    const bool real = type.find("VT_R") != std::string_view::npos || type == "double" ||
+                      value.find_first_of(".e") != std::string_view::npos;
+    return number == 0 ? std::string(value) : Number(value, real);
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,31 @@
+// What stands in for the names and values of a log that is given away. The same text has the same alias throughout a run;
+// the key, from the system's source of random numbers, is never written, so that nothing leads back from an alias.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zelt::ctl {
+
+class LogAliases {
+public:
+    LogAliases();
+
+    // A text or a name: "redacted-0123456789".
+    std::string Text(std::string_view text) const;
+    // A name, unless it is empty or the log's word for a missing one.
+    std::string Name(std::string_view name) const;
+    // 0x and hexadecimal digits, as many as there were.
+    std::string Address(std::string_view address) const;
+    // A value of an argument of this type, in the log's own form.
+    std::string Value(std::string_view value, std::string_view type) const;
+
+private:
+    std::uint64_t Hash(std::string_view text) const;
+    std::string Number(std::string_view text, bool real) const;
+
+    std::uint64_t key[2];
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,21 @@
+// Which element of one sequence is which of another, with as few left over as can be: the shortest edit script, found by
+// following the furthest paths. Knows nothing of logs.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+namespace zelt::ctl {
+
+struct AlignedPair {
+    std::optional<std::size_t> a, b;  // one is missing where an element has no counterpart
+};
+
+struct Alignment {
+    std::vector<AlignedPair> pairs;  // in the order of both sequences
+    bool complete = true;            // false when the sequences differ too much: the rest is left over, unmatched
+};
+
+Alignment Align(const std::vector<int>& a, const std::vector<int>& b);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,21 @@
+// The commands for logs. Each reads its log with ReadEvents. Without Windows: the native program has them too.
+#pragma once
+
+#include <span>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+std::span<const Command> LogCommands();
+
+int ShowLog(const Arguments& arguments, Streams& streams);
+int ListErrors(const Arguments& arguments, Streams& streams);
+int CountCalls(const Arguments& arguments, Streams& streams);
+int CheckLog(const Arguments& arguments, Streams& streams);
+int CompareLogs(const Arguments& arguments, Streams& streams);
+int ExportLog(const Arguments& arguments, Streams& streams);
+int RedactLog(const Arguments& arguments, Streams& streams);
+int FollowLog(const Arguments& arguments, Streams& streams);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,58 @@
+#include "ctl/log/log_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "ctl/command.h"
+
+#ifdef _WIN32
+#include <io.h>
+#include <share.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace zelt::ctl {
+namespace {
+
+#ifdef _WIN32
+int OpenFile(const std::string& path)
+{
+    const std::filesystem::path wide(std::u8string(path.begin(), path.end()));
+    return _wsopen(wide.c_str(), _O_RDONLY | _O_BINARY | _O_SEQUENTIAL, _SH_DENYNO);
+}
+void CloseFile(int descriptor) { _close(descriptor); }
+#else
+int OpenFile(const std::string& path) { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }
+void CloseFile(int descriptor) { close(descriptor); }
+#endif
+
+int OpenOrThrow(const std::string& path)
+{
+    const int descriptor = OpenFile(path);
+    if (descriptor < 0) throw InputError(path + ": " + std::strerror(errno));
+    return descriptor;
+}
+
+}  // namespace
+
+LogFile::LogFile(const std::string& path) : descriptor(OpenOrThrow(path)), file(descriptor) {}
+
+int LogFile::Read(char* out, int length)
+{
+    const int count = file.Read(out, length);
+#ifdef _WIN32
+    // The runtime library remembers that an end was met, until the position is set.
+    if (count == 0) _lseeki64(descriptor, 0, SEEK_CUR);
+#endif
+    return count;
+}
+
+LogFile::~LogFile() { CloseFile(descriptor); }
+
+}  // namespace zelt::ctl

@@ -1,0 +1,26 @@
+// A log on disk, opened for reading beside the server that still writes it. Owns the descriptor.
+#pragma once
+
+#include <string>
+
+#include "shell/log_reader/buffered_file.h"
+
+namespace zelt::ctl {
+
+class LogFile final : public LogInput {
+public:
+    // The path is UTF-8. Throws InputError.
+    explicit LogFile(const std::string& path);
+    ~LogFile() override;
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
+
+    // At the end 0, and more when the file has grown.
+    int Read(char* out, int length) override;
+
+private:
+    const int descriptor;
+    BufferedFile file;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,29 @@
+// A log in memory, as log diff compares it: a sequence of calls in the order of their beginnings, and of what stands
+// outside of calls. What differs between two runs of the same conversation is left out: addresses, times, the numbers at
+// the ends of objects' names, the queries of the system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+
+struct SequenceValue {
+    std::string key;  // "out results[2]", "error"
+    std::string text;
+    int line;
+};
+
+struct SequenceStep {
+    std::string what;   // the call and its object, or the message
+    std::string alike;  // what another log's step has to have to be the same one
+    int line;
+    std::vector<SequenceValue> values;
+};
+
+// Throws InputError.
+std::vector<SequenceStep> ReadSequence(const std::string& path, Output& messages);
+
+}  // namespace zelt::ctl

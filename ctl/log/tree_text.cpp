@@ -1,0 +1,97 @@
+#include "ctl/log/tree_text.h"
+
+#include <cstdio>
+
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+
+void TreeText::BeginLine(const LogEvent& event)
+{
+    EndLine();
+    char number[16];
+    std::snprintf(number, sizeof number, "%8d  ", event.line);
+    out << number;
+    out.Fill(static_cast<std::size_t>(event.depth) * 2);
+}
+
+void TreeText::EndLine()
+{
+    if (line != Line::None) out << '\n';
+    line = Line::None;
+    nesting = 0;
+}
+
+void TreeText::BeginValue(const LogEvent& event)
+{
+    if (line == Line::None) {
+        // A message stood between the values.
+        BeginLine(event);
+        line = Line::Name;
+        out << '=';
+    }
+    if (line == Line::Name) {
+        out << ' ';
+    } else if (line == Line::Values) {
+        out << ", ";
+    }
+    line = Line::Values;
+    out << event.text;
+    if (event.hasChildren) {
+        out << '(';
+        ++nesting;
+        line = Line::Bracket;
+    }
+}
+
+void TreeText::Begin(const LogEvent& event)
+{
+    if (silent) return;
+    switch (event.kind) {
+        case EventKind::Call:
+            BeginLine(event);
+            out << (event.inward ? "> " : "< ") << event.name << "  " << event.text << '\n';
+            return;
+        case EventKind::Argument:
+            if (onlyCalls) return;
+            BeginLine(event);
+            out << (event.inward ? "in " : "out ") << event.name << " (" << event.text << ") =";
+            line = Line::Name;
+            argumentDepth = event.depth;
+            return;
+        case EventKind::Value:
+        case EventKind::Other:
+            if (!onlyCalls) BeginValue(event);
+            return;
+        case EventKind::Info:
+            if (onlyCalls || (line != Line::None && IsBound(event))) return;
+            BeginLine(event);
+            out << "info: ";
+            break;
+        case EventKind::Warning:
+            BeginLine(event);
+            out << "warning: ";
+            break;
+        case EventKind::Error:
+            BeginLine(event);
+            out << "error: ";
+            break;
+    }
+    out << event.text << '\n';
+}
+
+void TreeText::End(EventKind kind, int depth)
+{
+    if (line == Line::None) return;
+    if (kind == EventKind::Argument && depth == argumentDepth) EndLine();
+    if (kind == EventKind::Value && nesting > 0 && depth > argumentDepth) {
+        // The innermost bracket closes when its value ends, which is one level up from the values inside.
+        if (depth - argumentDepth <= nesting) {
+            out << ')';
+            --nesting;
+            line = Line::Values;
+        }
+    }
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,34 @@
+// A log as an indented text, a line for each call, argument and message, with the line of the log before it. The values of
+// an argument stand behind it. Keeps nothing but what is open.
+#pragma once
+
+#include <vector>
+
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+
+class TreeText {
+public:
+    explicit TreeText(Output& out, bool onlyCalls = false) : out(out), onlyCalls(onlyCalls) {}
+
+    void Begin(const LogEvent& event);
+    void End(EventKind kind, int depth);
+
+    // What begins while it is silent is not shown.
+    void SetSilent(bool now) { silent = now; }
+
+private:
+    void BeginLine(const LogEvent& event);
+    void EndLine();
+    void BeginValue(const LogEvent& event);
+
+    Output& out;
+    const bool onlyCalls;
+    bool silent = false;
+    enum class Line { None, Name, Bracket, Values } line = Line::None;  // how far the argument's line has come
+    int argumentDepth = 0;
+    int nesting = 0;  // brackets open around values inside values
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,25 @@
+#include "ctl/output.h"
+
+#include <charconv>
+#include <iterator>
+
+namespace zelt::ctl {
+
+Output& Output::operator<<(long long number)
+{
+    char text[24];
+    const auto end = std::to_chars(text, std::end(text), number).ptr;
+    buffer.append(text, end);
+    return *this;
+}
+
+bool Output::Flush()
+{
+    if (!stream) return true;
+    failed |= std::fwrite(buffer.data(), 1, buffer.size(), stream) != buffer.size();
+    buffer.clear();
+    failed |= std::fflush(stream) != 0;
+    return !failed;
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,56 @@
+// Text on its way out, in UTF-8: gathered and written in large pieces. One for the data (standard output), one for the
+// messages (standard error). Without a stream it keeps everything, which is how tests read it.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace zelt::ctl {
+
+class Output {
+public:
+    // The stream stays its caller's.
+    explicit Output(std::FILE* stream = nullptr) : stream(stream) {}
+    ~Output() { Flush(); }
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    Output& operator<<(std::string_view text)
+    {
+        buffer += text;
+        if (stream && buffer.size() >= kPiece) Flush();
+        return *this;
+    }
+    Output& operator<<(char c)
+    {
+        buffer += c;
+        return *this;
+    }
+    Output& operator<<(long long number);
+    Output& operator<<(int number) { return *this << static_cast<long long>(number); }
+    Output& Fill(std::size_t count, char c = ' ')
+    {
+        buffer.append(count, c);
+        return *this;
+    }
+
+    // False once something could not be written, as when a disk is full.
+    bool Flush();
+
+    const std::string& Text() const { return buffer; }
+
+private:
+    static constexpr std::size_t kPiece = 1 << 16;
+
+    std::FILE* const stream;
+    std::string buffer;
+    bool failed = false;
+};
+
+struct Streams {
+    Output& data;
+    Output& messages;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,62 @@
+# The page of zeltctl log export --html in a real browser: worked by a script, and photographed. Sourced by ./dev.
+# Not part of ./dev test: the browser is large.
+
+Page()
+{
+    LockTree
+    Build native
+    InstallPackages page
+    NeedTool chromium
+    pageFolder=$root/build/page
+    rm -rf "$pageFolder"
+    mkdir -p "$pageFolder"
+    local colour
+    MakePages
+    Step page-check "Working the page" Browse "$pageFolder/check.html" --dump-dom
+    grep -qF '<title>fine</title>' "$logFolder/page-check.log" ||
+        Fail "The page does not do what it should: $(grep -o '<title>[^<]*' "$logFolder/page-check.log")"
+    for colour in light dark; do
+        Step "page-$colour" "Photographing the page, $colour" Browse "$pageFolder/$colour.html" --window-size=1200,900 \
+            --hide-scrollbars --virtual-time-budget=2000 "--screenshot=$pageFolder/$colour.png"
+        [ -s "$pageFolder/$colour.png" ] || Fail "There is no picture of the page."
+    done
+    printf '%s\n' "${green}The page works. Look at it:$plain" "$pageFolder"/*.png
+}
+
+# The page with the script that works it; and in each colour as a user leaves it who has searched and unfolded.
+MakePages()
+{
+    local log=$root/tests/golden/sample_simulator_11.zlg colour
+    build/native/ctl/zeltctl log export --html "$log" >"$pageFolder/log.html"
+    PageWith check "$(<tests/log_commands/page_check.js)"
+    for colour in light dark; do
+        PageWith "$colour" "document.documentElement.classList.add('$colour');
+            for (const call of document.querySelectorAll('main > details')) call.open = call.querySelectorAll('details').length < 5;
+            get('find').value = 'temperature'; get('find').dispatchEvent(new Event('input'));
+            let top = hits.find(hit => hit.closest('details details')).closest('main > details');
+            while (!hits[here] || !top.contains(hits[here])) go(1);
+            // A page that is scrolled is photographed empty: what stands above goes instead.
+            for (let i = 0; i < 6; ++i) top = top.previousElementSibling;
+            while (top.previousElementSibling) top.previousElementSibling.remove();
+            scrollTo(0, 0);"
+    done
+}
+
+# PageWith <name> <script>: a copy of the page with a script at its end.
+PageWith()
+{
+    sed '/^<\/body>/,$d' "$pageFolder/log.html" >"$pageFolder/$1.html"
+    printf '<script>\n{\n%s\n}\n</script>\n</body>\n</html>\n' "$2" >>"$pageFolder/$1.html"
+}
+
+# Browse <page> <option...>: a browser of our own, with a profile that ends with it.
+Browse()
+{
+    local page=$1
+    shift
+    # A browser that runs as root has to do without its own walls; the page is ours.
+    local walls=()
+    [ "$EUID" -ne 0 ] || walls=(--no-sandbox)
+    timeout 120 chromium --headless "${walls[@]}" --disable-gpu "--user-data-dir=$pageFolder/profile" "$@" "file://$page"
+    rm -rf "$pageFolder/profile"
+}

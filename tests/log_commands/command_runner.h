@@ -1,0 +1,46 @@
+// Runs a command of zeltctl in this process and keeps what it wrote; logs for it, in files that end with their owner; and
+// outputs that are kept beside the tests.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zelt::test {
+
+struct Outcome {
+    int code;
+    std::string data, messages;
+};
+
+Outcome RunCommand(const std::vector<std::string>& words);
+
+// A file in the folder for temporary files.
+class TemporaryLog {
+public:
+    // Exactly these bytes. `name` begins the file's name, in UTF-8.
+    explicit TemporaryLog(const std::string& bytes, const std::string& name = "zeltctl-test");
+    ~TemporaryLog();
+    TemporaryLog(const TemporaryLog&) = delete;
+    TemporaryLog& operator=(const TemporaryLog&) = delete;
+
+    // In UTF-8.
+    const std::string& Path() const { return path; }
+    void Append(const std::string& bytes) const;
+
+private:
+    std::string path;
+};
+
+// A log with these entries, from its line 3 on.
+std::string InLog(const std::string& entries);
+
+std::string GoldenLog(const std::string& name);
+extern const std::vector<std::string> kGoldenLogs;
+
+std::string ReadBytes(const std::string& path);
+std::vector<std::string> LinesOf(const std::string& text);
+
+// Compares with the kept output `name`. ZELT_UPDATE_GOLDEN in the environment has it written instead.
+void ExpectKept(const std::string& name, const std::string& output);
+
+}  // namespace zelt::test

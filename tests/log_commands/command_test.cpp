@@ -1,0 +1,142 @@
+// The command line: help, versions, what is refused.
+#include <gtest/gtest.h>
+
+#include "command_runner.h"
+#include "ctl/json_writer.h"
+#include "ctl/log/call_filter.h"
+#include "ctl/log/log_alignment.h"
+
+namespace zelt::test {
+namespace {
+
+struct RefusedCase {
+    std::vector<std::string> words;
+    const char* message;
+};
+
+const RefusedCase kRefused[] = {
+    {{}, "a command is missing"},
+    {{"lgo"}, "there is no command \"lgo\""},
+    {{"log", "sohw"}, "there is no command \"log sohw\""},
+    {{"log", "show"}, "\"log show\" takes LOG"},
+    {{"log", "show", "a", "b"}, "\"log show\" takes LOG"},
+    {{"log", "show", "--colour", "a"}, "\"log show\" has no option \"--colour\""},
+    {{"log", "show", "a", "--object"}, "--object lacks its value"},
+    {{"log", "show", "a", "--calls=1"}, "--calls takes no value"},
+    {{"log", "show", "a", "--calls", "--calls"}, "--calls is given twice"},
+    {{"log", "show", "a", "--direction", "up"}, "--direction is in or out"},
+    {{"log", "show", "a", "--result", "good"}, "--result is ok, failed, violation or warning"},
+    {{"log", "diff", "a", "b", "--tolerance", "x"}, "--tolerance wants a number, not \"x\""},
+    {{"log", "diff", "a", "b", "--tolerance", "-1"}, "--tolerance wants a number"},
+    {{"log", "export", "a"}, "one of --html, --json and --csv is needed"},
+    {{"log", "export", "a", "--csv", "--json"}, "one of --html, --json and --csv"},
+};
+
+TEST(CommandLine, IsRefusedWithOneSentenceAndItsCode)
+{
+    for (const RefusedCase& refused : kRefused) {
+        const Outcome outcome = RunCommand(refused.words);
+        EXPECT_EQ(2, outcome.code) << refused.message;
+        EXPECT_EQ("", outcome.data);
+        EXPECT_NE(std::string::npos, outcome.messages.find(refused.message)) << outcome.messages;
+    }
+}
+
+TEST(CommandLine, HelpsEverywhere)
+{
+    const std::vector<std::string> all[] = {{"--help"}, {"help"}};
+    for (const auto& words : all) {
+        const Outcome outcome = RunCommand(words);
+        EXPECT_EQ(0, outcome.code);
+        EXPECT_NE(std::string::npos, outcome.data.find("log check LOG")) << outcome.data;
+    }
+    const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}};
+    for (const auto& words : group) EXPECT_EQ(0, RunCommand(words).code);
+    for (const char* command : {"show", "errors", "stats", "check", "export", "diff", "redact", "follow"}) {
+        const Outcome outcome = RunCommand({"log", command, "--help"});
+        EXPECT_EQ(0, outcome.code);
+        EXPECT_TRUE(outcome.data.starts_with(std::string("zeltctl log ") + command)) << outcome.data;
+        EXPECT_EQ(outcome.data, RunCommand({"help", "log", command}).data);
+        EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"log", command, "--version"}).data);
+    }
+    EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"--version"}).data);
+}
+
+TEST(CommandLine, TakesWhatFollowsTwoDashesAsItIs)
+{
+    const Outcome outcome = RunCommand({"log", "show", "--", "--help"});
+    EXPECT_EQ(3, outcome.code);
+    EXPECT_NE(std::string::npos, outcome.messages.find("--help: ")) << outcome.messages;
+}
+
+struct PatternCase {
+    const char *text, *pattern;
+    bool matches;
+};
+
+TEST(Pattern, MatchesWithStarsAndQuestionMarks)
+{
+    const PatternCase cases[] = {{"Feed", "feed", true},   {"Feed", "Fee", false}, {"Feed", "*", true},
+                                 {"", "*", true},          {"", "", true},         {"", "?", false},
+                                 {"Feed", "F??d", true},   {"Feed", "F?d", false}, {"aXbXc", "a*X*c", true},
+                                 {"aaab", "*aab", true},   {"abc", "*b", false},   {"a*b", "a*b", true},
+                                 {"Feed 12", "*12", true}, {"Feed", "**d", true}};
+    for (const PatternCase& one : cases) {
+        EXPECT_EQ(one.matches, ctl::MatchesPattern(one.text, one.pattern)) << one.text << ' ' << one.pattern;
+    }
+}
+
+TEST(Json, IsEscapedAndSeparated)
+{
+    ctl::Output out;
+    ctl::JsonWriter json(out);
+    json.BeginObject()
+        .Member("a", "\"\\\n\x01é")
+        .Member("b", -3)
+        .Key("c")
+        .BeginArray()
+        .EndArray()
+        .Key("d")
+        .BeginArray();
+    json.Bool(true).BeginObject().EndObject().String("").EndArray().EndObject();
+    EXPECT_EQ("{\"a\":\"\\\"\\\\\\u000a\\u0001é\",\"b\":-3,\"c\":[],\"d\":[true,{},\"\"]}", out.Text());
+}
+
+std::string Pairs(const ctl::Alignment& alignment)
+{
+    std::string text;
+    for (const ctl::AlignedPair& pair : alignment.pairs) text += pair.a && pair.b ? '=' : pair.a ? '-' : '+';
+    return text;
+}
+
+TEST(Alignment, LeavesAsFewOverAsCanBe)
+{
+    EXPECT_EQ("", Pairs(ctl::Align({}, {})));
+    EXPECT_EQ("===", Pairs(ctl::Align({1, 2, 3}, {1, 2, 3})));
+    EXPECT_EQ("++", Pairs(ctl::Align({}, {1, 2})));
+    EXPECT_EQ("--", Pairs(ctl::Align({1, 2}, {})));
+    EXPECT_EQ("=-=", Pairs(ctl::Align({1, 2, 3}, {1, 3})));
+    EXPECT_EQ("=+=", Pairs(ctl::Align({1, 3}, {1, 2, 3})));
+    EXPECT_EQ("=-+=", Pairs(ctl::Align({1, 2, 3}, {1, 4, 3})));
+    const ctl::Alignment moved = ctl::Align({1, 2, 3, 1, 2, 2, 1}, {3, 2, 1, 2, 1, 3});
+    EXPECT_EQ(9u, moved.pairs.size());  // five are left over, four match
+    // Both sequences come whole and in order, whatever is matched.
+    std::size_t a = 0, b = 0;
+    for (const ctl::AlignedPair& pair : moved.pairs) {
+        EXPECT_EQ(pair.a ? a++ : 0, pair.a.value_or(0));
+        EXPECT_EQ(pair.b ? b++ : 0, pair.b.value_or(0));
+    }
+    EXPECT_EQ(7u, a);
+    EXPECT_EQ(6u, b);
+}
+
+TEST(Alignment, GivesUpWhereNothingIsAlike)
+{
+    const std::vector<int> a(4000, 1), b(4000, 2);
+    const ctl::Alignment alignment = ctl::Align(a, b);
+    EXPECT_FALSE(alignment.complete);
+    EXPECT_EQ(8000u, alignment.pairs.size());
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,156 @@
+// log diff: what is left out of a comparison, and what is found.
+#include <gtest/gtest.h>
+
+#include "command_runner.h"
+
+namespace zelt::test {
+namespace {
+
+std::string Call(const std::string& object, const std::string& type, const std::string& value,
+                 const std::string& method = "M")
+{
+    return "<func name=\"ICapeX::" + method + "\" direc=\"out\" object=\"" + object +
+           "\"><arg name=\"a\" direc=\"out\" type=\"" + type + "\"><argval value=\"" + value + "\"/></arg></func>\n";
+}
+
+Outcome Compare(const std::string& a, const std::string& b, const std::vector<std::string>& options = {})
+{
+    const TemporaryLog first(InLog(a)), second(InLog(b));
+    std::vector<std::string> words = {"log", "diff", first.Path(), second.Path()};
+    words.insert(words.end(), options.begin(), options.end());
+    return RunCommand(words);
+}
+
+struct AlikeCase {
+    const char* name;
+    std::string a, b;
+};
+
+const AlikeCase kAlike[] = {
+    {"times", "<info value=\"ZELT Logging started at May 1, 2026, 08:00\"/>",
+     "<info value=\"ZELT Logging started at May 2, 2026, 09:00\"/>"},
+    {"addresses", Call("F", "interface", "interface pointer 0x00000001"),
+     Call("F", "interface", "interface pointer 0x00000002")},
+    {"addresses of objects", Call("F", "interface", "interface to object &quot;G&quot; (address 0x00000001)"),
+     Call("F", "interface", "interface to object &quot;G&quot; (address 0x0000000000000002)")},
+    {"numbers of objects", Call("Stream 1", "long", "5"), Call("Stream 12", "long", "5")},
+    {"numbers in brackets", Call("Stream (1)", "long", "5"), Call("Stream (2)", "long", "5")},
+    {"numbers of objects in values", Call("F", "interface", "interface to object &quot;G1&quot; (address 0x00000001)"),
+     Call("F", "interface", "interface to object &quot;G22&quot; (address 0x00000001)")},
+    {"queries of the system",
+     "<warning value=\"P: QueryInterface for unsupported interface {00000003-0000-0000-C000-000000000046}\"/>", ""},
+    {"numbers written otherwise", Call("F", "double", "1e3"), Call("F", "double", "1000")},
+};
+
+TEST(LogDiff, LeavesOutWhatDiffersBetweenRuns)
+{
+    for (const AlikeCase& one : kAlike) {
+        const Outcome outcome = Compare(one.a, one.b);
+        EXPECT_EQ(0, outcome.code) << one.name;
+        EXPECT_EQ("", outcome.data) << one.name;
+    }
+    for (const std::string& log : kGoldenLogs) {
+        EXPECT_EQ("", RunCommand({"log", "diff", GoldenLog(log), GoldenLog(log)}).data);
+    }
+}
+
+struct DifferenceCase {
+    const char* name;
+    std::string a, b;
+    const char* first;  // line of the output
+};
+
+const DifferenceCase kDifferences[] = {
+    {"a value", Call("F", "double", "1"), Call("F", "double", "2"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> 2"},
+    {"a type", Call("F", "double", "1"), Call("F", "long", "1"),
+     "~ 3 3  ICapeX::M (F) out a: of type double -> of type long"},
+    {"a text", Call("F", "string", "&quot;1&quot;"), Call("F", "string", "&quot;2&quot;"),
+     "~ 3 3  ICapeX::M (F) out a[1]: \"1\" -> \"2\""},
+    {"a call more", "", Call("F", "long", "1"), "+ 3  ICapeX::M (F)"},
+    {"a call less", Call("F", "long", "1") + Call("F", "long", "1", "N"), Call("F", "long", "1", "N"),
+     "- 3  ICapeX::M (F)"},
+    {"another object", Call("F", "long", "1"), Call("G", "long", "1"), "- 3  ICapeX::M (F)"},
+    {"a message", "<warning value=\"w\"/>", "", "- 3  warning: w"},
+    {"an error in a call", "<func name=\"A::B\" direc=\"in\" object=\"P\"></func>",
+     "<func name=\"A::B\" direc=\"in\" object=\"P\"><error value=\"E_FAIL: x\"/></func>",
+     "~ 3 3  A::B (P) error: (nothing) -> E_FAIL: x"},
+    {"NaN", Call("F", "double", "1"), Call("F", "double", "N/A"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> N/A"},
+};
+
+TEST(LogDiff, SaysWhatDiffers)
+{
+    for (const DifferenceCase& one : kDifferences) {
+        const Outcome outcome = Compare(one.a, one.b);
+        EXPECT_EQ(1, outcome.code) << one.name;
+        ASSERT_FALSE(outcome.data.empty()) << one.name;
+        EXPECT_EQ(one.first, LinesOf(outcome.data)[0]);
+        EXPECT_EQ(1, Compare(one.b, one.a).code) << one.name;
+        EXPECT_NE(std::string::npos, Compare(one.a, one.b, {"--json"}).data.find("\"differences\":[\n{")) << one.name;
+    }
+}
+
+// The golden logs have placeholders where runs differ. A repeated run: other times and addresses, other numbers.
+std::string Repeated(std::string log)
+{
+    const auto replace = [&](const std::string& from, const std::string& to) {
+        for (std::size_t at = log.find(from); at != std::string::npos; at = log.find(from, at + to.size())) {
+            log.replace(at, from.size(), to);
+        }
+    };
+    replace("at DATE", "at November 22, 2026, 23:59");
+    replace("0xADDRESS", "0x0F0F");
+    replace("object=\"feed 1\"", "object=\"feed 7\"");
+    return log;
+}
+
+TEST(LogDiff, FindsNothingInARepeatedRunAndTheCallThatItLacks)
+{
+    for (const std::string& name : kGoldenLogs) {
+        const std::string log = ReadBytes(GoldenLog(name));
+        const TemporaryLog repeated(Repeated(log));
+        const Outcome outcome = RunCommand({"log", "diff", GoldenLog(name), repeated.Path()});
+        EXPECT_EQ(0, outcome.code) << name;
+        EXPECT_EQ("", outcome.data) << name;
+
+        // Without its last call but one.
+        const std::size_t last = log.rfind("\n<func "), start = log.rfind("\n<func ", last - 1) + 1;
+        const TemporaryLog shorter(Repeated(log.substr(0, start) + log.substr(log.find("\n</func>", start) + 10)));
+        const auto lines = LinesOf(RunCommand({"log", "diff", GoldenLog(name), shorter.Path()}).data);
+        ASSERT_LE(2u, lines.size()) << name;
+        EXPECT_TRUE(lines[0].starts_with("- " + std::to_string(LinesOf(log.substr(0, start)).size() + 1) + "  "))
+            << lines[0];
+        EXPECT_EQ(std::string::npos, lines[0].find("(nothing)"));
+    }
+}
+
+TEST(LogDiff, FindsTheOneValueThatWasChanged)
+{
+    std::string log = ReadBytes(GoldenLog("sample_simulator_11"));
+    const std::size_t at = log.find("value=\"353.2\"", log.find("::GetOverallProp"));
+    log.replace(at, 13, "value=\"353.3\"");
+    const TemporaryLog changed(log);
+    const Outcome outcome = RunCommand({"log", "diff", GoldenLog("sample_simulator_11"), changed.Path()});
+    EXPECT_EQ(1, outcome.code);
+    EXPECT_EQ(
+        "~ 1499 1499  ICapeThermoMaterial::GetOverallProp (Feed) out results[1]: 353.2 -> 353.3\n"
+        "Values that differ: 1; calls and messages of the first log alone: 0, of the second alone: 0; the first "
+        "difference "
+        "is in line 1499 of the first\n",
+        outcome.data);
+}
+
+TEST(LogDiff, TakesNumbersAsEqualWithinTheTolerance)
+{
+    const auto code = [](const char* a, const char* b, const char* tolerance) {
+        return Compare(Call("F", "double", a), Call("F", "double", b), {"--tolerance", tolerance}).code;
+    };
+    EXPECT_EQ(0, code("100", "101", "0.01"));
+    EXPECT_EQ(1, code("100", "102", "0.01"));
+    EXPECT_EQ(0, code("-100", "-101", "0.01"));
+    EXPECT_EQ(1, code("0", "1e-300", "0.5"));
+    EXPECT_EQ(1, code("1", "inf", "0.5"));
+    EXPECT_EQ(1, code("1", "N/A", "1"));
+}
+
+}  // namespace
+}  // namespace zelt::test

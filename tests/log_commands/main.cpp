@@ -1,0 +1,7 @@
+#include <gtest/gtest.h>
+
+int main(int count, char** words)
+{
+    testing::InitGoogleTest(&count, words);
+    return RUN_ALL_TESTS();
+}

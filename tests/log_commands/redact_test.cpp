@@ -1,0 +1,162 @@
+// log redact: nothing of the user's is left, and everything else is.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+
+#include "command_runner.h"
+#include "ctl/log/message_redaction.h"
+
+namespace zelt::test {
+namespace {
+
+// The texts of a log between escaped quotes, and the names of objects: what may name something.
+std::set<std::string> NamesIn(const std::string& log)
+{
+    std::set<std::string> names;
+    const std::regex pattern("object=\"([^\"]+)\"|[\" ]&quot;([^&]+)&quot;");
+    for (std::sregex_iterator at(log.begin(), log.end(), pattern), end; at != end; ++at) {
+        names.insert((*at)[1].matched ? (*at)[1].str() : (*at)[2].str());
+    }
+    return names;
+}
+
+std::string Redacted(const std::string& path) { return RunCommand({"log", "redact", path}).data; }
+
+TEST(LogRedact, KeepsNoNameAndNoValue)
+{
+    // Words of the standard.
+    const std::regex kept("[a-zA-Z]+(\\.D[a-zA-Z]+)?");
+    for (const std::string& log : kGoldenLogs) {
+        const std::string original = ReadBytes(GoldenLog(log)), redacted = Redacted(GoldenLog(log));
+        ASSERT_EQ(LinesOf(original).size(), LinesOf(redacted).size());
+        int own = 0;
+        for (const std::string& name : NamesIn(redacted)) {
+            if (name.starts_with("redacted-"))
+                ++own;
+            else
+                EXPECT_TRUE(std::regex_match(name, kept)) << name;
+        }
+        EXPECT_GT(own, 20);
+        for (const char* secret : {"Aromatics", "Benzene", "Methanol", "Hydrogen", "Feed", "SampleSimulator", "71-43-2",
+                                   "353.2", "0.333333", "colour", "Temperature limits", "at DATE"}) {
+            EXPECT_EQ(std::string::npos, redacted.find(secret)) << log << ' ' << secret;
+        }
+    }
+}
+
+TEST(LogRedact, KeepsStructureAndStatistics)
+{
+    const std::regex names("\"name\":\"[^\"]*\"");
+    for (const std::string& log : kGoldenLogs) {
+        const TemporaryLog redacted(Redacted(GoldenLog(log)));
+        const auto methods = [](const std::string& path) {
+            std::string text = RunCommand({"log", "stats", "--sort", "name", path}).data;
+            return text.substr(0, text.find("\n\n"));
+        };
+        EXPECT_EQ(methods(GoldenLog(log)), methods(redacted.Path()));
+        const auto total = [](const std::string& path) {
+            return LinesOf(RunCommand({"log", "stats", path}).data).back();
+        };
+        EXPECT_EQ(total(GoldenLog(log)), total(redacted.Path()));
+        // Tags line by line; the indentation of messages has its oddities, which are not kept.
+        const auto original = LinesOf(ReadBytes(GoldenLog(log))), now = LinesOf(ReadBytes(redacted.Path()));
+        const std::regex values("^ *(?=<[iwe])|(value|object)=\"[^\"]*\"");
+        ASSERT_EQ(original.size(), now.size());
+        for (std::size_t i = 0; i < now.size(); ++i) {
+            ASSERT_EQ(std::regex_replace(original[i], values, ""), std::regex_replace(now[i], values, "")) << i + 1;
+        }
+    }
+}
+
+TEST(LogRedact, ReplacesTheSameByTheSameAndDiffersFromRunToRun)
+{
+    const std::string entries =
+        "<func name=\"A::B\" direc=\"in\" object=\"Secret\"><arg name=\"n\" direc=\"out\" type=\"string\">"
+        "<argval value=\"&quot;Secret&quot;\"/></arg></func>\n"
+        "<func name=\"A::B\" direc=\"in\" object=\"Secret\"></func>\n";
+    const TemporaryLog log(InLog(entries));
+    const std::string first = Redacted(log.Path()), second = Redacted(log.Path());
+    EXPECT_EQ(1u, NamesIn(first).size());
+    EXPECT_NE(NamesIn(first), NamesIn(second));
+}
+
+TEST(LogRedact, LeavesALogCutOffWhereItWas)
+{
+    const std::string whole = ReadBytes(ZELT_TESTS "/log_commands/conversation.zlg");
+    const auto lines = LinesOf(whole);
+    std::size_t size = 0;
+    for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+        size += lines[i].size() + 1;
+        if (i < 3) continue;
+        const TemporaryLog log(whole.substr(0, size));
+        const std::string redacted = Redacted(log.Path());
+        ASSERT_EQ(i + 1, LinesOf(redacted).size()) << redacted;
+        const TemporaryLog again(redacted);
+        const auto open = [](const std::string& path) {
+            std::string rules;
+            for (const std::string& line : LinesOf(RunCommand({"log", "check", path}).data)) {
+                if (line.find(": open-call: ") != std::string::npos) rules += line.substr(0, line.find(' '));
+            }
+            return rules;
+        };
+        ASSERT_EQ(open(log.Path()), open(again.Path())) << i + 1;
+    }
+}
+
+struct MessageCase {
+    ctl::EventKind kind;
+    const char *text, *pattern;
+};
+
+TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
+{
+    using ctl::EventKind;
+    const char* const alias = "redacted-[0-9a-f]{10}";
+    const MessageCase cases[] = {
+        {EventKind::Info, "Creating Secret", "Creating A"},
+        {EventKind::Info, "Object type: CAPE-OPEN version 1.0 Reaction Package",
+         "Object type: CAPE-OPEN version 1\\.0 Reaction Package"},
+        {EventKind::Error, "Invalid type for argument props: expected VT_ARRAY|VT_BSTR",
+         "Invalid type for argument props: expected VT_ARRAY\\|VT_BSTR"},
+        {EventKind::Error, "This object should be considered read-only", "This object should be considered read-only"},
+        {EventKind::Error, "ECapeInvalidArgumentHR: Secret", "ECapeInvalidArgumentHR: A"},
+        {EventKind::Error, "0x80041234: Secret: more", "0x80041234: A"},
+        {EventKind::Error, "E_FAIL: ", "E_FAIL: "},
+        {EventKind::Error, "Uncaught exception during function call: Secret",
+         "Uncaught exception during function call: A"},
+        {EventKind::Error, "Uncaught SEH exception during function call: EXCEPTION_ACCESS_VIOLATION: at 0x12",
+         "Uncaught SEH exception during function call: EXCEPTION_ACCESS_VIOLATION: A"},
+        {EventKind::Warning, "Secret: QueryInterface for unsupported interface ICapeX",
+         "A: QueryInterface for unsupported interface ICapeX"},
+        {EventKind::Warning, "Secret: QueryInterface for unsupported interface {1234}",
+         "A: QueryInterface for unsupported interface A"},
+        {EventKind::Warning,
+         "Secret: QueryInterface not returning supported interface ICapeX: object does not expose it (returning "
+         "E_NOINTERFACE)",
+         "A: QueryInterface not returning supported interface ICapeX: object does not expose it \\(returning "
+         "E_NOINTERFACE\\)"},
+        {EventKind::Warning,
+         "Object \"Sec\"ret\" (type: Material Object) is not released at final release of \"P\" (reference count 12)",
+         "Object \"A\" \\(type: Material Object\\) is not released at final release of \"A\" \\(reference count 12\\)"},
+        {EventKind::Error, "Failed to get name from object: Secret", "Failed to get name from object: A"},
+        {EventKind::Error, "Secret", "A"},
+        {EventKind::Warning, "E_FAIL: QueryInterface for unsupported interface ICapeX",
+         "A: QueryInterface for unsupported interface ICapeX"},
+        {EventKind::Error, "E_FAIL: x: QueryInterface for unsupported interface ICapeX", "E_FAIL: A"},
+        {EventKind::Info, "Creating user selected unit operation: Secret", "Creating user selected unit operation: A"},
+        {EventKind::Warning, "Object reports rediculously high max file size.",
+         "Object reports rediculously high max file size\\."},
+        {EventKind::Error, "Secret words of a later version", "A"},
+        {EventKind::Error, "", ""},
+    };
+    const ctl::LogAliases aliases;
+    for (const MessageCase& one : cases) {
+        const std::string redacted = ctl::RedactMessage({one.kind, false, false, 0, 1, {}, one.text}, aliases);
+        std::string pattern = std::regex_replace(std::string(one.pattern), std::regex("\\bA\\b"), alias);
+        EXPECT_TRUE(std::regex_match(redacted, std::regex(pattern))) << redacted << " for " << pattern;
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test

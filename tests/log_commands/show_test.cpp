@@ -1,0 +1,181 @@
+// log show, log errors, log stats: filters, results, logs that are cut off, logs that are none.
+#include <gtest/gtest.h>
+
+#include "command_runner.h"
+
+namespace zelt::test {
+namespace {
+
+const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
+
+struct KeptCase {
+    const char* name;
+    std::vector<std::string> words;
+    int code;
+};
+
+// Each form of output, whole, over a log that has something of everything.
+const KeptCase kKept[] = {
+    {"show.txt", {"log", "show"}, 0},
+    {"show_calls.txt", {"log", "show", "--calls"}, 0},
+    {"errors.txt", {"log", "errors"}, 1},
+    {"errors.json", {"log", "errors", "--json"}, 1},
+    {"stats.txt", {"log", "stats"}, 0},
+    {"stats.json", {"log", "stats", "--json"}, 0},
+    {"check.txt", {"log", "check"}, 1},
+    {"check.json", {"log", "check", "--json"}, 1},
+    {"export.csv", {"log", "export", "--csv"}, 0},
+    {"export.json", {"log", "export", "--json"}, 0},
+    {"export.html", {"log", "export", "--html"}, 0},
+};
+
+TEST(LogCommands, WriteTheKeptOutputs)
+{
+    for (const KeptCase& kept : kKept) {
+        SCOPED_TRACE(kept.name);
+        std::vector<std::string> words = kept.words;
+        words.push_back(kConversation);
+        const Outcome outcome = RunCommand(words);
+        EXPECT_EQ(kept.code, outcome.code);
+        EXPECT_EQ("", outcome.messages);
+        ExpectKept(kept.name, outcome.data);
+    }
+}
+
+TEST(LogCommands, WriteTheKeptOutputsOfTheGoldenLogs)
+{
+    for (const std::string& log : kGoldenLogs) {
+        for (const char* command : {"errors", "stats", "check"}) {
+            SCOPED_TRACE(log + ' ' + command);
+            ExpectKept(log + '_' + command + ".txt", RunCommand({"log", command, GoldenLog(log)}).data);
+        }
+        const Outcome calls = RunCommand({"log", "show", "--calls", "--direction", "out", GoldenLog(log)});
+        ExpectKept(log + "_show.txt", calls.data);
+    }
+}
+
+struct FilterCase {
+    std::vector<std::string> options;
+    std::vector<int> lines;  // of the calls that are shown
+};
+
+const FilterCase kFilters[] = {
+    {{}, {6, 9, 15, 26, 42, 49, 66}},
+    {{"--object", "feed (2)"}, {26, 42}},
+    {{"--object", "F*d (?)"}, {26, 42}},
+    {{"--object", "Feed"}, {}},
+    {{"--interface", "ICapeUtilities"}, {6, 66}},
+    {{"--method", "Get*"}, {26, 49}},
+    {{"--direction", "out"}, {26, 42}},
+    {{"--direction=in", "--method=Get*"}, {49}},
+    {{"--result", "failed"}, {15, 66}},
+    {{"--result", "ok"}, {6, 9, 26, 42, 49}},
+    {{"--result", "violation"}, {15}},
+    {{"--result", "warning"}, {9, 26}},
+    {{"--result", "ok", "--direction", "out"}, {26, 42}},
+};
+
+TEST(LogShow, ShowsTheCallsThatPassTheFilter)
+{
+    for (const FilterCase& filter : kFilters) {
+        std::vector<std::string> words = {"log", "show", kConversation, "--calls"};
+        words.insert(words.end(), filter.options.begin(), filter.options.end());
+        const Outcome outcome = RunCommand(words);
+        EXPECT_EQ(0, outcome.code);
+        std::vector<int> lines;
+        for (const std::string& line : LinesOf(outcome.data)) {
+            const std::size_t mark = line.find_first_not_of(' ', 8);
+            if (line[mark] == '>' || line[mark] == '<') lines.push_back(std::stoi(line));
+        }
+        EXPECT_EQ(filter.lines, lines) << (filter.options.empty() ? "" : filter.options[0] + filter.options.back());
+    }
+}
+
+TEST(LogShow, CountsLinesBeyondSixteenBits)
+{
+    std::string entries;
+    for (int i = 0; i < 70'000; ++i) entries += "<info value=\"x\"/>\r\n";
+    const TemporaryLog log(InLog(entries + "<error value=\"last\"/>\r\n"));
+    EXPECT_EQ("70003: violation: last\n", RunCommand({"log", "errors", log.Path()}).data);
+}
+
+TEST(LogShow, ShowsWhatStandsBeforeTheCut)
+{
+    const std::string whole = ReadBytes(kConversation);
+    const std::string shown = RunCommand({"log", "show", kConversation}).data;
+    const std::size_t end = whole.find("</zeltlogdocument>");
+    for (std::size_t cut = whole.find("/>") + 2; cut < end; cut += 7) {
+        const TemporaryLog log(whole.substr(0, cut));
+        const Outcome outcome = RunCommand({"log", "show", log.Path()});
+        ASSERT_EQ(0, outcome.code) << cut;
+        ASSERT_NE(std::string::npos, outcome.messages.find("cut off or damaged")) << cut;
+        // The last line may lack values that the whole log has.
+        const std::size_t last = outcome.data.rfind('\n', outcome.data.size() - 2) + 1;
+        ASSERT_EQ(shown.substr(0, last), outcome.data.substr(0, last)) << cut;
+    }
+}
+
+TEST(LogCommands, RefuseWhatIsNoLog)
+{
+    const std::string contents[] = {"", "text", "<?xml version=\"1.0\"?><page><info value=\"x\"/></page>",
+                                    "\x89PNG\r\n"};
+    for (const std::string& content : contents) {
+        const TemporaryLog log(content);
+        for (const char* command : {"show", "errors", "stats", "check", "redact"}) {
+            const Outcome outcome = RunCommand({"log", command, log.Path()});
+            EXPECT_EQ(3, outcome.code) << command << ' ' << content;
+            EXPECT_NE(std::string::npos, outcome.messages.find("no log of ZELT")) << outcome.messages;
+        }
+    }
+    const Outcome missing = RunCommand({"log", "show", ZELT_TESTS "/missing.zlg"});
+    EXPECT_EQ(3, missing.code);
+    EXPECT_NE(std::string::npos, missing.messages.find("No such file")) << missing.messages;
+}
+
+TEST(LogCommands, SayWhenAFileCannotBeRead)
+{
+    // A folder can be opened here, but not read; elsewhere not even that.
+    for (const char* command : {"show", "errors", "stats", "check", "redact"}) {
+        const Outcome outcome = RunCommand({"log", command, ZELT_TESTS});
+        EXPECT_EQ(3, outcome.code) << command;
+        EXPECT_NE("", outcome.messages) << command;
+    }
+    for (const char* form : {"--html", "--json", "--csv"}) {
+        EXPECT_EQ(3, RunCommand({"log", "export", form, ZELT_TESTS "/missing.zlg"}).code) << form;
+    }
+    EXPECT_EQ(3, RunCommand({"log", "diff", ZELT_TESTS "/missing.zlg", kConversation}).code);
+    EXPECT_EQ(3, RunCommand({"log", "diff", kConversation, ZELT_TESTS "/missing.zlg"}).code);
+    EXPECT_EQ(3, RunCommand({"log", "follow", "--idle", "0", ZELT_TESTS "/missing.zlg"}).code);
+}
+
+TEST(LogCommands, AnswerInUtf8WhateverTheNames)
+{
+    const TemporaryLog log(
+        InLog("<func name=\"A::B\" direc=\"in\" object=\"Sch\u00fctt \u6c34\"/>\n<error value=\"\u00e9\"/>\n"),
+        "Pr\u00fcfung \u6c34");
+    EXPECT_EQ("       3  > A::B  Sch\u00fctt \u6c34\n       4  error: \u00e9\n",
+              RunCommand({"log", "show", log.Path()}).data);
+    EXPECT_EQ(LinesOf(RunCommand({"log", "stats", log.Path()}).data)[4],
+              "         1          0          0          0  Sch\u00fctt \u6c34");
+    EXPECT_NE(std::string::npos,
+              RunCommand({"log", "export", "--json", log.Path()}).data.find("\"object\":\"Sch\u00fctt \u6c34\""));
+    EXPECT_NE(std::string::npos, RunCommand({"log", "export", "--html", log.Path()}).data.find("Pr\u00fcfung \u6c34"));
+    EXPECT_NE("", RunCommand({"log", "show", "--object", "sch\u00fctt*", log.Path()}).data);
+    const TemporaryLog latin(
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><zeltlogdocument><info value=\"\xe9\"/></zeltlogdocument>");
+    EXPECT_EQ("       1  info: \u00e9\n", RunCommand({"log", "show", latin.Path()}).data);
+}
+
+TEST(LogStats, SortsByTheColumnThatIsAskedFor)
+{
+    const auto first = [](const std::string& column) {
+        return LinesOf(RunCommand({"log", "stats", "--sort", column, kConversation}).data)[1];
+    };
+    EXPECT_NE(std::string::npos, first("name").find("ICapeThermoCompounds::GetCompoundConstant"));
+    EXPECT_NE(std::string::npos, first("failures").find("ICapeThermoPropertyRoutine::CalcSinglePhaseProp"));
+    EXPECT_NE(std::string::npos, first("violations").find("ICapeThermoPropertyRoutine::CalcSinglePhaseProp"));
+    EXPECT_EQ(2, RunCommand({"log", "stats", "--sort", "colour", kConversation}).code);
+}
+
+}  // namespace
+}  // namespace zelt::test
