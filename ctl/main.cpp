@@ -11,6 +11,7 @@
 #include <io.h>
 
 #include "core/narrow.h"
+#include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #endif
 
@@ -29,6 +30,9 @@ int RunProgram(const std::vector<std::string>& words)
     add(ExportCommands());
 #endif
     add(LogCommands());
+#ifdef _WIN32
+    add(DoctorCommands());
+#endif
     return Run(commands, words, streams);
 }
 
