@@ -64,6 +64,12 @@ bool Contains(const Findings& findings, const Finding& wanted)
     });
 }
 
+bool IsAnyMendable(const Findings& findings)
+{
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding& finding) { return finding.mend != Mend::None; });
+}
+
 void WriteJson(const Findings& mended, const Findings& left, Output& out)
 {
     JsonWriter json(out);
@@ -99,14 +105,17 @@ int ExamineInstallation(const Arguments& arguments, Streams& streams)
     const Session session;
     Installation installation = FindInstallation();
     Findings left = Examine(installation), mended;
-    if (arguments.Has("--fix") && !left.empty()) {
+    // Once ZELT is registered, more can be looked at, and mended.
+    for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyMendable(left); ++pass) {
         MendFindings(left, installation, streams.messages);
         installation = FindInstallation();
         Findings now = Examine(installation);
+        const std::size_t before = mended.size();
         for (const Finding& finding : left) {
             if (!Contains(now, finding)) mended.push_back(finding);
         }
         left = std::move(now);
+        if (mended.size() == before) break;
     }
     if (arguments.Has("--json")) {
         WriteJson(mended, left, streams.data);

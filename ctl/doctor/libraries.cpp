@@ -3,7 +3,9 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <map>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "com/failure.h"
@@ -21,7 +23,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 
 constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
-constexpr char kEffect[] = "calls through them fail between a simulator and ZELT";
+constexpr char kEffect[] = "some calls between a simulator and ZELT fail";
 
 // The system's marshallers that work from type libraries: for interfaces of automation, and for dispatch interfaces.
 constexpr const wchar_t* kLibraryMarshallers[] = {L"{00020424-0000-0000-C000-000000000046}",
@@ -78,7 +80,7 @@ void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings
     if (IsLibrary(path, library.facts.libid)) return;
     Finding finding = {"library-file", "The file \"" + Utf8(path) + "\" is not there, or does not hold the type library \"" +
                                            Utf8(library.facts.description) + "\" that is registered from it",
-                       "calls through its interfaces fail between a simulator and ZELT",
+                       kEffect,
                        "install the program again that brought it"};
     if (!library.sharedFile) {
         finding.remedy = kRegisterAgain;
@@ -92,12 +94,27 @@ void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings
 
 enum class InterfaceState { Sound, Missing, WithoutMarshaller, WithoutLibrary };
 
-InterfaceState StateOf(const LibraryInterface& member, REGSAM view)
+// Whether type libraries are registered. Hundreds of interfaces name the same few.
+class RegisteredLibraries {
+public:
+    bool Contain(REGSAM view, const std::wstring& path)
+    {
+        const auto known = answers.find({view, path});
+        if (known != answers.end()) return known->second;
+        return answers[{view, path}] = LookUpEffective(view, path, L"").keyExists;
+    }
+
+private:
+    std::map<std::pair<REGSAM, std::wstring>, bool> answers;
+};
+
+InterfaceState StateOf(const LibraryInterface& member, REGSAM view, RegisteredLibraries& libraries)
 {
     const std::wstring key = L"Interface\\" + GuidText(member.iid);
-    if (!LookUpEffective(view, key, L"").keyExists) return InterfaceState::Missing;
     const std::wstring marshaller = DefaultText(view, key + L"\\ProxyStubClsid32");
-    if (marshaller.empty()) return InterfaceState::WithoutMarshaller;
+    if (marshaller.empty()) {
+        return LookUpEffective(view, key, L"").keyExists ? InterfaceState::WithoutMarshaller : InterfaceState::Missing;
+    }
     bool worksFromLibrary = false;
     for (const wchar_t* one : kLibraryMarshallers) worksFromLibrary |= _wcsicmp(one, marshaller.c_str()) == 0;
     // Somebody else's marshaller needs no library.
@@ -106,7 +123,7 @@ InterfaceState StateOf(const LibraryInterface& member, REGSAM view)
     const std::wstring version = LookUpEffective(view, key + L"\\TypeLib", L"Version").text.value_or(std::wstring());
     const bool registered =
         !libid.empty() &&
-        LookUpEffective(view, L"TypeLib\\" + libid + (version.empty() ? L"" : L"\\" + version), L"").keyExists;
+        libraries.Contain(view, L"TypeLib\\" + libid + (version.empty() ? L"" : L"\\" + version));
     return registered ? InterfaceState::Sound : InterfaceState::WithoutLibrary;
 }
 
@@ -116,7 +133,8 @@ std::string Names(const std::vector<std::string>& names)
     return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
 }
 
-void CheckInterfaces(const CheckedLibrary& library, REGSAM view, Findings& findings)
+// That the library itself is not registered is told once, and not for each interface.
+void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryRegistered, Findings& findings)
 {
     struct Row {
         InterfaceState state;
@@ -128,34 +146,39 @@ void CheckInterfaces(const CheckedLibrary& library, REGSAM view, Findings& findi
         {InterfaceState::WithoutMarshaller, "interface-marshaller", " registered without a marshaller"},
         {InterfaceState::WithoutLibrary, "interface-library", " registered without a type library that exists"},
     };
+    RegisteredLibraries libraries;
+    std::map<InterfaceState, std::vector<std::string>> members;
+    for (const LibraryInterface& member : library.facts.interfaces) {
+        members[StateOf(member, view, libraries)].push_back(Utf8(member.name));
+    }
     for (const Row& row : kRows) {
-        std::vector<std::string> names;
-        for (const LibraryInterface& member : library.facts.interfaces) {
-            if (StateOf(member, view) == row.state) names.push_back(Utf8(member.name));
-        }
+        if (row.state == InterfaceState::WithoutLibrary && !libraryRegistered) continue;
+        const std::vector<std::string>& names = members[row.state];
         if (names.empty()) continue;
         // Registering adds what is missing, and leaves what others have made of the standard's interfaces.
         const bool mendable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
-                            mendable ? kRegisterAgain : "install the program again that registered them",
+                            mendable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
                             mendable ? Mend::Register : Mend::None});
     }
 }
 
 void CheckLibrary(const Installation& installation, const CheckedLibrary& library, Findings& findings)
 {
+    // The views share their type libraries.
     std::set<std::wstring> files;
     for (const REGSAM view : RegistryViews()) {
         const std::wstring file = LibraryFile(library.facts, view);
-        if (file.empty()) {
+        const bool isNew = files.insert(file).second;
+        if (isNew && file.empty()) {
             findings.push_back({"library",
                                 "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
-                                "calls through its interfaces fail between a simulator and ZELT", kRegisterAgain,
+                                kEffect, kRegisterAgain,
                                 Mend::Register});
-        } else if (files.insert(file).second && (library.sharedFile || file != installation.server)) {
+        } else if (isNew && (library.sharedFile || file != installation.server)) {
             CheckFile(library, file, findings);
         }
-        CheckInterfaces(library, view, findings);
+        CheckInterfaces(library, view, !file.empty(), findings);
     }
 }
 
