@@ -51,15 +51,16 @@ bool CheckLibraryFile(const std::wstring& path, const std::string& owner, const 
     const ImageFile file = ReadImageFile(FoundInPath(path));
     const std::string quoted = Utf8(Quoted(path));
     if (file.state == ImageState::Missing) {
-        findings.push_back({"package-file", owner + " is served by " + quoted + ", which is not there", effect,
-                            kInstallComponent});
+        findings.push_back(
+            {"package-file", owner + " is served by " + quoted + ", which is not there", effect, kInstallComponent});
     } else if (file.state == ImageState::NoImage) {
         findings.push_back({"package-file", owner + " is served by " + quoted + ", which is no library of code", effect,
                             kInstallComponent});
     } else if (file.bits != kOwnBits) {
-        findings.push_back({"package-width", owner + " is served by the " + std::to_string(file.bits) + "-bit library " + quoted,
-                            effect + ", because ZELT is a " + std::to_string(kOwnBits) + "-bit program",
-                            "install the component's " + std::to_string(kOwnBits) + "-bit version, or zeltctl remove the package"});
+        findings.push_back(
+            {"package-width", owner + " is served by the " + std::to_string(file.bits) + "-bit library " + quoted,
+             effect + ", because ZELT is a " + std::to_string(kOwnBits) + "-bit program",
+             "install the component's " + std::to_string(kOwnBits) + "-bit version, or zeltctl remove the package"});
     } else {
         return true;
     }
@@ -85,9 +86,10 @@ bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& 
 {
     const std::wstring path = L"CLSID\\" + GuidText(classId);
     if (!DescribeComponent(classId)) {
-        findings.push_back({"package-class",
-                            owner + " is of the class " + Utf8(GuidText(classId)) + ", which is not registered for ZELT",
-                            effect, kInstallComponent});
+        findings.push_back(
+            {"package-class",
+             owner + " is of the class " + Utf8(GuidText(classId)) + ", which is not registered for ZELT", effect,
+             kInstallComponent});
         return false;
     }
     if (const auto library = ReadText(OwnView(), path + L"\\InprocServer32")) {
@@ -97,8 +99,9 @@ bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& 
         const auto program = ReadText(view, path + L"\\LocalServer32");
         if (program) return CheckProgramFile(*program, owner, effect, findings);
     }
-    findings.push_back({"package-class", owner + " is of the class " + Utf8(GuidText(classId)) + ", which names no server",
-                        effect, kInstallComponent});
+    findings.push_back({"package-class",
+                        owner + " is of the class " + Utf8(GuidText(classId)) + ", which names no server", effect,
+                        kInstallComponent});
     return false;
 }
 

@@ -11,9 +11,10 @@ namespace zelt::ctl {
 struct Installation {
     bool registered = false;  // any of its classes is
     Scope scope = Scope::Machine;
-    std::wstring server;       // the program that the classes name; when they differ, one that exists; may be empty
-    std::wstring registrable;  // the program that --fix registers: that one, or ZELT.EXE beside this program; may be empty
-    std::string version;       // of `registrable`, or else of this program
+    std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
+    std::wstring
+        registrable;      // the program that --fix registers: that one, or ZELT.EXE beside this program; may be empty
+    std::string version;  // of `registrable`, or else of this program
 
     std::wstring ServerOrOwn() const { return server.empty() ? registrable : server; }
 };

@@ -78,10 +78,10 @@ bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
 void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings& findings)
 {
     if (IsLibrary(path, library.facts.libid)) return;
-    Finding finding = {"library-file", "The file \"" + Utf8(path) + "\" is not there, or does not hold the type library \"" +
-                                           Utf8(library.facts.description) + "\" that is registered from it",
-                       kEffect,
-                       "install the program again that brought it"};
+    Finding finding = {"library-file",
+                       "The file \"" + Utf8(path) + "\" is not there, or does not hold the type library \"" +
+                           Utf8(library.facts.description) + "\" that is registered from it",
+                       kEffect, "install the program again that brought it"};
     if (!library.sharedFile) {
         finding.remedy = kRegisterAgain;
         finding.mend = Mend::Register;
@@ -122,8 +122,7 @@ InterfaceState StateOf(const LibraryInterface& member, REGSAM view, RegisteredLi
     const std::wstring libid = DefaultText(view, key + L"\\TypeLib");
     const std::wstring version = LookUpEffective(view, key + L"\\TypeLib", L"Version").text.value_or(std::wstring());
     const bool registered =
-        !libid.empty() &&
-        libraries.Contain(view, L"TypeLib\\" + libid + (version.empty() ? L"" : L"\\" + version));
+        !libid.empty() && libraries.Contain(view, L"TypeLib\\" + libid + (version.empty() ? L"" : L"\\" + version));
     return registered ? InterfaceState::Sound : InterfaceState::WithoutLibrary;
 }
 
@@ -157,9 +156,10 @@ void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryReg
         if (names.empty()) continue;
         // Registering adds what is missing, and leaves what others have made of the standard's interfaces.
         const bool mendable = row.state == InterfaceState::Missing || !library.sharedFile;
-        findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
-                            mendable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
-                            mendable ? Mend::Register : Mend::None});
+        findings.push_back(
+            {row.rule, Names(names) + row.wrong + InView(view), kEffect,
+             mendable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
+             mendable ? Mend::Register : Mend::None});
     }
 }
 
@@ -171,10 +171,10 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
         const std::wstring file = LibraryFile(library.facts, view);
         const bool isNew = files.insert(file).second;
         if (isNew && file.empty()) {
-            findings.push_back({"library",
-                                "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
-                                kEffect, kRegisterAgain,
-                                Mend::Register});
+            findings.push_back(
+                {"library",
+                 "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
+                 kEffect, kRegisterAgain, Mend::Register});
         } else if (isNew && (library.sharedFile || file != installation.server)) {
             CheckFile(library, file, findings);
         }

@@ -39,8 +39,9 @@ void CheckLogging(Findings& findings)
     options.Load();
     std::wstring folder;
     if (options.autoLogLocation && (!AutomaticLogFolder(folder) || !CanHoldLogs(folder))) {
-        const std::string place = folder.empty() ? "The desktop's folder cannot be found"
-                                                 : "The folder \"" + Utf8(folder) + "\" of the logs cannot be written to";
+        const std::string place = folder.empty()
+                                      ? "The desktop's folder cannot be found"
+                                      : "The folder \"" + Utf8(folder) + "\" of the logs cannot be written to";
         findings.push_back({"log-folder", place, "packages run without their logs",
                             "give yourself the right to write there, or switch zeltctl options --auto-location off"});
     }

@@ -65,7 +65,8 @@ void RewriteList() { StoredPackages().Save(); }
 void MendFindings(const Findings& findings, const Installation& installation, Output& messages)
 {
     const auto mend = [&](Mend kind, auto&& body) {
-        if (std::none_of(findings.begin(), findings.end(), [&](const Finding& one) { return one.mend == kind; })) return;
+        if (std::none_of(findings.begin(), findings.end(), [&](const Finding& one) { return one.mend == kind; }))
+            return;
         try {
             body();
         } catch (const std::exception& failure) {

@@ -30,8 +30,8 @@ public:
         const auto known = answers.find(key);
         if (known != answers.end()) return known->second;
         ManagerAnswer answer;
-        answer.names = ListPackages(package.kind, package.classId,
-                                    [&](const std::wstring& text) { answer.failure = Utf8(text); });
+        answer.names =
+            ListPackages(package.kind, package.classId, [&](const std::wstring& text) { answer.failure = Utf8(text); });
         return answers.emplace(key, std::move(answer)).first->second;
     }
 
@@ -46,15 +46,16 @@ void CheckInManager(const ExportedPackage& package, const std::string& owner, Ma
 {
     const ManagerAnswer& answer = managers.Of(package);
     if (!answer.failure.empty()) {
-        findings.push_back({"package-manager", owner + " comes from a manager that fails (" + answer.failure + ")", kNotMade,
-                            "ask the vendor of the manager, or zeltctl remove the package"});
+        findings.push_back({"package-manager", owner + " comes from a manager that fails (" + answer.failure + ")",
+                            kNotMade, "ask the vendor of the manager, or zeltctl remove the package"});
         return;
     }
     const auto& names = *answer.names;
     const bool listed = std::any_of(names.begin(), names.end(),
                                     [&](const std::wstring& name) { return SameName(name, package.sourceName); });
     if (listed) return;
-    findings.push_back({"package-name", owner + " is \"" + Utf8(package.sourceName) + "\" in its manager, which does not list that",
+    findings.push_back({"package-name",
+                        owner + " is \"" + Utf8(package.sourceName) + "\" in its manager, which does not list that",
                         kNotMade, "zeltctl remove the package, and zeltctl add it under its present name"});
 }
 
@@ -98,11 +99,12 @@ void CheckPackages(Findings& findings)
     LoadPackages();
     const ExportedPackageList& list = ExportedPackages();
     for (const int number : list.LeftOut()) {
-        findings.push_back({"package-entry",
-                            "The entry Package" + std::to_string(number) + " of the list of packages is missing or cannot be read",
-                            "its package is not exported",
-                            "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
-                            Mend::RewriteList});
+        findings.push_back(
+            {"package-entry",
+             "The entry Package" + std::to_string(number) + " of the list of packages is missing or cannot be read",
+             "its package is not exported",
+             "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
+             Mend::RewriteList});
     }
     CheckDuplicates(list, findings);
     ManagerAnswers managers;

@@ -88,22 +88,22 @@ void CheckClass(const Installation& installation, const ServedClass& served, Fin
         if (inClass && !LookUpEffective(view, root, L"").keyExists) {
             if (!missing.insert(view).second) continue;
             findings.push_back({"class", owner + " is not registered" + InView(view),
-                                std::string(Simulators(view)) + " do not find it",
-                                kRegisterAgain, Mend::Register});
+                                std::string(Simulators(view)) + " do not find it", kRegisterAgain, Mend::Register});
             continue;
         }
         const std::wstring place = PlaceBelow(inClass ? root : L"", fault.expected);
         const Meaning& meaning = inClass ? MeaningOf(kClassMeanings, place) : MeaningOf(kOtherMeanings, place);
         if (!told.insert({meaning.rule, view}).second) continue;
         if (inClass && place == L"LocalServer32" && LacksQuotes(fault)) {
-            findings.push_back({"server-quotes",
-                                owner + " names the path \"" + Utf8(*fault.found.text) + "\" without quotes" + InView(view),
-                                "a program whose name is the beginning of the path could be started in its place",
-                                kRegisterAgain, Mend::Register});
+            findings.push_back(
+                {"server-quotes",
+                 owner + " names the path \"" + Utf8(*fault.found.text) + "\" without quotes" + InView(view),
+                 "a program whose name is the beginning of the path could be started in its place", kRegisterAgain,
+                 Mend::Register});
             continue;
         }
-        findings.push_back({meaning.rule, Difference(owner, place, fault) + InView(view), meaning.effect, kRegisterAgain,
-                            Mend::Register});
+        findings.push_back({meaning.rule, Difference(owner, place, fault) + InView(view), meaning.effect,
+                            kRegisterAgain, Mend::Register});
     }
 }
 

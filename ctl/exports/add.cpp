@@ -15,9 +15,8 @@ namespace {
 // The package's name in the manager's own spelling.
 std::wstring NameInManager(const ChosenComponent& manager, const std::string& package, Output& messages)
 {
-    const auto names = ListPackages(manager.kind, manager.component.classId, [&](const std::wstring& text) {
-        messages << "zeltctl: " << Utf8(text) << '\n';
-    });
+    const auto names = ListPackages(manager.kind, manager.component.classId,
+                                    [&](const std::wstring& text) { messages << "zeltctl: " << Utf8(text) << '\n'; });
     const std::string managerName = Utf8(manager.component.name);
     if (!names) throw Refusal("\"" + managerName + "\" does not tell its packages");
     const std::wstring wanted = Wide(package);
@@ -60,7 +59,8 @@ int AddExport(const Arguments& arguments, Streams& streams)
     StoredPackages stored;
     package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->sourceName);
     if (IsExported(stored.List(), package->exportedName)) {
-        throw Refusal("a package is exported as \"" + Utf8(package->exportedName) + "\" already; --name gives it another name");
+        throw Refusal("a package is exported as \"" + Utf8(package->exportedName) +
+                      "\" already; --name gives it another name");
     }
     CheckStorable(*package);
     stored.List().Append(std::move(package));

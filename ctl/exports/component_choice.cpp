@@ -33,7 +33,8 @@ void CheckType(const std::string& type)
 bool Means(const std::wstring& word, const ComponentInfo& component)
 {
     CLSID classId;
-    if (!word.empty() && SUCCEEDED(CLSIDFromString(word.c_str(), &classId)) && classId == component.classId) return true;
+    if (!word.empty() && SUCCEEDED(CLSIDFromString(word.c_str(), &classId)) && classId == component.classId)
+        return true;
     return SameName(word, component.name) || SameName(word, component.displayName);
 }
 

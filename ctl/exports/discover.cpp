@@ -22,8 +22,8 @@ struct Packages {
 Packages AskManager(PackageKind kind, const ComponentInfo& manager)
 {
     Packages packages;
-    const auto names = ListPackages(
-        kind, manager.classId, [&](const std::wstring& text) { packages.failures.push_back(Utf8(text)); });
+    const auto names =
+        ListPackages(kind, manager.classId, [&](const std::wstring& text) { packages.failures.push_back(Utf8(text)); });
     if (names) packages.names = *names;
     return packages;
 }

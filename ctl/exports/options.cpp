@@ -24,7 +24,8 @@ std::optional<bool> Switch(const Arguments& arguments, const char* option)
 {
     const auto value = arguments.Value(option);
     if (!value) return {};
-    if (*value != "on" && *value != "off") throw UsageError(std::string(option) + " is on or off, not \"" + *value + '"');
+    if (*value != "on" && *value != "off")
+        throw UsageError(std::string(option) + " is on or off, not \"" + *value + '"');
     return *value == "on";
 }
 

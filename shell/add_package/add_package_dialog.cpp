@@ -101,6 +101,9 @@ void CAddPackageDlg::ProposeName()
     EnableOk();
 }
 
-void CAddPackageDlg::EnableOk() { EnableWindow(Item(IDOK), components.Selected() && CanBeExportName(ItemText(kExportName))); }
+void CAddPackageDlg::EnableOk()
+{
+    EnableWindow(Item(IDOK), components.Selected() && CanBeExportName(ItemText(kExportName)));
+}
 
 }  // namespace zelt

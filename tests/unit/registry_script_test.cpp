@@ -31,6 +31,7 @@ struct ScriptCase {
 
 TEST(RegistryScript, IsReadEntryByEntry)
 {
+    // clang-format off
     const ScriptCase cases[] = {
         {"nothing", L"HKCR { }", ""},
         {"a key", L"HKCR\r\n{\r\n    Key\r\n}\r\n", "Key\n"},
@@ -44,6 +45,7 @@ TEST(RegistryScript, IsReadEntryByEntry)
         {"replacements", L"HKCR { '%APPID%' { val M = s '%MODULE%,0' } }", "{id}\n{id} [M] \"C:\\o'b 100%\\ZELT.EXE\",0\n"},
         {"a per cent sign", L"HKCR { Key = s '%MODULE% \"%%1\"' }", "Key [] \"C:\\o'b 100%\\ZELT.EXE\" \"%1\"\n"},
     };
+    // clang-format on
     for (const ScriptCase& one : cases) {
         SCOPED_TRACE(one.name);
         EXPECT_EQ(one.entries, Entries(one.script));
@@ -52,6 +54,7 @@ TEST(RegistryScript, IsReadEntryByEntry)
 
 TEST(RegistryScript, IsRefusedWhereItIsNotUnderstood)
 {
+    // clang-format off
     const wchar_t* const scripts[] = {
         L"",
         L"HKLM { }",                        // another root
@@ -63,6 +66,7 @@ TEST(RegistryScript, IsRefusedWhereItIsNotUnderstood)
         L"HKCR { Key = s '100%' }",         // half a replacement
         L"HKCR { } Key",                    // something behind it
     };
+    // clang-format on
     for (const wchar_t* script : scripts) EXPECT_THROW(Entries(script), com::Failure) << Narrow(script);
 }
 

@@ -148,6 +148,7 @@ struct RegistryFault {
 
 TEST_F(Doctor, MendsTheRegistration)
 {
+    // clang-format off
     const RegistryFault faults[] = {
         {[] { Remove(k64, kThermoSystem); }, "class",
          "The class ZELT.ThermoSystem is not registered in the 64-bit view of the registry, so 64-bit simulators do not find it; let "
@@ -188,6 +189,7 @@ TEST_F(Doctor, MendsTheRegistration)
         {[] { Remove(k32, L"TypeLib\\{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}"); }, "library", nullptr},
         {[] { Remove(k32, L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}"); }, "library", nullptr},
     };
+    // clang-format on
     Export({});
     for (const RegistryFault& fault : faults) {
         SCOPED_TRACE(fault.sentence ? fault.sentence : fault.rule);
@@ -209,16 +211,22 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
     const std::wstring library = std::wstring(kUnitInterface) + L"\\TypeLib";
     const std::wstring before = DefaultValue(Scope::Machine, k64, library);
     Write(k64, library, L"", L"{D0C70125-0000-4000-8000-00000000000B}");
-    ExpectFinding("interface-library: The interface ICapeUnit is registered without a type library that exists in the 64-bit view of the "
-                  "registry, so some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the standard.");
+    ExpectFinding(
+        "interface-library: The interface ICapeUnit is registered without a type library that exists in the 64-bit "
+        "view of the "
+        "registry, so some calls between a simulator and ZELT fail; install the program again that registered the "
+        "interfaces of the standard.");
     ExpectLeft("interface-library");
     Write(k64, library, L"", before);
 
     const std::wstring marshaller = std::wstring(kUnitInterface) + L"\\ProxyStubClsid32";
     const std::wstring stub = DefaultValue(Scope::Machine, k32, marshaller);
     Remove(k32, marshaller);
-    ExpectFinding("interface-marshaller: The interface ICapeUnit is registered without a marshaller in the 32-bit view of the registry, so "
-                  "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the standard.");
+    ExpectFinding(
+        "interface-marshaller: The interface ICapeUnit is registered without a marshaller in the 32-bit view of the "
+        "registry, so "
+        "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the "
+        "standard.");
     ExpectLeft("interface-marshaller");
     // A marshaller of somebody's own is in order.
     Write(k32, marshaller, L"", kNowhere);
@@ -235,7 +243,8 @@ TEST_F(Doctor, WritesTheStandardsLibraryAgain)
         if (*bytes) std::ofstream(file, std::ios::binary) << bytes;
         const CommandOutcome outcome = RunZeltctl({"doctor"});
         EXPECT_EQ(1, outcome.code);
-        EXPECT_TRUE(outcome.data.starts_with("library-file: The file \"" + file.string() + "\" is not there, or does not hold the type library "))
+        EXPECT_TRUE(outcome.data.starts_with("library-file: The file \"" + file.string() +
+                                             "\" is not there, or does not hold the type library "))
             << outcome.data;
         EXPECT_EQ(1u, LinesOf(outcome.data).size());
         ExpectMended("library-file");
@@ -264,6 +273,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
     const std::string temporary = fs::temp_directory_path().string();
     const std::string error = ", so a simulator that asks for it gets an error";
     const std::string reinstall = error + "; install the component again, or zeltctl remove the package.";
+    // clang-format off
     const PackageFault faults[] = {
         {"package-class", [] { Export({{kNowhere, 1, L"", L"Planted"}}); },
          "The exported package \"Planted\" is of the class {D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT" + reinstall},
@@ -292,6 +302,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
          "The name \"PLANTED\" is exported more than once, so simulators that ask for it get the first one only; zeltctl remove the first "
          "one, and zeltctl add it under a name of its own."},
     };
+    // clang-format on
     for (const PackageFault& fault : faults) {
         SCOPED_TRACE(fault.sentence);
         fault.plant();
@@ -305,7 +316,8 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
 TEST_F(Doctor, FindsAPackageBelowAnEnvironmentVariableOrInThePath)
 {
     RegistryKey key;
-    ASSERT_EQ(ERROR_SUCCESS, key.Create(Machine(k32), ClassesPath(std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32")));
+    ASSERT_EQ(ERROR_SUCCESS,
+              key.Create(Machine(k32), ClassesPath(std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32")));
     const wchar_t text[] = L"%SystemRoot%\\system32\\ole32.dll";
     key.WriteBytes(L"", REG_EXPAND_SZ, text, sizeof text);
     Export({{kNowhere, 1, L"", L"Planted"}});
@@ -319,8 +331,10 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
     key.WriteString(L"Package2", L"no entry");
-    ExpectFinding("package-entry: The entry Package2 of the list of packages is missing or cannot be read, so its package is not exported; let "
-                  "zeltctl doctor --fix write the list without it, and zeltctl add the package again.");
+    ExpectFinding(
+        "package-entry: The entry Package2 of the list of packages is missing or cannot be read, so its package is not "
+        "exported; let "
+        "zeltctl doctor --fix write the list without it, and zeltctl add the package again.");
     {
         const PackageListHold hold;
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
@@ -347,7 +361,8 @@ TEST_F(Doctor, FindsAFolderThatTakesNoLogs)
     fs::rename(folder, aside, ignored);
     std::ofstream(folder) << "no folder";
     ExpectFinding("log-folder: The folder \"" + folder.string() +
-                  "\" of the logs cannot be written to, so packages run without their logs; give yourself the right to write there, or "
+                  "\" of the logs cannot be written to, so packages run without their logs; give yourself the right to "
+                  "write there, or "
                   "switch zeltctl options --auto-location off.");
     ExpectLeft("log-folder");
     ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off"}).code);
@@ -361,14 +376,19 @@ TEST_F(Doctor, FindsThatTheUnitOperationIsGone)
     LogOptions options;
     CLSIDFromString(kNowhere, &options.pravikUnit);
     options.Save();
-    ExpectFinding("unit-class: The unit operation that PRAVIK is set to is of the class {D0C70125-0000-4000-8000-00000000000A}, which is not "
-                  "registered for ZELT, so PRAVIK cannot make it; install it again, or choose another with zeltctl options --unit.");
+    ExpectFinding(
+        "unit-class: The unit operation that PRAVIK is set to is of the class {D0C70125-0000-4000-8000-00000000000A}, "
+        "which is not "
+        "registered for ZELT, so PRAVIK cannot make it; install it again, or choose another with zeltctl options "
+        "--unit.");
     const CommandOutcome json = RunZeltctl({"doctor", "--json", "--fix"});
     EXPECT_EQ(1, json.code);
-    EXPECT_EQ("[\n{\"rule\":\"unit-class\",\"wrong\":\"The unit operation that PRAVIK is set to is of the class "
-              "{D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT\",\"effect\":\"PRAVIK cannot make it\",\"remedy\":"
-              "\"install it again, or choose another with zeltctl options --unit\",\"fixable\":false,\"mended\":false}]\n",
-              json.data);
+    EXPECT_EQ(
+        "[\n{\"rule\":\"unit-class\",\"wrong\":\"The unit operation that PRAVIK is set to is of the class "
+        "{D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT\",\"effect\":\"PRAVIK cannot make "
+        "it\",\"remedy\":"
+        "\"install it again, or choose another with zeltctl options --unit\",\"fixable\":false,\"mended\":false}]\n",
+        json.data);
 }
 
 }  // namespace

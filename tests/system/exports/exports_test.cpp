@@ -50,6 +50,7 @@ struct AddCase {
 
 TEST_F(Exports, AreAddedAsTheDialogAddsThem)
 {
+    // clang-format off
     const AddCase cases[] = {
         {{"Sample property package manager", "Aromatics"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||"},
         // Its own spelling, a name that is free, and the log.
@@ -60,6 +61,7 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
         {{"Sample reaction package manager", "Carbonate", "--type=rp1.0"}, L"{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}|4|Carbonate|Carbonate|false||"},
         {{"Sample reaction package"}, L"{0F39FE30-B7EA-43D9-8C45-D714CCB21281}|5|Sample reaction package|Sample reaction package|false||"},
     };
+    // clang-format on
     int number = 0;
     for (const AddCase& one : cases) {
         Words words = {"add"};
@@ -72,9 +74,10 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
     }
     EXPECT_EQ("Mine  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
               RunZeltctl({"remove", "mine"}).data);
-    EXPECT_EQ("{\"name\":\"Mine\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
-              "\"component\":\"Sample property package\",\"log\":true}\n",
-              RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
+    EXPECT_EQ(
+        "{\"name\":\"Mine\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "\"component\":\"Sample property package\",\"log\":true}\n",
+        RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
 }
 
 struct RefusedCase {
@@ -87,6 +90,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
     ExportSamples();
     const Names before = StoredNames();
     const std::string longName(256, 'x');
+    // clang-format off
     const RefusedCase cases[] = {
         {{"add"}, "\"add\" takes COMPONENT [PACKAGE]"},
         {{"add", "Nothing"}, "no component \"Nothing\" is installed that can be exported"},
@@ -111,6 +115,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
         {{"log", "off", "Steam"}, "no package is exported as \"Steam\""},
         {{"list", "--log"}, "\"list\" has no option \"--log\""},
     };
+    // clang-format on
     for (const RefusedCase& refused : cases) {
         const CommandOutcome outcome = RunZeltctl(refused.words);
         EXPECT_EQ(2, outcome.code) << refused.message;
@@ -125,20 +130,24 @@ TEST_F(Exports, AreRemovedAndLoggedByTheirNames)
     ExportSamples();
     const CommandOutcome off = RunZeltctl({"log", "off", "aromatics"});
     EXPECT_EQ(0, off.code);
-    EXPECT_EQ("Aromatics  PP 1.1  log off  \"Aromatics\" of Sample property package manager {B55C9180-454E-4B78-A109-B9536A903BF9}\n",
-              off.data);
+    EXPECT_EQ(
+        "Aromatics  PP 1.1  log off  \"Aromatics\" of Sample property package manager "
+        "{B55C9180-454E-4B78-A109-B9536A903BF9}\n",
+        off.data);
     EXPECT_EQ(L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||", SettingText(L"Package1"));
     const CommandOutcome on = RunZeltctl({"log", "on", "Alone", "--json"});
     EXPECT_EQ(0, on.code);
-    EXPECT_EQ("{\"name\":\"Alone\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
-              "\"component\":\"Sample property package\",\"log\":true}\n",
-              on.data);
+    EXPECT_EQ(
+        "{\"name\":\"Alone\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "\"component\":\"Sample property package\",\"log\":true}\n",
+        on.data);
     EXPECT_EQ(0, RunZeltctl({"log", "on", "Alone"}).code) << "it is on already";
     const CommandOutcome removed = RunZeltctl({"remove", "Carbonate \xC3\xA9tude"});
     EXPECT_EQ(0, removed.code);
-    EXPECT_EQ("Carbonate \xC3\xA9tude  RP 1.0  log off  \"Carbonate\" of Sample reaction package manager "
-              "{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}\n",
-              removed.data);
+    EXPECT_EQ(
+        "Carbonate \xC3\xA9tude  RP 1.0  log off  \"Carbonate\" of Sample reaction package manager "
+        "{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}\n",
+        removed.data);
     EXPECT_EQ((Names{L"Aromatics", L"Alone", L"Lost"}), StoredNames());
     EXPECT_EQ(L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1||Alone|true||", SettingText(L"Package2"));
 }
@@ -150,14 +159,19 @@ TEST_F(Exports, AreLeftAloneWhileZeltRuns)
     {
         const auto manager = CreateManager();
         ASSERT_TRUE(manager);
-        const Words changes[] = {{"add", "Sample reaction package"}, {"remove", "Alone"}, {"log", "on", "Alone"}, {"log", "off", "Aromatics"}};
+        const Words changes[] = {{"add", "Sample reaction package"},
+                                 {"remove", "Alone"},
+                                 {"log", "on", "Alone"},
+                                 {"log", "off", "Aromatics"}};
         for (const Words& change : changes) {
             const CommandOutcome outcome = RunZeltctl(change);
             EXPECT_EQ(2, outcome.code);
             EXPECT_EQ("", outcome.data);
-            EXPECT_EQ("zeltctl: ZELT runs, and would write its own list of packages over this change; close its window and the "
-                      "simulators that use it, then try again\n",
-                      outcome.messages);
+            EXPECT_EQ(
+                "zeltctl: ZELT runs, and would write its own list of packages over this change; close its window and "
+                "the "
+                "simulators that use it, then try again\n",
+                outcome.messages);
         }
         EXPECT_EQ(0, RunZeltctl({"list"}).code);
         EXPECT_EQ(0, RunZeltctl({"options"}).code);
@@ -205,7 +219,8 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
 
 TEST_F(Exports, HaveHelpAndVersion)
 {
-    const Words commands[] = {{"list"}, {"discover"}, {"add"}, {"remove"}, {"log", "on"}, {"log", "off"}, {"options"}, {"doctor"}};
+    const Words commands[] = {{"list"},      {"discover"},   {"add"},     {"remove"},
+                              {"log", "on"}, {"log", "off"}, {"options"}, {"doctor"}};
     for (Words words : commands) {
         std::string name;
         for (const std::string& word : words) name += ' ' + word;

@@ -25,12 +25,17 @@ TEST_F(Options, AreShownAndChanged)
     EXPECT_EQ("auto-location  on\nprompt         on\nunit           ask\n",
               RunZeltctl({"options", "--auto-location", "on"}).data);
     EXPECT_TRUE(Stored().autoLogLocation);
-    EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"{34EB525A-7516-49B9-8D8E-897F4615EFE7}\",\"unitName\":\"Sample valve\"}\n",
-              RunZeltctl({"options", "--json", "--prompt=off", "--unit", "sample valve"}).data);
+    EXPECT_EQ(
+        "{\"autoLocation\":true,\"prompt\":false,\"unit\":\"{34EB525A-7516-49B9-8D8E-897F4615EFE7}\",\"unitName\":"
+        "\"Sample valve\"}\n",
+        RunZeltctl({"options", "--json", "--prompt=off", "--unit", "sample valve"}).data);
     EXPECT_FALSE(Stored().promptOpenLog);
-    EXPECT_EQ("auto-location  on\nprompt         off\nunit           {06CFC2D2-51B0-44C9-ABD7-DE63151D3C93} Sample splitter\n",
-              RunZeltctl({"options", "--unit", "{06cfc2d2-51b0-44c9-abd7-de63151d3c93}"}).data);
-    EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"}\n", RunZeltctl({"options", "--unit", "ask", "--json"}).data);
+    EXPECT_EQ(
+        "auto-location  on\nprompt         off\nunit           {06CFC2D2-51B0-44C9-ABD7-DE63151D3C93} Sample "
+        "splitter\n",
+        RunZeltctl({"options", "--unit", "{06cfc2d2-51b0-44c9-abd7-de63151d3c93}"}).data);
+    EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"}\n",
+              RunZeltctl({"options", "--unit", "ask", "--json"}).data);
     EXPECT_EQ(CLSID_NULL, Stored().pravikUnit);
 }
 
@@ -62,8 +67,10 @@ TEST_F(Options, NameAUnitOperationThatIsGone)
     LogOptions options;
     CLSIDFromString(kNowhere, &options.pravikUnit);
     options.Save();
-    EXPECT_EQ("auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a class that is not registered\n",
-              RunZeltctl({"options"}).data);
+    EXPECT_EQ(
+        "auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a class that is "
+        "not registered\n",
+        RunZeltctl({"options"}).data);
 }
 
 TEST_F(Options, AreTakenOverByAZeltThatRuns)

@@ -50,7 +50,8 @@ protected:
 
     std::string Healthy(const char* whom) const
     {
-        return "healthy: " + Narrow((folder / "ZELT.EXE").wstring(), CP_UTF8) + " 1.0.0.0, registered for " + whom + '\n';
+        return "healthy: " + Narrow((folder / "ZELT.EXE").wstring(), CP_UTF8) + " 1.0.0.0, registered for " + whom +
+               '\n';
     }
 
     fs::path folder;
@@ -63,7 +64,8 @@ TEST_F(ZeltctlProgram, RunsItsCommands)
     EXPECT_EQ("zeltctl 1.0.0\n", Run(L"--version").output);
     const Outcome added = Run(L"add \"Sample property package\" --name \"Caf\u00E9\" --log");
     EXPECT_EQ(0u, added.code);
-    EXPECT_EQ("Caf\xC3\xA9  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n", added.output);
+    EXPECT_EQ("Caf\xC3\xA9  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+              added.output);
     EXPECT_EQ(added.output, Run(L"list").output);
     EXPECT_EQ(2u, Run(L"remove Steam").code);
     EXPECT_EQ(2u, Run(L"nonsense").code);
@@ -78,7 +80,10 @@ TEST_F(ZeltctlProgram, RegistersAnInstallationThatIsNot)
     Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServer");
     const Outcome sick = Run(L"doctor");
     EXPECT_EQ(1u, sick.code);
-    EXPECT_EQ("not-registered: ZELT is not registered, so no simulator finds it; let zeltctl doctor --fix register ZELT again.\n", sick.output);
+    EXPECT_EQ(
+        "not-registered: ZELT is not registered, so no simulator finds it; let zeltctl doctor --fix register ZELT "
+        "again.\n",
+        sick.output);
     const Outcome mended = Run(L"doctor --fix");
     EXPECT_EQ(0u, mended.code);
     EXPECT_EQ("mended: not-registered: ZELT is not registered.\n" + Healthy("everybody"), mended.output);
@@ -110,7 +115,8 @@ TEST_F(ZeltctlProgram, KnowsARegistrationForTheUser)
     Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServer");
     Register(folder / "ZELT.EXE", L"/RegServerPerUser");
     EXPECT_EQ(Healthy("the current user"), Run(L"doctor").output);
-    DeleteKeyTree({HKEY_CURRENT_USER, KEY_WOW64_64KEY}, L"Software\\Classes\\CLSID\\{4CCF55DB-E332-42F8-B685-188989F8E1EC}");
+    DeleteKeyTree({HKEY_CURRENT_USER, KEY_WOW64_64KEY},
+                  L"Software\\Classes\\CLSID\\{4CCF55DB-E332-42F8-B685-188989F8E1EC}");
     EXPECT_EQ(1u, Run(L"doctor").code);
     EXPECT_EQ(0u, Run(L"doctor --fix").code);
     RegistryKey machines;
