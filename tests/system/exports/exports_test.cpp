@@ -1,9 +1,12 @@
 // list, discover, add, remove, log on and log off.
 #include <gtest/gtest.h>
 
+#include "core/log_options.h"
+#include "shell/exported_package_list.h"
 #include "shell/package_list_hold.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/scratch_registry.h"
 
 namespace zelt::test {
 namespace {
@@ -215,6 +218,26 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
     EXPECT_FALSE(PackageListEdit().Allowed());
     hold.reset();
     EXPECT_TRUE(PackageListEdit().Allowed());
+}
+
+// The main window shows a box then.
+TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
+{
+    ScratchKey scratch;
+    scratch.MakeInaccessible();
+    ExportedPackages().UseRoot(scratch.Root());
+    TheLogOptions().root = scratch.Root();
+    const Words commands[] = {
+        {"list"},    {"add", "Sample property package"}, {"remove", "Alone"}, {"log", "on", "Alone"},
+        {"options"}, {"options", "--prompt", "off"},     {"doctor"}};
+    for (const Words& words : commands) {
+        const CommandOutcome outcome = RunZeltctl(words);
+        EXPECT_EQ(3, outcome.code) << words[0];
+        EXPECT_EQ("", outcome.data);
+        EXPECT_EQ("zeltctl: Unable to access the registry; unable to store or load packages\n", outcome.messages);
+    }
+    ExportedPackages().UseRoot({});
+    TheLogOptions().root = {};
 }
 
 TEST_F(Exports, HaveHelpAndVersion)
