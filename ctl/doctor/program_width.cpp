@@ -33,10 +33,12 @@ std::optional<int> WidthOfImage(std::string_view bytes)
     const auto header = Number(bytes, kPlaceOfOffset, 4);
     if (!header || *header > bytes.size() || !bytes.substr(*header).starts_with(kHeaderMark)) return {};
     switch (Number(bytes, *header + kHeaderMark.size(), 2).value_or(0)) {
-        case 0x014C: return 32;  // x86
-        case 0x01C4: return 32;  // ARM
-        case 0x8664: return 64;  // x64
-        case 0xAA64: return 64;  // ARM64
+        case 0x014C:  // x86
+        case 0x01C4:  // ARM
+            return 32;
+        case 0x8664:  // x64
+        case 0xAA64:  // ARM64
+            return 64;
         default: return {};
     }
 }
