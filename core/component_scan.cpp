@@ -3,6 +3,7 @@
 #include <objbase.h>
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 #include <optional>
 
@@ -103,6 +104,18 @@ ClassSources InstalledClasses()
         if (view != OwnView()) sources.other = {HKEY_CLASSES_ROOT, view};
     }
     return sources;
+}
+
+std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources)
+{
+    wchar_t identity[40];
+    StringFromGUID2(classId, identity, static_cast<int>(std::size(identity)));
+    const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
+    if (Exists(sources.own, path)) return Describe(sources.own, path, identity, classId);
+    if (sources.other.key && UsableFromOtherView(sources, path)) {
+        return Describe(sources.other, path, identity, classId);
+    }
+    return {};
 }
 
 std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,

@@ -3,6 +3,7 @@
 // because a registry that cannot be read is told to the user.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -32,6 +33,9 @@ struct ClassSources {
 };
 
 ClassSources InstalledClasses();
+
+// What is registered of a class, whatever its categories; nothing when this process cannot use it.
+std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 // The components of each search, in the order of the registry; `other`'s follow `own`'s.
 std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,

@@ -65,11 +65,10 @@ bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) 
 bool AutomaticPath(std::wstring& path)
 {
     std::wstring folder;
-    if (!current->desktopFolder(folder)) {
+    if (!AutomaticLogFolder(folder)) {
         ShowMessage(L"Failed to obtain location of Desktop folder", L"Create log file:", MB_OK | MB_ICONERROR);
         return false;
     }
-    folder += L"\\ZELT logs";
     CreateDirectoryW(folder.c_str(), nullptr);
     const std::wstring base = folder + L'\\' + BaseName(current->localTime());
     path = base + L".zlg";
@@ -83,6 +82,13 @@ bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring&
 {
     options.Load();
     return options.autoLogLocation ? AutomaticPath(path) : current->saveDialog(title, path);
+}
+
+bool AutomaticLogFolder(std::wstring& folder)
+{
+    if (!current->desktopFolder(folder)) return false;
+    folder += L"\\ZELT logs";
+    return true;
 }
 
 const LogSurroundings* SetLogSurroundings(const LogSurroundings* surroundings)

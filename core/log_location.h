@@ -15,6 +15,9 @@ namespace zelt {
 // what the user has to know has been said by then.
 bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring& path);
 
+// The folder of the logs that are placed automatically, which need not be there yet. False when the desktop has no place.
+bool AutomaticLogFolder(std::wstring& folder);
+
 // What the choice depends on outside the process. A test replaces it; nothing else does.
 struct LogSurroundings {
     SYSTEMTIME (*localTime)();

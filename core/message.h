@@ -1,5 +1,5 @@
 // Message boxes without an owner: the one way the server speaks to the user outside its own windows. A test replaces the
-// function and answers itself; nothing else does.
+// function and answers itself, and so does the program without windows; nothing else does.
 #pragma once
 
 #include <windows.h>

@@ -142,6 +142,9 @@ int Run(std::span<const Command> commands, const std::vector<std::string>& words
     } catch (const UsageError& error) {
         streams.messages << "zeltctl: " << error.what() << "; zeltctl --help tells more\n";
         result = kUsage;
+    } catch (const Refusal& refusal) {
+        streams.messages << "zeltctl: " << refusal.what() << '\n';
+        result = kUsage;
     } catch (const std::bad_alloc&) {
         streams.messages << "zeltctl: out of memory\n";
         result = kUnreadable;

@@ -26,6 +26,11 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The command line is understood, and what it asks for cannot be done now. The text is for the user.
+struct Refusal : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // The input cannot be read.
 struct InputError : std::runtime_error {
     using std::runtime_error::runtime_error;

@@ -1,4 +1,5 @@
 // zeltctl: ZELT from the command line.
+#include <span>
 #include <vector>
 
 #include "ctl/command.h"
@@ -10,6 +11,8 @@
 #include <io.h>
 
 #include "core/narrow.h"
+#include "ctl/doctor/doctor.h"
+#include "ctl/exports/export_commands.h"
 #endif
 
 namespace {
@@ -19,8 +22,17 @@ int RunProgram(const std::vector<std::string>& words)
     using namespace zelt::ctl;
     Output data(stdout), messages(stderr);
     Streams streams = {data, messages};
-    const auto logCommands = LogCommands();
-    const std::vector<Command> commands(logCommands.begin(), logCommands.end());
+    std::vector<Command> commands;
+    const auto add = [&commands](std::span<const Command> more) {
+        commands.insert(commands.end(), more.begin(), more.end());
+    };
+#ifdef _WIN32
+    add(ExportCommands());
+#endif
+    add(LogCommands());
+#ifdef _WIN32
+    add(DoctorCommands());
+#endif
     return Run(commands, words, streams);
 }
 

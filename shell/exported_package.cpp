@@ -47,6 +47,13 @@ void AppendString(std::string& out, const std::wstring& text)
 
 }  // namespace
 
+const wchar_t* PackageType(PackageKind kind)
+{
+    static constexpr const wchar_t* kTypes[kPackageKinds] = {L"PP 1.1", L"PP 1.1", L"PP 1.0",
+                                                             L"PP 1.0", L"RP 1.0", L"RP 1.0"};
+    return kTypes[static_cast<unsigned>(kind)];
+}
+
 bool ExportedPackage::Parse(std::string_view multiString)
 {
     if (!ParseClassId(NextString(multiString), classId)) return false;

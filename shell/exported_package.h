@@ -22,6 +22,9 @@ enum class PackageKind : unsigned {
 // clang-format on
 inline constexpr unsigned kPackageKinds = 6;
 
+// "PP 1.1", "PP 1.0" or "RP 1.0": which of this program's managers serves packages of the kind.
+const wchar_t* PackageType(PackageKind kind);
+
 struct ExportedPackage {
     CLSID classId = CLSID{};  // The class to create: the manager's, or a stand-alone package's own.
     PackageKind kind = PackageKind::PropertyPackage11FromManager;

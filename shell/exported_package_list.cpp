@@ -49,6 +49,7 @@ int HighestNumber(const RegistryKey& key)
 void ExportedPackageList::Load()
 {
     entries.clear();
+    leftOut.clear();
     ReadEntries();
     Refresh();
 }
@@ -62,11 +63,16 @@ void ExportedPackageList::ReadEntries()
     const int count = std::min(stored, HighestNumber(key));
     for (int index = 0; index < count; ++index) {
         try {
-            if (auto package = ReadPackage(key, ValueName(static_cast<std::size_t>(index)))) Append(std::move(package));
+            if (auto package = ReadPackage(key, ValueName(static_cast<std::size_t>(index)))) {
+                Append(std::move(package));
+                continue;
+            }
         } catch (const std::bad_alloc&) {
             // An entry too large for the memory left is skipped like a bad one.
         }
+        leftOut.push_back(index + 1);
     }
+    if (stored > count) leftOut.push_back(count + 1);
 }
 
 void ExportedPackageList::Save() const

@@ -25,6 +25,9 @@ public:
     // Writes the whole list. Values of a longer list before it stay; NumPackages bounds what is read.
     void Save() const;
 
+    // The numbers of the stored entries that the last load left out; of entries that are not there, the first.
+    const std::vector<int>& LeftOut() const { return leftOut; }
+
     std::size_t Count() const { return entries.size(); }
     ExportedPackage& At(std::size_t index) { return *entries.at(index).package; }
     const ExportedPackage& At(std::size_t index) const { return *entries.at(index).package; }
@@ -55,6 +58,7 @@ private:
 
     RegistryRoot root;
     std::vector<Entry> entries;
+    std::vector<int> leftOut;
     void (*refresh)() = nullptr;
 };
 

@@ -79,7 +79,10 @@ int CZELTModule::Run(const std::wstring& tail)
     LeaveCurrentFolder();
     Options().Load();
     if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
-    if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) LoadPackages();
+    if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
+        listHold.emplace();
+        LoadPackages();
+    }
     if (plan.mode == StartMode::Interactive) kUserInterface.showMainWindow();
     return Serve();
 }
@@ -126,6 +129,7 @@ int CZELTModule::Serve()
 
     const int result = RunMessageLoop();
     classObjects.Revoke();
+    listHold.reset();
     // Other threads finish what they are about.
     if (delayShutdown) Sleep(pauseAfterLoop);
     return result;

@@ -7,12 +7,14 @@
 #include <commctrl.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "com/class_factory.h"
 #include "core/log_options.h"
 #include "shell/command_line.h"
 #include "shell/handle.h"
+#include "shell/package_list_hold.h"
 
 namespace zelt {
 
@@ -64,6 +66,8 @@ private:
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;
     com::ClassObjects classObjects;
+    // While the process can change the list.
+    std::optional<PackageListHold> listHold;
 };
 
 }  // namespace zelt

@@ -3,8 +3,6 @@
 #include <objbase.h>
 
 #include "com/failure.h"
-#include "com/type_info.h"
-#include "core/narrow.h"
 
 namespace zelt {
 
@@ -36,15 +34,6 @@ std::wstring Escaped(const std::wstring& text)
     return escaped;
 }
 
-std::wstring ScriptText(int script)
-{
-    const HMODULE module = com::ThisModule();
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(script), L"REGISTRY");
-    if (!resource) throw com::Failure(HRESULT_FROM_WIN32(GetLastError()));
-    const auto* text = static_cast<const char*>(LockResource(LoadResource(module, resource)));
-    return Widen({text, SizeofResource(module, resource)});
-}
-
 }  // namespace
 
 ClassesRootOverride::ClassesRootOverride(Scope scope)
@@ -60,10 +49,8 @@ ClassesRootOverride::~ClassesRootOverride() { RegOverridePredefKey(HKEY_CLASSES_
 Registrar::Registrar(const std::wstring& modulePath, const std::wstring& version)
 {
     com::Check(CoCreateInstance(kRegistrarClass, nullptr, CLSCTX_INPROC_SERVER, kRegistrarInterface, &registrar));
-    Replace(L"Module", Quoted(modulePath));
     Replace(L"Module_Raw", modulePath);
-    Replace(L"APPID", kApplicationId);
-    Replace(L"EXEVERSION", version);
+    for (const auto& [key, value] : ReplacementsFor(modulePath, version)) Replace(key.c_str(), value);
 }
 
 Registrar::~Registrar() = default;
@@ -79,6 +66,11 @@ HRESULT Registrar::Run(int script, bool add)
         const std::wstring text = ScriptText(script);
         return add ? registrar->StringRegister(text.c_str()) : registrar->StringUnregister(text.c_str());
     });
+}
+
+ScriptReplacements ReplacementsFor(const std::wstring& modulePath, const std::wstring& version)
+{
+    return {{L"MODULE", Quoted(modulePath)}, {L"APPID", kApplicationId}, {L"EXEVERSION", version}};
 }
 
 std::wstring Quoted(const std::wstring& path) { return L'"' + path + L'"'; }

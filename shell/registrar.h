@@ -10,6 +10,7 @@
 #include <wrl/client.h>
 
 #include "core/registry.h"
+#include "shell/registry_script.h"
 #include "shell/registry_views.h"
 
 namespace zelt {
@@ -28,8 +29,8 @@ struct IRegistrar;
 
 class Registrar {
 public:
-    // Makes the component and gives it the replacements of the scripts: Module, which also serves %MODULE%, is the
-    // program's path in double quotes, Module_Raw the bare path. Throws com::Failure.
+    // Makes the component and gives it the replacements of the scripts, and Module_Raw, the bare path. Throws
+    // com::Failure.
     Registrar(const std::wstring& modulePath, const std::wstring& version);
     ~Registrar();
     Registrar(const Registrar&) = delete;
@@ -46,6 +47,10 @@ private:
 
 // The application identifier, in its registry form.
 inline constexpr wchar_t kApplicationId[] = L"{D76CDF09-2520-4B73-9730-98028328426E}";
+
+// What the scripts here use: MODULE is the program's path in double quotes. The registrar does not tell capital from small
+// letters in their names.
+ScriptReplacements ReplacementsFor(const std::wstring& modulePath, const std::wstring& version);
 
 // The path in the double quotes that keep a path with blanks from being cut at one, or from starting another program.
 std::wstring Quoted(const std::wstring& path);

@@ -9,46 +9,26 @@
 #include "com/type_info.h"
 #include "core/narrow.h"
 #include "res/resource.h"
-#include "shell/library_facts.h"
 #include "shell/registrar.h"
+#include "shell/registration_check.h"
 #include "shell/served_classes.h"
 #include "shell/type_library_registration.h"
 
 namespace zelt {
 namespace {
 
-struct SharedLibrary {
-    int number;
-    const wchar_t* fileName;
-};
-
 // clang-format off
-constexpr SharedLibrary kSharedLibraries[] = {
-    {kStandardLibrary,      L"cape-open-1.1.tlb"},
-    {kThermoContextLibrary, L"cape-open-thermo-context-1.0.tlb"},
-};
-
 // Keys that the machine always has. Those of the user may come and go with what they hold.
 constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"TypeLib"};
 // clang-format on
 
-std::wstring ClassPath(const ServedClass& served) { return L"CLSID\\" + GuidText(served.entry.clsid); }
-
-// Reads back what activation needs: the class in every view, and the names and the application, which the views share.
-void VerifyClass(Scope scope, const ServedClass& served, const std::wstring& modulePath)
+// Everything that the script writes is there now.
+void Verify(Scope scope, int script, const std::wstring& modulePath, const std::string& version)
 {
-    const std::wstring path = ClassPath(served), classText = GuidText(served.entry.clsid);
-    const std::wstring versioned = std::wstring(served.progId) + L".1";
-    bool complete = DefaultValue(scope, OwnView(), versioned + L"\\CLSID") == classText &&
-                    DefaultValue(scope, OwnView(), std::wstring(served.progId) + L"\\CLSID") == classText &&
-                    KeyExists(scope, OwnView(), std::wstring(L"AppID\\") + kApplicationId);
-    for (const REGSAM view : RegistryViews()) {
-        complete = complete && DefaultValue(scope, view, path + L"\\LocalServer32") == Quoted(modulePath) &&
-                   DefaultValue(scope, view, path + L"\\ProgID") == versioned &&
-                   KeyExists(scope, view, path + L"\\Implemented Categories") &&
-                   KeyExists(scope, view, path + L"\\CapeDescription");
-    }
-    if (!complete || !SameInEveryView(scope, path)) throw com::Failure(SELFREG_E_CLASS);
+    const auto lookUp = [scope](REGSAM view, const std::wstring& key, const std::wstring& value) {
+        return LookUpEntry(scope, view, key, value);
+    };
+    if (!FindRegistrationFaults(script, modulePath, version, lookUp).empty()) throw com::Failure(SELFREG_E_CLASS);
 }
 
 }  // namespace
@@ -66,10 +46,11 @@ HRESULT RegisterServer(Scope scope, const std::string& version)
         }
         for (const ServedClass& served : ServedClasses()) MirrorKey(scope, ClassPath(served));
         RegisterOwnLibrary(scope, modulePath);
-        for (const SharedLibrary& library : kSharedLibraries) {
+        for (const SharedLibrary& library : SharedLibraries()) {
             RegisterMissingLibrary(scope, library.number, library.fileName);
         }
-        for (const ServedClass& served : ServedClasses()) VerifyClass(scope, served, modulePath);
+        Verify(scope, kScriptApplication, modulePath, version);
+        for (const ServedClass& served : ServedClasses()) Verify(scope, served.script, modulePath, version);
         return S_OK;
     });
 }

@@ -38,16 +38,6 @@ void MirrorKey(Scope scope, const std::wstring& path)
     }
 }
 
-bool SameInEveryView(Scope scope, const std::wstring& path)
-{
-    const auto own = ReadKeyTree(ClassesHive(scope, OwnView()), ClassesPath(path));
-    if (!own) return false;
-    for (const REGSAM view : RegistryViews()) {
-        if (ReadKeyTree(ClassesHive(scope, view), ClassesPath(path)) != own) return false;
-    }
-    return true;
-}
-
 void RemoveKey(Scope scope, const std::wstring& path)
 {
     for (const REGSAM view : RegistryViews()) CheckWin32(DeleteKeyTree(ClassesHive(scope, view), ClassesPath(path)));

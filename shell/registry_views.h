@@ -23,7 +23,6 @@ std::wstring DefaultValue(Scope scope, REGSAM view, const std::wstring& path);
 
 // Makes the key in every other view equal to that of the process's own view.
 void MirrorKey(Scope scope, const std::wstring& path);
-bool SameInEveryView(Scope scope, const std::wstring& path);
 // Removes the key and everything below it in every view.
 void RemoveKey(Scope scope, const std::wstring& path);
 // Removes the key where it holds nothing at all.

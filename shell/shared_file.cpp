@@ -43,6 +43,11 @@ bool Holds(const std::filesystem::path& path, std::string_view bytes)
 
 }  // namespace
 
+std::wstring SharedFilePath(Scope scope, const std::wstring& fileName)
+{
+    return (SharedFolder(scope) / fileName).wstring();
+}
+
 std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileName)
 {
     const std::filesystem::path folder = SharedFolder(scope);

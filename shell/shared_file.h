@@ -7,8 +7,11 @@
 
 namespace zelt {
 
-// Writes resource TYPELIB `number` to CAPE-OPEN\<fileName> below the common program files or, for the user's scope,
-// below the user's local application data, and returns the path. A file that holds the same bytes is left alone. Throws
+// CAPE-OPEN\<fileName> below the common program files or, for the user's scope, below the user's local application data.
+// Throws com::Failure.
+std::wstring SharedFilePath(Scope scope, const std::wstring& fileName);
+
+// Writes resource TYPELIB `number` there, and returns the path. A file that holds the same bytes is left alone. Throws
 // com::Failure.
 std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileName);
 

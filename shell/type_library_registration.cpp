@@ -25,6 +25,13 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
+// clang-format off
+constexpr SharedLibrary kSharedLibraries[] = {
+    {kStandardLibrary,      L"cape-open-1.1.tlb"},
+    {kThermoContextLibrary, L"cape-open-thermo-context-1.0.tlb"},
+};
+// clang-format on
+
 // The marshaller that works from type libraries.
 constexpr wchar_t kTypeLibraryMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 
@@ -75,6 +82,8 @@ void WriteInterface(Scope scope, REGSAM view, const LibraryFacts& facts, const L
 }
 
 }  // namespace
+
+std::span<const SharedLibrary> SharedLibraries() { return kSharedLibraries; }
 
 void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
 {

@@ -4,11 +4,20 @@
 // Failures are thrown as com::Failure.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "shell/registry_views.h"
 
 namespace zelt {
+
+// A library of the standard: the number of its resource, and the name of its file in the shared folder.
+struct SharedLibrary {
+    int number;
+    const wchar_t* fileName;
+};
+
+std::span<const SharedLibrary> SharedLibraries();
 
 void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath);
 void UnregisterOwnLibrary(Scope scope);

@@ -8,9 +8,6 @@
 namespace zelt {
 namespace {
 
-// The longest name that the registry's entry and a simulator's list are sure to take.
-constexpr WPARAM kLongestName = 255;
-
 constexpr LayoutRow kLayout[] = {
     {kComponentTree, kLeft | kTop | kRight | kBottom},
     {kExportNameLabel, kLeft | kBottom},
@@ -24,8 +21,6 @@ std::span<const PackageKindRow> KindsOf(PackageChoice choice)
 {
     return choice == PackageChoice::PropertyPackages10 ? PackageKindRows().subspan(2, 2) : PackageKindRows();
 }
-
-bool IsBlank(const std::wstring& text) { return text.find_first_not_of(L" \t") == std::wstring::npos; }
 
 }  // namespace
 
@@ -44,7 +39,7 @@ bool CAddPackageDlg::OnInit()
     }
     SetIcons(kIconApplication);
     layout.Attach(Window(), kLayout);
-    SendMessageW(Item(kExportName), EM_SETLIMITTEXT, kLongestName, 0);
+    SendMessageW(Item(kExportName), EM_SETLIMITTEXT, kLongestExportName, 0);
     components.Attach(Item(kComponentTree), images);
     components.Fill(KindsOf(choice), sources);
     ProposeName();
@@ -89,7 +84,7 @@ bool CAddPackageDlg::AcceptSelection()
 {
     const ComponentTree::Package* package = components.Selected();
     const std::wstring name = ItemText(kExportName);
-    if (!package || IsBlank(name)) return false;
+    if (!package || !CanBeExportName(name)) return false;
     result.classId = package->classId;
     result.kind = package->kind;
     result.sourceName = package->name;
@@ -106,6 +101,9 @@ void CAddPackageDlg::ProposeName()
     EnableOk();
 }
 
-void CAddPackageDlg::EnableOk() { EnableWindow(Item(IDOK), components.Selected() && !IsBlank(ItemText(kExportName))); }
+void CAddPackageDlg::EnableOk()
+{
+    EnableWindow(Item(IDOK), components.Selected() && CanBeExportName(ItemText(kExportName)));
+}
 
 }  // namespace zelt

@@ -14,9 +14,7 @@ void ComponentTree::Attach(HWND treeView, HIMAGELIST images)
 
 void ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources)
 {
-    std::vector<ComponentSearch> searches;
-    for (const PackageKindRow& row : kinds) searches.push_back({row.category, row.ownClass});
-    const auto found = FindComponents(searches, sources);
+    const auto found = FindPackageComponents(kinds, sources);
     for (std::size_t index = 0; index < kinds.size(); ++index) {
         if (found[index].empty()) continue;
         const PackageKindRow& row = kinds[index];

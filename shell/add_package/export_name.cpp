@@ -2,6 +2,11 @@
 
 namespace zelt {
 
+bool CanBeExportName(const std::wstring& name)
+{
+    return name.size() <= kLongestExportName && name.find_first_not_of(L" \t") != std::wstring::npos;
+}
+
 bool IsExported(const ExportedPackageList& exported, const std::wstring& name)
 {
     for (std::size_t index = 0; index < exported.Count(); ++index) {

@@ -1,11 +1,18 @@
-// The name that is proposed for a package about to be exported.
+// The name of a package about to be exported: what it may be, and what is proposed.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "shell/exported_package_list.h"
 
 namespace zelt {
+
+// The longest name that the registry's entry and a simulator's list are sure to take.
+inline constexpr std::size_t kLongestExportName = 255;
+
+// Of a fitting length, and not blank.
+bool CanBeExportName(const std::wstring& name);
 
 bool IsExported(const ExportedPackageList& exported, const std::wstring& name);
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
+#include "core/component_scan.h"
 #include "shell/exported_package.h"
 
 namespace zelt {
@@ -17,6 +19,10 @@ struct PackageKindRow {
 
 // In the order of PackageKind.
 std::span<const PackageKindRow> PackageKindRows();
+
+// The installed components of each kind, but for this program's own.
+std::vector<std::vector<ComponentInfo>> FindPackageComponents(std::span<const PackageKindRow> kinds,
+                                                              const ClassSources& sources = InstalledClasses());
 
 // The component is a manager, and its packages are what can be exported.
 constexpr bool IsManager(PackageKind kind) { return static_cast<unsigned>(kind) % 2 == 0; }

@@ -5,18 +5,10 @@
 namespace zelt {
 namespace {
 
-// Indexed by the kind.
-// clang-format off
-struct KindRow { const wchar_t* type; int image; };
-constexpr KindRow kKinds[kPackageKinds] = {
-    {L"PP 1.1", kImagePropertyPackage},
-    {L"PP 1.1", kImagePropertyPackage},
-    {L"PP 1.0", kImagePropertyPackage},
-    {L"PP 1.0", kImagePropertyPackage},
-    {L"RP 1.0", kImageReactionPackage},
-    {L"RP 1.0", kImageReactionPackage},
-};
-// clang-format on
+int ImageOf(PackageKind kind)
+{
+    return kind < PackageKind::ReactionPackage10FromManager ? kImagePropertyPackage : kImageReactionPackage;
+}
 
 enum Column : int { kNameColumn, kTypeColumn, kColumns };
 
@@ -52,14 +44,13 @@ void PackageListView::Fill(const ExportedPackageList& packages)
     ListView_DeleteAllItems(list);
     for (std::size_t index = 0; index < packages.Count(); ++index) {
         const ExportedPackage& package = packages.At(index);
-        const KindRow& kind = kKinds[static_cast<unsigned>(package.kind)];
         LVITEMW item = {};
         item.mask = LVIF_TEXT | LVIF_IMAGE;
         item.iItem = static_cast<int>(index);
         item.pszText = const_cast<wchar_t*>(package.exportedName.c_str());
-        item.iImage = kind.image;
+        item.iImage = ImageOf(package.kind);
         const int row = ListView_InsertItem(list, &item);
-        ListView_SetItemText(list, row, kTypeColumn, const_cast<wchar_t*>(kind.type));
+        ListView_SetItemText(list, row, kTypeColumn, const_cast<wchar_t*>(PackageType(package.kind)));
         ListView_SetCheckState(list, row, package.loggingEnabled);
     }
     FitColumns();

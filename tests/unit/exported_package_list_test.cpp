@@ -60,6 +60,7 @@ TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
     ExportedPackageList list(scratch.Root());
     list.Load();
     EXPECT_EQ((NameList{L"first", L"third"}), Names(list));
+    EXPECT_EQ((std::vector<int>{2}), list.LeftOut());
 
     list.Save();
     const RegistryKey key = scratch.Settings();

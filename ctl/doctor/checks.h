@@ -1,0 +1,18 @@
+// What doctor looks at, a function for each area. Each appends what it finds, and changes nothing.
+#pragma once
+
+#include "ctl/doctor/finding.h"
+#include "ctl/doctor/installation.h"
+
+namespace zelt::ctl {
+
+// The program, its classes and its application in every view, against the scripts that register them.
+void CheckRegistration(const Installation& installation, Findings& findings);
+// The type libraries by which COM carries calls between processes, their files, and each of their interfaces.
+void CheckLibraries(const Installation& installation, Findings& findings);
+// The exported packages: each can be made here, and its manager still knows it. Starts the managers.
+void CheckPackages(Findings& findings);
+// Where logs go, and what PRAVIK makes.
+void CheckLogging(Findings& findings);
+
+}  // namespace zelt::ctl

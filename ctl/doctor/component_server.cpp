@@ -1,0 +1,108 @@
+#include "ctl/doctor/component_server.h"
+
+#include <optional>
+#include <vector>
+
+#include "core/component_scan.h"
+#include "ctl/doctor/installation.h"
+#include "ctl/doctor/program_width.h"
+#include "ctl/exports/session.h"
+#include "shell/library_facts.h"
+#include "shell/registrar.h"
+
+namespace zelt::ctl {
+namespace {
+
+constexpr char kInstallComponent[] = "install the component again, or zeltctl remove the package";
+constexpr int kOwnBits = static_cast<int>(8 * sizeof(void*));
+
+// Text in which the names of environment variables stand for their values.
+std::wstring Expanded(const std::wstring& text)
+{
+    std::wstring expanded(ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
+    expanded.resize(ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size())));
+    return expanded.substr(0, expanded.find(L'\0'));
+}
+
+// The default value of a key below the classes, of either type of text; nothing when it is missing or empty.
+std::optional<std::wstring> ReadText(REGSAM view, const std::wstring& path)
+{
+    RegistryKey key;
+    if (key.Open({HKEY_CLASSES_ROOT, view}, path) != ERROR_SUCCESS) return {};
+    const auto value = key.ReadValue(L"");
+    if (!value || (value->type != REG_SZ && value->type != REG_EXPAND_SZ)) return {};
+    std::wstring text(reinterpret_cast<const wchar_t*>(value->data.data()), value->data.size() / sizeof(wchar_t));
+    text = text.substr(0, text.find(L'\0'));
+    if (text.empty()) return {};
+    return value->type == REG_EXPAND_SZ ? Expanded(text) : text;
+}
+
+// A name without a folder is looked for where the system looks for libraries.
+std::wstring FoundInPath(const std::wstring& file)
+{
+    if (file.find_first_of(L"\\/") != std::wstring::npos) return file;
+    wchar_t path[MAX_PATH];
+    const DWORD length = SearchPathW(nullptr, file.c_str(), L".dll", MAX_PATH, path, nullptr);
+    return length && length < MAX_PATH ? path : file;
+}
+
+bool CheckLibraryFile(const std::wstring& path, const std::string& owner, const std::string& effect, Findings& findings)
+{
+    const ImageFile file = ReadImageFile(FoundInPath(path));
+    const std::string quoted = Utf8(Quoted(path));
+    if (file.state == ImageState::Missing) {
+        findings.push_back(
+            {"package-file", owner + " is served by " + quoted + ", which is not there", effect, kInstallComponent});
+    } else if (file.state == ImageState::NoImage) {
+        findings.push_back({"package-file", owner + " is served by " + quoted + ", which is no library of code", effect,
+                            kInstallComponent});
+    } else if (file.bits != kOwnBits) {
+        findings.push_back(
+            {"package-width", owner + " is served by the " + std::to_string(file.bits) + "-bit library " + quoted,
+             effect + ", because ZELT is a " + std::to_string(kOwnBits) + "-bit program",
+             "install the component's " + std::to_string(kOwnBits) + "-bit version, or zeltctl remove the package"});
+    } else {
+        return true;
+    }
+    return false;
+}
+
+// A program of its own may be of either width. Its command line may have arguments: only one that is nothing but a path,
+// or begins with one in quotes, can be checked.
+bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner, const std::string& effect,
+                      Findings& findings)
+{
+    const std::wstring path = ProgramOf(commandLine);
+    const bool canBeChecked = commandLine.starts_with(L'"') || path.find(L' ') == std::wstring::npos;
+    if (!canBeChecked || path.find(L'\\') == std::wstring::npos || FileIsThere(path)) return true;
+    findings.push_back({"package-file", owner + " is served by \"" + Utf8(path) + "\", which is not there", effect,
+                        kInstallComponent});
+    return false;
+}
+
+}  // namespace
+
+bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& effect, Findings& findings)
+{
+    const std::wstring path = L"CLSID\\" + GuidText(classId);
+    if (!DescribeComponent(classId)) {
+        findings.push_back(
+            {"package-class",
+             owner + " is of the class " + Utf8(GuidText(classId)) + ", which is not registered for ZELT", effect,
+             kInstallComponent});
+        return false;
+    }
+    if (const auto library = ReadText(OwnView(), path + L"\\InprocServer32")) {
+        return CheckLibraryFile(ProgramOf(*library), owner, effect, findings);
+    }
+    for (const REGSAM view : RegistryViews()) {
+        const auto program = ReadText(view, path + L"\\LocalServer32");
+        if (program) return CheckProgramFile(*program, owner, effect, findings);
+    }
+    findings.push_back({"package-class",
+                        owner + " is of the class " + Utf8(GuidText(classId)) + ", which names no server", effect,
+                        kInstallComponent});
+    return false;
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,14 @@
+// The file that serves a component's class, and whether ZELT can use it. Reads the registry and the file; starts nothing.
+#pragma once
+
+#include <windows.h>
+
+#include "ctl/doctor/finding.h"
+
+namespace zelt::ctl {
+
+// False, and a finding, when the class or its file is not there, or the library is for other programs than ZELT.
+// `owner` begins the clause: "The exported package \"X\"".
+bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& effect, Findings& findings);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,128 @@
+#include "ctl/doctor/doctor.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "com/failure.h"
+#include "core/narrow.h"
+#include "core/system_text.h"
+#include "ctl/doctor/checks.h"
+#include "ctl/doctor/mending.h"
+#include "ctl/exports/session.h"
+#include "ctl/json_writer.h"
+
+namespace zelt::ctl {
+namespace {
+
+// clang-format off
+constexpr Option kDoctorOptions[] = {
+    {"--fix",  nullptr, "mends what is safe to mend; registering for everybody needs an administrator"},
+    {"--json", nullptr, "as JSON"},
+};
+
+constexpr Command kCommands[] = {
+    {"doctor", "", 0, 0, kDoctorOptions, "Examines the installation and the exported packages",
+     "A finding is a word for programs and a sentence: what is wrong, what it causes, how it is mended. Looked at are:\n"
+     "  not-registered, server-file, server, server-quotes, version  ZELT.EXE and the path by which Windows starts it\n"
+     "  class, category, application, program-id, description        what is registered of its classes, in both views\n"
+     "  log-files                                                    the file class of logs\n"
+     "  library, library-file                                        the type libraries, in both views\n"
+     "  interface, interface-marshaller, interface-library           each interface of the standard, in both views\n"
+     "  package-entry, package-duplicate, package-own                the list of exported packages\n"
+     "  package-class, package-file, package-width                   each package's class and its library on disk\n"
+     "  package-manager, package-name                                each manager, which is started, and its packages\n"
+     "  log-folder                                                   whether logs can be written\n"
+     "  unit-class, unit-file, unit-width                            the unit operation of PRAVIK\n"
+     "--fix registers ZELT again, writes the files of type libraries that ZELT brought, and takes entries that cannot be\n"
+     "read out of the list. The exit code is 1 when there are findings, with --fix when some are left.", ExamineInstallation},
+};
+// clang-format on
+
+Findings Examine(const Installation& installation)
+{
+    Findings findings;
+    try {
+        CheckRegistration(installation, findings);
+        CheckLibraries(installation, findings);
+    } catch (const com::Failure& failure) {
+        throw InputError("the registration cannot be examined: " + Utf8(Widen(SystemText(failure.Code()))));
+    }
+    CheckPackages(findings);
+    CheckLogging(findings);
+    return findings;
+}
+
+std::string Sentence(const Finding& finding)
+{
+    return finding.wrong + ", so " + finding.effect + "; " + finding.remedy + '.';
+}
+
+bool Contains(const Findings& findings, const Finding& wanted)
+{
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
+        return finding.rule == wanted.rule && finding.wrong == wanted.wrong;
+    });
+}
+
+bool IsAnyMendable(const Findings& findings)
+{
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding& finding) { return finding.mend != Mend::None; });
+}
+
+void WriteJson(const Findings& mended, const Findings& left, Output& out)
+{
+    JsonWriter json(out);
+    json.BeginArray();
+    const auto write = [&](const Findings& findings, bool areMended) {
+        for (const Finding& finding : findings) {
+            json.NewLine().BeginObject().Member("rule", finding.rule).Member("wrong", finding.wrong);
+            json.Member("effect", finding.effect).Member("remedy", finding.remedy);
+            json.Key("fixable").Bool(finding.mend != Mend::None).Key("mended").Bool(areMended).EndObject();
+        }
+    };
+    write(mended, true);
+    write(left, false);
+    json.EndArray();
+    out << '\n';
+}
+
+void WriteText(const Installation& installation, const Findings& mended, const Findings& left, Output& out)
+{
+    for (const Finding& finding : mended) out << "mended: " << finding.rule << ": " << finding.wrong << ".\n";
+    for (const Finding& finding : left) out << finding.rule << ": " << Sentence(finding) << '\n';
+    if (!left.empty()) return;
+    out << "healthy: " << Utf8(installation.server) << ' ' << installation.version << ", registered for "
+        << (installation.scope == Scope::User ? "the current user" : "everybody") << '\n';
+}
+
+}  // namespace
+
+std::span<const Command> DoctorCommands() { return kCommands; }
+
+int ExamineInstallation(const Arguments& arguments, Streams& streams)
+{
+    const Session session;
+    Installation installation = FindInstallation();
+    Findings left = Examine(installation), mended;
+    // Once ZELT is registered, more can be looked at, and mended.
+    for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyMendable(left); ++pass) {
+        MendFindings(left, installation, streams.messages);
+        installation = FindInstallation();
+        Findings now = Examine(installation);
+        const std::size_t before = mended.size();
+        for (const Finding& finding : left) {
+            if (!Contains(now, finding)) mended.push_back(finding);
+        }
+        left = std::move(now);
+        if (mended.size() == before) break;
+    }
+    if (arguments.Has("--json")) {
+        WriteJson(mended, left, streams.data);
+    } else {
+        WriteText(installation, mended, left, streams.data);
+    }
+    return left.empty() ? kFine : kFinding;
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,37 @@
+// The installation that is looked at: which ZELT.EXE is registered, for whom, and which one can register itself. Reads the
+// registry as COM does, the user's classes before the machine's.
+#pragma once
+
+#include <string>
+
+#include "shell/registration_check.h"
+
+namespace zelt::ctl {
+
+struct Installation {
+    bool registered = false;  // any of its classes is
+    Scope scope = Scope::Machine;
+    std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
+    std::wstring
+        registrable;      // the program that --fix registers: that one, or ZELT.EXE beside this program; may be empty
+    std::string version;  // of `registrable`, or else of this program
+
+    std::wstring ServerOrOwn() const { return server.empty() ? registrable : server; }
+};
+
+Installation FindInstallation();
+
+// The user's entry, else the machine's.
+FoundEntry LookUpEffective(REGSAM view, const std::wstring& key, const std::wstring& value);
+
+// " in the 64-bit view of the registry", or nothing where there is one view.
+std::string InView(REGSAM view);
+
+bool FileIsThere(const std::wstring& path);
+
+// The file that a command line of the registry starts: what stands in quotes, or the whole text.
+std::wstring ProgramOf(const std::wstring& commandLine);
+
+std::string OwnVersion();
+
+}  // namespace zelt::ctl

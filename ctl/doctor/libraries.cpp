@@ -1,0 +1,204 @@
+// The type libraries: COM carries calls between processes by them.
+#include <objbase.h>
+#include <oleauto.h>
+#include <wrl/client.h>
+
+#include <map>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "com/failure.h"
+#include "com/type_info.h"
+#include "ctl/doctor/checks.h"
+#include "ctl/exports/session.h"
+#include "res/resource.h"
+#include "shell/library_facts.h"
+#include "shell/shared_file.h"
+#include "shell/type_library_registration.h"
+
+namespace zelt::ctl {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
+constexpr char kEffect[] = "some calls between a simulator and ZELT fail";
+
+// The system's marshallers that work from type libraries: for interfaces of automation, and for dispatch interfaces.
+constexpr const wchar_t* kLibraryMarshallers[] = {L"{00020424-0000-0000-C000-000000000046}",
+                                                  L"{00020420-0000-0000-C000-000000000046}"};
+
+struct CheckedLibrary {
+    LibraryFacts facts;
+    const wchar_t* sharedFile;  // null for the program's own library
+};
+
+CheckedLibrary ReadLibrary(int number, const wchar_t* sharedFile)
+{
+    ComPtr<ITypeLib> library;
+    com::Check(com::LoadModuleTypeLibrary(number, &library));
+    return {ReadLibraryFacts(*library.Get()), sharedFile};
+}
+
+std::wstring DefaultText(REGSAM view, const std::wstring& key)
+{
+    return LookUpEffective(view, key, L"").text.value_or(std::wstring());
+}
+
+// A 64-bit process also takes a library that is registered for 32 bits; the reverse does not hold.
+std::wstring LibraryFile(const LibraryFacts& facts, REGSAM view)
+{
+    const std::wstring file = DefaultText(view, facts.versionPath + L"\\0\\win32");
+    return file.empty() && view == KEY_WOW64_64KEY ? DefaultText(view, facts.versionPath + L"\\0\\win64") : file;
+}
+
+bool IsLibrary(const std::wstring& path, const GUID& libid)
+{
+    ComPtr<ITypeLib> library;
+    TLIBATTR* attributes = nullptr;
+    if (FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library)) || FAILED(library->GetLibAttr(&attributes))) {
+        return false;
+    }
+    const bool same = attributes->guid == libid;
+    library->ReleaseTLibAttr(attributes);
+    return same;
+}
+
+// Only a file that is ZELT's own to write is mended.
+bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
+{
+    if (!library.sharedFile) return false;
+    for (const Scope scope : {Scope::Machine, Scope::User}) {
+        if (_wcsicmp(SharedFilePath(scope, library.sharedFile).c_str(), path.c_str()) == 0) return true;
+    }
+    return false;
+}
+
+void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings& findings)
+{
+    if (IsLibrary(path, library.facts.libid)) return;
+    Finding finding = {"library-file",
+                       "The file \"" + Utf8(path) + "\" is not there, or does not hold the type library \"" +
+                           Utf8(library.facts.description) + "\" that is registered from it",
+                       kEffect, "install the program again that brought it"};
+    if (!library.sharedFile) {
+        finding.remedy = kRegisterAgain;
+        finding.mend = Mend::Register;
+    } else if (IsSharedFile(library, path)) {
+        finding.remedy = "let zeltctl doctor --fix write it again";
+        finding.mend = Mend::LibraryFile;
+    }
+    findings.push_back(std::move(finding));
+}
+
+enum class InterfaceState { Sound, Missing, WithoutMarshaller, WithoutLibrary };
+
+// Whether type libraries are registered. Hundreds of interfaces name the same few.
+class RegisteredLibraries {
+public:
+    bool Contain(REGSAM view, const std::wstring& path)
+    {
+        const auto known = answers.find({view, path});
+        if (known != answers.end()) return known->second;
+        return answers[{view, path}] = LookUpEffective(view, path, L"").keyExists;
+    }
+
+private:
+    std::map<std::pair<REGSAM, std::wstring>, bool> answers;
+};
+
+InterfaceState StateOf(const LibraryInterface& member, REGSAM view, RegisteredLibraries& libraries)
+{
+    const std::wstring key = L"Interface\\" + GuidText(member.iid);
+    const std::wstring marshaller = DefaultText(view, key + L"\\ProxyStubClsid32");
+    if (marshaller.empty()) {
+        return LookUpEffective(view, key, L"").keyExists ? InterfaceState::WithoutMarshaller : InterfaceState::Missing;
+    }
+    bool worksFromLibrary = false;
+    for (const wchar_t* one : kLibraryMarshallers) worksFromLibrary |= _wcsicmp(one, marshaller.c_str()) == 0;
+    // Somebody else's marshaller needs no library.
+    if (!worksFromLibrary) return InterfaceState::Sound;
+    const std::wstring libid = DefaultText(view, key + L"\\TypeLib");
+    const std::wstring version = LookUpEffective(view, key + L"\\TypeLib", L"Version").text.value_or(std::wstring());
+    const bool registered =
+        !libid.empty() && libraries.Contain(view, L"TypeLib\\" + libid + (version.empty() ? L"" : L"\\" + version));
+    return registered ? InterfaceState::Sound : InterfaceState::WithoutLibrary;
+}
+
+std::string Names(const std::vector<std::string>& names)
+{
+    if (names.size() == 1) return "The interface " + names.front() + " is";
+    return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
+}
+
+// That the library itself is not registered is told once, and not for each interface.
+void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryRegistered, Findings& findings)
+{
+    struct Row {
+        InterfaceState state;
+        const char* rule;
+        const char* wrong;
+    };
+    constexpr Row kRows[] = {
+        {InterfaceState::Missing, "interface", " not registered"},
+        {InterfaceState::WithoutMarshaller, "interface-marshaller", " registered without a marshaller"},
+        {InterfaceState::WithoutLibrary, "interface-library", " registered without a type library that exists"},
+    };
+    RegisteredLibraries libraries;
+    std::map<InterfaceState, std::vector<std::string>> members;
+    for (const LibraryInterface& member : library.facts.interfaces) {
+        members[StateOf(member, view, libraries)].push_back(Utf8(member.name));
+    }
+    for (const Row& row : kRows) {
+        if (row.state == InterfaceState::WithoutLibrary && !libraryRegistered) continue;
+        const std::vector<std::string>& names = members[row.state];
+        if (names.empty()) continue;
+        // Registering adds what is missing, and leaves what others have made of the standard's interfaces.
+        const bool mendable = row.state == InterfaceState::Missing || !library.sharedFile;
+        findings.push_back(
+            {row.rule, Names(names) + row.wrong + InView(view), kEffect,
+             mendable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
+             mendable ? Mend::Register : Mend::None});
+    }
+}
+
+void CheckLibrary(const Installation& installation, const CheckedLibrary& library, Findings& findings)
+{
+    // The views share their type libraries.
+    std::set<std::wstring> files;
+    for (const REGSAM view : RegistryViews()) {
+        const std::wstring file = LibraryFile(library.facts, view);
+        const bool isNew = files.insert(file).second;
+        if (isNew && file.empty()) {
+            findings.push_back(
+                {"library",
+                 "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
+                 kEffect, kRegisterAgain, Mend::Register});
+        } else if (isNew && (library.sharedFile || file != installation.server)) {
+            CheckFile(library, file, findings);
+        }
+        CheckInterfaces(library, view, !file.empty(), findings);
+    }
+}
+
+}  // namespace
+
+void CheckLibraries(const Installation& installation, Findings& findings)
+{
+    // What a program brings that is not registered at all is missing too; that it is not registered says it.
+    if (!installation.registered) return;
+    const std::size_t first = findings.size();
+    CheckLibrary(installation, ReadLibrary(kOwnLibrary, nullptr), findings);
+    for (const SharedLibrary& library : SharedLibraries()) {
+        CheckLibrary(installation, ReadLibrary(library.number, library.fileName), findings);
+    }
+    if (!installation.registrable.empty()) return;
+    for (std::size_t index = first; index < findings.size(); ++index) {
+        if (findings[index].mend != Mend::Register) continue;
+        findings[index].remedy = "install ZELT again";
+        findings[index].mend = Mend::None;
+    }
+}
+
+}  // namespace zelt::ctl

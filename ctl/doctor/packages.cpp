@@ -1,0 +1,114 @@
+// The exported packages. A manager is asked once, however many of its packages are exported.
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ctl/doctor/checks.h"
+#include "ctl/doctor/component_server.h"
+#include "ctl/exports/session.h"
+#include "shell/add_package/package_kinds.h"
+#include "shell/add_package/package_listing.h"
+#include "shell/exported_package_list.h"
+#include "shell/library_facts.h"
+
+namespace zelt::ctl {
+namespace {
+
+struct ManagerAnswer {
+    std::optional<std::vector<std::wstring>> names;
+    std::string failure;
+};
+
+class ManagerAnswers {
+public:
+    const ManagerAnswer& Of(const ExportedPackage& package)
+    {
+        const auto key = std::pair(package.kind, GuidText(package.classId));
+        const auto known = answers.find(key);
+        if (known != answers.end()) return known->second;
+        ManagerAnswer answer;
+        answer.names =
+            ListPackages(package.kind, package.classId, [&](const std::wstring& text) { answer.failure = Utf8(text); });
+        return answers.emplace(key, std::move(answer)).first->second;
+    }
+
+private:
+    std::map<std::pair<PackageKind, std::wstring>, ManagerAnswer> answers;
+};
+
+constexpr char kNotMade[] = "a simulator that asks for it gets an error";
+
+void CheckInManager(const ExportedPackage& package, const std::string& owner, ManagerAnswers& managers,
+                    Findings& findings)
+{
+    const ManagerAnswer& answer = managers.Of(package);
+    if (!answer.failure.empty()) {
+        findings.push_back({"package-manager", owner + " comes from a manager that fails (" + answer.failure + ")",
+                            kNotMade, "ask the vendor of the manager, or zeltctl remove the package"});
+        return;
+    }
+    const auto& names = *answer.names;
+    const bool listed = std::any_of(names.begin(), names.end(),
+                                    [&](const std::wstring& name) { return SameName(name, package.sourceName); });
+    if (listed) return;
+    findings.push_back({"package-name",
+                        owner + " is \"" + Utf8(package.sourceName) + "\" in its manager, which does not list that",
+                        kNotMade, "zeltctl remove the package, and zeltctl add it under its present name"});
+}
+
+bool IsOwnClass(const ExportedPackage& package)
+{
+    const auto rows = PackageKindRows();
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const PackageKindRow& row) { return row.ownClass == package.classId; });
+}
+
+void CheckDuplicates(const ExportedPackageList& list, Findings& findings)
+{
+    for (std::size_t later = 1; later < list.Count(); ++later) {
+        for (std::size_t earlier = 0; earlier < later; ++earlier) {
+            if (!SameName(list.At(earlier).exportedName, list.At(later).exportedName)) continue;
+            findings.push_back({"package-duplicate",
+                                "The name \"" + Utf8(list.At(later).exportedName) + "\" is exported more than once",
+                                "simulators that ask for it get the first one only",
+                                "zeltctl remove the first one, and zeltctl add it under a name of its own"});
+            break;
+        }
+    }
+}
+
+void CheckPackage(const ExportedPackage& package, ManagerAnswers& managers, Findings& findings)
+{
+    const std::string owner = "The exported package \"" + Utf8(package.exportedName) + '"';
+    if (IsOwnClass(package)) {
+        findings.push_back({"package-own", owner + " comes from ZELT itself", "making it goes in circles",
+                            "zeltctl remove the package"});
+        return;
+    }
+    if (!CheckServer(package.classId, owner, kNotMade, findings)) return;
+    if (IsManager(package.kind)) CheckInManager(package, owner, managers, findings);
+}
+
+}  // namespace
+
+void CheckPackages(Findings& findings)
+{
+    LoadPackages();
+    const ExportedPackageList& list = ExportedPackages();
+    for (const int number : list.LeftOut()) {
+        findings.push_back(
+            {"package-entry",
+             "The entry Package" + std::to_string(number) + " of the list of packages is missing or cannot be read",
+             "its package is not exported",
+             "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
+             Mend::RewriteList});
+    }
+    CheckDuplicates(list, findings);
+    ManagerAnswers managers;
+    for (std::size_t index = 0; index < list.Count(); ++index) CheckPackage(list.At(index), managers, findings);
+}
+
+}  // namespace zelt::ctl

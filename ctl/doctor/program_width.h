@@ -1,0 +1,23 @@
+// How many bits the code of a program or library file is for, read from the file's own header. Loads nothing, and trusts
+// no field before it has looked whether the file reaches that far.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zelt::ctl {
+
+// 32 or 64; nothing when these bytes do not begin a Windows program or library of a known processor.
+std::optional<int> WidthOfImage(std::string_view bytes);
+
+enum class ImageState { Sound, Missing, NoImage };
+
+struct ImageFile {
+    ImageState state;
+    int bits = 0;
+};
+
+ImageFile ReadImageFile(const std::wstring& path);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,154 @@
+// The registration against the scripts that make it.
+#include <set>
+#include <utility>
+
+#include "ctl/doctor/checks.h"
+#include "ctl/exports/session.h"
+#include "res/resource.h"
+#include "shell/registrar.h"
+#include "shell/version.h"
+
+namespace zelt::ctl {
+namespace {
+
+constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
+
+// What a missing or different entry means, by the place below the class's key, or the beginning of another key.
+struct Meaning {
+    const wchar_t* place;
+    const char* rule;
+    const char* effect;
+};
+
+// clang-format off
+// The first row that fits counts.
+constexpr Meaning kClassMeanings[] = {
+    {L"LocalServer32",                     "server",      "Windows cannot start ZELT for it, or starts another program"},
+    {L"Implemented Categories",            "category",    "simulators do not list it"},
+    {L"AppID",                             "application", "Windows does not know that it belongs to ZELT"},
+    {L"ProgID",                            "program-id",  "programs that remember it by name do not find it"},
+    {L"VersionIndependentProgID",          "program-id",  "programs that remember it by name do not find it"},
+    {L"CapeDescription\\ComponentVersion", "version",     "simulators show the version of another ZELT"},
+    {L"CapeDescription",                   "description", "simulators show it wrongly, or not at all"},
+    {L"",                                  "class",       "programs that rely on a complete registration do not find it"},
+};
+constexpr Meaning kOtherMeanings[] = {
+    {L"AppID",        "application", "Windows does not know ZELT as one application"},
+    {L".zlg",         "log-files",   "Explorer does not open logs with it"},
+    {L"ZELT.logFile", "log-files",   "Explorer does not open logs with it"},
+    {L"",             "program-id",  "programs that ask for a class by name do not find it"},
+};
+// clang-format on
+
+template <std::size_t Rows>
+const Meaning& MeaningOf(const Meaning (&rows)[Rows], const std::wstring& place)
+{
+    for (const Meaning& row : rows) {
+        if (place.starts_with(row.place)) return row;
+    }
+    return rows[Rows - 1];
+}
+
+// The entry's place below `root`: keys and the value's name.
+std::wstring PlaceBelow(const std::wstring& root, const ScriptEntry& entry)
+{
+    std::wstring place = entry.key.size() > root.size() ? entry.key.substr(root.size() + !root.empty()) : L"";
+    if (entry.value && !entry.value->empty()) place += (place.empty() ? L"" : L"\\") + *entry.value;
+    return place;
+}
+
+std::string Difference(const std::string& owner, const std::wstring& place, const RegistrationFault& fault)
+{
+    const std::string what = place.empty() ? "description" : Utf8(place);
+    if (!fault.found.text || !fault.expected.value) return owner + " lacks its entry " + what;
+    return owner + " has the " + what + " \"" + Utf8(*fault.found.text) + "\" instead of \"" +
+           Utf8(fault.expected.text) + '"';
+}
+
+const char* Simulators(REGSAM view)
+{
+    return view == KEY_WOW64_32KEY ? "32-bit simulators" : view == KEY_WOW64_64KEY ? "64-bit simulators" : "simulators";
+}
+
+bool LacksQuotes(const RegistrationFault& fault)
+{
+    return fault.found.text && Quoted(*fault.found.text) == fault.expected.text;
+}
+
+void CheckClass(const Installation& installation, const ServedClass& served, Findings& findings)
+{
+    const std::wstring root = ClassPath(served);
+    const std::string owner = "The class " + Utf8(served.progId);
+    std::set<std::pair<std::string, REGSAM>> told;
+    std::set<REGSAM> missing;
+    for (const RegistrationFault& fault :
+         FindRegistrationFaults(served.script, installation.ServerOrOwn(), installation.version, LookUpEffective)) {
+        const bool inClass = fault.expected.key.starts_with(root);
+        const REGSAM view = inClass ? fault.view : 0;
+        if (inClass && !LookUpEffective(view, root, L"").keyExists) {
+            if (!missing.insert(view).second) continue;
+            findings.push_back({"class", owner + " is not registered" + InView(view),
+                                std::string(Simulators(view)) + " do not find it", kRegisterAgain, Mend::Register});
+            continue;
+        }
+        const std::wstring place = PlaceBelow(inClass ? root : L"", fault.expected);
+        const Meaning& meaning = inClass ? MeaningOf(kClassMeanings, place) : MeaningOf(kOtherMeanings, place);
+        if (!told.insert({meaning.rule, view}).second) continue;
+        if (inClass && place == L"LocalServer32" && LacksQuotes(fault)) {
+            findings.push_back(
+                {"server-quotes",
+                 owner + " names the path \"" + Utf8(*fault.found.text) + "\" without quotes" + InView(view),
+                 "a program whose name is the beginning of the path could be started in its place", kRegisterAgain,
+                 Mend::Register});
+            continue;
+        }
+        findings.push_back({meaning.rule, Difference(owner, place, fault) + InView(view), meaning.effect,
+                            kRegisterAgain, Mend::Register});
+    }
+}
+
+void CheckApplication(const Installation& installation, Findings& findings)
+{
+    std::set<std::string> told;
+    for (const RegistrationFault& fault : FindRegistrationFaults(kScriptApplication, installation.ServerOrOwn(),
+                                                                 installation.version, LookUpEffective)) {
+        const std::wstring place = PlaceBelow({}, fault.expected);
+        const Meaning& meaning = MeaningOf(kOtherMeanings, place);
+        if (!told.insert(meaning.rule).second) continue;
+        findings.push_back({meaning.rule, Difference("The registration", place, fault), meaning.effect, kRegisterAgain,
+                            Mend::Register});
+    }
+}
+
+}  // namespace
+
+void CheckRegistration(const Installation& installation, Findings& findings)
+{
+    const bool mendable = !installation.registrable.empty();
+    const std::string remedy = mendable ? kRegisterAgain : "install ZELT again";
+    const Mend mend = mendable ? Mend::Register : Mend::None;
+    if (!installation.registered) {
+        findings.push_back({"not-registered", "ZELT is not registered", "no simulator finds it", remedy, mend});
+        return;
+    }
+    if (!installation.server.empty() && installation.server != installation.registrable) {
+        findings.push_back({"server-file", "The registered program \"" + Utf8(installation.server) + "\" is not there",
+                            "no simulator can start it", remedy, mend});
+    }
+    if (mendable && installation.version != OwnVersion()) {
+        findings.push_back({"version",
+                            Utf8(Quoted(installation.registrable)) + " is of version " + installation.version +
+                                ", and zeltctl of version " + OwnVersion(),
+                            "they may not agree on what is right", "install both from one setup program"});
+    }
+    const std::size_t first = findings.size();
+    for (const ServedClass& served : ServedClasses()) CheckClass(installation, served, findings);
+    CheckApplication(installation, findings);
+    if (mendable) return;
+    for (std::size_t index = first; index < findings.size(); ++index) {
+        findings[index].remedy = remedy;
+        findings[index].mend = mend;
+    }
+}
+
+}  // namespace zelt::ctl

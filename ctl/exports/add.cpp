@@ -1,0 +1,72 @@
+// add: what the dialog for exporting a package does.
+#include <memory>
+
+#include "ctl/exports/component_choice.h"
+#include "ctl/exports/export_commands.h"
+#include "ctl/exports/package_text.h"
+#include "ctl/exports/session.h"
+#include "ctl/exports/stored_packages.h"
+#include "shell/add_package/export_name.h"
+#include "shell/add_package/package_listing.h"
+
+namespace zelt::ctl {
+namespace {
+
+// The package's name in the manager's own spelling.
+std::wstring NameInManager(const ChosenComponent& manager, const std::string& package, Output& messages)
+{
+    const auto names = ListPackages(manager.kind, manager.component.classId,
+                                    [&](const std::wstring& text) { messages << "zeltctl: " << Utf8(text) << '\n'; });
+    const std::string managerName = Utf8(manager.component.name);
+    if (!names) throw Refusal("\"" + managerName + "\" does not tell its packages");
+    const std::wstring wanted = Wide(package);
+    for (const std::wstring& name : *names) {
+        if (name == wanted) return name;
+    }
+    for (const std::wstring& name : *names) {
+        if (SameName(name, wanted)) return name;
+    }
+    throw Refusal("\"" + managerName + "\" has no package \"" + package + "\"; zeltctl discover lists them");
+}
+
+// The registry keeps names in the code page of Windows.
+void CheckStorable(const ExportedPackage& package)
+{
+    ExportedPackage stored;
+    if (!stored.Parse(package.Format()) || stored.sourceName != package.sourceName ||
+        stored.exportedName != package.exportedName) {
+        throw Refusal("a name has characters that the code page of Windows lacks, in which it would be stored");
+    }
+}
+
+}  // namespace
+
+int AddExport(const Arguments& arguments, Streams& streams)
+{
+    const Session session;
+    const auto name = arguments.Value("--name");
+    if (name && !CanBeExportName(Wide(*name))) throw UsageError("--name is blank, or longer than 255 characters");
+    const bool managed = arguments.Operands() == 2;
+    const ChosenComponent chosen = ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"));
+
+    auto package = std::make_unique<ExportedPackage>();
+    package->classId = chosen.component.classId;
+    package->kind = chosen.kind;
+    package->sourceName =
+        managed ? NameInManager(chosen, arguments.Operand(1), streams.messages) : chosen.component.name;
+    package->loggingEnabled = arguments.Has("--log");
+
+    StoredPackages stored;
+    package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->sourceName);
+    if (IsExported(stored.List(), package->exportedName)) {
+        throw Refusal("a package is exported as \"" + Utf8(package->exportedName) +
+                      "\" already; --name gives it another name");
+    }
+    CheckStorable(*package);
+    stored.List().Append(std::move(package));
+    stored.Save();
+    WritePackage(stored.List().At(stored.List().Count() - 1), arguments.Has("--json"), streams.data);
+    return kFine;
+}
+
+}  // namespace zelt::ctl

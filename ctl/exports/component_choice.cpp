@@ -1,0 +1,69 @@
+#include "ctl/exports/component_choice.h"
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "ctl/command.h"
+#include "ctl/exports/session.h"
+#include "shell/add_package/package_kinds.h"
+
+namespace zelt::ctl {
+namespace {
+
+bool SameType(PackageKind kind, const std::wstring& type)
+{
+    std::wstring text = PackageType(kind), wanted = type;
+    std::erase(text, L' ');
+    std::erase(wanted, L' ');
+    return SameName(text, wanted);
+}
+
+void CheckType(const std::string& type)
+{
+    for (const PackageKindRow& row : PackageKindRows()) {
+        if (SameType(row.kind, Wide(type))) return;
+    }
+    throw UsageError("--type is PP1.1, PP1.0 or RP1.0, not \"" + type + "\"");
+}
+
+}  // namespace
+
+bool Means(const std::wstring& word, const ComponentInfo& component)
+{
+    CLSID classId;
+    if (!word.empty() && SUCCEEDED(CLSIDFromString(word.c_str(), &classId)) && classId == component.classId)
+        return true;
+    return SameName(word, component.name) || SameName(word, component.displayName);
+}
+
+ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type)
+{
+    if (type) CheckType(*type);
+    const auto rows = PackageKindRows();
+    const auto found = FindPackageComponents(rows);
+    std::vector<ChosenComponent> meant;
+    bool otherSort = false;
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const PackageKind kind = rows[index].kind;
+        if (type && !SameType(kind, Wide(*type))) continue;
+        for (const ComponentInfo& component : found[index]) {
+            if (!Means(Wide(word), component)) continue;
+            if (IsManager(kind) == manager) {
+                meant.push_back({kind, component});
+            } else {
+                otherSort = true;
+            }
+        }
+    }
+    if (meant.size() > 1) {
+        throw Refusal("\"" + word + "\" means more than one component; say its class identifier, or --type");
+    }
+    if (!meant.empty()) return meant.front();
+    if (otherSort && manager) throw Refusal("\"" + word + "\" is a package itself, and no manager of packages");
+    if (otherSort) throw Refusal("\"" + word + "\" is a manager; say which of its packages");
+    throw Refusal("no component \"" + word + "\" is installed that can be exported; zeltctl discover lists them");
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,24 @@
+// Which installed component a word of the command line means.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/component_scan.h"
+#include "shell/exported_package.h"
+
+namespace zelt::ctl {
+
+// The word is the component's class identifier, its ProgID or its name, in capital or small letters.
+bool Means(const std::wstring& word, const ComponentInfo& component);
+
+struct ChosenComponent {
+    PackageKind kind;
+    ComponentInfo component;
+};
+
+// The one component that `word` means and that is a manager or is none; `type` is "PP 1.1", "PP 1.0" or "RP 1.0", with or
+// without the blank, or nothing. Throws UsageError for another type and Refusal when there is none or more than one.
+ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type);
+
+}  // namespace zelt::ctl

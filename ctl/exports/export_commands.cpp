@@ -1,0 +1,56 @@
+#include "ctl/exports/export_commands.h"
+
+namespace zelt::ctl {
+namespace {
+
+// clang-format off
+constexpr Option kJson = {"--json", nullptr, "as JSON"};
+
+constexpr Option kOnlyJson[] = {kJson};
+constexpr Option kDiscoverOptions[] = {
+    {"--no-packages", nullptr, "starts no manager to ask for its packages"},
+    kJson,
+};
+constexpr Option kAddOptions[] = {
+    {"--name", "NAME", "what the simulator sees; without it, the package's own name, with a number where that is taken"},
+    {"--type", "TYPE", "PP1.1, PP1.0 or RP1.0, for a component of more than one type"},
+    {"--log",  nullptr, "calls of the package are logged"},
+    kJson,
+};
+constexpr Option kOptionsOptions[] = {
+    {"--auto-location", "on|off", "logs go to the folder \"ZELT logs\" on the desktop; off: a dialog asks where"},
+    {"--prompt",        "on|off", "when a log is complete, asks whether to open it"},
+    {"--unit",          "UNIT",   "the unit operation that PRAVIK logs: class identifier, ProgID or name; ask: a dialog asks"},
+    kJson,
+};
+
+#define ZELT_NOT_WHILE_IT_RUNS "Refused (exit code 2) while ZELT runs: it holds the list, and would write its own over the change."
+
+constexpr Command kCommands[] = {
+    {"list", "", 0, 0, kOnlyJson, "Lists the exported packages", "", ListExports},
+    {"discover", "", 0, 0, kDiscoverOptions, "Lists what is installed and can be exported, and the unit operations",
+     "Each manager is started and asked for its packages, which may take a while. The exit code is 1 when one fails.",
+     DiscoverComponents},
+    {"add", "COMPONENT [PACKAGE]", 1, 2, kAddOptions, "Exports a package",
+     "COMPONENT is a manager, and PACKAGE one of its packages; or COMPONENT is a package itself. A component is a class\n"
+     "identifier in braces, a ProgID or a name, as discover lists them.\n"
+     ZELT_NOT_WHILE_IT_RUNS, AddExport},
+    {"remove", "PACKAGE", 1, 1, kOnlyJson, "Exports a package no longer",
+     "PACKAGE is its exported name.\n"
+     ZELT_NOT_WHILE_IT_RUNS, RemoveExport},
+    {"log on", "PACKAGE", 1, 1, kOnlyJson, "Switches the log of an exported package on",
+     "PACKAGE is its exported name.\n"
+     ZELT_NOT_WHILE_IT_RUNS, SwitchLogOn},
+    {"log off", "PACKAGE", 1, 1, kOnlyJson, "Switches the log of an exported package off",
+     "PACKAGE is its exported name.\n"
+     ZELT_NOT_WHILE_IT_RUNS, SwitchLogOff},
+    {"options", "", 0, 0, kOptionsOptions, "Shows the options, and changes those that are given",
+     "A ZELT that runs takes them over with the next log.", ChangeOptions},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> ExportCommands() { return kCommands; }
+
+}  // namespace zelt::ctl

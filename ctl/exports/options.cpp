@@ -1,0 +1,95 @@
+// options: the menu of the same name.
+#include <optional>
+
+#include "core/log_options.h"
+#include "ctl/exports/component_choice.h"
+#include "ctl/exports/export_commands.h"
+#include "ctl/exports/session.h"
+#include "ctl/json_writer.h"
+#include "shell/library_facts.h"
+#include "shell/main_window/unit_operation_menu.h"
+
+namespace zelt::ctl {
+namespace {
+
+LogOptions StoredOptions()
+{
+    LogOptions options;
+    options.root = TheLogOptions().root;
+    options.Load();
+    return options;
+}
+
+std::optional<bool> Switch(const Arguments& arguments, const char* option)
+{
+    const auto value = arguments.Value(option);
+    if (!value) return {};
+    if (*value != "on" && *value != "off")
+        throw UsageError(std::string(option) + " is on or off, not \"" + *value + '"');
+    return *value == "on";
+}
+
+CLSID UnitOf(const std::string& word)
+{
+    if (word == "ask") return CLSID_NULL;
+    std::optional<CLSID> meant;
+    for (const ComponentInfo& unit : InstalledUnitOperations()) {
+        if (!Means(Wide(word), unit)) continue;
+        if (meant) throw Refusal("\"" + word + "\" means more than one unit operation; say its class identifier");
+        meant = unit.classId;
+    }
+    if (!meant) throw Refusal("no unit operation \"" + word + "\" is installed; zeltctl discover lists them");
+    return *meant;
+}
+
+void Save(const LogOptions& options)
+{
+    options.Save();
+    const LogOptions stored = StoredOptions();
+    if (stored.autoLogLocation != options.autoLogLocation || stored.promptOpenLog != options.promptOpenLog ||
+        stored.pravikUnit != options.pravikUnit) {
+        throw InputError("the options cannot be written to the registry");
+    }
+}
+
+void Write(const LogOptions& options, bool asJson, Output& out)
+{
+    const bool asks = options.pravikUnit == CLSID_NULL;
+    const std::string unit = asks ? "ask" : Utf8(GuidText(options.pravikUnit));
+    const auto component = asks ? std::nullopt : DescribeComponent(options.pravikUnit);
+    if (asJson) {
+        JsonWriter json(out);
+        json.BeginObject().Key("autoLocation").Bool(options.autoLogLocation).Key("prompt").Bool(options.promptOpenLog);
+        json.Member("unit", unit);
+        if (component) json.Member("unitName", Utf8(component->name));
+        json.EndObject();
+        out << '\n';
+        return;
+    }
+    out << "auto-location  " << (options.autoLogLocation ? "on" : "off") << '\n';
+    out << "prompt         " << (options.promptOpenLog ? "on" : "off") << '\n';
+    out << "unit           " << unit;
+    if (!asks) out << ' ' << (component ? Utf8(component->name) : "a class that is not registered");
+    out << '\n';
+}
+
+}  // namespace
+
+int ChangeOptions(const Arguments& arguments, Streams& streams)
+{
+    const Session session;
+    const auto automatic = Switch(arguments, "--auto-location");
+    const auto prompt = Switch(arguments, "--prompt");
+    const auto word = arguments.Value("--unit");
+    const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word)) : std::nullopt;
+    // Read now and not earlier, so that what others changed meanwhile is kept.
+    LogOptions options = StoredOptions();
+    options.autoLogLocation = automatic.value_or(options.autoLogLocation);
+    options.promptOpenLog = prompt.value_or(options.promptOpenLog);
+    options.pravikUnit = unit.value_or(options.pravikUnit);
+    if (automatic || prompt || unit) Save(options);
+    Write(options, arguments.Has("--json"), streams.data);
+    return kFine;
+}
+
+}  // namespace zelt::ctl

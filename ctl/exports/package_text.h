@@ -1,0 +1,17 @@
+// Exported packages as text: a line each, in columns, or objects of JSON.
+#pragma once
+
+#include <span>
+
+#include "ctl/command.h"
+#include "ctl/json_writer.h"
+#include "shell/exported_package.h"
+
+namespace zelt::ctl {
+
+// The lines, or an array.
+void WritePackages(std::span<const ExportedPackage> packages, bool asJson, Output& out);
+// The line, or an object.
+void WritePackage(const ExportedPackage& package, bool asJson, Output& out);
+
+}  // namespace zelt::ctl

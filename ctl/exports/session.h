@@ -1,0 +1,30 @@
+// What a command needs of Windows while it runs: COM on its thread, guards around other people's components, and no
+// message boxes, since nobody may be there to answer: what one would say ends the command instead.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+#include "core/message.h"
+
+namespace zelt::ctl {
+
+class Session {
+public:
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+private:
+    const HRESULT initialized;
+    const MessageFunction boxes;
+};
+
+// Between the system's text and that of the command line and its output.
+std::string Utf8(std::wstring_view text);
+std::wstring Wide(std::string_view text);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,27 @@
+// The stored list of exported packages, for a command that changes it: refused while a process holds the list, kept from
+// others until the command ends, and read back after it was written.
+#pragma once
+
+#include <string>
+
+#include "shell/exported_package_list.h"
+#include "shell/package_list_hold.h"
+
+namespace zelt::ctl {
+
+class StoredPackages {
+public:
+    // Loads the list. Throws Refusal.
+    StoredPackages();
+
+    ExportedPackageList& List() { return ExportedPackages(); }
+    // The first package of that exported name. Throws Refusal.
+    std::size_t Find(const std::string& name);
+    // Throws InputError when the registry has something else then.
+    void Save();
+
+private:
+    PackageListEdit edit;
+};
+
+}  // namespace zelt::ctl

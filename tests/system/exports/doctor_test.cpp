@@ -1,0 +1,396 @@
+// doctor: nothing is found in a healthy installation, each planted fault is found, and --fix mends what it can.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+
+#include "core/log_location.h"
+#include "core/log_options.h"
+#include "shell/library_facts.h"
+#include "shell/package_list_hold.h"
+#include "shell/registry_views.h"
+#include "shell/shared_file.h"
+#include "tests/system/exports/windows_commands.h"
+
+namespace zelt::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr wchar_t kThermoSystem[] = L"CLSID\\{4CCF55DB-E332-42F8-B685-188989F8E1EC}";
+constexpr wchar_t kReactions[] = L"CLSID\\{2034CAB3-FBC2-4C81-9449-CD13C73CE674}";
+constexpr wchar_t kUnitInterface[] = L"Interface\\{678C0998-0100-11D2-A67D-00105A42887F}";
+constexpr wchar_t kStandardFile[] = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}\\1.1\\0\\win32";
+
+RegistryRoot Machine(REGSAM view) { return ClassesHive(Scope::Machine, view); }
+
+void Write(REGSAM view, const std::wstring& path, const wchar_t* value, const std::wstring& text)
+{
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(Machine(view), ClassesPath(path)));
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteString(value, text));
+}
+
+void Remove(REGSAM view, const std::wstring& path) { DeleteKeyTree(Machine(view), ClassesPath(path)); }
+
+std::wstring LogFolderPath()
+{
+    std::wstring folder;
+    EXPECT_TRUE(AutomaticLogFolder(folder));
+    return folder;
+}
+
+class Doctor : public Zeltctl {
+protected:
+    static constexpr REGSAM k32 = KEY_WOW64_32KEY, k64 = KEY_WOW64_64KEY;
+
+    void SetUp() override
+    {
+        Zeltctl::SetUp();
+        Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"},
+                {kSamplePackage, 1, L"", L"Alone"},
+                {kSampleReactionManager, 4, L"Carbonate", L"Carbonate"}});
+    }
+    void TearDown() override
+    {
+        Remove(k32, std::wstring(L"CLSID\\") + kNowhere);
+        fs::remove(planted);
+        Zeltctl::TearDown();
+    }
+
+    // One more package, of a class that is registered with this server.
+    void ExportServedBy(const wchar_t* serverKey, const std::wstring& file)
+    {
+        Write(k32, std::wstring(L"CLSID\\") + kNowhere + L"\\" + serverKey, L"", file);
+        Export({{kNowhere, 1, L"", L"Planted"}});
+    }
+
+    // A file of these bytes, for as long as the test runs.
+    std::wstring FileOf(const std::string& bytes)
+    {
+        planted = fs::temp_directory_path() / L"zeltctl planted.dll";
+        std::ofstream(planted, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return planted.wstring();
+    }
+
+    static std::vector<std::string> LinesOf(const std::string& text)
+    {
+        std::vector<std::string> lines;
+        for (std::size_t start = 0; start < text.size();) {
+            const std::size_t end = std::min(text.find('\n', start), text.size());
+            lines.push_back(text.substr(start, end - start));
+            start = end + 1;
+        }
+        return lines;
+    }
+
+    static void ExpectHealthy()
+    {
+        const CommandOutcome outcome = RunZeltctl({"doctor"});
+        EXPECT_EQ(0, outcome.code);
+        EXPECT_TRUE(outcome.data.starts_with("healthy: ")) << outcome.data;
+        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT.EXE 1.0.0.0, registered for everybody\n")) << outcome.data;
+        EXPECT_EQ("", outcome.messages);
+    }
+
+    // The one finding. A blank in `expected` stands for itself, and a sentence is expected whole.
+    static void ExpectFinding(const std::string& expected)
+    {
+        const CommandOutcome outcome = RunZeltctl({"doctor"});
+        EXPECT_EQ(1, outcome.code);
+        EXPECT_EQ(expected + '\n', outcome.data);
+        EXPECT_EQ("", outcome.messages);
+    }
+
+    // --fix mends it: it is told, and when everything was looked at again nothing is left.
+    static void ExpectMended(const std::string& rule)
+    {
+        const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
+        EXPECT_EQ(0, outcome.code) << outcome.data;
+        EXPECT_TRUE(outcome.data.starts_with("mended: " + rule + ": ")) << outcome.data;
+        EXPECT_NE(std::string::npos, outcome.data.find("\nhealthy: ")) << outcome.data;
+        EXPECT_EQ("", outcome.messages);
+    }
+
+    // --fix leaves it as it is.
+    static void ExpectLeft(const std::string& rule)
+    {
+        const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
+        EXPECT_EQ(1, outcome.code);
+        EXPECT_TRUE(outcome.data.starts_with(rule + ": ")) << outcome.data;
+        EXPECT_EQ("", outcome.messages);
+    }
+
+    fs::path planted;
+};
+
+TEST_F(Doctor, FindsNothingInAHealthyInstallation)
+{
+    ExpectHealthy();
+    EXPECT_EQ("[]\n", RunZeltctl({"doctor", "--json"}).data);
+    EXPECT_EQ(0, RunZeltctl({"doctor", "--fix", "--json"}).code);
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
+    RegDeleteTreeW(key.Get(), nullptr);
+    ExpectHealthy();
+    LogOptions options;
+    CLSIDFromString(L"{34EB525A-7516-49B9-8D8E-897F4615EFE7}", &options.pravikUnit);
+    options.autoLogLocation = true;
+    options.Save();
+    ExpectHealthy();
+}
+
+struct RegistryFault {
+    std::function<void()> plant;
+    const char* rule;
+    const char* sentence;
+};
+
+TEST_F(Doctor, MendsTheRegistration)
+{
+    // clang-format off
+    const RegistryFault faults[] = {
+        {[] { Remove(k64, kThermoSystem); }, "class",
+         "The class ZELT.ThermoSystem is not registered in the 64-bit view of the registry, so 64-bit simulators do not find it; let "
+         "zeltctl doctor --fix register ZELT again."},
+        {[] { Remove(k32, std::wstring(kThermoSystem) + L"\\Programmable"); }, "class",
+         "The class ZELT.ThermoSystem lacks its entry Programmable in the 32-bit view of the registry, so programs that rely on a "
+         "complete registration do not find it; let zeltctl doctor --fix register ZELT again."},
+        {[] { Write(k64, std::wstring(kThermoSystem) + L"\\LocalServer32", L"", L"\"C:\\old\\ZELT.EXE\""); }, "server", nullptr},
+        {[] { Remove(k32, std::wstring(kReactions) + L"\\LocalServer32"); }, "server",
+         "The class ZELT.ReactionPackageManager lacks its entry LocalServer32 in the 32-bit view of the registry, so Windows cannot "
+         "start ZELT for it, or starts another program; let zeltctl doctor --fix register ZELT again."},
+        {[] {
+             const std::wstring key = std::wstring(kReactions) + L"\\LocalServer32";
+             const std::wstring quoted = DefaultValue(Scope::Machine, k32, key);
+             Write(k32, key, L"", quoted.substr(1, quoted.size() - 2));
+         }, "server-quotes", nullptr},
+        {[] { Remove(k64, std::wstring(kReactions) + L"\\Implemented Categories\\{678C09AA-0100-11D2-A67D-00105A42887F}"); }, "category",
+         "The class ZELT.ReactionPackageManager lacks its entry Implemented Categories\\{678C09AA-0100-11D2-A67D-00105A42887F} in the "
+         "64-bit view of the registry, so simulators do not list it; let zeltctl doctor --fix register ZELT again."},
+        {[] { Remove(k32, L"AppID\\{D76CDF09-2520-4B73-9730-98028328426E}"); }, "application",
+         "The registration lacks its entry AppID\\{D76CDF09-2520-4B73-9730-98028328426E}, so Windows does not know ZELT as one "
+         "application; let zeltctl doctor --fix register ZELT again."},
+        {[] { Write(k32, kThermoSystem, L"AppID", L"{}"); }, "application",
+         "The class ZELT.ThermoSystem has the AppID \"{}\" instead of \"{D76CDF09-2520-4B73-9730-98028328426E}\" in the 32-bit view of the "
+         "registry, so Windows does not know that it belongs to ZELT; let zeltctl doctor --fix register ZELT again."},
+        {[] { Remove(k32, L"PRAVIK.UnitOperation"); }, "program-id",
+         "The class PRAVIK.UnitOperation lacks its entry PRAVIK.UnitOperation, so programs that ask for a class by name do not find it; "
+         "let zeltctl doctor --fix register ZELT again."},
+        {[] { Write(k32, L".zlg", L"", L"other.file"); }, "log-files",
+         "The registration has the .zlg \"other.file\" instead of \"ZELT.logFile\", so Explorer does not open logs with it; let zeltctl "
+         "doctor --fix register ZELT again."},
+        {[] { Write(k64, std::wstring(kThermoSystem) + L"\\CapeDescription", L"ComponentVersion", L"0.9.0.0"); }, "version",
+         "The class ZELT.ThermoSystem has the CapeDescription\\ComponentVersion \"0.9.0.0\" instead of \"1.0.0.0\" in the 64-bit view of the "
+         "registry, so simulators show the version of another ZELT; let zeltctl doctor --fix register ZELT again."},
+        {[] { Remove(k64, kUnitInterface); }, "interface",
+         "The interface ICapeUnit is not registered in the 64-bit view of the registry, so some calls between a simulator and "
+         "ZELT fail; let zeltctl doctor --fix register ZELT again."},
+        {[] { Remove(k32, L"TypeLib\\{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}"); }, "library", nullptr},
+        {[] { Remove(k32, L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}"); }, "library", nullptr},
+    };
+    // clang-format on
+    Export({});
+    for (const RegistryFault& fault : faults) {
+        SCOPED_TRACE(fault.sentence ? fault.sentence : fault.rule);
+        fault.plant();
+        const CommandOutcome outcome = RunZeltctl({"doctor"});
+        EXPECT_EQ(1, outcome.code);
+        const auto lines = LinesOf(outcome.data);
+        ASSERT_EQ(1u, lines.size()) << outcome.data;
+        EXPECT_TRUE(lines[0].starts_with(fault.rule + std::string(": "))) << lines[0];
+        if (fault.sentence) {
+            EXPECT_EQ(fault.rule + std::string(": ") + fault.sentence, lines[0]);
+        }
+        ExpectMended(fault.rule);
+    }
+    ExpectHealthy();
+}
+
+TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
+{
+    const std::wstring library = std::wstring(kUnitInterface) + L"\\TypeLib";
+    const std::wstring before = DefaultValue(Scope::Machine, k64, library);
+    Write(k64, library, L"", L"{D0C70125-0000-4000-8000-00000000000B}");
+    ExpectFinding(
+        "interface-library: The interface ICapeUnit is registered without a type library that exists in the 64-bit "
+        "view of the "
+        "registry, so some calls between a simulator and ZELT fail; install the program again that registered the "
+        "interfaces of the standard.");
+    ExpectLeft("interface-library");
+    Write(k64, library, L"", before);
+
+    const std::wstring marshaller = std::wstring(kUnitInterface) + L"\\ProxyStubClsid32";
+    const std::wstring stub = DefaultValue(Scope::Machine, k32, marshaller);
+    Remove(k32, marshaller);
+    ExpectFinding(
+        "interface-marshaller: The interface ICapeUnit is registered without a marshaller in the 32-bit view of the "
+        "registry, so "
+        "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the "
+        "standard.");
+    ExpectLeft("interface-marshaller");
+    // A marshaller of somebody's own is in order.
+    Write(k32, marshaller, L"", kNowhere);
+    ExpectHealthy();
+    Write(k32, marshaller, L"", stub);
+    ExpectHealthy();
+}
+
+TEST_F(Doctor, WritesTheStandardsLibraryAgain)
+{
+    const fs::path file = SharedFilePath(Scope::Machine, L"cape-open-1.1.tlb");
+    for (const char* bytes : {"", "no library"}) {
+        fs::remove(file);
+        if (*bytes) std::ofstream(file, std::ios::binary) << bytes;
+        const CommandOutcome outcome = RunZeltctl({"doctor"});
+        EXPECT_EQ(1, outcome.code);
+        EXPECT_TRUE(outcome.data.starts_with("library-file: The file \"" + file.string() +
+                                             "\" is not there, or does not hold the type library "))
+            << outcome.data;
+        EXPECT_EQ(1u, LinesOf(outcome.data).size());
+        ExpectMended("library-file");
+    }
+    // Nor does it write files of others.
+    const std::wstring others = L"C:\\others\\standard.tlb";
+    Write(k32, kStandardFile, L"", others);
+    ExpectLeft("library-file");
+    Write(k32, kStandardFile, L"", file.wstring());
+}
+
+struct PackageFault {
+    const char* rule;
+    std::function<void()> plant;
+    std::string sentence;
+};
+
+TEST_F(Doctor, FindsPackagesThatCannotBeMade)
+{
+    const std::string x64 = [] {
+        std::string bytes(0x80, '\0');
+        bytes.replace(0, 2, "MZ");
+        bytes[0x3C] = '\x80';
+        return bytes + std::string("PE\0\0", 4) + "\x64\x86";
+    }();
+    const std::string temporary = fs::temp_directory_path().string();
+    const std::string error = ", so a simulator that asks for it gets an error";
+    const std::string reinstall = error + "; install the component again, or zeltctl remove the package.";
+    // clang-format off
+    const PackageFault faults[] = {
+        {"package-class", [] { Export({{kNowhere, 1, L"", L"Planted"}}); },
+         "The exported package \"Planted\" is of the class {D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT" + reinstall},
+        {"package-file", [this] { ExportServedBy(L"InprocServer32", L"C:\\gone\\package.dll"); },
+         "The exported package \"Planted\" is served by \"C:\\gone\\package.dll\", which is not there" + reinstall},
+        {"package-file", [this] { ExportServedBy(L"InprocServer32", FileOf("no code")); },
+         "The exported package \"Planted\" is served by \"" + temporary + "zeltctl planted.dll\", which is no library of code" + reinstall},
+        {"package-width", [&, this] { ExportServedBy(L"InprocServer32", FileOf(x64)); },
+         "The exported package \"Planted\" is served by the 64-bit library \"" + temporary + "zeltctl planted.dll\"" + error +
+             ", because ZELT is a 32-bit program; install the component's 32-bit version, or zeltctl remove the package."},
+        {"package-file", [this] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32");
+                                  ExportServedBy(L"LocalServer32", L"\"C:\\gone\\package.exe\" /serve"); },
+         "The exported package \"Planted\" is served by \"C:\\gone\\package.exe\", which is not there" + reinstall},
+        {"package-class", [this] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere);
+                                   ExportServedBy(L"InprocHandler32", L"ole32.dll"); },
+         "The exported package \"Planted\" is of the class {D0C70125-0000-4000-8000-00000000000A}, which names no server" + reinstall},
+        {"package-name", [] { Export({{kSampleManager, 0, L"Steam", L"Planted"}}); },
+         "The exported package \"Planted\" is \"Steam\" in its manager, which does not list that" + error +
+             "; zeltctl remove the package, and zeltctl add it under its present name."},
+        {"package-manager", [] { Export({{kFaultyInitialize, 0, L"Menu", L"Planted"}}); },
+         "The exported package \"Planted\" comes from a manager that fails (Failed to initialize property package manager: The faulty "
+         "manager never initialises)" + error + "; ask the vendor of the manager, or zeltctl remove the package."},
+        {"package-own", [] { Export({{L"{4CCF55DB-E332-42F8-B685-188989F8E1EC}", 2, L"Planted", L"Planted"}}); },
+         "The exported package \"Planted\" comes from ZELT itself, so making it goes in circles; zeltctl remove the package."},
+        {"package-duplicate", [] { Export({{kSamplePackage, 1, L"", L"Planted"}, {kSampleManager, 0, L"Alcohols", L"PLANTED"}}); },
+         "The name \"PLANTED\" is exported more than once, so simulators that ask for it get the first one only; zeltctl remove the first "
+         "one, and zeltctl add it under a name of its own."},
+    };
+    // clang-format on
+    for (const PackageFault& fault : faults) {
+        SCOPED_TRACE(fault.sentence);
+        fault.plant();
+        ExpectFinding(fault.rule + std::string(": ") + fault.sentence);
+        ExpectLeft(fault.rule);
+        Export({});
+        ExpectHealthy();
+    }
+}
+
+TEST_F(Doctor, FindsAPackageBelowAnEnvironmentVariableOrInThePath)
+{
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS,
+              key.Create(Machine(k32), ClassesPath(std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32")));
+    const wchar_t text[] = L"%SystemRoot%\\system32\\ole32.dll";
+    key.WriteBytes(L"", REG_EXPAND_SZ, text, sizeof text);
+    Export({{kNowhere, 1, L"", L"Planted"}});
+    ExpectHealthy();
+    key.WriteString(L"", L"ole32");
+    ExpectHealthy();
+}
+
+TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
+{
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
+    key.WriteString(L"Package2", L"no entry");
+    ExpectFinding(
+        "package-entry: The entry Package2 of the list of packages is missing or cannot be read, so its package is not "
+        "exported; let "
+        "zeltctl doctor --fix write the list without it, and zeltctl add the package again.");
+    {
+        const PackageListHold hold;
+        const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
+        EXPECT_EQ(1, outcome.code);
+        EXPECT_TRUE(outcome.messages.starts_with("zeltctl: ZELT runs")) << outcome.messages;
+        EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << "it is tried once";
+    }
+    ExpectMended("package-entry");
+    EXPECT_EQ((std::vector<std::wstring>{L"Aromatics", L"Carbonate"}), StoredNames());
+    // What stood behind the list's end stays there.
+    RegDeleteValueW(key.Get(), L"Package3");
+    key.WriteDword(L"NumPackages", 4);
+    const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});
+    EXPECT_EQ(0, json.code);
+    EXPECT_TRUE(json.data.starts_with("[\n{\"rule\":\"package-entry\",")) << json.data;
+    EXPECT_TRUE(json.data.ends_with(",\"fixable\":true,\"mended\":true}]\n")) << json.data;
+    ExpectHealthy();
+}
+
+TEST_F(Doctor, FindsAFolderThatTakesNoLogs)
+{
+    const fs::path folder = LogFolderPath(), aside = fs::path(folder).concat(L" aside");
+    std::error_code ignored;
+    fs::rename(folder, aside, ignored);
+    std::ofstream(folder) << "no folder";
+    ExpectFinding("log-folder: The folder \"" + folder.string() +
+                  "\" of the logs cannot be written to, so packages run without their logs; give yourself the right to "
+                  "write there, or "
+                  "switch zeltctl options --auto-location off.");
+    ExpectLeft("log-folder");
+    ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off"}).code);
+    ExpectHealthy();
+    fs::remove(folder);
+    fs::rename(aside, folder, ignored);
+}
+
+TEST_F(Doctor, FindsThatTheUnitOperationIsGone)
+{
+    LogOptions options;
+    CLSIDFromString(kNowhere, &options.pravikUnit);
+    options.Save();
+    ExpectFinding(
+        "unit-class: The unit operation that PRAVIK is set to is of the class {D0C70125-0000-4000-8000-00000000000A}, "
+        "which is not "
+        "registered for ZELT, so PRAVIK cannot make it; install it again, or choose another with zeltctl options "
+        "--unit.");
+    const CommandOutcome json = RunZeltctl({"doctor", "--json", "--fix"});
+    EXPECT_EQ(1, json.code);
+    EXPECT_EQ(
+        "[\n{\"rule\":\"unit-class\",\"wrong\":\"The unit operation that PRAVIK is set to is of the class "
+        "{D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT\",\"effect\":\"PRAVIK cannot make "
+        "it\",\"remedy\":"
+        "\"install it again, or choose another with zeltctl options --unit\",\"fixable\":false,\"mended\":false}]\n",
+        json.data);
+}
+
+}  // namespace
+}  // namespace zelt::test

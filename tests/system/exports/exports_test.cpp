@@ -1,0 +1,266 @@
+// list, discover, add, remove, log on and log off.
+#include <gtest/gtest.h>
+
+#include "core/log_options.h"
+#include "shell/exported_package_list.h"
+#include "shell/package_list_hold.h"
+#include "tests/system/exports/windows_commands.h"
+#include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/scratch_registry.h"
+
+namespace zelt::test {
+namespace {
+
+class Exports : public Zeltctl {};
+
+using Words = std::vector<std::string>;
+using Names = std::vector<std::wstring>;
+
+TEST_F(Exports, AreListed)
+{
+    EXPECT_EQ("", RunZeltctl({"list"}).data);
+    EXPECT_EQ("[]\n", RunZeltctl({"list", "--json"}).data);
+    ExportSamples();
+    const CommandOutcome text = RunZeltctl({"list"}), json = RunZeltctl({"list", "--json"});
+    EXPECT_EQ("", MatchGolden("zeltctl_list.txt", text.data));
+    EXPECT_EQ("", MatchGolden("zeltctl_list.json", json.data));
+    for (const CommandOutcome& outcome : {text, json}) {
+        EXPECT_EQ(0, outcome.code);
+        EXPECT_EQ("", outcome.messages);
+    }
+}
+
+TEST_F(Exports, AreFoundAmongWhatIsInstalled)
+{
+    const CommandOutcome text = RunZeltctl({"discover"});
+    EXPECT_EQ(1, text.code) << "some managers fail";
+    EXPECT_EQ("", MatchGolden("zeltctl_discover.txt", text.data));
+    EXPECT_EQ("", MatchGolden("zeltctl_discover_messages.txt", text.messages));
+    const CommandOutcome json = RunZeltctl({"discover", "--json"});
+    EXPECT_EQ(1, json.code);
+    EXPECT_EQ("", MatchGolden("zeltctl_discover.json", json.data));
+    EXPECT_EQ("", json.messages) << "the failures stand in the data";
+    const CommandOutcome brief = RunZeltctl({"discover", "--no-packages"});
+    EXPECT_EQ(0, brief.code);
+    EXPECT_EQ("", MatchGolden("zeltctl_discover_no_packages.txt", brief.data));
+    EXPECT_EQ("", brief.messages);
+}
+
+struct AddCase {
+    Words words;
+    std::wstring stored;
+};
+
+TEST_F(Exports, AreAddedAsTheDialogAddsThem)
+{
+    // clang-format off
+    const AddCase cases[] = {
+        {{"Sample property package manager", "Aromatics"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||"},
+        // Its own spelling, a name that is free, and the log.
+        {{"{b55c9180-454e-4b78-a109-b9536a903bf9}", "aromatics", "--log"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics (2)|true||"},
+        {{"Sample property package", "--name", "Mine"}, L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|Sample property package|Mine|false||"},
+        {{"Sample thermo system", "Alcohols", "--type", "PP 1.0"}, L"{B8C3C630-1254-403A-B34B-6DE04DB571AB}|2|Alcohols|Alcohols|false||"},
+        {{"SAMPLE PROPERTY PACKAGE (CAPE-OPEN 1.0)"}, L"{2D2F66B0-9D34-4AF4-9454-5B24798A32BA}|3|Sample property package (CAPE-OPEN 1.0)|Sample property package (CAPE-OPEN 1.0)|false||"},
+        {{"Sample reaction package manager", "Carbonate", "--type=rp1.0"}, L"{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}|4|Carbonate|Carbonate|false||"},
+        {{"Sample reaction package"}, L"{0F39FE30-B7EA-43D9-8C45-D714CCB21281}|5|Sample reaction package|Sample reaction package|false||"},
+    };
+    // clang-format on
+    int number = 0;
+    for (const AddCase& one : cases) {
+        Words words = {"add"};
+        words.insert(words.end(), one.words.begin(), one.words.end());
+        const CommandOutcome outcome = RunZeltctl(words);
+        EXPECT_EQ(0, outcome.code) << outcome.messages;
+        EXPECT_EQ("", outcome.messages);
+        EXPECT_EQ(one.stored, SettingText((L"Package" + std::to_wstring(++number)).c_str()));
+        EXPECT_EQ(static_cast<std::size_t>(number), StoredNames().size());
+    }
+    EXPECT_EQ("Mine  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+              RunZeltctl({"remove", "mine"}).data);
+    EXPECT_EQ(
+        "{\"name\":\"Mine\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "\"component\":\"Sample property package\",\"log\":true}\n",
+        RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
+}
+
+struct RefusedCase {
+    Words words;
+    const char* message;
+};
+
+TEST_F(Exports, AreRefusedWithOneSentence)
+{
+    ExportSamples();
+    const Names before = StoredNames();
+    const std::string longName(256, 'x');
+    // clang-format off
+    const RefusedCase cases[] = {
+        {{"add"}, "\"add\" takes COMPONENT [PACKAGE]"},
+        {{"add", "Nothing"}, "no component \"Nothing\" is installed that can be exported"},
+        {{"add", "Nothing", "Aromatics"}, "no component \"Nothing\" is installed"},
+        {{"add", ""}, "no component \"\" is installed"},
+        {{"add", "Sample property package manager"}, "\"Sample property package manager\" is a manager; say which of its packages"},
+        {{"add", "Sample property package", "Aromatics"}, "\"Sample property package\" is a package itself, and no manager"},
+        {{"add", "Sample property package manager", "Steam"}, "\"Sample property package manager\" has no package \"Steam\""},
+        {{"add", "Faulty manager: list", "Menu"}, "\"Faulty manager: list\" does not tell its packages"},
+        {{"add", "Sample property package", "--name", "aromatics"}, "a package is exported as \"aromatics\" already"},
+        {{"add", "Sample property package", "--name", " \t"}, "--name is blank, or longer than 255 characters"},
+        {{"add", "Sample property package", "--name", longName}, "--name is blank, or longer"},
+        {{"add", "Sample property package", "--name", "\xE6\xB0\xB4"}, "characters that the code page of Windows lacks"},
+        {{"add", "Sample property package", "--type", "PP2"}, "--type is PP1.1, PP1.0 or RP1.0, not \"PP2\""},
+        {{"add", "Sample property package", "--type", "RP1.0"}, "no component \"Sample property package\" is installed"},
+        // ZELT's own packages are none to be exported.
+        {{"add", "ZELT Property Package Manager (CAPE-OPEN 1.1)", "Aromatics"}, "no component"},
+        {{"remove", "Steam"}, "no package is exported as \"Steam\""},
+        {{"remove"}, "\"remove\" takes PACKAGE"},
+        {{"log", "on"}, "\"log on\" takes PACKAGE"},
+        {{"log", "on", "Steam"}, "no package is exported as \"Steam\""},
+        {{"log", "off", "Steam"}, "no package is exported as \"Steam\""},
+        {{"list", "--log"}, "\"list\" has no option \"--log\""},
+    };
+    // clang-format on
+    for (const RefusedCase& refused : cases) {
+        const CommandOutcome outcome = RunZeltctl(refused.words);
+        EXPECT_EQ(2, outcome.code) << refused.message;
+        EXPECT_EQ("", outcome.data);
+        EXPECT_NE(std::string::npos, outcome.messages.find(refused.message)) << outcome.messages;
+    }
+    EXPECT_EQ(before, StoredNames());
+}
+
+TEST_F(Exports, AreRemovedAndLoggedByTheirNames)
+{
+    ExportSamples();
+    const CommandOutcome off = RunZeltctl({"log", "off", "aromatics"});
+    EXPECT_EQ(0, off.code);
+    EXPECT_EQ(
+        "Aromatics  PP 1.1  log off  \"Aromatics\" of Sample property package manager "
+        "{B55C9180-454E-4B78-A109-B9536A903BF9}\n",
+        off.data);
+    EXPECT_EQ(L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||", SettingText(L"Package1"));
+    const CommandOutcome on = RunZeltctl({"log", "on", "Alone", "--json"});
+    EXPECT_EQ(0, on.code);
+    EXPECT_EQ(
+        "{\"name\":\"Alone\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "\"component\":\"Sample property package\",\"log\":true}\n",
+        on.data);
+    EXPECT_EQ(0, RunZeltctl({"log", "on", "Alone"}).code) << "it is on already";
+    const CommandOutcome removed = RunZeltctl({"remove", "Carbonate \xC3\xA9tude"});
+    EXPECT_EQ(0, removed.code);
+    EXPECT_EQ(
+        "Carbonate \xC3\xA9tude  RP 1.0  log off  \"Carbonate\" of Sample reaction package manager "
+        "{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}\n",
+        removed.data);
+    EXPECT_EQ((Names{L"Aromatics", L"Alone", L"Lost"}), StoredNames());
+    EXPECT_EQ(L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1||Alone|true||", SettingText(L"Package2"));
+}
+
+TEST_F(Exports, AreLeftAloneWhileZeltRuns)
+{
+    ExportSamples();
+    const Names before = StoredNames();
+    {
+        const auto manager = CreateManager();
+        ASSERT_TRUE(manager);
+        const Words changes[] = {{"add", "Sample reaction package"},
+                                 {"remove", "Alone"},
+                                 {"log", "on", "Alone"},
+                                 {"log", "off", "Aromatics"}};
+        for (const Words& change : changes) {
+            const CommandOutcome outcome = RunZeltctl(change);
+            EXPECT_EQ(2, outcome.code);
+            EXPECT_EQ("", outcome.data);
+            EXPECT_EQ(
+                "zeltctl: ZELT runs, and would write its own list of packages over this change; close its window and "
+                "the "
+                "simulators that use it, then try again\n",
+                outcome.messages);
+        }
+        EXPECT_EQ(0, RunZeltctl({"list"}).code);
+        EXPECT_EQ(0, RunZeltctl({"options"}).code);
+    }
+    EXPECT_EQ(before, StoredNames());
+    EXPECT_EQ(L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1||Alone|false||", SettingText(L"Package3"));
+    EXPECT_TRUE(WaitUntilGone(kServerFile));
+    EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
+}
+
+// Two servers of one user hold the list: both have to go.
+TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
+{
+    ExportSamples();
+    auto first = std::make_unique<PackageListHold>(), second = std::make_unique<PackageListHold>();
+    EXPECT_EQ(2, RunZeltctl({"remove", "Alone"}).code);
+    first.reset();
+    EXPECT_EQ(2, RunZeltctl({"remove", "Alone"}).code);
+    second.reset();
+    EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
+}
+
+DWORD WINAPI TakeHold(void* hold)
+{
+    static_cast<std::optional<PackageListHold>*>(hold)->emplace();
+    return 0;
+}
+
+TEST_F(Exports, AreHeldOnlyAfterAnEdit)
+{
+    std::optional<PackageListHold> hold;
+    HANDLE holder = nullptr;
+    {
+        const PackageListEdit edit;
+        ASSERT_TRUE(edit.Allowed());
+        holder = CreateThread(nullptr, 0, TakeHold, &hold, 0, nullptr);
+        EXPECT_EQ(static_cast<DWORD>(WAIT_TIMEOUT), WaitForSingleObject(holder, 300)) << "the edit goes on";
+    }
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(holder, 2000));
+    CloseHandle(holder);
+    EXPECT_FALSE(PackageListEdit().Allowed());
+    hold.reset();
+    EXPECT_TRUE(PackageListEdit().Allowed());
+}
+
+// The main window shows a box then.
+TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
+{
+    ScratchKey scratch;
+    scratch.MakeInaccessible();
+    ExportedPackages().UseRoot(scratch.Root());
+    TheLogOptions().root = scratch.Root();
+    const Words commands[] = {
+        {"list"},    {"add", "Sample property package"}, {"remove", "Alone"}, {"log", "on", "Alone"},
+        {"options"}, {"options", "--prompt", "off"},     {"doctor"}};
+    for (const Words& words : commands) {
+        const CommandOutcome outcome = RunZeltctl(words);
+        EXPECT_EQ(3, outcome.code) << words[0];
+        EXPECT_EQ("", outcome.data);
+        EXPECT_EQ("zeltctl: Unable to access the registry; unable to store or load packages\n", outcome.messages);
+    }
+    ExportedPackages().UseRoot({});
+    TheLogOptions().root = {};
+}
+
+TEST_F(Exports, HaveHelpAndVersion)
+{
+    const Words commands[] = {{"list"},      {"discover"},   {"add"},     {"remove"},
+                              {"log", "on"}, {"log", "off"}, {"options"}, {"doctor"}};
+    for (Words words : commands) {
+        std::string name;
+        for (const std::string& word : words) name += ' ' + word;
+        words.push_back("--help");
+        const CommandOutcome help = RunZeltctl(words);
+        EXPECT_EQ(0, help.code);
+        EXPECT_TRUE(help.data.starts_with("zeltctl" + name)) << help.data;
+        EXPECT_NE(std::string::npos, help.data.find("--json")) << help.data;
+        words.back() = "--version";
+        const CommandOutcome version = RunZeltctl(words);
+        EXPECT_EQ(0, version.code);
+        EXPECT_EQ("zeltctl 1.0.0\n", version.data);
+        words.back() = "--nonsense";
+        EXPECT_EQ(2, RunZeltctl(words).code);
+    }
+    EXPECT_EQ("", MatchGolden("zeltctl_help.txt", RunZeltctl({"help"}).data));
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,90 @@
+// options.
+#include <gtest/gtest.h>
+
+#include "core/log_options.h"
+#include "tests/system/exports/windows_commands.h"
+
+namespace zelt::test {
+namespace {
+
+class Options : public Zeltctl {
+protected:
+    static LogOptions Stored()
+    {
+        LogOptions options;
+        options.Load();
+        return options;
+    }
+};
+
+TEST_F(Options, AreShownAndChanged)
+{
+    const CommandOutcome defaults = RunZeltctl({"options"});
+    EXPECT_EQ(0, defaults.code);
+    EXPECT_EQ("auto-location  off\nprompt         on\nunit           ask\n", defaults.data);
+    EXPECT_EQ("auto-location  on\nprompt         on\nunit           ask\n",
+              RunZeltctl({"options", "--auto-location", "on"}).data);
+    EXPECT_TRUE(Stored().autoLogLocation);
+    EXPECT_EQ(
+        "{\"autoLocation\":true,\"prompt\":false,\"unit\":\"{34EB525A-7516-49B9-8D8E-897F4615EFE7}\",\"unitName\":"
+        "\"Sample valve\"}\n",
+        RunZeltctl({"options", "--json", "--prompt=off", "--unit", "sample valve"}).data);
+    EXPECT_FALSE(Stored().promptOpenLog);
+    EXPECT_EQ(
+        "auto-location  on\nprompt         off\nunit           {06CFC2D2-51B0-44C9-ABD7-DE63151D3C93} Sample "
+        "splitter\n",
+        RunZeltctl({"options", "--unit", "{06cfc2d2-51b0-44c9-abd7-de63151d3c93}"}).data);
+    EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"}\n",
+              RunZeltctl({"options", "--unit", "ask", "--json"}).data);
+    EXPECT_EQ(CLSID_NULL, Stored().pravikUnit);
+}
+
+TEST_F(Options, AreRefusedWithOneSentence)
+{
+    struct Case {
+        std::vector<std::string> words;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"options", "--prompt", "yes"}, "--prompt is on or off, not \"yes\""},
+        {{"options", "--auto-location", "1"}, "--auto-location is on or off"},
+        {{"options", "--auto-location", "on", "--unit", "Nothing"}, "no unit operation \"Nothing\" is installed"},
+        // PRAVIK in PRAVIK would go in circles.
+        {{"options", "--unit", "PRAVIK Logged Unit Operation"}, "no unit operation"},
+        {{"options", "on"}, "\"options\" takes nothing but options"},
+    };
+    for (const Case& refused : cases) {
+        const CommandOutcome outcome = RunZeltctl(refused.words);
+        EXPECT_EQ(2, outcome.code);
+        EXPECT_EQ("", outcome.data);
+        EXPECT_NE(std::string::npos, outcome.messages.find(refused.message)) << outcome.messages;
+    }
+    EXPECT_FALSE(Stored().autoLogLocation) << "all or nothing";
+}
+
+TEST_F(Options, NameAUnitOperationThatIsGone)
+{
+    LogOptions options;
+    CLSIDFromString(kNowhere, &options.pravikUnit);
+    options.Save();
+    EXPECT_EQ(
+        "auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a class that is "
+        "not registered\n",
+        RunZeltctl({"options"}).data);
+}
+
+TEST_F(Options, AreTakenOverByAZeltThatRuns)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off"}).code);
+    {
+        const auto manager = CreateManager();
+        // Otherwise a dialog would ask for the place of the log.
+        ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "on"}).code);
+        EXPECT_TRUE(GetPackage(L"Aromatics"));
+        EXPECT_EQ(1u, Logs().size());
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,50 @@
+#include "ctl/doctor/program_width.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/system/harness/text_file.h"
+
+namespace zelt::test {
+namespace {
+
+// The beginning of a program of that processor, whose header stands at `offset`.
+std::string Image(std::size_t offset, const std::string& machine)
+{
+    std::string bytes(offset, '\0');
+    bytes.replace(0, 2, "MZ");
+    bytes[0x3C] = static_cast<char>(offset & 0xFF);
+    bytes[0x3D] = static_cast<char>(offset >> 8);
+    return bytes + std::string("PE\0\0", 4) + machine;
+}
+
+TEST(ProgramWidth, IsReadFromTheHeader)
+{
+    using ctl::WidthOfImage;
+    EXPECT_EQ(32, WidthOfImage(Image(0x80, "\x4C\x01")));
+    EXPECT_EQ(64, WidthOfImage(Image(0x80, "\x64\x86")));
+    EXPECT_EQ(64, WidthOfImage(Image(0x1234, "\x64\xAA")));
+    EXPECT_FALSE(WidthOfImage(Image(0x80, "\x99\x99"))) << "an unknown processor";
+    EXPECT_FALSE(WidthOfImage(Image(0x80, "\x4C"))) << "cut off in the processor";
+    EXPECT_FALSE(WidthOfImage(Image(0x80, "\x4C\x01").substr(0, 0x82))) << "cut off in the mark";
+    EXPECT_FALSE(WidthOfImage(Image(0x80, "\x4C\x01").substr(0, 0x3E))) << "cut off in the offset";
+    EXPECT_FALSE(WidthOfImage(""));
+    EXPECT_FALSE(WidthOfImage("MZ"));
+    std::string far = Image(0x80, "\x4C\x01");
+    far.replace(0x3C, 4, "\xFF\xFF\xFF\xFF");
+    EXPECT_FALSE(WidthOfImage(far)) << "an offset behind the end";
+    std::string other = Image(0x80, "\x4C\x01");
+    other[0] = 'N';
+    EXPECT_FALSE(WidthOfImage(other));
+}
+
+TEST(ProgramWidth, TellsFilesApart)
+{
+    const ctl::ImageFile package = ctl::ReadImageFile(L"" ZELT_BUILD_DIR "/samples/SamplePackage.dll");
+    EXPECT_EQ(ctl::ImageState::Sound, package.state);
+    EXPECT_EQ(static_cast<int>(8 * sizeof(void*)), package.bits);
+    EXPECT_EQ(ctl::ImageState::Missing, ctl::ReadImageFile(L"C:\\no such folder\\no.dll").state);
+    EXPECT_EQ(ctl::ImageState::NoImage, ctl::ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
+}
+
+}  // namespace
+}  // namespace zelt::test

@@ -1,0 +1,40 @@
+#include "tests/system/exports/windows_commands.h"
+
+#include "core/narrow.h"
+#include "ctl/doctor/doctor.h"
+#include "ctl/exports/export_commands.h"
+
+namespace zelt::test {
+
+CommandOutcome RunZeltctl(const std::vector<std::string>& words)
+{
+    std::vector<ctl::Command> commands;
+    for (const auto& some : {ctl::ExportCommands(), ctl::DoctorCommands()}) {
+        commands.insert(commands.end(), some.begin(), some.end());
+    }
+    ctl::Output data, messages;
+    ctl::Streams streams = {data, messages};
+    const int code = ctl::Run(commands, words, streams);
+    return {code, data.Text(), messages.Text()};
+}
+
+void Zeltctl::ExportSamples()
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"},
+            {kSampleReactionManager, 4, L"Carbonate", L"Carbonate \u00E9tude", false},
+            {kSamplePackage, 1, L"", L"Alone", false},
+            {kNowhere, 3, L"", L"Lost"}});
+}
+
+std::wstring Zeltctl::SettingText(const wchar_t* value)
+{
+    RegistryKey key;
+    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT"));
+    const auto stored = key.ReadNarrow(Narrow(value).c_str(), REG_MULTI_SZ);
+    if (!stored) return L"missing";
+    std::wstring text = Widen(*stored);
+    for (wchar_t& c : text) c = c ? c : L'|';
+    return text;
+}
+
+}  // namespace zelt::test

@@ -1,0 +1,28 @@
+// zeltctl's commands for this computer, run in the test's own process, on the user's settings, which the fixture puts back.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/system/served_packages/served_packages.h"
+
+namespace zelt::test {
+
+struct CommandOutcome {
+    int code;
+    std::string data, messages;
+};
+
+CommandOutcome RunZeltctl(const std::vector<std::string>& words);
+
+class Zeltctl : public ServedPackages {
+protected:
+    static constexpr wchar_t kNowhere[] = L"{D0C70125-0000-4000-8000-00000000000A}";  // no class
+
+    // Stores packages of the samples: one of each sort, and one whose class is not there.
+    static void ExportSamples();
+
+    static std::wstring SettingText(const wchar_t* value);
+};
+
+}  // namespace zelt::test
