@@ -1,5 +1,6 @@
-// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half its
-// speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick], which takes fewer pairs.
+// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half
+// its speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick], which takes fewer
+// pairs.
 #include <windows.h>
 
 #include <cstdio>
