@@ -1,5 +1,6 @@
-// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half its
-// speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick], which takes fewer pairs.
+// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half
+// its speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick] [word]: fewer pairs,
+// and only the commands that begin with the word.
 #include <windows.h>
 
 #include <cstdio>
@@ -53,10 +54,11 @@ double RunCommand(const std::vector<std::string>& command, const WrittenLog& log
     return seconds;
 }
 
-void BenchSpeed(const WrittenLog& log, int pairs)
+void BenchSpeed(const WrittenLog& log, int pairs, const std::string& only)
 {
     PrintTitle("zeltctl: the commands over a log of " + std::to_string(static_cast<int>(log.Megabytes())) + " MB");
     for (const auto& command : kCommands) {
+        if (!only.empty() && command.front() != only) continue;
         // A result stands behind what happened during a call: a filter by result reads twice.
         const double goal = command.back() == "failed" ? 4 : 2;
         PrintRow(Joined(command),
@@ -66,10 +68,11 @@ void BenchSpeed(const WrittenLog& log, int pairs)
     }
 }
 
-void BenchMemory(const WrittenLog& small, const WrittenLog& large)
+void BenchMemory(const WrittenLog& small, const WrittenLog& large, const std::string& only)
 {
     PrintTitle("zeltctl: the most private memory while it runs");
     for (const auto& command : kCommands) {
+        if (!only.empty() && command.front() != only) continue;
         const std::string text = Joined(command);
         const auto peak = [&](const WrittenLog& log) {
             return PeakMemory(Widen(text, CP_UTF8) + L" \"" + log.Path() + L'"') / 1e6;
@@ -90,11 +93,19 @@ void BenchMemory(const WrittenLog& small, const WrittenLog& large)
 int main(int argc, char** argv)
 try {
     using namespace zelt::bench;
-    const bool quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
+    bool quick = false;
+    std::string only;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--quick") == 0) {
+            quick = true;
+        } else {
+            only = argv[i];
+        }
+    }
     zelt::PrepareLogReader();
     const WrittenLog small(20'000'000), large(200'000'000);
-    BenchSpeed(large, quick ? 1 : 5);
-    BenchMemory(small, large);
+    BenchSpeed(large, quick ? 1 : 5, only);
+    BenchMemory(small, large, only);
     return 0;
 } catch (const std::exception& failure) {
     std::printf("bench_ctl: %s\n", failure.what());

@@ -5,7 +5,8 @@
 
 namespace zelt::bench {
 
-// Runs the program with this command line, its output thrown away, and gives the most private memory that it had, in bytes.
+// Runs the program with this command line, its output thrown away, and gives the most private memory that it had, in
+// bytes.
 double PeakMemory(const std::wstring& commandLine);
 
 }  // namespace zelt::bench

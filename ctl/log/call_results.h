@@ -7,8 +7,8 @@
 
 namespace zelt::ctl {
 
-// A failure is what the callee, or the proxy in its place, answered to the caller; a violation a rule of the standard that
-// somebody broke while the call went on.
+// A failure is what the callee, or the proxy in its place, answered to the caller; a violation a rule of the standard
+// that somebody broke while the call went on.
 enum class MessageKind { None, Info, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);

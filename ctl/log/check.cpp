@@ -127,6 +127,7 @@ private:
     void CheckMessage(const LogEvent& event)
     {
         const MessageKind kind = KindOfMessage(event);
+        if (kind < MessageKind::Warning) return;
         const std::string where =
             calls.InCall() ? " (in " + calls.Innermost().name + " of \"" + calls.Innermost().object + "\")" : "";
         const std::string text(event.text);

@@ -1,6 +1,6 @@
-// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are told apart by their names, as the log has
-// them; where that leaves a doubt, nothing is reported. What the simulator does to its own materials is in no log, so a
-// property counts as unset only when the log shows the whole life of the material, or that it was cleared.
+// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are told apart by their names, as the log
+// has them; where that leaves a doubt, nothing is reported. What the simulator does to its own materials is in no log,
+// so a property counts as unset only when the log shows the whole life of the material, or that it was cleared.
 #pragma once
 
 #include <map>

@@ -1,4 +1,5 @@
-// log diff: two conversations side by side. Both logs are held in memory, because a call may have its counterpart anywhere.
+// log diff: two conversations side by side. Both logs are held in memory, because a call may have its counterpart
+// anywhere.
 #include <charconv>
 #include <cmath>
 #include <map>
@@ -128,6 +129,7 @@ void CompareValues(const SequenceStep& a, const SequenceStep& b, double toleranc
 std::vector<int> Numbered(const std::vector<SequenceStep>& steps, std::map<std::string, int>& numbers)
 {
     std::vector<int> out;
+    out.reserve(steps.size());
     for (const SequenceStep& step : steps) {
         out.push_back(numbers.emplace(step.alike, static_cast<int>(numbers.size())).first->second);
     }

@@ -1,5 +1,6 @@
-// A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them. Fields
-// are separated by commas and quoted where they have to be; lines end in CR LF, as the format's description asks.
+// A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them.
+// Fields are separated by commas and quoted where they have to be; lines end in CR LF, as the format's description
+// asks.
 #include <algorithm>
 #include <string>
 #include <vector>

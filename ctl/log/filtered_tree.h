@@ -1,5 +1,5 @@
-// The calls that pass a filter, as a tree of text with whatever stands directly in them. What stands outside of calls is
-// shown when nothing is filtered.
+// The calls that pass a filter, as a tree of text with whatever stands directly in them. What stands outside of calls
+// is shown when nothing is filtered.
 #pragma once
 
 #include <vector>

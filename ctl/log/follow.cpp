@@ -1,5 +1,5 @@
-// log follow: a log as it is written. The server writes whole entries, so where the file ends for now an XML comment may
-// stand; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
+// log follow: a log as it is written. The server writes whole entries, so where the file ends for now an XML comment
+// may stand; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
 #include <chrono>
 #include <string>
 #include <thread>

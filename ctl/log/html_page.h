@@ -1,6 +1,7 @@
-// What surrounds the tree in the page of HTML: style, tools and script. A call is a details element, which browsers fold
-// without a script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged component, co
-// one of the simulator's objects; ai and ao are arguments in and out; n, w, v, f are infos, warnings, violations, failures.
+// What surrounds the tree in the page of HTML: style, tools and script. A call is a details element, which browsers
+// fold without a script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged
+// component, co one of the simulator's objects; ai and ao are arguments in and out; n, w, v, f are infos, warnings,
+// violations, failures.
 #pragma once
 
 #include <string_view>
@@ -30,7 +31,8 @@ header { position: sticky; top: 0; z-index: 1; display: flex; flex-wrap: wrap; g
 h1 { font-size: 15px; margin: 0 12px 0 0; }
 input, button { font: inherit; padding: 2px 8px; }
 input { min-width: 16em; }
-main { position: relative; padding: 8px 12px 40vh 6.8em; font: 13px/1.5 ui-monospace, Consolas, monospace; overflow-wrap: anywhere; }
+main { position: relative; padding: 8px 12px 40vh 6.8em; font: 13px/1.5 ui-monospace, Consolas, monospace;
+  overflow-wrap: anywhere; }
 details { margin-left: 1.2em; border-left: 1px solid var(--line); }
 main > details { margin-left: 0; border-left: 0; }
 summary { cursor: pointer; padding-left: .3em; }
@@ -52,7 +54,8 @@ q { quotes: none; }
 .w::before { content: "\26A0  "; } .v::before { content: "\2716  "; } .f::before { content: "\2716  "; }
 .has-bad > summary::after { content: " \2716"; color: var(--bad); }
 .has-warn:not(.has-bad) > summary::after { content: " \26A0"; color: var(--warn); }
-.hit { background: var(--mark); } .here { background: var(--here); } .hit, .here, .hit :is(b, s, u), .here :is(b, s, u) { color: var(--text); }
+.hit { background: var(--mark); } .here { background: var(--here); }
+.hit, .here, .hit :is(b, s, u), .here :is(b, s, u) { color: var(--text); }
 #count { color: var(--soft); min-width: 8em; }
 @media print { header { position: static; } }
 </style>

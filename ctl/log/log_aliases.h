@@ -1,5 +1,5 @@
-// What stands in for the names and values of a log that is given away. The same text has the same alias throughout a run;
-// the key, from the system's source of random numbers, is never written, so that nothing leads back from an alias.
+// What stands in for the names and values of a log that is given away. The same text has the same alias throughout a
+// run; the key, from the system's source of random numbers, is never written, so that nothing leads back from an alias.
 #pragma once
 
 #include <cstdint>

@@ -25,7 +25,7 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     Furthest current(1, 0);
     for (int left = 0; left <= limit; ++left) {
         // Diagonal d of a step stands at d + left; a - b is the diagonal.
-        Furthest next(static_cast<std::size_t>(2 * left + 1));
+        Furthest next(2 * static_cast<std::size_t>(left) + 1);
         for (int d = -left; d <= left; d += 2) {
             int x = 0;
             if (left > 0) {
@@ -39,7 +39,8 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
             }
             int y = x - d;
             while (x < sizeA && y < sizeB && a[static_cast<std::size_t>(x)] == b[static_cast<std::size_t>(y)]) ++x, ++y;
-            next[static_cast<std::size_t>(d + left)] = x;
+            const int place = d + left;
+            next[static_cast<std::size_t>(place)] = x;
             if (x <= sizeA && y <= sizeB && x + y > search.endA + search.endB) search.endA = x, search.endB = y;
             if (x >= sizeA && y >= sizeB) {
                 search.steps.push_back(std::move(next));

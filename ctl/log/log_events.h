@@ -1,6 +1,6 @@
-// What a log says, as a stream of events in the order of the file: each call, argument, value and message begins once and
-// ends once. The one way in which the commands read logs; it rests on the viewer's reader and keeps nothing of the file.
-// The views of an event are valid during the call that brings it.
+// What a log says, as a stream of events in the order of the file: each call, argument, value and message begins once
+// and ends once. The one way in which the commands read logs; it rests on the viewer's reader and keeps nothing of the
+// file. The views of an event are valid during the call that brings it.
 #pragma once
 
 #include <string>
@@ -33,15 +33,15 @@ public:
     virtual ~LogHandler() = default;
     virtual void Begin(const LogEvent& event) = 0;
     virtual void End(EventKind, int /*depth*/) {}
-    // At the end of a log that is cut off or damaged: the line of each element that is open there, the root first. Their
-    // ends have come all the same.
+    // At the end of a log that is cut off or damaged: the line of each element that is open there, the root first.
+    // Their ends have come all the same.
     virtual void LeftOpen(int /*line*/) {}
     // The parser objects to something in this line.
     virtual void ParseError(int /*line*/) {}
 };
 
-// Reads a log to its end. False when it is cut off or damaged; the user has been told where then. Throws InputError when
-// the file cannot be opened or holds no log.
+// Reads a log to its end. False when it is cut off or damaged; the user has been told where then. Throws InputError
+// when the file cannot be opened or holds no log.
 bool ReadEvents(const std::string& path, LogHandler& handler, Output& messages);
 
 // The same from any input. `name` is for the messages.

@@ -1,6 +1,6 @@
 // A log in memory, as log diff compares it: a sequence of calls in the order of their beginnings, and of what stands
-// outside of calls. What differs between two runs of the same conversation is left out: addresses, times, the numbers at
-// the ends of objects' names, the queries of the system.
+// outside of calls. What differs between two runs of the same conversation is left out: addresses, times, the numbers
+// at the ends of objects' names, the queries of the system.
 #pragma once
 
 #include <string>

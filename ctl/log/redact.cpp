@@ -1,5 +1,5 @@
-// log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off at
-// the same place.
+// log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off
+// at the same place.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -35,14 +35,19 @@ void AppendEscaped(Output& out, std::string_view text)
     out << text.substr(done);
 }
 
-// The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have others.
-std::string StandardName(std::string_view name, const LogAliases& aliases)
+// The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
+// others.
+void AppendStandardName(Output& out, std::string_view name, const LogAliases& aliases)
 {
     const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
                std::string_view("_:().|<>").find(c) != std::string_view::npos;
     });
-    return plain ? std::string(name) : aliases.Text(name);
+    if (plain) {
+        AppendEscaped(out, name);
+    } else {
+        AppendEscaped(out, aliases.Text(name));
+    }
 }
 
 class Redactor final : public LogHandler {
@@ -59,7 +64,7 @@ public:
         switch (event.kind) {
             case EventKind::Call:
                 out << "<func name=\"";
-                AppendEscaped(out, StandardName(event.name, aliases));
+                AppendStandardName(out, event.name, aliases);
                 out << "\" direc=\"" << (event.inward ? "in" : "out") << "\" object=\"";
                 AppendEscaped(out, aliases.Name(event.text));
                 out << "\">\r\n";
@@ -67,9 +72,9 @@ public:
             case EventKind::Argument:
                 type = event.text;
                 out << "<arg name=\"";
-                AppendEscaped(out, StandardName(event.name, aliases));
+                AppendStandardName(out, event.name, aliases);
                 out << "\" direc=\"" << (event.inward ? "in" : "out") << "\" type=\"";
-                AppendEscaped(out, StandardName(event.text, aliases));
+                AppendStandardName(out, event.text, aliases);
                 out << "\">\r\n";
                 break;
             case EventKind::Value: WriteLine("argval", aliases.Value(event.text, type), event.hasChildren); break;

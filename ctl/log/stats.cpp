@@ -1,5 +1,5 @@
-// log stats: how often each method was called on each object, and how it went. Memory grows with the number of different
-// methods and objects, not with the log.
+// log stats: how often each method was called on each object, and how it went. Memory grows with the number of
+// different methods and objects, not with the log.
 #include <algorithm>
 #include <map>
 #include <string>

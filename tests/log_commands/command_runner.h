@@ -1,5 +1,5 @@
-// Runs a command of zeltctl in this process and keeps what it wrote; logs for it, in files that end with their owner; and
-// outputs that are kept beside the tests.
+// Runs a command of zeltctl in this process and keeps what it wrote; logs for it, in files that end with their owner;
+// and outputs that are kept beside the tests.
 #pragma once
 
 #include <string>

@@ -7,6 +7,7 @@ namespace zelt::test {
 namespace {
 
 const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
+const std::string kMissing = ZELT_TESTS "/missing.zlg";
 
 struct KeptCase {
     const char* name;
@@ -127,7 +128,7 @@ TEST(LogCommands, RefuseWhatIsNoLog)
             EXPECT_NE(std::string::npos, outcome.messages.find("no log of ZELT")) << outcome.messages;
         }
     }
-    const Outcome missing = RunCommand({"log", "show", ZELT_TESTS "/missing.zlg"});
+    const Outcome missing = RunCommand({"log", "show", kMissing});
     EXPECT_EQ(3, missing.code);
     EXPECT_NE(std::string::npos, missing.messages.find("No such file")) << missing.messages;
 }
@@ -141,11 +142,11 @@ TEST(LogCommands, SayWhenAFileCannotBeRead)
         EXPECT_NE("", outcome.messages) << command;
     }
     for (const char* form : {"--html", "--json", "--csv"}) {
-        EXPECT_EQ(3, RunCommand({"log", "export", form, ZELT_TESTS "/missing.zlg"}).code) << form;
+        EXPECT_EQ(3, RunCommand({"log", "export", form, kMissing}).code) << form;
     }
-    EXPECT_EQ(3, RunCommand({"log", "diff", ZELT_TESTS "/missing.zlg", kConversation}).code);
-    EXPECT_EQ(3, RunCommand({"log", "diff", kConversation, ZELT_TESTS "/missing.zlg"}).code);
-    EXPECT_EQ(3, RunCommand({"log", "follow", "--idle", "0", ZELT_TESTS "/missing.zlg"}).code);
+    EXPECT_EQ(3, RunCommand({"log", "diff", kMissing, kConversation}).code);
+    EXPECT_EQ(3, RunCommand({"log", "diff", kConversation, kMissing}).code);
+    EXPECT_EQ(3, RunCommand({"log", "follow", "--idle", "0", kMissing}).code);
 }
 
 TEST(LogCommands, AnswerInUtf8WhateverTheNames)
