@@ -52,10 +52,15 @@ STDMETHODIMP_(ULONG) Object::Release()
         // A caller that came in through a message box may hold the object now; its Release destroys it.
         if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
     }
+    if (pins == 0) Destroy();
+    return 0;
+}
+
+void Object::Destroy()
+{
     // Nothing may bring the object back to this point while its destructor releases what it holds.
     referenceCount = 1;
     delete this;
-    return 0;
 }
 
 }  // namespace com

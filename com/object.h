@@ -59,6 +59,19 @@ public:
         }
     }
 
+    // A reference that others may give back by mistake: a component that releases once too often takes the reference, not the
+    // object. Unpin gives back what is left of it, and destroys an object that has lost its last reference meanwhile.
+    void Pin()
+    {
+        ++referenceCount;
+        ++pins;
+    }
+    void Unpin()
+    {
+        if (referenceCount > 0) LetGo();
+        if (--pins == 0 && referenceCount <= 0) Destroy();
+    }
+
     ULONG ReferenceCount() const { return static_cast<ULONG>(referenceCount); }
     const InterfaceEntry* Interfaces() const { return firstInterface; }
     const InterfaceEntry* FindInterface(REFIID iid) const;
@@ -79,7 +92,10 @@ protected:
 
 private:
     friend class InterfaceEntry;
+    void Destroy();
+
     LONG referenceCount = 0;
+    LONG pins = 0;
     bool finalReleaseDone = false;
     InterfaceEntry* firstInterface = nullptr;
     InterfaceEntry* lastInterface = nullptr;

@@ -31,7 +31,18 @@ HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
     const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
     if (makesReadOnly) proxy->SetReadOnly(true);
-    return proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(wrapper.Receive()));
+    return wrapper.Lend(*proxy.Get());
+}
+
+HRESULT LentProxy::Lend(CapeOpenBase& lent)
+{
+    // The pin counts for the reference that the query takes.
+    const HRESULT queried = lent.QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&face));
+    if (FAILED(queried)) return queried;
+    proxy = &lent;
+    proxy->Pin();
+    face->Release();
+    return S_OK;
 }
 
 namespace {

@@ -146,19 +146,41 @@ inline auto OutBool(const char* name, VARIANT_BOOL* value)
 
 // --- Interface pointers.
 
+// A proxy for the length of a call. The callee may hold it longer; what it may not is take it away by releasing too often.
+class LentProxy {
+public:
+    LentProxy() = default;
+    ~LentProxy() { TakeBack(); }
+    LentProxy(LentProxy&& other) noexcept
+        : proxy(std::exchange(other.proxy, nullptr)), face(std::exchange(other.face, nullptr))
+    {}
+
+    HRESULT Lend(CapeOpenBase& lent);
+    void TakeBack()
+    {
+        face = nullptr;
+        if (CapeOpenBase* taken = std::exchange(proxy, nullptr)) taken->Unpin();
+    }
+    IDispatch* Get() const { return face; }
+
+private:
+    CapeOpenBase* proxy = nullptr;
+    IDispatch* face = nullptr;
+};
+
 // An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
 struct WrappedIn : NoSteps {
     using Parameter = IDispatch*;
     const char* name;
     IDispatch* pointer;
     WrapSite site;
-    ForeignPtr<IDispatch> wrapper;
+    LentProxy wrapper;
 
     WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
     void Describe(LoggedCall& call) const;
     HRESULT Prepare(LoggedCall& call);
-    IDispatch* Value() const { return wrapper ? wrapper.Get() : pointer; }
-    void Release() { wrapper = ForeignPtr<IDispatch>(); }
+    IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : pointer; }
+    void Release() { wrapper.TakeBack(); }
 
 protected:
     // Puts a proxy in the object's place.

@@ -2,15 +2,19 @@
 #include "thermo/package_manager.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
+#include "checked_heap.h"
 #include "com/class_factory.h"
 #include "core/hr_name.h"
 #include "core/log_location.h"
 #include "core/narrow.h"
 #include "core/system_text.h"
+#include "long_run.h"
 #include "proxy_fixture.h"
 #include "shell/exported_package_list.h"
+#include "tests/system/harness/process_figures.h"
 #include "tests/system/harness/scratch_registry.h"
 #include "thermo/property_package_manager.h"
 #include "thermo/reaction_package_manager.h"
@@ -269,6 +273,28 @@ protected:
     ComPtr<IDispatch> package;
 };
 
+std::wstring logPath;
+std::wstring logTitle;
+
+void PlaceLogsAt(const std::wstring& path)
+{
+    logPath = path;
+    static const LogSurroundings surroundings = {
+        [] {
+            SYSTEMTIME now;
+            GetLocalTime(&now);
+            return now;
+        },
+        [](std::wstring&) { return false; },
+        [](const std::wstring& title, std::wstring& chosen) {
+            logTitle = title;
+            chosen = logPath;
+            return !logPath.empty();
+        },
+    };
+    SetLogSurroundings(&surroundings);
+}
+
 constexpr auto kNotAvailable = static_cast<HRESULT>(ECapeInvalidArgumentHR);
 constexpr auto kCreationFailed = static_cast<HRESULT>(ECapeFailedInitialisationHR);
 
@@ -310,6 +336,36 @@ TEST_P(PackageManagerTest, GetsAPackageFromItsManagerAndLetsTheManagerGo)
     const ComPtr<IDispatch> first = package;
     ASSERT_EQ(S_OK, Get(L"Aromatics"));
     EXPECT_NE(first.Get(), package.Get());
+}
+
+TEST_P(PackageManagerTest, PackagesThatComeAndGoLeaveNothingBehind)
+{
+    Export(kind.fromManager, L"Aromatics", kForeignManager, true);
+    RecordedMessages messages;
+    const auto live = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            PlaceLogsAt(logPath);
+            ASSERT_EQ(S_OK, Get(L"Aromatics"));
+            package.Reset();
+            script.calls.clear();
+        }
+    };
+    PlaceLogsAt(TemporaryPath());
+    live(20);
+    const HeapInUse before = HeapOfOperatorNew();
+    const ProcessFigures processBefore = FiguresOf(GetCurrentProcessId());
+    live(20 * Effort());
+    const HeapInUse after = HeapOfOperatorNew();
+    const ProcessFigures processAfter = FiguresOf(GetCurrentProcessId());
+    EXPECT_EQ(before.blocks, after.blocks);
+    EXPECT_EQ(before.bytes, after.bytes);
+    EXPECT_EQ(processBefore.handles, processAfter.handles);
+    std::printf("%d packages; before: %zu KB, after: %zu KB\n", 20 * Effort(),
+                static_cast<std::size_t>(processBefore.privateBytes / 1024),
+                static_cast<std::size_t>(processAfter.privateBytes / 1024));
+    EXPECT_TRUE(messages.All().empty());
+    DeleteFileW(logPath.c_str());
+    PlaceLogsAt(L"");
 }
 
 TEST_P(PackageManagerTest, GetsAStandAlonePackage)
@@ -451,28 +507,6 @@ TEST_P(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
     messages.meanwhile = [] { ExportedPackages().Remove(1); };
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
-}
-
-std::wstring logPath;
-std::wstring logTitle;
-
-void PlaceLogsAt(const std::wstring& path)
-{
-    logPath = path;
-    static const LogSurroundings surroundings = {
-        [] {
-            SYSTEMTIME now;
-            GetLocalTime(&now);
-            return now;
-        },
-        [](std::wstring&) { return false; },
-        [](const std::wstring& title, std::wstring& chosen) {
-            logTitle = title;
-            chosen = logPath;
-            return !logPath.empty();
-        },
-    };
-    SetLogSurroundings(&surroundings);
 }
 
 TEST_P(PackageManagerTest, LoggedPackageGetsALogOfItsOwn)
