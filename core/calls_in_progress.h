@@ -31,11 +31,17 @@ void MakeRoom() noexcept;
 // How many calls are in progress.
 inline std::size_t CountCallsInProgress() { return calls_in_progress::count; }
 
-inline void EnterCallInProgress(const CallInProgress& call)
+// Makes room for one more; may call others, as opposed to what follows.
+inline void PrepareToEnterCall()
 {
     using namespace calls_in_progress;
     if (count == room) [[unlikely]]
         MakeRoom();
+}
+
+[[gnu::always_inline]] inline void EnterCallInProgress(const CallInProgress& call)
+{
+    using namespace calls_in_progress;
     if (count < room) [[likely]]
         calls[count] = call;
     ++count;

@@ -9,8 +9,7 @@ namespace zelt {
 
 void LoggedCall::Open(const char* name)
 {
-    document->Hold();
-    EnterCallInProgress({&proxy, document, document->Depth()});
+    Enter(document->Depth());
     document->BeginFunc(proxy.IsIn(), name, proxy.Name());
 }
 

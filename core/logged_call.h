@@ -18,12 +18,10 @@ public:
     [[gnu::always_inline]] LoggedCall(CapeOpenBase& proxy, const char* name)
         : proxy(proxy), document(proxy.Document()), callsBefore(CountCallsInProgress())
     {
-        // The caller's reference may go while the package calls back.
-        proxy.EnterCall();
         if (document) {
             Open(name);
         } else {
-            EnterCallInProgress({&proxy, nullptr, 0});
+            Enter(0);
         }
     }
     ~LoggedCall()
@@ -89,6 +87,15 @@ public:
     }
 
 private:
+    // Takes the holds that EndCallsBeyond gives back: on the proxy, because the caller's reference may go while the package calls
+    // back, and on the document. Where the stack ends is anybody's guess, so between a hold and its record nothing is called.
+    [[gnu::always_inline]] void Enter(std::int32_t depth)
+    {
+        PrepareToEnterCall();
+        if (document) document->Hold();
+        proxy.EnterCall();
+        EnterCallInProgress({&proxy, document, depth});
+    }
     // Holds the document to the end of the call, and opens the element.
     void Open(const char* name);
     void End();

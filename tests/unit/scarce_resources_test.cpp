@@ -1,6 +1,7 @@
 // What the machine runs short of, or others hold: the calls go on, and what was logged until then stays readable.
 #include <fcntl.h>
 #include <io.h>
+#include <malloc.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -201,6 +202,8 @@ TEST_F(ScarceResources, PathsInEveryScript)
         EXPECT_EQ(L"Open log file \"" + place + L"\"?", messages.All()[0].text);
         EXPECT_TRUE(DeleteFileW(place.c_str()));
     }
+    // The fixture's own document asks for the same options when it is closed.
+    options.promptOpenLog = false;
 }
 
 TEST_F(ScarceResources, AThousandPackagesAtOnceHaveAThousandLogs)
@@ -293,12 +296,20 @@ TEST_F(Nesting, OfTwoHundredCallsIsServedAndLogged)
     EXPECT_NE(std::string::npos, log.find("\n" + innermost));
 }
 
-TEST_F(Nesting, WithoutEndEndsInAStatusCode)
+// Where in our own code the stack ends is chance, so it ends in several places.
+TEST_F(Nesting, WithoutEndEndsInAStatusCodeAndLeavesNoReference)
 {
     OnOwnThread([&] {
-        for (const bool isLogged : {false, true}) {
-            EXPECT_EQ(E_UNEXPECTED, Nest(isLogged, 0)) << isLogged;
-            EXPECT_LT(200, deepest);
+        for (std::size_t shift = 0; shift < 10; ++shift) {
+            SCOPED_TRACE(shift);
+            auto* unused = static_cast<volatile char*>(alloca(16 + 32 * shift));
+            unused[0] = 0;
+            for (const bool isLogged : {false, true}) {
+                if (isLogged && shift % 5 != 0) continue;
+                EXPECT_EQ(E_UNEXPECTED, Nest(isLogged, 0)) << isLogged;
+                EXPECT_LT(200, deepest);
+                EXPECT_EQ(1u, package->ReferenceCount()) << isLogged;
+            }
         }
     });
     EXPECT_NE(std::string::npos,

@@ -103,7 +103,7 @@ protected:
 
 TEST_F(Soak, PackagesLeaveNothingBehind)
 {
-    ExpectFlat(30, 60 * Effort(), [this](int i) {
+    ExpectFlat(20, 30 * Effort(), [this](int i) {
         const ComPtr<IDispatch> package = Get(i % 4 == 0 ? L"Alcohols" : L"Aromatics");
         ASSERT_TRUE(package);
         Use(package.Get());
@@ -113,7 +113,7 @@ TEST_F(Soak, PackagesLeaveNothingBehind)
             ASSERT_TRUE(faulty);
             Fault(faulty.Get());
         }
-        if (i % 32 == 31) ForgetLogs();
+        if (i % 16 == 15) ForgetLogs();
     });
 }
 
@@ -121,7 +121,7 @@ TEST_F(Soak, CallsLeaveNothingBehind)
 {
     ComPtr<IDispatch> package = Get(L"Alcohols");
     ASSERT_TRUE(package);
-    ExpectFlat(200, 300 * Effort(), [&](int) { Use(package.Get()); });
+    ExpectFlat(100, 150 * Effort(), [&](int) { Use(package.Get()); });
     package.Reset();
     const std::string log = OnlyLog();
     EXPECT_TRUE(log.ends_with("</zeltlogdocument>\r\n"));
