@@ -18,15 +18,15 @@ public:
     [[gnu::always_inline]] LoggedCall(CapeOpenBase& proxy, const char* name)
         : proxy(proxy), document(proxy.Document()), callsBefore(CountCallsInProgress())
     {
-        if (document) {
+        if (document) [[unlikely]] {
             Open(name);
         } else {
             Enter(0);
         }
     }
-    ~LoggedCall()
+    [[gnu::always_inline]] ~LoggedCall()
     {
-        if (document) {
+        if (document) [[unlikely]] {
             End();
         } else {
             LeaveCallInProgress(callsBefore);
