@@ -1,5 +1,6 @@
 #include "shell/log_viewer/background_reader.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -14,9 +15,11 @@
 namespace zelt {
 namespace {
 
-// Small enough that the work is shared evenly and large enough that handing one over costs nothing.
-constexpr std::size_t kBatchItems = 1024;
-constexpr std::size_t kWaitingBatches = 16;
+// The first batches are small: what is made of the beginning should not wait. Those that follow are as large together as all
+// before, until handing one over costs next to nothing.
+constexpr std::size_t kFirstBatchItems = 1024;
+constexpr std::size_t kMostBatchItems = 16 * kFirstBatchItems;
+constexpr std::size_t kWaitingBatches = 4;
 constexpr std::chrono::milliseconds kPatience{50};
 
 struct Batch {
@@ -102,16 +105,13 @@ private:
 // On the reading thread.
 class Collector final : public LogSink {
 public:
-    Collector(Queue& queue, const SharedLogFile& file) : queue(queue), file(file)
-    {
-        batch.entries.reserve(kBatchItems);
-    }
+    Collector(Queue& queue, const SharedLogFile& file) : queue(queue), file(file) {}
 
     void Item(const LogItem& item) override
     {
         batch.entries.push_back({item, batch.text.size(), false, 0});
         batch.text += item.label;
-        if (batch.entries.size() == kBatchItems) HandOver();
+        if (++items == nextHandOver) HandOver();
     }
     void ParseError(int line) override
     {
@@ -121,6 +121,7 @@ public:
     bool Continue() override { return wanted; }
     void HandOver()
     {
+        nextHandOver = items + std::min(std::max(items, kFirstBatchItems), kMostBatchItems);
         batch.position = file.Position();
         if (!wanted || !queue.Put(batch)) {
             // The reading ends with its next step.
@@ -133,6 +134,8 @@ private:
     Queue& queue;
     const SharedLogFile& file;
     Batch batch;
+    std::size_t items = 0;
+    std::size_t nextHandOver = kFirstBatchItems;
     bool wanted = true;
 };
 
