@@ -19,6 +19,8 @@ namespace {
 // before, until handing one over costs next to nothing.
 constexpr std::size_t kFirstBatchItems = 1024;
 constexpr std::size_t kMostBatchItems = 16 * kFirstBatchItems;
+// Labels may be megabytes long each.
+constexpr std::size_t kMostBatchText = 4 << 20;
 constexpr std::size_t kWaitingBatches = 4;
 constexpr std::chrono::milliseconds kPatience{50};
 
@@ -111,7 +113,7 @@ public:
     {
         batch.entries.push_back({item, batch.text.size(), false, 0});
         batch.text += item.label;
-        if (++items == nextHandOver) HandOver();
+        if (++items == nextHandOver || batch.text.size() >= kMostBatchText) HandOver();
     }
     void ParseError(int line) override
     {

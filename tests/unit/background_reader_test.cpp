@@ -126,6 +126,20 @@ TEST_F(BackgroundReader, TellsHowFarTheFileWasRead)
     EXPECT_EQ(size, before);
 }
 
+TEST_F(BackgroundReader, LetsNoMoreThanAFewLongLabelsWait)
+{
+    constexpr int kItems = 40;
+    constexpr long long kLabel = 1'000'000;
+    std::string log = "<zeltlogdocument>\n";
+    for (int i = 0; i < kItems; ++i) log += "<info value=\"" + std::string(kLabel, 'x') + "\"/>\n";
+    Write(log + "</zeltlogdocument>\n");
+    ExpectTheSame();
+    Recorder sink;
+    // How far the reading is ahead of the items: never by most of the file.
+    sink.onItem = [&](int items) { EXPECT_GT(6 * kLabel, position - items * kLabel); };
+    EXPECT_EQ(LogReadResult::Complete, Read(sink, true));
+}
+
 TEST_F(BackgroundReader, EndsWhenTheSinkHasEnough)
 {
     Write(ManyCalls());
