@@ -22,6 +22,8 @@ ship  | zip                         | makes the portable zip
 ship  | unzip                       | unpacks it in its test
 lint  | clang-format                | formatting
 lint  | clang-tidy                  | static checks
+fuzz  | clang                       | compiler with a guided fuzzer
+fuzz  | libclang-rt-dev             | the fuzzer, and the sanitizers that clang links
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
 pictures | fonts-wine               | the symbols and the text of windows as people know them
 page  | chromium                    | shows the page of log export --html

@@ -1,22 +1,25 @@
 #include "shell/log_reader/item_builder.h"
 
 #include "shell/log_reader/element_lines.h"
+#include "shell/log_reader/utf8.h"
 
 namespace zelt {
 namespace {
 
 constexpr std::string_view kObjectMark = " (", kTypeMark = " (type: ";
 
-const char* Text(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+void Append(std::string& out, const xmlChar* text) { AppendUtf8(out, reinterpret_cast<const char*>(text)); }
 
 // References to entities stay references: a log has none, and what a forged one declares is not worth its expansion.
 void AppendValue(std::string& out, const xmlAttr& attribute)
 {
     for (const xmlNode* part = attribute.children; part; part = part->next) {
         if (part->type == XML_ENTITY_REF_NODE) {
-            out.append("&").append(Text(part->name)).append(";");
+            out += '&';
+            Append(out, part->name);
+            out += ';';
         } else if (part->content) {
-            out += Text(part->content);
+            Append(out, part->content);
         }
     }
 }
@@ -36,11 +39,14 @@ void AppendAttribute(std::string& out, const xmlNode* element, const xmlChar* na
 
 void AppendEverything(std::string& out, const xmlNode* element)
 {
-    if (element->ns && element->ns->prefix) out.append(Text(element->ns->prefix)).append(":");
-    out += Text(element->name);
+    if (element->ns && element->ns->prefix) {
+        Append(out, element->ns->prefix);
+        out += ':';
+    }
+    Append(out, element->name);
     for (const xmlNs* space = element->nsDef; space; space = space->next) {
         out += ' ';
-        if (space->href) out += Text(space->href);
+        if (space->href) Append(out, space->href);
     }
     for (const xmlAttr* attribute = element->properties; attribute; attribute = attribute->next) {
         out += ' ';
@@ -181,8 +187,10 @@ void ItemBuilder::Flush()
 
 void ItemBuilder::Finish()
 {
-    if (waiting) Deliver(false, false);
-    else --depth;
+    if (waiting)
+        Deliver(false, false);
+    else
+        --depth;
     // What the parser left open ends with the file.
     for (; depth >= 0; --depth) sink.ItemEnd(depth);
 }

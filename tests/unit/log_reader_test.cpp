@@ -15,6 +15,7 @@
 
 #include "core/value_writers.h"
 #include "log_fixture.h"
+#include "tests/fuzz/mutation.h"
 
 namespace zelt::test {
 namespace {
@@ -298,41 +299,6 @@ std::size_t CommittedMemory()
     counters.cb = sizeof counters;
     K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.PagefileUsage;
-}
-
-void Mutate(std::string& log, std::mt19937& random)
-{
-    static const char* const kPieces[] = {"<",
-                                          ">",
-                                          "\"",
-                                          "&",
-                                          "&#0;",
-                                          "&#x41;",
-                                          "<!--",
-                                          "]]>",
-                                          "<![CDATA[",
-                                          "</func>",
-                                          "<func>",
-                                          "<error/>",
-                                          "<!DOCTYPE a [",
-                                          "<?",
-                                          "/>",
-                                          "xmlns:a=\"b\" ",
-                                          "a:b",
-                                          "\xC3\xA9",
-                                          "\xFF",
-                                          "=",
-                                          "''"};
-    for (int change = 1 + static_cast<int>(random() % 8); change > 0 && !log.empty(); --change) {
-        const std::size_t at = random() % log.size();
-        switch (random() % 5) {
-            case 0: log[at] = static_cast<char>(random()); break;
-            case 1: log.erase(at, random() % 40); break;
-            case 2: log.insert(at, kPieces[random() % std::size(kPieces)]); break;
-            case 3: log.insert(at, log.substr(random() % log.size(), random() % 200)); break;
-            default: log.resize(at + 1); break;
-        }
-    }
 }
 
 // ZELT_MUTATED_LOGS sets another number than that of an everyday run.

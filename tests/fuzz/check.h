@@ -1,0 +1,14 @@
+// What a fuzzed program must never do. A check that fails ends the program as a bad access does, so that whoever runs it keeps
+// the input.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+#define CHECK(condition)                                                                       \
+    do {                                                                                       \
+        if (!(condition)) {                                                                    \
+            std::fprintf(stderr, "%s:%d: %s does not hold\n", __FILE__, __LINE__, #condition); \
+            std::abort();                                                                      \
+        }                                                                                      \
+    } while (false)

@@ -1,0 +1,86 @@
+// Any bytes are a log to the commands for logs: each ends with an exit code of its own and says what it means by it, and a
+// log without its names is still one.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ctl/command.h"
+#include "ctl/log/log_commands.h"
+#include "memory_input.h"
+
+namespace zelt::test {
+namespace {
+
+using Words = std::vector<std::string>;
+
+int Run(Words words, std::string& data)
+{
+    ctl::Output out, messages;
+    ctl::Streams streams = {out, messages};
+    const int code = ctl::Run(ctl::LogCommands(), words, streams);
+    CHECK(code == ctl::kFine || code == ctl::kFinding || code == ctl::kUnreadable);
+    CHECK(code != ctl::kUnreadable || !messages.Text().empty());
+    data = out.Text();
+    return code;
+}
+
+class Counter final : public LogSink {
+public:
+    void Item(const LogItem&) override { ++items; }
+    void ParseError(int) override {}
+    bool Continue() override { return true; }
+    std::size_t items = 0;
+};
+
+LogReadResult CountItems(std::string_view log, std::size_t& items)
+{
+    Counter counter;
+    Pieces bytes(log, log.size());
+    const LogReadResult result = ReadLog(bytes, counter);
+    items = counter.items;
+    return result;
+}
+
+void Test(std::string_view bytes)
+{
+    static const Words kCommands[] = {
+        {"log", "show"},
+        {"log", "show", "--calls"},
+        {"log", "show", "--result", "failed"},
+        {"log", "errors"},
+        {"log", "errors", "--json"},
+        {"log", "stats"},
+        {"log", "stats", "--json"},
+        {"log", "check"},
+        {"log", "check", "--json"},
+        {"log", "export", "--csv"},
+        {"log", "export", "--json"},
+        {"log", "export", "--html"},
+    };
+    const MemoryFile log(bytes);
+    std::string data;
+    for (Words words : kCommands) {
+        words.push_back(log.Path());
+        Run(words, data);
+    }
+    CHECK(Run({"log", "diff", log.Path(), log.Path()}, data) != ctl::kFinding);
+
+    const int redacted = Run({"log", "redact", log.Path()}, data);
+    std::size_t before = 0, after = 0;
+    const LogReadResult result = CountItems(bytes, before);
+    if (redacted == ctl::kFine && result == LogReadResult::Complete) {
+        CHECK(CountItems(data, after) == LogReadResult::Complete);
+        CHECK(before == after);
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const bool isPrepared = (zelt::PrepareLogReader(), true);
+    CHECK(isPrepared);
+    zelt::test::Test({reinterpret_cast<const char*>(data), size});
+    return 0;
+}

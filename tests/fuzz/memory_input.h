@@ -1,0 +1,49 @@
+// The bytes of a fuzzed input as the programs under test take them: as a file in memory, and as a stream of pieces.
+#pragma once
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "check.h"
+#include "shell/log_reader/log_reader.h"
+
+namespace zelt::test {
+
+// A file in memory, at its beginning.
+class MemoryFile {
+public:
+    explicit MemoryFile(std::string_view bytes) : descriptor(memfd_create("log", 0))
+    {
+        CHECK(write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()));
+        CHECK(lseek(descriptor, 0, SEEK_SET) == 0);
+    }
+    ~MemoryFile() { close(descriptor); }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+
+    std::string Path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+    const int descriptor;
+};
+
+// The bytes in pieces of one length, as slow disks and pipes give them.
+class Pieces final : public LogInput {
+public:
+    Pieces(std::string_view bytes, std::size_t length) : rest(bytes), length(length) {}
+    int Read(char* out, int room) override
+    {
+        const std::size_t count = rest.copy(out, std::min(length, static_cast<std::size_t>(room)));
+        rest.remove_prefix(count);
+        return static_cast<int>(count);
+    }
+
+private:
+    std::string_view rest;
+    const std::size_t length;
+};
+
+}  // namespace zelt::test

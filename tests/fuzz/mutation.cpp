@@ -1,0 +1,29 @@
+#include "mutation.h"
+
+#include <iterator>
+
+namespace zelt::test {
+namespace {
+
+constexpr const char* kPieces[] = {
+    "<",         ">",        "\"",     "&",        "&#0;", "&#x41;", "<!--",          "]]>",
+    "<![CDATA[", "</func>",  "<func>", "<error/>", "<?",   "/>",     "<!DOCTYPE a [", "xmlns:a=\"b\" ",
+    "a:b",       "\xC3\xA9", "\xFF",   "=",        "''"};
+
+}  // namespace
+
+void Mutate(std::string& log, std::mt19937& random)
+{
+    for (int change = 1 + static_cast<int>(random() % 8); change > 0 && !log.empty(); --change) {
+        const std::size_t at = random() % log.size();
+        switch (random() % 5) {
+            case 0: log[at] = static_cast<char>(random()); break;
+            case 1: log.erase(at, random() % 40); break;
+            case 2: log.insert(at, kPieces[random() % std::size(kPieces)]); break;
+            case 3: log.insert(at, log.substr(random() % log.size(), random() % 200)); break;
+            default: log.resize(at + 1); break;
+        }
+    }
+}
+
+}  // namespace zelt::test
