@@ -89,9 +89,8 @@ protected:
             if (FAILED(prepared)) return call.Close(prepared, nullptr);
         }
         const auto values = std::tuple_cat(ValueOf(descriptors)...);
-        result = call.Forward([&] {
-            return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values);
-        });
+        result = call.Forward(
+            [&] { return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values); });
         (descriptors.Finish(call, result), ...);
         (descriptors.Release(), ...);
         return call.Close(result, target);

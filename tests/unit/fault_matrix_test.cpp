@@ -82,8 +82,8 @@ public:
             EXPECT_EQ(0, file.Open(path));
             document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
             document->Hold();
-            log.reset(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                  0, nullptr));
+            log.reset(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr));
         }
         const ProxyClass& proxyClass = FindProxyClass(target.tableClass.name);
         proxy = proxyClass.make(ThermoVersion::Unset);
