@@ -66,6 +66,21 @@ void Dialog::SetIcons(int resource)
     SetIcon(window, ICON_SMALL, resource, SM_CXSMICON, SM_CYSMICON);
 }
 
+bool Dialog::Answer(LRESULT result) const
+{
+    SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
+    return true;
+}
+
+void Dialog::Guarded(const std::function<void()>& body) const
+{
+    const HRESULT passed = com::NoThrow([&body] {
+        body();
+        return S_OK;
+    });
+    if (passed == E_OUTOFMEMORY) ShowBox(L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+}
+
 INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_INITDIALOG) {
@@ -75,13 +90,7 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     auto* dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (!dialog) return FALSE;
     INT_PTR handled = FALSE;
-    const HRESULT passed = com::NoThrow([&] {
-        handled = dialog->Handle(message, wParam, lParam);
-        return S_OK;
-    });
-    if (FAILED(passed) && passed == E_OUTOFMEMORY) {
-        MessageBoxW(window, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
-    }
+    dialog->Guarded([&] { handled = dialog->Handle(message, wParam, lParam); });
     return handled;
 }
 
@@ -92,9 +101,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         case WM_COMMAND: return OnCommand(LOWORD(wParam), HIWORD(wParam));
         case WM_NOTIFY: {
             LRESULT result = 0;
-            if (!OnNotify(*reinterpret_cast<const NMHDR*>(lParam), result)) return FALSE;
-            SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
-            return TRUE;
+            return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), result) && Answer(result);
         }
         case WM_SYSCOMMAND: return OnSystemCommand(static_cast<UINT>(wParam) & 0xFFF0u);
         case WM_INITMENUPOPUP: OnPopupMenu(reinterpret_cast<HMENU>(wParam)); return FALSE;
@@ -110,7 +117,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)
             OnDestroyed();
             return FALSE;
         }
-        default: return FALSE;
+        default: return OnOther(message, wParam, lParam);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <functional>
 #include <string>
 
 namespace zelt {
@@ -39,6 +40,8 @@ protected:
     virtual void OnScaled() {}
     // The last message of the window has passed.
     virtual void OnDestroyed() {}
+    // Messages that none of the others is for. True when handled.
+    virtual bool OnOther(UINT, WPARAM, LPARAM) { return false; }
 
     void End(INT_PTR result) { EndDialog(window, result); }
     HWND Item(int id) const { return GetDlgItem(window, id); }
@@ -49,6 +52,10 @@ protected:
     int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
     // Both icons, each in the size that the screen wants.
     void SetIcons(int resource);
+    // Handles a message with an answer that its sender looks at.
+    bool Answer(LRESULT result) const;
+    // Runs what the system calls without Procedure: nothing is thrown into it, and memory that is at its end is told.
+    void Guarded(const std::function<void()>& body) const;
 
 private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -2,7 +2,6 @@
 
 #include <commctrl.h>
 
-#include "com/type_info.h"
 #include "res/resource.h"
 
 namespace zelt {
@@ -13,35 +12,27 @@ constexpr int kRange = 1000;
 }  // namespace
 
 CFileProgressDialog::CFileProgressDialog(HWND owner)
-    : window(CreateDialogParamW(com::ThisModule(), MAKEINTRESOURCEW(kDialogProgress), owner, Procedure,
-                                reinterpret_cast<LPARAM>(this)))
 {
-    SendDlgItemMessageW(window, kProgressBar, PBM_SETRANGE32, 0, kRange);
-    ShowWindow(window, SW_SHOW);
-    UpdateWindow(window);
+    CreateModeless(kDialogProgress, owner);
+    SendDlgItemMessageW(Window(), kProgressBar, PBM_SETRANGE32, 0, kRange);
+    ShowWindow(Window(), SW_SHOW);
+    UpdateWindow(Window());
 }
 
 CFileProgressDialog::~CFileProgressDialog()
 {
-    if (window) DestroyWindow(window);
+    if (Window()) DestroyWindow(Window());
 }
 
-INT_PTR CALLBACK CFileProgressDialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+bool CFileProgressDialog::OnCommand(int id, int)
 {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(window, DWLP_USER, lParam);
-        return TRUE;
-    }
-    if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) {
-        reinterpret_cast<CFileProgressDialog*>(GetWindowLongPtrW(window, DWLP_USER))->cancelled = true;
-        return TRUE;
-    }
-    return FALSE;
+    cancelled |= id == IDCANCEL;
+    return true;
 }
 
 void CFileProgressDialog::Show(double position)
 {
-    SendDlgItemMessageW(window, kProgressBar, PBM_SETPOS, static_cast<WPARAM>(position * kRange), 0);
+    SendDlgItemMessageW(Window(), kProgressBar, PBM_SETPOS, static_cast<WPARAM>(position * kRange), 0);
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
@@ -49,7 +40,7 @@ void CFileProgressDialog::Show(double position)
             cancelled = true;
             break;
         }
-        if (window && IsDialogMessageW(window, &message)) continue;
+        if (Window() && IsDialogMessageW(Window(), &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

@@ -4,14 +4,14 @@
 
 #include <windows.h>
 
+#include "core/dialog.h"
+
 namespace zelt {
 
-class CFileProgressDialog {
+class CFileProgressDialog final : public Dialog {
 public:
     explicit CFileProgressDialog(HWND owner);
-    ~CFileProgressDialog();
-    CFileProgressDialog(const CFileProgressDialog&) = delete;
-    CFileProgressDialog& operator=(const CFileProgressDialog&) = delete;
+    ~CFileProgressDialog() override;
 
     // Cheap enough to be called for every element. False once the user has cancelled.
     template <class Position>
@@ -22,11 +22,10 @@ public:
     }
 
 private:
-    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    bool OnCommand(int id, int notification) override;
     // `position` runs from 0 to 1.
     void Show(double position);
 
-    HWND window;
     bool cancelled = false;
     unsigned steps = 0;
     ULONGLONG shown = 0;

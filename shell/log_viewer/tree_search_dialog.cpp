@@ -1,58 +1,38 @@
 #include "shell/log_viewer/tree_search_dialog.h"
 
-#include "com/failure.h"
-#include "com/type_info.h"
 #include "res/resource.h"
 
 namespace zelt {
 
-bool CTreeSearchDlg::Run(HWND owner)
+bool CTreeSearchDlg::Run(HWND owner) { return RunModal(kDialogSearch, owner) == IDOK; }
+
+bool CTreeSearchDlg::OnInit()
 {
-    return DialogBoxParamW(com::ThisModule(), MAKEINTRESOURCEW(kDialogSearch), owner, Procedure,
-                           reinterpret_cast<LPARAM>(this)) == IDOK;
+    SetDlgItemTextW(Window(), kSearchText, search.text.c_str());
+    CheckDlgButton(Window(), kSearchIgnoreCase, search.ignoreCase ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(Window(), kSearchWholeItem, search.wholeItem ? BST_CHECKED : BST_UNCHECKED);
+    SendDlgItemMessageW(Window(), kSearchText, EM_LIMITTEXT, 0, 0);
+    SendDlgItemMessageW(Window(), kSearchText, EM_SETSEL, 0, -1);
+    return true;
 }
 
-INT_PTR CALLBACK CTreeSearchDlg::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+bool CTreeSearchDlg::OnCommand(int id, int notification)
 {
-    auto* const dialog = reinterpret_cast<CTreeSearchDlg*>(GetWindowLongPtrW(window, DWLP_USER));
-    switch (message) {
-        case WM_INITDIALOG:
-            SetWindowLongPtrW(window, DWLP_USER, lParam);
-            reinterpret_cast<CTreeSearchDlg*>(lParam)->Initialise(window);
-            return TRUE;
-        case WM_COMMAND:
-            if (LOWORD(wParam) == IDOK &&
-                com::NoThrow([&] { return dialog->Confirm(window) ? S_OK : S_FALSE; }) == S_OK) {
-                EndDialog(window, IDOK);
-            }
-            if (LOWORD(wParam) == IDCANCEL) EndDialog(window, IDCANCEL);
-            return TRUE;
-        default: return FALSE;
-    }
+    if (id == IDOK && !Confirm()) return true;
+    return Dialog::OnCommand(id, notification);
 }
 
-void CTreeSearchDlg::Initialise(HWND window) const
+bool CTreeSearchDlg::Confirm()
 {
-    SetDlgItemTextW(window, kSearchText, search.text.c_str());
-    CheckDlgButton(window, kSearchIgnoreCase, search.ignoreCase ? BST_CHECKED : BST_UNCHECKED);
-    CheckDlgButton(window, kSearchWholeItem, search.wholeItem ? BST_CHECKED : BST_UNCHECKED);
-    SendDlgItemMessageW(window, kSearchText, EM_LIMITTEXT, 0, 0);
-    SendDlgItemMessageW(window, kSearchText, EM_SETSEL, 0, -1);
-}
-
-bool CTreeSearchDlg::Confirm(HWND window)
-{
-    const HWND edit = GetDlgItem(window, kSearchText);
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(edit)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
+    const std::wstring text = ItemText(kSearchText);
     if (text.empty()) {
-        MessageBoxW(window, L"Search string cannot be empty", L"Search:", MB_OK | MB_ICONERROR);
-        SetFocus(edit);
+        ShowBox(L"Search string cannot be empty", L"Search:", MB_OK | MB_ICONERROR);
+        SetFocus(Item(kSearchText));
         return false;
     }
     search.text = text;
-    search.ignoreCase = IsDlgButtonChecked(window, kSearchIgnoreCase) == BST_CHECKED;
-    search.wholeItem = IsDlgButtonChecked(window, kSearchWholeItem) == BST_CHECKED;
+    search.ignoreCase = IsDlgButtonChecked(Window(), kSearchIgnoreCase) == BST_CHECKED;
+    search.wholeItem = IsDlgButtonChecked(Window(), kSearchWholeItem) == BST_CHECKED;
     search.confirmed = true;
     return true;
 }

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "core/dialog.h"
+
 namespace zelt {
 
 struct TreeSearch {
@@ -15,7 +17,7 @@ struct TreeSearch {
     bool confirmed = false;  // a text has been entered
 };
 
-class CTreeSearchDlg {
+class CTreeSearchDlg final : public Dialog {
 public:
     explicit CTreeSearchDlg(TreeSearch& search) : search(search) {}
 
@@ -23,9 +25,9 @@ public:
     bool Run(HWND owner);
 
 private:
-    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    void Initialise(HWND window) const;
-    bool Confirm(HWND window);
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    bool Confirm();
 
     TreeSearch& search;
 };

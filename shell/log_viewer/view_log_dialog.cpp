@@ -31,21 +31,19 @@ CViewLogDlg::CViewLogDlg(std::wstring logPath, Lock processLock)
 
 CViewLogDlg::~CViewLogDlg()
 {
-    if (window) DestroyWindow(window);
+    if (Window()) DestroyWindow(Window());
 }
 
 bool CViewLogDlg::Open()
 {
-    CreateDialogParamW(com::ThisModule(), MAKEINTRESOURCEW(kDialogLogViewer), nullptr, Procedure,
-                       reinterpret_cast<LPARAM>(this));
-    if (!window) return false;
+    if (!CreateModeless(kDialogLogViewer)) return false;
     loading = true;
     Load();
     loading = false;
     if (closed) {
         Close();
     } else {
-        ShowWindow(window, SW_SHOWNORMAL);
+        ShowWindow(Window(), SW_SHOWNORMAL);
     }
     return true;
 }
@@ -55,65 +53,57 @@ void CViewLogDlg::RunMessages()
     const HACCEL accelerators = LoadAcceleratorsW(com::ThisModule(), MAKEINTRESOURCEW(kAccelerators));
     MSG message;
     while (!closed && GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if (message.hwnd == window || IsChild(window, message.hwnd)) {
+        if (message.hwnd == Window() || IsChild(Window(), message.hwnd)) {
             if (IsCopyKey(message)) {
                 CopyLabel();
                 continue;
             }
-            if (TranslateAcceleratorW(window, accelerators, &message)) continue;
-            if (IsDialogMessageW(window, &message)) continue;
+            if (TranslateAcceleratorW(Window(), accelerators, &message)) continue;
+            if (IsDialogMessageW(Window(), &message)) continue;
         }
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
 }
 
-INT_PTR CALLBACK CViewLogDlg::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+bool CViewLogDlg::OnCommand(int id, int)
 {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(window, DWLP_USER, lParam);
-        auto* const viewer = reinterpret_cast<CViewLogDlg*>(lParam);
-        viewer->window = window;
-        viewer->Guarded([viewer] { viewer->Initialise(); });
-        return TRUE;
-    }
-    auto* const viewer = reinterpret_cast<CViewLogDlg*>(GetWindowLongPtrW(window, DWLP_USER));
-    INT_PTR answer = FALSE;
-    if (viewer) viewer->Guarded([&] { answer = viewer->Handle(message, wParam, lParam); });
-    return answer;
+    Command(id);
+    return true;
 }
 
-INT_PTR CViewLogDlg::Handle(UINT message, WPARAM wParam, LPARAM lParam)
+void CViewLogDlg::OnMinMaxInfo(MINMAXINFO& info) { info.ptMinTrackSize = {Scaled(320), Scaled(240)}; }
+
+void CViewLogDlg::OnDestroyed()
+{
+    closed = true;
+    lock.Reset();
+}
+
+bool CViewLogDlg::OnOther(UINT message, WPARAM, LPARAM lParam)
 {
     switch (message) {
-        case WM_COMMAND: Command(LOWORD(wParam)); return TRUE;
-        case WM_NOTIFY: return Notified(*reinterpret_cast<const NMHDR*>(lParam));
-        case WM_CLOSE: Close(); return TRUE;
-        case WM_TIMER: FillMore(); return TRUE;
-        case WM_SIZE: Arrange(); return TRUE;
-        case WM_GETMINMAXINFO:
-            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(320), Scaled(240)};
-            return TRUE;
+        case WM_CLOSE: Close(); return true;
+        case WM_TIMER: FillMore(); return true;
         case WM_LBUTTONDOWN:
         case WM_MOUSEMOVE:
         case WM_LBUTTONUP:
         case WM_CAPTURECHANGED: return Drag(message, lParam);
-        case WM_SETCURSOR: {
-            POINT point;
-            GetCursorPos(&point);
-            ScreenToClient(window, &point);
-            const RECT gap = Gap();
-            if (LongTask::Running() || LOWORD(lParam) != HTCLIENT || !PtInRect(&gap, point)) return FALSE;
+        case WM_SETCURSOR:
+            if (LOWORD(lParam) != HTCLIENT || !ShowsGapCursor()) return false;
             SetCursor(LoadCursorW(nullptr, IDC_SIZENS));
             return Answer(TRUE);
-        }
-        case WM_NCDESTROY:
-            window = nullptr;
-            closed = true;
-            lock.Reset();
-            return TRUE;
-        default: return FALSE;
+        default: return false;
     }
+}
+
+bool CViewLogDlg::ShowsGapCursor() const
+{
+    POINT point;
+    GetCursorPos(&point);
+    ScreenToClient(Window(), &point);
+    const RECT gap = Gap();
+    return !LongTask::Running() && PtInRect(&gap, point);
 }
 
 LRESULT CALLBACK CViewLogDlg::ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
@@ -133,17 +123,11 @@ LRESULT CALLBACK CViewLogDlg::ListProcedure(HWND list, UINT message, WPARAM wPar
     return result;
 }
 
-INT_PTR CViewLogDlg::Answer(LRESULT result) const
+bool CViewLogDlg::OnInit()
 {
-    SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
-    return TRUE;
-}
-
-void CViewLogDlg::Initialise()
-{
-    tree = GetDlgItem(window, kLogTree);
-    list = GetDlgItem(window, kErrorList);
-    SetWindowTextW(window, (L"Log file " + FileName(path) + L":").c_str());
+    tree = Item(kLogTree);
+    list = Item(kErrorList);
+    SetWindowTextW(Window(), (L"Log file " + FileName(path) + L":").c_str());
     if (const CZELTModule* module = CZELTModule::Instance()) {
         TreeView_SetImageList(tree, module->SmallImages(), TVSIL_NORMAL);
         ListView_SetImageList(list, module->SmallImages(), LVSIL_NORMAL);
@@ -158,17 +142,7 @@ void CViewLogDlg::Initialise()
     SetWindowSubclass(list, ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     items.Attach(tree, model);
     Arrange();
-}
-
-void CViewLogDlg::SetIcons() const
-{
-    const auto set = [this](WPARAM which, int width, int height) {
-        const HANDLE icon = LoadImageW(com::ThisModule(), MAKEINTRESOURCEW(kIconApplication), IMAGE_ICON,
-                                       GetSystemMetrics(width), GetSystemMetrics(height), LR_SHARED);
-        SendMessageW(window, WM_SETICON, which, reinterpret_cast<LPARAM>(icon));
-    };
-    set(ICON_BIG, SM_CXICON, SM_CYICON);
-    set(ICON_SMALL, SM_CXSMICON, SM_CYSMICON);
+    return true;
 }
 
 void CViewLogDlg::Close()
@@ -181,18 +155,18 @@ void CViewLogDlg::Close()
         return;
     }
     // Emptying a large tree takes its time, which nobody need watch.
-    ShowWindow(window, SW_HIDE);
-    DestroyWindow(window);
+    ShowWindow(Window(), SW_HIDE);
+    DestroyWindow(Window());
 }
 
-INT_PTR CViewLogDlg::Notified(const NMHDR& header)
+bool CViewLogDlg::OnNotify(const NMHDR& header, LRESULT&)
 {
     if (header.hwndFrom == tree) {
         if (header.code == TVN_ITEMEXPANDINGW) {
             const auto& expanding = reinterpret_cast<const NMTREEVIEWW&>(header);
             if (expanding.action & TVE_EXPAND) items.FillChildren(static_cast<ItemIndex>(expanding.itemNew.lParam));
         }
-        return FALSE;
+        return false;
     }
     if (header.hwndFrom == list) {
         if (header.code == LVN_GETDISPINFOW) {
@@ -205,7 +179,7 @@ INT_PTR CViewLogDlg::Notified(const NMHDR& header)
         // The row that is selected already: the tree may have gone elsewhere since.
         if (header.code == NM_CLICK) SelectError(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem);
     }
-    return FALSE;
+    return false;
 }
 
 void CViewLogDlg::SelectError(int row)
@@ -226,12 +200,10 @@ void CViewLogDlg::DrawErrorRow(NMLVDISPINFOW& request)
     if (request.item.mask & LVIF_IMAGE) request.item.iImage = static_cast<int>(model.Image(item));
 }
 
-int CViewLogDlg::Scaled(int size) const { return MulDiv(size, static_cast<int>(GetDpiForWindow(window)), 96); }
-
 RECT CViewLogDlg::Gap() const
 {
     RECT client;
-    GetClientRect(window, &client);
+    GetClientRect(Window(), &client);
     const int margin = Scaled(kMargin);
     const int gap = Scaled(kGap);
     const int height = std::max(0, static_cast<int>(client.bottom) - 2 * margin - gap);
@@ -243,7 +215,7 @@ void CViewLogDlg::Arrange() const
 {
     if (!tree) return;
     RECT client;
-    GetClientRect(window, &client);
+    GetClientRect(Window(), &client);
     const int margin = Scaled(kMargin);
     const RECT gap = Gap();
     const int width = gap.right - gap.left;
@@ -263,13 +235,13 @@ bool CViewLogDlg::Drag(UINT message, LPARAM position)
             const POINT point = {GET_X_LPARAM(position), GET_Y_LPARAM(position)};
             if (!PtInRect(&gap, point)) return false;
             dragging = true;
-            SetCapture(window);
+            SetCapture(Window());
             return true;
         }
         case WM_MOUSEMOVE: {
             if (!dragging) return false;
             RECT client;
-            GetClientRect(window, &client);
+            GetClientRect(Window(), &client);
             const int height = client.bottom - 2 * Scaled(kMargin) - Scaled(kGap);
             if (height > 0)
                 share =
@@ -282,11 +254,6 @@ bool CViewLogDlg::Drag(UINT message, LPARAM position)
             if (message == WM_LBUTTONUP) ReleaseCapture();
             return true;
     }
-}
-
-int CViewLogDlg::Box(const std::wstring& text, const wchar_t* caption, UINT flags) const
-{
-    return MessageBoxW(window, text.c_str(), caption, MB_OK | flags);
 }
 
 }  // namespace zelt

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "com/failure.h"
+#include "core/dialog.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
@@ -16,12 +16,10 @@
 
 namespace zelt {
 
-class CViewLogDlg {
+class CViewLogDlg final : public Dialog {
 public:
     CViewLogDlg(std::wstring logPath, Lock processLock);
-    ~CViewLogDlg();
-    CViewLogDlg(const CViewLogDlg&) = delete;
-    CViewLogDlg& operator=(const CViewLogDlg&) = delete;
+    ~CViewLogDlg() override;
 
     // Makes the window, loads the log, and shows the window. False if there can be no window. What is wrong with the log
     // is told in message boxes; what could be read of it is shown.
@@ -30,31 +28,23 @@ public:
     void RunMessages();
 
 private:
-    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    bool OnNotify(const NMHDR& header, LRESULT& result) override;
+    void OnSize() override { Arrange(); }
+    void OnScaled() override { Arrange(); }
+    void OnMinMaxInfo(MINMAXINFO& info) override;
+    void OnDestroyed() override;
+    bool OnOther(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool ShowsGapCursor() const;
     // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
     static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                           DWORD_PTR dialog);
     // While the outermost items are not all in the tree. Not a subclass of the common controls library: a tree view is sent
     // a message for each item.
     static LRESULT CALLBACK TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam);
-    // Lets nothing out into the system; memory that is at its end is told.
-    template <class Body>
-    void Guarded(Body&& body) const
-    {
-        const HRESULT result = com::NoThrow([&body] {
-            body();
-            return S_OK;
-        });
-        if (FAILED(result))
-            MessageBoxW(window, L"There is not enough memory for this.", L"Error:", MB_OK | MB_ICONERROR);
-    }
-    INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
-    INT_PTR Notified(const NMHDR& header);
-    INT_PTR Answer(LRESULT result) const;
     void SelectError(int row);
     void DrawErrorRow(NMLVDISPINFOW& request);
-    void Initialise();
-    void SetIcons() const;
     void Close();
 
     // Loading.
@@ -66,7 +56,6 @@ private:
     void PrepareTreeFor(UINT message, WPARAM wParam, LPARAM lParam);
 
     // Layout: the tree above, the errors below, and a gap between them that can be dragged.
-    int Scaled(int size) const;
     void Arrange() const;
     RECT Gap() const;
     bool Drag(UINT message, LPARAM position);
@@ -84,11 +73,8 @@ private:
     void CopyLabel() const;
     bool IsCopyKey(const MSG& message) const;
 
-    int Box(const std::wstring& text, const wchar_t* caption, UINT flags) const;
-
     const std::wstring path;
     Lock lock;
-    HWND window = nullptr;
     HWND tree = nullptr;
     HWND list = nullptr;
     WNDPROC treeProcedure = nullptr;  // the tree view's own

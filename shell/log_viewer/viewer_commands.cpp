@@ -31,25 +31,25 @@ void CViewLogDlg::Command(int command)
         default: break;
     }
     // The window was closed while a task ran.
-    if (closed && window) Close();
+    if (closed && Window()) Close();
 }
 
 void CViewLogDlg::ExpandAll()
 {
     bool all;
     {
-        LongTask task(window);
+        LongTask task(Window());
         all = items.ExpandAll(task);
     }
     if (all || closed) return;
-    Box(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
-            L" items inside of others. The rest can be expanded one by one.",
-        L"Expand all items:", MB_ICONINFORMATION);
+    ShowBox(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
+                L" items inside of others. The rest can be expanded one by one.",
+            L"Expand all items:", MB_ICONINFORMATION);
 }
 
 void CViewLogDlg::CollapseAll()
 {
-    LongTask task(window);
+    LongTask task(Window());
     items.CollapseAll(task);
 }
 
@@ -61,7 +61,7 @@ void CViewLogDlg::RemoveQueries()
     });
     ItemIndex item = 0;
     {
-        LongTask task(window);
+        LongTask task(Window());
         const LogTree::Unpainted unpainted(items);
         while (item < model.Size() && task.Continue()) {
             if (model.IsRemoved(item) || model.Image(item) != LogImage::Info || !isQuery(item)) {
@@ -80,14 +80,14 @@ void CViewLogDlg::RemoveQueries()
     const bool complete = item >= model.Size();
     model.CleanErrors();
     ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), 0);
-    if (complete) EnableMenuItem(GetMenu(window), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);
+    if (complete) EnableMenuItem(GetMenu(Window()), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);
 }
 
 void CViewLogDlg::NextError()
 {
     const std::vector<ItemIndex>& errors = model.Errors();
     if (errors.empty()) {
-        Box(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
+        ShowBox(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
         return;
     }
     const ItemIndex selected = items.Selected();
@@ -102,7 +102,7 @@ void CViewLogDlg::NextError()
 
 void CViewLogDlg::Find()
 {
-    if (!CTreeSearchDlg(search).Run(window)) return;
+    if (!CTreeSearchDlg(search).Run(Window())) return;
     search.forward = true;
     Search();
 }
@@ -110,7 +110,7 @@ void CViewLogDlg::Find()
 void CViewLogDlg::FindAgain(bool forward)
 {
     if (!search.confirmed) {
-        Box(L"No previous search string.", forward ? L"Find next:" : L"Find previous:", MB_ICONERROR);
+        ShowBox(L"No previous search string.", forward ? L"Find next:" : L"Find previous:", MB_ICONERROR);
         return;
     }
     search.forward = forward;
@@ -124,7 +124,7 @@ void CViewLogDlg::Search()
     if (start == kNoItem) {
         start = model.First();
         if (start == kNoItem) {
-            Box(L"Tree is empty", L"Search tree:", MB_ICONERROR);
+            ShowBox(L"Tree is empty", L"Search tree:", MB_ICONERROR);
             return;
         }
         // So that the first item examined is the first of the tree.
@@ -132,21 +132,21 @@ void CViewLogDlg::Search()
     }
     ItemIndex found;
     {
-        LongTask task(window);
+        LongTask task(Window());
         found = FindLabel(model, start, search, task);
         if (task.Cancelled()) return;
     }
     if (found != kNoItem) {
         Select(found);
     } else {
-        Box(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
+        ShowBox(L"Search string \"" + search.text + L"\" is not found.", L"Search tree:", MB_ICONINFORMATION);
     }
 }
 
 void CViewLogDlg::Select(ItemIndex item)
 {
     // An item enters the tree with all its siblings, which may be millions.
-    if (!items.Select(item)) Box(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
+    if (!items.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const
@@ -162,7 +162,7 @@ void CViewLogDlg::CopyLabel() const
         const int row = ListView_GetNextItem(list, -1, LVNI_SELECTED);
         item = row < 0 ? kNoItem : model.Errors()[static_cast<std::size_t>(row)];
     }
-    if (item == kNoItem || !OpenClipboard(window)) return;
+    if (item == kNoItem || !OpenClipboard(Window())) return;
     const std::wstring label = Widen(model.Label(item), CP_UTF8);
     const std::size_t size = (label.size() + 1) * sizeof(wchar_t);
     EmptyClipboard();

@@ -7,6 +7,7 @@
 
 #include "core/narrow.h"
 #include "core/system_text.h"
+#include "res/resource.h"
 #include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/file_progress_dialog.h"
 #include "shell/log_viewer/long_task.h"
@@ -78,27 +79,29 @@ void CViewLogDlg::Load()
 {
     SharedLogFile file;
     if (const DWORD error = file.Open(path)) {
-        Box(L"Failed to open \"" + path + L"\" for reading: " + Widen(SystemText(static_cast<HRESULT>(error))),
-            L"File error:", MB_ICONERROR);
-        SetIcons();
+        ShowBox(L"Failed to open \"" + path + L"\" for reading: " + Widen(SystemText(static_cast<HRESULT>(error))),
+                L"File error:", MB_ICONERROR);
+        SetIcons(kIconApplication);
         return;
     }
     std::optional<LogTree::Unpainted> unpainted(items);
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     std::unique_ptr<CFileProgressDialog> progress;
-    if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(window);
+    if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(Window());
 
     try {
         ViewerSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
         switch (progress ? ReadLogInBackground(file, sink, sink.Position()) : ReadLog(file.Descriptor(), sink)) {
-            case LogReadResult::NotReadable: Box(L"Failed to open file for reading", L"Error:", MB_ICONERROR); break;
+            case LogReadResult::NotReadable:
+                ShowBox(L"Failed to open file for reading", L"Error:", MB_ICONERROR);
+                break;
             case LogReadResult::Incomplete:
-                Box(L"XML parse error in \"" + path + L"\"", L"Parse Error:", MB_ICONERROR);
+                ShowBox(L"XML parse error in \"" + path + L"\"", L"Parse Error:", MB_ICONERROR);
                 break;
             default: break;
         }
     } catch (const std::bad_alloc&) {
-        Box(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
+        ShowBox(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
     }
     model.Finish();
     items.Fill();
@@ -108,7 +111,7 @@ void CViewLogDlg::Load()
     unpainted.reset();
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     FitErrorColumn();
-    SetIcons();
+    SetIcons(kIconApplication);
     if (!items.HasAllOutermost()) BeginFilling();
 }
 
@@ -117,7 +120,7 @@ void CViewLogDlg::BeginFilling()
     SetWindowLongPtrW(tree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     treeProcedure =
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(tree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
-    SetTimer(window, kFillTimer, USER_TIMER_MINIMUM, nullptr);
+    SetTimer(Window(), kFillTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
 LRESULT CALLBACK CViewLogDlg::TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
@@ -133,7 +136,7 @@ void CViewLogDlg::FillMore()
     if (LongTask::Running()) return;
     if (!items.HasAllOutermost()) items.FillSomeOutermost();
     if (!items.HasAllOutermost()) return;
-    KillTimer(window, kFillTimer);
+    KillTimer(Window(), kFillTimer);
     SetWindowLongPtrW(tree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(treeProcedure));
 }
 
@@ -147,13 +150,13 @@ void CViewLogDlg::PrepareTreeFor(UINT message, WPARAM wParam, LPARAM lParam)
                      (message == WM_VSCROLL && LOWORD(wParam) == SB_BOTTOM) ||
                      (message == TVM_GETNEXTITEM && wParam == TVGN_LASTVISIBLE);
     if (!end) return;
-    LongTask task(window);
+    LongTask task(Window());
     items.FillAllOutermost(task);
 }
 
 void CViewLogDlg::ReportParseError(int line) const
 {
-    Box(L"Parse error in \"" + path + L"\", line " + std::to_wstring(line), L"Parse error:", MB_ICONERROR);
+    ShowBox(L"Parse error in \"" + path + L"\", line " + std::to_wstring(line), L"Parse error:", MB_ICONERROR);
 }
 
 void CViewLogDlg::FitErrorColumn() const
