@@ -8,24 +8,27 @@
 #include <cape-open.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "bench/remote/call_counter.h"
+#include "bench/remote/lives.h"
 #include "bench/rows.h"
 #include "core/registry.h"
+#include "samples/package/classes.h"
 
 namespace zelt::bench {
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The sample's stand-alone package.
-constexpr wchar_t kClassKey[] = L"Software\\Classes\\CLSID\\{26100AA3-1793-4E26-BD43-EB046B57CFB0}";
-constexpr CLSID kClass = {0x26100AA3, 0x1793, 0x4E26, {0xBD, 0x43, 0xEB, 0x04, 0x6B, 0x57, 0xCF, 0xB0}};
+// The sample's package manager.
+constexpr wchar_t kClassKey[] = L"Software\\Classes\\CLSID\\{B55C9180-454E-4B78-A109-B9536A903BF9}";
 constexpr wchar_t kAppId[] = L"{5B0C3E42-6A11-4F5E-8C7D-21B9A4D06E33}";
 constexpr wchar_t kAppIdKey[] = L"Software\\Classes\\AppID\\{5B0C3E42-6A11-4F5E-8C7D-21B9A4D06E33}";
 
 constexpr int kCalls = 1000;
 constexpr int kPairs = 9;
+constexpr int kLives = 500;
 
 // The class in the system's surrogate process, as long as this lives.
 class Surrogate {
@@ -46,26 +49,25 @@ public:
     Surrogate& operator=(const Surrogate&) = delete;
 };
 
-ComPtr<ICapeThermoCompounds> ThroughSurrogate()
+ComPtr<ICapeThermoPropertyPackageManager> MakeManager(const CLSID& classId, const char* server)
 {
-    ComPtr<IDispatch> package;
-    ComPtr<ICapeThermoCompounds> compounds;
-    const HRESULT result = CoCreateInstance(kClass, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&package));
-    if (FAILED(result)) std::fprintf(stderr, "The surrogate does not answer: 0x%08lX\n", result);
-    if (package) package.As(&compounds);
-    return compounds;
+    ComPtr<ICapeThermoPropertyPackageManager> manager;
+    const HRESULT result = CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager));
+    if (FAILED(result)) std::fprintf(stderr, "%s does not answer: 0x%08lX\n", server, result);
+    return manager;
 }
 
-ComPtr<ICapeThermoCompounds> ThroughZelt()
+ComPtr<IDispatch> MakePackage(ICapeThermoPropertyPackageManager& manager, const wchar_t* name)
 {
-    CLSID manager;
-    ComPtr<ICapeThermoPropertyPackageManager> packages;
     ComPtr<IDispatch> package;
+    const HRESULT result = manager.GetPropertyPackage(_bstr_t(name), &package);
+    if (FAILED(result)) std::fprintf(stderr, "There is no package: 0x%08lX\n", result);
+    return package;
+}
+
+ComPtr<ICapeThermoCompounds> CompoundsOf(const ComPtr<IDispatch>& package)
+{
     ComPtr<ICapeThermoCompounds> compounds;
-    HRESULT result = CLSIDFromProgID(L"ZELT.PropertyPackageManager", &manager);
-    if (SUCCEEDED(result)) result = CoCreateInstance(manager, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&packages));
-    if (packages) result = packages->GetPropertyPackage(_bstr_t(L"Benchmark"), &package);
-    if (FAILED(result)) std::fprintf(stderr, "ZELT does not answer: 0x%08lX\n", result);
     if (package) package.As(&compounds);
     return compounds;
 }
@@ -88,11 +90,18 @@ double TimeLists(ICapeThermoCompounds& compounds)
     return watch.Seconds();
 }
 
-int Run()
+int Run(int lives)
 {
     const Surrogate registered;
-    const auto surrogate = ThroughSurrogate();
-    const auto zelt = ThroughZelt();
+    CLSID zeltClass = {};
+    CLSIDFromProgID(L"ZELT.PropertyPackageManager", &zeltClass);
+    const auto below = MakeManager(sample::kPropertyPackageManagerClass, "The surrogate");
+    const auto above = MakeManager(zeltClass, "ZELT");
+    if (!below || !above) return 1;
+    const auto inSurrogate = [&below] { return MakePackage(*below.Get(), L"Aromatics"); };
+    const auto inZelt = [&above] { return MakePackage(*above.Get(), L"Benchmark"); };
+    const auto surrogate = CompoundsOf(inSurrogate());
+    const auto zelt = CompoundsOf(inZelt());
     if (!surrogate || !zelt) return 1;
 
     CountRemoteCalls();
@@ -104,26 +113,28 @@ int Run()
     for (const auto& method : kMethods) {
         TakeRemoteCalls();
         method.time(*surrogate.Get());
-        const long below = TakeRemoteCalls();
+        const long floorCalls = TakeRemoteCalls();
         method.time(*zelt.Get());
-        const long above = TakeRemoteCalls();
+        const long calls = TakeRemoteCalls();
         PrintRow(method.name,
                  Compare(
                      kPairs, [&] { return method.time(*surrogate.Get()); }, [&] { return method.time(*zelt.Get()); }),
                  0, "us", kCalls);
-        std::printf("  remote calls in %d: surrogate %ld, ZELT %ld: %s\n", kCalls, below, above,
-                    above <= below && above > 0 ? "none more" : "MORE, or none counted");
+        std::printf("  remote calls in %d: surrogate %ld, ZELT %ld: %s\n", kCalls, floorCalls, calls,
+                    calls <= floorCalls && calls > 0 ? "none more" : "MORE, or none counted");
     }
+    CompareMemoryOfLives(lives, inSurrogate, inZelt);
     return 0;
 }
 
 }  // namespace
 }  // namespace zelt::bench
 
-int main()
+// The number of lives may be given.
+int main(int count, char** words)
 {
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
-    const int result = zelt::bench::Run();
+    const int result = zelt::bench::Run(count > 1 ? std::atoi(words[1]) : zelt::bench::kLives);
     CoUninitialize();
     return result;
 }

@@ -1,0 +1,65 @@
+#include "bench/remote/lives.h"
+
+#include <comutil.h>
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include <cape-open.h>
+
+#include <cstdio>
+#include <cwchar>
+
+namespace zelt::bench {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+// The private memory of all processes of this program together, in bytes.
+double MemoryOf(const wchar_t* program)
+{
+    double bytes = 0;
+    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(all, &entry); more; more = Process32NextW(all, &entry)) {
+        if (_wcsicmp(entry.szExeFile, program) != 0) continue;
+        const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, entry.th32ProcessID);
+        PROCESS_MEMORY_COUNTERS memory = {};
+        if (GetProcessMemoryInfo(process, &memory, sizeof memory)) bytes += static_cast<double>(memory.PagefileUsage);
+        CloseHandle(process);
+    }
+    CloseHandle(all);
+    return bytes;
+}
+
+bool LiveOnce(const MakePackage& make)
+{
+    const ComPtr<IDispatch> package = make();
+    ComPtr<ICapeThermoCompounds> compounds;
+    ComPtr<ICapeUtilities> utilities;
+    ComPtr<IDispatch> parameters;
+    long number = 0;
+    return package && SUCCEEDED(package.As(&compounds)) && SUCCEEDED(package.As(&utilities)) &&
+           SUCCEEDED(compounds->GetNumCompounds(&number)) && SUCCEEDED(utilities->get_parameters(&parameters));
+}
+
+}  // namespace
+
+void CompareMemoryOfLives(int lives, const MakePackage& inSurrogate, const MakePackage& inZelt)
+{
+    std::printf("\nMemory of the server, as packages live and die in it\n%-16s %16s %16s\n", "lives", "surrogate KB",
+                "ZELT KB");
+    constexpr int kRows = 5;
+    for (int done = 0; done <= lives;) {
+        std::printf("%-16d %16.0f %16.0f\n", done, MemoryOf(L"dllhost.exe") / 1024, MemoryOf(L"ZELT.EXE") / 1024);
+        std::fflush(stdout);
+        for (int i = 0; i < lives / kRows; ++i, ++done) {
+            if (!LiveOnce(inSurrogate) || !LiveOnce(inZelt)) {
+                std::printf("A package failed after %d lives.\n", done);
+                return;
+            }
+        }
+    }
+}
+
+}  // namespace zelt::bench
