@@ -81,13 +81,11 @@ bool ItemBuilder::IsLogRoot(const xmlNode* element) const
     return element->name == names.root && !element->ns && element->parent && element->parent->type == XML_DOCUMENT_NODE;
 }
 
-bool ItemBuilder::IsInward(const xmlNode* element)
+bool ItemBuilder::IsInward(const xmlNode* element) const
 {
-    label.clear();
-    AppendAttribute(label, element, names.direction);
-    const bool inward = label == "in";
-    label.clear();
-    return inward;
+    const xmlAttr* direction = FindAttribute(element, names.direction);
+    const xmlNode* text = direction ? direction->children : nullptr;
+    return text && !text->next && text->type == XML_TEXT_NODE && xmlStrEqual(text->content, BAD_CAST "in");
 }
 
 void ItemBuilder::DescribeMessage(LogImage messageImage, const xmlNode* element)

@@ -42,7 +42,7 @@ private:
     void DescribeMessage(LogImage messageImage, const xmlNode* element);
     void Deliver(bool hasChildren, bool isError);
     bool IsLogRoot(const xmlNode* element) const;
-    bool IsInward(const xmlNode* element);
+    bool IsInward(const xmlNode* element) const;
 
     const LogNames names;
     LogSink& sink;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 
 namespace zelt {
@@ -34,12 +35,22 @@ std::size_t LengthOfCharacter(std::string_view text)
     return lead->length;
 }
 
-// Without an early exit, so that it takes sixteen bytes at a time: nearly all texts of logs are.
+// A word at a time, and the last one again in part: nearly all texts of logs are short, and ASCII.
 bool IsAscii(std::string_view text)
 {
-    unsigned char all = 0;
-    for (const char c : text) all |= Byte(c);
-    return all < 0x80;
+    constexpr auto kHighBits = static_cast<std::size_t>(0x8080808080808080);
+    std::size_t all = 0, word;
+    if (text.size() < sizeof word) {
+        for (const char c : text) all |= Byte(c);
+        return all < 0x80;
+    }
+    const auto add = [&](std::size_t at) {
+        std::memcpy(&word, text.data() + at, sizeof word);
+        all |= word;
+    };
+    for (std::size_t at = 0; at + sizeof word < text.size(); at += sizeof word) add(at);
+    add(text.size() - sizeof word);
+    return (all & kHighBits) == 0;
 }
 
 }  // namespace
