@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <exception>
 #include <mutex>
@@ -24,23 +25,30 @@ constexpr std::size_t kMostBatchText = 4 << 20;
 constexpr std::size_t kWaitingBatches = 4;
 constexpr std::chrono::milliseconds kPatience{50};
 
+// Items on their way, as small as they can be: many millions go from one core's memory to the other's.
 struct Batch {
     struct Entry {
-        LogItem item;       // its label is found by the offset
-        std::size_t label;  // where it begins in the batch's text
-        bool isObjection;   // no item, but the parser's
-        int line;
+        std::uint32_t length;  // of the label, which stands behind the label before; or the line of an objection
+        std::uint16_t depth;
+        LogImage image;
+        std::uint8_t flags;
     };
+    enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
+
     std::vector<Entry> entries;
     std::string text;
     long long position = 0;
 
-    void Deliver(const Entry& entry, LogSink& sink) const
+    void Add(const LogItem& item)
     {
-        if (entry.isObjection) return sink.ParseError(entry.line);
-        LogItem item = entry.item;
-        item.label = std::string_view(text).substr(entry.label, entry.item.label.size());
-        sink.Item(item);
+        const int flags = (item.hasChildren ? kHasChildren : 0) | (item.isError ? kIsError : 0);
+        entries.push_back({static_cast<std::uint32_t>(item.label.size()), static_cast<std::uint16_t>(item.depth),
+                           item.image, static_cast<std::uint8_t>(flags)});
+        text += item.label;
+    }
+    void AddObjection(int line)
+    {
+        entries.push_back({static_cast<std::uint32_t>(line), 0, LogImage::Info, kIsObjection});
     }
     void Clear()
     {
@@ -104,6 +112,23 @@ private:
     bool abandoned = false;
 };
 
+// False once the sink has enough.
+bool Deliver(const Batch& batch, LogSink& sink)
+{
+    std::string_view rest = batch.text;
+    for (const Batch::Entry& entry : batch.entries) {
+        if (entry.flags & Batch::kIsObjection) {
+            sink.ParseError(static_cast<int>(entry.length));
+        } else {
+            sink.Item({entry.depth, entry.image, (entry.flags & Batch::kHasChildren) != 0,
+                       (entry.flags & Batch::kIsError) != 0, rest.substr(0, entry.length), 0, false, 0});
+            rest.remove_prefix(entry.length);
+        }
+        if (!sink.Continue()) return false;
+    }
+    return true;
+}
+
 // On the reading thread.
 class Collector final : public LogSink {
 public:
@@ -111,13 +136,12 @@ public:
 
     void Item(const LogItem& item) override
     {
-        batch.entries.push_back({item, batch.text.size(), false, 0});
-        batch.text += item.label;
+        batch.Add(item);
         if (++items == nextHandOver || batch.text.size() >= kMostBatchText) HandOver();
     }
     void ParseError(int line) override
     {
-        batch.entries.push_back({{}, 0, true, line});
+        batch.AddObjection(line);
         HandOver();
     }
     bool Continue() override { return wanted; }
@@ -200,10 +224,7 @@ LogReadResult ReadLogInBackground(const SharedLogFile& file, LogSink& sink, long
             continue;
         }
         position = batch.position;
-        for (const Batch::Entry& entry : batch.entries) {
-            batch.Deliver(entry, sink);
-            if (!sink.Continue()) return LogReadResult::Cancelled;
-        }
+        if (!Deliver(batch, sink)) return LogReadResult::Cancelled;
     }
 }
 
