@@ -29,10 +29,17 @@ DWORD CountInTheTable(DWORD processId)
     const auto query = reinterpret_cast<QueryFunction>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
     if (!query) return 0;
+    constexpr auto kTooSmall = static_cast<NTSTATUS>(0xC0000004);  // STATUS_INFO_LENGTH_MISMATCH
+    constexpr std::size_t kLargest = 1 << 24;
     std::vector<ULONG_PTR> buffer(1 << 18);
+    NTSTATUS status;
     ULONG size = 0;
-    if (query(kExtendedHandles, buffer.data(), static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR)), &size) < 0)
-        return 0;
+    while ((status = query(kExtendedHandles, buffer.data(), static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR)),
+                           &size)) == kTooSmall &&
+           buffer.size() < kLargest) {
+        buffer.resize(buffer.size() * 2);
+    }
+    if (status < 0) return 0;
     const auto& table = *reinterpret_cast<const HandleTable*>(buffer.data());
     DWORD count = 0;
     for (ULONG_PTR i = 0; i < table.count; ++i) count += table.entries[i].processId == processId;
