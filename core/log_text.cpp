@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/markup.h"
+
 namespace zelt {
 namespace {
 
@@ -22,14 +24,9 @@ void AppendNumber(std::string& out, T value, Format... format)
 // The entity of a character of markup, empty for one that is copied, null for one that XML 1.0 or an 8-bit log cannot hold.
 constexpr const char* EntityOf(unsigned char c)
 {
-    switch (c) {
-        case '"': return "&quot;";
-        case '&': return "&amp;";
-        case '\'': return "&apos;";
-        case '<': return "&lt;";
-        case '>': return "&gt;";
-        default: return c >= 0x20 && c <= 0x7F ? "" : nullptr;
-    }
+    const char* const entity = MarkupEntity(static_cast<char>(c));
+    if (entity) return entity;
+    return c >= 0x20 && c <= 0x7F ? "" : nullptr;
 }
 
 struct Entities {

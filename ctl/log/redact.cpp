@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/markup.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
 #include "ctl/log/message_redaction.h"
@@ -11,23 +12,11 @@
 namespace zelt::ctl {
 namespace {
 
-const char* EntityOf(char c)
-{
-    switch (c) {
-        case '"': return "&quot;";
-        case '&': return "&amp;";
-        case '\'': return "&apos;";
-        case '<': return "&lt;";
-        case '>': return "&gt;";
-        default: return nullptr;
-    }
-}
-
 void AppendEscaped(Output& out, std::string_view text)
 {
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const char* const entity = EntityOf(text[i]);
+        const char* const entity = MarkupEntity(text[i]);
         if (!entity) continue;
         out << text.substr(done, i - done) << entity;
         done = i + 1;
