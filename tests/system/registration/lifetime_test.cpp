@@ -8,6 +8,9 @@
 // How the server process starts and ends, as a client and as the user see it.
 namespace {
 
+using zelt::test::Process;
+using zelt::test::WaitUntilGone;
+
 constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
 
 class Lifetime : public testing::Test {
@@ -64,27 +67,23 @@ TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
 
 TEST_F(Lifetime, ClientsShareARunningServerUntilTheLastReleases)
 {
-    const Process server(ServerPath(), L"-eMbEdDiNg");
-    ASSERT_TRUE(server.Started());
+    const Process server = Start(ServerPath(), L"-eMbEdDiNg");
     Sleep(1000);
     EXPECT_EQ(L"", TitleOfAWindow(server.Id()));
-    const Process patient(ClientPath(), std::wstring(kProgId) + L" 5000");
+    const Process patient = Start(ClientPath(), std::wstring(kProgId) + L" 5000");
     EXPECT_FALSE(server.Wait(1500));
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
     EXPECT_FALSE(server.Wait(2000)) << "ended while a client held an object";
-    EXPECT_TRUE(patient.Wait(10'000));
-    EXPECT_EQ(0u, patient.ExitCode());
-    EXPECT_TRUE(server.Wait(10'000));
-    EXPECT_EQ(0u, server.ExitCode());
+    EXPECT_EQ(0u, patient.Wait(10'000));
+    EXPECT_EQ(0u, server.Wait(10'000));
 }
 
 TEST_F(Lifetime, ARegistrationShowsNoWindow)
 {
     for (const wchar_t* arguments : {L"/UnregServer", L"/RegServer"}) {
-        const Process registration(ServerPath(), arguments);
-        ASSERT_TRUE(registration.Started());
+        const Process registration = Start(ServerPath(), arguments);
         for (; registration.Running(); Sleep(20)) EXPECT_EQ(L"", TitleOfAWindow(registration.Id()));
-        EXPECT_EQ(0u, registration.ExitCode());
+        EXPECT_EQ(0u, registration.Wait(0));
     }
 }
 
@@ -103,7 +102,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         const wchar_t* title;
     } rows[] = {{L"", L"ZELT Packages:"}, {L'"' + log.wstring() + L'"', L"Log file a window's log.zlg:"}};
     for (const auto& row : rows) {
-        const Process program(ServerPath(), row.arguments);
+        const Process program = Start(ServerPath(), row.arguments);
         const HWND window = WaitForWindow(row.title);
         ASSERT_TRUE(window);
         EXPECT_NE(L"", TitleOfAWindow(program.Id()));
@@ -111,8 +110,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
         PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
-        EXPECT_TRUE(program.Wait(10'000));
-        EXPECT_EQ(0u, program.ExitCode());
+        EXPECT_EQ(0u, program.Wait(10'000));
     }
     std::filesystem::remove(log);
 }
@@ -120,25 +118,23 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
 TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";
-    const Process program(ServerPath(), L"");
+    const Process program = Start(ServerPath(), L"");
     const HWND window = WaitForWindow(L"ZELT Packages:");
     ASSERT_TRUE(window);
-    const Process client(ClientPath(), std::wstring(kProgId) + L" 4000");
+    const Process client = Start(ClientPath(), std::wstring(kProgId) + L" 4000");
     Sleep(1500);
     PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     EXPECT_FALSE(program.Wait(1500));
-    EXPECT_TRUE(client.Wait(10'000));
-    EXPECT_EQ(0u, client.ExitCode());
+    EXPECT_EQ(0u, client.Wait(10'000));
     EXPECT_TRUE(program.Wait(10'000));
 }
 
 TEST_F(Lifetime, ACommandLineThatOnlyMentionsRegistrationServesWithoutAWindow)
 {
-    const Process server(ServerPath(), L"regserver");
-    ASSERT_TRUE(server.Started());
+    const Process server = Start(ServerPath(), L"regserver");
     EXPECT_FALSE(server.Wait(1000));
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
-    EXPECT_TRUE(server.Wait(10'000));
+    EXPECT_EQ(0u, server.Wait(10'000));
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ using zelt::DefaultValue;
 using zelt::KeyExists;
 using zelt::RegistryViews;
 using zelt::Scope;
+using zelt::test::WaitUntilGone;
 
 constexpr wchar_t kClass[] = L"CLSID\\{6377AC63-7A36-46DC-8897-F277012CDA9D}";
 constexpr wchar_t kClassText[] = L"{6377AC63-7A36-46DC-8897-F277012CDA9D}";
