@@ -1,6 +1,5 @@
 #include "core/dialog.h"
 
-#include "com/failure.h"
 #include "com/type_info.h"
 
 namespace zelt {
@@ -70,15 +69,6 @@ bool Dialog::Answer(LRESULT result) const
 {
     SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
     return true;
-}
-
-void Dialog::Guarded(const std::function<void()>& body) const
-{
-    const HRESULT passed = com::NoThrow([&body] {
-        body();
-        return S_OK;
-    });
-    if (passed == E_OUTOFMEMORY) ShowBox(L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
 }
 
 INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

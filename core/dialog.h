@@ -6,8 +6,9 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <functional>
 #include <string>
+
+#include "com/failure.h"
 
 namespace zelt {
 
@@ -54,8 +55,18 @@ protected:
     void SetIcons(int resource);
     // Handles a message with an answer that its sender looks at.
     bool Answer(LRESULT result) const;
-    // Runs what the system calls without Procedure: nothing is thrown into it, and memory that is at its end is told.
-    void Guarded(const std::function<void()>& body) const;
+    // Runs what the system calls without Procedure: nothing is thrown into it, and memory that is at its end is told. Takes no
+    // memory itself; the body may end the dialog.
+    template <class Body>
+    void Guarded(Body&& body) const
+    {
+        const HWND owner = window;
+        const HRESULT passed = com::NoThrow([&body] {
+            body();
+            return S_OK;
+        });
+        if (passed == E_OUTOFMEMORY) MessageBoxW(owner, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+    }
 
 private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -33,6 +33,8 @@ struct Batch {
         LogImage image;
         std::uint8_t flags;
     };
+    // A label is shorter than the parser's limit of ten million bytes, and nothing lies deeper than its 256.
+    static_assert(sizeof(Entry) == 8);
     enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
 
     std::vector<Entry> entries;

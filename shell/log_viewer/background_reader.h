@@ -9,9 +9,9 @@
 namespace zelt {
 
 // As ReadLog, and the sink is called on the calling thread alone: Continue after each item, and while none comes several
-// times a second. Items come without what a viewer does not want: lines, and the lengths of names. `position` is how far the
-// file had been read when the item that the sink has last been given was. What the sink or the reading throws passes
-// through, when the reading has ended.
+// times a second. Of an item only depth, image, flags and label are to be relied on, and its end is not told. `position` is
+// how far the file had been read when the item that the sink has last been given was. What the sink or the reading throws
+// passes through, when the reading has ended.
 LogReadResult ReadLogInBackground(const SharedLogFile& file, LogSink& sink, long long& position);
 
 }  // namespace zelt

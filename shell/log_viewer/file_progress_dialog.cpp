@@ -26,7 +26,8 @@ CFileProgressDialog::~CFileProgressDialog()
 
 bool CFileProgressDialog::OnCommand(int id, int)
 {
-    cancelled |= id == IDCANCEL;
+    if (id != IDCANCEL) return false;
+    cancelled = true;
     return true;
 }
 
