@@ -61,14 +61,15 @@ Step()
     Fail "The step \"$what\" failed (exit code $status); its log is $log."
 }
 stepProcess=
-# A step's shell and the program that it runs; both belong to this script.
-EndStep()
+# EndTree <process>: with everything that it has started; children first, because those of a process that has ended are
+# nobody's.
+EndTree()
 {
-    [ -n "$stepProcess" ] || return 0
     local child
-    for child in $(cat "/proc/$stepProcess/task/$stepProcess/children" 2>/dev/null); do kill "$child" 2>/dev/null; done
-    kill "$stepProcess" 2>/dev/null
+    for child in $(cat "/proc/$1/task/$1/children" 2>/dev/null); do EndTree "$child"; done
+    kill "$1" 2>/dev/null
 }
+EndStep() { [ -z "$stepProcess" ] || EndTree "$stepProcess"; }
 AtExit EndStep
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }

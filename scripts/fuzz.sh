@@ -26,6 +26,7 @@ Fuzz()
             "build/fuzz/tests/fuzz/fuzz_$name" -dict=tests/fuzz/log.dict -max_len=20000 -timeout=10 -print_final_stats=1 \
             -artifact_prefix="build/fuzz/failed-$name-" -runs="${fuzzRuns[$name]}" -seed=1 "${options[@]}" \
             "$folder" tests/fuzz/seeds
-        grep -a '^stat::number_of_executed_units' "$logFolder/fuzz-$name.log"
+        # Some of its options only list something.
+        grep -a '^stat::number_of_executed_units' "$logFolder/fuzz-$name.log" || true
     done
 }

@@ -4,7 +4,7 @@
 testRuns=(
     'i686      | -L together --parallel 2'
     'i686      | -LE together'
-    'x86_64    | --parallel 2'
+    'x86_64    | -L together --parallel 2'
     'sanitized | --parallel 2'
 )
 
@@ -19,13 +19,14 @@ Test()
     # Tests under Wine wait more than they work: beside them there is time for the last build.
     mkdir -p "$logFolder"
     ( renice -n 19 -p "$BASHPID" >/dev/null && BuildPreset sanitized ) >"$logFolder/last-build" 2>&1 8>&- &
-    local lastBuild=$!
-    AtExit "kill $lastBuild 2>/dev/null"
+    lastBuild=$!
+    AtExit EndLastBuild
     testReports=()
     for row in "${testRuns[@]}"; do
         IFS='| ' read -r build choice <<<"$row"
         if [ "$build" = sanitized ]; then
             wait "$lastBuild" || { cat "$logFolder/last-build"; Fail "What is tested with sanitizers could not be built."; }
+            lastBuild=
             cat "$logFolder/last-build"
         fi
         Say "Tests, $build ($choice)"
@@ -37,6 +38,9 @@ Test()
     done
     Summarise "$failed"
 }
+
+lastBuild=
+EndLastBuild() { [ -z "$lastBuild" ] || EndTree "$lastBuild"; }
 
 # The number in attribute $1 of the root element of the test report $2.
 ReportedNumber()

@@ -20,7 +20,13 @@ void Mutate(std::string& log, std::mt19937& random)
             case 0: log[at] = static_cast<char>(random()); break;
             case 1: log.erase(at, random() % 40); break;
             case 2: log.insert(at, kPieces[random() % std::size(kPieces)]); break;
-            case 3: log.insert(at, log.substr(random() % log.size(), random() % 200)); break;
+            case 3: {
+                // One after the other, so that every compiler draws the same.
+                const std::size_t from = random() % log.size();
+                const std::size_t length = random() % 200;
+                log.insert(at, log.substr(from, length));
+                break;
+            }
             default: log.resize(at + 1); break;
         }
     }

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,7 @@ namespace fs = std::filesystem;
 std::string Content(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
+    if (!file) throw std::runtime_error(path.string() + " cannot be read");
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -36,14 +38,15 @@ void AddSeeds(const fs::path& path, std::vector<fs::path>& files)
 }
 
 const std::string* tried = nullptr;
+std::string failedInput;
 
 void KeepInput()
 {
     if (!tried) return;
-    if (std::FILE* file = std::fopen("failed-input.zlg", "wb")) {
+    if (std::FILE* file = std::fopen(failedInput.c_str(), "wb")) {
         std::fwrite(tried->data(), 1, tried->size(), file);
         std::fclose(file);
-        std::fputs("The input is in failed-input.zlg.\n", stderr);
+        std::fprintf(stderr, "The input is in %s.\n", failedInput.c_str());
     }
     tried = nullptr;
 }
@@ -88,4 +91,8 @@ int Main(const std::vector<std::string>& words)
 }  // namespace
 }  // namespace zelt::test
 
-int main(int count, char** words) { return zelt::test::Main({words + 1, words + count}); }
+int main(int count, char** words)
+{
+    zelt::test::failedInput = std::filesystem::path(words[0]).filename().string() + "-failed.zlg";
+    return zelt::test::Main({words + 1, words + count});
+}

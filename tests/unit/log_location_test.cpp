@@ -19,7 +19,7 @@ class LogLocation : public testing::Test {
 protected:
     LogLocation()
     {
-        desktop = fs::temp_directory_path() / L"ZELT log location test";
+        desktop = fs::temp_directory_path() / (L"ZELT log location test " + std::to_wstring(GetCurrentProcessId()));
         fs::remove_all(desktop);
         fs::create_directories(desktop);
         desktopKnown = true;

@@ -13,7 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr wchar_t kTitle[] = L"Create log for the dialog test:";
+// Another process may show the like at the same time.
+const std::wstring kTitle = L"Create log for the dialog test " + std::to_wstring(GetCurrentProcessId()) + L":";
 constexpr int kFileName = 0x47C;  // The file name field of the dialog's classic template.
 
 struct Answer {
@@ -27,7 +28,7 @@ struct Answer {
         HWND dialog = nullptr;
         for (int attempt = 0; attempt < 100 && !dialog; ++attempt) {
             Sleep(100);
-            dialog = FindWindowW(nullptr, kTitle);
+            dialog = FindWindowW(nullptr, kTitle.c_str());
         }
         if (!dialog) return;
         found = true;
