@@ -282,7 +282,7 @@ TEST_F(FaultMatrix, EveryFaultInOneMethodOfEachSort)
             cells += CommitAll(*found, kinds);
         }
         std::printf("%d faults: %zu kinds in %zu methods, logged and not\n", cells, kinds.size(), std::size(kSorts));
-        EXPECT_LT(100u, kinds.size());
+        EXPECT_LE(sizeof(void*) == 4 ? 123u : 110u, kinds.size());
     });
 }
 
@@ -295,7 +295,7 @@ TEST_F(FaultMatrix, OneFaultOfEachSortInEveryMethod)
         int cells = 0;
         for (const Target& target : targets) cells += CommitAll(target, kinds);
         std::printf("%d faults: %zu kinds in %zu methods, logged and not\n", cells, kinds.size(), targets.size());
-        EXPECT_LT(200u, targets.size());
+        EXPECT_LE(489u, targets.size());
     });
 }
 

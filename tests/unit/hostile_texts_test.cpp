@@ -42,10 +42,23 @@ protected:
         EXPECT_EQ(package->result, As<ICapeThermoMaterialContext>(proxy)->SetMaterial(face.Get()));
         package->duringCall = {};
         proxy.Reset();
+        return Read(labels);
+    }
+    LogReadResult Read(Labels& labels) const
+    {
         const int descriptor = _wopen(path.c_str(), _O_RDONLY | _O_BINARY);
         const LogReadResult result = ReadLog(descriptor, labels);
         _close(descriptor);
         return result;
+    }
+    // The next one gets a log of its own.
+    void BeginAnew()
+    {
+        document->LetGo();
+        LogFile file;
+        ASSERT_EQ(0, file.Open(path));
+        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document->Hold();
     }
 };
 
@@ -74,21 +87,46 @@ TEST_F(HostileTexts, AreLoggedAndReadBack)
         EXPECT_TRUE(labels.Have(std::string("ICapeThermoMaterial::ClearAllProps (") + row.shown + ")"));
         EXPECT_TRUE(labels.Have(std::string("ECapeComputationHR: ") + row.shown));
         EXPECT_FALSE(labels.Have("forged"));
-        // The next one gets a log of its own.
-        document->LetGo();
-        LogFile file;
-        ASSERT_EQ(0, file.Open(path));
-        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
-        document->Hold();
+        BeginAnew();
     }
 }
 
 TEST_F(HostileTexts, OfNineMegabytesAreReadBackWhole)
 {
     const std::wstring huge(9'000'000, L'x');
-    Labels labels;
-    EXPECT_EQ(LogReadResult::Complete, Log(L"Feed", huge, labels));
-    EXPECT_TRUE(labels.Have("ECapeComputationHR: " + Narrow(huge)));
+    // The same length of markup, escaped in the log.
+    std::wstring markup;
+    while (markup.size() < 1'800'000) markup += L"<a b=\"&\"/>";
+    struct {
+        const char* what;
+        std::wstring name, description;
+    } rows[] = {{"description", L"Feed", huge}, {"name", huge, L"short"}, {"markup", markup, markup}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Labels labels;
+        EXPECT_EQ(LogReadResult::Complete, Log(row.name, row.description, labels));
+        EXPECT_EQ(0, labels.errors);
+        EXPECT_TRUE(labels.Have("ECapeComputationHR: " + Narrow(row.description)));
+        EXPECT_TRUE(labels.Have("ICapeThermoMaterial::ClearAllProps (" + Narrow(row.name) + ")"));
+        BeginAnew();
+    }
+}
+
+// The package's own name, and a value that goes through a call.
+TEST_F(HostileTexts, OfThePackageItselfAreReadBackWhole)
+{
+    for (const std::wstring& text : {std::wstring(L"</func><error value='&quot;'/>"), std::wstring(9'000'000, L'y')}) {
+        const ComPtr<FakePackage> package = MakeFake<FakePackage>();
+        ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get());
+        EXPECT_EQ(S_OK, As<ICapeIdentification>(proxy)->put_ComponentName(_bstr_t(text.c_str())));
+        EXPECT_EQ(S_OK, As<ICapeUtilities>(proxy)->Initialize());
+        proxy.Reset();
+        Labels labels;
+        EXPECT_EQ(LogReadResult::Complete, Read(labels));
+        EXPECT_TRUE(labels.Have("\"" + Narrow(text) + "\""));
+        EXPECT_TRUE(labels.Have("ICapeUtilities::Initialize (" + Narrow(text) + ")"));
+        BeginAnew();
+    }
 }
 
 TEST_F(HostileTexts, BeyondTheReadersLimitEndWithWhatStandsBefore)

@@ -67,7 +67,7 @@ TEST_F(Misuse, EveryOrderOfReleases)
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-// Calls that come in while the package shows a window of its own, and a window that lasts longer than the simulator's patience.
+// Calls that come in while the package shows a window of its own.
 TEST_F(Misuse, APackageThatShowsAModalWindowInMidCall)
 {
     struct Window {
