@@ -6,29 +6,35 @@
 
 #include <cape-open.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cwchar>
+
+#include "shell/handle.h"
 
 namespace zelt::bench {
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The private memory of all processes of this program together, in bytes.
+// The private memory of all processes of this program together, in bytes. A surrogate of something else is counted too: only
+// what it grows by tells.
 double MemoryOf(const wchar_t* program)
 {
     double bytes = 0;
-    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    if (snapshot == INVALID_HANDLE_VALUE) return 0;
+    const UniqueHandle all(snapshot);
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(all, &entry); more; more = Process32NextW(all, &entry)) {
+    for (BOOL more = Process32FirstW(all.get(), &entry); more; more = Process32NextW(all.get(), &entry)) {
         if (_wcsicmp(entry.szExeFile, program) != 0) continue;
-        const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, entry.th32ProcessID);
+        const UniqueHandle process(
+            OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, entry.th32ProcessID));
         PROCESS_MEMORY_COUNTERS memory = {};
-        if (GetProcessMemoryInfo(process, &memory, sizeof memory)) bytes += static_cast<double>(memory.PagefileUsage);
-        CloseHandle(process);
+        if (GetProcessMemoryInfo(process.get(), &memory, sizeof memory))
+            bytes += static_cast<double>(memory.PagefileUsage);
     }
-    CloseHandle(all);
     return bytes;
 }
 
@@ -50,10 +56,11 @@ void CompareMemoryOfLives(int lives, const MakePackage& inSurrogate, const MakeP
     std::printf("\nMemory of the server, as packages live and die in it\n%-16s %16s %16s\n", "lives", "surrogate KB",
                 "ZELT KB");
     constexpr int kRows = 5;
+    const int step = std::max(1, lives / kRows);
     for (int done = 0; done <= lives;) {
         std::printf("%-16d %16.0f %16.0f\n", done, MemoryOf(L"dllhost.exe") / 1024, MemoryOf(L"ZELT.EXE") / 1024);
         std::fflush(stdout);
-        for (int i = 0; i < lives / kRows; ++i, ++done) {
+        for (int i = 0; i < step; ++i, ++done) {
             if (!LiveOnce(inSurrogate) || !LiveOnce(inZelt)) {
                 std::printf("A package failed after %d lives.\n", done);
                 return;

@@ -7,6 +7,7 @@
 
 #include <cape-open.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -21,8 +22,6 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The sample's package manager.
-constexpr wchar_t kClassKey[] = L"Software\\Classes\\CLSID\\{B55C9180-454E-4B78-A109-B9536A903BF9}";
 constexpr wchar_t kAppId[] = L"{5B0C3E42-6A11-4F5E-8C7D-21B9A4D06E33}";
 constexpr wchar_t kAppIdKey[] = L"Software\\Classes\\AppID\\{5B0C3E42-6A11-4F5E-8C7D-21B9A4D06E33}";
 
@@ -33,20 +32,26 @@ constexpr int kLives = 500;
 // The class in the system's surrogate process, as long as this lives.
 class Surrogate {
 public:
-    Surrogate()
+    explicit Surrogate(const CLSID& hosted)
     {
+        wchar_t text[40];
+        StringFromGUID2(hosted, text, 40);
+        classKey += text;
         RegistryKey application, packageClass;
         const RegistryRoot machine{HKEY_LOCAL_MACHINE, 0};
         if (application.Create(machine, kAppIdKey) == ERROR_SUCCESS) application.WriteString(L"DllSurrogate", L"");
-        if (packageClass.Create(machine, kClassKey) == ERROR_SUCCESS) packageClass.WriteString(L"AppID", kAppId);
+        if (packageClass.Create(machine, classKey) == ERROR_SUCCESS) packageClass.WriteString(L"AppID", kAppId);
     }
     ~Surrogate()
     {
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, kAppIdKey);
-        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kClassKey, L"AppID");
+        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, classKey.c_str(), L"AppID");
     }
     Surrogate(const Surrogate&) = delete;
     Surrogate& operator=(const Surrogate&) = delete;
+
+private:
+    std::wstring classKey = L"Software\\Classes\\CLSID\\";
 };
 
 ComPtr<ICapeThermoPropertyPackageManager> MakeManager(const CLSID& classId, const char* server)
@@ -92,7 +97,7 @@ double TimeLists(ICapeThermoCompounds& compounds)
 
 int Run(int lives)
 {
-    const Surrogate registered;
+    const Surrogate registered(sample::kPropertyPackageManagerClass);
     CLSID zeltClass = {};
     CLSIDFromProgID(L"ZELT.PropertyPackageManager", &zeltClass);
     const auto below = MakeManager(sample::kPropertyPackageManagerClass, "The surrogate");
@@ -134,7 +139,7 @@ int Run(int lives)
 int main(int count, char** words)
 {
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
-    const int result = zelt::bench::Run(count > 1 ? std::atoi(words[1]) : zelt::bench::kLives);
+    const int result = zelt::bench::Run(count > 1 ? std::max(1, std::atoi(words[1])) : zelt::bench::kLives);
     CoUninitialize();
     return result;
 }

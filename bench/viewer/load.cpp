@@ -121,6 +121,13 @@ void BenchLoading(const WrittenLog& log, int pairs)
         pairs, [&] { return ReadBare(log.Path()) + (filled ? InsertBare(items) : 0) + OpenWindows(); },
         [&] { return Load(log.Path()); });
     PrintRow(size + (filled ? "viewer, filled" : "viewer"), row, filled ? 1.15 : 1.3);
+    const Comparison bare = Compare(
+        pairs, [&] { return ReadBare(log.Path()) + (filled ? InsertBare(items) : 0); },
+        [&] {
+            const double windows = OpenWindows();
+            return Load(log.Path()) - windows;
+        });
+    PrintRow(size + "less the windows", bare, 0);
     BenchMemory(log, size);
 }
 
