@@ -40,13 +40,13 @@ Bench()
     done
 }
 
-# The sample's stand-alone package, exported without logging.
+# A package of the sample's manager, exported without logging.
 OfferBenchmarkPackage()
 {
     local key='HKCU\Software\ZELT'
     wine "$(WindowsPath "$root/build/i686/shell/ZELT.EXE")" /RegServer
     wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/i686/samples/SamplePackage.dll")"
     wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
-        /d '{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|unused|Benchmark|false'
+        /d '{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Benchmark|false'
     wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
 }

@@ -11,7 +11,7 @@ namespace {
 // {6E0B7A0E-2D57-4F52-9B43-3A8C1E5D7F21}
 constexpr GUID kExtension = {0x6E0B7A0E, 0x2D57, 0x4F52, {0x9B, 0x43, 0x3A, 0x8C, 0x1E, 0x5D, 0x7F, 0x21}};
 
-std::atomic<long> calls{0};
+std::atomic<long> calls{0}, fromOthers{0};
 
 // Sends nothing along; it is asked before each call, and that is what counts.
 class Counter final : public IChannelHook {
@@ -32,7 +32,11 @@ public:
     STDMETHOD_(void, ClientFillBuffer)(REFGUID, REFIID, ULONG* size, void*) override { *size = 0; }
     STDMETHOD_(void, ClientNotify)(REFGUID, REFIID, ULONG, void*, DWORD, HRESULT) override {}
     STDMETHOD_(void, ServerNotify)(REFGUID, REFIID, ULONG, void*, DWORD) override {}
-    STDMETHOD_(void, ServerGetSize)(REFGUID, REFIID, HRESULT, ULONG* size) override { *size = 0; }
+    STDMETHOD_(void, ServerGetSize)(REFGUID, REFIID, HRESULT, ULONG* size) override
+    {
+        ++fromOthers;
+        *size = 0;
+    }
     STDMETHOD_(void, ServerFillBuffer)(REFGUID, REFIID, ULONG* size, void*, HRESULT) override { *size = 0; }
 };
 
@@ -45,5 +49,6 @@ void CountRemoteCalls()
 }
 
 long TakeRemoteCalls() { return calls.exchange(0); }
+long TakeCallsFromOthers() { return fromOthers.exchange(0); }
 
 }  // namespace zelt::bench

@@ -1,4 +1,4 @@
-// Counts the calls that leave this process, at the channel that carries them.
+// Counts the calls that leave this process and those that come in, at the channel that carries them.
 #pragma once
 
 namespace zelt::bench {
@@ -8,5 +8,6 @@ void CountRemoteCalls();
 
 // Calls since the last question.
 long TakeRemoteCalls();
+long TakeCallsFromOthers();
 
 }  // namespace zelt::bench

@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 
 #include "bench/remote/call_counter.h"
 #include "bench/remote/lives.h"
+#include "bench/remote/session.h"
 #include "bench/rows.h"
 #include "core/registry.h"
 #include "samples/package/classes.h"
@@ -128,6 +130,14 @@ int Run(int lives)
         std::printf("  remote calls in %d: surrogate %ld, ZELT %ld: %s\n", kCalls, floorCalls, calls,
                     calls <= floorCalls && calls > 0 ? "none more" : "MORE, or none counted");
     }
+    const RemoteCalls floor = CountSession(*below.Get(), L"Aromatics");
+    const RemoteCalls measured = CountSession(*above.Get(), L"Benchmark");
+    std::printf(
+        "a package's whole life, with five flashes and ten properties\n"
+        "  remote calls to it: surrogate %ld, ZELT %ld; from it to the material: surrogate %ld, ZELT %ld: %s\n",
+        floor.out, measured.out, floor.in, measured.in,
+        measured.out <= floor.out && measured.in <= floor.in && measured.in > 0 ? "none more"
+                                                                                : "MORE, or none counted");
     CompareMemoryOfLives(lives, inSurrogate, inZelt);
     return 0;
 }
@@ -137,9 +147,12 @@ int Run(int lives)
 
 // The number of lives may be given.
 int main(int count, char** words)
-{
+try {
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
     const int result = zelt::bench::Run(count > 1 ? std::max(1, std::atoi(words[1])) : zelt::bench::kLives);
     CoUninitialize();
     return result;
+} catch (const std::exception& failure) {
+    std::printf("bench_remote: %s\n", failure.what());
+    return 1;
 }
