@@ -1,7 +1,10 @@
 // The viewer's window, what it shows of a log, and what it says about logs that are damaged or missing.
 #include "viewer_process.h"
 
+#include <winternl.h>
+
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -193,6 +196,29 @@ TEST_F(ViewerLoading, TellsWhereALogIsCutOffAndShowsItsBeginning)
     EXPECT_EQ(L"2 1\n4 f (o)\n", tree->Outline());
 }
 
+// Deeper, or with a longer value, than the parser takes: the same as for a log that is cut off there.
+TEST_F(ViewerLoading, TellsWhereALogGoesBeyondTheParsersLimits)
+{
+    std::string deep;
+    for (int i = 0; i < 300; ++i) deep += "<func name=\"f\" direc=\"in\" object=\"o\">\n";
+    const struct {
+        const char* what;
+        std::string rest;
+        const wchar_t* line;
+    } rows[] = {{"a long value", "<info value=\"" + std::string(10'100'000, 'x') + "\"/>\n", L"4"},
+                {"depth", deep, L"260"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Start("<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"before\"/>\n" + row.rest +
+              "</zeltlogdocument>\n");
+        EXPECT_EQ(L"Parse error in \"" + path + L"\", line " + row.line, Box(L"Parse error:"));
+        EXPECT_EQ(L"XML parse error in \"" + path + L"\"", Box(L"Parse Error:"));
+        Opened();
+        EXPECT_EQ(L"before", tree->Label(tree->Next(TVGN_ROOT)));
+        process->Kill();
+    }
+}
+
 TEST_F(ViewerLoading, TellsThatAFileCannotBeOpenedAndStaysEmpty)
 {
     StartWithoutLog();
@@ -205,6 +231,42 @@ TEST_F(ViewerLoading, TellsThatAFileCannotBeOpenedAndStaysEmpty)
     EXPECT_EQ(0, list->Count());
     Find(L"anything");
     EXPECT_EQ(L"Tree is empty", Box(L"Search tree:"));
+}
+
+// The current folder of another process of this width.
+std::wstring CurrentFolderOf(DWORD id)
+{
+    const UniqueHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
+    const auto query = reinterpret_cast<decltype(&NtQueryInformationProcess)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationProcess")));
+    PROCESS_BASIC_INFORMATION basic = {};
+    PEB block = {};
+    RTL_USER_PROCESS_PARAMETERS parameters = {};
+    const auto read = [&process](const void* from, void* to, SIZE_T size) {
+        return ReadProcessMemory(process.get(), from, to, size, nullptr);
+    };
+    if (!query || query(process.get(), ProcessBasicInformation, &basic, sizeof basic, nullptr) < 0 ||
+        !read(basic.PebBaseAddress, &block, sizeof block) ||
+        !read(block.ProcessParameters, &parameters, sizeof parameters)) {
+        return L"(cannot be read)";
+    }
+    // Its name has the form of the two strings that are declared, and stands in front of them, at this place of the unnamed.
+    UNICODE_STRING folder = {};
+    std::memcpy(&folder, &parameters.Reserved2[5], sizeof folder);
+    std::wstring text(folder.Length / sizeof(wchar_t), L'\0');
+    return read(folder.Buffer, text.data(), folder.Length) ? text : L"(cannot be read)";
+}
+
+TEST_F(ViewerLoading, LeavesTheFolderOfTheLog)
+{
+    wchar_t before[MAX_PATH], system[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    GetSystemDirectoryW(system, MAX_PATH);
+    // As a double click starts it.
+    SetCurrentDirectoryW(std::filesystem::path(path).parent_path().c_str());
+    Show(InLog(kLog));
+    SetCurrentDirectoryW(before);
+    EXPECT_EQ(std::filesystem::path(std::wstring(system) + L"\\"), std::filesystem::path(CurrentFolderOf(Id())));
 }
 
 TEST_F(ViewerLoading, LeavesTheFileToOthers)
