@@ -109,7 +109,7 @@ private:
             static_assert(sizeof(std::exception_ptr) == sizeof(const char* const*));
             const std::exception_ptr exception = currentException();
             const char* const* object = nullptr;
-            std::memcpy(&object, &exception, sizeof object);
+            std::memcpy(&object, static_cast<const void*>(&exception), sizeof object);
             text = *object;
         }
         endCatch();

@@ -123,6 +123,9 @@ using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
 // stay the array's own.
 template <class Element>
 class ArrayContent {
+    // Of pointers to interfaces, too, it is the pointers' own size that counts. NOLINTNEXTLINE(bugprone-sizeof-expression)
+    static constexpr std::size_t kElementSize = sizeof(Element);
+
 public:
     explicit ArrayContent(SAFEARRAY* array)
     {
@@ -130,7 +133,7 @@ public:
         UINT dimensions = 0;
         com::Check(CallForeign([&] {
             dimensions = SafeArrayGetDim(array);
-            return array->cbElements == sizeof(Element) ? S_OK : DISP_E_TYPEMISMATCH;
+            return array->cbElements == kElementSize ? S_OK : DISP_E_TYPEMISMATCH;
         }));
         if (dimensions == 0 || dimensions > kMostDimensions) throw com::Failure(DISP_E_BADINDEX);
         bounds.resize(dimensions);
@@ -142,7 +145,7 @@ public:
         }
         elements.resize(static_cast<std::size_t>(total));
         com::Check(CallForeign([&] {
-            if (total > 0) std::memcpy(elements.data(), array->pvData, elements.size() * sizeof(Element));
+            if (total > 0) std::memcpy(elements.data(), array->pvData, elements.size() * kElementSize);
             return S_OK;
         }));
     }

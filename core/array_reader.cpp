@@ -43,10 +43,9 @@ ArrayReader::ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declared
         message = "unexpected dimension; 1-dimensional array expected";
     } else if (FAILED(SafeArrayGetLBound(array, 1, &lowerBound))) {
         message = "failed to get lower bound";
-    } else if (FAILED(SafeArrayGetUBound(array, 1, &upperBound))) {
+    } else if (FAILED(SafeArrayGetUBound(array, 1, &upperBound)) || std::int64_t{upperBound} - lowerBound < -1) {
+        // The latter has more elements than a bound can tell.
         message = "failed to get upper bound";
-    } else if (std::int64_t{upperBound} - lowerBound < -1) {
-        message = "failed to get upper bound";  // more elements than a bound can tell
     } else if ((SUCCEEDED(SafeArrayGetVartype(array, &actual)) ? actual : declaredType) != elementType ||
                (ElementSize(elementType) != 0 && array->cbElements != ElementSize(elementType))) {
         message = std::string("Expected an array of type ") + ElementWord(elementType);

@@ -10,7 +10,7 @@
 // The one macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the
 // order of the parameters; marks stand where their check belongs.
 #define LOGGED(Interface, Method, ...) \
-    this->template Forward<&Interface::Method>(#Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__)
+    (this->template Forward<&Interface::Method>(#Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__))
 
 namespace zelt {
 

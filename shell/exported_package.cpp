@@ -18,7 +18,7 @@ constexpr UINT kCodePage = CP_THREAD_ACP;
 std::string NextString(std::string_view& rest)
 {
     const std::size_t end = rest.find('\0');
-    const std::string next(rest.substr(0, end));
+    std::string next(rest.substr(0, end));
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     return next;
 }

@@ -12,8 +12,6 @@
 namespace zelt::bench {
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
 constexpr int kCalls = 20'000;
 constexpr int kPairs = 15;
 

@@ -134,8 +134,8 @@ void BenchLoading(const WrittenLog& log, int pairs)
 void BenchWindows()
 {
     OpenWindows();
-    std::vector<double> times;
-    for (int i = 0; i < 9; ++i) times.push_back(OpenWindows());
+    std::vector<double> times(9);
+    for (double& time : times) time = OpenWindows();
     PrintFigure("the windows alone (part of both columns below)", Median(times) * 1e3, "ms");
 }
 

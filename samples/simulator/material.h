@@ -44,7 +44,7 @@ class Material final : public com::Object {
 public:
     // `link` may be null: then the older version's calculations fail, and those of 1.1 are not offered.
     explicit Material(const std::shared_ptr<const Slate>& slate, std::wstring name = L"Feed", ReadHook hook = {},
-                      std::shared_ptr<PackageLink> link = {}, MaterialState state = {})
+                      const std::shared_ptr<PackageLink>& link = {}, MaterialState state = {})
         : store(slate, std::move(hook)),
           compounds(*this, errors, slate),
           phases(*this, errors, slate),

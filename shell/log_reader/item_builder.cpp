@@ -104,10 +104,9 @@ void ItemBuilder::Describe(const xmlNode* element)
     nameLength = 0;
     known = true;
     line = LineOf(element);
+    // Null is none of the names.
     const xmlChar* const kind = element->ns ? nullptr : element->name;
-    if (!kind) {
-        DescribeUnknown(element);
-    } else if (kind == names.argval) {
+    if (kind == names.argval) {
         DescribeMessage(LogImage::Value, element);
     } else if (kind == names.arg) {
         image = IsInward(element) ? LogImage::InArgument : LogImage::OutArgument;

@@ -47,7 +47,7 @@ void OpenLogViewer(const std::wstring& path)
     auto start = std::make_unique<ViewerStart>(ViewerStart{path, MakeLock()});
     const UniqueHandle thread(CreateThread(nullptr, 0, ShowViewer, start.get(), 0, nullptr));
     if (thread) {
-        start.release();
+        static_cast<void>(start.release());  // the thread's now
     } else {
         Fail(path, L"its thread cannot be started");
     }

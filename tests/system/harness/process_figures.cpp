@@ -34,11 +34,11 @@ DWORD CountInTheTable(DWORD processId)
     std::vector<ULONG_PTR> buffer(1 << 18);
     NTSTATUS status;
     ULONG size = 0;
-    while ((status = query(kExtendedHandles, buffer.data(), static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR)),
-                           &size)) == kTooSmall &&
-           buffer.size() < kLargest) {
-        buffer.resize(buffer.size() * 2);
-    }
+    const auto ask = [&] {
+        const std::size_t bytes = buffer.size() * sizeof(ULONG_PTR);
+        return query(kExtendedHandles, buffer.data(), static_cast<ULONG>(bytes), &size);
+    };
+    while ((status = ask()) == kTooSmall && buffer.size() < kLargest) buffer.resize(buffer.size() * 2);
     if (status < 0) return 0;
     const auto& table = *reinterpret_cast<const HandleTable*>(buffer.data());
     DWORD count = 0;

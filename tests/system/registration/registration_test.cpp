@@ -115,7 +115,7 @@ protected:
         folder = fs::temp_directory_path() / L"ZELT registration";
         fs::create_directories(folder / L"prog o'brien's 100% files");
         fs::copy_file(ClientPath(), folder / L"prog.exe", fs::copy_options::overwrite_existing);
-        const fs::path server = folder / L"prog o'brien's 100% files" / L"ZELT.EXE";
+        fs::path server = folder / L"prog o'brien's 100% files" / L"ZELT.EXE";
         fs::copy_file(ServerPath(), server, fs::copy_options::overwrite_existing);
         return server;
     }
