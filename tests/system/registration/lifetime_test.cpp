@@ -27,7 +27,9 @@ protected:
         HWND window = nullptr;
         for (int attempt = 0; attempt < 100 && !window; ++attempt) {
             Sleep(100);
+            // It has its title before it is shown.
             window = FindWindowW(nullptr, title);
+            if (!IsWindowVisible(window)) window = nullptr;
         }
         return window;
     }
