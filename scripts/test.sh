@@ -1,10 +1,11 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
-# build | what is chosen of its tests; those labelled "together" share nothing of the system and run two at a time
+# build | what is chosen of its tests; those labelled "together" share nothing of the system and run two at a time. 64-bit
+# programs do not: Wine starts them by another program, which now and then hangs when two do it at once.
 testRuns=(
     'i686      | -L together --parallel 2'
     'i686      | -LE together'
-    'x86_64    | -L together --parallel 2'
+    'x86_64    | -L together'
     'sanitized | --parallel 2'
 )
 
