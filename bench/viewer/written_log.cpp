@@ -65,7 +65,8 @@ WrittenLog::WrittenLog(long long bytes, bool blanks)
     if (!file) throw std::runtime_error("the log cannot be written");
     std::minstd_rand random(1);
     std::fwrite(parts.header.data(), 1, parts.header.size(), file);
-    long long written = static_cast<long long>(parts.header.size() + parts.footer.size());
+    const std::size_t frame = parts.header.size() + parts.footer.size();
+    auto written = static_cast<long long>(frame);
     // Of a size below the golden log's own, as many whole entries as make it up.
     while (written < bytes) {
         ChangeNumbers(parts.entries, random);

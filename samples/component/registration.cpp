@@ -23,7 +23,8 @@ std::wstring Text(REFCLSID clsid)
 // Sets one value; the key is made, opened and closed by the call. A null name is the key's own value.
 void SetValue(const std::wstring& key, const wchar_t* name, const std::wstring& text)
 {
-    const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+    const auto size = static_cast<DWORD>(bytes);
     if (RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, text.c_str(), size) != ERROR_SUCCESS) {
         throw com::Failure(SELFREG_E_CLASS);
     }

@@ -1,6 +1,5 @@
 // Any bytes are a log to the commands for logs: each ends with an exit code of its own and says what it means by it, and a
 // log without its names is still one.
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -41,6 +40,8 @@ LogReadResult CountItems(std::string_view log, std::size_t& items)
     return result;
 }
 
+}  // namespace
+
 void Test(std::string_view bytes)
 {
     static const Words kCommands[] = {
@@ -74,13 +75,4 @@ void Test(std::string_view bytes)
     }
 }
 
-}  // namespace
 }  // namespace zelt::test
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    static const bool isPrepared = (zelt::PrepareLogReader(), true);
-    CHECK(isPrepared);
-    zelt::test::Test({reinterpret_cast<const char*>(data), size});
-    return 0;
-}

@@ -85,6 +85,8 @@ private:
     bool isParent = true;
 };
 
+}  // namespace
+
 void Test(std::string_view bytes)
 {
     const bool mayLack = bytes.find("<!--") != std::string_view::npos;
@@ -115,13 +117,4 @@ void Test(std::string_view bytes)
           std::equal(part.items.begin(), part.items.end(), whole.items.begin()));
 }
 
-}  // namespace
 }  // namespace zelt::test
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    static const bool isPrepared = (zelt::PrepareLogReader(), true);
-    CHECK(isPrepared);
-    zelt::test::Test({reinterpret_cast<const char*>(data), size});
-    return 0;
-}

@@ -13,6 +13,9 @@
 
 namespace zelt::test {
 
+// What each fuzzer does with an input.
+void Test(std::string_view bytes);
+
 // A file in memory, at its beginning.
 class MemoryFile {
 public:

@@ -42,6 +42,18 @@ protected:
     // Takes no memory while it fails.
     Answered() { answers.reserve(200); }
 
+    // Null when there is no memory for it.
+    ComPtr<CPropertyPackage11> MakeProxy(IUnknown* package, LogDocument* document)
+    {
+        ComPtr<CPropertyPackage11> proxy;
+        const HRESULT made = com::NoThrow([&] {
+            proxy = ComPtr<CPropertyPackage11>(new CPropertyPackage11);
+            proxy->AttachAsRoot(package, document, "Pack");
+            return S_OK;
+        });
+        return Note(made) ? proxy : nullptr;
+    }
+
 private:
     std::vector<HRESULT> answers;
 };
@@ -72,13 +84,8 @@ public:
     // Ends early when there is no memory for the proxy.
     void Run()
     {
-        ComPtr<CPropertyPackage11> proxy;
-        const HRESULT made = com::NoThrow([&] {
-            proxy = ComPtr<CPropertyPackage11>(new CPropertyPackage11);
-            proxy->AttachAsRoot(package.Get(), document, "Pack");
-            return S_OK;
-        });
-        if (!Note(made)) return;
+        const ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get(), document);
+        if (!proxy) return;
         ComPtr<ICapeThermoMaterialContext> context;
         ComPtr<ICapeThermoPropertyRoutine> routine;
         ComPtr<ICapeIdentification> identification;
@@ -144,13 +151,8 @@ public:
     void Run()
     {
         using namespace sample;
-        ComPtr<CPropertyPackage11> proxy;
-        const HRESULT made = com::NoThrow([&] {
-            proxy = ComPtr<CPropertyPackage11>(new CPropertyPackage11);
-            proxy->AttachAsRoot(package.Get(), document, "Pack");
-            return S_OK;
-        });
-        if (!Note(made)) return;
+        const ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get(), document);
+        if (!proxy) return;
         ComPtr<ICapeUtilities> utilities;
         ComPtr<ICapeThermoMaterialContext> context;
         ComPtr<ICapeThermoCompounds> compounds;
