@@ -9,7 +9,12 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# Built programs and tests run under Wine.
+# Built programs and tests run under Wine, 64-bit ones by its 64-bit loader: the other starts a program of its own before each.
 if(CMAKE_HOST_UNIX)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-under-wine.sh)
+  set(loaders wine)
+  if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)
+    set(loaders wine64 wine)
+  endif()
+  find_program(ZELT_WINE_LOADER NAMES ${loaders} PATHS /usr/lib/wine DOC "Runs the built programs on this system")
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-under-wine.sh ${ZELT_WINE_LOADER})
 endif()

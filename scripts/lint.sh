@@ -27,8 +27,8 @@ Lint()
         Step format "Checking the formatting of ${#sources[@]} files" clang-format --dry-run --Werror "${sources[@]}"
     fi
     # The headers that the type libraries give must be there, and the compile commands; objects need not.
-    [ -f build/i686/compile_commands.json ] || Step configure-i686 "Configuring for i686" cmake --preset i686
-    Step lint-headers "Compiling the type libraries" cmake --build build/i686 --target \
+    Step configure-lint "Configuring for the checks" cmake --preset lint
+    Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \
         idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files
     Step tidy "Static checks" Tidy
     printf '%s\n' "${green}Nothing to object to.$plain"
@@ -47,12 +47,12 @@ Tidy()
             *) arguments+=("--extra-arg=-isystem$folder") ;;
         esac
     done
-    local database=build/i686/compile_commands.json
+    local database=build/lint/compile_commands.json
     # Only what the 32-bit build compiles: there a source has its definitions.
     printf '%s\n' "${sources[@]}" | grep '\.cpp$' | while read -r file; do
         grep -qF "\"$root/$file\"" "$database" && echo "$file"
     done >build/lint-sources
     [ -s build/lint-sources ] || { echo "No source is in $database."; return 1; }
     echo "$(wc -l <build/lint-sources) sources"
-    xargs -a build/lint-sources -P "$(nproc)" -n 1 clang-tidy --quiet -p build/i686 "${arguments[@]}"
+    xargs -a build/lint-sources -P "$(nproc)" -n 1 clang-tidy --quiet -p build/lint "${arguments[@]}"
 }

@@ -1,11 +1,10 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
-# build | what is chosen of its tests; those labelled "together" share nothing of the system and run two at a time. 64-bit
-# programs do not: Wine starts them by another program, which now and then hangs when two do it at once.
+# build | what is chosen of its tests; those labelled "together" share nothing of the system and run two at a time.
 testRuns=(
     'i686      | -L together --parallel 2'
     'i686      | -LE together'
-    'x86_64    | -L together'
+    'x86_64    | -L together --parallel 2'
     'sanitized | --parallel 2'
 )
 
@@ -68,6 +67,8 @@ Summarise()
     local line="$((total - failures - skipped)) passed, $failures failed"
     [ "$skipped" -eq 0 ] || line+=", $skipped skipped"
     if [ "$1" -ne 0 ] || [ "$failures" -ne 0 ]; then
+        # Here again: above, they stand among a thousand that passed.
+        perl scripts/failed-tests.pl "${testReports[@]}"
         Fail "$line"
     fi
     printf '%s\n' "$green$line$plain"

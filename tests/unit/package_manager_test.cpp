@@ -131,6 +131,7 @@ struct ManagerUnderTest {
     std::wstring componentName;
     std::wstring componentDescription;
 };
+void PrintTo(const ManagerUnderTest& manager, std::ostream* out) { *out << manager.name; }
 
 template <class I, HRESULT (STDMETHODCALLTYPE I::*method)(VARIANT*)>
 HRESULT ListWith(IUnknown* manager, VARIANT* names)

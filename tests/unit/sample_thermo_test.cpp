@@ -79,17 +79,17 @@ TEST(SampleCompound, HasDerivativesThatFollowTheValues)
             const auto slope = [&](auto&& f) {
                 return (f(compound, t + kStep) - f(compound, t - kStep)) / (2 * kStep);
             };
-            const auto near = [](double expected, double actual) {
+            const auto expectNear = [](double expected, double actual) {
                 EXPECT_NEAR(expected, actual, 1e-5 * std::fabs(expected));
             };
-            near(slope([](const Compound& c, double x) { return LogVapourPressure(c, x).value; }),
-                 LogVapourPressure(compound, t).dT);
-            near(slope([](const Compound& c, double x) { return HeatOfVaporisation(c, x).value; }),
-                 HeatOfVaporisation(compound, t).dT);
-            near(slope([](const Compound& c, double x) { return LiquidVolume(c, x).value; }),
-                 LiquidVolume(compound, t).dT);
-            near(slope(IdealGasEnthalpy), IdealGasHeatCapacity(compound, t));
-            near(slope(IdealGasEntropy) * t, IdealGasHeatCapacity(compound, t));
+            expectNear(slope([](const Compound& c, double x) { return LogVapourPressure(c, x).value; }),
+                       LogVapourPressure(compound, t).dT);
+            expectNear(slope([](const Compound& c, double x) { return HeatOfVaporisation(c, x).value; }),
+                       HeatOfVaporisation(compound, t).dT);
+            expectNear(slope([](const Compound& c, double x) { return LiquidVolume(c, x).value; }),
+                       LiquidVolume(compound, t).dT);
+            expectNear(slope(IdealGasEnthalpy), IdealGasHeatCapacity(compound, t));
+            expectNear(slope(IdealGasEntropy) * t, IdealGasHeatCapacity(compound, t));
         }
         EXPECT_EQ(0, IdealGasEnthalpy(compound, 298.15));
         EXPECT_EQ(0, IdealGasEntropy(compound, 298.15));

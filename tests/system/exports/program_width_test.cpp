@@ -29,9 +29,9 @@ TEST(ProgramWidth, IsReadFromTheHeader)
     EXPECT_FALSE(WidthOfImage(Image(0x80, "\x4C\x01").substr(0, 0x3E))) << "cut off in the offset";
     EXPECT_FALSE(WidthOfImage(""));
     EXPECT_FALSE(WidthOfImage("MZ"));
-    std::string far = Image(0x80, "\x4C\x01");
-    far.replace(0x3C, 4, "\xFF\xFF\xFF\xFF");
-    EXPECT_FALSE(WidthOfImage(far)) << "an offset behind the end";
+    std::string beyond = Image(0x80, "\x4C\x01");
+    beyond.replace(0x3C, 4, "\xFF\xFF\xFF\xFF");
+    EXPECT_FALSE(WidthOfImage(beyond)) << "an offset behind the end";
     std::string other = Image(0x80, "\x4C\x01");
     other[0] = 'N';
     EXPECT_FALSE(WidthOfImage(other));

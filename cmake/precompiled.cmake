@@ -1,0 +1,28 @@
+# zelt_precompile(<name> <folder>... HEADERS <header>...): the headers are compiled once, and before every C++ source of the
+# targets below the folders, which take most of their time to compile otherwise. Sources include what they use all the same:
+# `./dev lint` reads them without. To be called when the folders' targets are complete.
+function(zelt_precompile name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" HEADERS)
+  set(source ${CMAKE_BINARY_DIR}/${name}.cpp)
+  file(GENERATE OUTPUT ${source} CONTENT "")
+  add_library(${name} OBJECT ${source})
+  target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+  target_link_libraries(${name} PRIVATE idl_cape-open)
+  foreach(folder IN LISTS arg_UNPARSED_ARGUMENTS)
+    zelt_precompile_below(${name} ${folder})
+  endforeach()
+endfunction()
+
+function(zelt_precompile_below name folder)
+  get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+  foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    if(type MATCHES "_LIBRARY$|^EXECUTABLE$" AND NOT type STREQUAL INTERFACE_LIBRARY)
+      target_precompile_headers(${target} REUSE_FROM ${name})
+    endif()
+  endforeach()
+  get_property(folders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+  foreach(folder IN LISTS folders)
+    zelt_precompile_below(${name} ${folder})
+  endforeach()
+endfunction()
