@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
 #include "tests/unit/recorded_messages.h"
 #include "tests/system/harness/scratch_registry.h"
 
@@ -12,6 +14,7 @@ using zelt::ExportedPackageList;
 using zelt::PackageIdentity;
 using zelt::PackageKind;
 using zelt::RegistryKey;
+using namespace std::string_view_literals;
 
 constexpr CLSID kClass = {0x6377AC63, 0x7A36, 0x46DC, {0x88, 0x97, 0xF2, 0x77, 0x01, 0x2C, 0xDA, 0x9D}};
 
@@ -81,9 +84,8 @@ TEST(ExportedPackageList, SkipsBadEntries)
     key.WriteString(L"Package2", L"a plain string");
     key.WriteDword(L"Package3", 3);
     key.WriteNarrow("Package4", REG_MULTI_SZ,
-                    std::string_view("no class\0"
-                                     "0\0s\0e\0true\0\0",
-                                     25));
+                    "no class\0"
+                    "0\0s\0e\0true\0\0"sv);
     Store(scratch, "Package5", L"also good");
     const zelt::test::RecordedMessages messages;
     ExportedPackageList list(scratch.Root());

@@ -202,7 +202,7 @@ protected:
     std::string News()
     {
         const std::string all = Written();
-        const std::string news = all.substr(std::min(seen, all.size()));
+        std::string news = all.substr(std::min(seen, all.size()));
         seen = all.size();
         return news;
     }

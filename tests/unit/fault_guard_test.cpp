@@ -235,6 +235,7 @@ TEST(FaultGuard, WorksOnEveryThread)
     for (const auto& package : Packages()) {
         std::vector<std::thread> threads;
         std::vector<int> passed(4);
+        threads.reserve(passed.size());
         for (int& count : passed) {
             threads.emplace_back([&] {
                 PrepareGuards();

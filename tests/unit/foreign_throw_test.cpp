@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <stdexcept>
@@ -293,11 +294,11 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
 {
     const PageEnd page(true);
     char* const start = page.End() - 4;
-    std::memcpy(start, "abcd", 4);
+    std::copy_n("abcd", 4, start);
     const Outcome cut = MicrosoftThrow(kConstText, ".H", start).Raise();
     EXPECT_EQ("abcd", cut.text);
 
-    std::memcpy(start, "abc", 4);
+    std::copy_n("abc", 4, start);
     EXPECT_EQ("abc", MicrosoftThrow(kConstText, ".H", start).Raise().text);
 
     const std::string endless(200 * 1024, 'x');

@@ -105,13 +105,11 @@ void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool is
         text.assign(reinterpret_cast<const char*>(&number), sizeof number);
     }
     RegistryKey key = scratch.Settings();
-    if (type == REG_MULTI_SZ && dice.Once(2)) {
-        key.WriteBytes(name, type, text.data(), text.size());  // any number of bytes, odd ones too
-    } else if (type == REG_MULTI_SZ) {
+    if (type == REG_MULTI_SZ && !dice.Once(2)) {
         const std::wstring narrow(name);
         key.WriteNarrow(std::string(narrow.begin(), narrow.end()).c_str(), type, text);
     } else {
-        key.WriteBytes(name, type, text.data(), text.size());
+        key.WriteBytes(name, type, text.data(), text.size());  // any number of bytes, odd ones too
     }
 }
 

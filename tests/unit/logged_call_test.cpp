@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "proxy_fixture.h"
+#include "same_bytes.h"
 
 namespace zelt::test {
 namespace {
@@ -49,8 +50,8 @@ TEST_F(LoggedCallTest, PassesArgumentsUnchangedToTheBit)
     double temperature;
     std::memcpy(&temperature, &payload, sizeof payload);
     EXPECT_EQ(S_OK, routine->CalcAndGetLnPhi(nullptr, temperature, 0, moles, 0, nullptr, nullptr, nullptr, nullptr));
-    EXPECT_EQ(0, std::memcmp(&moles, &package->lastVariant, sizeof moles));
-    EXPECT_EQ(0, std::memcmp(&temperature, &package->lastDouble, sizeof temperature));
+    EXPECT_TRUE(SameBytes(moles, package->lastVariant));
+    EXPECT_TRUE(SameBytes(temperature, package->lastDouble));
     EXPECT_EQ(nullptr, package->lastPointer);
 
     SAFEARRAYBOUND bound = {3, -5};

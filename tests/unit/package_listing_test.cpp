@@ -119,8 +119,7 @@ protected:
                                                   const CLSID& classId = kManagerClass)
     {
         failures.clear();
-        const auto names =
-            zelt::ListPackages(kind, classId, [this](const std::wstring& text) { failures.push_back(text); });
+        auto names = zelt::ListPackages(kind, classId, [this](const std::wstring& text) { failures.push_back(text); });
         EXPECT_EQ(0, script.alive);
         return names;
     }

@@ -221,7 +221,7 @@ protected:
         EXPECT_EQ(S_OK, manager.As(&user));
         BSTR text = nullptr;
         EXPECT_EQ(S_OK, (user.Get()->*getter)(&text));
-        const std::wstring copy(TextOf(text));
+        std::wstring copy(TextOf(text));
         SysFreeString(text);
         return copy;
     }

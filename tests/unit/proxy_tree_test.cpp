@@ -23,7 +23,7 @@ protected:
     std::string News()
     {
         const std::string all = Written();
-        const std::string news = all.substr(seen);
+        std::string news = all.substr(seen);
         seen = all.size();
         return news;
     }

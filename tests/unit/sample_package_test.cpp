@@ -90,7 +90,7 @@ protected:
     // A material of toluene and benzene, in this order, which is not the package's, with a state and both phases.
     ComPtr<ICapeThermoMaterial> SetMaterial(double temperature, double pressure)
     {
-        const ComPtr<ICapeThermoMaterial> material = MakeMaterial({L"Toluene", L"benzene"});
+        ComPtr<ICapeThermoMaterial> material = MakeMaterial({L"Toluene", L"benzene"});
         EXPECT_EQ(S_OK, material->SetOverallProp(B(L"temperature"), B(L""), MakeDoubles({{temperature}})));
         EXPECT_EQ(S_OK, material->SetOverallProp(B(L"pressure"), B(L""), MakeDoubles({{pressure}})));
         EXPECT_EQ(S_OK, material->SetOverallProp(B(L"fraction"), B(L"mole"), MakeDoubles({{0.5, 0.5}})));

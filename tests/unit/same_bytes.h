@@ -1,0 +1,15 @@
+#pragma once
+
+#include <algorithm>
+#include <span>
+
+namespace zelt::test {
+
+// Unused bytes count too, and no byte is read as a number.
+template <typename T>
+bool SameBytes(const T& a, const T& b)
+{
+    return std::ranges::equal(std::as_bytes(std::span(&a, 1)), std::as_bytes(std::span(&b, 1)));
+}
+
+}  // namespace zelt::test
