@@ -1,14 +1,39 @@
 // Entry of the tests of served packages. They register the server and the samples on this machine and change the user's
 // settings, so they belong into a Wine prefix or a virtual machine of their own. The test process is a client itself.
+//   served_packages_tests [gtest's options]     registers, tests, unregisters
+//   served_packages_tests --register            one half of that; the tests between find ZELT_TEST_REGISTERED in the
+//   served_packages_tests --unregister          environment
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>
+
+#include <cstdlib>
+#include <string_view>
+
+#include "tests/system/served_packages/served_packages.h"
+
+namespace {
+
+class Registered final : public testing::Environment {
+    void SetUp() override { zelt::test::RegisterServerAndSamples(); }
+    void TearDown() override { zelt::test::UnregisterServerAndSamples(); }
+};
+
+}  // namespace
 
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
-    const int result = RUN_ALL_TESTS();
+    const std::string_view action = argc > 1 ? argv[1] : "";
+    int result = 0;
+    if (action == "--register" || action == "--unregister") {
+        action == "--register" ? zelt::test::RegisterServerAndSamples() : zelt::test::UnregisterServerAndSamples();
+        result = testing::UnitTest::GetInstance()->Failed() ? 1 : 0;
+    } else {
+        if (!std::getenv("ZELT_TEST_REGISTERED")) testing::AddGlobalTestEnvironment(new Registered);
+        result = RUN_ALL_TESTS();
+    }
     CoUninitialize();
     return result;
 }

@@ -48,17 +48,17 @@ std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstr
 
 }  // namespace
 
-void ServedPackages::SetUpTestSuite()
+void RegisterServerAndSamples()
 {
-    // A test before may have ended early.
-    KillServer();
+    // Those that other tests have left.
+    if (UnderWine()) ForgetClassesOfDeadServers();
     RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /RegServer");
     // This program is a 32-bit one, and so is the regsvr32 that the system gives it.
     for (const char* library : kLibraries)
         RunToSuccess(L"regsvr32.exe /s " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
 }
 
-void ServedPackages::TearDownTestSuite()
+void UnregisterServerAndSamples()
 {
     for (const char* library : kLibraries)
         RunToSuccess(L"regsvr32.exe /s /u " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
@@ -67,6 +67,8 @@ void ServedPackages::TearDownTestSuite()
 
 void ServedPackages::SetUp()
 {
+    // A test before may have ended early.
+    if (!ProcessIds(kServerFile).empty()) KillServer();
     ASSERT_TRUE(ProcessIds(kServerFile).empty()) << "a server runs already";
     settings = ReadKeyTree({}, kSettings);
     DeleteKeyTree({}, kSettings);
@@ -79,7 +81,7 @@ void ServedPackages::TearDown()
     if (!serverStays) {
         EXPECT_TRUE(WaitUntilGone(kServerFile)) << "the server has not ended by itself";
     }
-    if (!ProcessIds(kServerFile).empty()) KillServer();
+    if (!ProcessIds(kServerFile).empty() || HasFailure()) KillServer();
     std::error_code ignored;
     for (const fs::path& log : Logs()) fs::remove(log, ignored);
     if (!folderWasThere) fs::remove(LogFolder(), ignored);

@@ -1,6 +1,6 @@
 // The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
-// for as long as the test program runs, the user's settings and logs are put back after each test, and no server is left
-// running. It owns nothing of the clients that a test starts.
+// while the tests run, the user's settings and logs are put back after each test, and no server is left running. It owns
+// nothing of the clients that a test starts.
 #pragma once
 
 #include <cape-open.h>
@@ -39,10 +39,12 @@ struct Exported {
     bool logging = true;
 };
 
+// What the tests need in the registry.
+void RegisterServerAndSamples();
+void UnregisterServerAndSamples();
+
 class ServedPackages : public testing::Test {
 protected:
-    static void SetUpTestSuite();
-    static void TearDownTestSuite();
     void SetUp() override;
     // Also waits until the server has ended by itself, unless the test has said that it stays.
     void TearDown() override;
