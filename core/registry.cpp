@@ -8,6 +8,9 @@ namespace {
 
 // Room for a value that another process lengthens between the question for its size and the read.
 constexpr DWORD kGrowth = 128;
+// Enough for most values at the first try.
+constexpr std::size_t kUsualSize = 1024;
+constexpr std::size_t kLongestValueName = 16'383;
 
 }  // namespace
 
@@ -128,13 +131,32 @@ std::vector<std::wstring> RegistryKey::SubkeyNames() const
 std::vector<std::wstring> RegistryKey::ValueNames() const
 {
     std::vector<std::wstring> names;
-    std::vector<wchar_t> name(16384);  // The longest value name has 16,383 characters.
+    std::vector<wchar_t> name(kLongestValueName + 1);
     for (DWORD index = 0;; ++index) {
         DWORD length = static_cast<DWORD>(name.size());
         if (RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
         names.emplace_back(name.data(), length);
     }
     return names;
+}
+
+std::map<std::wstring, RegistryValue> RegistryKey::Values() const
+{
+    std::map<std::wstring, RegistryValue> values;
+    std::vector<wchar_t> name(kLongestValueName + 1);
+    std::vector<BYTE> data(kUsualSize);
+    for (DWORD index = 0;;) {
+        DWORD length = static_cast<DWORD>(name.size()), type = REG_NONE, size = static_cast<DWORD>(data.size());
+        const LSTATUS result = RegEnumValueW(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
+        if (result == ERROR_MORE_DATA) {
+            data.resize(std::max<std::size_t>(size, data.size()) + kGrowth);
+        } else if (result != ERROR_SUCCESS) {
+            return values;
+        } else {
+            values.emplace(std::wstring(name.data(), length), RegistryValue{type, {data.data(), data.data() + size}});
+            ++index;
+        }
+    }
 }
 
 LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path)

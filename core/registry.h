@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -59,6 +60,8 @@ public:
 
     std::vector<std::wstring> SubkeyNames() const;
     std::vector<std::wstring> ValueNames() const;
+    // By their names.
+    std::map<std::wstring, RegistryValue> Values() const;
 
 private:
     HKEY key = nullptr;

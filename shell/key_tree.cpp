@@ -7,9 +7,7 @@ std::optional<KeyTree> ReadKeyTree(const RegistryRoot& root, const std::wstring&
     RegistryKey key;
     if (key.Open(root, path, KEY_READ) != ERROR_SUCCESS) return {};
     KeyTree tree;
-    for (const std::wstring& name : key.ValueNames()) {
-        if (auto value = key.ReadValue(name.c_str())) tree.values.emplace(name, std::move(*value));
-    }
+    tree.values = key.Values();
     for (const std::wstring& name : key.SubkeyNames()) {
         if (auto subtree = ReadKeyTree({key.Get(), root.view}, name)) tree.subkeys.emplace(name, std::move(*subtree));
     }

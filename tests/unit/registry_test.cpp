@@ -86,6 +86,23 @@ TEST(Registry, NamesAreListedWhole)
     EXPECT_EQ(std::vector<std::wstring>{L"value"}, key.ValueNames());
 }
 
+TEST(Registry, ValuesAreReadWhole)
+{
+    const zelt::test::ScratchKey scratch;
+    RegistryKey key = scratch.Settings();
+    EXPECT_TRUE(key.Values().empty());
+    const std::wstring longest(16'383, L'v');
+    const std::map<std::wstring, zelt::RegistryValue> values = {
+        {L"", {REG_SZ, {'a', 0, 0, 0}}},      {L"long", {REG_BINARY, std::vector<BYTE>(100'000, 7)}},
+        {L"none", {REG_BINARY, {}}},          {L"odd", {REG_MULTI_SZ, {1, 2, 3}}},
+        {longest, {REG_DWORD, {4, 3, 2, 1}}},
+    };
+    for (const auto& [name, value] : values) {
+        ASSERT_EQ(ERROR_SUCCESS, key.WriteBytes(name.c_str(), value.type, value.data.data(), value.data.size()));
+    }
+    EXPECT_TRUE(values == key.Values());
+}
+
 TEST(ConfigurationKey, IsCreatedWhenMissing)
 {
     const zelt::test::ScratchKey scratch;

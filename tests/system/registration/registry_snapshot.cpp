@@ -9,6 +9,9 @@
 
 namespace {
 
+// Below this name the 64-bit view shows the 32-bit one once more.
+constexpr wchar_t kOtherView[] = L"Wow6432Node";
+
 std::string ValueText(const zelt::RegistryValue& value)
 {
     if (value.type == REG_SZ) {
@@ -27,8 +30,19 @@ void AddLines(RegistrySnapshot& lines, const std::string& path, const zelt::KeyT
         lines.insert(path + " : " + zelt::Narrow(name, CP_UTF8) + " = " + ValueText(value));
     }
     for (const auto& [name, subtree] : tree.subkeys) {
-        // The 64-bit view shows the 32-bit one once more, below this name.
-        if (name != L"Wow6432Node") AddLines(lines, path + '\\' + zelt::Narrow(name, CP_UTF8), subtree);
+        if (name != kOtherView) AddLines(lines, path + '\\' + zelt::Narrow(name, CP_UTF8), subtree);
+    }
+}
+
+void AddKey(RegistrySnapshot& lines, const std::string& mark, const zelt::RegistryRoot& root, const wchar_t* path)
+{
+    zelt::RegistryKey key;
+    if (key.Open(root, path) != ERROR_SUCCESS) return;
+    AddLines(lines, mark, {key.Values(), {}});
+    for (const std::wstring& name : key.SubkeyNames()) {
+        if (name == kOtherView) continue;
+        const auto tree = zelt::ReadKeyTree({key.Get(), root.view}, name);
+        if (tree) AddLines(lines, mark + '\\' + zelt::Narrow(name, CP_UTF8), *tree);
     }
 }
 
@@ -39,11 +53,9 @@ RegistrySnapshot TakeRegistrySnapshot()
     RegistrySnapshot lines;
     for (const REGSAM view : zelt::RegistryViews()) {
         const char* name = view == KEY_WOW64_64KEY ? "machine 64" : view == KEY_WOW64_32KEY ? "machine 32" : "machine";
-        if (const auto tree = zelt::ReadKeyTree({HKEY_LOCAL_MACHINE, view}, L"Software\\Classes")) {
-            AddLines(lines, name, *tree);
-        }
+        AddKey(lines, name, {HKEY_LOCAL_MACHINE, view}, L"Software\\Classes");
         const char* user = view == KEY_WOW64_64KEY ? "user 64" : view == KEY_WOW64_32KEY ? "user 32" : "user";
-        if (const auto tree = zelt::ReadKeyTree({HKEY_CURRENT_USER, view}, L"Software")) AddLines(lines, user, *tree);
+        AddKey(lines, user, {HKEY_CURRENT_USER, view}, L"Software");
     }
     return lines;
 }
