@@ -10,6 +10,16 @@ export WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
 export WINEARCH=win64
 
+# FixAddresses <argument of ./dev...>: starts ./dev anew with addresses that are not random, where the system allows it. Wine's
+# 64-bit loader lies where Linux may put the heap over a page that has a fixed place in Windows; one start in some thousands then
+# ends at once, without a word.
+FixAddresses()
+{
+    if [ "${ZELT_ADDRESSES:-}" != fixed ] && setarch --addr-no-randomize true 2>/dev/null; then
+        ZELT_ADDRESSES=fixed exec setarch --addr-no-randomize bash "$root/dev" "$@"
+    fi
+}
+
 # UsePrefix <name>: a fresh prefix build/wine/<name> with a running server and a display, all ended with the script.
 UsePrefix()
 {
