@@ -89,6 +89,7 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
 
 }  // namespace
 
+// The caller's package may go meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
 IDispatch* CreateExportedPackage(const ManagerRow& row, ExportedPackage package, LogOptions& options)
 {
     const ForeignPtr<IDispatch> created = CreatePackage(row, package);

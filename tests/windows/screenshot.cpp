@@ -35,7 +35,7 @@ bool KeepScreenshot(HWND window, const std::string& name)
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
 
-    const DWORD size = static_cast<DWORD>(pixels.size() * sizeof(DWORD));
+    const DWORD size = static_cast<DWORD>(pixels.size()) * DWORD{sizeof(DWORD)};
     // Written field by field: the structure's packing differs from the file's.
     std::ofstream file(std::string(ZELT_SCREENSHOTS) + "/" + name + ".bmp", std::ios::binary);
     const auto write = [&file](const void* data, std::size_t length) {

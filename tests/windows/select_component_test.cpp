@@ -206,6 +206,7 @@ TEST_F(SelectComponent, EqualNamesAreDifferentClasses)
     Register(kZebra, L"Same");
     Register(kApple, L"Same");
     std::vector<std::wstring> chosen;
+    chosen.reserve(2);
     for (int row = 0; row < 2; ++row) {
         chosen.push_back(Show([row](const OpenDialog& dialog) {
                              EXPECT_EQ(2u, dialog.Rows().size());

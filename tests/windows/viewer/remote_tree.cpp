@@ -1,5 +1,7 @@
 #include "remote_tree.h"
 
+#include <cstdint>
+
 namespace zelt::test {
 
 RemoteMemory::RemoteMemory(HWND window, std::size_t size)
@@ -52,7 +54,8 @@ bool RemoteTree::IsInView(HTREEITEM item) const
 {
     // The message takes the item where it gives the rectangle.
     RECT place = {};
-    memcpy(&place, &item, sizeof item);
+    const auto handle = reinterpret_cast<std::uintptr_t>(item);
+    memcpy(&place, &handle, sizeof handle);
     memory.Write(0, &place, sizeof place);
     if (!SendMessageW(window, TVM_GETITEMRECT, FALSE, reinterpret_cast<LPARAM>(memory.Address()))) return false;
     memory.Read(0, &place, sizeof place);

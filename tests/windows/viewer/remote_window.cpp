@@ -131,7 +131,7 @@ void KeepPicture(HWND window, const std::string& name)
     const HGDIOBJ before = SelectObject(memory, bitmap);
     BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
     GdiFlush();
-    const auto size = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
+    const auto size = static_cast<DWORD>((width * 3 + 3) / 4 * 4) * static_cast<DWORD>(height);
     BITMAPFILEHEADER file = {};
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof file + sizeof header;
