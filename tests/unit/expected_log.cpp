@@ -9,7 +9,6 @@
 #include "sample_values.h"
 
 namespace zelt::test {
-namespace {
 
 std::string Escaped(const std::string& plain)
 {
@@ -26,6 +25,8 @@ std::string Escaped(const std::string& plain)
     }
     return text;
 }
+
+namespace {
 
 template <class T>
 std::string Formatted(const char* format, T value)

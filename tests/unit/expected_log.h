@@ -11,6 +11,9 @@
 
 namespace zelt::test {
 
+// As text stands in the values of a log's attributes.
+std::string Escaped(const std::string& plain);
+
 class ExpectedCall {
 public:
     ExpectedCall(const std::string& logged, bool isIn, const std::string& object);
