@@ -80,12 +80,13 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
                 EXPECT_EQ(0u, CountCallsInProgress());
                 const std::string news = News();
                 EXPECT_TRUE(IsBalanced(news)) << news;
-                EXPECT_EQ(isLogged ? tested.faults : 0,
-                          Count(news, "<error value=\"" + Escaped(kind.logged) + "\"/>\n"))
-                    << news;
-                EXPECT_EQ(isLogged ? 1 : 0,
-                          Count(news, std::string("<func name=\"IPersistStreamInit::") + tested.method + '"'))
-                    << news;
+                if (isLogged) {
+                    EXPECT_EQ(tested.faults, Count(news, "<error value=\"" + Escaped(kind.logged) + "\"/>\n")) << news;
+                    EXPECT_EQ(1, Count(news, std::string("<func name=\"IPersistStreamInit::") + tested.method + '"'))
+                        << news;
+                } else {
+                    EXPECT_EQ("", news);
+                }
                 // The unit goes on.
                 if (tested.isMade || std::strcmp(tested.method, "Load") == 0) {
                     EXPECT_EQ(S_OK, persistence->IsDirty());

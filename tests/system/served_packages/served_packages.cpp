@@ -65,10 +65,14 @@ void UnregisterServerAndSamples()
     RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /UnregServer");
 }
 
+void ServedPackages::SetUpTestSuite()
+{
+    // A program of tests before may have ended early. Between the tests of this one none is left.
+    if (!ProcessIds(kServerFile).empty()) KillServer();
+}
+
 void ServedPackages::SetUp()
 {
-    // A test before may have ended early.
-    if (!ProcessIds(kServerFile).empty()) KillServer();
     ASSERT_TRUE(ProcessIds(kServerFile).empty()) << "a server runs already";
     settings = ReadKeyTree({}, kSettings);
     DeleteKeyTree({}, kSettings);

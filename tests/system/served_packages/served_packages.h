@@ -45,6 +45,7 @@ void UnregisterServerAndSamples();
 
 class ServedPackages : public testing::Test {
 protected:
+    static void SetUpTestSuite();
     void SetUp() override;
     // Also waits until the server has ended by itself, unless the test has said that it stays.
     void TearDown() override;
