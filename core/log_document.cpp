@@ -1,18 +1,23 @@
 #include "core/log_document.h"
 
+#include <algorithm>
+#include <climits>
 #include <utility>
 
 #include "com/failure.h"
 #include "core/error_description.h"
 #include "core/log_options.h"
 #include "core/log_text.h"
-#include "core/message.h"
 #include "core/narrow.h"
 
 namespace zelt {
 namespace {
 
-LogViewerFunction logViewer = nullptr;
+LogClosedFunction logClosed = nullptr;
+
+constexpr char kHeader[] = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
+
+constexpr char kMissing[] = "Entries missing here, which could not be written: ";
 
 // "Month dd, yyyy, HH:mm" in the system's language, both from one reading of the clock.
 std::string StartTime()
@@ -28,7 +33,7 @@ std::string StartTime()
 
 }  // namespace
 
-void SetLogViewer(LogViewerFunction viewer) { logViewer = viewer; }
+LogClosedFunction SetLogClosed(LogClosedFunction function) { return std::exchange(logClosed, function); }
 
 const LogDocument::SimpleEntry LogDocument::kInfo = {"info", "info string"};
 const LogDocument::SimpleEntry LogDocument::kWarning = {"warning", "warning string"};
@@ -39,7 +44,7 @@ LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view ob
     : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
 {
     entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
-    Write([&] { entry = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"; });
+    hasHeader = Write([&] { entry += kHeader; });
     WriteInfo("ZELT Logging started at " + StartTime());
     WriteInfo("Creating " + objectName);
     WriteInfo("Object type: " + std::string(objectType));
@@ -52,10 +57,24 @@ void LogDocument::LetGo()
     if (--refCount == 0) delete this;
 }
 
-void LogDocument::Commit()
+// What has to be in the file before the next entry: a header, the closings that are missing, and how much is.
+void LogDocument::AppendGap()
 {
-    file.Write(entry);
-    entry.clear();
+    if (!hasHeader) entry += kHeader;
+    for (std::int32_t level = unclosed; level-- > 0;) {
+        Indent(level);
+        entry += "</func>\r\n";
+    }
+    std::string text = kMissing;
+    AppendDecimal(text, static_cast<long>(std::min<std::int64_t>(missing, LONG_MAX)));
+    AppendSimple(kWarning, text);
+}
+
+void LogDocument::EndGap()
+{
+    hasHeader = true;
+    missing = 0;
+    unclosed = 0;
 }
 
 void LogDocument::AppendSuppression(const char* what)
@@ -83,7 +102,7 @@ void LogDocument::WriteSimple(const SimpleEntry& kind, std::string_view text)
 
 void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
 {
-    Write([&] {
+    const bool isWritten = Write([&] {
         Indent();
         entry += "<func name=\"";
         AppendEscaped(entry, functionName);
@@ -92,6 +111,7 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
         entry += "\">\r\n";
         if (dropped) AppendSuppression("object name");
     });
+    if (isWritten) ++openElements;
     ++depth;
 }
 
@@ -100,12 +120,17 @@ void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
     // The description is asked of foreign code first: an entry is never left half put together over a foreign call.
     std::string error;
     if (FAILED(result) && file.IsOpen()) error = ErrorText(result, errorSource);
-    Write([&] {
+    const bool isWritten = Write([&] {
         if (FAILED(result)) AppendSimple(kError, error);
         Indent(-1);
         entry += "</func>\r\n";
     });
-    if (depth > 0) --depth;
+    if (depth == 0) return;
+    if (openElements == depth) {
+        --openElements;
+        if (!isWritten) ++unclosed;
+    }
+    --depth;
 }
 
 void LogDocument::EndOpenFuncs(std::int32_t depthLeft)
@@ -116,17 +141,16 @@ void LogDocument::EndOpenFuncs(std::int32_t depthLeft)
 void LogDocument::Close()
 {
     if (!file.IsOpen()) return;
+    isClosing = true;
     // A survivor's call may be in progress: its element is closed here, what it still writes is ignored.
     EndOpenFuncs(0);
-    Write([&] { entry = "</zeltlogdocument>\r\n"; });
+    Write([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
-    if (!options.promptOpenLog) return;
-
+    if (!logClosed) return;
     com::NoThrow([&] {
+        // A copy: a box may let the call in that gives back the last hold.
         const std::wstring path = logPath;
-        const int answer = ShowMessage(L"Open log file \"" + path + L"\"?", L"Object terminated:",
-                                       MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
-        if (answer == IDYES && logViewer) logViewer(path);
+        logClosed({path, missing, options.promptOpenLog});
         return S_OK;
     });
 }

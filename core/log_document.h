@@ -1,7 +1,8 @@
 // The writer of one XML log file, shared by every proxy of one logged root through counted holds. Each entry (a simple
 // entry with its suppression warning, the opening or closing of a func element, a whole arg element) is put together in
 // memory and written at once. It knows nothing of interfaces or of argument types; value_writers.h does.
-// Not thread safe: a logged tree lives in one apartment. No operation throws; an entry that runs out of memory is lost.
+// Not thread safe: a logged tree lives in one apartment. No operation throws. An entry that the disk or the memory has no room
+// for is lost whole, and so is all of a call whose opening is lost; where writing goes on, a warning counts what is missing.
 #pragma once
 
 #include <windows.h>
@@ -17,9 +18,16 @@ namespace zelt {
 
 struct LogOptions;
 
-// Opens a log in the viewer, on Yes at the closing prompt. Installed by the shell; null opens nothing.
-using LogViewerFunction = void (*)(const std::wstring& logPath);
-void SetLogViewer(LogViewerFunction viewer);
+// A log that was closed: what its user may want to know.
+struct ClosedLog {
+    const std::wstring& path;
+    std::int64_t missing;  // entries missing at the end, the footer among them; 0 for a log that is well-formed
+    bool isOffered;        // the user wants to be asked whether to open it
+};
+
+// Called when a log has been closed. Installed by the layer that has a user; null does nothing.
+using LogClosedFunction = void (*)(const ClosedLog& log);
+LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
@@ -51,7 +59,7 @@ public:
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
-    // Writes the footer, closes the file and, if the user wants it, offers to open the log. Once.
+    // Writes the footer and closes the file; then whoever has a user is told. Once.
     void Close();
 
 private:
@@ -66,30 +74,50 @@ private:
     void WriteSimple(const SimpleEntry& kind, std::string_view text);
     void AppendSimple(const SimpleEntry& kind, std::string_view text, int level = 0);
     void AppendSuppression(const char* what);
-    void Indent(int level = 0) { entry.append(static_cast<std::size_t>(depth + level), ' '); }
-    void Commit();
+    void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
-    // Puts an entry together with `append` and writes it; does nothing once closed, drops an entry that fails.
+    // Puts an entry together with `append` and writes it; nothing once closed. False when it is missing.
     template <class Append>
-    void Write(Append&& append) noexcept
+    bool Write(Append&& append) noexcept
     {
-        if (!file.IsOpen()) return;
+        if (!file.IsOpen()) return false;
         // An entry that was being put together when its frame was swept away must not become part of this one.
         entry.clear();
+        bool isWritten = false;
         try {
-            append();
-            Commit();
+            if (missing == 0) {
+                append();
+                isWritten = file.Write(entry);
+            } else if (MayResume()) {
+                AppendGap();
+                append();
+                isWritten = file.Write(entry);
+                if (isWritten) EndGap();
+            }
         } catch (...) {
-            entry.clear();
+            // There is no memory for it.
         }
+        entry.clear();
+        if (!isWritten) ++missing;
+        return isWritten;
     }
+
+    // Writing can go on when entries would appear inside the call that they belong to, and the disk has room.
+    bool MayResume() const { return openElements == depth && (isClosing || file.HasRoom()); }
+    void AppendGap();
+    void EndGap();
 
     LogFile file;
     std::string objectName;
     std::wstring logPath;
     const LogOptions& options;
-    std::string entry;  // the entry being put together; grows to the largest and is reused
-    std::int32_t depth = 0;
+    std::string entry;              // the entry being put together; grows to the largest and is reused
+    std::int32_t depth = 0;         // calls in progress
+    std::int32_t openElements = 0;  // how many of them, from the outermost, have their opening in the file
+    std::int32_t unclosed = 0;  // elements in the file, inside of those, whose calls have ended without their closing
+    std::int64_t missing = 0;   // entries since the last that was written
+    bool hasHeader = false;
+    bool isClosing = false;
     std::int32_t refCount = 0;
 };
 

@@ -9,12 +9,24 @@
 #include <utility>
 
 namespace zelt {
+namespace {
+
+BOOL WriteToSystem(HANDLE file, const void* bytes, DWORD count, DWORD* written)
+{
+    return WriteFile(file, bytes, count, written, nullptr);
+}
+
+FileWriter current = WriteToSystem;
+
+}  // namespace
+
+FileWriter SetFileWriter(FileWriter writer) { return std::exchange(current, writer ? writer : WriteToSystem); }
 
 LogFile::LogFile(LogFile&& other) noexcept
     : descriptor(std::exchange(other.descriptor, -1)),
       handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)),
       size(other.size),
-      hasStopped(other.hasStopped)
+      folder(std::move(other.folder))
 {}
 
 LogFile& LogFile::operator=(LogFile&& other) noexcept
@@ -22,7 +34,7 @@ LogFile& LogFile::operator=(LogFile&& other) noexcept
     std::swap(descriptor, other.descriptor);
     std::swap(handle, other.handle);
     std::swap(size, other.size);
-    std::swap(hasStopped, other.hasStopped);
+    std::swap(folder, other.folder);
     return *this;
 }
 
@@ -38,30 +50,41 @@ int LogFile::Open(const std::wstring& path)
     }
     handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
     size = 0;
-    hasStopped = false;
+    const std::size_t last = path.find_last_of(L"\\/");
+    folder = last == std::wstring::npos ? L"." : path.substr(0, last + 1);
     return 0;
 }
 
-void LogFile::Write(std::string_view entry)
+bool LogFile::Write(std::string_view entry)
 {
     constexpr std::size_t kMostPerCall = 0x40000000;
-    if (hasStopped) return;
     std::size_t done = 0;
     while (done < entry.size()) {
         DWORD written = 0;
         const auto count = static_cast<DWORD>(std::min(entry.size() - done, kMostPerCall));
-        if (!WriteFile(handle, entry.data() + done, count, &written, nullptr) || written == 0) return Stop();
+        if (!current(handle, entry.data() + done, count, &written) || written == 0) {
+            CutOff();
+            return false;
+        }
         done += written;
     }
     size += static_cast<LONGLONG>(done);
+    return true;
 }
 
-void LogFile::Stop()
+void LogFile::CutOff()
 {
-    hasStopped = true;
     LARGE_INTEGER end;
     end.QuadPart = size;
     if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) SetEndOfFile(handle);
+}
+
+bool LogFile::HasRoom() const
+{
+    constexpr ULONGLONG kEnough = 0x10000;
+    ULARGE_INTEGER available;
+    // A disk that does not say is tried.
+    return !GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr) || available.QuadPart >= kEnough;
 }
 
 void LogFile::Close()

@@ -21,19 +21,25 @@ public:
 
     bool IsOpen() const { return descriptor >= 0; }
 
-    // Writes an entry. Errors are not reported: a full disk loses entries, never a call. The first entry that cannot be
-    // written whole is cut off again and is the last one that is tried: a log that goes on behind a gap would mislead.
-    void Write(std::string_view entry);
+    // Writes an entry whole or not at all: false when it could not be written, and what the disk took of it is cut off again.
+    bool Write(std::string_view entry);
+
+    // Whether the disk has room for some entries, and not only for one that happens to be short.
+    bool HasRoom() const;
 
     void Close();
 
 private:
-    void Stop();
+    void CutOff();
 
     int descriptor = -1;
     HANDLE handle = INVALID_HANDLE_VALUE;  // the descriptor's, borrowed
     LONGLONG size = 0;                     // of the entries that were written whole
-    bool hasStopped = false;
+    std::wstring folder;
 };
+
+// What writes the bytes, as the system's function does. A test replaces it to be a disk that is full; null restores it.
+using FileWriter = BOOL (*)(HANDLE file, const void* bytes, DWORD count, DWORD* written);
+FileWriter SetFileWriter(FileWriter writer);
 
 }  // namespace zelt

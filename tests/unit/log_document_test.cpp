@@ -4,6 +4,7 @@
 
 #include "core/log_text.h"
 #include "log_fixture.h"
+#include "shell/log_prompt.h"
 
 namespace zelt::test {
 namespace {
@@ -146,11 +147,12 @@ TEST_F(LogDocumentTest, OffersTheLogWhenTheOptionIsOnAtThatMoment)
 {
     static std::wstring opened;
     opened.clear();
-    SetLogViewer([](const std::wstring& log) { opened = log; });
+    const LogClosedFunction before = SetLogClosed(
+        [](const ClosedLog& log) { ShowClosedLog(log, [](const std::wstring& shown) { opened = shown; }); });
     RecordedMessages messages(IDYES);
     options.promptOpenLog = true;
     document->Close();
-    SetLogViewer(nullptr);
+    SetLogClosed(before);
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Open log file \"" + path + L"\"?", messages.All()[0].text);
     EXPECT_EQ(L"Object terminated:", messages.All()[0].caption);
@@ -162,11 +164,12 @@ TEST_F(LogDocumentTest, NoOpensNothing)
 {
     static bool opened;
     opened = false;
-    SetLogViewer([](const std::wstring&) { opened = true; });
+    const LogClosedFunction before =
+        SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, [](const std::wstring&) { opened = true; }); });
     RecordedMessages messages(IDNO);
     options.promptOpenLog = true;
     Close();
-    SetLogViewer(nullptr);
+    SetLogClosed(before);
     EXPECT_EQ(1u, messages.All().size());
     EXPECT_FALSE(opened);
 }

@@ -11,6 +11,7 @@
 #include "core/log_location.h"
 #include "core/open_log.h"
 #include "proxy_fixture.h"
+#include "shell/log_prompt.h"
 #include "shell/log_reader/log_reader.h"
 #include "tests/system/harness/scratch_registry.h"
 
@@ -32,11 +33,16 @@ protected:
                                                          return true;
                                                      }};
         before = SetLogSurroundings(&surroundings);
+        closedBefore = SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, nullptr); });
         options.root = scratch.Root();
         options.Save();
         PrepareLogReader();
     }
-    ~ScarceResources() override { SetLogSurroundings(before); }
+    ~ScarceResources() override
+    {
+        SetLogClosed(closedBefore);
+        SetLogSurroundings(before);
+    }
 
     LogDocument* OpenAt(const std::wstring& place)
     {
@@ -77,12 +83,14 @@ protected:
 
 private:
     const LogSurroundings* before = nullptr;
+    LogClosedFunction closedBefore = nullptr;
 };
 
 // ZELT_TEST_SMALL_DISK names a folder on a disk of its own with less than a megabyte, empty. Without it, Wine offers the file of
 // its host that is always full.
 TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
 {
+    RecordedMessages messages;
     const char* disk = std::getenv("ZELT_TEST_SMALL_DISK");
     const std::wstring place = disk ? (fs::path(disk) / L"full.zlg").wstring() : L"Z:\\dev\\full";
     if (!disk) {
@@ -93,6 +101,8 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
     LogDocument* log = OpenAt(place);
     ASSERT_TRUE(log);
     Live(log, 20'000);
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(0u, messages.All()[0].text.find(L"The end of log file \"" + place + L"\" is missing: "));
     if (!disk) return;
 
     EXPECT_EQ(LogReadResult::Incomplete, Check(place));

@@ -1,0 +1,20 @@
+#include "shell/log_prompt.h"
+
+#include "core/message.h"
+
+namespace zelt {
+
+void ShowClosedLog(const ClosedLog& log, void (*openViewer)(const std::wstring& path))
+{
+    if (log.missing > 0) {
+        ShowMessage(L"The end of log file \"" + log.path + L"\" is missing: " + std::to_wstring(log.missing) +
+                        (log.missing == 1 ? L" entry" : L" entries") + L" could not be written.",
+                    L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
+    }
+    if (!log.isOffered) return;
+    const int answer = ShowMessage(L"Open log file \"" + log.path + L"\"?", L"Object terminated:",
+                                   MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
+    if (answer == IDYES && openViewer) openViewer(log.path);
+}
+
+}  // namespace zelt
