@@ -19,21 +19,25 @@ public:
 
     STDMETHOD(GetTypeInfoCount)(UINT* count) override
     {
+        if (!this->object.Admits("IDispatch::GetTypeInfoCount")) return RPC_E_WRONG_THREAD;
         if (!count) return E_POINTER;
         *count = 1;
         return S_OK;
     }
     STDMETHOD(GetTypeInfo)(UINT index, LCID, ITypeInfo** info) override
     {
+        if (!this->object.Admits("IDispatch::GetTypeInfo")) return RPC_E_WRONG_THREAD;
         return DispatchGetTypeInfo(__uuidof(I), index, info);
     }
     STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override
     {
+        if (!this->object.Admits("IDispatch::GetIDsOfNames")) return RPC_E_WRONG_THREAD;
         return DispatchGetIDsOfNames(__uuidof(I), names, count, ids);
     }
     STDMETHOD(Invoke)(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                       EXCEPINFO* exception, UINT* argumentError) override
     {
+        if (!this->object.Admits("IDispatch::Invoke")) return RPC_E_WRONG_THREAD;
         return DispatchInvoke(__uuidof(I), static_cast<I*>(this), member, flags, parameters, result, exception,
                               argumentError);
     }

@@ -19,6 +19,10 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
 {
     if (!result) return E_POINTER;
     *result = nullptr;
+    if (IsElsewhere()) [[unlikely]] {
+        Refuse("IUnknown::QueryInterface");
+        return RPC_E_WRONG_THREAD;
+    }
 
     IUnknown* answer = nullptr;
     if (IsEqualIID(iid, IID_IUnknown)) {
@@ -37,20 +41,39 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     return S_OK;
 }
 
-STDMETHODIMP_(ULONG) Object::AddRef() { return static_cast<ULONG>(++referenceCount); }
+STDMETHODIMP_(ULONG) Object::AddRef()
+{
+    if (IsElsewhere()) [[unlikely]] {
+        ++foreignReferences;
+        Refuse("IUnknown::AddRef");
+        return ReferenceCount();
+    }
+    ++referenceCount;
+    return ReferenceCount();
+}
 
 STDMETHODIMP_(ULONG) Object::Release()
 {
-    if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
+    if (IsElsewhere()) [[unlikely]] {
+        // Once the visit is noted the object may end at any moment.
+        const ULONG left = ReferenceCount() - 1;
+        NoteVisitor("IUnknown::Release");
+        Visit();
+        return left;
+    }
+    --referenceCount;
+    if (const LONG left = Total(); left > 0) return static_cast<ULONG>(left);
     if (!finalReleaseDone) {
         finalReleaseDone = true;
+        foreignReferences = 0;
         referenceCount = 1;
         NoThrow([&] {
             FinalRelease();
             return S_OK;
         });
         // A caller that came in through a message box may hold the object now; its Release destroys it.
-        if (--referenceCount > 0) return static_cast<ULONG>(referenceCount);
+        --referenceCount;
+        if (const LONG left = Total(); left > 0) return static_cast<ULONG>(left);
     }
     if (pins == 0) Destroy();
     return 0;
@@ -58,6 +81,7 @@ STDMETHODIMP_(ULONG) Object::Release()
 
 void Object::Destroy()
 {
+    ForgetVisits();
     // Nothing may bring the object back to this point while its destructor releases what it holds.
     referenceCount = 1;
     delete this;

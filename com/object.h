@@ -2,13 +2,16 @@
 // interface, carries that interface's own state, and delegates IUnknown to the object. Parts enter the object's
 // interface map by being declared, so an interface is added in one line, and two interfaces that share a method's name
 // and signature cannot be served by one override by accident.
-// An object starts with no reference; Create() hands out the first. Not thread safe: objects live in one apartment.
+// An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it,
+// and nothing here is locked. Every entry asks Admits() first: a component that calls on a thread of its own is refused, and
+// what it does to the reference count is kept apart until the object's own thread takes it over (visits).
 #pragma once
 
 #include <windows.h>
 #include <unknwn.h>
 #include <oaidl.h>
 
+#include <atomic>
 #include <new>
 #include <utility>
 
@@ -37,9 +40,25 @@ private:
     InterfaceEntry* next = nullptr;
 };
 
+// What tells the calling thread from all others that run: the address of its NT_TIB, which the segment register leads to.
+// Written out, because the headers' own function takes the address for an array without elements.
+inline const void* ThisThread()
+{
+    const void* self;
+#ifdef _WIN64
+    asm("movq %%gs:0x30, %0" : "=r"(self));
+#else
+    asm("movl %%fs:0x18, %0" : "=r"(self));
+#endif
+    return self;
+}
+
+// Where an object may be used: on the thread that made it, or on any one thread at a time.
+enum class Home { ThisThread, Anywhere };
+
 class Object : public IUnknown {
 public:
-    Object() = default;
+    explicit Object(Home where = Home::ThisThread) : home(where == Home::ThisThread ? ThisThread() : nullptr) {}
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
@@ -68,11 +87,30 @@ public:
     }
     void Unpin()
     {
-        if (referenceCount > 0) LetGo();
-        if (--pins == 0 && referenceCount <= 0) Destroy();
+        if (Total() > 0) LetGo();
+        if (--pins == 0 && Total() <= 0) Destroy();
     }
 
-    ULONG ReferenceCount() const { return static_cast<ULONG>(referenceCount); }
+    // Whether `member` ("ICapeUtilities::Edit") may be entered. On another thread than the object's own it may not: the answer
+    // to the caller is RPC_E_WRONG_THREAD, and the object hears of it on its own thread. Costs a comparison of two addresses.
+    [[gnu::always_inline]] bool Admits(const char* member)
+    {
+        if (home == ThisThread()) [[likely]] {
+            if (visited.load(std::memory_order_relaxed)) [[unlikely]]
+                ReceiveVisits();
+            return true;
+        }
+        return !Refuse(member);
+    }
+
+    // Takes over what other threads have done to objects of the calling thread: gives back the references that they released,
+    // and lets the objects know. Releasing may end objects, so it is done where calls enter, not in the middle of work.
+    static void ReceiveVisits();
+
+    // Called, on whatever thread, when there is something for ReceiveVisits and perhaps nobody about to enter.
+    static void SetVisitSignal(void (*signal)());
+
+    ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
     const InterfaceEntry* Interfaces() const { return firstInterface; }
     const InterfaceEntry* FindInterface(REFIID iid) const;
 
@@ -90,11 +128,36 @@ protected:
     // what is done here may show a message box, and a box lets calls in.
     virtual void FinalRelease() {}
 
+    // Called once, on the object's own thread, after another thread has entered: which member was entered first, and the
+    // number of that thread.
+    virtual void OnForeignThread(const char* /*member*/, DWORD /*thread*/) {}
+
 private:
     friend class InterfaceEntry;
     void Destroy();
+    bool IsElsewhere() const { return home != ThisThread() && home; }
+    LONG Total() const { return referenceCount + foreignReferences.load(std::memory_order_acquire); }
+    // False for an object that is at home anywhere.
+    bool Refuse(const char* member);
+    void NoteVisitor(const char* member);
+    void Visit();
+    void EnterList();
+    void EndVisits();
+    void ForgetVisits();
 
-    LONG referenceCount = 0;
+    // The objects with visits, linked through nextVisited.
+    static inline std::atomic<Object*> visited{nullptr};
+
+    const void* const home;
+    LONG referenceCount = 0;  // on the object's own thread; Total() is the whole count
+    // References that other threads have added, and those, still counted, that they want released.
+    std::atomic<LONG> foreignReferences{0};
+    std::atomic<LONG> visits{0};
+    Object* nextVisited = nullptr;
+    // The first visitor: its thread is written before its member.
+    std::atomic<DWORD> visitorThread{0};
+    std::atomic<const char*> visitorMember{nullptr};
+    bool visitorIsKnown = false;
     LONG pins = 0;
     bool finalReleaseDone = false;
     InterfaceEntry* firstInterface = nullptr;

@@ -101,7 +101,7 @@ void OriginalOut::Finish(LoggedCall& call, HRESULT& result) const
     if (log) WriteArg(*log, name, false, static_cast<IUnknown*>(*pointer));
     const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(*pointer);
     ForeignPtr<IUnknown> original;
-    if (!proxy || FAILED(CallForeign([&] { return proxy->GetOriginalObject(original.Receive()); }))) return;
+    if (!proxy || FAILED(call.Forward([&] { return proxy->GetOriginalObject(original.Receive()); }))) return;
     ForeignPtr<IDispatch> answer = QueryForeign<IDispatch>(original.Get());
     if (!answer) return;
     ReleaseForeign(*pointer);
@@ -264,10 +264,10 @@ void ErrorIf::Describe(LoggedCall& call) const
     if (log && condition) log->WriteError(text);
 }
 
-HRESULT HoldOriginal::Prepare(LoggedCall&)
+HRESULT HoldOriginal::Prepare(LoggedCall& call)
 {
     const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(object);
-    if (proxy) CallForeign([&] { return proxy->GetOriginalObject(original.Receive()); });
+    if (proxy) call.Forward([&] { return proxy->GetOriginalObject(original.Receive()); });
     return S_OK;
 }
 

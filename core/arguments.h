@@ -3,10 +3,12 @@
 // carries none: it adds a check in its place among the logged arguments.
 //
 // Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the
-// check), Require (what has to be there; a failure ends the call), Prepare (only for a logged call: wrap what goes in), Value
-// (what is forwarded), Finish (after forwarding: wrap and log what comes back), Release.
+// check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call: wrap what goes in), Value
+// (what is forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release. What Describe and Finish
+// throw costs an entry of the log; what Prepare throws ends the call. The others throw nothing.
 #pragma once
 
+#include <optional>
 #include <type_traits>
 
 #include "core/enumeration_writers.h"
@@ -26,7 +28,7 @@ inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}
-    HRESULT Require(LoggedCall&) { return S_OK; }
+    std::optional<HRESULT> Answer(LoggedCall&) { return {}; }
     HRESULT Prepare(LoggedCall&) { return S_OK; }
     void Finish(LoggedCall&, HRESULT&) const {}
     void Release() {}
@@ -135,8 +137,11 @@ auto Out(const char* name, T* value)
 {
     return OutArgument<T, ByType>(name, value, {});
 }
+// A list of names may come back empty: so the standard gives a list without elements. Values may not, unless the shape says
+// that the caller need not have asked for them.
 inline auto Out(const char* name, VARIANT* value, Shape shape)
 {
+    shape.allowEmpty |= shape.type == kStrings.type;
     return OutArgument<VARIANT, AsShape>(name, value, {shape});
 }
 inline auto OutBool(const char* name, VARIANT_BOOL* value)
@@ -276,7 +281,11 @@ struct Write : Mark, NoSteps {
 
 // The wrapped object has to be there, and the proxy may make it now.
 struct NeedsObject : Mark, NoSteps {
-    HRESULT Require(LoggedCall& call) { return call.Proxy().RequireObject(call); }
+    std::optional<HRESULT> Answer(LoggedCall& call)
+    {
+        const HRESULT made = com::NoThrow([&] { return call.Proxy().RequireObject(call); });
+        return FAILED(made) ? std::optional(made) : std::nullopt;
+    }
 };
 
 // An error when the condition holds; the call goes on.

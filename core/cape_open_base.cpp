@@ -11,6 +11,12 @@
 
 namespace zelt {
 
+std::string ForeignThreadWarning(std::string_view object, const char* member, DWORD thread)
+{
+    return "Object entered outside of its apartment: \"" + std::string(object) + "\", " + member + ", thread " +
+           std::to_string(thread);
+}
+
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
 CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion) {}
@@ -52,6 +58,7 @@ void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string 
 // The name that the wrapped object gives itself. A plain look-up, not a logged call.
 void CapeOpenBase::AskName()
 {
+    const ErrorInfoKeeper keeper;
     const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(Wrapped());
     if (!identification) return Document()->WriteWarning("Object does not implement ICapeIdentification");
     BSTR raw = nullptr;
@@ -93,8 +100,15 @@ void CapeOpenBase::DropInterfaces()
     for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
 }
 
+void CapeOpenBase::OnForeignThread(const char* member, DWORD thread)
+{
+    if (LogDocument* log = Document()) log->WriteWarning(ForeignThreadWarning(name, member, thread));
+}
+
 void CapeOpenBase::FinalRelease()
 {
+    // What other threads have released is no longer held.
+    if (isRoot) ReceiveVisits();
     // Before the interfaces go: releasing them may take the root with it, whose report is about what is still held.
     if (!isRoot) return LeaveTree();
     isRoot = false;

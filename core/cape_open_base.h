@@ -8,6 +8,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "com/object.h"
@@ -58,6 +59,9 @@ struct ProxyTraits {
     bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
     bool isNamedEarly = false;      // takes a name before its object is made
 };
+
+// What the log says of an object that was entered on another thread than its apartment's.
+std::string ForeignThreadWarning(std::string_view object, const char* member, DWORD thread);
 
 class CapeOpenBase : public com::Object {
 public:
@@ -117,6 +121,7 @@ protected:
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     void FinalRelease() override;
+    void OnForeignThread(const char* member, DWORD thread) override;
 
 private:
     friend class InterfaceCache;

@@ -82,6 +82,8 @@ std::string ErrorText(HRESULT code, IUnknown* source) noexcept
 
 ErrorInfoKeeper::ErrorInfoKeeper() { GetErrorInfo(0, &kept); }
 
+void ErrorInfoKeeper::Forget() { ReleaseForeign(kept); }
+
 ErrorInfoKeeper::~ErrorInfoKeeper()
 {
     // The object that it keeps is the package's own.

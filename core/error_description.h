@@ -24,6 +24,9 @@ public:
     ErrorInfoKeeper(const ErrorInfoKeeper&) = delete;
     ErrorInfoKeeper& operator=(const ErrorInfoKeeper&) = delete;
 
+    // Releases the information: there will be none.
+    void Forget();
+
 private:
     IErrorInfo* kept = nullptr;
 };

@@ -16,11 +16,17 @@ void TakeName(CapeOpenBase& proxy, BSTR name)
     });
 }
 
-// The proxy takes over the name that its object has accepted.
+// The proxy takes over the name that its object has accepted, and one that is named before its object is made takes it at once.
 struct Renames : Mark, NoSteps {
     BSTR name;
 
     explicit Renames(BSTR name) : name(name) {}
+    std::optional<HRESULT> Answer(LoggedCall& call) const
+    {
+        CapeOpenBase& proxy = call.Proxy();
+        if (!proxy.Wrapped() && proxy.IsNamedEarly()) TakeName(proxy, name);
+        return {};
+    }
     void Finish(LoggedCall& call, HRESULT& result) const
     {
         if (SUCCEEDED(result)) TakeName(call.Proxy(), name);
@@ -31,33 +37,28 @@ struct Renames : Mark, NoSteps {
 
 STDMETHODIMP LoggedIdentification::put_ComponentName(BSTR name)
 {
-    const bool isEarly = !Proxy().Wrapped() && Proxy().IsNamedEarly();
-    const HRESULT result = LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
-    // Nothing foreign was called, so the proxy is still there.
-    if (isEarly) TakeName(Proxy(), name);
-    return result;
+    return LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
 }
 
-HRESULT LoggedIdentification::AnswerUninitialized(const char* method, const char* argument, BSTR* text)
+std::optional<HRESULT> OutOrUninitialized::Answer(LoggedCall& call) const
 {
-    if (!text) return E_POINTER;
-    LoggedCall call(Proxy(), method);
-    LogDocument* log = call.Document();
-    if (log) log->WriteError("Object is not created or initialized");
-    *text = SysAllocString(L"Uninitialized object");
-    if (!*text) return call.Close(E_OUTOFMEMORY, nullptr);
-    if (log) WriteArg(*log, argument, false, *text);
-    return call.Close(S_OK, nullptr);
+    if (call.Proxy().Wrapped()) return {};
+    call.Error("Object is not created or initialized");
+    if (!value) return E_POINTER;
+    *value = SysAllocString(L"Uninitialized object");
+    return *value ? S_OK : E_OUTOFMEMORY;
 }
 
 STDMETHODIMP SupportErrorInfo::InterfaceSupportsErrorInfo(REFIID iid)
 {
+    if (!object.Admits("ISupportErrorInfo::InterfaceSupportsErrorInfo")) return RPC_E_WRONG_THREAD;
     const auto support = QueryForeign<ISupportErrorInfo>(static_cast<CapeOpenBase&>(object).Wrapped());
     return support ? CallForeign([&] { return support->InterfaceSupportsErrorInfo(iid); }) : S_FALSE;
 }
 
 STDMETHODIMP OriginalObject::GetOriginalObject(IUnknown** origObject)
 {
+    if (!object.Admits("IOriginalObject::GetOriginalObject")) return RPC_E_WRONG_THREAD;
     if (!origObject) return E_POINTER;
     *origObject = static_cast<CapeOpenBase&>(object).Wrapped();
     if (!*origObject) return E_UNEXPECTED;

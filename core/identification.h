@@ -8,29 +8,28 @@
 
 namespace zelt {
 
+// A text that comes back. A proxy whose object was never created answers itself: it still has something to show in a list of
+// names.
+struct OutOrUninitialized : OutArgument<BSTR, ByType> {
+    OutOrUninitialized(const char* name, BSTR* text) : OutArgument(name, text, {}) {}
+    std::optional<HRESULT> Answer(LoggedCall& call) const;
+};
+
 struct LoggedIdentification final : LoggedInterface<ICapeIdentification> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(get_ComponentName)(BSTR* name) override
     {
-        if (!Proxy().Wrapped()) return AnswerUninitialized("ICapeIdentification::get_ComponentName", "name", name);
-        return LOGGED(ICapeIdentification, get_ComponentName, Out("name", name));
+        return LOGGED(ICapeIdentification, get_ComponentName, OutOrUninitialized("name", name));
     }
     STDMETHOD(put_ComponentName)(BSTR name) override;
     STDMETHOD(get_ComponentDescription)(BSTR* desc) override
     {
-        if (!Proxy().Wrapped()) {
-            return AnswerUninitialized("ICapeIdentification::get_ComponentDescription", "desc", desc);
-        }
-        return LOGGED(ICapeIdentification, get_ComponentDescription, Out("desc", desc));
+        return LOGGED(ICapeIdentification, get_ComponentDescription, OutOrUninitialized("desc", desc));
     }
     STDMETHOD(put_ComponentDescription)(BSTR desc) override
     {
         return LOGGED(ICapeIdentification, put_ComponentDescription, In("desc", desc), Write());
     }
-
-private:
-    // A proxy whose object was never created still has something to show in a list of names.
-    HRESULT AnswerUninitialized(const char* method, const char* argument, BSTR* text);
 };
 
 // Not logged: the server asks it of its own proxies.

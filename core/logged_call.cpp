@@ -21,6 +21,14 @@ void LoggedCall::End()
     document->LetGo();
 }
 
+void LoggedCall::ForgetFailure() noexcept
+{
+    if (errorInfo) errorInfo->Forget();
+    errorInfo.reset();
+    SetErrorInfo(0, nullptr);
+    outcome = Outcome::None;
+}
+
 void* LoggedCall::Refuse(HRESULT& failure)
 {
     if (!proxy.Wrapped()) {

@@ -63,27 +63,36 @@ public:
         return Refuse(failure);
     }
 
-    // Runs the forwarded call. Faults and exceptions that leave it are logged and become E_UNEXPECTED.
+    // Runs a forwarded call; there may be several. Faults and exceptions that leave it are logged and become E_UNEXPECTED.
     template <class Call>
     HRESULT Forward(Call&& call) noexcept
     {
+        if (outcome == Outcome::Failure) [[unlikely]]
+            ForgetFailure();
         HRESULT result;
         try {
             result = Guarded(std::forward<Call>(call));
         } catch (...) {
             result = ResultOfException();
         }
+        outcome = FAILED(result) ? Outcome::Failure : Outcome::Success;
         // What follows may call foreign code, which must not cost the caller the package's error information.
         if (document && FAILED(result)) errorInfo.emplace();
         return result;
     }
 
     // Closes the element and passes the result on; a failure is described by `errorSource`.
-    HRESULT Close(HRESULT result, IUnknown* errorSource)
+    HRESULT Close(HRESULT result, IUnknown* errorSource) { return Close(result, errorSource, result); }
+    // The same when the caller's answer is not the result that the element is closed with.
+    HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
     {
         isClosed = true;
-        if (document) document->EndFunc(result, errorSource);
-        return result;
+        if (document) document->EndFunc(logged, errorSource);
+        // The caller gets the information of the failure that it receives, and none after a success.
+        const bool isForwardedFailure = outcome == Outcome::Failure;
+        if (isForwardedFailure != FAILED(answer) && outcome != Outcome::None) [[unlikely]]
+            ForgetFailure();
+        return answer;
     }
 
 private:
@@ -101,11 +110,17 @@ private:
     void End();
     void* Refuse(HRESULT& failure);
     HRESULT ResultOfException() noexcept;
+    // Drops the error information that earlier forwarding has left.
+    void ForgetFailure() noexcept;
+
+    // Of the last call that was forwarded.
+    enum class Outcome : char { None, Success, Failure };
 
     CapeOpenBase& proxy;
     LogDocument* document;
     std::optional<ErrorInfoKeeper> errorInfo;
     bool isClosed = false;
+    Outcome outcome = Outcome::None;
     std::size_t callsBefore;  // how many calls were in progress before this one
 };
 

@@ -36,6 +36,17 @@ auto ValueOf(D& descriptor)
     }
 }
 
+// A step that only the log needs: what it throws costs its entry, not the call.
+template <class Step>
+void Attempt(Step&& step) noexcept
+{
+    try {
+        step();
+    } catch (...) {
+        // There is no memory for it.
+    }
+}
+
 template <class... D>
 struct ParametersOf;
 template <class... A>
@@ -70,28 +81,35 @@ protected:
             std::is_same_v<typename ParametersOf<Arguments>::Type, typename ParametersOf<decltype(Method)>::Type>,
             "The row's arguments differ from the method's parameters");
 
+        if (!Proxy().Admits(name)) [[unlikely]]
+            return RPC_E_WRONG_THREAD;
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
-            (descriptors.Describe(call), ...);
-            if constexpr (Version != ThermoVersion::Unset) Proxy().UseVersion(Version);
+            (Attempt([&] { descriptors.Describe(call); }), ...);
+            if constexpr (Version != ThermoVersion::Unset) Attempt([&] { Proxy().UseVersion(Version); });
         }
 
+        std::optional<HRESULT> answer;
+        ((answer = answer ? answer : descriptors.Answer(call)), ...);
+        if (answer) {
+            (Attempt([&] { descriptors.Finish(call, *answer); }), ...);
+            return call.Close(*answer, nullptr);
+        }
         HRESULT result = S_OK;
-        ((result = SUCCEEDED(result) ? descriptors.Require(call) : result), ...);
-        if (FAILED(result)) return call.Close(result, nullptr);
         auto* target = static_cast<I*>(call.Resolve(*this, __uuidof(I), result));
         if (!target) return result;
 
         if (call.Document()) {
             HRESULT prepared = S_OK;
-            ((prepared = SUCCEEDED(prepared) ? descriptors.Prepare(call) : prepared), ...);
+            ((prepared = SUCCEEDED(prepared) ? com::NoThrow([&] { return descriptors.Prepare(call); }) : prepared),
+             ...);
             if (FAILED(prepared)) return call.Close(prepared, nullptr);
         }
         const auto values = std::tuple_cat(ValueOf(descriptors)...);
         result = call.Forward(
             [&] { return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values); });
-        (descriptors.Finish(call, result), ...);
+        (Attempt([&] { descriptors.Finish(call, result); }), ...);
         (descriptors.Release(), ...);
         return call.Close(result, target);
     }

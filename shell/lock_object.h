@@ -8,7 +8,10 @@
 
 namespace zelt {
 
-class CLockObject final : public com::Object {};
+class CLockObject final : public com::Object {
+public:
+    CLockObject() : Object(com::Home::Anywhere) {}
+};
 
 using Lock = Microsoft::WRL::ComPtr<IUnknown>;
 

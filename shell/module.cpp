@@ -11,6 +11,7 @@
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
 #include "shell/library_search.h"
+#include "shell/log_prompt.h"
 #include "shell/registration.h"
 #include "shell/served_classes.h"
 #include "shell/user_interface.h"
@@ -48,7 +49,7 @@ CZELTModule::CZELTModule()
     com::SetServerReferenceFunctions({AddReference, ReleaseReference});
     PrepareGuards();
     InstallWrappers();
-    SetLogViewer(kUserInterface.showLogViewer);
+    SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, kUserInterface.showLogViewer); });
 }
 
 CZELTModule::~CZELTModule()

@@ -15,6 +15,7 @@
 #include "shell/command_line.h"
 #include "shell/handle.h"
 #include "shell/package_list_hold.h"
+#include "shell/visit_window.h"
 
 namespace zelt {
 
@@ -65,6 +66,7 @@ private:
     // Made with the module: a window that closes before the monitor waits must find it.
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;
+    VisitWindow visitWindow;
     com::ClassObjects classObjects;
     // While the process can change the list.
     std::optional<PackageListHold> listHold;

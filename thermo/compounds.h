@@ -16,14 +16,14 @@ struct LoggedCompounds final : LoggedInterface<ICapeThermoCompounds, ThermoVersi
     STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps, VARIANT* molwts,
                                VARIANT* casnos) override
     {
-        return LOGGED(ICapeThermoCompounds, GetCompoundList, Out("compIds", compIds, kOptionalStrings),
+        return LOGGED(ICapeThermoCompounds, GetCompoundList, Out("compIds", compIds, kStrings),
                       Out("formulae", formulae, kStrings), Out("names", names, kStrings),
                       Out("boilTemps", boilTemps, kDoubles), Out("molwts", molwts, kDoubles),
                       Out("casnos", casnos, kStrings));
     }
     STDMETHOD(GetConstPropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoCompounds, GetConstPropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoCompounds, GetConstPropList, Out("props", props, kStrings));
     }
     STDMETHOD(GetNumCompounds)(long* num) override
     {
@@ -37,7 +37,7 @@ struct LoggedCompounds final : LoggedInterface<ICapeThermoCompounds, ThermoVersi
     }
     STDMETHOD(GetPDependentPropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoCompounds, GetPDependentPropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoCompounds, GetPDependentPropList, Out("props", props, kStrings));
     }
     STDMETHOD(GetTDependentProperty)(VARIANT props, double temperature, VARIANT compIds, VARIANT* propVals) override
     {
@@ -47,7 +47,7 @@ struct LoggedCompounds final : LoggedInterface<ICapeThermoCompounds, ThermoVersi
     }
     STDMETHOD(GetTDependentPropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoCompounds, GetTDependentPropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoCompounds, GetTDependentPropList, Out("props", props, kStrings));
     }
 };
 

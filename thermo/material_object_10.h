@@ -10,7 +10,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
 
     STDMETHOD(get_ComponentIds)(VARIANT* compIds) override
     {
-        return LOGGED(ICapeThermoMaterialObject, get_ComponentIds, Out("compIds", compIds, kOptionalStrings));
+        return LOGGED(ICapeThermoMaterialObject, get_ComponentIds, Out("compIds", compIds, kStrings));
     }
     STDMETHOD(get_PhaseIds)(VARIANT* phaseIds) override
     {
@@ -65,7 +65,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     }
     STDMETHOD(AvailableProps)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoMaterialObject, AvailableProps, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoMaterialObject, AvailableProps, Out("props", props, kStrings));
     }
     STDMETHOD(RemoveResults)(VARIANT props) override
     {
@@ -89,7 +89,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     }
     STDMETHOD(GetPropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoMaterialObject, GetPropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoMaterialObject, GetPropList, Out("props", props, kStrings));
     }
     STDMETHOD(GetNumComponents)(long* numComp) override
     {

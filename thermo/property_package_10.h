@@ -11,12 +11,12 @@ struct LoggedPropertyPackage10 final : LoggedInterface<ICapeThermoPropertyPackag
 
     STDMETHOD(GetPhaseList)(VARIANT* phases) override
     {
-        return LOGGED(ICapeThermoPropertyPackage, GetPhaseList, Out("phases", phases, kOptionalStrings));
+        return LOGGED(ICapeThermoPropertyPackage, GetPhaseList, Out("phases", phases, kStrings));
     }
     STDMETHOD(GetComponentList)(VARIANT* compIds, VARIANT* formulae, VARIANT* name, VARIANT* boilTemps, VARIANT* molwt,
                                 VARIANT* casno) override
     {
-        return LOGGED(ICapeThermoPropertyPackage, GetComponentList, Out("compIds", compIds, kOptionalStrings),
+        return LOGGED(ICapeThermoPropertyPackage, GetComponentList, Out("compIds", compIds, kStrings),
                       Out("formulae", formulae, kStrings), Out("name", name, kStrings),
                       Out("boilTemps", boilTemps, kDoubles), Out("molwt", molwt, kDoubles),
                       Out("casno", casno, kStrings));
@@ -55,7 +55,7 @@ struct LoggedPropertyPackage10 final : LoggedInterface<ICapeThermoPropertyPackag
     }
     STDMETHOD(GetPropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoPropertyPackage, GetPropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoPropertyPackage, GetPropList, Out("props", props, kStrings));
     }
 
 private:

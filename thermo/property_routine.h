@@ -39,11 +39,11 @@ struct LoggedPropertyRoutine final : LoggedInterface<ICapeThermoPropertyRoutine,
     }
     STDMETHOD(GetSinglePhasePropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoPropertyRoutine, GetSinglePhasePropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoPropertyRoutine, GetSinglePhasePropList, Out("props", props, kStrings));
     }
     STDMETHOD(GetTwoPhasePropList)(VARIANT* props) override
     {
-        return LOGGED(ICapeThermoPropertyRoutine, GetTwoPhasePropList, Out("props", props, kOptionalStrings));
+        return LOGGED(ICapeThermoPropertyRoutine, GetTwoPhasePropList, Out("props", props, kStrings));
     }
 };
 

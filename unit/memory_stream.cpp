@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include "core/cape_open_base.h"
+
 namespace zelt {
 
 CStreamImpl::CStreamImpl(LogDocument* log)
@@ -65,6 +67,11 @@ HRESULT CStreamImpl::GrowTo(std::uint64_t end, std::uint64_t capacity)
     return S_OK;
 }
 
+void CStreamImpl::OnForeignThread(const char* member, DWORD thread)
+{
+    if (log.Get()) log.Get()->WriteWarning(ForeignThreadWarning("Memory stream", member, thread));
+}
+
 void CStreamImpl::MoveTo(std::uint32_t newPosition)
 {
     position = newPosition;
@@ -74,6 +81,7 @@ void CStreamImpl::MoveTo(std::uint32_t newPosition)
 // The texts of Read and Write stand in each other's place: readers of existing logs know them so.
 STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read)
 {
+    if (!owner.Admits("IStream::Read")) return RPC_E_WRONG_THREAD;
     if (!owner.isReading) {
         owner.Error("Attempt to write to IStream when reading");
         return E_FAIL;
@@ -89,6 +97,7 @@ STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read
 
 STDMETHODIMP CStreamImpl::StreamPart::Write(const void* bytes, ULONG count, ULONG* written)
 {
+    if (!owner.Admits("IStream::Write")) return RPC_E_WRONG_THREAD;
     if (!owner.isWriting) {
         owner.Error("Attempt to read from IStream when writing");
         return E_FAIL;
@@ -104,6 +113,7 @@ STDMETHODIMP CStreamImpl::StreamPart::Write(const void* bytes, ULONG count, ULON
 
 STDMETHODIMP CStreamImpl::StreamPart::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition)
 {
+    if (!owner.Admits("IStream::Seek")) return RPC_E_WRONG_THREAD;
     if (move.HighPart != 0) {
         owner.Error("Position too large for Seek");
         return E_FAIL;
@@ -130,6 +140,7 @@ STDMETHODIMP CStreamImpl::StreamPart::Seek(LARGE_INTEGER move, DWORD origin, ULA
 
 STDMETHODIMP CStreamImpl::StreamPart::Clone(IStream** clone)
 {
+    if (!owner.Admits("IStream::Clone")) return RPC_E_WRONG_THREAD;
     if (clone) *clone = nullptr;
     return E_FAIL;
 }

@@ -39,6 +39,7 @@ public:
 
 protected:
     IDispatch* ScriptInterface() override { return &dispatch; }
+    void OnForeignThread(const char* member, DWORD thread) override;
 
 private:
     struct StreamPart final : com::Part<IStream> {

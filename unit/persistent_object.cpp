@@ -97,6 +97,7 @@ HRESULT PersistentObject::InitNewObject(LoggedCall& call)
 
 STDMETHODIMP PersistentObject::Persistence::GetClassID(CLSID* clsid)
 {
+    if (!owner.Admits("IPersist::GetClassID")) return RPC_E_WRONG_THREAD;
     if (!clsid) return E_POINTER;
     *clsid = owner.ownClass;
     return S_OK;
@@ -104,6 +105,7 @@ STDMETHODIMP PersistentObject::Persistence::GetClassID(CLSID* clsid)
 
 STDMETHODIMP PersistentObject::Persistence::InitNew()
 {
+    if (!owner.Admits("IPersistStreamInit::InitNew")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::InitNew");
     const HRESULT result = com::NoThrow([&] {
         Write().Describe(call);
@@ -116,6 +118,7 @@ STDMETHODIMP PersistentObject::Persistence::InitNew()
 
 STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
 {
+    if (!owner.Admits("IPersistStreamInit::Load")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::Load");
     const HRESULT result = com::NoThrow([&] {
         Write().Describe(call);
@@ -129,6 +132,7 @@ STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
 
 STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirty)
 {
+    if (!owner.Admits("IPersistStreamInit::Save")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::Save");
     In("pstm", stream).Describe(call);
     if (LogDocument* log = call.Document()) WriteBoolArg(*log, "fClearDirty", true, clearDirty);
@@ -140,6 +144,7 @@ STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirt
 // The element is closed as of a success whatever the answer: none of the answers is a failure to a reader of the log.
 STDMETHODIMP PersistentObject::Persistence::IsDirty()
 {
+    if (!owner.Admits("IPersistStreamInit::IsDirty")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::IsDirty");
     if (!owner.HasObject(call)) return E_UNEXPECTED;
     const HRESULT result = owner.CallPersistence(call, [](auto& object) { return object.IsDirty(); }).value_or(S_FALSE);
@@ -148,12 +153,12 @@ STDMETHODIMP PersistentObject::Persistence::IsDirty()
         case S_FALSE: call.Info("Returning S_FALSE"); break;
         default: call.Warning("Returning other value than S_FALSE or S_OK"); break;
     }
-    call.Close(S_OK, nullptr);
-    return result;
+    return call.Close(S_OK, nullptr, result);
 }
 
 STDMETHODIMP PersistentObject::Persistence::GetSizeMax(ULARGE_INTEGER* size)
 {
+    if (!owner.Admits("IPersistStreamInit::GetSizeMax")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::GetSizeMax");
     if (!owner.HasObject(call)) return E_UNEXPECTED;
     if (!size) return call.Close(E_POINTER, nullptr);

@@ -28,7 +28,7 @@ struct LoggedReactionChemistry final : LoggedInterface<ICapeReactionChemistry> {
                                       VARIANT* compCasNumber) override
     {
         return LOGGED(ICapeReactionChemistry, GetReactionCompoundIds, In("reacID", reacId),
-                      Out("compIds", compIds, kOptionalStrings), Out("compCharge", compCharge, kDoubles),
+                      Out("compIds", compIds, kStrings), Out("compCharge", compCharge, kDoubles),
                       Out("compCASNumber", compCasNumber, kStrings));
     }
     STDMETHOD(GetStoichiometricCoefficients)(BSTR reacId, VARIANT* coeffs) override
@@ -56,7 +56,7 @@ struct LoggedReactionChemistry final : LoggedInterface<ICapeReactionChemistry> {
     STDMETHOD(GetPhaseCompounds)(BSTR reacId, long* compNo, VARIANT* compIds) override
     {
         return LOGGED(ICapeReactionChemistry, GetPhaseCompounds, In("reacID", reacId), Out("compNo", compNo),
-                      Out("compIds", compIds, kOptionalStrings));
+                      Out("compIds", compIds, kStrings));
     }
     STDMETHOD(GetReactionParameters)(BSTR reacId, IDispatch** parameters) override
     {

@@ -27,7 +27,7 @@ struct ConnectedIn : WrappedIn {
     HRESULT Prepare(LoggedCall& call)
     {
         const int portType = port.Type(call);
-        const bool makesReadOnly = call.Proxy().IsReadOnly() || port.IsInlet();
+        const bool makesReadOnly = call.Proxy().IsReadOnly() || port.IsInlet(call);
         if (!pointer) return Leave(call, "NULL pointer");
         for (const Replacement& row : kReplacements) {
             if (row.portType != portType) continue;
@@ -71,12 +71,12 @@ STDMETHODIMP LoggedUnitPort::Connect(IDispatch* objectToConnect)
     return LOGGED(ICapeUnitPort, Connect, Write(), ConnectedIn("objectToConnect", objectToConnect, *this));
 }
 
-int LoggedUnitPort::Type(const LoggedCall& call)
+int LoggedUnitPort::Type(LoggedCall& call)
 {
     if (type != kUnknownType) return type;
     ICapeUnitPort* inner = Target();
     auto told = static_cast<eCapePortType>(kUnknownType);
-    const HRESULT result = inner ? CallForeign([&] { return inner->get_portType(&told); }) : E_NOINTERFACE;
+    const HRESULT result = inner ? call.Forward([&] { return inner->get_portType(&told); }) : E_NOINTERFACE;
     if (SUCCEEDED(result)) {
         type = told;
     } else {
@@ -85,11 +85,11 @@ int LoggedUnitPort::Type(const LoggedCall& call)
     return type;
 }
 
-bool LoggedUnitPort::IsInlet()
+bool LoggedUnitPort::IsInlet(LoggedCall& call)
 {
     ICapeUnitPort* inner = Target();
     eCapePortDirection told = CAPE_OUTLET;
-    return inner && SUCCEEDED(CallForeign([&] { return inner->get_direction(&told); })) && told == CAPE_INLET;
+    return inner && SUCCEEDED(call.Forward([&] { return inner->get_direction(&told); })) && told == CAPE_INLET;
 }
 
 }  // namespace zelt

@@ -26,8 +26,8 @@ public:
     static constexpr int kUnknownType = -1;
 
     // The port's type, asked once; kUnknownType when the port fails to say, which is logged.
-    int Type(const LoggedCall& call);
-    bool IsInlet();
+    int Type(LoggedCall& call);
+    bool IsInlet(LoggedCall& call);
 
 private:
     int type = kUnknownType;

@@ -67,6 +67,7 @@ constexpr std::string_view kBeginnings[] = {
     "Type check error: ",
     "Multi-dimensional values not supported by logger. ",
     "Null pointer passed for output argument ",
+    "Entries missing here, which could not be written: ",
     "Using IPersistStream",
     "Replacing object by logged ",
     "Cannot log object to connect to: ",
@@ -87,6 +88,7 @@ constexpr std::string_view kOpenEnds[] = {
     "Automatically creating user configured unit operation: ",
     "Created unit operation from CLSID ",
     "Uncaught exception during function call: ",
+    "Object entered outside of its apartment: ",
 };
 
 bool IsStandardInterface(std::string_view name)

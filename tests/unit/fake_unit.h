@@ -31,7 +31,7 @@ struct UnitScript {
     BOOL clearedDirty = -1;
     std::function<void()> duringCreation;
     std::function<void(IStream*)> duringSave, duringLoad;
-    std::function<void()> duringCall;
+    std::function<void()> duringCall, duringSizing, duringDirty;
     std::vector<std::string> calls;
     IDispatch* ports = nullptr;  // what get_ports answers, with a reference
     FakeUnit* last = nullptr;    // alive as long as somebody holds it
@@ -112,7 +112,11 @@ private:
             *clsid = kFakeUnit;
             return S_OK;
         }
-        STDMETHOD(IsDirty)() override { return Enter("IsDirty", unitScript.isDirty); }
+        STDMETHOD(IsDirty)() override
+        {
+            if (unitScript.duringDirty) unitScript.duringDirty();
+            return Enter("IsDirty", unitScript.isDirty);
+        }
         STDMETHOD(Load)(IStream* stream) override
         {
             if (unitScript.duringLoad) unitScript.duringLoad(stream);
@@ -126,6 +130,7 @@ private:
         }
         STDMETHOD(GetSizeMax)(ULARGE_INTEGER* size) override
         {
+            if (unitScript.duringSizing) unitScript.duringSizing();
             size->QuadPart = unitScript.sizeMax;
             return Enter("GetSizeMax", unitScript.sizeResult);
         }

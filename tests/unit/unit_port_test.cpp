@@ -1,6 +1,7 @@
 // The ports of a logged unit operation: what is connected is replaced by the proxy that suits the port, and comes back as
 // the simulator's own object.
 #include "core/error_description.h"
+#include "expected_log.h"
 #include "fake_unit.h"
 #include "unit/parameter_collection.h"
 #include "unit/port_collection.h"
@@ -19,7 +20,7 @@ public:
     int typeAsked = 0, directionAsked = 0;
     ComPtr<IDispatch> connected;
     IDispatch* arrived = nullptr;
-    std::function<void()> duringConnect;
+    std::function<void()> duringConnect, duringType, duringDirection;
     ComPtr<IDispatch> item;
 
 protected:
@@ -31,12 +32,14 @@ private:
         STDMETHOD(get_portType)(eCapePortType* type) override
         {
             ++fake.typeAsked;
+            if (fake.duringType) fake.duringType();
             *type = fake.type;
             return fake.typeResult;
         }
         STDMETHOD(get_direction)(eCapePortDirection* direction) override
         {
             ++fake.directionAsked;
+            if (fake.duringDirection) fake.duringDirection();
             *direction = fake.direction;
             return fake.directionResult;
         }
@@ -449,6 +452,65 @@ TEST_F(UnitPort, UnreleasedPortsAndStreamsAreReported)
     // They go on forwarding.
     EXPECT_EQ(S_OK, port->Disconnect());
     EXPECT_EQ(nullptr, inner->connected.Get());
+}
+
+void DivideByZero() { RaiseException(EXCEPTION_INT_DIVIDE_BY_ZERO, 0, 0, nullptr); }
+
+constexpr char kDivision[] =
+    "Uncaught SEH exception during function call: EXCEPTION_INT_DIVIDE_BY_ZERO: The thread tried to divide an integer "
+    "value by "
+    "an integer divisor of zero.";
+
+TEST_F(UnitPort, AFaultWhileItsTypeIsAskedIsLoggedLikeAnyOther)
+{
+    const auto raw = Raw(feed);
+    inner->duringType = DivideByZero;
+    EXPECT_EQ(S_OK, port->Connect(raw.Get()));
+    EXPECT_EQ(ConnectFunc(raw.Get(), Error(kDivision) +
+                                         Error("Failed to get port type from port: " +
+                                               Escaped(ErrorDescription(E_UNEXPECTED, nullptr))) +
+                                         Warning(kUndefinedWarning)),
+              News());
+    EXPECT_TRUE(IsSame(raw.Get(), inner->connected.Get()));
+}
+
+TEST_F(UnitPort, AFaultWhileItsDirectionIsAskedIsLoggedLikeAnyOther)
+{
+    const auto raw = Raw(feed);
+    inner->duringDirection = DivideByZero;
+    EXPECT_EQ(S_OK, port->Connect(raw.Get()));
+    EXPECT_EQ(ConnectFunc(raw.Get(), Error(kDivision) + Info(kMaterialInfo)), News());
+    ASSERT_NE(nullptr, ConnectedProxy(raw.Get()));
+    EXPECT_FALSE(ConnectedProxy(raw.Get())->IsReadOnly());
+}
+
+// An object that claims to be a proxy and fails when it is asked for what is behind it.
+class FaultyOriginal final : public FakeObject {
+protected:
+    IDispatch* ScriptInterface() override { return &original; }
+
+private:
+    struct Original final : com::DualPart<IOriginalObject> {
+        using DualPart::DualPart;
+        STDMETHOD(GetOriginalObject)(IUnknown**) override
+        {
+            DivideByZero();
+            return S_OK;
+        }
+    } original{*this};
+};
+
+TEST_F(UnitPort, AFaultWhileTheOriginalIsAskedIsLoggedLikeAnyOther)
+{
+    const auto other = MakeFake<FaultyOriginal>();
+    const auto raw = Raw(other);
+    inner->connected = raw;
+    ComPtr<IDispatch> found;
+    EXPECT_EQ(S_OK, port->get_connectedObject(&found));
+    EXPECT_EQ(raw.Get(), found.Get());
+    EXPECT_EQ(Func("ICapeUnitPort::get_connectedObject",
+                   PointerArg("connectedObject", "out", raw.Get()) + Error(kDivision), "in", "Port"),
+              News());
 }
 
 }  // namespace

@@ -1,0 +1,84 @@
+// What reaches an object on other threads than its own (object.h).
+#include "com/object.h"
+
+namespace com {
+namespace {
+
+std::atomic<void (*)()> visitSignal{nullptr};
+
+}  // namespace
+
+void Object::SetVisitSignal(void (*signal)()) { visitSignal = signal; }
+
+bool Object::Refuse(const char* member)
+{
+    if (!home) return false;
+    NoteVisitor(member);
+    // A visit gives a reference back: this one is for that.
+    ++foreignReferences;
+    Visit();
+    return true;
+}
+
+void Object::NoteVisitor(const char* member)
+{
+    DWORD nobody = 0;
+    if (visitorThread.compare_exchange_strong(nobody, GetCurrentThreadId())) {
+        visitorMember.store(member, std::memory_order_release);
+    }
+}
+
+void Object::EnterList()
+{
+    nextVisited = visited.load(std::memory_order_relaxed);
+    while (!visited.compare_exchange_weak(nextVisited, this, std::memory_order_release, std::memory_order_relaxed)) {
+    }
+}
+
+// The reference that is to be released keeps the object until its own thread takes the visit. With the first visit the object
+// enters the list; behind a later one nothing of it may be touched.
+void Object::Visit()
+{
+    if (visits.fetch_add(1, std::memory_order_acq_rel) > 0) return;
+    EnterList();
+    if (void (*signal)() = visitSignal) signal();
+}
+
+void Object::ReceiveVisits()
+{
+    Object* next = visited.exchange(nullptr, std::memory_order_acquire);
+    while (Object* object = next) {
+        next = object->nextVisited;
+        if (object->IsElsewhere()) {
+            object->EnterList();
+        } else {
+            object->EndVisits();
+        }
+    }
+}
+
+void Object::EndVisits()
+{
+    // From here on another visit enters the list anew.
+    const LONG count = visits.exchange(0, std::memory_order_acq_rel);
+    referenceCount += foreignReferences.exchange(0, std::memory_order_acq_rel);
+    const char* member = visitorMember.load(std::memory_order_acquire);
+    if (member && !visitorIsKnown) {
+        visitorIsKnown = true;
+        OnForeignThread(member, visitorThread);
+    }
+    for (LONG given = 0; given < count; ++given) Release();
+}
+
+// An object that was released too often on other threads is destroyed with visits left.
+void Object::ForgetVisits()
+{
+    if (visits.load(std::memory_order_acquire) == 0) return;
+    Object* next = visited.exchange(nullptr, std::memory_order_acquire);
+    while (Object* object = next) {
+        next = object->nextVisited;
+        if (object != this) object->EnterList();
+    }
+}
+
+}  // namespace com
