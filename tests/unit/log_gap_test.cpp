@@ -9,7 +9,6 @@
 
 #include "fake_unit.h"
 #include "log_fixture.h"
-#include "shell/log_prompt.h"
 #include "shell/log_reader/log_reader.h"
 
 namespace zelt::test {
@@ -44,12 +43,7 @@ private:
 
 class LogGap : public LogFixture {
 protected:
-    LogGap()
-    {
-        PrepareLogReader();
-        before = SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, nullptr); });
-    }
-    ~LogGap() override { SetLogClosed(before); }
+    LogGap() { PrepareLogReader(); }
 
     void Begin(const char* name) { document->BeginFunc(true, name, "Root"); }
     void End() { document->EndFunc(S_OK, nullptr); }
@@ -76,9 +70,6 @@ protected:
     }
 
     SmallDisk disk;
-
-private:
-    LogClosedFunction before;
 };
 
 TEST_F(LogGap, BetweenCallsIsCounted)

@@ -1,15 +1,17 @@
 // Entry of the in-process tests: COM is initialised for a single-threaded apartment, as in the server, and
-// the heap is checked.
+// the heap is checked; the user is asked about closed logs, but no viewer is opened.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>
 
 #include "checked_heap.h"
+#include "shell/log_prompt.h"
 
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     zelt::test::CheckHeapAfterEachTest();
+    zelt::SetLogClosed([](const zelt::ClosedLog& log) { zelt::ShowClosedLog(log, nullptr); });
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
     const int result = RUN_ALL_TESTS();
     CoUninitialize();

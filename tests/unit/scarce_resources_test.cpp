@@ -11,7 +11,6 @@
 #include "core/log_location.h"
 #include "core/open_log.h"
 #include "proxy_fixture.h"
-#include "shell/log_prompt.h"
 #include "shell/log_reader/log_reader.h"
 #include "tests/system/harness/scratch_registry.h"
 
@@ -33,16 +32,11 @@ protected:
                                                          return true;
                                                      }};
         before = SetLogSurroundings(&surroundings);
-        closedBefore = SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, nullptr); });
         options.root = scratch.Root();
         options.Save();
         PrepareLogReader();
     }
-    ~ScarceResources() override
-    {
-        SetLogClosed(closedBefore);
-        SetLogSurroundings(before);
-    }
+    ~ScarceResources() override { SetLogSurroundings(before); }
 
     LogDocument* OpenAt(const std::wstring& place)
     {
@@ -83,7 +77,6 @@ protected:
 
 private:
     const LogSurroundings* before = nullptr;
-    LogClosedFunction closedBefore = nullptr;
 };
 
 // ZELT_TEST_SMALL_DISK names a folder on a disk of its own with less than a megabyte, empty. Without it, Wine offers the file of
@@ -277,18 +270,21 @@ protected:
     }
     // A stack of the size that the server's main thread has, whoever runs the tests.
     template <class Body>
-    static void OnOwnThread(Body body)
+    void OnOwnThread(Body body)
     {
         bool ended = false;
         std::thread([&] {
             PrepareGuards();
+            // It lives where it is used.
+            package = MakeFake<FakePackage>();
             body();
+            package.Reset();
             ended = true;
         }).join();
         EXPECT_TRUE(ended) << "the thread has died";
     }
 
-    ComPtr<FakePackage> package = MakeFake<FakePackage>();
+    ComPtr<FakePackage> package;
     int depth = 0, deepest = 0;
 };
 
