@@ -1,0 +1,58 @@
+// Answers the message boxes of this process in place of the system, and keeps what was asked. Boxes may come from any thread.
+// There is one recorder at a time.
+#pragma once
+
+#include <windows.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tests/windows/patched_import.h"
+
+namespace zelt::test {
+
+class RecordedBoxes {
+public:
+    struct Box {
+        HWND owner;
+        std::wstring text, caption;
+        UINT flags;
+    };
+
+    explicit RecordedBoxes(int answer = IDOK) : answer(answer), patch("MessageBoxW", Record) { current = this; }
+    ~RecordedBoxes() { current = nullptr; }
+    RecordedBoxes(const RecordedBoxes&) = delete;
+    RecordedBoxes& operator=(const RecordedBoxes&) = delete;
+
+    std::vector<Box> All() const
+    {
+        const std::lock_guard lock(mutex);
+        return boxes;
+    }
+    // The only one since the last question; one with a text that says so when there were none or more.
+    Box TakeOne()
+    {
+        const std::lock_guard lock(mutex);
+        Box box = {nullptr, L"(" + std::to_wstring(boxes.size()) + L" boxes)", L"", 0};
+        if (boxes.size() == 1) box = boxes.front();
+        boxes.clear();
+        return box;
+    }
+
+private:
+    static int WINAPI Record(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags)
+    {
+        const std::lock_guard lock(current->mutex);
+        current->boxes.push_back({owner, text, caption, flags});
+        return current->answer;
+    }
+
+    static inline RecordedBoxes* current = nullptr;
+    const int answer;
+    mutable std::mutex mutex;
+    std::vector<Box> boxes;
+    const PatchedImport<decltype(MessageBoxW)> patch;
+};
+
+}  // namespace zelt::test
