@@ -173,14 +173,16 @@ TEST_F(MainWindowHere, TheColumnsAreAsWideAsWhatTheyShow)
 TEST_F(MainWindowHere, TheListHasCheckBoxesAndTheWindowItsIcon)
 {
     EXPECT_TRUE(ListView_GetExtendedListViewStyle(list) & LVS_EX_CHECKBOXES);
-    for (const auto& [kind, width, height] :
-         {std::tuple{ICON_BIG, SM_CXICON, SM_CYICON}, std::tuple{ICON_SMALL, SM_CXSMICON, SM_CYSMICON}}) {
+    const struct {
+        WPARAM kind;
+        int width, height;
+    } rows[] = {{ICON_BIG, SM_CXICON, SM_CYICON}, {ICON_SMALL, SM_CXSMICON, SM_CYSMICON}};
+    for (const auto& row : rows) {
         // A shared icon is loaded once: this is the same.
-        const auto icon =
-            reinterpret_cast<LRESULT>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(201), IMAGE_ICON,
-                                                 GetSystemMetrics(width), GetSystemMetrics(height), LR_SHARED));
-        EXPECT_NE(0, icon);
-        EXPECT_EQ(icon, SendMessageW(window, WM_GETICON, static_cast<WPARAM>(kind), 0));
+        const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(201), IMAGE_ICON,
+                                       GetSystemMetrics(row.width), GetSystemMetrics(row.height), LR_SHARED);
+        EXPECT_NE(nullptr, icon);
+        EXPECT_EQ(reinterpret_cast<LRESULT>(icon), SendMessageW(window, WM_GETICON, row.kind, 0));
     }
 }
 

@@ -117,6 +117,20 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
     std::filesystem::remove(log);
 }
 
+// Other threads have a second to finish what they are about. There is no upper limit but the one that says it ends at all.
+TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
+{
+    if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+    const Process program = Start(ServerPath(), L"");
+    const HWND window = WaitForWindow(L"ZELT Packages:");
+    ASSERT_TRUE(window);
+    const ULONGLONG closed = GetTickCount64();
+    PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+    EXPECT_EQ(0u, program.Wait(30'000));
+    // The system's clock and its waiting may differ by a tick each.
+    EXPECT_GE(GetTickCount64() - closed, 1000u - 2 * 16);
+}
+
 TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";

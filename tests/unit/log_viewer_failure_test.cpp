@@ -1,0 +1,38 @@
+// A viewer whose window cannot be made: this program has the viewer's code, and none of its dialogs.
+#include <gtest/gtest.h>
+
+#include "com/server_reference.h"
+#include "recorded_messages.h"
+#include "shell/handle.h"
+#include "shell/log_viewer/log_viewer.h"
+
+namespace zelt::test {
+namespace {
+
+HANDLE shown = nullptr;
+
+TEST(LogViewerFailure, AWindowThatCannotBeMadeIsSaidAndLetsTheProcessEnd)
+{
+    const UniqueHandle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    shown = event.get();
+    RecordedMessages messages;
+    messages.meanwhile = [] {
+        // The process lives as long as the box is open.
+        EXPECT_GT(com::CountServerReferences(), 0);
+        SetEvent(shown);
+    };
+    ASSERT_EQ(0, com::CountServerReferences());
+    OpenLogViewer(L"C:\\logs\\one of them.zlg");
+    ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(shown, 20'000));
+    // The viewer's thread is behind the box once it has given its reference back.
+    for (int attempt = 0; attempt < 2000 && com::CountServerReferences() != 0; ++attempt) Sleep(10);
+    ASSERT_EQ(0, com::CountServerReferences());
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Parse error in log file \"C:\\logs\\one of them.zlg\": the window cannot be made",
+              messages.All()[0].text);
+    EXPECT_EQ(L"Error:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), messages.All()[0].flags);
+}
+
+}  // namespace
+}  // namespace zelt::test
