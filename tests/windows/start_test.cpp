@@ -94,20 +94,25 @@ protected:
         EXPECT_TRUE(boxes.All().empty()) << "nothing is shown";
         // A start leaves the folder that it finds.
         SetCurrentDirectoryW(folder);
+        ForgetQuit();
     }
     static int Run(CZELTModule& module, const wchar_t* tail)
     {
         runningThread = GetCurrentThreadId();
         const int result = module.Run(tail);
         runningThread = 0;
-        // What a start that failed did not take.
+        return result;
+    }
+    // What a start that failed did not take, and what the monitor of a module that is gone has left.
+    static void ForgetQuit()
+    {
         for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);) {
         }
-        return result;
     }
     // The exit code of a start as COM makes it. The message loop finds the word to end, with this result, when it begins.
     static int Serve(WPARAM result = 0)
     {
+        ForgetQuit();
         CZELTModule module;
         PostThreadMessageW(GetCurrentThreadId(), WM_QUIT, result, 0);
         return Run(module, L"-Embedding");
@@ -116,12 +121,15 @@ protected:
     // The same with references that are given back one by one while the loop runs; nothing else ends it.
     static int ServeWithReferences(int count)
     {
+        ForgetQuit();
         CZELTModule module;
         for (int index = 0; index < count; ++index) module.Lock();
         references = count;
+        patience = 1000;
         const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, GiveBack);
         const int result = Run(module, L"-Embedding");
         KillTimer(nullptr, timer);
+        for (; references > 0; --references) module.Unlock();
         return result;
     }
 
@@ -138,11 +146,16 @@ protected:
 private:
     static void CALLBACK GiveBack(HWND, UINT, UINT_PTR, DWORD)
     {
-        if (references-- <= 0) return;
+        if (references <= 0) {
+            // Ten seconds and more after the last: nothing has ended the loop.
+            if (--patience == 0) PostThreadMessageW(GetCurrentThreadId(), WM_QUIT, 1, 0);
+            return;
+        }
+        --references;
         events.push_back("release");
         CZELTModule::Instance()->Unlock();
     }
-    static inline int references = 0;
+    static inline int references = 0, patience = 0;
 };
 
 const Events kRegistration = {"register", "register", "register", "register", "resume"};
