@@ -23,6 +23,10 @@ protected:
     {
         Export(PackageKind::PropertyPackage11StandAlone, L"Logged", true);
         Export(PackageKind::PropertyPackage11StandAlone, L"Unlogged", false);
+        ASSERT_NO_FATAL_FAILURE(Show());
+    }
+    void Show()
+    {
         CPackageManagerDlg::Show();
         window = FindWindowW(nullptr, L"ZELT Packages:");
         ASSERT_NE(nullptr, window);
@@ -106,6 +110,15 @@ TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
     // And when it opens, whatever became of it meanwhile.
     EnableMenuItem(Menu(kPackage), kRemove, MF_BYCOMMAND | MF_ENABLED);
     EXPECT_EQ(off, Opened(kPackage));
+}
+
+TEST_F(MainWindowHere, AnEmptyListHasNothingToRemove)
+{
+    DestroyWindow(window);
+    RemoveAll();
+    ASSERT_NO_FATAL_FAILURE(Show());
+    EXPECT_EQ(0, ListView_GetItemCount(list));
+    EXPECT_EQ(L"901 &Add package...\n902 &Remove package... (grey)\n", MenuText(Menu(kPackage)));
 }
 
 TEST_F(MainWindowHere, TheOptionsAreCheckedAsTheyAreStored)

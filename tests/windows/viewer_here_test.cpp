@@ -155,8 +155,10 @@ HANDLE WINAPI NoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, voi
 
 TEST_F(ViewerHere, AViewerWithoutAThreadIsSaid)
 {
-    const PatchedImport patch("CreateThread", NoThread);
-    OpenLogViewer(path.wstring());
+    {
+        const PatchedImport patch("CreateThread", NoThread);
+        OpenLogViewer(path.wstring());
+    }
     ExpectBox(L"Parse error in log file \"" + path.wstring() + L"\": its thread cannot be started", L"Error:",
               MB_ICONERROR);
 }
