@@ -8,18 +8,22 @@ void AppendJsonString(Output& out, std::string_view text)
 {
     out << '"';
     std::size_t done = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        if (c >= 0x20 && c != '"' && c != '\\') continue;
-        out << text.substr(done, i - done);
-        done = i + 1;
-        if (c == '"' || c == '\\') {
-            out << '\\' << static_cast<char>(c);
-        } else {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\u%04x", c);
-            out << escape;
+    for (std::size_t i = 0; i < text.size();) {
+        const Character character = FirstCharacter(text.substr(i));
+        const bool special = character.code == '"' || character.code == '\\';
+        if (special || IsHidden(character.code) || !character.valid) {
+            out << text.substr(done, i - done);
+            done = i + character.length;
+            if (special) {
+                out << '\\' << static_cast<char>(character.code);
+            } else {
+                constexpr unsigned kReplacement = 0xFFFD;
+                char escape[8];
+                std::snprintf(escape, sizeof escape, "\\u%04x", character.valid ? character.code : kReplacement);
+                out << escape;
+            }
         }
+        i += character.length;
     }
     out << text.substr(done) << '"';
 }

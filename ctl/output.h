@@ -1,10 +1,13 @@
 // Text on its way out, in UTF-8: gathered and written in large pieces. One for the data (standard output), one for the
-// messages (standard error). Without a stream it keeps everything, which is how tests read it.
+// messages (standard error). Characters that a terminal would obey come out as codes, whoever brought them. Without a
+// stream it keeps everything, which is how tests read it.
 #pragma once
 
 #include <cstdio>
 #include <string>
 #include <string_view>
+
+#include "ctl/visible_text.h"
 
 namespace zelt::ctl {
 
@@ -18,7 +21,7 @@ public:
 
     Output& operator<<(std::string_view text)
     {
-        buffer += text;
+        AppendVisible(buffer, text);
         if (stream && buffer.size() >= kPiece) Flush();
         return *this;
     }

@@ -41,6 +41,7 @@ p { margin: 0 0 0 1.7em; }
 main > p { margin-left: 0; }
 i { position: absolute; left: 0; width: 5.6em; color: var(--soft); font-style: normal; text-align: right;
   user-select: none; }
+b, u, s, q { unicode-bidi: isolate; }
 b { font-weight: 600; }
 u { text-decoration: none; color: var(--soft); }
 s { text-decoration: none; color: var(--soft); }
