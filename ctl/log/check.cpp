@@ -1,26 +1,49 @@
 // log check: whether a log is complete, and what it shows against the simulator, the package, or both.
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "ctl/json_writer.h"
 #include "ctl/log/conduct.h"
+#include "ctl/log/findings.h"
 #include "ctl/log/log_commands.h"
 
 namespace zelt::ctl {
 namespace {
 
+using Rules = std::set<std::string, std::less<>>;
+
+// The rules between the commas of `list`. Throws UsageError for one that there is not.
+Rules RulesOf(const std::string& list)
+{
+    Rules rules;
+    for (std::size_t begin = 0; begin <= list.size();) {
+        const std::size_t end = std::min(list.find(',', begin), list.size());
+        const std::string rule = list.substr(begin, end - begin);
+        if (std::find(std::begin(kCheckRules), std::end(kCheckRules), rule) == std::end(kCheckRules)) {
+            std::string known;
+            for (const std::string_view name : kCheckRules) known.append(known.empty() ? "" : ", ").append(name);
+            throw UsageError("--ignore has no rule \"" + rule + "\"; the rules are " + known);
+        }
+        rules.insert(rule);
+        begin = end + 1;
+    }
+    return rules;
+}
+
 class Reporter {
 public:
     Reporter(const Arguments& arguments, Output& out) : asJson(arguments.Has("--json")), out(out), json(out)
     {
-        ignored = ',' + arguments.Value("--ignore").value_or("") + ',';
+        if (const auto list = arguments.Value("--ignore")) ignored = RulesOf(*list);
         if (asJson) json.BeginArray();
     }
 
     void Report(int line, const char* rule, const std::string& text)
     {
-        if (ignored.find(',' + std::string(rule) + ',') != std::string::npos) return;
+        if (ignored.contains(std::string_view(rule))) return;
         ++found;
         if (asJson) {
             json.NewLine().BeginObject().Member("line", line).Member("rule", rule).Member("text", text).EndObject();
@@ -39,7 +62,7 @@ public:
 
 private:
     const bool asJson;
-    std::string ignored;
+    Rules ignored;
     Output& out;
     JsonWriter json;
     long long found = 0;

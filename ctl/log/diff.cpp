@@ -144,17 +144,18 @@ int CompareLogs(const Arguments& arguments, Streams& streams)
     const auto a = ReadSequence(arguments.Operand(0), streams.messages);
     const auto b = ReadSequence(arguments.Operand(1), streams.messages);
     std::map<std::string, int> numbers;
-    const std::vector<int> numberedA = Numbered(a, numbers), numberedB = Numbered(b, numbers);
+    const std::vector<int> numberedA = Numbered(a.steps, numbers), numberedB = Numbered(b.steps, numbers);
     const Alignment alignment = Align(numberedA, numberedB);
     DifferenceWriter writer(arguments.Has("--json"), streams.data);
     for (const AlignedPair& pair : alignment.pairs) {
         if (pair.a && pair.b) {
-            CompareValues(a[*pair.a], b[*pair.b], tolerance, writer);
+            CompareValues(a.steps[*pair.a], b.steps[*pair.b], tolerance, writer);
         } else {
-            writer.Only(pair.a ? a[*pair.a] : b[*pair.b], pair.a.has_value());
+            writer.Only(pair.a ? a.steps[*pair.a] : b.steps[*pair.b], pair.a.has_value());
         }
     }
-    return writer.Finish(alignment.complete, streams.messages);
+    const int code = writer.Finish(alignment.complete, streams.messages);
+    return CodeOf(a.complete && b.complete, code);
 }
 
 }  // namespace zelt::ctl

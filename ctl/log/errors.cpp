@@ -97,8 +97,8 @@ private:
 int ListErrors(const Arguments& arguments, Streams& streams)
 {
     ErrorLister lister(arguments, streams.data);
-    ReadEvents(arguments.Operand(0), lister, streams.messages);
-    return lister.Finish();
+    const bool complete = ReadEvents(arguments.Operand(0), lister, streams.messages);
+    return CodeOf(complete, lister.Finish());
 }
 
 }  // namespace zelt::ctl

@@ -1,4 +1,5 @@
 #include "ctl/log/log_commands.h"
+#include "ctl/log/log_events.h"
 #include "ctl/log/log_export.h"
 
 namespace zelt::ctl {
@@ -7,7 +8,7 @@ int ExportLog(const Arguments& arguments, Streams& streams)
 {
     struct Form {
         const char* option;
-        void (*write)(const std::string&, Streams&);
+        bool (*write)(const std::string&, Streams&);
     };
     constexpr Form kForms[] = {{"--html", ExportHtml}, {"--json", ExportJson}, {"--csv", ExportCsv}};
     const Form* wanted = nullptr;
@@ -17,8 +18,7 @@ int ExportLog(const Arguments& arguments, Streams& streams)
         wanted = &form;
     }
     if (!wanted) throw UsageError("one of --html, --json and --csv is needed");
-    wanted->write(arguments.Operand(0), streams);
-    return kFine;
+    return CodeOf(wanted->write(arguments.Operand(0), streams), kFine);
 }
 
 }  // namespace zelt::ctl

@@ -1,7 +1,10 @@
 // A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them.
 // Fields are separated by commas and quoted where they have to be; lines end in CR LF, as the format's description
-// asks.
+// asks. No cell is a formula: a log holds what a package names, and a spreadsheet would run it.
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -13,6 +16,24 @@ namespace {
 
 constexpr std::string_view kHeader =
     "line,kind,call,caller,direction,interface,method,object,argument,argument direction,type,index,text\r\n";
+
+// What makes spreadsheets take a cell for a formula: also in the wide forms of East Asian keyboards, and behind white space
+// that they skip.
+constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
+                                               "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
+
+bool IsNumber(std::string_view text)
+{
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
+}
+
+bool IsFormula(std::string_view text)
+{
+    return !IsNumber(text) && std::any_of(std::begin(kFormulaStarts), std::end(kFormulaStarts),
+                                          [&](std::string_view start) { return text.starts_with(start); });
+}
 
 class CsvWriter final : public LogHandler {
 public:
@@ -75,12 +96,13 @@ private:
     void Field(std::string_view text)
     {
         out << ',';
+        const std::string_view guard = IsFormula(text) ? "'" : "";
         const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; };
         if (std::none_of(text.begin(), text.end(), isSpecial)) {
-            out << text;
+            out << guard << text;
             return;
         }
-        out << '"';
+        out << '"' << guard;
         for (std::size_t quote = text.find('"'); quote != std::string_view::npos; quote = text.find('"')) {
             out << text.substr(0, quote + 1) << '"';
             text.remove_prefix(quote + 1);
@@ -124,10 +146,10 @@ private:
 
 }  // namespace
 
-void ExportCsv(const std::string& path, Streams& streams)
+bool ExportCsv(const std::string& path, Streams& streams)
 {
     CsvWriter writer(streams.data);
-    ReadEvents(path, writer, streams.messages);
+    return ReadEvents(path, writer, streams.messages);
 }
 
 }  // namespace zelt::ctl

@@ -118,7 +118,7 @@ private:
 
 }  // namespace
 
-void ExportHtml(const std::string& path, Streams& streams)
+bool ExportHtml(const std::string& path, Streams& streams)
 {
     Output& out = streams.data;
     out << kPageTop;
@@ -127,8 +127,9 @@ void ExportHtml(const std::string& path, Streams& streams)
     AppendEscaped(out, FileName(path));
     out << kPageHead;
     PageWriter writer(out);
-    ReadEvents(path, writer, streams.messages);
+    const bool complete = ReadEvents(path, writer, streams.messages);
     out << kPageEnd;
+    return complete;
 }
 
 }  // namespace zelt::ctl

@@ -57,14 +57,15 @@ private:
 
 }  // namespace
 
-void ExportJson(const std::string& path, Streams& streams)
+bool ExportJson(const std::string& path, Streams& streams)
 {
     JsonWriter json(streams.data);
     json.BeginArray();
     TreeWriter writer(json);
-    ReadEvents(path, writer, streams.messages);
+    const bool complete = ReadEvents(path, writer, streams.messages);
     json.EndArray();
     streams.data << '\n';
+    return complete;
 }
 
 }  // namespace zelt::ctl

@@ -3,8 +3,15 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace zelt::ctl {
+
+// In the order of the help.
+inline constexpr std::string_view kCheckRules[] = {
+    "damaged",         "open-call",      "structure",    "violation", "exception",    "version-mix",     "initialize",
+    "after-terminate", "not-terminated", "not-released", "fractions", "not-a-number", "read-before-set",
+};
 
 using ReportFinding = std::function<void(int line, const char* rule, const std::string& text)>;
 

@@ -40,11 +40,14 @@ public:
     virtual void ParseError(int /*line*/) {}
 };
 
-// Reads a log to its end. False when it is cut off or damaged; the user has been told where then. Throws InputError
-// when the file cannot be opened or holds no log.
-bool ReadEvents(const std::string& path, LogHandler& handler, Output& messages);
+// Reads a log to its end. False when it is cut off or damaged; `messages` says where then. Throws InputError when the file
+// cannot be opened or holds no log.
+[[nodiscard]] bool ReadEvents(const std::string& path, LogHandler& handler, Output& messages);
 
 // The same from any input. `name` is for the messages.
-bool ReadEvents(LogInput& input, const std::string& name, LogHandler& handler, Output& messages);
+[[nodiscard]] bool ReadEvents(LogInput& input, const std::string& name, LogHandler& handler, Output& messages);
+
+// The exit code of a command that read a log: what it found is not the whole answer when the log is cut off or damaged.
+inline int CodeOf(bool complete, int answer) { return complete ? answer : kUnreadable; }
 
 }  // namespace zelt::ctl

@@ -1,4 +1,5 @@
 // The three forms of log export. Each writes as it reads; the page of HTML keeps nothing either, but a browser will.
+// False when the log is cut off or damaged, as ReadEvents.
 #pragma once
 
 #include <string>
@@ -7,8 +8,8 @@
 
 namespace zelt::ctl {
 
-void ExportCsv(const std::string& path, Streams& streams);
-void ExportJson(const std::string& path, Streams& streams);
-void ExportHtml(const std::string& path, Streams& streams);
+bool ExportCsv(const std::string& path, Streams& streams);
+bool ExportJson(const std::string& path, Streams& streams);
+bool ExportHtml(const std::string& path, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 #include "ctl/command.h"
 
@@ -20,11 +21,12 @@
 namespace zelt::ctl {
 namespace {
 
+std::filesystem::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
 #ifdef _WIN32
 int OpenFile(const std::string& path)
 {
-    const std::filesystem::path wide(std::u8string(path.begin(), path.end()));
-    return _wsopen(wide.c_str(), _O_RDONLY | _O_BINARY | _O_SEQUENTIAL, _SH_DENYNO);
+    return _wsopen(PathOf(path).c_str(), _O_RDONLY | _O_BINARY | _O_SEQUENTIAL, _SH_DENYNO);
 }
 void CloseFile(int descriptor) { _close(descriptor); }
 #else
@@ -34,6 +36,9 @@ void CloseFile(int descriptor) { close(descriptor); }
 
 int OpenOrThrow(const std::string& path)
 {
+    // Some systems open a folder like a file and give nothing to read, others deny the access.
+    std::error_code ignored;
+    if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, no log");
     const int descriptor = OpenFile(path);
     if (descriptor < 0) throw InputError(path + ": " + std::strerror(errno));
     return descriptor;

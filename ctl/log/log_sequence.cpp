@@ -126,11 +126,11 @@ private:
 
 }  // namespace
 
-std::vector<SequenceStep> ReadSequence(const std::string& path, Output& messages)
+Sequence ReadSequence(const std::string& path, Output& messages)
 {
     SequenceReader reader;
-    ReadEvents(path, reader, messages);
-    return std::move(reader.steps);
+    const bool complete = ReadEvents(path, reader, messages);
+    return {std::move(reader.steps), complete};
 }
 
 }  // namespace zelt::ctl

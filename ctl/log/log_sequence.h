@@ -23,7 +23,12 @@ struct SequenceStep {
     std::vector<SequenceValue> values;
 };
 
+struct Sequence {
+    std::vector<SequenceStep> steps;
+    bool complete;  // false for a log that is cut off or damaged, as ReadEvents
+};
+
 // Throws InputError.
-std::vector<SequenceStep> ReadSequence(const std::string& path, Output& messages);
+Sequence ReadSequence(const std::string& path, Output& messages);
 
 }  // namespace zelt::ctl

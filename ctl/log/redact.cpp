@@ -142,8 +142,9 @@ private:
 int RedactLog(const Arguments& arguments, Streams& streams)
 {
     Redactor redactor(streams.data);
-    redactor.Finish(ReadEvents(arguments.Operand(0), redactor, streams.messages));
-    return kFine;
+    const bool complete = ReadEvents(arguments.Operand(0), redactor, streams.messages);
+    redactor.Finish(complete);
+    return CodeOf(complete, kFine);
 }
 
 }  // namespace zelt::ctl

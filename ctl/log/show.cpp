@@ -76,11 +76,10 @@ int ShowLog(const Arguments& arguments, Streams& streams)
     ResultCollector collector(wanted);
     if (wanted != Wanted::All) {
         Output ignored;
-        ReadEvents(path, collector, ignored);
+        static_cast<void>(ReadEvents(path, collector, ignored));  // the second reading says it
     }
     FilteredTree shower(filter, wanted == Wanted::All ? nullptr : &collector.matches, tree);
-    ReadEvents(path, shower, streams.messages);
-    return kFine;
+    return CodeOf(ReadEvents(path, shower, streams.messages), kFine);
 }
 
 }  // namespace zelt::ctl

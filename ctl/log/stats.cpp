@@ -148,7 +148,7 @@ int CountCalls(const Arguments& arguments, Streams& streams)
     const std::string sort = arguments.Value("--sort").value_or("calls");
     Sorted({}, sort);
     Counter counter(arguments);
-    ReadEvents(arguments.Operand(0), counter, streams.messages);
+    const int code = CodeOf(ReadEvents(arguments.Operand(0), counter, streams.messages), kFine);
     const auto methods = Sorted(counter.methods, sort), objects = Sorted(counter.objects, sort);
     if (arguments.Has("--json")) {
         JsonWriter json(streams.data);
@@ -159,14 +159,14 @@ int CountCalls(const Arguments& arguments, Streams& streams)
         WriteJson("objects", objects, json);
         json.EndObject();
         streams.data << '\n';
-        return kFine;
+        return code;
     }
     WriteTable("method", methods, streams.data);
     streams.data << '\n';
     WriteTable("object", objects, streams.data);
     streams.data << '\n';
     WriteTable("all", {{"with what stands outside of calls", counter.total}}, streams.data);
-    return kFine;
+    return code;
 }
 
 }  // namespace zelt::ctl

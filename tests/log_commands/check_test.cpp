@@ -210,6 +210,25 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
     EXPECT_EQ(0, RunCommand({"log", "check", "--ignore", "fractions,not-terminated", log.Path()}).code);
 }
 
+// As the user guide lists them.
+const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
+                              "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
+                              "fractions",   "not-a-number", "read-before-set"};
+
+TEST(LogCheck, KnowsTheRulesThatItsHelpAndItsRefusalList)
+{
+    const std::string help = RunCommand({"log", "check", "--help"}).data;
+    const std::string refusal = RunCommand({"log", "check", "--ignore", "x", "log"}).messages;
+    const TemporaryLog log(InLog(kUse));
+    std::string list;
+    for (const std::string rule : kRules) {
+        EXPECT_NE(std::string::npos, help.find("\n  " + rule + ' ')) << rule;
+        EXPECT_EQ(0, RunCommand({"log", "check", "--ignore", rule, log.Path()}).code) << rule;
+        list += (list.empty() ? "" : ", ") + rule;
+    }
+    EXPECT_NE(std::string::npos, refusal.find("the rules are " + list + ';')) << refusal;
+}
+
 TEST(LogCheck, NamesTheCallsThatWereOpenAtTheCut)
 {
     const std::string whole = InLog(kInitialize + Calculate(Read("density")));

@@ -28,6 +28,10 @@ const RefusedCase kRefused[] = {
     {{"log", "show", "a", "--result", "good"}, "--result is ok, failed, violation or warning"},
     {{"log", "diff", "a", "b", "--tolerance", "x"}, "--tolerance wants a number, not \"x\""},
     {{"log", "diff", "a", "b", "--tolerance", "-1"}, "--tolerance wants a number"},
+    {{"log", "check", "--ignore", "fraction", "a"},
+     "--ignore has no rule \"fraction\"; the rules are damaged, open-call, "},
+    {{"log", "check", "--ignore", "fractions,", "a"}, "--ignore has no rule \"\""},
+    {{"log", "check", "--ignore=fractions, initialize", "a"}, "--ignore has no rule \" initialize\""},
     {{"log", "export", "a"}, "one of --html, --json and --csv is needed"},
     {{"log", "export", "a", "--csv", "--json"}, "one of --html, --json and --csv"},
 };

@@ -91,6 +91,57 @@ TEST(LogExport, BringsEveryCallAndValueIntoEachForm)
     }
 }
 
+struct CellCase {
+    const char *value, *cell;
+};
+
+// What a spreadsheet would run stays text; what is a number stays one.
+const CellCase kCells[] = {
+    {"=1+1", "'=1+1"},
+    {"=cmd|'/c calc'!A1", "'=cmd|'/c calc'!A1"},
+    {"@SUM(A1)", "'@SUM(A1)"},
+    {"+1+2", "'+1+2"},
+    {"+5", "'+5"},
+    {"-1+2", "'-1+2"},
+    {"-", "'-"},
+    {"-x", "'-x"},
+    {"-inf", "'-inf"},
+    {"-nan", "'-nan"},
+    {"-1e999", "'-1e999"},
+    {"-0x10", "'-0x10"},
+    {"-5", "-5"},
+    {"-5e-06", "-5e-06"},
+    {"-0.25", "-0.25"},
+    {"1=1", "1=1"},
+    {"a-b", "a-b"},
+    {"", ""},
+    {"&#9;=1", "'\t=1"},
+    {"&#10;=1", "\"'\n=1\""},
+    {"=HYPERLINK(&quot;x&quot;,1)", "\"'=HYPERLINK(\"\"x\"\",1)\""},
+    {"&quot;=1+1&quot;", "\"\"\"=1+1\"\"\""},
+    {"\uff1d1", "'\uff1d1"},
+    {"\uff0b1", "'\uff0b1"},
+    {"\uff0d1", "'\uff0d1"},
+    {"\uff201", "'\uff201"},
+};
+
+TEST(LogExport, WritesNoCellThatASpreadsheetRuns)
+{
+    const std::string header = RunCommand({"log", "export", "--csv", GoldenLog("sample_simulator_11")}).data;
+    const std::string columns = header.substr(0, header.find('\n') + 1);
+    for (const CellCase& one : kCells) {
+        const TemporaryLog log(InLog("<info value=\"" + std::string(one.value) + "\"/>\n"));
+        EXPECT_EQ(columns + "3,info,,,,,,,,,,," + one.cell + "\r\n",
+                  RunCommand({"log", "export", "--csv", log.Path()}).data);
+    }
+    // Each column that comes from the log.
+    const TemporaryLog log(
+        InLog("<func name=\"=I::-M\" direc=\"in\" object=\"@O\"><arg name=\"+a\" direc=\"in\" "
+              "type=\"=t\"><argval value=\"=v\"/></arg></func>\n"));
+    EXPECT_EQ(columns + "3,call,1,,in,'=I,'-M,'@O,,,,,\r\n3,value,1,,in,'=I,'-M,'@O,'+a,in,'=t,1,'=v\r\n",
+              RunCommand({"log", "export", "--csv", log.Path()}).data);
+}
+
 TEST(LogExport, ClosesTheFormsOfACutOffLog)
 {
     const std::string bytes = ReadBytes(GoldenLog("sample_simulator_11"));

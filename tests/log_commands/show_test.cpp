@@ -108,11 +108,44 @@ TEST(LogShow, ShowsWhatStandsBeforeTheCut)
     for (std::size_t cut = whole.find("/>") + 2; cut < end; cut += 7) {
         const TemporaryLog log(whole.substr(0, cut));
         const Outcome outcome = RunCommand({"log", "show", log.Path()});
-        ASSERT_EQ(0, outcome.code) << cut;
+        ASSERT_EQ(3, outcome.code) << cut;
         ASSERT_NE(std::string::npos, outcome.messages.find("cut off or damaged")) << cut;
         // The last line may lack values that the whole log has.
         const std::size_t last = outcome.data.rfind('\n', outcome.data.size() - 2) + 1;
         ASSERT_EQ(shown.substr(0, last), outcome.data.substr(0, last)) << cut;
+    }
+}
+
+TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
+{
+    const std::vector<std::string> commands[] = {
+        {"show"},   {"show", "--calls"}, {"show", "--result", "ok"}, {"errors"},           {"errors", "--json"},
+        {"stats"},  {"stats", "--json"}, {"export", "--csv"},        {"export", "--json"}, {"export", "--html"},
+        {"redact"},
+    };
+    const std::string whole = ReadBytes(kConversation);
+    // With something to find before the cut, and without.
+    for (const char* mark : {"Terminate", "<warning"}) {
+        const TemporaryLog log(whole.substr(0, whole.find(mark)));
+        const std::string message = log.Path() + ": line ";
+        for (std::vector<std::string> words : commands) {
+            SCOPED_TRACE(words[0] + ' ' + words.back());
+            words.insert(words.begin(), "log");
+            words.push_back(log.Path());
+            const Outcome outcome = RunCommand(words);
+            EXPECT_EQ(3, outcome.code);
+            EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
+            EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << outcome.messages;
+        }
+        // Equal to itself, different from another, cut off on either side.
+        for (const auto& [a, b] : {std::pair(log.Path(), log.Path()), std::pair(log.Path(), kConversation),
+                                   std::pair(kConversation, log.Path())}) {
+            const Outcome outcome = RunCommand({"log", "diff", a, b});
+            EXPECT_EQ(3, outcome.code);
+            EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
+        }
+        // To check the answer is a finding.
+        EXPECT_EQ(1, RunCommand({"log", "check", log.Path()}).code);
     }
 }
 
@@ -133,13 +166,12 @@ TEST(LogCommands, RefuseWhatIsNoLog)
     EXPECT_NE(std::string::npos, missing.messages.find("No such file")) << missing.messages;
 }
 
-TEST(LogCommands, SayWhenAFileCannotBeRead)
+TEST(LogCommands, SayWhenAFileCannotBeReadOrIsAFolder)
 {
-    // A folder can be opened here, but not read; elsewhere not even that.
     for (const char* command : {"show", "errors", "stats", "check", "redact"}) {
         const Outcome outcome = RunCommand({"log", command, ZELT_TESTS});
         EXPECT_EQ(3, outcome.code) << command;
-        EXPECT_NE("", outcome.messages) << command;
+        EXPECT_EQ("zeltctl: " ZELT_TESTS ": this is a folder, no log\n", outcome.messages) << command;
     }
     for (const char* form : {"--html", "--json", "--csv"}) {
         EXPECT_EQ(3, RunCommand({"log", "export", form, kMissing}).code) << form;
