@@ -2,6 +2,15 @@
 # run-under-wine.sh <Wine's loader> <program> [argument...]: runs a built program for ctest. Its output goes through a file:
 # services that Wine starts on the way inherit the output and outlive the program, and ctest would wait for them at its own
 # pipe.
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# The prefix that ./dev has made is below the build folder. Whatever else there is belongs to the user.
+case "$(realpath -m "${WINEPREFIX:-/}")" in
+    "$root"/build/*) ;;
+    *)
+        source "$root/scripts/wine-prefix.sh"
+        UseLastingPrefix || { echo "run-under-wine.sh: a Wine prefix could not be made in $WINEPREFIX." >&2; exit 1; }
+        ;;
+esac
 output=$(mktemp) || exit 1
 trap 'rm -f "$output"' EXIT
 "$@" >"$output" 2>&1 </dev/null

@@ -65,8 +65,9 @@ stepProcess=
 # nobody's.
 EndTree()
 {
-    local child
-    for child in $(cat "/proc/$1/task/$1/children" 2>/dev/null); do EndTree "$child"; done
+    local child children=()
+    read -r -a children 2>/dev/null <"/proc/$1/task/$1/children" || true
+    for child in "${children[@]}"; do EndTree "$child"; done
     kill "$1" 2>/dev/null
 }
 EndStep() { [ -z "$stepProcess" ] || EndTree "$stepProcess"; }

@@ -1,31 +1,17 @@
-# Formatting and static checks. Sourced by ./dev.
-
-# The project's C++ sources, the new ones included; outside of a checkout, whatever is in the source folders.
-Sources()
-{
-    if command -v git >/dev/null && git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
-        git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' | while read -r file; do
-            [ ! -f "$file" ] || echo "$file"
-        done
-    else
-        find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -printf '%P\n'
-    fi | sort
-}
+# Formatting and all static checks. Sourced by ./dev.
 
 # Lint [--fix]: --fix formats the files instead of complaining.
 Lint()
 {
     [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint knows no option \"$*\", only --fix."
     LockTree
-    InstallPackages build lint
+    InstallPackages build check lint
     FetchLibxml2
-    mapfile -t sources < <(Sources)
-    [ ${#sources[@]} -gt 0 ] || Fail "There is no source to check."
     if [ "${1:-}" = --fix ]; then
+        mapfile -t sources < <(Sources)
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
-    else
-        Step format "Checking the formatting of ${#sources[@]} files" clang-format --dry-run --Werror "${sources[@]}"
     fi
+    FastChecks
     # The headers that the type libraries give must be there, and the compile commands; objects need not.
     Step configure-lint "Configuring for the checks" cmake --preset lint
     Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \

@@ -74,6 +74,7 @@ WriteLists()
     {
         echo "!define FIRST_CLASS \"$(head -n 1 <<<"$classes")\""
         echo '!macro VerifyClasses hive'
+        # shellcheck disable=SC2016,SC2001 # ${hive} is for the setup program's compiler; and this is a line of each line
         sed 's|.*|    !insertmacro VerifyClassInView ${hive} "&"|' <<<"$classes"
         echo '!macroend'
     } >"$2/classes.nsh"

@@ -20,8 +20,10 @@ build | xvfb                        | a display for windows and message boxes
 ship  | nsis                        | makes the setup program
 ship  | zip                         | makes the portable zip
 ship  | unzip                       | unpacks it in its test
-lint  | clang-format                | formatting
-lint  | clang-tidy                  | static checks
+check | clang-format                | formatting
+check | shellcheck                  | checks of the shell scripts
+check | cppcheck                    | static checks that need no build
+lint  | clang-tidy                  | static checks that read the sources as the compiler does
 fuzz  | clang                       | compiler with a guided fuzzer
 fuzz  | libclang-rt-dev             | the fuzzer, and the sanitizers that clang links
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
@@ -33,10 +35,10 @@ page  | fonts-dejavu-core           | its letters and signs
 # Prints the packages of the groups in $@ that are not installed.
 MissingPackages()
 {
-    local installed group package reason
+    local installed group package
     installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n${Package}:${Architecture} ${db:Status-Status}\n')
-    while IFS='| ' read -r group package reason; do
-        [ -n "$group" ] && [[ " $* " == *" $group "* ]] || continue
+    while IFS='| ' read -r group package _; do
+        [[ -n $group && " $* " == *" $group "* ]] || continue
         grep -qxF "$package installed" <<<"$installed" || echo "$package"
     done <<<"$packageTable"
 }
@@ -45,10 +47,11 @@ MissingPackages()
 InstallPackages()
 {
     command -v dpkg-query >/dev/null || Fail "./dev installs Debian packages, and this is not a Debian system."
-    local missing
-    missing=$(MissingPackages "$@")
-    [ -n "$missing" ] || return 0
-    Say "Installing: "$missing
+    local list missing
+    list=$(MissingPackages "$@")
+    [ -n "$list" ] || return 0
+    mapfile -t missing <<<"$list"
+    Say "Installing: ${missing[*]}"
 
     asRoot=()
     if [ "$EUID" -ne 0 ]; then
@@ -57,9 +60,9 @@ InstallPackages()
     fi
     export DEBIAN_FRONTEND=noninteractive
     Step apt-update "Refreshing the package lists" RefreshPackageLists
-    Step apt-install "Installing the packages" AptInstall $missing
-    missing=$(MissingPackages "$@")
-    [ -z "$missing" ] || Fail "These packages are still missing after the installation: "$missing
+    Step apt-install "Installing the packages" AptInstall "${missing[@]}"
+    list=$(MissingPackages "$@")
+    [ -z "$list" ] || Fail "These packages are still missing after the installation: ${list//$'\n'/ }"
 }
 
 RefreshPackageLists()

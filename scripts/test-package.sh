@@ -333,7 +333,9 @@ TestPortable()
     local folder="$testFolder/Tragbare Größe ŁΩ/ZELT's copy"
     mkdir -p "$folder"
     (cd "$folder" && unzip -q "$portableZip")
-    local program="$folder/zelt-$(ProductVersion)/ZELT.EXE"
+    local version program
+    version=$(ProductVersion)
+    program="$folder/zelt-$version/ZELT.EXE"
     Snapshot before
     Exits 0 "$(WindowsPath "$program")" /RegServer
     Equal 'registered server' "\"$(WindowsPath "$program")\"" "$(ExportedServer)"

@@ -11,7 +11,8 @@ testRuns=(
 Test()
 {
     LockTree
-    local build choice row run failed=0
+    FastChecks
+    local build choice row run failed=0 options
     for build in "${architectures[@]}"; do
         Build "$build"
     done
@@ -24,6 +25,7 @@ Test()
     testReports=()
     for row in "${testRuns[@]}"; do
         IFS='| ' read -r build choice <<<"$row"
+        read -r -a options <<<"$choice"
         if [ "$build" = sanitized ]; then
             wait "$lastBuild" || { cat "$logFolder/last-build"; Fail "What is tested with sanitizers could not be built."; }
             lastBuild=
@@ -33,7 +35,7 @@ Test()
         run=$logFolder/tests-${#testReports[@]}-$build
         testReports+=("$run.xml")
         rm -f "$run.xml"
-        ctest --test-dir "build/$build" $choice --output-on-failure --no-tests=error --timeout 300 \
+        ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
             --output-junit "$run.xml" --output-log "$run.log" 8>&- || failed=1
     done
     Summarise "$failed"

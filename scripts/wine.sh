@@ -1,14 +1,4 @@
-# A private Wine prefix and a private display. Sourced by ./dev.
-# Making a prefix takes half a minute, so one is made as a template and copied for each run. The copy shares the system's
-# own files with the template by hard links; nothing here writes to those.
-
-wineFolder=$root/build/wine
-templatePrefix=$wineFolder/template
-
-# No debugger that waits for somebody, no offers to download components, no entries in the user's own menus.
-export WINEDEBUG=-all
-export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
-export WINEARCH=win64
+# Wine for a run of ./dev, and a private display. Sourced by ./dev.
 
 # FixAddresses <argument of ./dev...>: starts ./dev anew with addresses that are not random, where the system allows it. Wine's
 # 64-bit loader lies where Linux may put the heap over a page that has a fixed place in Windows; one start in some thousands then
@@ -33,34 +23,13 @@ UsePrefix()
     fi
     export WINEPREFIX=$wineFolder/$1
     EndWine
-    rm -rf "$WINEPREFIX"
-    mkdir -p "$WINEPREFIX/drive_c"
-    cp -al "$templatePrefix/drive_c/windows" "$WINEPREFIX/drive_c/"
-    # What the hard links already made stays: only the rest is copied.
-    tar -C "$templatePrefix" --exclude=./drive_c/windows --exclude=./complete -cf - . | tar -C "$WINEPREFIX" -xf -
+    CopyTemplate
     AtExit EndWine
     Step wine-start "Starting Wine" StartWine
     # While one program runs, Wine's own services stay; otherwise each test would start them anew, for a second each. It
     # reads from a pipe of this script, so it ends even when the script is killed.
+    # shellcheck disable=SC2034 # the name is for the shell's messages
     coproc resident { exec wine cmd /q >/dev/null 2>&1 8>&-; }
-}
-
-MakeTemplatePrefix()
-{
-    rm -rf "$templatePrefix"
-    mkdir -p "$templatePrefix"
-    export WINEPREFIX=$templatePrefix
-    timeout 300 wineboot -i
-    # The first activation of a class hangs while the prefix is still being filled.
-    timeout 300 wineserver -w
-    # The user's folders are links into the home directory of whoever runs this: make them the prefix's own.
-    local link
-    for link in "$templatePrefix"/drive_c/users/*/*; do
-        [ -L "$link" ] || continue
-        rm "$link"
-        mkdir "$link"
-    done
-    echo "$1" >"$templatePrefix/complete"
 }
 
 StartWine()
@@ -87,6 +56,7 @@ StartDisplay()
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$numberFile" >"$logFolder/xvfb.log" 2>&1 8>&- &
     displayProcess=$!
     disown "$displayProcess"
+    # shellcheck disable=SC2016 # read at the end
     AtExit 'kill "$displayProcess" 2>/dev/null'
     local waited
     for ((waited = 0; waited < 200; ++waited)); do
@@ -95,7 +65,8 @@ StartDisplay()
         sleep 0.05
     done
     [ -s "$numberFile" ] || Fail "The display server Xvfb did not start; its log is $logFolder/xvfb.log."
-    export DISPLAY=:$(cat "$numberFile")
+    DISPLAY=:$(<"$numberFile")
+    export DISPLAY
 }
 
 # A path as the programs under Wine see it.

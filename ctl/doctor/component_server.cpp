@@ -1,5 +1,6 @@
 #include "ctl/doctor/component_server.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -32,7 +33,7 @@ std::optional<std::wstring> ReadText(REGSAM view, const std::wstring& path)
     const auto value = key.ReadValue(L"");
     if (!value || (value->type != REG_SZ && value->type != REG_EXPAND_SZ)) return {};
     std::wstring text(reinterpret_cast<const wchar_t*>(value->data.data()), value->data.size() / sizeof(wchar_t));
-    text = text.substr(0, text.find(L'\0'));
+    text.resize(std::min(text.find(L'\0'), text.size()));
     if (text.empty()) return {};
     return value->type == REG_EXPAND_SZ ? Expanded(text) : text;
 }

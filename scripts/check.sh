@@ -1,0 +1,89 @@
+# The checks that need no build and take a minute: formatting, scripts, sources. Every finding fails. Sourced by ./dev.
+
+# The project's files of these names, the new ones included; outside of a checkout, those in the source folders.
+Files()
+{
+    local file
+    if command -v git >/dev/null && git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+        git ls-files --cached --others --exclude-standard -- "$@"
+    else
+        local names=()
+        for file in "$@"; do names+=(-o -name "$file"); done
+        find . -path ./build -prune -o -type f \( "${names[@]:1}" \) -printf '%P\n'
+    fi | while IFS= read -r file; do
+        # Git knows of files that were deleted, too.
+        [ ! -f "$file" ] || printf '%s\n' "$file"
+    done | sort
+}
+
+Sources() { Files '*.cpp' '*.h'; }
+
+# Scripts <ending> <interpreter>: by their names or their first lines.
+Scripts()
+{
+    local file first
+    Files '*' | while IFS= read -r file; do
+        first=
+        IFS= read -r first <"$file" || true
+        [[ $file != *."$1" && ! $first =~ ^\#!.*/$2($|\ ) ]] || printf '%s\n' "$file"
+    done
+}
+
+Check()
+{
+    LockTree
+    FastChecks
+    printf '%s\n' "${green}Nothing to object to.$plain"
+}
+
+FastChecks()
+{
+    InstallPackages check
+    mapfile -t sources < <(Sources)
+    [ ${#sources[@]} -gt 0 ] || Fail "There is no source to check."
+    Step check-format "Checking the formatting of ${#sources[@]} files" clang-format --dry-run --Werror "${sources[@]}"
+    Step check-settings "Checking the settings of the checkers" CheckSettings
+    Step check-shell "Checking the shell scripts" CheckShellScripts
+    Step check-perl "Checking the Perl scripts" CheckPerlScripts
+    Step check-sources "Checking the sources" CheckSources
+}
+
+# A key that is given twice is no error to these programs: the last one counts.
+CheckSettings()
+{
+    perl scripts/duplicate-keys.pl .clang-format .clang-tidy
+}
+
+CheckShellScripts()
+{
+    # What ./dev sources is read with it: one sets what another uses.
+    local scripts
+    mapfile -t scripts < <(Scripts sh '(ba)?sh' | grep -vxFf <(sed -n 's/^source //p' dev))
+    printf '%s\n' "${scripts[@]}"
+    shellcheck --external-sources --check-sourced "${scripts[@]}"
+}
+
+CheckPerlScripts()
+{
+    local script failed=0
+    while IFS= read -r script; do
+        perl -wc "$script" || failed=1
+    done < <(Scripts pl perl)
+    return $failed
+}
+
+# As the 32-bit build reads them, as far as that needs no header of the system. What is off, and why, stands in the list.
+CheckSources()
+{
+    # shellcheck disable=SC2054 # the commas are cppcheck's
+    local options=(--enable=warning,performance,portability --std=c++20 --language=c++ --platform=win32W -D_WIN32
+                   --library=googletest --library=windows -I.
+                   '-DSTDMETHOD(name)=virtual HRESULT name' '-DSTDMETHOD_(type, name)=virtual type name'
+                   -DSTDMETHODIMP=HRESULT '-DSTDMETHODIMP_(type)=type' '-D__uuidof(name)=IID_OF_NAME'
+                   # Its expansion is beyond this parser; as the name of a function it is read.
+                   -ULOGGED)
+    mkdir -p build/cppcheck
+    printf '%s\n' "${sources[@]}" | grep '\.cpp$' >build/cppcheck-sources
+    cppcheck "${options[@]}" --inline-suppr --suppressions-list=scripts/cppcheck-suppressions.txt --error-exitcode=1 \
+        --cppcheck-build-dir=build/cppcheck -j "$(nproc)" --quiet --file-list=build/cppcheck-sources
+}

@@ -1,0 +1,56 @@
+# Private Wine prefixes. Sourced by ./dev and by cmake/run-under-wine.sh, which set the source folder, root.
+# Making a prefix takes half a minute, so one is made as a template and copied. The copy shares the system's own files with
+# the template by hard links; nothing here writes to those.
+
+wineFolder=$root/build/wine
+templatePrefix=$wineFolder/template
+
+# No debugger that waits for somebody, no offers to download components, no entries in the user's own menus.
+export WINEDEBUG=-all
+export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
+export WINEARCH=win64
+
+# UseLastingPrefix: the prefix build/wine/ctest, made when it is missing. For programs that ctest starts without ./dev.
+UseLastingPrefix()
+{
+    local version
+    version=$(env -u WINEPREFIX wine --version) || return
+    export WINEPREFIX=$wineFolder/ctest
+    mkdir -p "$wineFolder"
+    {
+        # Tests run side by side, and what Wine starts outlives them: it must not keep the lock.
+        flock 9
+        [ "$(cat "$WINEPREFIX/complete" 2>/dev/null)" = "$version" ] && return
+        if [ "$(cat "$templatePrefix/complete" 2>/dev/null)" != "$version" ]; then
+            ( MakeTemplatePrefix "$version" ) >/dev/null 2>&1 9>&- || return
+        fi
+        CopyTemplate && echo "$version" >"$WINEPREFIX/complete"
+    } 9>"$wineFolder/ctest.lock"
+}
+
+# Fills WINEPREFIX.
+CopyTemplate()
+{
+    rm -rf "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX/drive_c"
+    cp -al "$templatePrefix/drive_c/windows" "$WINEPREFIX/drive_c/"
+    # What the hard links already made stays: only the rest is copied.
+    tar -C "$templatePrefix" --exclude=./drive_c/windows --exclude=./complete -cf - . | tar -C "$WINEPREFIX" -xf -
+    # The user's folders are links into the home directory of whoever runs this: make them the prefix's own.
+    local link
+    find "$WINEPREFIX/drive_c/users" -type l | while IFS= read -r link; do
+        rm "$link"
+        mkdir "$link"
+    done
+}
+
+MakeTemplatePrefix()
+{
+    rm -rf "$templatePrefix"
+    mkdir -p "$templatePrefix"
+    export WINEPREFIX=$templatePrefix
+    timeout 300 wineboot -i || return
+    # The first activation of a class hangs while the prefix is still being filled.
+    timeout 300 wineserver -w || return
+    echo "$1" >"$templatePrefix/complete"
+}
