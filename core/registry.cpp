@@ -12,6 +12,35 @@ constexpr DWORD kGrowth = 128;
 constexpr std::size_t kUsualSize = 1024;
 constexpr std::size_t kLongestValueName = 16'383;
 
+const RegistryFunctions* functions = &kSystemRegistry;
+
+// Asks for the items of a key until none remain. One that cannot be read is skipped; where the key gives no items at all,
+// their count is the end.
+template <class Read>
+void ForEachItem(DWORD count, Read&& read)
+{
+    for (DWORD index = 0;; ++index) {
+        const LSTATUS result = read(index);
+        if (result == ERROR_NO_MORE_ITEMS || (result != ERROR_SUCCESS && index >= count)) return;
+    }
+}
+
+DWORD CountKeys(HKEY key)
+{
+    DWORD count = 0;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                     nullptr);
+    return count;
+}
+
+DWORD CountValues(HKEY key)
+{
+    DWORD count = 0;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr,
+                     nullptr);
+    return count;
+}
+
 }  // namespace
 
 RegistryKey& RegistryKey::operator=(RegistryKey&& other) noexcept
@@ -107,24 +136,25 @@ LSTATUS RegistryKey::WriteString(const wchar_t* name, const std::wstring& value)
 
 LSTATUS RegistryKey::WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size)
 {
-    return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size));
+    return functions->setValue(key, name, 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size));
 }
 
 LSTATUS RegistryKey::WriteNarrow(const char* name, DWORD type, std::string_view value)
 {
-    return RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(value.data()),
-                          static_cast<DWORD>(value.size()));
+    return functions->setNarrowValue(key, name, 0, type, reinterpret_cast<const BYTE*>(value.data()),
+                                     static_cast<DWORD>(value.size()));
 }
 
 std::vector<std::wstring> RegistryKey::SubkeyNames() const
 {
     std::vector<std::wstring> names;
     wchar_t name[256];  // The longest key name has 255 characters.
-    for (DWORD index = 0;; ++index) {
+    ForEachItem(CountKeys(key), [&](DWORD index) {
         DWORD length = static_cast<DWORD>(std::size(name));
-        if (RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-        names.emplace_back(name, length);
-    }
+        const LSTATUS result = functions->enumerateKeys(key, index, name, &length, nullptr, nullptr, nullptr, nullptr);
+        if (result == ERROR_SUCCESS) names.emplace_back(name, length);
+        return result;
+    });
     return names;
 }
 
@@ -132,11 +162,13 @@ std::vector<std::wstring> RegistryKey::ValueNames() const
 {
     std::vector<std::wstring> names;
     std::vector<wchar_t> name(kLongestValueName + 1);
-    for (DWORD index = 0;; ++index) {
+    ForEachItem(CountValues(key), [&](DWORD index) {
         DWORD length = static_cast<DWORD>(name.size());
-        if (RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-        names.emplace_back(name.data(), length);
-    }
+        const LSTATUS result =
+            functions->enumerateValues(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        if (result == ERROR_SUCCESS) names.emplace_back(name.data(), length);
+        return result;
+    });
     return names;
 }
 
@@ -145,18 +177,29 @@ std::map<std::wstring, RegistryValue> RegistryKey::Values() const
     std::map<std::wstring, RegistryValue> values;
     std::vector<wchar_t> name(kLongestValueName + 1);
     std::vector<BYTE> data(kUsualSize);
-    for (DWORD index = 0;;) {
-        DWORD length = static_cast<DWORD>(name.size()), type = REG_NONE, size = static_cast<DWORD>(data.size());
-        const LSTATUS result = RegEnumValueW(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
-        if (result == ERROR_MORE_DATA) {
-            data.resize(std::max<std::size_t>(size, data.size()) + kGrowth);
-        } else if (result != ERROR_SUCCESS) {
-            return values;
-        } else {
-            values.emplace(std::wstring(name.data(), length), RegistryValue{type, {data.data(), data.data() + size}});
-            ++index;
+    ForEachItem(CountValues(key), [&](DWORD index) {
+        for (;;) {
+            DWORD length = static_cast<DWORD>(name.size()), type = REG_NONE, size = static_cast<DWORD>(data.size());
+            const LSTATUS result =
+                functions->enumerateValues(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
+            // More room is no help where the data is not what lacks it.
+            if (result == ERROR_MORE_DATA && size > data.size()) {
+                data.resize(size + kGrowth);
+                continue;
+            }
+            if (result == ERROR_SUCCESS) {
+                values.emplace(std::wstring(name.data(), length),
+                               RegistryValue{type, {data.data(), data.data() + size}});
+            }
+            return result;
         }
-    }
+    });
+    return values;
+}
+
+void SetRegistryFunctions(const RegistryFunctions* replacement)
+{
+    functions = replacement ? replacement : &kSystemRegistry;
 }
 
 LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path)

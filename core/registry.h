@@ -58,6 +58,7 @@ public:
     // `value` with the terminators that its type asks for.
     LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
 
+    // Items that cannot be read are left out, and those behind them are not.
     std::vector<std::wstring> SubkeyNames() const;
     std::vector<std::wstring> ValueNames() const;
     // By their names.
@@ -66,6 +67,19 @@ public:
 private:
     HKEY key = nullptr;
 };
+
+// What enumerates and writes. A test replaces single functions, to fail where the system does not; nothing else does.
+struct RegistryFunctions {
+    decltype(&RegEnumKeyExW) enumerateKeys;
+    decltype(&RegEnumValueW) enumerateValues;
+    decltype(&RegSetValueExW) setValue;
+    decltype(&RegSetValueExA) setNarrowValue;
+};
+
+inline constexpr RegistryFunctions kSystemRegistry = {RegEnumKeyExW, RegEnumValueW, RegSetValueExW, RegSetValueExA};
+
+// Replaces the functions; null restores the system's.
+void SetRegistryFunctions(const RegistryFunctions* functions);
 
 // Removes a key with everything below it, in the root's view. A key that is not there is no error.
 LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path);

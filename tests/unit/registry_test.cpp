@@ -103,6 +103,119 @@ TEST(Registry, ValuesAreReadWhole)
     EXPECT_TRUE(values == key.Values());
 }
 
+// The registry of the system, but for some items that it refuses to enumerate.
+class UnreadableItems {
+public:
+    explicit UnreadableItems(LSTATUS refusal, DWORD first = 1, DWORD last = 1)
+    {
+        error = refusal;
+        firstRefused = first;
+        lastRefused = last;
+        calls = 0;
+        zelt::SetRegistryFunctions(&kFunctions);
+    }
+    ~UnreadableItems() { zelt::SetRegistryFunctions(nullptr); }
+    UnreadableItems(const UnreadableItems&) = delete;
+    UnreadableItems& operator=(const UnreadableItems&) = delete;
+
+    static int Calls() { return calls; }
+
+private:
+    static bool Refuses(DWORD index)
+    {
+        ++calls;
+        return index >= firstRefused && index <= lastRefused;
+    }
+    static LSTATUS WINAPI Keys(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved, wchar_t* className,
+                               DWORD* classLength, FILETIME* written)
+    {
+        if (Refuses(index)) return error;
+        return RegEnumKeyExW(key, index, name, length, reserved, className, classLength, written);
+    }
+    static LSTATUS WINAPI Values(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved, DWORD* type,
+                                 BYTE* data, DWORD* size)
+    {
+        if (Refuses(index)) return error;
+        return RegEnumValueW(key, index, name, length, reserved, type, data, size);
+    }
+    static constexpr zelt::RegistryFunctions kFunctions = {Keys, Values, RegSetValueExW, RegSetValueExA};
+    static inline LSTATUS error;
+    static inline DWORD firstRefused, lastRefused;
+    static inline int calls;
+};
+
+class RegistryEnumeration : public testing::Test {
+protected:
+    RegistryEnumeration() : key(scratch.Settings())
+    {
+        for (const wchar_t* name : {L"a", L"b", L"c"}) {
+            RegistryKey child;
+            EXPECT_EQ(ERROR_SUCCESS, child.Create({key.Get(), 0}, name));
+            EXPECT_EQ(ERROR_SUCCESS, key.WriteDword(name, 1));
+        }
+    }
+
+    const zelt::test::ScratchKey scratch;
+    RegistryKey key;
+};
+
+TEST_F(RegistryEnumeration, SkipsItemsThatCannotBeRead)
+{
+    for (const LSTATUS error : {ERROR_MORE_DATA, ERROR_ACCESS_DENIED, ERROR_KEY_DELETED, ERROR_OUTOFMEMORY}) {
+        SCOPED_TRACE(error);
+        const UnreadableItems items(error);
+        EXPECT_EQ((std::vector<std::wstring>{L"a", L"c"}), key.SubkeyNames());
+        EXPECT_EQ((std::vector<std::wstring>{L"a", L"c"}), key.ValueNames());
+        const auto values = key.Values();
+        EXPECT_EQ(2u, values.size());
+        EXPECT_TRUE(values.contains(L"a"));
+        EXPECT_TRUE(values.contains(L"c"));
+    }
+}
+
+TEST_F(RegistryEnumeration, SkipsTheFirstAndTheLast)
+{
+    {
+        const UnreadableItems items(ERROR_ACCESS_DENIED, 0, 1);
+        EXPECT_EQ((std::vector<std::wstring>{L"c"}), key.SubkeyNames());
+        EXPECT_EQ((std::vector<std::wstring>{L"c"}), key.ValueNames());
+    }
+    const UnreadableItems items(ERROR_ACCESS_DENIED, 2, 2);
+    EXPECT_EQ((std::vector<std::wstring>{L"a", L"b"}), key.SubkeyNames());
+    EXPECT_EQ((std::vector<std::wstring>{L"a", L"b"}), key.ValueNames());
+}
+
+TEST_F(RegistryEnumeration, EndsWhereNothingCanBeRead)
+{
+    const UnreadableItems items(ERROR_ACCESS_DENIED, 0, MAXDWORD);
+    EXPECT_TRUE(key.SubkeyNames().empty());
+    EXPECT_TRUE(key.ValueNames().empty());
+    EXPECT_TRUE(key.Values().empty());
+    EXPECT_LE(UnreadableItems::Calls(), 30);
+    EXPECT_TRUE(RegistryKey().SubkeyNames().empty());
+}
+
+HKEY growing;
+
+LSTATUS WINAPI AddAtTheEnd(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved, wchar_t* className,
+                           DWORD* classLength, FILETIME* written)
+{
+    if (index == 3) {
+        EXPECT_EQ(ERROR_SUCCESS, RegistryKey().Create({growing, 0}, L"d"));
+    }
+    return RegEnumKeyExW(key, index, name, length, reserved, className, classLength, written);
+}
+
+TEST_F(RegistryEnumeration, TakesWhatIsAddedMeanwhile)
+{
+    growing = key.Get();
+    constexpr zelt::RegistryFunctions kAdding = {AddAtTheEnd, RegEnumValueW, RegSetValueExW, RegSetValueExA};
+    zelt::SetRegistryFunctions(&kAdding);
+    const auto names = key.SubkeyNames();
+    zelt::SetRegistryFunctions(nullptr);
+    EXPECT_EQ((std::vector<std::wstring>{L"a", L"b", L"c", L"d"}), names);
+}
+
 TEST(ConfigurationKey, IsCreatedWhenMissing)
 {
     const zelt::test::ScratchKey scratch;
