@@ -20,6 +20,12 @@ void SetIcon(HWND window, WPARAM size, int resource, int widthMetric, int height
 
 }  // namespace
 
+Dialog::~Dialog()
+{
+    // A window that is left does not look for its object any more.
+    if (window) SetWindowLongPtrW(window, DWLP_USER, 0);
+}
+
 INT_PTR Dialog::RunModal(int resource, HWND owner)
 {
     return DialogBoxParamW(com::ThisModule(), MAKEINTRESOURCEW(resource), owner, Procedure,
@@ -84,6 +90,16 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     return handled;
 }
 
+void Dialog::HandlerReturned()
+{
+    if (--handlers != 0 || !destroyed) return;
+    destroyed = false;
+    com::NoThrow([this] {
+        OnDestroyed();
+        return S_OK;
+    });
+}
+
 INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
@@ -104,7 +120,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         case WM_NCDESTROY: {
             SetWindowLongPtrW(window, DWLP_USER, 0);
             window = nullptr;
-            OnDestroyed();
+            destroyed = true;
             return FALSE;
         }
         default: return OnOther(message, wParam, lParam);

@@ -1,6 +1,9 @@
-// The base of the program's dialogs: a window made from a dialog resource, its messages handed to member functions. The
-// object must outlive the window; a modeless one may delete itself in OnDestroyed, which is the last call. Nothing that a
-// handler throws reaches the system. Layout, lists and pictures are the derived dialogs' own affair.
+// The base of the program's dialogs: a window made from a dialog resource, its messages handed to member functions. Nothing
+// that a handler throws reaches the system. Layout, lists and pictures are the derived dialogs' own affair.
+//
+// A handler that shows a box or a dialog, or calls a component, lets messages in, and the window may be destroyed meanwhile.
+// OnDestroyed therefore waits for the last handler to return: an object that deletes itself does so there and nowhere else.
+// After anything that lets messages in, a handler asks for Window() again: null, once the window is gone.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +18,7 @@ namespace zelt {
 class Dialog {
 public:
     Dialog() = default;
-    virtual ~Dialog() = default;
+    virtual ~Dialog();
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
@@ -39,7 +42,7 @@ protected:
     virtual void OnMinMaxInfo(MINMAXINFO&) {}
     // After the system has scaled the window for a screen of another resolution.
     virtual void OnScaled() {}
-    // The last message of the window has passed.
+    // The last message of the window has passed, and no handler runs any more. The last call: it may delete the object.
     virtual void OnDestroyed() {}
     // Messages that none of the others is for. True when handled.
     virtual bool OnOther(UINT, WPARAM, LPARAM) { return false; }
@@ -55,24 +58,28 @@ protected:
     void SetIcons(int resource);
     // Handles a message with an answer that its sender looks at.
     bool Answer(LRESULT result) const;
-    // Runs what the system calls without Procedure: nothing is thrown into it, and memory that is at its end is told. Takes no
-    // memory itself; the body may end the dialog.
+    // Runs a handler, also one that the system calls without Procedure: nothing is thrown into it, and memory that is at its
+    // end is told. Takes no memory itself. The object may be gone when this returns.
     template <class Body>
-    void Guarded(Body&& body) const
+    void Guarded(Body&& body)
     {
-        const HWND owner = window;
+        ++handlers;
         const HRESULT passed = com::NoThrow([&body] {
             body();
             return S_OK;
         });
-        if (passed == E_OUTOFMEMORY) MessageBoxW(owner, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+        if (passed == E_OUTOFMEMORY) MessageBoxW(window, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+        HandlerReturned();
     }
 
 private:
+    void HandlerReturned();
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND window = nullptr;
+    unsigned handlers = 0;   // in progress, one inside of another
+    bool destroyed = false;  // and OnDestroyed is still to come
 };
 
 // The pointer that means work, as long as this lives.

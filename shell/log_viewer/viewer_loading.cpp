@@ -126,8 +126,9 @@ void CViewLogDlg::BeginFilling()
 LRESULT CALLBACK CViewLogDlg::TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
 {
     auto& viewer = *reinterpret_cast<CViewLogDlg*>(GetWindowLongPtrW(tree, GWLP_USERDATA));
+    const WNDPROC own = viewer.treeProcedure;
     viewer.Guarded([&] { viewer.PrepareTreeFor(message, wParam, lParam); });
-    return CallWindowProcW(viewer.treeProcedure, tree, message, wParam, lParam);
+    return CallWindowProcW(own, tree, message, wParam, lParam);
 }
 
 void CViewLogDlg::FillMore()
