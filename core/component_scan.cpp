@@ -7,7 +7,6 @@
 #include <new>
 #include <optional>
 
-#include "core/message.h"
 #include "core/registry_view.h"
 
 namespace zelt {
@@ -76,23 +75,25 @@ void Examine(const RegistryRoot& root, const std::wstring& identity, std::span<c
     }
 }
 
-void Search(std::span<const ComponentSearch> searches, const ClassSources& sources, Results& results)
+Outcome NotSearched(const wchar_t* text) { return Outcome::Failed(text, L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST); }
+
+Outcome Search(std::span<const ComponentSearch> searches, const ClassSources& sources, Results& results)
 {
     RegistryKey classes;
     if (classes.Open(sources.own, kClasses) != ERROR_SUCCESS) {
-        ShowMessage(L"Failed to open HKEY_CLASSES_ROOT\\CLSID", L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
-        return;
+        return NotSearched(L"Failed to open HKEY_CLASSES_ROOT\\CLSID");
     }
     for (const std::wstring& identity : classes.SubkeyNames()) {
         if (identity.size() <= kLongestName) Examine(sources.own, identity, searches, results);
     }
-    if (!sources.other.key || classes.Open(sources.other, kClasses) != ERROR_SUCCESS) return;
+    if (!sources.other.key || classes.Open(sources.other, kClasses) != ERROR_SUCCESS) return {};
     for (const std::wstring& identity : classes.SubkeyNames()) {
         if (identity.size() > kLongestName) continue;
         if (UsableFromOtherView(sources, std::wstring(kClasses) + L'\\' + identity)) {
             Examine(sources.other, identity, searches, results);
         }
     }
+    return {};
 }
 
 }  // namespace
@@ -118,16 +119,15 @@ std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSour
     return {};
 }
 
-std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,
-                                                       const ClassSources& sources)
+FoundComponents FindComponents(std::span<const ComponentSearch> searches, const ClassSources& sources)
 {
-    Results results(searches.size());
+    FoundComponents found = {Results(searches.size()), {}};
     try {
-        Search(searches, sources, results);
+        found.outcome = Search(searches, sources, found.lists);
     } catch (const std::bad_alloc&) {
-        ShowMessage(L"Out of memory", L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
+        found.outcome = NotSearched(L"Out of memory");
     }
-    return results;
+    return found;
 }
 
 }  // namespace zelt

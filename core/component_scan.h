@@ -1,6 +1,5 @@
 // The search for installed CAPE-OPEN components: one pass over the registered classes, for any number of categories.
-// Reads the registry and creates nothing; a component that is listed may still fail to be created. Main thread only,
-// because a registry that cannot be read is told to the user.
+// Reads the registry and creates nothing; a component that is listed may still fail to be created.
 #pragma once
 
 #include <optional>
@@ -8,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/outcome.h"
 #include "core/registry.h"
 
 namespace zelt {
@@ -37,8 +37,14 @@ ClassSources InstalledClasses();
 // What is registered of a class, whatever its categories; nothing when this process cannot use it.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
-// The components of each search, in the order of the registry; `other`'s follow `own`'s.
-std::vector<std::vector<ComponentInfo>> FindComponents(std::span<const ComponentSearch> searches,
-                                                       const ClassSources& sources = InstalledClasses());
+struct FoundComponents {
+    // For each search, in the order of the registry; `other`'s follow `own`'s.
+    std::vector<std::vector<ComponentInfo>> lists;
+    // Fails when the registered classes cannot be read, or memory does not suffice; the lists are not complete then.
+    Outcome outcome;
+};
+
+FoundComponents FindComponents(std::span<const ComponentSearch> searches,
+                               const ClassSources& sources = InstalledClasses());
 
 }  // namespace zelt

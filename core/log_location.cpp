@@ -7,7 +7,6 @@
 #include <memory>
 
 #include "core/known_folder.h"
-#include "core/message.h"
 
 namespace zelt {
 namespace {
@@ -62,26 +61,29 @@ std::wstring BaseName(const SYSTEMTIME& time)
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-bool AutomaticPath(std::wstring& path)
+Outcome AutomaticPath(std::optional<std::wstring>& path)
 {
     std::wstring folder;
     if (!AutomaticLogFolder(folder)) {
-        ShowMessage(L"Failed to obtain location of Desktop folder", L"Create log file:", MB_OK | MB_ICONERROR);
-        return false;
+        return Outcome::Failed(L"Failed to obtain location of Desktop folder", L"Create log file:",
+                               MB_OK | MB_ICONERROR);
     }
     CreateDirectoryW(folder.c_str(), nullptr);
     const std::wstring base = folder + L'\\' + BaseName(current->localTime());
     path = base + L".zlg";
-    for (int number = 1; Exists(path); ++number) path = base + L'(' + std::to_wstring(number) + L").zlg";
-    return true;
+    for (int number = 1; Exists(*path); ++number) path = base + L'(' + std::to_wstring(number) + L").zlg";
+    return {};
 }
 
 }  // namespace
 
-bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring& path)
+Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path)
 {
-    options.Load();
-    return options.autoLogLocation ? AutomaticPath(path) : current->saveDialog(title, path);
+    path.reset();
+    if (options.autoLogLocation) return AutomaticPath(path);
+    std::wstring chosen;
+    if (current->saveDialog(title, chosen)) path = std::move(chosen);
+    return {};
 }
 
 bool AutomaticLogFolder(std::wstring& folder)

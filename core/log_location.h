@@ -5,15 +5,17 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
+#include "core/outcome.h"
 #include "core/log_options.h"
 
 namespace zelt {
 
-// Reloads the options and chooses the path of a new log. `title` is the dialog's. False when there is to be no log;
-// what the user has to know has been said by then.
-bool ChooseLogPath(LogOptions& options, const std::wstring& title, std::wstring& path);
+// Chooses the path of a new log. `title` is the dialog's. Without a path there is to be no log: the user declined, or the
+// outcome says why. The options are as the caller has loaded them.
+Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path);
 
 // The folder of the logs that are placed automatically, which need not be there yet. False when the desktop has no place.
 bool AutomaticLogFolder(std::wstring& folder);

@@ -1,35 +1,93 @@
 #include "core/log_options.h"
 
 #include <cstring>
+#include <string>
 
 #include "core/configuration_key.h"
 
 namespace zelt {
 namespace {
 
-constexpr wchar_t kAutoLogLocation[] = L"AutoLogLocation";
-constexpr wchar_t kPromptOpenLog[] = L"PromptOpenLog";
-constexpr wchar_t kPravikUnit[] = L"PRAVIKUnit";
+// How one option is kept.
+struct OptionRow {
+    LogOption option;
+    const wchar_t* value;  // its name in the registry
+    const wchar_t* title;  // its name for the user
+    void (*read)(const RegistryKey& key, const wchar_t* value, LogOptions& options);
+    bool (*isValid)(const RegistryKey& key, const wchar_t* value);
+    LSTATUS (*write)(RegistryKey& key, const wchar_t* value, const LogOptions& options);
+};
+
+template <bool LogOptions::*field>
+void ReadSwitch(const RegistryKey& key, const wchar_t* value, LogOptions& options)
+{
+    if (const auto stored = key.ReadDword(value)) options.*field = *stored != 0;
+}
+
+bool IsSwitch(const RegistryKey& key, const wchar_t* value) { return key.ReadDword(value).value_or(MAXDWORD) <= 1; }
+
+template <bool LogOptions::*field>
+LSTATUS WriteSwitch(RegistryKey& key, const wchar_t* value, const LogOptions& options)
+{
+    return key.WriteDword(value, options.*field ? 1 : 0);
+}
+
+template <CLSID LogOptions::*field>
+void ReadClass(const RegistryKey& key, const wchar_t* value, LogOptions& options)
+{
+    const auto stored = key.ReadBytes(value, REG_BINARY);
+    if (stored && stored->size() == sizeof(CLSID)) std::memcpy(&(options.*field), stored->data(), sizeof(CLSID));
+}
+
+bool IsClass(const RegistryKey& key, const wchar_t* value)
+{
+    const auto stored = key.ReadBytes(value, REG_BINARY);
+    return stored && stored->size() == sizeof(CLSID);
+}
+
+template <CLSID LogOptions::*field>
+LSTATUS WriteClass(RegistryKey& key, const wchar_t* value, const LogOptions& options)
+{
+    return key.WriteBytes(value, REG_BINARY, &(options.*field), sizeof(CLSID));
+}
+
+// clang-format off
+constexpr OptionRow kRows[] = {
+    {LogOption::AutoLogLocation, L"AutoLogLocation", L"Automatic log location",
+     ReadSwitch<&LogOptions::autoLogLocation>, IsSwitch, WriteSwitch<&LogOptions::autoLogLocation>},
+    {LogOption::PromptOpenLog,   L"PromptOpenLog",   L"Prompt for opening log when object terminates",
+     ReadSwitch<&LogOptions::promptOpenLog>,   IsSwitch, WriteSwitch<&LogOptions::promptOpenLog>},
+    {LogOption::PravikUnit,      L"PRAVIKUnit",      L"PRAVIK logs unit operation",
+     ReadClass<&LogOptions::pravikUnit>,       IsClass,  WriteClass<&LogOptions::pravikUnit>},
+};
+// clang-format on
 
 }  // namespace
 
-void LogOptions::Load()
+Outcome LogOptions::Load()
 {
     RegistryKey key;
-    if (!OpenConfigurationKey(root, key)) return;
-    if (const auto value = key.ReadDword(kAutoLogLocation)) autoLogLocation = *value != 0;
-    if (const auto value = key.ReadDword(kPromptOpenLog)) promptOpenLog = *value != 0;
-    const auto unit = key.ReadBytes(kPravikUnit, REG_BINARY);
-    if (unit && unit->size() == sizeof pravikUnit) std::memcpy(&pravikUnit, unit->data(), sizeof pravikUnit);
+    Outcome opened = OpenConfigurationKey(root, key);
+    if (!opened) return opened;
+    for (const OptionRow& row : kRows) row.read(key, row.value, *this);
+    return {};
 }
 
-void LogOptions::Save() const
+Outcome LogOptions::Save(LogOption changed) const
 {
     RegistryKey key;
-    if (!OpenConfigurationKey(root, key)) return;
-    key.WriteDword(kAutoLogLocation, autoLogLocation ? 1 : 0);
-    key.WriteDword(kPromptOpenLog, promptOpenLog ? 1 : 0);
-    key.WriteBytes(kPravikUnit, REG_BINARY, &pravikUnit, sizeof pravikUnit);
+    Outcome outcome = OpenConfigurationKey(root, key);
+    if (!outcome) return outcome;
+    for (const OptionRow& row : kRows) {
+        const bool isChanged = row.option == changed;
+        if (!isChanged && row.isValid(key, row.value)) continue;
+        const LSTATUS error = row.write(key, row.value, *this);
+        // The user has not touched another one: without a value it has its default.
+        if (isChanged && error != ERROR_SUCCESS) {
+            outcome = NotStored(std::wstring(L"the option \"") + row.title + L'"', error);
+        }
+    }
+    return outcome;
 }
 
 LogOptions& TheLogOptions()

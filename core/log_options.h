@@ -1,10 +1,19 @@
-// The user's three settings that govern logging, and their place in the registry. Loading never fails: a value that is
-// missing or malformed leaves the field as it was. Main thread only.
+// The user's three settings that govern logging, and their place in the registry. Loading changes nothing for a value that is
+// missing or malformed. Main thread only.
 #pragma once
 
+#include "core/outcome.h"
 #include "core/registry.h"
 
 namespace zelt {
+
+// clang-format off
+enum class LogOption {
+    AutoLogLocation,
+    PromptOpenLog,
+    PravikUnit,
+};
+// clang-format on
 
 struct LogOptions {
     bool autoLogLocation = false;  // Logs go to a folder on the desktop instead of where a dialog says.
@@ -12,8 +21,11 @@ struct LogOptions {
     CLSID pravikUnit = CLSID{};    // The unit operation that PRAVIK creates; all zero when none is chosen.
     RegistryRoot root;             // Where the settings are kept.
 
-    void Load();
-    void Save() const;
+    // Fails when the registry cannot be reached; the fields stay as they were then.
+    Outcome Load();
+    // Stores one option, the one that was changed. Another is stored only where the registry has no valid value for it: what
+    // another program has changed meanwhile stays.
+    Outcome Save(LogOption changed) const;
 };
 
 // The instance of the process.

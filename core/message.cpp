@@ -17,6 +17,13 @@ int ShowMessage(const std::wstring& text, const wchar_t* caption, UINT flags)
     return current(text.c_str(), caption, flags);
 }
 
+void ShowFailure(const Outcome& outcome)
+{
+    if (outcome) return;
+    const Outcome::Notice& notice = outcome.Failure();
+    ShowMessage(notice.text, notice.caption, notice.flags);
+}
+
 MessageFunction SetMessageFunction(MessageFunction function)
 {
     const MessageFunction before = current;

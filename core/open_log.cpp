@@ -2,10 +2,10 @@
 
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "core/log_location.h"
 #include "core/log_options.h"
-#include "core/message.h"
 #include "core/narrow.h"
 
 namespace zelt {
@@ -22,19 +22,22 @@ std::wstring ErrnoText(int error)
 
 }  // namespace
 
-LogDocument* OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
-                     std::string_view objectType)
+OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
+                  std::string_view objectType)
 {
-    std::wstring path;
-    if (!ChooseLogPath(options, L"Create log for " + titleName + L":", path)) return nullptr;
+    OpenedLog log;
+    std::optional<std::wstring> path;
+    log.outcome = ChooseLogPath(options, L"Create log for " + titleName + L":", path);
+    if (!path) return log;
     LogFile file;
-    if (const int error = file.Open(path)) {
-        ShowMessage(L"Failed to open log file \"" + path + L"\" for writing: " + ErrnoText(error) +
-                        L"\r\nLogging will not be enabled",
-                    L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
-        return nullptr;
+    if (const int error = file.Open(*path)) {
+        log.outcome = Outcome::Failed(L"Failed to open log file \"" + *path + L"\" for writing: " + ErrnoText(error) +
+                                          L"\r\nLogging will not be enabled",
+                                      L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
+        return log;
     }
-    return new LogDocument(std::move(file), Narrow(objectName), objectType, std::move(path), options);
+    log.document = new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options);
+    return log;
 }
 
 }  // namespace zelt

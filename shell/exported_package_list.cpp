@@ -46,18 +46,19 @@ int HighestNumber(const RegistryKey& key)
 
 }  // namespace
 
-void ExportedPackageList::Load()
+Outcome ExportedPackageList::Load()
 {
     entries.clear();
     leftOut.clear();
-    ReadEntries();
+    RegistryKey key;
+    Outcome opened = OpenConfigurationKey(root, key);
+    if (opened) ReadEntries(key);
     Refresh();
+    return opened;
 }
 
-void ExportedPackageList::ReadEntries()
+void ExportedPackageList::ReadEntries(const RegistryKey& key)
 {
-    RegistryKey key;
-    if (!OpenConfigurationKey(root, key)) return;
     // The count is signed: a negative one means none. A wild one is not counted up to.
     const auto stored = static_cast<int>(key.ReadDword(kCount).value_or(0));
     const int count = std::min(stored, HighestNumber(key));
@@ -75,14 +76,23 @@ void ExportedPackageList::ReadEntries()
     if (stored > count) leftOut.push_back(count + 1);
 }
 
-void ExportedPackageList::Save() const
+Outcome ExportedPackageList::Save() const
 {
     RegistryKey key;
-    if (!OpenConfigurationKey(root, key)) return;
-    key.WriteDword(kCount, static_cast<DWORD>(entries.size()));
+    Outcome opened = OpenConfigurationKey(root, key);
+    if (!opened) return opened;
+    LSTATUS error = key.WriteDword(kCount, static_cast<DWORD>(entries.size()));
+    std::wstring lost = L"the list of packages";
     for (std::size_t index = 0; index < entries.size(); ++index) {
-        key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, entries[index].package->Format());
+        const ExportedPackage& package = *entries[index].package;
+        const LSTATUS result = key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, package.Format());
+        if (result == ERROR_SUCCESS) continue;
+        // One alone is named.
+        lost = error == ERROR_SUCCESS ? L"the package \"" + package.exportedName + L'"' : L"the list of packages";
+        error = result;
     }
+    if (error == ERROR_SUCCESS) return {};
+    return NotStored(lost, error);
 }
 
 std::optional<std::size_t> ExportedPackageList::Find(PackageIdentity identity) const

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/outcome.h"
 #include "core/registry.h"
 #include "shell/exported_package.h"
 
@@ -20,10 +21,12 @@ class ExportedPackageList {
 public:
     explicit ExportedPackageList(const RegistryRoot& root = {}) : root(root) {}
 
-    // Replaces the list by the stored one; a stored entry that is bad is left out. Refreshes the view.
-    void Load();
-    // Writes the whole list. Values of a longer list before it stay; NumPackages bounds what is read.
-    void Save() const;
+    // Replaces the list by the stored one; a stored entry that is bad is left out. Refreshes the view. Fails, with an empty
+    // list, when the registry cannot be reached.
+    Outcome Load();
+    // Writes the whole list, or as much of it as the registry takes. Values of a longer list before it stay; NumPackages
+    // bounds what is read.
+    Outcome Save() const;
 
     // The numbers of the stored entries that the last load left out; of entries that are not there, the first.
     const std::vector<int>& LeftOut() const { return leftOut; }
@@ -54,7 +57,7 @@ private:
         PackageIdentity identity;
         std::unique_ptr<ExportedPackage> package;
     };
-    void ReadEntries();
+    void ReadEntries(const RegistryKey& key);
 
     RegistryRoot root;
     std::vector<Entry> entries;
@@ -65,7 +68,7 @@ private:
 // The list of the process.
 ExportedPackageList& ExportedPackages();
 
-inline void LoadPackages() { ExportedPackages().Load(); }
-inline void SavePackages() { ExportedPackages().Save(); }
+inline Outcome LoadPackages() { return ExportedPackages().Load(); }
+inline Outcome SavePackages() { return ExportedPackages().Save(); }
 
 }  // namespace zelt

@@ -8,6 +8,7 @@
 #include "com/type_info.h"
 #include "core/fault_guard.h"
 #include "core/log_document.h"
+#include "core/message.h"
 #include "res/resource.h"
 #include "shell/exported_package_list.h"
 #include "shell/library_search.h"
@@ -78,11 +79,11 @@ int CZELTModule::Run(const std::wstring& tail)
     if (plan.action != RegistrationAction::None) return RunRegistration(plan.action);
     const std::wstring logFile = AbsolutePath(plan.logFile);
     LeaveCurrentFolder();
-    Options().Load();
+    ShowFailure(Options().Load());
     if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
         listHold.emplace();
-        LoadPackages();
+        ShowFailure(LoadPackages());
     }
     if (plan.mode == StartMode::Interactive) kUserInterface.showMainWindow();
     return Serve();

@@ -7,8 +7,8 @@
 #include "core/foreign_creation.h"
 #include "core/hr_name.h"
 #include "core/narrow.h"
-#include "core/open_log.h"
 #include "thermo/package_failure.h"
+#include "unit/root_log.h"
 
 namespace zelt {
 namespace {
@@ -96,9 +96,9 @@ IDispatch* CreateExportedPackage(const ManagerRow& row, ExportedPackage package,
     if (!created) Fail(row.nullResult);
     RenamePackage(created.Get(), package.exportedName);
 
-    const DocumentHold document(package.loggingEnabled
-                                    ? OpenLog(options, package.exportedName, package.exportedName, row.logDescription)
-                                    : nullptr);
+    const DocumentHold document(
+        package.loggingEnabled ? OpenRootLog(options, package.exportedName, package.exportedName, row.logDescription)
+                               : nullptr);
     const ProxyPtr proxy(row.newProxy());
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
     IDispatch* result = nullptr;

@@ -85,8 +85,9 @@ HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const
         ExportedPackageList& list = ExportedPackages();
         if (const auto index = list.Find(record)) {
             list.Remove(*index);
-            list.Save();
+            const Outcome saved = list.Save();
             list.Refresh();
+            ShowFailure(saved);
         }
     }
     // Raised again: calls that came in meanwhile may have raised errors of their own.

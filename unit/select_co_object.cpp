@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/message.h"
 #include "res/resource.h"
 
 namespace zelt {
@@ -23,7 +24,9 @@ CSelectCOObject::CSelectCOObject(std::wstring title, const wchar_t* category, RE
     : title(std::move(title))
 {
     const ComponentSearch search[] = {{category, leftOut}};
-    components = std::move(FindComponents(search, sources).front());
+    FoundComponents found = FindComponents(search, sources);
+    components = std::move(found.lists.front());
+    ShowFailure(found.outcome);
 }
 
 INT_PTR CSelectCOObject::DoModal(HWND owner) { return RunModal(kSelectDialog, owner); }

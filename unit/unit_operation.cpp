@@ -9,7 +9,7 @@
 #include "core/hr_name.h"
 #include "core/message.h"
 #include "core/narrow.h"
-#include "core/open_log.h"
+#include "unit/root_log.h"
 #include "unit/select_co_object.h"
 
 namespace zelt {
@@ -56,7 +56,8 @@ CUnitOperation::CUnitOperation(LogOptions& options)
 
 void CUnitOperation::OpenOwnLog()
 {
-    const DocumentHold log(OpenLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation"));
+    const DocumentHold log(
+        OpenRootLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation"));
     AttachAsRoot(nullptr, log.Get(), kInitialName);
 }
 

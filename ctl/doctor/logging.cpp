@@ -36,7 +36,7 @@ void CheckLogging(Findings& findings)
 {
     LogOptions options;
     options.root = TheLogOptions().root;
-    options.Load();
+    Require(options.Load());
     std::wstring folder;
     if (options.autoLogLocation && (!AutomaticLogFolder(folder) || !CanHoldLogs(folder))) {
         const std::string place = folder.empty()

@@ -96,7 +96,7 @@ void CheckPackage(const ExportedPackage& package, ManagerAnswers& managers, Find
 
 void CheckPackages(Findings& findings)
 {
-    LoadPackages();
+    Require(LoadPackages());
     const ExportedPackageList& list = ExportedPackages();
     for (const int number : list.LeftOut()) {
         findings.push_back(

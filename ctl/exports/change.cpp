@@ -25,7 +25,7 @@ int SwitchLog(const Arguments& arguments, Streams& streams, bool on)
 int ListExports(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    LoadPackages();
+    Require(LoadPackages());
     std::vector<ExportedPackage> packages;
     for (std::size_t index = 0; index < ExportedPackages().Count(); ++index) {
         packages.push_back(ExportedPackages().At(index));

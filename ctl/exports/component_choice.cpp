@@ -42,7 +42,9 @@ ChosenComponent ChooseComponent(const std::string& word, bool manager, const std
 {
     if (type) CheckType(*type);
     const auto rows = PackageKindRows();
-    const auto found = FindPackageComponents(rows);
+    const FoundComponents components = FindPackageComponents(rows);
+    Require(components.outcome);
+    const auto& found = components.lists;
     std::vector<ChosenComponent> meant;
     bool otherSort = false;
     for (std::size_t index = 0; index < rows.size(); ++index) {

@@ -85,7 +85,9 @@ int Discover(bool askManagers, Report report)
 {
     int result = kFine;
     const auto rows = PackageKindRows();
-    const auto found = FindPackageComponents(rows);
+    const FoundComponents components = FindPackageComponents(rows);
+    Require(components.outcome);
+    const auto& found = components.lists;
     for (std::size_t index = 0; index < rows.size(); ++index) {
         if (!found[index].empty()) report.Heading(rows[index].heading);
         for (const ComponentInfo& component : found[index]) {
@@ -95,9 +97,10 @@ int Discover(bool askManagers, Report report)
             report.Component(component, &rows[index], packages);
         }
     }
-    const auto& units = InstalledUnitOperations();
-    if (!units.empty()) report.Heading(L"Unit operations");
-    for (const ComponentInfo& unit : units) report.Component(unit, nullptr, {});
+    const UnitOperations& units = InstalledUnitOperations();
+    Require(units.outcome);
+    if (!units.found.empty()) report.Heading(L"Unit operations");
+    for (const ComponentInfo& unit : units.found) report.Component(unit, nullptr, {});
     report.Finish();
     return result;
 }

@@ -16,7 +16,7 @@ LogOptions StoredOptions()
 {
     LogOptions options;
     options.root = TheLogOptions().root;
-    options.Load();
+    Require(options.Load());
     return options;
 }
 
@@ -33,23 +33,15 @@ CLSID UnitOf(const std::string& word)
 {
     if (word == "ask") return CLSID_NULL;
     std::optional<CLSID> meant;
-    for (const ComponentInfo& unit : InstalledUnitOperations()) {
+    const UnitOperations& installed = InstalledUnitOperations();
+    Require(installed.outcome);
+    for (const ComponentInfo& unit : installed.found) {
         if (!Means(Wide(word), unit)) continue;
         if (meant) throw Refusal("\"" + word + "\" means more than one unit operation; say its class identifier");
         meant = unit.classId;
     }
     if (!meant) throw Refusal("no unit operation \"" + word + "\" is installed; zeltctl discover lists them");
     return *meant;
-}
-
-void Save(const LogOptions& options)
-{
-    options.Save();
-    const LogOptions stored = StoredOptions();
-    if (stored.autoLogLocation != options.autoLogLocation || stored.promptOpenLog != options.promptOpenLog ||
-        stored.pravikUnit != options.pravikUnit) {
-        throw InputError("the options cannot be written to the registry");
-    }
 }
 
 void Write(const LogOptions& options, bool asJson, Output& out)
@@ -87,7 +79,9 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     options.autoLogLocation = automatic.value_or(options.autoLogLocation);
     options.promptOpenLog = prompt.value_or(options.promptOpenLog);
     options.pravikUnit = unit.value_or(options.pravikUnit);
-    if (automatic || prompt || unit) Save(options);
+    if (automatic) Require(options.Save(LogOption::AutoLogLocation));
+    if (prompt) Require(options.Save(LogOption::PromptOpenLog));
+    if (unit) Require(options.Save(LogOption::PravikUnit));
     Write(options, arguments.Has("--json"), streams.data);
     return kFine;
 }

@@ -7,22 +7,17 @@
 #include "ctl/command.h"
 
 namespace zelt::ctl {
-namespace {
 
-int EndCommand(const wchar_t* text, const wchar_t*, UINT) { throw InputError(Utf8(text)); }
-
-}  // namespace
-
-Session::Session()
-    : initialized(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)), boxes(SetMessageFunction(EndCommand))
-{
-    PrepareGuards();
-}
+Session::Session() : initialized(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) { PrepareGuards(); }
 
 Session::~Session()
 {
-    SetMessageFunction(boxes);
     if (SUCCEEDED(initialized)) CoUninitialize();
+}
+
+void Require(const Outcome& outcome)
+{
+    if (!outcome) throw InputError(Utf8(outcome.Failure().text));
 }
 
 std::string Utf8(std::wstring_view text) { return Narrow(text, CP_UTF8); }

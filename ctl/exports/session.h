@@ -1,4 +1,4 @@
-// What a command needs of Windows while it runs: COM on its thread, guards around other people's components, and no
+// What a command needs of Windows while it runs: COM on its thread, and guards around other people's components. There are no
 // message boxes, since nobody may be there to answer: what one would say ends the command instead.
 #pragma once
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/message.h"
+#include "core/outcome.h"
 
 namespace zelt::ctl {
 
@@ -20,8 +20,10 @@ public:
 
 private:
     const HRESULT initialized;
-    const MessageFunction boxes;
 };
+
+// Throws InputError with the text of what was not done.
+void Require(const Outcome& outcome);
 
 // Between the system's text and that of the command line and its output.
 std::string Utf8(std::wstring_view text);

@@ -24,7 +24,7 @@ StoredPackages::StoredPackages()
             "ZELT runs, and would write its own list of packages over this change; close its window and the simulators "
             "that use it, then try again");
     }
-    LoadPackages();
+    Require(LoadPackages());
 }
 
 std::size_t StoredPackages::Find(const std::string& name)
@@ -39,8 +39,8 @@ std::size_t StoredPackages::Find(const std::string& name)
 void StoredPackages::Save()
 {
     const std::vector<std::string> wanted = TextsOf(List());
-    SavePackages();
-    LoadPackages();
+    Require(SavePackages());
+    Require(LoadPackages());
     if (TextsOf(List()) != wanted) throw InputError("the list of packages cannot be written to the registry");
 }
 

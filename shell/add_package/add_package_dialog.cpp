@@ -41,8 +41,9 @@ bool CAddPackageDlg::OnInit()
     layout.Attach(Window(), kLayout);
     SendMessageW(Item(kExportName), EM_SETLIMITTEXT, kLongestExportName, 0);
     components.Attach(Item(kComponentTree), images);
-    components.Fill(KindsOf(choice), sources);
+    const Outcome filled = components.Fill(KindsOf(choice), sources);
     ProposeName();
+    if (!filled) ShowBox(filled.Failure().text, filled.Failure().caption, filled.Failure().flags);
     return true;
 }
 

@@ -12,9 +12,10 @@ void ComponentTree::Attach(HWND treeView, HIMAGELIST images)
     TreeView_SetImageList(tree, images, TVSIL_NORMAL);
 }
 
-void ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources)
+Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources)
 {
-    const auto found = FindPackageComponents(kinds, sources);
+    FoundComponents components = FindPackageComponents(kinds, sources);
+    const auto& found = components.lists;
     for (std::size_t index = 0; index < kinds.size(); ++index) {
         if (found[index].empty()) continue;
         const PackageKindRow& row = kinds[index];
@@ -28,6 +29,7 @@ void ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSourc
     if (found.empty() || nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");
     TreeView_SelectItem(tree, TreeView_GetRoot(tree));
     TreeView_EnsureVisible(tree, TreeView_GetRoot(tree));
+    return std::move(components.outcome);
 }
 
 bool ComponentTree::PrepareExpansion(HTREEITEM item, const ListingFailure& failed)

@@ -25,7 +25,8 @@ public:
     };
 
     void Attach(HWND treeView, HIMAGELIST images);
-    void Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources);
+    // What could not be searched is the caller's to show.
+    Outcome Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources);
 
     // To be called before an item is expanded. False when there is nothing to be shown below it.
     bool PrepareExpansion(HTREEITEM item, const ListingFailure& failed);

@@ -22,8 +22,7 @@ std::span<const PackageKindRow> PackageKindRows()
     return rows;
 }
 
-std::vector<std::vector<ComponentInfo>> FindPackageComponents(std::span<const PackageKindRow> kinds,
-                                                              const ClassSources& sources)
+FoundComponents FindPackageComponents(std::span<const PackageKindRow> kinds, const ClassSources& sources)
 {
     std::vector<ComponentSearch> searches;
     for (const PackageKindRow& row : kinds) searches.push_back({row.category, row.ownClass});

@@ -20,9 +20,9 @@ struct PackageKindRow {
 // In the order of PackageKind.
 std::span<const PackageKindRow> PackageKindRows();
 
-// The installed components of each kind, but for this program's own.
-std::vector<std::vector<ComponentInfo>> FindPackageComponents(std::span<const PackageKindRow> kinds,
-                                                              const ClassSources& sources = InstalledClasses());
+// The installed components of each kind, a list each, but for this program's own.
+FoundComponents FindPackageComponents(std::span<const PackageKindRow> kinds,
+                                      const ClassSources& sources = InstalledClasses());
 
 // The component is a manager, and its packages are what can be exported.
 constexpr bool IsManager(PackageKind kind) { return static_cast<unsigned>(kind) % 2 == 0; }

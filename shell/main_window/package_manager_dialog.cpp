@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/message.h"
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
 #include "shell/add_package/export_name.h"
@@ -24,7 +25,11 @@ constexpr int kMargin = 6;
 // Main thread only, like the window.
 std::unique_ptr<CPackageManagerDlg> mainWindow;
 
-HIMAGELIST Images() { return CZELTModule::Instance()->SmallImages(); }
+HIMAGELIST Images()
+{
+    const CZELTModule* module = CZELTModule::Instance();
+    return module ? module->SmallImages() : nullptr;
+}
 
 void EnableItem(HMENU menu, UINT command, bool enabled)
 {
@@ -111,14 +116,16 @@ bool CPackageManagerDlg::OnCommand(int id, int)
         case kCommandRemovePackage: RemovePackage(); return true;
         case kCommandEnableLogging: ToggleLogging(); return true;
         case kCommandViewLog: ViewLog(); return true;
-        case kCommandAutoLogLocation: ToggleOption(&LogOptions::autoLogLocation); return true;
-        case kCommandPromptOpenLog: ToggleOption(&LogOptions::promptOpenLog); return true;
+        case kCommandAutoLogLocation:
+            ToggleOption(LogOption::AutoLogLocation, &LogOptions::autoLogLocation);
+            return true;
+        case kCommandPromptOpenLog: ToggleOption(LogOption::PromptOpenLog, &LogOptions::promptOpenLog); return true;
         case kCommandAskUser: ChooseUnitOperation(CLSID_NULL); return true;
         case kCommandHelp: OpenHelp(Window()); return true;
         case kCommandAbout: CAboutDlg().Run(Window()); return true;
     }
     if (id < kCommandFirstUnitOperation || id > kCommandUnknownUnitOperation) return false;
-    if (const auto classId = UnitOperationOf(id, InstalledUnitOperations())) ChooseUnitOperation(*classId);
+    if (const auto classId = UnitOperationOf(id, UnitOperationChoices())) ChooseUnitOperation(*classId);
     return true;
 }
 
@@ -133,7 +140,7 @@ bool CPackageManagerDlg::OnNotify(const NMHDR& header, LRESULT&)
 {
     if (header.idFrom != kPackageList || header.code != LVN_ITEMCHANGED) return false;
     if (const auto change = list.ChangedCheck(reinterpret_cast<const NMLISTVIEW&>(header))) TakeCheck(*change);
-    UpdateRemoveItem();
+    if (Window()) UpdateRemoveItem();
     return true;
 }
 
@@ -144,7 +151,7 @@ void CPackageManagerDlg::OnPopupMenu(HMENU menu)
     if (menu == optionsMenu) PrepareOptionsMenu();
     if (menu == unitOperationMenu) {
         const WaitCursor wait;
-        PrepareUnitOperationMenu(menu, InstalledUnitOperations(), TheLogOptions().pravikUnit);
+        PrepareUnitOperationMenu(menu, UnitOperationChoices(), TheLogOptions().pravikUnit);
     }
 }
 
@@ -178,7 +185,7 @@ void CPackageManagerDlg::AddPackage()
     }
     ExportedPackages().Append(std::move(package));
     FillList();
-    SavePackages();
+    ShowFailure(SavePackages());
 }
 
 void CPackageManagerDlg::RemovePackage()
@@ -186,8 +193,8 @@ void CPackageManagerDlg::RemovePackage()
     const auto row = list.Selected();
     if (!row || *row >= ExportedPackages().Count()) return;
     ExportedPackages().Remove(*row);
-    SavePackages();
-    FillList();
+    ShowFailure(SavePackages());
+    if (Window()) FillList();
 }
 
 void CPackageManagerDlg::ToggleLogging()
@@ -198,7 +205,8 @@ void CPackageManagerDlg::ToggleLogging()
     package.loggingEnabled = !package.loggingEnabled;
     const PackageIdentity identity = ExportedPackages().IdentityAt(*row);
     // A message about the registry lets calls in, and they may change the list.
-    SavePackages();
+    ShowFailure(SavePackages());
+    if (!Window()) return;
     FillList();
     if (const auto place = ExportedPackages().Find(identity)) list.Select(*place);
 }
@@ -209,7 +217,7 @@ void CPackageManagerDlg::TakeCheck(const PackageListView::CheckChange& change)
     ExportedPackage& package = ExportedPackages().At(change.row);
     if (package.loggingEnabled == change.checked) return;
     package.loggingEnabled = change.checked;
-    SavePackages();
+    ShowFailure(SavePackages());
 }
 
 void CPackageManagerDlg::ViewLog()
@@ -227,19 +235,26 @@ void CPackageManagerDlg::ViewLog()
     if (GetOpenFileNameW(&dialog)) kUserInterface.showLogViewer(path);
 }
 
-void CPackageManagerDlg::ToggleOption(bool LogOptions::*option)
+void CPackageManagerDlg::ToggleOption(LogOption option, bool LogOptions::*field)
 {
     LogOptions& options = TheLogOptions();
     // Other processes may have changed the settings since.
-    options.Load();
-    options.*option = !(options.*option);
-    options.Save();
+    ShowFailure(options.Load());
+    options.*field = !(options.*field);
+    ShowFailure(options.Save(option));
 }
 
 void CPackageManagerDlg::ChooseUnitOperation(REFCLSID classId)
 {
     TheLogOptions().pravikUnit = classId;
-    TheLogOptions().Save();
+    ShowFailure(TheLogOptions().Save(LogOption::PravikUnit));
+}
+
+const std::vector<ComponentInfo>& CPackageManagerDlg::UnitOperationChoices()
+{
+    const UnitOperations& installed = InstalledUnitOperations();
+    if (!std::exchange(searchShown, true)) ShowFailure(installed.outcome);
+    return installed.found;
 }
 
 void CPackageManagerDlg::PrepareLogMenu()
@@ -253,7 +268,8 @@ void CPackageManagerDlg::PrepareLogMenu()
 void CPackageManagerDlg::PrepareOptionsMenu()
 {
     LogOptions& options = TheLogOptions();
-    options.Load();
+    ShowFailure(options.Load());
+    if (!Window()) return;
     CheckItem(optionsMenu, kCommandAutoLogLocation, options.autoLogLocation);
     CheckItem(optionsMenu, kCommandPromptOpenLog, options.promptOpenLog);
 }

@@ -3,6 +3,7 @@
 // the process: calls from simulators may change it whenever messages are pumped, and the window follows.
 #pragma once
 
+#include "core/component_scan.h"
 #include "core/log_options.h"
 #include "core/dialog.h"
 #include "shell/exported_package_list.h"
@@ -38,14 +39,17 @@ private:
     void ToggleLogging();
     void TakeCheck(const PackageListView::CheckChange& change);
     void ViewLog();
-    void ToggleOption(bool LogOptions::*option);
+    void ToggleOption(LogOption option, bool LogOptions::*field);
     void ChooseUnitOperation(REFCLSID classId);
+    // The first time, the user reads what went wrong with the search.
+    const std::vector<ComponentInfo>& UnitOperationChoices();
 
     void PrepareLogMenu();
     void PrepareOptionsMenu();
 
     Lock lock;
     PackageListView list;
+    bool searchShown = false;
     HMENU packageMenu = nullptr, logMenu = nullptr, optionsMenu = nullptr, unitOperationMenu = nullptr;
 };
 

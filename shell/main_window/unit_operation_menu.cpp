@@ -24,13 +24,15 @@ UINT CheckFlag(bool checked) { return checked ? MF_CHECKED : MF_UNCHECKED; }
 
 }  // namespace
 
-const std::vector<ComponentInfo>& InstalledUnitOperations()
+const UnitOperations& InstalledUnitOperations()
 {
-    static const std::vector<ComponentInfo> found = [] {
+    // Nothing here lets messages in: a call from inside of the initialiser would not be defined.
+    static const UnitOperations installed = [] {
         const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
-        return std::move(FindComponents(search).front());
+        FoundComponents components = FindComponents(search);
+        return UnitOperations{std::move(components.lists.front()), std::move(components.outcome)};
     }();
-    return found;
+    return installed;
 }
 
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen)

@@ -12,8 +12,13 @@
 
 namespace zelt {
 
+struct UnitOperations {
+    std::vector<ComponentInfo> found;
+    Outcome outcome;  // of the search
+};
+
 // The unit operations of this computer, but for the program's own. Gathered when first asked for, once a process.
-const std::vector<ComponentInfo>& InstalledUnitOperations();
+const UnitOperations& InstalledUnitOperations();
 
 // Fills the menu anew behind its first item, and checks the item of `chosen`.
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen);

@@ -39,7 +39,7 @@ find({no_chdir => 1, wanted => sub {
     $source =~ s{^\s*#include.*$}{}mg;
     push @known, Literals($source);
     return if !/\.cpp$/;
-    while ($source =~ /\b(?:ShowMessage|ShowBox|Box|MessageBoxW)(\((?:[^()"]|$literal|(?1))*\))/g) {
+    while ($source =~ /\b(?:ShowMessage|ShowBox|Box|MessageBoxW|Failed|NotSearched)(\((?:[^()"]|$literal|(?1))*\))/g) {
         my $call = $1;
         $boxes{$_} = $call for grep { /[A-Za-z]{3}/ } Literals($call);
     }

@@ -42,7 +42,9 @@ protected:
         EXPECT_EQ(ERROR_SUCCESS, own.Create(scratch.Root(), L"Own"));
         EXPECT_EQ(ERROR_SUCCESS, other.Create(scratch.Root(), L"Other"));
         const zelt::ComponentSearch searches[] = {{kCategory, leftOut}};
-        return zelt::FindComponents(searches, {{own.Get(), 0}, {bothViews ? other.Get() : nullptr, 0}}).front();
+        auto found = zelt::FindComponents(searches, {{own.Get(), 0}, {bothViews ? other.Get() : nullptr, 0}});
+        EXPECT_TRUE(found.outcome);
+        return found.lists.front();
     }
     std::wstring OnlyName()
     {
@@ -109,7 +111,7 @@ TEST_F(ComponentScan, OnePassServesSeveralCategories)
     zelt::RegistryKey own;
     ASSERT_EQ(ERROR_SUCCESS, own.Open(scratch.Root(), L"Own"));
     const zelt::ComponentSearch searches[] = {{kCategory, CLSID_NULL}, {kOtherCategory, ClassOf(kFirst)}};
-    const auto found = zelt::FindComponents(searches, {{own.Get(), 0}, {nullptr, 0}});
+    const auto found = zelt::FindComponents(searches, {{own.Get(), 0}, {nullptr, 0}}).lists;
     ASSERT_EQ(2u, found.size());
     ASSERT_EQ(1u, found[0].size());
     EXPECT_EQ(ClassOf(kFirst), found[0][0].classId);
@@ -139,11 +141,14 @@ TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
 TEST_F(ComponentScan, SaysThatTheClassesCannotBeRead)
 {
     const zelt::ComponentSearch searches[] = {{kCategory, CLSID_NULL}};
-    EXPECT_TRUE(zelt::FindComponents(searches, {scratch.Root(), {nullptr, 0}}).front().empty());
-    ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(L"Failed to open HKEY_CLASSES_ROOT\\CLSID", messages.All()[0].text);
-    EXPECT_EQ(L"Error:", messages.All()[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
+    const auto found = zelt::FindComponents(searches, {scratch.Root(), {nullptr, 0}});
+    ASSERT_EQ(1u, found.lists.size());
+    EXPECT_TRUE(found.lists.front().empty());
+    ASSERT_FALSE(found.outcome);
+    EXPECT_EQ(L"Failed to open HKEY_CLASSES_ROOT\\CLSID", found.outcome.Failure().text);
+    EXPECT_STREQ(L"Error:", found.outcome.Failure().caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), found.outcome.Failure().flags);
+    EXPECT_TRUE(messages.All().empty());
 }
 
 }  // namespace

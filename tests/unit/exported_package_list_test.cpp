@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string_view>
 
-#include "tests/unit/recorded_messages.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/unit/recorded_messages.h"
+#include "tests/system/harness/refused_writes.h"
 
 namespace {
 
@@ -45,9 +47,9 @@ TEST(ExportedPackageList, IsReadBackAsSaved)
     saved.Append(Package(L"a"));
     saved.Append(Package(L"b"));
     saved.At(1).loggingEnabled = false;
-    saved.Save();
+    EXPECT_TRUE(saved.Save());
     loaded.Append(Package(L"replaced"));
-    loaded.Load();
+    EXPECT_TRUE(loaded.Load());
     EXPECT_EQ((NameList{L"a", L"b"}), Names(loaded));
     EXPECT_EQ(L"source of b", loaded.At(1).sourceName);
     EXPECT_TRUE(loaded.At(0).loggingEnabled);
@@ -61,17 +63,17 @@ TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
     Store(scratch, "Package1", L"first");
     Store(scratch, "Package3", L"third");
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"first", L"third"}), Names(list));
     EXPECT_EQ((std::vector<int>{2}), list.LeftOut());
 
-    list.Save();
+    EXPECT_TRUE(list.Save());
     const RegistryKey key = scratch.Settings();
     EXPECT_EQ(2u, key.ReadDword(L"NumPackages"));
     EXPECT_EQ(Package(L"first")->Format(), key.ReadNarrow("Package1", REG_MULTI_SZ));
     EXPECT_EQ(Package(L"third")->Format(), key.ReadNarrow("Package2", REG_MULTI_SZ));
     EXPECT_EQ(Package(L"third")->Format(), key.ReadNarrow("Package3", REG_MULTI_SZ));
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"first", L"third"}), Names(list));
 }
 
@@ -89,7 +91,7 @@ TEST(ExportedPackageList, SkipsBadEntries)
     Store(scratch, "Package5", L"also good");
     const zelt::test::RecordedMessages messages;
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"good", L"also good"}), Names(list));
     EXPECT_TRUE(messages.All().empty());
 }
@@ -101,7 +103,7 @@ TEST(ExportedPackageList, ReadsNamesInLettersOfAnyCase)
     Store(scratch, "package1", L"one");
     Store(scratch, "PACKAGE2", L"two");
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"one", L"two"}), Names(list));
 }
 
@@ -113,7 +115,7 @@ TEST(ExportedPackageList, ReadsNoFurtherThanItsCount)
     Store(scratch, "Package1", L"one");
     Store(scratch, "Package2", L"stale");
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"one"}), Names(list));
 }
 
@@ -126,7 +128,7 @@ TEST(ExportedPackageList, IsEmptyWithoutAGoodCount)
         storeCount(key);
         ExportedPackageList list(scratch.Root());
         list.Append(Package(L"old"));
-        list.Load();
+        EXPECT_TRUE(list.Load());
         return list.Count();
     };
     EXPECT_EQ(1u, loadedCount([](RegistryKey& key) { key.WriteDword(L"NumPackages", 1); }));
@@ -149,7 +151,7 @@ TEST(ExportedPackageList, ReadsLongEntries)
         Store(scratch, "Package2", name);
         Store(scratch, "Package3", L"short again");
         ExportedPackageList list(scratch.Root());
-        list.Load();
+        EXPECT_TRUE(list.Load());
         EXPECT_EQ((NameList{L"short", name, L"short again"}), Names(list)) << length;
     }
 }
@@ -166,7 +168,7 @@ TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
         L"0\0s\0bare";
     key.WriteBytes(L"Package2", REG_MULTI_SZ, text, sizeof text - sizeof(wchar_t));
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     ASSERT_EQ(2u, list.Count());
     EXPECT_EQ(L"bare", list.At(1).exportedName);
     EXPECT_FALSE(list.At(1).loggingEnabled);
@@ -175,25 +177,61 @@ TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
 TEST(ExportedPackageList, SavesAnEmptyListAsZero)
 {
     const zelt::test::ScratchKey scratch;
-    ExportedPackageList(scratch.Root()).Save();
+    EXPECT_TRUE(ExportedPackageList(scratch.Root()).Save());
     const RegistryKey key = scratch.Settings();
     EXPECT_EQ(0u, key.ReadDword(L"NumPackages"));
     EXPECT_EQ(std::vector<std::wstring>{L"NumPackages"}, key.ValueNames());
 }
 
-TEST(ExportedPackageList, SaysOnceThatTheRegistryCannotBeReached)
+TEST(ExportedPackageList, SaysThatTheRegistryCannotBeReached)
 {
     zelt::test::ScratchKey scratch;
     scratch.MakeInaccessible();
     ExportedPackageList list(scratch.Root());
     list.Append(Package(L"old"));
     const zelt::test::RecordedMessages messages;
-    list.Save();
-    EXPECT_EQ(1u, messages.All().size());
+    const zelt::Outcome saved = list.Save();
     EXPECT_EQ(1u, list.Count());
-    list.Load();
-    EXPECT_EQ(2u, messages.All().size());
+    const zelt::Outcome loaded = list.Load();
     EXPECT_EQ(0u, list.Count());
+    for (const zelt::Outcome* outcome : {&saved, &loaded}) {
+        ASSERT_FALSE(*outcome);
+        EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", outcome->Failure().text);
+    }
+    EXPECT_TRUE(messages.All().empty());
+}
+
+TEST(ExportedPackageList, SaysWhatCannotBeStored)
+{
+    const struct {
+        std::set<std::wstring> refused;
+        const wchar_t* lost;
+    } rows[] = {
+        {{L"Package2"}, L"the package \"b\""},
+        {{L"Package3"}, L"the package \"c\""},
+        {{L"Package1", L"Package3"}, L"the list of packages"},
+        {{L"NumPackages"}, L"the list of packages"},
+        {{L"NumPackages", L"Package1"}, L"the list of packages"},
+        {{}, L"the list of packages"},
+    };
+    for (const auto& row : rows) {
+        const zelt::test::ScratchKey scratch;
+        ExportedPackageList list(scratch.Root());
+        for (const wchar_t* name : {L"a", L"b", L"c"}) list.Append(Package(name));
+        const zelt::test::RefusedWrites refused(row.refused);
+        const zelt::Outcome saved = list.Save();
+        ASSERT_FALSE(saved);
+        EXPECT_EQ(
+            std::wstring(L"Failed to store ") + row.lost + L" in the registry: " + zelt::test::RefusedWrites::Reason(),
+            saved.Failure().text);
+        EXPECT_STREQ(L"ZELT", saved.Failure().caption);
+        EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
+        // What the registry takes is there.
+        const RegistryKey key = scratch.Settings();
+        for (const wchar_t* value : {L"NumPackages", L"Package1", L"Package2", L"Package3"}) {
+            EXPECT_EQ(!row.refused.empty() && !row.refused.contains(value), key.ReadValue(value).has_value());
+        }
+    }
 }
 
 TEST(ExportedPackageList, RefreshesTheViewAfterEveryLoad)
@@ -202,16 +240,15 @@ TEST(ExportedPackageList, RefreshesTheViewAfterEveryLoad)
     refreshed = 0;
     zelt::test::ScratchKey scratch;
     ExportedPackageList list(scratch.Root());
-    list.Load();
+    EXPECT_TRUE(list.Load());
     list.SetRefresh([] { ++refreshed; });
-    list.Load();
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ(1, refreshed);
     list.Append(Package(L"a"));
-    list.Save();
+    EXPECT_TRUE(list.Save());
     EXPECT_EQ(1, refreshed);
     scratch.MakeInaccessible();
-    const zelt::test::RecordedMessages messages;
-    list.Load();
+    EXPECT_FALSE(list.Load());
     EXPECT_EQ(2, refreshed);
 }
 
@@ -229,8 +266,8 @@ TEST(ExportedPackageList, FindsARecordByItsIdentityWhereverItStands)
     EXPECT_FALSE(list.Find(a));
 
     // A reload makes new records, even where they say the same.
-    list.Save();
-    list.Load();
+    EXPECT_TRUE(list.Save());
+    EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"b"}), Names(list));
     EXPECT_FALSE(list.Find(b));
 }

@@ -11,6 +11,7 @@
 #include "shell/command_line.h"
 #include "shell/exported_package_list.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
 namespace {
@@ -128,23 +129,23 @@ TEST(FuzzSettings, WholeKeys)
             if (!dice.Once(5)) StoreAnything(scratch, dice, name, false);
         }
         ExportedPackageList list(scratch.Root());
-        list.Load();
+        EXPECT_TRUE(list.Load());
         ASSERT_LE(list.Count(), 8u);
         loaded += list.Count();
         LogOptions options;
         options.root = scratch.Root();
-        options.Load();
+        EXPECT_TRUE(options.Load());
 
         // What was loaded is saved, and loaded again as it was.
-        list.Save();
-        options.Save();
+        EXPECT_TRUE(list.Save());
+        Store(options);
         ExportedPackageList again(scratch.Root());
-        again.Load();
+        EXPECT_TRUE(again.Load());
         ASSERT_EQ(list.Count(), again.Count());
         for (std::size_t at = 0; at < list.Count(); ++at) ASSERT_EQ(list.At(at).Format(), again.At(at).Format());
         LogOptions reloaded;
         reloaded.root = scratch.Root();
-        reloaded.Load();
+        EXPECT_TRUE(reloaded.Load());
         ASSERT_EQ(options.autoLogLocation, reloaded.autoLogLocation);
         ASSERT_EQ(options.promptOpenLog, reloaded.promptOpenLog);
         ASSERT_TRUE(IsEqualCLSID(options.pravikUnit, reloaded.pravikUnit));

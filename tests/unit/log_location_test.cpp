@@ -11,7 +11,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using zelt::ChooseLogPath;
 using zelt::LogOptions;
 
 // A desktop in a folder of its own, a clock that stands still, and a dialog that answers by itself.
@@ -51,6 +50,17 @@ protected:
     zelt::test::ScratchKey scratch;
     LogOptions options;
     std::wstring path;
+    zelt::Outcome outcome;
+
+    // With the options as they are stored; true when there is a path.
+    bool Choose(const wchar_t* title = L"t")
+    {
+        EXPECT_TRUE(options.Load());
+        std::optional<std::wstring> chosen = L"before";
+        outcome = zelt::ChooseLogPath(options, title, chosen);
+        path = chosen.value_or(L"");
+        return chosen.has_value();
+    }
 
     static inline fs::path desktop;
     static inline bool desktopKnown;
@@ -77,7 +87,7 @@ private:
 TEST_F(LogLocation, IsAskedForWithoutAnyKey)
 {
     dialogAnswer = L"C:\\somewhere\\a.zlg";
-    EXPECT_TRUE(ChooseLogPath(options, L"Create log for x:", path));
+    EXPECT_TRUE(Choose(L"Create log for x:"));
     EXPECT_EQ(dialogAnswer, path);
     EXPECT_EQ(std::vector<std::wstring>{L"Create log for x:"}, dialogTitles);
     EXPECT_TRUE(options.promptOpenLog);
@@ -86,21 +96,8 @@ TEST_F(LogLocation, IsAskedForWithoutAnyKey)
 
 TEST_F(LogLocation, CancelIsSilent)
 {
-    const zelt::test::RecordedMessages messages;
-    path = L"unchanged";
-    EXPECT_FALSE(ChooseLogPath(options, L"t", path));
-    EXPECT_EQ(L"unchanged", path);
-    EXPECT_TRUE(messages.All().empty());
-}
-
-TEST_F(LogLocation, ReloadsTheOptions)
-{
-    StoreAutomatic(true);
-    EXPECT_TRUE(ChooseLogPath(options, L"t", path));
-    EXPECT_TRUE(dialogTitles.empty());
-    StoreAutomatic(false);
-    EXPECT_FALSE(ChooseLogPath(options, L"t", path));
-    EXPECT_EQ(1u, dialogTitles.size());
+    EXPECT_FALSE(Choose());
+    EXPECT_TRUE(outcome);
 }
 
 TEST_F(LogLocation, NumbersLogsOfTheSameMinute)
@@ -108,7 +105,7 @@ TEST_F(LogLocation, NumbersLogsOfTheSameMinute)
     StoreAutomatic(true);
     const wchar_t* suffixes[] = {L"", L"(1)", L"(2)", L"(3)"};
     for (const wchar_t* suffix : suffixes) {
-        ASSERT_TRUE(ChooseLogPath(options, L"t", path));
+        ASSERT_TRUE(Choose());
         EXPECT_EQ((Folder() / (Stem() + suffix + L".zlg")).wstring(), path);
         Touch(path);
     }
@@ -120,17 +117,17 @@ TEST_F(LogLocation, TakesTheFirstFreeNumber)
     fs::create_directories(Folder());
     Touch(Folder() / (Stem() + L".zlg"));
     Touch(Folder() / (Stem() + L"(2).zlg"));
-    ASSERT_TRUE(ChooseLogPath(options, L"t", path));
+    ASSERT_TRUE(Choose());
     EXPECT_EQ((Folder() / (Stem() + L"(1).zlg")).wstring(), path);
 }
 
 TEST_F(LogLocation, MakesTheFolderAndNoFile)
 {
     StoreAutomatic(true);
-    ASSERT_TRUE(ChooseLogPath(options, L"t", path));
+    ASSERT_TRUE(Choose());
     EXPECT_TRUE(fs::is_directory(Folder()));
     EXPECT_FALSE(fs::exists(path));
-    ASSERT_TRUE(ChooseLogPath(options, L"t", path));
+    ASSERT_TRUE(Choose());
     EXPECT_EQ((Folder() / (Stem() + L".zlg")).wstring(), path);
 }
 
@@ -138,7 +135,7 @@ TEST_F(LogLocation, IgnoresAFolderThatCannotBeMade)
 {
     StoreAutomatic(true);
     Touch(Folder());
-    EXPECT_TRUE(ChooseLogPath(options, L"t", path));
+    EXPECT_TRUE(Choose());
     EXPECT_EQ((Folder() / (Stem() + L".zlg")).wstring(), path);
 }
 
@@ -147,11 +144,12 @@ TEST_F(LogLocation, SaysThatThereIsNoDesktop)
     StoreAutomatic(true);
     desktopKnown = false;
     const zelt::test::RecordedMessages messages;
-    EXPECT_FALSE(ChooseLogPath(options, L"t", path));
-    ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(L"Failed to obtain location of Desktop folder", messages.All()[0].text);
-    EXPECT_EQ(L"Create log file:", messages.All()[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), messages.All()[0].flags);
+    EXPECT_FALSE(Choose());
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(L"Failed to obtain location of Desktop folder", outcome.Failure().text);
+    EXPECT_STREQ(L"Create log file:", outcome.Failure().caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), outcome.Failure().flags);
+    EXPECT_TRUE(messages.All().empty());
     EXPECT_TRUE(dialogTitles.empty());
 }
 

@@ -16,6 +16,7 @@
 #include "shell/exported_package_list.h"
 #include "tests/system/harness/process_figures.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/system/harness/refused_writes.h"
 #include "thermo/property_package_manager.h"
 #include "thermo/reaction_package_manager.h"
 #include "thermo/thermo_system.h"
@@ -489,7 +490,21 @@ TEST_P(PackageManagerTest, YesRemovesTheRecordAndSavesTheList)
     EXPECT_EQ(1, refreshed);
     EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
     while (ExportedPackages().Count()) ExportedPackages().Remove(0);
-    ExportedPackages().Load();
+    EXPECT_TRUE(ExportedPackages().Load());
+    EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
+}
+
+TEST_P(PackageManagerTest, TheUserReadsThatTheListCannotBeStored)
+{
+    Export(kind.alone, L"Keep", kStandAlone);
+    Export(kind.alone, L"Bad", kNowhere);
+    RecordedMessages messages(IDYES);
+    const RefusedWrites refused;
+    EXPECT_EQ(kCreationFailed, Get(L"Bad"));
+    ASSERT_EQ(2u, messages.All().size());
+    EXPECT_EQ(L"Failed to store the list of packages in the registry: " + RefusedWrites::Reason(),
+              messages.All()[1].text);
+    EXPECT_EQ(L"ZELT", messages.All()[1].caption);
     EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
 }
 

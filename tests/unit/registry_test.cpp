@@ -219,11 +219,9 @@ TEST_F(RegistryEnumeration, TakesWhatIsAddedMeanwhile)
 TEST(ConfigurationKey, IsCreatedWhenMissing)
 {
     const zelt::test::ScratchKey scratch;
-    const zelt::test::RecordedMessages messages;
     RegistryKey key, again;
     EXPECT_TRUE(zelt::OpenConfigurationKey(scratch.Root(), key));
     EXPECT_EQ(ERROR_SUCCESS, again.Open(scratch.Root(), L"Software\\ZELT"));
-    EXPECT_TRUE(messages.All().empty());
 }
 
 TEST(ConfigurationKey, SaysThatItCannotBeOpened)
@@ -232,12 +230,22 @@ TEST(ConfigurationKey, SaysThatItCannotBeOpened)
     scratch.MakeInaccessible();
     const zelt::test::RecordedMessages messages;
     RegistryKey key;
-    EXPECT_FALSE(zelt::OpenConfigurationKey(scratch.Root(), key));
+    const zelt::Outcome opened = zelt::OpenConfigurationKey(scratch.Root(), key);
+    EXPECT_FALSE(opened);
     EXPECT_FALSE(key);
+    EXPECT_TRUE(messages.All().empty()) << "whoever has a user shows it";
+    zelt::ShowFailure(opened);
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);
     EXPECT_EQ(L"ZELT", messages.All()[0].caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
+}
+
+TEST(Outcome, OfSuccessShowsNothing)
+{
+    const zelt::test::RecordedMessages messages;
+    zelt::ShowFailure({});
+    EXPECT_TRUE(messages.All().empty());
 }
 
 }  // namespace

@@ -54,9 +54,11 @@ protected:
     bool Choose(Answer& answer)
     {
         std::thread user(std::ref(answer));
-        const bool chosen = zelt::ChooseLogPath(options, kTitle, path);
+        std::optional<std::wstring> chosen;
+        EXPECT_TRUE(zelt::ChooseLogPath(options, kTitle, chosen));
         user.join();
-        return chosen;
+        path = chosen.value_or(L"");
+        return chosen.has_value();
     }
     zelt::test::ScratchKey scratch;
     zelt::LogOptions options;

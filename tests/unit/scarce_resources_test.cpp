@@ -9,10 +9,11 @@
 
 #include "core/calls_in_progress.h"
 #include "core/log_location.h"
-#include "core/open_log.h"
 #include "proxy_fixture.h"
 #include "shell/log_reader/log_reader.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/system/harness/stored_options.h"
+#include "unit/root_log.h"
 
 namespace zelt::test {
 namespace {
@@ -33,7 +34,7 @@ protected:
                                                      }};
         before = SetLogSurroundings(&surroundings);
         options.root = scratch.Root();
-        options.Save();
+        Store(options);
         PrepareLogReader();
     }
     ~ScarceResources() override { SetLogSurroundings(before); }
@@ -41,7 +42,7 @@ protected:
     LogDocument* OpenAt(const std::wstring& place)
     {
         chosenPath = place;
-        return OpenLog(options, L"Pack", L"Pack", "kind of object");
+        return OpenRootLog(options, L"Pack", L"Pack", "kind of object");
     }
 
     static LogReadResult Check(const std::wstring& log)
@@ -195,7 +196,7 @@ TEST_F(ScarceResources, PathsInEveryScript)
          {L"\x0436\x0443\x0440\x043D\x0430\x043B", L"\x8BB0\x5F55", L"\xD83D\xDCC4", L"e\x0301\xDF"}) {
         RecordedMessages messages(IDNO);
         options.promptOpenLog = true;
-        options.Save();
+        Store(options);
         const std::wstring place = TemporaryPath() + name + L".zlg";
         LogDocument* log = OpenAt(place);
         ASSERT_TRUE(log);

@@ -8,6 +8,7 @@
 #include "core/narrow.h"
 #include "fake_unit.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
 namespace {
@@ -402,7 +403,7 @@ protected:
         InstallWrappers();
         TheLogOptions().root = {scratch.Key(), 0};
         TheLogOptions().promptOpenLog = false;
-        TheLogOptions().Save();
+        Store(TheLogOptions());
         chosenPath = path;
         static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },
                                                      [](const std::wstring& title, std::wstring& chosen) {

@@ -64,7 +64,7 @@ protected:
     {
         ExportedPackageList stored;
         WaitUntil([&] {
-            stored.Load();
+            EXPECT_TRUE(stored.Load());
             return stored.Count() == count;
         });
         EXPECT_EQ(count, stored.Count());

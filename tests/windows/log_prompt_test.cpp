@@ -13,6 +13,7 @@
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
+#include "tests/system/harness/stored_options.h"
 #include "thermo/property_package_manager.h"
 
 // The prompt at the end of a logged package, and the viewer behind its Yes. Registers the server.
@@ -36,11 +37,11 @@ protected:
         package->sourceName = package->exportedName = L"Aromatics";
         package->loggingEnabled = true;
         stored.Append(std::move(package));
-        stored.Save();
+        EXPECT_TRUE(stored.Save());
         LogOptions options;
         options.autoLogLocation = true;
         options.promptOpenLog = true;
-        options.Save();
+        Store(options);
     }
     void TearDown() override { Program(L"/UnregServer").EndsBy(60'000); }
 

@@ -10,6 +10,7 @@
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
+#include "tests/system/harness/stored_options.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ protected:
         Export(stored, PackageKind::PropertyPackage11StandAlone, L"Aromatics", true);
         Export(stored, PackageKind::PropertyPackage10FromThermoSystem, L"Alcohols", false);
         Export(stored, PackageKind::ReactionPackage10StandAlone, L"Esters", false);
-        stored.Save();
+        EXPECT_TRUE(stored.Save());
     }
     static void Export(ExportedPackageList& list, PackageKind kind, const wchar_t* name, bool logged)
     {
@@ -58,7 +59,7 @@ protected:
     static std::wstring Stored()
     {
         ExportedPackageList stored;
-        stored.Load();
+        EXPECT_TRUE(stored.Load());
         std::wstring text;
         for (std::size_t index = 0; index < stored.Count(); ++index) {
             text += stored.At(index).exportedName + (stored.At(index).loggingEnabled ? L"(L) " : L" ");
@@ -68,7 +69,7 @@ protected:
     static LogOptions StoredOptions()
     {
         LogOptions options;
-        options.Load();
+        EXPECT_TRUE(options.Load());
         return options;
     }
 
@@ -170,7 +171,7 @@ TEST_F(MainWindow, OptionsKeepWhatAnotherProcessChanged)
     EXPECT_FALSE(StoredOptions().autoLogLocation);
     LogOptions changed;
     changed.promptOpenLog = false;
-    changed.Save();
+    Store(changed);
     Command(window, kCommandAutoLogLocation);
     EXPECT_TRUE(StoredOptions().autoLogLocation);
     EXPECT_FALSE(StoredOptions().promptOpenLog);

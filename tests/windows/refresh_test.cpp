@@ -35,7 +35,7 @@ protected:
             package->sourceName = package->exportedName = name;
             stored.Append(std::move(package));
         }
-        stored.Save();
+        EXPECT_TRUE(stored.Save());
     }
     void TearDown() override { Program(L"/UnregServer").EndsBy(60'000); }
 

@@ -11,6 +11,7 @@
 #include "shell/registry_views.h"
 #include "shell/shared_file.h"
 #include "tests/system/exports/windows_commands.h"
+#include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
 namespace {
@@ -136,7 +137,7 @@ TEST_F(Doctor, FindsNothingInAHealthyInstallation)
     LogOptions options;
     CLSIDFromString(L"{34EB525A-7516-49B9-8D8E-897F4615EFE7}", &options.pravikUnit);
     options.autoLogLocation = true;
-    options.Save();
+    Store(options);
     ExpectHealthy();
 }
 
@@ -376,7 +377,7 @@ TEST_F(Doctor, FindsThatTheUnitOperationIsGone)
 {
     LogOptions options;
     CLSIDFromString(kNowhere, &options.pravikUnit);
-    options.Save();
+    Store(options);
     ExpectFinding(
         "unit-class: The unit operation that PRAVIK is set to is of the class {D0C70125-0000-4000-8000-00000000000A}, "
         "which is not "

@@ -6,6 +6,7 @@
 #include "shell/package_list_hold.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/refused_writes.h"
 #include "tests/system/harness/scratch_registry.h"
 
 namespace zelt::test {
@@ -238,6 +239,36 @@ TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
     }
     ExportedPackages().UseRoot({});
     TheLogOptions().root = {};
+}
+
+// Nor is anything lost in silence.
+TEST_F(Exports, SayWhatTheRegistryDoesNotTake)
+{
+    ExportSamples();
+    const RegistryRoot user;
+    const auto stored = ReadKeyTree(user, L"Software\\ZELT");
+    struct Case {
+        Words words;
+        const char* lost;
+    };
+    const Case cases[] = {
+        {{"options", "--auto-location", "off"}, "the option \"Automatic log location\""},
+        {{"options", "--prompt", "off"}, "the option \"Prompt for opening log when object terminates\""},
+        {{"options", "--unit", "ask"}, "the option \"PRAVIK logs unit operation\""},
+        {{"log", "on", "Alone"}, "the list of packages"},
+        {{"remove", "Alone"}, "the list of packages"},
+        {{"add", "Sample property package manager", "Aromatics", "--name", "New"}, "the list of packages"},
+    };
+    for (const Case& each : cases) {
+        const RefusedWrites refused;
+        const CommandOutcome outcome = RunZeltctl(each.words);
+        EXPECT_EQ(3, outcome.code) << each.words[0];
+        EXPECT_EQ("", outcome.data);
+        EXPECT_EQ("zeltctl: Failed to store " + std::string(each.lost) +
+                      " in the registry: " + Narrow(RefusedWrites::Reason(), CP_UTF8) + '\n',
+                  outcome.messages);
+    }
+    EXPECT_TRUE(stored == ReadKeyTree(user, L"Software\\ZELT"));
 }
 
 TEST_F(Exports, HaveHelpAndVersion)

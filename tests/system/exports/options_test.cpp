@@ -3,6 +3,8 @@
 
 #include "core/log_options.h"
 #include "tests/system/exports/windows_commands.h"
+#include "tests/system/harness/refused_writes.h"
+#include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
 namespace {
@@ -12,7 +14,7 @@ protected:
     static LogOptions Stored()
     {
         LogOptions options;
-        options.Load();
+        EXPECT_TRUE(options.Load());
         return options;
     }
 };
@@ -37,6 +39,17 @@ TEST_F(Options, AreShownAndChanged)
     EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"}\n",
               RunZeltctl({"options", "--unit", "ask", "--json"}).data);
     EXPECT_EQ(CLSID_NULL, Stored().pravikUnit);
+}
+
+TEST_F(Options, AreStoredWithoutThoseThatOthersChange)
+{
+    ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off", "--prompt", "on"}).code);
+    LogOptions others;
+    others.autoLogLocation = true;
+    EXPECT_TRUE(others.Save(LogOption::AutoLogLocation));
+    const RefusedWrites refused({L"AutoLogLocation", L"PRAVIKUnit"});
+    EXPECT_EQ("auto-location  on\nprompt         off\nunit           ask\n",
+              RunZeltctl({"options", "--prompt", "off"}).data);
 }
 
 TEST_F(Options, AreRefusedWithOneSentence)
@@ -66,7 +79,7 @@ TEST_F(Options, NameAUnitOperationThatIsGone)
 {
     LogOptions options;
     CLSIDFromString(kNowhere, &options.pravikUnit);
-    options.Save();
+    Store(options);
     EXPECT_EQ(
         "auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a class that is "
         "not registered\n",

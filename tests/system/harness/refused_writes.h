@@ -1,0 +1,44 @@
+// While this lives, the registry takes no value of the names that are given, or none at all. There is one at a time.
+#pragma once
+
+#include <set>
+#include <string>
+
+#include "core/narrow.h"
+#include "core/registry.h"
+#include "core/system_text.h"
+
+namespace zelt::test {
+
+class RefusedWrites {
+public:
+    RefusedWrites() : RefusedWrites(std::set<std::wstring>()) {}
+    explicit RefusedWrites(std::set<std::wstring> values)
+    {
+        names = std::move(values);
+        SetRegistryFunctions(&kFunctions);
+    }
+    ~RefusedWrites() { SetRegistryFunctions(nullptr); }
+    RefusedWrites(const RefusedWrites&) = delete;
+    RefusedWrites& operator=(const RefusedWrites&) = delete;
+
+    // How a message ends then.
+    static std::wstring Reason() { return Widen(SystemText(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED))); }
+
+private:
+    static bool Refuses(const std::wstring& name) { return names.empty() || names.contains(name); }
+    static LSTATUS WINAPI Set(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size)
+    {
+        return Refuses(name) ? ERROR_ACCESS_DENIED : RegSetValueExW(key, name, reserved, type, data, size);
+    }
+    static LSTATUS WINAPI SetNarrow(HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data,
+                                    DWORD size)
+    {
+        return Refuses(Widen(name)) ? ERROR_ACCESS_DENIED : RegSetValueExA(key, name, reserved, type, data, size);
+    }
+
+    static constexpr RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
+    static inline std::set<std::wstring> names;
+};
+
+}  // namespace zelt::test

@@ -1,0 +1,17 @@
+// The options as a test wants them in the registry. Failures throw std::runtime_error.
+#pragma once
+
+#include <stdexcept>
+
+#include "core/log_options.h"
+
+namespace zelt::test {
+
+inline void Store(const LogOptions& options)
+{
+    for (const LogOption option : {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit}) {
+        if (!options.Save(option)) throw std::runtime_error("cannot store the options");
+    }
+}
+
+}  // namespace zelt::test
