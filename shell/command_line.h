@@ -8,8 +8,8 @@
 namespace zelt {
 
 enum class StartMode {
-    Registration,  // Register or unregister, and end. With no action named: serve, without packages or window.
-    LogViewer,     // Show a log file; no package list, no main window.
+    Registration,  // Register or unregister, and end. With no action named: serve, without a window.
+    LogViewer,     // Show a log file; no main window, and no package list until somebody asks.
     Server,        // Started by COM: serve the packages without a window.
     Interactive,   // Serve the packages and show the main window.
 };

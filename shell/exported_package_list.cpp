@@ -57,6 +57,12 @@ Outcome ExportedPackageList::Load()
     return opened;
 }
 
+void ExportedPackageList::RequireLoaded()
+{
+    // Loading may show a box, which lets further calls in: they find the list as it is.
+    if (const auto load = std::exchange(later, nullptr)) load();
+}
+
 void ExportedPackageList::ReadEntries(const RegistryKey& key)
 {
     // The count is signed: a negative one means none. A wild one is not counted up to.
@@ -118,6 +124,12 @@ ExportedPackageList& ExportedPackages()
 {
     static ExportedPackageList list;
     return list;
+}
+
+ExportedPackageList& ServedPackages()
+{
+    ExportedPackages().RequireLoaded();
+    return ExportedPackages();
 }
 
 }  // namespace zelt

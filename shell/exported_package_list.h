@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "core/outcome.h"
@@ -27,6 +29,10 @@ public:
     // Writes the whole list, or as much of it as the registry takes. Values of a longer list before it stay; NumPackages
     // bounds what is read.
     Outcome Save() const;
+
+    // Puts loading off: the list stays empty until RequireLoaded, which calls `load` once. Null takes it back.
+    void LoadLater(std::function<void()> load) { later = std::move(load); }
+    void RequireLoaded();
 
     // The numbers of the stored entries that the last load left out; of entries that are not there, the first.
     const std::vector<int>& LeftOut() const { return leftOut; }
@@ -63,10 +69,13 @@ private:
     std::vector<Entry> entries;
     std::vector<int> leftOut;
     void (*refresh)() = nullptr;
+    std::function<void()> later;
 };
 
-// The list of the process.
+// The list of the process, as it is.
 ExportedPackageList& ExportedPackages();
+// The same for those who serve it: loaded, if that was put off until now.
+ExportedPackageList& ServedPackages();
 
 inline Outcome LoadPackages() { return ExportedPackages().Load(); }
 inline Outcome SavePackages() { return ExportedPackages().Save(); }

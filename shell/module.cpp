@@ -80,13 +80,21 @@ int CZELTModule::Run(const std::wstring& tail)
     const std::wstring logFile = AbsolutePath(plan.logFile);
     LeaveCurrentFolder();
     ShowFailure(Options().Load());
-    if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
-        listHold.emplace();
-        ShowFailure(LoadPackages());
+        TakePackageList();
+    } else {
+        // Simulators find the classes of this process, too. Until one asks, the list is left to others.
+        ExportedPackages().LoadLater([this] { TakePackageList(); });
     }
+    if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
     if (plan.mode == StartMode::Interactive) kUserInterface.showMainWindow();
     return Serve();
+}
+
+void CZELTModule::TakePackageList()
+{
+    listHold.emplace();
+    ShowFailure(LoadPackages());
 }
 
 void CZELTModule::LoadSmallImages()
@@ -131,6 +139,7 @@ int CZELTModule::Serve()
 
     const int result = RunMessageLoop();
     classObjects.Revoke();
+    ExportedPackages().LoadLater(nullptr);
     listHold.reset();
     // Other threads finish what they are about.
     if (delayShutdown) Sleep(pauseAfterLoop);

@@ -48,6 +48,7 @@ private:
     };
 
     void LoadSmallImages();
+    void TakePackageList();
     HRESULT RunRegistration(RegistrationAction action);
     int Serve();
     HRESULT StartMonitor();
@@ -68,7 +69,7 @@ private:
     UniqueHandle monitor;
     VisitWindow visitWindow;
     com::ClassObjects classObjects;
-    // While the process can change the list.
+    // While the process can change the list: from before it is loaded.
     std::optional<PackageListHold> listHold;
 };
 

@@ -32,7 +32,13 @@ HRESULT PackageManager::List(VARIANT* names)
 {
     if (!names) return E_POINTER;
     VariantInit(names);
-    const ExportedPackageList& list = ExportedPackages();
+    // Loading may show a box, which lets calls in, the caller's last Release among them.
+    const Microsoft::WRL::ComPtr<IUnknown> hold(this);
+    return com::NoThrow([&] { return ListOf(ServedPackages(), names); });
+}
+
+HRESULT PackageManager::ListOf(const ExportedPackageList& list, VARIANT* names) const
+{
     ULONG count = 0;
     for (std::size_t i = 0; i < list.Count(); ++i) count += Serves(list.At(i));
     if (count == 0) return S_OK;
@@ -57,7 +63,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
     // The boxes that may come up let calls in, the caller's last Release among them.
     const Microsoft::WRL::ComPtr<IUnknown> hold(this);
     return com::NoThrow([&] {
-        const ExportedPackageList& list = ExportedPackages();
+        const ExportedPackageList& list = ServedPackages();
         for (std::size_t i = 0; i < list.Count(); ++i) {
             if (!Serves(list.At(i)) || !SameName(list.At(i).exportedName, TextOf(name))) continue;
             const PackageIdentity record = list.IdentityAt(i);

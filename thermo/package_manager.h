@@ -40,6 +40,7 @@ private:
     };
 
     bool Serves(const ExportedPackage& package) const;
+    HRESULT ListOf(const ExportedPackageList& list, VARIANT* names) const;
     HRESULT OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description);
     HRESULT Raise(HRESULT code, const std::wstring& description);
 

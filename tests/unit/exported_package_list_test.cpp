@@ -234,6 +234,35 @@ TEST(ExportedPackageList, SaysWhatCannotBeStored)
     }
 }
 
+TEST(ExportedPackageList, IsLoadedOnceWhenThatWasPutOff)
+{
+    const zelt::test::ScratchKey scratch;
+    ExportedPackageList list(scratch.Root());
+    list.Append(Package(L"a"));
+    EXPECT_TRUE(list.Save());
+    list.Remove(0);
+    int loaded = 0;
+    list.RequireLoaded();
+    EXPECT_EQ(0u, list.Count());
+    list.LoadLater([&] {
+        ++loaded;
+        // A box lets calls in, and they ask again.
+        list.RequireLoaded();
+        EXPECT_TRUE(list.Load());
+    });
+    EXPECT_EQ(0, loaded);
+    EXPECT_EQ(0u, list.Count());
+    for (int i = 0; i < 2; ++i) {
+        list.RequireLoaded();
+        EXPECT_EQ(1, loaded);
+        EXPECT_EQ((NameList{L"a"}), Names(list));
+    }
+    list.LoadLater([&] { ++loaded; });
+    list.LoadLater(nullptr);
+    list.RequireLoaded();
+    EXPECT_EQ(1, loaded);
+}
+
 TEST(ExportedPackageList, RefreshesTheViewAfterEveryLoad)
 {
     static int refreshed;

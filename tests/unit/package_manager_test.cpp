@@ -508,6 +508,45 @@ TEST_P(PackageManagerTest, TheUserReadsThatTheListCannotBeStored)
     EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
 }
 
+// A process that only shows logs serves the classes, too.
+TEST_P(PackageManagerTest, WhoAsksFirstHasTheListLoaded)
+{
+    Export(kind.alone, L"Stored", kStandAlone);
+    EXPECT_TRUE(ExportedPackages().Save());
+    static int loaded;
+    const auto putOff = [] {
+        ExportedPackages().Remove(0);
+        loaded = 0;
+        ExportedPackages().LoadLater([] {
+            ++loaded;
+            EXPECT_TRUE(LoadPackages());
+        });
+    };
+    putOff();
+    EXPECT_EQ((std::vector<std::wstring>{L"Stored"}), Names());
+    EXPECT_EQ(S_OK, Get(L"Stored"));
+    EXPECT_EQ(1, loaded);
+    putOff();
+    EXPECT_EQ(S_OK, Get(L"Stored"));
+    EXPECT_EQ((std::vector<std::wstring>{L"Stored"}), Names());
+    EXPECT_EQ(1, loaded);
+    putOff();
+    EXPECT_EQ(kNotAvailable, Get(L"Missing"));
+    EXPECT_EQ(1, loaded);
+}
+
+TEST_P(PackageManagerTest, TheManagerMayBeReleasedWhileTheListIsLoaded)
+{
+    static ComPtr<IUnknown>* held;
+    held = std::addressof(manager);
+    ExportedPackages().LoadLater([] { held->Reset(); });
+    IUnknown* const raw = manager.Get();
+    _variant_t list;
+    EXPECT_EQ(S_OK, kind.list(raw, &list));
+    EXPECT_EQ(VT_EMPTY, list.vt);
+    EXPECT_EQ(nullptr, manager.Get());
+}
+
 TEST_P(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
 {
     Export(kind.alone, L"First", kStandAlone);
