@@ -88,6 +88,10 @@ protected:
         resumed = S_OK;
         eventsFail = threadsFail = false;
         GetCurrentDirectoryW(MAX_PATH, folder);
+        // An object that lives longer than its module keeps its reference; another test of this process may have had one.
+        CoAddRefServerProcess();
+        while (CoReleaseServerProcess() != 0) {
+        }
     }
     ~StartAndEnd() override
     {
