@@ -1,4 +1,5 @@
 // What the file dialogs are asked for: the system's functions are replaced, and nothing is shown.
+#include <windows.h>
 #include <commdlg.h>
 
 #include <optional>

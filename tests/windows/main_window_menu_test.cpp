@@ -1,4 +1,5 @@
 // What the main window's menus and columns show in each state, in this process.
+#include <windows.h>
 #include <commctrl.h>
 
 #include <memory>
