@@ -3,18 +3,22 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <new>
 
 namespace com {
 
-// A failure to be answered with `code`.
-class Failure {
+// A failure to be answered with `code`. Allocates nothing.
+class Failure final : public std::exception {
 public:
-    explicit Failure(HRESULT code) : code(code) {}
+    explicit Failure(HRESULT code) noexcept : code(code) {}
     HRESULT Code() const { return code; }
+    // The system's text for the code, if it has one, and the code; in UTF-8. On one thread at a time.
+    const char* what() const noexcept override;
 
 private:
     HRESULT code;
+    mutable char text[512] = {};
 };
 
 // Throws when `code` is a failure.

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -15,17 +16,21 @@ namespace zelt {
 
 // A character string that the callee threw and that could not travel as such, because the thrower's runtime library is
 // not ours: a copy of it.
-class ThrownText {
+class ThrownText final : public std::exception {
 public:
     explicit ThrownText(std::string text) : text(std::move(text)) {}
     const char* Text() const { return text.c_str(); }
+    const char* what() const noexcept override { return Text(); }
 
 private:
     std::string text;
 };
 
 // Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
-class ForeignException {};
+class ForeignException final : public std::exception {
+public:
+    const char* what() const noexcept override { return "a component threw an exception or gave up"; }
+};
 
 // Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and
 // reserves stack on the calling thread, without which its overflow may leave no room to dispatch the exception. Done at

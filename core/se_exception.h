@@ -4,16 +4,19 @@
 
 #include <windows.h>
 
+#include <exception>
+
 namespace zelt {
 
-class SE_Exception {
+class SE_Exception final : public std::exception {
 public:
-    explicit SE_Exception(DWORD code) : code(code) {}
+    explicit SE_Exception(DWORD code) noexcept : code(code) {}
 
     DWORD Code() const { return code; }
 
     // Never null; codes without a text of their own share one that does not show the code.
     const char* Text() const;
+    const char* what() const noexcept override { return Text(); }
 
 private:
     DWORD code;

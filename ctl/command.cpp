@@ -151,6 +151,9 @@ int Run(std::span<const Command> commands, const std::vector<std::string>& words
     } catch (const std::exception& error) {
         streams.messages << "zeltctl: " << error.what() << '\n';
         result = kUnreadable;
+    } catch (...) {
+        streams.messages << "zeltctl: an unexpected error\n";
+        result = kUnreadable;
     }
     if (!streams.data.Flush()) {
         streams.messages << "zeltctl: the output cannot be written\n";

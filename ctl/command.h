@@ -18,7 +18,7 @@ enum ExitCode : int {
     kFine = 0,
     kFinding = 1,     // a difference or a finding: nothing went wrong
     kUsage = 2,       // the command line is not understood, or asks for what cannot be done now
-    kUnreadable = 3,  // the input cannot be read, or the output not be written
+    kUnreadable = 3,  // the input cannot be read, or the output not be written, or the program failed
 };
 
 // The command line asks for something that is not to be had. The text is for the user.
@@ -71,7 +71,8 @@ struct Command {
     int (*run)(const Arguments&, Streams&);
 };
 
-// Runs what `words` ask for, one of `commands` or their help, and gives the exit code. Nothing is thrown.
+// Runs what `words` ask for, one of `commands` or their help, and gives the exit code. What a command throws becomes a
+// message; nothing else is thrown but for want of memory.
 int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams);
 
 }  // namespace zelt::ctl

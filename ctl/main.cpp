@@ -1,4 +1,6 @@
 // zeltctl: ZELT from the command line.
+#include <cstdio>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -17,7 +19,7 @@
 
 namespace {
 
-int RunProgram(const std::vector<std::string>& words)
+int RunCommands(const std::vector<std::string>& words)
 {
     using namespace zelt::ctl;
     Output data(stdout), messages(stderr);
@@ -36,6 +38,20 @@ int RunProgram(const std::vector<std::string>& words)
     return Run(commands, words, streams);
 }
 
+// The edge of the program: `words` makes the words of the command line. Takes no memory to say that there is none.
+template <class Words>
+int RunProgram(Words&& words) noexcept
+{
+    try {
+        return RunCommands(words());
+    } catch (const std::bad_alloc&) {
+        std::fputs("zeltctl: out of memory\n", stderr);
+    } catch (...) {
+        std::fputs("zeltctl: an unexpected error\n", stderr);
+    }
+    return zelt::ctl::kUnreadable;
+}
+
 }  // namespace
 
 #ifdef _WIN32
@@ -45,10 +61,16 @@ int wmain(int count, wchar_t** words)
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);
-    std::vector<std::string> narrow;
-    for (int i = 1; i < count; ++i) narrow.push_back(zelt::Narrow(words[i], CP_UTF8));
-    return RunProgram(narrow);
+    return RunProgram([&] {
+        std::vector<std::string> narrow;
+        for (int i = 1; i < count; ++i) narrow.push_back(zelt::Narrow(words[i], CP_UTF8));
+        return narrow;
+    });
 }
 #else
-int main(int count, char** words) { return RunProgram({words + 1, words + count}); }
+int main(int count, char** words)
+{
+    // A program may be started without even its name.
+    return RunProgram([&] { return std::vector<std::string>(words + (count > 0), words + count); });
+}
 #endif

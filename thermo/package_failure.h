@@ -3,11 +3,19 @@
 
 #include <windows.h>
 
+#include <stdexcept>
 #include <string>
+#include <utility>
+
+#include "core/narrow.h"
 
 namespace zelt {
 
-struct PackageFailure {
+struct PackageFailure : std::runtime_error {
+    PackageFailure(HRESULT code, std::wstring text)
+        : runtime_error(Narrow(text, CP_UTF8)), code(code), description(std::move(text))
+    {}
+
     HRESULT code;
     std::wstring description;
 };

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/exception_text.h"
 #include "core/message.h"
 #include "shell/handle.h"
 #include "shell/lock_object.h"
@@ -16,9 +17,14 @@ struct ViewerStart {
     Lock lock;
 };
 
-void Fail(const std::wstring& path, const wchar_t* reason)
+void Fail(const std::wstring& path, const std::wstring& reason) noexcept
 {
-    ShowMessage(L"Parse error in log file \"" + path + L"\": " + reason, L"Error:", MB_OK | MB_ICONERROR);
+    try {
+        ShowMessage(L"Parse error in log file \"" + path + L"\": " + reason, L"Error:", MB_OK | MB_ICONERROR);
+    } catch (...) {
+        // There is no memory for the sentence.
+        MessageBoxW(nullptr, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+    }
 }
 
 DWORD WINAPI ShowViewer(void* parameter)
@@ -31,8 +37,8 @@ DWORD WINAPI ShowViewer(void* parameter)
         } else {
             Fail(start->path, L"the window cannot be made");
         }
-    } catch (const std::exception&) {
-        Fail(start->path, L"out of memory");
+    } catch (...) {
+        Fail(start->path, TextOfException());
     }
     return 0;
 }

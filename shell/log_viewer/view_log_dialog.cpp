@@ -55,7 +55,7 @@ void CViewLogDlg::RunMessages()
     while (!closed && GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (message.hwnd == Window() || IsChild(Window(), message.hwnd)) {
             if (IsCopyKey(message)) {
-                CopyLabel();
+                Guarded([this] { CopyLabel(); });
                 continue;
             }
             if (TranslateAcceleratorW(Window(), accelerators, &message)) continue;

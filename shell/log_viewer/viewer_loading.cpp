@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 
+#include "core/exception_text.h"
 #include "core/narrow.h"
 #include "core/system_text.h"
 #include "res/resource.h"
@@ -102,6 +103,8 @@ void CViewLogDlg::Load()
         }
     } catch (const std::bad_alloc&) {
         ShowBox(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
+    } catch (...) {
+        ShowBox(L"Reading the log failed: " + TextOfException(), L"Error:", MB_ICONERROR);
     }
     model.Finish();
     items.Fill();

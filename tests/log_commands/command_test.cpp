@@ -1,7 +1,11 @@
 // The command line: help, versions, what is refused.
 #include <gtest/gtest.h>
 
+#include <new>
+#include <stdexcept>
+
 #include "command_runner.h"
+#include "ctl/command.h"
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
 #include "ctl/log/log_alignment.h"
@@ -71,6 +75,37 @@ TEST(CommandLine, TakesWhatFollowsTwoDashesAsItIs)
     const Outcome outcome = RunCommand({"log", "show", "--", "--help"});
     EXPECT_EQ(3, outcome.code);
     EXPECT_NE(std::string::npos, outcome.messages.find("--help: ")) << outcome.messages;
+}
+
+struct ThrowingCase {
+    int (*run)(const ctl::Arguments&, ctl::Streams&);
+    int code;
+    const char* message;
+};
+
+struct Unrelated {};
+
+// Whatever leaves a command, the user reads a line and the script gets a code.
+const ThrowingCase kThrowing[] = {
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::UsageError("no"); }, 2,
+     "zeltctl: no; zeltctl --help tells more\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::Refusal("not now"); }, 2, "zeltctl: not now\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::InputError("no file"); }, 3, "zeltctl: no file\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw std::bad_alloc(); }, 3, "zeltctl: out of memory\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw std::logic_error("odd"); }, 3, "zeltctl: odd\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw Unrelated(); }, 3, "zeltctl: an unexpected error\n"},
+    {[](const ctl::Arguments&, ctl::Streams&) -> int { throw "text"; }, 3, "zeltctl: an unexpected error\n"},
+};
+
+TEST(CommandLine, AnswersWhateverACommandThrows)
+{
+    for (const ThrowingCase& one : kThrowing) {
+        const ctl::Command commands[] = {{"go", "", 0, 0, {}, "Throws", "", one.run}};
+        ctl::Output data, messages;
+        ctl::Streams streams = {data, messages};
+        EXPECT_EQ(one.code, ctl::Run(commands, {"go"}, streams));
+        EXPECT_EQ(one.message, messages.Text());
+    }
 }
 
 struct PatternCase {

@@ -45,12 +45,12 @@ Outcome CallGuarded(Call&& call)
         return {End::ThrownText, E_UNEXPECTED, 0, text.Text()};
     } catch (const char* text) {
         return {End::Text, E_UNEXPECTED, 0, text};
+    } catch (const ForeignException&) {
+        return {End::Foreign, E_UNEXPECTED, 0, {}};
     } catch (const std::exception& error) {
         return {End::RuntimeError, E_UNEXPECTED, 0, error.what()};
     } catch (int number) {
         return {End::Number, E_UNEXPECTED, static_cast<DWORD>(number), {}};
-    } catch (const ForeignException&) {
-        return {End::Foreign, E_UNEXPECTED, 0, {}};
     }
 }
 

@@ -1,0 +1,23 @@
+#include "com/failure.h"
+
+#include <cstdio>
+
+namespace com {
+
+const char* Failure::what() const noexcept
+{
+    // No text of the system needs more; without one, the code alone is left.
+    wchar_t wide[sizeof text / 4];
+    DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                       nullptr, static_cast<DWORD>(code), 0, wide, sizeof wide / sizeof *wide, nullptr);
+    while (length > 0 && (wide[length - 1] == L' ' || wide[length - 1] == L'.')) --length;
+    // Three bytes at most for each unit.
+    int used = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text,
+                                   sizeof text - sizeof " (0x80000000)", nullptr, nullptr);
+    if (length == 0 || used <= 0) used = std::snprintf(text, sizeof text, "a call failed");
+    std::snprintf(text + used, sizeof text - static_cast<std::size_t>(used), " (0x%08lX)", static_cast<DWORD>(code));
+    return text;
+}
+
+}  // namespace com
