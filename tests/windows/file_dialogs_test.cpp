@@ -75,11 +75,14 @@ TEST_F(FileDialogs, ViewLogAsksForALogThatIsThere)
 
 class NewLogDialog : public FileDialogs {
 protected:
+    // False when there is no path; `path` is left alone then.
     bool Choose(std::wstring& path)
     {
         const PatchedImport patch("GetSaveFileNameW", TakeSave);
-        LogOptions options;
-        return ChooseLogPath(options, L"Create log for Aromatics:", path);
+        std::optional<std::wstring> chosen;
+        EXPECT_TRUE(static_cast<bool>(ChooseLogPath(LogOptions(), L"Create log for Aromatics:", chosen)));
+        if (chosen) path = *chosen;
+        return chosen.has_value();
     }
 };
 

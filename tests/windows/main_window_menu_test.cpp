@@ -7,6 +7,7 @@
 
 #include "core/log_options.h"
 #include "shell/main_window/package_manager_dialog.h"
+#include "tests/system/harness/stored_options.h"
 #include "tests/windows/menu_text.h"
 #include "tests/windows/module_fixture.h"
 
@@ -57,11 +58,7 @@ protected:
     void SelectNone() const { ListView_SetItemState(list, -1, 0, LVIS_SELECTED); }
     void Command(int command) const { SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0); }
     // As another process changes them.
-    static void Store(const LogOptions& values)
-    {
-        LogOptions options = values;
-        options.Save();
-    }
+    static void Store(const LogOptions& values) { test::Store(values); }
 
     HWND window = nullptr, list = nullptr;
 };
@@ -242,7 +239,7 @@ protected:
     static CLSID Stored()
     {
         LogOptions options;
-        options.Load();
+        EXPECT_TRUE(static_cast<bool>(options.Load()));
         return options.pravikUnit;
     }
 

@@ -114,10 +114,10 @@ int wmain(int count, wchar_t** arguments)
     int result = 1;
     try {
         result = zelt::test::CallAll(arguments[1], arguments[2]);
-    } catch (const std::exception& problem) {
-        std::printf("%s\n", problem.what());
     } catch (const com::Failure&) {
         std::printf("type information cannot be read\n");
+    } catch (const std::exception& problem) {
+        std::printf("%s\n", problem.what());
     }
     CoUninitialize();
     return result;

@@ -143,10 +143,10 @@ int wmain(int count, wchar_t** arguments)
     if (count != 3 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
     try {
         return zelt::test::Serve(arguments[1], arguments[2]);
-    } catch (const std::exception& problem) {
-        std::printf("%s\n", problem.what());
     } catch (const com::Failure&) {
         std::printf("cannot make the proxies\n");
+    } catch (const std::exception& problem) {
+        std::printf("%s\n", problem.what());
     }
     return 1;
 }
