@@ -17,6 +17,7 @@ Test()
         Build "$build"
     done
     UsePrefix test
+    WatchServer
     # Tests under Wine wait more than they work: beside them there is time for the last build.
     mkdir -p "$logFolder"
     ( renice -n 19 -p "$BASHPID" >/dev/null && BuildPreset sanitized ) >"$logFolder/last-build" 2>&1 8>&- &
@@ -37,6 +38,7 @@ Test()
         rm -f "$run.xml"
         ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
             --output-junit "$run.xml" --output-log "$run.log" 8>&- || failed=1
+        ServerLives "the tests of $build ($choice)" || failed=1
     done
     Summarise "$failed"
 }

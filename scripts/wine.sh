@@ -39,12 +39,54 @@ StartWine()
     timeout 120 wine cmd /c ver
 }
 
-# Ends every process of the prefix in WINEPREFIX, and of no other.
+# The processes of the prefix in WINEPREFIX, but for this script and what it is part of.
+PrefixProcesses()
+{
+    local folder ours=" " id=$BASHPID
+    while [ "${id:-0}" -gt 1 ]; do
+        ours+="$id "
+        id=$(sed -n 's/^PPid:[[:space:]]*//p' "/proc/$id/status" 2>/dev/null)
+    done
+    for folder in /proc/[0-9]*; do
+        id=${folder#/proc/}
+        [[ $ours != *" $id "* ]] && grep -qzxF "WINEPREFIX=$WINEPREFIX" "$folder/environ" 2>/dev/null && echo "$id"
+    done
+    return 0
+}
+
+# The number of the prefix's Wine server; nothing when there is none.
+ServerProcess()
+{
+    local id
+    for id in $(PrefixProcesses); do
+        case $(cat "/proc/$id/comm" 2>/dev/null) in
+            wineserver*) echo "$id" ;;
+        esac
+    done
+}
+
+# WatchServer, and then ServerLives <what was done>: false, with a line that names the server, when it is not the one that ran
+# then. Programs whose server dies fail without a reason of their own, and others start a server anew.
+WatchServer() { watchedServer=$(ServerProcess); }
+ServerLives()
+{
+    local now
+    now=$(ServerProcess)
+    [ "$now" != "$watchedServer" ] || return 0
+    printf '%s\n' "${red}Wine's server, process ${watchedServer:-unknown} of $WINEPREFIX, died during $1.$plain" >&2
+    watchedServer=$now
+    return 1
+}
+
+# Ends every process of the prefix in WINEPREFIX, and of no other; those, too, whose server has died.
 EndWine()
 {
     [ -d "$WINEPREFIX" ] || return 0
-    wineserver -k 2>/dev/null || return 0
-    timeout 30 wineserver -w || true
+    if wineserver -k 2>/dev/null; then timeout 30 wineserver -w || true; fi
+    local left
+    left=$(PrefixProcesses)
+    # shellcheck disable=SC2086 # a list
+    [ -z "$left" ] || kill -KILL $left 2>/dev/null || true
 }
 
 # A display of our own: the server chooses a free number and tells it when it is ready.

@@ -1,48 +1,28 @@
 #include "tests/system/harness/process_figures.h"
 
 #include <psapi.h>
-#include <winternl.h>
 
-#include <vector>
+#include <cstdint>
 
 namespace zelt::test {
 namespace {
 
-// The system's table of all handles.
-struct HandleEntry {
-    void* object;
-    ULONG_PTR processId, handle;
-    ULONG access;
-    USHORT creator, type;
-    ULONG attributes, reserved;
-};
-struct HandleTable {
-    ULONG_PTR count, reserved;
-    HandleEntry entries[1];
-};
-constexpr auto kExtendedHandles = static_cast<SYSTEM_INFORMATION_CLASS>(64);
-
-using QueryFunction = NTSTATUS(NTAPI*)(SYSTEM_INFORMATION_CLASS, void*, ULONG, ULONG*);
-
-DWORD CountInTheTable(DWORD processId)
+// How many handles the process has, found by trying their values, which are multiples of 4. The system's table of all handles
+// would be shorter to read, but Wine's server ends when it is asked for it while a process without handles starts or ends.
+DWORD CountByTrying(HANDLE process)
 {
-    const auto query = reinterpret_cast<QueryFunction>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
-    if (!query) return 0;
-    constexpr auto kTooSmall = static_cast<NTSTATUS>(0xC0000004);  // STATUS_INFO_LENGTH_MISMATCH
-    constexpr std::size_t kLargest = 1 << 24;
-    std::vector<ULONG_PTR> buffer(1 << 18);
-    NTSTATUS status;
-    ULONG size = 0;
-    const auto ask = [&] {
-        const std::size_t bytes = buffer.size() * sizeof(ULONG_PTR);
-        return query(kExtendedHandles, buffer.data(), static_cast<ULONG>(bytes), &size);
-    };
-    while ((status = ask()) == kTooSmall && buffer.size() < kLargest) buffer.resize(buffer.size() * 2);
-    if (status < 0) return 0;
-    const auto& table = *reinterpret_cast<const HandleTable*>(buffer.data());
+    constexpr std::uintptr_t kStep = 4, kMostMissing = 1024;
     DWORD count = 0;
-    for (ULONG_PTR i = 0; i < table.count; ++i) count += table.entries[i].processId == processId;
+    for (std::uintptr_t value = kStep, missing = 0; missing < kMostMissing; value += kStep, ++missing) {
+        HANDLE copy = nullptr;
+        if (!DuplicateHandle(process, reinterpret_cast<HANDLE>(value), GetCurrentProcess(), &copy, 0, FALSE,
+                             DUPLICATE_SAME_ACCESS)) {
+            continue;
+        }
+        CloseHandle(copy);
+        ++count;
+        missing = 0;
+    }
     return count;
 }
 
@@ -51,16 +31,17 @@ DWORD CountInTheTable(DWORD processId)
 ProcessFigures FiguresOf(DWORD processId)
 {
     ProcessFigures figures;
-    const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
+    const HANDLE process =
+        OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | PROCESS_DUP_HANDLE, FALSE, processId);
     if (!process) return figures;
     figures.gdiObjects = GetGuiResources(process, GR_GDIOBJECTS);
     figures.userObjects = GetGuiResources(process, GR_USEROBJECTS);
     PROCESS_MEMORY_COUNTERS memory = {};
     if (GetProcessMemoryInfo(process, &memory, sizeof memory)) figures.privateBytes = memory.PagefileUsage;
     GetProcessHandleCount(process, &figures.handles);
-    CloseHandle(process);
     // Wine answers with success and 0.
-    if (figures.handles == 0) figures.handles = CountInTheTable(processId);
+    if (figures.handles == 0) figures.handles = CountByTrying(process);
+    CloseHandle(process);
     return figures;
 }
 

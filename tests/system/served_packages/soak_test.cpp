@@ -20,7 +20,7 @@ constexpr SIZE_T kMostGrowth = 4 << 20;
 // What Wine keeps of a connection to a package that has gone: in its surrogate process, too, it is something over a kilobyte.
 constexpr SIZE_T kOfALostConnection = 1536;
 
-class Soak : public ServedPackages {
+class ServerSoak : public ServedPackages {
 protected:
     void SetUp() override
     {
@@ -118,7 +118,7 @@ protected:
     DWORD server = 0;
 };
 
-TEST_F(Soak, PackagesLeaveNothingBehind)
+TEST_F(ServerSoak, PackagesLeaveNothingBehind)
 {
     const auto round = [this](int i) {
         const ComPtr<IDispatch> package = Get(i % 4 == 0 ? L"Alcohols" : L"Aromatics");
@@ -135,7 +135,7 @@ TEST_F(Soak, PackagesLeaveNothingBehind)
     ExpectFlat(20, 30 * Effort(), round, kOfALostConnection);
 }
 
-TEST_F(Soak, CallsLeaveNothingBehind)
+TEST_F(ServerSoak, CallsLeaveNothingBehind)
 {
     ComPtr<IDispatch> package = Get(L"Alcohols");
     ASSERT_TRUE(package);
@@ -146,7 +146,7 @@ TEST_F(Soak, CallsLeaveNothingBehind)
     EXPECT_EQ(std::string::npos, log.find(" is not released at final release of "));
 }
 
-TEST_F(Soak, ManySimulatorsAtOnceGetTheirResultsAndLeaveNothingBehind)
+TEST_F(ServerSoak, ManySimulatorsAtOnceGetTheirResultsAndLeaveNothingBehind)
 {
     const int atOnce = Effort() > 1 ? 6 : 2;
     const std::string expected =
