@@ -1,0 +1,162 @@
+# Changes to constants that the compiler evaluates: tables and single values. Such a constant gets a twin with the change in it,
+# and the code that uses it at run time chooses between the two. What the compiler computes from it keeps the original, but for
+# constants of the same file that are made from it, which get a twin too. The users of a header's constant are in other files:
+# there a macro of its name chooses.
+package Tables;
+use strict;
+use warnings;
+use Expressions;
+use Literals;
+
+my $switch = "\x01";
+my $number = "\x02";
+
+# Constants(source): the declarations of constants, as {name, nameToken, first, last, value}: tokens of the declaration, and the
+# first token of its value.
+sub Constants
+{
+    my ($source) = @_;
+    my $tokens = $source->{tokens};
+    my @constants;
+    for (my $i = 0; $i < @$tokens; ++$i) {
+        my $token = $tokens->[$i];
+        next unless $token->{text} =~ /^(?:constexpr|const)$/ && !($i > 0 && $tokens->[$i - 1]{text} =~ /^(?:if|constexpr|,|\()$/);
+        next if $token->{inside} >= 0 && $tokens->[$token->{inside}]{text} ne '{';
+        next if $token->{text} eq 'const' && $token->{region} ne 'namespace';
+        my $first = $i;
+        --$first while $first > 0 && $tokens->[$first - 1]{text} =~ /^(?:inline|static)$/;
+        next if $first > 0 && $tokens->[$first - 1]{text} !~ /^(?:;|\{|\}|\))$/;
+        my ($value, $last);
+        for (my $j = $i; $j < @$tokens; ++$j) {
+            last if !defined $value && $tokens->[$j]{text} =~ /^(?:\(|\{)$/ || defined $tokens->[$j]{match} && $tokens->[$j]{match} < $j;
+            $value //= $j + 1 if $tokens->[$j]{text} eq '=';
+            $last = $j, last if $tokens->[$j]{text} eq ';';
+            $j = $tokens->[$j]{match} if defined $tokens->[$j]{match} && $tokens->[$j]{match} > $j;
+        }
+        next unless defined $value && defined $last;
+        my $name = $value - 2;
+        $name = $tokens->[$name]{match} - 1 while $tokens->[$name]{text} eq ']';
+        next unless $tokens->[$name]{type} eq 'name';
+        push @constants, {name => $tokens->[$name]{text}, nameToken => $name, first => $first, last => $last, value => $value};
+        $i = $last;
+    }
+    return @constants;
+}
+
+# The declaration of the twin: tokens replaced as in the hash {token number => text}.
+sub Twin
+{
+    my ($source, $constant, $replaced) = @_;
+    my $tokens = $source->{tokens};
+    my $text = '';
+    for my $i ($constant->{first} .. $constant->{last}) {
+        $text .= ' ' if $i > $constant->{first} && $tokens->[$i]{start} > $tokens->[$i - 1]{end};
+        $text .= $i == $constant->{nameToken} ? Name($constant) : $replaced->{$i} // $tokens->[$i]{text};
+    }
+    return $text;
+}
+
+sub Name { my ($constant) = @_; return "$constant->{name}_changed$number"; }
+
+# The twins of the constant and of those that are made from it.
+sub Twins
+{
+    my ($source, $constants, $n, $replaced) = @_;
+    my $tokens = $source->{tokens};
+    my %changed = ($constants->[$n]{name} => Name($constants->[$n]));
+    my @twins = ([$constants->[$n], Twin($source, $constants->[$n], $replaced)]);
+    for my $other (@$constants[$n + 1 .. $#$constants]) {
+        last if $other->{name} eq $constants->[$n]{name};
+        my %uses = map { $_ => $changed{$tokens->[$_]{text}} }
+            grep { $tokens->[$_]{type} eq 'name' && $changed{$tokens->[$_]{text}} && $tokens->[$_ - 1]{text} !~ /^(?:\.|->)$/ }
+            $other->{value} .. $other->{last};
+        next unless %uses;
+        push @twins, [$other, Twin($source, $other, \%uses)];
+        $changed{$other->{name}} = Name($other);
+    }
+    return \@twins;
+}
+
+# The tokens of this file's code that read the constant at run time.
+sub Uses
+{
+    my ($source, $constant) = @_;
+    my $tokens = $source->{tokens};
+    my $end = $#$tokens;
+    my $around = $tokens->[$constant->{last}]{inside};
+    $end = $tokens->[$around]{match} if $around >= 0 && defined $tokens->[$around]{match};
+    return grep {
+        $tokens->[$_]{text} eq $constant->{name} && $tokens->[$_]{region} eq 'code' && !$tokens->[$_]{fixed} &&
+            $tokens->[$_ - 1]{text} !~ /^(?:\.|->|::)$/
+    } $constant->{last} + 1 .. $end;
+}
+
+# The rows of a table as pairs of tokens, first and last.
+sub Rows
+{
+    my ($source, $constant) = @_;
+    my $open = $constant->{value};
+    return unless $source->{tokens}[$open]{text} eq '{' && defined $source->{tokens}[$open]{match};
+    my @rows = Expressions::Arguments($source, $open);
+    # An array in a class has braces twice.
+    return Expressions::Arguments($source, $rows[0][0]) if @rows == 1 && $source->{tokens}[$rows[0][0]]{text} eq '{';
+    return @rows;
+}
+
+sub All
+{
+    my ($source) = @_;
+    my $tokens = $source->{tokens};
+    my @constants = Constants($source);
+    my @changes;
+    for my $n (0 .. $#constants) {
+        my $constant = $constants[$n];
+        my $add = sub {
+            my ($kind, $first, $last, $before, $after, $replaced) = @_;
+            return if $before eq $after;
+            my $twins = Twins($source, \@constants, $n, $replaced);
+            return unless $source->{file} =~ /\.h$/ || grep { Uses($source, $_->[0]) } @$twins;
+            push @changes, {kind => $kind, first => $first, last => $last, before => $before, after => $after, twins => $twins};
+        };
+        for my $i ($constant->{value} .. $constant->{last} - 1) {
+            next if $tokens->[$i]{inside} >= 0 && $tokens->[$tokens->[$i]{inside}]{text} eq '<';
+            my ($last, $kind, $other) = Literals::Other($source, $i);
+            next if !defined $other || $other eq $constant->{name};
+            $add->($tokens->[$constant->{value}]{text} eq '{' ? 'cell' : 'value', $i, $last,
+                   Expressions::Text($source, $i, $last), $other, {$i => $other, map { $_ => '' } $i + 1 .. $last});
+        }
+        my @rows = Rows($source, $constant);
+        for my $r (1 .. $#rows) {
+            # Rows of several fields are looked for by one of them: their order is no matter, what stands in one row is.
+            $add->('row', $rows[$r - 1][0], $rows[$r][1], Both($source, @rows[$r - 1, $r]), Both($source, @rows[$r, $r - 1]),
+                   Exchange($source, @rows[$r - 1, $r]))
+                unless grep { $tokens->[$_]{text} =~ /^(?:\{|\(|\.)$/ } map { $_->[0] .. $_->[1] } @rows[$r - 1, $r];
+            my @above = Fields($source, $rows[$r - 1]);
+            my @below = Fields($source, $rows[$r]);
+            next unless @above > 1 && @above == @below;
+            $add->('field', $above[$_][0], $below[$_][1], Both($source, $above[$_], $below[$_]), Both($source, $below[$_], $above[$_]),
+                   Exchange($source, $above[$_], $below[$_])) for 0 .. $#above;
+        }
+    }
+    return @changes;
+}
+
+sub Fields
+{
+    my ($source, $row) = @_;
+    return $source->{tokens}[$row->[0]]{text} eq '{' ? Expressions::Arguments($source, $row->[0]) : ();
+}
+
+sub Both { my ($source, $one, $other) = @_; return join ' / ', map { Expressions::Text($source, @$_) } $one, $other; }
+
+# What stands at the place of which token when two ranges change places.
+sub Exchange
+{
+    my ($source, $one, $other) = @_;
+    my %replaced = map { $_ => '' } $one->[0] .. $one->[1], $other->[0] .. $other->[1];
+    $replaced{$one->[0]} = Expressions::Text($source, @$other);
+    $replaced{$other->[0]} = Expressions::Text($source, @$one);
+    return \%replaced;
+}
+
+1;

@@ -1,0 +1,24 @@
+#!/usr/bin/perl
+# generate.pl <file>: every change that the generator makes to one source, with the line as it becomes; for looking at what it
+# does, and for its test.
+use strict;
+use warnings;
+use FindBin;
+use lib $FindBin::Bin;
+use Apply;
+use Changes;
+
+my ($path) = @ARGV;
+defined $path or die "usage: generate.pl <file>\n";
+my ($folder, $name) = $path =~ m{^(?:(.*)/)?([^/]+)$};
+for my $change (Changes::Collect($folder // '.', $name)) {
+    $change->{number} = 1;
+    my @before = split /\n/, $change->{source}{text}, -1;
+    my @after = split /\n/, Apply::Text($change->{source}, $change), -1;
+    splice @after, 0, 2;
+    print "$change->{line} $change->{what}\n";
+    # What differs, without what is equal before and behind.
+    while (@before && @after && $before[0] eq $after[0]) { shift @before; shift @after; }
+    while (@before && @after && $before[-1] eq $after[-1]) { pop @before; pop @after; }
+    print map { s/^\s*/    /r . "\n" } grep { /\S/ } @after;
+}

@@ -1,0 +1,27 @@
+// The switches of changes that ./dev mutants writes into a copy of the sources. One change at most is on in a process. Which one
+// is read once, from a file at a fixed place: servers that COM starts inherit no environment. No part of the product.
+#pragma once
+
+#include <type_traits>
+
+// True while the change of this number is on.
+#define ZELT_CHANGE(number) (zelt::mutants::IsOn(number))
+// The same where the compiler may evaluate the expression itself: there it keeps the original. That includes initial values of
+// references and of constant variables in functions, so the other form stands wherever it can.
+#define ZELT_CONSTANT_CHANGE(number) (zelt::mutants::IsOnAtRunTime(number))
+
+namespace zelt::mutants {
+
+constexpr int kNotRead = -1;
+constexpr int kRecording = -2;
+
+// The number of the change that is on, 0 for none, or one of the two above.
+extern int active;
+
+bool IsOnSlowly(int number) noexcept;
+
+inline bool IsOn(int number) noexcept { return active == number || (active < 0 && IsOnSlowly(number)); }
+
+constexpr bool IsOnAtRunTime(int number) noexcept { return !std::is_constant_evaluated() && IsOn(number); }
+
+}  // namespace zelt::mutants

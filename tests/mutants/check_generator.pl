@@ -1,0 +1,19 @@
+#!/usr/bin/perl
+# check_generator.pl <generate.pl> <sample> <expected>: what the generator makes of the sample, against the expected text, whole.
+# A text that changes on purpose is written anew by: generate.pl <sample> > <expected>.
+use strict;
+use warnings;
+
+my ($generator, $sample, $expected) = @ARGV;
+my $made = qx("$^X" "$generator" "$sample");
+$? == 0 or die "The generator failed.\n";
+open my $file, '<:raw', $expected or die "$expected: $!\n";
+my $wanted = do { local $/; <$file> };
+exit 0 if $made eq $wanted;
+my @made = split /\n/, $made;
+my @wanted = split /\n/, $wanted;
+for my $n (0 .. (@made > @wanted ? $#made : $#wanted)) {
+    my ($one, $other) = map { $_ // '(nothing)' } $made[$n], $wanted[$n];
+    die "Line " . ($n + 1) . " of what the generator makes:\n$one\nexpected:\n$other\n" if $one ne $other;
+}
+die "They differ in the ends of lines.\n";

@@ -1,0 +1,36 @@
+// What the generator of changes is shown in its test; no program holds it. It has a place for each kind of change.
+#include <cstddef>
+#define NOT_CHANGED(x) ((x) < 1)
+
+namespace sample {
+
+enum class Kind { First = 1, Second = 2 };
+
+constexpr int kLimit = 64;
+constexpr const char* kNames[] = {"first", "second"};
+constexpr Table kTables[] = {{Kind::First, kLimit}, {Kind::Second, 3}};
+static_assert(kLimit > 10, "the compiler's business");
+
+template <int Size = 4>
+bool Use(int value, char (&text)[Size])
+{
+    char buffer[16];
+    if (value < kLimit) return true;
+    if (const int twice = 2 * value) Store(text, twice);  // a comment < with > operators
+    while (value > 0 && text[0] != 'x') --value;
+    const int sign = value == 0 ? 0 : Sign(value, buffer);
+    switch (sign) {
+        case 1: Log("one\n"); break;
+        default: return false;
+    }
+    Each([&](int index) { values[index] = 1e-6; });
+    Call(E_FAIL,  // an argument a line
+         Kind::First);
+    Close(std::max(value, sign));
+    const std::vector<std::map<int, int>> lists(E_POINTER);
+    Guard<int> guard(lists);
+    for (const auto& table : kTables) Note(kNames[table.second]);
+    return value << 1 >= 8;
+}
+
+}  // namespace sample
