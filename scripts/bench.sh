@@ -11,9 +11,10 @@ Bench()
     done
     [ $# -eq 0 ] || options=("${@:2}")
     LockTree
-    Build i686
-    Step build-bench "Building the benchmarks" cmake --build build/i686 --target benches
-    local folder=build/i686/bench
+    InstallPackages build
+    FetchLibxml2
+    BuildRelease SamplePackage benches
+    local folder=build/release/bench
     if [ ${#wanted[@]} -eq 0 ]; then
         for program in "$folder"/bench_*.exe; do
             name=${program##*/bench_}
@@ -44,8 +45,8 @@ Bench()
 OfferBenchmarkPackage()
 {
     local key='HKCU\Software\ZELT'
-    wine "$(WindowsPath "$root/build/i686/shell/ZELT.EXE")" /RegServer
-    wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/i686/samples/SamplePackage.dll")"
+    wine "$(WindowsPath "$root/build/release/shell/ZELT.EXE")" /RegServer
+    wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/release/samples/SamplePackage.dll")"
     wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
         /d '{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Benchmark|false'
     wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1

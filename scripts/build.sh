@@ -20,11 +20,16 @@ Build()
     done
 }
 
-# BuildPreset <preset>
+# BuildPreset <preset> [target...]
 BuildPreset()
 {
-    if [ ! -f "build/$1/build.ninja" ]; then
-        Step "configure-$1" "Configuring for $1" cmake --preset "$1"
+    local preset=$1
+    shift
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        Step "configure-$preset" "Configuring for $preset" cmake --preset "$preset"
     fi
-    Step "build-$1" "Building for $1" cmake --build "build/$1"
+    Step "build-$preset" "Building for $preset" cmake --build "build/$preset" ${1:+--target "$@"}
 }
+
+# What is shipped and measured: without the checks that the tests' programs have. It is in build/release.
+BuildRelease() { BuildPreset release zelt zeltctl "$@"; }

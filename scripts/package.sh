@@ -3,7 +3,9 @@
 Package()
 {
     LockTree
+    # The test of the packages needs the samples.
     Build i686
+    BuildRelease user_help
     InstallPackages ship
     NeedTool makensis
     NeedTool zip
@@ -22,7 +24,7 @@ Package()
     printf '%s\n' "$green$setupProgram" "$portableZip$plain"
 }
 
-ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/i686/CMakeCache.txt; }
+ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
 
 # A text file as Windows wants it.
 StageText()
@@ -34,7 +36,7 @@ StageText()
 # StageFiles <folder>: everything that is shipped.
 StageFiles()
 {
-    local build=$root/build/i686 file
+    local build=$root/build/release file
     mkdir -p "$1/docs"
     cp "$build/shell/ZELT.EXE" "$build/ctl/zeltctl.exe" "$build/shell/BRIX.chm" "$1/"
     cp -r "$build/help/utils/." "$1/docs/"
@@ -83,7 +85,7 @@ WriteLists()
 # The identities of the classes that the build's registry scripts register.
 RegisteredClasses()
 {
-    sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" build/i686/shell/*.rgs | sort -u
+    sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" build/release/shell/*.rgs | sort -u
 }
 
 # MakeSetup <stage> <version> <program>
@@ -93,7 +95,7 @@ MakeSetup()
     rm -rf "$lists"
     WriteLists "$1" "$lists"
     makensis -V2 -WX -DVERSION="$2" -DSIZE="$(du -sk --apparent-size "$1" | cut -f 1)" -DSTAGE="$1" -DOUTPUT="$3" \
-        -DICON="$root/build/i686/shell/zelt.ico" -DLISTS="$lists" packaging/setup/zelt.nsi
+        -DICON="$root/build/release/shell/zelt.ico" -DLISTS="$lists" packaging/setup/zelt.nsi
 }
 
 # MakeZip <folder below build/package> <zip>: file times are those of the commit, so that equal files give an equal zip.

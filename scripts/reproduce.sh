@@ -14,8 +14,8 @@ Reproduce()
         Step "reproduce-sources-${copy##*/}" "Copying the commit to ${copy#"$root"/}" CopyCommit "$copy"
         Step "reproduce-build-${copy##*/}" "Building ZELT.EXE there" BuildCopy "$copy"
     done
-    cmp "${copies[0]}/build/i686/shell/ZELT.EXE" "${copies[1]}/build/i686/shell/ZELT.EXE" || Fail "The two builds differ."
-    sha256sum "${copies[@]/%//build/i686/shell/ZELT.EXE}"
+    cmp "${copies[0]}/build/release/shell/ZELT.EXE" "${copies[1]}/build/release/shell/ZELT.EXE" || Fail "The two builds differ."
+    sha256sum "${copies[@]/%//build/release/shell/ZELT.EXE}"
     printf '%s\n' "${green}Both builds gave the same program.$plain"
 }
 
@@ -31,6 +31,6 @@ BuildCopy()
     cd "$1"
     unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
     export CCACHE_DISABLE=1
-    cmake --preset i686
-    cmake --build build/i686 --target zelt
+    cmake --preset release
+    cmake --build build/release --target zelt
 }
