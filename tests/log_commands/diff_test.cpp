@@ -146,6 +146,11 @@ TEST(LogDiff, TakesNumbersAsEqualWithinTheTolerance)
     };
     EXPECT_EQ(0, code("100", "101", "0.01"));
     EXPECT_EQ(1, code("100", "102", "0.01"));
+    // Of the larger of the two, whichever comes first.
+    EXPECT_EQ(0, code("1", "2", "0.5"));
+    EXPECT_EQ(0, code("2", "1", "0.5"));
+    EXPECT_EQ(1, code("1", "2.1", "0.5"));
+    EXPECT_EQ(1, code("2.1", "1", "0.5"));
     EXPECT_EQ(0, code("-100", "-101", "0.01"));
     EXPECT_EQ(1, code("0", "1e-300", "0.5"));
     EXPECT_EQ(1, code("1", "inf", "0.5"));
