@@ -1,0 +1,160 @@
+// Late-bound calls on a proxy that are wrong: the caller learns what is, and nothing reaches the package or the log.
+#include "proxy_fixture.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr LCID kLocale = LOCALE_INVARIANT;
+
+// Wine's type information does not tell the index.
+bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+class LateBinding : public ProxyFixture {
+protected:
+    // Calls CheckSinglePhasePropSpec(property, phaseLabel), or another member.
+    HRESULT Invoke(DISPPARAMS& parameters, WORD flags = DISPATCH_METHOD)
+    {
+        wrong = 77;
+        result.Clear();
+        return routine->Invoke(id, IID_NULL, kLocale, flags, &parameters, &result, nullptr, &wrong);
+    }
+    void ExpectNothingCame()
+    {
+        EXPECT_EQ(VT_EMPTY, result.vt);
+        EXPECT_TRUE(package->calls.empty());
+        EXPECT_EQ("", Written());
+    }
+    DISPID IdOf(std::wstring name)
+    {
+        LPOLESTR names[] = {name.data()};
+        DISPID found = 0;
+        EXPECT_EQ(S_OK, routine->GetIDsOfNames(IID_NULL, names, 1, kLocale, &found));
+        return found;
+    }
+
+    ComPtr<FakePackage> package = MakeFake<FakePackage>();
+    ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get());
+    ComPtr<ICapeThermoPropertyRoutine> routine = As<ICapeThermoPropertyRoutine>(proxy);
+    DISPID id = IdOf(L"CheckSinglePhasePropSpec");
+    _variant_t result;
+    UINT wrong = 77;
+};
+
+TEST_F(LateBinding, UnknownNames)
+{
+    std::wstring method = L"checksinglephasepropspec", unknown = L"CheckSinglePhase", argument = L"phaseLabel",
+                 noArgument = L"colour";
+    DISPID ids[3] = {7, 7, 7};
+    LPOLESTR alone[] = {unknown.data()};
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, routine->GetIDsOfNames(IID_NULL, alone, 1, kLocale, ids));
+    EXPECT_EQ(DISPID_UNKNOWN, ids[0]);
+    // A method of another of the object's interfaces is unknown to this one.
+    std::wstring other = L"SetMaterial";
+    LPOLESTR others[] = {other.data()};
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, routine->GetIDsOfNames(IID_NULL, others, 1, kLocale, ids));
+    EXPECT_EQ(DISPID_UNKNOWN, ids[0]);
+
+    LPOLESTR names[] = {method.data(), argument.data(), noArgument.data()};
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, routine->GetIDsOfNames(IID_NULL, names, 3, kLocale, ids));
+    EXPECT_EQ(id, ids[0]);
+    EXPECT_EQ(1, ids[1]);
+    EXPECT_EQ(DISPID_UNKNOWN, ids[2]);
+    ExpectNothingCame();
+}
+
+TEST_F(LateBinding, UnknownMembers)
+{
+    DISPPARAMS none = {};
+    for (const DISPID member : {0x7654L, -1L, 0L}) {
+        id = member;
+        EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(none)) << member;
+    }
+    // A method is no property.
+    id = IdOf(L"CheckSinglePhasePropSpec");
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(none, DISPATCH_PROPERTYPUT));
+    ExpectNothingCame();
+}
+
+TEST_F(LateBinding, WrongCounts)
+{
+    const _variant_t text(L"x");
+    _variant_t values[] = {text, text, text, text};
+    for (const UINT count : {0u, 1u, 4u}) {
+        DISPPARAMS parameters = {values, nullptr, count, 0};
+        EXPECT_EQ(DISP_E_BADPARAMCOUNT, Invoke(parameters)) << count;
+    }
+    ExpectNothingCame();
+}
+
+// Arguments stand in reverse order; the index is that of the array.
+TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
+{
+    VARIANT array;
+    array.vt = VT_ARRAY | VT_R8;
+    array.parray = SafeArrayCreateVector(VT_R8, 0, 1);
+    const _variant_t mistyped(array, false), text(L"x");
+    for (const UINT index : {0u, 1u}) {
+        _variant_t values[] = {text, text};
+        values[index] = mistyped;
+        DISPPARAMS parameters = {values, nullptr, 2, 0};
+        EXPECT_EQ(DISP_E_TYPEMISMATCH, Invoke(parameters));
+        if (!UnderWine()) {
+            EXPECT_EQ(index, wrong);
+        }
+        // Whoever does not ask for the index is told all the same that it is wrong.
+        EXPECT_EQ(DISP_E_TYPEMISMATCH,
+                  routine->Invoke(id, IID_NULL, kLocale, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr));
+    }
+    ExpectNothingCame();
+}
+
+TEST_F(LateBinding, NumbersThatAreNoTextAreConverted)
+{
+    _variant_t values[] = {_variant_t(L"Liquid"), _variant_t(42L)};
+    DISPPARAMS parameters = {values, nullptr, 2, 0};
+    EXPECT_EQ(S_OK, Invoke(parameters));
+    EXPECT_EQ(VT_BOOL, result.vt);
+    EXPECT_EQ(
+        Func("ICapeThermoPropertyRoutine::CheckSinglePhasePropSpec",
+             " <arg name=\"property\" direc=\"in\" type=\"string\">\n  <argval value=\"&quot;42&quot;\"/>\n </arg>\n"
+             " <arg name=\"phaseLabel\" direc=\"in\" type=\"string\">\n"
+             "  <argval value=\"&quot;Liquid&quot;\"/>\n </arg>\n"
+             " <arg name=\"valid\" direc=\"out\" type=\"VARIANT_BOOL\">\n"
+             "  <argval value=\"VARIANT_TRUE\"/>\n </arg>\n"),
+        Written());
+}
+
+TEST_F(LateBinding, NamedArguments)
+{
+    const _variant_t property(L"density"), phase(L"Liquid");
+    // The first of the array is named, and is the second of the method.
+    DISPID phaseId = 1;
+    _variant_t values[] = {phase, property};
+    DISPPARAMS parameters = {values, &phaseId, 2, 1};
+    EXPECT_EQ(S_OK, Invoke(parameters));
+    EXPECT_EQ(VT_BOOL, result.vt);
+    EXPECT_EQ(1u, package->calls.size());
+    // Both are named, in the other order.
+    DISPID bothIds[] = {0, 1};
+    _variant_t swapped[] = {property, phase};
+    DISPPARAMS both = {swapped, bothIds, 2, 2};
+    EXPECT_EQ(S_OK, Invoke(both));
+    const std::string log = Written();
+    const std::string call = log.substr(0, log.size() / 2);
+    EXPECT_EQ(call + call, log);
+    EXPECT_LT(call.find("density"), call.find("Liquid"));
+}
+
+TEST_F(LateBinding, NullOutputs)
+{
+    EXPECT_EQ(E_POINTER, routine->GetTypeInfoCount(nullptr));
+    EXPECT_EQ(E_POINTER, routine->GetTypeInfo(0, kLocale, nullptr));
+    // A result that nobody wants is made and dropped.
+    _variant_t values[] = {_variant_t(L"Liquid"), _variant_t(L"density")};
+    DISPPARAMS parameters = {values, nullptr, 2, 0};
+    EXPECT_EQ(S_OK, routine->Invoke(id, IID_NULL, kLocale, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr));
+    EXPECT_EQ((std::vector<std::string>{"CheckSinglePhasePropSpec"}), package->calls);
+}
+
+}  // namespace
+}  // namespace zelt::test
