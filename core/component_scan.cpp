@@ -60,8 +60,10 @@ void Examine(const RegistryRoot& root, const std::wstring& identity, std::span<c
              Results& results)
 {
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
-    RegistryKey categories;
-    if (categories.Open(root, path + L"\\Implemented Categories") != ERROR_SUCCESS) return;
+    // What is below a key that may not be opened could be opened all the same.
+    RegistryKey key, categories;
+    if (key.Open(root, path) != ERROR_SUCCESS) return;
+    if (categories.Open({key.Get(), root.view}, L"Implemented Categories") != ERROR_SUCCESS) return;
     CLSID classId;
     if (FAILED(CLSIDFromString(identity.c_str(), &classId))) return;
     std::optional<ComponentInfo> info;

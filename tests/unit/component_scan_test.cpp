@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
+#include <sddl.h>
 
 #include "core/component_scan.h"
 #include "tests/unit/recorded_messages.h"
@@ -136,6 +137,116 @@ TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
     EXPECT_EQ(kFirst, found[0].displayName);
     EXPECT_EQ(ClassOf(kThird), found[1].classId);
     EXPECT_EQ(1u, Find().size());
+}
+
+TEST_F(ComponentScan, AnEmptyDescriptionIsAValueAllTheSame)
+{
+    Register(kFirst);
+    const std::wstring description = std::wstring(kFirst) + L"\\CapeDescription";
+    Write(std::wstring(kFirst) + L"\\ProgID", L"", L"Maker.Package.1");
+    Write(description, L"Description", L"");
+    EXPECT_EQ(L"Maker.Package.1", OnlyName());
+    Write(description, L"Name", L"Package");
+    EXPECT_EQ(L"Package ()", OnlyName());
+}
+
+TEST_F(ComponentScan, EmptyNamesFallThrough)
+{
+    Register(kFirst);
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Name", L"");
+    Write(std::wstring(kFirst) + L"\\ProgID", L"", L"");
+    Write(std::wstring(kFirst) + L"\\VersionIndependentProgID", L"", L"");
+    EXPECT_EQ(kFirst, OnlyName());
+    EXPECT_EQ(kFirst, Find().front().name);
+}
+
+TEST_F(ComponentScan, LongTextsAreShownWhole)
+{
+    Register(kFirst);
+    const std::wstring name(300, L'n'), text(5000, L'd');
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Name", name.c_str());
+    Write(std::wstring(kFirst) + L"\\CapeDescription", L"Description", text.c_str());
+    EXPECT_EQ(name + L" (" + text + L")", OnlyName());
+}
+
+// Registry keys may have names of up to 255 characters, and what is behind a long one is found.
+TEST_F(ComponentScan, KeysWithLongNamesAreSkipped)
+{
+    Register(kFirst);
+    Register(std::wstring(127, L'{'));
+    Register(std::wstring(128, L'{'));
+    Register(std::wstring(255, L'{'));
+    Register(std::wstring(255, L'0'));
+    Register(kThird);
+    const auto found = Find();
+    ASSERT_EQ(2u, found.size());
+    EXPECT_EQ(ClassOf(kFirst), found[0].classId);
+    EXPECT_EQ(ClassOf(kThird), found[1].classId);
+}
+
+TEST_F(ComponentScan, LongNamesOfCategoriesDoNotMatter)
+{
+    Register(kFirst, (std::wstring(255, L'0')).c_str());
+    Register(kFirst);
+    EXPECT_EQ(kFirst, OnlyName());
+}
+
+// A key that nobody may open, with what is below it.
+class Locked {
+public:
+    Locked(HKEY root, const std::wstring& path)
+    {
+        EXPECT_EQ(ERROR_SUCCESS, RegOpenKeyExW(root, path.c_str(), 0, READ_CONTROL | WRITE_DAC, &key));
+        Protect(L"D:P");
+    }
+    ~Locked()
+    {
+        Protect(L"D:P(A;;KA;;;WD)");
+        RegCloseKey(key);
+    }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+
+private:
+    void Protect(const wchar_t* text)
+    {
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &descriptor, nullptr));
+        EXPECT_EQ(ERROR_SUCCESS, RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor));
+        LocalFree(descriptor);
+    }
+    HKEY key = nullptr;
+};
+
+TEST_F(ComponentScan, KeysThatCannotBeReadAreSkipped)
+{
+    Register(kFirst);
+    Register(kSecond);
+    Register(kThird);
+    const Locked locked(scratch.Root().key, std::wstring(L"Own\\CLSID\\") + kSecond);
+    zelt::RegistryKey probe;
+    if (probe.Open(scratch.Root(), std::wstring(L"Own\\CLSID\\") + kSecond) == ERROR_SUCCESS) {
+        GTEST_SKIP() << "this system opens a key whatever its protection";
+    }
+    const auto found = Find();
+    ASSERT_EQ(2u, found.size());
+    EXPECT_EQ(ClassOf(kFirst), found[0].classId);
+    EXPECT_EQ(ClassOf(kThird), found[1].classId);
+    EXPECT_TRUE(messages.All().empty());
+}
+
+// A class whose description cannot be read is listed by what can be.
+TEST_F(ComponentScan, WhatCannotBeReadOfAClassIsLeftOut)
+{
+    Register(kFirst);
+    const std::wstring description = std::wstring(kFirst) + L"\\CapeDescription";
+    Write(description, L"Name", L"Package");
+    Write(std::wstring(kFirst) + L"\\ProgID", L"", L"Maker.Package.1");
+    zelt::RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open(scratch.Root(), L"Own\\CLSID\\" + description, KEY_ALL_ACCESS));
+    const DWORD number = 7;
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteBytes(L"Name", REG_DWORD, &number, sizeof number));
+    EXPECT_EQ(L"Maker.Package.1", OnlyName());
 }
 
 TEST_F(ComponentScan, SaysThatTheClassesCannotBeRead)
