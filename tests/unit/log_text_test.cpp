@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -41,6 +42,23 @@ TEST(DoubleText, IsThatOfTheStandardLibraryAtTheEdges)
     EXPECT_EQ("inf", Written(std::numeric_limits<double>::infinity()));
     EXPECT_EQ("-inf", Written(-std::numeric_limits<double>::infinity()));
     EXPECT_EQ(Expected(std::numeric_limits<double>::max()), Written(std::numeric_limits<double>::max()));
+}
+
+// Every power of ten, beyond both ends of those that are scaled by a table. With the standard library's assertions a look
+// past the table ends the program.
+TEST(DoubleText, IsThatOfTheStandardLibraryAroundEachPowerOfTen)
+{
+    for (int power = -323; power <= 308; ++power) {
+        const double exact = std::strtod(("1e" + std::to_string(power)).c_str(), nullptr);
+        for (const double factor : {1.0, 1.5, 2.5, 9.99999, 9.999996}) {
+            const double value = exact * factor;
+            if (!std::isfinite(value)) continue;
+            for (const double one : {value, std::nextafter(value, 0), std::nextafter(value, HUGE_VAL), -value}) {
+                if (!std::isfinite(one)) continue;
+                ASSERT_EQ(Expected(one), Written(one));
+            }
+        }
+    }
 }
 
 TEST(DoubleText, IsThatOfTheStandardLibraryForValuesOfAllSizes)
