@@ -1,0 +1,175 @@
+// From the category to the unit: PRAVIK searches the classes, shows its dialog, and creates the class that the user chose. The
+// classes are this test's own, registered in a key that stands in for HKEY_CLASSES_ROOT.
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "core/log_location.h"
+#include "core/registry.h"
+#include "core/registry_view.h"
+#include "res/resource.h"
+#include "tests/unit/fake_unit.h"
+#include "tests/windows/program.h"
+#include "thermo/wrapping_table.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr wchar_t kScratch[] = L"Software\\ZELT PRAVIK tests";
+constexpr wchar_t kCategory[] = L"{678c09a5-7d66-11d2-a67d-00105a42887f}";
+constexpr wchar_t kOtherCategory[] = L"{678C09A4-7D66-11D2-A67D-00105A42887F}";
+constexpr wchar_t kUnit[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D11}";     // the scripted unit
+constexpr wchar_t kBroken[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D12}";   // registered, but not there
+constexpr wchar_t kPackage[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D13}";  // no unit operation
+constexpr wchar_t kPravik[] = L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}";
+
+std::wstring logPath;
+
+class PravikSelection : public testing::Test {
+protected:
+    PravikSelection()
+    {
+        InstallWrappers();
+        unitScript = {};
+        DeleteKeyTree({}, kScratch);
+        EXPECT_EQ(ERROR_SUCCESS, classes.Create({}, kScratch));
+        EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
+        RegisterClass(kUnit, kCategory, L"Mixer", L"mixes");
+        RegisterClass(kBroken, kCategory, L"Broken");
+        RegisterClass(kPackage, kOtherCategory, L"No unit");
+        RegisterClass(kPravik, kCategory, L"PRAVIK Logged Unit Operation");
+        options.Create({}, std::wstring(kScratch) + L"\\options");
+        TheLogOptions() = {};
+        TheLogOptions().root = {options.Get(), 0};
+        TheLogOptions().promptOpenLog = false;
+        TheLogOptions().Save();
+        logPath = TemporaryPath();
+        static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },
+                                                     [](const std::wstring&, std::wstring& chosen) {
+                                                         chosen = logPath;
+                                                         return true;
+                                                     }};
+        SetLogSurroundings(&surroundings);
+    }
+    ~PravikSelection() override
+    {
+        SetLogSurroundings(nullptr);
+        TheLogOptions() = {};
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        options.Close();
+        DeleteKeyTree({}, kScratch);
+        DeleteFileW(logPath.c_str());
+    }
+
+    void RegisterClass(const wchar_t* classId, const wchar_t* category, const wchar_t* name,
+                       const wchar_t* description = nullptr)
+    {
+        const std::wstring path = std::wstring(L"CLSID\\") + classId;
+        const RegistryRoot root = {HKEY_CLASSES_ROOT, OwnView()};
+        RegistryKey key;
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
+        key.WriteString(L"Name", name);
+        if (description) key.WriteString(L"Description", description);
+    }
+
+    // Makes a unit operation called `name` new, while `user` acts on the dialog. The result is InitNew's; the log stays.
+    template <class User>
+    HRESULT MakeNew(const wchar_t* name, User user)
+    {
+        HRESULT result = E_PENDING;
+        std::thread simulator([&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            {
+                static const com::ClassEntry kClasses[] = {{kFakeUnit, com::CreateDefault<FakeUnit>}};
+                com::ClassObjects served{CLSCTX_INPROC_SERVER};
+                EXPECT_EQ(S_OK, served.Register(kClasses));
+                RecordedMessages messages;
+                ComPtr<IPersistStreamInit> unit;
+                EXPECT_EQ(S_OK, CreateUnitOperation(IID_IPersistStreamInit, &unit));
+                ComPtr<ICapeIdentification> identification;
+                unit.As(&identification);
+                identification->put_ComponentName(_bstr_t(name));
+                identification.Reset();
+                result = unit->InitNew();
+                for (const auto& message : messages.All()) said.push_back(message.text);
+            }
+            CoUninitialize();
+        });
+        HWND window = nullptr;
+        const std::wstring title = std::wstring(L"Select ") + name + L":";
+        EXPECT_TRUE(
+            WaitUntil([&] { return (window = FindWindowW(nullptr, title.c_str())) && IsWindowVisible(window); }));
+        if (window) {
+            user(window);
+            // Nobody else would end it.
+            if (IsWindow(window)) SendMessageW(window, WM_CLOSE, 0, 0);
+        }
+        simulator.join();
+        return result;
+    }
+    static std::vector<std::wstring> Rows(HWND dialog)
+    {
+        const HWND list = GetDlgItem(dialog, kComponentList);
+        std::vector<std::wstring> rows(static_cast<std::size_t>(SendMessageW(list, LB_GETCOUNT, 0, 0)));
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            rows[row].resize(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, row, 0)));
+            SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(rows[row].data()));
+        }
+        return rows;
+    }
+    static void Choose(HWND dialog, int row)
+    {
+        SendMessageW(GetDlgItem(dialog, kComponentList), LB_SETCURSEL, static_cast<WPARAM>(row), 0);
+        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
+    }
+    // The element of InitNew, whole.
+    static std::string LoggedInitNew()
+    {
+        const std::string log = WithoutCarriageReturns(ReadWhole(logPath));
+        const std::size_t start = log.find("<func name=\"IPersistStreamInit::InitNew\"");
+        return start == std::string::npos ? log : log.substr(start, log.find("</zeltlogdocument>") - start);
+    }
+
+    RegistryKey classes, options;
+    std::vector<std::wstring> said;
+};
+
+TEST_F(PravikSelection, TheChosenClassIsCreated)
+{
+    EXPECT_EQ(S_OK, MakeNew(L"M1", [](HWND dialog) {
+                  EXPECT_EQ((std::vector<std::wstring>{L"Broken", L"Mixer (mixes)"}), Rows(dialog));
+                  Choose(dialog, 1);
+              }));
+    EXPECT_EQ(1, unitScript.created);
+    EXPECT_EQ((std::vector<std::string>{"init.InitNew"}), unitScript.calls);
+    EXPECT_TRUE(said.empty());
+    EXPECT_EQ(Func("IPersistStreamInit::InitNew",
+                   Info("Creating user selected unit operation: {7B1C9E60-53D7-4E0C-932F-11B6704C8D11}") +
+                       Info("Created unit operation from CLSID {7B1C9E60-53D7-4E0C-932F-11B6704C8D11}"),
+                   "in", "M1"),
+              LoggedInitNew());
+    EXPECT_EQ(0, FakeUnit::alive);
+}
+
+TEST_F(PravikSelection, AChosenClassThatIsNotThereIsTold)
+{
+    EXPECT_EQ(E_FAIL, MakeNew(L"M2", [](HWND dialog) { Choose(dialog, 0); }));
+    EXPECT_EQ(0, unitScript.created);
+    EXPECT_EQ((std::vector<std::wstring>{L"REGDB_E_CLASSNOTREG"}), said);
+    const std::string log = LoggedInitNew();
+    EXPECT_NE(std::string::npos,
+              log.find(Info("Creating user selected unit operation: {7B1C9E60-53D7-4E0C-932F-11B6704C8D12}")))
+        << log;
+}
+
+TEST_F(PravikSelection, Cancelling)
+{
+    EXPECT_EQ(E_FAIL, MakeNew(L"M3", [](HWND dialog) { SendMessageW(dialog, WM_CLOSE, 0, 0); }));
+    EXPECT_EQ(0, unitScript.created);
+    EXPECT_EQ((std::vector<std::wstring>{L"M3 selection has been cancelled. M3 will not be functional."}), said);
+}
+
+}  // namespace
+}  // namespace zelt::test
