@@ -11,12 +11,14 @@
 
 #include "tests/unit/fault_rows.h"
 #include "tests/unit/faulty_package.h"
+#include "tests/unit/watchdog.h"
 
 namespace zelt {
 namespace {
 
 using faulty::Deed;
 using faulty::Order;
+using test::Watchdog;
 using tests::CallGuarded;
 using tests::End;
 using tests::Exists;
@@ -113,6 +115,7 @@ int OverflowsTaken()
 // A thread that dies of its overflow must fail the test: the end of the main thread would look like success.
 TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
 {
+    const Watchdog watchdog("StackOverflowIsTakenAgainAndAgain");
     int taken = 0;
     std::thread([&] {
         PrepareGuards();
@@ -124,7 +127,12 @@ TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
 TEST(FaultGuardDeathTest, StackOverflowOfTheMainThreadIsTakenAgainAndAgain)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(std::_Exit(100 + OverflowsTaken()), ::testing::ExitedWithCode(140), "");
+    EXPECT_EXIT(
+        {
+            const Watchdog watchdog("StackOverflowOfTheMainThreadIsTakenAgainAndAgain");
+            std::_Exit(100 + OverflowsTaken());
+        },
+        ::testing::ExitedWithCode(140), "");
 }
 
 // A package and a proxy that call each other without end: each level is guarded, and the level that takes the overflow
@@ -158,6 +166,7 @@ struct Mutual {
 
 TEST(FaultGuard, EndlessMutualCallsEndInOneOverflow)
 {
+    const Watchdog watchdog("EndlessMutualCallsEndInOneOverflow");
     for (const auto& package : Packages()) {
         int passed = 0;
         std::thread([&] {
@@ -209,6 +218,7 @@ void TestNestedGuards()
 
 TEST(FaultGuard, NestedGuardsKeepTheirOwnFaults)
 {
+    const Watchdog watchdog("NestedGuardsKeepTheirOwnFaults");
     bool ended = false;
     std::thread([&] {
         TestNestedGuards();
@@ -232,6 +242,7 @@ TEST(FaultGuard, FaultsThatThePackageHandlesStayItsOwn)
 
 TEST(FaultGuard, WorksOnEveryThread)
 {
+    const Watchdog watchdog("WorksOnEveryThread");
     for (const auto& package : Packages()) {
         std::vector<std::thread> threads;
         std::vector<int> passed(4);
