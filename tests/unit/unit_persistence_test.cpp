@@ -604,6 +604,26 @@ TEST_F(UnitPersistence, GetSizeMax)
     EXPECT_EQ(UnitFunc("IPersistStreamInit::GetSizeMax", Error(ErrorText(E_NOTIMPL, nullptr))), News());
     EXPECT_EQ(E_POINTER, persistence->GetSizeMax(nullptr));
 
+    // A unit that knows only the older interface is asked through it.
+    Begin();
+    unitScript = {};
+    Arrange(Knows::Plain);
+    InitNew();
+    unitScript.sizeMax = 1000;
+    EXPECT_EQ(S_OK, persistence->GetSizeMax(&size));
+    EXPECT_EQ(1020u, size.QuadPart);
+    EXPECT_EQ((std::vector<std::string>{"plain.GetSizeMax"}), unitScript.calls);
+    EXPECT_EQ(UnitFunc("IPersistStreamInit::GetSizeMax",
+                       " <arg name=\"pcbSize\" direc=\"out\" type=\"long\">\n  <argval value=\"1020\"/>\n </arg>\n"),
+              News());
+    unitScript.sizeResult = static_cast<HRESULT>(0x80040501);
+    size.QuadPart = 77;
+    EXPECT_EQ(unitScript.sizeResult, persistence->GetSizeMax(&size));
+    EXPECT_EQ(77u, size.QuadPart);
+    EXPECT_EQ(
+        UnitFunc("IPersistStreamInit::GetSizeMax", Error("ECapeUnknownHR: Failed to get error name for ECapeUnknown")),
+        News());
+
     Begin();
     unitScript = {};
     Arrange(Knows::Nothing);
