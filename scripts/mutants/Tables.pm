@@ -84,11 +84,23 @@ sub Uses
     my $tokens = $source->{tokens};
     my $end = $#$tokens;
     my $around = $tokens->[$constant->{last}]{inside};
-    $end = $tokens->[$around]{match} if $around >= 0 && defined $tokens->[$around]{match};
+    # In a function's body the name ends with its block; a namespace's end hides nothing.
+    $end = $tokens->[$around]{match} if $tokens->[$constant->{last}]{region} eq 'code' && defined $tokens->[$around]{match};
     return grep {
-        $tokens->[$_]{text} eq $constant->{name} && $tokens->[$_]{region} eq 'code' && !$tokens->[$_]{fixed} &&
+        $tokens->[$_]{text} eq $constant->{name} && !$tokens->[$_]{fixed} && IsInCode($source, $_) &&
             $tokens->[$_ - 1]{text} !~ /^(?:\.|->|::)$/
     } $constant->{last} + 1 .. $end;
+}
+
+# In a function's body, or in the list by which a constructor initialises its members.
+sub IsInCode
+{
+    my ($source, $i) = @_;
+    my $tokens = $source->{tokens};
+    return 1 if $tokens->[$i]{region} eq 'code';
+    return 0 if $tokens->[$i]{inside} < 0 || $tokens->[$tokens->[$i]{inside}]{text} ne '(';
+    $source->{inConstant} //= {map { $_ => 1 } map { $_->{first} .. $_->{last} } Constants($source)};
+    return !$source->{inConstant}{$i};
 }
 
 # The rows of a table as pairs of tokens, first and last.

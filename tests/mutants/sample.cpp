@@ -3,6 +3,7 @@
 #define NOT_CHANGED(x) ((x) < 1)
 
 namespace sample {
+namespace {
 
 enum class Kind { First = 1, Second = 2 };
 
@@ -10,6 +11,8 @@ constexpr int kLimit = 64;
 constexpr const char* kNames[] = {"first", "second"};
 constexpr Table kTables[] = {{Kind::First, kLimit}, {Kind::Second, 3}};
 static_assert(kLimit > 10, "the compiler's business");
+
+}  // namespace
 
 template <int Size = 4>
 bool Use(int value, char (&text)[Size])
