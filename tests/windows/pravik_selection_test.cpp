@@ -1,13 +1,15 @@
 // From the category to the unit: PRAVIK searches the classes, shows its dialog, and creates the class that the user chose. The
-// classes are this test's own, registered in a key that stands in for HKEY_CLASSES_ROOT.
+// classes are registered for the machine while a test runs, because an override of HKEY_CLASSES_ROOT carries no view.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "core/log_location.h"
 #include "core/registry.h"
-#include "core/registry_view.h"
 #include "res/resource.h"
+#include "shell/key_tree.h"
+#include "shell/registry_views.h"
 #include "tests/unit/fake_unit.h"
 #include "tests/windows/program.h"
 #include "thermo/wrapping_table.h"
@@ -32,8 +34,6 @@ protected:
         InstallWrappers();
         unitScript = {};
         DeleteKeyTree({}, kScratch);
-        EXPECT_EQ(ERROR_SUCCESS, classes.Create({}, kScratch));
-        EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
         RegisterClass(kUnit, kCategory, L"Mixer", L"mixes");
         RegisterClass(kBroken, kCategory, L"Broken");
         RegisterClass(kPackage, kOtherCategory, L"No unit");
@@ -55,17 +55,23 @@ protected:
     {
         SetLogSurroundings(nullptr);
         TheLogOptions() = {};
-        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
         options.Close();
         DeleteKeyTree({}, kScratch);
+        const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
+        for (const auto& [path, before] : replaced) {
+            DeleteKeyTree(root, path);
+            if (before) WriteKeyTree(root, path, *before);
+        }
         DeleteFileW(logPath.c_str());
     }
 
     void RegisterClass(const wchar_t* classId, const wchar_t* category, const wchar_t* name,
                        const wchar_t* description = nullptr)
     {
-        const std::wstring path = std::wstring(L"CLSID\\") + classId;
-        const RegistryRoot root = {HKEY_CLASSES_ROOT, OwnView()};
+        const std::wstring path = ClassesPath(std::wstring(L"CLSID\\") + classId);
+        const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
+        replaced.emplace_back(path, ReadKeyTree(root, path));
+        DeleteKeyTree(root, path);
         RegistryKey key;
         ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
         ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
@@ -118,9 +124,12 @@ protected:
         }
         return rows;
     }
-    static void Choose(HWND dialog, int row)
+    static void Choose(HWND dialog, const wchar_t* name)
     {
-        SendMessageW(GetDlgItem(dialog, kComponentList), LB_SETCURSEL, static_cast<WPARAM>(row), 0);
+        const LRESULT row = SendDlgItemMessageW(dialog, kComponentList, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                                reinterpret_cast<LPARAM>(name));
+        EXPECT_LE(0, row);
+        SendDlgItemMessageW(dialog, kComponentList, LB_SETCURSEL, static_cast<WPARAM>(row), 0);
         SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
                      reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
     }
@@ -132,15 +141,20 @@ protected:
         return start == std::string::npos ? log : log.substr(start, log.find("</zeltlogdocument>") - start);
     }
 
-    RegistryKey classes, options;
+    RegistryKey options;
+    std::vector<std::pair<std::wstring, std::optional<KeyTree>>> replaced;
     std::vector<std::wstring> said;
 };
 
 TEST_F(PravikSelection, TheChosenClassIsCreated)
 {
     EXPECT_EQ(S_OK, MakeNew(L"M1", [](HWND dialog) {
-                  EXPECT_EQ((std::vector<std::wstring>{L"Broken", L"Mixer (mixes)"}), Rows(dialog));
-                  Choose(dialog, 1);
+                  const std::vector<std::wstring> rows = Rows(dialog);
+                  EXPECT_EQ(1, std::count(rows.begin(), rows.end(), L"Mixer (mixes)"));
+                  EXPECT_EQ(1, std::count(rows.begin(), rows.end(), L"Broken"));
+                  EXPECT_EQ(0, std::count(rows.begin(), rows.end(), L"No unit"));
+                  EXPECT_EQ(0, std::count(rows.begin(), rows.end(), L"PRAVIK Logged Unit Operation"));
+                  Choose(dialog, L"Mixer (mixes)");
               }));
     EXPECT_EQ(1, unitScript.created);
     EXPECT_EQ((std::vector<std::string>{"init.InitNew"}), unitScript.calls);
@@ -155,7 +169,7 @@ TEST_F(PravikSelection, TheChosenClassIsCreated)
 
 TEST_F(PravikSelection, AChosenClassThatIsNotThereIsTold)
 {
-    EXPECT_EQ(E_FAIL, MakeNew(L"M2", [](HWND dialog) { Choose(dialog, 0); }));
+    EXPECT_EQ(E_FAIL, MakeNew(L"M2", [](HWND dialog) { Choose(dialog, L"Broken"); }));
     EXPECT_EQ(0, unitScript.created);
     EXPECT_EQ((std::vector<std::wstring>{L"REGDB_E_CLASSNOTREG"}), said);
     const std::string log = LoggedInitNew();
