@@ -120,6 +120,14 @@ protected:
         return server;
     }
 
+    template <class Tree>
+    static std::set<std::wstring> Names(const Tree& named)
+    {
+        std::set<std::wstring> names;
+        for (const auto& [name, content] : named) names.insert(name);
+        return names;
+    }
+
     static void ExpectClasses(Scope scope, REGSAM view)
     {
         constexpr wchar_t kPackageCategory[] = L"{678C09A1-7D66-11D2-A67D-00105A42887F}";
@@ -159,9 +167,23 @@ protected:
             EXPECT_EQ(row.description, Value(scope, view, description, L"Description"));
             EXPECT_EQ(row.version, Value(scope, view, description, L"CapeVersion"));
             EXPECT_EQ(L"1.0.0.0", Value(scope, view, description, L"ComponentVersion"));
-            EXPECT_EQ(0u, Value(scope, view, description, L"About").find(row.about));
+            EXPECT_EQ(L"", Value(scope, view, description, L"VendorURL"));
+            EXPECT_EQ(row.about + std::wstring(L". Copyright the ZELT developers. Provided as is, without warranty."),
+                      Value(scope, view, description, L"About"));
+            const auto whole = zelt::ReadKeyTree(zelt::ClassesHive(scope, view), zelt::ClassesPath(path));
+            ASSERT_TRUE(whole);
+            EXPECT_EQ((std::set<std::wstring>{L"ProgID", L"VersionIndependentProgID", L"Programmable", L"LocalServer32",
+                                              L"TypeLib", L"Implemented Categories", L"CapeDescription"}),
+                      Names(whole->subkeys));
+            EXPECT_EQ((std::set<std::wstring>{L"", L"AppID"}), Names(whole->values));
+            EXPECT_EQ((std::set<std::wstring>{L"Name", L"Description", L"CapeVersion", L"ComponentVersion",
+                                              L"VendorURL", L"About"}),
+                      Names(whole->subkeys.at(L"CapeDescription").values));
+            EXPECT_EQ(2u, whole->subkeys.at(L"Implemented Categories").subkeys.size());
             // Names are the same in every view.
             const REGSAM shared = SharedKeysView(view);
+            EXPECT_EQ(row.text, DefaultValue(scope, shared, versioned));
+            EXPECT_EQ(row.text, DefaultValue(scope, shared, row.progId));
             EXPECT_EQ(row.classId, DefaultValue(scope, shared, versioned + L"\\CLSID"));
             EXPECT_EQ(row.classId, DefaultValue(scope, shared, std::wstring(row.progId) + L"\\CLSID"));
             EXPECT_EQ(versioned, DefaultValue(scope, shared, std::wstring(row.progId) + L"\\CurVer"));
