@@ -9,6 +9,7 @@
 
 #include "core/log_document.h"
 #include "core/log_options.h"
+#include "tests/system/harness/line_ends.h"
 #include "tests/unit/recorded_messages.h"
 
 namespace zelt::test {
@@ -53,6 +54,7 @@ protected:
     ~LogFixture() override
     {
         if (document) document->LetGo();
+        EXPECT_TRUE(HasWholeLineEnds(ReadWhole(path)));
         DeleteFileW(path.c_str());
     }
 

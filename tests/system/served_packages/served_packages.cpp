@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "core/registry.h"
+#include "tests/system/harness/line_ends.h"
 
 namespace zelt::test {
 namespace {
@@ -163,7 +164,9 @@ std::string ServedPackages::ReadLog(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string log{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    EXPECT_TRUE(HasWholeLineEnds(log)) << path;
+    return log;
 }
 
 DWORD ServedPackages::ServerId()
