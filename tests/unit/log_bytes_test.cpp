@@ -1,4 +1,5 @@
 // The raw bytes of a log: what is said behind every kind of text that lost characters, and the ends of lines.
+#include <windows.h>
 #include <oleauto.h>
 
 #include "core/value_writers.h"

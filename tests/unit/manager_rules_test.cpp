@@ -1,5 +1,6 @@
 // What the package managers offer and say, apart from packages: the whole set of their interfaces, where they create foreign
 // components, and what a caller gets when something fails that nobody expects.
+#include <windows.h>
 #include <oleauto.h>
 
 #include <set>
