@@ -10,6 +10,7 @@
 #include "res/resource.h"
 #include "shell/key_tree.h"
 #include "shell/registry_views.h"
+#include "tests/system/harness/stored_options.h"
 #include "tests/unit/fake_unit.h"
 #include "tests/windows/program.h"
 #include "thermo/wrapping_table.h"
@@ -42,7 +43,7 @@ protected:
         TheLogOptions() = {};
         TheLogOptions().root = {options.Get(), 0};
         TheLogOptions().promptOpenLog = false;
-        TheLogOptions().Save();
+        Store(TheLogOptions());
         logPath = TemporaryPath();
         static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },
                                                      [](const std::wstring&, std::wstring& chosen) {
