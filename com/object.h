@@ -4,7 +4,7 @@
 // and signature cannot be served by one override by accident.
 // An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it,
 // and nothing here is locked. Every entry asks Admits() first: a component that calls on a thread of its own is refused, and
-// what it does to the reference count is kept apart until the object's own thread takes it over (visits).
+// what it does to the reference count waits for the object's own thread (visits.cpp).
 #pragma once
 
 #include <windows.h>
@@ -92,7 +92,7 @@ public:
     }
 
     // Whether `member` ("ICapeUtilities::Edit") may be entered. On another thread than the object's own it may not: the answer
-    // to the caller is RPC_E_WRONG_THREAD, and the object hears of it on its own thread. Costs a comparison of two addresses.
+    // to the caller is RPC_E_WRONG_THREAD, and OnForeignThread follows on the object's own thread. Costs two comparisons.
     [[gnu::always_inline]] bool Admits(const char* member)
     {
         if (home == ThisThread()) [[likely]] {
@@ -142,6 +142,7 @@ private:
     void NoteVisitor(const char* member);
     void Visit();
     void EnterList();
+    static Object* TakeVisited();
     void EndVisits();
     void ForgetVisits();
 

@@ -44,17 +44,26 @@ void Object::Visit()
     if (void (*signal)() = visitSignal) signal();
 }
 
+// One object at a time: what one does when its references go may end another, which has to be in the list then.
 void Object::ReceiveVisits()
 {
+    while (Object* object = TakeVisited()) object->EndVisits();
+}
+
+// An object of this thread, out of the list; null when there is none.
+Object* Object::TakeVisited()
+{
+    Object* taken = nullptr;
     Object* next = visited.exchange(nullptr, std::memory_order_acquire);
     while (Object* object = next) {
         next = object->nextVisited;
-        if (object->IsElsewhere()) {
+        if (taken || object->IsElsewhere()) {
             object->EnterList();
         } else {
-            object->EndVisits();
+            taken = object;
         }
     }
+    return taken;
 }
 
 void Object::EndVisits()
@@ -67,7 +76,10 @@ void Object::EndVisits()
         visitorIsKnown = true;
         OnForeignThread(member, visitorThread);
     }
+    // A component may have released more than it held.
+    Pin();
     for (LONG given = 0; given < count; ++given) Release();
+    Unpin();
 }
 
 // An object that was released too often on other threads is destroyed with visits left.

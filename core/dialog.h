@@ -59,7 +59,7 @@ protected:
     // Handles a message with an answer that its sender looks at.
     bool Answer(LRESULT result) const;
     // Runs a handler, also one that the system calls without Procedure: nothing is thrown into it, and memory that is at its
-    // end is told. Takes no memory itself. The object may be gone when this returns.
+    // end is reported. Takes no memory itself. The object may be gone when this returns.
     template <class Body>
     void Guarded(Body&& body)
     {

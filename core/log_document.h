@@ -59,7 +59,7 @@ public:
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
-    // Writes the footer and closes the file; then whoever has a user is told. Once.
+    // Writes the footer, closes the file, and calls the function of SetLogClosed. Once.
     void Close();
 
 private:

@@ -1,4 +1,4 @@
-// What the user hears when a log has been closed: that its end is missing, and the offer to open it.
+// The message boxes about a log that was closed: that its end is missing, and the offer to open it.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
-// A window that nobody sees, on the main thread: it hears when components on other threads have released our objects, and lets
-// the apartment take the releases over. Without it, the last release on another thread would keep the process alive until
-// somebody calls.
+// An invisible window on the main thread. A component that releases one of our objects on another thread posts a message to it,
+// and the apartment then gives the reference back. Without it, such a last release would keep the process alive until the next
+// call.
 #pragma once
 
 #include <windows.h>

@@ -150,6 +150,21 @@ TEST_F(Apartment, EveryPartOfAProxyRefuses)
     });
 }
 
+TEST_F(Apartment, ReleasesBeyondTheReferencesThatThereAreEndTheObjectOnce)
+{
+    ICapeUtilities* last = utilities.Get();
+    last->AddRef();
+    utilities.Reset();
+    proxy.Reset();
+    OnOtherThread([&] {
+        last->Release();
+        last->Release();
+        last->Release();
+    });
+    com::Object::ReceiveVisits();
+    EXPECT_EQ(1u, package->ReferenceCount());
+}
+
 // Eight threads call, query, add and release references, while the apartment works.
 TEST_F(Apartment, SurvivesAStorm)
 {

@@ -101,7 +101,7 @@ TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
         if (!UnderWine()) {
             EXPECT_EQ(index, wrong);
         }
-        // Whoever does not ask for the index is told all the same that it is wrong.
+        // A caller that does not ask for the index gets the same answer.
         EXPECT_EQ(DISP_E_TYPEMISMATCH,
                   routine->Invoke(id, IID_NULL, kLocale, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr));
     }

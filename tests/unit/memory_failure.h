@@ -125,7 +125,7 @@ protected:
             std::printf("%d of about %ld allocations failed, after %d of them all calls answered as usual\n", failures,
                         successes, unnoticed);
             EXPECT_LT(least, failures);
-            // What fails is told. A text for the log alone may be missing there instead.
+            // A call says that it failed. What only the log needs may be missing there instead.
             if (!isLogged) {
                 EXPECT_LT(unnoticed * 2, failures);
             }

@@ -379,6 +379,19 @@ TEST_F(UnitPort, WithoutALogNothingIsReplaced)
     EXPECT_EQ("", News());
 }
 
+TEST_F(UnitPort, AProxyThatComesBackWithoutALogIsReplacedByWhatIsBehindIt)
+{
+    MakePort(false);
+    const auto raw = Raw(feed);
+    const ComPtr<CMaterialObject> wrapper(new CMaterialObject(ThermoVersion::Unset));
+    wrapper->AttachAsRoot(raw.Get(), nullptr, "Feed");
+    inner->connected = Raw(wrapper);
+    ComPtr<IDispatch> found;
+    EXPECT_EQ(S_OK, port->get_connectedObject(&found));
+    EXPECT_TRUE(IsSame(raw.Get(), found.Get()));
+    EXPECT_FALSE(IsSame(wrapper.Get(), found.Get()));
+}
+
 TEST_F(UnitPort, AConnectionThatFails)
 {
     const auto raw = Raw(feed);
