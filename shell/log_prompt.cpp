@@ -7,8 +7,8 @@ namespace zelt {
 void ShowClosedLog(const ClosedLog& log, void (*openViewer)(const std::wstring& path))
 {
     if (log.missing > 0) {
-        ShowMessage(L"The end of log file \"" + log.path + L"\" is missing: " + std::to_wstring(log.missing) +
-                        (log.missing == 1 ? L" entry" : L" entries") + L" could not be written.",
+        ShowMessage(L"The end of log file \"" + log.path + L"\" is missing. Entries that could not be written: " +
+                        std::to_wstring(log.missing),
                     L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
     }
     if (!log.isOffered) return;

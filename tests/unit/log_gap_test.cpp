@@ -155,7 +155,7 @@ TEST_F(LogGap, AMissingEndIsSaidOnce)
     EXPECT_EQ(Open("I::Outer"), Written());
     EXPECT_EQ(LogReadResult::Incomplete, Check());
     ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(L"The end of log file \"" + path + L"\" is missing: 3 entries could not be written.",
+    EXPECT_EQ(L"The end of log file \"" + path + L"\" is missing. Entries that could not be written: 3",
               messages.All()[0].text);
     EXPECT_EQ(L"Error:", messages.All()[0].caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);

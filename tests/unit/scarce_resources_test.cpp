@@ -96,7 +96,7 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
     ASSERT_TRUE(log);
     Live(log, 20'000);
     ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(0u, messages.All()[0].text.find(L"The end of log file \"" + place + L"\" is missing: "));
+    EXPECT_EQ(0u, messages.All()[0].text.find(L"The end of log file \"" + place + L"\" is missing. "));
     if (!disk) return;
 
     EXPECT_EQ(LogReadResult::Incomplete, Check(place));
