@@ -22,6 +22,8 @@ UsePrefix()
         Step wine-template "Making a Wine prefix" MakeTemplatePrefix "$version"
     fi
     export WINEPREFIX=$wineFolder/$1
+    # What cmake/run-under-wine.sh looks for.
+    export ZELT_WINE_PREFIX=$WINEPREFIX
     EndWine
     CopyTemplate
     AtExit EndWine

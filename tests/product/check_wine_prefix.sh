@@ -23,7 +23,10 @@ Prefix "$build/wine/ctest" -u WINEPREFIX
 Prefix "$build/wine/ctest" WINEPREFIX=
 Prefix "$build/wine/ctest" WINEPREFIX="$home/.wine"
 Prefix "$build/wine/ctest" WINEPREFIX="$build/../elsewhere"
-Prefix "$build/wine/other" WINEPREFIX="$build/wine/other"
+Prefix "$build/wine/ctest" WINEPREFIX="$build/wine/other"
+Prefix "$build/wine/ctest" WINEPREFIX="$build/wine/other" ZELT_WINE_PREFIX="$build/wine/another"
+Prefix "$build/wine/other" WINEPREFIX="$build/wine/other" ZELT_WINE_PREFIX="$build/wine/other"
+Prefix "$home/elsewhere" WINEPREFIX="$home/elsewhere" ZELT_WINE_PREFIX="$home/elsewhere"
 
 [ -f "$build/wine/ctest/system.reg" ] || { echo "There is no prefix in $build/wine/ctest."; failed=1; }
 [ ! -e "$home/.wine" ] || { echo "The user's own prefix was made."; failed=1; }
