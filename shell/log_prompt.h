@@ -1,4 +1,4 @@
-// The message boxes about a log that was closed: that its end is missing, and the offer to open it.
+// The message boxes that follow the closing of a log. One reports that the end of the log is missing; one offers to open it.
 #pragma once
 
 #include <string>
