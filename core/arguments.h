@@ -34,6 +34,13 @@ struct NoSteps {
     void Release() {}
 };
 
+// Whether the descriptor has nothing to do in a call that is not logged. One with a Finish of its own says FinishOnlyLogs.
+template <class D>
+inline constexpr bool kOnlyLogs =
+    std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)> &&
+    std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)> &&
+    (std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)> || requires { typename D::FinishOnlyLogs; });
+
 // --- How a value is written, chosen by its C++ type unless the row says otherwise.
 
 struct ByType {
@@ -117,6 +124,7 @@ void WarnNullOutput(LogDocument& document, const char* name);
 template <class T, class Format>
 struct OutArgument : NoSteps {
     using Parameter = T*;
+    using FinishOnlyLogs = void;
     const char* name;
     T* value;
     Format format;

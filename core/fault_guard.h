@@ -75,19 +75,19 @@ inline void Run(Function function, void* context)
 template <class Call>
 std::invoke_result_t<Call&> Guarded(Call&& call)
 {
-    using Callee = std::remove_reference_t<Call>;
+    // A temporary callee is moved into the frame, which saves the way to it.
     using Result = std::invoke_result_t<Call&>;
     if constexpr (std::is_void_v<Result>) {
         struct Frame {
-            Callee& call;
-        } frame{call};
+            Call call;
+        } frame{std::forward<Call>(call)};
         guard::Run([](void* context) { static_cast<Frame*>(context)->call(); }, &frame);
     } else {
         static_assert(std::is_trivially_copyable_v<Result>, "a fault leaves the result's life time undefined");
         struct Frame {
-            Callee& call;
+            Call call;
             Result result;
-        } frame{call, {}};
+        } frame{std::forward<Call>(call), {}};
         guard::Run(
             [](void* context) {
                 auto* frame = static_cast<Frame*>(context);

@@ -31,12 +31,10 @@ void LoggedCall::ForgetFailure() noexcept
 
 void* LoggedCall::Refuse(HRESULT& failure)
 {
-    if (!proxy.Wrapped()) {
-        if (document) document->WriteError("object not created");
-        failure = E_UNEXPECTED;
-    } else {
-        if (document) document->WriteWarning("Interface not exposed by object");
-        failure = E_NOINTERFACE;
+    failure = ResultOfRefusal(proxy);
+    if (document) {
+        failure == E_NOINTERFACE ? document->WriteWarning("Interface not exposed by object")
+                                 : document->WriteError("object not created");
     }
     return nullptr;
 }

@@ -12,6 +12,43 @@
 
 namespace zelt {
 
+// The frame of a call that nobody logs: the proxy is held, and the call is known to be in progress.
+class UnloggedCall {
+public:
+    [[gnu::always_inline]] explicit UnloggedCall(CapeOpenBase& proxy) : proxy(proxy), callsBefore(CountCallsInProgress())
+    {
+        PrepareToEnterCall();
+        proxy.EnterCall();
+        EnterCallInProgress({&proxy, nullptr, 0});
+    }
+    [[gnu::always_inline]] ~UnloggedCall()
+    {
+        LeaveCallInProgress(callsBefore);
+        proxy.LeaveCall();
+    }
+    UnloggedCall(const UnloggedCall&) = delete;
+    UnloggedCall& operator=(const UnloggedCall&) = delete;
+
+    // Runs the forwarded call. Faults and exceptions that leave it become E_UNEXPECTED.
+    template <class Call>
+    [[gnu::always_inline]] HRESULT Forward(Call&& call) noexcept
+    {
+        try {
+            return Guarded(std::forward<Call>(call));
+        } catch (...) {
+            EndCallsBeyond(callsBefore + 1);
+            return E_UNEXPECTED;
+        }
+    }
+
+private:
+    CapeOpenBase& proxy;
+    const std::size_t callsBefore;  // how many calls were in progress before this one
+};
+
+// The result of a call whose interface was not found.
+inline HRESULT ResultOfRefusal(const CapeOpenBase& proxy) { return proxy.Wrapped() ? E_NOINTERFACE : E_UNEXPECTED; }
+
 class LoggedCall {
 public:
     // `name` is the logged name, "ICapeUtilities::Edit".

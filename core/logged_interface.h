@@ -27,7 +27,7 @@ auto ArgumentOf(D& descriptor)
 
 // What is forwarded for it: a reference to the caller's value, or a pointer.
 template <class D>
-auto ValueOf(D& descriptor)
+auto ValueOf(const D& descriptor)
 {
     if constexpr (kIsMark<D>) {
         return std::tuple<>();
@@ -74,7 +74,7 @@ protected:
 
     // The method is a template's argument, so that it is called like any virtual function and not through a pointer.
     template <auto Method, class... D>
-    HRESULT Forward(const char* name, D... descriptors) noexcept
+    [[gnu::always_inline]] HRESULT Forward(const char* name, D... descriptors) noexcept
     {
         using Arguments = decltype(std::tuple_cat(ArgumentOf(descriptors)...));
         static_assert(
@@ -83,6 +83,29 @@ protected:
 
         if (!Proxy().Admits(name)) [[unlikely]]
             return RPC_E_WRONG_THREAD;
+        if constexpr ((kOnlyLogs<D> && ...)) {
+            if (!Proxy().Document()) [[likely]]
+                return ForwardUnlogged<Method>(descriptors...);
+        }
+        return ForwardLogged<Method>(name, std::move(descriptors)...);
+    }
+
+private:
+    // The way of a call that nobody logs, where the descriptors have nothing to do.
+    template <auto Method, class... D>
+    [[gnu::always_inline]] HRESULT ForwardUnlogged(const D&... descriptors) noexcept
+    {
+        UnloggedCall call(Proxy());
+        I* const target = Target();
+        if (!target) [[unlikely]]
+            return ResultOfRefusal(Proxy());
+        return call.Forward(Calling<Method>(target, descriptors...));
+    }
+
+    // The way of every other call.
+    template <auto Method, class... D>
+    [[gnu::noinline]] HRESULT ForwardLogged(const char* name, D... descriptors) noexcept
+    {
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
@@ -106,12 +129,19 @@ protected:
              ...);
             if (FAILED(prepared)) return call.Close(prepared, nullptr);
         }
-        const auto values = std::tuple_cat(ValueOf(descriptors)...);
-        result = call.Forward(
-            [&] { return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values); });
+        result = call.Forward(Calling<Method>(target, descriptors...));
         (Attempt([&] { descriptors.Finish(call, result); }), ...);
         (descriptors.Release(), ...);
         return call.Close(result, target);
+    }
+
+    // The call of the method with what the descriptors forward.
+    template <auto Method, class... D>
+    [[gnu::always_inline]] static auto Calling(I* target, const D&... descriptors)
+    {
+        return [target, values = std::tuple_cat(ValueOf(descriptors)...)] {
+            return std::apply([&](const auto&... value) { return (target->*Method)(value...); }, values);
+        };
     }
 };
 
