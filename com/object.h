@@ -12,6 +12,7 @@
 #include <oaidl.h>
 
 #include <atomic>
+#include <cstddef>
 #include <new>
 #include <utility>
 
@@ -142,7 +143,7 @@ private:
     void NoteVisitor(const char* member);
     void Visit();
     void EnterList();
-    static Object* TakeVisited();
+    static Object* TakeVisited(std::size_t& behind);
     void EndVisits();
     void ForgetVisits();
 

@@ -6,6 +6,11 @@ namespace {
 
 std::atomic<void (*)()> visitSignal{nullptr};
 
+void SignalVisit()
+{
+    if (void (*signal)() = visitSignal) signal();
+}
+
 }  // namespace
 
 void Object::SetVisitSignal(void (*signal)()) { visitSignal = signal; }
@@ -41,26 +46,37 @@ void Object::Visit()
 {
     if (visits.fetch_add(1, std::memory_order_acq_rel) > 0) return;
     EnterList();
-    if (void (*signal)() = visitSignal) signal();
+    SignalVisit();
 }
 
-// One object at a time: what one does when its references go may end another, which has to be in the list then.
+// One object at a time: what one does when its references go may end another, which has to be in the list then. No more of them
+// than are there at first: a component that never stops must not hold the apartment up.
 void Object::ReceiveVisits()
 {
-    while (Object* object = TakeVisited()) object->EndVisits();
+    std::size_t due = 1, behind = 0;
+    for (std::size_t done = 0; done < due; ++done) {
+        Object* object = TakeVisited(behind);
+        if (!object) return;
+        if (done == 0) due = 1 + behind;
+        object->EndVisits();
+    }
+    if (behind > 0) SignalVisit();
 }
 
-// An object of this thread, out of the list; null when there is none.
-Object* Object::TakeVisited()
+// An object of this thread, out of the list, and how many more there are; null when there is none.
+Object* Object::TakeVisited(std::size_t& behind)
 {
+    behind = 0;
     Object* taken = nullptr;
     Object* next = visited.exchange(nullptr, std::memory_order_acquire);
     while (Object* object = next) {
         next = object->nextVisited;
-        if (taken || object->IsElsewhere()) {
-            object->EnterList();
-        } else {
+        const bool isHere = !object->IsElsewhere();
+        if (isHere && !taken) {
             taken = object;
+        } else {
+            if (isHere) ++behind;
+            object->EnterList();
         }
     }
     return taken;
