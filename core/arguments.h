@@ -11,11 +11,11 @@
 #include <optional>
 #include <type_traits>
 
-#include "core/enumeration_writers.h"
+#include "log/enumeration_writers.h"
 #include "core/logged_call.h"
-#include "core/narrow.h"
-#include "core/value_writers.h"
-#include "core/variant_writer.h"
+#include "system/narrow.h"
+#include "log/value_writers.h"
+#include "log/variant_writer.h"
 
 namespace zelt {
 
@@ -36,10 +36,10 @@ struct NoSteps {
 
 // Whether the descriptor has nothing to do in a call that is not logged. One with a Finish of its own says FinishOnlyLogs.
 template <class D>
-inline constexpr bool kOnlyLogs =
-    std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)> &&
-    std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)> &&
-    (std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)> || requires { typename D::FinishOnlyLogs; });
+inline constexpr bool kOnlyLogs = std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)>&&
+                                      std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)> &&
+                                  (std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)> ||
+                                   requires { typename D::FinishOnlyLogs; });
 
 // --- How a value is written, chosen by its C++ type unless the row says otherwise.
 

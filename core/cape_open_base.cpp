@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "core/error_description.h"
-#include "core/foreign_text.h"
+#include "log/error_description.h"
+#include "guard/foreign_text.h"
 #include "core/interface_name.h"
 
 namespace zelt {

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "com/object.h"
-#include "core/foreign_call.h"
-#include "core/log_document.h"
+#include "guard/foreign_call.h"
+#include "log/log_document.h"
 #include "core/wrapper_factory.h"
 
 namespace zelt {

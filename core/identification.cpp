@@ -2,7 +2,7 @@
 
 #include <oleauto.h>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 
 namespace zelt {
 

@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// The name registered for the interface, or its identity in braces; "<invalid IID>" when it cannot be formatted.
+// The name registered for the interface, or its identity in braces.
 std::string InterfaceName(REFIID iid);
 
 }  // namespace zelt

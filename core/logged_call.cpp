@@ -2,10 +2,24 @@
 
 #include <memory>
 
-#include "core/foreign_throw.h"
-#include "core/se_exception.h"
+#include "guard/foreign_throw.h"
+#include "guard/se_exception.h"
 
 namespace zelt {
+namespace {
+
+void EndSweptCall(const CallInProgress& call) noexcept
+{
+    if (call.document) {
+        call.document->EndOpenFuncs(call.depth);
+        call.document->LetGo();
+    }
+    call.proxy->LeaveCall();
+}
+
+[[maybe_unused]] const EndCallFunction kBefore = SetEndCall(EndSweptCall);
+
+}  // namespace
 
 void LoggedCall::Open(const char* name)
 {

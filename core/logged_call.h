@@ -6,16 +6,17 @@
 
 #include <optional>
 
-#include "core/calls_in_progress.h"
+#include "guard/calls_in_progress.h"
 #include "core/cape_open_base.h"
-#include "core/error_description.h"
+#include "log/error_description.h"
 
 namespace zelt {
 
 // The frame of a call that nobody logs: the proxy is held, and the call is known to be in progress.
 class UnloggedCall {
 public:
-    [[gnu::always_inline]] explicit UnloggedCall(CapeOpenBase& proxy) : proxy(proxy), callsBefore(CountCallsInProgress())
+    [[gnu::always_inline]] explicit UnloggedCall(CapeOpenBase& proxy)
+        : proxy(proxy), callsBefore(CountCallsInProgress())
     {
         PrepareToEnterCall();
         proxy.EnterCall();

@@ -12,7 +12,7 @@
 #include <fcntl.h>
 #include <io.h>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #endif

@@ -1,6 +1,6 @@
 #include "shell/log_prompt.h"
 
-#include "core/message.h"
+#include "system/message.h"
 
 namespace zelt {
 

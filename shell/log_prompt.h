@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/log_document.h"
+#include "log/log_document.h"
 
 namespace zelt {
 

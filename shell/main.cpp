@@ -1,7 +1,7 @@
 #include <windows.h>
 
 #include "com/failure.h"
-#include "shell/library_search.h"
+#include "system/library_search.h"
 #include "shell/module.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* commandLineTail, int)

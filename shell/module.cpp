@@ -6,17 +6,17 @@
 
 #include "com/server_reference.h"
 #include "com/type_info.h"
-#include "core/fault_guard.h"
-#include "core/log_document.h"
-#include "core/message.h"
+#include "guard/fault_guard.h"
+#include "log/log_document.h"
+#include "system/message.h"
 #include "res/resource.h"
-#include "shell/exported_package_list.h"
-#include "shell/library_search.h"
+#include "packages/exported_package_list.h"
+#include "system/library_search.h"
 #include "shell/log_prompt.h"
-#include "shell/registration.h"
-#include "shell/served_classes.h"
+#include "registration/registration.h"
+#include "packages/served_classes.h"
 #include "shell/user_interface.h"
-#include "shell/version.h"
+#include "system/version.h"
 #include "thermo/wrapping_table.h"
 
 namespace zelt {
@@ -112,7 +112,8 @@ HRESULT CZELTModule::RunRegistration(RegistrationAction action)
     const bool named = action == RegistrationAction::RegisterPerUser || action == RegistrationAction::UnregisterPerUser;
     const Scope scope = named || PerUserRegistrationPreferred({}) ? Scope::User : Scope::Machine;
     const bool add = action == RegistrationAction::Register || action == RegistrationAction::RegisterPerUser;
-    return add ? RegisterServer(scope, versionText) : UnregisterServer(scope, versionText);
+    return add ? RegisterServer(scope, versionText, ServedClasses())
+               : UnregisterServer(scope, versionText, ServedClasses());
 }
 
 void CZELTModule::Lock() { AddReference(); }

@@ -11,10 +11,10 @@
 #include <string>
 
 #include "com/class_factory.h"
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "shell/command_line.h"
-#include "shell/handle.h"
-#include "shell/package_list_hold.h"
+#include "system/handle.h"
+#include "packages/package_list_hold.h"
 #include "shell/visit_window.h"
 
 namespace zelt {

@@ -3,11 +3,11 @@
 #include "thermo/material_object.h"
 #include "thermo/material_template.h"
 #include "thermo/simulation_context.h"
-#include "unit/parameter.h"
-#include "unit/parameter_collection.h"
-#include "unit/parameter_spec.h"
+#include "parameters/parameter.h"
+#include "parameters/parameter_collection.h"
+#include "parameters/parameter_spec.h"
 #include "unit/port_collection.h"
-#include "unit/reaction_object.h"
+#include "reactions/reaction_object.h"
 #include "unit/unit_port.h"
 
 namespace zelt {

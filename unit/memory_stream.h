@@ -12,7 +12,7 @@
 #include <memory>
 
 #include "com/object.h"
-#include "core/log_document.h"
+#include "log/log_document.h"
 
 namespace zelt {
 

@@ -2,7 +2,7 @@
 
 #include <wrl/client.h>
 
-#include "core/hr_name.h"
+#include "log/hr_name.h"
 #include "unit/memory_stream.h"
 #include "unit/stream_transfer.h"
 

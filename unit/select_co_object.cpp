@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/message.h"
+#include "system/message.h"
 #include "res/resource.h"
 
 namespace zelt {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/component_scan.h"
-#include "core/dialog.h"
+#include "system/component_scan.h"
+#include "system/dialog.h"
 
 namespace zelt {
 

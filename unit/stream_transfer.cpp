@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/foreign_call.h"
+#include "guard/foreign_call.h"
 
 namespace zelt {
 namespace {

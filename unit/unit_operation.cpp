@@ -5,12 +5,13 @@
 
 #include <cstring>
 
-#include "core/foreign_creation.h"
-#include "core/hr_name.h"
-#include "core/message.h"
-#include "core/narrow.h"
-#include "unit/root_log.h"
+#include "guard/foreign_creation.h"
+#include "log/hr_name.h"
+#include "system/message.h"
+#include "system/narrow.h"
+#include "log/root_log.h"
 #include "unit/select_co_object.h"
+#include "system/guid_text.h"
 
 namespace zelt {
 
@@ -23,12 +24,6 @@ constexpr char kInitialName[] = "Unit Operation";
 
 constexpr ProxyTraits kTraits = {
     .typeName = "Unit Operation", .servedVersion = ThermoVersion::CapeOpen10, .isNamedEarly = true};
-
-std::string ClassText(REFCLSID classId)
-{
-    wchar_t text[64];
-    return StringFromGUID2(classId, text, 64) ? Narrow(text) : "<unknown>";
-}
 
 }  // namespace
 
@@ -84,14 +79,14 @@ bool CUnitOperation::ChooseClass(LoggedCall& call)
 {
     if (options.pravikUnit != CLSID_NULL && _stricmp(Name().c_str(), kInitialName) == 0) {
         ObjectClass() = options.pravikUnit;
-        call.Info("Automatically creating user configured unit operation: " + ClassText(ObjectClass()));
+        call.Info("Automatically creating user configured unit operation: " + Narrow(GuidText(ObjectClass())));
         return true;
     }
     if (const auto selected = SelectUnitOperation(L"Select " + Widen(Name()) + L":", kUnitOperationClass)) {
         // Deliberate: without a log the choice is not taken over.
         if (call.Document()) {
             ObjectClass() = *selected;
-            call.Info("Creating user selected unit operation: " + ClassText(ObjectClass()));
+            call.Info("Creating user selected unit operation: " + Narrow(GuidText(ObjectClass())));
         }
         return true;
     }
@@ -123,7 +118,7 @@ HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID clas
         return result;
     }
     const ForeignPtr<IDispatch> inner(static_cast<IDispatch*>(created));
-    call.Info("Created unit operation from CLSID " + ClassText(classId));
+    call.Info("Created unit operation from CLSID " + Narrow(GuidText(classId)));
     Wrap(inner.Get());
     return S_OK;
 }

@@ -4,7 +4,7 @@
 // are logged and answered as without a wrapped object.
 #pragma once
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "unit/persistent_object.h"
 #include "unit/unit_interfaces.h"
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
-#include "unit/logged_collection.h"
+#include "core/logged_collection.h"
 
 namespace zelt {
 

@@ -5,7 +5,7 @@
 #include "bench/calls/parts.h"
 #include "bench/calls/plain_package.h"
 #include "bench/rows.h"
-#include "core/fault_guard.h"
+#include "guard/fault_guard.h"
 #include "thermo/property_package_11.h"
 
 namespace zelt::bench {

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "bench/calls/plain_package.h"
-#include "core/log_document.h"
-#include "core/log_options.h"
+#include "log/log_document.h"
+#include "log/log_options.h"
 #include "thermo/material_object.h"
 #include "thermo/property_package_11.h"
 

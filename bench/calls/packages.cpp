@@ -8,8 +8,8 @@
 #include "bench/calls/parts.h"
 #include "bench/rows.h"
 #include "com/type_info.h"
-#include "shell/exported_package_list.h"
-#include "thermo/property_package_manager.h"
+#include "packages/exported_package_list.h"
+#include "packages/property_package_manager.h"
 #include "thermo/wrapping_table.h"
 
 #include <cape-open.h>

@@ -14,10 +14,10 @@
 #include "bench/rows.h"
 #include "bench/viewer/bare_reader.h"
 #include "bench/viewer/written_log.h"
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 
 namespace zelt::bench {
 namespace {

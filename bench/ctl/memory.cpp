@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "shell/handle.h"
+#include "system/handle.h"
 
 namespace zelt::bench {
 double PeakMemory(const std::wstring& commandLine)

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cwchar>
 
-#include "shell/handle.h"
+#include "system/handle.h"
 
 namespace zelt::bench {
 namespace {

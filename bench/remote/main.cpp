@@ -16,7 +16,7 @@
 #include "bench/remote/lives.h"
 #include "bench/remote/session.h"
 #include "bench/rows.h"
-#include "core/registry.h"
+#include "system/registry.h"
 #include "samples/package/classes.h"
 
 namespace zelt::bench {

@@ -4,9 +4,9 @@
 
 #include "bench/rows.h"
 #include "com/type_info.h"
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "res/resource.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 #include "shell/log_viewer/shared_log_file.h"
 
 namespace zelt::bench {

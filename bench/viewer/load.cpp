@@ -8,7 +8,7 @@
 #include "bench/viewer/floors.h"
 #include "bench/viewer/parts.h"
 #include "bench/viewer/written_log.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
 #include "shell/log_viewer/shared_log_file.h"

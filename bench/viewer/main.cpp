@@ -13,7 +13,7 @@
 #include "bench/rows.h"
 #include "bench/viewer/parts.h"
 #include "bench/viewer/written_log.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 
 int main(int argc, char** argv)
 try {

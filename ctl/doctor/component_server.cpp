@@ -4,12 +4,13 @@
 #include <optional>
 #include <vector>
 
-#include "core/component_scan.h"
+#include "system/component_scan.h"
 #include "ctl/doctor/installation.h"
 #include "ctl/doctor/program_width.h"
 #include "ctl/exports/session.h"
-#include "shell/library_facts.h"
-#include "shell/registrar.h"
+#include "registration/library_facts.h"
+#include "registration/registrar.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {

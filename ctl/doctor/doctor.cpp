@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "com/failure.h"
-#include "core/narrow.h"
-#include "core/system_text.h"
+#include "system/narrow.h"
+#include "system/system_text.h"
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/mending.h"
 #include "ctl/exports/session.h"

@@ -3,8 +3,9 @@
 #include <windows.h>
 
 #include "com/type_info.h"
-#include "shell/registration.h"
-#include "shell/version.h"
+#include "registration/registration.h"
+#include "packages/served_classes.h"
+#include "system/version.h"
 
 namespace zelt::ctl {
 namespace {

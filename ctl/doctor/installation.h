@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "shell/registration_check.h"
+#include "registration/registration_check.h"
 
 namespace zelt::ctl {
 

@@ -13,9 +13,10 @@
 #include "ctl/doctor/checks.h"
 #include "ctl/exports/session.h"
 #include "res/resource.h"
-#include "shell/library_facts.h"
-#include "shell/shared_file.h"
-#include "shell/type_library_registration.h"
+#include "registration/library_facts.h"
+#include "registration/shared_file.h"
+#include "registration/type_library_registration.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {

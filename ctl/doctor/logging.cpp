@@ -1,13 +1,13 @@
 // Where logs go, and what PRAVIK makes.
 #include <windows.h>
 
-#include "core/log_location.h"
-#include "core/log_options.h"
+#include "log/log_location.h"
+#include "log/log_options.h"
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/component_server.h"
 #include "ctl/exports/session.h"
-#include "shell/handle.h"
-#include "shell/library_facts.h"
+#include "system/handle.h"
+#include "registration/library_facts.h"
 
 namespace zelt::ctl {
 namespace {

@@ -7,14 +7,14 @@
 #include <stdexcept>
 
 #include "com/failure.h"
-#include "core/narrow.h"
-#include "core/system_text.h"
+#include "system/narrow.h"
+#include "system/system_text.h"
 #include "ctl/exports/session.h"
 #include "ctl/exports/stored_packages.h"
-#include "shell/handle.h"
-#include "shell/registrar.h"
-#include "shell/shared_file.h"
-#include "shell/type_library_registration.h"
+#include "system/handle.h"
+#include "registration/registrar.h"
+#include "registration/shared_file.h"
+#include "registration/type_library_registration.h"
 
 namespace zelt::ctl {
 namespace {

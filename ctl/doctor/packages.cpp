@@ -9,10 +9,11 @@
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/component_server.h"
 #include "ctl/exports/session.h"
-#include "shell/add_package/package_kinds.h"
-#include "shell/add_package/package_listing.h"
-#include "shell/exported_package_list.h"
-#include "shell/library_facts.h"
+#include "packages/package_kinds.h"
+#include "packages/package_listing.h"
+#include "packages/exported_package_list.h"
+#include "registration/library_facts.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {
@@ -63,7 +64,7 @@ bool IsOwnClass(const ExportedPackage& package)
 {
     const auto rows = PackageKindRows();
     return std::any_of(rows.begin(), rows.end(),
-                       [&](const PackageKindRow& row) { return row.ownClass == package.classId; });
+                       [&](const PackageKindRow& row) { return row.family.managerClass == package.classId; });
 }
 
 void CheckDuplicates(const ExportedPackageList& list, Findings& findings)

@@ -5,8 +5,9 @@
 #include "ctl/doctor/checks.h"
 #include "ctl/exports/session.h"
 #include "res/resource.h"
-#include "shell/registrar.h"
-#include "shell/version.h"
+#include "registration/registrar.h"
+#include "packages/served_classes.h"
+#include "system/version.h"
 
 namespace zelt::ctl {
 namespace {

@@ -6,8 +6,8 @@
 #include "ctl/exports/package_text.h"
 #include "ctl/exports/session.h"
 #include "ctl/exports/stored_packages.h"
-#include "shell/add_package/export_name.h"
-#include "shell/add_package/package_listing.h"
+#include "packages/export_name.h"
+#include "packages/package_listing.h"
 
 namespace zelt::ctl {
 namespace {

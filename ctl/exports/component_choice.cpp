@@ -7,7 +7,7 @@
 
 #include "ctl/command.h"
 #include "ctl/exports/session.h"
-#include "shell/add_package/package_kinds.h"
+#include "packages/package_kinds.h"
 
 namespace zelt::ctl {
 namespace {

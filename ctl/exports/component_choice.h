@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "core/component_scan.h"
-#include "shell/exported_package.h"
+#include "system/component_scan.h"
+#include "packages/exported_package.h"
 
 namespace zelt::ctl {
 

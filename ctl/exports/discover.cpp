@@ -6,10 +6,11 @@
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/session.h"
 #include "ctl/json_writer.h"
-#include "shell/add_package/package_kinds.h"
-#include "shell/add_package/package_listing.h"
-#include "shell/library_facts.h"
-#include "shell/main_window/unit_operation_menu.h"
+#include "packages/package_kinds.h"
+#include "packages/package_listing.h"
+#include "registration/library_facts.h"
+#include "unit/installed_unit_operations.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {
@@ -97,7 +98,7 @@ int Discover(bool askManagers, Report report)
             report.Component(component, &rows[index], packages);
         }
     }
-    const UnitOperations& units = InstalledUnitOperations();
+    const InstalledUnits& units = InstalledUnitOperations();
     Require(units.outcome);
     if (!units.found.empty()) report.Heading(L"Unit operations");
     for (const ComponentInfo& unit : units.found) report.Component(unit, nullptr, {});

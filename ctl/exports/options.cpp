@@ -1,13 +1,14 @@
 // options: the menu of the same name.
 #include <optional>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "ctl/exports/component_choice.h"
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/session.h"
 #include "ctl/json_writer.h"
-#include "shell/library_facts.h"
-#include "shell/main_window/unit_operation_menu.h"
+#include "registration/library_facts.h"
+#include "unit/installed_unit_operations.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {
@@ -33,7 +34,7 @@ CLSID UnitOf(const std::string& word)
 {
     if (word == "ask") return CLSID_NULL;
     std::optional<CLSID> meant;
-    const UnitOperations& installed = InstalledUnitOperations();
+    const InstalledUnits& installed = InstalledUnitOperations();
     Require(installed.outcome);
     for (const ComponentInfo& unit : installed.found) {
         if (!Means(Wide(word), unit)) continue;

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-#include "core/component_scan.h"
+#include "system/component_scan.h"
 #include "ctl/exports/session.h"
-#include "shell/add_package/package_kinds.h"
-#include "shell/library_facts.h"
+#include "packages/package_kinds.h"
+#include "registration/library_facts.h"
+#include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {

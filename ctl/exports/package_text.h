@@ -5,7 +5,7 @@
 
 #include "ctl/command.h"
 #include "ctl/json_writer.h"
-#include "shell/exported_package.h"
+#include "packages/exported_package.h"
 
 namespace zelt::ctl {
 

@@ -2,8 +2,8 @@
 
 #include <objbase.h>
 
-#include "core/fault_guard.h"
-#include "core/narrow.h"
+#include "guard/fault_guard.h"
+#include "system/narrow.h"
 #include "ctl/command.h"
 
 namespace zelt::ctl {

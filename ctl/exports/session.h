@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/outcome.h"
+#include "system/outcome.h"
 
 namespace zelt::ctl {
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "shell/exported_package_list.h"
-#include "shell/package_list_hold.h"
+#include "packages/exported_package_list.h"
+#include "packages/package_list_hold.h"
 
 namespace zelt::ctl {
 

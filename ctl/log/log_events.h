@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ctl/command.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 
 namespace zelt::ctl {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "shell/log_reader/buffered_file.h"
+#include "log_reader/buffered_file.h"
 
 namespace zelt::ctl {
 

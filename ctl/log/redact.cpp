@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/markup.h"
+#include "log/vocabulary/markup.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
 #include "ctl/log/message_redaction.h"

@@ -3,7 +3,7 @@
 #include <windowsx.h>
 
 #include "res/resource.h"
-#include "shell/add_package/export_name.h"
+#include "packages/export_name.h"
 
 namespace zelt {
 namespace {

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "shell/add_package/component_tree.h"
-#include "core/dialog.h"
-#include "shell/dialog_layout.h"
-#include "shell/exported_package_list.h"
+#include "system/dialog.h"
+#include "system/dialog_layout.h"
+#include "packages/exported_package_list.h"
 
 namespace zelt {
 

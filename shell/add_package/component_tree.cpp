@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "shell/small_images.h"
+#include "shell/package_images.h"
 
 namespace zelt {
 
@@ -21,7 +21,7 @@ Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSo
         const PackageKindRow& row = kinds[index];
         const HTREEITEM heading = InsertHeading(row.heading);
         for (const ComponentInfo& component : found[index]) {
-            Insert(heading, component.displayName, row.image,
+            Insert(heading, component.displayName, ImageOfComponent(row.kind),
                    {{row.kind, component.classId, component.name}, IsManager(row.kind)});
         }
         TreeView_Expand(tree, heading, TVE_EXPAND);

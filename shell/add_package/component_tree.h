@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "shell/add_package/package_kinds.h"
-#include "shell/add_package/package_listing.h"
-#include "core/component_scan.h"
+#include "packages/package_kinds.h"
+#include "packages/package_listing.h"
+#include "system/component_scan.h"
 
 namespace zelt {
 

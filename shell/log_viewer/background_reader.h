@@ -3,7 +3,7 @@
 // of them: the memory does not depend on the file.
 #pragma once
 
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 #include "shell/log_viewer/shared_log_file.h"
 
 namespace zelt {

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "core/dialog.h"
+#include "system/dialog.h"
 
 namespace zelt {
 

@@ -1,6 +1,6 @@
 #include "shell/log_viewer/label_search.h"
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "shell/log_viewer/label_matcher.h"
 #include "shell/log_viewer/label_pattern.h"
 #include "shell/log_viewer/long_task.h"

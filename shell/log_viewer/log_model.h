@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 #include "shell/log_viewer/chunked_array.h"
 
 namespace zelt {

@@ -1,6 +1,6 @@
 #include "shell/log_viewer/log_tree.h"
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "shell/log_viewer/long_task.h"
 
 namespace zelt {

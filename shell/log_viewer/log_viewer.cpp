@@ -3,9 +3,9 @@
 #include <memory>
 #include <utility>
 
-#include "core/exception_text.h"
-#include "core/message.h"
-#include "shell/handle.h"
+#include "system/exception_text.h"
+#include "system/message.h"
+#include "system/handle.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/view_log_dialog.h"
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "core/dialog.h"
+#include "system/dialog.h"
 
 namespace zelt {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "com/type_info.h"
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "res/resource.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/module.h"

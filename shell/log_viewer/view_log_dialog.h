@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "core/dialog.h"
+#include "system/dialog.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "res/resource.h"
 #include "shell/log_viewer/label_matcher.h"
 #include "shell/log_viewer/label_search.h"

@@ -5,9 +5,9 @@
 #include <new>
 #include <optional>
 
-#include "core/exception_text.h"
-#include "core/narrow.h"
-#include "core/system_text.h"
+#include "system/exception_text.h"
+#include "system/narrow.h"
+#include "system/system_text.h"
 #include "res/resource.h"
 #include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/file_progress_dialog.h"

@@ -1,6 +1,6 @@
 #include "shell/main_window/about_dialog.h"
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "res/resource.h"
 #include "shell/module.h"
 

@@ -1,7 +1,7 @@
 // CAboutDlg: the program's name, version and purpose.
 #pragma once
 
-#include "core/dialog.h"
+#include "system/dialog.h"
 
 namespace zelt {
 

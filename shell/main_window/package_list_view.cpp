@@ -1,14 +1,9 @@
 #include "shell/main_window/package_list_view.h"
 
-#include "shell/small_images.h"
+#include "shell/package_images.h"
 
 namespace zelt {
 namespace {
-
-int ImageOf(PackageKind kind)
-{
-    return kind < PackageKind::ReactionPackage10FromManager ? kImagePropertyPackage : kImageReactionPackage;
-}
 
 enum Column : int { kNameColumn, kTypeColumn, kColumns };
 
@@ -48,7 +43,7 @@ void PackageListView::Fill(const ExportedPackageList& packages)
         item.mask = LVIF_TEXT | LVIF_IMAGE;
         item.iItem = static_cast<int>(index);
         item.pszText = const_cast<wchar_t*>(package.exportedName.c_str());
-        item.iImage = ImageOf(package.kind);
+        item.iImage = ImageOfPackage(package.kind);
         const int row = ListView_InsertItem(list, &item);
         ListView_SetItemText(list, row, kTypeColumn, const_cast<wchar_t*>(PackageType(package.kind)));
         ListView_SetCheckState(list, row, package.loggingEnabled);

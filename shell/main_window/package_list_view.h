@@ -7,7 +7,7 @@
 
 #include <optional>
 
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 
 namespace zelt {
 

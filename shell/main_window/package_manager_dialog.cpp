@@ -6,15 +6,16 @@
 #include <memory>
 #include <utility>
 
-#include "core/message.h"
+#include "system/message.h"
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
-#include "shell/add_package/export_name.h"
+#include "packages/export_name.h"
 #include "shell/main_window/about_dialog.h"
 #include "shell/main_window/help.h"
 #include "shell/main_window/unit_operation_menu.h"
 #include "shell/module.h"
 #include "shell/user_interface.h"
+#include "unit/installed_unit_operations.h"
 
 namespace zelt {
 namespace {
@@ -252,7 +253,7 @@ void CPackageManagerDlg::ChooseUnitOperation(REFCLSID classId)
 
 const std::vector<ComponentInfo>& CPackageManagerDlg::UnitOperationChoices()
 {
-    const UnitOperations& installed = InstalledUnitOperations();
+    const InstalledUnits& installed = InstalledUnitOperations();
     if (!std::exchange(searchShown, true)) ShowFailure(installed.outcome);
     return installed.found;
 }

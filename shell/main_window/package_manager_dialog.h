@@ -3,10 +3,10 @@
 // the process: calls from simulators may change it whenever messages are pumped, and the window follows.
 #pragma once
 
-#include "core/component_scan.h"
-#include "core/log_options.h"
-#include "core/dialog.h"
-#include "shell/exported_package_list.h"
+#include "system/component_scan.h"
+#include "log/log_options.h"
+#include "system/dialog.h"
+#include "packages/exported_package_list.h"
 #include "shell/lock_object.h"
 #include "shell/main_window/package_list_view.h"
 

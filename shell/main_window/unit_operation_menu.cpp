@@ -1,11 +1,8 @@
 #include "shell/main_window/unit_operation_menu.h"
 
-#include <objbase.h>
-
 #include <algorithm>
 
 #include "res/resource.h"
-#include "unit/unit_operation.h"
 
 namespace zelt {
 namespace {
@@ -23,17 +20,6 @@ std::wstring MenuText(const std::wstring& name)
 UINT CheckFlag(bool checked) { return checked ? MF_CHECKED : MF_UNCHECKED; }
 
 }  // namespace
-
-const UnitOperations& InstalledUnitOperations()
-{
-    // Nothing here lets messages in: a call from inside of the initialiser would not be defined.
-    static const UnitOperations installed = [] {
-        const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
-        FoundComponents components = FindComponents(search);
-        return UnitOperations{std::move(components.lists.front()), std::move(components.outcome)};
-    }();
-    return installed;
-}
 
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen)
 {

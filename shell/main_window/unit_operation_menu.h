@@ -6,19 +6,10 @@
 
 #include <optional>
 #include <span>
-#include <vector>
 
-#include "core/component_scan.h"
+#include "system/component_scan.h"
 
 namespace zelt {
-
-struct UnitOperations {
-    std::vector<ComponentInfo> found;
-    Outcome outcome;  // of the search
-};
-
-// The unit operations of this computer, but for the program's own. Gathered when first asked for, once a process.
-const UnitOperations& InstalledUnitOperations();
 
 // Fills the menu anew behind its first item, and checks the item of `chosen`.
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen);

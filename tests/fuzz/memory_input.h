@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "check.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 
 namespace zelt::test {
 

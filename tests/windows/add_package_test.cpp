@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "res/resource.h"
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "core/log_location.h"
+#include "log/log_location.h"
 #include "shell/main_window/package_manager_dialog.h"
 #include "tests/windows/module_fixture.h"
 #include "tests/windows/patched_import.h"

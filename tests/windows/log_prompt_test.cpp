@@ -6,15 +6,15 @@
 
 #include <thread>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "res/resource.h"
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
 #include "tests/system/harness/stored_options.h"
-#include "thermo/property_package_manager.h"
+#include "packages/property_package_manager.h"
 
 // The prompt at the end of a logged package, and the viewer behind its Yes. Registers the server.
 namespace {

@@ -4,7 +4,7 @@
 #include <windows.h>
 #include <objbase.h>
 
-#include "core/registry.h"
+#include "system/registry.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "shell/main_window/package_manager_dialog.h"
 #include "tests/system/harness/stored_options.h"
 #include "tests/windows/menu_text.h"

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "res/resource.h"
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"

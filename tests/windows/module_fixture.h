@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 #include "shell/module.h"
 #include "tests/windows/registered_components.h"
 

@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <thread>
 
-#include "core/log_location.h"
-#include "core/registry.h"
+#include "log/log_location.h"
+#include "system/registry.h"
 #include "res/resource.h"
-#include "shell/key_tree.h"
-#include "shell/registry_views.h"
+#include "registration/key_tree.h"
+#include "registration/registry_views.h"
 #include "tests/system/harness/stored_options.h"
-#include "tests/unit/fake_unit.h"
+#include "tests/unit/support/fake_unit.h"
 #include "tests/windows/program.h"
 #include "thermo/wrapping_table.h"
 

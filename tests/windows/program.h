@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/handle.h"
+#include "system/handle.h"
 
 namespace zelt::test {
 

@@ -7,12 +7,12 @@
 #include <thread>
 
 #include "res/resource.h"
-#include "shell/exported_package_list.h"
+#include "packages/exported_package_list.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
-#include "thermo/property_package_manager.h"
+#include "packages/property_package_manager.h"
 
 // The window follows what a simulator's call does to the list. Registers the server.
 namespace {

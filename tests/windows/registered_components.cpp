@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "shell/registry_views.h"
+#include "registration/registry_views.h"
 
 namespace zelt::test {
 namespace {

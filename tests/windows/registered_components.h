@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/registry.h"
-#include "shell/key_tree.h"
+#include "system/registry.h"
+#include "registration/key_tree.h"
 
 namespace zelt::test {
 

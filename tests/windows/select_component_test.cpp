@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "core/registry.h"
+#include "system/registry.h"
 #include "res/resource.h"
 #include "tests/windows/program.h"
 #include "tests/windows/screenshot.h"

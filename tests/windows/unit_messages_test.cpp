@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "core/log_location.h"
+#include "log/log_location.h"
 #include "tests/windows/program.h"
 #include "tests/windows/screenshot.h"
 #include "unit/select_co_object.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "shell/handle.h"
+#include "system/handle.h"
 #include "shell/log_viewer/log_viewer.h"
 #include "shell/log_viewer/view_log_dialog.h"
 #include "tests/windows/program.h"

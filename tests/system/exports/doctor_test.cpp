@@ -4,12 +4,12 @@
 #include <fstream>
 #include <functional>
 
-#include "core/log_location.h"
-#include "core/log_options.h"
-#include "shell/library_facts.h"
-#include "shell/package_list_hold.h"
-#include "shell/registry_views.h"
-#include "shell/shared_file.h"
+#include "log/log_location.h"
+#include "log/log_options.h"
+#include "registration/library_facts.h"
+#include "packages/package_list_hold.h"
+#include "registration/registry_views.h"
+#include "registration/shared_file.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/stored_options.h"
 

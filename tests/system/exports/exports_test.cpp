@@ -1,9 +1,9 @@
 // list, discover, add, remove, log on and log off.
 #include <gtest/gtest.h>
 
-#include "core/log_options.h"
-#include "shell/exported_package_list.h"
-#include "shell/package_list_hold.h"
+#include "log/log_options.h"
+#include "packages/exported_package_list.h"
+#include "packages/package_list_hold.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/harness/refused_writes.h"

@@ -1,7 +1,7 @@
 // options.
 #include <gtest/gtest.h>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/refused_writes.h"
 #include "tests/system/harness/stored_options.h"

@@ -1,7 +1,7 @@
 // zeltctl.exe itself, beside a ZELT.EXE as it is installed: what goes where, exit codes, and an installation that moved.
 #include <gtest/gtest.h>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/text_file.h"
 

@@ -1,6 +1,6 @@
 #include "tests/system/exports/windows_commands.h"
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 

@@ -4,9 +4,9 @@
 #include <set>
 #include <string>
 
-#include "core/narrow.h"
-#include "core/registry.h"
-#include "core/system_text.h"
+#include "system/narrow.h"
+#include "system/registry.h"
+#include "system/system_text.h"
 
 namespace zelt::test {
 

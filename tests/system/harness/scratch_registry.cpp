@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 
 namespace zelt::test {
 namespace {

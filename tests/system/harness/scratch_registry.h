@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "core/registry.h"
+#include "system/registry.h"
 
 namespace zelt::test {
 

@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-#include "core/log_options.h"
+#include "log/log_options.h"
 
 namespace zelt::test {
 

@@ -10,7 +10,7 @@
 #include <cape-open.h>
 
 #include "com/failure.h"
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "dynamic_fake.h"
 #include "method_call.h"
 #include "tests/system/marshalling/named_object.h"

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "com/dispatch.h"
-#include "core/log_document.h"
-#include "core/log_options.h"
-#include "core/narrow.h"
+#include "log/log_document.h"
+#include "log/log_options.h"
+#include "system/narrow.h"
 #include "dynamic_fake.h"
 #include "method_table.h"
 #include "proxy_classes.h"

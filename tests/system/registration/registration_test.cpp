@@ -1,4 +1,4 @@
-#include "shell/registration.h"
+#include "registration/registration.h"
 
 #include <gtest/gtest.h>
 #include <shlobj.h>
@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/narrow.h"
-#include "shell/key_tree.h"
+#include "system/narrow.h"
+#include "registration/key_tree.h"
 #include "tests/system/registration/processes.h"
 #include "tests/system/registration/registry_snapshot.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "core/narrow.h"
-#include "shell/key_tree.h"
-#include "shell/registry_views.h"
+#include "system/narrow.h"
+#include "registration/key_tree.h"
+#include "registration/registry_views.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include <thread>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "samples/component/variant.h"
-#include "shell/log_reader/log_reader.h"
+#include "log_reader/log_reader.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 

@@ -1,7 +1,7 @@
 #include <comutil.h>
 #include <gtest/gtest.h>
 
-#include "core/narrow.h"
+#include "system/narrow.h"
 #include "samples/component/variant.h"
 #include "samples/simulator/material.h"
 #include "tests/system/served_packages/served_packages.h"

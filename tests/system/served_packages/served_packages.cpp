@@ -6,7 +6,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "core/registry.h"
+#include "system/registry.h"
 #include "tests/system/harness/line_ends.h"
 
 namespace zelt::test {

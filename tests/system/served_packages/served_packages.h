@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/key_tree.h"
+#include "registration/key_tree.h"
 #include "tests/system/harness/log_normaliser.h"
 #include "tests/system/harness/process.h"
 

@@ -6,7 +6,7 @@
 #include "tests/system/harness/process_figures.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
-#include "tests/unit/long_run.h"
+#include "tests/unit/support/long_run.h"
 
 // A server that has served for long holds what it held at the start. ZELT_TEST_EFFORT makes it as long as one likes.
 namespace zelt::test {

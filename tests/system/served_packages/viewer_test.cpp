@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "shell/package_list_hold.h"
+#include "packages/package_list_hold.h"
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"

@@ -9,7 +9,7 @@
 #include <fstream>
 
 #include "res/resource.h"
-#include "shell/handle.h"
+#include "system/handle.h"
 
 namespace zelt::test {
 namespace {

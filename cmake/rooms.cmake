@@ -1,0 +1,25 @@
+# A room is a folder of sources that is one library, and sees the rooms below it: what it includes by "room/header.h" is found
+# only in the rooms that it, or one of those, uses. The table of rooms is in docs/architecture.md.
+#
+# zelt_room(<name> [FOLDER <folder>] [SOURCES <source>...] [USES <library>...] [SYSTEM <library>...]): `USES` are rooms and what
+# else the headers need, `SYSTEM` libraries that only the sources need. A room without sources stands in its headers.
+function(zelt_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER" "SOURCES;USES;SYSTEM")
+  if(NOT arg_FOLDER)
+    set(arg_FOLDER ${name})
+  endif()
+  set(view ${CMAKE_BINARY_DIR}/rooms/${name})
+  get_filename_component(above ${view}/${arg_FOLDER} DIRECTORY)
+  file(MAKE_DIRECTORY ${above})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${arg_FOLDER} ${view}/${arg_FOLDER} SYMBOLIC)
+  if(arg_SOURCES)
+    add_library(${name} STATIC ${arg_SOURCES})
+    set(reach PUBLIC)
+    target_link_libraries(${name} PRIVATE ${arg_SYSTEM})
+  else()
+    add_library(${name} INTERFACE)
+    set(reach INTERFACE)
+  endif()
+  target_include_directories(${name} ${reach} ${view})
+  target_link_libraries(${name} ${reach} ${arg_USES})
+endfunction()

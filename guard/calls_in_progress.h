@@ -1,0 +1,62 @@
+// The logged calls in progress in the proxies' apartment, kept apart from the stack. A fault far down, a stack overflow above
+// all, may be caught by a call further out: the frames in between are gone without their destructors, and what those would
+// have done is done from here. Entering and leaving are on the way of every call, so they are inline.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zelt {
+
+// What the calls belong to; only the layer that enters them knows more of it.
+class CapeOpenBase;
+class LogDocument;
+
+struct CallInProgress {
+    CapeOpenBase* proxy;
+    LogDocument* document;  // null when nothing is logged
+    std::int32_t depth;     // of the document before the call's element was opened
+};
+
+// Does what the swept frame of a call would have done. Installed by the layer that enters calls, before it enters the first.
+using EndCallFunction = void (*)(const CallInProgress& call) noexcept;
+EndCallFunction SetEndCall(EndCallFunction function);
+
+namespace calls_in_progress {
+
+// Outermost first. Calls that memory does not suffice to track are counted all the same.
+extern CallInProgress* calls;
+extern std::size_t room;
+extern std::size_t count;
+
+void MakeRoom() noexcept;
+
+}  // namespace calls_in_progress
+
+// How many calls are in progress.
+inline std::size_t CountCallsInProgress() { return calls_in_progress::count; }
+
+// Makes room for one more; may call others, as opposed to what follows.
+inline void PrepareToEnterCall()
+{
+    using namespace calls_in_progress;
+    if (count == room) [[unlikely]]
+        MakeRoom();
+}
+
+[[gnu::always_inline]] inline void EnterCallInProgress(const CallInProgress& call)
+{
+    using namespace calls_in_progress;
+    if (count < room) [[likely]]
+        calls[count] = call;
+    ++count;
+}
+
+// Takes out the innermost call, whose frame is still there to clean up after itself.
+inline void LeaveCallInProgress(std::size_t countBefore) { calls_in_progress::count = countBefore; }
+
+// Ends the calls beyond the first `count`, innermost first: closes their func elements and gives back what they hold. Does
+// nothing when there are none, as is usual.
+void EndCallsBeyond(std::size_t count) noexcept;
+
+}  // namespace zelt

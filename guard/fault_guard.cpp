@@ -1,0 +1,196 @@
+#include "guard/fault_guard.h"
+
+#include <excpt.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#include "guard/abort_trap.h"
+#include "guard/foreign_throw.h"
+
+#ifndef _WIN64
+#include <unwind.h>
+#endif
+
+namespace zelt {
+
+using guard::Escape;
+
+namespace {
+
+constexpr ULONG kOverflowReserve = 32 * 1024;  // Stack kept back for the dispatch of an overflow.
+constexpr ULONG_PTR kRoomToRecover = 64 * 1024;
+
+// A guard too close to the end of the stack could not recover, the throw itself would overflow again: an outer guard
+// must take the overflow. That happens when a package and a proxy call each other without end.
+bool HasRoomToRecover(const void* frame)
+{
+    ULONG_PTR low = 0;
+    ULONG_PTR high = 0;
+    GetCurrentThreadStackLimits(&low, &high);
+    const ULONG_PTR room = std::min(kRoomToRecover, (high - low) / 4);
+    return reinterpret_cast<ULONG_PTR>(frame) - low >= room;
+}
+
+#ifdef _WIN64
+constexpr DWORD kGccThrow = 0x20474343;
+
+// C++ exceptions of GCC's runtime library, whichever copy of it, are known to ours and find their handler themselves.
+// Those of other libraries with the same code are not: our library ends the process when it meets one during another.
+bool PassesThrough(const EXCEPTION_RECORD& record)
+{
+    char producer[8] = {};  // The exception's class: vendor and language, the last byte varies.
+    if (record.ExceptionCode != kGccThrow || record.NumberParameters == 0) return false;
+    if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer))
+        return false;
+    return std::memcmp(producer + 1, "++CCUNG", 7) == 0;
+}
+#endif
+
+// Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be known of
+// it: the thrown object lives on the stack that is about to go.
+bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
+{
+    if (record.ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) return false;
+    if (record.ExceptionCode == EXCEPTION_STACK_OVERFLOW && !HasRoomToRecover(frame)) return false;
+    const char* text = nullptr;
+    escape = {Escape::Kind::Fault, record.ExceptionCode, nullptr};
+    if (record.ExceptionCode == kMicrosoftThrow) {
+        escape.text = CopyMicrosoftText(record);
+    } else if (IsAbort(record, text)) {
+        escape.text = text ? CopyForeignText(text) : nullptr;
+#ifdef _WIN64
+    } else if (record.ExceptionCode == kGccThrow) {
+        if (PassesThrough(record)) return false;
+#endif
+    } else {
+        return true;
+    }
+    escape.kind = escape.text ? Escape::Kind::Text : Escape::Kind::Foreign;
+    return true;
+}
+
+// Before main: from here on every guarded call can rely on it.
+[[maybe_unused]] const bool prepared = (PrepareGuards(), true);
+
+}  // namespace
+
+#ifdef _WIN64
+
+extern "C" void ZeltGuardLanding();
+
+struct GuardFrame {
+    void* home[4];
+    Escape* escape;
+};
+
+extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, void* frame, CONTEXT*,
+                                                  DISPATCHER_CONTEXT* dispatcher)
+{
+    if (Takes(*record, frame, *static_cast<GuardFrame*>(frame)->escape)) {
+        RtlUnwindEx(frame, reinterpret_cast<void*>(ZeltGuardLanding), record, nullptr, dispatcher->ContextRecord,
+                    dispatcher->HistoryTable);
+    }
+    return ExceptionContinueSearch;
+}
+
+int GuardDepth()
+{
+    int depth = 0;
+    CONTEXT context;
+    RtlCaptureContext(&context);
+    while (context.Rip != 0) {
+        DWORD64 base = 0;
+        DWORD64 establisher = 0;
+        void* data = nullptr;
+        PRUNTIME_FUNCTION function = RtlLookupFunctionEntry(context.Rip, &base, nullptr);
+        if (!function) {  // A leaf: the return address is on top of the stack.
+            if (!ReadForeign(reinterpret_cast<const void*>(context.Rsp), &context.Rip, sizeof context.Rip))
+                return depth;
+            context.Rsp += sizeof context.Rip;
+            continue;
+        }
+        const PEXCEPTION_ROUTINE handler =
+            RtlVirtualUnwind(UNW_FLAG_EHANDLER, base, context.Rip, function, &context, &data, &establisher, nullptr);
+        if (reinterpret_cast<void*>(handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
+    }
+    return depth;
+}
+
+#else
+
+struct GuardFrame {
+    EXCEPTION_REGISTRATION_RECORD registration;
+    Escape* escape;
+};
+
+// The thread's exception chain.
+static EXCEPTION_REGISTRATION_RECORD* ChainTop()
+{
+    EXCEPTION_REGISTRATION_RECORD* top;
+    asm volatile("movl %%fs:0, %0" : "=r"(top));
+    return top;
+}
+
+static void SetChainTop(EXCEPTION_REGISTRATION_RECORD* top) { asm volatile("movl %0, %%fs:0" : : "r"(top) : "memory"); }
+
+extern "C" [[noreturn]] void ZeltGuardUnwind(GuardFrame* frame, EXCEPTION_RECORD* record);
+
+extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, GuardFrame* frame, CONTEXT*, void*)
+{
+    if (Takes(*record, frame, *frame->escape)) ZeltGuardUnwind(frame, record);
+    return ExceptionContinueSearch;
+}
+
+// Called by our own runtime library for the thunk's frame while a C++ exception passes: the record goes with the frame.
+extern "C" _Unwind_Reason_Code ZeltGuardPersonality(int, _Unwind_Action actions, _Unwind_Exception_Class,
+                                                    _Unwind_Exception*, _Unwind_Context* context)
+{
+    constexpr int kEbp = 5;
+    constexpr std::uintptr_t kRecordBelowEbp = 32;
+    if (actions & _UA_CLEANUP_PHASE) {
+        const auto frame = static_cast<std::uintptr_t>(_Unwind_GetGR(context, kEbp)) - kRecordBelowEbp;
+        SetChainTop(reinterpret_cast<GuardFrame*>(frame)->registration.Next);
+    }
+    return _URC_CONTINUE_UNWIND;
+}
+
+int GuardDepth()
+{
+    int depth = 0;
+    const auto end = reinterpret_cast<EXCEPTION_REGISTRATION_RECORD*>(~std::uintptr_t{0});
+    for (const EXCEPTION_REGISTRATION_RECORD* record = ChainTop(); record && record != end; record = record->Next) {
+        if (reinterpret_cast<void*>(record->Handler) == reinterpret_cast<void*>(ZeltGuardHandler)) ++depth;
+    }
+    return depth;
+}
+
+#endif
+
+void PrepareGuards()
+{
+    TrapAborts();
+    ULONG reserve = 0;
+    if (SetThreadStackGuarantee(&reserve) && reserve >= kOverflowReserve) return;
+    reserve = kOverflowReserve;
+    // A stack that is committed as a whole has its guard page too low for the new reserve; this one sets it again.
+    if (SetThreadStackGuarantee(&reserve)) _resetstkoflw();
+}
+
+void guard::ThrowEscape(const Escape& escape)
+{
+    const std::unique_ptr<char[]> text(escape.text);
+    switch (escape.kind) {
+        case Escape::Kind::Text: throw ThrownText(text.get());
+        case Escape::Kind::Foreign: throw ForeignException();
+        case Escape::Kind::Fault: break;
+    }
+    // The guard page went with the overflow; without it the next one would end the process.
+    if (escape.code == EXCEPTION_STACK_OVERFLOW) _resetstkoflw();
+    throw SE_Exception(escape.code);
+}
+
+}  // namespace zelt

@@ -1,0 +1,101 @@
+// Calls into code that is not ours, made so that nothing but a C++ exception comes back: the guard is a frame handler
+// around this one call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. It does
+// not run the destructors of the callee's abandoned frames, and it cannot stop exit() or a fail-fast.
+#pragma once
+
+#include <windows.h>
+
+#include <exception>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "guard/se_exception.h"
+
+namespace zelt {
+
+// A character string that the callee threw and that could not travel as such, because the thrower's runtime library is
+// not ours: a copy of it.
+class ThrownText final : public std::exception {
+public:
+    explicit ThrownText(std::string text) : text(std::move(text)) {}
+    const char* Text() const { return text.c_str(); }
+    const char* what() const noexcept override { return Text(); }
+
+private:
+    std::string text;
+};
+
+// Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
+class ForeignException final : public std::exception {
+public:
+    const char* what() const noexcept override { return "a component threw an exception or gave up"; }
+};
+
+// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and
+// reserves stack on the calling thread, without which its overflow may leave no room to dispatch the exception. Done at
+// start-up for the main thread; call it again after a package has been loaded, and first on each further thread that
+// makes guarded calls. Cheap and idempotent.
+void PrepareGuards();
+
+namespace guard {
+
+// What the frame handler saw. Filled before the stack is unwound; text is allocated by it and owned by ThrowEscape.
+struct Escape {
+    enum class Kind { Fault, Text, Foreign };
+
+    Kind kind;
+    DWORD code;
+    char* text;
+};
+
+using Function = void (*)(void* context);
+
+// The thunk (fault_guard_*.S): calls `function`, returns 0, or 1 when `escape` was filled. C++ exceptions pass through.
+extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape);
+
+[[noreturn]] void ThrowEscape(const Escape& escape);
+
+inline void Run(Function function, void* context)
+{
+    Escape escape;
+    if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]]
+        ThrowEscape(escape);
+}
+
+}  // namespace guard
+
+// Runs `call` and returns its result. Throws
+//   SE_Exception      for a structured exception: faults, stack overflow, codes of any other origin;
+//   ThrownText        for a character string from a runtime library that is not ours;
+//   ForeignException  for everything else from such a library.
+// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of
+// packages built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort,
+// which arrives as ThrownText or ForeignException.
+template <class Call>
+std::invoke_result_t<Call&> Guarded(Call&& call)
+{
+    // A temporary callee is moved into the frame, which saves the way to it.
+    using Result = std::invoke_result_t<Call&>;
+    if constexpr (std::is_void_v<Result>) {
+        struct Frame {
+            Call call;
+        } frame{std::forward<Call>(call)};
+        guard::Run([](void* context) { static_cast<Frame*>(context)->call(); }, &frame);
+    } else {
+        static_assert(std::is_trivially_copyable_v<Result>, "a fault leaves the result's life time undefined");
+        struct Frame {
+            Call call;
+            Result result;
+        } frame{std::forward<Call>(call), {}};
+        guard::Run(
+            [](void* context) {
+                auto* frame = static_cast<Frame*>(context);
+                frame->result = frame->call();
+            },
+            &frame);
+        return frame.result;
+    }
+}
+
+}  // namespace zelt

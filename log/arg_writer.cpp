@@ -1,0 +1,32 @@
+#include "log/arg_writer.h"
+
+#include "log/log_text.h"
+
+namespace zelt {
+
+void ArgWriter::Open(const char* name, bool isIn)
+{
+    std::string& entry = document.entry;
+    Blanks(Indentation(0));
+    entry += "<arg name=\"";
+    AppendEscaped(entry, name);
+    entry += isIn ? "\" direc=\"in\" type=\"" : "\" direc=\"out\" type=\"";
+}
+
+void ArgWriter::Line(int level, std::string_view text)
+{
+    Blanks(Indentation(level));
+    Raw(text);
+    Raw("\r\n");
+}
+
+void ArgWriter::EscapedValue(std::string_view text, const char* what, int level)
+{
+    Blanks(Indentation(level));
+    Raw("<argval value=\"");
+    const bool dropped = AppendEscaped(document.entry, text);
+    Raw("\"/>\r\n");
+    if (dropped && what) document.AppendSuppression(what);
+}
+
+}  // namespace zelt

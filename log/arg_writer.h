@@ -1,0 +1,85 @@
+// One arg element under construction: the writers of value_writers.h and variant_writer.h append to it, and it reaches the
+// file as a whole when it is finished. Levels count from the arg element's own: 0 is its indentation, 1 that of its values.
+#pragma once
+
+#include <type_traits>
+
+#include "guard/foreign_call.h"
+#include "log/log_document.h"
+
+namespace zelt {
+
+class ArgWriter {
+public:
+    // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is
+    // a text, or appended in place by `type(std::string&)`. Nothing is evaluated when the document is closed. Values come
+    // from other people's code: one that cannot be read, or that memory does not suffice for, is logged as such.
+    template <class Type, class Body>
+    static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
+    {
+        document.Write([&] {
+            ArgWriter arg(document);
+            arg.Open(name, isIn);
+            if constexpr (std::is_invocable_v<Type, std::string&>) {
+                type(document.entry);
+            } else {
+                document.entry += type;
+            }
+            arg.Raw("\">\r\n");
+            const std::size_t start = document.entry.size();
+            if (FAILED(CallForeign([&] {
+                    body(arg);
+                    return S_OK;
+                }))) {
+                document.entry.resize(start);
+                arg.EscapedValue("<unable to format value>");
+            }
+            arg.Line(0, "</arg>");
+        });
+    }
+
+    // A line `text` at a level.
+    void Line(int level, std::string_view text);
+
+    // An argval line with text that needs no escaping: as it stands, or appended in place by `append(std::string&)`.
+    void Value(std::string_view text, int level = 1)
+    {
+        ValueWith([text](std::string& out) { out += text; }, level);
+    }
+    template <class Append>
+    void ValueWith(Append&& append, int level = 1)
+    {
+        Blanks(Indentation(level));
+        Raw("<argval value=\"");
+        append(document.entry);
+        Raw("\"/>\r\n");
+    }
+
+    // An argval line with text to be escaped, followed by the suppression warning about `what` when characters were lost.
+    void EscapedValue(std::string_view text, const char* what = nullptr, int level = 1);
+
+    // Simple entries inside the element.
+    void Info(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kInfo, text, level); }
+    void Warning(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kWarning, text, level); }
+    void Error(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kError, text, level); }
+
+    // The number of blanks that a line at `level` begins with.
+    int Indentation(int level) const { return document.depth + level; }
+
+    // For the few lines with an indentation of their own: appends raw text.
+    void Raw(std::string_view text) { document.entry += text; }
+    template <class Append>
+    void RawWith(Append&& append)
+    {
+        append(document.entry);
+    }
+    void Blanks(int count) { document.entry.append(static_cast<std::size_t>(count), ' '); }
+
+private:
+    explicit ArgWriter(LogDocument& document) : document(document) {}
+    void Open(const char* name, bool isIn);
+
+    LogDocument& document;
+};
+
+}  // namespace zelt

@@ -1,0 +1,94 @@
+#include "log/error_description.h"
+
+#include <oleauto.h>
+
+#include <cape-open.h>
+
+#include <new>
+
+#include "guard/foreign_text.h"
+#include "log/hr_name.h"
+#include "system/system_text.h"
+
+namespace zelt {
+namespace {
+
+// In the order of the CAPE-OPEN codes, from 0x80040501; the first has no description of its own.
+constexpr const char* kFixedDescriptions[] = {
+    "Failed to get error name for ECapeUnknown",
+    "invalid data",
+    "license problem",
+    "Bad Cape-Open parameter",
+    "Bad argument",
+    "Invalid argument",
+    "index out of bounds",
+    "current implementation related error",
+    "not implemented",
+    "implementation is limited",
+    "computation error",
+    "out of resources",
+    "out of memory",
+    "operation was timed out",
+    "initialization error",
+    "solution error",
+    "invalid order of invocations",
+    "invalid operation",
+    "storage / persistence error",
+    "illegal access",
+    "persistence error: not found",
+    "persistence system error",
+    "persistence overflow error",
+    "solver scope error",
+    "Hessian information not available",
+    "One or more of the requested thermodynamic properties are not set on the material",
+};
+constexpr auto kFirstCode = static_cast<unsigned>(ECapeUnknownHR);
+static_assert(kFirstCode + std::size(kFixedDescriptions) - 1 == static_cast<unsigned>(ECapeThrmPropertyNotAvailableHR));
+
+// The text that `getter` of the source's interface I returns; empty when there is none.
+template <class I>
+std::string ForeignText(IUnknown* source, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*))
+{
+    const ForeignPtr<I> error = QueryForeign<I>(source);
+    if (!error) return {};
+    BSTR raw = nullptr;
+    const HRESULT result = CallForeign([&] { return (error.Get()->*getter)(&raw); });
+    return FAILED(result) ? std::string() : TakeForeignText(raw);
+}
+
+}  // namespace
+
+std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept
+{
+    try {
+        const unsigned index = static_cast<unsigned>(code) - kFirstCode;
+        if (!source || index >= std::size(kFixedDescriptions)) return SystemText(code);
+        std::string text = ForeignText(source, &ECapeUser::get_description);
+        if (text.empty()) text = ForeignText(source, &ECapeRoot::get_name);
+        return text.empty() ? kFixedDescriptions[index] : text;
+    } catch (...) {
+        return "<out of memory>";
+    }
+}
+
+std::string ErrorText(HRESULT code, IUnknown* source) noexcept
+{
+    try {
+        return HRName(code) + ": " + ErrorDescription(code, source);
+    } catch (...) {
+        return "<out of memory>";
+    }
+}
+
+ErrorInfoKeeper::ErrorInfoKeeper() { GetErrorInfo(0, &kept); }
+
+void ErrorInfoKeeper::Forget() { ReleaseForeign(kept); }
+
+ErrorInfoKeeper::~ErrorInfoKeeper()
+{
+    // The object that it keeps is the package's own.
+    CallForeign([this] { return SetErrorInfo(0, kept); });
+    ReleaseForeign(kept);
+}
+
+}  // namespace zelt

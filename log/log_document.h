@@ -1,0 +1,155 @@
+// The writer of one XML log file, shared by every proxy of one logged root through counted holds. Each entry (a simple
+// entry with its suppression warning, the opening or closing of a func element, a whole arg element) is put together in
+// memory and written at once. It knows nothing of interfaces or of argument types; value_writers.h does.
+// Not thread safe: a logged tree lives in one apartment. No operation throws. An entry that the disk or the memory has no room
+// for is lost whole, and so is all of a call whose opening is lost; where writing goes on, a warning counts what is missing.
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "log/log_file.h"
+
+namespace zelt {
+
+struct LogOptions;
+
+// A log that was closed: what its user may want to know.
+struct ClosedLog {
+    const std::wstring& path;
+    std::int64_t missing;  // entries missing at the end, the footer among them; 0 for a log that is well-formed
+    bool isOffered;        // the user wants to be asked whether to open it
+};
+
+// Called when a log has been closed. Installed by the layer that has a user; null does nothing.
+using LogClosedFunction = void (*)(const ClosedLog& log);
+LogClosedFunction SetLogClosed(LogClosedFunction function);
+
+class LogDocument {
+public:
+    // Writes the header. `options` is asked at closing whether to offer the log, and must outlive the document.
+    LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
+                const LogOptions& options);
+    ~LogDocument();
+    LogDocument(const LogDocument&) = delete;
+    LogDocument& operator=(const LogDocument&) = delete;
+
+    // Each object that keeps the document holds it; the last holder to let go closes and deletes it.
+    void Hold() { ++refCount; }
+    void LetGo();
+
+    const std::string& ObjectName() const { return objectName; }
+    bool IsOpen() const { return file.IsOpen(); }
+
+    // Simple entries, each with a warning behind it when characters had to be dropped.
+    void WriteInfo(std::string_view text) { WriteSimple(kInfo, text); }
+    void WriteWarning(std::string_view text) { WriteSimple(kWarning, text); }
+    void WriteError(std::string_view text) { WriteSimple(kError, text); }
+
+    // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag, the
+    // description being asked of `errorSource` (may be null).
+    void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName);
+    void EndFunc(HRESULT result, IUnknown* errorSource);
+
+    // How many func elements are open; and the closing of those beyond `depthLeft`, whose calls have ended without it.
+    std::int32_t Depth() const { return depth; }
+    void EndOpenFuncs(std::int32_t depthLeft);
+
+    // Writes the footer, closes the file, and calls the function of SetLogClosed. Once.
+    void Close();
+
+private:
+    friend class ArgWriter;
+
+    struct SimpleEntry {
+        const char* element;
+        const char* dropped;  // how the suppression warning calls the text
+    };
+    static const SimpleEntry kInfo, kWarning, kError;
+
+    void WriteSimple(const SimpleEntry& kind, std::string_view text);
+    void AppendSimple(const SimpleEntry& kind, std::string_view text, int level = 0);
+    void AppendSuppression(const char* what);
+    void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
+
+    // Puts an entry together with `append` and writes it; nothing once closed. False when it is missing.
+    template <class Append>
+    bool Write(Append&& append) noexcept
+    {
+        if (!file.IsOpen()) return false;
+        // An entry that was being put together when its frame was swept away must not become part of this one.
+        entry.clear();
+        bool isWritten = false;
+        try {
+            if (missing == 0) {
+                append();
+                isWritten = file.Write(entry);
+            } else if (MayResume()) {
+                AppendGap();
+                append();
+                isWritten = file.Write(entry);
+                if (isWritten) EndGap();
+            }
+        } catch (...) {
+            // There is no memory for it.
+        }
+        entry.clear();
+        if (!isWritten) ++missing;
+        return isWritten;
+    }
+
+    // Writing can go on when entries would appear inside the call that they belong to, and the disk has room.
+    bool MayResume() const { return openElements == depth && (isClosing || file.HasRoom()); }
+    void AppendGap();
+    void EndGap();
+
+    LogFile file;
+    std::string objectName;
+    std::wstring logPath;
+    const LogOptions& options;
+    std::string entry;              // the entry being put together; grows to the largest and is reused
+    std::int32_t depth = 0;         // calls in progress
+    std::int32_t openElements = 0;  // how many of them, from the outermost, have their opening in the file
+    std::int32_t unclosed = 0;  // elements in the file, inside of those, whose calls have ended without their closing
+    std::int64_t missing = 0;   // entries since the last that was written
+    bool hasHeader = false;
+    bool isClosing = false;
+    std::int32_t refCount = 0;
+};
+
+// A counted hold on a document, or on none.
+class DocumentHold {
+public:
+    DocumentHold() = default;
+    explicit DocumentHold(LogDocument* document) : document(document)
+    {
+        if (document) document->Hold();
+    }
+    ~DocumentHold() { Reset(); }
+    DocumentHold(const DocumentHold&) = delete;
+    DocumentHold& operator=(const DocumentHold&) = delete;
+
+    void Attach(LogDocument* replacement)
+    {
+        if (replacement) replacement->Hold();
+        Reset();
+        document = replacement;
+    }
+    void Reset()
+    {
+        if (LogDocument* held = document) {
+            document = nullptr;
+            held->LetGo();
+        }
+    }
+    LogDocument* Get() const { return document; }
+
+private:
+    LogDocument* document = nullptr;
+};
+
+}  // namespace zelt

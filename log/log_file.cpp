@@ -1,0 +1,97 @@
+#include "log/log_file.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace zelt {
+namespace {
+
+BOOL WriteToSystem(HANDLE file, const void* bytes, DWORD count, DWORD* written)
+{
+    return WriteFile(file, bytes, count, written, nullptr);
+}
+
+FileWriter current = WriteToSystem;
+
+}  // namespace
+
+FileWriter SetFileWriter(FileWriter writer) { return std::exchange(current, writer ? writer : WriteToSystem); }
+
+LogFile::LogFile(LogFile&& other) noexcept
+    : descriptor(std::exchange(other.descriptor, -1)),
+      handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)),
+      size(other.size),
+      folder(std::move(other.folder))
+{}
+
+LogFile& LogFile::operator=(LogFile&& other) noexcept
+{
+    std::swap(descriptor, other.descriptor);
+    std::swap(handle, other.handle);
+    std::swap(size, other.size);
+    std::swap(folder, other.folder);
+    return *this;
+}
+
+int LogFile::Open(const std::wstring& path)
+{
+    Close();
+    // Binary: the entries carry their own CR LF, so that the runtime library does not split a write to insert them.
+    const int error = _wsopen_s(&descriptor, path.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
+                                _SH_DENYWR, _S_IREAD | _S_IWRITE);
+    if (error != 0) {
+        descriptor = -1;
+        return error;
+    }
+    handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+    size = 0;
+    const std::size_t last = path.find_last_of(L"\\/");
+    folder = last == std::wstring::npos ? L"." : path.substr(0, last + 1);
+    return 0;
+}
+
+bool LogFile::Write(std::string_view entry)
+{
+    constexpr std::size_t kMostPerCall = 0x40000000;
+    std::size_t done = 0;
+    while (done < entry.size()) {
+        DWORD written = 0;
+        const auto count = static_cast<DWORD>(std::min(entry.size() - done, kMostPerCall));
+        if (!current(handle, entry.data() + done, count, &written) || written == 0) {
+            CutOff();
+            return false;
+        }
+        done += written;
+    }
+    size += static_cast<LONGLONG>(done);
+    return true;
+}
+
+void LogFile::CutOff()
+{
+    LARGE_INTEGER end;
+    end.QuadPart = size;
+    if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) SetEndOfFile(handle);
+}
+
+bool LogFile::HasRoom() const
+{
+    constexpr ULONGLONG kEnough = 0x10000;
+    ULARGE_INTEGER available;
+    // A disk that does not say is tried.
+    return !GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr) || available.QuadPart >= kEnough;
+}
+
+void LogFile::Close()
+{
+    if (descriptor < 0) return;
+    _close(std::exchange(descriptor, -1));
+    handle = INVALID_HANDLE_VALUE;
+}
+
+}  // namespace zelt

@@ -1,0 +1,103 @@
+#include "log/log_location.h"
+
+#include <commdlg.h>
+#include <objbase.h>
+#include <shlobj.h>
+
+#include <memory>
+
+#include "system/known_folder.h"
+
+namespace zelt {
+namespace {
+
+SYSTEMTIME LocalTime()
+{
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    return now;
+}
+
+bool DesktopFolder(std::wstring& folder) { return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder)); }
+
+// The simulator's window would otherwise hide a dialog that belongs to another process.
+UINT_PTR CALLBACK PutTopmost(HWND page, UINT message, WPARAM, LPARAM parameter)
+{
+    if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(parameter)->code == CDN_INITDONE) {
+        SetWindowPos(GetParent(page), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    }
+    return 0;
+}
+
+bool SaveDialog(const std::wstring& title, std::wstring& path)
+{
+    wchar_t buffer[1024] = L"";
+    OPENFILENAMEW dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.lpstrFilter = L"ZELT Log Files (*.zlg)\0*.zlg\0All files (*.*)\0*.*\0";
+    dialog.lpstrFile = buffer;
+    dialog.nMaxFile = static_cast<DWORD>(std::size(buffer));
+    dialog.lpstrTitle = title.c_str();
+    dialog.lpstrDefExt = L"zlg";
+    dialog.Flags = OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_ENABLEHOOK;
+    dialog.lpfnHook = PutTopmost;
+    if (!GetSaveFileNameW(&dialog)) return false;
+    path = buffer;
+    return true;
+}
+
+constexpr LogSurroundings kSystemSurroundings = {LocalTime, DesktopFolder, SaveDialog};
+
+const LogSurroundings* current = &kSystemSurroundings;
+
+// "log-05March2012-14h07". The month is written in the system's language.
+std::wstring BaseName(const SYSTEMTIME& time)
+{
+    wchar_t date[128] = L"", clock[128] = L"";
+    GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &time, L"ddMMMMyyyy", date, static_cast<int>(std::size(date)));
+    GetTimeFormatW(LOCALE_SYSTEM_DEFAULT, 0, &time, L"HH'h'mm", clock, static_cast<int>(std::size(clock)));
+    return std::wstring(L"log-") + date + L'-' + clock;
+}
+
+bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+Outcome AutomaticPath(std::optional<std::wstring>& path)
+{
+    std::wstring folder;
+    if (!AutomaticLogFolder(folder)) {
+        return Outcome::Failed(L"Failed to obtain location of Desktop folder", L"Create log file:",
+                               MB_OK | MB_ICONERROR);
+    }
+    CreateDirectoryW(folder.c_str(), nullptr);
+    const std::wstring base = folder + L'\\' + BaseName(current->localTime());
+    path = base + L".zlg";
+    for (int number = 1; Exists(*path); ++number) path = base + L'(' + std::to_wstring(number) + L").zlg";
+    return {};
+}
+
+}  // namespace
+
+Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path)
+{
+    path.reset();
+    if (options.autoLogLocation) return AutomaticPath(path);
+    std::wstring chosen;
+    if (current->saveDialog(title, chosen)) path = std::move(chosen);
+    return {};
+}
+
+bool AutomaticLogFolder(std::wstring& folder)
+{
+    if (!current->desktopFolder(folder)) return false;
+    folder += L"\\ZELT logs";
+    return true;
+}
+
+const LogSurroundings* SetLogSurroundings(const LogSurroundings* surroundings)
+{
+    const LogSurroundings* before = current;
+    current = surroundings ? surroundings : &kSystemSurroundings;
+    return before;
+}
+
+}  // namespace zelt

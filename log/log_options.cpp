@@ -1,0 +1,99 @@
+#include "log/log_options.h"
+
+#include <cstring>
+#include <string>
+
+#include "system/configuration_key.h"
+
+namespace zelt {
+namespace {
+
+// How one option is kept.
+struct OptionRow {
+    LogOption option;
+    const wchar_t* value;  // its name in the registry
+    const wchar_t* title;  // its name for the user
+    void (*read)(const RegistryKey& key, const wchar_t* value, LogOptions& options);
+    bool (*isValid)(const RegistryKey& key, const wchar_t* value);
+    LSTATUS (*write)(RegistryKey& key, const wchar_t* value, const LogOptions& options);
+};
+
+template <bool LogOptions::*field>
+void ReadSwitch(const RegistryKey& key, const wchar_t* value, LogOptions& options)
+{
+    if (const auto stored = key.ReadDword(value)) options.*field = *stored != 0;
+}
+
+bool IsSwitch(const RegistryKey& key, const wchar_t* value) { return key.ReadDword(value).value_or(MAXDWORD) <= 1; }
+
+template <bool LogOptions::*field>
+LSTATUS WriteSwitch(RegistryKey& key, const wchar_t* value, const LogOptions& options)
+{
+    return key.WriteDword(value, options.*field ? 1 : 0);
+}
+
+template <CLSID LogOptions::*field>
+void ReadClass(const RegistryKey& key, const wchar_t* value, LogOptions& options)
+{
+    const auto stored = key.ReadBytes(value, REG_BINARY);
+    if (stored && stored->size() == sizeof(CLSID)) std::memcpy(&(options.*field), stored->data(), sizeof(CLSID));
+}
+
+bool IsClass(const RegistryKey& key, const wchar_t* value)
+{
+    const auto stored = key.ReadBytes(value, REG_BINARY);
+    return stored && stored->size() == sizeof(CLSID);
+}
+
+template <CLSID LogOptions::*field>
+LSTATUS WriteClass(RegistryKey& key, const wchar_t* value, const LogOptions& options)
+{
+    return key.WriteBytes(value, REG_BINARY, &(options.*field), sizeof(CLSID));
+}
+
+// clang-format off
+constexpr OptionRow kRows[] = {
+    {LogOption::AutoLogLocation, L"AutoLogLocation", L"Automatic log location",
+     ReadSwitch<&LogOptions::autoLogLocation>, IsSwitch, WriteSwitch<&LogOptions::autoLogLocation>},
+    {LogOption::PromptOpenLog,   L"PromptOpenLog",   L"Prompt for opening log when object terminates",
+     ReadSwitch<&LogOptions::promptOpenLog>,   IsSwitch, WriteSwitch<&LogOptions::promptOpenLog>},
+    {LogOption::PravikUnit,      L"PRAVIKUnit",      L"PRAVIK logs unit operation",
+     ReadClass<&LogOptions::pravikUnit>,       IsClass,  WriteClass<&LogOptions::pravikUnit>},
+};
+// clang-format on
+
+}  // namespace
+
+Outcome LogOptions::Load()
+{
+    RegistryKey key;
+    Outcome opened = OpenConfigurationKey(root, key);
+    if (!opened) return opened;
+    for (const OptionRow& row : kRows) row.read(key, row.value, *this);
+    return {};
+}
+
+Outcome LogOptions::Save(LogOption changed) const
+{
+    RegistryKey key;
+    Outcome outcome = OpenConfigurationKey(root, key);
+    if (!outcome) return outcome;
+    for (const OptionRow& row : kRows) {
+        const bool isChanged = row.option == changed;
+        if (!isChanged && row.isValid(key, row.value)) continue;
+        const LSTATUS error = row.write(key, row.value, *this);
+        // The user has not touched another one: without a value it has its default.
+        if (isChanged && error != ERROR_SUCCESS) {
+            outcome = NotStored(std::wstring(L"the option \"") + row.title + L'"', error);
+        }
+    }
+    return outcome;
+}
+
+LogOptions& TheLogOptions()
+{
+    static LogOptions options;
+    return options;
+}
+
+}  // namespace zelt

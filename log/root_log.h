@@ -1,0 +1,14 @@
+// The log of a new root that a simulator has asked for: the options are read again, the log is opened, and the user reads what
+// went wrong. Both let calls in.
+#pragma once
+
+#include "log/log_options.h"
+#include "log/open_log.h"
+
+namespace zelt {
+
+// As OpenLog; the document is returned without a hold, and null when there is none.
+LogDocument* OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
+                         std::string_view objectType);
+
+}  // namespace zelt

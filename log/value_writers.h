@@ -1,0 +1,31 @@
+// One writer for each logged argument type but VARIANT (variant_writer.h). Each writes one arg element: the argument's log
+// name, its direction ("in" for true), its type and its value.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <cape-open.h>
+
+#include "log/log_document.h"
+
+namespace zelt {
+
+void WriteArg(LogDocument& document, const char* name, bool isIn, short value);
+void WriteArg(LogDocument& document, const char* name, bool isIn, long value);
+void WriteArg(LogDocument& document, const char* name, bool isIn, double value);
+void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value);
+
+// An interface pointer as an address alone.
+void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value);
+// An interface pointer of one of our proxies, with the proxy's name.
+void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
+                            std::string_view objectName);
+
+// Types that C++ does not tell apart from others.
+void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value);
+void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value);
+// CAPE-OPEN calculation flags (eCapeCalculationCode).
+void WriteFlagsArg(LogDocument& document, const char* name, bool isIn, int value);
+
+}  // namespace zelt

@@ -1,0 +1,141 @@
+#include "log/variant_writer.h"
+
+#include <comutil.h>
+#include <oleauto.h>
+
+#include "log/arg_writer.h"
+#include "log/array_reader.h"
+#include "log/log_text.h"
+#include "system/narrow.h"
+#include "log/value_text.h"
+
+namespace zelt {
+namespace {
+
+// Arrays in arrays are followed this deep; a value that refers to itself would have no end.
+constexpr int kMostNesting = 16;
+
+constexpr char kUnknownInMarkup[] = "&lt;unknown&gt;";
+
+void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int level);
+
+void AppendOtherScalar(ArgWriter& arg, const VARIANT& value, int level)
+{
+    // VARIANT_NOVALUEPROP: an object's default property is not asked for, that would be a call into it. The source is
+    // only read, though its parameter does not say so.
+    _variant_t text;
+    const HRESULT converted =
+        VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);
+    if (FAILED(converted)) return arg.EscapedValue("<unable to format value>", nullptr, level);
+    arg.EscapedValue(Narrow(TextOf(text.bstrVal)), "string value", level);
+}
+
+void AppendBound(ArgWriter& arg, const char* label, LONG bound, int level)
+{
+    std::string text = label;
+    AppendDecimal(text, bound);
+    arg.Info(text, level);
+}
+
+template <class T, class Append>
+void AppendElements(const ArrayReader& reader, Append&& append)
+{
+    const T* elements = reader.Elements<T>();
+    for (ULONG i = 0; i < reader.Count(); ++i) append(elements[i]);
+}
+
+void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
+{
+    if (level > kMostNesting) return arg.Warning("Value type is not supported by logger", level);
+    arg.Blanks(arg.Indentation(level));
+    arg.Raw("<argval value=\"");
+    arg.RawWith([&element](std::string& out) { AppendVariantTypeName(out, element.vt, kUnknownInMarkup); });
+    arg.Raw("\">\r\n");
+    AppendVariantValue(arg, element, kAnyType, level + 1);
+    arg.Line(level, "</argval>");
+}
+
+void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType, int level)
+{
+    const ArrayReader reader(array, elementType, declaredType);
+    if (!reader.IsOpen()) return arg.Error("Type check error: " + reader.Message(), level);
+    switch (elementType) {
+        case VT_I2:
+            return AppendElements<short>(reader, [&](short element) {
+                arg.ValueWith([element](std::string& text) { AppendDecimal(text, element); }, level);
+            });
+        case VT_I4:
+            return AppendElements<LONG>(reader, [&](LONG element) {
+                arg.ValueWith([element](std::string& text) { AppendDecimal(text, element); }, level);
+            });
+        case VT_R8:
+            return AppendElements<double>(reader, [&](double element) {
+                AppendDoubleValue(arg, element, "Old value for CapeDoubleEmpty used: should be NaN", level);
+            });
+        case VT_BSTR:
+            return AppendElements<BSTR>(reader,
+                                        [&](BSTR element) { AppendStringValue(arg, element, "<NULL>", level, level); });
+        case VT_BOOL:
+            return AppendElements<VARIANT_BOOL>(
+                reader, [&](VARIANT_BOOL element) { arg.Value(element ? "TRUE" : "FALSE", level); });
+        case VT_VARIANT:
+            return AppendElements<VARIANT>(reader,
+                                           [&](const VARIANT& element) { AppendNestedElement(arg, element, level); });
+        default: return arg.Warning("Value type is not supported by logger", level);
+    }
+}
+
+void AppendArray(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int level)
+{
+    SAFEARRAY* array = nullptr;
+    if (!(value.vt & VT_BYREF)) {
+        array = value.parray;
+    } else if (value.pparray) {
+        array = *value.pparray;
+    }
+    const UINT dimensions = array ? SafeArrayGetDim(array) : 0;
+    if (dimensions > 1) {
+        std::string text = "Multi-dimensional values not supported by logger. Value has ";
+        AppendDecimal(text, static_cast<long>(dimensions));
+        return arg.Warning(text + " dimensions", level);
+    }
+    LONG bound = 0;
+    if (dimensions == 1) {
+        if (SUCCEEDED(SafeArrayGetLBound(array, 1, &bound))) AppendBound(arg, "Lower bound: ", bound, level);
+        if (SUCCEEDED(SafeArrayGetUBound(array, 1, &bound))) AppendBound(arg, "Upper bound: ", bound, level);
+    }
+    // An argument that need not be an array, or need not be anything, is read as what it holds.
+    const bool expectsArray = expected != kAnyType && (expected & VT_ARRAY);
+    const VARTYPE declared = value.vt & VT_TYPEMASK;
+    AppendArrayElements(arg, array, expectsArray ? expected & VT_TYPEMASK : declared, declared, level);
+}
+
+void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int level)
+{
+    if (value.vt == VT_EMPTY) return;
+    if (value.vt & VT_ARRAY) return AppendArray(arg, value, expected, level);
+    switch (value.vt) {
+        case VT_BSTR: return AppendStringValue(arg, value.bstrVal, "<EMPTY STRINGVAL>", level, level);
+        case VT_R8:
+            return AppendDoubleValue(arg, value.dblVal, "Old value for CapeDoubleEmpty used. Should be NaN", level);
+        default: return AppendOtherScalar(arg, value, level);
+    }
+}
+
+}  // namespace
+
+void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected)
+{
+    const auto type = [&value](std::string& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
+    ArgWriter::Write(document, name, isIn, type, [&](ArgWriter& arg) {
+        AppendVariantValue(arg, value, expected.type, 1);
+        if (expected.type == kAnyType || value.vt == expected.type) return;
+        const bool leftOut = value.vt == VT_EMPTY && (expected.type & VT_ARRAY) && expected.allowEmpty;
+        if (!leftOut) {
+            arg.Error(std::string("Invalid type for argument ") + name + ": expected " +
+                      VariantTypeName(expected.type));
+        }
+    });
+}
+
+}  // namespace zelt

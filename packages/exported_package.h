@@ -1,0 +1,43 @@
+// One package that the user chose to export, and its text in the registry: a multi-string of five narrow strings.
+// A plain record; it knows neither the list nor the package that it names.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace zelt {
+
+// Even kinds are packages inside a manager component, odd ones are components of their own.
+// clang-format off
+enum class PackageKind : unsigned {
+    PropertyPackage11FromManager      = 0,
+    PropertyPackage11StandAlone       = 1,
+    PropertyPackage10FromThermoSystem = 2,
+    PropertyPackage10StandAlone       = 3,
+    ReactionPackage10FromManager      = 4,
+    ReactionPackage10StandAlone       = 5,
+};
+// clang-format on
+inline constexpr unsigned kPackageKinds = 6;
+
+struct ExportedPackage {
+    CLSID classId = CLSID{};  // The class to create: the manager's, or a stand-alone package's own.
+    PackageKind kind = PackageKind::PropertyPackage11FromManager;
+    std::wstring sourceName;    // The package's name inside its manager; unused for a stand-alone package.
+    std::wstring exportedName;  // What the simulator sees; compared without regard to case.
+    bool loggingEnabled = false;
+
+    // Replaces the record by what `multiString` says, which may lack any of its terminators: a string that is not there
+    // is empty. False, and the record undefined, when the class identifier or the kind is bad.
+    bool Parse(std::string_view multiString);
+
+    // The multi-string, with the five terminators and the final one.
+    std::string Format() const;
+};
+
+// Exported names are equal when they differ in letter case only.
+bool SameName(std::wstring_view a, std::wstring_view b);
+
+}  // namespace zelt

@@ -1,0 +1,89 @@
+#include "packages/package_creation.h"
+
+#include <cape-open.h>
+#include <comutil.h>
+
+#include "log/error_description.h"
+#include "guard/foreign_creation.h"
+#include "log/hr_name.h"
+#include "system/narrow.h"
+#include "packages/initialized_manager.h"
+#include "packages/package_failure.h"
+#include "packages/package_kinds.h"
+#include "log/root_log.h"
+
+namespace zelt {
+namespace {
+
+constexpr DWORD kAnyContext = CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+constexpr HRESULT kCreationFailed = static_cast<HRESULT>(ECapeFailedInitialisationHR);
+constexpr HRESULT kOtherFailure = static_cast<HRESULT>(ECapeUnknownHR);
+
+[[noreturn]] void Fail(std::wstring description) { throw PackageFailure{kCreationFailed, std::move(description)}; }
+
+// Creates a component; `failure` begins the error's text.
+template <class I>
+ForeignPtr<I> CreateComponent(REFCLSID clsid, REFIID iid, const wchar_t* failure)
+{
+    void* created = nullptr;
+    const HRESULT result = CreateForeign(clsid, kAnyContext, iid, &created);
+    if (FAILED(result)) Fail(failure + Widen(HRName(result)));
+    return ForeignPtr<I>(static_cast<I*>(created));
+}
+
+ForeignPtr<IDispatch> PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
+{
+    const ForeignPtr<IUnknown> manager =
+        CreateComponent<IUnknown>(package.classId, family.foreignInterface, family.createManagerFailure);
+    const InitializedManager initialized(manager.Get());
+    if (FAILED(initialized.Result())) {
+        Fail(family.initializeFailure + Widen(ErrorDescription(initialized.Result(), initialized.ErrorSource())));
+    }
+    const _bstr_t name(package.sourceName.c_str());
+    ForeignPtr<IDispatch> result;
+    const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager.Get(), name, result.Receive()); });
+    // A pointer that comes with a failure is not to be trusted.
+    if (FAILED(got)) {
+        result.Detach();
+        Fail(Widen(ErrorDescription(got, manager.Get())));
+    }
+    return result;
+}
+
+ForeignPtr<IDispatch> CreatePackage(const PackageFamily& family, const ExportedPackage& package)
+{
+    const PackageKindRow* kind = FindPackageKind(package.kind);
+    if (!kind || &kind->family != &family) throw PackageFailure{kOtherFailure, L"internal error"};
+    if (IsManager(package.kind)) return PackageFromManager(family, package);
+    return CreateComponent<IDispatch>(package.classId, IID_IDispatch, family.standAloneFailure);
+}
+
+void RenamePackage(IUnknown* package, const std::wstring& exportedName)
+{
+    const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(package);
+    if (!identification) return;
+    const _bstr_t name(exportedName.c_str());
+    CallForeign([&] { return identification->put_ComponentName(name); });
+}
+
+}  // namespace
+
+// The caller's package may go meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
+IDispatch* CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
+{
+    const ForeignPtr<IDispatch> created = CreatePackage(family, package);
+    if (!created) Fail(family.nullResult);
+    RenamePackage(created.Get(), package.exportedName);
+
+    const DocumentHold document(
+        package.loggingEnabled ? OpenRootLog(options, package.exportedName, package.exportedName, family.logDescription)
+                               : nullptr);
+    const ProxyPtr proxy(family.newProxy());
+    proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
+    IDispatch* result = nullptr;
+    const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&result));
+    if (FAILED(attached)) throw PackageFailure{kOtherFailure, Widen(ErrorText(attached, nullptr))};
+    return result;
+}
+
+}  // namespace zelt

@@ -1,0 +1,15 @@
+// Creation of an exported package: the real package made in this process, renamed, given its log, and wrapped in the proxy
+// that the simulator gets.
+#pragma once
+
+#include "log/log_options.h"
+#include "packages/exported_package.h"
+#include "packages/package_family.h"
+
+namespace zelt {
+
+// Returns the proxy's IDispatch, which the caller owns. Throws PackageFailure. May show message boxes or the save dialog,
+// which let calls in: `package` is taken by value because the list may change meanwhile.
+IDispatch* CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options);
+
+}  // namespace zelt

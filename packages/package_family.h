@@ -1,0 +1,45 @@
+// What tells the three families of packages apart: the manager that hands them out, the foreign managers they come from, their
+// proxy, and the texts that name them, which reach the caller and the user as they stand.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include "core/cape_open_base.h"
+
+namespace zelt {
+
+struct PackageFamily {
+    const wchar_t* type;         // "PP 1.1", where packages are listed
+    const char* logDescription;  // the object type in the log of a package
+
+    // The own manager: its class, what its identification answers, as registered, and where its errors come from.
+    const CLSID& managerClass;
+    const wchar_t* name;
+    const wchar_t* description;
+    const wchar_t* scope;          // the method that gets a package
+    const wchar_t* interfaceName;  // and its interface
+
+    // What a simulator is told when a package cannot be had.
+    const wchar_t* createManagerFailure;
+    const wchar_t* initializeFailure;
+    const wchar_t* standAloneFailure;
+    const wchar_t* nullResult;
+    const wchar_t* removalPrompt;
+
+    // What the user is told when the packages of a foreign manager cannot be listed.
+    const wchar_t* listedManagerFailure;
+    const wchar_t* listedInitializeFailure;
+    const wchar_t* listFailure;
+    const wchar_t* badList;
+
+    // The interface of the foreign managers, its list of names, and its method that gets a package by name.
+    const IID& foreignInterface;
+    HRESULT (*listForeignPackages)(IUnknown* manager, VARIANT* names);
+    HRESULT (*getForeignPackage)(IUnknown* manager, BSTR name, IDispatch** package);
+
+    // A new proxy for a package, without a reference.
+    CapeOpenBase* (*newProxy)();
+};
+
+}  // namespace zelt

@@ -1,0 +1,90 @@
+#include "packages/package_list_hold.h"
+
+#include <aclapi.h>
+#include <sddl.h>
+
+#include <string>
+#include <vector>
+
+namespace zelt {
+namespace {
+
+// An edit reads and writes some registry values.
+constexpr DWORD kPatience = 5000;
+
+constexpr wchar_t kSign[] = L"ZELT holds the package list of ";
+constexpr wchar_t kEdit[] = L"ZELT package list edit of ";
+
+struct LocalFreer {
+    void operator()(void* memory) const { LocalFree(memory); }
+};
+template <class Memory>
+using UniqueLocal = std::unique_ptr<Memory, LocalFreer>;
+
+// The current user's identity as text; empty when it cannot be had.
+std::wstring UserText()
+{
+    HANDLE raw = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &raw)) return {};
+    const UniqueHandle token(raw);
+    DWORD size = 0;
+    GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
+    std::vector<BYTE> user(size);
+    wchar_t* text = nullptr;
+    if (!GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) ||
+        !ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid, &text)) {
+        return {};
+    }
+    return UniqueLocal<wchar_t>(text).get();
+}
+
+// The list belongs to the user, so the name does. Each process of the user gets at the object, with an administrator's
+// rights or without: what the system would grant depends on who made it first.
+UniqueHandle MakeMutex(const wchar_t* name)
+{
+    const std::wstring user = UserText();
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW((L"D:(A;;GA;;;SY)(A;;GA;;;" + user + L")").c_str(),
+                                                         SDDL_REVISION_1, &descriptor, nullptr);
+    const UniqueLocal<void> owner(descriptor);
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor, FALSE};
+    return UniqueHandle(CreateMutexW(descriptor ? &attributes : nullptr, FALSE, (L"Global\\" + (name + user)).c_str()));
+}
+
+bool IsHeld()
+{
+    const std::wstring name = L"Global\\" + (kSign + UserText());
+    const UniqueHandle sign(OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
+    // A sign that may not be opened is there.
+    return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
+}
+
+// A process that died with the mutex has written what it had to write, or nothing.
+bool Own(HANDLE mutex)
+{
+    const DWORD answer = mutex ? WaitForSingleObject(mutex, kPatience) : WAIT_FAILED;
+    return answer == WAIT_OBJECT_0 || answer == WAIT_ABANDONED;
+}
+
+}  // namespace
+
+PackageListHold::PackageListHold()
+{
+    // The sign is there before the wait: an edit that begins now sees it.
+    sign = MakeMutex(kSign);
+    const UniqueHandle mutex = MakeMutex(kEdit);
+    if (Own(mutex.get())) ReleaseMutex(mutex.get());
+}
+
+PackageListEdit::PackageListEdit() : mutex(MakeMutex(kEdit))
+{
+    owned = Own(mutex.get());
+    allowed = owned && !IsHeld();
+}
+
+PackageListEdit::~PackageListEdit()
+{
+    if (owned) ReleaseMutex(mutex.get());
+}
+
+}  // namespace zelt

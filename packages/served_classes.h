@@ -1,0 +1,10 @@
+// The classes that the server offers, one row each: what COM is told at start, and what registration writes.
+#pragma once
+
+#include "registration/served_class.h"
+
+namespace zelt {
+
+ServedClassRows ServedClasses();
+
+}  // namespace zelt

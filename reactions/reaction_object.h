@@ -1,0 +1,68 @@
+// CReactionObject: the proxy of a reaction object, which a simulator or unit operation hands to a reaction package. What is
+// set on it belongs to its own side, so materials go through as they are.
+#pragma once
+
+#include <cape-open-thermo-context.h>
+
+#include "reactions/reaction_interfaces.h"
+
+namespace zelt {
+
+struct LoggedReactionProperties final : LoggedInterface<ICapeReactionProperties> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(GetReactionProp)(BSTR property, BSTR phase, VARIANT reacIds, BSTR basis, VARIANT* propVals) override
+    {
+        return LOGGED(ICapeReactionProperties, GetReactionProp, In("property", property), In("phase", phase),
+                      In("reacIds", reacIds, kOptionalStrings), In("basis", basis),
+                      Out("propVals", propVals, kDoubles));
+    }
+    STDMETHOD(SetReactionProp)(BSTR property, BSTR phase, VARIANT reacIds, BSTR basis, VARIANT propVals) override
+    {
+        return LOGGED(ICapeReactionProperties, SetReactionProp, In("property", property), In("phase", phase),
+                      In("reacIds", reacIds, kOptionalStrings), In("basis", basis), In("propVals", propVals, kDoubles),
+                      Write());
+    }
+};
+
+struct LoggedObjectMaterialContext final : LoggedInterface<ICapeThermoMaterialContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetMaterial)(IDispatch* material) override
+    {
+        return LOGGED(ICapeThermoMaterialContext, SetMaterial, In("material", material), Write(),
+                      ErrorIf(!material, "Cannot pass NULL pointer to SetMaterial; use UnsetMaterial instead"));
+    }
+    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
+};
+
+struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetMaterial)(IDispatch* material) override
+    {
+        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, In("material", material), Write());
+    }
+};
+
+class CReactionObject final : public ExposedObjectBase {
+public:
+    CReactionObject()
+        : ExposedObjectBase(kTraits),
+          chemistry(*this),
+          properties(*this),
+          routine(*this),
+          materialContext(*this),
+          thermoContext(*this)
+    {}
+
+protected:
+    IDispatch* ScriptInterface() override { return &properties; }
+
+private:
+    static constexpr ProxyTraits kTraits = {.typeName = "Reaction Object"};
+    LoggedReactionChemistry chemistry;
+    LoggedReactionProperties properties;
+    LoggedReactionsRoutine routine;
+    LoggedObjectMaterialContext materialContext;
+    LoggedObjectThermoContext thermoContext;
+};
+
+}  // namespace zelt

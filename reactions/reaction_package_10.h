@@ -1,0 +1,74 @@
+// CReactionPackage10: the proxy of a CAPE-OPEN 1.0 reaction package, and the root of its logged tree. Materials and reaction
+// objects are wrapped on their way in.
+#pragma once
+
+#include <cape-open-thermo-context.h>
+
+#include "reactions/reaction_interfaces.h"
+
+namespace zelt {
+
+struct LoggedKineticContext final : LoggedInterface<ICapeKineticReactionContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
+    {
+        return LOGGED(ICapeKineticReactionContext, SetReactionObject,
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), Write());
+    }
+};
+
+// Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
+struct CRPElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
+    {
+        return LOGGED(ICapeElectrolyteReactionContext, SetReactionObject,
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), Write());
+    }
+};
+
+struct LoggedReactionMaterialContext final : LoggedInterface<ICapeThermoMaterialContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetMaterial)(IDispatch* material) override
+    {
+        return LOGGED(ICapeThermoMaterialContext, SetMaterial,
+                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
+                      ErrorIf(!material, "Cannot pass NULL to SetMaterial; use UnsetMaterial instead"));
+    }
+    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
+};
+
+struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(SetMaterial)(IDispatch* material) override
+    {
+        return Forward<&ICapeThermoContext::SetMaterial>(
+            kSetMaterial10, WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}),
+            Write());
+    }
+};
+
+class CReactionPackage10 final : public ExposedObjectBase {
+public:
+    CReactionPackage10()
+        : ExposedObjectBase(kTraits),
+          kinetic(*this),
+          chemistry(*this),
+          routine(*this),
+          materialContext(*this),
+          thermoContext(*this),
+          electrolyte(*this)
+    {}
+
+private:
+    // Materials made from its context's templates start unset: the package may use either generation.
+    static constexpr ProxyTraits kTraits = {.typeName = "Reaction Package"};
+    LoggedKineticContext kinetic;
+    LoggedReactionChemistry chemistry;
+    LoggedReactionsRoutine routine;
+    LoggedReactionMaterialContext materialContext;
+    LoggedReactionThermoContext thermoContext;
+    CRPElectrolyteContext electrolyte;
+};
+
+}  // namespace zelt

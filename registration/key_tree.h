@@ -1,0 +1,25 @@
+// A registry key with everything below it, in memory: read from one view, compared with or written to another. Plain
+// values; two trees are equal when names, types and bytes are.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "system/registry.h"
+
+namespace zelt {
+
+struct KeyTree {
+    std::map<std::wstring, RegistryValue> values;
+    std::map<std::wstring, KeyTree> subkeys;
+    bool operator==(const KeyTree&) const = default;
+};
+
+// Nothing when the key is missing.
+std::optional<KeyTree> ReadKeyTree(const RegistryRoot& root, const std::wstring& path);
+
+// Adds the tree to what stands at `path`; the key is created when missing. The answer is a Windows error code.
+LSTATUS WriteKeyTree(const RegistryRoot& root, const std::wstring& path, const KeyTree& tree);
+
+}  // namespace zelt

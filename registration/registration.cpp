@@ -1,0 +1,95 @@
+#include "registration/registration.h"
+
+#include <objbase.h>
+#include <olectl.h>
+
+#include <optional>
+
+#include "com/failure.h"
+#include "com/type_info.h"
+#include "system/narrow.h"
+#include "res/resource.h"
+#include "registration/registrar.h"
+#include "registration/registration_check.h"
+#include "registration/type_library_registration.h"
+
+namespace zelt {
+namespace {
+
+// clang-format off
+// Keys that the machine always has. Those of the user may come and go with what they hold.
+constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"TypeLib"};
+// clang-format on
+
+// Everything that the script writes is there now.
+void Verify(Scope scope, int script, const std::wstring& modulePath, const std::string& version)
+{
+    const auto lookUp = [scope](REGSAM view, const std::wstring& key, const std::wstring& value) {
+        return LookUpEntry(scope, view, key, value);
+    };
+    if (!FindRegistrationFaults(script, modulePath, version, lookUp).empty()) throw com::Failure(SELFREG_E_CLASS);
+}
+
+}  // namespace
+
+HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows classes)
+{
+    return com::NoThrow([&] {
+        const std::wstring modulePath = com::ModulePath(com::ThisModule());
+        // Made before HKEY_CLASSES_ROOT is redirected: the component itself may be registered elsewhere.
+        Registrar registrar(modulePath, Widen(version));
+        {
+            const ClassesRootOverride root(scope);
+            com::Check(registrar.Run(kScriptApplication, true));
+            for (const ServedClass& served : classes) com::Check(registrar.Run(served.script, true));
+        }
+        for (const ServedClass& served : classes) MirrorKey(scope, ClassPath(served));
+        RegisterOwnLibrary(scope, modulePath);
+        for (const SharedLibrary& library : SharedLibraries()) {
+            RegisterMissingLibrary(scope, library.number, library.fileName);
+        }
+        Verify(scope, kScriptApplication, modulePath, version);
+        for (const ServedClass& served : classes) Verify(scope, served.script, modulePath, version);
+        return S_OK;
+    });
+}
+
+HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRows classes)
+{
+    HRESULT first = S_OK;
+    const auto attempt = [&first](auto&& body) {
+        const HRESULT result = com::NoThrow([&]() -> HRESULT {
+            body();
+            return S_OK;
+        });
+        if (SUCCEEDED(first)) first = result;
+    };
+    std::optional<Registrar> registrar;
+    attempt([&] { registrar.emplace(com::ModulePath(com::ThisModule()), Widen(version)); });
+    const auto run = [&](int script) {
+        if (!registrar) return;
+        attempt([&] {
+            const ClassesRootOverride root(scope);
+            com::Check(registrar->Run(script, false));
+        });
+    };
+    for (const ServedClass& served : classes) run(served.script);
+    for (const ServedClass& served : classes) attempt([&] { RemoveKey(scope, ClassPath(served)); });
+    attempt([&] { UnregisterOwnLibrary(scope); });
+    run(kScriptApplication);
+    if (scope == Scope::User) {
+        for (const wchar_t* container : kContainers) attempt([&] { RemoveEmptyKey(scope, container); });
+    }
+    return first;
+}
+
+bool PerUserRegistrationPreferred(const RegistryRoot& root)
+{
+    constexpr std::size_t kLongest = 20;
+    RegistryKey key;
+    if (key.Open(root, L"Software\\BRIX", KEY_READ) != ERROR_SUCCESS) return false;
+    const auto value = key.ReadNarrow("CurrentUser", REG_SZ);
+    return value && value->size() <= kLongest && value->substr(0, value->find('\0')) == "1";
+}
+
+}  // namespace zelt

@@ -1,0 +1,40 @@
+// What a registration has to consist of, and what of that the registry lacks. The registration reads itself back with it,
+// and a check of the installation reports it. Reads the registry through its caller, and writes nothing.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "registration/registry_script.h"
+#include "registration/registry_views.h"
+#include "registration/served_class.h"
+
+namespace zelt {
+
+struct FoundEntry {
+    bool keyExists = false;
+    std::optional<std::wstring> text;  // none: no such value, or no string
+};
+
+// Finds a value of a key below the classes.
+using EntryLookup = std::function<FoundEntry(REGSAM view, const std::wstring& key, const std::wstring& value)>;
+
+FoundEntry LookUpEntry(Scope scope, REGSAM view, const std::wstring& key, const std::wstring& value);
+
+struct RegistrationFault {
+    REGSAM view;
+    ScriptEntry expected;
+    FoundEntry found;
+};
+
+// Where what a script writes differs from what is found: classes in every view, and what the views share in that of this
+// process. `modulePath` is the program's, `version` its own. Throws com::Failure.
+std::vector<RegistrationFault> FindRegistrationFaults(int script, const std::wstring& modulePath,
+                                                      const std::string& version, const EntryLookup& lookUp);
+
+// The key of a served class, relative to the classes.
+std::wstring ClassPath(const ServedClass& served);
+
+}  // namespace zelt

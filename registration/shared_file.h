@@ -1,0 +1,18 @@
+// The folder of files that outlive the program: a type library that other programs come to rely on stays there.
+#pragma once
+
+#include <string>
+
+#include "registration/registry_views.h"
+
+namespace zelt {
+
+// CAPE-OPEN\<fileName> below the common program files or, for the user's scope, below the user's local application data.
+// Throws com::Failure.
+std::wstring SharedFilePath(Scope scope, const std::wstring& fileName);
+
+// Writes resource TYPELIB `number` there, and returns the path. A file that holds the same bytes is left alone. Throws
+// com::Failure.
+std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileName);
+
+}  // namespace zelt

@@ -1,0 +1,151 @@
+#include "registration/type_library_registration.h"
+
+#include <olectl.h>
+#include <oleauto.h>
+#include <wrl/client.h>
+
+#include <cstdio>
+#include <vector>
+
+#include "com/failure.h"
+#include "com/type_info.h"
+#include "res/resource.h"
+#include "registration/library_facts.h"
+#include "registration/registrar.h"
+#include "registration/shared_file.h"
+#include "system/guid_text.h"
+
+// Exported by the system and its import library, but not declared in the platform's headers here.
+extern "C" {
+HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
+HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID libid, WORD major, WORD minor, LCID lcid, SYSKIND kind);
+}
+
+namespace zelt {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+// clang-format off
+constexpr SharedLibrary kSharedLibraries[] = {
+    {kStandardLibrary,      L"cape-open-1.1.tlb"},
+    {kThermoContextLibrary, L"cape-open-thermo-context-1.0.tlb"},
+};
+// clang-format on
+
+// The marshaller that works from type libraries.
+constexpr wchar_t kTypeLibraryMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
+
+std::wstring InterfacePath(const LibraryInterface& member) { return L"Interface\\" + GuidText(member.iid); }
+
+// What a registration for the user may rely on: the user's own keys and the machine's.
+bool VisibleKey(Scope scope, REGSAM view, const std::wstring& path)
+{
+    return KeyExists(Scope::Machine, view, path) || (scope == Scope::User && KeyExists(Scope::User, view, path));
+}
+
+std::wstring FolderOf(const std::wstring& path) { return path.substr(0, path.find_last_of(L'\\')); }
+
+void WriteDefault(Scope scope, REGSAM view, const std::wstring& path, const std::wstring& value)
+{
+    RegistryKey key;
+    CheckWin32(key.Create(ClassesHive(scope, view), ClassesPath(path), KEY_READ | KEY_WRITE));
+    CheckWin32(key.WriteString(L"", value));
+}
+
+// A 64-bit process also takes a library that is registered for 32 bits; the reverse does not hold.
+bool LibraryVisible(Scope scope, REGSAM view, const std::wstring& versionPath)
+{
+    const bool accepts64 = view == KEY_WOW64_64KEY;
+    return VisibleKey(scope, view, versionPath + L"\\0\\win32") ||
+           (accepts64 && VisibleKey(scope, view, versionPath + L"\\0\\win64"));
+}
+
+void WriteLibrary(Scope scope, REGSAM view, const LibraryFacts& facts, const std::wstring& file)
+{
+    if (!VisibleKey(scope, view, facts.versionPath)) {
+        WriteDefault(scope, view, facts.versionPath, facts.description);
+        WriteDefault(scope, view, facts.versionPath + L"\\FLAGS", L"0");
+        WriteDefault(scope, view, facts.versionPath + L"\\HELPDIR", FolderOf(file));
+    }
+    WriteDefault(scope, view, facts.versionPath + L"\\0\\win32", file);
+}
+
+void WriteInterface(Scope scope, REGSAM view, const LibraryFacts& facts, const LibraryInterface& member)
+{
+    const std::wstring path = InterfacePath(member);
+    WriteDefault(scope, view, path, member.name);
+    WriteDefault(scope, view, path + L"\\ProxyStubClsid32", kTypeLibraryMarshaller);
+    RegistryKey library;
+    CheckWin32(library.Create(ClassesHive(scope, view), ClassesPath(path + L"\\TypeLib"), KEY_READ | KEY_WRITE));
+    CheckWin32(library.WriteString(L"", GuidText(facts.libid)));
+    CheckWin32(library.WriteString(L"Version", facts.version));
+}
+
+}  // namespace
+
+std::span<const SharedLibrary> SharedLibraries() { return kSharedLibraries; }
+
+void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
+{
+    ComPtr<ITypeLib> library;
+    com::Check(com::LoadModuleTypeLibrary(kOwnLibrary, &library));
+    const LibraryFacts facts = ReadLibraryFacts(*library.Get());
+    std::wstring path = modulePath, folder = FolderOf(modulePath);
+    {
+        const ClassesRootOverride root(scope);
+        com::Check(scope == Scope::User ? RegisterTypeLibForUser(library.Get(), path.data(), folder.data())
+                                        : RegisterTypeLib(library.Get(), path.data(), folder.data()));
+    }
+    for (const LibraryInterface& member : facts.interfaces) MirrorKey(scope, InterfacePath(member));
+
+    for (const REGSAM view : RegistryViews()) {
+        bool complete = KeyExists(scope, view, facts.versionPath);
+        for (const LibraryInterface& member : facts.interfaces) {
+            complete =
+                complete && DefaultValue(scope, view, InterfacePath(member) + L"\\TypeLib") == GuidText(facts.libid);
+        }
+        if (!complete) throw com::Failure(SELFREG_E_TYPELIB);
+    }
+}
+
+void UnregisterOwnLibrary(Scope scope)
+{
+    ComPtr<ITypeLib> library;
+    com::Check(com::LoadModuleTypeLibrary(kOwnLibrary, &library));
+    const LibraryFacts facts = ReadLibraryFacts(*library.Get());
+    if (KeyExists(scope, OwnView(), facts.versionPath)) {
+        const ClassesRootOverride root(scope);
+        com::Check(scope == Scope::User
+                       ? UnRegisterTypeLibForUser(facts.libid, facts.major, facts.minor, facts.lcid, facts.kind)
+                       : UnRegisterTypeLib(facts.libid, facts.major, facts.minor, facts.lcid, facts.kind));
+    }
+    // The system has cleared the view of this process.
+    for (const LibraryInterface& member : facts.interfaces) RemoveKey(scope, InterfacePath(member));
+    RemoveKey(scope, facts.versionPath);
+    RemoveEmptyKey(scope, L"TypeLib\\" + GuidText(facts.libid));
+}
+
+void RegisterMissingLibrary(Scope scope, int number, const std::wstring& fileName)
+{
+    ComPtr<ITypeLib> library;
+    com::Check(com::LoadModuleTypeLibrary(number, &library));
+    const LibraryFacts facts = ReadLibraryFacts(*library.Get());
+    for (const REGSAM view : RegistryViews()) {
+        if (!LibraryVisible(scope, view, facts.versionPath)) {
+            WriteLibrary(scope, view, facts, WriteSharedFile(scope, number, fileName));
+        }
+        for (const LibraryInterface& member : facts.interfaces) {
+            if (!VisibleKey(scope, view, InterfacePath(member))) WriteInterface(scope, view, facts, member);
+        }
+    }
+    for (const REGSAM view : RegistryViews()) {
+        bool complete = LibraryVisible(scope, view, facts.versionPath);
+        for (const LibraryInterface& member : facts.interfaces) {
+            complete = complete && VisibleKey(scope, view, InterfacePath(member));
+        }
+        if (!complete) throw com::Failure(SELFREG_E_TYPELIB);
+    }
+}
+
+}  // namespace zelt

@@ -1,0 +1,26 @@
+// Message boxes: the way in which those parts of the server that have a user speak to him, outside their own windows. A test
+// replaces the function and answers itself; nothing else does.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "system/outcome.h"
+
+namespace zelt {
+
+// Text, caption, MB_ flags; returns the button's id.
+using MessageFunction = int (*)(const wchar_t* text, const wchar_t* caption, UINT flags);
+
+// Shows a message box without an owner and waits for the answer. Windows' own box pumps messages, so calls may come in meanwhile: what the
+// caller holds must be held by reference or looked up again afterwards.
+int ShowMessage(const std::wstring& text, const wchar_t* caption, UINT flags);
+
+// The same for what was not done; nothing for what was.
+void ShowFailure(const Outcome& outcome);
+
+// Replaces the function and returns the one before; null restores the system's box.
+MessageFunction SetMessageFunction(MessageFunction function);
+
+}  // namespace zelt

@@ -1,0 +1,39 @@
+// Whether something was done that may fail, and if not, what the user has to know. Returned by functions that have no user.
+// Those that have one show it (system/message.h); a program without windows writes the text.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace zelt {
+
+class [[nodiscard]] Outcome {
+public:
+    // What a message box says.
+    struct Notice {
+        std::wstring text;
+        const wchar_t* caption;
+        UINT flags;  // MB_
+    };
+
+    // It was done.
+    Outcome() = default;
+    static Outcome Failed(std::wstring text, const wchar_t* caption, UINT flags)
+    {
+        Outcome outcome;
+        outcome.failure = Notice{std::move(text), caption, flags};
+        return outcome;
+    }
+
+    explicit operator bool() const { return !failure; }
+    // Only of what was not done.
+    const Notice& Failure() const { return *failure; }
+
+private:
+    std::optional<Notice> failure;
+};
+
+}  // namespace zelt

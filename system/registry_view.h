@@ -1,0 +1,16 @@
+// The registry views of this Windows: 64-bit Windows shows CLSID and Interface below Software\Classes in two.
+#pragma once
+
+#include <span>
+
+#include "system/registry.h"
+
+namespace zelt {
+
+// Two on a 64-bit Windows, whatever the width of the process, else one.
+std::span<const REGSAM> RegistryViews();
+
+// The view of a process of this width.
+REGSAM OwnView();
+
+}  // namespace zelt

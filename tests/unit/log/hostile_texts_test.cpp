@@ -1,0 +1,145 @@
+// Names and descriptions as a package should not have them: they are logged safely, and the viewer reads them back.
+#include <fcntl.h>
+#include <io.h>
+
+#include "system/narrow.h"
+#include "proxy_fixture.h"
+#include "log_reader/log_reader.h"
+
+namespace zelt::test {
+namespace {
+
+class Labels final : public LogSink {
+public:
+    void Item(const LogItem& item) override { all.emplace_back(item.label); }
+    void ParseError(int) override { ++errors; }
+    bool Continue() override { return true; }
+    bool Have(std::string_view label) const { return std::find(all.begin(), all.end(), label) != all.end(); }
+    std::vector<std::string> all;
+    int errors = 0;
+};
+
+class HostileTexts : public ProxyFixture {
+protected:
+    HostileTexts() { PrepareLogReader(); }
+
+    // Logs a material of this name in a call that fails with this description, and reads the log.
+    LogReadResult Log(const std::wstring& materialName, const std::wstring& description, Labels& labels)
+    {
+        const ComPtr<FakePackage> package = MakeFake<FakePackage>();
+        const ComPtr<FakeMaterial> material = MakeFake<FakeMaterial>();
+        material->name = materialName;
+        package->errorDescription = description;
+        package->result = static_cast<HRESULT>(ECapeComputationHR);
+        package->duringCall = [&] {
+            ComPtr<ICapeThermoMaterial> state;
+            if (package->material) package->material->QueryInterface(IID_PPV_ARGS(&state));
+            if (state) state->ClearAllProps();
+        };
+        ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get());
+        ComPtr<IDispatch> face;
+        material.As(&face);
+        EXPECT_EQ(package->result, As<ICapeThermoMaterialContext>(proxy)->SetMaterial(face.Get()));
+        package->duringCall = {};
+        proxy.Reset();
+        return Read(labels);
+    }
+    LogReadResult Read(Labels& labels) const
+    {
+        const int descriptor = _wopen(path.c_str(), _O_RDONLY | _O_BINARY);
+        const LogReadResult result = ReadLog(descriptor, labels);
+        _close(descriptor);
+        return result;
+    }
+    // The next one gets a log of its own.
+    void BeginAnew()
+    {
+        document->LetGo();
+        LogFile file;
+        ASSERT_EQ(0, file.Open(path));
+        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document->Hold();
+    }
+};
+
+struct Row {
+    const char* name;
+    const wchar_t* text;
+    const char* shown;  // what of it can be in a log
+};
+
+TEST_F(HostileTexts, AreLoggedAndReadBack)
+{
+    // clang-format off
+    const Row rows[] = {
+        {"markup",     L"</func></zeltlogdocument><info value=\"forged\"/>", "</func></zeltlogdocument><info value=\"forged\"/>"},
+        {"references", L"&lt;&#0;&unknown;&amp;&#x41;",                     "&lt;&#0;&unknown;&amp;&#x41;"},
+        {"sections",   L"]]><![CDATA[ --> <!-- <?xml ?> <!DOCTYPE a []>",   "]]><![CDATA[ --> <!-- <?xml ?> <!DOCTYPE a []>"},
+        {"quotes",     L"'\" \"' >\"",                                      "'\" \"' >\""},
+        {"controls",   L"a\r\nb\tc\x01\x1B[2J\x7F",                         "abc[2J\x7F"},
+        {"formats",    L"%s%n%1!s! {0} $(x) \\0",                           "%s%n%1!s! {0} $(x) \\0"},
+    };
+    // clang-format on
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        Labels labels;
+        EXPECT_EQ(LogReadResult::Complete, Log(row.text, row.text, labels));
+        EXPECT_TRUE(labels.Have(std::string("ICapeThermoMaterial::ClearAllProps (") + row.shown + ")"));
+        EXPECT_TRUE(labels.Have(std::string("ECapeComputationHR: ") + row.shown));
+        EXPECT_FALSE(labels.Have("forged"));
+        BeginAnew();
+    }
+}
+
+TEST_F(HostileTexts, OfNineMegabytesAreReadBackWhole)
+{
+    const std::wstring huge(9'000'000, L'x');
+    // Markup takes about three times its length in the log.
+    std::wstring markup;
+    while (markup.size() < 1'800'000) markup += L"<a b=\"&\"/>";
+    struct {
+        const char* what;
+        std::wstring name, description;
+    } rows[] = {{"description", L"Feed", huge}, {"name", huge, L"short"}, {"markup", markup, markup}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Labels labels;
+        EXPECT_EQ(LogReadResult::Complete, Log(row.name, row.description, labels));
+        EXPECT_EQ(0, labels.errors);
+        EXPECT_TRUE(labels.Have("ECapeComputationHR: " + Narrow(row.description)));
+        EXPECT_TRUE(labels.Have("ICapeThermoMaterial::ClearAllProps (" + Narrow(row.name) + ")"));
+        BeginAnew();
+    }
+}
+
+// The package's own name, and a value that goes through a call.
+TEST_F(HostileTexts, OfThePackageItselfAreReadBackWhole)
+{
+    for (const std::wstring& text : {std::wstring(L"</func><error value='&quot;'/>"), std::wstring(9'000'000, L'y')}) {
+        const ComPtr<FakePackage> package = MakeFake<FakePackage>();
+        ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get());
+        EXPECT_EQ(S_OK, As<ICapeIdentification>(proxy)->put_ComponentName(_bstr_t(text.c_str())));
+        EXPECT_EQ(S_OK, As<ICapeUtilities>(proxy)->Initialize());
+        proxy.Reset();
+        Labels labels;
+        EXPECT_EQ(LogReadResult::Complete, Read(labels));
+        EXPECT_TRUE(labels.Have("\"" + Narrow(text) + "\""));
+        EXPECT_TRUE(labels.Have("ICapeUtilities::Initialize (" + Narrow(text) + ")"));
+        BeginAnew();
+    }
+}
+
+TEST_F(HostileTexts, BeyondTheReadersLimitEndWithWhatStandsBefore)
+{
+    Labels labels;
+    EXPECT_EQ(LogReadResult::Incomplete, Log(L"Feed", std::wstring(11'000'000, L'x'), labels));
+    EXPECT_LT(0, labels.errors);
+    EXPECT_TRUE(labels.Have("ICapeThermoMaterial::ClearAllProps (Feed)"));
+    // The log itself has everything.
+    const std::string log = ReadWhole(path);
+    EXPECT_LT(11'000'000u, log.size());
+    EXPECT_TRUE(log.ends_with("</func>\r\n</zeltlogdocument>\r\n"));
+}
+
+}  // namespace
+}  // namespace zelt::test

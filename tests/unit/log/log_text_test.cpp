@@ -1,0 +1,85 @@
+#include "log/log_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <random>
+
+// A double in a log is what "%g" prints, digit for digit, whichever way it was converted.
+namespace zelt::test {
+namespace {
+
+std::string Written(double value)
+{
+    std::string text;
+    AppendDouble(text, value);
+    return text;
+}
+
+std::string Expected(double value)
+{
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
+TEST(DoubleText, IsThatOfTheStandardLibraryAtTheEdges)
+{
+    constexpr double kEdges[] = {
+        0.0,      -0.0,     1,        -1,       0.1,    0.5,        2.5,          9.999995,       9.99999, 99999.5,
+        999999,   999999.4, 999999.5, 1000000,  1e-4,   9.99999e-5, 9.9999951e-5, 0.000123456789, 1.5e-5,  123456.5,
+        123457.5, 1234565,  1e5,      1e21,     1e22,   1e23,       1e27,         1e28,           1e-17,   1e-18,
+        1e-300,   1e300,    5e-324,   2.2e-308, 101325, 8.31446,    353.2,        0.333333333333, 1.0 / 3, 2.0 / 3e7};
+    for (const double edge : kEdges) {
+        for (const double value : {edge, -edge, std::nextafter(edge, 1e308), std::nextafter(edge, -1e308)}) {
+            EXPECT_EQ(Expected(value), Written(value));
+        }
+    }
+    EXPECT_EQ("inf", Written(std::numeric_limits<double>::infinity()));
+    EXPECT_EQ("-inf", Written(-std::numeric_limits<double>::infinity()));
+    EXPECT_EQ(Expected(std::numeric_limits<double>::max()), Written(std::numeric_limits<double>::max()));
+}
+
+// Every power of ten, beyond both ends of those that are scaled by a table. With the standard library's assertions a look
+// past the table ends the program.
+TEST(DoubleText, IsThatOfTheStandardLibraryAroundEachPowerOfTen)
+{
+    for (int power = -323; power <= 308; ++power) {
+        const double exact = std::strtod(("1e" + std::to_string(power)).c_str(), nullptr);
+        for (const double factor : {1.0, 1.5, 2.5, 9.99999, 9.999996}) {
+            const double value = exact * factor;
+            if (!std::isfinite(value)) continue;
+            for (const double one : {value, std::nextafter(value, 0), std::nextafter(value, HUGE_VAL), -value}) {
+                if (!std::isfinite(one)) continue;
+                ASSERT_EQ(Expected(one), Written(one));
+            }
+        }
+    }
+}
+
+TEST(DoubleText, IsThatOfTheStandardLibraryForValuesOfAllSizes)
+{
+    std::mt19937_64 random(20);  // the same values in each run
+    const auto expectSame = [](double value) { ASSERT_EQ(Expected(value), Written(value)); };
+    for (int i = 0; i < 100'000; ++i) {
+        const std::uint64_t bits = random();
+        double any;
+        std::memcpy(&any, &bits, sizeof any);
+        if (std::isfinite(any)) expectSame(any);
+        const double usual = static_cast<double>(random() >> 11) * std::pow(10.0, static_cast<int>(random() % 60) - 40);
+        expectSame(usual);
+        // Ties and their neighbourhood, where a rounded power of ten would err.
+        const double tie =
+            (static_cast<double>(random() % 1'000'000) + 0.5) * std::pow(10.0, static_cast<int>(random() % 40) - 20);
+        expectSame(tie);
+        expectSame(std::nextafter(tie, 0));
+        expectSame(std::nextafter(tie, 1e308));
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test

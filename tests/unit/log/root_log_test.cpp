@@ -1,0 +1,80 @@
+#include "log/root_log.h"
+
+#include <gtest/gtest.h>
+
+#include "log/log_location.h"
+#include "tests/system/harness/scratch_registry.h"
+#include "tests/unit/support/recorded_messages.h"
+
+namespace zelt::test {
+namespace {
+
+std::wstring chosenPath;
+std::size_t boxesBefore;  // the dialog
+const RecordedMessages* boxes;
+
+// What the user sees when a simulator makes an object with a log.
+class RootLog : public testing::Test {
+protected:
+    RootLog()
+    {
+        static const LogSurroundings surroundings = {[] { return SYSTEMTIME{2012, 3, 1, 5, 14, 7, 59, 999}; },
+                                                     [](std::wstring&) { return false; },
+                                                     [](const std::wstring&, std::wstring& path) {
+                                                         boxesBefore = boxes->All().size();
+                                                         path = chosenPath;
+                                                         return !path.empty();
+                                                     }};
+        boxes = &messages;
+        boxesBefore = 99;
+        chosenPath.clear();
+        options.root = scratch.Root();
+        SetLogSurroundings(&surroundings);
+    }
+    ~RootLog() override { SetLogSurroundings(nullptr); }
+
+    LogDocument* Open() { return OpenRootLog(options, L"Title", L"Name", "kind"); }
+
+    ScratchKey scratch;
+    LogOptions options;
+    const RecordedMessages messages;
+};
+
+TEST_F(RootLog, ReadsTheOptionsAgain)
+{
+    scratch.Settings().WriteDword(L"AutoLogLocation", 1);
+    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(99u, boxesBefore) << "a dialog was shown";
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(L"Failed to obtain location of Desktop folder", messages.All()[0].text);
+    EXPECT_EQ(L"Create log file:", messages.All()[0].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), messages.All()[0].flags);
+    scratch.Settings().WriteDword(L"AutoLogLocation", 0);
+    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(1u, messages.All().size());
+    EXPECT_EQ(1u, boxesBefore);
+}
+
+TEST_F(RootLog, OfARegistryOutOfReachAsksForThePlaceAfterSayingSo)
+{
+    scratch.MakeInaccessible();
+    chosenPath = L"?:\\no such place\\a.zlg";
+    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(1u, boxesBefore);
+    ASSERT_EQ(2u, messages.All().size());
+    EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);
+    EXPECT_EQ(0u, messages.All()[1].text.find(L"Failed to open log file \"" + chosenPath + L"\" for writing: "));
+    EXPECT_TRUE(messages.All()[1].text.ends_with(L"\r\nLogging will not be enabled"));
+    EXPECT_EQ(L"Error:", messages.All()[1].caption);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[1].flags);
+}
+
+TEST_F(RootLog, DeclinedIsNoLogAndNoMessage)
+{
+    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(0u, boxesBefore);
+    EXPECT_TRUE(messages.All().empty());
+}
+
+}  // namespace
+}  // namespace zelt::test

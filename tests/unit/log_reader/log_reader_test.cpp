@@ -1,0 +1,336 @@
+// The parse of logs: labels, images, cut-off and damaged files.
+#include "log_reader/log_reader.h"
+
+#include <windows.h>
+#include <fcntl.h>
+#include <io.h>
+#include <psapi.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "log/value_writers.h"
+#include "log_fixture.h"
+#include "tests/fuzz/mutation.h"
+
+namespace zelt::test {
+namespace {
+
+struct Item {
+    int depth;
+    int image;
+    bool hasChildren;
+    bool isError;
+    std::string label;
+    bool operator==(const Item&) const = default;
+};
+
+void PrintTo(const Item& item, std::ostream* out)
+{
+    *out << item.depth << ' ' << item.image << (item.hasChildren ? " parent " : " ") << (item.isError ? "error " : "")
+         << item.label.substr(0, 200);
+}
+
+class Collector final : public LogSink {
+public:
+    void Item(const LogItem& item) override
+    {
+        items.push_back(
+            {item.depth, static_cast<int>(item.image), item.hasChildren, item.isError, std::string(item.label)});
+    }
+    void ParseError(int line) override { lines.push_back(line); }
+    bool Continue() override { return ++ends != stopAt; }
+
+    std::vector<test::Item> items;
+    std::vector<int> lines;
+    int ends = 0;
+    int stopAt = 0;
+};
+
+// One file for any number of texts.
+class Scratch {
+public:
+    Scratch() : path(TemporaryPath())
+    {
+        descriptor = _wopen(path.c_str(), _O_RDWR | _O_BINARY);
+        PrepareLogReader();
+    }
+    ~Scratch()
+    {
+        _close(descriptor);
+        DeleteFileW(path.c_str());
+    }
+    LogReadResult Read(const std::string& text, LogSink& sink) const
+    {
+        _lseek(descriptor, 0, SEEK_SET);
+        EXPECT_EQ(static_cast<int>(text.size()), _write(descriptor, text.data(), static_cast<unsigned>(text.size())));
+        _chsize(descriptor, static_cast<long>(text.size()));
+        _lseek(descriptor, 0, SEEK_SET);
+        return ReadLog(descriptor, sink);
+    }
+
+private:
+    std::wstring path;
+    int descriptor;
+};
+
+std::string InLog(const std::string& content)
+{
+    return "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n" + content + "</zeltlogdocument>\r\n";
+}
+
+struct ElementCase {
+    const char* name;
+    const char* xml;
+    std::vector<Item> expected;
+};
+
+const ElementCase kElements[] = {
+    {"info", "<info value=\"a &lt;b&gt; &amp; &quot;c&quot;\"/>", {{0, 2, false, false, "a <b> & \"c\""}}},
+    {"info without value", "<info/>", {{0, 2, false, false, "<no information>"}}},
+    {"info with an empty value", "<info value=\"\"/>", {{0, 2, false, false, ""}}},
+    {"error", "<error value=\"e\"/>", {{0, 3, false, true, "e"}}},
+    {"error without value", "<error/>", {{0, 3, false, true, "<no information>"}}},
+    {"error that is not empty", "<error value=\"e\"></error>", {{0, 3, false, false, "e"}}},
+    {"error with a child",
+     "<error value=\"e\"><info value=\"i\"/></error>",
+     {{0, 3, true, false, "e"}, {1, 2, false, false, "i"}}},
+    {"warning", "<warning value=\"w\"/>", {{0, 10, false, true, "w"}}},
+    {"inward call", "<func name=\"A::B\" direc=\"in\" object=\"o\"></func>", {{0, 4, false, false, "A::B (o)"}}},
+    {"outward call", "<func name=\"A::B\" direc=\"out\" object=\"o\"></func>", {{0, 5, false, false, "A::B (o)"}}},
+    {"call of another direction", "<func name=\"A\" direc=\"IN\" object=\"o\"/>", {{0, 5, false, false, "A (o)"}}},
+    {"call without direction", "<func name=\"A\" object=\"o\"/>", {{0, 5, false, false, "A (o)"}}},
+    {"call without anything", "<func/>", {{0, 5, false, false, " ()"}}},
+    {"in argument",
+     "<arg name=\"n\" direc=\"in\" type=\"VT_ARRAY|VT_R8\"><argval value=\"1\"/></arg>",
+     {{0, 6, true, false, "n (type: VT_ARRAY|VT_R8)"}, {1, 8, false, false, "1"}}},
+    {"out argument", "<arg name=\"n\" direc=\"out\" type=\"t\"/>", {{0, 7, false, false, "n (type: t)"}}},
+    {"value without value", "<argval/>", {{0, 8, false, false, "<no information>"}}},
+    {"another element", "<port kind=\"material\" name=\"Feed 1\"/>", {{0, 8, false, false, "port material Feed 1"}}},
+    {"another element without attributes", "<port></port>", {{0, 8, false, false, "port"}}},
+    {"a root inside", "<zeltlogdocument/>", {{0, 8, false, false, "zeltlogdocument"}}},
+    {"characters that are no element", "text <!-- <info/> --> <![CDATA[<info/>]]> <?info?>", {}},
+    {"siblings behind a parent",
+     "<func name=\"f\" direc=\"in\" object=\"o\"><info value=\"1\"/></func><info value=\"2\"/>",
+     {{0, 4, true, false, "f (o)"}, {1, 2, false, false, "1"}, {0, 2, false, false, "2"}}},
+};
+
+TEST(LogReader, GivesEachElementItsImageAndLabel)
+{
+    const Scratch scratch;
+    for (const ElementCase& element : kElements) {
+        SCOPED_TRACE(element.name);
+        Collector collector;
+        EXPECT_EQ(LogReadResult::Complete, scratch.Read(InLog(element.xml), collector));
+        EXPECT_EQ(element.expected, collector.items);
+        EXPECT_TRUE(collector.lines.empty());
+    }
+}
+
+TEST(LogReader, ShowsARootOfAnotherKind)
+{
+    Collector collector;
+    EXPECT_EQ(LogReadResult::Complete, Scratch().Read("<other a=\"b\"><info/></other>", collector));
+    const std::vector<Item> expected = {{0, 8, true, false, "other b"}, {1, 2, false, false, "<no information>"}};
+    EXPECT_EQ(expected, collector.items);
+}
+
+TEST(LogReader, KeepsAValueOfFiveThousandBytes)
+{
+    const std::string value(5000, 'x');
+    Collector collector;
+    EXPECT_EQ(LogReadResult::Complete, Scratch().Read(InLog("<info value=\"" + value + "\"/>"), collector));
+    ASSERT_EQ(1u, collector.items.size());
+    EXPECT_EQ(value, collector.items[0].label);
+}
+
+TEST(LogReader, ReadsAnEmptyFileAsAnError)
+{
+    Collector collector;
+    EXPECT_EQ(LogReadResult::Incomplete, Scratch().Read("", collector));
+    EXPECT_TRUE(collector.items.empty());
+}
+
+TEST(LogReader, TellsTheLineOfAnError)
+{
+    Collector collector;
+    EXPECT_EQ(LogReadResult::Incomplete, Scratch().Read("<zeltlogdocument>\n<info value=\"1\"/>\n<info <", collector));
+    ASSERT_FALSE(collector.lines.empty());
+    EXPECT_EQ(3, collector.lines.front());
+    ASSERT_EQ(1u, collector.items.size());
+    EXPECT_EQ("1", collector.items[0].label);
+}
+
+TEST(LogReader, StopsWhenTheSinkHasEnough)
+{
+    for (const char* element : {"<func name=\"f\" direc=\"in\" object=\"o\"></func>\n", "<info value=\"i\"/>\n"}) {
+        std::string many;
+        for (int i = 0; i < 100; ++i) many += element;
+        Collector collector;
+        collector.stopAt = 7;
+        EXPECT_EQ(LogReadResult::Cancelled, Scratch().Read(InLog(many), collector));
+        EXPECT_EQ(7u, collector.items.size());
+    }
+}
+
+// The parser's own limits end a log like damage does, with everything before them in place.
+TEST(LogReader, EndsAtTheParsersLimits)
+{
+    const Scratch scratch;
+    std::string nested;
+    for (int i = 0; i < 300; ++i) nested += "<func name=\"f\" direc=\"in\" object=\"o\">";
+    Collector deep;
+    EXPECT_EQ(LogReadResult::Incomplete, scratch.Read(InLog(nested), deep));
+    EXPECT_FALSE(deep.lines.empty());
+    EXPECT_GE(deep.items.size(), 254u);
+    EXPECT_LE(deep.items.size(), 256u);
+
+    Collector huge;
+    EXPECT_EQ(LogReadResult::Incomplete,
+              scratch.Read(InLog("<info value=\"1\"/><info value=\"" + std::string(10'000'100, 'x') + "\"/>"), huge));
+    EXPECT_FALSE(huge.lines.empty());
+    ASSERT_GE(huge.items.size(), 1u);
+    EXPECT_EQ("1", huge.items[0].label);
+}
+
+TEST(LogReader, ExpandsNoEntityAndReadsNoOtherFile)
+{
+    const Scratch scratch;
+    const std::string text =
+        "<?xml version=\"1.0\"?><!DOCTYPE zeltlogdocument SYSTEM \"file:///C:/windows/win.ini\" ["
+        "<!ENTITY own \"text\"><!ENTITY other SYSTEM \"file:///C:/windows/win.ini\">]>"
+        "<zeltlogdocument><info value=\"a &own; b\"/>&other;<info value=\"2\"/></zeltlogdocument>";
+    Collector collector;
+    scratch.Read(text, collector);
+    const std::vector<Item> expected = {{0, 2, false, false, "a &own; b"}, {0, 2, false, false, "2"}};
+    EXPECT_EQ(expected, collector.items);
+
+    std::string bomb = "<?xml version=\"1.0\"?><!DOCTYPE zeltlogdocument [<!ENTITY e0 \"xxxxxxxxxx\">";
+    for (int i = 1; i < 12; ++i) {
+        bomb += "<!ENTITY e" + std::to_string(i) + " \"";
+        for (int j = 0; j < 10; ++j) bomb += "&e" + std::to_string(i - 1) + ";";
+        bomb += "\">";
+    }
+    bomb += "]><zeltlogdocument><info value=\"&e11;\"/></zeltlogdocument>";
+    Collector bombed;
+    const ULONGLONG start = GetTickCount64();
+    scratch.Read(bomb, bombed);
+    EXPECT_LT(GetTickCount64() - start, 10'000u);
+    for (const Item& item : bombed.items) EXPECT_LT(item.label.size(), 100u);
+}
+
+// A log with every kind of entry, as the server writes it.
+class WrittenLog : public LogFixture {
+protected:
+    std::string Write()
+    {
+        document->BeginFunc(true, "ICapeThermoMaterialObject::GetProp", "Root");
+        WriteArg(*document, "count", true, 3L);
+        WriteArg(*document, "text", true, static_cast<BSTR>(nullptr));
+        document->BeginFunc(false, "ICapeUtilities::Initialize", "a \"quoted\" <name> & more");
+        WriteArg(*document, "value", true, 1.5);
+        document->EndFunc(E_FAIL, nullptr);
+        WriteArg(*document, "old", false, -std::numeric_limits<double>::max());
+        document->EndFunc(S_OK, nullptr);
+        document->WriteInfo("Root: QueryInterface for ICapeThermoMaterialObject");
+        document->WriteWarning("a warning with a tab\there");
+        document->WriteError("an error");
+        for (int i = 0; i < 12; ++i) {
+            document->BeginFunc(true, "ICapeIdentification::get_ComponentName", "Root");
+            document->EndFunc(S_OK, nullptr);
+        }
+        Close();
+        return ReadWhole(path);
+    }
+};
+
+// The ends of the start tags in a well-formed log, the declaration and the root left out.
+std::vector<std::size_t> StartTagEnds(const std::string& log)
+{
+    std::vector<std::size_t> ends;
+    for (std::size_t at = log.find("<zeltlogdocument>") + 1; (at = log.find('<', at)) != std::string::npos; ++at) {
+        if (log[at + 1] != '/') ends.push_back(log.find('>', at) + 1);
+    }
+    return ends;
+}
+
+TEST_F(WrittenLog, IsReadWholeWhateverItsPlaceInTheParsersBuffer)
+{
+    const Scratch scratch;
+    const std::string log = Write();
+    Collector whole;
+    ASSERT_EQ(LogReadResult::Complete, scratch.Read(log, whole));
+    EXPECT_EQ(StartTagEnds(log).size(), whole.items.size());
+    EXPECT_EQ(1, std::count_if(whole.items.begin(), whole.items.end(),
+                               [](const Item& item) { return item.label == "an error"; }));
+}
+
+TEST_F(WrittenLog, CutAtEachByteGivesWhatStandsBeforeTheCut)
+{
+    const Scratch scratch;
+    const std::string log = Write();
+    Collector whole;
+    ASSERT_EQ(LogReadResult::Complete, scratch.Read(log, whole));
+    const std::vector<std::size_t> ends = StartTagEnds(log);
+    const std::size_t rootEnd = log.find("</zeltlogdocument>") + std::string("</zeltlogdocument>").size();
+    for (std::size_t cut = 0; cut <= log.size(); ++cut) {
+        Collector collector;
+        const LogReadResult result = scratch.Read(log.substr(0, cut), collector);
+        ASSERT_EQ(cut >= rootEnd ? LogReadResult::Complete : LogReadResult::Incomplete, result) << cut;
+        ASSERT_EQ(cut < rootEnd, !collector.lines.empty()) << cut;
+        const auto expected = static_cast<std::size_t>(
+            std::count_if(ends.begin(), ends.end(), [&](std::size_t end) { return end <= cut; }));
+        ASSERT_EQ(expected, collector.items.size()) << log.substr(cut > 200 ? cut - 200 : 0, 200);
+        for (std::size_t i = 0; i < expected; ++i) {
+            ASSERT_EQ(whole.items[i].label, collector.items[i].label) << cut;
+            ASSERT_EQ(whole.items[i].depth, collector.items[i].depth) << cut;
+            ASSERT_EQ(whole.items[i].image, collector.items[i].image) << cut;
+        }
+    }
+}
+
+std::size_t CommittedMemory()
+{
+    PROCESS_MEMORY_COUNTERS counters = {};
+    counters.cb = sizeof counters;
+    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+}
+
+// ZELT_MUTATED_LOGS sets another number than that of an everyday run.
+TEST_F(WrittenLog, MutatedNeitherCrashesNorHangsNorLeaks)
+{
+    const char* wanted = std::getenv("ZELT_MUTATED_LOGS");
+    const int runs = wanted ? std::atoi(wanted) : 20'000;
+    const Scratch scratch;
+    const std::string log = Write();
+    std::mt19937 random(20240229);
+    std::size_t before = 0;
+    int incomplete = 0;
+    const ULONGLONG start = GetTickCount64();
+    for (int run = 0; run < runs; ++run) {
+        if (run == runs / 5) before = CommittedMemory();
+        std::string mutated = log;
+        Mutate(mutated, random);
+        Collector collector;
+        incomplete += scratch.Read(mutated, collector) == LogReadResult::Incomplete;
+        int depth = -1;
+        bool parent = true;
+        for (const Item& item : collector.items) {
+            ASSERT_EQ(parent, item.depth == depth + 1) << "run " << run;
+            ASSERT_LE(item.depth, depth + 1) << "run " << run;
+            depth = item.depth;
+            parent = item.hasChildren;
+        }
+    }
+    EXPECT_GT(incomplete, runs / 2);
+    EXPECT_LT(CommittedMemory(), before + 4'000'000);
+    EXPECT_LT(GetTickCount64() - start, 20'000u + static_cast<ULONGLONG>(runs) * 10);
+}
+
+}  // namespace
+}  // namespace zelt::test

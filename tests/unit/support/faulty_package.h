@@ -1,0 +1,74 @@
+// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call told apart by how it
+// ended, and the processor state that a fault must leave as it was.
+#pragma once
+
+#include <string>
+
+#include "guard/fault_guard.h"
+#include "tests/unit/guard/faulty_dll/faulty.h"
+
+namespace zelt::tests {
+
+enum class End { Returned, Fault, ThrownText, Foreign, Text, RuntimeError, Number };
+
+struct Outcome {
+    End end;
+    HRESULT result = 0;
+    DWORD code = 0;
+    std::string text;
+};
+
+// Null when the DLL cannot be loaded. The static package is always loaded first: on i686 a package with static runtime
+// libraries that finds the shared libgcc in its process registers its frames there and can no longer catch its own.
+faulty::Misbehave StaticPackage();
+faulty::Misbehave SharedPackage();
+
+struct Package {
+    const char* name;
+    faulty::Misbehave misbehave;
+};
+
+struct Packages {
+    Package all[2] = {{"static", StaticPackage()}, {"shared", SharedPackage()}};
+    const Package* begin() const { return all; }
+    const Package* end() const { return all + 2; }
+};
+
+template <class Call>
+Outcome CallGuarded(Call&& call)
+{
+    try {
+        return {End::Returned, Guarded(call), 0, {}};
+    } catch (const SE_Exception& fault) {
+        return {End::Fault, E_UNEXPECTED, fault.Code(), fault.Text()};
+    } catch (const ThrownText& text) {
+        return {End::ThrownText, E_UNEXPECTED, 0, text.Text()};
+    } catch (const char* text) {
+        return {End::Text, E_UNEXPECTED, 0, text};
+    } catch (const ForeignException&) {
+        return {End::Foreign, E_UNEXPECTED, 0, {}};
+    } catch (const std::exception& error) {
+        return {End::RuntimeError, E_UNEXPECTED, 0, error.what()};
+    } catch (int number) {
+        return {End::Number, E_UNEXPECTED, static_cast<DWORD>(number), {}};
+    }
+}
+
+inline Outcome CallGuarded(faulty::Misbehave misbehave, const faulty::Order& order)
+{
+    return CallGuarded([&] { return misbehave(&order); });
+}
+
+struct ProcessorState {
+    unsigned x87Control = 0;
+    unsigned x87Tags = 0;
+    unsigned sseControl = 0;
+    bool directionFlag = false;
+    void* exceptionChain = nullptr;  // i686
+    void* stack = nullptr;
+
+    static ProcessorState Now();
+    bool operator==(const ProcessorState&) const = default;
+};
+
+}  // namespace zelt::tests

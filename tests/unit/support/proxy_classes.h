@@ -1,0 +1,82 @@
+// The proxy classes by name, as the table of proxied methods calls them.
+#pragma once
+
+#include <wrl/client.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "thermo/material_object.h"
+#include "thermo/material_template.h"
+#include "thermo/property_package_10.h"
+#include "thermo/property_package_11.h"
+#include "thermo/simulation_context.h"
+#include "parameters/parameter.h"
+#include "parameters/parameter_collection.h"
+#include "parameters/parameter_spec.h"
+#include "unit/port_collection.h"
+#include "reactions/reaction_object.h"
+#include "reactions/reaction_package_10.h"
+#include "unit/unit_operation.h"
+#include "unit/unit_port.h"
+
+namespace zelt::test {
+
+// How an object gets its proxy: as a package that is handed out, or when it is given to a package or returned by one.
+enum class Origin { Root, Given, Returned };
+
+struct ProxyClass {
+    const char* name;
+    Origin origin;
+    Microsoft::WRL::ComPtr<CapeOpenBase> (*make)(ThermoVersion);  // the version is a material object's
+    bool (*isInstance)(const CapeOpenBase&);
+};
+
+template <class T>
+ProxyClass DescribeProxyClass(const char* name, Origin origin)
+{
+    return {name, origin,
+            [](ThermoVersion version) {
+                if constexpr (std::is_constructible_v<T, ThermoVersion>) {
+                    return Microsoft::WRL::ComPtr<CapeOpenBase>(new T(version));
+                } else {
+                    return static_cast<void>(version), Microsoft::WRL::ComPtr<CapeOpenBase>(new T);
+                }
+            },
+            [](const CapeOpenBase& proxy) { return dynamic_cast<const T*>(&proxy) != nullptr; }};
+}
+
+// Gives a proxy its object: of a root with the document, else with what it crosses through.
+inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* object, LogDocument* document,
+                   CapeOpenBase* through)
+{
+    if (proxyClass.origin == Origin::Root) return proxy.AttachAsRoot(object, document, "Pack");
+    const bool isGiven = proxyClass.origin == Origin::Given;
+    proxy.AttachThrough(object, isGiven ? Crossing::Inbound : Crossing::Outbound, *through);
+}
+
+// Throws std::runtime_error for another name.
+inline const ProxyClass& FindProxyClass(const std::string& name)
+{
+    static const ProxyClass kClasses[] = {
+        DescribeProxyClass<CMaterialObject>("CMaterialObject", Origin::Given),
+        DescribeProxyClass<CPropertyPackage11>("CPropertyPackage11", Origin::Root),
+        DescribeProxyClass<CPropertyPackage10>("CPropertyPackage10", Origin::Root),
+        DescribeProxyClass<CSimulationContext>("CSimulationContext", Origin::Given),
+        DescribeProxyClass<CMaterialTemplate>("CMaterialTemplate", Origin::Given),
+        DescribeProxyClass<CParameterCollection>("CParameterCollection", Origin::Returned),
+        DescribeProxyClass<CParameter>("CParameter", Origin::Returned),
+        DescribeProxyClass<CParameterSpec>("CParameterSpec", Origin::Returned),
+        DescribeProxyClass<CReactionPackage10>("CReactionPackage10", Origin::Root),
+        DescribeProxyClass<CReactionObject>("CReactionObject", Origin::Given),
+        DescribeProxyClass<CUnitOperation>("CUnitOperation", Origin::Root),
+        DescribeProxyClass<CPortCollection>("CPortCollection", Origin::Returned),
+        DescribeProxyClass<CUnitPort>("CUnitPort", Origin::Returned),
+    };
+    for (const ProxyClass& known : kClasses) {
+        if (name == known.name) return known;
+    }
+    throw std::runtime_error("no proxy class " + name);
+}
+
+}  // namespace zelt::test

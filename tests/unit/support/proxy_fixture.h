@@ -1,0 +1,48 @@
+// A property package's proxy over a scripted package, logged or not, as the package manager makes it.
+#pragma once
+
+#include "fakes.h"
+#include "log/log_text.h"
+#include "log_fixture.h"
+#include "thermo/material_object.h"
+#include "thermo/property_package_11.h"
+#include "thermo/wrapping_table.h"
+
+namespace zelt::test {
+
+class ProxyFixture : public LogFixture {
+protected:
+    ProxyFixture() { InstallWrappers(); }
+
+    // The proxy of `wrapped` (null: never created), with one reference.
+    ComPtr<CPropertyPackage11> MakeProxy(IUnknown* wrapped, bool logged = true)
+    {
+        ComPtr<CPropertyPackage11> made(new CPropertyPackage11);
+        made->AttachAsRoot(wrapped, logged ? document : nullptr, "Pack");
+        return made;
+    }
+
+    template <class I, class T>
+    static ComPtr<I> As(const ComPtr<T>& object)
+    {
+        ComPtr<I> found;
+        EXPECT_EQ(S_OK, object->QueryInterface(__uuidof(I), reinterpret_cast<void**>(found.GetAddressOf())));
+        return found;
+    }
+
+    // Finds an interface of a proxy whatever its wrapped object says: calls come in on pointers that were got before.
+    template <class I>
+    static I* Part(const com::Object& object)
+    {
+        const com::InterfaceEntry* entry = object.FindInterface(__uuidof(I));
+        return entry ? static_cast<I*>(entry->Pointer()) : nullptr;
+    }
+};
+
+inline std::string Func(const std::string& name, const std::string& body, const char* direction = "in",
+                        const std::string& object = "Pack")
+{
+    return "<func name=\"" + name + "\" direc=\"" + direction + "\" object=\"" + object + "\">\n" + body + "</func>\n";
+}
+
+}  // namespace zelt::test

@@ -1,0 +1,46 @@
+// Answers the message boxes of one test and keeps what they said. There is one at a time.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "system/message.h"
+
+namespace zelt::test {
+
+class RecordedMessages {
+public:
+    struct Message {
+        std::wstring text, caption;
+        UINT flags;
+    };
+
+    explicit RecordedMessages(int answer = IDOK) : answer(answer)
+    {
+        current = this;
+        before = SetMessageFunction(Record);
+    }
+    ~RecordedMessages() { SetMessageFunction(before); }
+    RecordedMessages(const RecordedMessages&) = delete;
+    RecordedMessages& operator=(const RecordedMessages&) = delete;
+
+    const std::vector<Message>& All() const { return messages; }
+
+    // What happens while a box is open; may be null.
+    void (*meanwhile)() = nullptr;
+
+private:
+    static int Record(const wchar_t* text, const wchar_t* caption, UINT flags)
+    {
+        current->messages.push_back({text, caption, flags});
+        if (current->meanwhile) current->meanwhile();
+        return current->answer;
+    }
+
+    static inline RecordedMessages* current = nullptr;
+    std::vector<Message> messages;
+    int answer;
+    MessageFunction before;
+};
+
+}  // namespace zelt::test

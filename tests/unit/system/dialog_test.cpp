@@ -1,0 +1,164 @@
+// How long a dialog's object lives: its window may be destroyed in the middle of a handler.
+#include "system/dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "system/message.h"
+#include "res/resource.h"
+#include "tests/unit/support/recorded_messages.h"
+
+namespace zelt::test {
+namespace {
+
+using Events = std::vector<std::string>;
+Events events;
+
+bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
+
+// Says what happens to it; deletes itself when that is wanted.
+class Watched final : public Dialog {
+public:
+    explicit Watched(bool deletesItself) : deletesItself(deletesItself) {}
+    ~Watched() override { events.push_back("deleted"); }
+
+    // What the next handler does.
+    std::function<void(Watched&)> body;
+    std::function<void(Watched&)> atStart;
+
+    // As a control's own procedure calls it.
+    void CallGuarded()
+    {
+        Guarded([this] { OnCommand(1, 0); });
+    }
+
+private:
+    bool OnInit() override
+    {
+        if (atStart) atStart(*this);
+        return true;
+    }
+    bool OnCommand(int id, int notification) override
+    {
+        // What the list box has to say of its focus.
+        if (notification != 0) return false;
+        if (const auto now = std::exchange(body, nullptr)) now(*this);
+        events.push_back("handler " + std::to_string(id) + (Window() ? " ends" : " ends without a window"));
+        return true;
+    }
+    void OnDestroyed() override
+    {
+        events.push_back("destroyed");
+        if (deletesItself) delete this;
+    }
+
+    const bool deletesItself;
+};
+
+class DialogLifetime : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+        events.clear();
+    }
+    static Watched* Open()
+    {
+        auto* const dialog = new Watched(true);
+        EXPECT_TRUE(dialog->CreateModeless(kSelectDialog));
+        return dialog;
+    }
+};
+
+TEST_F(DialogLifetime, EndsWithTheWindowWhenNoHandlerRuns)
+{
+    DestroyWindow(Open()->Window());
+    EXPECT_EQ((Events{"destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, EndsAfterTheHandlerThatDestroysTheWindow)
+{
+    Watched* const dialog = Open();
+    dialog->body = [](Watched& self) {
+        DestroyWindow(self.Window());
+        events.push_back("window destroyed");
+    };
+    SendMessageW(dialog->Window(), WM_COMMAND, 7, 0);
+    EXPECT_EQ((Events{"window destroyed", "handler 7 ends without a window", "destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, EndsAfterTheOutermostHandler)
+{
+    Watched* const dialog = Open();
+    dialog->body = [](Watched& outer) {
+        outer.body = [](Watched& inner) { DestroyWindow(inner.Window()); };
+        SendMessageW(outer.Window(), WM_COMMAND, 8, 0);
+        events.push_back("between");
+        SendMessageW(outer.Window(), WM_COMMAND, 9, 0);
+    };
+    SendMessageW(dialog->Window(), WM_COMMAND, 7, 0);
+    EXPECT_EQ((Events{"handler 8 ends without a window", "between", "handler 7 ends without a window", "destroyed",
+                      "deleted"}),
+              events);
+}
+
+TEST_F(DialogLifetime, EndsAfterAHandlerWhoseBoxLetTheEndIn)
+{
+    static HWND window;
+    Watched* const dialog = Open();
+    window = dialog->Window();
+    RecordedMessages messages;
+    messages.meanwhile = [] { DestroyWindow(window); };
+    dialog->body = [](Watched&) { ShowMessage(L"text", L"caption", MB_OK); };
+    SendMessageW(window, WM_COMMAND, 7, 0);
+    EXPECT_EQ((Events{"handler 7 ends without a window", "destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, CountsHandlersThatTheSystemCallsElsewhere)
+{
+    Watched* const dialog = Open();
+    dialog->body = [](Watched& self) { DestroyWindow(self.Window()); };
+    dialog->CallGuarded();
+    EXPECT_EQ((Events{"handler 1 ends without a window", "destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, EndsAfterAHandlerThatThrows)
+{
+    Watched* const dialog = Open();
+    dialog->body = [](Watched& self) {
+        DestroyWindow(self.Window());
+        throw std::runtime_error("x");
+    };
+    SendMessageW(dialog->Window(), WM_COMMAND, 7, 0);
+    EXPECT_EQ((Events{"destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, SurvivesTheEndOfTheWindowWhileItIsMade)
+{
+    auto* const dialog = new Watched(true);
+    dialog->atStart = [](Watched& self) {
+        DestroyWindow(self.Window());
+        events.push_back("start ends");
+    };
+    // Whether a handle comes back is the system's affair.
+    EXPECT_FALSE(IsWindow(dialog->CreateModeless(kSelectDialog)));
+    EXPECT_EQ((Events{"start ends", "destroyed", "deleted"}), events);
+}
+
+TEST_F(DialogLifetime, AWindowThatIsLeftDoesNotLookForItsObject)
+{
+    HWND window = nullptr;
+    {
+        Watched dialog(false);
+        window = dialog.CreateModeless(kSelectDialog);
+        ASSERT_TRUE(window);
+    }
+    events.clear();
+    SendMessageW(window, WM_COMMAND, 7, 0);
+    DestroyWindow(window);
+    EXPECT_EQ(Events{}, events);
+}
+
+}  // namespace
+}  // namespace zelt::test

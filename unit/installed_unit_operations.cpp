@@ -1,0 +1,20 @@
+#include "unit/installed_unit_operations.h"
+
+#include <utility>
+
+#include "unit/unit_operation.h"
+
+namespace zelt {
+
+const InstalledUnits& InstalledUnitOperations()
+{
+    // Nothing here lets messages in: a call from inside of the initialiser would not be defined.
+    static const InstalledUnits installed = [] {
+        const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
+        FoundComponents components = FindComponents(search);
+        return InstalledUnits{std::move(components.lists.front()), std::move(components.outcome)};
+    }();
+    return installed;
+}
+
+}  // namespace zelt
