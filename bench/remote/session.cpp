@@ -9,7 +9,7 @@
 
 #include "bench/remote/call_counter.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace zelt::bench {
 namespace {

@@ -4,7 +4,7 @@
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
 #include "samples/simulator/parameters.h"
-#include "samples/simulator/simulation_context.h"
+#include "samples/material/simulation_context.h"
 
 namespace zelt::sample {
 namespace {

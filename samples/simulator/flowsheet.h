@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "samples/simulator/material_store.h"
-#include "samples/simulator/slate.h"
+#include "samples/material/material_store.h"
+#include "samples/material/slate.h"
 
 namespace zelt::sample {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "samples/simulator/slate.h"
+#include "samples/material/slate.h"
 
 namespace zelt::sample {
 

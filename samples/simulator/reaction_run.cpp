@@ -10,7 +10,7 @@
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
 #include "samples/simulator/parameters.h"
-#include "samples/simulator/reaction_object.h"
+#include "samples/material/reaction_object.h"
 
 namespace zelt::sample {
 namespace {

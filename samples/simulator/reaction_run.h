@@ -3,7 +3,7 @@
 #pragma once
 
 #include "samples/simulator/component_session.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace zelt::sample {
 

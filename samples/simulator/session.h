@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "samples/simulator/component_session.h"
-#include "samples/simulator/material.h"
-#include "samples/simulator/slate.h"
+#include "samples/material/material.h"
+#include "samples/material/slate.h"
 
 namespace zelt::sample {
 

@@ -6,7 +6,7 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 #include "samples/simulator/material_access.h"
 
 namespace zelt::sample {

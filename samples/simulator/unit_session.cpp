@@ -3,7 +3,7 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/memory_stream.h"
+#include "samples/material/memory_stream.h"
 
 namespace zelt::sample {
 namespace {

@@ -11,7 +11,7 @@ use Changes;
 
 our $folder = 'build/mutants/tree';
 our $build = "$folder/build/i686";
-my @rooms = qw(com core thermo unit shell ctl);
+my @rooms = qw(com system guard log log_reader core parameters reactions unit thermo registration packages shell ctl);
 
 # The files of the project, new ones included, as git knows them.
 sub Files

@@ -43,7 +43,7 @@ find({no_chdir => 1, wanted => sub {
         my $call = $1;
         $boxes{$_} = $call for grep { /[A-Za-z]{3}/ } Literals($call);
     }
-}}, map { "$root/$_" } qw(core thermo unit shell res));
+}}, map { "$root/$_" } qw(system log core packages thermo unit shell res));
 # The setup program's strings: $\r$\n is a line break there, ${NAME} and $name are values.
 find({no_chdir => 1, wanted => sub {
     return if !/\.ns[ih]$/;

@@ -3,7 +3,7 @@
 
 #include "system/narrow.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 

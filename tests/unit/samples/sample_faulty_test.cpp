@@ -5,7 +5,7 @@
 #include "samples/component/variant.h"
 #include "samples/faulty/faulty_manager.h"
 #include "samples/faulty/faulty_package.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "samples/package/classes.h"
 #include "samples/package/property_package.h"
 #include "samples/package/property_package_manager.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "samples/reactions/reaction.h"
 #include "samples/reactions/reaction_package.h"
 #include "samples/reactions/reaction_package_manager.h"
-#include "samples/simulator/reaction_object.h"
+#include "samples/material/reaction_object.h"
 
 namespace zelt::sample {
 namespace {

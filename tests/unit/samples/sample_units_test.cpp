@@ -4,7 +4,7 @@
 #include "sample_fixture.h"
 #include "samples/component/text.h"
 #include "samples/package/property_package.h"
-#include "samples/simulator/memory_stream.h"
+#include "samples/material/memory_stream.h"
 #include "samples/units/mixer_heater.h"
 #include "samples/units/splitter.h"
 #include "samples/units/valve.h"

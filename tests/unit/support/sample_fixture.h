@@ -10,8 +10,8 @@
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
-#include "samples/simulator/simulation_context.h"
+#include "samples/material/material.h"
+#include "samples/material/simulation_context.h"
 
 namespace zelt::sample {
 

@@ -1,8 +1,8 @@
-#include "samples/simulator/simulation_context.h"
+#include "samples/material/simulation_context.h"
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace zelt::sample {
 namespace {

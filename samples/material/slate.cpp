@@ -1,4 +1,4 @@
-#include "samples/simulator/slate.h"
+#include "samples/material/slate.h"
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "samples/component/cape_errors.h"
-#include "samples/simulator/material_store.h"
+#include "samples/material/material_store.h"
 
 namespace zelt::sample {
 

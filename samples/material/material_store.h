@@ -14,7 +14,7 @@
 #include <tuple>
 #include <vector>
 
-#include "samples/simulator/slate.h"
+#include "samples/material/slate.h"
 
 namespace zelt::sample {
 

@@ -8,10 +8,10 @@
 
 #include "com/object.h"
 #include "samples/component/component.h"
-#include "samples/simulator/material_lists.h"
-#include "samples/simulator/material_object_part.h"
-#include "samples/simulator/material_routines.h"
-#include "samples/simulator/material_store.h"
+#include "samples/material/material_lists.h"
+#include "samples/material/material_object_part.h"
+#include "samples/material/material_routines.h"
+#include "samples/material/material_store.h"
 
 namespace zelt::sample {
 

@@ -1,4 +1,4 @@
-#include "samples/simulator/memory_stream.h"
+#include "samples/material/memory_stream.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "samples/simulator/reaction_object.h"
+#include "samples/material/reaction_object.h"
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"

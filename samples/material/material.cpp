@@ -1,4 +1,4 @@
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"

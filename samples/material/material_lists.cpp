@@ -1,4 +1,4 @@
-#include "samples/simulator/material_lists.h"
+#include "samples/material/material_lists.h"
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "samples/component/cape_errors.h"
-#include "samples/simulator/slate.h"
+#include "samples/material/slate.h"
 
 namespace zelt::sample {
 

@@ -1,4 +1,4 @@
-#include "samples/simulator/material_store.h"
+#include "samples/material/material_store.h"
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"

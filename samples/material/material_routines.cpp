@@ -1,4 +1,4 @@
-#include "samples/simulator/material_routines.h"
+#include "samples/material/material_routines.h"
 
 #include "samples/component/cape_failure.h"
 

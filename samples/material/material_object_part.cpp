@@ -1,10 +1,10 @@
-#include "samples/simulator/material_object_part.h"
+#include "samples/material/material_object_part.h"
 
 #include <set>
 
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/simulator/material.h"
+#include "samples/material/material.h"
 
 namespace zelt::sample {
 namespace {
