@@ -10,13 +10,7 @@
 
 namespace zelt {
 
-void WarnNullOutput(LogDocument& document, const char* name)
-{
-    com::NoThrow([&] {
-        document.WriteWarning(std::string("Null pointer passed for output argument ") + name);
-        return S_OK;
-    });
-}
+void WarnNullOutput(LogDocument& document, const char* name) { document.Write(Sentence::NullOutput, {name}); }
 
 void WrappedIn::Describe(LoggedCall& call) const
 {
@@ -255,13 +249,13 @@ void InSlot::Describe(LoggedCall& call) const
 void Write::Describe(LoggedCall& call) const
 {
     LogDocument* log = call.Document();
-    if (log && call.Proxy().IsReadOnly()) log->WriteError("This object should be considered read-only");
+    if (log && call.Proxy().IsReadOnly()) log->Write(Sentence::ReadOnlyObject);
 }
 
 void ErrorIf::Describe(LoggedCall& call) const
 {
     LogDocument* log = call.Document();
-    if (log && condition) log->WriteError(text);
+    if (log && condition) log->Write(sentence);
 }
 
 HRESULT HoldOriginal::Prepare(LoggedCall& call)

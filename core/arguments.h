@@ -299,9 +299,9 @@ struct NeedsObject : Mark, NoSteps {
 // An error when the condition holds; the call goes on.
 struct ErrorIf : Mark, NoSteps {
     bool condition;
-    const char* text;
+    Sentence sentence;
 
-    ErrorIf(bool condition, const char* text) : condition(condition), text(text) {}
+    ErrorIf(bool condition, Sentence sentence) : condition(condition), sentence(sentence) {}
     void Describe(LoggedCall& call) const;
 };
 

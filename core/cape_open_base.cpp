@@ -11,10 +11,9 @@
 
 namespace zelt {
 
-std::string ForeignThreadWarning(std::string_view object, const char* member, DWORD thread)
+void WarnForeignThread(LogDocument* document, std::string_view object, const char* member, DWORD thread)
 {
-    return "Object entered outside of its apartment: \"" + std::string(object) + "\", " + member + ", thread " +
-           std::to_string(thread);
+    if (document) document->Write(Sentence::EnteredOutsideApartment, {object, member, std::to_string(thread)});
 }
 
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
@@ -60,15 +59,14 @@ void CapeOpenBase::AskName()
 {
     const ErrorInfoKeeper keeper;
     const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(Wrapped());
-    if (!identification) return Document()->WriteWarning("Object does not implement ICapeIdentification");
+    if (!identification) return Document()->Write(Sentence::NoIdentification);
     BSTR raw = nullptr;
     const HRESULT result = CallForeign([&] { return identification->get_ComponentName(&raw); });
     if (FAILED(result)) {
-        return Document()->WriteError("Failed to get name from object: " +
-                                      ErrorDescription(result, identification.Get()));
+        return Document()->Write(Sentence::NameFailed, {ErrorDescription(result, identification.Get())});
     }
     std::string given = TakeForeignText(raw);
-    if (given.empty()) return Document()->WriteWarning("Object's name is empty");
+    if (given.empty()) return Document()->Write(Sentence::EmptyName);
     name = std::move(given);
 }
 
@@ -76,19 +74,16 @@ HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry
 {
     if (IsEqualIID(iid, __uuidof(IOriginalObject))) return S_OK;
 
-    const auto refuse = [&](const char* why, const char* consequence) {
-        if (LogDocument* log = Document()) log->WriteWarning(name + why + InterfaceName(iid) + consequence);
+    const auto refuse = [&](Sentence sentence) {
+        if (LogDocument* log = Document()) log->Write(sentence, {name, InterfaceName(iid)});
         return E_NOINTERFACE;
     };
-    if (!Wrapped()) {
-        return refuse(": QueryInterface not returning ", ": object not created (returning E_NOINTERFACE)");
-    }
-    if (!entry) return refuse(": QueryInterface for unsupported interface ", "");
+    if (!Wrapped()) return refuse(Sentence::InterfaceWithoutObject);
+    if (!entry) return refuse(Sentence::UnsupportedInterface);
 
     ForeignPtr<IUnknown> answer;
     if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) {
-        return refuse(": QueryInterface not returning supported interface ",
-                      ": object does not expose it (returning E_NOINTERFACE)");
+        return refuse(Sentence::InterfaceLackedByObject);
     }
     return S_OK;
 }
@@ -102,7 +97,7 @@ void CapeOpenBase::DropInterfaces()
 
 void CapeOpenBase::OnForeignThread(const char* member, DWORD thread)
 {
-    if (LogDocument* log = Document()) log->WriteWarning(ForeignThreadWarning(name, member, thread));
+    WarnForeignThread(Document(), name, member, thread);
 }
 
 void CapeOpenBase::FinalRelease()
@@ -138,9 +133,8 @@ void CapeOpenBase::ReportChildren()
 HRESULT CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
 {
     if (LogDocument* log = Document()) {
-        log->WriteWarning("Object \"" + child.Name() + "\" (type: " + child.TypeName() +
-                          ") is not released at final release of \"" + name + "\" (reference count " +
-                          std::to_string(child.ReferenceCount() - child.OwnHolds()) + ")");
+        const std::string references = std::to_string(child.ReferenceCount() - child.OwnHolds());
+        log->Write(Sentence::NotReleased, {child.Name(), child.TypeName(), name, references});
     }
     return S_OK;
 }

@@ -60,8 +60,8 @@ struct ProxyTraits {
     bool isNamedEarly = false;      // takes a name before its object is made
 };
 
-// What the log says of an object that was entered on another thread than its apartment's.
-std::string ForeignThreadWarning(std::string_view object, const char* member, DWORD thread);
+// Tells the log that an object was entered on another thread than its apartment's. Null for no log.
+void WarnForeignThread(LogDocument* document, std::string_view object, const char* member, DWORD thread);
 
 class CapeOpenBase : public com::Object {
 public:

@@ -43,7 +43,7 @@ STDMETHODIMP LoggedIdentification::put_ComponentName(BSTR name)
 std::optional<HRESULT> OutOrUninitialized::Answer(LoggedCall& call) const
 {
     if (call.Proxy().Wrapped()) return {};
-    call.Error("Object is not created or initialized");
+    call.Say(Sentence::NotInitialized);
     if (!value) return E_POINTER;
     *value = SysAllocString(L"Uninitialized object");
     return *value ? S_OK : E_OUTOFMEMORY;

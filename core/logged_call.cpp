@@ -17,6 +17,14 @@ void EndSweptCall(const CallInProgress& call) noexcept
     call.proxy->LeaveCall();
 }
 
+// `text` is a code and what it means, or neither is known.
+void SayFault(LogDocument& document, std::string_view text)
+{
+    const std::size_t code = LengthOfCode(text);
+    if (code == 0) return document.Write(Sentence::UncaughtUnknownFault);
+    document.Write(Sentence::UncaughtFault, {text.substr(0, code), text.substr(code + 2)});
+}
+
 [[maybe_unused]] const EndCallFunction kBefore = SetEndCall(EndSweptCall);
 
 }  // namespace
@@ -46,10 +54,7 @@ void LoggedCall::ForgetFailure() noexcept
 void* LoggedCall::Refuse(HRESULT& failure)
 {
     failure = ResultOfRefusal(proxy);
-    if (document) {
-        failure == E_NOINTERFACE ? document->WriteWarning("Interface not exposed by object")
-                                 : document->WriteError("object not created");
-    }
+    Say(failure == E_NOINTERFACE ? Sentence::InterfaceNotExposed : Sentence::ObjectNotCreated);
     return nullptr;
 }
 
@@ -62,15 +67,15 @@ HRESULT LoggedCall::ResultOfException() noexcept
         try {
             throw;
         } catch (const SE_Exception& fault) {
-            document->WriteError(std::string("Uncaught SEH exception during function call: ") + fault.Text());
+            SayFault(*document, fault.Text());
         } catch (const char* text) {
             // The package's pointer: null, or no string at all, as far as anybody knows.
             const std::unique_ptr<char[]> copy(CopyForeignText(text));
-            document->WriteError(std::string("Uncaught exception during function call: ") + (copy ? copy.get() : ""));
+            document->Write(Sentence::UncaughtText, {copy ? copy.get() : ""});
         } catch (const ThrownText& thrown) {
-            document->WriteError(std::string("Uncaught exception during function call: ") + thrown.Text());
+            document->Write(Sentence::UncaughtText, {thrown.Text()});
         } catch (...) {
-            document->WriteError("Uncaught exception during function call");
+            document->Write(Sentence::UncaughtException);
         }
     } catch (...) {
         // No memory for the text.

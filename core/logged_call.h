@@ -79,18 +79,10 @@ public:
     // may be closed in mid-call and then ignores what is written.
     LogDocument* Document() const { return document; }
 
-    // Simple entries inside the element; nothing when the call is not logged.
-    void Info(std::string_view text) const
+    // A sentence inside the element; nothing when the call is not logged.
+    void Say(Sentence sentence, std::initializer_list<std::string_view> holes = {}) const
     {
-        if (document) document->WriteInfo(text);
-    }
-    void Warning(std::string_view text) const
-    {
-        if (document) document->WriteWarning(text);
-    }
-    void Error(std::string_view text) const
-    {
-        if (document) document->WriteError(text);
+        if (document) document->Write(sentence, holes);
     }
 
     // The wrapped object's interface. When there is none, `failure` is the result of the call, and the reason is logged.

@@ -17,7 +17,7 @@ public:
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {
-        document.Write([&] {
+        document.WriteEntry([&] {
             ArgWriter arg(document);
             arg.Open(name, isIn);
             if constexpr (std::is_invocable_v<Type, std::string&>) {
@@ -58,10 +58,12 @@ public:
     // An argval line with text to be escaped, followed by the suppression warning about `what` when characters were lost.
     void EscapedValue(std::string_view text, const char* what = nullptr, int level = 1);
 
-    // Simple entries inside the element.
-    void Info(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kInfo, text, level); }
-    void Warning(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kWarning, text, level); }
-    void Error(std::string_view text, int level = 1) { document.AppendSimple(LogDocument::kError, text, level); }
+    // A sentence inside the element.
+    void Say(Sentence sentence, std::initializer_list<std::string_view> holes = {}, int level = 1)
+    {
+        document.AppendSentence(sentence, holes, level);
+    }
+    void Say(Sentence sentence, int level) { Say(sentence, {}, level); }
 
     // The number of blanks that a line at `level` begins with.
     int Indentation(int level) const { return document.depth + level; }

@@ -43,7 +43,7 @@ void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, con
         // Readers of existing logs know this form: the error stands behind the indentation that the value's line had
         // already begun with, that line then has none, and the hexadecimal digits are followed by a capital X.
         arg.Blanks(arg.Indentation(1));
-        arg.Error(std::string("Invalid value for ") + type.name);
+        arg.Say(Sentence::WrongEnumerationValue, {type.name});
         char text[64];
         std::snprintf(text, sizeof text, "<argval value=\"%0xX\"/>\r\n", index);
         arg.Raw(text);

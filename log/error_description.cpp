@@ -71,6 +71,17 @@ std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept
     }
 }
 
+FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept
+{
+    FailureText text = {"<out of memory>", ErrorDescription(code, source)};
+    try {
+        text.name = HRName(code);
+    } catch (...) {
+        // It keeps the name that says so.
+    }
+    return text;
+}
+
 std::string ErrorText(HRESULT code, IUnknown* source) noexcept
 {
     try {

@@ -13,6 +13,12 @@ namespace zelt {
 // other code, and without a source (null), the system's text.
 std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept;
 
+struct FailureText {
+    std::string name;  // of the code
+    std::string description;
+};
+FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept;
+
 // Name, colon, blank, description.
 std::string ErrorText(HRESULT code, IUnknown* source) noexcept;
 

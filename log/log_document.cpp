@@ -17,7 +17,12 @@ LogClosedFunction logClosed = nullptr;
 
 constexpr char kHeader[] = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
 
-constexpr char kMissing[] = "Entries missing here, which could not be written: ";
+// An element of a sentence, and how the suppression warning calls its text.
+struct Element {
+    const char* name;
+    const char* text;
+};
+constexpr Element kElements[] = {{"info", "info string"}, {"warning", "warning string"}, {"error", "error string"}};
 
 // "Month dd, yyyy, HH:mm" in the system's language, both from one reading of the clock.
 std::string StartTime()
@@ -35,19 +40,15 @@ std::string StartTime()
 
 LogClosedFunction SetLogClosed(LogClosedFunction function) { return std::exchange(logClosed, function); }
 
-const LogDocument::SimpleEntry LogDocument::kInfo = {"info", "info string"};
-const LogDocument::SimpleEntry LogDocument::kWarning = {"warning", "warning string"};
-const LogDocument::SimpleEntry LogDocument::kError = {"error", "error string"};
-
 LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view objectType, std::wstring path,
                          const LogOptions& logOptions)
     : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
 {
     entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
-    hasHeader = Write([&] { entry += kHeader; });
-    WriteInfo("ZELT Logging started at " + StartTime());
-    WriteInfo("Creating " + objectName);
-    WriteInfo("Object type: " + std::string(objectType));
+    hasHeader = WriteEntry([&] { entry += kHeader; });
+    Write(Sentence::LoggingStarted, {StartTime()});
+    Write(Sentence::CreatingObject, {objectName});
+    Write(Sentence::ObjectType, {objectType});
 }
 
 LogDocument::~LogDocument() { Close(); }
@@ -65,9 +66,9 @@ void LogDocument::AppendGap()
         Indent(level);
         entry += "</func>\r\n";
     }
-    std::string text = kMissing;
-    AppendDecimal(text, static_cast<long>(std::min<std::int64_t>(missing, LONG_MAX)));
-    AppendSimple(kWarning, text);
+    std::string count;
+    AppendDecimal(count, static_cast<long>(std::min<std::int64_t>(missing, LONG_MAX)));
+    AppendSentence(Sentence::EntriesMissing, {count});
 }
 
 void LogDocument::EndGap()
@@ -77,32 +78,32 @@ void LogDocument::EndGap()
     unclosed = 0;
 }
 
+// Not indented: readers of existing logs know it so.
 void LogDocument::AppendSuppression(const char* what)
 {
-    entry += "<warning value=\"One or more non-printable characters suppressed in above ";
-    entry += what;
-    entry += " (these cannot be stored in XML)\"/>\r\n";
+    entry += "<warning value=\"";
+    const std::string_view holes[] = {what};
+    ForEachPiece(Sentence::CharactersSuppressed, holes, [this](std::string_view piece) { entry += piece; });
+    entry += "\"/>\r\n";
 }
 
-void LogDocument::AppendSimple(const SimpleEntry& kind, std::string_view text, int level)
+void LogDocument::AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level)
 {
+    const Element& element = kElements[static_cast<std::size_t>(RowOf(sentence).severity)];
     Indent(level);
     entry += '<';
-    entry += kind.element;
+    entry += element.name;
     entry += " value=\"";
-    const bool dropped = AppendEscaped(entry, text);
+    bool dropped = false;
+    ForEachPiece(sentence, {holes.begin(), holes.size()},
+                 [&](std::string_view piece) { dropped |= AppendEscaped(entry, piece); });
     entry += "\"/>\r\n";
-    if (dropped) AppendSuppression(kind.dropped);
-}
-
-void LogDocument::WriteSimple(const SimpleEntry& kind, std::string_view text)
-{
-    Write([&] { AppendSimple(kind, text); });
+    if (dropped) AppendSuppression(element.text);
 }
 
 void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
 {
-    const bool isWritten = Write([&] {
+    const bool isWritten = WriteEntry([&] {
         Indent();
         entry += "<func name=\"";
         AppendEscaped(entry, functionName);
@@ -118,10 +119,10 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
 void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
 {
     // The description is asked of foreign code first: an entry is never left half put together over a foreign call.
-    std::string error;
-    if (FAILED(result) && file.IsOpen()) error = ErrorText(result, errorSource);
-    const bool isWritten = Write([&] {
-        if (FAILED(result)) AppendSimple(kError, error);
+    FailureText failure;
+    if (FAILED(result) && file.IsOpen()) failure = DescribeFailure(result, errorSource);
+    const bool isWritten = WriteEntry([&] {
+        if (FAILED(result)) AppendSentence(Sentence::FailedCall, {failure.name, failure.description});
         Indent(-1);
         entry += "</func>\r\n";
     });
@@ -144,7 +145,7 @@ void LogDocument::Close()
     isClosing = true;
     // A survivor's call may be in progress: its element is closed here, what it still writes is ignored.
     EndOpenFuncs(0);
-    Write([&] { entry += "</zeltlogdocument>\r\n"; });
+    WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
     if (!logClosed) return;
     com::NoThrow([&] {

@@ -9,10 +9,12 @@
 #include <unknwn.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 #include "log/log_file.h"
+#include "log/vocabulary/sentences.h"
 
 namespace zelt {
 
@@ -45,10 +47,11 @@ public:
     const std::string& ObjectName() const { return objectName; }
     bool IsOpen() const { return file.IsOpen(); }
 
-    // Simple entries, each with a warning behind it when characters had to be dropped.
-    void WriteInfo(std::string_view text) { WriteSimple(kInfo, text); }
-    void WriteWarning(std::string_view text) { WriteSimple(kWarning, text); }
-    void WriteError(std::string_view text) { WriteSimple(kError, text); }
+    // A sentence with its holes filled, followed by a warning when characters had to be dropped.
+    void Write(Sentence sentence, std::initializer_list<std::string_view> holes = {})
+    {
+        WriteEntry([&] { AppendSentence(sentence, holes); });
+    }
 
     // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag, the
     // description being asked of `errorSource` (may be null).
@@ -65,20 +68,14 @@ public:
 private:
     friend class ArgWriter;
 
-    struct SimpleEntry {
-        const char* element;
-        const char* dropped;  // how the suppression warning calls the text
-    };
-    static const SimpleEntry kInfo, kWarning, kError;
-
-    void WriteSimple(const SimpleEntry& kind, std::string_view text);
-    void AppendSimple(const SimpleEntry& kind, std::string_view text, int level = 0);
+    void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0);
+    // Says that characters of the entry above were dropped; `what` is how the warning calls it.
     void AppendSuppression(const char* what);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
     // Puts an entry together with `append` and writes it; nothing once closed. False when it is missing.
     template <class Append>
-    bool Write(Append&& append) noexcept
+    bool WriteEntry(Append&& append) noexcept
     {
         if (!file.IsOpen()) return false;
         // An entry that was being put together when its frame was swept away must not become part of this one.

@@ -12,12 +12,12 @@ namespace zelt {
 
 bool IsOldUndefined(double value) { return value == std::numeric_limits<double>::lowest(); }
 
-void AppendDoubleValue(ArgWriter& arg, double value, const char* oldValueWarning, int level)
+void AppendDoubleValue(ArgWriter& arg, double value, Sentence oldValueWarning, int level)
 {
     if (std::isnan(value)) return arg.Value("N/A", level);
     if (IsOldUndefined(value)) {
         arg.Value("N/A", level);
-        return arg.Warning(oldValueWarning, level);
+        return arg.Say(oldValueWarning, level);
     }
     arg.ValueWith([value](std::string& text) { AppendDouble(text, value); }, level);
 }
@@ -30,7 +30,7 @@ void AppendStringValue(ArgWriter& arg, BSTR value, const char* nullText, int lev
     AppendNarrow(quoted, text);
     quoted += '"';
     arg.EscapedValue(quoted, "string value", level);
-    if (SysStringByteLen(value) != text.size() * sizeof(wchar_t)) arg.Error("Not a valid BSTR value", errorLevel);
+    if (SysStringByteLen(value) != text.size() * sizeof(wchar_t)) arg.Say(Sentence::WrongString, errorLevel);
 }
 
 }  // namespace zelt

@@ -28,9 +28,8 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, long value)
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, double value)
 {
-    ArgWriter::Write(document, name, isIn, "double", [value](ArgWriter& arg) {
-        AppendDoubleValue(arg, value, "Old value for CapeDoubleEmpty used; should be NaN");
-    });
+    ArgWriter::Write(document, name, isIn, "double",
+                     [value](ArgWriter& arg) { AppendDoubleValue(arg, value, Sentence::OldUndefinedValue); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
@@ -76,7 +75,7 @@ void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VAR
         if (value == VARIANT_FALSE || value == VARIANT_TRUE) return;
         // Twice the indentation of the value's line, as readers of existing logs know it.
         arg.Blanks(arg.Indentation(1));
-        arg.Error("A value other than VARIANT_TRUE is used");
+        arg.Say(Sentence::WrongVariantBool);
     });
 }
 

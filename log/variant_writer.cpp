@@ -30,11 +30,11 @@ void AppendOtherScalar(ArgWriter& arg, const VARIANT& value, int level)
     arg.EscapedValue(Narrow(TextOf(text.bstrVal)), "string value", level);
 }
 
-void AppendBound(ArgWriter& arg, const char* label, LONG bound, int level)
+void AppendBound(ArgWriter& arg, Sentence sentence, LONG bound, int level)
 {
-    std::string text = label;
+    std::string text;
     AppendDecimal(text, bound);
-    arg.Info(text, level);
+    arg.Say(sentence, {text}, level);
 }
 
 template <class T, class Append>
@@ -46,7 +46,7 @@ void AppendElements(const ArrayReader& reader, Append&& append)
 
 void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
 {
-    if (level > kMostNesting) return arg.Warning("Value type is not supported by logger", level);
+    if (level > kMostNesting) return arg.Say(Sentence::UnsupportedValue, level);
     arg.Blanks(arg.Indentation(level));
     arg.Raw("<argval value=\"");
     arg.RawWith([&element](std::string& out) { AppendVariantTypeName(out, element.vt, kUnknownInMarkup); });
@@ -58,7 +58,7 @@ void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
 void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType, int level)
 {
     const ArrayReader reader(array, elementType, declaredType);
-    if (!reader.IsOpen()) return arg.Error("Type check error: " + reader.Message(), level);
+    if (!reader.IsOpen()) return arg.Say(Sentence::TypeCheckFailed, {reader.Message()}, level);
     switch (elementType) {
         case VT_I2:
             return AppendElements<short>(reader, [&](short element) {
@@ -69,9 +69,8 @@ void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, 
                 arg.ValueWith([element](std::string& text) { AppendDecimal(text, element); }, level);
             });
         case VT_R8:
-            return AppendElements<double>(reader, [&](double element) {
-                AppendDoubleValue(arg, element, "Old value for CapeDoubleEmpty used: should be NaN", level);
-            });
+            return AppendElements<double>(
+                reader, [&](double element) { AppendDoubleValue(arg, element, Sentence::OldUndefinedElement, level); });
         case VT_BSTR:
             return AppendElements<BSTR>(reader,
                                         [&](BSTR element) { AppendStringValue(arg, element, "<NULL>", level, level); });
@@ -81,7 +80,7 @@ void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, 
         case VT_VARIANT:
             return AppendElements<VARIANT>(reader,
                                            [&](const VARIANT& element) { AppendNestedElement(arg, element, level); });
-        default: return arg.Warning("Value type is not supported by logger", level);
+        default: return arg.Say(Sentence::UnsupportedValue, level);
     }
 }
 
@@ -95,14 +94,14 @@ void AppendArray(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int lev
     }
     const UINT dimensions = array ? SafeArrayGetDim(array) : 0;
     if (dimensions > 1) {
-        std::string text = "Multi-dimensional values not supported by logger. Value has ";
-        AppendDecimal(text, static_cast<long>(dimensions));
-        return arg.Warning(text + " dimensions", level);
+        std::string count;
+        AppendDecimal(count, static_cast<long>(dimensions));
+        return arg.Say(Sentence::MultiDimensional, {count}, level);
     }
     LONG bound = 0;
     if (dimensions == 1) {
-        if (SUCCEEDED(SafeArrayGetLBound(array, 1, &bound))) AppendBound(arg, "Lower bound: ", bound, level);
-        if (SUCCEEDED(SafeArrayGetUBound(array, 1, &bound))) AppendBound(arg, "Upper bound: ", bound, level);
+        if (SUCCEEDED(SafeArrayGetLBound(array, 1, &bound))) AppendBound(arg, Sentence::LowerBound, bound, level);
+        if (SUCCEEDED(SafeArrayGetUBound(array, 1, &bound))) AppendBound(arg, Sentence::UpperBound, bound, level);
     }
     // An argument that need not be an array, or need not be anything, is read as what it holds.
     const bool expectsArray = expected != kAnyType && (expected & VT_ARRAY);
@@ -116,8 +115,7 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
     if (value.vt & VT_ARRAY) return AppendArray(arg, value, expected, level);
     switch (value.vt) {
         case VT_BSTR: return AppendStringValue(arg, value.bstrVal, "<EMPTY STRINGVAL>", level, level);
-        case VT_R8:
-            return AppendDoubleValue(arg, value.dblVal, "Old value for CapeDoubleEmpty used. Should be NaN", level);
+        case VT_R8: return AppendDoubleValue(arg, value.dblVal, Sentence::OldUndefinedVariant, level);
         default: return AppendOtherScalar(arg, value, level);
     }
 }
@@ -132,8 +130,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT&
         if (expected.type == kAnyType || value.vt == expected.type) return;
         const bool leftOut = value.vt == VT_EMPTY && (expected.type & VT_ARRAY) && expected.allowEmpty;
         if (!leftOut) {
-            arg.Error(std::string("Invalid type for argument ") + name + ": expected " +
-                      VariantTypeName(expected.type));
+            arg.Say(Sentence::WrongType, {name, VariantTypeName(expected.type)});
         }
     });
 }

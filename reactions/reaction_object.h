@@ -29,7 +29,7 @@ struct LoggedObjectMaterialContext final : LoggedInterface<ICapeThermoMaterialCo
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
         return LOGGED(ICapeThermoMaterialContext, SetMaterial, In("material", material), Write(),
-                      ErrorIf(!material, "Cannot pass NULL pointer to SetMaterial; use UnsetMaterial instead"));
+                      ErrorIf(!material, Sentence::NullMaterial10));
     }
     STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
 };

@@ -33,7 +33,7 @@ struct LoggedReactionMaterialContext final : LoggedInterface<ICapeThermoMaterial
     {
         return LOGGED(ICapeThermoMaterialContext, SetMaterial,
                       WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
-                      ErrorIf(!material, "Cannot pass NULL to SetMaterial; use UnsetMaterial instead"));
+                      ErrorIf(!material, Sentence::NullMaterialReactions));
     }
     STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
 };

@@ -74,7 +74,7 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     }
 
 private:
-    static ErrorIf NotEmpty(BSTR phaseLabel) { return {!phaseLabel || !*phaseLabel, "Phase label cannot be empty"}; }
+    static ErrorIf NotEmpty(BSTR phaseLabel) { return {!phaseLabel || !*phaseLabel, Sentence::EmptyPhaseLabel}; }
 };
 
 }  // namespace zelt

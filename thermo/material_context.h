@@ -13,7 +13,7 @@ struct LoggedMaterialContext final : LoggedInterface<ICapeThermoMaterialContext>
     {
         return LOGGED(ICapeThermoMaterialContext, SetMaterial,
                       WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
-                      ErrorIf(!material, "Cannot pass NULL pointer to SetMateriall; use UnsetMaterial instead"));
+                      ErrorIf(!material, Sentence::NullMaterial11));
     }
     STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial); }
 };

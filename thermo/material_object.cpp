@@ -24,9 +24,7 @@ void CMaterialObject::UseVersion(ThermoVersion version)
     if (thermoVersion == ThermoVersion::Unset) thermoVersion = version;
     if (thermoVersion == version) return;
     if (LogDocument* log = Document()) {
-        log->WriteError(version == ThermoVersion::CapeOpen11
-                            ? "Invalid usage of version 1.1 material object interfaces (wrong thermo version)"
-                            : "Invalid usage of version 1.0 material object interfaces (wrong thermo version)");
+        log->Write(version == ThermoVersion::CapeOpen11 ? Sentence::WrongVersion11 : Sentence::WrongVersion10);
     }
 }
 

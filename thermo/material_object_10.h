@@ -51,12 +51,12 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     STDMETHOD(SetIndependentVar)(VARIANT indVars, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterialObject, SetIndependentVar, In("indVars", indVars, kStrings),
-                      In("values", values, kDoubles), Write(), ErrorIf(true, "SetIndependentVar should not be used"));
+                      In("values", values, kDoubles), Write(), ErrorIf(true, Sentence::SetIndependentVarUsed));
     }
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override
     {
         return LOGGED(ICapeThermoMaterialObject, GetIndependentVar, In("indVars", indVars, kStrings),
-                      ErrorIf(true, "GetIndependentVar should not be used"), Out("values", values, kDoubles));
+                      ErrorIf(true, Sentence::GetIndependentVarUsed), Out("values", values, kDoubles));
     }
     STDMETHOD(PropCheck)(VARIANT props, VARIANT* valid) override
     {
@@ -85,7 +85,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     STDMETHOD(ValidityCheck)(VARIANT props, VARIANT* relList) override
     {
         return LOGGED(ICapeThermoMaterialObject, ValidityCheck, In("props", props, kOptionalStrings),
-                      ErrorIf(true, "ValidityCheck should not be used"), Out("relList", relList, kObjects));
+                      ErrorIf(true, Sentence::ValidityCheckUsed), Out("relList", relList, kObjects));
     }
     STDMETHOD(GetPropList)(VARIANT* props) override
     {
@@ -97,7 +97,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     }
 
 private:
-    static ErrorIf NotEmpty(BSTR phase) { return {!phase || !*phase, "Phase cannot be empty"}; }
+    static ErrorIf NotEmpty(BSTR phase) { return {!phase || !*phase, Sentence::EmptyPhase}; }
 };
 
 }  // namespace zelt

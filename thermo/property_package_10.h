@@ -50,7 +50,7 @@ struct LoggedPropertyPackage10 final : LoggedInterface<ICapeThermoPropertyPackag
     STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override
     {
         return LOGGED(ICapeThermoPropertyPackage, ValidityCheck, Material(materialObject),
-                      In("props", props, kOptionalStrings), ErrorIf(true, "ValidityCheck should not be used"),
+                      In("props", props, kOptionalStrings), ErrorIf(true, Sentence::ValidityCheckUsed),
                       Out("valid", valid));
     }
     STDMETHOD(GetPropList)(VARIANT* props) override

@@ -54,11 +54,11 @@ HRESULT CStreamImpl::GrowTo(std::uint64_t end, std::uint64_t capacity)
     if (end <= size) return S_OK;
     if (sizeIsUnits) {
         sizeIsUnits = false;
-        if (log.Get()) log.Get()->WriteWarning("Size returned by GetSizeMax was too small");
+        Say(Sentence::MaximumSizeTooSmall);
     }
     Buffer larger = NewBuffer(capacity);
     if (!larger) {
-        Error("Out of memory trying to re-allocate stream data");
+        Say(Sentence::OutOfStreamMemory);
         return E_OUTOFMEMORY;
     }
     if (used > 0) std::memcpy(larger.get(), data.get(), used);
@@ -69,7 +69,7 @@ HRESULT CStreamImpl::GrowTo(std::uint64_t end, std::uint64_t capacity)
 
 void CStreamImpl::OnForeignThread(const char* member, DWORD thread)
 {
-    if (log.Get()) log.Get()->WriteWarning(ForeignThreadWarning("Memory stream", member, thread));
+    WarnForeignThread(log.Get(), "Memory stream", member, thread);
 }
 
 void CStreamImpl::MoveTo(std::uint32_t newPosition)
@@ -83,11 +83,11 @@ STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read
 {
     if (!owner.Admits("IStream::Read")) return RPC_E_WRONG_THREAD;
     if (!owner.isReading) {
-        owner.Error("Attempt to write to IStream when reading");
+        owner.Say(Sentence::StreamReadWhileWriting);
         return E_FAIL;
     }
     const std::uint32_t left = owner.size - std::min(owner.position, owner.size);
-    if (left == 0 && count != 0) owner.Error("Attempt to read past end of input stream");
+    if (left == 0 && count != 0) owner.Say(Sentence::ReadPastEnd);
     const std::uint32_t copied = std::min<std::uint32_t>(count, left);
     if (copied > 0) std::memcpy(bytes, owner.data.get() + owner.position, copied);
     owner.position += copied;
@@ -99,7 +99,7 @@ STDMETHODIMP CStreamImpl::StreamPart::Write(const void* bytes, ULONG count, ULON
 {
     if (!owner.Admits("IStream::Write")) return RPC_E_WRONG_THREAD;
     if (!owner.isWriting) {
-        owner.Error("Attempt to read from IStream when writing");
+        owner.Say(Sentence::StreamWriteWhileReading);
         return E_FAIL;
     }
     const std::uint64_t end = std::uint64_t{owner.position} + count;
@@ -115,7 +115,7 @@ STDMETHODIMP CStreamImpl::StreamPart::Seek(LARGE_INTEGER move, DWORD origin, ULA
 {
     if (!owner.Admits("IStream::Seek")) return RPC_E_WRONG_THREAD;
     if (move.HighPart != 0) {
-        owner.Error("Position too large for Seek");
+        owner.Say(Sentence::SeekTooLarge);
         return E_FAIL;
     }
     std::uint64_t target = move.LowPart;
@@ -123,11 +123,11 @@ STDMETHODIMP CStreamImpl::StreamPart::Seek(LARGE_INTEGER move, DWORD origin, ULA
         case STREAM_SEEK_SET: break;
         case STREAM_SEEK_CUR: target += owner.position; break;
         case STREAM_SEEK_END: target += owner.size; break;
-        default: owner.Error("Invalid dwOrigin argument to IStream::Seek"); return E_FAIL;
+        default: owner.Say(Sentence::SeekFromNowhere); return E_FAIL;
     }
     if (target > owner.size) {
         if (!owner.isWriting) {
-            owner.Error("Attempt to Seek past end of file");
+            owner.Say(Sentence::SeekPastEnd);
             return E_FAIL;
         }
         const HRESULT grown = owner.GrowTo(target, target + 1024);

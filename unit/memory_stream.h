@@ -77,9 +77,9 @@ private:
     // Makes room for writing up to `end` by growing to `capacity`.
     HRESULT GrowTo(std::uint64_t end, std::uint64_t capacity);
     void MoveTo(std::uint32_t newPosition);
-    void Error(std::string_view text)
+    void Say(Sentence sentence)
     {
-        if (log.Get()) log.Get()->WriteError(text);
+        if (log.Get()) log.Get()->Write(sentence);
     }
 
     StreamPart stream;

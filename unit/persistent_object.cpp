@@ -53,8 +53,7 @@ HRESULT PersistentObject::BeforeQueryInterface(REFIID iid, const com::InterfaceE
     if (IsEqualIID(iid, IID_IPersistStreamInit) || IsEqualIID(iid, IID_IPersist)) return S_OK;
     if (IsEqualIID(iid, IID_IPersistStream)) {
         if (LogDocument* log = Document()) {
-            log->WriteInfo(
-                "Logged object uses IPersistStreamInit; QueryInterface for IPersistStream returns E_NOINTERFACE");
+            log->Write(Sentence::PersistStreamRefused);
         }
         return E_NOINTERFACE;
     }
@@ -77,14 +76,14 @@ IUnknown* PersistentObject::ErrorSource() const
 
 bool PersistentObject::HasObject(const LoggedCall& call) const
 {
-    if (!Wrapped()) call.Error("object not created");
+    if (!Wrapped()) call.Say(Sentence::ObjectNotCreated);
     return Wrapped() != nullptr;
 }
 
-bool PersistentObject::IsTaken(const LoggedCall& call, const char* error) const
+bool PersistentObject::IsTaken(const LoggedCall& call, Sentence error) const
 {
     if (!Wrapped() && !isBeingMade) return false;
-    call.Error(error);
+    call.Say(error);
     return true;
 }
 
@@ -109,7 +108,7 @@ STDMETHODIMP PersistentObject::Persistence::InitNew()
     LoggedCall call(owner, "IPersistStreamInit::InitNew");
     const HRESULT result = com::NoThrow([&] {
         Write().Describe(call);
-        if (owner.IsTaken(call, "InitNew is called after Load or InitNew")) return E_FAIL;
+        if (owner.IsTaken(call, Sentence::InitNewTwice)) return E_FAIL;
         const Making making(owner.isBeingMade);
         return owner.MakeNew(call);
     });
@@ -123,7 +122,7 @@ STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
     const HRESULT result = com::NoThrow([&] {
         Write().Describe(call);
         In("pstm", stream).Describe(call);
-        if (owner.IsTaken(call, "Load is called after Load or InitNew")) return E_FAIL;
+        if (owner.IsTaken(call, Sentence::LoadTwice)) return E_FAIL;
         const Making making(owner.isBeingMade);
         return owner.Load(call, stream);
     });
@@ -149,9 +148,9 @@ STDMETHODIMP PersistentObject::Persistence::IsDirty()
     if (!owner.HasObject(call)) return E_UNEXPECTED;
     const HRESULT result = owner.CallPersistence(call, [](auto& object) { return object.IsDirty(); }).value_or(S_FALSE);
     switch (result) {
-        case S_OK: call.Info("Returning S_OK"); break;
-        case S_FALSE: call.Info("Returning S_FALSE"); break;
-        default: call.Warning("Returning other value than S_FALSE or S_OK"); break;
+        case S_OK: call.Say(Sentence::ReturningOk); break;
+        case S_FALSE: call.Say(Sentence::ReturningFalse); break;
+        default: call.Say(Sentence::ReturningOther); break;
     }
     return call.Close(S_OK, nullptr, result);
 }
@@ -180,11 +179,11 @@ std::uint32_t PersistentObject::AskCapacity(LoggedCall& call, bool& isObjects)
     const auto asked = CallPersistence(call, [&](auto& object) { return object.GetSizeMax(&most); });
     isObjects = false;
     if (asked && FAILED(*asked)) {
-        call.Warning("Failed to get maximum file size from object. GetSizeMax returns: " + HRName(*asked));
+        call.Say(Sentence::NoMaximumSize, {HRName(*asked)});
         return 0;
     }
     if (asked && most.HighPart != 0) {
-        call.Warning("Object reports rediculously high max file size.");
+        call.Say(Sentence::HighMaximumSize);
         return 0;
     }
     isObjects = true;
@@ -194,14 +193,14 @@ std::uint32_t PersistentObject::AskCapacity(LoggedCall& call, bool& isObjects)
 HRESULT PersistentObject::SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty)
 {
     if (PersistStreamInit()) {
-        call.Info("Using IPersistStreamInit::Save of logged PMC");
+        call.Say(Sentence::SavingByPersistStreamInit);
     } else if (PersistStream()) {
-        call.Info("Using IPersistStream::Save of logged PMC");
+        call.Say(Sentence::SavingByPersistStream);
     }
     const HRESULT result =
         CallPersistence(call, [&](auto& object) { return object.Save(memory, clearDirty); }).value_or(S_OK);
     if (result == S_OK) return S_OK;
-    call.Error(FAILED(result) ? "Object failed to Save." : "Object did not return S_OK from Save.");
+    call.Say(FAILED(result) ? Sentence::SaveFailed : Sentence::SaveNotOk);
     return FAILED(result) ? result : E_FAIL;
 }
 
@@ -219,14 +218,14 @@ HRESULT PersistentObject::Save(LoggedCall& call, IStream* target, BOOL clearDirt
         WriteAll(target, memory->Data(), length)) {
         return S_OK;
     }
-    call.Error("Write error during Save.");
+    call.Say(Sentence::WriteErrorDuringSave);
     return E_FAIL;
 }
 
 HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
 {
     const auto readError = [&] {
-        call.Error("Read error during Load");
+        call.Say(Sentence::ReadErrorDuringLoad);
         return E_FAIL;
     };
     if (!ReadAll(source, &objectClass, sizeof objectClass)) return readError();
@@ -246,11 +245,11 @@ HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
 HRESULT PersistentObject::LoadObject(LoggedCall& call, IStream* memory, bool hasData)
 {
     if (PersistStreamInit()) {
-        call.Info("Using IPersistStreamInit::Load of logged PMC");
+        call.Say(Sentence::LoadingByPersistStreamInit);
     } else if (PersistStream()) {
-        call.Info("Using IPersistStream::Load of logged PMC");
+        call.Say(Sentence::LoadingByPersistStream);
     } else if (hasData) {
-        call.Warning(Name() + " has been saved, but provides no interface for Load");
+        call.Say(Sentence::NoInterfaceForLoad, {Name()});
     }
     return CallPersistence(call, [&](auto& object) { return object.Load(memory); }).value_or(S_OK);
 }

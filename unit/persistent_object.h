@@ -64,7 +64,7 @@ private:
 
     // False, with the reason logged, when there is no object.
     bool HasObject(const LoggedCall& call) const;
-    bool IsTaken(const LoggedCall& call, const char* error) const;
+    bool IsTaken(const LoggedCall& call, Sentence error) const;
     HRESULT Load(LoggedCall& call, IStream* source);
     HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
     HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);

@@ -60,10 +60,10 @@ void CUnitOperation::OpenOwnLog()
 HRESULT CUnitOperation::RequireObject(LoggedCall& call)
 {
     if (Wrapped()) return S_OK;
-    call.Error("Load or InitNew needs to be called before Initialize");
-    call.Info("Attempting to remedy by calling InitNew");
+    call.Say(Sentence::InitializeTooEarly);
+    call.Say(Sentence::RemedyByInitNew);
     if (SUCCEEDED(InitNew())) return S_OK;
-    call.Error("Internal call to InitNew failed");
+    call.Say(Sentence::InitNewFailed);
     return E_FAIL;
 }
 
@@ -79,20 +79,20 @@ bool CUnitOperation::ChooseClass(LoggedCall& call)
 {
     if (options.pravikUnit != CLSID_NULL && _stricmp(Name().c_str(), kInitialName) == 0) {
         ObjectClass() = options.pravikUnit;
-        call.Info("Automatically creating user configured unit operation: " + Narrow(GuidText(ObjectClass())));
+        call.Say(Sentence::CreatingConfiguredUnit, {Narrow(GuidText(ObjectClass()))});
         return true;
     }
     if (const auto selected = SelectUnitOperation(L"Select " + Widen(Name()) + L":", kUnitOperationClass)) {
         // Deliberate: without a log the choice is not taken over.
         if (call.Document()) {
             ObjectClass() = *selected;
-            call.Info("Creating user selected unit operation: " + Narrow(GuidText(ObjectClass())));
+            call.Say(Sentence::CreatingSelectedUnit, {Narrow(GuidText(ObjectClass()))});
         }
         return true;
     }
-    const std::string text = Name() + " selection has been cancelled. " + Name() + " will not be functional.";
-    call.Error(text);
-    TellUser(text);
+    const std::string_view names[] = {Name(), Name()};
+    call.Say(Sentence::UnitSelectionCancelled, {Name(), Name()});
+    TellUser(SentenceText(Sentence::UnitSelectionCancelled, names));
     return false;
 }
 
@@ -100,7 +100,7 @@ HRESULT CUnitOperation::MakeObject(LoggedCall& call)
 {
     std::string error;
     if (SUCCEEDED(CreateInnerUnitOperation(call, ObjectClass(), error))) return S_OK;
-    call.Error(Name() + " creation failed: " + error);
+    call.Say(Sentence::UnitCreationFailed, {Name(), error});
     // The bare error, deliberately: what it means for the unit stands in the log.
     TellUser(error);
     return E_FAIL;
@@ -114,11 +114,11 @@ HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID clas
                                                           : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
     if (FAILED(result)) {
         error = HRName(result);
-        call.Error("Failed to create unit operation: " + error);
+        call.Say(Sentence::UnitClassFailed, {error});
         return result;
     }
     const ForeignPtr<IDispatch> inner(static_cast<IDispatch*>(created));
-    call.Info("Created unit operation from CLSID " + Narrow(GuidText(classId)));
+    call.Say(Sentence::CreatedUnit, {Narrow(GuidText(classId))});
     Wrap(inner.Get());
     return S_OK;
 }

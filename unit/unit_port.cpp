@@ -11,9 +11,9 @@ struct Replacement {
 
 // clang-format off
 constexpr Replacement kReplacements[] = {
-    {CAPE_MATERIAL,    WrapKind::MaterialObject,      "Replacing object by logged material object for port type CAPE_MATERIAL"},
-    {CAPE_ENERGY,      WrapKind::ParameterCollection, "Replacing object by logged parameter collection for port type CAPE_ENERGY"},
-    {CAPE_INFORMATION, WrapKind::ParameterCollection, "Replacing object by logged parameter collection for port type CAPE_INFORMATION"},
+    {CAPE_MATERIAL,    WrapKind::MaterialObject,      "material object for port type CAPE_MATERIAL"},
+    {CAPE_ENERGY,      WrapKind::ParameterCollection, "parameter collection for port type CAPE_ENERGY"},
+    {CAPE_INFORMATION, WrapKind::ParameterCollection, "parameter collection for port type CAPE_INFORMATION"},
 };
 // clang-format on
 
@@ -31,7 +31,7 @@ struct ConnectedIn : WrappedIn {
         if (!pointer) return Leave(call, "NULL pointer");
         for (const Replacement& row : kReplacements) {
             if (row.portType != portType) continue;
-            call.Info(row.info);
+            call.Say(Sentence::ReplacingConnected, {row.info});
             site.kind = row.kind;
             return Replace(call, makesReadOnly);
         }
@@ -42,7 +42,7 @@ struct ConnectedIn : WrappedIn {
 private:
     static HRESULT Leave(const LoggedCall& call, const char* why)
     {
-        call.Warning(std::string("Cannot log object to connect to: ") + why);
+        call.Say(Sentence::ConnectedAsItIs, {why});
         return S_OK;
     }
 };
@@ -80,7 +80,7 @@ int LoggedUnitPort::Type(LoggedCall& call)
     if (SUCCEEDED(result)) {
         type = told;
     } else {
-        call.Error("Failed to get port type from port: " + ErrorDescription(result, inner));
+        call.Say(Sentence::PortTypeFailed, {ErrorDescription(result, inner)});
     }
     return type;
 }

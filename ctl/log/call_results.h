@@ -1,9 +1,11 @@
 // What the messages of a log mean: how a call went, and which texts are no messages but parts of a value.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "ctl/log/log_events.h"
+#include "log/vocabulary/sentences.h"
 
 namespace zelt::ctl {
 
@@ -13,9 +15,8 @@ enum class MessageKind { None, Info, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);
 
-// A status code as errors begin with it, "ECapeUnknownHR: ", or without a name, "0x80041234: ": its length without the
-// colon, 0 when there is none.
-std::size_t LengthOfCode(std::string_view text);
+// The sentence of a message; nothing for another event, and for a text that ZELT does not write.
+std::optional<FoundSentence> SentenceOf(const LogEvent& event);
 
 // How a call went, worst first in doubt.
 struct CallResult {

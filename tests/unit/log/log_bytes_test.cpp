@@ -70,12 +70,13 @@ TEST_F(LogBytes, TheHeaderAndTheFooter)
 
 TEST_F(LogBytes, SimpleEntriesThatLostCharacters)
 {
-    document->WriteInfo("a\tb\r\n");
-    EXPECT_EQ("  <info value=\"ab\"/>\r\n" + Suppressed("info string"), News());
-    document->WriteWarning("\x80<\xFF");
-    EXPECT_EQ("  <warning value=\"&lt;\"/>\r\n" + Suppressed("warning string"), News());
-    document->WriteError("caf\xE9\x01");
-    EXPECT_EQ("  <error value=\"caf\"/>\r\n" + Suppressed("error string"), News());
+    document->Write(Sentence::CreatingObject, {"a\tb\r\n"});
+    EXPECT_EQ("  <info value=\"Creating ab\"/>\r\n" + Suppressed("info string"), News());
+    document->Write(Sentence::NullOutput, {"\x80<\xFF"});
+    EXPECT_EQ("  <warning value=\"Null pointer passed for output argument &lt;\"/>\r\n" + Suppressed("warning string"),
+              News());
+    document->Write(Sentence::NameFailed, {"caf\xE9\x01"});
+    EXPECT_EQ("  <error value=\"Failed to get name from object: caf\"/>\r\n" + Suppressed("error string"), News());
 }
 
 TEST_F(LogBytes, TheErrorOfACallThatLostCharacters)
@@ -168,9 +169,11 @@ TEST_F(LogBytes, NestedStringsThatLostCharacters)
 // What was dropped from one text is not said of the next.
 TEST_F(LogBytes, ATextThatLostNothingSaysNothing)
 {
-    document->WriteInfo("\x01");
-    document->WriteInfo("whole");
-    EXPECT_EQ("  <info value=\"\"/>\r\n" + Suppressed("info string") + "  <info value=\"whole\"/>\r\n", News());
+    document->Write(Sentence::CreatingObject, {"\x01"});
+    document->Write(Sentence::CreatingObject, {"whole"});
+    EXPECT_EQ(
+        "  <info value=\"Creating \"/>\r\n" + Suppressed("info string") + "  <info value=\"Creating whole\"/>\r\n",
+        News());
 }
 
 }  // namespace

@@ -34,24 +34,29 @@ TEST_F(LogDocumentTest, BeginsWithTheHeader)
 
 TEST_F(LogDocumentTest, EscapesMarkup)
 {
-    document->WriteInfo("a<b & 'c'");
-    document->WriteWarning("\"q\" > 1");
-    EXPECT_EQ("<info value=\"a&lt;b &amp; &apos;c&apos;\"/>\n<warning value=\"&quot;q&quot; &gt; 1\"/>\n", Written());
+    document->Write(Sentence::CreatingObject, {"a<b & 'c'"});
+    document->Write(Sentence::NullOutput, {"\"q\" > 1"});
+    EXPECT_EQ(
+        "<info value=\"Creating a&lt;b &amp; &apos;c&apos;\"/>\n<warning value=\"Null pointer passed for output "
+        "argument &quot;q&quot; &gt; 1\"/>\n",
+        Written());
 }
 
 TEST_F(LogDocumentTest, DropsWhatXmlCannotHoldAndSaysSoWithoutIndentation)
 {
     document->BeginFunc(true, "I::M", "Root");
-    document->WriteInfo("a\tb");
-    document->WriteWarning("a\nb");
-    document->WriteError("caf\xE9");
+    document->Write(Sentence::CreatingObject, {"a\tb"});
+    document->Write(Sentence::NullOutput, {"a\nb"});
+    document->Write(Sentence::NameFailed, {"caf\xE9"});
     document->EndFunc(S_OK, nullptr);
     const std::string warning = "<warning value=\"One or more non-printable characters suppressed in above ";
     EXPECT_EQ(
         "<func name=\"I::M\" direc=\"in\" object=\"Root\">\n"
-        " <info value=\"ab\"/>\n" +
-            warning + "info string" + kSuppressed + " <warning value=\"ab\"/>\n" + warning + "warning string" +
-            kSuppressed + " <error value=\"caf\"/>\n" + warning + "error string" + kSuppressed + "</func>\n",
+        " <info value=\"Creating ab\"/>\n" +
+            warning + "info string" + kSuppressed +
+            " <warning value=\"Null pointer passed for output argument ab\"/>\n" + warning + "warning string" +
+            kSuppressed + " <error value=\"Failed to get name from object: caf\"/>\n" + warning + "error string" +
+            kSuppressed + "</func>\n",
         Written());
 }
 
@@ -70,29 +75,29 @@ TEST_F(LogDocumentTest, KeepsTheDeleteCharacterAndDropsTheRestOutsideAscii)
 TEST_F(LogDocumentTest, WritesLongValuesWhole)
 {
     const std::string value(5000, '&');
-    document->WriteInfo(value);
+    document->Write(Sentence::CreatingObject, {value});
     std::string expected;
     for (int i = 0; i < 5000; ++i) expected += "&amp;";
-    EXPECT_EQ("<info value=\"" + expected + "\"/>\n", Written());
+    EXPECT_EQ("<info value=\"Creating " + expected + "\"/>\n", Written());
 }
 
 TEST_F(LogDocumentTest, NestsAndIndentsCalls)
 {
     document->BeginFunc(true, "I::Outer", "Package");
     document->BeginFunc(false, "I::Inner", "Material");
-    document->WriteInfo("inside");
+    document->Write(Sentence::CreatingObject, {"inside"});
     document->EndFunc(S_OK, nullptr);
     document->EndFunc(E_FAIL, nullptr);
-    document->WriteInfo("after");
+    document->Write(Sentence::CreatingObject, {"after"});
     EXPECT_EQ(
         "<func name=\"I::Outer\" direc=\"in\" object=\"Package\">\n"
         " <func name=\"I::Inner\" direc=\"out\" object=\"Material\">\n"
-        "  <info value=\"inside\"/>\n"
+        "  <info value=\"Creating inside\"/>\n"
         " </func>\n",
         Written().substr(0, Written().find(" <error")));
     const std::string text = Written();
     EXPECT_NE(std::string::npos, text.find("\n <error value=\"E_FAIL: "));
-    EXPECT_TRUE(text.ends_with("\"/>\n</func>\n<info value=\"after\"/>\n")) << text;
+    EXPECT_TRUE(text.ends_with("\"/>\n</func>\n<info value=\"Creating after\"/>\n")) << text;
 }
 
 TEST_F(LogDocumentTest, ReportsCharactersLostFromAnObjectsNameButNotFromAFunctions)
@@ -118,7 +123,7 @@ TEST_F(LogDocumentTest, ClosesWithTheFooterAloneAndIgnoresWhatComesAfter)
     const std::string closed = Written();
     EXPECT_TRUE(closed.ends_with("</func>\n</zeltlogdocument>\n")) << closed;
     EXPECT_EQ(std::string::npos, closed.find("Destroying"));
-    document->WriteInfo("late");
+    document->Write(Sentence::CreatingObject, {"late"});
     document->BeginFunc(true, "I::M", "Root");
     document->EndFunc(E_FAIL, nullptr);
     document->Close();

@@ -74,25 +74,25 @@ protected:
 
 TEST_F(LogGap, BetweenCallsIsCounted)
 {
-    document->WriteInfo("first");
+    document->Write(Sentence::CreatingObject, {"first"});
     SmallDisk::room = 0;
-    document->WriteInfo("lost");
-    document->WriteWarning("lost");
+    document->Write(Sentence::CreatingObject, {"lost"});
+    document->Write(Sentence::NullOutput, {"lost"});
     SmallDisk::room = SmallDisk::kPlenty;
-    document->WriteInfo("last");
+    document->Write(Sentence::CreatingObject, {"last"});
     Close();
-    EXPECT_EQ(Info("first", 0) + Gap(2) + Info("last", 0) + "</zeltlogdocument>\n", Written());
+    EXPECT_EQ(Info("Creating first", 0) + Gap(2) + Info("Creating last", 0) + "</zeltlogdocument>\n", Written());
     EXPECT_EQ(LogReadResult::Complete, Check());
 }
 
 TEST_F(LogGap, CutsOffWhatTheDiskTookOfAnEntry)
 {
     SmallDisk::room = 5;
-    document->WriteInfo("lost");
+    document->Write(Sentence::CreatingObject, {"lost"});
     EXPECT_EQ("", Written());
     SmallDisk::room = SmallDisk::kPlenty;
-    document->WriteInfo("last");
-    EXPECT_EQ(Gap(1) + Info("last", 0), Written());
+    document->Write(Sentence::CreatingObject, {"last"});
+    EXPECT_EQ(Gap(1) + Info("Creating last", 0), Written());
 }
 
 TEST_F(LogGap, ACallWhoseOpeningIsMissingIsMissingWhole)
@@ -101,13 +101,13 @@ TEST_F(LogGap, ACallWhoseOpeningIsMissingIsMissingWhole)
     SmallDisk::room = 0;
     Begin("I::Lost");
     SmallDisk::room = SmallDisk::kPlenty;
-    document->WriteInfo("of the lost call");
+    document->Write(Sentence::CreatingObject, {"of the lost call"});
     Begin("I::AlsoLost");
     End();
     End();
-    document->WriteInfo("of the outer call");
+    document->Write(Sentence::CreatingObject, {"of the outer call"});
     End();
-    EXPECT_EQ(Open("I::Outer") + Gap(5, 1) + Info("of the outer call", 1) + "</func>\n", Written());
+    EXPECT_EQ(Open("I::Outer") + Gap(5, 1) + Info("Creating of the outer call", 1) + "</func>\n", Written());
 }
 
 TEST_F(LogGap, ClosingsThatAreMissingAreMadeUpFor)
@@ -136,7 +136,7 @@ TEST_F(LogGap, TheFooterComesWhenThereIsRoomAtTheEnd)
     RecordedMessages messages;
     Begin("I::Outer");
     SmallDisk::room = 0;
-    document->WriteInfo("lost");
+    document->Write(Sentence::CreatingObject, {"lost"});
     End();
     SmallDisk::room = SmallDisk::kPlenty;
     Close();
@@ -150,7 +150,7 @@ TEST_F(LogGap, AMissingEndIsSaidOnce)
     RecordedMessages messages;
     Begin("I::Outer");
     SmallDisk::room = 0;
-    document->WriteInfo("lost");
+    document->Write(Sentence::CreatingObject, {"lost"});
     Close();
     EXPECT_EQ(Open("I::Outer"), Written());
     EXPECT_EQ(LogReadResult::Incomplete, Check());
@@ -170,9 +170,9 @@ TEST_F(LogGap, AHeaderThatIsMissingIsMadeUpFor)
     auto* late = new LogDocument(std::move(file), "Late", "kind", place, options);
     late->Hold();
     SmallDisk::room = SmallDisk::kPlenty;
-    late->WriteInfo("first");
+    late->Write(Sentence::CreatingObject, {"first"});
     late->LetGo();
-    EXPECT_EQ("<?xml version=\"1.0\" standalone=\"yes\"?>\n<zeltlogdocument>\n" + Gap(4) + Info("first", 0) +
+    EXPECT_EQ("<?xml version=\"1.0\" standalone=\"yes\"?>\n<zeltlogdocument>\n" + Gap(4) + Info("Creating first", 0) +
                   "</zeltlogdocument>\n",
               WithoutCarriageReturns(ReadWhole(place)));
     DeleteFileW(place.c_str());
@@ -198,7 +198,7 @@ TEST_F(LogGap, AtRandomMomentsLeavesAWellFormedLog)
                     End();
                     --depth;
                     break;
-                default: document->WriteInfo("an entry");
+                default: document->Write(Sentence::CreatingObject, {"an entry"});
             }
         }
         SmallDisk::room = SmallDisk::kPlenty;

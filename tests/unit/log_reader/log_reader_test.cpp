@@ -236,9 +236,9 @@ protected:
         document->EndFunc(E_FAIL, nullptr);
         WriteArg(*document, "old", false, -std::numeric_limits<double>::max());
         document->EndFunc(S_OK, nullptr);
-        document->WriteInfo("Root: QueryInterface for ICapeThermoMaterialObject");
-        document->WriteWarning("a warning with a tab\there");
-        document->WriteError("an error");
+        document->Write(Sentence::CreatingObject, {"Root: QueryInterface for ICapeThermoMaterialObject"});
+        document->Write(Sentence::NullOutput, {"a warning with a tab\there"});
+        document->Write(Sentence::ObjectNotCreated);
         for (int i = 0; i < 12; ++i) {
             document->BeginFunc(true, "ICapeIdentification::get_ComponentName", "Root");
             document->EndFunc(S_OK, nullptr);
@@ -266,7 +266,7 @@ TEST_F(WrittenLog, IsReadWholeWhateverItsPlaceInTheParsersBuffer)
     ASSERT_EQ(LogReadResult::Complete, scratch.Read(log, whole));
     EXPECT_EQ(StartTagEnds(log).size(), whole.items.size());
     EXPECT_EQ(1, std::count_if(whole.items.begin(), whole.items.end(),
-                               [](const Item& item) { return item.label == "an error"; }));
+                               [](const Item& item) { return item.label == "object not created"; }));
 }
 
 TEST_F(WrittenLog, CutAtEachByteGivesWhatStandsBeforeTheCut)

@@ -1,0 +1,89 @@
+#include "log/vocabulary/sentences.h"
+
+#include <algorithm>
+
+namespace zelt {
+namespace {
+
+bool IsCodeCharacter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+// The literals of a pattern, one more than its holes, and the kinds of these.
+struct Pieces {
+    std::array<std::string_view, kMostHoles + 1> literals;
+    std::array<char, kMostHoles> holes;
+    std::size_t count = 0;  // of holes
+
+    explicit Pieces(std::string_view pattern)
+    {
+        for (;;) {
+            char hole = 0;
+            literals[count] = sentences::TakeLiteral(pattern, hole);
+            if (!hole) return;
+            holes[count++] = hole;
+        }
+    }
+};
+
+bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string_view, kMostHoles>& found)
+{
+    if (!text.starts_with(pieces.literals[0])) return false;
+    text.remove_prefix(pieces.literals[0].size());
+    if (pieces.count == 0) return text.empty();
+    std::size_t first = 0;
+    // A code ends where its characters do. Behind it anything may follow.
+    while (first < pieces.count && pieces.holes[first] == 'c') {
+        const std::size_t length = LengthOfCode(text);
+        const std::string_view next = pieces.literals[first + 1];
+        if (length == 0 || !text.substr(length).starts_with(next)) return false;
+        found[first++] = text.substr(0, length);
+        text.remove_prefix(length + next.size());
+    }
+    if (first == pieces.count) return text.empty();
+    // The others reach to the last place where the literal behind them is found.
+    const std::string_view tail = pieces.literals[pieces.count];
+    if (!text.ends_with(tail)) return false;
+    text.remove_suffix(tail.size());
+    for (std::size_t hole = pieces.count; hole-- > first + 1;) {
+        const std::size_t at = text.rfind(pieces.literals[hole]);
+        if (at == std::string_view::npos) return false;
+        found[hole] = text.substr(at + pieces.literals[hole].size());
+        text = text.substr(0, at);
+    }
+    found[first] = text;
+    return true;
+}
+
+}  // namespace
+
+std::size_t LengthOfCode(std::string_view text)
+{
+    // The other texts have a blank before their colon.
+    const std::size_t colon = text.find(": ");
+    if (colon == std::string_view::npos) return 0;
+    const std::string_view code = text.substr(0, colon);
+    return std::all_of(code.begin(), code.end(), IsCodeCharacter) ? colon : 0;
+}
+
+std::string SentenceText(Sentence sentence, HoleTexts holes)
+{
+    std::string text;
+    ForEachPiece(sentence, holes, [&text](std::string_view piece) { text += piece; });
+    return text;
+}
+
+std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text)
+{
+    for (const SentenceRow& row : kSentences) {
+        if (row.severity != severity) continue;
+        // Most texts differ from most rows in the first character.
+        if (row.text.front() != '%' && (text.empty() || text.front() != row.text.front())) continue;
+        FoundSentence found = {row.sentence, {}};
+        if (Matches(Pieces(row.text), text, found.holes)) return found;
+    }
+    return {};
+}
+
+}  // namespace zelt

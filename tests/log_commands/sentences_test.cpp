@@ -1,0 +1,138 @@
+// The table of a log's sentences: what is written by a row is read as that row, and the page on the format knows each.
+#include "log/vocabulary/sentences.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <vector>
+
+namespace zelt {
+namespace {
+
+// A fitting text for each hole of a row.
+std::vector<std::string_view> Fillings(const SentenceRow& row)
+{
+    std::vector<std::string_view> fillings;
+    std::string_view pattern = row.text;
+    while (!pattern.empty()) {
+        char hole = 0;
+        sentences::TakeLiteral(pattern, hole);
+        switch (hole) {
+            case 'n': fillings.emplace_back("\"A\" (type: B): C"); break;
+            case 'i': fillings.emplace_back("ICapeUnit"); break;
+            case 'c': fillings.emplace_back("ECapeUnknownHR"); break;
+            case 's': fillings.emplace_back("12"); break;
+            default: break;
+        }
+    }
+    return fillings;
+}
+
+std::string_view Literal(const SentenceRow& row)
+{
+    std::string_view longest, pattern = row.text;
+    while (!pattern.empty()) {
+        char hole = 0;
+        const std::string_view literal = sentences::TakeLiteral(pattern, hole);
+        if (literal.size() > longest.size()) longest = literal;
+    }
+    return longest;
+}
+
+TEST(Sentences, AreReadAsTheyAreWritten)
+{
+    for (const SentenceRow& row : kSentences) {
+        const std::vector<std::string_view> fillings = Fillings(row);
+        const std::string text = SentenceText(row.sentence, fillings);
+        const auto found = FindSentence(row.severity, text);
+        ASSERT_TRUE(found) << text;
+        EXPECT_EQ(row.text, RowOf(found->sentence).text) << text;
+        for (std::size_t hole = 0; hole < fillings.size(); ++hole)
+            EXPECT_EQ(fillings[hole], found->holes[hole]) << text;
+    }
+}
+
+TEST(Sentences, AreReadWithEmptyNames)
+{
+    for (const SentenceRow& row : kSentences) {
+        std::vector<std::string_view> fillings = Fillings(row);
+        std::size_t hole = 0;
+        std::string_view pattern = row.text;
+        while (!pattern.empty()) {
+            char kind = 0;
+            sentences::TakeLiteral(pattern, kind);
+            if (kind == 'n') fillings[hole] = "";
+            if (kind) ++hole;
+        }
+        const auto found = FindSentence(row.severity, SentenceText(row.sentence, fillings));
+        ASSERT_TRUE(found) << row.text;
+        EXPECT_EQ(row.text, RowOf(found->sentence).text);
+    }
+}
+
+TEST(Sentences, BelongToOneElement)
+{
+    EXPECT_TRUE(FindSentence(Severity::Error, "object not created"));
+    EXPECT_FALSE(FindSentence(Severity::Warning, "object not created"));
+    EXPECT_FALSE(FindSentence(Severity::Info, "object not created"));
+}
+
+TEST(Sentences, AreNotFoundInOtherTexts)
+{
+    for (const char* text :
+         {"", "object not create", "object not created.", "Object", "Type check error", "two words: text"}) {
+        EXPECT_FALSE(FindSentence(Severity::Error, text)) << text;
+    }
+}
+
+TEST(Sentences, TakeANameAsFarAsItReaches)
+{
+    const auto found =
+        FindSentence(Severity::Warning,
+                     "Object \"A\" (type: Secret\" (type: Material Object) is not released at final release "
+                     "of \"B\" (reference count 1)");
+    ASSERT_TRUE(found);
+    EXPECT_EQ("A\" (type: Secret", found->holes[0]);
+    EXPECT_EQ("Material Object", found->holes[1]);
+    EXPECT_EQ("B", found->holes[2]);
+    EXPECT_EQ("1", found->holes[3]);
+}
+
+TEST(Sentences, EndACodeAtItsFirstColon)
+{
+    const auto found = FindSentence(Severity::Error, "0x80041234: a: b");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(Sentence::FailedCall, found->sentence);
+    EXPECT_EQ("0x80041234", found->holes[0]);
+    EXPECT_EQ("a: b", found->holes[1]);
+}
+
+TEST(Sentences, DifferInTheirTexts)
+{
+    std::set<std::string_view> texts;
+    for (const SentenceRow& row : kSentences) EXPECT_TRUE(texts.insert(row.text).second) << row.text;
+}
+
+TEST(Sentences, AreOnThePageAboutTheFormat)
+{
+    std::ifstream file(std::string(ZELT_TESTS) + "/../docs/log-format.md");
+    std::stringstream page;
+    page << file.rdbuf();
+    // Where a line of the page ends has no meaning.
+    std::string text = page.str();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    ASSERT_FALSE(text.empty());
+    for (const SentenceRow& row : kSentences) {
+        std::string literal(Literal(row));
+        literal.erase(0, literal.find_first_not_of(" :"));
+        literal.erase(literal.find_last_not_of(" :\"(") + 1);
+        if (literal.empty()) continue;  // a code and its description
+        EXPECT_NE(std::string::npos, text.find(literal)) << literal;
+    }
+}
+
+}  // namespace
+}  // namespace zelt
