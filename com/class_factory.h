@@ -19,13 +19,13 @@ struct ClassEntry {
 
 // A creator for a class with a default constructor.
 template <class T>
-HRESULT CreateDefault(REFIID iid, void** result)
+[[nodiscard]] HRESULT CreateDefault(REFIID iid, void** result)
 {
     return Create<T>(iid, result);
 }
 
 // What DllGetClassObject answers: the factory of `clsid`, or CLASS_E_CLASSNOTAVAILABLE.
-HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** result);
+[[nodiscard]] HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** result);
 
 // The class objects of a local server. They are registered suspended and released to clients together, so that no
 // activation arrives before the server is complete.
@@ -38,7 +38,7 @@ public:
     ClassObjects& operator=(const ClassObjects&) = delete;
 
     // Registers each class with multiple use. On failure nothing stays registered.
-    HRESULT Register(std::span<const ClassEntry> classes);
+    [[nodiscard]] HRESULT Register(std::span<const ClassEntry> classes);
     void Revoke();
 
 private:

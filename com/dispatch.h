@@ -7,10 +7,10 @@
 namespace com {
 
 // The four methods of IDispatch for the dual interface `iid`, whose implementation is `instance`.
-HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
-HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids);
-HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                       EXCEPINFO* exception, UINT* argumentError);
+[[nodiscard]] HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
+[[nodiscard]] HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids);
+[[nodiscard]] HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DISPPARAMS* parameters,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError);
 
 template <class I>
 class DualPart : public Part<I> {

@@ -12,7 +12,7 @@ namespace com {
 class Failure final : public std::exception {
 public:
     explicit Failure(HRESULT code) noexcept : code(code) {}
-    HRESULT Code() const { return code; }
+    [[nodiscard]] HRESULT Code() const { return code; }
     // The system's text for the code, if it has one, and the code; in UTF-8. On one thread at a time.
     const char* what() const noexcept override;
 
@@ -29,7 +29,7 @@ inline void Check(HRESULT code)
 
 // The status code of the exception that is being handled: memory exhausted is E_OUTOFMEMORY, a Failure its code, anything
 // else E_UNEXPECTED.
-inline HRESULT ResultOfException() noexcept
+[[nodiscard]] inline HRESULT ResultOfException() noexcept
 {
     try {
         throw;
@@ -44,12 +44,23 @@ inline HRESULT ResultOfException() noexcept
 
 // Runs `body`, which returns a status code, and lets nothing out.
 template <class Body>
-HRESULT NoThrow(Body&& body) noexcept
+[[nodiscard]] HRESULT NoThrow(Body&& body) noexcept
 {
     try {
         return body();
     } catch (...) {
         return ResultOfException();
+    }
+}
+
+// Runs `body`, whose failure changes nothing for the caller, and lets nothing out.
+template <class Body>
+void Attempt(Body&& body) noexcept
+{
+    try {
+        body();
+    } catch (...) {
+        // Nobody depends on it.
     }
 }
 

@@ -67,10 +67,7 @@ STDMETHODIMP_(ULONG) Object::Release()
         finalReleaseDone = true;
         foreignReferences = 0;
         referenceCount = 1;
-        NoThrow([&] {
-            FinalRelease();
-            return S_OK;
-        });
+        Attempt([&] { FinalRelease(); });
         // A caller that came in through a message box may hold the object now; its Release destroys it.
         --referenceCount;
         if (const LONG left = Total(); left > 0) return static_cast<ULONG>(left);

@@ -123,7 +123,7 @@ protected:
 
     // Called for every identity but IUnknown and IDispatch, before the map is searched; `entry` is null when the object
     // does not offer the interface. A failure is the answer to the query.
-    virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
+    [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
     // Called once, when the last reference is gone and before destruction. The object is held alive meanwhile, because
     // what is done here may show a message box, and a box lets calls in.
@@ -188,7 +188,7 @@ private:
 
 // Makes an object and queries it for `iid`; the caller owns the one reference. E_OUTOFMEMORY when it cannot be made.
 template <class T, class... Arguments>
-HRESULT Create(REFIID iid, void** result, Arguments&&... arguments)
+[[nodiscard]] HRESULT Create(REFIID iid, void** result, Arguments&&... arguments)
 {
     *result = nullptr;
     return NoThrow([&] {

@@ -9,7 +9,7 @@
 namespace com {
 
 // A new BSTR in `out`. E_POINTER without a place for it, E_OUTOFMEMORY without memory.
-inline HRESULT NewText(std::wstring_view text, BSTR* out)
+[[nodiscard]] inline HRESULT NewText(std::wstring_view text, BSTR* out)
 {
     if (!out) return E_POINTER;
     *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

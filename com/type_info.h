@@ -19,11 +19,11 @@ std::wstring ModulePath(HMODULE module);
 int CountTypeLibraries();
 
 // Loads this module's type library `number`, without registering it. The caller releases it.
-HRESULT LoadModuleTypeLibrary(int number, ITypeLib** library);
+[[nodiscard]] HRESULT LoadModuleTypeLibrary(int number, ITypeLib** library);
 
 // The type information of a dual interface, from this module's libraries.
 // The pointer is borrowed and lives as long as the module. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
-HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
+[[nodiscard]] HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
 
 // Releases what TypeInfoOf keeps; called when the module is about to end, before COM is uninitialised.
 void ReleaseTypeInfo();

@@ -22,7 +22,7 @@ HRESULT WrappedIn::Prepare(LoggedCall& call) { return pointer && call.Document()
 HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 {
     ProxyPtr proxy;
-    const HRESULT wrapped = Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
+    const HRESULT wrapped = WrapperFactory::Wrap(site, Crossing::Inbound, pointer, call.Proxy(), proxy);
     if (FAILED(wrapped) || !proxy) return wrapped;
     if (makesReadOnly) proxy->SetReadOnly(true);
     return wrapper.Lend(*proxy.Get());
@@ -57,7 +57,7 @@ bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HR
 HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
 {
     ProxyPtr proxy;
-    const HRESULT wrapped = Wrap(site, Crossing::Outbound, pointer, call.Proxy(), proxy);
+    const HRESULT wrapped = WrapperFactory::Wrap(site, Crossing::Outbound, pointer, call.Proxy(), proxy);
     if (wrapped != S_FALSE) ReleaseForeign(pointer);
     if (!proxy) return wrapped;
     return com::NoThrow([&] {
@@ -108,7 +108,7 @@ struct ArrayDestroyer {
     void operator()(SAFEARRAY* array) const
     {
         // The elements' destruction is foreign code.
-        CallForeign([array] { return SafeArrayDestroy(array); });
+        AttemptForeign([array] { SafeArrayDestroy(array); });
     }
 };
 using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
@@ -207,7 +207,7 @@ OwnedArray ArrayOfProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* obj
             continue;
         }
         ProxyPtr proxy;
-        com::Check(Wrap(site, Crossing::Outbound, object, call.Proxy(), proxy));
+        com::Check(WrapperFactory::Wrap(site, Crossing::Outbound, object, call.Proxy(), proxy));
         if (!proxy) throw com::Failure(E_UNEXPECTED);
         IDispatch* pointer = nullptr;
         com::Check(proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&pointer)));
@@ -261,7 +261,8 @@ void ErrorIf::Describe(LoggedCall& call) const
 HRESULT HoldOriginal::Prepare(LoggedCall& call)
 {
     const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(object);
-    if (proxy) call.Forward([&] { return proxy->GetOriginalObject(original.Receive()); });
+    // An object that does not give its original is left alone.
+    if (proxy) static_cast<void>(call.Forward([&] { return proxy->GetOriginalObject(original.Receive()); }));
     return S_OK;
 }
 

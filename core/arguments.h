@@ -29,7 +29,7 @@ struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}
     std::optional<HRESULT> Answer(LoggedCall&) { return {}; }
-    HRESULT Prepare(LoggedCall&) { return S_OK; }
+    [[nodiscard]] HRESULT Prepare(LoggedCall&) { return S_OK; }
     void Finish(LoggedCall&, HRESULT&) const {}
     void Release() {}
 };
@@ -168,7 +168,7 @@ public:
         : proxy(std::exchange(other.proxy, nullptr)), face(std::exchange(other.face, nullptr))
     {}
 
-    HRESULT Lend(CapeOpenBase& lent);
+    [[nodiscard]] HRESULT Lend(CapeOpenBase& lent);
     void TakeBack()
     {
         face = nullptr;
@@ -191,13 +191,13 @@ struct WrappedIn : NoSteps {
 
     WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
     void Describe(LoggedCall& call) const;
-    HRESULT Prepare(LoggedCall& call);
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
     IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : pointer; }
     void Release() { wrapper.TakeBack(); }
 
 protected:
     // Puts a proxy in the object's place.
-    HRESULT Replace(LoggedCall& call, bool makesReadOnly);
+    [[nodiscard]] HRESULT Replace(LoggedCall& call, bool makesReadOnly);
 };
 
 // The same behind one more pointer. The callee gets the address of a copy, so that the caller's slot is never written; null
@@ -311,7 +311,7 @@ struct HoldOriginal : Mark, NoSteps {
     ForeignPtr<IUnknown> original;
 
     explicit HoldOriginal(IUnknown* object) : object(object) {}
-    HRESULT Prepare(LoggedCall& call);
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
     void Release() { original = ForeignPtr<IUnknown>(); }
 };
 

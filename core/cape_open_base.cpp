@@ -43,7 +43,7 @@ void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBa
     isReadOnly = traits.inheritsReadOnly && through.isReadOnly;
     Wrap(object);
     document.Attach(through.document.Get());
-    if (Document()) AskName();
+    if (Document()) SetName();
 }
 
 void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string rootName)
@@ -55,7 +55,7 @@ void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string 
 }
 
 // The name that the wrapped object gives itself. A plain look-up, not a logged call.
-void CapeOpenBase::AskName()
+void CapeOpenBase::SetName()
 {
     const ErrorInfoKeeper keeper;
     const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(Wrapped());
@@ -125,18 +125,17 @@ void CapeOpenBase::ReportChildren()
     }
     for (CapeOpenBase* child : alive) child->DropInterfaces();
     for (CapeOpenBase* child : alive) {
-        if (child->ReferenceCount() > child->OwnHolds()) com::NoThrow([&] { return ReportUnreleased(*child); });
+        if (child->ReferenceCount() > child->OwnHolds()) com::Attempt([&] { ReportUnreleased(*child); });
         child->Release();
     }
 }
 
-HRESULT CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
+void CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
 {
-    if (LogDocument* log = Document()) {
-        const std::string references = std::to_string(child.ReferenceCount() - child.OwnHolds());
-        log->Write(Sentence::NotReleased, {child.Name(), child.TypeName(), name, references});
-    }
-    return S_OK;
+    LogDocument* log = Document();
+    if (!log) return;
+    const std::string references = std::to_string(child.ReferenceCount() - child.OwnHolds());
+    log->Write(Sentence::NotReleased, {child.Name(), child.TypeName(), name, references});
 }
 
 }  // namespace zelt

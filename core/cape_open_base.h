@@ -35,7 +35,7 @@ public:
         if (!pointer) {
             // The query may let a call in that fills the cache meanwhile.
             ForeignPtr<IUnknown> found;
-            QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive()));
+            static_cast<void>(QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive())));
             if (!pointer) pointer = found.Detach();
         }
         return pointer;
@@ -94,7 +94,7 @@ public:
     bool IsNamedEarly() const { return traits.isNamedEarly; }
 
     // Called within `call`, which is of no use without the wrapped object: a chance to make it. A failure ends the call.
-    virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
+    [[nodiscard]] virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
 
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
@@ -127,10 +127,10 @@ private:
     friend class InterfaceCache;
 
     void LeaveTree();
-    void AskName();
+    void SetName();
     void DropInterfaces();
     void ReportChildren();
-    HRESULT ReportUnreleased(const CapeOpenBase& child);
+    void ReportUnreleased(const CapeOpenBase& child);
 
     const ProxyTraits& traits;
     ForeignPtr<IUnknown> wrapped;

@@ -10,10 +10,7 @@ namespace {
 
 void TakeName(CapeOpenBase& proxy, BSTR name)
 {
-    com::NoThrow([&] {
-        proxy.Rename(Narrow(TextOf(name)));
-        return S_OK;
-    });
+    com::Attempt([&] { proxy.Rename(Narrow(TextOf(name))); });
 }
 
 // The proxy takes over the name that its object has accepted, and one that is named before its object is made takes it at once.

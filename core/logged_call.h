@@ -48,7 +48,10 @@ private:
 };
 
 // The result of a call whose interface was not found.
-inline HRESULT ResultOfRefusal(const CapeOpenBase& proxy) { return proxy.Wrapped() ? E_NOINTERFACE : E_UNEXPECTED; }
+[[nodiscard]] inline HRESULT ResultOfRefusal(const CapeOpenBase& proxy)
+{
+    return proxy.Wrapped() ? E_NOINTERFACE : E_UNEXPECTED;
+}
 
 class LoggedCall {
 public:
@@ -95,7 +98,7 @@ public:
 
     // Runs a forwarded call; there may be several. Faults and exceptions that leave it are logged and become E_UNEXPECTED.
     template <class Call>
-    HRESULT Forward(Call&& call) noexcept
+    [[nodiscard]] HRESULT Forward(Call&& call) noexcept
     {
         if (outcome == Outcome::Failure) [[unlikely]]
             ForgetFailure();
@@ -112,9 +115,9 @@ public:
     }
 
     // Closes the element and passes the result on; a failure is described by `errorSource`.
-    HRESULT Close(HRESULT result, IUnknown* errorSource) { return Close(result, errorSource, result); }
+    [[nodiscard]] HRESULT Close(HRESULT result, IUnknown* errorSource) { return Close(result, errorSource, result); }
     // The same when the caller's answer is not the result that the element is closed with.
-    HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
+    [[nodiscard]] HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
     {
         isClosed = true;
         if (document) document->EndFunc(logged, errorSource);
@@ -139,7 +142,7 @@ private:
     void Open(const char* name);
     void End();
     void* Refuse(HRESULT& failure);
-    HRESULT ResultOfException() noexcept;
+    [[nodiscard]] HRESULT ResultOfException() noexcept;
     // Drops the error information that earlier forwarding has left.
     void ForgetFailure() noexcept;
 

@@ -36,17 +36,6 @@ auto ValueOf(const D& descriptor)
     }
 }
 
-// A step that only the log needs: what it throws costs its entry, not the call.
-template <class Step>
-void Attempt(Step&& step) noexcept
-{
-    try {
-        step();
-    } catch (...) {
-        // There is no memory for it.
-    }
-}
-
 template <class... D>
 struct ParametersOf;
 template <class... A>
@@ -106,17 +95,18 @@ private:
     template <auto Method, class... D>
     [[gnu::noinline]] HRESULT ForwardLogged(const char* name, D... descriptors) noexcept
     {
+        // What throws in a step that only the log needs costs its entry, not the call.
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
-            (Attempt([&] { descriptors.Describe(call); }), ...);
-            if constexpr (Version != ThermoVersion::Unset) Attempt([&] { Proxy().UseVersion(Version); });
+            (com::Attempt([&] { descriptors.Describe(call); }), ...);
+            if constexpr (Version != ThermoVersion::Unset) com::Attempt([&] { Proxy().UseVersion(Version); });
         }
 
         std::optional<HRESULT> answer;
         ((answer = answer ? answer : descriptors.Answer(call)), ...);
         if (answer) {
-            (Attempt([&] { descriptors.Finish(call, *answer); }), ...);
+            (com::Attempt([&] { descriptors.Finish(call, *answer); }), ...);
             return call.Close(*answer, nullptr);
         }
         HRESULT result = S_OK;
@@ -130,7 +120,7 @@ private:
             if (FAILED(prepared)) return call.Close(prepared, nullptr);
         }
         result = call.Forward(Calling<Method>(target, descriptors...));
-        (Attempt([&] { descriptors.Finish(call, result); }), ...);
+        (com::Attempt([&] { descriptors.Finish(call, result); }), ...);
         (descriptors.Release(), ...);
         return call.Close(result, target);
     }

@@ -9,9 +9,10 @@ WrapTable installed{};
 
 }  // namespace
 
-void SetWrapTable(const WrapTable& table) { installed = table; }
+void WrapperFactory::SetTable(const WrapTable& table) { installed = table; }
 
-HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
+HRESULT WrapperFactory::Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through,
+                             ProxyPtr& proxy)
 {
     proxy.Reset();
     const Wrapper wrap = installed[static_cast<std::size_t>(site.kind)];

@@ -46,10 +46,14 @@ using Wrapper = HRESULT (*)(const WrapSite& site, Crossing crossing, IUnknown* i
 
 using WrapTable = std::array<Wrapper, static_cast<std::size_t>(WrapKind::Count)>;
 
-// Installs the table; called once at start, before the first proxy is made.
-void SetWrapTable(const WrapTable& table);
+class WrapperFactory {
+public:
+    // Installs the table; called once at start, before the first proxy is made.
+    static void SetTable(const WrapTable& table);
 
-// Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
-HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy);
+    // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
+    [[nodiscard]] static HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming,
+                                      CapeOpenBase& through, ProxyPtr& proxy);
+};
 
 }  // namespace zelt

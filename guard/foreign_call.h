@@ -14,7 +14,7 @@ namespace zelt {
 
 // Runs `call`, which returns a status code.
 template <class Call>
-HRESULT CallForeign(Call&& call) noexcept
+[[nodiscard]] HRESULT CallForeign(Call&& call) noexcept
 {
     const std::size_t callsBefore = CountCallsInProgress();
     try {
@@ -25,16 +25,23 @@ HRESULT CallForeign(Call&& call) noexcept
     }
 }
 
+// The same for a call whose failure changes nothing for the caller.
+template <class Call>
+void AttemptForeign(Call&& call) noexcept
+{
+    static_cast<void>(CallForeign([&] {
+        call();
+        return S_OK;
+    }));
+}
+
 // Releases a reference on a foreign object and clears the pointer. A fault in the object's destruction is swallowed: there
 // is nobody left to tell.
 template <class I>
 void ReleaseForeign(I*& pointer) noexcept
 {
     if (I* released = std::exchange(pointer, nullptr)) {
-        CallForeign([released] {
-            released->Release();
-            return S_OK;
-        });
+        AttemptForeign([released] { released->Release(); });
     }
 }
 
@@ -42,10 +49,7 @@ void ReleaseForeign(I*& pointer) noexcept
 template <class I>
 void HoldForeign(I* pointer) noexcept
 {
-    CallForeign([pointer] {
-        pointer->AddRef();
-        return S_OK;
-    });
+    AttemptForeign([pointer] { pointer->AddRef(); });
 }
 
 // Owns one reference on a foreign object.
@@ -77,7 +81,7 @@ private:
 };
 
 // Asks `object` (may be null) for an interface. A failure, and a success without a pointer, is a refusal.
-inline HRESULT QueryForeign(IUnknown* object, REFIID iid, void** result) noexcept
+[[nodiscard]] inline HRESULT QueryForeign(IUnknown* object, REFIID iid, void** result) noexcept
 {
     *result = nullptr;
     if (!object) return E_NOINTERFACE;
@@ -90,8 +94,9 @@ inline HRESULT QueryForeign(IUnknown* object, REFIID iid, void** result) noexcep
 template <class I>
 ForeignPtr<I> QueryForeign(IUnknown* object) noexcept
 {
+    // Null when it is refused, for whatever reason.
     void* found = nullptr;
-    QueryForeign(object, __uuidof(I), &found);
+    static_cast<void>(QueryForeign(object, __uuidof(I), &found));
     return ForeignPtr<I>(static_cast<I*>(found));
 }
 

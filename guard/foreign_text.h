@@ -20,10 +20,7 @@ inline std::string TakeForeignText(BSTR returned)
         return S_OK;
     });
     if (FAILED(read)) return {};
-    CallForeign([returned] {
-        SysFreeString(returned);
-        return S_OK;
-    });
+    AttemptForeign([returned] { SysFreeString(returned); });
     return text;
 }
 

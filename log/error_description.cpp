@@ -98,7 +98,7 @@ void ErrorInfoKeeper::Forget() { ReleaseForeign(kept); }
 ErrorInfoKeeper::~ErrorInfoKeeper()
 {
     // The object that it keeps is the package's own.
-    CallForeign([this] { return SetErrorInfo(0, kept); });
+    AttemptForeign([this] { SetErrorInfo(0, kept); });
     ReleaseForeign(kept);
 }
 

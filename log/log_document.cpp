@@ -148,11 +148,10 @@ void LogDocument::Close()
     WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
     if (!logClosed) return;
-    com::NoThrow([&] {
+    com::Attempt([&] {
         // A copy: a box may let the call in that gives back the last hold.
         const std::wstring path = logPath;
         logClosed({path, missing, options.promptOpenLog});
-        return S_OK;
     });
 }
 

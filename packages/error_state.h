@@ -15,7 +15,7 @@ public:
     ErrorState(com::Object& object, const IID& raisingInterface);
 
     // Replaces the error and sets the thread's error information. Returns the code.
-    HRESULT Raise(HRESULT code, std::wstring description, std::wstring scope, std::wstring interfaceName);
+    [[nodiscard]] HRESULT Raise(HRESULT code, std::wstring description, std::wstring scope, std::wstring interfaceName);
 
     const std::wstring& Description() const { return description; }
 

@@ -17,12 +17,12 @@ public:
     // Terminates it if it was initialized.
     ~InitializedManager()
     {
-        if (utilities && SUCCEEDED(result)) CallForeign([&] { return utilities->Terminate(); });
+        if (utilities && SUCCEEDED(result)) AttemptForeign([&] { utilities->Terminate(); });
     }
     InitializedManager(const InitializedManager&) = delete;
     InitializedManager& operator=(const InitializedManager&) = delete;
 
-    HRESULT Result() const { return result; }
+    [[nodiscard]] HRESULT Result() const { return result; }
     // The object that describes a failure.
     IUnknown* ErrorSource() const { return utilities.Get(); }
 

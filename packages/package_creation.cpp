@@ -63,7 +63,7 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
     const ForeignPtr<ICapeIdentification> identification = QueryForeign<ICapeIdentification>(package);
     if (!identification) return;
     const _bstr_t name(exportedName.c_str());
-    CallForeign([&] { return identification->put_ComponentName(name); });
+    AttemptForeign([&] { identification->put_ComponentName(name); });
 }
 
 }  // namespace

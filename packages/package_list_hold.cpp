@@ -15,12 +15,6 @@ constexpr DWORD kPatience = 5000;
 constexpr wchar_t kSign[] = L"ZELT holds the package list of ";
 constexpr wchar_t kEdit[] = L"ZELT package list edit of ";
 
-struct LocalFreer {
-    void operator()(void* memory) const { LocalFree(memory); }
-};
-template <class Memory>
-using UniqueLocal = std::unique_ptr<Memory, LocalFreer>;
-
 // The current user's identity as text; empty when it cannot be had.
 std::wstring UserText()
 {

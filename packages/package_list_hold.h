@@ -4,7 +4,7 @@
 // Both are named kernel objects of the user, across sessions and rights: a process that dies gives its own back.
 #pragma once
 
-#include "system/handle.h"
+#include "system/owners.h"
 
 namespace zelt {
 

@@ -68,7 +68,7 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
     });
     // What cannot be read cannot be freed either.
     VARIANT owned = names.Detach();
-    if (SUCCEEDED(read)) CallForeign([&] { return VariantClear(&owned); });
+    if (SUCCEEDED(read)) AttemptForeign([&] { VariantClear(&owned); });
     if (!strings) failed(family.badList + Widen(ErrorDescription(DISP_E_TYPEMISMATCH, nullptr)));
     return strings;
 }

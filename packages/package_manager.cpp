@@ -7,19 +7,12 @@
 #include "log/error_description.h"
 #include "system/message.h"
 #include "system/narrow.h"
+#include "system/owners.h"
 #include "packages/package_creation.h"
 #include "packages/package_failure.h"
 #include "packages/package_kinds.h"
 
 namespace zelt {
-namespace {
-
-struct ArrayDeleter {
-    void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
-};
-
-}  // namespace
-
 PackageManager::PackageManager(const PackageFamily& family)
     : family(family), identification(*this, family), utilities(*this), error(*this, family.foreignInterface)
 {}
@@ -45,7 +38,7 @@ HRESULT PackageManager::ListOf(const ExportedPackageList& list, VARIANT* names) 
     for (std::size_t i = 0; i < list.Count(); ++i) count += Serves(list.At(i));
     if (count == 0) return S_OK;
 
-    std::unique_ptr<SAFEARRAY, ArrayDeleter> array(SafeArrayCreateVector(VT_BSTR, 0, count));
+    UniqueArray array(SafeArrayCreateVector(VT_BSTR, 0, count));
     if (!array) return E_OUTOFMEMORY;
     auto* element = static_cast<BSTR*>(array->pvData);
     for (std::size_t i = 0; i < list.Count(); ++i) {
@@ -87,7 +80,8 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
 
 HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)
 {
-    Raise(code, description);
+    // Whoever the box lets in may read the error already.
+    static_cast<void>(Raise(code, description));
     const int answer =
         ShowMessage(description + family.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);
     if (answer == IDYES) {

@@ -16,10 +16,10 @@ protected:
     ~PackageManager() override = default;
 
     // The exported names of the manager's kinds, in list order: an array of strings, or VT_EMPTY when there are none.
-    HRESULT List(VARIANT* names);
+    [[nodiscard]] HRESULT List(VARIANT* names);
 
     // The package exported under `name`, wrapped. Asks the user whether a package that fails is to stay in the list.
-    HRESULT Get(BSTR name, IDispatch** package);
+    [[nodiscard]] HRESULT Get(BSTR name, IDispatch** package);
 
 private:
     struct IdentificationPart final : com::DualPart<ICapeIdentification> {
@@ -40,9 +40,9 @@ private:
     };
 
     bool Serves(const ExportedPackage& package) const;
-    HRESULT ListOf(const ExportedPackageList& list, VARIANT* names) const;
-    HRESULT OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description);
-    HRESULT Raise(HRESULT code, const std::wstring& description);
+    [[nodiscard]] HRESULT ListOf(const ExportedPackageList& list, VARIANT* names) const;
+    [[nodiscard]] HRESULT OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description);
+    [[nodiscard]] HRESULT Raise(HRESULT code, const std::wstring& description);
 
     const PackageFamily& family;
     IdentificationPart identification;

@@ -8,6 +8,6 @@ namespace zelt {
 extern const CLSID kPropertyPackageManagerClass;
 
 // Makes one and answers with its interface `iid`.
-HRESULT CreatePropertyPackageManager(REFIID iid, void** result);
+[[nodiscard]] HRESULT CreatePropertyPackageManager(REFIID iid, void** result);
 
 }  // namespace zelt

@@ -8,6 +8,6 @@ namespace zelt {
 extern const CLSID kReactionPackageManagerClass;
 
 // Makes one and answers with its interface `iid`.
-HRESULT CreateReactionPackageManager(REFIID iid, void** result);
+[[nodiscard]] HRESULT CreateReactionPackageManager(REFIID iid, void** result);
 
 }  // namespace zelt

@@ -8,6 +8,6 @@ namespace zelt {
 extern const CLSID kThermoSystemClass;
 
 // Makes one and answers with its interface `iid`.
-HRESULT CreateThermoSystem(REFIID iid, void** result);
+[[nodiscard]] HRESULT CreateThermoSystem(REFIID iid, void** result);
 
 }  // namespace zelt

@@ -18,7 +18,7 @@ struct LoggedKineticContext final : LoggedInterface<ICapeKineticReactionContext>
 };
 
 // Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
-struct CRPElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
+struct LoggedElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {
@@ -68,7 +68,7 @@ private:
     LoggedReactionsRoutine routine;
     LoggedReactionMaterialContext materialContext;
     LoggedReactionThermoContext thermoContext;
-    CRPElectrolyteContext electrolyte;
+    LoggedElectrolyteContext electrolyte;
 };
 
 }  // namespace zelt

@@ -20,6 +20,6 @@ struct KeyTree {
 std::optional<KeyTree> ReadKeyTree(const RegistryRoot& root, const std::wstring& path);
 
 // Adds the tree to what stands at `path`; the key is created when missing. The answer is a Windows error code.
-LSTATUS WriteKeyTree(const RegistryRoot& root, const std::wstring& path, const KeyTree& tree);
+[[nodiscard]] LSTATUS WriteKeyTree(const RegistryRoot& root, const std::wstring& path, const KeyTree& tree);
 
 }  // namespace zelt

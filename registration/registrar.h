@@ -37,7 +37,7 @@ public:
     Registrar& operator=(const Registrar&) = delete;
 
     // Runs the script in resource REGISTRY `script`. HKEY_CLASSES_ROOT is what the caller has made of it.
-    HRESULT Run(int script, bool add);
+    [[nodiscard]] HRESULT Run(int script, bool add);
 
 private:
     void Replace(const wchar_t* key, const std::wstring& value);

@@ -14,10 +14,10 @@
 namespace zelt {
 
 // Adds everything and reads it back in every view. SELFREG_E_CLASS or SELFREG_E_TYPELIB when an entry is missing then.
-HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows classes);
+[[nodiscard]] HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows classes);
 
 // Removes as much as can be removed; the first failure is the answer. What is not there is no failure.
-HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRows classes);
+[[nodiscard]] HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRows classes);
 
 // True when the value CurrentUser of Software\BRIX below `root` says "1": the products of this family were installed
 // for the current user alone, and a plain registration is to do likewise.

@@ -19,7 +19,7 @@ using Lock = Microsoft::WRL::ComPtr<IUnknown>;
 inline Lock MakeLock()
 {
     Lock lock;
-    com::Create<CLockObject>(IID_IUnknown, &lock);
+    static_cast<void>(com::Create<CLockObject>(IID_IUnknown, &lock));
     return lock;
 }
 

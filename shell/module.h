@@ -13,7 +13,7 @@
 #include "com/class_factory.h"
 #include "log/log_options.h"
 #include "shell/command_line.h"
-#include "system/handle.h"
+#include "system/owners.h"
 #include "packages/package_list_hold.h"
 #include "shell/visit_window.h"
 
@@ -42,16 +42,11 @@ public:
     void Unlock();
 
 private:
-    struct ImageListDestroyer {
-        using pointer = HIMAGELIST;
-        void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
-    };
-
     void LoadSmallImages();
     void TakePackageList();
-    HRESULT RunRegistration(RegistrationAction action);
+    [[nodiscard]] HRESULT RunRegistration(RegistrationAction action);
     int Serve();
-    HRESULT StartMonitor();
+    [[nodiscard]] HRESULT StartMonitor();
     static DWORD WINAPI MonitorShutdown(void* module);
     int RunMessageLoop();
 
@@ -63,7 +58,7 @@ private:
     volatile bool activity = false;
     HACCEL accelerators;
     std::string versionText;
-    std::unique_ptr<HIMAGELIST, ImageListDestroyer> smallImages;
+    Owner<HIMAGELIST, ImageList_Destroy> smallImages;
     // Made with the module: a window that closes before the monitor waits must find it.
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;

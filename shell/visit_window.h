@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-#include <memory>
+#include "system/owners.h"
 
 namespace zelt {
 
@@ -18,11 +18,7 @@ public:
     VisitWindow& operator=(const VisitWindow&) = delete;
 
 private:
-    struct Destroyer {
-        using pointer = HWND;
-        void operator()(HWND window) const { DestroyWindow(window); }
-    };
-    std::unique_ptr<HWND, Destroyer> window;
+    UniqueWindow window;
 };
 
 }  // namespace zelt

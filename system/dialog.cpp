@@ -94,10 +94,7 @@ void Dialog::HandlerReturned()
 {
     if (--handlers != 0 || !destroyed) return;
     destroyed = false;
-    com::NoThrow([this] {
-        OnDestroyed();
-        return S_OK;
-    });
+    com::Attempt([this] { OnDestroyed(); });
 }
 
 INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)

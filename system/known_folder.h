@@ -9,6 +9,6 @@
 namespace zelt {
 
 // The path of a known folder (FOLDERID_…), with KF_FLAG_ flags.
-HRESULT KnownFolder(REFKNOWNFOLDERID id, DWORD flags, std::wstring& path);
+[[nodiscard]] HRESULT KnownFolder(REFKNOWNFOLDERID id, DWORD flags, std::wstring& path);
 
 }  // namespace zelt

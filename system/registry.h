@@ -36,8 +36,8 @@ public:
     RegistryKey& operator=(const RegistryKey&) = delete;
 
     // Both replace the key held so far; after a failure none is held. The answer is a Windows error code.
-    LSTATUS Open(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_READ);
-    LSTATUS Create(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_ALL_ACCESS);
+    [[nodiscard]] LSTATUS Open(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_READ);
+    [[nodiscard]] LSTATUS Create(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_ALL_ACCESS);
     void Close();
 
     HKEY Get() const { return key; }
@@ -52,11 +52,11 @@ public:
     // The bytes of a text value as the narrow-character interface gives them, terminators included where stored.
     std::optional<std::string> ReadNarrow(const char* name, DWORD type) const;
 
-    LSTATUS WriteDword(const wchar_t* name, DWORD value);
-    LSTATUS WriteString(const wchar_t* name, const std::wstring& value);
-    LSTATUS WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size);
+    [[nodiscard]] LSTATUS WriteDword(const wchar_t* name, DWORD value);
+    [[nodiscard]] LSTATUS WriteString(const wchar_t* name, const std::wstring& value);
+    [[nodiscard]] LSTATUS WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size);
     // `value` with the terminators that its type asks for.
-    LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
+    [[nodiscard]] LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
 
     // Items that cannot be read are left out, and those behind them are not.
     std::vector<std::wstring> SubkeyNames() const;
@@ -82,6 +82,6 @@ inline constexpr RegistryFunctions kSystemRegistry = {RegEnumKeyExW, RegEnumValu
 void SetRegistryFunctions(const RegistryFunctions* functions);
 
 // Removes a key with everything below it, in the root's view. A key that is not there is no error.
-LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path);
+[[nodiscard]] LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path);
 
 }  // namespace zelt

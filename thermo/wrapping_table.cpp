@@ -49,6 +49,6 @@ constexpr WrapTable kWrappers = {
 
 }  // namespace
 
-void InstallWrappers() { SetWrapTable(kWrappers); }
+void InstallWrappers() { WrapperFactory::SetTable(kWrappers); }
 
 }  // namespace zelt

@@ -13,6 +13,7 @@
 
 #include "com/object.h"
 #include "log/log_document.h"
+#include "system/owners.h"
 
 namespace zelt {
 
@@ -68,14 +69,11 @@ private:
             return DISP_E_MEMBERNOTFOUND;
         }
     };
-    struct Free {
-        void operator()(BYTE* bytes) const { std::free(bytes); }
-    };
-    using Buffer = std::unique_ptr<BYTE, Free>;
+    using Buffer = Owner<BYTE*, std::free>;
 
     static Buffer NewBuffer(std::uint64_t bytes);
     // Makes room for writing up to `end` by growing to `capacity`.
-    HRESULT GrowTo(std::uint64_t end, std::uint64_t capacity);
+    [[nodiscard]] HRESULT GrowTo(std::uint64_t end, std::uint64_t capacity);
     void MoveTo(std::uint32_t newPosition);
     void Say(Sentence sentence)
     {

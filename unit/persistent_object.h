@@ -19,15 +19,15 @@ protected:
     ~PersistentObject() override = default;
 
     // Makes the wrapped object anew, for InitNew, and lets it initialise itself (InitNewObject). Called once at a time.
-    virtual HRESULT MakeNew(LoggedCall& call) = 0;
+    [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
     // Makes the wrapped object of the class ObjectClass(). What fails has been told to the user when this returns.
-    virtual HRESULT MakeObject(LoggedCall& call) = 0;
+    [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
 
     // For the derived class, within MakeNew: asks the object for its way of persistence, and calls InitNew if it has one.
-    HRESULT InitNewObject(LoggedCall& call);
+    [[nodiscard]] HRESULT InitNewObject(LoggedCall& call);
 
     // InitNew, as a caller from outside calls it.
-    HRESULT InitNew() { return persistence.InitNew(); }
+    [[nodiscard]] HRESULT InitNew() { return persistence.InitNew(); }
 
     // The class of the wrapped object, as saved.
     CLSID& ObjectClass() { return objectClass; }
@@ -65,10 +65,10 @@ private:
     // False, with the reason logged, when there is no object.
     bool HasObject(const LoggedCall& call) const;
     bool IsTaken(const LoggedCall& call, Sentence error) const;
-    HRESULT Load(LoggedCall& call, IStream* source);
-    HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
-    HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);
-    HRESULT SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty);
+    [[nodiscard]] HRESULT Load(LoggedCall& call, IStream* source);
+    [[nodiscard]] HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
+    [[nodiscard]] HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);
+    [[nodiscard]] HRESULT SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty);
     std::uint32_t AskCapacity(LoggedCall& call, bool& isObjects);
 
     const CLSID& ownClass;

@@ -53,7 +53,7 @@ struct LoggedUnitKineticContext final : LoggedInterface<ICapeKineticReactionCont
 };
 
 // Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
-struct CCUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
+struct LoggedUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {

@@ -13,7 +13,7 @@ namespace zelt {
 extern const CLSID kUnitOperationClass;
 
 // Makes one, asks for the place of its log, and answers with its interface `iid`.
-HRESULT CreateUnitOperation(REFIID iid, void** result);
+[[nodiscard]] HRESULT CreateUnitOperation(REFIID iid, void** result);
 
 class CUnitOperation : public PersistentObject {
 public:
@@ -33,7 +33,7 @@ protected:
     HRESULT MakeObject(LoggedCall& call) override;
 
     // Makes the unit of the class `classId` the wrapped object; when it fails, `error` says why.
-    virtual HRESULT CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error);
+    [[nodiscard]] virtual HRESULT CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error);
 
 private:
     bool ChooseClass(LoggedCall& call);
@@ -43,7 +43,7 @@ private:
     LoggedUnit unit;
     LoggedUnitReport report;
     LoggedUnitKineticContext kineticContext;
-    CCUnitElectrolyteContext electrolyteContext;
+    LoggedUnitElectrolyteContext electrolyteContext;
 };
 
 }  // namespace zelt

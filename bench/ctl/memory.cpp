@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "system/handle.h"
+#include "system/owners.h"
 
 namespace zelt::bench {
 double PeakMemory(const std::wstring& commandLine)

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cwchar>
 
-#include "system/handle.h"
+#include "system/owners.h"
 
 namespace zelt::bench {
 namespace {

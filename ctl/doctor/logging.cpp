@@ -6,7 +6,7 @@
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/component_server.h"
 #include "ctl/exports/session.h"
-#include "system/handle.h"
+#include "system/owners.h"
 #include "registration/library_facts.h"
 
 namespace zelt::ctl {

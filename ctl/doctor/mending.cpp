@@ -11,7 +11,7 @@
 #include "system/system_text.h"
 #include "ctl/exports/session.h"
 #include "ctl/exports/stored_packages.h"
-#include "system/handle.h"
+#include "system/owners.h"
 #include "registration/registrar.h"
 #include "registration/shared_file.h"
 #include "registration/type_library_registration.h"

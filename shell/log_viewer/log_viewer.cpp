@@ -5,7 +5,7 @@
 
 #include "system/exception_text.h"
 #include "system/message.h"
-#include "system/handle.h"
+#include "system/owners.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/view_log_dialog.h"
 

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "system/handle.h"
+#include "system/owners.h"
 
 namespace zelt::test {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "system/handle.h"
+#include "system/owners.h"
 #include "shell/log_viewer/log_viewer.h"
 #include "shell/log_viewer/view_log_dialog.h"
 #include "tests/windows/program.h"

@@ -3,7 +3,7 @@
 
 #include "com/server_reference.h"
 #include "recorded_messages.h"
-#include "system/handle.h"
+#include "system/owners.h"
 #include "shell/log_viewer/log_viewer.h"
 
 namespace zelt::test {

@@ -9,7 +9,7 @@
 #include <fstream>
 
 #include "res/resource.h"
-#include "system/handle.h"
+#include "system/owners.h"
 
 namespace zelt::test {
 namespace {

@@ -1,0 +1,34 @@
+// One owner each for what the system hands out and wants back. Null stands for nothing owned.
+#pragma once
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace zelt {
+
+// A deleter that gives back by a function.
+template <auto Function>
+struct GiveBack {
+    template <class T>
+    void operator()(T* owned) const
+    {
+        Function(owned);
+    }
+};
+
+// A handle type, which is a pointer, with the function that gives it back.
+template <class Handle, auto Function>
+using Owner = std::unique_ptr<std::remove_pointer_t<Handle>, GiveBack<Function>>;
+
+// Functions that answer with INVALID_HANDLE_VALUE do not belong here.
+using UniqueHandle = Owner<HANDLE, CloseHandle>;
+using UniqueWindow = Owner<HWND, DestroyWindow>;
+using UniqueArray = Owner<SAFEARRAY*, SafeArrayDestroy>;
+// What the system has allocated for the caller.
+template <class T>
+using UniqueLocal = Owner<T*, LocalFree>;
+
+}  // namespace zelt
