@@ -9,7 +9,7 @@
 
 #include "log_reader/buffered_file.h"
 #include "log_reader/element_lines.h"
-#include "log_reader/item_builder.h"
+#include "log_reader/event_builder.h"
 #include "log_reader/unread_nodes.h"
 
 namespace zelt {
@@ -88,7 +88,7 @@ LogReadResult ReadLog(LogInput& input, LogSink& sink)
 
     std::optional<ElementLines> lines;
     if (sink.WantsLines()) lines.emplace(reader.get());
-    ItemBuilder builder(reader.get(), sink);
+    EventBuilder builder(reader.get(), sink);
     bool ended = false;
     int status;
     while ((status = xmlTextReaderRead(reader.get())) == 1) {

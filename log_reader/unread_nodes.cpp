@@ -1,6 +1,6 @@
 #include "log_reader/unread_nodes.h"
 
-#include "log_reader/item_builder.h"
+#include "log_reader/event_builder.h"
 
 namespace zelt {
 namespace {
@@ -17,7 +17,7 @@ const xmlNode* LastNode(const xmlDoc* document)
 }
 
 bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
-                      ItemBuilder& builder)
+                      EventBuilder& builder)
 {
     const auto start = [&](const xmlNode* node) {
         // In the tree an element that is cut off before its first child looks like an empty one.

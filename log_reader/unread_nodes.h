@@ -7,12 +7,12 @@
 
 namespace zelt {
 
-class ItemBuilder;
+class EventBuilder;
 
 // `position` is the reader's last node, null when it had shown none; `ended` tells that its end was shown too. `broken`, if
 // there is one, is left out. The answer is false when the builder's sink wants no more.
 bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
-                      ItemBuilder& builder);
+                      EventBuilder& builder);
 
 // The last node of a document in the order of the file, where the parser stopped; null if there is none.
 const xmlNode* LastNode(const xmlDoc* document);

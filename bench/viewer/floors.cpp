@@ -6,18 +6,17 @@
 #include "com/type_info.h"
 #include "system/narrow.h"
 #include "res/resource.h"
-#include "log_reader/log_reader.h"
-#include "shell/log_viewer/shared_log_file.h"
+#include "shell/log_viewer/background_reader.h"
 
 namespace zelt::bench {
 namespace {
 
-class ItemCollector final : public LogSink {
+class ItemCollector final : public RowSink {
 public:
     explicit ItemCollector(std::vector<BareItem>& items) : items(items) {}
-    void Item(const LogItem& item) override
+    void Row(const LogRow& row) override
     {
-        items.push_back({item.depth, static_cast<int>(item.image), item.hasChildren, Widen(item.label, CP_UTF8)});
+        items.push_back({row.depth, row.image, row.hasChildren, Widen(row.label, CP_UTF8)});
     }
     void ParseError(int) override {}
     bool Continue() override { return true; }
@@ -36,7 +35,7 @@ std::vector<BareItem> ItemsOf(const std::wstring& path)
     SharedLogFile file;
     if (file.Open(path)) throw std::runtime_error("the log cannot be opened");
     ItemCollector collector(items);
-    ReadLog(file.Descriptor(), collector);
+    ReadRows(file, collector);
     return items;
 }
 

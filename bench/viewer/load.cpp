@@ -9,6 +9,7 @@
 #include "bench/viewer/parts.h"
 #include "bench/viewer/written_log.h"
 #include "log_reader/log_reader.h"
+#include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
 #include "shell/log_viewer/shared_log_file.h"
@@ -19,16 +20,14 @@ namespace {
 
 class NullSink final : public LogSink {
 public:
-    void Item(const LogItem& item) override { bytes += item.label.size(); }
-    void ParseError(int) override {}
-    bool Continue() override { return true; }
+    void Begin(const LogEvent& event) override { bytes += event.name.size() + event.text.size(); }
     std::size_t bytes = 0;
 };
 
-class ModelSink final : public LogSink {
+class ModelSink final : public RowSink {
 public:
     explicit ModelSink(LogModel& model) : model(model) {}
-    void Item(const LogItem& item) override { model.Add(item); }
+    void Row(const LogRow& row) override { model.Add(row); }
     void ParseError(int) override {}
     bool Continue() override { return true; }
 
@@ -51,7 +50,7 @@ void Fill(LogModel& model, const std::wstring& path)
     SharedLogFile file;
     file.Open(path);
     ModelSink sink(model);
-    ReadLog(file.Descriptor(), sink);
+    ReadRows(file, sink);
     model.Finish();
 }
 

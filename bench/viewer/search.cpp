@@ -25,18 +25,17 @@ void MakeLower(std::string& text)
 void Fill(LogModel& model, int differentNumbers)
 {
     char label[80];
-    const auto add = [&](int depth, LogImage image, int length) {
-        model.Add({depth, image, depth < 2, false, {label, static_cast<std::size_t>(length)}, 0, true, 0});
+    const auto add = [&](int depth, SmallImage image, int length) {
+        model.Add({depth, image, depth < 2, false, {label, static_cast<std::size_t>(length)}});
     };
     for (int item = 0; item < kItems; item += 5) {
         const int number = item % differentNumbers;
-        add(0, LogImage::InwardCall,
+        add(0, kImageCallIn,
             std::snprintf(label, sizeof label, "ICapeThermoMaterial::GetSinglePhaseProp (Feed %d)", number));
         for (int argument = 0; argument < 2; ++argument) {
-            add(1, LogImage::OutArgument,
+            add(1, kImageArgumentOut,
                 std::snprintf(label, sizeof label, "results %d (type: VT_ARRAY|VT_R8)", number + argument));
-            add(2, LogImage::Value,
-                std::snprintf(label, sizeof label, "%.17g", (number + argument) * 0.618033988749895));
+            add(2, kImageValue, std::snprintf(label, sizeof label, "%.17g", (number + argument) * 0.618033988749895));
         }
     }
     model.Finish();

@@ -68,7 +68,7 @@ private:
     long long found = 0;
 };
 
-class Checker final : public LogHandler {
+class Checker final : public LogSink {
 public:
     explicit Checker(const ReportFinding& report)
         : report(report), life(report), values(report), properties(report), versions(report)

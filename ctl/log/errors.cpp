@@ -18,7 +18,7 @@ const char* NameOf(MessageKind kind)
     }
 }
 
-class ErrorLister final : public LogHandler {
+class ErrorLister final : public LogSink {
 public:
     ErrorLister(const Arguments& arguments, Output& out)
         : filter(arguments),

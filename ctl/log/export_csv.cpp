@@ -35,7 +35,7 @@ bool IsFormula(std::string_view text)
                                           [&](std::string_view start) { return text.starts_with(start); });
 }
 
-class CsvWriter final : public LogHandler {
+class CsvWriter final : public LogSink {
 public:
     explicit CsvWriter(Output& out) : out(out) { out << kHeader; }
 

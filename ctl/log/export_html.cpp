@@ -33,7 +33,7 @@ std::string_view FileName(std::string_view path)
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-class PageWriter final : public LogHandler {
+class PageWriter final : public LogSink {
 public:
     explicit PageWriter(Output& out) : out(out) {}
 

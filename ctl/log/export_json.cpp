@@ -21,7 +21,7 @@ const char* KindName(EventKind kind)
     return "other";
 }
 
-class TreeWriter final : public LogHandler {
+class TreeWriter final : public LogSink {
 public:
     explicit TreeWriter(JsonWriter& json) : json(json) {}
 

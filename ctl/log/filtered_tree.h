@@ -9,7 +9,7 @@
 
 namespace zelt::ctl {
 
-class FilteredTree final : public LogHandler {
+class FilteredTree final : public LogSink {
 public:
     // `results`, unless null, tells of each call in the order of the file whether its result is wanted.
     FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)

@@ -67,7 +67,7 @@ private:
 };
 
 // Leaves out what was there when the following began.
-class NewOnly final : public LogHandler {
+class NewOnly final : public LogSink {
 public:
     NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)
         : tree(tree), text(text), log(log), everything(everything)
@@ -95,9 +95,9 @@ int FollowLog(const Arguments& arguments, Streams& streams)
     FilteredTree tree(filter, nullptr, text);
     const std::string& path = arguments.Operand(0);
     GrowingLog log(path, arguments.Number("--idle"), streams.data);
-    NewOnly handler(tree, text, log, !arguments.Has("--new"));
+    NewOnly sink(tree, text, log, !arguments.Has("--new"));
     Output ignored;
-    if (!ReadEvents(log, path, handler, ignored)) streams.messages << path << ": the log has no end yet\n";
+    if (!ReadEvents(log, path, sink, ignored)) streams.messages << path << ": the log has no end yet\n";
     return kFine;
 }
 

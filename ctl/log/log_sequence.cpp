@@ -68,7 +68,7 @@ bool IsSystemQuery(const LogEvent& event)
     return !name.starts_with("ICape") && !name.starts_with("ECape") && !name.starts_with("{678C0");
 }
 
-class SequenceReader final : public LogHandler {
+class SequenceReader final : public LogSink {
 public:
     void Begin(const LogEvent& event) override
     {

@@ -39,7 +39,7 @@ void AppendStandardName(Output& out, std::string_view name, const LogAliases& al
     }
 }
 
-class Redactor final : public LogHandler {
+class Redactor final : public LogSink {
 public:
     explicit Redactor(Output& out) : out(out)
     {

@@ -34,7 +34,7 @@ bool Matches(const CallResult& result, Wanted wanted)
 }
 
 // Which calls, in the order of their beginnings, have the result that is wanted.
-class ResultCollector final : public LogHandler {
+class ResultCollector final : public LogSink {
 public:
     explicit ResultCollector(Wanted wanted) : wanted(wanted) {}
 

@@ -30,7 +30,7 @@ Counts& RowOf(Table& table, std::string_view name)
     return found != table.end() ? found->second : table[std::string(name)];
 }
 
-class Counter final : public LogHandler {
+class Counter final : public LogSink {
 public:
     explicit Counter(const Arguments& arguments) : filter(arguments) {}
 

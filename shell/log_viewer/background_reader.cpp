@@ -18,19 +18,19 @@ namespace {
 
 // The first batches are small: what is made of the beginning should not wait. Those that follow are as large together as all
 // before, until handing one over costs next to nothing.
-constexpr std::size_t kFirstBatchItems = 1024;
-constexpr std::size_t kMostBatchItems = 16 * kFirstBatchItems;
+constexpr std::size_t kFirstBatchRows = 1024;
+constexpr std::size_t kMostBatchRows = 16 * kFirstBatchRows;
 // Labels may be megabytes long each.
 constexpr std::size_t kMostBatchText = 4 << 20;
 constexpr std::size_t kWaitingBatches = 4;
 constexpr std::chrono::milliseconds kPatience{50};
 
-// Items on their way, as small as they can be: many millions go from one core's memory to the other's.
+// Rows on their way, as small as they can be: many millions go from one core's memory to the other's.
 struct Batch {
     struct Entry {
         std::uint32_t length;  // of the label, which stands behind the label before; or the line of an objection
         std::uint16_t depth;
-        LogImage image;
+        std::uint8_t image;
         std::uint8_t flags;
     };
     // A label is shorter than the parser's limit of ten million bytes, and nothing lies deeper than its 256.
@@ -41,17 +41,15 @@ struct Batch {
     std::string text;
     long long position = 0;
 
-    void Add(const LogItem& item)
+    void Add(const LogEvent& event)
     {
-        const int flags = (item.hasChildren ? kHasChildren : 0) | (item.isError ? kIsError : 0);
-        entries.push_back({static_cast<std::uint32_t>(item.label.size()), static_cast<std::uint16_t>(item.depth),
-                           item.image, static_cast<std::uint8_t>(flags)});
-        text += item.label;
+        const std::size_t before = text.size();
+        AppendLabel(text, event);
+        const int flags = (event.hasChildren ? kHasChildren : 0) | (IsError(event) ? kIsError : 0);
+        entries.push_back({static_cast<std::uint32_t>(text.size() - before), static_cast<std::uint16_t>(event.depth),
+                           static_cast<std::uint8_t>(ImageOf(event)), static_cast<std::uint8_t>(flags)});
     }
-    void AddObjection(int line)
-    {
-        entries.push_back({static_cast<std::uint32_t>(line), 0, LogImage::Info, kIsObjection});
-    }
+    void AddObjection(int line) { entries.push_back({static_cast<std::uint32_t>(line), 0, 0, kIsObjection}); }
     void Clear()
     {
         entries.clear();
@@ -115,15 +113,15 @@ private:
 };
 
 // False once the sink has enough.
-bool Deliver(const Batch& batch, LogSink& sink)
+bool Deliver(const Batch& batch, RowSink& sink)
 {
     std::string_view rest = batch.text;
     for (const Batch::Entry& entry : batch.entries) {
         if (entry.flags & Batch::kIsObjection) {
             sink.ParseError(static_cast<int>(entry.length));
         } else {
-            sink.Item({entry.depth, entry.image, (entry.flags & Batch::kHasChildren) != 0,
-                       (entry.flags & Batch::kIsError) != 0, rest.substr(0, entry.length), 0, false, 0});
+            sink.Row({entry.depth, static_cast<SmallImage>(entry.image), (entry.flags & Batch::kHasChildren) != 0,
+                      (entry.flags & Batch::kIsError) != 0, rest.substr(0, entry.length)});
             rest.remove_prefix(entry.length);
         }
         if (!sink.Continue()) return false;
@@ -136,10 +134,10 @@ class Collector final : public LogSink {
 public:
     Collector(Queue& queue, const SharedLogFile& file) : queue(queue), file(file) {}
 
-    void Item(const LogItem& item) override
+    void Begin(const LogEvent& event) override
     {
-        batch.Add(item);
-        if (++items == nextHandOver || batch.text.size() >= kMostBatchText) HandOver();
+        batch.Add(event);
+        if (++rows == nextHandOver || batch.text.size() >= kMostBatchText) HandOver();
     }
     void ParseError(int line) override
     {
@@ -149,7 +147,7 @@ public:
     bool Continue() override { return wanted; }
     void HandOver()
     {
-        nextHandOver = items + std::min(std::max(items, kFirstBatchItems), kMostBatchItems);
+        nextHandOver = rows + std::min(std::max(rows, kFirstBatchRows), kMostBatchRows);
         batch.position = file.Position();
         if (!wanted || !queue.Put(batch)) {
             // The reading ends with its next step.
@@ -162,8 +160,8 @@ private:
     Queue& queue;
     const SharedLogFile& file;
     Batch batch;
-    std::size_t items = 0;
-    std::size_t nextHandOver = kFirstBatchItems;
+    std::size_t rows = 0;
+    std::size_t nextHandOver = kFirstBatchRows;
     bool wanted = true;
 };
 
@@ -179,7 +177,7 @@ public:
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
-    Queue& Items() { return queue; }
+    Queue& Rows() { return queue; }
     LogReadResult Result()
     {
         thread.join();
@@ -208,18 +206,24 @@ private:
 
 }  // namespace
 
-LogReadResult ReadLogInBackground(const SharedLogFile& file, LogSink& sink, long long& position)
+LogReadResult ReadRows(const SharedLogFile& file, RowSink& sink)
+{
+    RowBuilder builder(sink);
+    return ReadLog(file.Descriptor(), builder);
+}
+
+LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position)
 {
     std::optional<Reading> reading;
     try {
         reading.emplace(file);
     } catch (const std::system_error&) {
         // No thread is to be had.
-        return ReadLog(file.Descriptor(), sink);
+        return ReadRows(file, sink);
     }
     Batch batch;
     while (true) {
-        const Queue::Taken taken = reading->Items().Take(batch);
+        const Queue::Taken taken = reading->Rows().Take(batch);
         if (taken == Queue::Taken::Nothing) return reading->Result();
         if (taken == Queue::Taken::NothingYet) {
             if (!sink.Continue()) return LogReadResult::Cancelled;

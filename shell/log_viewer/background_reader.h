@@ -4,14 +4,17 @@
 #pragma once
 
 #include "log_reader/log_reader.h"
+#include "shell/log_viewer/log_row.h"
 #include "shell/log_viewer/shared_log_file.h"
 
 namespace zelt {
 
-// As ReadLog, and the sink is called on the calling thread alone: Continue after each item, and while none comes several
-// times a second. Of an item only depth, image, flags and label are to be relied on, and its end is not told. `position` is
-// how far the file had been read when the item that the sink has last been given was. What the sink or the reading throws
-// passes through, when the reading has ended.
-LogReadResult ReadLogInBackground(const SharedLogFile& file, LogSink& sink, long long& position);
+// As ReadLog, on the calling thread.
+LogReadResult ReadRows(const SharedLogFile& file, RowSink& sink);
+
+// The same with a thread, and the sink is called on the calling thread alone: Continue after each row, and while none comes
+// several times a second. `position` is how far the file had been read when the row that the sink has last been given was.
+// What the sink or the reading throws passes through, when the reading has ended.
+LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position);
 
 }  // namespace zelt

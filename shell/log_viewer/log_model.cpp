@@ -51,21 +51,21 @@ bool AreEqual(std::string_view a, std::string_view b)
 
 }  // namespace
 
-ItemIndex LogModel::Add(const LogItem& item)
+ItemIndex LogModel::Add(const LogRow& row)
 {
     const ItemIndex index = Size();
     if (index == kNoItem) throw std::bad_alloc();
-    const auto depth = static_cast<std::size_t>(item.depth);
+    const auto depth = static_cast<std::size_t>(row.depth);
     if (open.capacity() <= depth) open.reserve(2 * depth + 16);
-    if (item.isError) {
+    if (row.isError) {
         if (errors.size() == errors.capacity()) errors.reserve(errors.size() + errors.size() / 2 + 64);
     }
     const ItemIndex parent = depth == 0 ? kNoItem : open[depth - 1];
-    items.Add({Intern(item.label), static_cast<std::uint32_t>(item.image), 0, parent, kNoItem});
+    items.Add({Intern(row.label), static_cast<std::uint32_t>(row.image), 0, parent, kNoItem});
     for (std::size_t level = depth; level < open.size(); ++level) items[open[level]].end = index;
     open.resize(depth);
     open.push_back(index);
-    if (item.isError) errors.push_back(index);
+    if (row.isError) errors.push_back(index);
     return index;
 }
 

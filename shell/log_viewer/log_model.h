@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "log_reader/log_reader.h"
 #include "shell/log_viewer/chunked_array.h"
+#include "shell/log_viewer/log_row.h"
 
 namespace zelt {
 
@@ -18,13 +18,13 @@ constexpr ItemIndex kNoItem = 0xFFFFFFFF;
 
 class LogModel {
 public:
-    // Items come in the order of the file. Throws std::bad_alloc, with the model as it was.
-    ItemIndex Add(const LogItem& item);
+    // Rows come in the order of the file, and each becomes an item. Throws std::bad_alloc, with the model as it was.
+    ItemIndex Add(const LogRow& row);
     // To be called after the last item and before anything below.
     void Finish();
 
     ItemIndex Size() const { return static_cast<ItemIndex>(items.Size()); }
-    LogImage Image(ItemIndex item) const { return static_cast<LogImage>(items[item].image); }
+    SmallImage Image(ItemIndex item) const { return static_cast<SmallImage>(items[item].image); }
     std::string_view Label(ItemIndex item) const;
     // Items with equal numbers, which are below LabelCount, have equal labels; so have, rarely, others.
     std::uint32_t LabelNumber(ItemIndex item) const { return items[item].label; }

@@ -28,7 +28,7 @@ bool LogTree::Insert(ItemIndex item, bool hasChildren)
     // The item keeps its text whole; text asked for on demand would be cut to the length that is drawn.
     std::wstring label = Widen(model->Label(item), CP_UTF8);
     record.item.pszText = label.data();
-    record.item.iImage = record.item.iSelectedImage = static_cast<int>(model->Image(item));
+    record.item.iImage = record.item.iSelectedImage = model->Image(item);
     record.item.cChildren = hasChildren;
     record.item.lParam = static_cast<LPARAM>(item);
     const HTREEITEM handle = TreeView_InsertItem(window, &record);

@@ -5,6 +5,7 @@
 
 #include "system/exception_text.h"
 #include "system/message.h"
+#include "log_reader/log_reader.h"
 #include "system/owners.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/view_log_dialog.h"

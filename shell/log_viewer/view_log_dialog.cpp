@@ -197,7 +197,7 @@ void CViewLogDlg::DrawErrorRow(NMLVDISPINFOW& request)
         shownError = Widen(model.Label(item), CP_UTF8);
         request.item.pszText = shownError.data();
     }
-    if (request.item.mask & LVIF_IMAGE) request.item.iImage = static_cast<int>(model.Image(item));
+    if (request.item.mask & LVIF_IMAGE) request.item.iImage = model.Image(item);
 }
 
 RECT CViewLogDlg::Gap() const

@@ -8,6 +8,7 @@
 #include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/view_log_dialog.h"
+#include "shell/small_images.h"
 
 namespace zelt {
 
@@ -64,7 +65,7 @@ void CViewLogDlg::RemoveQueries()
         LongTask task(Window());
         const LogTree::Unpainted unpainted(items);
         while (item < model.Size() && task.Continue()) {
-            if (model.IsRemoved(item) || model.Image(item) != LogImage::Info || !isQuery(item)) {
+            if (model.IsRemoved(item) || model.Image(item) != kImageInfo || !isQuery(item)) {
                 ++item;
                 continue;
             }

@@ -23,7 +23,7 @@ constexpr long long kLengthWithProgress = 50000;
 constexpr UINT_PTR kFillTimer = 1;
 
 // What a log is read into: the model, and the tree as long as the log promises to be in it whole.
-class ViewerSink final : public LogSink {
+class ViewerSink final : public RowSink {
 public:
     ViewerSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
                const bool& closed, std::function<void(int)> report)
@@ -38,11 +38,11 @@ public:
 
     long long& Position() { return position; }
 
-    void Item(const LogItem& item) override
+    void Row(const LogRow& row) override
     {
-        const ItemIndex index = model.Add(item);
+        const ItemIndex index = model.Add(row);
         if (index + 1 == nextEstimate) Estimate(index + 1);
-        if (filling) tree.FillUpTo(index, item.hasChildren);
+        if (filling) tree.FillUpTo(index, row.hasChildren);
     }
     void ParseError(int line) override { report(line); }
     bool Continue() override
@@ -92,7 +92,7 @@ void CViewLogDlg::Load()
 
     try {
         ViewerSink sink(model, items, file, progress.get(), closed, [this](int line) { ReportParseError(line); });
-        switch (progress ? ReadLogInBackground(file, sink, sink.Position()) : ReadLog(file.Descriptor(), sink)) {
+        switch (progress ? ReadRowsInBackground(file, sink, sink.Position()) : ReadRows(file, sink)) {
             case LogReadResult::NotReadable:
                 ShowBox(L"Failed to open file for reading", L"Error:", MB_ICONERROR);
                 break;

@@ -25,18 +25,16 @@ int Run(Words words, std::string& data)
 
 class Counter final : public LogSink {
 public:
-    void Item(const LogItem&) override { ++items; }
-    void ParseError(int) override {}
-    bool Continue() override { return true; }
-    std::size_t items = 0;
+    void Begin(const LogEvent&) override { ++events; }
+    std::size_t events = 0;
 };
 
-LogReadResult CountItems(std::string_view log, std::size_t& items)
+LogReadResult CountEvents(std::string_view log, std::size_t& events)
 {
     Counter counter;
     Pieces bytes(log, log.size());
     const LogReadResult result = ReadLog(bytes, counter);
-    items = counter.items;
+    events = counter.events;
     return result;
 }
 
@@ -68,9 +66,9 @@ void Test(std::string_view bytes)
 
     const int redacted = Run({"log", "redact", log.Path()}, data);
     std::size_t before = 0, after = 0;
-    const LogReadResult result = CountItems(bytes, before);
+    const LogReadResult result = CountEvents(bytes, before);
     if (redacted == ctl::kFine && result == LogReadResult::Complete) {
-        CHECK(CountItems(data, after) == LogReadResult::Complete);
+        CHECK(CountEvents(data, after) == LogReadResult::Complete);
         CHECK(before == after);
     }
 }

@@ -1,4 +1,4 @@
-// Any bytes are a log to the reader. What it gives is a tree whose items each end once and whose labels are UTF-8; how the
+// Any bytes are a log to the reader. What it gives is a tree whose events each end once and whose names and texts are UTF-8; how the
 // bytes come and who gives up when makes no difference.
 #include <algorithm>
 #include <cstdint>
@@ -28,7 +28,7 @@ bool IsUtf8(std::string_view text)
 
 struct Seen {
     LogReadResult result = LogReadResult::NotReadable;
-    std::vector<std::size_t> items;  // a number for each that stands for all that it says
+    std::vector<std::size_t> events;  // a number for each that stands for all that it says
     bool operator==(const Seen&) const = default;
 };
 
@@ -39,31 +39,35 @@ public:
         : seen(seen), mayLack(mayLack), wantsLines(wantsLines), stopAt(stopAt)
     {}
 
-    void Item(const LogItem& item) override
+    void Begin(const LogEvent& event) override
     {
-        CHECK(static_cast<std::size_t>(item.depth) == open);
-        CHECK(isParent || item.depth <= depth);
-        CHECK(!isParent || mayLack || item.depth == depth + 1);
-        CHECK(IsUtf8(item.label));
-        CHECK(item.nameLength <= item.label.size());
-        const bool hasParts = item.image >= LogImage::InwardCall && item.image <= LogImage::OutArgument;
-        if (hasParts) CHECK(NameOf(item).size() + ObjectOrTypeOf(item).size() < item.label.size());
-        CHECK(!(item.isError && item.hasChildren));
-        CHECK(wantsLines ? item.line > 0 : item.line == 0);
-        depth = item.depth;
-        isParent = item.hasChildren;
-        ++open;
-        std::size_t hash = std::hash<std::string_view>()(item.label);
-        for (const std::size_t part : {static_cast<std::size_t>(item.depth), static_cast<std::size_t>(item.image),
-                                       static_cast<std::size_t>(item.hasChildren), item.nameLength}) {
+        CHECK(static_cast<std::size_t>(event.depth) == open.size());
+        CHECK(isParent || event.depth <= depth);
+        CHECK(!isParent || mayLack || event.depth == depth + 1);
+        CHECK(IsUtf8(event.name));
+        CHECK(IsUtf8(event.text));
+        CHECK(event.kind <= EventKind::Other);
+        const bool hasName = event.kind == EventKind::Call || event.kind == EventKind::Argument;
+        CHECK(hasName || (event.name.empty() && !event.inward));
+        CHECK(!(event.isEmpty && event.hasChildren));
+        CHECK(wantsLines ? event.line > 0 : event.line == 0);
+        depth = event.depth;
+        isParent = event.hasChildren;
+        open.push_back(event.kind);
+        const std::hash<std::string_view> hashOf;
+        std::size_t hash = hashOf(event.text);
+        for (const std::size_t part :
+             {hashOf(event.name), static_cast<std::size_t>(event.depth), static_cast<std::size_t>(event.kind),
+              static_cast<std::size_t>(event.inward), static_cast<std::size_t>(event.hasChildren)}) {
             hash = hash * 31 + part;
         }
-        seen.items.push_back(hash);
+        seen.events.push_back(hash);
     }
-    void ItemEnd(int itemDepth) override
+    void End(EventKind kind, int eventDepth) override
     {
-        CHECK(open == static_cast<std::size_t>(itemDepth) + 1);
-        --open;
+        CHECK(open.size() == static_cast<std::size_t>(eventDepth) + 1);
+        CHECK(open.back() == kind);
+        open.pop_back();
     }
     void ParseError(int line) override { CHECK(line >= 0); }
     bool Continue() override { return ++ends != stopAt; }
@@ -71,8 +75,8 @@ public:
 
     void Finish() const
     {
-        CHECK(seen.items.empty() || !isParent || mayLack || seen.result == LogReadResult::Cancelled);
-        CHECK(open == 0 || seen.result == LogReadResult::Cancelled);
+        CHECK(seen.events.empty() || !isParent || mayLack || seen.result == LogReadResult::Cancelled);
+        CHECK(open.empty() || seen.result == LogReadResult::Cancelled);
     }
     std::size_t Ends() const { return ends; }
 
@@ -80,7 +84,8 @@ private:
     Seen& seen;
     const bool mayLack, wantsLines;
     const std::size_t stopAt;
-    std::size_t open = 0, ends = 0;
+    std::vector<EventKind> open;
+    std::size_t ends = 0;
     int depth = -1;
     bool isParent = true;
 };
@@ -113,8 +118,8 @@ void Test(std::string_view bytes)
     part.result = ReadLog(rest, third);
     third.Finish();
     CHECK(part.result == LogReadResult::Cancelled);
-    CHECK(part.items.size() <= whole.items.size() &&
-          std::equal(part.items.begin(), part.items.end(), whole.items.begin()));
+    CHECK(part.events.size() <= whole.events.size() &&
+          std::equal(part.events.begin(), part.events.end(), whole.events.begin()));
 }
 
 }  // namespace zelt::test

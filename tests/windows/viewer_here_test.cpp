@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 
+#include "log_reader/log_reader.h"
 #include "system/owners.h"
 #include "shell/log_viewer/log_viewer.h"
 #include "shell/log_viewer/view_log_dialog.h"

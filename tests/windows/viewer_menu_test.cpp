@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "res/resource.h"
+#include "log_reader/log_reader.h"
 #include "shell/log_viewer/view_log_dialog.h"
 
 namespace {

@@ -24,12 +24,15 @@ constexpr char kLastEntry[] =
     "  <argval value=\"&quot;Liquid&quot;\"/>\r\n"
     " </arg>\r\n";
 
-class LastItem final : public LogSink {
+class LastEvent final : public LogSink {
 public:
-    void Item(const LogItem& item) override { label = item.label; }
-    void ParseError(int) override {}
-    bool Continue() override { return true; }
-    std::string label;
+    void Begin(const LogEvent& event) override
+    {
+        kind = event.kind;
+        text = event.text;
+    }
+    EventKind kind = EventKind::Other;
+    std::string text;
 };
 
 class Ends : public ServedPackages {
@@ -56,11 +59,12 @@ protected:
         const std::string log = OnlyLog();
         EXPECT_TRUE(log.ends_with(kLastEntry)) << log;
         EXPECT_NE(std::string::npos, log.find("&quot;" + property + "&quot;"));
-        LastItem last;
+        LastEvent last;
         const int descriptor = _wopen(Logs().front().c_str(), _O_RDONLY | _O_BINARY);
         EXPECT_EQ(LogReadResult::Incomplete, zelt::ReadLog(descriptor, last));
         _close(descriptor);
-        EXPECT_EQ("\"Liquid\"", last.label);
+        EXPECT_EQ(EventKind::Value, last.kind);
+        EXPECT_EQ("\"Liquid\"", last.text);
     }
 
     void ForgetLogs() const

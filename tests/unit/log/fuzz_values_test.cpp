@@ -22,12 +22,8 @@ constexpr Shape kShapes[] = {kAnything, kStrings,  kOptionalStrings, kDoubles, k
 // Counts the elements of a log, and takes no error.
 class Counter final : public LogSink {
 public:
-    void Item(const LogItem& item) override
-    {
-        arguments += item.depth == 0 && (item.image == LogImage::InArgument || item.image == LogImage::OutArgument);
-    }
+    void Begin(const LogEvent& event) override { arguments += event.depth == 0 && event.kind == EventKind::Argument; }
     void ParseError(int line) override { ADD_FAILURE() << "line " << line; }
-    bool Continue() override { return true; }
     int arguments = 0;
 };
 

@@ -1,4 +1,4 @@
-// Names and descriptions as a package should not have them: they are logged safely, and the viewer reads them back.
+// Names and descriptions as a package should not have them: they are logged safely, and the reader gives them back.
 #include <fcntl.h>
 #include <io.h>
 
@@ -9,14 +9,33 @@
 namespace zelt::test {
 namespace {
 
-class Labels final : public LogSink {
+class Events final : public LogSink {
 public:
-    void Item(const LogItem& item) override { all.emplace_back(item.label); }
+    void Begin(const LogEvent& event) override
+    {
+        all.push_back({event.kind, std::string(event.name), std::string(event.text)});
+    }
     void ParseError(int) override { ++errors; }
-    bool Continue() override { return true; }
-    bool Have(std::string_view label) const { return std::find(all.begin(), all.end(), label) != all.end(); }
-    std::vector<std::string> all;
+    bool HaveCall(std::string_view name, std::string_view object) const { return Have(EventKind::Call, name, object); }
+    bool HaveValue(std::string_view value) const { return Have(EventKind::Value, {}, value); }
+    bool HaveError(std::string_view message) const { return Have(EventKind::Error, {}, message); }
+    bool Mention(std::string_view text) const
+    {
+        return std::any_of(all.begin(), all.end(), [&](const Event& e) { return e.name == text || e.text == text; });
+    }
     int errors = 0;
+
+private:
+    struct Event {
+        EventKind kind;
+        std::string name, text;
+    };
+    bool Have(EventKind kind, std::string_view name, std::string_view text) const
+    {
+        return std::any_of(all.begin(), all.end(),
+                           [&](const Event& e) { return e.kind == kind && e.name == name && e.text == text; });
+    }
+    std::vector<Event> all;
 };
 
 class HostileTexts : public ProxyFixture {
@@ -24,7 +43,7 @@ protected:
     HostileTexts() { PrepareLogReader(); }
 
     // Logs a material of this name in a call that fails with this description, and reads the log.
-    LogReadResult Log(const std::wstring& materialName, const std::wstring& description, Labels& labels)
+    LogReadResult Log(const std::wstring& materialName, const std::wstring& description, Events& events)
     {
         const ComPtr<FakePackage> package = MakeFake<FakePackage>();
         const ComPtr<FakeMaterial> material = MakeFake<FakeMaterial>();
@@ -42,12 +61,12 @@ protected:
         EXPECT_EQ(package->result, As<ICapeThermoMaterialContext>(proxy)->SetMaterial(face.Get()));
         package->duringCall = {};
         proxy.Reset();
-        return Read(labels);
+        return Read(events);
     }
-    LogReadResult Read(Labels& labels) const
+    LogReadResult Read(Events& events) const
     {
         const int descriptor = _wopen(path.c_str(), _O_RDONLY | _O_BINARY);
-        const LogReadResult result = ReadLog(descriptor, labels);
+        const LogReadResult result = ReadLog(descriptor, events);
         _close(descriptor);
         return result;
     }
@@ -82,11 +101,11 @@ TEST_F(HostileTexts, AreLoggedAndReadBack)
     // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        Labels labels;
-        EXPECT_EQ(LogReadResult::Complete, Log(row.text, row.text, labels));
-        EXPECT_TRUE(labels.Have(std::string("ICapeThermoMaterial::ClearAllProps (") + row.shown + ")"));
-        EXPECT_TRUE(labels.Have(std::string("ECapeComputationHR: ") + row.shown));
-        EXPECT_FALSE(labels.Have("forged"));
+        Events events;
+        EXPECT_EQ(LogReadResult::Complete, Log(row.text, row.text, events));
+        EXPECT_TRUE(events.HaveCall("ICapeThermoMaterial::ClearAllProps", row.shown));
+        EXPECT_TRUE(events.HaveError(std::string("ECapeComputationHR: ") + row.shown));
+        EXPECT_FALSE(events.Mention("forged"));
         BeginAnew();
     }
 }
@@ -103,11 +122,11 @@ TEST_F(HostileTexts, OfNineMegabytesAreReadBackWhole)
     } rows[] = {{"description", L"Feed", huge}, {"name", huge, L"short"}, {"markup", markup, markup}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        Labels labels;
-        EXPECT_EQ(LogReadResult::Complete, Log(row.name, row.description, labels));
-        EXPECT_EQ(0, labels.errors);
-        EXPECT_TRUE(labels.Have("ECapeComputationHR: " + Narrow(row.description)));
-        EXPECT_TRUE(labels.Have("ICapeThermoMaterial::ClearAllProps (" + Narrow(row.name) + ")"));
+        Events events;
+        EXPECT_EQ(LogReadResult::Complete, Log(row.name, row.description, events));
+        EXPECT_EQ(0, events.errors);
+        EXPECT_TRUE(events.HaveError("ECapeComputationHR: " + Narrow(row.description)));
+        EXPECT_TRUE(events.HaveCall("ICapeThermoMaterial::ClearAllProps", Narrow(row.name)));
         BeginAnew();
     }
 }
@@ -121,20 +140,20 @@ TEST_F(HostileTexts, OfThePackageItselfAreReadBackWhole)
         EXPECT_EQ(S_OK, As<ICapeIdentification>(proxy)->put_ComponentName(_bstr_t(text.c_str())));
         EXPECT_EQ(S_OK, As<ICapeUtilities>(proxy)->Initialize());
         proxy.Reset();
-        Labels labels;
-        EXPECT_EQ(LogReadResult::Complete, Read(labels));
-        EXPECT_TRUE(labels.Have("\"" + Narrow(text) + "\""));
-        EXPECT_TRUE(labels.Have("ICapeUtilities::Initialize (" + Narrow(text) + ")"));
+        Events events;
+        EXPECT_EQ(LogReadResult::Complete, Read(events));
+        EXPECT_TRUE(events.HaveValue("\"" + Narrow(text) + "\""));
+        EXPECT_TRUE(events.HaveCall("ICapeUtilities::Initialize", Narrow(text)));
         BeginAnew();
     }
 }
 
 TEST_F(HostileTexts, BeyondTheReadersLimitEndWithWhatStandsBefore)
 {
-    Labels labels;
-    EXPECT_EQ(LogReadResult::Incomplete, Log(L"Feed", std::wstring(11'000'000, L'x'), labels));
-    EXPECT_LT(0, labels.errors);
-    EXPECT_TRUE(labels.Have("ICapeThermoMaterial::ClearAllProps (Feed)"));
+    Events events;
+    EXPECT_EQ(LogReadResult::Incomplete, Log(L"Feed", std::wstring(11'000'000, L'x'), events));
+    EXPECT_LT(0, events.errors);
+    EXPECT_TRUE(events.HaveCall("ICapeThermoMaterial::ClearAllProps", "Feed"));
     // The log itself has everything.
     const std::string log = ReadWhole(path);
     EXPECT_LT(11'000'000u, log.size());

@@ -59,9 +59,7 @@ protected:
     LogReadResult Check() const
     {
         struct Sink final : LogSink {
-            void Item(const LogItem&) override {}
-            void ParseError(int) override {}
-            bool Continue() override { return true; }
+            void Begin(const LogEvent&) override {}
         } sink;
         const int descriptor = _wopen(path.c_str(), _O_RDONLY | _O_BINARY);
         const LogReadResult result = ReadLog(descriptor, sink);

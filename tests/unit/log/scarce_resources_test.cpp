@@ -48,9 +48,7 @@ protected:
     static LogReadResult Check(const std::wstring& log)
     {
         struct Sink final : LogSink {
-            void Item(const LogItem&) override {}
-            void ParseError(int) override {}
-            bool Continue() override { return true; }
+            void Begin(const LogEvent&) override {}
         } sink;
         const int descriptor = _wopen(log.c_str(), _O_RDONLY | _O_BINARY);
         if (descriptor < 0) return LogReadResult::NotReadable;

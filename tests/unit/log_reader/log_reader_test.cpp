@@ -1,4 +1,4 @@
-// The parse of logs: labels, images, cut-off and damaged files.
+// The parse of logs: kinds, names and texts, cut-off and damaged files.
 #include "log_reader/log_reader.h"
 
 #include <windows.h>
@@ -20,32 +20,47 @@
 namespace zelt::test {
 namespace {
 
-struct Item {
+using enum EventKind;
+
+struct Event {
     int depth;
-    int image;
+    EventKind kind;
+    bool inward;
     bool hasChildren;
-    bool isError;
-    std::string label;
-    bool operator==(const Item&) const = default;
+    bool isEmpty;
+    std::string name;
+    std::string text;
+    bool operator==(const Event&) const = default;
 };
 
-void PrintTo(const Item& item, std::ostream* out)
+void PrintTo(const Event& event, std::ostream* out)
 {
-    *out << item.depth << ' ' << item.image << (item.hasChildren ? " parent " : " ") << (item.isError ? "error " : "")
-         << item.label.substr(0, 200);
+    *out << event.depth << " kind " << static_cast<int>(event.kind) << (event.inward ? " inward" : "")
+         << (event.hasChildren ? " parent" : "") << (event.isEmpty ? " empty" : "") << " \""
+         << event.name.substr(0, 200) << "\" \"" << event.text.substr(0, 200) << '"';
 }
 
 class Collector final : public LogSink {
 public:
-    void Item(const LogItem& item) override
+    void Begin(const LogEvent& event) override
     {
-        items.push_back(
-            {item.depth, static_cast<int>(item.image), item.hasChildren, item.isError, std::string(item.label)});
+        events.push_back({event.depth, event.kind, event.inward, event.hasChildren, event.isEmpty,
+                          std::string(event.name), std::string(event.text)});
+        open.push_back(event.kind);
+        EXPECT_EQ(static_cast<std::size_t>(event.depth) + 1, open.size());
+    }
+    // Each event ends once, as what it began as.
+    void End(EventKind kind, int depth) override
+    {
+        ASSERT_EQ(static_cast<std::size_t>(depth) + 1, open.size());
+        EXPECT_EQ(open.back(), kind);
+        open.pop_back();
     }
     void ParseError(int line) override { lines.push_back(line); }
     bool Continue() override { return ++ends != stopAt; }
 
-    std::vector<test::Item> items;
+    std::vector<Event> events;
+    std::vector<EventKind> open;
     std::vector<int> lines;
     int ends = 0;
     int stopAt = 0;
@@ -86,47 +101,68 @@ std::string InLog(const std::string& content)
 struct ElementCase {
     const char* name;
     const char* xml;
-    std::vector<Item> expected;
+    std::vector<Event> expected;
 };
 
 const ElementCase kElements[] = {
-    {"info", "<info value=\"a &lt;b&gt; &amp; &quot;c&quot;\"/>", {{0, 2, false, false, "a <b> & \"c\""}}},
-    {"info without value", "<info/>", {{0, 2, false, false, "<no information>"}}},
-    {"info with an empty value", "<info value=\"\"/>", {{0, 2, false, false, ""}}},
-    {"error", "<error value=\"e\"/>", {{0, 3, false, true, "e"}}},
-    {"error without value", "<error/>", {{0, 3, false, true, "<no information>"}}},
-    {"error that is not empty", "<error value=\"e\"></error>", {{0, 3, false, false, "e"}}},
+    {"info", "<info value=\"a &lt;b&gt; &amp; &quot;c&quot;\"/>", {{0, Info, false, false, true, "", "a <b> & \"c\""}}},
+    {"info without value", "<info/>", {{0, Info, false, false, true, "", "<no information>"}}},
+    {"info with an empty value", "<info value=\"\"/>", {{0, Info, false, false, true, "", ""}}},
+    {"error", "<error value=\"e\"/>", {{0, Error, false, false, true, "", "e"}}},
+    {"error without value", "<error/>", {{0, Error, false, false, true, "", "<no information>"}}},
+    {"error that is not empty", "<error value=\"e\"></error>", {{0, Error, false, false, false, "", "e"}}},
     {"error with a child",
      "<error value=\"e\"><info value=\"i\"/></error>",
-     {{0, 3, true, false, "e"}, {1, 2, false, false, "i"}}},
-    {"warning", "<warning value=\"w\"/>", {{0, 10, false, true, "w"}}},
-    {"inward call", "<func name=\"A::B\" direc=\"in\" object=\"o\"></func>", {{0, 4, false, false, "A::B (o)"}}},
-    {"outward call", "<func name=\"A::B\" direc=\"out\" object=\"o\"></func>", {{0, 5, false, false, "A::B (o)"}}},
-    {"call of another direction", "<func name=\"A\" direc=\"IN\" object=\"o\"/>", {{0, 5, false, false, "A (o)"}}},
-    {"call without direction", "<func name=\"A\" object=\"o\"/>", {{0, 5, false, false, "A (o)"}}},
-    {"call without anything", "<func/>", {{0, 5, false, false, " ()"}}},
+     {{0, Error, false, true, false, "", "e"}, {1, Info, false, false, true, "", "i"}}},
+    {"warning", "<warning value=\"w\"/>", {{0, Warning, false, false, true, "", "w"}}},
+    {"warning that is not empty", "<warning value=\"w\"></warning>", {{0, Warning, false, false, false, "", "w"}}},
+    {"inward call",
+     "<func name=\"A::B\" direc=\"in\" object=\"o\"></func>",
+     {{0, Call, true, false, false, "A::B", "o"}}},
+    {"outward call",
+     "<func name=\"A::B\" direc=\"out\" object=\"o\"></func>",
+     {{0, Call, false, false, false, "A::B", "o"}}},
+    {"call of another direction",
+     "<func name=\"A\" direc=\"IN\" object=\"o\"/>",
+     {{0, Call, false, false, true, "A", "o"}}},
+    {"call without direction", "<func name=\"A\" object=\"o\"/>", {{0, Call, false, false, true, "A", "o"}}},
+    {"call without anything", "<func/>", {{0, Call, false, false, true, "", ""}}},
+    {"call with brackets in its parts",
+     "<func name=\"A (b)\" direc=\"in\" object=\"c (type: d)\"/>",
+     {{0, Call, true, false, true, "A (b)", "c (type: d)"}}},
     {"in argument",
      "<arg name=\"n\" direc=\"in\" type=\"VT_ARRAY|VT_R8\"><argval value=\"1\"/></arg>",
-     {{0, 6, true, false, "n (type: VT_ARRAY|VT_R8)"}, {1, 8, false, false, "1"}}},
-    {"out argument", "<arg name=\"n\" direc=\"out\" type=\"t\"/>", {{0, 7, false, false, "n (type: t)"}}},
-    {"value without value", "<argval/>", {{0, 8, false, false, "<no information>"}}},
-    {"another element", "<port kind=\"material\" name=\"Feed 1\"/>", {{0, 8, false, false, "port material Feed 1"}}},
-    {"another element without attributes", "<port></port>", {{0, 8, false, false, "port"}}},
-    {"a root inside", "<zeltlogdocument/>", {{0, 8, false, false, "zeltlogdocument"}}},
+     {{0, Argument, true, true, false, "n", "VT_ARRAY|VT_R8"}, {1, Value, false, false, true, "", "1"}}},
+    {"out argument", "<arg name=\"n\" direc=\"out\" type=\"t\"/>", {{0, Argument, false, false, true, "n", "t"}}},
+    {"message with the attributes of a call",
+     "<info name=\"n\" direc=\"in\" object=\"o\" value=\"v\"/>",
+     {{0, Info, false, false, true, "", "v"}}},
+    {"value without value", "<argval/>", {{0, Value, false, false, true, "", "<no information>"}}},
+    {"another element",
+     "<port kind=\"material\" name=\"Feed 1\"/>",
+     {{0, Other, false, false, true, "", "port material Feed 1"}}},
+    {"another element without attributes", "<port></port>", {{0, Other, false, false, false, "", "port"}}},
+    {"a known name of another namespace",
+     "<info xmlns=\"x\" value=\"v\"/>",
+     {{0, Other, false, false, true, "", "info x v"}}},
+    {"a root inside", "<zeltlogdocument/>", {{0, Other, false, false, true, "", "zeltlogdocument"}}},
     {"characters that are no element", "text <!-- <info/> --> <![CDATA[<info/>]]> <?info?>", {}},
     {"siblings behind a parent",
      "<func name=\"f\" direc=\"in\" object=\"o\"><info value=\"1\"/></func><info value=\"2\"/>",
-     {{0, 4, true, false, "f (o)"}, {1, 2, false, false, "1"}, {0, 2, false, false, "2"}}},
+     {{0, Call, true, true, false, "f", "o"},
+      {1, Info, false, false, true, "", "1"},
+      {0, Info, false, false, true, "", "2"}}},
 };
 
-TEST(LogReader, GivesEachElementItsImageAndLabel)
+TEST(LogReader, GivesEachElementItsKindNameAndText)
 {
     const Scratch scratch;
     for (const ElementCase& element : kElements) {
         SCOPED_TRACE(element.name);
         Collector collector;
         EXPECT_EQ(LogReadResult::Complete, scratch.Read(InLog(element.xml), collector));
-        EXPECT_EQ(element.expected, collector.items);
+        EXPECT_EQ(element.expected, collector.events);
+        EXPECT_TRUE(collector.open.empty());
         EXPECT_TRUE(collector.lines.empty());
     }
 }
@@ -135,8 +171,9 @@ TEST(LogReader, ShowsARootOfAnotherKind)
 {
     Collector collector;
     EXPECT_EQ(LogReadResult::Complete, Scratch().Read("<other a=\"b\"><info/></other>", collector));
-    const std::vector<Item> expected = {{0, 8, true, false, "other b"}, {1, 2, false, false, "<no information>"}};
-    EXPECT_EQ(expected, collector.items);
+    const std::vector<Event> expected = {{0, Other, false, true, false, "", "other b"},
+                                         {1, Info, false, false, true, "", "<no information>"}};
+    EXPECT_EQ(expected, collector.events);
 }
 
 TEST(LogReader, KeepsAValueOfFiveThousandBytes)
@@ -144,15 +181,15 @@ TEST(LogReader, KeepsAValueOfFiveThousandBytes)
     const std::string value(5000, 'x');
     Collector collector;
     EXPECT_EQ(LogReadResult::Complete, Scratch().Read(InLog("<info value=\"" + value + "\"/>"), collector));
-    ASSERT_EQ(1u, collector.items.size());
-    EXPECT_EQ(value, collector.items[0].label);
+    ASSERT_EQ(1u, collector.events.size());
+    EXPECT_EQ(value, collector.events[0].text);
 }
 
 TEST(LogReader, ReadsAnEmptyFileAsAnError)
 {
     Collector collector;
     EXPECT_EQ(LogReadResult::Incomplete, Scratch().Read("", collector));
-    EXPECT_TRUE(collector.items.empty());
+    EXPECT_TRUE(collector.events.empty());
 }
 
 TEST(LogReader, TellsTheLineOfAnError)
@@ -161,8 +198,8 @@ TEST(LogReader, TellsTheLineOfAnError)
     EXPECT_EQ(LogReadResult::Incomplete, Scratch().Read("<zeltlogdocument>\n<info value=\"1\"/>\n<info <", collector));
     ASSERT_FALSE(collector.lines.empty());
     EXPECT_EQ(3, collector.lines.front());
-    ASSERT_EQ(1u, collector.items.size());
-    EXPECT_EQ("1", collector.items[0].label);
+    ASSERT_EQ(1u, collector.events.size());
+    EXPECT_EQ("1", collector.events[0].text);
 }
 
 TEST(LogReader, StopsWhenTheSinkHasEnough)
@@ -173,7 +210,7 @@ TEST(LogReader, StopsWhenTheSinkHasEnough)
         Collector collector;
         collector.stopAt = 7;
         EXPECT_EQ(LogReadResult::Cancelled, Scratch().Read(InLog(many), collector));
-        EXPECT_EQ(7u, collector.items.size());
+        EXPECT_EQ(7u, collector.events.size());
     }
 }
 
@@ -186,15 +223,15 @@ TEST(LogReader, EndsAtTheParsersLimits)
     Collector deep;
     EXPECT_EQ(LogReadResult::Incomplete, scratch.Read(InLog(nested), deep));
     EXPECT_FALSE(deep.lines.empty());
-    EXPECT_GE(deep.items.size(), 254u);
-    EXPECT_LE(deep.items.size(), 256u);
+    EXPECT_GE(deep.events.size(), 254u);
+    EXPECT_LE(deep.events.size(), 256u);
 
     Collector huge;
     EXPECT_EQ(LogReadResult::Incomplete,
               scratch.Read(InLog("<info value=\"1\"/><info value=\"" + std::string(10'000'100, 'x') + "\"/>"), huge));
     EXPECT_FALSE(huge.lines.empty());
-    ASSERT_GE(huge.items.size(), 1u);
-    EXPECT_EQ("1", huge.items[0].label);
+    ASSERT_GE(huge.events.size(), 1u);
+    EXPECT_EQ("1", huge.events[0].text);
 }
 
 TEST(LogReader, ExpandsNoEntityAndReadsNoOtherFile)
@@ -206,8 +243,9 @@ TEST(LogReader, ExpandsNoEntityAndReadsNoOtherFile)
         "<zeltlogdocument><info value=\"a &own; b\"/>&other;<info value=\"2\"/></zeltlogdocument>";
     Collector collector;
     scratch.Read(text, collector);
-    const std::vector<Item> expected = {{0, 2, false, false, "a &own; b"}, {0, 2, false, false, "2"}};
-    EXPECT_EQ(expected, collector.items);
+    const std::vector<Event> expected = {{0, Info, false, false, true, "", "a &own; b"},
+                                         {0, Info, false, false, true, "", "2"}};
+    EXPECT_EQ(expected, collector.events);
 
     std::string bomb = "<?xml version=\"1.0\"?><!DOCTYPE zeltlogdocument [<!ENTITY e0 \"xxxxxxxxxx\">";
     for (int i = 1; i < 12; ++i) {
@@ -220,7 +258,7 @@ TEST(LogReader, ExpandsNoEntityAndReadsNoOtherFile)
     const ULONGLONG start = GetTickCount64();
     scratch.Read(bomb, bombed);
     EXPECT_LT(GetTickCount64() - start, 10'000u);
-    for (const Item& item : bombed.items) EXPECT_LT(item.label.size(), 100u);
+    for (const Event& event : bombed.events) EXPECT_LT(event.text.size(), 100u);
 }
 
 // A log with every kind of entry, as the server writes it.
@@ -264,9 +302,10 @@ TEST_F(WrittenLog, IsReadWholeWhateverItsPlaceInTheParsersBuffer)
     const std::string log = Write();
     Collector whole;
     ASSERT_EQ(LogReadResult::Complete, scratch.Read(log, whole));
-    EXPECT_EQ(StartTagEnds(log).size(), whole.items.size());
-    EXPECT_EQ(1, std::count_if(whole.items.begin(), whole.items.end(),
-                               [](const Item& item) { return item.label == "object not created"; }));
+    EXPECT_EQ(StartTagEnds(log).size(), whole.events.size());
+    EXPECT_EQ(1, std::count_if(whole.events.begin(), whole.events.end(), [](const Event& event) {
+                  return event.kind == Error && event.text == "object not created";
+              }));
 }
 
 TEST_F(WrittenLog, CutAtEachByteGivesWhatStandsBeforeTheCut)
@@ -284,11 +323,14 @@ TEST_F(WrittenLog, CutAtEachByteGivesWhatStandsBeforeTheCut)
         ASSERT_EQ(cut < rootEnd, !collector.lines.empty()) << cut;
         const auto expected = static_cast<std::size_t>(
             std::count_if(ends.begin(), ends.end(), [&](std::size_t end) { return end <= cut; }));
-        ASSERT_EQ(expected, collector.items.size()) << log.substr(cut > 200 ? cut - 200 : 0, 200);
+        ASSERT_TRUE(collector.open.empty()) << cut;
+        ASSERT_EQ(expected, collector.events.size()) << log.substr(cut > 200 ? cut - 200 : 0, 200);
         for (std::size_t i = 0; i < expected; ++i) {
-            ASSERT_EQ(whole.items[i].label, collector.items[i].label) << cut;
-            ASSERT_EQ(whole.items[i].depth, collector.items[i].depth) << cut;
-            ASSERT_EQ(whole.items[i].image, collector.items[i].image) << cut;
+            ASSERT_EQ(whole.events[i].name, collector.events[i].name) << cut;
+            ASSERT_EQ(whole.events[i].text, collector.events[i].text) << cut;
+            ASSERT_EQ(whole.events[i].depth, collector.events[i].depth) << cut;
+            ASSERT_EQ(whole.events[i].kind, collector.events[i].kind) << cut;
+            ASSERT_EQ(whole.events[i].inward, collector.events[i].inward) << cut;
         }
     }
 }
@@ -320,11 +362,11 @@ TEST_F(WrittenLog, MutatedNeitherCrashesNorHangsNorLeaks)
         incomplete += scratch.Read(mutated, collector) == LogReadResult::Incomplete;
         int depth = -1;
         bool parent = true;
-        for (const Item& item : collector.items) {
-            ASSERT_EQ(parent, item.depth == depth + 1) << "run " << run;
-            ASSERT_LE(item.depth, depth + 1) << "run " << run;
-            depth = item.depth;
-            parent = item.hasChildren;
+        for (const Event& event : collector.events) {
+            ASSERT_EQ(parent, event.depth == depth + 1) << "run " << run;
+            ASSERT_LE(event.depth, depth + 1) << "run " << run;
+            depth = event.depth;
+            parent = event.hasChildren;
         }
     }
     EXPECT_GT(incomplete, runs / 2);

@@ -16,15 +16,15 @@ namespace {
 constexpr int kCalls = 3000;
 
 // Everything that it is told, a line each.
-class Recorder final : public LogSink {
+class Recorder final : public RowSink {
 public:
-    void Item(const LogItem& item) override
+    void Row(const LogRow& row) override
     {
         EXPECT_EQ(owner, GetCurrentThreadId());
         ++items;
         if (onItem) onItem(items);
-        told += std::to_string(item.depth) + ' ' + std::to_string(static_cast<int>(item.image)) +
-                (item.hasChildren ? " parent " : " ") + (item.isError ? "error " : "") + std::string(item.label) + '\n';
+        told += std::to_string(row.depth) + ' ' + std::to_string(row.image) + (row.hasChildren ? " parent " : " ") +
+                (row.isError ? "error " : "") + std::string(row.label) + '\n';
     }
     void ParseError(int line) override
     {
@@ -68,7 +68,7 @@ protected:
         SharedLogFile file;
         EXPECT_EQ(0u, file.Open(path));
         size = file.Size();
-        return inBackground ? ReadLogInBackground(file, sink, position) : ReadLog(file.Descriptor(), sink);
+        return inBackground ? ReadRowsInBackground(file, sink, position) : ReadRows(file, sink);
     }
     void ExpectTheSame()
     {

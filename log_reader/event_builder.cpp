@@ -1,12 +1,10 @@
-#include "log_reader/item_builder.h"
+#include "log_reader/event_builder.h"
 
 #include "log_reader/element_lines.h"
 #include "log_reader/utf8.h"
 
 namespace zelt {
 namespace {
-
-constexpr std::string_view kObjectMark = " (", kTypeMark = " (type: ";
 
 void Append(std::string& out, const xmlChar* text) { AppendUtf8(out, reinterpret_cast<const char*>(text)); }
 
@@ -76,77 +74,80 @@ LogNames::LogNames(xmlTextReaderPtr reader)
 }
 
 // A log's root is no call and no message. Any other root is shown like the rest.
-bool ItemBuilder::IsLogRoot(const xmlNode* element) const
+bool EventBuilder::IsLogRoot(const xmlNode* element) const
 {
     return element->name == names.root && !element->ns && element->parent && element->parent->type == XML_DOCUMENT_NODE;
 }
 
-bool ItemBuilder::IsInward(const xmlNode* element) const
+bool EventBuilder::IsInward(const xmlNode* element) const
 {
     const xmlAttr* direction = FindAttribute(element, names.direction);
     const xmlNode* text = direction ? direction->children : nullptr;
     return text && !text->next && text->type == XML_TEXT_NODE && xmlStrEqual(text->content, BAD_CAST "in");
 }
 
-void ItemBuilder::DescribeMessage(LogImage messageImage, const xmlNode* element)
+void EventBuilder::DescribeNamed(EventKind namedKind, const xmlNode* element, const xmlChar* textName)
 {
-    image = messageImage;
+    kind = namedKind;
+    inward = IsInward(element);
+    AppendAttribute(words, element, names.name);
+    nameLength = words.size();
+    AppendAttribute(words, element, textName);
+}
+
+void EventBuilder::DescribeMessage(EventKind messageKind, const xmlNode* element)
+{
+    kind = messageKind;
     if (const xmlAttr* text = FindAttribute(element, names.value)) {
-        AppendValue(label, *text);
+        AppendValue(words, *text);
     } else {
-        label += "<no information>";
+        words += "<no information>";
     }
 }
 
-void ItemBuilder::Describe(const xmlNode* element)
+void EventBuilder::DescribeOther(const xmlNode* element)
 {
-    label.clear();
+    kind = EventKind::Other;
+    AppendEverything(words, element);
+}
+
+void EventBuilder::Describe(const xmlNode* element)
+{
+    words.clear();
     nameLength = 0;
-    known = true;
+    inward = false;
     line = LineOf(element);
     // Null is none of the names.
-    const xmlChar* const kind = element->ns ? nullptr : element->name;
-    if (kind == names.argval) {
-        DescribeMessage(LogImage::Value, element);
-    } else if (kind == names.arg) {
-        image = IsInward(element) ? LogImage::InArgument : LogImage::OutArgument;
-        AppendAttribute(label, element, names.name);
-        nameLength = label.size();
-        label += kTypeMark;
-        AppendAttribute(label, element, names.type);
-        label += ')';
-    } else if (kind == names.func) {
-        image = IsInward(element) ? LogImage::InwardCall : LogImage::OutwardCall;
-        AppendAttribute(label, element, names.name);
-        nameLength = label.size();
-        label += kObjectMark;
-        AppendAttribute(label, element, names.object);
-        label += ')';
-    } else if (kind == names.info) {
-        DescribeMessage(LogImage::Info, element);
-    } else if (kind == names.error) {
-        DescribeMessage(LogImage::Error, element);
-    } else if (kind == names.warning) {
-        DescribeMessage(LogImage::Warning, element);
+    const xmlChar* const tag = element->ns ? nullptr : element->name;
+    if (tag == names.argval) {
+        DescribeMessage(EventKind::Value, element);
+    } else if (tag == names.arg) {
+        DescribeNamed(EventKind::Argument, element, names.type);
+    } else if (tag == names.func) {
+        DescribeNamed(EventKind::Call, element, names.object);
+    } else if (tag == names.info) {
+        DescribeMessage(EventKind::Info, element);
+    } else if (tag == names.error) {
+        DescribeMessage(EventKind::Error, element);
+    } else if (tag == names.warning) {
+        DescribeMessage(EventKind::Warning, element);
     } else {
-        DescribeUnknown(element);
+        DescribeOther(element);
     }
 }
 
-void ItemBuilder::DescribeUnknown(const xmlNode* element)
-{
-    image = LogImage::Value;
-    known = false;
-    AppendEverything(label, element);
-}
-
-void ItemBuilder::Deliver(bool hasChildren, bool isError)
+void EventBuilder::Deliver(bool hasChildren, bool isEmpty)
 {
     waiting = false;
-    sink.Item({depth, image, hasChildren, isError, label, nameLength, known, line});
+    open.resize(static_cast<std::size_t>(depth));
+    open.push_back(kind);
+    const std::string_view all = words;
+    sink.Begin({kind, inward, hasChildren, depth, line, all.substr(0, nameLength), all.substr(nameLength), isEmpty});
 }
 
-bool ItemBuilder::Start(const xmlNode* element, bool empty)
+void EventBuilder::SendEnd() { sink.End(open[static_cast<std::size_t>(depth)], depth); }
+
+bool EventBuilder::Start(const xmlNode* element, bool empty)
 {
     if (IsLogRoot(element)) return true;
     if (waiting) {
@@ -158,12 +159,12 @@ bool ItemBuilder::Start(const xmlNode* element, bool empty)
         waiting = true;
         return true;
     }
-    Deliver(false, image == LogImage::Error || image == LogImage::Warning);
-    sink.ItemEnd(depth);
+    Deliver(false, true);
+    SendEnd();
     return sink.Continue();
 }
 
-bool ItemBuilder::End(const xmlNode* element)
+bool EventBuilder::End(const xmlNode* element)
 {
     if (IsLogRoot(element)) return true;
     if (waiting) {
@@ -171,36 +172,25 @@ bool ItemBuilder::End(const xmlNode* element)
     } else if (depth > 0) {
         --depth;
     }
-    sink.ItemEnd(depth);
+    SendEnd();
     return sink.Continue();
 }
 
-void ItemBuilder::Flush()
+void EventBuilder::Flush()
 {
     if (!waiting) return;
     Deliver(true, false);
     ++depth;
 }
 
-void ItemBuilder::Finish()
+void EventBuilder::Finish()
 {
     if (waiting)
         Deliver(false, false);
     else
         --depth;
     // What the parser left open ends with the file.
-    for (; depth >= 0; --depth) sink.ItemEnd(depth);
-}
-
-std::string_view NameOf(const LogItem& item) { return item.label.substr(0, item.nameLength); }
-
-std::string_view ObjectOrTypeOf(const LogItem& item)
-{
-    const bool isCall = item.image == LogImage::InwardCall || item.image == LogImage::OutwardCall;
-    std::string_view rest = item.label;
-    rest.remove_prefix(item.nameLength + (isCall ? kObjectMark : kTypeMark).size());
-    rest.remove_suffix(1);
-    return rest;
+    for (; depth >= 0; --depth) SendEnd();
 }
 
 }  // namespace zelt

@@ -1,0 +1,64 @@
+// Turns the starts and ends of elements into events. An element's event waits until its first child or its end shows
+// whether it has children, so events leave in the order of the file. Owns the name and the text being put together.
+#pragma once
+
+#include <libxml/tree.h>
+#include <libxml/xmlreader.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "log_reader/log_event.h"
+
+namespace zelt {
+
+// The names that logs use, as the reader's dictionary has them: there a name has one address, and comparing addresses does.
+struct LogNames {
+    explicit LogNames(xmlTextReaderPtr reader);
+
+    const xmlChar *root, *func, *arg, *argval, *info, *error, *warning;  // elements
+    const xmlChar *value, *name, *object, *type, *direction;             // attributes
+};
+
+class EventBuilder {
+public:
+    // The elements are those of the reader's document.
+    EventBuilder(xmlTextReaderPtr reader, LogSink& sink) : names(reader), sink(sink) {}
+    EventBuilder(const EventBuilder&) = delete;
+    EventBuilder& operator=(const EventBuilder&) = delete;
+
+    // The answer is false when the sink wants no more. An empty element has no end of its own.
+    bool Start(const xmlNode* element, bool empty);
+    bool End(const xmlNode* element);
+
+    // Lets out an event that waits for its first child: the child may be long in coming.
+    void Flush();
+
+    // The file is over, though elements may be open: an event that waits has no children.
+    void Finish();
+
+private:
+    void Describe(const xmlNode* element);
+    void DescribeNamed(EventKind namedKind, const xmlNode* element, const xmlChar* textName);
+    void DescribeMessage(EventKind messageKind, const xmlNode* element);
+    void DescribeOther(const xmlNode* element);
+    void Deliver(bool hasChildren, bool isEmpty);
+    void SendEnd();
+    bool IsLogRoot(const xmlNode* element) const;
+    bool IsInward(const xmlNode* element) const;
+
+    const LogNames names;
+    LogSink& sink;
+    int depth = 0;
+    std::vector<EventKind> open;  // the kinds down to the latest event, by depth
+    bool waiting = false;
+    // Of the event that waits. Its name and its text share one buffer.
+    EventKind kind = EventKind::Other;
+    bool inward = false;
+    int line = 0;
+    std::size_t nameLength = 0;
+    std::string words;
+};
+
+}  // namespace zelt

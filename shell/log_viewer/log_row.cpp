@@ -1,0 +1,53 @@
+#include "shell/log_viewer/log_row.h"
+
+namespace zelt {
+namespace {
+
+// The text of an event without a name is its label as it is.
+bool HasName(const LogEvent& event) { return event.kind == EventKind::Call || event.kind == EventKind::Argument; }
+
+}  // namespace
+
+SmallImage ImageOf(const LogEvent& event)
+{
+    switch (event.kind) {
+        case EventKind::Call: return event.inward ? kImageCallIn : kImageCallOut;
+        case EventKind::Argument: return event.inward ? kImageArgumentIn : kImageArgumentOut;
+        case EventKind::Info: return kImageInfo;
+        case EventKind::Warning: return kImageWarning;
+        case EventKind::Error: return kImageError;
+        case EventKind::Value:
+        case EventKind::Other: break;
+    }
+    return kImageValue;
+}
+
+bool IsError(const LogEvent& event)
+{
+    return event.isEmpty && (event.kind == EventKind::Error || event.kind == EventKind::Warning);
+}
+
+void AppendLabel(std::string& out, const LogEvent& event)
+{
+    if (!HasName(event)) {
+        out += event.text;
+        return;
+    }
+    out += event.name;
+    out += event.kind == EventKind::Call ? " (" : " (type: ";
+    out += event.text;
+    out += ')';
+}
+
+void RowBuilder::Begin(const LogEvent& event)
+{
+    std::string_view shown = event.text;
+    if (HasName(event)) {
+        label.clear();
+        AppendLabel(label, event);
+        shown = label;
+    }
+    rows.Row({event.depth, ImageOf(event), event.hasChildren, IsError(event), shown});
+}
+
+}  // namespace zelt
