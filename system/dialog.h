@@ -29,6 +29,24 @@ public:
     // Makes the window without waiting; null when it could not be made. It is not shown yet unless its style says so.
     HWND CreateModeless(int resource, HWND owner = nullptr);
 
+    // Pixels of this window's screen for `length` at 96 to the inch.
+    int Scaled(int length) const;
+    // A message box in front of this dialog.
+    int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
+    // Runs a handler, also one that the system calls without Procedure: nothing is thrown into it, and memory that is at its
+    // end is reported. Takes no memory itself. The object may be gone when this returns.
+    template <class Body>
+    void Guarded(Body&& body)
+    {
+        ++handlers;
+        const HRESULT passed = com::NoThrow([&body] {
+            body();
+            return S_OK;
+        });
+        if (passed == E_OUTOFMEMORY) MessageBoxW(window, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
+        HandlerReturned();
+    }
+
 protected:
     // True lets the system choose the first focus.
     virtual bool OnInit() { return true; }
@@ -50,27 +68,10 @@ protected:
     void End(INT_PTR result) { EndDialog(window, result); }
     HWND Item(int id) const { return GetDlgItem(window, id); }
     std::wstring ItemText(int id) const;
-    // Pixels of this window's screen for `length` at 96 to the inch.
-    int Scaled(int length) const;
-    // A message box in front of this dialog.
-    int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
     // Both icons, each in the size that the screen wants.
     void SetIcons(int resource);
     // Handles a message with an answer that its sender looks at.
     bool Answer(LRESULT result) const;
-    // Runs a handler, also one that the system calls without Procedure: nothing is thrown into it, and memory that is at its
-    // end is reported. Takes no memory itself. The object may be gone when this returns.
-    template <class Body>
-    void Guarded(Body&& body)
-    {
-        ++handlers;
-        const HRESULT passed = com::NoThrow([&body] {
-            body();
-            return S_OK;
-        });
-        if (passed == E_OUTOFMEMORY) MessageBoxW(window, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
-        HandlerReturned();
-    }
 
 private:
     void HandlerReturned();

@@ -1,6 +1,6 @@
 // The window of the log viewer: the log as a tree, its errors and warnings as a list. One thread makes it, loads the log,
-// runs its messages and destroys it. Holds a server-process reference until its window is gone. Parsing, the model and
-// the tree are others' business.
+// runs its messages and destroys it. Holds a server-process reference until its window is gone. The reading, the tree, the list
+// and the gap between them have classes of their own.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,11 @@
 
 #include "system/dialog.h"
 #include "shell/lock_object.h"
+#include "shell/log_viewer/error_list.h"
 #include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
+#include "shell/log_viewer/splitter.h"
+#include "shell/log_viewer/tree_filling.h"
 #include "shell/log_viewer/tree_search_dialog.h"
 
 namespace zelt {
@@ -36,31 +39,11 @@ private:
     void OnMinMaxInfo(MINMAXINFO& info) override;
     void OnDestroyed() override;
     bool OnOther(UINT message, WPARAM wParam, LPARAM lParam) override;
-    bool ShowsGapCursor() const;
-    // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
-    static LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                          DWORD_PTR dialog);
-    // While the outermost items are not all in the tree. Not a subclass of the common controls library: a tree view is sent
-    // a message for each item.
-    static LRESULT CALLBACK TreeProcedure(HWND tree, UINT message, WPARAM wParam, LPARAM lParam);
-    void SelectError(int row);
-    void DrawErrorRow(NMLVDISPINFOW& request);
-    void Close();
-
-    // Loading.
-    void Load();
-    void ReportParseError(int line) const;
-    void FitErrorColumn() const;
-    void BeginFilling();
-    void FillMore();
-    void PrepareTreeFor(UINT message, WPARAM wParam, LPARAM lParam);
-
-    // Layout: the tree above, the errors below, and a gap between them that can be dragged.
     void Arrange() const;
-    RECT Gap() const;
-    bool Drag(UINT message, LPARAM position);
+    void Close();
+    void Load();
 
-    // Commands.
+    // Commands, in view_log_dialog_commands.cpp.
     void Command(int command);
     void ExpandAll();
     void CollapseAll();
@@ -75,17 +58,15 @@ private:
 
     const std::wstring path;
     Lock lock;
-    HWND tree = nullptr;
-    HWND list = nullptr;
-    WNDPROC treeProcedure = nullptr;  // the tree view's own
+    HWND treeView = nullptr;
     bool loading = false;
     bool closed = false;  // or about to be, once what runs has ended
-    bool dragging = false;
-    double share = 0.75;  // of the height, for the tree
     LogModel model;
-    LogTree items;
+    LogTree tree;
+    TreeFilling filling{*this, tree};
+    ErrorList errorList{*this, model, tree};
+    Splitter splitter{*this, 0.75};
     TreeSearch search;
-    std::wstring shownError;  // the label that the list asked for last
 };
 
 }  // namespace zelt

@@ -40,7 +40,7 @@ void CViewLogDlg::ExpandAll()
     bool all;
     {
         LongTask task(Window());
-        all = items.ExpandAll(task);
+        all = tree.ExpandAll(task);
     }
     if (all || closed) return;
     ShowBox(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
@@ -51,7 +51,7 @@ void CViewLogDlg::ExpandAll()
 void CViewLogDlg::CollapseAll()
 {
     LongTask task(Window());
-    items.CollapseAll(task);
+    tree.CollapseAll(task);
 }
 
 void CViewLogDlg::RemoveQueries()
@@ -63,7 +63,7 @@ void CViewLogDlg::RemoveQueries()
     ItemIndex item = 0;
     {
         LongTask task(Window());
-        const LogTree::Unpainted unpainted(items);
+        const LogTree::Unpainted unpainted(tree);
         while (item < model.Size() && task.Continue()) {
             if (model.IsRemoved(item) || model.Image(item) != kImageInfo || !isQuery(item)) {
                 ++item;
@@ -72,15 +72,15 @@ void CViewLogDlg::RemoveQueries()
             const ItemIndex parent = model.Parent(item);
             const ItemIndex next = model.End(item);
             model.Remove(item);
-            items.Erase(item);
-            if (parent != kNoItem) items.UpdateParent(parent);
+            tree.Erase(item);
+            if (parent != kNoItem) tree.UpdateParent(parent);
             item = next;
         }
     }
-    items.KeepSelectionVisible();
+    tree.KeepSelectionVisible();
     const bool complete = item >= model.Size();
     model.CleanErrors();
-    ListView_SetItemCountEx(list, static_cast<int>(model.Errors().size()), 0);
+    errorList.SetCount(0);
     if (complete) EnableMenuItem(GetMenu(Window()), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);
 }
 
@@ -91,14 +91,12 @@ void CViewLogDlg::NextError()
         ShowBox(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
         return;
     }
-    const ItemIndex selected = items.Selected();
+    const ItemIndex selected = tree.Selected();
     auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
     if (next == errors.end()) next = errors.begin();
     Select(*next);
     // The list follows; that its selection selects the item once more does no harm.
-    const int row = static_cast<int>(next - errors.begin());
-    ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-    ListView_EnsureVisible(list, row, FALSE);
+    errorList.Select(static_cast<std::size_t>(next - errors.begin()));
 }
 
 void CViewLogDlg::Find()
@@ -121,7 +119,7 @@ void CViewLogDlg::FindAgain(bool forward)
 void CViewLogDlg::Search()
 {
     const bool forward = search.forward;
-    ItemIndex start = items.Selected();
+    ItemIndex start = tree.Selected();
     if (start == kNoItem) {
         start = model.First();
         if (start == kNoItem) {
@@ -147,22 +145,18 @@ void CViewLogDlg::Search()
 void CViewLogDlg::Select(ItemIndex item)
 {
     // An item enters the tree with all its siblings, which may be millions.
-    if (!items.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
+    if (!tree.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const
 {
     return message.message == WM_KEYDOWN && message.wParam == 'C' && GetKeyState(VK_CONTROL) < 0 &&
-           GetKeyState(VK_MENU) >= 0 && (message.hwnd == tree || message.hwnd == list);
+           GetKeyState(VK_MENU) >= 0 && (message.hwnd == treeView || message.hwnd == errorList.Window());
 }
 
 void CViewLogDlg::CopyLabel() const
 {
-    ItemIndex item = items.Selected();
-    if (GetFocus() == list) {
-        const int row = ListView_GetNextItem(list, -1, LVNI_SELECTED);
-        item = row < 0 ? kNoItem : model.Errors()[static_cast<std::size_t>(row)];
-    }
+    const ItemIndex item = GetFocus() == errorList.Window() ? errorList.Selected() : tree.Selected();
     if (item == kNoItem || !OpenClipboard(Window())) return;
     const std::wstring label = Widen(model.Label(item), CP_UTF8);
     const std::size_t size = (label.size() + 1) * sizeof(wchar_t);

@@ -1,0 +1,119 @@
+#include "shell/log_viewer/log_loader.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <new>
+
+#include "shell/log_viewer/background_reader.h"
+#include "shell/log_viewer/file_progress_dialog.h"
+#include "shell/log_viewer/shared_log_file.h"
+#include "system/dialog.h"
+#include "system/exception_text.h"
+#include "system/narrow.h"
+#include "system/system_text.h"
+
+namespace zelt {
+namespace {
+
+// A log of more bytes shows how far it has been read.
+constexpr long long kLengthWithProgress = 50000;
+
+// What a log is read into: the model, and the tree as long as the log promises to be in it whole.
+class ViewerSink final : public RowSink {
+public:
+    ViewerSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
+               const bool& closed, std::function<void(int)> report)
+        : model(model),
+          tree(tree),
+          length(file.Size()),
+          progress(progress),
+          closed(closed),
+          report(std::move(report)),
+          position(file.Size())
+    {}
+
+    long long& Position() { return position; }
+
+    void Row(const LogRow& row) override
+    {
+        const ItemIndex index = model.Add(row);
+        if (index + 1 == nextEstimate) Estimate(index + 1);
+        if (filling) tree.FillUpTo(index, row.hasChildren);
+    }
+    void ParseError(int line) override { report(line); }
+    bool Continue() override
+    {
+        return !progress || (progress->Advance([this] { return static_cast<double>(position) / length; }) && !closed);
+    }
+
+private:
+    // The file has at most as many items as its beginning lets expect. Where that is too many, more of the file may tell
+    // better; a promise that is broken ends at the limit.
+    void Estimate(ItemIndex items)
+    {
+        // The whole of a short file is read at once.
+        const double read =
+            position < length ? static_cast<double>(position - kReadAhead) : std::min<double>(length, kReadAhead);
+        filling = items < LogTree::kFilledItems && items * length <= LogTree::kFilledItems * read;
+        nextEstimate = filling ? LogTree::kFilledItems : items * 2;
+    }
+
+    LogModel& model;
+    LogTree& tree;
+    const double length;
+    CFileProgressDialog* const progress;
+    const bool& closed;
+    const std::function<void(int)> report;
+    // How far the file had been read when the last item was.
+    long long position;
+    bool filling = false;
+    ItemIndex nextEstimate = 1024;
+};
+
+}  // namespace
+
+bool LogLoader::Load()
+{
+    SharedLogFile file;
+    if (const DWORD error = file.Open(path)) {
+        dialog.ShowBox(
+            L"Failed to open \"" + path + L"\" for reading: " + Widen(SystemText(static_cast<HRESULT>(error))),
+            L"File error:", MB_ICONERROR);
+        return false;
+    }
+    const LogTree::Unpainted unpainted(tree);
+    std::unique_ptr<CFileProgressDialog> progress;
+    if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(dialog.Window());
+    Read(file, progress.get());
+    model.Finish();
+    tree.Fill();
+    return true;
+}
+
+void LogLoader::Read(const SharedLogFile& file, CFileProgressDialog* progress) const
+{
+    try {
+        ViewerSink sink(model, tree, file, progress, closed, [this](int line) { ReportParseError(line); });
+        switch (progress ? ReadRowsInBackground(file, sink, sink.Position()) : ReadRows(file, sink)) {
+            case LogReadResult::NotReadable:
+                dialog.ShowBox(L"Failed to open file for reading", L"Error:", MB_ICONERROR);
+                break;
+            case LogReadResult::Incomplete:
+                dialog.ShowBox(L"XML parse error in \"" + path + L"\"", L"Parse Error:", MB_ICONERROR);
+                break;
+            default: break;
+        }
+    } catch (const std::bad_alloc&) {
+        dialog.ShowBox(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
+    } catch (...) {
+        dialog.ShowBox(L"Reading the log failed: " + TextOfException(), L"Error:", MB_ICONERROR);
+    }
+}
+
+void LogLoader::ReportParseError(int line) const
+{
+    dialog.ShowBox(L"Parse error in \"" + path + L"\", line " + std::to_wstring(line), L"Parse error:", MB_ICONERROR);
+}
+
+}  // namespace zelt

@@ -1,0 +1,36 @@
+// Two windows of a dialog, one above the other, and a gap between them that the user can drag. Owns neither window.
+#pragma once
+
+#include <windows.h>
+
+namespace zelt {
+
+class Dialog;
+
+class Splitter {
+public:
+    // `upperShare` is the part of the height that the upper window takes at first.
+    Splitter(Dialog& dialog, double upperShare) : dialog(dialog), share(upperShare) {}
+
+    void Attach(HWND upperWindow, HWND lowerWindow);
+
+    // Places both windows anew; nothing before Attach.
+    void Arrange() const;
+    // The mouse is over the gap.
+    bool IsUnderMouse() const;
+    // Takes the dialog's mouse messages. True when one belonged to the gap.
+    bool Drag(UINT message, LPARAM position);
+
+private:
+    RECT Gap() const;
+    // Of the dialog's client area, without the margins and the gap.
+    int Height() const;
+
+    Dialog& dialog;
+    HWND upper = nullptr;
+    HWND lower = nullptr;
+    double share;
+    bool dragging = false;
+};
+
+}  // namespace zelt
