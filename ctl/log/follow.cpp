@@ -6,7 +6,7 @@
 
 #include "ctl/log/filtered_tree.h"
 #include "ctl/log/log_commands.h"
-#include "ctl/log/log_file.h"
+#include "ctl/log/log_file_input.h"
 
 namespace zelt::ctl {
 namespace {
@@ -59,7 +59,7 @@ private:
         fillerGiven = false;
     }
 
-    LogFile file;
+    LogFileInput file;
     const std::optional<double> patience;
     Output& out;
     std::string tail;  // the last bytes, to know the end of the document

@@ -56,6 +56,44 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     return search;
 }
 
+// The pairs of a complete search, last first; `start` is the place of the sequences' first elements.
+std::vector<AlignedPair> TracePath(const Search& search, std::size_t start)
+{
+    std::vector<AlignedPair> reversed;
+    int x = search.endA, y = search.endB;
+    const auto place = [start](int at) { return start + static_cast<std::size_t>(at); };
+    for (int left = static_cast<int>(search.steps.size()) - 1; left >= 0; --left) {
+        const int d = x - y;
+        int startX = 0;
+        bool down = false;
+        if (left > 0) {
+            const Furthest& before = search.steps[static_cast<std::size_t>(left) - 1];
+            const auto at = [&](int diagonal) {
+                const int index = diagonal + left - 1;
+                const bool isThere = index >= 0 && index < static_cast<int>(before.size());
+                return isThere ? before[static_cast<std::size_t>(index)] : -1;
+            };
+            const int fromDown = d < left ? at(d + 1) : -1, fromRight = d > -left ? at(d - 1) : -1;
+            down = fromDown > fromRight;
+            startX = down ? fromDown : fromRight + 1;
+        }
+        while (x > startX) {
+            --x;
+            --y;
+            reversed.push_back({place(x), place(y)});
+        }
+        if (left == 0) break;
+        if (down) {
+            --y;
+            reversed.push_back({{}, place(y)});
+        } else {
+            --x;
+            reversed.push_back({place(x), {}});
+        }
+    }
+    return reversed;
+}
+
 }  // namespace
 
 Alignment Align(const std::vector<int>& a, const std::vector<int>& b)
@@ -75,37 +113,7 @@ Alignment Align(const std::vector<int>& a, const std::vector<int>& b)
     Alignment alignment;
     alignment.complete = search.complete;
     if (search.complete) {
-        int x = search.endA, y = search.endB;
-        for (int left = static_cast<int>(search.steps.size()) - 1; left >= 0; --left) {
-            const int d = x - y;
-            int startX = 0;
-            bool down = false;
-            if (left > 0) {
-                const Furthest& before = search.steps[static_cast<std::size_t>(left) - 1];
-                const auto at = [&](int diagonal) {
-                    const int place = diagonal + left - 1;
-                    return place >= 0 && place < static_cast<int>(before.size())
-                               ? before[static_cast<std::size_t>(place)]
-                               : -1;
-                };
-                const int fromDown = d < left ? at(d + 1) : -1, fromRight = d > -left ? at(d - 1) : -1;
-                down = fromDown > fromRight;
-                startX = down ? fromDown : fromRight + 1;
-            }
-            while (x > startX) {
-                --x;
-                --y;
-                reversed.push_back({start + static_cast<std::size_t>(x), start + static_cast<std::size_t>(y)});
-            }
-            if (left == 0) break;
-            if (down) {
-                --y;
-                reversed.push_back({{}, start + static_cast<std::size_t>(y)});
-            } else {
-                --x;
-                reversed.push_back({start + static_cast<std::size_t>(x), {}});
-            }
-        }
+        reversed = TracePath(search, start);
     } else {
         for (std::size_t i = middleB.size(); i > 0; --i) reversed.push_back({{}, start + i - 1});
         for (std::size_t i = middleA.size(); i > 0; --i) reversed.push_back({start + i - 1, {}});

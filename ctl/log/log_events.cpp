@@ -1,6 +1,6 @@
 #include "ctl/log/log_events.h"
 
-#include "ctl/log/log_file.h"
+#include "ctl/log/log_file_input.h"
 
 namespace zelt::ctl {
 namespace {
@@ -56,7 +56,7 @@ bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output&
 
 bool ReadEvents(const std::string& path, LogSink& sink, Output& messages)
 {
-    LogFile file(path);
+    LogFileInput file(path);
     return ReadEvents(file, path, sink, messages);
 }
 

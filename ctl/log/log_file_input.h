@@ -7,13 +7,13 @@
 
 namespace zelt::ctl {
 
-class LogFile final : public LogInput {
+class LogFileInput final : public LogInput {
 public:
     // The path is UTF-8. Throws InputError.
-    explicit LogFile(const std::string& path);
-    ~LogFile() override;
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
+    explicit LogFileInput(const std::string& path);
+    ~LogFileInput() override;
+    LogFileInput(const LogFileInput&) = delete;
+    LogFileInput& operator=(const LogFileInput&) = delete;
 
     // At the end 0, and more when the file has grown.
     int Read(char* out, int length) override;

@@ -1,4 +1,4 @@
-#include "ctl/log/log_file.h"
+#include "ctl/log/log_file_input.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -46,9 +46,9 @@ int OpenOrThrow(const std::string& path)
 
 }  // namespace
 
-LogFile::LogFile(const std::string& path) : descriptor(OpenOrThrow(path)), file(descriptor) {}
+LogFileInput::LogFileInput(const std::string& path) : descriptor(OpenOrThrow(path)), file(descriptor) {}
 
-int LogFile::Read(char* out, int length)
+int LogFileInput::Read(char* out, int length)
 {
     const int count = file.Read(out, length);
 #ifdef _WIN32
@@ -58,6 +58,6 @@ int LogFile::Read(char* out, int length)
     return count;
 }
 
-LogFile::~LogFile() { CloseFile(descriptor); }
+LogFileInput::~LogFileInput() { CloseFile(descriptor); }
 
 }  // namespace zelt::ctl
