@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <memory>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -12,6 +14,7 @@
 
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
+#include "tests/system/harness/golden_text.h"
 
 namespace zelt::test {
 
@@ -59,7 +62,20 @@ const std::vector<std::string> kGoldenLogs = {"sample_simulator_10",      "sampl
                                               "sample_simulator_11_held", "sample_simulator_reactions",
                                               "sample_flowsheet_package", "sample_flowsheet_unit"};
 
-std::string GoldenLog(const std::string& name) { return ZELT_TESTS "/golden/" + name + ".zlg"; }
+std::string GoldenLog(const std::string& name)
+{
+    const std::string folder = ZELT_TESTS "/golden", path = folder + '/' + name + ".zlg";
+    if (std::filesystem::exists(path)) return path;
+    // Kept as its difference from another: a file of the whole, to the end of the program.
+    static std::map<std::string, std::unique_ptr<TemporaryLog>> made;
+    auto& log = made[name];
+    if (!log) {
+        const auto text = GoldenText(folder, name + ".zlg");
+        EXPECT_TRUE(text) << name;
+        log = std::make_unique<TemporaryLog>(text.value_or(""), name);
+    }
+    return log->Path();
+}
 
 std::string ReadBytes(const std::string& path)
 {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "tests/system/harness/golden_text.h"
 #include "tests/system/harness/text_file.h"
 
 namespace zelt::test {
@@ -56,12 +57,14 @@ std::string FirstDifference(const std::string& expected, const std::string& actu
 
 std::string CompareWithGolden(const std::string& path, const std::string& actual, bool update)
 {
-    const bool exists = FileExists(path);
-    std::string difference = exists ? FirstDifference(ReadWholeFile(path), actual) : "does not exist";
+    const std::size_t slash = path.rfind('/');
+    const auto expected = GoldenText(path.substr(0, slash), path.substr(slash + 1));
+    std::string difference = expected ? FirstDifference(*expected, actual) : "does not exist";
     if (difference.empty()) return {};
     if (update) {
         WriteWholeFile(path, actual);
         difference += "\n  rewritten: look at the change, and run again without ZELT_UPDATE_GOLDEN";
+        if (FileExists(path + ".diff")) difference += "; then keep it as its difference from the base";
     }
     return path + ' ' + difference;
 }

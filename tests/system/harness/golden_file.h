@@ -10,7 +10,7 @@ namespace zelt::test {
 // ends and other unprintable bytes are shown as escapes.
 std::string FirstDifference(const std::string& expected, const std::string& actual);
 
-// Compares `actual` with the file. Empty when they are equal, else what is wrong. A missing file differs from everything.
+// Compares `actual` with the file, or with what its difference from another makes (golden_text.h). Empty when they are equal, else what is wrong. A missing file differs from everything.
 std::string CompareWithGolden(const std::string& path, const std::string& actual, bool update);
 
 // The same for tests/golden/<name>, updating as the environment variable says. For EXPECT_EQ("", MatchGolden(...)).
