@@ -139,6 +139,37 @@ TEST(LogDiff, FindsTheOneValueThatWasChanged)
         outcome.data);
 }
 
+std::string LastLine(const Outcome& outcome) { return LinesOf(outcome.data).back(); }
+
+TEST(LogDiff, NamesTheFirstDifferenceWhicheverLogHasIt)
+{
+    const std::string call = Call("F", "long", "1"), other = Call("F", "long", "2"), more = Call("G", "long", "1");
+    EXPECT_EQ(
+        "Values that differ: 1; calls and messages of the first log alone: 1, of the second alone: 0; the first "
+        "difference is in line 3 of the first",
+        LastLine(Compare(more + call, other)));
+    EXPECT_EQ(
+        "Values that differ: 1; calls and messages of the first log alone: 0, of the second alone: 1; the first "
+        "difference is in line 3 of the second",
+        LastLine(Compare(call, more + other)));
+    EXPECT_EQ(
+        "Values that differ: 1; calls and messages of the first log alone: 0, of the second alone: 1; the first "
+        "difference is in line 3 of the first",
+        LastLine(Compare(call, other + more)));
+}
+
+TEST(LogDiff, GivesWhatFollowsAnInnerCallToTheOuterOne)
+{
+    const auto nested = [](const char* value, const char* message) {
+        return "<func name=\"A::Outer\" direc=\"in\" object=\"P\">\n" + Call("F", "long", "1") +
+               "<arg name=\"b\" direc=\"out\" type=\"long\"><argval value=\"" + value +
+               "\"/></arg></func>\n<info value=\"" + message + "\"/>\n";
+    };
+    EXPECT_EQ("~ 5 5  A::Outer (P) out b[1]: 7 -> 8", LinesOf(Compare(nested("7", "m"), nested("8", "m")).data)[0]);
+    // Behind all calls it belongs to none.
+    EXPECT_EQ("- 6  info: m", LinesOf(Compare(nested("7", "m"), nested("7", "n")).data)[0]);
+}
+
 TEST(LogDiff, TakesNumbersAsEqualWithinTheTolerance)
 {
     const auto code = [](const char* a, const char* b, const char* tolerance) {

@@ -37,6 +37,13 @@ const HiddenCase kHidden[] = {
     {"\u2065", "\u2065", "\u2065"},
     {"\u206a", "\u206a", "\u206a"},
     {"\u05d0\u0628", "\u05d0\u0628", "\u05d0\u0628"},
+    // At the bounds of the lengths that a character may have, with bytes that would be hidden alone.
+    {"\u00c0", "\u00c0", "\u00c0"},
+    {"\u07c0", "\u07c0", "\u07c0"},
+    {"\u0800", "\u0800", "\u0800"},
+    {"\uf000", "\uf000", "\uf000"},
+    {"\U00010000", "\U00010000", "\U00010000"},
+    {"\U0010ffff", "\U0010ffff", "\U0010ffff"},
     {"\U0001f600", "\U0001f600", "\U0001f600"},
     {"~", "~", "~"},
 };
