@@ -122,4 +122,15 @@ TEST(ClassFactory, LocksTheServerAndRefusesAggregation)
     EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, com::GetClassObject(classes, kUnknownClass, IID_IClassFactory, &factory));
 }
 
+TEST(ClassFactory, RefusesToAnswerIntoNothing)
+{
+    static constexpr CLSID kClass = {0x1, 0x2, 0x3, {4, 5, 6, 7, 8, 9, 10, 11}};
+    const com::ClassEntry classes[] = {{kClass, com::CreateDefault<Sample>}};
+    EXPECT_EQ(E_POINTER, com::GetClassObject(classes, kClass, IID_IClassFactory, nullptr));
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(S_OK, com::GetClassObject(classes, kClass, IID_IClassFactory, &factory));
+    EXPECT_EQ(E_POINTER, factory->QueryInterface(IID_IUnknown, nullptr));
+    EXPECT_EQ(E_POINTER, factory->CreateInstance(nullptr, __uuidof(INumber), nullptr));
+}
+
 }  // namespace

@@ -206,6 +206,18 @@ TEST(Visits, MadeWhileVisitsAreReceivedWaitForTheNextTurn)
     EXPECT_TRUE(third->isReceived);
 }
 
+TEST(Visits, AreReceivedOnNoOtherThreadThanTheObjectsOwn)
+{
+    ComPtr<Chained> newer(new Chained), older(new Chained);
+    older->VisitOnOtherThread();
+    newer->VisitOnOtherThread();
+    OnOtherThread([] { com::Object::ReceiveVisits(); });
+    EXPECT_FALSE(older->isReceived || newer->isReceived);
+    com::Object::ReceiveVisits();
+    com::Object::ReceiveVisits();
+    EXPECT_TRUE(older->isReceived && newer->isReceived);
+}
+
 TEST(Visits, ThatAreLeftAreSignalledAgain)
 {
     ComPtr<Chained> late(new Chained), newer(new Chained), older(new Chained);

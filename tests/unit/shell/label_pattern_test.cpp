@@ -16,6 +16,10 @@ TEST(LabelPattern, MindsCaseUnlessTold)
     EXPECT_FALSE(LabelPattern("Query", true).Is("QueryInterface"));
     EXPECT_TRUE(LabelPattern("QUERY", true).Is("query"));
     EXPECT_FALSE(LabelPattern("QUERY", false).Is("query"));
+    // The whole alphabet, and nothing beside it.
+    EXPECT_TRUE(LabelPattern("abcdefghijklmnopqrstuvwxyz", true).Is("ABCDEFGHIJKLMNOPQRSTUVWXYZ"));
+    EXPECT_FALSE(LabelPattern("@", true).Is("`"));
+    EXPECT_FALSE(LabelPattern("a", true).Is("B"));
     // Only letters of ASCII have another case.
     EXPECT_FALSE(LabelPattern("\xC3\x84", true).IsIn("\xC3\xA4"));
     EXPECT_FALSE(LabelPattern("[", true).IsIn("{"));

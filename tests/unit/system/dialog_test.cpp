@@ -146,6 +146,28 @@ TEST_F(DialogLifetime, SurvivesTheEndOfTheWindowWhileItIsMade)
     EXPECT_EQ((Events{"start ends", "destroyed", "deleted"}), events);
 }
 
+// Has no handlers of its own.
+class Plain final : public Dialog {
+public:
+    // Whether the dialog takes the command for its own.
+    bool Takes(int id) { return OnCommand(id, 0); }
+};
+
+TEST_F(DialogLifetime, EndsWithEitherButtonThatMeansSoAndTakesNoOtherCommand)
+{
+    for (const int button : {IDOK, IDCANCEL}) {
+        Plain dialog;
+        ASSERT_TRUE(dialog.CreateModeless(kSelectDialog));
+        ShowWindow(dialog.Window(), SW_SHOWNA);
+        for (const int id : {0, 3, 7}) EXPECT_FALSE(dialog.Takes(id)) << id;
+        EXPECT_TRUE(IsWindowVisible(dialog.Window()));
+        EXPECT_TRUE(dialog.Takes(button));
+        // The end of a dialog without a loop of its own hides it.
+        EXPECT_FALSE(IsWindowVisible(dialog.Window()));
+        DestroyWindow(dialog.Window());
+    }
+}
+
 TEST_F(DialogLifetime, AWindowThatIsLeftDoesNotLookForItsObject)
 {
     HWND window = nullptr;

@@ -144,6 +144,47 @@ private:
     static inline int calls;
 };
 
+// The registry of the system, which keeps what it is given beside the value.
+class ReservedParameters {
+public:
+    ReservedParameters()
+    {
+        seen.clear();
+        zelt::SetRegistryFunctions(&kFunctions);
+    }
+    ~ReservedParameters() { zelt::SetRegistryFunctions(nullptr); }
+    ReservedParameters(const ReservedParameters&) = delete;
+    ReservedParameters& operator=(const ReservedParameters&) = delete;
+
+    static const std::vector<DWORD>& Seen() { return seen; }
+
+private:
+    static LSTATUS WINAPI Set(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size)
+    {
+        seen.push_back(reserved);
+        return RegSetValueExW(key, name, reserved, type, data, size);
+    }
+    static LSTATUS WINAPI SetNarrow(HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data,
+                                    DWORD size)
+    {
+        seen.push_back(reserved);
+        return RegSetValueExA(key, name, reserved, type, data, size);
+    }
+    static constexpr zelt::RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
+    static inline std::vector<DWORD> seen;
+};
+
+TEST(Registry, WritesWithReservedParametersAtZero)
+{
+    const zelt::test::ScratchKey scratch;
+    RegistryKey key = scratch.Settings();
+    const ReservedParameters parameters;
+    EXPECT_EQ(ERROR_SUCCESS, key.WriteDword(L"number", 7));
+    EXPECT_EQ(ERROR_SUCCESS, key.WriteString(L"text", L"7"));
+    EXPECT_EQ(ERROR_SUCCESS, key.WriteNarrow("narrow", REG_MULTI_SZ, std::string_view("7\0\0", 3)));
+    EXPECT_EQ((std::vector<DWORD>{0, 0, 0}), ReservedParameters::Seen());
+}
+
 class RegistryEnumeration : public testing::Test {
 protected:
     RegistryEnumeration() : key(scratch.Settings())

@@ -1,0 +1,116 @@
+// What a long task lets through while it runs: messages, but no keys and clicks in its window; Esc, when it is pressed, ends it.
+#include "shell/log_viewer/long_task.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <vector>
+
+namespace zelt::test {
+namespace {
+
+constexpr UINT kNote = WM_APP + 5;
+
+bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
+
+class RunningTask : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!HasDisplay()) GTEST_SKIP() << "needs a display";
+        window = Make(HWND_MESSAGE, WS_POPUP);
+        child = Make(window, WS_CHILD);
+        other = Make(HWND_MESSAGE, WS_POPUP);
+        received.clear();
+    }
+    void TearDown() override
+    {
+        for (const HWND made : {other, window}) {
+            if (made) DestroyWindow(made);
+        }
+    }
+
+    // Goes on until all that was posted is taken, or the task has enough.
+    static void Run(LongTask& task)
+    {
+        MSG waiting;
+        bool wanted = true;
+        while (wanted && PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE)) wanted = task.Continue();
+    }
+
+    HWND window = nullptr, child = nullptr, other = nullptr;
+    static inline std::vector<std::pair<HWND, UINT>> received;
+
+private:
+    static HWND Make(HWND parent, DWORD style)
+    {
+        const HWND made = CreateWindowExW(0, L"STATIC", L"", style, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+        EXPECT_TRUE(made);
+        own = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(made, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
+        return made;
+    }
+    static LRESULT CALLBACK Procedure(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_KEYUP || message == WM_LBUTTONDOWN || message == kNote) {
+            received.emplace_back(receiver, message);
+        }
+        return CallWindowProcW(own, receiver, message, wParam, lParam);
+    }
+
+    static inline WNDPROC own = nullptr;
+};
+
+TEST_F(RunningTask, DropsTheInputOfItsWindowAndNothingElse)
+{
+    LongTask task(window);
+    for (const HWND receiver : {window, child, other}) {
+        for (const UINT message : {static_cast<UINT>(WM_KEYUP), static_cast<UINT>(WM_LBUTTONDOWN), kNote}) {
+            PostMessageW(receiver, message, 0, 0);
+        }
+    }
+    Run(task);
+    const std::vector<std::pair<HWND, UINT>> expected = {
+        {window, kNote}, {child, kNote}, {other, WM_KEYUP}, {other, WM_LBUTTONDOWN}, {other, kNote}};
+    EXPECT_EQ(expected, received);
+    EXPECT_FALSE(task.Cancelled());
+}
+
+TEST_F(RunningTask, EndsWithEscAndWithNothingElse)
+{
+    LongTask task(window);
+    PostMessageW(window, WM_KEYDOWN, VK_RETURN, 0);
+    // The key may have been pressed for something else.
+    PostMessageW(window, WM_KEYUP, VK_ESCAPE, 0);
+    // A number that means something else to another message.
+    PostMessageW(window, kNote, VK_ESCAPE, 0);
+    Run(task);
+    EXPECT_FALSE(task.Cancelled());
+    PostMessageW(child, WM_KEYDOWN, VK_ESCAPE, 0);
+    Run(task);
+    EXPECT_TRUE(task.Cancelled());
+    EXPECT_FALSE(task.Continue());
+}
+
+TEST_F(RunningTask, EndsWithItsThreadAndLetsItKnow)
+{
+    LongTask task(window);
+    PostQuitMessage(9);
+    while (task.Continue()) continue;
+    MSG message = {};
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(static_cast<UINT>(WM_QUIT), message.message);
+    EXPECT_EQ(9u, message.wParam);
+}
+
+TEST_F(RunningTask, IsKnownAsLongAsItRuns)
+{
+    EXPECT_EQ(nullptr, LongTask::Running());
+    {
+        const LongTask task(window);
+        EXPECT_EQ(&task, LongTask::Running());
+    }
+    EXPECT_EQ(nullptr, LongTask::Running());
+}
+
+}  // namespace
+}  // namespace zelt::test
