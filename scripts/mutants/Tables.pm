@@ -138,11 +138,12 @@ sub All
                    Expressions::Text($source, $i, $last), $other, {$i => $other, map { $_ => '' } $i + 1 .. $last});
         }
         my @rows = Rows($source, $constant);
+        my $isOnlySearched = IsOnlySearched($source, $constant);
         for my $r (1 .. $#rows) {
             # Rows of several fields are looked for by one of them: their order is no matter, what stands in one row is.
             $add->('row', $rows[$r - 1][0], $rows[$r][1], Both($source, @rows[$r - 1, $r]), Both($source, @rows[$r, $r - 1]),
                    Exchange($source, @rows[$r - 1, $r]))
-                unless grep { $tokens->[$_]{text} =~ /^(?:\{|\(|\.)$/ } map { $_->[0] .. $_->[1] } @rows[$r - 1, $r];
+                unless $isOnlySearched || grep { $tokens->[$_]{text} =~ /^(?:\{|\(|\.)$/ } map { $_->[0] .. $_->[1] } @rows[$r - 1, $r];
             my @above = Fields($source, $rows[$r - 1]);
             my @below = Fields($source, $rows[$r]);
             next unless @above > 1 && @above == @below;
@@ -151,6 +152,19 @@ sub All
         }
     }
     return @changes;
+}
+
+# Whether every use asks no more than whether the table has a value: the order of its rows cannot be seen then.
+sub IsOnlySearched
+{
+    my ($source, $constant) = @_;
+    return 0 if $source->{file} =~ /\.h$/;
+    my $name = $constant->{name};
+    my $code = substr $source->{code}, $source->{tokens}[$constant->{last}]{end};
+    my $whole = qr/std::begin\(\Q$name\E\),\s*std::end\(\Q$name\E\)/;
+    my $searches = $code =~ s/std::find\($whole,[^;]*?\)\s*[!=]=\s*std::end\(\Q$name\E\)//g;
+    my $sets = $code =~ s/std::set<[^;{}()]*>\s*\w*\($whole\)//g;
+    return ($searches || $sets) && $code !~ /\b\Q$name\E\b/;
 }
 
 sub Fields
