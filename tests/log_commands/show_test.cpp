@@ -116,6 +116,30 @@ TEST(LogShow, ShowsWhatStandsBeforeTheCut)
     }
 }
 
+struct DamageCase {
+    const char *name, *entry, *shown;
+};
+
+TEST(LogShow, ShowsWhatStandsBehindDamageThatItCanReadOver)
+{
+    const DamageCase cases[] = {
+        {"an unknown entity", "<info value=\"a&unknown;b\"/>\r\n", "       4  info: ab\n"},
+        {"a character that no text may have", "<info value=\"a&#1;b\"/>\r\n", "       4  info: ab\n"},
+        {"an attribute twice", "<info value=\"a\" value=\"b\"/>\r\n", "       4  info: a\n"},
+        {"a stray end", "]]>\r\n", ""},
+    };
+    for (const DamageCase& one : cases) {
+        SCOPED_TRACE(one.name);
+        const TemporaryLog log(
+            InLog("<info value=\"before\"/>\r\n" + std::string(one.entry) + "<info value=\"behind\"/>\r\n"));
+        const Outcome outcome = RunCommand({"log", "show", log.Path()});
+        EXPECT_EQ(3, outcome.code);
+        EXPECT_EQ("       3  info: before\n" + std::string(one.shown) + "       5  info: behind\n", outcome.data);
+        EXPECT_NE(std::string::npos, outcome.messages.find(": line 4: the log is cut off or damaged here"))
+            << outcome.messages;
+    }
+}
+
 TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
 {
     const std::vector<std::string> commands[] = {
