@@ -1,6 +1,10 @@
 #include "ctl/doctor/program_width.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
 
 #include "tests/system/harness/text_file.h"
 
@@ -44,6 +48,21 @@ TEST(ProgramWidth, TellsFilesApart)
     EXPECT_EQ(static_cast<int>(8 * sizeof(void*)), package.bits);
     EXPECT_EQ(ctl::ImageState::Missing, ctl::ReadImageFile(L"C:\\no such folder\\no.dll").state);
     EXPECT_EQ(ctl::ImageState::NoImage, ctl::ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
+}
+
+// What is no program may be large, and is not read whole.
+TEST(ProgramWidth, IsLookedForInTheFirst64KilobytesOfAFile)
+{
+    const std::wstring path = L"" ZELT_BUILD_DIR "/tests/system/program_width.dll";
+    const auto stateOf = [&](const std::string& bytes) {
+        std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
+        const ctl::ImageState state = ctl::ReadImageFile(path).state;
+        EXPECT_TRUE(DeleteFileW(path.c_str()));
+        return state;
+    };
+    const std::size_t last = 64 * 1024 - 6;
+    EXPECT_EQ(ctl::ImageState::Sound, stateOf(Image(last, "\x4C\x01") + "more"));
+    EXPECT_EQ(ctl::ImageState::NoImage, stateOf(Image(last + 1, "\x4C\x01") + "more"));
 }
 
 }  // namespace

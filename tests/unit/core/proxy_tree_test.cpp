@@ -135,6 +135,16 @@ TEST_F(ProxyTreeTest, MaterialIsWrappedOnItsWayInAndLoggedAsItCame)
               News());
 }
 
+TEST_F(ProxyTreeTest, AKindWithoutAProxyCrossesAsItIs)
+{
+    SetWrapTable({});
+    ProxyPtr made = proxy;
+    const HRESULT wrapped = Wrap({WrapKind::MaterialObject}, Crossing::Inbound, package.Get(), *proxy.Get(), made);
+    InstallWrappers();
+    EXPECT_EQ(S_FALSE, wrapped);
+    EXPECT_FALSE(made) << "what was there before is no proxy of it";
+}
+
 TEST_F(ProxyTreeTest, WrapperDiesWhenThePackageLetsGo)
 {
     const ULONG before = material->ReferenceCount();

@@ -287,6 +287,25 @@ TEST_F(UnitPort, ATypeThatCannotBeToldIsAskedAgain)
     EXPECT_EQ(ConnectFunc(raw.Get(), Info(kMaterialInfo)), News());
 }
 
+// A port's own -1 says no more than one that does not answer; any other number is an answer.
+TEST_F(UnitPort, MinusOneIsNoTypeAndIsAskedAgain)
+{
+    const auto raw = Raw(feed);
+    const std::string undefined = ConnectFunc(raw.Get(), Warning(kUndefinedWarning));
+    inner->type = kUnknown;
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        EXPECT_EQ(S_OK, port->Connect(raw.Get()));
+        EXPECT_EQ(undefined, News());
+        EXPECT_EQ(attempt, inner->typeAsked);
+    }
+    inner->type = static_cast<eCapePortType>(-2);
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        EXPECT_EQ(S_OK, port->Connect(raw.Get()));
+        EXPECT_EQ(undefined, News());
+        EXPECT_EQ(3, inner->typeAsked);
+    }
+}
+
 TEST_F(UnitPort, WhatIsConnectedToAnInletIsReadOnly)
 {
     inner->direction = CAPE_INLET;
