@@ -57,7 +57,7 @@ std::string FirstDifference(const std::string& expected, const std::string& actu
 
 std::string CompareWithGolden(const std::string& path, const std::string& actual, bool update)
 {
-    const std::size_t slash = path.rfind('/');
+    const std::size_t slash = path.find_last_of("/\\");
     const auto expected = GoldenText(path.substr(0, slash), path.substr(slash + 1));
     std::string difference = expected ? FirstDifference(*expected, actual) : "does not exist";
     if (difference.empty()) return {};

@@ -137,9 +137,10 @@ TEST_F(ProxyTreeTest, MaterialIsWrappedOnItsWayInAndLoggedAsItCame)
 
 TEST_F(ProxyTreeTest, AKindWithoutAProxyCrossesAsItIs)
 {
-    SetWrapTable({});
+    WrapperFactory::SetTable({});
     ProxyPtr made = proxy;
-    const HRESULT wrapped = Wrap({WrapKind::MaterialObject}, Crossing::Inbound, package.Get(), *proxy.Get(), made);
+    const HRESULT wrapped =
+        WrapperFactory::Wrap({WrapKind::MaterialObject}, Crossing::Inbound, package.Get(), *proxy.Get(), made);
     InstallWrappers();
     EXPECT_EQ(S_FALSE, wrapped);
     EXPECT_FALSE(made) << "what was there before is no proxy of it";
