@@ -1,5 +1,5 @@
-// Class factories, and the table of classes that a module offers: a local server registers it with COM, a DLL looks
-// classes up in it.
+// Class factories, and the table of classes that a module offers: a local server registers it with COM, a DLL looks classes up in
+// it.
 #pragma once
 
 #include <span>
@@ -9,7 +9,7 @@
 
 namespace com {
 
-// Makes an object of a class and answers with its interface `iid`.
+// Makes an object of a class and returns its interface `iid`.
 using Creator = HRESULT (*)(REFIID iid, void** result);
 
 struct ClassEntry {
@@ -24,7 +24,7 @@ template <class T>
     return Create<T>(iid, result);
 }
 
-// What DllGetClassObject answers: the factory of `clsid`, or CLASS_E_CLASSNOTAVAILABLE.
+// What DllGetClassObject returns: the factory of `clsid`, or CLASS_E_CLASSNOTAVAILABLE.
 [[nodiscard]] HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** result);
 
 // The class objects of a local server. They are registered suspended and released to clients together, so that no
@@ -37,7 +37,7 @@ public:
     ClassObjects(const ClassObjects&) = delete;
     ClassObjects& operator=(const ClassObjects&) = delete;
 
-    // Registers each class with multiple use. On failure nothing stays registered.
+    // Registers each class for multiple use. After a failure nothing is registered.
     [[nodiscard]] HRESULT Register(std::span<const ClassEntry> classes);
     void Revoke();
 

@@ -25,7 +25,7 @@ HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DI
     ITypeInfo* info = nullptr;
     const HRESULT found = TypeInfoOf(iid, &info);
     if (FAILED(found)) return found;
-    // Error information left over from an earlier call must not be taken for this one's.
+    // Error information left over from an earlier call must not be mistaken for this call's.
     SetErrorInfo(0, nullptr);
     return info->Invoke(instance, member, flags, parameters, result, exception, argumentError);
 }

@@ -1,4 +1,4 @@
-// A part that implements a dual interface: IDispatch is served from type information, for this interface alone.
+// A part that implements a dual interface: it serves IDispatch from type information, for this interface alone.
 #pragma once
 
 #include "com/object.h"

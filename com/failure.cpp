@@ -6,13 +6,13 @@ namespace com {
 
 const char* Failure::what() const noexcept
 {
-    // No text of the system needs more; without one, the code alone is left.
+    // No system text needs more; when there is none, only the code remains.
     wchar_t wide[sizeof text / 4];
     DWORD length =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
                        nullptr, static_cast<DWORD>(code), 0, wide, sizeof wide / sizeof *wide, nullptr);
     while (length > 0 && (wide[length - 1] == L' ' || wide[length - 1] == L'.')) --length;
-    // Three bytes at most for each unit.
+    // At most three bytes for each unit.
     int used = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text,
                                    sizeof text - sizeof " (0x80000000)", nullptr, nullptr);
     if (length == 0 || used <= 0) used = std::snprintf(text, sizeof text, "a call failed");

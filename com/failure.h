@@ -1,4 +1,4 @@
-// The one converter between exceptions, used inside, and status codes, used at COM edges.
+// The one converter between exceptions, used inside, and status codes, used at COM boundaries.
 #pragma once
 
 #include <windows.h>
@@ -8,12 +8,12 @@
 
 namespace com {
 
-// A failure to be answered with `code`. Allocates nothing.
+// A failure to report as `code`. Allocates nothing.
 class Failure final : public std::exception {
 public:
     explicit Failure(HRESULT code) noexcept : code(code) {}
     [[nodiscard]] HRESULT Code() const { return code; }
-    // The system's text for the code, if it has one, and the code; in UTF-8. On one thread at a time.
+    // The system's text for the code, if it has one, and the code; in UTF-8. Call it on one thread at a time.
     const char* what() const noexcept override;
 
 private:
@@ -27,8 +27,8 @@ inline void Check(HRESULT code)
     if (FAILED(code)) throw Failure(code);
 }
 
-// The status code of the exception that is being handled: memory exhausted is E_OUTOFMEMORY, a Failure its code, anything
-// else E_UNEXPECTED.
+// The status code of the exception that is being handled: E_OUTOFMEMORY for exhausted memory, a Failure's code, E_UNEXPECTED for
+// anything else.
 [[nodiscard]] inline HRESULT ResultOfException() noexcept
 {
     try {
@@ -42,7 +42,7 @@ inline void Check(HRESULT code)
     }
 }
 
-// Runs `body`, which returns a status code, and lets nothing out.
+// Runs `body`, which returns a status code, and lets no exception out.
 template <class Body>
 [[nodiscard]] HRESULT NoThrow(Body&& body) noexcept
 {
@@ -53,7 +53,7 @@ template <class Body>
     }
 }
 
-// Runs `body`, whose failure changes nothing for the caller, and lets nothing out.
+// Runs `body`, whose failure changes nothing for the caller, and lets no exception out.
 template <class Body>
 void Attempt(Body&& body) noexcept
 {

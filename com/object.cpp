@@ -55,7 +55,7 @@ STDMETHODIMP_(ULONG) Object::AddRef()
 STDMETHODIMP_(ULONG) Object::Release()
 {
     if (IsElsewhere()) [[unlikely]] {
-        // Once the visit is noted the object may end at any moment.
+        // Once the visit is noted, the object may end at any moment.
         const ULONG left = ReferenceCount() - 1;
         NoteVisitor("IUnknown::Release");
         Visit();
@@ -68,7 +68,7 @@ STDMETHODIMP_(ULONG) Object::Release()
         foreignReferences = 0;
         referenceCount = 1;
         Attempt([&] { FinalRelease(); });
-        // A caller that came in through a message box may hold the object now; its Release destroys it.
+        // A caller that came in through a message box may hold the object now; that caller's Release destroys it.
         --referenceCount;
         if (const LONG left = Total(); left > 0) return static_cast<ULONG>(left);
     }
@@ -79,7 +79,7 @@ STDMETHODIMP_(ULONG) Object::Release()
 void Object::Destroy()
 {
     ForgetVisits();
-    // Nothing may bring the object back to this point while its destructor releases what it holds.
+    // While the destructor releases what the object holds, nothing may bring it back to this point.
     referenceCount = 1;
     delete this;
 }

@@ -1,10 +1,10 @@
-// The base of every COM object here. An object owns its interfaces as members ("parts"): each part implements one
-// interface, carries that interface's own state, and delegates IUnknown to the object. Parts enter the object's
-// interface map by being declared, so an interface is added in one line, and two interfaces that share a method's name
-// and signature cannot be served by one override by accident.
-// An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it,
-// and nothing here is locked. Every entry asks Admits() first: a component that calls on a thread of its own is refused, and
-// what it does to the reference count waits for the object's own thread (visits.cpp).
+// The base of every COM object here. An object owns its interfaces as members ("parts"): each part implements one interface,
+// carries that interface's own state, and delegates IUnknown to the object. Declaring a part enters it in the object's interface
+// map, so adding an interface takes one line, and one override cannot serve two interfaces by accident when they share a method's
+// name and signature.
+// An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it, and
+// nothing here is locked. Every entry asks Admits() first: a component that calls on a thread of its own is refused, and what it
+// does to the reference count waits for the object's own thread (visits.cpp).
 #pragma once
 
 #include <windows.h>
@@ -41,8 +41,8 @@ private:
     InterfaceEntry* next = nullptr;
 };
 
-// What tells the calling thread from all others that run: the address of its NT_TIB, which the segment register leads to.
-// Written out, because the headers' own function takes the address for an array without elements.
+// What distinguishes the calling thread from all others that run: the address of its NT_TIB, which the segment register leads to.
+// Written out, because the compiler takes the address in the headers' own function for an array without elements.
 inline const void* ThisThread()
 {
     const void* self;
@@ -63,7 +63,7 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
-    // IUnknown. The object itself is the identity that every part answers with.
+    // IUnknown. Every part returns the object itself as its identity.
     STDMETHOD(QueryInterface)(REFIID iid, void** result) override;
     STDMETHOD_(ULONG, AddRef)() override;
     STDMETHOD_(ULONG, Release)() override;
@@ -79,7 +79,7 @@ public:
         }
     }
 
-    // A reference that others may give back by mistake: a component that releases once too often takes the reference, not the
+    // A reference that others may release by mistake: a component that releases once too often takes this reference, not the
     // object. Unpin gives back what is left of it, and destroys an object that has lost its last reference meanwhile.
     void Pin()
     {
@@ -92,8 +92,8 @@ public:
         if (--pins == 0 && Total() <= 0) Destroy();
     }
 
-    // Whether `member` ("ICapeUtilities::Edit") may be entered. On another thread than the object's own it may not: the answer
-    // to the caller is RPC_E_WRONG_THREAD, and OnForeignThread follows on the object's own thread. Costs two comparisons.
+    // Whether `member` ("ICapeUtilities::Edit") may be entered. On a thread other than the object's own it may not: the caller
+    // gets RPC_E_WRONG_THREAD, and OnForeignThread follows on the object's own thread. Costs two comparisons.
     [[gnu::always_inline]] bool Admits(const char* member)
     {
         if (home == ThisThread()) [[likely]] {
@@ -104,11 +104,11 @@ public:
         return !Refuse(member);
     }
 
-    // Takes over what other threads have done to objects of the calling thread: gives back the references that they released,
-    // and lets the objects know. Releasing may end objects, so it is done where calls enter, not in the middle of work.
+    // Takes over what other threads have done to objects of the calling thread: gives back the references that they released, and
+    // notifies the objects. A release may end an object, so this is done where calls enter, not in the middle of work.
     static void ReceiveVisits();
 
-    // Called, on whatever thread, when there is something for ReceiveVisits and perhaps nobody about to enter.
+    // Called, on any thread, when there is something for ReceiveVisits and perhaps no call about to enter.
     static void SetVisitSignal(void (*signal)());
 
     ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
@@ -121,15 +121,15 @@ protected:
     // The interface that IDispatch stands for, because a script reaches only one; null for an object without any.
     virtual IDispatch* ScriptInterface() { return nullptr; }
 
-    // Called for every identity but IUnknown and IDispatch, before the map is searched; `entry` is null when the object
-    // does not offer the interface. A failure is the answer to the query.
+    // Called for every identity except IUnknown and IDispatch, before the map is searched; `entry` is null when the object does
+    // not offer the interface. A failure becomes the result of the query.
     [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
-    // Called once, when the last reference is gone and before destruction. The object is held alive meanwhile, because
-    // what is done here may show a message box, and a box lets calls in.
+    // Called once, when the last reference is gone and before destruction. The object is kept alive meanwhile, because an
+    // override may show a message box, and a box lets calls in.
     virtual void FinalRelease() {}
 
-    // Called once, on the object's own thread, after another thread has entered: which member was entered first, and the
+    // Called once, on the object's own thread, after another thread has entered: with the member that was entered first, and the
     // number of that thread.
     virtual void OnForeignThread(const char* /*member*/, DWORD /*thread*/) {}
 
@@ -152,7 +152,7 @@ private:
 
     const void* const home;
     LONG referenceCount = 0;  // on the object's own thread; Total() is the whole count
-    // References that other threads have added, and those, still counted, that they want released.
+    // References that other threads have added, including those that they want released.
     std::atomic<LONG> foreignReferences{0};
     std::atomic<LONG> visits{0};
     Object* nextVisited = nullptr;

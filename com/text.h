@@ -8,7 +8,7 @@
 
 namespace com {
 
-// A new BSTR in `out`. E_POINTER without a place for it, E_OUTOFMEMORY without memory.
+// A new BSTR in `out`. E_POINTER when `out` is null, E_OUTOFMEMORY when memory runs out.
 [[nodiscard]] inline HRESULT NewText(std::wstring_view text, BSTR* out)
 {
     if (!out) return E_POINTER;

@@ -29,7 +29,7 @@ struct Cache {
 
 Cache& TheCache()
 {
-    // Never destroyed: the pointers may not be released after COM is gone. ReleaseTypeInfo empties it in time.
+    // Never destroyed: the pointers must not be released after COM is gone. ReleaseTypeInfo empties it in time.
     static Cache& cache = *new Cache;
     return cache;
 }

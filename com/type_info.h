@@ -1,5 +1,5 @@
-// Type information for the interfaces that this module implements, read from the type libraries in its own resources
-// (TYPELIB 1, 2, …), so that IDispatch works whatever the registry holds.
+// Type information for the interfaces that this module implements, read from the type libraries in its own resources (TYPELIB 1,
+// 2, …), so that IDispatch works whatever the registry contains.
 #pragma once
 
 #include <windows.h>
@@ -25,7 +25,7 @@ int CountTypeLibraries();
 // The pointer is borrowed and lives as long as the module. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
 [[nodiscard]] HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
 
-// Releases what TypeInfoOf keeps; called when the module is about to end, before COM is uninitialised.
+// Releases what TypeInfoOf keeps; call it when the module is about to end, before COM is uninitialised.
 void ReleaseTypeInfo();
 
 }  // namespace com

@@ -1,4 +1,4 @@
-// What reaches an object on other threads than its own (object.h).
+// What reaches an object on threads other than its own (object.h).
 #include "com/object.h"
 
 namespace com {
@@ -19,7 +19,7 @@ bool Object::Refuse(const char* member)
 {
     if (!home) return false;
     NoteVisitor(member);
-    // A visit gives a reference back: this one is for that.
+    // A visit releases a reference: this is the one.
     ++foreignReferences;
     Visit();
     return true;
@@ -40,8 +40,8 @@ void Object::EnterList()
     }
 }
 
-// The reference that is to be released keeps the object until its own thread takes the visit. With the first visit the object
-// enters the list; behind a later one nothing of it may be touched.
+// The reference that is to be released keeps the object alive until its own thread takes the visit. The first visit puts the
+// object on the list; after a later one, nothing in it may be touched.
 void Object::Visit()
 {
     if (visits.fetch_add(1, std::memory_order_acq_rel) > 0) return;
@@ -49,8 +49,8 @@ void Object::Visit()
     SignalVisit();
 }
 
-// One object at a time: what one does when its references go may end another, which has to be in the list then. No more of them
-// than are there at first: a component that never stops must not hold the apartment up.
+// One object at a time: releasing an object's references may end another, which has to be on the list then. Takes no more of them
+// than there are at first: a component that never stops must not hold the apartment up.
 void Object::ReceiveVisits()
 {
     std::size_t due = 1, behind = 0;
@@ -63,7 +63,7 @@ void Object::ReceiveVisits()
     if (behind > 0) SignalVisit();
 }
 
-// An object of this thread, out of the list, and how many more there are; null when there is none.
+// Takes an object of this thread off the list, and counts those that remain; null when there is none.
 Object* Object::TakeVisited(std::size_t& behind)
 {
     behind = 0;
@@ -84,7 +84,7 @@ Object* Object::TakeVisited(std::size_t& behind)
 
 void Object::EndVisits()
 {
-    // From here on another visit enters the list anew.
+    // From here on, another visit puts the object on the list anew.
     const LONG count = visits.exchange(0, std::memory_order_acq_rel);
     referenceCount += foreignReferences.exchange(0, std::memory_order_acq_rel);
     const char* member = visitorMember.load(std::memory_order_acquire);
@@ -98,7 +98,7 @@ void Object::EndVisits()
     Unpin();
 }
 
-// An object that was released too often on other threads is destroyed with visits left.
+// An object that was released too often on other threads is destroyed with visits pending.
 void Object::ForgetVisits()
 {
     if (visits.load(std::memory_order_acquire) == 0) return;
