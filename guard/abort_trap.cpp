@@ -11,7 +11,7 @@ namespace zelt {
 namespace {
 
 constexpr DWORD kAborted = 0xE0414254;
-const char kMark = 0;  // Its address tells our exception from another of the same code.
+const char kMark = 0;  // Its address distinguishes our exception from another with the same code.
 
 using SignalHandler = void(__cdecl*)(int);
 
@@ -30,15 +30,15 @@ Function Export(HMODULE library, const char* name)
 
 void __cdecl OnAbort(int)
 {
-    // The runtime library goes back to its default action before it calls the handler. Outside a guarded call that is
-    // what shall happen next.
+    // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that action
+    // is the one we want next.
     if (GuardDepth() == 0) return;
     TrapAborts();
     RaiseAbort(nullptr);
 }
 
-// Whether libraries have been loaded since the last question. Looking for them by their names each time that a package is
-// made would take longer than most packages do.
+// Whether libraries have been loaded since the last question. Looking them up by name each time a package is made would take
+// longer than making most packages.
 class LoadedLibraries {
 public:
     static bool AreNew()
@@ -67,7 +67,7 @@ private:
     static inline std::atomic<bool> changed = true;
 };
 
-// GCC's shared C++ library tells what it was throwing when it gave up.
+// GCC's shared C++ library says what it was throwing when it gave up.
 class SharedRuntime {
 public:
     static void Trap()
@@ -93,7 +93,7 @@ private:
         RaiseAbort(depth == 1 ? TextInFlight() : nullptr);
     }
 
-    // The string being thrown, or null. The exception is ended: the frames that could do it are about to go.
+    // The string being thrown, or null. Ends the exception: the frames that could end it are about to go.
     static const char* TextInFlight()
     {
         const HMODULE library = GetModuleHandleW(L"libstdc++-6.dll");

@@ -1,20 +1,20 @@
-// Turns std::terminate and abort inside a guarded call into a structured exception, which the guard takes. Packages
-// built with GCC for i686 need it: an exception that their own copy of the runtime library cannot unwind further ends
-// there. Outside guarded calls both still end the process.
+// Turns std::terminate and abort inside a guarded call into a structured exception, which the guard takes. Packages built with
+// GCC for i686 need it: an exception that their own copy of the runtime library cannot unwind further ends there. Outside guarded
+// calls both still end the process.
 #pragma once
 
 #include <windows.h>
 
 namespace zelt {
 
-// Installs the trap in msvcrt, and in the universal runtime library and GCC's shared C++ library when they are loaded.
-// Libraries that are linked into a package are out of reach; those of GCC call the abort of a shared one.
+// Installs the trap in msvcrt, and in the universal runtime library and GCC's shared C++ library when they are loaded. It cannot
+// reach libraries that are linked into a package; those of GCC call the abort of a shared one.
 void TrapAborts();
 
 // True for the trap's exception; `text` is then the string that was being thrown, or null when that is not known.
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text);
 
-// The number of guarded calls that are active on the calling thread (fault_guard.cpp). Walks the stack: not for every
+// The number of guarded calls that are active on the calling thread (fault_guard.cpp). Walks the stack: do not ask it for every
 // call.
 int GuardDepth();
 

@@ -20,7 +20,7 @@ CallInProgress* calls = nullptr;
 std::size_t room = 0;
 std::size_t count = 0;
 
-// The memory lives as long as the process: calls may be in progress up to its end.
+// The memory lives as long as the process: calls may be in progress until its end.
 void MakeRoom() noexcept
 {
     const std::size_t larger = room ? 2 * room : 64;
@@ -39,7 +39,7 @@ void EndCallsBeyond(std::size_t remaining) noexcept
     while (count > remaining) {
         --count;
         if (count >= room) continue;
-        // A copy: what is done may call others, which need room.
+        // A copy: ending a call may make other calls, which need room.
         const CallInProgress call = calls[count];
         endCall(call);
     }

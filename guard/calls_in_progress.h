@@ -1,6 +1,6 @@
-// The logged calls in progress in the proxies' apartment, kept apart from the stack. A fault far down, a stack overflow above
-// all, may be caught by a call further out: the frames in between are gone without their destructors, and what those would
-// have done is done from here. Entering and leaving are on the way of every call, so they are inline.
+// The logged calls in progress in the proxies' apartment, kept apart from the stack. A call further out may catch a fault far
+// down, above all a stack overflow: the frames in between are gone without their destructors, and this code does what those would
+// have done. Every call enters and leaves here, so both functions are inline.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace zelt {
 
-// What the calls belong to; only the layer that enters them knows more of it.
+// What the calls belong to; only the layer that enters them knows more about it.
 class CapeOpenBase;
 class LogDocument;
 
@@ -24,7 +24,7 @@ EndCallFunction SetEndCall(EndCallFunction function);
 
 namespace calls_in_progress {
 
-// Outermost first. Calls that memory does not suffice to track are counted all the same.
+// Outermost first. Calls for which memory does not suffice are counted but not tracked.
 extern CallInProgress* calls;
 extern std::size_t room;
 extern std::size_t count;
@@ -36,7 +36,7 @@ void MakeRoom() noexcept;
 // How many calls are in progress.
 inline std::size_t CountCallsInProgress() { return calls_in_progress::count; }
 
-// Makes room for one more; may call others, as opposed to what follows.
+// Makes room for one more; unlike what follows, it may call other functions.
 inline void PrepareToEnterCall()
 {
     using namespace calls_in_progress;
@@ -52,11 +52,11 @@ inline void PrepareToEnterCall()
     ++count;
 }
 
-// Takes out the innermost call, whose frame is still there to clean up after itself.
+// Takes out the innermost call, whose frame still exists and cleans up after itself.
 inline void LeaveCallInProgress(std::size_t countBefore) { calls_in_progress::count = countBefore; }
 
-// Ends the calls beyond the first `count`, innermost first: closes their func elements and gives back what they hold. Does
-// nothing when there are none, as is usual.
+// Ends the calls beyond the first `count`, innermost first: closes their func elements and gives back what they hold. Usually
+// there are none, and it does nothing.
 void EndCallsBeyond(std::size_t count) noexcept;
 
 }  // namespace zelt

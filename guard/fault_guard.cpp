@@ -24,8 +24,8 @@ namespace {
 constexpr ULONG kOverflowReserve = 32 * 1024;  // Stack kept back for the dispatch of an overflow.
 constexpr ULONG_PTR kRoomToRecover = 64 * 1024;
 
-// A guard too close to the end of the stack could not recover, the throw itself would overflow again: an outer guard
-// must take the overflow. That happens when a package and a proxy call each other without end.
+// A guard too close to the end of the stack could not recover, because the throw itself would overflow again: an outer guard must
+// take the overflow. That happens when a package and a proxy call each other without end.
 bool HasRoomToRecover(const void* frame)
 {
     ULONG_PTR low = 0;
@@ -38,8 +38,8 @@ bool HasRoomToRecover(const void* frame)
 #ifdef _WIN64
 constexpr DWORD kGccThrow = 0x20474343;
 
-// C++ exceptions of GCC's runtime library, whichever copy of it, are known to ours and find their handler themselves.
-// Those of other libraries with the same code are not: our library ends the process when it meets one during another.
+// C++ exceptions from any copy of GCC's runtime library are known to ours and find their handler themselves. Those of other
+// libraries with the same code are not: our library ends the process when it meets one during another.
 bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language, the last byte varies.
@@ -50,8 +50,8 @@ bool PassesThrough(const EXCEPTION_RECORD& record)
 }
 #endif
 
-// Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be known of
-// it: the thrown object lives on the stack that is about to go.
+// Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be learned about it:
+// the thrown object lives on the stack that is about to go.
 bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
 {
     if (record.ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) return false;
@@ -73,7 +73,7 @@ bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
     return true;
 }
 
-// Before main: from here on every guarded call can rely on it.
+// Runs before main: every guarded call can rely on it.
 [[maybe_unused]] const bool prepared = (PrepareGuards(), true);
 
 }  // namespace
@@ -145,7 +145,7 @@ extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, Guar
     return ExceptionContinueSearch;
 }
 
-// Called by our own runtime library for the thunk's frame while a C++ exception passes: the record goes with the frame.
+// Our own runtime library calls it for the thunk's frame while a C++ exception passes: the record goes with the frame.
 extern "C" _Unwind_Reason_Code ZeltGuardPersonality(int, _Unwind_Action actions, _Unwind_Exception_Class,
                                                     _Unwind_Exception*, _Unwind_Context* context)
 {
@@ -176,7 +176,7 @@ void PrepareGuards()
     ULONG reserve = 0;
     if (SetThreadStackGuarantee(&reserve) && reserve >= kOverflowReserve) return;
     reserve = kOverflowReserve;
-    // A stack that is committed as a whole has its guard page too low for the new reserve; this one sets it again.
+    // A stack that is committed as a whole has its guard page too low for the new reserve; this call sets it again.
     if (SetThreadStackGuarantee(&reserve)) _resetstkoflw();
 }
 

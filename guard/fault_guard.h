@@ -1,6 +1,6 @@
-// Calls into code that is not ours, made so that nothing but a C++ exception comes back: the guard is a frame handler
-// around this one call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. It does
-// not run the destructors of the callee's abandoned frames, and it cannot stop exit() or a fail-fast.
+// Calls into code that is not ours, made so that only C++ exceptions come back: the guard is a frame handler around this one
+// call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. It does not run the destructors of
+// the callee's abandoned frames, and it cannot stop exit() or a fail-fast.
 #pragma once
 
 #include <windows.h>
@@ -14,8 +14,8 @@
 
 namespace zelt {
 
-// A character string that the callee threw and that could not travel as such, because the thrower's runtime library is
-// not ours: a copy of it.
+// A copy of a character string that the callee threw and that could not pass as an exception, because the thrower's runtime
+// library is not ours.
 class ThrownText final : public std::exception {
 public:
     explicit ThrownText(std::string text) : text(std::move(text)) {}
@@ -26,21 +26,20 @@ private:
     std::string text;
 };
 
-// Anything else that a foreign runtime library threw, and a callee that gave up with std::terminate or abort.
+// Anything else that a foreign runtime library threw, or a callee that gave up with std::terminate or abort.
 class ForeignException final : public std::exception {
 public:
     const char* what() const noexcept override { return "a component threw an exception or gave up"; }
 };
 
-// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and
-// reserves stack on the calling thread, without which its overflow may leave no room to dispatch the exception. Done at
-// start-up for the main thread; call it again after a package has been loaded, and first on each further thread that
-// makes guarded calls. Cheap and idempotent.
+// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and reserves stack
+// on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done at start-up for the main
+// thread; call it again after loading a package, and first on each further thread that makes guarded calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {
 
-// What the frame handler saw. Filled before the stack is unwound; text is allocated by it and owned by ThrowEscape.
+// What the frame handler saw. Filled before the stack is unwound; the handler allocates text, ThrowEscape owns it.
 struct Escape {
     enum class Kind { Fault, Text, Foreign };
 
@@ -69,13 +68,13 @@ inline void Run(Function function, void* context)
 //   SE_Exception      for a structured exception: faults, stack overflow, codes of any other origin;
 //   ThrownText        for a character string from a runtime library that is not ours;
 //   ForeignException  for everything else from such a library.
-// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of
-// packages built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort,
-// which arrives as ThrownText or ForeignException.
+// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of packages built
+// with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort, which arrives as ThrownText
+// or ForeignException.
 template <class Call>
 std::invoke_result_t<Call&> Guarded(Call&& call)
 {
-    // A temporary callee is moved into the frame, which saves the way to it.
+    // A temporary callee is moved into the frame, which saves an indirection.
     using Result = std::invoke_result_t<Call&>;
     if constexpr (std::is_void_v<Result>) {
         struct Frame {

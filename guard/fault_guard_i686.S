@@ -36,7 +36,7 @@ _ZeltGuardedCall:
     movl    12(%ebp), %eax
     movl    %eax, (%esp)
     call    *8(%ebp)
-    fwait                           // An x87 fault that is still pending is the callee's.
+    fwait                           // An x87 fault that is still pending belongs to the callee.
     xorl    %eax, %eax
 .Lleave:
     movl    -32(%ebp), %edx
@@ -57,7 +57,7 @@ _ZeltGuardedCall:
 
 // The handler's way back, with ebp and esp as the call above left them.
 .Lresume:
-    pushl   $2                      // Direction, trap and alignment-check flags off.
+    pushl   $2                      // Clears the direction, trap and alignment-check flags.
     popfl
     fninit
     fldcw   -16(%ebp)

@@ -18,7 +18,7 @@ ZeltGuardedCall:
     movq    %rcx, %rax
     movq    %rdx, %rcx
     call    *%rax
-    fwait                           // An x87 fault that is still pending is the callee's.
+    fwait                           // An x87 fault that is still pending belongs to the callee.
     xorl    %eax, %eax
     addq    $56, %rsp
     ret
@@ -26,7 +26,7 @@ ZeltGuardedCall:
 // The handler resumes here, with rsp and the preserved registers as they were at the call.
     .globl  ZeltGuardLanding
 ZeltGuardLanding:
-    pushq   $2                      // Direction, trap and alignment-check flags off.
+    pushq   $2                      // Clears the direction, trap and alignment-check flags.
     popfq
     fninit
     fldcw   44(%rsp)

@@ -35,8 +35,8 @@ void AttemptForeign(Call&& call) noexcept
     }));
 }
 
-// Releases a reference on a foreign object and clears the pointer. A fault in the object's destruction is swallowed: there
-// is nobody left to tell.
+// Releases a reference on a foreign object and clears the pointer. Swallows a fault in the object's destruction: there is nobody
+// left to report it to.
 template <class I>
 void ReleaseForeign(I*& pointer) noexcept
 {
@@ -80,7 +80,7 @@ private:
     I* pointer = nullptr;
 };
 
-// Asks `object` (may be null) for an interface. A failure, and a success without a pointer, is a refusal.
+// Asks `object` (may be null) for an interface. Both a failure and a success without a pointer are a refusal.
 [[nodiscard]] inline HRESULT QueryForeign(IUnknown* object, REFIID iid, void** result) noexcept
 {
     *result = nullptr;
@@ -94,7 +94,7 @@ private:
 template <class I>
 ForeignPtr<I> QueryForeign(IUnknown* object) noexcept
 {
-    // Null when it is refused, for whatever reason.
+    // Null when refused, for whatever reason.
     void* found = nullptr;
     static_cast<void>(QueryForeign(object, __uuidof(I), &found));
     return ForeignPtr<I>(static_cast<I*>(found));

@@ -1,4 +1,4 @@
-// Texts that foreign code returns, read without trust in the pointer: a package may return one that is no string.
+// Texts that foreign code returns, read without trusting the pointer: a package may return one that is no string.
 #pragma once
 
 #include <oleauto.h>
@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// The text up to its first NUL; the string is freed. What cannot be read gives no text and is left alone.
+// The text up to its first NUL; the string is freed. An unreadable string gives no text and is left alone.
 inline std::string TakeForeignText(BSTR returned)
 {
     if (!returned) return {};

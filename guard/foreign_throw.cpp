@@ -13,7 +13,7 @@ constexpr std::size_t kMaxText = 64 * 1024;
 constexpr std::size_t kPage = 4096;
 constexpr std::uint32_t kMaxTypes = 64;  // An array that claims more catchable types than this is garbage.
 
-// References inside the tables: addresses on i686, offsets from the thrower's image on x86_64.
+// References inside the tables: addresses on i686, offsets from the thrower's image base on x86_64.
 using Reference = std::uint32_t;
 
 #ifdef _WIN64
@@ -39,7 +39,7 @@ struct CatchableType {
 struct TypeDescriptor {
     const void* table;
     void* spare;
-    char name[8];  // Longer names go on; those that matter fit.
+    char name[8];  // Longer names continue after it; those that matter fit.
 };
 
 const void* At(std::uintptr_t base, std::uintptr_t reference)
@@ -76,7 +76,7 @@ bool CarriesText(std::uintptr_t base, const void* info)
 
 bool ReadForeign(const void* address, void* out, std::size_t size) noexcept
 {
-    // Asked first, because a read through the system takes the guard off a guard page.
+    // Ask first, because a read through the system takes the guard off a guard page.
     MEMORY_BASIC_INFORMATION region{};
     if (VirtualQuery(address, &region, sizeof region) == 0 || region.State != MEM_COMMIT) return false;
     if (region.Protect & (PAGE_NOACCESS | PAGE_GUARD)) return false;
@@ -90,7 +90,7 @@ char* CopyForeignText(const void* address) noexcept
     if (!buffer) return nullptr;
     std::size_t length = 0;
     const char* end = nullptr;
-    // Page by page, because the string may end just before memory that cannot be read.
+    // Page by page, because the string may end just before unreadable memory.
     while (!end && length < kMaxText) {
         const std::uintptr_t from = reinterpret_cast<std::uintptr_t>(address) + length;
         const std::size_t size = std::min(kPage - from % kPage, kMaxText - length);

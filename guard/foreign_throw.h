@@ -1,5 +1,5 @@
-// Reads what runtime libraries other than ours attach to an exception. Everything here is foreign memory and may be
-// garbage: it is read through the system, never dereferenced. Nothing throws; callable inside an exception handler.
+// Reads what runtime libraries other than ours attach to an exception. All of it is foreign memory and may be garbage: it is read
+// through the system, never dereferenced. Nothing throws; callable inside an exception handler.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@ namespace zelt {
 // A copy (new char[]) of the string at `address`, at most 64 KB of it; null when nothing can be read there.
 char* CopyForeignText(const void* address) noexcept;
 
-// Copies `size` bytes; false when a part of them cannot be read.
+// Copies `size` bytes; false when any of them cannot be read.
 bool ReadForeign(const void* address, void* out, std::size_t size) noexcept;
 
 // The exception code of C++ exceptions thrown by Microsoft's compiler.

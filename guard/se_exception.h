@@ -1,5 +1,5 @@
-// What a hardware fault, or any other structured exception, becomes on our side of a guarded call: a C++ exception that
-// carries the system's code. The texts belong to the log format. Owns nothing; the texts are constants.
+// What a hardware fault, or any other structured exception, becomes on our side of a guarded call: a C++ exception that carries
+// the system's code. The texts are part of the log format. Owns nothing; the texts are constants.
 #pragma once
 
 #include <windows.h>
