@@ -52,8 +52,8 @@ bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HR
     return SUCCEEDED(result);
 }
 
-// Replaces a returned object by a proxy, and gives its reference back. Without a proxy the object stays: its kind crosses
-// as it is. On failure the object is released and null left.
+// Replaces a returned object by a proxy, and gives the object's reference back. Without a proxy the object stays: its kind
+// crosses as it is. On failure releases the object and leaves null.
 HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
 {
     ProxyPtr proxy;
@@ -107,17 +107,17 @@ namespace {
 struct ArrayDestroyer {
     void operator()(SAFEARRAY* array) const
     {
-        // The elements' destruction is foreign code.
+        // Destroying the elements runs foreign code.
         AttemptForeign([array] { SafeArrayDestroy(array); });
     }
 };
 using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
 
-// What is in an array that foreign code returned, copied without trust in anything that the array says of itself. The elements
-// stay the array's own.
+// The content of an array that foreign code returned, copied without trusting anything that the array says about itself. The
+// elements remain the array's own.
 template <class Element>
 class ArrayContent {
-    // Of pointers to interfaces, too, it is the pointers' own size that counts. NOLINTNEXTLINE(bugprone-sizeof-expression)
+    // For pointers to interfaces, too, the pointers' own size is what counts. NOLINTNEXTLINE(bugprone-sizeof-expression)
     static constexpr std::size_t kElementSize = sizeof(Element);
 
 public:
@@ -149,7 +149,7 @@ public:
     const std::vector<Element>& Elements() const { return elements; }
 
 private:
-    // So that their size in bytes is far from overflowing, the system's calculations included.
+    // Keeps their size in bytes far from overflowing, also in the system's calculations.
     static constexpr std::uint64_t kMostElements = 1 << 24;
 
     HRESULT ReadBounds(SAFEARRAY* array)
@@ -169,7 +169,7 @@ private:
     std::vector<Element> elements;
 };
 
-// The interface pointer in an element of an array of objects or of VARIANTs; null when there is none.
+// The interface pointer in an element of an array of objects or VARIANTs; null when there is none.
 IUnknown* PointerIn(IUnknown* element) { return element; }
 IUnknown* PointerIn(const VARIANT& element)
 {
@@ -183,14 +183,14 @@ void PutPointer(VARIANT& element, IDispatch* pointer)
     element.pdispVal = pointer;
 }
 
-// Elements that hold no object are taken over.
+// Copies an element that holds no object.
 void CopyElement(IUnknown*&, IUnknown*) {}
 void CopyElement(VARIANT& to, const VARIANT& from)
 {
     com::Check(CallForeign([&] { return VariantCopy(&to, const_cast<VARIANT*>(&from)); }));
 }
 
-// An array of the same shape with one proxy for each object in `objects`, and with the other elements as they are.
+// An array of the same shape with one proxy for each object in `objects`, and the other elements as they are.
 template <class Element>
 OwnedArray ArrayOfProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, VARTYPE type)
 {
@@ -261,7 +261,7 @@ void ErrorIf::Describe(LoggedCall& call) const
 HRESULT HoldOriginal::Prepare(LoggedCall& call)
 {
     const ForeignPtr<IOriginalObject> proxy = QueryForeign<IOriginalObject>(object);
-    // An object that does not give its original is left alone.
+    // An object that does not return its original is left alone.
     if (proxy) static_cast<void>(call.Forward([&] { return proxy->GetOriginalObject(original.Receive()); }));
     return S_OK;
 }

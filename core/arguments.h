@@ -2,10 +2,10 @@
 // parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
 // carries none: it adds a check in its place among the logged arguments.
 //
-// Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the
-// check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call: wrap what goes in), Value
-// (what is forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release. What Describe and Finish
-// throw costs an entry of the log; what Prepare throws ends the call. The others throw nothing.
+// Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the check),
+// Answer (a result that ends the call without forwarding), Prepare (only for a logged call: wrap what goes in), Value (what is
+// forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release. An exception from Describe or Finish
+// costs an entry of the log; one from Prepare ends the call. The other steps throw nothing.
 #pragma once
 
 #include <optional>
@@ -24,7 +24,7 @@ struct Mark {};
 template <class D>
 inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 
-// What descriptors do when they have nothing to do in a step.
+// What a descriptor does in a step where it has nothing to do.
 struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}
@@ -34,7 +34,7 @@ struct NoSteps {
     void Release() {}
 };
 
-// Whether the descriptor has nothing to do in a call that is not logged. One with a Finish of its own says FinishOnlyLogs.
+// Whether the descriptor has nothing to do in a call that is not logged. One with its own Finish declares FinishOnlyLogs.
 template <class D>
 inline constexpr bool kOnlyLogs = std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)>&&
                                       std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)> &&
@@ -145,8 +145,8 @@ auto Out(const char* name, T* value)
 {
     return OutArgument<T, ByType>(name, value, {});
 }
-// A list of names may come back empty: so the standard gives a list without elements. Values may not, unless the shape says
-// that the caller need not have asked for them.
+// A list of names may come back empty, because the standard returns a list without elements that way. Values may not, unless the
+// shape says that the caller need not have asked for them.
 inline auto Out(const char* name, VARIANT* value, Shape shape)
 {
     shape.allowEmpty |= shape.type == kStrings.type;
@@ -159,7 +159,7 @@ inline auto OutBool(const char* name, VARIANT_BOOL* value)
 
 // --- Interface pointers.
 
-// A proxy for the length of a call. The callee may hold it longer; what it may not is take it away by releasing too often.
+// A proxy for the length of a call. The callee may hold it longer, but must not take it away by releasing too often.
 class LentProxy {
 public:
     LentProxy() = default;
@@ -200,8 +200,8 @@ protected:
     [[nodiscard]] HRESULT Replace(LoggedCall& call, bool makesReadOnly);
 };
 
-// The same behind one more pointer. The callee gets the address of a copy, so that the caller's slot is never written; null
-// at either level goes in as null.
+// The same with one more pointer in between. The callee gets the address of a copy, so that the caller's slot is never written;
+// null at either level goes in as null.
 struct WrappedInSlot : WrappedIn {
     using Parameter = IDispatch**;
     bool isNull;
@@ -239,8 +239,8 @@ struct WrappedOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
-// An object that comes back, logged as it was returned. Where it is one of our proxies, the caller gets what stands behind it:
-// the object that it once handed in itself. A failed call leaves null.
+// An object that comes back, logged as it was returned. If it is one of our proxies, the caller gets the object behind it, which
+// it once handed in itself. A failed call leaves null.
 struct OriginalOut : NoSteps {
     using Parameter = IDispatch**;
     const char* name;
@@ -255,7 +255,7 @@ struct OriginalOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
-// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy an element.
+// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy per element.
 struct WrappedArrayOut : NoSteps {
     using Parameter = VARIANT*;
     const char* name;
@@ -287,7 +287,7 @@ struct Write : Mark, NoSteps {
     void Describe(LoggedCall& call) const;
 };
 
-// The wrapped object has to be there, and the proxy may make it now.
+// The wrapped object has to exist; the proxy may make it now.
 struct NeedsObject : Mark, NoSteps {
     std::optional<HRESULT> Answer(LoggedCall& call)
     {
@@ -305,7 +305,7 @@ struct ErrorIf : Mark, NoSteps {
     void Describe(LoggedCall& call) const;
 };
 
-// Keeps the object behind a proxy alive over the forwarded call. Null, and an object that is no proxy, is left alone.
+// Keeps the object behind a proxy alive during the forwarded call. Leaves null, and an object that is no proxy, alone.
 struct HoldOriginal : Mark, NoSteps {
     IUnknown* object;
     ForeignPtr<IUnknown> original;

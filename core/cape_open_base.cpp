@@ -54,7 +54,7 @@ void CapeOpenBase::AttachAsRoot(IUnknown* object, LogDocument* log, std::string 
     name = std::move(rootName);
 }
 
-// The name that the wrapped object gives itself. A plain look-up, not a logged call.
+// Takes the name that the wrapped object gives itself. A plain look-up, not a logged call.
 void CapeOpenBase::SetName()
 {
     const ErrorInfoKeeper keeper;
@@ -102,21 +102,22 @@ void CapeOpenBase::OnForeignThread(const char* member, DWORD thread)
 
 void CapeOpenBase::FinalRelease()
 {
-    // What other threads have released is no longer held.
+    // What other threads have released no longer counts as held.
     if (isRoot) ReceiveVisits();
-    // Before the interfaces go: releasing them may take the root with it, whose report is about what is still held.
+    // Leave before the interfaces go: releasing them may take the root with it, and the root's report is about what is still
+    // held.
     if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();
     if (LogDocument* log = Document()) log->Close();
-    // Only now: what the wrapped object itself still holds belongs into the report.
+    // Only now: what the wrapped object itself still holds belongs in the report.
     DropInterfaces();
     wrapped = ForeignPtr<IUnknown>();
 }
 
 void CapeOpenBase::ReportChildren()
 {
-    // Dropping interfaces calls foreign code, which may release proxies of the tree: each is held meanwhile.
+    // Dropping interfaces calls foreign code, which may release proxies of the tree: hold each of them meanwhile.
     const std::vector<CapeOpenBase*> alive = std::move(children);
     children.clear();
     for (CapeOpenBase* child : alive) {

@@ -1,6 +1,6 @@
-// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
-// of the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that
-// a derived class declares; the ones that every proxy has are in identification.h and error_interfaces.h.
+// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags of
+// the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that a
+// derived class declares; those that every proxy has are in identification.h and error_interfaces.h.
 //
 // Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
 // its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
@@ -29,7 +29,7 @@ public:
     InterfaceCache(const InterfaceCache&) = delete;
     InterfaceCache& operator=(const InterfaceCache&) = delete;
 
-    // The pointer, asked for on first use; a refusal is not remembered. Null when refused.
+    // The pointer, asked for on first use. Null when refused; a refusal is not remembered.
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
         if (!pointer) {
@@ -40,7 +40,7 @@ public:
         }
         return pointer;
     }
-    // The pointer, if it has been got.
+    // The pointer, if the cache has it.
     void* Get() const { return pointer; }
     void Drop() { ReleaseForeign(pointer); }
     InterfaceCache* Next() const { return next; }
@@ -53,28 +53,28 @@ private:
 // What a proxy class says about itself.
 struct ProxyTraits {
     const char* typeName;  // the object's kind in the release report
-    // On a root: the generation that materials made for it belong to. Other proxies take over what they are obtained
-    // through, and hold it as their own, so that nothing points back to an owner that may be gone.
+    // On a root: the generation that materials made for it belong to. Other proxies take it over from the proxy through which
+    // they are obtained and keep their own copy, so that nothing points back to an owner that may be gone.
     ThermoVersion servedVersion = ThermoVersion::Unset;
     bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
     bool isNamedEarly = false;      // takes a name before its object is made
 };
 
-// Tells the log that an object was entered on another thread than its apartment's. Null for no log.
+// Logs that an object was entered on a thread outside its apartment. A null `document` stands for no log.
 void WarnForeignThread(LogDocument* document, std::string_view object, const char* member, DWORD thread);
 
 class CapeOpenBase : public com::Object {
 public:
-    // Takes the wrapped object (one reference is added; null: "object not created"), which crosses `through`, and joins
-    // its tree and document. Calls of an object that `through` returns go the same way as its own, those of one that it is
-    // given the other way. The name is asked of the wrapped object when there is a document.
+    // Takes the wrapped object (adds one reference; null: "object not created"), which crosses `through`, and joins its tree and
+    // document. Calls of an object that `through` returns have the same direction as its own, those of one that it is given the
+    // opposite one. Asks the wrapped object for its name when there is a document.
     void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
-    // Makes this the root of a tree of its own, under a given name, on the side of the logged component. `document` may be
-    // null: nothing is logged.
+    // Makes this the root of a tree of its own, under a given name, on the side of the logged component. With a null `document`
+    // nothing is logged.
     void AttachAsRoot(IUnknown* wrapped, LogDocument* document, std::string name);
 
-    // The document to write to; null when nothing is logged, or no longer.
+    // The document to write to; null when nothing is logged, or no longer logged.
     LogDocument* Document() const
     {
         LogDocument* held = document.Get();
@@ -88,18 +88,18 @@ public:
     void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
     ThermoVersion ServedVersion() const { return servedVersion; }
 
-    // Becomes the `object` of later entries.
+    // Sets the `object` of later entries.
     void Rename(std::string newName) { name = std::move(newName); }
 
     bool IsNamedEarly() const { return traits.isNamedEarly; }
 
-    // Called within `call`, which is of no use without the wrapped object: a chance to make it. A failure ends the call.
+    // Called within `call`, which is useless without the wrapped object: a chance to make it. A failure ends the call.
     [[nodiscard]] virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
 
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
-    // While calls are in progress the proxy lives, whoever else lets go of it, and the interfaces in use are not dropped.
+    // While calls are in progress the proxy lives, whoever else releases it, and the interfaces in use are not dropped.
     void EnterCall()
     {
         Hold();
@@ -116,7 +116,7 @@ protected:
     explicit CapeOpenBase(const ProxyTraits& traits);
     ~CapeOpenBase() override;
 
-    // Takes the wrapped object, for a proxy that is made before it.
+    // Takes the wrapped object, for a proxy that exists before its object.
     void Wrap(IUnknown* object);
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
@@ -145,7 +145,7 @@ private:
     std::vector<CapeOpenBase*> children;  // on the root: the tree's other proxies, in order of creation
 
     InterfaceCache* firstCache = nullptr;
-    // The references that are our own while the root reports: one for the report, and one for each call in progress.
+    // The references that are our own during the root's report: one for the report, and one for each call in progress.
     ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }
 
     int activeCalls = 0;

@@ -1,5 +1,5 @@
-// The CAPE-OPEN error interfaces of a proxy: each getter is forwarded to the wrapped object, so that a caller reads the
-// wrapped object's error through logged calls. The interfaces without methods only tell the error's class.
+// The CAPE-OPEN error interfaces of a proxy: each getter is forwarded to the wrapped object, so that a caller reads the wrapped
+// object's error through logged calls. The interfaces without methods only identify the error's class.
 #pragma once
 
 #include "core/logged_interface.h"
@@ -61,7 +61,7 @@ struct LoggedBadInvOrder final : LoggedInterface<ECapeBadInvOrder> {
     }
 };
 
-// The two bounds are logged under the method's own name: readers of existing logs know them so.
+// Both bounds are logged under the method's own name: readers of existing logs know them so.
 struct LoggedBoundaries final : LoggedInterface<ECapeBoundaries> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(get_LowerBound)(double* bound) override

@@ -14,7 +14,7 @@ protected:
     {}
     ~LoggedProxy() override = default;
 
-    // What a script asks first of any component, unless a class knows better: its name.
+    // What a script asks any component for first, unless a class knows better: its name.
     IDispatch* ScriptInterface() override { return &identification; }
 
 private:

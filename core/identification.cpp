@@ -13,7 +13,7 @@ void TakeName(CapeOpenBase& proxy, BSTR name)
     com::Attempt([&] { proxy.Rename(Narrow(TextOf(name))); });
 }
 
-// The proxy takes over the name that its object has accepted, and one that is named before its object is made takes it at once.
+// The proxy takes over the name that its object has accepted; one that is named before its object is made takes the name at once.
 struct Renames : Mark, NoSteps {
     BSTR name;
 

@@ -1,5 +1,5 @@
 // The interfaces that every proxy has besides the error interfaces: identification, the way back to the wrapped object, and
-// whether error information can be had.
+// whether error information is available.
 #pragma once
 
 #include <zelt.h>
@@ -8,7 +8,7 @@
 
 namespace zelt {
 
-// A text that comes back. A proxy whose object was never created answers itself: it still has something to show in a list of
+// A text that comes back. A proxy whose object was never created returns one itself: it still has something to show in a list of
 // names.
 struct OutOrUninitialized : OutArgument<BSTR, ByType> {
     OutOrUninitialized(const char* name, BSTR* text) : OutArgument(name, text, {}) {}

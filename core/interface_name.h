@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// The name registered for the interface, or its identity in braces.
+// The name registered for the interface, or its identifier in braces.
 std::string InterfaceName(REFIID iid);
 
 }  // namespace zelt

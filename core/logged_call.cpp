@@ -17,7 +17,7 @@ void EndSweptCall(const CallInProgress& call) noexcept
     call.proxy->LeaveCall();
 }
 
-// `text` is a code and what it means, or neither is known.
+// `text` is a code and its meaning, or neither is known.
 void SayFault(LogDocument& document, std::string_view text)
 {
     const std::size_t code = LengthOfCode(text);
@@ -69,7 +69,7 @@ HRESULT LoggedCall::ResultOfException() noexcept
         } catch (const SE_Exception& fault) {
             SayFault(*document, fault.Text());
         } catch (const char* text) {
-            // The package's pointer: null, or no string at all, as far as anybody knows.
+            // The package's pointer: it may be null, or no string at all.
             const std::unique_ptr<char[]> copy(CopyForeignText(text));
             document->Write(Sentence::UncaughtText, {copy ? copy.get() : ""});
         } catch (const ThrownText& thrown) {
@@ -78,7 +78,7 @@ HRESULT LoggedCall::ResultOfException() noexcept
             document->Write(Sentence::UncaughtException);
         }
     } catch (...) {
-        // No memory for the text.
+        // There is no memory for the text.
     }
     return E_UNEXPECTED;
 }

@@ -1,7 +1,6 @@
-// The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what
-// escapes into a status code, closes the element. Arguments are described by arguments.h; logged_interface.h puts the
-// steps in order. Exactly one closing tag is written on every path; calls_in_progress.h does it for a call whose frame a
-// fault further in has swept away.
+// The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what escapes
+// into a status code, closes the element. arguments.h describes arguments; logged_interface.h puts the steps in order. Every path
+// writes exactly one closing tag; for a call whose frame a fault further in has swept away, calls_in_progress.h does so.
 #pragma once
 
 #include <optional>
@@ -12,7 +11,7 @@
 
 namespace zelt {
 
-// The frame of a call that nobody logs: the proxy is held, and the call is known to be in progress.
+// The frame of a call that is not logged: it holds the proxy, and records that the call is in progress.
 class UnloggedCall {
 public:
     [[gnu::always_inline]] explicit UnloggedCall(CapeOpenBase& proxy)
@@ -78,11 +77,11 @@ public:
     LoggedCall& operator=(const LoggedCall&) = delete;
 
     CapeOpenBase& Proxy() const { return proxy; }
-    // Where to log; null when nothing is logged. The answer stays the same for the whole call, though the document itself
-    // may be closed in mid-call and then ignores what is written.
+    // Where to log; null when nothing is logged. The answer stays the same for the whole call, though the document itself may be
+    // closed in mid-call and then ignores what is written.
     LogDocument* Document() const { return document; }
 
-    // A sentence inside the element; nothing when the call is not logged.
+    // Writes a sentence inside the element; does nothing when the call is not logged.
     void Say(Sentence sentence, std::initializer_list<std::string_view> holes = {}) const
     {
         if (document) document->Write(sentence, holes);
@@ -109,19 +108,19 @@ public:
             result = ResultOfException();
         }
         outcome = FAILED(result) ? Outcome::Failure : Outcome::Success;
-        // What follows may call foreign code, which must not cost the caller the package's error information.
+        // What follows may call foreign code; that must not cost the caller the package's error information.
         if (document && FAILED(result)) errorInfo.emplace();
         return result;
     }
 
-    // Closes the element and passes the result on; a failure is described by `errorSource`.
+    // Closes the element and passes the result on; `errorSource` describes a failure.
     [[nodiscard]] HRESULT Close(HRESULT result, IUnknown* errorSource) { return Close(result, errorSource, result); }
-    // The same when the caller's answer is not the result that the element is closed with.
+    // The same when the caller gets another result than the one that the element is closed with.
     [[nodiscard]] HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
     {
         isClosed = true;
         if (document) document->EndFunc(logged, errorSource);
-        // The caller gets the information of the failure that it receives, and none after a success.
+        // The caller gets the error information of the failure that it receives, and none after a success.
         const bool isForwardedFailure = outcome == Outcome::Failure;
         if (isForwardedFailure != FAILED(answer) && outcome != Outcome::None) [[unlikely]]
             ForgetFailure();
@@ -130,7 +129,7 @@ public:
 
 private:
     // Takes the holds that EndCallsBeyond gives back: on the proxy, because the caller's reference may go while the package calls
-    // back, and on the document. Where the stack ends is anybody's guess, so between a hold and its record nothing is called.
+    // back, and on the document. The stack may end anywhere, so nothing is called between a hold and its record.
     [[gnu::always_inline]] void Enter(std::int32_t depth)
     {
         PrepareToEnterCall();
@@ -138,15 +137,15 @@ private:
         proxy.EnterCall();
         EnterCallInProgress({&proxy, document, depth});
     }
-    // Holds the document to the end of the call, and opens the element.
+    // Holds the document until the end of the call, and opens the element.
     void Open(const char* name);
     void End();
     void* Refuse(HRESULT& failure);
     [[nodiscard]] HRESULT ResultOfException() noexcept;
-    // Drops the error information that earlier forwarding has left.
+    // Drops the error information left by earlier forwarding.
     void ForgetFailure() noexcept;
 
-    // Of the last call that was forwarded.
+    // The outcome of the last forwarded call.
     enum class Outcome : char { None, Success, Failure };
 
     CapeOpenBase& proxy;

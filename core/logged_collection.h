@@ -1,4 +1,4 @@
-// ICapeCollection of a proxy. Its items are wrapped as they come out; of which kind they are depends on the collection.
+// ICapeCollection of a proxy. Its items are wrapped as they come out; their kind depends on the collection.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -1,5 +1,5 @@
-// One CAPE-OPEN interface of a proxy: a part that forwards each method to the same interface of the wrapped object. A
-// derived class holds one row a method, made with LOGGED. The engine that carries a row out is Forward below, once for all.
+// One CAPE-OPEN interface of a proxy: a part that forwards each method to the same interface of the wrapped object. A derived
+// class holds one row per method, made with LOGGED. The engine that executes the rows is Forward below, one for all.
 #pragma once
 
 #include <tuple>
@@ -7,8 +7,8 @@
 #include "com/dispatch.h"
 #include "core/arguments.h"
 
-// The one macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the
-// order of the parameters; marks stand where their check belongs.
+// The one macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the order
+// of the parameters; marks are placed where their check belongs.
 #define LOGGED(Interface, Method, ...) \
     (this->template Forward<&Interface::Method>(#Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__))
 
@@ -58,10 +58,10 @@ protected:
 
     CapeOpenBase& Proxy() { return static_cast<CapeOpenBase&>(this->object); }
 
-    // The wrapped object's interface; null when it is refused.
+    // The wrapped object's interface; null when refused.
     I* Target() { return static_cast<I*>(Resolve(Proxy().Wrapped(), __uuidof(I))); }
 
-    // The method is a template's argument, so that it is called like any virtual function and not through a pointer.
+    // The method is a template argument, so that it is called like any virtual function and not through a pointer.
     template <auto Method, class... D>
     [[gnu::always_inline]] HRESULT Forward(const char* name, D... descriptors) noexcept
     {
@@ -80,7 +80,7 @@ protected:
     }
 
 private:
-    // The way of a call that nobody logs, where the descriptors have nothing to do.
+    // The path of a call that is not logged, where the descriptors have nothing to do.
     template <auto Method, class... D>
     [[gnu::always_inline]] HRESULT ForwardUnlogged(const D&... descriptors) noexcept
     {
@@ -91,11 +91,11 @@ private:
         return call.Forward(Calling<Method>(target, descriptors...));
     }
 
-    // The way of every other call.
+    // The path of every other call.
     template <auto Method, class... D>
     [[gnu::noinline]] HRESULT ForwardLogged(const char* name, D... descriptors) noexcept
     {
-        // What throws in a step that only the log needs costs its entry, not the call.
+        // An exception in a step that only the log needs costs its entry, not the call.
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
@@ -125,7 +125,7 @@ private:
         return call.Close(result, target);
     }
 
-    // The call of the method with what the descriptors forward.
+    // Calls the method with what the descriptors forward.
     template <auto Method, class... D>
     [[gnu::always_inline]] static auto Calling(I* target, const D&... descriptors)
     {
