@@ -104,8 +104,7 @@ void CapeOpenBase::FinalRelease()
 {
     // What other threads have released no longer counts as held.
     if (isRoot) ReceiveVisits();
-    // Leave before the interfaces go: releasing them may take the root with it, and the root's report is about what is still
-    // held.
+    // Before the interfaces go: releasing them may take the root with it, and its report is about what is still held.
     if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();
