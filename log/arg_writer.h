@@ -11,9 +11,9 @@ namespace zelt {
 
 class ArgWriter {
 public:
-    // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is
-    // a text, or appended in place by `type(std::string&)`. Nothing is evaluated when the document is closed. Values come
-    // from other people's code: one that cannot be read, or that memory does not suffice for, is logged as such.
+    // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is a text,
+    // or appended in place by `type(std::string&)`. Evaluates nothing when the document is closed. Values come from other
+    // people's code: one that cannot be read, or for which memory does not suffice, is logged as such.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {
@@ -38,10 +38,10 @@ public:
         });
     }
 
-    // A line `text` at a level.
+    // Appends the line `text` at a level.
     void Line(int level, std::string_view text);
 
-    // An argval line with text that needs no escaping: as it stands, or appended in place by `append(std::string&)`.
+    // An argval line with text that needs no escaping: given as text, or appended in place by `append(std::string&)`.
     void Value(std::string_view text, int level = 1)
     {
         ValueWith([text](std::string& out) { out += text; }, level);
@@ -58,7 +58,7 @@ public:
     // An argval line with text to be escaped, followed by the suppression warning about `what` when characters were lost.
     void EscapedValue(std::string_view text, const char* what = nullptr, int level = 1);
 
-    // A sentence inside the element.
+    // Writes a sentence inside the element.
     void Say(Sentence sentence, std::initializer_list<std::string_view> holes = {}, int level = 1)
     {
         document.AppendSentence(sentence, holes, level);

@@ -77,7 +77,7 @@ FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept
     try {
         text.name = HRName(code);
     } catch (...) {
-        // It keeps the name that says so.
+        // The text keeps the name that says so.
     }
     return text;
 }
@@ -97,7 +97,7 @@ void ErrorInfoKeeper::Forget() { ReleaseForeign(kept); }
 
 ErrorInfoKeeper::~ErrorInfoKeeper()
 {
-    // The object that it keeps is the package's own.
+    // The kept object is the package's own.
     AttemptForeign([this] { SetErrorInfo(0, kept); });
     ReleaseForeign(kept);
 }

@@ -1,5 +1,5 @@
-// The text of a failed call's error line: the name of its status code and a description. Descriptions are asked of the
-// object that failed, under the fault guard and without logging; a look-up never fails the call that is being logged.
+// The text of a failed call's error line: the name of its status code and a description. Descriptions come from the object that
+// failed, under the fault guard and without logging; a look-up never fails the call that is being logged.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +22,7 @@ FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept;
 // Name, colon, blank, description.
 std::string ErrorText(HRESULT code, IUnknown* source) noexcept;
 
-// Keeps the thread's error information, which a package set for its caller, over look-ups that may replace it.
+// Keeps the thread's error information, which a package set for its caller, during look-ups that may replace it.
 class ErrorInfoKeeper {
 public:
     ErrorInfoKeeper();
@@ -30,7 +30,7 @@ public:
     ErrorInfoKeeper(const ErrorInfoKeeper&) = delete;
     ErrorInfoKeeper& operator=(const ErrorInfoKeeper&) = delete;
 
-    // Releases the information: there will be none.
+    // Releases the information and restores none.
     void Forget();
 
 private:

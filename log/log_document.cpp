@@ -17,7 +17,7 @@ LogClosedFunction logClosed = nullptr;
 
 constexpr char kHeader[] = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
 
-// An element of a sentence, and how the suppression warning calls its text.
+// An element of a sentence, and what the suppression warning calls its text.
 struct Element {
     const char* name;
     const char* text;
@@ -58,7 +58,7 @@ void LogDocument::LetGo()
     if (--refCount == 0) delete this;
 }
 
-// What has to be in the file before the next entry: a header, the closings that are missing, and how much is.
+// Appends what must precede the next entry in the file: a header, the missing closing tags, and the count of missing entries.
 void LogDocument::AppendGap()
 {
     if (!hasHeader) entry += kHeader;
@@ -118,7 +118,7 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
 
 void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
 {
-    // The description is asked of foreign code first: an entry is never left half put together over a foreign call.
+    // Ask foreign code for the description first: no entry may be half put together during a foreign call.
     FailureText failure;
     if (FAILED(result) && file.IsOpen()) failure = DescribeFailure(result, errorSource);
     const bool isWritten = WriteEntry([&] {
@@ -143,13 +143,13 @@ void LogDocument::Close()
 {
     if (!file.IsOpen()) return;
     isClosing = true;
-    // A survivor's call may be in progress: its element is closed here, what it still writes is ignored.
+    // A survivor's call may be in progress: close its element here; what it writes later is ignored.
     EndOpenFuncs(0);
     WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
     if (!logClosed) return;
     com::Attempt([&] {
-        // A copy: a box may let the call in that gives back the last hold.
+        // A copy: a message box may let in the call that gives back the last hold.
         const std::wstring path = logPath;
         logClosed({path, missing, options.promptOpenLog});
     });

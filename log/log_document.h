@@ -1,8 +1,8 @@
-// The writer of one XML log file, shared by every proxy of one logged root through counted holds. Each entry (a simple
-// entry with its suppression warning, the opening or closing of a func element, a whole arg element) is put together in
-// memory and written at once. It knows nothing of interfaces or of argument types; value_writers.h does.
-// Not thread safe: a logged tree lives in one apartment. No operation throws. An entry that the disk or the memory has no room
-// for is lost whole, and so is all of a call whose opening is lost; where writing goes on, a warning counts what is missing.
+// The writer of one XML log file, shared by every proxy of one logged root through counted holds. Each entry (a simple entry with
+// its suppression warning, the opening or closing of a func element, a whole arg element) is put together in memory and written
+// at once. It knows nothing of interfaces or of argument types; value_writers.h does.
+// Not thread safe: a logged tree lives in one apartment. No operation throws. An entry for which the disk or the memory has no
+// room is lost whole, and so is all of a call whose opening is lost; where writing resumes, a warning counts the missing entries.
 #pragma once
 
 #include <windows.h>
@@ -33,7 +33,7 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. `options` is asked at closing whether to offer the log, and must outlive the document.
+    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
                 const LogOptions& options);
     ~LogDocument();
@@ -53,27 +53,27 @@ public:
         WriteEntry([&] { AppendSentence(sentence, holes); });
     }
 
-    // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag, the
-    // description being asked of `errorSource` (may be null).
+    // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag; the description
+    // comes from `errorSource` (may be null).
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName);
     void EndFunc(HRESULT result, IUnknown* errorSource);
 
-    // How many func elements are open; and the closing of those beyond `depthLeft`, whose calls have ended without it.
+    // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
-    // Writes the footer, closes the file, and calls the function of SetLogClosed. Once.
+    // Writes the footer, closes the file, and calls the function of SetLogClosed. Does so once.
     void Close();
 
 private:
     friend class ArgWriter;
 
     void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0);
-    // Says that characters of the entry above were dropped; `what` is how the warning calls it.
+    // Says that characters of the entry above were dropped; `what` is the warning's name for it.
     void AppendSuppression(const char* what);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
-    // Puts an entry together with `append` and writes it; nothing once closed. False when it is missing.
+    // Puts an entry together with `append` and writes it; does nothing once closed. False when the entry is missing.
     template <class Append>
     bool WriteEntry(Append&& append) noexcept
     {
@@ -99,7 +99,7 @@ private:
         return isWritten;
     }
 
-    // Writing can go on when entries would appear inside the call that they belong to, and the disk has room.
+    // Writing can resume when entries would appear inside the call that they belong to, and the disk has room.
     bool MayResume() const { return openElements == depth && (isClosing || file.HasRoom()); }
     void AppendGap();
     void EndGap();

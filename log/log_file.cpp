@@ -83,7 +83,7 @@ bool LogFile::HasRoom() const
 {
     constexpr ULONGLONG kEnough = 0x10000;
     ULARGE_INTEGER available;
-    // A disk that does not say is tried.
+    // A disk that does not say how much room it has is tried.
     return !GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr) || available.QuadPart >= kEnough;
 }
 

@@ -1,5 +1,5 @@
-// The file of one log: written in whole entries, each in one call of the system, so that no entry is ever half on the disk
-// when a process dies. Other programs may read it meanwhile but not write it.
+// The file of one log: written in whole entries, each in one system call, so that no entry is ever half on the disk when a
+// process dies. Other programs may read it meanwhile but not write it.
 #pragma once
 
 #include <windows.h>
@@ -21,10 +21,10 @@ public:
 
     bool IsOpen() const { return descriptor >= 0; }
 
-    // Writes an entry whole or not at all: false when it could not be written, and what the disk took of it is cut off again.
+    // Writes an entry whole or not at all: false when it could not be written; the part that the disk took is then cut off again.
     bool Write(std::string_view entry);
 
-    // Whether the disk has room for some entries, and not only for one that happens to be short.
+    // Whether the disk has room for several entries, and not only for one that happens to be short.
     bool HasRoom() const;
 
     void Close();
@@ -38,7 +38,7 @@ private:
     std::wstring folder;
 };
 
-// What writes the bytes, as the system's function does. A test replaces it to be a disk that is full; null restores it.
+// What writes the bytes, as the system's function does. A test replaces it to simulate a full disk; null restores it.
 using FileWriter = BOOL (*)(HANDLE file, const void* bytes, DWORD count, DWORD* written);
 FileWriter SetFileWriter(FileWriter writer);
 

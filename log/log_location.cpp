@@ -20,7 +20,7 @@ SYSTEMTIME LocalTime()
 
 bool DesktopFolder(std::wstring& folder) { return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder)); }
 
-// The simulator's window would otherwise hide a dialog that belongs to another process.
+// Otherwise the simulator's window would hide a dialog that belongs to another process.
 UINT_PTR CALLBACK PutTopmost(HWND page, UINT message, WPARAM, LPARAM parameter)
 {
     if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(parameter)->code == CDN_INITDONE) {

@@ -1,6 +1,5 @@
-// Where a new log goes: a numbered file in a folder on the desktop, or the place that the user names in a dialog.
-// Chooses a path only; the file is made by whoever opens the log, and failing here means an object without a log, no
-// error.
+// Where a new log goes: a numbered file in a folder on the desktop, or the place that the user names in a dialog. Only chooses a
+// path: the code that opens the log makes the file, and a failure here means an object without a log, not an error.
 #pragma once
 
 #include <windows.h>
@@ -13,11 +12,11 @@
 
 namespace zelt {
 
-// Chooses the path of a new log. `title` is the dialog's. Without a path there is to be no log: the user declined, or the
-// outcome says why. The options are as the caller has loaded them.
+// Chooses the path of a new log. `title` is the dialog's. No path means no log: the user declined, or the outcome says why. The
+// options are as the caller has loaded them.
 Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path);
 
-// The folder of the logs that are placed automatically, which need not be there yet. False when the desktop has no place.
+// The folder of the logs that are placed automatically, which need not exist yet. False when the desktop has no place.
 bool AutomaticLogFolder(std::wstring& folder);
 
 // What the choice depends on outside the process. A test replaces it; nothing else does.
@@ -27,7 +26,7 @@ struct LogSurroundings {
     bool (*saveDialog)(const std::wstring& title, std::wstring& path);  // False when cancelled.
 };
 
-// Replaces the surroundings and returns those before; null restores the system's.
+// Replaces the surroundings and returns the previous ones; null restores the system's.
 const LogSurroundings* SetLogSurroundings(const LogSurroundings* surroundings);
 
 }  // namespace zelt

@@ -8,7 +8,7 @@
 namespace zelt {
 namespace {
 
-// How one option is kept.
+// How one option is stored.
 struct OptionRow {
     LogOption option;
     const wchar_t* value;  // its name in the registry
@@ -82,7 +82,7 @@ Outcome LogOptions::Save(LogOption changed) const
         const bool isChanged = row.option == changed;
         if (!isChanged && row.isValid(key, row.value)) continue;
         const LSTATUS error = row.write(key, row.value, *this);
-        // The user has not touched another one: without a value it has its default.
+        // The user has not touched any other option: without a value it has its default.
         if (isChanged && error != ERROR_SUCCESS) {
             outcome = NotStored(std::wstring(L"the option \"") + row.title + L'"', error);
         }

@@ -1,4 +1,4 @@
-// The user's three settings that govern logging, and their place in the registry. Loading changes nothing for a value that is
+// The user's three settings that govern logging, and their place in the registry. Loading leaves a setting alone whose value is
 // missing or malformed. Main thread only.
 #pragma once
 
@@ -21,10 +21,10 @@ struct LogOptions {
     CLSID pravikUnit = CLSID{};    // The unit operation that PRAVIK creates; all zero when none is chosen.
     RegistryRoot root;             // Where the settings are kept.
 
-    // Fails when the registry cannot be reached; the fields stay as they were then.
+    // Fails when the registry cannot be reached; the fields then stay as they were.
     Outcome Load();
-    // Stores one option, the one that was changed. Another is stored only where the registry has no valid value for it: what
-    // another program has changed meanwhile stays.
+    // Stores one option, the one that was changed. Stores another only where the registry has no valid value for it: what another
+    // program has changed meanwhile stays.
     Outcome Save(LogOption changed) const;
 };
 

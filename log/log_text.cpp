@@ -39,12 +39,12 @@ struct Entities {
 
 constexpr Entities kEntities;
 
-// --- Six significant digits of a double. The runtime library's conversion is exact for every value and takes longer than
-// all the rest of an entry. Most values need no more than this: scaled by a power of ten that a double holds exactly, the
-// six digits are the integer part, and the scaling's error (one part in 2^52, so 1e-9 of a digit) matters only next to a tie.
+// --- Six significant digits of a double. The runtime library's conversion is exact for every value and takes longer than all the
+// rest of an entry. Most values do not need it: scaled by a power of ten that a double holds exactly, the six digits are the
+// integer part, and the scaling's error (one part in 2^52, so 1e-9 of a digit) matters only next to a tie.
 
 constexpr int kDigits = 6;
-constexpr double kLeast = 1e5, kTooMany = 1e6;  // the integers of six digits are in between
+constexpr double kLeast = 1e5, kTooMany = 1e6;  // the integers of six digits lie in between
 constexpr double kNearTie = 1e-6;
 
 constexpr int kPowers = 23;  // 10^22 is the last that a double holds exactly

@@ -12,13 +12,13 @@ namespace zelt {
 struct LogOptions;
 
 struct OpenedLog {
-    // Without a hold; null when there is to be no log, because the user declined or for the reason that the outcome gives.
+    // Without a hold; null when there is to be no log, because the user declined or for the reason in the outcome.
     LogDocument* document = nullptr;
     Outcome outcome;
 };
 
-// Asks for a place for the log of a new object, which the dialog's title calls `titleName`, and opens it there. The header
-// gives `objectName` and `objectType`, which describes the object's kind. The options are as the caller has loaded them.
+// Asks for a place for the log of a new object, which the dialog's title calls `titleName`, and opens it there. The header gives
+// `objectName`, and `objectType`, which describes the object's kind. The options are as the caller has loaded them.
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                   std::string_view objectType);
 

@@ -1,5 +1,5 @@
-// The log of a new root that a simulator has asked for: the options are read again, the log is opened, and the user reads what
-// went wrong. Both let calls in.
+// The log of a new root that a simulator has asked for: reads the options again, opens the log, and tells the user what went
+// wrong. Opening and telling both let calls in.
 #pragma once
 
 #include "log/log_options.h"

@@ -1,5 +1,5 @@
-// What the scalar writers and the VARIANT writer share: the two ways in which a missing double is recognised, and the text
-// of a string with the check of its length.
+// What the scalar writers and the VARIANT writer share: the two ways to recognise a missing double, and the text of a string with
+// the check of its length.
 #pragma once
 
 #include <windows.h>

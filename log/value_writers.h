@@ -22,7 +22,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
 void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
                             std::string_view objectName);
 
-// Types that C++ does not tell apart from others.
+// Types that C++ does not distinguish from others.
 void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value);
 void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value);
 // CAPE-OPEN calculation flags (eCapeCalculationCode).

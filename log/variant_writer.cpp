@@ -12,7 +12,7 @@
 namespace zelt {
 namespace {
 
-// Arrays in arrays are followed this deep; a value that refers to itself would have no end.
+// Follow arrays in arrays to this depth; a value that contains itself would have no end.
 constexpr int kMostNesting = 16;
 
 constexpr char kUnknownInMarkup[] = "&lt;unknown&gt;";
@@ -21,8 +21,8 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
 
 void AppendOtherScalar(ArgWriter& arg, const VARIANT& value, int level)
 {
-    // VARIANT_NOVALUEPROP: an object's default property is not asked for, that would be a call into it. The source is
-    // only read, though its parameter does not say so.
+    // VARIANT_NOVALUEPROP: do not ask for an object's default property, which would be a call into the object. The source is only
+    // read, though its parameter does not say so.
     _variant_t text;
     const HRESULT converted =
         VariantChangeTypeEx(&text, const_cast<VARIANT*>(&value), LOCALE_INVARIANT, VARIANT_NOVALUEPROP, VT_BSTR);

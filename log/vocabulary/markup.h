@@ -1,9 +1,9 @@
-// The characters that mean something in XML, and what stands for them. Without Windows: programs for logs use it too.
+// The characters that mean something in XML, and what stands for them. Does not depend on Windows: programs for logs use it too.
 #pragma once
 
 namespace zelt {
 
-// Null for a character that stands for itself.
+// Null for a character that needs no replacement.
 constexpr const char* MarkupEntity(char c)
 {
     switch (c) {

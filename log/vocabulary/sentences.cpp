@@ -10,7 +10,7 @@ bool IsCodeCharacter(char c)
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// The literals of a pattern, one more than its holes, and the kinds of these.
+// The literals of a pattern, one more than its holes, and the kinds of the holes.
 struct Pieces {
     std::array<std::string_view, kMostHoles + 1> literals;
     std::array<char, kMostHoles> holes;
@@ -33,7 +33,7 @@ bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string
     text.remove_prefix(pieces.literals[0].size());
     if (pieces.count == 0) return text.empty();
     std::size_t first = 0;
-    // A code ends where its characters do. Behind it anything may follow.
+    // A code ends where its characters do. Anything may follow it.
     while (first < pieces.count && pieces.holes[first] == 'c') {
         const std::size_t length = LengthOfCode(text);
         const std::string_view next = pieces.literals[first + 1];
@@ -42,7 +42,7 @@ bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string
         text.remove_prefix(length + next.size());
     }
     if (first == pieces.count) return text.empty();
-    // The others reach to the last place where the literal behind them is found.
+    // Each other hole reaches to the last place where the literal after it is found.
     const std::string_view tail = pieces.literals[pieces.count];
     if (!text.ends_with(tail)) return false;
     text.remove_suffix(tail.size());

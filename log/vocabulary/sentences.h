@@ -1,5 +1,5 @@
 // Every sentence of a log: what a writer may say besides calls, arguments and values, and what a reader can rely on. A sentence
-// that has no row here cannot be written. Without Windows: programs for logs use it too.
+// without a row here cannot be written. Does not depend on Windows: programs for logs use it too.
 #pragma once
 
 #include <array>
@@ -15,8 +15,8 @@ namespace zelt {
 // The element that carries the sentence.
 enum class Severity : unsigned char { Info, Warning, Error };
 
-// What a sentence says about the call that it stands in. A failure is what the caller was answered, by the callee or by the
-// proxy in its place; a violation is a rule that somebody broke while the call went on.
+// What a sentence says about the call that contains it. A failure is the result that the caller got, from the callee or from the
+// proxy in its place; a violation is a rule that somebody broke while the call continued.
 enum class Meaning : unsigned char { Remark, Violation, Failure };
 
 enum class Sentence : unsigned char {
@@ -119,7 +119,7 @@ struct SentenceRow {
     std::string_view text;
 };
 
-// Where one row's text fits another's as well, the narrower row comes first. Misspelled words are part of the texts: readers of
+// Where one row's text also matches another's, the narrower row comes first. Misspelled words are part of the texts: readers of
 // existing logs rely on them.
 // clang-format off
 inline constexpr SentenceRow kSentences[] = {
@@ -212,7 +212,7 @@ inline constexpr SentenceRow kSentences[] = {
 
 constexpr const SentenceRow& RowOf(Sentence sentence) { return kSentences[static_cast<std::size_t>(sentence)]; }
 
-// What fills the holes, in their order. No sentence has more.
+// What fills the holes, in order. No sentence has more holes than kMostHoles.
 inline constexpr std::size_t kMostHoles = 4;
 using HoleTexts = std::span<const std::string_view>;
 
@@ -227,7 +227,7 @@ constexpr bool IsInOrder()
 }
 static_assert(IsInOrder(), "The rows stand in the order of the enumeration, one for each");
 
-// The part of a pattern up to its first hole, which is taken off the pattern; `hole` is its kind, 0 when there is none.
+// The part of a pattern up to its first hole, which is removed from the pattern; `hole` is the hole's kind, 0 when there is none.
 constexpr std::string_view TakeLiteral(std::string_view& pattern, char& hole)
 {
     const std::size_t mark = pattern.find('%');
@@ -255,16 +255,16 @@ void ForEachPiece(Sentence sentence, HoleTexts holes, Piece&& piece)
 // The whole sentence.
 std::string SentenceText(Sentence sentence, HoleTexts holes = {});
 
-// A sentence that a reader has recognised, with what fills its holes; views of the text that was given.
+// A sentence that a reader has recognised, with what fills its holes; views of the given text.
 struct FoundSentence {
     Sentence sentence;
     std::array<std::string_view, kMostHoles> holes;
 };
 
-// The first row of the element that the text fits. A name that looks like part of a sentence is taken to reach as far as it can.
+// The first row of the element that the text matches. A name that looks like part of a sentence reaches as far as it can.
 std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text);
 
-// The length of a status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when
+// The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when
 // there is none.
 std::size_t LengthOfCode(std::string_view text);
 
