@@ -49,7 +49,7 @@ ComponentInfo Describe(const RegistryRoot& root, const std::wstring& path, const
     return info;
 }
 
-// A class of the other width serves this process only from a program of its own, and the own view's entry goes first.
+// A class of the other width serves this process only from a program of its own, and an entry in the own view takes precedence.
 bool UsableFromOtherView(const ClassSources& sources, const std::wstring& path)
 {
     return Exists(sources.other, path + L"\\LocalServer32") && !Exists(sources.own, path);
@@ -61,7 +61,7 @@ void Examine(const RegistryRoot& root, const std::wstring& identity, std::span<c
              Results& results)
 {
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
-    // What is below a key that may not be opened could be opened all the same.
+    // Keys below one that may not be opened could still be opened directly.
     RegistryKey key, categories;
     if (key.Open(root, path) != ERROR_SUCCESS) return;
     if (categories.Open({key.Get(), root.view}, L"Implemented Categories") != ERROR_SUCCESS) return;

@@ -1,5 +1,5 @@
-// The search for installed CAPE-OPEN components: one pass over the registered classes, for any number of categories.
-// Reads the registry and creates nothing; a component that is listed may still fail to be created.
+// The search for installed CAPE-OPEN components: one pass over the registered classes, for any number of categories. Reads the
+// registry and creates nothing; a listed component may still fail to be created.
 #pragma once
 
 #include <optional>
@@ -16,17 +16,17 @@ inline constexpr wchar_t kUnitOperationCategory[] = L"{678c09a5-7d66-11d2-a67d-0
 
 struct ComponentInfo {
     CLSID classId;
-    std::wstring displayName;  // with the description where there is one
+    std::wstring displayName;  // with the description if there is one
     std::wstring name;         // without it
 };
 
 struct ComponentSearch {
     const wchar_t* category;
-    CLSID leftOut;  // a class that is not listed: one of this program's own
+    CLSID leftOut;  // a class that the list omits: one of this program's own
 };
 
-// Where classes are registered. On 64-bit Windows a process reads the classes of its own width, and can also use what the
-// other view alone knows, as long as it is a program of its own and not a DLL of the other width.
+// Where classes are registered. On 64-bit Windows a process reads the classes of its own width. It can also use those that only
+// the other view has, as long as the class is a program of its own and not a DLL of the other width.
 struct ClassSources {
     RegistryRoot own;
     RegistryRoot other;  // without a key when there is one view
@@ -34,13 +34,13 @@ struct ClassSources {
 
 ClassSources InstalledClasses();
 
-// What is registered of a class, whatever its categories; nothing when this process cannot use it.
+// The registered facts of a class, whatever its categories; nothing when this process cannot use it.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {
     // For each search, in the order of the registry; `other`'s follow `own`'s.
     std::vector<std::vector<ComponentInfo>> lists;
-    // Fails when the registered classes cannot be read, or memory does not suffice; the lists are not complete then.
+    // Fails when the registered classes cannot be read, or memory does not suffice; the lists are then incomplete.
     Outcome outcome;
 };
 

@@ -5,13 +5,13 @@
 namespace zelt {
 namespace {
 
-// Posted to the dialog itself: the system scales its controls only after the dialog has seen the message about it.
+// Posted to the dialog itself: the system scales its controls only after the dialog has seen the message about scaling.
 constexpr UINT kScaled = WM_APP + 1;
 
 void SetIcon(HWND window, WPARAM size, int resource, int widthMetric, int heightMetric)
 {
     const UINT dpi = GetDpiForWindow(window);
-    // Shared icons stay loaded with the module and belong to nobody.
+    // Shared icons stay loaded with the module, and nobody owns them.
     const HANDLE icon =
         LoadImageW(com::ThisModule(), MAKEINTRESOURCEW(resource), IMAGE_ICON, GetSystemMetricsForDpi(widthMetric, dpi),
                    GetSystemMetricsForDpi(heightMetric, dpi), LR_SHARED);
@@ -22,7 +22,7 @@ void SetIcon(HWND window, WPARAM size, int resource, int widthMetric, int height
 
 Dialog::~Dialog()
 {
-    // A window that is left does not look for its object any more.
+    // A window that outlives its object no longer looks for it.
     if (window) SetWindowLongPtrW(window, DWLP_USER, 0);
 }
 

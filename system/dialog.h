@@ -1,9 +1,9 @@
-// The base of the program's dialogs: a window made from a dialog resource, its messages handed to member functions. Nothing
-// that a handler throws reaches the system. Layout, lists and pictures are the derived dialogs' own affair.
+// The base of the program's dialogs: a window made from a dialog resource, which passes its messages to member functions. Nothing
+// that a handler throws reaches the system. Layout, lists and pictures are left to the derived dialogs.
 //
 // A handler that shows a box or a dialog, or calls a component, lets messages in, and the window may be destroyed meanwhile.
-// OnDestroyed therefore waits for the last handler to return: an object that deletes itself does so there and nowhere else.
-// After anything that lets messages in, a handler asks for Window() again: null, once the window is gone.
+// OnDestroyed therefore waits for the last handler to return: an object that deletes itself does so there and nowhere else. After
+// anything that lets messages in, a handler asks for Window() again: it is null once the window is gone.
 #pragma once
 
 #include <windows.h>
@@ -26,15 +26,15 @@ public:
 
     // Shows the dialog and waits; the result is what End was given, or -1 when the window could not be made.
     INT_PTR RunModal(int resource, HWND owner);
-    // Makes the window without waiting; null when it could not be made. It is not shown yet unless its style says so.
+    // Creates the window without waiting; null when that fails. It is not shown yet unless its style says so.
     HWND CreateModeless(int resource, HWND owner = nullptr);
 
-    // Pixels of this window's screen for `length` at 96 to the inch.
+    // `length`, given at 96 pixels to the inch, in pixels of this window's screen.
     int Scaled(int length) const;
     // A message box in front of this dialog.
     int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
-    // Runs a handler, also one that the system calls without Procedure: nothing is thrown into it, and memory that is at its
-    // end is reported. Takes no memory itself. The object may be gone when this returns.
+    // Runs a handler, also one that the system calls without Procedure: throws nothing into the system, and reports exhausted
+    // memory. Allocates nothing itself. The object may be gone when this returns.
     template <class Body>
     void Guarded(Body&& body)
     {
@@ -48,29 +48,29 @@ public:
     }
 
 protected:
-    // True lets the system choose the first focus.
+    // Return true to let the system choose the first focus.
     virtual bool OnInit() { return true; }
-    // Menu items, accelerators, buttons and what controls report. True when handled.
+    // Menu items, accelerators, buttons and notifications of controls. True when handled.
     virtual bool OnCommand(int id, int notification);
-    // What common controls report; `result` is the answer to those that want one.
+    // Notifications of common controls; `result` is the answer to those that want one.
     virtual bool OnNotify(const NMHDR&, LRESULT& result);
     virtual bool OnSystemCommand(UINT) { return false; }
     virtual void OnPopupMenu(HMENU) {}
     virtual void OnSize() {}
     virtual void OnMinMaxInfo(MINMAXINFO&) {}
-    // After the system has scaled the window for a screen of another resolution.
+    // Called after the system has scaled the window for a screen of another resolution.
     virtual void OnScaled() {}
-    // The last message of the window has passed, and no handler runs any more. The last call: it may delete the object.
+    // The last message of the window has passed, and no handler is running. This is the last call: it may delete the object.
     virtual void OnDestroyed() {}
-    // Messages that none of the others is for. True when handled.
+    // Messages that none of the other handlers takes. True when handled.
     virtual bool OnOther(UINT, WPARAM, LPARAM) { return false; }
 
     void End(INT_PTR result) { EndDialog(window, result); }
     HWND Item(int id) const { return GetDlgItem(window, id); }
     std::wstring ItemText(int id) const;
-    // Both icons, each in the size that the screen wants.
+    // Sets both icons, each in the size that the screen wants.
     void SetIcons(int resource);
-    // Handles a message with an answer that its sender looks at.
+    // Handles a message whose sender looks at the answer.
     bool Answer(LRESULT result) const;
 
 private:
@@ -79,11 +79,11 @@ private:
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND window = nullptr;
-    unsigned handlers = 0;   // in progress, one inside of another
-    bool destroyed = false;  // and OnDestroyed is still to come
+    unsigned handlers = 0;   // in progress, nested
+    bool destroyed = false;  // and OnDestroyed is still due
 };
 
-// The pointer that means work, as long as this lives.
+// Shows the busy pointer for as long as it lives.
 class WaitCursor {
 public:
     WaitCursor() : before(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}

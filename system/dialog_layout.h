@@ -1,6 +1,6 @@
-// How the controls of a resizable dialog follow its edges. A row names a control and the edges that it keeps its distance
-// from; where both sides are kept, the control grows. The distances are those of the dialog resource, scaled with the
-// screen. Owns no window.
+// How the controls of a resizable dialog follow its edges. A row names a control and the edges to which it keeps its distance; a
+// control that keeps its distance on both sides grows. The distances are those of the dialog resource, scaled with the screen.
+// Owns no window.
 #pragma once
 
 #include <windows.h>
@@ -19,9 +19,9 @@ struct LayoutRow {
 
 class DialogLayout {
 public:
-    // Takes the distances from the dialog as it stands, before its first change of size; the size is the smallest, too.
+    // Takes the distances from the dialog as it is before its first change of size; that size becomes the smallest.
     void Attach(HWND dialog, std::span<const LayoutRow> rows);
-    // Moves the controls to where the dialog's size wants them.
+    // Moves the controls to where the dialog's size puts them.
     void Apply() const;
     void Limit(MINMAXINFO& info) const;
 

@@ -1,12 +1,12 @@
-// What an exception says, for the user: where a program or a thread ends, and nobody else will.
+// What an exception says, for the user: for places where a program or a thread ends and nobody else will report it.
 #pragma once
 
 #include <string>
 
 namespace zelt {
 
-// The text of the exception that is being handled: "out of memory", its own, or "an unexpected error". Never throws: without
-// memory for the text it is empty.
+// The text of the exception that is being handled: "out of memory", its own, or "an unexpected error". Never throws: it is empty
+// when memory does not suffice.
 std::wstring TextOfException() noexcept;
 
 }  // namespace zelt

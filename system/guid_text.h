@@ -1,4 +1,4 @@
-// Identities as the registry and the user read them.
+// Identifiers as the registry and the user read them.
 #pragma once
 
 #include <windows.h>

@@ -7,7 +7,7 @@ namespace zelt {
 void KeepCurrentFolderOutOfSearch()
 {
     SetDllDirectoryW(L"");
-    // The same for SearchPath, by which some libraries look for their helpers.
+    // The same for SearchPath, with which some libraries look for their helpers.
     SetSearchPathMode(BASE_SEARCH_PATH_ENABLE_SAFE_SEARCHMODE | BASE_SEARCH_PATH_PERMANENT);
 }
 

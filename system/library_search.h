@@ -1,21 +1,21 @@
-// Where the process looks for libraries that are asked for by their bare names.
+// Where the process looks for libraries that are requested by bare name.
 #pragma once
 
 #include <string>
 
 namespace zelt {
 
-// Takes the current folder out of the search: a log that is opened from a download folder makes that folder the current one,
-// and a library beside it must not become part of the process. The other places stay, because packages live by them: their
-// own folder, that of the program, the system's, and those of PATH.
+// Takes the current folder out of the search: opening a log from a download folder makes that folder the current one, and a
+// library next to it must not become part of the process. The other places stay, because packages depend on them: their own
+// folder, the program's, the system's, and those of PATH.
 void KeepCurrentFolderOutOfSearch();
 
-// Makes the system's folder the current one, as it is in a server that COM has started. Libraries that packages look for by
-// means of their own cannot come from beside a log then, and the log's folder can be removed. Paths that the user has given
-// relative to the folder before have to be made absolute first.
+// Makes the system's folder the current one, as it is in a server that COM has started. Then libraries that packages look for by
+// their own means cannot come from next to a log, and the log's folder can be removed. Make the user's relative paths absolute
+// before calling this.
 void LeaveCurrentFolder();
 
-// `path` as an absolute one; as it is when it cannot be one.
+// `path` as an absolute path; unchanged when it cannot be made one.
 std::wstring AbsolutePath(const std::wstring& path);
 
 }  // namespace zelt

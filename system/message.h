@@ -1,5 +1,5 @@
-// Message boxes: the way in which those parts of the server that have a user speak to him, outside their own windows. A test
-// replaces the function and answers itself; nothing else does.
+// Message boxes: how those parts of the server that have a user address the user outside their own windows. A test replaces the
+// function and answers itself; nothing else does.
 #pragma once
 
 #include <windows.h>
@@ -13,14 +13,14 @@ namespace zelt {
 // Text, caption, MB_ flags; returns the button's id.
 using MessageFunction = int (*)(const wchar_t* text, const wchar_t* caption, UINT flags);
 
-// Shows a message box without an owner and waits for the answer. Windows' own box pumps messages, so calls may come in meanwhile: what the
-// caller holds must be held by reference or looked up again afterwards.
+// Shows a message box without an owner and waits for the answer. Windows' own box pumps messages, so calls may come in meanwhile:
+// the caller must hold what it uses by reference, or look it up again afterwards.
 int ShowMessage(const std::wstring& text, const wchar_t* caption, UINT flags);
 
-// The same for what was not done; nothing for what was.
+// The same for an outcome that is a failure; does nothing for a success.
 void ShowFailure(const Outcome& outcome);
 
-// Replaces the function and returns the one before; null restores the system's box.
+// Replaces the function and returns the previous one; null restores the system's box.
 MessageFunction SetMessageFunction(MessageFunction function);
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// Whether something was done that may fail, and if not, what the user has to know. Returned by functions that have no user.
-// Those that have one show it (system/message.h); a program without windows writes the text.
+// Whether something that may fail was done, and if not, what the user has to know. Functions without a user return it. Those with
+// one show it (system/message.h); a program without windows writes the text.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ public:
         UINT flags;  // MB_
     };
 
-    // It was done.
+    // Success.
     Outcome() = default;
     static Outcome Failed(std::wstring text, const wchar_t* caption, UINT flags)
     {
@@ -29,7 +29,7 @@ public:
     }
 
     explicit operator bool() const { return !failure; }
-    // Only of what was not done.
+    // Only for a failure.
     const Notice& Failure() const { return *failure; }
 
 private:

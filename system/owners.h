@@ -1,4 +1,4 @@
-// One owner each for what the system hands out and wants back. Null stands for nothing owned.
+// One owner for each kind of thing that the system hands out and wants back. Null means that nothing is owned.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// A deleter that gives back by a function.
+// A deleter that calls `Function` to give the thing back.
 template <auto Function>
 struct GiveBack {
     template <class T>
@@ -19,11 +19,11 @@ struct GiveBack {
     }
 };
 
-// A handle type, which is a pointer, with the function that gives it back.
+// An owner of a handle type, which is a pointer, with the function that gives the handle back.
 template <class Handle, auto Function>
 using Owner = std::unique_ptr<std::remove_pointer_t<Handle>, GiveBack<Function>>;
 
-// Functions that answer with INVALID_HANDLE_VALUE do not belong here.
+// Functions that return INVALID_HANDLE_VALUE do not belong here.
 using UniqueHandle = Owner<HANDLE, CloseHandle>;
 using UniqueWindow = Owner<HWND, DestroyWindow>;
 using UniqueArray = Owner<SAFEARRAY*, SafeArrayDestroy>;

@@ -6,16 +6,16 @@
 namespace zelt {
 namespace {
 
-// Room for a value that another process lengthens between the question for its size and the read.
+// Room for a value that another process lengthens between the query for its size and the read.
 constexpr DWORD kGrowth = 128;
-// Enough for most values at the first try.
+// Enough for most values on the first try.
 constexpr std::size_t kUsualSize = 1024;
 constexpr std::size_t kLongestValueName = 16'383;
 
 const RegistryFunctions* functions = &kSystemRegistry;
 
-// Asks for the items of a key until none remain. One that cannot be read is skipped; where the key gives no items at all,
-// their count is the end.
+// Asks for the items of a key until none remain. Skips an item that cannot be read; where the key gives no items at all, stops at
+// their count.
 template <class Read>
 void ForEachItem(DWORD count, Read&& read)
 {
@@ -182,7 +182,7 @@ std::map<std::wstring, RegistryValue> RegistryKey::Values() const
             DWORD length = static_cast<DWORD>(name.size()), type = REG_NONE, size = static_cast<DWORD>(data.size());
             const LSTATUS result =
                 functions->enumerateValues(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
-            // More room is no help where the data is not what lacks it.
+            // More room does not help when the data is not what lacks it.
             if (result == ERROR_MORE_DATA && size > data.size()) {
                 data.resize(size + kGrowth);
                 continue;
@@ -208,8 +208,7 @@ LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path)
     LSTATUS result = key.Open(root, path, KEY_READ | KEY_WRITE | DELETE);
     if (result == ERROR_FILE_NOT_FOUND) return ERROR_SUCCESS;
     if (result != ERROR_SUCCESS) return result;
-    // The view is named once, on the open above: deleting by path takes no view, so the key is emptied through its
-    // handle.
+    // Only the open above names the view: deleting by path takes no view, so empty the key through its handle.
     result = RegDeleteTreeW(key.Get(), nullptr);
     if (result != ERROR_SUCCESS) return result;
     key.Close();

@@ -1,6 +1,6 @@
-// Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test
-// works on a scratch key and registration names the view (32 or 64 bit) that it means. A stored string or multi-string
-// is never trusted to carry its terminators: what is read is exactly the bytes that are there.
+// Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test can work on a
+// scratch key and registration can name the view (32 or 64 bit) that it means. A stored string or multi-string is never trusted
+// to carry its terminators: a read returns exactly the bytes that are there.
 #pragma once
 
 #include <windows.h>
@@ -35,7 +35,7 @@ public:
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
 
-    // Both replace the key held so far; after a failure none is held. The answer is a Windows error code.
+    // Both replace the key held so far; after a failure none is held. They return a Windows error code.
     [[nodiscard]] LSTATUS Open(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_READ);
     [[nodiscard]] LSTATUS Create(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_ALL_ACCESS);
     void Close();
@@ -43,11 +43,11 @@ public:
     HKEY Get() const { return key; }
     explicit operator bool() const { return key != nullptr; }
 
-    // Nothing when the value is missing or of another type or size. The name of a key's default value is empty.
+    // Nothing when the value is missing or has another type or size. The name of a key's default value is empty.
     std::optional<DWORD> ReadDword(const wchar_t* name) const;
     std::optional<std::wstring> ReadString(const wchar_t* name) const;
     std::optional<std::vector<BYTE>> ReadBytes(const wchar_t* name, DWORD type) const;
-    // Whatever the type; nothing when the value is missing.
+    // The value of any type; nothing when it is missing.
     std::optional<RegistryValue> ReadValue(const wchar_t* name) const;
     // The bytes of a text value as the narrow-character interface gives them, terminators included where stored.
     std::optional<std::string> ReadNarrow(const char* name, DWORD type) const;
@@ -55,20 +55,20 @@ public:
     [[nodiscard]] LSTATUS WriteDword(const wchar_t* name, DWORD value);
     [[nodiscard]] LSTATUS WriteString(const wchar_t* name, const std::wstring& value);
     [[nodiscard]] LSTATUS WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size);
-    // `value` with the terminators that its type asks for.
+    // Writes `value` with the terminators that its type requires.
     [[nodiscard]] LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
 
-    // Items that cannot be read are left out, and those behind them are not.
+    // Leaves out items that cannot be read, but not those after them.
     std::vector<std::wstring> SubkeyNames() const;
     std::vector<std::wstring> ValueNames() const;
-    // By their names.
+    // The values by name.
     std::map<std::wstring, RegistryValue> Values() const;
 
 private:
     HKEY key = nullptr;
 };
 
-// What enumerates and writes. A test replaces single functions, to fail where the system does not; nothing else does.
+// The functions that enumerate and write. A test replaces single ones, to fail where the system does not; nothing else does.
 struct RegistryFunctions {
     decltype(&RegEnumKeyExW) enumerateKeys;
     decltype(&RegEnumValueW) enumerateValues;
@@ -81,7 +81,7 @@ inline constexpr RegistryFunctions kSystemRegistry = {RegEnumKeyExW, RegEnumValu
 // Replaces the functions; null restores the system's.
 void SetRegistryFunctions(const RegistryFunctions* functions);
 
-// Removes a key with everything below it, in the root's view. A key that is not there is no error.
+// Removes a key with everything below it, in the root's view. A missing key is no error.
 [[nodiscard]] LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path);
 
 }  // namespace zelt

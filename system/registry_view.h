@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// Two on a 64-bit Windows, whatever the width of the process, else one.
+// Two on 64-bit Windows, whatever the width of the process, else one.
 std::span<const REGSAM> RegistryViews();
 
 // The view of a process of this width.
