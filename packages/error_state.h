@@ -1,5 +1,5 @@
-// The CAPE-OPEN error of an object of our own: the last failure, offered through ECapeRoot and ECapeUser and, for callers
-// that know only automation, through IErrorInfo.
+// The CAPE-OPEN error of an object of our own: the last failure, offered through ECapeRoot and ECapeUser and, for callers that
+// know only automation, through IErrorInfo.
 #pragma once
 
 #include <cape-open.h>

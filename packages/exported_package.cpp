@@ -15,7 +15,7 @@ namespace {
 // without a code page of its own works in.
 constexpr UINT kCodePage = CP_THREAD_ACP;
 
-// Takes the next string off the front of `rest`. The end of the data ends a string like a terminator does.
+// Takes the next string off the front of `rest`. The end of the data ends a string as a terminator does.
 std::string NextString(std::string_view& rest)
 {
     const std::size_t end = rest.find('\0');
@@ -26,7 +26,7 @@ std::string NextString(std::string_view& rest)
 
 bool ParseClassId(const std::string& text, CLSID& classId)
 {
-    // CLSIDFromString takes braces for granted only in part: it reads other text as a ProgID.
+    // CLSIDFromString does not insist on braces: it reads text without them as a ProgID.
     return !text.empty() && SUCCEEDED(CLSIDFromString(Widen(text, kCodePage).c_str(), &classId));
 }
 
@@ -72,7 +72,7 @@ std::string ExportedPackage::Format() const
 
 bool SameName(std::wstring_view a, std::wstring_view b)
 {
-    // The comparison refuses the null pointer of an empty view.
+    // The comparison rejects the null pointer of an empty view.
     if (a.empty() || b.empty()) return a.empty() == b.empty();
     return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
            CSTR_EQUAL;

@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// Even kinds are packages inside a manager component, odd ones are components of their own.
+// Even kinds are packages inside a manager component, odd kinds are components of their own.
 // clang-format off
 enum class PackageKind : unsigned {
     PropertyPackage11FromManager      = 0,
@@ -29,15 +29,15 @@ struct ExportedPackage {
     std::wstring exportedName;  // What the simulator sees; compared without regard to case.
     bool loggingEnabled = false;
 
-    // Replaces the record by what `multiString` says, which may lack any of its terminators: a string that is not there
-    // is empty. False, and the record undefined, when the class identifier or the kind is bad.
+    // Replaces the record by what `multiString` says, which may lack any of its terminators: a missing string is empty. False,
+    // and the record undefined, when the class identifier or the kind is bad.
     bool Parse(std::string_view multiString);
 
     // The multi-string, with the five terminators and the final one.
     std::string Format() const;
 };
 
-// Exported names are equal when they differ in letter case only.
+// Exported names are equal when they differ only in letter case.
 bool SameName(std::wstring_view a, std::wstring_view b);
 
 }  // namespace zelt

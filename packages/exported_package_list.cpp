@@ -32,7 +32,7 @@ std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, const std::
     return package->Parse(*stored) ? std::move(package) : nullptr;
 }
 
-// The highest number of a stored entry. The case of a name's letters is nothing to the registry.
+// The highest number of a stored entry. The registry ignores the case of a name's letters.
 int HighestNumber(const RegistryKey& key)
 {
     constexpr std::wstring_view kPrefix = L"Package";
@@ -65,7 +65,7 @@ void ExportedPackageList::RequireLoaded()
 
 void ExportedPackageList::ReadEntries(const RegistryKey& key)
 {
-    // The count is signed: a negative one means none. A wild one is not counted up to.
+    // The count is signed: a negative one means none. Do not count up to an absurdly large one.
     const auto stored = static_cast<int>(key.ReadDword(kCount).value_or(0));
     const int count = std::min(stored, HighestNumber(key));
     for (int index = 0; index < count; ++index) {
@@ -93,7 +93,7 @@ Outcome ExportedPackageList::Save() const
         const ExportedPackage& package = *entries[index].package;
         const LSTATUS result = key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, package.Format());
         if (result == ERROR_SUCCESS) continue;
-        // One alone is named.
+        // A single lost package is named.
         lost = error == ERROR_SUCCESS ? L"the package \"" + package.exportedName + L'"' : L"the list of packages";
         error = result;
     }

@@ -1,6 +1,6 @@
-// The exported packages of the process, in the order of their insertion, and their place in the registry. The list is
-// the records' only owner. Main thread only. A message box lets calls in that may change the list: after one, find a
-// record again by its identity, never by an index or a pointer from before.
+// The exported packages of the process, in order of insertion, and their place in the registry. The list is the records' only
+// owner. Main thread only. A message box lets calls in that may change the list: after one, find a record again by its identity,
+// never by an index or a pointer from before.
 #pragma once
 
 #include <cstdint>
@@ -16,32 +16,32 @@
 
 namespace zelt {
 
-// Names a record as long as the process lives; no later record takes it over.
+// Identifies a record for as long as the process lives; no later record reuses it.
 using PackageIdentity = std::uint64_t;
 
 class ExportedPackageList {
 public:
     explicit ExportedPackageList(const RegistryRoot& root = {}) : root(root) {}
 
-    // Replaces the list by the stored one; a stored entry that is bad is left out. Refreshes the view. Fails, with an empty
-    // list, when the registry cannot be reached.
+    // Replaces the list by the stored one and leaves out bad entries. Refreshes the view. Fails, with an empty list, when the
+    // registry cannot be reached.
     Outcome Load();
-    // Writes the whole list, or as much of it as the registry takes. Values of a longer list before it stay; NumPackages
-    // bounds what is read.
+    // Writes the whole list, or as much of it as the registry accepts. Values of a longer earlier list stay; NumPackages limits
+    // what is read.
     Outcome Save() const;
 
-    // Puts loading off: the list stays empty until RequireLoaded, which calls `load` once. Null takes it back.
+    // Postpones loading: the list stays empty until RequireLoaded, which calls `load` once. Null cancels the postponement.
     void LoadLater(std::function<void()> load) { later = std::move(load); }
     void RequireLoaded();
 
-    // The numbers of the stored entries that the last load left out; of entries that are not there, the first.
+    // The numbers of the stored entries that the last load left out; of entries missing at the end, only the first.
     const std::vector<int>& LeftOut() const { return leftOut; }
 
     std::size_t Count() const { return entries.size(); }
     ExportedPackage& At(std::size_t index) { return *entries.at(index).package; }
     const ExportedPackage& At(std::size_t index) const { return *entries.at(index).package; }
     PackageIdentity IdentityAt(std::size_t index) const { return entries.at(index).identity; }
-    // Where the record of that identity stands now; nothing when it is gone.
+    // The current index of the record with that identity; nothing when it is gone.
     std::optional<std::size_t> Find(PackageIdentity identity) const;
 
     PackageIdentity Append(std::unique_ptr<ExportedPackage> package);
@@ -55,7 +55,7 @@ public:
         if (refresh) refresh();
     }
 
-    // For tests: where the list is stored from now on.
+    // For tests: sets where the list is stored from now on.
     void UseRoot(const RegistryRoot& newRoot) { root = newRoot; }
 
 private:
@@ -74,7 +74,7 @@ private:
 
 // The list of the process, as it is.
 ExportedPackageList& ExportedPackages();
-// The same for those who serve it: loaded, if that was put off until now.
+// The same for code that serves it: loaded, if loading was postponed until now.
 ExportedPackageList& ServedPackages();
 
 inline Outcome LoadPackages() { return ExportedPackages().Load(); }

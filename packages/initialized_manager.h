@@ -9,12 +9,12 @@ namespace zelt {
 
 class InitializedManager {
 public:
-    // Initializes the manager if it has ICapeUtilities; Result() says how that went, and S_OK for a manager without.
+    // Initializes the manager if it has ICapeUtilities; Result() says how that went, S_OK for a manager without it.
     explicit InitializedManager(IUnknown* manager) : utilities(QueryForeign<ICapeUtilities>(manager))
     {
         if (utilities) result = CallForeign([&] { return utilities->Initialize(); });
     }
-    // Terminates it if it was initialized.
+    // Terminates the manager if it was initialized.
     ~InitializedManager()
     {
         if (utilities && SUCCEEDED(result)) AttemptForeign([&] { utilities->Terminate(); });

@@ -21,7 +21,7 @@ constexpr HRESULT kOtherFailure = static_cast<HRESULT>(ECapeUnknownHR);
 
 [[noreturn]] void Fail(std::wstring description) { throw PackageFailure{kCreationFailed, std::move(description)}; }
 
-// Creates a component; `failure` begins the error's text.
+// Creates a component; `failure` is the beginning of the error's text.
 template <class I>
 ForeignPtr<I> CreateComponent(REFCLSID clsid, REFIID iid, const wchar_t* failure)
 {
@@ -42,7 +42,7 @@ ForeignPtr<IDispatch> PackageFromManager(const PackageFamily& family, const Expo
     const _bstr_t name(package.sourceName.c_str());
     ForeignPtr<IDispatch> result;
     const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager.Get(), name, result.Receive()); });
-    // A pointer that comes with a failure is not to be trusted.
+    // Do not trust a pointer that comes with a failure.
     if (FAILED(got)) {
         result.Detach();
         Fail(Widen(ErrorDescription(got, manager.Get())));
@@ -68,7 +68,7 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
 
 }  // namespace
 
-// The caller's package may go meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
+// The caller's package may disappear meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
 IDispatch* CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
     const ForeignPtr<IDispatch> created = CreatePackage(family, package);

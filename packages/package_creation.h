@@ -1,5 +1,5 @@
-// Creation of an exported package: the real package made in this process, renamed, given its log, and wrapped in the proxy
-// that the simulator gets.
+// Creation of an exported package: makes the real package in this process, renames it, gives it its log, and wraps it in the
+// proxy that the simulator gets.
 #pragma once
 
 #include "log/log_options.h"

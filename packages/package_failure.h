@@ -1,4 +1,4 @@
-// Why a package could not be had: thrown inside the managers, raised to the caller as their CAPE-OPEN error.
+// Why a package could not be provided: thrown inside the managers, raised to the caller as their CAPE-OPEN error.
 #pragma once
 
 #include <windows.h>

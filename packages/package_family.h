@@ -1,5 +1,5 @@
-// What tells the three families of packages apart: the manager that hands them out, the foreign managers they come from, their
-// proxy, and the texts that name them, which reach the caller and the user as they stand.
+// What distinguishes the three families of packages: the manager that hands them out, the foreign managers they come from, their
+// proxy, and the texts that name them, which reach the caller and the user unchanged.
 #pragma once
 
 #include <windows.h>
@@ -13,14 +13,14 @@ struct PackageFamily {
     const wchar_t* type;         // "PP 1.1", where packages are listed
     const char* logDescription;  // the object type in the log of a package
 
-    // The own manager: its class, what its identification answers, as registered, and where its errors come from.
+    // Our own manager: its class, what its identification returns, as registered, and where its errors come from.
     const CLSID& managerClass;
     const wchar_t* name;
     const wchar_t* description;
     const wchar_t* scope;          // the method that gets a package
     const wchar_t* interfaceName;  // and its interface
 
-    // What a simulator is told when a package cannot be had.
+    // What a simulator is told when a package cannot be provided.
     const wchar_t* createManagerFailure;
     const wchar_t* initializeFailure;
     const wchar_t* standAloneFailure;

@@ -30,7 +30,7 @@ CapeOpenBase* NewProxy()
 
 }  // namespace
 
-// Misspelled words are part of the texts: who reads them may rely on them.
+// Misspelled words are part of the texts: programs that read them may rely on them.
 const PackageFamily kPropertyPackages11 = {
     .type = L"PP 1.1",
     .logDescription = "CAPE-OPEN version 1.1 Physical Property Package",

@@ -1,5 +1,5 @@
-// The six kinds of packages, a row each: packages of three families, each of them inside a manager component or a component of
-// its own.
+// The six kinds of packages, one row each: packages of three families, in each family either inside a manager component or as a
+// component of their own.
 #pragma once
 
 #include <span>
@@ -24,19 +24,18 @@ struct PackageKindRow {
 // In the order of PackageKind.
 std::span<const PackageKindRow> PackageKindRows();
 
-// The row of a kind; null for a number that is none.
+// The row of a kind; null for a number that is no kind.
 const PackageKindRow* FindPackageKind(PackageKind kind);
 
 // "PP 1.1", "PP 1.0" or "RP 1.0": which of this program's managers serves packages of the kind.
 const wchar_t* PackageType(PackageKind kind);
 
-// The component is a manager, and its packages are what can be exported.
+// Whether the component is a manager, so that its packages are what can be exported.
 constexpr bool IsManager(PackageKind kind) { return static_cast<unsigned>(kind) % 2 == 0; }
 
 constexpr bool IsReactionPackage(PackageKind kind) { return kind >= PackageKind::ReactionPackage10FromManager; }
 
-// The installed components of each kind, a list each, but for this program's own: exporting its packages once more would never
-// end.
+// The installed components, one list per kind, except this program's own: exporting its packages once more would never end.
 FoundComponents FindPackageComponents(std::span<const PackageKindRow> kinds,
                                       const ClassSources& sources = InstalledClasses());
 

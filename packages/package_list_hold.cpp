@@ -9,13 +9,13 @@
 namespace zelt {
 namespace {
 
-// An edit reads and writes some registry values.
+// An edit only reads and writes a few registry values.
 constexpr DWORD kPatience = 5000;
 
 constexpr wchar_t kSign[] = L"ZELT holds the package list of ";
 constexpr wchar_t kEdit[] = L"ZELT package list edit of ";
 
-// The current user's identity as text; empty when it cannot be had.
+// The current user's identifier as text; empty when it is not available.
 std::wstring UserText()
 {
     HANDLE raw = nullptr;
@@ -32,8 +32,8 @@ std::wstring UserText()
     return UniqueLocal<wchar_t>(text).get();
 }
 
-// The list belongs to the user, so the name does. Each process of the user gets at the object, with an administrator's
-// rights or without: what the system would grant depends on who made it first.
+// The list belongs to the user, so the name does too. Each process of the user can open the object, with or without an
+// administrator's rights: what the system would grant by default depends on who made it first.
 UniqueHandle MakeMutex(const wchar_t* name)
 {
     const std::wstring user = UserText();
@@ -49,11 +49,11 @@ bool IsHeld()
 {
     const std::wstring name = L"Global\\" + (kSign + UserText());
     const UniqueHandle sign(OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
-    // A sign that may not be opened is there.
+    // A sign that may not be opened exists.
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
-// A process that died with the mutex has written what it had to write, or nothing.
+// A process that died with the mutex has written all that it had to write, or nothing.
 bool Own(HANDLE mutex)
 {
     const DWORD answer = mutex ? WaitForSingleObject(mutex, kPatience) : WAIT_FAILED;
@@ -64,7 +64,7 @@ bool Own(HANDLE mutex)
 
 PackageListHold::PackageListHold()
 {
-    // The sign is there before the wait: an edit that begins now sees it.
+    // Make the sign before the wait: an edit that begins now sees it.
     sign = MakeMutex(kSign);
     const UniqueHandle mutex = MakeMutex(kEdit);
     if (Own(mutex.get())) ReleaseMutex(mutex.get());

@@ -47,7 +47,7 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
         return {};
     }
     const ForeignPtr<IUnknown> manager(static_cast<IUnknown*>(created));
-    // A manager that cannot be initialized may have a list all the same.
+    // A manager that cannot be initialized may still have a list.
     const InitializedManager initialized(manager.Get());
     if (FAILED(initialized.Result())) {
         failed(family.listedInitializeFailure +
@@ -57,7 +57,7 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
     result = CallForeign([&] { return family.listForeignPackages(manager.Get(), &names); });
     if (FAILED(result)) {
         failed(family.listFailure + Widen(ErrorDescription(result, manager.Get())));
-        // What comes with a failure is not to be trusted, nor freed.
+        // Neither trust nor free what comes with a failure.
         names.Detach();
         return {};
     }

@@ -1,5 +1,5 @@
-// Asking a manager component for the names of its packages. The component is foreign code: every call runs under the fault
-// guard, and it is released before the function returns. What fails is told through the callback, a text each time.
+// Asks a manager component for the names of its packages. The component is foreign code: every call runs under the fault guard,
+// and the component is released before the function returns. Failures are reported through the callback, one text each.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@ namespace zelt {
 
 using ListingFailure = std::function<void(const std::wstring& text)>;
 
-// Nothing when the list could not be had. A manager that fails to initialise is asked all the same.
+// Nothing when the list is not available. A manager that fails to initialize is asked all the same.
 std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID manager, const ListingFailure& failed);
 
 }  // namespace zelt

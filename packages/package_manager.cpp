@@ -27,7 +27,7 @@ HRESULT PackageManager::List(VARIANT* names)
 {
     if (!names) return E_POINTER;
     VariantInit(names);
-    // Loading may show a box, which lets calls in, the caller's last Release among them.
+    // Loading may show a box, which lets calls in, possibly the caller's last Release.
     const Microsoft::WRL::ComPtr<IUnknown> hold(this);
     return com::NoThrow([&] { return ListOf(ServedPackages(), names); });
 }
@@ -55,7 +55,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
 {
     if (!package) return E_POINTER;
     *package = nullptr;
-    // The boxes that may come up let calls in, the caller's last Release among them.
+    // Boxes may come up and let calls in, possibly the caller's last Release.
     const Microsoft::WRL::ComPtr<IUnknown> hold(this);
     return com::NoThrow([&] {
         const ExportedPackageList& list = ServedPackages();
@@ -80,7 +80,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
 
 HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)
 {
-    // Whoever the box lets in may read the error already.
+    // A call that the box lets in may read the error already.
     static_cast<void>(Raise(code, description));
     const int answer =
         ShowMessage(description + family.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);

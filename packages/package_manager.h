@@ -1,6 +1,6 @@
-// What the three package managers share: the list of exported names, getting a package by name with the offer to remove one
-// that fails, identification, utilities and the error state. A manager keeps nothing between calls but its error, and is
-// not logged. A concrete manager adds its one interface.
+// What the three package managers share: the list of exported names, getting a package by name with the offer to remove one that
+// fails, identification, utilities and the error state. A manager keeps nothing between calls except its error, and is not
+// logged. A concrete manager adds its one interface.
 #pragma once
 
 #include "log/log_options.h"

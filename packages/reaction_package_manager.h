@@ -7,7 +7,7 @@ namespace zelt {
 
 extern const CLSID kReactionPackageManagerClass;
 
-// Makes one and answers with its interface `iid`.
+// Makes one and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateReactionPackageManager(REFIID iid, void** result);
 
 }  // namespace zelt

@@ -1,4 +1,4 @@
-// The classes that the server offers, one row each: what COM is told at start, and what registration writes.
+// The classes that the server offers, one row each: what the program registers with COM at start, and what registration writes.
 #pragma once
 
 #include "registration/served_class.h"
