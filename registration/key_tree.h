@@ -1,5 +1,5 @@
-// A registry key with everything below it, in memory: read from one view, compared with or written to another. Plain
-// values; two trees are equal when names, types and bytes are.
+// A registry key with everything below it, in memory: read from one view, compared with or written to another. Plain values; two
+// trees are equal when names, types and bytes are equal.
 #pragma once
 
 #include <map>
@@ -19,7 +19,7 @@ struct KeyTree {
 // Nothing when the key is missing.
 std::optional<KeyTree> ReadKeyTree(const RegistryRoot& root, const std::wstring& path);
 
-// Adds the tree to what stands at `path`; the key is created when missing. The answer is a Windows error code.
+// Adds the tree to the key at `path`, which is created when missing. Returns a Windows error code.
 [[nodiscard]] LSTATUS WriteKeyTree(const RegistryRoot& root, const std::wstring& path, const KeyTree& tree);
 
 }  // namespace zelt

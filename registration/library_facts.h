@@ -1,4 +1,4 @@
-// What registration has to know of a type library: its identity and the interfaces that calls cross processes through.
+// What registration has to know about a type library: its identity and the interfaces through which calls cross processes.
 #pragma once
 
 #include <windows.h>

@@ -6,8 +6,7 @@
 
 namespace zelt {
 
-// The system's registrar, which the platform's headers here do not declare. Every slot counts; two are used for
-// scripts.
+// The system's registrar, which the platform's headers here do not declare. Every slot counts; two slots are used for scripts.
 struct IRegistrar : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
     virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;
@@ -26,7 +25,7 @@ namespace {
 constexpr CLSID kRegistrarClass = {0x44EC053A, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
 constexpr IID kRegistrarInterface = {0x44EC053B, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
 
-// Replacements stand between apostrophes in the scripts; one inside a path is written twice.
+// Replacements stand between apostrophes in the scripts; an apostrophe inside a path is written twice.
 std::wstring Escaped(const std::wstring& text)
 {
     std::wstring escaped;
@@ -39,7 +38,7 @@ std::wstring Escaped(const std::wstring& text)
 ClassesRootOverride::ClassesRootOverride(Scope scope)
 {
     RegistryKey classes;
-    // The view stays that of the process here, because a view does not survive the redirection.
+    // The view here stays that of the process, because a view does not survive the redirection.
     CheckWin32(classes.Create(ClassesHive(scope, 0), L"Software\\Classes", KEY_READ | KEY_WRITE));
     CheckWin32(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
 }

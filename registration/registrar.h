@@ -1,5 +1,5 @@
-// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that says for
-// whom. Knows nothing of what the scripts hold.
+// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that selects whom they
+// serve. Knows nothing of what the scripts contain.
 #pragma once
 
 #include <windows.h>
@@ -15,8 +15,8 @@
 
 namespace zelt {
 
-// While it lives, HKEY_CLASSES_ROOT in this process is Software\Classes of the scope. Without it, a write would go to
-// whichever of the machine's and the user's key is there already. Throws com::Failure.
+// While it lives, HKEY_CLASSES_ROOT in this process is Software\Classes of the scope. Without it, a write would go to the
+// machine's or the user's key, whichever exists already. Throws com::Failure.
 class ClassesRootOverride {
 public:
     explicit ClassesRootOverride(Scope scope);
@@ -29,14 +29,13 @@ struct IRegistrar;
 
 class Registrar {
 public:
-    // Makes the component and gives it the replacements of the scripts, and Module_Raw, the bare path. Throws
-    // com::Failure.
+    // Creates the component and gives it the replacements of the scripts, and Module_Raw, the bare path. Throws com::Failure.
     Registrar(const std::wstring& modulePath, const std::wstring& version);
     ~Registrar();
     Registrar(const Registrar&) = delete;
     Registrar& operator=(const Registrar&) = delete;
 
-    // Runs the script in resource REGISTRY `script`. HKEY_CLASSES_ROOT is what the caller has made of it.
+    // Runs the script in resource REGISTRY `script`. HKEY_CLASSES_ROOT is where the caller has redirected it.
     [[nodiscard]] HRESULT Run(int script, bool add);
 
 private:
@@ -48,11 +47,11 @@ private:
 // The application identifier, in its registry form.
 inline constexpr wchar_t kApplicationId[] = L"{D76CDF09-2520-4B73-9730-98028328426E}";
 
-// What the scripts here use: MODULE is the program's path in double quotes. The registrar does not tell capital from small
+// The replacements that the scripts here use: MODULE is the program's path in double quotes. The registrar ignores the case of
 // letters in their names.
 ScriptReplacements ReplacementsFor(const std::wstring& modulePath, const std::wstring& version);
 
-// The path in the double quotes that keep a path with blanks from being cut at one, or from starting another program.
+// The path in the double quotes that keep a path with blanks from being cut at a blank, or from starting another program.
 std::wstring Quoted(const std::wstring& path);
 
 }  // namespace zelt

@@ -21,7 +21,7 @@ namespace {
 constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"TypeLib"};
 // clang-format on
 
-// Everything that the script writes is there now.
+// Verifies that everything that the script writes is there now.
 void Verify(Scope scope, int script, const std::wstring& modulePath, const std::string& version)
 {
     const auto lookUp = [scope](REGSAM view, const std::wstring& key, const std::wstring& value) {
@@ -36,7 +36,7 @@ HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows 
 {
     return com::NoThrow([&] {
         const std::wstring modulePath = com::ModulePath(com::ThisModule());
-        // Made before HKEY_CLASSES_ROOT is redirected: the component itself may be registered elsewhere.
+        // Create it before HKEY_CLASSES_ROOT is redirected: the component itself may be registered elsewhere.
         Registrar registrar(modulePath, Widen(version));
         {
             const ClassesRootOverride root(scope);

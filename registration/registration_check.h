@@ -1,5 +1,5 @@
-// What a registration has to consist of, and what of that the registry lacks. The registration reads itself back with it,
-// and a check of the installation reports it. Reads the registry through its caller, and writes nothing.
+// What a registration has to consist of, and what the registry lacks of it. The registration reads itself back with it, and a
+// check of the installation reports it. Reads the registry through its caller, and writes nothing.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,7 @@ struct FoundEntry {
     std::optional<std::wstring> text;  // none: no such value, or no string
 };
 
-// Finds a value of a key below the classes.
+// Looks up a value of a key below the classes.
 using EntryLookup = std::function<FoundEntry(REGSAM view, const std::wstring& key, const std::wstring& value)>;
 
 FoundEntry LookUpEntry(Scope scope, REGSAM view, const std::wstring& key, const std::wstring& value);
@@ -29,7 +29,7 @@ struct RegistrationFault {
     FoundEntry found;
 };
 
-// Where what a script writes differs from what is found: classes in every view, and what the views share in that of this
+// Where the registry differs from what a script writes: classes in every view, and what the views share in the view of this
 // process. `modulePath` is the program's, `version` its own. Throws com::Failure.
 std::vector<RegistrationFault> FindRegistrationFaults(int script, const std::wstring& modulePath,
                                                       const std::string& version, const EntryLookup& lookUp);

@@ -1,5 +1,5 @@
-// The registry scripts in this module's resources, by which the program registers: their text, which the registrar runs,
-// and what it has to leave in the registry, entry by entry, which is how a registration is checked. Writes nothing.
+// The registry scripts in this module's resources, with which the program registers: their text, which the registrar runs, and
+// what they have to leave in the registry, entry by entry, against which a registration is checked. Writes nothing.
 #pragma once
 
 #include <map>
@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// What stands between two per cent signs, and its text.
+// The names between two per cent signs, and their texts.
 using ScriptReplacements = std::map<std::wstring, std::wstring, std::less<>>;
 
 struct ScriptEntry {
@@ -19,11 +19,11 @@ struct ScriptEntry {
     std::wstring text;
 };
 
-// Of resource REGISTRY `script`. Throws com::Failure.
+// The text of resource REGISTRY `script`. Throws com::Failure.
 std::wstring ScriptText(int script);
 
-// What `text` writes, in its order. Knows what scripts here use: keys, ForceRemove, NoRemove, val and strings. Keys that
-// are never removed, and hold no text, belong to everybody and are left out. Throws com::Failure for anything else.
+// What `text` writes, in order. Knows what the scripts here use: keys, ForceRemove, NoRemove, val and strings. Leaves out keys
+// that are never removed and hold no text: they belong to everybody. Throws com::Failure for anything else.
 std::vector<ScriptEntry> ReadScript(std::wstring_view text, const ScriptReplacements& replacements);
 
 }  // namespace zelt

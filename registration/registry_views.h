@@ -1,7 +1,7 @@
-// Class registration in every registry view. 64-bit Windows shows CLSID and Interface below Software\Classes in two
-// views, and a simulator of the other width looks in the other one. The registrar and the system's type library
-// registration write the view of their own process; what stands there is copied to the others here, with the view
-// named on the open of each key, because that is the only way that crosses the redirection.
+// Class registration in every registry view. 64-bit Windows shows CLSID and Interface below Software\Classes in two views, and a
+// simulator of the other width looks in the other one. The registrar and the system's type library registration write the view of
+// their own process; this code copies the result to the other views and names the view when it opens each key, because only that
+// crosses the redirection.
 // Paths are relative to Software\Classes. Failures are thrown as com::Failure.
 #pragma once
 
@@ -25,7 +25,7 @@ std::wstring DefaultValue(Scope scope, REGSAM view, const std::wstring& path);
 void MirrorKey(Scope scope, const std::wstring& path);
 // Removes the key and everything below it in every view.
 void RemoveKey(Scope scope, const std::wstring& path);
-// Removes the key where it holds nothing at all.
+// Removes the key if it is entirely empty.
 void RemoveEmptyKey(Scope scope, const std::wstring& path);
 
 // Throws when `result`, a Windows error code, is not ERROR_SUCCESS.

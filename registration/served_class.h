@@ -12,7 +12,7 @@ namespace zelt {
 struct ServedClass {
     com::ClassEntry entry;
     int script;             // The registry script in the resources.
-    const wchar_t* progId;  // Independent of the version; with ".1" appended it is the versioned one.
+    const wchar_t* progId;  // Independent of the version; the versioned one has ".1" appended.
 };
 
 using ServedClassRows = std::span<const ServedClass>;

@@ -1,4 +1,4 @@
-// The folder of files that outlive the program: a type library that other programs come to rely on stays there.
+// The folder of files that outlive the program: a type library on which other programs come to rely stays there.
 #pragma once
 
 #include <string>
@@ -11,8 +11,7 @@ namespace zelt {
 // Throws com::Failure.
 std::wstring SharedFilePath(Scope scope, const std::wstring& fileName);
 
-// Writes resource TYPELIB `number` there, and returns the path. A file that holds the same bytes is left alone. Throws
-// com::Failure.
+// Writes resource TYPELIB `number` there, and returns the path. Leaves a file with the same bytes alone. Throws com::Failure.
 std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileName);
 
 }  // namespace zelt

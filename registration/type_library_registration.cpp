@@ -33,12 +33,12 @@ constexpr SharedLibrary kSharedLibraries[] = {
 };
 // clang-format on
 
-// The marshaller that works from type libraries.
+// The marshaller that works with type libraries.
 constexpr wchar_t kTypeLibraryMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 
 std::wstring InterfacePath(const LibraryInterface& member) { return L"Interface\\" + GuidText(member.iid); }
 
-// What a registration for the user may rely on: the user's own keys and the machine's.
+// What a registration for the scope may rely on: the machine's keys and, for the user's scope, the user's own.
 bool VisibleKey(Scope scope, REGSAM view, const std::wstring& path)
 {
     return KeyExists(Scope::Machine, view, path) || (scope == Scope::User && KeyExists(Scope::User, view, path));
@@ -53,7 +53,7 @@ void WriteDefault(Scope scope, REGSAM view, const std::wstring& path, const std:
     CheckWin32(key.WriteString(L"", value));
 }
 
-// A 64-bit process also takes a library that is registered for 32 bits; the reverse does not hold.
+// A 64-bit process also accepts a library that is registered for 32 bits; the reverse does not hold.
 bool LibraryVisible(Scope scope, REGSAM view, const std::wstring& versionPath)
 {
     const bool accepts64 = view == KEY_WOW64_64KEY;

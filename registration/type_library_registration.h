@@ -1,6 +1,6 @@
-// Registration of the type libraries in the executable's resources, by which COM marshals calls between processes.
-// The program's own library points to the executable and goes with it. A library of the standard belongs to everybody:
-// it is registered only where it is missing, from a file in a shared folder that outlives the program, and stays.
+// Registration of the type libraries in the executable's resources, with which COM marshals calls between processes. The
+// program's own library points to the executable and is removed with it. A library of the standard belongs to everybody: it is
+// registered only where it is missing, from a file in a shared folder that outlives the program, and stays.
 // Failures are thrown as com::Failure.
 #pragma once
 
@@ -22,8 +22,8 @@ std::span<const SharedLibrary> SharedLibraries();
 void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath);
 void UnregisterOwnLibrary(Scope scope);
 
-// Registers, in each view, what that view lacks of the library in resource TYPELIB `number`: the library, and each of
-// its interfaces. `fileName` is the name of the file in the shared folder.
+// Registers, in each view, what that view lacks of the library in resource TYPELIB `number`: the library, and each of its
+// interfaces. `fileName` is the name of the file in the shared folder.
 void RegisterMissingLibrary(Scope scope, int number, const std::wstring& fileName);
 
 }  // namespace zelt
