@@ -1,4 +1,4 @@
-// ICapeThermoEquilibriumRoutine of a proxy: phase equilibrium. A calculation writes its result to the material, so it is a
+// ICapeThermoEquilibriumRoutine of a proxy: phase equilibrium. A calculation writes its result to the material, so it counts as a
 // change where the material is read-only (a package proxy never is).
 #pragma once
 

@@ -1,6 +1,6 @@
-// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream, wherever one crosses a logged
-// boundary. The first family of interfaces that is used fixes its generation; a call through the other one is logged as an
-// error and forwarded all the same.
+// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream, wherever one crosses a logged boundary.
+// The first family of interfaces used fixes its generation; a call through the other one is logged as an error but still
+// forwarded.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -1,4 +1,4 @@
-// ICapeThermoUniversalConstant of a proxy. The list's output is logged under the singular name: existing readers know it.
+// ICapeThermoUniversalConstant of a proxy. The list's output is logged under the singular name: existing readers know it so.
 #pragma once
 
 #include "core/logged_interface.h"

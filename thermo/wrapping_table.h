@@ -3,7 +3,7 @@
 
 namespace zelt {
 
-// Installs the table of wrappers. Called once at start, before the first proxy is made.
+// Installs the table of wrappers. Call it once at start, before the first proxy is made.
 void InstallWrappers();
 
 }  // namespace zelt
