@@ -8,7 +8,7 @@ namespace zelt {
 
 const InstalledUnits& InstalledUnitOperations()
 {
-    // Nothing here lets messages in: a call from inside of the initialiser would not be defined.
+    // Nothing here lets messages in: re-entering the initialiser would be undefined.
     static const InstalledUnits installed = [] {
         const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
         FoundComponents components = FindComponents(search);

@@ -1,4 +1,4 @@
-// The unit operations of this computer, which PRAVIK can wrap.
+// The unit operations on this computer, which PRAVIK can wrap.
 #pragma once
 
 #include <vector>
@@ -12,7 +12,7 @@ struct InstalledUnits {
     Outcome outcome;  // of the search
 };
 
-// All but the program's own. Searched for when first asked for, once a process.
+// All except the program's own. Searched for once per process, on the first request.
 const InstalledUnits& InstalledUnitOperations();
 
 }  // namespace zelt

@@ -14,7 +14,7 @@ CStreamImpl::CStreamImpl(LogDocument* log)
 
 CStreamImpl::Buffer CStreamImpl::NewBuffer(std::uint64_t bytes)
 {
-    // What is larger does not fit: neither the address space of this process, nor the 32 bits of a size.
+    // Anything larger does not fit: neither in the address space of this process, nor in the 32 bits of a size.
     constexpr auto kMost =
         std::min<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max(), std::numeric_limits<std::uint32_t>::max());
     if (bytes > kMost) return nullptr;
@@ -78,7 +78,7 @@ void CStreamImpl::MoveTo(std::uint32_t newPosition)
     used = std::max(used, position);
 }
 
-// The texts of Read and Write stand in each other's place: readers of existing logs know them so.
+// The texts of Read and Write are swapped: readers of existing logs know them so.
 STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read)
 {
     if (!owner.Admits("IStream::Read")) return RPC_E_WRONG_THREAD;

@@ -1,7 +1,7 @@
-// CStreamImpl: the stream in memory that stands between a unit operation and the simulator's stream. It is for one save or
-// one load: whoever makes it says which, and takes the data away again at the end; a unit that keeps the stream beyond that
-// reads and writes nothing. Its messages go to the log of the unit. Sizes and positions are 32-bit, as what is saved has room
-// for. Clears no memory that it did not just allocate, so that a size which a stream only claims costs nothing.
+// CStreamImpl: the stream in memory between a unit operation and the simulator's stream. It serves one save or one load: its
+// maker says which, and takes the data away again at the end; a unit that keeps the stream longer reads and writes nothing. Its
+// messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Clears no
+// memory except what it has just allocated, so that a size which a stream merely claims costs nothing.
 #pragma once
 
 #include <windows.h>
@@ -25,15 +25,15 @@ public:
     // Makes room for `bytes`, all zero. False when there is no memory.
     bool Allocate(std::uint32_t bytes);
 
-    // Writing starts at the beginning of what is allocated. `sizeIsUnits`: the size is what the unit asked for.
+    // Writing starts at the beginning of the allocated data. `sizeIsUnits`: the size is what the unit asked for.
     void BeginWriting(bool sizeIsUnits);
-    // Reading starts at the beginning of what is allocated, which the caller has filled.
+    // Reading starts at the beginning of the allocated data, which the caller has filled.
     void BeginReading();
     // Ends either, and frees the data.
     void End();
 
     BYTE* Data() const { return data.get(); }
-    // How far writing has got.
+    // How far writing has progressed.
     std::uint32_t UsedLength() const { return used; }
 
     IStream* Stream() { return &stream; }
@@ -58,7 +58,7 @@ private:
         STDMETHOD(Clone)(IStream** clone) override;
         CStreamImpl& owner;
     };
-    // A stream has nothing for scripts, and answers them so.
+    // A stream has nothing for scripts, and tells them so.
     struct DispatchPart final : com::Part<IDispatch> {
         using Part::Part;
         STDMETHOD(GetTypeInfoCount)(UINT* count) override;
@@ -87,7 +87,7 @@ private:
     bool isReading = false;
     bool isWriting = false;
     bool sizeIsUnits = false;  // until the first warning that it was too small
-    std::uint32_t size = 0;    // writing: what is allocated; reading: what there is to read
+    std::uint32_t size = 0;    // writing: the allocated size; reading: the size of the data to read
     std::uint32_t position = 0;
     std::uint32_t used = 0;
     Buffer data;

@@ -10,7 +10,7 @@ namespace zelt {
 
 using Microsoft::WRL::ComPtr;
 
-// The object is being made as long as this lives.
+// For as long as it lives, the object is being made.
 class PersistentObject::Making {
 public:
     explicit Making(bool& flag) : flag(flag) { flag = true; }
@@ -24,7 +24,7 @@ private:
 
 namespace {
 
-// A memory stream for one save or load. Its data go at the end, though the object may keep the stream.
+// A memory stream for one save or load. Its data go at the end, even if the object keeps the stream.
 class TransferStream {
 public:
     explicit TransferStream(LogDocument* log) : stream(new CStreamImpl(log)) {}
@@ -140,7 +140,7 @@ STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirt
     return call.Close(result, owner.ErrorSource());
 }
 
-// The element is closed as of a success whatever the answer: none of the answers is a failure to a reader of the log.
+// The element is closed as after a success whatever the result: to a reader of the log, none of the results is a failure.
 STDMETHODIMP PersistentObject::Persistence::IsDirty()
 {
     if (!owner.Admits("IPersistStreamInit::IsDirty")) return RPC_E_WRONG_THREAD;
@@ -165,14 +165,14 @@ STDMETHODIMP PersistentObject::Persistence::GetSizeMax(ULARGE_INTEGER* size)
     const HRESULT result =
         owner.CallPersistence(call, [&](auto& object) { return object.GetSizeMax(&told); }).value_or(S_OK);
     if (FAILED(result)) return call.Close(result, owner.ErrorSource());
-    // Narrowed to 32 bits and extended by their sign: simulators know the answer so.
+    // Narrowed to 32 bits and sign-extended: simulators know the answer so.
     const auto sum = static_cast<LONG>(told.LowPart + kSavedHeaderSize);
     size->QuadPart = static_cast<ULONGLONG>(static_cast<LONGLONG>(sum));
     if (LogDocument* log = call.Document()) WriteArg(*log, "pcbSize", false, sum);
     return call.Close(result, owner.ErrorSource());
 }
 
-// The size that the object says its data have at most, and whether it was the object that said it.
+// The maximum size that the object gives for its data; `isObjects` is false when a failed or oversized answer makes it 0.
 std::uint32_t PersistentObject::AskCapacity(LoggedCall& call, bool& isObjects)
 {
     ULARGE_INTEGER most = {};

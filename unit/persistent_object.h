@@ -1,7 +1,7 @@
-// PersistentObject: a proxy that saves and loads the object behind it. What the simulator's stream holds is the class of that
-// object, the length of its data, and the data: the object itself gets a stream in memory (memory_stream.h) and never sees the
-// simulator's. The object may know IPersistStreamInit, or IPersistStream, or neither; the simulator sees IPersistStreamInit
-// alone. Which object is made for InitNew, and how, is the derived class's affair.
+// PersistentObject: a proxy that saves and loads the object behind it. The simulator's stream contains the class of that object,
+// the length of its data, and the data: the object itself gets a stream in memory (memory_stream.h) and never sees the
+// simulator's. The object may support IPersistStreamInit, or IPersistStream, or neither; the simulator sees only
+// IPersistStreamInit. The derived class decides which object is made for InitNew, and how.
 #pragma once
 
 #include <objidl.h>
@@ -18,21 +18,21 @@ protected:
     PersistentObject(const ProxyTraits& traits, REFCLSID ownClass);
     ~PersistentObject() override = default;
 
-    // Makes the wrapped object anew, for InitNew, and lets it initialise itself (InitNewObject). Called once at a time.
+    // Makes the wrapped object anew, for InitNew, and lets it initialize itself (InitNewObject). Never called while it runs.
     [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
-    // Makes the wrapped object of the class ObjectClass(). What fails has been told to the user when this returns.
+    // Makes the wrapped object of the class ObjectClass(). A failure has been reported to the user when this returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
 
-    // For the derived class, within MakeNew: asks the object for its way of persistence, and calls InitNew if it has one.
+    // For the derived class, within MakeNew: asks the object for its persistence interface, and calls InitNew if it has one.
     [[nodiscard]] HRESULT InitNewObject(LoggedCall& call);
 
-    // InitNew, as a caller from outside calls it.
+    // Calls InitNew as an outside caller does.
     [[nodiscard]] HRESULT InitNew() { return persistence.InitNew(); }
 
     // The class of the wrapped object, as saved.
     CLSID& ObjectClass() { return objectClass; }
 
-    // Without its object the unit grants all that it offers; persistence is the unit's own, whatever the object has.
+    // Without its object the unit grants all interfaces that it offers; persistence is the unit's own, whatever the object has.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
 
 private:
@@ -53,7 +53,7 @@ private:
     IPersistStream* PersistStream() const { return static_cast<IPersistStream*>(persistStream.Get()); }
     IUnknown* ErrorSource() const;
 
-    // Calls a method of the object's persistence; nothing when it has none. The two interfaces share their methods.
+    // Calls a method of the object's persistence; returns nothing when it has none. The two interfaces share their methods.
     template <class Method>
     std::optional<HRESULT> CallPersistence(LoggedCall& call, Method method) const
     {

@@ -1,4 +1,4 @@
-// CSelectCOObject: the user picks one of the CAPE-OPEN components that are registered under a category. Lists and asks only;
+// CSelectCOObject: the user picks one of the CAPE-OPEN components that are registered under a category. It only lists and asks;
 // the component may still fail to be created.
 #pragma once
 
@@ -13,7 +13,7 @@ namespace zelt {
 
 class CSelectCOObject final : public Dialog {
 public:
-    // Searches for the components; a registry that cannot be read is told to the user, and nothing is listed.
+    // Searches for the components; when the registry cannot be read, tells the user, and lists nothing.
     CSelectCOObject(std::wstring title, const wchar_t* category, REFCLSID leftOut,
                     const ClassSources& sources = InstalledClasses());
 
@@ -22,7 +22,7 @@ public:
 
     // In the order of the registry; the list box may show another.
     const std::vector<ComponentInfo>& Components() const { return components; }
-    // The place of the choice among them; after IDOK.
+    // The index of the choice among them; valid after IDOK.
     int Selection() const { return selection; }
 
 private:
@@ -35,10 +35,10 @@ private:
     int selection = -1;
 };
 
-// Asks the user for an installed unit operation, but for the class `leftOut`; nothing when cancelled.
+// Asks the user for an installed unit operation other than the class `leftOut`; nothing when cancelled.
 std::optional<CLSID> SelectUnitOperation(const std::wstring& title, REFCLSID leftOut);
 
-// A test answers itself; nothing else does. Returns the function before; null restores the dialog.
+// A test answers itself; nothing else does. Returns the previous function; null restores the dialog.
 using UnitSelector = std::optional<CLSID> (*)(const std::wstring& title, REFCLSID leftOut);
 UnitSelector SetUnitSelector(UnitSelector selector);
 

@@ -1,5 +1,5 @@
-// Reading and writing other people's streams, all or nothing. The streams are called under the guard, in pieces: memory is
-// touched, and marshalled, only as far as the data really go.
+// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces: memory is touched,
+// and marshalled, only as far as the data really extend.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// What precedes an object's own data where it is saved: its class, and the length of the data.
+// What precedes an object's own data in the saved form: its class, and the length of the data.
 inline constexpr std::uint32_t kSavedHeaderSize = sizeof(CLSID) + sizeof(std::uint32_t);
 
 // False when the stream (may be null) fails, or gives or takes another number of bytes.

@@ -1,5 +1,5 @@
-// The interfaces of a logged unit operation that are forwarded row by row. A method that changes the unit says so before its
-// arguments.
+// The interfaces of a logged unit operation that are forwarded row by row. A method that changes the unit carries its mark before
+// its arguments.
 #pragma once
 
 #include "core/logged_interface.h"
@@ -52,7 +52,7 @@ struct LoggedUnitKineticContext final : LoggedInterface<ICapeKineticReactionCont
     }
 };
 
-// Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
+// Shares its method's name and signature with the kinetic context; a separate part keeps them apart.
 struct LoggedUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override

@@ -19,7 +19,7 @@ const CLSID kUnitOperationClass = {0x2FD53BB5, 0x1013, 0x418D, {0xBA, 0xB6, 0x15
 
 namespace {
 
-// The name until the simulator gives another; units of that name are made as configured, without asking.
+// The name until the simulator gives another; units with it are made as configured, without asking.
 constexpr char kInitialName[] = "Unit Operation";
 
 constexpr ProxyTraits kTraits = {
@@ -31,7 +31,7 @@ HRESULT CreateUnitOperation(REFIID iid, void** result)
 {
     *result = nullptr;
     return com::NoThrow([&] {
-        // The place of the log may be asked for in a dialog, which lets calls in; nobody knows of the unit yet.
+        // A dialog may ask for the place of the log, which lets calls in; nobody knows of the unit yet.
         const Microsoft::WRL::ComPtr<CUnitOperation> made(new CUnitOperation);
         made->OpenOwnLog();
         return made->QueryInterface(iid, result);
@@ -74,7 +74,7 @@ HRESULT CUnitOperation::MakeNew(LoggedCall& call)
     return FAILED(made) ? made : InitNewObject(call);
 }
 
-// The configured unit operation, as long as the simulator has given no name of its own; else the user's choice.
+// The configured unit operation, as long as the simulator has given no other name; else the user's choice.
 bool CUnitOperation::ChooseClass(LoggedCall& call)
 {
     if (options.pravikUnit != CLSID_NULL && _stricmp(Name().c_str(), kInitialName) == 0) {
@@ -83,7 +83,7 @@ bool CUnitOperation::ChooseClass(LoggedCall& call)
         return true;
     }
     if (const auto selected = SelectUnitOperation(L"Select " + Widen(Name()) + L":", kUnitOperationClass)) {
-        // Deliberate: without a log the choice is not taken over.
+        // Deliberate: without a log the choice is not adopted.
         if (call.Document()) {
             ObjectClass() = *selected;
             call.Say(Sentence::CreatingSelectedUnit, {Narrow(GuidText(ObjectClass()))});
@@ -101,7 +101,7 @@ HRESULT CUnitOperation::MakeObject(LoggedCall& call)
     std::string error;
     if (SUCCEEDED(CreateInnerUnitOperation(call, ObjectClass(), error))) return S_OK;
     call.Say(Sentence::UnitCreationFailed, {Name(), error});
-    // The bare error, deliberately: what it means for the unit stands in the log.
+    // Deliberately the bare error: the log says what it means for the unit.
     TellUser(error);
     return E_FAIL;
 }
@@ -109,7 +109,7 @@ HRESULT CUnitOperation::MakeObject(LoggedCall& call)
 HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error)
 {
     void* created = nullptr;
-    // A unit that wraps its own class, as settings or a saved file may ask, would make units without end.
+    // A unit that wraps its own class, as settings or a saved file may request, would make units without end.
     const HRESULT result = classId == kUnitOperationClass ? CLASS_E_CLASSNOTAVAILABLE
                                                           : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
     if (FAILED(result)) {

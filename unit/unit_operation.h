@@ -1,7 +1,7 @@
 // CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, and that does no engineering of its own. It
-// makes the unit operation that the user has configured or selects, or that was saved, forwards every call to it and logs it.
-// It is the root of its logged tree, and lives before the unit that it wraps: until InitNew or Load has made that one, calls
-// are logged and answered as without a wrapped object.
+// makes the unit operation that the user has configured or selects, or that was saved, forwards every call to it and logs it. It
+// is the root of its logged tree, and exists before the unit that it wraps: until InitNew or Load has made that unit, calls are
+// logged and answered as without a wrapped object.
 #pragma once
 
 #include "log/log_options.h"
@@ -12,7 +12,7 @@ namespace zelt {
 
 extern const CLSID kUnitOperationClass;
 
-// Makes one, asks for the place of its log, and answers with its interface `iid`.
+// Makes one, asks for the place of its log, and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateUnitOperation(REFIID iid, void** result);
 
 class CUnitOperation : public PersistentObject {
@@ -20,7 +20,7 @@ public:
     // `options` is borrowed and outlives the unit. There is no log until OpenOwnLog.
     explicit CUnitOperation(LogOptions& options = TheLogOptions());
 
-    // Asks the user, as the options say, where the log goes. Without an answer the unit runs without a log.
+    // Asks the user, as the options require, where the log goes. Without an answer the unit runs without a log.
     void OpenOwnLog();
 
     HRESULT RequireObject(LoggedCall& call) override;
@@ -32,7 +32,7 @@ protected:
     HRESULT MakeNew(LoggedCall& call) override;
     HRESULT MakeObject(LoggedCall& call) override;
 
-    // Makes the unit of the class `classId` the wrapped object; when it fails, `error` says why.
+    // Makes a unit of the class `classId` the wrapped object; when that fails, `error` says why.
     [[nodiscard]] virtual HRESULT CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error);
 
 private:

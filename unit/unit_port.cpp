@@ -17,7 +17,7 @@ constexpr Replacement kReplacements[] = {
 };
 // clang-format on
 
-// The object that is connected, replaced by the proxy that suits the port.
+// The connected object, replaced by the proxy that suits the port.
 struct ConnectedIn : WrappedIn {
     LoggedUnitPort& port;
 
@@ -47,7 +47,7 @@ private:
     }
 };
 
-// The port proxy keeps the type that its port has told.
+// The port proxy keeps the type that its port has returned.
 struct KeepsType : Mark, NoSteps {
     const eCapePortType* told;
     int& kept;

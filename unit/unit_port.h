@@ -1,6 +1,6 @@
-// CUnitPort: the proxy of a unit operation's port. What the simulator connects is replaced by a proxy of the kind that the
-// port's type asks for, so that the log shows what the unit does with its streams; asked what is connected, the port answers
-// with the simulator's own object. An object at an inlet is read-only to the unit. Without a document nothing is replaced.
+// CUnitPort: the proxy of a unit operation's port. It replaces what the simulator connects by a proxy of the kind that the port's
+// type requires, so that the log shows what the unit does with its streams; asked what is connected, the port returns the
+// simulator's own object. An object at an inlet is read-only to the unit. Without a document it replaces nothing.
 #pragma once
 
 #include "core/exposed_object_base.h"
@@ -25,7 +25,7 @@ public:
 
     static constexpr int kUnknownType = -1;
 
-    // The port's type, asked once; kUnknownType when the port fails to say, which is logged.
+    // The port's type, asked for until the port returns it; kUnknownType when the port fails to, which is logged.
     int Type(LoggedCall& call);
     bool IsInlet(LoggedCall& call);
 
