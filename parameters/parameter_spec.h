@@ -1,5 +1,5 @@
-// CParameterSpec: the proxy of a parameter's specification, with the typed specifications of all five kinds. Which of them
-// the wrapped object has depends on the parameter's type; the others are refused.
+// CParameterSpec: the proxy of a parameter's specification, with the typed specifications of all five kinds. The parameter's type
+// determines which of them the wrapped object has; the others are refused.
 #pragma once
 
 #include "core/exposed_object_base.h"
