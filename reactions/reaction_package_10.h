@@ -1,5 +1,5 @@
-// CReactionPackage10: the proxy of a CAPE-OPEN 1.0 reaction package, and the root of its logged tree. Materials and reaction
-// objects are wrapped on their way in.
+// CReactionPackage10: the proxy of a CAPE-OPEN 1.0 reaction package, and the root of its logged tree. Wraps materials and
+// reaction objects on their way in.
 #pragma once
 
 #include <cape-open-thermo-context.h>
@@ -17,7 +17,7 @@ struct LoggedKineticContext final : LoggedInterface<ICapeKineticReactionContext>
     }
 };
 
-// Shares its method's name and signature with the kinetic context; a part of its own keeps them apart.
+// Shares its method's name and signature with the kinetic context; a separate part keeps them apart.
 struct LoggedElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
