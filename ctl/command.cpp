@@ -44,7 +44,7 @@ Arguments Parse(const Command& command, std::span<const std::string> words)
         } else if (word == "--") {
             onlyOperands = true;
         } else {
-            // The value stands behind a sign of equality or is the next word.
+            // The value follows an equals sign or is the next word.
             const std::size_t sign = word.find('=');
             const Option& option = FindOption(command, std::string_view(word).substr(0, sign));
             std::string value;

@@ -1,5 +1,5 @@
-// Commands as rows: the name, what it takes, what it does. The words of a command line are matched with a row, checked
-// against it, and handed to its function; help is made from the same rows. Knows no command.
+// Commands as rows: the name, what it takes, what it does. The words of a command line are matched with a row, checked against
+// it, and passed to its function; help is made from the same rows. Knows no particular command.
 #pragma once
 
 #include <map>
@@ -18,15 +18,15 @@ enum ExitCode : int {
     kFine = 0,
     kFinding = 1,     // a difference or a finding: nothing went wrong
     kUsage = 2,       // the command line is not understood, or asks for what cannot be done now
-    kUnreadable = 3,  // the input cannot be read, or the output not be written, or the program failed
+    kUnreadable = 3,  // the input cannot be read, the output cannot be written, or the program failed
 };
 
-// The command line asks for something that is not to be had. The text is for the user.
+// The command line asks for something that does not exist. The text is for the user.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The command line is understood, and what it asks for cannot be done now. The text is for the user.
+// The command line is understood, but what it asks for cannot be done now. The text is for the user.
 struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -38,11 +38,11 @@ struct InputError : std::runtime_error {
 
 struct Option {
     const char* name;   // with its dashes
-    const char* value;  // what stands behind it, for the help; null for a flag
+    const char* value;  // what follows it, for the help; null for a flag
     const char* what;
 };
 
-// What stands behind the command's name, checked against its row.
+// What follows the command's name, checked against its row.
 class Arguments {
 public:
     Arguments(std::vector<std::string> operands, std::map<std::string, std::string, std::less<>> options)
@@ -53,7 +53,7 @@ public:
     std::size_t Operands() const { return operands.size(); }
     bool Has(std::string_view option) const { return options.find(option) != options.end(); }
     std::optional<std::string> Value(std::string_view option) const;
-    // Not below 0. Throws UsageError when something else stands there.
+    // Not below 0. Throws UsageError for anything else.
     std::optional<double> Number(std::string_view option) const;
 
 private:
@@ -71,8 +71,8 @@ struct Command {
     int (*run)(const Arguments&, Streams&);
 };
 
-// Runs what `words` ask for, one of `commands` or their help, and gives the exit code. What a command throws becomes a
-// message; nothing else is thrown but for want of memory.
+// Runs what `words` ask for, one of `commands` or their help, and returns the exit code. What a command throws becomes a message;
+// nothing is thrown except when memory runs out.
 int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -11,7 +11,7 @@ namespace zelt::ctl {
 
 void WriteHelp(std::span<const Command> commands, Output& out);
 void WriteCommandHelp(const Command& command, Output& out);
-// For the first word of commands of two words, alone or with --help. False for anything else.
+// For the first word of two-word commands, alone or with --help. False for anything else.
 bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::string>& words, Output& out);
 void WriteVersion(Output& out);
 

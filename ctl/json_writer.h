@@ -1,4 +1,4 @@
-// JSON, written as it comes: objects and arrays in any nesting, without keeping any of it.
+// JSON, written as it is produced: objects and arrays in any nesting, without keeping any of it.
 #pragma once
 
 #include <string_view>
@@ -15,7 +15,7 @@ class JsonWriter {
 public:
     explicit JsonWriter(Output& out) : out(out) {}
 
-    // An element of an array, or the value behind a key.
+    // An element of an array, or the value of a key.
     JsonWriter& BeginObject() { return Begin('{'); }
     JsonWriter& EndObject() { return End('}'); }
     JsonWriter& BeginArray() { return Begin('['); }
@@ -28,7 +28,7 @@ public:
     JsonWriter& Member(std::string_view name, std::string_view text) { return Key(name).String(text); }
     JsonWriter& Member(std::string_view name, long long number) { return Key(name).Number(number); }
 
-    // Each element of the array that is open on a line of its own.
+    // Puts each element of the open array on a line of its own.
     JsonWriter& NewLine();
 
 private:
@@ -37,7 +37,7 @@ private:
     void Separate();
 
     Output& out;
-    bool first = true;  // nothing stands yet in what is open
+    bool first = true;  // what is open is still empty
     bool behindKey = false;
 };
 

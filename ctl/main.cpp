@@ -38,7 +38,7 @@ int RunCommands(const std::vector<std::string>& words)
     return Run(commands, words, streams);
 }
 
-// The edge of the program: `words` makes the words of the command line. Takes no memory to say that there is none.
+// The outermost frame of the program: `words` makes the words of the command line. Reports exhausted memory without allocating.
 template <class Words>
 int RunProgram(Words&& words) noexcept
 {
@@ -57,7 +57,7 @@ int RunProgram(Words&& words) noexcept
 #ifdef _WIN32
 int wmain(int count, wchar_t** words)
 {
-    // Lines end as they are written, and a console shows UTF-8.
+    // Line ends stay as written, and a console shows UTF-8.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);
@@ -70,7 +70,7 @@ int wmain(int count, wchar_t** words)
 #else
 int main(int count, char** words)
 {
-    // A program may be started without even its name.
+    // A program may be started without even its own name.
     return RunProgram([&] { return std::vector<std::string>(words + (count > 0), words + count); });
 }
 #endif

@@ -1,6 +1,6 @@
-// Text on its way out, in UTF-8: gathered and written in large pieces. One for the data (standard output), one for the
-// messages (standard error). Characters that a terminal would obey come out as codes, whoever brought them. Without a
-// stream it keeps everything, which is how tests read it.
+// Text on its way out, in UTF-8: gathered and written in large pieces. One for the data (standard output), one for the messages
+// (standard error). Characters that a terminal would obey come out as codes, wherever they come from. Without a stream it keeps
+// everything, which is how tests read it.
 #pragma once
 
 #include <cstdio>
@@ -13,7 +13,7 @@ namespace zelt::ctl {
 
 class Output {
 public:
-    // The stream stays its caller's.
+    // The caller keeps the stream.
     explicit Output(std::FILE* stream = nullptr) : stream(stream) {}
     ~Output() { Flush(); }
     Output(const Output&) = delete;
@@ -38,7 +38,7 @@ public:
         return *this;
     }
 
-    // False once something could not be written, as when a disk is full.
+    // False once something could not be written, for example to a full disk.
     bool Flush();
 
     const std::string& Text() const { return buffer; }

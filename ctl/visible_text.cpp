@@ -10,7 +10,7 @@ bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 
 bool IsPlain(char c) { return c >= 0x20 && c < 0x7F; }
 
-// Line ends and tabs, which belong to every text.
+// Line ends and tabs, which may occur in any text.
 bool IsLayout(std::string_view rest) { return rest[0] == '\n' || rest[0] == '\t' || rest.substr(0, 2) == "\r\n"; }
 
 void AppendCode(std::string& out, const Character& character)

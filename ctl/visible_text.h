@@ -1,5 +1,5 @@
-// Characters that do something to a terminal or to the order of what is read, shown as codes instead: control characters, and
-// the marks that turn the direction of writing. A log may hold them, because a package may name things as it likes.
+// Characters that affect a terminal or the order in which text is read, shown as codes instead: control characters, and the marks
+// that change the writing direction. A log may contain them, because a package may choose any names.
 #pragma once
 
 #include <cstddef>
@@ -12,16 +12,16 @@ namespace zelt::ctl {
 struct Character {
     std::uint32_t code;
     std::size_t length;  // in bytes
-    bool valid;          // else one byte that is no UTF-8
+    bool valid;          // otherwise one byte that is not UTF-8
 };
 
 // The first character of `text`, which is not empty.
 Character FirstCharacter(std::string_view text);
 
-// A control character (line ends and tabs are too), or a mark that turns the direction of writing.
+// A control character (which includes line ends and tabs), or a mark that changes the writing direction.
 bool IsHidden(std::uint32_t code);
 
-// Appends `text` with each hidden character as \u{9b}, its number. Tabs and line ends stay, CR LF among them.
+// Appends `text` with each hidden character as its number, like \u{9b}. Tabs and line ends, including CR LF, stay.
 void AppendVisible(std::string& out, std::string_view text);
 
 }  // namespace zelt::ctl
