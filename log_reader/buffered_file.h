@@ -1,5 +1,5 @@
-// A file read in large pieces: the parser asks for some thousand bytes at a time, and for each would cross into the system.
-// Owns the buffer; the descriptor stays its caller's.
+// A file read in large pieces: the parser asks for a few thousand bytes at a time, and each request would otherwise be a system
+// call. Owns the buffer; the caller keeps the descriptor.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
-// The lines of elements. The parser notes lines only up to 65,535, so the reader's thread has each element marked with its
-// line as the parser makes it. One reader of a thread at a time; owns nothing.
+// The lines of elements. The parser records lines only up to 65,535, so this code has each element marked with its line as the
+// parser, on the reader's thread, makes it. One reader per thread at a time; owns nothing.
 #pragma once
 
 #include <libxml/tree.h>

@@ -8,7 +8,7 @@ namespace {
 
 void Append(std::string& out, const xmlChar* text) { AppendUtf8(out, reinterpret_cast<const char*>(text)); }
 
-// References to entities stay references: a log has none, and what a forged one declares is not worth its expansion.
+// References to entities stay references: a log has none, and what a forged one declares is not worth expanding.
 void AppendValue(std::string& out, const xmlAttr& attribute)
 {
     for (const xmlNode* part = attribute.children; part; part = part->next) {
@@ -73,7 +73,7 @@ LogNames::LogNames(xmlTextReaderPtr reader)
     direction = known("direc");
 }
 
-// A log's root is no call and no message. Any other root is shown like the rest.
+// A log's root is neither a call nor a message. Any other root is shown like the rest.
 bool EventBuilder::IsLogRoot(const xmlNode* element) const
 {
     return element->name == names.root && !element->ns && element->parent && element->parent->type == XML_DOCUMENT_NODE;
@@ -117,7 +117,7 @@ void EventBuilder::Describe(const xmlNode* element)
     nameLength = 0;
     inward = false;
     line = LineOf(element);
-    // Null is none of the names.
+    // Null equals none of the names.
     const xmlChar* const tag = element->ns ? nullptr : element->name;
     if (tag == names.argval) {
         DescribeMessage(EventKind::Value, element);

@@ -1,5 +1,5 @@
-// Turns the starts and ends of elements into events. An element's event waits until its first child or its end shows
-// whether it has children, so events leave in the order of the file. Owns the name and the text being put together.
+// Turns the starts and ends of elements into events. An element's event waits until its first child or its end shows whether it
+// has children, so events are sent in the order of the file. Owns the name and the text being put together.
 #pragma once
 
 #include <libxml/tree.h>
@@ -13,7 +13,7 @@
 
 namespace zelt {
 
-// The names that logs use, as the reader's dictionary has them: there a name has one address, and comparing addresses does.
+// The names that logs use, as the reader's dictionary has them: each name has one address there, so comparing addresses does.
 struct LogNames {
     explicit LogNames(xmlTextReaderPtr reader);
 
@@ -23,19 +23,19 @@ struct LogNames {
 
 class EventBuilder {
 public:
-    // The elements are those of the reader's document.
+    // The elements belong to the reader's document.
     EventBuilder(xmlTextReaderPtr reader, LogSink& sink) : names(reader), sink(sink) {}
     EventBuilder(const EventBuilder&) = delete;
     EventBuilder& operator=(const EventBuilder&) = delete;
 
-    // The answer is false when the sink wants no more. An empty element has no end of its own.
+    // Returns false when the sink wants no more. An empty element has no end of its own.
     bool Start(const xmlNode* element, bool empty);
     bool End(const xmlNode* element);
 
-    // Lets out an event that waits for its first child: the child may be long in coming.
+    // Sends an event that waits for its first child, which may take long to arrive.
     void Flush();
 
-    // The file is over, though elements may be open: an event that waits has no children.
+    // The file is over, though elements may be open: a waiting event has no children.
     void Finish();
 
 private:
@@ -53,7 +53,7 @@ private:
     int depth = 0;
     std::vector<EventKind> open;  // the kinds down to the latest event, by depth
     bool waiting = false;
-    // Of the event that waits. Its name and its text share one buffer.
+    // The fields of the waiting event. Its name and its text share one buffer.
     EventKind kind = EventKind::Other;
     bool inward = false;
     int line = 0;

@@ -20,7 +20,7 @@ struct Freer {
     void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
 };
 
-// A damaged file may bring an error on each of its lines; a step of reading reports this many of them.
+// A damaged file may cause an error on each of its lines; a reading step reports this many of them.
 constexpr std::size_t kErrorsOfOneStep = 16;
 
 // The parser goes no deeper.
@@ -32,12 +32,12 @@ struct Errors {
     std::vector<int> open;   // the start lines of the elements that were open at the last error
 };
 
-// Called from inside the parser, where nothing may be thrown: the lines wait until the step is done.
+// Called from inside the parser, where nothing may be thrown: the lines wait until the step is over.
 void CollectError(void* context, xmlErrorPtr error)
 {
     if (error->level == XML_ERR_WARNING) return;
     Errors& errors = *static_cast<Errors*>(context);
-    // An end tag that does not end has the same code, without the name.
+    // An end tag that does not end has the same code, but no name.
     errors.brokenTag |= error->code == XML_ERR_GT_REQUIRED && error->str1;
     errors.open.clear();
     const auto* parser = static_cast<const xmlParserCtxt*>(error->ctxt);
@@ -75,7 +75,7 @@ LogReadResult ReadLog(int descriptor, LogSink& sink)
 
 LogReadResult ReadLog(LogInput& input, LogSink& sink)
 {
-    // The reader gives its document away when it is asked for it; the document goes last.
+    // The reader hands over its document when asked for it; the document is destroyed last.
     std::unique_ptr<xmlDoc, Freer> document;
     const std::unique_ptr<xmlTextReader, Freer> reader(
         xmlReaderForIO(ReadInput, nullptr, &input, nullptr, nullptr,
@@ -103,7 +103,7 @@ LogReadResult ReadLog(LogInput& input, LogSink& sink)
         if (!more) return LogReadResult::Cancelled;
     }
     if (status < 0) {
-        // The parser is ahead of the reader, which gives up at once when the parser does.
+        // The parser is ahead of the reader, which gives up as soon as the parser does.
         const xmlNode* position = xmlTextReaderCurrentNode(reader.get());
         document.reset(xmlTextReaderCurrentDoc(reader.get()));
         const xmlNode* broken = errors.brokenTag ? LastNode(document.get()) : nullptr;

@@ -1,5 +1,5 @@
-// The parse of a log file as a stream of events. Knows nothing of windows and needs nothing but libxml2, so that programs
-// without windows use it too. The descriptor stays its caller's. Reads no other file and no network, whatever the log says.
+// The parse of a log file as a stream of events. It knows nothing of windows and needs only libxml2, so that programs without
+// windows can use it too. The caller keeps the descriptor. Reads no other file and no network, whatever the log says.
 #pragma once
 
 #include "log_reader/log_event.h"
@@ -10,29 +10,29 @@ namespace zelt {
 class LogInput {
 public:
     virtual ~LogInput() = default;
-    // The number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
+    // Returns the number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
     virtual int Read(char* out, int length) = 0;
 };
 
 enum class LogReadResult {
     Complete,
-    Incomplete,   // the file is no well-formed document: cut off, or damaged
-    Cancelled,    // as the sink wanted
-    NotReadable,  // the parser could not be made
+    Incomplete,   // the file is not a well-formed document: cut off, or damaged
+    Cancelled,    // at the sink's request
+    NotReadable,  // the parser could not be created
 };
 
-// Call once, before the first thread that reads a log starts.
+// Call it once, before the first thread that reads a log starts.
 void PrepareLogReader();
 
 // How far the descriptor's position may be ahead of the events, in bytes.
 constexpr int kReadAhead = 1 << 16;
 
-// Reads from the descriptor's position. A file that is cut off gives everything up to the cut; one that nests deeper than
-// 255 elements or has an attribute of more than 10 million bytes ends there like a damaged one.
+// Reads from the descriptor's position. A file that is cut off yields everything up to the cut; one that nests deeper than 255
+// elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
 
-// A comment in the text lets out what has been read so far, a call with hasChildren although none may come: an input
-// that waits for more puts one there. Logs have none.
+// A comment in the text sends what has been read so far, a call with hasChildren although none may follow: an input that waits
+// for more inserts one. Logs contain no comments.
 LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// Texts that claim to be UTF-8. The parser takes the bytes of most values as they come, so a damaged or foreign log may have
-// any; programs behind the reader write JSON and HTML, which may not.
+// Texts that claim to be UTF-8. The parser takes the bytes of most values as they are, so a damaged or foreign log may contain
+// any; programs that use the reader write JSON and HTML, which may not.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// Appends the text, with U+FFFD in place of each byte that is part of no character.
+// Appends the text, with U+FFFD in place of each byte that belongs to no character.
 void AppendUtf8(std::string& out, std::string_view text);
 
 }  // namespace zelt
