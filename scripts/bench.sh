@@ -1,7 +1,6 @@
-# Benchmarks, each beside its floor. Sourced by ./dev.
+# Benchmarks, each next to its floor. Sourced by ./dev.
 
-# Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; the options are
-# passed on to each.
+# Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; each gets the options.
 Bench()
 {
     local wanted=() options=() name program
@@ -22,14 +21,14 @@ Bench()
         done
     fi
     UsePrefix bench
-    # A bare display has no manager of windows, and Wine waits for one when a window goes.
+    # A bare display has no window manager, and Wine waits for one when a window goes.
     Step bench-windows "Letting Wine draw the frames of windows" \
         wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
     Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
     for name in "${wanted[@]}"; do
         program=$folder/bench_$name.exe
         [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
-        # Shown as it comes and kept; programs under Wine leave processes behind, so a file stands between.
+        # Shown as it comes and kept; programs under Wine leave processes behind, so the output goes through a file.
         : >"$logFolder/bench-$name.log"
         tail -f "$logFolder/bench-$name.log" 8>&- &
         local shown=$! status=0

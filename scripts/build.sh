@@ -1,6 +1,6 @@
 # Configuring and building through the CMake presets. Sourced by ./dev.
 
-# The product, and the programs that are also wanted on this system; the tests need `sanitized` too.
+# The product, and the programs that are also wanted on this system; the tests also need `sanitized`.
 architectures=(i686 x86_64)
 builds=("${architectures[@]}" native)
 
@@ -31,5 +31,5 @@ BuildPreset()
     Step "build-$preset" "Building for $preset" cmake --build "build/$preset" ${1:+--target "$@"}
 }
 
-# What is shipped and measured: without the checks that the tests' programs have. It is in build/release.
+# What is shipped and measured, without the checks that the tests' programs have. It is in build/release.
 BuildRelease() { BuildPreset release zelt zeltctl "$@"; }

@@ -1,6 +1,6 @@
 # The checks that need no build and take a minute: formatting, scripts, sources. Every finding fails. Sourced by ./dev.
 
-# The project's files of these names, the new ones included; outside of a checkout, those in the source folders.
+# The project's files with these names, including new ones; outside a checkout, those in the source folders.
 Files()
 {
     local file
@@ -11,14 +11,14 @@ Files()
         for file in "$@"; do names+=(-o -name "$file"); done
         find . -path ./build -prune -o -type f \( "${names[@]:1}" \) -printf '%P\n'
     fi | while IFS= read -r file; do
-        # Git knows of files that were deleted, too.
+        # Git also lists files that were deleted.
         [ ! -f "$file" ] || printf '%s\n' "$file"
     done | sort
 }
 
 Sources() { Files '*.cpp' '*.h'; }
 
-# Scripts <ending> <interpreter>: by their names or their first lines.
+# Scripts <ending> <interpreter>: found by their names or their first lines.
 Scripts()
 {
     local file first
@@ -48,7 +48,7 @@ FastChecks()
     Step check-sources "Checking the sources" CheckSources
 }
 
-# A key that is given twice is no error to these programs: the last one counts.
+# These programs accept a key that is given twice: the last one counts.
 CheckSettings()
 {
     perl scripts/duplicate-keys.pl .clang-format .clang-tidy
@@ -56,7 +56,7 @@ CheckSettings()
 
 CheckShellScripts()
 {
-    # What ./dev sources is read with it: one sets what another uses.
+    # Check what ./dev sources together with it: one sets what another uses.
     local scripts
     mapfile -t scripts < <(Scripts sh '(ba)?sh' | grep -vxFf <(sed -n 's/^source //p' dev))
     printf '%s\n' "${scripts[@]}"
@@ -72,7 +72,7 @@ CheckPerlScripts()
     return $failed
 }
 
-# As the 32-bit build reads them, as far as that needs no header of the system. What is off, and why, stands in the list.
+# Checks the sources as the 32-bit build reads them, as far as that needs no system header. The list says what is off, and why.
 CheckSources()
 {
     # shellcheck disable=SC2054 # the commas are cppcheck's
@@ -80,7 +80,7 @@ CheckSources()
                    --library=googletest --library=windows -I.
                    '-DSTDMETHOD(name)=virtual HRESULT name' '-DSTDMETHOD_(type, name)=virtual type name'
                    -DSTDMETHODIMP=HRESULT '-DSTDMETHODIMP_(type)=type' '-D__uuidof(name)=IID_OF_NAME'
-                   # Its expansion is beyond this parser; as the name of a function it is read.
+                   # This parser cannot expand it; as the name of a function it is read.
                    -ULOGGED)
     mkdir -p build/cppcheck
     printf '%s\n' "${sources[@]}" | grep '\.cpp$' >build/cppcheck-sources

@@ -18,7 +18,7 @@ Fail()
     exit 1
 }
 
-# Registers a command for the end of the script, whatever the end; the latest runs first.
+# Registers a command for the end of the script, however it ends; the latest runs first.
 AtExit() { cleanUps=("$*" "${cleanUps[@]}"); }
 
 CleanUp()
@@ -38,16 +38,16 @@ trap 'exit 143' TERM HUP
 trap 'Fail "./dev stopped unexpectedly at ${BASH_SOURCE[0]#"$root"/}, line $LINENO: $BASH_COMMAND"' ERR
 set -E
 
-# Step <log name> <what is done> <command...>: runs the command with its output in a log; on failure says which step
-# failed, where the log is, and how it ends. Programs under Wine leave processes behind that hold their output open, so
-# the output goes to a file, never through a pipe.
+# Step <log name> <what is done> <command...>: runs the command with its output in a log; on failure says which step failed, where
+# the log is, and how it ends. Programs under Wine leave processes behind that hold their output open, so the output goes to a
+# file, never through a pipe.
 Step()
 {
     local log=$logFolder/$1.log what=$2 start=$SECONDS status=0
     shift 2
     mkdir -p "$logFolder"
     printf '%s' "$what ... "
-    # In the background, so that a signal ends the wait at once; a failing command in a condition would also run on.
+    # In the background, so that a signal ends the wait at once; in a condition, a failing command would also run on.
     ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$log" 2>&1 8>&- &
     stepProcess=$!
     wait "$stepProcess" || status=$?
@@ -61,8 +61,7 @@ Step()
     Fail "The step \"$what\" failed (exit code $status); its log is $log."
 }
 stepProcess=
-# EndTree <process>: with everything that it has started; children first, because those of a process that has ended are
-# nobody's.
+# EndTree <process>: ends it with everything that it has started; children first, because an ended process lists none.
 EndTree()
 {
     local child children=()
@@ -75,7 +74,7 @@ AtExit EndStep
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 
-# One test run or demonstration at a time in one tree: they share the build folder.
+# Only one test run or demonstration at a time in one tree: they share the build folder.
 LockTree()
 {
     mkdir -p build

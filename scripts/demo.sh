@@ -1,7 +1,7 @@
 # The demonstration: sample packages reach simulators through ZELT, and every call is in the log. Sourced by ./dev.
 
-# What is exported and run, one a line: result name, kind in the list of exported packages, the sample's manager, ZELT's
-# manager, package, what it is. A package of each kind that a manager gives.
+# What is exported and run, one per line: result name, kind in the list of exported packages, the sample's manager, ZELT's
+# manager, package, what it is. One package of each kind that a manager provides.
 demoRuns=(
     "property11|0|ZeltSample.PropertyPackageManager|ZELT.PropertyPackageManager|Aromatics|CAPE-OPEN 1.1 property package"
     "property10|2|ZeltSample.ThermoSystem|ZELT.ThermoSystem|Alcohols|CAPE-OPEN 1.0 property package"
@@ -81,7 +81,7 @@ Demo()
 
 Wine() { timeout 120 wine "$@"; }
 
-# The exported packages are a list in the registry; a log goes to the desktop, and nobody is asked about it.
+# The exported packages are a list in the registry; logs go to the desktop, and no dialog asks about them.
 ExportPackages()
 {
     local class key='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
@@ -98,7 +98,7 @@ ExportPackages()
     Wine reg add "$key" /f /v PromptOpenLog /t REG_DWORD /d 0
 }
 
-# The choice of the main window's menu: the class identity as 16 bytes, the first three of its numbers little endian.
+# The choice of the main window's menu: the class identifier as 16 bytes, its first three numbers in little-endian order.
 ChooseUnit()
 {
     local class bytes
@@ -108,7 +108,7 @@ ChooseUnit()
     Wine reg add 'HKCU\Software\ZELT' /f /v PRAVIKUnit /t REG_BINARY /d "$bytes"
 }
 
-# Simulate <architecture> <result name> <arguments...>: the table and, apart, the lines that show each number's bits.
+# Simulate <architecture> <result name> <arguments...>: the table and, separately, the lines that show each number's bits.
 Simulate()
 {
     local program=build/$1/samples/SampleSimulator.exe result=$demoFolder/$2 status=0
@@ -121,8 +121,8 @@ Simulate()
     return "$status"
 }
 
-# CompareResults <result name> <run>...: every number that the simulators got through ZELT must be the one that the
-# components calculate in process.
+# CompareResults <result name> <run>...: every number that the simulators got through ZELT must equal the one that the components
+# calculate in process.
 CompareResults()
 {
     local direct=$demoFolder/$1-direct.bits name=$1 run
@@ -133,8 +133,8 @@ CompareResults()
     done
 }
 
-# The logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first whole, of the others the top.
-# Each of the flowsheet's two runs has two, the package's and the unit operation's.
+# The logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first in full, of the others the top. Each
+# of the flowsheet's two runs has two, the package's and the unit operation's.
 ShowLogs()
 {
     local logs log lines top=40 expected=$((2 * ${#demoRuns[@]} + 4))

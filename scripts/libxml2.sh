@@ -1,7 +1,7 @@
 # The sources of libxml2, from Debian's source package, with Debian's patches: the log viewer's XML reader is built from
 # them with the project's own compilers. Sourced by ./dev.
-# apt works on lists and a cache of its own below build/, so that the machine's configuration stays as it is, and no
-# rights of root are needed. Once the sources are there, no network is.
+# apt works on its own lists and cache below build/, so that the machine's configuration stays as it is and no root rights are
+# needed. Once the sources are there, no network is needed either.
 
 libxml2Version=2.9.14
 libxml2Folder=$root/build/sources/libxml2
@@ -19,7 +19,7 @@ UnpackLibxml2()
     local work=$root/build/sources/work
     rm -rf "$work" "$libxml2Folder"
     mkdir -p "$work/lists/partial" "$work/cache/archives/partial"
-    # The machine's own package sources, asked for sources instead of programs.
+    # The machine's own package sources, with sources requested instead of programs.
     local file
     mkdir -p "$work/sources.list.d"
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
@@ -32,7 +32,7 @@ UnpackLibxml2()
     local apt=(apt-get -o "Dir::Etc::SourceList=$work/sources.list" -o "Dir::Etc::SourceParts=$work/sources.list.d"
                -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
     cd "$work"
-    # A list that does not come does not matter as long as another holds the package.
+    # A list that does not arrive does not matter as long as another contains the package.
     "${apt[@]}" update || true
     "${apt[@]}" source --download-only libxml2 ||
         { echo "Debian's archive does not give the source package libxml2: are its package sources reachable?"; return 1; }

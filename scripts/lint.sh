@@ -12,7 +12,7 @@ Lint()
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
     fi
     FastChecks
-    # The headers that the type libraries give must be there, and the compile commands; objects need not.
+    # The headers generated from the type libraries and the compile commands must be there; objects need not.
     Step configure-lint "Configuring for the checks" cmake --preset lint
     Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \
         idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files
@@ -24,7 +24,7 @@ Lint()
 Tidy()
 {
     local compiler=i686-w64-mingw32-g++-posix folder
-    # Warnings are g++'s business: the build has them on, as errors.
+    # Warnings are left to g++: the build has them on, as errors.
     local arguments=(--extra-arg=--target=i686-w64-windows-gnu --extra-arg=-w)
     for folder in $("$compiler" -E -x c++ -v /dev/null 2>&1 | sed -n '/^#include </,/^End/s/^ //p'); do
         # The intrinsics are the compiler's own; clang brings others.

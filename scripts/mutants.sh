@@ -1,4 +1,4 @@
-# Small changes to the product, each of which a test has to catch. What is done is in scripts/mutants. Sourced by ./dev.
+# Small changes to the product, each of which a test has to catch. The work is done in scripts/mutants. Sourced by ./dev.
 
 # Mutants [--number N] [--seed N] [--continue] [id...]
 Mutants()
@@ -16,7 +16,7 @@ Mutants()
         MutantWorker "$name" 8>&- &
         workers+=($!)
         AtExit "EndTree $!"
-        # One at a time makes its prefix: the first may have to make the template.
+        # One worker at a time makes its prefix: the first may have to make the template.
         while [ ! -e "build/mutants/$name.ready" ] && kill -0 "${workers[-1]}" 2>/dev/null; do sleep 0.2; done
     done
     for number in "${workers[@]}"; do
@@ -26,7 +26,7 @@ Mutants()
     perl scripts/mutants/run.pl report || Fail "More than 5 % of the changes survived."
 }
 
-# MutantWorker <prefix>: takes changes from the list until none is left, in a Wine prefix and on a display of its own.
+# MutantWorker <prefix>: takes changes from the list until none is left, in its own Wine prefix and on its own display.
 MutantWorker()
 {
     cleanUps=(EndStep)

@@ -26,7 +26,7 @@ Package()
 
 ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
 
-# A text file as Windows wants it.
+# A text file with Windows line ends.
 StageText()
 {
     mkdir -p "$(dirname "$2")"
@@ -46,7 +46,7 @@ StageFiles()
     StageText "$libxml2Folder/Copyright" "$1/licences/libxml2.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
-    # Folders of the guide without a picture would be empty.
+    # Folders of the guide without pictures would be empty.
     find "$1" -type d -empty -delete
     chmod -R u=rwX,go=rX "$1"
     for file in ZELT.EXE zeltctl.exe BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
@@ -54,8 +54,8 @@ StageFiles()
     done
 }
 
-# WriteLists <stage> <folder>: the files and folders of the stage, and the classes that the build registers, as the macros
-# that the setup program inserts. So it removes exactly what it has installed.
+# WriteLists <stage> <folder>: the files and folders of the stage, and the classes that the build registers, as the macros that
+# the setup program inserts. So the setup program removes exactly what it has installed.
 WriteLists()
 {
     mkdir -p "$2"
@@ -82,7 +82,7 @@ WriteLists()
     } >"$2/classes.nsh"
 }
 
-# The identities of the classes that the build's registry scripts register.
+# The identifiers of the classes that the build's registry scripts register.
 RegisteredClasses()
 {
     sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" build/release/shell/*.rgs | sort -u
@@ -106,5 +106,5 @@ MakeZip()
     find "$1" -print | sort | TZ=UTC zip -q -X -@ "$2"
 }
 
-# The time of the commit in seconds; outside of a checkout a fixed one.
+# The time of the commit in seconds; outside a checkout a fixed time.
 SourceDate() { git log -1 --format=%ct 2>/dev/null || echo 1767225600; }

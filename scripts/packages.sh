@@ -68,7 +68,7 @@ InstallPackages()
 RefreshPackageLists()
 {
     "${asRoot[@]}" dpkg --add-architecture i386
-    # One index of several may be out of reach for a while; whether the rest is enough shows when installing.
+    # One of several indexes may be unreachable for a while; the installation shows whether the rest is enough.
     "${asRoot[@]}" apt-get update || echo "Some package lists could not be refreshed."
 }
 
@@ -77,7 +77,7 @@ AptInstall()
     local install=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends
                    -o Dpkg::Options::=--force-confold)
     "${install[@]}" "$@" && return
-    # While the indexes of two architectures are out of step, libraries of the same version exist for one of them only:
+    # While the indexes of two architectures are out of step, the latest versions of some libraries exist for only one of them:
     # the release's own versions exist for both.
     echo "Trying again with the versions of the release."
     "${install[@]}" --allow-downgrades -t bookworm "$@"

@@ -1,4 +1,4 @@
-# The page of zeltctl log export --html in a real browser: worked by a script, and photographed. Sourced by ./dev.
+# The page of zeltctl log export --html in a real browser: operated by a script, and photographed. Sourced by ./dev.
 # Not part of ./dev test: the browser is large.
 
 Page()
@@ -23,7 +23,7 @@ Page()
     printf '%s\n' "${green}The page works. Look at it:$plain" "$pageFolder"/*.png
 }
 
-# The page with the script that works it; and in each colour as a user leaves it who has searched and unfolded.
+# The page with the script that operates it; and in each colour scheme, as a user leaves it after searching and unfolding.
 MakePages()
 {
     local log=$root/tests/golden/sample_simulator_11.zlg colour
@@ -49,12 +49,12 @@ PageWith()
     printf '<script>\n{\n%s\n}\n</script>\n</body>\n</html>\n' "$2" >>"$pageFolder/$1.html"
 }
 
-# Browse <page> <option...>: a browser of our own, with a profile that ends with it.
+# Browse <page> <option...>: a browser of our own, with a profile that is removed with it.
 Browse()
 {
     local page=$1
     shift
-    # A browser that runs as root has to do without its own walls; the page is ours.
+    # A browser that runs as root has to do without its own sandbox; the page is ours.
     local walls=()
     [ "$EUID" -ne 0 ] || walls=(--no-sandbox)
     timeout 120 chromium --headless "${walls[@]}" --disable-gpu "--user-data-dir=$pageFolder/profile" "$@" "file://$page"

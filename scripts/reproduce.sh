@@ -1,4 +1,4 @@
-# Two builds of the present commit, in folders of different names, must give the same program. Sourced by ./dev.
+# Two builds of the current commit, in folders of different names, must give the same program. Sourced by ./dev.
 
 Reproduce()
 {
@@ -25,7 +25,7 @@ CopyCommit()
     cp -r "$libxml2Folder" "$1/build/sources/"
 }
 
-# Without a cache of compiled files: both builds are to compile.
+# Without a cache of compiled files, so that both builds really compile.
 BuildCopy()
 {
     cd "$1"

@@ -47,14 +47,14 @@ Exits()
     Equal "exit code of $*" "$expected" "$status"
 }
 
-# ExitsAs <code> <command line>: the same for a line whose switches must not be quoted, although they hold blanks.
+# ExitsAs <code> <command line>: the same for a line whose switches must not be quoted, although they contain blanks.
 ExitsAs()
 {
     printf '%s\r\n' '@echo off' "$2" 'exit /b %errorlevel%' >"$testFolder/line.bat"
     Exits "$1" cmd /c "$(WindowsPath "$testFolder/line.bat")"
 }
 
-# Snapshot <name>: every file and folder outside of the system's own, with a sum, and every key and value of the software.
+# Snapshot <name>: every file and folder outside the system's own, with a checksum, and every key and value below Software.
 Snapshot()
 {
     (
@@ -70,12 +70,12 @@ Snapshot()
     [ "$(wc -l <"$testFolder/$1.registry")" -gt 1000 ] || Complain "The registry was not read."
 }
 
-# Added <kind> <before> <after>, Removed likewise: the lines that differ between two snapshots.
+# Added <kind> <before> <after>, and Removed with the same arguments: the lines that differ between two snapshots.
 Added() { LC_ALL=C comm -13 <(LC_ALL=C sort "$testFolder/$2.$1") <(LC_ALL=C sort "$testFolder/$3.$1"); }
 Removed() { Added "$1" "$3" "$2"; }
 
-# OnlyStandardLibraryStays <before> <after>: of an installation that came and went, the libraries of the standard are left, and
-# nothing was lost. Interfaces of the standard are those whose key names one of its libraries.
+# OnlyStandardLibraryStays <before> <after>: after an installation was added and removed, only the libraries of the standard are
+# left, and nothing was lost. Interfaces of the standard are those whose key names one of its libraries.
 OnlyStandardLibraryStays()
 {
     local libraries='\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2\}|\{2420CB0D-25D7-4862-9042-7D4924695D68\}' rest interfaces
@@ -88,12 +88,12 @@ OnlyStandardLibraryStays()
         grep -v -E "$keptKeys" || true)
     [ -z "$rest" ] || Complain "These keys and values stay: $rest"
 }
-# The libraries' own folder; what the user made; and what Wine notes down by itself.
+# The libraries' own folder, and the files and settings that belong to the user.
 libraryFolder='Common Files/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$|AppData/Local/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$'
 keptFiles='Desktop/ZELT logs'
 keptKeys='^HKEY_CURRENT_USER\\Software\\(ZELT|BRIX)( \||$)'
 
-# An older version with a file that the present one has no more.
+# An older version with a file that the current one no longer has.
 MakeOlderSetup()
 {
     local stage=$testFolder/older
@@ -113,11 +113,11 @@ RegisterSamples()
     Wine reg add 'HKCU\Software\Classes\Interface' /f
     Wine reg add 'HKCU\Software\Classes\TypeLib' /f
     Wine reg add 'HKCU\Software\Classes\AppID' /f
-    # Nor has it the folder of the programs that users install for themselves.
+    # It also lacks the folder of the programs that users install for themselves.
     mkdir -p "$drive/users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Local/Programs"
 }
 
-# Value <key> <name>: as the 32-bit view holds it.
+# Value <key> <name>: as the 32-bit view shows it.
 Value()
 {
     Wine reg query "$1" /v "$2" /reg:32 >"$testFolder/value.txt" || Complain "$1 has no value $2"
@@ -152,7 +152,7 @@ EntryIsComplete()
     [ $((size)) -gt 500 ] || Complain "EstimatedSize is $size KB."
 }
 
-# StartMenu <folder of users>: both entries are there.
+# StartMenu <folder of users>: checks that both entries are there.
 StartMenu()
 {
     local entry
@@ -173,7 +173,7 @@ TestInstall()
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is missing."
 }
 
-# The demonstration's 32-bit simulator with a package of each kind, against the same packages in process.
+# Runs the demonstration's 32-bit simulator with a package of each kind, against the same packages in process.
 TestRun()
 {
     ExportPackages
@@ -189,7 +189,7 @@ TestRun()
     WaitForEnd
 }
 
-# Whether a ZELT of this prefix runs. Wine's own list of tasks is empty.
+# Whether a ZELT of this prefix is running. Wine's own task list is empty.
 ZeltRuns()
 {
     local process
@@ -199,7 +199,7 @@ ZeltRuns()
     return 1
 }
 
-# WaitUntil <command...>: for ten seconds at most.
+# WaitUntil <command...>: waits ten seconds at most.
 WaitUntil()
 {
     local waited
@@ -210,7 +210,7 @@ WaitUntil()
     Complain "In vain: $*"
 }
 
-# The server ends a second after its last object: until then its program cannot be replaced.
+# The server ends a second after its last object: its program cannot be replaced earlier.
 WaitForEnd() { WaitUntil ZeltEnded; }
 ZeltEnded() { ! ZeltRuns; }
 
@@ -218,7 +218,7 @@ TestRefusal()
 {
     Snapshot running
     Wine "$programsFolder\\ZELT.EXE" >"$testFolder/window.txt" 2>&1 &
-    # Its file is in use from the start; the window takes a moment more.
+    # Its file is in use from the start; the window appears a moment later.
     WaitUntil ZeltRuns
     sleep 2
     Exits 4 "$(WindowsPath "$setupProgram")" /S
@@ -239,7 +239,7 @@ TestUpgrade()
     InstalledFilesEqual "$packageFolder/zelt-$(ProductVersion)" "$installed"
     EntryIsComplete HKLM "$programsFolder" "$(ProductVersion)" machine
     Snapshot newer
-    # Exports and options are as they were, and the logs.
+    # Exports, options and logs are as they were.
     diff <(grep -E "$keptKeys" "$testFolder/older.registry") <(grep -E "$keptKeys" "$testFolder/newer.registry") ||
         Complain "Settings changed."
     Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/newer.registry")"
@@ -249,14 +249,14 @@ TestUpgrade()
     WaitForEnd
 }
 
-# Uninstall <folder>: as the system does it. The program returns at once and goes on as a copy of itself.
+# Uninstall <folder>: as the system does it. The program returns at once and continues as a copy of itself.
 Uninstall()
 {
     Exits 0 "$1\\Uninstall.exe" /S
     local path
     path=$(Wine winepath -u "$1" | tr -d '\r')
     WaitUntil Gone "$path" || Complain "This is still there: $(find "$path")"
-    # Its last act is behind the files.
+    # It does one last thing after removing the files.
     sleep 0.5
 }
 
@@ -267,7 +267,7 @@ TestUninstall()
     Uninstall "$programsFolder"
     Snapshot uninstalled
     OnlyStandardLibraryStays clean uninstalled
-    # They do stay.
+    # The standard's libraries do stay.
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is gone."
     Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
     Equal 'number of logs' 4 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
@@ -307,7 +307,7 @@ TestFamilyOfUser()
     Wine reg delete 'HKCU\Software\BRIX' /v CurrentUser /f
 }
 
-# Where a file cannot be written, nothing stays behind.
+# When a file cannot be written, nothing is left behind.
 TestFailures()
 {
     mkdir -p "$drive/Taken/ZELT/BRIX.chm"
@@ -319,7 +319,7 @@ TestFailures()
     rm -r "$drive/Taken"
 }
 
-# What activation would start, whatever letters its path has: a query prints only those of the code page.
+# What activation would start, whatever letters its path has: a query prints only the letters of the code page.
 ExportedServer()
 {
     Wine reg export 'HKLM\Software\Classes\CLSID\{6377AC63-7A36-46DC-8897-F277012CDA9D}\LocalServer32' \

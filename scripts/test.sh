@@ -1,6 +1,6 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
-# build | what is chosen of its tests; those labelled "together" share nothing of the system and run two at a time.
+# build | which of its tests; those labelled "together" share nothing of the system and run two at a time.
 testRuns=(
     'i686      | -L together --parallel 2'
     'i686      | -LE together'
@@ -18,7 +18,7 @@ Test()
     done
     UsePrefix test
     WatchServer
-    # Tests under Wine wait more than they work: beside them there is time for the last build.
+    # Tests under Wine wait more than they work, which leaves time for the last build.
     mkdir -p "$logFolder"
     ( renice -n 19 -p "$BASHPID" >/dev/null && BuildPreset sanitized ) >"$logFolder/last-build" 2>&1 8>&- &
     lastBuild=$!
@@ -53,7 +53,7 @@ ReportedNumber()
     echo "${BASH_REMATCH[1]}"
 }
 
-# The last line of ./dev test: all runs together. Fails when a test failed or a report is missing.
+# The last line of ./dev test: the total of all runs. Fails when a test failed or a report is missing.
 Summarise()
 {
     local total=0 failures=0 skipped=0 report number
@@ -71,7 +71,7 @@ Summarise()
     local line="$((total - failures - skipped)) passed, $failures failed"
     [ "$skipped" -eq 0 ] || line+=", $skipped skipped"
     if [ "$1" -ne 0 ] || [ "$failures" -ne 0 ]; then
-        # Here again: above, they stand among a thousand that passed.
+        # Repeated here: above, they stand among a thousand that passed.
         perl scripts/failed-tests.pl "${testReports[@]}"
         Fail "$line"
     fi

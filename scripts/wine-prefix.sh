@@ -5,12 +5,12 @@
 wineFolder=$root/build/wine
 templatePrefix=$wineFolder/template
 
-# No debugger that waits for somebody, no offers to download components, no entries in the user's own menus.
+# No debugger that waits for a user, no offers to download components, no entries in the user's own menus.
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
 export WINEARCH=win64
 
-# UseLastingPrefix: the prefix build/wine/ctest, made when it is missing. For programs that ctest starts without ./dev.
+# UseLastingPrefix: the prefix build/wine/ctest, made when missing. For programs that ctest starts without ./dev.
 UseLastingPrefix()
 {
     local version
@@ -18,7 +18,7 @@ UseLastingPrefix()
     export WINEPREFIX=$wineFolder/ctest
     mkdir -p "$wineFolder"
     {
-        # Tests run side by side, and what Wine starts outlives them: it must not keep the lock.
+        # Tests run in parallel, and what Wine starts outlives them: it must not keep the lock.
         flock 9
         [ "$(cat "$WINEPREFIX/complete" 2>/dev/null)" = "$version" ] && return
         if [ "$(cat "$templatePrefix/complete" 2>/dev/null)" != "$version" ]; then
@@ -34,9 +34,9 @@ CopyTemplate()
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX/drive_c"
     cp -al "$templatePrefix/drive_c/windows" "$WINEPREFIX/drive_c/"
-    # What the hard links already made stays: only the rest is copied.
+    # What the hard links have already made stays: copy only the rest.
     tar -C "$templatePrefix" --exclude=./drive_c/windows --exclude=./complete -cf - . | tar -C "$WINEPREFIX" -xf -
-    # The user's folders are links into the home directory of whoever runs this: make them the prefix's own.
+    # The user's folders are links into the home directory of whoever runs this: replace them by the prefix's own.
     local link
     find "$WINEPREFIX/drive_c/users" -type l | while IFS= read -r link; do
         rm "$link"

@@ -1,8 +1,8 @@
 # Wine for a run of ./dev, and a private display. Sourced by ./dev.
 
-# FixAddresses <argument of ./dev...>: starts ./dev anew with addresses that are not random, where the system allows it. Wine's
-# 64-bit loader lies where Linux may put the heap over a page that has a fixed place in Windows; one start in some thousands then
-# ends at once, without a word.
+# FixAddresses <argument of ./dev...>: restarts ./dev with addresses that are not random, where the system allows it. Wine's
+# 64-bit loader lies where Linux may put the heap over a page that has a fixed place in Windows; about one start in several
+# thousand then ends at once, without a message.
 FixAddresses()
 {
     if [ "${ZELT_ADDRESSES:-}" != fixed ] && setarch --addr-no-randomize true 2>/dev/null; then
@@ -22,26 +22,26 @@ UsePrefix()
         Step wine-template "Making a Wine prefix" MakeTemplatePrefix "$version"
     fi
     export WINEPREFIX=$wineFolder/$1
-    # What cmake/run-under-wine.sh looks for.
+    # cmake/run-under-wine.sh looks for this variable.
     export ZELT_WINE_PREFIX=$WINEPREFIX
     EndWine
     CopyTemplate
     AtExit EndWine
     Step wine-start "Starting Wine" StartWine
-    # While one program runs, Wine's own services stay; otherwise each test would start them anew, for a second each. It
-    # reads from a pipe of this script, so it ends even when the script is killed.
+    # While one program runs, Wine's own services stay; otherwise each test would start them anew, which takes a second. The
+    # program reads from a pipe of this script, so it ends even when the script is killed.
     # shellcheck disable=SC2034 # the name is for the shell's messages
     coproc resident { exec wine cmd /q >/dev/null 2>&1 8>&-; }
 }
 
 StartWine()
 {
-    # Without an end of its own, so that tests that end every program do not end it too.
+    # It does not end by itself, so that tests that end every program do not end it too.
     wineserver -p
     timeout 120 wine cmd /c ver
 }
 
-# The processes of the prefix in WINEPREFIX, but for this script and what it is part of.
+# The processes of the prefix in WINEPREFIX, except this script and its parents.
 PrefixProcesses()
 {
     local folder ours=" " id=$BASHPID
@@ -56,7 +56,7 @@ PrefixProcesses()
     return 0
 }
 
-# The number of the prefix's Wine server; nothing when there is none.
+# The process number of the prefix's Wine server; nothing when there is none.
 ServerProcess()
 {
     local id
@@ -67,8 +67,8 @@ ServerProcess()
     done
 }
 
-# WatchServer, and then ServerLives <what was done>: false, with a line that names the server, when it is not the one that ran
-# then. Programs whose server dies fail without a reason of their own, and others start a server anew.
+# WatchServer, and then ServerLives <what was done>: false, with a line that names the server, when the server is no longer the
+# one that ran then. Programs whose server dies fail without a reason of their own, and others start a new server.
 WatchServer() { watchedServer=$(ServerProcess); }
 ServerLives()
 {
@@ -80,7 +80,7 @@ ServerLives()
     return 1
 }
 
-# Ends every process of the prefix in WINEPREFIX, and of no other; those, too, whose server has died.
+# Ends every process of the prefix in WINEPREFIX and of no other, even those whose server has died.
 EndWine()
 {
     [ -d "$WINEPREFIX" ] || return 0
@@ -91,7 +91,7 @@ EndWine()
     [ -z "$left" ] || kill -KILL $left 2>/dev/null || true
 }
 
-# A display of our own: the server chooses a free number and tells it when it is ready.
+# A display of our own: the server chooses a free number and reports it when it is ready.
 StartDisplay()
 {
     local numberFile=$logFolder/display
