@@ -1,4 +1,4 @@
-# Writes changes into a source, each behind its switch, and keeps the numbers of the lines.
+# Writes changes into a source, each behind its switch, and keeps the line numbers.
 package Apply;
 use strict;
 use warnings;
@@ -18,7 +18,7 @@ sub Fits
     return 1;
 }
 
-# Text(source, change...): the text of the source with the changes, which have their numbers in `number`.
+# Text(source, change...): the text of the source with the changes, whose numbers are in `number`.
 sub Text
 {
     my ($source, @changes) = @_;

@@ -9,7 +9,7 @@ use Operators;
 use Tables;
 use Tokens;
 
-# How often a kind is drawn, whatever the number of places that it fits. A row of a table, a condition or a statement says more
+# How often a kind is drawn, whatever the number of places that it fits. A row of a table, a condition or a statement reveals more
 # than one letter of a text.
 my %share = (
     condition => 14, bound => 9, equality => 6, logic => 5, operand => 7, arithmetic => 5, number => 9, flag => 5, text => 5,
@@ -47,7 +47,7 @@ sub OfSource
     return @changes;
 }
 
-# The number of the line, from 1, that holds the place.
+# The number of the line, from 1, that contains the place.
 sub LineOf
 {
     my ($starts, $place) = @_;
@@ -61,8 +61,8 @@ sub LineOf
 
 sub Squeeze { my ($text) = @_; $text =~ s/\s+/ /g; $text =~ s/ $//; return $text; }
 
-# Draw(seed, change...): the changes in the order of the seed. A change's place depends on the seed, its name, and how many of
-# its kind there are.
+# Draw(seed, change...): the changes in the order of the seed. A change's place depends on the seed, its name, and how many of its
+# kind there are.
 sub Draw
 {
     my ($seed, @changes) = @_;

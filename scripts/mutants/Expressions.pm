@@ -3,7 +3,7 @@ package Expressions;
 use strict;
 use warnings;
 
-# From the loosest to the tightest: what ends an operand of the operators in this row is everything in it and above.
+# From the loosest to the tightest: an operand of the operators in a row ends at everything in that row and above.
 my @precedence = (
     [';', ',', '=', '+=', '-=', '*=', '/=', '%=', '&=', '|=', '^=', '<<=', 'return', 'throw', 'else', 'case', ':', '?'],
     ['||'], ['&&'], ['|'], ['^'], ['&'], ['==', '!='], ['<', '>', '<=', '>=', '<=>'], ['<<', '>>'], ['+', '-'], ['*', '/', '%'],
@@ -24,7 +24,7 @@ sub Ends
     return \%ends;
 }
 
-# Operands(source, i): the numbers of the first token of the left operand of operator i and of the last of the right one.
+# Operands(source, i): the number of the first token of operator i's left operand, and that of the last token of its right one.
 sub Operands
 {
     my ($source, $i) = @_;
@@ -58,8 +58,8 @@ sub Operands
     return ($left, $right);
 }
 
-# CallStart(source, i): the first token of the call whose function's name is token i: objects and namespaces before it belong
-# to it.
+# CallStart(source, i): the first token of the call whose function's name is token i, including the objects and namespaces before
+# it.
 sub CallStart
 {
     my ($source, $i) = @_;

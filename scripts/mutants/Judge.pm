@@ -1,5 +1,5 @@
-# Whether the tests catch a change. Only tests that reach it are run, the quick ones first, up to the first that fails because of
-# it: it has to fail by itself too, and to pass without the change.
+# Whether the tests catch a change. Runs only tests that reach it, the quick ones first, up to the first that fails because of it:
+# that test has to fail by itself too, and to pass without the change.
 package Judge;
 use strict;
 use warnings;
@@ -7,11 +7,11 @@ use State;
 use Time::HiRes 'time';
 use Worker;
 
-# What takes longer than this runs by itself, after the others.
+# A test that takes longer than this runs by itself, after the others.
 my $longSeconds = 5;
-# And what takes longer than this is not run a second time to see it fail.
+# A test that takes longer than this is not run a second time to see it fail.
 my $slowSeconds = 20;
-# So many of the tests that reach least besides the change run first.
+# This many of the tests that reach the fewest other changes run first.
 my $closest = 40;
 
 # Change(number, tests): {status, by, how, ran, seconds}; status is "caught", "survived" or "unreached".
@@ -30,7 +30,7 @@ sub Change
             seconds => sprintf('%.1f', time - $start), examples => [map { $_->{name} } @reaching[0 .. ($#reaching < 4 ? $#reaching : 4)]]};
 }
 
-# Tests that run together: those of one program that are quick; first the closest ones. Then each of the others.
+# Tests that run together: the quick ones of one program, the closest first. Then each of the others.
 sub Groups
 {
     my (@tests) = @_;
@@ -61,7 +61,7 @@ sub ByGroup
     return;
 }
 
-# `seen`: it has failed once already, among others.
+# `seen`: it has already failed once, among others.
 sub ByOne
 {
     my ($number, $test, $seen) = @_;
@@ -72,7 +72,7 @@ sub ByOne
         return if $result eq 'passed';
     }
     for my $attempt (1, 2) {
-        # What the change has left behind must not speak against it, nor for it.
+        # What the change has left behind must count neither against it nor for it.
         return ($test->{name}, $result eq 'timeout' ? "its limit of $test->{limit} s" : 'failed')
             if Worker::Alone($test, 0) eq 'passed' && ($attempt == 1 || Worker::Alone($test, $number) ne 'passed');
         Worker::Reset();

@@ -1,13 +1,13 @@
-# What stands in for a literal or a named constant when it is exchanged.
+# What replaces a literal or a named constant.
 package Literals;
 use strict;
 use warnings;
 use Digest::SHA 'sha1';
 
-# Chosen by the text and the place among equals alone, so that a change keeps its name when other lines change.
+# Chosen only by the text and its place among its equals, so that a change keeps its name when other lines change.
 sub Pick { my ($count, @key) = @_; return unpack('N', sha1(join "\0", @key)) % $count; }
 
-# Other(source, i): the last token of what is exchanged, the kind of change and the new text; nothing when there is none.
+# Other(source, i): the last token of what is replaced, the kind of change and the new text; nothing when there is none.
 sub Other
 {
     my ($source, $i) = @_;
@@ -49,7 +49,7 @@ sub Number
     return ($isHexadecimal ? sprintf('0x%X', $new) : $new) . $suffix;
 }
 
-# One letter is another; a format's own signs stay.
+# Changes one letter; a format's own signs stay.
 sub Text
 {
     my ($text) = @_;
@@ -63,8 +63,8 @@ sub Text
     return $text;
 }
 
-# The constants that may stand for one another: those of one prefix (E_FAIL, E_POINTER), members of one enumeration
-# (Kind::First, Kind::Second), and this project's own constants.
+# The constants that may replace one another: those of one prefix (E_FAIL, E_POINTER), members of one enumeration (Kind::First,
+# Kind::Second), and this project's own constants.
 sub Family
 {
     my ($source, $i) = @_;

@@ -1,6 +1,6 @@
 # The small changes to expressions and statements. Each function finds the places of one kind of change in a source and returns
-# changes: {kind, first, last, before, after, text}. The tokens first to last are replaced by `text`, in which the sign \x01 is
-# the switch, true while the change is on.
+# changes: {kind, first, last, before, after, text}. `text` replaces the tokens first to last; the sign \x01 in it is the switch,
+# true while the change is on.
 package Operators;
 use strict;
 use warnings;
@@ -21,7 +21,7 @@ sub Choice
             text => "($switch ? $form : ($before))"};
 }
 
-# In bodies of functions and initialisers of members, where the switch can be read.
+# In function bodies and member initialisers, where the switch can be read.
 sub IsSwitchable
 {
     my ($source, $first, $last) = @_;
@@ -75,7 +75,7 @@ sub BinaryOperators
     for my $i (1 .. $#$tokens - 1) {
         my $token = $tokens->[$i];
         next unless $token->{type} eq 'sign' && $replaced{$token->{text}} && !defined $token->{match};
-        # Without a blank on each side it has one operand, or belongs to a type.
+        # Without a blank on each side it is unary, or belongs to a type.
         next if $tokens->[$i - 1]{end} == $token->{start} || $token->{end} == $tokens->[$i + 1]{start};
         my ($first, $last) = Expressions::Operands($source, $i);
         next unless defined $first && IsSwitchable($source, $first, $last);
@@ -83,7 +83,7 @@ sub BinaryOperators
         my ($left, $right) = (Expressions::Text($source, $first, $i - 1), Expressions::Text($source, $i + 1, $last));
         # Texts are joined, never subtracted.
         next if $kind eq 'arithmetic' && "$left$right" =~ /["']/;
-        # Of a stream.
+        # A stream's operator.
         next if $token->{text} =~ /^(?:<<|>>)$/ && "$left $right" !~ /\b\d/;
         push @changes, Choice($source, $kind, $first, $last, "($left) $other ($right)");
         next unless $kind eq 'logic';
@@ -109,7 +109,7 @@ sub LiteralsExchanged
     return @changes;
 }
 
-# Statements left out: expressions, and the jumps that an if guards.
+# Leaves statements out: expressions, and the jumps that an if guards.
 sub Dropped
 {
     my ($source) = @_;
@@ -125,7 +125,7 @@ sub Dropped
     return @changes;
 }
 
-# Two neighbouring statements of a block in the other order.
+# Swaps two neighbouring statements of a block.
 sub Reordered
 {
     my ($source) = @_;
@@ -145,7 +145,7 @@ sub Reordered
 my %noCall = map { $_ => 1 } qw(if for while switch return sizeof catch decltype noexcept alignof defined typeid operator
                                 static_assert alignas constexpr __uuidof static_cast reinterpret_cast const_cast dynamic_cast STDMETHOD STDMETHOD_ STDMETHODIMP_ requires);
 
-# Arguments of calls: one left out, or two neighbours swapped.
+# Arguments of calls: leaves one out, or swaps two neighbours.
 sub Calls
 {
     my ($source) = @_;
@@ -164,7 +164,7 @@ sub Calls
         next if grep { $tokens->[$_]{fixed} } $first, $open, $last;
         my @texts = map { Expressions::Text($source, @$_) } Expressions::Arguments($source, $open);
         my $head = Expressions::Text($source, $first, $open);
-        # Of the larger, one.
+        # Replaces the larger or smaller of two by one of them.
         if ($tokens->[$i]{text} =~ /^(?:min|max)$/ && @texts == 2) {
             push @changes, map { Choice($source, 'argument', $first, $last, $_) } @texts;
             next;
@@ -174,7 +174,7 @@ sub Calls
             splice @rest, $n, 1;
             push @changes, Choice($source, 'argument', $first, $last, $head . join(', ', @rest) . ')');
             next if $n == 0 || $texts[$n] eq $texts[$n - 1];
-            # A literal and a variable are hardly ever of one type.
+            # A literal and a variable hardly ever have the same type.
             next if 1 == grep { /^(?:"|nullptr$)/ } @texts[$n - 1, $n];
             my @swapped = @texts;
             @swapped[$n - 1, $n] = @swapped[$n, $n - 1];
@@ -184,7 +184,7 @@ sub Calls
     return @changes;
 }
 
-# Whether what begins at token $i is an expression, judged by what stands before it: a name there would be a type.
+# Whether what begins at token $i is an expression, judged by what precedes it: otherwise a name there would be a type.
 sub IsOperand
 {
     my ($source, $i) = @_;
@@ -195,7 +195,7 @@ sub IsOperand
     return 0 if $before->{type} ne 'sign' || $before->{text} eq ']';
     return 0 if $before->{text} =~ /^[*&>]$/ && $before->{end} == $tokens->[$i]{start} && $i > 1 && $tokens->[$i - 2]{type} eq 'name';
     return 0 if $before->{text} =~ /^[*&>]$/ && $i > 1 && $tokens->[$i - 2]{end} == $before->{start};
-    # Of a constructor: what it initialises.
+    # What a constructor initialises.
     return 0 if $before->{text} eq ':' && $i > 1 && $tokens->[$i - 2]{text} eq ')' && $tokens->[$i]{scope} ne 'code';
     return 1;
 }

@@ -1,4 +1,4 @@
-# The Wine prefix of this worker: the switch of the change that is on, and what is left of a test when it has ended.
+# The Wine prefix of this worker: the switch of the change that is on, and what remains of a test after its end.
 package Prefix;
 use strict;
 use warnings;
@@ -12,10 +12,10 @@ my $resident;
 
 sub Folder { return $ENV{WINEPREFIX} // die "WINEPREFIX is not set.\n"; }
 
-# SwitchOn(number): the change that programs have on when they start from now on; 0 for none.
+# SwitchOn(number): the change that is on in programs that start from now on; 0 for none.
 sub SwitchOn { return WriteSwitch("$_[0]\n"); }
 
-# RecordTo(file): programs note the changes that they reach.
+# RecordTo(file): programs record the changes that they reach.
 sub RecordTo { return WriteSwitch("record\nZ:" . (getcwd() . "/$_[0]") =~ tr{/}{\\}r . "\n"); }
 
 sub WriteSwitch
@@ -38,7 +38,7 @@ sub Keep
     return;
 }
 
-# Ends every program of the prefix and takes the registry back to what it was.
+# Ends every program of the prefix and restores the registry.
 sub Reset
 {
     Stop();
@@ -61,7 +61,7 @@ sub Start
     SwitchOn(0);
     system('wineserver -p');
     system('timeout 120 wine cmd /c ver >/dev/null 2>&1 </dev/null');
-    # While one program runs, Wine's services stay. It reads from a pipe and ends with this script.
+    # While one program runs, Wine's services stay. The program reads from a pipe and ends with this script.
     open $resident, '|-', 'exec wine cmd /q >/dev/null 2>&1' or die "wine: $!\n";
     return;
 }

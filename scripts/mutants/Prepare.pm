@@ -7,7 +7,7 @@ use Changes;
 use State;
 use Tree;
 
-# All(options, id...): draws `number` changes by `seed`, or takes those that are named.
+# All(options, id...): draws `number` changes by `seed`, or takes the named ones.
 sub All
 {
     my ($options, @ids) = @_;
@@ -26,7 +26,7 @@ sub All
     return;
 }
 
-# With their old numbers, by which the tests' records name them.
+# The changes with their old numbers, by which the tests' records refer to them.
 sub AsBefore
 {
     my (@all) = @_;
@@ -43,13 +43,13 @@ sub Named
     return map { $byId{$_} // die "There is no change $_: its line is another now.\n" } @$ids;
 }
 
-# Build(number, change...): the first so many of the changes that fit together and compile.
+# Build(number, change...): the first `number` changes that fit together and compile.
 sub Build
 {
     my ($number, @order) = @_;
     my (@chosen, %taken, $next);
     my %refused = map { $_ => 1 } @{State::Load('refused') // []};
-    # What compiled once is not looked at again.
+    # What has compiled once is not checked again.
     my %accepted = map { $_ => 1 } @{State::Load('accepted') // []};
     my $round = 0;
     while (1) {

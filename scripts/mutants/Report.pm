@@ -6,7 +6,7 @@ use State;
 
 our $list = 'tests/mutants/without_effect.txt';
 
-# WithoutEffect(): reasons by file, text of the line and change, from blocks of four lines: these three and the reason.
+# WithoutEffect(): reasons by file, text of the line and change, read from blocks of four lines: these three and the reason.
 sub WithoutEffect
 {
     my %reasons;
@@ -29,7 +29,7 @@ sub WithoutEffect
 
 sub Key { my ($change) = @_; return join "\n", @$change{qw(file lineText what)}; }
 
-# Print(): the survivors and the sums. Returns whether enough is caught.
+# Print(): prints the survivors and the totals. Returns whether enough changes are caught.
 sub Print
 {
     my %reasons = WithoutEffect();

@@ -1,5 +1,5 @@
 # What a run remembers between its steps, in build/mutants: the changes, the tests, what each test reaches, the results. Workers
-# share it, and an interrupted run goes on from it.
+# share it, and an interrupted run continues from it.
 package State;
 use strict;
 use warnings;
@@ -18,7 +18,7 @@ sub Begin
     return Continue();
 }
 
-# Claims of workers that have ended are void; what they finished stays.
+# Claims of workers that have ended are void; their finished work stays.
 sub Continue
 {
     remove_tree("$folder/claims");

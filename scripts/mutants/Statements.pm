@@ -1,10 +1,10 @@
-# Statements in bodies of functions, and what the compiler evaluates itself.
+# Statements in function bodies, and what the compiler evaluates itself.
 package Statements;
 use strict;
 use warnings;
 
-# All(source): statements that end in a semicolon, as {first, last, kind} with kind "expression", "jump" (after an if, or in a
-# loop or switch), or "declaration".
+# All(source): statements that end in a semicolon, as {first, last, kind} with kind "expression", "jump" (break, continue, and a
+# return or throw that an if guards), "end" (any other return or throw), or "declaration".
 sub All
 {
     my ($source) = @_;
@@ -33,7 +33,7 @@ sub Begins
         my $head = $tokens->[$before->{match} - 1]{text};
         return $head =~ /^(?:if|for|while|constexpr)$/ ? 1 : 0;
     }
-    # Behind a label of a switch.
+    # After a label of a switch.
     if ($before->{text} eq ':') {
         for (my $j = $i - 2; $j > $token->{inside}; --$j) {
             return 1 if $tokens->[$j]{text} =~ /^(?:case|default)$/;
@@ -84,7 +84,7 @@ sub Kind
 }
 
 # MarkConstants(source): sets `fixed` in tokens that the compiler evaluates itself, where nothing can be switched at run time, and
-# `either` in bodies of functions that it may evaluate.
+# `either` in function bodies that it may evaluate.
 sub MarkConstants
 {
     my ($source) = @_;

@@ -1,7 +1,7 @@
-# Changes to constants that the compiler evaluates: tables and single values. Such a constant gets a twin with the change in it,
-# and the code that uses it at run time chooses between the two. What the compiler computes from it keeps the original, but for
-# constants of the same file that are made from it, which get a twin too. The users of a header's constant are in other files:
-# there a macro of its name chooses.
+# Changes to constants that the compiler evaluates: tables and single values. Such a constant gets a twin that contains the
+# change, and the code that uses it at run time chooses between the two. What the compiler computes from it keeps the original,
+# except constants of the same file that are made from it, which get a twin too. The users of a header's constant are in other
+# files: there a macro with its name chooses.
 package Tables;
 use strict;
 use warnings;
@@ -43,7 +43,7 @@ sub Constants
     return @constants;
 }
 
-# The declaration of the twin: tokens replaced as in the hash {token number => text}.
+# The declaration of the twin: replaces tokens as in the hash {token number => text}.
 sub Twin
 {
     my ($source, $constant, $replaced) = @_;
@@ -84,7 +84,7 @@ sub Uses
     my $tokens = $source->{tokens};
     my $end = $#$tokens;
     my $around = $tokens->[$constant->{last}]{inside};
-    # In a function's body the name ends with its block; a namespace's end hides nothing.
+    # In a function body the name ends with its block; the end of a namespace hides nothing.
     $end = $tokens->[$around]{match} if $tokens->[$constant->{last}]{region} eq 'code' && defined $tokens->[$around]{match};
     return grep {
         $tokens->[$_]{text} eq $constant->{name} && !$tokens->[$_]{fixed} && IsInCode($source, $_) &&
@@ -92,7 +92,7 @@ sub Uses
     } $constant->{last} + 1 .. $end;
 }
 
-# In a function's body, or in the list by which a constructor initialises its members.
+# In a function body, or in a constructor's list of member initialisers.
 sub IsInCode
 {
     my ($source, $i) = @_;
@@ -110,7 +110,7 @@ sub Rows
     my $open = $constant->{value};
     return unless $source->{tokens}[$open]{text} eq '{' && defined $source->{tokens}[$open]{match};
     my @rows = Expressions::Arguments($source, $open);
-    # An array in a class has braces twice.
+    # An array in a class has double braces.
     return Expressions::Arguments($source, $rows[0][0]) if @rows == 1 && $source->{tokens}[$rows[0][0]]{text} eq '{';
     return @rows;
 }
@@ -140,7 +140,7 @@ sub All
         my @rows = Rows($source, $constant);
         my $isOnlySearched = IsOnlySearched($source, $constant);
         for my $r (1 .. $#rows) {
-            # Rows of several fields are looked for by one of them: their order is no matter, what stands in one row is.
+            # Rows of several fields are looked up by one of them: their order does not matter, but the contents of one row do.
             $add->('row', $rows[$r - 1][0], $rows[$r][1], Both($source, @rows[$r - 1, $r]), Both($source, @rows[$r, $r - 1]),
                    Exchange($source, @rows[$r - 1, $r]))
                 unless $isOnlySearched || grep { $tokens->[$_]{text} =~ /^(?:\{|\(|\.)$/ } map { $_->[0] .. $_->[1] } @rows[$r - 1, $r];
@@ -175,7 +175,7 @@ sub Fields
 
 sub Both { my ($source, $one, $other) = @_; return join ' / ', map { Expressions::Text($source, @$_) } $one, $other; }
 
-# What stands at the place of which token when two ranges change places.
+# The text for each token's place when two ranges are swapped.
 sub Exchange
 {
     my ($source, $one, $other) = @_;

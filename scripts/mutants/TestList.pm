@@ -6,16 +6,15 @@ use JSON::PP 'decode_json';
 use POSIX ':sys_wait_h';
 use Time::HiRes qw(sleep time);
 
-# Without a test's own limit, ./dev test has this one.
+# The limit that ./dev test sets for tests without their own.
 my $usualLimit = 300;
 
-# A file larger than this is what a change writes without end.
+# Only a change that writes without end makes a larger file.
 my $mostKilobytes = 1 << 20;
 
 # List(build): the tests that run programs of the build under Wine, as {name, command, limit, environment, folder, program,
-# filter,
-# needs, role}. `program` and `filter` are set for tests of which many can run in one process; `needs` says that the test wants
-# what the test with the role "setup" makes and the one with "cleanup" takes away.
+# filter, needs, role}. `program` and `filter` are set for tests of which many can run in one process; `needs` says that the test
+# wants what the test with the role "setup" makes and the one with "cleanup" takes away.
 sub List
 {
     my ($build) = @_;
@@ -42,14 +41,14 @@ sub List
 }
 
 # Run(command, output, limit, folder, environment, isStuck): runs with an outer limit and returns the result: "passed", "failed"
-# or "timeout". `isStuck`, where given, is asked now and then whether to end the program.
+# or "timeout". `isStuck`, if given, is asked now and then whether to end the program.
 sub Run
 {
     my ($command, $output, $limit, $folder, $environment, $isStuck) = @_;
     my $process = fork() // die "fork: $!\n";
     if (!$process) {
         setpgrp;
-        # One failure is enough, in programs that are one test of ctest too.
+        # One failure is enough, also in programs that are a single ctest test.
         $ENV{GTEST_FAIL_FAST} = 1;
         for (@{$environment // []}) { $ENV{$1} = $2 if /^(\w+)=(.*)$/s; }
         open STDIN, '<', '/dev/null';

@@ -1,13 +1,13 @@
-# C++ text as tokens, as far as small changes need it: comments and lines of the preprocessor are left out, brackets know their
-# partners, and each token knows what kind of brace it lies in. It relies on the formatter: a binary operator has blanks on both
-# sides, the bracket of a template's arguments has none before it.
+# C++ text as tokens, as far as small changes need it: comments and preprocessor lines are left out, brackets know their partners,
+# and each token knows which kind of brace contains it. It relies on the formatter: a binary operator has blanks on both sides,
+# the bracket of template arguments has none before it.
 package Tokens;
 use strict;
 use warnings;
 
-# Read(text): a reference to {text, code, tokens}. `code` is the text with blanks in place of comments, character by character.
-# A token is {text, start, end, type, match, inside, scope}: `match` is the number of the other bracket, `inside` that of the
-# opening bracket around the token, `scope` the kind of the innermost brace, and `region` that of the innermost which is no
+# Read(text): a reference to {text, code, tokens}. `code` is the text with blanks in place of comments, character by character. A
+# token is {text, start, end, type, match, inside, scope}: `match` is the number of the other bracket, `inside` that of the
+# opening bracket around the token, `scope` the kind of the innermost brace, and `region` that of the innermost one which is no
 # initialiser.
 sub Read
 {
@@ -61,7 +61,7 @@ sub MatchBrackets
         if ($text eq '<' && !OpensTemplate($source, $i)) { $text = ''; }
         if ($text eq '>' && !(@open && $tokens->[$open[-1]]{text} eq '<')) { $text = ''; }
         if ($text =~ /^[)\]}>]$/) {
-            # What looked like a template's bracket was none when another bracket ends first.
+            # What looked like a template's bracket was not one if another bracket ends first.
             pop @open while @open && $tokens->[$open[-1]]{text} eq '<' && $text ne '>';
             if (@open && $closing{$tokens->[$open[-1]]{text}} eq $text) {
                 my $start = pop @open;

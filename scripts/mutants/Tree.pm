@@ -1,4 +1,4 @@
-# The copy of the sources that the changes are written into, and its build. A file is written only when it differs, so that a
+# The copy of the sources into which the changes are written, and its build. A file is written only when it differs, so that a
 # second run compiles little.
 package Tree;
 use strict;
@@ -13,7 +13,7 @@ our $folder = 'build/mutants/tree';
 our $build = "$folder/build/i686";
 my @rooms = qw(com system guard log log_reader core parameters reactions unit thermo registration packages shell ctl);
 
-# The files of the project, new ones included, as git knows them.
+# The files of the project, including new ones, as git knows them.
 sub Files
 {
     my @files = grep { -f } split /\n/, qx(git ls-files --cached --others --exclude-standard);
@@ -23,7 +23,7 @@ sub Files
 
 sub Sources { return grep { m{^(?:@{[join '|', @rooms]})/.*\.(?:cpp|h)$} } @_; }
 
-# Write(change...): the copy, with these changes and no others.
+# Write(change...): writes the copy, with these changes and no others.
 sub Write
 {
     my (@changes) = @_;
@@ -50,7 +50,7 @@ sub Configure
 {
     make_path("$folder/build");
     my $root = getcwd();
-    # The sources of libxml2, and the programs of the other width that some tests start where they are there.
+    # Shares the sources of libxml2, and the programs of the other width, which some tests start if they exist.
     for my $shared (qw(sources x86_64)) {
         symlink "$root/build/$shared", "$folder/build/$shared" if -e "build/$shared" && !-l "$folder/build/$shared";
     }
@@ -75,7 +75,7 @@ sub Compile
     return values %refused;
 }
 
-# The changes that the compiler's message names: by their lines, by the name of a twin; all of the file where it names none.
+# The changes that the compiler's message names, by line or by the name of a twin; all changes of the file when it names none.
 sub Blamed
 {
     my ($message, @changes) = @_;
@@ -104,8 +104,8 @@ sub IsNamed
     return grep { $lines->{$change->{file}}{$_} } $change->{line} .. $change->{line} + $length;
 }
 
-# CheckHeaders(change...): as Compile, for the changes of headers alone: each header is read by one source, before hundreds of
-# sources that include it fail.
+# CheckHeaders(change...): like Compile, but only for changes of headers: compiles one source that reads each header, before
+# hundreds of sources that include it fail.
 sub CheckHeaders
 {
     my (@changes) = @_;
@@ -136,7 +136,7 @@ sub Commands
     return %command;
 }
 
-# A source that includes the header itself: its own one first.
+# A source that includes the header directly: its own source first.
 sub Includer
 {
     my ($header, @sources) = @_;

@@ -7,7 +7,7 @@ use State;
 use TestList;
 use Time::HiRes 'time';
 
-# A program of many tests that prints nothing for so long hangs in one of them, which is then run by itself with its own limit.
+# A program of many tests that prints nothing for this long hangs in one of them, which then runs by itself with its own limit.
 my $quietSeconds = 20;
 
 my $name = 'worker';
@@ -24,7 +24,7 @@ sub Begin
     return;
 }
 
-# Programs of the old state end before the switch is set: they would keep it.
+# Ends programs of the old state before setting the switch: they would keep the old one.
 sub SwitchTo
 {
     my ($state) = @_;
@@ -47,7 +47,7 @@ sub Arrange
 {
     my ($test) = @_;
     my $wanted = $test->{needs} || ($test->{role} // '') eq 'cleanup' ? 1 : 0;
-    # Tests that run in one process do not care.
+    # Tests that run in one process need none of this.
     return if $test->{program} || $wanted == $isRegistered;
     my $action = $byRole{$wanted ? 'setup' : 'cleanup'} // return;
     SwitchTo(0);
@@ -55,7 +55,7 @@ sub Arrange
     return;
 }
 
-# Alone(test, state): "passed", "failed" or "timeout" with the change of this number on, or 0; or recording to the file `state`.
+# Alone(test, state): "passed", "failed" or "timeout" with this change on, or none for 0; or recording to the file `state`.
 sub Alone
 {
     my ($test, $state) = @_;
@@ -73,8 +73,8 @@ sub RunOnce
     return $result;
 }
 
-# Together(number, test...): tests of one program in one process, up to the first failure. Returns the result, the failed test,
-# and those that have not run.
+# Together(number, test...): runs tests of one program in one process, up to the first failure. Returns the result, the failed
+# test, and those that have not run.
 sub Together
 {
     my ($number, @tests) = @_;
@@ -95,14 +95,14 @@ sub Together
                                $tests[0]{folder}, [], $isStuck);
     my $text = ReadOutput($output);
     return ('passed', undef) if $result eq 'passed';
-    # Those behind the first failure are shown as skipped.
+    # Tests after the first failure are shown as skipped.
     my ($failed) = $text =~ /^\[  FAILED  \] ([^\s,]+)/m;
     my (%ended, $running);
     while ($text =~ /^\[\s*(RUN|OK|SKIPPED)\s*\] ([^\s,]+)/mg) {
         if ($1 eq 'RUN') { $running = $2; } else { $ended{$2} = $1; }
     }
     $failed //= $running if defined $running && !$ended{$running};
-    # Wine ended before the program began, or the program as it ended.
+    # Wine ended before the program began, or the program failed as it ended.
     $failed //= (sort keys %test)[0];
     my @rest = grep { ($ended{$_->{filter}} // '') ne 'OK' && $_->{filter} ne $failed } @tests;
     return ($result, $test{$failed}, @rest);

@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# generate.pl <file>: every change that the generator makes to one source, with the line as it becomes; for looking at what it
-# does, and for its test.
+# generate.pl <file>: every change that the generator makes to one source, with the resulting line; for inspecting the generator,
+# and for its test.
 use strict;
 use warnings;
 use FindBin;
@@ -17,7 +17,7 @@ for my $change (Changes::Collect($folder // '.', $name)) {
     my @after = split /\n/, Apply::Text($change->{source}, $change), -1;
     splice @after, 0, 2;
     print "$change->{line} $change->{what}\n";
-    # What differs, without what is equal before and behind.
+    # Only what differs, without the equal lines before and after.
     while (@before && @after && $before[0] eq $after[0]) { shift @before; shift @after; }
     while (@before && @after && $before[-1] eq $after[-1]) { pop @before; pop @after; }
     print map { s/^\s*/    /r . "\n" } grep { /\S/ } @after;

@@ -1,6 +1,5 @@
 #!/usr/bin/perl
-# run.pl <step>: the steps of ./dev mutants, in the order prepare, worker (several at once, each in a Wine prefix of its own),
-# report.
+# run.pl <step>: the steps of ./dev mutants, in the order prepare, worker (several at once, each in its own Wine prefix), report.
 use strict;
 use warnings;
 use FindBin;
