@@ -1,4 +1,4 @@
-# What both toolchains share. The posix thread model is named: only its libstdc++ has std::thread and std::mutex.
+# What both toolchains share. They name the posix thread model, because only its libstdc++ has std::thread and std::mutex.
 set(CMAKE_C_COMPILER   ${toolchain_prefix}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${toolchain_prefix}-g++-posix)
 set(CMAKE_ASM_COMPILER ${toolchain_prefix}-gcc-posix)
@@ -9,7 +9,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# Built programs and tests run under Wine, 64-bit ones by its 64-bit loader: the other starts a program of its own before each.
+# Built programs and tests run under Wine, 64-bit ones with its 64-bit loader: the other starts an extra program before each.
 if(CMAKE_HOST_UNIX)
   set(loaders wine)
   if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)

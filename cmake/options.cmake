@@ -8,19 +8,19 @@ if(WIN32)
 endif()
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-Wall> $<$<COMPILE_LANGUAGE:C,CXX>:-Wextra>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-Werror>)
-# No path of the building machine in a program: equal sources give equal programs, wherever they lie.
+# Programs contain no path of the building machine: equal sources give equal programs, wherever they are.
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>)
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
-  # SSE2 is the floor of Windows 10; with it a double is 64 bits wide everywhere, so that a package computes the same in
-  # every process. Callers built by other compilers align the stack to 4 bytes only.
+  # Windows 10 requires SSE2; with it a double is 64 bits wide everywhere, so that a package computes the same in every process.
+  # Callers built by other compilers align the stack to only 4 bytes.
   add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-msse2> $<$<COMPILE_LANGUAGE:C,CXX>:-mfpmath=sse>
                       $<$<COMPILE_LANGUAGE:C,CXX>:-mstackrealign>)
 endif()
 # Packing neighbouring words into vector registers, to store them and read them back as words, made each proxied call slower.
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fno-tree-slp-vectorize>)
 
-# No runtime DLL beside a program: the compiler's libraries are linked in.
+# No runtime DLL next to a program: the compiler's libraries are linked in.
 if(WIN32)
   add_link_options(-static -Wl,--no-insert-timestamp)
 endif()

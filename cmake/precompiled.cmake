@@ -1,6 +1,6 @@
-# zelt_precompile(<name> <folder>... HEADERS <header>...): the headers are compiled once, and before every C++ source of the
-# targets below the folders, which take most of their time to compile otherwise. Sources include what they use all the same:
-# `./dev lint` reads them without. To be called when the folders' targets are complete.
+# zelt_precompile(<name> <folder>... HEADERS <header>...): compiles the headers once, ahead of every C++ source of the targets
+# below the folders; otherwise they take most of the compile time. Sources still include what they use: `./dev lint` reads them
+# without the precompiled headers. Call it when the folders' targets are complete.
 function(zelt_precompile name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" HEADERS)
   set(source ${CMAKE_BINARY_DIR}/${name}.cpp)

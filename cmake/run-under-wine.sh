@@ -1,9 +1,8 @@
 #!/bin/bash
 # run-under-wine.sh <Wine's loader> <program> [argument...]: runs a built program for ctest. Its output goes through a file:
-# services that Wine starts on the way inherit the output and outlive the program, and ctest would wait for them at its own
-# pipe.
+# services that Wine starts on the way inherit the output and outlive the program, and ctest would wait for them at its own pipe.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-# The prefix that ./dev has made bears a second name. Any other is the user's own.
+# A second variable names the prefix that ./dev has made. Any other prefix is the user's own.
 if [ -z "${WINEPREFIX:-}" ] || [ "$WINEPREFIX" != "${ZELT_WINE_PREFIX:-}" ]; then
     source "$root/scripts/wine-prefix.sh"
     UseLastingPrefix || { echo "run-under-wine.sh: a Wine prefix could not be made in $WINEPREFIX." >&2; exit 1; }
@@ -12,7 +11,7 @@ output=$(mktemp) || exit 1
 trap 'rm -f "$output"' EXIT
 "$@" >"$output" 2>&1 </dev/null
 status=$?
-# Wine may end before the program begins: see FixAddresses in scripts/wine.sh, which prevents it where it can.
+# Wine may end before the program begins: see FixAddresses in scripts/wine.sh, which prevents that where possible.
 if [ $status -eq 1 ] && [ ! -s "$output" ]; then
     echo "run-under-wine.sh: the program ended with 1 and printed nothing; this is its second start." >&2
     "$@" >"$output" 2>&1 </dev/null
