@@ -1,4 +1,4 @@
-// What doctor looks at, a function for each area. Each appends what it finds, and changes nothing.
+// What doctor examines, one function for each area. Each appends its findings, and changes nothing.
 #pragma once
 
 #include "ctl/doctor/finding.h"
@@ -8,9 +8,9 @@ namespace zelt::ctl {
 
 // The program, its classes and its application in every view, against the scripts that register them.
 void CheckRegistration(const Installation& installation, Findings& findings);
-// The type libraries by which COM carries calls between processes, their files, and each of their interfaces.
+// The type libraries with which COM carries calls between processes, their files, and each of their interfaces.
 void CheckLibraries(const Installation& installation, Findings& findings);
-// The exported packages: each can be made here, and its manager still knows it. Starts the managers.
+// The exported packages: whether each can be made here, and its manager still knows it. Starts the managers.
 void CheckPackages(Findings& findings);
 // Where logs go, and what PRAVIK makes.
 void CheckLogging(Findings& findings);

@@ -18,7 +18,7 @@ namespace {
 constexpr char kInstallComponent[] = "install the component again, or zeltctl remove the package";
 constexpr int kOwnBits = static_cast<int>(8 * sizeof(void*));
 
-// Text in which the names of environment variables stand for their values.
+// The text with the names of environment variables replaced by their values.
 std::wstring Expanded(const std::wstring& text)
 {
     std::wstring expanded(ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
@@ -26,7 +26,7 @@ std::wstring Expanded(const std::wstring& text)
     return expanded.substr(0, expanded.find(L'\0'));
 }
 
-// The default value of a key below the classes, of either type of text; nothing when it is missing or empty.
+// The default value of a key below the classes, whichever of the two text types it has; nothing when it is missing or empty.
 std::optional<std::wstring> ReadText(REGSAM view, const std::wstring& path)
 {
     RegistryKey key;
@@ -39,7 +39,7 @@ std::optional<std::wstring> ReadText(REGSAM view, const std::wstring& path)
     return value->type == REG_EXPAND_SZ ? Expanded(text) : text;
 }
 
-// A name without a folder is looked for where the system looks for libraries.
+// Looks for a name without a folder where the system looks for libraries.
 std::wstring FoundInPath(const std::wstring& file)
 {
     if (file.find_first_of(L"\\/") != std::wstring::npos) return file;
@@ -69,8 +69,8 @@ bool CheckLibraryFile(const std::wstring& path, const std::string& owner, const 
     return false;
 }
 
-// A program of its own may be of either width. Its command line may have arguments: only one that is nothing but a path,
-// or begins with one in quotes, can be checked.
+// A program of its own may be of either width. Its command line may have arguments: it can only be checked when it is nothing but
+// a path, or begins with a path in quotes.
 bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner, const std::string& effect,
                       Findings& findings)
 {

@@ -7,8 +7,8 @@
 
 namespace zelt::ctl {
 
-// False, and a finding, when the class or its file is not there, or the library is for other programs than ZELT.
-// `owner` begins the clause: "The exported package \"X\"".
+// False, and a finding, when the class or its file is missing, or the library is for programs of another width than ZELT. `owner`
+// begins the clause: "The exported package \"X\"".
 bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& effect, Findings& findings);
 
 }  // namespace zelt::ctl

@@ -105,7 +105,7 @@ int ExamineInstallation(const Arguments& arguments, Streams& streams)
     const Session session;
     Installation installation = FindInstallation();
     Findings left = Examine(installation), mended;
-    // Once ZELT is registered, more can be looked at, and mended.
+    // Once ZELT is registered, more can be examined and fixed.
     for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyMendable(left); ++pass) {
         MendFindings(left, installation, streams.messages);
         installation = FindInstallation();

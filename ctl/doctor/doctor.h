@@ -1,4 +1,4 @@
-// doctor: examines the installation, tells what it finds, and mends what is safe to mend. Only for Windows.
+// doctor: examines the installation, reports what it finds, and fixes what is safe to fix. Only for Windows.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// What is wrong with an installation: one sentence, put together from what is wrong, what it causes and how it is mended.
+// What is wrong with an installation: one sentence, put together from what is wrong, what it causes and how to fix it.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace zelt::ctl {
 
-// What --fix does about a finding. Whatever it does leaves what others rely on as it is.
+// What --fix does about a finding. It never changes what others rely on.
 enum class Mend {
     None,
     Register,     // registers ZELT again
@@ -17,8 +17,8 @@ enum class Mend {
 struct Finding {
     std::string rule;    // one word, for programs
     std::string wrong;   // a clause that begins the sentence
-    std::string effect;  // stands behind "so"
-    std::string remedy;  // what to do, as one says it to somebody
+    std::string effect;  // follows "so"
+    std::string remedy;  // what to do, as one would tell a person
     Mend mend = Mend::None;
 };
 

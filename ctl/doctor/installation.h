@@ -1,4 +1,4 @@
-// The installation that is looked at: which ZELT.EXE is registered, for whom, and which one can register itself. Reads the
+// The installation that is examined: which ZELT.EXE is registered, for whom, and which one can register itself. Reads the
 // registry as COM does, the user's classes before the machine's.
 #pragma once
 
@@ -13,7 +13,7 @@ struct Installation {
     Scope scope = Scope::Machine;
     std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
     std::wstring
-        registrable;      // the program that --fix registers: that one, or ZELT.EXE beside this program; may be empty
+        registrable;      // the program that --fix registers: that one, or ZELT.EXE next to this program; may be empty
     std::string version;  // of `registrable`, or else of this program
 
     std::wstring ServerOrOwn() const { return server.empty() ? registrable : server; }
@@ -29,7 +29,7 @@ std::string InView(REGSAM view);
 
 bool FileIsThere(const std::wstring& path);
 
-// The file that a command line of the registry starts: what stands in quotes, or the whole text.
+// The file that a command line in the registry starts: the text in quotes, or the whole text.
 std::wstring ProgramOf(const std::wstring& commandLine);
 
 std::string OwnVersion();

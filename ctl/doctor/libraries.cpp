@@ -1,4 +1,4 @@
-// The type libraries: COM carries calls between processes by them.
+// The type libraries: COM uses them to carry calls between processes.
 #include <objbase.h>
 #include <oleauto.h>
 #include <wrl/client.h>
@@ -26,7 +26,7 @@ using Microsoft::WRL::ComPtr;
 constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
 constexpr char kEffect[] = "some calls between a simulator and ZELT fail";
 
-// The system's marshallers that work from type libraries: for interfaces of automation, and for dispatch interfaces.
+// The system's marshallers that work from type libraries: for automation interfaces, and for dispatch interfaces.
 constexpr const wchar_t* kLibraryMarshallers[] = {L"{00020424-0000-0000-C000-000000000046}",
                                                   L"{00020420-0000-0000-C000-000000000046}"};
 
@@ -47,7 +47,7 @@ std::wstring DefaultText(REGSAM view, const std::wstring& key)
     return LookUpEffective(view, key, L"").text.value_or(std::wstring());
 }
 
-// A 64-bit process also takes a library that is registered for 32 bits; the reverse does not hold.
+// A 64-bit process also accepts a library that is registered for 32 bits; the reverse does not hold.
 std::wstring LibraryFile(const LibraryFacts& facts, REGSAM view)
 {
     const std::wstring file = DefaultText(view, facts.versionPath + L"\\0\\win32");
@@ -66,7 +66,7 @@ bool IsLibrary(const std::wstring& path, const GUID& libid)
     return same;
 }
 
-// Only a file that is ZELT's own to write is mended.
+// Only a file that is ZELT's own to write is fixed.
 bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
 {
     if (!library.sharedFile) return false;
@@ -118,7 +118,7 @@ InterfaceState StateOf(const LibraryInterface& member, REGSAM view, RegisteredLi
     }
     bool worksFromLibrary = false;
     for (const wchar_t* one : kLibraryMarshallers) worksFromLibrary |= _wcsicmp(one, marshaller.c_str()) == 0;
-    // Somebody else's marshaller needs no library.
+    // Another vendor's marshaller needs no library.
     if (!worksFromLibrary) return InterfaceState::Sound;
     const std::wstring libid = DefaultText(view, key + L"\\TypeLib");
     const std::wstring version = LookUpEffective(view, key + L"\\TypeLib", L"Version").text.value_or(std::wstring());
@@ -133,7 +133,7 @@ std::string Names(const std::vector<std::string>& names)
     return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
 }
 
-// That the library itself is not registered is told once, and not for each interface.
+// A library that is not registered itself is reported once, and not for each interface.
 void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryRegistered, Findings& findings)
 {
     struct Row {
@@ -155,7 +155,7 @@ void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryReg
         if (row.state == InterfaceState::WithoutLibrary && !libraryRegistered) continue;
         const std::vector<std::string>& names = members[row.state];
         if (names.empty()) continue;
-        // Registering adds what is missing, and leaves what others have made of the standard's interfaces.
+        // Registration adds what is missing, and leaves what others have made of the standard's interfaces.
         const bool mendable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back(
             {row.rule, Names(names) + row.wrong + InView(view), kEffect,
@@ -187,7 +187,7 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
 
 void CheckLibraries(const Installation& installation, Findings& findings)
 {
-    // What a program brings that is not registered at all is missing too; that it is not registered says it.
+    // When a program is not registered at all, what it brings is missing too; the finding about the program says so.
     if (!installation.registered) return;
     const std::size_t first = findings.size();
     CheckLibrary(installation, ReadLibrary(kOwnLibrary, nullptr), findings);

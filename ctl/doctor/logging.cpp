@@ -12,7 +12,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Makes a file and lets go of it, which removes it.
+// Makes a file and closes it, which removes it.
 bool CanWriteTo(const std::wstring& folder)
 {
     const std::wstring path = folder + L"\\zeltctl-" + std::to_wstring(GetCurrentProcessId()) + L".tmp";
@@ -23,7 +23,7 @@ bool CanWriteTo(const std::wstring& folder)
     return true;
 }
 
-// A folder that is not there yet is made with the first log, if that can be done.
+// A folder that does not exist yet is made with the first log, if possible.
 bool CanHoldLogs(const std::wstring& folder)
 {
     const bool exists = GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES;

@@ -23,7 +23,7 @@ constexpr DWORD kTimeToRegister = 60'000;
 
 std::string TextOfCode(HRESULT code) { return Utf8(Widen(SystemText(code))); }
 
-// The program registers itself: only that writes its own path.
+// The program registers itself: only it writes its own path.
 void RegisterAgain(const Installation& installation)
 {
     const wchar_t* action = installation.scope == Scope::User ? L"/RegServerPerUser" : L"/RegServer";
@@ -73,7 +73,7 @@ void MendFindings(const Findings& findings, const Installation& installation, Ou
             messages << "zeltctl: " << failure.what() << '\n';
         }
     };
-    // Registering needs the files where they are registered already.
+    // Registration needs the files that are already registered to be in place.
     mend(Mend::LibraryFile, [&] { WriteLibraryFiles(installation); });
     mend(Mend::Register, [&] { RegisterAgain(installation); });
     mend(Mend::RewriteList, RewriteList);

@@ -7,8 +7,8 @@
 
 namespace zelt::ctl {
 
-// Does what the findings call for, each thing once. What fails is said in `messages`; whether it helped shows when the
-// installation is looked at again.
+// Does what the findings call for, each thing once. Reports failures in `messages`; examining the installation again shows
+// whether it helped.
 void MendFindings(const Findings& findings, const Installation& installation, Output& messages);
 
 }  // namespace zelt::ctl

@@ -7,14 +7,14 @@
 namespace zelt::ctl {
 namespace {
 
-// The header stands behind a stub program, which is short.
+// The header follows a stub program, which is short.
 constexpr std::size_t kLongestStart = 64 * 1024;
 
 constexpr std::size_t kPlaceOfOffset = 0x3C;
 constexpr std::string_view kProgramMark = "MZ";
 constexpr std::string_view kHeaderMark("PE\0\0", 4);
 
-// Of `size` bytes, the lowest first.
+// A number of `size` bytes, the lowest first.
 std::optional<std::uint32_t> Number(std::string_view bytes, std::size_t place, std::size_t size)
 {
     if (place > bytes.size() || bytes.size() - place < size) return {};

@@ -1,5 +1,5 @@
-// How many bits the code of a program or library file is for, read from the file's own header. Loads nothing, and trusts
-// no field before it has looked whether the file reaches that far.
+// How many bits the code of a program or library file is for, read from the file's own header. Loads nothing, and trusts no field
+// before checking that the file reaches that far.
 #pragma once
 
 #include <optional>

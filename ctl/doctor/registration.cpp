@@ -1,4 +1,4 @@
-// The registration against the scripts that make it.
+// Checks the registration against the scripts that make it.
 #include <set>
 #include <utility>
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
 
-// What a missing or different entry means, by the place below the class's key, or the beginning of another key.
+// What a missing or different entry means, by its place below the class's key, or by the beginning of another key.
 struct Meaning {
     const wchar_t* place;
     const char* rule;
@@ -22,7 +22,7 @@ struct Meaning {
 };
 
 // clang-format off
-// The first row that fits counts.
+// The first matching row counts.
 constexpr Meaning kClassMeanings[] = {
     {L"LocalServer32",                     "server",      "Windows cannot start ZELT for it, or starts another program"},
     {L"Implemented Categories",            "category",    "simulators do not list it"},

@@ -9,7 +9,7 @@
 
 namespace zelt::ctl {
 
-// The word is the component's class identifier, its ProgID or its name, in capital or small letters.
+// Whether the word is the component's class identifier, its ProgID or its name, ignoring case.
 bool Means(const std::wstring& word, const ComponentInfo& component);
 
 struct ChosenComponent {
@@ -17,8 +17,8 @@ struct ChosenComponent {
     ComponentInfo component;
 };
 
-// The one component that `word` means and that is a manager or is none; `type` is "PP 1.1", "PP 1.0" or "RP 1.0", with or
-// without the blank, or nothing. Throws UsageError for another type and Refusal when there is none or more than one.
+// The one component that `word` means and that is a manager or, as `manager` says, is none; `type` is "PP 1.1", "PP 1.0" or
+// "RP 1.0", with or without the blank, or nothing. Throws UsageError for another type and Refusal unless exactly one fits.
 ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type);
 
 }  // namespace zelt::ctl

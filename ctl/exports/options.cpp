@@ -75,7 +75,7 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     const auto prompt = Switch(arguments, "--prompt");
     const auto word = arguments.Value("--unit");
     const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word)) : std::nullopt;
-    // Read now and not earlier, so that what others changed meanwhile is kept.
+    // Read it now and not earlier, to keep what others have changed meanwhile.
     LogOptions options = StoredOptions();
     options.autoLogLocation = automatic.value_or(options.autoLogLocation);
     options.promptOpenLog = prompt.value_or(options.promptOpenLog);

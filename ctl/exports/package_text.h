@@ -1,4 +1,4 @@
-// Exported packages as text: a line each, in columns, or objects of JSON.
+// Exported packages as text: one line each, in columns, or JSON objects.
 #pragma once
 
 #include <span>

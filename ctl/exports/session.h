@@ -1,4 +1,4 @@
-// What a command needs of Windows while it runs: COM on its thread, and guards around other people's components. There are no
+// What a command needs from Windows while it runs: COM on its thread, and guards around other people's components. There are no
 // message boxes, since nobody may be there to answer: what one would say ends the command instead.
 #pragma once
 
@@ -22,10 +22,10 @@ private:
     const HRESULT initialized;
 };
 
-// Throws InputError with the text of what was not done.
+// Throws InputError with the text of a failure.
 void Require(const Outcome& outcome);
 
-// Between the system's text and that of the command line and its output.
+// Converts between the system's text and that of the command line and its output.
 std::string Utf8(std::wstring_view text);
 std::wstring Wide(std::string_view text);
 

@@ -1,4 +1,4 @@
-// The stored list of exported packages, for a command that changes it: refused while a process holds the list, kept from
+// The stored list of exported packages, for a command that changes it: refused while a process holds the list, withheld from
 // others until the command ends, and read back after it was written.
 #pragma once
 
@@ -15,9 +15,9 @@ public:
     StoredPackages();
 
     ExportedPackageList& List() { return ExportedPackages(); }
-    // The first package of that exported name. Throws Refusal.
+    // The first package with that exported name. Throws Refusal.
     std::size_t Find(const std::string& name);
-    // Throws InputError when the registry has something else then.
+    // Throws InputError when the registry then contains something else.
     void Save();
 
 private:

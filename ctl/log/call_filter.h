@@ -1,4 +1,4 @@
-// Which calls of a log a command is about: by object, interface, method, direction and result.
+// Which calls of a log a command deals with: by object, interface, method, direction and result.
 #pragma once
 
 #include <optional>
@@ -23,7 +23,7 @@ public:
     // Throws UsageError.
     explicit CallFilter(const Arguments& arguments);
 
-    // Whether there is anything to filter, apart from the result.
+    // Whether there is anything to filter by, apart from the result.
     bool Any() const { return object || interfaceName || method || inward; }
     bool Matches(const LogEvent& call) const;
 

@@ -1,4 +1,4 @@
-// What the messages of a log mean: how a call went, and which texts are no messages but parts of a value.
+// What the messages of a log mean: how a call went, and which texts are not messages but parts of a value.
 #pragma once
 
 #include <optional>
@@ -9,8 +9,8 @@
 
 namespace zelt::ctl {
 
-// A failure is what the callee, or the proxy in its place, answered to the caller; a violation a rule of the standard
-// that somebody broke while the call went on.
+// A failure is the result that the caller got, from the callee or from the proxy in its place; a violation is a rule of the
+// standard that somebody broke while the call continued.
 enum class MessageKind { None, Info, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);

@@ -1,5 +1,5 @@
-// A call in a few words: which arguments it had and what is to be known of their values, whatever their number. The
-// rules of conduct judge by it.
+// A call in brief: which arguments it had and what matters about their values, whatever their number. The rules of conduct are
+// applied to it.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ namespace zelt::ctl {
 
 struct ArgumentSummary {
     std::string name;
-    std::string first;  // the first value, without quotes, its beginning if it is long
+    std::string first;  // the first value, without quotes; only its beginning if it is long
     int line = 0;
     int count = 0;       // of the values
     int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
@@ -34,12 +34,12 @@ struct CallSummary {
     std::string_view First(std::string_view argument) const;
 };
 
-// Gathers the calls that are open.
+// Collects the calls that are open.
 class CallSummarizer {
 public:
     // Events other than calls add to the innermost call.
     void Begin(const LogEvent& event);
-    // At a call's end: takes it out.
+    // Removes a call at its end.
     CallSummary Close();
 
     bool InCall() const { return !open.empty(); }

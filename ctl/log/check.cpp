@@ -15,7 +15,7 @@ namespace {
 
 using Rules = std::set<std::string, std::less<>>;
 
-// The rules between the commas of `list`. Throws UsageError for one that there is not.
+// The rules between the commas of `list`. Throws UsageError for an unknown one.
 Rules RulesOf(const std::string& list)
 {
     Rules rules;
@@ -122,7 +122,7 @@ private:
         std::string text;
     };
 
-    // Arguments stand in calls, values in arguments and in values.
+    // Arguments belong in calls, values in arguments and in values.
     void CheckPlace(const LogEvent& event)
     {
         const bool top = event.depth == 0;

@@ -37,7 +37,7 @@ std::string Digits(double number)
     return text;
 }
 
-// Errors may be asked for, and a component be named, at any time.
+// A caller may ask for errors, or name a component, at any time.
 bool IsAlwaysAllowed(std::string_view interfaceName)
 {
     return interfaceName.starts_with("ECape") || interfaceName == "ICapeIdentification";
@@ -181,7 +181,7 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
         if (call.result.failed || start == end) return;
         const std::string name(value.substr(start + 1, end - start - 1));
         if (names.insert(name).second) materials[name] = {{}, "created", true};
-        // Another material had the name before: from now on they are not told apart.
+        // Another material already has the name: from now on the two cannot be distinguished.
         else
             materials.erase(name);
         return;
@@ -203,7 +203,7 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
     } else if (method == "GetTPFraction") {
         for (const char* one : {"temperature", "pressure", "fraction"}) Check(material, call, one, phase);
     } else if (method == "CopyFromMaterial" || method == "SetIndependentVar" || method.starts_with("Calc")) {
-        // Others set properties now.
+        // From here on others set properties.
         materials.erase(found);
     }
 }

@@ -1,6 +1,6 @@
-// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are told apart by their names, as the log
-// has them; where that leaves a doubt, nothing is reported. What the simulator does to its own materials is in no log,
-// so a property counts as unset only when the log shows the whole life of the material, or that it was cleared.
+// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are distinguished by their names in the log; in case
+// of doubt, nothing is reported. What the simulator does to its own materials is in no log, so a property counts as unset only
+// when the log shows the whole life of the material, or that it was cleared.
 #pragma once
 
 #include <map>
@@ -12,13 +12,13 @@
 
 namespace zelt::ctl {
 
-// Initialize and Terminate.
+// Rules for Initialize and Terminate.
 class LifeRules {
 public:
     explicit LifeRules(const ReportFinding& report) : report(report) {}
     void Begin(const LogEvent& call);
     void End(const CallSummary& call);
-    // At the end of a log that is complete.
+    // Call it at the end of a log that is complete.
     void Finish();
 
 private:
@@ -32,7 +32,7 @@ private:
     std::map<std::string, Life, std::less<>> lives;
 };
 
-// Values: fractions, numbers that are none.
+// Rules for values: fractions, and numbers that are not finite.
 class ValueRules {
 public:
     explicit ValueRules(const ReportFinding& report) : report(report) {}
@@ -42,7 +42,7 @@ private:
     const ReportFinding& report;
 };
 
-// Properties that are read before they were set.
+// Finds properties that are read before they were set.
 class PropertyRules {
 public:
     explicit PropertyRules(const ReportFinding& report) : report(report) {}
@@ -62,7 +62,7 @@ private:
     std::set<std::string, std::less<>> names;  // of all objects of the simulator so far
 };
 
-// A package that is used as 1.0 and as 1.1.
+// Finds a package that is used both as 1.0 and as 1.1.
 class VersionRules {
 public:
     explicit VersionRules(const ReportFinding& report) : report(report) {}

@@ -105,7 +105,7 @@ private:
     int firstA = 0, firstB = 0;
 };
 
-// Values are told apart by their keys, which come in the same order in both.
+// Values are identified by their keys, which come in the same order in both.
 void CompareValues(const SequenceStep& a, const SequenceStep& b, double tolerance, DifferenceWriter& writer)
 {
     const auto position = [](const std::vector<SequenceValue>& values, std::size_t from, const std::string& key) {

@@ -1,4 +1,4 @@
-// log errors: every error and warning with the call that it is about.
+// log errors: every error and warning with the call that it concerns.
 #include <string>
 #include <vector>
 

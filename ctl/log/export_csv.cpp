@@ -1,6 +1,6 @@
-// A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them.
-// Fields are separated by commas and quoted where they have to be; lines end in CR LF, as the format's description
-// asks. No cell is a formula: a log holds what a package names, and a spreadsheet would run it.
+// A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them. Fields are
+// separated by commas and quoted where necessary; lines end in CR LF, as the format requires. No cell is a formula: a package
+// chooses names in a log, and a spreadsheet would run a formula.
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -17,8 +17,8 @@ namespace {
 constexpr std::string_view kHeader =
     "line,kind,call,caller,direction,interface,method,object,argument,argument direction,type,index,text\r\n";
 
-// What makes spreadsheets take a cell for a formula: also in the wide forms of East Asian keyboards, and behind white space
-// that they skip.
+// What makes spreadsheets take a cell for a formula: also in the wide forms of East Asian keyboards, and after white space that
+// they skip.
 constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
 
@@ -58,7 +58,7 @@ public:
         if (kind == EventKind::Call) {
             open.pop_back();
         } else if (kind == EventKind::Argument) {
-            // An empty argument has its row too.
+            // An empty argument gets a row too.
             if (index == 0) WriteRow(argumentLine, "value", {}, true);
             inArgument = false;
         }

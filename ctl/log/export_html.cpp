@@ -1,5 +1,5 @@
-// A page that needs nothing else: the log as a tree that folds, with a search, for light and dark screens and for the
-// keyboard. Style and script stand in html_page.h.
+// A page that needs nothing else: the log as a tree that folds, with a search, for light and dark screens and for the keyboard.
+// Style and script are in html_page.h.
 #include <string>
 #include <vector>
 
@@ -26,7 +26,7 @@ void AppendEscaped(Output& out, std::string_view text)
     out << text.substr(done);
 }
 
-// The last part of a path, with either slash.
+// The last part of a path, with either kind of slash.
 std::string_view FileName(std::string_view path)
 {
     const std::size_t slash = path.find_last_of("/\\");

@@ -1,5 +1,5 @@
-// The calls that pass a filter, as a tree of text with whatever stands directly in them. What stands outside of calls
-// is shown when nothing is filtered.
+// The calls that pass a filter, as a tree of text with whatever is directly inside them. What is outside of calls is shown when
+// nothing is filtered.
 #pragma once
 
 #include <vector>
@@ -11,7 +11,7 @@ namespace zelt::ctl {
 
 class FilteredTree final : public LogSink {
 public:
-    // `results`, unless null, tells of each call in the order of the file whether its result is wanted.
+    // `results`, unless null, says of each call, in the order of the file, whether its result is wanted.
     FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
         : filter(filter), results(results), tree(tree)
     {}
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    // What stands outside of calls is shown with the whole log.
+    // What is outside of calls is shown with the whole log.
     bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
 
     const CallFilter& filter;

@@ -1,5 +1,5 @@
-// log follow: a log as it is written. The server writes whole entries, so where the file ends for now an XML comment
-// may stand; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
+// log follow: a log while it is written. The server writes whole entries, so an XML comment may follow the current end of the
+// file; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
 #include <chrono>
 #include <string>
 #include <thread>
@@ -16,7 +16,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kPause = std::chrono::milliseconds(100);
 constexpr std::string_view kEnd = "</zeltlogdocument>";
 
-// The reader lets a node out when it has seen the next one, and the parser looks ahead too.
+// The reader releases a node when it has seen the next one, and the parser looks ahead too.
 constexpr std::string_view kFiller = "<!----><!----><!----><!---->";
 
 class GrowingLog final : public LogInput {
@@ -46,7 +46,7 @@ public:
         }
     }
 
-    // The end of the file has been reached once.
+    // Whether the end of the file has been reached once.
     bool CaughtUp() const { return caughtUp; }
 
 private:
@@ -54,7 +54,7 @@ private:
     {
         tail.append(bytes.substr(bytes.size() - std::min(bytes.size(), 2 * kEnd.size())));
         if (tail.size() > 2 * kEnd.size()) tail.erase(0, tail.size() - 2 * kEnd.size());
-        // Behind the declaration and the root's tag, which stand in one entry.
+        // Only after the declaration and the root's tag, which form one entry.
         entryEnded = bytes.back() == '\n';
         fillerGiven = false;
     }
@@ -66,7 +66,7 @@ private:
     bool entryEnded = false, fillerGiven = true, caughtUp = false;
 };
 
-// Leaves out what was there when the following began.
+// Leaves out what was there when following began.
 class NewOnly final : public LogSink {
 public:
     NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)

@@ -1,7 +1,6 @@
-// What surrounds the tree in the page of HTML: style, tools and script. A call is a details element, which browsers
-// fold without a script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged
-// component, co one of the simulator's objects; ai and ao are arguments in and out; n, w, v, f are infos, warnings,
-// violations, failures.
+// What surrounds the tree in the HTML page: style, tools and script. A call is a details element, which browsers fold without a
+// script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged component, co one of the
+// simulator's objects; ai and ao are arguments in and out; n, w, v, f are infos, warnings, violations, failures.
 #pragma once
 
 #include <string_view>

@@ -14,7 +14,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Words of the standard, in lower case: they tell what was asked, not about what.
+// Words of the standard, in lower case: they say what was asked for, not what it was asked about.
 constexpr std::string_view kWords[] = {
     "activity",
     "activitycoefficient",
@@ -119,7 +119,7 @@ bool IsWord(std::string_view text)
            std::find(std::begin(kDerivatives), std::end(kDerivatives), rest) != std::end(kDerivatives);
 }
 
-// What the log writes for something that is no text and no number.
+// What the log writes for something that is neither text nor number.
 bool IsMark(std::string_view value)
 {
     constexpr std::string_view kMarks[] = {"",
@@ -145,7 +145,7 @@ bool IsMark(std::string_view value)
     return isName && (value.starts_with("CAPE_") || value.starts_with("VT_"));
 }
 
-// The pseudo-random function SipHash-2-4: keyed, and without its key not to be turned back.
+// The pseudo-random function SipHash-2-4: keyed, and not reversible without its key.
 std::uint64_t SipHash(const std::uint64_t (&key)[2], std::string_view text)
 {
     std::uint64_t v0 = key[0] ^ 0x736f6d6570736575, v1 = key[1] ^ 0x646f72616e646f6d, v2 = key[0] ^ 0x6c7967656e657261,

@@ -1,5 +1,5 @@
-// What stands in for the names and values of a log that is given away. The same text has the same alias throughout a
-// run; the key, from the system's source of random numbers, is never written, so that nothing leads back from an alias.
+// What replaces the names and values of a log that is given away. The same text has the same alias throughout a run; the key,
+// from the system's source of random numbers, is never written, so that nothing leads back from an alias.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ public:
     std::string Text(std::string_view text) const;
     // A name, unless it is empty or the log's word for a missing one.
     std::string Name(std::string_view name) const;
-    // 0x and hexadecimal digits, as many as there were.
+    // 0x and as many hexadecimal digits as there were.
     std::string Address(std::string_view address) const;
     // A value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;

@@ -5,10 +5,10 @@
 namespace zelt::ctl {
 namespace {
 
-// More elements without counterpart than this are not sorted out: time and memory grow with the square.
+// More elements without a counterpart than this are not matched up: time and memory grow with the square.
 constexpr int kMostLeftOver = 3000;
 
-// The furthest paths for each number of elements left over: how far in `a` each diagonal came.
+// The furthest paths for each number of leftover elements: how far in `a` each diagonal came.
 using Furthest = std::vector<int>;
 
 struct Search {
@@ -24,7 +24,7 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     Search search;
     Furthest current(1, 0);
     for (int left = 0; left <= limit; ++left) {
-        // Diagonal d of a step stands at d + left; a - b is the diagonal.
+        // Diagonal d of a step is at index d + left; the diagonal is a - b.
         Furthest next(2 * static_cast<std::size_t>(left) + 1);
         for (int d = -left; d <= left; d += 2) {
             int x = 0;

@@ -5,14 +5,14 @@
 namespace zelt::ctl {
 namespace {
 
-// Refuses what is no log of ZELT, and remembers where a log is damaged.
+// Rejects a file that is no log of ZELT, and remembers where a log is damaged.
 class LogCheck final : public LogSink {
 public:
     LogCheck(LogSink& sink, const std::string& name) : sink(sink), name(name) {}
 
     void Begin(const LogEvent& event) override
     {
-        // A root of another kind comes as the first event.
+        // A root of another kind arrives as the first event.
         if (!any && event.kind == EventKind::Other) throw InputError(name + ": this is no log of ZELT");
         any = true;
         sink.Begin(event);

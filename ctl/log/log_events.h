@@ -1,4 +1,4 @@
-// The one way in which the commands read logs: the reader's events with their lines, and its failures in words that end a
+// The one way in which the commands read logs: the reader's events with their lines, and its failures as messages that end a
 // command. Keeps nothing of the file.
 #pragma once
 
@@ -12,14 +12,14 @@ namespace zelt::ctl {
 using zelt::EventKind;
 using zelt::LogEvent;
 
-// Reads a log to its end, whatever the sink's Continue would say. False when it is cut off or damaged; `messages` says where
-// then. Throws InputError when the file cannot be opened or holds no log.
+// Reads a log to its end, whatever the sink's Continue would return. False when it is cut off or damaged; `messages` then says
+// where. Throws InputError when the file cannot be opened or contains no log.
 [[nodiscard]] bool ReadEvents(const std::string& path, LogSink& sink, Output& messages);
 
 // The same from any input. `name` is for the messages.
 [[nodiscard]] bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output& messages);
 
-// The exit code of a command that read a log: what it found is not the whole answer when the log is cut off or damaged.
+// The exit code of a command that read a log: its findings are not the whole answer when the log is cut off or damaged.
 inline int CodeOf(bool complete, int answer) { return complete ? answer : kUnreadable; }
 
 }  // namespace zelt::ctl

@@ -1,5 +1,5 @@
-// The three forms of log export. Each writes as it reads; the page of HTML keeps nothing either, but a browser will.
-// False when the log is cut off or damaged, as ReadEvents.
+// The three forms of log export. Each writes as it reads; the HTML export keeps nothing either, but a browser will. False when
+// the log is cut off or damaged, as with ReadEvents.
 #pragma once
 
 #include <string>

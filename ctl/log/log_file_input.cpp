@@ -36,7 +36,7 @@ void CloseFile(int descriptor) { close(descriptor); }
 
 int OpenOrThrow(const std::string& path)
 {
-    // Some systems open a folder like a file and give nothing to read, others deny the access.
+    // Some systems open a folder like a file and read nothing from it, others deny access.
     std::error_code ignored;
     if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, no log");
     const int descriptor = OpenFile(path);
@@ -52,7 +52,7 @@ int LogFileInput::Read(char* out, int length)
 {
     const int count = file.Read(out, length);
 #ifdef _WIN32
-    // The runtime library remembers that an end was met, until the position is set.
+    // The runtime library remembers having met an end until the position is set.
     if (count == 0) _lseeki64(descriptor, 0, SEEK_CUR);
 #endif
     return count;

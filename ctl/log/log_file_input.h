@@ -1,4 +1,4 @@
-// A log on disk, opened for reading beside the server that still writes it. Owns the descriptor.
+// A log on disk, opened for reading while the server still writes it. Owns the descriptor.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ public:
     LogFileInput(const LogFileInput&) = delete;
     LogFileInput& operator=(const LogFileInput&) = delete;
 
-    // At the end 0, and more when the file has grown.
+    // Returns 0 at the end, and more when the file has grown.
     int Read(char* out, int length) override;
 
 private:

@@ -21,7 +21,7 @@ std::string WithoutNumber(std::string_view name)
     return std::string(name.substr(0, start)) + '#' + std::string(name.substr(end));
 }
 
-// Numbers at the ends of what stands in quotes.
+// Removes the numbers at the ends of texts in quotes.
 std::string WithoutQuotedNumbers(std::string_view text)
 {
     std::string out;
@@ -58,7 +58,7 @@ std::string ComparableMessage(std::string_view text)
     return WithoutQuotedNumbers(text);
 }
 
-// The system asks differently on different systems.
+// Whether it is a query of the system, which asks differently on different systems.
 bool IsSystemQuery(const LogEvent& event)
 {
     constexpr std::string_view kMark = ": QueryInterface for unsupported interface ";

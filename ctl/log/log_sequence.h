@@ -1,6 +1,6 @@
-// A log in memory, as log diff compares it: a sequence of calls in the order of their beginnings, and of what stands
-// outside of calls. What differs between two runs of the same conversation is left out: addresses, times, the numbers
-// at the ends of objects' names, the queries of the system.
+// A log in memory, as log diff compares it: a sequence of calls in the order of their beginnings, and of what is outside of
+// calls. Leaves out what differs between two runs of the same conversation: addresses, times, the numbers at the ends of objects'
+// names, the queries of the system.
 #pragma once
 
 #include <string>
@@ -18,14 +18,14 @@ struct SequenceValue {
 
 struct SequenceStep {
     std::string what;   // the call and its object, or the message
-    std::string alike;  // what another log's step has to have to be the same one
+    std::string alike;  // what a step of the other log must have to count as the same
     int line;
     std::vector<SequenceValue> values;
 };
 
 struct Sequence {
     std::vector<SequenceStep> steps;
-    bool complete;  // false for a log that is cut off or damaged, as ReadEvents
+    bool complete;  // false for a log that is cut off or damaged, as with ReadEvents
 };
 
 // Throws InputError.

@@ -26,7 +26,7 @@ std::string RedactHole(char kind, std::string_view text, const LogAliases& alias
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
 {
-    // An element without a value is shown so.
+    // This is how an element without a value is shown.
     if (message.text.empty() || message.text == "<no information>") return std::string(message.text);
     const auto found = SentenceOf(message);
     if (!found) return aliases.Text(message.text);

@@ -1,5 +1,5 @@
-// log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off
-// at the same place.
+// log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off at the
+// same place.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -78,7 +78,7 @@ public:
     {
         const char* name = EndTag(kind, parents.back());
         parents.pop_back();
-        // An end is written when something follows: the ends of what a cut-off log leaves open are not.
+        // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
         ends.push_back({name, depth});
     }
     void LeftOpen(int) override { ++leftOpen; }
@@ -89,7 +89,7 @@ public:
             WriteEnds(ends.size());
             out << "</zeltlogdocument>\r\n";
         } else {
-            // The root is among what is left open, and has no end here.
+            // What is left open includes the root, which has no end here.
             const std::size_t open = leftOpen ? leftOpen - 1 : 0;
             WriteEnds(ends.size() - std::min(open, ends.size()));
         }

@@ -1,5 +1,5 @@
-// log show: the log, or the calls that pass a filter, as a tree of text. A filter by result needs the log read twice,
-// because a call's result stands behind what happened during it; the first time leaves two bits a call.
+// log show: the log, or the calls that pass a filter, as a tree of text. A filter by result needs to read the log twice, because
+// a call's result follows everything that happened during the call; the first reading keeps two bits per call.
 #include <vector>
 
 #include "ctl/log/filtered_tree.h"
@@ -33,7 +33,7 @@ bool Matches(const CallResult& result, Wanted wanted)
     return true;
 }
 
-// Which calls, in the order of their beginnings, have the result that is wanted.
+// Which calls, in the order of their beginnings, have the wanted result.
 class ResultCollector final : public LogSink {
 public:
     explicit ResultCollector(Wanted wanted) : wanted(wanted) {}
@@ -76,7 +76,7 @@ int ShowLog(const Arguments& arguments, Streams& streams)
     ResultCollector collector(wanted);
     if (wanted != Wanted::All) {
         Output ignored;
-        static_cast<void>(ReadEvents(path, collector, ignored));  // the second reading says it
+        static_cast<void>(ReadEvents(path, collector, ignored));  // the second reading reports it
     }
     FilteredTree shower(filter, wanted == Wanted::All ? nullptr : &collector.matches, tree);
     return CodeOf(ReadEvents(path, shower, streams.messages), kFine);

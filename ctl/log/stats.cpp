@@ -68,7 +68,7 @@ public:
 private:
     struct OpenCall {
         Counts *method, *object;  // null for a call that the filter leaves out
-        bool failed = false;      // once, however many errors tell of it
+        bool failed = false;      // counted once, however many errors report it
     };
 
     void Open(const LogEvent& event)
@@ -98,7 +98,7 @@ constexpr Column kColumns[] = {{"calls", &Counts::calls},
 
 using Row = std::pair<std::string, Counts>;
 
-// The largest first, and in the order of the alphabet where they are equal.
+// The largest first; equal ones in alphabetical order.
 std::vector<Row> Sorted(const Table& table, const std::string& by)
 {
     std::vector<Row> rows(table.begin(), table.end());

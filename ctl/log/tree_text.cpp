@@ -25,7 +25,7 @@ void TreeText::EndLine()
 void TreeText::BeginValue(const LogEvent& event)
 {
     if (line == Line::None) {
-        // A message stood between the values.
+        // There was a message between the values.
         BeginLine(event);
         line = Line::Name;
         out << '=';

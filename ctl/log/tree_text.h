@@ -1,5 +1,5 @@
-// A log as an indented text, a line for each call, argument and message, with the line of the log before it. The values
-// of an argument stand behind it. Keeps nothing but what is open.
+// A log as an indented text: one line for each call, argument and message, which begins with its line number in the log. The
+// values of an argument follow it. Keeps only what is open.
 #pragma once
 
 #include <vector>
