@@ -41,7 +41,7 @@ StartWine()
     timeout 120 wine cmd /c ver
 }
 
-# The processes of the prefix in WINEPREFIX, except this script and its parents.
+# The processes of the prefix in WINEPREFIX, except this script and its ancestors.
 PrefixProcesses()
 {
     local folder ours=" " id=$BASHPID

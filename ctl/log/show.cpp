@@ -1,5 +1,5 @@
 // log show: the log, or the calls that pass a filter, as a tree of text. A filter by result needs to read the log twice, because
-// a call's result follows everything that happened during the call; the first reading keeps two bits per call.
+// a call's result follows everything that happened during the call; the first reading keeps one bit per call.
 #include <vector>
 
 #include "ctl/log/filtered_tree.h"
