@@ -1,4 +1,4 @@
-// The base of the program's dialogs: a window made from a dialog resource, which passes its messages to member functions. Nothing
+// The base of the program's dialogs: a window made from a dialog resource, with its messages passed to member functions. Nothing
 // that a handler throws reaches the system. Layout, lists and pictures are left to the derived dialogs.
 //
 // A handler that shows a box or a dialog, or calls a component, lets messages in, and the window may be destroyed meanwhile.
