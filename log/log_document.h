@@ -12,6 +12,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "log/log_file.h"
 #include "log/vocabulary/sentences.h"
@@ -127,6 +128,12 @@ public:
         if (document) document->Hold();
     }
     ~DocumentHold() { Reset(); }
+    DocumentHold(DocumentHold&& other) noexcept : document(std::exchange(other.document, nullptr)) {}
+    DocumentHold& operator=(DocumentHold&& other) noexcept
+    {
+        std::swap(document, other.document);
+        return *this;
+    }
     DocumentHold(const DocumentHold&) = delete;
     DocumentHold& operator=(const DocumentHold&) = delete;
 

@@ -36,7 +36,8 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
                                       L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
         return log;
     }
-    log.document = new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options);
+    log.document =
+        DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options));
     return log;
 }
 

@@ -12,8 +12,8 @@ namespace zelt {
 struct LogOptions;
 
 struct OpenedLog {
-    // Without a hold; null when there is to be no log, because the user declined or for the reason in the outcome.
-    LogDocument* document = nullptr;
+    // Of no document when there is to be no log, because the user declined or for the reason in the outcome.
+    DocumentHold document;
     Outcome outcome;
 };
 

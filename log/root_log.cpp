@@ -4,13 +4,13 @@
 
 namespace zelt {
 
-LogDocument* OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
+DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                          std::string_view objectType)
 {
     ShowFailure(options.Load());
-    const OpenedLog log = OpenLog(options, titleName, objectName, objectType);
+    OpenedLog log = OpenLog(options, titleName, objectName, objectType);
     ShowFailure(log.outcome);
-    return log.document;
+    return std::move(log.document);
 }
 
 }  // namespace zelt

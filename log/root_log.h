@@ -7,8 +7,8 @@
 
 namespace zelt {
 
-// As OpenLog; the document is returned without a hold, and null when there is none.
-LogDocument* OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
+// As OpenLog; of no document when there is none.
+DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                          std::string_view objectType);
 
 }  // namespace zelt

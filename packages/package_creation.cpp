@@ -13,6 +13,9 @@
 #include "log/root_log.h"
 
 namespace zelt {
+
+using Microsoft::WRL::ComPtr;
+
 namespace {
 
 constexpr DWORD kAnyContext = CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
@@ -69,19 +72,20 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
 }  // namespace
 
 // The caller's package may disappear meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
-IDispatch* CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
+ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
     const ForeignPtr<IDispatch> created = CreatePackage(family, package);
     if (!created) Fail(family.nullResult);
     RenamePackage(created.Get(), package.exportedName);
 
-    const DocumentHold document(
-        package.loggingEnabled ? OpenRootLog(options, package.exportedName, package.exportedName, family.logDescription)
-                               : nullptr);
-    const ProxyPtr proxy(family.newProxy());
+    DocumentHold document;
+    if (package.loggingEnabled) {
+        document = OpenRootLog(options, package.exportedName, package.exportedName, family.logDescription);
+    }
+    const ProxyPtr proxy = family.newProxy();
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
-    IDispatch* result = nullptr;
-    const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(&result));
+    ComPtr<IDispatch> result;
+    const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(result.GetAddressOf()));
     if (FAILED(attached)) throw PackageFailure{kOtherFailure, Widen(ErrorText(attached, nullptr))};
     return result;
 }

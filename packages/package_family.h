@@ -38,8 +38,8 @@ struct PackageFamily {
     HRESULT (*listForeignPackages)(IUnknown* manager, VARIANT* names);
     HRESULT (*getForeignPackage)(IUnknown* manager, BSTR name, IDispatch** package);
 
-    // A new proxy for a package, without a reference.
-    CapeOpenBase* (*newProxy)();
+    // A new proxy for a package.
+    ProxyPtr (*newProxy)();
 };
 
 }  // namespace zelt

@@ -23,7 +23,7 @@ struct OfManager<Method> {
 };
 
 template <class Proxy>
-CapeOpenBase* NewProxy()
+ProxyPtr NewProxy()
 {
     return new Proxy;
 }

@@ -63,7 +63,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
             if (!Serves(list.At(i)) || !SameName(list.At(i).exportedName, TextOf(name))) continue;
             const PackageIdentity record = list.IdentityAt(i);
             try {
-                *package = CreateExportedPackage(family, list.At(i), TheLogOptions());
+                *package = CreateExportedPackage(family, list.At(i), TheLogOptions()).Detach();
                 return S_OK;
             } catch (const PackageFailure& failure) {
                 return OfferRemoval(record, failure.code, failure.description);

@@ -51,8 +51,8 @@ CUnitOperation::CUnitOperation(LogOptions& options)
 
 void CUnitOperation::OpenOwnLog()
 {
-    const DocumentHold log(
-        OpenRootLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation"));
+    const DocumentHold log =
+        OpenRootLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation");
     AttachAsRoot(nullptr, log.Get(), kInitialName);
 }
 

@@ -1,5 +1,5 @@
 // Keeps a window answering while its thread walks millions of items: messages are handled now and then, and Esc cancels.
-// Keys and clicks in the client area are dropped meanwhile; the window refuses commands while Busy says so.
+// Keys and clicks in the client area are dropped meanwhile; the window refuses commands while one is Running.
 #pragma once
 
 #include <windows.h>

@@ -33,7 +33,7 @@ protected:
     }
     ~RootLog() override { SetLogSurroundings(nullptr); }
 
-    LogDocument* Open() { return OpenRootLog(options, L"Title", L"Name", "kind"); }
+    DocumentHold Open() { return OpenRootLog(options, L"Title", L"Name", "kind"); }
 
     ScratchKey scratch;
     LogOptions options;
@@ -43,14 +43,14 @@ protected:
 TEST_F(RootLog, ReadsTheOptionsAgain)
 {
     scratch.Settings().WriteDword(L"AutoLogLocation", 1);
-    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(nullptr, Open().Get());
     EXPECT_EQ(99u, boxesBefore) << "a dialog was shown";
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Failed to obtain location of Desktop folder", messages.All()[0].text);
     EXPECT_EQ(L"Create log file:", messages.All()[0].caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), messages.All()[0].flags);
     scratch.Settings().WriteDword(L"AutoLogLocation", 0);
-    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(nullptr, Open().Get());
     EXPECT_EQ(1u, messages.All().size());
     EXPECT_EQ(1u, boxesBefore);
 }
@@ -59,7 +59,7 @@ TEST_F(RootLog, OfARegistryOutOfReachAsksForThePlaceAfterSayingSo)
 {
     scratch.MakeInaccessible();
     chosenPath = L"?:\\no such place\\a.zlg";
-    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(nullptr, Open().Get());
     EXPECT_EQ(1u, boxesBefore);
     ASSERT_EQ(2u, messages.All().size());
     EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);
@@ -71,7 +71,7 @@ TEST_F(RootLog, OfARegistryOutOfReachAsksForThePlaceAfterSayingSo)
 
 TEST_F(RootLog, DeclinedIsNoLogAndNoMessage)
 {
-    EXPECT_EQ(nullptr, Open());
+    EXPECT_EQ(nullptr, Open().Get());
     EXPECT_EQ(0u, boxesBefore);
     EXPECT_TRUE(messages.All().empty());
 }

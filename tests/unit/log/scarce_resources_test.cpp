@@ -39,7 +39,7 @@ protected:
     }
     ~ScarceResources() override { SetLogSurroundings(before); }
 
-    LogDocument* OpenAt(const std::wstring& place)
+    DocumentHold OpenAt(const std::wstring& place)
     {
         chosenPath = place;
         return OpenRootLog(options, L"Pack", L"Pack", "kind of object");
@@ -58,18 +58,16 @@ protected:
     }
 
     // A package's life with some calls, logged in `log`, which may be null; each call has to arrive and to succeed.
-    static void Live(LogDocument* log, int calls)
+    static void Live(DocumentHold log, int calls)
     {
-        if (log) log->Hold();
         const ComPtr<FakePackage> package = MakeFake<FakePackage>();
         ComPtr<CPropertyPackage11> proxy(new CPropertyPackage11);
-        proxy->AttachAsRoot(package.Get(), log, "Pack");
+        proxy->AttachAsRoot(package.Get(), log.Get(), "Pack");
         const auto utilities = As<ICapeUtilities>(proxy);
         for (int i = 0; i < calls; ++i) ASSERT_EQ(S_OK, utilities->Initialize());
         EXPECT_EQ(static_cast<std::size_t>(calls), package->calls.size());
         package->result = E_FAIL;
         EXPECT_EQ(E_FAIL, utilities->Terminate());
-        if (log) log->LetGo();
     }
 
     ScratchKey scratch;
@@ -90,9 +88,9 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
         if (full == INVALID_HANDLE_VALUE) GTEST_SKIP() << "there is no full disk";
         CloseHandle(full);
     }
-    LogDocument* log = OpenAt(place);
-    ASSERT_TRUE(log);
-    Live(log, 20'000);
+    DocumentHold log = OpenAt(place);
+    ASSERT_TRUE(log.Get());
+    Live(std::move(log), 20'000);
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(0u, messages.All()[0].text.find(L"The end of log file \"" + place + L"\" is missing. "));
     if (!disk) return;
@@ -104,8 +102,8 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
     DeleteFileW(place.c_str());
     // There is room again.
     log = OpenAt(place);
-    ASSERT_TRUE(log);
-    Live(log, 10);
+    ASSERT_TRUE(log.Get());
+    Live(std::move(log), 10);
     EXPECT_EQ(LogReadResult::Complete, Check(place));
     DeleteFileW(place.c_str());
 }
@@ -116,7 +114,7 @@ TEST_F(ScarceResources, ALogThatOthersHoldOrProtectIsSaidAndNotTouched)
     const auto expectRefusal = [&](const char* why) {
         SCOPED_TRACE(why);
         RecordedMessages messages;
-        EXPECT_EQ(nullptr, OpenAt(place));
+        EXPECT_EQ(nullptr, OpenAt(place).Get());
         ASSERT_EQ(1u, messages.All().size());
         EXPECT_EQ(0u, messages.All()[0].text.find(L"Failed to open log file \"" + place + L"\" for writing: "));
     };
@@ -146,13 +144,11 @@ TEST_F(ScarceResources, TheLogAndItsFolderCannotBeTakenAwayMeanwhile)
     const std::wstring folder = TemporaryPath() + L" folder";
     CreateDirectoryW(folder.c_str(), nullptr);
     const std::wstring place = folder + L"\\log.zlg";
-    LogDocument* log = OpenAt(place);
-    ASSERT_TRUE(log);
-    log->Hold();
+    DocumentHold log = OpenAt(place);
+    ASSERT_TRUE(log.Get());
     EXPECT_FALSE(DeleteFileW(place.c_str()));
     EXPECT_FALSE(RemoveDirectoryW(folder.c_str()));
-    Live(log, 10);
-    log->LetGo();
+    Live(std::move(log), 10);
     EXPECT_EQ(LogReadResult::Complete, Check(place));
     EXPECT_TRUE(DeleteFileW(place.c_str()));
     EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
@@ -170,14 +166,15 @@ TEST_F(ScarceResources, PathsOfEveryLength)
         for (const std::size_t length : {10u, 50u, 90u}) {
             const std::wstring place = folder + L'\\' + std::wstring(length, L'x') + L".zlg";
             RecordedMessages messages;
-            LogDocument* log = OpenAt(place);
+            DocumentHold log = OpenAt(place);
             // Beyond 260 it depends on the system's setting; either way it is clear.
             if (place.size() < MAX_PATH) {
-                EXPECT_TRUE(log) << place.size();
+                EXPECT_TRUE(log.Get()) << place.size();
             }
-            EXPECT_EQ(log ? 0u : 1u, messages.All().size()) << place.size();
-            Live(log, 3);
-            if (log) {
+            const bool isOpen = log.Get() != nullptr;
+            EXPECT_EQ(isOpen ? 0u : 1u, messages.All().size()) << place.size();
+            Live(std::move(log), 3);
+            if (isOpen) {
                 EXPECT_TRUE(ReadWhole(L"\\\\?\\" + place).ends_with("</zeltlogdocument>\r\n"));
             }
             DeleteFileW((L"\\\\?\\" + place).c_str());
@@ -196,9 +193,9 @@ TEST_F(ScarceResources, PathsInEveryScript)
         options.promptOpenLog = true;
         Store(options);
         const std::wstring place = TemporaryPath() + name + L".zlg";
-        LogDocument* log = OpenAt(place);
-        ASSERT_TRUE(log);
-        Live(log, 3);
+        DocumentHold log = OpenAt(place);
+        ASSERT_TRUE(log.Get());
+        Live(std::move(log), 3);
         EXPECT_EQ(LogReadResult::Complete, Check(place));
         ASSERT_EQ(1u, messages.All().size());
         EXPECT_EQ(L"Open log file \"" + place + L"\"?", messages.All()[0].text);
@@ -221,9 +218,9 @@ TEST_F(ScarceResources, AThousandPackagesAtOnceHaveAThousandLogs)
     for (int i = 0; i < kPackages; ++i) {
         Alive one = {MakeFake<FakePackage>(), ComPtr<CPropertyPackage11>(new CPropertyPackage11),
                      start + std::to_wstring(i)};
-        LogDocument* log = OpenAt(one.log);
-        ASSERT_TRUE(log) << i;
-        one.proxy->AttachAsRoot(one.package.Get(), log, "Pack " + std::to_string(i));
+        const DocumentHold log = OpenAt(one.log);
+        ASSERT_TRUE(log.Get()) << i;
+        one.proxy->AttachAsRoot(one.package.Get(), log.Get(), "Pack " + std::to_string(i));
         all.push_back(std::move(one));
     }
     // Each is called between the others.
