@@ -162,7 +162,8 @@ sub IsOnlySearched
     my $name = $constant->{name};
     my $code = substr $source->{code}, $source->{tokens}[$constant->{last}]{end};
     my $whole = qr/std::begin\(\Q$name\E\),\s*std::end\(\Q$name\E\)/;
-    my $searches = $code =~ s/std::find\($whole,[^;]*?\)\s*[!=]=\s*std::end\(\Q$name\E\)//g;
+    my $searches = ($code =~ s/std::find\($whole,[^;]*?\)\s*[!=]=\s*std::end\(\Q$name\E\)//g) || 0;
+    $searches += $code =~ s/IsOneOf\([^;]*?,\s*\Q$name\E\)//g;
     my $sets = $code =~ s/std::set<[^;{}()]*>\s*\w*\($whole\)//g;
     return ($searches || $sets) && $code !~ /\b\Q$name\E\b/;
 }

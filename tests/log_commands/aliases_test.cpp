@@ -226,6 +226,20 @@ TEST_F(Aliases, ANumberKeepsItsSignAndWhetherItIsWhole)
     for (const char* zero : {"0", "-0", "0.0", "0e5"}) EXPECT_EQ(zero, aliases.Value(zero, "double"));
 }
 
+TEST_F(Aliases, TextsThatDifferInOneBitHaveDifferentAliases)
+{
+    for (std::size_t length = 1; length <= 24; ++length) {
+        const std::string text(length, 'a');
+        std::set<std::string> found = {aliases.Text(text)};
+        for (std::size_t bit = 0; bit < 8 * length; ++bit) {
+            std::string other = text;
+            other[bit / 8] = static_cast<char>(other[bit / 8] ^ 1 << bit % 8);
+            found.insert(aliases.Text(other));
+        }
+        EXPECT_EQ(8 * length + 1, found.size()) << length;
+    }
+}
+
 TEST_F(Aliases, NumbersAreSpreadOverTheirWholeRange)
 {
     std::set<std::string> exponents;

@@ -186,6 +186,26 @@ const CheckCase kCases[] = {
     {"a new material that was set",
      Calculate(Create("Feed", "New") + Write("density", "New") + Read("density", "New")),
      {}},
+    {"a new material, read by all means that there are",
+     Calculate(
+         Create("Feed", "New") +
+         Call("ICapeThermoMaterial::GetTPFraction", "out", "New", Text("phaseLabel", "Liquid")) +
+         Call("ICapeThermoMaterial::GetOverallProp", "out", "New", Text("property", "flow")) +
+         Call("ICapeThermoMaterialObject::GetProp", "out", "New", Text("property", "volume") + Text("phase", "Vapor"))),
+     {"9: read-before-set: the property \"temperature\" of the phase \"Liquid\" of \"New\" is read",
+      "9: read-before-set: the property \"pressure\" of the phase \"Liquid\" of \"New\" is read",
+      "9: read-before-set: the property \"fraction\" of the phase \"Liquid\" of \"New\" is read",
+      "14: read-before-set: the property \"flow\" of \"New\" is read",
+      "19: read-before-set: the property \"volume\" of the phase \"Vapor\" of \"New\" is read"}},
+    {"a new material, read when all is set",
+     Calculate(
+         Create("Feed", "New") + Write("temperature", "New") + Write("pressure", "New") + Write("fraction", "New") +
+         Call("ICapeThermoMaterial::SetOverallProp", "out", "New", Text("property", "flow")) +
+         Call("ICapeThermoMaterialObject::SetProp", "out", "New", Text("property", "volume") + Text("phase", "Vapor")) +
+         Call("ICapeThermoMaterial::GetTPFraction", "out", "New", Text("phaseLabel", "Liquid")) +
+         Call("ICapeThermoMaterial::GetOverallProp", "out", "New", Text("property", "flow")) +
+         Call("ICapeThermoMaterialObject::GetProp", "out", "New", Text("property", "volume") + Text("phase", "Vapor"))),
+     {}},
     {"a new material with a used name", Calculate(Create("Feed", "Feed") + Read("density", "Feed")), {}},
     {"a copy",
      Calculate(Create("Feed", "New") + Call("ICapeThermoMaterial::CopyFromMaterial", "out", "New") +

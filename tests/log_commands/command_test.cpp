@@ -169,6 +169,15 @@ TEST(Alignment, LeavesAsFewOverAsCanBe)
     EXPECT_EQ(6u, b);
 }
 
+TEST(Alignment, SortsOutThreeThousandLeftOver)
+{
+    const std::vector<int> a(1500, 1);
+    const ctl::Alignment most = ctl::Align(a, std::vector<int>(1500, 2));
+    EXPECT_TRUE(most.complete);
+    EXPECT_EQ(3000u, most.pairs.size());
+    EXPECT_FALSE(ctl::Align(a, std::vector<int>(1501, 2)).complete);
+}
+
 TEST(Alignment, GivesUpWhereNothingIsAlike)
 {
     const std::vector<int> a(4000, 1), b(4000, 2);

@@ -74,6 +74,11 @@ const DifferenceCase kDifferences[] = {
     {"an error in a call", "<func name=\"A::B\" direc=\"in\" object=\"P\"></func>",
      "<func name=\"A::B\" direc=\"in\" object=\"P\"><error value=\"E_FAIL: x\"/></func>",
      "~ 3 3  A::B (P) error: (nothing) -> E_FAIL: x"},
+    {"a number with more behind it", Call("F", "string", "1 K"), Call("F", "string", "1 L"),
+     "~ 3 3  ICapeX::M (F) out a[1]: 1 K -> 1 L"},
+    {"numbers beyond all bounds", Call("F", "double", "1e999"), Call("F", "double", "2e999"),
+     "~ 3 3  ICapeX::M (F) out a[1]: 1e999 -> 2e999"},
+    {"a number at the end of a message", "<warning value=\"w 1\"/>", "<warning value=\"w 2\"/>", "- 3  warning: w 1"},
     {"NaN", Call("F", "double", "1"), Call("F", "double", "N/A"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> N/A"},
 };
 

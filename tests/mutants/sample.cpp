@@ -39,6 +39,7 @@ bool Use(int value, char (&text)[Size])
 // Tables whose order of rows nobody can see, and one where somebody can.
 constexpr std::string_view kWords[] = {"a", "b"};
 constexpr std::string_view kMarks[] = {"c", "d"};
+constexpr std::string_view kNumbers[] = {"1", "2"};
 constexpr std::string_view kPlaces[] = {"e", "f"};
 
 bool IsKnown(std::string_view text)
@@ -46,7 +47,7 @@ bool IsKnown(std::string_view text)
     static const std::set<std::string_view> words(std::begin(kWords), std::end(kWords));
     const auto place = std::find(std::begin(kPlaces), std::end(kPlaces), text);
     return words.count(text) || std::find(std::begin(kMarks), std::end(kMarks), text) != std::end(kMarks) ||
-           place == std::begin(kPlaces);
+           IsOneOf(text, kNumbers) || place == std::begin(kPlaces);
 }
 
 }  // namespace sample
