@@ -97,7 +97,9 @@ int FollowLog(const Arguments& arguments, Streams& streams)
     GrowingLog log(path, arguments.Number("--idle"), streams.data);
     NewOnly sink(tree, text, log, !arguments.Has("--new"));
     Output ignored;
-    if (!ReadEvents(log, path, sink, ignored)) streams.messages << path << ": the log has no end yet\n";
+    const bool ended = ReadEvents(log, path, sink, ignored);
+    text.Finish();
+    if (!ended) streams.messages << path << ": the log has no end yet\n";
     return kFine;
 }
 

@@ -79,7 +79,9 @@ int ShowLog(const Arguments& arguments, Streams& streams)
         static_cast<void>(ReadEvents(path, collector, ignored));  // the second reading reports it
     }
     FilteredTree shower(filter, wanted == Wanted::All ? nullptr : &collector.matches, tree);
-    return CodeOf(ReadEvents(path, shower, streams.messages), kFine);
+    const bool complete = ReadEvents(path, shower, streams.messages);
+    tree.Finish();
+    return CodeOf(complete, kFine);
 }
 
 }  // namespace zelt::ctl

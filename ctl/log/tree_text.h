@@ -14,6 +14,8 @@ public:
 
     void Begin(const LogEvent& event);
     void End(EventKind kind, int depth);
+    // Behind the last event: values outside of an argument leave their line open for more.
+    void Finish() { EndLine(); }
 
     // What begins while it is silent is not shown.
     void SetSilent(bool now) { silent = now; }

@@ -116,6 +116,17 @@ TEST(LogShow, ShowsWhatStandsBeforeTheCut)
     }
 }
 
+TEST(LogShow, ShowsValuesOutsideOfArgumentsInOneLine)
+{
+    const TemporaryLog log(
+        InLog("<func name=\"A::B\" direc=\"in\" object=\"P\">\r\n<arg name=\"a\" direc=\"in\" type=\"long\"/>\r\n"
+              "<argval value=\"1\"/>\r\n<argval value=\"2\"/>\r\n</func>\r\n"));
+    for (const char* command : {"show", "follow"}) {
+        EXPECT_EQ("       3  > A::B  P\n       4    in a (long) =\n       5    = 1, 2\n",
+                  RunCommand({"log", command, log.Path()}).data);
+    }
+}
+
 struct DamageCase {
     const char *name, *entry, *shown;
 };
