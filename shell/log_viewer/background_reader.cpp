@@ -16,8 +16,8 @@
 namespace zelt {
 namespace {
 
-// The first batches are small: what is made of the beginning should not wait. Those that follow are as large together as all
-// before, until handing one over costs next to nothing.
+// The first batches are small, so that the viewer need not wait for the beginning. Later ones double the rows read so far,
+// until handing one over costs next to nothing.
 constexpr std::size_t kFirstBatchRows = 1024;
 constexpr std::size_t kMostBatchRows = 16 * kFirstBatchRows;
 // Labels may be megabytes long each.
@@ -25,15 +25,15 @@ constexpr std::size_t kMostBatchText = 4 << 20;
 constexpr std::size_t kWaitingBatches = 4;
 constexpr std::chrono::milliseconds kPatience{50};
 
-// Rows on their way, as small as they can be: many millions go from one core's memory to the other's.
+// Rows in transit, as small as possible: many millions move from one core's memory to the other's.
 struct Batch {
     struct Entry {
-        std::uint32_t length;  // of the label, which stands behind the label before; or the line of an objection
+        std::uint32_t length;  // of the label, which follows the previous label; or the line of an objection
         std::uint16_t depth;
         std::uint8_t image;
         std::uint8_t flags;
     };
-    // A label is shorter than the parser's limit of ten million bytes, and nothing lies deeper than its 256.
+    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its 256.
     static_assert(sizeof(Entry) == 8);
     enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
 
@@ -57,10 +57,10 @@ struct Batch {
     }
 };
 
-// Batches on their way from one thread to the other, and empty ones on their way back.
+// Takes batches from one thread to the other, and empty ones back.
 class Queue {
 public:
-    // Takes the batch's content; false once nobody wants any more.
+    // Takes the batch's content; false once nobody wants more.
     bool Put(Batch& batch)
     {
         std::unique_lock lock(mutex);
@@ -83,7 +83,7 @@ public:
     }
 
     enum class Taken { Batch, NothingYet, Nothing };
-    // Gives the batch that was taken before back.
+    // Gives back the batch that was taken before.
     Taken Take(Batch& batch)
     {
         batch.Clear();
@@ -112,7 +112,7 @@ private:
     bool abandoned = false;
 };
 
-// False once the sink has enough.
+// False once the sink wants no more.
 bool Deliver(const Batch& batch, RowSink& sink)
 {
     std::string_view rest = batch.text;
@@ -150,7 +150,7 @@ public:
         nextHandOver = rows + std::min(std::max(rows, kFirstBatchRows), kMostBatchRows);
         batch.position = file.Position();
         if (!wanted || !queue.Put(batch)) {
-            // The reading ends with its next step.
+            // The reading ends at its next step.
             wanted = false;
             batch.Clear();
         }
@@ -165,7 +165,7 @@ private:
     bool wanted = true;
 };
 
-// The thread ends before this does, whatever ends the taking.
+// The thread ends before this object does, whatever ends the taking.
 class Reading {
 public:
     explicit Reading(const SharedLogFile& file) : thread([this, &file] { Run(file); }) {}
@@ -218,7 +218,7 @@ LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, lon
     try {
         reading.emplace(file);
     } catch (const std::system_error&) {
-        // No thread is to be had.
+        // No thread can be started.
         return ReadRows(file, sink);
     }
     Batch batch;

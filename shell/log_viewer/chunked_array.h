@@ -1,5 +1,5 @@
-// An array that grows to many millions without ever moving what it holds, so that it needs neither a stretch of address
-// space as large as itself nor twice its memory while it grows. Does not shrink.
+// An array that grows to many millions of elements without moving them. It needs neither contiguous address
+// space of its own size nor twice its memory while it grows. Does not shrink.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ public:
     T& operator[](std::size_t index) { return chunks[index >> kBits][index & kMask]; }
     const T& operator[](std::size_t index) const { return chunks[index >> kBits][index & kMask]; }
 
-    // Throws std::bad_alloc, with the array as it was.
+    // Throws std::bad_alloc, leaving the array as it was.
     void Add(const T& value)
     {
         if ((size & kMask) == 0 && size >> kBits == chunks.size()) {

@@ -31,7 +31,7 @@ void ErrorList::SetCount(DWORD flags) const
 
 void ErrorList::FitColumn() const
 {
-    // The list holds no rows of its own to measure. The longest labels in bytes stand for the widest.
+    // The list holds no rows of its own to measure. Takes the labels with the most bytes for the widest.
     constexpr std::size_t kMeasured = 16;
     std::vector<ItemIndex> longest(std::min(kMeasured, model.Errors().size()));
     std::partial_sort_copy(model.Errors().begin(), model.Errors().end(), longest.begin(), longest.end(),
@@ -70,7 +70,7 @@ void ErrorList::OnNotify(const NMHDR& header, const std::function<void(ItemIndex
         const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
         if ((change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED)) chosen(ItemOf(change.iItem));
     }
-    // The row that is selected already: the tree may show another item since.
+    // The row may be selected already, while the tree now shows another item.
     if (header.code == NM_CLICK) chosen(ItemOf(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem));
 }
 
@@ -80,7 +80,7 @@ LRESULT CALLBACK ErrorList::Procedure(HWND list, UINT message, WPARAM wParam, LP
     const LRESULT result = DefSubclassProc(list, message, wParam, lParam);
     if (message == LVM_GETITEMW || message == LVM_GETITEMA) {
         auto& self = *reinterpret_cast<ErrorList*>(errorList);
-        // Both forms of the structure begin alike.
+        // Both forms of the structure begin the same way.
         auto& item = *reinterpret_cast<LVITEMW*>(lParam);
         const ItemIndex shown = self.ItemOf(item.iItem);
         if ((item.mask & LVIF_PARAM) && shown != kNoItem) {

@@ -1,5 +1,5 @@
-// The list of a log's errors and warnings: a virtual list view whose rows are items of the model. Owns no data but the label
-// that was asked for last.
+// The list of a log's errors and warnings: a virtual list view whose rows are items of the model. Owns no data except the
+// label requested last.
 #pragma once
 
 #include <windows.h>
@@ -27,16 +27,16 @@ public:
     // Makes the column as wide as the longest labels, or as the list.
     void FitColumn() const;
 
-    // The item of a row; kNoItem for a row that there is not.
+    // The item of a row; kNoItem for a row that does not exist.
     ItemIndex ItemOf(int row) const;
     ItemIndex Selected() const;
     void Select(std::size_t row) const;
 
-    // Takes the list's notifications. `chosen` is called with the item that the user has selected or clicked.
+    // Handles the list's notifications. Calls `chosen` with the item that the user selects or clicks.
     void OnNotify(const NMHDR& header, const std::function<void(ItemIndex)>& chosen);
 
 private:
-    // The list keeps no data of its rows: a row's item data, the tree's item, is given when it is asked for.
+    // The list keeps no data for its rows: a row's item data, the tree's item, is supplied on request.
     static LRESULT CALLBACK Procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                       DWORD_PTR errorList);
     void Draw(NMLVDISPINFOW& request);
@@ -45,7 +45,7 @@ private:
     const LogModel& model;
     LogTree& tree;
     HWND window = nullptr;
-    std::wstring shown;  // the label that the list asked for last
+    std::wstring shown;  // the label that the list requested last
 };
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// The small window that shows how far a long log has been read. Modeless: the reading thread asks it now and then to
-// handle its messages. Closes with its object.
+// The small window that shows how much of a long log has been read. Modeless: the reading thread asks it now and then to
+// handle its messages. Closes when its object is destroyed.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ public:
     explicit CFileProgressDialog(HWND owner);
     ~CFileProgressDialog() override;
 
-    // Cheap enough to be called for every element. False once the user has cancelled.
+    // Cheap enough to call for every element. False once the user has cancelled.
     template <class Position>
     bool Advance(Position&& position)
     {

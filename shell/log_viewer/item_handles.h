@@ -1,5 +1,5 @@
-// Which item of the model has which handle in the tree view. Of a large log few items are in the tree: memory is taken for
-// the neighbourhoods of those alone.
+// Maps items of the model to handles in the tree view. Few items of a large log are in the tree, so it takes memory only for
+// their neighbourhoods.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// A text looked for in labels. It moves through a label by as much as the character at the text's end allows, so that most
-// characters are never looked at; nothing is copied, and case is ignored on the way.
+// A text to find in labels. It skips through a label as far as the character at the text's end allows, so that most
+// characters are never examined. It copies nothing and folds case as it compares.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace zelt {
 
 class LabelPattern {
 public:
-    // Character by character, as far as ASCII goes: logs hold nothing else.
+    // Ignores case in ASCII letters only: logs hold nothing else.
     LabelPattern(std::string text, bool ignoreCase);
 
     bool IsIn(std::string_view label) const;
@@ -20,7 +20,7 @@ private:
     unsigned char Folded(char character) const { return folded[static_cast<unsigned char>(character)]; }
     bool IsAt(const char* place) const;
 
-    std::array<unsigned char, 256> folded;  // each character as it is compared
+    std::array<unsigned char, 256> folded;  // each character in the form that is compared
     std::string wanted;
     std::array<std::size_t, 256> steps;  // by the folded character where the text's last one would be
 };

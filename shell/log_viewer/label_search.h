@@ -1,4 +1,4 @@
-// The search through the labels of a log, in tree order, around both ends.
+// The search through the labels of a log, in tree order, wrapping at both ends.
 #pragma once
 
 #include "shell/log_viewer/log_model.h"
@@ -8,8 +8,8 @@ namespace zelt {
 
 class LongTask;
 
-// The first match behind `start`, or before it when the search goes backward; `start` itself comes last. kNoItem when
-// nothing matches, or the task was cancelled.
+// The first match after `start`, or before it in a backward search; `start` itself comes last. kNoItem if
+// nothing matches or the task was cancelled.
 ItemIndex FindLabel(const LogModel& model, ItemIndex start, const TreeSearch& search, LongTask& task);
 
 }  // namespace zelt

@@ -16,10 +16,10 @@
 namespace zelt {
 namespace {
 
-// A log of more bytes shows how far it has been read.
+// The reading of a log of more bytes shows its progress.
 constexpr long long kLengthWithProgress = 50000;
 
-// What a log is read into: the model, and the tree as long as the log promises to be in it whole.
+// Receives the log: fills the model, and the tree as long as the whole log seems to fit.
 class ViewerSink final : public RowSink {
 public:
     ViewerSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
@@ -48,11 +48,11 @@ public:
     }
 
 private:
-    // The file has at most as many items as its beginning lets expect. Where that is too many, more of the file may tell
-    // better; a promise that is broken ends at the limit.
+    // Estimates the file's items from its beginning. If they are too many, a later estimate may be better; if they turn out
+    // to be more than estimated, filling ends at the limit.
     void Estimate(ItemIndex items)
     {
-        // The whole of a short file is read at once.
+        // A short file is read at once.
         const double read =
             position < length ? static_cast<double>(position - kReadAhead) : std::min<double>(length, kReadAhead);
         filling = items < LogTree::kFilledItems && items * length <= LogTree::kFilledItems * read;
@@ -65,7 +65,7 @@ private:
     CFileProgressDialog* const progress;
     const bool& closed;
     const std::function<void(int)> report;
-    // How far the file had been read when the last item was.
+    // How far the file had been read when the last item was read.
     long long position;
     bool filling = false;
     ItemIndex nextEstimate = 1024;

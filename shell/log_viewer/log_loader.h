@@ -1,5 +1,5 @@
-// Reads a log into a viewer's model, and into its tree as far as the tree takes it at once. Shows how far it has come, and says
-// in message boxes what is wrong with the log; what could be read of it stays.
+// Reads a log into a viewer's model, and into its tree as far as the tree takes it at once. Shows its progress, and reports in
+// message boxes what is wrong with the log. Keeps what it could read.
 #pragma once
 
 #include <string>
@@ -15,12 +15,12 @@ class SharedLogFile;
 
 class LogLoader {
 public:
-    // `closed` may become true while the log is read, which ends the reading.
+    // `closed` may become true while the log is read; this ends the reading.
     LogLoader(const Dialog& dialog, const std::wstring& path, LogModel& model, LogTree& tree, const bool& closed)
         : dialog(dialog), path(path), model(model), tree(tree), closed(closed)
     {}
 
-    // False when there is no such file, or it cannot be opened. Once only.
+    // False when the file does not exist or cannot be opened. Call once only.
     bool Load();
 
 private:

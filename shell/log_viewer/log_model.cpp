@@ -10,9 +10,9 @@ namespace {
 constexpr std::size_t kBlockSize = 1 << 20;
 constexpr std::uint32_t kMostLabels = 1u << 27;
 constexpr std::size_t kFirstTable = 1 << 12;
-// A log with more labels than half of this has mostly labels of their own: further ones are not looked for again.
+// In a log with more labels than half of this, most labels are unique: later ones do not enter the table.
 constexpr std::size_t kLargestTable = 1 << 22;
-// A label that is not found within so many slots is stored again. Logs made to collide cost no more than others.
+// A label not found within this many slots is stored again, so logs made to collide cost no more than others.
 constexpr int kMostProbes = 32;
 
 std::uint32_t HashOf(std::string_view text)
@@ -32,7 +32,7 @@ std::uint32_t HashOf(std::string_view text)
     return mix((hash ^ last) * kFactor);
 }
 
-// A comparison that seldom fails, and is made for every item.
+// A comparison that runs for every item and seldom fails.
 bool AreEqual(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size()) return false;

@@ -1,6 +1,6 @@
-// A whole log in a few words an item: the items in the order of the file, each label's text once. The order makes tree
-// order trivial: an item's descendants follow it, up to its end. Removed items stay in place, marked. Owns all of it;
-// knows nothing of windows, and does not shrink.
+// A whole log in a few words per item: the items in file order, and each label's text once. This makes tree
+// order trivial: an item's descendants follow it, up to its end. Removed items stay in place, marked. Owns all of it,
+// knows nothing about windows, and does not shrink.
 #pragma once
 
 #include <cstdint>
@@ -18,28 +18,28 @@ constexpr ItemIndex kNoItem = 0xFFFFFFFF;
 
 class LogModel {
 public:
-    // Rows come in the order of the file, and each becomes an item. Throws std::bad_alloc, with the model as it was.
+    // Rows come in file order, and each becomes an item. Throws std::bad_alloc, leaving the model as it was.
     ItemIndex Add(const LogRow& row);
-    // To be called after the last item and before anything below.
+    // Call after the last item and before anything below.
     void Finish();
 
     ItemIndex Size() const { return static_cast<ItemIndex>(items.Size()); }
     SmallImage Image(ItemIndex item) const { return static_cast<SmallImage>(items[item].image); }
     std::string_view Label(ItemIndex item) const;
-    // Items with equal numbers, which are below LabelCount, have equal labels; so have, rarely, others.
+    // Below LabelCount. Items with equal numbers have equal labels; rarely, so do items with different numbers.
     std::uint32_t LabelNumber(ItemIndex item) const { return items[item].label; }
     std::uint32_t LabelCount() const { return static_cast<std::uint32_t>(labels.Size()); }
     bool IsRemoved(ItemIndex item) const { return items[item].removed; }
 
-    // Family, without the removed; kNoItem where there is none. kNoItem as an argument stands for the tree's root.
+    // Relatives, without removed items; kNoItem if there is none. kNoItem as an argument means the tree's root.
     ItemIndex Parent(ItemIndex item) const { return items[item].parent; }
-    // Behind the last descendant.
+    // After the last descendant.
     ItemIndex End(ItemIndex item) const { return items[item].end; }
     ItemIndex FirstChild(ItemIndex item) const;
     ItemIndex NextSibling(ItemIndex item) const;
     bool HasChildren(ItemIndex item) const { return FirstChild(item) != kNoItem; }
 
-    // Tree order, around both ends; kNoItem when nothing is left.
+    // In tree order, wrapping at both ends; kNoItem when nothing is left.
     ItemIndex Next(ItemIndex item) const;
     ItemIndex Previous(ItemIndex item) const;
     ItemIndex First() const { return FirstChild(kNoItem); }
@@ -47,7 +47,7 @@ public:
     // The errors and warnings, in tree order.
     const std::vector<ItemIndex>& Errors() const { return errors; }
 
-    // Removes an item with everything below it. CleanErrors follows, once after any number of removals.
+    // Removes an item with everything below it. After any number of removals, call CleanErrors once.
     void Remove(ItemIndex item);
     void CleanErrors();
 
@@ -57,10 +57,10 @@ private:
         std::uint32_t image : 4;
         std::uint32_t removed : 1;
         ItemIndex parent;
-        ItemIndex end;  // behind the last descendant; kNoItem while the item is open
+        ItemIndex end;  // after the last descendant; kNoItem while the item is open
     };
 
-    // Of the hash table of labels: open addressing, and the hash beside the number, so that few texts are looked at.
+    // For the hash table of labels: open addressing, with the hash beside the number, so that few texts are compared.
     struct Slot {
         std::uint32_t hash;
         std::uint32_t label;  // kNoItem where the slot is free
@@ -73,7 +73,7 @@ private:
     ItemIndex FirstKept(ItemIndex item, ItemIndex end) const;
 
     ChunkedArray<Item> items;
-    std::vector<ItemIndex> open;  // the items whose ends are not known yet, outermost first
+    std::vector<ItemIndex> open;  // the items whose ends are still unknown, outermost first
     std::vector<ItemIndex> errors;
 
     ChunkedArray<const char*> labels;  // each its length, then its bytes

@@ -3,7 +3,7 @@
 namespace zelt {
 namespace {
 
-// The text of an event without a name is its label as it is.
+// An event without a name has its text as its label.
 bool HasName(const LogEvent& event) { return event.kind == EventKind::Call || event.kind == EventKind::Argument; }
 
 }  // namespace

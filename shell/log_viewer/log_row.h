@@ -1,5 +1,5 @@
-// What the viewer shows of a log's event: a row with an image and a label. The one place that knows which image an event
-// has and how its label is composed.
+// What the viewer shows for a log's event: a row with an image and a label. The only place that knows an event's image
+// and how to compose its label.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ struct LogRow {
     int depth;
     SmallImage image;
     bool hasChildren;        // the next row is its first child
-    bool isError;            // an error or a warning as logs have it, without an end tag
+    bool isError;            // an error or a warning as logs write it, without an end tag
     std::string_view label;  // UTF-8
 };
 
@@ -23,7 +23,7 @@ bool IsError(const LogEvent& event);
 // "name (object)" of a call, "name (type: T)" of an argument, the text of anything else.
 void AppendLabel(std::string& out, const LogEvent& event);
 
-// Receives the rows, and what else the viewer asks of a LogSink.
+// Receives the rows, and whatever else the viewer needs from a LogSink.
 class RowSink {
 public:
     virtual ~RowSink() = default;
@@ -32,7 +32,7 @@ public:
     virtual bool Continue() = 0;
 };
 
-// Turns events into rows as they come. The labels are valid during the call that brings them.
+// Turns events into rows as they come. A label is valid only during the call that passes it.
 class RowBuilder final : public LogSink {
 public:
     explicit RowBuilder(RowSink& rows) : rows(rows) {}

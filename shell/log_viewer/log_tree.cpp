@@ -21,11 +21,11 @@ bool LogTree::Insert(ItemIndex item, bool hasChildren)
     const ItemIndex parent = model->Parent(item);
     TVINSERTSTRUCTW record = {};
     record.hParent = parent == kNoItem ? TVI_ROOT : handles.Get(parent);
-    // To a tree view null is its root.
+    // A tree view takes null for its root.
     if (!record.hParent) return false;
     record.hInsertAfter = TVI_LAST;
     record.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_CHILDREN;
-    // The item keeps its text whole; text asked for on demand would be cut to the length that is drawn.
+    // The item keeps its whole text; text supplied on demand would be cut to the length that is drawn.
     std::wstring label = Widen(model->Label(item), CP_UTF8);
     record.item.pszText = label.data();
     record.item.iImage = record.item.iSelectedImage = model->Image(item);
@@ -55,7 +55,7 @@ void LogTree::Fill()
     if (size == 0) return;
     if (size <= kFilledItems) {
         FillUpTo(size - 1, false);
-        // Where the reading was cancelled, an item may lack the children that it has in the file.
+        // If the reading was cancelled, an item may lack the children that it has in the file.
         UpdateParent(size - 1);
         return;
     }
@@ -65,7 +65,7 @@ void LogTree::Fill()
     FillOutermost(kNoItem, kShown);
 }
 
-// Filling that was given up has left families in the tree of which some members are missing.
+// When filling is given up, some families in the tree lack members.
 void LogTree::CompleteFamilies()
 {
     ItemIndex item = filled;
@@ -85,7 +85,7 @@ void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
     const Unpainted unpainted(*this);
     for (; nextOutermost <= last && nextOutermost != kNoItem && most > 0; --most) {
         if (!model->IsRemoved(nextOutermost) && !Insert(nextOutermost, model->HasChildren(nextOutermost))) {
-            // The memory is at its end. What is in the tree stays usable.
+            // Out of memory. What is in the tree stays usable.
             nextOutermost = kNoItem;
             break;
         }
@@ -97,7 +97,7 @@ void LogTree::FillSomeOutermost()
 {
     constexpr ItemIndex kSome = 2000;
     UpdateWindow(window);
-    // Rows that come below those in view leave the picture as it is.
+    // Rows below the visible ones do not change the picture.
     RECT row = {}, client;
     GetClientRect(window, &client);
     const HTREEITEM last = handles.Get(lastOutermost);
@@ -158,7 +158,7 @@ void LogTree::KeepSelectionVisible() const
     if (const HTREEITEM selected = TreeView_GetSelection(window)) TreeView_EnsureVisible(window, selected);
 }
 
-// Counts no further than it must.
+// Counts no further than necessary.
 bool LogTree::ExceedsLimit(ItemIndex parent) const
 {
     ItemIndex child = model->FirstChild(parent);
@@ -191,16 +191,16 @@ bool LogTree::ExpandAll(LongTask& task)
 
 void LogTree::CollapseAll(LongTask& task)
 {
-    // A selection inside of what collapses goes to the outermost item around it.
+    // A selection inside a collapsing item moves to its outermost ancestor.
     ItemIndex selected = Selected();
     while (selected != kNoItem && model->Parent(selected) != kNoItem) selected = model->Parent(selected);
     {
         const Unpainted unpainted(*this);
         if (selected != kNoItem) TreeView_SelectItem(window, handles.Get(selected));
-        // From the end to the front: an item collapses before the one around it.
+        // From last to first: an item collapses before its parent.
         for (ItemIndex item = model->Size(); item-- > 0 && task.Continue();) {
             if (model->IsRemoved(item) || !handles.Has(item)) continue;
-            // What has no children in the tree was never expanded.
+            // An item without children in the tree was never expanded.
             const ItemIndex child = model->FirstChild(item);
             if (child != kNoItem && handles.Has(child)) TreeView_Expand(window, handles.Get(item), TVE_COLLAPSE);
         }

@@ -1,7 +1,7 @@
-// The tree view of a viewer, fed from the model. A log of up to kFilledItems is in the tree whole, and enters it while it
-// is read. Of a larger one, children enter the tree when they are first expanded or selected, and the outermost items from
-// the first on, some at a time while the window is idle; whoever goes further finds the rest there. Owns which item has
-// which handle; neither the window nor the model.
+// The tree view of a viewer, filled from the model. A log of up to kFilledItems enters the tree completely, while it is
+// read. In a larger one, children enter the tree when they are first expanded or selected. The outermost items enter in
+// order, some at a time while the window is idle; a user who goes further finds the rest there. Owns the mapping from
+// items to handles, but neither the window nor the model.
 #pragma once
 
 #include <windows.h>
@@ -17,28 +17,28 @@ class LongTask;
 class LogTree {
 public:
     static constexpr ItemIndex kFilledItems = 100'000;
-    // Expanding everything stops rather than have more items than this inside of others in the tree.
+    // Expanding everything stops before the tree has more nested items than this.
     static constexpr ItemIndex kExpandedItems = 200'000;
 
     void Attach(HWND treeView, const LogModel& logModel);
 
-    // While the log is read: the whole of it up to this item, the model's last.
+    // While the log is read: all of it up to this item, the model's last.
     void FillUpTo(ItemIndex last, bool lastHasChildren);
     // Once the model is complete: the rest of a small log, or the first outermost items of a large one.
     void Fill();
 
     // The outermost items are all in the tree.
     bool HasAllOutermost() const { return nextOutermost == kNoItem; }
-    // The next of them; some milliseconds.
+    // Adds the next of them; takes some milliseconds.
     void FillSomeOutermost();
     void FillAllOutermost(LongTask& task);
-    // This is the last outermost item that is in the tree, though not the log's last.
+    // This is the last outermost item in the tree so far, though not the log's last.
     bool IsLastSoFar(HTREEITEM handle) const
     {
         return !HasAllOutermost() && handle && handle == handles.Get(lastOutermost);
     }
 
-    // When an item is about to be expanded.
+    // For an item that is about to be expanded.
     void FillChildren(ItemIndex item);
 
     ItemIndex Selected() const;
@@ -51,11 +51,11 @@ public:
     bool ExpandAll(LongTask& task);
     void CollapseAll(LongTask& task);
 
-    // What the model has removed; UpdateParent follows for the item around it.
+    // Erases what the model has removed; call UpdateParent for its parent next.
     void Erase(ItemIndex item);
     void UpdateParent(ItemIndex item);
 
-    // The tree view is not painted while one of these lives.
+    // The tree view is not painted while one of these exists.
     class Unpainted {
     public:
         explicit Unpainted(LogTree& tree) : tree(tree) { tree.SetRedraw(false); }
@@ -75,16 +75,16 @@ private:
     // Up to the item `last`, and no more than `most`.
     void FillOutermost(ItemIndex last, ItemIndex most);
     bool ExceedsLimit(ItemIndex parent) const;
-    // Off as often as on.
+    // Each "off" needs one "on".
     void SetRedraw(bool on);
 
     HWND window = nullptr;
     const LogModel* model = nullptr;
     ItemHandles handles;
-    ItemIndex filled = 0;               // so many items, from the first on, are in the tree whole
+    ItemIndex filled = 0;               // the first so many items are all in the tree
     ItemIndex nextOutermost = kNoItem;  // the first that is not in the tree
     ItemIndex lastOutermost = kNoItem;
-    ItemIndex inner = 0;  // items in the tree that are inside of others
+    ItemIndex inner = 0;  // nested items in the tree
     int paused = 0;       // redrawing
 };
 

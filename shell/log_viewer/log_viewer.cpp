@@ -23,7 +23,7 @@ void Fail(const std::wstring& path, const std::wstring& reason) noexcept
     try {
         ShowMessage(L"Parse error in log file \"" + path + L"\": " + reason, L"Error:", MB_OK | MB_ICONERROR);
     } catch (...) {
-        // There is no memory for the sentence.
+        // There is no memory for the full text.
         MessageBoxW(nullptr, L"Out of memory", L"Error:", MB_OK | MB_ICONERROR);
     }
 }

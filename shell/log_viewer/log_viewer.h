@@ -1,4 +1,4 @@
-// Opens log files, each in a window on a thread of its own. The server-process reference of a viewer is taken before its
+// Opens log files, each in a window on its own thread. Takes a viewer's server-process reference before its
 // thread starts, so that the process does not end in between.
 #pragma once
 

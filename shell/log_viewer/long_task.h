@@ -1,5 +1,5 @@
-// Keeps a window answering while its thread walks millions of items: messages are handled now and then, and Esc cancels.
-// Keys and clicks in the client area are dropped meanwhile; the window refuses commands while one is Running.
+// Keeps a window responsive while its thread walks millions of items: handles messages now and then, and Esc cancels.
+// Drops keys and clicks in the client area meanwhile; the window refuses commands while one is Running.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ public:
     LongTask(const LongTask&) = delete;
     LongTask& operator=(const LongTask&) = delete;
 
-    // To be called at each step; false once the user has cancelled.
+    // Call at each step; false once the user has cancelled.
     bool Continue()
     {
         if (++steps % 256 == 0) Look();
@@ -22,7 +22,7 @@ public:
     void Cancel() { cancelled = true; }
     bool Cancelled() const { return cancelled; }
 
-    // The task of this thread, null if none runs.
+    // This thread's task; null if none runs.
     static LongTask* Running();
 
 private:

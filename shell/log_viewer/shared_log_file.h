@@ -14,12 +14,12 @@ public:
     SharedLogFile(const SharedLogFile&) = delete;
     SharedLogFile& operator=(const SharedLogFile&) = delete;
 
-    // Once. Returns 0 or the system's error code.
+    // Call once. Returns 0 or the system's error code.
     DWORD Open(const std::wstring& path);
 
     int Descriptor() const { return descriptor; }
     long long Size() const;
-    // How far it has been read.
+    // How far the file has been read.
     long long Position() const;
 
 private:

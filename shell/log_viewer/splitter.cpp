@@ -13,7 +13,7 @@ namespace {
 constexpr int kMargin = 6;
 constexpr int kGap = 6;
 
-// What each window keeps of the height.
+// The limits of the upper window's share of the height.
 constexpr double kLeastUpper = 0.15, kMostUpper = 0.9;
 
 }  // namespace

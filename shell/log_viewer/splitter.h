@@ -9,16 +9,16 @@ class Dialog;
 
 class Splitter {
 public:
-    // `upperShare` is the part of the height that the upper window takes at first.
+    // `upperShare` is the upper window's initial share of the height.
     Splitter(Dialog& dialog, double upperShare) : dialog(dialog), share(upperShare) {}
 
     void Attach(HWND upperWindow, HWND lowerWindow);
 
-    // Places both windows anew; nothing before Attach.
+    // Places both windows again; does nothing before Attach.
     void Arrange() const;
     // The mouse is over the gap.
     bool IsUnderMouse() const;
-    // Takes the dialog's mouse messages. True when one belonged to the gap.
+    // Handles the dialog's mouse messages. True if the message belonged to the gap.
     bool Drag(UINT message, LPARAM position);
 
 private:

@@ -30,7 +30,7 @@ LRESULT CALLBACK TreeFilling::Procedure(HWND treeView, UINT message, WPARAM wPar
 
 void TreeFilling::FillMore()
 {
-    // What runs has the tree for itself.
+    // A running task has the tree to itself.
     if (LongTask::Running()) return;
     if (!tree.HasAllOutermost()) tree.FillSomeOutermost();
     if (!tree.HasAllOutermost()) return;
@@ -38,7 +38,7 @@ void TreeFilling::FillMore()
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
 }
 
-// Asked before the tree view acts on a message: whoever goes to the end finds it there.
+// Called before the tree view acts on a message: a user who goes to the end finds it there.
 void TreeFilling::PrepareFor(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (tree.HasAllOutermost() || LongTask::Running()) return;

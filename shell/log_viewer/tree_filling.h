@@ -1,5 +1,5 @@
-// The filling of a large log's tree after the log is read: the outermost items enter some at a time while the window is idle, and
-// at once when somebody goes to their end. Owns nothing but the subclass of the tree view.
+// Fills a large log's tree after the log is read: the outermost items enter some at a time while the window is idle, and
+// all at once when the user goes to their end. Owns only the subclass of the tree view.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ public:
     void FillMore();
 
 private:
-    // Not a subclass of the common controls library: a tree view is sent a message for each item.
+    // Not a common controls subclass: a tree view receives a message for each item.
     static LRESULT CALLBACK Procedure(HWND treeView, UINT message, WPARAM wParam, LPARAM lParam);
     void PrepareFor(UINT message, WPARAM wParam, LPARAM lParam);
 

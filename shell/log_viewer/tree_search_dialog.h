@@ -1,4 +1,4 @@
-// The search dialog, and what it was confirmed with last. The state is the viewer's and outlives the dialog.
+// The search dialog, and the input confirmed last. The viewer owns this state; it outlives the dialog.
 #pragma once
 
 #include <windows.h>

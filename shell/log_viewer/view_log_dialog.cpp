@@ -129,14 +129,14 @@ void CViewLogDlg::Load()
 
 void CViewLogDlg::Close()
 {
-    // What runs further down the stack ends first and closes the window then.
+    // The task or loading further down the stack ends first, then closes the window.
     LongTask* const task = LongTask::Running();
     if (task) task->Cancel();
     if (task || loading) {
         closed = true;
         return;
     }
-    // Emptying a large tree takes its time, which nobody need watch.
+    // Emptying a large tree takes time, and nobody need watch it.
     ShowWindow(Window(), SW_HIDE);
     DestroyWindow(Window());
 }

@@ -24,10 +24,10 @@ public:
     CViewLogDlg(std::wstring logPath, Lock processLock);
     ~CViewLogDlg() override;
 
-    // Makes the window, loads the log, and shows the window. False if there can be no window. What is wrong with the log
-    // is told in message boxes; what could be read of it is shown.
+    // Makes the window, loads the log, and shows the window. False if the window cannot be made. Reports in message boxes
+    // what is wrong with the log, and shows what it could read.
     bool Open();
-    // Messages of the window, until it has closed.
+    // Runs the window's messages until it has closed.
     void RunMessages();
 
 private:
@@ -60,7 +60,7 @@ private:
     Lock lock;
     HWND treeView = nullptr;
     bool loading = false;
-    bool closed = false;  // or about to be, once what runs has ended
+    bool closed = false;  // or about to close, once the running task has ended
     LogModel model;
     LogTree tree;
     TreeFilling filling{*this, tree};

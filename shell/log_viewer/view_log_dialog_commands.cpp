@@ -1,4 +1,4 @@
-// The commands of CViewLogDlg: thinning out, searching, walking the errors, copying.
+// The commands of CViewLogDlg: expanding, removing, searching, going through the errors, copying.
 #include <algorithm>
 #include <vector>
 
@@ -56,7 +56,7 @@ void CViewLogDlg::CollapseAll()
 
 void CViewLogDlg::RemoveQueries()
 {
-    // Of a label the first 1023 characters count.
+    // Only a label's first 1023 characters count.
     LabelMatcher isQuery(model, [](std::string_view label) {
         return label.substr(0, 1023).find("QueryInterface") != std::string_view::npos;
     });
@@ -95,7 +95,7 @@ void CViewLogDlg::NextError()
     auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
     if (next == errors.end()) next = errors.begin();
     Select(*next);
-    // The list follows; that its selection selects the item once more does no harm.
+    // The list follows. Its selection selects the item once more, which does no harm.
     errorList.Select(static_cast<std::size_t>(next - errors.begin()));
 }
 
@@ -126,7 +126,7 @@ void CViewLogDlg::Search()
             ShowBox(L"Tree is empty", L"Search tree:", MB_ICONERROR);
             return;
         }
-        // So that the first item examined is the first of the tree.
+        // The search then examines the tree's first item first.
         if (forward) start = model.Previous(start);
     }
     ItemIndex found;
