@@ -7,7 +7,7 @@
 namespace zelt {
 namespace {
 
-// The class of the HTML Help control; its server is the library with the function.
+// The class of the HTML Help control; its server is the library that exports the function.
 constexpr wchar_t kServerKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
 
 constexpr UINT kDisplayTopic = 0, kCloseAll = 0x12;
@@ -20,11 +20,11 @@ HtmlHelpFunction LocateHtmlHelp()
 {
     wchar_t path[MAX_PATH];
     DWORD size = sizeof path;
-    // An expandable text is expanded and then counts as text; to ask for that type by name is refused.
+    // The function expands an expandable text and then treats it as text; it refuses a request for that type by name.
     if (RegGetValueW(HKEY_CLASSES_ROOT, kServerKey, nullptr, RRF_RT_REG_SZ, nullptr, path, &size) != ERROR_SUCCESS) {
         return nullptr;
     }
-    // A bare file name is looked for in the system's folder alone.
+    // Looks for a bare file name in the system's folder only.
     const bool bare = std::wstring(path).find_first_of(L"\\/") == std::wstring::npos;
     const HMODULE library = LoadLibraryExW(path, nullptr, bare ? LOAD_LIBRARY_SEARCH_SYSTEM32 : 0);
     if (!library) return nullptr;

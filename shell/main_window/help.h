@@ -1,4 +1,4 @@
-// The help file beside the executable, in the system's HTML Help. The viewer's library stays loaded once it has been used,
+// The help file beside the executable, shown by the system's HTML Help. Its library stays loaded after the first use,
 // because its windows live in this process.
 #pragma once
 
@@ -6,7 +6,7 @@
 
 namespace zelt {
 
-// Opens the help topic of the program; on failure the user has been told when this returns.
+// Opens the program's help topic. Reports a failure to the user before it returns.
 void OpenHelp(HWND owner);
 
 // Closes what OpenHelp opened. Call before the message loop ends.

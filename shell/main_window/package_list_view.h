@@ -19,9 +19,9 @@ public:
     };
 
     void Attach(HWND listView, HIMAGELIST images);
-    // Rows anew, none selected.
+    // Replaces all rows; none is selected.
     void Fill(const ExportedPackageList& packages);
-    // Both columns as wide as their contents and headers ask.
+    // Makes both columns as wide as their contents and headers need.
     void FitColumns();
 
     std::optional<std::size_t> Selected() const;

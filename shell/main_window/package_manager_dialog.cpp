@@ -42,7 +42,7 @@ void CheckItem(HMENU menu, UINT command, bool checked)
     CheckMenuItem(menu, command, MF_BYCOMMAND | (checked ? MF_CHECKED : MF_UNCHECKED));
 }
 
-// The place of each popup in the menu resource.
+// The position of each popup in the menu resource.
 enum MenuPosition : int { kPackagePosition = 1, kLogPosition = 2, kOptionsPosition = 3, kUnitOperationPosition = 2 };
 
 }  // namespace
@@ -84,7 +84,7 @@ void CPackageManagerDlg::OnDestroyed()
 {
     ExportedPackages().SetRefresh(nullptr);
     CloseHelp();
-    // This object ends here.
+    // This destroys the object.
     mainWindow.reset();
 }
 
@@ -110,7 +110,7 @@ bool CPackageManagerDlg::OnCommand(int id, int)
         case IDOK: return true;
         case IDCANCEL:
         case kCommandClose:
-            // A dialog of this window is open: it comes first.
+            // An open dialog of this window must close first.
             if (IsWindowEnabled(Window())) DestroyWindow(Window());
             return true;
         case kCommandAddPackage: AddPackage(); return true;
@@ -205,7 +205,7 @@ void CPackageManagerDlg::ToggleLogging()
     ExportedPackage& package = ExportedPackages().At(*row);
     package.loggingEnabled = !package.loggingEnabled;
     const PackageIdentity identity = ExportedPackages().IdentityAt(*row);
-    // A message about the registry lets calls in, and they may change the list.
+    // While a message about the registry is open, calls come in and may change the list.
     ShowFailure(SavePackages());
     if (!Window()) return;
     FillList();
@@ -239,7 +239,7 @@ void CPackageManagerDlg::ViewLog()
 void CPackageManagerDlg::ToggleOption(LogOption option, bool LogOptions::*field)
 {
     LogOptions& options = TheLogOptions();
-    // Other processes may have changed the settings since.
+    // Other processes may have changed the settings in the meantime.
     ShowFailure(options.Load());
     options.*field = !(options.*field);
     ShowFailure(options.Save(option));

@@ -1,5 +1,5 @@
-// CPackageManagerDlg: the window of an interactive start. It shows the exported packages and edits them and the log
-// options; each change is saved at once. Keeps the process alive as long as it is open. The list of packages belongs to
+// CPackageManagerDlg: the window of an interactive start. It shows and edits the exported packages and the log
+// options, and saves each change at once. Keeps the process alive while it is open. The list of packages belongs to
 // the process: calls from simulators may change it whenever messages are pumped, and the window follows.
 #pragma once
 
@@ -14,7 +14,7 @@ namespace zelt {
 
 class CPackageManagerDlg final : public Dialog {
 public:
-    // Makes the one main window and shows it. The object ends with the window.
+    // Makes and shows the one main window. The object ends with the window.
     static void Show();
 
 private:
@@ -41,7 +41,7 @@ private:
     void ViewLog();
     void ToggleOption(LogOption option, bool LogOptions::*field);
     void ChooseUnitOperation(REFCLSID classId);
-    // The first time, the user reads what went wrong with the search.
+    // Shows the user what went wrong with the search, the first time only.
     const std::vector<ComponentInfo>& UnitOperationChoices();
 
     void PrepareLogMenu();

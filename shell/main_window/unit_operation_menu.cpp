@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kMostItems = kCommandUnknownUnitOperation - kCommandFirstUnitOperation + 1;
 
-// A menu takes a single ampersand for the mark of a mnemonic.
+// A menu treats a single ampersand as the mark of a mnemonic.
 std::wstring MenuText(const std::wstring& name)
 {
     std::wstring text;

@@ -11,10 +11,10 @@
 
 namespace zelt {
 
-// Fills the menu anew behind its first item, and checks the item of `chosen`.
+// Refills the menu after its first item, and checks the item of `chosen`.
 void PrepareUnitOperationMenu(HMENU menu, std::span<const ComponentInfo> installed, REFCLSID chosen);
 
-// The unit operation that a command stands for; nothing for a command of another meaning.
+// The unit operation that a command chooses; nothing for any other command.
 std::optional<CLSID> UnitOperationOf(int command, std::span<const ComponentInfo> installed);
 
 }  // namespace zelt
