@@ -53,7 +53,7 @@ bool CAddPackageDlg::OnCommand(int id, int notification)
         EnableOk();
         return true;
     }
-    // Return reaches a dialog whose default button is disabled, too.
+    // The Return key reaches a dialog even if its default button is disabled.
     if (id == IDOK && !AcceptSelection()) return true;
     return Dialog::OnCommand(id, notification);
 }
@@ -67,7 +67,7 @@ bool CAddPackageDlg::OnNotify(const NMHDR& header, LRESULT& answer)
             const auto& change = reinterpret_cast<const NMTREEVIEWW&>(header);
             if (change.action == TVE_COLLAPSE) return false;
             const WaitCursor wait;
-            // True keeps the item as it is, so that a manager that failed can be asked again.
+            // True leaves the item unexpanded, so that the user can retry a manager that failed.
             answer = !components.PrepareExpansion(change.itemNew.hItem,
                                                   [this](const std::wstring& text) { ShowFailure(text); });
             return true;

@@ -1,5 +1,5 @@
-// CAddPackageDlg: the user picks one installed CAPE-OPEN package, gives it a name for the export, and gets a record of it.
-// Changes nothing itself: whether the name is still free, and what becomes of the record, is the caller's affair.
+// CAddPackageDlg: the user picks one installed CAPE-OPEN package and names it for the export; the result is a record of it.
+// Changes nothing itself: the caller checks whether the name is still free, and decides what to do with the record.
 #pragma once
 
 #include "shell/add_package/component_tree.h"
@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// What there is to choose from.
+// The packages that the dialog offers.
 enum class PackageChoice {
     All,
     PropertyPackages10,  // What a Thermo System can serve.
@@ -17,13 +17,13 @@ enum class PackageChoice {
 
 class CAddPackageDlg final : public Dialog {
 public:
-    // `images` and `exported` are borrowed and outlive the dialog.
+    // Borrows `images` and `exported`, which must outlive the dialog.
     CAddPackageDlg(HIMAGELIST images, const ExportedPackageList& exported, PackageChoice choice = PackageChoice::All,
                    const ClassSources& sources = InstalledClasses());
 
     // IDOK, or IDCANCEL.
     INT_PTR Run(HWND owner);
-    // What was chosen; after IDOK.
+    // The chosen package; only after IDOK.
     const ExportedPackage& Result() const { return result; }
 
 private:

@@ -36,7 +36,7 @@ bool ComponentTree::PrepareExpansion(HTREEITEM item, const ListingFailure& faile
 {
     const Node* manager = NodeOf(item);
     if (!manager || !manager->isManager || TreeView_GetChild(tree, item)) return true;
-    // By value: what is called may let other messages in.
+    // By value: the call may let other messages in.
     const Package source = manager->package;
     const auto names = ListPackages(source.kind, source.classId, failed);
     if (!names || TreeView_GetChild(tree, item)) return TreeView_GetChild(tree, item) != nullptr;

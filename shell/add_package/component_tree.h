@@ -1,5 +1,5 @@
-// The tree of the add-package dialog: the installed components below a heading for each kind, and below a manager its
-// packages, which are asked for when it is first expanded. Owns what its items stand for, not the tree view.
+// The tree of the add-package dialog: the installed components below a heading for each kind, and below each manager its
+// packages, which the tree requests when the manager is first expanded. Owns the data of its items, not the tree view.
 #pragma once
 
 #include <windows.h>
@@ -25,13 +25,13 @@ public:
     };
 
     void Attach(HWND treeView, HIMAGELIST images);
-    // What could not be searched is the caller's to show.
+    // The caller shows what could not be searched.
     Outcome Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources);
 
-    // To be called before an item is expanded. False when there is nothing to be shown below it.
+    // Call before an item is expanded. False when there is nothing to show below it.
     bool PrepareExpansion(HTREEITEM item, const ListingFailure& failed);
 
-    // The package that is selected; null when the selection is a heading or a manager, and without one.
+    // The selected package; null when a heading, a manager or nothing is selected.
     const Package* Selected() const;
     bool HasComponents() const { return !nodes.empty(); }
 
