@@ -21,10 +21,10 @@ constexpr Switch kSwitches[] = {
 
 constexpr std::wstring_view kBlanks = L" \t";
 constexpr std::wstring_view kSwitchMarks = L"-/";
-// A switch that is passed in quotes ends at the closing one.
+// A quoted switch ends at the closing quote.
 constexpr std::wstring_view kTokenEnds = L" \t\"";
 
-// The words looked for are ASCII, so nothing else needs folding, and the locale has no say.
+// The words to find are ASCII, so nothing else needs folding, and the locale has no effect.
 std::wstring LowerCase(std::wstring_view text)
 {
     std::wstring lower(text);
@@ -50,7 +50,7 @@ std::wstring_view WithoutQuotes(std::wstring_view text)
     return text;
 }
 
-// The first token after a switch mark, wherever the mark stands, that is one of the switches.
+// The first token after a switch mark, wherever the mark is, that is one of the switches.
 RegistrationAction FindAction(std::wstring_view lower)
 {
     for (std::size_t mark = lower.find_first_of(kSwitchMarks); mark != std::wstring_view::npos;

@@ -1,4 +1,4 @@
-// What a start of the program is for, read off its command line. A pure function of the text: it looks at no file, no
+// Reads from the command line what a start of the program is for. A pure function of the text: it reads no file, no
 // registry and no global state, and does nothing itself.
 #pragma once
 
@@ -8,8 +8,8 @@
 namespace zelt {
 
 enum class StartMode {
-    Registration,  // Register or unregister, and end. With no action named: serve, without a window.
-    LogViewer,     // Show a log file; no main window, and no package list until somebody asks.
+    Registration,  // Register or unregister, and end. If no action is named: serve without a window.
+    LogViewer,     // Show a log file; no main window, and no package list until a client needs it.
     Server,        // Started by COM: serve the packages without a window.
     Interactive,   // Serve the packages and show the main window.
 };

@@ -1,4 +1,4 @@
-// The message boxes that follow the closing of a log. One reports that the end of the log is missing; one offers to open it.
+// The message boxes after a log closes. One reports that the end of the log is missing; one offers to open it.
 #pragma once
 
 #include <string>

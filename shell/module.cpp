@@ -24,12 +24,12 @@ namespace {
 
 CZELTModule* instance = nullptr;
 
-// Windows that others make on this thread, such as the help viewer's, keep their Tab and Return keys.
+// Windows that other code makes on this thread, such as the help viewer's, keep their Tab and Return keys.
 bool IsDialog(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG); }
 
 void AddReference() { CoAddRefServerProcess(); }
 
-// A viewer's thread may still be closing its window when the module is gone; nothing is left to signal then.
+// A viewer's thread may still be closing its window when the module is gone; there is nothing left to signal then.
 void ReleaseReference()
 {
     if (instance) instance->Unlock();
@@ -57,7 +57,7 @@ CZELTModule::~CZELTModule()
 {
     classObjects.Revoke();
     if (monitor) {
-        // A loop that ended for another reason leaves the monitor waiting for an event that is about to be closed.
+        // If the loop ended for another reason, the monitor is still waiting for an event that is about to be closed.
         SetEvent(shutdownEvent.get());
         WaitForSingleObject(monitor.get(), INFINITE);
     }
@@ -75,7 +75,7 @@ int CZELTModule::Run(const std::wstring& tail)
     LoadSmallImages();
 
     const StartPlan plan = ParseCommandLine(tail);
-    // Registration leaves the user's settings alone: even reading them would make their key.
+    // Registration leaves the user's settings alone: even reading them would create their key.
     if (plan.action != RegistrationAction::None) return RunRegistration(plan.action);
     const std::wstring logFile = AbsolutePath(plan.logFile);
     LeaveCurrentFolder();
@@ -83,7 +83,7 @@ int CZELTModule::Run(const std::wstring& tail)
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
         TakePackageList();
     } else {
-        // Simulators find the classes of this process, too. Until one asks, the list is left to others.
+        // Simulators find the classes of this process, too. Until one calls, the list is left to other processes.
         ExportedPackages().LoadLater([this] { TakePackageList(); });
     }
     if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);
@@ -142,7 +142,7 @@ int CZELTModule::Serve()
     classObjects.Revoke();
     ExportedPackages().LoadLater(nullptr);
     listHold.reset();
-    // Other threads finish what they are about.
+    // Other threads finish their work.
     if (delayShutdown) Sleep(pauseAfterLoop);
     return result;
 }
@@ -165,7 +165,7 @@ DWORD WINAPI CZELTModule::MonitorShutdown(void* parameter)
 int CZELTModule::RunMessageLoop()
 {
     MSG message = {};
-    // The answer is negative for an error, which ends the loop like WM_QUIT does.
+    // The result is negative on an error, which ends the loop like WM_QUIT.
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const HWND active = GetActiveWindow();
         if (active && TranslateAcceleratorW(active, accelerators, &message)) continue;

@@ -1,6 +1,6 @@
-// The server process: its apartment, its start, its message loop and its end. One instance, made first thing in the
-// entry and destroyed last. It owns the shutdown event and the shared image list; windows and COM objects only hold
-// server-process references, which end the process when the last is given back.
+// The server process: its apartment, its start, its message loop and its end. One instance, which the entry makes first
+// and destroys last. It owns the shutdown event and the shared image list; windows and COM objects only hold
+// server-process references, and the process ends when the last is released.
 #pragma once
 
 #include <windows.h>
@@ -26,10 +26,10 @@ public:
     CZELTModule(const CZELTModule&) = delete;
     CZELTModule& operator=(const CZELTModule&) = delete;
 
-    // The one instance; null before the entry and after its end.
+    // The one instance; null before it is made and after it is destroyed.
     static CZELTModule* Instance();
 
-    // The whole start: what `tail`, the command line after the program's name, asks for. The result is the exit code.
+    // Does what `tail`, the command line after the program's name, asks for. Returns the exit code.
     int Run(const std::wstring& tail);
 
     const std::string& VersionText() const { return versionText; }
@@ -37,7 +37,7 @@ public:
     HACCEL Accelerators() const { return accelerators; }
     LogOptions& Options() { return TheLogOptions(); }
 
-    // The server-process reference, as every COM object and window takes it. Safe from any thread.
+    // The server-process reference that every COM object and window takes. Safe from any thread.
     void Lock();
     void Unlock();
 
@@ -59,12 +59,12 @@ private:
     HACCEL accelerators;
     std::string versionText;
     Owner<HIMAGELIST, ImageList_Destroy> smallImages;
-    // Made with the module: a window that closes before the monitor waits must find it.
+    // Made with the module, because a window may close before the monitor waits.
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;
     VisitWindow visitWindow;
     com::ClassObjects classObjects;
-    // While the process can change the list: from before it is loaded.
+    // Held while the process can change the list, starting before it loads it.
     std::optional<PackageListHold> listHold;
 };
 

@@ -1,4 +1,4 @@
-// The pictures of packages and of what packages come from.
+// The images of packages and of their sources.
 #pragma once
 
 #include "packages/package_kinds.h"
@@ -11,7 +11,7 @@ constexpr int ImageOfPackage(PackageKind kind)
     return IsReactionPackage(kind) ? kImageReactionPackage : kImagePropertyPackage;
 }
 
-// Of a component that is a package or a manager of packages.
+// For a component that is a package or a manager of packages.
 constexpr int ImageOfComponent(PackageKind kind)
 {
     if (!IsManager(kind)) return ImageOfPackage(kind);

@@ -1,4 +1,4 @@
-// The strip of small images (bitmap 202) by what its pictures mean.
+// The strip of small images (bitmap 202), named by their meanings.
 #pragma once
 
 namespace zelt {

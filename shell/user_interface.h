@@ -1,5 +1,5 @@
-// The windows that a start may show, behind two functions, so that start-up knows nothing of dialogs. Each window takes
-// a server-process reference before its function returns and gives it back when the window is gone.
+// The windows that a start may show, behind two functions, so that start-up knows nothing about dialogs. Each window takes
+// a server-process reference before its function returns, and releases it when the window is gone.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 namespace zelt {
 
 struct UserInterface {
-    // Shows the list of exported packages; on the main thread, before its message loop runs.
+    // Shows the list of exported packages. Call on the main thread, before its message loop runs.
     void (*showMainWindow)();
-    // Shows a log file, on a thread of its own.
+    // Shows a log file on a thread of its own.
     void (*showLogViewer)(const std::wstring& path);
 };
 

@@ -11,7 +11,7 @@ namespace {
 constexpr wchar_t kClass[] = L"ZELT visits";
 constexpr UINT kVisit = WM_APP;
 
-// Other threads read it.
+// Read by other threads, too.
 std::atomic<HWND> target{nullptr};
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -1,6 +1,6 @@
-// An invisible window on the main thread. A component that releases one of our objects on another thread posts a message to it,
-// and the apartment then gives the reference back. Without it, such a last release would keep the process alive until the next
-// call.
+// An invisible window on the main thread. When a component releases one of our objects on another thread, a message goes to it,
+// and the apartment then returns the reference. Without the window, such a last release would keep the process alive until the
+// next call.
 #pragma once
 
 #include <windows.h>
