@@ -5,7 +5,7 @@
 
 namespace zelt::bench {
 
-// Reads every node of the file and looks at none. Seconds.
+// Reads every node of the file and looks at none. Returns seconds.
 double ReadBare(const std::wstring& path);
 
 }  // namespace zelt::bench

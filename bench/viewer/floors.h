@@ -1,4 +1,4 @@
-// What the viewer cannot do without beside reading the file: inserting items into a tree view.
+// What the viewer must do besides reading the file: insert items into a tree view.
 #pragma once
 
 #include <windows.h>
@@ -18,8 +18,8 @@ struct BareItem {
 
 std::vector<BareItem> ItemsOf(const std::wstring& path);
 
-// Inserts the items, ready as they are, into the tree view of a window that is not shown. Seconds, without the making and
-// the clearing of the window.
+// Inserts the items, which are ready to insert, into the tree view of a hidden window. Returns seconds, without making and
+// clearing the window.
 double InsertBare(const std::vector<BareItem>& items);
 
 }  // namespace zelt::bench

@@ -1,6 +1,6 @@
-// The log viewer beside libxml2's bare reader and a bare tree view.
+// The log viewer compared with libxml2's bare reader and a bare tree view.
 // Usage: bench_viewer [--large] [--quick] [--only <MB>]. --large adds a log of 1000 MB; --quick takes two pairs of each;
-// --only measures loading a log of that size alone.
+// --only measures only the loading of a log of that size.
 #include <windows.h>
 #include <commctrl.h>
 #include <objbase.h>

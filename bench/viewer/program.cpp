@@ -51,7 +51,7 @@ void BenchProgram(const WrittenLog& log)
     PROCESS_MEMORY_COUNTERS counters = {};
     counters.cb = sizeof counters;
     GetProcessMemoryInfo(started.hProcess, &counters, sizeof counters);
-    // Emptying its tree is of no interest here.
+    // Emptying its tree does not matter here.
     TerminateProcess(started.hProcess, 0);
     WaitForSingleObject(started.hProcess, INFINITE);
     CloseHandle(started.hThread);

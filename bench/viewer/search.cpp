@@ -21,7 +21,7 @@ void MakeLower(std::string& text)
     }
 }
 
-// Calls with arguments and values. A call's numbers either come again later, or never.
+// Calls with arguments and values. A call's numbers either recur later, or never.
 void Fill(LogModel& model, int differentNumbers)
 {
     char label[80];

@@ -29,7 +29,7 @@ Parts GoldenLog()
     return {log.substr(0, first), log.substr(first, end - first), log.substr(end)};
 }
 
-// Digits behind a decimal point differ from one iteration of a simulation to the next; counts and limits do not.
+// Digits after a decimal point differ from one iteration of a simulation to the next; counts and limits do not.
 void ChangeNumbers(std::string& entries, std::minstd_rand& random)
 {
     for (std::size_t point = entries.find('.'); point != std::string::npos; point = entries.find('.', point + 1)) {

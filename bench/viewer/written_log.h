@@ -1,5 +1,5 @@
-// A log of a wanted size in the folder for temporary files: the entries of the golden log again and again, with other
-// numbers in their values each time, as a simulation writes them. Deletes the file with itself.
+// A log of a given size in the folder for temporary files: repeats the entries of the golden log, with different
+// numbers in their values each time, as a simulation writes them. The destructor deletes the file.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ class WrittenLog {
 public:
     // The log is at least `bytes` long, complete, and well-formed.
     explicit WrittenLog(long long bytes) : WrittenLog(bytes, false) {}
-    // A log whose entries fill a window, and blanks.
+    // A log with enough entries to fill a window, then blanks.
     static WrittenLog OfBlanks(long long bytes) { return WrittenLog(bytes, true); }
     ~WrittenLog();
     WrittenLog(const WrittenLog&) = delete;
