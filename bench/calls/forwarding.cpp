@@ -16,7 +16,7 @@ using Microsoft::WRL::ComPtr;
 constexpr int kCalls = 2'000'000;
 constexpr int kPairs = 15;
 
-// What any forwarder has to do that survives its callee: guard the call, and nothing else.
+// What any forwarder must do to survive its callee: guard the call, and nothing else.
 class GuardedForwarder final : public com::Object {
 public:
     explicit GuardedForwarder(ICapeThermoCompounds* target) { compounds.target = target; }

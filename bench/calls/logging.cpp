@@ -15,8 +15,8 @@ namespace {
 constexpr int kCalls = 20'000;
 constexpr int kPairs = 15;
 
-// The entries of a log's text behind its header: the opening of a call, an argument from its opening to its closing, the
-// closing of a call.
+// The entries of a log's text after its header: the start of a call, an argument from start to end, the
+// end of a call.
 std::vector<std::string_view> Entries(std::string_view text)
 {
     std::vector<std::string_view> entries;
@@ -64,7 +64,7 @@ std::string TextOfACall(Call&& call)
 template <class Call>
 void Row(const char* name, Call call)
 {
-    // The interface's look-up in the first call is no part of the others, but writes nothing either.
+    // Only the first call looks up the interface, but that writes nothing.
     const std::string text = TextOfACall(call);
     const std::vector<std::string_view> entries = Entries(text);
     const Comparison row = Compare(

@@ -41,7 +41,7 @@ bool OfferClass()
            SUCCEEDED(CoRegisterClassObject(kClass, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
 }
 
-// What a simulator does with a package at the least.
+// The least that a simulator does with a package.
 void Use(IDispatch* package)
 {
     ComPtr<ICapeUtilities> utilities;

@@ -1,5 +1,5 @@
-// The far ends of the measured calls: a package and a material that answer at once, so that what is measured is the way to
-// them. Their results are made beforehand.
+// The targets of the measured calls: a package and a material that return at once, so that the benchmarks measure the way to
+// them. Their results are made in advance.
 #pragma once
 
 #include <cape-open.h>
@@ -8,7 +8,7 @@
 
 namespace zelt::bench {
 
-// ICapeThermoCompounds with its first and fourth method to use: an array that comes back, and a number.
+// ICapeThermoCompounds with only its first and fourth methods usable: one returns an array, the other a number.
 struct PlainCompounds final : com::DualPart<ICapeThermoCompounds> {
     using DualPart::DualPart;
     STDMETHOD(GetCompoundConstant)(VARIANT, VARIANT, VARIANT* values) override
@@ -32,7 +32,7 @@ struct PlainCompounds final : com::DualPart<ICapeThermoCompounds> {
     STDMETHOD(GetTDependentPropList)(VARIANT*) override { return E_NOTIMPL; }
 };
 
-// ICapeThermoMaterial with one method to use: SetSinglePhaseProp, which takes an array.
+// ICapeThermoMaterial with only one usable method: SetSinglePhaseProp, which takes an array.
 struct PlainMaterialPart final : com::DualPart<ICapeThermoMaterial> {
     using DualPart::DualPart;
     STDMETHOD(ClearAllProps)() override { return E_NOTIMPL; }
