@@ -1,6 +1,6 @@
-// zeltctl's commands that read large logs, beside libxml2's bare reader over the same file: a command is to have half
-// its speed at least, and the same memory whatever the length of the log. Usage: bench_ctl [--quick] [word]: fewer pairs,
-// and only the commands that begin with the word.
+// zeltctl's commands that read large logs, compared with libxml2's bare reader over the same file: a command should run
+// at least half as fast, and need the same memory whatever the length of the log. Usage: bench_ctl [--quick] [word]:
+// fewer pairs, and only the commands that begin with the word.
 #include <windows.h>
 
 #include <cstdio>
@@ -33,7 +33,7 @@ std::string Joined(const std::vector<std::string>& words)
     return text;
 }
 
-// The command in this process, its output thrown away.
+// Runs the command in this process and discards its output.
 double RunCommand(const std::vector<std::string>& command, const WrittenLog& log)
 {
     std::vector<std::string> words = {"log"};
@@ -59,7 +59,7 @@ void BenchSpeed(const WrittenLog& log, int pairs, const std::string& only)
     PrintTitle("zeltctl: the commands over a log of " + std::to_string(static_cast<int>(log.Megabytes())) + " MB");
     for (const auto& command : kCommands) {
         if (!only.empty() && command.front() != only) continue;
-        // A result stands behind what happened during a call: a filter by result reads twice.
+        // A call's result comes after what happened during the call, so a filter by result reads twice.
         const double goal = command.back() == "failed" ? 4 : 2;
         PrintRow(Joined(command),
                  Compare(
@@ -82,7 +82,7 @@ void BenchMemory(const WrittenLog& small, const WrittenLog& large, const std::st
         std::snprintf(size, sizeof size, ", %.0f MB", small.Megabytes());
         PrintFigure(text + size, less, "MB");
         std::snprintf(size, sizeof size, ", %.0f MB", large.Megabytes());
-        // A page or two more or less; a bit a call where results are kept.
+        // Allows for a page or two, and one bit per call where results are kept.
         PrintFigure(text + size, more, "MB", less + 1);
     }
 }

@@ -1,11 +1,11 @@
-// What a command of zeltctl.exe takes of memory, seen from outside of its process.
+// The memory that a command of zeltctl.exe takes, seen from outside its process.
 #pragma once
 
 #include <string>
 
 namespace zelt::bench {
 
-// Runs the program with this command line, its output thrown away, and gives the most private memory that it had, in
+// Runs the program with this command line, discards its output, and returns its peak private memory in
 // bytes.
 double PeakMemory(const std::wstring& commandLine);
 
