@@ -13,7 +13,7 @@ constexpr GUID kExtension = {0x6E0B7A0E, 0x2D57, 0x4F52, {0x9B, 0x43, 0x3A, 0x8C
 
 std::atomic<long> calls{0}, fromOthers{0};
 
-// Sends nothing along; it is asked before each call, and that is what counts.
+// Adds no data; the channel asks it before each call, and that is what it counts.
 class Counter final : public IChannelHook {
 public:
     STDMETHOD(QueryInterface)(REFIID iid, void** result) override

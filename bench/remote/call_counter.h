@@ -1,12 +1,12 @@
-// Counts the calls that leave this process and those that come in, at the channel that carries them.
+// Counts the calls that leave and enter this process, at the channel that carries them.
 #pragma once
 
 namespace zelt::bench {
 
-// Begins to count, for the life of the process.
+// Starts counting, for the life of the process.
 void CountRemoteCalls();
 
-// Calls since the last question.
+// Calls since the last request.
 long TakeRemoteCalls();
 long TakeCallsFromOthers();
 

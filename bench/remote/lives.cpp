@@ -17,8 +17,8 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The private memory of all processes of this program together, in bytes. A surrogate of something else is counted too: only
-// what it grows by tells.
+// The total private memory of all processes of this program, in bytes. This includes unrelated surrogates: only
+// the growth counts.
 double MemoryOf(const wchar_t* program)
 {
     double bytes = 0;

@@ -1,6 +1,6 @@
-// bench_remote: a package used from another process through ZELT, which logs nothing, beside the same package hosted by the
+// bench_remote: a package used from another process through ZELT, which logs nothing, compared with the same package in the
 // system's surrogate process. The script that runs it has registered ZELT and the sample package, and exported the package
-// as "Benchmark" without logging; the surrogate is set up, and taken away again, here.
+// as "Benchmark" without logging; this program sets up the surrogate and removes it again.
 #include <comutil.h>
 #include <windows.h>
 #include <wrl/client.h>
@@ -31,7 +31,7 @@ constexpr int kCalls = 1000;
 constexpr int kPairs = 9;
 constexpr int kLives = 500;
 
-// The class in the system's surrogate process, as long as this lives.
+// Hosts the class in the system's surrogate process while this object lives.
 class Surrogate {
 public:
     explicit Surrogate(const CLSID& hosted)
@@ -145,7 +145,7 @@ int Run(int lives)
 }  // namespace
 }  // namespace zelt::bench
 
-// The number of lives may be given.
+// Takes the number of lives as an optional argument.
 int main(int count, char** words)
 try {
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;

@@ -1,5 +1,5 @@
-// A simulator's work with a package of another process, from its making to its release: a material is set, flashed and
-// calculated at several temperatures. What it costs in remote calls, in both directions.
+// What a simulator's work with a package of another process costs in remote calls, in both directions. The work runs from
+// making to releasing the package: it sets, flashes and calculates a material at several temperatures.
 #pragma once
 
 #include <cape-open.h>
@@ -7,7 +7,7 @@
 namespace zelt::bench {
 
 struct RemoteCalls {
-    long out = 0;  // to the package, the system's own among them
+    long out = 0;  // to the package, including the system's own
     long in = 0;   // from the package to the material
 };
 
