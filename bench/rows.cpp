@@ -18,7 +18,7 @@ Comparison Compare(int pairs, const std::function<double()>& floor, const std::f
     measured();
     std::vector<double> floors, measures, ratios;
     for (int pair = 0; pair < pairs; ++pair) {
-        // Which of the two goes first changes, so that neither always meets the other's leavings.
+        // The two take turns to go first, so that neither always inherits the other's state.
         double below, above;
         if (pair % 2) {
             above = measured();

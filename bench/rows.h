@@ -1,5 +1,5 @@
-// What every benchmark shares: a measured time beside its floor, alternating in one run, printed as a row. A row gives the
-// medians, and the ratio of each pair's times as median and spread. Times are of the wall clock.
+// What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the
+// medians, and the ratio of each pair's times as median and spread. Times are wall-clock times.
 #pragma once
 
 #include <windows.h>
@@ -34,15 +34,15 @@ struct Comparison {
 
 double Median(std::vector<double> values);
 
-// Each function does the work once and gives its seconds. A first pair warms caches up and is not counted.
+// Each function does the work once and returns its seconds. A first pair warms up the caches and is not counted.
 Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured);
 
-// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for a call among many. A goal of 0 is none. A goal is
-// also met by what takes no more than `orAdded` of the unit longer than its floor.
+// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for one call among many. A goal of 0 means none. A
+// time that exceeds its floor by at most `orAdded` of the unit also meets the goal.
 void PrintTitle(const std::string& title);
 void PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1, double orAdded = 0);
-// A figure without a floor in time.
+// A figure that has no floor.
 void PrintFigure(const std::string& what, double value, const std::string& unit, double goal = 0);
 
 }  // namespace zelt::bench
