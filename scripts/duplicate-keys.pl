@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# duplicate-keys.pl <file...>: finds keys that a mapping of a YAML file has twice. Reads the plain form that settings have: a key
-# a line, nested by blanks; what a list's item begins is a mapping of its own.
+# duplicate-keys.pl <file...>: finds duplicate keys in the mappings of a YAML file. Reads the plain form of settings: one key
+# per line, nested by blanks; each list item starts a mapping of its own.
 use strict;
 use warnings;
 

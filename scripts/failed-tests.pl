@@ -1,5 +1,5 @@
 #!/usr/bin/perl
-# failed-tests.pl <report>...: the tests that failed, each with the end of what it printed, from reports in ctest's JUnit form.
+# failed-tests.pl <report>...: prints the failed tests, each with the end of its output, from reports in ctest's JUnit form.
 use strict;
 use warnings;
 
