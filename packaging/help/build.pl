@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # Makes the help from the user guide: build.pl <source root> <output folder>.
-# Writes <output>/utils/*.htm with style sheet and pictures, and the project of the help compiler beside them. The pages are
-# those of pages.txt. Links between pages lead to the pages of the help; links to files outside of the help become plain
+# Writes <output>/utils/*.htm with style sheet and pictures, and the help compiler's project to <output>. Takes the pages
+# from pages.txt. Links between pages lead to the pages of the help; links to files outside the help become plain
 # text; a link to a page or a heading that does not exist ends the script with an error.
 use strict;
 use warnings;
@@ -26,7 +26,7 @@ sub ReadText {
 
 sub WriteText {
     my ($path, $text) = @_;
-    # The help compiler and the help window know no UTF-8: what is not ASCII becomes a character reference.
+    # The help compiler and the help window do not support UTF-8: non-ASCII characters become character references.
     $text =~ s/([^\x00-\x7F])/'&#' . ord($1) . ';'/ge;
     $text =~ s/\n/\r\n/g;
     open my $file, '>:raw', $path or die "$path: $!\n";
@@ -79,7 +79,7 @@ for my $line (split /\n/, ReadText("$help/pages.txt")) {
 
 my (%pictures, @faults);
 
-# The html of a link from a page, or its text alone.
+# The HTML of a link from a page, or only its text.
 sub Link {
     my ($page, $target, $text) = @_;
     return "<a href=\"$target\">$text</a>" if $target =~ /^https?:/;
@@ -120,7 +120,7 @@ die join("\n", @faults) . "\n" if @faults;
 copy("$help/style.css", "$out/utils/style.css") or die "style.css: $!\n";
 my @files = ((map { "utils\\$_->{name}.htm" } @pages), "utils\\style.css");
 for my $picture (sort keys %pictures) {
-    # The pictures are made by a command of their own, which a build does not wait for.
+    # A separate command makes the pictures; a build does not wait for it.
     next if !-f $pictures{$picture};
     copy($pictures{$picture}, "$out/utils/images/$picture") or die "$picture: $!\n";
     push @files, "utils\\images\\$picture";

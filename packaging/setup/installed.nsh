@@ -1,4 +1,4 @@
-; What is installed and removed besides the registration: files, start menu, the entry among the installed programs.
+; Installs and removes everything except the registration: files, start menu, the entry among the installed programs.
 
 !macro InstallFile path
     ClearErrors
@@ -17,7 +17,7 @@
     Delete "$INSTDIR\${path}"
 !macroend
 
-; Only a folder that is empty: what the user put there stays.
+; Removes only an empty folder: files that the user put there stay.
 !macro RemoveFolder path
     RMDir "$INSTDIR\${path}"
 !macroend
@@ -48,7 +48,7 @@ FunctionEnd
 !insertmacro DefineRemoveFiles ""
 !insertmacro DefineRemoveFiles "un."
 
-; After a failure, nothing stays behind.
+; After a failure, removes everything installed so far.
 Function TakeBack
     ${If} $RegisteredFor != ""
         Call UnregisterServer
@@ -63,7 +63,7 @@ Function RemoveOlderVersion
     ${OrIfNot} ${FileExists} "$2\Uninstall.exe"
         Return
     ${EndIf}
-    ; Told its folder, it works in place, and can be waited for.
+    ; With its folder as an argument, it runs in place, and setup can wait for it.
     ExecWait '"$2\Uninstall.exe" /S _?=$2' $0
     ${If} $0 = ${SERVER_RUNS}
         ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
@@ -89,7 +89,7 @@ Function WriteEntries
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
     WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoModify" 1
     WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoRepair" 1
-    ; For the uninstaller: in whose classes the server is registered.
+    ; Tells the uninstaller in whose classes the server is registered.
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "RegisteredFor" "$RegisteredFor"
 FunctionEnd
 

@@ -1,6 +1,6 @@
-; Registration is ZELT.EXE's own; here it is checked which hive holds it afterwards, in the view of 32-bit and in that of
+; ZELT.EXE registers itself; this file checks which hive then holds the registration, in the views of 32-bit and
 ; 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the product family
-; is installed for the user: that is said, remembered in $RegisteredFor, and undone there by the uninstaller.
+; is installed for the user: setup reports this and stores it in $RegisteredFor, and the uninstaller undoes it there.
 
 ; $R0 becomes "no" when a class of the list is not this installation's in a view of the hive.
 !macro VerifyClassInView hive class
@@ -50,11 +50,11 @@ Function RegisterServer
     ${If} $RegisteredFor != $Scope
         MessageBox MB_OK|MB_ICONEXCLAMATION "${TEXT_REGISTERED_FOR_USER}" /SD IDOK
     ${EndIf}
-    ; Explorer shows the new icon of logs.
+    ; Makes Explorer show the new icon of logs.
     System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
 FunctionEnd
 
-; Registration of another copy, a portable one for example, is not this installation's to remove.
+; Does not remove the registration of another copy, for example a portable one.
 !macro DefineUnregisterServer un
 Function ${un}UnregisterServer
     ${If} $RegisteredFor == "user"

@@ -1,11 +1,11 @@
-; A running ZELT is not replaced: a simulator would lose its packages. The system refuses to open a program for writing while
-; it runs, whoever runs it and in whichever session.
+; Does not replace a running ZELT: a simulator would lose its packages. The system refuses to open a program for writing while
+; it runs, no matter who runs it and in which session.
 
 !define ERROR_SHARING_VIOLATION 32
 
 !macro DefineRefuseRunningServer un
 Function ${un}RefuseRunningServer
-    ; GENERIC_READ | GENERIC_WRITE, shared with everybody, OPEN_EXISTING.
+    ; GENERIC_READ | GENERIC_WRITE, every kind of sharing, OPEN_EXISTING.
     System::Call 'kernel32::CreateFileW(w "$INSTDIR\ZELT.EXE", i 0xC0000000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
     Pop $1
     ${If} $0 P<> -1

@@ -1,5 +1,5 @@
-; For whom ZELT is installed: everybody, or the current user with /CurrentUser. Sets $Scope, $INSTDIR and the meaning of
-; SHCTX and of the start menu's folder.
+; For whom to install ZELT: for everybody, or with /CurrentUser for the current user. Sets $Scope, $INSTDIR and the meaning
+; of SHCTX and of the start menu's folder.
 
 !macro UseScope
     ${If} $Scope == "user"
@@ -28,7 +28,7 @@ Function ChooseScope
         ${EndIf}
     ${EndIf}
     !insertmacro UseScope
-    ; The folder: /D=, else that of the version that is there, else the usual one.
+    ; The folder: /D=, else that of the installed version, else the default.
     ${If} $INSTDIR == ""
         ReadRegStr $INSTDIR SHCTX "${UNINSTALL_KEY}" "InstallLocation"
     ${EndIf}
@@ -41,7 +41,7 @@ Function ChooseScope
     ${EndIf}
 FunctionEnd
 
-; The uninstaller's scope is where its own folder is entered.
+; The uninstaller's scope is the one whose entry names its own folder.
 Function un.FindScope
     StrCpy $Scope "machine"
     ReadRegStr $0 HKCU "${UNINSTALL_KEY}" "InstallLocation"

@@ -1,16 +1,16 @@
 ; The setup program of ZELT. scripts/package.sh runs makensis on it, with
 ;   VERSION, SIZE (KB)  of the product
 ;   STAGE               the folder with the files as they will be installed
-;   OUTPUT              the program to be made
+;   OUTPUT              the program to make
 ;   ICON                the product's icon
 ;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
-; Everything that the user can read stands in texts.nsh, the exit codes too.
+; texts.nsh holds everything that the user can read, and the exit codes.
 
 Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; An administrator is asked for the right to install for everybody; others install for themselves with /CurrentUser.
+; Asks an administrator for the right to install for everybody; others install for themselves with /CurrentUser.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh
@@ -37,7 +37,7 @@ VIAddVersionKey CompanyName "The ZELT developers"
 VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
 
 ; "machine" or "user": for whom files and entries are installed, and in whose classes the server is registered. The second
-; may be the user although the first is the machine (registration.nsh).
+; may be "user" although the first is "machine" (registration.nsh).
 Var Scope
 Var RegisteredFor
 
@@ -69,7 +69,7 @@ Function un.onInit
 FunctionEnd
 
 Section
-    ; Once more: the folder may have been changed, and a simulator may have started meanwhile.
+    ; Checks again: the folder may have changed, and a simulator may have started meanwhile.
     Call RefuseRunningServer
     Call RemoveOlderVersion
     Call InstallFiles
