@@ -36,10 +36,13 @@ struct NoSteps {
 
 // Whether the descriptor has nothing to do in a call that is not logged. One with its own Finish declares FinishOnlyLogs.
 template <class D>
-inline constexpr bool kOnlyLogs = std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)>&&
-                                      std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)> &&
-                                  (std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)> ||
-                                   requires { typename D::FinishOnlyLogs; });
+consteval bool OnlyLogs()
+{
+    constexpr bool kBegins = !std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)>;
+    constexpr bool kAnswers = !std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)>;
+    constexpr bool kFinishes = !std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)>;
+    return !kBegins && !kAnswers && (!kFinishes || requires { typename D::FinishOnlyLogs; });
+}
 
 // --- How a value is written, chosen by its C++ type unless the row says otherwise.
 

@@ -72,7 +72,7 @@ protected:
 
         if (!Proxy().Admits(name)) [[unlikely]]
             return RPC_E_WRONG_THREAD;
-        if constexpr ((kOnlyLogs<D> && ...)) {
+        if constexpr ((OnlyLogs<D>() && ...)) {
             if (!Proxy().Document()) [[likely]]
                 return ForwardUnlogged<Method>(descriptors...);
         }

@@ -85,7 +85,8 @@ FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept
 std::string ErrorText(HRESULT code, IUnknown* source) noexcept
 {
     try {
-        return HRName(code) + ": " + ErrorDescription(code, source);
+        const FailureText text = DescribeFailure(code, source);
+        return text.name + ": " + text.description;
     } catch (...) {
         return "<out of memory>";
     }

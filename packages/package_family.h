@@ -20,14 +20,14 @@ struct PackageFamily {
     const wchar_t* scope;          // the method that gets a package
     const wchar_t* interfaceName;  // and its interface
 
-    // What a simulator is told when a package cannot be provided.
+    // The errors that a simulator gets when a package cannot be created.
     const wchar_t* createManagerFailure;
     const wchar_t* initializeFailure;
     const wchar_t* standAloneFailure;
     const wchar_t* nullResult;
     const wchar_t* removalPrompt;
 
-    // What the user is told when the packages of a foreign manager cannot be listed.
+    // The messages that the user reads when the packages of a foreign manager cannot be listed.
     const wchar_t* listedManagerFailure;
     const wchar_t* listedInitializeFailure;
     const wchar_t* listFailure;
