@@ -1,6 +1,7 @@
 #include "com/failure.h"
 
 #include <cstdio>
+#include <string_view>
 
 namespace com {
 
@@ -8,10 +9,10 @@ const char* Failure::what() const noexcept
 {
     // No system text needs more; when there is none, only the code remains.
     wchar_t wide[sizeof text / 4];
-    DWORD length =
+    const DWORD written =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
                        nullptr, static_cast<DWORD>(code), 0, wide, sizeof wide / sizeof *wide, nullptr);
-    while (length > 0 && (wide[length - 1] == L' ' || wide[length - 1] == L'.')) --length;
+    const std::size_t length = std::wstring_view(wide, written).find_last_not_of(L" .") + 1;
     // At most three bytes for each unit.
     int used = WideCharToMultiByte(CP_UTF8, 0, wide, static_cast<int>(length), text,
                                    sizeof text - sizeof " (0x80000000)", nullptr, nullptr);

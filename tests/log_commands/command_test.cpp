@@ -60,13 +60,16 @@ TEST(CommandLine, HelpsEverywhere)
     }
     const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}};
     for (const auto& words : group) EXPECT_EQ(0, RunCommand(words).code);
+    std::string help;
     for (const char* command : {"show", "errors", "stats", "check", "export", "diff", "redact", "follow"}) {
         const Outcome outcome = RunCommand({"log", command, "--help"});
         EXPECT_EQ(0, outcome.code);
         EXPECT_TRUE(outcome.data.starts_with(std::string("zeltctl log ") + command)) << outcome.data;
+        help += outcome.data + '\n';
         EXPECT_EQ(outcome.data, RunCommand({"help", "log", command}).data);
         EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"log", command, "--version"}).data);
     }
+    ExpectKept("help.txt", help);
     EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"--version"}).data);
 }
 
