@@ -50,7 +50,7 @@ bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output&
     }
     if (!check.Any()) throw InputError(name + ": this is no log of ZELT, or nothing is in it");
     messages << name << ": line " << check.FirstError()
-             << ": the log is cut off or damaged here; only what stands before is used\n";
+             << ": the log is cut off or damaged here, so this answer may be incomplete\n";
     return false;
 }
 

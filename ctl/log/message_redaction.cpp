@@ -15,9 +15,10 @@ bool IsStandardInterface(std::string_view name)
     return isName && (name.starts_with("ICape") || name.starts_with("ECape") || name.starts_with("IPersist"));
 }
 
-std::string RedactHole(char kind, std::string_view text, const LogAliases& aliases)
+std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases)
 {
     if (kind == 'n') return aliases.Name(text);
+    if (kind == 's' && mayBeName) return aliases.Text(text);
     if (kind == 'i' && !IsStandardInterface(text)) return aliases.Text(text);
     return std::string(text);
 }
@@ -30,13 +31,14 @@ std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
     if (message.text.empty() || message.text == "<no information>") return std::string(message.text);
     const auto found = SentenceOf(message);
     if (!found) return aliases.Text(message.text);
+    // Of a text that two rows match, words of the one may be a name of the other.
+    const bool isAmbiguous = FindSentence(RowOf(found->sentence).severity, message.text, found->sentence).has_value();
     std::string redacted;
-    std::string_view pattern = RowOf(found->sentence).text;
-    for (std::size_t filled = 0; !pattern.empty(); ++filled) {
-        char hole = 0;
-        redacted += sentences::TakeLiteral(pattern, hole);
-        if (hole) redacted += RedactHole(hole, found->holes[filled], aliases);
-    }
+    sentences::Walk(
+        RowOf(found->sentence).text, [&](std::string_view literal) { redacted += literal; },
+        [&](char kind, std::size_t number) {
+            redacted += RedactHole(kind, isAmbiguous, found->holes[number], aliases);
+        });
     return redacted;
 }
 

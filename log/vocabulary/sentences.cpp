@@ -18,12 +18,9 @@ struct Pieces {
 
     explicit Pieces(std::string_view pattern)
     {
-        for (;;) {
-            char hole = 0;
-            literals[count] = sentences::TakeLiteral(pattern, hole);
-            if (!hole) return;
-            holes[count++] = hole;
-        }
+        sentences::Walk(
+            pattern, [&](std::string_view literal) { literals[count] = literal; },
+            [&](char kind, std::size_t) { holes[count++] = kind; });
     }
 };
 
@@ -74,9 +71,10 @@ std::string SentenceText(Sentence sentence, HoleTexts holes)
     return text;
 }
 
-std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text)
+std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after)
 {
-    for (const SentenceRow& row : kSentences) {
+    const std::size_t first = after ? static_cast<std::size_t>(*after) + 1 : 0;
+    for (const SentenceRow& row : std::span(kSentences).subspan(first)) {
         if (row.severity != severity) continue;
         // Most texts differ from most rows in the first character.
         if (row.text.front() != '%' && (text.empty() || text.front() != row.text.front())) continue;

@@ -227,14 +227,17 @@ constexpr bool IsInOrder()
 }
 static_assert(IsInOrder(), "The rows stand in the order of the enumeration, one for each");
 
-// The part of a pattern up to its first hole, which is removed from the pattern; `hole` is the hole's kind, 0 when there is none.
-constexpr std::string_view TakeLiteral(std::string_view& pattern, char& hole)
+// Calls `literal(text)` and `hole(kind, number)` for the parts of a pattern, in order. Leaves out empty literals.
+template <class Literal, class Hole>
+constexpr void Walk(std::string_view pattern, Literal&& literal, Hole&& hole)
 {
-    const std::size_t mark = pattern.find('%');
-    const std::string_view literal = pattern.substr(0, mark);
-    hole = mark == std::string_view::npos ? '\0' : pattern[mark + 1];
-    pattern = mark == std::string_view::npos ? std::string_view() : pattern.substr(mark + 2);
-    return literal;
+    for (std::size_t number = 0; !pattern.empty(); ++number) {
+        const std::size_t mark = pattern.find('%');
+        if (mark > 0) literal(pattern.substr(0, mark));
+        if (mark == std::string_view::npos) return;
+        hole(pattern[mark + 1], number);
+        pattern.remove_prefix(mark + 2);
+    }
 }
 
 }  // namespace sentences
@@ -243,13 +246,9 @@ constexpr std::string_view TakeLiteral(std::string_view& pattern, char& hole)
 template <class Piece>
 void ForEachPiece(Sentence sentence, HoleTexts holes, Piece&& piece)
 {
-    std::string_view pattern = RowOf(sentence).text;
-    for (std::size_t filled = 0; !pattern.empty(); ++filled) {
-        char hole = 0;
-        const std::string_view literal = sentences::TakeLiteral(pattern, hole);
-        if (!literal.empty()) piece(literal);
-        if (hole && filled < holes.size()) piece(holes[filled]);
-    }
+    sentences::Walk(RowOf(sentence).text, piece, [&](char, std::size_t number) {
+        if (number < holes.size()) piece(holes[number]);
+    });
 }
 
 // The whole sentence.
@@ -261,8 +260,9 @@ struct FoundSentence {
     std::array<std::string_view, kMostHoles> holes;
 };
 
-// The first row of the element that the text matches. A name that looks like part of a sentence reaches as far as it can.
-std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text);
+// The first row of the element that the text matches, after the row `after` when there is one. A name that looks like part of a
+// sentence reaches as far as it can.
+std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after = {});
 
 // The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when
 // there is none.

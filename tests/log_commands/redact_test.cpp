@@ -147,6 +147,10 @@ TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
         {EventKind::Info, "Creating user selected unit operation: Secret", "Creating user selected unit operation: A"},
         {EventKind::Warning, "Object reports rediculously high max file size.",
          "Object reports rediculously high max file size\\."},
+        {EventKind::Error, "Failed to create unit operation: E_FAIL", "Failed to create unit operation: E_FAIL"},
+        // The name of a unit reads like another sentence.
+        {EventKind::Error, "Failed to create unit operation: Secret creation failed: E_FAIL",
+         "Failed to create unit operation: A"},
         {EventKind::Error, "Secret words of a later version", "A"},
         {EventKind::Error, "", ""},
     };

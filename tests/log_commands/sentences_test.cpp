@@ -16,29 +16,28 @@ namespace {
 std::vector<std::string_view> Fillings(const SentenceRow& row)
 {
     std::vector<std::string_view> fillings;
-    std::string_view pattern = row.text;
-    while (!pattern.empty()) {
-        char hole = 0;
-        sentences::TakeLiteral(pattern, hole);
-        switch (hole) {
-            case 'n': fillings.emplace_back("\"A\" (type: B): C"); break;
-            case 'i': fillings.emplace_back("ICapeUnit"); break;
-            case 'c': fillings.emplace_back("ECapeUnknownHR"); break;
-            case 's': fillings.emplace_back("12"); break;
-            default: break;
-        }
-    }
+    sentences::Walk(
+        row.text, [](std::string_view) {},
+        [&](char kind, std::size_t) {
+            switch (kind) {
+                case 'n': fillings.emplace_back("\"A\" (type: B): C"); break;
+                case 'i': fillings.emplace_back("ICapeUnit"); break;
+                case 'c': fillings.emplace_back("ECapeUnknownHR"); break;
+                default: fillings.emplace_back("12"); break;
+            }
+        });
     return fillings;
 }
 
 std::string_view Literal(const SentenceRow& row)
 {
-    std::string_view longest, pattern = row.text;
-    while (!pattern.empty()) {
-        char hole = 0;
-        const std::string_view literal = sentences::TakeLiteral(pattern, hole);
-        if (literal.size() > longest.size()) longest = literal;
-    }
+    std::string_view longest;
+    sentences::Walk(
+        row.text,
+        [&](std::string_view literal) {
+            if (literal.size() > longest.size()) longest = literal;
+        },
+        [](char, std::size_t) {});
     return longest;
 }
 
@@ -59,14 +58,11 @@ TEST(Sentences, AreReadWithEmptyNames)
 {
     for (const SentenceRow& row : kSentences) {
         std::vector<std::string_view> fillings = Fillings(row);
-        std::size_t hole = 0;
-        std::string_view pattern = row.text;
-        while (!pattern.empty()) {
-            char kind = 0;
-            sentences::TakeLiteral(pattern, kind);
-            if (kind == 'n') fillings[hole] = "";
-            if (kind) ++hole;
-        }
+        sentences::Walk(
+            row.text, [](std::string_view) {},
+            [&](char kind, std::size_t number) {
+                if (kind == 'n') fillings[number] = "";
+            });
         const auto found = FindSentence(row.severity, SentenceText(row.sentence, fillings));
         ASSERT_TRUE(found) << row.text;
         EXPECT_EQ(row.text, RowOf(found->sentence).text);
@@ -108,6 +104,18 @@ TEST(Sentences, EndACodeAtItsFirstColon)
     EXPECT_EQ(Sentence::FailedCall, found->sentence);
     EXPECT_EQ("0x80041234", found->holes[0]);
     EXPECT_EQ("a: b", found->holes[1]);
+}
+
+TEST(Sentences, CanBeSearchedForFurther)
+{
+    const char* text = "Type check error: Mixer creation failed: E_FAIL";
+    const auto first = FindSentence(Severity::Error, text);
+    ASSERT_TRUE(first);
+    const auto second = FindSentence(Severity::Error, text, first->sentence);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(Sentence::UnitCreationFailed, std::min(first->sentence, second->sentence));
+    EXPECT_EQ(Sentence::TypeCheckFailed, std::max(first->sentence, second->sentence));
+    EXPECT_FALSE(FindSentence(Severity::Error, text, Sentence::TypeCheckFailed));
 }
 
 TEST(Sentences, DifferInTheirTexts)
