@@ -7,7 +7,7 @@
 #include "system/narrow.h"
 #include "system/system_text.h"
 #include "ctl/doctor/checks.h"
-#include "ctl/doctor/mending.h"
+#include "ctl/doctor/fixing.h"
 #include "ctl/exports/session.h"
 #include "ctl/json_writer.h"
 
@@ -16,13 +16,13 @@ namespace {
 
 // clang-format off
 constexpr Option kDoctorOptions[] = {
-    {"--fix",  nullptr, "mends what is safe to mend; registering for everybody needs an administrator"},
+    {"--fix",  nullptr, "fixes what is safe to fix; registering for everybody needs an administrator"},
     {"--json", nullptr, "as JSON"},
 };
 
 constexpr Command kCommands[] = {
     {"doctor", "", 0, 0, kDoctorOptions, "Examines the installation and the exported packages",
-     "A finding is a word for programs and a sentence: what is wrong, what it causes, how it is mended. Looked at are:\n"
+     "A finding is a word for programs and a sentence: what is wrong, what it causes, how to fix it. It looks at:\n"
      "  not-registered, server-file, server, server-quotes, version  ZELT.EXE and the path by which Windows starts it\n"
      "  class, category, application, program-id, description        what is registered of its classes, in both views\n"
      "  log-files                                                    the file class of logs\n"
@@ -67,29 +67,29 @@ bool Contains(const Findings& findings, const Finding& wanted)
 bool IsAnyMendable(const Findings& findings)
 {
     return std::any_of(findings.begin(), findings.end(),
-                       [](const Finding& finding) { return finding.mend != Mend::None; });
+                       [](const Finding& finding) { return finding.fix != Fix::None; });
 }
 
-void WriteJson(const Findings& mended, const Findings& left, Output& out)
+void WriteJson(const Findings& fixed, const Findings& left, Output& out)
 {
     JsonWriter json(out);
     json.BeginArray();
-    const auto write = [&](const Findings& findings, bool areMended) {
+    const auto write = [&](const Findings& findings, bool areFixed) {
         for (const Finding& finding : findings) {
             json.NewLine().BeginObject().Member("rule", finding.rule).Member("wrong", finding.wrong);
             json.Member("effect", finding.effect).Member("remedy", finding.remedy);
-            json.Key("fixable").Bool(finding.mend != Mend::None).Key("mended").Bool(areMended).EndObject();
+            json.Key("fixable").Bool(finding.fix != Fix::None).Key("fixed").Bool(areFixed).EndObject();
         }
     };
-    write(mended, true);
+    write(fixed, true);
     write(left, false);
     json.EndArray();
     out << '\n';
 }
 
-void WriteText(const Installation& installation, const Findings& mended, const Findings& left, Output& out)
+void WriteText(const Installation& installation, const Findings& fixed, const Findings& left, Output& out)
 {
-    for (const Finding& finding : mended) out << "mended: " << finding.rule << ": " << finding.wrong << ".\n";
+    for (const Finding& finding : fixed) out << "fixed: " << finding.rule << ": " << finding.wrong << ".\n";
     for (const Finding& finding : left) out << finding.rule << ": " << Sentence(finding) << '\n';
     if (!left.empty()) return;
     out << "healthy: " << Utf8(installation.server) << ' ' << installation.version << ", registered for "
@@ -104,23 +104,23 @@ int ExamineInstallation(const Arguments& arguments, Streams& streams)
 {
     const Session session;
     Installation installation = FindInstallation();
-    Findings left = Examine(installation), mended;
+    Findings left = Examine(installation), fixed;
     // Once ZELT is registered, more can be examined and fixed.
     for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyMendable(left); ++pass) {
-        MendFindings(left, installation, streams.messages);
+        FixFindings(left, installation, streams.messages);
         installation = FindInstallation();
         Findings now = Examine(installation);
-        const std::size_t before = mended.size();
+        const std::size_t before = fixed.size();
         for (const Finding& finding : left) {
-            if (!Contains(now, finding)) mended.push_back(finding);
+            if (!Contains(now, finding)) fixed.push_back(finding);
         }
         left = std::move(now);
-        if (mended.size() == before) break;
+        if (fixed.size() == before) break;
     }
     if (arguments.Has("--json")) {
-        WriteJson(mended, left, streams.data);
+        WriteJson(fixed, left, streams.data);
     } else {
-        WriteText(installation, mended, left, streams.data);
+        WriteText(installation, fixed, left, streams.data);
     }
     return left.empty() ? kFine : kFinding;
 }

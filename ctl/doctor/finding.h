@@ -7,7 +7,7 @@
 namespace zelt::ctl {
 
 // What --fix does about a finding. It never changes what others rely on.
-enum class Mend {
+enum class Fix {
     None,
     Register,     // registers ZELT again
     LibraryFile,  // writes the file of a type library of the standard again
@@ -19,7 +19,7 @@ struct Finding {
     std::string wrong;   // a clause that begins the sentence
     std::string effect;  // follows "so"
     std::string remedy;  // what to do, as one would tell a person
-    Mend mend = Mend::None;
+    Fix fix = Fix::None;
 };
 
 using Findings = std::vector<Finding>;

@@ -1,4 +1,4 @@
-#include "ctl/doctor/mending.h"
+#include "ctl/doctor/fixing.h"
 
 #include <windows.h>
 
@@ -62,11 +62,10 @@ void RewriteList() { StoredPackages().Save(); }
 
 }  // namespace
 
-void MendFindings(const Findings& findings, const Installation& installation, Output& messages)
+void FixFindings(const Findings& findings, const Installation& installation, Output& messages)
 {
-    const auto mend = [&](Mend kind, auto&& body) {
-        if (std::none_of(findings.begin(), findings.end(), [&](const Finding& one) { return one.mend == kind; }))
-            return;
+    const auto fix = [&](Fix kind, auto&& body) {
+        if (std::none_of(findings.begin(), findings.end(), [&](const Finding& one) { return one.fix == kind; })) return;
         try {
             body();
         } catch (const std::exception& failure) {
@@ -74,9 +73,9 @@ void MendFindings(const Findings& findings, const Installation& installation, Ou
         }
     };
     // Registration needs the files that are already registered to be in place.
-    mend(Mend::LibraryFile, [&] { WriteLibraryFiles(installation); });
-    mend(Mend::Register, [&] { RegisterAgain(installation); });
-    mend(Mend::RewriteList, RewriteList);
+    fix(Fix::LibraryFile, [&] { WriteLibraryFiles(installation); });
+    fix(Fix::Register, [&] { RegisterAgain(installation); });
+    fix(Fix::RewriteList, RewriteList);
 }
 
 }  // namespace zelt::ctl

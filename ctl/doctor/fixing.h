@@ -9,6 +9,6 @@ namespace zelt::ctl {
 
 // Does what the findings call for, each thing once. Reports failures in `messages`; examining the installation again shows
 // whether it helped.
-void MendFindings(const Findings& findings, const Installation& installation, Output& messages);
+void FixFindings(const Findings& findings, const Installation& installation, Output& messages);
 
 }  // namespace zelt::ctl

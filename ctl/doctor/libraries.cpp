@@ -85,10 +85,10 @@ void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings
                        kEffect, "install the program again that brought it"};
     if (!library.sharedFile) {
         finding.remedy = kRegisterAgain;
-        finding.mend = Mend::Register;
+        finding.fix = Fix::Register;
     } else if (IsSharedFile(library, path)) {
         finding.remedy = "let zeltctl doctor --fix write it again";
-        finding.mend = Mend::LibraryFile;
+        finding.fix = Fix::LibraryFile;
     }
     findings.push_back(std::move(finding));
 }
@@ -156,11 +156,11 @@ void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryReg
         const std::vector<std::string>& names = members[row.state];
         if (names.empty()) continue;
         // Registration adds what is missing, and leaves what others have made of the standard's interfaces.
-        const bool mendable = row.state == InterfaceState::Missing || !library.sharedFile;
+        const bool fixable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back(
             {row.rule, Names(names) + row.wrong + InView(view), kEffect,
-             mendable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
-             mendable ? Mend::Register : Mend::None});
+             fixable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
+             fixable ? Fix::Register : Fix::None});
     }
 }
 
@@ -175,7 +175,7 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
             findings.push_back(
                 {"library",
                  "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
-                 kEffect, kRegisterAgain, Mend::Register});
+                 kEffect, kRegisterAgain, Fix::Register});
         } else if (isNew && (library.sharedFile || file != installation.server)) {
             CheckFile(library, file, findings);
         }
@@ -196,9 +196,9 @@ void CheckLibraries(const Installation& installation, Findings& findings)
     }
     if (!installation.registrable.empty()) return;
     for (std::size_t index = first; index < findings.size(); ++index) {
-        if (findings[index].mend != Mend::Register) continue;
+        if (findings[index].fix != Fix::Register) continue;
         findings[index].remedy = "install ZELT again";
-        findings[index].mend = Mend::None;
+        findings[index].fix = Fix::None;
     }
 }
 

@@ -105,7 +105,7 @@ void CheckPackages(Findings& findings)
              "The entry Package" + std::to_string(number) + " of the list of packages is missing or cannot be read",
              "its package is not exported",
              "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
-             Mend::RewriteList});
+             Fix::RewriteList});
     }
     CheckDuplicates(list, findings);
     ManagerAnswers managers;

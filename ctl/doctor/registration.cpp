@@ -89,7 +89,7 @@ void CheckClass(const Installation& installation, const ServedClass& served, Fin
         if (inClass && !LookUpEffective(view, root, L"").keyExists) {
             if (!missing.insert(view).second) continue;
             findings.push_back({"class", owner + " is not registered" + InView(view),
-                                std::string(Simulators(view)) + " do not find it", kRegisterAgain, Mend::Register});
+                                std::string(Simulators(view)) + " do not find it", kRegisterAgain, Fix::Register});
             continue;
         }
         const std::wstring place = PlaceBelow(inClass ? root : L"", fault.expected);
@@ -100,11 +100,11 @@ void CheckClass(const Installation& installation, const ServedClass& served, Fin
                 {"server-quotes",
                  owner + " names the path \"" + Utf8(*fault.found.text) + "\" without quotes" + InView(view),
                  "a program whose name is the beginning of the path could be started in its place", kRegisterAgain,
-                 Mend::Register});
+                 Fix::Register});
             continue;
         }
         findings.push_back({meaning.rule, Difference(owner, place, fault) + InView(view), meaning.effect,
-                            kRegisterAgain, Mend::Register});
+                            kRegisterAgain, Fix::Register});
     }
 }
 
@@ -117,7 +117,7 @@ void CheckApplication(const Installation& installation, Findings& findings)
         const Meaning& meaning = MeaningOf(kOtherMeanings, place);
         if (!told.insert(meaning.rule).second) continue;
         findings.push_back({meaning.rule, Difference("The registration", place, fault), meaning.effect, kRegisterAgain,
-                            Mend::Register});
+                            Fix::Register});
     }
 }
 
@@ -125,18 +125,18 @@ void CheckApplication(const Installation& installation, Findings& findings)
 
 void CheckRegistration(const Installation& installation, Findings& findings)
 {
-    const bool mendable = !installation.registrable.empty();
-    const std::string remedy = mendable ? kRegisterAgain : "install ZELT again";
-    const Mend mend = mendable ? Mend::Register : Mend::None;
+    const bool fixable = !installation.registrable.empty();
+    const std::string remedy = fixable ? kRegisterAgain : "install ZELT again";
+    const Fix fix = fixable ? Fix::Register : Fix::None;
     if (!installation.registered) {
-        findings.push_back({"not-registered", "ZELT is not registered", "no simulator finds it", remedy, mend});
+        findings.push_back({"not-registered", "ZELT is not registered", "no simulator finds it", remedy, fix});
         return;
     }
     if (!installation.server.empty() && installation.server != installation.registrable) {
         findings.push_back({"server-file", "The registered program \"" + Utf8(installation.server) + "\" is not there",
-                            "no simulator can start it", remedy, mend});
+                            "no simulator can start it", remedy, fix});
     }
-    if (mendable && installation.version != OwnVersion()) {
+    if (fixable && installation.version != OwnVersion()) {
         findings.push_back({"version",
                             Utf8(Quoted(installation.registrable)) + " is of version " + installation.version +
                                 ", and zeltctl of version " + OwnVersion(),
@@ -145,10 +145,10 @@ void CheckRegistration(const Installation& installation, Findings& findings)
     const std::size_t first = findings.size();
     for (const ServedClass& served : ServedClasses()) CheckClass(installation, served, findings);
     CheckApplication(installation, findings);
-    if (mendable) return;
+    if (fixable) return;
     for (std::size_t index = first; index < findings.size(); ++index) {
         findings[index].remedy = remedy;
-        findings[index].mend = mend;
+        findings[index].fix = fix;
     }
 }
 

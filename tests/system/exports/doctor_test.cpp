@@ -8,7 +8,7 @@
 #include "log/log_options.h"
 #include "registration/library_facts.h"
 #include "packages/package_list_hold.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 #include "registration/shared_file.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/stored_options.h"
@@ -108,7 +108,7 @@ protected:
     {
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
         EXPECT_EQ(0, outcome.code) << outcome.data;
-        EXPECT_TRUE(outcome.data.starts_with("mended: " + rule + ": ")) << outcome.data;
+        EXPECT_TRUE(outcome.data.starts_with("fixed: " + rule + ": ")) << outcome.data;
         EXPECT_NE(std::string::npos, outcome.data.find("\nhealthy: ")) << outcome.data;
         EXPECT_EQ("", outcome.messages);
     }
@@ -352,7 +352,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});
     EXPECT_EQ(0, json.code);
     EXPECT_TRUE(json.data.starts_with("[\n{\"rule\":\"package-entry\",")) << json.data;
-    EXPECT_TRUE(json.data.ends_with(",\"fixable\":true,\"mended\":true}]\n")) << json.data;
+    EXPECT_TRUE(json.data.ends_with(",\"fixable\":true,\"fixed\":true}]\n")) << json.data;
     ExpectHealthy();
 }
 
@@ -389,7 +389,7 @@ TEST_F(Doctor, FindsThatTheUnitOperationIsGone)
         "[\n{\"rule\":\"unit-class\",\"wrong\":\"The unit operation that PRAVIK is set to is of the class "
         "{D0C70125-0000-4000-8000-00000000000A}, which is not registered for ZELT\",\"effect\":\"PRAVIK cannot make "
         "it\",\"remedy\":"
-        "\"install it again, or choose another with zeltctl options --unit\",\"fixable\":false,\"mended\":false}]\n",
+        "\"install it again, or choose another with zeltctl options --unit\",\"fixable\":false,\"fixed\":false}]\n",
         json.data);
 }
 

@@ -84,9 +84,9 @@ TEST_F(ZeltctlProgram, RegistersAnInstallationThatIsNot)
         "not-registered: ZELT is not registered, so no simulator finds it; let zeltctl doctor --fix register ZELT "
         "again.\n",
         sick.output);
-    const Outcome mended = Run(L"doctor --fix");
-    EXPECT_EQ(0u, mended.code);
-    EXPECT_EQ("mended: not-registered: ZELT is not registered.\n" + Healthy("everybody"), mended.output);
+    const Outcome fixed = Run(L"doctor --fix");
+    EXPECT_EQ(0u, fixed.code);
+    EXPECT_EQ("fixed: not-registered: ZELT is not registered.\n" + Healthy("everybody"), fixed.output);
 }
 
 TEST_F(ZeltctlProgram, RegistersAnInstallationThatMoved)
