@@ -34,11 +34,11 @@ struct LoggedUtilities final : LoggedInterface<ICapeUtilities> {
     STDMETHOD(put_simulationContext)(IDispatch* context) override
     {
         return LOGGED(ICapeUtilities, put_simulationContext,
-                      WrappedIn("context", context, {WrapKind::SimulationContext}), Write());
+                      WrappedIn("context", context, {WrapKind::SimulationContext}), ChangesObject());
     }
     STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize, NeedsObject()); }
     STDMETHOD(Terminate)() override { return LOGGED(ICapeUtilities, Terminate); }
-    STDMETHOD(Edit)() override { return LOGGED(ICapeUtilities, Edit, Write()); }
+    STDMETHOD(Edit)() override { return LOGGED(ICapeUtilities, Edit, ChangesObject()); }
 };
 
 class ExposedObjectBase : public LoggedProxy {

@@ -34,7 +34,7 @@ struct Renames : Mark, NoSteps {
 
 STDMETHODIMP LoggedIdentification::put_ComponentName(BSTR name)
 {
-    return LOGGED(ICapeIdentification, put_ComponentName, In("name", name), Write(), Renames(name));
+    return LOGGED(ICapeIdentification, put_ComponentName, In("name", name), ChangesObject(), Renames(name));
 }
 
 std::optional<HRESULT> OutOrUninitialized::Answer(LoggedCall& call) const

@@ -28,7 +28,7 @@ struct LoggedIdentification final : LoggedInterface<ICapeIdentification> {
     }
     STDMETHOD(put_ComponentDescription)(BSTR desc) override
     {
-        return LOGGED(ICapeIdentification, put_ComponentDescription, In("desc", desc), Write());
+        return LOGGED(ICapeIdentification, put_ComponentDescription, In("desc", desc), ChangesObject());
     }
 };
 

@@ -15,7 +15,7 @@ struct LoggedParameter final : LoggedInterface<ICapeParameter> {
     STDMETHOD(get_value)(VARIANT* value) override { return LOGGED(ICapeParameter, get_value, Out("value", value)); }
     STDMETHOD(put_value)(VARIANT value) override
     {
-        return LOGGED(ICapeParameter, put_value, Write(), In("value", value));
+        return LOGGED(ICapeParameter, put_value, ChangesObject(), In("value", value));
     }
     STDMETHOD(get_ValStatus)(eCapeValidationStatus* status) override
     {
@@ -24,13 +24,13 @@ struct LoggedParameter final : LoggedInterface<ICapeParameter> {
     STDMETHOD(get_Mode)(eCapeParamMode* mode) override { return LOGGED(ICapeParameter, get_Mode, Out("Mode", mode)); }
     STDMETHOD(put_Mode)(eCapeParamMode mode) override
     {
-        return LOGGED(ICapeParameter, put_Mode, Write(), In("Mode", mode));
+        return LOGGED(ICapeParameter, put_Mode, ChangesObject(), In("Mode", mode));
     }
     STDMETHOD(Validate)(BSTR* message, VARIANT_BOOL* isOK) override
     {
         return LOGGED(ICapeParameter, Validate, Out("message", message), OutBool("isOK", isOK));
     }
-    STDMETHOD(Reset)() override { return LOGGED(ICapeParameter, Reset, Write()); }
+    STDMETHOD(Reset)() override { return LOGGED(ICapeParameter, Reset, ChangesObject()); }
 };
 
 class CParameter final : public ExposedObjectBase {

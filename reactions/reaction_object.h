@@ -20,7 +20,7 @@ struct LoggedReactionProperties final : LoggedInterface<ICapeReactionProperties>
     {
         return LOGGED(ICapeReactionProperties, SetReactionProp, In("property", property), In("phase", phase),
                       In("reacIds", reacIds, kOptionalStrings), In("basis", basis), In("propVals", propVals, kDoubles),
-                      Write());
+                      ChangesObject());
     }
 };
 
@@ -28,17 +28,17 @@ struct LoggedObjectMaterialContext final : LoggedInterface<ICapeThermoMaterialCo
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return LOGGED(ICapeThermoMaterialContext, SetMaterial, In("material", material), Write(),
+        return LOGGED(ICapeThermoMaterialContext, SetMaterial, In("material", material), ChangesObject(),
                       ErrorIf(!material, Sentence::NullMaterial10));
     }
-    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
+    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, ChangesObject()); }
 };
 
 struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, In("material", material), Write());
+        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, In("material", material), ChangesObject());
     }
 };
 

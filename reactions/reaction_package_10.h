@@ -13,7 +13,7 @@ struct LoggedKineticContext final : LoggedInterface<ICapeKineticReactionContext>
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {
         return LOGGED(ICapeKineticReactionContext, SetReactionObject,
-                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), Write());
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), ChangesObject());
     }
 };
 
@@ -23,7 +23,7 @@ struct LoggedElectrolyteContext final : LoggedInterface<ICapeElectrolyteReaction
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {
         return LOGGED(ICapeElectrolyteReactionContext, SetReactionObject,
-                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), Write());
+                      WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}), ChangesObject());
     }
 };
 
@@ -32,10 +32,10 @@ struct LoggedReactionMaterialContext final : LoggedInterface<ICapeThermoMaterial
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
         return LOGGED(ICapeThermoMaterialContext, SetMaterial,
-                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
-                      ErrorIf(!material, Sentence::NullMaterialReactions));
+                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}),
+                      ChangesObject(), ErrorIf(!material, Sentence::NullMaterialReactions));
     }
-    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, Write()); }
+    STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, ChangesObject()); }
 };
 
 struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
@@ -44,7 +44,7 @@ struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
     {
         return Forward<&ICapeThermoContext::SetMaterial>(
             kSetMaterial10, WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}),
-            Write());
+            ChangesObject());
     }
 };
 

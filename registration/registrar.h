@@ -11,7 +11,7 @@
 
 #include "system/registry.h"
 #include "registration/registry_script.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 namespace zelt {
 

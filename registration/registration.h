@@ -8,7 +8,7 @@
 #include <string>
 
 #include "system/registry.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 #include "registration/served_class.h"
 
 namespace zelt {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "registration/registry_script.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 #include "registration/served_class.h"
 
 namespace zelt {

@@ -1,4 +1,4 @@
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 #include "com/failure.h"
 #include "registration/key_tree.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 namespace zelt {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 namespace zelt {
 

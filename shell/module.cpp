@@ -8,7 +8,7 @@
 #include "com/type_info.h"
 #include "guard/fault_guard.h"
 #include "log/log_document.h"
-#include "system/message.h"
+#include "system/message_box.h"
 #include "res/resource.h"
 #include "packages/exported_package_list.h"
 #include "system/library_search.h"

@@ -1,4 +1,4 @@
-#include "system/message.h"
+#include "system/message_box.h"
 
 namespace zelt {
 namespace {

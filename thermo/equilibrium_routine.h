@@ -12,7 +12,8 @@ struct LoggedEquilibriumRoutine final : LoggedInterface<ICapeThermoEquilibriumRo
     STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override
     {
         return LOGGED(ICapeThermoEquilibriumRoutine, CalcEquilibrium, In("specification1", specification1, kStrings),
-                      In("specification2", specification2, kStrings), In("solutionType", solutionType), Write());
+                      In("specification2", specification2, kStrings), In("solutionType", solutionType),
+                      ChangesObject());
     }
     STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
                                     VARIANT_BOOL* isSupported) override

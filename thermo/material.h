@@ -8,10 +8,10 @@ namespace zelt {
 struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion::CapeOpen11> {
     using LoggedInterface::LoggedInterface;
 
-    STDMETHOD(ClearAllProps)() override { return LOGGED(ICapeThermoMaterial, ClearAllProps, Write()); }
+    STDMETHOD(ClearAllProps)() override { return LOGGED(ICapeThermoMaterial, ClearAllProps, ChangesObject()); }
     STDMETHOD(CopyFromMaterial)(IDispatch** source) override
     {
-        return LOGGED(ICapeThermoMaterial, CopyFromMaterial, InSlot("source", source), Write(),
+        return LOGGED(ICapeThermoMaterial, CopyFromMaterial, InSlot("source", source), ChangesObject(),
                       HoldOriginal(source ? *source : nullptr));
     }
     STDMETHOD(CreateMaterial)(IDispatch** materialObject) override
@@ -54,23 +54,23 @@ struct LoggedMaterial final : LoggedInterface<ICapeThermoMaterial, ThermoVersion
     STDMETHOD(SetOverallProp)(BSTR property, BSTR basis, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterial, SetOverallProp, In("property", property), In("basis", basis),
-                      In("values", values, kDoubles), Write());
+                      In("values", values, kDoubles), ChangesObject());
     }
     STDMETHOD(SetPresentPhases)(VARIANT phaseLabels, VARIANT phaseStatus) override
     {
         return LOGGED(ICapeThermoMaterial, SetPresentPhases, In("phaseLabels", phaseLabels, kStrings),
-                      In("phaseStatus", phaseStatus, kAnything), Write());
+                      In("phaseStatus", phaseStatus, kAnything), ChangesObject());
     }
     STDMETHOD(SetSinglePhaseProp)(BSTR property, BSTR phaseLabel, BSTR basis, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterial, SetSinglePhaseProp, In("property", property), In("phaseLabel", phaseLabel),
-                      NotEmpty(phaseLabel), In("basis", basis), In("values", values, kDoubles), Write());
+                      NotEmpty(phaseLabel), In("basis", basis), In("values", values, kDoubles), ChangesObject());
     }
     STDMETHOD(SetTwoPhaseProp)(BSTR property, VARIANT phaseLabels, BSTR basis, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterial, SetTwoPhaseProp, In("property", property),
                       In("phaseLabels", phaseLabels, kStrings), In("basis", basis), In("values", values, kDoubles),
-                      Write());
+                      ChangesObject());
     }
 
 private:

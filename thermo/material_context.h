@@ -12,8 +12,8 @@ struct LoggedMaterialContext final : LoggedInterface<ICapeThermoMaterialContext>
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
         return LOGGED(ICapeThermoMaterialContext, SetMaterial,
-                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}), Write(),
-                      ErrorIf(!material, Sentence::NullMaterial11));
+                      WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen11}),
+                      ChangesObject(), ErrorIf(!material, Sentence::NullMaterial11));
     }
     STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial); }
 };

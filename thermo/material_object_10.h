@@ -41,17 +41,17 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     {
         return LOGGED(ICapeThermoMaterialObject, SetProp, In("property", property), In("phase", phase),
                       In("compIds", compIds, kOptionalStrings), In("calcType", calcType), In("basis", basis),
-                      NotEmpty(phase), InShownAsOut("values", values, kDoubles), Write());
+                      NotEmpty(phase), InShownAsOut("values", values, kDoubles), ChangesObject());
     }
     STDMETHOD(CalcEquilibrium)(BSTR flashType, VARIANT props) override
     {
         return LOGGED(ICapeThermoMaterialObject, CalcEquilibrium, In("flashType", flashType),
-                      In("props", props, kOptionalStrings), Write());
+                      In("props", props, kOptionalStrings), ChangesObject());
     }
     STDMETHOD(SetIndependentVar)(VARIANT indVars, VARIANT values) override
     {
         return LOGGED(ICapeThermoMaterialObject, SetIndependentVar, In("indVars", indVars, kStrings),
-                      In("values", values, kDoubles), Write(), ErrorIf(true, Sentence::SetIndependentVarUsed));
+                      In("values", values, kDoubles), ChangesObject(), ErrorIf(true, Sentence::SetIndependentVarUsed));
     }
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override
     {
@@ -69,7 +69,7 @@ struct LoggedMaterialObject10 final : LoggedInterface<ICapeThermoMaterialObject,
     }
     STDMETHOD(RemoveResults)(VARIANT props) override
     {
-        return LOGGED(ICapeThermoMaterialObject, RemoveResults, In("props", props, kOptionalStrings), Write());
+        return LOGGED(ICapeThermoMaterialObject, RemoveResults, In("props", props, kOptionalStrings), ChangesObject());
     }
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override
     {

@@ -16,7 +16,7 @@ struct LoggedMaterialTemplate final : LoggedInterface<ICapeThermoMaterialTemplat
     }
     STDMETHOD(SetProp)(BSTR property, VARIANT values) override
     {
-        return LOGGED(ICapeThermoMaterialTemplate, SetProp, Write(), In("property", property),
+        return LOGGED(ICapeThermoMaterialTemplate, SetProp, ChangesObject(), In("property", property),
                       In("values", values, kDoubles));
     }
 };

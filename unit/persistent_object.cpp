@@ -107,7 +107,7 @@ STDMETHODIMP PersistentObject::Persistence::InitNew()
     if (!owner.Admits("IPersistStreamInit::InitNew")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::InitNew");
     const HRESULT result = com::NoThrow([&] {
-        Write().Describe(call);
+        ChangesObject().Describe(call);
         if (owner.IsTaken(call, Sentence::InitNewTwice)) return E_FAIL;
         const Making making(owner.isBeingMade);
         return owner.MakeNew(call);
@@ -120,7 +120,7 @@ STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
     if (!owner.Admits("IPersistStreamInit::Load")) return RPC_E_WRONG_THREAD;
     LoggedCall call(owner, "IPersistStreamInit::Load");
     const HRESULT result = com::NoThrow([&] {
-        Write().Describe(call);
+        ChangesObject().Describe(call);
         In("pstm", stream).Describe(call);
         if (owner.IsTaken(call, Sentence::LoadTwice)) return E_FAIL;
         const Making making(owner.isBeingMade);

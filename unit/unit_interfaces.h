@@ -16,7 +16,7 @@ struct LoggedUnit final : LoggedInterface<ICapeUnit> {
     {
         return LOGGED(ICapeUnit, get_ValStatus, Out("ValStatus", status));
     }
-    STDMETHOD(Calculate)() override { return LOGGED(ICapeUnit, Calculate, Write()); }
+    STDMETHOD(Calculate)() override { return LOGGED(ICapeUnit, Calculate, ChangesObject()); }
     STDMETHOD(Validate)(BSTR* message, VARIANT_BOOL* isValid) override
     {
         return LOGGED(ICapeUnit, Validate, Out("message", message), OutBool("isValid", isValid));
@@ -35,7 +35,7 @@ struct LoggedUnitReport final : LoggedInterface<ICapeUnitReport> {
     }
     STDMETHOD(put_selectedReport)(BSTR report) override
     {
-        return LOGGED(ICapeUnitReport, put_selectedReport, Write(), In("report", report));
+        return LOGGED(ICapeUnitReport, put_selectedReport, ChangesObject(), In("report", report));
     }
     STDMETHOD(ProduceReport)(BSTR* message) override
     {
@@ -47,7 +47,7 @@ struct LoggedUnitKineticContext final : LoggedInterface<ICapeKineticReactionCont
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {
-        return LOGGED(ICapeKineticReactionContext, SetReactionObject, Write(),
+        return LOGGED(ICapeKineticReactionContext, SetReactionObject, ChangesObject(),
                       WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}));
     }
 };
@@ -57,7 +57,7 @@ struct LoggedUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReac
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
     {
-        return LOGGED(ICapeElectrolyteReactionContext, SetReactionObject, Write(),
+        return LOGGED(ICapeElectrolyteReactionContext, SetReactionObject, ChangesObject(),
                       WrappedInSlot("reactionsObject", reactionsObject, {WrapKind::ReactionObject}));
     }
 };

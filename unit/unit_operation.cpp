@@ -7,7 +7,7 @@
 
 #include "guard/foreign_creation.h"
 #include "log/hr_name.h"
-#include "system/message.h"
+#include "system/message_box.h"
 #include "system/narrow.h"
 #include "log/root_log.h"
 #include "unit/select_co_object.h"

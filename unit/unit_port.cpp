@@ -68,7 +68,7 @@ STDMETHODIMP LoggedUnitPort::get_portType(eCapePortType* portType)
 
 STDMETHODIMP LoggedUnitPort::Connect(IDispatch* objectToConnect)
 {
-    return LOGGED(ICapeUnitPort, Connect, Write(), ConnectedIn("objectToConnect", objectToConnect, *this));
+    return LOGGED(ICapeUnitPort, Connect, ChangesObject(), ConnectedIn("objectToConnect", objectToConnect, *this));
 }
 
 int LoggedUnitPort::Type(LoggedCall& call)

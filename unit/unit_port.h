@@ -21,7 +21,7 @@ public:
         return LOGGED(ICapeUnitPort, get_connectedObject, OriginalOut("connectedObject", connectedObject));
     }
     STDMETHOD(Connect)(IDispatch* objectToConnect) override;
-    STDMETHOD(Disconnect)() override { return LOGGED(ICapeUnitPort, Disconnect, Write()); }
+    STDMETHOD(Disconnect)() override { return LOGGED(ICapeUnitPort, Disconnect, ChangesObject()); }
 
     static constexpr int kUnknownType = -1;
 

@@ -14,7 +14,7 @@ namespace {
 class ItemCollector final : public RowSink {
 public:
     explicit ItemCollector(std::vector<BareItem>& items) : items(items) {}
-    void Row(const LogRow& row) override
+    void Row(const TreeRow& row) override
     {
         items.push_back({row.depth, row.image, row.hasChildren, Widen(row.label, CP_UTF8)});
     }

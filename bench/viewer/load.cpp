@@ -27,7 +27,7 @@ public:
 class ModelSink final : public RowSink {
 public:
     explicit ModelSink(LogModel& model) : model(model) {}
-    void Row(const LogRow& row) override { model.Add(row); }
+    void Row(const TreeRow& row) override { model.Add(row); }
     void ParseError(int) override {}
     bool Continue() override { return true; }
 

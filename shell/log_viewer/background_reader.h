@@ -4,7 +4,7 @@
 #pragma once
 
 #include "log_reader/log_reader.h"
-#include "shell/log_viewer/log_row.h"
+#include "shell/log_viewer/tree_row.h"
 #include "shell/log_viewer/shared_log_file.h"
 
 namespace zelt {

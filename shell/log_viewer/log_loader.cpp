@@ -35,7 +35,7 @@ public:
 
     long long& Position() { return position; }
 
-    void Row(const LogRow& row) override
+    void Row(const TreeRow& row) override
     {
         const ItemIndex index = model.Add(row);
         if (index + 1 == nextEstimate) Estimate(index + 1);

@@ -51,7 +51,7 @@ bool AreEqual(std::string_view a, std::string_view b)
 
 }  // namespace
 
-ItemIndex LogModel::Add(const LogRow& row)
+ItemIndex LogModel::Add(const TreeRow& row)
 {
     const ItemIndex index = Size();
     if (index == kNoItem) throw std::bad_alloc();

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "shell/log_viewer/chunked_array.h"
-#include "shell/log_viewer/log_row.h"
+#include "shell/log_viewer/tree_row.h"
 
 namespace zelt {
 
@@ -19,7 +19,7 @@ constexpr ItemIndex kNoItem = 0xFFFFFFFF;
 class LogModel {
 public:
     // Rows come in file order, and each becomes an item. Throws std::bad_alloc, leaving the model as it was.
-    ItemIndex Add(const LogRow& row);
+    ItemIndex Add(const TreeRow& row);
     // Call after the last item and before anything below.
     void Finish();
 

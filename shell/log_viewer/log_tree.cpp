@@ -115,7 +115,7 @@ void LogTree::FillAllOutermost(LongTask& task)
 void LogTree::FillChildren(ItemIndex item)
 {
     const ItemIndex first = model->FirstChild(item);
-    // Siblings enter the tree together or not at all.
+    // Siblings enter the tree together, so the first one tells whether they are in it.
     if (first == kNoItem || handles.Has(first)) return;
     const Unpainted unpainted(*this);
     for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) {

@@ -1,4 +1,4 @@
-#include "shell/log_viewer/log_row.h"
+#include "shell/log_viewer/tree_row.h"
 
 namespace zelt {
 namespace {

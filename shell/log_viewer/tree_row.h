@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-struct LogRow {
+struct TreeRow {
     int depth;
     SmallImage image;
     bool hasChildren;        // the next row is its first child
@@ -27,7 +27,7 @@ void AppendLabel(std::string& out, const LogEvent& event);
 class RowSink {
 public:
     virtual ~RowSink() = default;
-    virtual void Row(const LogRow& row) = 0;
+    virtual void Row(const TreeRow& row) = 0;
     virtual void ParseError(int line) = 0;
     virtual bool Continue() = 0;
 };

@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "system/message.h"
+#include "system/message_box.h"
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
 #include "packages/export_name.h"

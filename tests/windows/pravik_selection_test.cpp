@@ -9,7 +9,7 @@
 #include "system/registry.h"
 #include "res/resource.h"
 #include "registration/key_tree.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 #include "tests/system/harness/stored_options.h"
 #include "tests/unit/support/fake_unit.h"
 #include "tests/windows/program.h"

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 namespace zelt::test {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "system/narrow.h"
 #include "registration/key_tree.h"
-#include "registration/registry_views.h"
+#include "registration/registry_mirror.h"
 
 namespace {
 

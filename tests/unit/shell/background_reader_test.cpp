@@ -18,7 +18,7 @@ constexpr int kCalls = 3000;
 // Everything that it is told, a line each.
 class Recorder final : public RowSink {
 public:
-    void Row(const LogRow& row) override
+    void Row(const TreeRow& row) override
     {
         EXPECT_EQ(owner, GetCurrentThreadId());
         ++items;

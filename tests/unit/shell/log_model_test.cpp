@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-LogRow RowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
+TreeRow RowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
 
 // Most of a log's labels occur many times: an item costs a number.
 TEST(LogModel, KeepsEachLabelOnce)

@@ -1,5 +1,5 @@
 // What the viewer shows of each element of a log: image, label, and whether it is in the list of errors.
-#include "shell/log_viewer/log_row.h"
+#include "shell/log_viewer/tree_row.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ void PrintTo(const Row& row, std::ostream* out)
 
 class Collector final : public RowSink {
 public:
-    void Row(const LogRow& row) override
+    void Row(const TreeRow& row) override
     {
         rows.push_back({row.depth, row.image, row.hasChildren, row.isError, std::string(row.label)});
     }
@@ -100,7 +100,7 @@ const ElementCase kElements[] = {
      {{0, 4, true, false, "f (o)"}, {1, 2, false, false, "1"}, {0, 2, false, false, "2"}}},
 };
 
-TEST(LogRow, GivesEachElementItsImageAndLabel)
+TEST(TreeRow, GivesEachElementItsImageAndLabel)
 {
     for (const ElementCase& element : kElements) {
         SCOPED_TRACE(element.name);
@@ -112,7 +112,7 @@ TEST(LogRow, GivesEachElementItsImageAndLabel)
 }
 
 // Labels of batches stand one behind the other.
-TEST(LogRow, LeavesWhatStandsBeforeALabel)
+TEST(TreeRow, LeavesWhatStandsBeforeALabel)
 {
     std::string labels = "before";
     AppendLabel(labels, {EventKind::Call, true, false, 0, 0, "A::B", "o"});
@@ -121,7 +121,7 @@ TEST(LogRow, LeavesWhatStandsBeforeALabel)
     EXPECT_EQ("beforeA::B (o)n (type: VT_R8)1", labels);
 }
 
-TEST(LogRow, PassesOnWhereTheParserObjects)
+TEST(TreeRow, PassesOnWhereTheParserObjects)
 {
     Collector collector;
     EXPECT_EQ(LogReadResult::Incomplete, Read("<info value=\"1\"/>\n<info <", collector));
@@ -130,7 +130,7 @@ TEST(LogRow, PassesOnWhereTheParserObjects)
     EXPECT_EQ((std::vector<Row>{{0, 2, false, false, "1"}}), collector.rows);
 }
 
-TEST(LogRow, EndsTheReadingWhenTheSinkHasEnough)
+TEST(TreeRow, EndsTheReadingWhenTheSinkHasEnough)
 {
     std::string many;
     for (int i = 0; i < 100; ++i) many += "<info value=\"i\"/>\n";

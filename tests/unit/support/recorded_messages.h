@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "system/message.h"
+#include "system/message_box.h"
 
 namespace zelt::test {
 

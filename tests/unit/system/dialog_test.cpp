@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "system/message.h"
+#include "system/message_box.h"
 #include "res/resource.h"
 #include "tests/unit/support/recorded_messages.h"
 

@@ -1,0 +1,43 @@
+// The steps of a descriptor, and of a mark, in a proxied method's row. A descriptor that carries an argument has the parameter's
+// C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark carries none: it
+// adds a check in its place among the logged arguments.
+//
+// Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the check),
+// Answer (a result that ends the call without forwarding), Prepare (only for a logged call: wrap what goes in), Value (what is
+// forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release. An exception from Describe or Finish
+// costs an entry of the log; one from Prepare ends the call. The other steps throw nothing.
+#pragma once
+
+#include <optional>
+#include <type_traits>
+
+#include "core/logged_call.h"
+
+namespace zelt {
+
+struct Mark {};
+
+template <class D>
+inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
+
+// What a descriptor does in a step where it has nothing to do.
+struct NoSteps {
+    void Begin() const {}
+    void Describe(LoggedCall&) const {}
+    std::optional<HRESULT> Answer(LoggedCall&) { return {}; }
+    [[nodiscard]] HRESULT Prepare(LoggedCall&) { return S_OK; }
+    void Finish(LoggedCall&, HRESULT&) const {}
+    void Release() {}
+};
+
+// Whether the descriptor has nothing to do in a call that is not logged. One with its own Finish declares FinishOnlyLogs.
+template <class D>
+consteval bool OnlyLogs()
+{
+    constexpr bool kBegins = !std::is_same_v<decltype(&D::Begin), decltype(&NoSteps::Begin)>;
+    constexpr bool kAnswers = !std::is_same_v<decltype(&D::Answer), decltype(&NoSteps::Answer)>;
+    constexpr bool kFinishes = !std::is_same_v<decltype(&D::Finish), decltype(&NoSteps::Finish)>;
+    return !kBegins && !kAnswers && (!kFinishes || requires { typename D::FinishOnlyLogs; });
+}
+
+}  // namespace zelt

@@ -1,0 +1,39 @@
+// Marks of a row that are no rule of their own file: a needed object, an error on a condition, an object that is held.
+#pragma once
+
+#include <optional>
+
+#include "com/failure.h"
+#include "core/descriptor_steps.h"
+
+namespace zelt {
+
+// The wrapped object has to exist; the proxy may make it now.
+struct NeedsObject : Mark, NoSteps {
+    std::optional<HRESULT> Answer(LoggedCall& call)
+    {
+        const HRESULT made = com::NoThrow([&] { return call.Proxy().RequireObject(call); });
+        return FAILED(made) ? std::optional(made) : std::nullopt;
+    }
+};
+
+// An error when the condition holds; the call goes on.
+struct ErrorIf : Mark, NoSteps {
+    bool condition;
+    Sentence sentence;
+
+    ErrorIf(bool condition, Sentence sentence) : condition(condition), sentence(sentence) {}
+    void Describe(LoggedCall& call) const;
+};
+
+// Keeps the object behind a proxy alive during the forwarded call. Leaves null, and an object that is no proxy, alone.
+struct HoldOriginal : Mark, NoSteps {
+    IUnknown* object;
+    ForeignPtr<IUnknown> original;
+
+    explicit HoldOriginal(IUnknown* object) : object(object) {}
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
+    void Release() { original = ForeignPtr<IUnknown>(); }
+};
+
+}  // namespace zelt

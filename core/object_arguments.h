@@ -1,0 +1,133 @@
+// Descriptors of objects: what a proxy takes the place of, on the way in and on the way back.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "core/descriptor_steps.h"
+#include "core/wrapper_factory.h"
+
+namespace zelt {
+
+// A proxy for the length of a call. The callee may hold it longer, but must not take it away by releasing too often.
+class LentProxy {
+public:
+    LentProxy() = default;
+    ~LentProxy() { TakeBack(); }
+    LentProxy(LentProxy&& other) noexcept
+        : proxy(std::exchange(other.proxy, nullptr)), face(std::exchange(other.face, nullptr))
+    {}
+
+    [[nodiscard]] HRESULT Lend(CapeOpenBase& lent);
+    void TakeBack()
+    {
+        face = nullptr;
+        if (CapeOpenBase* taken = std::exchange(proxy, nullptr)) taken->Unpin();
+    }
+    IDispatch* Get() const { return face; }
+
+private:
+    CapeOpenBase* proxy = nullptr;
+    IDispatch* face = nullptr;
+};
+
+// An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
+struct WrappedIn : NoSteps {
+    using Parameter = IDispatch*;
+    const char* name;
+    IDispatch* pointer;
+    WrapSite site;
+    LentProxy wrapper;
+
+    WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
+    void Describe(LoggedCall& call) const;
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
+    IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : pointer; }
+    void Release() { wrapper.TakeBack(); }
+
+protected:
+    // Puts a proxy in the object's place.
+    [[nodiscard]] HRESULT Replace(LoggedCall& call, bool makesReadOnly);
+};
+
+// The same with one more pointer in between. The callee gets the address of a copy, so that the caller's slot is never written;
+// null at either level goes in as null.
+struct WrappedInSlot : WrappedIn {
+    using Parameter = IDispatch**;
+    bool isNull;
+    mutable IDispatch* copy = nullptr;
+
+    WrappedInSlot(const char* name, IDispatch** slot, WrapSite site)
+        : WrappedIn(name, slot ? *slot : nullptr, site), isNull(!slot)
+    {}
+    IDispatch** Value() const
+    {
+        copy = WrappedIn::Value();
+        return isNull ? nullptr : &copy;
+    }
+};
+
+// How the log shows a returned object that is replaced by a proxy.
+enum class Shown { AsProxy, AsReturned };
+
+// An object that comes back and is replaced by a proxy, logged or not. A failed call leaves null.
+struct WrappedOut : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    IDispatch** pointer;
+    WrapSite site;
+    Shown shown;
+
+    WrappedOut(const char* name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
+        : name(name), pointer(pointer), site(site), shown(shown)
+    {}
+    void Begin() const
+    {
+        if (pointer) *pointer = nullptr;
+    }
+    IDispatch** Value() const { return pointer; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+// An object that comes back, logged as it was returned. If it is one of our proxies, the caller gets the object behind it, which
+// it once handed in itself. A failed call leaves null.
+struct OriginalOut : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    IDispatch** pointer;
+
+    OriginalOut(const char* name, IDispatch** pointer) : name(name), pointer(pointer) {}
+    void Begin() const
+    {
+        if (pointer) *pointer = nullptr;
+    }
+    IDispatch** Value() const { return pointer; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy per element.
+struct WrappedArrayOut : NoSteps {
+    using Parameter = VARIANT*;
+    const char* name;
+    VARIANT* array;
+    WrapSite site;
+
+    WrappedArrayOut(const char* name, VARIANT* array, WrapSite site) : name(name), array(array), site(site) {}
+    VARIANT* Value() const { return array; }
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+// A pointer to an interface pointer that goes in as it is: the inner pointer is logged, and the callee gets the address of a
+// copy, so that the caller's slot is never written. Null at either level passes as null.
+struct InSlot : NoSteps {
+    using Parameter = IDispatch**;
+    const char* name;
+    bool isNull;
+    mutable IDispatch* copy;
+
+    InSlot(const char* name, IDispatch** slot) : name(name), isNull(!slot), copy(slot ? *slot : nullptr) {}
+    void Describe(LoggedCall& call) const;
+    IDispatch** Value() const { return isNull ? nullptr : &copy; }
+};
+
+}  // namespace zelt
