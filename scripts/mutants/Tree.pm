@@ -79,6 +79,8 @@ sub Compile
 sub Blamed
 {
     my ($message, @changes) = @_;
+    # The compiler reads headers through the views of the rooms.
+    $message =~ s{\Q$build\E/rooms/[^/\s]+/}{$folder/}g;
     my %lines;
     $lines{$1}{$2} = 1 while $message =~ m{(?:^|[ ])\S*\Q$folder\E/(\S+?):(\d+):}mg;
     my %twins;
