@@ -1,6 +1,6 @@
-// Values as bytes and back, for what components and the simulator save: numbers in the processor's order (little endian on
-// every Windows), texts and lists with their lengths before them. The reader trusts nothing: a length that goes beyond
-// the end fails before anything is allocated for it. Reading throws CapeFailure ("persistence").
+// Converts values to bytes and back, for components and the simulator to save: numbers in the processor's byte order
+// (little endian on every Windows), texts and lists after their lengths. The reader trusts nothing: a length that
+// exceeds the data fails before anything is allocated for it. Reading throws CapeFailure ("persistence").
 #pragma once
 
 #include <cstddef>
@@ -40,12 +40,12 @@ public:
     std::vector<std::byte> Bytes();
 
     std::size_t Left() const { return rest.size(); }
-    // Throws when something is left.
+    // Throws when any bytes are left.
     void RequireEnd() const;
 
 private:
     void Take(void* data, std::size_t size);
-    // A count of elements of `size` bytes each, which must be there.
+    // A count of elements of `size` bytes each; the data must contain them.
     std::size_t Count(std::size_t size);
 
     std::span<const std::byte> rest;

@@ -9,7 +9,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The name of the error's class, which ECapeRoot gives.
+// The name of the error's class, which ECapeRoot returns.
 const wchar_t* NameOf(HRESULT code)
 {
     static constexpr const wchar_t* kNames[] = {L"ECapeUnknown",
@@ -43,7 +43,7 @@ const wchar_t* NameOf(HRESULT code)
     return index < std::size(kNames) ? kNames[index] : kNames[0];
 }
 
-// A getter's answer; a null pointer or lack of memory is the only way to fail.
+// A getter's result; fails only for a null pointer or lack of memory.
 HRESULT Answer(BSTR* out, std::wstring_view text)
 {
     if (!out) return E_POINTER;
@@ -115,7 +115,7 @@ HRESULT CapeErrors::Raise(REFIID iid, const wchar_t* interfaceName, const wchar_
             SetErrorInfo(0, info.Get());
         }
     } catch (...) {
-        // Without memory for the texts the code still tells the class.
+        // Without memory for the texts, the code still identifies the class.
     }
     return failure.code;
 }
@@ -141,7 +141,7 @@ HRESULT CapeErrors::Caught(REFIID iid, const wchar_t* interfaceName, const wchar
             return Raise(iid, interfaceName, operation, CapeFailure(ECapeUnknownHR, L"unexpected error"));
         }
     } catch (...) {
-        // Building the description failed for want of memory.
+        // There was not enough memory to build the description.
         return static_cast<HRESULT>(ECapeNoMemoryHR);
     }
 }
@@ -155,7 +155,7 @@ STDMETHODIMP CapeErrors::UserPart::get_interfaceName(BSTR* text) { return Answer
 STDMETHODIMP CapeErrors::UserPart::get_operation(BSTR* text) { return Answer(text, TextOf(state.operation)); }
 STDMETHODIMP CapeErrors::UserPart::get_moreInfo(BSTR* text) { return Answer(text, std::wstring_view()); }
 
-// Which argument it was, the description says; the standard's position is not known here.
+// The description says which argument it was; its position in the standard is not known here.
 STDMETHODIMP CapeErrors::BadArgumentPart::get_position(short* position) { return Answer(position, short{0}); }
 
 STDMETHODIMP CapeErrors::BadInvOrderPart::get_requestedOperation(BSTR* text)

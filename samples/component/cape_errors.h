@@ -23,7 +23,7 @@ public:
     // `source` is the name that IErrorInfo gives as the error's origin; it must outlive the object.
     CapeErrors(com::Object& object, const wchar_t* source);
 
-    // Runs a method's body, which throws when the call fails, and answers with the status code. Nothing is thrown.
+    // Runs a method's body, which throws when the call fails, and returns the status code. Throws nothing.
     template <class Body>
     HRESULT Run(REFIID iid, const wchar_t* interfaceName, const wchar_t* operation, Body&& body) noexcept
     {
@@ -46,7 +46,7 @@ private:
         double lower = 0, upper = 0, value = 0;
     };
 
-    // Translates the exception that is being handled.
+    // Translates the current exception.
     HRESULT Caught(REFIID iid, const wchar_t* interfaceName, const wchar_t* operation) noexcept;
 
     struct RootPart final : com::DualPart<ECapeRoot> {
@@ -85,7 +85,7 @@ private:
         using Part::Part;
         STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override;
     };
-    // A class of error without members of its own.
+    // A class of error without its own members.
     template <class I>
     struct Marker final : com::DualPart<I> {
         using com::DualPart<I>::DualPart;

@@ -1,5 +1,5 @@
-// The exception that stands for a CAPE-OPEN error inside the samples: thrown where a call fails, turned into a status
-// code, an error state and an IErrorInfo by CapeErrors.
+// The exception for a CAPE-OPEN error inside the samples: thrown where a call fails; CapeErrors turns it into a status
+// code, an error state and an IErrorInfo.
 #pragma once
 
 #include <windows.h>
@@ -31,17 +31,17 @@ public:
     HRESULT code;
     std::wstring description;
     std::optional<CapeBounds> bounds;
-    std::wstring requestedOperation;  // what has to be called first, when calls came in the wrong order
+    std::wstring requestedOperation;  // what must be called first, when calls came in the wrong order
 };
 
-// The description of a failed call on `source`: its own through ECapeUser, else its error's name through ECapeRoot, else
-// the system's text for the code. `source` may be null. Throws nothing but bad_alloc.
+// The description of a failed call on `source`: its description from ECapeUser, else its error's name from ECapeRoot,
+// else the system's text for the code. `source` may be null. Throws only bad_alloc.
 std::wstring DescribeFailure(IUnknown* source, HRESULT code);
 
 // Throws CapeFailure when a call on `source` failed: with its code, and `who`, a colon and its description.
 void CheckCall(HRESULT code, IUnknown* source, const wchar_t* who);
 
-// Runs `body`; a CapeFailure that leaves it gets "who: " before its description.
+// Runs `body`, and puts "who: " before the description of a CapeFailure that it throws.
 template <class Body>
 auto Named(const std::wstring& who, Body&& body)
 {

@@ -1,5 +1,5 @@
-// What every sample component offers besides its own interfaces: identification, utilities and errors. Parts to be
-// declared as members of a com::Object.
+// What every sample component offers besides its own interfaces: identification, utilities and errors. Declare the
+// parts as members of a com::Object.
 #pragma once
 
 #include <cape-open.h>
@@ -30,11 +30,11 @@ private:
     std::wstring description;
 };
 
-// Parameters and the simulation context are the host's business, where there is one; without, there are no parameters and
+// The host, if there is one, handles parameters and the simulation context; without one, there are no parameters and
 // the context is held until Terminate. No dialog.
 class UtilitiesPart : public CapePart<ICapeUtilities> {
 public:
-    // `onInitialize` and `onTerminate` may be empty; what they throw is the call's failure. `host` may be null.
+    // `onInitialize` and `onTerminate` may be empty; an exception from them fails the call. `host` may be null.
     UtilitiesPart(com::Object& object, CapeErrors& errors, std::function<void()> onInitialize,
                   std::function<void()> onTerminate, PackageHost* host = nullptr)
         : CapePart(object, errors, L"ICapeUtilities"),

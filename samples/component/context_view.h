@@ -1,5 +1,5 @@
-// The simulator's context as a component sees it. Holds one reference until Reset. Whatever the context lacks or refuses
-// is no failure of the component: a simulator need not offer any of it.
+// The simulator's context as a component sees it. Holds one reference until Reset. If the context lacks or refuses
+// something, the component does not fail: a simulator need not offer any of this.
 #pragma once
 
 #include <cape-open.h>
@@ -15,14 +15,14 @@ namespace zelt::sample {
 
 class ContextView {
 public:
-    // Null takes the context away.
+    // Null removes the context.
     void Set(IDispatch* object) { context = object; }
     void Reset() { context.Reset(); }
     explicit operator bool() const { return context != nullptr; }
 
     // ICapeDiagnostic::LogMessage.
     void Log(const std::wstring& message) const;
-    // ICapeCOSEUtilities: the value of this name as a text, when the list of names has it.
+    // ICapeCOSEUtilities: the value with this name as text, if the list of names contains it.
     std::optional<std::wstring> NamedText(const wchar_t* name) const;
     // ICapeMaterialTemplateSystem: the names, and a material made from one after setting a property in the template.
     std::vector<std::wstring> Templates() const;

@@ -32,7 +32,7 @@ std::vector<ParameterDefinition> Definitions(ParameterDefinition choice)
     };
 }
 
-// The temperature that the template was told to give its materials; NaN when the material does not tell.
+// The temperature that the template gave the material; NaN when the material does not return it.
 double TemperatureOf(IDispatch* material, Generation generation)
 {
     _variant_t values;

@@ -1,4 +1,4 @@
-// What a package has besides its calculations, whatever its kind: parameters that its user may set, and the context of
+// What every kind of package has besides its calculations: parameters that its user may set, and the context of
 // the simulator that hosts it. A member of the package; holds the context from put_simulationContext to Terminate.
 #pragma once
 
@@ -15,25 +15,25 @@ enum class Generation { kCapeOpen10, kCapeOpen11 };
 
 class PackageHost {
 public:
-    // `choice` is the package's own parameter, besides those that every package has.
+    // `choice` is this package's own parameter, in addition to those of every package.
     PackageHost(std::wstring packageName, ParameterDefinition choice);
 
     const ParameterSet& Parameters() const { return parameters; }
     Microsoft::WRL::ComPtr<IDispatch> Collection() const { return parameters.Collection(name + L" parameters"); }
 
     void SetContext(IDispatch* context) { this->context.Set(context); }
-    // Tells the simulator that the package is ready, and by whose leave.
+    // Reports to the simulator that the package is ready, and the simulator's name.
     void Initialize() const;
     void Terminate();
 
-    // Once in a run, before the first calculation: makes a material of the simulator's first template in the way of this
-    // generation and tells the simulator which of its compounds the package lacks.
+    // Once in a run, before the first calculation: makes a material from the simulator's first template through this
+    // generation's interfaces, and tells the simulator which of its compounds the package lacks.
     void CheckTemplate(Generation generation, const std::function<bool(const std::wstring&)>& knows);
 
     // Throws CapeFailure when the user's limits do not allow a calculation at this state.
     void CheckState(double temperature, double pressure, std::span<const double> fractions) const;
 
-    // To the simulator's log, when the user wants messages of this level: 1 for a run's milestones, 2 for each
+    // Writes to the simulator's log if the user wants messages of this level: 1 for a run's milestones, 2 for each
     // calculation.
     void Tell(long level, const std::wstring& message) const;
 

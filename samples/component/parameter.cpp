@@ -25,7 +25,7 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 }  // namespace
 
-// The alternatives stand in the order of the standard's enumeration.
+// The alternatives are in the order of the standard's enumeration.
 eCapeParamType TypeOf(const Specification& specification) { return static_cast<eCapeParamType>(specification.index()); }
 
 _variant_t InitialValue(const Specification& specification)
@@ -56,7 +56,7 @@ _variant_t ConvertValue(const Specification& specification, const VARIANT& value
 
 std::wstring ObjectionTo(const RealSpecification& specification, double value)
 {
-    // Written so that what is not a number is refused too.
+    // Written so that NaN is refused too.
     if (value >= specification.lower && value <= specification.upper) return {};
     return Outside(NumberText(value), NumberText(specification.lower), NumberText(specification.upper));
 }

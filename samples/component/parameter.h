@@ -1,6 +1,6 @@
-// The parameters of a sample component: what each may hold, its value, and the interfaces through which a simulator
-// reaches it. A ParameterSet belongs to its component; the COM objects that it hands out keep a parameter's value alive
-// by themselves, so a simulator may hold them longer than the component. Saves nothing by itself.
+// The parameters of a sample component: what each may contain, its value, and the interfaces through which a simulator
+// reaches it. A ParameterSet belongs to its component; the COM objects that it hands out keep a parameter's value
+// alive, so a simulator may hold them longer than the component. Does not save anything itself.
 #pragma once
 
 #include <cape-open.h>
@@ -28,12 +28,12 @@ struct IntegerSpecification {
 struct OptionSpecification {
     std::wstring initial;
     std::vector<std::wstring> options;
-    bool restricted;  // no other value than the options is accepted
+    bool restricted;  // only the options are accepted
 };
 struct BooleanSpecification {
     bool initial;
 };
-// A list of real numbers, each with a specification of its own.
+// A list of real numbers, each with its own specification.
 struct ArraySpecification {
     std::vector<RealSpecification> items;
 };
@@ -42,10 +42,10 @@ using Specification = std::variant<RealSpecification, IntegerSpecification, Opti
 
 eCapeParamType TypeOf(const Specification& specification);
 _variant_t InitialValue(const Specification& specification);
-// The value in the specification's own type. Throws CapeFailure ("invalid argument") when it does not convert.
+// The value in the specification's type. Throws CapeFailure ("invalid argument") when it cannot be converted.
 _variant_t ConvertValue(const Specification& specification, const VARIANT& value);
 
-// What is wrong with a value, as a sentence; empty when nothing is.
+// What is wrong with a value, as a sentence; empty for a valid value.
 std::wstring ObjectionTo(const RealSpecification& specification, double value);
 std::wstring ObjectionTo(const IntegerSpecification& specification, long value);
 std::wstring ObjectionTo(const OptionSpecification& specification, std::wstring_view value);
@@ -68,8 +68,8 @@ class ParameterSet {
 public:
     explicit ParameterSet(std::vector<ParameterDefinition> definitions);
 
-    // The value of a parameter, which must exist and be of that type. Throws CapeFailure ("invalid operation") with the
-    // objection when somebody has set a value outside the specification.
+    // The value of a parameter, which must exist and have that type. Throws CapeFailure ("invalid operation") with the
+    // objection when the value is outside the specification.
     double Real(std::wstring_view name) const;
     long Integer(std::wstring_view name) const;
     std::wstring Option(std::wstring_view name) const;
@@ -79,7 +79,7 @@ public:
     // A new collection object over the same parameters.
     Microsoft::WRL::ComPtr<IDispatch> Collection(std::wstring name) const;
 
-    // In the order of the definitions, for whoever saves and loads values.
+    // In the order of the definitions, for saving and loading values.
     std::span<const std::shared_ptr<ParameterState>> States() const { return states; }
 
 private:

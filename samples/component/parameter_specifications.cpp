@@ -10,7 +10,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// A getter's answer.
+// A getter's result.
 template <class T>
 HRESULT Answer(T* out, T value)
 {
@@ -21,7 +21,7 @@ HRESULT Answer(T* out, T value)
 
 VARIANT_BOOL Boolean(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
-// The answer to Validate: the objection as message, and whether there is none.
+// The results of Validate: the objection as message, and whether there is none.
 void AnswerValidation(const std::wstring& objection, BSTR* message, VARIANT_BOOL* isOK)
 {
     if (!isOK) throw CapeFailure(ECapeInvalidArgumentHR, L"A result has nowhere to go: the pointer is null");
@@ -143,7 +143,7 @@ public:
             Return(specs, MakeInterfaces(items));
         });
     }
-    // One message and one verdict for each value; a list of another length than the specification's is one wrong value.
+    // One message and one verdict for each value; a list of the wrong length counts as one wrong value.
     STDMETHOD(Validate)(VARIANT value, VARIANT* message, VARIANT* isOK) override
     {
         return Call(L"Validate", [&] {
@@ -179,7 +179,7 @@ public:
     {}
 
 protected:
-    // A script asks for bounds and options; the type it knows from the parameter's value.
+    // A script asks for bounds and options; it knows the type from the parameter's value.
     IDispatch* ScriptInterface() override { return &typed; }
 
 private:

@@ -20,7 +20,7 @@ std::wstring Text(REFCLSID clsid)
     return buffer;
 }
 
-// Sets one value; the key is made, opened and closed by the call. A null name is the key's own value.
+// Sets one value; creates, opens and closes the key. A null name means the key's default value.
 void SetValue(const std::wstring& key, const wchar_t* name, const std::wstring& text)
 {
     const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);

@@ -1,5 +1,5 @@
 // Registration of an in-process server's classes: plain keys below HKEY_CLASSES_ROOT, written for the view of the
-// calling process, as regsvr32 of that bit width expects. Writes nothing else, and removes exactly what it wrote.
+// calling process, as regsvr32 of that width expects. Writes nothing else, and removes exactly what it wrote.
 #pragma once
 
 #include <windows.h>
@@ -12,13 +12,13 @@ namespace zelt::sample {
 struct ComponentClass {
     const CLSID& clsid;
     const wchar_t* progId;       // without version; ".1" is appended for the versioned one
-    const wchar_t* name;         // CapeDescription's Name, and the class's own
+    const wchar_t* name;         // CapeDescription's Name, and the name of the class
     const wchar_t* description;  // CapeDescription's Description
     const wchar_t* capeVersion;
     std::initializer_list<const wchar_t*> categories;
 };
 
-// Answers for DllRegisterServer and DllUnregisterServer: SELFREG_E_CLASS when a key cannot be written.
+// Results for DllRegisterServer and DllUnregisterServer: SELFREG_E_CLASS when a key cannot be written.
 HRESULT RegisterComponents(std::span<const ComponentClass> classes);
 HRESULT UnregisterComponents(std::span<const ComponentClass> classes);
 

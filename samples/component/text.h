@@ -1,5 +1,5 @@
-// Wide text at COM edges: what comes in as BSTR and what goes out. Names of the standard are compared without regard to
-// case, as the standard asks.
+// Wide text at COM boundaries, from and to BSTR. Names of the standard are compared without regard to case, as the
+// standard requires.
 #pragma once
 
 #include <windows.h>
@@ -25,7 +25,7 @@ std::wstring Lower(std::wstring_view text);
 
 std::wstring Quoted(std::wstring_view text);
 
-// The shortest of "%.6g" and its kind that a reader of an error message wants.
+// A number in short form, like "%.6g", for readers of error messages.
 std::wstring NumberText(double value);
 
 // Widens plain ASCII.

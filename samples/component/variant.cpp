@@ -13,7 +13,7 @@ namespace {
                       std::wstring(L"Argument ") + name + L" must be a one-dimensional array of " + expected);
 }
 
-// Keeps an array's elements in reach as long as it lives.
+// Keeps an array's elements accessible while it exists.
 class Access {
 public:
     Access(SAFEARRAY* array, const wchar_t* name, const wchar_t* expected) : array(array)
@@ -79,7 +79,7 @@ auto ReadArray(const VARIANT& anyValue, VARTYPE type, const wchar_t* name, const
     } else if (ElementType(value) == VT_VARIANT) {
         for (const VARIANT& element : access.Elements<VARIANT>()) {
             const _variant_t converted = Converted(element, type, name, expected);
-            // The value's own field: all of these types lie at the start of the union.
+            // The value's field: all of these types are at the start of the union.
             Stored stored;
             // NOLINTNEXTLINE(bugprone-sizeof-expression): an interface's element is the pointer itself.
             memcpy(&stored, &V_R8(&converted), sizeof(Stored));

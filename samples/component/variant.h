@@ -1,5 +1,5 @@
 // VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, interfaces or VARIANTs. Reading accepts any
-// lower bound, references, and arrays of VARIANT in place of typed ones, as script callers send them; writing always
+// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; writing always
 // starts at 0. Reading throws CapeFailure ("invalid argument"), writing bad_alloc.
 #pragma once
 
@@ -14,10 +14,10 @@
 
 namespace zelt::sample {
 
-// True when a list was left out: an empty or null VARIANT.
+// True when the caller omitted a list: an empty or null VARIANT.
 bool IsLeftOut(const VARIANT& value);
 
-// `name` is the argument's, for the failure's text. A list that was left out reads as an empty one.
+// `name` is the argument's, for the failure's text. An omitted list reads as an empty one.
 std::vector<std::wstring> ReadStrings(const VARIANT& value, const wchar_t* name);
 std::vector<double> ReadDoubles(const VARIANT& value, const wchar_t* name);
 std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name);
@@ -30,17 +30,17 @@ _variant_t MakeDoubles(std::span<const double> values);
 _variant_t MakeLongs(std::span<const long> values);
 _variant_t MakeBooleans(const std::vector<bool>& values);
 _variant_t MakeVariants(std::span<const _variant_t> values);
-// An array of interface pointers, each with a reference of the array's own.
+// An array of interface pointers; the array holds a reference to each.
 _variant_t MakeInterfaces(std::span<const Microsoft::WRL::ComPtr<IDispatch>> values);
 _variant_t MakeText(std::wstring_view value);
 
 // A string, owned.
 _bstr_t MakeBstr(std::wstring_view text);
 
-// Hands a value to an out-parameter, whose former content is garbage. Throws CapeFailure for a null pointer.
+// Passes a value to an out-parameter, whose former contents are garbage. Throws CapeFailure for a null pointer.
 void Return(VARIANT* out, _variant_t value);
 void Return(BSTR* out, std::wstring_view text);
-// Hands a value to an in-out parameter: what the caller left in it is freed.
+// Passes a value to an in-out parameter, and frees what the caller left in it.
 void Replace(VARIANT* inOut, _variant_t value);
 void Replace(BSTR* inOut, std::wstring_view text);
 
