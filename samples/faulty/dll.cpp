@@ -1,4 +1,4 @@
-// FaultyPackage.dll: the faulty managers, the faulty package as a class of its own, and a class that cannot be created.
+// FaultyPackage.dll: the faulty managers, the faulty package as its own class, and a class that cannot be created.
 #include "samples/component/dll.h"
 #include "samples/faulty/faulty_manager.h"
 #include "samples/faulty/faulty_package.h"

@@ -14,7 +14,7 @@
 namespace zelt::sample {
 namespace {
 
-// Values that the optimiser cannot see through: it would otherwise make something else of undefined behaviour.
+// Hides values from the optimiser, which would otherwise change the undefined behaviour into something else.
 volatile int zero = 0;
 volatile int one = 1;
 volatile int lowest = std::numeric_limits<int>::min();
@@ -45,12 +45,12 @@ void IntException() { throw 42; }
 void Abort() { std::abort(); }
 void Terminate() { std::terminate(); }
 
-// What no guard can keep from ending the process.
+// Ends the process; no guard can prevent this.
 void ExitTheProcess() { TerminateProcess(GetCurrentProcess(), 3); }
 void QuitTheProcess() { ExitProcess(3); }
 void FailFast() { RaiseFailFastException(nullptr, nullptr, 0); }
 
-// Does something on a thread of the package's own, and waits for it.
+// Commits a fault on one of the package's own threads, and waits for it.
 template <void (*commit)()>
 DWORD WINAPI OwnThread(void*)
 {
@@ -67,13 +67,13 @@ void OnOwnThread()
     CloseHandle(thread);
 }
 
-// Until somebody ends the process.
+// Runs until the process is ended.
 void LoopForever()
 {
     while (one) zero = 0;
 }
 
-// Faults inside, and handles it: nothing of it may be seen outside.
+// Faults inside and handles the fault: nothing of it may be visible outside.
 void HandledFault()
 {
     if (!IsBadReadPtr(reinterpret_cast<const void*>(sizeof(int)), sizeof(int))) std::abort();

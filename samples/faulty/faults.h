@@ -1,5 +1,5 @@
-// The menu of faults: each is something that a badly written package does to the process that loads it. Selected by name
-// where a test can reach it through the standard's interfaces. The names are documented in samples/README.md.
+// The menu of faults: what a badly written package may do to the process that loads it. A test selects a fault by name
+// through the standard's interfaces. samples/README.md documents the names.
 #pragma once
 
 #include <windows.h>
@@ -8,13 +8,14 @@
 
 namespace zelt::sample {
 
-// Commits the fault of this name, compared with regard to case; returns when the name is none of the menu's, or when the
-// fault leaves the thread running. Names with a value:
+// Commits the fault with this name (case-sensitive); returns if the menu does not contain the name, or if the fault
+// leaves the thread running. Names with a value:
 //   raise:CODE    raises the structured exception CODE, hexadecimal, continuable unless the code says otherwise
-//   sleep:MS      sleeps so many milliseconds, then carries on
+//   sleep:MS      sleeps MS milliseconds, then returns
 void CommitFault(std::wstring_view name);
 
-// What "error:CODE" and "silent:CODE" ask for: S_OK for any other name. With `silent` the failure has no description.
+// The code that "error:CODE" or "silent:CODE" requests; S_OK for any other name. With `silent` the failure has no
+// description.
 HRESULT RequestedError(std::wstring_view name, bool& silent);
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// Managers that fail in the ways that a caller must survive: the ordinary one makes any character of FaultyPackage and
-// has names that give no package at all; the others fail to initialise, or give a list that is none.
+// Managers that fail in ways that a caller must survive: the ordinary one makes any character of FaultyPackage and
+// has names for which it makes no package; the others fail to initialise, or return a list that is not a list.
 #pragma once
 
 #include "com/object.h"

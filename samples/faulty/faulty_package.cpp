@@ -27,7 +27,7 @@ constexpr Character kCharacters[] = {
 constexpr const IID* kCalculation[] = {&__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
                                        &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext)};
 
-// The interfaces of errors are those that are neither the standard's others nor the system's.
+// Every other interface, except the system's, counts as an error interface.
 constexpr const IID* kNotErrors[] = {&__uuidof(ICapeThermoPropertyRoutine),
                                      &__uuidof(ICapeThermoEquilibriumRoutine),
                                      &__uuidof(ICapeThermoUniversalConstant),
@@ -65,7 +65,7 @@ void ThrowRequested(std::wstring_view name)
 
 std::span<const Character> AllCharacters() { return kCharacters; }
 
-// The faults are committed outside of what turns exceptions into status codes: they are to reach the caller.
+// Commits the faults outside the code that turns exceptions into status codes, so that they reach the caller.
 STDMETHODIMP FaultyCompoundsPart::GetCompoundConstant(VARIANT props, VARIANT compIds, VARIANT* propVals)
 {
     const std::wstring id = FirstOf(compIds), property = FirstOf(props);
@@ -98,7 +98,7 @@ STDMETHODIMP FaultyPropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLa
     }
     CommitFault(property);
     const HRESULT asked = Call(L"CalcSinglePhaseProp", [&] { ThrowRequested(property); });
-    // A fault that leaves the thread running is a property that takes its time.
+    // A fault that leaves the thread running is like a property that takes long to calculate.
     if (FAILED(asked) || property == L"handledFault" || property.starts_with(L"sleep:")) return asked;
     return PropertyPart::CalcSinglePhaseProp(props, phaseLabel);
 }

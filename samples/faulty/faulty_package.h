@@ -1,6 +1,6 @@
-// A property package that calculates as the sample's does until it is asked for something on the menu of faults. A
-// character, chosen by the package's name in the manager, takes interfaces away or puts a fault where a caller cannot
-// choose it.
+// A property package that calculates like the sample's until it is asked for something on the menu of faults. A
+// character, chosen by the package's name in the manager, removes interfaces or adds a fault where a caller cannot
+// choose one.
 #pragma once
 
 #include <span>
@@ -15,21 +15,21 @@ namespace zelt::sample {
 struct Character {
     const wchar_t* name;  // of the package in the manager's list
     bool identification = true;
-    bool calculation = true;  // all interfaces but the compounds, the phases, identification and utilities
+    bool calculation = true;  // all interfaces except compounds, phases, identification and utilities
     bool errors = true;
-    bool keepsMaterial = false;             // never releases a material that it was given
-    const wchar_t* reportedName = nullptr;  // in place of its own; an empty one is answered with a null text
-    HRESULT rename = S_OK;                  // what renaming answers
+    bool keepsMaterial = false;             // never releases a material that it gets
+    const wchar_t* reportedName = nullptr;  // instead of its own; for an empty one it returns a null text
+    HRESULT rename = S_OK;                  // the result of renaming
     const wchar_t* initialize = L"";        // faults of these calls
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";
 };
 
-// The packages that the faulty manager can make. Their names are the menu's second half.
+// The packages that the faulty manager can make. Their names are the second half of the menu.
 std::span<const Character> AllCharacters();
 
-// A fault or an error on request: in the property and compound ids of GetCompoundConstant, GetTDependentProperty.
+// Commits the fault or error that a property or compound id of GetCompoundConstant or GetTDependentProperty requests.
 class FaultyCompoundsPart final : public CompoundsPart {
 public:
     FaultyCompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
@@ -39,7 +39,7 @@ public:
     STDMETHOD(GetTDependentProperty)(VARIANT props, double temperature, VARIANT compIds, VARIANT* propVals) override;
 };
 
-// And in the properties of CalcSinglePhaseProp. "callback:NAME" reads the material first, then commits NAME.
+// The same for the properties of CalcSinglePhaseProp. "callback:NAME" reads the material first, then commits NAME.
 class FaultyPropertyPart final : public PropertyPart {
 public:
     FaultyPropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
