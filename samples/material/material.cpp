@@ -10,7 +10,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr long kUnknownStatus = CAPE_UNKNOWNPHASESTATUS;
 
-// The properties that a copy of another's material takes over, when they are set.
+// The properties that are copied from a foreign material, if they are set.
 constexpr struct {
     const wchar_t* name;
     const wchar_t* basis;
@@ -154,7 +154,7 @@ STDMETHODIMP MaterialPart::SetPresentPhases(VARIANT phaseLabels, VARIANT phaseSt
         std::vector<PresentPhase> phases;
         for (std::size_t i = 0; i < labels.size(); ++i) {
             PresentPhase phase{store.LabelOf(labels[i]), status.empty() ? kUnknownStatus : status[i], {}};
-            // A phase that stays keeps what is known of it.
+            // A phase that stays present keeps its known values.
             for (const PresentPhase& former : store.state.phases) {
                 if (former.label == phase.label) phase.properties = former.properties;
             }

@@ -1,5 +1,5 @@
 // The simulator's material object: the state of a stream, as components of both versions of the standard see it. Shares
-// the slate with its simulator and with the materials that are made from it.
+// the slate with its simulator and with the materials made from it.
 #pragma once
 
 #include <functional>
@@ -37,7 +37,7 @@ public:
 
 private:
     MaterialStore& store;
-    std::shared_ptr<PackageLink> link;  // handed on to the materials that are made here
+    std::shared_ptr<PackageLink> link;  // passed on to the materials made here
 };
 
 class Material final : public com::Object {
@@ -78,7 +78,7 @@ private:
     MaterialPropertyPart properties;
     MaterialEquilibriumPart equilibrium;
     IdentificationPart identification;
-    bool calculates = false;  // settled when the material is made: what an object offers does not change
+    bool calculates = false;  // set when the material is made: an object's interfaces do not change
 };
 
 }  // namespace zelt::sample

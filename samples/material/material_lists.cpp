@@ -19,7 +19,7 @@ const struct {
 };
 constexpr struct {
     const wchar_t* name;
-    double value;   // SI, exact in its system of 2019
+    double value;   // SI, exact since 2019
 } kUniversalConstants[] = {
     {L"avogadroConstant",  6.02214076e23},
     {L"boltzmannConstant", 1.380649e-23},

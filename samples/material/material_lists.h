@@ -1,5 +1,5 @@
 // The lists that the simulator's material serves from its slate: compounds, phases, universal constants. Properties that
-// depend on temperature or pressure are the property package's business, not the material's.
+// depend on temperature or pressure come from the property package, not from the material.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@
 namespace zelt::sample {
 
 // One value for each property and compound, all compounds for the first property first; every compound when none is named.
-// Both throw CapeFailure ("invalid argument") for a name that is not known.
+// Both throw CapeFailure ("invalid argument") for an unknown name.
 _variant_t CompoundConstantValues(const Slate& slate, const VARIANT& props, const VARIANT& compIds);
 _variant_t UniversalConstantValue(std::wstring_view name);
 

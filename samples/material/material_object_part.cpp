@@ -13,7 +13,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* kWho = L"Property package";
 
-// Properties of pure compounds are kept apart from those of the mixture.
+// Properties of pure compounds are stored separately from those of the mixture.
 std::wstring StoredName(std::wstring_view property, std::wstring_view calcType)
 {
     std::wstring name(property);
@@ -24,7 +24,7 @@ std::wstring StoredName(std::wstring_view property, std::wstring_view calcType)
     return name;
 }
 
-// The place of each of these compounds in the slate.
+// The index of each of these compounds in the slate.
 std::vector<std::size_t> PlacesOf(const Slate& slate, const std::vector<std::wstring>& ids)
 {
     std::vector<std::size_t> places;

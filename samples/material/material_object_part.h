@@ -1,5 +1,5 @@
-// ICapeThermoMaterialObject of the simulator's material: the same state in the way of CAPE-OPEN 1.0. Calculations are
-// handed to the property package through the link that the simulator keeps.
+// ICapeThermoMaterialObject of the simulator's material: the same state through CAPE-OPEN 1.0. Calculations go
+// to the property package through the link that the simulator keeps.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -18,8 +18,8 @@ public:
     STDMETHOD(GetUniversalConstant)(VARIANT props, VARIANT* propVals) override;
     STDMETHOD(GetComponentConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
     STDMETHOD(CalcProp)(VARIANT props, VARIANT phases, BSTR calcType) override;
-    // Phase "Overall", or one of the slate's. Temperature and pressure are always those of the whole. A list of compounds
-    // selects from values that there are one of for each compound.
+    // Phase "Overall", or one of the slate's. Temperature and pressure are always those of the whole material. A list
+    // of compounds selects from properties with one value for each compound.
     STDMETHOD(GetProp)(BSTR property, BSTR phase, VARIANT compIds, BSTR calcType, BSTR basis,
                        VARIANT* results) override;
     // Makes the phase present. Values are set for all compounds at once.
@@ -29,7 +29,7 @@ public:
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override;
     STDMETHOD(PropCheck)(VARIANT props, VARIANT* valid) override;
     STDMETHOD(AvailableProps)(VARIANT* props) override;
-    // A list that is left out stands for every phase with all that is known of it.
+    // An omitted list means every phase with all its values.
     STDMETHOD(RemoveResults)(VARIANT props) override;
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override;
     STDMETHOD(Duplicate)(IDispatch** clone) override;

@@ -7,7 +7,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The material is the package's for as long as this lives.
+// Sets the package's material while it exists.
 class ActiveMaterial {
 public:
     ActiveMaterial(const PackageLink* link, com::Object& material)
@@ -32,7 +32,7 @@ constexpr const wchar_t* kPackage = L"Property package";
 
 }  // namespace
 
-// `body` gets the package's interface, which stays alive even when the link is cleared meanwhile.
+// `body` gets the package's interface, which stays alive even if the link is cleared meanwhile.
 template <class Body>
 HRESULT MaterialPropertyPart::Ask(const wchar_t* operation, Body&& body)
 {

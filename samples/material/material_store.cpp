@@ -15,7 +15,7 @@ PropertyKey KeyOf(std::wstring_view property, std::wstring_view basis)
     return key;
 }
 
-// How a value on a mole basis becomes one on a mass basis.
+// How to convert a value from mole basis to mass basis.
 enum class MassConversion { kNone, kPerMole, kMolePer, kFraction };
 
 MassConversion ConversionOf(std::wstring_view property)

@@ -1,5 +1,5 @@
-// What a material object knows: its values as they were set, bit for bit. What is stored on a mole basis can be read on a
-// mass basis too; nothing else is converted. The interface parts of a material share one. Shares the slate with its
+// The values of a material object, exactly as they were set. Values stored on a mole basis can also be read on a
+// mass basis; nothing else is converted. The interface parts of a material share one. Shares the slate with its
 // simulator. Every function that takes a name or values throws CapeFailure when they do not fit.
 #pragma once
 
@@ -41,11 +41,11 @@ struct MaterialState {
     std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;  // by both labels
 };
 
-// Called when a component reads the state; a test blocks in it. May be empty.
+// Called when a component reads the state; a test may block in it. May be empty.
 using ReadHook = std::function<void(const wchar_t* method)>;
 
-// The package that calculates for materials, when there is one: they share the link, and whoever filled it clears it when
-// the package goes.
+// The package that calculates for materials, if there is one. The materials share the link; the code that set it clears
+// it before the package is released.
 struct PackageLink {
     Microsoft::WRL::ComPtr<ICapeThermoPropertyPackage> package;  // CAPE-OPEN 1.0
     // CAPE-OPEN 1.1; all three or none.

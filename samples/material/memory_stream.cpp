@@ -6,7 +6,7 @@
 namespace zelt::sample {
 namespace {
 
-// No component's state is larger; a runaway writer is stopped before memory is.
+// No component's state is larger; stops a runaway writer before memory runs out.
 constexpr std::size_t kLargest = std::size_t{1} << 28;
 
 }  // namespace

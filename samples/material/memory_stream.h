@@ -1,5 +1,5 @@
-// A stream in memory that components save to and load from: reads, writes and seeks. Owns its bytes; grows as it is
-// written. Not offered: clones, locks, transactions, copying to another stream.
+// A stream in memory that components save to and load from: reads, writes and seeks. Owns its bytes; grows when written
+// to. Does not offer clones, locks, transactions or copying to another stream.
 #pragma once
 
 #include <objidl.h>
@@ -47,7 +47,7 @@ class MemoryStream final : public com::Object {
 public:
     explicit MemoryStream(std::vector<std::byte> bytes = {}) : stream(*this, std::move(bytes)) {}
 
-    // What has been written, for whoever made the stream and holds a reference.
+    // The bytes written so far, for the code that made the stream and holds a reference.
     static std::vector<std::byte> BytesOf(IStream* stream) { return static_cast<MemoryStreamPart*>(stream)->Bytes(); }
 
 private:

@@ -1,4 +1,4 @@
-// The simulator's reaction object: takes what a reaction package calculates, and gives it back, bit for bit. A flat store
+// The simulator's reaction object: stores what a reaction package calculates, and returns it bit for bit. A flat store
 // of one value for each property, phase, basis and reaction.
 #pragma once
 

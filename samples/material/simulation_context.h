@@ -1,5 +1,5 @@
-// The simulator's context, which it hands to each package: named values, messages, and material templates from which a
-// package makes materials of its own. Holds no component; the flowsheet is shared.
+// The simulator's context, which it passes to each package: named values, messages, and material templates from which a
+// package makes its own materials. Holds no component; shares the flowsheet.
 #pragma once
 
 #include "com/object.h"
@@ -22,7 +22,7 @@ public:
     DiagnosticPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Flowsheet> flowsheet)
         : CapePart(object, errors, L"ICapeDiagnostic"), flowsheet(std::move(flowsheet))
     {}
-    // Both only print: the simulator has no windows.
+    // Both only print, because the simulator has no windows.
     STDMETHOD(PopUpMessage)(BSTR message) override;
     STDMETHOD(LogMessage)(BSTR message) override;
 
@@ -35,7 +35,7 @@ public:
     TemplateSystemPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Flowsheet> flowsheet)
         : CapePart(object, errors, L"ICapeMaterialTemplateSystem"), flowsheet(std::move(flowsheet))
     {}
-    // Empty as long as the compounds are not known.
+    // Empty while the compounds are unknown.
     STDMETHOD(get_MaterialTemplates)(VARIANT* templateNames) override;
     STDMETHOD(CreateMaterialTemplate)(BSTR materialTemplateName, IDispatch** materialTemplate) override;
 

@@ -32,7 +32,7 @@ const SlatePhase* Slate::FindPhase(const std::wstring& label) const
 
 namespace {
 
-// The six lists in which both versions give the compounds.
+// The six lists in which both versions return the compounds.
 struct CompoundLists {
     _variant_t ids, formulae, names, boilingPoints, weights, numbers;
 
@@ -68,7 +68,7 @@ Slate ReadSlate(ICapeThermoPropertyPackage* package)
     slate.compounds = lists.Compounds();
     _variant_t phases;
     CheckCall(package->GetPhaseList(&phases), package, L"GetPhaseList");
-    // In the older version a phase's label tells its state of aggregation.
+    // In the older version, a phase's label is its state of aggregation.
     for (const std::wstring& label : ReadStrings(phases, L"phases")) slate.phases.push_back({label, label, {}});
     return slate;
 }

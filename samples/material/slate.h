@@ -1,5 +1,5 @@
-// What the simulator has learnt of a property package once and for all: compounds, phases and what can be calculated.
-// The materials share it, as constant data.
+// What the simulator reads from a property package once: compounds, phases and what can be calculated.
+// The materials share it as constant data.
 #pragma once
 
 #include <cape-open.h>
@@ -28,12 +28,12 @@ struct Slate {
     std::vector<SlateCompound> compounds;
     std::vector<SlatePhase> phases;
 
-    // Null when there is none of this name, compared without regard to case.
+    // Compared without regard to case; null if no compound has this id.
     const SlateCompound* FindCompound(const std::wstring& id) const;
     const SlatePhase* FindPhase(const std::wstring& label) const;
 };
 
-// Asks the package, in the way of 1.1 or of 1.0. Throws CapeFailure.
+// Reads from the package through the interfaces of 1.1 or 1.0. Throws CapeFailure.
 Slate ReadSlate(ICapeThermoCompounds* compounds, ICapeThermoPhases* phases);
 Slate ReadSlate(ICapeThermoPropertyPackage* package);
 
