@@ -1,4 +1,4 @@
-// The six lists in which both versions of the standard give a package's compounds.
+// The six lists in which both versions of the standard return a package's compounds.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace zelt::sample {
 
-// Hands the lists to in-out parameters, whose former content is freed. Throws CapeFailure for a null pointer.
+// Passes the lists to in-out parameters, whose former contents are freed. Throws CapeFailure for a null pointer.
 void ReplaceCompoundList(std::span<const Compound* const> compounds, VARIANT* ids, VARIANT* formulae, VARIANT* names,
                          VARIANT* boilingPoints, VARIANT* molecularWeights, VARIANT* casNumbers);
 

@@ -12,8 +12,8 @@ public:
         : CapePart(object, errors, L"ICapeThermoCompounds"), model(model)
     {}
 
-    // Values in the order of the standard: all compounds for the first property, then for the next. A list of compounds
-    // that is left out is the package's whole list.
+    // Values in the order of the standard: all compounds for the first property, then for the next. An omitted list of
+    // compounds means the package's whole list.
     STDMETHOD(GetCompoundConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
     STDMETHOD(GetCompoundList)(VARIANT* compIds, VARIANT* formulae, VARIANT* names, VARIANT* boilTemps, VARIANT* molwts,
                                VARIANT* casnos) override;

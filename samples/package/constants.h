@@ -1,5 +1,5 @@
-// The tables behind ICapeThermoCompounds and ICapeThermoUniversalConstant: names of the standard, and how the value is
-// found. Every value is SI; the standard's molecular weight is relative, so its number is that of g/mol.
+// The tables behind ICapeThermoCompounds and ICapeThermoUniversalConstant: names of the standard, and how to find the
+// value. Every value is SI; the standard's molecular weight is relative, so its number is that in g/mol.
 #pragma once
 
 #include <comutil.h>
@@ -31,7 +31,7 @@ struct UniversalConstant {
 };
 std::span<const UniversalConstant> UniversalConstants();
 
-// The row of this name, compared without regard to case. Throws CapeFailure ("invalid argument") when there is none.
+// The row with this name, compared without regard to case. Throws CapeFailure ("invalid argument") if there is none.
 const CompoundConstant& FindConstant(std::wstring_view name);
 const CompoundFunction& FindFunction(std::span<const CompoundFunction> table, std::wstring_view name);
 const UniversalConstant& FindUniversalConstant(std::wstring_view name);

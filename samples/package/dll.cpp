@@ -1,5 +1,5 @@
-// SamplePackage.dll: for both versions of the standard the class that gives packages by name, and one package as a class
-// of its own.
+// SamplePackage.dll: for both versions of the standard, the class that makes packages by name, and one package as its
+// own class.
 #include "samples/component/dll.h"
 #include "samples/package/classes.h"
 #include "samples/package/property_package.h"

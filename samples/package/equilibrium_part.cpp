@@ -126,7 +126,7 @@ FlashResult SolveProblem(const PackageModel& model, const Problem& problem, cons
 
 void WriteBack(const MaterialView& material, const Problem& problem, const FlashResult& result)
 {
-    // At a bubble or dew point both phases are present, one of them with nothing in it.
+    // At a bubble or dew point, both phases are present, one of them empty.
     const bool boundary = problem.kind == FlashKind::kPVF || problem.kind == FlashKind::kTVF;
     std::vector<std::wstring> labels;
     for (const PhaseDefinition& phase : AllPhases()) {
@@ -169,7 +169,7 @@ STDMETHODIMP EquilibriumPart::CheckEquilibriumSpec(VARIANT specification1, VARIA
             ReadProblem(specification1, specification2, solutionType);
             *isSupported = VARIANT_TRUE;
         } catch (const CapeFailure&) {
-            // What cannot be read cannot be calculated: that is the answer, not an error.
+            // An unreadable specification is not supported; that is an answer, not an error.
             *isSupported = VARIANT_FALSE;
         }
     });

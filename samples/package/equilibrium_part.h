@@ -1,5 +1,5 @@
-// ICapeThermoEquilibriumRoutine of a property package: vapour-liquid flashes of the active material, with two of
-// temperature, pressure, phase fraction, enthalpy and entropy given.
+// ICapeThermoEquilibriumRoutine of a property package: vapour-liquid flashes of the active material at two given
+// quantities out of temperature, pressure, phase fraction, enthalpy and entropy.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -15,7 +15,7 @@ public:
 
     // A specification is an array of a property, a basis and a phase label. The present phases of the material are the
     // ones that may form. Sets the present phases, each one's temperature, pressure, fraction and phase fraction, and
-    // the overall temperature or pressure that was not given.
+    // whichever of the overall temperature and pressure was not given.
     STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override;
     STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
                                     VARIANT_BOOL* isSupported) override;

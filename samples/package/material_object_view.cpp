@@ -47,7 +47,7 @@ double MaterialObjectView::Single(const wchar_t* property, const std::wstring& p
     return values.front();
 }
 
-// A composition is a property of the material's compounds, not of a mixture: it has no type of calculation.
+// A composition is a property of the material's compounds, not of a mixture, so it has no calculation type.
 std::vector<double> MaterialObjectView::Fractions(const std::wstring& phase) const
 {
     return Get(L"fraction", phase, L"", L"mole");

@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 material object as a package sees it: ICapeThermoMaterialObject with C++ values in place of VARIANTs.
-// Holds one reference, for the length of a call. Every function throws CapeFailure with the material's own code and
+// A CAPE-OPEN 1.0 material object as a package sees it: ICapeThermoMaterialObject with C++ values instead of VARIANTs.
+// Holds one reference during a call. Every function throws CapeFailure with the material's own code and
 // description when the material refuses.
 #pragma once
 
@@ -20,10 +20,10 @@ public:
     explicit MaterialObjectView(IDispatch* object);
 
     std::vector<std::wstring> CompoundIds() const;
-    // The phases that the material has at present.
+    // The phases currently present in the material.
     std::vector<std::wstring> PhaseIds() const;
 
-    // Temperature and pressure are those of the material as a whole: the older version knows no others.
+    // Temperature and pressure are those of the whole material: the older version has no others.
     PhaseState StateOf(const std::wstring& phase) const;
     // One value of a mixture, such as the phase fraction of a phase.
     double Single(const wchar_t* property, const std::wstring& phase, const wchar_t* basis) const;

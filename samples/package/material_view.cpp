@@ -21,7 +21,7 @@ MaterialView::MaterialView(IDispatch* object)
     if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(&material)))) {
         throw CapeFailure(ECapeInvalidArgumentHR, L"The material object does not implement ICapeThermoMaterial");
     }
-    // A material without a list of compounds is taken to hold the package's own.
+    // Assumes that a material without a list of compounds contains the package's compounds.
     if (FAILED(object->QueryInterface(IID_PPV_ARGS(&compounds)))) compounds.Reset();
 }
 

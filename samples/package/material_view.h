@@ -1,5 +1,5 @@
-// A material object as the package sees it: ICapeThermoMaterial with C++ values in place of VARIANTs. Holds one reference.
-// Every function throws CapeFailure with the material's own code and description when the material refuses.
+// A material object as the package sees it: ICapeThermoMaterial with C++ values instead of VARIANTs. Holds one
+// reference. Every function throws CapeFailure with the material's own code and description when the material refuses.
 #pragma once
 
 #include <cape-open.h>
@@ -25,7 +25,7 @@ public:
 
     explicit operator bool() const { return material != nullptr; }
 
-    // The ids of the material's compounds, in its order; empty when it does not tell.
+    // The ids of the material's compounds, in its order; empty when it does not list them.
     std::vector<std::wstring> CompoundIds() const;
     std::vector<std::wstring> PresentPhases() const;
     PhaseState StateOf(const std::wstring& phaseLabel) const;
@@ -38,7 +38,7 @@ public:
                         std::span<const double> values) const;
     void SetTwoPhase(const wchar_t* property, std::span<const std::wstring> phaseLabels, const wchar_t* basis,
                      std::span<const double> values) const;
-    // Makes these phases the present ones, all of this status.
+    // Makes these phases the present ones, all with this status.
     void SetPresentPhases(std::span<const std::wstring> phaseLabels,
                           eCapePhaseStatus status = CAPE_ATEQUILIBRIUM) const;
 

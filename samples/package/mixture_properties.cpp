@@ -38,7 +38,7 @@ std::vector<double> Pick(CompoundProperties properties, Derivative derivative)
     }
 }
 
-// A row's function, from a member of the model that gives a Property.
+// A row's function, made from a member of the model that returns a Property.
 template <Property (IdealSolution::*Member)(Phase, double, double, std::span<const double>) const>
 std::vector<double> Molar(const PhaseInput& in, Derivative derivative)
 {
@@ -190,7 +190,7 @@ std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const Idea
     CompoundProperties k = solution.LogFugacityCoefficient(Phase::kLiquid, temperature, pressure);
     const bool logarithm = SameName(split.name, kTwoPhaseProperties[1]);
     for (std::size_t i = 0; i < k.value.size(); ++i) {
-        // The other way round the K-value is the reciprocal, its logarithm the negative.
+        // In the other order, the K-value is the reciprocal and its logarithm the negative.
         const double sign = vapourFirst ? 1 : -1;
         const double value = logarithm ? sign * k.value[i] : std::exp(sign * k.value[i]);
         const double chain = logarithm ? sign : sign * value;

@@ -1,5 +1,5 @@
-// The properties of one phase and of two phases by their names of the standard, with the derivatives that a suffix asks
-// for (".Dtemperature", ".Dpressure", ".Dmoles"). A name is looked up once; the calculation is a pure function.
+// The properties of one phase and of two phases by their standard names, with the derivatives that a suffix requests
+// (".Dtemperature", ".Dpressure", ".Dmoles"). A name is looked up once; the calculation is a pure function.
 #pragma once
 
 #include <span>
@@ -13,7 +13,7 @@ namespace zelt::sample {
 
 enum class Derivative { kNone, kTemperature, kPressure, kMoles };
 
-// All that a phase property may depend on.
+// Everything that a phase property may depend on.
 struct PhaseInput {
     const IdealSolution& solution;
     Phase phase;
@@ -36,14 +36,14 @@ struct PropertyRequest {
     Derivative derivative;
 };
 
-// The names without suffixes, as the list methods give them, and with every suffix that is offered.
+// The names without suffixes, as the list methods return them, and with every offered suffix.
 std::vector<std::wstring> SinglePhasePropertyNames();
 
-// Whether the name, suffix included, is offered; and the same as a lookup, which throws CapeFailure if not.
+// Whether the name, including its suffix, is offered; and the lookup, which throws CapeFailure if it is not.
 bool IsSinglePhaseProperty(std::wstring_view name);
 PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
 
-// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes but for amounts.
+// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes except the one for amounts.
 std::vector<std::wstring> TwoPhasePropertyNames();
 bool IsTwoPhaseProperty(std::wstring_view name);
 // K-values of the first phase over the second; throws CapeFailure for a name that is not offered.

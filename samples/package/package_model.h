@@ -1,4 +1,4 @@
-// What a property package is, apart from the interfaces through which it is reached: its name, its compounds in order,
+// A property package without its interfaces: its name, its compounds in order,
 // the model, and the material that calculations read and write. The interface parts of a package share one.
 #pragma once
 
@@ -22,7 +22,7 @@ struct PackageDefinition {
 
 // The packages that the sample offers.
 std::span<const PackageDefinition> AllPackages();
-// Compared without regard to case; null when there is none.
+// Compared without regard to case; null if there is none.
 const PackageDefinition* FindPackage(std::wstring_view name);
 
 struct PhaseDefinition {
@@ -33,10 +33,10 @@ struct PhaseDefinition {
     const wchar_t* userDescription;
 };
 std::span<const PhaseDefinition> AllPhases();
-// Throws CapeFailure ("invalid argument") for a label that the package does not know.
+// Throws CapeFailure ("invalid argument") for an unknown label.
 const PhaseDefinition& PhaseOf(std::wstring_view label);
 
-// The standard's word for "all of the stream, whatever its phases".
+// The standard's name for the whole stream, whatever its phases.
 inline constexpr std::wstring_view kOverall = L"Overall";
 
 class PackageModel {
@@ -50,23 +50,23 @@ public:
     // The package's compounds in the package's order.
     const IdealSolution& Solution() const { return solution; }
 
-    // Ids of compounds to compounds; an empty list is all of them. Throws CapeFailure for an unknown id.
+    // The compounds with these ids; all compounds for an empty list. Throws CapeFailure for an unknown id.
     std::vector<const Compound*> Select(std::span<const std::wstring> ids) const;
 
-    // The phases that may form, of those that a calculation allows: the user's parameter restricts them. Throws
-    // CapeFailure when nothing is left.
+    // Those of a calculation's allowed phases that may form: the user's parameter restricts them. Throws CapeFailure if
+    // none is left.
     AllowedPhases Restrict(AllowedPhases allowed) const;
     // PackageHost::CheckTemplate for this package's compounds.
     void CheckTemplate(Generation generation);
 
-    // Makes a material the active one. Its compounds may be any of the package's, in any order: from here on
-    // MaterialSolution follows that order. Throws CapeFailure and keeps the former material when it does not fit.
+    // Sets the active material. It may contain any of the package's compounds, in any order; from now on
+    // MaterialSolution follows that order. If the material does not fit, throws CapeFailure and keeps the previous one.
     void SetMaterial(IDispatch* object);
     void UnsetMaterial();
 
     bool HasMaterial() const { return static_cast<bool>(material); }
 
-    // The active material and the model in its order. Throw CapeFailure ("bad order of calls") without one.
+    // The active material, and the model in its order. Without a material, both throw CapeFailure ("bad order of calls").
     const MaterialView& Material() const;
     const IdealSolution& MaterialSolution() const;
 

@@ -10,7 +10,7 @@ public:
     PhasesPart(com::Object& object, CapeErrors& errors) : CapePart(object, errors, L"ICapeThermoPhases") {}
 
     STDMETHOD(GetNumPhases)(long* num) override;
-    // An attribute that does not apply, such as "TypeOfSolid", gives an empty VARIANT.
+    // Returns an empty VARIANT for an attribute that does not apply, such as "TypeOfSolid".
     STDMETHOD(GetPhaseInfo)(BSTR phaseLabel, BSTR phaseAttribute, VARIANT* value) override;
     STDMETHOD(GetPhaseList)(VARIANT* phaseLabels, VARIANT* stateOfAggregation, VARIANT* keyCompoundId) override;
 };

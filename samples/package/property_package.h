@@ -1,4 +1,4 @@
-// A CAPE-OPEN 1.1 property package: the interfaces of the standard around one PackageModel. Holds a reference on the
+// A CAPE-OPEN 1.1 property package: the interfaces of the standard around one PackageModel. Holds a reference to the
 // active material until UnsetMaterial, Terminate or its own end.
 #pragma once
 

@@ -46,7 +46,7 @@ bool IsPure(std::wstring_view calcType)
     throw CapeFailure(ECapeInvalidArgumentHR, L"There is no type of calculation " + Quoted(calcType));
 }
 
-// A mixture property of each compound by itself.
+// A mixture property of each compound alone.
 std::vector<double> CalculatePure(const PropertyRequest& request, const PhaseInput& input)
 {
     std::vector<double> values;
@@ -61,7 +61,7 @@ std::vector<double> CalculatePure(const PropertyRequest& request, const PhaseInp
 
 std::vector<std::wstring> WriteBack(const MaterialObjectView& material, FlashKind kind, const FlashResult& result)
 {
-    // At a bubble or dew point both phases are present, one of them with nothing in it.
+    // At a bubble or dew point, both phases are present, one of them empty.
     const bool boundary = kind == FlashKind::kPVF || kind == FlashKind::kTVF;
     std::vector<std::wstring> present;
     for (const PhaseDefinition& phase : AllPhases()) {
@@ -90,7 +90,7 @@ void PropertyPackage10Part::Calculate(const MaterialObjectView& material, std::s
                                       std::span<const std::wstring> phases, bool pure) const
 {
     const IdealSolution solution = SolutionOf(material);
-    // Every name is looked up before anything is calculated: a bad list changes nothing.
+    // Looks up every name before it calculates, so that a bad list changes nothing.
     std::vector<PropertyRequest> requests;
     for (const std::wstring& name : props) {
         requests.push_back(FindSinglePhaseProperty(name));
@@ -204,7 +204,7 @@ STDMETHODIMP PropertyPackage10Part::ValidityCheck(IDispatch* materialObject, VAR
         try {
             model.Host().CheckState(state.temperature, state.pressure, state.fractions);
         } catch (const CapeFailure& failure) {
-            // Only the state is asked about; a parameter that is itself wrong is an error.
+            // The caller asks only about the state; an invalid parameter is an error.
             if (failure.code != static_cast<HRESULT>(ECapeOutOfBoundsHR)) throw;
             inside = false;
         }

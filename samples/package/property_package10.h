@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 property package: the older version's one interface around the same model. It keeps no material: each
-// call brings its own.
+// A CAPE-OPEN 1.0 property package: the single interface of the older version around the same model. It keeps no
+// material: each call brings its own.
 #pragma once
 
 #include "com/object.h"
@@ -20,15 +20,15 @@ public:
     STDMETHOD(GetComponentList)(VARIANT* compIds, VARIANT* formulae, VARIANT* name, VARIANT* boilTemps, VARIANT* molwt,
                                 VARIANT* casno) override;
     STDMETHOD(GetUniversalConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
-    // For the material's compounds; for the package's own without a material.
+    // For the material's compounds, or for the package's if there is no material.
     STDMETHOD(GetComponentConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
-    // Calculation type "Mixture", or "Pure" for the mixture properties of each compound by itself.
+    // Calculation type "Mixture", or "Pure" for the mixture properties of each compound alone.
     STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
-    // Flash types TP, PVF, TVF, PH and PS. Sets the composition and the phase fraction of each phase that there is, the
-    // temperature or pressure that was not given, and then calculates `props` for those phases.
+    // Flash types TP, PVF, TVF, PH and PS. Sets the composition and phase fraction of each present phase and
+    // whichever of temperature and pressure was not given, and then calculates `props` for those phases.
     STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
     STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
-    // Whether each property is offered and the material's state is one at which the package calculates.
+    // Whether each property is offered and the package can calculate at the material's state.
     STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
     STDMETHOD(GetPropList)(VARIANT* props) override;
 

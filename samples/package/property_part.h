@@ -1,5 +1,5 @@
 // ICapeThermoPropertyRoutine of a property package: reads temperature, pressure and composition from the active
-// material and writes the results back into it. CalcAndGetLnPhi uses its arguments alone.
+// material and writes the results back into it. CalcAndGetLnPhi uses only its arguments.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -13,12 +13,12 @@ public:
         : CapePart(object, errors, L"ICapeThermoPropertyRoutine"), model(model)
     {}
 
-    // Compounds are those of the active material; of the package, when no material is set. An output whose flag is
-    // not set is left alone. The derivative in amounts has all of compound 0's values first.
+    // The compounds are those of the active material, or of the package if no material is set. An output whose flag is
+    // not set is not written. The derivative in amounts has all of compound 0's values first.
     STDMETHOD(CalcAndGetLnPhi)(BSTR phaseLabel, double temperature, double pressure, VARIANT moleNumbers, int fFlags,
                                VARIANT* lnPhi, VARIANT* lnPhiDT, VARIANT* lnPhiDP, VARIANT* lnPhiDn) override;
     STDMETHOD(CalcSinglePhaseProp)(VARIANT props, BSTR phaseLabel) override;
-    // The material's first phase gives temperature and pressure.
+    // Temperature and pressure come from the material's first phase.
     STDMETHOD(CalcTwoPhaseProp)(VARIANT props, VARIANT phaseLabels) override;
     STDMETHOD(CheckSinglePhasePropSpec)(BSTR property, BSTR phaseLabel, VARIANT_BOOL* valid) override;
     STDMETHOD(CheckTwoPhasePropSpec)(BSTR property, VARIANT phaseLabels, VARIANT_BOOL* valid) override;
