@@ -17,7 +17,7 @@ STDMETHODIMP ThermoContextPart::SetMaterial(IDispatch* materialObject)
     return Call(L"SetMaterial", [&] { model.SetMaterial(materialObject, Generation::kCapeOpen10); });
 }
 
-// The standard hands the reaction object over by a pointer to the caller's variable, which is only read.
+// The standard passes the reaction object by a pointer to the caller's variable, which is only read.
 STDMETHODIMP KineticContextPart::SetReactionObject(IDispatch** reactionsObject)
 {
     return Call(L"SetReactionObject", [&] { model.SetReactionObject(reactionsObject ? *reactionsObject : nullptr); });

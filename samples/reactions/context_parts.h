@@ -1,4 +1,4 @@
-// The interfaces through which a reaction package is given what it works on: a material, in the way of either version of
+// The interfaces through which a reaction package gets its objects: a material, through either version of
 // the standard, and a reaction object, for kinetic reactions or for electrolytes.
 #pragma once
 

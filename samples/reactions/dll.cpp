@@ -1,4 +1,4 @@
-// SampleReactions.dll: the manager, and one package as a class of its own.
+// SampleReactions.dll: the manager, and one package as its own class.
 #include "samples/component/dll.h"
 #include "samples/reactions/classes.h"
 #include "samples/reactions/reaction_package.h"

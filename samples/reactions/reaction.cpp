@@ -10,7 +10,7 @@ constexpr double kLog10 = 2.302585092994046;
 constexpr double kAtmosphere = 101325;  // Pa
 constexpr double kBar = 1e5;            // Pa
 
-// A law that is published for the decadic logarithm with c as the factor of log10 T.
+// A law published for the decadic logarithm, with c as the factor of log10 T.
 constexpr EquilibriumLaw Decadic(double a, double b, double c, double d, double e, double standardPressure)
 {
     return {{a * kLog10, b * kLog10, c, d * kLog10, e * kLog10}, standardPressure};
@@ -46,7 +46,7 @@ constexpr EquilibriumLaw VanTHoff(double enthalpy, double gibbsEnergy)
 //       H. S. Harned, S. R. Scholes, J. Am. Chem. Soc. 63 (1941) 1706: log10 K = 6.4980 - 2902.39 / T - 0.02379 T
 // Stoichiometry and registry numbers are common knowledge.
 
-// The hydrodealkylation's factor in mol/(m3 s Pa^1.5).
+// The factor for hydrodealkylation in mol/(m3 s Pa^1.5).
 const double kHydrodealkylation =
     3.6858e6 * 453.59237 / (60 * 0.028316846592 * 6894.757293168 * std::sqrt(6894.757293168));
 

@@ -1,6 +1,6 @@
 // Chemical reactions: stoichiometry and the laws of their rates and equilibria, with the source of every number in
-// reaction.cpp. Constant data and pure functions; nobody owns a Reaction, and nothing here knows of COM. SI units on a
-// mole basis; temperatures in K.
+// reaction.cpp. Constant data and pure functions; nobody owns a Reaction, and nothing here depends on COM. SI units on
+// a mole basis; temperatures in K.
 #pragma once
 
 #include <span>
@@ -14,12 +14,12 @@ namespace zelt::sample {
 struct ReactionCompound {
     const wchar_t* id;
     const wchar_t* casNumber;
-    double coefficient;  // negative for what is consumed
+    double coefficient;  // negative for a compound that is consumed
     double charge;       // in elementary charges
     double order = 0;    // of the rate in this compound
 };
 
-// What a rate law or an equilibrium constant is written in.
+// The quantity that a rate law or an equilibrium constant uses.
 enum class ConcentrationBasis { kMolarity, kPartialPressure, kMolality };
 
 // Rate of the base reactant's consumption, mol/(m3 s): factor * exp(-activationTemperature / T) * product of
@@ -46,7 +46,7 @@ struct Reaction {
     EquilibriumLaw equilibrium;  // of any other
     std::vector<ReactionCompound> compounds;
 
-    // Moles made per turn of the reaction.
+    // Net moles produced per mole of reaction.
     double MoleChange() const;
 };
 
@@ -59,12 +59,12 @@ struct ReactionPackageDefinition {
 
 // The packages that the sample offers.
 std::span<const ReactionPackageDefinition> AllReactionPackages();
-// Compared without regard to case; null when there is none.
+// Compared without regard to case; null if there is none.
 const ReactionPackageDefinition* FindReactionPackage(std::wstring_view name);
 
-// The rate constant, in the unit that the orders make.
+// The rate constant, in the unit that follows from the orders.
 WithSlope RateConstant(const RateLaw& law, double temperature);
-// Natural logarithm of the equilibrium constant for activities as the law has them.
+// Natural logarithm of the equilibrium constant for the law's activities.
 WithSlope LogEquilibriumConstant(std::span<const double> coefficients, double temperature);
 // J/mol, by van 't Hoff's equation.
 double EnthalpyOfReaction(std::span<const double> coefficients, double temperature);

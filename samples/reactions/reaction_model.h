@@ -1,6 +1,6 @@
-// What a reaction package is, apart from the interfaces through which it is reached: its reactions with their parameters,
-// the material whose state they depend on, and the reaction object that takes the results. The interface parts of a
-// package share one. Holds one reference on each of the two objects until they are replaced or Release is called.
+// A reaction package without its interfaces: its reactions with their parameters,
+// the material whose state they depend on, and the reaction object that receives the results. The interface parts of a
+// package share one. Holds one reference to each of the two objects until they are replaced or Release is called.
 #pragma once
 
 #include <cape-open.h>
@@ -19,7 +19,7 @@
 
 namespace zelt::sample {
 
-// A reaction of one package, with what its user may change. The parameters' values are in SI units.
+// A reaction of one package, with the parameters that its user may change, in SI units.
 class ReactionEntry {
 public:
     explicit ReactionEntry(const Reaction& reaction);
@@ -27,11 +27,11 @@ public:
     const Reaction& Definition() const { return reaction; }
     const ParameterSet& Parameters() const { return parameters; }
 
-    // The laws as the user has set them. Throw CapeFailure for a reaction of the other kind, or one that is disabled.
+    // The laws as set by the user. Throw CapeFailure for a reaction of the other kind, or one that is disabled.
     RateLaw Rate() const;
     std::vector<double> Orders() const;                   // one for each compound
     std::vector<double> EquilibriumCoefficients() const;  // of ln K
-    // How far from the material's temperature the equilibrium is taken, K.
+    // Added to the material's temperature for the equilibrium, K.
     double TemperatureApproach() const;
 
 private:
@@ -49,21 +49,21 @@ public:
     PackageHost& Host() { return host; }
     const PackageHost& Host() const { return host; }
     const std::deque<ReactionEntry>& Reactions() const { return reactions; }
-    // Throws CapeFailure ("invalid argument") for an id that the package does not know.
+    // Throws CapeFailure ("invalid argument") for an unknown id.
     const ReactionEntry& ReactionOf(std::wstring_view id) const;
 
-    // The pressure for which equilibrium constants of gas reactions are asked for; none: as each is published.
+    // The standard pressure requested for equilibrium constants of gas reactions; none: as each is published.
     std::optional<double> StandardPressure() const;
 
-    // Each throws CapeFailure and keeps what was set before when the object is not of its kind; null is refused.
+    // If the object is of the wrong kind or null, each throws CapeFailure and keeps the previous object.
     void SetMaterial(IDispatch* object, Generation generation);
     void UnsetMaterial();
     void SetReactionObject(IDispatch* object);
-    // Gives back both objects.
+    // Releases both objects.
     void Release();
 
-    // Temperature, pressure and the fractions of these compounds in the material; a compound that the material lacks has
-    // none. Throws CapeFailure ("bad order of calls") without a material.
+    // Temperature, pressure and the fractions of the reaction's compounds in the material; a compound that the material
+    // lacks has fraction 0. Throws CapeFailure ("bad order of calls") without a material.
     PhaseState StateOf(const Reaction& reaction) const;
     // Throws CapeFailure ("bad order of calls") without a reaction object.
     ICapeReactionProperties* ReactionObject() const;

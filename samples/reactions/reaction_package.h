@@ -1,4 +1,4 @@
-// A CAPE-OPEN 1.0 reaction package: the interfaces of the standard around one ReactionModel. Holds references on the
+// A CAPE-OPEN 1.0 reaction package: the interfaces of the standard around one ReactionModel. Holds references to the
 // material and the reaction object until Terminate or its own end.
 #pragma once
 
@@ -19,7 +19,7 @@ public:
 protected:
     IDispatch* ScriptInterface() override { return &chemistry; }
 
-    // Only a package of ionic reactions takes a reaction object as one of electrolytes.
+    // Only a package of ionic reactions accepts a reaction object for electrolytes.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry*) override
     {
         const bool electrolytes = IsEqualIID(iid, __uuidof(ICapeElectrolyteReactionContext));

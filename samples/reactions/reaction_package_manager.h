@@ -1,5 +1,5 @@
-// The CAPE-OPEN 1.0 reaction package manager of the sample: lists the packages and makes one by name. Keeps nothing of the
-// packages that it made.
+// The CAPE-OPEN 1.0 reaction package manager of the sample: lists the packages and makes them by name. Keeps no
+// references to the packages that it made.
 #pragma once
 
 #include "com/object.h"

@@ -50,7 +50,7 @@ WithSlope EquilibriumConstant(const ReactionInput& in)
     const Reaction& reaction = in.reaction.Definition();
     WithSlope logarithm = LogEquilibriumConstant(in.reaction.EquilibriumCoefficients(), EquilibriumTemperature(in));
     const double published = reaction.equilibrium.standardPressure;
-    // Activities over another pressure change by its ratio, each to the power of its coefficient.
+    // For another standard pressure, each activity changes by the ratio, to the power of its coefficient.
     if (published > 0) logarithm.value += reaction.MoleChange() * std::log(published / StandardPressureOf(in));
     const double value = std::exp(logarithm.value);
     return {value, value * logarithm.dT};
@@ -59,7 +59,7 @@ WithSlope EquilibriumConstant(const ReactionInput& in)
 double Quotient(const ReactionInput& in)
 {
     const Reaction& reaction = in.reaction.Definition();
-    // Asked for its coefficients so that a kinetic or disabled reaction fails as for the constant.
+    // Gets the coefficients so that a kinetic or disabled reaction fails as it does for the constant.
     in.reaction.EquilibriumCoefficients();
     if (reaction.basis != ConcentrationBasis::kPartialPressure) {
         throw CapeFailure(ECapeLimitedImplHR,

@@ -1,5 +1,5 @@
-// The properties of reactions by name: what CalcReactionProp offers. One value for each reaction; pure functions of the
-// reaction, its parameters and the state of the phase.
+// The properties of reactions by name, as offered by CalcReactionProp. One value for each reaction; pure functions of
+// the reaction, its parameters and the state of the phase.
 #pragma once
 
 #include <optional>
@@ -25,7 +25,7 @@ struct ReactionProperty {
 
 // reactionRate, mol/(m3 s), of the base reactant's consumption, for an ideal gas; rateConstant, in SI units;
 // chemicalEquilibriumConstant; reactionQuotient, of partial pressures; enthalpyOfReaction, J/mol; the first and the third
-// with ".Dtemperature" at constant pressure and composition.
+// also with ".Dtemperature" at constant pressure and composition.
 std::vector<std::wstring> ReactionPropertyNames();
 // Throws CapeFailure ("invalid argument") for a name that is not offered.
 const ReactionProperty& FindReactionProperty(std::wstring_view name);

@@ -7,7 +7,7 @@
 namespace zelt::sample {
 namespace {
 
-// The reactions that are asked for; each must take place in the phase.
+// The requested reactions; each must take place in the phase.
 std::vector<const ReactionEntry*> Select(const ReactionModel& model, std::span<const std::wstring> ids,
                                          std::wstring_view phase)
 {

@@ -12,8 +12,8 @@ public:
         : CapePart(object, errors, L"ICapeReactionsRoutine"), model(model)
     {}
 
-    // One value for each reaction. A list of reactions that is left out is all of those in the phase. Nothing is written
-    // unless every property of every reaction could be calculated.
+    // One value for each reaction. An omitted list of reactions means all reactions in the phase. Writes nothing
+    // unless every property of every reaction can be calculated.
     STDMETHOD(CalcReactionProp)(VARIANT props, BSTR phase, VARIANT reacIds, BSTR basis) override;
 
 private:
