@@ -24,7 +24,7 @@ std::vector<std::wstring> Ids(const Slate& slate)
     return ids;
 }
 
-// A table's head: the label's column, then one for each compound.
+// A table's head: the column of labels, then one column for each compound.
 std::vector<std::wstring> CompoundColumns(const Slate& slate, const wchar_t* label)
 {
     std::vector<std::wstring> columns = Ids(slate);
@@ -37,7 +37,7 @@ std::vector<double> EqualParts(const Slate& slate)
     return std::vector<double>(slate.compounds.size(), 1.0 / static_cast<double>(slate.compounds.size()));
 }
 
-// Makes every phase of the package a candidate, and solves for the two specifications.
+// Makes every phase of the package a candidate, and flashes at the two specifications.
 void Flash(const PackageSession& session, std::initializer_list<const wchar_t*> specification1,
            std::initializer_list<const wchar_t*> specification2)
 {
@@ -156,7 +156,7 @@ void ShowEquilibria(const PackageSession& session, Report& report)
         EquilibriumRow(session, report, name);
     }
 
-    // The enthalpy of half vapour, half liquid, from both phases, has to lead back to that state.
+    // A flash at the enthalpy of half vapour and half liquid, from both phases, must return to that state.
     CheckCall(material->SetSinglePhaseProp(MakeBstr(L"phaseFraction").GetBSTR(), MakeBstr(vapour).GetBSTR(),
                                            MakeBstr(L"mole").GetBSTR(), MakeDoubles({{0.5}})),
               material, L"SetSinglePhaseProp");

@@ -1,5 +1,5 @@
-// What the simulator does with a package, step by step, in one fixed order: two runs make the same calls with the same
-// numbers. Each step prints its results and throws CapeFailure when a call fails that should not.
+// What the simulator does with a package, step by step, in a fixed order: two runs make the same calls with the same
+// numbers. Each step prints its results, and throws CapeFailure when a call fails unexpectedly.
 #pragma once
 
 #include "samples/simulator/options.h"
@@ -11,11 +11,11 @@ namespace zelt::sample {
 // Compounds with their constants and temperature functions, phases, universal constants.
 void ShowLists(const PackageSession& session, Report& report, const Options& options);
 // Flashes at given temperature and pressure over the boiling range of an equimolar feed, bubble and dew points, and a
-// flash at given pressure and enthalpy that has to find the first one's temperature again.
+// flash at given pressure and enthalpy that must find the first temperature again.
 void ShowEquilibria(const PackageSession& session, Report& report);
 // Both phases' properties, K-values and fugacity coefficients at the last equilibrium.
 void ShowProperties(const PackageSession& session, Report& report, const Options& options);
-// A call that must fail: prints what the package says of it. Throws CapeFailure when it succeeds.
+// A call that must fail: prints the package's description. Throws CapeFailure if the call succeeds.
 void ShowFailure(const PackageSession& session, Report& report);
 
 }  // namespace zelt::sample

@@ -100,7 +100,7 @@ PackageSession10::PackageSession10(ComPtr<IDispatch> object, std::shared_ptr<Flo
 
 PackageSession10::~PackageSession10()
 {
-    // After a failure as after success: what is still held is given back.
+    // Releases what is still held, also after a failure.
     if (package) Close(false);
 }
 
@@ -190,7 +190,7 @@ void Show10Equilibria(const PackageSession10& session, Report& report)
         Row(session, report, name);
     }
 
-    // The enthalpy of half vapour, half liquid, from both phases, has to lead back to that state; through the material.
+    // A flash through the material, at the enthalpy of half vapour and half liquid, must return to that state.
     FlashAtFraction(session, 0.5);
     double enthalpy = 0;
     const _variant_t phases = MakeStrings({L"Vapor", L"Liquid"});

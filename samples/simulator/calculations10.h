@@ -1,7 +1,7 @@
-// A property package of CAPE-OPEN 1.0 in use, and what the simulator does with it, step by step, in one fixed order. Each
-// step prints its results and throws CapeFailure when a call fails that should not. Some calculations are asked of the
-// package with the material as argument, some of the material, which hands them on: flowsheet programs and unit
-// operations do the one or the other.
+// A property package of CAPE-OPEN 1.0 in use, and what the simulator does with it, step by step, in a fixed order. Each
+// step prints its results, and throws CapeFailure when a call fails unexpectedly. For some calculations the simulator
+// calls the package with the material as argument, for others the material, which calls the package: flowsheet programs
+// and unit operations do either.
 #pragma once
 
 #include "samples/simulator/component_session.h"
@@ -14,7 +14,7 @@ public:
     PackageSession10(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
     ~PackageSession10();
 
-    // Makes a material of the package's compounds; it is kept until Close.
+    // Makes a material of the package's compounds and keeps it until Close.
     void MakeMaterial(ReadHook hook);
     void Close(bool hold);
 
@@ -23,7 +23,7 @@ public:
     Microsoft::WRL::ComPtr<IDispatch> materialDispatch;
 };
 
-// Compounds with their constants, phases, universal constants, the properties on offer.
+// Compounds with their constants, phases, universal constants, the offered properties.
 void Show10Lists(const PackageSession10& session, Report& report);
 // The flashes of the 1.1 run, through the older interfaces.
 void Show10Equilibria(const PackageSession10& session, Report& report);

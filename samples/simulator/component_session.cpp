@@ -39,7 +39,7 @@ ComponentSession::ComponentSession(ComPtr<IDispatch> object, std::shared_ptr<Flo
     if (!utilities) return;
     ComPtr<IDispatch> context;
     com::Check(com::Create<SimulationContext>(IID_PPV_ARGS(&context), flowsheet));
-    // A component need not have a use for the context: that it refuses is no reason to stop.
+    // A component need not use the context, so the simulator continues if it refuses.
     utilities->put_simulationContext(context.Get());
     CheckCall(utilities->Initialize(), utilities.Get(), L"Initialising the component");
 }

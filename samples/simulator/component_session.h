@@ -1,5 +1,5 @@
-// A component in use, of whatever kind: given the simulator's context, initialised, asked who it is and what parameters it
-// has. Owns its references and gives them back in the order in which a flowsheet program does.
+// A component of any kind in use: gives it the simulator's context, initialises it, and asks for its identification and
+// parameters. Owns its references and releases them in the same order as a flowsheet program.
 #pragma once
 
 #include <cape-open.h>
@@ -13,7 +13,7 @@
 
 namespace zelt::sample {
 
-// The interface of an object; null when it does not have it.
+// The interface of an object; null if the object lacks it.
 template <class I>
 Microsoft::WRL::ComPtr<I> Optional(IUnknown* object)
 {
@@ -43,9 +43,9 @@ public:
 protected:
     ~ComponentSession() = default;
 
-    // Terminates the component and gives its own references back.
+    // Terminates the component and releases its own references.
     void Terminate();
-    // What was held for longer than the component.
+    // Releases what was held longer than the component.
     void ReleaseHeld() { held.clear(); }
 
 private:

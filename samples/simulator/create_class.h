@@ -8,10 +8,11 @@
 
 namespace zelt::sample {
 
-// The class of a ProgID, or of a class identity's text. Throws CapeFailure when there is none.
+// The class of a ProgID or of a CLSID as text. Throws CapeFailure if there is none.
 CLSID ClassOf(const std::wstring& name);
 
-// `what` is what fails when it fails. In process: the server is loaded into this one; otherwise wherever it runs.
+// `what` names what fails. In process: loads the server into this process; otherwise the server runs wherever COM
+// starts it.
 Microsoft::WRL::ComPtr<IDispatch> CreateClass(const CLSID& clsid, bool inProcess, const wchar_t* what);
 
 }  // namespace zelt::sample

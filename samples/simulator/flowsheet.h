@@ -1,5 +1,5 @@
-// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, and where
-// messages go. The context, its templates and the materials made from them share it.
+// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, and the
+// receiver of messages. The context, its templates and the materials made from them share it.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,5 @@
 // A saved flowsheet: the package and the unit operation by class, the feeds, and the unit's own state as the unit wrote
-// it. Knows nothing of what is in the latter.
+// it. Does not interpret that state.
 #pragma once
 
 #include <guiddef.h>
@@ -21,15 +21,15 @@ struct FlowsheetData {
     CLSID manager;
     std::wstring package;
     CLSID unit;
-    std::vector<std::wstring> compounds;  // in whose order the feeds' fractions stand
+    std::vector<std::wstring> compounds;  // the order of the feeds' fractions
     std::vector<Feed> feeds;
     double power;       // of the energy stream, W
     bool hasUnitState;  // false when the unit saves nothing
     std::vector<std::byte> unitState;
 };
 
-// Throw CapeFailure ("persistence") with the file's name and what is wrong with it. A file is written whole or not at
-// all.
+// Both throw CapeFailure ("persistence") with the file's name and what is wrong with it. A file is written completely
+// or not at all.
 void SaveFlowsheet(const std::wstring& path, const FlowsheetData& data);
 FlowsheetData LoadFlowsheet(const std::wstring& path);
 

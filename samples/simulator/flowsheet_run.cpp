@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kPower = 2e5;  // of a new flowsheet's energy streams, W; the simulator's choice
 
-// The one-step way from a class's name in the options to the flowsheet's data.
+// Makes the flowsheet's data from the class names in the options.
 FlowsheetData NewFlowsheet(const Options& options)
 {
     FlowsheetData data{};
@@ -33,7 +33,7 @@ std::vector<std::wstring> Ids(const Slate& slate)
     return ids;
 }
 
-// A wrong parameter has to be refused, before the run and by name.
+// The unit must refuse a wrong parameter, before the run and by name.
 void ShowRefusal(const UnitSession& unit, Report& report)
 {
     report.Heading("A validation that must fail");
@@ -54,7 +54,7 @@ void PrepareParameters(UnitSession& unit, const Options& options, Report& report
             throw CapeFailure(ECapeInvalidArgumentHR, L"The unit operation has no parameters");
         return;
     }
-    // A walk resets each parameter: not to be done to values that were loaded.
+    // A walk resets each parameter, so it must not touch loaded values.
     if (options.loadFile.empty()) unit.ShowParameters(report, false);
     for (const auto& [name, value] : options.settings) SetParameter(unit.parameters.Get(), name, value);
     report.Heading("Values of the parameters");

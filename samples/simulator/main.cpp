@@ -1,5 +1,6 @@
-// SampleSimulator.exe: uses a property package of CAPE-OPEN 1.1 or 1.0, or a reaction package, in the way of a flowsheet
-// program and prints what it calculates. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command line.
+// SampleSimulator.exe: uses a property package of CAPE-OPEN 1.1 or 1.0, or a reaction package, like a flowsheet
+// program, and prints the results. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command
+// line.
 #include <windows.h>
 #include <objbase.h>
 #include <shellapi.h>
@@ -23,7 +24,7 @@ namespace {
 
 using namespace zelt::sample;
 
-// A single-threaded apartment: calls that come back in while a call is out are served on this thread, inside it.
+// A single-threaded apartment: while a call is out, this thread serves calls that come in, inside that call.
 class Apartment {
 public:
     Apartment() : result(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
@@ -51,7 +52,7 @@ private:
     HANDLE handle;
 };
 
-// Waits inside the first read of the material, so that a test finds both sides in mid-call.
+// Waits inside the first read of the material, so that a test finds both sides in a call.
 ReadHook WaitOnce(const Options& options)
 {
     if (!options.waitSeconds) return {};
@@ -173,7 +174,7 @@ int RunGuarded(const Options& options)
 
 int main()
 {
-    // The C runtime's own arguments are narrow; names may hold any character.
+    // The C runtime's arguments are narrow; names may contain any character.
     int count = 0;
     const std::unique_ptr<wchar_t*, decltype(&LocalFree)> arguments(CommandLineToArgvW(GetCommandLineW(), &count),
                                                                     LocalFree);

@@ -1,4 +1,4 @@
-// The class that gives packages by name, of any of the three kinds; or a package class of its own.
+// The class that makes packages by name, of any of the three kinds; or the class of a single package.
 #pragma once
 
 #include <cape-open.h>
@@ -13,7 +13,7 @@ namespace zelt::sample {
 
 enum class PackageKind { kProperty11, kProperty10, kReaction };
 
-// Created and initialised; ends with Terminate. Its kind is found out by asking for the standard's interfaces.
+// Created and initialised; ends with Terminate. Queries for the standard's interfaces show its kind.
 class ManagerSession {
 public:
     ManagerSession(const CLSID& manager, bool inProcess);
@@ -21,14 +21,14 @@ public:
     ManagerSession(const ManagerSession&) = delete;
     ManagerSession& operator=(const ManagerSession&) = delete;
 
-    // Of its packages.
+    // The kind of its packages.
     PackageKind Kind() const;
     std::wstring Name() const;
     std::vector<std::wstring> Packages() const;
     Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name) const;
 
 private:
-    // One of the three is there.
+    // Only one of the three is set.
     Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> manager;
     Microsoft::WRL::ComPtr<ICapeThermoSystem> system;
     Microsoft::WRL::ComPtr<ICapeReactionsPackageManager> reactions;
@@ -37,7 +37,7 @@ private:
 };
 
 Microsoft::WRL::ComPtr<IDispatch> CreateStandAlone(const Options& options);
-// Found out by asking for the interface that only this kind has.
+// Queries for the interface that only this kind has.
 PackageKind KindOf(IDispatch* package);
 
 }  // namespace zelt::sample

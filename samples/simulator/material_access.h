@@ -1,5 +1,5 @@
-// How the simulator reads and writes its own material objects: through the standard's interface, as everybody else. Every
-// function throws CapeFailure when the material refuses.
+// How the simulator reads and writes its own material objects: through the standard's interface, like everybody else.
+// Every function throws CapeFailure when the material refuses.
 #pragma once
 
 #include <cape-open.h>
@@ -12,19 +12,19 @@
 
 namespace zelt::sample {
 
-// Of all phases.
+// The labels of all phases.
 std::vector<std::wstring> Labels(const Slate& slate);
-// The label of the first phase in this state of aggregation.
+// The label of the first phase with this state of aggregation.
 std::wstring LabelOf(const Slate& slate, const wchar_t* stateOfAggregation);
 
 void SetOverall(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis,
                 std::span<const double> values);
 std::vector<double> GetOverallList(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis);
-// A property of one value.
+// A property with one value.
 double GetOverall(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis);
 std::vector<double> GetSinglePhase(ICapeThermoMaterial* material, const wchar_t* property, const std::wstring& label,
                                    const wchar_t* basis);
-// Makes these phases the present ones, their status unknown.
+// Makes these phases the present ones, with unknown status.
 void SetPhases(ICapeThermoMaterial* material, std::span<const std::wstring> labels);
 bool IsPresent(ICapeThermoMaterial* material, const std::wstring& label);
 

@@ -44,7 +44,7 @@ std::pair<std::wstring, std::wstring> ParseSetting(const std::wstring& text)
     return {text.substr(0, sign), text.substr(sign + 1)};
 }
 
-// What does not go with a flowsheet, or only with one.
+// Refuses options that do not fit a flowsheet, or that need one.
 void CheckFlowsheet(const Options& options)
 {
     if (!options.IsFlowsheet()) {

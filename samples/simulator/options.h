@@ -9,19 +9,19 @@
 namespace zelt::sample {
 
 struct Options {
-    std::wstring className;  // ProgID or CLSID text of a manager, or of a package with standAlone
+    std::wstring className;  // ProgID or CLSID text of a manager, or with standAlone of a package
     std::wstring packageName;
     bool standAlone = false;
-    bool inProcess = false;               // the server is loaded into this process; otherwise it is another's
+    bool inProcess = false;               // load the server into this process; otherwise it runs in another
     bool list = false;                    // only list the packages
     bool bits = false;                    // print every result's bit pattern too
-    bool hold = false;                    // keep materials and parameters until the package is gone
+    bool hold = false;                    // keep materials and parameters until the package is released
     std::vector<std::wstring> calculate;  // single-phase properties to calculate besides the usual ones
-    std::vector<std::wstring> constants;  // compound ids to ask constants of besides the usual ones
+    std::vector<std::wstring> constants;  // compound ids whose constants to get, besides the usual ones
     std::optional<unsigned> waitSeconds;  // wait this long inside the first call of the package on the material
     std::wstring event;                   // an existing named event to set when that wait begins
 
-    // A flowsheet of one unit operation: a new one with this unit (ProgID or CLSID text), or one that was saved.
+    // A flowsheet of one unit operation: a new one with this unit (ProgID or CLSID text), or a saved one.
     std::wstring unitName;
     std::wstring loadFile;
     std::wstring saveFile;                                        // may be empty

@@ -1,4 +1,4 @@
-// How the simulator reaches collections, parameters and specifications: each call checked, each interface required.
+// How the simulator uses collections, parameters and specifications: checks each call and requires each interface.
 #pragma once
 
 #include <cape-open.h>

@@ -1,5 +1,5 @@
-// The values of a component's parameters as a user of the simulator shows and sets them. Everything throws CapeFailure when
-// a call fails. `object` is a collection of parameters.
+// The values of a component's parameters, as a user of the simulator shows and sets them. Every function throws
+// CapeFailure when a call fails. `object` is a collection of parameters.
 #pragma once
 
 #include <cape-open.h>
@@ -14,14 +14,13 @@ namespace zelt::sample {
 
 // One line for each parameter: its name and value.
 void ShowValues(IDispatch* object, Report& report);
-// Sets a parameter from a text in its own type; a list's values are parted by semicolons. Throws CapeFailure.
+// Sets a parameter from a text, in the parameter's type; semicolons separate a list's values. Throws CapeFailure.
 void SetParameter(IDispatch* object, const std::wstring& name, const std::wstring& text);
 
-// A value that the parameter's specification does not allow, put into the collection's first real parameter for as long
-// as this lives.
+// While this exists, the collection's first real parameter has a value that its specification does not allow.
 class WrongValue {
 public:
-    // Nothing happens when there is no such parameter.
+    // Does nothing when there is no such parameter.
     explicit WrongValue(IDispatch* object);
     ~WrongValue();
     WrongValue(const WrongValue&) = delete;

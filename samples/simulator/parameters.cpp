@@ -24,10 +24,10 @@ std::wstring NameOf(const wchar_t* const (&names)[N], int index)
     return index >= 0 && static_cast<std::size_t>(index) < N ? names[index] : L"unknown";
 }
 
-// What a walk needs of one specification: its text, another legal value, and one that is not, if there is any.
+// What a walk needs from one specification: its text, another legal value, and an illegal value, if there is any.
 struct Trial {
-    std::wstring range;     // the text's first part
-    std::wstring verdicts;  // and its second
+    std::wstring range;     // the first part of the text
+    std::wstring verdicts;  // the second part
     _variant_t legal;
     _variant_t wrong;
 };
@@ -38,7 +38,7 @@ std::wstring Verdict(const _bstr_t& message, VARIANT_BOOL isOK)
     return std::wstring(isOK ? L"accepted" : L"refused") + (text.empty() ? L"" : L": " + text);
 }
 
-// Has the typed interface judge a value; what it should say is known.
+// Lets the typed interface validate a value whose verdict is known.
 template <class I, class T>
 std::wstring Judge(I* spec, T value, bool expected)
 {

@@ -20,7 +20,7 @@ using Microsoft::WRL::ComPtr;
 constexpr double kNormalPressure = 101325;  // Pa
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
-// What each kind of reaction is asked for; the last ones are of gases alone.
+// The properties to calculate for each kind of reaction; the last ones are only for gases.
 constexpr const wchar_t* kKineticProperties[] = {L"rateConstant", L"reactionRate", L"reactionRate.Dtemperature"};
 constexpr const wchar_t* kEquilibriumProperties[] = {L"chemicalEquilibriumConstant", L"enthalpyOfReaction",
                                                      L"reactionQuotient"};
@@ -34,7 +34,8 @@ std::wstring TextFrom(ICapeReactionChemistry* chemistry,
     return std::wstring(TextOf(text.GetBSTR()));
 }
 
-// The compounds of all reactions in the order of their first appearance. A reaction package knows no more of them.
+// The compounds of all reactions in the order of their first appearance. A reaction package knows nothing more about
+// them.
 Slate ReadSlate(ICapeReactionChemistry* chemistry, std::span<const ReactionSession::Reaction> reactions)
 {
     Slate slate;
@@ -116,7 +117,7 @@ std::vector<double> Calculate(const ReactionSession& session, const ReactionSess
     return results;
 }
 
-// Through the interface for electrolytes where the package has it, which is of ionic reactions then.
+// Uses the interface for electrolytes if the package has it: then its reactions are ionic.
 void SetReactionObject(const ReactionSession& session)
 {
     ComPtr<IDispatch> dispatch;
@@ -169,7 +170,7 @@ ReactionSession::ReactionSession(ComPtr<IDispatch> object, std::shared_ptr<Flows
 
 ReactionSession::~ReactionSession()
 {
-    // After a failure as after success: what is still held is given back.
+    // Releases what is still held, also after a failure.
     if (package) Close(false);
 }
 

@@ -1,5 +1,5 @@
-// A reaction package in use, and what the simulator does with it, step by step, in one fixed order. Each step prints its
-// results and throws CapeFailure when a call fails that should not.
+// A reaction package in use, and what the simulator does with it, step by step, in a fixed order. Each step prints its
+// results, and throws CapeFailure when a call fails unexpectedly.
 #pragma once
 
 #include "samples/simulator/component_session.h"
@@ -9,11 +9,11 @@ namespace zelt::sample {
 
 class ReactionSession final : public ComponentSession {
 public:
-    // Reads the reactions: their compounds and phases are the flowsheet's.
+    // Reads the reactions: their compounds and phases become those of the flowsheet.
     ReactionSession(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
     ~ReactionSession();
 
-    // Makes a material and a reaction object and hands them over; both are kept until Close.
+    // Makes a material and a reaction object, passes them to the package, and keeps them until Close.
     void SetObjects(ReadHook hook);
     void Close(bool hold);
 
@@ -34,8 +34,8 @@ public:
 
 // Each reaction with its compounds and its parameters.
 void ShowReactions(const ReactionSession& session, Report& report);
-// Rates and equilibrium constants over a range of temperatures; then at the last one with the material handed over in the
-// way of CAPE-OPEN 1.0, which must give the same numbers.
+// Rates and equilibrium constants over a range of temperatures; then at the last one with the material passed through
+// CAPE-OPEN 1.0, which must give the same numbers.
 void ShowReactionProperties(const ReactionSession& session, Report& report);
 // A call that must fail.
 void ShowReactionFailure(const ReactionSession& session, Report& report);

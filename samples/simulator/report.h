@@ -1,5 +1,5 @@
-// The simulator's output: text and tables on the standard output, and on request each number's bit pattern, in lines that
-// two runs can be compared by. Nothing in the output depends on where the package runs.
+// The simulator's output: text and tables on standard output, and on request each number's bit pattern, in lines for
+// comparing two runs. Nothing in the output depends on where the package runs.
 #pragma once
 
 #include <span>
@@ -19,7 +19,7 @@ public:
     void Text(const char* label, std::wstring_view text);
 
     // A table: `columns` once, then rows of one label and one number for each further column. A row's numbers are
-    // results, whose bits are printed too under the row's label; a NaN stands for a number that does not apply.
+    // results, whose bits are also printed under the row's label; NaN means that a number does not apply.
     void Columns(std::span<const std::wstring> columns);
     void Row(std::wstring_view label, std::span<const double> values);
 

@@ -21,7 +21,7 @@ PackageSession::PackageSession(ComPtr<IDispatch> object, std::shared_ptr<Flowshe
 
 PackageSession::~PackageSession()
 {
-    // After a failure as after success: what is still held is given back.
+    // Releases what is still held, also after a failure.
     if (package) Close(false);
 }
 

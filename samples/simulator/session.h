@@ -1,4 +1,4 @@
-// A property package of CAPE-OPEN 1.1 in use: asked for what it offers, given a material.
+// A property package of CAPE-OPEN 1.1 in use: queries its interfaces and gives it a material.
 #pragma once
 
 #include <cape-open.h>
@@ -16,13 +16,13 @@ namespace zelt::sample {
 
 class PackageSession final : public ComponentSession {
 public:
-    // Initialises the package and asks for every interface that a flowsheet program uses.
+    // Initialises the package and queries for every interface that a flowsheet program uses.
     PackageSession(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
     ~PackageSession();
 
-    // Makes a material of the package's compounds and hands it over; it is kept until Close.
+    // Makes a material of the package's compounds, passes it to the package and keeps it until Close.
     void SetMaterial(ReadHook hook);
-    // From here to Close the flowsheet's new materials calculate by this package. Throws CapeFailure when it cannot.
+    // Until Close, the flowsheet's new materials calculate with this package. Throws CapeFailure if it cannot.
     void ServeMaterials();
     // Takes the material back, unless `hold`; terminates and releases the package; releases the material last.
     void Close(bool hold);

@@ -14,11 +14,11 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Relative to the larger side. The flashes solve for the enthalpy as exactly as doubles allow.
+// Relative to the larger side. The flashes solve for the enthalpy to the precision of doubles.
 constexpr double kMassTolerance = 1e-10, kHeatTolerance = 1e-7;
 
-// Made up, in turn: a hot stream with most of the first compound, and a cool one at a lower pressure with most of the
-// last. Of the sample's packages the first is a liquid that boils when it expands.
+// Alternates between a hot stream with mostly the first compound, and a cool one at a lower pressure with mostly the
+// last. With the sample's packages, the first is a liquid that boils when it expands.
 Feed MakeFeed(std::size_t index, const Slate& slate)
 {
     const std::size_t count = slate.compounds.size();

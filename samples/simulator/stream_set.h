@@ -1,6 +1,6 @@
 // The streams of a flowsheet with one unit operation: a feed for each material inlet, a product for each material outlet,
-// and a collection of parameters for each energy and information port. Feeds that are not given are made up: that is the
-// simulator's choice, for want of a user.
+// and a collection of parameters for each energy and information port. Without given feeds, the simulator makes them
+// up, because no user can specify them.
 #pragma once
 
 #include <deque>
@@ -13,7 +13,7 @@ namespace zelt::sample {
 
 class StreamSet {
 public:
-    // Loaded feeds must fit the ports in number; null for new ones. The power is that of each energy stream, W.
+    // The number of loaded feeds must match the ports; null for new feeds. `power` is that of each energy stream, W.
     StreamSet(std::shared_ptr<Flowsheet> flowsheet, const std::vector<UnitPort>& ports, const std::vector<Feed>* feeds,
               double power);
 
@@ -21,9 +21,9 @@ public:
     void FlashFeeds() const;
     void Connect(UnitSession& unit, Report& report) const;
 
-    // Every stream's state, which is a result.
+    // Every stream's state, as results.
     void Show(Report& report) const;
-    // What comes in and what goes out of each compound and of energy. Throws CapeFailure when it is not the same.
+    // The inflow and outflow of each compound and of energy. Throws CapeFailure when they differ.
     void ShowBalances(Report& report) const;
 
     const std::vector<Feed>& Feeds() const { return feeds; }

@@ -32,7 +32,7 @@ void Load(IDispatch* object, const UnitState& state)
     }
 }
 
-// New or loaded: to be done before anything else is asked of it.
+// Initialises a new unit or loads its state, which must come before any other call.
 ComPtr<IDispatch> Prepared(ComPtr<IDispatch> object, const UnitState* state)
 {
     if (!state) {
@@ -96,7 +96,7 @@ UnitSession::UnitSession(ComPtr<IDispatch> object, const UnitState* state, std::
 
 UnitSession::~UnitSession()
 {
-    // After a failure as after success: what is still held is given back.
+    // Releases what is still held, also after a failure.
     if (!package) return;
     for (const UnitPort& port : ports) port.port->Disconnect();
     ports.clear();

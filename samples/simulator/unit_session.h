@@ -1,5 +1,5 @@
 // A unit operation in use: new or with its saved state, its ports, and what the simulator connects to them. Owns its
-// references and gives them back in the order in which a flowsheet program does.
+// references and releases them in the same order as a flowsheet program.
 #pragma once
 
 #include <ocidl.h>
@@ -11,7 +11,7 @@
 
 namespace zelt::sample {
 
-// A unit's own state as it was saved; absent when it saves nothing.
+// A unit's saved state; absent if it saves nothing.
 struct UnitState {
     bool present = false;
     std::vector<std::byte> bytes;
@@ -26,19 +26,19 @@ struct UnitPort {
 
 class UnitSession final : public ComponentSession {
 public:
-    // `state`: null for a new unit, which is told so through IPersistStreamInit, if it has it. Otherwise the unit loads it
-    // before it is initialised.
+    // `state` is null for a new unit: then the session calls IPersistStreamInit::InitNew if the unit has it. Otherwise
+    // the unit loads `state` before it is initialised.
     UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const UnitState* state, std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();
 
-    // Connects, asks for what is connected, and fails unless it is the same object.
+    // Connects the object, and fails unless the port then returns the same object.
     void Connect(const UnitPort& port, IDispatch* object, const std::wstring& objectName, Report& report);
     // The validation's message; empty when the unit is valid.
     std::wstring Validate() const;
     void Calculate() const;
     void ShowReports(Report& report) const;
     UnitState Save(Report& report) const;
-    // Disconnects the ports, terminates and releases the unit.
+    // Disconnects the ports, then terminates and releases the unit.
     void Close();
 
     std::vector<UnitPort> ports;
