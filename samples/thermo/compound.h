@@ -13,7 +13,7 @@ inline constexpr double kReferencePressure = 101325.0;    // Pa, where it has ze
 inline constexpr double kLowestTemperature = 200.0;       // K, the range of the model as a whole
 inline constexpr double kHighestTemperature = 1000.0;     // K, the end of the heat capacity polynomials
 
-// A value with its derivative in temperature.
+// A value with its derivative with respect to temperature.
 struct WithSlope {
     double value;
     double dT;
@@ -40,10 +40,10 @@ struct Compound {
 // Every compound that the sample knows.
 std::span<const Compound> AllCompounds();
 
-// The compound with this id, compared without regard to case; null when there is none.
+// The compound with this id, compared without regard to case; null if there is none.
 const Compound* FindCompound(std::wstring_view id);
 
-// Natural logarithm of the vapour pressure in Pa. Extrapolates Antoine's equation beyond its fitted range.
+// The natural logarithm of the vapour pressure in Pa. Extrapolates Antoine's equation beyond its fitted range.
 WithSlope LogVapourPressure(const Compound& compound, double temperature);
 double VapourPressure(const Compound& compound, double temperature);  // Pa
 
@@ -60,7 +60,7 @@ double IdealGasEntropy(const Compound& compound, double temperature);       // J
 WithSlope LiquidVolume(const Compound& compound, double temperature);
 WithSlope HeatOfVaporisation(const Compound& compound, double temperature);
 
-// Throws OutOfRange unless the temperature lies in the model's range.
+// Throws OutOfRange unless the temperature is in the model's range.
 void CheckTemperature(double temperature);
 // Throws OutOfRange unless the pressure is positive and finite.
 void CheckPressure(double pressure);

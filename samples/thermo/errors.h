@@ -1,4 +1,4 @@
-// What the numerics throw. They know nothing of COM: the components translate these into the standard's errors.
+// What the numerics throw. They are independent of COM: the components translate these into the standard's errors.
 #pragma once
 
 #include <stdexcept>
@@ -6,7 +6,7 @@
 
 namespace zelt::sample {
 
-// A quantity lies outside the range in which the model holds. `quantity` names it; units are SI.
+// A quantity is outside the model's valid range. `quantity` names it; units are SI.
 class OutOfRange : public std::runtime_error {
 public:
     OutOfRange(const std::string& quantity, double value, double lower, double upper)

@@ -41,8 +41,8 @@ FlashResult Split(const IdealSolution& solution, double temperature, double pres
         result.liquid[i] = liquid;
         result.vapour[i] = k[i] * liquid;
     }
-    // At a phase boundary both sums are 1 by construction; for a single phase off the boundary the absent phase's
-    // composition is the normalised one. Rounding is taken out in either case.
+    // At a phase boundary, both sums are 1 by construction; for a single phase away from the boundary, the absent
+    // phase's composition is the normalised one. This removes rounding errors in both cases.
     for (std::vector<double>* phase : {&result.liquid, &result.vapour}) {
         const double sum = std::accumulate(phase->begin(), phase->end(), 0.0);
         for (double& fraction : *phase) fraction /= sum;
@@ -52,7 +52,7 @@ FlashResult Split(const IdealSolution& solution, double temperature, double pres
     return result;
 }
 
-// The boiling points of the lightest and the heaviest compound present: every equilibrium at this pressure lies between.
+// The boiling points of the lightest and heaviest compound present: every equilibrium at this pressure is between them.
 struct Bracket {
     double lower;
     double upper;
@@ -72,8 +72,8 @@ Bracket BoilingRange(const IdealSolution& solution, double pressure, std::span<c
     return range;
 }
 
-// Finds the temperature in the boiling range where `f`, which rises with temperature, is zero. A range of no width is a
-// single compound's boiling point; rounding may leave f with one sign at both ends of a narrow one.
+// Finds the temperature in the boiling range where `f`, which rises with temperature, is zero. A range of width zero is
+// a single compound's boiling point; in a narrow range, rounding may give f the same sign at both ends.
 template <class Function>
 double RootInRange(const Bracket& range, Function&& f, const char* what)
 {
@@ -118,7 +118,7 @@ FlashResult SinglePhase(const IdealSolution& solution, MixtureProperty property,
     return Split(solution, temperature, pressure, phase == Phase::kVapour ? 1 : 0, feed);
 }
 
-// Both properties rise with temperature at constant pressure, through the two-phase range too.
+// Both properties rise with temperature at constant pressure, also through the two-phase range.
 FlashResult PropertyFlash(const IdealSolution& solution, MixtureProperty property, double pressure, double target,
                           std::span<const double> anyFeed, AllowedPhases allowed, const char* what)
 {
@@ -225,7 +225,7 @@ FlashResult FlashPVF(const IdealSolution& solution, double pressure, double vapo
     if (vapourFraction == 1) {
         temperature = range.upper;
     } else if (vapourFraction > 0) {
-        // With every K-value rising with temperature, so does the balance at a given vapour fraction.
+        // Every K-value rises with temperature, so the balance at a given vapour fraction rises too.
         temperature = RootInRange(
             range, [&](double t) { return Balance(feed, solution.KValues(t, pressure).value, vapourFraction); },
             "The temperature of this vapour fraction was not found");
@@ -244,7 +244,7 @@ FlashResult FlashTVF(const IdealSolution& solution, double temperature, double v
     if (vapourFraction == 1) {
         pressure = dew;
     } else if (vapourFraction > 0) {
-        // In the negative pressure the balance rises, as RootInRange wants it.
+        // The balance rises with negative pressure, as RootInRange requires.
         pressure = -RootInRange(
             {-bubble, -dew},
             [&](double negative) {

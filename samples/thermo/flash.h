@@ -1,7 +1,7 @@
 // Vapour-liquid equilibrium of the ideal solution. Everything here is a pure function. Temperatures in K, pressures in
 // Pa, enthalpies in J/mol, entropies in J/(mol K), vapour fractions in mol/mol; a feed is one non-negative mole fraction
-// for each compound, which is normalised. All throw OutOfRange for what the model does not cover and NoSolution when
-// there is none.
+// for each compound, which is normalised. All throw OutOfRange outside the model's range and NoSolution when there is
+// no solution.
 #pragma once
 
 #include <span>
@@ -21,7 +21,7 @@ struct FlashResult {
     double temperature;
     double pressure;
     double vapourFraction;       // 0 or 1 when there is one phase
-    std::vector<double> liquid;  // composition; of a phase that is absent, the one that would appear first
+    std::vector<double> liquid;  // composition; for an absent phase, that of the first drop or bubble to appear
     std::vector<double> vapour;
 };
 
@@ -36,7 +36,7 @@ double DewTemperature(const IdealSolution& solution, double pressure, std::span<
 
 FlashResult FlashTP(const IdealSolution& solution, double temperature, double pressure, std::span<const double> feed,
                     AllowedPhases allowed = {});
-// The vapour fraction is from 0 (bubble point) to 1 (dew point).
+// The vapour fraction ranges from 0 (bubble point) to 1 (dew point).
 FlashResult FlashPVF(const IdealSolution& solution, double pressure, double vapourFraction,
                      std::span<const double> feed);
 FlashResult FlashTVF(const IdealSolution& solution, double temperature, double vapourFraction,
@@ -46,7 +46,7 @@ FlashResult FlashPH(const IdealSolution& solution, double pressure, double entha
 FlashResult FlashPS(const IdealSolution& solution, double pressure, double entropy, std::span<const double> feed,
                     AllowedPhases allowed = {});
 
-// The pairs of quantities at which a flash can be solved, in the order in which Solve takes their values: temperature,
+// The pairs of quantities that can specify a flash, in the order in which Solve takes their values: temperature,
 // pressure, vapour fraction, enthalpy, entropy.
 enum class FlashKind { kTP, kPVF, kTVF, kPH, kPS };
 FlashResult Solve(const IdealSolution& solution, FlashKind kind, double first, double second,

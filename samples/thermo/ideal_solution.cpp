@@ -46,7 +46,7 @@ Property IdealSolution::Enthalpy(Phase phase, double temperature, double pressur
     CheckState(temperature, pressure);
     Property sum{};
     for (std::size_t i = 0; i < Count(); ++i) {
-        // A compound that is absent adds nothing, and may be above its critical temperature.
+        // An absent compound adds nothing, and may be above its critical temperature.
         if (fractions[i] == 0) continue;
         WithSlope enthalpy{IdealGasEnthalpy(At(i), temperature), IdealGasHeatCapacity(At(i), temperature)};
         if (phase == Phase::kLiquid) {
@@ -143,7 +143,8 @@ CompoundProperties IdealSolution::Fugacity(Phase phase, double temperature, doub
         result.value[i] = fractions[i] * coefficient * pressure;
         result.dT[i] *= fractions[i] * pressure;
         result.dP[i] = fractions[i] * (coefficient + result.dP[i] * pressure);
-        // The fraction of i is its amount over the total: its derivative in amount j is (i == j) - x_i at 1 mol.
+        // The fraction of i is its amount over the total: its derivative with respect to amount j is (i == j) - x_i at
+        // 1 mol.
         for (std::size_t j = 0; j < Count(); ++j) {
             result.dn[i * Count() + j] = ((i == j ? 1.0 : 0.0) - fractions[i]) * coefficient * pressure;
         }

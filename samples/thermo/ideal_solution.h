@@ -2,9 +2,9 @@
 // compounds; keeps no state between calls. Every function throws OutOfRange for a temperature outside the model's range
 // or a pressure that is not positive. Compositions are mole fractions, one for each compound; they are not normalised.
 //
-// The enthalpy of the liquid is that of the gas less the published heat of vaporisation. Its entropy is chosen such that
-// both phases of a compound have the same Gibbs energy at its vapour pressure, so that equilibrium agrees with the
-// entropies; the liquid's properties do not depend on pressure.
+// The enthalpy of the liquid is that of the gas minus the published heat of vaporisation. Its entropy is chosen so that
+// both phases of a compound have the same Gibbs energy at its vapour pressure, which makes equilibrium consistent with
+// the entropies; the liquid's properties do not depend on pressure.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ struct Property {
     double dP;  // per Pa, at constant temperature
 };
 
-// A property of each compound in the mixture, n values. `dn` is the derivative of value i in the amount of compound j
+// A property of each compound in the mixture, n values. `dn` is the derivative of value i by the amount of compound j
 // at constant temperature and pressure and a total amount of 1 mol, at [i * n + j].
 struct CompoundProperties {
     std::vector<double> value;

@@ -1,5 +1,5 @@
-// A bracketed root of one equation: secant and inverse quadratic steps, with bisection where they do badly (Brent's
-// method). It cannot leave the bracket, so the flashes that use it cannot diverge.
+// A bracketed root of one equation: secant and inverse quadratic steps, with bisection where these converge badly
+// (Brent's method). It cannot leave the bracket, so the flashes that use it cannot diverge.
 #pragma once
 
 #include <cmath>
@@ -10,9 +10,9 @@
 
 namespace zelt::sample {
 
-// The x in [lower, upper] where f changes its sign, as exactly as doubles allow. An end at which f is zero is the
-// answer. Throws NoSolution when f has the same sign at both ends or is not a number there, or when it takes more
-// iterations than allowed.
+// The x in [lower, upper] where f changes sign, to the precision of doubles. If f is zero at an end, that end is the
+// result. Throws NoSolution when f has the same sign or is NaN at both ends, or when more iterations are needed than
+// allowed.
 template <class Function>
 double FindRoot(Function&& f, double lower, double upper, const char* what, long iterations = 200)
 {
