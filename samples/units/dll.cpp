@@ -1,4 +1,4 @@
-// SampleUnits.dll: three unit operations of CAPE-OPEN 1.0, which differ in how they are saved.
+// SampleUnits.dll: three unit operations of CAPE-OPEN 1.0 that differ in how they are saved.
 #include "samples/component/dll.h"
 #include "samples/units/mixer_heater.h"
 #include "samples/units/splitter.h"

@@ -15,7 +15,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* kPower = L"work";
 
-// Null when there is none. Searched one by one: a collection need not know items by name.
+// Null if there is none. Searches one by one, because a collection need not find items by name.
 ComPtr<ICapeParameter> FindParameter(IDispatch* object, std::wstring_view name)
 {
     ComPtr<ICapeCollection> collection;

@@ -1,12 +1,12 @@
 // The mixer with heater: joins two streams, lowers the pressure and heats or cools the mixture, either with a given duty
-// or to a given temperature. An energy stream's power is added to the duty; an information stream is told the outcome.
+// or to a given temperature. Adds an energy stream's power to the duty and writes the results to an information stream.
 // Both may be left unconnected.
 //
 //   outlet flow of each compound   = the sum over the inlets
 //   outlet pressure                = the lowest inlet pressure - pressure drop
 //   outlet enthalpy flow           = the sum over the inlets + energy stream + duty of the heater
 //
-// Kinetic and potential energy are left out, as usual for such a unit.
+// Kinetic and potential energy are ignored, as usual for such a unit.
 #pragma once
 
 #include "samples/units/classes.h"
@@ -27,9 +27,9 @@ protected:
 private:
     enum Port : std::size_t { kFirstInlet, kSecondInlet, kOutlet, kEnergy, kInformation };
 
-    // The lowest pressure of the inlets, as far as they have one.
+    // The lowest pressure of the inlets that have one.
     std::optional<double> InletPressure() const;
-    // Flashes the outlet at this enthalpy (J/mol): by the material's own means, or by search over temperatures.
+    // Flashes the outlet at this enthalpy (J/mol): with the material's own flash, or by searching over temperatures.
     void FlashAtEnthalpy(const UnitStream& outlet, const Mixture& feed, const std::vector<std::wstring>& ids,
                          double pressure, double enthalpy) const;
 };

@@ -1,4 +1,4 @@
-// The arithmetic of joining streams; no COM. A pure function. SI units on a mole basis.
+// The arithmetic of joining streams, as a pure function without COM. SI units on a mole basis.
 #pragma once
 
 #include <span>
@@ -16,13 +16,13 @@ struct StreamState {
 
 struct Mixture {
     double flow;          // mol/s
-    double pressure;      // Pa, the lowest of the streams': without a pump nothing flows into a higher one
+    double pressure;      // Pa, the lowest of the streams': without a pump, nothing flows to a higher pressure
     double enthalpyFlow;  // W
     std::vector<double> fractions;
 };
 
 // Throws OutOfRange for a flow that is negative or not a number, NoSolution when there is no stream or nothing flows.
-// A stream without flow has no say in the pressure.
+// A stream without flow does not affect the pressure.
 Mixture Mix(std::span<const StreamState> streams);
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// The saved form of a unit's parameters: their names, types and values. Values outside a parameter's bounds are kept as
-// they are, as the parameter itself keeps them; Validate judges them. Nothing changes when loading fails.
+// The saved form of a unit's parameters: their names, types and values. Keeps values outside a parameter's bounds, as
+// the parameter itself does; Validate reports them. A failed load changes nothing.
 #pragma once
 
 #include <cstddef>
@@ -13,9 +13,9 @@ namespace zelt::sample {
 // A header (signature, version, size of what follows), then the values.
 std::vector<std::byte> SaveParameters(const ParameterSet& parameters);
 
-// The two parts apart, for a stream that is read piece by piece.
+// The two parts separately, for a stream that is read piece by piece.
 inline constexpr std::size_t kSavedHeaderSize = 12;
-// How many bytes follow the header. Throws CapeFailure for what is no header of this version.
+// How many bytes follow the header. Throws CapeFailure if this is not a header of this version.
 std::size_t SizeAfterHeader(std::span<const std::byte> header);
 // Throws CapeFailure unless the bytes hold exactly one value of the right type for each parameter.
 void LoadParameters(ParameterSet& parameters, std::span<const std::byte> body);

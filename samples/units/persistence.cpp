@@ -10,7 +10,7 @@ void RequireStream(IStream* stream)
     if (!stream) throw CapeFailure(E_POINTER, L"There is no stream");
 }
 
-// A stream may give less than asked and more at the next call; nothing at all is its end.
+// A stream may return less than requested, and more at the next call; no bytes at all means its end.
 void ReadAll(IStream* stream, std::span<std::byte> target)
 {
     while (!target.empty()) {

@@ -1,4 +1,4 @@
-// Saving and loading of a unit's parameters through the system's persistence interfaces: a unit has IPersistStreamInit,
+// Saves and loads a unit's parameters through the system's persistence interfaces: a unit has IPersistStreamInit,
 // or IPersistStream, or neither. Each is a part of the unit's object and borrows its model.
 #pragma once
 
@@ -9,17 +9,17 @@
 
 namespace zelt::sample {
 
-// What both interfaces do.
+// What both interfaces have in common.
 class UnitPersistence {
 public:
     UnitPersistence(UnitModel& model, const CLSID& clsid) : model(model), clsid(clsid) {}
 
     const CLSID& ClassId() const { return clsid; }
     bool IsDirty() const;
-    // Throw CapeFailure; after a failed Load everything is as before.
+    // Both throw CapeFailure; a failed Load changes nothing.
     void Load(IStream* stream);
     void Save(IStream* stream, bool clearDirty);
-    // The exact size of what Save writes now.
+    // The exact size of what Save would write now.
     std::size_t Size() const;
     void SetDefaults();
 
@@ -100,7 +100,7 @@ public:
     {}
 };
 
-// Of a unit that saves nothing.
+// For a unit that saves nothing.
 struct NoPersistence {
     NoPersistence(com::Object&, CapeErrors&, UnitModel&, const CLSID&) {}
 };

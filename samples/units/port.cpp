@@ -34,7 +34,7 @@ public:
         *portDirection = state->definition.direction;
         return S_OK;
     }
-    // Null when nothing is connected.
+    // Returns null when nothing is connected.
     STDMETHOD(get_connectedObject)(IDispatch** connectedObject) override
     {
         if (!connectedObject) return E_POINTER;

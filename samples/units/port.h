@@ -1,5 +1,5 @@
-// The ports of a sample unit. The unit shares each port's state with the COM object that the simulator sees, so that a
-// port that is held longer than its unit still answers. A port holds one reference on the object connected to it.
+// The ports of a sample unit. The unit shares each port's state with the COM object that the simulator sees, so a
+// port that is held longer than its unit still works. A port holds one reference to the object connected to it.
 #pragma once
 
 #include <cape-open.h>

@@ -1,4 +1,4 @@
-// The splitter: parts a stream into two of the same state. Saves nothing and has no reports.
+// The splitter: divides a stream into two with the same state. Saves nothing and has no reports.
 #pragma once
 
 #include "samples/units/classes.h"

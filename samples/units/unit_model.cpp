@@ -98,7 +98,7 @@ void UnitModel::Calculate()
         failure.requestedOperation = L"Validate";
         throw failure;
     }
-    // The streams may have changed since.
+    // The streams may have changed since the validation.
     const std::wstring objection = Objection();
     if (!objection.empty()) throw CapeFailure(ECapeInvalidOperationHR, objection);
     results = Run();

@@ -1,6 +1,6 @@
-// What a sample unit operation is, apart from the interfaces through which it is reached: its ports, its parameters, its
+// A sample unit operation without its interfaces: its ports, its parameters, its
 // validation status and its last results. A concrete unit derives from it and calculates. The interface parts of a unit
-// share one. Holds what is connected and the simulator's context until Terminate, or its end.
+// share one. Holds the connected objects and the simulator's context until Terminate or its own end.
 #pragma once
 
 #include <cape-open.h>
@@ -31,9 +31,9 @@ public:
     void SetContext(IDispatch* object) { context.Set(object); }
     void Terminate();
 
-    // Becomes "not validated" again when a parameter or a connection has changed since.
+    // Becomes "not validated" again when a parameter or a connection changes.
     eCapeValidationStatus Status() const;
-    // What is wrong, as a sentence; empty when nothing is.
+    // What is wrong, as a sentence; empty for a valid unit.
     std::wstring Validate();
     // Throws CapeFailure: "bad order of calls" unless the unit is valid.
     void Calculate();
@@ -47,21 +47,21 @@ protected:
     UnitModel(std::wstring name, std::vector<PortDefinition> ports, std::vector<ParameterDefinition> parameters);
     virtual ~UnitModel() = default;
 
-    // What is wrong besides parameters out of bounds and required ports without connection.
+    // What is wrong besides out-of-bounds parameters and unconnected required ports.
     virtual std::wstring Objection() const { return {}; }
-    // Calculates the outlets and gives the results as lines of text. Everything is known to be valid.
+    // Calculates the outlets and returns the results as lines of text. Called only for a valid unit.
     virtual std::vector<std::wstring> Run() = 0;
 
     IDispatch* Connected(std::size_t port) const { return ports[port]->connected.Get(); }
     UnitStream Stream(std::size_t port) const;
-    // Of a material stream that already has one.
+    // The pressure of a material stream that already has one.
     std::optional<double> KnownPressure(std::size_t port) const;
 
     const ParameterSet& Values() const { return parameters; }
 
 private:
     std::wstring FindObjection() const;
-    // Changes whenever a parameter or a connection does.
+    // Changes whenever a parameter or a connection changes.
     std::vector<std::byte> Signature() const;
 
     std::wstring name;
@@ -70,7 +70,7 @@ private:
     Microsoft::WRL::ComPtr<IDispatch> portCollection;
     ContextView context;
     eCapeValidationStatus status = CAPE_NOT_VALIDATED;
-    std::vector<std::byte> validated;  // the signature that the status belongs to
+    std::vector<std::byte> validated;  // the signature for which the status is valid
     std::wstring selectedReport;
     std::vector<std::wstring> results;  // of the last calculation; empty before it and after a failed one
 };

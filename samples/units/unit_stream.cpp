@@ -22,7 +22,7 @@ ComPtr<I> Required(IDispatch* object, const wchar_t* interfaceName)
     return result;
 }
 
-// Values that belong to the compounds `from`, in the order of `to`.
+// The values of the compounds `from`, in the order of `to`.
 std::vector<double> Reordered(const std::vector<double>& values, const std::vector<std::wstring>& from,
                               const std::vector<std::wstring>& to)
 {

@@ -1,5 +1,5 @@
 // A stream as a unit sees it: a material object connected to a port, whose properties and equilibrium the material itself
-// calculates. Holds references as long as it lives. Every function throws CapeFailure, with the stream's name, when the
+// calculates. Holds references while it exists. Every function throws CapeFailure, with the stream's name, when the
 // material lacks an interface or a value, or refuses.
 #pragma once
 
@@ -14,25 +14,25 @@ namespace zelt::sample {
 
 class UnitStream {
 public:
-    // The port's name is for failures.
+    // The port's name is for error messages.
     UnitStream(IDispatch* material, std::wstring_view portName);
 
-    // All of the stream's state, its fractions in the order of `ids`. Each phase's enthalpy is calculated anew: what the
-    // material may remember can belong to another state.
+    // The stream's complete state, with fractions in the order of `ids`. Calculates each phase's enthalpy again,
+    // because the material may remember that of another state.
     StreamState State(const std::vector<std::wstring>& ids) const;
     std::vector<std::wstring> CompoundIds() const;
 
-    // Makes this stream one of this flow, composition (in the order of `ids`) and pressure, at the temperature or the
-    // enthalpy (J/mol) given, at equilibrium. Every phase of the material is a candidate.
+    // Gives the stream this flow, composition (in the order of `ids`) and pressure, at equilibrium at the given
+    // temperature or enthalpy (J/mol). Every phase of the material is a candidate.
     void FlashAtTemperature(const Mixture& content, const std::vector<std::wstring>& ids, double pressure,
                             double temperature) const;
     void FlashAtEnthalpy(const Mixture& content, const std::vector<std::wstring>& ids, double pressure,
                          double enthalpy) const;
-    // Whether the material calculates the latter.
+    // Whether the material can calculate the latter.
     bool OffersFlashAtEnthalpy() const;
 
     double Temperature() const;
-    // J/mol, over all phases present.
+    // In J/mol, over all present phases.
     double Enthalpy() const;
 
 private:

@@ -1,4 +1,4 @@
-// The valve: lowers a stream's pressure without heat or work (its enthalpy stays). Knows IPersistStream alone.
+// The valve: lowers a stream's pressure without heat or work (its enthalpy stays). Supports only IPersistStream.
 #pragma once
 
 #include "samples/units/classes.h"
