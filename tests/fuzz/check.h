@@ -1,5 +1,4 @@
-// What a fuzzed program must never do. A check that fails ends the program as a bad access does, so that whoever runs it keeps
-// the input.
+// Checks for fuzzed programs. A failed check ends the program as a bad access does, so that the fuzzer keeps the input.
 #pragma once
 
 #include <cstdio>

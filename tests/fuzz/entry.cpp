@@ -1,4 +1,4 @@
-// Where fuzzers hand in their inputs, whichever they are and whatever is tested.
+// Where every fuzzer passes its inputs, whatever the test.
 #include <cstdint>
 
 #include "memory_input.h"

@@ -1,5 +1,5 @@
-// Any bytes are a log to the commands for logs: each ends with an exit code of its own and says what it means by it, and a
-// log without its names is still one.
+// The commands for logs accept any bytes: each command ends with one of its exit codes and explains it, and a redacted
+// log is still a log.
 #include <string>
 #include <vector>
 

@@ -1,5 +1,5 @@
-// Any bytes are a log to the reader. What it gives is a tree whose events each end once and whose names and texts are UTF-8; how the
-// bytes come and who gives up when makes no difference.
+// The reader accepts any bytes. It returns a tree in which each event ends once and names and texts are UTF-8, no
+// matter in which pieces the bytes arrive and when the caller cancels.
 #include <algorithm>
 #include <cstdint>
 #include <vector>
@@ -28,13 +28,13 @@ bool IsUtf8(std::string_view text)
 
 struct Seen {
     LogReadResult result = LogReadResult::NotReadable;
-    std::vector<std::size_t> events;  // a number for each that stands for all that it says
+    std::vector<std::size_t> events;  // a hash of each event
     bool operator==(const Seen&) const = default;
 };
 
 class Watcher final : public LogSink {
 public:
-    // `mayLack`: comments let out a call before it is known whether it has children.
+    // `mayLack`: a comment makes the reader report a call before it knows whether the call has children.
     Watcher(Seen& seen, bool mayLack, bool wantsLines, std::size_t stopAt)
         : seen(seen), mayLack(mayLack), wantsLines(wantsLines), stopAt(stopAt)
     {}
@@ -101,13 +101,13 @@ void Test(std::string_view bytes)
     CHECK(whole.result == LogReadResult::Complete || whole.result == LogReadResult::Incomplete);
     watcher.Finish();
 
-    // Other pieces with other bytes; the number of bytes decides which.
+    // Reads in pieces whose length depends on the number of bytes.
     Seen again;
     Watcher second(again, mayLack, true, 0);
     Pieces pieces(bytes, 1 + bytes.size() % 700);
     again.result = ReadLog(pieces, second);
     second.Finish();
-    // How far the parser gets behind what damages a log depends on how much of it is there at once.
+    // How far the parser gets after the damage depends on how much of the log it has at once.
     CHECK(again.result == whole.result);
     CHECK(again == whole || whole.result == LogReadResult::Incomplete);
 

@@ -1,4 +1,4 @@
-// The bytes of a fuzzed input as the programs under test take them: as a file in memory, and as a stream of pieces.
+// A fuzzed input in the forms that the programs under test read: a file in memory, and a stream of pieces.
 #pragma once
 
 #include <sys/mman.h>
@@ -13,7 +13,7 @@
 
 namespace zelt::test {
 
-// What each fuzzer does with an input.
+// Each fuzzer's test of one input.
 void Test(std::string_view bytes);
 
 // A file in memory, at its beginning.
@@ -33,7 +33,7 @@ public:
     const int descriptor;
 };
 
-// The bytes in pieces of one length, as slow disks and pipes give them.
+// The bytes in pieces of one length, as slow disks and pipes deliver them.
 class Pieces final : public LogInput {
 public:
     Pieces(std::string_view bytes, std::size_t length) : rest(bytes), length(length) {}

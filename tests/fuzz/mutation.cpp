@@ -21,7 +21,7 @@ void Mutate(std::string& log, std::mt19937& random)
             case 1: log.erase(at, random() % 40); break;
             case 2: log.insert(at, kPieces[random() % std::size(kPieces)]); break;
             case 3: {
-                // One after the other, so that every compiler draws the same.
+                // In separate statements, so that every compiler draws the same numbers.
                 const std::size_t from = random() % log.size();
                 const std::size_t length = random() % 200;
                 log.insert(at, log.substr(from, length));

@@ -1,4 +1,4 @@
-// Damage to a log, as a run of a fuzzer without a guide makes it. The same seed gives the same damage on every system.
+// Damages a log, as an unguided fuzzer does. The same seed gives the same damage on every system.
 #pragma once
 
 #include <random>
@@ -6,7 +6,8 @@
 
 namespace zelt::test {
 
-// One to eight changes: bytes, what is cut out, copied or cut off, and pieces that mean something to a parser.
+// Makes one to eight changes: changed bytes; parts that are cut out, copied or cut off; and inserted pieces that mean
+// something to a parser.
 void Mutate(std::string& log, std::mt19937& random);
 
 }  // namespace zelt::test

@@ -1,6 +1,6 @@
-// A fuzzer's main program where the compiler brings none: all seeds as they are, then as many damaged ones as asked for.
-// Takes -runs=NUMBER and files and folders of seeds, as the guided one does, and leaves other options aside. An input that
-// ends the program is kept in the current folder.
+// A fuzzer's main program for compilers that provide none: tests all seeds unchanged, then the requested number of
+// damaged ones. Takes -runs=NUMBER and files and folders of seeds, like the guided fuzzer, and ignores other options.
+// Keeps an input that ends the program in the current folder.
 #include <sanitizer/common_interface_defs.h>
 
 #include <algorithm>
