@@ -1,5 +1,5 @@
-// What log redact puts in the place of a value, by its form: the log's own words stay, and everything else gets an alias of the same
-// form.
+// What log redact replaces a value with, by the value's form: the log's own words stay, and everything else gets an
+// alias of the same form.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -132,7 +132,7 @@ TEST_F(Aliases, TheWordsOfTheStandardStayAndTheirDerivatives)
             ExpectKept(Quoted(word + derivative));
         }
         ExpectForm(Quoted(kAlias), Quoted(word + "x"));
-        // Only a text in quotes is a text of the call.
+        // Only a quoted text belongs to the call.
         ExpectForm(kAlias, word);
     }
     for (const char* text : {"enthalpy.", "enthalpy.Dsecret", "enthalpy.dtemperature", "secret.Dtemperature",
@@ -187,7 +187,7 @@ TEST_F(Aliases, AnAddressKeepsItsLengthAndTheSameHasTheSame)
         EXPECT_EQ("interface to object \"\" (address " + alias + ")",
                   aliases.Value("interface to object \"\" (address " + text + ")", "interface"));
     }
-    // A name may look like what follows it.
+    // A name may look like the text that follows it.
     EXPECT_EQ(
         "interface to object \"" + aliases.Text("a\" (address 0x1)") + "\" (address " + aliases.Address("0x12") + ")",
         aliases.Value("interface to object \"a\" (address 0x1)\" (address 0x12)", "interface"));

@@ -1,4 +1,4 @@
-// log check: one small log for each rule, and its neighbour that keeps the rule.
+// log check: for each rule, a small log that breaks it and a similar one that follows it.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -276,8 +276,8 @@ TEST(LogCheck, NamesTheCallsThatWereOpenAtTheCut)
         return begins;
     };
     using Lines = std::vector<std::string>;
-    // The last finding is the cut itself, in the last line that has anything.
-    // Behind the end of the inner call, inside it, behind the first entry of the outer one, and behind its end.
+    // The last finding is the cut itself, in the last line that contains anything.
+    // After the end of the inner call, inside it, after the first entry of the outer one, and after its end.
     const std::size_t inner = whole.find("</func>", whole.find("results")) + 8,
                       start = whole.find("GetSinglePhaseProp");
     EXPECT_EQ((Lines{"5:", "16:"}), findings(whole.substr(0, inner)));

@@ -66,7 +66,7 @@ std::string GoldenLog(const std::string& name)
 {
     const std::string folder = ZELT_TESTS "/golden", path = folder + '/' + name + ".zlg";
     if (std::filesystem::exists(path)) return path;
-    // Kept as its difference from another: a file of the whole, to the end of the program.
+    // The log is stored as a difference from another log: keeps a complete file until the program ends.
     static std::map<std::string, std::unique_ptr<TemporaryLog>> made;
     auto& log = made[name];
     if (!log) {

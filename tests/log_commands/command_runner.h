@@ -1,5 +1,5 @@
-// Runs a command of zeltctl in this process and keeps what it wrote; logs for it, in files that end with their owner;
-// and outputs that are kept beside the tests.
+// Runs a command of zeltctl in this process and keeps its output; provides logs for it, in files that are deleted with
+// their owner; and compares with outputs that are stored beside the tests.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ Outcome RunCommand(const std::vector<std::string>& words);
 // A file in the folder for temporary files.
 class TemporaryLog {
 public:
-    // Exactly these bytes. `name` begins the file's name, in UTF-8.
+    // Contains exactly these bytes. The file's name starts with `name`, in UTF-8.
     explicit TemporaryLog(const std::string& bytes, const std::string& name = "zeltctl-test");
     ~TemporaryLog();
     TemporaryLog(const TemporaryLog&) = delete;
@@ -40,7 +40,7 @@ extern const std::vector<std::string> kGoldenLogs;
 std::string ReadBytes(const std::string& path);
 std::vector<std::string> LinesOf(const std::string& text);
 
-// Compares with the kept output `name`. ZELT_UPDATE_GOLDEN in the environment has it written instead.
+// Compares with the stored output `name`, or with ZELT_UPDATE_GOLDEN in the environment, writes it instead.
 void ExpectKept(const std::string& name, const std::string& output);
 
 }  // namespace zelt::test

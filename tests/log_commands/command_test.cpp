@@ -1,4 +1,4 @@
-// The command line: help, versions, what is refused.
+// The command line: help, versions, refused arguments.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -88,7 +88,7 @@ struct ThrowingCase {
 
 struct Unrelated {};
 
-// Whatever leaves a command, the user reads a line and the script gets a code.
+// Whatever exception leaves a command, the user gets a message and the script an exit code.
 const ThrowingCase kThrowing[] = {
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::UsageError("no"); }, 2,
      "zeltctl: no; zeltctl --help tells more\n"},
@@ -161,8 +161,8 @@ TEST(Alignment, LeavesAsFewOverAsCanBe)
     EXPECT_EQ("=+=", Pairs(ctl::Align({1, 3}, {1, 2, 3})));
     EXPECT_EQ("=-+=", Pairs(ctl::Align({1, 2, 3}, {1, 4, 3})));
     const ctl::Alignment moved = ctl::Align({1, 2, 3, 1, 2, 2, 1}, {3, 2, 1, 2, 1, 3});
-    EXPECT_EQ(9u, moved.pairs.size());  // five are left over, four match
-    // Both sequences come whole and in order, whatever is matched.
+    EXPECT_EQ(9u, moved.pairs.size());  // four match, five are left over
+    // Both sequences are complete and in order, whatever is matched.
     std::size_t a = 0, b = 0;
     for (const ctl::AlignedPair& pair : moved.pairs) {
         EXPECT_EQ(pair.a ? a++ : 0, pair.a.value_or(0));

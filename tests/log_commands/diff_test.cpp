@@ -1,4 +1,4 @@
-// log diff: what is left out of a comparison, and what is found.
+// log diff: what a comparison ignores, and what it finds.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -57,7 +57,7 @@ TEST(LogDiff, LeavesOutWhatDiffersBetweenRuns)
 struct DifferenceCase {
     const char* name;
     std::string a, b;
-    const char* first;  // line of the output
+    const char* first;  // first line of the output
 };
 
 const DifferenceCase kDifferences[] = {
@@ -94,7 +94,7 @@ TEST(LogDiff, SaysWhatDiffers)
     }
 }
 
-// The golden logs have placeholders where runs differ. A repeated run: other times and addresses, other numbers.
+// A repeated run: other times and addresses, other numbers. The golden logs have placeholders where runs differ.
 std::string Repeated(std::string log)
 {
     const auto replace = [&](const std::string& from, const std::string& to) {
@@ -117,7 +117,7 @@ TEST(LogDiff, FindsNothingInARepeatedRunAndTheCallThatItLacks)
         EXPECT_EQ(0, outcome.code) << name;
         EXPECT_EQ("", outcome.data) << name;
 
-        // Without its last call but one.
+        // Without its second last call.
         const std::size_t last = log.rfind("\n<func "), start = log.rfind("\n<func ", last - 1) + 1;
         const TemporaryLog shorter(Repeated(log.substr(0, start) + log.substr(log.find("\n</func>", start) + 10)));
         const auto lines = LinesOf(RunCommand({"log", "diff", GoldenLog(name), shorter.Path()}).data);
@@ -171,7 +171,7 @@ TEST(LogDiff, GivesWhatFollowsAnInnerCallToTheOuterOne)
                "\"/></arg></func>\n<info value=\"" + message + "\"/>\n";
     };
     EXPECT_EQ("~ 5 5  A::Outer (P) out b[1]: 7 -> 8", LinesOf(Compare(nested("7", "m"), nested("8", "m")).data)[0]);
-    // Behind all calls it belongs to none.
+    // After all calls, it belongs to none.
     EXPECT_EQ("- 6  info: m", LinesOf(Compare(nested("7", "m"), nested("7", "n")).data)[0]);
 }
 
@@ -182,7 +182,7 @@ TEST(LogDiff, TakesNumbersAsEqualWithinTheTolerance)
     };
     EXPECT_EQ(0, code("100", "101", "0.01"));
     EXPECT_EQ(1, code("100", "102", "0.01"));
-    // Of the larger of the two, whichever comes first.
+    // Relative to the larger of the two, whichever comes first.
     EXPECT_EQ(0, code("1", "2", "0.5"));
     EXPECT_EQ(0, code("2", "1", "0.5"));
     EXPECT_EQ(1, code("1", "2.1", "0.5"));

@@ -1,4 +1,4 @@
-// log follow, on a log that grows meanwhile; and the exports of whole logs.
+// log follow on a growing log; and the exports of whole logs.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -39,7 +39,7 @@ TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
     std::thread writer([&] {
         for (std::size_t i = 3; i < lines.size(); ++i) {
             if (i % 20 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(150));
-            // The writer's entries are whole, so a line never comes in halves.
+            // The writer writes whole entries, so a line never arrives in halves.
             log.Append(lines[i] + "\n");
         }
     });
@@ -95,7 +95,7 @@ struct CellCase {
     const char *value, *cell;
 };
 
-// What a spreadsheet would run stays text; what is a number stays one.
+// A text that a spreadsheet would execute stays text; a number stays a number.
 const CellCase kCells[] = {
     {"=1+1", "'=1+1"},
     {"=cmd|'/c calc'!A1", "'=cmd|'/c calc'!A1"},

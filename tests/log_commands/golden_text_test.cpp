@@ -1,4 +1,4 @@
-// Golden files that are kept as differences.
+// Golden files that are stored as differences.
 #include "tests/system/harness/golden_text.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Characters that a terminal obeys or that turn the order of what is read: shown as codes, wherever a log brings them.
+// Characters that control a terminal or reverse the reading order: shown as codes, wherever they occur in a log.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -37,7 +37,7 @@ const HiddenCase kHidden[] = {
     {"\u2065", "\u2065", "\u2065"},
     {"\u206a", "\u206a", "\u206a"},
     {"\u05d0\u0628", "\u05d0\u0628", "\u05d0\u0628"},
-    // At the bounds of the lengths that a character may have, with bytes that would be hidden alone.
+    // The first and last characters of each length in bytes, with bytes that would be hidden on their own.
     {"\u00c0", "\u00c0", "\u00c0"},
     {"\u07c0", "\u07c0", "\u07c0"},
     {"\u0800", "\u0800", "\u0800"},
@@ -48,7 +48,7 @@ const HiddenCase kHidden[] = {
     {"~", "~", "~"},
 };
 
-// Everywhere in a log where a text may stand that is not its own.
+// Puts the text everywhere in a log where foreign text may occur.
 std::string LogWith(const std::string& text)
 {
     return InLog("<func name=\"I" + text + "::M" + text + "\" direc=\"in\" object=\"O" + text + "\"><arg name=\"a" +

@@ -1,4 +1,4 @@
-// log redact: nothing of the user's is left, and everything else is.
+// log redact: removes everything of the user's and keeps everything else.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -59,7 +59,7 @@ TEST(LogRedact, KeepsStructureAndStatistics)
             return LinesOf(RunCommand({"log", "stats", path}).data).back();
         };
         EXPECT_EQ(total(GoldenLog(log)), total(redacted.Path()));
-        // Tags line by line; the indentation of messages has its oddities, which are not kept.
+        // Compares tags line by line; the odd indentation of messages is not preserved.
         const auto original = LinesOf(ReadBytes(GoldenLog(log))), now = LinesOf(ReadBytes(redacted.Path()));
         const std::regex values("^ *(?=<[iwe])|(value|object)=\"[^\"]*\"");
         ASSERT_EQ(original.size(), now.size());

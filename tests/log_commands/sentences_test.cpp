@@ -1,4 +1,5 @@
-// The table of a log's sentences: what is written by a row is read as that row, and the page on the format knows each.
+// The table of a log's sentences: a sentence written by a row is read as that row, and the page on the format lists
+// each.
 #include "log/vocabulary/sentences.h"
 
 #include <gtest/gtest.h>
@@ -129,7 +130,7 @@ TEST(Sentences, AreOnThePageAboutTheFormat)
     std::ifstream file(std::string(ZELT_TESTS) + "/../docs/log-format.md");
     std::stringstream page;
     page << file.rdbuf();
-    // Where a line of the page ends has no meaning.
+    // Line breaks on the page have no meaning.
     std::string text = page.str();
     std::replace(text.begin(), text.end(), '\n', ' ');
     ASSERT_FALSE(text.empty());

@@ -1,4 +1,4 @@
-// log show, log errors, log stats: filters, results, logs that are cut off, logs that are none.
+// log show, log errors, log stats: filters, results, cut-off logs, files that are not logs.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -15,7 +15,7 @@ struct KeptCase {
     int code;
 };
 
-// Each form of output, whole, over a log that has something of everything.
+// Each form of output, completely, for a log that contains something of everything.
 const KeptCase kKept[] = {
     {"show.txt", {"log", "show"}, 0},
     {"show_calls.txt", {"log", "show", "--calls"}, 0},
@@ -172,14 +172,14 @@ TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
             EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
             EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << outcome.messages;
         }
-        // Equal to itself, different from another, cut off on either side.
+        // Equal logs, and different logs with the cut on either side.
         for (const auto& [a, b] : {std::pair(log.Path(), log.Path()), std::pair(log.Path(), kConversation),
                                    std::pair(kConversation, log.Path())}) {
             const Outcome outcome = RunCommand({"log", "diff", a, b});
             EXPECT_EQ(3, outcome.code);
             EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
         }
-        // To check the answer is a finding.
+        // For check, the cut is a finding.
         EXPECT_EQ(1, RunCommand({"log", "check", log.Path()}).code);
     }
 }
