@@ -1,4 +1,4 @@
-// Only the system's own functions are used, and the error state is left as it was: a switch may stand anywhere.
+// Uses only the system's own functions and preserves the error state, because a switch may be anywhere.
 #include "tests/mutants/change.h"
 
 #include <windows.h>
@@ -9,7 +9,7 @@ int active = kNotRead;
 
 namespace {
 
-// The first line is the number of the change; or "record", and the second line names the file for the changes that are reached.
+// The first line is the number of the change, or "record"; then the second line names the file for the changes reached.
 constexpr wchar_t kSwitchFile[] = L"C:\\zelt-change.txt";
 constexpr int kMostChanges = 20000;
 

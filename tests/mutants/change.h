@@ -1,13 +1,14 @@
-// The switches of changes that ./dev mutants writes into a copy of the sources. One change at most is on in a process. Which one
-// is read once, from a file at a fixed place: servers that COM starts inherit no environment. No part of the product.
+// The switches for changes that ./dev mutants writes into a copy of the sources. At most one change is on in a process.
+// Its number is read once, from a file at a fixed place: servers that COM starts inherit no environment. Not part of
+// the product.
 #pragma once
 
 #include <type_traits>
 
-// True while the change of this number is on.
+// True while the change with this number is on.
 #define ZELT_CHANGE(number) (zelt::mutants::IsOn(number))
-// The same where the compiler may evaluate the expression itself: there it keeps the original. That includes initial values of
-// references and of constant variables in functions, so the other form stands wherever it can.
+// The same where the compiler may evaluate the expression itself: there it keeps the original. This includes initial
+// values of references and of constant variables in functions, so the other form is used wherever possible.
 #define ZELT_CONSTANT_CHANGE(number) (zelt::mutants::IsOnAtRunTime(number))
 
 namespace zelt::mutants {

@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# check_generator.pl <generate.pl> <sample> <expected>: what the generator makes of the sample, against the expected text, whole.
-# A text that changes on purpose is written anew by: generate.pl <sample> > <expected>.
+# check_generator.pl <generate.pl> <sample> <expected>: compares the generator's complete output for the sample with the
+# expected text. To update that text on purpose: generate.pl <sample> > <expected>.
 use strict;
 use warnings;
 

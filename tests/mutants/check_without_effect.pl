@@ -1,5 +1,6 @@
 #!/usr/bin/perl
-# check_without_effect.pl <source root>: each change that is listed as one without effect is still about a line of its file.
+# check_without_effect.pl <source root>: checks that each change listed as having no effect still refers to a line of
+# its file.
 use strict;
 use warnings;
 
