@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# ZELT.EXE as a file: check_executable.pl <ZELT.EXE> <version> <objdump> <folders that must not be named in it...>.
-# The libraries that it imports, its flags, its version, its manifest and icon, and no trace of the building machine.
+# Checks ZELT.EXE as a file: check_executable.pl <ZELT.EXE> <version> <objdump> <folders that it must not name...>.
+# Its imported libraries, flags, version, manifest and icon, and that it has no trace of the building machine.
 use strict;
 use warnings;
 use Encode 'encode';
@@ -10,7 +10,8 @@ my ($program, $version, $objdump, @folders) = @ARGV;
 my @faults;
 sub Expect { my ($ok, $what) = @_; push @faults, $what if !$ok; }
 
-# Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in, all but the system's own C library.
+# Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in, except the system's own C
+# library.
 my %system = map { lc "$_.dll" => 1 } qw(advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 user32 version);
 
 my $header = qx("$objdump" -p "$program");

@@ -1,6 +1,7 @@
 #!/usr/bin/perl
-# The compiled help: check_help.pl <BRIX.chm> <source root> <work folder>. It holds the topic that the program opens, every
-# page of the list, and nothing in it leads nowhere: links, anchors, style sheets, pictures, contents and index.
+# Checks the compiled help: check_help.pl <BRIX.chm> <source root> <work folder>. It contains the topic that the program
+# opens and every page of the list, and every reference in it works: links, anchors, style sheets, pictures, contents
+# and index.
 use strict;
 use warnings;
 use File::Path qw(make_path remove_tree);
@@ -27,7 +28,7 @@ for my $line (split /\n/, Read("$root/packaging/help/pages.txt")) {
     push @faults, "utils/$name.htm is missing" if !-s "$work/utils/$name.htm";
 }
 
-# Until the guide's pictures are in the tree none can be in the help; from then on all must be.
+# Until the guide's pictures are in the tree, the help cannot contain any; from then on it must contain all.
 my @pictures = glob "$root/docs/user-guide/images/*.png";
 
 my $links = 0;

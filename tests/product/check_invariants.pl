@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# check_invariants.pl <source root>: the table of invariants in docs/architecture.md names tests that exist, and each invariant
-# names what protects it.
+# check_invariants.pl <source root>: checks that the tests named in the table of invariants in docs/architecture.md
+# exist, and that each invariant names what protects it.
 use strict;
 use warnings;
 use File::Find;

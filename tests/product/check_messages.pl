@@ -1,7 +1,7 @@
 #!/usr/bin/perl
-# The messages page of the user guide against the sources: check_messages.pl <source root>.
-# Each text that the page quotes in the first columns of its tables stands in a string of the sources, and each message box
-# of the sources whose text stands at the call is on the page.
+# Checks the messages page of the user guide against the sources: check_messages.pl <source root>.
+# Each text that the page quotes in the first columns of its tables occurs in a string of the sources, and each message
+# box of the sources whose text is in the call is on the page.
 use strict;
 use warnings;
 use utf8;
@@ -18,7 +18,7 @@ sub Read {
     return scalar <$file>;
 }
 
-# The texts of the string literals in C++, adjacent ones as one; line breaks end a text.
+# The texts of the string literals in C++, with adjacent ones joined; line breaks end a text.
 my $literal = qr/(?:L|u8)?"((?:[^"\\\n]|\\.)*)"/;
 sub Literals {
     my ($source) = @_;
@@ -60,7 +60,7 @@ for my $file ('messages.md', 'installing.md', 'pravik.md') {
     for my $line (split /\n/, $text) {
         if ($line =~ /^\|/) {
             my @cells = split /\|/, $line;
-            # A table of messages says in its head which columns quote.
+            # The head of a table of messages says which columns quote.
             $columns = $cells[1] =~ /caption/ ? 2 : $cells[1] =~ /^ (text|message) $/ ? 1 : 0 if !$columns && $line !~ /---/;
             next if $columns < 1;
             for my $cell (@cells[1 .. $columns]) {

@@ -1,6 +1,7 @@
 #!/usr/bin/perl
-# check_rooms.pl <source root>: the includes of every source against the table of rooms in docs/architecture.md. A room is a
-# folder; it uses only rooms that stand above it in the table and are named in its row. A folder holds at most 45 files.
+# check_rooms.pl <source root>: checks the includes of every source against the table of rooms in docs/architecture.md.
+# A room is a folder; it uses only rooms that are above it in the table and named in its row. A folder contains at most
+# 45 files.
 use strict;
 use warnings;
 use File::Find;
@@ -9,7 +10,7 @@ use List::Util 'max';
 my ($root) = @ARGV;
 defined $root or die "check_rooms.pl <source root>\n";
 my $mostFiles = 45;
-# These name any room: they are about all of them.
+# These folders may use every room.
 my %outside = map { $_ => 1 } qw(samples tests bench);
 
 sub Read
@@ -32,7 +33,7 @@ for my $row (split /\n/, $table) {
     push @rooms, $room;
 }
 
-# The innermost room that a path lies in.
+# The innermost room that contains a path.
 sub RoomOf
 {
     my ($path) = @_;

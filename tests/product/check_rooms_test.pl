@@ -1,5 +1,5 @@
 #!/usr/bin/perl
-# check_rooms_test.pl <check_rooms.pl>: what the check of the rooms says of small trees, one for each rule.
+# check_rooms_test.pl <check_rooms.pl>: tests check_rooms.pl with small trees, one for each rule.
 use strict;
 use warnings;
 use File::Path 'make_path';

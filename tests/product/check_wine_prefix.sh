@@ -1,6 +1,6 @@
 #!/bin/bash
 # check_wine_prefix.sh <run-under-wine.sh> <source folder>: a program that ctest starts never gets the user's own Wine prefix,
-# and keeps the one that ./dev has made for it.
+# and keeps the prefix that ./dev has made for it.
 runner=$1
 build=$2/build
 home=$(mktemp -d) || exit 1
@@ -30,7 +30,7 @@ Prefix "$home/elsewhere" WINEPREFIX="$home/elsewhere" ZELT_WINE_PREFIX="$home/el
 
 [ -f "$build/wine/ctest/system.reg" ] || { echo "There is no prefix in $build/wine/ctest."; failed=1; }
 [ ! -e "$home/.wine" ] || { echo "The user's own prefix was made."; failed=1; }
-# The user's folders are the prefix's, not links to the user's.
+# The user's folders belong to the prefix and are not links to the user's own.
 links=$(find "$build/wine/ctest/drive_c/users" -type l)
 [ -z "$links" ] || { printf 'Links lead out of the prefix:\n%s\n' "$links"; failed=1; }
 exit $failed
