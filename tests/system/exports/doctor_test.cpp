@@ -1,4 +1,4 @@
-// doctor: nothing is found in a healthy installation, each planted fault is found, and --fix mends what it can.
+// doctor: finds nothing in a healthy installation and finds each planted fault; --fix fixes what it can.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -66,7 +66,7 @@ protected:
         Export({{kNowhere, 1, L"", L"Planted"}});
     }
 
-    // A file of these bytes, for as long as the test runs.
+    // A file with these bytes, deleted after the test.
     std::wstring FileOf(const std::string& bytes)
     {
         planted = fs::temp_directory_path() / L"zeltctl planted.dll";
@@ -94,7 +94,7 @@ protected:
         EXPECT_EQ("", outcome.messages);
     }
 
-    // The one finding. A blank in `expected` stands for itself, and a sentence is expected whole.
+    // doctor finds `expected`, which is its complete output, and nothing else.
     static void ExpectFinding(const std::string& expected)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor"});
@@ -103,7 +103,7 @@ protected:
         EXPECT_EQ("", outcome.messages);
     }
 
-    // --fix mends it: it is told, and when everything was looked at again nothing is left.
+    // --fix fixes the finding and reports that; a second check finds nothing.
     static void ExpectMended(const std::string& rule)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
@@ -230,7 +230,7 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
         "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the "
         "standard.");
     ExpectLeft("interface-marshaller");
-    // A marshaller of somebody's own is in order.
+    // Another marshaller is valid.
     Write(k32, marshaller, L"", kNowhere);
     ExpectHealthy();
     Write(k32, marshaller, L"", stub);
@@ -251,7 +251,7 @@ TEST_F(Doctor, WritesTheStandardsLibraryAgain)
         EXPECT_EQ(1u, LinesOf(outcome.data).size());
         ExpectMended("library-file");
     }
-    // Nor does it write files of others.
+    // It does not write other programs' files either.
     const std::wstring others = L"C:\\others\\standard.tlb";
     Write(k32, kStandardFile, L"", others);
     ExpectLeft("library-file");
@@ -346,7 +346,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     }
     ExpectMended("package-entry");
     EXPECT_EQ((std::vector<std::wstring>{L"Aromatics", L"Carbonate"}), StoredNames());
-    // What stood behind the list's end stays there.
+    // Entries after the end of the list stay there.
     RegDeleteValueW(key.Get(), L"Package3");
     key.WriteDword(L"NumPackages", 4);
     const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});

@@ -57,7 +57,7 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
     // clang-format off
     const AddCase cases[] = {
         {{"Sample property package manager", "Aromatics"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||"},
-        // Its own spelling, a name that is free, and the log.
+        // The package's own spelling, an unused name, and the log.
         {{"{b55c9180-454e-4b78-a109-b9536a903bf9}", "aromatics", "--log"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics (2)|true||"},
         {{"Sample property package", "--name", "Mine"}, L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|Sample property package|Mine|false||"},
         {{"Sample thermo system", "Alcohols", "--type", "PP 1.0"}, L"{B8C3C630-1254-403A-B34B-6DE04DB571AB}|2|Alcohols|Alcohols|false||"},
@@ -110,7 +110,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
         {{"add", "Sample property package", "--name", "\xE6\xB0\xB4"}, "characters that the code page of Windows lacks"},
         {{"add", "Sample property package", "--type", "PP2"}, "--type is PP1.1, PP1.0 or RP1.0, not \"PP2\""},
         {{"add", "Sample property package", "--type", "RP1.0"}, "no component \"Sample property package\" is installed"},
-        // ZELT's own packages are none to be exported.
+        // ZELT's own packages cannot be exported.
         {{"add", "ZELT Property Package Manager (CAPE-OPEN 1.1)", "Aromatics"}, "no component"},
         {{"remove", "Steam"}, "no package is exported as \"Steam\""},
         {{"remove"}, "\"remove\" takes PACKAGE"},
@@ -186,7 +186,7 @@ TEST_F(Exports, AreLeftAloneWhileZeltRuns)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// Two servers of one user hold the list: both have to go.
+// Two servers of one user hold the list: both must end.
 TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
 {
     ExportSamples();
@@ -221,7 +221,7 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
     EXPECT_TRUE(PackageListEdit().Allowed());
 }
 
-// The main window shows a box then.
+// The main window would show a box.
 TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
 {
     ScratchKey scratch;
@@ -241,7 +241,7 @@ TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
     TheLogOptions().root = {};
 }
 
-// Nor is anything lost in silence.
+// Nothing is lost silently either.
 TEST_F(Exports, SayWhatTheRegistryDoesNotTake)
 {
     ExportSamples();

@@ -62,7 +62,7 @@ TEST_F(Options, AreRefusedWithOneSentence)
         {{"options", "--prompt", "yes"}, "--prompt is on or off, not \"yes\""},
         {{"options", "--auto-location", "1"}, "--auto-location is on or off"},
         {{"options", "--auto-location", "on", "--unit", "Nothing"}, "no unit operation \"Nothing\" is installed"},
-        // PRAVIK in PRAVIK would go in circles.
+        // PRAVIK inside PRAVIK would never end.
         {{"options", "--unit", "PRAVIK Logged Unit Operation"}, "no unit operation"},
         {{"options", "on"}, "\"options\" takes nothing but options"},
     };
@@ -92,7 +92,7 @@ TEST_F(Options, AreTakenOverByAZeltThatRuns)
     ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off"}).code);
     {
         const auto manager = CreateManager();
-        // Otherwise a dialog would ask for the place of the log.
+        // Otherwise a dialog would ask where to put the log.
         ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "on"}).code);
         EXPECT_TRUE(GetPackage(L"Aromatics"));
         EXPECT_EQ(1u, Logs().size());

@@ -1,4 +1,4 @@
-// zeltctl.exe itself, beside a ZELT.EXE as it is installed: what goes where, exit codes, and an installation that moved.
+// zeltctl.exe itself, beside ZELT.EXE as installed: its two outputs, exit codes, and a moved installation.
 #include <gtest/gtest.h>
 
 #include "system/narrow.h"
@@ -22,7 +22,7 @@ protected:
     }
     void TearDown() override
     {
-        // The registrations of this folder go with it.
+        // Removes the registrations of this folder.
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServerPerUser");
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/RegServer");
         std::error_code ignored;
@@ -36,7 +36,7 @@ protected:
         EXPECT_EQ(0u, RunProcess(program + action, {}, 60'000));
     }
 
-    // Both outputs in one file, which the console's own process may hold a little longer than the program.
+    // Both outputs in one file, which the console's process may hold open a little longer than the program.
     struct Outcome {
         DWORD code;
         std::string output;

@@ -11,7 +11,7 @@
 namespace zelt::test {
 namespace {
 
-// The beginning of a program of that processor, whose header stands at `offset`.
+// The beginning of a program for that processor, with its header at `offset`.
 std::string Image(std::size_t offset, const std::string& machine)
 {
     std::string bytes(offset, '\0');
@@ -50,7 +50,7 @@ TEST(ProgramWidth, TellsFilesApart)
     EXPECT_EQ(ctl::ImageState::NoImage, ctl::ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
 }
 
-// What is no program may be large, and is not read whole.
+// A file that is not a program may be large, and is not read completely.
 TEST(ProgramWidth, IsLookedForInTheFirst64KilobytesOfAFile)
 {
     const std::wstring path = L"" ZELT_BUILD_DIR "/tests/system/program_width.dll";

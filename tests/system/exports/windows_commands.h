@@ -1,4 +1,5 @@
-// zeltctl's commands for this computer, run in the test's own process, on the user's settings, which the fixture puts back.
+// Runs zeltctl's commands for this computer in the test's own process, on the user's settings, which the fixture
+// restores.
 #pragma once
 
 #include <string>
@@ -17,9 +18,9 @@ CommandOutcome RunZeltctl(const std::vector<std::string>& words);
 
 class Zeltctl : public ServedPackages {
 protected:
-    static constexpr wchar_t kNowhere[] = L"{D0C70125-0000-4000-8000-00000000000A}";  // no class
+    static constexpr wchar_t kNowhere[] = L"{D0C70125-0000-4000-8000-00000000000A}";  // not a class
 
-    // Stores packages of the samples: one of each sort, and one whose class is not there.
+    // Stores packages of the samples: one of each sort, and one whose class does not exist.
     static void ExportSamples();
 
     static std::wstring SettingText(const wchar_t* value);
