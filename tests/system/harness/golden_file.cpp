@@ -27,7 +27,7 @@ std::string Printable(std::string_view text)
     return out;
 }
 
-// The line, with its end, that starts at `start`; shown as the end of the text where there is none.
+// The line that starts at `start`, with its line end; shown as the end of the text if there is none.
 std::string LineAt(const std::string& text, std::size_t start)
 {
     if (start >= text.size()) return "(end)";

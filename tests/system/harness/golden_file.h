@@ -1,16 +1,17 @@
-// Comparison with a golden file, byte for byte. With the environment variable ZELT_UPDATE_GOLDEN set to 1 a file that
-// differs is rewritten, and the comparison still fails, so that an update is always looked at and never forgotten.
+// Compares with a golden file, byte for byte. If the environment variable ZELT_UPDATE_GOLDEN is 1, a differing file is
+// rewritten, and the comparison still fails, so that every update is reviewed.
 #pragma once
 
 #include <string>
 
 namespace zelt::test {
 
-// Empty when the two are equal; otherwise the first line that differs, as it is in both, with the line before it. Line
-// ends and other unprintable bytes are shown as escapes.
+// Empty if the two are equal; otherwise the first differing line of both, with the line before it. Shows line
+// ends and other unprintable bytes as escapes.
 std::string FirstDifference(const std::string& expected, const std::string& actual);
 
-// Compares `actual` with the file, or with what its difference from another makes (golden_text.h). Empty when they are equal, else what is wrong. A missing file differs from everything.
+// Compares `actual` with the file, or with the text that its difference from another gives (golden_text.h). Empty if
+// they are equal, else what is wrong. A missing file differs from everything.
 std::string CompareWithGolden(const std::string& path, const std::string& actual, bool update);
 
 // The same for tests/golden/<name>, updating as the environment variable says. For EXPECT_EQ("", MatchGolden(...)).

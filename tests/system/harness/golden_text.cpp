@@ -16,7 +16,7 @@ std::optional<std::string> ReadFile(const std::string& path)
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-// Each with its end.
+// Each line with its line end.
 std::vector<std::string_view> Lines(std::string_view text)
 {
     std::vector<std::string_view> lines;
@@ -28,7 +28,7 @@ std::vector<std::string_view> Lines(std::string_view text)
     return lines;
 }
 
-// "12,14c20" and its like: the lines of the base that go, from the first to behind the last.
+// From "12,14c20" and similar: the lines of the base to remove, from the first to the one after the last.
 struct Range {
     std::size_t first, end;
 };

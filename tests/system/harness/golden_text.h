@@ -1,5 +1,5 @@
-// Golden files that differ little from others are kept as that difference: <name>.diff, whose first line names the other file
-// ("base: other.zlg") and whose others are what `diff` prints for the two. Without Windows.
+// Golden files that differ little from others are stored as differences: <name>.diff, whose first line names the other
+// file ("base: other.zlg"), followed by the output of `diff` for the two. Does not use Windows.
 #pragma once
 
 #include <optional>
@@ -7,11 +7,11 @@
 
 namespace zelt::test {
 
-// The text of <folder>/<name>, from the file itself or from its difference. Nothing when there is neither, or when a difference
-// does not fit its base.
+// The text of <folder>/<name>, from the file itself or from its difference. Nothing if neither exists, or if the
+// difference does not fit its base.
 std::optional<std::string> GoldenText(const std::string& folder, const std::string& name);
 
-// `base` changed as `difference` says, in the form of `diff` without options; nothing when they do not fit.
+// `base` with the changes of `difference`, in the form of `diff` without options; nothing if they do not fit.
 std::optional<std::string> Changed(const std::string& base, const std::string& difference);
 
 }  // namespace zelt::test

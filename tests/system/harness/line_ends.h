@@ -1,11 +1,11 @@
-// The ends of a log's lines, looked at as bytes.
+// Checks the ends of a log's lines as bytes.
 #pragma once
 
 #include <string>
 
 namespace zelt::test {
 
-// Whether every line, the last one included, ends in CR LF, and no CR and no LF is anywhere else.
+// Whether every line, including the last, ends in CR LF, and no CR or LF is anywhere else.
 inline bool HasWholeLineEnds(const std::string& text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -62,8 +62,8 @@ void NormalisePath(std::string& log, const PathName& path)
     }
 }
 
-// Whether the line says that an interface of the system's own is not supported, or not yet. An interface of the standard whose name
-// the registry lacks is written as its identifier, all of which begin alike.
+// Whether the line says that a system interface is not supported, or not yet. Interfaces of the standard whose names
+// the registry lacks are written as identifiers, which all begin alike.
 bool IsSystemQuery(std::string_view line)
 {
     constexpr std::string_view kWarning = "<warning value=\"";

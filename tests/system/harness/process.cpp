@@ -44,7 +44,7 @@ Process Process::Start(const std::wstring& commandLine, const std::string& outpu
     startup.hStdOutput = output.Handle();
     startup.hStdError = output.Handle();
     PROCESS_INFORMATION process = {};
-    // The system may write into the command line.
+    // The system may modify the command line.
     std::vector<wchar_t> text(commandLine.begin(), commandLine.end());
     text.push_back(L'\0');
     if (!CreateProcessW(nullptr, text.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,

@@ -1,6 +1,6 @@
-// A process that a test starts and owns: it is ended with its owner if it still runs. Its output goes to a file, because
-// what it starts in turn may outlive it and would hold a pipe open. Processes that COM starts (the server) are taken over
-// by id. Failures throw std::runtime_error.
+// A process that a test starts and owns: if it still runs, it is ended with its owner. Its output goes to a file,
+// because a process that it starts may outlive it and would hold a pipe open. Processes that COM starts (the server)
+// are opened by id. Failures throw std::runtime_error.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ public:
     // Starts a command line without a window. Standard output and error go to `outputPath`, or nowhere if it is empty.
     static Process Start(const std::wstring& commandLine, const std::string& outputPath = {});
 
-    // Takes over a running process. Nothing if it has ended already.
+    // Opens a running process. Nothing if it has already ended.
     static std::optional<Process> Open(DWORD id);
 
     Process(Process&& other) noexcept;
@@ -26,10 +26,10 @@ public:
     DWORD Id() const { return id; }
     bool Running() const;
 
-    // The exit code, or nothing when the process still runs after the time.
+    // The exit code, or nothing if the process still runs after this time.
     std::optional<DWORD> Wait(DWORD milliseconds) const;
 
-    // Ends the process and waits until it is gone. No harm if it has ended.
+    // Ends the process and waits until it is gone. Does nothing if it has already ended.
     void Kill();
 
 private:
@@ -38,13 +38,14 @@ private:
     DWORD id;
 };
 
-// Starts, waits at most `milliseconds`, and gives the exit code; a process that takes longer is ended, and nothing given.
+// Starts a process, waits at most `milliseconds` and returns the exit code; ends a process that takes longer and
+// returns nothing.
 std::optional<DWORD> RunProcess(const std::wstring& commandLine, const std::string& outputPath, DWORD milliseconds);
 
-// The processes whose program has this file name, whoever started them.
+// The ids of all processes whose program has this file name.
 std::vector<DWORD> ProcessIds(const std::wstring& fileName);
 
-// Waits until there is none of them; false when one still runs after the time.
+// Waits until no such process is left; false if one still runs after this time.
 bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds = 10'000);
 
 }  // namespace zelt::test

@@ -7,8 +7,8 @@
 namespace zelt::test {
 namespace {
 
-// How many handles the process has, found by trying their values, which are multiples of 4. The system's table of all handles
-// would be shorter to read, but Wine's server ends when it is asked for it while a process without handles starts or ends.
+// How many handles the process has, found by trying their values, which are multiples of 4. Reading the system's table
+// of all handles would be shorter, but this ends Wine's server while a process without handles starts or ends.
 DWORD CountByTrying(HANDLE process)
 {
     constexpr std::uintptr_t kStep = 4, kMostMissing = 1024;
@@ -39,7 +39,7 @@ ProcessFigures FiguresOf(DWORD processId)
     PROCESS_MEMORY_COUNTERS memory = {};
     if (GetProcessMemoryInfo(process, &memory, sizeof memory)) figures.privateBytes = memory.PagefileUsage;
     GetProcessHandleCount(process, &figures.handles);
-    // Wine answers with success and 0.
+    // Wine returns success and 0.
     if (figures.handles == 0) figures.handles = CountByTrying(process);
     CloseHandle(process);
     return figures;

@@ -1,5 +1,5 @@
-// What a process holds of the system's: handles, objects of the window system, memory. For tests that look for leaks. Under
-// Wine the window system's counts are always 0.
+// The system resources that a process holds: handles, objects of the window system, memory. For tests that look for
+// leaks. Under Wine, the counts of the window system are always 0.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ struct ProcessFigures {
     SIZE_T privateBytes = 0;
 };
 
-// Of this process, or of another one. All 0 for one that cannot be opened.
+// For this process or another one. All 0 if it cannot be opened.
 ProcessFigures FiguresOf(DWORD processId);
 
 std::ostream& operator<<(std::ostream& stream, const ProcessFigures& figures);

@@ -1,4 +1,4 @@
-// While this lives, the registry takes no value of the names that are given, or none at all. There is one at a time.
+// While this exists, the registry refuses values with the given names, or all values. Only one exists at a time.
 #pragma once
 
 #include <set>
@@ -22,7 +22,7 @@ public:
     RefusedWrites(const RefusedWrites&) = delete;
     RefusedWrites& operator=(const RefusedWrites&) = delete;
 
-    // How a message ends then.
+    // The end of the messages about this.
     static std::wstring Reason() { return Widen(SystemText(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED))); }
 
 private:

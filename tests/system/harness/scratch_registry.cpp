@@ -91,7 +91,7 @@ ScratchKey::~ScratchKey()
 {
     RegCloseKey(key);
     RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
-    // The last of several test processes takes the common key along; while others hold keys in it, this fails.
+    // The last of several test processes also removes the common key; this fails while others have keys in it.
     RegDeleteKeyW(HKEY_CURRENT_USER, kTestsKey);
 }
 
@@ -108,7 +108,8 @@ void ScratchKey::MakeInaccessible() { RegDeleteTreeW(HKEY_CURRENT_USER, path.c_s
 
 void ScratchKey::SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size)
 {
-    // For a text without its terminator the system may look at what follows the bytes, and add one if it finds it there.
+    // For a text without a terminator, the system may read beyond the bytes, and include a terminator that it finds
+    // there.
     std::vector<BYTE> guarded(static_cast<const BYTE*>(bytes), static_cast<const BYTE*>(bytes) + size);
     guarded.insert(guarded.end(), 2 * sizeof(wchar_t), 0xFF);
     if (RegSetValueExW(key, name, 0, type, guarded.data(), size) != ERROR_SUCCESS) {

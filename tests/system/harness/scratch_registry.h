@@ -1,4 +1,4 @@
-// A registry key of a test's own, below HKEY_CURRENT_USER\Software\ZELT Tests, deleted with everything in it at the end
+// A test's own registry key below HKEY_CURRENT_USER\Software\ZELT Tests, deleted with everything in it at the end
 // of its scope; and the text of a whole key, for comparisons before and after. Failures throw std::runtime_error.
 #pragma once
 
@@ -20,16 +20,16 @@ public:
     HKEY Key() const { return key; }
     RegistryRoot Root() const { return {key, 0}; }
 
-    // The key of the program's settings below it, made when missing.
+    // The key of the program's settings below it; made if missing.
     RegistryKey Settings() const;
 
-    // From now on nothing can be opened or created below it: the key is gone while the handle is still open.
+    // From now on, nothing can be opened or created below it: deletes the key while the handle is still open.
     void MakeInaccessible();
 
     // Below HKEY_CURRENT_USER.
     const std::wstring& Path() const { return path; }
 
-    // A value with any bytes, the malformed ones included.
+    // Writes a value with any bytes, even malformed ones.
     void SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size);
 
 private:

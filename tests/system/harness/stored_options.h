@@ -1,4 +1,4 @@
-// The options as a test wants them in the registry. Failures throw std::runtime_error.
+// Writes the options that a test needs to the registry. Failures throw std::runtime_error.
 #pragma once
 
 #include <stdexcept>
