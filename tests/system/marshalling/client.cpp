@@ -1,6 +1,6 @@
 // marshalling_client <file of the reference> <table of methods>: calls every method in the table once through the vtable
-// and once through IDispatch of its interface, and checks what comes back. Prints what failed, and how many calls there
-// were; the exit code is 0 when all went well.
+// and once through IDispatch of its interface, and checks the results. Prints what failed and the number of calls;
+// the exit code is 0 if everything succeeded.
 #include <windows.h>
 #include <objbase.h>
 

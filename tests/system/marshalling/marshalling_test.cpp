@@ -1,5 +1,5 @@
-// Every proxied method across processes: from a client of either width to a 32-bit server, with the registered type library
-// doing the marshalling.
+// Every proxied method across processes: from a client of either width to a 32-bit server, marshalled through the
+// registered type library.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// What server and client agree on beyond the table of methods: the names of the objects that stand for interface pointers,
+// What server and client share besides the table of methods: the names of the objects used for interface pointers,
 // and a file that carries a reference from one process to the other.
 #pragma once
 
@@ -12,14 +12,14 @@ namespace zelt::test {
 inline constexpr wchar_t kServerThing[] = L"server thing";
 inline constexpr wchar_t kClientThing[] = L"client thing";
 
-// Whether the object says that this is its name.
+// Whether the object returns this name.
 bool HasName(IUnknown* object, const wchar_t* name);
 
-// Whether `value` is what the argument's sample is: equal, or an object, or an array of two objects, of that name.
+// Whether `value` matches the argument's sample: an equal value, or an object with that name, or an array of two.
 struct TableStep;
 bool IsSample(const TableStep& argument, std::size_t index, const VARIANT& value, const wchar_t* objectName);
 
-// The file appears in one step. Any number of clients may read it, as long as the server runs.
+// The file appears in one step. Any number of clients may read it while the server runs.
 HRESULT WriteReference(const std::wstring& path, REFIID iid, IUnknown* object);
 HRESULT ReadReference(const std::wstring& path, REFIID iid, void** object);
 

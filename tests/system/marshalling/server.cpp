@@ -1,6 +1,6 @@
-// marshalling_server <file for the reference> <table of methods>: hands out logged proxies by the names of their classes.
-// Each stands over an object that checks what arrives, answers with samples, and fails a call that brought something else.
-// Runs until it is ended.
+// marshalling_server <file for the reference> <table of methods>: hands out logged proxies by class name. Each proxy
+// wraps an object that checks the arguments, returns samples, and fails a call with wrong arguments. Runs until another
+// process ends it.
 #include <windows.h>
 
 #include <cstdio>
@@ -23,10 +23,10 @@ namespace {
 
 constexpr auto kArgumentsDiffer = static_cast<HRESULT>(ECapeInvalidArgumentHR);
 
-// Proxies by name, through the one interface that a client needs to know.
+// Returns proxies by name, through the only interface that a client must know.
 class Proxies final : public com::Object {
 public:
-    // Logs stand beside `logStem`, numbered.
+    // Logs are named `logStem` and a number.
     Proxies(const std::string& tablePath, std::wstring logStem)
         : table(ReadMethodTable(tablePath)), logStem(std::move(logStem))
     {
@@ -38,7 +38,7 @@ public:
     IUnknown* Collection() { return &collection; }
 
 private:
-    // Every root closes the document that it writes to, so each has one of its own. They are never deleted.
+    // Every root closes its document, so each has its own. They are never deleted.
     LogDocument* NewDocument()
     {
         const std::wstring path = logStem + std::to_wstring(++logs) + L".zlg";
