@@ -1,5 +1,5 @@
-// A simulator at its smallest: knows a ProgID, makes an object of that class in its server, and lets it go.
-// The exit code is the status code of the step that failed, or 0.
+// A minimal simulator: makes an object of a ProgID's class in its server, and releases it.
+// The exit code is the status code of the failed step, or 0.
 #include <windows.h>
 #include <objbase.h>
 
@@ -13,7 +13,7 @@ int wmain(int count, wchar_t** arguments)
     if (SUCCEEDED(result)) {
         result = CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IUnknown, reinterpret_cast<void**>(&object));
     }
-    // Held as long as the caller says, so that a test can look at the server meanwhile.
+    // Holds the object as long as the caller says, so that a test can examine the server meanwhile.
     if (SUCCEEDED(result) && count > 2) Sleep(static_cast<DWORD>(_wtoi(arguments[2])));
     if (object) object->Release();
     CoUninitialize();

@@ -5,7 +5,7 @@
 
 #include "tests/system/registration/processes.h"
 
-// How the server process starts and ends, as a client and as the user see it.
+// How the server process starts and ends, as seen by a client and by the user.
 namespace {
 
 using zelt::test::Process;
@@ -21,7 +21,7 @@ protected:
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
         RunToEnd(ServerPath(), L"/UnregServer");
     }
-    // Null when the window does not appear in time.
+    // Null if the window does not appear in time.
     static HWND WaitForWindow(const wchar_t* title)
     {
         HWND window = nullptr;
@@ -33,7 +33,7 @@ protected:
         }
         return window;
     }
-    // The title of a window that the process shows, "untitled" for one without; nothing when it shows none.
+    // The title of a window that the process shows, "untitled" for a window without title; empty if it shows none.
     static std::wstring TitleOfAWindow(DWORD process)
     {
         Search search = {process, L""};
@@ -108,7 +108,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         const HWND window = WaitForWindow(row.title);
         ASSERT_TRUE(window);
         EXPECT_NE(L"", TitleOfAWindow(program.Id()));
-        // Clients are served meanwhile, by this process, which outlives their release.
+        // This process serves clients meanwhile, and outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
         PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
@@ -117,7 +117,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
     std::filesystem::remove(log);
 }
 
-// Other threads have a second to finish what they are about. There is no upper limit but the one that says it ends at all.
+// Other threads have a second to finish. There is no upper limit except that the process must end.
 TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";
@@ -127,7 +127,7 @@ TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
     const ULONGLONG closed = GetTickCount64();
     PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     EXPECT_EQ(0u, program.Wait(30'000));
-    // The system's clock and its waiting may differ by a tick each.
+    // The system's clock and its wait may each differ by one tick.
     EXPECT_GE(GetTickCount64() - closed, 1000u - 2 * 16);
 }
 

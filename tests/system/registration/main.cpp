@@ -1,5 +1,5 @@
-// Entry of the registration tests. They register and unregister the server on this machine, so they belong into a Wine
-// prefix or a virtual machine of their own.
+// Entry point of the registration tests. They register and unregister the server on this machine, so run them in their
+// own Wine prefix or virtual machine.
 #include <gtest/gtest.h>
 #include <windows.h>
 

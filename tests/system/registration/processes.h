@@ -10,11 +10,11 @@
 
 std::filesystem::path ServerPath();
 std::filesystem::path ClientPath();
-// The client of the other width; may not have been built.
+// The client of the other width; it may not have been built.
 std::filesystem::path OtherClientPath();
 
-// What a test started ends with its owner.
+// A process that a test starts; it ends with its owner.
 zelt::test::Process Start(const std::filesystem::path& program, const std::wstring& arguments);
 
-// Runs a program and gives its exit code; an unlikely one of its own when it does not end in time.
+// Runs a program and returns its exit code, or an unlikely code if it does not end in time.
 DWORD RunToEnd(const std::filesystem::path& program, const std::wstring& arguments);

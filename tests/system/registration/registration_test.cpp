@@ -30,7 +30,7 @@ constexpr wchar_t kStandardLibrary[] = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A
 constexpr wchar_t kContextLibrary[] = L"TypeLib\\{2420CB0D-25D7-4862-9042-7D4924695D68}";
 constexpr wchar_t kContextInterface[] = L"Interface\\{678C0B5F-0100-11D2-A67D-00105A42887F}";
 
-// A key of the machine that the test changes: put back at the end as it was in each view.
+// A key of the machine that the test changes: restored at the end in each view.
 class KeptKey {
 public:
     explicit KeptKey(const std::wstring& path) : path(zelt::ClassesPath(path))
@@ -64,11 +64,11 @@ std::wstring DefaultText(const zelt::KeyTree& tree)
 
 bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
-// Under Wine a 64-bit process that names the 32-bit view does not see the keys that the views share.
+// Under Wine, a 64-bit process that names the 32-bit view does not see the keys that the views share.
 REGSAM SharedKeysView(REGSAM view) { return UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }
 
-// The marks of the libraries that stay, by which the lines of a snapshot are told apart. The interface's lines hold its
-// library's identifier only in part, so those lines are left out by the key's own name.
+// The identifiers of the libraries that stay, which mark their lines in a snapshot, and of their interfaces. Only some
+// lines of an interface contain its library's identifier, so the interface's own identifier marks the others.
 std::set<std::string> InterfacesThatStay()
 {
     std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};
@@ -94,7 +94,7 @@ std::string Lines(const RegistrySnapshot& lines)
 
 class Registration : public testing::Test {
 protected:
-    // The user's classes are there on every Windows; a fresh prefix may lack the key.
+    // Every Windows has the user's classes; a fresh prefix may lack the key.
     Registration()
     {
         zelt::RegistryKey classes;
@@ -108,8 +108,8 @@ protected:
         if (!folder.empty()) fs::remove_all(folder, ignored);
     }
 
-    // A copy of the server in a folder whose name would break a path that is not quoted or not escaped. What a start of
-    // the cut path would run instead is there too, and is no server.
+    // A copy of the server in a folder whose name would break an unquoted or unescaped path. The program that the
+    // truncated path would start also exists, and is not a server.
     fs::path AwkwardServer()
     {
         folder = fs::temp_directory_path() / L"ZELT registration";
@@ -140,7 +140,7 @@ protected:
             {kClassText, kProgId, L"PropertyPackageManager Class", L"{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}",
              L"ZELT Property Package Manager (CAPE-OPEN 1.1)", L"Zeltora: Property Package Manager", L"1.1",
              L"ZELT (Zeltora): run 32-bit in-proc property packages out-of-proc"},
-            // The misspelling has been registered from the first release on.
+            // The misspelling has been registered since the first release.
             {L"{2034CAB3-FBC2-4C81-9449-CD13C73CE674}", L"ZELT.ReactionPackageManager", L"ReactionPackageManager Class",
              L"{678C09AA-0100-11D2-A67D-00105A42887F}", L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)",
              L"Zeltora: Reacion Package Manager", L"1.0",
@@ -180,7 +180,7 @@ protected:
                                               L"VendorURL", L"About"}),
                       Names(whole->subkeys.at(L"CapeDescription").values));
             EXPECT_EQ(2u, whole->subkeys.at(L"Implemented Categories").subkeys.size());
-            // Names are the same in every view.
+            // All views share the names.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(row.text, DefaultValue(scope, shared, versioned));
             EXPECT_EQ(row.text, DefaultValue(scope, shared, row.progId));
@@ -197,10 +197,10 @@ protected:
             ExpectClasses(scope, view);
             EXPECT_EQ(quoted, DefaultValue(scope, view, std::wstring(kClass) + L"\\LocalServer32"));
 
-            // Applications and types of files are the same in every view.
+            // All views share applications and file types.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(L"ZELT", DefaultValue(scope, shared, std::wstring(L"AppID\\") + kAppId));
-            // Nothing but its name: no permissions, no user and no machine other than the caller's.
+            // Only its name: no permissions, no user and no machine other than the caller's.
             const auto application = zelt::ReadKeyTree(zelt::ClassesHive(scope, shared),
                                                        zelt::ClassesPath(std::wstring(L"AppID\\") + kAppId));
             ASSERT_TRUE(application);
@@ -224,7 +224,7 @@ protected:
         return key.ReadString(name).value_or(L"no value");
     }
 
-    // Every interface of a library that is there for good can be found in every view.
+    // Every interface of a library that stays can be found in every view.
     static void ExpectStandardLibrary(Scope scope)
     {
         for (const REGSAM view : RegistryViews()) {
@@ -243,7 +243,7 @@ protected:
         }
     }
 
-    // Takes the standard's libraries away, as on a machine that never had them, until `kept` is destroyed.
+    // Removes the standard's libraries, as on a machine that never had them, until the result is destroyed.
     static std::vector<std::unique_ptr<KeptKey>> WithoutStandardLibraries()
     {
         std::vector<std::unique_ptr<KeptKey>> kept;
@@ -279,7 +279,7 @@ TEST_F(Registration, ServesEveryViewAndLeavesOnlyTheStandardsLibraries)
     EXPECT_EQ("", Lines(Minus(before, after)));
     EXPECT_EQ("", Lines(Without(Minus(after, before), staying)));
 
-    // Once they are there, nothing at all differs.
+    // Once they are there, nothing differs.
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-RegServer"));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-UnregServer"));
     EXPECT_TRUE(TakeRegistrySnapshot() == after);
@@ -302,7 +302,7 @@ TEST_F(Registration, LeavesAStandardLibraryOfOthersAsItIs)
     EXPECT_EQ(L"C:\\others\\standard.tlb", DefaultValue(Scope::Machine, zelt::OwnView(), file));
     EXPECT_EQ(L"theirs", DefaultValue(Scope::Machine, zelt::OwnView(), member));
     for (const REGSAM view : RegistryViews()) {
-        // Only what a view lacks is added.
+        // Registration adds only what a view lacks.
         const std::wstring expected = view == zelt::OwnView() ? L"" : L"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}";
         EXPECT_EQ(expected, DefaultValue(Scope::Machine, view, member + L"\\TypeLib"));
         EXPECT_TRUE(KeyExists(Scope::Machine, view, L"Interface\\{678C0A9B-7D66-11D2-A67D-00105A42887F}"));
@@ -325,7 +325,7 @@ TEST_F(Registration, StandsAPathWithBlanksAndApostrophes)
     ASSERT_EQ(0u, RunToEnd(server, L"/UnregServer"));
     const RegistrySnapshot after = TakeRegistrySnapshot();
     std::set<std::string> staying = InterfacesThatStay();
-    // Serving made the key of the user's settings.
+    // The server created the key of the user's settings.
     staying.insert({"user\\ZELT", "user 32\\ZELT", "user 64\\ZELT"});
     EXPECT_EQ("", Lines(Minus(before, after)));
     EXPECT_EQ("", Lines(Without(Minus(after, before), staying)));
@@ -339,7 +339,7 @@ TEST_F(Registration, ServesTheCurrentUserAlone)
     ExpectRegistered(Scope::User, ServerPath());
     RegistrySnapshot added = Minus(TakeRegistrySnapshot(), before);
     EXPECT_FALSE(added.empty());
-    // Wine's RegisterTypeLibForUser writes interfaces of the other view for the machine, whatever the redirection.
+    // Wine's RegisterTypeLibForUser writes interfaces of the other view for the machine despite the redirection.
     if (UnderWine()) added = Without(added, {"{547B1A76-FF25-4298-910A-78E95F0D19DF}"});
     EXPECT_EQ("", Lines(Only(added, "machine")));
 
@@ -357,7 +357,7 @@ TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks
     EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kStandardLibrary));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
     ExpectStandardLibrary(Scope::User);
-    // They stay, so the test takes them away itself.
+    // They stay, so the test removes them itself.
     for (const REGSAM view : RegistryViews()) {
         const zelt::RegistryRoot hive = zelt::ClassesHive(Scope::User, view);
         for (const wchar_t* path : {kStandardLibrary, kContextLibrary})
@@ -423,7 +423,7 @@ TEST_F(Registration, ExitsWithTheFailureOfTheAction)
     const auto kept = WithoutStandardLibraries();
     wchar_t common[MAX_PATH];
     ASSERT_EQ(S_OK, SHGetFolderPathW(nullptr, CSIDL_PROGRAM_FILES_COMMON, nullptr, 0, common));
-    // A folder in the place of the file that is to be written.
+    // A folder in the place of the file to write.
     const fs::path file = fs::path(common) / L"CAPE-OPEN" / L"cape-open-1.1.tlb";
     const fs::path aside = fs::path(file).concat(L".aside");
     std::error_code ignored;

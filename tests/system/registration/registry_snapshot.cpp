@@ -9,7 +9,7 @@
 
 namespace {
 
-// Below this name the 64-bit view shows the 32-bit one once more.
+// Below this name, the 64-bit view shows the 32-bit view again.
 constexpr wchar_t kOtherView[] = L"Wow6432Node";
 
 std::string ValueText(const zelt::RegistryValue& value)

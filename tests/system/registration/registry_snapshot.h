@@ -1,5 +1,5 @@
-// The registry as registration may change it, as lines of text: every key and value below Software\Classes of the
-// machine, in each view, and below Software of the user. Two snapshots are compared as sets of lines.
+// The parts of the registry that registration may change, as lines of text: every key and value below Software\Classes
+// of the machine, in each view, and below Software of the user. Two snapshots are compared as sets of lines.
 #pragma once
 
 #include <set>
@@ -9,11 +9,11 @@ using RegistrySnapshot = std::set<std::string>;
 
 RegistrySnapshot TakeRegistrySnapshot();
 
-// The lines of `a` that `b` lacks.
+// The lines of `a` that are not in `b`.
 RegistrySnapshot Minus(const RegistrySnapshot& a, const RegistrySnapshot& b);
 
-// Without the lines that hold one of `parts`.
+// The lines that contain none of `parts`.
 RegistrySnapshot Without(const RegistrySnapshot& lines, const std::set<std::string>& parts);
 
-// Those lines that hold `part`.
+// The lines that contain `part`.
 RegistrySnapshot Only(const RegistrySnapshot& lines, const std::string& part);
