@@ -1,10 +1,10 @@
-' A script as a client: everything goes through IDispatch. Arguments: a package's name, and one that is not there.
+' A script as a client: everything goes through IDispatch. Arguments: a package's name, and a name without a package.
 Option Explicit
 Dim manager, names, package
 
 Set manager = CreateObject("ZELT.PropertyPackageManager")
 names = manager.GetPropertyPackageList()
-' An array of strings; scripts can take it apart on some systems only.
+' An array of strings; scripts can access its elements only on some systems.
 WScript.Echo "list: " & VarType(names)
 
 Set package = manager.GetPropertyPackage(WScript.Arguments(0))

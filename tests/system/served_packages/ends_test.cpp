@@ -11,14 +11,14 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Whatever ends a process in the middle of a call: the log is whole up to the last entry before, and the next start works.
+// Whatever ends a process in the middle of a call: the log is complete up to the last entry, and the next start works.
 namespace zelt::test {
 namespace {
 
 using Microsoft::WRL::ComPtr;
 using sample::MakeStrings;
 
-// What a call has written before the package runs.
+// What a call has logged before the package runs.
 constexpr char kLastEntry[] =
     " <arg name=\"phaseLabel\" direc=\"in\" type=\"string\">\r\n"
     "  <argval value=\"&quot;Liquid&quot;\"/>\r\n"
@@ -52,7 +52,7 @@ protected:
         return properties->CalcSinglePhaseProp(MakeStrings({property}), sample::MakeBstr(L"Liquid").GetBSTR());
     }
 
-    // The log of the call that never returned, as text and as the viewer reads it.
+    // Checks the log of the call that never returned, as text and as read by the viewer.
     void ExpectALogUpToTheCall(const std::string& property) const
     {
         ASSERT_EQ(1u, Logs().size());
@@ -103,7 +103,7 @@ TEST_F(Ends, OfTheServerByItsPackageLeaveAReadableLogAndTheNextStartWorks)
     ExpectTheNextStartToWork();
 }
 
-// The user has the task manager.
+// The user can use the task manager.
 TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
 {
     {
@@ -125,7 +125,7 @@ TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
     ExpectTheNextStartToWork();
 }
 
-// The server is in the package, not in the simulator, when the latter goes: the call ends as if nothing had been.
+// When the simulator ends, the server is in the package, not in the simulator: the call ends normally.
 TEST_F(Ends, OfTheSimulatorLetThePackageFinish)
 {
     ServerStays();
@@ -144,7 +144,7 @@ TEST_F(Ends, OfTheSimulatorLetThePackageFinish)
     for (DWORD waited = 0; waited < kReach && !hasEnded(); waited += 50) Sleep(50);
     EXPECT_TRUE(hasEnded()) << OnlyLog().substr(before);
     EXPECT_TRUE(OnlyLog().ends_with(">\r\n"));
-    // The server goes on serving others.
+    // The server continues to serve others.
     const DWORD server = ServerId();
     ExpectTheNextStartToWork();
     EXPECT_EQ(server, ServerId());

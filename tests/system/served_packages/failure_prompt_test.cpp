@@ -6,7 +6,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// A package that cannot be created: the user is asked whether it is to be forgotten, and the simulator gets the error.
+// A package that cannot be created: the server asks the user whether to forget it, and the simulator gets the error.
 namespace zelt::test {
 namespace {
 
@@ -14,7 +14,7 @@ constexpr char kNoDisplay[] = "needs a display";
 constexpr wchar_t kNotRegistered[] = L"{0D3B0E0C-5A0B-4E0B-8C7B-6C5C7E0F3A11}";
 constexpr DWORD kTimeToAppear = 30'000;
 
-// The server's message box in another process, as a user sees it.
+// The server's message box, in another process, as the user sees it.
 class MessageBoxWindow {
 public:
     static MessageBoxWindow WaitFor(const wchar_t* caption)
@@ -33,7 +33,7 @@ public:
         GetWindowThreadProcessId(window, &id);
         return id;
     }
-    // The longest text of its labels; the other one holds the icon.
+    // The longest text of its labels; the other label holds the icon.
     std::wstring Text() const
     {
         std::wstring text;
@@ -85,7 +85,7 @@ protected:
         if (std::getenv("WINEPREFIX") && !std::getenv("DISPLAY")) GTEST_SKIP() << kNoDisplay;
     }
 
-    // A simulator asks for the package, the box appears and is answered, and the simulator fails with the description.
+    // A simulator requests the package, the test answers the box, and the simulator fails with the description.
     static void AskAndAnswer(const Failure& failure, int answer)
     {
         SCOPED_TRACE(failure.name);
@@ -97,7 +97,7 @@ protected:
         const MessageBoxWindow box = MessageBoxWindow::WaitFor(L"ZELT:");
         ASSERT_TRUE(box.IsThere());
         EXPECT_EQ(ServerId(), box.Owner());
-        // Wine's message box takes no notice of that flag.
+        // Wine's message box ignores that flag.
         EXPECT_TRUE(box.IsTopmost() || UnderWine());
         EXPECT_TRUE(box.Has(IDYES));
         EXPECT_TRUE(box.Has(IDNO));

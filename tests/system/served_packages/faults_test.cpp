@@ -7,7 +7,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Whatever goes wrong inside a package stays there: the client gets a status code, and the server lives on.
+// Whatever goes wrong inside a package stays there: the client gets a status code, and the server continues.
 namespace zelt::test {
 namespace {
 
@@ -16,7 +16,7 @@ using sample::MakeStrings;
 
 struct Fault {
     const char* name;
-    const char* error;  // how the log's line begins
+    const char* error;  // the beginning of the log's line
 };
 
 // clang-format off

@@ -1,5 +1,5 @@
 // A flowsheet with a unit operation behind PRAVIK and the streams' property package behind the server: calculated, saved, and
-// loaded by another process, with results as of the unit and the package in process.
+// loaded by another process, with the same results as with the unit and the package in process.
 #include <gtest/gtest.h>
 
 #include "samples/units/classes.h"
@@ -50,7 +50,7 @@ protected:
     {
         return RunSimulator(SimulatorProgram(GetParam()) + L" --bits --load \"" + file.wstring() + L'"');
     }
-    // The lines that show each number's bits.
+    // The lines with the bits of the numbers.
     static std::string Bits(const std::string& output)
     {
         std::string bits;
@@ -59,7 +59,7 @@ protected:
         }
         return bits;
     }
-    // The log of the unit, or else of the package: a run writes one of each.
+    // The log of the unit or of the package: a run writes one of each.
     std::string LogOf(bool unit) const
     {
         std::string found;
@@ -92,7 +92,7 @@ TEST_P(Flowsheets, GiveTheResultsOfTheUnitInProcessAndTheGoldenLogs)
     EXPECT_EQ("", MatchGolden("sample_flowsheet_package.zlg", Comparable(LogOf(false), Addresses::Alike)));
 }
 
-// One unit saves through each interface of persistence, and one through none.
+// One unit saves through each persistence interface, and one through none.
 TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
 {
     const struct {

@@ -18,7 +18,7 @@ protected:
         Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     }
 
-    // What a log of the whole run has written when the simulator is asked for what it waits in.
+    // The log of a whole run up to the call in which the simulator waits.
     static std::string GoldenUpToTheWait()
     {
         const std::string golden = ReadWholeFile(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg");
@@ -59,7 +59,7 @@ TEST_P(InterruptedCalls, OfAKilledServerFailInTheSimulatorAndTheNextStartWorks)
     EXPECT_EQ("", FirstDifference(GoldenUpToTheWait(), Comparable(OnlyLog())));
     const SimulatorResult run = simulator.Continue();
     EXPECT_EQ(1u, run.exitCode) << run.output;
-    // The last line says which call failed, and with which of the codes of a lost server.
+    // The last line names the failed call and one of the codes for a lost server.
     const std::size_t message = run.output.rfind("SampleSimulator: CalcEquilibrium: ");
     ASSERT_NE(std::string::npos, message) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("(0x80", message)) << run.output;
@@ -68,7 +68,7 @@ TEST_P(InterruptedCalls, OfAKilledServerFailInTheSimulatorAndTheNextStartWorks)
 
 TEST_P(InterruptedCalls, OfAKilledSimulatorLeaveTheLogReadableAndTheNextStartWorks)
 {
-    // What the dead client held is given back much later, if at all.
+    // The dead client's references are released much later, if at all.
     ServerStays();
     SimulatorInMidCall simulator(GetParam(), L"Aromatics");
     ASSERT_TRUE(simulator.Reached());
@@ -79,7 +79,7 @@ TEST_P(InterruptedCalls, OfAKilledSimulatorLeaveTheLogReadableAndTheNextStartWor
     EXPECT_TRUE(OnlyLog().ends_with(">\r\n"));
     ExpectARunToSucceed();
     EXPECT_EQ(server, ServerId());
-    // And after the server's end, too.
+    // Also after the server has ended.
     KillServer();
     ExpectARunToSucceed();
 }

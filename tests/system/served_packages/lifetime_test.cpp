@@ -3,7 +3,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// The server lives as long as somebody holds one of its objects.
+// The server lives while somebody holds one of its objects.
 namespace zelt::test {
 namespace {
 
@@ -21,7 +21,7 @@ protected:
 TEST_F(ServerLifetime, EndsSoonAfterTheLastRelease)
 {
     auto package = GetPackage(L"Aromatics");
-    // The manager is gone; the package alone holds the server.
+    // The manager is gone; only the package holds the server.
     EXPECT_FALSE(WaitUntilGone(kServerFile, kTimeToEnd));
     const DWORD server = ServerId();
     package.Reset();
@@ -31,8 +31,8 @@ TEST_F(ServerLifetime, EndsSoonAfterTheLastRelease)
     EXPECT_NE(server, ServerId());
 }
 
-// Each activation comes a little later after the release before it: before the server knows that it is to end, while it
-// revokes its classes, in its pause, and when it is gone.
+// Each activation comes a little later after the previous release: before the server knows that it must end, while it
+// revokes its classes, during its pause, and when it is gone.
 TEST_F(ServerLifetime, LosesNoActivation)
 {
     constexpr int kRounds = 20;

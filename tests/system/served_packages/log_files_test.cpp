@@ -4,7 +4,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Where logs go, and that each is readable while others, or it itself, are being written.
+// Where logs go, and that each is readable while it or other logs are being written.
 namespace zelt::test {
 namespace {
 
@@ -36,7 +36,7 @@ TEST_F(LogFiles, OfOneMinuteAreNumbered)
     const auto first = GetPackage(L"Aromatics");
     EXPECT_EQ((std::set<std::wstring>{base + L".zlg"}), NamesOf(Logs()));
     const auto second = GetPackage(L"Alcohols");
-    // Asked for twice, a package comes twice, each with its log.
+    // Two requests give two packages, each with its own log.
     const auto third = GetPackage(L"Aromatics");
     EXPECT_EQ((std::set<std::wstring>{base + L".zlg", base + L"(1).zlg", base + L"(2).zlg"}), NamesOf(Logs()));
     for (const std::filesystem::path& log : Logs()) {
@@ -55,7 +55,7 @@ TEST_F(LogFiles, CloseWithTheirPackage)
     EXPECT_TRUE(OnlyLog().ends_with("</zeltlogdocument>\r\n"));
 }
 
-// One server's thread serves both: the second one's whole session takes place inside a call of the first one's.
+// One server thread serves both: the second simulator's whole session takes place inside a call of the first.
 TEST_F(LogFiles, OfTwoSimulatorsAtOnceAreApart)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});

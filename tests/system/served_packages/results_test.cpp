@@ -5,7 +5,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// What a simulator gets through the server is what the package gives it in process, and the log tells all of it.
+// A simulator gets the same results through the server as from the package in process, and the log records everything.
 namespace zelt::test {
 namespace {
 
@@ -17,7 +17,7 @@ protected:
         if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
     }
 
-    // The package is a 32-bit library, so the process that loads it is one, too.
+    // The package is a 32-bit library, so the process that loads it is also 32-bit.
     static std::string InProcess(const std::wstring& package, const std::wstring& manager)
     {
         const SimulatorResult run = RunSimulator(SimulatorCommand(Width::Bits32, package, L"--in-process", manager));
@@ -67,8 +67,8 @@ TEST_P(Simulations, UseAStandAlonePackageUnderItsExportedName)
                                           "Package\"/>\r\n"));
 }
 
-// A package of the older generation and a reaction package, each from its own manager, with all that they are handed: the
-// context, material templates, parameters, reaction objects.
+// A package of the older generation and a reaction package, each from its own manager, with all the objects that they
+// get: the context, material templates, parameters, reaction objects.
 TEST_P(Simulations, OfAnOlderPropertyPackageAreTheSameAndTheGoldenLog)
 {
     Export({{kSampleThermoSystem, 2, L"Alcohols", L"Alcohols"}});
@@ -88,7 +88,7 @@ TEST_P(Simulations, OfAReactionPackageAreTheSameAndTheGoldenLog)
     EXPECT_EQ("", MatchGolden("sample_simulator_reactions.zlg", Comparable(OnlyLog(), Addresses::Alike)));
 }
 
-// The package lets go of a material when it is terminated, so nothing is left over to be reported.
+// The package releases the material when it is terminated, so nothing is left to report.
 TEST_P(Simulations, MayLeaveTheMaterialSet)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
@@ -107,7 +107,7 @@ TEST_P(Simulations, AreToldOfAMaterialThatThePackageKeeps)
                             "final release of &quot;Keeps Material&quot; (reference count 1)\"/>\r\n"
                             "</zeltlogdocument>\r\n"))
         << OnlyLog();
-    // The material that is never released is an object of the server's.
+    // The material that is never released is an object of the server.
     ServerStays();
     EXPECT_NE(0u, ServerId());
 }

@@ -3,13 +3,13 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Script hosts reach the packages through IDispatch alone.
+// Script hosts reach the packages only through IDispatch.
 namespace zelt::test {
 namespace {
 
 class Scripts : public ServedPackages, public testing::WithParamInterface<Width> {
 protected:
-    // This program is a 32-bit one: its system folder is the 32-bit one, and the other one has a name of its own.
+    // This is a 32-bit program: its system folder is the 32-bit one, and the 64-bit one has another name.
     static std::filesystem::path ScriptHost()
     {
         wchar_t windows[MAX_PATH];

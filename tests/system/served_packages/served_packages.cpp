@@ -28,7 +28,7 @@ void RunToSuccess(const std::wstring& commandLine)
         << testing::PrintToString(commandLine);
 }
 
-// Windows forgets the classes of a server that has died. Wine's service goes on handing them out, until it is stopped.
+// Windows forgets the classes of a dead server. Wine's service continues to hand them out until it is stopped.
 void ForgetClassesOfDeadServers()
 {
     constexpr int kAttempts = 100;
@@ -51,10 +51,10 @@ std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstr
 
 void RegisterServerAndSamples()
 {
-    // Those that other tests have left.
+    // Those left by other tests.
     if (UnderWine()) ForgetClassesOfDeadServers();
     RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /RegServer");
-    // This program is a 32-bit one, and so is the regsvr32 that the system gives it.
+    // This is a 32-bit program, so the system gives it the 32-bit regsvr32.
     for (const char* library : kLibraries)
         RunToSuccess(L"regsvr32.exe /s " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
 }
@@ -68,7 +68,7 @@ void UnregisterServerAndSamples()
 
 void ServedPackages::SetUpTestSuite()
 {
-    // A program of tests before may have ended early. Between the tests of this one none is left.
+    // An earlier test program may have ended early. Between the tests of this program, no server is left.
     if (!ProcessIds(kServerFile).empty()) KillServer();
 }
 
@@ -196,8 +196,8 @@ ComPtr<ICapeThermoPropertyPackageManager> ServedPackages::CreateManager()
     ComPtr<ICapeThermoPropertyPackageManager> manager;
     const auto create = [&] { return CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager)); };
     HRESULT result = create();
-    // On Windows the server's classes are suspended in the moment when its last reference goes. Under Wine they are not,
-    // and an activation that meets the server in its end is cut off: it is asked for again, once.
+    // On Windows, the server's classes are suspended at the moment when its last reference is released. Under Wine they
+    // are not, and an activation that reaches the ending server fails: the test repeats it once.
     if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) result = create();
     EXPECT_EQ(S_OK, result);
     return manager;

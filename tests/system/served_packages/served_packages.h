@@ -1,6 +1,6 @@
 // The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
-// while the tests run, the user's settings and logs are put back after each test, and no server is left running. It owns
-// nothing of the clients that a test starts.
+// while the tests run, the user's settings and logs are restored after each test, and no server is left running. It
+// does not own the clients that a test starts.
 #pragma once
 
 #include <cape-open.h>
@@ -30,7 +30,7 @@ inline constexpr wchar_t kFaultyManager[] = L"{C59ABBC3-B793-4E15-880F-23C6545EF
 inline constexpr wchar_t kFaultyInitialize[] = L"{39A63A6A-8251-4F4C-900C-2A592EDCA204}";
 inline constexpr wchar_t kFaultyCreate[] = L"{2146EFBD-6469-46C9-9808-1BFF27B729A1}";
 
-// One exported package as the user's registry holds it.
+// One exported package as stored in the user's registry.
 struct Exported {
     std::wstring classId;
     int kind;  // 0, 2, 4: from a manager; 1, 3, 5: stand-alone
@@ -39,7 +39,7 @@ struct Exported {
     bool logging = true;
 };
 
-// What the tests need in the registry.
+// Registers what the tests need.
 void RegisterServerAndSamples();
 void UnregisterServerAndSamples();
 
@@ -47,27 +47,27 @@ class ServedPackages : public testing::Test {
 protected:
     static void SetUpTestSuite();
     void SetUp() override;
-    // Also waits until the server has ended by itself, unless the test has said that it stays.
+    // Also waits until the server has ended by itself, unless the test has called ServerStays.
     void TearDown() override;
 
-    // Writes the list of exported packages. Logs go to their automatic place and nobody is asked about them.
+    // Writes the list of exported packages. Logs go to their automatic location without questions.
     static void Export(const std::vector<Exported>& packages);
     // The stored names of the first NumPackages entries.
     static std::vector<std::wstring> StoredNames();
 
-    // The logs that were made since the test began, in the order of their names.
+    // The logs made since the test began, in the order of their names.
     std::vector<std::filesystem::path> Logs() const;
-    // The text of the one log.
+    // The text of the only log.
     std::string OnlyLog() const;
     static std::string ReadLog(const std::filesystem::path& path);
 
-    // The one server process; 0 and a failed test when there is none or more than one.
+    // The only server process; 0 and a failed test if there is none or more than one.
     static DWORD ServerId();
     static void KillServer();
-    // For a server that has ended in any way but its own.
+    // For a server that has not ended by itself.
     static void ServerHasDied();
 
-    // Something holds the server, and the test accounts for it: it is ended by its id.
+    // Something holds the server, as the test expects: the fixture ends it by its id.
     void ServerStays() { serverStays = true; }
 
     // This process as a client.
@@ -86,7 +86,7 @@ private:
 
 bool UnderWine();
 
-// The log in the form in which logs of different runs and systems are compared.
+// The log in a form that can be compared between runs and systems.
 std::string Comparable(const std::string& log, Addresses addresses = Addresses::Numbered);
 
 }  // namespace zelt::test

@@ -1,4 +1,4 @@
-// The sample simulator of either width as a client process: run to its end, or held in mid-call.
+// The sample simulator of either width as a client process: run to its end, or held during a call.
 #pragma once
 
 #include <windows.h>
@@ -17,14 +17,14 @@ inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Wi
 
 inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
 
-// The 64-bit one belongs to the other build, which may not be there.
+// The 64-bit simulator belongs to the other build, which may not exist.
 bool HasSimulator(Width width);
 inline constexpr char kNoSimulator[] = "the 64-bit simulator is not built";
 
-// The program, ready for a command line.
+// The program's path in quotes, for a command line.
 std::wstring SimulatorProgram(Width width);
 
-// A command line that uses `package` of the server's manager, or of the class that is named instead.
+// A command line that uses `package` from the server's manager, or from the class named instead.
 std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options = {},
                               const std::wstring& manager = L"ZELT.PropertyPackageManager");
 
@@ -35,10 +35,10 @@ struct SimulatorResult {
 
 SimulatorResult RunSimulator(const std::wstring& commandLine);
 
-// The output without what names the manager and its packages: the part that must not depend on where a package runs.
+// The output without the names of the manager and its packages: the part that must not depend on where a package runs.
 std::string Results(const std::string& output);
 
-// A file for a process's output, which is deleted at the end.
+// A file for a process's output, deleted at the end.
 class OutputFile {
 public:
     OutputFile();
@@ -53,7 +53,7 @@ private:
     std::string path;
 };
 
-// A simulator that is waiting inside the package's first read of the material, so that both sides are in mid-call.
+// A simulator that waits inside the package's first read of the material, so that both sides are in a call.
 class SimulatorInMidCall {
 public:
     SimulatorInMidCall(Width width, const std::wstring& package);
@@ -61,10 +61,10 @@ public:
     SimulatorInMidCall(const SimulatorInMidCall&) = delete;
     SimulatorInMidCall& operator=(const SimulatorInMidCall&) = delete;
 
-    // False when it did not get there.
+    // False if it did not get there.
     bool Reached() const { return reached; }
     void Kill() { process.Kill(); }
-    // Lets it go on, and waits for its end.
+    // Lets it continue, and waits for its end.
     SimulatorResult Continue();
 
 private:

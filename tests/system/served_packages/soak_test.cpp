@@ -8,16 +8,16 @@
 #include "tests/system/served_packages/simulator.h"
 #include "tests/unit/support/long_run.h"
 
-// A server that has served for long holds what it held at the start. ZELT_TEST_EFFORT makes it as long as one likes.
+// After long use, a server holds no more than at the start. ZELT_TEST_EFFORT sets the length.
 namespace zelt::test {
 namespace {
 
 namespace fs = std::filesystem;
 using Microsoft::WRL::ComPtr;
 
-// The heap grows in steps, whatever is in it.
+// The heap grows in steps, whatever it contains.
 constexpr SIZE_T kMostGrowth = 4 << 20;
-// What Wine keeps of a connection to a package that has gone: in its surrogate process, too, it is something over a kilobyte.
+// What Wine keeps of a connection to a released package: a little more than a kilobyte, in its surrogate process too.
 constexpr SIZE_T kOfALostConnection = 1536;
 
 class ServerSoak : public ServedPackages {
@@ -28,7 +28,7 @@ protected:
         Export({{kSampleManager, 0, L"Aromatics", L"Aromatics", false},
                 {kSampleManager, 0, L"Alcohols", L"Alcohols", true},
                 {kFaultyManager, 0, L"Menu", L"Menu", false}});
-        // Holds the server from the first to the last.
+        // Holds the server for the whole test.
         manager = CreateManager();
         server = ServerId();
     }
@@ -44,7 +44,7 @@ protected:
         EXPECT_EQ(S_OK, manager->GetPropertyPackage(sample::MakeBstr(name).GetBSTR(), &package));
         return package;
     }
-    // Some calls of each sort.
+    // Makes some calls of each sort.
     static void Use(IDispatch* package)
     {
         ComPtr<ICapeThermoCompounds> compounds;
@@ -75,7 +75,7 @@ protected:
         for (const fs::path& log : Logs()) fs::remove(log, ignored);
     }
 
-    // COM closes the connections of clients that have gone a little later.
+    // COM closes the connections of ended clients a little later.
     ProcessFigures SettledFigures() const
     {
         constexpr int kLook = 250, kQuiet = 4, kMostLooks = 60;
@@ -89,8 +89,8 @@ protected:
         return figures;
     }
 
-    // Does `round` some times, to fill what is filled once, and then `rounds` times more, with the server holding the same
-    // before and after. `kept` bytes of each round are the system's.
+    // Runs `round` a few times, to fill what is filled once, and then `rounds` more times; the server must hold the
+    // same before and after. The system keeps `kept` bytes per round.
     template <class Round>
     void ExpectFlat(int warmUp, int rounds, Round round, SIZE_T kept = 0)
     {
@@ -99,7 +99,7 @@ protected:
         ASSERT_LT(0u, before.handles);
         for (int i = 0; i < rounds; ++i) {
             round(i);
-            // A line now and then, to see the way that things go.
+            // Prints a line now and then, to show progress.
             if (rounds >= 1'000 && i % (rounds / 10) == 0) std::cout << i << ": " << FiguresOf(server) << std::endl;
             if (HasFailure()) return;
         }
@@ -125,7 +125,7 @@ TEST_F(ServerSoak, PackagesLeaveNothingBehind)
         ASSERT_TRUE(package);
         Use(package.Get());
         if (i % 8 == 0) {
-            // Its log is closed.
+            // This closes its log.
             const ComPtr<IDispatch> faulty = Get(L"Menu");
             ASSERT_TRUE(faulty);
             Fault(faulty.Get());

@@ -1,4 +1,5 @@
-// PRAVIK from the registered server, by clients of both widths: created, connected, saved, and loaded by another process.
+// PRAVIK from the registered server, used by clients of both widths: created, connected, saved, and loaded by another
+// process.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -42,7 +43,7 @@ protected:
     }
     static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
 
-    // One client's whole run, and what the server's log says of it.
+    // One client's whole run, and the server's log of it.
     void SaveWith(Width width)
     {
         const SimulatorResult saved = Run(width, L"save");

@@ -28,7 +28,7 @@ protected:
         viewer = Process::Start(L'"' + program.wstring() + L"\" \"" + log.wstring() + L'"');
         for (int i = 0; i < 100 && !Window(); ++i) Sleep(100);
         ASSERT_TRUE(Window());
-        // Its classes are registered a little later than its window is shown.
+        // It registers its classes a little after it shows its window.
         Sleep(500);
     }
     void TearDown() override
@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, BesideALogViewer, testing::ValuesIn(kWidth
 
 TEST_P(BesideALogViewer, SimulatorsFindTheirPackagesAndGetTheirLogs)
 {
-    // Who only reads a log leaves the list to others.
+    // A process that only shows a log does not hold the list.
     EXPECT_TRUE(PackageListEdit().Allowed());
     const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Aromatics"));
     EXPECT_EQ(0u, run.exitCode);
@@ -57,7 +57,7 @@ TEST_P(BesideALogViewer, SimulatorsFindTheirPackagesAndGetTheirLogs)
                                   "Packages: Second, Aromatics\n"))
         << run.output;
     EXPECT_EQ("", MatchGolden("sample_simulator_11.zlg", Comparable(OnlyLog())));
-    // It was this process that served, and now it holds the list.
+    // This process served, so now it holds the list.
     EXPECT_EQ(viewer->Id(), ServerId());
     EXPECT_FALSE(PackageListEdit().Allowed());
     EXPECT_TRUE(viewer->Running());
