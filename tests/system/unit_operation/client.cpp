@@ -1,5 +1,6 @@
-// unit_client save|load <file>: a simulator with one unit, which is PRAVIK, over a unit that this process serves itself.
-// Saves what it has calculated into a file, or loads it from one. Prints a line a step; the exit code is 0 when all went well.
+// unit_client save|load <file>: a simulator with one unit, PRAVIK, which wraps a unit that this process serves itself.
+// Saves the calculated unit to a file, or loads it from one. Prints a line per step; the exit code is 0 if all steps
+// succeeded.
 #include <windows.h>
 #include <objbase.h>
 
@@ -17,7 +18,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Says what came of a step, and ends the run when it failed.
+// Prints the result of a step, and ends the run if it failed.
 void Step(const char* what, HRESULT result)
 {
     std::printf("%s: 0x%08lX\n", what, static_cast<unsigned long>(result));

@@ -1,4 +1,4 @@
-// A unit operation with one port, which the client process itself serves: the logged unit operation of the server finds it
+// A unit operation with one port, served by the client process itself: the server's logged unit operation finds it
 // through COM like any other, whatever the width of the client.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace zelt::test {
 // {4C3F7A52-6E0D-4B1B-9A55-8C21E0B7D301}
 inline constexpr CLSID kServedUnit = {0x4C3F7A52, 0x6E0D, 0x4B1B, {0x9A, 0x55, 0x8C, 0x21, 0xE0, 0xB7, 0xD3, 0x01}};
 
-// What its last unit saved, or loaded, and what is connected to it.
+// What its last unit saved or loaded, and what is connected to it.
 struct UnitState {
     std::string state;
     Microsoft::WRL::ComPtr<IDispatch> connected;
@@ -31,7 +31,7 @@ struct UnitPart final : com::DualPart<ICapeUnit> {
         *status = CAPE_VALID;
         return S_OK;
     }
-    // Asks the connected collection for its size, and keeps the answer.
+    // Gets the connected collection's size and keeps it.
     STDMETHOD(Calculate)() override;
     STDMETHOD(Validate)(BSTR*, VARIANT_BOOL* isValid) override
     {
@@ -81,7 +81,7 @@ private:
     PersistencePart persistence{*this};
 };
 
-// An energy port, in a collection of its own.
+// An energy port in its own collection.
 class ServedPort final : public com::Object {
 protected:
     IDispatch* ScriptInterface() override { return &port; }
@@ -113,7 +113,7 @@ private:
     } port{*this};
 };
 
-// A collection that gives one item of its own making, or a mere size.
+// A collection with one port that it makes itself, or with only a size.
 class Collection final : public com::Object {
 public:
     explicit Collection(bool holdsPort, long size) : holdsPort(holdsPort), size(size) {}
