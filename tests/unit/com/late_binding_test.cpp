@@ -1,4 +1,4 @@
-// Late-bound calls on a proxy that are wrong: the caller learns what is, and nothing reaches the package or the log.
+// Wrong late-bound calls on a proxy: the caller learns what is wrong, and nothing reaches the package or the log.
 #include "proxy_fixture.h"
 
 namespace zelt::test {
@@ -6,7 +6,7 @@ namespace {
 
 constexpr LCID kLocale = LOCALE_INVARIANT;
 
-// Wine's type information does not tell the index.
+// Wine's type information does not return the index.
 bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 class LateBinding : public ProxyFixture {
@@ -48,7 +48,7 @@ TEST_F(LateBinding, UnknownNames)
     LPOLESTR alone[] = {unknown.data()};
     EXPECT_EQ(DISP_E_UNKNOWNNAME, routine->GetIDsOfNames(IID_NULL, alone, 1, kLocale, ids));
     EXPECT_EQ(DISPID_UNKNOWN, ids[0]);
-    // A method of another of the object's interfaces is unknown to this one.
+    // This interface does not know the methods of the object's other interfaces.
     std::wstring other = L"SetMaterial";
     LPOLESTR others[] = {other.data()};
     EXPECT_EQ(DISP_E_UNKNOWNNAME, routine->GetIDsOfNames(IID_NULL, others, 1, kLocale, ids));
@@ -69,7 +69,7 @@ TEST_F(LateBinding, UnknownMembers)
         id = member;
         EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(none)) << member;
     }
-    // A method is no property.
+    // A method is not a property.
     id = IdOf(L"CheckSinglePhasePropSpec");
     EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(none, DISPATCH_PROPERTYPUT));
     ExpectNothingCame();
@@ -86,7 +86,7 @@ TEST_F(LateBinding, WrongCounts)
     ExpectNothingCame();
 }
 
-// Arguments stand in reverse order; the index is that of the array.
+// Arguments are in reverse order; the index is that in the array.
 TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
 {
     VARIANT array;
@@ -101,7 +101,7 @@ TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
         if (!UnderWine()) {
             EXPECT_EQ(index, wrong);
         }
-        // A caller that does not ask for the index gets the same answer.
+        // A caller that does not ask for the index gets the same result.
         EXPECT_EQ(DISP_E_TYPEMISMATCH,
                   routine->Invoke(id, IID_NULL, kLocale, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr));
     }
@@ -127,14 +127,14 @@ TEST_F(LateBinding, NumbersThatAreNoTextAreConverted)
 TEST_F(LateBinding, NamedArguments)
 {
     const _variant_t property(L"density"), phase(L"Liquid");
-    // The first of the array is named, and is the second of the method.
+    // Names the first argument of the array, which is the method's second.
     DISPID phaseId = 1;
     _variant_t values[] = {phase, property};
     DISPPARAMS parameters = {values, &phaseId, 2, 1};
     EXPECT_EQ(S_OK, Invoke(parameters));
     EXPECT_EQ(VT_BOOL, result.vt);
     EXPECT_EQ(1u, package->calls.size());
-    // Both are named, in the other order.
+    // Names both, in the other order.
     DISPID bothIds[] = {0, 1};
     _variant_t swapped[] = {property, phase};
     DISPPARAMS both = {swapped, bothIds, 2, 2};
@@ -149,7 +149,7 @@ TEST_F(LateBinding, NullOutputs)
 {
     EXPECT_EQ(E_POINTER, routine->GetTypeInfoCount(nullptr));
     EXPECT_EQ(E_POINTER, routine->GetTypeInfo(0, kLocale, nullptr));
-    // A result that nobody wants is made and dropped.
+    // A result that the caller does not want is created and dropped.
     _variant_t values[] = {_variant_t(L"Liquid"), _variant_t(L"density")};
     DISPPARAMS parameters = {values, nullptr, 2, 0};
     EXPECT_EQ(S_OK, routine->Invoke(id, IID_NULL, kLocale, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr));

@@ -1,4 +1,4 @@
-// The path of a module, of whatever length.
+// The path of a module, whatever its length.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -13,7 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A copy of a library in a folder whose path is so long that the copy's path has `length` characters. Gone with its owner.
+// A copy of a library in a folder whose path is so long that the copy's path has `length` characters. Deleted with its
+// owner.
 class FarLibrary {
 public:
     explicit FarLibrary(std::size_t length)
@@ -65,7 +66,7 @@ TEST(ModulePath, IsWholeWhateverItsLength)
         ASSERT_TRUE(library.Module()) << GetLastError();
         const std::wstring found = com::ModulePath(library.Module());
         EXPECT_TRUE(found.ends_with(L"\\needed.dll"));
-        // The system gives the path with or without the mark of a long one.
+        // The system returns the path with or without the prefix of long paths.
         EXPECT_TRUE(found == library.Path() || found == library.Path().substr(4)) << found.size();
     }
 }

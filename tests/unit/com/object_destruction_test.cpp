@@ -1,4 +1,4 @@
-// Objects that are asked for, and let go, while they are being destroyed.
+// Objects that are referenced and released while they are being destroyed.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 namespace zelt::test {
 namespace {
 
-// Lives in one place that is never given back, so that a second destruction can be counted instead of ending the program.
+// Lives in memory that is never freed, so that a second destruction can be counted instead of ending the program.
 class Counted final : public com::Object {
 public:
     static inline int destroyed = 0;
