@@ -1,5 +1,5 @@
-// Objects entered on other threads than their own: methods answer RPC_E_WRONG_THREAD, references count, and the log tells of
-// it once, from the apartment's own thread.
+// Objects entered on foreign threads: methods return RPC_E_WRONG_THREAD, references count, and the log reports this
+// once, from the apartment's own thread.
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -10,7 +10,7 @@
 namespace zelt::test {
 namespace {
 
-// Runs `body` on a thread of its own, to its end, and returns the thread's number.
+// Runs `body` to its end on a new thread, and returns the thread's number.
 template <class Body>
 DWORD OnOtherThread(Body&& body)
 {
@@ -30,7 +30,7 @@ std::string Foreign(const std::string& object, const char* member, DWORD thread)
 
 class Apartment : public ProxyFixture {
 protected:
-    // What a test leaves behind would keep its proxy beyond the log.
+    // Visits that a test leaves would keep its proxy alive longer than the log.
     void TearDown() override { com::Object::ReceiveVisits(); }
 
     ComPtr<FakePackage> package = MakeFake<FakePackage>();
@@ -168,7 +168,7 @@ TEST_F(Apartment, ReleasesBeyondTheReferencesThatThereAreEndTheObjectOnce)
     EXPECT_EQ(1u, package->ReferenceCount());
 }
 
-// Receiving the visit of one leads another thread to visit the next.
+// When one object's visit is received, another thread visits the next object.
 class Chained final : public com::Object {
 public:
     Chained* next = nullptr;

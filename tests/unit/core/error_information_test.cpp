@@ -18,7 +18,7 @@ void SetInformation(const wchar_t* description)
     SetErrorInfo(0, information.Get());
 }
 
-// What the caller finds, taken away.
+// Takes the error information that the caller finds.
 std::wstring TakeInformation()
 {
     ComPtr<IErrorInfo> information;
@@ -33,7 +33,7 @@ class ErrorInformation : public UnitFixture {
 protected:
     ErrorInformation() { SetErrorInfo(0, nullptr); }
 
-    // Logged and unlogged in turn.
+    // First logged, then unlogged.
     template <class Body>
     void EachWay(Body&& body)
     {

@@ -1,11 +1,11 @@
-// The order of what happens at a root's final release: all its proxies drop their interfaces, and only then is it said which
-// of them are still held.
+// The order of events at a root's final release: all its proxies drop their interfaces, and only then does the log
+// report which proxies are still held.
 #include "proxy_fixture.h"
 
 namespace zelt::test {
 namespace {
 
-// A material that does something when the proxy lets go of one of its interfaces.
+// A material that does something when the proxy releases one of its interfaces.
 class LettingMaterial final : public FakeObject {
 public:
     std::function<void()> duringRelease;
@@ -34,7 +34,7 @@ private:
 
 class FinalReport : public ProxyFixture {
 protected:
-    // Hands a material to the package and uses it, so that its proxy holds an interface. The result is the proxy.
+    // Passes a material to the package and uses it, so that its proxy holds an interface. Returns the proxy.
     ComPtr<IDispatch> Give(const ComPtr<LettingMaterial>& material, const wchar_t* name)
     {
         material->name = name;

@@ -7,7 +7,7 @@
 namespace zelt::test {
 namespace {
 
-// The classes of this process are those of a scratch key.
+// A scratch key contains the classes of this process.
 class InterfaceNameTest : public testing::Test {
 protected:
     InterfaceNameTest() { EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CLASSES_ROOT, scratch.Key())); }

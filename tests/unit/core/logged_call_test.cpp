@@ -1,4 +1,4 @@
-// The frame of a proxied call: what is forwarded, what comes back, and what the log says about it.
+// The frame of a proxied call: what is forwarded, what comes back, and what is logged.
 #include "core/logged_call.h"
 
 #include <cstring>
@@ -43,7 +43,7 @@ TEST_F(LoggedCallTest, PassesArgumentsUnchangedToTheBit)
 {
     const auto routine = As<ICapeThermoPropertyRoutine>(proxy);
     VARIANT moles;
-    std::memset(&moles, 0xA5, sizeof moles);  // the unused bytes travel too
+    std::memset(&moles, 0xA5, sizeof moles);  // unused bytes are passed too
     moles.vt = VT_R8;
     const std::uint64_t payload = 0x7FF80000DEADBEEF;
     std::memcpy(&moles.dblVal, &payload, sizeof payload);
@@ -141,7 +141,7 @@ struct EscapeRow {
     const char* logged;
 };
 
-// Volatile operands: a division by a constant zero, or of a constant one, is no division to the compiler.
+// Volatile operands, because the compiler would remove a division of or by a constant.
 void DivideByZero()
 {
     volatile int dividend = 5;
@@ -207,7 +207,8 @@ TEST_F(LoggedCallTest, NestedCallsNestTheirElements)
               Written());
 }
 
-// Recurses through the proxy until the stack ends; the fault is caught where there is room again, some calls further out.
+// Recurses through the proxy until the stack ends; the fault is caught where there is room again, some calls up the
+// stack.
 TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
 {
     const ULONG references = proxy->ReferenceCount();
@@ -233,7 +234,7 @@ TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
         return found;
     };
     EXPECT_EQ(count("<func "), count("</func>"));
-    // Each element lies inside the one before it, and each line is whole.
+    // Each element is inside the one before it, and each line is complete.
     std::istringstream lines(text);
     int depth = 0;
     for (std::string line; std::getline(lines, line);) {
@@ -291,7 +292,7 @@ TEST_F(LoggedCallTest, ProxyReleasedWhileItIsRenamed)
 
 TEST_F(LoggedCallTest, SupportOfErrorInformationIsTheObjectsOwnAndNotLogged)
 {
-    // The scripted package offers none.
+    // The scripted package does not offer ISupportErrorInfo.
     ComPtr<ISupportErrorInfo> support;
     EXPECT_EQ(E_NOINTERFACE, proxy.As(&support));
     const std::string refused = Written();
@@ -371,7 +372,7 @@ TEST_F(LoggedCallTest, InvokeWorksOnEachInterfaceByItself)
     EXPECT_EQ(VT_R8, result.vt);
     EXPECT_EQ(8.31446, result.dblVal);
 
-    // The object's own IDispatch is identification's.
+    // The object's own IDispatch is that of identification.
     ComPtr<IDispatch> script;
     ASSERT_EQ(S_OK, proxy.As(&script));
     DISPPARAMS none = {};

@@ -1,5 +1,5 @@
-// Every allocation of our own fails, one after the other: no call goes further than a status code, no reference and no memory
-// is lost, and the log stays whole.
+// Each of our own allocations fails, one after another: every call ends with a status code, no reference or memory
+// is lost, and the log stays complete.
 #include "fault_kinds.h"
 #include "long_run.h"
 #include "memory_failure.h"
@@ -32,7 +32,7 @@ public:
     Story(const Story&) = delete;
     Story& operator=(const Story&) = delete;
 
-    // Ends early when there is no memory for the proxy.
+    // Ends early if there is no memory for the proxy.
     void Run()
     {
         const ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get(), document);
@@ -72,8 +72,8 @@ private:
     _bstr_t name = L"a name that is longer than what a string has room for by itself";
 };
 
-// A property package as it is really used: a flash and properties of two phases, constants, parameters, and calls that the
-// package refuses. Package and material are the samples, which allocate too and answer for it with status codes.
+// A property package in realistic use: a flash and properties of two phases, constants, parameters, and calls that the
+// package refuses. Package and material are the samples, which also allocate and return status codes on failure.
 class Calculation : public Answered {
 public:
     explicit Calculation(LogDocument* document) : document(document)
@@ -120,7 +120,7 @@ public:
             Note(compounds->GetCompoundConstant(texts, ids, &constants));
         }
         if (!Note(context->SetMaterial(face.Get()))) return;
-        // From a liquid over two phases to a vapour; the phase that is missing is refused.
+        // From a liquid through two phases to a vapour; the package refuses the missing phase.
         for (const _variant_t& state : temperatures) {
             if (!Note(material->SetOverallProp(temperatureName, noBasis, state))) continue;
             if (!Note(equilibrium->CalcEquilibrium(temperature, pressure, nature))) continue;
@@ -150,7 +150,7 @@ private:
     ComPtr<IDispatch> package;
     ComPtr<ICapeThermoMaterial> material;
     ComPtr<IDispatch> face;
-    // Made before, so that what the scenario itself allocates is not what fails.
+    // Made beforehand, so that the scenario's own allocations do not fail.
     const _variant_t first = 1L;
     const _variant_t texts = sample::MakeStrings({L"molecularWeight", L"casRegistryNumber"});
     const _variant_t temperature = sample::MakeStrings({L"temperature", L"", L"overall"});
@@ -167,7 +167,7 @@ private:
 
 TEST_F(MemoryFailure, OfEachAllocationEndsInStatusCodes) { FailOneAfterAnother<Story>(1, 10); }
 
-// Every one of them with ZELT_TEST_EFFORT=50.
+// With ZELT_TEST_EFFORT=50, every allocation.
 TEST_F(MemoryFailure, OfSampledAllocationsOfAWholeCalculationEndsInStatusCodes)
 {
     FailOneAfterAnother<Calculation>(std::max(1, 50 / Effort()), 10);

@@ -1,4 +1,4 @@
-// What packages and simulators should not do: it stays without consequences for the server.
+// What packages and simulators should not do: it has no consequences for the server.
 #include <thread>
 
 #include "guard/calls_in_progress.h"
@@ -29,7 +29,7 @@ TEST_F(Misuse, APackageThatReleasesAMaterialTooOftenInMidCall)
         package->duringCall = [&] {
             IDispatch* given = package->material;
             for (int i = 0; i < releases; ++i) given->Release();
-            // And goes on using it.
+            // And continues to use it.
             ICapeThermoMaterial* state = nullptr;
             if (SUCCEEDED(given->QueryInterface(IID_PPV_ARGS(&state)))) {
                 EXPECT_EQ(S_OK, state->ClearAllProps());
@@ -37,7 +37,7 @@ TEST_F(Misuse, APackageThatReleasesAMaterialTooOftenInMidCall)
             }
         };
         EXPECT_EQ(S_OK, context->SetMaterial(face.Get()));
-        // The simulator's own material is untouched: this test's two, and one a wrapper that is still alive.
+        // The simulator's own material is unharmed: no wrapper is alive, and this test's two references are left.
         EXPECT_EQ(2u, material->ReferenceCount());
         EXPECT_EQ(0u, CountCallsInProgress());
     }
@@ -67,7 +67,7 @@ TEST_F(Misuse, EveryOrderOfReleases)
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-// Calls that come in while the package shows a window of its own.
+// Calls that come in while the package shows its own window.
 TEST_F(Misuse, APackageThatShowsAModalWindowInMidCall)
 {
     struct Window {

@@ -1,5 +1,5 @@
-// Trees of proxies of every kind: what the root's final release reports, what a proxy takes over from the one that it is
-// obtained through, and the versions of materials.
+// Trees of proxies of every kind: what the root's final release reports, what a proxy inherits from the proxy through
+// which it was obtained, and the versions of materials.
 #include <bit>
 
 #include "dynamic_fake.h"
@@ -17,7 +17,7 @@ constexpr char kWrong10[] =
 constexpr char kWrong11[] =
     "<error value=\"Invalid usage of version 1.1 material object interfaces (wrong thermo version)\"/>";
 
-// An object that hands out one object for every pointer that is asked of it, and keeps the last one that it is given.
+// An object that returns one object for every requested pointer, and keeps the last object that it gets.
 struct Giver {
     explicit Giver(const wchar_t* name) : fake(DynamicFake::Make(name))
     {
@@ -60,7 +60,7 @@ struct Giver {
 class ProxyFamily : public LogFixture {
 protected:
     ProxyFamily() { InstallWrappers(); }
-    // Before the others count the references on them.
+    // Before the other members check their reference counts.
     ~ProxyFamily() override { package.kept.Reset(); }
 
     ComPtr<CapeOpenBase> MakeRoot(const char* name, bool isLogged = true)
@@ -69,7 +69,7 @@ protected:
         root->AttachAsRoot(package.fake.Get(), isLogged ? document : nullptr, "Pack");
         return root;
     }
-    // A method call on an interface of a proxy; the result has to be S_OK.
+    // Calls a method of one of a proxy's interfaces; the result must be S_OK.
     template <class I, class... P, class... A>
     static void Call(IUnknown* object, HRESULT (STDMETHODCALLTYPE I::*method)(P...), A... arguments)
     {
@@ -95,7 +95,7 @@ protected:
     {
         return dynamic_cast<CMaterialObject&>(ProxyOf(pointer)).Version();
     }
-    // What the package keeps after it was handed a context.
+    // Passes a context to the package, and returns what the package keeps.
     ComPtr<IDispatch> SetContext(IUnknown* root)
     {
         Call(root, &ICapeUtilities::put_simulationContext, context.Pointer().Get());
@@ -152,7 +152,7 @@ TEST_F(ProxyFamily, EachKindThatIsStillAliveIsReportedAndForwardsAfterwards)
     News();
 
     root.Reset();
-    // The package held the reaction object until it was released itself, behind the report.
+    // The package held the reaction object until its own release, after the report.
     EXPECT_EQ(Unreleased("context", "Simulation Context", 1) + Unreleased("template", "Material Template", 1) +
                   Unreleased("material", "Material Object", 2) + Unreleased("collection", "Parameter collection", 1) +
                   Unreleased("parameter", "Parameter", 1) + Unreleased("specification", "Parameter specification", 1) +
@@ -173,7 +173,7 @@ TEST_F(ProxyFamily, EachKindThatIsStillAliveIsReportedAndForwardsAfterwards)
     Call(specProxy.Get(), &ICapeParameterSpec::get_Type, &type);
     Call(reactionsProxy.Get(), &ICapeReactionChemistry::GetNumberOfReactions, &number);
     for (std::size_t i = 0; i < std::size(all); ++i) EXPECT_EQ(before[i] + 1, countCalls(*all[i])) << i;
-    // A survivor still wraps what it returns, and outlives what it came through.
+    // A survivor still wraps what it returns, and outlives the proxy through which it was obtained.
     auto late = Obtain(collectionProxy.Get(), &ICapeCollection::Item, VARIANT{});
     collectionProxy.Reset();
     Call(late.Get(), &ICapeParameter::Reset);
@@ -238,12 +238,12 @@ TEST_F(ProxyFamily, MaterialsOfTemplatesStartWithTheVersionOfTheirOwner)
         {"CPropertyPackage11", ThermoVersion::CapeOpen11},
         {"CPropertyPackage10", ThermoVersion::CapeOpen10},
         {"CUnitOperation", ThermoVersion::CapeOpen10},
-        // A reaction package is given materials of either version.
+        // A reaction package gets materials of either version.
         {"CReactionPackage10", ThermoVersion::Unset},
     };
     for (const VersionRow& row : rows) {
         SCOPED_TRACE(row.root);
-        // A root closes its document, so each has one of its own.
+        // A root closes its document, so each has its own.
         LogFile file;
         const std::wstring ownPath = TemporaryPath();
         ASSERT_EQ(0, file.Open(ownPath));
@@ -255,7 +255,7 @@ TEST_F(ProxyFamily, MaterialsOfTemplatesStartWithTheVersionOfTheirOwner)
             const auto templateProxy = MakeTemplate(SetContext(root.Get()));
             const auto made = MakeMaterial(templateProxy);
             EXPECT_EQ(row.starting, VersionOf(made));
-            // The first call decides where nothing was set.
+            // The first call decides if no version is set.
             long number = 0;
             Call(made.Get(), &ICapeThermoMaterialObject::GetNumComponents, &number);
             EXPECT_EQ(row.starting == ThermoVersion::Unset ? ThermoVersion::CapeOpen10 : row.starting, VersionOf(made));
@@ -331,7 +331,7 @@ TEST_F(ProxyFamily, TemplatesAreReadOnlyWithTheirContext)
     }
     Call(open.Get(), &ICapeThermoMaterialTemplate::SetProp, nullptr, VARIANT{});
     EXPECT_EQ(std::string::npos, News().find(kReadOnly));
-    // What is made from it is the maker's own.
+    // A material made from it belongs to its maker.
     EXPECT_FALSE(ProxyOf(MakeMaterial(closed)).IsReadOnly());
 }
 
@@ -446,13 +446,13 @@ TEST_F(ProxyFamily, ValuesOfSetPropAreLoggedAsAnOutputBeforeTheCall)
 struct ArrayRow {
     const char* name;
     VARTYPE element;
-    std::vector<SAFEARRAYBOUND> bounds;  // the last dimension first, as the system creates them
-    unsigned nulls;                      // a bit for each element that holds no object
+    std::vector<SAFEARRAYBOUND> bounds;  // last dimension first, as the system creates them
+    unsigned nulls;                      // a bit for each element without an object
 };
 
 class SpecificationArray : public ProxyFamily {
 protected:
-    // Makes an array of which each element but the null ones is the specification.
+    // Makes an array in which each non-null element is the specification.
     VARIANT MakeArray(const ArrayRow& row)
     {
         auto bounds = row.bounds;

@@ -1,4 +1,4 @@
-// Naming, the query filter, wrapping, and what happens when the root of a tree goes.
+// Naming, the query filter, wrapping, and what happens when the root of a tree is released.
 #include "core/interface_name.h"
 #include "proxy_fixture.h"
 #include "scratch_classes.h"
@@ -10,7 +10,7 @@ constexpr char kMaterialAddress[] = "interface pointer ";
 
 class ProxyTreeTest : public ProxyFixture {
 protected:
-    // Hands a material to a package that keeps it; returns the wrapper.
+    // Passes a material to a package that keeps it; returns the wrapper.
     ComPtr<IDispatch> SetMaterial(const ComPtr<FakeMaterial>& material)
     {
         package->keepsMaterial = true;
@@ -19,7 +19,7 @@ protected:
         EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(proxy)->SetMaterial(raw.Get()));
         return package->kept;
     }
-    // Everything written since the last call of this.
+    // Everything written since the previous call of News.
     std::string News()
     {
         const std::string all = Written();
@@ -53,7 +53,7 @@ TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
                   InterfaceName(__uuidof(ICapeUtilities)) +
                   ": object does not expose it (returning E_NOINTERFACE)\"/>\n",
               News());
-    // The wrapped object has this one, the proxy does not offer it.
+    // The wrapped object has this interface, but the proxy does not offer it.
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeThermoMaterial), &answer));
     EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface " +
                   InterfaceName(__uuidof(ICapeThermoMaterial)) + "\"/>\n",
@@ -154,7 +154,7 @@ TEST_F(ProxyTreeTest, WrapperDiesWhenThePackageLetsGo)
     EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(proxy)->UnsetMaterial());
     EXPECT_EQ(before, material->ReferenceCount());
 
-    // A package that does not keep it releases it with the call.
+    // A package that does not keep the material releases it by the end of the call.
     package->keepsMaterial = false;
     ComPtr<IDispatch> raw;
     material.As(&raw);
@@ -289,7 +289,7 @@ TEST_F(ProxyTreeTest, ReleasedProxiesAreNotReported)
 
 TEST_F(ProxyTreeTest, RootKeepsItsObjectUntilTheReportIsWritten)
 {
-    // The package releases its material when it dies: the proxy must not have let go of it before the report.
+    // The package releases its material when it is destroyed: the proxy must not release the package before the report.
     SetMaterial(material);
     News();
     package.Reset();
@@ -385,7 +385,7 @@ TEST_F(MaterialObjectTest, ResultIsNullEvenIfTheCallNeverArrives)
 
 TEST_F(MaterialObjectTest, FailedCreationLeavesNull)
 {
-    material->created = reinterpret_cast<IDispatch*>(1);  // not to be trusted
+    material->created = reinterpret_cast<IDispatch*>(1);  // must not be used
     material->result = E_FAIL;
     IDispatch* created = reinterpret_cast<IDispatch*>(1);
     EXPECT_EQ(E_FAIL, logged->CreateMaterial(&created));
@@ -427,7 +427,7 @@ TEST_F(MaterialObjectTest, CopySourceIsForwardedAsItCameAndItsOriginalHeldOverTh
     EXPECT_EQ(nullptr, material->sourceValue);
     EXPECT_EQ(S_OK, logged->CopyFromMaterial(nullptr));
     EXPECT_EQ(nullptr, material->source);
-    // A plain object is no proxy: nothing is held, the source goes through.
+    // A plain object is not a proxy: nothing is held, and the source passes unchanged.
     slot = raw.Get();
     EXPECT_EQ(S_OK, logged->CopyFromMaterial(&slot));
     EXPECT_EQ(raw.Get(), material->sourceValue);

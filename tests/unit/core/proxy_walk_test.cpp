@@ -1,5 +1,5 @@
-// Every method of every interface that any proxy class exposes, called through its vtable and compared with the table of
-// proxied methods. The wrapped object is made from the same type information and records what arrives.
+// Calls every method of every interface that any proxy class exposes, through its vtable, and compares it with the
+// table of proxied methods. The wrapped object is made from the same type information and records what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -39,7 +39,7 @@ struct Scenario {
     ThermoVersion version = ThermoVersion::Unset;
 };
 
-// One call in one scenario: a tree of its own, the call, and all that there is to check.
+// One call in one scenario: its own tree, the call, and all checks.
 class WalkedCall {
 public:
     WalkedCall(const Target& target, const Scenario& scenario)
@@ -108,7 +108,7 @@ private:
         proxy = target.proxyClass.make(scenario.version);
         IUnknown* object = scenario.hasWrapped ? wrapped.Get() : nullptr;
         if (target.proxyClass.origin != Origin::Root) {
-            // The owner serves 1.1, which a template's materials start with.
+            // The owner serves 1.1, so a template's materials start with it.
             root = FindProxyClass("CPropertyPackage11").make(ThermoVersion::Unset);
             root->AttachAsRoot(nullptr, document, "Owner");
         }
@@ -119,10 +119,10 @@ private:
         if (scenario.refuses) wrapped->Refuse(target.shape.iid);
     }
 
-    // What the wrapped object does, in mid-call.
+    // What the wrapped object does during the call.
     HRESULT Answer(const IncomingCall& incoming)
     {
-        // While the proxy is made it asks for the name, which is no call of this walk.
+        // While the proxy is made, it gets the name; this call is not part of the walk.
         const bool isTarget = call && &incoming.method == &target.method;
         if (isTarget) {
             for (std::size_t i = 0; i < incoming.arguments.size(); ++i) TakeArgument(incoming, i);
@@ -141,7 +141,8 @@ private:
             void* destination = *static_cast<void**>(place);
             const ComPtr<IDispatch> object = thing->Face(__uuidof(ICapeIdentification));
             if (FAILED(scenario.result) && shape.type == VT_DISPATCH) {
-                // Not to be trusted after a failure; what is not replaced is left alone.
+                // An invalid pointer after a failure, which the proxy must not use; a pointer that is not replaced
+                // stays unset.
                 if (!step.proxyClass.empty()) *static_cast<IDispatch**>(destination) = reinterpret_cast<IDispatch*>(1);
                 return;
             }
@@ -152,10 +153,10 @@ private:
         auto** slot = shape.isReference ? *static_cast<IDispatch***>(place) : static_cast<IDispatch**>(place);
         if (!slot) return;
         if (*slot && IsReplaced(step, shape)) CheckProxy(*slot, step, shape);
-        if (shape.isReference) *slot = nullptr;  // a callee that clears what it was given
+        if (shape.isReference) *slot = nullptr;  // a callee that clears its argument
     }
 
-    // A pointer that stands for the object that crossed.
+    // Checks the proxy of an object that crossed.
     void CheckProxy(IDispatch* pointer, const TableStep& step, const ParameterShape& shape)
     {
         ComPtr<IUnknown> identity, original;
@@ -169,7 +170,7 @@ private:
         auto* made = static_cast<CapeOpenBase*>(static_cast<com::Object*>(identity.Get()));
         EXPECT_TRUE(FindProxyClass(step.proxyClass).isInstance(*made)) << step.name << " is no " << step.proxyClass;
         EXPECT_EQ(proxy->Document(), made->Document());
-        // What is handed out is called the way that the proxy itself is, what is handed in the other way.
+        // An object that is returned has the proxy's own direction, an object that is passed in has the other.
         EXPECT_EQ(proxy->IsIn() != shape.isIn, made->IsIn());
         if (auto* material = dynamic_cast<CMaterialObject*>(made)) {
             EXPECT_EQ(step.startingVersion == "1.0" ? ThermoVersion::CapeOpen10 : ThermoVersion::CapeOpen11,
@@ -185,7 +186,7 @@ private:
                 ++own;
                 continue;
             }
-            // A failure is described by the object itself.
+            // The object itself describes a failure.
             const std::string name = recorded.shape->name + "::" + recorded.method->name;
             EXPECT_TRUE(FAILED(scenario.result) &&
                         (name == "ECapeUser::get_description" || name == "ECapeRoot::get_name"))
@@ -206,7 +207,7 @@ private:
             const TableStep& step = *target.row.Arguments()[i];
             const bool isNull = scenario.filling == Filling::Nulls;
             if (shape.isReference && !shape.isOut) {
-                // The caller's own slot is never handed on.
+                // The caller's own slot is never passed on.
                 EXPECT_EQ(call->Bytes(i) == std::string(sizeof(void*), '\0'),
                           forwarded.arguments[i] == std::string(sizeof(void*), '\0'));
                 if (!scenario.hasNullSlots) {
@@ -331,7 +332,7 @@ private:
 
     void CheckName()
     {
-        // A unit operation takes its name before it has its unit.
+        // A unit operation accepts a name before it has its unit.
         const bool isRenamed = Succeeds() || (!scenario.hasWrapped && proxy->IsNamedEarly());
         const bool isNull = scenario.filling == Filling::Nulls;
         EXPECT_EQ(isRenamed ? isNull ? "" : "the name 0" : objectName, proxy->Name());
@@ -352,8 +353,8 @@ private:
     std::unique_ptr<MethodCall> call;
 };
 
-// The two interfaces of a proxy that serve the server and COM, and write nothing; and persistence, which is no automation
-// interface and has tests of its own.
+// A proxy's two interfaces for the server and for COM, which log nothing; and persistence, which is not an automation
+// interface and has its own tests.
 bool IsUnlogged(REFIID iid)
 {
     for (const IID& unlogged :
@@ -403,7 +404,7 @@ protected:
     void WalkAllIn(const Scenario& scenario)
     {
         WalkAll([&](const Target& target) {
-            // A unit operation without its unit makes it now, which may ask the user.
+            // A unit operation without its unit makes the unit now, and may ask the user.
             const bool makesObject = target.proxyClass.isInstance(*UnitOperation().Get()) &&
                                      target.row.Key() == "ICapeUtilities::Initialize";
             if (scenario.hasWrapped || !makesObject) WalkedCall(target, scenario).Run();
@@ -444,7 +445,7 @@ TEST_F(ProxyWalk, EveryLineStandsForAMethodOfItsClass)
             }
             EXPECT_TRUE(isExposed) << tableClass.name << " lacks " << row.Key() << ", line " << row.line;
         }
-        // An interface without methods needs a line too.
+        // An interface without methods also needs a line.
         for (auto* entry = proxy->Interfaces(); entry; entry = entry->Next()) {
             if (IsUnlogged(entry->Iid())) continue;
             const InterfaceShape* shape = ShapeOf(entry->Iid());

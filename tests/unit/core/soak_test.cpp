@@ -1,4 +1,4 @@
-// Many lives and many calls in one process: what they take they give back. ZELT_TEST_EFFORT makes them as many as one likes.
+// Many objects and many calls in one process release everything that they use. ZELT_TEST_EFFORT sets the number.
 #include <iostream>
 
 #include "checked_heap.h"
@@ -11,7 +11,7 @@
 namespace zelt::test {
 namespace {
 
-// The heap of the system grows in steps; that of operator new is compared to the byte.
+// The system's heap grows in steps; the heap of operator new is compared byte by byte.
 constexpr SIZE_T kMostGrowth = 4 << 20;
 
 // A package with its proxy and log, whose calls call back into a material.
@@ -81,7 +81,7 @@ public:
     }
 
 private:
-    // Faults that leave nothing behind themselves: what a package throws or aborts is memory of its own.
+    // Faults that leave no memory allocated: what a package throws or aborts would leave its own.
     static const std::vector<const FaultKind*>& Kinds()
     {
         static const std::vector<const FaultKind*> kinds = [] {
@@ -136,7 +136,7 @@ protected:
 
 TEST_F(Soak, LivesLeaveNothingBehind)
 {
-    // The checked heap keeps freed blocks, up to a limit.
+    // The checked heap keeps freed blocks up to a limit.
     ExpectFlat(400, 200 * Effort(), [](int i) {
         Life life(i % 2 == 0);
         for (int call = 0; call < 21; ++call) life.Call(call);
