@@ -1,5 +1,5 @@
-// The list of calls in progress by itself: what is ended from it, in which order, and what is left when memory did not suffice to
-// track every call.
+// The list of calls in progress alone: which calls it ends, in which order, and what is left if there was not enough
+// memory to track every call.
 #include "guard/calls_in_progress.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ TEST_F(CallsInProgress, ThatCouldNotBeTrackedAreCountedAndNotEnded)
 {
     PrepareToEnterCall();
     const std::size_t tracked = calls_in_progress::room - before;
-    // As when there is no memory for more: room is not asked for.
+    // Simulates a lack of memory by not requesting more room.
     for (std::size_t i = 0; i < tracked + 3; ++i) Enter(static_cast<std::int32_t>(i));
     EXPECT_EQ(before + tracked + 3, CountCallsInProgress());
     EndCallsBeyond(before + tracked - 1);

@@ -1,4 +1,4 @@
-// The texts of structured exceptions, whole: each code is written as a number.
+// The complete texts of structured exceptions; each code is written as a number.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -49,7 +49,7 @@ TEST(ExceptionTexts, EachCodeHasItsWholeText)
     }
 }
 
-// All codes that share the first 20 bits with one that has a text.
+// All codes that share their first 20 bits with a code that has a text.
 TEST(ExceptionTexts, AllOthersShareOne)
 {
     std::map<DWORD, std::string> byCode;

@@ -38,7 +38,7 @@ bool AnswersAgain(faulty::Misbehave misbehave)
     return outcome.end == End::Returned && outcome.result == faulty::kDone;
 }
 
-// Control words that no runtime library sets by itself (53 bits of precision, flush to zero), to see them kept.
+// Control words that no runtime library sets (53 bits of precision, flush to zero), to check that they are preserved.
 class UnusualControlWords {
 public:
     UnusualControlWords()
@@ -112,7 +112,7 @@ int OverflowsTaken()
     return taken;
 }
 
-// A thread that dies of its overflow must fail the test: the end of the main thread would look like success.
+// A thread that an overflow ends must fail the test; the end of the main thread would look like success.
 TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
 {
     const Watchdog watchdog("StackOverflowIsTakenAgainAndAgain");
@@ -135,14 +135,14 @@ TEST(FaultGuardDeathTest, StackOverflowOfTheMainThreadIsTakenAgainAndAgain)
         ::testing::ExitedWithCode(140), "");
 }
 
-// A package and a proxy that call each other without end: each level is guarded, and the level that takes the overflow
+// A package and a proxy that call each other endlessly: each level is guarded, and the level that catches the overflow
 // must have room left to report it.
 struct Mutual {
     faulty::Misbehave misbehave;
     int depth = 0;
     int taken = 0;
 
-    // What a catcher may need: more stack than is left where the overflow happened.
+    // Uses more stack than is left where the overflow happened, as a handler may.
     [[gnu::noinline]] static void Report(const SE_Exception& fault)
     {
         char report[40 * 1024];
@@ -204,7 +204,7 @@ void TestNestedGuards()
             EXPECT_EQ(faulty::kDone, outer.result);
             EXPECT_EQ(End::Fault, nested.innerOutcome.end);
         }
-        // The outer call faults after the inner one has.
+        // The outer call faults after the inner call.
         const Outcome outcome = CallGuarded([&] {
             Nested nested{package.misbehave, Deed::Illegal};
             const Order order{Deed::CallBack, 0, 0, Nested::CallBack, &nested};
@@ -275,7 +275,7 @@ TEST(FaultGuard, UnpreparedThreadsAreServedToo)
     EXPECT_EQ(6, passed);
 }
 
-// A jump out of the guarded call unwinds the guard's frame: that is no exception to take.
+// A jump out of the guarded call unwinds the guard's frame, which is not an exception to catch.
 TEST(FaultGuard, JumpsPass)
 {
     static std::jmp_buf target;

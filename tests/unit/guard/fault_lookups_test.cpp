@@ -1,5 +1,5 @@
-// Faults where the proxy looks something up for itself or lets go of it: queries, names, descriptions, the last release, the
-// report of what was not released. And what a package returns that is no string, no array, no object.
+// Faults where the proxy looks something up for itself or releases it: queries, names, descriptions, the last release,
+// the report of unreleased objects. Also returned values that are not valid strings, arrays or objects.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -16,7 +16,7 @@ constexpr auto kFailure = static_cast<HRESULT>(ECapeComputationHR);
 
 enum class Place { Nowhere, Query, Name, Description, Release };
 
-// Where the next object commits what.
+// Where the next object commits which fault.
 struct Plan {
     Place place = Place::Nowhere;
     const FaultKind* kind = nullptr;
@@ -27,15 +27,15 @@ struct Plan {
     }
 };
 
-// An object with a name, a description of its errors, and another one of its kind as its parameters.
+// An object with a name and an error description, which returns another object of its kind as its parameters.
 class Saboteur final : public com::Object {
 public:
     Plan plan;
-    BSTR name = nullptr;  // returned as it is, when not null
+    BSTR name = nullptr;  // returned unchanged if not null
     BSTR description = nullptr;
     ComPtr<IDispatch> parameters;
-    IDispatch* wildParameters = nullptr;  // returned as it is, when not null
-    VARIANT items{};                      // returned as it is
+    IDispatch* wildParameters = nullptr;  // returned unchanged if not null
+    VARIANT items{};                      // returned unchanged
     HRESULT result = S_OK;
 
     IDispatch* Face() { return &utilities; }
@@ -115,7 +115,7 @@ private:
     } itemSpecifications{*this};
 };
 
-// A package with its proxy and a log of its own, in one attempt.
+// A package with its proxy and its own log, for one attempt.
 class Scene {
 public:
     explicit Scene(bool isLogged) : path(TemporaryPath())
@@ -177,7 +177,7 @@ class FaultLookups : public testing::Test {
 protected:
     FaultLookups() { InstallWrappers(); }
 
-    // Each kind, logged and not.
+    // Each kind, logged and unlogged.
     template <class Body>
     static void ForEachKind(Body body)
     {
@@ -263,12 +263,12 @@ TEST_F(FaultLookups, InTheReportOfARootLeaveItWhole)
         EXPECT_EQ(isLogged, scene.Logs("<warning value=\"Object \"Saboteur\" (type: ") ||
                                 scene.Logs("<warning value=\"Object &quot;Saboteur&quot; (type: "));
         EXPECT_EQ(isLogged, scene.Log().ends_with("\n</zeltlogdocument>\n"));
-        // What survives goes on forwarding.
+        // A survivor continues to forward.
         EXPECT_EQ(L"Saboteur", NameOf(parameters));
     });
 }
 
-// No string, no array, no object: addresses that are not mapped, that the system keeps, and that are not aligned.
+// Not strings, arrays or objects: addresses that are unmapped, reserved by the system, or unaligned.
 void* const kWild[] = {reinterpret_cast<void*>(1), reinterpret_cast<void*>(0x1003), reinterpret_cast<void*>(0xDDDDDDD0),
                        reinterpret_cast<void*>(~std::uintptr_t{0xF})};
 
@@ -306,7 +306,7 @@ TEST_F(FaultLookups, WildObjectsAreWrappedAndDoNothing)
     }
 }
 
-// Arrays that claim what they do not have.
+// Arrays that claim to contain what they do not have.
 TEST_F(FaultLookups, WildArraysOfObjectsAreFailures)
 {
     struct Claim {

@@ -1,4 +1,4 @@
-// Whatever escapes from a package, out of whichever method: the caller gets a status code, the log its line and balanced
+// Whatever escapes from a package, from any method: the caller gets a status code, the log gets its line and balanced
 // elements, no reference is lost, and the next call works.
 #include <gtest/gtest.h>
 
@@ -46,7 +46,7 @@ std::vector<Target> AllTargets()
     return targets;
 }
 
-// One method of each sort, as far as what happens around the forwarded call differs.
+// One method of each sort; sorts differ in what happens around the forwarded call.
 struct Sort {
     const char* name;
     const char* proxyClass;
@@ -71,7 +71,7 @@ constexpr Sort kSorts[] = {
 };
 // clang-format on
 
-// A method of one proxy, in whose wrapped object faults are committed one after the other; all write to one log.
+// A method of one proxy, whose wrapped object commits faults one after another; all write to one log.
 class FaultedMethod {
 public:
     FaultedMethod(const Target& target, bool isLogged) : target(target), path(TemporaryPath())
@@ -94,7 +94,7 @@ public:
         Attach(proxyClass, *proxy.Get(), wrapped.Get(), document, root.Get());
         wrapped->handler = [this](const IncomingCall& incoming) { return Answer(incoming); };
         News();
-        // The first call looks for the interface, which stays.
+        // The first call queries for the interface, which is then cached.
         Call(nullptr);
         before = References();
     }
@@ -137,7 +137,7 @@ private:
         if (&incoming.method != &target.method) return E_NOTIMPL;
         if (!kind) return S_OK;
         for (std::size_t i = 0; i < incoming.arguments.size(); ++i) {
-            // An object that the faulty package seems to return is none: it must not be touched.
+            // What the faulty package seems to return is not an object, and must not be used.
             const ParameterShape& shape = target.method.parameters[i];
             const bool isReplaced = !target.row.Arguments()[i]->proxyClass.empty();
             if (!isReplaced || !shape.isOut || shape.type != VT_DISPATCH) continue;
@@ -147,7 +147,7 @@ private:
         return S_OK;
     }
 
-    // A call in which `fault` is committed, or one that succeeds.
+    // Makes a call in which `fault` is committed, or one that succeeds.
     void Call(const FaultKind* fault)
     {
         SCOPED_TRACE(fault ? fault->name : "a call without a fault");
@@ -193,7 +193,7 @@ private:
         return expected.Text();
     }
 
-    // A method with a course of its own may write lines of its own between the arguments and the fault's two errors.
+    // A special method may write its own lines between the arguments and the fault's two errors.
     std::string WithoutOwnLines(const std::string& entry) const
     {
         if (!target.row.isTestedElsewhere) return entry;
@@ -202,7 +202,7 @@ private:
         return end == std::string::npos || end < begin ? entry : entry.substr(0, begin) + entry.substr(end);
     }
 
-    // What the log has gained.
+    // What was added to the log.
     std::string News()
     {
         std::string text;
@@ -225,7 +225,7 @@ private:
     std::vector<ULONG> before;
 };
 
-// On a thread of its own: the end of the main thread by a fault would look like success.
+// Runs on a separate thread, because a fault that ends the main thread would look like success.
 template <class Body>
 void OnOwnThread(Body body)
 {
@@ -242,7 +242,7 @@ class FaultMatrix : public testing::Test {
 protected:
     FaultMatrix() { InstallWrappers(); }
 
-    // The number of cells.
+    // Returns the number of cells.
     template <class Kinds>
     static int CommitAll(const Target& target, const Kinds& kinds)
     {

@@ -1,4 +1,5 @@
-// Faults in the persistence of a unit operation, and streams that hold anything: both end in a status code and a whole log.
+// Faults in the persistence of a unit operation, and streams with any contents: both end in a status code and a
+// complete log.
 #include <shlwapi.h>
 
 #include <cstdio>
@@ -41,7 +42,7 @@ protected:
         for (std::size_t at = 0; (at = log.find(part, at)) != std::string::npos; ++at) ++found;
         return found;
     }
-    // Whether every element that the log has opened is closed.
+    // Whether the log closes every element that it opens.
     static bool IsBalanced(const std::string& log) { return Count(log, "<func ") == Count(log, "</func>"); }
 };
 
@@ -49,9 +50,9 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
 {
     struct Case {
         const char* method;
-        bool isMade;  // the object is there before the call
+        bool isMade;  // the object exists before the call
         HRESULT (*call)(IPersistStreamInit&, IStream&);
-        int faults;  // of the unit, in one call
+        int faults;  // how many faults the unit commits in one call
     };
     static const Case kCases[] = {
         {"Load", false, [](IPersistStreamInit& p, IStream& s) { return p.Load(&s); }, 1},
@@ -87,13 +88,13 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
                 } else {
                     EXPECT_EQ("", news);
                 }
-                // The unit goes on.
+                // The unit continues to work.
                 if (tested.isMade || std::strcmp(tested.method, "Load") == 0) {
                     EXPECT_EQ(S_OK, persistence->IsDirty());
                     EXPECT_EQ(S_OK, persistence->Save(stream.Get(), FALSE));
                     EXPECT_TRUE(IsBalanced(News()));
                 }
-                // Nobody has kept anything.
+                // Nobody holds a reference to the stream.
                 stream->AddRef();
                 EXPECT_EQ(1u, stream->Release());
                 persistence.Reset();
@@ -125,7 +126,7 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
             content = Header(dice.Once(5) ? kNoUnit : kFakeUnit, length) + content;
         }
         if (dice.Once(4)) content.resize(dice.Below(static_cast<std::uint32_t>(content.size()) + 1));
-        // The unit reads as it likes, and writes and seeks where it may not.
+        // The unit reads at random, and writes and seeks where it must not.
         unitScript.duringLoad = [&](IStream* stream) {
             for (std::uint32_t acts = dice.Below(8); acts > 0; --acts) {
                 char buffer[100];
@@ -157,7 +158,7 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
     EXPECT_GT(inputs, loaded);
 }
 
-// The memory stream against a plain string that does the same.
+// Compares the memory stream with a plain string that does the same.
 TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
 {
     const int inputs = 300 * Effort();

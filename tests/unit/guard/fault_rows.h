@@ -13,8 +13,8 @@ struct FaultRow {
     DWORD code;
 };
 
-// What the system reports need not be what the processor found: a 32-bit process is told of an SSE exception without
-// its kind, and Wine on x86_64 is not told whether a denormal operand or an underflow was the cause.
+// The system may report something other than what the processor found: a 32-bit process does not learn the kind of an
+// SSE exception, and Wine on x86_64 does not learn whether a denormal operand or an underflow was the cause.
 inline bool MayReport(const FaultRow& row, DWORD code)
 {
     if (code == row.code) return true;
@@ -56,7 +56,7 @@ inline constexpr FaultRow kRealFaults[] = {
 
 inline bool Exists(Deed deed) { return sizeof(void*) == 4 || (deed != Deed::Bounds && deed != Deed::IntoOverflow); }
 
-// Codes that are raised, not found by the processor.
+// Codes that are raised by software, not by the processor.
 inline constexpr DWORD kRaisedCodes[] = {
     EXCEPTION_ACCESS_VIOLATION,
     EXCEPTION_DATATYPE_MISALIGNMENT,

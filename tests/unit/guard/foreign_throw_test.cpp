@@ -1,5 +1,5 @@
 // C++ exceptions through guarded calls: our own, those of packages built with GCC, and those of Microsoft's compiler,
-// whose tables are built by hand here.
+// whose tables this test builds by hand.
 #include "guard/foreign_throw.h"
 
 #include <gtest/gtest.h>
@@ -89,7 +89,7 @@ struct ThrowRow {
     const char* name;
     Deed deed;
     End passed;   // x86_64: the exception itself arrives.
-    End trapped;  // i686: the shared library tells the text; nothing is known of a static one.
+    End trapped;  // i686: the shared library provides the text; nothing is known about a static one.
     const char* text;
 };
 
@@ -136,7 +136,7 @@ TEST(GccPackages, ATextIsReportedOnce)
     }
 }
 
-// An exception as Microsoft's compiler lays it out. References are addresses on i686 and offsets from the image, here
+// An exception in the layout of Microsoft's compiler. References are addresses on i686 and offsets from the image, here
 // from this object, on x86_64.
 struct MicrosoftThrow {
     struct Info {
@@ -233,7 +233,7 @@ TEST(MicrosoftPackages, OtherTypesAreForeign)
     }
 }
 
-// A page that cannot be read, being reserved or protected, preceded by one that can.
+// A readable page before an unreadable one, which is reserved or protected.
 class PageEnd {
 public:
     explicit PageEnd(bool reserved)
@@ -273,7 +273,7 @@ TEST(MicrosoftPackages, GarbageIsForeignAndNeverACrash)
             EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.parameters[3] = bad; })) << bad;
         }
     }
-    // As offsets these may hit readable memory, but never a string's type.
+    // As offsets, these may refer to readable memory, but never to a string's type.
     for (const std::uint32_t bad : {0u, 1u, 0x7FFFFFF0u, 0xFFFFFFFFu}) {
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.info.types = bad; })) << bad;
         EXPECT_EQ(End::Foreign, garbage([&](auto& t) { t.types.entries[0] = t.types.entries[1] = bad; })) << bad;
@@ -306,7 +306,7 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
 }
 
 #ifdef _WIN64
-// GCC's exception code with an object of another producer, or with none that can be read.
+// GCC's exception code with an object of another producer, or with an unreadable object.
 TEST(GccPackages, UnknownProducersOfTheirCodeAreForeign)
 {
     struct {

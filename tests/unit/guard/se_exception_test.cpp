@@ -12,7 +12,7 @@ namespace {
 struct Row {
     DWORD code;
     const char* name;
-    std::size_t length;  // Of the whole text.
+    std::size_t length;  // The length of the whole text.
 };
 
 // clang-format off

@@ -28,7 +28,7 @@ void UnmaskSse(unsigned bit)
     asm volatile("ldmxcsr %0" : : "m"(word));
 }
 
-// Operands whose operation raises the exception of the same row.
+// Operands whose operation raises the exception in the same row.
 struct Operands {
     unsigned bit;
     double left;
@@ -47,7 +47,7 @@ void X87(const Operands& o)
 {
     double result = 0.0;
     UnmaskX87(o.bit);
-    // The store narrows to double, and fwait delivers what is pending.
+    // The store narrows to double, and fwait raises the pending exception.
     if (o.operation == '/') {
         asm volatile("fldl %1; fdivl %2; fstpl %0; fwait" : "=m"(result) : "m"(o.left), "m"(o.right));
     } else if (o.operation == '*') {

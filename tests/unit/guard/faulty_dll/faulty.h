@@ -1,5 +1,5 @@
-// A package at its worst: a DLL with one export that does what it is told. Built twice, with the compiler's runtime
-// libraries linked in and with the shared ones. Owns nothing; knows nothing of the guard.
+// The worst possible package: a DLL with one export that commits the requested deed. Built twice, with the compiler's
+// runtime libraries linked in and with the shared ones. Owns nothing; independent of the guard.
 #pragma once
 
 #include <windows.h>
@@ -56,7 +56,7 @@ struct Order {
     void* context = nullptr;            // CallBack
 };
 
-constexpr HRESULT kDone = 0x00041234;     // Returned when the deed came to an end.
+constexpr HRESULT kDone = 0x00041234;     // Returned when the deed ended.
 constexpr HRESULT kHandled = 0x00041235;  // Returned when the callee handled its own fault or exception.
 constexpr HRESULT kMissing = E_NOTIMPL;   // The deed does not exist on this processor or machine.
 

@@ -1,4 +1,4 @@
-// A function with a frame handler of its own around a fault, as a compiler with structured exception handling makes it:
+// A function with its own frame handler around a fault, as a compiler with structured exception handling would make it:
 // HRESULT FaultyHandledFault(), which returns kHandled.
 
     .text
@@ -20,7 +20,7 @@ FaultyHandledFault:
     ret
     .seh_endproc
 
-// Continues behind the fault: sets Rip in the CONTEXT, unless unwinding.
+// Continues after the fault: sets Rip in the CONTEXT, unless unwinding.
 OwnHandler:
     testl   $6, 4(%rcx)
     jnz     1f
@@ -45,7 +45,7 @@ _FaultyHandledFault:
     movl    $0x00041235, %eax
     ret
 
-// Continues behind the fault: sets Eip in the CONTEXT, unless unwinding.
+// Continues after the fault: sets Eip in the CONTEXT, unless unwinding.
 OwnHandler:
     movl    4(%esp), %eax
     testl   $6, 4(%eax)
