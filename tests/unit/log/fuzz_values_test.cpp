@@ -1,4 +1,4 @@
-// The value writers, given whatever a package may hand over: nothing of it ends the process or damages the log.
+// The value writers with anything that a package may pass: nothing ends the process or damages the log.
 #include <cstdio>
 #include <cstring>
 
@@ -19,7 +19,7 @@ namespace {
 constexpr Shape kShapes[] = {kAnything, kStrings,  kOptionalStrings, kDoubles, kOptionalDoubles,
                              kIntegers, kBooleans, kVariants,        kObjects};
 
-// Counts the elements of a log, and takes no error.
+// Counts the elements of a log, and fails the test for an error.
 class Counter final : public LogSink {
 public:
     void Begin(const LogEvent& event) override { arguments += event.depth == 0 && event.kind == EventKind::Argument; }
@@ -29,7 +29,7 @@ public:
 
 class FuzzValues : public testing::Test {
 protected:
-    // Writes `inputs` entries with `write`, in logs of a limited size, and reads each log.
+    // Writes `inputs` entries with `write`, in logs of limited size, and reads each log.
     template <class WriteOne>
     static void Fuzz(int inputs, WriteOne write)
     {

@@ -1,4 +1,4 @@
-// Names and descriptions as a package should not have them: they are logged safely, and the reader gives them back.
+// Names and descriptions that no package should have: they are logged safely, and the reader returns them.
 #include <fcntl.h>
 #include <io.h>
 
@@ -42,7 +42,7 @@ class HostileTexts : public ProxyFixture {
 protected:
     HostileTexts() { PrepareLogReader(); }
 
-    // Logs a material of this name in a call that fails with this description, and reads the log.
+    // Logs a material with this name in a call that fails with this description, and reads the log.
     LogReadResult Log(const std::wstring& materialName, const std::wstring& description, Events& events)
     {
         const ComPtr<FakePackage> package = MakeFake<FakePackage>();
@@ -70,7 +70,7 @@ protected:
         _close(descriptor);
         return result;
     }
-    // The next one gets a log of its own.
+    // The next text gets a new log.
     void BeginAnew()
     {
         document->LetGo();
@@ -84,7 +84,7 @@ protected:
 struct Row {
     const char* name;
     const wchar_t* text;
-    const char* shown;  // what of it can be in a log
+    const char* shown;  // the part that a log can contain
 };
 
 TEST_F(HostileTexts, AreLoggedAndReadBack)
@@ -131,7 +131,7 @@ TEST_F(HostileTexts, OfNineMegabytesAreReadBackWhole)
     }
 }
 
-// The package's own name, and a value that goes through a call.
+// The package's own name, and a value passed through a call.
 TEST_F(HostileTexts, OfThePackageItselfAreReadBackWhole)
 {
     for (const std::wstring& text : {std::wstring(L"</func><error value='&quot;'/>"), std::wstring(9'000'000, L'y')}) {
@@ -154,7 +154,7 @@ TEST_F(HostileTexts, BeyondTheReadersLimitEndWithWhatStandsBefore)
     EXPECT_EQ(LogReadResult::Incomplete, Log(L"Feed", std::wstring(11'000'000, L'x'), events));
     EXPECT_LT(0, events.errors);
     EXPECT_TRUE(events.HaveCall("ICapeThermoMaterial::ClearAllProps", "Feed"));
-    // The log itself has everything.
+    // The log itself contains everything.
     const std::string log = ReadWhole(path);
     EXPECT_LT(11'000'000u, log.size());
     EXPECT_TRUE(log.ends_with("</func>\r\n</zeltlogdocument>\r\n"));

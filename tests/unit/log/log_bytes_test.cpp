@@ -1,4 +1,4 @@
-// The raw bytes of a log: what is said behind every kind of text that lost characters, and the ends of lines.
+// The raw bytes of a log: the warning after each kind of text that lost characters, and the line ends.
 #include <windows.h>
 #include <oleauto.h>
 
@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// The warning behind a text that lost characters, never indented.
+// The warning after a text that lost characters, which is never indented.
 std::string Suppressed(const std::string& what)
 {
     return "<warning value=\"One or more non-printable characters suppressed in above " + what +
@@ -18,7 +18,7 @@ std::string Suppressed(const std::string& what)
 
 class LogBytes : public LogFixture {
 protected:
-    // What was written since the last call of this, byte for byte.
+    // What was written since the previous call of News, byte for byte.
     std::string News()
     {
         const std::string all = ReadWhole(path);
@@ -26,7 +26,7 @@ protected:
         seen = all.size();
         return news;
     }
-    // An argument two levels deep, so that what is not indented shows.
+    // Opens two nested calls, so that missing indentation shows.
     void SetUp() override
     {
         document->BeginFunc(true, "I::Outer", "Root");
@@ -99,7 +99,7 @@ TEST_F(LogBytes, AStringThatLostCharacters)
     const _bstr_t text(L"a\tb");
     WriteArg(*document, "x", true, static_cast<BSTR>(text));
     EXPECT_EQ(Element("string", "   <argval value=\"&quot;ab&quot;\"/>\r\n" + Suppressed("string value")), News());
-    // Two things are wrong with this one; each is said, the lost characters first.
+    // This text has two problems; both are reported, the lost characters first.
     BSTR two = SysAllocStringLen(L"a\n\0b", 4);
     WriteArg(*document, "x", true, two);
     SysFreeString(two);
@@ -166,7 +166,7 @@ TEST_F(LogBytes, NestedStringsThatLostCharacters)
               News());
 }
 
-// What was dropped from one text is not said of the next.
+// Characters dropped from one text are not reported for the next.
 TEST_F(LogBytes, ATextThatLostNothingSaysNothing)
 {
     document->Write(Sentence::CreatingObject, {"\x01"});

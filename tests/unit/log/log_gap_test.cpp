@@ -1,5 +1,5 @@
-// Entries that the disk has no room for: the log says how many are missing, goes on when there is room again, and ends
-// well-formed; a log whose end is missing is reported when it is closed.
+// Entries for which the disk has no room: the log says how many are missing, continues when there is room again, and
+// ends well-formed; a log whose end is missing is reported when it is closed.
 #include <fcntl.h>
 #include <io.h>
 
@@ -14,7 +14,7 @@
 namespace zelt::test {
 namespace {
 
-// A disk with `room` bytes left. It takes what fits, and then nothing.
+// A disk with `room` bytes left. It stores what fits, and then nothing.
 class SmallDisk {
 public:
     static constexpr DWORD kPlenty = std::numeric_limits<DWORD>::max();
@@ -176,7 +176,7 @@ TEST_F(LogGap, AHeaderThatIsMissingIsMadeUpFor)
     DeleteFileW(place.c_str());
 }
 
-// Whatever is lost, and wherever there is room again: well-formed when the end could be written.
+// Whatever is lost, and whenever there is room again: a log is well-formed if its end could be written.
 TEST_F(LogGap, AtRandomMomentsLeavesAWellFormedLog)
 {
     std::mt19937 random(20260);

@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 using zelt::LogOptions;
 
-// A desktop in a folder of its own, a clock that stands still, and a dialog that answers by itself.
+// A desktop in its own folder, a stopped clock, and a dialog that answers by itself.
 class LogLocation : public testing::Test {
 protected:
     LogLocation()
@@ -52,7 +52,7 @@ protected:
     std::wstring path;
     zelt::Outcome outcome;
 
-    // With the options as they are stored; true when there is a path.
+    // Uses the stored options; true if there is a path.
     bool Choose(const wchar_t* title = L"t")
     {
         EXPECT_TRUE(options.Load());

@@ -146,7 +146,7 @@ TEST(LogOptions, AreStoredOneByOneSoThatWhatOthersChangedStays)
     EXPECT_TRUE(stored.Load());
     EXPECT_TRUE(IsEqualCLSID(kUnit, stored.pravikUnit));
 
-    // The same value again, which another has changed since.
+    // Saves the same value again, which another program has changed since.
     key.WriteDword(L"AutoLogLocation", 1);
     EXPECT_TRUE(ours.Save(LogOption::AutoLogLocation));
     EXPECT_EQ(0u, key.ReadDword(L"AutoLogLocation"));
@@ -190,7 +190,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
             EXPECT_STREQ(L"ZELT", saved.Failure().caption);
             EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
         }
-        // The user has not touched the others.
+        // The user has not changed the others.
         for (const auto& other : rows) {
             if (other.option == row.option) continue;
             const zelt::test::RefusedWrites refused({other.value});

@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-// A double in a log is what "%g" prints, digit for digit, whichever way it was converted.
+// A double in a log is what "%g" prints, digit for digit, however it was converted.
 namespace zelt::test {
 namespace {
 
@@ -44,8 +44,8 @@ TEST(DoubleText, IsThatOfTheStandardLibraryAtTheEdges)
     EXPECT_EQ(Expected(std::numeric_limits<double>::max()), Written(std::numeric_limits<double>::max()));
 }
 
-// Every power of ten, beyond both ends of those that are scaled by a table. With the standard library's assertions a look
-// past the table ends the program.
+// Every power of ten, beyond both ends of the scaling table. With the standard library's assertions, an access
+// beyond the table ends the program.
 TEST(DoubleText, IsThatOfTheStandardLibraryAroundEachPowerOfTen)
 {
     for (int power = -323; power <= 308; ++power) {
@@ -72,7 +72,7 @@ TEST(DoubleText, IsThatOfTheStandardLibraryForValuesOfAllSizes)
         if (std::isfinite(any)) expectSame(any);
         const double usual = static_cast<double>(random() >> 11) * std::pow(10.0, static_cast<int>(random() % 60) - 40);
         expectSame(usual);
-        // Ties and their neighbourhood, where a rounded power of ten would err.
+        // Ties and nearby values, where a rounded power of ten would give wrong digits.
         const double tie =
             (static_cast<double>(random() % 1'000'000) + 0.5) * std::pow(10.0, static_cast<int>(random() % 40) - 20);
         expectSame(tie);

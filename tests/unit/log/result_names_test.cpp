@@ -1,4 +1,4 @@
-// The names of status codes, whole: each code is written as a number, so that a name at the wrong code shows.
+// The complete names of status codes: each code is written as a number, to reveal a name at the wrong code.
 #include "log/hr_name.h"
 
 #include <gtest/gtest.h>
@@ -119,7 +119,7 @@ TEST(ResultNames, EachCodeHasItsOwn)
     }
 }
 
-// Every code of the facilities that have names, failures and successes alike.
+// Every code of the facilities with names, both failures and successes.
 TEST(ResultNames, AllOtherCodesAreHexadecimal)
 {
     std::map<unsigned, std::string> named;

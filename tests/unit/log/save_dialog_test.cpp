@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Another process may show the like at the same time.
+// Another process may show a similar dialog at the same time.
 const std::wstring kTitle = L"Create log for the dialog test " + std::to_wstring(GetCurrentProcessId()) + L":";
 constexpr int kFileName = 0x47C;  // The file name field of the dialog's classic template.
 
@@ -32,7 +32,7 @@ struct Answer {
         }
         if (!dialog) return;
         found = true;
-        // The window stands before it is filled.
+        // The window exists before it is filled.
         for (int attempt = 0; attempt < 50 && !IsWindowVisible(dialog); ++attempt) Sleep(100);
         topmost = GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST;
         wchar_t text[MAX_PATH] = L"";

@@ -1,4 +1,5 @@
-// What the machine runs short of, or others hold: the calls go on, and what was logged until then stays readable.
+// Resources that the machine lacks or other programs hold: the calls continue, and what was logged so far stays
+// readable.
 #include <fcntl.h>
 #include <io.h>
 #include <malloc.h>
@@ -22,7 +23,7 @@ namespace fs = std::filesystem;
 
 std::wstring chosenPath;
 
-// Logs go where a test says.
+// Logs go where the test wants them.
 class ScarceResources : public ProxyFixture {
 protected:
     ScarceResources()
@@ -57,7 +58,8 @@ protected:
         return result;
     }
 
-    // A package's life with some calls, logged in `log`, which may be null; each call has to arrive and to succeed.
+    // Creates a package, makes some calls and releases it, with the log `log`, which may be null; the calls must reach
+    // the package.
     static void Live(DocumentHold log, int calls)
     {
         const ComPtr<FakePackage> package = MakeFake<FakePackage>();
@@ -76,8 +78,8 @@ private:
     const LogSurroundings* before = nullptr;
 };
 
-// ZELT_TEST_SMALL_DISK names a folder on a disk of its own with less than a megabyte, empty. Without it, Wine offers the file of
-// its host that is always full.
+// ZELT_TEST_SMALL_DISK names an empty folder on a separate disk of less than a megabyte. Without it, the test uses the
+// file of Wine's host that is always full.
 TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
 {
     RecordedMessages messages;
@@ -124,7 +126,7 @@ TEST_F(ScarceResources, ALogThatOthersHoldOrProtectIsSaidAndNotTouched)
     expectRefusal("opened elsewhere");
     CloseHandle(other);
     SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_READONLY);
-    // Wine leaves the question to its host, where the administrator may write everything.
+    // Wine leaves this check to its host, where the administrator may write everything.
     other = CreateFileW(place.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (other == INVALID_HANDLE_VALUE) {
         expectRefusal("read-only");
@@ -167,7 +169,7 @@ TEST_F(ScarceResources, PathsOfEveryLength)
             const std::wstring place = folder + L'\\' + std::wstring(length, L'x') + L".zlg";
             RecordedMessages messages;
             DocumentHold log = OpenAt(place);
-            // Beyond 260 it depends on the system's setting; either way it is clear.
+            // Beyond 260 characters, the result depends on a system setting; both results are valid.
             if (place.size() < MAX_PATH) {
                 EXPECT_TRUE(log.Get()) << place.size();
             }
@@ -223,7 +225,7 @@ TEST_F(ScarceResources, AThousandPackagesAtOnceHaveAThousandLogs)
         one.proxy->AttachAsRoot(one.package.Get(), log.Get(), "Pack " + std::to_string(i));
         all.push_back(std::move(one));
     }
-    // Each is called between the others.
+    // Calls the packages in turn.
     for (int round = 0; round < 2; ++round) {
         for (const Alive& one : all) EXPECT_EQ(S_OK, As<ICapeUtilities>(one.proxy)->Initialize());
     }
@@ -241,7 +243,7 @@ TEST_F(ScarceResources, AThousandPackagesAtOnceHaveAThousandLogs)
 // A package whose calls call it again.
 class Nesting : public ProxyFixture {
 protected:
-    // Calls nested so deep; 0: without end. The result of the outermost.
+    // Nests this many calls, or endlessly for 0. Returns the result of the outermost call.
     HRESULT Nest(bool isLogged, int wanted)
     {
         const ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get(), isLogged);
@@ -264,14 +266,14 @@ protected:
         EXPECT_EQ(S_OK, utilities->Initialize());
         return result;
     }
-    // A stack of the size that the server's main thread has, whoever runs the tests.
+    // Runs with the stack size of the server's main thread, whoever runs the tests.
     template <class Body>
     void OnOwnThread(Body body)
     {
         bool ended = false;
         std::thread([&] {
             PrepareGuards();
-            // It lives where it is used.
+            // It lives on the thread where it is used.
             package = MakeFake<FakePackage>();
             body();
             package.Reset();
@@ -298,7 +300,7 @@ TEST_F(Nesting, OfTwoHundredCallsIsServedAndLogged)
     EXPECT_NE(std::string::npos, log.find("\n" + innermost));
 }
 
-// Where in our own code the stack ends is chance, so it ends in several places.
+// Where the stack ends in our own code is random, so the test makes it end in several places.
 TEST_F(Nesting, WithoutEndEndsInAStatusCodeAndLeavesNoReference)
 {
     OnOwnThread([&] {

@@ -1,4 +1,4 @@
-// The names of VARIANT types, whole: each type is written as a number, and all 65,536 are compared.
+// The complete names of VARIANT types: each type is written as a number, and all 65,536 are compared.
 #include <gtest/gtest.h>
 
 #include <map>

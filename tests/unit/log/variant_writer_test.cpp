@@ -202,7 +202,7 @@ TEST_F(VariantWriterTest, Scalars)
     VARIANT null;
     null.vt = VT_NULL;
     Expect(null, kAnything, "VT_NULL", " <argval value=\"&lt;unable to format value&gt;\"/>\n");
-    // Not asked for its default property: that would be a call that no log shows.
+    // The writer does not get the default property: that would be a call that no log shows.
     const auto object = DynamicFake::Make(L"object");
     object->handler = [](const IncomingCall&) {
         ADD_FAILURE() << "the object was called";
