@@ -1,4 +1,4 @@
-// The parse of logs: kinds, names and texts, cut-off and damaged files.
+// Parsing logs: kinds, names and texts, cut-off and damaged files.
 #include "log_reader/log_reader.h"
 
 #include <windows.h>
@@ -49,7 +49,7 @@ public:
         open.push_back(event.kind);
         EXPECT_EQ(static_cast<std::size_t>(event.depth) + 1, open.size());
     }
-    // Each event ends once, as what it began as.
+    // Each event ends once, with the kind with which it began.
     void End(EventKind kind, int depth) override
     {
         ASSERT_EQ(static_cast<std::size_t>(depth) + 1, open.size());
@@ -214,7 +214,7 @@ TEST(LogReader, StopsWhenTheSinkHasEnough)
     }
 }
 
-// The parser's own limits end a log like damage does, with everything before them in place.
+// The parser's own limits end a log as damage does, and everything before them is kept.
 TEST(LogReader, EndsAtTheParsersLimits)
 {
     const Scratch scratch;
@@ -286,7 +286,7 @@ protected:
     }
 };
 
-// The ends of the start tags in a well-formed log, the declaration and the root left out.
+// The ends of the start tags in a well-formed log, without the declaration and the root.
 std::vector<std::size_t> StartTagEnds(const std::string& log)
 {
     std::vector<std::size_t> ends;
@@ -343,7 +343,7 @@ std::size_t CommittedMemory()
     return counters.PagefileUsage;
 }
 
-// ZELT_MUTATED_LOGS sets another number than that of an everyday run.
+// ZELT_MUTATED_LOGS sets a number other than that of an ordinary run.
 TEST_F(WrittenLog, MutatedNeitherCrashesNorHangsNorLeaks)
 {
     const char* wanted = std::getenv("ZELT_MUTATED_LOGS");

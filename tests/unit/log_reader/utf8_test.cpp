@@ -1,4 +1,4 @@
-// Texts that claim to be UTF-8 and are not.
+// Texts that claim to be UTF-8 but are not.
 #include "log_reader/utf8.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace zelt::test {
 namespace {
 
-// R stands for the replacement, three bytes.
+// R stands for the replacement character, three bytes.
 std::string Expected(std::string text)
 {
     for (std::size_t at = 0; (at = text.find('R', at)) != std::string::npos; at += 3)
@@ -28,14 +28,14 @@ TEST(Utf8, IsKeptOrReplacedByteForByte)
         {"\xC2\x80\xDF\xBF", "\xC2\x80\xDF\xBF"},
         {"\xE0\xA0\x80\xEF\xBF\xBF", "\xE0\xA0\x80\xEF\xBF\xBF"},
         {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
-        // Longer than needed, surrogates, beyond the last character.
+        // Overlong forms, surrogates, values beyond the last character.
         {"\xC0\x80\xC1\xBF", "RRRR"},
         {"\xE0\x9F\xBF", "RRR"},
         {"\xED\xA0\x80", "RRR"},
         {"\xF0\x8F\xBF\xBF", "RRRR"},
         {"\xF4\x90\x80\x80", "RRRR"},
         {"\xF5\xFF", "RR"},
-        // Cut off, and without a beginning.
+        // Truncated sequences, and sequences without a beginning.
         {"a\xC3", "aR"},
         {"a\xE2\x82", "aRR"},
         {"\xE2\x82z", "RRz"},
