@@ -162,7 +162,7 @@ TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
     RegistryKey key = scratch.Settings();
     key.WriteDword(L"NumPackages", 2);
     Store(scratch, "Package1", std::wstring(300, L'x'));
-    // A value without its terminators: the strings that it lacks are empty, not those of the longer one before it.
+    // A value without its terminators: the missing strings are empty, not those of the longer value before it.
     const wchar_t text[] =
         L"{6377AC63-7A36-46DC-8897-F277012CDA9D}\0"
         L"0\0s\0bare";
@@ -226,7 +226,7 @@ TEST(ExportedPackageList, SaysWhatCannotBeStored)
             saved.Failure().text);
         EXPECT_STREQ(L"ZELT", saved.Failure().caption);
         EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
-        // What the registry takes is there.
+        // The values that the registry accepts are stored.
         const RegistryKey key = scratch.Settings();
         for (const wchar_t* value : {L"NumPackages", L"Package1", L"Package2", L"Package3"}) {
             EXPECT_EQ(!row.refused.empty() && !row.refused.contains(value), key.ReadValue(value).has_value());
@@ -246,7 +246,7 @@ TEST(ExportedPackageList, IsLoadedOnceWhenThatWasPutOff)
     EXPECT_EQ(0u, list.Count());
     list.LoadLater([&] {
         ++loaded;
-        // A box lets calls in, and they ask again.
+        // A box lets calls in, which request the list again.
         list.RequireLoaded();
         EXPECT_TRUE(list.Load());
     });
@@ -294,7 +294,7 @@ TEST(ExportedPackageList, FindsARecordByItsIdentityWhereverItStands)
     EXPECT_EQ(0u, list.Find(b));
     EXPECT_FALSE(list.Find(a));
 
-    // A reload makes new records, even where they say the same.
+    // A reload makes new records, even with the same contents.
     EXPECT_TRUE(list.Save());
     EXPECT_TRUE(list.Load());
     EXPECT_EQ((NameList{L"b"}), Names(list));

@@ -54,8 +54,8 @@ TEST(ExportedPackage, IsParsedAsFormatted)
 
 TEST(ExportedPackage, KeepsTheCharactersOfTheThreadsCodePage)
 {
-    // Western and Cyrillic letters: each code page has some of them, and what it lacks is lost, not the name's other
-    // part.
+    // Western and Cyrillic letters: each code page has some of them; the letters that it lacks are lost, but not the
+    // rest of the name.
     ExportedPackage package = {kClass, PackageKind::PropertyPackage11StandAlone, L"", L"a\xE9z", false}, parsed;
     wchar_t expected[4] = L"a?z";
     char narrow[8] = "";
@@ -122,7 +122,7 @@ TEST(ExportedPackage, LogsOnlyWhenTheTextIsTrue)
     }
 }
 
-// Each text lies in memory of its own length, so that reading past its end would be a fault, not luck.
+// Each text is at the end of its memory, so that reading past its end always faults.
 TEST(ExportedPackage, IsNeverReadPastItsEnd)
 {
     struct Case {

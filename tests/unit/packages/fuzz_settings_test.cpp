@@ -1,4 +1,4 @@
-// Stored settings and command lines of any content: what others have written into the registry, or typed.
+// Stored settings and command lines with any contents: what others have written to the registry, or typed.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// What stored entries are made of, and what they are not.
+// Valid and invalid parts of stored entries.
 const std::string kPieces[] = {
     "{4CCF55DB-E332-42F8-B685-188989F8E1EC}"s,
     "{00000000-0000-0000-0000-000000000000}"s,
@@ -50,7 +50,7 @@ std::string MultiString(Dice& dice)
         text += dice.Of(kPieces);
         if (!dice.Once(8)) text += '\0';
     }
-    // A good class and kind lead further in.
+    // A valid class and kind make the parser read further.
     if (!dice.Once(3)) text = kPieces[0] + '\0' + std::to_string(dice.Below(7)) + '\0' + text;
     for (std::uint32_t i = dice.Once(2) ? dice.Below(6) : 0; i > 0 && !text.empty(); --i) {
         const std::size_t at = dice.Below(static_cast<std::uint32_t>(text.size()));
@@ -79,7 +79,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
         if (!package.Parse({static_cast<const char*>(bytes.Start()), text.size()})) continue;
         ++accepted;
         ASSERT_LT(static_cast<unsigned>(package.kind), kPackageKinds);
-        // What was read is stored so that it is read again.
+        // What was read is stored so that reading it again gives the same.
         ExportedPackage again;
         const std::string stored = package.Format();
         ASSERT_TRUE(again.Parse(stored));
@@ -110,7 +110,7 @@ void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool is
         const std::wstring narrow(name);
         key.WriteNarrow(std::string(narrow.begin(), narrow.end()).c_str(), type, text);
     } else {
-        key.WriteBytes(name, type, text.data(), text.size());  // any number of bytes, odd ones too
+        key.WriteBytes(name, type, text.data(), text.size());  // any number of bytes, including odd numbers
     }
 }
 
@@ -136,7 +136,7 @@ TEST(FuzzSettings, WholeKeys)
         options.root = scratch.Root();
         EXPECT_TRUE(options.Load());
 
-        // What was loaded is saved, and loaded again as it was.
+        // What was loaded is saved, and loads again unchanged.
         EXPECT_TRUE(list.Save());
         Store(options);
         ExportedPackageList again(scratch.Root());

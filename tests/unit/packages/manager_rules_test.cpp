@@ -1,5 +1,5 @@
-// What the package managers offer and say, apart from packages: the whole set of their interfaces, where they create foreign
-// components, and what a caller gets when something fails that nobody expects.
+// What the package managers do besides returning packages: their complete set of interfaces, the contexts in which they
+// create foreign components, and what a caller gets for an unexpected failure.
 #include <windows.h>
 #include <oleauto.h>
 
@@ -66,7 +66,7 @@ class Factory final : public com::Object {
     } part{*this};
 };
 
-// A class object that COM finds for one kind of context alone.
+// A class object that COM finds only for one kind of context.
 class OnlyIn {
 public:
     OnlyIn(REFCLSID clsid, DWORD context, com::Object* factory)
@@ -156,7 +156,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Each, ManagerRules, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// Of all interfaces that the libraries describe, and of the system's that a caller may ask for.
+// Checks all interfaces that the libraries describe, and the system's interfaces for which a caller may query.
 TEST_P(ManagerRules, OfferTheseInterfacesAndNoOthers)
 {
     std::set<std::string> offered;
@@ -224,7 +224,7 @@ constexpr Unexpected kUnexpected[] = {
 };
 const Unexpected* raised;
 
-// In the server's own code, while a package is made: here, where its log is placed.
+// The failure is in the server's own code, while it makes a package: here, when it chooses the place of the log.
 TEST_P(ManagerRules, TellWhatNobodyExpected)
 {
     static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },

@@ -1,4 +1,4 @@
-// Failing allocations on the server's side: the managers, the opening of a log, the registration.
+// Failing allocations on the server's side: the managers, opening a log, the registration.
 #include "com/class_factory.h"
 #include "log/log_location.h"
 #include "log/open_log.h"
@@ -18,7 +18,7 @@ constexpr CLSID kPackageClass = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 
 
 std::wstring placeOfLog;
 
-// A package that is exported under the name "Pack", with a log.
+// A package exported under the name "Pack", with a log.
 class Managing : public Answered {
 public:
     explicit Managing(LogDocument* document)
@@ -74,7 +74,7 @@ private:
     const LogSurroundings* before = nullptr;
 };
 
-// A box offers to remove a package that cannot be made: it stays.
+// A box offers to remove a package that cannot be made; the answer keeps it.
 class ServerMemoryFailure : public MemoryFailure {
 protected:
     ServerMemoryFailure() : before(SetMessageFunction([](const wchar_t*, const wchar_t*, UINT) -> int { return IDNO; }))
@@ -93,7 +93,7 @@ TEST_F(ServerMemoryFailure, OfEachAllocationOfAManagerEndsInStatusCodes) { FailO
 
 TEST_F(ServerMemoryFailure, OfEachAllocationOfARegistrationLeavesNothingThatRemovalDoesNotFind)
 {
-    // What is made once and kept.
+    // Makes what is made only once and kept.
     ASSERT_EQ(S_OK, RegisterServer(Scope::User, "1.0", ServedClasses()));
     ASSERT_EQ(S_OK, UnregisterServer(Scope::User, "1.0", ServedClasses()));
     const long step = std::max(1, 100 / Effort());

@@ -9,14 +9,14 @@
 #include "system/narrow.h"
 #include "packages/package_listing.h"
 
-// A manager component of this process, for each of the three kinds of manager.
+// A manager component in this process, for each of the three kinds of manager.
 namespace {
 
 using zelt::PackageKind;
 
 constexpr CLSID kManagerClass = {0x7E57CCCC, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
 
-// What the manager that is made next does, and what became of it.
+// What the next manager does, and what happened to it.
 struct Script {
     HRESULT initializeResult = S_OK, listResult = S_OK;
     bool hasUtilities = true, faultInList = false;

@@ -1,4 +1,4 @@
-// The three package managers over scripted foreign managers and packages, which COM creates in this process.
+// The three package managers with scripted foreign managers and packages, which COM creates in this process.
 #include "packages/package_manager.h"
 
 #include <cerrno>
@@ -28,17 +28,17 @@ constexpr CLSID kForeignManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11
 constexpr CLSID kStandAlone = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
 constexpr CLSID kNowhere = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
 
-// What the foreign manager does next, and what it was asked.
+// What the foreign manager does next, and the calls that it got.
 struct Script {
     HRESULT initialize = S_OK;
     HRESULT get = S_OK;
     std::wstring description;
     bool answersNull = false;
     bool fault = false;   // in Initialize
-    bool throws = false;  // when asked for the package
+    bool throws = false;  // when the package is requested
     std::vector<std::string> calls;
     std::wstring requested;
-    FakePackage* last = nullptr;  // alive as long as somebody holds it
+    FakePackage* last = nullptr;  // alive while somebody holds it
 };
 Script script;
 
@@ -54,7 +54,7 @@ private:
         script.requested = TextOf(name);
         if (script.throws) throw 42;
         if (FAILED(script.get)) {
-            *package = reinterpret_cast<IDispatch*>(0x10);  // not to be trusted
+            *package = reinterpret_cast<IDispatch*>(0x10);  // must not be used
             return script.get;
         }
         *package = nullptr;
@@ -98,7 +98,7 @@ private:
     } utilities{*this};
 
 public:
-    // A package that a script could reach too.
+    // A package that a script could also reach.
     class PackageWithDispatch final : public FakeObject {
     protected:
         IDispatch* ScriptInterface() override { return Identification(); }
@@ -111,7 +111,7 @@ public:
     };
 };
 
-// What tells the managers apart.
+// What differs between the managers.
 struct ManagerUnderTest {
     const char* name;
     HRESULT (*create)(REFIID, void**);
@@ -120,7 +120,7 @@ struct ManagerUnderTest {
     HRESULT (*get)(IUnknown*, BSTR, IDispatch**);
     PackageKind fromManager;
     PackageKind alone;
-    PackageKind foreign;  // a kind of another manager
+    PackageKind foreign;  // a kind that belongs to another manager
     std::wstring scope;
     std::wstring interfaceName;
     std::wstring createManagerFailure;
@@ -226,7 +226,7 @@ protected:
         SysFreeString(text);
         return copy;
     }
-    // Checks the error in all the forms in which the caller can read it.
+    // Checks the error in every form in which the caller can read it.
     void ExpectError(const std::wstring& description, HRESULT code, const wchar_t* className)
     {
         ComPtr<IErrorInfo> information;
@@ -332,7 +332,7 @@ TEST_P(PackageManagerTest, GetsAPackageFromItsManagerAndLetsTheManagerGo)
     EXPECT_EQ(S_OK, identification->get_ComponentName(&name));
     EXPECT_STREQ(L"Aromatics", name);
     SysFreeString(name);
-    // What comes back is a proxy, and each request makes a new one.
+    // The result is a proxy, and each request makes a new one.
     ComPtr<IOriginalObject> proxy;
     EXPECT_EQ(S_OK, package.As(&proxy));
     const ComPtr<IDispatch> first = package;
@@ -508,7 +508,7 @@ TEST_P(PackageManagerTest, TheUserReadsThatTheListCannotBeStored)
     EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
 }
 
-// A process that only shows logs serves the classes, too.
+// A process that only shows logs also serves the classes.
 TEST_P(PackageManagerTest, WhoAsksFirstHasTheListLoaded)
 {
     Export(kind.alone, L"Stored", kStandAlone);
@@ -557,7 +557,7 @@ TEST_P(PackageManagerTest, TheListMayChangeWhileTheQuestionStands)
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
     EXPECT_EQ((std::vector<std::wstring>{L"Last"}), Names());
 
-    // The record itself may be gone by the answer.
+    // The record itself may be gone when the user answers.
     Export(kind.alone, L"Bad", kNowhere);
     messages.meanwhile = [] { ExportedPackages().Remove(1); };
     EXPECT_EQ(kCreationFailed, Get(L"Bad"));
