@@ -11,7 +11,7 @@ namespace {
 
 const ScriptReplacements kReplacements = {{L"MODULE", L"\"C:\\o'b 100%\\ZELT.EXE\""}, {L"APPID", L"{id}"}};
 
-// A line for each entry: the key, and the value's name and text where there is one.
+// A line for each entry: the key, and the value's name and text if there is one.
 std::string Entries(std::wstring_view script)
 {
     std::wstring lines;
@@ -64,7 +64,7 @@ TEST(RegistryScript, IsRefusedWhereItIsNotUnderstood)
         L"HKCR { Key { val Name } }",       // a value without text
         L"HKCR { Key = s '%UNKNOWN%' }",    // no such replacement
         L"HKCR { Key = s '100%' }",         // half a replacement
-        L"HKCR { } Key",                    // something behind it
+        L"HKCR { } Key",                    // something after the end
     };
     // clang-format on
     for (const wchar_t* script : scripts) EXPECT_THROW(Entries(script), com::Failure) << Narrow(script);

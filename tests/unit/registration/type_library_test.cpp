@@ -30,10 +30,11 @@ INSTANTIATE_TEST_SUITE_P(Built, TypeLibrary,
                              return name;
                          });
 
-// The identity of an interface's headline: "interface <name> <iid> ...".
+// The interface's identifier from its headline: "interface <name> <iid> ...".
 std::string IidIn(const std::string& headline) { return headline.substr(headline.find(' ', 10) + 1, 36); }
 
-// Unregistering a library that holds an interface of the standard would delete the registration that others live by.
+// Unregistering a library that contains an interface of the standard would delete a registration that other programs
+// need.
 TEST(TypeLibraryOfZelt, HoldsNoInterfaceOfTheStandard)
 {
     std::set<std::string> standard;
@@ -56,7 +57,7 @@ TEST(TypeLibraryOfZelt, HoldsNoInterfaceOfTheStandard)
     EXPECT_EQ(1, interfaces);
 }
 
-// One line of a type's text is replaced; an empty `before` adds one, an empty `after` removes one.
+// Replaces one line of a type's text; an empty `before` adds a line, an empty `after` removes one.
 struct Change {
     const char* name;
     const char* type;
@@ -119,7 +120,7 @@ TEST(TypeLibraryComparison, TakesAnAliasOfAnEnumerationForTheEnumeration)
     const LibraryText facts = Facts().at("cape-open.tlb");
     const auto& lines = facts.types.at("ICapeParameterSpec").lines;
     EXPECT_TRUE(lines.contains("7 id 1 propget Type([out,retval] eCapeParamType* Type)"));
-    // An alias of anything else stays what it is.
+    // An alias of anything else stays unchanged.
     int kept = 0;
     for (const auto& [name, type] : facts.types) {
         for (const std::string& line : type.lines) kept += line.find("CapeArrayPpdbCompound* ") != std::string::npos;
