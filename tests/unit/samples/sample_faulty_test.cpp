@@ -12,7 +12,7 @@ namespace {
 using namespace zelt::sample;
 using Microsoft::WRL::ComPtr;
 
-// A text argument, which lives to the end of the call.
+// A text argument, which lives until the end of the call.
 BSTR B(_bstr_t&& text) { return text.GetBSTR(); }
 
 class FaultySampleTest : public testing::Test {
@@ -43,7 +43,7 @@ TEST_F(FaultySampleTest, MakesEveryCharacterThatItLists)
     ASSERT_EQ(S_OK, manager->GetPropertyPackageList(&names));
     EXPECT_EQ(AllCharacters().size() + 3, ReadStrings(names, L"names").size());
     for (const Character& character : AllCharacters()) {
-        // The one with a fault in its end would take the test with it.
+        // The character that faults in its final release would end the test.
         if (*character.finalRelease) continue;
         EXPECT_NE(nullptr, Package(character.name)) << character.name;
     }
@@ -94,7 +94,7 @@ TEST_F(FaultySampleTest, FailsWithTheErrorThatIsAskedFor)
     EXPECT_EQ(0u, description.length());
     EXPECT_EQ(E_FAIL, properties->CalcSinglePhaseProp(MakeStrings({L"error:80004005"}), B(L"Liquid")));
     EXPECT_EQ(S_OK, properties->CalcSinglePhaseProp(MakeStrings({L"handledFault"}), B(L"Liquid")));
-    // And what it is not asked for, it calculates.
+    // Without a request for a fault, it calculates.
     EXPECT_EQ(S_OK,
               compounds->GetCompoundConstant(MakeStrings({L"molecularWeight"}), MakeStrings({L"Toluene"}), &values));
 }
@@ -137,7 +137,7 @@ TEST_F(FaultySampleTest, KeepsOneReferenceOnAMaterial)
         context.Reset();
         material->AddRef();
         EXPECT_EQ(1u + kept, material->Release()) << name;
-        // What the package keeps for ever, the test gives back.
+        // The test releases what the package keeps forever.
         for (unsigned i = 0; i < kept; ++i) material->Release();
     }
 }

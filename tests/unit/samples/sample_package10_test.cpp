@@ -21,7 +21,7 @@ protected:
         ASSERT_EQ(S_OK, com::Create<ThermoSystem>(IID_PPV_ARGS(&system)));
         ASSERT_EQ(S_OK, system->ResolvePropertyPackage(B(L"AROMATICS"), &package));
         properties = Query<ICapeThermoPropertyPackage>(package.Get());
-        // Not in the package's order.
+        // Not the package's order.
         SetCompounds({L"Toluene", L"Benzene"});
         material = MakeMaterial<ICapeThermoMaterialObject>();
         dispatch = Query<IDispatch>(material.Get());
@@ -67,7 +67,7 @@ TEST(SampleThermoSystem, ListsItsPackagesAndNamesTheOneThatItLacks)
 TEST_F(SamplePackage10Test, FlashesInTheOrderOfTheMaterial)
 {
     ASSERT_EQ(S_OK, Flash(L"tp")) << Description(package.Get()).c_str();
-    // The same case as by hand in the tests of the flash, with toluene first.
+    // The case calculated by hand in the tests of the flash, with toluene first.
     EXPECT_NEAR(1 - 0.37342, Get(L"fraction", L"Liquid", L"mole", L"")[0], 2e-5);
     EXPECT_NEAR(0.59965, Get(L"fraction", L"Vapor", L"mole", L"")[1], 2e-5);
     EXPECT_NEAR(0.5595, Get(L"phaseFraction", L"Vapor", L"mole")[0], 1e-4);
@@ -85,7 +85,7 @@ TEST_F(SamplePackage10Test, SetsTheOverallValueThatWasNotGiven)
     EXPECT_EQ(1, Get(L"phaseFraction", L"Liquid", L"mole")[0]);
 }
 
-// Both versions are shells around one model: the same numbers, to the bit.
+// Both versions are shells around one model, so their numbers are identical bit by bit.
 TEST_F(SamplePackage10Test, CalculatesWhatTheNewerVersionDoes)
 {
     ASSERT_EQ(S_OK, Flash(L"TP"));
@@ -98,7 +98,7 @@ TEST_F(SamplePackage10Test, CalculatesWhatTheNewerVersionDoes)
     const std::vector<double> derivatives = Get(L"fugacity.Dmoles", L"Liquid", L"");
     ASSERT_EQ(1u, enthalpy.size());
     ASSERT_EQ(4u, derivatives.size());
-    // In the newer version temperature and pressure are a phase's own.
+    // In the newer version, each phase has its own temperature and pressure.
     EXPECT_EQ(S_OK, state->SetSinglePhaseProp(B(L"temperature"), B(L"Liquid"), B(L""), MakeDoubles({{363.15}})));
     EXPECT_EQ(S_OK, state->SetSinglePhaseProp(B(L"pressure"), B(L"Liquid"), B(L""), MakeDoubles({{85000.0}})));
     EXPECT_EQ(S_OK, Query<ICapeThermoMaterialContext>(newer.Get())->SetMaterial(dispatch.Get()));
@@ -118,7 +118,7 @@ TEST_F(SamplePackage10Test, CalculatesPureCompoundsApartFromTheMixture)
     const std::vector<double> pure = Get(L"volume", L"Liquid", L"mole", L"Pure");
     const std::vector<double> x = Get(L"fraction", L"Liquid", L"mole", L"");
     ASSERT_EQ(2u, pure.size());
-    // Volumes of an ideal solution add.
+    // Volumes of an ideal solution are additive.
     EXPECT_NEAR(x[0] * pure[0] + x[1] * pure[1], Get(L"volume", L"Liquid", L"mole")[0], 1e-12);
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR),
               properties->CalcProp(dispatch.Get(), MakeStrings({L"fugacity.Dmoles"}), phases, B(L"Pure")));
@@ -158,13 +158,13 @@ TEST_F(SamplePackage10Test, ExplainsBadCalls)
         static_cast<HRESULT>(ECapeInvalidArgumentHR),
         properties->CalcProp(dispatch.Get(), MakeStrings({L"enthalpy"}), MakeStrings({L"Liquid"}), B(L"Partial")));
     EXPECT_EQ(L"There is no type of calculation \"Partial\"", Description(package.Get()));
-    // There was no flash: the material's own failure comes through.
+    // There was no flash, so the material's own failure is returned.
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
               properties->CalcProp(dispatch.Get(), MakeStrings({L"enthalpy"}), MakeStrings({L"Liquid"}), nullptr));
     EXPECT_EQ(L"Material object: The material object has no phase \"Liquid\"", Description(package.Get()));
 }
 
-// Every parameter of a property package does what it says.
+// Every parameter of a property package has the effect that its description promises.
 TEST_F(SamplePackage10Test, HeedsItsParameters)
 {
     ASSERT_EQ(S_OK, SetParameter(package.Get(), L"Phases", _variant_t(L"liquid only")));

@@ -18,7 +18,7 @@ namespace {
 using namespace zelt::sample;
 using Microsoft::WRL::ComPtr;
 
-// A text argument, which lives to the end of the call.
+// A text argument, which lives until the end of the call.
 BSTR B(_bstr_t&& text) { return text.GetBSTR(); }
 
 std::shared_ptr<const Slate> SlateOf(std::initializer_list<const wchar_t*> ids)
@@ -87,7 +87,7 @@ protected:
         compounds = Query<ICapeThermoCompounds>(package.Get());
     }
 
-    // A material of toluene and benzene, in this order, which is not the package's, with a state and both phases.
+    // A material of toluene and benzene (not the package's order), with a state and both phases.
     ComPtr<ICapeThermoMaterial> SetMaterial(double temperature, double pressure)
     {
         ComPtr<ICapeThermoMaterial> material = MakeMaterial({L"Toluene", L"benzene"});
@@ -141,7 +141,7 @@ TEST_F(SamplePackageTest, GivesConstantsInTheOrderOfTheStandard)
     EXPECT_STREQ(L"71-43-2", V_BSTR(&elements[3]));
     SafeArrayUnaccessData(V_ARRAY(&values));
 
-    // All of the package's, when no compound is named; every name in the list is known.
+    // All of the package's compounds if none is named; every name in the list is known.
     _variant_t names, all;
     ASSERT_EQ(S_OK, compounds->GetConstPropList(&names));
     EXPECT_EQ(S_OK, compounds->GetCompoundConstant(names, _variant_t(), &all));
@@ -158,7 +158,7 @@ TEST_F(SamplePackageTest, FlashesInTheOrderOfTheMaterial)
 {
     const ComPtr<ICapeThermoMaterial> material = SetMaterial(363.15, 85000);
     ASSERT_EQ(S_OK, Flash({L"temperature", L"", L"Overall"}, {L"pressure", L"", L"Overall"}));
-    // The same case as by hand in the tests of the flash, with toluene first.
+    // The case calculated by hand in the tests of the flash, with toluene first.
     EXPECT_NEAR(1 - 0.37342, OfPhase(material.Get(), L"fraction", L"Liquid", L"mole")[0], 2e-5);
     EXPECT_NEAR(0.59965, OfPhase(material.Get(), L"fraction", L"Vapor", L"mole")[1], 2e-5);
     EXPECT_NEAR(0.5595, OfPhase(material.Get(), L"phaseFraction", L"Vapor", L"mole")[0], 1e-4);
@@ -208,14 +208,14 @@ TEST_F(SamplePackageTest, WritesWhatTheModelGives)
     EXPECT_EQ(enthalpy.dT, OfPhase(material.Get(), L"heatCapacityCp", L"Liquid", L"mole")[0]);
     EXPECT_EQ(model.Fugacity(Phase::kLiquid, 363.15, 85000, x).dn,
               OfPhase(material.Get(), L"fugacity.Dmoles", L"Liquid", L""));
-    // On a mass basis: kg/m3 of both liquids lie near 800 at 90 degrees.
+    // On a mass basis: both liquids have a density near 800 kg/m3 at 90 degrees.
     EXPECT_NEAR(800, OfPhase(material.Get(), L"density", L"Liquid", L"mass")[0], 10);
 }
 
 TEST_F(SamplePackageTest, CalculatesFugacityCoefficientsFromItsArguments)
 {
     _variant_t logPhi, byT, byP, byN;
-    // No material is set: the package's own three compounds. An output that is not asked for stays as it is.
+    // Without a material, the compounds are the package's own three. An output that is not requested stays unchanged.
     V_VT(&byT) = VT_I4;
     V_I4(&byT) = 42;
     ASSERT_EQ(S_OK, properties->CalcAndGetLnPhi(B(L"Liquid"), 363.15, 85000, MakeDoubles({{1.0, 1.0, 1.0}}),
@@ -260,7 +260,7 @@ TEST_F(SamplePackageTest, ExplainsBadCalls)
                                            MakeStrings({L"pressure", L"", L"Overall"}), B(L"Retrograde")));
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), context->SetMaterial(nullptr));
 
-    // The state of the phases has never been set: the material's own failure comes through.
+    // The state of the phases has never been set, so the material's own failure is returned.
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
               properties->CalcSinglePhaseProp(MakeStrings({L"enthalpy"}), B(L"Liquid")));
     EXPECT_EQ(L"Material object: The material object has no \"fraction\" on basis \"mole\"",
@@ -322,7 +322,7 @@ TEST_F(SamplePackageTest, HoldsTheMaterialUntilItIsTakenBack)
     ASSERT_EQ(S_OK, context->UnsetMaterial());
     EXPECT_EQ(before, references());
 
-    // Terminate takes it back too, and so does the package's end.
+    // Terminate also releases the material, and so does the package's end.
     ASSERT_EQ(S_OK, context->SetMaterial(Query<IDispatch>(material.Get()).Get()));
     ASSERT_EQ(S_OK, Query<ICapeUtilities>(package.Get())->Terminate());
     EXPECT_EQ(before, references());
@@ -433,7 +433,7 @@ TEST(SampleVariant, ReadsArraysAsScriptsSendThem)
     EXPECT_THROW(ReadDoubles(MakeStrings({L"not a number"}), L"values"), CapeFailure);
 }
 
-// The keys of a registration, in a scratch key that stands for HKEY_CLASSES_ROOT.
+// The keys of a registration, in a scratch key that replaces HKEY_CLASSES_ROOT.
 TEST(SampleRegistration, RemovesExactlyWhatItWrites)
 {
     constexpr const wchar_t* kScratch = L"Software\\ZeltSampleRegistrationTest";

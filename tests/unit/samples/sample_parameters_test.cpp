@@ -96,7 +96,7 @@ TEST_F(SampleParameterTest, OfferTheTypedInterfaceOfTheirTypeAlone)
     EXPECT_EQ((std::vector<double>{1, 0, 0, 0, 0, 0, 0, 0}), ReadDoubles(dimensionality, L"dim"));
 }
 
-// Values that are set, whether they are taken, and what Validate says of them.
+// Values to set, whether the parameter accepts them, and what Validate says about them.
 TEST_F(SampleParameterTest, TakeEveryValueOfTheirTypeAndJudgeItWhenAsked)
 {
     const struct {
@@ -189,7 +189,7 @@ TEST_F(SampleParameterTest, DescribeAListItemByItem)
     EXPECT_EQ(S_OK, Query<ICapeRealParameterSpec>(items[1].Get())->get_UpperBound(&upper));
     EXPECT_EQ(20, upper);
 
-    // A message that is there already is freed, not leaked or kept.
+    // An existing message is freed, not leaked or kept.
     messages = _variant_t(L"old");
     ASSERT_EQ(S_OK, spec->Validate(MakeDoubles({{3.0, 6.0}}), &messages, &verdicts));
     EXPECT_EQ((std::vector<std::wstring>{L"3 is not between 0 and 2", L""}), ReadStrings(messages, L"message"));

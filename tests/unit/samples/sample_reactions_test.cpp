@@ -26,7 +26,7 @@ protected:
         routine = Query<ICapeReactionsRoutine>(package.Get());
     }
 
-    // A material of these compounds in equal parts, in both phases, and a reaction object, both handed over.
+    // Passes to the package a material of these compounds in equal parts, in both phases, and a reaction object.
     void SetObjects(std::initializer_list<const wchar_t*> ids, double temperature, double pressure = 101325)
     {
         SetCompounds(ids);
@@ -90,7 +90,7 @@ TEST(SampleReactionManager, ListsItsPackagesAndNamesTheOneThatItLacks)
     EXPECT_EQ(L"There is no reaction package \"Fire\"", Description(manager.Get()));
 }
 
-// Mass is conserved: every element and the charge balance. The elements of each compound are counted here by hand.
+// Mass is conserved: every element balances, and so does the charge. The elements of each compound are counted by hand.
 TEST(SampleReactions, AreBalanced)
 {
     const struct {
@@ -143,7 +143,7 @@ TEST(SampleReactions, AreBalanced)
     EXPECT_EQ(8, reactions);
 }
 
-// The derivative that the enthalpies come from, against a difference quotient of the constants.
+// Compares the derivative behind the enthalpies with a difference quotient of the constants.
 TEST(SampleReactions, HaveTheSlopesOfTheirConstants)
 {
     for (const ReactionPackageDefinition& definition : AllReactionPackages()) {
@@ -240,7 +240,7 @@ TEST_F(SampleReactionsTest, TakesMethylFromToluene)
     SetObjects({L"Toluene", L"Hydrogen", L"Benzene", L"Methane"}, 900);
     EXPECT_NEAR(7.4858e-10, Value(L"rateConstant", L"TolueneHydrodealkylation"), 1e-14);
     EXPECT_NEAR(0.0030180, Value(L"reactionRate", L"TolueneHydrodealkylation"), 1e-7);
-    // Partial pressures do not change with temperature: the slope is the rate times 25616 / 900^2.
+    // Partial pressures do not change with temperature, so the slope is the rate times 25616 / 900^2.
     EXPECT_NEAR(0.0030180 * 25616 / 810000, Value(L"reactionRate.Dtemperature", L"TolueneHydrodealkylation"), 1e-8);
 }
 
@@ -252,7 +252,7 @@ TEST_F(SampleReactionsTest, DecomposesDinitrogenPentoxide)
     SetObjects({L"Nitrogen dioxide", L"Oxygen", L"Dinitrogen pentoxide", L"Dinitrogen tetroxide"}, 338);
     EXPECT_NEAR(0.0051828, Value(L"rateConstant", L"PentoxideDecomposition"), 2e-7);
     EXPECT_NEAR(0.046717, Value(L"reactionRate", L"PentoxideDecomposition"), 2e-6);
-    // The gas thins as it warms: the slope is the rate times (12436.16 / T - 1) / T.
+    // The gas expands as it warms, so the slope is the rate times (12436.16 / T - 1) / T.
     EXPECT_NEAR(0.046717 * (12436.16 / 338 - 1) / 338, Value(L"reactionRate.Dtemperature", L"PentoxideDecomposition"),
                 1e-6);
 }
@@ -292,7 +292,7 @@ TEST_F(SampleReactionsTest, HeedsTheParametersOfAReaction)
     EXPECT_EQ(0, Value(L"reactionRate", L"TolueneHydrodealkylation"));
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Pre-exponential factor", _variant_t(2.0)));
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Activation temperature", _variant_t(0.0)));
-    // Of order 1 in toluene alone, half of 101325 Pa.
+    // Of order 1 only in toluene, half of 101325 Pa.
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Orders", MakeDoubles({{1.0, 0.0, 0.0, 0.0}})));
     EXPECT_DOUBLE_EQ(101325, Value(L"reactionRate", L"TolueneHydrodealkylation"));
     EXPECT_NE(rate, 101325);
@@ -372,7 +372,7 @@ TEST_F(SampleReactionsTest, TakesTheReactionObjectThroughAPointerToAPointer)
     IDispatch* null = nullptr;
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), kinetic->SetReactionObject(&null));
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), kinetic->SetReactionObject(nullptr));
-    // What was refused left the former one in place: Terminate gives it back.
+    // The refused objects did not replace the previous one: Terminate releases it.
     object->AddRef();
     EXPECT_EQ(2u, object->Release());
     EXPECT_EQ(S_OK, Query<ICapeUtilities>(package.Get())->Terminate());

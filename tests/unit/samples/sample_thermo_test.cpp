@@ -22,7 +22,7 @@ IdealSolution Mixture(std::initializer_list<const wchar_t*> ids)
 const IdealSolution kAromatics = Mixture({L"Benzene", L"Toluene", L"o-Xylene"});
 const std::vector<double> kFeed{0.5, 0.3, 0.2};
 
-// What the literature gives for each compound, none of it used by the model's own tables.
+// Published values for each compound; the model's own tables use none of them.
 struct Published {
     const wchar_t* id;
     double boilingPointCelsius;  // Smith, Van Ness and Abbott, Table B.2, to 0.1
@@ -130,7 +130,7 @@ TEST(SampleRachfordRice, StopsAtThePhaseBoundaries)
     EXPECT_EQ(1, RachfordRice(std::vector{0.5, 0.5}, std::vector{1.5, 0.9}));
     EXPECT_EQ(1, RachfordRice(std::vector{1.0}, std::vector{1.5}));
     EXPECT_EQ(0, RachfordRice(std::vector{1.0}, std::vector{0.5}));
-    // K-values far apart and a feed nearly at its bubble point: sum z K = 1.0001 - 1e-9 or so.
+    // Very different K-values and a feed near its bubble point: sum z K = 1.0001 - 1e-9 or so.
     const double fraction = RachfordRice(std::vector{1e-8, 1 - 1e-8}, std::vector{1.1e8 + 1, 1e-6});
     EXPECT_GT(fraction, 0);
     EXPECT_LT(fraction, 0.1);
@@ -142,7 +142,7 @@ TEST(SampleFlash, FindsBubbleAndDewPressuresDoneByHand)
     // At 90 degrees (above): (136497 + 54310) / 2 = 95403 Pa, and 2 / (1 / 136497 + 1 / 54310) = 77703 Pa.
     EXPECT_NEAR(95403, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
     EXPECT_NEAR(77703, DewPressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
-    // And back.
+    // And in the other direction.
     EXPECT_NEAR(
         363.15,
         BubbleTemperature(mixture, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), std::vector{0.5, 0.5}),
@@ -163,7 +163,7 @@ TEST(SampleFlash, SplitsBenzeneAndTolueneAsByHand)
     EXPECT_NEAR(0.5595, result.vapourFraction, 1e-4);
 }
 
-// Every flash of the same state gives that state, with phases in balance and in equilibrium.
+// Every flash of the same state gives that state, with balanced phases in equilibrium.
 TEST(SampleFlash, IsConsistentWhateverIsGiven)
 {
     const FlashResult state = FlashTP(kAromatics, 380, 120000, kFeed);
@@ -204,10 +204,10 @@ TEST(SampleFlash, GivesOnePhaseOutsideTheEnvelope)
     EXPECT_EQ(0, FlashTP(kAromatics, 300, 101325, kFeed).vapourFraction);
     EXPECT_EQ(1, FlashTP(kAromatics, 450, 101325, kFeed).vapourFraction);
     EXPECT_EQ(kFeed, FlashTP(kAromatics, 450, 101325, kFeed).vapour);
-    // Only one phase allowed, where two would form.
+    // Only one phase is allowed where two would form.
     EXPECT_EQ(1, FlashTP(kAromatics, 380, 120000, kFeed, {true, false}).vapourFraction);
     EXPECT_EQ(0, FlashTP(kAromatics, 380, 120000, kFeed, {false, true}).vapourFraction);
-    // Enthalpies of a cold liquid and of a hot vapour lead back to their temperatures.
+    // The enthalpies of a cold liquid and a hot vapour give their temperatures again.
     for (const double t : {290.0, 500.0}) {
         const Phase phase = t < 350 ? Phase::kLiquid : Phase::kVapour;
         const double enthalpy = kAromatics.Enthalpy(phase, t, 101325, kFeed).value;
@@ -227,7 +227,7 @@ TEST(SampleFlash, BoilsASingleCompoundAtOneTemperature)
     const FlashResult quarter = FlashPH(water, 101325, liquid + 0.25 * (vapour - liquid), feed);
     EXPECT_NEAR(boiling, quarter.temperature, 1e-9);
     EXPECT_NEAR(0.25, quarter.vapourFraction, 1e-12);
-    // A compound that is absent changes nothing.
+    // An absent compound changes nothing.
     const IdealSolution mixture = Mixture({L"Ethanol", L"Water"});
     EXPECT_EQ(boiling, BubbleTemperature(mixture, 101325, std::vector{0.0, 1.0}));
 }
@@ -277,7 +277,7 @@ TEST(SampleIdealSolution, HasDerivativesThatFollowTheValues)
     }
 }
 
-// Amounts of 1 mol in all: a small change of one compound's amount changes every fraction.
+// A total of 1 mol: a small change of one compound's amount changes every fraction.
 TEST(SampleIdealSolution, HasFugacityDerivativesInAmounts)
 {
     constexpr double t = 360, p = 150000, step = 1e-6;
@@ -289,7 +289,7 @@ TEST(SampleIdealSolution, HasFugacityDerivativesInAmounts)
             for (double& amount : amounts) amount /= 1 + change;
             return kAromatics.Fugacity(Phase::kLiquid, t, p, amounts).value;
         };
-        // Shifting the amount does what normalising (n_i + d) / (1 + d) does.
+        // Shifting the amount has the same effect as normalising (n_i + d) / (1 + d).
         double gibbsDuhem = 0;
         for (std::size_t i = 0; i < 3; ++i) {
             const double slope = (shifted(step)[i] - shifted(-step)[i]) / (2 * step);
@@ -318,7 +318,7 @@ TEST(SampleIdealSolution, HasEqualGibbsEnergiesAtSaturation)
 
 TEST(SampleIdealSolution, IgnoresAbsentCompoundsBeyondTheirCriticalTemperature)
 {
-    // At 600 K benzene and toluene have no liquid; o-xylene has.
+    // At 600 K, benzene and toluene have no liquid, but o-xylene has.
     const std::vector<double> xylene{0.0, 0.0, 1.0};
     EXPECT_NO_THROW(kAromatics.Enthalpy(Phase::kLiquid, 600, 1e6, xylene));
     EXPECT_NO_THROW(kAromatics.Entropy(Phase::kLiquid, 600, 1e6, xylene));

@@ -82,7 +82,7 @@ protected:
         return ReadDoubles(values, property);
     }
 
-    // J/mol, from the phases.
+    // In J/mol, from the phases.
     static double EnthalpyOf(ICapeThermoMaterial* material)
     {
         _variant_t labels, status;
@@ -104,7 +104,7 @@ protected:
         return Get(material, L"totalFlow", L"mole").at(0) * EnthalpyOf(material);
     }
 
-    // A mixer with feeds and a product; energy and information on demand.
+    // Connects a mixer's feeds and product, and on request energy and information.
     void ConnectMixer()
     {
         mixer = Make<MixerHeater>();
@@ -277,7 +277,7 @@ TEST_F(SampleUnitTest, MixerFailsWithAReason)
     ConnectMixer();
     EXPECT_EQ(S_OK, SetParameter(mixer.Get(), L"Pressure drop", _variant_t(1e5)));
     EXPECT_EQ(L"", Validate(mixer.Get()));
-    // The stream changes behind the unit's back.
+    // The stream changes without the unit noticing.
     Set(cool.Get(), L"pressure", L"", {5e4});
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidOperationHR), mixer->Calculate());
     EXPECT_EQ(L"The pressure drop 100000 Pa is not below the lowest inlet pressure, 50000 Pa",
@@ -520,7 +520,7 @@ TEST_F(SampleUnitTest, ValveLoadsWhatItSaved)
     const std::vector<std::byte> bytes = Saved<IPersistStream>(valve.Get());
     EXPECT_EQ(S_OK, Query<IPersistStream>(other.Get())->Load(MakeStream(bytes).Get()));
     EXPECT_EQ(_variant_t(123456.0), ParameterValue(other.Get(), L"Outlet pressure"));
-    // Of another unit.
+    // Data of another unit.
     mixer = Make<MixerHeater>();
     EXPECT_EQ(static_cast<HRESULT>(ECapePersistenceHR),
               Query<IPersistStreamInit>(mixer.Get())->Load(MakeStream(bytes).Get()));
@@ -589,7 +589,7 @@ TEST_F(SampleUnitTest, MaterialCalculatesOnlyWithAPackage)
         EXPECT_EQ(E_NOINTERFACE,
                   alone->QueryInterface(iid, reinterpret_cast<void**>(granted.ReleaseAndGetAddressOf())));
     }
-    // The package is gone, the material stays.
+    // The package is gone; the material stays.
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidOperationHR),
               Query<ICapeThermoPropertyRoutine>(material.Get())
                   ->CalcSinglePhaseProp(MakeStrings({L"enthalpy"}), B(L"Liquid")));
