@@ -1,4 +1,4 @@
-// A log read on a thread of its own gives the sink what reading it on the caller's gives.
+// Reading a log on a separate thread gives the sink the same as reading it on the caller's thread.
 #include "shell/log_viewer/background_reader.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kCalls = 3000;
 
-// Everything that it is told, a line each.
+// Records everything that it receives, one line each.
 class Recorder final : public RowSink {
 public:
     void Row(const TreeRow& row) override
@@ -135,7 +135,7 @@ TEST_F(BackgroundReader, LetsNoMoreThanAFewLongLabelsWait)
     Write(log + "</zeltlogdocument>\n");
     ExpectTheSame();
     Recorder sink;
-    // How far the reading is ahead of the items: never by most of the file.
+    // The reading is never ahead of the items by most of the file.
     sink.onItem = [&](int items) { EXPECT_GT(6 * kLabel, position - items * kLabel); };
     EXPECT_EQ(LogReadResult::Complete, Read(sink, true));
 }

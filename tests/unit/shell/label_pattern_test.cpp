@@ -1,4 +1,4 @@
-// The search through one label, beside what the library's own search says.
+// The search in one label, compared with the standard library's search.
 #include "shell/log_viewer/label_pattern.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ TEST(LabelPattern, MindsCaseUnlessTold)
     EXPECT_FALSE(LabelPattern("Query", true).Is("QueryInterface"));
     EXPECT_TRUE(LabelPattern("QUERY", true).Is("query"));
     EXPECT_FALSE(LabelPattern("QUERY", false).Is("query"));
-    // The whole alphabet, and nothing beside it.
+    // The whole alphabet, and nothing else.
     EXPECT_TRUE(LabelPattern("abcdefghijklmnopqrstuvwxyz", true).Is("ABCDEFGHIJKLMNOPQRSTUVWXYZ"));
     EXPECT_FALSE(LabelPattern("@", true).Is("`"));
     EXPECT_FALSE(LabelPattern("a", true).Is("B"));

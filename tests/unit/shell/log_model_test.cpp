@@ -1,4 +1,4 @@
-// What the viewer keeps of a log.
+// What the viewer keeps from a log.
 #include "shell/log_viewer/log_model.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 
 TreeRow RowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
 
-// Most of a log's labels occur many times: an item costs a number.
+// Most labels of a log occur many times, so an item costs only a number.
 TEST(LogModel, KeepsEachLabelOnce)
 {
     constexpr ItemIndex kLabels = 5'000;

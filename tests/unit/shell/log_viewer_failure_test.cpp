@@ -1,4 +1,4 @@
-// A viewer whose window cannot be made: this program has the viewer's code, and none of its dialogs.
+// A viewer whose window cannot be made: this program has the viewer's code but none of its dialogs.
 #include <gtest/gtest.h>
 
 #include "com/server_reference.h"
@@ -18,14 +18,14 @@ TEST(LogViewerFailure, AWindowThatCannotBeMadeIsSaidAndLetsTheProcessEnd)
     shown = event.get();
     RecordedMessages messages;
     messages.meanwhile = [] {
-        // The process lives as long as the box is open.
+        // The process lives while the box is open.
         references = com::CountServerReferences();
         SetEvent(shown);
     };
     const long before = com::CountServerReferences();
     OpenLogViewer(L"C:\\logs\\one of them.zlg");
     ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(shown, 20'000));
-    // The viewer's thread is behind the box once it has given its reference back.
+    // Once the viewer's thread has released its reference, the box is closed.
     for (int attempt = 0; attempt < 2000 && com::CountServerReferences() != before; ++attempt) Sleep(10);
     EXPECT_GT(references, before);
     ASSERT_EQ(before, com::CountServerReferences());

@@ -1,4 +1,4 @@
-// What a long task lets through while it runs: messages, but no keys and clicks in its window; Esc, when it is pressed, ends it.
+// What a long task allows while it runs: messages, but no keys or clicks in its window; pressing Esc ends it.
 #include "shell/log_viewer/long_task.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ protected:
         }
     }
 
-    // Goes on until all that was posted is taken, or the task has enough.
+    // Continues until everything posted has been received, or the task is cancelled.
     static void Run(LongTask& task)
     {
         MSG waiting;
@@ -81,7 +81,7 @@ TEST_F(RunningTask, EndsWithEscAndWithNothingElse)
     PostMessageW(window, WM_KEYDOWN, VK_RETURN, 0);
     // The key may have been pressed for something else.
     PostMessageW(window, WM_KEYUP, VK_ESCAPE, 0);
-    // A number that means something else to another message.
+    // The same number means something else in another message.
     PostMessageW(window, kNote, VK_ESCAPE, 0);
     Run(task);
     EXPECT_FALSE(task.Cancelled());

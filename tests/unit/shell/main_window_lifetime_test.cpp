@@ -1,5 +1,5 @@
-// The main window may be closed while one of its handlers shows a box. The box for a registry out of reach has no owner, so
-// the window behind it can be used.
+// The main window may be closed while one of its handlers shows a box. The box for an inaccessible registry has no
+// owner, so the window behind it can be used.
 #include <gtest/gtest.h>
 #include <commctrl.h>
 
@@ -51,7 +51,7 @@ protected:
         list = GetDlgItem(window, kPackageList);
         ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
     }
-    // The first box of what `act` does closes the window.
+    // The first box that `act` causes closes the window.
     template <class Act>
     void ExpectToOutliveItsHandler(const char* what, Act&& act)
     {

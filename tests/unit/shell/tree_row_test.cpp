@@ -1,4 +1,4 @@
-// What the viewer shows of each element of a log: image, label, and whether it is in the list of errors.
+// What the viewer shows for each element of a log: image, label, and whether it is in the list of errors.
 #include "shell/log_viewer/tree_row.h"
 
 #include <gtest/gtest.h>
@@ -111,7 +111,7 @@ TEST(TreeRow, GivesEachElementItsImageAndLabel)
     }
 }
 
-// Labels of batches stand one behind the other.
+// A batch stores its labels one after another.
 TEST(TreeRow, LeavesWhatStandsBeforeALabel)
 {
     std::string labels = "before";

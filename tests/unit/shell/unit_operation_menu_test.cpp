@@ -16,7 +16,7 @@ protected:
     }
     void TearDown() override { DestroyMenu(menu); }
 
-    // A line an item: x when checked, its command and text; "-" for a separator.
+    // One line per item: x if checked, its command and text; "-" for a separator.
     std::wstring Text()
     {
         std::wstring text;
