@@ -16,17 +16,17 @@ namespace {
 constexpr std::uint32_t kLive = 0x4C495645, kFreed = 0x46524545;
 constexpr unsigned char kGuardByte = 0xFD, kFreshByte = 0xCD;
 constexpr std::size_t kGuardBytes = 16;
-// What is kept back at most; the oldest goes first.
+// The most that is kept; the oldest block is released first.
 constexpr std::size_t kKeptBlocks = 16384, kKeptBytes = 32u << 20;
 
 struct alignas(16) Header {
     std::size_t size;
     std::uint32_t state;
-    alignas(16) unsigned char guard[kGuardBytes];  // directly in front of the memory
+    alignas(16) unsigned char guard[kGuardBytes];  // directly before the memory
 };
 static_assert(sizeof(Header) == 2 * kGuardBytes && alignof(Header) >= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
-// Nothing in here may allocate: the state is static, and the text of the damage is of a fixed size.
+// Nothing here may allocate: the state is static, and the damage text has a fixed size.
 SRWLOCK lock = SRWLOCK_INIT;
 Header* kept[kKeptBlocks];
 std::size_t oldest, keptCount, keptBytes;
@@ -34,7 +34,7 @@ HeapInUse inUse;
 char damage[4096];
 std::size_t damageLength;
 
-// The thread that is to run out of memory, and when.
+// Which thread runs out of memory, and when.
 DWORD failingThread;
 long successesLeft = -1;
 bool hasFailed;

@@ -4,11 +4,11 @@
 
 #include <memory>
 
-// The checks of the heap find what they are there for.
+// The checked heap finds the damage that it looks for.
 namespace zelt::test {
 namespace {
 
-// Through pointers that the compiler does not see through: it would rightly complain of what is done here, or leave it out.
+// Volatile pointers hide the calls from the compiler, which would rightly warn about this misuse or remove it.
 void* (*volatile allocate)(std::size_t) = ::operator new;
 void (*volatile release)(void*) = ::operator delete;
 

@@ -13,7 +13,7 @@
 
 namespace zelt::test {
 
-// What an interface pointer of the object points to: the first member is what every caller expects there.
+// What an interface pointer of the object points to: the first member is the vtable pointer that every caller expects.
 struct DynamicFake::Interface {
     const void* const* vtable;
     DynamicFake* owner;
@@ -22,7 +22,7 @@ struct DynamicFake::Interface {
 
 namespace {
 
-// Code that is made at run time, in pages of its own that are never given back.
+// Code that is made at run time, in its own pages that are never freed.
 class CodePages {
 public:
     // Room for one piece of code, with a margin.
@@ -83,7 +83,7 @@ std::uintptr_t Address(T* pointer)
 }
 
 #ifdef __i386__
-// All arguments stand on the stack, and the callee takes them off.
+// All arguments are on the stack, and the callee removes them.
 void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 {
     std::size_t size = sizeof(void*);
@@ -102,7 +102,8 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 #else
 constexpr unsigned char kStackOfSlot = 40, kBehindTheSub = 7;
 
-// Tells the system how to unwind a slot's code, which keeps `kStackOfSlot` bytes of stack behind its first `prologue` bytes.
+// Tells the system how to unwind a slot's code, which uses `kStackOfSlot` bytes of stack after its first `prologue`
+// bytes.
 void DescribeFrame(unsigned char* code, unsigned char prologue)
 {
     constexpr unsigned char kVersion = 1, kAllocateSmall = 2;
@@ -111,12 +112,12 @@ void DescribeFrame(unsigned char* code, unsigned char prologue)
                                     0,        0};
     std::memcpy(description, bytes, sizeof bytes);
     const auto offset = static_cast<DWORD>(description - code);
-    auto* function = new RUNTIME_FUNCTION{0, offset, {offset}};  // kept as long as the code
+    auto* function = new RUNTIME_FUNCTION{0, offset, {offset}};  // kept with the code
     if (!RtlAddFunctionTable(function, 1, Address(code))) throw com::Failure(E_UNEXPECTED);
 }
 
-// The first four arguments come in registers and are put into the places that the caller keeps for them, so that all
-// arguments stand in a row.
+// The first four arguments come in registers and are copied to the stack space that the caller reserves for them, so
+// that all arguments are contiguous.
 void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 {
     struct Spill {
@@ -147,7 +148,7 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 }
 #endif
 
-// Where each argument's value stands, counted from the interface pointer that precedes them.
+// Where each argument's value is; `arguments` starts at the interface pointer that precedes them.
 std::vector<void*> PlacesOf(const MethodShape& method, std::byte* arguments)
 {
     std::vector<void*> places;
@@ -157,7 +158,7 @@ std::vector<void*> PlacesOf(const MethodShape& method, std::byte* arguments)
         places.push_back(next);
         next += std::max<std::size_t>(parameter.Size(), sizeof(void*));
 #else
-        // What does not fit into a register is passed as a pointer to the caller's copy.
+        // A value that does not fit into a register is passed as a pointer to the caller's copy.
         places.push_back(parameter.Size() > sizeof(void*) ? *reinterpret_cast<void**>(next) : next);
         next += sizeof(void*);
 #endif
@@ -202,7 +203,7 @@ struct DynamicFake::Entrance {
         const LastAct last = std::exchange(owner->lastAct, {});
         return last.act ? last.act(last.what) : result;
     }
-    // Made once for each interface and kept for good, as the code of an ordinary class is.
+    // Made once for each interface and kept forever, like the code of an ordinary class.
     static const void* const* VtableOf(const InterfaceShape& shape)
     {
         static auto& known = *new std::map<const InterfaceShape*, std::vector<const void*>>;
@@ -242,7 +243,7 @@ STDMETHODIMP DynamicFake::QueryInterface(REFIID iid, void** result)
             AddRef();
             return S_OK;
         }
-        // A script reaches the name. It is no proxy, so the way back to an original is not offered.
+        // A script reaches the name. The fake is not a proxy, so it does not offer IOriginalObject.
         const IID& wanted = IsEqualIID(iid, IID_IDispatch) ? __uuidof(ICapeIdentification) : iid;
         const InterfaceShape* shape = IsEqualIID(iid, __uuidof(IOriginalObject)) ? nullptr : ShapeOf(wanted);
         if (!shape) return E_NOINTERFACE;

@@ -1,7 +1,7 @@
 // An object that implements every interface that a type library in this module's resources describes: its vtables are
-// made from the type information, and each slot leads to one handler. Arguments are recorded to the bit before the handler
-// runs. IUnknown and IDispatch are real, references are counted. The handler may not let exceptions out or cause faults;
-// what shall escape is done by a last act.
+// made from the type information, and each slot leads to one handler. Arguments are recorded bit by bit before the
+// handler runs. IUnknown and IDispatch are real, and references are counted. The handler must not throw exceptions or
+// cause faults; for these there is a last act.
 #pragma once
 
 #include <windows.h>
@@ -20,22 +20,22 @@ namespace zelt::test {
 
 using Microsoft::WRL::ComPtr;
 
-// One call while it runs: where each argument's value stands. A VARIANT that is passed by value is one whatever the
-// machine's way of passing it.
+// A running call: where each argument's value is. A VARIANT passed by value appears as a VARIANT, however the machine
+// passes it.
 struct IncomingCall {
     const InterfaceShape& shape;
     const MethodShape& method;
     std::vector<void*> arguments;
 };
 
-// What is left of a call: each argument's own bytes.
+// The record of a call: each argument's own bytes.
 struct RecordedCall {
     const InterfaceShape* shape;
     const MethodShape* method;
     std::vector<std::string> arguments;
 };
 
-// What an object does behind its handler, in place of returning: a fault, or an exception.
+// What an object does after its handler, instead of returning: a fault or an exception.
 struct LastAct {
     HRESULT (*act)(const void* what) = nullptr;
     const void* what = nullptr;
@@ -51,10 +51,10 @@ public:
     STDMETHOD_(ULONG, AddRef)() override;
     STDMETHOD_(ULONG, Release)() override;
 
-    // Fills the outputs and gives the result. Without a handler a call for the component's name is answered, any other
-    // one succeeds and leaves its outputs alone.
+    // Fills the outputs and returns the result. Without a handler, a call for the component's name returns it, and any
+    // other call succeeds without writing its outputs.
     Handler handler;
-    // Set by the handler for the call that it is in, and done once.
+    // The handler sets it for the current call; it is done once.
     LastAct lastAct;
     std::wstring name;
     std::vector<RecordedCall> calls;
@@ -62,7 +62,7 @@ public:
 
     void Refuse(const IID& iid) { refused.push_back(iid); }
     ULONG References() const { return references; }
-    // An interface, with the reference that the pointer owns.
+    // An interface, with a reference that the pointer owns.
     ComPtr<IDispatch> Face(const IID& iid);
 
     static inline long alive = 0;

@@ -1,5 +1,5 @@
-// The log's text of one call, put together from the table of proxied methods and the values of the arguments: written
-// apart from the product's own writers, so that the two can disagree.
+// The log text of one call, made from the table of proxied methods and the values of the arguments, independently
+// of the product's own writers, so that the two can disagree.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace zelt::test {
 
-// As text stands in the values of a log's attributes.
+// Text as it appears in the values of a log's attributes.
 std::string Escaped(const std::string& plain);
 
 class ExpectedCall {
@@ -19,7 +19,7 @@ public:
     ExpectedCall(const std::string& logged, bool isIn, const std::string& object);
 
     void Argument(const TableStep& argument, const VARIANT& value);
-    // An object that is shown as the proxy that took its place.
+    // An object that the log shows as the proxy that replaced it.
     void NamedObject(const TableStep& argument, IUnknown* proxy, const std::string& name);
     void Error(const std::string& text) { Message("error", text); }
     void Warning(const std::string& text) { Message("warning", text); }

@@ -1,5 +1,5 @@
-// A scripted unit operation that COM creates in this process, and a logged unit operation over it. The script says what the
-// unit does next and which interfaces it lacks, and keeps what it was asked.
+// A scripted unit operation that COM creates in this process, and a logged unit operation that wraps it. The script
+// says what the unit does next and which interfaces it lacks, and records the calls.
 #pragma once
 
 #include <ocidl.h>
@@ -33,8 +33,8 @@ struct UnitScript {
     std::function<void(IStream*)> duringSave, duringLoad;
     std::function<void()> duringCall, duringSizing, duringDirty;
     std::vector<std::string> calls;
-    IDispatch* ports = nullptr;  // what get_ports answers, with a reference
-    FakeUnit* last = nullptr;    // alive as long as somebody holds it
+    IDispatch* ports = nullptr;  // what get_ports returns, with a reference
+    FakeUnit* last = nullptr;    // alive while somebody holds it
     int created = 0;
 };
 inline UnitScript unitScript;
@@ -99,7 +99,7 @@ private:
         STDMETHOD(Edit)() override { return Enter("Edit", unitScript.call); }
     } utilities{*this};
 
-    // Both ways of persistence do the same, and tell which it was.
+    // Both persistence interfaces do the same, and record which of them was called.
     template <class I, char const* prefix>
     struct Persistence : com::Part<I> {
         using com::Part<I>::Part;
@@ -145,7 +145,7 @@ private:
     } persistStream{*this};
 };
 
-// How the user answers the selection dialog, and what it was asked.
+// How the user answers the selection dialog, and how often it was shown.
 struct SelectionScript {
     std::optional<CLSID> answer;
     std::wstring title;
@@ -181,7 +181,7 @@ protected:
         EXPECT_EQ(0, FakeUnit::alive);
     }
 
-    // A unit operation anew, with a log of its own: a root closes the one that it has.
+    // Makes a new unit operation with its own log, because a root closes its log.
     void Begin(bool isLogged = true)
     {
         persistence.Reset();
@@ -203,7 +203,7 @@ protected:
         News();
         unitScript.calls.clear();
     }
-    // Everything written since the last call of this.
+    // Everything written since the previous call of News.
     std::string News()
     {
         const std::string all = Written();

@@ -1,5 +1,5 @@
-// Scripted CAPE-OPEN objects for tests of the proxies: they record what arrived to the bit, answer what a test says, run
-// code of the test in mid-call, and refuse interfaces on demand. References are counted by com::Object.
+// Scripted CAPE-OPEN objects for tests of the proxies: they record arguments bit by bit, return what a test wants, run
+// the test's code during a call, and refuse interfaces on request. com::Object counts references.
 #pragma once
 
 #include <cape-open.h>
@@ -84,7 +84,7 @@ private:
 class FakePackage final : public FakeObject {
 public:
     HRESULT result = S_OK;
-    std::function<void()> duringCall;  // runs inside each call below, before it answers
+    std::function<void()> duringCall;  // runs inside each call below, before it returns
     std::vector<std::string> calls;
 
     IDispatch* material = nullptr;  // as it arrived; kept when `keepsMaterial`
@@ -187,8 +187,8 @@ private:
 class FakeMaterial final : public FakeObject {
 public:
     HRESULT result = S_OK;
-    IDispatch* created = nullptr;  // what CreateMaterial answers, with a reference
-    IDispatch** source = nullptr;  // where CopyFromMaterial's argument came
+    IDispatch* created = nullptr;  // what CreateMaterial returns, with a reference
+    IDispatch** source = nullptr;  // the address of CopyFromMaterial's argument
     IDispatch* sourceValue = nullptr;
     std::function<void()> duringCopy;
     BSTR lastString = nullptr;

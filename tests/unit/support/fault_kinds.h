@@ -1,4 +1,4 @@
-// All that can escape from a package, each as an act that a fake commits (LastAct), with the line that the log shows for it.
+// Everything that can escape from a package, each as an act that a fake commits (LastAct), with its line in the log.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ struct FaultKind {
     std::string logged;  // the text of the error
 };
 
-// Each kind is committed once, under a guard alone, to see that it escapes and as what. Kinds that this processor or machine
-// lacks are left out. The list stays as it is until the process ends.
+// Commits each kind once, under only a guard, to see what escapes. Omits kinds that this processor or machine
+// lacks. The list does not change until the process ends.
 const std::vector<FaultKind>& AllFaultKinds();
 
 // One kind of each sort: a fault, an exception, a character string, an abort. No stack overflow: one takes 20 ms.

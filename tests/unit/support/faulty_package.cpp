@@ -47,7 +47,7 @@ faulty::Misbehave SharedPackage()
 #endif
     state.x87Control = x87.control;
     state.x87Tags = x87.tags;
-    state.sseControl = sse & ~0x3Fu;  // Without the sticky flags, which any calculation may set.
+    state.sseControl = sse & ~0x3Fu;  // Without the sticky flags, because any calculation may set them.
     state.directionFlag = (flags & 0x400) != 0;
     state.stack = __builtin_frame_address(0);
     return state;

@@ -1,5 +1,5 @@
-// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call told apart by how it
-// ended, and the processor state that a fault must leave as it was.
+// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call with the way in which it
+// ended, and the processor state that a fault must not change.
 #pragma once
 
 #include <string>
@@ -18,8 +18,9 @@ struct Outcome {
     std::string text;
 };
 
-// Null when the DLL cannot be loaded. The static package is always loaded first: on i686 a package with static runtime
-// libraries that finds the shared libgcc in its process registers its frames there and can no longer catch its own.
+// Null if the DLL cannot be loaded. The static package is always loaded first: on i686, a package with static runtime
+// libraries that finds the shared libgcc in its process registers its frames there and can no longer catch its
+// exceptions.
 faulty::Misbehave StaticPackage();
 faulty::Misbehave SharedPackage();
 

@@ -1,4 +1,4 @@
-// A copy of some bytes directly in front of memory that nobody may touch: reading one byte too many ends in a fault.
+// A copy of some bytes directly before inaccessible memory: reading one byte too many causes a fault.
 #pragma once
 
 #include <windows.h>

@@ -37,7 +37,7 @@ void HostileValues::Forget()
     pointers.clear();
 }
 
-// Nothing that could be anybody's memory.
+// An address that belongs to nobody's memory.
 void* HostileValues::Wild()
 {
     constexpr std::uintptr_t kAddresses[] = {1, 2, 7, 0x1000, 0xFFFF, ~std::uintptr_t{0}, ~std::uintptr_t{0x0F}};
@@ -74,7 +74,7 @@ VARIANT HostileValues::Scalar(VARTYPE type)
         case VT_R8:
             if (dice.Once(2)) scalar.dblVal = dice.Of(kNumbers);
             break;
-        // Bits of these are followed as pointers.
+        // The bits of these types are used as pointers.
         case VT_DISPATCH:
         case VT_UNKNOWN:
         case VT_RECORD:
@@ -96,7 +96,7 @@ VARIANT HostileValues::Value(int nesting)
         made.parray = dice.Once(12) ? static_cast<SAFEARRAY*>(dice.Once(2) ? nullptr : Wild()) : Array(type, nesting);
     }
     if (dice.Once(6)) {
-        // Behind one more pointer, which may lead nowhere.
+        // Adds one more pointer, which may lead nowhere.
         made.vt |= VT_BYREF;
         inner.push_back(made);
         pointers.push_back(made.parray);
@@ -126,7 +126,7 @@ SAFEARRAY* HostileValues::Array(VARTYPE type, int nesting)
     SAFEARRAY* array = SafeArrayCreate(known ? type : VARTYPE{VT_I4}, dimensions, bounds);
     if (!array) return nullptr;
     Fill(array, known ? type : VARTYPE{VT_I4}, count, nesting);
-    // The header is given back as it was made, whatever became of it meanwhile; what the elements point to has other owners.
+    // Frees the header in its original state, whatever has happened to it; what the elements point to has other owners.
     owned.push_back([array, kept = *array] {
         *array = kept;
         array->fFeatures &= ~(FADF_BSTR | FADF_VARIANT | FADF_DISPATCH | FADF_UNKNOWN | FADF_RECORD);
@@ -145,7 +145,7 @@ void HostileValues::Fill(SAFEARRAY* array, VARTYPE type, std::size_t count, int 
             VARIANT made = Value(nesting + 1);
             if (dice.Once(50)) {
                 made.vt = VT_ARRAY | VT_VARIANT;
-                made.parray = array;  // it holds itself
+                made.parray = array;  // it contains itself
             }
             std::memcpy(element, &made, sizeof made);
         } else if (type == VT_BSTR) {
@@ -169,7 +169,7 @@ void HostileValues::Spoil(SAFEARRAY* array)
     constexpr ULONG kSizes[] = {0, 1, 3, 8, 16, 0xFFFFFFFF};
     switch (dice.Below(6)) {
         case 0: array->pvData = dice.Once(2) ? nullptr : Wild(); break;
-        // Elements that are claimed and not there must not lie in memory that can be read for long: it would take as long.
+        // Claimed elements that do not exist must not be in a large readable area: reading it would take long.
         case 1:
             array->rgsabound[0].cElements = dice.Of(kCounts);
             array->pvData = Wild();

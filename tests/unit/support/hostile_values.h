@@ -1,6 +1,6 @@
-// VARIANTs as no decent package makes them: every type and flag, arrays of every shape, headers that lie, pointers to nowhere.
-// Each value is valid until the next one is made; it owns what it points to as far as that is real, and is never cleared by
-// its user.
+// VARIANTs that no good package makes: every type and flag, arrays of every shape, headers that lie, pointers to
+// nowhere. Each value is valid until the next one is made. This class owns what the value really points to, and the
+// user never clears the value.
 #pragma once
 
 #include <windows.h>

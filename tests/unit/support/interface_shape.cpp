@@ -15,7 +15,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// What type information lends out is given back at the end of a scope.
+// Releases at the end of a scope what type information lends.
 template <class Description>
 auto Lend(ITypeInfo* info, Description* description, void (STDMETHODCALLTYPE ITypeInfo::*giveBack)(Description*))
 {
@@ -37,7 +37,7 @@ std::string NameOf(ITypeInfo* info, MEMBERID member)
     return Narrow(TextOf(name.GetBSTR()));
 }
 
-// A dual interface is found in its late-bound form, which leads to the form with the real signatures.
+// A dual interface is found in its late-bound form, from which this gets the form with the real signatures.
 ComPtr<ITypeInfo> EarlyBound(ITypeInfo* info)
 {
     ComPtr<ITypeInfo> early;
@@ -51,7 +51,7 @@ ComPtr<ITypeInfo> EarlyBound(ITypeInfo* info)
     return early;
 }
 
-// The kind of thing that a named type is: an enumeration, possibly through an alias, or an interface.
+// The kind of a named type: an enumeration, possibly through an alias, or an interface.
 TYPEKIND KindOf(ITypeInfo* info, HREFTYPE reference)
 {
     ComPtr<ITypeInfo> named;
@@ -95,7 +95,7 @@ MethodShape DescribeMethod(ITypeInfo* info, UINT index)
         const ELEMDESC& element = function->lprgelemdescParam[i];
         const USHORT flags = element.paramdesc.wParamFlags;
         ParameterShape parameter;
-        // The value of a property that is put has no name in the list.
+        // The list has no name for the value of a property put.
         if (names[i + 1]) parameter.name = Narrow(TextOf(names[i + 1]));
         parameter.isOut = flags & PARAMFLAG_FOUT;
         parameter.isIn = !parameter.isOut || (flags & PARAMFLAG_FIN);
@@ -142,7 +142,7 @@ std::size_t ParameterShape::Size() const
 
 const InterfaceShape* ShapeOf(REFIID iid)
 {
-    // Never emptied: vtables made from the shapes refer to them.
+    // Never emptied, because vtables made from the shapes refer to them.
     static auto& known = *new std::vector<std::unique_ptr<InterfaceShape>>;
     for (const auto& shape : known) {
         if (IsEqualIID(shape->iid, iid)) return shape.get();

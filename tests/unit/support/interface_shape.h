@@ -1,5 +1,5 @@
 // The methods of an interface as its type information describes them: slots, and parameters with what a caller and a
-// callee need to know of their binary form. Read from the type libraries in this module's resources; kept for good.
+// callee need to know about their binary form. Read from the type libraries in this module's resources; kept forever.
 #pragma once
 
 #include <windows.h>
@@ -14,11 +14,11 @@ struct ParameterShape {
     std::string name;
     VARTYPE type = VT_EMPTY;   // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
     bool isReference = false;  // a pointer to the value is passed
-    bool isIn = false;         // as flagged; without any flag it goes in
+    bool isIn = false;         // as flagged; a parameter without flags goes in
     bool isOut = false;
     bool isResult = false;  // what a late-bound call returns
 
-    // Bytes of the argument itself: of the value, or of the pointer to it.
+    // The size in bytes of the argument itself: of the value, or of the pointer to it.
     std::size_t Size() const;
 };
 
@@ -33,12 +33,12 @@ struct MethodShape {
 struct InterfaceShape {
     std::string name;
     IID iid{};
-    std::vector<MethodShape> methods;  // the interface's own, in the order of their slots, behind those of IDispatch
+    std::vector<MethodShape> methods;  // the interface's own, in the order of their slots, after those of IDispatch
 };
 
 inline constexpr unsigned kFirstOwnSlot = 7;
 
-// Null for an interface that no library describes. Throws com::Failure for one that is no dual interface on IDispatch.
+// Null if no library describes the interface. Throws com::Failure if it is not a dual interface based on IDispatch.
 const InterfaceShape* ShapeOf(REFIID iid);
 
 // The same by name.

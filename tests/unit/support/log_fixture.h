@@ -1,4 +1,4 @@
-// A log document on a file of its own, and the text that it wrote.
+// A log document with its own file, and the text that it wrote.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -58,7 +58,7 @@ protected:
         DeleteFileW(path.c_str());
     }
 
-    // What was written behind the header, up to now.
+    // What has been written after the header.
     std::string Written() const
     {
         const std::string text = WithoutCarriageReturns(ReadWhole(path));

@@ -1,5 +1,5 @@
-// How much the tests do that go on for as long as one likes: little in an ordinary run, what ZELT_TEST_EFFORT says in a long
-// one. The same seed gives the same inputs on every machine, and a failure names it.
+// The effort of tests of variable length: little in an ordinary run, ZELT_TEST_EFFORT in a long run. The same seed
+// gives the same inputs on every machine, and a failure names it.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ inline int Effort()
     return factor > 1 ? factor : 1;
 }
 
-// Reproducible inputs. mt19937 is specified to the bit, the library's distributions are not.
+// Reproducible inputs. The standard specifies mt19937 exactly, but not the library's distributions.
 class Dice {
 public:
     explicit Dice(std::uint32_t seed) : engine(seed) {}

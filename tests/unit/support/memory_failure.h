@@ -1,6 +1,6 @@
-// Every allocation of our own fails, one after the other: what the scenarios of this share. A scenario is run again and again,
-// each time with another allocation failing; no call may go further than a status code, no reference and no memory may be lost,
-// and the log stays whole.
+// Each of our own allocations fails, one after another: what these scenarios share. A scenario runs repeatedly, each
+// time with another failing allocation; every call must end with a status code, no reference or memory may be lost, and
+// the log must stay complete.
 #pragma once
 
 #include <fcntl.h>
@@ -23,7 +23,7 @@ public:
     void ParseError(int line) override { ADD_FAILURE() << "line " << line; }
 };
 
-// What the calls of a scenario answered, in their order.
+// The results of a scenario's calls, in order.
 class Answered {
 public:
     // True for success.
@@ -35,10 +35,10 @@ public:
     const std::vector<HRESULT>& Answers() const { return answers; }
 
 protected:
-    // Takes no memory while it fails.
+    // Allocates nothing while allocations fail.
     Answered() { answers.reserve(200); }
 
-    // Null when there is no memory for it.
+    // Null if there is no memory for it.
     ComPtr<CPropertyPackage11> MakeProxy(IUnknown* package, LogDocument* document)
     {
         ComPtr<CPropertyPackage11> proxy;
@@ -63,8 +63,8 @@ protected:
         options.promptOpenLog = false;
     }
 
-    // Runs the scenario with a log of its own or without. The allocation behind `successes` others fails; none with a
-    // negative number. True when it has failed.
+    // Runs the scenario with or without its own log. The allocation after `successes` others fails; none for a
+    // negative number. True if an allocation has failed.
     template <class Scenario>
     bool RunOnce(bool isLogged, long successes)
     {
@@ -91,14 +91,14 @@ protected:
         return hasFailed;
     }
 
-    // One allocation in `step` fails, each in a run of its own, until the scenario is over before its memory.
+    // One allocation in `step` fails, each in its own run, until the scenario ends before an allocation fails.
     template <class Scenario>
-    // `others`: what calls may answer besides.
+    // `others`: results that calls may also return.
     void FailOneAfterAnother(long step, int least, const std::vector<HRESULT>& others = {})
     {
         for (const bool isLogged : {true, false}) {
             SCOPED_TRACE(isLogged ? "logged" : "not logged");
-            RunOnce<Scenario>(isLogged, -1);  // what is made once and kept
+            RunOnce<Scenario>(isLogged, -1);  // makes what is made only once and kept
             const std::vector<HRESULT> usual = answers;
             RunOnce<Scenario>(isLogged, -1);
             const HeapInUse before = HeapOfOperatorNew();
@@ -123,7 +123,7 @@ protected:
             std::printf("%d of about %ld allocations failed, after %d of them all calls answered as usual\n", failures,
                         successes, unnoticed);
             EXPECT_LT(least, failures);
-            // A call says that it failed. What only the log needs may be missing there instead.
+            // A call must report its failure. An allocation only for the log may instead cost an entry.
             if (!isLogged) {
                 EXPECT_LT(unnoticed * 2, failures);
             }

@@ -24,7 +24,7 @@ MethodCall::MethodCall(const MethodShape& method, const TableRow& row, Filling f
         if (shape.isOut) continue;
         _variant_t sample = SampleValue(*steps[i], i, filling, object);
         argument.value.Attach(sample);
-        // What goes in behind a pointer is borrowed from the value.
+        // An object passed in through a pointer is borrowed from the value.
         if (shape.isReference) argument.storage.object = argument.value.pdispVal;
     }
 }

@@ -1,5 +1,5 @@
 // One call of a method that is known only from its type information: makes the arguments of a row of the method table,
-// calls through the vtable or through IDispatch, and keeps what came back.
+// calls through the vtable or through IDispatch, and keeps the results.
 #pragma once
 
 #include <windows.h>
@@ -27,13 +27,13 @@ union Storage {
 
 class MethodCall {
 public:
-    // `object` stands for interface pointers that go in. Throws std::runtime_error when row and method disagree.
+    // `object` is used for interface pointers that go in. Throws std::runtime_error if row and method disagree.
     MethodCall(const MethodShape& method, const TableRow& row, Filling filling, IDispatch* object);
     ~MethodCall();
     MethodCall(const MethodCall&) = delete;
     MethodCall& operator=(const MethodCall&) = delete;
 
-    // Passes a null pointer in place of a pointer to an object that goes in.
+    // Passes a null pointer instead of a pointer to an object that goes in.
     void PassNullSlots();
 
     HRESULT CallEarly(IUnknown* pointer);
@@ -41,11 +41,11 @@ public:
     HRESULT CallLate(IDispatch* pointer);
 
     std::size_t Count() const { return arguments.size(); }
-    // What stands at a reference now, or what was passed by value.
+    // The current value at a reference, or the value passed.
     _variant_t Value(std::size_t index) const;
     // The bytes of the argument as it is passed.
     std::string Bytes(std::size_t index) const;
-    // The pointer to an object that goes in behind one more pointer.
+    // The pointer to an object that goes in through one more pointer.
     IDispatch* SlotContent(std::size_t index) const { return arguments[index].storage.object; }
 
 private:
@@ -59,7 +59,7 @@ private:
     bool OwnsStorage(const Argument& argument) const { return argument.shape->isReference && argument.shape->isOut; }
 
     const MethodShape& method;
-    std::deque<Argument> arguments;  // stay where they are: calls hold their addresses
+    std::deque<Argument> arguments;  // must not move, because calls hold their addresses
 };
 
 }  // namespace zelt::test

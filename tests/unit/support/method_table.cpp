@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// Words are separated by blanks outside double quotes.
+// Words are separated by spaces outside double quotes.
 std::vector<std::string> WordsOf(const std::string& line)
 {
     std::vector<std::string> words;
@@ -47,7 +47,7 @@ std::string Unquoted(std::string text)
     return text;
 }
 
-// What stands before the first `mark`, which is taken away with it; the whole text when there is none.
+// Removes and returns the text before the first `mark`, and removes the mark; the whole text if there is none.
 std::string TakeUpTo(std::string& text, char mark)
 {
     const auto at = text.find(mark);
@@ -137,7 +137,7 @@ std::vector<TableClass> ReadMethodTable(const std::string& path)
     std::ifstream file(path);
     if (!file) throw std::runtime_error("cannot read " + path);
     std::vector<TableClass> classes;
-    std::map<std::string, std::vector<std::size_t>> members;  // the classes that a group's rows belong to
+    std::map<std::string, std::vector<std::size_t>> members;  // the classes to which a group's rows belong
     std::string line;
     for (int number = 1; std::getline(file, line); ++number) {
         try {

@@ -1,4 +1,4 @@
-// tests/data/proxied_methods.txt, read: what the log shows of each proxied method. The file explains its own form.
+// Reads tests/data/proxied_methods.txt: what the log shows of each proxied method. The file explains its own form.
 #pragma once
 
 #include <map>
@@ -11,12 +11,12 @@ struct TableStep {
     enum Kind { Argument, Write, ErrorIfEmpty, ErrorIfNull, ErrorAlways, Version };
     Kind kind = Argument;
 
-    std::string name;  // of the argument, or of the one that is checked
+    std::string name;  // of the argument, or of the checked argument
     std::string text;  // the error, or the version
     bool isLoggedIn = false;
     std::string type;  // without what follows the word
     bool mayBeEmpty = false;
-    std::string proxyClass;       // of a pointer that is replaced
+    std::string proxyClass;       // of a pointer to replace
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
     bool isShownAsReturned = false;
 
@@ -26,7 +26,7 @@ struct TableStep {
 struct TableRow {
     int line = 0;
     std::string interfaceName;
-    std::string method;  // empty: the interface has none of its own
+    std::string method;  // empty if the interface has no methods of its own
     std::string logged;
     bool answersUninitialized = false;
     bool isTestedElsewhere = false;

@@ -22,7 +22,7 @@
 
 namespace zelt::test {
 
-// How an object gets its proxy: as a package that is handed out, or when it is given to a package or returned by one.
+// How an object gets its proxy: as a package that is handed out, or when it is passed to or returned by a package.
 enum class Origin { Root, Given, Returned };
 
 struct ProxyClass {
@@ -46,7 +46,7 @@ ProxyClass DescribeProxyClass(const char* name, Origin origin)
             [](const CapeOpenBase& proxy) { return dynamic_cast<const T*>(&proxy) != nullptr; }};
 }
 
-// Gives a proxy its object: of a root with the document, else with what it crosses through.
+// Gives a proxy its object: for a root with the document, else with the proxy through which the object crosses.
 inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* object, LogDocument* document,
                    CapeOpenBase* through)
 {
@@ -55,7 +55,7 @@ inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* 
     proxy.AttachThrough(object, isGiven ? Crossing::Inbound : Crossing::Outbound, *through);
 }
 
-// Throws std::runtime_error for another name.
+// Throws std::runtime_error for an unknown name.
 inline const ProxyClass& FindProxyClass(const std::string& name)
 {
     static const ProxyClass kClasses[] = {

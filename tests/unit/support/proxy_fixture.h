@@ -1,4 +1,4 @@
-// A property package's proxy over a scripted package, logged or not, as the package manager makes it.
+// A property package's proxy for a scripted package, logged or not, as the package manager makes it.
 #pragma once
 
 #include "fakes.h"
@@ -30,7 +30,8 @@ protected:
         return found;
     }
 
-    // Finds an interface of a proxy whatever its wrapped object says: calls come in on pointers that were got before.
+    // Finds an interface of a proxy whatever its wrapped object supports, because a caller may have got the pointer
+    // earlier.
     template <class I>
     static I* Part(const com::Object& object)
     {

@@ -1,4 +1,4 @@
-// Answers the message boxes of one test and keeps what they said. There is one at a time.
+// Answers the message boxes of one test and keeps their contents. Only one exists at a time.
 #pragma once
 
 #include <string>

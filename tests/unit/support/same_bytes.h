@@ -5,7 +5,7 @@
 
 namespace zelt::test {
 
-// Unused bytes count too, and no byte is read as a number.
+// Compares unused bytes too, and reads no byte as a number.
 template <typename T>
 bool SameBytes(const T& a, const T& b)
 {

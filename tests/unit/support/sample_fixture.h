@@ -1,4 +1,4 @@
-// What the tests of the sample components share: a simulator's side with one material and its messages.
+// What the tests of the sample components share: the simulator's side, with one material and its messages.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 
 namespace zelt::sample {
 
-// A text argument, which lives to the end of the call.
+// A text argument, which lives until the end of the call.
 inline BSTR B(_bstr_t&& text) { return text.GetBSTR(); }
 
 template <class I>
@@ -30,7 +30,7 @@ inline std::wstring Description(IUnknown* object) { return DescribeFailure(objec
 
 class SampleTest : public testing::Test {
 protected:
-    // A slate of these compounds, with both phases.
+    // Makes a slate of these compounds, with both phases.
     void SetCompounds(std::initializer_list<const wchar_t*> ids)
     {
         auto slate = std::make_shared<Slate>();

@@ -1,5 +1,5 @@
-// HKEY_CLASSES_ROOT of this process, replaced by an empty key of the test's own: names of interfaces then depend on nothing
-// that the machine has registered.
+// Replaces HKEY_CLASSES_ROOT of this process by the test's own empty key, so that interface names do not depend on what
+// the machine has registered.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ public:
     ScratchClasses(const ScratchClasses&) = delete;
     ScratchClasses& operator=(const ScratchClasses&) = delete;
 
-    // Registers the name of an interface, whose identity is given with its braces.
+    // Registers the name of an interface; `iid` includes the braces.
     void RegisterName(const std::wstring& iid, const std::wstring& name)
     {
         const std::wstring path = L"Interface\\" + iid;

@@ -75,7 +75,7 @@ TEST(Process, ReportsAProgramThatDoesNotExist)
     EXPECT_THROW(Process::Start(L"no-such-program.exe"), std::runtime_error);
 }
 
-// A program that takes a while.
+// A program that runs for a while.
 std::wstring WaitingProgram() { return L"ping.exe -n 30 127.0.0.1"; }
 
 TEST(Process, EndsWithItsOwner)

@@ -24,7 +24,7 @@ struct NamedFlag {
 };
 
 // clang-format off
-// In the order in which the text names them.
+// In the order in the text.
 constexpr NamedFlag kParameterFlags[] = {
     {PARAMFLAG_FIN,         "in"},
     {PARAMFLAG_FOUT,        "out"},
@@ -55,7 +55,7 @@ constexpr NamedType kTypes[] = {
 };
 // clang-format on
 
-// Owns a description that a type library or a type information lent out.
+// Owns a description lent by a type library or type information.
 template <class Owner, class Description, void (STDMETHODCALLTYPE Owner::*give)(Description*)>
 class Lent {
 public:
@@ -175,7 +175,7 @@ std::string MethodLine(ITypeInfo* info, UINT index)
         _bstr_t name(rawNames[i], false);
         names.push_back(Text(name));
     }
-    // A value may have no name of its own in a library: by convention it is shown as "rhs".
+    // A library may not name a property's value: by convention it is shown as "rhs".
     if (names.size() < rawNames.size()) names.resize(rawNames.size(), "rhs");
 
     std::string line = std::to_string(function->oVft / static_cast<int>(sizeof(void*))) + " id " +
@@ -197,7 +197,7 @@ std::string MethodLine(ITypeInfo* info, UINT index)
 
 TypeText DescribeInterface(ITypeInfo* info, const TYPEATTR& attributes)
 {
-    // A dual interface is listed as its dispatch form; the vtable form, which has the slots and the results, is behind it.
+    // A dual interface is listed in its dispatch form, which leads to the vtable form with the slots and the results.
     ComPtr<ITypeInfo> vtable(info);
     if (attributes.typekind == TKIND_DISPATCH) {
         HREFTYPE reference = 0;
@@ -267,7 +267,7 @@ std::string NameIn(const std::string& headline)
     return headline.substr(start, headline.find(' ', start) - start);
 }
 
-// Writes the enumeration where a parameter names its alias.
+// Replaces an enumeration's alias in a parameter by the enumeration.
 std::string ResolveAliases(std::string line, const std::map<std::string, std::string>& enumerationOf)
 {
     std::size_t start = 0;

@@ -1,7 +1,7 @@
 // A type library as text, one line for each fact, in the form of tests/data/cape_open_facts.txt: read from a built
 // library through the system's loader, or from such a file, and compared line by line. Aliases of enumerations are
-// replaced by the enumeration in parameters, because the two are the same on the wire. Compares nothing that the form
-// does not show: help texts of methods and the order of types are of no meaning.
+// replaced by the enumeration in parameters, because the two are the same on the wire. Does not compare what the form
+// does not show: help texts of methods and the order of types have no meaning.
 #pragma once
 
 #include <map>
@@ -21,14 +21,14 @@ struct LibraryText {
     std::map<std::string, TypeText> types;  // by name
 };
 
-// The library at `folder`/`file`. Throws std::runtime_error when it cannot be loaded, or holds what the text form cannot
-// show.
+// The library at `folder`/`file`. Throws std::runtime_error if it cannot be loaded, or contains something that the text
+// form cannot show.
 LibraryText DescribeLibrary(const std::string& folder, const std::string& file);
 
 // The libraries of a facts file, by the name of the library's file. Throws std::runtime_error with the line's number.
 std::map<std::string, LibraryText> ReadFacts(const std::string& path);
 
-// One line for each difference, which names the type and says what is expected and what was found.
+// One line for each difference, with the type and the expected and actual text.
 std::vector<std::string> Differences(const LibraryText& expected, const LibraryText& found);
 
 }  // namespace zelt::test

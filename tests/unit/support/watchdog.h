@@ -1,5 +1,5 @@
-// Ends the program with a message when a test takes longer than it may: for faults that would leave a thread hanging, so that
-// the test fails by itself and soon. Needs a thread of its own, because the one that hangs cannot be asked.
+// Ends the program with a message when a test takes too long: for faults that would leave a thread hanging, so that
+// the test fails soon and by itself. Uses its own thread, because the hanging thread cannot react.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ class Watchdog {
 public:
     static constexpr int kExitCode = 99;
 
-    // `what` names the test; it has to outlive this.
+    // `what` names the test; it must outlive this object.
     explicit Watchdog(const char* what, DWORD seconds = 20)
         : over(CreateEventW(nullptr, TRUE, FALSE, nullptr)), guard([this, what, seconds] { Wait(what, seconds); })
     {}
@@ -32,7 +32,7 @@ private:
         if (WaitForSingleObject(over, seconds * 1000) != WAIT_TIMEOUT) return;
         std::printf("%s: not over after %lu seconds\n", what, seconds);
         std::fflush(stdout);
-        // Nothing that a thread which hangs may hold: no destructors, no notices to libraries.
+        // Runs no destructors and notifies no libraries, because a hanging thread may hold what they need.
         TerminateProcess(GetCurrentProcess(), kExitCode);
     }
 
