@@ -123,11 +123,11 @@ TEST_F(ComponentScan, OnePassServesSeveralCategories)
 TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
 {
     Register(kFirst);
-    // In both views: listed once, as its own view describes it.
+    // A class in both views is listed once, with the description from its own view.
     Register(kFirst, kCategory, L"Other");
     Write(std::wstring(kFirst) + L"\\LocalServer32", L"", L"server.exe", L"Other");
     Write(std::wstring(kFirst) + L"\\ProgID", L"", L"wrong view", L"Other");
-    // A DLL of the other width cannot be loaded.
+    // A DLL with the other width cannot be loaded.
     Register(kSecond, kCategory, L"Other");
     Write(std::wstring(kSecond) + L"\\InprocServer32", L"", L"package.dll", L"Other");
     Register(kThird, kCategory, L"Other");
@@ -169,7 +169,7 @@ TEST_F(ComponentScan, LongTextsAreShownWhole)
     EXPECT_EQ(name + L" (" + text + L")", OnlyName());
 }
 
-// Registry keys may have names of up to 255 characters, and what is behind a long one is found.
+// Registry keys may have names of up to 255 characters; keys after a long one are found.
 TEST_F(ComponentScan, KeysWithLongNamesAreSkipped)
 {
     Register(kFirst);
@@ -191,7 +191,7 @@ TEST_F(ComponentScan, LongNamesOfCategoriesDoNotMatter)
     EXPECT_EQ(kFirst, OnlyName());
 }
 
-// A key that nobody may open, with what is below it.
+// A key that nobody may open, including its subkeys.
 class Locked {
 public:
     Locked(HKEY root, const std::wstring& path)
@@ -235,7 +235,7 @@ TEST_F(ComponentScan, KeysThatCannotBeReadAreSkipped)
     EXPECT_TRUE(messages.All().empty());
 }
 
-// A class whose description cannot be read is listed by what can be.
+// A class whose description cannot be read is listed with what can be read.
 TEST_F(ComponentScan, WhatCannotBeReadOfAClassIsLeftOut)
 {
     Register(kFirst);

@@ -23,7 +23,7 @@ std::ostream& operator<<(std::ostream& out, const Corners& corners)
     return out << corners.left << ' ' << corners.top << ' ' << corners.right << ' ' << corners.bottom;
 }
 
-// A window with a client area of 400 x 300 and one control, from 30 and 40 to 130 and 90.
+// A window with a client area of 400 x 300 and one control from (30, 40) to (130, 90).
 class Layout : public testing::Test {
 protected:
     void SetUp() override

@@ -1,4 +1,4 @@
-// How long a dialog's object lives: its window may be destroyed in the middle of a handler.
+// The lifetime of a dialog's object: its window may be destroyed in the middle of a handler.
 #include "system/dialog.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ Events events;
 
 bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
 
-// Says what happens to it; deletes itself when that is wanted.
+// Records what happens to it; deletes itself on request.
 class Watched final : public Dialog {
 public:
     explicit Watched(bool deletesItself) : deletesItself(deletesItself) {}
@@ -27,7 +27,7 @@ public:
     std::function<void(Watched&)> body;
     std::function<void(Watched&)> atStart;
 
-    // As a control's own procedure calls it.
+    // Called as a control's own procedure would.
     void CallGuarded()
     {
         Guarded([this] { OnCommand(1, 0); });
@@ -41,7 +41,7 @@ private:
     }
     bool OnCommand(int id, int notification) override
     {
-        // What the list box has to say of its focus.
+        // Ignores the list box's notifications about focus.
         if (notification != 0) return false;
         if (const auto now = std::exchange(body, nullptr)) now(*this);
         events.push_back("handler " + std::to_string(id) + (Window() ? " ends" : " ends without a window"));
@@ -141,15 +141,15 @@ TEST_F(DialogLifetime, SurvivesTheEndOfTheWindowWhileItIsMade)
         DestroyWindow(self.Window());
         events.push_back("start ends");
     };
-    // Whether a handle comes back is the system's affair.
+    // Whether a handle is returned depends on the system.
     EXPECT_FALSE(IsWindow(dialog->CreateModeless(kSelectDialog)));
     EXPECT_EQ((Events{"start ends", "destroyed", "deleted"}), events);
 }
 
-// Has no handlers of its own.
+// Has no handlers.
 class Plain final : public Dialog {
 public:
-    // Whether the dialog takes the command for its own.
+    // Whether the dialog handles the command.
     bool Takes(int id) { return OnCommand(id, 0); }
 };
 

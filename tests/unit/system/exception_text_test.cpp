@@ -1,4 +1,5 @@
-// All exceptions of this program are the library's, so that whoever catches those at an edge has something to say.
+// All exceptions of this program derive from the library's, so that code that catches those at a boundary has a text to
+// show.
 #include "system/exception_text.h"
 
 #include <gtest/gtest.h>
@@ -80,7 +81,7 @@ TEST(Exceptions, HaveATextForTheUser)
     EXPECT_EQ(L"an unexpected error", TextOf("text"));
 }
 
-// The converter knows our own before the library's, of which they are.
+// The converter checks our own exceptions before the library's, from which they derive.
 TEST(Exceptions, KeepTheirCodesAtTheEdgesOfCom)
 {
     const auto code = [](auto exception) { return com::NoThrow([&]() -> HRESULT { throw exception; }); };

@@ -1,4 +1,4 @@
-// Which libraries the process takes: none out of the current folder, and all that a package brings along.
+// Which libraries the process loads: none from the current folder, and all that a package brings along.
 #include "system/library_search.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +54,7 @@ TEST_F(LibrarySearch, LeavesTheCurrentFolderOut)
 {
     EXPECT_NE(L"", Find(kNeeded)) << "the test proves nothing if it is not found before";
     KeepCurrentFolderOutOfSearch();
-    // Wine takes no notice of the former.
+    // Wine ignores the former.
     if (UnderWine()) LeaveCurrentFolder();
     EXPECT_EQ(L"", Find(kNeeded));
     EXPECT_EQ(L"", Find(kNeeding));
@@ -78,10 +78,10 @@ TEST_F(LibrarySearch, FindsWhatAPackageBringsAlong)
 {
     KeepCurrentFolderOutOfSearch();
     LeaveCurrentFolder();
-    // As COM loads a server: by its path, and what that needs from the same folder.
+    // As COM loads a server: by its path, with its dependencies from the same folder.
     EXPECT_NE(L"", Find((folder / kNeeding).wstring(), LOAD_WITH_ALTERED_SEARCH_PATH));
     EXPECT_EQ(L"", Find(kNeeded));
-    // Packages that rely on PATH.
+    // For packages that rely on PATH.
     SetEnvironmentVariableW(L"PATH", (path + L';' + folder.wstring()).c_str());
     EXPECT_NE(L"", Find(kNeeded));
     EXPECT_NE(L"", Find(kNeeding));

@@ -103,7 +103,7 @@ TEST(Registry, ValuesAreReadWhole)
     EXPECT_TRUE(values == key.Values());
 }
 
-// The registry of the system, but for some items that it refuses to enumerate.
+// The system's registry, except that it refuses to enumerate some items.
 class UnreadableItems {
 public:
     explicit UnreadableItems(LSTATUS refusal, DWORD first = 1, DWORD last = 1)
@@ -144,7 +144,7 @@ private:
     static inline int calls;
 };
 
-// The registry of the system, which keeps what it is given beside the value.
+// The system's registry, with a record of the reserved arguments.
 class ReservedParameters {
 public:
     ReservedParameters()
