@@ -1,5 +1,5 @@
-// What a unit changes at an energy or an information inlet: the collection that is connected makes its parameters and their
-// specifications read-only, and the log says so at each change.
+// What a unit changes at an energy or information inlet: the connected collection makes its parameters and their
+// specifications read-only, and the log reports each change.
 #include "dynamic_fake.h"
 #include "fake_unit.h"
 #include "unit/unit_port.h"
@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kReadOnly[] = "This object should be considered read-only";
 
-// An object that answers each method as the test says, and its name otherwise.
+// An object that answers each method as the test wants, and otherwise only returns its name.
 ComPtr<DynamicFake> Scripted(const wchar_t* name, std::function<HRESULT(const IncomingCall&)> answer)
 {
     ComPtr<DynamicFake> fake = DynamicFake::Make(name);
@@ -69,7 +69,7 @@ protected:
     }
     std::string ReadOnlyHere() const { return direction == CAPE_INLET ? Error(kReadOnly) : ""; }
 
-    // The unit takes a parameter out of what is connected, and changes all that it can; the whole log is compared.
+    // The unit gets a parameter from the connected object and changes everything it can; compares the whole log.
     void ChangeEverything()
     {
         const ComPtr<IDispatch> raw = stream->Face(__uuidof(ICapeCollection));
@@ -136,7 +136,7 @@ TEST_P(InletParameters, AreTheUnitsOwnAtAnOutlet)
     ChangeEverything();
 }
 
-// What is said of the object itself comes behind the argument that shows it: it is logged before it is wrapped.
+// Messages about the object itself come after the argument that shows it, because it is logged before it is wrapped.
 TEST_P(InletParameters, AreLoggedBeforeTheyAreWrapped)
 {
     const ComPtr<IDispatch> raw = stream->Face(__uuidof(ICapeCollection));

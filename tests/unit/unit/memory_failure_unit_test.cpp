@@ -1,4 +1,5 @@
-// Failing allocations in the logged unit operation: what it makes, saves and loads, its ports, parameters and collections.
+// Failing allocations in the logged unit operation: when it makes, saves and loads its unit, and in its ports,
+// parameters and collections.
 #include "com/class_factory.h"
 #include "long_run.h"
 #include "memory_failure.h"
@@ -9,7 +10,7 @@
 namespace zelt::test {
 namespace {
 
-// A unit operation is made, initialised, connected, configured, saved, and loaded into another.
+// Makes a unit operation, initialises, connects, configures and saves it, and loads it into another.
 class UnitLife : public Answered {
 public:
     explicit UnitLife(LogDocument* document) : document(document)
@@ -110,7 +111,7 @@ private:
     ComPtr<IDispatch> material;
 };
 
-// A box tells of a unit that cannot be made.
+// A box reports a unit that cannot be made.
 class UnitMemoryFailure : public MemoryFailure {
 protected:
     UnitMemoryFailure() : before(SetMessageFunction([](const wchar_t*, const wchar_t*, UINT) -> int { return IDOK; }))
@@ -126,7 +127,7 @@ private:
     MessageFunction before;
 };
 
-// A unit that cannot be made is E_FAIL. Every allocation with ZELT_TEST_EFFORT=20.
+// If the unit cannot be made, the result is E_FAIL. With ZELT_TEST_EFFORT=20, every allocation fails.
 TEST_F(UnitMemoryFailure, OfSampledAllocationsOfAUnitsLifeEndsInStatusCodes)
 {
     FailOneAfterAnother<UnitLife>(std::max(1, 20 / Effort()), 10, {E_FAIL});

@@ -1,4 +1,4 @@
-// The stream in memory: what it holds, and what it says of misuse.
+// The stream in memory: its contents, and its results for misuse.
 #include "unit/memory_stream.h"
 
 #include <wrl/client.h>
@@ -32,7 +32,7 @@ protected:
         ASSERT_TRUE(memory->Allocate(capacity));
         memory->BeginWriting(sizeIsUnits);
     }
-    // What Read gives, whole.
+    // Everything that Read returns.
     std::string Read(ULONG count)
     {
         std::string text(count, '?');
@@ -48,7 +48,7 @@ protected:
         EXPECT_EQ(S_OK, memory->Stream()->Write(text.data(), static_cast<ULONG>(text.size()), &written));
         EXPECT_EQ(text.size(), written);
     }
-    // The new position, or -1 when refused.
+    // The new position, or -1 if refused.
     LONGLONG Seek(LONGLONG move, DWORD origin)
     {
         LARGE_INTEGER distance;
@@ -106,7 +106,7 @@ TEST_F(MemoryStream, MisuseIsSaidInTheOthersWords)
     BeginWriting(4, true);
     EXPECT_EQ(E_FAIL, memory->Stream()->Read(&byte, 1, &count));
     EXPECT_EQ(std::string(kWriteMisuse) + kReadMisuse, Written());
-    // Neither, once the save or load is over.
+    // After the save or load is over, neither works.
     memory->End();
     EXPECT_EQ(E_FAIL, memory->Stream()->Read(&byte, 1, &count));
     EXPECT_EQ(E_FAIL, memory->Stream()->Write(&byte, 1, &count));
@@ -125,7 +125,7 @@ TEST_F(MemoryStream, GrowsAndSaysOnceThatTheSizeWasTooSmall)
     Write("5");
     EXPECT_EQ(kTooSmall, Written());
     EXPECT_EQ("12345", Used());
-    // 1 + 2 * 4 + 1024 is what there is room for now.
+    // Now there is room for 1 + 2 * 4 + 1024 bytes.
     Write(std::string(1033 - 5, 'x'));
     Write("y");
     EXPECT_EQ(kTooSmall, Written());
@@ -150,7 +150,7 @@ TEST_F(MemoryStream, WritingElsewhere)
     EXPECT_EQ("aXcd", Used());
     EXPECT_EQ(5, Seek(3, STREAM_SEEK_CUR));
     EXPECT_EQ(std::string("aXcd\0", 5), Used());
-    // The end is that of the room, and the gap is zero.
+    // The end is the end of the room, and the gap is filled with zeros.
     EXPECT_EQ(8, Seek(0, STREAM_SEEK_END));
     EXPECT_EQ(std::string("aXcd\0\0\0\0", 8), Used());
     EXPECT_EQ("", Written());
@@ -192,7 +192,7 @@ TEST_F(MemoryStream, MovesThatNeedMoreThan32Bits)
     EXPECT_EQ("cdef", Read(9));
 }
 
-// A position of 32 bits that wraps around would write in front of what is there.
+// A 32-bit position that wraps around would write before the existing data.
 TEST_F(MemoryStream, PositionsDoNotWrapAround)
 {
     BeginWriting(16, true);

@@ -1,4 +1,4 @@
-// The logged unit operation: how it comes to the unit that it wraps, and what it says when it does not.
+// The logged unit operation: how it gets the unit that it wraps, and what it reports if it does not get one.
 #include <cerrno>
 #include <cstring>
 
@@ -47,7 +47,7 @@ protected:
         EXPECT_EQ(caption, messages.All()[0].caption);
         EXPECT_EQ(kBoxFlags, messages.All()[0].flags);
     }
-    // A unit that has failed answers like one that was never made.
+    // A unit operation whose unit failed behaves as if the unit was never made.
     void ExpectNotFunctional()
     {
         EXPECT_EQ(E_UNEXPECTED, As<ICapeUnit>(unit)->Calculate());
@@ -125,7 +125,7 @@ TEST_F(UnitOperationTest, ACancelledSelection)
     ExpectBox(messages, L"Unit Operation selection has been cancelled. Unit Operation will not be functional.",
               L"Unit Operation");
     ExpectNotFunctional();
-    // It may be tried again.
+    // The caller may try again.
     selectionScript.answer = kFakeUnit;
     EXPECT_EQ(S_OK, persistence->InitNew());
 }
@@ -155,7 +155,7 @@ TEST_F(UnitOperationTest, MessagesCarryTheNameThatTheUnitWasGiven)
     ExpectBox(messages, L"REGDB_E_CLASSNOTREG", L"Mixer");
 }
 
-// The server's class would make units without end.
+// The server's own class would make units endlessly.
 TEST_F(UnitOperationTest, ItDoesNotWrapItsOwnClass)
 {
     options.pravikUnit = kUnitOperationClass;
@@ -186,7 +186,7 @@ TEST_F(UnitOperationTest, AFaultWhileTheUnitIsCreated)
     RecordedMessages messages;
     EXPECT_EQ(E_FAIL, persistence->InitNew());
     ExpectBox(messages, L"E_UNEXPECTED", L"Unit Operation");
-    FakeUnit::alive = 0;  // its frame was swept away
+    FakeUnit::alive = 0;  // the fault skipped its destructor
     News();
     ExpectNotFunctional();
 }
@@ -226,7 +226,7 @@ TEST_F(UnitOperationTest, AFailingInitNewOfTheUnitIsTheAnswer)
     EXPECT_EQ(UnitFunc("IPersistStreamInit::InitNew",
                        Automatically() + Created() + Error("ECapeComputationHR: computation error")),
               News());
-    // The unit is there all the same.
+    // The unit exists nevertheless.
     EXPECT_EQ(S_OK, As<ICapeUnit>(unit)->Calculate());
 }
 
@@ -392,7 +392,7 @@ TEST_F(UnitOperationTest, PortsAreWrapped)
     unitScript.ports = nullptr;
 }
 
-// --- The log of its own.
+// --- Its own log.
 
 std::wstring chosenPath, chosenTitle;
 

@@ -1,4 +1,5 @@
-// Saving and loading through the logged unit operation: the form of what is saved, what the log says, and streams that lie.
+// Saving and loading through the logged unit operation: the form of the saved data, what is logged, and streams that
+// lie.
 #include <windows.h>
 #include <psapi.h>
 
@@ -24,7 +25,7 @@ std::string Header(REFCLSID classId, std::uint32_t length)
     return bytes;
 }
 
-// The simulator's stream, which may fail, give short counts, or claim more than it did.
+// The simulator's stream, which may fail, return short counts, or claim more than it did.
 class TestStream final : public com::Object {
 public:
     explicit TestStream(std::string content = {}) : content(std::move(content)) {}
@@ -32,8 +33,8 @@ public:
     std::size_t position = 0;
     HRESULT readResult = S_OK, writeResult = S_OK;
     ULONG most = 0xFFFFFFFF;   // bytes that one call moves
-    LONG claim = 0;            // added to the counts that are told
-    int callsUntilFault = -1;  // a call with this count down to 0 raises a fault
+    LONG claim = 0;            // added to the returned counts
+    int callsUntilFault = -1;  // counts down per call; the call at 0 raises a fault
     ULONG largestRequest = 0;
 
     IStream* Get() { return &stream; }
@@ -169,7 +170,7 @@ TEST_F(UnitPersistence, WhatIsSavedIsLoadedIntoTheSameClass)
         EXPECT_EQ(state, found);
         const char* loading = way == Knows::Init ? kUsingInitLoad : kUsingPlainLoad;
         EXPECT_EQ(LoadFunc(*stream.Get(), Created() + Info(loading)), News());
-        // No InitNew on this way, and nobody is asked.
+        // This does not call InitNew and does not ask the user.
         EXPECT_EQ((std::vector<std::string>{way == Knows::Init ? "init.Load" : "plain.Load"}), unitScript.calls);
         EXPECT_EQ(0, selectionScript.asked);
 
@@ -374,7 +375,7 @@ TEST_F(UnitPersistence, AStreamThatTheUnitKeepsIsOfNoUseAfterwards)
         "<error value=\"Attempt to read from IStream when writing\"/>\n"
         "<error value=\"Attempt to write to IStream when reading\"/>\n",
         News());
-    // It may even outlive the unit, and its log.
+    // It may even outlive the unit and the unit's log.
     persistence.Reset();
     unit.Reset();
     EXPECT_EQ(E_FAIL, kept->Write(&byte, 1, nullptr));
@@ -393,7 +394,7 @@ TEST_F(UnitPersistence, AStreamThatEndsTooEarly)
         EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + Failed()), News());
     }
     EXPECT_EQ(0, unitScript.created);
-    // Nothing of this keeps the unit from being loaded.
+    // None of this prevents loading the unit.
     const auto stream = ComPtr<TestStream>(new TestStream(whole));
     EXPECT_EQ(S_OK, persistence->Load(stream->Get()));
 }
@@ -437,7 +438,7 @@ TEST_F(UnitPersistence, ALengthThatNoMemoryHas)
     EXPECT_EQ(0, unitScript.created);
 }
 
-// A length that is only claimed costs address space for a moment, and no memory.
+// A false length uses address space for a moment, but no memory.
 TEST_F(UnitPersistence, AHugeLengthTouchesNoMemory)
 {
     const auto Peak = [] {
@@ -517,7 +518,7 @@ TEST_F(UnitPersistence, AUnitThatReadsBeyondItsData)
         LoadFunc(*stream.Get(), Created() + Info(kUsingInitLoad) + Error("Attempt to read past end of input stream") +
                                     Error("Attempt to read from IStream when writing")),
         News());
-    // What follows in the simulator's stream is left alone.
+    // Later data in the simulator's stream is not read.
     EXPECT_EQ(22u, stream->position);
 }
 
@@ -604,7 +605,7 @@ TEST_F(UnitPersistence, GetSizeMax)
     EXPECT_EQ(UnitFunc("IPersistStreamInit::GetSizeMax", Error(ErrorText(E_NOTIMPL, nullptr))), News());
     EXPECT_EQ(E_POINTER, persistence->GetSizeMax(nullptr));
 
-    // A unit that knows only the older interface is asked through it.
+    // A unit that supports only the older interface is asked through that interface.
     Begin();
     unitScript = {};
     Arrange(Knows::Plain);

@@ -1,5 +1,5 @@
-// The ports of a logged unit operation: what is connected is replaced by the proxy that suits the port, and comes back as
-// the simulator's own object.
+// The ports of a logged unit operation: a connected object is replaced by the proxy for this type of port, and returned
+// as the simulator's own object.
 #include "log/error_description.h"
 #include "expected_log.h"
 #include "fake_unit.h"
@@ -45,7 +45,7 @@ private:
         }
         STDMETHOD(get_connectedObject)(IDispatch** object) override
         {
-            // A pointer that comes with a failure is not to be trusted.
+            // A pointer returned with a failure must not be used.
             if (FAILED(fake.connectedResult)) {
                 *object = reinterpret_cast<IDispatch*>(0x10);
                 return fake.connectedResult;
@@ -79,7 +79,7 @@ private:
     } collection{*this};
 };
 
-// An object of the simulator's that can be told by its interfaces.
+// A simulator's object that can be recognised by its interfaces.
 class FakeStream final : public FakeObject {
 public:
     int energySet = 0;
@@ -113,7 +113,7 @@ protected:
         inner->connected.Reset();
     }
 
-    // The port's proxy, as a logged collection hands it out.
+    // Makes the port's proxy, as returned by a logged collection.
     void MakePort(bool isLogged = true)
     {
         port.Reset();
@@ -137,7 +137,7 @@ protected:
     {
         return Func("ICapeUnitPort::Connect", PointerArg("objectToConnect", "in", object) + body, "in", "Port");
     }
-    // The class of the proxy that the port got, over `original`; null when it got the object itself.
+    // The proxy of `original` that the port got; null if the port got the object itself.
     CapeOpenBase* ConnectedProxy(IUnknown* original)
     {
         ComPtr<IOriginalObject> way;
@@ -287,7 +287,7 @@ TEST_F(UnitPort, ATypeThatCannotBeToldIsAskedAgain)
     EXPECT_EQ(ConnectFunc(raw.Get(), Info(kMaterialInfo)), News());
 }
 
-// A port's own -1 says no more than one that does not answer; any other number is an answer.
+// A port that returns -1 says no more than a port that fails; any other number is an answer.
 TEST_F(UnitPort, MinusOneIsNoTypeAndIsAskedAgain)
 {
     const auto raw = Raw(feed);
@@ -328,7 +328,7 @@ TEST_F(UnitPort, OnlyAnInletIsReadOnly)
         ASSERT_NE(nullptr, ConnectedProxy(raw.Get()));
         EXPECT_FALSE(ConnectedProxy(raw.Get())->IsReadOnly());
     }
-    // A direction that comes with a failure is none.
+    // A direction returned with a failure does not count.
     inner->direction = CAPE_INLET;
     inner->directionResult = E_FAIL;
     EXPECT_EQ(S_OK, port->Connect(raw.Get()));
@@ -451,7 +451,7 @@ TEST_F(UnitPort, WithoutItsPortOrItsInterface)
         News());
 }
 
-// What the unit does with its stream stands inside the call that made it do so.
+// What the unit does with its stream is logged inside the call that caused it.
 TEST_F(UnitPort, TheStreamsCallsAreLogged)
 {
     inner->duringConnect = [this] {
@@ -481,7 +481,7 @@ TEST_F(UnitPort, UnreleasedPortsAndStreamsAreReported)
         "<warning value=\"Object &quot;Feed&quot; (type: Material Object) is not released at final release of "
         "&quot;Unit Operation&quot; (reference count 1)\"/>\n</zeltlogdocument>\n",
         News());
-    // They go on forwarding.
+    // They continue to forward.
     EXPECT_EQ(S_OK, port->Disconnect());
     EXPECT_EQ(nullptr, inner->connected.Get());
 }
@@ -516,7 +516,7 @@ TEST_F(UnitPort, AFaultWhileItsDirectionIsAskedIsLoggedLikeAnyOther)
     EXPECT_FALSE(ConnectedProxy(raw.Get())->IsReadOnly());
 }
 
-// An object that claims to be a proxy and fails when it is asked for what is behind it.
+// An object that claims to be a proxy but fails to return its original.
 class FaultyOriginal final : public FakeObject {
 protected:
     IDispatch* ScriptInterface() override { return &original; }
