@@ -1,5 +1,5 @@
-// Entry of the in-process tests: COM is initialised for a single-threaded apartment, as in the server, and
-// the heap is checked; the user is asked about closed logs, but no viewer is opened.
+// Entry point of the in-process tests: initialises COM for a single-threaded apartment, as in the server, and
+// checks the heap; the user is asked about closed logs, but no viewer opens.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>
