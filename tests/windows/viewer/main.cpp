@@ -1,4 +1,4 @@
-// Entry of the window tests. They need a display of their own.
+// Entry point of the viewer tests. They need their own display.
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)

@@ -52,7 +52,7 @@ std::wstring RemoteTree::Label(HTREEITEM item) const
 
 bool RemoteTree::IsInView(HTREEITEM item) const
 {
-    // The message takes the item where it gives the rectangle.
+    // The message reads the item from where it writes the rectangle.
     RECT place = {};
     const auto handle = reinterpret_cast<std::uintptr_t>(item);
     memcpy(&place, &handle, sizeof handle);
@@ -116,7 +116,7 @@ void RemoteList::Click(int row) const
     SendMessageW(window, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.Address()));
     memory.Read(0, &place, sizeof place);
     const LPARAM point = MAKELPARAM(place.left + 10, (place.top + place.bottom) / 2);
-    // Posted: the list waits for the button to come up while it handles its going down.
+    // Posted, because the list waits for the button's release while it handles the press.
     PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
     PostMessageW(window, WM_LBUTTONUP, 0, point);
     Sleep(500);

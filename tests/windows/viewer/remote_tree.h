@@ -1,4 +1,4 @@
-// A tree view and a list view of another process of the same width, read and driven through memory in that process.
+// A tree view and a list view of another process of the same width, read and controlled through memory in that process.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace zelt::test {
 
-// Memory in the process of a window, for the structures of messages.
+// Memory in a window's process, for the structures of messages.
 class RemoteMemory {
 public:
     RemoteMemory(HWND window, std::size_t size);
@@ -49,7 +49,7 @@ public:
     }
     void Expand(HTREEITEM item) const { SendMessageW(window, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item)); }
 
-    // Everything that is in the tree: a line an item, indented, the image before the label.
+    // Everything in the tree: one line per item, indented, with the image before the label.
     std::wstring Outline() const;
 
 private:
@@ -75,7 +75,7 @@ public:
         return static_cast<int>(SendMessageW(window, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     }
     void Select(int row) const;
-    // With the mouse, in the middle of the row's label.
+    // Clicks with the mouse in the middle of the row's label.
     void Click(int row) const;
     std::wstring Column() const;
 

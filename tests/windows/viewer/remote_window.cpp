@@ -83,7 +83,7 @@ void PressKey(HWND window, WORD key, WORD modifier)
 {
     SetForegroundWindow(window);
     if (!WaitUntil([&] { return GetForegroundWindow() == window; }, 2000) && !modifier) {
-        // Without the foreground the key can still be posted to where it would arrive.
+        // Without the foreground, the key can still be posted to the window that would receive it.
         GUITHREADINFO thread = {};
         thread.cbSize = sizeof thread;
         GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);

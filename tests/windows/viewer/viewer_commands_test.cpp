@@ -1,4 +1,4 @@
-// Removal, search, walking the errors, expanding, copying.
+// Removal, search, walking through the errors, expanding, copying.
 #include "res/resource.h"
 #include "viewer_process.h"
 
@@ -56,13 +56,13 @@ TEST_F(ViewerCommands, RemovalTakesInfosAloneAndWorksOnce)
         L"  8 Omega\n",
         tree->Outline());
     EXPECT_EQ(2, list->Count());
-    // Nothing is left below the call that held a query alone.
+    // Nothing is left below the call that contained only a query.
     HTREEITEM item = tree->Next(TVGN_ROOT);
     for (int i = 0; i < 2; ++i) item = tree->Next(TVGN_NEXT, item);
     EXPECT_EQ(L"only a query (two)", tree->Label(item));
     EXPECT_FALSE(tree->IsParent(item));
     KeepPicture(window, "viewer-without-queries");
-    // What is removed is not found either.
+    // Removed items are not found either.
     Find(L"for Y");
     EXPECT_EQ(L"Search string \"for Y\" is not found.", Box(L"Search tree:"));
 }
@@ -103,15 +103,15 @@ TEST_F(ViewerCommands, SearchRefusesAnEmptyText)
 
 TEST_F(ViewerCommands, SearchWalksTheWholeTreeAndAroundItsEnds)
 {
-    // Nothing is selected: the first item is examined first.
+    // Nothing is selected, so the search begins with the first item.
     Find(L"first");
     ExpectSelected(L"first");
-    // The only match is the selection.
+    // The only match is already selected.
     Send(kCommandFindNext);
     ExpectSelected(L"first");
     EXPECT_EQ(nullptr, FindNow(Id(), L"Search tree:"));
 
-    // One item contains the text at each end; both are inside of nothing expanded yet.
+    // An item at each end contains the text; neither is inside an expanded item yet.
     Find(L"Omega");
     ExpectSelected(L"Omega");
     Find(L"a");
@@ -144,7 +144,7 @@ TEST_F(ViewerCommands, SearchMindsCaseAndWholeItems)
     EXPECT_EQ(L"Search string \"Query\" is not found.", Box(L"Search tree:"));
     Find(L"aLPHA", true, true);
     ExpectSelected(L"Alpha");
-    // The dialog remembers.
+    // The dialog remembers the last search.
     PostMessageW(window, WM_COMMAND, kCommandFind, 0);
     const HWND dialog = FindWindowOf(Id(), L"Search:");
     ASSERT_NE(nullptr, dialog);

@@ -1,4 +1,4 @@
-// The viewer's window, what it shows of a log, and what it says about logs that are damaged or missing.
+// The viewer's window, what it shows of a log, and its messages about damaged or missing logs.
 #include "viewer_process.h"
 
 #include <winternl.h>
@@ -45,7 +45,7 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
         L" 3 E_FAIL (\"why\")\n"
         L"8 port material\n",
         tree->Outline());
-    // An error with children is in the tree alone.
+    // An error with children is only in the tree.
     EXPECT_EQ(L"Errors", list->Column());
     ASSERT_EQ(2, list->Count());
     EXPECT_EQ(L"careful", list->Label(0));
@@ -57,7 +57,7 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
     KeepPicture(window, "viewer");
 }
 
-// What the user guide shows: the golden log with an error selected.
+// For the pictures of the user guide: the golden log with an error selected.
 class ViewerPictures : public ViewerTest {};
 
 TEST_F(ViewerPictures, ALogWithErrors)
@@ -75,7 +75,7 @@ TEST_F(ViewerPictures, ALogWithErrors)
     KeepPicture(window, "viewer-with-errors");
 }
 
-// Menus of another process cannot be read everywhere: the program's resources can.
+// Not every system can read the menus of another process, so this reads the program's resources.
 TEST(ViewerResources, HoldTheMenuAndTheKeys)
 {
     const HMODULE module =
@@ -116,7 +116,7 @@ TEST(ViewerResources, HoldTheMenuAndTheKeys)
     FreeLibrary(module);
 }
 
-// A menu's items, a line each, those of its submenus indented.
+// A menu's items, one line each, with those of its submenus indented.
 void AppendItems(HMENU menu, int depth, std::wstring& out)
 {
     for (int position = 0; position < GetMenuItemCount(menu); ++position) {
@@ -159,7 +159,7 @@ TEST(MainWindowResources, HoldTheMenu)
     FreeLibrary(module);
 }
 
-// The progress dialog stands while the box about a damaged file does.
+// The progress dialog stays open while the box about a damaged file is open.
 class ViewerProgress : public ViewerTest {
 protected:
     bool HasProgress(std::size_t length)
@@ -196,7 +196,7 @@ TEST_F(ViewerLoading, TellsWhereALogIsCutOffAndShowsItsBeginning)
     EXPECT_EQ(L"2 1\n4 f (o)\n", tree->Outline());
 }
 
-// Deeper, or with a longer value, than the parser takes: the same as for a log that is cut off there.
+// A log that is deeper or has a longer value than the parser accepts is treated like a log that is cut off there.
 TEST_F(ViewerLoading, TellsWhereALogGoesBeyondTheParsersLimits)
 {
     std::string deep;
@@ -250,7 +250,7 @@ std::wstring CurrentFolderOf(DWORD id)
         !read(block.ProcessParameters, &parameters, sizeof parameters)) {
         return L"(cannot be read)";
     }
-    // Its name has the form of the two strings that are declared, and stands in front of them, at this place of the unnamed.
+    // The folder has the same form as the two declared strings and precedes them, at this index of the unnamed members.
     UNICODE_STRING folder = {};
     std::memcpy(&folder, &parameters.Reserved2[5], sizeof folder);
     std::wstring text(folder.Length / sizeof(wchar_t), L'\0');
@@ -262,7 +262,7 @@ TEST_F(ViewerLoading, LeavesTheFolderOfTheLog)
     wchar_t before[MAX_PATH], system[MAX_PATH];
     GetCurrentDirectoryW(MAX_PATH, before);
     GetSystemDirectoryW(system, MAX_PATH);
-    // As a double click starts it.
+    // Starts the viewer as a double click does.
     SetCurrentDirectoryW(std::filesystem::path(path).parent_path().c_str());
     Show(InLog(kLog));
     SetCurrentDirectoryW(before);
@@ -282,7 +282,7 @@ TEST_F(ViewerLoading, LeavesTheFileToOthers)
     ASSERT_TRUE(write("<?xml version=\"1.0\"?>\n<zeltlogdocument>\n<info value=\"1\"/>\n"));
     StartWithoutLog();
     Box(L"Parse error:");
-    // While the box is up the file is still open.
+    // While the box is shown, the file is still open.
     EXPECT_TRUE(write("<info value=\"2\"/>\n"));
     const std::wstring renamed = path + L".renamed";
     EXPECT_TRUE(MoveFileW(path.c_str(), renamed.c_str())) << GetLastError();
@@ -316,7 +316,7 @@ TEST_F(ViewerLoading, KeepsItsPartsInPlaceWhenResized)
     GetWindowRect(window, &smallest);
     EXPECT_GE(smallest.right - smallest.left, 320);
 
-    // The gap drags.
+    // The gap can be dragged.
     RECT before, after;
     SetWindowPos(window, nullptr, 10, 10, 700, 600, SWP_NOZORDER);
     GetClientRect(GetDlgItem(window, kLogTree), &before);

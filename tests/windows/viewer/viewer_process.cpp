@@ -54,7 +54,7 @@ void ViewerTest::Opened()
 void ViewerTest::Send(int command) const
 {
     PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
-    // Answered behind the command, or beside it while a box is up.
+    // The window answers this after the command, or while the command shows a box.
     Sleep(50);
     SendMessageW(window, WM_NULL, 0, 0);
 }

@@ -1,4 +1,4 @@
-// A log on the disk and a ZELT process that shows it. Ends the process and removes the log with itself.
+// A log file and a ZELT process that shows it. Ends the process and deletes the log when destroyed.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ protected:
     }
 
     DWORD Id() const { return process->Id(); }
-    // Commands and keys as a menu or a keyboard sends them; returns when they are done, or a box is up.
+    // Sends commands and keys as a menu or a keyboard does; returns when they are done or a box is shown.
     void Send(int command) const;
     // Enters a text into the search dialog and confirms it.
     void Find(const std::wstring& text, bool ignoreCase = false, bool wholeItem = false);

@@ -1,4 +1,4 @@
-// Logs above the number of items that the tree is filled with: what is seen is the same, and loading can be cancelled.
+// Logs with more items than the tree is filled with: the user sees the same, and can cancel loading.
 #include "res/resource.h"
 #include "viewer_process.h"
 
@@ -21,7 +21,7 @@ std::string Calls(int count)
     return calls;
 }
 
-// The same checks on a log that the tree holds whole and on one that enters it on demand.
+// The same checks on a log that the tree contains completely and on one that enters it on demand.
 class ViewerScale : public ViewerTest, public testing::WithParamInterface<int> {};
 
 TEST_P(ViewerScale, ShowsTheSameWhateverTheSize)
@@ -46,7 +46,7 @@ TEST_P(ViewerScale, ShowsTheSameWhateverTheSize)
     EXPECT_EQ(L"QueryInterface " + wideLast, tree->Label(tree->Next(TVGN_NEXT, argument)));
     EXPECT_EQ(nullptr, tree->Next(TVGN_NEXT, tree->Next(TVGN_NEXT, argument)));
 
-    // A call that nothing has touched: its children are there once it is expanded.
+    // A call that nothing has touched: its children appear when it is expanded.
     HTREEITEM call = tree->Next(TVGN_PARENT, argument);
     call = tree->Next(TVGN_PREVIOUS, call);
     EXPECT_EQ(L"call " + std::to_wstring(calls - 2) + L" (o)", tree->Label(call));
@@ -104,7 +104,7 @@ TEST_F(ViewerTest, LoadingEndsWithEscToo)
     EXPECT_GT(tree->Count(), 0);
 }
 
-// The outermost items enter the tree a few at a time; whoever walks finds each of them all the same.
+// The outermost items enter the tree a few at a time; a user who walks through them still finds each.
 TEST_F(ViewerTest, AWalkMeetsEveryOutermostItem)
 {
     std::string many;
@@ -125,10 +125,10 @@ TEST_F(ViewerTest, TheEndKeyGoesToTheLastItem)
     EXPECT_EQ(80'000, tree->Count());
 }
 
-// The tree is filled up to the limit while the log seems small; what follows is there all the same.
+// The tree is filled up to the limit while the log seems small; the later items still appear.
 TEST_F(ViewerTest, ALogWithMoreItemsThanItsBeginningPromisesIsShownWhole)
 {
-    // Long entries first, then short ones, in a call that is open when filling is given up.
+    // Long entries first, then short ones, inside a call that is open when filling stops.
     std::string log;
     for (int i = 0; i < 5000; ++i) log += "<info value=\"" + std::string(1500, 'l') + "\"/>\n";
     log += "<func name=\"open\" direc=\"in\" object=\"o\"><func name=\"inner\" direc=\"in\" object=\"o\">";
@@ -164,14 +164,15 @@ TEST_F(ViewerTest, ExpandingEverythingStopsAtItsLimitAndSaysSo)
     EXPECT_EQ(3, tree->Count());
 }
 
-// Esc waits behind the command, as from a user who is quick.
+// Esc is queued after the command, as from a quick user.
 TEST_F(ViewerTest, EscCancelsARemovalWhichCanBeDoneAgain)
 {
     Show(InLog(Calls(20'000)));
     const HTREEITEM first = tree->Next(TVGN_ROOT);
     PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
     PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_ESCAPE, 1);
-    // While it runs, the window answers and refuses further commands: what it has done by now is all once nothing changes.
+    // While the removal runs, the window answers and refuses further commands. It has ended when nothing changes any
+    // more.
     WaitUntil([&] {
         const int before = tree->Count();
         Sleep(500);
@@ -187,7 +188,7 @@ TEST_F(ViewerTest, EscCancelsARemovalWhichCanBeDoneAgain)
 
 TEST_F(ViewerTest, EscCancelsASearch)
 {
-    // Long labels, no two the same, and a text that is nearly in them.
+    // Long labels, all different, and a text that nearly matches them.
     std::string log = "<func name=\"all\" direc=\"in\" object=\"o\">";
     for (int i = 0; i < 8000; ++i) log += "<info value=\"" + std::string(1500, 'l') + std::to_string(i) + "\"/>";
     const std::wstring nearly = std::wstring(200, L'l') + L"xl";
