@@ -25,7 +25,7 @@ protected:
                        L"Missing reaction manager");
         components.Add(L"{7E57BBBB-0000-0000-0000-000000000002}", L"{678C09A3-7D66-11D2-A67D-00105A42887F}",
                        L"Missing thermo system", L"has no server");
-        // The program's own manager, as if it were registered, does not belong there.
+        // The program's own manager, registered like any other, does not belong in the list.
         components.Add(L"{6377AC63-7A36-46DC-8897-F277012CDA9D}", L"{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}",
                        L"Own manager");
         program.emplace();
@@ -103,7 +103,7 @@ TEST_F(AddPackage, OkWantsAPackageAndAName)
     tree->Select(Item(kManager));
     EXPECT_FALSE(OkEnabled());
     EXPECT_EQ(L"", ExportName());
-    // Return does not get past the disabled button.
+    // Return has no effect while the button is disabled.
     PostCommand(dialog, IDOK);
     tree->Select(Item(kStandAlone));
     EXPECT_TRUE(OkEnabled());
@@ -207,7 +207,7 @@ TEST_F(AddPackage, GrowsWithItsWindow)
     EXPECT_EQ(before.right - before.left + 100, after.right - after.left);
     EXPECT_EQ(before.bottom - before.top + 60, after.bottom - after.top);
     EXPECT_TRUE(KeepScreenshot(dialog, "add-package-larger"));
-    // It does not get smaller than it was made.
+    // It cannot get smaller than its original size.
     SetWindowPos(dialog, nullptr, 50, 50, 100, 100, SWP_NOZORDER);
     GetWindowRect(dialog, &after);
     EXPECT_EQ(whole.right - whole.left, after.right - after.left);
@@ -235,7 +235,7 @@ TEST_F(AddPackage, IsCompleteFromTheKeyboard)
     EXPECT_TRUE(Stored(0, 1).loggingEnabled);
 }
 
-// What the user guide shows: a machine with packages that work.
+// For the pictures of the user guide: a machine with working packages.
 TEST(AddPackagePictures, APackageChosenForExport)
 {
     const CleanSettings settings;

@@ -72,7 +72,7 @@ void RemoteList::ClickCheckBox(int row) const
     RECT rect = {};
     rect.left = LVIR_ICON;
     SendItem(LVM_GETITEMRECT, static_cast<WPARAM>(row), rect);
-    // The box stands to the left of the icon.
+    // The box is to the left of the icon.
     const LPARAM place = MAKELPARAM(rect.left - 8, (rect.top + rect.bottom) / 2);
     PostMessageW(Window(), WM_LBUTTONDOWN, MK_LBUTTON, place);
     PostMessageW(Window(), WM_LBUTTONUP, 0, place);

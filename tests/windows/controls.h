@@ -1,4 +1,4 @@
-// List and tree views of another process: what their messages point to lies in that process's memory. Both processes have
+// List and tree views of another process: what their messages point to is in that process's memory. Both processes have
 // the same width.
 #pragma once
 
@@ -21,10 +21,10 @@ public:
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
 protected:
-    // Sends a message whose parameter points to an item; the item and the text are copied there and back.
+    // Sends a message whose parameter points to an item; copies the item and the text there and back.
     template <class T>
     LRESULT SendItem(UINT message, WPARAM wParam, T& item) const;
-    // Place for a text in the other process.
+    // Space for a text in the other process.
     wchar_t* RemoteText() const;
     std::wstring ReadText() const;
 
@@ -54,7 +54,7 @@ public:
     std::vector<HTREEITEM> Children(HTREEITEM parent) const;
     std::wstring Text(HTREEITEM item) const;
     int Image(HTREEITEM item) const;
-    // The item of that label among all that are in the tree; null when there is none.
+    // The item with that label among all items in the tree; null if there is none.
     HTREEITEM Find(const std::wstring& label) const;
     void Select(HTREEITEM item) const;
     // Without waiting: expanding may show a message box.

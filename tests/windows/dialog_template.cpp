@@ -6,7 +6,7 @@
 namespace zelt::test {
 namespace {
 
-// Reads the extended form of a dialog template, as it is documented.
+// Reads the documented extended form of a dialog template.
 class TemplateReader {
 public:
     TemplateReader(const void* data, std::size_t size)
@@ -61,7 +61,7 @@ std::wstring Kind(const std::wstring& windowClass, DWORD style)
     if (windowClass == L"#129") return L"edit field";
     if (windowClass == L"#130") return (style & SS_TYPEMASK) == SS_ICON ? L"icon" : L"text";
     if (windowClass == L"#131") return L"list box";
-    // Names of classes have no case.
+    // Class names are not case-sensitive.
     std::wstring lower = windowClass;
     CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
     return lower;

@@ -1,5 +1,5 @@
-// A dialog resource as text: the caption, and the menu and the font where there is one, then a line for each control with its
-// kind, number and text. Places and further styles are left out.
+// A dialog resource as text: the caption, and the menu and the font if there is one, then a line for each control with
+// its kind, number and text. Omits positions and other styles.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace zelt::test {
 
-// "(no such dialog)" when the module has none of that number.
+// "(no such dialog)" if the module has no dialog with that number.
 std::wstring DialogText(HMODULE module, int dialog);
 
 }  // namespace zelt::test

@@ -1,4 +1,4 @@
-// What the file dialogs are asked for: the system's functions are replaced, and nothing is shown.
+// The requests to the file dialogs: the system's functions are replaced, and nothing is shown.
 #include <windows.h>
 #include <commdlg.h>
 
@@ -13,11 +13,11 @@
 namespace zelt::test {
 namespace {
 
-// What a dialog was asked for. Its pointers are followed while it is open.
+// The request to a dialog. Reads through its pointers while the dialog is open.
 struct Request {
     HWND owner;
     std::wstring title, extension, initialName;
-    std::wstring filter;  // its texts, each with a bar behind it
+    std::wstring filter;  // its texts, each followed by a bar
     DWORD length, flags, filterIndex;
     const wchar_t* folder;
     LPOFNHOOKPROC hook;
@@ -75,7 +75,7 @@ TEST_F(FileDialogs, ViewLogAsksForALogThatIsThere)
 
 class NewLogDialog : public FileDialogs {
 protected:
-    // False when there is no path; `path` is left alone then.
+    // False if there is no path; then `path` is not changed.
     bool Choose(std::wstring& path)
     {
         const PatchedImport patch("GetSaveFileNameW", TakeSave);
@@ -112,7 +112,7 @@ TEST_F(NewLogDialog, GivesTheNameThatIsConfirmed)
     EXPECT_EQ(answer, path);
 }
 
-// The hook belongs to a page inside of the dialog.
+// The hook belongs to a page inside the dialog.
 TEST_F(NewLogDialog, PutsItselfInFrontOnceAndStaysWhereItIs)
 {
     std::wstring path;

@@ -16,7 +16,7 @@
 #include "tests/system/harness/stored_options.h"
 #include "packages/property_package_manager.h"
 
-// The prompt at the end of a logged package, and the viewer behind its Yes. Registers the server.
+// The prompt at the end of a logged package, and the viewer that its Yes opens. Registers the server.
 namespace {
 
 using namespace zelt;
@@ -45,7 +45,7 @@ protected:
     }
     void TearDown() override { Program(L"/UnregServer").EndsBy(60'000); }
 
-    // A simulator's whole life with the package.
+    // Creates, uses and releases the package, as a simulator does.
     static void CreateAndRelease(HRESULT& result)
     {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);

@@ -1,4 +1,4 @@
-// The message boxes of the main window, and what it asks the system's help for, in this process.
+// The message boxes of the main window, and its calls of the system's help, in this process.
 #include <thread>
 #include <utility>
 
@@ -29,7 +29,7 @@ protected:
     HWND window = nullptr;
 };
 
-// A component of the machine, as the user selects it; the export name is one that is taken.
+// Selects a component of the machine as the user does; its export name is already used.
 void ChooseAgain()
 {
     HWND dialog = nullptr;
@@ -62,7 +62,7 @@ TEST_F(MainWindowBoxes, ANameThatIsTakenIsRefusedInFrontOfEverything)
     EXPECT_EQ(1u, ExportedPackages().Count());
 }
 
-// The system's help, replaced: the library is looked for in the registry, loaded, and asked for its function.
+// Replaces the system's help: the program looks for the library in the registry, loads it, and gets its function.
 struct HelpCall {
     HWND caller;
     std::wstring file;
@@ -137,7 +137,7 @@ TEST_F(MainWindowBoxes, HelpOpensItsTopicAndClosesWithTheWindow)
     EXPECT_TRUE(boxes.All().empty());
     EXPECT_EQ(2u, helpCalls.size());
 
-    // It closes all that it has opened.
+    // The window closes all help that it has opened.
     DestroyWindow(std::exchange(window, nullptr));
     ASSERT_EQ(3u, helpCalls.size());
     EXPECT_EQ(0x12u, helpCalls[2].command);

@@ -1,4 +1,4 @@
-// What the main window's menus and columns show in each state, in this process.
+// The main window's menus and columns in each state, in this process.
 #include <windows.h>
 #include <commctrl.h>
 
@@ -14,10 +14,10 @@
 namespace zelt::test {
 namespace {
 
-// Numbers are written out: the resources have them, and this is what users get.
+// The numbers are literals, as in the resources, because users rely on them.
 constexpr int kList = 201, kRemove = 902, kToggleLogging = 903;
 enum Popup { kPackage = 1, kLog = 2, kOptions = 3 };
-constexpr UINT kUnits = 2;  // the place of the submenu in the options
+constexpr UINT kUnits = 2;  // the position of the submenu in the options menu
 
 class MainWindowHere : public ModuleTest {
 protected:
@@ -41,14 +41,14 @@ protected:
     }
     HMENU Menu(int popup) const { return GetSubMenu(GetMenu(window), popup); }
     HMENU Units() const { return GetSubMenu(Menu(kOptions), kUnits); }
-    // What the popup shows when it opens.
+    // The text of the popup when it opens.
     std::wstring Opened(HMENU menu, UINT place) const
     {
         SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), MAKELPARAM(place, FALSE));
         return MenuText(menu);
     }
     std::wstring Opened(Popup popup) const { return Opened(Menu(popup), popup); }
-    // The submenu opens behind its menu.
+    // The submenu opens after its menu.
     std::wstring OpenedUnits() const
     {
         Opened(kOptions);
@@ -57,7 +57,7 @@ protected:
     void Select(int row) const { ListView_SetItemState(list, row, LVIS_SELECTED, LVIS_SELECTED); }
     void SelectNone() const { ListView_SetItemState(list, -1, 0, LVIS_SELECTED); }
     void Command(int command) const { SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0); }
-    // As another process changes them.
+    // Changes the options as another process would.
     static void Store(const LogOptions& values) { test::Store(values); }
 
     HWND window = nullptr, list = nullptr;
@@ -69,7 +69,7 @@ TEST_F(MainWindowHere, WithoutASelectionNothingCanBeRemovedOrLogged)
     const std::wstring log = L"903 &Enable logging (grey)\n-\n904 &View log...\n";
     EXPECT_EQ(package, Opened(kPackage));
     EXPECT_EQ(log, Opened(kLog));
-    // Also after there was one.
+    // Also after something was selected.
     Select(0);
     Opened(kPackage);
     Opened(kLog);
@@ -91,7 +91,7 @@ TEST_F(MainWindowHere, TheSelectedPackageDecidesWhatIsChecked)
     EXPECT_TRUE(ExportedPackages().At(1).loggingEnabled);
 }
 
-// The item is grey for keys too, which do not open the menu.
+// The item is also disabled for keys, which do not open the menu.
 TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
 {
     const std::wstring off = L"901 &Add package...\n902 &Remove package... (grey)\n";
@@ -105,7 +105,7 @@ TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
     Command(kRemove);
     EXPECT_EQ(1u, ExportedPackages().Count());
     EXPECT_EQ(off, MenuText(Menu(kPackage)));
-    // And when it opens, whatever became of it meanwhile.
+    // And when the menu opens, whatever has changed the item meanwhile.
     EnableMenuItem(Menu(kPackage), kRemove, MF_BYCOMMAND | MF_ENABLED);
     EXPECT_EQ(off, Opened(kPackage));
 }
@@ -163,7 +163,7 @@ TEST_F(MainWindowHere, TheColumnsAreAsWideAsWhatTheyShow)
 
     const auto width = [this](int column) { return ListView_GetColumnWidth(list, column); };
     const auto needed = [this](const std::wstring& text) { return ListView_GetStringWidth(list, text.c_str()); };
-    // The picture stands before the name, and the check box before the picture.
+    // The picture is before the name, and the check box before the picture.
     constexpr int kPicture = 16;
     EXPECT_GT(width(0), needed(L"Unlogged") + kPicture);
     EXPECT_GT(width(0), needed(L"Package"));
@@ -189,7 +189,7 @@ TEST_F(MainWindowHere, TheListHasCheckBoxesAndTheWindowItsIcon)
         int width, height;
     } rows[] = {{ICON_BIG, SM_CXICON, SM_CYICON}, {ICON_SMALL, SM_CXSMICON, SM_CYSMICON}};
     for (const auto& row : rows) {
-        // A shared icon is loaded once: this is the same.
+        // A shared icon is loaded only once, so this is the same icon.
         const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(201), IMAGE_ICON,
                                        GetSystemMetrics(row.width), GetSystemMetrics(row.height), LR_SHARED);
         EXPECT_NE(nullptr, icon);
@@ -197,7 +197,7 @@ TEST_F(MainWindowHere, TheListHasCheckBoxesAndTheWindowItsIcon)
     }
 }
 
-// The unit operations of this machine are looked for once a process: they are there before the first test asks.
+// A process searches for the machine's unit operations only once, so they must exist before the first test needs them.
 class UnitOperationsHere : public MainWindowHere {
 protected:
     static void SetUpTestSuite()
@@ -214,7 +214,7 @@ protected:
         options.pravikUnit = unit;
         Store(options);
     }
-    // The number of the item with this text; 0 when there is none.
+    // The number of the item with this text; 0 if there is none.
     int CommandOf(const wchar_t* text) const
     {
         for (int place = 0; place < GetMenuItemCount(Units()); ++place) {
@@ -256,12 +256,12 @@ TEST_F(UnitOperationsHere, TheSubmenuHasWhatIsInstalledBehindASeparator)
     EXPECT_EQ(begin, text.substr(0, begin.size()));
     EXPECT_NE(std::wstring::npos, text.find(L" Flash && mix\n"));
     EXPECT_EQ(std::wstring::npos, text.find(L" Own\n"));
-    // One number after the other, and none of them grey.
+    // The numbers are consecutive, and no item is grey.
     for (int place = 2; place < GetMenuItemCount(Units()); ++place) {
         EXPECT_EQ(static_cast<UINT>(210 + place), GetMenuItemID(Units(), place));
     }
     EXPECT_EQ(std::wstring::npos, text.find(L"(grey)"));
-    // What opens again is filled again, not longer.
+    // A submenu that opens again is filled again and does not get longer.
     EXPECT_EQ(text, OpenedUnits());
 }
 

@@ -55,7 +55,7 @@ protected:
         PostMessageW(window, WM_CANCELMODE, 0, 0);
         Sleep(150);
     }
-    // What the registry holds, one letter a package: L when logged.
+    // The contents of the registry, one letter per package: L if logged.
     static std::wstring Stored()
     {
         ExportedPackageList stored;
@@ -127,7 +127,7 @@ TEST_F(MainWindow, ACheckBoxIsSavedAtOnce)
 
 TEST_F(MainWindow, FillingTheListDoesNotSave)
 {
-    // More than there are: whoever saves puts it right.
+    // More packages than there are; a save would correct the number.
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteDword(L"NumPackages", 5));
@@ -189,7 +189,7 @@ TEST_F(MainWindow, ChoosesTheUnitOperationOfItsMenu)
     components.Add(L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Own");
     const CLSID expected = {0x7E57AAAA, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
     ASSERT_NO_FATAL_FAILURE(Start());
-    // The program's own class is not there: one item, and none behind it.
+    // The program's own class is missing: there is one item, and none after it.
     Command(window, kCommandFirstUnitOperation + 1);
     EXPECT_EQ(CLSID{}, StoredOptions().pravikUnit);
     Command(window, kCommandFirstUnitOperation);
@@ -204,7 +204,7 @@ TEST_F(MainWindow, MenusWorkFromTheKeyboard)
 {
     ASSERT_NO_FATAL_FAILURE(Start());
     Front();
-    // Without a selection the item is grey.
+    // Without a selection, the item is grey.
     PressKey('P', VK_MENU);
     PressKey('R');
     LeaveMenu();
@@ -226,7 +226,7 @@ TEST_F(MainWindow, MenusWorkFromTheKeyboard)
     EXPECT_TRUE(KeepScreenshot(window, "main-window-options-menu"));
     LeaveMenu();
     EXPECT_TRUE(IsWindow(window));
-    // The check box of the focused row.
+    // Toggles the check box of the focused row.
     PressKey(VK_DOWN);
     PressKey(VK_HOME);
     PressKey(VK_SPACE);
@@ -280,14 +280,14 @@ TEST_F(MainWindow, HelpOpensTheHelpFile)
     ASSERT_NE(nullptr, help);
     EXPECT_EQ(nullptr, program->FindVisible(L"Error starting Help:"));
     EXPECT_TRUE(KeepScreenshot(help, "help"));
-    // The help belongs to the program: it does not outlive it, nor keep it.
+    // The help belongs to the program: it neither outlives the program nor keeps it running.
     Command(window, kCommandClose);
     EXPECT_TRUE(program->EndsBy(10'000));
 }
 
 TEST_F(MainWindow, SaysThatTheHelpFileCannotBeLoaded)
 {
-    // Beside a copy there is no help file.
+    // A copy of the program has no help file beside it.
     namespace fs = std::filesystem;
     const fs::path folder = fs::temp_directory_path() / L"ZELT without help";
     fs::create_directories(folder);
@@ -334,7 +334,7 @@ TEST_F(MainWindow, ViewLogShowsTheFileThatIsChosen)
     EXPECT_TRUE(program->WaitUntilGone(dialog));
     const HWND viewer = program->WaitForWindow(L"Log file chosen.zlg:");
     ASSERT_NE(nullptr, viewer);
-    // The viewer keeps the program when the main window closes.
+    // The viewer keeps the program running when the main window closes.
     PostCommand(window, kCommandClose);
     EXPECT_TRUE(program->WaitUntilGone(window));
     const RemoteTree tree(program->Process(), GetDlgItem(viewer, kLogTree));

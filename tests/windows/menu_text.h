@@ -1,5 +1,5 @@
-// A menu as text, a line an item: "x" when it is checked, its command, its text, and "(grey)" when it cannot be chosen; "-" for
-// a separator. What a submenu holds follows its line, indented.
+// A menu as text, one line per item: "x" if it is checked, its command, its text, and "(grey)" if it cannot be chosen;
+// "-" for a separator. A submenu's items follow its line, indented.
 #pragma once
 
 #include <windows.h>

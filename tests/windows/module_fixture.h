@@ -1,5 +1,5 @@
-// The program's module in this process, with settings of its own and no packages: what windows need that a test shows here,
-// because the menus of another process cannot be read everywhere.
+// The program's module in this process, with its own settings and no packages, for windows that a test shows here,
+// because not every system can read the menus of another process.
 #pragma once
 
 #include <gtest/gtest.h>

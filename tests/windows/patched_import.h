@@ -1,6 +1,6 @@
-// Another function in place of one that this program imports from the system, for as long as the object lives. Every call of
-// this program's own code goes to the replacement, from any thread; calls inside the system's libraries do not. There is one
-// for a function at a time.
+// Replaces a function that this program imports from the system, while the object exists. Every call from this
+// program's own code goes to the replacement, on any thread; calls inside the system's libraries do not. Only one
+// exists for a function at a time.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // From the category to the unit: PRAVIK searches the classes, shows its dialog, and creates the class that the user chose. The
-// classes are registered for the machine while a test runs, because an override of HKEY_CLASSES_ROOT carries no view.
+// classes are registered for the machine while a test runs, because an override of HKEY_CLASSES_ROOT has no view.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,8 +22,8 @@ constexpr wchar_t kScratch[] = L"Software\\ZELT PRAVIK tests";
 constexpr wchar_t kCategory[] = L"{678c09a5-7d66-11d2-a67d-00105a42887f}";
 constexpr wchar_t kOtherCategory[] = L"{678C09A4-7D66-11D2-A67D-00105A42887F}";
 constexpr wchar_t kUnit[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D11}";     // the scripted unit
-constexpr wchar_t kBroken[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D12}";   // registered, but not there
-constexpr wchar_t kPackage[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D13}";  // no unit operation
+constexpr wchar_t kBroken[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D12}";   // registered, but missing
+constexpr wchar_t kPackage[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D13}";  // not a unit operation
 constexpr wchar_t kPravik[] = L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}";
 
 std::wstring logPath;
@@ -80,7 +80,8 @@ protected:
         if (description) key.WriteString(L"Description", description);
     }
 
-    // Makes a unit operation called `name` new, while `user` acts on the dialog. The result is InitNew's; the log stays.
+    // Initialises a new unit operation called `name`, while `user` acts on the dialog. Returns InitNew's result; the
+    // log stays.
     template <class User>
     HRESULT MakeNew(const wchar_t* name, User user)
     {
@@ -109,7 +110,7 @@ protected:
             WaitUntil([&] { return (window = FindWindowW(nullptr, title.c_str())) && IsWindowVisible(window); }));
         if (window) {
             user(window);
-            // Nobody else would end it.
+            // Nobody else would close it.
             if (IsWindow(window)) SendMessageW(window, WM_CLOSE, 0, 0);
         }
         simulator.join();
@@ -134,7 +135,7 @@ protected:
         SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
                      reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
     }
-    // The element of InitNew, whole.
+    // The whole element of InitNew.
     static std::string LoggedInitNew()
     {
         const std::string log = WithoutCarriageReturns(ReadWhole(logPath));

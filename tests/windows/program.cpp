@@ -57,7 +57,7 @@ bool WaitUntil(const std::function<bool()>& condition)
 std::wstring TextOfWindow(HWND window)
 {
     wchar_t text[2048] = L"";
-    // As a message: across processes the function gives what the window was made with, not what it has now.
+    // Sends a message, because across processes the function returns the window's original text, not the current one.
     SendMessageW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
     return text;
 }
@@ -83,7 +83,8 @@ Program::Program(const std::wstring& arguments, const std::wstring& executable)
 Program::~Program()
 {
     if (!process) return;
-    // COM goes on to name a server that was killed, so it is asked to end. Dialogs close before the window behind them.
+    // COM would still connect to a killed server, so this asks the program to end. Dialogs close before the window
+    // behind them.
     if (WaitUntil([this] {
             EnumWindows(CloseIfOf, static_cast<LPARAM>(id));
             return EndsBy(100);

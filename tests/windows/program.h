@@ -1,5 +1,5 @@
-// The program under test, started by a test and driven from outside: its windows are found by their titles, boxes are read
-// and answered, keys go to the window in front. Ends the process with its owner.
+// The program under test, started by a test and controlled from outside: finds windows by title, reads and answers
+// boxes, and sends keys to the foreground window. The process ends with its owner.
 #pragma once
 
 #include <windows.h>
@@ -11,14 +11,14 @@
 
 namespace zelt::test {
 
-// Asks until the answer is true; false when it is not within ten seconds.
+// Checks until the condition is true; false if it is not true within ten seconds.
 bool WaitUntil(const std::function<bool()>& condition);
 
 std::wstring TextOfWindow(HWND window);
 
 class Program {
 public:
-    // Starts the built program, or the copy of it that is named.
+    // Starts the built program, or the named copy of it.
     explicit Program(const std::wstring& arguments = {}, const std::wstring& executable = {});
     ~Program();
     Program(const Program&) = delete;
@@ -29,13 +29,13 @@ public:
     bool EndsBy(DWORD milliseconds) const { return WaitForSingleObject(process.get(), milliseconds) == WAIT_OBJECT_0; }
     DWORD ExitCode() const;
 
-    // A visible top-level window of the program by its title; null when none appears in time.
+    // A visible top-level window of the program by its title; null if none appears in time.
     HWND WaitForWindow(const std::wstring& title) const;
     HWND FindVisible(const std::wstring& title) const;
-    // The same for the end of it.
+    // Waits until the window is gone.
     bool WaitUntilGone(HWND window) const;
 
-    // Waits for a message box, gives its text, and presses the button. "(no box)" when none appears.
+    // Waits for a message box, presses the button and returns the text. "(no box)" if none appears.
     std::wstring AnswerBox(const std::wstring& caption, int button) const;
 
 private:
@@ -43,12 +43,12 @@ private:
     DWORD id = 0;
 };
 
-// What a menu item or accelerator sends. The window answers when it has acted.
+// Sends what a menu item or accelerator sends. Returns when the window has acted.
 void Command(HWND window, int id);
-// The same without waiting, for commands that open a dialog.
+// The same without waiting, for commands that open dialogs.
 void PostCommand(HWND window, int id);
 
-// Presses keys in the window in front: each virtual key down and up, together when `held` is given.
+// Presses a key in the foreground window: virtual key down and up, while `held` is down if given.
 void PressKey(WORD key, WORD held = 0);
 
 }  // namespace zelt::test

@@ -1,5 +1,5 @@
-// What the program holds as resources: numbers, captions, controls, menus and keys, each compared with what it has to be. The
-// numbers are written out here, because people and programs that drive the windows rely on them.
+// The program's resources: numbers, captions, controls, menus and keys, each compared with the expected value. The
+// numbers are literals here, because people and programs that control the windows rely on them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -87,7 +87,7 @@ TEST_F(ProgramResources, EachScriptRegistersWhatItsNumberStandsFor)
                 {116, "{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}"}};
     for (const auto& row : rows) {
         std::string text = Bytes(L"REGISTRY", row.script);
-        // The letters of an identity may have either case.
+        // The letters of an identifier may have either case.
         if (row.subject[0] == '{') {
             std::transform(text.begin(), text.end(), text.begin(),
                            [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
@@ -104,7 +104,7 @@ TEST_F(ProgramResources, TheSmallImagesAreOneStrip)
     std::copy_n(bytes.data(), sizeof header, reinterpret_cast<char*>(&header));
     EXPECT_EQ(16, header.biHeight);
     EXPECT_EQ(0, header.biWidth % 16);
-    // The last one that a window shows is number 12.
+    // The last image that a window shows is number 12.
     EXPECT_GE(header.biWidth / 16, 13);
 }
 

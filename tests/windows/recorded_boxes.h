@@ -1,5 +1,5 @@
-// Answers the message boxes of this process in place of the system, and keeps what was asked. Boxes may come from any thread.
-// There is one recorder at a time.
+// Answers the message boxes of this process instead of the system, and keeps their contents. Boxes may come from any
+// thread. Only one recorder exists at a time.
 #pragma once
 
 #include <windows.h>
@@ -30,7 +30,7 @@ public:
         const std::lock_guard lock(mutex);
         return boxes;
     }
-    // The only one since the last question; one with a text that says so when there were none or more.
+    // The only box since the previous call; a box with a text that says so if there were none or several.
     Box TakeOne()
     {
         const std::lock_guard lock(mutex);

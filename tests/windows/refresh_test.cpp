@@ -14,7 +14,7 @@
 #include "tests/windows/screenshot.h"
 #include "packages/property_package_manager.h"
 
-// The window follows what a simulator's call does to the list. Registers the server.
+// The window shows what a simulator's call changes in the list. Registers the server.
 namespace {
 
 using namespace zelt;

@@ -1,5 +1,5 @@
-// What a window test finds on the machine: the sample components registered, further classes without a server, and no
-// settings of the program. The settings that were there before come back.
+// What a window test finds on the machine: the registered sample components, other classes without a server, and no
+// settings of the program. Restores the previous settings.
 #pragma once
 
 #include <optional>
@@ -29,11 +29,11 @@ public:
     RegisteredComponents(const RegisteredComponents&) = delete;
     RegisteredComponents& operator=(const RegisteredComponents&) = delete;
 
-    // A class of that category, described by `name` and, where given, `description`.
+    // Adds a class of that category, described by `name` and, if given, `description`.
     void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
              const wchar_t* description = nullptr);
 
-    // Leaves the samples that work.
+    // Leaves only the working samples.
     void RemoveFaulty();
 
 private:

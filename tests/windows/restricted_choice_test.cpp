@@ -8,7 +8,7 @@
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 
-// The dialog in this process, on a thread of its own, over classes that a test made up.
+// The dialog in this process, on a separate thread, with classes that a test made up.
 namespace {
 
 using namespace zelt;
@@ -38,7 +38,7 @@ protected:
             key.WriteString(L"Name", L"Kind " + number);
         }
     }
-    // Shows the dialog, lets `user` look at it, and presses the button that it names.
+    // Shows the dialog, lets `user` examine it, and presses the button that `user` returns.
     template <class User>
     ExportedPackage Show(PackageChoice choice, const wchar_t* title, User user)
     {

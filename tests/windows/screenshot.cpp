@@ -29,7 +29,7 @@ bool KeepScreenshot(HWND window, const std::string& name)
     BITMAPINFO info = {};
     info.bmiHeader = header;
     GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    // Programs that show the picture may take the fourth byte for its opacity.
+    // Programs that show the picture may use the fourth byte as opacity.
     for (DWORD& pixel : pixels) pixel |= 0xFF000000;
     DeleteObject(bitmap);
     DeleteDC(memory);

@@ -1,4 +1,4 @@
-// Pictures of windows as they stand on the screen, kept for a person to look at.
+// Pictures of windows as they appear on the screen, for people to look at.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 namespace zelt::test {
 
-// Writes <build>/screenshots/<name>.bmp. False when the window cannot be seen or the picture is of one colour alone.
+// Writes <build>/screenshots/<name>.bmp. False if the window is not visible or the picture has only one colour.
 bool KeepScreenshot(HWND window, const std::string& name);
 
 }  // namespace zelt::test

@@ -1,4 +1,4 @@
-// The dialog that selects a unit operation, in this process, on a thread of its own, over classes that a test made up.
+// The dialog that selects a unit operation, in this process, on a separate thread, with classes that a test made up.
 #include <gtest/gtest.h>
 #include <objbase.h>
 
@@ -20,13 +20,13 @@ using namespace zelt::test;
 constexpr wchar_t kScratch[] = L"Software\\ZELT selection tests";
 constexpr wchar_t kTitle[] = L"Select Unit Operation:";
 
-// In the order of the registry, which is not that of their names.
+// In the order of the registry, which is not the order of their names.
 constexpr wchar_t kZebra[] = L"{7E57DDDD-0000-0000-0000-000000000011}";
 constexpr wchar_t kNameless[] = L"{7E57DDDD-0000-0000-0000-000000000012}";
 constexpr wchar_t kApple[] = L"{7E57DDDD-0000-0000-0000-000000000013}";
 constexpr wchar_t kPravik[] = L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}";
 
-// What came of the dialog: its result, and the class of the choice.
+// The dialog's result, and the chosen class.
 struct Outcome {
     INT_PTR result = -1;
     std::wstring chosen;
@@ -49,7 +49,7 @@ public:
         return rows;
     }
     void Select(int row) const { SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(row), 0); }
-    // Sent, so that the dialog has acted when this returns.
+    // Sends the command, so that the dialog has acted when this returns.
     void Press(int button) const
     {
         SendMessageW(window, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
@@ -96,7 +96,7 @@ protected:
         Register(kApple, L"Apple splitter");
         Register(kPravik, L"PRAVIK Logged Unit Operation");
     }
-    // Shows the dialog and lets `user` act, who has to end it.
+    // Shows the dialog and lets `user` act; `user` must close it.
     template <class User>
     Outcome Show(User user)
     {
@@ -200,7 +200,7 @@ TEST_F(SelectComponent, NothingIsInstalled)
     EXPECT_EQ(IDCANCEL, outcome.result);
 }
 
-// The order of the rows is nobody's but the list's, also where names are equal.
+// Only the list decides the order of the rows, also for equal names.
 TEST_F(SelectComponent, EqualNamesAreDifferentClasses)
 {
     Register(kZebra, L"Same");

@@ -1,5 +1,5 @@
-// How the process starts and ends, in this process: what the system is asked for is replaced, so that each step can fail, and
-// no class of the program is really offered.
+// How the program starts and ends, in this process: system functions are replaced, so that each step can fail, and
+// no class of the program is really registered with COM.
 #include <objbase.h>
 
 #include <atomic>
@@ -14,7 +14,8 @@
 namespace zelt::test {
 namespace {
 
-// What happened while the module ran, a word each, in order. Other threads, and the test itself, use the same functions.
+// What happened while the module ran, in order, one word each. Other threads, and the test itself, use the same
+// functions.
 std::vector<std::string> events;
 std::atomic<DWORD> runningThread = 0;
 
@@ -24,7 +25,7 @@ struct Registered {
     DWORD context, flags;
 };
 std::vector<Registered> registered;
-int failingRegistration = -1;  // the one of this index fails
+int failingRegistration = -1;  // the registration with this index fails
 HRESULT resumed = S_OK;
 bool eventsFail = false, threadsFail = false;
 std::vector<DWORD> pauses;
@@ -88,7 +89,7 @@ protected:
         resumed = S_OK;
         eventsFail = threadsFail = false;
         GetCurrentDirectoryW(MAX_PATH, folder);
-        // An object that lives longer than its module keeps its reference; another test of this process may have had one.
+        // An object that outlives its module keeps its reference; another test in this process may have left one.
         CoAddRefServerProcess();
         while (CoReleaseServerProcess() != 0) {
         }
@@ -96,7 +97,7 @@ protected:
     ~StartAndEnd() override
     {
         EXPECT_TRUE(boxes.All().empty()) << "nothing is shown";
-        // A start leaves the folder that it finds.
+        // A start changes the current folder.
         SetCurrentDirectoryW(folder);
         ForgetQuit();
     }
@@ -107,13 +108,13 @@ protected:
         runningThread = 0;
         return result;
     }
-    // What a start that failed did not take, and what the monitor of a module that is gone has left.
+    // Removes the WM_QUIT that a failed start did not receive, or that the monitor of an earlier module has left.
     static void ForgetQuit()
     {
         for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);) {
         }
     }
-    // The exit code of a start as COM makes it. The message loop finds the word to end, with this result, when it begins.
+    // The exit code of a start by COM. The message loop finds WM_QUIT with this result when it begins.
     static int Serve(WPARAM result = 0)
     {
         ForgetQuit();
@@ -122,7 +123,7 @@ protected:
         return Run(module, L"-Embedding");
     }
 
-    // The same with references that are given back one by one while the loop runs; nothing else ends it.
+    // The same with references that are released one by one while the loop runs; nothing else ends the loop.
     static int ServeWithReferences(int count)
     {
         ForgetQuit();
@@ -151,7 +152,7 @@ private:
     static void CALLBACK GiveBack(HWND, UINT, UINT_PTR, DWORD)
     {
         if (references <= 0) {
-            // Ten seconds and more after the last: nothing has ended the loop.
+            // More than ten seconds after the last release, nothing has ended the loop.
             if (--patience == 0) PostThreadMessageW(GetCurrentThreadId(), WM_QUIT, 1, 0);
             return;
         }
@@ -201,7 +202,7 @@ TEST_F(StartAndEnd, AClassThatCannotBeOfferedEndsTheStartWithItsError)
         registered.clear();
         failingRegistration = index;
         EXPECT_EQ(CO_E_OBJISREG, Serve()) << index;
-        // What was offered by then is taken back. There is no loop, and nothing to wait for.
+        // The classes registered so far are revoked. There is no loop, and nothing to wait for.
         const auto offered = static_cast<std::size_t>(index);
         EXPECT_EQ(Together({Events(offered, "register"), Events(offered, "revoke")}), events);
     }
@@ -221,7 +222,7 @@ TEST_F(StartAndEnd, ClassesThatWereOpenAlreadyEndTheProcessAtOnce)
     EXPECT_EQ(7, Serve(7));
     EXPECT_EQ(Together({kRegistration, kRevocation}), events);
 
-    // The last reference ends the loop itself.
+    // Releasing the last reference ends the loop.
     events.clear();
     EXPECT_EQ(0, ServeWithReferences(2));
     EXPECT_EQ(Together({kRegistration, {"release", "release"}, kRevocation}), events);
@@ -247,7 +248,7 @@ TEST_F(StartAndEnd, TheLastReferenceEndsTheLoopThroughTheMonitor)
     EXPECT_EQ(Together({kRegistration, {"thread", "release", "release", "release"}, kRevocation, {"pause"}}), events);
 }
 
-// A thread of another apartment cannot be the server's.
+// A thread of another apartment cannot be the server's thread.
 TEST_F(StartAndEnd, WithoutItsApartmentItDoesNotStart)
 {
     int result = 0;
@@ -296,7 +297,7 @@ TEST_F(StartAndEnd, TheSmallImagesAreThoseOfTheProgram)
     EXPECT_EQ(0xFFFFFFu, strip.transparent);
     EXPECT_GE(ImageList_GetImageCount(module.SmallImages()), 13);
 
-    // The window of this start is still there, and has them.
+    // The window of this start still exists and uses them.
     const HWND window = FindWindowW(nullptr, L"ZELT Packages:");
     ASSERT_NE(nullptr, window);
     EXPECT_TRUE(IsWindowVisible(window));
@@ -304,7 +305,7 @@ TEST_F(StartAndEnd, TheSmallImagesAreThoseOfTheProgram)
     EXPECT_EQ(module.SmallImages(), ListView_GetImageList(list, LVSIL_SMALL));
     EXPECT_EQ(module.SmallImages(), ListView_GetImageList(list, LVSIL_NORMAL));
     DestroyWindow(window);
-    // They are the program's, not the list's.
+    // The images belong to the program, not to the list.
     EXPECT_GE(ImageList_GetImageCount(module.SmallImages()), 13);
 }
 

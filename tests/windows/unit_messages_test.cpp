@@ -1,4 +1,4 @@
-// The message boxes of the logged unit operation as the system shows them, on a thread of their own.
+// The message boxes of the logged unit operation as the system shows them, on a separate thread.
 #include <gtest/gtest.h>
 #include <objbase.h>
 
@@ -29,7 +29,7 @@ protected:
     }
     void TearDown() override { DeleteKeyTree({}, kScratch); }
 
-    // Runs `action` with a unit on another thread, and answers the box that comes up; gives its text.
+    // Runs `action` with a unit on another thread, answers the box that appears, and returns its text.
     template <class Action>
     std::wstring BoxOf(const wchar_t* caption, const char* screenshot, Action action)
     {

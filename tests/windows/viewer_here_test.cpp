@@ -44,7 +44,7 @@ protected:
         list = GetDlgItem(window, kErrors);
     }
     void Command(int command) const { SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0); }
-    // Enters the text into the search dialog; `then` follows while the dialog is open.
+    // Enters the text into the search dialog; `then` runs while the dialog is open.
     template <class Then>
     void Search(const std::wstring& text, Then then) const
     {
@@ -82,7 +82,7 @@ protected:
         TreeView_SelectItem(tree, nullptr);
         EXPECT_EQ(L"(none)", Selected());
     }
-    // The only box since the last question: of the viewer, with this text, caption and icon.
+    // Expects exactly one box since the previous check: the viewer's, with this text, caption and icon.
     void ExpectBox(const std::wstring& text, const std::wstring& caption, UINT icon)
     {
         const RecordedBoxes::Box box = boxes.TakeOne();
@@ -128,7 +128,7 @@ TEST_F(ViewerHere, ADamagedLogBringsTwoBoxes)
     EXPECT_EQ(2u, TreeView_GetCount(tree));
 }
 
-// The parser's memory: it asks for it through functions of its own.
+// The parser's memory, which it allocates through its own functions.
 bool scarce = false;
 void* Allocate(std::size_t size) { return scarce ? nullptr : std::malloc(size); }
 void* Reallocate(void* memory, std::size_t size) { return scarce ? nullptr : std::realloc(memory, size); }
@@ -136,7 +136,7 @@ char* Duplicate(const char* text) { return scarce ? nullptr : strdup(text); }
 
 TEST_F(ViewerHere, AParserThatCannotBeMadeIsSaidAndTheViewerStaysEmpty)
 {
-    // Read by the viewer's own thread, and by another one.
+    // Logs that the viewer's own thread reads, and that a second thread reads.
     for (const std::size_t length : {100u, 60'000u}) {
         std::ofstream(path, std::ios::binary)
             << "<zeltlogdocument><info value=\"1\"/></zeltlogdocument>" << std::string(length, ' ');
@@ -171,7 +171,7 @@ constexpr char kSearched[] =
 TEST_F(ViewerHere, WithoutASelectionASearchBeginsAtTheEndItComesFrom)
 {
     Show(kSearched);
-    // A tree view selects its first item when it gets the focus, as it does behind the dialog.
+    // A tree view selects its first item when it gets the focus, also behind the dialog.
     Search(L"alpha");
     SelectNone();
     Command(kFindNext);
@@ -198,7 +198,7 @@ TEST_F(ViewerHere, ASearchGoesAroundBothEnds)
         Command(kFindPrevious);
         EXPECT_EQ(label, Selected());
     }
-    // The dialog searches forward, whatever came before.
+    // The dialog searches forward, whatever the previous direction.
     Search(L"alpha");
     EXPECT_EQ(L"alpha 2", Selected());
     EXPECT_TRUE(boxes.All().empty());
@@ -282,7 +282,7 @@ TEST_F(ViewerHere, ASelectedErrorSelectsItsItemAndNothingElseDoes)
     select(0);
     EXPECT_EQ(L"one", Selected());
     EXPECT_EQ(1u, ListView_GetSelectedCount(list));
-    // What is no longer selected leaves the tree where it is.
+    // Deselecting a list item does not change the tree.
     ListView_SetItemState(list, -1, 0, LVIS_SELECTED);
     EXPECT_EQ(L"one", Selected());
     TreeView_SelectItem(tree, TreeView_GetNextSibling(tree, TreeView_GetRoot(tree)));
@@ -298,7 +298,7 @@ TEST_F(ViewerHere, TheWindowHasTheProgramsIcon)
         int width, height;
     } rows[] = {{ICON_BIG, SM_CXICON, SM_CYICON}, {ICON_SMALL, SM_CXSMICON, SM_CYSMICON}};
     for (const auto& row : rows) {
-        // A shared icon is loaded once: this is the same.
+        // A shared icon is loaded only once, so this is the same icon.
         const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(201), IMAGE_ICON,
                                        GetSystemMetrics(row.width), GetSystemMetrics(row.height), LR_SHARED);
         EXPECT_NE(nullptr, icon);
