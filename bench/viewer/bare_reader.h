@@ -5,7 +5,7 @@
 
 namespace zelt::bench {
 
-// Reads every node of the file and looks at none. Returns seconds.
+// Reads every node of the file and ignores it. Returns seconds.
 double ReadBare(const std::wstring& path);
 
 }  // namespace zelt::bench

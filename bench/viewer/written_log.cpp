@@ -67,7 +67,7 @@ WrittenLog::WrittenLog(long long bytes, bool blanks)
     std::fwrite(parts.header.data(), 1, parts.header.size(), file);
     const std::size_t frame = parts.header.size() + parts.footer.size();
     auto written = static_cast<long long>(frame);
-    // Of a size below the golden log's own, as many whole entries as make it up.
+    // For a size below the golden log's own, writes only as many whole entries as are needed.
     while (written < bytes) {
         ChangeNumbers(parts.entries, random);
         std::size_t length = parts.entries.size();
