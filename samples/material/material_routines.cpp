@@ -7,7 +7,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Sets the package's material while it exists.
+// Makes the material the package's active one while this exists.
 class ActiveMaterial {
 public:
     ActiveMaterial(const PackageLink* link, com::Object& material)

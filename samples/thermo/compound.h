@@ -20,7 +20,7 @@ struct WithSlope {
 };
 
 struct Compound {
-    const wchar_t* id;       // what callers name it by
+    const wchar_t* id;       // the name that callers use
     const wchar_t* formula;  // Hill order
     const wchar_t* iupacName;
     const wchar_t* casNumber;
