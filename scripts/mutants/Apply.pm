@@ -25,7 +25,7 @@ sub Text
     my @edits = sort { $b->[0] <=> $a->[0] || $b->[1] <=> $a->[1] } map { $_->{twins} ? Twins($_) : Replacement($_) } @changes;
     my $text = $source->{text};
     substr($text, $_->[0], $_->[1] - $_->[0]) = $_->[2] for @edits;
-    return qq(#include "tests/mutants/change.h"\n#line 1\n$text);
+    return qq(#include "change.h"\n#line 1\n$text);
 }
 
 # An edit is [start, end, text].

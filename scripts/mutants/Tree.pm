@@ -69,6 +69,7 @@ sub Compile
     shift @failures;
     my %refused;
     for my $failure (@failures) {
+        $failure =~ /fatal error: \S+: No such file/ and die "$failure\nNo change is to blame for a header that is missing.\n";
         $refused{$_->{number}} = $_ for Blamed($failure, @changes);
     }
     %refused or die "$output\nThe copy does not compile, and no change is to blame.\n";

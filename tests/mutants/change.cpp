@@ -1,5 +1,5 @@
 // Uses only the system's own functions and preserves the error state, because a switch may be anywhere.
-#include "tests/mutants/change.h"
+#include "change.h"
 
 #include <windows.h>
 
