@@ -1,4 +1,4 @@
-# zelt_idl(<name>): compiles res/<name>.idl to <build>/idl/<name>.tlb and <build>/idl/<name>.h, and defines the interface
+# zelt_idl(<name> [<folder>]): compiles <name>.idl, of res/ or the given folder, to <build>/idl/<name>.tlb and <build>/idl/<name>.h, and defines the interface
 # target idl_<name>. One .idl is the only source of a library's identities, C++ declarations and type information.
 # The 32-bit form of the type library serves both: only its pointer size differs, and readers scale it.
 find_program(ZELT_WIDL i686-w64-mingw32-widl REQUIRED)
@@ -12,7 +12,11 @@ set(ZELT_IDL_DIR ${CMAKE_BINARY_DIR}/idl)
 file(MAKE_DIRECTORY ${ZELT_IDL_DIR})
 
 function(zelt_idl name)
-  set(source ${CMAKE_SOURCE_DIR}/res/${name}.idl)
+  set(folder ${CMAKE_SOURCE_DIR}/res)
+  if(ARGC GREATER 1)
+    set(folder ${ARGV1})
+  endif()
+  set(source ${folder}/${name}.idl)
   set(flags -m32 -I${CMAKE_SOURCE_DIR}/res -L${ZELT_STDOLE_DIR})
   add_custom_command(
     OUTPUT ${ZELT_IDL_DIR}/${name}.tlb ${ZELT_IDL_DIR}/${name}.h

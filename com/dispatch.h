@@ -6,7 +6,14 @@
 
 namespace com {
 
-// The four methods of IDispatch for the dual interface `iid`, whose implementation is `instance`.
+// The four methods of IDispatch for a dual interface with this type information, whose implementation is `instance`.
+[[nodiscard]] HRESULT DispatchGetTypeInfoCount(Object& object, UINT* count);
+[[nodiscard]] HRESULT DispatchGetTypeInfo(ITypeInfo* known, UINT index, ITypeInfo** info);
+[[nodiscard]] HRESULT DispatchInvoke(ITypeInfo* known, void* instance, DISPID member, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                     UINT* argumentError);
+
+// The same for the dual interface `iid`, which this module's libraries describe.
 [[nodiscard]] HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
 [[nodiscard]] HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids);
 [[nodiscard]] HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DISPPARAMS* parameters,
@@ -17,13 +24,7 @@ class DualPart : public Part<I> {
 public:
     using Part<I>::Part;
 
-    STDMETHOD(GetTypeInfoCount)(UINT* count) override
-    {
-        if (!this->object.Admits("IDispatch::GetTypeInfoCount")) return RPC_E_WRONG_THREAD;
-        if (!count) return E_POINTER;
-        *count = 1;
-        return S_OK;
-    }
+    STDMETHOD(GetTypeInfoCount)(UINT* count) override { return DispatchGetTypeInfoCount(this->object, count); }
     STDMETHOD(GetTypeInfo)(UINT index, LCID, ITypeInfo** info) override
     {
         if (!this->object.Admits("IDispatch::GetTypeInfo")) return RPC_E_WRONG_THREAD;

@@ -28,11 +28,13 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     if (IsEqualIID(iid, IID_IUnknown)) {
         answer = this;
     } else if (IsEqualIID(iid, IID_IDispatch)) {
-        answer = ScriptInterface();
+        if (ScriptInterface()) answer = &dispatch;
     } else {
         const InterfaceEntry* entry = FindInterface(iid);
         const HRESULT allowed = NoThrow([&] { return BeforeQueryInterface(iid, entry); });
         if (FAILED(allowed)) return allowed;
+        // It may have been made only now.
+        if (!entry) entry = FindInterface(iid);
         if (entry) answer = entry->Pointer();
     }
     if (!answer) return E_NOINTERFACE;

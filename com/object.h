@@ -14,9 +14,11 @@
 #include <atomic>
 #include <cstddef>
 #include <new>
+#include <string>
 #include <utility>
 
 #include "com/failure.h"
+#include "com/object_dispatch.h"
 #include "com/server_reference.h"
 
 namespace com {
@@ -118,11 +120,28 @@ public:
 protected:
     virtual ~Object() = default;
 
-    // The interface that IDispatch stands for, because a script reaches only one; null for an object without any.
+    // The interface whose members a script finds first; null for an object that scripts cannot use.
     virtual IDispatch* ScriptInterface() { return nullptr; }
+    // The same, decided once, when a script first asks for something.
+    virtual IDispatch* ChooseScriptInterface() { return ScriptInterface(); }
 
-    // Called for every identity except IUnknown and IDispatch, before the map is searched; `entry` is null when the object does
-    // not offer the interface. A failure becomes the result of the query.
+    // The entry of an interface that the object has and a script may use; null without it. Unlike a query it leaves no trace.
+    virtual const InterfaceEntry* Reach(REFIID iid) { return FindInterface(iid); }
+
+    // Members that no interface of the object has: GetIDsOfNames and Invoke of whatever else knows them.
+    [[nodiscard]] virtual HRESULT FindMember(LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/)
+    {
+        return DISP_E_UNKNOWNNAME;
+    }
+    [[nodiscard]] virtual HRESULT InvokeMember(const std::wstring& /*name*/, DISPID /*id*/, LCID /*locale*/,
+                                               WORD /*flags*/, DISPPARAMS* /*parameters*/, VARIANT* /*result*/,
+                                               EXCEPINFO* /*exception*/, UINT* /*argumentError*/)
+    {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+
+    // Called for every identity except IUnknown and IDispatch; `entry` is null when the object does not offer the interface, and
+    // may then be made. A failure becomes the result of the query.
     [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
     // Called once, when the last reference is gone and before destruction. The object is kept alive meanwhile, because an
@@ -135,6 +154,7 @@ protected:
 
 private:
     friend class InterfaceEntry;
+    friend class ObjectDispatch;
     void Destroy();
     bool IsElsewhere() const { return home != ThisThread() && home; }
     LONG Total() const { return referenceCount + foreignReferences.load(std::memory_order_acquire); }
@@ -164,6 +184,7 @@ private:
     bool finalReleaseDone = false;
     InterfaceEntry* firstInterface = nullptr;
     InterfaceEntry* lastInterface = nullptr;
+    ObjectDispatch dispatch{*this};
     // Given back by ~Object, which runs after every derived destructor.
     ServerReference serverReference;
 };

@@ -3,10 +3,13 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <cwchar>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <vector>
 
+#include "com/dual_interface.h"
 #include "com/failure.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -24,6 +27,7 @@ struct IidLess {
 struct Cache {
     std::mutex mutex;
     std::vector<ComPtr<ITypeLib>> libraries;
+    std::vector<IID> interfaces;  // the dual ones, in order
     std::map<IID, ComPtr<ITypeInfo>, IidLess> infos;
 };
 
@@ -32,6 +36,43 @@ Cache& TheCache()
     // Never destroyed: the pointers must not be released after COM is gone. ReleaseTypeInfo empties it in time.
     static Cache& cache = *new Cache;
     return cache;
+}
+
+void AddInterfaces(ITypeLib* library, std::vector<IID>& interfaces)
+{
+    for (UINT number = 0; number < library->GetTypeInfoCount(); ++number) {
+        TYPEKIND kind;
+        ComPtr<ITypeInfo> info;
+        TYPEATTR* attributes = nullptr;
+        if (FAILED(library->GetTypeInfoType(number, &kind)) || kind != TKIND_DISPATCH) continue;
+        Check(library->GetTypeInfo(number, &info));
+        Check(info->GetTypeAttr(&attributes));
+        const bool isDual = attributes->wTypeFlags & TYPEFLAG_FDUAL;
+        const IID iid = attributes->guid;
+        info->ReleaseTypeAttr(attributes);
+        if (isDual) interfaces.push_back(iid);
+    }
+}
+
+// Reads this module's libraries once.
+void LoadLibraries(Cache& cache)
+{
+    if (!cache.libraries.empty()) return;
+    for (int number = 1; number <= CountTypeLibraries(); ++number) {
+        ComPtr<ITypeLib> library;
+        Check(LoadModuleTypeLibrary(number, &library));
+        AddInterfaces(library.Get(), cache.interfaces);
+        cache.libraries.push_back(library);
+    }
+}
+
+// A value of a key below HKEY_CLASSES_ROOT; empty when it is missing.
+std::wstring RegistryText(const std::wstring& key, const wchar_t* value)
+{
+    wchar_t text[64];
+    DWORD size = sizeof text;
+    const LSTATUS read = RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), value, RRF_RT_REG_SZ, nullptr, text, &size);
+    return read == ERROR_SUCCESS ? text : L"";
 }
 
 }  // namespace
@@ -74,13 +115,7 @@ HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info)
             *info = known->second.Get();
             return S_OK;
         }
-        if (cache.libraries.empty()) {
-            for (int number = 1; number <= CountTypeLibraries(); ++number) {
-                ComPtr<ITypeLib> library;
-                Check(LoadModuleTypeLibrary(number, &library));
-                cache.libraries.push_back(library);
-            }
-        }
+        LoadLibraries(cache);
         for (const auto& library : cache.libraries) {
             ComPtr<ITypeInfo> found;
             if (FAILED(library->GetTypeInfoOfGuid(iid, &found))) continue;
@@ -92,12 +127,42 @@ HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info)
     });
 }
 
+const std::vector<IID>& ModuleInterfaces()
+{
+    Cache& cache = TheCache();
+    const std::lock_guard lock(cache.mutex);
+    LoadLibraries(cache);
+    return cache.interfaces;
+}
+
+HRESULT RegisteredTypeInfo(REFIID iid, ITypeInfo** info)
+{
+    *info = nullptr;
+    return NoThrow([&] {
+        wchar_t braced[40];
+        StringFromGUID2(iid, braced, static_cast<int>(std::size(braced)));
+        const std::wstring key = std::wstring(L"Interface\\") + braced + L"\\TypeLib";
+        GUID library;
+        Check(CLSIDFromString(RegistryText(key, nullptr).c_str(), &library));
+        // "1.a": both numbers are hexadecimal.
+        const std::wstring version = RegistryText(key, L"Version");
+        wchar_t* end = nullptr;
+        const auto major = static_cast<WORD>(std::wcstoul(version.c_str(), &end, 16));
+        const auto minor = static_cast<WORD>(*end == L'.' ? std::wcstoul(end + 1, nullptr, 16) : 0);
+        ComPtr<ITypeLib> loaded;
+        Check(LoadRegTypeLib(library, major, minor, LOCALE_NEUTRAL, &loaded));
+        return loaded->GetTypeInfoOfGuid(iid, info);
+    });
+}
+
 void ReleaseTypeInfo()
 {
+    ReleaseDualInterfaces();
     Cache& cache = TheCache();
     const std::lock_guard lock(cache.mutex);
     cache.infos.clear();
     cache.libraries.clear();
+    cache.interfaces.clear();
 }
 
 }  // namespace com

@@ -6,6 +6,7 @@
 #include <oaidl.h>
 
 #include <string>
+#include <vector>
 
 namespace com {
 
@@ -25,7 +26,14 @@ int CountTypeLibraries();
 // The pointer is borrowed and lives as long as the module. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
 [[nodiscard]] HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
 
-// Releases what TypeInfoOf keeps; call it when the module is about to end, before COM is uninitialised.
+// The dual interfaces of this module's libraries, in their order there.
+const std::vector<IID>& ModuleInterfaces();
+
+// The type information of an interface, from the library that the registry names for it in this process's own view. The caller
+// releases it.
+[[nodiscard]] HRESULT RegisteredTypeInfo(REFIID iid, ITypeInfo** info);
+
+// Releases what TypeInfoOf and DualInterfaceOf keep; call it when the module is about to end, before COM is uninitialised.
 void ReleaseTypeInfo();
 
 }  // namespace com

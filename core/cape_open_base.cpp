@@ -79,13 +79,35 @@ HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry
         return E_NOINTERFACE;
     };
     if (!Wrapped()) return refuse(Sentence::InterfaceWithoutObject);
-    if (!entry) return refuse(Sentence::UnsupportedInterface);
+    if (!entry && !CanCarry(iid)) return refuse(Sentence::UnsupportedInterface);
 
     ForeignPtr<IUnknown> answer;
     if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) {
-        return refuse(Sentence::InterfaceLackedByObject);
+        return refuse(entry ? Sentence::InterfaceLackedByObject : Sentence::UnsupportedInterface);
     }
+    if (!entry) AddPart(iid);
     return S_OK;
+}
+
+const com::InterfaceEntry* CapeOpenBase::Reach(REFIID iid)
+{
+    const com::InterfaceEntry* entry = FindInterface(iid);
+    // A proxy that exists before its object answers by itself.
+    if (!Wrapped() || IsEqualIID(iid, __uuidof(IOriginalObject))) return entry;
+    if (!entry && !CanCarry(iid)) return nullptr;
+    ForeignPtr<IUnknown> answer;
+    if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) return nullptr;
+    if (!entry) AddPart(iid);
+    return FindInterface(iid);
+}
+
+void CapeOpenBase::AddPart(REFIID iid)
+{
+    // The query may have let a call in that made the part meanwhile.
+    if (FindInterface(iid)) return;
+    // A part that is in the interface map must not be lost.
+    partsOnDemand.reserve(partsOnDemand.size() + 1);
+    partsOnDemand.push_back(MakePart(iid, *this));
 }
 
 void CapeOpenBase::DropInterfaces()

@@ -7,6 +7,7 @@
 // proxies that are still alive and closes the document; those keep forwarding and log nothing.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "com/object.h"
 #include "guard/foreign_call.h"
 #include "log/log_document.h"
+#include "core/part_on_demand.h"
 #include "core/wrapper_factory.h"
 
 namespace zelt {
@@ -120,6 +122,11 @@ protected:
     void Wrap(IUnknown* object);
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
+    const com::InterfaceEntry* Reach(REFIID iid) override;
+    // Members that only the wrapped object's own IDispatch knows are forwarded to it and logged (late_members.cpp).
+    HRESULT FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
+    HRESULT InvokeMember(const std::wstring& name, DISPID id, LCID locale, WORD flags, DISPPARAMS* parameters,
+                         VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
     void FinalRelease() override;
     void OnForeignThread(const char* member, DWORD thread) override;
 
@@ -127,6 +134,7 @@ private:
     friend class InterfaceCache;
 
     void LeaveTree();
+    void AddPart(REFIID iid);
     void SetName();
     void DropInterfaces();
     void ReportChildren();
@@ -145,6 +153,8 @@ private:
     std::vector<CapeOpenBase*> children;  // on the root: the tree's other proxies, in order of creation
 
     InterfaceCache* firstCache = nullptr;
+    // The interfaces beyond those of the class that were asked for, and that the wrapped object has.
+    std::vector<std::unique_ptr<PartOnDemand>> partsOnDemand;
     // The references that are our own during the root's report: one for the report, and one for each call in progress.
     ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }
 

@@ -28,4 +28,10 @@ void CMaterialObject::UseVersion(ThermoVersion version)
     }
 }
 
+IDispatch* CMaterialObject::ChooseScriptInterface()
+{
+    const bool is10 = thermoVersion == ThermoVersion::CapeOpen10 || !Reach(__uuidof(ICapeThermoMaterial));
+    return is10 && Reach(__uuidof(ICapeThermoMaterialObject)) ? static_cast<IDispatch*>(&materialObject10) : &material;
+}
+
 }  // namespace zelt

@@ -23,6 +23,8 @@ public:
 
 protected:
     IDispatch* ScriptInterface() override { return &material; }
+    // A material that starts at 1.0, or that has no 1.1 interface, answers as 1.0.
+    IDispatch* ChooseScriptInterface() override;
 
 private:
     ThermoVersion thermoVersion;

@@ -1,5 +1,6 @@
 #include "thermo/wrapping_table.h"
 
+#include "thermo/interface_rows.h"
 #include "thermo/material_object.h"
 #include "thermo/material_template.h"
 #include "thermo/simulation_context.h"
@@ -49,6 +50,10 @@ constexpr WrapTable kWrappers = {
 
 }  // namespace
 
-void InstallWrappers() { WrapperFactory::SetTable(kWrappers); }
+void InstallWrappers()
+{
+    WrapperFactory::SetTable(kWrappers);
+    SetPartsOnDemand(InterfaceRows());
+}
 
 }  // namespace zelt

@@ -1,4 +1,5 @@
-// marshalling_client <file of the reference> <table of methods>: calls every method in the table once through the vtable
+// marshalling_client <file of the reference> <table of methods>: calls every method in the table, and every member of the
+// library's other interfaces, once through the vtable
 // and once through IDispatch of its interface, and checks the results. Prints what failed and the number of calls;
 // the exit code is 0 if everything succeeded.
 #include <windows.h>
@@ -12,6 +13,7 @@
 #include "com/failure.h"
 #include "system/narrow.h"
 #include "dynamic_fake.h"
+#include "library_rows.h"
 #include "method_call.h"
 #include "tests/system/marshalling/named_object.h"
 
@@ -88,7 +90,9 @@ int CallAll(const wchar_t* referencePath, const wchar_t* tablePath)
     }
     Client client;
     int classes = 0;
-    for (const TableClass& tableClass : ReadMethodTable(Narrow(tablePath))) {
+    std::vector<TableClass> table = ReadMethodTable(Narrow(tablePath));
+    table.push_back(LibraryClass(table));
+    for (const TableClass& tableClass : table) {
         ComPtr<IDispatch> proxy;
         const HRESULT made = proxies->Item(_variant_t(Widen(tableClass.name).c_str()), &proxy);
         if (FAILED(made) || !proxy) {

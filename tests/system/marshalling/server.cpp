@@ -12,6 +12,7 @@
 #include "log/log_options.h"
 #include "system/narrow.h"
 #include "dynamic_fake.h"
+#include "library_rows.h"
 #include "method_table.h"
 #include "proxy_classes.h"
 #include "sample_values.h"
@@ -30,6 +31,7 @@ public:
     Proxies(const std::string& tablePath, std::wstring logStem)
         : table(ReadMethodTable(tablePath)), logStem(std::move(logStem))
     {
+        table.push_back(LibraryClass(table));
         options.promptOpenLog = false;
         owner = FindProxyClass("CPropertyPackage11").make(ThermoVersion::Unset);
         owner->AttachAsRoot(nullptr, NewDocument(), "Owner");
@@ -51,7 +53,8 @@ private:
 
     ComPtr<CapeOpenBase> Make(const std::string& name)
     {
-        const ProxyClass& proxyClass = FindProxyClass(name);
+        // Any proxy offers the library's interfaces without rows.
+        const ProxyClass& proxyClass = FindProxyClass(name == table.back().name ? "CPropertyPackage11" : name);
         const TableClass* tableClass = nullptr;
         for (const TableClass& known : table) {
             if (known.name == name) tableClass = &known;

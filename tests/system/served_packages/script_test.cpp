@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
+#include "samples/units/classes.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
@@ -17,6 +20,12 @@ protected:
         return std::filesystem::path(windows) / (GetParam() == Width::Bits32 ? L"system32" : L"sysnative") /
                L"cscript.exe";
     }
+    static SimulatorResult RunScript(const wchar_t* name, const std::wstring& arguments)
+    {
+        const auto script =
+            (std::filesystem::path(ZELT_SOURCE_DIR "/tests/system/served_packages") / name).make_preferred();
+        return RunSimulator(L'"' + ScriptHost().wstring() + L"\" //nologo \"" + script.wstring() + L"\" " + arguments);
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(ThroughZelt, Scripts, testing::ValuesIn(kWidths),
@@ -26,10 +35,7 @@ TEST_P(Scripts, ListAndGetPackagesAndSeeErrors)
 {
     if (!std::filesystem::exists(ScriptHost())) GTEST_SKIP() << "there is no script host of this width";
     Export({{kSampleManager, 0, L"Aromatics", L"First"}, {kSampleManager, 0, L"Alcohols", L"Second", false}});
-    const std::filesystem::path script =
-        std::filesystem::path(ZELT_SOURCE_DIR "/tests/system/served_packages/client.vbs").make_preferred();
-    const SimulatorResult run = RunSimulator(L'"' + ScriptHost().wstring() + L"\" //nologo \"" + script.wstring() +
-                                             L"\" Second \"No such package\"");
+    const SimulatorResult run = RunScript(L"client.vbs", L"Second \"No such package\"");
     EXPECT_EQ(
         "list: 8200\n"
         "name: Second\n"
@@ -39,6 +45,21 @@ TEST_P(Scripts, ListAndGetPackagesAndSeeErrors)
         "source: ICapeThermoPropertyPackageManager::GetPropertyPackage\n"
         "end of the script\n",
         run.output);
+}
+
+// A whole flowsheet by name alone: what a script reaches is the object, not one of its interfaces.
+TEST_P(Scripts, UsePackagesOfBothGenerationsAndAUnitOperation)
+{
+    if (!std::filesystem::exists(ScriptHost())) GTEST_SKIP() << "there is no script host of this width";
+    Export({{kSampleManager, 0, L"Aromatics", L"First"}, {kSampleThermoSystem, 2, L"Alcohols", L"Second"}});
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
+    key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &sample::kValveClass, sizeof sample::kValveClass);
+    const SimulatorResult run = RunScript(L"flowsheet.vbs", L"First Second");
+    EXPECT_EQ("", run.output);
+    for (const std::filesystem::path& log : Logs()) {
+        std::printf("%s\n%s\n", log.filename().string().c_str(), ReadLog(log).c_str());
+    }
 }
 
 }  // namespace

@@ -134,6 +134,7 @@ constexpr Sample kSecondNames[] = {
 
 std::string ScalarText(const std::string& type, const VARIANT& value)
 {
+    if (type == "VT_R4") return Formatted("%lg", static_cast<double>(value.fltVal));
     if (type == "string") return value.bstrVal ? Quoted(value.bstrVal) : "<NULL>";
     if (type == "double") return Formatted("%lg", value.dblVal);
     if (type == "long") return std::to_string(value.lVal);
@@ -169,7 +170,8 @@ void ExpectedCall::Argument(const TableStep& argument, const VARIANT& value)
 {
     if (LibraryType(argument.type) != VT_VARIANT) {
         const std::string type = argument.type == "flags" ? "int" : argument.type;
-        return Enclose(argument, type, Line(2, ScalarText(argument.type, value)));
+        const bool isNamed = !argument.secondName.empty() && value.lVal == 1;
+        return Enclose(argument, type, Line(2, isNamed ? argument.secondName : ScalarText(argument.type, value)));
     }
     std::string body = VariantBody(value, 2);
     const VARTYPE expected = ExpectedVariantType(argument.type);

@@ -51,28 +51,43 @@ ComPtr<ITypeInfo> EarlyBound(ITypeInfo* info)
     return early;
 }
 
-// The kind of a named type: an enumeration, possibly through an alias, or an interface.
-TYPEKIND KindOf(ITypeInfo* info, HREFTYPE reference)
+void SetType(ITypeInfo* info, const TYPEDESC* type, int pointers, ParameterShape& parameter);
+
+void SetEnumeration(ITypeInfo* named, UINT count, ParameterShape& parameter)
 {
-    ComPtr<ITypeInfo> named;
-    com::Check(info->GetRefTypeInfo(reference, &named));
-    const auto attributes = AttributesOf(named.Get());
-    if (attributes->typekind != TKIND_ALIAS) return attributes->typekind;
-    if (attributes->tdescAlias.vt != VT_USERDEFINED) throw com::Failure(TYPE_E_WRONGTYPEKIND);
-    return KindOf(named.Get(), attributes->tdescAlias.hreftype);
+    parameter.type = VT_I4;
+    parameter.enumeration = NameOf(named, MEMBERID_NIL);
+    for (UINT i = 0; i < count; ++i) {
+        VARDESC* raw = nullptr;
+        com::Check(named->GetVarDesc(i, &raw));
+        const auto constant = Lend(named, raw, &ITypeInfo::ReleaseVarDesc);
+        if (_variant_t(*constant->lpvarValue) == _variant_t(1L)) parameter.secondName = NameOf(named, constant->memid);
+    }
 }
 
-void SetType(ITypeInfo* info, const TYPEDESC* type, ParameterShape& parameter)
+// A type with a name: an alias, an enumeration, or an interface.
+void SetNamedType(ITypeInfo* named, int pointers, ParameterShape& parameter)
 {
-    int pointers = 0;
-    for (; type->vt == VT_PTR; type = type->lptdesc) ++pointers;
-    parameter.type = type->vt == VT_INT ? static_cast<VARTYPE>(VT_I4) : type->vt;
-    if (type->vt == VT_USERDEFINED) {
-        const TYPEKIND kind = KindOf(info, type->hreftype);
-        parameter.type = kind == TKIND_ENUM ? VT_I4 : VT_DISPATCH;
-        if (kind != TKIND_ENUM) --pointers;
+    const auto attributes = AttributesOf(named);
+    switch (attributes->typekind) {
+        case TKIND_ALIAS: return SetType(named, &attributes->tdescAlias, pointers, parameter);
+        case TKIND_ENUM: SetEnumeration(named, attributes->cVars, parameter); break;
+        default: parameter.type = VT_DISPATCH; --pointers;
     }
     if (pointers < 0 || pointers > 1) throw com::Failure(TYPE_E_UNSUPFORMAT);
+    parameter.isReference = pointers == 1;
+}
+
+void SetType(ITypeInfo* info, const TYPEDESC* type, int pointers, ParameterShape& parameter)
+{
+    for (; type->vt == VT_PTR; type = type->lptdesc) ++pointers;
+    if (type->vt == VT_USERDEFINED) {
+        ComPtr<ITypeInfo> named;
+        com::Check(info->GetRefTypeInfo(type->hreftype, &named));
+        return SetNamedType(named.Get(), pointers, parameter);
+    }
+    parameter.type = type->vt == VT_INT ? static_cast<VARTYPE>(VT_I4) : type->vt;
+    if (pointers > 1) throw com::Failure(TYPE_E_UNSUPFORMAT);
     parameter.isReference = pointers == 1;
 }
 
@@ -100,7 +115,7 @@ MethodShape DescribeMethod(ITypeInfo* info, UINT index)
         parameter.isOut = flags & PARAMFLAG_FOUT;
         parameter.isIn = !parameter.isOut || (flags & PARAMFLAG_FIN);
         parameter.isResult = flags & PARAMFLAG_FRETVAL;
-        SetType(info, &element.tdesc, parameter);
+        SetType(info, &element.tdesc, 0, parameter);
         method.parameters.push_back(parameter);
     }
     for (BSTR name : names) _bstr_t(name, false);
@@ -132,6 +147,7 @@ std::size_t ParameterShape::Size() const
         case VT_I2:
         case VT_BOOL: return sizeof(short);
         case VT_I4: return sizeof(long);
+        case VT_R4: return sizeof(float);
         case VT_R8: return sizeof(double);
         case VT_BSTR:
         case VT_DISPATCH: return sizeof(void*);

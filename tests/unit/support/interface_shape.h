@@ -17,6 +17,8 @@ struct ParameterShape {
     bool isIn = false;         // as flagged; a parameter without flags goes in
     bool isOut = false;
     bool isResult = false;  // what a late-bound call returns
+    // Of an enumeration: its name, and the name of its value 1; empty where it has none.
+    std::string enumeration, secondName;
 
     // The size in bytes of the argument itself: of the value, or of the pointer to it.
     std::size_t Size() const;

@@ -24,8 +24,15 @@ MethodCall::MethodCall(const MethodShape& method, const TableRow& row, Filling f
         if (shape.isOut) continue;
         _variant_t sample = SampleValue(*steps[i], i, filling, object);
         argument.value.Attach(sample);
-        // An object passed in through a pointer is borrowed from the value.
-        if (shape.isReference) argument.storage.object = argument.value.pdispVal;
+        // What is passed in through a pointer is borrowed from the value.
+        if (shape.isReference) {
+            const VARIANT& lent = argument.value;
+            if (shape.type == VT_VARIANT) {
+                argument.storage.variant = lent;
+            } else {
+                std::memcpy(&argument.storage, &lent.llVal, sizeof lent.llVal);
+            }
+        }
     }
 }
 

@@ -16,6 +16,7 @@ struct TableStep {
     bool isLoggedIn = false;
     std::string type;  // without what follows the word
     bool mayBeEmpty = false;
+    std::string secondName;       // of the value 1 of an enumeration that only the library describes
     std::string proxyClass;       // of a pointer to replace
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
     bool isShownAsReturned = false;

@@ -22,6 +22,7 @@ constexpr TypeRow kTypes[] = {
     {"double",                VT_R8,       VT_EMPTY},
     {"long",                  VT_I4,       VT_EMPTY},
     {"short",                 VT_I2,       VT_EMPTY},
+    {"VT_R4",                 VT_R4,       VT_EMPTY},
     {"VARIANT_BOOL",          VT_BOOL,     VT_EMPTY},
     {"flags",                 VT_I4,       VT_EMPTY},
     {"interface",             VT_DISPATCH, VT_EMPTY},
@@ -47,6 +48,9 @@ const TypeRow& RowOf(const std::string& type)
     for (const TypeRow& row : kTypes) {
         if (type == row.name) return row;
     }
+    // Every other enumeration of the library.
+    static const TypeRow kEnumeration = {"", VT_I4, VT_EMPTY};
+    if (type.starts_with("Cape")) return kEnumeration;
     throw std::runtime_error("unknown type: " + type);
 }
 
@@ -57,6 +61,7 @@ _variant_t Scalar(VARTYPE type, std::size_t index, const std::wstring& name, IDi
     switch (type) {
         case VT_BSTR: return _variant_t((L"the " + name + L" " + std::to_wstring(index)).c_str());
         case VT_R8: return _variant_t(0.1 + static_cast<double>(index) * 1e3);
+        case VT_R4: return _variant_t(0.25f + static_cast<float>(index));
         case VT_I4: return _variant_t(70001L + number);
         case VT_I2: return _variant_t(static_cast<short>(3001 + number));
         case VT_BOOL:
@@ -93,6 +98,7 @@ std::size_t SizeOf(VARTYPE type)
     switch (type) {
         case VT_I2:
         case VT_BOOL: return 2;
+        case VT_R4:
         case VT_I4: return 4;
         case VT_R8: return 8;
         case VT_BSTR:

@@ -1,0 +1,62 @@
+// A dual interface as its type information describes it, in the form that a call needs which is made without the interface's
+// declaration: the methods in the order of their slots, and each argument's place on the stack. The information comes from this
+// module's libraries or, for other interfaces, from the library that the registry names.
+// Nothing here is locked: only the apartment that owns the proxies asks.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+#include <wrl/client.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace com {
+
+// The slots of IUnknown and IDispatch, which come before the interface's own.
+inline constexpr unsigned kDispatchSlots = 7;
+
+struct NamedValues {
+    std::string name;  // of the enumeration
+    std::vector<std::pair<long, std::string>> values;
+};
+
+struct DualParameter {
+    std::string name;
+    bool isIn = false;
+    bool isOut = false;
+    // Of the value: VT_I4 for an enumeration, VT_UNKNOWN for any interface pointer, VT_RECORD for a structure, VT_ARRAY with the
+    // elements' type for a safe array.
+    VARTYPE type = VT_EMPTY;
+    int pointers = 0;      // that lead from the argument to the value; an interface pointer is itself a value
+    std::size_t size = 0;  // of the value, in bytes
+    std::shared_ptr<const NamedValues> enumeration;
+    std::size_t place = 0;  // among the words of the stack behind the object's own
+
+    // Where the value is, or the pointer that leads to it, when the words begin at `words`.
+    const void* Argument(const void* words) const;
+    // Whether a processor's floating-point register carries it when its place allows.
+    bool IsFloating() const { return pointers == 0 && (type == VT_R4 || type == VT_R8 || type == VT_DATE); }
+};
+
+struct DualMethod {
+    std::string name;  // "ICapeUtilities::get_parameters"
+    std::vector<DualParameter> parameters;
+    std::size_t words = 0;  // on the stack behind the object's own
+};
+
+struct DualInterface {
+    IID iid{};
+    Microsoft::WRL::ComPtr<ITypeInfo> info;  // the form for late binding
+    std::vector<DualMethod> methods;         // the first has the slot kDispatchSlots
+};
+
+// Null for an interface that is not dual, that no library describes, or whose methods pass what cannot be passed on unseen.
+std::shared_ptr<const DualInterface> DualInterfaceOf(REFIID iid);
+
+// Forgets all of them, before COM is uninitialised.
+void ReleaseDualInterfaces();
+
+}  // namespace com

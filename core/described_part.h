@@ -1,0 +1,21 @@
+// A part for a dual interface without rows, driven by the interface's type information: it forwards each member's arguments bit for
+// bit under the fault guard, and logs them as rows would, with the names, directions and types that the information gives.
+// Interface pointers pass unchanged.
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <memory>
+
+#include "core/part_on_demand.h"
+
+namespace zelt {
+
+// Whether type information describes the interface in full.
+bool CanDescribe(REFIID iid);
+
+// Null when it does not.
+std::unique_ptr<PartOnDemand> MakeDescribedPart(REFIID iid, CapeOpenBase& proxy);
+
+}  // namespace zelt

@@ -1,0 +1,182 @@
+// A vendor's interface, which only the library that the registry names for it describes.
+#include <vendor.h>
+
+#include <filesystem>
+
+#include "com/dual_interface.h"
+#include "com/text.h"
+#include "log/value_text.h"
+#include "proxy_fixture.h"
+
+namespace zelt::test {
+namespace {
+
+class Device final : public com::Object {
+public:
+    Device() : device(*this) {}
+
+private:
+    struct DevicePart final : com::DualPart<IVendorDevice> {
+        using DualPart::DualPart;
+        STDMETHOD(Mix)(double first, float second, short third, BSTR fourth, double* sum) override
+        {
+            *sum = first + static_cast<double>(second) + third + std::wcstod(fourth, nullptr);
+            return S_OK;
+        }
+        STDMETHOD(get_Mode)(VendorMode* value) override
+        {
+            *value = mode;
+            return S_OK;
+        }
+        STDMETHOD(put_Mode)(VendorMode value) override
+        {
+            mode = value;
+            return S_OK;
+        }
+        STDMETHOD(Describe)(VARIANT value, BSTR* text, SAFEARRAY** values, IUnknown** object) override
+        {
+            if (value.vt != VT_I4) return E_INVALIDARG;
+            SysFreeString(*text);
+            *text = SysAllocString(L"described");
+            *values = SafeArrayCreateVector(VT_R8, 0, 2);
+            static_cast<double*>((*values)->pvData)[1] = value.lVal;
+            *object = nullptr;
+            return S_OK;
+        }
+        STDMETHOD(Count)(unsigned char little, LONGLONG big, unsigned long middle, LONGLONG* total) override
+        {
+            *total = little + big + static_cast<LONGLONG>(middle);
+            return S_OK;
+        }
+        VendorMode mode = VENDOR_OFF;
+    } device;
+
+    IDispatch* ScriptInterface() override { return nullptr; }
+};
+
+class VendorInterface : public ProxyFixture {
+protected:
+    void SetUp() override
+    {
+        const auto path = std::filesystem::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred();
+        ComPtr<ITypeLib> library;
+        ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library));
+        ASSERT_EQ(S_OK, RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()), nullptr));
+    }
+    void TearDown() override
+    {
+        com::ReleaseDualInterfaces();
+        constexpr GUID kLibrary = {0x26B9B0DA, 0x28B8, 0x494D, {0xA2, 0x63, 0xCE, 0x1A, 0x1C, 0x4B, 0xD6, 0xDB}};
+        for (const SYSKIND width : {SYS_WIN32, SYS_WIN64}) UnRegisterTypeLib(kLibrary, 2, 1, LOCALE_NEUTRAL, width);
+        // Wine leaves the interfaces' keys.
+        for (const wchar_t* iid :
+             {L"{8E13A3B7-069E-450C-BA06-6EE5E485FFD7}", L"{33BF382B-1AC2-49B1-A8BF-1108EC662D45}"})
+            RegDeleteTreeW(HKEY_CLASSES_ROOT, (std::wstring(L"Interface\\") + iid).c_str());
+    }
+
+    ComPtr<Device> device{new Device};
+};
+
+std::string Argument(const char* name, const char* direction, const char* type, const std::string& body)
+{
+    return std::string(" <arg name=\"") + name + "\" direc=\"" + direction + "\" type=\"" + type + "\">\n" + body +
+           " </arg>\n";
+}
+
+std::string Value(const char* text) { return std::string("  <argval value=\"") + text + "\"/>\n"; }
+
+TEST_F(VendorInterface, IsForwardedAndLogged)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(device.Get());
+    const auto vendor = As<IVendorDevice>(proxy);
+    std::size_t before = Written().size();
+    double sum = 0;
+    const _bstr_t four(L"4");
+    EXPECT_EQ(S_OK, vendor->Mix(1.5, 2.25f, 3, four, &sum));
+    EXPECT_EQ(10.75, sum);
+    EXPECT_EQ(Func("IVendorDevice::Mix", Argument("first", "in", "double", Value("1.5")) +
+                                             Argument("second", "in", "VT_R4", Value("2.25")) +
+                                             Argument("third", "in", "short", Value("3")) +
+                                             Argument("fourth", "in", "string", Value("&quot;4&quot;")) +
+                                             Argument("sum", "out", "double", Value("10.75"))),
+              Written().substr(before));
+
+    before = Written().size();
+    VendorMode mode = VENDOR_OFF;
+    EXPECT_EQ(S_OK, vendor->put_Mode(VENDOR_ON));
+    EXPECT_EQ(S_OK, vendor->get_Mode(&mode));
+    EXPECT_EQ(VENDOR_ON, mode);
+    EXPECT_EQ(S_OK, vendor->put_Mode(static_cast<VendorMode>(3)));
+    EXPECT_EQ(Func("IVendorDevice::put_Mode", Argument("Mode", "in", "VendorMode", Value("VENDOR_ON"))) +
+                  Func("IVendorDevice::get_Mode", Argument("current", "out", "VendorMode", Value("VENDOR_ON"))) +
+                  Func("IVendorDevice::put_Mode", Argument("Mode", "in", "VendorMode", Value("3"))),
+              Written().substr(before));
+
+    before = Written().size();
+    LONGLONG total = 0;
+    EXPECT_EQ(S_OK, vendor->Count(200, 5'000'000'000, 4'000'000'000, &total));
+    EXPECT_EQ(9'000'000'200, total);
+    EXPECT_EQ(Func("IVendorDevice::Count", Argument("little", "in", "VT_UI1", Value("200")) +
+                                               Argument("big", "in", "VT_I8", Value("5000000000")) +
+                                               Argument("middle", "in", "VT_UI4", Value("4000000000")) +
+                                               Argument("total", "out", "VT_I8", Value("9000000200"))),
+              Written().substr(before));
+
+    before = Written().size();
+    BSTR text = SysAllocString(L"before");
+    SAFEARRAY* values = nullptr;
+    IUnknown* object = nullptr;
+    EXPECT_EQ(S_OK, vendor->Describe(_variant_t(6L), &text, &values, &object));
+    EXPECT_EQ(Func("IVendorDevice::Describe",
+                   Argument("value", "in", "VT_I4", Value("6")) +
+                       Argument("text", "out", "string", Value("&quot;described&quot;")) +
+                       Argument("values", "out", "VT_ARRAY|VT_R8",
+                                "  <info value=\"Lower bound: 0\"/>\n  <info value=\"Upper bound: 1\"/>\n" +
+                                    Value("0") + Value("6")) +
+                       Argument("object", "out", "interface", Value("NULL"))),
+              Written().substr(before));
+    SysFreeString(text);
+    SafeArrayDestroy(values);
+}
+
+TEST_F(VendorInterface, OfABaseIsAnotherInterface)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(device.Get());
+    ComPtr<IVendorBase> base;
+    // The device does not offer its base by itself.
+    EXPECT_EQ(E_NOINTERFACE,
+              proxy->QueryInterface(__uuidof(IVendorBase), reinterpret_cast<void**>(base.GetAddressOf())));
+    EXPECT_NE(std::string::npos, Written().find("Pack: QueryInterface for unsupported interface IVendorBase"));
+}
+
+TEST_F(VendorInterface, WithoutALibraryIsRefused)
+{
+    TearDown();
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(device.Get());
+    ComPtr<IVendorDevice> vendor;
+    EXPECT_EQ(E_NOINTERFACE,
+              proxy->QueryInterface(__uuidof(IVendorDevice), reinterpret_cast<void**>(vendor.GetAddressOf())));
+    EXPECT_NE(std::string::npos,
+              Written().find("Pack: QueryInterface for unsupported interface {33BF382B-1AC2-49B1-A8BF-1108EC662D45}"));
+    SetUp();
+}
+
+TEST_F(VendorInterface, AnswersByNameToo)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(device.Get());
+    const auto vendor = As<IVendorDevice>(proxy);
+    wchar_t name[] = L"mix";
+    wchar_t* names[] = {name};
+    DISPID id = 0;
+    ASSERT_EQ(S_OK, vendor->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id));
+    _variant_t arguments[] = {_variant_t(L"4"), _variant_t(short{3}), _variant_t(2.25f), _variant_t(1.5)};
+    DISPPARAMS parameters = {arguments, nullptr, 4, 0};
+    _variant_t result;
+    EXPECT_EQ(S_OK,
+              vendor->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr));
+    EXPECT_EQ(_variant_t(10.75), result);
+    EXPECT_NE(std::string::npos, Written().find("<func name=\"IVendorDevice::Mix\""));
+}
+
+}  // namespace
+}  // namespace zelt::test

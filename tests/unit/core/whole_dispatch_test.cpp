@@ -1,0 +1,233 @@
+// IDispatch of a proxy as a script sees it: one object with the members of all its interfaces.
+#include "com/text.h"
+#include "dynamic_fake.h"
+#include "proxy_fixture.h"
+#include "system/narrow.h"
+#include "thermo/material_object.h"
+
+namespace zelt::test {
+namespace {
+
+class WholeDispatch : public ProxyFixture {
+protected:
+    static HRESULT IdOf(IDispatch* object, const wchar_t* name, DISPID& id)
+    {
+        auto* text = const_cast<wchar_t*>(name);
+        return object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_NEUTRAL, &id);
+    }
+    static HRESULT Invoke(IDispatch* object, DISPID id, WORD flags, std::vector<_variant_t> arguments,
+                          _variant_t* result = nullptr, EXCEPINFO* exception = nullptr)
+    {
+        std::vector<VARIANT> passed(arguments.rbegin(), arguments.rend());
+        DISPID put = DISPID_PROPERTYPUT;
+        DISPPARAMS parameters = {passed.data(), nullptr, static_cast<UINT>(passed.size()), 0};
+        if (flags & DISPATCH_PROPERTYPUT) {
+            parameters.rgdispidNamedArgs = &put;
+            parameters.cNamedArgs = 1;
+        }
+        return object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, exception, nullptr);
+    }
+    // The name of the call that arrives when a script uses a name.
+    std::string Arriving(IDispatch* object, const wchar_t* name, WORD flags, std::vector<_variant_t> arguments)
+    {
+        DISPID id = DISPID_UNKNOWN;
+        EXPECT_EQ(S_OK, IdOf(object, name, id)) << Narrow(name);
+        wrapped->calls.clear();
+        _variant_t result;
+        const bool isCall = flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+        const HRESULT invoked = Invoke(object, id, flags, std::move(arguments), isCall ? &result : nullptr);
+        EXPECT_EQ(S_OK, invoked) << Narrow(name);
+        if (wrapped->calls.empty()) return "";
+        return wrapped->calls.back().shape->name + "::" + wrapped->calls.back().method->name;
+    }
+
+    ComPtr<DynamicFake> wrapped = DynamicFake::Make(L"Wrapped");
+};
+
+TEST_F(WholeDispatch, ReachesEveryInterfaceOfItsClassAndOfItsObject)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+    const auto script = As<IDispatch>(proxy);
+    constexpr WORD kCall = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+    wrapped->handler = [](const IncomingCall&) { return S_OK; };
+    const std::size_t before = Written().size();
+    EXPECT_EQ("ICapeIdentification::get_ComponentName", Arriving(script.Get(), L"ComponentName", kCall, {}));
+    EXPECT_EQ("ICapeIdentification::put_ComponentName",
+              Arriving(script.Get(), L"componentname", DISPATCH_PROPERTYPUT, {_variant_t(L"x")}));
+    EXPECT_EQ("ICapeUtilities::Initialize", Arriving(script.Get(), L"Initialize", kCall, {}));
+    EXPECT_EQ("ICapeUtilities::get_parameters", Arriving(script.Get(), L"parameters", kCall, {}));
+    EXPECT_EQ("ICapeThermoCompounds::GetNumCompounds", Arriving(script.Get(), L"GetNumCompounds", kCall, {}));
+    EXPECT_EQ("ICapeThermoPhases::GetPhaseInfo",
+              Arriving(script.Get(), L"GetPhaseInfo", kCall, {_variant_t(L"Vapor"), _variant_t(L"state")}));
+    EXPECT_EQ("ECapeUser::get_description", Arriving(script.Get(), L"description", kCall, {}));
+    // Beyond the class: by rows, and by type information.
+    EXPECT_EQ("ICapeUnit::Calculate", Arriving(script.Get(), L"Calculate", kCall, {}));
+    EXPECT_EQ("ICapeThermoPetroFractions::Characterize", Arriving(script.Get(), L"Characterize", kCall, {}));
+    // No question of the dispatcher leaves a warning.
+    EXPECT_EQ(std::string::npos, Written().find("QueryInterface", before));
+}
+
+TEST_F(WholeDispatch, HasIdentifiersThatStay)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+    const auto script = As<IDispatch>(proxy);
+    DISPID first = 0, again = 0, other = 0;
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"Initialize", first));
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"Terminate", other));
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"initialize", again));
+    EXPECT_EQ(first, again);
+    EXPECT_NE(first, other);
+    ASSERT_EQ(S_OK, IdOf(As<IDispatch>(proxy).Get(), L"INITIALIZE", again));
+    EXPECT_EQ(first, again);
+}
+
+TEST_F(WholeDispatch, KnowsOnlyWhatTheObjectHas)
+{
+    for (const IID& iid : {__uuidof(ICapeUnit), __uuidof(ICapeThermoPhases)}) wrapped->Refuse(iid);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+    const auto script = As<IDispatch>(proxy);
+    DISPID id = 0;
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, IdOf(script.Get(), L"ports", id));
+    EXPECT_EQ(DISPID_UNKNOWN, id);
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, IdOf(script.Get(), L"GetPhaseInfo", id));
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, IdOf(script.Get(), L"Nonsense", id));
+    // An identifier that nobody was given.
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(script.Get(), 0x5A000000 + 500, DISPATCH_METHOD, {}));
+}
+
+TEST_F(WholeDispatch, TakesNamedArguments)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+    const auto script = As<IDispatch>(proxy);
+    wchar_t member[] = L"GetPhaseInfo", attribute[] = L"phaseAttribute", label[] = L"phaseLabel", wrong[] = L"wrong";
+    wchar_t* names[] = {member, attribute, label};
+    DISPID ids[3] = {};
+    ASSERT_EQ(S_OK, script->GetIDsOfNames(IID_NULL, names, 3, LOCALE_NEUTRAL, ids));
+    std::string arrived;
+    wrapped->handler = [&](const IncomingCall& call) {
+        for (const std::size_t i : {0u, 1u}) arrived += Narrow(TextOf(*static_cast<BSTR*>(call.arguments[i]))) + ' ';
+        return S_OK;
+    };
+    _variant_t values[] = {_variant_t(L"state"), _variant_t(L"Vapor")};
+    DISPID named[] = {ids[1], ids[2]};
+    DISPPARAMS parameters = {values, named, 2, 2};
+    _variant_t result;
+    EXPECT_EQ(S_OK, script->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr,
+                                   nullptr));
+    EXPECT_EQ("Vapor state ", arrived);
+    names[1] = wrong;
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, script->GetIDsOfNames(IID_NULL, names, 3, LOCALE_NEUTRAL, ids));
+    EXPECT_NE(DISPID_UNKNOWN, ids[0]);
+}
+
+TEST_F(WholeDispatch, HandsFailuresOn)
+{
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+    const auto script = As<IDispatch>(proxy);
+    wrapped->handler = [](const IncomingCall&) { return static_cast<HRESULT>(ECapeComputationHR); };
+    DISPID id = 0;
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"Initialize", id));
+    EXCEPINFO exception = {};
+    const HRESULT result = Invoke(script.Get(), id, DISPATCH_METHOD, {}, nullptr, &exception);
+    EXPECT_EQ(static_cast<HRESULT>(ECapeComputationHR), result == DISP_E_EXCEPTION ? exception.scode : result);
+    for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
+}
+
+// Which generation a script meets first.
+TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
+{
+    const ComPtr<CPropertyPackage11> package = MakeProxy(wrapped.Get());
+    const struct {
+        ThermoVersion version;
+        bool has11;
+        const char* expected;
+    } kRows[] = {
+        {ThermoVersion::CapeOpen11, true, "ICapeThermoMaterial"},
+        {ThermoVersion::Unset, true, "ICapeThermoMaterial"},
+        {ThermoVersion::CapeOpen10, true, "ICapeThermoMaterialObject"},
+        {ThermoVersion::Unset, false, "ICapeThermoMaterialObject"},
+    };
+    for (const auto& row : kRows) {
+        const auto stream = DynamicFake::Make(L"Stream");
+        if (!row.has11) stream->Refuse(__uuidof(ICapeThermoMaterial));
+        const ComPtr<CMaterialObject> material(new CMaterialObject(row.version));
+        material->AttachThrough(stream.Get(), Crossing::Inbound, *package.Get());
+        ComPtr<ITypeInfo> info;
+        ASSERT_EQ(S_OK, As<IDispatch>(material)->GetTypeInfo(0, LOCALE_NEUTRAL, &info));
+        BSTR name = nullptr;
+        ASSERT_EQ(S_OK, info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr));
+        EXPECT_EQ(row.expected, Narrow(TextOf(name)));
+        SysFreeString(name);
+    }
+}
+
+// An object that knows a name of its own, which no library describes.
+class OwnNames final : public com::Object {
+public:
+    OwnNames() : identification(*this) {}
+
+    // A property with one index, and a method that changes its argument.
+    struct Identification final : com::DualPart<ICapeIdentification> {
+        using DualPart::DualPart;
+        STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Own", name); }
+        STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
+        STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
+        STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
+    };
+
+    std::wstring asked;
+    HRESULT answer = S_OK;
+
+protected:
+    IDispatch* ScriptInterface() override { return &identification; }
+    HRESULT FindMember(LPOLESTR* names, UINT, LCID, DISPID* ids) override
+    {
+        if (_wcsicmp(names[0], L"Colour") != 0) return DISP_E_UNKNOWNNAME;
+        ids[0] = 77;
+        return S_OK;
+    }
+    HRESULT InvokeMember(const std::wstring& name, DISPID id, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO*, UINT*) override
+    {
+        asked = name + L' ' + std::to_wstring(id) + L' ' + std::to_wstring(flags) + L' ' +
+                std::to_wstring(parameters->cArgs);
+        if (result) {
+            result->vt = VT_I4;
+            result->lVal = 5;
+        }
+        return answer;
+    }
+
+private:
+    Identification identification;
+};
+
+TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)
+{
+    const ComPtr<OwnNames> object(new OwnNames);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());
+    const auto script = As<IDispatch>(proxy);
+    DISPID id = 0;
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"Colour", id));
+    std::size_t before = Written().size();
+    _variant_t result;
+    EXPECT_EQ(S_OK, Invoke(script.Get(), id, DISPATCH_PROPERTYGET, {_variant_t(2L)}, &result));
+    EXPECT_EQ(_variant_t(5L), result);
+    EXPECT_EQ(Func("IDispatch::get_Colour",
+                   " <arg name=\"argument 1\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"2\"/>\n </arg>\n"
+                   " <arg name=\"result\" direc=\"out\" type=\"VT_I4\">\n  <argval value=\"5\"/>\n </arg>\n"),
+              Written().substr(before));
+    before = Written().size();
+    EXPECT_EQ(S_OK, Invoke(script.Get(), id, DISPATCH_PROPERTYPUT, {_variant_t(2L), _variant_t(L"red")}));
+    EXPECT_EQ(Func("IDispatch::put_Colour",
+                   " <arg name=\"argument 1\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"2\"/>\n </arg>\n"
+                   " <arg name=\"value\" direc=\"in\" type=\"VT_BSTR\">\n  <argval value=\"&quot;red&quot;\"/>\n "
+                   "</arg>\n"),
+              Written().substr(before));
+    object->answer = E_FAIL;
+    EXPECT_EQ(E_FAIL, Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result));
+    EXPECT_NE(std::string::npos, Written().find("<func name=\"IDispatch::Colour\""));
+}
+
+}  // namespace
+}  // namespace zelt::test
