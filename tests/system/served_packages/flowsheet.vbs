@@ -1,9 +1,11 @@
 ' A simulator written as a script: packages of both generations and a unit operation, each reached by name alone. Arguments: the
 ' names of a 1.1 and of a 1.0 package.
 Option Explicit
-Dim package, old, unit, parameter, specification, number
+Dim manager, package, old, unit, parameter, specification, number
 
-Set package = CreateObject("ZELT.PropertyPackageManager").GetPropertyPackage(WScript.Arguments(0))
+' The manager is held to the end, so that one server does it all.
+Set manager = CreateObject("ZELT.PropertyPackageManager")
+Set package = manager.GetPropertyPackage(WScript.Arguments(0))
 package.Initialize
 WScript.Echo "compounds: " & package.GetNumCompounds()
 WScript.Echo "phase: " & package.GetPhaseInfo("Vapor", "StateOfAggregation")
@@ -45,4 +47,5 @@ unit.Terminate
 Set specification = Nothing
 Set parameter = Nothing
 Set unit = Nothing
+Set manager = Nothing
 WScript.Echo "end of the script"

@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "samples/units/classes.h"
+#include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
@@ -56,10 +55,32 @@ TEST_P(Scripts, UsePackagesOfBothGenerationsAndAUnitOperation)
     ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
     key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &sample::kValveClass, sizeof sample::kValveClass);
     const SimulatorResult run = RunScript(L"flowsheet.vbs", L"First Second");
-    EXPECT_EQ("", run.output);
-    for (const std::filesystem::path& log : Logs()) {
-        std::printf("%s\n%s\n", log.filename().string().c_str(), ReadLog(log).c_str());
+    EXPECT_EQ(
+        "compounds: 3\n"
+        "phase: Vapor\n"
+        "name: Renamed\n"
+        "error: 80040506\n"
+        "description: There is no phase \"Plasma\"\n"
+        "error: 438\n"
+        "phases: 8200\n"
+        "name: Second\n"
+        "ports: 2\n"
+        "parameters: 1\n"
+        "Outlet pressure: type 0, mode 0\n"
+        "value: 2500.5\n"
+        "default: 101325\n"
+        "end of the script\n",
+        run.output);
+    std::string logs;
+    for (const char* object : {"1.1 Physical", "1.0 Physical", "PRAVIK"}) {
+        for (const std::filesystem::path& path : Logs()) {
+            const std::string log = ReadLog(path);
+            if (log.find(std::string("version ") + object) != log.npos ||
+                log.find(std::string(": ") + object) != log.npos)
+                logs += Comparable(log, Addresses::Alike);
+        }
     }
+    EXPECT_EQ("", MatchGolden("script_flowsheet.zlg", logs));
 }
 
 }  // namespace
