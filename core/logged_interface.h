@@ -48,10 +48,11 @@ struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
 };
 
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
-template <class I, ThermoVersion Version = ThermoVersion::Unset>
-class LoggedInterface : public com::DualPart<I>, private InterfaceCache {
+// `Base`: the part that implements what is no row: com::Part for an interface without IDispatch.
+template <class I, ThermoVersion Version = ThermoVersion::Unset, class Base = com::DualPart<I>>
+class LoggedInterface : public Base, private InterfaceCache {
 public:
-    explicit LoggedInterface(CapeOpenBase& proxy) : com::DualPart<I>(proxy), InterfaceCache(proxy) {}
+    explicit LoggedInterface(CapeOpenBase& proxy) : Base(proxy), InterfaceCache(proxy) {}
 
 protected:
     ~LoggedInterface() = default;

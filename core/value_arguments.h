@@ -37,6 +37,13 @@ struct AsVariantBool {
     }
 };
 
+struct AsWindowsBool {
+    static void Write(LogDocument& document, const char* name, bool isIn, BOOL value)
+    {
+        WriteBoolArg(document, name, isIn, value);
+    }
+};
+
 struct AsFlags {
     static void Write(LogDocument& document, const char* name, bool isIn, int value)
     {
@@ -72,6 +79,10 @@ inline auto In(const char* name, const VARIANT& value, Shape shape)
 inline auto InBool(const char* name, const VARIANT_BOOL& value)
 {
     return InArgument<VARIANT_BOOL, AsVariantBool>(name, value, {});
+}
+inline auto InWindowsBool(const char* name, const BOOL& value)
+{
+    return InArgument<BOOL, AsWindowsBool>(name, value, {});
 }
 inline auto InFlags(const char* name, const int& value) { return InArgument<int, AsFlags>(name, value, {}); }
 

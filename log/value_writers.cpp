@@ -3,6 +3,8 @@
 #include "log/arg_writer.h"
 #include "log/log_text.h"
 #include "log/value_text.h"
+#include "system/guid_text.h"
+#include "system/narrow.h"
 
 namespace zelt {
 namespace {
@@ -36,6 +38,17 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
 {
     ArgWriter::Write(document, name, isIn, "string",
                      [value](ArgWriter& arg) { AppendStringValue(arg, value, "<NULL>", 1, 0); });
+}
+
+void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value)
+{
+    ArgWriter::Write(document, name, isIn, "CLSID", [&](ArgWriter& arg) { arg.Value(Narrow(GuidText(value))); });
+}
+
+void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value)
+{
+    ArgWriter::Write(document, name, isIn, "ULARGE_INTEGER",
+                     [&](ArgWriter& arg) { arg.Value(std::to_string(value.QuadPart)); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value)

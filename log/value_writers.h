@@ -15,6 +15,8 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, short value);
 void WriteArg(LogDocument& document, const char* name, bool isIn, long value);
 void WriteArg(LogDocument& document, const char* name, bool isIn, double value);
 void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value);
+void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value);
+void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value);
 
 // An interface pointer as an address alone.
 void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value);

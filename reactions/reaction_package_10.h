@@ -4,6 +4,7 @@
 
 #include <cape-open-thermo-context.h>
 
+#include "core/persistence.h"
 #include "reactions/reaction_interfaces.h"
 
 namespace zelt {
@@ -57,7 +58,8 @@ public:
           routine(*this),
           materialContext(*this),
           thermoContext(*this),
-          electrolyte(*this)
+          electrolyte(*this),
+          persistence(*this)
     {}
 
 private:
@@ -69,6 +71,7 @@ private:
     LoggedReactionMaterialContext materialContext;
     LoggedReactionThermoContext thermoContext;
     LoggedElectrolyteContext electrolyte;
+    PackagePersistence persistence;
 };
 
 }  // namespace zelt

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
+#include "core/persistence.h"
 
 namespace zelt {
 
@@ -67,11 +68,12 @@ private:
 
 class CPropertyPackage10 final : public ExposedObjectBase {
 public:
-    CPropertyPackage10() : ExposedObjectBase(kTraits), package(*this) {}
+    CPropertyPackage10() : ExposedObjectBase(kTraits), package(*this), persistence(*this) {}
 
 private:
     static constexpr ProxyTraits kTraits = {.typeName = "Property Package", .servedVersion = ThermoVersion::CapeOpen10};
     LoggedPropertyPackage10 package;
+    PackagePersistence persistence;
 };
 
 }  // namespace zelt

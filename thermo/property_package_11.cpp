@@ -14,7 +14,8 @@ CPropertyPackage11::CPropertyPackage11()
       phases(*this),
       propertyRoutine(*this),
       equilibriumRoutine(*this),
-      universalConstant(*this)
+      universalConstant(*this),
+      persistence(*this)
 {}
 
 }  // namespace zelt

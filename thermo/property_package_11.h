@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/exposed_object_base.h"
+#include "core/persistence.h"
 #include "thermo/compounds.h"
 #include "thermo/equilibrium_routine.h"
 #include "thermo/material_context.h"
@@ -23,6 +24,7 @@ private:
     LoggedPropertyRoutine propertyRoutine;
     LoggedEquilibriumRoutine equilibriumRoutine;
     LoggedUniversalConstant universalConstant;
+    PackagePersistence persistence;
 };
 
 }  // namespace zelt

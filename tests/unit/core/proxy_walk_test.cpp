@@ -358,7 +358,7 @@ private:
 bool IsUnlogged(REFIID iid)
 {
     for (const IID& unlogged :
-         {__uuidof(IOriginalObject), IID_ISupportErrorInfo, IID_IPersist, IID_IPersistStreamInit}) {
+         {__uuidof(IOriginalObject), IID_ISupportErrorInfo, IID_IPersist, IID_IPersistStream, IID_IPersistStreamInit}) {
         if (IsEqualIID(iid, unlogged)) return true;
     }
     return false;

@@ -1,0 +1,99 @@
+// The persistence of a package: IPersistStream and IPersistStreamInit, each forwarded to the same interface of the package. The
+// simulator's own stream goes in as it is, and nothing is added to what the package writes, so that data saved without this
+// program load with it, and the other way round. A unit operation saves in a form of its own (unit/persistent_object.h).
+#pragma once
+
+#include <objidl.h>
+#include <ocidl.h>
+
+#include "core/logged_interface.h"
+
+namespace zelt {
+
+// Says how far the forwarded call has moved in the stream. Silent when the stream does not give its position.
+class BytesMoved : public Mark, public NoSteps {
+public:
+    using FinishOnlyLogs = void;
+    BytesMoved(IStream* stream, Sentence sentence) : stream(stream), sentence(sentence) {}
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
+    void Finish(LoggedCall& call, HRESULT& result) const;
+
+private:
+    std::optional<ULONGLONG> Position() const;
+
+    IStream* stream;
+    Sentence sentence;
+    std::optional<ULONGLONG> start;
+};
+
+// Says what a successful IsDirty returned: its result is its answer.
+struct DirtyOrNot : Mark, NoSteps {
+    using FinishOnlyLogs = void;
+    void Finish(LoggedCall& call, HRESULT& result) const;
+};
+
+template <class I>
+using LoggedPlainInterface = LoggedInterface<I, ThermoVersion::Unset, com::Part<I>>;
+
+struct LoggedPersist final : LoggedPlainInterface<IPersist> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(GetClassID)(CLSID* classId) override { return LOGGED(IPersist, GetClassID, Out("pClassID", classId)); }
+};
+
+struct LoggedPersistStream final : LoggedPlainInterface<IPersistStream> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(GetClassID)(CLSID* classId) override
+    {
+        return LOGGED(IPersistStream, GetClassID, Out("pClassID", classId));
+    }
+    STDMETHOD(IsDirty)() override { return LOGGED(IPersistStream, IsDirty, DirtyOrNot()); }
+    STDMETHOD(Load)(IStream* stream) override
+    {
+        return LOGGED(IPersistStream, Load, ChangesObject(), In("pstm", stream),
+                      BytesMoved(stream, Sentence::BytesRead));
+    }
+    STDMETHOD(Save)(IStream* stream, BOOL clearDirty) override
+    {
+        return LOGGED(IPersistStream, Save, In("pstm", stream), InWindowsBool("fClearDirty", clearDirty),
+                      BytesMoved(stream, Sentence::BytesWritten));
+    }
+    STDMETHOD(GetSizeMax)(ULARGE_INTEGER* size) override
+    {
+        return LOGGED(IPersistStream, GetSizeMax, Out("pcbSize", size));
+    }
+};
+
+struct LoggedPersistStreamInit final : LoggedPlainInterface<IPersistStreamInit> {
+    using LoggedInterface::LoggedInterface;
+    STDMETHOD(GetClassID)(CLSID* classId) override
+    {
+        return LOGGED(IPersistStreamInit, GetClassID, Out("pClassID", classId));
+    }
+    STDMETHOD(IsDirty)() override { return LOGGED(IPersistStreamInit, IsDirty, DirtyOrNot()); }
+    STDMETHOD(Load)(IStream* stream) override
+    {
+        return LOGGED(IPersistStreamInit, Load, ChangesObject(), In("pstm", stream),
+                      BytesMoved(stream, Sentence::BytesRead));
+    }
+    STDMETHOD(Save)(IStream* stream, BOOL clearDirty) override
+    {
+        return LOGGED(IPersistStreamInit, Save, In("pstm", stream), InWindowsBool("fClearDirty", clearDirty),
+                      BytesMoved(stream, Sentence::BytesWritten));
+    }
+    STDMETHOD(GetSizeMax)(ULARGE_INTEGER* size) override
+    {
+        return LOGGED(IPersistStreamInit, GetSizeMax, Out("pcbSize", size));
+    }
+    STDMETHOD(InitNew)() override { return LOGGED(IPersistStreamInit, InitNew, ChangesObject()); }
+};
+
+// All of it, as one member of a package's proxy.
+struct PackagePersistence {
+    explicit PackagePersistence(CapeOpenBase& proxy) : persist(proxy), stream(proxy), streamInit(proxy) {}
+
+    LoggedPersist persist;
+    LoggedPersistStream stream;
+    LoggedPersistStreamInit streamInit;
+};
+
+}  // namespace zelt
