@@ -18,6 +18,7 @@ public:
     // `choice` is this package's own parameter, in addition to those of every package.
     PackageHost(std::wstring packageName, ParameterDefinition choice);
 
+    ParameterSet& Parameters() { return parameters; }
     const ParameterSet& Parameters() const { return parameters; }
     Microsoft::WRL::ComPtr<IDispatch> Collection() const { return parameters.Collection(name + L" parameters"); }
 

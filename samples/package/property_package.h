@@ -4,6 +4,8 @@
 
 #include "com/object.h"
 #include "samples/component/component.h"
+#include "samples/component/persistence.h"
+#include "samples/package/classes.h"
 #include "samples/package/compounds_part.h"
 #include "samples/package/equilibrium_part.h"
 #include "samples/package/phases_part.h"
@@ -49,6 +51,7 @@ private:
     UniversalConstantPart universalConstants{*this, errors};
     MaterialContextPart materialContext{*this, errors, model};
     UtilitiesPart utilities{*this, errors, {}, [this] { model.UnsetMaterial(); }, &model.Host()};
+    PersistStreamInitPart persistence{*this, errors, model.Host().Parameters(), kPropertyPackageClass};
     IdentificationPart identification{*this, errors, model.Definition().name, model.Definition().description};
 };
 

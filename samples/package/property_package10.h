@@ -4,6 +4,8 @@
 
 #include "com/object.h"
 #include "samples/component/component.h"
+#include "samples/component/persistence.h"
+#include "samples/package/classes.h"
 #include "samples/package/package_model.h"
 
 namespace zelt::sample {
@@ -53,6 +55,7 @@ private:
     CapeErrors errors{*this, L"ZeltSample.PropertyPackage10"};
     PropertyPackage10Part package{*this, errors, model};
     UtilitiesPart utilities{*this, errors, {}, {}, &model.Host()};
+    PersistStreamPart persistence{*this, errors, model.Host().Parameters(), kPropertyPackage10Class};
     IdentificationPart identification{*this, errors, model.Definition().name, model.Definition().description};
 };
 

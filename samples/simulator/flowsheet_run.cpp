@@ -98,7 +98,7 @@ void RunFlowsheet(const Options& options, Report& report)
         throw CapeFailure(ECapePersistenceHR, L"The property package has not the compounds of the saved flowsheet");
     }
 
-    const UnitState state{data.hasUnitState, std::move(data.unitState)};
+    const SavedState state{data.hasUnitState, std::move(data.unitState)};
     UnitSession unit(CreateClass(data.unit, options.inProcess, L"Creating the unit operation"),
                      loaded ? &state : nullptr, package.flowsheet);
     unit.ShowIdentity(report, "Unit operation");
@@ -111,7 +111,7 @@ void RunFlowsheet(const Options& options, Report& report)
 
     if (!options.saveFile.empty()) {
         report.Heading("Saving");
-        UnitState saved = unit.Save(report);
+        SavedState saved = unit.Save(report);
         data.hasUnitState = saved.present;
         data.unitState = std::move(saved.bytes);
         data.compounds = Ids(*package.slate);

@@ -18,6 +18,7 @@
 #include "samples/simulator/create_class.h"
 #include "samples/simulator/flowsheet_run.h"
 #include "samples/simulator/manager_session.h"
+#include "samples/simulator/package_state.h"
 #include "samples/simulator/reaction_run.h"
 
 namespace {
@@ -120,6 +121,7 @@ void UseReactionPackage(Microsoft::WRL::ComPtr<IDispatch> package, const Options
 
 void UsePackage(PackageKind kind, Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report)
 {
+    if (options.IsPackageState()) return UsePackageState(std::move(package), options, report);
     switch (kind) {
         case PackageKind::kProperty11: UsePropertyPackage(std::move(package), options, report); break;
         case PackageKind::kProperty10: UseOlderPropertyPackage(std::move(package), options, report); break;

@@ -23,7 +23,11 @@ const char* const kUsage =
     "  --flowsheet CLASS    run one unit operation with the package behind its streams\n"
     "  --set NAME=VALUE     set a parameter of the unit (may be repeated; a list's values are parted by semicolons)\n"
     "  --save FILE          save the flowsheet when it has been run\n"
-    "  --load FILE          run a flowsheet that was saved\n";
+    "  --load FILE          run a flowsheet that was saved\n"
+    "\n"
+    "  --load-state FILE    have the package load its state, before it is initialised; show its parameters and end\n"
+    "  --save-state FILE    the same, and have the package save its state at the end; --set sets its parameters "
+    "before\n";
 
 namespace {
 
@@ -48,7 +52,7 @@ std::pair<std::wstring, std::wstring> ParseSetting(const std::wstring& text)
 void CheckFlowsheet(const Options& options)
 {
     if (!options.IsFlowsheet()) {
-        if (!options.saveFile.empty() || !options.settings.empty()) {
+        if (!options.saveFile.empty() || (!options.settings.empty() && options.saveState.empty())) {
             throw std::invalid_argument("--save and --set need --flowsheet or --load");
         }
         return;
@@ -56,8 +60,8 @@ void CheckFlowsheet(const Options& options)
     if (!options.unitName.empty() && !options.loadFile.empty()) {
         throw std::invalid_argument("a flowsheet is either new or loaded");
     }
-    if (options.list || options.standAlone || options.hold || options.waitSeconds || !options.event.empty() ||
-        !options.calculate.empty() || !options.constants.empty()) {
+    if (options.list || options.standAlone || options.IsPackageState() || options.hold || options.waitSeconds ||
+        !options.event.empty() || !options.calculate.empty() || !options.constants.empty()) {
         throw std::invalid_argument("this option does not go with a flowsheet");
     }
 }
@@ -98,6 +102,10 @@ Options ParseOptions(int count, wchar_t** arguments)
             options.loadFile = value();
         else if (argument == L"--save")
             options.saveFile = value();
+        else if (argument == L"--load-state")
+            options.loadState = value();
+        else if (argument == L"--save-state")
+            options.saveState = value();
         else if (argument == L"--set")
             options.settings.push_back(ParseSetting(value()));
         else if (argument.starts_with(L"--"))

@@ -27,6 +27,11 @@ struct Options {
     std::wstring saveFile;                                        // may be empty
     std::vector<std::pair<std::wstring, std::wstring>> settings;  // the unit's parameters and their values as texts
     bool IsFlowsheet() const { return !unitName.empty() || !loadFile.empty(); }
+
+    // A package's own state, in files; the settings are then of the package's parameters. Both may be empty.
+    std::wstring loadState;
+    std::wstring saveState;
+    bool IsPackageState() const { return !loadState.empty() || !saveState.empty(); }
 };
 
 extern const char* const kUsage;

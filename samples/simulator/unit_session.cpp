@@ -3,67 +3,27 @@
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/material/memory_stream.h"
 
 namespace zelt::sample {
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
+constexpr const wchar_t* kUnit = L"the unit operation";
 constexpr const wchar_t* kTypes[] = {L"material", L"energy", L"information", L"any"};
 constexpr const wchar_t* kDirections[] = {L"inlet", L"outlet", L"inlet and outlet"};
 
-ComPtr<IStream> MakeStream(std::vector<std::byte> bytes)
-{
-    ComPtr<IStream> stream;
-    com::Check(com::Create<MemoryStream>(IID_PPV_ARGS(&stream), std::move(bytes)));
-    return stream;
-}
-
-void Load(IDispatch* object, const UnitState& state)
-{
-    const ComPtr<IStream> stream = MakeStream(state.bytes);
-    if (const auto initialised = Optional<IPersistStreamInit>(object)) {
-        CheckCall(initialised->Load(stream.Get()), object, L"Loading the unit operation");
-    } else if (const auto plain = Optional<IPersistStream>(object)) {
-        CheckCall(plain->Load(stream.Get()), object, L"Loading the unit operation");
-    } else {
-        throw CapeFailure(ECapePersistenceHR, L"The unit operation was saved, but cannot load");
-    }
-}
-
-// Initialises a new unit or loads its state, which must come before any other call.
-ComPtr<IDispatch> Prepared(ComPtr<IDispatch> object, const UnitState* state)
+// New or loaded: to be done before anything else is asked of it.
+ComPtr<IDispatch> Prepared(ComPtr<IDispatch> object, const SavedState* state)
 {
     if (!state) {
         if (const auto initialised = Optional<IPersistStreamInit>(object.Get())) {
             CheckCall(initialised->InitNew(), object.Get(), L"InitNew of the unit operation");
         }
     } else if (state->present) {
-        Load(object.Get(), *state);
+        LoadState(object.Get(), *state, kUnit);
     }
     return object;
-}
-
-template <class Persist>
-UnitState SaveThrough(Persist* persist, IDispatch* object, Report& report)
-{
-    const auto dirty = [&] {
-        const HRESULT answer = persist->IsDirty();
-        CheckCall(answer, object, L"IsDirty");
-        return answer == S_OK ? L"yes" : L"no";
-    };
-    const std::wstring before = dirty();
-    ULARGE_INTEGER largest{};
-    CheckCall(persist->GetSizeMax(&largest), object, L"GetSizeMax");
-    const ComPtr<IStream> stream = MakeStream({});
-    CheckCall(persist->Save(stream.Get(), TRUE), object, L"Saving the unit operation");
-    UnitState state{true, MemoryStream::BytesOf(stream.Get())};
-    if (state.bytes.size() > largest.QuadPart) {
-        throw CapeFailure(ECapePersistenceOverflowHR, L"The unit operation saves more than it said");
-    }
-    report.Line(L"changed since it was saved: before " + before + L", after " + dirty());
-    return state;
 }
 
 bool SameObject(IDispatch* a, IDispatch* b)
@@ -85,7 +45,7 @@ ComPtr<IDispatch> ConnectedTo(ICapeUnitPort* port)
 
 }  // namespace
 
-UnitSession::UnitSession(ComPtr<IDispatch> object, const UnitState* state, std::shared_ptr<Flowsheet> sheet)
+UnitSession::UnitSession(ComPtr<IDispatch> object, const SavedState* state, std::shared_ptr<Flowsheet> sheet)
     : ComponentSession(Prepared(std::move(object), state), std::move(sheet))
 {
     unit = Optional<ICapeUnit>(package.Get());
@@ -190,16 +150,11 @@ void UnitSession::ShowReports(Report& report) const
     CheckCall(reporting->put_selectedReport(selected.GetBSTR()), reporting.Get(), L"put_selectedReport");
 }
 
-UnitState UnitSession::Save(Report& report) const
+SavedState UnitSession::Save(Report& report) const
 {
-    if (const auto initialised = Optional<IPersistStreamInit>(package.Get())) {
-        return SaveThrough(initialised.Get(), package.Get(), report);
-    }
-    if (const auto plain = Optional<IPersistStream>(package.Get())) {
-        return SaveThrough(plain.Get(), package.Get(), report);
-    }
-    report.Line(L"The unit operation saves nothing");
-    return {};
+    SavedState state = SaveState(package.Get(), kUnit, report);
+    if (!state.present) report.Line(L"The unit operation saves nothing");
+    return state;
 }
 
 void UnitSession::Close()

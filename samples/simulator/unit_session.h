@@ -8,14 +8,9 @@
 #include <vector>
 
 #include "samples/simulator/component_session.h"
+#include "samples/simulator/saved_state.h"
 
 namespace zelt::sample {
-
-// A unit's saved state; absent if it saves nothing.
-struct UnitState {
-    bool present = false;
-    std::vector<std::byte> bytes;
-};
 
 struct UnitPort {
     std::wstring name;
@@ -26,9 +21,10 @@ struct UnitPort {
 
 class UnitSession final : public ComponentSession {
 public:
-    // `state` is null for a new unit: then the session calls IPersistStreamInit::InitNew if the unit has it. Otherwise
-    // the unit loads `state` before it is initialised.
-    UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const UnitState* state, std::shared_ptr<Flowsheet> flowsheet);
+    // `state`: null for a new unit, which is told so through IPersistStreamInit, if it has it. Otherwise the unit loads it
+    // before it is initialised.
+    UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const SavedState* state,
+                std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();
 
     // Connects the object, and fails unless the port then returns the same object.
@@ -37,8 +33,8 @@ public:
     std::wstring Validate() const;
     void Calculate() const;
     void ShowReports(Report& report) const;
-    UnitState Save(Report& report) const;
-    // Disconnects the ports, then terminates and releases the unit.
+    SavedState Save(Report& report) const;
+    // Disconnects the ports, terminates and releases the unit.
     void Close();
 
     std::vector<UnitPort> ports;

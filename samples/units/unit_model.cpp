@@ -5,7 +5,7 @@
 #include "samples/component/parameter_objects.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
-#include "samples/units/parameter_bytes.h"
+#include "samples/component/parameter_bytes.h"
 
 namespace zelt::sample {
 namespace {

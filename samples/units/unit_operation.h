@@ -1,10 +1,10 @@
 // The COM object of a sample unit: the standard's interfaces around one model. `Persistence` is one of the three of
-// persistence.h, `Reporting` is ReportPart or NoReports.
+// component/persistence.h, `Reporting` is ReportPart or NoReports.
 #pragma once
 
 #include "com/object.h"
 #include "samples/component/component.h"
-#include "samples/units/persistence.h"
+#include "samples/component/persistence.h"
 #include "samples/units/unit_model.h"
 
 namespace zelt::sample {
@@ -65,7 +65,7 @@ private:
     UnitPart unit{*this, errors, model};
     Reporting reporting{*this, errors, model};
     UnitUtilitiesPart utilities{*this, errors, model};
-    Persistence persistence{*this, errors, model, clsid};
+    Persistence persistence{*this, errors, model.Parameters(), clsid};
     IdentificationPart identification{*this, errors, model.Name(), Model::kDescription};
 };
 

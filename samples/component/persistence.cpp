@@ -1,6 +1,6 @@
-#include "samples/units/persistence.h"
+#include "samples/component/persistence.h"
 
-#include "samples/units/parameter_bytes.h"
+#include "samples/component/parameter_bytes.h"
 
 namespace zelt::sample {
 namespace {
@@ -26,25 +26,25 @@ void ReadAll(IStream* stream, std::span<std::byte> target)
 
 }  // namespace
 
-bool UnitPersistence::IsDirty() const { return SaveParameters(model.Parameters()) != saved; }
+bool ParameterPersistence::IsDirty() const { return SaveParameters(parameters) != saved; }
 
-std::size_t UnitPersistence::Size() const { return SaveParameters(model.Parameters()).size(); }
+std::size_t ParameterPersistence::Size() const { return SaveParameters(parameters).size(); }
 
-void UnitPersistence::Load(IStream* stream)
+void ParameterPersistence::Load(IStream* stream)
 {
     RequireStream(stream);
     std::vector<std::byte> header(kSavedHeaderSize);
     ReadAll(stream, header);
     std::vector<std::byte> body(SizeAfterHeader(header));
     ReadAll(stream, body);
-    LoadParameters(model.Parameters(), body);
-    saved = SaveParameters(model.Parameters());
+    LoadParameters(parameters, body);
+    saved = SaveParameters(parameters);
 }
 
-void UnitPersistence::Save(IStream* stream, bool clearDirty)
+void ParameterPersistence::Save(IStream* stream, bool clearDirty)
 {
     RequireStream(stream);
-    std::vector<std::byte> bytes = SaveParameters(model.Parameters());
+    std::vector<std::byte> bytes = SaveParameters(parameters);
     ULONG count = 0;
     const HRESULT written = stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &count);
     if (FAILED(written)) throw CapeFailure(written, L"The stream cannot be written");
@@ -52,9 +52,9 @@ void UnitPersistence::Save(IStream* stream, bool clearDirty)
     if (clearDirty) saved = std::move(bytes);
 }
 
-void UnitPersistence::SetDefaults()
+void ParameterPersistence::SetDefaults()
 {
-    for (const auto& state : model.Parameters().States()) {
+    for (const auto& state : parameters.States()) {
         state->value = InitialValue(state->definition.specification);
         state->status = CAPE_NOT_VALIDATED;
     }

@@ -1,5 +1,5 @@
-// The saved form of a unit's parameters: their names, types and values. Keeps values outside a parameter's bounds, as
-// the parameter itself does; Validate reports them. A failed load changes nothing.
+// The saved form of a component's parameters: their names, types and values. Values outside a parameter's bounds are kept as
+// they are, as the parameter itself keeps them; Validate judges them. Nothing changes when loading fails.
 #pragma once
 
 #include <cstddef>

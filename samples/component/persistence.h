@@ -1,18 +1,18 @@
-// Saves and loads a unit's parameters through the system's persistence interfaces: a unit has IPersistStreamInit,
-// or IPersistStream, or neither. Each is a part of the unit's object and borrows its model.
+// Saving and loading of a component's parameters through the system's persistence interfaces: a component has
+// IPersistStreamInit, or IPersistStream, or neither. Each is a part of the component's object and borrows its parameters.
 #pragma once
 
 #include <ocidl.h>
 
 #include "samples/component/cape_errors.h"
-#include "samples/units/unit_model.h"
+#include "samples/component/parameter.h"
 
 namespace zelt::sample {
 
-// What both interfaces have in common.
-class UnitPersistence {
+// What both interfaces do.
+class ParameterPersistence {
 public:
-    UnitPersistence(UnitModel& model, const CLSID& clsid) : model(model), clsid(clsid) {}
+    ParameterPersistence(ParameterSet& parameters, const CLSID& clsid) : parameters(parameters), clsid(clsid) {}
 
     const CLSID& ClassId() const { return clsid; }
     bool IsDirty() const;
@@ -24,7 +24,7 @@ public:
     void SetDefaults();
 
 private:
-    UnitModel& model;
+    ParameterSet& parameters;
     const CLSID& clsid;
     std::vector<std::byte> saved;  // as last saved or loaded; empty when never
 };
@@ -32,10 +32,10 @@ private:
 template <class I>
 class PersistPart : public com::Part<I> {
 public:
-    PersistPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid,
+    PersistPart(com::Object& object, CapeErrors& errors, ParameterSet& parameters, const CLSID& clsid,
                 const wchar_t* interfaceName)
         : com::Part<I>(object),
-          persistence(model, clsid),
+          persistence(parameters, clsid),
           errors(errors),
           interfaceName(interfaceName),
           baseEntry(object, IID_IPersist, static_cast<IPersist*>(this))
@@ -74,7 +74,7 @@ protected:
         return errors.Run(__uuidof(I), interfaceName, operation, std::forward<Body>(body));
     }
 
-    UnitPersistence persistence;
+    ParameterPersistence persistence;
 
 private:
     CapeErrors& errors;
@@ -84,8 +84,8 @@ private:
 
 class PersistStreamInitPart final : public PersistPart<IPersistStreamInit> {
 public:
-    PersistStreamInitPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid)
-        : PersistPart(object, errors, model, clsid, L"IPersistStreamInit")
+    PersistStreamInitPart(com::Object& object, CapeErrors& errors, ParameterSet& parameters, const CLSID& clsid)
+        : PersistPart(object, errors, parameters, clsid, L"IPersistStreamInit")
     {}
     STDMETHOD(InitNew)() override
     {
@@ -95,14 +95,14 @@ public:
 
 class PersistStreamPart final : public PersistPart<IPersistStream> {
 public:
-    PersistStreamPart(com::Object& object, CapeErrors& errors, UnitModel& model, const CLSID& clsid)
-        : PersistPart(object, errors, model, clsid, L"IPersistStream")
+    PersistStreamPart(com::Object& object, CapeErrors& errors, ParameterSet& parameters, const CLSID& clsid)
+        : PersistPart(object, errors, parameters, clsid, L"IPersistStream")
     {}
 };
 
-// For a unit that saves nothing.
+// Of a component that saves nothing.
 struct NoPersistence {
-    NoPersistence(com::Object&, CapeErrors&, UnitModel&, const CLSID&) {}
+    NoPersistence(com::Object&, CapeErrors&, ParameterSet&, const CLSID&) {}
 };
 
 }  // namespace zelt::sample

@@ -1,4 +1,4 @@
-#include "samples/units/parameter_bytes.h"
+#include "samples/component/parameter_bytes.h"
 
 #include <algorithm>
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint32_t kSignature = 0x3150535A;  // "ZSP1"
 constexpr std::uint32_t kVersion = 1;
-constexpr std::uint32_t kLargestBody = 1 << 20;  // far above what any unit here needs
+constexpr std::uint32_t kLargestBody = 1 << 20;  // far above what any component here needs
 
 void WriteValue(ByteWriter& writer, eCapeParamType type, const VARIANT& value)
 {

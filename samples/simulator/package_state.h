@@ -1,0 +1,16 @@
+// A package's state: loaded from a file before the package is initialised, shown, changed, and saved to a file. The package
+// calculates nothing meanwhile.
+#pragma once
+
+#include <oaidl.h>
+#include <wrl/client.h>
+
+#include "samples/simulator/options.h"
+#include "samples/simulator/report.h"
+
+namespace zelt::sample {
+
+// Throws CapeFailure when a step fails.
+void UsePackageState(Microsoft::WRL::ComPtr<IDispatch> package, const Options& options, Report& report);
+
+}  // namespace zelt::sample

@@ -1,0 +1,24 @@
+// What a component saves of itself, as it wrote it: through IPersistStreamInit if it has that, else through IPersistStream.
+#pragma once
+
+#include <objidl.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "samples/simulator/report.h"
+
+namespace zelt::sample {
+
+// Absent when the component saves nothing.
+struct SavedState {
+    bool present = false;
+    std::vector<std::byte> bytes;
+};
+
+// `what` names the component in failures: "the unit operation". Both throw CapeFailure.
+void LoadState(IDispatch* object, const SavedState& state, const std::wstring& what);
+SavedState SaveState(IDispatch* object, const std::wstring& what, Report& report);
+
+}  // namespace zelt::sample
