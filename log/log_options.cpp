@@ -26,6 +26,9 @@ void ReadSwitch(const RegistryKey& key, const wchar_t* value, LogOptions& option
 
 bool IsSwitch(const RegistryKey& key, const wchar_t* value) { return key.ReadDword(value).value_or(MAXDWORD) <= 1; }
 
+// Of a switch that needs no value in the registry.
+bool IsOptionalSwitch(const RegistryKey&, const wchar_t*) { return true; }
+
 template <bool LogOptions::*field>
 LSTATUS WriteSwitch(RegistryKey& key, const wchar_t* value, const LogOptions& options)
 {
@@ -59,6 +62,14 @@ constexpr OptionRow kRows[] = {
      ReadSwitch<&LogOptions::promptOpenLog>,   IsSwitch, WriteSwitch<&LogOptions::promptOpenLog>},
     {LogOption::PravikUnit,      L"PRAVIKUnit",      L"PRAVIK logs unit operation",
      ReadClass<&LogOptions::pravikUnit>,       IsClass,  WriteClass<&LogOptions::pravikUnit>},
+    {LogOption::LoadAfterInitNew,   L"LoadAfterInitNew",   L"PRAVIK loads after InitNew",
+     ReadSwitch<&LogOptions::loadAfterInitNew>,   IsOptionalSwitch, WriteSwitch<&LogOptions::loadAfterInitNew>},
+    {LogOption::HandBackOriginals,  L"HandBackOriginals",  L"Hand objects back as they came",
+     ReadSwitch<&LogOptions::handBackOriginals>,  IsOptionalSwitch, WriteSwitch<&LogOptions::handBackOriginals>},
+    {LogOption::KeepManager,        L"KeepManager",        L"Keep the manager of a package",
+     ReadSwitch<&LogOptions::keepManager>,        IsOptionalSwitch, WriteSwitch<&LogOptions::keepManager>},
+    {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager",
+     ReadSwitch<&LogOptions::forwardManagerEdit>, IsOptionalSwitch, WriteSwitch<&LogOptions::forwardManagerEdit>},
 };
 // clang-format on
 

@@ -1,5 +1,5 @@
-// The user's three settings that govern logging, and their place in the registry. Loading leaves a setting alone whose value is
-// missing or malformed. Main thread only.
+// The user's settings that govern logging and what the proxies do beyond it, and their place in the registry. Loading leaves a
+// setting alone whose value is missing or malformed. Main thread only.
 #pragma once
 
 #include "system/outcome.h"
@@ -12,14 +12,22 @@ enum class LogOption {
     AutoLogLocation,
     PromptOpenLog,
     PravikUnit,
+    LoadAfterInitNew,
+    HandBackOriginals,
+    KeepManager,
+    ForwardManagerEdit,
 };
 // clang-format on
 
 struct LogOptions {
-    bool autoLogLocation = false;  // Logs go to a folder on the desktop instead of where a dialog says.
-    bool promptOpenLog = true;     // Ask whether to open a log when it is closed.
-    CLSID pravikUnit = CLSID{};    // The unit operation that PRAVIK creates; all zero when none is chosen.
-    RegistryRoot root;             // Where the settings are kept.
+    bool autoLogLocation = false;     // Logs go to a folder on the desktop instead of where a dialog says.
+    bool promptOpenLog = true;        // Ask whether to open a log when it is closed.
+    CLSID pravikUnit = CLSID{};       // The unit operation that PRAVIK creates; all zero when none is chosen.
+    bool loadAfterInitNew = false;    // PRAVIK may be loaded after InitNew: it makes its unit operation again.
+    bool handBackOriginals = false;   // An object that goes back to where it came from goes back as it was.
+    bool keepManager = false;         // The manager of a package lives as long as the package.
+    bool forwardManagerEdit = false;  // Edit of our managers opens that of the managers behind the packages.
+    RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.
     Outcome Load();

@@ -21,6 +21,10 @@ constexpr Option kOptionsOptions[] = {
     {"--auto-location", "on|off", "logs go to the folder \"ZELT logs\" on the desktop; off: a dialog asks where"},
     {"--prompt",        "on|off", "when a log is complete, asks whether to open it"},
     {"--unit",          "UNIT",   "the unit operation that PRAVIK logs: class identifier, ProgID or name; ask: a dialog asks"},
+    {"--load-again",    "on|off", "PRAVIK may be loaded after InitNew, and makes its unit operation again"},
+    {"--hand-back",     "on|off", "an object that goes back to where it came from goes back as it was"},
+    {"--keep-manager",  "on|off", "the manager of a package lives as long as the package"},
+    {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
     kJson,
 };
 
@@ -45,7 +49,7 @@ constexpr Command kCommands[] = {
      "PACKAGE is its exported name.\n"
      ZELT_NOT_WHILE_IT_RUNS, SwitchLogOff},
     {"options", "", 0, 0, kOptionsOptions, "Shows the options, and changes those that are given",
-     "A ZELT that runs takes them over with the next log.", ChangeOptions},
+     "A ZELT that runs takes them over with the next package or unit operation.", ChangeOptions},
 };
 // clang-format on
 

@@ -1,5 +1,8 @@
-// options: the menu of the same name.
+// options: the menu of the same name, and the options that are in no menu.
 #include <optional>
+#include <span>
+#include <utility>
+#include <vector>
 
 #include "log/log_options.h"
 #include "ctl/exports/component_choice.h"
@@ -13,6 +16,27 @@
 namespace zelt::ctl {
 namespace {
 
+// An option that is on or off.
+struct SwitchRow {
+    const char* name;  // on the command line, behind two dashes, and in the text
+    const char* key;   // in JSON
+    bool LogOptions::*field;
+    LogOption option;
+};
+
+// clang-format off
+constexpr SwitchRow kMenuSwitches[] = {
+    {"auto-location", "autoLocation",       &LogOptions::autoLogLocation,    LogOption::AutoLogLocation},
+    {"prompt",        "prompt",             &LogOptions::promptOpenLog,      LogOption::PromptOpenLog},
+};
+constexpr SwitchRow kFurtherSwitches[] = {
+    {"load-again",    "loadAfterInitNew",   &LogOptions::loadAfterInitNew,   LogOption::LoadAfterInitNew},
+    {"hand-back",     "handBackOriginals",  &LogOptions::handBackOriginals,  LogOption::HandBackOriginals},
+    {"keep-manager",  "keepManager",        &LogOptions::keepManager,        LogOption::KeepManager},
+    {"forward-edit",  "forwardManagerEdit", &LogOptions::forwardManagerEdit, LogOption::ForwardManagerEdit},
+};
+// clang-format on
+
 LogOptions StoredOptions()
 {
     LogOptions options;
@@ -21,13 +45,26 @@ LogOptions StoredOptions()
     return options;
 }
 
-std::optional<bool> Switch(const Arguments& arguments, const char* option)
+std::optional<bool> Switch(const Arguments& arguments, const SwitchRow& row)
 {
-    const auto value = arguments.Value(option);
+    const std::string option = std::string("--") + row.name;
+    const auto value = arguments.Value(option.c_str());
     if (!value) return {};
-    if (*value != "on" && *value != "off")
-        throw UsageError(std::string(option) + " is on or off, not \"" + *value + '"');
+    if (*value != "on" && *value != "off") throw UsageError(option + " is on or off, not \"" + *value + '"');
     return *value == "on";
+}
+
+// The switches that are given, with their values.
+std::vector<std::pair<const SwitchRow*, bool>> GivenSwitches(const Arguments& arguments)
+{
+    std::vector<std::pair<const SwitchRow*, bool>> given;
+    for (const std::span<const SwitchRow> rows :
+         {std::span<const SwitchRow>(kMenuSwitches), std::span<const SwitchRow>(kFurtherSwitches)}) {
+        for (const SwitchRow& row : rows) {
+            if (const auto value = Switch(arguments, row)) given.emplace_back(&row, *value);
+        }
+    }
+    return given;
 }
 
 CLSID UnitOf(const std::string& word)
@@ -52,18 +89,26 @@ void Write(const LogOptions& options, bool asJson, Output& out)
     const auto component = asks ? std::nullopt : DescribeComponent(options.pravikUnit);
     if (asJson) {
         JsonWriter json(out);
-        json.BeginObject().Key("autoLocation").Bool(options.autoLogLocation).Key("prompt").Bool(options.promptOpenLog);
+        json.BeginObject();
+        for (const SwitchRow& row : kMenuSwitches) json.Key(row.key).Bool(options.*row.field);
         json.Member("unit", unit);
         if (component) json.Member("unitName", Utf8(component->name));
+        for (const SwitchRow& row : kFurtherSwitches) json.Key(row.key).Bool(options.*row.field);
         json.EndObject();
         out << '\n';
         return;
     }
-    out << "auto-location  " << (options.autoLogLocation ? "on" : "off") << '\n';
-    out << "prompt         " << (options.promptOpenLog ? "on" : "off") << '\n';
+    const auto writeSwitch = [&](const SwitchRow& row) {
+        constexpr std::size_t kColumn = 15;
+        std::string name = row.name;
+        name.resize(kColumn, ' ');
+        out << name << (options.*row.field ? "on" : "off") << '\n';
+    };
+    for (const SwitchRow& row : kMenuSwitches) writeSwitch(row);
     out << "unit           " << unit;
     if (!asks) out << ' ' << (component ? Utf8(component->name) : "a class that is not registered");
     out << '\n';
+    for (const SwitchRow& row : kFurtherSwitches) writeSwitch(row);
 }
 
 }  // namespace
@@ -71,17 +116,14 @@ void Write(const LogOptions& options, bool asJson, Output& out)
 int ChangeOptions(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    const auto automatic = Switch(arguments, "--auto-location");
-    const auto prompt = Switch(arguments, "--prompt");
+    const auto switches = GivenSwitches(arguments);
     const auto word = arguments.Value("--unit");
     const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word)) : std::nullopt;
     // Read it now and not earlier, to keep what others have changed meanwhile.
     LogOptions options = StoredOptions();
-    options.autoLogLocation = automatic.value_or(options.autoLogLocation);
-    options.promptOpenLog = prompt.value_or(options.promptOpenLog);
+    for (const auto& [row, value] : switches) options.*row->field = value;
     options.pravikUnit = unit.value_or(options.pravikUnit);
-    if (automatic) Require(options.Save(LogOption::AutoLogLocation));
-    if (prompt) Require(options.Save(LogOption::PromptOpenLog));
+    for (const auto& [row, value] : switches) Require(options.Save(row->option));
     if (unit) Require(options.Save(LogOption::PravikUnit));
     Write(options, arguments.Has("--json"), streams.data);
     return kFine;

@@ -19,26 +19,54 @@ protected:
     }
 };
 
+// The lines of the options that are in no menu.
+constexpr char kFurtherOff[] = "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\n";
+constexpr char kFurtherOffJson[] =
+    ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false}\n";
+
 TEST_F(Options, AreShownAndChanged)
 {
     const CommandOutcome defaults = RunZeltctl({"options"});
     EXPECT_EQ(0, defaults.code);
-    EXPECT_EQ("auto-location  off\nprompt         on\nunit           ask\n", defaults.data);
-    EXPECT_EQ("auto-location  on\nprompt         on\nunit           ask\n",
+    EXPECT_EQ(std::string("auto-location  off\nprompt         on\nunit           ask\n") + kFurtherOff, defaults.data);
+    EXPECT_EQ(std::string("auto-location  on\nprompt         on\nunit           ask\n") + kFurtherOff,
               RunZeltctl({"options", "--auto-location", "on"}).data);
     EXPECT_TRUE(Stored().autoLogLocation);
-    EXPECT_EQ(
-        "{\"autoLocation\":true,\"prompt\":false,\"unit\":\"{34EB525A-7516-49B9-8D8E-897F4615EFE7}\",\"unitName\":"
-        "\"Sample valve\"}\n",
-        RunZeltctl({"options", "--json", "--prompt=off", "--unit", "sample valve"}).data);
+    EXPECT_EQ(std::string("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"{34EB525A-7516-49B9-8D8E-897F4615EFE7}\","
+                          "\"unitName\":\"Sample valve\"") +
+                  kFurtherOffJson,
+              RunZeltctl({"options", "--json", "--prompt=off", "--unit", "sample valve"}).data);
     EXPECT_FALSE(Stored().promptOpenLog);
     EXPECT_EQ(
-        "auto-location  on\nprompt         off\nunit           {06CFC2D2-51B0-44C9-ABD7-DE63151D3C93} Sample "
-        "splitter\n",
+        std::string("auto-location  on\nprompt         off\nunit           {06CFC2D2-51B0-44C9-ABD7-DE63151D3C93} "
+                    "Sample splitter\n") +
+            kFurtherOff,
         RunZeltctl({"options", "--unit", "{06cfc2d2-51b0-44c9-abd7-de63151d3c93}"}).data);
-    EXPECT_EQ("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"}\n",
+    EXPECT_EQ(std::string("{\"autoLocation\":true,\"prompt\":false,\"unit\":\"ask\"") + kFurtherOffJson,
               RunZeltctl({"options", "--unit", "ask", "--json"}).data);
     EXPECT_EQ(CLSID_NULL, Stored().pravikUnit);
+}
+
+TEST_F(Options, BeyondTheMenuAreChangedOneByOne)
+{
+    struct Case {
+        const char* option;
+        bool LogOptions::*field;
+        const char* line;
+    };
+    const Case cases[] = {
+        {"--load-again", &LogOptions::loadAfterInitNew, "\nload-again     on\n"},
+        {"--hand-back", &LogOptions::handBackOriginals, "\nhand-back      on\n"},
+        {"--keep-manager", &LogOptions::keepManager, "\nkeep-manager   on\n"},
+        {"--forward-edit", &LogOptions::forwardManagerEdit, "\nforward-edit   on\n"},
+    };
+    for (const Case& each : cases) {
+        const std::string shown = RunZeltctl({"options", each.option, "on"}).data;
+        EXPECT_NE(std::string::npos, shown.find(each.line)) << shown;
+        for (const Case& other : cases) EXPECT_EQ(&other == &each, Stored().*other.field) << other.option;
+        EXPECT_EQ(0, RunZeltctl({"options", each.option, "off"}).code);
+        EXPECT_FALSE(Stored().*each.field);
+    }
 }
 
 TEST_F(Options, AreStoredWithoutThoseThatOthersChange)
@@ -48,7 +76,7 @@ TEST_F(Options, AreStoredWithoutThoseThatOthersChange)
     others.autoLogLocation = true;
     EXPECT_TRUE(others.Save(LogOption::AutoLogLocation));
     const RefusedWrites refused({L"AutoLogLocation", L"PRAVIKUnit"});
-    EXPECT_EQ("auto-location  on\nprompt         off\nunit           ask\n",
+    EXPECT_EQ(std::string("auto-location  on\nprompt         off\nunit           ask\n") + kFurtherOff,
               RunZeltctl({"options", "--prompt", "off"}).data);
 }
 
@@ -81,8 +109,9 @@ TEST_F(Options, NameAUnitOperationThatIsGone)
     CLSIDFromString(kNowhere, &options.pravikUnit);
     Store(options);
     EXPECT_EQ(
-        "auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a class that is "
-        "not registered\n",
+        std::string("auto-location  off\nprompt         on\nunit           {D0C70125-0000-4000-8000-00000000000A} a "
+                    "class that is not registered\n") +
+            kFurtherOff,
         RunZeltctl({"options"}).data);
 }
 

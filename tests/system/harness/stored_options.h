@@ -9,7 +9,9 @@ namespace zelt::test {
 
 inline void Store(const LogOptions& options)
 {
-    for (const LogOption option : {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit}) {
+    for (const LogOption option :
+         {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit, LogOption::LoadAfterInitNew,
+          LogOption::HandBackOriginals, LogOption::KeepManager, LogOption::ForwardManagerEdit}) {
         if (!options.Save(option)) throw std::runtime_error("cannot store the options");
     }
 }

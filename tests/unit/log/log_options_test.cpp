@@ -32,6 +32,10 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.autoLogLocation);
     EXPECT_TRUE(options.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(CLSID{}, options.pravikUnit));
+    EXPECT_FALSE(options.loadAfterInitNew);
+    EXPECT_FALSE(options.handBackOriginals);
+    EXPECT_FALSE(options.keepManager);
+    EXPECT_FALSE(options.forwardManagerEdit);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -41,8 +45,13 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.autoLogLocation = true;
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
+    saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
+    EXPECT_TRUE(loaded.loadAfterInitNew);
+    EXPECT_TRUE(loaded.handBackOriginals);
+    EXPECT_TRUE(loaded.keepManager);
+    EXPECT_TRUE(loaded.forwardManagerEdit);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -167,6 +176,38 @@ TEST(LogOptions, AreAllStoredWhereTheRegistryHasNoValidValue)
     EXPECT_EQ(std::vector<BYTE>(16), key.ReadBytes(L"PRAVIKUnit", REG_BINARY));
 }
 
+TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
+{
+    const struct {
+        LogOption option;
+        const wchar_t* value;
+        bool LogOptions::*field;
+    } rows[] = {
+        {LogOption::LoadAfterInitNew, L"LoadAfterInitNew", &LogOptions::loadAfterInitNew},
+        {LogOption::HandBackOriginals, L"HandBackOriginals", &LogOptions::handBackOriginals},
+        {LogOption::KeepManager, L"KeepManager", &LogOptions::keepManager},
+        {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", &LogOptions::forwardManagerEdit},
+    };
+    const zelt::test::ScratchKey scratch;
+    EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
+    for (const auto& row : rows) EXPECT_FALSE(scratch.Settings().ReadDword(row.value));
+    for (const auto& row : rows) {
+        LogOptions options = OptionsIn(scratch);
+        EXPECT_TRUE(options.Load());
+        EXPECT_FALSE(options.*row.field);
+        options.*row.field = true;
+        EXPECT_TRUE(options.Save(row.option));
+        EXPECT_EQ(1u, scratch.Settings().ReadDword(row.value));
+        LogOptions loaded = OptionsIn(scratch);
+        EXPECT_TRUE(loaded.Load());
+        EXPECT_TRUE(loaded.*row.field);
+        for (const auto& other : rows) EXPECT_EQ(&other <= &row, loaded.*other.field);
+    }
+    LogOptions options = OptionsIn(scratch);
+    EXPECT_TRUE(options.Save(LogOption::KeepManager));
+    EXPECT_EQ(0u, scratch.Settings().ReadDword(L"KeepManager"));
+}
+
 TEST(LogOptions, SayWhichOneCannotBeStored)
 {
     const struct {
@@ -176,6 +217,10 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::AutoLogLocation, L"AutoLogLocation", L"Automatic log location"},
         {LogOption::PromptOpenLog, L"PromptOpenLog", L"Prompt for opening log when object terminates"},
         {LogOption::PravikUnit, L"PRAVIKUnit", L"PRAVIK logs unit operation"},
+        {LogOption::LoadAfterInitNew, L"LoadAfterInitNew", L"PRAVIK loads after InitNew"},
+        {LogOption::HandBackOriginals, L"HandBackOriginals", L"Hand objects back as they came"},
+        {LogOption::KeepManager, L"KeepManager", L"Keep the manager of a package"},
+        {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;

@@ -125,7 +125,8 @@ TEST(FuzzSettings, WholeKeys)
         for (std::uint32_t number = 1; number <= dice.Below(8); ++number) {
             StoreAnything(scratch, dice, (L"Package" + std::to_wstring(number)).c_str(), true);
         }
-        for (const wchar_t* name : {L"NumPackages", L"AutoLogLocation", L"PromptOpenLog", L"PRAVIKUnit", L"Package"}) {
+        for (const wchar_t* name : {L"NumPackages", L"AutoLogLocation", L"PromptOpenLog", L"PRAVIKUnit", L"KeepManager",
+                                    L"Package"}) {
             if (!dice.Once(5)) StoreAnything(scratch, dice, name, false);
         }
         ExportedPackageList list(scratch.Root());
@@ -149,6 +150,7 @@ TEST(FuzzSettings, WholeKeys)
         ASSERT_EQ(options.autoLogLocation, reloaded.autoLogLocation);
         ASSERT_EQ(options.promptOpenLog, reloaded.promptOpenLog);
         ASSERT_TRUE(IsEqualCLSID(options.pravikUnit, reloaded.pravikUnit));
+        ASSERT_EQ(options.keepManager, reloaded.keepManager);
     }
     std::printf("%d inputs, %zu packages loaded\n", inputs, loaded);
     EXPECT_LT(0u, loaded);
