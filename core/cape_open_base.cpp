@@ -28,6 +28,19 @@ void CapeOpenBase::Wrap(IUnknown* object)
     wrapped = ForeignPtr<IUnknown>(object);
 }
 
+IUnknown* CapeOpenBase::OriginalBehind(IUnknown* argument) const
+{
+    const CapeOpenBase* const top = isRoot ? this : root;
+    if (!top) return nullptr;
+    const ForeignPtr<IUnknown> identity = QueryForeign<IUnknown>(argument);
+    const auto standsFor = [&](const CapeOpenBase* proxy) {
+        return static_cast<const IUnknown*>(proxy) == identity.Get() && proxy->isIn == isIn;
+    };
+    if (standsFor(top)) return top->Wrapped();
+    const auto found = std::find_if(top->children.begin(), top->children.end(), standsFor);
+    return found == top->children.end() ? nullptr : (*found)->Wrapped();
+}
+
 void CapeOpenBase::LeaveTree()
 {
     if (root) std::erase(root->children, this);
@@ -41,6 +54,7 @@ void CapeOpenBase::AttachThrough(IUnknown* object, Crossing crossing, CapeOpenBa
     isIn = crossing == Crossing::Outbound ? through.isIn : !through.isIn;
     servedVersion = through.servedVersion;
     isReadOnly = traits.inheritsReadOnly && through.isReadOnly;
+    handsBackOriginals = through.handsBackOriginals;
     Wrap(object);
     document.Attach(through.document.Get());
     if (Document()) SetName();

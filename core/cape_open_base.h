@@ -90,6 +90,13 @@ public:
     void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
     ThermoVersion ServedVersion() const { return servedVersion; }
 
+    // On a root, before it is called: objects that go back to the side that they came from go back as they came.
+    void HandBackOriginals() { handsBackOriginals = true; }
+    bool HandsBackOriginals() const { return handsBackOriginals; }
+    // The object behind `argument` when that is a proxy of this tree, and stands for an object of the side that calls of this
+    // proxy go to; null otherwise.
+    IUnknown* OriginalBehind(IUnknown* argument) const;
+
     // Sets the `object` of later entries.
     void Rename(std::string newName) { name = std::move(newName); }
 
@@ -146,6 +153,7 @@ private:
     std::string name = "<unknown>";
     bool isIn = true;
     bool isReadOnly = false;
+    bool handsBackOriginals = false;
     ThermoVersion servedVersion;
 
     bool isRoot = false;

@@ -47,6 +47,13 @@ struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
     using Type = std::tuple<P...>;
 };
 
+// Whether a descriptor may put the original object in the place of a proxy.
+template <class... D>
+consteval bool TakesObjects()
+{
+    return (requires { typename D::HandsBack; } || ...);
+}
+
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
 // `Base`: the part that implements what is no row: com::Part for an interface without IDispatch.
 template <class I, ThermoVersion Version = ThermoVersion::Unset, class Base = com::DualPart<I>>
@@ -74,7 +81,7 @@ protected:
         if (!Proxy().Admits(name)) [[unlikely]]
             return RPC_E_WRONG_THREAD;
         if constexpr ((OnlyLogs<D>() && ...)) {
-            if (!Proxy().Document()) [[likely]]
+            if (!Proxy().Document() && !(TakesObjects<D...>() && Proxy().HandsBackOriginals())) [[likely]]
                 return ForwardUnlogged<Method>(descriptors...);
         }
         return ForwardLogged<Method>(name, std::move(descriptors)...);
@@ -114,7 +121,7 @@ private:
         auto* target = static_cast<I*>(call.Resolve(*this, __uuidof(I), result));
         if (!target) return result;
 
-        if (call.Document()) {
+        if (call.Document() || Proxy().HandsBackOriginals()) {
             HRESULT prepared = S_OK;
             ((prepared = SUCCEEDED(prepared) ? com::NoThrow([&] { return descriptors.Prepare(call); }) : prepared),
              ...);

@@ -12,12 +12,30 @@
 
 namespace zelt {
 
-void WrappedIn::Describe(LoggedCall& call) const
+bool OriginalLent::Find(const LoggedCall& call, IDispatch* argument)
+{
+    const CapeOpenBase& proxy = call.Proxy();
+    if (!argument || !proxy.HandsBackOriginals()) return false;
+    if (IUnknown* behind = proxy.OriginalBehind(argument)) original = QueryForeign<IDispatch>(behind);
+    return original.Get() != nullptr;
+}
+
+void InObject::Describe(LoggedCall& call) const
 {
     if (LogDocument* log = call.Document()) WriteArg(*log, name, true, static_cast<IUnknown*>(pointer));
 }
 
-HRESULT WrappedIn::Prepare(LoggedCall& call) { return pointer && call.Document() ? Replace(call, false) : S_OK; }
+HRESULT InObject::Prepare(LoggedCall& call)
+{
+    original.Find(call, pointer);
+    return S_OK;
+}
+
+HRESULT WrappedIn::Prepare(LoggedCall& call)
+{
+    if (original.Find(call, pointer)) return S_OK;
+    return pointer && call.Document() ? Replace(call, false) : S_OK;
+}
 
 HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 {
@@ -239,11 +257,6 @@ void WrappedArrayOut::Finish(LoggedCall& call, HRESULT& result) const
     const OwnedArray inner(std::exchange(array->parray, nullptr));
     array->vt = VT_EMPTY;
     result = rebuilt;
-}
-
-void InSlot::Describe(LoggedCall& call) const
-{
-    if (LogDocument* log = call.Document()) WriteArg(*log, name, true, static_cast<IUnknown*>(copy));
 }
 
 }  // namespace zelt

@@ -9,6 +9,19 @@
 
 namespace zelt {
 
+// The object behind an argument that is one of our proxies, for the length of a call that goes to where this object came from, in
+// a tree that hands such objects back as they came. A descriptor that has one declares HandsBack.
+class OriginalLent {
+public:
+    // Whether there is one.
+    bool Find(const LoggedCall& call, IDispatch* argument);
+    IDispatch* Get() const { return original.Get(); }
+    void TakeBack() { original = ForeignPtr<IDispatch>(); }
+
+private:
+    ForeignPtr<IDispatch> original;
+};
+
 // A proxy for the length of a call. The callee may hold it longer, but must not take it away by releasing too often.
 class LentProxy {
 public:
@@ -31,19 +44,34 @@ private:
     IDispatch* face = nullptr;
 };
 
-// An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
-struct WrappedIn : NoSteps {
+// An object that goes in as it is. Null goes in as null.
+struct InObject : NoSteps {
     using Parameter = IDispatch*;
+    using HandsBack = void;
     const char* name;
     IDispatch* pointer;
+    OriginalLent original;
+
+    InObject(const char* name, IDispatch* pointer) : name(name), pointer(pointer) {}
+    void Describe(LoggedCall& call) const;
+    [[nodiscard]] HRESULT Prepare(LoggedCall& call);
+    IDispatch* Value() const { return original.Get() ? original.Get() : pointer; }
+    void Release() { original.TakeBack(); }
+};
+
+// An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
+struct WrappedIn : InObject {
     WrapSite site;
     LentProxy wrapper;
 
-    WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : name(name), pointer(pointer), site(site) {}
-    void Describe(LoggedCall& call) const;
+    WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : InObject(name, pointer), site(site) {}
     [[nodiscard]] HRESULT Prepare(LoggedCall& call);
-    IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : pointer; }
-    void Release() { wrapper.TakeBack(); }
+    IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : InObject::Value(); }
+    void Release()
+    {
+        wrapper.TakeBack();
+        InObject::Release();
+    }
 
 protected:
     // Puts a proxy in the object's place.
@@ -119,15 +147,17 @@ struct WrappedArrayOut : NoSteps {
 
 // A pointer to an interface pointer that goes in as it is: the inner pointer is logged, and the callee gets the address of a
 // copy, so that the caller's slot is never written. Null at either level passes as null.
-struct InSlot : NoSteps {
+struct InSlot : InObject {
     using Parameter = IDispatch**;
-    const char* name;
     bool isNull;
-    mutable IDispatch* copy;
+    mutable IDispatch* copy = nullptr;
 
-    InSlot(const char* name, IDispatch** slot) : name(name), isNull(!slot), copy(slot ? *slot : nullptr) {}
-    void Describe(LoggedCall& call) const;
-    IDispatch** Value() const { return isNull ? nullptr : &copy; }
+    InSlot(const char* name, IDispatch** slot) : InObject(name, slot ? *slot : nullptr), isNull(!slot) {}
+    IDispatch** Value() const
+    {
+        copy = InObject::Value();
+        return isNull ? nullptr : &copy;
+    }
 };
 
 }  // namespace zelt

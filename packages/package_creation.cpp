@@ -74,6 +74,8 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
 // The caller's package may disappear meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
 ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
+    // Another program may have changed them. Who opens a log says when they cannot be read.
+    static_cast<void>(options.Load());
     const ForeignPtr<IDispatch> created = CreatePackage(family, package);
     if (!created) Fail(family.nullResult);
     RenamePackage(created.Get(), package.exportedName);
@@ -84,6 +86,7 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
     }
     const ProxyPtr proxy = family.newProxy();
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
+    if (options.handBackOriginals) proxy->HandBackOriginals();
     ComPtr<IDispatch> result;
     const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(result.GetAddressOf()));
     if (FAILED(attached)) throw PackageFailure{kOtherFailure, Widen(ErrorText(attached, nullptr))};

@@ -28,7 +28,7 @@ struct LoggedObjectMaterialContext final : LoggedInterface<ICapeThermoMaterialCo
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return LOGGED(ICapeThermoMaterialContext, SetMaterial, In("material", material), ChangesObject(),
+        return LOGGED(ICapeThermoMaterialContext, SetMaterial, InObject("material", material), ChangesObject(),
                       ErrorIf(!material, Sentence::NullMaterial10));
     }
     STDMETHOD(UnsetMaterial)() override { return LOGGED(ICapeThermoMaterialContext, UnsetMaterial, ChangesObject()); }
@@ -38,7 +38,8 @@ struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, In("material", material), ChangesObject());
+        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, InObject("material", material),
+                                                         ChangesObject());
     }
 };
 

@@ -54,6 +54,7 @@ void CUnitOperation::OpenOwnLog()
     const DocumentHold log =
         OpenRootLog(options, L"unit operation", Widen(kInitialName), "PRAVIK Logged Unit Operation");
     AttachAsRoot(nullptr, log.Get(), kInitialName);
+    if (options.handBackOriginals) HandBackOriginals();
 }
 
 // Initialize, for a simulator that has left out InitNew.

@@ -26,6 +26,7 @@ struct ConnectedIn : WrappedIn {
     {}
     HRESULT Prepare(LoggedCall& call)
     {
+        if (original.Find(call, pointer) || !call.Document()) return S_OK;
         const int portType = port.Type(call);
         const bool makesReadOnly = call.Proxy().IsReadOnly() || port.IsInlet(call);
         if (!pointer) return Leave(call, "NULL pointer");
