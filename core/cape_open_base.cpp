@@ -28,6 +28,12 @@ void CapeOpenBase::Wrap(IUnknown* object)
     wrapped = ForeignPtr<IUnknown>(object);
 }
 
+void CapeOpenBase::Unwrap()
+{
+    for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
+    wrapped = ForeignPtr<IUnknown>();
+}
+
 IUnknown* CapeOpenBase::OriginalBehind(IUnknown* argument) const
 {
     const CapeOpenBase* const top = isRoot ? this : root;

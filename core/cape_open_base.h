@@ -105,6 +105,9 @@ public:
     // Called within `call`, which is useless without the wrapped object: a chance to make it. A failure ends the call.
     [[nodiscard]] virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
 
+    // Called when the object has been initialized, and when it has been terminated.
+    virtual void NoteInitialized(bool) {}
+
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
@@ -127,6 +130,9 @@ protected:
 
     // Takes the wrapped object, for a proxy that exists before its object.
     void Wrap(IUnknown* object);
+    // Lets go of the wrapped object and its interfaces, for a proxy that takes another one. Not while other calls are in progress.
+    void Unwrap();
+    bool IsInOneCallOnly() const { return activeCalls == 1; }
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     const com::InterfaceEntry* Reach(REFIID iid) override;

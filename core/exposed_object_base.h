@@ -36,8 +36,8 @@ struct LoggedUtilities final : LoggedInterface<ICapeUtilities> {
         return LOGGED(ICapeUtilities, put_simulationContext,
                       WrappedIn("context", context, {WrapKind::SimulationContext}), ChangesObject());
     }
-    STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize, NeedsObject()); }
-    STDMETHOD(Terminate)() override { return LOGGED(ICapeUtilities, Terminate); }
+    STDMETHOD(Initialize)() override { return LOGGED(ICapeUtilities, Initialize, NeedsObject(), Initializes(true)); }
+    STDMETHOD(Terminate)() override { return LOGGED(ICapeUtilities, Terminate, Initializes(false)); }
     STDMETHOD(Edit)() override { return LOGGED(ICapeUtilities, Edit, ChangesObject()); }
 };
 
@@ -45,6 +45,9 @@ class ExposedObjectBase : public LoggedProxy {
 protected:
     explicit ExposedObjectBase(const ProxyTraits& traits) : LoggedProxy(traits), utilities(*this) {}
     ~ExposedObjectBase() override = default;
+
+    // Its own, called as an outside caller does.
+    ICapeUtilities& Utilities() { return utilities; }
 
 private:
     LoggedUtilities utilities;

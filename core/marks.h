@@ -17,6 +17,17 @@ struct NeedsObject : Mark, NoSteps {
     }
 };
 
+// The object is initialized, or terminated, when the call has succeeded.
+struct Initializes : Mark, NoSteps {
+    bool isInitialized;
+
+    explicit Initializes(bool isInitialized) : isInitialized(isInitialized) {}
+    void Finish(LoggedCall& call, HRESULT& result) const
+    {
+        if (SUCCEEDED(result)) call.Proxy().NoteInitialized(isInitialized);
+    }
+};
+
 // An error when the condition holds; the call goes on.
 struct ErrorIf : Mark, NoSteps {
     bool condition;

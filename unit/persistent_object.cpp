@@ -87,6 +87,20 @@ bool PersistentObject::IsTaken(const LoggedCall& call, Sentence error) const
     return true;
 }
 
+// Another call that is in progress may be one of the object that would go.
+bool PersistentObject::IsReplaceable() const
+{
+    return Wrapped() && !isLoaded && !isBeingMade && IsInOneCallOnly() && LoadsAfterInitNew();
+}
+
+void PersistentObject::GiveUpObject()
+{
+    // As an outside caller does, so that the log shows it.
+    if (isInitialized) static_cast<void>(Utilities().Terminate());
+    isInitialized = false;
+    Unwrap();
+}
+
 HRESULT PersistentObject::InitNewObject(LoggedCall& call)
 {
     AskPersistence();
@@ -122,6 +136,10 @@ STDMETHODIMP PersistentObject::Persistence::Load(IStream* stream)
     const HRESULT result = com::NoThrow([&] {
         ChangesObject().Describe(call);
         In("pstm", stream).Describe(call);
+        if (owner.IsReplaceable()) {
+            const Making making(owner.isBeingMade);
+            return owner.LoadAgain(call, stream);
+        }
         if (owner.IsTaken(call, Sentence::LoadTwice)) return E_FAIL;
         const Making making(owner.isBeingMade);
         return owner.Load(call, stream);
@@ -222,6 +240,19 @@ HRESULT PersistentObject::Save(LoggedCall& call, IStream* target, BOOL clearDirt
     return E_FAIL;
 }
 
+HRESULT PersistentObject::LoadAgain(LoggedCall& call, IStream* source)
+{
+    call.Say(Sentence::LoadingAfterInitNew);
+    const bool wasInitialized = isInitialized;
+    const CLSID newClass = objectClass;
+    const HRESULT loaded = Load(call, source);
+    // Data that could not be read have changed nothing.
+    if (!isLoaded && Wrapped()) objectClass = newClass;
+    if (FAILED(loaded) || !wasInitialized) return loaded;
+    const HRESULT initialized = Utilities().Initialize();
+    return FAILED(initialized) ? initialized : loaded;
+}
+
 HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
 {
     const auto readError = [&] {
@@ -235,8 +266,10 @@ HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
     if (!memory->Allocate(length)) return E_OUTOFMEMORY;
     if (!ReadAll(source, memory->Data(), length)) return readError();
 
+    if (Wrapped()) GiveUpObject();
     const HRESULT made = MakeObject(call);
     if (FAILED(made)) return made;
+    isLoaded = true;
     AskPersistence();
     memory->BeginReading();
     return LoadObject(call, memory->Stream(), length != 0);

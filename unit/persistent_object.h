@@ -1,7 +1,7 @@
 // PersistentObject: a proxy that saves and loads the object behind it. The simulator's stream contains the class of that object,
 // the length of its data, and the data: the object itself gets a stream in memory (memory_stream.h) and never sees the
 // simulator's. The object may support IPersistStreamInit, or IPersistStream, or neither; the simulator sees only
-// IPersistStreamInit. The derived class decides which object is made for InitNew, and how.
+// IPersistStreamInit. The derived class decides which object is made for InitNew, and how, and whether Load may follow InitNew.
 #pragma once
 
 #include <objidl.h>
@@ -23,6 +23,9 @@ protected:
     // Makes the wrapped object of the class ObjectClass(). A failure has been reported to the user when this returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
 
+    // Whether Load after InitNew makes the wrapped object again, from the saved data.
+    [[nodiscard]] virtual bool LoadsAfterInitNew() const = 0;
+
     // For the derived class, within MakeNew: asks the object for its persistence interface, and calls InitNew if it has one.
     [[nodiscard]] HRESULT InitNewObject(LoggedCall& call);
 
@@ -31,6 +34,8 @@ protected:
 
     // The class of the wrapped object, as saved.
     CLSID& ObjectClass() { return objectClass; }
+
+    void NoteInitialized(bool initialized) override { isInitialized = initialized; }
 
     // Without its object the unit grants all interfaces that it offers; persistence is the unit's own, whatever the object has.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
@@ -65,7 +70,13 @@ private:
     // False, with the reason logged, when there is no object.
     bool HasObject(const LoggedCall& call) const;
     bool IsTaken(const LoggedCall& call, Sentence error) const;
+    // Whether the object is one that Load may replace.
+    bool IsReplaceable() const;
+    // Terminates the object, if it is initialized, and lets go of it. What it has handed out, and what it was given, stays with it.
+    void GiveUpObject();
     [[nodiscard]] HRESULT Load(LoggedCall& call, IStream* source);
+    // In the place of the object that InitNew has made. When that one was initialized, the new one is, too.
+    [[nodiscard]] HRESULT LoadAgain(LoggedCall& call, IStream* source);
     [[nodiscard]] HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
     [[nodiscard]] HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);
     [[nodiscard]] HRESULT SaveObject(LoggedCall& call, IStream* memory, BOOL clearDirty);
@@ -74,6 +85,8 @@ private:
     const CLSID& ownClass;
     CLSID objectClass{};
     bool isBeingMade = false;  // a dialog or a load may let another call in
+    bool isLoaded = false;     // the object comes from Load, not from InitNew
+    bool isInitialized = false;
     Persistence persistence;
     com::InterfaceEntry persist;
     // At most one is filled, right after the object is made.

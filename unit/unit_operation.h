@@ -31,6 +31,7 @@ protected:
 
     HRESULT MakeNew(LoggedCall& call) override;
     HRESULT MakeObject(LoggedCall& call) override;
+    bool LoadsAfterInitNew() const override { return options.loadAfterInitNew; }
 
     // Makes a unit of the class `classId` the wrapped object; when that fails, `error` says why.
     [[nodiscard]] virtual HRESULT CreateInnerUnitOperation(LoggedCall& call, REFCLSID classId, std::string& error);

@@ -40,6 +40,7 @@ enum class Sentence : unsigned char {
     CreatingConfiguredUnit,
     CreatedUnit,
     RemedyByInitNew,
+    LoadingAfterInitNew,
     // Warning
     UnsupportedInterface,
     InterfaceLackedByObject,
@@ -144,6 +145,7 @@ inline constexpr SentenceRow kSentences[] = {
     {Sentence::CreatingConfiguredUnit,     Severity::Info,    Meaning::Remark,    "Automatically creating user configured unit operation: %n"},
     {Sentence::CreatedUnit,                Severity::Info,    Meaning::Remark,    "Created unit operation from CLSID %n"},
     {Sentence::RemedyByInitNew,            Severity::Info,    Meaning::Remark,    "Attempting to remedy by calling InitNew"},
+    {Sentence::LoadingAfterInitNew,        Severity::Info,    Meaning::Remark,    "Load is called after InitNew: replacing the unit operation by one that loads the saved data"},
 
     {Sentence::UnsupportedInterface,       Severity::Warning, Meaning::Remark,    "%n: QueryInterface for unsupported interface %i"},
     {Sentence::InterfaceLackedByObject,    Severity::Warning, Meaning::Remark,    "%n: QueryInterface not returning supported interface %i: object does not expose it (returning E_NOINTERFACE)"},
