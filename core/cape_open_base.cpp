@@ -154,6 +154,7 @@ void CapeOpenBase::FinalRelease()
     // Only now: what the wrapped object itself still holds belongs in the report.
     DropInterfaces();
     wrapped = ForeignPtr<IUnknown>();
+    kept.reset();
 }
 
 void CapeOpenBase::ReportChildren()

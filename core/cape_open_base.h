@@ -97,6 +97,9 @@ public:
     // proxy go to; null otherwise.
     IUnknown* OriginalBehind(IUnknown* argument) const;
 
+    // On a root: lives until its object has been released.
+    void KeepUntilReleased(std::shared_ptr<void> thing) { kept = std::move(thing); }
+
     // Sets the `object` of later entries.
     void Rename(std::string newName) { name = std::move(newName); }
 
@@ -165,6 +168,8 @@ private:
     bool isRoot = false;
     CapeOpenBase* root = nullptr;         // null on the root, and once the root is gone
     std::vector<CapeOpenBase*> children;  // on the root: the tree's other proxies, in order of creation
+
+    std::shared_ptr<void> kept;
 
     InterfaceCache* firstCache = nullptr;
     // The interfaces beyond those of the class that were asked for, and that the wrapped object has.

@@ -3,6 +3,9 @@
 #include <cape-open.h>
 #include <comutil.h>
 
+#include <memory>
+#include <utility>
+
 #include "log/error_description.h"
 #include "guard/foreign_creation.h"
 #include "log/hr_name.h"
@@ -34,31 +37,47 @@ ForeignPtr<I> CreateComponent(REFCLSID clsid, REFIID iid, const wchar_t* failure
     return ForeignPtr<I>(static_cast<I*>(created));
 }
 
-ForeignPtr<IDispatch> PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
-{
-    const ForeignPtr<IUnknown> manager =
-        CreateComponent<IUnknown>(package.classId, family.foreignInterface, family.createManagerFailure);
-    const InitializedManager initialized(manager.Get());
-    if (FAILED(initialized.Result())) {
-        Fail(family.initializeFailure + Widen(ErrorDescription(initialized.Result(), initialized.ErrorSource())));
+// A foreign manager that is initialized for as long as it lives.
+struct OpenManager {
+    OpenManager(const PackageFamily& family, REFCLSID classId)
+        : manager(CreateComponent<IUnknown>(classId, family.foreignInterface, family.createManagerFailure)),
+          initialized(manager.Get())
+    {
+        if (FAILED(initialized.Result())) {
+            Fail(family.initializeFailure + Widen(ErrorDescription(initialized.Result(), initialized.ErrorSource())));
+        }
     }
+
+    ForeignPtr<IUnknown> manager;
+    InitializedManager initialized;
+};
+
+// A package, and the manager that it comes from, if it comes from one.
+struct Created {
+    ForeignPtr<IDispatch> package;
+    std::shared_ptr<OpenManager> manager;
+};
+
+Created PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
+{
+    Created created{{}, std::make_shared<OpenManager>(family, package.classId)};
+    IUnknown* const manager = created.manager->manager.Get();
     const _bstr_t name(package.sourceName.c_str());
-    ForeignPtr<IDispatch> result;
-    const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager.Get(), name, result.Receive()); });
+    const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager, name, created.package.Receive()); });
     // Do not trust a pointer that comes with a failure.
     if (FAILED(got)) {
-        result.Detach();
-        Fail(Widen(ErrorDescription(got, manager.Get())));
+        created.package.Detach();
+        Fail(Widen(ErrorDescription(got, manager)));
     }
-    return result;
+    return created;
 }
 
-ForeignPtr<IDispatch> CreatePackage(const PackageFamily& family, const ExportedPackage& package)
+Created CreatePackage(const PackageFamily& family, const ExportedPackage& package)
 {
     const PackageKindRow* kind = FindPackageKind(package.kind);
     if (!kind || &kind->family != &family) throw PackageFailure{kOtherFailure, L"internal error"};
     if (IsManager(package.kind)) return PackageFromManager(family, package);
-    return CreateComponent<IDispatch>(package.classId, IID_IDispatch, family.standAloneFailure);
+    return {CreateComponent<IDispatch>(package.classId, IID_IDispatch, family.standAloneFailure), {}};
 }
 
 void RenamePackage(IUnknown* package, const std::wstring& exportedName)
@@ -76,7 +95,9 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
 {
     // Another program may have changed them. Who opens a log says when they cannot be read.
     static_cast<void>(options.Load());
-    const ForeignPtr<IDispatch> created = CreatePackage(family, package);
+    Created made = CreatePackage(family, package);
+    if (!options.keepManager) made.manager.reset();
+    const ForeignPtr<IDispatch> created = std::move(made.package);
     if (!created) Fail(family.nullResult);
     RenamePackage(created.Get(), package.exportedName);
 
@@ -86,6 +107,7 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
     }
     const ProxyPtr proxy = family.newProxy();
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
+    proxy->KeepUntilReleased(std::move(made.manager));
     if (options.handBackOriginals) proxy->HandBackOriginals();
     ComPtr<IDispatch> result;
     const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(result.GetAddressOf()));

@@ -37,6 +37,7 @@ struct Script {
     bool fault = false;   // in Initialize
     bool throws = false;  // when the package is requested
     std::vector<std::string> calls;
+    std::vector<std::string> ends;  // the last calls of a manager, and packages that are gone
     std::wstring requested;
     FakePackage* last = nullptr;  // alive while somebody holds it
 };
@@ -92,6 +93,7 @@ private:
         STDMETHOD(Terminate)() override
         {
             script.calls.push_back("Terminate");
+            script.ends.push_back("Terminate");
             return S_OK;
         }
         STDMETHOD(Edit)() override { return E_NOTIMPL; }
@@ -100,6 +102,9 @@ private:
 public:
     // A package that a script could also reach.
     class PackageWithDispatch final : public FakeObject {
+    public:
+        ~PackageWithDispatch() override { script.ends.push_back("package"); }
+
     protected:
         IDispatch* ScriptInterface() override { return Identification(); }
 
@@ -340,6 +345,41 @@ TEST_P(PackageManagerTest, GetsAPackageFromItsManagerAndLetsTheManagerGo)
     EXPECT_NE(first.Get(), package.Get());
 }
 
+TEST_P(PackageManagerTest, KeepsTheManagerAsLongAsItsPackageIfTheUserWantsThat)
+{
+    TheLogOptions().keepManager = true;
+    Export(kind.fromManager, L"Aromatics", kForeignManager);
+    ASSERT_EQ(S_OK, Get(L"Aromatics"));
+    const std::vector<std::string> opened{"Initialize", "get"};
+    EXPECT_EQ(opened, script.calls);
+    // Each package has its own.
+    ComPtr<IDispatch> first = package;
+    ASSERT_EQ(S_OK, Get(L"Aromatics"));
+    EXPECT_EQ((std::vector<std::string>{"Initialize", "get", "Initialize", "get"}), script.calls);
+    script.calls.clear();
+    first.Reset();
+    EXPECT_EQ((std::vector<std::string>{"Terminate", "released"}), script.calls);
+    package.Reset();
+    EXPECT_EQ((std::vector<std::string>{"Terminate", "released", "Terminate", "released"}), script.calls);
+    EXPECT_EQ((std::vector<std::string>{"package", "Terminate", "package", "Terminate"}), script.ends);
+}
+
+TEST_P(PackageManagerTest, KeepsNoManagerThatHasGivenNoPackage)
+{
+    TheLogOptions().keepManager = true;
+    RecordedMessages messages(IDNO);
+    Export(kind.fromManager, L"Aromatics", kForeignManager);
+    const std::vector<std::string> all{"Initialize", "get", "Terminate", "released"};
+    script.get = E_FAIL;
+    EXPECT_EQ(kCreationFailed, Get(L"Aromatics"));
+    EXPECT_EQ(all, script.calls);
+    script = {};
+    script.answersNull = true;
+    EXPECT_EQ(kCreationFailed, Get(L"Aromatics"));
+    EXPECT_EQ(all, script.calls);
+    EXPECT_EQ(2u, messages.All().size());
+}
+
 TEST_P(PackageManagerTest, PackagesThatComeAndGoLeaveNothingBehind)
 {
     Export(kind.fromManager, L"Aromatics", kForeignManager, true);
@@ -350,6 +390,7 @@ TEST_P(PackageManagerTest, PackagesThatComeAndGoLeaveNothingBehind)
             ASSERT_EQ(S_OK, Get(L"Aromatics"));
             package.Reset();
             script.calls.clear();
+            script.ends.clear();
         }
     };
     PlaceLogsAt(TemporaryPath());
