@@ -115,4 +115,16 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
     return result;
 }
 
+HRESULT EditForeignManager(const PackageFamily& family, REFCLSID classId)
+{
+    const OpenManager open(family, classId);
+    const ForeignPtr<ICapeUtilities> utilities = QueryForeign<ICapeUtilities>(open.manager.Get());
+    if (!utilities) return E_NOTIMPL;
+    const HRESULT edited = CallForeign([&] { return utilities->Edit(); });
+    if (FAILED(edited) && edited != E_NOTIMPL) {
+        throw PackageFailure{edited, Widen(ErrorDescription(edited, utilities.Get()))};
+    }
+    return edited;
+}
+
 }  // namespace zelt

@@ -15,4 +15,8 @@ namespace zelt {
 Microsoft::WRL::ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package,
                                                         LogOptions& options);
 
+// Opens the dialog of a foreign manager: creates it, and calls Edit between Initialize and Terminate. E_NOTIMPL for a manager
+// without ICapeUtilities. Throws PackageFailure when the manager cannot be had, and with its own words when Edit fails.
+[[nodiscard]] HRESULT EditForeignManager(const PackageFamily& family, REFCLSID classId);
+
 }  // namespace zelt

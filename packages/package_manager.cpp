@@ -3,6 +3,9 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "com/text.h"
 #include "log/error_description.h"
 #include "system/message_box.h"
@@ -76,6 +79,46 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
         return Raise(static_cast<HRESULT>(ECapeInvalidArgumentHR),
                      L"Package with name \"" + requested + L"\" is not available");
     });
+}
+
+HRESULT PackageManager::Edit()
+{
+    LogOptions& options = TheLogOptions();
+    // Another program may have changed it.
+    static_cast<void>(options.Load());
+    if (!options.forwardManagerEdit) return E_NOTIMPL;
+    // The managers' dialogs let calls in, possibly the caller's last Release.
+    const Microsoft::WRL::ComPtr<IUnknown> hold(this);
+    return com::NoThrow([&] {
+        try {
+            return EditManagers();
+        } catch (const PackageFailure& failure) {
+            return error.Raise(failure.code, failure.description, L"Edit", L"ICapeUtilities");
+        }
+    });
+}
+
+// One after the other, in the order in which the list first names them. S_OK when one has changed something, S_FALSE when all that
+// have a dialog have changed nothing.
+HRESULT PackageManager::EditManagers()
+{
+    // Collected first: the list may change meanwhile.
+    std::vector<CLSID> managers;
+    const ExportedPackageList& list = ServedPackages();
+    for (std::size_t i = 0; i < list.Count(); ++i) {
+        const ExportedPackage& package = list.At(i);
+        if (!Serves(package) || !IsManager(package.kind)) continue;
+        if (std::find(managers.begin(), managers.end(), package.classId) == managers.end()) {
+            managers.push_back(package.classId);
+        }
+    }
+    HRESULT result = E_NOTIMPL;
+    for (const CLSID& manager : managers) {
+        const HRESULT edited = EditForeignManager(family, manager);
+        if (edited == E_NOTIMPL) continue;
+        if (result != S_OK) result = edited;
+    }
+    return result;
 }
 
 HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)

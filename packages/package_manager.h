@@ -31,13 +31,18 @@ private:
         const PackageFamily& family;
     };
     struct UtilitiesPart final : com::DualPart<ICapeUtilities> {
-        using DualPart::DualPart;
+        explicit UtilitiesPart(PackageManager& owner) : DualPart(owner), owner(owner) {}
         STDMETHOD(get_parameters)(IDispatch** parameters) override;
         STDMETHOD(put_simulationContext)(IDispatch*) override { return S_OK; }
         STDMETHOD(Initialize)() override { return S_OK; }
         STDMETHOD(Terminate)() override { return S_OK; }
-        STDMETHOD(Edit)() override { return E_NOTIMPL; }
+        STDMETHOD(Edit)() override { return owner.Edit(); }
+        PackageManager& owner;
     };
+
+    // E_NOTIMPL, unless the user wants it forwarded to the managers that the exported packages come from.
+    [[nodiscard]] HRESULT Edit();
+    [[nodiscard]] HRESULT EditManagers();
 
     bool Serves(const ExportedPackage& package) const;
     [[nodiscard]] HRESULT ListOf(const ExportedPackageList& list, VARIANT* names) const;

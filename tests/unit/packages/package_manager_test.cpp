@@ -26,6 +26,7 @@ namespace {
 
 constexpr CLSID kForeignManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x01}};
 constexpr CLSID kStandAlone = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x02}};
+constexpr CLSID kOtherManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x04}};
 constexpr CLSID kNowhere = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
 
 // What the foreign manager does next, and the calls that it got.
@@ -34,8 +35,10 @@ struct Script {
     HRESULT get = S_OK;
     std::wstring description;
     bool answersNull = false;
-    bool fault = false;   // in Initialize
-    bool throws = false;  // when the package is requested
+    bool fault = false;          // in Initialize
+    bool throws = false;         // when asked for the package
+    std::vector<HRESULT> edits;  // what Edit returns, first to last; then E_NOTIMPL
+    bool lacksUtilities = false;
     std::vector<std::string> calls;
     std::vector<std::string> ends;  // the last calls of a manager, and packages that are gone
     std::wstring requested;
@@ -45,7 +48,11 @@ Script script;
 
 class ForeignManagerFake final : public FakeObject {
 public:
-    ForeignManagerFake() { errorDescription = script.description; }
+    ForeignManagerFake()
+    {
+        errorDescription = script.description;
+        if (script.lacksUtilities) Refuse(__uuidof(ICapeUtilities));
+    }
     ~ForeignManagerFake() override { script.calls.push_back("released"); }
 
 private:
@@ -96,7 +103,14 @@ private:
             script.ends.push_back("Terminate");
             return S_OK;
         }
-        STDMETHOD(Edit)() override { return E_NOTIMPL; }
+        STDMETHOD(Edit)() override
+        {
+            script.calls.push_back("Edit");
+            if (script.edits.empty()) return E_NOTIMPL;
+            const HRESULT result = script.edits.front();
+            script.edits.erase(script.edits.begin());
+            return result;
+        }
     } utilities{*this};
 
 public:
@@ -272,6 +286,7 @@ protected:
 
     static constexpr com::ClassEntry kClasses[] = {
         {kForeignManager, com::CreateDefault<ForeignManagerFake>},
+        {kOtherManager, com::CreateDefault<ForeignManagerFake>},
         {kStandAlone, com::CreateDefault<ForeignManagerFake::PackageWithDispatch>},
     };
     ScratchKey scratch;
@@ -378,6 +393,91 @@ TEST_P(PackageManagerTest, KeepsNoManagerThatHasGivenNoPackage)
     EXPECT_EQ(kCreationFailed, Get(L"Aromatics"));
     EXPECT_EQ(all, script.calls);
     EXPECT_EQ(2u, messages.All().size());
+}
+
+TEST_P(PackageManagerTest, ForwardsEditOnlyIfTheUserWantsThat)
+{
+    Export(kind.fromManager, L"Aromatics", kForeignManager);
+    ComPtr<ICapeUtilities> utilities;
+    ASSERT_EQ(S_OK, manager.As(&utilities));
+    script.edits = {S_OK};
+    EXPECT_EQ(E_NOTIMPL, utilities->Edit());
+    EXPECT_TRUE(script.calls.empty());
+
+    // Stored by another program, as zeltctl does.
+    LogOptions stored;
+    stored.root = TheLogOptions().root;
+    stored.forwardManagerEdit = true;
+    ASSERT_TRUE(stored.Save(LogOption::ForwardManagerEdit));
+    EXPECT_EQ(S_OK, utilities->Edit());
+    EXPECT_EQ((std::vector<std::string>{"Initialize", "Edit", "Terminate", "released"}), script.calls);
+}
+
+TEST_P(PackageManagerTest, ForwardsEditToEachManagerOnce)
+{
+    TheLogOptions().forwardManagerEdit = true;
+    ComPtr<ICapeUtilities> utilities;
+    ASSERT_EQ(S_OK, manager.As(&utilities));
+    Export(kind.alone, L"Alone", kStandAlone);
+    Export(kind.foreign, L"Foreign", kForeignManager);
+    EXPECT_EQ(E_NOTIMPL, utilities->Edit()) << "no manager";
+    EXPECT_TRUE(script.calls.empty());
+
+    Export(kind.fromManager, L"A", kForeignManager);
+    Export(kind.fromManager, L"B", kOtherManager);
+    Export(kind.fromManager, L"C", kForeignManager);
+    struct Case {
+        std::vector<HRESULT> edits;
+        HRESULT result;
+    };
+    const Case cases[] = {
+        {{S_OK, S_OK}, S_OK},
+        {{S_OK, S_FALSE}, S_OK},
+        {{S_FALSE, S_OK}, S_OK},
+        {{S_FALSE, S_FALSE}, S_FALSE},
+        {{E_NOTIMPL, S_OK}, S_OK},
+        {{S_FALSE, E_NOTIMPL}, S_FALSE},
+        {{E_NOTIMPL, E_NOTIMPL}, E_NOTIMPL},
+    };
+    const std::vector<std::string> twice{"Initialize", "Edit", "Terminate", "released",
+                                         "Initialize", "Edit", "Terminate", "released"};
+    for (const Case& each : cases) {
+        script.calls.clear();
+        script.edits = each.edits;
+        EXPECT_EQ(each.result, utilities->Edit());
+        EXPECT_EQ(twice, script.calls);
+    }
+    script = {};
+    script.lacksUtilities = true;
+    EXPECT_EQ(E_NOTIMPL, utilities->Edit());
+    EXPECT_EQ((std::vector<std::string>{"released", "released"}), script.calls);
+}
+
+TEST_P(PackageManagerTest, AFailingEditIsRaisedWithTheManagersWords)
+{
+    TheLogOptions().forwardManagerEdit = true;
+    ComPtr<ICapeUtilities> utilities;
+    ASSERT_EQ(S_OK, manager.As(&utilities));
+    Export(kind.fromManager, L"A", kForeignManager);
+    Export(kind.fromManager, L"B", kOtherManager);
+    script.description = L"The data base is locked";
+    script.edits = {static_cast<HRESULT>(ECapeUnknownHR), S_OK};
+    RecordedMessages messages;
+    EXPECT_EQ(static_cast<HRESULT>(ECapeUnknownHR), utilities->Edit());
+    EXPECT_EQ((std::vector<std::string>{"Initialize", "Edit", "Terminate", "released"}), script.calls);
+    EXPECT_EQ(L"The data base is locked", ErrorText(&ECapeUser::get_description));
+    EXPECT_EQ(L"Edit", ErrorText(&ECapeUser::get_scope));
+    EXPECT_EQ(L"ICapeUtilities", ErrorText(&ECapeUser::get_interfaceName));
+
+    script = {};
+    script.fault = true;
+    EXPECT_EQ(kCreationFailed, utilities->Edit());
+    EXPECT_TRUE(ErrorText(&ECapeUser::get_description).starts_with(kind.initializeFailure));
+    while (ExportedPackages().Count()) ExportedPackages().Remove(0);
+    Export(kind.fromManager, L"Gone", kNowhere);
+    EXPECT_EQ(kCreationFailed, utilities->Edit());
+    EXPECT_EQ(kind.createManagerFailure + L"REGDB_E_CLASSNOTREG", ErrorText(&ECapeUser::get_description));
+    EXPECT_TRUE(messages.All().empty()) << "nobody is asked whether to remove a package";
 }
 
 TEST_P(PackageManagerTest, PackagesThatComeAndGoLeaveNothingBehind)
