@@ -39,8 +39,19 @@ void LoggedCall::End()
 {
     if (!isClosed) document->EndFunc(S_OK, nullptr);
     LeaveCallInProgress(callsBefore);
+    infoBefore = ForeignPtr<IErrorInfo>();
     errorInfo.reset();
     document->LetGo();
+}
+
+void LoggedCall::EndElement(HRESULT logged, IUnknown* errorSource)
+{
+    // What escaped has its own error line, and whoever threw it is asked no questions.
+    const bool isCallees = outcome == Outcome::Failure && logged == forwarded && !hasEscaped;
+    if (!isCallees) return document->EndFunc(logged, errorSource);
+    IErrorInfo* const left = errorInfo ? errorInfo->Kept() : nullptr;
+    // The same object as before the call is an older failure's: held since then, its address cannot be another's.
+    document->EndFailedFunc(logged, errorSource, left == infoBefore.Get() ? nullptr : left);
 }
 
 void LoggedCall::ForgetFailure() noexcept

@@ -101,12 +101,15 @@ public:
     {
         if (outcome == Outcome::Failure) [[unlikely]]
             ForgetFailure();
+        if (document) infoBefore = CurrentErrorInfo();
         HRESULT result;
         try {
             result = Guarded(std::forward<Call>(call));
         } catch (...) {
             result = ResultOfException();
+            hasEscaped = true;
         }
+        forwarded = result;
         outcome = FAILED(result) ? Outcome::Failure : Outcome::Success;
         // What follows may call foreign code; that must not cost the caller the package's error information.
         if (document && FAILED(result)) errorInfo.emplace();
@@ -119,7 +122,7 @@ public:
     [[nodiscard]] HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
     {
         isClosed = true;
-        if (document) document->EndFunc(logged, errorSource);
+        if (document) EndElement(logged, errorSource);
         // The caller gets the error information of the failure that it receives, and none after a success.
         const bool isForwardedFailure = outcome == Outcome::Failure;
         if (isForwardedFailure != FAILED(answer) && outcome != Outcome::None) [[unlikely]]
@@ -141,6 +144,7 @@ private:
     void Open(const char* name);
     void End();
     void* Refuse(HRESULT& failure);
+    void EndElement(HRESULT logged, IUnknown* errorSource);
     [[nodiscard]] HRESULT ResultOfException() noexcept;
     // Drops the error information left by earlier forwarding.
     void ForgetFailure() noexcept;
@@ -151,7 +155,10 @@ private:
     CapeOpenBase& proxy;
     LogDocument* document;
     std::optional<ErrorInfoKeeper> errorInfo;
+    ForeignPtr<IErrorInfo> infoBefore;  // what an older failure had left when the last call was forwarded
+    HRESULT forwarded = S_OK;           // the result of that call
     bool isClosed = false;
+    bool hasEscaped = false;  // something escaped from it or an earlier one
     Outcome outcome = Outcome::None;
     std::size_t callsBefore;  // how many calls were in progress before this one
 };

@@ -24,4 +24,21 @@ inline std::string TakeForeignText(BSTR returned)
     return text;
 }
 
+// The text that `getter` of a foreign object returns; empty when it fails.
+template <class I>
+std::string ForeignText(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*))
+{
+    BSTR raw = nullptr;
+    const HRESULT result = CallForeign([&] { return (object->*getter)(&raw); });
+    return FAILED(result) ? std::string() : TakeForeignText(raw);
+}
+
+// The same of the interface I of `object`; empty when there is none.
+template <class I>
+std::string TextOfInterface(IUnknown* object, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*))
+{
+    const ForeignPtr<I> found = QueryForeign<I>(object);
+    return found ? ForeignText(found.Get(), getter) : std::string();
+}
+
 }  // namespace zelt

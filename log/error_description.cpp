@@ -45,17 +45,6 @@ constexpr const char* kFixedDescriptions[] = {
 constexpr auto kFirstCode = static_cast<unsigned>(ECapeUnknownHR);
 static_assert(kFirstCode + std::size(kFixedDescriptions) - 1 == static_cast<unsigned>(ECapeThrmPropertyNotAvailableHR));
 
-// The text that `getter` of the source's interface I returns; empty when there is none.
-template <class I>
-std::string ForeignText(IUnknown* source, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*))
-{
-    const ForeignPtr<I> error = QueryForeign<I>(source);
-    if (!error) return {};
-    BSTR raw = nullptr;
-    const HRESULT result = CallForeign([&] { return (error.Get()->*getter)(&raw); });
-    return FAILED(result) ? std::string() : TakeForeignText(raw);
-}
-
 }  // namespace
 
 std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept
@@ -63,8 +52,8 @@ std::string ErrorDescription(HRESULT code, IUnknown* source) noexcept
     try {
         const unsigned index = static_cast<unsigned>(code) - kFirstCode;
         if (!source || index >= std::size(kFixedDescriptions)) return SystemText(code);
-        std::string text = ForeignText(source, &ECapeUser::get_description);
-        if (text.empty()) text = ForeignText(source, &ECapeRoot::get_name);
+        std::string text = TextOfInterface(source, &ECapeUser::get_description);
+        if (text.empty()) text = TextOfInterface(source, &ECapeRoot::get_name);
         return text.empty() ? kFixedDescriptions[index] : text;
     } catch (...) {
         return "<out of memory>";
@@ -90,6 +79,16 @@ std::string ErrorText(HRESULT code, IUnknown* source) noexcept
     } catch (...) {
         return "<out of memory>";
     }
+}
+
+ForeignPtr<IErrorInfo> CurrentErrorInfo() noexcept
+{
+    ForeignPtr<IErrorInfo> current;
+    // The object is a package's own; only the system's two functions are called when there is none.
+    if (GetErrorInfo(0, current.Receive()) == S_OK) {
+        AttemptForeign([&current] { SetErrorInfo(0, current.Get()); });
+    }
+    return current;
 }
 
 ErrorInfoKeeper::ErrorInfoKeeper() { GetErrorInfo(0, &kept); }

@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "guard/foreign_call.h"
+
 namespace zelt {
 
 // For a CAPE-OPEN code with a source: the source's own description, else its error's name, else a fixed text. For any
@@ -22,6 +24,9 @@ FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept;
 // Name, colon, blank, description.
 std::string ErrorText(HRESULT code, IUnknown* source) noexcept;
 
+// The thread's error information, which stays where it is; null when there is none.
+ForeignPtr<IErrorInfo> CurrentErrorInfo() noexcept;
+
 // Keeps the thread's error information, which a package set for its caller, during look-ups that may replace it.
 class ErrorInfoKeeper {
 public:
@@ -30,6 +35,7 @@ public:
     ErrorInfoKeeper(const ErrorInfoKeeper&) = delete;
     ErrorInfoKeeper& operator=(const ErrorInfoKeeper&) = delete;
 
+    IErrorInfo* Kept() const { return kept; }
     // Releases the information and restores none.
     void Forget();
 

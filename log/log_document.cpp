@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "com/failure.h"
-#include "log/error_description.h"
+#include "log/failure_detail.h"
 #include "log/log_options.h"
 #include "log/log_text.h"
 #include "system/narrow.h"
@@ -116,13 +116,27 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
     ++depth;
 }
 
+// Foreign code is asked before the entry is put together: none may be half made during a foreign call.
 void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
 {
-    // Ask foreign code for the description first: no entry may be half put together during a foreign call.
-    FailureText failure;
-    if (FAILED(result) && file.IsOpen()) failure = DescribeFailure(result, errorSource);
+    if (SUCCEEDED(result) || !file.IsOpen()) return CloseFunc(nullptr, nullptr);
+    const FailureText failure = DescribeFailure(result, errorSource);
+    CloseFunc(&failure, nullptr);
+}
+
+void LogDocument::EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left)
+{
+    if (!file.IsOpen()) return CloseFunc(nullptr, nullptr);
+    const FailureText failure = DescribeFailure(result, errorSource);
+    const std::optional<FailureDetail> detail = DetailOfFailure(result, errorSource, left, failure);
+    CloseFunc(&failure, detail ? &*detail : nullptr);
+}
+
+void LogDocument::CloseFunc(const FailureText* failure, const FailureDetail* detail)
+{
     const bool isWritten = WriteEntry([&] {
-        if (FAILED(result)) AppendSentence(Sentence::FailedCall, {failure.name, failure.description});
+        if (detail) AppendSentence(detail->sentence, {detail->first, detail->second});
+        if (failure) AppendSentence(Sentence::FailedCall, {failure->name, failure->description});
         Indent(-1);
         entry += "</func>\r\n";
     });

@@ -6,7 +6,7 @@
 #pragma once
 
 #include <windows.h>
-#include <unknwn.h>
+#include <oaidl.h>
 
 #include <cstdint>
 #include <initializer_list>
@@ -20,6 +20,8 @@
 namespace zelt {
 
 struct LogOptions;
+struct FailureDetail;
+struct FailureText;
 
 // A log that was closed: what its user may want to know.
 struct ClosedLog {
@@ -58,6 +60,9 @@ public:
     // comes from `errorSource` (may be null).
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName);
     void EndFunc(HRESULT result, IUnknown* errorSource);
+    // The same for a failure of the callee, which may say more of it than the error line: that comes before the line. `left` is
+    // the error information that it left (may be null).
+    void EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left);
 
     // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
@@ -72,6 +77,7 @@ private:
     void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0);
     // Says that characters of the entry above were dropped; `what` is the warning's name for it.
     void AppendSuppression(const char* what);
+    void CloseFunc(const FailureText* failure, const FailureDetail* detail);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
     // Puts an entry together with `append` and writes it; does nothing once closed. False when the entry is missing.

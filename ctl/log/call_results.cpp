@@ -34,6 +34,26 @@ bool IsBound(const LogEvent& event)
     return found && (found->sentence == Sentence::LowerBound || found->sentence == Sentence::UpperBound);
 }
 
+bool SaysMore(const LogEvent& event)
+{
+    const auto found = event.kind == EventKind::Info ? SentenceOf(event) : std::nullopt;
+    if (!found) return false;
+    switch (found->sentence) {
+        case Sentence::ErrorInformationOf:
+        case Sentence::ErrorInformation:
+        case Sentence::DescriptionOfObject:
+        case Sentence::NameOfError:
+        case Sentence::UnavailableProperty: return true;
+        default: return false;
+    }
+}
+
+bool IsSuppression(const LogEvent& event)
+{
+    const auto found = event.kind == EventKind::Warning ? SentenceOf(event) : std::nullopt;
+    return found && found->sentence == Sentence::CharactersSuppressed;
+}
+
 std::string_view Unquoted(std::string_view value)
 {
     if (value.size() < 2 || value.front() != '"' || value.back() != '"') return value;

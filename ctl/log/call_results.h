@@ -28,6 +28,11 @@ struct CallResult {
 // "Lower bound: 0": a part of an array's value.
 bool IsBound(const LogEvent& event);
 
+// What the callee says of the failure whose line is next; the warning that characters of the entry before were dropped may come
+// between the two.
+bool SaysMore(const LogEvent& event);
+bool IsSuppression(const LogEvent& event);
+
 // The text of a string value, without the quotes that the log puts around it.
 std::string_view Unquoted(std::string_view value);
 

@@ -1,4 +1,4 @@
-// log errors: every error and warning with the call that it concerns.
+// log errors: every error and warning with the call that it concerns, and what the callee said of its failure besides.
 #include <string>
 #include <vector>
 
@@ -32,6 +32,8 @@ public:
 
     void Begin(const LogEvent& event) override
     {
+        const std::string said = detail;
+        if (!IsSuppression(event)) detail = SaysMore(event) ? event.text : std::string_view();
         if (event.kind == EventKind::Call) {
             open.push_back({std::string(event.name), std::string(event.text), event.line, filter.Matches(event)});
             return;
@@ -41,9 +43,9 @@ public:
         if (open.empty() ? filter.Any() : !open.back().matches) return;
         ++found;
         if (asJson) {
-            WriteJson(event, kind);
+            WriteJson(event, kind, said);
         } else {
-            WriteText(event, kind);
+            WriteText(event, kind, said);
         }
     }
     void End(EventKind kind, int) override
@@ -67,16 +69,19 @@ private:
         bool matches;
     };
 
-    void WriteText(const LogEvent& event, MessageKind kind)
+    void WriteText(const LogEvent& event, MessageKind kind, const std::string& said)
     {
         out << event.line << ": " << NameOf(kind);
         if (!open.empty()) out << " in " << open.back().name << " (" << open.back().object << ')';
         out << ": " << event.text << '\n';
+        if (!said.empty()) out << "    " << said << '\n';
     }
-    void WriteJson(const LogEvent& event, MessageKind kind)
+    void WriteJson(const LogEvent& event, MessageKind kind, const std::string& said)
     {
         json.NewLine().BeginObject().Member("line", event.line).Member("kind", NameOf(kind));
-        json.Member("text", event.text).Key("calls").BeginArray();
+        json.Member("text", event.text);
+        if (!said.empty()) json.Member("detail", said);
+        json.Key("calls").BeginArray();
         for (const OpenCall& call : open) {
             json.BeginObject().Member("line", call.line).Member("name", call.name).Member("object", call.object);
             json.EndObject();
@@ -89,6 +94,7 @@ private:
     Output& out;
     JsonWriter json;
     std::vector<OpenCall> open;
+    std::string detail;  // what the callee said last, until the failure that it is about
     long long found = 0;
 };
 

@@ -41,6 +41,11 @@ enum class Sentence : unsigned char {
     CreatedUnit,
     RemedyByInitNew,
     LoadingAfterInitNew,
+    ErrorInformationOf,
+    ErrorInformation,
+    DescriptionOfObject,
+    NameOfError,
+    UnavailableProperty,
     // Warning
     UnsupportedInterface,
     InterfaceLackedByObject,
@@ -146,6 +151,11 @@ inline constexpr SentenceRow kSentences[] = {
     {Sentence::CreatedUnit,                Severity::Info,    Meaning::Remark,    "Created unit operation from CLSID %n"},
     {Sentence::RemedyByInitNew,            Severity::Info,    Meaning::Remark,    "Attempting to remedy by calling InitNew"},
     {Sentence::LoadingAfterInitNew,        Severity::Info,    Meaning::Remark,    "Load is called after InitNew: replacing the unit operation by one that loads the saved data"},
+    {Sentence::ErrorInformationOf,         Severity::Info,    Meaning::Remark,    "Error information: \"%n\" (source: %n)"},
+    {Sentence::ErrorInformation,           Severity::Info,    Meaning::Remark,    "Error information: \"%n\""},
+    {Sentence::DescriptionOfObject,        Severity::Info,    Meaning::Remark,    "Description by the object's ECapeUser: \"%n\""},
+    {Sentence::NameOfError,                Severity::Info,    Meaning::Remark,    "Name by the object's ECapeRoot: \"%n\""},
+    {Sentence::UnavailableProperty,        Severity::Info,    Meaning::Remark,    "Components use 0x80040520 like ECapeThrmPropertyNotAvailableHR: a requested property is not available"},
 
     {Sentence::UnsupportedInterface,       Severity::Warning, Meaning::Remark,    "%n: QueryInterface for unsupported interface %i"},
     {Sentence::InterfaceLackedByObject,    Severity::Warning, Meaning::Remark,    "%n: QueryInterface not returning supported interface %i: object does not expose it (returning E_NOINTERFACE)"},

@@ -115,6 +115,12 @@ TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
     const char* const alias = "redacted-[0-9a-f]{10}";
     const MessageCase cases[] = {
         {EventKind::Info, "Creating Secret", "Creating A"},
+        {EventKind::Info, "Error information: \"Sec\"ret\" (source: Hidden)",
+         "Error information: \"A\" \\(source: A\\)"},
+        {EventKind::Info, "Error information: \"Secret\"", "Error information: \"A\""},
+        {EventKind::Info, "Description by the object's ECapeUser: \"Secret\"",
+         "Description by the object's ECapeUser: \"A\""},
+        {EventKind::Info, "Name by the object's ECapeRoot: \"Secret\"", "Name by the object's ECapeRoot: \"A\""},
         {EventKind::Info, "Object type: CAPE-OPEN version 1.0 Reaction Package",
          "Object type: CAPE-OPEN version 1\\.0 Reaction Package"},
         {EventKind::Error, "Invalid type for argument props: expected VT_ARRAY|VT_BSTR",

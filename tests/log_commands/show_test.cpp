@@ -100,6 +100,34 @@ TEST(LogShow, CountsLinesBeyondSixteenBits)
     EXPECT_EQ("70003: violation: last\n", RunCommand({"log", "errors", log.Path()}).data);
 }
 
+TEST(LogErrors, ShowWhatTheCalleeSaidWithItsFailure)
+{
+    const TemporaryLog log(InLog(
+        "<func name=\"ICapeUtilities::Initialize\" direc=\"in\" object=\"A\">\r\n"
+        " <info value=\"Error information: &quot;no licence&quot; (source: B)\"/>\r\n"
+        " <error value=\"E_FAIL: Unspecified error\"/>\r\n</func>\r\n"
+        "<func name=\"ICapeUtilities::Edit\" direc=\"in\" object=\"A\">\r\n"
+        " <info value=\"Description by the object&apos;s ECapeUser: &quot;no window&quot;\"/>\r\n"
+        "<warning value=\"One or more non-printable characters suppressed in above info string (these cannot be stored "
+        "in XML)\"/>\r\n"
+        " <error value=\"E_NOTIMPL: Not implemented\"/>\r\n</func>\r\n"
+        "<func name=\"ICapeUtilities::Terminate\" direc=\"in\" object=\"A\">\r\n"
+        " <info value=\"Returning S_OK\"/>\r\n <error value=\"object not created\"/>\r\n</func>\r\n"));
+    EXPECT_EQ(
+        "5: failure in ICapeUtilities::Initialize (A): E_FAIL: Unspecified error\n"
+        "    Error information: \"no licence\" (source: B)\n"
+        "10: failure in ICapeUtilities::Edit (A): E_NOTIMPL: Not implemented\n"
+        "    Description by the object's ECapeUser: \"no window\"\n"
+        "14: failure in ICapeUtilities::Terminate (A): object not created\n",
+        RunCommand({"log", "errors", "--no-warnings", log.Path()}).data);
+    const std::string json = RunCommand({"log", "errors", "--json", log.Path()}).data;
+    EXPECT_NE(std::string::npos,
+              json.find("\"text\":\"E_FAIL: Unspecified error\",\"detail\":\"Error information: \\\"no licence\\\" "
+                        "(source: B)\",\"calls\":"))
+        << json;
+    EXPECT_NE(std::string::npos, json.find("\"text\":\"object not created\",\"calls\":")) << json;
+}
+
 TEST(LogShow, ShowsWhatStandsBeforeTheCut)
 {
     const std::string whole = ReadBytes(kConversation);
