@@ -33,8 +33,11 @@ struct ExportedPackage {
     // and the record undefined, when the class identifier or the kind is bad.
     bool Parse(std::string_view multiString);
 
-    // The multi-string, with the five terminators and the final one.
+    // The multi-string, with the five terminators and the final one. Names lose the characters that the code page lacks;
+    // real_names.h keeps them.
     std::string Format() const;
+
+    bool operator==(const ExportedPackage&) const = default;
 };
 
 // Exported names are equal when they differ only in letter case.

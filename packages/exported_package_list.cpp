@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "packages/real_names.h"
 #include "system/configuration_key.h"
 
 namespace zelt {
@@ -24,12 +25,20 @@ PackageIdentity NextIdentity()
     return ++last;
 }
 
-std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, const std::string& name)
+std::unique_ptr<ExportedPackage> ReadPackage(const RegistryKey& key, std::size_t index)
 {
-    const auto stored = key.ReadNarrow(name.c_str(), REG_MULTI_SZ);
+    const auto stored = key.ReadNarrow(ValueName(index).c_str(), REG_MULTI_SZ);
     if (!stored) return nullptr;
     auto package = std::make_unique<ExportedPackage>();
-    return package->Parse(*stored) ? std::move(package) : nullptr;
+    if (!package->Parse(*stored)) return nullptr;
+    ReadRealNames(key, index + 1, *package);
+    return package;
+}
+
+LSTATUS WritePackage(RegistryKey& key, std::size_t index, const ExportedPackage& package)
+{
+    const LSTATUS result = key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, package.Format());
+    return result == ERROR_SUCCESS ? WriteRealNames(key, index + 1, package) : result;
 }
 
 // The highest number of a stored entry. The registry ignores the case of a name's letters.
@@ -70,7 +79,7 @@ void ExportedPackageList::ReadEntries(const RegistryKey& key)
     const int count = std::min(stored, HighestNumber(key));
     for (int index = 0; index < count; ++index) {
         try {
-            if (auto package = ReadPackage(key, ValueName(static_cast<std::size_t>(index)))) {
+            if (auto package = ReadPackage(key, static_cast<std::size_t>(index))) {
                 Append(std::move(package));
                 continue;
             }
@@ -91,7 +100,7 @@ Outcome ExportedPackageList::Save() const
     std::wstring lost = L"the list of packages";
     for (std::size_t index = 0; index < entries.size(); ++index) {
         const ExportedPackage& package = *entries[index].package;
-        const LSTATUS result = key.WriteNarrow(ValueName(index).c_str(), REG_MULTI_SZ, package.Format());
+        const LSTATUS result = WritePackage(key, index, package);
         if (result == ERROR_SUCCESS) continue;
         // A single lost package is named.
         lost = error == ERROR_SUCCESS ? L"the package \"" + package.exportedName + L'"' : L"the list of packages";

@@ -145,6 +145,8 @@ LSTATUS RegistryKey::WriteNarrow(const char* name, DWORD type, std::string_view 
                                      static_cast<DWORD>(value.size()));
 }
 
+LSTATUS RegistryKey::DeleteValue(const wchar_t* name) { return RegDeleteValueW(key, name); }
+
 std::vector<std::wstring> RegistryKey::SubkeyNames() const
 {
     std::vector<std::wstring> names;

@@ -58,6 +58,8 @@ public:
     // Writes `value` with the terminators that its type requires.
     [[nodiscard]] LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
 
+    [[nodiscard]] LSTATUS DeleteValue(const wchar_t* name);
+
     // Leaves out items that cannot be read, but not those after them.
     std::vector<std::wstring> SubkeyNames() const;
     std::vector<std::wstring> ValueNames() const;

@@ -29,16 +29,6 @@ std::wstring NameInManager(const ChosenComponent& manager, const std::string& pa
     throw Refusal("\"" + managerName + "\" has no package \"" + package + "\"; zeltctl discover lists them");
 }
 
-// The registry keeps names in the code page of Windows.
-void CheckStorable(const ExportedPackage& package)
-{
-    ExportedPackage stored;
-    if (!stored.Parse(package.Format()) || stored.sourceName != package.sourceName ||
-        stored.exportedName != package.exportedName) {
-        throw Refusal("a name has characters that the code page of Windows lacks, in which it would be stored");
-    }
-}
-
 }  // namespace
 
 int AddExport(const Arguments& arguments, Streams& streams)
@@ -62,7 +52,6 @@ int AddExport(const Arguments& arguments, Streams& streams)
         throw Refusal("a package is exported as \"" + Utf8(package->exportedName) +
                       "\" already; --name gives it another name");
     }
-    CheckStorable(*package);
     stored.List().Append(std::move(package));
     stored.Save();
     WritePackage(stored.List().At(stored.List().Count() - 1), arguments.Has("--json"), streams.data);

@@ -8,11 +8,11 @@
 namespace zelt::ctl {
 namespace {
 
-std::vector<std::string> TextsOf(const ExportedPackageList& list)
+std::vector<ExportedPackage> CopyOf(const ExportedPackageList& list)
 {
-    std::vector<std::string> texts;
-    for (std::size_t index = 0; index < list.Count(); ++index) texts.push_back(list.At(index).Format());
-    return texts;
+    std::vector<ExportedPackage> copy;
+    for (std::size_t index = 0; index < list.Count(); ++index) copy.push_back(list.At(index));
+    return copy;
 }
 
 }  // namespace
@@ -38,10 +38,10 @@ std::size_t StoredPackages::Find(const std::string& name)
 
 void StoredPackages::Save()
 {
-    const std::vector<std::string> wanted = TextsOf(List());
+    const std::vector<ExportedPackage> wanted = CopyOf(List());
     Require(SavePackages());
     Require(LoadPackages());
-    if (TextsOf(List()) != wanted) throw InputError("the list of packages cannot be written to the registry");
+    if (CopyOf(List()) != wanted) throw InputError("the list of packages cannot be written to the registry");
 }
 
 }  // namespace zelt::ctl

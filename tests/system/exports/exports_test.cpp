@@ -84,6 +84,23 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
         RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
 }
 
+TEST_F(Exports, HaveNamesThatNoCodePageHas)
+{
+    const std::string name =
+        "Pl\xC3\xB6"
+        "cker \xD0\x9E\xD0\xBC \xE6\xB0\xB4";
+    const std::string line =
+        name + "  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n";
+    EXPECT_EQ(line, RunZeltctl({"add", "Sample property package", "--name", name}).data);
+    EXPECT_EQ(line, RunZeltctl({"list"}).data);
+    EXPECT_EQ(0, RunZeltctl({"log", "on", name}).code);
+    const CommandOutcome twice = RunZeltctl({"add", "Sample property package", "--name", name});
+    EXPECT_NE(std::string::npos, twice.messages.find("a package is exported as \"" + name + "\" already"));
+    EXPECT_EQ(name + "  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+              RunZeltctl({"remove", name}).data);
+    EXPECT_EQ("", RunZeltctl({"list"}).data);
+}
+
 struct RefusedCase {
     Words words;
     const char* message;
@@ -107,7 +124,6 @@ TEST_F(Exports, AreRefusedWithOneSentence)
         {{"add", "Sample property package", "--name", "aromatics"}, "a package is exported as \"aromatics\" already"},
         {{"add", "Sample property package", "--name", " \t"}, "--name is blank, or longer than 255 characters"},
         {{"add", "Sample property package", "--name", longName}, "--name is blank, or longer"},
-        {{"add", "Sample property package", "--name", "\xE6\xB0\xB4"}, "characters that the code page of Windows lacks"},
         {{"add", "Sample property package", "--type", "PP2"}, "--type is PP1.1, PP1.0 or RP1.0, not \"PP2\""},
         {{"add", "Sample property package", "--type", "RP1.0"}, "no component \"Sample property package\" is installed"},
         // ZELT's own packages cannot be exported.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "packages/exported_package_list.h"
+#include "system/narrow.h"
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/harness/text_file.h"
 #include "tests/system/served_packages/served_packages.h"
@@ -65,6 +67,26 @@ TEST_P(Simulations, UseAStandAlonePackageUnderItsExportedName)
     EXPECT_NE(std::string::npos, log.find("<info value=\"Creating On its own\"/>\r\n"
                                           "<info value=\"Object type: CAPE-OPEN version 1.1 Physical Property "
                                           "Package\"/>\r\n"));
+}
+
+TEST_P(Simulations, FindAPackageByANameThatNoCodePageHas)
+{
+    const std::wstring name =
+        L"Lee-Kesler-Pl\xF6"
+        L"cker \x421\x43C\x435\x441\x44C \x6C34";
+    Export({{kSampleManager, 0, L"Aromatics", L"plain"}});
+    ExportedPackageList list;
+    ASSERT_TRUE(list.Load());
+    list.At(0).exportedName = name;
+    ASSERT_TRUE(list.Save());
+
+    std::wstring capitals = name;
+    CharUpperW(capitals.data());
+    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), capitals));
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("Packages: " + Narrow(name, CP_UTF8) + '\n')) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("Property package: " + Narrow(name, CP_UTF8) + '\n')) << run.output;
+    EXPECT_NE(std::string::npos, OnlyLog().find("<info value=\"Creating Lee-Kesler-Pl"));
 }
 
 // A package of the older generation and a reaction package, each from its own manager, with all the objects that they
