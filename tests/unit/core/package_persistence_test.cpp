@@ -1,6 +1,4 @@
 // Saving and loading of packages through their proxies: the package has the simulator's own stream, and the log shows each call.
-#include <oleauto.h>
-
 #include "expected_log.h"
 #include "fake_saved_package.h"
 #include "fake_unit.h"
