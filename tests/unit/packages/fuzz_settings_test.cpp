@@ -125,8 +125,8 @@ TEST(FuzzSettings, WholeKeys)
         for (std::uint32_t number = 1; number <= dice.Below(8); ++number) {
             StoreAnything(scratch, dice, (L"Package" + std::to_wstring(number)).c_str(), true);
         }
-        for (const wchar_t* name : {L"NumPackages", L"AutoLogLocation", L"PromptOpenLog", L"PRAVIKUnit", L"KeepManager",
-                                    L"Package"}) {
+        for (const wchar_t* name :
+             {L"NumPackages", L"AutoLogLocation", L"PromptOpenLog", L"PRAVIKUnit", L"KeepManager", L"Package"}) {
             if (!dice.Once(5)) StoreAnything(scratch, dice, name, false);
         }
         ExportedPackageList list(scratch.Root());
