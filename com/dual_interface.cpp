@@ -122,6 +122,7 @@ void DescribeNamed(ITypeInfo* named, DualParameter& parameter)
         case TKIND_DISPATCH:
         case TKIND_COCLASS:
             if (parameter.pointers-- == 0) throw Failure(TYPE_E_UNSUPFORMAT);
+            if (attributes->typekind != TKIND_COCLASS) parameter.iid = attributes->guid;
             parameter.type = VT_UNKNOWN;
             parameter.size = sizeof(void*);
             return;
@@ -149,6 +150,8 @@ void Describe(ITypeInfo* info, const TYPEDESC& type, DualParameter& parameter)
         default:
             parameter.type = value->vt;
             parameter.size = SizeOf(value->vt);
+            if (value->vt == VT_DISPATCH) parameter.iid = IID_IDispatch;
+            if (value->vt == VT_UNKNOWN) parameter.iid = IID_IUnknown;
             // What a pointer leads to may be anything: the pointer is passed on, and not followed.
             if (parameter.size == 0 && parameter.pointers == 0) throw Failure(TYPE_E_UNSUPFORMAT);
     }

@@ -33,6 +33,7 @@ struct DualParameter {
     int pointers = 0;      // that lead from the argument to the value; an interface pointer is itself a value
     std::size_t size = 0;  // of the value, in bytes
     std::shared_ptr<const NamedValues> enumeration;
+    IID iid{};              // of an interface pointer's interface; null where the library names a class
     std::size_t place = 0;  // among the words of the stack behind the object's own
 
     // Where the value is, or the pointer that leads to it, when the words begin at `words`.

@@ -33,6 +33,32 @@ struct DescribedFace {
 
 namespace {
 
+// The words of a call, in which objects that the callee's side knows have taken the place of their proxies, where the user wants
+// that. Holds the objects.
+class HandedBack {
+public:
+    const void* Replace(const CapeOpenBase& proxy, const com::DualMethod& method, const void* words)
+    {
+        if (!proxy.HandsBackOriginals()) return words;
+        const auto* const first = static_cast<void* const*>(words);
+        for (const com::DualParameter& parameter : method.parameters) {
+            if (!parameter.isIn || parameter.pointers > 0 || IsEqualIID(parameter.iid, IID_NULL)) continue;
+            auto* const argument = static_cast<IUnknown*>(first[parameter.place]);
+            IUnknown* const behind = argument ? proxy.OriginalBehind(argument) : nullptr;
+            ForeignPtr<IUnknown> original;
+            if (FAILED(QueryForeign(behind, parameter.iid, reinterpret_cast<void**>(original.Receive())))) continue;
+            if (own.empty()) own.assign(first, first + method.words);
+            own[parameter.place] = original.Get();
+            originals.push_back(std::move(original));
+        }
+        return own.empty() ? words : own.data();
+    }
+
+private:
+    std::vector<void*> own;
+    std::vector<ForeignPtr<IUnknown>> originals;
+};
+
 class DescribedPart final : public PartOnDemand, InterfaceCache {
 public:
     DescribedPart(std::shared_ptr<const com::DualInterface> described, CapeOpenBase& proxy)
@@ -59,8 +85,15 @@ public:
         HRESULT result = S_OK;
         void* const target = call.Resolve(*this, described->iid, result);
         if (!target) return result;
+        HandedBack handedBack;
+        const void* forwarded = words;
+        const HRESULT prepared = com::NoThrow([&] {
+            forwarded = handedBack.Replace(proxy, method, words);
+            return S_OK;
+        });
+        if (FAILED(prepared)) return call.Close(prepared, nullptr);
         const void* const function = (*static_cast<const void* const* const*>(target))[com::kDispatchSlots + number];
-        result = call.Forward([&] { return ZeltCallDual(function, target, words, method.words); });
+        result = call.Forward([&] { return ZeltCallDual(function, target, forwarded, method.words); });
         if (log && SUCCEEDED(result)) com::Attempt([&] { WriteDescribedOutputs(*log, method, words); });
         return call.Close(result, static_cast<IUnknown*>(target));
     }

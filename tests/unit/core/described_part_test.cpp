@@ -9,6 +9,7 @@
 #include "expected_log.h"
 #include "library_rows.h"
 #include "method_call.h"
+#include "parameters/parameter.h"
 #include "proxy_fixture.h"
 
 namespace zelt::test {
@@ -197,6 +198,28 @@ TEST_F(DescribedParts, CatchFaults)
     EXPECT_TRUE(news.ends_with("</func>\n"));
     wrapped->lastAct = {};
     EXPECT_EQ(S_OK, typeInfo->get_GetUnitType(&type));
+}
+
+// With the user's leave, an object that goes back to where it came from goes back as it was.
+TEST_F(DescribedParts, HandBackOriginals)
+{
+    for (const bool handsBack : {false, true}) {
+        wrapped = DynamicFake::Make(L"Wrapped");
+        const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
+        if (handsBack) proxy->HandBackOriginals();
+        // An object of the package, which the simulator has as a proxy.
+        const ComPtr<CParameter> returned(new CParameter);
+        returned->AttachThrough(thing.Get(), Crossing::Outbound, *proxy.Get());
+        const auto requirement = As<ICapePSPResourceRequirement>(proxy);
+        const auto argument = As<ICapePSPResource>(returned);
+        ComPtr<IUnknown> arrived;
+        wrapped->handler = [&](const IncomingCall& call) {
+            (*static_cast<IUnknown**>(call.arguments[0]))->QueryInterface(IID_PPV_ARGS(&arrived));
+            return S_OK;
+        };
+        EXPECT_EQ(S_OK, requirement->SetResource(argument.Get()));
+        EXPECT_EQ(handsBack, arrived.Get() == static_cast<IUnknown*>(thing.Get()));
+    }
 }
 
 TEST_F(DescribedParts, WarnOfANullOutput)

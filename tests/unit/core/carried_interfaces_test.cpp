@@ -1,0 +1,124 @@
+// What objects in the field offer beyond the interfaces of their kind, each at the proxy where a program asks for it.
+#include "dynamic_fake.h"
+#include "interface_shape.h"
+#include "proxy_classes.h"
+#include "proxy_fixture.h"
+
+namespace zelt::test {
+namespace {
+
+struct Scene {
+    const char* name;
+    const char* proxyClass;
+    std::vector<const char*> interfaces;
+};
+
+void PrintTo(const Scene& scene, std::ostream* out) { *out << scene.name; }
+
+// clang-format off
+const Scene kScenes[] = {
+    // Without the typed interface on the parameter itself a simulator never makes the unit's connectors.
+    {"a parameter that is its own specification", "CParameter",
+     {"ICapeParameterSpec", "ICapeRealParameterSpec", "ICapeIntegerParameterSpec", "ICapeOptionParameterSpec",
+      "ICapeBooleanParameterSpec", "ICapeArrayParameterSpec"}},
+    {"a package of the older generation that calculates by itself", "CPropertyPackage10",
+     {"ICapeThermoCalculationRoutine", "ICapeThermoEquilibriumServer", "ICapeThermoReliability",
+      "ICapeThermoPetroFractions"}},
+    // Components ignore a context without it, and their messages never arrive.
+    {"a context that says what it is", "CSimulationContext", {"ICapeSimulationContext"}},
+    {"a stream that is a material of both generations and a server of equilibria", "CMaterialObject",
+     {"ICapeThermoMaterial", "ICapeThermoMaterialObject", "ICapeThermoEquilibriumServer", "ICapeThermoPetroFractions",
+      "ICapeUtilities"}},
+    {"a unit operation that names its type", "CUnitOperation", {"ICapeUnitTypeInfo"}},
+    {"a package of both generations", "CPropertyPackage11", {"ICapeThermoPropertyPackage", "ICapeThermoReliability"}},
+    {"a port whose variables are named", "CUnitPort", {"ICapeUnitPortVariables"}},
+};
+// clang-format on
+
+class CarriedInterfaces : public ProxyFixture {};
+
+class Scenes : public ProxyFixture, public testing::WithParamInterface<Scene> {
+protected:
+    // A proxy of the scene's class; the first one has the log.
+    ComPtr<CapeOpenBase> MakeFor(DynamicFake& object, bool logged)
+    {
+        const ProxyClass& proxyClass = FindProxyClass(GetParam().proxyClass);
+        const bool isRoot = proxyClass.origin == Origin::Root;
+        if (!isRoot) owners.push_back(MakeProxy(DynamicFake::Make(L"Owner").Get(), logged));
+        ComPtr<CapeOpenBase> proxy = proxyClass.make(ThermoVersion::Unset);
+        Attach(proxyClass, *proxy.Get(), &object, logged ? document : nullptr, isRoot ? nullptr : owners.back().Get());
+        return proxy;
+    }
+
+    std::vector<ComPtr<CPropertyPackage11>> owners;
+};
+
+INSTANTIATE_TEST_SUITE_P(InTheField, Scenes, testing::ValuesIn(kScenes),
+                         [](const auto& scene) { return std::string(scene.param.proxyClass); });
+
+TEST_P(Scenes, FindTheirInterfaces)
+{
+    const auto object = DynamicFake::Make(L"Thing");
+    const ComPtr<CapeOpenBase> proxy = MakeFor(*object.Get(), true);
+    const std::size_t before = Written().size();
+    for (const char* name : GetParam().interfaces) {
+        SCOPED_TRACE(name);
+        const InterfaceShape* shape = ShapeNamed(name);
+        ASSERT_NE(nullptr, shape);
+        ComPtr<IUnknown> found;
+        EXPECT_EQ(S_OK, proxy->QueryInterface(shape->iid, reinterpret_cast<void**>(found.GetAddressOf())));
+        EXPECT_EQ("", Written().substr(before)) << "a granted query writes nothing";
+        // The object decides.
+        const auto without = DynamicFake::Make(L"Thing");
+        without->Refuse(shape->iid);
+        const ComPtr<CapeOpenBase> poorer = MakeFor(*without.Get(), false);
+        EXPECT_EQ(E_NOINTERFACE, poorer->QueryInterface(shape->iid, reinterpret_cast<void**>(found.GetAddressOf())));
+    }
+    // The log is open, and a refused query would be in it.
+    ComPtr<IUnknown> none;
+    EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(IID_IMarshal, reinterpret_cast<void**>(none.GetAddressOf())));
+    EXPECT_NE("", Written().substr(before));
+}
+
+// The rows of the specification serve the parameter: outputs, order and names are theirs.
+TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
+{
+    const auto object = DynamicFake::Make(L"Pressure");
+    const ComPtr<CPropertyPackage11> owner = MakeProxy(DynamicFake::Make(L"Owner").Get());
+    const ComPtr<CParameter> parameter(new CParameter);
+    parameter->AttachThrough(object.Get(), Crossing::Outbound, *owner.Get());
+    const auto specification = As<ICapeRealParameterSpec>(parameter);
+    object->handler = [](const IncomingCall& call) {
+        **static_cast<double**>(call.arguments[0]) = 2.5;
+        return S_OK;
+    };
+    const std::size_t before = Written().size();
+    double bound = 0;
+    EXPECT_EQ(S_OK, specification->get_LowerBound(&bound));
+    EXPECT_EQ(2.5, bound);
+    EXPECT_EQ(Func("ICapeRealParameterSpec::get_LowerBound",
+                   " <arg name=\"lBound\" direc=\"out\" type=\"double\">\n  <argval value=\"2.5\"/>\n </arg>\n", "in",
+                   "Pressure"),
+              Written().substr(before));
+}
+
+// A context's message reaches the simulator, and the log, whichever interface a component asked for first.
+TEST_F(CarriedInterfaces, OfAContextLeadToItsMessages)
+{
+    const auto object = DynamicFake::Make(L"Simulator");
+    const ComPtr<CPropertyPackage11> owner = MakeProxy(DynamicFake::Make(L"Owner").Get());
+    const ComPtr<CSimulationContext> context(new CSimulationContext);
+    context->AttachThrough(object.Get(), Crossing::Inbound, *owner.Get());
+    const auto marked = As<ICapeSimulationContext>(context);
+    const auto diagnostic = As<ICapeDiagnostic>(marked);
+    object->handler = [](const IncomingCall&) { return S_OK; };
+    object->calls.clear();
+    const _bstr_t message(L"converged");
+    EXPECT_EQ(S_OK, diagnostic->LogMessage(message));
+    ASSERT_EQ(1u, object->calls.size());
+    EXPECT_EQ("LogMessage", object->calls[0].method->name);
+    EXPECT_NE(std::string::npos, Written().find("<func name=\"ICapeDiagnostic::LogMessage\" direc=\"out\""));
+}
+
+}  // namespace
+}  // namespace zelt::test
