@@ -6,7 +6,9 @@
 #include <iterator>
 #include <new>
 #include <optional>
+#include <utility>
 
+#include "system/class_obstacle.h"
 #include "system/registry_view.h"
 #include "system/guid_text.h"
 
@@ -49,16 +51,27 @@ ComponentInfo Describe(const RegistryRoot& root, const std::wstring& path, const
     return info;
 }
 
-// A class of the other width serves this process only from a program of its own, and an entry in the own view takes precedence.
-bool UsableFromOtherView(const ClassSources& sources, const std::wstring& path)
+// Where a class is registered.
+struct Places {
+    const RegistryRoot* own = nullptr;
+    const RegistryRoot* other = nullptr;
+};
+
+Places PlacesOf(const ClassSources& sources, const std::wstring& path)
 {
-    return Exists(sources.other, path + L"\\LocalServer32") && !Exists(sources.own, path);
+    Places places;
+    for (const RegistryRoot* root : {&sources.own, &sources.ownOfUser}) {
+        if (!places.own && root->key && Exists(*root, path)) places.own = root;
+    }
+    for (const RegistryRoot* root : {&sources.other, &sources.otherOfUser}) {
+        if (!places.other && root->key && Exists(*root, path)) places.other = root;
+    }
+    return places;
 }
 
-using Results = std::vector<std::vector<ComponentInfo>>;
-
-void Examine(const RegistryRoot& root, const std::wstring& identity, std::span<const ComponentSearch> searches,
-             Results& results)
+// Examines the classes that a process knows from `root`, a member of `sources`.
+void Examine(const ClassSources& sources, const RegistryRoot& root, const std::wstring& identity,
+             std::span<const ComponentSearch> searches, FoundComponents& found)
 {
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
     // Keys below one that may not be opened could still be opened directly.
@@ -68,32 +81,36 @@ void Examine(const RegistryRoot& root, const std::wstring& identity, std::span<c
     CLSID classId;
     if (FAILED(CLSIDFromString(identity.c_str(), &classId))) return;
     std::optional<ComponentInfo> info;
+    Places places;
     for (const std::wstring& category : categories.SubkeyNames()) {
         for (std::size_t index = 0; index < searches.size(); ++index) {
             if (_wcsicmp(category.c_str(), searches[index].category) != 0) continue;
             if (classId == searches[index].leftOut) continue;
-            if (!info) info = Describe(root, path, identity, classId);
-            results[index].push_back(*info);
+            if (!info) {
+                places = PlacesOf(sources, path);
+                info = Describe(root, path, identity, classId);
+                info->obstacle = ObstacleOf(places.own, places.other, path);
+            }
+            // Each class is listed once, from the first of its places.
+            if ((places.own ? places.own : places.other) != &root) continue;
+            const bool isUnreachable = !places.own && !info->obstacle.empty();
+            (isUnreachable ? found.ofOtherWidth : found.lists)[index].push_back(*info);
         }
     }
 }
 
 Outcome NotSearched(const wchar_t* text) { return Outcome::Failed(text, L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST); }
 
-Outcome Search(std::span<const ComponentSearch> searches, const ClassSources& sources, Results& results)
+Outcome Search(std::span<const ComponentSearch> searches, const ClassSources& sources, FoundComponents& found)
 {
-    RegistryKey classes;
-    if (classes.Open(sources.own, kClasses) != ERROR_SUCCESS) {
-        return NotSearched(L"Failed to open HKEY_CLASSES_ROOT\\CLSID");
-    }
-    for (const std::wstring& identity : classes.SubkeyNames()) {
-        if (identity.size() <= kLongestName) Examine(sources.own, identity, searches, results);
-    }
-    if (!sources.other.key || classes.Open(sources.other, kClasses) != ERROR_SUCCESS) return {};
-    for (const std::wstring& identity : classes.SubkeyNames()) {
-        if (identity.size() > kLongestName) continue;
-        if (UsableFromOtherView(sources, std::wstring(kClasses) + L'\\' + identity)) {
-            Examine(sources.other, identity, searches, results);
+    for (const RegistryRoot* root : {&sources.own, &sources.ownOfUser, &sources.other, &sources.otherOfUser}) {
+        RegistryKey classes;
+        if (root->key && classes.Open(*root, kClasses) == ERROR_SUCCESS) {
+            for (const std::wstring& identity : classes.SubkeyNames()) {
+                if (identity.size() <= kLongestName) Examine(sources, *root, identity, searches, found);
+            }
+        } else if (root == &sources.own) {
+            return NotSearched(L"Failed to open HKEY_CLASSES_ROOT\\CLSID");
         }
     }
     return {};
@@ -103,9 +120,17 @@ Outcome Search(std::span<const ComponentSearch> searches, const ClassSources& so
 
 ClassSources InstalledClasses()
 {
-    ClassSources sources = {{HKEY_CLASSES_ROOT, OwnView()}, {nullptr, 0}};
+    // Stays open as long as the process runs.
+    static const RegistryKey ofUser = [] {
+        RegistryKey key;
+        static_cast<void>(key.Open({}, L"Software\\Classes"));
+        return key;
+    }();
+    ClassSources sources = {{HKEY_CLASSES_ROOT, OwnView()}, {nullptr, 0}, {ofUser.Get(), OwnView()}};
     for (const REGSAM view : RegistryViews()) {
-        if (view != OwnView()) sources.other = {HKEY_CLASSES_ROOT, view};
+        if (view == OwnView()) continue;
+        sources.other = {HKEY_CLASSES_ROOT, view};
+        sources.otherOfUser = {ofUser.Get(), view};
     }
     return sources;
 }
@@ -114,18 +139,21 @@ std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSour
 {
     const std::wstring identity = GuidText(classId);
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
-    if (Exists(sources.own, path)) return Describe(sources.own, path, identity, classId);
-    if (sources.other.key && UsableFromOtherView(sources, path)) {
-        return Describe(sources.other, path, identity, classId);
-    }
-    return {};
+    const Places places = PlacesOf(sources, path);
+    if (!places.own && !places.other) return {};
+    std::wstring obstacle = ObstacleOf(places.own, places.other, path);
+    if (!places.own && !obstacle.empty()) return {};
+    ComponentInfo info = Describe(places.own ? *places.own : *places.other, path, identity, classId);
+    info.obstacle = std::move(obstacle);
+    return info;
 }
 
 FoundComponents FindComponents(std::span<const ComponentSearch> searches, const ClassSources& sources)
 {
-    FoundComponents found = {Results(searches.size()), {}};
+    using Lists = std::vector<std::vector<ComponentInfo>>;
+    FoundComponents found = {Lists(searches.size()), {}, Lists(searches.size())};
     try {
-        found.outcome = Search(searches, sources, found.lists);
+        found.outcome = Search(searches, sources, found);
     } catch (const std::bad_alloc&) {
         found.outcome = NotSearched(L"Out of memory");
     }

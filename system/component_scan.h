@@ -16,8 +16,9 @@ inline constexpr wchar_t kUnitOperationCategory[] = L"{678c09a5-7d66-11d2-a67d-0
 
 struct ComponentInfo {
     CLSID classId;
-    std::wstring displayName;  // with the description if there is one
-    std::wstring name;         // without it
+    std::wstring displayName;    // with the description if there is one
+    std::wstring name;           // without it
+    std::wstring obstacle = {};  // why this process cannot use it; empty when nothing is known against it
 };
 
 struct ComponentSearch {
@@ -26,10 +27,13 @@ struct ComponentSearch {
 };
 
 // Where classes are registered. On 64-bit Windows a process reads the classes of its own width. It can also use those that only
-// the other view has, as long as the class is a program of its own and not a DLL of the other width.
+// the other view has, as long as the class is a program of its own and not a DLL of the other width. The user's own classes are
+// searched for what the machine's lack: HKEY_CLASSES_ROOT does not show them everywhere.
 struct ClassSources {
     RegistryRoot own;
     RegistryRoot other;  // without a key when there is one view
+    RegistryRoot ownOfUser = {nullptr, 0};
+    RegistryRoot otherOfUser = {nullptr, 0};
 };
 
 ClassSources InstalledClasses();
@@ -42,6 +46,8 @@ struct FoundComponents {
     std::vector<std::vector<ComponentInfo>> lists;
     // Fails when the registered classes cannot be read, or memory does not suffice; the lists are then incomplete.
     Outcome outcome;
+    // For each search, what is registered for the other width only: each has an obstacle, as may have those of `own` in `lists`.
+    std::vector<std::vector<ComponentInfo>> ofOtherWidth = {};
 };
 
 FoundComponents FindComponents(std::span<const ComponentSearch> searches,

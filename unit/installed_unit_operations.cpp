@@ -12,7 +12,8 @@ const InstalledUnits& InstalledUnitOperations()
     static const InstalledUnits installed = [] {
         const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
         FoundComponents components = FindComponents(search);
-        return InstalledUnits{std::move(components.lists.front()), std::move(components.outcome)};
+        return InstalledUnits{std::move(components.lists.front()), std::move(components.outcome),
+                              std::move(components.ofOtherWidth.front())};
     }();
     return installed;
 }

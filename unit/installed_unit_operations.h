@@ -9,7 +9,8 @@ namespace zelt {
 
 struct InstalledUnits {
     std::vector<ComponentInfo> found;
-    Outcome outcome;  // of the search
+    Outcome outcome;                               // of the search
+    std::vector<ComponentInfo> ofOtherWidth = {};  // those that this process cannot use
 };
 
 // All except the program's own. Searched for once per process, on the first request.

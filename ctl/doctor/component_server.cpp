@@ -6,11 +6,11 @@
 
 #include "system/component_scan.h"
 #include "ctl/doctor/installation.h"
-#include "ctl/doctor/program_width.h"
 #include "ctl/exports/session.h"
 #include "registration/library_facts.h"
 #include "registration/registrar.h"
 #include "system/guid_text.h"
+#include "system/program_width.h"
 
 namespace zelt::ctl {
 namespace {

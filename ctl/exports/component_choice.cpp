@@ -44,18 +44,22 @@ ChosenComponent ChooseComponent(const std::string& word, bool manager, const std
     const auto rows = PackageKindRows();
     const FoundComponents components = FindPackageComponents(rows);
     Require(components.outcome);
-    const auto& found = components.lists;
     std::vector<ChosenComponent> meant;
     bool otherSort = false;
+    std::wstring obstacle;
     for (std::size_t index = 0; index < rows.size(); ++index) {
         const PackageKind kind = rows[index].kind;
         if (type && !SameType(kind, Wide(*type))) continue;
-        for (const ComponentInfo& component : found[index]) {
-            if (!Means(Wide(word), component)) continue;
-            if (IsManager(kind) == manager) {
-                meant.push_back({kind, component});
-            } else {
-                otherSort = true;
+        for (const auto* list : {&components.lists[index], &components.ofOtherWidth[index]}) {
+            for (const ComponentInfo& component : *list) {
+                if (!Means(Wide(word), component)) continue;
+                if (!component.obstacle.empty()) {
+                    obstacle = component.obstacle;
+                } else if (IsManager(kind) == manager) {
+                    meant.push_back({kind, component});
+                } else {
+                    otherSort = true;
+                }
             }
         }
     }
@@ -65,6 +69,7 @@ ChosenComponent ChooseComponent(const std::string& word, bool manager, const std
     if (!meant.empty()) return meant.front();
     if (otherSort && manager) throw Refusal("\"" + word + "\" is a package itself, and no manager of packages");
     if (otherSort) throw Refusal("\"" + word + "\" is a manager; say which of its packages");
+    if (!obstacle.empty()) throw Refusal("\"" + word + "\" cannot be exported: " + Utf8(obstacle));
     throw Refusal("no component \"" + word + "\" is installed that can be exported; zeltctl discover lists them");
 }
 

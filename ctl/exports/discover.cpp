@@ -1,4 +1,5 @@
-// discover: what the dialog for exporting a package lists, with every manager opened, and the unit operations.
+// discover: what the dialog for exporting a package lists, with every manager opened, and the unit operations; with the reason for
+// each that cannot be used.
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,7 +37,9 @@ public:
     void Heading(const wchar_t* text) { streams.data << Utf8(text) << '\n'; }
     void Component(const ComponentInfo& component, const PackageKindRow*, const std::optional<Packages>& packages)
     {
-        streams.data << "  " << Utf8(component.displayName) << ' ' << Utf8(GuidText(component.classId)) << '\n';
+        streams.data << "  " << Utf8(component.displayName) << ' ' << Utf8(GuidText(component.classId));
+        if (!component.obstacle.empty()) streams.data << " - cannot be used: " << Utf8(component.obstacle);
+        streams.data << '\n';
         if (!packages) return;
         for (const std::wstring& name : packages->names) streams.data << "    " << Utf8(name) << '\n';
         for (const std::string& failure : packages->failures) {
@@ -61,6 +64,7 @@ public:
         if (row) json.Member("kind", static_cast<long long>(row->kind));
         json.Member("class", Utf8(GuidText(component.classId))).Member("name", Utf8(component.name));
         json.Member("displayName", Utf8(component.displayName));
+        if (!component.obstacle.empty()) json.Member("obstacle", Utf8(component.obstacle));
         if (packages) {
             json.Key("packages").BeginArray();
             for (const std::wstring& name : packages->names) json.String(Utf8(name));
@@ -81,6 +85,12 @@ private:
     JsonWriter json;
 };
 
+std::vector<ComponentInfo> Joined(std::vector<ComponentInfo> first, const std::vector<ComponentInfo>& second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 template <class Report>
 int Discover(bool askManagers, Report report)
 {
@@ -88,20 +98,22 @@ int Discover(bool askManagers, Report report)
     const auto rows = PackageKindRows();
     const FoundComponents components = FindPackageComponents(rows);
     Require(components.outcome);
-    const auto& found = components.lists;
     for (std::size_t index = 0; index < rows.size(); ++index) {
-        if (!found[index].empty()) report.Heading(rows[index].heading);
-        for (const ComponentInfo& component : found[index]) {
+        const std::vector<ComponentInfo> found = Joined(components.lists[index], components.ofOtherWidth[index]);
+        if (!found.empty()) report.Heading(rows[index].heading);
+        for (const ComponentInfo& component : found) {
             std::optional<Packages> packages;
-            if (askManagers && IsManager(rows[index].kind)) packages = AskManager(rows[index].kind, component);
+            const bool isAsked = askManagers && IsManager(rows[index].kind) && component.obstacle.empty();
+            if (isAsked) packages = AskManager(rows[index].kind, component);
             if (packages && !packages->failures.empty()) result = kFinding;
             report.Component(component, &rows[index], packages);
         }
     }
     const InstalledUnits& units = InstalledUnitOperations();
     Require(units.outcome);
-    if (!units.found.empty()) report.Heading(L"Unit operations");
-    for (const ComponentInfo& unit : units.found) report.Component(unit, nullptr, {});
+    const std::vector<ComponentInfo> found = Joined(units.found, units.ofOtherWidth);
+    if (!found.empty()) report.Heading(L"Unit operations");
+    for (const ComponentInfo& unit : found) report.Component(unit, nullptr, {});
     report.Finish();
     return result;
 }

@@ -72,6 +72,9 @@ bool CAddPackageDlg::OnNotify(const NMHDR& header, LRESULT& answer)
                                                   [this](const std::wstring& text) { ShowFailure(text); });
             return true;
         }
+        case NM_CUSTOMDRAW:
+            answer = ComponentTree::Draw(reinterpret_cast<NMTVCUSTOMDRAW&>(const_cast<NMHDR&>(header)));
+            return true;
         case NM_DBLCLK: {
             if (!components.Selected()) return false;
             PostMessageW(Window(), WM_COMMAND, IDOK, 0);

@@ -15,21 +15,40 @@ void ComponentTree::Attach(HWND treeView, HIMAGELIST images)
 Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources)
 {
     FoundComponents components = FindPackageComponents(kinds, sources);
-    const auto& found = components.lists;
     for (std::size_t index = 0; index < kinds.size(); ++index) {
-        if (found[index].empty()) continue;
-        const PackageKindRow& row = kinds[index];
-        const HTREEITEM heading = InsertHeading(row.heading);
-        for (const ComponentInfo& component : found[index]) {
-            Insert(heading, component.displayName, ImageOfComponent(row.kind),
-                   {{row.kind, component.classId, component.name}, IsManager(row.kind)});
-        }
+        if (components.lists[index].empty() && components.ofOtherWidth[index].empty()) continue;
+        const HTREEITEM heading = InsertHeading(kinds[index].heading);
+        InsertComponents(heading, kinds[index].kind, components.lists[index]);
+        InsertComponents(heading, kinds[index].kind, components.ofOtherWidth[index]);
         TreeView_Expand(tree, heading, TVE_EXPAND);
     }
-    if (found.empty() || nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");
+    if (nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");
     TreeView_SelectItem(tree, TreeView_GetRoot(tree));
     TreeView_EnsureVisible(tree, TreeView_GetRoot(tree));
     return std::move(components.outcome);
+}
+
+void ComponentTree::InsertComponents(HTREEITEM heading, PackageKind kind, std::span<const ComponentInfo> components)
+{
+    for (const ComponentInfo& component : components) {
+        const bool isUsable = component.obstacle.empty();
+        const std::wstring label =
+            isUsable ? component.displayName : component.displayName + L" - " + component.obstacle;
+        Insert(heading, label, ImageOfComponent(kind),
+               {{kind, component.classId, component.name}, IsManager(kind) && isUsable, isUsable});
+    }
+}
+
+LRESULT ComponentTree::Draw(NMTVCUSTOMDRAW& drawing)
+{
+    if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+    const auto* node = reinterpret_cast<const Node*>(drawing.nmcd.lItemlParam);
+    // The colours of a selection are a pair.
+    const bool isSelected = (drawing.nmcd.uItemState & CDIS_SELECTED) != 0;
+    if (drawing.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && node && !node->isUsable && !isSelected) {
+        drawing.clrText = GetSysColor(COLOR_GRAYTEXT);
+    }
+    return CDRF_DODEFAULT;
 }
 
 bool ComponentTree::PrepareExpansion(HTREEITEM item, const ListingFailure& failed)
@@ -49,7 +68,7 @@ bool ComponentTree::PrepareExpansion(HTREEITEM item, const ListingFailure& faile
 const ComponentTree::Package* ComponentTree::Selected() const
 {
     const Node* node = NodeOf(TreeView_GetSelection(tree));
-    return node && !node->isManager ? &node->package : nullptr;
+    return node && !node->isManager && node->isUsable ? &node->package : nullptr;
 }
 
 HTREEITEM ComponentTree::InsertHeading(const wchar_t* text)

@@ -1,5 +1,6 @@
 // The tree of the add-package dialog: the installed components below a heading for each kind, and below each manager its
-// packages, which the tree requests when the manager is first expanded. Owns the data of its items, not the tree view.
+// packages, which the tree requests when the manager is first expanded. A component that this process cannot use is greyed, with the
+// reason. Owns the data of its items, not the tree view.
 #pragma once
 
 #include <windows.h>
@@ -28,10 +29,13 @@ public:
     // The caller shows what could not be searched.
     Outcome Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources);
 
+    // Greys what cannot be used. The answer to the tree view's NM_CUSTOMDRAW.
+    static LRESULT Draw(NMTVCUSTOMDRAW& drawing);
+
     // Call before an item is expanded. False when there is nothing to show below it.
     bool PrepareExpansion(HTREEITEM item, const ListingFailure& failed);
 
-    // The selected package; null when a heading, a manager or nothing is selected.
+    // The selected package; null when a heading, a manager, what cannot be used, or nothing is selected.
     const Package* Selected() const;
     bool HasComponents() const { return !nodes.empty(); }
 
@@ -39,8 +43,10 @@ private:
     struct Node {
         Package package;
         bool isManager;
+        bool isUsable = true;
     };
     HTREEITEM InsertHeading(const wchar_t* text);
+    void InsertComponents(HTREEITEM heading, PackageKind kind, std::span<const ComponentInfo> components);
     HTREEITEM Insert(HTREEITEM parent, const std::wstring& label, int image, Node node);
     const Node* NodeOf(HTREEITEM item) const;
 

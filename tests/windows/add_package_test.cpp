@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "res/resource.h"
+#include "system/registry_view.h"
 #include "packages/exported_package_list.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
@@ -110,6 +111,36 @@ TEST_F(AddPackage, OkWantsAPackageAndAName)
     EXPECT_EQ(L"Sample property package", ExportName());
     SendDlgItemMessageW(dialog, kExportName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"  "));
     EXPECT_TRUE(WaitUntil([&] { return !OkEnabled(); }));
+    Press(IDCANCEL);
+    EXPECT_EQ(0, list->Count());
+}
+
+TEST_F(AddPackage, GreysWhatTheOtherWidthAloneCanUseWithTheReason)
+{
+    if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
+    Press(IDCANCEL);
+    components.AddForOtherWidth(L"{7E57BBBB-0000-0000-0000-000000000003}", L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+                                L"Wide package");
+    components.AddForOtherWidth(L"{7E57BBBB-0000-0000-0000-000000000004}", L"{CF51E383-0110-4ED8-ACB7-B50CFDE6908E}",
+                                L"Wide manager");
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const std::wstring reason =
+        std::wstring(L" - registered for ") + (sizeof(void*) == 4 ? L"64" : L"32") + L"-bit programs only";
+    const HTREEITEM package = Item(L"Wide package" + reason), manager = Item(L"Wide manager" + reason);
+    EXPECT_EQ(Item(kManagers11), tree->Next(TVGN_PARENT, manager));
+    EXPECT_EQ(manager, tree->Children(Item(kManagers11)).back()) << "behind those that can be used";
+    EXPECT_TRUE(KeepScreenshot(dialog, "add-package-other-width"));
+    for (const HTREEITEM item : {package, manager}) {
+        tree->Select(item);
+        EXPECT_FALSE(OkEnabled());
+        EXPECT_EQ(L"", ExportName());
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, kExportName)));
+        PostCommand(dialog, IDOK);
+        tree->PostExpand(item);
+    }
+    tree->Select(Item(kStandAlone));
+    EXPECT_TRUE(OkEnabled());
+    EXPECT_TRUE(tree->Children(manager).empty());
     Press(IDCANCEL);
     EXPECT_EQ(0, list->Count());
 }

@@ -41,7 +41,7 @@ RegisteredComponents::RegisteredComponents()
 
 RegisteredComponents::~RegisteredComponents()
 {
-    for (const std::wstring& path : added) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
+    for (const auto& [view, path] : added) DeleteKeyTree(ClassesHive(Scope::Machine, view), path);
     RemoveFaulty();
     CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
 }
@@ -56,13 +56,30 @@ void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& 
 {
     const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
     const std::wstring path = ClassesPath(L"CLSID\\" + classId);
-    added.push_back(path);
+    added.push_back({OwnView(), path});
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
     ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
     if (description) {
         ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Description", description));
+    }
+}
+
+void RegisteredComponents::AddForOtherWidth(const std::wstring& classId, const std::wstring& category,
+                                            const std::wstring& name)
+{
+    const std::wstring path = ClassesPath(L"CLSID\\" + classId);
+    for (const REGSAM view : RegistryViews()) {
+        if (view == OwnView()) continue;
+        const RegistryRoot root = ClassesHive(Scope::Machine, view);
+        added.push_back({view, path});
+        RegistryKey key;
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
+        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
+        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\InprocServer32"));
+        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"", L"C:\\packages\\package.dll"));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "system/registry.h"
@@ -33,12 +34,15 @@ public:
     void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
              const wchar_t* description = nullptr);
 
-    // Leaves only the working samples.
+    // The same in the view of the other width only, with a library. Nothing where there is one view.
+    void AddForOtherWidth(const std::wstring& classId, const std::wstring& category, const std::wstring& name);
+
+    // Leaves the samples that work.
     void RemoveFaulty();
 
 private:
     bool faulty = true;
-    std::vector<std::wstring> added;
+    std::vector<std::pair<REGSAM, std::wstring>> added;  // the view and the key
 };
 
 }  // namespace zelt::test

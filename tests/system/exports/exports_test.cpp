@@ -4,6 +4,8 @@
 #include "log/log_options.h"
 #include "packages/exported_package_list.h"
 #include "packages/package_list_hold.h"
+#include "registration/registry_mirror.h"
+#include "system/registry_view.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/harness/refused_writes.h"
@@ -45,6 +47,68 @@ TEST_F(Exports, AreFoundAmongWhatIsInstalled)
     EXPECT_EQ(0, brief.code);
     EXPECT_EQ("", MatchGolden("zeltctl_discover_no_packages.txt", brief.data));
     EXPECT_EQ("", brief.messages);
+}
+
+// A class with that category, in a hive of classes; gone at the end of the scope.
+class RegisteredClass {
+public:
+    RegisteredClass(Scope scope, REGSAM view, const wchar_t* identity, const wchar_t* category, const wchar_t* name)
+        : root(ClassesHive(scope, view)), path(ClassesPath(std::wstring(L"CLSID\\") + identity))
+    {
+        RegistryKey key;
+        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
+        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
+        EXPECT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
+        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\InprocServer32"));
+        EXPECT_EQ(ERROR_SUCCESS, key.WriteString(L"", L"C:\\packages\\package.dll"));
+    }
+    ~RegisteredClass() { EXPECT_EQ(ERROR_SUCCESS, DeleteKeyTree(root, path)); }
+    RegisteredClass(const RegisteredClass&) = delete;
+    RegisteredClass& operator=(const RegisteredClass&) = delete;
+
+private:
+    const RegistryRoot root;
+    const std::wstring path;
+};
+constexpr wchar_t kStandAlone11[] = L"{CF51E384-0110-4ed8-ACB7-B50CFDE6908E}";
+constexpr wchar_t kManager11[] = L"{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}";
+
+TEST_F(Exports, OfTheOtherWidthAreShownWithTheReasonAndRefused)
+{
+    if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
+    const REGSAM other = OwnView() == KEY_WOW64_32KEY ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+    const RegisteredClass package(Scope::Machine, other, L"{7E57EEEE-0000-0000-0000-000000000001}", kStandAlone11,
+                                  L"Wide package");
+    const RegisteredClass manager(Scope::Machine, other, L"{7E57EEEE-0000-0000-0000-000000000002}", kManager11,
+                                  L"Wide manager");
+    const std::string text = RunZeltctl({"discover"}).data;
+    const std::string obstacle =
+        sizeof(void*) == 4 ? "registered for 64-bit programs only" : "registered for 32-bit programs only";
+    const std::string reason = " - cannot be used: " + obstacle + '\n';
+    EXPECT_NE(std::string::npos, text.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}" + reason)) << text;
+    EXPECT_NE(std::string::npos, text.find("  Wide manager {7E57EEEE-0000-0000-0000-000000000002}" + reason)) << text;
+    const std::string json = RunZeltctl({"discover", "--json"}).data;
+    EXPECT_NE(std::string::npos, json.find("{\"type\":\"PP 1.1\",\"kind\":0,\"class\":\"{7E57EEEE-0000-0000-0000-"
+                                           "000000000002}\",\"name\":\"Wide manager\",\"displayName\":\"Wide manager\","
+                                           "\"obstacle\":\"" +
+                                           obstacle + "\"}"))
+        << json;
+    for (const Words& words : {Words{"add", "Wide package"}, Words{"add", "Wide manager", "Steam"}}) {
+        const CommandOutcome outcome = RunZeltctl(words);
+        EXPECT_EQ(2, outcome.code);
+        EXPECT_NE(std::string::npos, outcome.messages.find("cannot be exported: " + obstacle)) << outcome.messages;
+    }
+}
+
+TEST_F(Exports, RegisteredForTheUserAreFound)
+{
+    const RegisteredClass package(Scope::User, OwnView(), L"{7E57EEEE-0000-0000-0000-000000000003}", kStandAlone11,
+                                  L"My package");
+    EXPECT_NE(
+        std::string::npos,
+        RunZeltctl({"discover", "--no-packages"}).data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}\n"));
+    EXPECT_EQ("My package  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",
+              RunZeltctl({"add", "My package"}).data);
 }
 
 struct AddCase {

@@ -1,4 +1,4 @@
-#include "ctl/doctor/program_width.h"
+#include "system/program_width.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -23,7 +23,6 @@ std::string Image(std::size_t offset, const std::string& machine)
 
 TEST(ProgramWidth, IsReadFromTheHeader)
 {
-    using ctl::WidthOfImage;
     EXPECT_EQ(32, WidthOfImage(Image(0x80, "\x4C\x01")));
     EXPECT_EQ(64, WidthOfImage(Image(0x80, "\x64\x86")));
     EXPECT_EQ(64, WidthOfImage(Image(0x1234, "\x64\xAA")));
@@ -43,11 +42,11 @@ TEST(ProgramWidth, IsReadFromTheHeader)
 
 TEST(ProgramWidth, TellsFilesApart)
 {
-    const ctl::ImageFile package = ctl::ReadImageFile(L"" ZELT_BUILD_DIR "/samples/SamplePackage.dll");
-    EXPECT_EQ(ctl::ImageState::Sound, package.state);
+    const ImageFile package = ReadImageFile(L"" ZELT_BUILD_DIR "/samples/SamplePackage.dll");
+    EXPECT_EQ(ImageState::Sound, package.state);
     EXPECT_EQ(static_cast<int>(8 * sizeof(void*)), package.bits);
-    EXPECT_EQ(ctl::ImageState::Missing, ctl::ReadImageFile(L"C:\\no such folder\\no.dll").state);
-    EXPECT_EQ(ctl::ImageState::NoImage, ctl::ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
+    EXPECT_EQ(ImageState::Missing, ReadImageFile(L"C:\\no such folder\\no.dll").state);
+    EXPECT_EQ(ImageState::NoImage, ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
 }
 
 // A file that is not a program may be large, and is not read completely.
@@ -56,13 +55,13 @@ TEST(ProgramWidth, IsLookedForInTheFirst64KilobytesOfAFile)
     const std::wstring path = L"" ZELT_BUILD_DIR "/tests/system/program_width.dll";
     const auto stateOf = [&](const std::string& bytes) {
         std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
-        const ctl::ImageState state = ctl::ReadImageFile(path).state;
+        const ImageState state = ReadImageFile(path).state;
         EXPECT_TRUE(DeleteFileW(path.c_str()));
         return state;
     };
     const std::size_t last = 64 * 1024 - 6;
-    EXPECT_EQ(ctl::ImageState::Sound, stateOf(Image(last, "\x4C\x01") + "more"));
-    EXPECT_EQ(ctl::ImageState::NoImage, stateOf(Image(last + 1, "\x4C\x01") + "more"));
+    EXPECT_EQ(ImageState::Sound, stateOf(Image(last, "\x4C\x01") + "more"));
+    EXPECT_EQ(ImageState::NoImage, stateOf(Image(last + 1, "\x4C\x01") + "more"));
 }
 
 }  // namespace

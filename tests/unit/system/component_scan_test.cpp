@@ -47,6 +47,19 @@ protected:
         EXPECT_TRUE(found.outcome);
         return found.lists.front();
     }
+    // In the views, in the order of the sources.
+    zelt::FoundComponents FindIn(const std::vector<const wchar_t*>& views)
+    {
+        zelt::RegistryKey keys[4];
+        for (std::size_t view = 0; view < views.size(); ++view) {
+            EXPECT_EQ(ERROR_SUCCESS, keys[view].Create(scratch.Root(), views[view]));
+        }
+        const zelt::ComponentSearch searches[] = {{kCategory, CLSID_NULL}};
+        auto found = zelt::FindComponents(
+            searches, {{keys[0].Get(), 0}, {keys[1].Get(), 0}, {keys[2].Get(), 0}, {keys[3].Get(), 0}});
+        EXPECT_TRUE(found.outcome);
+        return found;
+    }
     std::wstring OnlyName()
     {
         const auto found = Find();
@@ -137,6 +150,41 @@ TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
     EXPECT_EQ(kFirst, found[0].displayName);
     EXPECT_EQ(ClassOf(kThird), found[1].classId);
     EXPECT_EQ(1u, Find().size());
+}
+
+TEST_F(ComponentScan, WhatTheOtherWidthAloneCanUseIsApartWithTheReason)
+{
+    Register(kFirst, kCategory, L"Other");
+    Write(std::wstring(kFirst) + L"\\InprocServer32", L"", L"package.dll", L"Other");
+    Register(kSecond, kCategory, L"Other");
+    Write(std::wstring(kSecond) + L"\\LocalServer32", L"", L"server.exe", L"Other");
+    const zelt::FoundComponents found = FindIn({L"Own", L"Other"});
+    ASSERT_EQ(1u, found.lists.front().size());
+    EXPECT_EQ(ClassOf(kSecond), found.lists.front()[0].classId);
+    EXPECT_EQ(L"", found.lists.front()[0].obstacle);
+    ASSERT_EQ(1u, found.ofOtherWidth.front().size());
+    EXPECT_EQ(ClassOf(kFirst), found.ofOtherWidth.front()[0].classId);
+    EXPECT_EQ(sizeof(void*) == 4 ? L"registered for 64-bit programs only" : L"registered for 32-bit programs only",
+              found.ofOtherWidth.front()[0].obstacle);
+}
+
+TEST_F(ComponentScan, TheUsersOwnClassesAreFoundInBothViewsAndListedOnce)
+{
+    Register(kFirst);
+    for (const wchar_t* view : {L"OwnOfUser", L"OtherOfUser"}) {
+        Register(kFirst, kCategory, view);
+        Write(std::wstring(kFirst) + L"\\ProgID", L"", L"wrong place", view);
+    }
+    Register(kSecond, kCategory, L"OwnOfUser");
+    Write(std::wstring(kSecond) + L"\\ProgID", L"", L"User.Package", L"OwnOfUser");
+    Register(kThird, kCategory, L"OtherOfUser");
+    Write(std::wstring(kThird) + L"\\InprocServer32", L"", L"package.dll", L"OtherOfUser");
+    const zelt::FoundComponents found = FindIn({L"Own", L"Other", L"OwnOfUser", L"OtherOfUser"});
+    ASSERT_EQ(2u, found.lists.front().size());
+    EXPECT_EQ(kFirst, found.lists.front()[0].displayName);
+    EXPECT_EQ(L"User.Package", found.lists.front()[1].displayName);
+    ASSERT_EQ(1u, found.ofOtherWidth.front().size());
+    EXPECT_EQ(ClassOf(kThird), found.ofOtherWidth.front()[0].classId);
 }
 
 TEST_F(ComponentScan, AnEmptyDescriptionIsAValueAllTheSame)

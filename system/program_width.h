@@ -6,18 +6,22 @@
 #include <string>
 #include <string_view>
 
-namespace zelt::ctl {
+namespace zelt {
 
 // 32 or 64; nothing when these bytes do not begin a Windows program or library of a known processor.
 std::optional<int> WidthOfImage(std::string_view bytes);
+
+// Whether these bytes begin a library of .NET that is compiled to the width of whoever loads it; its header says 32.
+bool IsCompiledOnLoading(std::string_view bytes);
 
 enum class ImageState { Sound, Missing, NoImage };
 
 struct ImageFile {
     ImageState state;
     int bits = 0;
+    bool suitsBoth = false;  // compiled on loading
 };
 
 ImageFile ReadImageFile(const std::wstring& path);
 
-}  // namespace zelt::ctl
+}  // namespace zelt
