@@ -127,6 +127,38 @@ TEST_F(Faults, BecomeStatusCodesAndTheServerLivesOn)
     EXPECT_EQ(1u, material->Release()) << "the faults have left references";
 }
 
+// As a component of .NET does it: a code that says nothing, and the message only in the error information.
+TEST_F(Faults, OfCodesWithoutAMeaningSpeakThroughTheLog)
+{
+    const ComPtr<IDispatch> package = GetPackage(L"Menu");
+    ASSERT_TRUE(package);
+    struct Row {
+        const wchar_t* request;
+        HRESULT code;
+        std::string info;
+    };
+    const Row rows[] = {
+        {L"error:80131500", static_cast<HRESULT>(0x80131500),
+         "Error information: &quot;The faulty package fails as asked: error:80131500&quot; (source: "
+         "ZeltSample.FaultyPackage)"},
+        {L"error:80040520", static_cast<HRESULT>(0x80040520),
+         "Error information: &quot;The faulty package fails as asked: error:80040520&quot; (source: "
+         "ZeltSample.FaultyPackage)"},
+        {L"error:8004050B", static_cast<HRESULT>(0x8004050B), ""},
+        {L"silent:80131500", static_cast<HRESULT>(0x80131500), ""},
+    };
+    for (const Row& row : rows) {
+        const std::size_t before = OnlyLog().size();
+        EXPECT_EQ(row.code, Calculate(package.Get(), row.request));
+        const std::string added = OnlyLog().substr(before);
+        const std::size_t end = added.find("\r\n <error value=\"");
+        ASSERT_NE(std::string::npos, end) << added;
+        const std::string line = added.substr(0, end).substr(added.substr(0, end).rfind('\n') + 1);
+        EXPECT_EQ(row.info.empty() ? " </arg>" : " <info value=\"" + row.info + "\"/>", line) << added;
+        EXPECT_EQ(1u, ErrorsIn(added).size()) << added;
+    }
+}
+
 TEST_F(Faults, ThatThePackageHandlesItselfStayItsOwn)
 {
     const ComPtr<IDispatch> package = GetPackage(L"Menu");
