@@ -3,7 +3,6 @@
 #include <cwchar>
 #include <cwctype>
 #include <iterator>
-#include <optional>
 #include <string_view>
 
 #include "system/program_width.h"

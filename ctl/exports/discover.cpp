@@ -1,5 +1,5 @@
-// discover: what the dialog for exporting a package lists, with every manager opened, and the unit operations; with the reason for
-// each that cannot be used.
+// discover: what the dialog for exporting a package lists, with every manager opened, and the unit operations. What cannot be
+// used has the reason.
 #include <optional>
 #include <string>
 #include <vector>
