@@ -41,9 +41,12 @@ ComPtr<ITypeInfo> Referred(ITypeInfo* info, HREFTYPE reference)
 std::string TakeName(BSTR name)
 {
     std::string text;
-    // Identifiers of libraries are plain letters and digits.
+    // Identifiers are letters, digits and underscores. Nothing else gets into a log.
     for (const wchar_t* letter = name; letter && *letter; ++letter) {
-        text += *letter < 0x80 ? static_cast<char>(*letter) : '?';
+        const wchar_t c = *letter;
+        const bool isPlain =
+            (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || (c >= L'0' && c <= L'9') || c == L'_';
+        text += isPlain ? static_cast<char>(c) : '?';
     }
     SysFreeString(name);
     return text;
@@ -205,30 +208,10 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         method.words += WordsOf(parameter);
         method.parameters.push_back(std::move(parameter));
     }
+    // Enough for any interface; a structure of a page or more would skip the guard page of the stack.
+    constexpr std::size_t kMostWords = 256;
+    if (method.words > kMostWords) throw Failure(TYPE_E_UNSUPFORMAT);
     return method;
-}
-
-// Appends the methods that an interface adds to IDispatch, those of its bases first.
-void AppendMethods(ITypeInfo* info, const std::string& interfaceName, int depth, std::vector<DualMethod>& methods)
-{
-    constexpr int kMostBases = 16;
-    const Attributes attributes = AttributesOf(info);
-    if (IsEqualIID(attributes->guid, IID_IDispatch)) return;
-    HREFTYPE base = 0;
-    // IUnknown has no base: an interface on it alone is not dual.
-    if (attributes->cImplTypes == 0 || depth > kMostBases) throw Failure(TYPE_E_WRONGTYPEKIND);
-    Check(info->GetRefTypeOfImplType(0, &base));
-    AppendMethods(Referred(info, base).Get(), interfaceName, depth + 1, methods);
-
-    std::vector<Function> functions;
-    for (UINT i = 0; i < attributes->cFuncs; ++i) {
-        FUNCDESC* described = nullptr;
-        Check(info->GetFuncDesc(i, &described));
-        functions.emplace_back(described, ReturnTo<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>{info});
-    }
-    std::stable_sort(functions.begin(), functions.end(),
-                     [](const Function& a, const Function& b) { return a->oVft < b->oVft; });
-    for (const Function& function : functions) methods.push_back(DescribeMethod(info, *function, interfaceName));
 }
 
 // A dual interface is found in its form for late binding, which leads to the form with the real signatures.
@@ -242,6 +225,29 @@ ComPtr<ITypeInfo> WithSignatures(ITypeInfo* info)
     HREFTYPE reference = 0;
     Check(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
     return Referred(info, reference);
+}
+
+// Appends the methods that an interface adds to IDispatch, those of its bases first.
+void AppendMethods(ITypeInfo* info, const std::string& interfaceName, int depth, std::vector<DualMethod>& methods)
+{
+    constexpr int kMostBases = 16;
+    const Attributes attributes = AttributesOf(info);
+    if (IsEqualIID(attributes->guid, IID_IDispatch)) return;
+    HREFTYPE base = 0;
+    // IUnknown has no base: an interface on it alone is not dual.
+    if (attributes->cImplTypes == 0 || depth > kMostBases) throw Failure(TYPE_E_WRONGTYPEKIND);
+    Check(info->GetRefTypeOfImplType(0, &base));
+    AppendMethods(WithSignatures(Referred(info, base).Get()).Get(), interfaceName, depth + 1, methods);
+
+    std::vector<Function> functions;
+    for (UINT i = 0; i < attributes->cFuncs; ++i) {
+        FUNCDESC* described = nullptr;
+        Check(info->GetFuncDesc(i, &described));
+        functions.emplace_back(described, ReturnTo<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>{info});
+    }
+    std::stable_sort(functions.begin(), functions.end(),
+                     [](const Function& a, const Function& b) { return a->oVft < b->oVft; });
+    for (const Function& function : functions) methods.push_back(DescribeMethod(info, *function, interfaceName));
 }
 
 std::shared_ptr<const DualInterface> Make(REFIID iid)

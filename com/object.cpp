@@ -30,12 +30,24 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     } else if (IsEqualIID(iid, IID_IDispatch)) {
         if (ScriptInterface()) answer = &dispatch;
     } else {
+        // What answers may be foreign code, which may release the object. One without a reference is still being made.
+        const bool isHeld = ReferenceCount() > 0;
+        if (isHeld) Hold();
         const InterfaceEntry* entry = FindInterface(iid);
         const HRESULT allowed = NoThrow([&] { return BeforeQueryInterface(iid, entry); });
-        if (FAILED(allowed)) return allowed;
+        if (FAILED(allowed)) {
+            if (isHeld) LetGo();
+            return allowed;
+        }
         // It may have been made only now.
         if (!entry) entry = FindInterface(iid);
-        if (entry) answer = entry->Pointer();
+        if (entry) {
+            answer = entry->Pointer();
+            answer->AddRef();
+        }
+        *result = answer;
+        if (isHeld) LetGo();
+        return answer ? S_OK : E_NOINTERFACE;
     }
     if (!answer) return E_NOINTERFACE;
     answer->AddRef();

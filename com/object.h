@@ -133,8 +133,8 @@ protected:
     {
         return DISP_E_UNKNOWNNAME;
     }
-    [[nodiscard]] virtual HRESULT InvokeMember(const std::wstring& /*name*/, DISPID /*id*/, LCID /*locale*/,
-                                               WORD /*flags*/, DISPPARAMS* /*parameters*/, VARIANT* /*result*/,
+    [[nodiscard]] virtual HRESULT InvokeMember(const std::wstring& /*name*/, LCID /*locale*/, WORD /*flags*/,
+                                               DISPPARAMS* /*parameters*/, VARIANT* /*result*/,
                                                EXCEPINFO* /*exception*/, UINT* /*argumentError*/)
     {
         return DISP_E_MEMBERNOTFOUND;

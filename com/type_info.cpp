@@ -58,12 +58,16 @@ void AddInterfaces(ITypeLib* library, std::vector<IID>& interfaces)
 void LoadLibraries(Cache& cache)
 {
     if (!cache.libraries.empty()) return;
+    std::vector<ComPtr<ITypeLib>> libraries;
+    std::vector<IID> interfaces;
     for (int number = 1; number <= CountTypeLibraries(); ++number) {
         ComPtr<ITypeLib> library;
         Check(LoadModuleTypeLibrary(number, &library));
-        AddInterfaces(library.Get(), cache.interfaces);
-        cache.libraries.push_back(library);
+        AddInterfaces(library.Get(), interfaces);
+        libraries.push_back(library);
     }
+    cache.libraries.swap(libraries);
+    cache.interfaces.swap(interfaces);
 }
 
 // A value of a key below HKEY_CLASSES_ROOT; empty when it is missing.

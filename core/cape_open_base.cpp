@@ -30,8 +30,9 @@ void CapeOpenBase::Wrap(IUnknown* object)
 
 void CapeOpenBase::Unwrap()
 {
+    // First of all the object: a release may let a call in, which must not fill the caches from it again.
+    const ForeignPtr<IUnknown> old = std::move(wrapped);
     for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
-    wrapped = ForeignPtr<IUnknown>();
 }
 
 IUnknown* CapeOpenBase::OriginalBehind(IUnknown* argument) const
@@ -99,14 +100,13 @@ HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry
         return E_NOINTERFACE;
     };
     if (!Wrapped()) return refuse(Sentence::InterfaceWithoutObject);
-    if (!entry && !CanCarry(iid)) return refuse(Sentence::UnsupportedInterface);
+    if (!entry && !MayCarry(iid)) return refuse(Sentence::UnsupportedInterface);
 
     ForeignPtr<IUnknown> answer;
     if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) {
         return refuse(entry ? Sentence::InterfaceLackedByObject : Sentence::UnsupportedInterface);
     }
-    if (!entry) AddPart(iid);
-    return S_OK;
+    return entry || AddPart(iid) ? S_OK : refuse(Sentence::UnsupportedInterface);
 }
 
 const com::InterfaceEntry* CapeOpenBase::Reach(REFIID iid)
@@ -114,20 +114,23 @@ const com::InterfaceEntry* CapeOpenBase::Reach(REFIID iid)
     const com::InterfaceEntry* entry = FindInterface(iid);
     // A proxy that exists before its object answers by itself.
     if (!Wrapped() || IsEqualIID(iid, __uuidof(IOriginalObject))) return entry;
-    if (!entry && !CanCarry(iid)) return nullptr;
+    if (!entry && !MayCarry(iid)) return nullptr;
     ForeignPtr<IUnknown> answer;
     if (FAILED(QueryForeign(Wrapped(), iid, reinterpret_cast<void**>(answer.Receive())))) return nullptr;
-    if (!entry) AddPart(iid);
+    if (!entry) static_cast<void>(AddPart(iid));
     return FindInterface(iid);
 }
 
-void CapeOpenBase::AddPart(REFIID iid)
+bool CapeOpenBase::AddPart(REFIID iid)
 {
     // The query may have let a call in that made the part meanwhile.
-    if (FindInterface(iid)) return;
+    if (FindInterface(iid)) return true;
     // A part that is in the interface map must not be lost.
     partsOnDemand.reserve(partsOnDemand.size() + 1);
-    partsOnDemand.push_back(MakePart(iid, *this));
+    std::unique_ptr<PartOnDemand> part = MakePart(iid, *this);
+    if (!part) return false;
+    partsOnDemand.push_back(std::move(part));
+    return true;
 }
 
 void CapeOpenBase::DropInterfaces()

@@ -141,8 +141,8 @@ protected:
     const com::InterfaceEntry* Reach(REFIID iid) override;
     // Members that only the wrapped object's own IDispatch knows are forwarded to it and logged (late_members.cpp).
     HRESULT FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
-    HRESULT InvokeMember(const std::wstring& name, DISPID id, LCID locale, WORD flags, DISPPARAMS* parameters,
-                         VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
+    HRESULT InvokeMember(const std::wstring& name, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO* exception, UINT* argumentError) override;
     void FinalRelease() override;
     void OnForeignThread(const char* member, DWORD thread) override;
 
@@ -150,7 +150,8 @@ private:
     friend class InterfaceCache;
 
     void LeaveTree();
-    void AddPart(REFIID iid);
+    // Whether the proxy has a part for the interface now.
+    bool AddPart(REFIID iid);
     void SetName();
     void DropInterfaces();
     void ReportChildren();

@@ -75,6 +75,8 @@ public:
     // `registers` holds the floating-point arguments among the first three words, where the machine passes them apart.
     HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept
     {
+        // A caller that knows more members than the library.
+        if (number >= described->methods.size()) return E_NOTIMPL;
         const com::DualMethod& method = described->methods[number];
         count = method.words;
         if (!proxy.Admits(method.name.c_str())) return RPC_E_WRONG_THREAD;
@@ -92,8 +94,10 @@ public:
             return S_OK;
         });
         if (FAILED(prepared)) return call.Close(prepared, nullptr);
-        const void* const function = (*static_cast<const void* const* const*>(target))[com::kDispatchSlots + number];
-        result = call.Forward([&] { return ZeltCallDual(function, target, forwarded, method.words); });
+        result = call.Forward([&] {
+            const auto* const vtable = *static_cast<const void* const* const*>(target);
+            return ZeltCallDual(vtable[com::kDispatchSlots + number], target, forwarded, method.words);
+        });
         if (log && SUCCEEDED(result)) com::Attempt([&] { WriteDescribedOutputs(*log, method, words); });
         return call.Close(result, static_cast<IUnknown*>(target));
     }
@@ -120,16 +124,11 @@ private:
 
 }  // namespace
 
-bool CanDescribe(REFIID iid)
-{
-    const auto described = com::DualInterfaceOf(iid);
-    return described && described->methods.size() <= kMostMembers;
-}
-
 std::unique_ptr<PartOnDemand> MakeDescribedPart(REFIID iid, CapeOpenBase& proxy)
 {
-    if (!CanDescribe(iid)) return nullptr;
-    return std::make_unique<DescribedPart>(com::DualInterfaceOf(iid), proxy);
+    auto described = com::DualInterfaceOf(iid);
+    if (!described || described->methods.size() > kMostMembers) return nullptr;
+    return std::make_unique<DescribedPart>(std::move(described), proxy);
 }
 
 }  // namespace zelt

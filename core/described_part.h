@@ -12,10 +12,7 @@
 
 namespace zelt {
 
-// Whether type information describes the interface in full.
-bool CanDescribe(REFIID iid);
-
-// Null when it does not.
+// Null when no type information describes the interface in full.
 std::unique_ptr<PartOnDemand> MakeDescribedPart(REFIID iid, CapeOpenBase& proxy);
 
 }  // namespace zelt

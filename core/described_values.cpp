@@ -39,13 +39,16 @@ void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool
 // A value that is not followed: a structure, or what lies behind more pointers than an argument has.
 void WriteAddress(LogDocument& document, const DualParameter& parameter, bool isIn, VARTYPE type, const void* address)
 {
-    ArgWriter::Write(document, parameter.name.c_str(), isIn, VariantTypeName(type), [&](ArgWriter& arg) {
-        if (!address) return arg.Value("NULL");
-        arg.ValueWith([address](std::string& text) {
-            text += "pointer ";
-            AppendPointer(text, address);
+    ArgWriter::Write(
+        document, parameter.name.c_str(), isIn,
+        [type](std::string& out) { AppendVariantTypeName(out, type, "&lt;unknown&gt;"); },
+        [&](ArgWriter& arg) {
+            if (!address) return arg.Value("NULL");
+            arg.ValueWith([address](std::string& text) {
+                text += "pointer ";
+                AppendPointer(text, address);
+            });
         });
-    });
 }
 
 // A value without a writer of its own is logged as the VARIANT that holds it, which does not own it.
@@ -58,7 +61,7 @@ void WriteInVariant(LogDocument& document, const DualParameter& parameter, bool 
     } else {
         std::memcpy(&holder.llVal, place, std::min(parameter.size, sizeof holder.llVal));
     }
-    holder.vt = parameter.type;
+    holder.vt = parameter.type == VT_HRESULT ? static_cast<VARTYPE>(VT_ERROR) : parameter.type;
     WriteArg(document, parameter.name.c_str(), isIn, holder);
 }
 
@@ -82,6 +85,7 @@ void WriteValue(LogDocument& document, const DualParameter& parameter, bool isIn
         case VT_UI4:
         case VT_UINT:
         case VT_ERROR:
+        case VT_HRESULT:
         case VT_R4:
         case VT_CY:
         case VT_DATE:
@@ -91,7 +95,8 @@ void WriteValue(LogDocument& document, const DualParameter& parameter, bool isIn
         default: break;
     }
     if (parameter.type & VT_ARRAY) return WriteInVariant(document, parameter, isIn, place);
-    WriteAddress(document, parameter, isIn, parameter.type, place);
+    const bool isPointer = parameter.type == VT_LPSTR || parameter.type == VT_LPWSTR;
+    WriteAddress(document, parameter, isIn, parameter.type, isPointer ? Read<const void*>(place) : place);
 }
 
 // Follows the pointers to the value.

@@ -9,21 +9,46 @@
 namespace zelt {
 namespace {
 
-// Arguments are passed last first. A property's new value comes first of all and has no number.
+// A copy of an argument that is passed by reference. Making and clearing it calls foreign code.
+class Referred {
+public:
+    explicit Referred(const VARIANT& reference)
+    {
+        VariantInit(&copy);
+        isRead = SUCCEEDED(CallForeign([&] { return VariantCopyInd(&copy, const_cast<VARIANT*>(&reference)); }));
+    }
+    ~Referred()
+    {
+        AttemptForeign([this] { VariantClear(&copy); });
+    }
+    Referred(const Referred&) = delete;
+    Referred& operator=(const Referred&) = delete;
+
+    const VARIANT* Value() const { return isRead ? &copy : nullptr; }
+
+private:
+    VARIANT copy;
+    bool isRead;
+};
+
+std::string NameOfArgument(const DISPPARAMS& parameters, UINT index)
+{
+    const bool isNewValue = index < parameters.cNamedArgs && parameters.rgdispidNamedArgs[index] == DISPID_PROPERTYPUT;
+    return isNewValue ? "value" : "argument " + std::to_string(parameters.cArgs - index);
+}
+
+// Arguments are passed last first. What is passed by reference goes in, and comes back.
 void WriteArguments(LogDocument& document, const DISPPARAMS& parameters, bool areInputs)
 {
     for (UINT i = parameters.cArgs; i-- > 0;) {
         const VARIANT& value = parameters.rgvarg[i];
-        const bool comesBack = value.vt & VT_BYREF;
-        if (comesBack == areInputs) continue;
-        const bool isNewValue = i < parameters.cNamedArgs && parameters.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT;
-        const std::string name = isNewValue ? "value" : "argument " + std::to_string(parameters.cArgs - i);
-        VARIANT held;
-        VariantInit(&held);
-        if (!comesBack || SUCCEEDED(VariantCopyInd(&held, const_cast<VARIANT*>(&value)))) {
-            WriteArg(document, name.c_str(), areInputs, comesBack ? held : value);
+        const std::string name = NameOfArgument(parameters, i);
+        if (!(value.vt & VT_BYREF)) {
+            if (areInputs) WriteArg(document, name.c_str(), true, value);
+            continue;
         }
-        VariantClear(&held);
+        const Referred referred(value);
+        if (referred.Value()) WriteArg(document, name.c_str(), areInputs, *referred.Value());
     }
 }
 
@@ -36,6 +61,37 @@ std::string LoggedName(const std::wstring& name, WORD flags)
     return "IDispatch::" + (prefix + Narrow(name));
 }
 
+// Logs the object's own words for a failure, and returns the failure's code.
+HRESULT TakeException(LogDocument* log, EXCEPINFO& exception)
+{
+    if (exception.pfnDeferredFillIn) {
+        AttemptForeign([&] { exception.pfnDeferredFillIn(&exception); });
+        // The caller would call it unguarded.
+        exception.pfnDeferredFillIn = nullptr;
+    }
+    if (log && exception.bstrDescription) {
+        com::Attempt([&] {
+            const std::string description = Narrow(TextOf(exception.bstrDescription));
+            const std::string source = Narrow(TextOf(exception.bstrSource));
+            if (source.empty()) return log->Write(Sentence::ErrorInformation, {description});
+            log->Write(Sentence::ErrorInformationOf, {description, source});
+        });
+    }
+    return exception.scode != 0 ? exception.scode : DISP_E_EXCEPTION;
+}
+
+void Clear(EXCEPINFO& exception)
+{
+    for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
+    exception = {};
+}
+
+HRESULT IdOf(IDispatch& object, const std::wstring& member, LCID locale, DISPID& id)
+{
+    auto* name = const_cast<wchar_t*>(member.c_str());
+    return CallForeign([&] { return object.GetIDsOfNames(IID_NULL, &name, 1, locale, &id); });
+}
+
 }  // namespace
 
 HRESULT CapeOpenBase::FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids)
@@ -45,24 +101,31 @@ HRESULT CapeOpenBase::FindMember(LPOLESTR* names, UINT count, LCID locale, DISPI
     return CallForeign([&] { return object->GetIDsOfNames(IID_NULL, names, count, locale, ids); });
 }
 
-HRESULT CapeOpenBase::InvokeMember(const std::wstring& member, DISPID id, LCID locale, WORD flags,
-                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception, UINT* argumentError)
+HRESULT CapeOpenBase::InvokeMember(const std::wstring& member, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, UINT* argumentError)
 {
+    const ForeignPtr<IDispatch> object = QueryForeign<IDispatch>(Wrapped());
+    DISPID id = DISPID_UNKNOWN;
+    // The name may be that of another object, whose identifiers are of no use here.
+    if (!object || FAILED(IdOf(*object.Get(), member, locale, id))) return DISP_E_MEMBERNOTFOUND;
     const std::string logged = LoggedName(member, flags);
     LoggedCall call(*this, logged.c_str());
     LogDocument* const log = call.Document();
     if (log && parameters) com::Attempt([&] { WriteArguments(*log, *parameters, true); });
-    const ForeignPtr<IDispatch> object = QueryForeign<IDispatch>(Wrapped());
-    if (!object) return call.Close(DISP_E_MEMBERNOTFOUND, nullptr);
+    EXCEPINFO own = {};
+    EXCEPINFO& thrown = exception ? *exception : own;
     const HRESULT invoked = call.Forward(
-        [&] { return object->Invoke(id, IID_NULL, locale, flags, parameters, result, exception, argumentError); });
+        [&] { return object->Invoke(id, IID_NULL, locale, flags, parameters, result, &thrown, argumentError); });
     if (log && SUCCEEDED(invoked)) {
         com::Attempt([&] {
             if (parameters) WriteArguments(*log, *parameters, false);
             if (result) WriteArg(*log, "result", false, *result);
         });
     }
-    return call.Close(invoked, object.Get());
+    if (invoked != DISP_E_EXCEPTION) return call.Close(invoked, object.Get());
+    const HRESULT code = TakeException(log, thrown);
+    Clear(own);
+    return call.Close(code, nullptr, invoked);
 }
 
 }  // namespace zelt

@@ -52,15 +52,11 @@ const PartRow* RowOf(REFIID iid)
 
 void SetPartsOnDemand(std::span<const PartRow> rows) { table = rows; }
 
-bool CanCarry(REFIID iid)
-{
-    if (BelongsToCom(iid) || IsWithheld(iid)) return false;
-    return RowOf(iid) || CanDescribe(iid);
-}
+bool MayCarry(REFIID iid) { return !BelongsToCom(iid) && !IsWithheld(iid); }
 
 std::unique_ptr<PartOnDemand> MakePart(REFIID iid, CapeOpenBase& proxy)
 {
-    if (BelongsToCom(iid) || IsWithheld(iid)) return nullptr;
+    if (!MayCarry(iid)) return nullptr;
     if (const PartRow* row = RowOf(iid)) return row->make(proxy);
     return MakeDescribedPart(iid, proxy);
 }

@@ -43,10 +43,10 @@ PartRow PartOf()
 // Installs the table; called once at start, before the first proxy is made. `rows` outlives all proxies.
 void SetPartsOnDemand(std::span<const PartRow> rows);
 
-// Whether a part for the interface could be made. False for interfaces that COM relies on, and for those that proxies never offer.
-bool CanCarry(REFIID iid);
+// False for interfaces that COM relies on, and for those that proxies never offer.
+bool MayCarry(REFIID iid);
 
-// Makes the part. Null when CanCarry is false.
+// Makes the part. Null when there are no rows and no type information for the interface.
 std::unique_ptr<PartOnDemand> MakePart(REFIID iid, CapeOpenBase& proxy);
 
 }  // namespace zelt

@@ -85,7 +85,7 @@ HRESULT PackageManager::Edit()
 {
     LogOptions& options = TheLogOptions();
     // Another program may have changed it.
-    static_cast<void>(options.Load());
+    com::Attempt([&] { static_cast<void>(options.Load()); });
     if (!options.forwardManagerEdit) return E_NOTIMPL;
     // The managers' dialogs let calls in, possibly the caller's last Release.
     const Microsoft::WRL::ComPtr<IUnknown> hold(this);

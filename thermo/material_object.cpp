@@ -9,6 +9,7 @@ constexpr ProxyTraits kTraits = {.typeName = "Material Object"};
 
 CMaterialObject::CMaterialObject(ThermoVersion startingVersion)
     : LoggedProxy(kTraits),
+      startingVersion(startingVersion),
       thermoVersion(startingVersion),
       material(*this),
       compounds(*this),
@@ -30,7 +31,7 @@ void CMaterialObject::UseVersion(ThermoVersion version)
 
 IDispatch* CMaterialObject::ChooseScriptInterface()
 {
-    const bool is10 = thermoVersion == ThermoVersion::CapeOpen10 || !Reach(__uuidof(ICapeThermoMaterial));
+    const bool is10 = startingVersion == ThermoVersion::CapeOpen10 || !Reach(__uuidof(ICapeThermoMaterial));
     return is10 && Reach(__uuidof(ICapeThermoMaterialObject)) ? static_cast<IDispatch*>(&materialObject10) : &material;
 }
 

@@ -27,6 +27,7 @@ protected:
     IDispatch* ChooseScriptInterface() override;
 
 private:
+    const ThermoVersion startingVersion;
     ThermoVersion thermoVersion;
     LoggedMaterial material;
     LoggedCompounds compounds;

@@ -249,7 +249,8 @@ HRESULT PersistentObject::LoadAgain(LoggedCall& call, IStream* source)
     // Data that could not be read have changed nothing.
     if (!isLoaded && Wrapped()) objectClass = newClass;
     if (FAILED(loaded) || !wasInitialized) return loaded;
-    const HRESULT initialized = Utilities().Initialize();
+    // Forwarded, so that the caller gets the error information of a failure.
+    const HRESULT initialized = call.Forward([&] { return Utilities().Initialize(); });
     return FAILED(initialized) ? initialized : loaded;
 }
 

@@ -287,6 +287,7 @@ TEST_P(PackagePersistenceTest, AFailureHasItsLineItsSizeAndItsErrorInformation)
     information->GetDescription(description.GetAddress());
     EXPECT_STREQ(L"of the package", description);
     EXPECT_EQ(Func("IPersistStream::Load", PointerArg("pstm", "in", stream.Get()) + Info("Bytes read: 3") +
+                                               Info("Error information: &quot;of the package&quot;") +
                                                Error("ECapePersistenceHR: The saved data end too early")),
               News());
 }

@@ -15,7 +15,6 @@ class Device final : public com::Object {
 public:
     Device() : device(*this) {}
 
-private:
     struct DevicePart final : com::DualPart<IVendorDevice> {
         using DualPart::DualPart;
         STDMETHOD(Mix)(double first, float second, short third, BSTR fourth, double* sum) override
@@ -159,6 +158,35 @@ TEST_F(VendorInterface, WithoutALibraryIsRefused)
     EXPECT_NE(std::string::npos,
               Written().find("Pack: QueryInterface for unsupported interface {33BF382B-1AC2-49B1-A8BF-1108EC662D45}"));
     SetUp();
+}
+
+// Once it was asked for, a script that has the object finds it, too.
+TEST_F(VendorInterface, IsPartOfTheWholeObject)
+{
+    struct Scriptable final : com::Object {
+        Scriptable() : identification(*this), device(*this) {}
+        struct Identification final : com::DualPart<ICapeIdentification> {
+            using DualPart::DualPart;
+            STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Device", name); }
+            STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
+            STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
+            STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
+        } identification;
+        Device::DevicePart device;
+    };
+    const ComPtr<Scriptable> object(new Scriptable);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());
+    const auto vendor = As<IVendorDevice>(proxy);
+    const auto script = As<IDispatch>(proxy);
+    wchar_t name[] = L"Mode";
+    wchar_t* names[] = {name};
+    DISPID id = 0;
+    ASSERT_EQ(S_OK, script->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id));
+    EXPECT_EQ(S_OK, vendor->put_Mode(VENDOR_ON));
+    DISPPARAMS none = {};
+    _variant_t mode;
+    EXPECT_EQ(S_OK, script->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &mode, nullptr, nullptr));
+    EXPECT_EQ(7, static_cast<long>(mode));
 }
 
 TEST_F(VendorInterface, AnswersByNameToo)

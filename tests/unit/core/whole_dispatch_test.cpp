@@ -81,6 +81,19 @@ TEST_F(WholeDispatch, HasIdentifiersThatStay)
     EXPECT_EQ(first, again);
 }
 
+// Clients keep the identifiers that one object gave them for all objects of its kind.
+TEST_F(WholeDispatch, HasTheSameIdentifiersInEveryObject)
+{
+    const ComPtr<CPropertyPackage11> one = MakeProxy(wrapped.Get()), other = MakeProxy(wrapped.Get(), false);
+    DISPID ids[2][2] = {};
+    ASSERT_EQ(S_OK, IdOf(As<IDispatch>(one).Get(), L"Initialize", ids[0][0]));
+    ASSERT_EQ(S_OK, IdOf(As<IDispatch>(one).Get(), L"GetNumCompounds", ids[0][1]));
+    ASSERT_EQ(S_OK, IdOf(As<IDispatch>(other).Get(), L"GetNumCompounds", ids[1][1]));
+    ASSERT_EQ(S_OK, IdOf(As<IDispatch>(other).Get(), L"Initialize", ids[1][0]));
+    EXPECT_EQ(ids[0][0], ids[1][0]);
+    EXPECT_EQ(ids[0][1], ids[1][1]);
+}
+
 TEST_F(WholeDispatch, KnowsOnlyWhatTheObjectHas)
 {
     for (const IID& iid : {__uuidof(ICapeUnit), __uuidof(ICapeThermoPhases)}) wrapped->Refuse(iid);
@@ -175,7 +188,6 @@ public:
         STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
     };
 
-    std::wstring asked;
     HRESULT answer = S_OK;
 
 protected:
@@ -186,11 +198,17 @@ protected:
         ids[0] = 77;
         return S_OK;
     }
-    HRESULT InvokeMember(const std::wstring& name, DISPID id, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                         EXCEPINFO*, UINT*) override
+    HRESULT InvokeMember(const std::wstring&, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                         UINT*) override
     {
-        asked = name + L' ' + std::to_wstring(id) + L' ' + std::to_wstring(flags) + L' ' +
-                std::to_wstring(parameters->cArgs);
+        for (UINT i = 0; i < parameters->cArgs; ++i) {
+            if (parameters->rgvarg[i].vt == (VT_BYREF | VT_I4)) ++*parameters->rgvarg[i].plVal;
+        }
+        if (answer == DISP_E_EXCEPTION) {
+            exception->scode = static_cast<HRESULT>(ECapeComputationHR);
+            exception->bstrDescription = SysAllocString(L"no colour left");
+            exception->bstrSource = SysAllocString(L"Painter");
+        }
         if (result) {
             result->vt = VT_I4;
             result->lVal = 5;
@@ -224,6 +242,34 @@ TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)
                    " <arg name=\"value\" direc=\"in\" type=\"VT_BSTR\">\n  <argval value=\"&quot;red&quot;\"/>\n "
                    "</arg>\n"),
               Written().substr(before));
+    before = Written().size();
+    long number = 6;
+    VARIANT reference;
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &number;
+    DISPPARAMS parameters = {&reference, nullptr, 1, 0};
+    EXPECT_EQ(S_OK,
+              script->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr));
+    EXPECT_EQ(7, number);
+    EXPECT_EQ(Func("IDispatch::Colour",
+                   " <arg name=\"argument 1\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"6\"/>\n </arg>\n"
+                   " <arg name=\"argument 1\" direc=\"out\" type=\"VT_I4\">\n  <argval value=\"7\"/>\n </arg>\n"),
+              Written().substr(before));
+    // A failure that the object describes in its own way, whether or not the caller asks for that.
+    object->answer = DISP_E_EXCEPTION;
+    for (const bool asks : {false, true}) {
+        before = Written().size();
+        EXCEPINFO exception = {};
+        EXPECT_EQ(DISP_E_EXCEPTION,
+                  Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result, asks ? &exception : nullptr));
+        EXPECT_EQ(asks ? L"no colour left" : L"", TextOf(exception.bstrDescription));
+        EXPECT_EQ(Func("IDispatch::Colour",
+                       " <info value=\"Error information: &quot;no colour left&quot; (source: Painter)\"/>\n"
+                       " <error value=\"ECapeComputationHR: error code 0x8004050B\"/>\n"),
+                  Written().substr(before));
+        SysFreeString(exception.bstrDescription);
+        SysFreeString(exception.bstrSource);
+    }
     object->answer = E_FAIL;
     EXPECT_EQ(E_FAIL, Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result));
     EXPECT_NE(std::string::npos, Written().find("<func name=\"IDispatch::Colour\""));
