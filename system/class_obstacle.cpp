@@ -78,7 +78,7 @@ std::wstring PathOfAddress(const std::wstring& address)
     return path.starts_with(L'\\') ? path.substr(1) : L"\\\\" + path;
 }
 
-// Where the assembly of a .NET class is; empty when it is in the system's cache, or anywhere else that is not told.
+// Where the assembly of a .NET class is; empty when it is in the system's cache, or wherever else the registry does not say.
 std::wstring AssemblyOf(const RegistryRoot& root, const std::wstring& serverPath, const RegistryKey& server)
 {
     std::wstring location = TextOf(server, L"CodeBase");
@@ -92,7 +92,7 @@ std::wstring AssemblyOf(const RegistryRoot& root, const std::wstring& serverPath
     return PathOfAddress(location);
 }
 
-// The file with the class's code; empty when it has none or it is not told where.
+// The file with the class's code; empty when it has none or the registry does not say where.
 std::wstring LibraryOf(const RegistryRoot& root, const std::wstring& path)
 {
     const std::wstring serverPath = path + L"\\InprocServer32";
