@@ -7,6 +7,7 @@
 
 #include "dynamic_fake.h"
 #include "expected_log.h"
+#include "fault_kinds.h"
 #include "library_rows.h"
 #include "method_call.h"
 #include "parameters/parameter.h"
@@ -175,28 +176,31 @@ TEST_F(DescribedParts, AreNotMadeForWhatTheObjectLacks)
     EXPECT_NE(std::string::npos, log.find("Pack: QueryInterface for unsupported interface ICapeUnitTypeInfo"));
 }
 
-// A fault in a member ends its call and no more.
-TEST_F(DescribedParts, CatchFaults)
+// What escapes from a member ends its call and no more.
+TEST_F(DescribedParts, CatchWhatEscapes)
 {
     wrapped = DynamicFake::Make(L"Wrapped");
     const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
     const auto typeInfo = As<ICapeUnitTypeInfo>(proxy);
+    for (const FaultKind* kind : OneFaultOfEachSort()) {
+        SCOPED_TRACE(kind->name);
+        wrapped->handler = [&](const IncomingCall&) {
+            wrapped->lastAct = kind->act;
+            return S_OK;
+        };
+        eCapeUnitType type = {};
+        const std::size_t before = Written().size();
+        EXPECT_EQ(E_UNEXPECTED, typeInfo->get_GetUnitType(&type));
+        const std::string news = Written().substr(before);
+        EXPECT_TRUE(
+            news.starts_with("<func name=\"ICapeUnitTypeInfo::get_GetUnitType\" direc=\"in\" object=\"Pack\">\n"
+                             " <error value=\"" +
+                             Escaped(kind->logged) + "\"/>\n"))
+            << news;
+        EXPECT_TRUE(news.ends_with("</func>\n")) << news;
+    }
     wrapped->handler = [](const IncomingCall&) { return S_OK; };
-    wrapped->lastAct.act = [](const void*) -> HRESULT {
-        *static_cast<volatile int*>(nullptr) = 0;
-        return S_OK;
-    };
     eCapeUnitType type = {};
-    const std::size_t before = Written().size();
-    EXPECT_EQ(E_UNEXPECTED, typeInfo->get_GetUnitType(&type));
-    const std::string news = Written().substr(before);
-    EXPECT_TRUE(
-        news.starts_with("<func name=\"ICapeUnitTypeInfo::get_GetUnitType\" direc=\"in\" object=\"Pack\">\n"
-                         " <error value=\"Uncaught SEH exception during function call: "
-                         "EXCEPTION_ACCESS_VIOLATION"))
-        << news;
-    EXPECT_TRUE(news.ends_with("</func>\n"));
-    wrapped->lastAct = {};
     EXPECT_EQ(S_OK, typeInfo->get_GetUnitType(&type));
 }
 
