@@ -5,6 +5,7 @@
 #include <memory>
 #include <regex>
 
+#include "core/interface_name.h"
 #include "dynamic_fake.h"
 #include "expected_log.h"
 #include "fault_kinds.h"
@@ -173,7 +174,8 @@ TEST_F(DescribedParts, AreNotMadeForWhatTheObjectLacks)
     }
     const std::string log = Written();
     EXPECT_EQ(6, std::count(log.begin(), log.end(), '\n'));
-    EXPECT_NE(std::string::npos, log.find("Pack: QueryInterface for unsupported interface ICapeUnitTypeInfo"));
+    EXPECT_NE(std::string::npos,
+              log.find("Pack: QueryInterface for unsupported interface " + InterfaceName(__uuidof(ICapeUnitTypeInfo))));
 }
 
 // What escapes from a member ends its call and no more.
