@@ -26,7 +26,7 @@ constexpr WORD kOtherMachine = kIs32Bit ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_
 
 constexpr DWORD kNoDotNet = ~0u;
 
-// The beginning of a library, as far as its width is told there.
+// The beginning of a library, which says its width.
 std::vector<char> Headers(WORD machine, DWORD dotNetFlags = kNoDotNet)
 {
     std::vector<char> bytes(1024);
