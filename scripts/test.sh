@@ -1,23 +1,27 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
-# build | which of its tests; those labelled "together" share nothing of the system and run two at a time.
+# step | Wine prefix | build | which of its tests. Runs of one step go on at the same time. Tests labelled "together" share nothing of
+# the system and run two at a time. The others need the registry, the server and the windows of a prefix for themselves, so they
+# have several prefixes. The run "other" has the tests without a label of their own, so that no test is left out.
 testRuns=(
-    'i686      | -L together --parallel 2'
-    'i686      | -LE together'
-    'x86_64    | -L together --parallel 2'
-    'sanitized | --parallel 2'
+    'together | test     | i686      | -L together --parallel 2'
+    'alone    | windows  | i686      | -L windows'
+    'alone    | served   | i686      | -L served'
+    'alone    | other    | i686      | -LE together|windows|served'
+    'last     | test     | x86_64    | -L together --parallel 2'
+    'native   | none     | sanitized | --parallel 2'
 )
 
 Test()
 {
     LockTree
     FastChecks
-    local build choice row run failed=0 options
+    local build step prefix choice row failed=0
     for build in "${architectures[@]}"; do
         Build "$build"
     done
+    rm -f "$logFolder"/tests-*
     UsePrefix test
-    WatchServer
     # Tests under Wine wait more than they work, which leaves time for the last build.
     mkdir -p "$logFolder"
     ( renice -n 19 -p "$BASHPID" >/dev/null && BuildPreset sanitized ) >"$logFolder/last-build" 2>&1 8>&- &
@@ -25,22 +29,42 @@ Test()
     AtExit EndLastBuild
     testReports=()
     for row in "${testRuns[@]}"; do
-        IFS='| ' read -r build choice <<<"$row"
-        read -r -a options <<<"$choice"
-        if [ "$build" = sanitized ]; then
-            wait "$lastBuild" || { cat "$logFolder/last-build"; Fail "What is tested with sanitizers could not be built."; }
-            lastBuild=
-            cat "$logFolder/last-build"
-        fi
-        Say "Tests, $build ($choice)"
-        run=$logFolder/tests-${#testReports[@]}-$build
-        testReports+=("$run.xml")
-        rm -f "$run.xml"
-        ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
-            --output-junit "$run.xml" --output-log "$run.log" 8>&- || failed=1
-        ServerLives "the tests of $build ($choice)" || failed=1
+        IFS='| ' read -r step prefix build choice <<<"$row"
+        testReports+=("$logFolder/tests-$step-$prefix-$build.xml")
+        [ "$step" = alone ] || AllInOwnPrefix || failed=1
+        case "$step" in
+            alone) InOwnPrefix "$prefix" Tests "$step" "$prefix" "$build" "$choice" ;;
+            native)
+                wait "$lastBuild" || { cat "$logFolder/last-build"; Fail "What is tested with sanitizers could not be built."; }
+                lastBuild=
+                cat "$logFolder/last-build"
+                RunTests "$step" "$prefix" "$build" "$choice" || failed=1
+                ;;
+            *) Tests "$step" "$prefix" "$build" "$choice" || failed=1 ;;
+        esac
     done
+    AllInOwnPrefix || failed=1
     Summarise "$failed"
+}
+
+# Tests <step> <prefix> <build> <choice>: the tests of a row under Wine, whose server has to live on.
+Tests()
+{
+    local failed=0
+    WatchServer
+    RunTests "$@" || failed=1
+    ServerLives "the tests of $3 ($4)" || failed=1
+    return "$failed"
+}
+
+RunTests()
+{
+    local step=$1 prefix=$2 build=$3 choice=$4 log=$logFolder/tests-$1-$2-$3 options
+    read -r -a options <<<"$choice"
+    Say "Tests, $build ($choice)"
+    # Runs beside each other print in turn, so each line begins with the prefix. The pipe is ctest's own: no test inherits it.
+    ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
+        --output-junit "$log.xml" --output-log "$log.log" 8>&- | sed -u "s/^/$prefix: /"
 }
 
 lastBuild=

@@ -34,6 +34,41 @@ UsePrefix()
     coproc resident { exec wine cmd /q >/dev/null 2>&1 8>&-; }
 }
 
+# InOwnPrefix <prefix> <command...>: runs a function of these scripts in the background, in a fresh prefix and on a display of its
+# own. Returns as soon as the prefix is there, so that the first can make the template for all.
+InOwnPrefix()
+{
+    local ready=$wineFolder/$1.ready
+    mkdir -p "$wineFolder"
+    rm -f "$ready"
+    UseOwnPrefix "$@" 8>&- &
+    inOwnPrefix+=($!)
+    AtExit "EndTree $!"
+    while [ ! -e "$ready" ] && kill -0 "${inOwnPrefix[-1]}" 2>/dev/null; do sleep 0.2; done
+}
+inOwnPrefix=()
+
+UseOwnPrefix()
+{
+    cleanUps=(EndStep)
+    trap CleanUp EXIT
+    UsePrefix "$1"
+    touch "$wineFolder/$1.ready"
+    shift
+    "$@" || exit 1
+}
+
+# Waits for all that InOwnPrefix has started; false when one of them failed.
+AllInOwnPrefix()
+{
+    local process failed=0
+    for process in "${inOwnPrefix[@]}"; do
+        wait "$process" || failed=1
+    done
+    inOwnPrefix=()
+    return "$failed"
+}
+
 StartWine()
 {
     # It does not end by itself, so that tests that end every program do not end it too.
