@@ -60,7 +60,7 @@ Outcome ExportedPackageList::Load()
     entries.clear();
     leftOut.clear();
     RegistryKey key;
-    Outcome opened = OpenConfigurationKey(root, key);
+    Outcome opened = OpenConfigurationKey(root, key, edition->packagesKey);
     if (opened) ReadEntries(key);
     Refresh();
     return opened;
@@ -94,7 +94,7 @@ void ExportedPackageList::ReadEntries(const RegistryKey& key)
 Outcome ExportedPackageList::Save() const
 {
     RegistryKey key;
-    Outcome opened = OpenConfigurationKey(root, key);
+    Outcome opened = OpenConfigurationKey(root, key, edition->packagesKey);
     if (!opened) return opened;
     LSTATUS error = key.WriteDword(kCount, static_cast<DWORD>(entries.size()));
     std::wstring lost = L"the list of packages";

@@ -1,4 +1,4 @@
-// The exported packages of the process, in order of insertion, and their place in the registry. The list is the records' only
+// The exported packages of an edition, in order of insertion, and their place in the registry. The list is the records' only
 // owner. Main thread only. A message box lets calls in that may change the list: after one, find a record again by its identity,
 // never by an index or a pointer from before.
 #pragma once
@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "system/edition.h"
 #include "system/outcome.h"
 #include "system/registry.h"
 #include "packages/exported_package.h"
@@ -21,7 +22,9 @@ using PackageIdentity = std::uint64_t;
 
 class ExportedPackageList {
 public:
-    explicit ExportedPackageList(const RegistryRoot& root = {}) : root(root) {}
+    explicit ExportedPackageList(const RegistryRoot& root = {}, const Edition& edition = kThisEdition)
+        : root(root), edition(&edition)
+    {}
 
     // Replaces the list by the stored one and leaves out bad entries. Refreshes the view. Fails, with an empty list, when the
     // registry cannot be reached.
@@ -57,6 +60,7 @@ public:
 
     // For tests: sets where the list is stored from now on.
     void UseRoot(const RegistryRoot& newRoot) { root = newRoot; }
+    const RegistryRoot& Root() const { return root; }
 
 private:
     struct Entry {
@@ -66,6 +70,7 @@ private:
     void ReadEntries(const RegistryKey& key);
 
     RegistryRoot root;
+    const Edition* edition;
     std::vector<Entry> entries;
     std::vector<int> leftOut;
     void (*refresh)() = nullptr;

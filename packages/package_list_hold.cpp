@@ -12,8 +12,8 @@ namespace {
 // An edit only reads and writes a few registry values.
 constexpr DWORD kPatience = 5000;
 
-constexpr wchar_t kSign[] = L"ZELT holds the package list of ";
-constexpr wchar_t kEdit[] = L"ZELT package list edit of ";
+std::wstring SignOf(const Edition& edition) { return edition.name + std::wstring(L" holds the package list of "); }
+std::wstring EditOf(const Edition& edition) { return edition.name + std::wstring(L" package list edit of "); }
 
 // The current user's identifier as text; empty when it is not available.
 std::wstring UserText()
@@ -34,7 +34,7 @@ std::wstring UserText()
 
 // The list belongs to the user, so the name does too. Each process of the user can open the object, with or without an
 // administrator's rights: what the system would grant by default depends on who made it first.
-UniqueHandle MakeMutex(const wchar_t* name)
+UniqueHandle MakeMutex(const std::wstring& name)
 {
     const std::wstring user = UserText();
     PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -45,9 +45,9 @@ UniqueHandle MakeMutex(const wchar_t* name)
     return UniqueHandle(CreateMutexW(descriptor ? &attributes : nullptr, FALSE, (L"Global\\" + (name + user)).c_str()));
 }
 
-bool IsHeld()
+bool IsHeld(const Edition& edition)
 {
-    const std::wstring name = L"Global\\" + (kSign + UserText());
+    const std::wstring name = L"Global\\" + (SignOf(edition) + UserText());
     const UniqueHandle sign(OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
     // A sign that may not be opened exists.
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
@@ -65,15 +65,15 @@ bool Own(HANDLE mutex)
 PackageListHold::PackageListHold()
 {
     // Make the sign before the wait: an edit that begins now sees it.
-    sign = MakeMutex(kSign);
-    const UniqueHandle mutex = MakeMutex(kEdit);
+    sign = MakeMutex(SignOf(kThisEdition));
+    const UniqueHandle mutex = MakeMutex(EditOf(kThisEdition));
     if (Own(mutex.get())) ReleaseMutex(mutex.get());
 }
 
-PackageListEdit::PackageListEdit() : mutex(MakeMutex(kEdit))
+PackageListEdit::PackageListEdit(const Edition& edition) : mutex(MakeMutex(EditOf(edition)))
 {
     owned = Own(mutex.get());
-    allowed = owned && !IsHeld();
+    allowed = owned && !IsHeld(edition);
 }
 
 PackageListEdit::~PackageListEdit()

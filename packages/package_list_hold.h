@@ -4,6 +4,7 @@
 // Both are named kernel objects of the user, across sessions and rights: the system releases those of a process that dies.
 #pragma once
 
+#include "system/edition.h"
 #include "system/owners.h"
 
 namespace zelt {
@@ -11,6 +12,7 @@ namespace zelt {
 // Taken before the list is loaded. Never refused: a server has to serve. Waits for an edit in progress.
 class PackageListHold {
 public:
+    // The list of this edition.
     PackageListHold();
 
 private:
@@ -20,7 +22,7 @@ private:
 // Waits for other edits. Released by the thread that made it.
 class PackageListEdit {
 public:
-    PackageListEdit();
+    explicit PackageListEdit(const Edition& edition = kThisEdition);
     ~PackageListEdit();
     PackageListEdit(const PackageListEdit&) = delete;
     PackageListEdit& operator=(const PackageListEdit&) = delete;

@@ -7,9 +7,6 @@
 
 namespace zelt {
 
-const CLSID kPropertyPackageManagerClass = {
-    0x6377AC63, 0x7A36, 0x46DC, {0x88, 0x97, 0xF2, 0x77, 0x01, 0x2C, 0xDA, 0x9D}};
-
 namespace {
 
 class CPropertyPackageManager final : public PackageManager {

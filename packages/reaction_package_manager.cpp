@@ -7,9 +7,6 @@
 
 namespace zelt {
 
-const CLSID kReactionPackageManagerClass = {
-    0x2034CAB3, 0xFBC2, 0x4C81, {0x94, 0x49, 0xCD, 0x13, 0xC7, 0x3C, 0xE6, 0x74}};
-
 namespace {
 
 class CReactionPackageManager final : public PackageManager {

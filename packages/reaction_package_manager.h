@@ -1,11 +1,11 @@
 // CReactionPackageManager: the CAPE-OPEN 1.0 Reaction Package Manager that the server exports.
 #pragma once
 
-#include <windows.h>
+#include "system/edition.h"
 
 namespace zelt {
 
-extern const CLSID kReactionPackageManagerClass;
+inline constexpr const CLSID& kReactionPackageManagerClass = kThisEdition[OwnClass::ReactionPackageManager].classId;
 
 // Makes one and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateReactionPackageManager(REFIID iid, void** result);

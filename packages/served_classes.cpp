@@ -1,6 +1,5 @@
 #include "packages/served_classes.h"
 
-#include "res/resource.h"
 #include "packages/property_package_manager.h"
 #include "packages/reaction_package_manager.h"
 #include "packages/thermo_system.h"
@@ -9,17 +8,15 @@
 namespace zelt {
 namespace {
 
-// clang-format off
-const ServedClass kServedClasses[] = {
-    {{kThermoSystemClass,           CreateThermoSystem},           kScriptThermoSystem,           L"ZELT.ThermoSystem"},
-    {{kPropertyPackageManagerClass, CreatePropertyPackageManager}, kScriptPropertyPackageManager, L"ZELT.PropertyPackageManager"},
-    {{kReactionPackageManagerClass, CreateReactionPackageManager}, kScriptReactionPackageManager, L"ZELT.ReactionPackageManager"},
-    {{kUnitOperationClass,          CreateUnitOperation},          kScriptUnitOperation,          L"PRAVIK.UnitOperation"},
+const com::ClassEntry kServedClasses[] = {
+    {kThermoSystemClass, CreateThermoSystem},
+    {kPropertyPackageManagerClass, CreatePropertyPackageManager},
+    {kReactionPackageManagerClass, CreateReactionPackageManager},
+    {kUnitOperationClass, CreateUnitOperation},
 };
-// clang-format on
 
 }  // namespace
 
-ServedClassRows ServedClasses() { return kServedClasses; }
+std::span<const com::ClassEntry> ServedClasses() { return kServedClasses; }
 
 }  // namespace zelt

@@ -1,10 +1,12 @@
-// The classes that the server offers, one row each: what the program registers with COM at start, and what registration writes.
+// The classes that the server offers, one row each: what the program registers with COM at start.
 #pragma once
 
-#include "registration/served_class.h"
+#include <span>
+
+#include "com/class_factory.h"
 
 namespace zelt {
 
-ServedClassRows ServedClasses();
+std::span<const com::ClassEntry> ServedClasses();
 
 }  // namespace zelt

@@ -7,8 +7,6 @@
 
 namespace zelt {
 
-const CLSID kThermoSystemClass = {0x4CCF55DB, 0xE332, 0x42F8, {0xB6, 0x85, 0x18, 0x89, 0x89, 0xF8, 0xE1, 0xEC}};
-
 namespace {
 
 class CThermoSystem final : public PackageManager {

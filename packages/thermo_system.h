@@ -1,11 +1,11 @@
 // CThermoSystem: the CAPE-OPEN 1.0 Thermo System that the server exports.
 #pragma once
 
-#include <windows.h>
+#include "system/edition.h"
 
 namespace zelt {
 
-extern const CLSID kThermoSystemClass;
+inline constexpr const CLSID& kThermoSystemClass = kThisEdition[OwnClass::ThermoSystem].classId;
 
 // Makes one and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateThermoSystem(REFIID iid, void** result);

@@ -49,7 +49,7 @@ Registrar::Registrar(const std::wstring& modulePath, const std::wstring& version
 {
     com::Check(CoCreateInstance(kRegistrarClass, nullptr, CLSCTX_INPROC_SERVER, kRegistrarInterface, &registrar));
     Replace(L"Module_Raw", modulePath);
-    for (const auto& [key, value] : ReplacementsFor(modulePath, version)) Replace(key.c_str(), value);
+    for (const auto& [key, value] : ReplacementsFor(kThisEdition, modulePath, version)) Replace(key.c_str(), value);
 }
 
 Registrar::~Registrar() = default;
@@ -67,9 +67,9 @@ HRESULT Registrar::Run(int script, bool add)
     });
 }
 
-ScriptReplacements ReplacementsFor(const std::wstring& modulePath, const std::wstring& version)
+ScriptReplacements ReplacementsFor(const Edition& edition, const std::wstring& modulePath, const std::wstring& version)
 {
-    return {{L"MODULE", Quoted(modulePath)}, {L"APPID", kApplicationId}, {L"EXEVERSION", version}};
+    return {{L"MODULE", Quoted(modulePath)}, {L"APPID", edition.applicationId}, {L"EXEVERSION", version}};
 }
 
 std::wstring Quoted(const std::wstring& path) { return L'"' + path + L'"'; }

@@ -9,6 +9,7 @@
 
 #include <wrl/client.h>
 
+#include "system/edition.h"
 #include "system/registry.h"
 #include "registration/registry_script.h"
 #include "registration/registry_mirror.h"
@@ -29,7 +30,8 @@ struct IRegistrar;
 
 class Registrar {
 public:
-    // Creates the component and gives it the replacements of the scripts, and Module_Raw, the bare path. Throws com::Failure.
+    // Creates the component and gives it the replacements of this edition's scripts, and Module_Raw, the bare path. Throws
+    // com::Failure.
     Registrar(const std::wstring& modulePath, const std::wstring& version);
     ~Registrar();
     Registrar(const Registrar&) = delete;
@@ -44,12 +46,9 @@ private:
     Microsoft::WRL::ComPtr<IRegistrar> registrar;
 };
 
-// The application identifier, in its registry form.
-inline constexpr wchar_t kApplicationId[] = L"{D76CDF09-2520-4B73-9730-98028328426E}";
-
-// The replacements that the scripts here use: MODULE is the program's path in double quotes. The registrar ignores the case of
-// letters in their names.
-ScriptReplacements ReplacementsFor(const std::wstring& modulePath, const std::wstring& version);
+// The replacements that the scripts here use: MODULE is the program's path in double quotes, APPID the edition's. The registrar
+// ignores the case of letters in their names.
+ScriptReplacements ReplacementsFor(const Edition& edition, const std::wstring& modulePath, const std::wstring& version);
 
 // The path in the double quotes that keep a path with blanks from being cut at a blank, or from starting another program.
 std::wstring Quoted(const std::wstring& path);

@@ -8,7 +8,6 @@
 #include "com/failure.h"
 #include "com/type_info.h"
 #include "system/narrow.h"
-#include "res/resource.h"
 #include "registration/registrar.h"
 #include "registration/registration_check.h"
 #include "registration/type_library_registration.h"
@@ -27,12 +26,12 @@ void Verify(Scope scope, int script, const std::wstring& modulePath, const std::
     const auto lookUp = [scope](REGSAM view, const std::wstring& key, const std::wstring& value) {
         return LookUpEntry(scope, view, key, value);
     };
-    if (!FindRegistrationFaults(script, modulePath, version, lookUp).empty()) throw com::Failure(SELFREG_E_CLASS);
+    if (!FindRegistrationFaults(kThisEdition, script, modulePath, version, lookUp).empty()) throw com::Failure(SELFREG_E_CLASS);
 }
 
 }  // namespace
 
-HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows classes)
+HRESULT RegisterServer(Scope scope, const std::string& version)
 {
     return com::NoThrow([&] {
         const std::wstring modulePath = com::ModulePath(com::ThisModule());
@@ -40,21 +39,21 @@ HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows 
         Registrar registrar(modulePath, Widen(version));
         {
             const ClassesRootOverride root(scope);
-            com::Check(registrar.Run(kScriptApplication, true));
-            for (const ServedClass& served : classes) com::Check(registrar.Run(served.script, true));
+            com::Check(registrar.Run(kThisEdition.applicationScript, true));
+            for (const EditionClass& own : kThisEdition.classes) com::Check(registrar.Run(own.script, true));
         }
-        for (const ServedClass& served : classes) MirrorKey(scope, ClassPath(served));
+        for (const EditionClass& own : kThisEdition.classes) MirrorKey(scope, ClassPath(own.classId));
         RegisterOwnLibrary(scope, modulePath);
         for (const SharedLibrary& library : SharedLibraries()) {
             RegisterMissingLibrary(scope, library.number, library.fileName);
         }
-        Verify(scope, kScriptApplication, modulePath, version);
-        for (const ServedClass& served : classes) Verify(scope, served.script, modulePath, version);
+        Verify(scope, kThisEdition.applicationScript, modulePath, version);
+        for (const EditionClass& own : kThisEdition.classes) Verify(scope, own.script, modulePath, version);
         return S_OK;
     });
 }
 
-HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRows classes)
+HRESULT UnregisterServer(Scope scope, const std::string& version)
 {
     HRESULT first = S_OK;
     const auto attempt = [&first](auto&& body) {
@@ -73,10 +72,12 @@ HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRow
             com::Check(registrar->Run(script, false));
         });
     };
-    for (const ServedClass& served : classes) run(served.script);
-    for (const ServedClass& served : classes) attempt([&] { RemoveKey(scope, ClassPath(served)); });
+    for (const EditionClass& own : kThisEdition.classes) run(own.script);
+    for (const EditionClass& own : kThisEdition.classes) {
+        attempt([&] { RemoveKey(scope, ClassPath(own.classId)); });
+    }
     attempt([&] { UnregisterOwnLibrary(scope); });
-    run(kScriptApplication);
+    run(kThisEdition.applicationScript);
     if (scope == Scope::User) {
         for (const wchar_t* container : kContainers) attempt([&] { RemoveEmptyKey(scope, container); });
     }

@@ -1,5 +1,5 @@
-// Registration of the server: its application, the given classes, the log's file class and the type libraries, in every registry
-// view, for the machine or for the current user. Removal takes away what registration added, except the standard's type
+// Registration of this edition of the server: its application, its classes, the file class of logs if it opens them, and the type
+// libraries, in every registry view, for the machine or for the current user. Removal takes away what registration added, except the standard's type
 // libraries, which belong to everybody. Shows nothing to the user: the status code says what went wrong.
 #pragma once
 
@@ -9,15 +9,14 @@
 
 #include "system/registry.h"
 #include "registration/registry_mirror.h"
-#include "registration/served_class.h"
 
 namespace zelt {
 
 // Adds everything and reads it back in every view. SELFREG_E_CLASS or SELFREG_E_TYPELIB when an entry is then missing.
-[[nodiscard]] HRESULT RegisterServer(Scope scope, const std::string& version, ServedClassRows classes);
+[[nodiscard]] HRESULT RegisterServer(Scope scope, const std::string& version);
 
 // Removes as much as can be removed and returns the first failure. What is already missing is no failure.
-[[nodiscard]] HRESULT UnregisterServer(Scope scope, const std::string& version, ServedClassRows classes);
+[[nodiscard]] HRESULT UnregisterServer(Scope scope, const std::string& version);
 
 // True when the value CurrentUser of Software\BRIX below `root` is "1": the products of this family were installed for the
 // current user alone, and a plain registration is to do the same.

@@ -22,12 +22,12 @@ FoundEntry LookUpEntry(Scope scope, REGSAM view, const std::wstring& key, const 
     return {true, opened.ReadString(value.c_str())};
 }
 
-std::vector<RegistrationFault> FindRegistrationFaults(int script, const std::wstring& modulePath,
+std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script, const std::wstring& modulePath,
                                                       const std::string& version, const EntryLookup& lookUp)
 {
     const REGSAM own[] = {OwnView()};
     std::vector<RegistrationFault> faults;
-    for (const ScriptEntry& entry : ReadScript(ScriptText(script), ReplacementsFor(modulePath, Widen(version)))) {
+    for (const ScriptEntry& entry : ReadScript(ScriptText(script), ReplacementsFor(edition, modulePath, Widen(version)))) {
         const bool seenInViews = entry.key.starts_with(L"CLSID\\");
         for (const REGSAM view : seenInViews ? RegistryViews() : std::span<const REGSAM>(own)) {
             FoundEntry found = lookUp(view, entry.key, entry.value.value_or(std::wstring()));
@@ -37,6 +37,16 @@ std::vector<RegistrationFault> FindRegistrationFaults(int script, const std::wst
     return faults;
 }
 
-std::wstring ClassPath(const ServedClass& served) { return L"CLSID\\" + GuidText(served.entry.clsid); }
+std::wstring ClassPath(REFCLSID classId) { return L"CLSID\\" + GuidText(classId); }
+
+bool IsRegistered(const Edition& edition, Scope scope)
+{
+    for (const EditionClass& own : edition.classes) {
+        for (const REGSAM view : RegistryViews()) {
+            if (KeyExists(scope, view, ClassPath(own.classId))) return true;
+        }
+    }
+    return false;
+}
 
 }  // namespace zelt

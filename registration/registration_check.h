@@ -9,7 +9,7 @@
 
 #include "registration/registry_script.h"
 #include "registration/registry_mirror.h"
-#include "registration/served_class.h"
+#include "system/edition.h"
 
 namespace zelt {
 
@@ -29,12 +29,15 @@ struct RegistrationFault {
     FoundEntry found;
 };
 
-// Where the registry differs from what a script writes: classes in every view, and what the views share in the view of this
-// process. `modulePath` is the program's, `version` its own. Throws com::Failure.
-std::vector<RegistrationFault> FindRegistrationFaults(int script, const std::wstring& modulePath,
+// Where the registry differs from what a script of the edition writes: classes in every view, and what the views share in the view
+// of this process. `modulePath` is the edition's program, `version` the program's own. Throws com::Failure.
+std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script, const std::wstring& modulePath,
                                                       const std::string& version, const EntryLookup& lookUp);
 
-// The key of a served class, relative to the classes.
-std::wstring ClassPath(const ServedClass& served);
+// The key of a class, relative to the classes.
+std::wstring ClassPath(REFCLSID classId);
+
+// Whether any class of the edition is registered for the scope, in any view.
+bool IsRegistered(const Edition& edition, Scope scope);
 
 }  // namespace zelt

@@ -12,6 +12,7 @@
 #include "res/resource.h"
 #include "registration/library_facts.h"
 #include "registration/registrar.h"
+#include "registration/registration_check.h"
 #include "registration/shared_file.h"
 #include "system/guid_text.h"
 
@@ -82,6 +83,18 @@ void WriteInterface(Scope scope, REGSAM view, const LibraryFacts& facts, const L
     CheckWin32(library.WriteString(L"Version", facts.version));
 }
 
+// The library's file becomes the program of the other edition, as that is registered.
+void LeaveToOther(Scope scope, const LibraryFacts& facts)
+{
+    for (const REGSAM view : RegistryViews()) {
+        const std::wstring path = facts.versionPath + L"\\0\\win32";
+        const std::wstring server =
+            DefaultValue(scope, view, ClassPath(kOtherEdition.classes[0].classId) + L"\\LocalServer32");
+        if (server.size() < 2 || !KeyExists(scope, view, path)) continue;
+        WriteDefault(scope, view, path, server.substr(1, server.size() - 2));
+    }
+}
+
 }  // namespace
 
 std::span<const SharedLibrary> SharedLibraries() { return kSharedLibraries; }
@@ -114,6 +127,10 @@ void UnregisterOwnLibrary(Scope scope)
     ComPtr<ITypeLib> library;
     com::Check(com::LoadModuleTypeLibrary(kOwnLibrary, &library));
     const LibraryFacts facts = ReadLibraryFacts(*library.Get());
+    if (IsRegistered(kOtherEdition, scope)) {
+        LeaveToOther(scope, facts);
+        return;
+    }
     if (KeyExists(scope, OwnView(), facts.versionPath)) {
         const ClassesRootOverride root(scope);
         com::Check(scope == Scope::User

@@ -5,12 +5,6 @@
 #define kStandardLibrary 2
 #define kThermoContextLibrary 3
 
-#define kScriptApplication 101
-#define kScriptPropertyPackageManager 104
-#define kScriptThermoSystem 109
-#define kScriptUnitOperation 116
-#define kScriptReactionPackageManager 135
-
 #define kMainDialog 102
 #define kAddPackageDialog 105
 #define kAboutDialog 107

@@ -112,8 +112,8 @@ HRESULT CZELTModule::RunRegistration(RegistrationAction action)
     const bool named = action == RegistrationAction::RegisterPerUser || action == RegistrationAction::UnregisterPerUser;
     const Scope scope = named || PerUserRegistrationPreferred({}) ? Scope::User : Scope::Machine;
     const bool add = action == RegistrationAction::Register || action == RegistrationAction::RegisterPerUser;
-    return add ? RegisterServer(scope, versionText, ServedClasses())
-               : UnregisterServer(scope, versionText, ServedClasses());
+    return add ? RegisterServer(scope, versionText)
+               : UnregisterServer(scope, versionText);
 }
 
 void CZELTModule::Lock() { AddReference(); }
@@ -131,9 +131,7 @@ void CZELTModule::Unlock()
 
 int CZELTModule::Serve()
 {
-    std::vector<com::ClassEntry> entries;
-    for (const ServedClass& served : ServedClasses()) entries.push_back(served.entry);
-    const HRESULT registered = classObjects.Register(entries);
+    const HRESULT registered = classObjects.Register(ServedClasses());
     if (FAILED(registered)) return registered;
     if (registered == S_FALSE) delayShutdown = false;
     if (delayShutdown && FAILED(StartMonitor())) return E_FAIL;

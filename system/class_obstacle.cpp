@@ -10,12 +10,6 @@
 namespace zelt {
 namespace {
 
-constexpr bool kIs32Bit = sizeof(void*) == 4;
-constexpr const wchar_t* kOtherViewOnly =
-    kIs32Bit ? L"registered for 64-bit programs only" : L"registered for 32-bit programs only";
-constexpr const wchar_t* kOtherLibrary =
-    kIs32Bit ? L"its library is for 64-bit programs only" : L"its library is for 32-bit programs only";
-
 // The loader of .NET, which is registered as the library of each of its classes.
 constexpr wchar_t kDotNetLoader[] = L"mscoree.dll";
 
@@ -107,21 +101,22 @@ std::wstring LibraryOf(const RegistryRoot& root, const std::wstring& path)
     return length == 0 || length >= std::size(found) ? std::wstring() : std::wstring(found, length);
 }
 
-bool IsForOtherWidth(const std::wstring& library)
+bool IsForOtherWidth(int width, const std::wstring& library)
 {
     const ImageFile file = ReadImageFile(library);
-    return file.state == ImageState::Sound && (file.bits == 32) != kIs32Bit && !file.suitsBoth;
+    return file.state == ImageState::Sound && file.bits != width && !file.suitsBoth;
 }
 
 }  // namespace
 
-std::wstring ObstacleOf(const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path)
+std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path)
 {
     if (own && IsServedByProcess(*own, path)) return {};
     const std::wstring library = own ? LibraryOf(*own, path) : std::wstring();
-    if (own && (library.empty() || !IsForOtherWidth(library))) return {};
+    if (own && (library.empty() || !IsForOtherWidth(width, library))) return {};
     if (other && IsServedByProcess(*other, path)) return {};
-    return own ? kOtherLibrary : kOtherViewOnly;
+    const std::wstring programs = (width == 32 ? L"64-bit" : L"32-bit") + std::wstring(L" programs only");
+    return (own ? L"its library is for " : L"registered for ") + programs;
 }
 
 }  // namespace zelt

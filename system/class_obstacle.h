@@ -1,4 +1,4 @@
-// Why this process cannot use a registered class: it has one width, and the class may be there for the other only. Reads the
+// Why a process of one width cannot use a registered class: it may be there for the other width only. Reads the
 // registry and the headers of the class's library; creates nothing.
 #pragma once
 
@@ -8,9 +8,9 @@
 
 namespace zelt {
 
-// `own` and `other` are where the class is registered in the views of this width and of the other, null where it is not; `path` is
+// `own` and `other` are where the class is registered in the views of that width and of the other, null where it is not; `path` is
 // that of its key below them. Empty when nothing is known against it. A class that has a program of its own, or a surrogate,
 // serves both widths.
-std::wstring ObstacleOf(const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);
+std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);
 
 }  // namespace zelt

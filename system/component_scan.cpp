@@ -85,11 +85,11 @@ void Examine(const ClassSources& sources, const RegistryRoot& root, const std::w
     for (const std::wstring& category : categories.SubkeyNames()) {
         for (std::size_t index = 0; index < searches.size(); ++index) {
             if (_wcsicmp(category.c_str(), searches[index].category) != 0) continue;
-            if (classId == searches[index].leftOut) continue;
+            if (classId == searches[index].leftOut || IsOwnClass(classId)) continue;
             if (!info) {
                 places = PlacesOf(sources, path);
                 info = Describe(root, path, identity, classId);
-                info->obstacle = ObstacleOf(places.own, places.other, path);
+                info->obstacle = ObstacleOf(sources.width, places.own, places.other, path);
             }
             // Each class is listed once, from the first of its places.
             if ((places.own ? places.own : places.other) != &root) continue;
@@ -118,7 +118,7 @@ Outcome Search(std::span<const ComponentSearch> searches, const ClassSources& so
 
 }  // namespace
 
-ClassSources InstalledClasses()
+ClassSources InstalledClasses(int width)
 {
     // Stays open as long as the process runs.
     static const RegistryKey ofUser = [] {
@@ -126,9 +126,10 @@ ClassSources InstalledClasses()
         static_cast<void>(key.Open({}, L"Software\\Classes"));
         return key;
     }();
-    ClassSources sources = {{HKEY_CLASSES_ROOT, OwnView()}, {nullptr, 0}, {ofUser.Get(), OwnView()}};
+    const REGSAM own = ViewOf(width);
+    ClassSources sources = {{HKEY_CLASSES_ROOT, own}, {nullptr, 0}, {ofUser.Get(), own}, {nullptr, 0}, width};
     for (const REGSAM view : RegistryViews()) {
-        if (view == OwnView()) continue;
+        if (view == own) continue;
         sources.other = {HKEY_CLASSES_ROOT, view};
         sources.otherOfUser = {ofUser.Get(), view};
     }
@@ -141,7 +142,7 @@ std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSour
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
     const Places places = PlacesOf(sources, path);
     if (!places.own && !places.other) return {};
-    std::wstring obstacle = ObstacleOf(places.own, places.other, path);
+    std::wstring obstacle = ObstacleOf(sources.width, places.own, places.other, path);
     if (!places.own && !obstacle.empty()) return {};
     ComponentInfo info = Describe(places.own ? *places.own : *places.other, path, identity, classId);
     info.obstacle = std::move(obstacle);

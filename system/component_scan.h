@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "system/edition.h"
 #include "system/outcome.h"
 #include "system/registry.h"
 
@@ -18,15 +19,16 @@ struct ComponentInfo {
     CLSID classId;
     std::wstring displayName;    // with the description if there is one
     std::wstring name;           // without it
-    std::wstring obstacle = {};  // why this process cannot use it; empty when nothing is known against it
+    std::wstring obstacle = {};  // why a process of the searched width cannot use it; empty when nothing is known against it
 };
 
+// The program's own classes, of either edition, are never listed.
 struct ComponentSearch {
     const wchar_t* category;
-    CLSID leftOut;  // a class that the list omits: one of this program's own
+    CLSID leftOut;  // another class that the list omits
 };
 
-// Where classes are registered. On 64-bit Windows a process reads the classes of its own width. It can also use those that only
+// Where classes are registered for a process. On 64-bit Windows it reads the classes of its own width, and can also use those that only
 // the other view has, as long as the class is a program of its own and not a DLL of the other width. The user's own classes are
 // searched for what the machine's lack: HKEY_CLASSES_ROOT does not show them everywhere.
 struct ClassSources {
@@ -34,11 +36,13 @@ struct ClassSources {
     RegistryRoot other;  // without a key when there is one view
     RegistryRoot ownOfUser = {nullptr, 0};
     RegistryRoot otherOfUser = {nullptr, 0};
+    int width = kThisEdition.width;  // of the process
 };
 
-ClassSources InstalledClasses();
+// What a process of that width finds.
+ClassSources InstalledClasses(int width = kThisEdition.width);
 
-// The registered facts of a class, whatever its categories; nothing when this process cannot use it.
+// The registered facts of a class, whatever its categories; nothing when the process cannot use it.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {

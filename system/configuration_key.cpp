@@ -11,9 +11,9 @@ constexpr UINT kFlags = MB_OK | MB_ICONERROR | MB_TOPMOST;
 
 }  // namespace
 
-Outcome OpenConfigurationKey(const RegistryRoot& root, RegistryKey& key)
+Outcome OpenConfigurationKey(const RegistryRoot& root, RegistryKey& key, const wchar_t* path)
 {
-    if (key.Create(root, L"Software\\ZELT", KEY_ALL_ACCESS) == ERROR_SUCCESS) return {};
+    if (key.Create(root, path, KEY_ALL_ACCESS) == ERROR_SUCCESS) return {};
     return Outcome::Failed(L"Unable to access the registry; unable to store or load packages", kCaption, kFlags);
 }
 

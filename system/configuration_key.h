@@ -1,4 +1,4 @@
-// The registry key that holds the user's settings and the exported packages. One routine opens it for all of them, and one
+// The registry keys that hold the user's settings and the exported packages. One routine opens them all, and one
 // reports what could not be stored in it, so that the user always reads the same messages.
 #pragma once
 
@@ -7,8 +7,11 @@
 
 namespace zelt {
 
-// Creates or opens Software\ZELT below `root` with full access.
-Outcome OpenConfigurationKey(const RegistryRoot& root, RegistryKey& key);
+// The settings, and the list of packages of ZELT.EXE.
+inline constexpr wchar_t kSettingsKey[] = L"Software\\ZELT";
+
+// Creates or opens `path` below `root` with full access.
+Outcome OpenConfigurationKey(const RegistryRoot& root, RegistryKey& key, const wchar_t* path = kSettingsKey);
 
 // The failure to store a value in the opened key. `what` names what the user has lost.
 Outcome NotStored(const std::wstring& what, LSTATUS error);

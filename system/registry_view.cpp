@@ -21,10 +21,12 @@ std::span<const REGSAM> RegistryViews()
     return two ? std::span<const REGSAM>(kTwoViews) : std::span<const REGSAM>(kOneView);
 }
 
-REGSAM OwnView()
+REGSAM ViewOf(int width)
 {
     if (RegistryViews().size() == 1) return 0;
-    return sizeof(void*) == 8 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+    return width == 64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
 }
+
+REGSAM OwnView() { return ViewOf(8 * sizeof(void*)); }
 
 }  // namespace zelt

@@ -10,7 +10,10 @@ namespace zelt {
 // Two on 64-bit Windows, whatever the width of the process, else one.
 std::span<const REGSAM> RegistryViews();
 
-// The view of a process of this width.
+// The view of a process of that width, 32 or 64.
+REGSAM ViewOf(int width);
+
+// The view of this process.
 REGSAM OwnView();
 
 }  // namespace zelt

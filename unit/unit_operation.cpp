@@ -15,8 +15,6 @@
 
 namespace zelt {
 
-const CLSID kUnitOperationClass = {0x2FD53BB5, 0x1013, 0x418D, {0xBA, 0xB6, 0x15, 0xDF, 0x8A, 0xD6, 0x06, 0xA6}};
-
 namespace {
 
 // The name until the simulator gives another; units with it are made as configured, without asking.
@@ -111,8 +109,8 @@ HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID clas
 {
     void* created = nullptr;
     // A unit that wraps its own class, as settings or a saved file may request, would make units without end.
-    const HRESULT result = classId == kUnitOperationClass ? CLASS_E_CLASSNOTAVAILABLE
-                                                          : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
+    const HRESULT result = IsOwnClass(classId) ? CLASS_E_CLASSNOTAVAILABLE
+                                               : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
     if (FAILED(result)) {
         error = HRName(result);
         call.Say(Sentence::UnitClassFailed, {error});

@@ -4,13 +4,14 @@
 // logged and answered as without a wrapped object.
 #pragma once
 
+#include "system/edition.h"
 #include "log/log_options.h"
 #include "unit/persistent_object.h"
 #include "unit/unit_interfaces.h"
 
 namespace zelt {
 
-extern const CLSID kUnitOperationClass;
+inline constexpr const CLSID& kUnitOperationClass = kThisEdition[OwnClass::UnitOperation].classId;
 
 // Makes one, asks for the place of its log, and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateUnitOperation(REFIID iid, void** result);

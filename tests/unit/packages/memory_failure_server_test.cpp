@@ -6,7 +6,6 @@
 #include "memory_failure.h"
 #include "packages/exported_package_list.h"
 #include "registration/registration.h"
-#include "packages/served_classes.h"
 #include "registration/registration_check.h"
 #include "tests/system/harness/scratch_registry.h"
 #include "packages/property_package_manager.h"
@@ -94,26 +93,26 @@ TEST_F(ServerMemoryFailure, OfEachAllocationOfAManagerEndsInStatusCodes) { FailO
 TEST_F(ServerMemoryFailure, OfEachAllocationOfARegistrationLeavesNothingThatRemovalDoesNotFind)
 {
     // Makes what is made only once and kept.
-    ASSERT_EQ(S_OK, RegisterServer(Scope::User, "1.0", ServedClasses()));
-    ASSERT_EQ(S_OK, UnregisterServer(Scope::User, "1.0", ServedClasses()));
+    ASSERT_EQ(S_OK, RegisterServer(Scope::User, "1.0"));
+    ASSERT_EQ(S_OK, UnregisterServer(Scope::User, "1.0"));
     const long step = std::max(1, 100 / Effort());
     int failures = 0;
     for (long successes = step / 2;; successes += step) {
         SCOPED_TRACE(successes);
         FailAllocationAfter(successes);
-        const HRESULT registered = RegisterServer(Scope::User, "1.0", ServedClasses());
+        const HRESULT registered = RegisterServer(Scope::User, "1.0");
         const bool hasFailed = FailAllocationAfter(-1);
         if (!hasFailed) {
             EXPECT_EQ(S_OK, registered);
-            EXPECT_EQ(S_OK, UnregisterServer(Scope::User, "1.0", ServedClasses()));
+            EXPECT_EQ(S_OK, UnregisterServer(Scope::User, "1.0"));
             break;
         }
         ++failures;
         EXPECT_TRUE(FAILED(registered));
-        EXPECT_EQ(S_OK, UnregisterServer(Scope::User, "1.0", ServedClasses()));
-        for (const ServedClass& served : ServedClasses()) {
+        EXPECT_EQ(S_OK, UnregisterServer(Scope::User, "1.0"));
+        for (const EditionClass& own : kThisEdition.classes) {
             for (const REGSAM view : {KEY_WOW64_32KEY, KEY_WOW64_64KEY}) {
-                EXPECT_FALSE(LookUpEntry(Scope::User, view, ClassPath(served), L"").keyExists);
+                EXPECT_FALSE(LookUpEntry(Scope::User, view, ClassPath(own.classId), L"").keyExists);
             }
         }
         if (HasFailure()) break;

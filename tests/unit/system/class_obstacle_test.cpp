@@ -154,7 +154,7 @@ protected:
     {
         const RegistryRoot own = {ownKey.Get(), 0}, other = {otherKey.Get(), 0};
         const auto has = [](const RegistryRoot& root) { return RegistryKey().Open(root, kClass) == ERROR_SUCCESS; };
-        return ObstacleOf(has(own) ? &own : nullptr, has(other) ? &other : nullptr, kClass);
+        return ObstacleOf(8 * sizeof(void*), has(own) ? &own : nullptr, has(other) ? &other : nullptr, kClass);
     }
 
     ScratchKey scratch;
