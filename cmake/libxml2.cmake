@@ -1,5 +1,5 @@
-# libxml2 as the target LibXml2, static, built from Debian's sources with this toolchain: the reader, and what the reader itself
-# needs. No network, no files except the one it is given, no compression.
+# Builds libxml2 with this toolchain from Debian's sources, as the static target LibXml2. It contains the reader and what the reader
+# itself needs: no network, no files except the one that it is given, no compression.
 set(ZELT_LIBXML2_SOURCE ${CMAKE_SOURCE_DIR}/build/sources/libxml2 CACHE PATH "Folder of the sources of libxml2 2.9.14")
 if(NOT EXISTS ${ZELT_LIBXML2_SOURCE}/CMakeLists.txt)
   message(FATAL_ERROR "The sources of libxml2 are not in ${ZELT_LIBXML2_SOURCE}. ./dev build fetches them "

@@ -1,8 +1,9 @@
-# A room is a folder of sources that is one library, and sees the rooms below it: a header included as "room/header.h" is found
-# only in the rooms that it, or one of those, uses. The table of rooms is in docs/architecture.md.
+# A room is a folder of sources that forms one library. It sees only the rooms that it uses, directly or through another room: the
+# compiler finds "room/header.h" in no others. The table of rooms is in docs/architecture.md.
 #
-# zelt_room(<name> [FOLDER <folder>] [SOURCES <source>...] [USES <library>...] [SYSTEM <library>...]): `USES` are rooms and
-# whatever else the headers need, `SYSTEM` libraries that only the sources need. A room without sources consists of its headers.
+# zelt_room(<name> [FOLDER <folder>] [SOURCES <source>...] [USES <library>...] [SYSTEM <library>...]): `USES` lists the rooms that
+# it uses and any other library that its headers need; `SYSTEM` lists the libraries that only its sources need. A room without
+# sources consists of headers alone.
 function(zelt_room name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER" "SOURCES;USES;SYSTEM")
   if(NOT arg_FOLDER)

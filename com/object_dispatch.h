@@ -1,7 +1,8 @@
-// IDispatch of a whole object: a script reaches every member of every dual interface that the object has, not only one interface's.
-// The members of the object's script interface come first and keep their own identifiers. Then come those of this module's libraries,
-// in the order of the libraries, and those of interfaces that only the registry describes; last, names that only something else knows
-// (Object::FindMember). Identifiers follow from interface and member alone: programs keep them for all objects of a kind.
+// IDispatch of a whole object: a script reaches the members of every dual interface that the object has, not of just one. A name is
+// looked up first in the object's script interface, whose members keep their own identifiers. Then come the interfaces that this
+// module's type libraries describe, in the order of the libraries, then interfaces that only the registry describes, and last the
+// names that no interface has (Object::FindMember). An identifier depends only on the interface and the member, because programs
+// get it from one object and use it for every object of that kind.
 #pragma once
 
 #include <windows.h>

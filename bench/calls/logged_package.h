@@ -1,4 +1,4 @@
-// A package and a material behind proxies that log to their own file, which is deleted at the end.
+// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end.
 #pragma once
 
 #include <wrl/client.h>

@@ -1,5 +1,6 @@
-// What a simulator's work with a package of another process costs in remote calls, in both directions. The work runs from
-// making to releasing the package: it sets, flashes and calculates a material at several temperatures.
+// Counts the remote calls, in both directions, that a simulator's work with a package in another process takes. The work starts
+// with making the package and ends with releasing it. In between, the package flashes a material and calculates its properties at
+// several temperatures.
 #pragma once
 
 #include <cape-open.h>
@@ -7,11 +8,11 @@
 namespace zelt::bench {
 
 struct RemoteCalls {
-    long out = 0;  // to the package, including the system's own
+    long out = 0;  // to the package, including calls that the system itself makes
     long in = 0;   // from the package to the material
 };
 
-// Throws std::runtime_error when the package refuses something.
+// Throws std::runtime_error when a call fails.
 RemoteCalls CountSession(ICapeThermoPropertyPackageManager& manager, const wchar_t* name);
 
 }  // namespace zelt::bench

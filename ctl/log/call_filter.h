@@ -1,4 +1,5 @@
-// Which calls of a log a command deals with: by object, interface, method, direction and result.
+// Selects the calls of a log that a command deals with, by object, interface, method and direction. A command that also selects
+// by result does that itself.
 #pragma once
 
 #include <optional>
@@ -9,7 +10,7 @@
 
 namespace zelt::ctl {
 
-// The options, for the rows of the commands that filter.
+// The options, as rows for the option tables of the commands that filter.
 // clang-format off
 #define ZELT_CALL_FILTER_OPTIONS \
     {"--object",    "NAME",   "calls of this object; * and ? stand for any text and any letter, here and below"}, \
@@ -23,7 +24,7 @@ public:
     // Throws UsageError.
     explicit CallFilter(const Arguments& arguments);
 
-    // Whether there is anything to filter by, apart from the result.
+    // Whether any of the options was given.
     bool Any() const { return object || interfaceName || method || inward; }
     bool Matches(const LogEvent& call) const;
 
@@ -32,7 +33,7 @@ private:
     std::optional<bool> inward;
 };
 
-// Letters match in any case.
+// Whether the whole text matches; the case of ASCII letters does not matter.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace zelt::ctl

@@ -85,7 +85,7 @@ TEST_F(SamplePackage10Test, SetsTheOverallValueThatWasNotGiven)
     EXPECT_EQ(1, Get(L"phaseFraction", L"Liquid", L"mole")[0]);
 }
 
-// Both versions are shells around one model, so their numbers are identical bit by bit.
+// Both versions are shells around one model, so their numbers agree bit for bit.
 TEST_F(SamplePackage10Test, CalculatesWhatTheNewerVersionDoes)
 {
     ASSERT_EQ(S_OK, Flash(L"TP"));
@@ -158,7 +158,7 @@ TEST_F(SamplePackage10Test, ExplainsBadCalls)
         static_cast<HRESULT>(ECapeInvalidArgumentHR),
         properties->CalcProp(dispatch.Get(), MakeStrings({L"enthalpy"}), MakeStrings({L"Liquid"}), B(L"Partial")));
     EXPECT_EQ(L"There is no type of calculation \"Partial\"", Description(package.Get()));
-    // There was no flash, so the material's own failure is returned.
+    // There was no flash, so the package returns the failure of the material.
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
               properties->CalcProp(dispatch.Get(), MakeStrings({L"enthalpy"}), MakeStrings({L"Liquid"}), nullptr));
     EXPECT_EQ(L"Material object: The material object has no phase \"Liquid\"", Description(package.Get()));

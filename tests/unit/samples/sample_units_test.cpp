@@ -82,7 +82,7 @@ protected:
         return ReadDoubles(values, property);
     }
 
-    // In J/mol, from the phases.
+    // In J/mol, summed over the phases.
     static double EnthalpyOf(ICapeThermoMaterial* material)
     {
         _variant_t labels, status;
@@ -104,7 +104,7 @@ protected:
         return Get(material, L"totalFlow", L"mole").at(0) * EnthalpyOf(material);
     }
 
-    // Connects a mixer's feeds and product, and on request energy and information.
+    // Makes a mixer, and connects its feeds and its product.
     void ConnectMixer()
     {
         mixer = Make<MixerHeater>();
@@ -116,7 +116,7 @@ protected:
         EXPECT_EQ(S_OK, Connect(mixer.Get(), L"Outlet", product.Get()));
     }
 
-    // The validation's message; "" when valid.
+    // Validates the unit and returns the message; empty when the unit is valid.
     static std::wstring Validate(ICapeUnit* unit)
     {
         _bstr_t message;
@@ -315,7 +315,7 @@ TEST_F(SampleUnitTest, MixerFailsWithAReason)
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR), mixer->Calculate());
     EXPECT_NE(std::wstring::npos, Description(mixer.Get()).find(L"Stream at \"Inlet 1\": "));
 
-    // An energy stream without power.
+    // An energy stream that lacks its parameter.
     ConnectMixer();
     const ParameterSet energy({{L"heat", L"W", RealSpecification{1, 0, 2, {}}}});
     EXPECT_EQ(S_OK, Connect(mixer.Get(), L"Energy", energy.Collection(L"E").Get()));
