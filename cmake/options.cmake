@@ -8,7 +8,7 @@ if(WIN32)
 endif()
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-Wall> $<$<COMPILE_LANGUAGE:C,CXX>:-Wextra>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-Werror>)
-# Programs contain no path of the building machine: equal sources give equal programs, wherever they are.
+# Programs contain no path of the machine that builds them: the same sources give the same programs in any folder.
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>
                     $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>)
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
@@ -17,10 +17,11 @@ if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-msse2> $<$<COMPILE_LANGUAGE:C,CXX>:-mfpmath=sse>
                       $<$<COMPILE_LANGUAGE:C,CXX>:-mstackrealign>)
 endif()
-# Packing neighbouring words into vector registers, to store them and read them back as words, made each proxied call slower.
+# Otherwise the compiler packs neighbouring words into a vector register to store them, although they are read back one by one.
+# That made each proxied call slower.
 add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fno-tree-slp-vectorize>)
 
-# No runtime DLL next to a program: the compiler's libraries are linked in.
+# Programs need no runtime DLL: they contain the compiler's libraries.
 if(WIN32)
   add_link_options(-static -Wl,--no-insert-timestamp)
 endif()

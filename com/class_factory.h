@@ -1,5 +1,5 @@
-// Class factories, and the table of classes that a module offers: a local server registers it with COM, a DLL looks classes up in
-// it.
+// Class factories, and the table of classes that a module offers. A local server registers these classes with COM; a DLL looks a
+// class up in the table.
 #pragma once
 
 #include <span>
@@ -27,17 +27,17 @@ template <class T>
 // What DllGetClassObject returns: the factory of `clsid`, or CLASS_E_CLASSNOTAVAILABLE.
 [[nodiscard]] HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** result);
 
-// The class objects of a local server. They are registered suspended and released to clients together, so that no
-// activation arrives before the server is complete.
+// The class objects of a local server. Register() registers them suspended and then resumes them together, so that no client
+// reaches a server that is not yet complete.
 class ClassObjects {
 public:
-    // `context`: where the classes are created, a local server's by default.
+    // `context` is the kind of server that the classes run in.
     explicit ClassObjects(DWORD context = CLSCTX_LOCAL_SERVER) : context(context) {}
     ~ClassObjects() { Revoke(); }
     ClassObjects(const ClassObjects&) = delete;
     ClassObjects& operator=(const ClassObjects&) = delete;
 
-    // Registers each class for multiple use. After a failure nothing is registered.
+    // Registers each class for multiple use; on failure, none.
     [[nodiscard]] HRESULT Register(std::span<const ClassEntry> classes);
     void Revoke();
 

@@ -20,7 +20,7 @@ bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ende
                       EventBuilder& builder)
 {
     const auto start = [&](const xmlNode* node) {
-        // In the tree an element that is cut off before its first child looks like an empty one.
+        // In the tree, an element that was cut off before its first child looks empty.
         ended = !IsElement(node) || !node->children;
         if (node == broken) return true;
         return !IsElement(node) || builder.Start(node, !node->children);

@@ -1,4 +1,4 @@
-// bench_calls: what the way through a proxy costs. With "growth <entries>" it measures only the growth of a log.
+// bench_calls: measures what a call through a proxy costs. With "growth <entries>" it measures only the growth of a log.
 #include <windows.h>
 #include <objbase.h>
 

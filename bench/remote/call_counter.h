@@ -1,4 +1,4 @@
-// Counts the calls that leave and enter this process, at the channel that carries them.
+// Counts the remote calls that leave and enter this process, in the channel that carries them.
 #pragma once
 
 namespace zelt::bench {
@@ -6,7 +6,7 @@ namespace zelt::bench {
 // Starts counting, for the life of the process.
 void CountRemoteCalls();
 
-// Calls since the last request.
+// The calls since the last request: TakeRemoteCalls those that this process made, TakeCallsFromOthers those that it received.
 long TakeRemoteCalls();
 long TakeCallsFromOthers();
 

@@ -27,13 +27,13 @@ union Storage {
 
 class MethodCall {
 public:
-    // `object` is used for interface pointers that go in. Throws std::runtime_error if row and method disagree.
+    // Passes `object` for each interface pointer that goes in. Throws std::runtime_error if row and method disagree.
     MethodCall(const MethodShape& method, const TableRow& row, Filling filling, IDispatch* object);
     ~MethodCall();
     MethodCall(const MethodCall&) = delete;
     MethodCall& operator=(const MethodCall&) = delete;
 
-    // Passes a null pointer instead of a pointer to an object that goes in.
+    // Makes the calls that follow pass null instead of each pointer to a value that goes in.
     void PassNullSlots();
 
     HRESULT CallEarly(IUnknown* pointer);
@@ -41,11 +41,11 @@ public:
     HRESULT CallLate(IDispatch* pointer);
 
     std::size_t Count() const { return arguments.size(); }
-    // The current value at a reference, or the value passed.
+    // The value that a reference now points to, or the value passed.
     _variant_t Value(std::size_t index) const;
     // The bytes of the argument as it is passed.
     std::string Bytes(std::size_t index) const;
-    // The pointer to an object that goes in through one more pointer.
+    // The object in the caller's slot, for an argument that goes in as a pointer to an interface pointer.
     IDispatch* SlotContent(std::size_t index) const { return arguments[index].storage.object; }
 
 private:

@@ -1,4 +1,4 @@
-// Answers the message boxes of one test and keeps their contents. Only one exists at a time.
+// Answers the message boxes of one test and keeps their contents. Only one such object may exist at a time.
 #pragma once
 
 #include <string>
@@ -26,7 +26,7 @@ public:
 
     const std::vector<Message>& All() const { return messages; }
 
-    // What happens while a box is open; may be null.
+    // Called while a box is open; may be null.
     void (*meanwhile)() = nullptr;
 
 private:
