@@ -1,4 +1,4 @@
-// CPortCollection: the proxy of a unit operation's collection of ports. Its items are wrapped as they come out.
+// CPortCollection: the proxy of a unit operation's collection of ports. It wraps each port that it hands out.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -1,4 +1,4 @@
-// doctor: finds nothing in a healthy installation and finds each planted fault; --fix fixes what it can.
+// zeltctl doctor finds nothing in a healthy installation, and finds each planted fault; --fix fixes what it can.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -59,7 +59,7 @@ protected:
         Zeltctl::TearDown();
     }
 
-    // One more package, of a class that is registered with this server.
+    // Exports one package alone, of a class that is registered with this server.
     void ExportServedBy(const wchar_t* serverKey, const std::wstring& file)
     {
         Write(k32, std::wstring(L"CLSID\\") + kNowhere + L"\\" + serverKey, L"", file);
@@ -103,7 +103,7 @@ protected:
         EXPECT_EQ("", outcome.messages);
     }
 
-    // --fix fixes the finding and reports that; a second check finds nothing.
+    // --fix fixes the finding and says so; its second check finds nothing.
     static void ExpectMended(const std::string& rule)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
@@ -113,7 +113,7 @@ protected:
         EXPECT_EQ("", outcome.messages);
     }
 
-    // --fix leaves it as it is.
+    // --fix reports the finding but does not fix it.
     static void ExpectLeft(const std::string& rule)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
@@ -230,7 +230,7 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
         "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the "
         "standard.");
     ExpectLeft("interface-marshaller");
-    // Another marshaller is valid.
+    // Any marshaller will do.
     Write(k32, marshaller, L"", kNowhere);
     ExpectHealthy();
     Write(k32, marshaller, L"", stub);
@@ -251,7 +251,7 @@ TEST_F(Doctor, WritesTheStandardsLibraryAgain)
         EXPECT_EQ(1u, LinesOf(outcome.data).size());
         ExpectMended("library-file");
     }
-    // It does not write other programs' files either.
+    // --fix does not write a file that belongs to another program.
     const std::wstring others = L"C:\\others\\standard.tlb";
     Write(k32, kStandardFile, L"", others);
     ExpectLeft("library-file");
@@ -346,7 +346,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     }
     ExpectMended("package-entry");
     EXPECT_EQ((std::vector<std::wstring>{L"Aromatics", L"Carbonate"}), StoredNames());
-    // Entries after the end of the list stay there.
+    // The shorter list left its old last entry in the registry. Without that entry, a longer list is incomplete again.
     RegDeleteValueW(key.Get(), L"Package3");
     key.WriteDword(L"NumPackages", 4);
     const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});
