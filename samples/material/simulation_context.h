@@ -1,5 +1,5 @@
 // The simulator's context, which it passes to each package: named values, messages, and material templates from which a
-// package makes its own materials. Holds no component; shares the flowsheet.
+// package makes its own materials. It shares the run's flowsheet, and itself holds no component.
 #pragma once
 
 #include "com/object.h"
@@ -68,7 +68,7 @@ private:
     IdentificationPart identification{*this, errors, L"SampleSimulator", L"Context of the sample simulator"};
 };
 
-// A template: gives materials the properties that were set in it.
+// A template. Each material made from it starts with the properties that were set in the template.
 class MaterialTemplatePart final : public CapePart<ICapeThermoMaterialTemplate> {
 public:
     MaterialTemplatePart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Flowsheet> flowsheet)

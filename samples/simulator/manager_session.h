@@ -1,4 +1,5 @@
-// The class that makes packages by name, of any of the three kinds; or the class of a single package.
+// Where the simulator gets its packages: from a manager, which makes them by name, or from the class of a single package. Either
+// way, the packages are of one of three kinds.
 #pragma once
 
 #include <cape-open.h>
@@ -13,7 +14,7 @@ namespace zelt::sample {
 
 enum class PackageKind { kProperty11, kProperty10, kReaction };
 
-// Created and initialised; ends with Terminate. Queries for the standard's interfaces show its kind.
+// A manager. The constructor creates and initialises it, and the destructor calls Terminate.
 class ManagerSession {
 public:
     ManagerSession(const CLSID& manager, bool inProcess);
@@ -21,7 +22,7 @@ public:
     ManagerSession(const ManagerSession&) = delete;
     ManagerSession& operator=(const ManagerSession&) = delete;
 
-    // The kind of its packages.
+    // The kind of the manager's packages, known from the interface that the manager has.
     PackageKind Kind() const;
     std::wstring Name() const;
     std::vector<std::wstring> Packages() const;
@@ -37,7 +38,7 @@ private:
 };
 
 Microsoft::WRL::ComPtr<IDispatch> CreateStandAlone(const Options& options);
-// Queries for the interface that only this kind has.
+// Queries for interfaces that only one kind has.
 PackageKind KindOf(IDispatch* package);
 
 }  // namespace zelt::sample

@@ -38,7 +38,7 @@ void TreeFilling::FillMore()
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
 }
 
-// Called before the tree view acts on a message: a user who goes to the end finds it there.
+// Called before the tree view acts on a message, so that a user who goes to the end finds all items there.
 void TreeFilling::PrepareFor(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (tree.HasAllOutermost() || LongTask::Running()) return;
