@@ -88,7 +88,7 @@ private:
         return Replaced(Take());
     }
 
-    // Words, signs, and text between apostrophes, one inside of which is written twice.
+    // The next token is a word, a sign, or text between apostrophes. Inside such text, two apostrophes stand for one.
     void Advance()
     {
         constexpr wchar_t kBlanks[] = L" \t\r\n";

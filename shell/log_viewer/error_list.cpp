@@ -31,7 +31,7 @@ void ErrorList::SetCount(DWORD flags) const
 
 void ErrorList::FitColumn() const
 {
-    // The list holds no rows of its own to measure. Takes the labels with the most bytes for the widest.
+    // The list holds no rows of its own to measure, so the labels with the most bytes stand for the widest.
     constexpr std::size_t kMeasured = 16;
     std::vector<ItemIndex> longest(std::min(kMeasured, model.Errors().size()));
     std::partial_sort_copy(model.Errors().begin(), model.Errors().end(), longest.begin(), longest.end(),

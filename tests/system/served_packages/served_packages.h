@@ -50,7 +50,7 @@ protected:
     // Also waits until the server has ended by itself, unless the test has called ServerStays.
     void TearDown() override;
 
-    // Writes the list of exported packages. Logs go to their automatic location without questions.
+    // Writes the list of exported packages, which replaces any earlier list. Logs go to the automatic location, and no box asks.
     static void Export(const std::vector<Exported>& packages);
     // The stored names of the first NumPackages entries.
     static std::vector<std::wstring> StoredNames();
@@ -64,10 +64,10 @@ protected:
     // The only server process; 0 and a failed test if there is none or more than one.
     static DWORD ServerId();
     static void KillServer();
-    // For a server that has not ended by itself.
+    // To be called when a server has died instead of ending by itself: makes Wine forget the server's classes.
     static void ServerHasDied();
 
-    // Something holds the server, as the test expects: the fixture ends it by its id.
+    // To be called when the test expects the server to stay, because something holds it: TearDown then kills it.
     void ServerStays() { serverStays = true; }
 
     // This process as a client.

@@ -16,7 +16,7 @@ constexpr auto kFailure = static_cast<HRESULT>(ECapeComputationHR);
 
 enum class Place { Nowhere, Query, Name, Description, Release };
 
-// Where the next object commits which fault.
+// Which fault an object commits, and where.
 struct Plan {
     Place place = Place::Nowhere;
     const FaultKind* kind = nullptr;
@@ -177,7 +177,7 @@ class FaultLookups : public testing::Test {
 protected:
     FaultLookups() { InstallWrappers(); }
 
-    // Each kind, logged and unlogged.
+    // Runs `body` with each kind of fault, logged and not logged.
     template <class Body>
     static void ForEachKind(Body body)
     {
@@ -263,7 +263,7 @@ TEST_F(FaultLookups, InTheReportOfARootLeaveItWhole)
         EXPECT_EQ(isLogged, scene.Logs("<warning value=\"Object \"Saboteur\" (type: ") ||
                                 scene.Logs("<warning value=\"Object &quot;Saboteur&quot; (type: "));
         EXPECT_EQ(isLogged, scene.Log().ends_with("\n</zeltlogdocument>\n"));
-        // A survivor continues to forward.
+        // A proxy that outlives the root still forwards calls.
         EXPECT_EQ(L"Saboteur", NameOf(parameters));
     });
 }
@@ -306,7 +306,7 @@ TEST_F(FaultLookups, WildObjectsAreWrappedAndDoNothing)
     }
 }
 
-// Arrays that claim to contain what they do not have.
+// Arrays whose headers claim more than there is.
 TEST_F(FaultLookups, WildArraysOfObjectsAreFailures)
 {
     struct Claim {
