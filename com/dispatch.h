@@ -6,14 +6,14 @@
 
 namespace com {
 
-// The four methods of IDispatch for a dual interface with this type information, whose implementation is `instance`.
+// Methods of IDispatch for a dual interface that `known` describes and `instance` implements.
 [[nodiscard]] HRESULT DispatchGetTypeInfoCount(Object& object, UINT* count);
 [[nodiscard]] HRESULT DispatchGetTypeInfo(ITypeInfo* known, UINT index, ITypeInfo** info);
 [[nodiscard]] HRESULT DispatchInvoke(ITypeInfo* known, void* instance, DISPID member, WORD flags,
                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                      UINT* argumentError);
 
-// The same for the dual interface `iid`, which this module's libraries describe.
+// The same for the dual interface `iid`, which one of this module's type libraries describes.
 [[nodiscard]] HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
 [[nodiscard]] HRESULT DispatchGetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids);
 [[nodiscard]] HRESULT DispatchInvoke(REFIID iid, void* instance, DISPID member, WORD flags, DISPPARAMS* parameters,
