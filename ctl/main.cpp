@@ -15,6 +15,7 @@
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/exports/manager_host.h"
 #endif
 
 namespace {
@@ -22,6 +23,9 @@ namespace {
 int RunCommands(const std::vector<std::string>& words)
 {
     using namespace zelt::ctl;
+#ifdef _WIN32
+    if (IsManagerQuestion(words)) return AnswerManagerQuestion(words);
+#endif
     Output data(stdout), messages(stderr);
     Streams streams = {data, messages};
     std::vector<Command> commands;

@@ -26,7 +26,8 @@ void Verify(Scope scope, int script, const std::wstring& modulePath, const std::
     const auto lookUp = [scope](REGSAM view, const std::wstring& key, const std::wstring& value) {
         return LookUpEntry(scope, view, key, value);
     };
-    if (!FindRegistrationFaults(kThisEdition, script, modulePath, version, lookUp).empty()) throw com::Failure(SELFREG_E_CLASS);
+    if (!FindRegistrationFaults(kThisEdition, script, modulePath, version, lookUp).empty())
+        throw com::Failure(SELFREG_E_CLASS);
 }
 
 }  // namespace

@@ -22,12 +22,14 @@ FoundEntry LookUpEntry(Scope scope, REGSAM view, const std::wstring& key, const 
     return {true, opened.ReadString(value.c_str())};
 }
 
-std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script, const std::wstring& modulePath,
-                                                      const std::string& version, const EntryLookup& lookUp)
+std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script,
+                                                      const std::wstring& modulePath, const std::string& version,
+                                                      const EntryLookup& lookUp)
 {
     const REGSAM own[] = {OwnView()};
     std::vector<RegistrationFault> faults;
-    for (const ScriptEntry& entry : ReadScript(ScriptText(script), ReplacementsFor(edition, modulePath, Widen(version)))) {
+    for (const ScriptEntry& entry :
+         ReadScript(ScriptText(script), ReplacementsFor(edition, modulePath, Widen(version)))) {
         const bool seenInViews = entry.key.starts_with(L"CLSID\\");
         for (const REGSAM view : seenInViews ? RegistryViews() : std::span<const REGSAM>(own)) {
             FoundEntry found = lookUp(view, entry.key, entry.value.value_or(std::wstring()));

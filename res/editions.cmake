@@ -71,9 +71,11 @@ foreach(row IN LISTS zelt_editions)
   math(EXPR ownWidth "8 * ${CMAKE_SIZEOF_VOID_P}")
   if(width EQUAL ownWidth)
     set(ZELT_EDITION ${name})
+    string(REPLACE ".exe" "" ZELT_TOOL ${tool})
     file(CONFIGURE OUTPUT ${ZELT_EDITIONS_DIR}/edition_texts.h CONTENT
 "#define EDITION_NAME \"${name}\"
 #define EDITION_PROGRAM \"${program}\"
+#define EDITION_TOOL \"${tool}\"
 #define EDITION_TITLE \"${title}\"
 #define EDITION_ABOUT_TITLE \"About ${name}\"
 #define EDITION_PRODUCT \"${name} (Zeltora)\"

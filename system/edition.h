@@ -51,10 +51,13 @@ constexpr unsigned long HexNumber(const wchar_t* digits, int count)
 // Of a text in its registry form.
 consteval CLSID ClassIdOf(const wchar_t (&text)[39])
 {
-    CLSID id = {HexNumber(text + 1, 8), static_cast<unsigned short>(HexNumber(text + 10, 4)),
-                static_cast<unsigned short>(HexNumber(text + 15, 4)), {}};
+    CLSID id = {HexNumber(text + 1, 8),
+                static_cast<unsigned short>(HexNumber(text + 10, 4)),
+                static_cast<unsigned short>(HexNumber(text + 15, 4)),
+                {}};
     constexpr int kPlaces[] = {20, 22, 25, 27, 29, 31, 33, 35};
-    for (int index = 0; index < 8; ++index) id.Data4[index] = static_cast<unsigned char>(HexNumber(text + kPlaces[index], 2));
+    for (int index = 0; index < 8; ++index)
+        id.Data4[index] = static_cast<unsigned char>(HexNumber(text + kPlaces[index], 2));
     return id;
 }
 

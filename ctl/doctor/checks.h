@@ -10,8 +10,8 @@ namespace zelt::ctl {
 void CheckRegistration(const Installation& installation, Findings& findings);
 // The type libraries with which COM carries calls between processes, their files, and each of their interfaces.
 void CheckLibraries(const Installation& installation, Findings& findings);
-// The exported packages: whether each can be made here, and its manager still knows it. Starts the managers.
-void CheckPackages(Findings& findings);
+// The packages that the edition exports: whether it can make each, and its manager still knows it. Starts the managers.
+void CheckPackages(const Edition& edition, Findings& findings);
 // Where logs go, and what PRAVIK makes.
 void CheckLogging(Findings& findings);
 

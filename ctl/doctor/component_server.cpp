@@ -16,7 +16,17 @@ namespace zelt::ctl {
 namespace {
 
 constexpr char kInstallComponent[] = "install the component again, or zeltctl remove the package";
-constexpr int kOwnBits = static_cast<int>(8 * sizeof(void*));
+
+const Edition& Other(const Edition& edition) { return edition.width == 32 ? Editions()[1] : Editions()[0]; }
+
+std::string Bits(int width) { return std::to_string(width) + "-bit"; }
+
+std::string UseOther(const Edition& edition)
+{
+    const Edition& other = Other(edition);
+    return Utf8(other.name) + " can serve it: zeltctl remove the package with --width " +
+           std::to_string(edition.width) + ", and zeltctl add it with --width " + std::to_string(other.width);
+}
 
 // The text with the names of environment variables replaced by their values.
 std::wstring Expanded(const std::wstring& text)
@@ -48,7 +58,8 @@ std::wstring FoundInPath(const std::wstring& file)
     return length && length < MAX_PATH ? path : file;
 }
 
-bool CheckLibraryFile(const std::wstring& path, const std::string& owner, const std::string& effect, Findings& findings)
+bool CheckLibraryFile(const Edition& edition, const std::wstring& path, const std::string& owner,
+                      const std::string& effect, Findings& findings)
 {
     const ImageFile file = ReadImageFile(FoundInPath(path));
     const std::string quoted = Utf8(Quoted(path));
@@ -58,11 +69,11 @@ bool CheckLibraryFile(const std::wstring& path, const std::string& owner, const 
     } else if (file.state == ImageState::NoImage) {
         findings.push_back({"package-file", owner + " is served by " + quoted + ", which is no library of code", effect,
                             kInstallComponent});
-    } else if (file.bits != kOwnBits) {
-        findings.push_back(
-            {"package-width", owner + " is served by the " + std::to_string(file.bits) + "-bit library " + quoted,
-             effect + ", because ZELT is a " + std::to_string(kOwnBits) + "-bit program",
-             "install the component's " + std::to_string(kOwnBits) + "-bit version, or zeltctl remove the package"});
+    } else if (file.bits != edition.width && !file.suitsBoth) {
+        const std::string install = "install the component's " + Bits(edition.width) + " version, or ";
+        findings.push_back({"package-width", owner + " is served by the " + Bits(file.bits) + " library " + quoted,
+                            effect + ", because " + Utf8(edition.name) + " is a " + Bits(edition.width) + " program",
+                            CanRun(Other(edition)) ? UseOther(edition) : install + "zeltctl remove the package"});
     } else {
         return true;
     }
@@ -84,26 +95,32 @@ bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner,
 
 }  // namespace
 
-bool CheckServer(REFCLSID classId, const std::string& owner, const std::string& effect, Findings& findings)
+bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& owner, const std::string& effect,
+                 Findings& findings)
 {
     const std::wstring path = L"CLSID\\" + GuidText(classId);
-    if (!DescribeComponent(classId)) {
-        findings.push_back(
-            {"package-class",
-             owner + " is of the class " + Utf8(GuidText(classId)) + ", which is not registered for ZELT", effect,
-             kInstallComponent});
+    const std::string isOfClass = owner + " is of the class " + Utf8(GuidText(classId));
+    if (!DescribeComponent(classId, InstalledClasses(edition.width))) {
+        const Edition& other = Other(edition);
+        const auto elsewhere = DescribeComponent(classId, InstalledClasses(other.width));
+        if (CanRun(other) && elsewhere && elsewhere->obstacle.empty()) {
+            findings.push_back({"package-width",
+                                isOfClass + ", which is registered for " + Bits(other.width) + " programs only", effect,
+                                UseOther(edition)});
+        } else {
+            findings.push_back({"package-class", isOfClass + ", which is not registered for " + Utf8(edition.name),
+                                effect, kInstallComponent});
+        }
         return false;
     }
-    if (const auto library = ReadText(OwnView(), path + L"\\InprocServer32")) {
-        return CheckLibraryFile(ProgramOf(*library), owner, effect, findings);
+    if (const auto library = ReadText(ViewOf(edition.width), path + L"\\InprocServer32")) {
+        return CheckLibraryFile(edition, ProgramOf(*library), owner, effect, findings);
     }
     for (const REGSAM view : RegistryViews()) {
         const auto program = ReadText(view, path + L"\\LocalServer32");
         if (program) return CheckProgramFile(*program, owner, effect, findings);
     }
-    findings.push_back({"package-class",
-                        owner + " is of the class " + Utf8(GuidText(classId)) + ", which names no server", effect,
-                        kInstallComponent});
+    findings.push_back({"package-class", isOfClass + ", which names no server", effect, kInstallComponent});
     return false;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "com/failure.h"
 #include "system/narrow.h"
@@ -9,6 +11,7 @@
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/fixing.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/stored_packages.h"
 #include "ctl/json_writer.h"
 
 namespace zelt::ctl {
@@ -22,8 +25,9 @@ constexpr Option kDoctorOptions[] = {
 
 constexpr Command kCommands[] = {
     {"doctor", "", 0, 0, kDoctorOptions, "Examines the installation and the exported packages",
-     "A finding is a word for programs and a sentence: what is wrong, what it causes, how to fix it. It looks at:\n"
-     "  not-registered, server-file, server, server-quotes, version  ZELT.EXE and the path by which Windows starts it\n"
+     "A finding is a word for programs and a sentence: what is wrong, what it causes, how to fix it. It looks at ZELT, and at ZELT64\n"
+     "if there is a sign of it:\n"
+     "  not-registered, server-file, server, server-quotes, version  the program and the path by which Windows starts it\n"
      "  class, category, application, program-id, description        what is registered of its classes, in both views\n"
      "  log-files                                                    the file class of logs\n"
      "  library, library-file                                        the type libraries, in both views\n"
@@ -38,17 +42,51 @@ constexpr Command kCommands[] = {
 };
 // clang-format on
 
-Findings Examine(const Installation& installation)
-{
+// What is examined, and what is wrong with it. The first edition also stands for what both share.
+struct Examined {
+    Installation installation;
     Findings findings;
+};
+
+// ZELT; and ZELT64 when there is any sign of it.
+std::vector<const Edition*> ExaminedEditions()
+{
+    std::vector<const Edition*> editions;
+    for (const Edition& edition : Editions()) {
+        if (!CanRun(edition)) continue;
+        const Installation found = FindInstallation(edition);
+        const bool isFirst = editions.empty();
+        if (isFirst || found.registered || !found.registrable.empty() || ReadPackages(edition).Count() > 0) {
+            editions.push_back(&edition);
+        }
+    }
+    return editions;
+}
+
+std::vector<Examined> Examine(const std::vector<const Edition*>& editions)
+{
+    std::vector<Examined> all;
+    for (const Edition* edition : editions) all.push_back({FindInstallation(*edition), {}});
     try {
-        CheckRegistration(installation, findings);
-        CheckLibraries(installation, findings);
+        bool librariesChecked = false;
+        for (Examined& one : all) {
+            CheckRegistration(one.installation, one.findings);
+            if (one.installation.registered && !std::exchange(librariesChecked, true)) {
+                CheckLibraries(one.installation, one.findings);
+            }
+        }
     } catch (const com::Failure& failure) {
         throw InputError("the registration cannot be examined: " + Utf8(Widen(SystemText(failure.Code()))));
     }
-    CheckPackages(findings);
-    CheckLogging(findings);
+    for (Examined& one : all) CheckPackages(*one.installation.edition, one.findings);
+    CheckLogging(all.front().findings);
+    return all;
+}
+
+Findings AllFindings(const std::vector<Examined>& all)
+{
+    Findings findings;
+    for (const Examined& one : all) findings.insert(findings.end(), one.findings.begin(), one.findings.end());
     return findings;
 }
 
@@ -64,7 +102,7 @@ bool Contains(const Findings& findings, const Finding& wanted)
     });
 }
 
-bool IsAnyMendable(const Findings& findings)
+bool IsAnyFixable(const Findings& findings)
 {
     return std::any_of(findings.begin(), findings.end(),
                        [](const Finding& finding) { return finding.fix != Fix::None; });
@@ -87,13 +125,15 @@ void WriteJson(const Findings& fixed, const Findings& left, Output& out)
     out << '\n';
 }
 
-void WriteText(const Installation& installation, const Findings& fixed, const Findings& left, Output& out)
+void WriteText(const std::vector<Examined>& all, const Findings& fixed, const Findings& left, Output& out)
 {
     for (const Finding& finding : fixed) out << "fixed: " << finding.rule << ": " << finding.wrong << ".\n";
     for (const Finding& finding : left) out << finding.rule << ": " << Sentence(finding) << '\n';
     if (!left.empty()) return;
-    out << "healthy: " << Utf8(installation.server) << ' ' << installation.version << ", registered for "
-        << (installation.scope == Scope::User ? "the current user" : "everybody") << '\n';
+    for (const auto& [installation, findings] : all) {
+        out << "healthy: " << Utf8(installation.server) << ' ' << installation.version << ", registered for "
+            << (installation.scope == Scope::User ? "the current user" : "everybody") << '\n';
+    }
 }
 
 }  // namespace
@@ -103,13 +143,14 @@ std::span<const Command> DoctorCommands() { return kCommands; }
 int ExamineInstallation(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    Installation installation = FindInstallation();
-    Findings left = Examine(installation), fixed;
+    const std::vector<const Edition*> editions = ExaminedEditions();
+    std::vector<Examined> all = Examine(editions);
+    Findings left = AllFindings(all), fixed;
     // Once ZELT is registered, more can be examined and fixed.
-    for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyMendable(left); ++pass) {
-        FixFindings(left, installation, streams.messages);
-        installation = FindInstallation();
-        Findings now = Examine(installation);
+    for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyFixable(left); ++pass) {
+        for (const Examined& one : all) FixFindings(one.findings, one.installation, streams.messages);
+        all = Examine(editions);
+        Findings now = AllFindings(all);
         const std::size_t before = fixed.size();
         for (const Finding& finding : left) {
             if (!Contains(now, finding)) fixed.push_back(finding);
@@ -120,7 +161,7 @@ int ExamineInstallation(const Arguments& arguments, Streams& streams)
     if (arguments.Has("--json")) {
         WriteJson(fixed, left, streams.data);
     } else {
-        WriteText(installation, fixed, left, streams.data);
+        WriteText(all, fixed, left, streams.data);
     }
     return left.empty() ? kFine : kFinding;
 }

@@ -24,7 +24,7 @@ constexpr DWORD kTimeToRegister = 60'000;
 std::string TextOfCode(HRESULT code) { return Utf8(Widen(SystemText(code))); }
 
 // The program registers itself: only it writes its own path.
-void RegisterAgain(const Installation& installation)
+void RunRegistration(const Installation& installation)
 {
     const wchar_t* action = installation.scope == Scope::User ? L"/RegServerPerUser" : L"/RegServer";
     std::wstring commandLine = Quoted(installation.registrable) + L' ' + action;
@@ -58,7 +58,7 @@ void WriteLibraryFiles(const Installation& installation)
     }
 }
 
-void RewriteList() { StoredPackages().Save(); }
+void RewriteList(const Installation& installation) { StoredPackages(*installation.edition).Save(); }
 
 }  // namespace
 
@@ -74,8 +74,8 @@ void FixFindings(const Findings& findings, const Installation& installation, Out
     };
     // Registration needs the files that are already registered to be in place.
     fix(Fix::LibraryFile, [&] { WriteLibraryFiles(installation); });
-    fix(Fix::Register, [&] { RegisterAgain(installation); });
-    fix(Fix::RewriteList, RewriteList);
+    fix(Fix::Register, [&] { RunRegistration(installation); });
+    fix(Fix::RewriteList, [&] { RewriteList(installation); });
 }
 
 }  // namespace zelt::ctl

@@ -4,29 +4,31 @@
 
 #include "com/type_info.h"
 #include "registration/registration.h"
-#include "packages/served_classes.h"
+#include "ctl/exports/session.h"
 #include "system/version.h"
 
 namespace zelt::ctl {
 namespace {
 
-std::wstring BesideThisProgram()
+std::wstring BesideThisProgram(const Edition& edition)
 {
     const std::wstring own = com::ModulePath(com::ThisModule());
-    return own.substr(0, own.find_last_of(L'\\') + 1) + L"ZELT.EXE";
+    return own.substr(0, own.find_last_of(L'\\') + 1) + edition.program;
 }
 
 }  // namespace
 
-Installation FindInstallation()
+Installation FindInstallation(const Edition& edition)
 {
     Installation found;
+    found.edition = &edition;
     bool forUser = false;
-    for (const ServedClass& served : ServedClasses()) {
+    for (const EditionClass& own : edition.classes) {
+        const std::wstring path = ClassPath(own.classId);
         for (const REGSAM view : RegistryViews()) {
-            found.registered = found.registered || LookUpEffective(view, ClassPath(served), L"").keyExists;
-            forUser = forUser || KeyExists(Scope::User, view, ClassPath(served));
-            const FoundEntry entry = LookUpEffective(view, ClassPath(served) + L"\\LocalServer32", L"");
+            found.registered = found.registered || LookUpEffective(view, path, L"").keyExists;
+            forUser = forUser || KeyExists(Scope::User, view, path);
+            const FoundEntry entry = LookUpEffective(view, path + L"\\LocalServer32", L"");
             const std::wstring named = ProgramOf(entry.text.value_or(std::wstring()));
             if (!named.empty() && (found.server.empty() || !FileIsThere(found.server))) found.server = named;
         }
@@ -35,12 +37,21 @@ Installation FindInstallation()
     found.scope = forUser ? Scope::User : Scope::Machine;
     if (FileIsThere(found.server)) {
         found.registrable = found.server;
-    } else if (FileIsThere(BesideThisProgram())) {
-        found.registrable = BesideThisProgram();
+    } else if (FileIsThere(BesideThisProgram(edition))) {
+        found.registrable = BesideThisProgram(edition);
     }
     found.version = found.registrable.empty() ? OwnVersion() : FileVersionText(found.registrable);
     return found;
 }
+
+std::string NameOf(const Installation& installation) { return Utf8(installation.edition->name); }
+
+std::string RegisterAgain(const Installation& installation)
+{
+    return "let zeltctl doctor --fix register " + NameOf(installation) + " again";
+}
+
+std::string InstallAgain(const Installation& installation) { return "install " + NameOf(installation) + " again"; }
 
 FoundEntry LookUpEffective(REGSAM view, const std::wstring& key, const std::wstring& value)
 {

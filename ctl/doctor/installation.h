@@ -1,4 +1,4 @@
-// The installation that is examined: which ZELT.EXE is registered, for whom, and which one can register itself. Reads the
+// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself. Reads the
 // registry as COM does, the user's classes before the machine's.
 #pragma once
 
@@ -9,17 +9,23 @@
 namespace zelt::ctl {
 
 struct Installation {
+    const Edition* edition = &kThisEdition;
     bool registered = false;  // any of its classes is
     Scope scope = Scope::Machine;
     std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
     std::wstring
-        registrable;      // the program that --fix registers: that one, or ZELT.EXE next to this program; may be empty
+        registrable;  // the program that --fix registers: that one, or the edition's next to this program; may be empty
     std::string version;  // of `registrable`, or else of this program
 
     std::wstring ServerOrOwn() const { return server.empty() ? registrable : server; }
 };
 
-Installation FindInstallation();
+Installation FindInstallation(const Edition& edition);
+
+// "ZELT" or "ZELT64", and what --fix does for it.
+std::string NameOf(const Installation& installation);
+std::string RegisterAgain(const Installation& installation);
+std::string InstallAgain(const Installation& installation);
 
 // The user's entry, else the machine's.
 FoundEntry LookUpEffective(REGSAM view, const std::wstring& key, const std::wstring& value);

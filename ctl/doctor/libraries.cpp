@@ -23,7 +23,6 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
 constexpr char kEffect[] = "some calls between a simulator and ZELT fail";
 
 // The system's marshallers that work from type libraries: for automation interfaces, and for dispatch interfaces.
@@ -76,7 +75,8 @@ bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
     return false;
 }
 
-void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings& findings)
+void CheckFile(const Installation& installation, const CheckedLibrary& library, const std::wstring& path,
+               Findings& findings)
 {
     if (IsLibrary(path, library.facts.libid)) return;
     Finding finding = {"library-file",
@@ -84,7 +84,7 @@ void CheckFile(const CheckedLibrary& library, const std::wstring& path, Findings
                            Utf8(library.facts.description) + "\" that is registered from it",
                        kEffect, "install the program again that brought it"};
     if (!library.sharedFile) {
-        finding.remedy = kRegisterAgain;
+        finding.remedy = RegisterAgain(installation);
         finding.fix = Fix::Register;
     } else if (IsSharedFile(library, path)) {
         finding.remedy = "let zeltctl doctor --fix write it again";
@@ -134,7 +134,8 @@ std::string Names(const std::vector<std::string>& names)
 }
 
 // A library that is not registered itself is reported once, and not for each interface.
-void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryRegistered, Findings& findings)
+void CheckInterfaces(const Installation& installation, const CheckedLibrary& library, REGSAM view,
+                     bool libraryRegistered, Findings& findings)
 {
     struct Row {
         InterfaceState state;
@@ -157,10 +158,10 @@ void CheckInterfaces(const CheckedLibrary& library, REGSAM view, bool libraryReg
         if (names.empty()) continue;
         // Registration adds what is missing, and leaves what others have made of the standard's interfaces.
         const bool fixable = row.state == InterfaceState::Missing || !library.sharedFile;
-        findings.push_back(
-            {row.rule, Names(names) + row.wrong + InView(view), kEffect,
-             fixable ? kRegisterAgain : "install the program again that registered the interfaces of the standard",
-             fixable ? Fix::Register : Fix::None});
+        findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
+                            fixable ? RegisterAgain(installation)
+                                    : "install the program again that registered the interfaces of the standard",
+                            fixable ? Fix::Register : Fix::None});
     }
 }
 
@@ -175,11 +176,11 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
             findings.push_back(
                 {"library",
                  "The type library \"" + Utf8(library.facts.description) + "\" is not registered" + InView(view),
-                 kEffect, kRegisterAgain, Fix::Register});
+                 kEffect, RegisterAgain(installation), Fix::Register});
         } else if (isNew && (library.sharedFile || file != installation.server)) {
-            CheckFile(library, file, findings);
+            CheckFile(installation, library, file, findings);
         }
-        CheckInterfaces(library, view, !file.empty(), findings);
+        CheckInterfaces(installation, library, view, !file.empty(), findings);
     }
 }
 
@@ -197,7 +198,7 @@ void CheckLibraries(const Installation& installation, Findings& findings)
     if (!installation.registrable.empty()) return;
     for (std::size_t index = first; index < findings.size(); ++index) {
         if (findings[index].fix != Fix::Register) continue;
-        findings[index].remedy = "install ZELT again";
+        findings[index].remedy = InstallAgain(installation);
         findings[index].fix = Fix::None;
     }
 }

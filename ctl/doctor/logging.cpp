@@ -46,8 +46,16 @@ void CheckLogging(Findings& findings)
                             "give yourself the right to write there, or switch zeltctl options --auto-location off"});
     }
     if (options.pravikUnit == CLSID_NULL) return;
+    // Either PRAVIK may be the one that makes it.
     Findings unit;
-    CheckServer(options.pravikUnit, "The unit operation that PRAVIK is set to", "PRAVIK cannot make it", unit);
+    for (const Edition& edition : Editions()) {
+        Findings ofEdition;
+        if (!CanRun(edition)) continue;
+        if (CheckServer(edition, options.pravikUnit, "The unit operation that PRAVIK is set to",
+                        "PRAVIK cannot make it", ofEdition))
+            return;
+        if (unit.empty()) unit = std::move(ofEdition);
+    }
     for (Finding& finding : unit) {
         finding.rule.replace(0, finding.rule.find('-'), "unit");
         finding.remedy = "install it again, or choose another with zeltctl options --unit";

@@ -8,9 +8,10 @@
 
 #include "ctl/doctor/checks.h"
 #include "ctl/doctor/component_server.h"
+#include "ctl/exports/manager_host.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/stored_packages.h"
 #include "packages/package_kinds.h"
-#include "packages/package_listing.h"
 #include "packages/exported_package_list.h"
 #include "registration/library_facts.h"
 #include "system/guid_text.h"
@@ -25,18 +26,20 @@ struct ManagerAnswer {
 
 class ManagerAnswers {
 public:
+    explicit ManagerAnswers(const Edition& edition) : edition(edition) {}
     const ManagerAnswer& Of(const ExportedPackage& package)
     {
         const auto key = std::pair(package.kind, GuidText(package.classId));
         const auto known = answers.find(key);
         if (known != answers.end()) return known->second;
         ManagerAnswer answer;
-        answer.names =
-            ListPackages(package.kind, package.classId, [&](const std::wstring& text) { answer.failure = Utf8(text); });
+        answer.names = AskManager(edition, package.kind, package.classId,
+                                  [&](const std::wstring& text) { answer.failure = Utf8(text); });
         return answers.emplace(key, std::move(answer)).first->second;
     }
 
 private:
+    const Edition& edition;
     std::map<std::pair<PackageKind, std::wstring>, ManagerAnswer> answers;
 };
 
@@ -60,13 +63,6 @@ void CheckInManager(const ExportedPackage& package, const std::string& owner, Ma
                         kNotMade, "zeltctl remove the package, and zeltctl add it under its present name"});
 }
 
-bool IsOwnClass(const ExportedPackage& package)
-{
-    const auto rows = PackageKindRows();
-    return std::any_of(rows.begin(), rows.end(),
-                       [&](const PackageKindRow& row) { return row.family.managerClass == package.classId; });
-}
-
 void CheckDuplicates(const ExportedPackageList& list, Findings& findings)
 {
     for (std::size_t later = 1; later < list.Count(); ++later) {
@@ -81,24 +77,23 @@ void CheckDuplicates(const ExportedPackageList& list, Findings& findings)
     }
 }
 
-void CheckPackage(const ExportedPackage& package, ManagerAnswers& managers, Findings& findings)
+void CheckPackage(const Edition& edition, const ExportedPackage& package, ManagerAnswers& managers, Findings& findings)
 {
     const std::string owner = "The exported package \"" + Utf8(package.exportedName) + '"';
-    if (IsOwnClass(package)) {
+    if (IsOwnClass(package.classId)) {
         findings.push_back({"package-own", owner + " comes from ZELT itself", "making it goes in circles",
                             "zeltctl remove the package"});
         return;
     }
-    if (!CheckServer(package.classId, owner, kNotMade, findings)) return;
+    if (!CheckServer(edition, package.classId, owner, kNotMade, findings)) return;
     if (IsManager(package.kind)) CheckInManager(package, owner, managers, findings);
 }
 
 }  // namespace
 
-void CheckPackages(Findings& findings)
+void CheckPackages(const Edition& edition, Findings& findings)
 {
-    Require(LoadPackages());
-    const ExportedPackageList& list = ExportedPackages();
+    const ExportedPackageList list = ReadPackages(edition);
     for (const int number : list.LeftOut()) {
         findings.push_back(
             {"package-entry",
@@ -108,8 +103,9 @@ void CheckPackages(Findings& findings)
              Fix::RewriteList});
     }
     CheckDuplicates(list, findings);
-    ManagerAnswers managers;
-    for (std::size_t index = 0; index < list.Count(); ++index) CheckPackage(list.At(index), managers, findings);
+    ManagerAnswers managers(edition);
+    for (std::size_t index = 0; index < list.Count(); ++index)
+        CheckPackage(edition, list.At(index), managers, findings);
 }
 
 }  // namespace zelt::ctl

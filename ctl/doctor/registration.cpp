@@ -6,13 +6,10 @@
 #include "ctl/exports/session.h"
 #include "res/resource.h"
 #include "registration/registrar.h"
-#include "packages/served_classes.h"
 #include "system/version.h"
 
 namespace zelt::ctl {
 namespace {
-
-constexpr char kRegisterAgain[] = "let zeltctl doctor --fix register ZELT again";
 
 // What a missing or different entry means, by its place below the class's key, or by the beginning of another key.
 struct Meaning {
@@ -76,20 +73,21 @@ bool LacksQuotes(const RegistrationFault& fault)
     return fault.found.text && Quoted(*fault.found.text) == fault.expected.text;
 }
 
-void CheckClass(const Installation& installation, const ServedClass& served, Findings& findings)
+void CheckClass(const Installation& installation, const EditionClass& own, Findings& findings)
 {
-    const std::wstring root = ClassPath(served);
-    const std::string owner = "The class " + Utf8(served.progId);
+    const std::wstring root = ClassPath(own.classId);
+    const std::string owner = "The class " + Utf8(own.progId);
     std::set<std::pair<std::string, REGSAM>> told;
     std::set<REGSAM> missing;
-    for (const RegistrationFault& fault :
-         FindRegistrationFaults(served.script, installation.ServerOrOwn(), installation.version, LookUpEffective)) {
+    for (const RegistrationFault& fault : FindRegistrationFaults(
+             *installation.edition, own.script, installation.ServerOrOwn(), installation.version, LookUpEffective)) {
         const bool inClass = fault.expected.key.starts_with(root);
         const REGSAM view = inClass ? fault.view : 0;
         if (inClass && !LookUpEffective(view, root, L"").keyExists) {
             if (!missing.insert(view).second) continue;
             findings.push_back({"class", owner + " is not registered" + InView(view),
-                                std::string(Simulators(view)) + " do not find it", kRegisterAgain, Fix::Register});
+                                std::string(Simulators(view)) + " do not find it", RegisterAgain(installation),
+                                Fix::Register});
             continue;
         }
         const std::wstring place = PlaceBelow(inClass ? root : L"", fault.expected);
@@ -99,25 +97,26 @@ void CheckClass(const Installation& installation, const ServedClass& served, Fin
             findings.push_back(
                 {"server-quotes",
                  owner + " names the path \"" + Utf8(*fault.found.text) + "\" without quotes" + InView(view),
-                 "a program whose name is the beginning of the path could be started in its place", kRegisterAgain,
-                 Fix::Register});
+                 "a program whose name is the beginning of the path could be started in its place",
+                 RegisterAgain(installation), Fix::Register});
             continue;
         }
         findings.push_back({meaning.rule, Difference(owner, place, fault) + InView(view), meaning.effect,
-                            kRegisterAgain, Fix::Register});
+                            RegisterAgain(installation), Fix::Register});
     }
 }
 
 void CheckApplication(const Installation& installation, Findings& findings)
 {
     std::set<std::string> told;
-    for (const RegistrationFault& fault : FindRegistrationFaults(kScriptApplication, installation.ServerOrOwn(),
-                                                                 installation.version, LookUpEffective)) {
+    for (const RegistrationFault& fault :
+         FindRegistrationFaults(*installation.edition, installation.edition->applicationScript,
+                                installation.ServerOrOwn(), installation.version, LookUpEffective)) {
         const std::wstring place = PlaceBelow({}, fault.expected);
         const Meaning& meaning = MeaningOf(kOtherMeanings, place);
         if (!told.insert(meaning.rule).second) continue;
-        findings.push_back({meaning.rule, Difference("The registration", place, fault), meaning.effect, kRegisterAgain,
-                            Fix::Register});
+        findings.push_back({meaning.rule, Difference("The registration", place, fault), meaning.effect,
+                            RegisterAgain(installation), Fix::Register});
     }
 }
 
@@ -126,10 +125,11 @@ void CheckApplication(const Installation& installation, Findings& findings)
 void CheckRegistration(const Installation& installation, Findings& findings)
 {
     const bool fixable = !installation.registrable.empty();
-    const std::string remedy = fixable ? kRegisterAgain : "install ZELT again";
+    const std::string remedy = fixable ? RegisterAgain(installation) : InstallAgain(installation);
     const Fix fix = fixable ? Fix::Register : Fix::None;
     if (!installation.registered) {
-        findings.push_back({"not-registered", "ZELT is not registered", "no simulator finds it", remedy, fix});
+        findings.push_back(
+            {"not-registered", NameOf(installation) + " is not registered", "no simulator finds it", remedy, fix});
         return;
     }
     if (!installation.server.empty() && installation.server != installation.registrable) {
@@ -143,7 +143,7 @@ void CheckRegistration(const Installation& installation, Findings& findings)
                             "they may not agree on what is right", "install both from one setup program"});
     }
     const std::size_t first = findings.size();
-    for (const ServedClass& served : ServedClasses()) CheckClass(installation, served, findings);
+    for (const EditionClass& own : installation.edition->classes) CheckClass(installation, own, findings);
     CheckApplication(installation, findings);
     if (fixable) return;
     for (std::size_t index = first; index < findings.size(); ++index) {

@@ -3,11 +3,12 @@
 
 #include "ctl/exports/component_choice.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/exports/manager_host.h"
 #include "ctl/exports/package_text.h"
 #include "ctl/exports/session.h"
 #include "ctl/exports/stored_packages.h"
+#include "ctl/exports/width_choice.h"
 #include "packages/export_name.h"
-#include "packages/package_listing.h"
 
 namespace zelt::ctl {
 namespace {
@@ -15,8 +16,8 @@ namespace {
 // The package's name in the manager's own spelling.
 std::wstring NameInManager(const ChosenComponent& manager, const std::string& package, Output& messages)
 {
-    const auto names = ListPackages(manager.kind, manager.component.classId,
-                                    [&](const std::wstring& text) { messages << "zeltctl: " << Utf8(text) << '\n'; });
+    const auto names = AskManager(*manager.host, manager.kind, manager.component.classId,
+                                  [&](const std::wstring& text) { messages << "zeltctl: " << Utf8(text) << '\n'; });
     const std::string managerName = Utf8(manager.component.name);
     if (!names) throw Refusal("\"" + managerName + "\" does not tell its packages");
     const std::wstring wanted = Wide(package);
@@ -37,7 +38,8 @@ int AddExport(const Arguments& arguments, Streams& streams)
     const auto name = arguments.Value("--name");
     if (name && !CanBeExportName(Wide(*name))) throw UsageError("--name is blank, or longer than 255 characters");
     const bool managed = arguments.Operands() == 2;
-    const ChosenComponent chosen = ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"));
+    const ChosenComponent chosen =
+        ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"), EditionsFor(arguments));
 
     auto package = std::make_unique<ExportedPackage>();
     package->classId = chosen.component.classId;
@@ -46,15 +48,17 @@ int AddExport(const Arguments& arguments, Streams& streams)
         managed ? NameInManager(chosen, arguments.Operand(1), streams.messages) : chosen.component.name;
     package->loggingEnabled = arguments.Has("--log");
 
-    StoredPackages stored;
+    StoredPackages stored(*chosen.host);
     package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->sourceName);
+    if (!CanBeExportName(package->exportedName))
+        throw Refusal("its name is blank, or longer than 255 characters; --name gives it another");
     if (IsExported(stored.List(), package->exportedName)) {
         throw Refusal("a package is exported as \"" + Utf8(package->exportedName) +
                       "\" already; --name gives it another name");
     }
     stored.List().Append(std::move(package));
     stored.Save();
-    WritePackage(stored.List().At(stored.List().Count() - 1), arguments.Has("--json"), streams.data);
+    WritePackage({chosen.host, stored.List().At(stored.List().Count() - 1)}, arguments.Has("--json"), streams.data);
     return kFine;
 }
 

@@ -1,10 +1,11 @@
-// list, remove, log on and log off: the stored list and single entries of it.
+// list, remove, log on and log off: the stored lists and single entries of them.
 #include <vector>
 
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/package_text.h"
 #include "ctl/exports/session.h"
 #include "ctl/exports/stored_packages.h"
+#include "ctl/exports/width_choice.h"
 
 namespace zelt::ctl {
 namespace {
@@ -12,11 +13,12 @@ namespace {
 int SwitchLog(const Arguments& arguments, Streams& streams, bool on)
 {
     const Session session;
-    StoredPackages stored;
+    const Edition& edition = EditionThatExports(arguments.Operand(0), EditionsFor(arguments));
+    StoredPackages stored(edition);
     const std::size_t index = stored.Find(arguments.Operand(0));
     stored.List().At(index).loggingEnabled = on;
     stored.Save();
-    WritePackage(stored.List().At(index), arguments.Has("--json"), streams.data);
+    WritePackage({&edition, stored.List().At(index)}, arguments.Has("--json"), streams.data);
     return kFine;
 }
 
@@ -25,10 +27,10 @@ int SwitchLog(const Arguments& arguments, Streams& streams, bool on)
 int ListExports(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    Require(LoadPackages());
-    std::vector<ExportedPackage> packages;
-    for (std::size_t index = 0; index < ExportedPackages().Count(); ++index) {
-        packages.push_back(ExportedPackages().At(index));
+    std::vector<ListedPackage> packages;
+    for (const Edition* edition : EditionsFor(arguments)) {
+        const ExportedPackageList list = ReadPackages(*edition);
+        for (std::size_t index = 0; index < list.Count(); ++index) packages.push_back({edition, list.At(index)});
     }
     WritePackages(packages, arguments.Has("--json"), streams.data);
     return kFine;
@@ -37,9 +39,10 @@ int ListExports(const Arguments& arguments, Streams& streams)
 int RemoveExport(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    StoredPackages stored;
+    const Edition& edition = EditionThatExports(arguments.Operand(0), EditionsFor(arguments));
+    StoredPackages stored(edition);
     const std::size_t index = stored.Find(arguments.Operand(0));
-    const ExportedPackage removed = stored.List().At(index);
+    const ListedPackage removed = {&edition, stored.List().At(index)};
     stored.List().Remove(index);
     stored.Save();
     WritePackage(removed, arguments.Has("--json"), streams.data);

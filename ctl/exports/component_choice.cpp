@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "ctl/command.h"
+#include "ctl/exports/hosted_components.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/width_choice.h"
 #include "packages/package_kinds.h"
 
 namespace zelt::ctl {
@@ -38,35 +40,42 @@ bool Means(const std::wstring& word, const ComponentInfo& component)
     return SameName(word, component.name) || SameName(word, component.displayName);
 }
 
-ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type)
+ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type,
+                                const std::vector<const Edition*>& editions)
 {
     if (type) CheckType(*type);
     const auto rows = PackageKindRows();
-    const FoundComponents components = FindPackageComponents(rows);
-    Require(components.outcome);
-    std::vector<ChosenComponent> meant;
+    const auto components = FindHostedPackages(editions);
+    struct Meant {
+        PackageKind kind;
+        const HostedComponent* component;
+    };
+    std::vector<Meant> meant;
     bool otherSort = false;
     std::wstring obstacle;
     for (std::size_t index = 0; index < rows.size(); ++index) {
         const PackageKind kind = rows[index].kind;
         if (type && !SameType(kind, Wide(*type))) continue;
-        for (const auto* list : {&components.lists[index], &components.ofOtherWidth[index]}) {
-            for (const ComponentInfo& component : *list) {
-                if (!Means(Wide(word), component)) continue;
-                if (!component.obstacle.empty()) {
-                    obstacle = component.obstacle;
-                } else if (IsManager(kind) == manager) {
-                    meant.push_back({kind, component});
-                } else {
-                    otherSort = true;
-                }
+        for (const HostedComponent& component : components[index]) {
+            if (!Means(Wide(word), component.info)) continue;
+            if (component.hosts.empty()) {
+                obstacle = component.info.obstacle;
+            } else if (IsManager(kind) == manager) {
+                meant.push_back({kind, &component});
+            } else {
+                otherSort = true;
             }
         }
     }
     if (meant.size() > 1) {
         throw Refusal("\"" + word + "\" means more than one component; say its class identifier, or --type");
     }
-    if (!meant.empty()) return meant.front();
+    if (!meant.empty()) {
+        const auto& [kind, component] = meant.front();
+        if (component->hosts.size() > 1)
+            throw Refusal("ZELT and ZELT64 can both export \"" + word + "\"; " + kSayWidth);
+        return {kind, component->info, component->hosts.front()};
+    }
     if (otherSort && manager) throw Refusal("\"" + word + "\" is a package itself, and no manager of packages");
     if (otherSort) throw Refusal("\"" + word + "\" is a manager; say which of its packages");
     if (!obstacle.empty()) throw Refusal("\"" + word + "\" cannot be exported: " + Utf8(obstacle));

@@ -3,8 +3,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "system/component_scan.h"
+#include "system/edition.h"
 #include "packages/exported_package.h"
 
 namespace zelt::ctl {
@@ -15,10 +17,13 @@ bool Means(const std::wstring& word, const ComponentInfo& component);
 struct ChosenComponent {
     PackageKind kind;
     ComponentInfo component;
+    const Edition* host;
 };
 
-// The one component that `word` means and that is a manager or, as `manager` says, is none; `type` is "PP 1.1", "PP 1.0" or
-// "RP 1.0", with or without the blank, or nothing. Throws UsageError for another type and Refusal unless exactly one fits.
-ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type);
+// The one component that `word` means and that is a manager or, as `manager` says, is none, and the edition of `editions` that can
+// host it; `type` is "PP 1.1", "PP 1.0" or "RP 1.0", with or without the blank, or nothing. Throws UsageError for another type and
+// Refusal unless exactly one component and one edition fit.
+ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type,
+                                const std::vector<const Edition*>& editions);
 
 }  // namespace zelt::ctl

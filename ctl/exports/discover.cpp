@@ -1,33 +1,42 @@
-// discover: what the dialog for exporting a package lists, with every manager opened, and the unit operations. What cannot be
-// used has the reason.
-#include <optional>
+// discover: what the dialogs for exporting a package list, with every manager opened, and the unit operations, each with the widths
+// that it is there for. What cannot be used has the reason.
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "ctl/exports/export_commands.h"
+#include "ctl/exports/hosted_components.h"
+#include "ctl/exports/manager_host.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/width_choice.h"
 #include "ctl/json_writer.h"
 #include "packages/package_kinds.h"
-#include "packages/package_listing.h"
 #include "registration/library_facts.h"
-#include "unit/installed_unit_operations.h"
 #include "system/guid_text.h"
 
 namespace zelt::ctl {
 namespace {
 
+// What a manager answers in a process of one width.
 struct Packages {
+    const Edition* host;
     std::vector<std::wstring> names;
     std::vector<std::string> failures;
 };
 
-Packages AskManager(PackageKind kind, const ComponentInfo& manager)
+Packages Ask(const Edition& host, PackageKind kind, const ComponentInfo& manager)
 {
-    Packages packages;
-    const auto names =
-        ListPackages(kind, manager.classId, [&](const std::wstring& text) { packages.failures.push_back(Utf8(text)); });
-    if (names) packages.names = *names;
+    Packages packages = {&host, {}, {}};
+    const auto failed = [&](const std::wstring& text) { packages.failures.push_back(Utf8(text)); };
+    packages.names = AskManager(host, kind, manager.classId, failed).value_or(std::vector<std::wstring>());
     return packages;
+}
+
+std::string WidthsText(const std::vector<const Edition*>& hosts)
+{
+    std::string text;
+    for (const Edition* host : hosts) text += (text.empty() ? "" : ", ") + WidthText(*host);
+    return text;
 }
 
 class TextReport {
@@ -35,15 +44,27 @@ public:
     explicit TextReport(Streams& streams) : streams(streams) {}
 
     void Heading(const wchar_t* text) { streams.data << Utf8(text) << '\n'; }
-    void Component(const ComponentInfo& component, const PackageKindRow*, const std::optional<Packages>& packages)
+    void Component(const HostedComponent& component, const PackageKindRow*, const std::vector<Packages>& answers)
     {
-        streams.data << "  " << Utf8(component.displayName) << ' ' << Utf8(GuidText(component.classId));
-        if (!component.obstacle.empty()) streams.data << " - cannot be used: " << Utf8(component.obstacle);
-        streams.data << '\n';
-        if (!packages) return;
-        for (const std::wstring& name : packages->names) streams.data << "    " << Utf8(name) << '\n';
-        for (const std::string& failure : packages->failures) {
-            streams.messages << "zeltctl: " << Utf8(component.name) << ": " << failure << '\n';
+        const ComponentInfo& info = component.info;
+        streams.data << "  " << Utf8(info.displayName) << ' ' << Utf8(GuidText(info.classId));
+        if (component.hosts.empty()) {
+            streams.data << " - cannot be used: " << Utf8(info.obstacle) << '\n';
+        } else {
+            streams.data << "  " << WidthsText(component.hosts) << '\n';
+        }
+        for (std::size_t index = 0; index < answers.size(); ++index) {
+            const Packages& packages = answers[index];
+            // Both widths of a manager usually have the same packages.
+            const bool isNews = index == 0 || packages.names != answers.front().names;
+            const std::string width = answers.size() > 1 ? " (" + WidthText(*packages.host) + ')' : "";
+            const bool isMarked = answers.size() > 1 && answers.back().names != answers.front().names;
+            for (const std::wstring& name : packages.names) {
+                if (isNews) streams.data << "    " << Utf8(name) << (isMarked ? width : "") << '\n';
+            }
+            for (const std::string& failure : packages.failures) {
+                streams.messages << "zeltctl: " << Utf8(info.name) << width << ": " << failure << '\n';
+            }
         }
     }
     void Finish() {}
@@ -52,19 +73,37 @@ private:
     Streams& streams;
 };
 
+// An object for each component and width.
 class JsonReport {
 public:
     explicit JsonReport(Streams& streams) : out(streams.data), json(out) { json.BeginArray(); }
 
     void Heading(const wchar_t*) {}
-    void Component(const ComponentInfo& component, const PackageKindRow* row, const std::optional<Packages>& packages)
+    void Component(const HostedComponent& component, const PackageKindRow* row, const std::vector<Packages>& answers)
+    {
+        if (component.hosts.empty()) Write(component.info, row, nullptr, nullptr);
+        for (const Edition* host : component.hosts) {
+            const auto answer = std::find_if(answers.begin(), answers.end(),
+                                             [&](const Packages& packages) { return packages.host == host; });
+            Write(component.info, row, host, answer == answers.end() ? nullptr : &*answer);
+        }
+    }
+    void Finish()
+    {
+        json.EndArray();
+        out << '\n';
+    }
+
+private:
+    void Write(const ComponentInfo& info, const PackageKindRow* row, const Edition* host, const Packages* packages)
     {
         json.NewLine().BeginObject();
         json.Member("type", row ? Utf8(PackageType(row->kind)) : "unit operation");
         if (row) json.Member("kind", static_cast<long long>(row->kind));
-        json.Member("class", Utf8(GuidText(component.classId))).Member("name", Utf8(component.name));
-        json.Member("displayName", Utf8(component.displayName));
-        if (!component.obstacle.empty()) json.Member("obstacle", Utf8(component.obstacle));
+        if (host) json.Member("width", static_cast<long long>(host->width));
+        json.Member("class", Utf8(GuidText(info.classId))).Member("name", Utf8(info.name));
+        json.Member("displayName", Utf8(info.displayName));
+        if (!host) json.Member("obstacle", Utf8(info.obstacle));
         if (packages) {
             json.Key("packages").BeginArray();
             for (const std::wstring& name : packages->names) json.String(Utf8(name));
@@ -74,46 +113,33 @@ public:
         }
         json.EndObject();
     }
-    void Finish()
-    {
-        json.EndArray();
-        out << '\n';
-    }
 
-private:
     Output& out;
     JsonWriter json;
 };
 
-std::vector<ComponentInfo> Joined(std::vector<ComponentInfo> first, const std::vector<ComponentInfo>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
 template <class Report>
-int Discover(bool askManagers, Report report)
+int Discover(const std::vector<const Edition*>& editions, bool askManagers, Report report)
 {
     int result = kFine;
     const auto rows = PackageKindRows();
-    const FoundComponents components = FindPackageComponents(rows);
-    Require(components.outcome);
+    const auto components = FindHostedPackages(editions);
     for (std::size_t index = 0; index < rows.size(); ++index) {
-        const std::vector<ComponentInfo> found = Joined(components.lists[index], components.ofOtherWidth[index]);
-        if (!found.empty()) report.Heading(rows[index].heading);
-        for (const ComponentInfo& component : found) {
-            std::optional<Packages> packages;
-            const bool isAsked = askManagers && IsManager(rows[index].kind) && component.obstacle.empty();
-            if (isAsked) packages = AskManager(rows[index].kind, component);
-            if (packages && !packages->failures.empty()) result = kFinding;
-            report.Component(component, &rows[index], packages);
+        if (!components[index].empty()) report.Heading(rows[index].heading);
+        for (const HostedComponent& component : components[index]) {
+            std::vector<Packages> answers;
+            for (const Edition* host : component.hosts) {
+                if (askManagers && IsManager(rows[index].kind)) {
+                    answers.push_back(Ask(*host, rows[index].kind, component.info));
+                    if (!answers.back().failures.empty()) result = kFinding;
+                }
+            }
+            report.Component(component, &rows[index], answers);
         }
     }
-    const InstalledUnits& units = InstalledUnitOperations();
-    Require(units.outcome);
-    const std::vector<ComponentInfo> found = Joined(units.found, units.ofOtherWidth);
-    if (!found.empty()) report.Heading(L"Unit operations");
-    for (const ComponentInfo& unit : found) report.Component(unit, nullptr, {});
+    const auto units = FindHostedUnits(editions);
+    if (!units.empty()) report.Heading(L"Unit operations");
+    for (const HostedComponent& unit : units) report.Component(unit, nullptr, {});
     report.Finish();
     return result;
 }
@@ -124,8 +150,9 @@ int DiscoverComponents(const Arguments& arguments, Streams& streams)
 {
     const Session session;
     const bool askManagers = !arguments.Has("--no-packages");
-    return arguments.Has("--json") ? Discover(askManagers, JsonReport(streams))
-                                   : Discover(askManagers, TextReport(streams));
+    const auto editions = EditionsFor(arguments);
+    return arguments.Has("--json") ? Discover(editions, askManagers, JsonReport(streams))
+                                   : Discover(editions, askManagers, TextReport(streams));
 }
 
 }  // namespace zelt::ctl

@@ -1,20 +1,24 @@
 #include "ctl/exports/export_commands.h"
 
+#include "ctl/exports/width_choice.h"
+
 namespace zelt::ctl {
 namespace {
 
 // clang-format off
 constexpr Option kJson = {"--json", nullptr, "as JSON"};
 
-constexpr Option kOnlyJson[] = {kJson};
+constexpr Option kWidthAndJson[] = {kWidthOption, kJson};
 constexpr Option kDiscoverOptions[] = {
     {"--no-packages", nullptr, "starts no manager to ask for its packages"},
+    kWidthOption,
     kJson,
 };
 constexpr Option kAddOptions[] = {
     {"--name", "NAME", "what the simulator sees; without it, the package's own name, with a number where that is taken"},
     {"--type", "TYPE", "PP1.1, PP1.0 or RP1.0, for a component of more than one type"},
     {"--log",  nullptr, "calls of the package are logged"},
+    kWidthOption,
     kJson,
 };
 constexpr Option kOptionsOptions[] = {
@@ -25,31 +29,33 @@ constexpr Option kOptionsOptions[] = {
     {"--hand-back",     "on|off", "an object that goes back to where it came from goes back as it was"},
     {"--keep-manager",  "on|off", "the manager of a package lives as long as the package"},
     {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
+    kWidthOption,
     kJson,
 };
 
-#define ZELT_NOT_WHILE_IT_RUNS "Refused (exit code 2) while ZELT runs: it holds the list, and would write its own over the change."
+#define ZELT_NOT_WHILE_IT_RUNS "Refused (exit code 2) while the ZELT of that width runs: it holds the list, and would write its own over the change."
 
 constexpr Command kCommands[] = {
-    {"list", "", 0, 0, kOnlyJson, "Lists the exported packages", "", ListExports},
+    {"list", "", 0, 0, kWidthAndJson, "Lists the exported packages", "", ListExports},
     {"discover", "", 0, 0, kDiscoverOptions, "Lists what is installed and can be exported, and the unit operations",
-     "Each manager is started and asked for its packages, which may take a while. The exit code is 1 when one fails.",
+     "Each component has the widths that it is there for: ZELT hosts the 32-bit ones, ZELT64 the 64-bit ones. Each manager is\n"
+     "started in a process of its own and asked for its packages, which may take a while. The exit code is 1 when one fails.",
      DiscoverComponents},
     {"add", "COMPONENT [PACKAGE]", 1, 2, kAddOptions, "Exports a package",
      "COMPONENT is a manager, and PACKAGE one of its packages; or COMPONENT is a package itself. A component is a class\n"
-     "identifier in braces, a ProgID or a name, as discover lists them.\n"
+     "identifier in braces, a ProgID or a name, as discover lists them. Where both widths fit, --width says which.\n"
      ZELT_NOT_WHILE_IT_RUNS, AddExport},
-    {"remove", "PACKAGE", 1, 1, kOnlyJson, "Exports a package no longer",
-     "PACKAGE is its exported name.\n"
+    {"remove", "PACKAGE", 1, 1, kWidthAndJson, "Exports a package no longer",
+     "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"
      ZELT_NOT_WHILE_IT_RUNS, RemoveExport},
-    {"log on", "PACKAGE", 1, 1, kOnlyJson, "Switches the log of an exported package on",
-     "PACKAGE is its exported name.\n"
+    {"log on", "PACKAGE", 1, 1, kWidthAndJson, "Switches the log of an exported package on",
+     "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"
      ZELT_NOT_WHILE_IT_RUNS, SwitchLogOn},
-    {"log off", "PACKAGE", 1, 1, kOnlyJson, "Switches the log of an exported package off",
-     "PACKAGE is its exported name.\n"
+    {"log off", "PACKAGE", 1, 1, kWidthAndJson, "Switches the log of an exported package off",
+     "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"
      ZELT_NOT_WHILE_IT_RUNS, SwitchLogOff},
     {"options", "", 0, 0, kOptionsOptions, "Shows the options, and changes those that are given",
-     "A ZELT that runs takes them over with the next package or unit operation.", ChangeOptions},
+     "ZELT and ZELT64 share them. One that runs takes them over with the next package or unit operation.", ChangeOptions},
 };
 // clang-format on
 

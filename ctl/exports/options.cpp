@@ -7,10 +7,11 @@
 #include "log/log_options.h"
 #include "ctl/exports/component_choice.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/exports/hosted_components.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/width_choice.h"
 #include "ctl/json_writer.h"
 #include "registration/library_facts.h"
-#include "unit/installed_unit_operations.h"
 #include "system/guid_text.h"
 
 namespace zelt::ctl {
@@ -67,26 +68,33 @@ std::vector<std::pair<const SwitchRow*, bool>> GivenSwitches(const Arguments& ar
     return given;
 }
 
-CLSID UnitOf(const std::string& word)
+CLSID UnitOf(const std::string& word, const std::vector<const Edition*>& editions)
 {
     if (word == "ask") return CLSID_NULL;
     std::optional<CLSID> meant;
-    const InstalledUnits& installed = InstalledUnitOperations();
-    Require(installed.outcome);
-    for (const ComponentInfo& unit : installed.found) {
-        if (!Means(Wide(word), unit)) continue;
+    for (const HostedComponent& unit : FindHostedUnits(editions)) {
+        if (unit.hosts.empty() || !Means(Wide(word), unit.info)) continue;
         if (meant) throw Refusal("\"" + word + "\" means more than one unit operation; say its class identifier");
-        meant = unit.classId;
+        meant = unit.info.classId;
     }
     if (!meant) throw Refusal("no unit operation \"" + word + "\" is installed; zeltctl discover lists them");
     return *meant;
+}
+
+// From the first width that has it.
+std::optional<ComponentInfo> DescribeUnit(REFCLSID classId)
+{
+    for (const Edition& edition : Editions()) {
+        if (const auto unit = DescribeComponent(classId, InstalledClasses(edition.width))) return unit;
+    }
+    return {};
 }
 
 void Write(const LogOptions& options, bool asJson, Output& out)
 {
     const bool asks = options.pravikUnit == CLSID_NULL;
     const std::string unit = asks ? "ask" : Utf8(GuidText(options.pravikUnit));
-    const auto component = asks ? std::nullopt : DescribeComponent(options.pravikUnit);
+    const auto component = asks ? std::nullopt : DescribeUnit(options.pravikUnit);
     if (asJson) {
         JsonWriter json(out);
         json.BeginObject();
@@ -118,7 +126,7 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     const Session session;
     const auto switches = GivenSwitches(arguments);
     const auto word = arguments.Value("--unit");
-    const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word)) : std::nullopt;
+    const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word, EditionsFor(arguments))) : std::nullopt;
     // Read it now and not earlier, to keep what others have changed meanwhile.
     LogOptions options = StoredOptions();
     for (const auto& [row, value] : switches) options.*row->field = value;

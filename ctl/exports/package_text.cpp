@@ -1,9 +1,11 @@
 #include "ctl/exports/package_text.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "system/component_scan.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/width_choice.h"
 #include "packages/package_kinds.h"
 #include "registration/library_facts.h"
 #include "system/guid_text.h"
@@ -11,20 +13,29 @@
 namespace zelt::ctl {
 namespace {
 
-void WriteObject(const ExportedPackage& package, JsonWriter& json)
+std::optional<ComponentInfo> ComponentOf(const ListedPackage& listed)
 {
-    json.BeginObject().Member("name", Utf8(package.exportedName)).Member("type", Utf8(PackageType(package.kind)));
+    return DescribeComponent(listed.package.classId, InstalledClasses(listed.edition->width));
+}
+
+void WriteObject(const ListedPackage& listed, JsonWriter& json)
+{
+    const ExportedPackage& package = listed.package;
+    json.BeginObject().Member("name", Utf8(package.exportedName));
+    json.Member("width", static_cast<long long>(listed.edition->width)).Member("type", Utf8(PackageType(package.kind)));
     json.Member("kind", static_cast<long long>(package.kind)).Member("class", Utf8(GuidText(package.classId)));
-    if (const auto component = DescribeComponent(package.classId)) json.Member("component", Utf8(component->name));
+    if (const auto component = ComponentOf(listed)) json.Member("component", Utf8(component->name));
     if (IsManager(package.kind)) json.Member("source", Utf8(package.sourceName));
     json.Key("log").Bool(package.loggingEnabled).EndObject();
 }
 
-void WriteLine(const ExportedPackage& package, std::size_t width, Output& out)
+void WriteLine(const ListedPackage& listed, std::size_t column, Output& out)
 {
-    const auto component = DescribeComponent(package.classId);
+    const ExportedPackage& package = listed.package;
+    const auto component = ComponentOf(listed);
     out << Utf8(package.exportedName);
-    out.Fill(width - package.exportedName.size()) << "  " << Utf8(PackageType(package.kind));
+    out.Fill(column - package.exportedName.size())
+        << "  " << WidthText(*listed.edition) << "  " << Utf8(PackageType(package.kind));
     out << (package.loggingEnabled ? "  log on   " : "  log off  ");
     if (IsManager(package.kind)) out << '"' << Utf8(package.sourceName) << "\" of ";
     out << (component ? Utf8(component->name) : "a class that is not registered") << ' ';
@@ -33,29 +44,29 @@ void WriteLine(const ExportedPackage& package, std::size_t width, Output& out)
 
 }  // namespace
 
-void WritePackages(std::span<const ExportedPackage> packages, bool asJson, Output& out)
+void WritePackages(std::span<const ListedPackage> packages, bool asJson, Output& out)
 {
     if (asJson) {
         JsonWriter json(out);
         json.BeginArray();
-        for (const ExportedPackage& package : packages) WriteObject(package, json.NewLine());
+        for (const ListedPackage& package : packages) WriteObject(package, json.NewLine());
         json.EndArray();
         out << '\n';
         return;
     }
-    std::size_t width = 0;
-    for (const ExportedPackage& package : packages) width = std::max(width, package.exportedName.size());
-    for (const ExportedPackage& package : packages) WriteLine(package, width, out);
+    std::size_t column = 0;
+    for (const ListedPackage& listed : packages) column = std::max(column, listed.package.exportedName.size());
+    for (const ListedPackage& listed : packages) WriteLine(listed, column, out);
 }
 
-void WritePackage(const ExportedPackage& package, bool asJson, Output& out)
+void WritePackage(const ListedPackage& listed, bool asJson, Output& out)
 {
     if (asJson) {
         JsonWriter json(out);
-        WriteObject(package, json);
+        WriteObject(listed, json);
         out << '\n';
     } else {
-        WriteLine(package, package.exportedName.size(), out);
+        WriteLine(listed, listed.package.exportedName.size(), out);
     }
 }
 

@@ -6,12 +6,18 @@
 #include "ctl/command.h"
 #include "ctl/json_writer.h"
 #include "packages/exported_package.h"
+#include "system/edition.h"
 
 namespace zelt::ctl {
 
+struct ListedPackage {
+    const Edition* edition;  // that exports it
+    ExportedPackage package;
+};
+
 // The lines, or an array.
-void WritePackages(std::span<const ExportedPackage> packages, bool asJson, Output& out);
+void WritePackages(std::span<const ListedPackage> packages, bool asJson, Output& out);
 // The line, or an object.
-void WritePackage(const ExportedPackage& package, bool asJson, Output& out);
+void WritePackage(const ListedPackage& package, bool asJson, Output& out);
 
 }  // namespace zelt::ctl

@@ -1,9 +1,11 @@
 #include "ctl/exports/stored_packages.h"
 
+#include <optional>
 #include <vector>
 
 #include "ctl/command.h"
 #include "ctl/exports/session.h"
+#include "ctl/exports/width_choice.h"
 
 namespace zelt::ctl {
 namespace {
@@ -15,32 +17,62 @@ std::vector<ExportedPackage> CopyOf(const ExportedPackageList& list)
     return copy;
 }
 
+std::optional<std::size_t> IndexOf(const ExportedPackageList& list, const std::string& name)
+{
+    const std::wstring wanted = Wide(name);
+    for (std::size_t index = 0; index < list.Count(); ++index) {
+        if (SameName(list.At(index).exportedName, wanted)) return index;
+    }
+    return {};
+}
+
+Refusal NotExported(const std::string& name)
+{
+    return Refusal("no package is exported as \"" + name + "\"; zeltctl list shows the names");
+}
+
 }  // namespace
 
-StoredPackages::StoredPackages()
+ExportedPackageList ReadPackages(const Edition& edition)
+{
+    ExportedPackageList list(ExportedPackages().Root(), edition);
+    Require(list.Load());
+    return list;
+}
+
+const Edition& EditionThatExports(const std::string& name, const std::vector<const Edition*>& editions)
+{
+    const Edition* found = nullptr;
+    for (const Edition* edition : editions) {
+        if (!IndexOf(ReadPackages(*edition), name)) continue;
+        if (found) throw Refusal("ZELT and ZELT64 both export \"" + name + "\"; " + kSayWidth);
+        found = edition;
+    }
+    if (!found) throw NotExported(name);
+    return *found;
+}
+
+StoredPackages::StoredPackages(const Edition& edition) : edit(edition), list(ExportedPackages().Root(), edition)
 {
     if (!edit.Allowed()) {
-        throw Refusal(
-            "ZELT runs, and would write its own list of packages over this change; close its window and the simulators "
-            "that use it, then try again");
+        throw Refusal(Utf8(edition.name) +
+                      " runs, and would write its own list of packages over this change; close its window and the "
+                      "simulators that use it, then try again");
     }
-    Require(LoadPackages());
+    Require(list.Load());
 }
 
 std::size_t StoredPackages::Find(const std::string& name)
 {
-    const std::wstring wanted = Wide(name);
-    for (std::size_t index = 0; index < List().Count(); ++index) {
-        if (SameName(List().At(index).exportedName, wanted)) return index;
-    }
-    throw Refusal("no package is exported as \"" + name + "\"; zeltctl list shows the names");
+    if (const auto index = IndexOf(list, name)) return *index;
+    throw NotExported(name);
 }
 
 void StoredPackages::Save()
 {
     const std::vector<ExportedPackage> wanted = CopyOf(List());
-    Require(SavePackages());
-    Require(LoadPackages());
+    Require(list.Save());
+    Require(list.Load());
     if (CopyOf(List()) != wanted) throw InputError("the list of packages cannot be written to the registry");
 }
 

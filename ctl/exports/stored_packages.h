@@ -3,18 +3,25 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "packages/exported_package_list.h"
 #include "packages/package_list_hold.h"
 
 namespace zelt::ctl {
 
+// The edition's list as it is stored, for a command that only reads it. Throws InputError.
+ExportedPackageList ReadPackages(const Edition& edition);
+
+// The one of `editions` that exports a package under that name. Throws Refusal unless there is exactly one.
+const Edition& EditionThatExports(const std::string& name, const std::vector<const Edition*>& editions);
+
 class StoredPackages {
 public:
-    // Loads the list. Throws Refusal.
-    StoredPackages();
+    // Loads the edition's list. Throws Refusal.
+    explicit StoredPackages(const Edition& edition);
 
-    ExportedPackageList& List() { return ExportedPackages(); }
+    ExportedPackageList& List() { return list; }
     // The first package with that exported name. Throws Refusal.
     std::size_t Find(const std::string& name);
     // Throws InputError when the registry then contains something else.
@@ -22,6 +29,7 @@ public:
 
 private:
     PackageListEdit edit;
+    ExportedPackageList list;
 };
 
 }  // namespace zelt::ctl

@@ -1,0 +1,23 @@
+// The installed components, each with the editions of ZELT that can host it: an in-process component of one width has one, what
+// has a program of its own or exists in both widths has two.
+#pragma once
+
+#include <vector>
+
+#include "packages/package_kinds.h"
+#include "system/component_scan.h"
+#include "system/edition.h"
+
+namespace zelt::ctl {
+
+struct HostedComponent {
+    ComponentInfo info;                 // with an obstacle only when there is no host
+    std::vector<const Edition*> hosts;  // the narrower first
+};
+
+// For each kind of package, in the order of PackageKindRows. Throws InputError when the registry cannot be searched.
+std::vector<std::vector<HostedComponent>> FindHostedPackages(const std::vector<const Edition*>& editions);
+
+std::vector<HostedComponent> FindHostedUnits(const std::vector<const Edition*>& editions);
+
+}  // namespace zelt::ctl
