@@ -70,6 +70,8 @@ constexpr OptionRow kRows[] = {
      ReadSwitch<&LogOptions::keepManager>,        IsOptionalSwitch, WriteSwitch<&LogOptions::keepManager>},
     {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager",
      ReadSwitch<&LogOptions::forwardManagerEdit>, IsOptionalSwitch, WriteSwitch<&LogOptions::forwardManagerEdit>},
+    {LogOption::QueueCalls,         L"QueueCalls",         L"Queue calls of other clients",
+     ReadSwitch<&LogOptions::queueCalls>,         IsOptionalSwitch, WriteSwitch<&LogOptions::queueCalls>},
 };
 // clang-format on
 

@@ -16,6 +16,7 @@ enum class LogOption {
     HandBackOriginals,
     KeepManager,
     ForwardManagerEdit,
+    QueueCalls,
 };
 // clang-format on
 
@@ -27,6 +28,7 @@ struct LogOptions {
     bool handBackOriginals = false;   // An object that goes back to where it came from goes back as it was.
     bool keepManager = false;         // The manager of a package lives as long as the package.
     bool forwardManagerEdit = false;  // Edit of our managers opens that of the managers behind the packages.
+    bool queueCalls = false;          // A call that arrives during a call of another client is asked to come again.
     RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.

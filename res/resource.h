@@ -25,6 +25,7 @@
 #define kVersionText 306
 #define kComponentList 307
 #define kProductText 308
+#define kOpenOtherEdition 309
 
 // An item of the system menu: below 0xF000, and its low four bits are the system's own.
 #define kCommandSystemAbout 16

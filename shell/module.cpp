@@ -80,6 +80,7 @@ int CZELTModule::Run(const std::wstring& tail)
     const std::wstring logFile = AbsolutePath(plan.logFile);
     LeaveCurrentFolder();
     ShowFailure(Options().Load());
+    if (Options().queueCalls) callQueue.emplace();
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
         TakePackageList();
     } else {
@@ -139,6 +140,7 @@ int CZELTModule::Serve()
     const int result = RunMessageLoop();
     classObjects.Revoke();
     ExportedPackages().LoadLater(nullptr);
+    callQueue.reset();
     listHold.reset();
     // Other threads finish their work.
     if (delayShutdown) Sleep(pauseAfterLoop);

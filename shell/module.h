@@ -12,6 +12,7 @@
 
 #include "com/class_factory.h"
 #include "log/log_options.h"
+#include "shell/call_queue.h"
 #include "shell/command_line.h"
 #include "system/owners.h"
 #include "packages/package_list_hold.h"
@@ -63,6 +64,7 @@ private:
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;
     VisitWindow visitWindow;
+    std::optional<CallQueue> callQueue;
     com::ClassObjects classObjects;
     // Held while the process can change the list, starting before it loads it.
     std::optional<PackageListHold> listHold;

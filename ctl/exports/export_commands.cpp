@@ -29,6 +29,7 @@ constexpr Option kOptionsOptions[] = {
     {"--hand-back",     "on|off", "an object that goes back to where it came from goes back as it was"},
     {"--keep-manager",  "on|off", "the manager of a package lives as long as the package"},
     {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
+    {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to come again"},
     kWidthOption,
     kJson,
 };

@@ -35,6 +35,7 @@ constexpr SwitchRow kFurtherSwitches[] = {
     {"hand-back",     "handBackOriginals",  &LogOptions::handBackOriginals,  LogOption::HandBackOriginals},
     {"keep-manager",  "keepManager",        &LogOptions::keepManager,        LogOption::KeepManager},
     {"forward-edit",  "forwardManagerEdit", &LogOptions::forwardManagerEdit, LogOption::ForwardManagerEdit},
+    {"queue",         "queueCalls",         &LogOptions::queueCalls,         LogOption::QueueCalls},
 };
 // clang-format on
 

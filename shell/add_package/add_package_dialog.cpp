@@ -4,6 +4,7 @@
 
 #include "res/resource.h"
 #include "packages/export_name.h"
+#include "shell/add_package/other_edition.h"
 
 namespace zelt {
 namespace {
@@ -13,6 +14,7 @@ constexpr LayoutRow kLayout[] = {
     {kExportNameLabel, kLeft | kBottom},
     {kExportName, kLeft | kRight | kBottom},
     {kLoggingEnabled, kLeft | kBottom},
+    {kOpenOtherEdition, kLeft | kBottom},
     {IDOK, kRight | kBottom},
     {IDCANCEL, kRight | kBottom},
 };
@@ -42,6 +44,7 @@ bool CAddPackageDlg::OnInit()
     SendMessageW(Item(kExportName), EM_SETLIMITTEXT, kLongestExportName, 0);
     components.Attach(Item(kComponentTree), images);
     const Outcome filled = components.Fill(KindsOf(choice), sources);
+    if (components.NeedsOtherEdition()) OfferOtherEdition();
     ProposeName();
     if (!filled) ShowBox(filled.Failure().text, filled.Failure().caption, filled.Failure().flags);
     return true;
@@ -51,6 +54,10 @@ bool CAddPackageDlg::OnCommand(int id, int notification)
 {
     if (id == kExportName && notification == EN_CHANGE) {
         EnableOk();
+        return true;
+    }
+    if (id == kOpenOtherEdition) {
+        if (!StartOtherEdition()) ShowFailure(std::wstring(kOtherEdition.name) + L" cannot be started");
         return true;
     }
     // The Return key reaches a dialog even if its default button is disabled.
@@ -95,6 +102,13 @@ bool CAddPackageDlg::AcceptSelection()
     result.exportedName = name;
     result.loggingEnabled = IsDlgButtonChecked(Window(), kLoggingEnabled) == BST_CHECKED;
     return true;
+}
+
+void CAddPackageDlg::OfferOtherEdition()
+{
+    if (OtherEditionProgram().empty()) return;
+    SetDlgItemTextW(Window(), kOpenOtherEdition, (L"Open &" + std::wstring(kOtherEdition.name)).c_str());
+    ShowWindow(Item(kOpenOtherEdition), SW_SHOW);
 }
 
 void CAddPackageDlg::ProposeName()

@@ -35,6 +35,8 @@ private:
     void OnScaled() override { layout.Apply(); }
 
     bool AcceptSelection();
+    // Some components can only be exported by the other edition.
+    void OfferOtherEdition();
     void ProposeName();
     void EnableOk();
     void ShowFailure(const std::wstring& text) const { ShowBox(text, L"Error:", MB_OK | MB_ICONERROR); }

@@ -20,6 +20,7 @@ Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSo
         const HTREEITEM heading = InsertHeading(kinds[index].heading);
         InsertComponents(heading, kinds[index].kind, components.lists[index]);
         InsertComponents(heading, kinds[index].kind, components.ofOtherWidth[index]);
+        needsOtherEdition = needsOtherEdition || !components.ofOtherWidth[index].empty();
         TreeView_Expand(tree, heading, TVE_EXPAND);
     }
     if (nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");

@@ -38,6 +38,8 @@ public:
     // The selected package; null when a heading, a manager, what cannot be used, or nothing is selected.
     const Package* Selected() const;
     bool HasComponents() const { return !nodes.empty(); }
+    // Whether a component is there for programs of the other width only.
+    bool NeedsOtherEdition() const { return needsOtherEdition; }
 
 private:
     struct Node {
@@ -52,6 +54,7 @@ private:
 
     HWND tree = nullptr;
     std::vector<std::unique_ptr<Node>> nodes;
+    bool needsOtherEdition = false;
 };
 
 }  // namespace zelt

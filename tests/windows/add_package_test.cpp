@@ -145,6 +145,33 @@ TEST_F(AddPackage, GreysWhatTheOtherWidthAloneCanUseWithTheReason)
     EXPECT_EQ(0, list->Count());
 }
 
+// What this edition cannot host is a reason to open the other.
+TEST_F(AddPackage, OpensTheOtherEdition)
+{
+    if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
+    EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, kOpenOtherEdition))) << "nothing needs it";
+    Press(IDCANCEL);
+    components.AddForOtherWidth(L"{7E57BBBB-0000-0000-0000-000000000003}", L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+                                L"Wide package");
+    ASSERT_NO_FATAL_FAILURE(Open());
+    EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, kOpenOtherEdition))) << "it is not installed";
+    Press(IDCANCEL);
+    const std::wstring path = std::filesystem::absolute(ZELT_OTHER_EDITION).make_preferred().wstring();
+    components.AddServer(kOtherEdition.classes[0].classId, L"\"" + path + L"\"");
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const HWND button = GetDlgItem(dialog, kOpenOtherEdition);
+    EXPECT_TRUE(IsWindowVisible(button));
+    EXPECT_EQ(L"Open &ZELT64", TextOf(button));
+    EXPECT_TRUE(KeepScreenshot(dialog, "add-package-open-other"));
+    PostCommand(dialog, kOpenOtherEdition);
+    HWND other = nullptr;
+    EXPECT_TRUE(WaitUntil([&] { return (other = FindWindowW(nullptr, L"ZELT64 Packages (64-bit):")) != nullptr; }));
+    EXPECT_TRUE(KeepScreenshot(other, "main-window-64"));
+    PostMessageW(other, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(other); }));
+    Press(IDCANCEL);
+}
+
 TEST_F(AddPackage, ExportsAManagersPackage)
 {
     ExpandManager();

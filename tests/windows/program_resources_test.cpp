@@ -145,6 +145,7 @@ TEST_F(ProgramResources, TheDialogsOfTheMainWindow)
         L"text 304 \"Export &name:\"\n"
         L"edit field 303 \"\"\n"
         L"check box 305 \"&Logging enabled\"\n"
+        L"button 309 \"\"\n"
         L"default button 1 \"OK\"\n"
         L"button 2 \"Cancel\"\n",
         DialogText(module, 105));

@@ -37,6 +37,9 @@ public:
     // The same in the view of the other width only, with a library. Nothing where there is one view.
     void AddForOtherWidth(const std::wstring& classId, const std::wstring& category, const std::wstring& name);
 
+    // The class is served by this command line.
+    void AddServer(REFCLSID classId, const std::wstring& commandLine);
+
     // Leaves the samples that work.
     void RemoveFaulty();
 

@@ -104,7 +104,7 @@ protected:
     }
 
     // --fix fixes the finding and says so; its second check finds nothing.
-    static void ExpectMended(const std::string& rule)
+    static void ExpectFixed(const std::string& rule)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
         EXPECT_EQ(0, outcome.code) << outcome.data;
@@ -147,7 +147,7 @@ struct RegistryFault {
     const char* sentence;
 };
 
-TEST_F(Doctor, MendsTheRegistration)
+TEST_F(Doctor, FixesTheRegistration)
 {
     // clang-format off
     const RegistryFault faults[] = {
@@ -203,7 +203,7 @@ TEST_F(Doctor, MendsTheRegistration)
         if (fault.sentence) {
             EXPECT_EQ(fault.rule + std::string(": ") + fault.sentence, lines[0]);
         }
-        ExpectMended(fault.rule);
+        ExpectFixed(fault.rule);
     }
     ExpectHealthy();
 }
@@ -249,7 +249,7 @@ TEST_F(Doctor, WritesTheStandardsLibraryAgain)
                                              "\" is not there, or does not hold the type library "))
             << outcome.data;
         EXPECT_EQ(1u, LinesOf(outcome.data).size());
-        ExpectMended("library-file");
+        ExpectFixed("library-file");
     }
     // --fix does not write a file that belongs to another program.
     const std::wstring others = L"C:\\others\\standard.tlb";
@@ -285,8 +285,13 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
          "The exported package \"Planted\" is served by \"" + temporary + "zeltctl planted.dll\", which is no library of code" + reinstall},
         {"package-width", [&, this] { ExportServedBy(L"InprocServer32", FileOf(x64)); },
          "The exported package \"Planted\" is served by the 64-bit library \"" + temporary + "zeltctl planted.dll\"" + error +
-             ", because ZELT is a 32-bit program; install the component's 32-bit version, or zeltctl remove the package."},
-        {"package-file", [this] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32");
+             ", because ZELT is a 32-bit program; ZELT64 can serve it: zeltctl remove the package with --width 32, and zeltctl add it with --width 64."},
+        {"package-width", [] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere);
+                               Write(k64, std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32", L"", L"C:\\gone\\package.dll");
+                               Export({{kNowhere, 1, L"", L"Planted"}}); },
+         "The exported package \"Planted\" is of the class {D0C70125-0000-4000-8000-00000000000A}, which is registered for 64-bit programs "
+         "only" + error + "; ZELT64 can serve it: zeltctl remove the package with --width 32, and zeltctl add it with --width 64."},
+        {"package-file", [this] { Remove(k64, std::wstring(L"CLSID\\") + kNowhere);
                                   ExportServedBy(L"LocalServer32", L"\"C:\\gone\\package.exe\" /serve"); },
          "The exported package \"Planted\" is served by \"C:\\gone\\package.exe\", which is not there" + reinstall},
         {"package-class", [this] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere);
@@ -344,7 +349,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
         EXPECT_TRUE(outcome.messages.starts_with("zeltctl: ZELT runs")) << outcome.messages;
         EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << "it is tried once";
     }
-    ExpectMended("package-entry");
+    ExpectFixed("package-entry");
     EXPECT_EQ((std::vector<std::wstring>{L"Aromatics", L"Carbonate"}), StoredNames());
     // The shorter list left its old last entry in the registry. Without that entry, a longer list is incomplete again.
     RegDeleteValueW(key.Get(), L"Package3");

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "log/log_options.h"
+#include "ctl/exports/manager_host.h"
+#include "system/narrow.h"
 #include "packages/exported_package_list.h"
 #include "packages/package_list_hold.h"
 #include "registration/registry_mirror.h"
@@ -70,34 +72,106 @@ private:
     const RegistryRoot root;
     const std::wstring path;
 };
+
 constexpr wchar_t kStandAlone11[] = L"{CF51E384-0110-4ed8-ACB7-B50CFDE6908E}";
 constexpr wchar_t kManager11[] = L"{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}";
 
-TEST_F(Exports, OfTheOtherWidthAreShownWithTheReasonAndRefused)
+TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
-    const REGSAM other = OwnView() == KEY_WOW64_32KEY ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
-    const RegisteredClass package(Scope::Machine, other, L"{7E57EEEE-0000-0000-0000-000000000001}", kStandAlone11,
-                                  L"Wide package");
-    const RegisteredClass manager(Scope::Machine, other, L"{7E57EEEE-0000-0000-0000-000000000002}", kManager11,
-                                  L"Wide manager");
+    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000001}",
+                                  kStandAlone11, L"Wide package");
+    const RegisteredClass manager(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000002}",
+                                  kManager11, L"Wide manager");
     const std::string text = RunZeltctl({"discover"}).data;
-    const std::string obstacle =
-        sizeof(void*) == 4 ? "registered for 64-bit programs only" : "registered for 32-bit programs only";
-    const std::string reason = " - cannot be used: " + obstacle + '\n';
-    EXPECT_NE(std::string::npos, text.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}" + reason)) << text;
-    EXPECT_NE(std::string::npos, text.find("  Wide manager {7E57EEEE-0000-0000-0000-000000000002}" + reason)) << text;
-    const std::string json = RunZeltctl({"discover", "--json"}).data;
-    EXPECT_NE(std::string::npos, json.find("{\"type\":\"PP 1.1\",\"kind\":0,\"class\":\"{7E57EEEE-0000-0000-0000-"
-                                           "000000000002}\",\"name\":\"Wide manager\",\"displayName\":\"Wide manager\","
-                                           "\"obstacle\":\"" +
-                                           obstacle + "\"}"))
+    EXPECT_NE(std::string::npos, text.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}  64-bit\n")) << text;
+    EXPECT_NE(std::string::npos, text.find("  Wide manager {7E57EEEE-0000-0000-0000-000000000002}  64-bit\n")) << text;
+    const std::string json = RunZeltctl({"discover", "--json", "--no-packages"}).data;
+    EXPECT_NE(std::string::npos,
+              json.find("{\"type\":\"PP 1.1\",\"kind\":0,\"width\":64,\"class\":\"{7E57EEEE-0000-0000-0000-"
+                        "000000000002}\",\"name\":\"Wide manager\",\"displayName\":\"Wide manager\"}"))
         << json;
-    for (const Words& words : {Words{"add", "Wide package"}, Words{"add", "Wide manager", "Steam"}}) {
-        const CommandOutcome outcome = RunZeltctl(words);
-        EXPECT_EQ(2, outcome.code);
-        EXPECT_NE(std::string::npos, outcome.messages.find("cannot be exported: " + obstacle)) << outcome.messages;
+    const std::string narrow = RunZeltctl({"discover", "--no-packages", "--width", "32"}).data;
+    const std::string reason = " - cannot be used: registered for 64-bit programs only\n";
+    EXPECT_NE(std::string::npos, narrow.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}" + reason)) << narrow;
+
+    EXPECT_EQ("Wide package  64-bit  PP 1.1  log off  Wide package {7E57EEEE-0000-0000-0000-000000000001}\n",
+              RunZeltctl({"add", "Wide package"}).data);
+    EXPECT_EQ(Names{}, StoredNames()) << "the list of ZELT";
+    EXPECT_EQ(L"{7E57EEEE-0000-0000-0000-000000000001}|1|Wide package|Wide package|false||",
+              SettingText(L"Package1", L"Software\\ZELT\\64-bit"));
+    EXPECT_EQ("", RunZeltctl({"list", "--width", "32"}).data);
+    EXPECT_EQ("Wide package  64-bit  PP 1.1  log on   Wide package {7E57EEEE-0000-0000-0000-000000000001}\n",
+              RunZeltctl({"log", "on", "wide package"}).data);
+    const CommandOutcome refused = RunZeltctl({"add", "Wide package", "--width=32"});
+    EXPECT_EQ(2, refused.code);
+    EXPECT_EQ("zeltctl: \"Wide package\" cannot be exported: registered for 64-bit programs only\n", refused.messages);
+    // Its library does not exist.
+    const CommandOutcome failed = RunZeltctl({"add", "Wide manager", "Steam"});
+    EXPECT_EQ(2, failed.code);
+    EXPECT_TRUE(failed.messages.starts_with("zeltctl: Failed to create property package manager: ")) << failed.messages;
+    EXPECT_EQ(0, RunZeltctl({"remove", "Wide package"}).code);
+    EXPECT_EQ("", RunZeltctl({"list"}).data);
+}
+
+TEST_F(Exports, OfBothWidthsNeedTheWidth)
+{
+    if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
+    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, kSamplePackage, kStandAlone11, L"Sample property package");
+    const std::string both = "\"Sample property package\"; say --width 32 or --width 64\n";
+    EXPECT_EQ("zeltctl: ZELT and ZELT64 can both export " + both, RunZeltctl({"add", "Sample property package"}).messages);
+    for (const char* width : {"32", "64"}) {
+        EXPECT_EQ(std::string("Sample property package  ") + width +
+                      "-bit  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+                  RunZeltctl({"add", "Sample property package", "--width", width}).data);
     }
+    for (const Words& words : {Words{"remove"}, Words{"log", "on"}, Words{"log", "off"}}) {
+        Words line = words;
+        line.push_back("Sample property package");
+        const CommandOutcome outcome = RunZeltctl(line);
+        EXPECT_EQ(2, outcome.code);
+        EXPECT_EQ("zeltctl: ZELT and ZELT64 both export " + both, outcome.messages);
+    }
+    EXPECT_EQ(0, RunZeltctl({"remove", "Sample property package", "--width", "32"}).code);
+    EXPECT_EQ(Names{}, StoredNames());
+    EXPECT_EQ(0, RunZeltctl({"remove", "Sample property package"}).code) << "one is left";
+}
+
+TEST_F(Exports, TakeNoOtherWidth)
+{
+    for (const char* command : {"list", "discover", "options"}) {
+        const CommandOutcome outcome = RunZeltctl({command, "--width", "16", "--unit=x"});
+        if (std::string(command) == "options") {
+            EXPECT_NE(std::string::npos, outcome.messages.find("--width is 32 or 64, not \"16\"")) << outcome.messages;
+        }
+        EXPECT_EQ(2, outcome.code);
+    }
+    EXPECT_NE(std::string::npos, RunZeltctl({"list", "--width", ""}).messages.find("--width is 32 or 64, not \"\""));
+}
+
+// Only the process that asked it ends with a manager.
+TEST_F(Exports, SayWhenAManagerEndsItsProcess)
+{
+    std::vector<std::wstring> failures;
+    const auto ask = [&](ctl::ToolPath tool) {
+        failures.clear();
+        ctl::SetToolPath(tool);
+        const auto names = ctl::AskManager(kThisEdition, PackageKind::PropertyPackage11FromManager, CLSID_NULL,
+                                           [&](const std::wstring& text) { failures.push_back(text); });
+        ctl::SetToolPath(nullptr);
+        EXPECT_FALSE(names);
+    };
+    // It ends at once, because it does not know what it is asked.
+    ask([](const Edition&) {
+        return std::filesystem::absolute(ZELT_BUILD_DIR "/samples/SampleSimulator.exe").make_preferred().wstring();
+    });
+    ASSERT_EQ(1u, failures.size());
+    EXPECT_TRUE(failures[0].starts_with(L"The manager ended the process that asked it, with the code 0x0000000"))
+        << Narrow(failures[0]);
+    ask([](const Edition&) { return std::wstring(L"C:\\nowhere\\zeltctl.exe"); });
+    EXPECT_EQ((Names{L"The program C:\\nowhere\\zeltctl.exe, which asks managers of this width for their packages, cannot "
+                     L"be started"}),
+              failures);
 }
 
 TEST_F(Exports, RegisteredForTheUserAreFound)
@@ -106,8 +180,8 @@ TEST_F(Exports, RegisteredForTheUserAreFound)
                                   L"My package");
     EXPECT_NE(
         std::string::npos,
-        RunZeltctl({"discover", "--no-packages"}).data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}\n"));
-    EXPECT_EQ("My package  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",
+        RunZeltctl({"discover", "--no-packages"}).data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}  32-bit\n"));
+    EXPECT_EQ("My package  32-bit  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",
               RunZeltctl({"add", "My package"}).data);
 }
 
@@ -140,10 +214,10 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
         EXPECT_EQ(one.stored, SettingText((L"Package" + std::to_wstring(++number)).c_str()));
         EXPECT_EQ(static_cast<std::size_t>(number), StoredNames().size());
     }
-    EXPECT_EQ("Mine  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+    EXPECT_EQ("Mine  32-bit  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
               RunZeltctl({"remove", "mine"}).data);
     EXPECT_EQ(
-        "{\"name\":\"Mine\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "{\"name\":\"Mine\",\"width\":32,\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
         "\"component\":\"Sample property package\",\"log\":true}\n",
         RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
 }
@@ -154,13 +228,13 @@ TEST_F(Exports, HaveNamesThatNoCodePageHas)
         "Pl\xC3\xB6"
         "cker \xD0\x9E\xD0\xBC \xE6\xB0\xB4";
     const std::string line =
-        name + "  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n";
+        name + "  32-bit  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n";
     EXPECT_EQ(line, RunZeltctl({"add", "Sample property package", "--name", name}).data);
     EXPECT_EQ(line, RunZeltctl({"list"}).data);
     EXPECT_EQ(0, RunZeltctl({"log", "on", name}).code);
     const CommandOutcome twice = RunZeltctl({"add", "Sample property package", "--name", name});
     EXPECT_NE(std::string::npos, twice.messages.find("a package is exported as \"" + name + "\" already"));
-    EXPECT_EQ(name + "  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+    EXPECT_EQ(name + "  32-bit  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
               RunZeltctl({"remove", name}).data);
     EXPECT_EQ("", RunZeltctl({"list"}).data);
 }
@@ -215,21 +289,21 @@ TEST_F(Exports, AreRemovedAndLoggedByTheirNames)
     const CommandOutcome off = RunZeltctl({"log", "off", "aromatics"});
     EXPECT_EQ(0, off.code);
     EXPECT_EQ(
-        "Aromatics  PP 1.1  log off  \"Aromatics\" of Sample property package manager "
+        "Aromatics  32-bit  PP 1.1  log off  \"Aromatics\" of Sample property package manager "
         "{B55C9180-454E-4B78-A109-B9536A903BF9}\n",
         off.data);
     EXPECT_EQ(L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||", SettingText(L"Package1"));
     const CommandOutcome on = RunZeltctl({"log", "on", "Alone", "--json"});
     EXPECT_EQ(0, on.code);
     EXPECT_EQ(
-        "{\"name\":\"Alone\",\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "{\"name\":\"Alone\",\"width\":32,\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
         "\"component\":\"Sample property package\",\"log\":true}\n",
         on.data);
     EXPECT_EQ(0, RunZeltctl({"log", "on", "Alone"}).code) << "it is on already";
     const CommandOutcome removed = RunZeltctl({"remove", "Carbonate \xC3\xA9tude"});
     EXPECT_EQ(0, removed.code);
     EXPECT_EQ(
-        "Carbonate \xC3\xA9tude  RP 1.0  log off  \"Carbonate\" of Sample reaction package manager "
+        "Carbonate \xC3\xA9tude  32-bit  RP 1.0  log off  \"Carbonate\" of Sample reaction package manager "
         "{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}\n",
         removed.data);
     EXPECT_EQ((Names{L"Aromatics", L"Alone", L"Lost"}), StoredNames());

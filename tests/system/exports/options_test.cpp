@@ -20,9 +20,9 @@ protected:
 };
 
 // The lines of the options that are in no menu.
-constexpr char kFurtherOff[] = "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\n";
+constexpr char kFurtherOff[] = "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n";
 constexpr char kFurtherOffJson[] =
-    ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false}\n";
+    ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false,\"queueCalls\":false}\n";
 
 TEST_F(Options, AreShownAndChanged)
 {
@@ -59,6 +59,7 @@ TEST_F(Options, BeyondTheMenuAreChangedOneByOne)
         {"--hand-back", &LogOptions::handBackOriginals, "\nhand-back      on\n"},
         {"--keep-manager", &LogOptions::keepManager, "\nkeep-manager   on\n"},
         {"--forward-edit", &LogOptions::forwardManagerEdit, "\nforward-edit   on\n"},
+        {"--queue", &LogOptions::queueCalls, "\nqueue          on\n"},
     };
     for (const Case& each : cases) {
         const std::string shown = RunZeltctl({"options", each.option, "on"}).data;

@@ -3,11 +3,24 @@
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/exports/manager_host.h"
 
 namespace zelt::test {
 
+namespace {
+
+// Managers are asked for their packages by the built programs.
+std::wstring BuiltTool(const Edition& edition)
+{
+    const std::filesystem::path build = edition.width == kThisEdition.width ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
+    return std::filesystem::absolute(build / "ctl" / edition.tool).make_preferred().wstring();
+}
+
+}  // namespace
+
 CommandOutcome RunZeltctl(const std::vector<std::string>& words)
 {
+    ctl::SetToolPath(BuiltTool);
     std::vector<ctl::Command> commands;
     for (const auto& some : {ctl::ExportCommands(), ctl::DoctorCommands()}) {
         commands.insert(commands.end(), some.begin(), some.end());
@@ -26,10 +39,10 @@ void Zeltctl::ExportSamples()
             {kNowhere, 3, L"", L"Lost"}});
 }
 
-std::wstring Zeltctl::SettingText(const wchar_t* value)
+std::wstring Zeltctl::SettingText(const wchar_t* value, const wchar_t* path)
 {
     RegistryKey key;
-    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT"));
+    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, path));
     const auto stored = key.ReadNarrow(Narrow(value).c_str(), REG_MULTI_SZ);
     if (!stored) return L"missing";
     std::wstring text = Widen(*stored);

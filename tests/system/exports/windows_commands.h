@@ -23,7 +23,7 @@ protected:
     // Stores packages of the samples: one of each sort, and one whose class does not exist.
     static void ExportSamples();
 
-    static std::wstring SettingText(const wchar_t* value);
+    static std::wstring SettingText(const wchar_t* value, const wchar_t* key = L"Software\\ZELT");
 };
 
 }  // namespace zelt::test

@@ -12,6 +12,7 @@ std::wstring CommandLine(const std::filesystem::path& program, const std::wstrin
 }  // namespace
 
 std::filesystem::path ServerPath() { return std::filesystem::absolute(ZELT_EXECUTABLE).make_preferred(); }
+std::filesystem::path OtherServerPath() { return std::filesystem::absolute(ZELT_OTHER_SERVER).make_preferred(); }
 std::filesystem::path ClientPath() { return std::filesystem::absolute(ZELT_CLIENT).make_preferred(); }
 std::filesystem::path OtherClientPath() { return std::filesystem::absolute(ZELT_OTHER_CLIENT).make_preferred(); }
 

@@ -9,6 +9,8 @@
 #include "tests/system/harness/process.h"
 
 std::filesystem::path ServerPath();
+// The program of the other edition; it may not have been built.
+std::filesystem::path OtherServerPath();
 std::filesystem::path ClientPath();
 // The client of the other width; it may not have been built.
 std::filesystem::path OtherClientPath();

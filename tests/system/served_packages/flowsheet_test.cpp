@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, Flowsheets, testing::ValuesIn(kWidths),
 TEST_P(Flowsheets, GiveTheResultsOfTheUnitInProcessAndTheGoldenLogs)
 {
     Choose(sample::kMixerHeaterClass);
-    const SimulatorResult run = Run(L"PRAVIK.UnitOperation", kSettings);
+    const SimulatorResult run = Run(kThisEdition[OwnClass::UnitOperation].progId, kSettings);
     ASSERT_EQ(0u, run.exitCode) << run.output;
     const SimulatorResult direct = RunInProcess(L"ZeltSample.MixerHeater", kSettings);
     ASSERT_EQ(0u, direct.exitCode) << direct.output;
@@ -105,7 +105,7 @@ TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
     for (const auto& row : kUnits) {
         SCOPED_TRACE(testing::PrintToString(row.name));
         Choose(row.unit);
-        const SimulatorResult saved = Run(L"PRAVIK.UnitOperation", row.settings + (L' ' + Saving()));
+        const SimulatorResult saved = Run(kThisEdition[OwnClass::UnitOperation].progId, row.settings + (L' ' + Saving()));
         ASSERT_EQ(0u, saved.exitCode) << saved.output;
         const SimulatorResult direct = RunInProcess(row.name, row.settings);
         EXPECT_EQ(Bits(direct.output), Bits(saved.output));

@@ -49,12 +49,17 @@ std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstr
 
 }  // namespace
 
+std::wstring QuotedServer()
+{
+    return L'"' + (fs::absolute(ZELT_BUILD_DIR) / L"shell" / kServerFile).make_preferred().wstring() + L'"';
+}
+
 void RegisterServerAndSamples()
 {
     // Those left by other tests.
     if (UnderWine()) ForgetClassesOfDeadServers();
-    RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /RegServer");
-    // This is a 32-bit program, so the system gives it the 32-bit regsvr32.
+    RunToSuccess(QuotedServer() + L" /RegServer");
+    // The system gives this program the regsvr32 of its own width.
     for (const char* library : kLibraries)
         RunToSuccess(L"regsvr32.exe /s " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
 }
@@ -63,7 +68,7 @@ void UnregisterServerAndSamples()
 {
     for (const char* library : kLibraries)
         RunToSuccess(L"regsvr32.exe /s /u " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
-    RunToSuccess(Quoted(ZELT_BUILD_DIR "/shell/ZELT.EXE") + L" /UnregServer");
+    RunToSuccess(QuotedServer() + L" /UnregServer");
 }
 
 void ServedPackages::SetUpTestSuite()
@@ -96,8 +101,9 @@ void ServedPackages::TearDown()
 
 void ServedPackages::Export(const std::vector<Exported>& packages)
 {
-    RegistryKey key;
-    ASSERT_EQ(ERROR_SUCCESS, key.Create({}, kSettings));
+    RegistryKey key, options;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create({}, kThisEdition.packagesKey));
+    ASSERT_EQ(ERROR_SUCCESS, options.Create({}, kSettings));
     for (std::size_t i = 0; i < packages.size(); ++i) {
         const Exported& package = packages[i];
         std::wstring text;
@@ -110,14 +116,14 @@ void ServedPackages::Export(const std::vector<Exported>& packages)
         key.WriteBytes(PackageValue(i + 1).c_str(), REG_MULTI_SZ, text.data(), text.size() * sizeof(wchar_t));
     }
     key.WriteDword(L"NumPackages", static_cast<DWORD>(packages.size()));
-    key.WriteDword(L"AutoLogLocation", 1);
-    key.WriteDword(L"PromptOpenLog", 0);
+    options.WriteDword(L"AutoLogLocation", 1);
+    options.WriteDword(L"PromptOpenLog", 0);
 }
 
 std::vector<std::wstring> ServedPackages::StoredNames()
 {
     RegistryKey key;
-    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, kSettings));
+    EXPECT_EQ(ERROR_SUCCESS, key.Open({}, kThisEdition.packagesKey));
     std::vector<std::wstring> names;
     for (DWORD i = 1; i <= key.ReadDword(L"NumPackages").value_or(0); ++i) {
         const auto bytes = key.ReadBytes(PackageValue(i).c_str(), REG_MULTI_SZ).value_or(std::vector<BYTE>());

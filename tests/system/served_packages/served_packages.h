@@ -14,13 +14,17 @@
 #include <vector>
 
 #include "registration/key_tree.h"
+#include "system/edition.h"
 #include "tests/system/harness/log_normaliser.h"
 #include "tests/system/harness/process.h"
 
 namespace zelt::test {
 
-inline constexpr wchar_t kManagerProgId[] = L"ZELT.PropertyPackageManager";
-inline constexpr wchar_t kServerFile[] = L"ZELT.EXE";
+// The tests of a build use the edition of its width.
+inline constexpr const wchar_t* kManagerProgId = kThisEdition[OwnClass::PropertyPackageManager].progId;
+inline constexpr const wchar_t* kServerFile = kThisEdition.program;
+// Its program, for a command line.
+std::wstring QuotedServer();
 
 inline constexpr wchar_t kSampleManager[] = L"{B55C9180-454E-4B78-A109-B9536A903BF9}";
 inline constexpr wchar_t kSamplePackage[] = L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}";

@@ -13,8 +13,7 @@ constexpr DWORD kNotEnded = 0xDEAD;
 
 std::filesystem::path Program(Width width)
 {
-    const std::filesystem::path build = width == Width::Bits32 ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
-    return (build / "samples" / "SampleSimulator.exe").make_preferred();
+    return (BuildOf(width) / "samples" / "SampleSimulator.exe").make_preferred();
 }
 
 // Unique among the waiting simulators of this process.
@@ -25,6 +24,11 @@ std::wstring NewEventName()
 }
 
 }  // namespace
+
+std::filesystem::path BuildOf(Width width)
+{
+    return (width == Width::Bits32) == (kThisEdition.width == 32) ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
+}
 
 bool HasSimulator(Width width) { return std::filesystem::exists(Program(width)); }
 

@@ -3,9 +3,11 @@
 
 #include <windows.h>
 
+#include <filesystem>
 #include <ostream>
 #include <string>
 
+#include "system/edition.h"
 #include "tests/system/harness/process.h"
 
 namespace zelt::test {
@@ -17,16 +19,18 @@ inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Wi
 
 inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
 
-// The 64-bit simulator belongs to the other build, which may not exist.
+// The build with the programs of that width, which may not exist.
+std::filesystem::path BuildOf(Width width);
+
 bool HasSimulator(Width width);
-inline constexpr char kNoSimulator[] = "the 64-bit simulator is not built";
+inline constexpr char kNoSimulator[] = "the simulator of that width is not built";
 
 // The program's path in quotes, for a command line.
 std::wstring SimulatorProgram(Width width);
 
 // A command line that uses `package` from the server's manager, or from the class named instead.
 std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options = {},
-                              const std::wstring& manager = L"ZELT.PropertyPackageManager");
+                              const std::wstring& manager = kThisEdition[OwnClass::PropertyPackageManager].progId);
 
 struct SimulatorResult {
     DWORD exitCode;

@@ -59,7 +59,7 @@ protected:
         Export({{kSampleThermoSystem, 2, L"Aromatics", L"Shared", IsLogged()}});
         ComPtr<ICapeThermoSystem> system;
         CLSID classId;
-        ASSERT_EQ(S_OK, CLSIDFromProgID(L"ZELT.ThermoSystem", &classId));
+        ASSERT_EQ(S_OK, CLSIDFromProgID(kThisEdition[OwnClass::ThermoSystem].progId, &classId));
         ASSERT_EQ(S_OK, CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&system)));
         ComPtr<IDispatch> resolved;
         ASSERT_EQ(S_OK, system->ResolvePropertyPackage(_bstr_t(L"Shared"), &resolved));

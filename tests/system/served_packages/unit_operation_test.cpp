@@ -34,12 +34,12 @@ protected:
     }
     static fs::path Client(Width width)
     {
-        const fs::path build = width == Width::Bits32 ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
-        return (build / "tests" / "system" / "unit_operation" / "unit_client.exe").make_preferred();
+        return (BuildOf(width) / "tests" / "system" / "unit_operation" / "unit_client.exe").make_preferred();
     }
     SimulatorResult Run(Width width, const wchar_t* what) const
     {
-        return RunSimulator(L'"' + Client(width).wstring() + L"\" " + what + L" \"" + file.wstring() + L'"');
+        return RunSimulator(L'"' + Client(width).wstring() + L"\" " + what + L" \"" + file.wstring() + L"\" " +
+                            kThisEdition[OwnClass::UnitOperation].progId);
     }
     static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
 

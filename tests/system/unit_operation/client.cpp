@@ -1,4 +1,4 @@
-// unit_client save|load <file>: a simulator with one unit, PRAVIK, which wraps a unit that this process serves itself.
+// unit_client save|load <file> <PRAVIK's ProgID>: a simulator with one unit, PRAVIK, which wraps a unit that this process serves itself.
 // Saves the calculated unit to a file, or loads it from one. Prints a line per step; the exit code is 0 if all steps
 // succeeded.
 #include <windows.h>
@@ -33,11 +33,11 @@ bool IsSame(IUnknown* a, IUnknown* b)
     return one && one.Get() == other.Get();
 }
 
-ComPtr<IPersistStreamInit> CreatePravik()
+ComPtr<IPersistStreamInit> CreatePravik(const wchar_t* progId)
 {
     CLSID classId;
     ComPtr<IPersistStreamInit> unit;
-    Step("class", CLSIDFromProgID(L"PRAVIK.UnitOperation", &classId));
+    Step("class", CLSIDFromProgID(progId, &classId));
     Step("create", CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&unit)));
     CLSID told{};
     Step("GetClassID", unit->GetClassID(&told));
@@ -69,9 +69,9 @@ void Calculate(IPersistStreamInit* persistence)
     Step("Disconnect", port->Disconnect());
 }
 
-void Save(const wchar_t* path)
+void Save(const wchar_t* path, const wchar_t* progId)
 {
-    const auto pravik = CreatePravik();
+    const auto pravik = CreatePravik(progId);
     Step("InitNew", pravik->InitNew());
     Calculate(pravik.Get());
     std::printf("IsDirty: 0x%08lX\n", static_cast<unsigned long>(pravik->IsDirty()));
@@ -93,7 +93,7 @@ void Save(const wchar_t* path)
     std::fclose(file);
 }
 
-void Load(const wchar_t* path)
+void Load(const wchar_t* path, const wchar_t* progId)
 {
     FILE* file = _wfopen(path, L"rb");
     if (!file) throw com::Failure(E_FAIL);
@@ -105,7 +105,7 @@ void Load(const wchar_t* path)
     Step("Write", stream->Write(bytes, length, nullptr));
     LARGE_INTEGER start{};
     Step("Seek", stream->Seek(start, STREAM_SEEK_SET, nullptr));
-    const auto pravik = CreatePravik();
+    const auto pravik = CreatePravik(progId);
     Step("Load", pravik->Load(stream.Get()));
     std::printf("state: %s\n", unitState.state.c_str());
     ComPtr<ICapeUnit> unit;
@@ -115,13 +115,13 @@ void Load(const wchar_t* path)
     std::printf("valid: %s\n", status == CAPE_VALID ? "yes" : "no");
 }
 
-int Run(const wchar_t* what, const wchar_t* path)
+int Run(const wchar_t* what, const wchar_t* path, const wchar_t* progId)
 {
     static const com::ClassEntry kClasses[] = {{kServedUnit, com::CreateDefault<ServedUnit>}};
     com::ClassObjects classes(CLSCTX_LOCAL_SERVER);
     const HRESULT result = com::NoThrow([&] {
         Step("serve", classes.Register(kClasses));
-        std::wcscmp(what, L"save") == 0 ? Save(path) : Load(path);
+        std::wcscmp(what, L"save") == 0 ? Save(path, progId) : Load(path, progId);
         return S_OK;
     });
     unitState = {};
@@ -133,8 +133,8 @@ int Run(const wchar_t* what, const wchar_t* path)
 
 int wmain(int count, wchar_t** arguments)
 {
-    if (count != 3 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
-    const int result = zelt::test::Run(arguments[1], arguments[2]);
+    if (count != 4 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
+    const int result = zelt::test::Run(arguments[1], arguments[2], arguments[3]);
     CoUninitialize();
     return result;
 }

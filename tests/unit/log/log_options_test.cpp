@@ -36,6 +36,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.handBackOriginals);
     EXPECT_FALSE(options.keepManager);
     EXPECT_FALSE(options.forwardManagerEdit);
+    EXPECT_FALSE(options.queueCalls);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -46,12 +47,14 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
     saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
+    saved.queueCalls = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
     EXPECT_TRUE(loaded.loadAfterInitNew);
     EXPECT_TRUE(loaded.handBackOriginals);
     EXPECT_TRUE(loaded.keepManager);
     EXPECT_TRUE(loaded.forwardManagerEdit);
+    EXPECT_TRUE(loaded.queueCalls);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -187,6 +190,7 @@ TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
         {LogOption::HandBackOriginals, L"HandBackOriginals", &LogOptions::handBackOriginals},
         {LogOption::KeepManager, L"KeepManager", &LogOptions::keepManager},
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", &LogOptions::forwardManagerEdit},
+        {LogOption::QueueCalls, L"QueueCalls", &LogOptions::queueCalls},
     };
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
@@ -221,6 +225,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::HandBackOriginals, L"HandBackOriginals", L"Hand objects back as they came"},
         {LogOption::KeepManager, L"KeepManager", L"Keep the manager of a package"},
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager"},
+        {LogOption::QueueCalls, L"QueueCalls", L"Queue calls of other clients"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;
