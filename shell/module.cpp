@@ -113,8 +113,7 @@ HRESULT CZELTModule::RunRegistration(RegistrationAction action)
     const bool named = action == RegistrationAction::RegisterPerUser || action == RegistrationAction::UnregisterPerUser;
     const Scope scope = named || PerUserRegistrationPreferred({}) ? Scope::User : Scope::Machine;
     const bool add = action == RegistrationAction::Register || action == RegistrationAction::RegisterPerUser;
-    return add ? RegisterServer(scope, versionText)
-               : UnregisterServer(scope, versionText);
+    return add ? RegisterServer(scope, versionText) : UnregisterServer(scope, versionText);
 }
 
 void CZELTModule::Lock() { AddReference(); }

@@ -93,7 +93,8 @@ TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
         << json;
     const std::string narrow = RunZeltctl({"discover", "--no-packages", "--width", "32"}).data;
     const std::string reason = " - cannot be used: registered for 64-bit programs only\n";
-    EXPECT_NE(std::string::npos, narrow.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}" + reason)) << narrow;
+    EXPECT_NE(std::string::npos, narrow.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}" + reason))
+        << narrow;
 
     EXPECT_EQ("Wide package  64-bit  PP 1.1  log off  Wide package {7E57EEEE-0000-0000-0000-000000000001}\n",
               RunZeltctl({"add", "Wide package"}).data);
@@ -117,9 +118,11 @@ TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
 TEST_F(Exports, OfBothWidthsNeedTheWidth)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
-    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, kSamplePackage, kStandAlone11, L"Sample property package");
+    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, kSamplePackage, kStandAlone11,
+                                  L"Sample property package");
     const std::string both = "\"Sample property package\"; say --width 32 or --width 64\n";
-    EXPECT_EQ("zeltctl: ZELT and ZELT64 can both export " + both, RunZeltctl({"add", "Sample property package"}).messages);
+    EXPECT_EQ("zeltctl: ZELT and ZELT64 can both export " + both,
+              RunZeltctl({"add", "Sample property package"}).messages);
     for (const char* width : {"32", "64"}) {
         EXPECT_EQ(std::string("Sample property package  ") + width +
                       "-bit  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
@@ -169,18 +172,18 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
     EXPECT_TRUE(failures[0].starts_with(L"The manager ended the process that asked it, with the code 0x0000000"))
         << Narrow(failures[0]);
     ask([](const Edition&) { return std::wstring(L"C:\\nowhere\\zeltctl.exe"); });
-    EXPECT_EQ((Names{L"The program C:\\nowhere\\zeltctl.exe, which asks managers of this width for their packages, cannot "
-                     L"be started"}),
-              failures);
+    EXPECT_EQ(
+        (Names{L"The program C:\\nowhere\\zeltctl.exe, which asks managers of this width for their packages, cannot "
+               L"be started"}),
+        failures);
 }
 
 TEST_F(Exports, RegisteredForTheUserAreFound)
 {
     const RegisteredClass package(Scope::User, OwnView(), L"{7E57EEEE-0000-0000-0000-000000000003}", kStandAlone11,
                                   L"My package");
-    EXPECT_NE(
-        std::string::npos,
-        RunZeltctl({"discover", "--no-packages"}).data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}  32-bit\n"));
+    EXPECT_NE(std::string::npos, RunZeltctl({"discover", "--no-packages"})
+                                     .data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}  32-bit\n"));
     EXPECT_EQ("My package  32-bit  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",
               RunZeltctl({"add", "My package"}).data);
 }
@@ -217,7 +220,8 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
     EXPECT_EQ("Mine  32-bit  PP 1.1  log off  Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
               RunZeltctl({"remove", "mine"}).data);
     EXPECT_EQ(
-        "{\"name\":\"Mine\",\"width\":32,\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "{\"name\":\"Mine\",\"width\":32,\"type\":\"PP "
+        "1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
         "\"component\":\"Sample property package\",\"log\":true}\n",
         RunZeltctl({"add", "Sample property package", "--json", "--log", "--name=Mine"}).data);
 }
@@ -296,7 +300,8 @@ TEST_F(Exports, AreRemovedAndLoggedByTheirNames)
     const CommandOutcome on = RunZeltctl({"log", "on", "Alone", "--json"});
     EXPECT_EQ(0, on.code);
     EXPECT_EQ(
-        "{\"name\":\"Alone\",\"width\":32,\"type\":\"PP 1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
+        "{\"name\":\"Alone\",\"width\":32,\"type\":\"PP "
+        "1.1\",\"kind\":1,\"class\":\"{26100AA3-1793-4E26-BD43-EB046B57CFB0}\","
         "\"component\":\"Sample property package\",\"log\":true}\n",
         on.data);
     EXPECT_EQ(0, RunZeltctl({"log", "on", "Alone"}).code) << "it is on already";

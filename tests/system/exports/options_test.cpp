@@ -20,9 +20,11 @@ protected:
 };
 
 // The lines of the options that are in no menu.
-constexpr char kFurtherOff[] = "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n";
+constexpr char kFurtherOff[] =
+    "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n";
 constexpr char kFurtherOffJson[] =
-    ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false,\"queueCalls\":false}\n";
+    ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false,"
+    "\"queueCalls\":false}\n";
 
 TEST_F(Options, AreShownAndChanged)
 {

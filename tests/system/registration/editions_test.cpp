@@ -64,7 +64,8 @@ protected:
     static std::wstring Value(REGSAM view, const std::wstring& path, const wchar_t* name)
     {
         zelt::RegistryKey key;
-        if (key.Open(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(path)) != ERROR_SUCCESS) return L"no key";
+        if (key.Open(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(path)) != ERROR_SUCCESS)
+            return L"no key";
         return key.ReadString(name).value_or(L"no value");
     }
     // The server may have made the key of the user's packages.

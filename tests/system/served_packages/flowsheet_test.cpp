@@ -105,7 +105,8 @@ TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
     for (const auto& row : kUnits) {
         SCOPED_TRACE(testing::PrintToString(row.name));
         Choose(row.unit);
-        const SimulatorResult saved = Run(kThisEdition[OwnClass::UnitOperation].progId, row.settings + (L' ' + Saving()));
+        const SimulatorResult saved =
+            Run(kThisEdition[OwnClass::UnitOperation].progId, row.settings + (L' ' + Saving()));
         ASSERT_EQ(0u, saved.exitCode) << saved.output;
         const SimulatorResult direct = RunInProcess(row.name, row.settings);
         EXPECT_EQ(Bits(direct.output), Bits(saved.output));

@@ -94,7 +94,8 @@ TEST_P(Simulations, FindAPackageByANameThatNoCodePageHas)
 TEST_P(Simulations, OfAnOlderPropertyPackageAreTheSameAndTheGoldenLog)
 {
     Export({{kSampleThermoSystem, 2, L"Alcohols", L"Alcohols"}});
-    const SimulatorResult run = RunSimulator(SimulatorCommand(GetParam(), L"Alcohols", {}, kThisEdition[OwnClass::ThermoSystem].progId));
+    const SimulatorResult run =
+        RunSimulator(SimulatorCommand(GetParam(), L"Alcohols", {}, kThisEdition[OwnClass::ThermoSystem].progId));
     EXPECT_EQ(0u, run.exitCode) << run.output;
     EXPECT_EQ(InProcess(L"Alcohols", kSampleThermoSystem), Results(run.output));
     EXPECT_EQ("", MatchGolden("sample_simulator_10.zlg", Comparable(OnlyLog(), Addresses::Alike)));
@@ -103,8 +104,8 @@ TEST_P(Simulations, OfAnOlderPropertyPackageAreTheSameAndTheGoldenLog)
 TEST_P(Simulations, OfAReactionPackageAreTheSameAndTheGoldenLog)
 {
     Export({{kSampleReactionManager, 4, L"Hydrogen", L"Hydrogen"}});
-    const SimulatorResult run =
-        RunSimulator(SimulatorCommand(GetParam(), L"Hydrogen", {}, kThisEdition[OwnClass::ReactionPackageManager].progId));
+    const SimulatorResult run = RunSimulator(
+        SimulatorCommand(GetParam(), L"Hydrogen", {}, kThisEdition[OwnClass::ReactionPackageManager].progId));
     EXPECT_EQ(0u, run.exitCode) << run.output;
     EXPECT_EQ(InProcess(L"Hydrogen", kSampleReactionManager), Results(run.output));
     EXPECT_EQ("", MatchGolden("sample_simulator_reactions.zlg", Comparable(OnlyLog(), Addresses::Alike)));

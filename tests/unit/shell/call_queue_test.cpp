@@ -38,7 +38,8 @@ TEST(CallQueue, LetsOnlyOtherClientsCallsComeAgain)
     call.wMethod = 7;
     const auto answer = [&](DWORD type) { return filter->HandleInComingCall(type, nullptr, 0, &call); };
     EXPECT_EQ(static_cast<DWORD>(SERVERCALL_ISHANDLED), answer(CALLTYPE_TOPLEVEL)) << "nothing is in progress";
-    EXPECT_EQ(static_cast<DWORD>(SERVERCALL_ISHANDLED), answer(CALLTYPE_NESTED)) << "it belongs to the call in progress";
+    EXPECT_EQ(static_cast<DWORD>(SERVERCALL_ISHANDLED), answer(CALLTYPE_NESTED))
+        << "it belongs to the call in progress";
     EXPECT_EQ(static_cast<DWORD>(SERVERCALL_ISHANDLED), answer(CALLTYPE_ASYNC));
     EXPECT_EQ(static_cast<DWORD>(SERVERCALL_ISHANDLED), answer(CALLTYPE_ASYNC_CALLPENDING));
     EXPECT_EQ(static_cast<DWORD>(SERVERCALL_RETRYLATER), answer(CALLTYPE_TOPLEVEL_CALLPENDING));
