@@ -8,6 +8,11 @@ demoRuns=(
     "reactions|4|ZeltSample.ReactionsPackageManager|ZELT.ReactionPackageManager|Hydrogen|CAPE-OPEN 1.0 reaction package"
 )
 
+# The same for ZELT64, which hosts 64-bit packages: one is enough to show.
+demoRuns64=(
+    "wide-property11|0|ZeltSample.PropertyPackageManager|ZELT64.PropertyPackageManager|Aromatics|64-bit CAPE-OPEN 1.1 property package"
+)
+
 # The flowsheet: PRAVIK around the sample's mixer with heater, whose streams the first package calculates. The parameters
 # are not the defaults, so that loading shows.
 demoUnit=ZeltSample.MixerHeater
@@ -20,8 +25,8 @@ Demo()
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
-        build/{i686,x86_64}/samples/SampleSimulator.exe; do
+    for file in "$programs"/shell/ZELT.EXE build/x86_64/shell/ZELT64.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
+        build/x86_64/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
     demoFolder=$root/build/demo
@@ -30,13 +35,17 @@ Demo()
     UsePrefix demo
 
     Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
+    Step demo-register-zelt64 "Registering ZELT64" Wine "$(WindowsPath "$root/build/x86_64/shell/ZELT64.EXE")" /RegServer
     # The packages are 32-bit libraries: the 32-bit regsvr32 is the one in syswow64.
     local library
     for library in SamplePackage SampleReactions SampleUnits; do
         Step "demo-register-$library" "Registering $library.dll" \
             Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
     done
-    Step demo-export "Exporting ${#demoRuns[@]} packages with logging" ExportPackages
+    Step demo-register-wide "Registering the 64-bit SamplePackage.dll" \
+        Wine 'C:\windows\system32\regsvr32.exe' /s "$(WindowsPath "$root/build/x86_64/samples/SamplePackage.dll")"
+    Step demo-export "Exporting ${#demoRuns[@]} packages with logging" ExportPackages 'HKCU\Software\ZELT' "${demoRuns[@]}"
+    Step demo-export-wide "Exporting a 64-bit package with logging" ExportPackages 'HKCU\Software\ZELT\64-bit' "${demoRuns64[@]}"
     Step demo-unit "Choosing the unit operation that PRAVIK logs" ChooseUnit
 
     local run name kind sample zelt package what
@@ -46,6 +55,15 @@ Demo()
         Step "demo-$name-32" "32-bit simulator, $what through ZELT" Simulate i686 "$name-32" "$zelt" "$package"
         Step "demo-$name-direct" "32-bit simulator, $what in process" \
             Simulate i686 "$name-direct" "$sample" "$package" --in-process
+        Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name" 64 32
+    done
+
+    for run in "${demoRuns64[@]}"; do
+        IFS='|' read -r name kind sample zelt package what <<<"$run"
+        Step "demo-$name-64" "64-bit simulator, $what through ZELT64" Simulate x86_64 "$name-64" "$zelt" "$package"
+        Step "demo-$name-32" "32-bit simulator, $what through ZELT64" Simulate i686 "$name-32" "$zelt" "$package"
+        Step "demo-$name-direct" "64-bit simulator, $what in process" \
+            Simulate x86_64 "$name-direct" "$sample" "$package" --in-process
         Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name" 64 32
     done
 
@@ -60,11 +78,15 @@ Demo()
         Simulate i686 flowsheet-direct "$sample" "$package" --flowsheet "$demoUnit" "${demoSettings[@]}" --in-process
     Step demo-flowsheet-compare "Comparing the results bit for bit" CompareResults flowsheet 64 loaded
 
-    for run in "${demoRuns[@]}"; do
+    local width simulator
+    for run in "${demoRuns[@]}" "${demoRuns64[@]}"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
+        # The simulator that could not use the package without ZELT.
+        width=32 simulator=64
+        [[ $zelt != ZELT64.* ]] || width=64 simulator=32
         echo
-        Say "Results of the $what, calculated by the 32-bit package for the 64-bit simulator"
-        cat "$demoFolder/$name-64.txt"
+        Say "Results of the $what, calculated by the $width-bit package for the $simulator-bit simulator"
+        cat "$demoFolder/$name-$simulator.txt"
         echo
         Say "All $(wc -l <"$demoFolder/$name-direct.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
     done
@@ -81,11 +103,13 @@ Demo()
 
 Wine() { timeout 120 wine "$@"; }
 
-# The exported packages are a list in the registry; logs go to the desktop, and no dialog asks about them.
+# ExportPackages <key of the list> <run...>: the exported packages are a list in the registry; logs go to the desktop, and no dialog
+# asks about them.
 ExportPackages()
 {
-    local class key='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
-    for run in "${demoRuns[@]}"; do
+    local class key=$1 options='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
+    shift
+    for run in "$@"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
         Wine reg query "HKCR\\$sample\\CLSID" /ve >"$demoFolder/class.txt"
         class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sample is not registered."; return 1; }
@@ -94,8 +118,8 @@ ExportPackages()
         Wine reg add "$key" /f /v "Package$number" /t REG_MULTI_SZ /s '|' /d "$class|$kind|$package|$package|true"
     done
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d "$number"
-    Wine reg add "$key" /f /v AutoLogLocation /t REG_DWORD /d 1
-    Wine reg add "$key" /f /v PromptOpenLog /t REG_DWORD /d 0
+    Wine reg add "$options" /f /v AutoLogLocation /t REG_DWORD /d 1
+    Wine reg add "$options" /f /v PromptOpenLog /t REG_DWORD /d 0
 }
 
 # The choice of the main window's menu: the class identifier as 16 bytes, its first three numbers in little-endian order.
@@ -137,7 +161,7 @@ CompareResults()
 # of the flowsheet's two runs has two, the package's and the unit operation's.
 ShowLogs()
 {
-    local logs log lines top=40 expected=$((2 * ${#demoRuns[@]} + 4))
+    local logs log lines top=40 expected=$((2 * (${#demoRuns[@]} + ${#demoRuns64[@]}) + 4))
     mapfile -t logs < <(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlg' -printf '%T@ %p\n' | sort -n | cut -d ' ' -f 2-)
     [ ${#logs[@]} -eq "$expected" ] || Fail "ZELT wrote ${#logs[@]} logs, not $expected."
     local units=0

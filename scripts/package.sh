@@ -5,7 +5,9 @@ Package()
     LockTree
     # The test of the packages needs the samples.
     Build i686
+    Build x86_64
     BuildRelease user_help
+    BuildPreset release64 zelt zeltctl
     InstallPackages ship
     NeedTool makensis
     NeedTool zip
@@ -39,6 +41,7 @@ StageFiles()
     local build=$root/build/release file
     mkdir -p "$1/docs"
     cp "$build/shell/ZELT.EXE" "$build/ctl/zeltctl.exe" "$build/shell/BRIX.chm" "$1/"
+    cp "${build}64/shell/ZELT64.EXE" "${build}64/ctl/zeltctl64.exe" "$1/"
     cp -r "$build/help/utils/." "$1/docs/"
     StageText LICENSE "$1/LICENSE.txt"
     StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
@@ -49,7 +52,7 @@ StageFiles()
     # Folders of the guide without pictures would be empty.
     find "$1" -type d -empty -delete
     chmod -R u=rwX,go=rX "$1"
-    for file in ZELT.EXE zeltctl.exe BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
+    for file in ZELT.EXE ZELT64.EXE zeltctl.exe zeltctl64.exe BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
         [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
     done
 }
@@ -63,39 +66,40 @@ WriteLists()
         cd "$1"
         echo '!macro InstallAll'
         find . -mindepth 1 -type d -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFolder "&"|'
-        find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFile "&"|'
+        # 32-bit Windows gets no 64-bit programs.
+        find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFile "&"|; /64\.exe"$/I s|InstallFile|InstallFile64|'
         echo '!macroend'
         echo '!macro RemoveAll'
         find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro RemoveFile "&"|'
         find . -mindepth 1 -type d -printf '%P\n' | sort -r | sed 's|/|\\|g; s|.*|    !insertmacro RemoveFolder "&"|'
         echo '!macroend'
     ) >"$2/files.nsh"
-    local classes
-    classes=$(RegisteredClasses)
-    [ "$(wc -l <<<"$classes")" -ge 3 ] || { echo "The build registers too few classes: $classes"; return 1; }
-    {
-        echo "!define FIRST_CLASS \"$(head -n 1 <<<"$classes")\""
-        echo '!macro VerifyClasses hive'
+    local edition classes
+    for edition in ZELT ZELT64; do
+        classes=$(RegisteredClasses "$edition")
+        [ "$(wc -l <<<"$classes")" -eq 4 ] || { echo "$edition should register four classes: $classes"; return 1; }
+        echo "!define FIRST_CLASS_$edition \"$(head -n 1 <<<"$classes")\""
+        echo "!macro VerifyClassesOf$edition hive"
         # shellcheck disable=SC2016,SC2001 # ${hive} is for the setup program's compiler; and this is a line of each line
-        sed 's|.*|    !insertmacro VerifyClassInView ${hive} "&"|' <<<"$classes"
+        sed 's|.*|    !insertmacro VerifyClassInView ${hive} '"$edition"' "&"|' <<<"$classes"
         echo '!macroend'
-    } >"$2/classes.nsh"
+    done >"$2/classes.nsh"
 }
 
-# The identifiers of the classes that the build's registry scripts register.
+# The identifiers of the classes that the registry scripts of an edition register.
 RegisteredClasses()
 {
-    sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" build/release/shell/*.rgs | sort -u
+    sed -n "s/^ *ForceRemove '\({[0-9A-F-]*}\)'.*/\1/p" "build/release/editions/$1".*.rgs | sort -u
 }
 
-# MakeSetup <stage> <version> <program>
+# MakeSetup <stage> <version> <program> [option of makensis...]
 MakeSetup()
 {
     local lists=$packageFolder/lists
     rm -rf "$lists"
     WriteLists "$1" "$lists"
     makensis -V2 -WX -DVERSION="$2" -DSIZE="$(du -sk --apparent-size "$1" | cut -f 1)" -DSTAGE="$1" -DOUTPUT="$3" \
-        -DICON="$root/build/release/shell/zelt.ico" -DLISTS="$lists" packaging/setup/zelt.nsi
+        -DICON="$root/build/release/shell/zelt.ico" -DLISTS="$lists" "${@:4}" packaging/setup/zelt.nsi
 }
 
 # MakeZip <folder below build/package> <zip>: file times are those of the commit, so that equal files give an equal zip.

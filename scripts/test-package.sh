@@ -22,6 +22,7 @@ TestPackage()
     Step package-run "Running the demonstration on the installed server" TestRun
     Step package-refuse "Refusing to replace or remove a running server" TestRefusal
     Step package-upgrade "Upgrading" TestUpgrade
+    Step package-run64 "Running a 64-bit package on the installed ZELT64" TestRun64
     Step package-uninstall "Uninstalling" TestUninstall
     Step package-user "Installing and removing for the current user" TestUserInstall
     Step package-product "Installing where the product family is the user's" TestFamilyOfUser
@@ -91,15 +92,16 @@ OnlyStandardLibraryStays()
 # The libraries' own folder, and the files and settings that belong to the user.
 libraryFolder='Common Files/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$|AppData/Local/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)?$'
 keptFiles='Desktop/ZELT logs'
-keptKeys='^HKEY_CURRENT_USER\\Software\\(ZELT|BRIX)( \||$)'
+keptKeys='^HKEY_CURRENT_USER\\Software\\(ZELT(\\64-bit)?|BRIX)( \||$)'
 
-# An older version with a file that the current one no longer has.
+# An older version, without ZELT64 and with a file that the current one no longer has.
 MakeOlderSetup()
 {
     local stage=$testFolder/older
     cp -r "$packageFolder/zelt-$(ProductVersion)" "$stage"
+    rm "$stage"/{ZELT64.EXE,zeltctl64.exe}
     echo 'An old page.' >"$stage/docs/old page.htm"
-    MakeSetup "$stage" 0.9.0 "$testFolder/older-setup.exe"
+    MakeSetup "$stage" 0.9.0 "$testFolder/older-setup.exe" -DONLY_32_BIT
 }
 
 RegisterSamples()
@@ -107,6 +109,7 @@ RegisterSamples()
     local library
     for library in SamplePackage SampleReactions; do
         Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
+        Wine 'C:\windows\system32\regsvr32.exe' /s "$(WindowsPath "$root/build/x86_64/samples/$library.dll")"
     done
     # A fresh prefix lacks the user's classes, which every Windows has.
     Wine reg add 'HKCU\Software\Classes\CLSID' /f
@@ -127,10 +130,12 @@ Value()
 # InstalledFilesEqual <stage> <folder>
 InstalledFilesEqual() { diff -r --exclude=Uninstall.exe "$1" "$2" || Complain "The installed files differ from the shipped ones."; }
 
-# ServerOf <hive> <view>: what activation would start.
+# ServerOf <hive> <view> [class]: what activation would start; of ZELT without a class.
+zelt64Class='{25D8600D-CBE0-4748-BBDD-14A8F74A9EA1}'
 ServerOf()
 {
-    Wine reg query "$1\\Software\\Classes\\CLSID\\{6377AC63-7A36-46DC-8897-F277012CDA9D}\\LocalServer32" /ve "/reg:$2" 2>/dev/null |
+    local class=${3:-'{6377AC63-7A36-46DC-8897-F277012CDA9D}'}
+    Wine reg query "$1\\Software\\Classes\\CLSID\\$class\\LocalServer32" /ve "/reg:$2" 2>/dev/null |
         tr -d '\r' | sed -n 's/.*REG_SZ *//p'
 }
 
@@ -170,13 +175,14 @@ TestInstall()
     Equal '32-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 32)"
     Equal '64-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 64)"
     Equal "user's classes" '' "$(ServerOf HKCU 32)"
+    Equal 'ZELT64 of an older version' '' "$(ServerOf HKLM 64 "$zelt64Class")"
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is missing."
 }
 
 # Runs the demonstration's 32-bit simulator with a package of each kind, against the same packages in process.
 TestRun()
 {
-    ExportPackages
+    ExportPackages 'HKCU\Software\ZELT' "${demoRuns[@]}"
     local run name kind sample zelt package what
     for run in "${demoRuns[@]}"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
@@ -193,7 +199,7 @@ TestRun()
 ZeltRuns()
 {
     local process
-    for process in $(pgrep -f 'ZELT\.EXE'); do
+    for process in $(pgrep -f 'ZELT(64)?\.EXE'); do
         tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$WINEPREFIX" && return
     done
     return 1
@@ -246,7 +252,27 @@ TestUpgrade()
     diff <(grep "$keptFiles" "$testFolder/older.files") <(grep "$keptFiles" "$testFolder/newer.files") || Complain "Logs changed."
     Simulate i686 upgraded-32 ZELT.PropertyPackageManager Aromatics
     diff "$testFolder/property11-direct.bits" "$testFolder/upgraded-32.bits" || Complain "The results differ."
+    local view
+    for view in 32 64; do
+        Equal "ZELT64 in the $view-bit view" "\"$programsFolder\\ZELT64.EXE\"" "$(ServerOf HKLM "$view" "$zelt64Class")"
+    done
     WaitForEnd
+}
+
+# A 64-bit package in simulators of both widths, and what zeltctl says of both editions.
+TestRun64()
+{
+    Wine "$programsFolder\\zeltctl.exe" add ZeltSample.PropertyPackageManager Aromatics --log --width 64
+    Simulate x86_64 wide-direct ZeltSample.PropertyPackageManager Aromatics --in-process
+    local width
+    for width in x86_64 i686; do
+        Simulate "$width" "wide-$width" ZELT64.PropertyPackageManager Aromatics
+        diff "$testFolder/wide-direct.bits" "$testFolder/wide-$width.bits" || Complain "The results differ."
+    done
+    WaitForEnd
+    Wine "$programsFolder\\zeltctl.exe" doctor >"$testFolder/doctor.txt" || Complain "$(<"$testFolder/doctor.txt")"
+    Equal 'healthy editions' 2 "$(grep -c '^healthy: ' "$testFolder/doctor.txt")"
+    Wine "$programsFolder\\zeltctl.exe" remove Aromatics --width 64
 }
 
 # Uninstall <folder>: as the system does it. The program returns at once and continues as a copy of itself.
@@ -283,6 +309,7 @@ TestUserInstall()
     StartMenu "users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Roaming"
     Equal '32-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 32)"
     Equal '64-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 64)"
+    Equal 'ZELT64' "\"$folder\\ZELT64.EXE\"" "$(ServerOf HKCU 64 "$zelt64Class")"
     Snapshot user
     Equal "changes of the machine's entries" '' "$(Added registry before user | grep '^HKEY_LOCAL_MACHINE' | grep -v -i '\\Interface\\')"
     Uninstall "$folder"

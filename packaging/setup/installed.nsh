@@ -9,6 +9,12 @@
     ${EndIf}
 !macroend
 
+!macro InstallFile64 path
+    ${If} ${WithZelt64}
+        !insertmacro InstallFile "${path}"
+    ${EndIf}
+!macroend
+
 !macro InstallFolder path
     CreateDirectory "$INSTDIR\${path}"
 !macroend
@@ -77,6 +83,9 @@ FunctionEnd
 Function WriteEntries
     CreateDirectory "$SMPROGRAMS\ZELT"
     CreateShortcut "$SMPROGRAMS\ZELT\ZELT.lnk" "$INSTDIR\ZELT.EXE"
+    ${If} ${WithZelt64}
+        CreateShortcut "$SMPROGRAMS\ZELT\ZELT64.lnk" "$INSTDIR\ZELT64.EXE"
+    ${EndIf}
     CreateShortcut "$SMPROGRAMS\ZELT\ZELT Help.lnk" "$INSTDIR\BRIX.chm"
 
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayName" "ZELT"
@@ -95,6 +104,7 @@ FunctionEnd
 
 Function un.RemoveEntries
     Delete "$SMPROGRAMS\ZELT\ZELT.lnk"
+    Delete "$SMPROGRAMS\ZELT\ZELT64.lnk"
     Delete "$SMPROGRAMS\ZELT\ZELT Help.lnk"
     RMDir "$SMPROGRAMS\ZELT"
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"

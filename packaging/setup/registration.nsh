@@ -1,39 +1,53 @@
-; ZELT.EXE registers itself; this file checks which hive then holds the registration, in the views of 32-bit and
-; 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the product family
+; ZELT.EXE and, on 64-bit Windows, ZELT64.EXE register themselves; this file checks which hive then holds the registration, in the
+; views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the product family
 ; is installed for the user: setup reports this and stores it in $RegisteredFor, and the uninstaller undoes it there.
 
 ; $R0 becomes "no" when a class of the list is not this installation's in a view of the hive.
-!macro VerifyClassInView hive class
+!macro VerifyClassInView hive edition class
     ReadRegStr $1 ${hive} "Software\Classes\CLSID\${class}\LocalServer32" ""
-    ${If} $1 != '"$INSTDIR\ZELT.EXE"'
+    ${If} $1 != '"$INSTDIR\${edition}.EXE"'
         StrCpy $R0 "no"
     ${EndIf}
 !macroend
-; classes.nsh: the macro VerifyClasses, which inserts this for each class.
+; classes.nsh: the macros VerifyClassesOfZELT and VerifyClassesOfZELT64, which insert this for each class.
 !include "${LISTS}\classes.nsh"
 
 !macro VerifyHive hive
     StrCpy $R0 "yes"
     SetRegView 32
-    !insertmacro VerifyClasses ${hive}
+    !insertmacro VerifyClassesOfZELT ${hive}
     ${If} ${RunningX64}
         SetRegView 64
-        !insertmacro VerifyClasses ${hive}
+        !insertmacro VerifyClassesOfZELT ${hive}
+        SetRegView 32
+    ${EndIf}
+    ${If} ${WithZelt64}
+        !insertmacro VerifyClassesOfZELT64 ${hive}
+        SetRegView 64
+        !insertmacro VerifyClassesOfZELT64 ${hive}
         SetRegView 32
     ${EndIf}
 !macroend
 
-Function RegisterServer
-    ${If} $Scope == "user"
-        ExecWait '"$INSTDIR\ZELT.EXE" /RegServerPerUser' $0
-        StrCpy $RegisteredFor "user"
+; Runs the program of an edition with the action, for everybody or with PerUser for the user; $0 becomes its exit code.
+!macro RunRegistration edition action
+    ${If} $RegisteredFor == "user"
+        ExecWait '"$INSTDIR\${edition}.EXE" /${action}PerUser' $0
     ${Else}
-        ExecWait '"$INSTDIR\ZELT.EXE" /RegServer' $0
-        StrCpy $RegisteredFor "machine"
-        ReadRegStr $1 HKCU "Software\BRIX" "CurrentUser"
-        ${If} $1 == "1"
-            StrCpy $RegisteredFor "user"
-        ${EndIf}
+        ExecWait '"$INSTDIR\${edition}.EXE" /${action}' $0
+    ${EndIf}
+!macroend
+
+Function RegisterServer
+    StrCpy $RegisteredFor $Scope
+    ReadRegStr $1 HKCU "Software\BRIX" "CurrentUser"
+    ${If} $1 == "1"
+        StrCpy $RegisteredFor "user"
+    ${EndIf}
+    !insertmacro RunRegistration ZELT RegServer
+    ${If} $0 = 0
+    ${AndIf} ${WithZelt64}
+        !insertmacro RunRegistration ZELT64 RegServer
     ${EndIf}
     ${If} $RegisteredFor == "user"
         !insertmacro VerifyHive HKCU
@@ -55,21 +69,23 @@ Function RegisterServer
 FunctionEnd
 
 ; Does not remove the registration of another copy, for example a portable one.
+!macro UnregisterEdition edition
+    ${If} $RegisteredFor == "user"
+        ReadRegStr $1 HKCU "Software\Classes\CLSID\${FIRST_CLASS_${edition}}\LocalServer32" ""
+    ${Else}
+        ReadRegStr $1 HKLM "Software\Classes\CLSID\${FIRST_CLASS_${edition}}\LocalServer32" ""
+    ${EndIf}
+    ${If} $1 == ""
+    ${OrIf} $1 == '"$INSTDIR\${edition}.EXE"'
+        !insertmacro RunRegistration ${edition} UnregServer
+    ${EndIf}
+!macroend
+
 !macro DefineUnregisterServer un
 Function ${un}UnregisterServer
-    ${If} $RegisteredFor == "user"
-        ReadRegStr $1 HKCU "Software\Classes\CLSID\${FIRST_CLASS}\LocalServer32" ""
-    ${Else}
-        ReadRegStr $1 HKLM "Software\Classes\CLSID\${FIRST_CLASS}\LocalServer32" ""
-    ${EndIf}
-    ${If} $1 != ""
-    ${AndIf} $1 != '"$INSTDIR\ZELT.EXE"'
-        Return
-    ${EndIf}
-    ${If} $RegisteredFor == "user"
-        ExecWait '"$INSTDIR\ZELT.EXE" /UnregServerPerUser' $0
-    ${Else}
-        ExecWait '"$INSTDIR\ZELT.EXE" /UnregServer' $0
+    !insertmacro UnregisterEdition ZELT
+    ${If} ${WithZelt64}
+        !insertmacro UnregisterEdition ZELT64
     ${EndIf}
     System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
 FunctionEnd

@@ -3,16 +3,21 @@
 
 !define ERROR_SHARING_VIOLATION 32
 
-!macro DefineRefuseRunningServer un
-Function ${un}RefuseRunningServer
+!macro RefuseRunning program
     ; GENERIC_READ | GENERIC_WRITE, every kind of sharing, OPEN_EXISTING.
-    System::Call 'kernel32::CreateFileW(w "$INSTDIR\ZELT.EXE", i 0xC0000000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
+    System::Call 'kernel32::CreateFileW(w "$INSTDIR\${program}", i 0xC0000000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
     Pop $1
     ${If} $0 P<> -1
         System::Call 'kernel32::CloseHandle(p r0)'
     ${ElseIf} $1 = ${ERROR_SHARING_VIOLATION}
         ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
     ${EndIf}
+!macroend
+
+!macro DefineRefuseRunningServer un
+Function ${un}RefuseRunningServer
+    !insertmacro RefuseRunning ZELT.EXE
+    !insertmacro RefuseRunning ZELT64.EXE
 FunctionEnd
 !macroend
 !insertmacro DefineRefuseRunningServer ""

@@ -4,6 +4,7 @@
 ;   OUTPUT              the program to make
 ;   ICON                the product's icon
 ;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
+;   ONLY_32_BIT         if defined, the stage has no ZELT64
 ; texts.nsh holds everything that the user can read, and the exit codes.
 
 Unicode true
@@ -40,6 +41,13 @@ VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
 ; may be "user" although the first is "machine" (registration.nsh).
 Var Scope
 Var RegisteredFor
+
+; Whether ZELT64 belongs to this installation.
+!ifdef ONLY_32_BIT
+    !define WithZelt64 "0 = 1"
+!else
+    !define WithZelt64 ${RunningX64}
+!endif
 
 !include texts.nsh
 !include scope.nsh
