@@ -1,6 +1,7 @@
 # Benchmarks, each next to its floor. Sourced by ./dev.
 
 # Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; each gets the options.
+# "remote64" is bench_remote for ZELT64.
 Bench()
 {
     local wanted=() options=() name program
@@ -13,12 +14,14 @@ Bench()
     InstallPackages build
     FetchLibxml2
     BuildRelease SamplePackage benches
+    BuildPreset release64 zelt SamplePackage bench_remote
     local folder=build/release/bench
     if [ ${#wanted[@]} -eq 0 ]; then
         for program in "$folder"/bench_*.exe; do
             name=${program##*/bench_}
             wanted+=("${name%.exe}")
         done
+        wanted+=(remote64)
     fi
     UsePrefix bench
     # A bare display has no window manager, and Wine waits for one when a window goes.
@@ -27,6 +30,7 @@ Bench()
     Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
     for name in "${wanted[@]}"; do
         program=$folder/bench_$name.exe
+        [ "$name" != remote64 ] || program=build/release64/bench/bench_remote.exe
         [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
         # Shown as it comes and kept; programs under Wine leave processes behind, so the output goes through a file.
         : >"$logFolder/bench-$name.log"
@@ -43,10 +47,14 @@ Bench()
 # A package of the sample's manager, exported without logging.
 OfferBenchmarkPackage()
 {
-    local key='HKCU\Software\ZELT'
+    local key
     wine "$(WindowsPath "$root/build/release/shell/ZELT.EXE")" /RegServer
+    wine "$(WindowsPath "$root/build/release64/shell/ZELT64.EXE")" /RegServer
     wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/build/release/samples/SamplePackage.dll")"
-    wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
-        /d '{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Benchmark|false'
-    wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
+    wine 'C:\windows\system32\regsvr32.exe' /s "$(WindowsPath "$root/build/release64/samples/SamplePackage.dll")"
+    for key in 'HKCU\Software\ZELT' 'HKCU\Software\ZELT\64-bit'; do
+        wine reg add "$key" /f /v Package1 /t REG_MULTI_SZ /s '|' \
+            /d '{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Benchmark|false'
+        wine reg add "$key" /f /v NumPackages /t REG_DWORD /d 1
+    done
 }

@@ -1,6 +1,6 @@
 // bench_remote: a package used from another process through ZELT, which logs nothing, compared with the same package in the
-// system's surrogate process. The script that runs it has registered ZELT and the sample package, and exported the package
-// as "Benchmark" without logging; this program sets up the surrogate and removes it again.
+// system's surrogate process, for the edition of this width. The script that runs it has registered ZELT and the sample package, and
+// exported the package as "Benchmark" without logging; this program sets up the surrogate and removes it again.
 #include <comutil.h>
 #include <windows.h>
 #include <wrl/client.h>
@@ -16,6 +16,7 @@
 #include "bench/remote/lives.h"
 #include "bench/remote/session.h"
 #include "bench/rows.h"
+#include "system/edition.h"
 #include "system/registry.h"
 #include "samples/package/classes.h"
 
@@ -100,8 +101,7 @@ double TimeLists(ICapeThermoCompounds& compounds)
 int Run(int lives)
 {
     const Surrogate registered(sample::kPropertyPackageManagerClass);
-    CLSID zeltClass = {};
-    CLSIDFromProgID(L"ZELT.PropertyPackageManager", &zeltClass);
+    const CLSID& zeltClass = kThisEdition[OwnClass::PropertyPackageManager].classId;
     const auto below = MakeManager(sample::kPropertyPackageManagerClass, "The surrogate");
     const auto above = MakeManager(zeltClass, "ZELT");
     if (!below || !above) return 1;
@@ -112,7 +112,10 @@ int Run(int lives)
     if (!surrogate || !zelt) return 1;
 
     CountRemoteCalls();
-    PrintTitle("Call from another process, logging off (floor: the system's surrogate)");
+    char title[100];
+    std::snprintf(title, sizeof title, "Call from another process, %d bit, logging off (floor: the system's surrogate)",
+                  kThisEdition.width);
+    PrintTitle(title);
     const struct {
         const char* name;
         double (*time)(ICapeThermoCompounds&);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "registration/registry_mirror.h"
+#include "system/guid_text.h"
 
 namespace zelt::test {
 namespace {
@@ -44,6 +45,15 @@ RegisteredComponents::~RegisteredComponents()
     for (const auto& [view, path] : added) DeleteKeyTree(ClassesHive(Scope::Machine, view), path);
     RemoveFaulty();
     CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
+}
+
+void RegisteredComponents::AddServer(REFCLSID classId, const std::wstring& commandLine)
+{
+    const std::wstring path = ClassesPath(L"CLSID\\" + GuidText(classId));
+    added.push_back({OwnView(), path});
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(ClassesHive(Scope::Machine, OwnView()), path + L"\\LocalServer32"));
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"", commandLine));
 }
 
 void RegisteredComponents::RemoveFaulty()

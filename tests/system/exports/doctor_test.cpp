@@ -361,12 +361,29 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     ExpectHealthy();
 }
 
+// A file has the folder's name while it lives.
+struct FileInPlaceOf {
+    explicit FileInPlaceOf(const fs::path& folder) : folder(folder), aside(fs::path(folder).concat(L" aside"))
+    {
+        if (fs::exists(folder)) fs::rename(folder, aside);
+        std::ofstream(folder) << "no folder";
+    }
+    ~FileInPlaceOf()
+    {
+        std::error_code ignored;
+        fs::remove(folder, ignored);
+        if (fs::exists(aside)) fs::rename(aside, folder, ignored);
+    }
+    FileInPlaceOf(const FileInPlaceOf&) = delete;
+    FileInPlaceOf& operator=(const FileInPlaceOf&) = delete;
+
+    const fs::path folder, aside;
+};
+
 TEST_F(Doctor, FindsAFolderThatTakesNoLogs)
 {
-    const fs::path folder = LogFolderPath(), aside = fs::path(folder).concat(L" aside");
-    std::error_code ignored;
-    fs::rename(folder, aside, ignored);
-    std::ofstream(folder) << "no folder";
+    const FileInPlaceOf taken(LogFolderPath());
+    const fs::path& folder = taken.folder;
     ExpectFinding("log-folder: The folder \"" + folder.string() +
                   "\" of the logs cannot be written to, so packages run without their logs; give yourself the right to "
                   "write there, or "
@@ -374,8 +391,6 @@ TEST_F(Doctor, FindsAFolderThatTakesNoLogs)
     ExpectLeft("log-folder");
     ASSERT_EQ(0, RunZeltctl({"options", "--auto-location", "off"}).code);
     ExpectHealthy();
-    fs::remove(folder);
-    fs::rename(aside, folder, ignored);
 }
 
 TEST_F(Doctor, FindsThatTheUnitOperationIsGone)

@@ -178,14 +178,15 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
         failures);
 }
 
+// Under Wine, the user's classes are the same for both widths.
 TEST_F(Exports, RegisteredForTheUserAreFound)
 {
     const RegisteredClass package(Scope::User, OwnView(), L"{7E57EEEE-0000-0000-0000-000000000003}", kStandAlone11,
                                   L"My package");
-    EXPECT_NE(std::string::npos, RunZeltctl({"discover", "--no-packages"})
+    EXPECT_NE(std::string::npos, RunZeltctl({"discover", "--no-packages", "--width", "32"})
                                      .data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}  32-bit\n"));
     EXPECT_EQ("My package  32-bit  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",
-              RunZeltctl({"add", "My package"}).data);
+              RunZeltctl({"add", "My package", "--width", "32"}).data);
 }
 
 struct AddCase {

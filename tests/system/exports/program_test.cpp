@@ -64,7 +64,7 @@ TEST_F(ZeltctlProgram, RunsItsCommands)
     EXPECT_EQ("zeltctl 1.0.0\n", Run(L"--version").output);
     const Outcome added = Run(L"add \"Sample property package\" --name \"Caf\u00E9\" --log");
     EXPECT_EQ(0u, added.code);
-    EXPECT_EQ("Caf\xC3\xA9  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
+    EXPECT_EQ("Caf\xC3\xA9  32-bit  PP 1.1  log on   Sample property package {26100AA3-1793-4E26-BD43-EB046B57CFB0}\n",
               added.output);
     EXPECT_EQ(added.output, Run(L"list").output);
     EXPECT_EQ(2u, Run(L"remove Steam").code);

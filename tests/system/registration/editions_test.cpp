@@ -39,6 +39,7 @@ protected:
     }
     void TearDown() override
     {
+        if (IsSkipped()) return;
         RunToEnd(ServerPath(), L"/UnregServer");
         RunToEnd(OtherServerPath(), L"/UnregServer");
     }

@@ -269,6 +269,11 @@ TEST_F(Registration, ServesEveryViewAndLeavesOnlyTheStandardsLibraries)
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
     ExpectRegistered(Scope::Machine, ServerPath());
     ExpectStandardLibrary(Scope::Machine);
+    for (const REGSAM view : RegistryViews()) {
+        const std::wstring version = std::wstring(kStandardLibrary) + L"\\1.1";
+        const fs::path file = DefaultValue(Scope::Machine, view, version + L"\\0\\win32");
+        EXPECT_EQ(file.parent_path().wstring(), DefaultValue(Scope::Machine, view, version + L"\\HELPDIR"));
+    }
     EXPECT_FALSE(KeyExists(Scope::User, zelt::OwnView(), kClass));
 
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServer"));

@@ -305,6 +305,20 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
     EXPECT_EQ(64u * 1024, MicrosoftThrow(kConstText, ".H", endless.c_str()).Raise().text.size());
 }
 
+// A guard page belongs to a stack: the next one to touch it is its thread, which then gets more.
+TEST(ForeignMemory, KeepsItsGuardPages)
+{
+    const PageEnd page(true);
+    char* const start = page.End() - 4096;
+    DWORD before = 0;
+    ASSERT_TRUE(VirtualProtect(start, 4096, PAGE_READWRITE | PAGE_GUARD, &before));
+    char read[4] = {};
+    EXPECT_FALSE(ReadForeign(start, read, sizeof read));
+    MEMORY_BASIC_INFORMATION region{};
+    VirtualQuery(start, &region, sizeof region);
+    EXPECT_EQ(static_cast<DWORD>(PAGE_READWRITE | PAGE_GUARD), region.Protect);
+}
+
 #ifdef _WIN64
 // GCC's exception code with an object of another producer, or with an unreadable object.
 TEST(GccPackages, UnknownProducersOfTheirCodeAreForeign)

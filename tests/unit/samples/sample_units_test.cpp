@@ -213,7 +213,7 @@ TEST_F(SampleUnitTest, MixerAddsTheEnergyStreamAndTellsTheInformationStream)
     EXPECT_GT(std::fabs(information.Real(L"duty")), 1e3);
 }
 
-TEST_F(SampleUnitTest, MixerNeedsNotTheSameOrderOfCompounds)
+TEST_F(SampleUnitTest, MixerAcceptsAnyOrderOfCompounds)
 {
     ConnectMixer();
     Run(mixer.Get());

@@ -1,7 +1,8 @@
-// Answers the message boxes of one test and keeps their contents. Only one such object may exist at a time.
+// Answers the message boxes of a test and keeps their contents, in the place of an object that did so before.
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "system/message_box.h"
@@ -17,10 +18,14 @@ public:
 
     explicit RecordedMessages(int answer = IDOK) : answer(answer)
     {
-        current = this;
+        outer = std::exchange(current, this);
         before = SetMessageFunction(Record);
     }
-    ~RecordedMessages() { SetMessageFunction(before); }
+    ~RecordedMessages()
+    {
+        SetMessageFunction(before);
+        current = outer;
+    }
     RecordedMessages(const RecordedMessages&) = delete;
     RecordedMessages& operator=(const RecordedMessages&) = delete;
 
@@ -38,6 +43,7 @@ private:
     }
 
     static inline RecordedMessages* current = nullptr;
+    RecordedMessages* outer = nullptr;
     std::vector<Message> messages;
     int answer;
     MessageFunction before;
