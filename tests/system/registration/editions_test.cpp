@@ -125,7 +125,7 @@ TEST_F(Editions, ServeClientsOfBothWidths)
 {
     ExpectServes(L"ZELT.PropertyPackageManager", L"ZELT.EXE");
     ExpectServes(L"ZELT64.PropertyPackageManager", L"ZELT64.EXE");
-    ExpectServes(L"PRAVIK64.UnitOperation", L"ZELT64.EXE");
+    ExpectServes(L"ZELT64.ReactionPackageManager", L"ZELT64.EXE");
 }
 
 TEST_F(Editions, LeaveTheOtherWhenTheyGo)
