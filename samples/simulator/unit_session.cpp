@@ -33,7 +33,7 @@ bool SameObject(IDispatch* a, IDispatch* b)
         FAILED(b->QueryInterface(IID_PPV_ARGS(&second)))) {
         return false;
     }
-    return first == second;
+    return first.Get() == second.Get();
 }
 
 ComPtr<IDispatch> ConnectedTo(ICapeUnitPort* port)
