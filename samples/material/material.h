@@ -15,7 +15,7 @@
 
 namespace zelt::sample {
 
-class MaterialPart final : public CapePart<ICapeThermoMaterial> {
+class MaterialPart : public CapePart<ICapeThermoMaterial> {
 public:
     MaterialPart(com::Object& object, CapeErrors& errors, MaterialStore& store, std::shared_ptr<PackageLink> link)
         : CapePart(object, errors, L"ICapeThermoMaterial"), store(store), link(std::move(link))

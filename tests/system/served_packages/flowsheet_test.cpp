@@ -30,12 +30,6 @@ protected:
         ServedPackages::TearDown();
     }
 
-    static void Choose(const CLSID& unit)
-    {
-        RegistryKey key;
-        ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
-        key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &unit, sizeof unit);
-    }
     std::wstring Saving() const { return L"--save \"" + file.wstring() + L'"'; }
     static SimulatorResult Run(const std::wstring& unit, const std::wstring& options)
     {
@@ -81,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, Flowsheets, testing::ValuesIn(kWidths),
 
 TEST_P(Flowsheets, GiveTheResultsOfTheUnitInProcessAndTheGoldenLogs)
 {
-    Choose(sample::kMixerHeaterClass);
+    ChooseUnit(sample::kMixerHeaterClass);
     const SimulatorResult run = Run(kThisEdition[OwnClass::UnitOperation].progId, kSettings);
     ASSERT_EQ(0u, run.exitCode) << run.output;
     const SimulatorResult direct = RunInProcess(L"ZeltSample.MixerHeater", kSettings);
@@ -104,14 +98,14 @@ TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
                   {L"ZeltSample.Splitter", sample::kSplitterClass, L""}};
     for (const auto& row : kUnits) {
         SCOPED_TRACE(testing::PrintToString(row.name));
-        Choose(row.unit);
+        ChooseUnit(row.unit);
         const SimulatorResult saved =
             Run(kThisEdition[OwnClass::UnitOperation].progId, row.settings + (L' ' + Saving()));
         ASSERT_EQ(0u, saved.exitCode) << saved.output;
         const SimulatorResult direct = RunInProcess(row.name, row.settings);
         EXPECT_EQ(Bits(direct.output), Bits(saved.output));
         // The saved flowsheet names the unit: what PRAVIK is set to wrap now does not matter.
-        Choose(CLSID_NULL);
+        ChooseUnit(CLSID_NULL);
         const SimulatorResult loaded = Load();
         EXPECT_EQ(0u, loaded.exitCode) << loaded.output;
         EXPECT_NE("", Bits(loaded.output));

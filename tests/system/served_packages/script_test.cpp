@@ -51,9 +51,7 @@ TEST_P(Scripts, UsePackagesOfBothGenerationsAndAUnitOperation)
 {
     if (!std::filesystem::exists(ScriptHost())) GTEST_SKIP() << "there is no script host of this width";
     Export({{kSampleManager, 0, L"Aromatics", L"First"}, {kSampleThermoSystem, 2, L"Alcohols", L"Second"}});
-    RegistryKey key;
-    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
-    key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &sample::kValveClass, sizeof sample::kValveClass);
+    ChooseUnit(sample::kValveClass);
     const SimulatorResult run = RunScript(L"flowsheet.vbs", L"First Second");
     EXPECT_EQ(
         "compounds: 3\n"

@@ -17,7 +17,8 @@ using Microsoft::WRL::ComPtr;
 
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
 constexpr const char* kLibraries[] = {"/samples/SamplePackage.dll", "/samples/SampleReactions.dll",
-                                      "/samples/SampleUnits.dll", "/samples/FaultyPackage.dll"};
+                                      "/samples/SampleUnits.dll", "/samples/FaultyPackage.dll",
+                                      "/samples/FieldComponents.dll"};
 constexpr DWORD kTimeToRegister = 60'000;
 
 std::wstring Quoted(const char* path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
@@ -118,6 +119,13 @@ void ServedPackages::Export(const std::vector<Exported>& packages)
     key.WriteDword(L"NumPackages", static_cast<DWORD>(packages.size()));
     options.WriteDword(L"AutoLogLocation", 1);
     options.WriteDword(L"PromptOpenLog", 0);
+}
+
+void ServedPackages::ChooseUnit(REFCLSID unit)
+{
+    RegistryKey key;
+    ASSERT_EQ(ERROR_SUCCESS, key.Open({}, kSettings, KEY_ALL_ACCESS));
+    key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &unit, sizeof unit);
 }
 
 std::vector<std::wstring> ServedPackages::StoredNames()

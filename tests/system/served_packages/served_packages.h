@@ -34,6 +34,9 @@ inline constexpr wchar_t kFaultyManager[] = L"{C59ABBC3-B793-4E15-880F-23C6545EF
 inline constexpr wchar_t kFaultyInitialize[] = L"{39A63A6A-8251-4F4C-900C-2A592EDCA204}";
 inline constexpr wchar_t kFaultyCreate[] = L"{2146EFBD-6469-46C9-9808-1BFF27B729A1}";
 
+inline constexpr wchar_t kLicensedManager[] = L"{F27C7D12-72D9-44A2-9B62-619A0F11AF85}";
+inline constexpr wchar_t kFieldPackage[] = L"{E3F1F143-2597-4B98-B0E4-BB6D45858935}";
+
 // One exported package as stored in the user's registry.
 struct Exported {
     std::wstring classId;
@@ -56,6 +59,8 @@ protected:
 
     // Writes the list of exported packages, which replaces any earlier list. Logs go to the automatic location, and no box asks.
     static void Export(const std::vector<Exported>& packages);
+    // Chooses the unit operation that PRAVIK wraps.
+    static void ChooseUnit(REFCLSID unit);
     // The stored names of the first NumPackages entries.
     static std::vector<std::wstring> StoredNames();
 

@@ -1,6 +1,5 @@
 #include "tests/system/served_packages/simulator.h"
 
-#include <filesystem>
 #include <sstream>
 
 #include "tests/system/harness/text_file.h"
@@ -11,10 +10,7 @@ namespace {
 constexpr DWORD kTimeToRun = 60'000, kTimeToReach = 20'000;
 constexpr DWORD kNotEnded = 0xDEAD;
 
-std::filesystem::path Program(Width width)
-{
-    return (BuildOf(width) / "samples" / "SampleSimulator.exe").make_preferred();
-}
+std::filesystem::path Program(Width width) { return BuiltProgram(width, "samples/SampleSimulator.exe"); }
 
 // Unique among the waiting simulators of this process.
 std::wstring NewEventName()
@@ -25,9 +21,11 @@ std::wstring NewEventName()
 
 }  // namespace
 
-std::filesystem::path BuildOf(Width width)
+std::filesystem::path BuiltProgram(Width width, const char* path)
 {
-    return (width == Width::Bits32) == (kThisEdition.width == 32) ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
+    const bool isOwn = (width == Width::Bits32) == (kThisEdition.width == 32);
+    const std::filesystem::path build = isOwn ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
+    return (build / path).make_preferred();
 }
 
 bool HasSimulator(Width width) { return std::filesystem::exists(Program(width)); }

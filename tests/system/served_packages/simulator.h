@@ -19,8 +19,8 @@ inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Wi
 
 inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
 
-// The build with the programs of that width, which may not exist.
-std::filesystem::path BuildOf(Width width);
+// A program of the build of that width, which may not exist: its path inside the build folder.
+std::filesystem::path BuiltProgram(Width width, const char* path);
 
 bool HasSimulator(Width width);
 inline constexpr char kNoSimulator[] = "the simulator of that width is not built";

@@ -21,9 +21,7 @@ protected:
     {
         ServedPackages::SetUp();
         Export({});
-        RegistryKey key;
-        ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
-        key.WriteBytes(L"PRAVIKUnit", REG_BINARY, &kServedUnit, sizeof kServedUnit);
+        ChooseUnit(kServedUnit);
         file = fs::temp_directory_path() / (L"ZELT unit " + std::to_wstring(GetCurrentProcessId()));
     }
     void TearDown() override
@@ -32,10 +30,7 @@ protected:
         fs::remove(file, ignored);
         ServedPackages::TearDown();
     }
-    static fs::path Client(Width width)
-    {
-        return (BuildOf(width) / "tests" / "system" / "unit_operation" / "unit_client.exe").make_preferred();
-    }
+    static fs::path Client(Width width) { return BuiltProgram(width, "tests/system/unit_operation/unit_client.exe"); }
     SimulatorResult Run(Width width, const wchar_t* what) const
     {
         return RunSimulator(L'"' + Client(width).wstring() + L"\" " + what + L" \"" + file.wstring() + L"\" " +

@@ -1,0 +1,120 @@
+// A CAPE-OPEN 1.0 property package that calculates as the sample's does and has what packages in the field have beyond it: the older
+// interfaces of routines and equilibrium servers, reliability, petroleum fractions. It reaches its material by name alone, and keeps a
+// simulation context only if the context says what it is.
+#pragma once
+
+#include "com/object.h"
+#include "samples/component/component.h"
+#include "samples/field/petro_fractions.h"
+#include "samples/package/property_package10.h"
+
+namespace zelt::sample {
+
+// The package behind the parts, with materials that it reaches by name.
+class FieldModel {
+public:
+    FieldModel();
+    ICapeThermoPropertyPackage& Package() const { return *package.Get(); }
+    ICapeUtilities& Utilities() const { return *utilities.Get(); }
+    // Throws a failure of the package, with its text.
+    void Check(HRESULT result) const { CheckCall(result, package.Get(), L"Ideal solution"); }
+
+    // What several parts offer. Each throws a failure of the package.
+    void CalcProp(IDispatch* material, const VARIANT& props, const VARIANT& phases, BSTR calcType) const;
+    void CalcEquilibrium(IDispatch* material, BSTR flashType, const VARIANT& props) const;
+    void PropCheck(IDispatch* material, const VARIANT& props, VARIANT* valid) const;
+    void ValidityCheck(IDispatch* material, const VARIANT& props, VARIANT* valid) const;
+
+private:
+    Microsoft::WRL::ComPtr<ICapeThermoPropertyPackage> package;
+    Microsoft::WRL::ComPtr<ICapeUtilities> utilities;
+};
+
+class FieldPackagePart final : public CapePart<ICapeThermoPropertyPackage> {
+public:
+    FieldPackagePart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+        : CapePart(object, errors, L"ICapeThermoPropertyPackage"), model(model)
+    {}
+    STDMETHOD(GetPhaseList)(VARIANT* phases) override;
+    STDMETHOD(GetComponentList)(VARIANT* compIds, VARIANT* formulae, VARIANT* name, VARIANT* boilTemps, VARIANT* molwt,
+                                VARIANT* casno) override;
+    STDMETHOD(GetUniversalConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
+    STDMETHOD(GetComponentConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
+    STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
+    STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
+    STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
+    STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
+    STDMETHOD(GetPropList)(VARIANT* props) override;
+
+private:
+    const FieldModel& model;
+};
+
+class RoutinePart final : public CapePart<ICapeThermoCalculationRoutine> {
+public:
+    RoutinePart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+        : CapePart(object, errors, L"ICapeThermoCalculationRoutine"), model(model)
+    {}
+    STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
+    STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
+    STDMETHOD(PropList)(VARIANT* props, VARIANT* phases, VARIANT* calcType) override;
+    STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* relList) override;
+
+private:
+    const FieldModel& model;
+};
+
+class ServerPart final : public CapePart<ICapeThermoEquilibriumServer> {
+public:
+    ServerPart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+        : CapePart(object, errors, L"ICapeThermoEquilibriumServer"), model(model)
+    {}
+    STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
+    STDMETHOD(PropCheck)(IDispatch* materialObject, BSTR flashType, VARIANT props, VARIANT* valid) override;
+    STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* relList) override;
+    STDMETHOD(PropList)(VARIANT* flashType, VARIANT* props, VARIANT* phases, VARIANT* calcType) override;
+
+private:
+    const FieldModel& model;
+};
+
+class FieldUtilitiesPart final : public CapePart<ICapeUtilities> {
+public:
+    FieldUtilitiesPart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+        : CapePart(object, errors, L"ICapeUtilities"), model(model)
+    {}
+    STDMETHOD(get_parameters)(IDispatch** parameters) override;
+    STDMETHOD(put_simulationContext)(IDispatch* context) override;
+    STDMETHOD(Initialize)() override;
+    STDMETHOD(Terminate)() override;
+    STDMETHOD(Edit)() override;
+
+private:
+    const FieldModel& model;
+};
+
+class FieldPackage final : public com::Object {
+protected:
+    IDispatch* ScriptInterface() override { return &package; }
+
+private:
+    // Its members are its base's.
+    struct ReliabilityPart final : com::DualPart<ICapeThermoReliability> {
+        using DualPart::DualPart;
+    };
+
+    FieldModel model;
+    CapeErrors errors{*this, L"ZeltSample.FieldPackage"};
+    FieldPackagePart package{*this, errors, model};
+    RoutinePart routine{*this, errors, model};
+    ServerPart server{*this, errors, model};
+    ReliabilityPart reliability{*this};
+    PetroFractionsPart petroFractions{*this, errors};
+    FieldUtilitiesPart utilities{*this, errors, model};
+    IdentificationPart identification{*this, errors, L"Field package", L"An ideal solution with older interfaces"};
+};
+
+// The context, if it says what it is; null otherwise.
+IDispatch* RecognisedContext(IDispatch* context);
+
+}  // namespace zelt::sample
