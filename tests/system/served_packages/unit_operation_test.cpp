@@ -4,8 +4,10 @@
 
 #include <fstream>
 
+#include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
+#include "tests/unit/support/vendor_device.h"
 
 namespace zelt::test {
 namespace {
@@ -31,7 +33,7 @@ protected:
         ServedPackages::TearDown();
     }
     static fs::path Client(Width width) { return BuiltProgram(width, "tests/system/unit_operation/unit_client.exe"); }
-    SimulatorResult Run(Width width, const wchar_t* what) const
+    static SimulatorResult Run(Width width, const wchar_t* what, const fs::path& file)
     {
         return RunSimulator(L'"' + Client(width).wstring() + L"\" " + what + L" \"" + file.wstring() + L"\" " +
                             kThisEdition[OwnClass::UnitOperation].progId);
@@ -41,7 +43,7 @@ protected:
     // One client's whole run, and the server's log of it.
     void SaveWith(Width width)
     {
-        const SimulatorResult saved = Run(width, L"save");
+        const SimulatorResult saved = Run(width, L"save", file);
         ASSERT_EQ(0u, saved.exitCode) << saved.output;
         EXPECT_TRUE(Contains(saved.output, "tells its class: yes\n")) << saved.output;
         EXPECT_TRUE(Contains(saved.output, "own object back: yes\n")) << saved.output;
@@ -58,7 +60,7 @@ protected:
     }
     void LoadWith(Width width)
     {
-        const SimulatorResult loaded = Run(width, L"load");
+        const SimulatorResult loaded = Run(width, L"load", file);
         ASSERT_EQ(0u, loaded.exitCode) << loaded.output;
         EXPECT_TRUE(Contains(loaded.output, "state: calculated with 42\n")) << loaded.output;
         EXPECT_TRUE(Contains(loaded.output, "valid: yes\n")) << loaded.output;
@@ -96,6 +98,29 @@ TEST_F(ServedUnitOperation, WhatOneWidthSavesTheOtherLoads)
     LoadWith(Width::Bits32);
     SaveWith(Width::Bits32);
     LoadWith(Width::Bits64);
+}
+
+// An interface that only a library of the vendor's describes, between processes that know nothing but that library.
+class VendorInterfaces : public ServedUnitOperation, public testing::WithParamInterface<Width> {};
+
+INSTANTIATE_TEST_SUITE_P(ThroughZelt, VendorInterfaces, testing::ValuesIn(kWidths),
+                         [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
+
+TEST_P(VendorInterfaces, ArePartOfAServedUnit)
+{
+    if (!fs::exists(Client(GetParam()))) GTEST_SKIP() << "the 64-bit client is not built";
+    const fs::path path = fs::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred();
+    // For the server; the client does the same for its own width.
+    const VendorLibrary library(path.c_str());
+    ASSERT_EQ(S_OK, library.Result());
+    const SimulatorResult run = Run(GetParam(), L"vendor", path);
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_TRUE(Contains(run.output,
+                         "base: 0x80004002\n"
+                         "answers: Mix 10.750000, Mode 7, Count 9000000200, described 6.000000, refused; by name "
+                         "Mode 0, Mix 10.750000\n"))
+        << run.output;
+    EXPECT_EQ("", MatchGolden("vendor_unit.zlg", Comparable(OnlyLog(), Addresses::Alike)));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// unit_client save|load <file> <PRAVIK's ProgID>: a simulator with one unit, PRAVIK, which wraps a unit that this process serves itself.
-// Saves the calculated unit to a file, or loads it from one. Prints a line per step; the exit code is 0 if all steps
-// succeeded.
+// unit_client save|load <file> <ProgID>, or unit_client vendor <type library> <ProgID>: a simulator with one unit, the PRAVIK of that
+// ProgID, which wraps a unit that this process serves itself. Saves the calculated unit to a file, or loads it from one, or uses the
+// vendor's interface of a unit that has one. Prints a line per step; the exit code is 0 if all steps succeeded.
 #include <windows.h>
 #include <objbase.h>
 
@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "com/class_factory.h"
+#include "tests/system/unit_operation/runs.h"
 #include "tests/system/unit_operation/unit_server.h"
 
 namespace zelt::test {
-namespace {
 
 using Microsoft::WRL::ComPtr;
 
@@ -44,6 +44,8 @@ ComPtr<IPersistStreamInit> CreatePravik(const wchar_t* progId)
     std::printf("tells its class: %s\n", told == classId ? "yes" : "no");
     return unit;
 }
+
+namespace {
 
 void Calculate(IPersistStreamInit* persistence)
 {
@@ -117,11 +119,16 @@ void Load(const wchar_t* path, const wchar_t* progId)
 
 int Run(const wchar_t* what, const wchar_t* path, const wchar_t* progId)
 {
-    static const com::ClassEntry kClasses[] = {{kServedUnit, com::CreateDefault<ServedUnit>}};
+    const bool isVendors = std::wcscmp(what, L"vendor") == 0;
+    const com::ClassEntry served[] = {{kServedUnit, isVendors ? CreateVendorUnit : com::CreateDefault<ServedUnit>}};
     com::ClassObjects classes(CLSCTX_LOCAL_SERVER);
     const HRESULT result = com::NoThrow([&] {
-        Step("serve", classes.Register(kClasses));
-        std::wcscmp(what, L"save") == 0 ? Save(path, progId) : Load(path, progId);
+        Step("serve", classes.Register(served));
+        if (isVendors) {
+            UseVendorInterface(path, progId);
+        } else {
+            std::wcscmp(what, L"save") == 0 ? Save(path, progId) : Load(path, progId);
+        }
         return S_OK;
     });
     unitState = {};

@@ -71,7 +71,7 @@ struct PersistencePart final : com::Part<IPersistStreamInit> {
     STDMETHOD(InitNew)() override { return S_OK; }
 };
 
-class ServedUnit final : public com::Object {
+class ServedUnit : public com::Object {
 protected:
     IDispatch* ScriptInterface() override { return &unit; }
 

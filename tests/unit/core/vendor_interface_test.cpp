@@ -1,12 +1,12 @@
 // A vendor's interface, which only the library that the registry names for it describes.
-#include <vendor.h>
-
 #include <filesystem>
+#include <optional>
 
 #include "com/dual_interface.h"
 #include "com/text.h"
 #include "log/value_text.h"
 #include "proxy_fixture.h"
+#include "vendor_device.h"
 
 namespace zelt::test {
 namespace {
@@ -15,40 +15,7 @@ class Device final : public com::Object {
 public:
     Device() : device(*this) {}
 
-    struct DevicePart final : com::DualPart<IVendorDevice> {
-        using DualPart::DualPart;
-        STDMETHOD(Mix)(double first, float second, short third, BSTR fourth, double* sum) override
-        {
-            *sum = first + static_cast<double>(second) + third + std::wcstod(fourth, nullptr);
-            return S_OK;
-        }
-        STDMETHOD(get_Mode)(VendorMode* value) override
-        {
-            *value = mode;
-            return S_OK;
-        }
-        STDMETHOD(put_Mode)(VendorMode value) override
-        {
-            mode = value;
-            return S_OK;
-        }
-        STDMETHOD(Describe)(VARIANT value, BSTR* text, SAFEARRAY** values, IUnknown** object) override
-        {
-            if (value.vt != VT_I4) return E_INVALIDARG;
-            SysFreeString(*text);
-            *text = SysAllocString(L"described");
-            *values = SafeArrayCreateVector(VT_R8, 0, 2);
-            static_cast<double*>((*values)->pvData)[1] = value.lVal;
-            *object = nullptr;
-            return S_OK;
-        }
-        STDMETHOD(Count)(unsigned char little, LONGLONG big, unsigned long middle, LONGLONG* total) override
-        {
-            *total = little + big + static_cast<LONGLONG>(middle);
-            return S_OK;
-        }
-        VendorMode mode = VENDOR_OFF;
-    } device;
+    DevicePart device;
 
     IDispatch* ScriptInterface() override { return nullptr; }
 };
@@ -57,22 +24,16 @@ class VendorInterface : public ProxyFixture {
 protected:
     void SetUp() override
     {
-        const auto path = std::filesystem::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred();
-        ComPtr<ITypeLib> library;
-        ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library));
-        ASSERT_EQ(S_OK, RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()), nullptr));
+        library.emplace(std::filesystem::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred().c_str());
+        ASSERT_EQ(S_OK, library->Result());
     }
     void TearDown() override
     {
         com::ReleaseDualInterfaces();
-        constexpr GUID kLibrary = {0x26B9B0DA, 0x28B8, 0x494D, {0xA2, 0x63, 0xCE, 0x1A, 0x1C, 0x4B, 0xD6, 0xDB}};
-        for (const SYSKIND width : {SYS_WIN32, SYS_WIN64}) UnRegisterTypeLib(kLibrary, 2, 1, LOCALE_NEUTRAL, width);
-        // Wine leaves the interfaces' keys.
-        for (const wchar_t* iid :
-             {L"{8E13A3B7-069E-450C-BA06-6EE5E485FFD7}", L"{33BF382B-1AC2-49B1-A8BF-1108EC662D45}"})
-            RegDeleteTreeW(HKEY_CLASSES_ROOT, (std::wstring(L"Interface\\") + iid).c_str());
+        library.reset();
     }
 
+    std::optional<VendorLibrary> library;
     ComPtr<Device> device{new Device};
 };
 
@@ -172,7 +133,7 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
             STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
             STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
         } identification;
-        Device::DevicePart device;
+        DevicePart device;
     };
     const ComPtr<Scriptable> object(new Scriptable);
     const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());

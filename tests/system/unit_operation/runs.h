@@ -1,0 +1,19 @@
+// What the runs of the client share.
+#pragma once
+
+#include <ocidl.h>
+#include <wrl/client.h>
+
+namespace zelt::test {
+
+// Prints the result of a step, and ends the run if it failed.
+void Step(const char* what, HRESULT result);
+bool IsSame(IUnknown* a, IUnknown* b);
+Microsoft::WRL::ComPtr<IPersistStreamInit> CreatePravik();
+
+// Makes a unit that has the vendor's interface, too.
+HRESULT CreateVendorUnit(REFIID iid, void** result);
+// Uses that interface through PRAVIK and without it, by its table and by name. Registers the library for this process's width meanwhile.
+void UseVendorInterface(const wchar_t* library);
+
+}  // namespace zelt::test
