@@ -7,6 +7,7 @@
 #include <map>
 
 #include "com/failure.h"
+#include "com/iid_less.h"
 #include "com/type_info.h"
 
 namespace com {
@@ -264,10 +265,6 @@ std::shared_ptr<const DualInterface> Make(REFIID iid)
     AppendMethods(signatures.Get(), NameOf(signatures.Get(), MEMBERID_NIL), 0, made->methods);
     return made;
 }
-
-struct IidLess {
-    bool operator()(const IID& a, const IID& b) const { return std::memcmp(&a, &b, sizeof(IID)) < 0; }
-};
 
 auto& Known()
 {

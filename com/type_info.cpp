@@ -11,6 +11,8 @@
 
 #include "com/dual_interface.h"
 #include "com/failure.h"
+#include "com/iid_less.h"
+#include "com/registry_text.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -18,10 +20,6 @@ namespace com {
 namespace {
 
 using Microsoft::WRL::ComPtr;
-
-struct IidLess {
-    bool operator()(const IID& a, const IID& b) const { return memcmp(&a, &b, sizeof(IID)) < 0; }
-};
 
 // Viewer threads may ask too, so the cache is locked; a hit costs one uncontended lock.
 struct Cache {
@@ -68,15 +66,6 @@ void LoadLibraries(Cache& cache)
     }
     cache.libraries.swap(libraries);
     cache.interfaces.swap(interfaces);
-}
-
-// A value of a key below HKEY_CLASSES_ROOT; empty when it is missing.
-std::wstring RegistryText(const std::wstring& key, const wchar_t* value)
-{
-    wchar_t text[64];
-    DWORD size = sizeof text;
-    const LSTATUS read = RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), value, RRF_RT_REG_SZ, nullptr, text, &size);
-    return read == ERROR_SUCCESS ? text : L"";
 }
 
 }  // namespace
@@ -147,9 +136,9 @@ HRESULT RegisteredTypeInfo(REFIID iid, ITypeInfo** info)
         StringFromGUID2(iid, braced, static_cast<int>(std::size(braced)));
         const std::wstring key = std::wstring(L"Interface\\") + braced + L"\\TypeLib";
         GUID library;
-        Check(CLSIDFromString(RegistryText(key, nullptr).c_str(), &library));
+        Check(CLSIDFromString(RegistryText(key, nullptr).value_or(L"").c_str(), &library));
         // "1.a": both numbers are hexadecimal.
-        const std::wstring version = RegistryText(key, L"Version");
+        const std::wstring version = RegistryText(key, L"Version").value_or(L"");
         wchar_t* end = nullptr;
         const auto major = static_cast<WORD>(std::wcstoul(version.c_str(), &end, 16));
         const auto minor = static_cast<WORD>(*end == L'.' ? std::wcstoul(end + 1, nullptr, 16) : 0);

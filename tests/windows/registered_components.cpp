@@ -7,6 +7,7 @@
 
 #include "registration/registry_mirror.h"
 #include "system/guid_text.h"
+#include "system/registry_view.h"
 
 namespace zelt::test {
 namespace {
@@ -42,7 +43,8 @@ RegisteredComponents::RegisteredComponents()
 
 RegisteredComponents::~RegisteredComponents()
 {
-    for (const auto& [view, path] : added) DeleteKeyTree(ClassesHive(Scope::Machine, view), path);
+    for (const std::wstring& path : servers) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
+    added.clear();
     RemoveFaulty();
     CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
 }
@@ -50,7 +52,7 @@ RegisteredComponents::~RegisteredComponents()
 void RegisteredComponents::AddServer(REFCLSID classId, const std::wstring& commandLine)
 {
     const std::wstring path = ClassesPath(L"CLSID\\" + GuidText(classId));
-    added.push_back({OwnView(), path});
+    servers.push_back(path);
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Create(ClassesHive(Scope::Machine, OwnView()), path + L"\\LocalServer32"));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"", commandLine));
@@ -64,32 +66,17 @@ void RegisteredComponents::RemoveFaulty()
 void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
                                const wchar_t* description)
 {
-    const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
-    const std::wstring path = ClassesPath(L"CLSID\\" + classId);
-    added.push_back({OwnView(), path});
-    RegistryKey key;
-    ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
-    ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
-    ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
-    if (description) {
-        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Description", description));
-    }
+    added.emplace_back(Scope::Machine, OwnView(), classId, category, name);
+    if (description) added.back().Describe(L"Description", description);
 }
 
 void RegisteredComponents::AddForOtherWidth(const std::wstring& classId, const std::wstring& category,
                                             const std::wstring& name)
 {
-    const std::wstring path = ClassesPath(L"CLSID\\" + classId);
     for (const REGSAM view : RegistryViews()) {
         if (view == OwnView()) continue;
-        const RegistryRoot root = ClassesHive(Scope::Machine, view);
-        added.push_back({view, path});
-        RegistryKey key;
-        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
-        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
-        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
-        ASSERT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\InprocServer32"));
-        ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"", L"C:\\packages\\package.dll"));
+        added.emplace_back(Scope::Machine, view, classId, category, name);
+        added.back().AddLibrary();
     }
 }
 

@@ -4,11 +4,10 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "system/registry.h"
 #include "registration/key_tree.h"
+#include "tests/system/harness/registered_class.h"
 
 namespace zelt::test {
 
@@ -45,7 +44,8 @@ public:
 
 private:
     bool faulty = true;
-    std::vector<std::pair<REGSAM, std::wstring>> added;  // the view and the key
+    std::vector<RegisteredClass> added;
+    std::vector<std::wstring> servers;  // the keys of their classes
 };
 
 }  // namespace zelt::test

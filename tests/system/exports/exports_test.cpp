@@ -11,6 +11,7 @@
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/harness/refused_writes.h"
+#include "tests/system/harness/registered_class.h"
 #include "tests/system/harness/scratch_registry.h"
 
 namespace zelt::test {
@@ -51,38 +52,24 @@ TEST_F(Exports, AreFoundAmongWhatIsInstalled)
     EXPECT_EQ("", brief.messages);
 }
 
-// A class with that category, in a hive of classes; gone at the end of the scope.
-class RegisteredClass {
-public:
-    RegisteredClass(Scope scope, REGSAM view, const wchar_t* identity, const wchar_t* category, const wchar_t* name)
-        : root(ClassesHive(scope, view)), path(ClassesPath(std::wstring(L"CLSID\\") + identity))
-    {
-        RegistryKey key;
-        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\Implemented Categories\\" + category));
-        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
-        EXPECT_EQ(ERROR_SUCCESS, key.WriteString(L"Name", name));
-        EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\InprocServer32"));
-        EXPECT_EQ(ERROR_SUCCESS, key.WriteString(L"", L"C:\\packages\\package.dll"));
-    }
-    ~RegisteredClass() { EXPECT_EQ(ERROR_SUCCESS, DeleteKeyTree(root, path)); }
-    RegisteredClass(const RegisteredClass&) = delete;
-    RegisteredClass& operator=(const RegisteredClass&) = delete;
-
-private:
-    const RegistryRoot root;
-    const std::wstring path;
-};
-
+// One with a library.
+RegisteredClass Register(Scope scope, REGSAM view, const wchar_t* identity, const wchar_t* category,
+                         const wchar_t* name)
+{
+    RegisteredClass made(scope, view, identity, category, name);
+    made.AddLibrary();
+    return made;
+}
 constexpr wchar_t kStandAlone11[] = L"{CF51E384-0110-4ed8-ACB7-B50CFDE6908E}";
 constexpr wchar_t kManager11[] = L"{CF51E383-0110-4ed8-ACB7-B50CFDE6908E}";
 
 TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
-    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000001}",
-                                  kStandAlone11, L"Wide package");
-    const RegisteredClass manager(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000002}",
-                                  kManager11, L"Wide manager");
+    const RegisteredClass package = Register(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000001}",
+                                             kStandAlone11, L"Wide package");
+    const RegisteredClass manager = Register(Scope::Machine, KEY_WOW64_64KEY, L"{7E57EEEE-0000-0000-0000-000000000002}",
+                                             kManager11, L"Wide manager");
     const std::string text = RunZeltctl({"discover"}).data;
     EXPECT_NE(std::string::npos, text.find("  Wide package {7E57EEEE-0000-0000-0000-000000000001}  64-bit\n")) << text;
     EXPECT_NE(std::string::npos, text.find("  Wide manager {7E57EEEE-0000-0000-0000-000000000002}  64-bit\n")) << text;
@@ -118,8 +105,8 @@ TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
 TEST_F(Exports, OfBothWidthsNeedTheWidth)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
-    const RegisteredClass package(Scope::Machine, KEY_WOW64_64KEY, kSamplePackage, kStandAlone11,
-                                  L"Sample property package");
+    const RegisteredClass package =
+        Register(Scope::Machine, KEY_WOW64_64KEY, kSamplePackage, kStandAlone11, L"Sample property package");
     const std::string both = "\"Sample property package\"; say --width 32 or --width 64\n";
     EXPECT_EQ("zeltctl: ZELT and ZELT64 can both export " + both,
               RunZeltctl({"add", "Sample property package"}).messages);
@@ -181,8 +168,8 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
 // Under Wine, the user's classes are the same for both widths.
 TEST_F(Exports, RegisteredForTheUserAreFound)
 {
-    const RegisteredClass package(Scope::User, OwnView(), L"{7E57EEEE-0000-0000-0000-000000000003}", kStandAlone11,
-                                  L"My package");
+    const RegisteredClass package =
+        Register(Scope::User, OwnView(), L"{7E57EEEE-0000-0000-0000-000000000003}", kStandAlone11, L"My package");
     EXPECT_NE(std::string::npos, RunZeltctl({"discover", "--no-packages", "--width", "32"})
                                      .data.find("  My package {7E57EEEE-0000-0000-0000-000000000003}  32-bit\n"));
     EXPECT_EQ("My package  32-bit  PP 1.1  log off  My package {7E57EEEE-0000-0000-0000-000000000003}\n",

@@ -5,6 +5,7 @@
 #include "fault_kinds.h"
 #include "log/error_description.h"
 #include "proxy_classes.h"
+#include "refusing_stream.h"
 
 namespace zelt::test {
 namespace {
@@ -24,23 +25,13 @@ public:
     std::string content;
 
 private:
-    struct Stream final : com::Part<IStream> {
-        explicit Stream(Unseekable& owner) : Part(owner), owner(owner) {}
-        STDMETHOD(Read)(void*, ULONG, ULONG*) override { return E_NOTIMPL; }
+    struct Stream final : RefusingStream {
+        explicit Stream(Unseekable& owner) : RefusingStream(owner), owner(owner) {}
         STDMETHOD(Write)(const void* bytes, ULONG count, ULONG*) override
         {
             owner.content.append(static_cast<const char*>(bytes), count);
             return S_OK;
         }
-        STDMETHOD(Seek)(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) override { return E_NOTIMPL; }
-        STDMETHOD(SetSize)(ULARGE_INTEGER) override { return E_NOTIMPL; }
-        STDMETHOD(CopyTo)(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_NOTIMPL; }
-        STDMETHOD(Commit)(DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Revert)() override { return E_NOTIMPL; }
-        STDMETHOD(LockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(UnlockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Stat)(STATSTG*, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Clone)(IStream**) override { return E_NOTIMPL; }
         Unseekable& owner;
     } stream{*this};
 };

@@ -7,6 +7,7 @@
 
 #include "log/error_description.h"
 #include "fake_unit.h"
+#include "refusing_stream.h"
 #include "unit/stream_transfer.h"
 
 namespace zelt::test {
@@ -45,8 +46,8 @@ private:
         largestRequest = std::max(largestRequest, count);
         if (callsUntilFault >= 0 && callsUntilFault-- == 0) RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
     }
-    struct Stream final : com::Part<IStream> {
-        explicit Stream(TestStream& owner) : Part(owner), owner(owner) {}
+    struct Stream final : RefusingStream {
+        explicit Stream(TestStream& owner) : RefusingStream(owner), owner(owner) {}
         STDMETHOD(Read)(void* bytes, ULONG count, ULONG* read) override
         {
             owner.Enter(count);
@@ -67,15 +68,6 @@ private:
             *written = moved + static_cast<ULONG>(owner.claim);
             return owner.writeResult;
         }
-        STDMETHOD(Seek)(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) override { return E_NOTIMPL; }
-        STDMETHOD(SetSize)(ULARGE_INTEGER) override { return E_NOTIMPL; }
-        STDMETHOD(CopyTo)(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override { return E_NOTIMPL; }
-        STDMETHOD(Commit)(DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Revert)() override { return E_NOTIMPL; }
-        STDMETHOD(LockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(UnlockRegion)(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Stat)(STATSTG*, DWORD) override { return E_NOTIMPL; }
-        STDMETHOD(Clone)(IStream**) override { return E_NOTIMPL; }
         TestStream& owner;
     } stream{*this};
 };

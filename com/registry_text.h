@@ -1,0 +1,22 @@
+// A short text below HKEY_CLASSES_ROOT, as this process's own view shows it.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace com {
+
+// A null value name means the key's default value. Nothing when there is no such text, or when it is longer than names are.
+inline std::optional<std::wstring> RegistryText(const std::wstring& key, const wchar_t* value)
+{
+    wchar_t text[256];
+    DWORD size = sizeof text;
+    if (RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), value, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS) {
+        return {};
+    }
+    return text;
+}
+
+}  // namespace com
