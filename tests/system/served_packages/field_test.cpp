@@ -47,5 +47,18 @@ TEST_P(FieldComponents, OfferThroughZeltWhatTheyOfferWithoutIt)
     EXPECT_EQ("", MatchGolden("field_unit.zlg", LogWith("PRAVIK Logged Unit Operation")));
 }
 
+TEST_P(FieldComponents, OfferTheSameWithoutALogOfThePackage)
+{
+    if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
+    Export({{kFieldPackage, 3, L"", L"Field", false}});
+    ChooseUnit(sample::kFieldUnitClass);
+    const SimulatorResult served = Run(GetParam(), L"everything");
+    EXPECT_EQ(0u, served.exitCode);
+    EXPECT_EQ(Run(Width::Bits32, L"everything in-process").output, served.output);
+    // Unit operations are always logged.
+    ASSERT_EQ(1u, Logs().size());
+    EXPECT_EQ("", MatchGolden("field_unit.zlg", LogWith("PRAVIK Logged Unit Operation")));
+}
+
 }  // namespace
 }  // namespace zelt::test
