@@ -378,7 +378,7 @@ TEST_F(SampleUnitTest, PortsTakeWhatTheyAreForAndGiveItBack)
     const auto inlet = Port(mixer.Get(), L"Inlet 1");
     ComPtr<IDispatch> connected;
     EXPECT_EQ(S_OK, inlet->get_connectedObject(&connected));
-    EXPECT_EQ(Query<IUnknown>(hot.Get()), Query<IUnknown>(connected.Get()));
+    EXPECT_EQ(Query<IUnknown>(hot.Get()).Get(), Query<IUnknown>(connected.Get()).Get());
     const ParameterSet energy({{L"work", L"W", RealSpecification{1, 0, 2, {}}}});
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), inlet->Connect(energy.Collection(L"E").Get()));
     EXPECT_EQ(L"Port \"Inlet 1\" takes a material object with ICapeThermoMaterial", Description(inlet.Get()));
@@ -386,7 +386,7 @@ TEST_F(SampleUnitTest, PortsTakeWhatTheyAreForAndGiveItBack)
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), inlet->Connect(nullptr));
     ComPtr<IDispatch> still;
     EXPECT_EQ(S_OK, inlet->get_connectedObject(&still));
-    EXPECT_EQ(connected, still);
+    EXPECT_EQ(connected.Get(), still.Get());
 
     eCapePortType type{};
     eCapePortDirection direction{};
