@@ -15,7 +15,7 @@ Lint()
     # The headers generated from the type libraries and the compile commands must be there; objects need not.
     Step configure-lint "Configuring for the checks" cmake --preset lint
     Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \
-        idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files
+        idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files idl_vendor_files
     Step tidy "Static checks" Tidy
     printf '%s\n' "${green}Nothing to object to.$plain"
 }
