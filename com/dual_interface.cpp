@@ -187,9 +187,10 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         throw Failure(TYPE_E_UNSUPFORMAT);
     }
     std::vector<BSTR> given(static_cast<std::size_t>(function.cParams) + 1, nullptr);
+    std::vector<std::string> names;
+    names.reserve(given.size());
     UINT found = 0;
     Check(info->GetNames(function.memid, given.data(), static_cast<UINT>(given.size()), &found));
-    std::vector<std::string> names;
     for (BSTR name : given) names.push_back(TakeName(name));
 
     DualMethod method;

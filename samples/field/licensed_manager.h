@@ -1,5 +1,5 @@
 // A package manager that packages need: it takes a licence when it is initialized and gives it back when it is terminated, and its
-// packages calculate only while there is one. Its Edit stands for a dialog; a package's description says how often it was shown, and how
+// packages calculate only while there is one. Its Edit shows nothing; a package's description says how often it was called, and how
 // many licences are taken.
 #pragma once
 
