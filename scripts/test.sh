@@ -2,12 +2,13 @@
 
 # step | Wine prefix | build | which of its tests. Runs of one step go on at the same time. Tests labelled "together" share nothing of
 # the system and run two at a time. The others need the registry, the server and the windows of a prefix for themselves, so they
-# have several prefixes. The run "rest" has the tests without a label of their own, so that no test is left out.
+# have several prefixes. "rest" and "wide" have what no other run has, so that no test is left out.
 testRuns=(
     'together | test     | i686      | -L together --parallel 2'
     'alone    | windows  | i686      | -L windows'
     'alone    | served   | i686      | -L served'
     'alone    | rest     | i686      | -LE together|windows|served'
+    'alone    | wide     | x86_64    | -LE together'
     'last     | test     | x86_64    | -L together --parallel 2'
     'native   | none     | sanitized | --parallel 2'
 )

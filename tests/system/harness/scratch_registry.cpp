@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "system/edition.h"
 #include "system/narrow.h"
 
 namespace zelt::test {
@@ -95,14 +96,17 @@ ScratchKey::~ScratchKey()
     RegDeleteKeyW(HKEY_CURRENT_USER, kTestsKey);
 }
 
-RegistryKey ScratchKey::Settings() const
+RegistryKey ScratchKey::Made(const wchar_t* below) const
 {
-    RegistryKey settings;
-    if (settings.Create(Root(), L"Software\\ZELT") != ERROR_SUCCESS) {
+    RegistryKey made;
+    if (made.Create(Root(), below) != ERROR_SUCCESS) {
         throw std::runtime_error("cannot create the settings below " + Narrow(path));
     }
-    return settings;
+    return made;
 }
+
+RegistryKey ScratchKey::Settings() const { return Made(L"Software\\ZELT"); }
+RegistryKey ScratchKey::Packages() const { return Made(kThisEdition.packagesKey); }
 
 void ScratchKey::MakeInaccessible() { RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()); }
 

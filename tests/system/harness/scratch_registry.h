@@ -22,6 +22,8 @@ public:
 
     // The key of the program's settings below it; made if missing.
     RegistryKey Settings() const;
+    // That of the packages that this edition exports.
+    RegistryKey Packages() const;
 
     // From now on, nothing can be opened or created below it: deletes the key while the handle is still open.
     void MakeInaccessible();
@@ -33,6 +35,8 @@ public:
     void SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size);
 
 private:
+    RegistryKey Made(const wchar_t* below) const;
+
     std::wstring path;
     HKEY key = nullptr;
 };

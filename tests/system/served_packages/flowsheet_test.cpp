@@ -37,7 +37,7 @@ protected:
     }
     static SimulatorResult RunInProcess(const std::wstring& unit, const std::wstring& options)
     {
-        return RunSimulator(SimulatorCommand(Width::Bits32, L"Aromatics",
+        return RunSimulator(SimulatorCommand(kOwnWidth, L"Aromatics",
                                              L"--in-process --flowsheet " + unit + L' ' + options, kSampleManager));
     }
     SimulatorResult Load() const

@@ -60,7 +60,7 @@ TEST_F(LogFiles, OfTwoSimulatorsAtOnceAreApart)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     const std::string direct =
-        Results(RunSimulator(SimulatorCommand(Width::Bits32, L"Aromatics", L"--in-process", kSampleManager)).output);
+        Results(RunSimulator(SimulatorCommand(kOwnWidth, L"Aromatics", L"--in-process", kSampleManager)).output);
     SimulatorInMidCall first(Width::Bits32, L"Aromatics");
     ASSERT_TRUE(first.Reached());
     const DWORD server = ServerId();

@@ -73,7 +73,7 @@ protected:
     }
     std::string InProcess(const std::wstring& options) const
     {
-        return Run(SimulatorCommand(Width::Bits32, L"Aromatics", options + L" --in-process", kind.sample));
+        return Run(SimulatorCommand(kOwnWidth, L"Aromatics", options + L" --in-process", kind.sample));
     }
     static std::string Run(const std::wstring& command)
     {

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "system/narrow.h"
 #include "tests/system/harness/text_file.h"
 
 namespace zelt::test {
@@ -44,6 +45,8 @@ SimulatorResult RunSimulator(const std::wstring& commandLine)
     const DWORD exitCode = RunProcess(commandLine, output.Path(), kTimeToRun).value_or(kNotEnded);
     return {exitCode, output.Text()};
 }
+
+std::string ManagerLine() { return "Manager: " + Narrow(kThisEdition[OwnClass::PropertyPackageManager].name) + '\n'; }
 
 std::string Results(const std::string& output)
 {

@@ -18,6 +18,8 @@ enum class Width { Bits32, Bits64 };
 inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Width::Bits32 ? "32 bit" : "64 bit"); }
 
 inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
+// Of this test, and so of the packages that a simulator can use in process.
+inline constexpr Width kOwnWidth = kThisEdition.width == 32 ? Width::Bits32 : Width::Bits64;
 
 // A program of the build of that width, which may not exist: its path inside the build folder.
 std::filesystem::path BuiltProgram(Width width, const char* path);
@@ -38,6 +40,9 @@ struct SimulatorResult {
 };
 
 SimulatorResult RunSimulator(const std::wstring& commandLine);
+
+// How the output begins when the packages are those of our manager.
+std::string ManagerLine();
 
 // The output without the names of the manager and its packages: the part that must not depend on where a package runs.
 std::string Results(const std::string& output);

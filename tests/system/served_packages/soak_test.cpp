@@ -150,7 +150,7 @@ TEST_F(ServerSoak, ManySimulatorsAtOnceGetTheirResultsAndLeaveNothingBehind)
 {
     const int atOnce = Effort() > 1 ? 6 : 2;
     const std::string expected =
-        Results(RunSimulator(SimulatorCommand(Width::Bits32, L"Alcohols", L"--in-process", kSampleManager)).output);
+        Results(RunSimulator(SimulatorCommand(kOwnWidth, L"Alcohols", L"--in-process", kSampleManager)).output);
     const int rounds = Effort() > 1 ? std::max(2, Effort() / 20) : 1;
     ExpectFlat(1, rounds, [&](int) {
         std::vector<Process> simulators;

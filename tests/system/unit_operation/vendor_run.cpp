@@ -72,11 +72,11 @@ std::string AnswersOf(IUnknown* unit)
 
 HRESULT CreateVendorUnit(REFIID iid, void** result) { return com::Create<VendorUnit>(iid, result); }
 
-void UseVendorInterface(const wchar_t* path)
+void UseVendorInterface(const wchar_t* path, const wchar_t* progId)
 {
     const VendorLibrary library(path);
     Step("library", library.Result());
-    const auto pravik = CreatePravik();
+    const auto pravik = CreatePravik(progId);
     Step("InitNew", pravik->InitNew());
     ComPtr<IVendorBase> base;
     std::printf("base: 0x%08lX\n", static_cast<unsigned long>(pravik.As(&base)));

@@ -28,7 +28,7 @@ std::unique_ptr<ExportedPackage> Package(const std::wstring& name)
 
 void Store(const zelt::test::ScratchKey& scratch, const char* value, const std::wstring& name)
 {
-    scratch.Settings().WriteNarrow(value, REG_MULTI_SZ, Package(name)->Format());
+    scratch.Packages().WriteNarrow(value, REG_MULTI_SZ, Package(name)->Format());
 }
 
 std::vector<std::wstring> Names(const ExportedPackageList& list)
@@ -59,7 +59,7 @@ TEST(ExportedPackageList, IsReadBackAsSaved)
 TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
 {
     const zelt::test::ScratchKey scratch;
-    scratch.Settings().WriteDword(L"NumPackages", 3);
+    scratch.Packages().WriteDword(L"NumPackages", 3);
     Store(scratch, "Package1", L"first");
     Store(scratch, "Package3", L"third");
     ExportedPackageList list(scratch.Root());
@@ -68,7 +68,7 @@ TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
     EXPECT_EQ((std::vector<int>{2}), list.LeftOut());
 
     EXPECT_TRUE(list.Save());
-    const RegistryKey key = scratch.Settings();
+    const RegistryKey key = scratch.Packages();
     EXPECT_EQ(2u, key.ReadDword(L"NumPackages"));
     EXPECT_EQ(Package(L"first")->Format(), key.ReadNarrow("Package1", REG_MULTI_SZ));
     EXPECT_EQ(Package(L"third")->Format(), key.ReadNarrow("Package2", REG_MULTI_SZ));
@@ -80,7 +80,7 @@ TEST(ExportedPackageList, SkipsAMissingEntryAndRenumbersOnSaving)
 TEST(ExportedPackageList, SkipsBadEntries)
 {
     const zelt::test::ScratchKey scratch;
-    RegistryKey key = scratch.Settings();
+    RegistryKey key = scratch.Packages();
     key.WriteDword(L"NumPackages", 5);
     Store(scratch, "Package1", L"good");
     key.WriteString(L"Package2", L"a plain string");
@@ -99,7 +99,7 @@ TEST(ExportedPackageList, SkipsBadEntries)
 TEST(ExportedPackageList, ReadsNamesInLettersOfAnyCase)
 {
     const zelt::test::ScratchKey scratch;
-    scratch.Settings().WriteDword(L"NumPackages", 2);
+    scratch.Packages().WriteDword(L"NumPackages", 2);
     Store(scratch, "package1", L"one");
     Store(scratch, "PACKAGE2", L"two");
     ExportedPackageList list(scratch.Root());
@@ -110,7 +110,7 @@ TEST(ExportedPackageList, ReadsNamesInLettersOfAnyCase)
 TEST(ExportedPackageList, ReadsNoFurtherThanItsCount)
 {
     const zelt::test::ScratchKey scratch;
-    scratch.Settings().WriteDword(L"NumPackages", 1);
+    scratch.Packages().WriteDword(L"NumPackages", 1);
     Store(scratch, "Package0", L"not numbered from 1");
     Store(scratch, "Package1", L"one");
     Store(scratch, "Package2", L"stale");
@@ -124,7 +124,7 @@ TEST(ExportedPackageList, IsEmptyWithoutAGoodCount)
     const auto loadedCount = [](auto&& storeCount) {
         const zelt::test::ScratchKey scratch;
         Store(scratch, "Package1", L"one");
-        RegistryKey key = scratch.Settings();
+        RegistryKey key = scratch.Packages();
         storeCount(key);
         ExportedPackageList list(scratch.Root());
         list.Append(Package(L"old"));
@@ -146,7 +146,7 @@ TEST(ExportedPackageList, ReadsLongEntries)
     for (const std::size_t length : {100u, 140u, 150u, 199u, 200u, 5000u}) {
         const zelt::test::ScratchKey scratch;
         const std::wstring name(length, L'n');
-        scratch.Settings().WriteDword(L"NumPackages", 3);
+        scratch.Packages().WriteDword(L"NumPackages", 3);
         Store(scratch, "Package1", L"short");
         Store(scratch, "Package2", name);
         Store(scratch, "Package3", L"short again");
@@ -159,7 +159,7 @@ TEST(ExportedPackageList, ReadsLongEntries)
 TEST(ExportedPackageList, TakesNothingFromTheEntryBefore)
 {
     const zelt::test::ScratchKey scratch;
-    RegistryKey key = scratch.Settings();
+    RegistryKey key = scratch.Packages();
     key.WriteDword(L"NumPackages", 2);
     Store(scratch, "Package1", std::wstring(300, L'x'));
     // A value without its terminators: the missing strings are empty, not those of the longer value before it.
@@ -178,7 +178,7 @@ TEST(ExportedPackageList, SavesAnEmptyListAsZero)
 {
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(ExportedPackageList(scratch.Root()).Save());
-    const RegistryKey key = scratch.Settings();
+    const RegistryKey key = scratch.Packages();
     EXPECT_EQ(0u, key.ReadDword(L"NumPackages"));
     EXPECT_EQ(std::vector<std::wstring>{L"NumPackages"}, key.ValueNames());
 }
@@ -227,7 +227,7 @@ TEST(ExportedPackageList, SaysWhatCannotBeStored)
         EXPECT_STREQ(L"ZELT", saved.Failure().caption);
         EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
         // The values that the registry accepts are stored.
-        const RegistryKey key = scratch.Settings();
+        const RegistryKey key = scratch.Packages();
         for (const wchar_t* value : {L"NumPackages", L"Package1", L"Package2", L"Package3"}) {
             EXPECT_EQ(!row.refused.empty() && !row.refused.contains(value), key.ReadValue(value).has_value());
         }

@@ -105,7 +105,7 @@ void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool is
         const DWORD number = dice.Once(4) ? dice.Any() : dice.Below(12);
         text.assign(reinterpret_cast<const char*>(&number), sizeof number);
     }
-    RegistryKey key = scratch.Settings();
+    RegistryKey key = scratch.Packages();
     if (type == REG_MULTI_SZ && !dice.Once(2)) {
         const std::wstring narrow(name);
         key.WriteNarrow(std::string(narrow.begin(), narrow.end()).c_str(), type, text);

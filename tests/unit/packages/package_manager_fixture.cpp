@@ -21,6 +21,13 @@ HRESULT GetWith(IUnknown* manager, BSTR name, IDispatch** package)
 
 }  // namespace
 
+// What the names of ZELT64's managers end in.
+#ifdef _WIN64
+#define ZELT_WIDTH L" (64-bit packages)"
+#else
+#define ZELT_WIDTH L""
+#endif
+
 const std::array<ManagerUnderTest, 3> kManagers = {{
     {"ThermoSystem", CreateThermoSystem, __uuidof(ICapeThermoSystem),
      ListWith<ICapeThermoSystem, &ICapeThermoSystem::GetPropertyPackages>,
@@ -30,7 +37,7 @@ const std::array<ManagerUnderTest, 3> kManagers = {{
      L"Failed to create thermo system: ", L"thermo system failed to initialize: ",
      L"Failed to create stand-alone property package: ", L"NULL pointer is returned for property package",
      L"\r\nRemove from list of exported property packages?", "CAPE-OPEN version 1.0 Physical Property Package",
-     L"ZELT Thermo System (CAPE-OPEN 1.0)", L"Zeltora: Thermo System"},
+     L"ZELT Thermo System (CAPE-OPEN 1.0)" ZELT_WIDTH, L"Zeltora: Thermo System"},
     {"PropertyPackageManager", CreatePropertyPackageManager, __uuidof(ICapeThermoPropertyPackageManager),
      ListWith<ICapeThermoPropertyPackageManager, &ICapeThermoPropertyPackageManager::GetPropertyPackageList>,
      GetWith<ICapeThermoPropertyPackageManager, &ICapeThermoPropertyPackageManager::GetPropertyPackage>,
@@ -39,7 +46,7 @@ const std::array<ManagerUnderTest, 3> kManagers = {{
      L"Failed to create property package manager: ", L"property package manager failed to initialize: ",
      L"Failed to create stand-alone property package: ", L"NULL pointer is returned for property package",
      L"\r\nRemove from list of exported property packages?", "CAPE-OPEN version 1.1 Physical Property Package",
-     L"ZELT Property Package Manager (CAPE-OPEN 1.1)", L"Zeltora: Property Package Manager"},
+     L"ZELT Property Package Manager (CAPE-OPEN 1.1)" ZELT_WIDTH, L"Zeltora: Property Package Manager"},
     {"ReactionPackageManager", CreateReactionPackageManager, __uuidof(ICapeReactionsPackageManager),
      ListWith<ICapeReactionsPackageManager, &ICapeReactionsPackageManager::GetListOfReactionsPackages>,
      GetWith<ICapeReactionsPackageManager, &ICapeReactionsPackageManager::ResolveReactionsPackage>,
@@ -48,7 +55,7 @@ const std::array<ManagerUnderTest, 3> kManagers = {{
      L"Failed to create reaction package manager: ", L"reaction package manager failed to initialize: ",
      L"Failed to create stand-alone reacion package: ", L"NULL pointer is returned for reaction package",
      L"\r\nRemove from list of exported packages?", "CAPE-OPEN version 1.0 Reaction Package",
-     L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)", L"Zeltora: Reacion Package Manager"},
+     L"ZELT Reaction Package Manager (CAPE-OPEN 1.0)" ZELT_WIDTH, L"Zeltora: Reacion Package Manager"},
 }};
 
 void PlaceLogsAt(const std::wstring& path)

@@ -59,7 +59,7 @@ protected:
         if (loaded.empty()) return {L"<no package>", L""};
         return {loaded[0].sourceName, loaded[0].exportedName};
     }
-    bool Has(const wchar_t* value) { return scratch.Settings().ReadValue(value).has_value(); }
+    bool Has(const wchar_t* value) { return scratch.Packages().ReadValue(value).has_value(); }
 
     ScratchKey scratch;
 };
@@ -85,7 +85,7 @@ TEST_F(RealNames, AreNotInTheEntry)
 {
     const ExportedPackage package = Package(L"source", kMixed);
     Save({package});
-    EXPECT_EQ(package.Format(), scratch.Settings().ReadNarrow("Package1", REG_MULTI_SZ));
+    EXPECT_EQ(package.Format(), scratch.Packages().ReadNarrow("Package1", REG_MULTI_SZ));
     ExportedPackage known;  // to a program that reads the entries only
     ASSERT_TRUE(known.Parse(package.Format()));
     EXPECT_EQ(std::wstring::npos, known.exportedName.find(L'\x6C34'));
@@ -111,7 +111,7 @@ TEST_F(RealNames, StayWithThePackageWhoseLogOthersSwitch)
     Save({Package(kMixed, kPlocker)});
     ExportedPackage entry = Package(kMixed, kPlocker);
     entry.loggingEnabled = false;
-    ASSERT_EQ(ERROR_SUCCESS, scratch.Settings().WriteNarrow("Package1", REG_MULTI_SZ, entry.Format()));
+    ASSERT_EQ(ERROR_SUCCESS, scratch.Packages().WriteNarrow("Package1", REG_MULTI_SZ, entry.Format()));
     EXPECT_TRUE(Loaded() == std::vector{entry});
 }
 
@@ -126,7 +126,7 @@ TEST_F(RealNames, AreNotGivenToAnotherEntry)
     };
     for (const std::string& other : others) {
         Save({Package(kMixed, kMixed)});
-        ASSERT_EQ(ERROR_SUCCESS, scratch.Settings().WriteNarrow("Package1", REG_MULTI_SZ, other));
+        ASSERT_EQ(ERROR_SUCCESS, scratch.Packages().WriteNarrow("Package1", REG_MULTI_SZ, other));
         ExportedPackage expected;
         ASSERT_TRUE(expected.Parse(other));
         EXPECT_TRUE(Loaded() == std::vector{expected}) << other;
@@ -136,20 +136,20 @@ TEST_F(RealNames, AreNotGivenToAnotherEntry)
 TEST_F(RealNames, FromAValueThatIsDamagedAreNotTaken)
 {
     Save({Package(kMixed, kMixed)});
-    const RegistryValue whole = *scratch.Settings().ReadValue(L"PackageNames1");
+    const RegistryValue whole = *scratch.Packages().ReadValue(L"PackageNames1");
     ExportedPackage narrowed;
     ASSERT_TRUE(narrowed.Parse(Package(kMixed, kMixed).Format()));
     // The system may add terminators that the value lacks.
     const std::size_t allButTerminators = whole.data.size() - 2 * sizeof(wchar_t);
     const std::size_t withOneTerminator = whole.data.size() - sizeof(wchar_t);
     for (std::size_t size = 0; size <= whole.data.size(); ++size) {
-        RegistryKey key = scratch.Settings();
+        RegistryKey key = scratch.Packages();
         ASSERT_EQ(ERROR_SUCCESS, key.WriteBytes(L"PackageNames1", REG_MULTI_SZ, whole.data.data(), size));
         const std::wstring name = FirstNames().second;
         const bool mayBeReal = size >= allButTerminators, mustBeReal = size >= withOneTerminator;
         EXPECT_TRUE((mayBeReal && name == kMixed) || (!mustBeReal && name == narrowed.exportedName)) << size;
     }
-    RegistryKey key = scratch.Settings();
+    RegistryKey key = scratch.Packages();
     ASSERT_EQ(ERROR_SUCCESS, key.WriteBytes(L"PackageNames1", REG_BINARY, whole.data.data(), whole.data.size()));
     EXPECT_EQ(narrowed.exportedName, FirstNames().second);
 }
@@ -162,7 +162,7 @@ TEST_F(RealNames, EndAtTheirFirstNulLikeThoseOfTheEntry)
 
 TEST_F(RealNames, FromAStoreWithoutThemAreThoseOfTheEntry)
 {
-    RegistryKey key = scratch.Settings();
+    RegistryKey key = scratch.Packages();
     ASSERT_EQ(ERROR_SUCCESS, key.WriteDword(L"NumPackages", 1));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteNarrow("Package1", REG_MULTI_SZ, Package(L"s", L"e").Format()));
     EXPECT_EQ((std::pair<std::wstring, std::wstring>(L"s", L"e")), FirstNames());

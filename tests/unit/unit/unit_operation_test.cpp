@@ -5,6 +5,7 @@
 #include "log/error_description.h"
 #include "core/interface_name.h"
 #include "log/log_location.h"
+#include "system/guid_text.h"
 #include "system/narrow.h"
 #include "fake_unit.h"
 #include "tests/system/harness/scratch_registry.h"
@@ -161,7 +162,7 @@ TEST_F(UnitOperationTest, ItDoesNotWrapItsOwnClass)
     options.pravikUnit = kUnitOperationClass;
     RecordedMessages messages;
     EXPECT_EQ(E_FAIL, persistence->InitNew());
-    EXPECT_EQ(UnitFunc("IPersistStreamInit::InitNew", Automatically("{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}") +
+    EXPECT_EQ(UnitFunc("IPersistStreamInit::InitNew", Automatically(Narrow(GuidText(kUnitOperationClass))) +
                                                           NotCreated("CLASS_E_CLASSNOTAVAILABLE") + Failed()),
               News());
     ExpectBox(messages, L"CLASS_E_CLASSNOTAVAILABLE", L"Unit Operation");
