@@ -5,12 +5,27 @@
 #include <libxml/tree.h>
 #include <libxml/xmlreader.h>
 
+#include "log_reader/resume_point.h"
+
 namespace zelt {
+
+// The lines of the log that belong to the parser's, which begin with one for each open element where it does not read the log
+// from its beginning.
+class LineMap {
+public:
+    explicit LineMap(const ResumePoint& start);
+    int LineOf(int parsed) const;
+
+private:
+    std::vector<int> first;  // for the lines of the beginning
+    int added = 0;           // to the others
+};
 
 // Marks the elements of the reader's document while it lives.
 class ElementLines {
 public:
-    explicit ElementLines(xmlTextReaderPtr reader);
+    // The map must outlive it.
+    ElementLines(xmlTextReaderPtr reader, const LineMap& map);
     ~ElementLines();
     ElementLines(const ElementLines&) = delete;
     ElementLines& operator=(const ElementLines&) = delete;

@@ -42,6 +42,9 @@ public:
     virtual bool Continue() { return true; }
     // Lines of events are counted on demand, because counting takes a tenth of the reading time.
     virtual bool WantsLines() const { return false; }
+    // Asked before each argument. False leaves out its events and those of its values, but not of messages inside, which are then
+    // deeper than what was delivered before.
+    virtual bool WantsArguments() const { return true; }
 };
 
 }  // namespace zelt

@@ -12,6 +12,8 @@ public:
     virtual ~LogInput() = default;
     // Returns the number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
     virtual int Read(char* out, int length) = 0;
+    // Whether it waits for a log that grows, and inserts a comment first: see below.
+    virtual bool Waits() const { return false; }
 };
 
 enum class LogReadResult {

@@ -1,7 +1,7 @@
 # Guided fuzzing of the code that reads logs. Sourced by ./dev.
 
 # How many inputs each program gets: the commands take ten times as long for one.
-declare -A fuzzRuns=([log_reader]=1000000 [log_commands]=100000)
+declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000)
 
 # Fuzz [name...] [-- options]: the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are libFuzzer's.
 # Inputs that it considers worth keeping stay in build/fuzz/inputs, and an input that fails is named at the end.

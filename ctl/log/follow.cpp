@@ -46,6 +46,8 @@ public:
         }
     }
 
+    bool Waits() const override { return true; }
+
     // Whether the end of the file has been reached once.
     bool CaughtUp() const { return caughtUp; }
 

@@ -10,7 +10,56 @@ constexpr const char* kPieces[] = {
     "<![CDATA[", "</func>",  "<func>", "<error/>", "<?",   "/>",     "<!DOCTYPE a [", "xmlns:a=\"b\" ",
     "a:b",       "\xC3\xA9", "\xFF",   "=",        "''"};
 
+// The beginning of a line; the log's end counts as one.
+std::size_t SomeLine(const std::string& log, std::mt19937& random)
+{
+    const std::size_t end = log.find('\n', random() % log.size());
+    return end == std::string::npos ? log.size() : end + 1;
+}
+
+struct Span {
+    std::size_t at, length;
+};
+
+Span SomeLines(const std::string& log, std::mt19937& random)
+{
+    const std::size_t from = SomeLine(log, random);
+    const std::size_t end = log.find('\n', from + random() % 2000);
+    return {from, end == std::string::npos ? std::string::npos : end + 1 - from};
+}
+
+// What is between two neighbouring quotes, which may be markup.
+Span SomeText(const std::string& log, std::mt19937& random)
+{
+    const std::size_t from = log.find('"', random() % log.size());
+    const std::size_t end = from == std::string::npos ? from : log.find('"', from + 1);
+    return end == std::string::npos ? Span{0, 0} : Span{from + 1, end - from - 1};
+}
+
 }  // namespace
+
+void Rearrange(std::string& log, std::mt19937& random)
+{
+    for (int change = 1 + static_cast<int>(random() % 8); change > 0 && !log.empty(); --change) {
+        // In separate statements, so that every compiler draws the same numbers.
+        const unsigned kind = static_cast<unsigned>(random() % 8);
+        if (kind == 0) {
+            const Span lines = SomeLines(log, random);
+            log.erase(lines.at, lines.length);
+        } else if (kind < 4) {
+            const Span lines = SomeLines(log, random);
+            const std::size_t to = random() % 2 ? lines.at : SomeLine(log, random);
+            log.insert(to, log.substr(lines.at, lines.length));
+        } else if (kind < 7) {
+            const Span from = SomeText(log, random);
+            const std::string text = log.substr(from.at, from.length);
+            const Span to = SomeText(log, random);
+            log.replace(to.at, to.length, text);
+        } else {
+            log.resize(SomeLine(log, random));
+        }
+    }
+}
 
 void Mutate(std::string& log, std::mt19937& random)
 {

@@ -81,7 +81,9 @@ int Main(const std::vector<std::string>& words)
     std::mt19937 random(20240229);
     for (long run = 0; run < runs; ++run) {
         std::string input = seeds[random() % seeds.size()];
-        Mutate(input, random);
+        const bool isRearranged = random() % 2;
+        if (isRearranged) Rearrange(input, random);
+        if (!isRearranged || random() % 2) Mutate(input, random);
         Try(input);
     }
     std::printf("%zu seeds, %ld inputs made of them\n", seeds.size(), runs);

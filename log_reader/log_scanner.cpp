@@ -1,0 +1,381 @@
+#include "log_reader/log_scanner.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
+#include "log_reader/log_markup.h"
+
+namespace zelt {
+namespace {
+
+// The parser goes no deeper than 255 elements and has an opinion about more.
+constexpr std::size_t kDeepest = 200;
+
+// The first bytes of a line, which show what it is.
+using Word = std::uint64_t;
+
+template <std::size_t Size>
+constexpr Word WordOf(const char (&text)[Size])
+{
+    static_assert(Size == sizeof(Word) + 1);
+    std::array<char, sizeof(Word)> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = text[i];
+    return std::bit_cast<Word>(bytes);
+}
+
+Word WordAt(const char* at)
+{
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// The place behind a literal text, null when something else is there.
+template <std::size_t Size>
+const char* After(const char* at, const char (&text)[Size])
+{
+    static_assert(Size - 1 <= kSlack);
+    return std::memcmp(at, text, Size - 1) == 0 ? at + (Size - 1) : nullptr;
+}
+
+struct Entity {
+    char character;
+    std::size_t length;
+};
+
+// The entity that begins at an ampersand; its length is 0 when the log has no such entity.
+Entity EntityAt(const char* at)
+{
+    switch (at[1]) {
+        case 'q': return {'"', After(at, "&quot;") ? 6u : 0u};
+        case 'l': return {'<', After(at, "&lt;") ? 4u : 0u};
+        case 'g': return {'>', After(at, "&gt;") ? 4u : 0u};
+        case 'a':
+            if (After(at, "&amp;")) return {'&', 5};
+            return {'\'', After(at, "&apos;") ? 6u : 0u};
+        default: return {0, 0};
+    }
+}
+
+// The quote where the text that begins here ends; null when ZELT would not have written it.
+template <class Bytes>
+const char* ReadText(const char* from, RawText& text)
+{
+    text = {from, from, false};
+    while (true) {
+        text.end = Bytes::EndOfPlainText(text.end);
+        if (*text.end == '"') return text.end;
+        const std::size_t length = *text.end == '&' ? EntityAt(text.end).length : 0;
+        if (length == 0) return nullptr;
+        text.end += length;
+        text.hasEntities = true;
+    }
+}
+
+// The text, decoded into `room` if it has to be.
+std::string_view Decoded(const RawText& text, std::string& room)
+{
+    if (!text.hasEntities) return {text.begin, text.end};
+    room.clear();
+    for (const char* at = text.begin; at != text.end;) {
+        const auto* ampersand = static_cast<const char*>(std::memchr(at, '&', static_cast<std::size_t>(text.end - at)));
+        room.append(at, ampersand ? ampersand : text.end);
+        if (!ampersand) break;
+        const Entity entity = EntityAt(ampersand);
+        room += entity.character;
+        at = ampersand + entity.length;
+    }
+    return room;
+}
+
+}  // namespace
+
+template <class Bytes>
+LogScanner<Bytes>::LogScanner(LogInput& input, LogSink& sink, const ScanSizes& sizes)
+    : input(input), sink(sink), sizes(sizes), wantsLines(sink.WantsLines()), buffer(2 * sizes.block + kSlack)
+{
+    open.reserve(kDeepest);
+}
+
+template <class Bytes>
+std::optional<LogReadResult> LogScanner<Bytes>::Scan()
+{
+    while (ReadMore()) {
+        const Step step = ScanRead();
+        if (step == Step::Cancelled) return LogReadResult::Cancelled;
+        if (step == Step::Unknown) return {};
+    }
+    if (last == 0 && stage == Stage::Over && position == filled) return LogReadResult::Complete;
+    return {};
+}
+
+// The lines that are complete.
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
+{
+    const std::size_t end = LineAround(filled);
+    if (end > position) {
+        AdvanceResume();
+        if (!hasNext) {
+            const Step step = ScanTo(end - position > sizes.lead ? LineAround(end - sizes.lead) : position);
+            if (step != Step::Done) return step;
+            RememberNext();
+        }
+        const Step step = ScanTo(end);
+        if (step != Step::Done) return step;
+    }
+    // An input that waits for more inserts a comment, behind the end of a line and without one of its own.
+    return After(At(position), "<!") ? Step::Unknown : Step::Done;
+}
+
+template <class Bytes>
+ResumePoint LogScanner<Bytes>::Resume() const
+{
+    return {discarded + static_cast<std::int64_t>(resume.position), resume.line, resume.open, done - resume.done, open};
+}
+
+// False when the input gives no more, or no line of a log is that long.
+template <class Bytes>
+bool LogScanner<Bytes>::ReadMore()
+{
+    if (buffer.size() - kSlack - filled < sizes.block) MakeRoom();
+    if (buffer.size() - kSlack - filled < sizes.block) return false;
+    const int count = input.Read(buffer.data() + filled, static_cast<int>(sizes.block));
+    if (count <= 0) {
+        last = count;
+        return false;
+    }
+    filled += static_cast<std::size_t>(count);
+    std::memset(buffer.data() + filled, 0, kSlack);
+    return true;
+}
+
+// Removes what neither an event nor the parser needs any more.
+template <class Bytes>
+void LogScanner<Bytes>::MakeRoom()
+{
+    if (isPending && !open.back().isLeftOut) {
+        // Its texts may be in the part that moves.
+        if (pending.name.data() != nameRoom.data()) pending.name = nameRoom.assign(pending.name);
+        if (pending.text.data() != textRoom.data()) pending.text = textRoom.assign(pending.text);
+    }
+    AdvanceResume();
+    const std::size_t unneeded = resume.position;
+    std::memmove(buffer.data(), At(unneeded), filled - unneeded);
+    for (std::size_t* place : {&filled, &position, &pendingPosition, &resume.position, &next.position}) {
+        *place -= std::min(*place, unneeded);
+    }
+    discarded += static_cast<std::int64_t>(unneeded);
+    const std::size_t needed = filled + sizes.block + kSlack;
+    if (needed > buffer.size() && needed <= sizes.longest) buffer.resize(std::max(needed, 2 * buffer.size()));
+}
+
+// The beginning of the line that ends at `before` or goes on there; not before the next line to scan.
+template <class Bytes>
+std::size_t LogScanner<Bytes>::LineAround(std::size_t before) const
+{
+    while (before > position && *At(before - 1) != '\n') --before;
+    return before;
+}
+
+template <class Bytes>
+void LogScanner<Bytes>::AdvanceResume()
+{
+    if (!hasNext || position - next.position < sizes.lead) return;
+    std::swap(resume, next);
+    hasNext = false;
+}
+
+template <class Bytes>
+void LogScanner<Bytes>::RememberNext()
+{
+    if (stage != Stage::Content) return;
+    next.position = isPending ? pendingPosition : position;
+    next.line = isPending ? line - 1 : line;
+    next.done = done;
+    next.open.assign(open.begin(), open.end() - (isPending ? 1 : 0));
+    hasNext = true;
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanTo(std::size_t end)
+{
+    while (position < end) {
+        const Step step = ScanLine();
+        if (step != Step::Done) return step;
+    }
+    return Step::Done;
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanLine()
+{
+    const char* const at = Bytes::EndOfBlanks(At(position));
+    if (stage != Stage::Content) return Header(at);
+    const char* from;
+    switch (WordAt(at)) {
+        case WordOf("<argval "): return (from = After(at, "<argval value=\"")) ? Value(from) : Step::Unknown;
+        case WordOf("<arg nam"):
+            from = After(at, "<arg name=\"");
+            return from && IsInside(EventKind::Call) ? BeginNamed(EventKind::Argument, from) : Step::Unknown;
+        case WordOf("</arg>\r\n"): return End(EventKind::Argument, at + sizeof(Word));
+        case WordOf("<func na"):
+            from = After(at, "<func name=\"");
+            return from && (open.empty() || IsInside(EventKind::Call)) ? BeginNamed(EventKind::Call, from)
+                                                                       : Step::Unknown;
+        case WordOf("</func>\r"): return End(EventKind::Call, After(at, "</func>\r\n"));
+        case WordOf("</argval"): return End(EventKind::Value, After(at, "</argval>\r\n"));
+        case WordOf("<info va"): return Message(EventKind::Info, After(at, "<info value=\""));
+        case WordOf("<warning"): return Message(EventKind::Warning, After(at, "<warning value=\""));
+        case WordOf("<error v"): return Message(EventKind::Error, After(at, "<error value=\""));
+        case WordOf("</zeltlo"):
+            from = After(at, "</zeltlogdocument>\r\n");
+            if (!from || !open.empty()) return Step::Unknown;
+            stage = Stage::Over;
+            PassLine(from);
+            return Step::Done;
+        default: return Step::Unknown;
+    }
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::Header(const char* at)
+{
+    const char* end = nullptr;
+    if (stage == Stage::Declaration) {
+        end = After(At(position), "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n");
+        stage = Stage::Root;
+    } else if (stage == Stage::Root) {
+        end = After(at, "<zeltlogdocument>\r\n");
+        stage = Stage::Content;
+    }
+    if (!end) return Step::Unknown;
+    PassLine(end);
+    return Step::Done;
+}
+
+// A call or an argument, from its name on.
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::BeginNamed(EventKind kind, const char* from)
+{
+    RawText name, text;
+    const char* at = ReadText<Bytes>(from, name);
+    if (!at || !(at = After(at, "\" direc=\""))) return Step::Unknown;
+    const bool inward = *at == 'i';
+    const bool isCall = kind == EventKind::Call;
+    if (inward) {
+        at = isCall ? After(at, "in\" object=\"") : After(at, "in\" type=\"");
+    } else {
+        at = isCall ? After(at, "out\" object=\"") : After(at, "out\" type=\"");
+    }
+    if (!at || !(at = ReadText<Bytes>(at, text)) || !(at = After(at, "\">\r\n")) || open.size() == kDeepest) {
+        return Step::Unknown;
+    }
+    SendPending(true);
+    const bool isLeftOut = !isCall && !sink.WantsArguments();
+    if (!isLeftOut) {
+        pending = {kind,
+                   inward,
+                   false,
+                   static_cast<int>(open.size()),
+                   wantsLines ? line : 0,
+                   Decoded(name, nameRoom),
+                   Decoded(text, textRoom)};
+    }
+    Open(kind, isLeftOut, at);
+    return Step::Done;
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::Value(const char* from)
+{
+    if (!IsInside(EventKind::Argument) && !IsInside(EventKind::Value)) return Step::Unknown;
+    RawText text;
+    const char* const at = ReadText<Bytes>(from, text);
+    if (!at) return Step::Unknown;
+    const bool isLeftOut = open.back().isLeftOut;
+    if (const char* end = After(at, "\"/>\r\n")) return Empty(EventKind::Value, text, isLeftOut, end);
+    const char* const end = After(at, "\">\r\n");
+    if (!end || open.size() == kDeepest) return Step::Unknown;
+    SendPending(true);
+    if (!isLeftOut) {
+        pending = {EventKind::Value,       false, false, static_cast<int>(open.size()), wantsLines ? line : 0, {},
+                   Decoded(text, textRoom)};
+    }
+    Open(EventKind::Value, isLeftOut, end);
+    return Step::Done;
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::Message(EventKind kind, const char* from)
+{
+    RawText text;
+    const char* at = from ? ReadText<Bytes>(from, text) : nullptr;
+    if (!at || !(at = After(at, "\"/>\r\n"))) return Step::Unknown;
+    return Empty(kind, text, false, at);
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::Empty(EventKind kind, const RawText& text, bool isLeftOut,
+                                                          const char* end)
+{
+    SendPending(true);
+    done += 2;
+    const int depth = static_cast<int>(open.size());
+    const int thisLine = wantsLines ? line : 0;
+    PassLine(end);
+    if (isLeftOut) return Step::Done;
+    sink.Begin({kind, false, false, depth, thisLine, {}, Decoded(text, textRoom), true});
+    sink.End(kind, depth);
+    return sink.Continue() ? Step::Done : Step::Cancelled;
+}
+
+template <class Bytes>
+typename LogScanner<Bytes>::Step LogScanner<Bytes>::End(EventKind kind, const char* end)
+{
+    if (!end || !IsInside(kind)) return Step::Unknown;
+    SendPending(false);
+    ++done;
+    const bool isLeftOut = open.back().isLeftOut;
+    open.pop_back();
+    PassLine(end);
+    if (isLeftOut) return Step::Done;
+    sink.End(kind, static_cast<int>(open.size()));
+    return sink.Continue() ? Step::Done : Step::Cancelled;
+}
+
+template <class Bytes>
+void LogScanner<Bytes>::Open(EventKind kind, bool isLeftOut, const char* end)
+{
+    open.push_back({kind, isLeftOut, line});
+    isPending = true;
+    pendingPosition = position;
+    PassLine(end);
+}
+
+template <class Bytes>
+void LogScanner<Bytes>::SendPending(bool hasChildren)
+{
+    if (!isPending) return;
+    isPending = false;
+    ++done;
+    if (open.back().isLeftOut) return;
+    pending.hasChildren = hasChildren;
+    sink.Begin(pending);
+}
+
+template <class Bytes>
+void LogScanner<Bytes>::PassLine(const char* end)
+{
+    position = static_cast<std::size_t>(end - buffer.data());
+    ++line;
+}
+
+template class LogScanner<PlainBytes>;
+#ifdef __SSE2__
+template class LogScanner<VectorBytes>;
+#endif
+
+}  // namespace zelt

@@ -1,0 +1,27 @@
+// Where the parser takes over from the scanner: a place in the log some lines before the one that the scanner does not understand.
+// The elements that are open there stand in for all that came before, so the parser need not read that again.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "log_reader/log_event.h"
+
+namespace zelt {
+
+struct OpenElement {
+    EventKind kind;  // Call, Argument or Value
+    bool isLeftOut;  // its events are not delivered
+    int line;
+};
+
+struct ResumePoint {
+    std::int64_t offset = 0;        // of the beginning of a line, in the file; 0 for its beginning
+    int line = 1;                   // of that line
+    std::vector<OpenElement> open;  // the elements around it, from the outermost; without the root
+    // How many beginnings and ends of elements behind it the scanner has dealt with, and which elements are open there.
+    std::int64_t done = 0;
+    std::vector<OpenElement> openThen;
+};
+
+}  // namespace zelt

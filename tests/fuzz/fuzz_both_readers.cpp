@@ -1,0 +1,63 @@
+// The scanner makes no difference: with and without it a log gives the same events, lines and messages, whatever its bytes are,
+// wherever the pieces end in which it is read, and whatever the sink leaves out.
+#include "both_readers.h"
+
+#include <cstdint>
+#include <functional>
+
+#include "memory_input.h"
+
+namespace zelt::test {
+namespace {
+
+// Small pieces, so that a short log has many, and the ordinary ones.
+constexpr ScanSizes kSizes[] = {{1024, 0, 1 << 20}, {1024, 300, 4096}, {2048, 1500, 8192}, {}};
+
+// A log as ZELT writes it, up to somewhere inside of calls.
+std::string Beginning(std::uint64_t hash)
+{
+    std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
+    for (std::size_t call = hash % 16; call > 0; --call) {
+        log +=
+            "<func name=\"ICapeThermoMaterial::GetOverallProp\" direc=\"out\" object=\"Feed &amp; more\">\r\n"
+            " <arg name=\"results\" direc=\"out\" type=\"VT_ARRAY|VT_R8\">\r\n";
+        for (std::size_t value = call * 7 % 5; value > 0; --value) log += "  <argval value=\"353.2\"/>\r\n";
+        log += " </arg>\r\n";
+        if (call % 5 != hash / 16 % 5) log += "</func>\r\n";
+    }
+    return log;
+}
+
+void CheckEqual(const Recording& expected, const Recording& seen)
+{
+    CHECK(seen.result == expected.result);
+    CHECK(seen.events == expected.events);
+    CHECK(seen.errors == expected.errors);
+    CHECK(seen.leftOpen == expected.leftOpen);
+}
+
+void TestReaders(std::string_view bytes, std::uint64_t hash)
+{
+    const ScanSizes& sizes = kSizes[hash % std::size(kSizes)];
+    Wishes wishes;
+    wishes.lines = hash >> 8 & 3;
+    wishes.leftOut = hash >> 10 & 1 ? hash >> 12 & 7 : 0;
+    wishes.stopAt = (hash >> 16 & 7) == 0 ? 1 + (hash >> 20) % 50 : 0;
+    const Recording expected = RecordByParser(bytes, sizes.block, wishes);
+    CheckEqual(expected, Record<FastBytes>(bytes, sizes, wishes));
+    if ((hash >> 24 & 7) == 0) CheckEqual(expected, Record<PlainBytes>(bytes, sizes, wishes));
+}
+
+}  // namespace
+
+void Test(std::string_view bytes)
+{
+    const std::uint64_t hash = std::hash<std::string_view>()(bytes);
+    TestReaders(bytes, hash);
+    // What is wrong with it behind what ZELT wrote: with its root, and without.
+    const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
+    const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
+    TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);
+}
+
+}  // namespace zelt::test
