@@ -59,25 +59,29 @@ Entity EntityAt(const char* at)
     }
 }
 
-// The quote where the text that begins here ends; null when ZELT would not have written it.
+// Goes on behind an ampersand.
 template <class Bytes>
-const char* ReadText(const char* from, RawText& text)
+const char* ReadEntities(RawText& text)
 {
-    text = {from, from, false};
+    text.hasEntities = true;
     while (true) {
-        text.end = Bytes::EndOfPlainText(text.end);
-        if (*text.end == '"') return text.end;
         const std::size_t length = *text.end == '&' ? EntityAt(text.end).length : 0;
         if (length == 0) return nullptr;
-        text.end += length;
-        text.hasEntities = true;
+        text.end = Bytes::EndOfPlainText(text.end + length);
+        if (*text.end == '"') return text.end;
     }
 }
 
-// The text, decoded into `room` if it has to be.
-std::string_view Decoded(const RawText& text, std::string& room)
+// The quote where the text that begins here ends; null when ZELT would not have written it.
+template <class Bytes>
+inline const char* ReadText(const char* from, RawText& text)
 {
-    if (!text.hasEntities) return {text.begin, text.end};
+    text = {from, Bytes::EndOfPlainText(from), false};
+    return *text.end == '"' ? text.end : ReadEntities<Bytes>(text);
+}
+
+std::string_view DecodeInto(std::string& room, const RawText& text)
+{
     room.clear();
     for (const char* at = text.begin; at != text.end;) {
         const auto* ampersand = static_cast<const char*>(std::memchr(at, '&', static_cast<std::size_t>(text.end - at)));
@@ -88,6 +92,11 @@ std::string_view Decoded(const RawText& text, std::string& room)
         at = ampersand + entity.length;
     }
     return room;
+}
+
+inline std::string_view Decoded(const RawText& text, std::string& room)
+{
+    return text.hasEntities ? DecodeInto(room, text) : std::string_view(text.begin, text.end);
 }
 
 }  // namespace
