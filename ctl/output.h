@@ -32,6 +32,8 @@ public:
     }
     Output& operator<<(long long number);
     Output& operator<<(int number) { return *this << static_cast<long long>(number); }
+    // With blanks before it, so that numbers stand in columns.
+    Output& Number(long long number, std::size_t width);
     Output& Fill(std::size_t count, char c = ' ')
     {
         buffer.append(count, c);

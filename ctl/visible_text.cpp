@@ -1,6 +1,8 @@
 #include "ctl/visible_text.h"
 
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <iterator>
 
 namespace zelt::ctl {
@@ -10,8 +12,27 @@ bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 
 bool IsPlain(char c) { return c >= 0x20 && c < 0x7F; }
 
+// How much of the text from `start` on is plain, except for some of its last bytes: nearly all text is, and a word takes as long as
+// a byte.
+std::size_t PlainWords(std::string_view text, std::size_t start)
+{
+    constexpr std::uint64_t kOnes = 0x0101010101010101, kHighBits = 0x80 * kOnes;
+    std::size_t at = start;
+    for (std::uint64_t word; at + sizeof word <= text.size(); at += sizeof word) {
+        std::memcpy(&word, text.data() + at, sizeof word);
+        // A byte below 0x20 borrows, 0x7F becomes 0x80, and bytes from 0x80 on have their high bit already.
+        const std::uint64_t found = ((word - 0x20 * kOnes) | (word + kOnes) | word) & kHighBits;
+        if (!found) continue;
+        // The first one found is one; what borrowed or carried comes behind it.
+        if constexpr (std::endian::native == std::endian::little)
+            at += static_cast<std::size_t>(std::countr_zero(found)) / 8;
+        break;
+    }
+    return at - start;
+}
+
 // Line ends and tabs, which may occur in any text.
-bool IsLayout(std::string_view rest) { return rest[0] == '\n' || rest[0] == '\t' || rest.substr(0, 2) == "\r\n"; }
+bool IsLayout(char c) { return c == '\n' || c == '\t'; }
 
 void AppendCode(std::string& out, const Character& character)
 {
@@ -45,19 +66,25 @@ bool IsHidden(std::uint32_t code)
 void AppendVisible(std::string& out, std::string_view text)
 {
     std::size_t done = 0;
-    for (std::size_t i = 0; i < text.size();) {
+    for (std::size_t i = PlainWords(text, 0); i < text.size();) {
         if (IsPlain(text[i])) {
             ++i;
             continue;
         }
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            i += 2;
+            i += PlainWords(text, i);
+            continue;
+        }
         const std::string_view rest = text.substr(i);
         const Character character = FirstCharacter(rest);
-        if (IsHidden(character.code) && !IsLayout(rest)) {
+        if (IsHidden(character.code) && !IsLayout(rest[0])) {
             out += text.substr(done, i - done);
             AppendCode(out, character);
             done = i + character.length;
         }
-        i += rest.starts_with("\r\n") ? 2 : character.length;
+        i += character.length;
+        i += PlainWords(text, i);
     }
     out += text.substr(done);
 }

@@ -52,6 +52,8 @@ public:
     {
         if (kind == EventKind::Call) open.pop_back();
     }
+    // An argument parts what the callee said from the failure.
+    bool WantsArguments() const override { return !detail.empty(); }
 
     int Finish()
     {

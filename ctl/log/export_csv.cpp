@@ -31,8 +31,38 @@ bool IsNumber(std::string_view text)
 
 bool IsFormula(std::string_view text)
 {
-    return !IsNumber(text) && std::any_of(std::begin(kFormulaStarts), std::end(kFormulaStarts),
-                                          [&](std::string_view start) { return text.starts_with(start); });
+    // Nearly all cells begin with a letter, a digit or a quote.
+    if (text.empty() || (text[0] >= 'A' && text[0] <= 'z') || (text[0] >= '0' && text[0] <= '9') || text[0] == '"')
+        return false;
+    return std::any_of(std::begin(kFormulaStarts), std::end(kFormulaStarts),
+                       [&](std::string_view start) { return text.starts_with(start); }) &&
+           !IsNumber(text);
+}
+
+void AppendNumber(std::string& out, long long number)
+{
+    char text[24];
+    out.append(text, std::to_chars(text, std::end(text), number).ptr);
+}
+
+void AppendField(std::string& out, std::string_view text)
+{
+    const bool isFormula = IsFormula(text);
+    const bool isSpecial =
+        std::any_of(text.begin(), text.end(), [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; });
+    out += ',';
+    if (!isSpecial) {
+        if (isFormula) out += '\'';
+        out += text;
+        return;
+    }
+    out += '"';
+    if (isFormula) out += '\'';
+    for (const char c : text) {
+        if (c == '"') out += c;
+        out += c;
+    }
+    out += '"';
 }
 
 class CsvWriter final : public LogSink {
@@ -56,7 +86,7 @@ public:
     void End(EventKind kind, int) override
     {
         if (kind == EventKind::Call) {
-            open.pop_back();
+            --depth;
         } else if (kind == EventKind::Argument) {
             // An empty argument gets a row too.
             if (index == 0) WriteRow(argumentLine, "value", {}, true);
@@ -65,25 +95,36 @@ public:
     }
 
 private:
+    // The cells of a call and of an argument are the same in each of their rows, so they are put together once.
     struct OpenCall {
-        long long number, caller;
-        std::string interfaceName, method, object;
-        bool inward;
+        long long number;
+        std::string cells;
     };
 
     void BeginCall(const LogEvent& event)
     {
-        const long long caller = open.empty() ? 0 : open.back().number;
-        open.push_back({++calls, caller, std::string(event.Interface()), std::string(event.Method()),
-                        std::string(event.text), event.inward});
+        if (depth == open.size()) open.emplace_back();
+        OpenCall& call = open[depth];
+        call.number = ++calls;
+        call.cells.clear();
+        call.cells += ',';
+        AppendNumber(call.cells, call.number);
+        call.cells += ',';
+        if (depth > 0) AppendNumber(call.cells, open[depth - 1].number);
+        call.cells += event.inward ? ",in" : ",out";
+        AppendField(call.cells, event.Interface());
+        AppendField(call.cells, event.Method());
+        AppendField(call.cells, event.text);
+        ++depth;
         WriteRow(event.line, "call", {}, false);
     }
     void BeginArgument(const LogEvent& event)
     {
         inArgument = true;
-        argument = event.name;
-        type = event.text;
-        inwardArgument = event.inward;
+        argument.clear();
+        AppendField(argument, event.name);
+        argument += event.inward ? ",in" : ",out";
+        AppendField(argument, event.text);
         argumentLine = event.line;
         index = 0;
     }
@@ -93,55 +134,28 @@ private:
         WriteRow(event.line, kind, event.text, counted);
     }
 
-    void Field(std::string_view text)
-    {
-        out << ',';
-        const std::string_view guard = IsFormula(text) ? "'" : "";
-        const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; };
-        if (std::none_of(text.begin(), text.end(), isSpecial)) {
-            out << guard << text;
-            return;
-        }
-        out << '"' << guard;
-        for (std::size_t quote = text.find('"'); quote != std::string_view::npos; quote = text.find('"')) {
-            out << text.substr(0, quote + 1) << '"';
-            text.remove_prefix(quote + 1);
-        }
-        out << text << '"';
-    }
     void WriteRow(int line, std::string_view kind, std::string_view text, bool counted)
     {
-        out << line << ',' << kind;
-        if (open.empty()) {
-            out << ",,,,,,";
-        } else {
-            const OpenCall& call = open.back();
-            out << ',' << call.number << ',';
-            if (call.caller) out << call.caller;
-            out << (call.inward ? ",in" : ",out");
-            Field(call.interfaceName);
-            Field(call.method);
-            Field(call.object);
-        }
-        if (inArgument && kind != "call") {
-            Field(argument);
-            out << (inwardArgument ? ",in" : ",out");
-            Field(type);
-        } else {
-            out << ",,,";
-        }
-        out << ',';
-        if (counted && index) out << index;
-        Field(text);
-        out << "\r\n";
+        row.clear();
+        AppendNumber(row, line);
+        row += ',';
+        row += kind;
+        row += depth == 0 ? std::string_view(",,,,,,") : open[depth - 1].cells;
+        row += inArgument && kind != "call" ? std::string_view(argument) : ",,,";
+        row += ',';
+        if (counted && index) AppendNumber(row, index);
+        AppendField(row, text);
+        row += "\r\n";
+        out << row;
     }
 
     Output& out;
-    std::vector<OpenCall> open;
+    std::vector<OpenCall> open;  // the first `depth` of them; the others keep their memory
+    std::size_t depth = 0;
     long long calls = 0, index = 0;
-    bool inArgument = false, inwardArgument = false;
+    bool inArgument = false;
     int argumentLine = 0;
-    std::string argument, type;
+    std::string argument, row;
 };
 
 }  // namespace

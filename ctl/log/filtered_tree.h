@@ -29,6 +29,7 @@ public:
         if (Shown()) tree.End(kind, depth);
         if (kind == EventKind::Call) open.pop_back();
     }
+    bool WantsArguments() const override { return Shown() && tree.WantsArguments(); }
 
 private:
     // What is outside of calls is shown with the whole log.

@@ -80,6 +80,7 @@ public:
         tree.Begin(event);
     }
     void End(EventKind kind, int depth) override { tree.End(kind, depth); }
+    bool WantsArguments() const override { return tree.WantsArguments(); }
 
 private:
     FilteredTree& tree;

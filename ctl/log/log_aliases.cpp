@@ -122,6 +122,8 @@ bool IsWord(std::string_view text)
 // What the log writes for something that is neither text nor number.
 bool IsMark(std::string_view value)
 {
+    // Most values are texts in quotes or numbers.
+    if (!value.empty() && (value[0] == '"' || (value[0] >= '0' && value[0] <= '9'))) return false;
     constexpr std::string_view kMarks[] = {"",
                                            "|",
                                            "NULL",
@@ -190,9 +192,14 @@ std::uint64_t LogAliases::Hash(std::string_view text) const { return SipHash(key
 
 std::string LogAliases::Text(std::string_view text) const
 {
-    std::string alias = "redacted-";
+    constexpr std::string_view kStart = "redacted-";
+    constexpr int kDigits = 10;
+    std::string alias(kStart);
+    alias.resize(kStart.size() + kDigits);
     const std::uint64_t hash = Hash(text);
-    for (int shift = 60; shift > 20; shift -= 4) alias += "0123456789abcdef"[hash >> shift & 15];
+    for (int digit = 0; digit < kDigits; ++digit) {
+        alias[kStart.size() + static_cast<std::size_t>(digit)] = "0123456789abcdef"[hash >> (60 - 4 * digit) & 15];
+    }
     return alias;
 }
 
@@ -231,9 +238,8 @@ std::string LogAliases::Value(std::string_view value, std::string_view type) con
                                kAddress = "\" (address ";
     if (IsMark(value)) return std::string(value);
     if (value.starts_with(kPointer)) return std::string(kPointer) + Address(value.substr(kPointer.size()));
-    const std::size_t address = value.rfind(kAddress);
-    if (value.starts_with(kObject) && address != std::string_view::npos && address >= kObject.size() &&
-        value.ends_with(')')) {
+    const std::size_t address = value.starts_with(kObject) ? value.rfind(kAddress) : std::string_view::npos;
+    if (address != std::string_view::npos && address >= kObject.size() && value.ends_with(')')) {
         const std::string_view name = value.substr(kObject.size(), address - kObject.size());
         const std::string_view digits =
             value.substr(address + kAddress.size(), value.size() - address - kAddress.size() - 1);

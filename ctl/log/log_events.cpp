@@ -25,6 +25,7 @@ public:
         sink.ParseError(line);
     }
     bool WantsLines() const override { return true; }
+    bool WantsArguments() const override { return sink.WantsArguments(); }
 
     bool Any() const { return any; }
     int FirstError() const { return firstError; }

@@ -1,6 +1,7 @@
 // log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off at the
 // same place.
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -12,27 +13,45 @@
 namespace zelt::ctl {
 namespace {
 
-void AppendEscaped(Output& out, std::string_view text)
+struct ByteSet {
+    std::array<bool, 256> has = {};
+    bool operator[](unsigned char byte) const { return has[byte]; }
+};
+
+constexpr ByteSet kIsMarkup = [] {
+    ByteSet set;
+    for (unsigned byte = 0; byte < set.has.size(); ++byte) set.has[byte] = MarkupEntity(static_cast<char>(byte));
+    return set;
+}();
+
+// What the names consist of that the log gives to interfaces, methods, arguments and types, besides angle brackets.
+constexpr ByteSet kIsInPlainNames = [] {
+    ByteSet set;
+    for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:().|")) {
+        set.has[static_cast<unsigned char>(c)] = true;
+    }
+    return set;
+}();
+
+void AppendEscaped(std::string& out, std::string_view text)
 {
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const char* const entity = MarkupEntity(text[i]);
-        if (!entity) continue;
-        out << text.substr(done, i - done) << entity;
+        if (!kIsMarkup[static_cast<unsigned char>(text[i])]) continue;
+        out.append(text, done, i - done).append(MarkupEntity(text[i]));
         done = i + 1;
     }
-    out << text.substr(done);
+    out.append(text, done);
 }
 
 // The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
 // others.
-void AppendStandardName(Output& out, std::string_view name, const LogAliases& aliases)
+void AppendStandardName(std::string& out, std::string_view name, const LogAliases& aliases)
 {
-    const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-               std::string_view("_:().|<>").find(c) != std::string_view::npos;
-    });
-    if (plain) {
+    const auto isPlain = [](char c) { return kIsInPlainNames[static_cast<unsigned char>(c)]; };
+    if (std::all_of(name.begin(), name.end(), isPlain)) {
+        out += name;
+    } else if (std::all_of(name.begin(), name.end(), [&](char c) { return isPlain(c) || c == '<' || c == '>'; })) {
         AppendEscaped(out, name);
     } else {
         AppendEscaped(out, aliases.Text(name));
@@ -48,30 +67,30 @@ public:
 
     void Begin(const LogEvent& event) override
     {
-        WriteEnds(ends.size());
-        out.Fill(static_cast<std::size_t>(event.depth));
+        AppendEnds(ends.size());
+        lines.append(static_cast<std::size_t>(event.depth), ' ');
         switch (event.kind) {
-            case EventKind::Call:
-                out << "<func name=\"";
-                AppendStandardName(out, event.name, aliases);
-                out << "\" direc=\"" << (event.inward ? "in" : "out") << "\" object=\"";
-                AppendEscaped(out, aliases.Name(event.text));
-                out << "\">\r\n";
-                break;
+            case EventKind::Call: AppendNamed("<func name=\"", event, "object=\""); break;
             case EventKind::Argument:
                 type = event.text;
-                out << "<arg name=\"";
-                AppendStandardName(out, event.name, aliases);
-                out << "\" direc=\"" << (event.inward ? "in" : "out") << "\" type=\"";
-                AppendStandardName(out, event.text, aliases);
-                out << "\">\r\n";
+                AppendNamed("<arg name=\"", event, "type=\"");
                 break;
-            case EventKind::Value: WriteLine("argval", aliases.Value(event.text, type), event.hasChildren); break;
-            case EventKind::Info: WriteLine("info", RedactMessage(event, aliases), event.hasChildren); break;
-            case EventKind::Warning: WriteLine("warning", RedactMessage(event, aliases), event.hasChildren); break;
-            case EventKind::Error: WriteLine("error", RedactMessage(event, aliases), event.hasChildren); break;
-            case EventKind::Other: WriteLine("other", aliases.Text(event.text), event.hasChildren); break;
+            case EventKind::Value:
+                AppendElement("<argval value=\"", aliases.Value(event.text, type), event.hasChildren);
+                break;
+            case EventKind::Info:
+                AppendElement("<info value=\"", RedactMessage(event, aliases), event.hasChildren);
+                break;
+            case EventKind::Warning:
+                AppendElement("<warning value=\"", RedactMessage(event, aliases), event.hasChildren);
+                break;
+            case EventKind::Error:
+                AppendElement("<error value=\"", RedactMessage(event, aliases), event.hasChildren);
+                break;
+            case EventKind::Other: AppendElement("<other value=\"", aliases.Text(event.text), event.hasChildren); break;
         }
+        out << lines;
+        lines.clear();
         parents.push_back(event.hasChildren);
     }
     void End(EventKind kind, int depth) override
@@ -86,13 +105,14 @@ public:
     void Finish(bool complete)
     {
         if (complete) {
-            WriteEnds(ends.size());
-            out << "</zeltlogdocument>\r\n";
+            AppendEnds(ends.size());
+            lines += "</zeltlogdocument>\r\n";
         } else {
             // What is left open includes the root, which has no end here.
             const std::size_t open = leftOpen ? leftOpen - 1 : 0;
-            WriteEnds(ends.size() - std::min(open, ends.size()));
+            AppendEnds(ends.size() - std::min(open, ends.size()));
         }
+        out << lines;
     }
 
 private:
@@ -114,23 +134,40 @@ private:
         }
         return parent ? "other" : nullptr;
     }
-    void WriteLine(const char* element, const std::string& value, bool parent)
+    void AppendNamed(std::string_view opening, const LogEvent& event, std::string_view other)
     {
-        out << '<' << element << " value=\"";
-        AppendEscaped(out, value);
-        out << (parent ? "\">\r\n" : "\"/>\r\n");
+        lines += opening;
+        AppendStandardName(lines, event.name, aliases);
+        lines += event.inward ? "\" direc=\"in\" " : "\" direc=\"out\" ";
+        lines += other;
+        if (event.kind == EventKind::Call) {
+            AppendEscaped(lines, aliases.Name(event.text));
+        } else {
+            AppendStandardName(lines, event.text, aliases);
+        }
+        lines += "\">\r\n";
     }
-    void WriteEnds(std::size_t count)
+    void AppendElement(std::string_view opening, const std::string& value, bool parent)
+    {
+        lines += opening;
+        AppendEscaped(lines, value);
+        lines += parent ? "\">\r\n" : "\"/>\r\n";
+    }
+    void AppendEnds(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
             if (!ends[i].name) continue;
-            out.Fill(static_cast<std::size_t>(ends[i].depth)) << "</" << ends[i].name << ">\r\n";
+            lines.append(static_cast<std::size_t>(ends[i].depth), ' ');
+            lines += "</";
+            lines += ends[i].name;
+            lines += ">\r\n";
         }
         ends.clear();
     }
 
     const LogAliases aliases;
     Output& out;
+    std::string lines;  // the next ones, put together; their memory is used again
     std::string type;
     std::vector<bool> parents;
     std::vector<PendingEnd> ends;

@@ -53,6 +53,7 @@ public:
         matches[open.back().number] = Matches(open.back().result, wanted);
         open.pop_back();
     }
+    bool WantsArguments() const override { return false; }
 
     std::vector<bool> matches;
 

@@ -61,6 +61,7 @@ public:
         }
         open.pop_back();
     }
+    bool WantsArguments() const override { return false; }
 
     Counts total;
     Table methods, objects;

@@ -1,7 +1,5 @@
 #include "ctl/log/tree_text.h"
 
-#include <cstdio>
-
 #include "ctl/log/call_results.h"
 
 namespace zelt::ctl {
@@ -9,10 +7,7 @@ namespace zelt::ctl {
 void TreeText::BeginLine(const LogEvent& event)
 {
     EndLine();
-    char number[16];
-    std::snprintf(number, sizeof number, "%8d  ", event.line);
-    out << number;
-    out.Fill(static_cast<std::size_t>(event.depth) * 2);
+    out.Number(event.line, 8).Fill(2 + static_cast<std::size_t>(event.depth) * 2);
 }
 
 void TreeText::EndLine()

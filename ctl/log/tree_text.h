@@ -17,6 +17,8 @@ public:
     // Behind the last event: values outside of an argument leave their line open for more.
     void Finish() { EndLine(); }
 
+    bool WantsArguments() const { return !onlyCalls; }
+
     // What begins while it is silent is not shown.
     void SetSilent(bool now) { silent = now; }
 

@@ -12,17 +12,44 @@ bool IsCodeCharacter(char c)
 
 // The literals of a pattern, one more than its holes, and the kinds of the holes.
 struct Pieces {
-    std::array<std::string_view, kMostHoles + 1> literals;
-    std::array<char, kMostHoles> holes;
+    std::array<std::string_view, kMostHoles + 1> literals = {};
+    std::array<char, kMostHoles> holes = {};
     std::size_t count = 0;  // of holes
 
-    explicit Pieces(std::string_view pattern)
+    constexpr Pieces() = default;
+    constexpr explicit Pieces(std::string_view pattern)
     {
         sentences::Walk(
             pattern, [&](std::string_view literal) { literals[count] = literal; },
             [&](char kind, std::size_t) { holes[count++] = kind; });
     }
 };
+
+constexpr std::size_t kRows = std::size(kSentences);
+
+constexpr std::array<Pieces, kRows> kPieces = [] {
+    std::array<Pieces, kRows> all;
+    for (std::size_t row = 0; row < kRows; ++row) all[row] = Pieces(kSentences[row].text);
+    return all;
+}();
+
+// The rows of an element are together.
+constexpr std::size_t FirstRow(Severity severity)
+{
+    std::size_t row = 0;
+    while (row < kRows && kSentences[row].severity < severity) ++row;
+    return row;
+}
+constexpr std::size_t kFirstRows[] = {FirstRow(Severity::Info), FirstRow(Severity::Warning), FirstRow(Severity::Error),
+                                      kRows};
+constexpr bool AreTogether()
+{
+    for (std::size_t row = 1; row < kRows; ++row) {
+        if (kSentences[row].severity < kSentences[row - 1].severity) return false;
+    }
+    return true;
+}
+static_assert(AreTogether());
 
 bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string_view, kMostHoles>& found)
 {
@@ -73,13 +100,14 @@ std::string SentenceText(Sentence sentence, HoleTexts holes)
 
 std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after)
 {
+    const auto element = static_cast<std::size_t>(severity);
     const std::size_t first = after ? static_cast<std::size_t>(*after) + 1 : 0;
-    for (const SentenceRow& row : std::span(kSentences).subspan(first)) {
-        if (row.severity != severity) continue;
+    for (std::size_t row = std::max(first, kFirstRows[element]); row < kFirstRows[element + 1]; ++row) {
         // Most texts differ from most rows in the first character.
-        if (row.text.front() != '%' && (text.empty() || text.front() != row.text.front())) continue;
-        FoundSentence found = {row.sentence, {}};
-        if (Matches(Pieces(row.text), text, found.holes)) return found;
+        const char start = kSentences[row].text.front();
+        if (start != '%' && (text.empty() || text.front() != start)) continue;
+        FoundSentence found = {kSentences[row].sentence, {}};
+        if (Matches(kPieces[row], text, found.holes)) return found;
     }
     return {};
 }

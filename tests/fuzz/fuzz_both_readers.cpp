@@ -2,6 +2,7 @@
 // wherever the pieces end in which it is read, and whatever the sink leaves out.
 #include "both_readers.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 
@@ -32,7 +33,10 @@ void CheckEqual(const Recording& expected, const Recording& seen)
 {
     CHECK(seen.result == expected.result);
     CHECK(seen.events == expected.events);
-    CHECK(seen.errors == expected.errors);
+    // The parser looks ahead, so it may have met an error behind the event that made the sink stop.
+    const bool mayLack = seen.result == LogReadResult::Cancelled && seen.errors.size() < expected.errors.size();
+    CHECK(mayLack ? std::equal(seen.errors.begin(), seen.errors.end(), expected.errors.begin())
+                  : seen.errors == expected.errors);
     CHECK(seen.leftOpen == expected.leftOpen);
 }
 
