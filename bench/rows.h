@@ -2,8 +2,7 @@
 // medians, and the ratio of each pair's times as median and spread. Times are wall-clock times.
 #pragma once
 
-#include <windows.h>
-
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,17 +11,10 @@ namespace zelt::bench {
 
 class Stopwatch {
 public:
-    Stopwatch() { QueryPerformanceCounter(&start); }
-    double Seconds() const
-    {
-        LARGE_INTEGER now, frequency;
-        QueryPerformanceCounter(&now);
-        QueryPerformanceFrequency(&frequency);
-        return static_cast<double>(now.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
-    }
+    double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); }
 
 private:
-    LARGE_INTEGER start;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
 struct Comparison {

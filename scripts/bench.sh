@@ -1,10 +1,13 @@
 # Benchmarks, each next to its floor. Sourced by ./dev.
 
+# The programs that measure this system's build; the others measure the product, under Wine.
+nativeBenches=(logs)
+
 # Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; each gets the options.
 # "remote64" is bench_remote for ZELT64.
 Bench()
 {
-    local wanted=() options=() name program
+    local wanted=() options=() name program underWine=()
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
         wanted+=("$1")
         shift
@@ -13,10 +16,20 @@ Bench()
     LockTree
     InstallPackages build
     FetchLibxml2
+    local all=0
+    [ ${#wanted[@]} -gt 0 ] || { all=1 && wanted=("${nativeBenches[@]}"); }
+    for name in "${wanted[@]}"; do
+        case " ${nativeBenches[*]} " in
+            *" $name "*) BenchNatively "$name" "${options[@]}" ;;
+            *) underWine+=("$name") ;;
+        esac
+    done
+    [ "$all" -eq 1 ] || [ ${#underWine[@]} -gt 0 ] || return 0
+    wanted=("${underWine[@]}")
     BuildRelease SamplePackage benches
     BuildPreset release64 zelt SamplePackage bench_remote
     local folder=build/release/bench
-    if [ ${#wanted[@]} -eq 0 ]; then
+    if [ "$all" -eq 1 ]; then
         for program in "$folder"/bench_*.exe; do
             name=${program##*/bench_}
             wanted+=("${name%.exe}")
@@ -42,6 +55,16 @@ Bench()
         wait "$shown" 2>/dev/null || true
         [ "$status" -eq 0 ] || Fail "The benchmark $name failed (exit code $status)."
     done
+}
+
+# BenchNatively <name> [option...]
+BenchNatively()
+{
+    local name=$1
+    shift
+    BuildPreset native zeltctl "bench_$name"
+    timeout 1800 "build/native/bench/bench_$name" "$@" | tee "$logFolder/bench-$name.log" ||
+        Fail "The benchmark $name failed, or missed a goal."
 }
 
 # A package of the sample's manager, exported without logging.

@@ -1,9 +1,7 @@
 #include "bench/viewer/written_log.h"
 
-#include <windows.h>
-
 #include <cctype>
-#include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -55,38 +53,41 @@ std::string FirstPage()
 
 WrittenLog::WrittenLog(long long bytes, bool blanks)
 {
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    static int number = 0;
-    path = folder + (L"bench " + std::to_wstring(GetCurrentProcessId()) + L" " + std::to_wstring(++number) + L".zlg");
+    const std::filesystem::path place =
+        std::filesystem::temp_directory_path() / ("bench " + std::to_string(std::random_device()()) + ".zlg");
+    path = place.wstring();
     Parts parts = GoldenLog();
     if (blanks) parts.entries = FirstPage() + std::string(static_cast<std::size_t>(bytes), ' ');
-    std::FILE* file = _wfopen(path.c_str(), L"wb");
+    std::ofstream file(place, std::ios::binary);
     if (!file) throw std::runtime_error("the log cannot be written");
     std::minstd_rand random(1);
-    std::fwrite(parts.header.data(), 1, parts.header.size(), file);
+    file << parts.header;
     const std::size_t frame = parts.header.size() + parts.footer.size();
     auto written = static_cast<long long>(frame);
     // For a size below the golden log's own, writes only as many whole entries as are needed.
-    while (written < bytes) {
+    while (file && written < bytes) {
         ChangeNumbers(parts.entries, random);
         std::size_t length = parts.entries.size();
         if (static_cast<long long>(length) > bytes - written) {
             const std::size_t wanted = parts.entries.find("\n</func>\r\n", static_cast<std::size_t>(bytes - written));
             if (wanted != std::string::npos) length = wanted + 10;
         }
-        if (std::fwrite(parts.entries.data(), 1, length, file) != length) {
-            std::fclose(file);
-            DeleteFileW(path.c_str());
-            throw std::runtime_error("the disk is full");
-        }
+        file.write(parts.entries.data(), static_cast<std::streamsize>(length));
         written += static_cast<long long>(length);
     }
-    std::fwrite(parts.footer.data(), 1, parts.footer.size(), file);
-    std::fclose(file);
+    file << parts.footer;
+    file.close();
+    if (!file) {
+        std::filesystem::remove(place);
+        throw std::runtime_error("the disk is full");
+    }
     megabytes = static_cast<double>(written) / 1e6;
 }
 
-WrittenLog::~WrittenLog() { DeleteFileW(path.c_str()); }
+WrittenLog::~WrittenLog()
+{
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+}
 
 }  // namespace zelt::bench

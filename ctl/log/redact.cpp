@@ -1,7 +1,6 @@
 // log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off at the
 // same place.
 #include <algorithm>
-#include <array>
 #include <string>
 #include <vector>
 
@@ -9,53 +8,32 @@
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
 #include "ctl/log/message_redaction.h"
+#include "ctl/log/text_memo.h"
 
 namespace zelt::ctl {
 namespace {
 
-struct ByteSet {
-    std::array<bool, 256> has = {};
-    bool operator[](unsigned char byte) const { return has[byte]; }
-};
-
-constexpr ByteSet kIsMarkup = [] {
-    ByteSet set;
-    for (unsigned byte = 0; byte < set.has.size(); ++byte) set.has[byte] = MarkupEntity(static_cast<char>(byte));
-    return set;
-}();
-
-// What the names consist of that the log gives to interfaces, methods, arguments and types, besides angle brackets.
-constexpr ByteSet kIsInPlainNames = [] {
-    ByteSet set;
-    for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:().|")) {
-        set.has[static_cast<unsigned char>(c)] = true;
-    }
-    return set;
-}();
-
-void AppendEscaped(std::string& out, std::string_view text)
+std::string Escaped(std::string_view text)
 {
+    std::string escaped;
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (!kIsMarkup[static_cast<unsigned char>(text[i])]) continue;
-        out.append(text, done, i - done).append(MarkupEntity(text[i]));
+        const char* const entity = MarkupEntity(text[i]);
+        if (!entity) continue;
+        escaped.append(text, done, i - done).append(entity);
         done = i + 1;
     }
-    out.append(text, done);
+    return escaped.append(text, done);
 }
 
 // The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
 // others.
-void AppendStandardName(std::string& out, std::string_view name, const LogAliases& aliases)
+bool IsStandardName(std::string_view name)
 {
-    const auto isPlain = [](char c) { return kIsInPlainNames[static_cast<unsigned char>(c)]; };
-    if (std::all_of(name.begin(), name.end(), isPlain)) {
-        out += name;
-    } else if (std::all_of(name.begin(), name.end(), [&](char c) { return isPlain(c) || c == '<' || c == '>'; })) {
-        AppendEscaped(out, name);
-    } else {
-        AppendEscaped(out, aliases.Text(name));
-    }
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+               std::string_view("_:().|<>").find(c) != std::string_view::npos;
+    });
 }
 
 class Redactor final : public LogSink {
@@ -75,30 +53,28 @@ public:
                 type = event.text;
                 AppendNamed("<arg name=\"", event, "type=\"");
                 break;
-            case EventKind::Value:
-                AppendElement("<argval value=\"", aliases.Value(event.text, type), event.hasChildren);
-                break;
-            case EventKind::Info:
-                AppendElement("<info value=\"", RedactMessage(event, aliases), event.hasChildren);
-                break;
+            case EventKind::Value: AppendElement("<argval value=\"", Value(event.text), event.hasChildren); break;
+            case EventKind::Info: AppendElement("<info value=\"", Message(event, infos), event.hasChildren); break;
             case EventKind::Warning:
-                AppendElement("<warning value=\"", RedactMessage(event, aliases), event.hasChildren);
+                AppendElement("<warning value=\"", Message(event, warnings), event.hasChildren);
                 break;
-            case EventKind::Error:
-                AppendElement("<error value=\"", RedactMessage(event, aliases), event.hasChildren);
+            case EventKind::Error: AppendElement("<error value=\"", Message(event, errors), event.hasChildren); break;
+            case EventKind::Other:
+                AppendElement("<other value=\"", Escaped(aliases.Text(event.text)), event.hasChildren);
                 break;
-            case EventKind::Other: AppendElement("<other value=\"", aliases.Text(event.text), event.hasChildren); break;
         }
-        out << lines;
-        lines.clear();
+        if (lines.size() >= kPiece) {
+            out << lines;
+            lines.clear();
+        }
         parents.push_back(event.hasChildren);
     }
     void End(EventKind kind, int depth) override
     {
-        const char* name = EndTag(kind, parents.back());
+        const char* tag = EndTag(kind, parents.back());
         parents.pop_back();
         // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
-        ends.push_back({name, depth});
+        ends.push_back({tag, depth});
     }
     void LeftOpen(int) override { ++leftOpen; }
 
@@ -117,59 +93,78 @@ public:
 
 private:
     struct PendingEnd {
-        const char* name;  // null for an empty element
+        const char* tag;  // null for an empty element
         int depth;
     };
 
     static const char* EndTag(EventKind kind, bool parent)
     {
         switch (kind) {
-            case EventKind::Call: return "func";
-            case EventKind::Argument: return "arg";
-            case EventKind::Value: return parent ? "argval" : nullptr;
-            case EventKind::Info: return parent ? "info" : nullptr;
-            case EventKind::Warning: return parent ? "warning" : nullptr;
-            case EventKind::Error: return parent ? "error" : nullptr;
+            case EventKind::Call: return "</func>\r\n";
+            case EventKind::Argument: return "</arg>\r\n";
+            case EventKind::Value: return parent ? "</argval>\r\n" : nullptr;
+            case EventKind::Info: return parent ? "</info>\r\n" : nullptr;
+            case EventKind::Warning: return parent ? "</warning>\r\n" : nullptr;
+            case EventKind::Error: return parent ? "</error>\r\n" : nullptr;
             case EventKind::Other: break;
         }
-        return parent ? "other" : nullptr;
+        return parent ? "</other>\r\n" : nullptr;
+    }
+    const std::string& StandardName(std::string_view name)
+    {
+        return names.Of(name, [this](std::string_view text) {
+            return IsStandardName(text) ? Escaped(text) : Escaped(aliases.Text(text));
+        });
+    }
+    const std::string& Object(std::string_view name)
+    {
+        return objects.Of(name, [this](std::string_view text) { return Escaped(aliases.Name(text)); });
+    }
+    const std::string& Message(const LogEvent& event, TextMemo& known)
+    {
+        return known.Of(event.text, [&](std::string_view) { return Escaped(RedactMessage(event, aliases)); });
+    }
+    // Texts recur, and their aliases do not depend on a type; of numbers neither is true.
+    const std::string& Value(std::string_view value)
+    {
+        if (value.starts_with('"')) {
+            return texts.Of(value, [this](std::string_view text) { return Escaped(aliases.Value(text, {})); });
+        }
+        return number = Escaped(aliases.Value(value, type));
     }
     void AppendNamed(std::string_view opening, const LogEvent& event, std::string_view other)
     {
         lines += opening;
-        AppendStandardName(lines, event.name, aliases);
+        lines += StandardName(event.name);
         lines += event.inward ? "\" direc=\"in\" " : "\" direc=\"out\" ";
         lines += other;
-        if (event.kind == EventKind::Call) {
-            AppendEscaped(lines, aliases.Name(event.text));
-        } else {
-            AppendStandardName(lines, event.text, aliases);
-        }
+        lines += event.kind == EventKind::Call ? Object(event.text) : StandardName(event.text);
         lines += "\">\r\n";
     }
     void AppendElement(std::string_view opening, const std::string& value, bool parent)
     {
         lines += opening;
-        AppendEscaped(lines, value);
+        lines += value;
         lines += parent ? "\">\r\n" : "\"/>\r\n";
     }
     void AppendEnds(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
-            if (!ends[i].name) continue;
+            if (!ends[i].tag) continue;
             lines.append(static_cast<std::size_t>(ends[i].depth), ' ');
-            lines += "</";
-            lines += ends[i].name;
-            lines += ">\r\n";
+            lines += ends[i].tag;
         }
         ends.clear();
     }
 
     const LogAliases aliases;
     Output& out;
+    TextMemo names, objects, texts, infos, warnings, errors;
+    std::string number;
+    static constexpr std::size_t kPiece = 4096;
     std::string lines;  // the next ones, put together; their memory is used again
     std::string type;
-    std::vector<bool> parents;
+    std::vector<char> parents;  // whether the open elements have children
     std::vector<PendingEnd> ends;
     std::size_t leftOpen = 0;
 };

@@ -1,0 +1,167 @@
+// What reads logs, compared with a bare scan for tags over the same file: the events, and zeltctl's commands. A missed row is
+// measured again before it counts, and the program fails when one is missed. Usage: bench_logs [--quick] [--large] [word]: fewer
+// pairs, a log of 1000 MB, and only the commands that begin with the word.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/logs/neighbours.h"
+#include "bench/logs/tag_scan.h"
+#include "bench/rows.h"
+#include "bench/viewer/written_log.h"
+#include "ctl/command.h"
+#include "ctl/log/log_commands.h"
+#include "log_reader/log_reader.h"
+
+namespace zelt::bench {
+namespace {
+
+struct Command {
+    std::vector<std::string> words;
+    double goal;  // 0 for none
+};
+const Command kCommands[] = {{{"stats"}, 3},
+                             {{"errors"}, 3},
+                             {{"show", "--calls"}, 3},
+                             {{"show", "--object", "Nothing"}, 3},
+                             {{"check"}, 8},
+                             {{"redact"}, 8},
+                             {{"export", "--csv"}, 8},
+                             {{"show"}, 0},
+                             {{"show", "--result", "failed"}, 0},
+                             {{"export", "--json"}, 0},
+                             {{"export", "--html"}, 0}};
+
+constexpr double kMostMegabytes = 10;
+
+class Counter final : public LogSink {
+public:
+    explicit Counter(bool wantsLines) : wantsLines(wantsLines) {}
+    void Begin(const LogEvent& event) override { bytes += event.name.size() + event.text.size(); }
+    bool WantsLines() const override { return wantsLines; }
+
+    std::size_t bytes = 0;
+
+private:
+    const bool wantsLines;
+};
+
+double ReadEvents(const std::string& path)
+{
+    const Stopwatch watch;
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    Counter counter(true);
+    const LogReadResult result = ReadLog(file, counter);
+    close(file);
+    if (result != LogReadResult::Complete || counter.bytes == 0) throw std::runtime_error("the log is damaged");
+    return watch.Seconds();
+}
+
+std::string Joined(const std::vector<std::string>& words)
+{
+    std::string text = "log";
+    for (const std::string& word : words) text += ' ' + word;
+    return text;
+}
+
+// Runs the command in this process and discards its output.
+double RunCommand(const std::vector<std::string>& command, const std::string& path)
+{
+    std::vector<std::string> words = {"log"};
+    words.insert(words.end(), command.begin(), command.end());
+    words.push_back(path);
+    std::FILE* nothing = std::fopen("/dev/null", "wb");
+    if (!nothing) throw std::runtime_error("there is no /dev/null");
+    double seconds;
+    {
+        ctl::Output data(nothing), messages;
+        ctl::Streams streams = {data, messages};
+        const Stopwatch watch;
+        const int code = ctl::Run(ctl::LogCommands(), words, streams);
+        seconds = watch.Seconds();
+        if (code > ctl::kFinding) throw std::runtime_error(messages.Text());
+    }
+    std::fclose(nothing);
+    return seconds;
+}
+
+// Whether the goal is met, if there is one.
+bool Measure(const std::string& what, int pairs, double goal, const std::string& path,
+             const std::function<double()>& measured)
+{
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const Comparison row = Compare(
+            pairs, [&] { return ScanForTags(path); }, measured);
+        PrintRow(what, row, goal);
+        if (goal == 0 || row.ratio <= goal) return true;
+    }
+    return false;
+}
+
+bool MeasureMemory(const std::string& command, const std::vector<std::string>& words, const std::string& path)
+{
+    std::vector<std::string> all = {ZELT_CONTROL, "log"};
+    all.insert(all.end(), words.begin(), words.end());
+    all.push_back(path);
+    const Run run = RunProgram(all);
+    if (!run.started) throw std::runtime_error("zeltctl cannot be started");
+    PrintFigure(command, run.megabytes, "MB", kMostMegabytes);
+    return run.megabytes <= kMostMegabytes;
+}
+
+}  // namespace
+}  // namespace zelt::bench
+
+int main(int argc, char** argv)
+try {
+    using namespace zelt::bench;
+    int pairs = 7;
+    long long bytes = 400'000'000;
+    std::string only;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--quick") == 0) {
+            pairs = 1;
+        } else if (std::strcmp(argv[i], "--large") == 0) {
+            bytes = 1'000'000'000;
+        } else {
+            only = argv[i];
+        }
+    }
+    zelt::PrepareLogReader();
+    const WrittenLog log(bytes);
+    const std::string path = std::filesystem::path(log.Path()).string();
+    const std::string size = std::to_string(static_cast<int>(log.Megabytes())) + " MB";
+    bool met = true;
+
+    PrintTitle("Reading a log of " + size + " (floor: a bare scan for tags)");
+    const auto isWanted = [&](const std::string& name) { return only.empty() || name == only; };
+    if (isWanted("events")) met &= Measure("events", pairs, 2.5, path, [&] { return ReadEvents(path); });
+    for (const Command& command : kCommands) {
+        if (!isWanted(command.words.front())) continue;
+        met &=
+            Measure(Joined(command.words), pairs, command.goal, path, [&] { return RunCommand(command.words, path); });
+    }
+    const std::vector<std::string> kTools[] = {{"rg", "--count", "nothing of the kind", path},
+                                               {"xmllint", "--stream", "--noout", path}};
+    for (const auto& tool : kTools) {
+        if (!only.empty() || !RunProgram({tool[0], "--version"}).started) continue;
+        Measure(tool[0] + ' ' + tool[1], 1, 0, path, [&] { return RunProgram(tool).seconds; });
+    }
+
+    PrintTitle("The most memory of zeltctl over a log of " + size);
+    for (const Command& command : kCommands) {
+        if (isWanted(command.words.front())) met &= MeasureMemory(Joined(command.words), command.words, path);
+    }
+    return met ? 0 : 1;
+} catch (const std::exception& failure) {
+    std::printf("bench_logs: %s\n", failure.what());
+    return 1;
+}
