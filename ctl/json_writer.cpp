@@ -9,6 +9,11 @@ void AppendJsonString(Output& out, std::string_view text)
     out << '"';
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size();) {
+        // Nearly every one.
+        if (text[i] >= 0x20 && text[i] < 0x7F && text[i] != '"' && text[i] != '\\') {
+            ++i;
+            continue;
+        }
         const Character character = FirstCharacter(text.substr(i));
         const bool special = character.code == '"' || character.code == '\\';
         if (special || IsHidden(character.code) || !character.valid) {

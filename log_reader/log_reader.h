@@ -1,4 +1,4 @@
-// The parse of a log file as a stream of events. It knows nothing of windows and needs only libxml2, so that programs without
+// The contents of a log file as a stream of events. It knows nothing of windows and needs only libxml2, so that programs without
 // windows can use it too. The caller keeps the descriptor. Reads no other file and no network, whatever the log says.
 #pragma once
 
@@ -26,7 +26,7 @@ enum class LogReadResult {
 // Call it once, before the first thread that reads a log starts.
 void PrepareLogReader();
 
-// How far the descriptor's position may be ahead of the events, in bytes.
+// The file is read in pieces of so many bytes, so the descriptor's position is about as far ahead of the events.
 constexpr int kReadAhead = 1 << 16;
 
 // Reads from the descriptor's position. A file that is cut off yields everything up to the cut; one that nests deeper than 255

@@ -122,9 +122,9 @@ void LifeRules::Finish()
 void ValueRules::End(const CallSummary& call)
 {
     for (const ArgumentSummary& argument : call.arguments) {
-        const bool isResult =
-            PropertyValues(call) == &argument || call.Method() == "GetTPFraction" || call.Method() == "CalcAndGetLnPhi";
-        if (isResult && argument.notANumber) {
+        if (!argument.notANumber) continue;
+        if (PropertyValues(call) == &argument || call.Method() == "GetTPFraction" ||
+            call.Method() == "CalcAndGetLnPhi") {
             const std::string_view property = call.First("property");
             report(argument.notANumber, "not-a-number",
                    Quote(argument.name) + (property.empty() ? "" : " of the property " + Quote(property)) + " in " +
