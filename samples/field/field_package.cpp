@@ -12,6 +12,11 @@ FieldModel::FieldModel()
     com::Check(package.As(&utilities));
 }
 
+void FieldModel::Check(HRESULT result) const
+{
+    if (FAILED(result)) throw CapeFailure(result, DescribeFailure(package.Get(), result));
+}
+
 void FieldModel::CalcProp(IDispatch* material, const VARIANT& props, const VARIANT& phases, BSTR calcType) const
 {
     Check(package->CalcProp(ReachByName(material).Get(), props, phases, calcType));

@@ -17,7 +17,7 @@ public:
     ICapeThermoPropertyPackage& Package() const { return *package.Get(); }
     ICapeUtilities& Utilities() const { return *utilities.Get(); }
     // Throws a failure of the package, with its text.
-    void Check(HRESULT result) const { CheckCall(result, package.Get(), L"Ideal solution"); }
+    void Check(HRESULT result) const;
 
     // What several parts offer. Each throws a failure of the package.
     void CalcProp(IDispatch* material, const VARIANT& props, const VARIANT& phases, BSTR calcType) const;
@@ -111,7 +111,7 @@ private:
     ReliabilityPart reliability{*this};
     PetroFractionsPart petroFractions{*this, errors};
     FieldUtilitiesPart utilities{*this, errors, model};
-    IdentificationPart identification{*this, errors, L"Field package", L"An ideal solution with older interfaces"};
+    IdentificationPart identification{*this, errors, L"Field package", AllPackages().front().description};
 };
 
 // The context, if it says what it is; null otherwise.

@@ -60,5 +60,25 @@ TEST_P(FieldComponents, OfferTheSameWithoutALogOfThePackage)
     EXPECT_EQ("", MatchGolden("field_unit.zlg", LogWith("PRAVIK Logged Unit Operation")));
 }
 
+class MaterialsByName : public ServedPackages {};
+
+// The same calculations, by the table of the material's interface and by its names.
+TEST_F(MaterialsByName, GetTheSameResultsAndTheSameLog)
+{
+    std::vector<std::string> results, logs;
+    for (const wchar_t* package : {kSamplePackage10, kFieldPackage}) {
+        Export({{package, 3, L"", L"Aromatics"}});
+        const SimulatorResult run =
+            RunSimulator(SimulatorCommand(Width::Bits32, L"Aromatics", {}, L"ZELT.ThermoSystem"));
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        EXPECT_TRUE(WaitUntilGone(kServerFile));
+        results.push_back(Results(run.output));
+        logs.push_back(Comparable(OnlyLog(), Addresses::Alike));
+        std::filesystem::remove(Logs().front());
+    }
+    EXPECT_EQ(results[0], results[1]);
+    EXPECT_EQ("", FirstDifference(logs[0], logs[1]));
+}
+
 }  // namespace
 }  // namespace zelt::test

@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr wchar_t kSamplePackage10[] = L"{2D2F66B0-9D34-4AF4-9454-5B24798A32BA}";
-
 struct Kind {
     const char* name;
     Exported exported;

@@ -28,6 +28,7 @@ std::wstring QuotedServer();
 
 inline constexpr wchar_t kSampleManager[] = L"{B55C9180-454E-4B78-A109-B9536A903BF9}";
 inline constexpr wchar_t kSamplePackage[] = L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}";
+inline constexpr wchar_t kSamplePackage10[] = L"{2D2F66B0-9D34-4AF4-9454-5B24798A32BA}";
 inline constexpr wchar_t kSampleThermoSystem[] = L"{B8C3C630-1254-403A-B34B-6DE04DB571AB}";
 inline constexpr wchar_t kSampleReactionManager[] = L"{21E8D424-AEBF-47C0-BF56-C8721C29DDCA}";
 inline constexpr wchar_t kFaultyManager[] = L"{C59ABBC3-B793-4E15-880F-23C6545EFFA4}";
