@@ -89,17 +89,17 @@ STDMETHODIMP FieldPackagePart::GetPropList(VARIANT* props)
     return Call(L"GetPropList", [&] { model.Check(model.Package().GetPropList(props)); });
 }
 
-STDMETHODIMP RoutinePart::CalcProp(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType)
+STDMETHODIMP CalculationRoutinePart::CalcProp(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType)
 {
     return Call(L"CalcProp", [&] { model.CalcProp(materialObject, props, phases, calcType); });
 }
 
-STDMETHODIMP RoutinePart::PropCheck(IDispatch* materialObject, VARIANT props, VARIANT* valid)
+STDMETHODIMP CalculationRoutinePart::PropCheck(IDispatch* materialObject, VARIANT props, VARIANT* valid)
 {
     return Call(L"PropCheck", [&] { model.PropCheck(materialObject, props, valid); });
 }
 
-STDMETHODIMP RoutinePart::PropList(VARIANT* props, VARIANT* phases, VARIANT* calcType)
+STDMETHODIMP CalculationRoutinePart::PropList(VARIANT* props, VARIANT* phases, VARIANT* calcType)
 {
     return Call(L"PropList", [&] {
         _variant_t names, labels;
@@ -111,27 +111,27 @@ STDMETHODIMP RoutinePart::PropList(VARIANT* props, VARIANT* phases, VARIANT* cal
     });
 }
 
-STDMETHODIMP RoutinePart::ValidityCheck(IDispatch* materialObject, VARIANT props, VARIANT* relList)
+STDMETHODIMP CalculationRoutinePart::ValidityCheck(IDispatch* materialObject, VARIANT props, VARIANT* relList)
 {
     return Call(L"ValidityCheck", [&] { model.ValidityCheck(materialObject, props, relList); });
 }
 
-STDMETHODIMP ServerPart::CalcEquilibrium(IDispatch* materialObject, BSTR flashType, VARIANT props)
+STDMETHODIMP EquilibriumServerPart::CalcEquilibrium(IDispatch* materialObject, BSTR flashType, VARIANT props)
 {
     return Call(L"CalcEquilibrium", [&] { model.CalcEquilibrium(materialObject, flashType, props); });
 }
 
-STDMETHODIMP ServerPart::PropCheck(IDispatch* materialObject, BSTR, VARIANT props, VARIANT* valid)
+STDMETHODIMP EquilibriumServerPart::PropCheck(IDispatch* materialObject, BSTR, VARIANT props, VARIANT* valid)
 {
     return Call(L"PropCheck", [&] { model.PropCheck(materialObject, props, valid); });
 }
 
-STDMETHODIMP ServerPart::ValidityCheck(IDispatch* materialObject, VARIANT props, VARIANT* relList)
+STDMETHODIMP EquilibriumServerPart::ValidityCheck(IDispatch* materialObject, VARIANT props, VARIANT* relList)
 {
     return Call(L"ValidityCheck", [&] { model.ValidityCheck(materialObject, props, relList); });
 }
 
-STDMETHODIMP ServerPart::PropList(VARIANT* flashType, VARIANT* props, VARIANT* phases, VARIANT* calcType)
+STDMETHODIMP EquilibriumServerPart::PropList(VARIANT* flashType, VARIANT* props, VARIANT* phases, VARIANT* calcType)
 {
     return Call(L"PropList", [&] {
         _variant_t names, labels;

@@ -50,9 +50,9 @@ private:
     const FieldModel& model;
 };
 
-class RoutinePart final : public CapePart<ICapeThermoCalculationRoutine> {
+class CalculationRoutinePart final : public CapePart<ICapeThermoCalculationRoutine> {
 public:
-    RoutinePart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+    CalculationRoutinePart(com::Object& object, CapeErrors& errors, const FieldModel& model)
         : CapePart(object, errors, L"ICapeThermoCalculationRoutine"), model(model)
     {}
     STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
@@ -64,9 +64,9 @@ private:
     const FieldModel& model;
 };
 
-class ServerPart final : public CapePart<ICapeThermoEquilibriumServer> {
+class EquilibriumServerPart final : public CapePart<ICapeThermoEquilibriumServer> {
 public:
-    ServerPart(com::Object& object, CapeErrors& errors, const FieldModel& model)
+    EquilibriumServerPart(com::Object& object, CapeErrors& errors, const FieldModel& model)
         : CapePart(object, errors, L"ICapeThermoEquilibriumServer"), model(model)
     {}
     STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
@@ -106,8 +106,8 @@ private:
     FieldModel model;
     CapeErrors errors{*this, L"ZeltSample.FieldPackage"};
     FieldPackagePart package{*this, errors, model};
-    RoutinePart routine{*this, errors, model};
-    ServerPart server{*this, errors, model};
+    CalculationRoutinePart routine{*this, errors, model};
+    EquilibriumServerPart server{*this, errors, model};
     ReliabilityPart reliability{*this};
     PetroFractionsPart petroFractions{*this, errors};
     FieldUtilitiesPart utilities{*this, errors, model};
