@@ -105,16 +105,17 @@ TEST_P(PackageState, IsSavedAndLoadedByAnotherProcessAsWithoutZelt)
     EXPECT_EQ(Content(L"in process"), saved);
     const std::string name = kind.persistence;
     const std::string length = std::to_string(saved.size());
-    EXPECT_TRUE(std::regex_search(OnlyLog(), std::regex("<func name=\"" + name +
-                                                        "::Save\" direc=\"in\" object=\"Aromatics\">\r\n"
-                                                        " <arg name=\"pstm\" direc=\"in\" type=\"interface\">\r\n"
-                                                        "  <argval value=\"interface pointer 0x[0-9A-F]{8}\"/>\r\n"
-                                                        " </arg>\r\n"
-                                                        " <arg name=\"fClearDirty\" direc=\"in\" type=\"BOOL\">\r\n"
-                                                        "  <argval value=\"TRUE\"/>\r\n"
-                                                        " </arg>\r\n"
-                                                        " <info value=\"Bytes written: " +
-                                                        length + "\"/>\r\n</func>\r\n")))
+    EXPECT_TRUE(
+        std::regex_search(OnlyLog(), std::regex("<func name=\"" + name +
+                                                "::Save\" direc=\"in\" object=\"Aromatics\">\r\n"
+                                                " <arg name=\"pstm\" direc=\"in\" type=\"interface\">\r\n"
+                                                "  <argval value=\"interface pointer 0x(?:[0-9A-F]{8}){1,2}\"/>\r\n"
+                                                " </arg>\r\n"
+                                                " <arg name=\"fClearDirty\" direc=\"in\" type=\"BOOL\">\r\n"
+                                                "  <argval value=\"TRUE\"/>\r\n"
+                                                " </arg>\r\n"
+                                                " <info value=\"Bytes written: " +
+                                                length + "\"/>\r\n</func>\r\n")))
         << OnlyLog();
 
     // A process of the other width, which saves it again.

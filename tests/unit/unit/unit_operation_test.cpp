@@ -162,7 +162,7 @@ TEST_F(UnitOperationTest, ItDoesNotWrapItsOwnClass)
     options.pravikUnit = kUnitOperationClass;
     RecordedMessages messages;
     EXPECT_EQ(E_FAIL, persistence->InitNew());
-    EXPECT_EQ(UnitFunc("IPersistStreamInit::InitNew", Automatically(Narrow(GuidText(kUnitOperationClass))) +
+    EXPECT_EQ(UnitFunc("IPersistStreamInit::InitNew", Automatically(Narrow(GuidText(kUnitOperationClass)).c_str()) +
                                                           NotCreated("CLASS_E_CLASSNOTAVAILABLE") + Failed()),
               News());
     ExpectBox(messages, L"CLASS_E_CLASSNOTAVAILABLE", L"Unit Operation");
