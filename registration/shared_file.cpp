@@ -20,8 +20,8 @@ namespace {
 std::filesystem::path SharedFolder(Scope scope)
 {
     std::wstring folder;
-    com::Check(KnownFolder(scope == Scope::User ? FOLDERID_LocalAppData : FOLDERID_ProgramFilesCommon, KF_FLAG_CREATE,
-                           folder));
+    com::Check(KnownFolder(scope == Scope::User ? FOLDERID_LocalAppData : FOLDERID_ProgramFilesCommonX86,
+                           KF_FLAG_CREATE, folder));
     return std::filesystem::path(folder) / L"CAPE-OPEN";
 }
 

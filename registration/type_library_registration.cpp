@@ -111,6 +111,9 @@ void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
                                         : RegisterTypeLib(library.Get(), path.data(), folder.data()));
     }
     for (const LibraryInterface& member : facts.interfaces) MirrorKey(scope, InterfacePath(member));
+    // One file serves both widths. The system names it for the width of this process, and 32-bit clients look for theirs alone.
+    for (const REGSAM view : RegistryViews()) WriteDefault(scope, view, facts.versionPath + L"\\0\\win32", path);
+    RemoveKey(scope, facts.versionPath + L"\\0\\win64");
 
     for (const REGSAM view : RegistryViews()) {
         bool complete = KeyExists(scope, view, facts.versionPath);

@@ -12,11 +12,14 @@ Reproduce()
     for copy in "${copies[@]}"; do
         mkdir -p "$copy/build/sources"
         Step "reproduce-sources-${copy##*/}" "Copying the commit to ${copy#"$root"/}" CopyCommit "$copy"
-        Step "reproduce-build-${copy##*/}" "Building ZELT.EXE there" BuildCopy "$copy"
+        Step "reproduce-build-${copy##*/}" "Building ZELT.EXE and ZELT64.EXE there" BuildCopy "$copy"
     done
-    cmp "${copies[0]}/build/release/shell/ZELT.EXE" "${copies[1]}/build/release/shell/ZELT.EXE" || Fail "The two builds differ."
-    sha256sum "${copies[@]/%//build/release/shell/ZELT.EXE}"
-    printf '%s\n' "${green}Both builds gave the same program.$plain"
+    local program
+    for program in release/shell/ZELT.EXE release64/shell/ZELT64.EXE; do
+        cmp "${copies[0]}/build/$program" "${copies[1]}/build/$program" || Fail "The two builds differ."
+        sha256sum "${copies[@]/%//build/$program}"
+    done
+    printf '%s\n' "${green}Both builds gave the same programs.$plain"
 }
 
 CopyCommit()
@@ -31,6 +34,9 @@ BuildCopy()
     cd "$1"
     unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
     export CCACHE_DISABLE=1
-    cmake --preset release
-    cmake --build build/release --target zelt
+    local preset
+    for preset in release release64; do
+        cmake --preset "$preset"
+        cmake --build "build/$preset" --target zelt
+    done
 }

@@ -22,6 +22,7 @@ TestPackage()
     Step package-run "Running the demonstration on the installed server" TestRun
     Step package-refuse "Refusing to replace or remove a running server" TestRefusal
     Step package-upgrade "Upgrading" TestUpgrade
+    Step package-refuse64 "Refusing to replace or remove a running ZELT64" TestRefusal ZELT64.EXE
     Step package-run64 "Running a 64-bit package on the installed ZELT64" TestRun64
     Step package-uninstall "Uninstalling" TestUninstall
     Step package-user "Installing and removing for the current user" TestUserInstall
@@ -157,12 +158,13 @@ EntryIsComplete()
     [ $((size)) -gt 500 ] || Complain "EstimatedSize is $size KB."
 }
 
-# StartMenu <folder of users>: checks that both entries are there.
+# StartMenu <folder of users> <entry...>: checks that the entries are there.
 StartMenu()
 {
-    local entry
-    for entry in ZELT 'ZELT Help'; do
-        [ -s "$drive/$1/Microsoft/Windows/Start Menu/Programs/ZELT/$entry.lnk" ] || Complain "The start menu lacks $entry."
+    local folder=$1 entry
+    shift
+    for entry in "$@"; do
+        [ -s "$drive/$folder/Microsoft/Windows/Start Menu/Programs/ZELT/$entry.lnk" ] || Complain "The start menu lacks $entry."
     done
 }
 
@@ -171,7 +173,7 @@ TestInstall()
     Exits 0 "$(WindowsPath "$testFolder/older-setup.exe")" /S
     InstalledFilesEqual "$testFolder/older" "$installed"
     EntryIsComplete HKLM "$programsFolder" 0.9.0 machine
-    StartMenu ProgramData
+    StartMenu ProgramData ZELT 'ZELT Help'
     Equal '32-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 32)"
     Equal '64-bit view' "\"$programsFolder\\ZELT.EXE\"" "$(ServerOf HKLM 64)"
     Equal "user's classes" '' "$(ServerOf HKCU 32)"
@@ -220,10 +222,12 @@ WaitUntil()
 WaitForEnd() { WaitUntil ZeltEnded; }
 ZeltEnded() { ! ZeltRuns; }
 
+# TestRefusal [program]: while it runs.
 TestRefusal()
 {
     Snapshot running
-    Wine "$programsFolder\\ZELT.EXE" >"$testFolder/window.txt" 2>&1 &
+    local program=${1:-ZELT.EXE}
+    Wine "$programsFolder\\$program" >"$testFolder/window.txt" 2>&1 &
     # Its file is in use from the start; the window appears a moment later.
     WaitUntil ZeltRuns
     sleep 2
@@ -231,7 +235,7 @@ TestRefusal()
     cp "$installed/Uninstall.exe" "$testFolder/uninstall.exe"
     ExitsAs 4 "\"$(WindowsPath "$testFolder/uninstall.exe")\" /S _?=$programsFolder"
     # Asks the window to close.
-    Wine taskkill /im ZELT.EXE
+    Wine taskkill /im "$program"
     WaitForEnd
     Snapshot refused
     Equal 'changes of a refused setup' '' "$(Added files running refused; Removed files running refused
@@ -273,6 +277,7 @@ TestRun64()
     Wine "$programsFolder\\zeltctl.exe" doctor >"$testFolder/doctor.txt" || Complain "$(<"$testFolder/doctor.txt")"
     Equal 'healthy editions' 2 "$(grep -c '^healthy: ' "$testFolder/doctor.txt")"
     Wine "$programsFolder\\zeltctl.exe" remove Aromatics --width 64
+    Wine reg delete 'HKCU\Software\ZELT\64-bit' /f
 }
 
 # Uninstall <folder>: as the system does it. The program returns at once and continues as a copy of itself.
@@ -296,7 +301,7 @@ TestUninstall()
     # The standard's libraries do stay.
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is gone."
     Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
-    Equal 'number of logs' 4 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
+    Equal 'number of logs' 6 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
 }
 
 TestUserInstall()
@@ -306,7 +311,7 @@ TestUserInstall()
     Snapshot before
     Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser
     EntryIsComplete HKCU "$folder" "$(ProductVersion)" user
-    StartMenu "users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Roaming"
+    StartMenu "users/$(Wine cmd /c 'echo %USERNAME%' | tr -d '\r')/AppData/Roaming" ZELT ZELT64 'ZELT Help'
     Equal '32-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 32)"
     Equal '64-bit view' "\"$folder\\ZELT.EXE\"" "$(ServerOf HKCU 64)"
     Equal 'ZELT64' "\"$folder\\ZELT64.EXE\"" "$(ServerOf HKCU 64 "$zelt64Class")"
@@ -371,7 +376,11 @@ TestPortable()
     WaitForEnd
     Wine "$(WindowsPath "${program%/*}/zeltctl.exe")" --version >"$testFolder/zeltctl.txt"
     Equal 'version of zeltctl' "zeltctl $(ProductVersion)" "$(<"$testFolder/zeltctl.txt")"
+    Exits 0 "$(WindowsPath "${program%/*}/ZELT64.EXE")" /RegServer
+    Simulate x86_64 portable-64 ZELT64.PropertyPackageManager Nothing && Complain "A package that is not exported was found."
+    WaitForEnd
     Exits 0 "$(WindowsPath "$program")" /UnregServer
+    Exits 0 "$(WindowsPath "${program%/*}/ZELT64.EXE")" /UnregServer
     Snapshot after
     OnlyStandardLibraryStays before after
 }

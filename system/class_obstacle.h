@@ -13,4 +13,7 @@ namespace zelt {
 // serves both widths.
 std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);
 
+// Whether it is the loader of .NET, which is registered as the library of each of its classes.
+bool IsDotNetLoader(const std::wstring& library);
+
 }  // namespace zelt

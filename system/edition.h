@@ -29,6 +29,7 @@ struct Edition {
     const wchar_t* packagesKey;    // below HKEY_CURRENT_USER: the list of exported packages
     bool opensLogs;                // Explorer opens logs with it
     int applicationScript;
+    const wchar_t* windowTitle;  // of the main window
     EditionClass classes[kOwnClasses];
 
     constexpr const EditionClass& operator[](OwnClass which) const { return classes[static_cast<std::size_t>(which)]; }

@@ -4,7 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include "system/class_obstacle.h"
 #include "system/component_scan.h"
+#include "system/library_path.h"
 #include "ctl/doctor/installation.h"
 #include "ctl/exports/session.h"
 #include "registration/library_facts.h"
@@ -21,47 +23,41 @@ const Edition& Other(const Edition& edition) { return edition.width == 32 ? Edit
 
 std::string Bits(int width) { return std::to_string(width) + "-bit"; }
 
-std::string UseOther(const Edition& edition)
+// Whether a process of the other width can use the class.
+bool OtherCanServe(const Edition& edition, REFCLSID classId)
 {
+    const Edition& other = Other(edition);
+    const auto component = DescribeComponent(classId, InstalledClasses(other.width));
+    return CanRun(other) && component && component->obstacle.empty();
+}
+
+std::string Remedy(const Edition& edition, REFCLSID classId)
+{
+    if (!OtherCanServe(edition, classId)) {
+        return "install the component's " + Bits(edition.width) + " version, or zeltctl remove the package";
+    }
     const Edition& other = Other(edition);
     return Utf8(other.name) + " can serve it: zeltctl remove the package with --width " +
            std::to_string(edition.width) + ", and zeltctl add it with --width " + std::to_string(other.width);
 }
 
-// The text with the names of environment variables replaced by their values.
-std::wstring Expanded(const std::wstring& text)
-{
-    std::wstring expanded(ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
-    expanded.resize(ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size())));
-    return expanded.substr(0, expanded.find(L'\0'));
-}
-
 // The default value of a key below the classes, whichever of the two text types it has; nothing when it is missing or empty.
-std::optional<std::wstring> ReadText(REGSAM view, const std::wstring& path)
+std::optional<std::wstring> ReadText(int width, const std::wstring& path)
 {
     RegistryKey key;
-    if (key.Open({HKEY_CLASSES_ROOT, view}, path) != ERROR_SUCCESS) return {};
+    if (key.Open({HKEY_CLASSES_ROOT, ViewOf(width)}, path) != ERROR_SUCCESS) return {};
     const auto value = key.ReadValue(L"");
     if (!value || (value->type != REG_SZ && value->type != REG_EXPAND_SZ)) return {};
     std::wstring text(reinterpret_cast<const wchar_t*>(value->data.data()), value->data.size() / sizeof(wchar_t));
     text.resize(std::min(text.find(L'\0'), text.size()));
     if (text.empty()) return {};
-    return value->type == REG_EXPAND_SZ ? Expanded(text) : text;
+    return value->type == REG_EXPAND_SZ ? ExpandedFor(width, text) : text;
 }
 
-// Looks for a name without a folder where the system looks for libraries.
-std::wstring FoundInPath(const std::wstring& file)
-{
-    if (file.find_first_of(L"\\/") != std::wstring::npos) return file;
-    wchar_t path[MAX_PATH];
-    const DWORD length = SearchPathW(nullptr, file.c_str(), L".dll", MAX_PATH, path, nullptr);
-    return length && length < MAX_PATH ? path : file;
-}
-
-bool CheckLibraryFile(const Edition& edition, const std::wstring& path, const std::string& owner,
+bool CheckLibraryFile(const Edition& edition, REFCLSID classId, const std::wstring& path, const std::string& owner,
                       const std::string& effect, Findings& findings)
 {
-    const ImageFile file = ReadImageFile(FoundInPath(path));
+    const ImageFile file = ReadImageFile(LibraryPathFor(edition.width, path));
     const std::string quoted = Utf8(Quoted(path));
     if (file.state == ImageState::Missing) {
         findings.push_back(
@@ -70,10 +66,9 @@ bool CheckLibraryFile(const Edition& edition, const std::wstring& path, const st
         findings.push_back({"package-file", owner + " is served by " + quoted + ", which is no library of code", effect,
                             kInstallComponent});
     } else if (file.bits != edition.width && !file.suitsBoth) {
-        const std::string install = "install the component's " + Bits(edition.width) + " version, or ";
         findings.push_back({"package-width", owner + " is served by the " + Bits(file.bits) + " library " + quoted,
                             effect + ", because " + Utf8(edition.name) + " is a " + Bits(edition.width) + " program",
-                            CanRun(Other(edition)) ? UseOther(edition) : install + "zeltctl remove the package"});
+                            Remedy(edition, classId)});
     } else {
         return true;
     }
@@ -100,24 +95,30 @@ bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& ow
 {
     const std::wstring path = L"CLSID\\" + GuidText(classId);
     const std::string isOfClass = owner + " is of the class " + Utf8(GuidText(classId));
-    if (!DescribeComponent(classId, InstalledClasses(edition.width))) {
-        const Edition& other = Other(edition);
-        const auto elsewhere = DescribeComponent(classId, InstalledClasses(other.width));
-        if (CanRun(other) && elsewhere && elsewhere->obstacle.empty()) {
-            findings.push_back({"package-width",
-                                isOfClass + ", which is registered for " + Bits(other.width) + " programs only", effect,
-                                UseOther(edition)});
+    const auto component = DescribeComponent(classId, InstalledClasses(edition.width));
+    if (!component) {
+        if (OtherCanServe(edition, classId)) {
+            findings.push_back(
+                {"package-width",
+                 isOfClass + ", which is registered for " + Bits(Other(edition).width) + " programs only", effect,
+                 Remedy(edition, classId)});
         } else {
             findings.push_back({"package-class", isOfClass + ", which is not registered for " + Utf8(edition.name),
                                 effect, kInstallComponent});
         }
         return false;
     }
-    if (const auto library = ReadText(ViewOf(edition.width), path + L"\\InprocServer32")) {
-        return CheckLibraryFile(edition, ProgramOf(*library), owner, effect, findings);
+    if (const auto library = ReadText(edition.width, path + L"\\InprocServer32")) {
+        if (!IsDotNetLoader(ProgramOf(*library))) {
+            return CheckLibraryFile(edition, classId, ProgramOf(*library), owner, effect, findings);
+        }
+        if (component->obstacle.empty()) return true;
+        findings.push_back(
+            {"package-width", isOfClass + ", and " + Utf8(component->obstacle), effect, Remedy(edition, classId)});
+        return false;
     }
-    for (const REGSAM view : RegistryViews()) {
-        const auto program = ReadText(view, path + L"\\LocalServer32");
+    for (const int width : {32, 64}) {
+        const auto program = ReadText(width, path + L"\\LocalServer32");
         if (program) return CheckProgramFile(*program, owner, effect, findings);
     }
     findings.push_back({"package-class", isOfClass + ", which names no server", effect, kInstallComponent});

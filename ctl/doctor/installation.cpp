@@ -33,7 +33,12 @@ Installation FindInstallation(const Edition& edition)
             if (!named.empty() && (found.server.empty() || !FileIsThere(found.server))) found.server = named;
         }
     }
-    forUser = forUser || (!found.registered && PerUserRegistrationPreferred({}));
+    // An edition that is not registered belongs to whomever the other one does.
+    const Edition& other = edition.width == 32 ? Editions()[1] : Editions()[0];
+    if (!found.registered) {
+        forUser = PerUserRegistrationPreferred({}) ||
+                  (IsRegistered(other, Scope::User) && !IsRegistered(other, Scope::Machine));
+    }
     found.scope = forUser ? Scope::User : Scope::Machine;
     if (FileIsThere(found.server)) {
         found.registrable = found.server;

@@ -79,7 +79,8 @@ void CheckDuplicates(const ExportedPackageList& list, Findings& findings)
 
 void CheckPackage(const Edition& edition, const ExportedPackage& package, ManagerAnswers& managers, Findings& findings)
 {
-    const std::string owner = "The exported package \"" + Utf8(package.exportedName) + '"';
+    const std::string owner =
+        "The exported package \"" + Utf8(package.exportedName) + '"' + (edition.width == 64 ? " of ZELT64" : "");
     if (IsOwnClass(package.classId)) {
         findings.push_back({"package-own", owner + " comes from ZELT itself", "making it goes in circles",
                             "zeltctl remove the package"});
@@ -95,12 +96,13 @@ void CheckPackages(const Edition& edition, Findings& findings)
 {
     const ExportedPackageList list = ReadPackages(edition);
     for (const int number : list.LeftOut()) {
-        findings.push_back(
-            {"package-entry",
-             "The entry Package" + std::to_string(number) + " of the list of packages is missing or cannot be read",
-             "its package is not exported",
-             "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
-             Fix::RewriteList});
+        findings.push_back({"package-entry",
+                            "The entry Package" + std::to_string(number) + " of the list of " +
+                                (edition.width == 64 ? "64-bit packages" : "packages") +
+                                " is missing or cannot be read",
+                            "its package is not exported",
+                            "let zeltctl doctor --fix write the list without it, and zeltctl add the package again",
+                            Fix::RewriteList});
     }
     CheckDuplicates(list, findings);
     ManagerAnswers managers(edition);

@@ -68,7 +68,7 @@ ChosenComponent ChooseComponent(const std::string& word, bool manager, const std
         }
     }
     if (meant.size() > 1) {
-        throw Refusal("\"" + word + "\" means more than one component; say its class identifier, or --type");
+        throw Refusal("\"" + word + "\" means more than one component; say its class identifier, --type or --width");
     }
     if (!meant.empty()) {
         const auto& [kind, component] = meant.front();

@@ -4,10 +4,13 @@
 #include <objbase.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
+#include <new>
+#include <string_view>
 
 #include "com/type_info.h"
 #include "ctl/command.h"
@@ -20,23 +23,25 @@ namespace zelt::ctl {
 namespace {
 
 constexpr char kQuestion[] = "--packages-of";
+constexpr DWORD kTimeToEnd = 5000;
 
 // The answer is a sequence of records: a letter, UTF-8 text, a zero byte. The last is kList or kNoList.
 enum Record : char { kPackage = 'P', kFailure = 'F', kList = 'L', kNoList = 'N' };
 
-std::wstring BesideThisProgram(const Edition& edition)
+std::wstring Tool(const Edition& edition)
 {
     const std::wstring own = com::ModulePath(com::ThisModule());
+    if (edition.width == kThisEdition.width) return own;
     return own.substr(0, own.find_last_of(L'\\') + 1) + edition.tool;
 }
 
-ToolPath toolPath = BesideThisProgram;
+ToolPath toolPath = Tool;
 
 struct Pipe {
     UniqueHandle reader, writer;
 };
 
-// Only the writing end goes to the child.
+// The writing end can be handed to a child.
 Pipe MakePipe()
 {
     HANDLE reader = nullptr, writer = nullptr;
@@ -46,15 +51,57 @@ Pipe MakePipe()
     return {UniqueHandle(reader), UniqueHandle(writer)};
 }
 
-std::string ReadAll(HANDLE reader)
+// The one handle that a child inherits.
+class Inheritance {
+public:
+    explicit Inheritance(HANDLE handle) : handle(handle)
+    {
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        room.resize(size);
+        if (!InitializeProcThreadAttributeList(List(), 1, 0, &size)) throw std::bad_alloc();
+        UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, &this->handle, sizeof this->handle,
+                                  nullptr, nullptr);
+    }
+    ~Inheritance() { DeleteProcThreadAttributeList(List()); }
+    Inheritance(const Inheritance&) = delete;
+    Inheritance& operator=(const Inheritance&) = delete;
+
+    LPPROC_THREAD_ATTRIBUTE_LIST List() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(room.data()); }
+
+private:
+    HANDLE handle;
+    std::vector<std::byte> room;
+};
+
+// Its processes end with this one, also when the user interrupts it.
+UniqueHandle MakeJob()
 {
-    std::string text;
+    UniqueHandle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
+}
+
+// Whether the last record is there. What follows does not matter: a process that the manager started may keep the pipe open.
+bool IsComplete(std::string_view records)
+{
+    const std::size_t end = records.size();
+    if (end < 2 || records[end - 1] != '\0') return false;
+    return (records[end - 2] == kList || records[end - 2] == kNoList) && (end == 2 || records[end - 3] == '\0');
+}
+
+std::string ReadRecords(HANDLE reader)
+{
+    std::string records;
     std::array<char, 4096> piece;
     DWORD size = 0;
-    while (ReadFile(reader, piece.data(), static_cast<DWORD>(piece.size()), &size, nullptr) && size) {
-        text.append(piece.data(), size);
+    while (!IsComplete(records) && ReadFile(reader, piece.data(), static_cast<DWORD>(piece.size()), &size, nullptr) &&
+           size) {
+        records.append(piece.data(), size);
     }
-    return text;
+    return records;
 }
 
 struct Answer {
@@ -66,20 +113,27 @@ struct Answer {
 Answer RunTool(const std::wstring& program, std::wstring commandLine)
 {
     Pipe pipe = MakePipe();
+    const UniqueHandle job = MakeJob();
     // Handles have the same number in programs of both widths.
     commandLine += L' ' + std::to_wstring(reinterpret_cast<std::uintptr_t>(pipe.writer.get()));
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
+    Inheritance inheritance(pipe.writer.get());
+    STARTUPINFOEXW startup = {};
+    startup.StartupInfo.cb = sizeof startup;
+    startup.lpAttributeList = inheritance.List();
     PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
-                        &startup, &process)) {
+    constexpr DWORD kFlags = CREATE_NO_WINDOW | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT;
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, kFlags, nullptr, nullptr,
+                        &startup.StartupInfo, &process)) {
         return {{}, 0, GetLastError()};
     }
     const UniqueHandle handle(process.hProcess), thread(process.hThread);
-    // The child's end is then the last one, so the reading ends with the child.
+    AssignProcessToJobObject(job.get(), handle.get());
+    ResumeThread(thread.get());
     pipe.writer.reset();
-    Answer answer = {ReadAll(pipe.reader.get())};
-    WaitForSingleObject(handle.get(), INFINITE);
+    Answer answer = {ReadRecords(pipe.reader.get())};
+    // A manager may need a moment to end, or never do.
+    if (!IsComplete(answer.records)) WaitForSingleObject(handle.get(), INFINITE);
+    WaitForSingleObject(handle.get(), kTimeToEnd);
     GetExitCodeProcess(handle.get(), &answer.exitCode);
     return answer;
 }
@@ -125,22 +179,31 @@ std::optional<std::vector<std::wstring>> AskManager(const Edition& edition, Pack
     return {};
 }
 
+bool HasTool(const Edition& edition)
+{
+    const DWORD attributes = GetFileAttributesW(toolPath(edition).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 bool IsManagerQuestion(const std::vector<std::string>& words) { return words.size() == 4 && words[0] == kQuestion; }
 
 int AnswerManagerQuestion(const std::vector<std::string>& words)
 {
+    // Nobody is there to answer what the system would ask about a crash.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     const Session session;
     CLSID manager;
     if (FAILED(CLSIDFromString(Wide(words[2]).c_str(), &manager))) return kUsage;
     const auto kind = static_cast<PackageKind>(std::strtoul(words[1].c_str(), nullptr, 10));
     const auto writer =
         reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(std::strtoull(words[3].c_str(), nullptr, 10)));
+    SetHandleInformation(writer, HANDLE_FLAG_INHERIT, 0);
     const auto names = ListPackages(kind, manager, [&](const std::wstring& text) { Say(writer, kFailure, text); });
     for (const std::wstring& name : names.value_or(std::vector<std::wstring>())) Say(writer, kPackage, name);
     Say(writer, names ? kList : kNoList, {});
     return kFine;
 }
 
-void SetToolPath(ToolPath path) { toolPath = path ? path : BesideThisProgram; }
+void SetToolPath(ToolPath path) { toolPath = path ? path : Tool; }
 
 }  // namespace zelt::ctl

@@ -127,7 +127,8 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     const Session session;
     const auto switches = GivenSwitches(arguments);
     const auto word = arguments.Value("--unit");
-    const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word, EditionsFor(arguments))) : std::nullopt;
+    const auto editions = EditionsFor(arguments);
+    const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word, editions)) : std::nullopt;
     // Read it now and not earlier, to keep what others have changed meanwhile.
     LogOptions options = StoredOptions();
     for (const auto& [row, value] : switches) options.*row->field = value;

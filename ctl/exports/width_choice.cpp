@@ -1,6 +1,21 @@
 #include "ctl/exports/width_choice.h"
 
+#include "ctl/exports/manager_host.h"
+#include "registration/registration_check.h"
+
 namespace zelt::ctl {
+
+namespace {
+
+// That of this program is, even as a bare copy.
+bool IsInstalled(const Edition& edition)
+{
+    return edition.width == kThisEdition.width ||
+           (CanRun(edition) &&
+            (HasTool(edition) || IsRegistered(edition, Scope::Machine) || IsRegistered(edition, Scope::User)));
+}
+
+}  // namespace
 
 std::vector<const Edition*> EditionsFor(const Arguments& arguments)
 {
@@ -8,7 +23,9 @@ std::vector<const Edition*> EditionsFor(const Arguments& arguments)
     if (word && *word != "32" && *word != "64") throw UsageError("--width is 32 or 64, not \"" + *word + '"');
     std::vector<const Edition*> editions;
     for (const Edition& edition : Editions()) {
-        if (CanRun(edition) && (!word || *word == std::to_string(edition.width))) editions.push_back(&edition);
+        if (word ? *word == std::to_string(edition.width) && CanRun(edition) : IsInstalled(edition)) {
+            editions.push_back(&edition);
+        }
     }
     if (editions.empty()) throw Refusal("this Windows runs 32-bit programs only");
     return editions;

@@ -1,4 +1,4 @@
-// Which editions of ZELT a command works on: both where the system runs both, or the one that --width says.
+// Which editions of ZELT a command works on: those that are installed, or the one that --width says.
 #pragma once
 
 #include <string>

@@ -18,6 +18,8 @@
 Function ${un}RefuseRunningServer
     !insertmacro RefuseRunning ZELT.EXE
     !insertmacro RefuseRunning ZELT64.EXE
+    !insertmacro RefuseRunning zeltctl.exe
+    !insertmacro RefuseRunning zeltctl64.exe
 FunctionEnd
 !macroend
 !insertmacro DefineRefuseRunningServer ""

@@ -44,9 +44,10 @@ Var RegisteredFor
 
 ; Whether ZELT64 belongs to this installation.
 !ifdef ONLY_32_BIT
-    !define WithZelt64 "0 = 1"
+    !define WithZelt64 `0 = 1`
 !else
-    !define WithZelt64 ${RunningX64}
+    ; Defines with quotes in them need these.
+    !define WithZelt64 `${IsNativeAMD64}`
 !endif
 
 !include texts.nsh

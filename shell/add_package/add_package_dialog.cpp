@@ -57,7 +57,7 @@ bool CAddPackageDlg::OnCommand(int id, int notification)
         return true;
     }
     if (id == kOpenOtherEdition) {
-        if (!StartOtherEdition()) ShowFailure(L"The other ZELT cannot be started");
+        if (!ShowOtherEdition()) ShowFailure(L"The other ZELT cannot be started");
         return true;
     }
     // The Return key reaches a dialog even if its default button is disabled.

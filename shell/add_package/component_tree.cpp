@@ -6,6 +6,16 @@
 
 namespace zelt {
 
+namespace {
+
+bool OtherCanHost(REFCLSID classId)
+{
+    const auto component = DescribeComponent(classId, InstalledClasses(kOtherEdition.width));
+    return component && component->obstacle.empty();
+}
+
+}  // namespace
+
 void ComponentTree::Attach(HWND treeView, HIMAGELIST images)
 {
     tree = treeView;
@@ -20,7 +30,6 @@ Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSo
         const HTREEITEM heading = InsertHeading(kinds[index].heading);
         InsertComponents(heading, kinds[index].kind, components.lists[index]);
         InsertComponents(heading, kinds[index].kind, components.ofOtherWidth[index]);
-        needsOtherEdition = needsOtherEdition || !components.ofOtherWidth[index].empty();
         TreeView_Expand(tree, heading, TVE_EXPAND);
     }
     if (nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");
@@ -33,6 +42,7 @@ void ComponentTree::InsertComponents(HTREEITEM heading, PackageKind kind, std::s
 {
     for (const ComponentInfo& component : components) {
         const bool isUsable = component.obstacle.empty();
+        needsOtherEdition = needsOtherEdition || (!isUsable && OtherCanHost(component.classId));
         const std::wstring label =
             isUsable ? component.displayName : component.displayName + L" - " + component.obstacle;
         Insert(heading, label, ImageOfComponent(kind),

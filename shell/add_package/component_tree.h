@@ -38,7 +38,7 @@ public:
     // The selected package; null when a heading, a manager, what cannot be used, or nothing is selected.
     const Package* Selected() const;
     bool HasComponents() const { return !nodes.empty(); }
-    // Whether a component is there for programs of the other width only.
+    // Whether only the other edition can host some component.
     bool NeedsOtherEdition() const { return needsOtherEdition; }
 
 private:

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <cwchar>
+#include <iterator>
+
 #include "com/type_info.h"
 #include "registration/registration_check.h"
 #include "system/edition.h"
@@ -26,6 +29,23 @@ std::wstring RegisteredProgram()
     return command.size() > 2 && command.front() == L'"' ? command.substr(1, command.find(L'"', 1) - 1) : command;
 }
 
+// Its main window, if a process shows it. Other programs may have a window of that title.
+HWND ShownWindow()
+{
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, nullptr, kOtherEdition.windowTitle)) != nullptr) {
+        DWORD id = 0;
+        GetWindowThreadProcessId(window, &id);
+        const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
+        wchar_t path[1024];
+        DWORD length = static_cast<DWORD>(std::size(path));
+        if (!process || !QueryFullProcessImageNameW(process.get(), 0, path, &length)) continue;
+        const std::wstring program(path, length);
+        if (_wcsicmp(program.c_str() + (program.rfind(L'\\') + 1), kOtherEdition.program) == 0) return window;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 std::wstring OtherEditionProgram()
@@ -38,8 +58,13 @@ std::wstring OtherEditionProgram()
     return {};
 }
 
-bool StartOtherEdition()
+bool ShowOtherEdition()
 {
+    if (const HWND shown = ShownWindow()) {
+        if (IsIconic(shown)) ShowWindow(shown, SW_RESTORE);
+        SetForegroundWindow(shown);
+        return true;
+    }
     const std::wstring program = OtherEditionProgram();
     std::wstring commandLine = L'"' + program + L'"';
     STARTUPINFOW startup = {};

@@ -1,5 +1,5 @@
 #!/usr/bin/perl
-# Checks ZELT.EXE as a file: check_executable.pl <ZELT.EXE> <version> <objdump> <folders that it must not name...>.
+# Checks ZELT.EXE or ZELT64.EXE as a file: check_executable.pl <program> <version> <objdump> <folders that it must not name...>.
 # Its imported libraries, flags, version, manifest and icon, and that it has no trace of the building machine.
 use strict;
 use warnings;

@@ -11,6 +11,7 @@
 #include "registration/registry_mirror.h"
 #include "registration/shared_file.h"
 #include "tests/system/exports/windows_commands.h"
+#include "tests/system/harness/registered_class.h"
 #include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
@@ -285,7 +286,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
          "The exported package \"Planted\" is served by \"" + temporary + "zeltctl planted.dll\", which is no library of code" + reinstall},
         {"package-width", [&, this] { ExportServedBy(L"InprocServer32", FileOf(x64)); },
          "The exported package \"Planted\" is served by the 64-bit library \"" + temporary + "zeltctl planted.dll\"" + error +
-             ", because ZELT is a 32-bit program; ZELT64 can serve it: zeltctl remove the package with --width 32, and zeltctl add it with --width 64."},
+             ", because ZELT is a 32-bit program; install the component's 32-bit version, or zeltctl remove the package."},
         {"package-width", [] { Remove(k32, std::wstring(L"CLSID\\") + kNowhere);
                                Write(k64, std::wstring(L"CLSID\\") + kNowhere + L"\\InprocServer32", L"", L"C:\\gone\\package.dll");
                                Export({{kNowhere, 1, L"", L"Planted"}}); },
@@ -318,6 +319,98 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
         Export({});
         ExpectHealthy();
     }
+}
+
+// ZELT64 beside ZELT, registered for the time of a test.
+class DoctorOfBoth : public Doctor {
+protected:
+    void SetUp() override
+    {
+        Doctor::SetUp();
+        if (!fs::exists(server)) GTEST_SKIP() << "ZELT64.EXE is not built";
+        ASSERT_EQ(0u, Run(L"/RegServer"));
+    }
+    void TearDown() override
+    {
+        if (fs::exists(server)) {
+            EXPECT_EQ(0u, Run(L"/UnregServer"));
+        }
+        Doctor::TearDown();
+    }
+    DWORD Run(const wchar_t* action) const
+    {
+        return RunProcess(L'"' + server.wstring() + L"\" " + action, {}, 60'000).value_or(static_cast<DWORD>(-1));
+    }
+    static void ExpectBothHealthy()
+    {
+        const CommandOutcome outcome = RunZeltctl({"doctor"});
+        EXPECT_EQ(0, outcome.code) << outcome.data;
+        EXPECT_EQ(2u, LinesOf(outcome.data).size()) << outcome.data;
+        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT64.EXE 1.0.0.0, registered for everybody\n")) << outcome.data;
+    }
+
+    const fs::path server = (fs::absolute(ZELT_OTHER_BUILD_DIR) / "shell" / kOtherEdition.program).make_preferred();
+};
+
+TEST_F(DoctorOfBoth, FixesTheRegistrationOfEither)
+{
+    Export({});
+    ExpectBothHealthy();
+    const struct {
+        std::function<void()> plant;
+        const char* sentence;
+    } faults[] = {
+        {[] { Remove(k32, L"CLSID\\{D2838E62-EE1C-4C3E-929B-E96384C65B62}"); },
+         "class: The class ZELT64.ThermoSystem is not registered in the 32-bit view of the registry, so 32-bit "
+         "simulators do "
+         "not find it; let zeltctl doctor --fix register ZELT64 again."},
+        {[] { Remove(k64, L"CLSID\\{B658E84A-9299-4C06-905C-0310B35FEE62}\\ProgID"); },
+         "program-id: The class PRAVIK64.UnitOperation lacks its entry ProgID in the 64-bit view of the registry, so "
+         "programs "
+         "that remember it by name do not find it; let zeltctl doctor --fix register ZELT64 again."},
+        {[] { Remove(k64, kThermoSystem); },
+         "class: The class ZELT.ThermoSystem is not registered in the 64-bit view of the registry, so 64-bit "
+         "simulators do "
+         "not find it; let zeltctl doctor --fix register ZELT again."},
+    };
+    for (const auto& fault : faults) {
+        fault.plant();
+        ExpectFinding(fault.sentence);
+        EXPECT_EQ(0, RunZeltctl({"doctor", "--fix"}).code);
+        ExpectBothHealthy();
+    }
+}
+
+TEST_F(DoctorOfBoth, Finds32BitLibrariesInTheListOf64BitPackages)
+{
+    const RegisteredClass here(Scope::Machine, k32, kNowhere, L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}", L"Planted");
+    here.AddLibrary();
+    {
+        const RegisteredClass there(Scope::Machine, k64, kNowhere, L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}",
+                                    L"Planted");
+        there.AddLibrary();
+        ASSERT_EQ(0, RunZeltctl({"add", "Planted", "--width", "64"}).code);
+    }
+    ExpectFinding(
+        "package-width: The exported package \"Planted\" of ZELT64 is of the class "
+        "{D0C70125-0000-4000-8000-00000000000A}, "
+        "which is registered for 32-bit programs only, so a simulator that asks for it gets an error; ZELT can serve "
+        "it: "
+        "zeltctl remove the package with --width 64, and zeltctl add it with --width 32.");
+    EXPECT_EQ(0, RunZeltctl({"remove", "Planted"}).code);
+    ExpectBothHealthy();
+}
+
+// The list of each is held by its own program.
+TEST_F(DoctorOfBoth, LeavesTheListOfTheOneThatRunsAlone)
+{
+    const auto manager = CreateManager();
+    ASSERT_TRUE(manager);
+    const RegisteredClass package(Scope::Machine, k64, kNowhere, L"{CF51E384-0110-4ED8-ACB7-B50CFDE6908E}", L"Wide");
+    package.AddLibrary();
+    EXPECT_EQ(0, RunZeltctl({"add", "Wide"}).code) << "ZELT64 does not run";
+    EXPECT_EQ(0, RunZeltctl({"remove", "Wide"}).code);
+    EXPECT_EQ(2, RunZeltctl({"add", "Sample property package"}).code) << "ZELT runs";
 }
 
 TEST_F(Doctor, FindsAPackageBelowAnEnvironmentVariableOrInThePath)
