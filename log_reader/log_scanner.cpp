@@ -6,12 +6,19 @@
 #include <cstring>
 
 #include "log_reader/log_markup.h"
+#include "log_reader/resumed_input.h"
 
 namespace zelt {
 namespace {
 
 // The parser goes no deeper than 255 elements and has an opinion about more.
 constexpr std::size_t kDeepest = 200;
+
+// The parser takes more of them for text, even before it has seen what follows.
+constexpr std::size_t kMostBlanks = 250;
+
+// Where, behind what the parser has discarded, a place is taken down at which it may take over.
+constexpr std::int64_t kPlaceOfCandidate = 2600;
 
 // The first bytes of a line, which show what it is.
 using Word = std::uint64_t;
@@ -124,17 +131,8 @@ std::optional<LogReadResult> LogScanner<Bytes>::Scan()
 template <class Bytes>
 typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
 {
-    const std::size_t end = LineAround(filled);
-    if (end > position) {
-        AdvanceResume();
-        if (!hasNext) {
-            const Step step = ScanTo(end - position > sizes.lead ? LineAround(end - sizes.lead) : position);
-            if (step != Step::Done) return step;
-            RememberNext();
-        }
-        const Step step = ScanTo(end);
-        if (step != Step::Done) return step;
-    }
+    const Step step = ScanTo(LineAround(filled));
+    if (step != Step::Done) return step;
     // An input that waits for more inserts a comment, behind the end of a line and without one of its own.
     return After(At(position), "<!") ? Step::Unknown : Step::Done;
 }
@@ -142,7 +140,7 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
 template <class Bytes>
 ResumePoint LogScanner<Bytes>::Resume() const
 {
-    return {discarded + static_cast<std::int64_t>(resume.position), resume.line, resume.open, done - resume.done, open};
+    return {InFile(resume.position), resume.origin, resume.line, resume.open, done - resume.done, open};
 }
 
 // False when the input gives no more, or no line of a log is that long.
@@ -170,10 +168,9 @@ void LogScanner<Bytes>::MakeRoom()
         if (pending.name.data() != nameRoom.data()) pending.name = nameRoom.assign(pending.name);
         if (pending.text.data() != textRoom.data()) pending.text = textRoom.assign(pending.text);
     }
-    AdvanceResume();
     const std::size_t unneeded = resume.position;
     std::memmove(buffer.data(), At(unneeded), filled - unneeded);
-    for (std::size_t* place : {&filled, &position, &pendingPosition, &resume.position, &next.position}) {
+    for (std::size_t* place : {&filled, &position, &pendingPosition, &resume.position, &candidate.position}) {
         *place -= std::min(*place, unneeded);
     }
     discarded += static_cast<std::int64_t>(unneeded);
@@ -190,28 +187,52 @@ std::size_t LogScanner<Bytes>::LineAround(std::size_t before) const
 }
 
 template <class Bytes>
-void LogScanner<Bytes>::AdvanceResume()
+void LogScanner<Bytes>::Remember(Place& place) const
 {
-    if (!hasNext || position - next.position < sizes.lead) return;
-    std::swap(resume, next);
-    hasNext = false;
+    place.position = isPending ? pendingPosition : position;
+    place.line = isPending ? line - 1 : line;
+    place.done = done;
+    place.open.assign(open.begin(), open.end() - (isPending ? 1 : 0));
 }
 
+// The line whose tag this is takes the parser beyond the end of a portion.
 template <class Bytes>
-void LogScanner<Bytes>::RememberNext()
+void LogScanner<Bytes>::FollowParser(std::int64_t tagStart, std::int64_t tagEnd)
 {
-    if (stage != Stage::Content) return;
-    next.position = isPending ? pendingPosition : position;
-    next.line = isPending ? line - 1 : line;
-    next.done = done;
-    next.open.assign(open.begin(), open.end() - (isPending ? 1 : 0));
-    hasNext = true;
+    while (parser.portion <= tagEnd + 2) {
+        const bool isTagSeen = parser.portion > tagStart && parser.portion < tagEnd;
+        const std::int64_t stop = isTagSeen ? tagStart : parser.portion >= tagEnd ? tagEnd : parser.afterTag;
+        // It does not look at a portion that cannot complete the tag.
+        if (!parser.inTag || stop != parser.current) {
+            if (parser.current - parser.base > ParserState::kKept) {
+                parser.base = parser.current - ParserState::kBehind;
+                const std::int64_t latest = parser.current - ParserState::kKept - 1;
+                candidate.origin = latest - latest % ParserState::kPortion;
+                const std::int64_t room = InFile(candidate.position) - candidate.origin;
+                if (hasCandidate && parser.before - candidate.origin <= ParserState::kKept &&
+                    InFile(candidate.position) <= parser.before &&
+                    room >= static_cast<std::int64_t>(LengthOfBeginning(candidate.open))) {
+                    std::swap(resume, candidate);
+                }
+                hasCandidate = false;
+            }
+            parser.before = parser.current;
+            parser.current = stop;
+            parser.inTag = isTagSeen && parser.portion - tagStart >= 2;
+        }
+        parser.portion += ParserState::kPortion;
+    }
 }
 
 template <class Bytes>
 typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanTo(std::size_t end)
 {
     while (position < end) {
+        if (isCandidateDue) {
+            isCandidateDue = false;
+            hasCandidate = true;
+            Remember(candidate);
+        }
         const Step step = ScanLine();
         if (step != Step::Done) return step;
     }
@@ -222,6 +243,8 @@ template <class Bytes>
 typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanLine()
 {
     const char* const at = Bytes::EndOfBlanks(At(position));
+    tag = static_cast<std::size_t>(at - buffer.data());
+    if (tag - position > kMostBlanks) return Step::Unknown;
     if (stage != Stage::Content) return Header(at);
     const char* from;
     switch (WordAt(at)) {
@@ -380,6 +403,11 @@ void LogScanner<Bytes>::PassLine(const char* end)
 {
     position = static_cast<std::size_t>(end - buffer.data());
     ++line;
+    const std::int64_t tagEnd = InFile(position) - 2;
+    if (tagEnd + 2 >= parser.portion) FollowParser(InFile(tag), tagEnd);
+    parser.afterTag = tagEnd;
+    // Far enough for what opens the elements, and before the parser discards the next time.
+    if (!hasCandidate && tagEnd - parser.base > kPlaceOfCandidate && stage == Stage::Content) isCandidateDue = true;
 }
 
 template class LogScanner<PlainBytes>;

@@ -33,6 +33,20 @@ struct RawText {
     bool hasEntities;
 };
 
+// What the parser would have done with the file so far. It takes portions, stops at the first tag that is not complete, and
+// discards what it has parsed when that is more than a certain amount. When it does so makes a difference to what it finds in
+// damage, because then it forgets how far it has looked ahead. So the parser takes over only where its document, read from its own
+// beginning, would discard at the same place of the file. All offsets are of the file.
+struct ParserState {
+    static constexpr std::int64_t kFirst = 4, kPortion = 512, kKept = 4096, kBehind = 80;
+
+    std::int64_t portion = kFirst + kPortion;  // the end of the next portion
+    std::int64_t base = 0;                     // what is before was discarded
+    std::int64_t current = 0, before = 0;      // where it stopped, at the end of the last portion and of the one before
+    bool inTag = false;                        // it has seen some of the tag there
+    std::int64_t afterTag = 0;                 // where the latest line's tag ended
+};
+
 template <class Bytes>
 class LogScanner {
 public:
@@ -54,6 +68,7 @@ private:
     // A beginning of a line before which every event is delivered.
     struct Place {
         std::size_t position = 0;  // in the buffer
+        std::int64_t origin = 0;   // see ResumePoint
         int line = 1;
         std::int64_t done = 0;
         std::vector<OpenElement> open;
@@ -66,8 +81,8 @@ private:
     Step ScanTo(std::size_t end);
     Step ScanLine();
     std::size_t LineAround(std::size_t before) const;
-    void AdvanceResume();
-    void RememberNext();
+    void Remember(Place& place) const;
+    void FollowParser(std::int64_t tag, std::int64_t end);
 
     Step Header(const char* at);
     Step BeginNamed(EventKind kind, const char* from);
@@ -79,6 +94,7 @@ private:
     void Open(EventKind kind, bool isLeftOut, const char* end);
     void SendPending(bool hasChildren);
     void PassLine(const char* end);
+    std::int64_t InFile(std::size_t at) const { return discarded + static_cast<std::int64_t>(at); }
 
     LogInput& input;
     LogSink& sink;
@@ -100,8 +116,10 @@ private:
     std::size_t pendingPosition = 0;
     std::string nameRoom, textRoom;  // decoded texts; the pending event may have both
 
-    Place resume, next;  // the second replaces the first when enough has been read behind it
-    bool hasNext = false;
+    std::size_t tag = 0;  // where the line's tag begins
+    ParserState parser;
+    Place resume, candidate;  // the second becomes the first when it proves to be good
+    bool hasCandidate = false, isCandidateDue = false;
 };
 
 extern template class LogScanner<PlainBytes>;

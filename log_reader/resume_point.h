@@ -17,6 +17,7 @@ struct OpenElement {
 
 struct ResumePoint {
     std::int64_t offset = 0;        // of the beginning of a line, in the file; 0 for its beginning
+    std::int64_t origin = 0;        // where the parser's document would begin in the file
     int line = 1;                   // of that line
     std::vector<OpenElement> open;  // the elements around it, from the outermost; without the root
     // How many beginnings and ends of elements behind it the scanner has dealt with, and which elements are open there.

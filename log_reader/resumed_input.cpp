@@ -7,37 +7,49 @@
 namespace zelt {
 namespace {
 
-// The parser takes the first bytes to recognise the encoding, and then portions of this size.
-constexpr std::size_t kFirst = 4, kPortion = 512;
+// The parser takes the first bytes to recognise the encoding, then portions; and it asks for so many bytes at once.
+constexpr std::size_t kFirst = 4, kPortion = 512, kRequest = 4096;
 
-// Ends where the place's line begins. Blanks inside the root's tag fill it up to a number of whole blocks before the block that
-// contains the place.
-std::string Beginning(const ResumePoint& start, std::size_t block)
+constexpr std::string_view kTagEnd = ">\r\n";
+
+// Ends where the place's line begins, and begins at the origin: blanks inside the root's tag fill it up.
+std::string Beginning(const ResumePoint& start)
 {
     if (start.offset == 0) return {};
-    constexpr std::string_view kRootEnd = ">\r\n";
-    std::string text(kLogHeader);
-    text.resize(text.size() - kRootEnd.size());
-    std::string tags(kRootEnd);
-    for (const OpenElement& element : start.open) tags.append("<").append(NameOfParent(element.kind)).append(kRootEnd);
-    const std::size_t needed = text.size() + tags.size();
-    const auto inBlock = static_cast<std::size_t>(start.offset % static_cast<std::int64_t>(block));
-    const std::size_t length = inBlock + (needed + block - 1) / block * block;
-    return text.append(length - needed, ' ') + tags;
+    const auto length = static_cast<std::size_t>(start.offset - start.origin);
+    std::string text(kLogHeader.substr(0, kLogHeader.size() - kTagEnd.size()));
+    text.append(length - LengthOfBeginning(start.open), ' ').append(kTagEnd);
+    for (const OpenElement& element : start.open) text.append("<").append(NameOfParent(element.kind)).append(kTagEnd);
+    return text;
 }
 
 }  // namespace
 
+std::size_t LengthOfBeginning(const std::vector<OpenElement>& open)
+{
+    std::size_t length = kLogHeader.size();
+    for (const OpenElement& element : open) length += 1 + NameOfParent(element.kind).size() + kTagEnd.size();
+    return length;
+}
+
 ResumedInput::ResumedInput(LogInput& rest, const ResumePoint& start, std::string_view read, std::optional<int> last,
                            std::size_t block)
-    : rest(rest), block(block), last(last), text(Beginning(start, block).append(read))
+    : rest(rest), block(block), last(last), origin(start.origin), text(Beginning(start).append(read))
 {}
 
 int ResumedInput::Read(char* out, int length)
 {
     const std::size_t left = text.size() - given;
     if (left == 0) return last ? *last : rest.Read(out, length);
-    std::size_t count = std::min({left, static_cast<std::size_t>(length), block - given % block});
+    // The file's own requests end at multiples of their size in each block, behind the first bytes in the first block.
+    const std::int64_t at = origin + static_cast<std::int64_t>(given);
+    const auto inBlock = static_cast<std::size_t>(at % static_cast<std::int64_t>(block));
+    const std::size_t shift = at < static_cast<std::int64_t>(block) ? kFirst : 0;
+    const std::size_t toRequest = inBlock < shift ? shift - inBlock : kRequest - (inBlock - shift) % kRequest;
+    std::size_t wanted = std::min(block - inBlock, toRequest);
+    // Less than a portion would become one.
+    if (given == kFirst && wanted < kPortion) wanted += std::min(block, kRequest);
+    std::size_t count = std::min({left, static_cast<std::size_t>(length), wanted});
     // The parser asks for more before it takes the beginning of a portion, and would have to wait. So what precedes the last portion
     // comes first, and then the parser takes that one as it is.
     if (rest.Waits() && count == left && given >= kFirst) {

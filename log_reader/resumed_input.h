@@ -4,14 +4,19 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "log_reader/log_reader.h"
 #include "log_reader/resume_point.h"
 
 namespace zelt {
+
+// How long a beginning is that opens the root and these elements.
+std::size_t LengthOfBeginning(const std::vector<OpenElement>& open);
 
 class ResumedInput final : public LogInput {
 public:
@@ -26,6 +31,7 @@ private:
     LogInput& rest;
     const std::size_t block;
     const std::optional<int> last;
+    const std::int64_t origin;
     std::string text;
     std::size_t given = 0;
 };

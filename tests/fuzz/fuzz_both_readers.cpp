@@ -12,19 +12,19 @@ namespace zelt::test {
 namespace {
 
 // Small pieces, so that a short log has many, and the ordinary ones.
-constexpr ScanSizes kSizes[] = {{1024, 0, 1 << 20}, {1024, 300, 4096}, {2048, 1500, 8192}, {}};
+constexpr ScanSizes kSizes[] = {{1024, 1 << 20}, {1024, 16384}, {2048, 16384}, {}};
 
 // A log as ZELT writes it, up to somewhere inside of calls.
 std::string Beginning(std::uint64_t hash)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
-    for (std::size_t call = hash % 16; call > 0; --call) {
+    for (std::size_t call = hash % 64; call > 0; --call) {
         log +=
             "<func name=\"ICapeThermoMaterial::GetOverallProp\" direc=\"out\" object=\"Feed &amp; more\">\r\n"
             " <arg name=\"results\" direc=\"out\" type=\"VT_ARRAY|VT_R8\">\r\n";
         for (std::size_t value = call * 7 % 5; value > 0; --value) log += "  <argval value=\"353.2\"/>\r\n";
         log += " </arg>\r\n";
-        if (call % 5 != hash / 16 % 5) log += "</func>\r\n";
+        if (call % 40 != hash / 64 % 40) log += "</func>\r\n";
     }
     return log;
 }
