@@ -59,6 +59,16 @@ protected:
     }
     std::wstring ExportName() { return TextOfWindow(GetDlgItem(dialog, kExportName)); }
     bool OkEnabled() { return IsWindowEnabled(GetDlgItem(dialog, IDOK)); }
+    // Until the dialog has handled what was posted to it so far: sent messages overtake posted ones.
+    void WaitForPosted()
+    {
+        const HWND box = GetDlgItem(dialog, kLoggingEnabled);
+        for (int click = 0; click < 2; ++click) {
+            const LRESULT before = SendMessageW(box, BM_GETCHECK, 0, 0);
+            PostMessageW(box, BM_CLICK, 0, 0);
+            EXPECT_TRUE(WaitUntil([&] { return SendMessageW(box, BM_GETCHECK, 0, 0) != before; }));
+        }
+    }
     void Press(int button)
     {
         PostCommand(dialog, button);
@@ -140,6 +150,7 @@ TEST_F(AddPackage, GreysWhatTheOtherWidthAloneCanUseWithTheReason)
         EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, kExportName)));
         PostCommand(dialog, IDOK);
         tree->PostExpand(item);
+        WaitForPosted();
     }
     tree->Select(Item(kStandAlone));
     EXPECT_TRUE(OkEnabled());
