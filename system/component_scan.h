@@ -17,9 +17,10 @@ inline constexpr wchar_t kUnitOperationCategory[] = L"{678c09a5-7d66-11d2-a67d-0
 
 struct ComponentInfo {
     CLSID classId;
-    std::wstring displayName;    // with the description if there is one
-    std::wstring name;           // without it
-    std::wstring obstacle = {};  // why a process of the searched width cannot use it; empty when nothing is known against it
+    std::wstring displayName;  // with the description if there is one
+    std::wstring name;         // without it
+    std::wstring obstacle =
+        {};  // why a process of the searched width cannot use it; empty when nothing is known against it
 };
 
 // The program's own classes, of either edition, are never listed.

@@ -109,8 +109,8 @@ HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID clas
 {
     void* created = nullptr;
     // A unit that wraps its own class, as settings or a saved file may request, would make units without end.
-    const HRESULT result = IsOwnClass(classId) ? CLASS_E_CLASSNOTAVAILABLE
-                                               : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
+    const HRESULT result =
+        IsOwnClass(classId) ? CLASS_E_CLASSNOTAVAILABLE : CreateForeign(classId, CLSCTX_ALL, IID_IDispatch, &created);
     if (FAILED(result)) {
         error = HRName(result);
         call.Say(Sentence::UnitClassFailed, {error});

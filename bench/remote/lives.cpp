@@ -59,7 +59,8 @@ void CompareMemoryOfLives(int lives, const MakePackage& inSurrogate, const MakeP
     constexpr int kRows = 5;
     const int step = std::max(1, lives / kRows);
     for (int done = 0; done <= lives;) {
-        std::printf("%-16d %16.0f %16.0f\n", done, MemoryOf(L"dllhost.exe") / 1024, MemoryOf(kThisEdition.program) / 1024);
+        std::printf("%-16d %16.0f %16.0f\n", done, MemoryOf(L"dllhost.exe") / 1024,
+                    MemoryOf(kThisEdition.program) / 1024);
         std::fflush(stdout);
         for (int i = 0; i < step; ++i, ++done) {
             if (!LiveOnce(inSurrogate) || !LiveOnce(inZelt)) {

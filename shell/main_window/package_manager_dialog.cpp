@@ -65,7 +65,8 @@ bool CPackageManagerDlg::OnInit()
 {
     const HMENU system = GetSystemMenu(Window(), FALSE);
     AppendMenuW(system, MF_SEPARATOR, 0, nullptr);
-    AppendMenuW(system, MF_STRING, kCommandSystemAbout, (L"&About " + std::wstring(kThisEdition.name) + L"...").c_str());
+    AppendMenuW(system, MF_STRING, kCommandSystemAbout,
+                (L"&About " + std::wstring(kThisEdition.name) + L"...").c_str());
     const HMENU menu = GetMenu(Window());
     packageMenu = GetSubMenu(menu, kPackagePosition);
     logMenu = GetSubMenu(menu, kLogPosition);
