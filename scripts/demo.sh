@@ -107,7 +107,7 @@ Wine() { timeout 120 wine "$@"; }
 # asks about them.
 ExportPackages()
 {
-    local class key=$1 options='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
+    local class key=$1 settings='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
     shift
     for run in "$@"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
@@ -118,8 +118,8 @@ ExportPackages()
         Wine reg add "$key" /f /v "Package$number" /t REG_MULTI_SZ /s '|' /d "$class|$kind|$package|$package|true"
     done
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d "$number"
-    Wine reg add "$options" /f /v AutoLogLocation /t REG_DWORD /d 1
-    Wine reg add "$options" /f /v PromptOpenLog /t REG_DWORD /d 0
+    Wine reg add "$settings" /f /v AutoLogLocation /t REG_DWORD /d 1
+    Wine reg add "$settings" /f /v PromptOpenLog /t REG_DWORD /d 0
 }
 
 # The choice of the main window's menu: the class identifier as 16 bytes, its first three numbers in little-endian order.
