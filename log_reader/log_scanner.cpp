@@ -106,6 +106,14 @@ inline std::string_view Decoded(const RawText& text, std::string& room)
     return text.hasEntities ? DecodeInto(room, text) : std::string_view(text.begin, text.end);
 }
 
+// Whether `beginning`, which has no end of a line, may begin one of ZELT's. Without this, a log in a single line would be read far
+// ahead of its events.
+bool MayBecomeLine(std::string_view beginning)
+{
+    const std::size_t tagEnd = beginning.find('>');
+    return tagEnd == std::string_view::npos || std::string_view("\r\n").starts_with(beginning.substr(tagEnd + 1));
+}
+
 }  // namespace
 
 template <class Bytes>
@@ -134,7 +142,8 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
     const Step step = ScanTo(LineAround(filled));
     if (step != Step::Done) return step;
     // An input that waits for more inserts a comment, behind the end of a line and without one of its own.
-    return After(At(position), "<!") ? Step::Unknown : Step::Done;
+    if (After(At(position), "<!")) return Step::Unknown;
+    return MayBecomeLine({At(position), filled - position}) ? Step::Done : Step::Unknown;
 }
 
 template <class Bytes>
