@@ -235,7 +235,8 @@ TestRefusal()
     cp "$installed/Uninstall.exe" "$testFolder/uninstall.exe"
     ExitsAs 4 "\"$(WindowsPath "$testFolder/uninstall.exe")\" /S _?=$programsFolder"
     # Asks the window to close.
-    Wine taskkill /im "$program"
+    # The 64-bit one sees programs of both widths.
+    Wine 'C:\windows\system32\taskkill.exe' /im "$program"
     WaitForEnd
     Snapshot refused
     Equal 'changes of a refused setup' '' "$(Added files running refused; Removed files running refused
