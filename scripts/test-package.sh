@@ -22,7 +22,7 @@ TestPackage()
     Step package-run "Running the demonstration on the installed server" TestRun
     Step package-refuse "Refusing to replace or remove a running server" TestRefusal
     Step package-upgrade "Upgrading" TestUpgrade
-    Step package-refuse64 "Refusing to replace or remove a running ZELT64" TestRefusal ZELT64.EXE
+    Step package-refuse64 "Refusing to replace a running zeltctl64" TestRefusalOfTool
     Step package-run64 "Running a 64-bit package on the installed ZELT64" TestRun64
     Step package-uninstall "Uninstalling" TestUninstall
     Step package-user "Installing and removing for the current user" TestUserInstall
@@ -222,12 +222,10 @@ WaitUntil()
 WaitForEnd() { WaitUntil ZeltEnded; }
 ZeltEnded() { ! ZeltRuns; }
 
-# TestRefusal [program]: while it runs.
 TestRefusal()
 {
     Snapshot running
-    local program=${1:-ZELT.EXE}
-    Wine "$programsFolder\\$program" >"$testFolder/window.txt" 2>&1 &
+    Wine "$programsFolder\\ZELT.EXE" >"$testFolder/window.txt" 2>&1 &
     # Its file is in use from the start; the window appears a moment later.
     WaitUntil ZeltRuns
     sleep 2
@@ -235,12 +233,32 @@ TestRefusal()
     cp "$installed/Uninstall.exe" "$testFolder/uninstall.exe"
     ExitsAs 4 "\"$(WindowsPath "$testFolder/uninstall.exe")\" /S _?=$programsFolder"
     # Asks the window to close.
-    # The 64-bit one sees programs of both widths.
-    Wine 'C:\windows\system32\taskkill.exe' /im "$program"
+    Wine taskkill /im ZELT.EXE
     WaitForEnd
     Snapshot refused
     Equal 'changes of a refused setup' '' "$(Added files running refused; Removed files running refused
         Added registry running refused; Removed registry running refused)"
+}
+
+# Wine's task list does not show 64-bit programs, so the one that runs is a program that may simply be ended.
+TestRefusalOfTool()
+{
+    local log
+    log=$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | head -n 1)
+    Wine "$programsFolder\\zeltctl64.exe" log follow "$(WindowsPath "$log")" >"$testFolder/followed.txt" 2>&1 &
+    local follower=$!
+    WaitUntil test -s "$testFolder/followed.txt"
+    Exits 4 "$(WindowsPath "$setupProgram")" /S
+    EndTree "$follower"
+    WaitUntil ToolEnded
+}
+ToolEnded()
+{
+    local process
+    for process in $(pgrep -f 'zeltctl64\.exe'); do
+        ! tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$WINEPREFIX" || kill "$process"
+    done
+    ! pgrep -f 'zeltctl64\.exe' >/dev/null
 }
 
 TestUpgrade()
