@@ -243,8 +243,9 @@ TestRefusal()
 # Wine's task list does not show 64-bit programs, so the one that runs is a program that may simply be ended.
 TestRefusalOfTool()
 {
-    local log
-    log=$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | head -n 1)
+    # One that does not end.
+    local log=$testFolder/followed.zlg
+    find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' -exec head -n 40 {} \; -quit >"$log"
     Wine "$programsFolder\\zeltctl64.exe" log follow "$(WindowsPath "$log")" >"$testFolder/followed.txt" 2>&1 &
     local follower=$!
     WaitUntil test -s "$testFolder/followed.txt"
