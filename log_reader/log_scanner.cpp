@@ -66,7 +66,7 @@ Entity EntityAt(const char* at)
     }
 }
 
-// Goes on behind an ampersand.
+// Continues after an ampersand.
 template <class Bytes>
 const char* ReadEntities(RawText& text)
 {
