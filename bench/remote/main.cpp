@@ -40,10 +40,8 @@ public:
         wchar_t text[40];
         StringFromGUID2(hosted, text, 40);
         classKey += text;
-        RegistryKey application, packageClass;
-        const RegistryRoot machine{HKEY_LOCAL_MACHINE, 0};
-        if (application.Create(machine, kAppIdKey) == ERROR_SUCCESS) application.WriteString(L"DllSurrogate", L"");
-        if (packageClass.Create(machine, classKey) == ERROR_SUCCESS) packageClass.WriteString(L"AppID", kAppId);
+        Write(kAppIdKey, L"DllSurrogate", L"");
+        Write(classKey, L"AppID", kAppId);
     }
     ~Surrogate()
     {
@@ -54,6 +52,15 @@ public:
     Surrogate& operator=(const Surrogate&) = delete;
 
 private:
+    static void Write(const std::wstring& path, const wchar_t* name, const wchar_t* text)
+    {
+        RegistryKey key;
+        if (key.Create({HKEY_LOCAL_MACHINE, 0}, path) != ERROR_SUCCESS ||
+            key.WriteString(name, text) != ERROR_SUCCESS) {
+            std::fprintf(stderr, "The registry does not take %ls\n", name);
+        }
+    }
+
     std::wstring classKey = L"Software\\Classes\\CLSID\\";
 };
 
