@@ -6,6 +6,7 @@
 #include "com/text.h"
 #include "log/value_text.h"
 #include "proxy_fixture.h"
+#include "scratch_classes.h"
 #include "vendor_device.h"
 
 namespace zelt::test {
@@ -33,6 +34,8 @@ protected:
         library.reset();
     }
 
+    // The library is registered for this process alone: others of these tests run at the same time.
+    ScratchClasses classes;
     std::optional<VendorLibrary> library;
     ComPtr<Device> device{new Device};
 };
