@@ -25,6 +25,12 @@ namespace com {
 
 class Object;
 
+// A member that no interface of an object has.
+struct LateMember {
+    std::wstring name;
+    DISPID standard = DISPID_UNKNOWN;  // its identifier, when that is the same for every object
+};
+
 // One entry of an object's interface map; the parts form a list in order of declaration.
 class InterfaceEntry {
 public:
@@ -128,12 +134,13 @@ protected:
     // The entry of an interface that the object has and a script may use; null without it. Unlike a query it leaves no trace.
     virtual const InterfaceEntry* Reach(REFIID iid) { return FindInterface(iid); }
 
-    // Members that no interface of the object has: GetIDsOfNames and Invoke of whatever else knows them.
+    // Members that no interface of the object has: GetIDsOfNames and Invoke of whatever else knows them. Those with an identifier
+    // that Automation gives are invoked without being found first.
     [[nodiscard]] virtual HRESULT FindMember(LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/)
     {
         return DISP_E_UNKNOWNNAME;
     }
-    [[nodiscard]] virtual HRESULT InvokeMember(const std::wstring& /*name*/, LCID /*locale*/, WORD /*flags*/,
+    [[nodiscard]] virtual HRESULT InvokeMember(const LateMember& /*member*/, LCID /*locale*/, WORD /*flags*/,
                                                DISPPARAMS* /*parameters*/, VARIANT* /*result*/,
                                                EXCEPINFO* /*exception*/, UINT* /*argumentError*/)
     {

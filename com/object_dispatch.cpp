@@ -12,8 +12,8 @@
 namespace com {
 namespace {
 
-// Identifiers far from those that libraries give: the place of an interface, and the place of a member in it; or the place of a name
-// that only other objects know.
+// Identifiers far from those that libraries give: the place of an interface, and the place of a member in it; or the place of a
+// name that only other objects know.
 constexpr DISPID kFirstMember = 0x5A000000;
 constexpr int kMemberBits = 10;
 constexpr DISPID kFirstName = 0x5C000000;
@@ -93,6 +93,15 @@ DISPID IdAt(ITypeInfo* info, UINT ordinal)
     const DISPID id = function->memid;
     info->ReleaseFuncDesc(function);
     return id;
+}
+
+// Identifiers that mean the same for every object.
+bool IsStandard(DISPID id) { return id <= DISPID_VALUE && id != DISPID_UNKNOWN; }
+std::wstring NameOfStandard(DISPID id)
+{
+    if (id == DISPID_VALUE) return L"DISPID_VALUE";
+    if (id == DISPID_NEWENUM) return L"DISPID_NEWENUM";
+    return L"[DISPID=" + std::to_wstring(id) + L"]";
 }
 
 DISPID IdOfName(const wchar_t* name)
@@ -181,7 +190,13 @@ STDMETHODIMP ObjectDispatch::Invoke(DISPID member, REFIID reserved, LCID locale,
     if (!object.Admits("IDispatch::Invoke")) return RPC_E_WRONG_THREAD;
     const Held held(object);
     if (member < kFirstMember) {
-        return Script()->Invoke(member, reserved, locale, flags, parameters, result, exception, argumentError);
+        const HRESULT own =
+            Script()->Invoke(member, reserved, locale, flags, parameters, result, exception, argumentError);
+        if (own != DISP_E_MEMBERNOTFOUND || !IsStandard(member)) return own;
+        return NoThrow([&] {
+            return object.InvokeMember({NameOfStandard(member), member}, locale, flags, parameters, result, exception,
+                                       argumentError);
+        });
     }
     return NoThrow([&] { return InvokeFurther(member, locale, flags, parameters, result, exception, argumentError); });
 }
@@ -194,7 +209,7 @@ HRESULT ObjectDispatch::InvokeFurther(DISPID member, LCID locale, WORD flags, DI
         if (number >= OtherNames().size()) return DISP_E_MEMBERNOTFOUND;
         // A copy, because the call may let others in that ask for more names.
         const std::wstring name = OtherNames()[number];
-        return object.InvokeMember(name, locale, flags, parameters, result, exception, argumentError);
+        return object.InvokeMember({name}, locale, flags, parameters, result, exception, argumentError);
     }
     const auto offset = static_cast<std::size_t>(member - kFirstMember);
     const std::size_t place = offset >> kMemberBits;

@@ -2,7 +2,8 @@
 // looked up first in the object's script interface, whose members keep their own identifiers. Then come the interfaces that this
 // module's type libraries describe, in the order of the libraries, then interfaces that only the registry describes, and last the
 // names that no interface has (Object::FindMember). An identifier depends only on the interface and the member, because programs
-// get it from one object and use it for every object of that kind.
+// get it from one object and use it for every object of that kind. The identifiers that Automation itself gives, for the value of an
+// object and for its enumerator, nobody asks for by name: the script interface gets them first, then Object::InvokeMember.
 #pragma once
 
 #include <windows.h>

@@ -141,8 +141,8 @@ protected:
     const com::InterfaceEntry* Reach(REFIID iid) override;
     // Members that only the wrapped object's own IDispatch knows are forwarded to it and logged (late_members.cpp).
     HRESULT FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
-    HRESULT InvokeMember(const std::wstring& name, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                         EXCEPINFO* exception, UINT* argumentError) override;
+    HRESULT InvokeMember(const com::LateMember& member, LCID locale, WORD flags, DISPPARAMS* parameters,
+                         VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
     void FinalRelease() override;
     void OnForeignThread(const char* member, DWORD thread) override;
 

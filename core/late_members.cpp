@@ -86,9 +86,11 @@ void Clear(EXCEPINFO& exception)
     exception = {};
 }
 
-HRESULT IdOf(IDispatch& object, const std::wstring& member, LCID locale, DISPID& id)
+HRESULT IdOf(IDispatch& object, const com::LateMember& member, LCID locale, DISPID& id)
 {
-    auto* name = const_cast<wchar_t*>(member.c_str());
+    id = member.standard;
+    if (id != DISPID_UNKNOWN) return S_OK;
+    auto* name = const_cast<wchar_t*>(member.name.c_str());
     return CallForeign([&] { return object.GetIDsOfNames(IID_NULL, &name, 1, locale, &id); });
 }
 
@@ -101,14 +103,14 @@ HRESULT CapeOpenBase::FindMember(LPOLESTR* names, UINT count, LCID locale, DISPI
     return CallForeign([&] { return object->GetIDsOfNames(IID_NULL, names, count, locale, ids); });
 }
 
-HRESULT CapeOpenBase::InvokeMember(const std::wstring& member, LCID locale, WORD flags, DISPPARAMS* parameters,
+HRESULT CapeOpenBase::InvokeMember(const com::LateMember& member, LCID locale, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT* argumentError)
 {
     const ForeignPtr<IDispatch> object = QueryForeign<IDispatch>(Wrapped());
     DISPID id = DISPID_UNKNOWN;
     // The name may be that of another object, whose identifiers are of no use here.
     if (!object || FAILED(IdOf(*object.Get(), member, locale, id))) return DISP_E_MEMBERNOTFOUND;
-    const std::string logged = LoggedName(member, flags);
+    const std::string logged = LoggedName(member.name, flags);
     LoggedCall call(*this, logged.c_str());
     LogDocument* const log = call.Document();
     if (log && parameters) com::Attempt([&] { WriteArguments(*log, *parameters, true); });

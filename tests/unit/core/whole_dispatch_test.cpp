@@ -189,6 +189,7 @@ public:
     };
 
     HRESULT answer = S_OK;
+    DISPID standard = DISPID_UNKNOWN;  // of the latest call
 
 protected:
     IDispatch* ScriptInterface() override { return &identification; }
@@ -198,9 +199,10 @@ protected:
         ids[0] = 77;
         return S_OK;
     }
-    HRESULT InvokeMember(const std::wstring&, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                         UINT*) override
+    HRESULT InvokeMember(const com::LateMember& member, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO* exception, UINT*) override
     {
+        standard = member.standard;
         for (UINT i = 0; i < parameters->cArgs; ++i) {
             if (parameters->rgvarg[i].vt == (VT_BYREF | VT_I4)) ++*parameters->rgvarg[i].plVal;
         }
@@ -273,6 +275,47 @@ TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)
     object->answer = E_FAIL;
     EXPECT_EQ(E_FAIL, Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result));
     EXPECT_NE(std::string::npos, Written().find("<func name=\"IDispatch::Colour\""));
+}
+
+// Scripts use an object as its value, and go through a collection, without asking for a name.
+TEST_F(WholeDispatch, ForwardsIdentifiersThatAreTheSameForEveryObject)
+{
+    const ComPtr<OwnNames> object(new OwnNames);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());
+    const auto script = As<IDispatch>(proxy);
+    const struct {
+        DISPID id;
+        WORD flags;
+        const char* logged;
+    } kRows[] = {
+        {DISPID_VALUE, DISPATCH_PROPERTYGET, "IDispatch::get_DISPID_VALUE"},
+        {DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, "IDispatch::DISPID_NEWENUM"},
+        {DISPID_EVALUATE, DISPATCH_METHOD, "IDispatch::[DISPID=-5]"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.logged);
+        const std::size_t before = Written().size();
+        _variant_t result;
+        EXPECT_EQ(S_OK, Invoke(script.Get(), row.id, row.flags, {}, &result));
+        EXPECT_EQ(row.id, object->standard);
+        EXPECT_EQ(_variant_t(5L), result);
+        EXPECT_EQ(
+            Func(row.logged, " <arg name=\"result\" direc=\"out\" type=\"VT_I4\">\n  <argval value=\"5\"/>\n </arg>\n"),
+            Written().substr(before));
+    }
+    const std::size_t before = Written().size();
+    EXPECT_EQ(S_OK, Invoke(script.Get(), DISPID_VALUE, DISPATCH_PROPERTYPUT, {_variant_t(2L)}));
+    EXPECT_EQ(Func("IDispatch::put_DISPID_VALUE",
+                   " <arg name=\"value\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"2\"/>\n </arg>\n"),
+              Written().substr(before));
+    // Nobody's identifier.
+    object->standard = DISPID_UNKNOWN;
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(script.Get(), DISPID_UNKNOWN, DISPATCH_METHOD, {}));
+    EXPECT_EQ(DISPID_UNKNOWN, object->standard);
+    // An object without an IDispatch of its own.
+    const ComPtr<CPropertyPackage11> plain = MakeProxy(wrapped.Get());
+    wrapped->Refuse(IID_IDispatch);
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(As<IDispatch>(plain).Get(), DISPID_VALUE, DISPATCH_PROPERTYGET, {}));
 }
 
 }  // namespace
