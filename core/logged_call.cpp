@@ -4,6 +4,7 @@
 
 #include "guard/foreign_throw.h"
 #include "guard/se_exception.h"
+#include "log/vocabulary/found_sentence.h"
 
 namespace zelt {
 namespace {

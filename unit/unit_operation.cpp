@@ -10,6 +10,7 @@
 #include "system/message_box.h"
 #include "system/narrow.h"
 #include "log/root_log.h"
+#include "log/vocabulary/found_sentence.h"
 #include "unit/select_co_object.h"
 #include "system/guid_text.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "ctl/log/log_events.h"
-#include "log/vocabulary/sentences.h"
+#include "log/vocabulary/found_sentence.h"
 
 namespace zelt::ctl {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ctl/log/call_results.h"
+#include "log/vocabulary/found_sentence.h"
 
 namespace zelt::ctl {
 namespace {

@@ -5,9 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace zelt {
@@ -266,22 +264,5 @@ void ForEachPiece(Sentence sentence, HoleTexts holes, Piece&& piece)
         if (number < holes.size()) piece(holes[number]);
     });
 }
-
-// The whole sentence.
-std::string SentenceText(Sentence sentence, HoleTexts holes = {});
-
-// A sentence that a reader has recognised, with what fills its holes; views of the given text.
-struct FoundSentence {
-    Sentence sentence;
-    std::array<std::string_view, kMostHoles> holes;
-};
-
-// The first row of the element that the text matches, after the row `after` when there is one. A name that looks like part of a
-// sentence reaches as far as it can.
-std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after = {});
-
-// The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when
-// there is none.
-std::size_t LengthOfCode(std::string_view text);
 
 }  // namespace zelt

@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "shell/log_viewer/tree_images.h"
+
 namespace zelt {
 namespace {
 

@@ -1,5 +1,7 @@
 #include "shell/log_viewer/tree_row.h"
 
+#include "shell/log_viewer/tree_images.h"
+
 namespace zelt {
 namespace {
 
@@ -7,20 +9,6 @@ namespace {
 bool HasName(const LogEvent& event) { return event.kind == EventKind::Call || event.kind == EventKind::Argument; }
 
 }  // namespace
-
-SmallImage ImageOf(const LogEvent& event)
-{
-    switch (event.kind) {
-        case EventKind::Call: return event.inward ? kImageCallIn : kImageCallOut;
-        case EventKind::Argument: return event.inward ? kImageArgumentIn : kImageArgumentOut;
-        case EventKind::Info: return kImageInfo;
-        case EventKind::Warning: return kImageWarning;
-        case EventKind::Error: return kImageError;
-        case EventKind::Value:
-        case EventKind::Other: break;
-    }
-    return kImageValue;
-}
 
 bool IsError(const LogEvent& event)
 {

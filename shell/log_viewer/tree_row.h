@@ -1,5 +1,4 @@
-// What the viewer shows for a log's event: a row with an image and a label. The only place that knows an event's image
-// and how to compose its label.
+// What the viewer shows for a log's event: a row with an image and a label. The only place that composes an event's label.
 #pragma once
 
 #include <string>
@@ -18,7 +17,6 @@ struct TreeRow {
     std::string_view label;  // UTF-8
 };
 
-SmallImage ImageOf(const LogEvent& event);
 bool IsError(const LogEvent& event);
 // "name (object)" of a call, "name (type: T)" of an argument, the text of anything else.
 void AppendLabel(std::string& out, const LogEvent& event);

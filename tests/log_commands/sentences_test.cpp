@@ -1,6 +1,6 @@
 // The table of a log's sentences: a sentence written by a row is read as that row, and the page on the format lists
 // each.
-#include "log/vocabulary/sentences.h"
+#include "log/vocabulary/found_sentence.h"
 
 #include <gtest/gtest.h>
 

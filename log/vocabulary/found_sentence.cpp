@@ -1,4 +1,4 @@
-#include "log/vocabulary/sentences.h"
+#include "log/vocabulary/found_sentence.h"
 
 #include <algorithm>
 
