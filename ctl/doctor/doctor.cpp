@@ -46,6 +46,15 @@ constexpr Command kCommands[] = {
 struct Examined {
     Installation installation;
     Findings findings;
+
+    // Examines what belongs to this edition alone.
+    template <class Check>
+    void Add(Check&& check)
+    {
+        const std::size_t before = findings.size();
+        check();
+        for (std::size_t i = before; i < findings.size(); ++i) findings[i].edition = installation.edition;
+    }
 };
 
 // ZELT; and ZELT64 when there is any sign of it.
@@ -70,7 +79,7 @@ std::vector<Examined> Examine(const std::vector<const Edition*>& editions)
     try {
         bool librariesChecked = false;
         for (Examined& one : all) {
-            CheckRegistration(one.installation, one.findings);
+            one.Add([&] { CheckRegistration(one.installation, one.findings); });
             if (one.installation.registered && !std::exchange(librariesChecked, true)) {
                 CheckLibraries(one.installation, one.findings);
             }
@@ -78,7 +87,7 @@ std::vector<Examined> Examine(const std::vector<const Edition*>& editions)
     } catch (const com::Failure& failure) {
         throw InputError("the registration cannot be examined: " + Utf8(Widen(SystemText(failure.Code()))));
     }
-    for (Examined& one : all) CheckPackages(*one.installation.edition, one.findings);
+    for (Examined& one : all) one.Add([&] { CheckPackages(*one.installation.edition, one.findings); });
     CheckLogging(all.front().findings);
     return all;
 }
@@ -114,7 +123,9 @@ void WriteJson(const Findings& fixed, const Findings& left, Output& out)
     json.BeginArray();
     const auto write = [&](const Findings& findings, bool areFixed) {
         for (const Finding& finding : findings) {
-            json.NewLine().BeginObject().Member("rule", finding.rule).Member("wrong", finding.wrong);
+            json.NewLine().BeginObject().Member("rule", finding.rule);
+            if (finding.edition) json.Member("edition", Utf8(finding.edition->name));
+            json.Member("wrong", finding.wrong);
             json.Member("effect", finding.effect).Member("remedy", finding.remedy);
             json.Key("fixable").Bool(finding.fix != Fix::None).Key("fixed").Bool(areFixed).EndObject();
         }

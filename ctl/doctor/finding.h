@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "system/edition.h"
+
 namespace zelt::ctl {
 
 // What --fix does about a finding. It never changes what others rely on.
@@ -20,6 +22,7 @@ struct Finding {
     std::string effect;  // follows "so"
     std::string remedy;  // what to do, as one would tell a person
     Fix fix = Fix::None;
+    const Edition* edition = nullptr;  // the one that it is about; null for what both share
 };
 
 using Findings = std::vector<Finding>;

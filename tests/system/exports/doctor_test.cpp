@@ -397,6 +397,8 @@ TEST_F(DoctorOfBoth, Finds32BitLibrariesInTheListOf64BitPackages)
         "which is registered for 32-bit programs only, so a simulator that asks for it gets an error; ZELT can serve "
         "it: "
         "zeltctl remove the package with --width 64, and zeltctl add it with --width 32.");
+    const CommandOutcome json = RunZeltctl({"doctor", "--json"});
+    EXPECT_TRUE(json.data.starts_with("[\n{\"rule\":\"package-width\",\"edition\":\"ZELT64\",")) << json.data;
     EXPECT_EQ(0, RunZeltctl({"remove", "Planted"}).code);
     ExpectBothHealthy();
 }
@@ -449,7 +451,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     key.WriteDword(L"NumPackages", 4);
     const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});
     EXPECT_EQ(0, json.code);
-    EXPECT_TRUE(json.data.starts_with("[\n{\"rule\":\"package-entry\",")) << json.data;
+    EXPECT_TRUE(json.data.starts_with("[\n{\"rule\":\"package-entry\",\"edition\":\"ZELT\",")) << json.data;
     EXPECT_TRUE(json.data.ends_with(",\"fixable\":true,\"fixed\":true}]\n")) << json.data;
     ExpectHealthy();
 }
