@@ -29,9 +29,9 @@ double Median(std::vector<double> values);
 // Each function does the work once and returns its seconds. A first pair warms up the caches and is not counted.
 Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured);
 
-// `unit` is "s", "ms", "us" or "ns"; `each` divides the times, as for one call among many. A goal of 0 means none. A
-// time that exceeds its floor by at most `orAdded` of the unit also meets the goal.
 void PrintTitle(const std::string& title);
+// `unit` is "s", "ms", "us" or "ns". The times are divided by `each`, for example by the number of calls, to show the time of one.
+// A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal.
 void PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1, double orAdded = 0);
 // A figure that has no floor.

@@ -1,4 +1,4 @@
-// An order of interface identifiers, for maps. It means nothing else.
+// An arbitrary but fixed order of interface identifiers, for use as keys of maps.
 #pragma once
 
 #include <guiddef.h>

@@ -8,7 +8,7 @@
 
 namespace com {
 
-// A null value name means the key's default value. Nothing when there is no such text, or when it is longer than names are.
+// A null value name means the key's default value. Empty if there is no such text, or if it is longer than 255 characters.
 inline std::optional<std::wstring> RegistryText(const std::wstring& key, const wchar_t* value)
 {
     wchar_t text[256];

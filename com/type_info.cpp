@@ -83,6 +83,12 @@ std::wstring ModulePath(HMODULE module)
     }
 }
 
+std::wstring BesideThisModule(const std::wstring& name)
+{
+    const std::wstring own = ModulePath(ThisModule());
+    return own.substr(0, own.find_last_of(L'\\') + 1) + name;
+}
+
 int CountTypeLibraries()
 {
     int number = 0;

@@ -16,6 +16,9 @@ HMODULE ThisModule();
 // Full path of a module. Throws Failure.
 std::wstring ModulePath(HMODULE module);
 
+// Full path of a file of that name in this module's folder, whether it exists or not. Throws Failure.
+std::wstring BesideThisModule(const std::wstring& name);
+
 // The number of type libraries in this module's resources, numbered from 1 without gaps.
 int CountTypeLibraries();
 

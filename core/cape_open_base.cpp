@@ -30,7 +30,7 @@ void CapeOpenBase::Wrap(IUnknown* object)
 
 void CapeOpenBase::Unwrap()
 {
-    // First of all the object: a release may let a call in, which must not fill the caches from it again.
+    // Forget the object before dropping the caches: a release may let in a call, which must not fill them from the old object again.
     const ForeignPtr<IUnknown> old = std::move(wrapped);
     for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
 }
@@ -123,9 +123,9 @@ const com::InterfaceEntry* CapeOpenBase::Reach(REFIID iid)
 
 bool CapeOpenBase::AddPart(REFIID iid)
 {
-    // The query may have let a call in that made the part meanwhile.
+    // During the query, another call may have come in and made the part.
     if (FindInterface(iid)) return true;
-    // A part that is in the interface map must not be lost.
+    // Reserve first: a part enters the interface map when it is made, so storing it afterwards must not fail.
     partsOnDemand.reserve(partsOnDemand.size() + 1);
     std::unique_ptr<PartOnDemand> part = MakePart(iid, *this);
     if (!part) return false;
@@ -149,7 +149,8 @@ void CapeOpenBase::FinalRelease()
 {
     // What other threads have released no longer counts as held.
     if (isRoot) ReceiveVisits();
-    // Before the interfaces go: releasing them may take the root with it, and its report is about what is still held.
+    // A child leaves the tree before its interfaces are released: that may destroy the root, whose report must list only what is
+    // still held.
     if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();

@@ -4,8 +4,8 @@
 //
 // Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the check),
 // Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a tree that hands originals back:
-// replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release. An
-// exception from Describe or Finish costs an entry of the log; one from Prepare ends the call. The other steps throw nothing.
+// replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release.
+// An exception from Describe or Finish costs an entry of the log; one from Prepare ends the call. The other steps throw nothing.
 #pragma once
 
 #include <optional>

@@ -1,6 +1,6 @@
 // Interfaces beyond those of a proxy's class. Whatever its object has, a proxy offers: through a part that is made when the
-// interface is first asked for, and lives as long as the proxy. An interface of the standard with rows is carried by its rows, from a
-// table that the layers above install; any other dual interface by a part that is driven by type information.
+// interface is first asked for, and lives as long as the proxy. An interface of the standard with rows is carried by its rows, from
+// a table that the layers above install; any other dual interface by a part that is driven by type information.
 #pragma once
 
 #include <windows.h>

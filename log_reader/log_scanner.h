@@ -22,8 +22,6 @@ namespace zelt {
 // How much it reads at once. Tests use smaller pieces, to see many of their ends in a short log.
 struct ScanSizes {
     std::size_t block = kReadAhead;
-    std::size_t lead =
-        4096;  // of complete lines that the parser gets before the one that the scanner does not understand
     std::size_t longest = std::size_t{1} << 20;  // more than this is not kept for the sake of a line
 };
 

@@ -50,8 +50,8 @@ int ResumedInput::Read(char* out, int length)
     // Less than a portion would become one.
     if (given == kFirst && wanted < kPortion) wanted += std::min(block, kRequest);
     std::size_t count = std::min({left, static_cast<std::size_t>(length), wanted});
-    // The parser asks for more before it takes the beginning of a portion, and would have to wait. So what precedes the last portion
-    // comes first, and then the parser takes that one as it is.
+    // The parser asks for more before it takes the beginning of a portion, and would have to wait. So what precedes the last
+    // portion comes first, and then the parser takes that one as it is.
     if (rest.Waits() && count == left && given >= kFirst) {
         const std::size_t begun = (given - kFirst) % kPortion;
         const std::size_t beyond = (begun + left) % kPortion;

@@ -1,6 +1,6 @@
 // Registration of this edition of the server: its application, its classes, the file class of logs if it opens them, and the type
-// libraries, in every registry view, for the machine or for the current user. Removal takes away what registration added, except the standard's type
-// libraries, which belong to everybody. Shows nothing to the user: the status code says what went wrong.
+// libraries, in every registry view, for the machine or for the current user. Removal takes away what registration added, except
+// the standard's type libraries, which belong to everybody. Shows nothing to the user: the status code says what went wrong.
 #pragma once
 
 #include <windows.h>

@@ -41,6 +41,12 @@ std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, in
 
 std::wstring ClassPath(REFCLSID classId) { return L"CLSID\\" + GuidText(classId); }
 
+std::wstring ProgramOf(const std::wstring& commandLine)
+{
+    if (!commandLine.starts_with(L'"')) return commandLine;
+    return commandLine.substr(1, commandLine.find(L'"', 1) - 1);
+}
+
 bool IsRegistered(const Edition& edition, Scope scope)
 {
     for (const EditionClass& own : edition.classes) {

@@ -38,6 +38,9 @@ std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, in
 // The key of a class, relative to the classes.
 std::wstring ClassPath(REFCLSID classId);
 
+// The file that a command line in the registry starts: the text in double quotes, or the whole text.
+std::wstring ProgramOf(const std::wstring& commandLine);
+
 // Whether any class of the edition is registered for the scope, in any view.
 bool IsRegistered(const Edition& edition, Scope scope);
 

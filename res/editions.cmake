@@ -4,11 +4,11 @@
 # (system/edition.h).
 set(ZELT_EDITIONS_DIR ${CMAKE_BINARY_DIR}/editions)
 
-# name | width | program | zeltctl of that width | application | key of the list of packages | opens logs | script of the application |
-# what its scripts' numbers are added to | titles of the main window and of the export dialog
+# name | width | program | zeltctl of that width | application | key of the list of packages | script of the application, which decides whether
+# Explorer opens logs with it | what its scripts' numbers are added to | titles of the main window and of the export dialog
 set(zelt_editions
-  "ZELT|32|ZELT.EXE|zeltctl.exe|{D76CDF09-2520-4B73-9730-98028328426E}|Software\\\\ZELT|true|application.rgs|0|ZELT Packages:|Export package:"
-  "ZELT64|64|ZELT64.EXE|zeltctl64.exe|{17CC0CA2-B86E-46C5-B5E9-B31DFF844699}|Software\\\\ZELT\\\\64-bit|false|application64.rgs|400|ZELT64 Packages (64-bit):|Export 64-bit package:")
+  "ZELT|32|ZELT.EXE|zeltctl.exe|{D76CDF09-2520-4B73-9730-98028328426E}|Software\\\\ZELT|application.rgs|0|ZELT Packages:|Export package:"
+  "ZELT64|64|ZELT64.EXE|zeltctl64.exe|{17CC0CA2-B86E-46C5-B5E9-B31DFF844699}|Software\\\\ZELT\\\\64-bit|application64.rgs|400|ZELT64 Packages (64-bit):|Export 64-bit package:")
 
 # kind of class | number of its script | description | two categories | CAPE-OPEN description | CAPE-OPEN version
 set(zelt_class_kinds
@@ -59,7 +59,7 @@ endfunction()
 
 set(table)
 foreach(row IN LISTS zelt_editions)
-  zelt_row("${row}" name width program tool application packagesKey opensLogs applicationScript offset title exportTitle)
+  zelt_row("${row}" name width program tool application packagesKey applicationScript offset title exportTitle)
   math(EXPR number "101 + ${offset}")
   set(resources "${number} REGISTRY \"${applicationScript}\"\n")
   set(cppClasses)
@@ -85,7 +85,7 @@ foreach(row IN LISTS zelt_editions)
   endif()
   file(CONFIGURE OUTPUT ${ZELT_EDITIONS_DIR}/${name}.scripts.rc CONTENT "${resources}")
   string(APPEND table
-    "    {${width}, L\"${name}\", L\"${program}\", L\"${tool}\", L\"${application}\", L\"${packagesKey}\", ${opensLogs}, ${number},\n"
+    "    {${width}, L\"${name}\", L\"${program}\", L\"${tool}\", L\"${application}\", L\"${packagesKey}\", ${number},\n"
     "     L\"${title}\",\n     {\n${cppClasses}     }},\n")
 endforeach()
 file(CONFIGURE OUTPUT ${ZELT_EDITIONS_DIR}/editions.inc CONTENT "${table}")

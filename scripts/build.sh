@@ -1,6 +1,7 @@
 # Configuring and building through the CMake presets. Sourced by ./dev.
 
-# The product, and the programs that are also wanted on this system; the tests also need `sanitized`.
+# The two builds of the product, and the native build of the programs that also run on this system. The tests also need the preset
+# sanitized.
 architectures=(i686 x86_64)
 builds=("${architectures[@]}" native)
 
@@ -9,7 +10,7 @@ Build()
 {
     local wanted=("${builds[@]}") build
     if [ $# -gt 0 ]; then
-        [[ " ${builds[*]} " == *" $1 "* ]] || Fail "There is no build \"$1\": it is one of ${builds[*]}."
+        [[ " ${builds[*]} " == *" $1 "* ]] || Fail "There is no build \"$1\". The builds are: ${builds[*]}."
         wanted=("$1")
     fi
     InstallPackages build

@@ -1,6 +1,6 @@
 # The checks that need no build and take a minute: formatting, scripts, sources. Every finding fails. Sourced by ./dev.
 
-# The project's files with these names, including new ones; outside a checkout, those in the source folders.
+# The project's files with these names, including new ones; outside a checkout, all such files outside ./build.
 Files()
 {
     local file
@@ -33,7 +33,7 @@ Check()
 {
     LockTree
     FastChecks
-    printf '%s\n' "${green}Nothing to object to.$plain"
+    printf '%s\n' "${green}No findings.$plain"
 }
 
 FastChecks()
@@ -48,7 +48,7 @@ FastChecks()
     Step check-sources "Checking the sources" CheckSources
 }
 
-# These programs accept a key that is given twice: the last one counts.
+# clang-format and clang-tidy accept a key that is given twice, and use the last one.
 CheckSettings()
 {
     perl scripts/duplicate-keys.pl .clang-format .clang-tidy
@@ -56,7 +56,7 @@ CheckSettings()
 
 CheckShellScripts()
 {
-    # Check what ./dev sources together with it: one sets what another uses.
+    # Leave out the scripts that ./dev sources: shellcheck follows them from there, because one sets variables that another uses.
     local scripts
     mapfile -t scripts < <(Scripts sh '(ba)?sh' | grep -vxFf <(sed -n 's/^source //p' dev))
     printf '%s\n' "${scripts[@]}"
@@ -72,7 +72,8 @@ CheckPerlScripts()
     return $failed
 }
 
-# Checks the sources as the 32-bit build reads them, as far as that needs no system header. The list says what is off, and why.
+# Checks the sources as the 32-bit build reads them, as far as that needs no system header. cppcheck-suppressions.txt says which
+# checks are off, and why.
 CheckSources()
 {
     # shellcheck disable=SC2054 # the commas are cppcheck's
@@ -80,7 +81,7 @@ CheckSources()
                    --library=googletest --library=windows -I.
                    '-DSTDMETHOD(name)=virtual HRESULT name' '-DSTDMETHOD_(type, name)=virtual type name'
                    -DSTDMETHODIMP=HRESULT '-DSTDMETHODIMP_(type)=type' '-D__uuidof(name)=IID_OF_NAME'
-                   # This parser cannot expand it; as the name of a function it is read.
+                   # cppcheck cannot expand this macro, but it can read it as a function call.
                    -ULOGGED)
     mkdir -p build/cppcheck
     printf '%s\n' "${sources[@]}" | grep '\.cpp$' >build/cppcheck-sources

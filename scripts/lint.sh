@@ -3,7 +3,7 @@
 # Lint [--fix]: --fix formats the files instead of complaining.
 Lint()
 {
-    [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint knows no option \"$*\", only --fix."
+    [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint has no option \"$*\"; its only option is --fix."
     LockTree
     InstallPackages build check lint
     FetchLibxml2
@@ -12,12 +12,12 @@ Lint()
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
     fi
     FastChecks
-    # The headers generated from the type libraries and the compile commands must be there; objects need not.
+    # clang-tidy needs the compile commands, and the headers generated from the type libraries, but no objects.
     Step configure-lint "Configuring for the checks" cmake --preset lint
     Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \
         idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files idl_vendor_files
     Step tidy "Static checks" Tidy
-    printf '%s\n' "${green}Nothing to object to.$plain"
+    printf '%s\n' "${green}No findings.$plain"
 }
 
 # clang reads the sources as the 32-bit cross compiler does, with that compiler's headers.
@@ -27,16 +27,16 @@ Tidy()
     # Warnings are left to g++: the build has them on, as errors.
     local arguments=(--extra-arg=--target=i686-w64-windows-gnu --extra-arg=-w)
     for folder in $("$compiler" -E -x c++ -v /dev/null 2>&1 | sed -n '/^#include </,/^End/s/^ //p'); do
-        # The intrinsics are the compiler's own; clang brings others.
+        # These folders hold g++'s own intrinsics; clang has its own.
         case "$folder" in
             */lib/gcc/*/include | */lib/gcc/*/include-fixed) ;;
             *) arguments+=("--extra-arg=-isystem$folder") ;;
         esac
     done
     local database=build/lint/compile_commands.json
-    # Only what the 32-bit build compiles: there a source has its definitions.
+    # Only the sources that the 32-bit build compiles: the database has the definitions for no others.
     printf '%s\n' "${sources[@]}" | grep '\.cpp$' | while read -r file; do
-        grep -qF "\"$root/$file\"" "$database" && echo "$file"
+        ! grep -qF "\"$root/$file\"" "$database" || echo "$file"
     done >build/lint-sources
     [ -s build/lint-sources ] || { echo "No source is in $database."; return 1; }
     echo "$(wc -l <build/lint-sources) sources"

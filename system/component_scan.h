@@ -19,8 +19,8 @@ struct ComponentInfo {
     CLSID classId;
     std::wstring displayName;  // with the description if there is one
     std::wstring name;         // without it
-    std::wstring obstacle =
-        {};  // why a process of the searched width cannot use it; empty when nothing is known against it
+    // Why a process of the searched width cannot use it; empty when nothing is known against it.
+    std::wstring obstacle = {};
 };
 
 // The program's own classes, of either edition, are never listed.
@@ -29,9 +29,9 @@ struct ComponentSearch {
     CLSID leftOut;  // another class that the list omits
 };
 
-// Where classes are registered for a process. On 64-bit Windows it reads the classes of its own width, and can also use those that only
-// the other view has, as long as the class is a program of its own and not a DLL of the other width. The user's own classes are
-// searched for what the machine's lack: HKEY_CLASSES_ROOT does not show them everywhere.
+// Where classes are registered for a process. On 64-bit Windows it reads the classes of its own width, and can also use those that
+// only the other view has, as long as the class is a program of its own and not a DLL of the other width. The user's own classes
+// are searched for what the machine's lack: HKEY_CLASSES_ROOT does not show them everywhere.
 struct ClassSources {
     RegistryRoot own;
     RegistryRoot other;  // without a key when there is one view

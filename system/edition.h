@@ -27,7 +27,6 @@ struct Edition {
     const wchar_t* tool;           // zeltctl of the same width
     const wchar_t* applicationId;  // in its registry form
     const wchar_t* packagesKey;    // below HKEY_CURRENT_USER: the list of exported packages
-    bool opensLogs;                // Explorer opens logs with it
     int applicationScript;
     const wchar_t* windowTitle;  // of the main window
     EditionClass classes[kOwnClasses];
@@ -74,6 +73,11 @@ constexpr std::span<const Edition> Editions() { return detail::kEditions; }
 // The edition of programs of this width.
 inline constexpr const Edition& kThisEdition = detail::kEditions[sizeof(void*) == 8];
 inline constexpr const Edition& kOtherEdition = detail::kEditions[sizeof(void*) != 8];
+
+constexpr const Edition& OtherThan(const Edition& edition)
+{
+    return edition.width == kThisEdition.width ? kOtherEdition : kThisEdition;
+}
 
 // Whether it is a class of either edition.
 bool IsOwnClass(REFCLSID classId);

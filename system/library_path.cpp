@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "system/file_presence.h"
+
 namespace zelt {
 namespace {
 
@@ -32,12 +34,6 @@ std::wstring Expanded(const std::wstring& text)
     std::wstring expanded(ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
     expanded.resize(ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size())));
     return expanded.substr(0, expanded.find(L'\0'));
-}
-
-bool IsFile(const std::wstring& path)
-{
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 std::wstring WindowsFolder()

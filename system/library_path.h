@@ -1,5 +1,5 @@
-// Where a library that the registry names is for a process of one width. Windows shows a 32-bit process other folders under the names
-// of the system's and the programs' folders, so a process that judges for the other width has to translate.
+// Where a library that the registry names is for a process of one width. Windows shows a 32-bit process other folders under the
+// names of the system's and the programs' folders, so a process that judges for the other width has to translate.
 #pragma once
 
 #include <string>

@@ -29,10 +29,10 @@ bool CStreamImpl::Allocate(std::uint32_t bytes)
     return data != nullptr;
 }
 
-void CStreamImpl::BeginWriting(bool isUnits)
+void CStreamImpl::BeginWriting(bool chosenByUnit)
 {
     isWriting = true;
-    sizeIsUnits = isUnits;
+    unitChoseSize = chosenByUnit;
     position = used = 0;
 }
 
@@ -52,8 +52,8 @@ void CStreamImpl::End()
 HRESULT CStreamImpl::GrowTo(std::uint64_t end, std::uint64_t capacity)
 {
     if (end <= size) return S_OK;
-    if (sizeIsUnits) {
-        sizeIsUnits = false;
+    if (unitChoseSize) {
+        unitChoseSize = false;
         Say(Sentence::MaximumSizeTooSmall);
     }
     Buffer larger = NewBuffer(capacity);

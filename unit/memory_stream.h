@@ -1,7 +1,7 @@
-// CStreamImpl: the stream in memory between a unit operation and the simulator's stream. It serves one save or one load: its
-// maker says which, and takes the data away again at the end; a unit that keeps the stream longer reads and writes nothing. Its
-// messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Clears no
-// memory except what it has just allocated, so that a size which a stream merely claims costs nothing.
+// CStreamImpl: the stream in memory between a unit operation and the simulator's stream. It serves one save or one load; its
+// creator says which, and frees the data at the end, so that a unit that keeps the stream longer can no longer read or write. Its
+// messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Zeroed memory
+// comes from calloc, which does not touch large blocks: a size that a stream merely claims costs nothing.
 #pragma once
 
 #include <windows.h>
@@ -25,8 +25,8 @@ public:
     // Makes room for `bytes`, all zero. False when there is no memory.
     bool Allocate(std::uint32_t bytes);
 
-    // Writing starts at the beginning of the allocated data. `sizeIsUnits`: the size is what the unit asked for.
-    void BeginWriting(bool sizeIsUnits);
+    // Writing starts at the beginning of the allocated data. `unitChoseSize`: that size is the one that the unit asked for.
+    void BeginWriting(bool unitChoseSize);
     // Reading starts at the beginning of the allocated data, which the caller has filled.
     void BeginReading();
     // Ends either, and frees the data.
@@ -86,8 +86,8 @@ private:
     DocumentHold log;
     bool isReading = false;
     bool isWriting = false;
-    bool sizeIsUnits = false;  // until the first warning that it was too small
-    std::uint32_t size = 0;    // writing: the allocated size; reading: the size of the data to read
+    bool unitChoseSize = false;  // until the first warning that the size was too small
+    std::uint32_t size = 0;      // writing: the allocated size; reading: the size of the data to read
     std::uint32_t position = 0;
     std::uint32_t used = 0;
     Buffer data;

@@ -70,7 +70,7 @@ void BenchSpeed(const WrittenLog& log, int pairs, const std::string& only)
 
 void BenchMemory(const WrittenLog& small, const WrittenLog& large, const std::string& only)
 {
-    PrintTitle("zeltctl: the most private memory while it runs");
+    PrintTitle("zeltctl: peak private memory");
     for (const auto& command : kCommands) {
         if (!only.empty() && command.front() != only) continue;
         const std::string text = Joined(command);

@@ -1,6 +1,6 @@
 // bench_remote: a package used from another process through ZELT, which logs nothing, compared with the same package in the
-// system's surrogate process, for the edition of this width. The script that runs it has registered ZELT and the sample package, and
-// exported the package as "Benchmark" without logging; this program sets up the surrogate and removes it again.
+// system's surrogate process, for the edition of this width. The script that runs it has registered ZELT and the sample package,
+// and exported the package as "Benchmark" without logging; this program sets up the surrogate and removes it again.
 #include <comutil.h>
 #include <windows.h>
 #include <wrl/client.h>

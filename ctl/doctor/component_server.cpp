@@ -11,6 +11,8 @@
 #include "ctl/exports/session.h"
 #include "registration/library_facts.h"
 #include "registration/registrar.h"
+#include "registration/registration_check.h"
+#include "system/file_presence.h"
 #include "system/guid_text.h"
 #include "system/program_width.h"
 
@@ -19,14 +21,12 @@ namespace {
 
 constexpr char kInstallComponent[] = "install the component again, or zeltctl remove the package";
 
-const Edition& Other(const Edition& edition) { return edition.width == 32 ? Editions()[1] : Editions()[0]; }
-
 std::string Bits(int width) { return std::to_string(width) + "-bit"; }
 
 // Whether a process of the other width can use the class.
 bool OtherCanServe(const Edition& edition, REFCLSID classId)
 {
-    const Edition& other = Other(edition);
+    const Edition& other = OtherThan(edition);
     const auto component = DescribeComponent(classId, InstalledClasses(other.width));
     return CanRun(other) && component && component->obstacle.empty();
 }
@@ -36,7 +36,7 @@ std::string Remedy(const Edition& edition, REFCLSID classId)
     if (!OtherCanServe(edition, classId)) {
         return "install the component's " + Bits(edition.width) + " version, or zeltctl remove the package";
     }
-    const Edition& other = Other(edition);
+    const Edition& other = OtherThan(edition);
     return Utf8(other.name) + " can serve it: zeltctl remove the package with --width " +
            std::to_string(edition.width) + ", and zeltctl add it with --width " + std::to_string(other.width);
 }
@@ -82,7 +82,7 @@ bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner,
 {
     const std::wstring path = ProgramOf(commandLine);
     const bool canBeChecked = commandLine.starts_with(L'"') || path.find(L' ') == std::wstring::npos;
-    if (!canBeChecked || path.find(L'\\') == std::wstring::npos || FileIsThere(path)) return true;
+    if (!canBeChecked || path.find(L'\\') == std::wstring::npos || IsFile(path)) return true;
     findings.push_back({"package-file", owner + " is served by \"" + Utf8(path) + "\", which is not there", effect,
                         kInstallComponent});
     return false;
@@ -100,7 +100,7 @@ bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& ow
         if (OtherCanServe(edition, classId)) {
             findings.push_back(
                 {"package-width",
-                 isOfClass + ", which is registered for " + Bits(Other(edition).width) + " programs only", effect,
+                 isOfClass + ", which is registered for " + Bits(OtherThan(edition).width) + " programs only", effect,
                  Remedy(edition, classId)});
         } else {
             findings.push_back({"package-class", isOfClass + ", which is not registered for " + Utf8(edition.name),

@@ -5,19 +5,10 @@
 #include "com/type_info.h"
 #include "registration/registration.h"
 #include "ctl/exports/session.h"
+#include "system/file_presence.h"
 #include "system/version.h"
 
 namespace zelt::ctl {
-namespace {
-
-std::wstring BesideThisProgram(const Edition& edition)
-{
-    const std::wstring own = com::ModulePath(com::ThisModule());
-    return own.substr(0, own.find_last_of(L'\\') + 1) + edition.program;
-}
-
-}  // namespace
-
 Installation FindInstallation(const Edition& edition)
 {
     Installation found;
@@ -30,20 +21,18 @@ Installation FindInstallation(const Edition& edition)
             forUser = forUser || KeyExists(Scope::User, view, path);
             const FoundEntry entry = LookUpEffective(view, path + L"\\LocalServer32", L"");
             const std::wstring named = ProgramOf(entry.text.value_or(std::wstring()));
-            if (!named.empty() && (found.server.empty() || !FileIsThere(found.server))) found.server = named;
+            if (!named.empty() && (found.server.empty() || !IsFile(found.server))) found.server = named;
         }
     }
     // An edition that is not registered belongs to whomever the other one does.
-    const Edition& other = edition.width == 32 ? Editions()[1] : Editions()[0];
     if (!found.registered) {
+        const Edition& other = OtherThan(edition);
         forUser = PerUserRegistrationPreferred({}) ||
                   (IsRegistered(other, Scope::User) && !IsRegistered(other, Scope::Machine));
     }
     found.scope = forUser ? Scope::User : Scope::Machine;
-    if (FileIsThere(found.server)) {
-        found.registrable = found.server;
-    } else if (FileIsThere(BesideThisProgram(edition))) {
-        found.registrable = BesideThisProgram(edition);
+    for (const std::wstring& program : {found.server, com::BesideThisModule(edition.program)}) {
+        if (found.registrable.empty() && IsFile(program)) found.registrable = program;
     }
     found.version = found.registrable.empty() ? OwnVersion() : FileVersionText(found.registrable);
     return found;
@@ -71,18 +60,6 @@ std::string InView(REGSAM view)
 {
     if (view == 0) return {};
     return view == KEY_WOW64_64KEY ? " in the 64-bit view of the registry" : " in the 32-bit view of the registry";
-}
-
-bool FileIsThere(const std::wstring& path)
-{
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-std::wstring ProgramOf(const std::wstring& commandLine)
-{
-    if (!commandLine.starts_with(L'"')) return commandLine;
-    return commandLine.substr(1, commandLine.find(L'"', 1) - 1);
 }
 
 std::string OwnVersion() { return FileVersionText(com::ModulePath(com::ThisModule())); }

@@ -1,5 +1,5 @@
-// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself. Reads the
-// registry as COM does, the user's classes before the machine's.
+// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself. Reads
+// the registry as COM does, the user's classes before the machine's.
 #pragma once
 
 #include <string>
@@ -13,8 +13,8 @@ struct Installation {
     bool registered = false;  // any of its classes is
     Scope scope = Scope::Machine;
     std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
-    std::wstring
-        registrable;  // the program that --fix registers: that one, or the edition's next to this program; may be empty
+    // The program that --fix registers: that one, or the edition's next to this program; may be empty.
+    std::wstring registrable;
     std::string version;  // of `registrable`, or else of this program
 
     std::wstring ServerOrOwn() const { return server.empty() ? registrable : server; }
@@ -32,11 +32,6 @@ FoundEntry LookUpEffective(REGSAM view, const std::wstring& key, const std::wstr
 
 // " in the 64-bit view of the registry", or nothing where there is one view.
 std::string InView(REGSAM view);
-
-bool FileIsThere(const std::wstring& path);
-
-// The file that a command line in the registry starts: the text in quotes, or the whole text.
-std::wstring ProgramOf(const std::wstring& commandLine);
 
 std::string OwnVersion();
 

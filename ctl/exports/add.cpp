@@ -51,7 +51,7 @@ int AddExport(const Arguments& arguments, Streams& streams)
     StoredPackages stored(*chosen.host);
     package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->sourceName);
     if (!CanBeExportName(package->exportedName))
-        throw Refusal("its name is blank, or longer than 255 characters; --name gives it another");
+        throw Refusal("the package's name is blank, or longer than 255 characters; --name gives it another");
     if (IsExported(stored.List(), package->exportedName)) {
         throw Refusal("a package is exported as \"" + Utf8(package->exportedName) +
                       "\" already; --name gives it another name");

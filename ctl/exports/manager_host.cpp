@@ -16,6 +16,7 @@
 #include "ctl/command.h"
 #include "ctl/exports/session.h"
 #include "registration/registrar.h"
+#include "system/file_presence.h"
 #include "system/guid_text.h"
 #include "system/owners.h"
 
@@ -30,9 +31,8 @@ enum Record : char { kPackage = 'P', kFailure = 'F', kList = 'L', kNoList = 'N' 
 
 std::wstring Tool(const Edition& edition)
 {
-    const std::wstring own = com::ModulePath(com::ThisModule());
-    if (edition.width == kThisEdition.width) return own;
-    return own.substr(0, own.find_last_of(L'\\') + 1) + edition.tool;
+    if (edition.width == kThisEdition.width) return com::ModulePath(com::ThisModule());
+    return com::BesideThisModule(edition.tool);
 }
 
 ToolPath toolPath = Tool;
@@ -179,11 +179,7 @@ std::optional<std::vector<std::wstring>> AskManager(const Edition& edition, Pack
     return {};
 }
 
-bool HasTool(const Edition& edition)
-{
-    const DWORD attributes = GetFileAttributesW(toolPath(edition).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
+bool HasTool(const Edition& edition) { return IsFile(toolPath(edition)); }
 
 bool IsManagerQuestion(const std::vector<std::string>& words) { return words.size() == 4 && words[0] == kQuestion; }
 

@@ -1,5 +1,5 @@
-// log follow: a log while it is written. The server writes whole entries, so an XML comment may follow the current end of the
-// file; it makes the parser give out what it has, and a call that hangs is shown while it hangs.
+// log follow: shows a log while it is being written. The server writes whole entries, so an XML comment is allowed at the current
+// end of the file. Such a comment makes the parser release what it has read, so that a call that hangs is shown while it hangs.
 #include <chrono>
 #include <string>
 #include <thread>
@@ -56,7 +56,8 @@ private:
     {
         tail.append(bytes.substr(bytes.size() - std::min(bytes.size(), 2 * kEnd.size())));
         if (tail.size() > 2 * kEnd.size()) tail.erase(0, tail.size() - 2 * kEnd.size());
-        // Only after the declaration and the root's tag, which form one entry.
+        // An entry ends with a line. The first one holds both the declaration and the root's tag, so the filler never comes before
+        // the root.
         entryEnded = bytes.back() == '\n';
         fillerGiven = false;
     }

@@ -1,6 +1,6 @@
 ; ZELT.EXE and, on 64-bit Windows, ZELT64.EXE register themselves; this file checks which hive then holds the registration, in the
-; views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the product family
-; is installed for the user: setup reports this and stores it in $RegisteredFor, and the uninstaller undoes it there.
+; views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the
+; product family is installed for the user: setup reports this and stores it in $RegisteredFor, and the uninstaller undoes it there.
 
 ; $R0 becomes "no" when a class of the list is not this installation's in a view of the hive.
 !macro VerifyClassInView hive edition class

@@ -1,6 +1,6 @@
-// A CAPE-OPEN 1.0 property package that calculates as the sample's does and has what packages in the field have beyond it: the older
-// interfaces of routines and equilibrium servers, reliability, petroleum fractions. It reaches its material by name alone, and keeps a
-// simulation context only if the context says what it is.
+// A CAPE-OPEN 1.0 property package that calculates as the sample's does and has what packages in the field have beyond it: the
+// older interfaces of routines and equilibrium servers, reliability, petroleum fractions. It reaches its material by name alone,
+// and keeps a simulation context only if the context says what it is.
 #pragma once
 
 #include "com/object.h"

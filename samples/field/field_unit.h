@@ -1,5 +1,6 @@
-// A CAPE-OPEN 1.0 unit operation as the field has them: it names its type, its parameters are their own specifications, and it uses its
-// streams through both generations and as the equilibrium servers that they are. Lowers a stream's pressure at constant temperature.
+// A CAPE-OPEN 1.0 unit operation as the field has them: it names its type, its parameters are their own specifications, and it uses
+// its streams through both generations and as the equilibrium servers that they are. Lowers a stream's pressure at constant
+// temperature.
 #pragma once
 
 #include "samples/field/classes.h"

@@ -1,5 +1,5 @@
-// ICapeThermoPetroFractions: values under the names of properties, of a package or of a stream. Those of pseudo-compounds are stored
-// and given back as they are.
+// ICapeThermoPetroFractions: values under the names of properties, of a package or of a stream. Those of pseudo-compounds are
+// stored and given back as they are.
 #pragma once
 
 #include <map>

@@ -21,8 +21,8 @@ struct UnitPort {
 
 class UnitSession final : public ComponentSession {
 public:
-    // `state`: null for a new unit, which is told so through IPersistStreamInit, if it has it. Otherwise the unit loads it
-    // before it is initialised.
+    // `state`: null for a new unit; then InitNew is called, if the unit has IPersistStreamInit. Otherwise the unit loads the state,
+    // if one was saved, before Initialize.
     UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const SavedState* state,
                 std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();

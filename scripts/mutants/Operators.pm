@@ -21,7 +21,7 @@ sub Choice
             text => "($switch ? $form : ($before))"};
 }
 
-# In function bodies and member initialisers, where the switch can be read.
+# Whether all these tokens are in function bodies or member initialisers, where the switch can be read.
 sub IsSwitchable
 {
     my ($source, $first, $last) = @_;
@@ -57,7 +57,7 @@ sub Conditions
     return @changes;
 }
 
-# kind | operator | what replaces it
+# operator => [kind of change => what replaces it]
 my %replaced = (
     '<'  => [bound => '<='], '<=' => [bound => '<'], '>' => [bound => '>='], '>=' => [bound => '>'],
     '==' => [equality => '!='], '!=' => [equality => '=='],
@@ -160,11 +160,11 @@ sub Calls
         my $first = Expressions::CallStart($source, $i);
         next unless defined $first && $first > 0 && IsOperand($source, $first);
         my $last = $tokens->[$open]{match};
-        # The arguments of a template are no obstacle.
+        # Template arguments are always fixed; they do not prevent the change, so check only these three tokens.
         next if grep { $tokens->[$_]{fixed} } $first, $open, $last;
         my @texts = map { Expressions::Text($source, @$_) } Expressions::Arguments($source, $open);
         my $head = Expressions::Text($source, $first, $open);
-        # Replaces the larger or smaller of two by one of them.
+        # Replaces min(a, b) or max(a, b) with a, and with b.
         if ($tokens->[$i]{text} =~ /^(?:min|max)$/ && @texts == 2) {
             push @changes, map { Choice($source, 'argument', $first, $last, $_) } @texts;
             next;
@@ -184,7 +184,7 @@ sub Calls
     return @changes;
 }
 
-# Whether what begins at token $i is an expression, judged by what precedes it: otherwise a name there would be a type.
+# Whether an expression begins at token $i, judged by what precedes it. If none does, a name there is part of a type or declaration.
 sub IsOperand
 {
     my ($source, $i) = @_;

@@ -15,7 +15,7 @@ sub All
         my $done = () = glob "$State::folder/tests/*.json";
         print "$done of " . @tests . " tests run without a change\n" if $done % 100 == 0;
     }
-    # The other workers are about to finish theirs.
+    # Other workers may still be running the tests that they claimed. If one of them died, this waits until it is interrupted.
     for my $n (0 .. $#tests) { sleep 0.2 until State::Has("tests/$n"); }
     return map { Recorded($_, $tests[$_]) } 0 .. $#tests;
 }

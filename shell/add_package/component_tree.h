@@ -1,6 +1,6 @@
 // The tree of the add-package dialog: the installed components below a heading for each kind, and below each manager its
-// packages, which the tree requests when the manager is first expanded. A component that this process cannot use is greyed, with the
-// reason. Owns the data of its items, not the tree view.
+// packages, which the tree requests when the manager is first expanded. A component that this process cannot use is greyed, with
+// the reason. Owns the data of its items, not the tree view.
 #pragma once
 
 #include <windows.h>

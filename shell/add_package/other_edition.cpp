@@ -8,25 +8,18 @@
 #include "com/type_info.h"
 #include "registration/registration_check.h"
 #include "system/edition.h"
+#include "system/file_presence.h"
 #include "system/owners.h"
 
 namespace zelt {
 namespace {
 
-bool IsFile(const std::wstring& path)
-{
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-// Without the double quotes that registration writes.
 std::wstring RegisteredProgram()
 {
     RegistryKey key;
     const std::wstring path = ClassPath(kOtherEdition.classes[0].classId) + L"\\LocalServer32";
     if (key.Open({HKEY_CLASSES_ROOT, OwnView()}, path) != ERROR_SUCCESS) return {};
-    const std::wstring command = key.ReadString(L"").value_or(std::wstring());
-    return command.size() > 2 && command.front() == L'"' ? command.substr(1, command.find(L'"', 1) - 1) : command;
+    return ProgramOf(key.ReadString(L"").value_or(std::wstring()));
 }
 
 // Its main window, if a process shows it. Other programs may have a window of that title.
@@ -50,10 +43,9 @@ HWND ShownWindow()
 
 std::wstring OtherEditionProgram()
 {
-    const std::wstring own = com::ModulePath(com::ThisModule());
-    const std::wstring beside = own.substr(0, own.rfind(L'\\') + 1) + kOtherEdition.program;
-    for (const std::wstring& program : {beside, RegisteredProgram()}) {
-        if (CanRun(kOtherEdition) && IsFile(program)) return program;
+    if (!CanRun(kOtherEdition)) return {};
+    for (const std::wstring& program : {com::BesideThisModule(kOtherEdition.program), RegisteredProgram()}) {
+        if (IsFile(program)) return program;
     }
     return {};
 }

@@ -31,17 +31,11 @@ HtmlHelpFunction LocateHtmlHelp()
     return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpW")));
 }
 
-std::wstring HelpFile()
-{
-    const std::wstring program = com::ModulePath(com::ThisModule());
-    return program.substr(0, program.rfind(L'\\') + 1) + L"BRIX.chm";
-}
-
 }  // namespace
 
 void OpenHelp(HWND owner)
 {
-    const std::wstring file = HelpFile();
+    const std::wstring file = com::BesideThisModule(L"BRIX.chm");
     if (!function) function = LocateHtmlHelp();
     if (function && function(owner, (file + L"::/utils/zelt.htm").c_str(), kDisplayTopic, 0)) return;
     MessageBoxW(owner, (L"Failed to load HTML Help file " + file).c_str(), L"Error starting Help:",

@@ -11,8 +11,8 @@
 namespace zelt::test {
 namespace {
 
-// A golden log is cut at every byte when ZELT_EVERY_CUT is in the environment, which takes a quarter of an hour; otherwise at one of
-// so many.
+// A golden log is cut at every byte when ZELT_EVERY_CUT is in the environment, which takes a quarter of an hour; otherwise at one
+// of so many.
 constexpr std::size_t kCutsLeftOut = 1499;
 
 class BothReaders : public testing::TestWithParam<std::string> {

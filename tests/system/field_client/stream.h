@@ -1,5 +1,5 @@
-// A stream of the simulator: a material of both generations, a server of equilibria, and a set of petroleum fractions, in one object.
-// Other objects it does not know: it copies only from streams of its own kind.
+// A stream of the simulator: a material of both generations, a server of equilibria, and a set of petroleum fractions, in one
+// object. Other objects it does not know: it copies only from streams of its own kind.
 #pragma once
 
 #include "samples/field/petro_fractions.h"

@@ -6,7 +6,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// A package that cannot be created: the server asks the user whether to forget it, and the simulator gets the error.
+// A package that cannot be created: the server asks the user whether to remove it from the list, and the simulator gets the error.
 namespace zelt::test {
 namespace {
 
@@ -27,7 +27,7 @@ public:
     bool IsThere() const { return window != nullptr; }
     bool IsTopmost() const { return (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }
     bool Has(int button) const { return GetDlgItem(window, button) != nullptr; }
-    DWORD Owner() const
+    DWORD ProcessId() const
     {
         DWORD id = 0;
         GetWindowThreadProcessId(window, &id);
@@ -96,8 +96,8 @@ protected:
         const Process simulator = Process::Start(SimulatorCommand(Width::Bits32, L"Gone"), output.Path());
         const MessageBoxWindow box = MessageBoxWindow::WaitFor(L"ZELT:");
         ASSERT_TRUE(box.IsThere());
-        EXPECT_EQ(ServerId(), box.Owner());
-        // Wine's message box ignores that flag.
+        EXPECT_EQ(ServerId(), box.ProcessId());
+        // Wine's message box ignores MB_TOPMOST.
         EXPECT_TRUE(box.IsTopmost() || UnderWine());
         EXPECT_TRUE(box.Has(IDYES));
         EXPECT_TRUE(box.Has(IDNO));

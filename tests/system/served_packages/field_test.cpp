@@ -31,7 +31,8 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, FieldComponents, testing::ValuesIn(kWidths
                          [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
 
 // The older interfaces of a package, which reaches its stream by name alone; a context that says what it is, and one that does not;
-// parameters that are their own specifications; the type of a unit operation; streams of both generations that calculate themselves.
+// parameters that are their own specifications; the type of a unit operation; streams of both generations that calculate
+// themselves.
 TEST_P(FieldComponents, OfferThroughZeltWhatTheyOfferWithoutIt)
 {
     if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;

@@ -156,7 +156,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Each, ManagerRules, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// Checks all interfaces that the libraries describe, and the system's interfaces for which a caller may query.
+// Checks all interfaces that the type libraries describe, and the system interfaces that a caller may ask for.
 TEST_P(ManagerRules, OfferTheseInterfacesAndNoOthers)
 {
     std::set<std::string> offered;
@@ -225,7 +225,7 @@ constexpr Unexpected kUnexpected[] = {
 const Unexpected* raised;
 
 // The failure is in the server's own code, while it makes a package: here, when it chooses the place of the log.
-TEST_P(ManagerRules, TellWhatNobodyExpected)
+TEST_P(ManagerRules, ReportAnUnexpectedFailure)
 {
     static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },
                                                  [](const std::wstring&, std::wstring&) {

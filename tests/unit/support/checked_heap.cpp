@@ -1,6 +1,7 @@
 #include "checked_heap.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -16,7 +17,7 @@ namespace {
 constexpr std::uint32_t kLive = 0x4C495645, kFreed = 0x46524545;
 constexpr unsigned char kGuardByte = 0xFD, kFreshByte = 0xCD;
 constexpr std::size_t kGuardBytes = 16;
-// The most that is kept; the oldest block is released first.
+// How many freed blocks and bytes are kept at most; the oldest block is released first.
 constexpr std::size_t kKeptBlocks = 16384, kKeptBytes = 32u << 20;
 
 struct alignas(16) Header {
@@ -39,7 +40,7 @@ DWORD failingThread;
 long successesLeft = -1;
 bool hasFailed;
 
-bool ShallFail()
+bool ShouldFail()
 {
     if (successesLeft < 0 || failingThread != GetCurrentThreadId()) return false;
     hasFailed = successesLeft-- == 0;
@@ -70,8 +71,8 @@ bool Holds(const unsigned char* bytes, std::size_t count, unsigned char value)
 
 void CheckGuards(Header* block)
 {
-    if (!Holds(block->guard, kGuardBytes, kGuardByte)) Note("Written in front of a block", block);
-    if (!Holds(Bytes(block) + block->size, kGuardBytes, kGuardByte)) Note("Written behind a block", block);
+    if (!Holds(block->guard, kGuardBytes, kGuardByte)) Note("Written before the start of a block", block);
+    if (!Holds(Bytes(block) + block->size, kGuardBytes, kGuardByte)) Note("Written past the end of a block", block);
 }
 
 void CheckFreed(Header* block)
@@ -87,14 +88,14 @@ void LetOldestGo()
     keptBytes -= block->size;
     CheckFreed(block);
     block->state = 0;
-    std::free(block);
+    _aligned_free(block);
 }
 
 void* Allocate(std::size_t size)
 {
-    if (ShallFail()) throw std::bad_alloc();
-    auto* block =
-        static_cast<Header*>(size > SIZE_MAX / 2 ? nullptr : std::malloc(sizeof(Header) + size + kGuardBytes));
+    if (ShouldFail()) throw std::bad_alloc();
+    auto* block = static_cast<Header*>(
+        size > SIZE_MAX / 2 ? nullptr : _aligned_malloc(sizeof(Header) + size + kGuardBytes, alignof(Header)));
     if (!block) throw std::bad_alloc();
     block->size = size;
     block->state = kLive;

@@ -50,8 +50,8 @@ TEST(CheckedHeap, FindsWritesAroundABlock)
     block[5] = 0;
     Free(block);
     const std::string damage = TakeHeapDamage();
-    EXPECT_EQ(0u, damage.find("Written in front of a block: "));
-    EXPECT_NE(std::string::npos, damage.find("\nWritten behind a block: ")) << damage;
+    EXPECT_EQ(0u, damage.find("Written before the start of a block: "));
+    EXPECT_NE(std::string::npos, damage.find("\nWritten past the end of a block: ")) << damage;
     block[-1] = before;
     block[5] = after;
 }

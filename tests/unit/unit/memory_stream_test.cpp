@@ -27,10 +27,10 @@ protected:
         std::memcpy(memory->Data(), content.data(), content.size());
         memory->BeginReading();
     }
-    void BeginWriting(std::uint32_t capacity, bool sizeIsUnits)
+    void BeginWriting(std::uint32_t capacity, bool unitChoseSize)
     {
         ASSERT_TRUE(memory->Allocate(capacity));
-        memory->BeginWriting(sizeIsUnits);
+        memory->BeginWriting(unitChoseSize);
     }
     // Everything that Read returns.
     std::string Read(ULONG count)

@@ -48,7 +48,7 @@ protected:
         EXPECT_EQ(caption, messages.All()[0].caption);
         EXPECT_EQ(kBoxFlags, messages.All()[0].flags);
     }
-    // A unit operation whose unit failed behaves as if the unit was never made.
+    // A unit operation that could not create its unit answers as it did before.
     void ExpectNotFunctional()
     {
         EXPECT_EQ(E_UNEXPECTED, As<ICapeUnit>(unit)->Calculate());
@@ -93,7 +93,7 @@ TEST_F(UnitOperationTest, ARenamedUnitAsksTheUserThoughOneIsConfigured)
     EXPECT_EQ(Func("IPersistStreamInit::InitNew", Selected() + Created(), "in", "Mixer 1"), News());
 }
 
-TEST_F(UnitOperationTest, TheInitialNameInOtherLettersIsNoOtherName)
+TEST_F(UnitOperationTest, TheInitialNameInAnotherCaseIsTheSameName)
 {
     Rename(L"uNIT oPERATION");
     News();
@@ -102,7 +102,7 @@ TEST_F(UnitOperationTest, TheInitialNameInOtherLettersIsNoOtherName)
     EXPECT_EQ(Func("IPersistStreamInit::InitNew", Automatically() + Created(), "in", "uNIT oPERATION"), News());
 }
 
-TEST_F(UnitOperationTest, ANameThatBeginsAlikeIsAnother)
+TEST_F(UnitOperationTest, ANameThatIsOnlySimilarOrEmptyIsANewName)
 {
     for (const wchar_t* name : {L"Unit Operation 1", L"Unit", L""}) {
         Begin();
@@ -170,7 +170,6 @@ TEST_F(UnitOperationTest, ItDoesNotWrapItsOwnClass)
 
 TEST_F(UnitOperationTest, AnObjectWithoutDispatchIsRefused)
 {
-    unitScript.refused = {IID_IDispatch};
     class NoDispatch final : public FakeObject {};
     static const com::ClassEntry kClasses[] = {{kNoUnit, com::CreateDefault<NoDispatch>}};
     com::ClassObjects others{CLSCTX_INPROC_SERVER};
@@ -220,7 +219,7 @@ TEST_F(UnitOperationTest, NothingElseIsMadeWhileTheUserIsAsked)
     EXPECT_NE(std::string::npos, News().find("InitNew is called after Load or InitNew"));
 }
 
-TEST_F(UnitOperationTest, AFailingInitNewOfTheUnitIsTheAnswer)
+TEST_F(UnitOperationTest, AFailureOfTheUnitsInitNewIsReturned)
 {
     unitScript.initNew = static_cast<HRESULT>(ECapeComputationHR);
     EXPECT_EQ(static_cast<HRESULT>(ECapeComputationHR), persistence->InitNew());
@@ -239,7 +238,7 @@ TEST_F(UnitOperationTest, AFaultInTheUnitsInitNew)
               News().find("Uncaught SEH exception during function call: EXCEPTION_INT_DIVIDE_BY_ZERO:"));
 }
 
-TEST_F(UnitOperationTest, AUnitThatKnowsNoInitNew)
+TEST_F(UnitOperationTest, AUnitWithoutInitNew)
 {
     unitScript.refused = {IID_IPersistStreamInit};
     EXPECT_EQ(S_OK, persistence->InitNew());
@@ -297,7 +296,7 @@ TEST_F(UnitOperationTest, ReadOnly)
               News());
 }
 
-TEST_F(UnitOperationTest, WithoutALogTheSelectionIsNotTakenOver)
+TEST_F(UnitOperationTest, WithoutALogTheSelectedUnitIsNotCreated)
 {
     Begin(false);
     AskUser(kFakeUnit);
@@ -333,7 +332,7 @@ TEST_F(UnitOperationTest, GrantsItsWholeTableBeforeItHasItsUnit)
     EXPECT_NE("", News());
 }
 
-TEST_F(UnitOperationTest, QueriesAreFilteredByTheUnitButForPersistence)
+TEST_F(UnitOperationTest, TheUnitFiltersQueriesExceptForPersistence)
 {
     ScratchClasses scratch;
     unitScript.refused = {IID_IPersistStreamInit, IID_IPersistStream, IID_IPersist};
@@ -385,7 +384,7 @@ TEST_F(UnitOperationTest, PortsAreWrapped)
     EXPECT_NE(raw.Get(), collection.Get());
     EXPECT_EQ(before + 1, ports->ReferenceCount());
     EXPECT_EQ((std::vector<std::string>{"get_ports"}), unitScript.calls);
-    ComPtr<IUnknown> identity, original;
+    ComPtr<IUnknown> original;
     EXPECT_EQ(S_OK, As<IOriginalObject>(collection)->GetOriginalObject(&original));
     collection.Reset();
     EXPECT_EQ(before, ports->ReferenceCount() - 1);
@@ -440,7 +439,7 @@ TEST_F(UnitLog, IsAskedForAndOpenedWhenTheUnitIsMade)
         << text;
 }
 
-TEST_F(UnitLog, WithoutAPlaceThereIsNone)
+TEST_F(UnitLog, IsNotMadeWhenNoPlaceIsChosen)
 {
     chosenPath.clear();
     RecordedMessages messages;

@@ -174,7 +174,7 @@ protected:
         const HWND progress = FindNow(Id(), L"Parsing log file:");
         if (progress) KeepPicture(progress, "progress");
         Box(L"Parse Error:");
-        Opened();
+        WaitForWindow();
         EXPECT_EQ(nullptr, FindNow(Id(), L"Parsing log file:"));
         return progress != nullptr;
     }
@@ -192,7 +192,7 @@ TEST_F(ViewerLoading, TellsWhereALogIsCutOffAndShowsItsBeginning)
     const HWND box = FindWindowOf(Id(), L"Parse Error:");
     if (box) KeepPicture(box, "parse-error");
     EXPECT_EQ(L"XML parse error in \"" + path + L"\"", Box(L"Parse Error:"));
-    Opened();
+    WaitForWindow();
     EXPECT_EQ(L"2 1\n4 f (o)\n", tree->Outline());
 }
 
@@ -213,7 +213,7 @@ TEST_F(ViewerLoading, TellsWhereALogGoesBeyondTheParsersLimits)
               "</zeltlogdocument>\n");
         EXPECT_EQ(L"Parse error in \"" + path + L"\", line " + row.line, Box(L"Parse error:"));
         EXPECT_EQ(L"XML parse error in \"" + path + L"\"", Box(L"Parse Error:"));
-        Opened();
+        WaitForWindow();
         EXPECT_EQ(L"before", tree->Label(tree->Next(TVGN_ROOT)));
         process->Kill();
     }
@@ -226,7 +226,7 @@ TEST_F(ViewerLoading, TellsThatAFileCannotBeOpenedAndStaysEmpty)
     const std::wstring expected = L"Failed to open \"" + path + L"\" for reading: ";
     EXPECT_EQ(expected, text.substr(0, expected.size()));
     EXPECT_GT(text.size(), expected.size());
-    Opened();
+    WaitForWindow();
     EXPECT_EQ(0, tree->Count());
     EXPECT_EQ(0, list->Count());
     Find(L"anything");
@@ -288,7 +288,7 @@ TEST_F(ViewerLoading, LeavesTheFileToOthers)
     EXPECT_TRUE(MoveFileW(path.c_str(), renamed.c_str())) << GetLastError();
     EXPECT_TRUE(DeleteFileW(renamed.c_str()));
     Box(L"Parse Error:");
-    Opened();
+    WaitForWindow();
     EXPECT_EQ(L"2 1\n", tree->Outline());
 }
 

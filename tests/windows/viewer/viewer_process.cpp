@@ -43,7 +43,7 @@ void ViewerTest::StartWithoutLog()
     process = Process::Start(L"\"" + std::wstring(executable.begin(), executable.end()) + L"\" \"" + path + L"\"");
 }
 
-void ViewerTest::Opened()
+void ViewerTest::WaitForWindow()
 {
     window = FindWindowOf(Id(), L"Log file " + name + L":", 60'000);
     ASSERT_NE(nullptr, window);
@@ -54,7 +54,7 @@ void ViewerTest::Opened()
 void ViewerTest::Send(int command) const
 {
     PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
-    // The window answers this after the command, or while the command shows a box.
+    // The window answers WM_NULL after the command, or while the command shows a box.
     Sleep(50);
     SendMessageW(window, WM_NULL, 0, 0);
 }

@@ -21,14 +21,14 @@ protected:
     ViewerTest();
     ~ViewerTest() override;
 
-    // Writes the log and starts the viewer; Opened then waits for the window.
+    // Writes the log and starts the viewer; WaitForWindow then waits for its window.
     void Start(const std::string& log);
     void StartWithoutLog();
-    void Opened();
+    void WaitForWindow();
     void Show(const std::string& log)
     {
         Start(log);
-        Opened();
+        WaitForWindow();
     }
 
     DWORD Id() const { return process->Id(); }

@@ -82,7 +82,7 @@ TEST_F(ViewerTest, LoadingCanBeCancelledAndShowsWhatItHas)
     ASSERT_NE(nullptr, progress);
     KeepPicture(progress, "progress-moving");
     PressButton(progress, IDCANCEL);
-    Opened();
+    WaitForWindow();
     EXPECT_FALSE(IsWindow(progress));
     EXPECT_GT(tree->Count(), 0);
     Find(L"the last of them");
@@ -98,7 +98,7 @@ TEST_F(ViewerTest, LoadingEndsWithEscToo)
     const HWND progress = FindWindowOf(Id(), L"Parsing log file:", 30'000);
     ASSERT_NE(nullptr, progress);
     PostMessageW(GetDlgItem(progress, IDCANCEL), WM_KEYDOWN, VK_ESCAPE, 1);
-    Opened();
+    WaitForWindow();
     EXPECT_FALSE(IsWindow(progress));
     EXPECT_TRUE(IsWindow(window));
     EXPECT_GT(tree->Count(), 0);
