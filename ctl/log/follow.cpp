@@ -1,8 +1,11 @@
 // log follow: shows a log while it is being written. The server writes whole entries, so an XML comment is allowed at the current
 // end of the file. Such a comment makes the parser release what it has read, so that a call that hangs is shown while it hangs.
+#include "ctl/log/follow.h"
+
 #include <chrono>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "ctl/log/filtered_tree.h"
 #include "ctl/log/log_commands.h"
@@ -13,7 +16,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kPause = std::chrono::milliseconds(100);
+void WaitAMoment() { std::this_thread::sleep_for(std::chrono::milliseconds(100)); }
+FollowPause pause = WaitAMoment;
+
 constexpr std::string_view kEnd = "</zeltlogdocument>";
 
 // The reader releases a node when it has seen the next one, and the parser looks ahead too.
@@ -42,7 +47,7 @@ public:
             caughtUp = true;
             out.Flush();
             if (patience && std::chrono::duration<double>(Clock::now() - grown).count() >= *patience) return 0;
-            std::this_thread::sleep_for(kPause);
+            pause();
         }
     }
 
@@ -91,6 +96,8 @@ private:
 };
 
 }  // namespace
+
+FollowPause SetFollowPause(FollowPause other) { return std::exchange(pause, other ? other : WaitAMoment); }
 
 int FollowLog(const Arguments& arguments, Streams& streams)
 {

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "command_runner.h"
+#include "ctl/log/follow.h"
 
 namespace zelt::test {
 namespace {
@@ -51,14 +52,17 @@ TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
 
 TEST(LogFollow, ShowsOnlyTheNewWhenAsked)
 {
+    static const TemporaryLog* growing = nullptr;
     const TemporaryLog log(
         "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n<info value=\"old\"/>\r\n");
-    std::thread writer([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
-        log.Append("<info value=\"new\"/>\r\n</zeltlogdocument>");
+    growing = &log;
+    // The log grows when all of it has been read.
+    ctl::SetFollowPause([] {
+        growing->Append("<info value=\"new\"/>\r\n</zeltlogdocument>");
+        ctl::SetFollowPause(nullptr);
     });
     const Outcome outcome = RunCommand({"log", "follow", "--new", "--idle", "20", log.Path()});
-    writer.join();
+    ctl::SetFollowPause(nullptr);
     EXPECT_EQ("       4  info: new\n", outcome.data);
 }
 

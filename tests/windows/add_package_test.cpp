@@ -119,6 +119,7 @@ TEST_F(AddPackage, OkWantsAPackageAndAName)
     EXPECT_EQ(L"", ExportName());
     // Return has no effect while the button is disabled.
     PostCommand(dialog, IDOK);
+    WaitForPosted();
     tree->Select(Item(kStandAlone));
     EXPECT_TRUE(OkEnabled());
     EXPECT_EQ(L"Sample property package", ExportName());
@@ -180,7 +181,10 @@ TEST_F(AddPackage, OpensTheOtherEdition)
     EXPECT_TRUE(KeepScreenshot(dialog, "add-package-open-other"));
     PostCommand(dialog, kOpenOtherEdition);
     HWND other = nullptr;
-    EXPECT_TRUE(WaitUntil([&] { return (other = FindWindowW(nullptr, L"ZELT64 Packages (64-bit):")) != nullptr; }));
+    EXPECT_TRUE(WaitUntil([&] {
+        other = FindWindowW(nullptr, L"ZELT64 Packages (64-bit):");
+        return other && IsWindowVisible(other);
+    }));
     EXPECT_TRUE(KeepScreenshot(other, "main-window-64"));
     PostMessageW(other, WM_CLOSE, 0, 0);
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(other); }));
@@ -295,12 +299,12 @@ TEST_F(AddPackage, IsCompleteFromTheKeyboard)
     PressKey(VK_RIGHT);
     EXPECT_TRUE(WaitUntil([&] { return tree->Children(Item(kManager)).size() == 2; }));
     PressKey(VK_RIGHT);
-    EXPECT_EQ(L"Aromatics", ExportName());
+    EXPECT_TRUE(WaitUntil([&] { return ExportName() == L"Aromatics"; }));
     PressKey('L', VK_MENU);
     PressKey('N', VK_MENU);
     PressKey(VK_END);
     PressKey('2');
-    EXPECT_EQ(L"Aromatics2", ExportName());
+    EXPECT_TRUE(WaitUntil([&] { return ExportName() == L"Aromatics2"; }));
     PressKey(VK_RETURN);
     EXPECT_TRUE(program->WaitUntilGone(dialog));
     EXPECT_EQ(L"Aromatics2", Stored(0, 1).exportedName);

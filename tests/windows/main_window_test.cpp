@@ -50,10 +50,21 @@ protected:
         SetForegroundWindow(window);
         WaitUntil([&] { return GetForegroundWindow() == window; });
     }
-    void LeaveMenu()
+    bool IsInMenu() const
+    {
+        GUITHREADINFO info = {};
+        info.cbSize = sizeof info;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) && (info.flags & GUI_INMENUMODE);
+    }
+    void OpenMenu(WORD letter) const
+    {
+        PressKey(letter, VK_MENU);
+        EXPECT_TRUE(WaitUntil([this] { return IsInMenu(); }));
+    }
+    void LeaveMenu() const
     {
         PostMessageW(window, WM_CANCELMODE, 0, 0);
-        Sleep(150);
+        EXPECT_TRUE(WaitUntil([this] { return !IsInMenu(); }));
     }
     // The contents of the registry, one letter per package: L if logged.
     static std::wstring Stored()
@@ -205,22 +216,22 @@ TEST_F(MainWindow, MenusWorkFromTheKeyboard)
     ASSERT_NO_FATAL_FAILURE(Start());
     Front();
     // Without a selection, the item is grey.
-    PressKey('P', VK_MENU);
+    OpenMenu('P');
     PressKey('R');
     LeaveMenu();
     EXPECT_EQ(3, list->Count());
     list->Select(0);
-    PressKey('L', VK_MENU);
+    OpenMenu('L');
     EXPECT_TRUE(KeepScreenshot(window, "main-window-log-menu"));
     PressKey('E');
     EXPECT_TRUE(WaitUntil([] { return Stored() == L"Aromatics Alcohols Esters "; }));
-    PressKey('P', VK_MENU);
+    OpenMenu('P');
     PressKey('R');
     EXPECT_TRUE(WaitUntil([] { return Stored() == L"Alcohols Esters "; }));
-    PressKey('O', VK_MENU);
+    OpenMenu('O');
     PressKey('A');
     EXPECT_TRUE(WaitUntil([] { return StoredOptions().autoLogLocation; }));
-    PressKey('O', VK_MENU);
+    OpenMenu('O');
     PressKey(VK_UP);
     PressKey(VK_RIGHT);
     EXPECT_TRUE(KeepScreenshot(window, "main-window-options-menu"));

@@ -5,7 +5,8 @@
 namespace zelt::test {
 namespace {
 
-constexpr DWORD kPatience = 10'000, kPace = 20;
+// For what never happens: a machine may be slow.
+constexpr DWORD kPatience = 120'000, kPace = 20;
 
 struct Search {
     DWORD process;

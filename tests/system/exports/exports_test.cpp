@@ -361,7 +361,7 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
         holder = CreateThread(nullptr, 0, TakeHold, &hold, 0, nullptr);
         EXPECT_EQ(static_cast<DWORD>(WAIT_TIMEOUT), WaitForSingleObject(holder, 300)) << "the edit goes on";
     }
-    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(holder, 2000));
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(holder, INFINITE));
     CloseHandle(holder);
     EXPECT_FALSE(PackageListEdit().Allowed());
     hold.reset();

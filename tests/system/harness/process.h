@@ -46,6 +46,6 @@ std::optional<DWORD> RunProcess(const std::wstring& commandLine, const std::stri
 std::vector<DWORD> ProcessIds(const std::wstring& fileName);
 
 // Waits until no such process is left; false if one still runs after this time.
-bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds = 10'000);
+bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds = 60'000);
 
 }  // namespace zelt::test

@@ -11,7 +11,8 @@
 namespace zelt::test {
 namespace {
 
-constexpr wchar_t kTestsKey[] = L"Software\\ZELT Tests";
+// Each key is directly below one that always exists: a common parent that comes and goes would go under another process.
+constexpr wchar_t kTestsKeys[] = L"Software\\ZELT Tests ";
 
 class OpenKey {
 public:
@@ -80,7 +81,7 @@ void AppendKey(HKEY root, const std::wstring& path, REGSAM view, std::vector<std
 ScratchKey::ScratchKey()
 {
     static int count = 0;
-    path = std::wstring(kTestsKey) + L'\\' + std::to_wstring(GetCurrentProcessId()) + L'-' + std::to_wstring(++count);
+    path = kTestsKeys + std::to_wstring(GetCurrentProcessId()) + L'-' + std::to_wstring(++count);
     RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
     if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) !=
         ERROR_SUCCESS) {
@@ -92,8 +93,6 @@ ScratchKey::~ScratchKey()
 {
     RegCloseKey(key);
     RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
-    // The last of several test processes also removes the common key; this fails while others have keys in it.
-    RegDeleteKeyW(HKEY_CURRENT_USER, kTestsKey);
 }
 
 RegistryKey ScratchKey::Made(const wchar_t* below) const

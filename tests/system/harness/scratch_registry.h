@@ -1,5 +1,5 @@
-// A test's own registry key below HKEY_CURRENT_USER\Software\ZELT Tests, deleted with everything in it at the end
-// of its scope; and the text of a whole key, for comparisons before and after. Failures throw std::runtime_error.
+// A test's own registry key below HKEY_CURRENT_USER\Software, deleted with everything in it at the end of its scope; and the text
+// of a whole key, for comparisons before and after. Failures throw std::runtime_error.
 #pragma once
 
 #include <windows.h>

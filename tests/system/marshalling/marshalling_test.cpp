@@ -15,20 +15,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr DWORD kLongest = 120'000;
-
 std::wstring Quoted(const fs::path& path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
 
 class Marshalling : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /RegServer", {}, kLongest));
+        ASSERT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /RegServer", {}, INFINITE));
         folder = fs::temp_directory_path() / (L"ZELT marshalling " + std::to_wstring(GetCurrentProcessId()));
         fs::create_directories(folder);
         server.emplace(Process::Start(Quoted(MARSHALLING_SERVER) + Arguments(), (folder / "server.txt").string()));
-        for (int attempt = 0; attempt < 200 && !fs::exists(folder / "reference") && server->Running(); ++attempt)
-            Sleep(50);
+        while (!fs::exists(folder / "reference") && server->Running()) Sleep(50);
         ASSERT_TRUE(fs::exists(folder / "reference")) << ReadWholeFile((folder / "server.txt").string());
     }
     void TearDown() override
@@ -36,7 +33,7 @@ protected:
         server.reset();
         std::error_code ignored;
         fs::remove_all(folder, ignored);
-        EXPECT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /UnregServer", {}, kLongest));
+        EXPECT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /UnregServer", {}, INFINITE));
     }
     std::wstring Arguments() const
     {
@@ -46,7 +43,7 @@ protected:
     {
         if (!fs::exists(client)) GTEST_SKIP() << "the client of that width is not built";
         const std::string output = (folder / "client.txt").string();
-        const auto exitCode = RunProcess(Quoted(client) + Arguments(), output, kLongest);
+        const auto exitCode = RunProcess(Quoted(client) + Arguments(), output, INFINITE);
         const std::string said = ReadWholeFile(output);
         std::printf("%s", said.c_str());
         EXPECT_EQ(0u, exitCode) << "the server said: " << ReadWholeFile((folder / "server.txt").string());

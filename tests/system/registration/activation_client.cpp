@@ -1,7 +1,27 @@
-// A minimal simulator: makes an object of a ProgID's class in its server, and releases it.
+// A minimal simulator: makes an object of a ProgID's class in its server, and releases it; with the name of an event, it sets that
+// event when it has the object, and releases it when the event with ".release" appended is set.
 // The exit code is the status code of the failed step, or 0.
 #include <windows.h>
 #include <objbase.h>
+
+#include <string>
+
+namespace {
+
+HRESULT Create(REFCLSID clsid, IUnknown** object)
+{
+    return CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IUnknown, reinterpret_cast<void**>(object));
+}
+
+bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+void HoldUntilReleased(const std::wstring& event)
+{
+    SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, event.c_str()));
+    WaitForSingleObject(OpenEventW(SYNCHRONIZE, FALSE, (event + L".release").c_str()), INFINITE);
+}
+
+}  // namespace
 
 int wmain(int count, wchar_t** arguments)
 {
@@ -10,11 +30,11 @@ int wmain(int count, wchar_t** arguments)
     CLSID clsid;
     if (SUCCEEDED(result)) result = CLSIDFromProgID(arguments[1], &clsid);
     IUnknown* object = nullptr;
-    if (SUCCEEDED(result)) {
-        result = CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IUnknown, reinterpret_cast<void**>(&object));
-    }
-    // Holds the object as long as the caller says, so that a test can examine the server meanwhile.
-    if (SUCCEEDED(result) && count > 2) Sleep(static_cast<DWORD>(_wtoi(arguments[2])));
+    if (SUCCEEDED(result)) result = Create(clsid, &object);
+    // Windows suspends the classes of an ending server with its last release. Wine does not, and an activation that reaches such a
+    // server fails.
+    if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) result = Create(clsid, &object);
+    if (SUCCEEDED(result) && count > 2) HoldUntilReleased(arguments[2]);
     if (object) object->Release();
     CoUninitialize();
     return result;

@@ -3,33 +3,62 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "system/owners.h"
+#include "tests/system/harness/server_readiness.h"
 #include "tests/system/registration/processes.h"
 
 // How the server process starts and ends, as seen by a client and by the user.
 namespace {
 
+using zelt::UniqueHandle;
 using zelt::test::Process;
 using zelt::test::WaitUntilGone;
+using zelt::test::WaitUntilServing;
 
 constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
+// For what never happens: a machine may be slow.
+constexpr DWORD kLongest = 60'000;
+
+// A client that keeps its object until it is told to release it.
+class HoldingClient {
+public:
+    bool Holds() const
+    {
+        while (WaitForSingleObject(held.get(), 50) != WAIT_OBJECT_0) {
+            if (!client.Running()) return false;
+        }
+        return true;
+    }
+    DWORD ReleaseAndEnd() const
+    {
+        SetEvent(release.get());
+        return client.Wait(kLongest).value_or(STILL_ACTIVE);
+    }
+
+private:
+    const std::wstring event = L"ZELT test holds " + std::to_wstring(GetCurrentProcessId());
+    const UniqueHandle held{CreateEventW(nullptr, TRUE, FALSE, event.c_str())};
+    const UniqueHandle release{CreateEventW(nullptr, TRUE, FALSE, (event + L".release").c_str())};
+    const Process client = Start(ClientPath(), std::wstring(kProgId) + L" \"" + event + L'"');
+};
 
 class Lifetime : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer")); }
     void TearDown() override
     {
-        EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+        EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE", kLongest));
         RunToEnd(ServerPath(), L"/UnregServer");
     }
     // Null if the window does not appear in time.
     static HWND WaitForWindow(const wchar_t* title)
     {
+        const ULONGLONG end = GetTickCount64() + kLongest;
         HWND window = nullptr;
-        for (int attempt = 0; attempt < 100 && !window; ++attempt) {
-            Sleep(100);
-            // It has its title before it is shown.
-            window = FindWindowW(nullptr, title);
-            if (!IsWindowVisible(window)) window = nullptr;
+        // It has its title before it is shown.
+        while (!IsWindowVisible(window = FindWindowW(nullptr, title))) {
+            if (GetTickCount64() > end) return nullptr;
+            Sleep(50);
         }
         return window;
     }
@@ -62,7 +91,7 @@ private:
 TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
 {
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
-    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE", kLongest));
     if (!std::filesystem::exists(OtherClientPath())) GTEST_SKIP() << "the client of the other width is not built";
     EXPECT_EQ(0u, RunToEnd(OtherClientPath(), kProgId));
 }
@@ -70,14 +99,14 @@ TEST_F(Lifetime, AClientOfEitherWidthStartsTheServerAndItsReleaseEndsIt)
 TEST_F(Lifetime, ClientsShareARunningServerUntilTheLastReleases)
 {
     const Process server = Start(ServerPath(), L"-eMbEdDiNg");
-    Sleep(1000);
+    ASSERT_TRUE(WaitUntilServing(server));
     EXPECT_EQ(L"", TitleOfAWindow(server.Id()));
-    const Process patient = Start(ClientPath(), std::wstring(kProgId) + L" 5000");
-    EXPECT_FALSE(server.Wait(1500));
+    const HoldingClient patient;
+    EXPECT_TRUE(patient.Holds());
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
     EXPECT_FALSE(server.Wait(2000)) << "ended while a client held an object";
-    EXPECT_EQ(0u, patient.Wait(10'000));
-    EXPECT_EQ(0u, server.Wait(10'000));
+    EXPECT_EQ(0u, patient.ReleaseAndEnd());
+    EXPECT_EQ(0u, server.Wait(kLongest));
 }
 
 TEST_F(Lifetime, ARegistrationShowsNoWindow)
@@ -107,12 +136,13 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         const Process program = Start(ServerPath(), row.arguments);
         const HWND window = WaitForWindow(row.title);
         ASSERT_TRUE(window);
+        ASSERT_TRUE(WaitUntilServing(program));
         EXPECT_NE(L"", TitleOfAWindow(program.Id()));
         // This process serves clients meanwhile, and outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
         PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
-        EXPECT_EQ(0u, program.Wait(10'000));
+        EXPECT_EQ(0u, program.Wait(kLongest));
     }
     std::filesystem::remove(log);
 }
@@ -126,7 +156,7 @@ TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
     ASSERT_TRUE(window);
     const ULONGLONG closed = GetTickCount64();
     PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
-    EXPECT_EQ(0u, program.Wait(30'000));
+    EXPECT_EQ(0u, program.Wait(kLongest));
     // The system's clock and its wait may each differ by one tick.
     EXPECT_GE(GetTickCount64() - closed, 1000u - 2 * 16);
 }
@@ -137,20 +167,21 @@ TEST_F(Lifetime, AClosedWindowLeavesTheProcessToItsClients)
     const Process program = Start(ServerPath(), L"");
     const HWND window = WaitForWindow(L"ZELT Packages:");
     ASSERT_TRUE(window);
-    const Process client = Start(ClientPath(), std::wstring(kProgId) + L" 4000");
-    Sleep(1500);
+    ASSERT_TRUE(WaitUntilServing(program));
+    const HoldingClient client;
+    EXPECT_TRUE(client.Holds());
     PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     EXPECT_FALSE(program.Wait(1500));
-    EXPECT_EQ(0u, client.Wait(10'000));
-    EXPECT_TRUE(program.Wait(10'000));
+    EXPECT_EQ(0u, client.ReleaseAndEnd());
+    EXPECT_TRUE(program.Wait(kLongest));
 }
 
 TEST_F(Lifetime, ACommandLineThatOnlyMentionsRegistrationServesWithoutAWindow)
 {
     const Process server = Start(ServerPath(), L"regserver");
-    EXPECT_FALSE(server.Wait(1000));
+    ASSERT_TRUE(WaitUntilServing(server));
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
-    EXPECT_EQ(0u, server.Wait(10'000));
+    EXPECT_EQ(0u, server.Wait(kLongest));
 }
 
 }  // namespace

@@ -110,9 +110,8 @@ TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
         const ComPtr<IDispatch> package = GetPackage(L"Menu");
         ASSERT_TRUE(package);
         const DWORD server = ServerId();
-        std::thread user([server] {
-            constexpr DWORD kPatience = 1'500;
-            Sleep(kPatience);
+        std::thread user([this, server] {
+            while (ReadLog(Logs().front()).find("loopForever") == std::string::npos) Sleep(50);
             if (std::optional<Process> process = Process::Open(server)) process->Kill();
         });
         const HRESULT result = Calculate(package.Get(), L"loopForever");
@@ -129,12 +128,12 @@ TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
 TEST_F(Ends, OfTheSimulatorLetThePackageFinish)
 {
     ServerStays();
-    constexpr DWORD kReach = 15'000;
+    constexpr DWORD kReach = 60'000;
     OutputFile output;
     Process simulator =
-        Process::Start(SimulatorCommand(Width::Bits32, L"Menu", L"--calculate sleep:2000"), output.Path());
+        Process::Start(SimulatorCommand(Width::Bits32, L"Menu", L"--calculate sleep:5000"), output.Path());
     const auto isInCall = [this] {
-        return Logs().size() == 1 && ReadLog(Logs().front()).find("sleep:2000") != std::string::npos;
+        return Logs().size() == 1 && ReadLog(Logs().front()).find("sleep:5000") != std::string::npos;
     };
     for (DWORD waited = 0; waited < kReach && !isInCall(); waited += 50) Sleep(50);
     ASSERT_TRUE(isInCall());

@@ -25,7 +25,7 @@ TEST_F(ServerLifetime, EndsSoonAfterTheLastRelease)
     EXPECT_FALSE(WaitUntilGone(kServerFile, kTimeToEnd));
     const DWORD server = ServerId();
     package.Reset();
-    EXPECT_TRUE(WaitUntilGone(kServerFile, kTimeToEnd));
+    EXPECT_TRUE(WaitUntilGone(kServerFile));
 
     package = GetPackage(L"Aromatics");
     EXPECT_NE(server, ServerId());

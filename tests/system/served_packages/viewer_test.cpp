@@ -4,6 +4,7 @@
 
 #include "packages/package_list_hold.h"
 #include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/server_readiness.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
@@ -26,10 +27,12 @@ protected:
         const std::filesystem::path program =
             std::filesystem::absolute(ZELT_BUILD_DIR "/shell/ZELT.EXE").make_preferred();
         viewer = Process::Start(L'"' + program.wstring() + L"\" \"" + log.wstring() + L'"');
-        for (int i = 0; i < 100 && !Window(); ++i) Sleep(100);
-        ASSERT_TRUE(Window());
-        // It registers its classes a little after it shows its window.
-        Sleep(500);
+        ASSERT_TRUE(WaitUntilServing(*viewer));
+        // The viewer has a thread of its own.
+        while (!IsWindowVisible(Window())) {
+            ASSERT_TRUE(viewer->Running());
+            Sleep(50);
+        }
     }
     void TearDown() override
     {
@@ -60,7 +63,7 @@ TEST_P(BesideALogViewer, SimulatorsFindTheirPackagesAndGetTheirLogs)
     EXPECT_FALSE(PackageListEdit().Allowed());
     EXPECT_TRUE(viewer->Running());
     CloseViewer();
-    EXPECT_EQ(0u, viewer->Wait(10'000));
+    EXPECT_EQ(0u, viewer->Wait(60'000));
     EXPECT_TRUE(PackageListEdit().Allowed());
 }
 
@@ -72,7 +75,7 @@ TEST_P(BesideALogViewer, TheProcessEndsWithTheSimulatorWhenTheViewerIsClosedFirs
     CloseViewer();
     EXPECT_FALSE(viewer->Wait(1'500)) << "ended under a simulator";
     EXPECT_EQ(0u, simulator.Continue().exitCode);
-    EXPECT_EQ(0u, viewer->Wait(10'000));
+    EXPECT_EQ(0u, viewer->Wait(60'000));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "method_call.h"
 #include "parameters/parameter.h"
 #include "proxy_fixture.h"
+#include "scratch_classes.h"
 
 namespace zelt::test {
 namespace {
@@ -166,6 +167,7 @@ TEST_F(DescribedParts, AreNotMadeForWhatTheObjectLacks)
     wrapped = DynamicFake::Make(L"Wrapped");
     wrapped->Refuse(__uuidof(ICapeUnitTypeInfo));
     wrapped->Refuse(__uuidof(ICapeParameterSpec));
+    const ScratchClasses classes;
     const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
     for (const IID& iid : {__uuidof(ICapeUnitTypeInfo), __uuidof(ICapeParameterSpec), __uuidof(ECapeOutsideSolverScope),
                            __uuidof(ECapeHessianInfoNotAvailable), IID_IMarshal, IID_IStdMarshalInfo}) {

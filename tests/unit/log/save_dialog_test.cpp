@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -21,19 +22,18 @@ struct Answer {
     std::wstring fileName;
     int button;
     bool found = false, topmost = false;
+    std::atomic<bool> isOver = false;  // there will be no dialog
     std::wstring initialName = L"none";
 
     void operator()()
     {
+        // The window exists before it is filled, and is shown when it is.
         HWND dialog = nullptr;
-        for (int attempt = 0; attempt < 100 && !dialog; ++attempt) {
-            Sleep(100);
-            dialog = FindWindowW(nullptr, kTitle.c_str());
+        while (!IsWindowVisible(dialog = FindWindowW(nullptr, kTitle.c_str()))) {
+            if (isOver) return;
+            Sleep(50);
         }
-        if (!dialog) return;
         found = true;
-        // The window exists before it is filled.
-        for (int attempt = 0; attempt < 50 && !IsWindowVisible(dialog); ++attempt) Sleep(100);
         topmost = GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST;
         wchar_t text[MAX_PATH] = L"";
         GetDlgItemTextW(dialog, kFileName, text, MAX_PATH);
@@ -56,6 +56,7 @@ protected:
         std::thread user(std::ref(answer));
         std::optional<std::wstring> chosen;
         EXPECT_TRUE(zelt::ChooseLogPath(options, kTitle, chosen));
+        answer.isOver = true;
         user.join();
         path = chosen.value_or(L"");
         return chosen.has_value();

@@ -119,7 +119,6 @@ void RemoteList::Click(int row) const
     // Posted, because the list waits for the button's release while it handles the press.
     PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
     PostMessageW(window, WM_LBUTTONUP, 0, point);
-    Sleep(500);
 }
 
 std::wstring RemoteList::Column() const

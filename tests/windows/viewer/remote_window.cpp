@@ -71,7 +71,7 @@ std::wstring AnswerBox(DWORD process, const std::wstring& caption, int button)
     const HWND box = FindWindowOf(process, caption);
     if (!box) return L"<no box>";
     std::wstring text;
-    WaitUntil([&] { return !(text = TextOf(GetDlgItem(box, kTextOfBox))).empty(); }, 2000);
+    WaitUntil([&] { return !(text = TextOf(GetDlgItem(box, kTextOfBox))).empty(); });
     PressButton(box, button);
     WaitUntil([&] { return !IsWindow(box); });
     return text;

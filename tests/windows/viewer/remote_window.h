@@ -1,5 +1,5 @@
-// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited;
-// something that does not appear is null or fails the test.
+// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited; something that
+// does not appear is null or fails the test. The limit is for what never happens: a machine may be slow.
 #pragma once
 
 #include <windows.h>
@@ -9,14 +9,16 @@
 
 namespace zelt::test {
 
+inline constexpr DWORD kLongestWait = 120'000;
+
 // Checks until the condition is true; false if that takes too long.
-bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = 15'000);
+bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kLongestWait);
 
 std::wstring TextOf(HWND window);
 
 // A visible top-level window of the process with this caption; null if there is none.
 HWND FindNow(DWORD process, const std::wstring& caption);
-HWND FindWindowOf(DWORD process, const std::wstring& caption, DWORD milliseconds = 15'000);
+HWND FindWindowOf(DWORD process, const std::wstring& caption, DWORD milliseconds = kLongestWait);
 int CountWindows(DWORD process);
 
 // Waits for a message box, presses its button and waits until it is gone. Returns its text, "<no box>" if none

@@ -28,7 +28,7 @@ protected:
     void SetUp() override
     {
         Show(InLog(kLog));
-        WaitUntil([&] { return tree->Selected() != nullptr; }, 1000);
+        WaitUntil([&] { return tree->Selected() != nullptr; }, 15'000);
         tree->Select(nullptr);
     }
 
@@ -178,6 +178,7 @@ TEST_F(ViewerCommands, ClickingTheSelectedErrorBringsItsItemBack)
     ExpectSelected(L"an error");
     Find(L"lower case");
     list->Click(1);
+    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"an error"; }));
     ExpectSelected(L"an error");
 }
 
@@ -212,18 +213,19 @@ TEST_F(ViewerCommands, ExpandAndCollapseActOnEverything)
 TEST_F(ViewerCommands, KeysWork)
 {
     PressKey(window, VK_F4);
-    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"QueryInterface for unsupported interface"; }, 3000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"QueryInterface for unsupported interface"; }));
+    const DWORD before = GetClipboardSequenceNumber();
     PressKey(window, 'C', VK_CONTROL);
-    ASSERT_TRUE(OpenClipboard(nullptr));
+    ASSERT_TRUE(WaitUntil([&] { return GetClipboardSequenceNumber() != before && OpenClipboard(nullptr); }));
     const auto* copied = static_cast<const wchar_t*>(GetClipboardData(CF_UNICODETEXT));
     EXPECT_STREQ(L"QueryInterface for unsupported interface", copied ? copied : L"<nothing>");
     CloseClipboard();
     PressKey(window, 'A', VK_CONTROL);
-    EXPECT_TRUE(WaitUntil([&] { return tree->IsExpanded(tree->Next(TVGN_PARENT, tree->Selected())); }, 3000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->IsExpanded(tree->Next(TVGN_PARENT, tree->Selected())); }));
     PressKey(window, 'B', VK_CONTROL);
-    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"QueryInterface (one)"; }, 3000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"QueryInterface (one)"; }));
     PressKey(window, 'Q', VK_CONTROL);
-    EXPECT_TRUE(WaitUntil([&] { return tree->Count() == 11; }, 3000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->Count() == 11; }));
     PressKey(window, VK_F3);
     EXPECT_EQ(L"No previous search string.", Box(L"Find next:"));
     PressKey(window, VK_F3, VK_SHIFT);
@@ -233,7 +235,7 @@ TEST_F(ViewerCommands, KeysWork)
     ASSERT_NE(nullptr, dialog);
     PressKey(dialog, 'Z');
     PressKey(dialog, VK_RETURN);
-    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"z (type: long)"; }, 3000));
+    EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"z (type: long)"; }));
 }
 
 }  // namespace

@@ -324,12 +324,10 @@ TEST_F(ViewerLoading, KeepsItsPartsInPlaceWhenResized)
     PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(200, gap));
     PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(200, gap - 100));
     PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(200, gap - 100));
-    EXPECT_TRUE(WaitUntil(
-        [&] {
-            GetClientRect(GetDlgItem(window, kLogTree), &after);
-            return after.bottom < before.bottom - 80;
-        },
-        3000));
+    EXPECT_TRUE(WaitUntil([&] {
+        GetClientRect(GetDlgItem(window, kLogTree), &after);
+        return after.bottom < before.bottom - 80;
+    }));
 }
 
 TEST_F(ViewerLoading, EndsTheProcessWhenClosedWithEsc)

@@ -5,6 +5,21 @@
 #include "res/resource.h"
 
 namespace zelt::test {
+namespace {
+
+constexpr DWORD kTimeToEnd = 15'000;
+
+BOOL CALLBACK CloseIfOf(HWND window, LPARAM process)
+{
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == static_cast<DWORD>(process) && IsWindowVisible(window) && IsWindowEnabled(window)) {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    }
+    return TRUE;
+}
+
+}  // namespace
 
 std::string InLog(const std::string& content)
 {
@@ -24,7 +39,15 @@ ViewerTest::~ViewerTest()
 {
     tree.reset();
     list.reset();
-    if (process) process->Kill();
+    // COM would still connect to a killed server, so this asks it to end. Boxes close before the window behind them.
+    if (process) {
+        WaitUntil(
+            [this] {
+                EnumWindows(CloseIfOf, static_cast<LPARAM>(Id()));
+                return process->Wait(100).has_value();
+            },
+            kTimeToEnd);
+    }
     DeleteFileW(path.c_str());
 }
 
@@ -53,9 +76,8 @@ void ViewerTest::WaitForWindow()
 
 void ViewerTest::Send(int command) const
 {
-    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    SendNotifyMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
     // The window answers WM_NULL after the command, or while the command shows a box.
-    Sleep(50);
     SendMessageW(window, WM_NULL, 0, 0);
 }
 
@@ -68,7 +90,7 @@ void ViewerTest::Find(const std::wstring& text, bool ignoreCase, bool wholeItem)
     SendDlgItemMessageW(dialog, kSearchIgnoreCase, BM_SETCHECK, ignoreCase ? BST_CHECKED : BST_UNCHECKED, 0);
     SendDlgItemMessageW(dialog, kSearchWholeItem, BM_SETCHECK, wholeItem ? BST_CHECKED : BST_UNCHECKED, 0);
     PressButton(dialog, IDOK);
-    WaitUntil([&] { return !IsWindow(dialog); }, 2000);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
     SendMessageW(window, WM_NULL, 0, 0);
 }
 

@@ -1,0 +1,32 @@
+#include "tests/system/harness/server_readiness.h"
+
+namespace zelt::test {
+namespace {
+
+// The window by which the main thread hears of other threads; null before it is made.
+HWND MainThreadWindow(DWORD process)
+{
+    HWND window = nullptr;
+    while ((window = FindWindowExW(HWND_MESSAGE, window, L"ZELT visits", nullptr))) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == process) return window;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+bool WaitUntilServing(const Process& server)
+{
+    HWND window = nullptr;
+    while (!(window = MainThreadWindow(server.Id()))) {
+        if (!server.Running()) return false;
+        Sleep(20);
+    }
+    // Answered by the message loop.
+    SendMessageW(window, WM_NULL, 0, 0);
+    return server.Running();
+}
+
+}  // namespace zelt::test
