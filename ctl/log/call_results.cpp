@@ -1,6 +1,21 @@
 #include "ctl/log/call_results.h"
 
+#include "log/vocabulary/system_interfaces.h"
+
 namespace zelt::ctl {
+namespace {
+
+bool IsSystemQuery(const FoundSentence& found)
+{
+    switch (found.sentence) {
+        case Sentence::UnsupportedInterface:
+        case Sentence::InterfaceLackedByObject:
+        case Sentence::InterfaceWithoutObject: return IsSystemInterface(found.holes[1]);
+        default: return false;
+    }
+}
+
+}  // namespace
 
 std::optional<FoundSentence> SentenceOf(const LogEvent& event)
 {
@@ -18,7 +33,8 @@ MessageKind KindOfMessage(const LogEvent& event)
     if (event.kind != EventKind::Warning && event.kind != EventKind::Error) return MessageKind::None;
     const auto found = SentenceOf(event);
     if (found && RowOf(found->sentence).meaning == Meaning::Failure) return MessageKind::Failure;
-    return event.kind == EventKind::Warning ? MessageKind::Warning : MessageKind::Violation;
+    if (event.kind == EventKind::Error) return MessageKind::Violation;
+    return found && IsSystemQuery(*found) ? MessageKind::Query : MessageKind::Warning;
 }
 
 void CallResult::Take(MessageKind kind)
@@ -58,6 +74,12 @@ std::string_view Unquoted(std::string_view value)
 {
     if (value.size() < 2 || value.front() != '"' || value.back() != '"') return value;
     return value.substr(1, value.size() - 2);
+}
+
+std::string HiddenQueries(long long count)
+{
+    if (count == 0) return {};
+    return std::to_string(count) + (count == 1 ? " system query hidden" : " system queries hidden");
 }
 
 }  // namespace zelt::ctl

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "ctl/log/log_events.h"
@@ -11,7 +12,8 @@ namespace zelt::ctl {
 
 // A failure is the result that the caller got, from the callee or from the proxy in its place; a violation is a rule of the
 // standard that somebody broke while the call continued.
-enum class MessageKind { None, Info, Warning, Violation, Failure };
+// A query is a warning about an interface that the system asked for on its own account: see log/vocabulary/system_interfaces.h.
+enum class MessageKind { None, Info, Query, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);
 
@@ -35,5 +37,8 @@ bool IsSuppression(const LogEvent& event);
 
 // The text of a string value, without the quotes that the log puts around it.
 std::string_view Unquoted(std::string_view value);
+
+// "42 system queries hidden"; nothing for none.
+std::string HiddenQueries(long long count);
 
 }  // namespace zelt::ctl

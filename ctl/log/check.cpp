@@ -35,7 +35,8 @@ Rules RulesOf(const std::string& list)
 
 class Reporter {
 public:
-    Reporter(const Arguments& arguments, Output& out) : asJson(arguments.Has("--json")), out(out), json(out)
+    Reporter(const Arguments& arguments, Output& out)
+        : asJson(arguments.Has("--json")), withQueries(arguments.Has("--queries")), out(out), json(out)
     {
         if (const auto list = arguments.Value("--ignore")) ignored = RulesOf(*list);
         if (asJson) json.BeginArray();
@@ -45,10 +46,15 @@ public:
     {
         if (ignored.contains(std::string_view(rule))) return;
         ++found;
-        if (asJson) {
-            json.NewLine().BeginObject().Member("line", line).Member("rule", rule).Member("text", text).EndObject();
+        Write(line, rule, text);
+    }
+    // No finding.
+    void Query(int line, const std::string& text)
+    {
+        if (withQueries) {
+            Write(line, "query", text);
         } else {
-            out << line << ": " << rule << ": " << text << '\n';
+            ++hidden;
         }
     }
     int Finish()
@@ -56,22 +62,35 @@ public:
         if (asJson) {
             json.EndArray();
             out << '\n';
+        } else if (hidden) {
+            out << HiddenQueries(hidden) << '\n';
         }
         return found ? kFinding : kFine;
     }
 
 private:
-    const bool asJson;
+    void Write(int line, const char* rule, const std::string& text)
+    {
+        if (asJson) {
+            json.NewLine().BeginObject().Member("line", line).Member("rule", rule).Member("text", text).EndObject();
+        } else {
+            out << line << ": " << rule << ": " << text << '\n';
+        }
+    }
+
+    const bool asJson, withQueries;
     Rules ignored;
     Output& out;
     JsonWriter json;
-    long long found = 0;
+    long long found = 0, hidden = 0;
 };
 
 class Checker final : public LogSink {
 public:
-    explicit Checker(const ReportFinding& report)
-        : report(report), life(report), values(report), properties(report), versions(report)
+    using ReportQuery = std::function<void(int line, const std::string& text)>;
+
+    Checker(const ReportFinding& report, const ReportQuery& reportQuery)
+        : report(report), reportQuery(reportQuery), life(report), values(report), properties(report), versions(report)
     {}
 
     void Begin(const LogEvent& event) override
@@ -150,11 +169,14 @@ private:
     void CheckMessage(const LogEvent& event)
     {
         const MessageKind kind = KindOfMessage(event);
-        if (kind < MessageKind::Warning) return;
+        if (kind < MessageKind::Query) return;
         const std::string where =
             calls.InCall() ? " (in " + calls.Innermost().name + " of \"" + calls.Innermost().object + "\")" : "";
         const std::string text(event.text);
-        if (kind == MessageKind::Warning && text.find(" is not released at final release of ") != std::string::npos) {
+        if (kind == MessageKind::Query) {
+            reportQuery(event.line, text + where);
+        } else if (kind == MessageKind::Warning &&
+                   text.find(" is not released at final release of ") != std::string::npos) {
             report(event.line, "not-released", text);
         } else if (kind == MessageKind::Failure && text.starts_with("Uncaught ")) {
             report(event.line, "exception", text + where);
@@ -165,6 +187,7 @@ private:
     }
 
     const ReportFinding& report;
+    const ReportQuery& reportQuery;
     LifeRules life;
     ValueRules values;
     PropertyRules properties;
@@ -183,7 +206,8 @@ int CheckLog(const Arguments& arguments, Streams& streams)
     const ReportFinding report = [&](int line, const char* rule, const std::string& text) {
         reporter.Report(line, rule, text);
     };
-    Checker checker(report);
+    const Checker::ReportQuery reportQuery = [&](int line, const std::string& text) { reporter.Query(line, text); };
+    Checker checker(report, reportQuery);
     Output ignored;  // The finding says the same.
     checker.Finish(ReadEvents(arguments.Operand(0), checker, ignored));
     return reporter.Finish();

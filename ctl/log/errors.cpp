@@ -14,6 +14,7 @@ const char* NameOf(MessageKind kind)
     switch (kind) {
         case MessageKind::Failure: return "failure";
         case MessageKind::Violation: return "violation";
+        case MessageKind::Query: return "query";
         default: return "warning";
     }
 }
@@ -23,6 +24,7 @@ public:
     ErrorLister(const Arguments& arguments, Output& out)
         : filter(arguments),
           withWarnings(!arguments.Has("--no-warnings")),
+          withQueries(arguments.Has("--queries")),
           asJson(arguments.Has("--json")),
           out(out),
           json(out)
@@ -39,9 +41,13 @@ public:
             return;
         }
         const MessageKind kind = KindOfMessage(event);
-        if (kind < MessageKind::Warning || (kind == MessageKind::Warning && !withWarnings)) return;
+        if (kind < MessageKind::Query || (kind <= MessageKind::Warning && !withWarnings)) return;
         if (open.empty() ? filter.Any() : !open.back().matches) return;
-        ++found;
+        if (kind == MessageKind::Query && !withQueries) {
+            ++hidden;
+            return;
+        }
+        found += kind != MessageKind::Query;
         if (asJson) {
             WriteJson(event, kind, said);
         } else {
@@ -60,6 +66,8 @@ public:
         if (asJson) {
             json.EndArray();
             out << '\n';
+        } else if (hidden) {
+            out << HiddenQueries(hidden) << '\n';
         }
         return found ? kFinding : kFine;
     }
@@ -92,12 +100,12 @@ private:
     }
 
     const CallFilter filter;
-    const bool withWarnings, asJson;
+    const bool withWarnings, withQueries, asJson;
     Output& out;
     JsonWriter json;
     std::vector<OpenCall> open;
     std::string detail;  // what the callee said last, until the failure that it is about
-    long long found = 0;
+    long long found = 0, hidden = 0;
 };
 
 }  // namespace

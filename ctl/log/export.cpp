@@ -8,7 +8,7 @@ int ExportLog(const Arguments& arguments, Streams& streams)
 {
     struct Form {
         const char* option;
-        bool (*write)(const std::string&, Streams&);
+        bool (*write)(const std::string& path, bool withQueries, Streams&);
     };
     constexpr Form kForms[] = {{"--html", ExportHtml}, {"--json", ExportJson}, {"--csv", ExportCsv}};
     const Form* wanted = nullptr;
@@ -18,7 +18,9 @@ int ExportLog(const Arguments& arguments, Streams& streams)
         wanted = &form;
     }
     if (!wanted) throw UsageError("one of --html, --json and --csv is needed");
-    return CodeOf(wanted->write(arguments.Operand(0), streams), kFine);
+    const bool withQueries = arguments.Has("--queries");
+    if (withQueries && wanted->write != &ExportHtml) throw UsageError("--queries is for --html; the others have them");
+    return CodeOf(wanted->write(arguments.Operand(0), withQueries, streams), kFine);
 }
 
 }  // namespace zelt::ctl

@@ -160,7 +160,7 @@ private:
 
 }  // namespace
 
-bool ExportCsv(const std::string& path, Streams& streams)
+bool ExportCsv(const std::string& path, bool, Streams& streams)
 {
     CsvWriter writer(streams.data);
     return ReadEvents(path, writer, streams.messages);

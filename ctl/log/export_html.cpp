@@ -33,6 +33,16 @@ std::string_view FileName(std::string_view path)
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
+const char* StyleOf(MessageKind kind)
+{
+    switch (kind) {
+        case MessageKind::Failure: return "f";
+        case MessageKind::Violation: return "v";
+        case MessageKind::Query: return "k";
+        default: return "w";
+    }
+}
+
 class PageWriter final : public LogSink {
 public:
     explicit PageWriter(Output& out) : out(out) {}
@@ -64,8 +74,8 @@ public:
                 if (inLine && IsBound(event)) break;
                 WriteMessage(event, "n");
                 break;
-            case EventKind::Warning: WriteMessage(event, "w"); break;
-            case EventKind::Error: WriteMessage(event, KindOfMessage(event) == MessageKind::Failure ? "f" : "v"); break;
+            case EventKind::Warning:
+            case EventKind::Error: WriteMessage(event, StyleOf(KindOfMessage(event))); break;
         }
         if (event.kind == EventKind::Value) brackets.push_back(event.hasChildren);
     }
@@ -118,14 +128,14 @@ private:
 
 }  // namespace
 
-bool ExportHtml(const std::string& path, Streams& streams)
+bool ExportHtml(const std::string& path, bool withQueries, Streams& streams)
 {
     Output& out = streams.data;
     out << kPageTop;
     AppendEscaped(out, FileName(path));
     out << kPageBetween;
     AppendEscaped(out, FileName(path));
-    out << kPageHead;
+    out << kPageHead << (withQueries ? "<main>\n" : "<main class=nk>\n");
     PageWriter writer(out);
     const bool complete = ReadEvents(path, writer, streams.messages);
     out << kPageEnd;

@@ -57,7 +57,7 @@ private:
 
 }  // namespace
 
-bool ExportJson(const std::string& path, Streams& streams)
+bool ExportJson(const std::string& path, bool, Streams& streams)
 {
     JsonWriter json(streams.data);
     json.BeginArray();

@@ -12,9 +12,12 @@ namespace zelt::ctl {
 class FilteredTree final : public LogSink {
 public:
     // `results`, unless null, says of each call, in the order of the file, whether its result is wanted.
-    FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
-        : filter(filter), results(results), tree(tree)
+    FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree, bool hidesQueries = false)
+        : filter(filter), results(results), tree(tree), hidesQueries(hidesQueries)
     {}
+
+    // How many of the system's queries would have been shown.
+    long long Hidden() const { return hidden; }
 
     void Begin(const LogEvent& event) override
     {
@@ -22,7 +25,12 @@ public:
             open.push_back(filter.Matches(event) && (!results || (*results)[calls]));
             ++calls;
         }
-        if (Shown()) tree.Begin(event);
+        if (!Shown()) return;
+        if (hidesQueries && KindOfMessage(event) == MessageKind::Query) {
+            hidden += !tree.IsSilent();
+        } else {
+            tree.Begin(event);
+        }
     }
     void End(EventKind kind, int depth) override
     {
@@ -38,8 +46,10 @@ private:
     const CallFilter& filter;
     const std::vector<bool>* const results;
     TreeText& tree;
+    const bool hidesQueries;
     std::vector<bool> open;
     std::size_t calls = 0;
+    long long hidden = 0;
 };
 
 }  // namespace zelt::ctl

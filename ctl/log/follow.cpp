@@ -103,13 +103,14 @@ int FollowLog(const Arguments& arguments, Streams& streams)
 {
     const CallFilter filter(arguments);
     TreeText text(streams.data, arguments.Has("--calls"));
-    FilteredTree tree(filter, nullptr, text);
+    FilteredTree tree(filter, nullptr, text, !arguments.Has("--queries"));
     const std::string& path = arguments.Operand(0);
     GrowingLog log(path, arguments.Number("--idle"), streams.data);
     NewOnly sink(tree, text, log, !arguments.Has("--new"));
     Output ignored;
     const bool ended = ReadEvents(log, path, sink, ignored);
     text.Finish();
+    if (tree.Hidden()) streams.data << HiddenQueries(tree.Hidden()) << '\n';
     if (!ended) streams.messages << path << ": the log has no end yet\n";
     return kFine;
 }

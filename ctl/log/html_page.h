@@ -1,6 +1,7 @@
 // What surrounds the tree in the HTML page: style, tools and script. A call is a details element, which browsers fold without a
 // script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged component, co one of the
-// simulator's objects; ai and ao are arguments in and out; n, w, v, f are infos, warnings, violations, failures.
+// simulator's objects; ai and ao are arguments in and out; n, k, w, v, f are infos, queries of the system, warnings, violations,
+// failures. A filter that is off is a class of the main element, nf for instance.
 #pragma once
 
 #include <string_view>
@@ -49,13 +50,15 @@ q { quotes: none; }
 .ci > summary b::before { content: "> "; } .co > summary b::before { content: "< "; }
 .ai s::before { content: "in "; } .ao s::before { content: "out "; }
 .ai s::after, .ao s::after { content: " ="; }
-.n { color: var(--soft); } .w { color: var(--warn); } .v, .f { color: var(--bad); }
+.n, .k { color: var(--soft); } .w { color: var(--warn); } .v, .f { color: var(--bad); }
 .w::before, .v::before, .f::before { font-weight: 600; }
 .w::before { content: "\26A0  "; } .v::before { content: "\2716  "; } .f::before { content: "\2716  "; }
+.nf .f, .nv .v, .nw .w, .nk .k { display: none; }
 .has-bad > summary::after { content: " \2716"; color: var(--bad); }
 .has-warn:not(.has-bad) > summary::after { content: " \26A0"; color: var(--warn); }
 .hit { background: var(--mark); } .here { background: var(--here); }
 .hit, .here, .hit :is(b, s, u), .here :is(b, s, u) { color: var(--text); }
+button[aria-pressed=false] { opacity: .55; text-decoration: line-through; }
 #count { color: var(--soft); min-width: 8em; }
 @media print { header { position: static; } }
 </style>
@@ -69,12 +72,12 @@ inline constexpr std::string_view kPageHead = R"page(</h1>
 <button id="back" title="Previous (Shift+Enter, Shift+F3)">Previous</button>
 <button id="next" title="Next (Enter, F3)">Next</button>
 <span id="count" role="status"></span>
-<button id="error" title="Next error (F4)">Next error</button>
+<button id="error" title="Next failure, violation or warning (F4; back: Shift+F4)">Next error</button>
+<span id="filters" role="group" aria-label="Shown and visited by F4"></span>
 <button id="open" title="Ctrl+A">Expand all</button>
 <button id="close" title="Ctrl+B">Collapse all</button>
 <button id="colour">Light or dark</button>
 </header>
-<main>
 )page";
 
 inline constexpr std::string_view kPageEnd = R"page(</main>
@@ -111,16 +114,37 @@ function go(step) {
   }
   get("count").textContent = !asked ? "" : hits.length ? (here + 1) + " of " + hits.length : "not found";
 }
-let error = -1;
-function goError() {
-  const errors = main.querySelectorAll(".v,.f,.w");
+const kinds = [["f", "failure"], ["v", "violation"], ["w", "warning"], ["k", "system query", "system queries"]];
+let errors = [], error = -1;
+function collect() {
+  const marked = error >= 0 ? errors[error] : null;
+  if (marked) marked.classList.remove("here");
+  errors = kinds.slice(0, 3).flatMap(([kind]) => main.classList.contains("n" + kind) ? [] : [...main.querySelectorAll("." + kind)]);
+  error = errors.indexOf(marked);
+}
+function goError(step) {
   if (!errors.length) { get("count").textContent = "no errors"; return; }
   if (error >= 0) errors[error].classList.remove("here");
-  error = (error + 1) % errors.length;
+  error = error < 0 ? (step > 0 ? 0 : errors.length - 1) : (error + step + errors.length) % errors.length;
   errors[error].classList.add("here");
   reveal(errors[error], false);
-  get("count").textContent = "error " + (error + 1) + " of " + errors.length;
+  const [, name] = kinds.find(([kind]) => errors[error].classList.contains(kind));
+  get("count").textContent = name + ", " + (error + 1) + " of " + errors.length;
 }
+for (const [kind, one, many = one + "s"] of kinds) {
+  const count = main.querySelectorAll("." + kind).length;
+  if (!count) continue;
+  const filter = document.createElement("button"), show = () => {
+    const shown = !main.classList.contains("n" + kind);
+    filter.setAttribute("aria-pressed", shown);
+    filter.textContent = count + " " + (count === 1 ? one : many) + (kind === "k" && !shown ? " hidden" : "");
+  };
+  filter.id = "filter-" + kind;
+  filter.onclick = () => { main.classList.toggle("n" + kind); show(); collect(); };
+  get("filters").append(filter, " ");
+  show();
+}
+collect();
 function fold(open) { for (const call of main.querySelectorAll("details")) call.open = open; }
 const outer = call => call.parentElement.closest("details");
 function callFrom(element, way) { while (element && element.tagName !== "DETAILS") element = element[way]; return element; }
@@ -138,7 +162,7 @@ function above(call) {
 get("find").addEventListener("input", () => { search(get("find").value); go(1); });
 get("next").onclick = () => go(1);
 get("back").onclick = () => go(-1);
-get("error").onclick = goError;
+get("error").onclick = () => goError(1);
 get("open").onclick = () => fold(true);
 get("close").onclick = () => fold(false);
 get("colour").onclick = () => {
@@ -152,7 +176,7 @@ document.addEventListener("keydown", event => {
   const done = () => event.preventDefault();
   if ((command && event.key === "f") || (event.key === "/" && !typing)) { get("find").focus(); get("find").select(); done(); }
   else if (event.key === "F3" || (typing && event.key === "Enter")) { go(event.shiftKey ? -1 : 1); done(); }
-  else if (event.key === "F4") { goError(); done(); }
+  else if (event.key === "F4") { goError(event.shiftKey ? -1 : 1); done(); }
   else if (typing) { if (event.key === "Escape" && !get("find").value) get("find").blur(); }
   else if (command && event.key === "a") { fold(true); done(); }
   else if (command && event.key === "b") { fold(false); done(); }

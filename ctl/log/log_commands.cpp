@@ -7,6 +7,7 @@ namespace {
 
 // clang-format off
 constexpr Option kJson = {"--json", nullptr, "as JSON"};
+constexpr Option kQueries = {"--queries", nullptr, "also the queries that the system makes on its own account; they are no findings"};
 
 constexpr Option kShowOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
@@ -16,17 +17,21 @@ constexpr Option kShowOptions[] = {
 constexpr Option kErrorsOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
     {"--no-warnings", nullptr, "errors alone"},
+    kQueries,
     kJson,
 };
 constexpr Option kStatsOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
-    {"--sort", "COLUMN", "calls (as without this option), failures, warnings, violations or name"},
+    {"--sort", "COLUMN", "calls (as without this option), failures, warnings, violations, queries or name"},
+    {"--top",  "N",      "the first N rows of each table"},
+    kQueries,
     kJson,
 };
 
 constexpr Option kFollowOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
     {"--calls", nullptr,   "calls, warnings and errors, but no arguments"},
+    kQueries,
     {"--new",   nullptr,   "only what is written from now on"},
     {"--idle",  "SECONDS", "ends when nothing was written for so long; without it, only at the log's end"},
 };
@@ -36,12 +41,14 @@ constexpr Option kDiffOptions[] = {
 };
 constexpr Option kCheckOptions[] = {
     {"--ignore", "RULES", "rules that are not checked, with commas between them"},
+    kQueries,
     kJson,
 };
 constexpr Option kExportOptions[] = {
     {"--html", nullptr, "one page that needs no other file: a tree that folds, with a search"},
     {"--json", nullptr, "an array of nested objects"},
     {"--csv",  nullptr, "a table, a row for each call, value and message"},
+    kQueries,
 };
 
 constexpr Command kCommands[] = {

@@ -8,8 +8,9 @@
 
 namespace zelt::ctl {
 
-bool ExportCsv(const std::string& path, Streams& streams);
-bool ExportJson(const std::string& path, Streams& streams);
-bool ExportHtml(const std::string& path, Streams& streams);
+bool ExportCsv(const std::string& path, bool withQueries, Streams& streams);
+bool ExportJson(const std::string& path, bool withQueries, Streams& streams);
+// The page has the system's queries in any case; `withQueries` says whether it shows them at first.
+bool ExportHtml(const std::string& path, bool withQueries, Streams& streams);
 
 }  // namespace zelt::ctl

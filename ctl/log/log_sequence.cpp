@@ -58,16 +58,6 @@ std::string ComparableMessage(std::string_view text)
     return WithoutQuotedNumbers(text);
 }
 
-// Whether it is a query of the system, which asks differently on different systems.
-bool IsSystemQuery(const LogEvent& event)
-{
-    constexpr std::string_view kMark = ": QueryInterface for unsupported interface ";
-    const std::size_t mark = event.text.find(kMark);
-    if (event.kind != EventKind::Warning || mark == std::string_view::npos) return false;
-    const std::string_view name = event.text.substr(mark + kMark.size());
-    return !name.starts_with("ICape") && !name.starts_with("ECape") && !name.starts_with("{678C0");
-}
-
 class SequenceReader final : public LogSink {
 public:
     void Begin(const LogEvent& event) override
@@ -107,7 +97,7 @@ private:
     }
     void AddMessage(const LogEvent& event)
     {
-        if (IsBound(event) || IsSystemQuery(event)) return;
+        if (IsBound(event) || KindOfMessage(event) == MessageKind::Query) return;
         const char* kind = event.kind == EventKind::Error     ? "error"
                            : event.kind == EventKind::Warning ? "warning"
                                                               : "info";

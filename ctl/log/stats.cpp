@@ -1,6 +1,8 @@
 // log stats: how often each method was called on each object, and how it went. Memory grows with the number of
 // different methods and objects, not with the log.
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,12 +15,13 @@ namespace zelt::ctl {
 namespace {
 
 struct Counts {
-    long long calls = 0, failures = 0, warnings = 0, violations = 0;
+    long long calls = 0, failures = 0, warnings = 0, violations = 0, queries = 0;
 
     void Add(MessageKind kind)
     {
         warnings += kind == MessageKind::Warning;
         violations += kind == MessageKind::Violation;
+        queries += kind == MessageKind::Query;
     }
 };
 
@@ -41,7 +44,7 @@ public:
             return;
         }
         const MessageKind kind = KindOfMessage(event);
-        if (kind < MessageKind::Warning || (open.empty() && filter.Any())) return;
+        if (kind < MessageKind::Query || (open.empty() && filter.Any())) return;
         if (open.empty()) {
             total.Add(kind);
         } else if (OpenCall& call = open.back(); call.method) {
@@ -95,7 +98,8 @@ struct Column {
 constexpr Column kColumns[] = {{"calls", &Counts::calls},
                                {"failures", &Counts::failures},
                                {"warnings", &Counts::warnings},
-                               {"violations", &Counts::violations}};
+                               {"violations", &Counts::violations},
+                               {"queries", &Counts::queries}};
 
 using Row = std::pair<std::string, Counts>;
 
@@ -110,36 +114,63 @@ std::vector<Row> Sorted(const Table& table, const std::string& by)
                          [&](const Row& a, const Row& b) { return a.second.*column.count > b.second.*column.count; });
         return rows;
     }
-    throw UsageError("--sort is calls, failures, warnings, violations or name");
+    throw UsageError("--sort is calls, failures, warnings, violations, queries or name");
 }
 
-void WriteCounts(const Counts& counts, Output& out)
+// The columns that have anything but zeros. The system's queries have one on request.
+std::vector<Column> ColumnsOf(const std::vector<Row>& rows, bool withQueries)
+{
+    std::vector<Column> columns;
+    for (const Column& column : kColumns) {
+        const bool isWanted = withQueries || column.count != &Counts::queries;
+        const bool hasAny =
+            std::any_of(rows.begin(), rows.end(), [&](const Row& row) { return row.second.*column.count > 0; });
+        if (column.count == &Counts::calls || (isWanted && hasAny)) columns.push_back(column);
+    }
+    return columns;
+}
+
+void WriteTable(const char* title, const std::vector<Row>& rows, std::size_t most, bool withQueries, Output& out)
+{
+    const std::vector<Column> columns = ColumnsOf(rows, withQueries);
+    for (const Column& column : columns) out.Fill(10 - std::string_view(column.name).size()) << column.name << ' ';
+    out << ' ' << title << '\n';
+    for (std::size_t row = 0; row < std::min(most, rows.size()); ++row) {
+        for (const Column& column : columns) out.Number(rows[row].second.*column.count, 10) << ' ';
+        out << ' ' << rows[row].first << '\n';
+    }
+    if (rows.size() > most) {
+        out.Fill(11 * columns.size() + 1) << "and " << static_cast<long long>(rows.size() - most) << " more\n";
+    }
+}
+
+void WriteCounts(const Counts& counts, bool withQueries, JsonWriter& json)
 {
     for (const Column& column : kColumns) {
-        const std::string number = std::to_string(counts.*column.count);
-        out.Fill(number.size() < 10 ? 10 - number.size() : 0) << number << ' ';
+        if (withQueries || column.count != &Counts::queries) json.Member(column.name, counts.*column.count);
     }
 }
 
-void WriteTable(const char* title, const std::vector<Row>& rows, Output& out)
-{
-    for (const Column& column : kColumns) out.Fill(10 - std::string_view(column.name).size()) << column.name << ' ';
-    out << ' ' << title << '\n';
-    for (const auto& [name, counts] : rows) {
-        WriteCounts(counts, out);
-        out << ' ' << name << '\n';
-    }
-}
-
-void WriteJson(const char* key, const std::vector<Row>& rows, JsonWriter& json)
+void WriteJson(const char* key, const std::vector<Row>& rows, std::size_t most, bool withQueries, JsonWriter& json)
 {
     json.Key(key).BeginArray();
-    for (const auto& [name, counts] : rows) {
-        json.NewLine().BeginObject().Member("name", name);
-        for (const Column& column : kColumns) json.Member(column.name, counts.*column.count);
+    for (std::size_t row = 0; row < std::min(most, rows.size()); ++row) {
+        json.NewLine().BeginObject().Member("name", rows[row].first);
+        WriteCounts(rows[row].second, withQueries, json);
         json.EndObject();
     }
     json.EndArray();
+}
+
+// As many rows as there are, unless the user wants fewer.
+std::size_t MostRows(const Arguments& arguments)
+{
+    const auto number = arguments.Number("--top");
+    if (!number) return std::numeric_limits<std::size_t>::max();
+    if (*number < 1 || *number > 1e6 || *number != std::floor(*number)) {
+        throw UsageError("--top wants a number of rows, from 1 on");
+    }
+    return static_cast<std::size_t>(*number);
 }
 
 }  // namespace
@@ -147,6 +178,8 @@ void WriteJson(const char* key, const std::vector<Row>& rows, JsonWriter& json)
 int CountCalls(const Arguments& arguments, Streams& streams)
 {
     const std::string sort = arguments.Value("--sort").value_or("calls");
+    const bool withQueries = arguments.Has("--queries");
+    const std::size_t most = MostRows(arguments);
     Sorted({}, sort);
     Counter counter(arguments);
     const int code = CodeOf(ReadEvents(arguments.Operand(0), counter, streams.messages), kFine);
@@ -154,19 +187,21 @@ int CountCalls(const Arguments& arguments, Streams& streams)
     if (arguments.Has("--json")) {
         JsonWriter json(streams.data);
         json.BeginObject().Key("total").BeginObject();
-        for (const Column& column : kColumns) json.Member(column.name, counter.total.*column.count);
+        WriteCounts(counter.total, withQueries, json);
         json.EndObject();
-        WriteJson("methods", methods, json);
-        WriteJson("objects", objects, json);
+        WriteJson("methods", methods, most, withQueries, json);
+        WriteJson("objects", objects, most, withQueries, json);
         json.EndObject();
         streams.data << '\n';
         return code;
     }
-    WriteTable("method", methods, streams.data);
-    streams.data << '\n';
-    WriteTable("object", objects, streams.data);
-    streams.data << '\n';
-    WriteTable("all", {{"with what stands outside of calls", counter.total}}, streams.data);
+    Output& out = streams.data;
+    WriteTable("method", methods, most, withQueries, out);
+    out << '\n';
+    WriteTable("object", objects, most, withQueries, out);
+    out << '\n';
+    WriteTable("all", {{"with what stands outside of calls", counter.total}}, most, withQueries, out);
+    if (!withQueries && counter.total.queries) out << '\n' << HiddenQueries(counter.total.queries) << '\n';
     return code;
 }
 

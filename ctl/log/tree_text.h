@@ -21,6 +21,7 @@ public:
 
     // What begins while it is silent is not shown.
     void SetSilent(bool now) { silent = now; }
+    bool IsSilent() const { return silent; }
 
 private:
     void BeginLine(const LogEvent& event);

@@ -13,7 +13,7 @@ namespace {
 TEST(LogFollow, ShowsAWholeLogLikeShow)
 {
     for (const std::string& log : kGoldenLogs) {
-        const Outcome followed = RunCommand({"log", "follow", GoldenLog(log)});
+        const Outcome followed = RunCommand({"log", "follow", "--queries", GoldenLog(log)});
         EXPECT_EQ(0, followed.code);
         EXPECT_EQ(RunCommand({"log", "show", GoldenLog(log)}).data, followed.data);
     }
@@ -44,7 +44,7 @@ TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
             log.Append(lines[i] + "\n");
         }
     });
-    const Outcome outcome = RunCommand({"log", "follow", "--idle", "20", log.Path()});
+    const Outcome outcome = RunCommand({"log", "follow", "--queries", "--idle", "20", log.Path()});
     writer.join();
     EXPECT_EQ(RunCommand({"log", "show", log.Path()}).data, outcome.data);
     EXPECT_EQ("", outcome.messages);

@@ -60,8 +60,21 @@
   press("ArrowUp");
   expect("the up arrow goes back", document.activeElement === summary);
 
+  const pressed = id => document.getElementById(id).getAttribute("aria-pressed") === "true";
+  const kinds = ["f", "v", "w"], kindOf = line => kinds.findIndex(kind => line.classList.contains(kind)), visited = [];
+  for (const line of all(".f,.v,.w")) { press("F4"); visited.push(here()); expect("F4 unfolds", seen(here())); }
+  expect("F4 goes to each error and warning once", new Set(visited).size === all(".f,.v,.w").length);
+  expect("to failures first, then violations, then warnings",
+    kindOf(visited[0]) === 0 && visited.every((line, i) => i === 0 || kindOf(visited[i - 1]) <= kindOf(line)));
+  expect("and counts", count() === "warning, " + visited.length + " of " + visited.length);
+  press("F4", { shiftKey: true });
+  expect("Shift+F4 goes back", here() === visited[visited.length - 2]);
+  document.getElementById("filter-w").click();
+  expect("a filter hides its kind", !pressed("filter-w") && all(".w").every(line => !seen(line)));
   press("F4");
-  expect("F4 goes to an error or a warning", here() && here().matches(".v,.f,.w") && seen(here()));
+  expect("and F4 leaves it out", here() === visited[0] && count() === "failure, 1 of " + all(".f,.v").length);
+  document.getElementById("filter-w").click();
+  expect("and shows it again", pressed("filter-w") && all("main > .w").every(seen));
   const colours = () => getComputedStyle(document.body).backgroundColor;
   const before = colours();
   document.getElementById("colour").click();

@@ -251,8 +251,7 @@ TEST(LogCommands, AnswerInUtf8WhateverTheNames)
         "Pr\u00fcfung \u6c34");
     EXPECT_EQ("       3  > A::B  Sch\u00fctt \u6c34\n       4  error: \u00e9\n",
               RunCommand({"log", "show", log.Path()}).data);
-    EXPECT_EQ(LinesOf(RunCommand({"log", "stats", log.Path()}).data)[4],
-              "         1          0          0          0  Sch\u00fctt \u6c34");
+    EXPECT_EQ(LinesOf(RunCommand({"log", "stats", log.Path()}).data)[4], "         1  Sch\u00fctt \u6c34");
     EXPECT_NE(std::string::npos,
               RunCommand({"log", "export", "--json", log.Path()}).data.find("\"object\":\"Sch\u00fctt \u6c34\""));
     EXPECT_NE(std::string::npos, RunCommand({"log", "export", "--html", log.Path()}).data.find("Pr\u00fcfung \u6c34"));
@@ -271,6 +270,30 @@ TEST(LogStats, SortsByTheColumnThatIsAskedFor)
     EXPECT_NE(std::string::npos, first("failures").find("ICapeThermoPropertyRoutine::CalcSinglePhaseProp"));
     EXPECT_NE(std::string::npos, first("violations").find("ICapeThermoPropertyRoutine::CalcSinglePhaseProp"));
     EXPECT_EQ(2, RunCommand({"log", "stats", "--sort", "colour", kConversation}).code);
+}
+
+TEST(LogStats, ShowTheTopRows)
+{
+    EXPECT_EQ(
+        "     calls   failures   warnings violations  method\n"
+        "         1          1          0          1  ICapeThermoPropertyRoutine::CalcSinglePhaseProp\n"
+        "         1          1          0          0  ICapeUtilities::Terminate\n"
+        "                                             and 5 more\n"
+        "\n"
+        "     calls   failures   warnings violations  object\n"
+        "         5          2          1          1  A & <B>\n"
+        "         2          0          1          0  Feed (2)\n"
+        "\n"
+        "     calls   failures   warnings violations  all\n"
+        "         7          2          3          1  with what stands outside of calls\n"
+        "\n"
+        "1 system query hidden\n",
+        RunCommand({"log", "stats", "--top", "2", "--sort", "failures", kConversation}).data);
+    const std::string json = RunCommand({"log", "stats", "--top", "1", "--json", kConversation}).data;
+    EXPECT_EQ(3u, LinesOf(json).size()) << json;
+    for (const char* number : {"0", "1.5", "-1", "x", "1e9"}) {
+        EXPECT_EQ(2, RunCommand({"log", "stats", "--top", number, kConversation}).code) << number;
+    }
 }
 
 }  // namespace
