@@ -36,7 +36,7 @@ void WriteRows(std::span<const Command> commands, std::string_view group, Output
 
 constexpr std::string_view kEnd =
     "\nzeltctl COMMAND --help tells more about a command. Data goes to standard output, messages to standard error.\n"
-    "Exit codes: 0 fine, 1 a difference or a finding, 2 usage, 3 input that cannot be read, or not to its end.\n";
+    "Exit codes: 0 fine, 1 a difference, a finding or a log that is cut off, 2 usage, 3 input that cannot be read.\n";
 
 }  // namespace
 

@@ -21,6 +21,7 @@ bool Output::Flush()
 {
     if (!stream) return true;
     failed |= std::fwrite(buffer.data(), 1, buffer.size(), stream) != buffer.size();
+    flushed += buffer.size();
     buffer.clear();
     failed |= std::fflush(stream) != 0;
     return !failed;

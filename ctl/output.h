@@ -40,6 +40,14 @@ public:
         return *this;
     }
 
+    // How many bytes there have been.
+    std::size_t Written() const { return flushed + buffer.size(); }
+    // Takes back what came after `count` bytes, if none of it has been flushed. For what may turn out to be unnecessary.
+    void TakeBack(std::size_t count)
+    {
+        if (count >= flushed && count < Written()) buffer.resize(count - flushed);
+    }
+
     // False once something could not be written, for example to a full disk.
     bool Flush();
 
@@ -50,12 +58,20 @@ private:
 
     std::FILE* const stream;
     std::string buffer;
+    std::size_t flushed = 0;
     bool failed = false;
+};
+
+// What a command left out of its answer and only counts, for all logs that it was asked about.
+struct LeftOut {
+    long long queries = 0;  // of the system
+    long long alike = 0;    // warnings that say the same as another
 };
 
 struct Streams {
     Output& data;
     Output& messages;
+    LeftOut leftOut = {};
 };
 
 }  // namespace zelt::ctl

@@ -1,5 +1,7 @@
 #include "ctl/log/call_filter.h"
 
+#include "ctl/log/log_paths.h"
+
 namespace zelt::ctl {
 namespace {
 
@@ -40,7 +42,19 @@ CallFilter::CallFilter(const Arguments& arguments)
     inward = *direction == "in";
 }
 
-bool CallFilter::Matches(const LogEvent& call) const
+bool CallFilter::Matches(const LogEvent& call)
+{
+    const bool fits = Fits(call);
+    anyMatch |= fits;
+    return fits;
+}
+
+void CallFilter::ReportNone(const std::string& log, Output& messages) const
+{
+    if (Any() && !anyMatch) messages << NameOfLog(log) << ": no call passes the filter\n";
+}
+
+bool CallFilter::Fits(const LogEvent& call) const
 {
     return (!object || MatchesPattern(call.text, *object)) &&
            (!interfaceName || MatchesPattern(call.Interface(), *interfaceName)) &&

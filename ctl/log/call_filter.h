@@ -26,9 +26,15 @@ public:
 
     // Whether any of the options was given.
     bool Any() const { return object || interfaceName || method || inward; }
-    bool Matches(const LogEvent& call) const;
+    bool Matches(const LogEvent& call);
+
+    // Says so when there is a filter that no call has passed.
+    void ReportNone(const std::string& log, Output& messages) const;
 
 private:
+    bool Fits(const LogEvent& call) const;
+
+    bool anyMatch = false;
     std::optional<std::string> object, interfaceName, method;
     std::optional<bool> inward;
 };

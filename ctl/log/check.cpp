@@ -57,13 +57,12 @@ public:
             ++hidden;
         }
     }
-    int Finish()
+    int Finish(LeftOut& leftOut)
     {
+        leftOut.queries += hidden;
         if (asJson) {
             json.EndArray();
             out << '\n';
-        } else if (hidden) {
-            out << HiddenQueries(hidden) << '\n';
         }
         return found ? kFinding : kFine;
     }
@@ -200,7 +199,7 @@ private:
 
 }  // namespace
 
-int CheckLog(const Arguments& arguments, Streams& streams)
+int CheckLog(const Arguments& arguments, const std::string& log, Streams& streams)
 {
     Reporter reporter(arguments, streams.data);
     const ReportFinding report = [&](int line, const char* rule, const std::string& text) {
@@ -209,8 +208,8 @@ int CheckLog(const Arguments& arguments, Streams& streams)
     const Checker::ReportQuery reportQuery = [&](int line, const std::string& text) { reporter.Query(line, text); };
     Checker checker(report, reportQuery);
     Output ignored;  // The finding says the same.
-    checker.Finish(ReadEvents(arguments.Operand(0), checker, ignored));
-    return reporter.Finish();
+    checker.Finish(ReadEvents(log, checker, ignored));
+    return reporter.Finish(streams.leftOut);
 }
 
 }  // namespace zelt::ctl

@@ -1,9 +1,11 @@
 // log errors: every error and warning with the call that it concerns, and what the callee said of its failure besides.
+#include <set>
 #include <string>
 #include <vector>
 
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
+#include "ctl/log/call_text.h"
 #include "ctl/log/log_commands.h"
 
 namespace zelt::ctl {
@@ -21,12 +23,15 @@ const char* NameOf(MessageKind kind)
 
 class ErrorLister final : public LogSink {
 public:
-    ErrorLister(const Arguments& arguments, Output& out)
+    ErrorLister(const Arguments& arguments, Streams& streams)
         : filter(arguments),
           withWarnings(!arguments.Has("--no-warnings")),
           withQueries(arguments.Has("--queries")),
           asJson(arguments.Has("--json")),
-          out(out),
+          withAlike(asJson || arguments.Has("--all")),
+          withContext(arguments.Has("--context")),
+          out(streams.data),
+          leftOut(streams.leftOut),
           json(out)
     {
         if (asJson) json.BeginArray();
@@ -34,6 +39,7 @@ public:
 
     void Begin(const LogEvent& event) override
     {
+        if (withContext) texts.Begin(event);
         const std::string said = detail;
         if (!IsSuppression(event)) detail = SaysMore(event) ? event.text : std::string_view();
         if (event.kind == EventKind::Call) {
@@ -44,10 +50,14 @@ public:
         if (kind < MessageKind::Query || (kind <= MessageKind::Warning && !withWarnings)) return;
         if (open.empty() ? filter.Any() : !open.back().matches) return;
         if (kind == MessageKind::Query && !withQueries) {
-            ++hidden;
+            ++leftOut.queries;
             return;
         }
         found += kind != MessageKind::Query;
+        if (kind == MessageKind::Warning && !withAlike && !IsNew(event)) {
+            ++leftOut.alike;
+            return;
+        }
         if (asJson) {
             WriteJson(event, kind, said);
         } else {
@@ -56,18 +66,20 @@ public:
     }
     void End(EventKind kind, int) override
     {
-        if (kind == EventKind::Call) open.pop_back();
+        if (kind != EventKind::Call) return;
+        open.pop_back();
+        if (withContext) texts.Close();
     }
     // An argument parts what the callee said from the failure.
-    bool WantsArguments() const override { return !detail.empty(); }
+    bool WantsArguments() const override { return withContext || !detail.empty(); }
+
+    const CallFilter& Filter() const { return filter; }
 
     int Finish()
     {
         if (asJson) {
             json.EndArray();
             out << '\n';
-        } else if (hidden) {
-            out << HiddenQueries(hidden) << '\n';
         }
         return found ? kFinding : kFine;
     }
@@ -85,6 +97,35 @@ private:
         if (!open.empty()) out << " in " << open.back().name << " (" << open.back().object << ')';
         out << ": " << event.text << '\n';
         if (!said.empty()) out << "    " << said << '\n';
+        if (withContext) WriteContext();
+    }
+    void WriteContext()
+    {
+        std::size_t indent = 2;
+        for (const CallText& call : texts.open) {
+            out.Number(call.line, 12).Fill(indent) << Headline(call) << '\n';
+            indent += 2;
+        }
+        if (texts.open.empty()) return;
+        for (const ArgumentText& argument : texts.open.back().arguments) {
+            if (!argument.inward) continue;
+            out.Number(argument.line, 12).Fill(indent) << argument.name << " = " << argument.Text() << '\n';
+        }
+    }
+    // Whether no warning of this method has said the same of another object or value.
+    bool IsNew(const LogEvent& event)
+    {
+        constexpr std::size_t kMost = 10'000;
+        std::string what = open.empty() ? std::string() : open.back().name;
+        const auto found = SentenceOf(event);
+        if (!found) {
+            what.append(1, '\n').append(event.text);
+        } else {
+            what.append(1, '\n').append(std::to_string(static_cast<int>(found->sentence)));
+            const std::string_view pattern = RowOf(found->sentence).text;
+            if (pattern.find("%i") != std::string_view::npos) what.append(1, '\n').append(found->holes[1]);
+        }
+        return known.contains(what) ? false : known.size() == kMost || known.insert(what).second;
     }
     void WriteJson(const LogEvent& event, MessageKind kind, const std::string& said)
     {
@@ -99,21 +140,25 @@ private:
         json.EndArray().EndObject();
     }
 
-    const CallFilter filter;
-    const bool withWarnings, withQueries, asJson;
+    CallFilter filter;
+    const bool withWarnings, withQueries, asJson, withAlike, withContext;
     Output& out;
+    LeftOut& leftOut;
     JsonWriter json;
     std::vector<OpenCall> open;
     std::string detail;  // what the callee said last, until the failure that it is about
-    long long found = 0, hidden = 0;
+    long long found = 0;
+    CallTexts texts;              // of the open calls, for their context
+    std::set<std::string> known;  // what warnings have said so far
 };
 
 }  // namespace
 
-int ListErrors(const Arguments& arguments, Streams& streams)
+int ListErrors(const Arguments& arguments, const std::string& log, Streams& streams)
 {
-    ErrorLister lister(arguments, streams.data);
-    const bool complete = ReadEvents(arguments.Operand(0), lister, streams.messages);
+    ErrorLister lister(arguments, streams);
+    const bool complete = ReadEvents(log, lister, streams.messages);
+    lister.Filter().ReportNone(log, streams.messages);
     return CodeOf(complete, lister.Finish());
 }
 

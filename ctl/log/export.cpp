@@ -4,13 +4,18 @@
 
 namespace zelt::ctl {
 
-int ExportLog(const Arguments& arguments, Streams& streams)
+namespace {
+
+struct Form {
+    const char* option;
+    const char* ending;
+    bool (*write)(const std::string& path, bool withQueries, Streams&);
+};
+
+const Form& WantedForm(const Arguments& arguments)
 {
-    struct Form {
-        const char* option;
-        bool (*write)(const std::string& path, bool withQueries, Streams&);
-    };
-    constexpr Form kForms[] = {{"--html", ExportHtml}, {"--json", ExportJson}, {"--csv", ExportCsv}};
+    static constexpr Form kForms[] = {
+        {"--html", ".html", ExportHtml}, {"--json", ".json", ExportJson}, {"--csv", ".csv", ExportCsv}};
     const Form* wanted = nullptr;
     for (const Form& form : kForms) {
         if (!arguments.Has(form.option)) continue;
@@ -18,9 +23,19 @@ int ExportLog(const Arguments& arguments, Streams& streams)
         wanted = &form;
     }
     if (!wanted) throw UsageError("one of --html, --json and --csv is needed");
-    const bool withQueries = arguments.Has("--queries");
-    if (withQueries && wanted->write != &ExportHtml) throw UsageError("--queries is for --html; the others have them");
-    return CodeOf(wanted->write(arguments.Operand(0), withQueries, streams), kFine);
+    return *wanted;
 }
+
+}  // namespace
+
+int ExportLog(const Arguments& arguments, const std::string& log, Streams& streams)
+{
+    const Form& wanted = WantedForm(arguments);
+    const bool withQueries = arguments.Has("--queries");
+    if (withQueries && wanted.write != &ExportHtml) throw UsageError("--queries is for --html; the others have them");
+    return CodeOf(wanted.write(log, withQueries, streams), kFine);
+}
+
+std::string EndingOfExport(const Arguments& arguments) { return WantedForm(arguments).ending; }
 
 }  // namespace zelt::ctl

@@ -6,6 +6,7 @@
 #include "ctl/log/call_results.h"
 #include "ctl/log/html_page.h"
 #include "ctl/log/log_export.h"
+#include "ctl/log/log_paths.h"
 
 namespace zelt::ctl {
 namespace {
@@ -27,10 +28,11 @@ void AppendEscaped(Output& out, std::string_view text)
 }
 
 // The last part of a path, with either kind of slash.
-std::string_view FileName(std::string_view path)
+std::string FileName(const std::string& log)
 {
+    const std::string path = NameOfLog(log);
     const std::size_t slash = path.find_last_of("/\\");
-    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 const char* StyleOf(MessageKind kind)

@@ -12,17 +12,26 @@ namespace zelt::ctl {
 class FilteredTree final : public LogSink {
 public:
     // `results`, unless null, says of each call, in the order of the file, whether its result is wanted.
-    FilteredTree(const CallFilter& filter, const std::vector<bool>* results, TreeText& tree, bool hidesQueries = false)
-        : filter(filter), results(results), tree(tree), hidesQueries(hidesQueries)
+    FilteredTree(CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
+        : filter(filter), results(results), tree(tree)
     {}
 
+    // Leaves out the system's queries and counts them.
+    void HideQueries() { hidesQueries = true; }
+    // Shows the calls inside of a call that passes the filter, too.
+    void ShowNested() { showsNested = true; }
+
+    // Whether a call was shown.
+    bool AnyCall() const { return anyCall; }
     // How many of the system's queries would have been shown.
     long long Hidden() const { return hidden; }
 
     void Begin(const LogEvent& event) override
     {
         if (event.kind == EventKind::Call) {
-            open.push_back(filter.Matches(event) && (!results || (*results)[calls]));
+            const bool passes = filter.Matches(event) && (!results || (*results)[calls]);
+            anyCall |= passes;
+            open.push_back(passes || (showsNested && !open.empty() && open.back()));
             ++calls;
         }
         if (!Shown()) return;
@@ -43,10 +52,11 @@ private:
     // What is outside of calls is shown with the whole log.
     bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
 
-    const CallFilter& filter;
+    CallFilter& filter;
     const std::vector<bool>* const results;
     TreeText& tree;
-    const bool hidesQueries;
+    bool hidesQueries = false, showsNested = false;
+    bool anyCall = false;
     std::vector<bool> open;
     std::size_t calls = 0;
     long long hidden = 0;

@@ -10,6 +10,7 @@
 #include "ctl/log/filtered_tree.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_file_input.h"
+#include "ctl/log/log_paths.h"
 
 namespace zelt::ctl {
 namespace {
@@ -27,7 +28,7 @@ constexpr std::string_view kFiller = "<!----><!----><!----><!---->";
 class GrowingLog final : public LogInput {
 public:
     GrowingLog(const std::string& path, std::optional<double> patience, Output& out)
-        : file(path), patience(patience), out(out)
+        : isStandard(path == kStandardInput), file(path), patience(patience), out(out)
     {}
 
     int Read(char* bytes, int length) override
@@ -39,7 +40,7 @@ public:
                 if (count > 0) Remember({bytes, static_cast<std::size_t>(count)});
                 return count;
             }
-            if (tail.find(kEnd) != std::string::npos) return 0;
+            if (isStandard || tail.find(kEnd) != std::string::npos) return 0;
             if (entryEnded && !fillerGiven && static_cast<std::size_t>(length) >= kFiller.size()) {
                 fillerGiven = true;
                 return static_cast<int>(kFiller.copy(bytes, kFiller.size()));
@@ -67,6 +68,7 @@ private:
         fillerGiven = false;
     }
 
+    const bool isStandard;  // its end is one, unlike that of a file
     LogFileInput file;
     const std::optional<double> patience;
     Output& out;
@@ -101,18 +103,20 @@ FollowPause SetFollowPause(FollowPause other) { return std::exchange(pause, othe
 
 int FollowLog(const Arguments& arguments, Streams& streams)
 {
-    const CallFilter filter(arguments);
+    CallFilter filter(arguments);
     TreeText text(streams.data, arguments.Has("--calls"));
-    FilteredTree tree(filter, nullptr, text, !arguments.Has("--queries"));
+    FilteredTree tree(filter, nullptr, text);
+    if (!arguments.Has("--queries")) tree.HideQueries();
     const std::string& path = arguments.Operand(0);
     GrowingLog log(path, arguments.Number("--idle"), streams.data);
     NewOnly sink(tree, text, log, !arguments.Has("--new"));
     Output ignored;
-    const bool ended = ReadEvents(log, path, sink, ignored);
+    const bool ended = ReadEvents(log, NameOfLog(path), sink, ignored);
     text.Finish();
     if (tree.Hidden()) streams.data << HiddenQueries(tree.Hidden()) << '\n';
-    if (!ended) streams.messages << path << ": the log has no end yet\n";
-    return kFine;
+    filter.ReportNone(path, streams.messages);
+    if (!ended) streams.messages << NameOfLog(path) << ": the log has no end yet\n";
+    return CodeOf(ended, kFine);
 }
 
 }  // namespace zelt::ctl

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 #include "ctl/command.h"
 
@@ -9,13 +10,15 @@ namespace zelt::ctl {
 
 std::span<const Command> LogCommands();
 
-int ShowLog(const Arguments& arguments, Streams& streams);
-int ListErrors(const Arguments& arguments, Streams& streams);
-int CountCalls(const Arguments& arguments, Streams& streams);
-int CheckLog(const Arguments& arguments, Streams& streams);
+int ShowLog(const Arguments& arguments, const std::string& log, Streams& streams);
+int ListErrors(const Arguments& arguments, const std::string& log, Streams& streams);
+int ExplainFailures(const Arguments& arguments, const std::string& log, Streams& streams);
+int CountCalls(const Arguments& arguments, const std::string& log, Streams& streams);
+int CheckLog(const Arguments& arguments, const std::string& log, Streams& streams);
+std::string EndingOfExport(const Arguments& arguments);
 int CompareLogs(const Arguments& arguments, Streams& streams);
-int ExportLog(const Arguments& arguments, Streams& streams);
-int RedactLog(const Arguments& arguments, Streams& streams);
+int ExportLog(const Arguments& arguments, const std::string& log, Streams& streams);
+int RedactLog(const Arguments& arguments, const std::string& log, Streams& streams);
 int FollowLog(const Arguments& arguments, Streams& streams);
 
 }  // namespace zelt::ctl

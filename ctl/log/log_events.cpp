@@ -1,6 +1,14 @@
 #include "ctl/log/log_events.h"
 
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <system_error>
+#include <vector>
+
 #include "ctl/log/log_file_input.h"
+#include "ctl/log/log_paths.h"
+#include "ctl/paths.h"
 
 namespace zelt::ctl {
 namespace {
@@ -37,19 +45,60 @@ private:
     int firstError = 0;
 };
 
+namespace fs = std::filesystem;
+
+void PrepareOnce()
+{
+    static const bool prepared = (PrepareLogReader(), true);
+    static_cast<void>(prepared);
+}
+
+InputError NoLog(const std::string& name) { return InputError(name + ": this is no log of ZELT, or nothing is in it"); }
+
+// Stops at the first event.
+class FirstEvent final : public LogSink {
+public:
+    void Begin(const LogEvent& event) override
+    {
+        any = true;
+        foreign = event.kind == EventKind::Other;
+    }
+    bool Continue() override { return !any; }
+
+    bool any = false, foreign = false;
+};
+
+std::string CopyOfStandardInput()
+{
+    std::random_device random;
+    const fs::path path = fs::temp_directory_path() / ("zeltctl-" + std::to_string(random()) + ".zlg");
+    LogFileInput input((std::string(kStandardInput)));
+    std::ofstream file(path, std::ios::binary);
+    std::vector<char> piece(kReadAhead);
+    int count;
+    while ((count = input.Read(piece.data(), kReadAhead)) > 0) file.write(piece.data(), count);
+    file.close();
+    if (count < 0 || !file) {
+        std::error_code ignored;
+        fs::remove(path, ignored);
+        throw InputError(NameOfLog(std::string(kStandardInput)) + ": it cannot be read, or not be kept in " +
+                         Utf8Of(path));
+    }
+    return Utf8Of(path);
+}
+
 }  // namespace
 
 bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output& messages)
 {
-    static const bool prepared = (PrepareLogReader(), true);
-    static_cast<void>(prepared);
+    PrepareOnce();
     LogCheck check(sink, name);
     switch (ReadLog(input, check)) {
         case LogReadResult::Complete: return true;
         case LogReadResult::NotReadable: throw InputError(name + ": the log reader could not be made");
         default: break;
     }
-    if (!check.Any()) throw InputError(name + ": this is no log of ZELT, or nothing is in it");
+    if (!check.Any()) throw NoLog(name);
     messages << name << ": line " << check.FirstError()
              << ": the log is cut off or damaged here, so this answer may be incomplete\n";
     return false;
@@ -58,7 +107,34 @@ bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output&
 bool ReadEvents(const std::string& path, LogSink& sink, Output& messages)
 {
     LogFileInput file(path);
-    return ReadEvents(file, path, sink, messages);
+    return ReadEvents(file, NameOfLog(path), sink, messages);
+}
+
+void RequireLog(const std::string& path)
+{
+    LogFileInput file(path);
+    FirstEvent first;
+    PrepareOnce();
+    const LogReadResult result = ReadLog(file, first);
+    // A complete log may be empty.
+    if (first.foreign || (!first.any && result != LogReadResult::Complete)) throw NoLog(path);
+}
+
+RereadableLog::RereadableLog(const std::string& path) : path(path)
+{
+    if (path == kStandardInput) copy = CopyOfStandardInput();
+}
+
+RereadableLog::~RereadableLog()
+{
+    std::error_code ignored;
+    if (!copy.empty()) std::filesystem::remove(PathOf(copy), ignored);
+}
+
+bool RereadableLog::Read(LogSink& sink, Output& messages) const
+{
+    LogFileInput file(copy.empty() ? path : copy);
+    return ReadEvents(file, NameOfLog(path), sink, messages);
 }
 
 }  // namespace zelt::ctl

@@ -12,14 +12,34 @@ namespace zelt::ctl {
 using zelt::EventKind;
 using zelt::LogEvent;
 
-// Reads a log to its end, whatever the sink's Continue would return. False when it is cut off or damaged; `messages` then says
+// Reads a log, or standard input for "-", to its end, whatever the sink's Continue would return. False when it is cut off or damaged; `messages` then says
 // where. Throws InputError when the file cannot be opened or contains no log.
 [[nodiscard]] bool ReadEvents(const std::string& path, LogSink& sink, Output& messages);
 
 // The same from any input. `name` is for the messages.
 [[nodiscard]] bool ReadEvents(LogInput& input, const std::string& name, LogSink& sink, Output& messages);
 
-// The exit code of a command that read a log: its findings are not the whole answer when the log is cut off or damaged.
-inline int CodeOf(bool complete, int answer) { return complete ? answer : kUnreadable; }
+// Throws InputError when the file cannot be opened or does not begin like a log.
+void RequireLog(const std::string& path);
+
+// A log that is read more than once. What comes from standard input is kept in a temporary file for so long.
+class RereadableLog {
+public:
+    // Throws InputError.
+    explicit RereadableLog(const std::string& path);
+    ~RereadableLog();
+    RereadableLog(const RereadableLog&) = delete;
+    RereadableLog& operator=(const RereadableLog&) = delete;
+
+    // As ReadEvents.
+    [[nodiscard]] bool Read(LogSink& sink, Output& messages) const;
+
+private:
+    const std::string path;
+    std::string copy;  // the path of the temporary file, if there is one
+};
+
+// The exit code of a command that read a log: that a log is cut off or damaged is a finding whatever the command looks for.
+inline int CodeOf(bool complete, int answer) { return complete ? answer : kFinding; }
 
 }  // namespace zelt::ctl

@@ -10,6 +10,8 @@
 #include <system_error>
 
 #include "ctl/command.h"
+#include "ctl/log/log_paths.h"
+#include "ctl/paths.h"
 
 #ifdef _WIN32
 #include <io.h>
@@ -21,21 +23,26 @@
 namespace zelt::ctl {
 namespace {
 
-std::filesystem::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
-
 #ifdef _WIN32
 int OpenFile(const std::string& path)
 {
     return _wsopen(PathOf(path).c_str(), _O_RDONLY | _O_BINARY | _O_SEQUENTIAL, _SH_DENYNO);
 }
 void CloseFile(int descriptor) { _close(descriptor); }
+int OpenStandardInput()
+{
+    _setmode(_fileno(stdin), _O_BINARY);
+    return _fileno(stdin);
+}
 #else
 int OpenFile(const std::string& path) { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }
 void CloseFile(int descriptor) { close(descriptor); }
+int OpenStandardInput() { return STDIN_FILENO; }
 #endif
 
 int OpenOrThrow(const std::string& path)
 {
+    if (path == kStandardInput) return OpenStandardInput();
     // Some systems open a folder like a file and read nothing from it, others deny access.
     std::error_code ignored;
     if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, no log");
@@ -46,18 +53,23 @@ int OpenOrThrow(const std::string& path)
 
 }  // namespace
 
-LogFileInput::LogFileInput(const std::string& path) : descriptor(OpenOrThrow(path)), file(descriptor) {}
+LogFileInput::LogFileInput(const std::string& path)
+    : isStandard(path == kStandardInput), descriptor(OpenOrThrow(path)), file(descriptor)
+{}
 
 int LogFileInput::Read(char* out, int length)
 {
     const int count = file.Read(out, length);
 #ifdef _WIN32
     // The runtime library remembers having met an end until the position is set.
-    if (count == 0) _lseeki64(descriptor, 0, SEEK_CUR);
+    if (count == 0 && !isStandard) _lseeki64(descriptor, 0, SEEK_CUR);
 #endif
     return count;
 }
 
-LogFileInput::~LogFileInput() { CloseFile(descriptor); }
+LogFileInput::~LogFileInput()
+{
+    if (!isStandard) CloseFile(descriptor);
+}
 
 }  // namespace zelt::ctl

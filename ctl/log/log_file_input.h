@@ -1,4 +1,4 @@
-// A log on disk, opened for reading while the server still writes it. Owns the descriptor.
+// A log on disk, opened for reading while the server still writes it, or standard input.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ namespace zelt::ctl {
 
 class LogFileInput final : public LogInput {
 public:
-    // The path is UTF-8. Throws InputError.
+    // The path is UTF-8, or "-" for standard input. Throws InputError.
     explicit LogFileInput(const std::string& path);
     ~LogFileInput() override;
     LogFileInput(const LogFileInput&) = delete;
@@ -19,6 +19,7 @@ public:
     int Read(char* out, int length) override;
 
 private:
+    const bool isStandard;  // the input of the process, which stays open
     const int descriptor;
     BufferedFile file;
 };

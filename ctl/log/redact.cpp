@@ -171,10 +171,10 @@ private:
 
 }  // namespace
 
-int RedactLog(const Arguments& arguments, Streams& streams)
+int RedactLog(const Arguments&, const std::string& log, Streams& streams)
 {
     Redactor redactor(streams.data);
-    const bool complete = ReadEvents(arguments.Operand(0), redactor, streams.messages);
+    const bool complete = ReadEvents(log, redactor, streams.messages);
     redactor.Finish(complete);
     return CodeOf(complete, kFine);
 }

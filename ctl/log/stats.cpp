@@ -66,6 +66,8 @@ public:
     }
     bool WantsArguments() const override { return false; }
 
+    const CallFilter& Filter() const { return filter; }
+
     Counts total;
     Table methods, objects;
 
@@ -87,7 +89,7 @@ private:
         ++open.back().object->calls;
     }
 
-    const CallFilter filter;
+    CallFilter filter;
     std::vector<OpenCall> open;
 };
 
@@ -175,14 +177,15 @@ std::size_t MostRows(const Arguments& arguments)
 
 }  // namespace
 
-int CountCalls(const Arguments& arguments, Streams& streams)
+int CountCalls(const Arguments& arguments, const std::string& log, Streams& streams)
 {
     const std::string sort = arguments.Value("--sort").value_or("calls");
     const bool withQueries = arguments.Has("--queries");
     const std::size_t most = MostRows(arguments);
     Sorted({}, sort);
     Counter counter(arguments);
-    const int code = CodeOf(ReadEvents(arguments.Operand(0), counter, streams.messages), kFine);
+    const int code = CodeOf(ReadEvents(log, counter, streams.messages), kFine);
+    counter.Filter().ReportNone(log, streams.messages);
     const auto methods = Sorted(counter.methods, sort), objects = Sorted(counter.objects, sort);
     if (arguments.Has("--json")) {
         JsonWriter json(streams.data);
@@ -201,7 +204,7 @@ int CountCalls(const Arguments& arguments, Streams& streams)
     WriteTable("object", objects, most, withQueries, out);
     out << '\n';
     WriteTable("all", {{"with what stands outside of calls", counter.total}}, most, withQueries, out);
-    if (!withQueries && counter.total.queries) out << '\n' << HiddenQueries(counter.total.queries) << '\n';
+    if (!withQueries) streams.leftOut.queries += counter.total.queries;
     return code;
 }
 

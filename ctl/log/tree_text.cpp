@@ -10,6 +10,12 @@ void TreeText::BeginLine(const LogEvent& event)
     out.Number(event.line, 8).Fill(2 + static_cast<std::size_t>(event.depth) * 2);
 }
 
+void TreeText::Line(int depth, std::string_view text)
+{
+    EndLine();
+    out.Fill(12 + static_cast<std::size_t>(depth) * 2) << text << '\n';
+}
+
 void TreeText::EndLine()
 {
     if (line != Line::None) out << '\n';

@@ -17,6 +17,10 @@ public:
     // Behind the last event: values outside of an argument leave their line open for more.
     void Finish() { EndLine(); }
 
+    void SetOnlyCalls(bool now) { onlyCalls = now; }
+    // A line of one's own below what has a depth.
+    void Line(int depth, std::string_view text);
+
     bool WantsArguments() const { return !onlyCalls; }
 
     // What begins while it is silent is not shown.
@@ -29,7 +33,7 @@ private:
     void BeginValue(const LogEvent& event);
 
     Output& out;
-    const bool onlyCalls;
+    bool onlyCalls;
     bool silent = false;
     enum class Line { None, Name, Bracket, Values } line = Line::None;  // how far the argument's line has come
     int argumentDepth = 0;

@@ -23,7 +23,7 @@ const RefusedCase kRefused[] = {
     {{"lgo"}, "there is no command \"lgo\""},
     {{"log", "sohw"}, "there is no command \"log sohw\""},
     {{"log", "show"}, "\"log show\" takes LOG"},
-    {{"log", "show", "a", "b"}, "\"log show\" takes LOG"},
+    {{"log", "follow", "a", "b"}, "\"log follow\" takes LOG"},
     {{"log", "show", "--colour", "a"}, "\"log show\" has no option \"--colour\""},
     {{"log", "show", "a", "--object"}, "--object lacks its value"},
     {{"log", "show", "a", "--calls=1"}, "--calls takes no value"},
@@ -61,7 +61,7 @@ TEST(CommandLine, HelpsEverywhere)
     const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}};
     for (const auto& words : group) EXPECT_EQ(0, RunCommand(words).code);
     std::string help;
-    for (const char* command : {"show", "errors", "stats", "check", "export", "diff", "redact", "follow"}) {
+    for (const char* command : {"show", "errors", "why", "stats", "check", "export", "diff", "redact", "follow"}) {
         const Outcome outcome = RunCommand({"log", command, "--help"});
         EXPECT_EQ(0, outcome.code);
         EXPECT_TRUE(outcome.data.starts_with(std::string("zeltctl log ") + command)) << outcome.data;

@@ -27,7 +27,7 @@ TEST(LogFollow, ShowsACallThatHangs)
         "object=\"F\">\r\n";
     const TemporaryLog log(begun);
     const Outcome outcome = RunCommand({"log", "follow", "--idle", "0.2", log.Path()});
-    EXPECT_EQ(0, outcome.code);
+    EXPECT_EQ(1, outcome.code);
     EXPECT_EQ("       3  info: a\n       4  > A::Outer  P\n       5    < A::Hangs  F\n", outcome.data);
     EXPECT_NE(std::string::npos, outcome.messages.find("no end yet"));
 }

@@ -25,6 +25,7 @@ const KeptCase kKept[] = {
     {"stats.json", {"log", "stats", "--json"}, 0},
     {"check.txt", {"log", "check"}, 1},
     {"check.json", {"log", "check", "--json"}, 1},
+    {"why.txt", {"log", "why"}, 1},
     {"export.csv", {"log", "export", "--csv"}, 0},
     {"export.json", {"log", "export", "--json"}, 0},
     {"export.html", {"log", "export", "--html"}, 0},
@@ -46,7 +47,7 @@ TEST(LogCommands, WriteTheKeptOutputs)
 TEST(LogCommands, WriteTheKeptOutputsOfTheGoldenLogs)
 {
     for (const std::string& log : kGoldenLogs) {
-        for (const char* command : {"errors", "stats", "check"}) {
+        for (const char* command : {"errors", "stats", "check", "why"}) {
             SCOPED_TRACE(log + ' ' + command);
             ExpectKept(log + '_' + command + ".txt", RunCommand({"log", command, GoldenLog(log)}).data);
         }
@@ -136,7 +137,7 @@ TEST(LogShow, ShowsWhatStandsBeforeTheCut)
     for (std::size_t cut = whole.find("/>") + 2; cut < end; cut += 7) {
         const TemporaryLog log(whole.substr(0, cut));
         const Outcome outcome = RunCommand({"log", "show", log.Path()});
-        ASSERT_EQ(3, outcome.code) << cut;
+        ASSERT_EQ(1, outcome.code) << cut;
         ASSERT_NE(std::string::npos, outcome.messages.find("cut off or damaged")) << cut;
         // The last line may lack values that the whole log has.
         const std::size_t last = outcome.data.rfind('\n', outcome.data.size() - 2) + 1;
@@ -172,7 +173,7 @@ TEST(LogShow, ShowsWhatStandsBehindDamageThatItCanReadOver)
         const TemporaryLog log(
             InLog("<info value=\"before\"/>\r\n" + std::string(one.entry) + "<info value=\"behind\"/>\r\n"));
         const Outcome outcome = RunCommand({"log", "show", log.Path()});
-        EXPECT_EQ(3, outcome.code);
+        EXPECT_EQ(1, outcome.code);
         EXPECT_EQ("       3  info: before\n" + std::string(one.shown) + "       5  info: behind\n", outcome.data);
         EXPECT_NE(std::string::npos, outcome.messages.find(": line 4: the log is cut off or damaged here"))
             << outcome.messages;
@@ -182,9 +183,19 @@ TEST(LogShow, ShowsWhatStandsBehindDamageThatItCanReadOver)
 TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
 {
     const std::vector<std::string> commands[] = {
-        {"show"},   {"show", "--calls"}, {"show", "--result", "ok"}, {"errors"},           {"errors", "--json"},
-        {"stats"},  {"stats", "--json"}, {"export", "--csv"},        {"export", "--json"}, {"export", "--html"},
+        {"show"},
+        {"show", "--calls"},
+        {"show", "--result", "ok"},
+        {"errors"},
+        {"errors", "--json"},
+        {"stats"},
+        {"stats", "--json"},
+        {"export", "--csv"},
+        {"export", "--json"},
+        {"export", "--html"},
         {"redact"},
+        {"why"},
+        {"show", "--at", "6"},
     };
     const std::string whole = ReadBytes(kConversation);
     // With something to find before the cut, and without.
@@ -196,7 +207,7 @@ TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
             words.insert(words.begin(), "log");
             words.push_back(log.Path());
             const Outcome outcome = RunCommand(words);
-            EXPECT_EQ(3, outcome.code);
+            EXPECT_EQ(1, outcome.code);
             EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
             EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << outcome.messages;
         }
@@ -204,7 +215,7 @@ TEST(LogCommands, SayOfACutOffLogThatTheAnswerIsNotWhole)
         for (const auto& [a, b] : {std::pair(log.Path(), log.Path()), std::pair(log.Path(), kConversation),
                                    std::pair(kConversation, log.Path())}) {
             const Outcome outcome = RunCommand({"log", "diff", a, b});
-            EXPECT_EQ(3, outcome.code);
+            EXPECT_EQ(1, outcome.code);
             EXPECT_TRUE(outcome.messages.starts_with(message)) << outcome.messages;
         }
         // For check, the cut is a finding.
@@ -218,7 +229,7 @@ TEST(LogCommands, RefuseWhatIsNoLog)
                                     "\x89PNG\r\n"};
     for (const std::string& content : contents) {
         const TemporaryLog log(content);
-        for (const char* command : {"show", "errors", "stats", "check", "redact"}) {
+        for (const char* command : {"show", "errors", "stats", "check", "redact", "why"}) {
             const Outcome outcome = RunCommand({"log", command, log.Path()});
             EXPECT_EQ(3, outcome.code) << command << ' ' << content;
             EXPECT_NE(std::string::npos, outcome.messages.find("no log of ZELT")) << outcome.messages;
@@ -231,7 +242,7 @@ TEST(LogCommands, RefuseWhatIsNoLog)
 
 TEST(LogCommands, SayWhenAFileCannotBeReadOrIsAFolder)
 {
-    for (const char* command : {"show", "errors", "stats", "check", "redact"}) {
+    for (const char* command : {"show", "errors", "stats", "check", "redact", "why"}) {
         const Outcome outcome = RunCommand({"log", command, ZELT_TESTS});
         EXPECT_EQ(3, outcome.code) << command;
         EXPECT_EQ("zeltctl: " ZELT_TESTS ": this is a folder, no log\n", outcome.messages) << command;

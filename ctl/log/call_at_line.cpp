@@ -1,0 +1,35 @@
+#include "ctl/log/call_at_line.h"
+
+namespace zelt::ctl {
+
+void CallAtLine::Begin(const LogEvent& event)
+{
+    if (event.line > wanted) settled = true;
+    if (event.kind == EventKind::Call) open.push_back(event.line);
+    closings.push_back(!event.isEmpty);
+    if (settled) return;
+    current = event.line;
+    hasEnded = false;
+    if (current == wanted) {
+        settled = true;
+        calls = open;
+    } else if (event.kind == EventKind::Call) {
+        calls = open;
+    }
+}
+
+void CallAtLine::End(EventKind kind, int)
+{
+    // The reader does not say where an element ends. In what ZELT writes, each closing tag has a line of its own; in other logs
+    // the next element shows that the line has not come yet.
+    if (!settled && !hasEnded && closings.back() && ++current >= wanted) {
+        hasEnded = true;
+        calls = open;
+    }
+    closings.pop_back();
+    if (kind != EventKind::Call) return;
+    open.pop_back();
+    if (!settled && !hasEnded) calls = open;
+}
+
+}  // namespace zelt::ctl

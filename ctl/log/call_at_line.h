@@ -1,0 +1,32 @@
+// The call that a line of a log is in, found without keeping the log: the innermost one whose element has the line, from its
+// opening to its closing line.
+#pragma once
+
+#include <vector>
+
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+
+class CallAtLine final : public LogSink {
+public:
+    explicit CallAtLine(int line) : wanted(line) {}
+
+    void Begin(const LogEvent& event) override;
+    void End(EventKind kind, int depth) override;
+
+    // The opening lines of the call and of those around it, the outermost first; empty for a line outside of calls.
+    const std::vector<int>& Calls() const { return calls; }
+    // Of the log's last element; a smaller number than `line` when the log does not reach there.
+    int LastLine() const { return current; }
+
+private:
+    const int wanted;
+    bool settled = false;
+    bool hasEnded = false;         // an element that has the line, if there was no line end within it
+    int current = 0;               // the line that the reading has reached
+    std::vector<int> open, calls;  // the opening lines of the calls
+    std::vector<bool> closings;    // which of the open elements have a closing line
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,56 @@
+// Calls as short texts, for answers that quote them: names, arguments cut to a length that fits a line, and the result. Memory
+// depends on how deep calls nest, not on the length of their values.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+
+struct ArgumentText {
+    std::string name;
+    bool inward = false;
+    int line = 0;
+    std::string shown;  // the first values
+    long long values = 0, shownValues = 0;
+
+    // "0.5, 0.5", or "1, 2, ... (30 values)"; "(empty)" without values.
+    std::string Text() const;
+    // Of an object, which says nothing to a reader.
+    bool IsPointer() const;
+};
+
+struct CallText {
+    std::string name, object;
+    bool inward = false;
+    int line = 0, depth = 0;
+    CallResult result;
+    std::vector<ArgumentText> arguments;
+
+    std::string_view Interface() const;
+    std::string_view Method() const;
+    const ArgumentText* Find(std::string_view argument) const;
+    // "property = "temperature", basis = """, of the inputs or the outputs, without those that are empty or pointers.
+    std::string List(bool inward) const;
+};
+
+// Makes the texts of the calls that are open. `open` holds them, the outermost first, as long as they are.
+class CallTexts {
+public:
+    void Begin(const LogEvent& event);
+    // At the end of the innermost call.
+    void Close() { open.pop_back(); }
+
+    std::vector<CallText> open;
+};
+
+// "> ICapeThermoPhases::GetPhaseList  Aromatics".
+std::string Headline(const CallText& call);
+
+// The text, cut to a length that fits a line.
+std::string Shortened(std::string_view text, std::size_t length);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,66 @@
+// What log why knows about one failed call, and how it is told on one screen.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ctl/log/call_text.h"
+#include "ctl/log/material_states.h"
+
+namespace zelt::ctl {
+
+// A line of the log with what is said about it.
+struct LineText {
+    int line;
+    std::string text;
+};
+
+// The latest of many, and all of those that matter more, up to a number.
+class Latest {
+public:
+    Latest(std::size_t most, std::size_t mostImportant) : most(most), mostImportant(mostImportant) {}
+
+    void Add(LineText text, bool isImportant);
+    // As if all of them had been added here.
+    void Append(const Latest& other);
+    // In the order of their lines.
+    std::vector<LineText> Lines() const;
+    long long Total() const { return total; }
+    long long LeftOut() const { return total - static_cast<long long>(lines.size() + important.size()); }
+
+private:
+    std::size_t most, mostImportant;
+    std::vector<LineText> lines, important;
+    long long total = 0;
+};
+
+// How a call went that succeeded.
+struct Success {
+    CallText call;
+    std::vector<LineText> asked;
+    long long askedTotal = 0;
+};
+
+struct FailureStory {
+    CallText call;
+    std::vector<LineText> around;    // the calls that contain it
+    std::vector<LineText> messages;  // the failure, and what the callee said besides
+    std::vector<LineText> broken;    // rules, by the log itself and by the rules of conduct
+    std::vector<LineText> asked;
+    long long askedTotal = 0;
+    std::string material;
+    std::vector<KnownProperty> state;
+    bool hadSuccess = false;
+    Success success;
+    bool isUnfinished = false;
+
+    std::vector<int> again;  // the lines of the first failures that are the same
+    long long times = 1;
+};
+
+// "< Feed: GetOverallProp property = "temperature" -> 353.2": a nested call in a line.
+std::string InOneLine(const CallText& call, bool isUnfinished);
+
+void Tell(const FailureStory& story, long long number, long long count, Output& out);
+
+}  // namespace zelt::ctl

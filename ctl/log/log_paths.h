@@ -1,0 +1,20 @@
+// Which logs the words of a command line mean: files, folders, names with * and ?, and - for standard input.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+inline constexpr std::string_view kStandardInput = "-";
+
+// The operands with each folder replaced by the logs in it, and each name with * or ? by the files that it fits, both in
+// alphabetical order. Throws UsageError when standard input is named twice.
+std::vector<std::string> LogPaths(const Arguments& arguments);
+
+// What messages and headings call a log.
+std::string NameOfLog(const std::string& path);
+
+}  // namespace zelt::ctl

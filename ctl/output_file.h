@@ -1,0 +1,51 @@
+// The file that -o names. It is written beside and then renamed, so that a command that fails leaves neither half a file nor an
+// older one destroyed.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+// The option, as a row for the option tables of the commands that have it.
+// clang-format off
+#define ZELT_OUTPUT_OPTION \
+    {"-o", "FILE", "writes to this file, which appears when it is complete"}
+// clang-format on
+
+class OutputFile {
+public:
+    // The path is UTF-8. Throws Refusal.
+    explicit OutputFile(const std::string& path);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    Output& Data() { return data; }
+    // Gives the file its name. Throws std::runtime_error when it cannot be written completely; without this call it disappears.
+    void Keep();
+
+private:
+    bool Close();
+
+    const std::string path, beside;
+    std::FILE* stream;
+    Output data;
+};
+
+// Calls `write` with the output that the command line asks for: a file with -o, otherwise the command's own.
+template <class Write>
+int WithOutputFile(const Arguments& arguments, Streams& streams, Write&& write)
+{
+    const auto path = arguments.Value("-o");
+    if (!path) return write(streams);
+    OutputFile file(*path);
+    Streams own = {file.Data(), streams.messages};
+    const int code = write(own);
+    file.Keep();
+    return code;
+}
+
+}  // namespace zelt::ctl
