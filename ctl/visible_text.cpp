@@ -89,6 +89,15 @@ bool IsHidden(std::uint32_t code)
            (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
+std::size_t WidthOf(std::string_view text)
+{
+    std::string shown;
+    AppendVisible(shown, text);
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < shown.size(); i += FirstCharacter(std::string_view(shown).substr(i)).length) ++width;
+    return width;
+}
+
 void AppendVisible(std::string& out, std::string_view text)
 {
     std::size_t done = 0;

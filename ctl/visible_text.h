@@ -21,6 +21,9 @@ Character FirstCharacter(std::string_view text);
 // A control character (which includes line ends and tabs), or a mark that changes the writing direction.
 bool IsHidden(std::uint32_t code);
 
+// How many characters wide the text is shown, if each takes one place.
+std::size_t WidthOf(std::string_view text);
+
 // Appends `text` with each hidden character as its number, like \u{9b}. Tabs and line ends, including CR LF, stay.
 void AppendVisible(std::string& out, std::string_view text);
 

@@ -70,6 +70,7 @@ constexpr Option kExportOptions[] = {
     kOutputFolder,
 };
 
+constexpr Option kListOptions[] = {kJson, ZELT_OUTPUT_OPTION};
 constexpr Option kWhyOptions[] = {ZELT_OUTPUT_OPTION};
 constexpr Option kRedactOptions[] = {kOutputFolder};
 
@@ -80,6 +81,9 @@ constexpr Command kCommands[] = {
     {"log errors", "LOG...", 1, kMany, kErrorsOptions, "Lists errors and warnings with the calls that they are about",
      "A failure is what a call answered; a violation is a rule of the standard that somebody broke while the call went on.\n"
      "The exit code is 1 when there are any.", EachLog<ListErrors, Layout::Findings>},
+    {"log list", "FOLDER...", 1, kMany, kListOptions, "Lists logs: package, start, size, calls, failures; newest first",
+     "A log that is cut off is still being written, or the program that wrote it ended before its end. The exit code is 1\n"
+     "when there is one.", ToOutputFile<ListLogs>},
     {"log why", "LOG...", 1, kMany, kWhyOptions, "Explains each failure",
      "The call and its inputs, what it asked and got before it failed, what the log last says about the material, how the\n"
      "same call went when it last succeeded, and the rules that were broken during it. A failure within a call that fails\n"

@@ -16,6 +16,7 @@ int ExplainFailures(const Arguments& arguments, const std::string& log, Streams&
 int CountCalls(const Arguments& arguments, const std::string& log, Streams& streams);
 int CheckLog(const Arguments& arguments, const std::string& log, Streams& streams);
 std::string EndingOfExport(const Arguments& arguments);
+int ListLogs(const Arguments& arguments, Streams& streams);
 int CompareLogs(const Arguments& arguments, Streams& streams);
 int ExportLog(const Arguments& arguments, const std::string& log, Streams& streams);
 int RedactLog(const Arguments& arguments, const std::string& log, Streams& streams);

@@ -61,7 +61,8 @@ TEST(CommandLine, HelpsEverywhere)
     const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}};
     for (const auto& words : group) EXPECT_EQ(0, RunCommand(words).code);
     std::string help;
-    for (const char* command : {"show", "errors", "why", "stats", "check", "export", "diff", "redact", "follow"}) {
+    for (const char* command :
+         {"show", "errors", "list", "why", "stats", "check", "export", "diff", "redact", "follow"}) {
         const Outcome outcome = RunCommand({"log", command, "--help"});
         EXPECT_EQ(0, outcome.code);
         EXPECT_TRUE(outcome.data.starts_with(std::string("zeltctl log ") + command)) << outcome.data;

@@ -1,13 +1,11 @@
 // Several logs, folders, standard input and -o: what the commands for logs read and where they write.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <random>
 
 #include "command_runner.h"
 #include "standard_input.h"
+#include "temporary_folder.h"
 
 namespace zelt::test {
 namespace {
@@ -15,43 +13,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
-
-// A folder of its own, which disappears with what is in it.
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::random_device random;
-        path = fs::temp_directory_path() / ("zeltctl-folder-" + std::to_string(random()));
-        fs::create_directories(path);
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string Path() const { return path.string(); }
-    std::string Of(const std::string& name) const { return (path / name).string(); }
-    std::string Write(const std::string& name, const std::string& bytes) const
-    {
-        fs::create_directories((path / name).parent_path());
-        std::ofstream(path / name, std::ios::binary) << bytes;
-        return Of(name);
-    }
-    std::vector<std::string> Names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(path)) names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-private:
-    fs::path path;
-};
 
 const std::string kNotFound = "No such file or directory";
 const std::string kFailing =
