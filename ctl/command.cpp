@@ -4,7 +4,10 @@
 #include <exception>
 #include <new>
 
+#include "ctl/completion.h"
+#include "ctl/elsewhere.h"
 #include "ctl/help.h"
+#include "ctl/similar.h"
 
 namespace zelt::ctl {
 namespace {
@@ -29,7 +32,10 @@ const Option& FindOption(const Command& command, std::string_view name)
     for (const Option& option : command.options) {
         if (name == option.name) return option;
     }
-    throw UsageError("\"" + std::string(command.name) + "\" has no option \"" + std::string(name) + "\"");
+    std::vector<std::string_view> names = {"--help"};
+    for (const Option& option : command.options) names.emplace_back(option.name);
+    throw UsageError("\"" + std::string(command.name) + "\" has no option \"" + std::string(name) + "\"" +
+                     DidYouMean(MostSimilar(name, names)));
 }
 
 Arguments Parse(const Command& command, std::span<const std::string> words)
@@ -80,7 +86,7 @@ bool Contains(std::span<const std::string> words, std::string_view wanted)
 
 int RunMatch(const Match& match, std::span<const std::string> rest, Streams& streams)
 {
-    if (Contains(rest, "--help")) {
+    if (Contains(rest, "--help") || Contains(rest, "-h")) {
         WriteCommandHelp(*match.command, streams.data);
         return kFine;
     }
@@ -91,6 +97,30 @@ int RunMatch(const Match& match, std::span<const std::string> rest, Streams& str
     return match.command->run(Parse(*match.command, rest), streams);
 }
 
+[[noreturn]] void ThrowUnknown(std::span<const Command> commands, const std::vector<std::string>& words)
+{
+    const std::string& first = words[0];
+    const std::string both = words.size() > 1 ? first + ' ' + words[1] : first;
+    for (const std::string_view name : kWindowsCommands) {
+        if (name != first && name != both) continue;
+        throw Refusal("\"" + std::string(name) + "\" is about ZELT on this computer and needs Windows");
+    }
+    std::vector<std::string_view> names = {"help", "completion", "manual"};
+    for (const Command& command : commands) {
+        const std::string_view name = command.name;
+        const std::size_t blank = name.find(' ');
+        // The first word was forgotten.
+        if (blank != std::string_view::npos && name.substr(blank + 1) == first) {
+            throw UsageError("there is no command \"" + first + "\"" + DidYouMean(name));
+        }
+        names.push_back(name);
+        names.push_back(name.substr(0, blank));
+    }
+    std::string_view meant = MostSimilar(both, names);
+    if (meant.empty()) meant = MostSimilar(first, names);
+    throw UsageError("there is no command \"" + both + "\"" + DidYouMean(meant));
+}
+
 int RunWords(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams)
 {
     if (words.empty()) throw UsageError("a command is missing");
@@ -98,7 +128,16 @@ int RunWords(std::span<const Command> commands, const std::vector<std::string>& 
         WriteVersion(streams.data);
         return kFine;
     }
-    const bool wantsHelp = words[0] == "--help" || words[0] == "help";
+    if (words[0] == "completion") {
+        if (words.size() != 2) throw UsageError("\"completion\" takes bash or powershell");
+        WriteCompletion(commands, words[1], streams.data);
+        return kFine;
+    }
+    if (words[0] == "manual" && words.size() == 1) {
+        WriteManual(commands, streams.data);
+        return kFine;
+    }
+    const bool wantsHelp = words[0] == "--help" || words[0] == "-h" || words[0] == "help";
     if (wantsHelp && words.size() == 1) {
         WriteHelp(commands, streams.data);
         return kFine;
@@ -110,7 +149,7 @@ int RunWords(std::span<const Command> commands, const std::vector<std::string>& 
         return RunMatch(*match, std::span(named).subspan(match->words), streams);
     }
     if (WriteGroupHelp(commands, named, streams.data)) return kFine;
-    throw UsageError("there is no command \"" + named[0] + (named.size() > 1 ? " " + named[1] : "") + "\"");
+    ThrowUnknown(commands, named);
 }
 
 }  // namespace
@@ -140,7 +179,8 @@ int Run(std::span<const Command> commands, const std::vector<std::string>& words
     try {
         result = RunWords(commands, words, streams);
     } catch (const UsageError& error) {
-        streams.messages << "zeltctl: " << error.what() << "; zeltctl --help tells more\n";
+        const std::string_view what = error.what();
+        streams.messages << "zeltctl: " << what << (what.ends_with('?') ? " " : "; ") << "zeltctl --help tells more\n";
         result = kUsage;
     } catch (const Refusal& refusal) {
         streams.messages << "zeltctl: " << refusal.what() << '\n';

@@ -34,9 +34,16 @@ void WriteRows(std::span<const Command> commands, std::string_view group, Output
     }
 }
 
-constexpr std::string_view kEnd =
-    "\nzeltctl COMMAND --help tells more about a command. Data goes to standard output, messages to standard error.\n"
-    "Exit codes: 0 fine, 1 a difference, a finding or a log that is cut off, 2 usage, 3 input that cannot be read.\n";
+void WriteEnd(Output& out)
+{
+    out << "\nzeltctl COMMAND --help tells more about a command. Data goes to standard output, messages to standard "
+           "error.\n"
+           "zeltctl completion bash and zeltctl completion powershell write completion, zeltctl manual a page for "
+           "man.\n"
+           "Exit codes:";
+    for (const auto& [code, meaning] : kExitCodes) out << (code ? ", " : " ") << code << ' ' << meaning;
+    out << ".\n";
+}
 
 }  // namespace
 
@@ -44,12 +51,12 @@ void WriteHelp(std::span<const Command> commands, Output& out)
 {
     out << "zeltctl COMMAND [OPTIONS]\n\n";
     WriteRows(commands, "", out);
-    out << kEnd;
+    WriteEnd(out);
 }
 
 bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::string>& words, Output& out)
 {
-    const bool onlyHelp = words.size() == 1 || (words.size() == 2 && words[1] == "--help");
+    const bool onlyHelp = words.size() == 1 || (words.size() == 2 && (words[1] == "--help" || words[1] == "-h"));
     const std::string group = words[0] + ' ';
     const bool known = std::any_of(commands.begin(), commands.end(), [&](const Command& command) {
         return std::string_view(command.name).starts_with(group);
@@ -57,7 +64,7 @@ bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::st
     if (!onlyHelp || !known) return false;
     out << "zeltctl " << words[0] << " COMMAND [OPTIONS]\n\n";
     WriteRows(commands, group, out);
-    out << kEnd;
+    WriteEnd(out);
     return true;
 }
 

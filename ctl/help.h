@@ -9,6 +9,15 @@
 
 namespace zelt::ctl {
 
+struct ExitCodeMeaning {
+    int code;
+    const char* meaning;
+};
+inline constexpr ExitCodeMeaning kExitCodes[] = {{kFine, "fine"},
+                                                 {kFinding, "a difference, a finding or a log that is cut off"},
+                                                 {kUsage, "usage"},
+                                                 {kUnreadable, "input that cannot be read"}};
+
 void WriteHelp(std::span<const Command> commands, Output& out);
 void WriteCommandHelp(const Command& command, Output& out);
 // For the first word of two-word commands, alone or with --help. False for anything else.

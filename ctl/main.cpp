@@ -1,5 +1,6 @@
 // zeltctl: ZELT from the command line.
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <span>
 #include <vector>
@@ -16,9 +17,24 @@
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/manager_host.h"
+#else
+#include <unistd.h>
 #endif
 
 namespace {
+
+bool HasColours()
+{
+#ifdef _WIN32
+    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    const bool isTerminal =
+        GetConsoleMode(console, &mode) && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+#else
+    const bool isTerminal = isatty(STDOUT_FILENO);
+#endif
+    return zelt::ctl::WantsColours(isTerminal, std::getenv("NO_COLOR"), std::getenv("TERM"));
+}
 
 int RunCommands(const std::vector<std::string>& words)
 {
@@ -27,6 +43,7 @@ int RunCommands(const std::vector<std::string>& words)
     if (IsManagerQuestion(words)) return AnswerManagerQuestion(words);
 #endif
     Output data(stdout), messages(stderr);
+    if (HasColours()) data.UseColours();
     Streams streams = {data, messages};
     std::vector<Command> commands;
     const auto add = [&commands](std::span<const Command> more) {

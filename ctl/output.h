@@ -11,6 +11,9 @@
 
 namespace zelt::ctl {
 
+// What a text is, for terminals with colours.
+enum class Style { Plain, Heading, Inward, Outward, Bad, Warning, Faint };
+
 class Output {
 public:
     // The caller keeps the stream.
@@ -40,6 +43,14 @@ public:
         return *this;
     }
 
+    // Without this, styles change nothing.
+    void UseColours() { hasColours = true; }
+    Output& operator<<(Style style)
+    {
+        if (hasColours) AppendStyle(style);
+        return *this;
+    }
+
     // How many bytes there have been.
     std::size_t Written() const { return flushed + buffer.size(); }
     // Takes back what came after `count` bytes, if none of it has been flushed. For what may turn out to be unnecessary.
@@ -56,11 +67,17 @@ public:
 private:
     static constexpr std::size_t kPiece = 1 << 16;
 
+    void AppendStyle(Style style);
+
     std::FILE* const stream;
     std::string buffer;
     std::size_t flushed = 0;
-    bool failed = false;
+    bool failed = false, hasColours = false;
 };
+
+// Whether to use colours: on a terminal that has them, unless the user wants none. The texts are the values of the variables
+// NO_COLOR and TERM, null when they are not set.
+bool WantsColours(bool isTerminal, const char* noColour, const char* terminal);
 
 // What a command left out of its answer and only counts, for all logs that it was asked about.
 struct LeftOut {

@@ -9,6 +9,7 @@
 #include "ctl/log/conduct.h"
 #include "ctl/log/findings.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/similar.h"
 
 namespace zelt::ctl {
 namespace {
@@ -25,7 +26,10 @@ Rules RulesOf(const std::string& list)
         if (std::find(std::begin(kCheckRules), std::end(kCheckRules), rule) == std::end(kCheckRules)) {
             std::string known;
             for (const std::string_view name : kCheckRules) known.append(known.empty() ? "" : ", ").append(name);
-            throw UsageError("--ignore has no rule \"" + rule + "\"; the rules are " + known);
+            const std::vector<std::string_view> names(std::begin(kCheckRules), std::end(kCheckRules));
+            const std::string meant = DidYouMean(MostSimilar(rule, names));
+            throw UsageError("--ignore has no rule \"" + rule + "\"" +
+                             (meant.empty() ? "; the rules are " + known : meant));
         }
         rules.insert(rule);
         begin = end + 1;
@@ -73,7 +77,7 @@ private:
         if (asJson) {
             json.NewLine().BeginObject().Member("line", line).Member("rule", rule).Member("text", text).EndObject();
         } else {
-            out << line << ": " << rule << ": " << text << '\n';
+            out << line << ": " << Style::Warning << rule << Style::Plain << ": " << text << '\n';
         }
     }
 

@@ -62,7 +62,7 @@ int AnswerInText(const Arguments& arguments, const std::vector<std::string>& log
             first = false;
             out.Flush();
             const std::size_t before = out.Written();
-            out << NameOfLog(log) << ":\n";
+            out << Style::Heading << NameOfLog(log) << ':' << Style::Plain << '\n';
             const std::size_t heading = out.Written();
             const int result = answer(arguments, log, streams);
             if (layout == Layout::Findings && out.Written() == heading) out.TakeBack(before);

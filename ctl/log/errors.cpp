@@ -11,6 +11,16 @@
 namespace zelt::ctl {
 namespace {
 
+Style StyleOf(MessageKind kind)
+{
+    switch (kind) {
+        case MessageKind::Failure:
+        case MessageKind::Violation: return Style::Bad;
+        case MessageKind::Query: return Style::Faint;
+        default: return Style::Warning;
+    }
+}
+
 const char* NameOf(MessageKind kind)
 {
     switch (kind) {
@@ -93,7 +103,7 @@ private:
 
     void WriteText(const LogEvent& event, MessageKind kind, const std::string& said)
     {
-        out << event.line << ": " << NameOf(kind);
+        out << event.line << ": " << StyleOf(kind) << NameOf(kind) << Style::Plain;
         if (!open.empty()) out << " in " << open.back().name << " (" << open.back().object << ')';
         out << ": " << event.text << '\n';
         if (!said.empty()) out << "    " << said << '\n';

@@ -14,6 +14,8 @@ void WriteLine(int line, std::string_view text, Output& out)
     out.Number(line, 8).Fill(2) << Shortened(text, kLongestLine) << '\n';
 }
 
+void WriteTitle(std::string_view title, Output& out) { out.Fill(2) << Style::Faint << title << Style::Plain << '\n'; }
+
 // What must not be cut.
 void WriteWhole(const LineText& line, Output& out) { out.Number(line.line, 8).Fill(2) << line.text << '\n'; }
 
@@ -70,7 +72,7 @@ void TellState(const std::vector<KnownProperty>& state, Output& out)
 
 void TellSuccess(const FailureStory& story, Output& out)
 {
-    out << "  When it last succeeded before\n";
+    WriteTitle("When it last succeeded before", out);
     if (!story.hadSuccess) {
         WriteNote("never in this log", out);
         return;
@@ -132,8 +134,11 @@ std::string InOneLine(const CallText& call, bool isUnfinished)
 void Tell(const FailureStory& story, long long number, long long count, Output& out)
 {
     const CallText& call = story.call;
-    out << "Failure " << number << " of " << count << ": " << call.name << " (" << call.object << ")\n";
+    out << Style::Heading << "Failure " << number << " of " << count << ": " << call.name << " (" << call.object << ')'
+        << Style::Plain << '\n';
+    out << Style::Bad;
     for (const LineText& message : story.messages) WriteWhole(message, out);
+    out << Style::Plain;
     if (story.isUnfinished) WriteNote("The call never returned: the log is cut off during it.", out);
     if (story.times > 1) {
         std::string again = "The same failure occurred " + Count(story.times - 1, "more time", "more times") + ": line";
@@ -144,7 +149,7 @@ void Tell(const FailureStory& story, long long number, long long count, Output& 
         WriteNote(again, out);
     }
 
-    out << "  The call\n";
+    WriteTitle("The call", out);
     const std::size_t skipped = story.around.size() > kMostAround ? story.around.size() - kMostAround : 0;
     for (std::size_t i = skipped; i < story.around.size(); ++i) {
         WriteLine(story.around[i].line, story.around[i].text, out);
@@ -158,16 +163,16 @@ void Tell(const FailureStory& story, long long number, long long count, Output& 
     if (shown > kMostInputs) WriteNote("    ... (" + std::to_string(shown) + " inputs)", out);
 
     if (!story.asked.empty()) {
-        out << (call.inward ? "  What it asked and set before it failed\n" : "  What happened during it\n");
+        WriteTitle(call.inward ? "What it asked and set before it failed" : "What happened during it", out);
         TellAsked(story.asked, story.askedTotal, out);
     }
     if (!story.state.empty()) {
-        out << "  What the log last says about " << story.material << '\n';
+        WriteTitle("What the log last says about " + story.material, out);
         TellState(story.state, out);
     }
     TellSuccess(story, out);
     if (!story.broken.empty()) {
-        out << "  Rules that were broken during it\n";
+        WriteTitle("Rules that were broken during it", out);
         for (const LineText& rule : story.broken) WriteWhole(rule, out);
     }
 }

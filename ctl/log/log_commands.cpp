@@ -19,7 +19,7 @@ constexpr std::size_t kMany = std::numeric_limits<std::size_t>::max();
 
 constexpr Option kShowOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
-    {"--result", "RESULT", "ok, failed, violation or warning: calls that went like this"},
+    {"--result", "ok|failed|violation|warning", "calls that went like this"},
     {"--calls",  nullptr,  "calls, warnings and errors, but no arguments"},
     {"--nested", nullptr,  "with everything that happens during these calls"},
     {"--at",     "LINE",   "the call in this line: around it, inside it, its result; with --nested all that is inside"},
@@ -36,7 +36,7 @@ constexpr Option kErrorsOptions[] = {
 };
 constexpr Option kStatsOptions[] = {
     ZELT_CALL_FILTER_OPTIONS,
-    {"--sort", "COLUMN", "calls (as without this option), failures, warnings, violations, queries or name"},
+    {"--sort", "calls|failures|warnings|violations|queries|name", "by this column; without this option, by calls"},
     {"--top",  "N",      "the first N rows of each table"},
     kQueries,
     kJson,

@@ -51,7 +51,8 @@ void TreeText::Begin(const LogEvent& event)
     switch (event.kind) {
         case EventKind::Call:
             BeginLine(event);
-            out << (event.inward ? "> " : "< ") << event.name << "  " << event.text << '\n';
+            out << (event.inward ? Style::Inward : Style::Outward) << (event.inward ? "> " : "< ") << event.name
+                << Style::Plain << "  " << event.text << '\n';
             return;
         case EventKind::Argument:
             if (onlyCalls) return;
@@ -67,18 +68,18 @@ void TreeText::Begin(const LogEvent& event)
         case EventKind::Info:
             if (onlyCalls || (line != Line::None && IsBound(event))) return;
             BeginLine(event);
-            out << "info: ";
+            out << Style::Faint << "info: ";
             break;
         case EventKind::Warning:
             BeginLine(event);
-            out << "warning: ";
+            out << Style::Warning << "warning: ";
             break;
         case EventKind::Error:
             BeginLine(event);
-            out << "error: ";
+            out << Style::Bad << "error: ";
             break;
     }
-    out << event.text << '\n';
+    out << event.text << Style::Plain << '\n';
 }
 
 void TreeText::End(EventKind kind, int depth)

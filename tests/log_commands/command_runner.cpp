@@ -18,9 +18,10 @@
 
 namespace zelt::test {
 
-Outcome RunCommand(const std::vector<std::string>& words)
+Outcome RunCommand(const std::vector<std::string>& words, bool coloured)
 {
     ctl::Output data, messages;
+    if (coloured) data.UseColours();
     ctl::Streams streams = {data, messages};
     const int code = ctl::Run(ctl::LogCommands(), words, streams);
     return {code, data.Text(), messages.Text()};

@@ -12,7 +12,8 @@ struct Outcome {
     std::string data, messages;
 };
 
-Outcome RunCommand(const std::vector<std::string>& words);
+// `coloured` as on a terminal.
+Outcome RunCommand(const std::vector<std::string>& words, bool coloured = false);
 
 // A file in the folder for temporary files.
 class TemporaryLog {

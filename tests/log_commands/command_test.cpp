@@ -9,6 +9,7 @@
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
 #include "ctl/log/log_alignment.h"
+#include "ctl/similar.h"
 
 namespace zelt::test {
 namespace {
@@ -20,11 +21,22 @@ struct RefusedCase {
 
 const RefusedCase kRefused[] = {
     {{}, "a command is missing"},
-    {{"lgo"}, "there is no command \"lgo\""},
-    {{"log", "sohw"}, "there is no command \"log sohw\""},
+    {{"lgo"}, "zeltctl: there is no command \"lgo\", did you mean \"log\"? zeltctl --help tells more\n"},
+    {{"lgo", "show", "a"}, "there is no command \"lgo show\", did you mean \"log show\"?"},
+    {{"log", "sohw"}, "there is no command \"log sohw\", did you mean \"log show\"?"},
+    {{"log", "eror", "a"}, "there is no command \"log eror\", did you mean \"log errors\"?"},
+    {{"errors", "a"}, "there is no command \"errors\", did you mean \"log errors\"?"},
+    {{"frobnicate"}, "zeltctl: there is no command \"frobnicate\"; zeltctl --help tells more\n"},
+    {{"doctor"}, "zeltctl: \"doctor\" is about ZELT on this computer and needs Windows\n"},
+    {{"doctor", "--fix"}, "\"doctor\" is about ZELT on this computer and needs Windows"},
+    {{"log", "on", "P"}, "\"log on\" is about ZELT on this computer and needs Windows"},
+    {{"completion"}, "\"completion\" takes bash or powershell"},
+    {{"completion", "fish"}, "\"completion\" takes bash or powershell"},
     {{"log", "show"}, "\"log show\" takes LOG"},
     {{"log", "follow", "a", "b"}, "\"log follow\" takes LOG"},
-    {{"log", "show", "--colour", "a"}, "\"log show\" has no option \"--colour\""},
+    {{"log", "show", "--colour", "a"}, "zeltctl: \"log show\" has no option \"--colour\"; zeltctl --help"},
+    {{"log", "show", "--obejct", "a"},
+     "zeltctl: \"log show\" has no option \"--obejct\", did you mean \"--object\"? zeltctl --help"},
     {{"log", "show", "a", "--object"}, "--object lacks its value"},
     {{"log", "show", "a", "--calls=1"}, "--calls takes no value"},
     {{"log", "show", "a", "--calls", "--calls"}, "--calls is given twice"},
@@ -32,8 +44,9 @@ const RefusedCase kRefused[] = {
     {{"log", "show", "a", "--result", "good"}, "--result is ok, failed, violation or warning"},
     {{"log", "diff", "a", "b", "--tolerance", "x"}, "--tolerance wants a number, not \"x\""},
     {{"log", "diff", "a", "b", "--tolerance", "-1"}, "--tolerance wants a number"},
-    {{"log", "check", "--ignore", "fraction", "a"},
-     "--ignore has no rule \"fraction\"; the rules are damaged, open-call, "},
+    {{"log", "check", "--ignore", "fraction", "a"}, "--ignore has no rule \"fraction\", did you mean \"fractions\"?"},
+    {{"log", "check", "--ignore", "colour", "a"},
+     "--ignore has no rule \"colour\"; the rules are damaged, open-call, "},
     {{"log", "check", "--ignore", "fractions,", "a"}, "--ignore has no rule \"\""},
     {{"log", "check", "--ignore=fractions, initialize", "a"}, "--ignore has no rule \" initialize\""},
     {{"log", "export", "a"}, "one of --html, --json and --csv is needed"},
@@ -52,13 +65,13 @@ TEST(CommandLine, IsRefusedWithOneSentenceAndItsCode)
 
 TEST(CommandLine, HelpsEverywhere)
 {
-    const std::vector<std::string> all[] = {{"--help"}, {"help"}};
+    const std::vector<std::string> all[] = {{"--help"}, {"help"}, {"-h"}};
     for (const auto& words : all) {
         const Outcome outcome = RunCommand(words);
         EXPECT_EQ(0, outcome.code);
         EXPECT_NE(std::string::npos, outcome.data.find("log check LOG")) << outcome.data;
     }
-    const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}};
+    const std::vector<std::string> group[] = {{"log"}, {"log", "--help"}, {"help", "log"}, {"log", "-h"}};
     for (const auto& words : group) EXPECT_EQ(0, RunCommand(words).code);
     std::string help;
     for (const char* command :
@@ -68,10 +81,34 @@ TEST(CommandLine, HelpsEverywhere)
         EXPECT_TRUE(outcome.data.starts_with(std::string("zeltctl log ") + command)) << outcome.data;
         help += outcome.data + '\n';
         EXPECT_EQ(outcome.data, RunCommand({"help", "log", command}).data);
+        EXPECT_EQ(outcome.data, RunCommand({"log", command, "-h"}).data);
         EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"log", command, "--version"}).data);
     }
     ExpectKept("help.txt", help);
     EXPECT_EQ("zeltctl 1.0.0\n", RunCommand({"--version"}).data);
+}
+
+TEST(CommandLine, IsDescribedForOtherPrograms)
+{
+    ExpectKept("completion.bash", RunCommand({"completion", "bash"}).data);
+    ExpectKept("completion.ps1", RunCommand({"completion", "powershell"}).data);
+    ExpectKept("manual.1", RunCommand({"manual"}).data);
+}
+
+struct EditsCase {
+    const char *a, *b;
+    std::size_t edits;
+};
+
+TEST(Similar, CountsEdits)
+{
+    const EditsCase cases[] = {{"", "", 0},         {"", "abc", 3},       {"abc", "", 3},       {"show", "show", 0},
+                               {"sohw", "show", 1}, {"shw", "show", 1},   {"shoow", "show", 1}, {"shew", "show", 1},
+                               {"hosw", "show", 2}, {"errors", "eror", 2}};
+    for (const EditsCase& one : cases) EXPECT_EQ(one.edits, ctl::EditsBetween(one.a, one.b)) << one.a << ' ' << one.b;
+    EXPECT_EQ("show", ctl::MostSimilar("sohw", {"stats", "show", "slow"}));
+    EXPECT_EQ("", ctl::MostSimilar("x", {"stats", "show"}));
+    EXPECT_EQ("", ctl::MostSimilar(std::string(1000, 's'), {"stats"}));
 }
 
 TEST(CommandLine, TakesWhatFollowsTwoDashesAsItIs)

@@ -1,0 +1,19 @@
+// What the user may have meant by a word that does not exist.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelt::ctl {
+
+// How many letters must be added, left out, replaced or swapped with their neighbour.
+std::size_t EditsBetween(std::string_view a, std::string_view b);
+
+// The candidate that is nearest to the word, if it is near enough to be meant; otherwise empty.
+std::string_view MostSimilar(std::string_view word, const std::vector<std::string_view>& candidates);
+
+// "", or ", did you mean "show"?".
+std::string DidYouMean(std::string_view candidate);
+
+}  // namespace zelt::ctl
