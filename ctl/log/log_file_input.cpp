@@ -46,6 +46,7 @@ int OpenOrThrow(const std::string& path)
     // Some systems open a folder like a file and read nothing from it, others deny access.
     std::error_code ignored;
     if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, no log");
+    if (IsPattern(path)) throw InputError(path + ": no file fits");
     const int descriptor = OpenFile(path);
     if (descriptor < 0) throw InputError(path + ": " + std::strerror(errno));
     return descriptor;

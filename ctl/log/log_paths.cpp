@@ -44,7 +44,7 @@ std::vector<std::string> LogPaths(const Arguments& arguments)
             found = {operand};
         } else if (fs::is_directory(path, ignored)) {
             found = FilesThatFit(path, "*.zlg");
-        } else if (operand.find_first_of("*?") != std::string::npos && !fs::exists(path, ignored)) {
+        } else if (IsPattern(operand)) {
             found = FilesThatFit(path.parent_path(), Utf8Of(path.filename()));
         }
         // What cannot be read is reported when it is opened.
@@ -52,6 +52,13 @@ std::vector<std::string> LogPaths(const Arguments& arguments)
         paths.insert(paths.end(), found.begin(), found.end());
     }
     return paths;
+}
+
+bool IsPattern(const std::string& path)
+{
+    std::error_code ignored;
+    return Utf8Of(PathOf(path).filename()).find_first_of("*?") != std::string::npos &&
+           !fs::exists(PathOf(path), ignored);
 }
 
 std::string NameOfLog(const std::string& path) { return path == kStandardInput ? "standard input" : path; }

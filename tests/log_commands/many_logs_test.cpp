@@ -103,7 +103,7 @@ TEST(SeveralLogs, ComeFromFoldersAndPatterns)
     EXPECT_EQ("       3  > A::Works  P\n", RunCommand({"log", "show", folder.Of("a*.zlg")}).data);
     const Outcome none = RunCommand({"log", "show", folder.Of("x*.zlg")});
     EXPECT_EQ(3, none.code);
-    EXPECT_EQ("zeltctl: " + folder.Of("x*.zlg") + ": " + kNotFound + "\n", none.messages);
+    EXPECT_EQ("zeltctl: " + folder.Of("x*.zlg") + ": no file fits\n", none.messages);
 }
 
 TEST(StandardInputLog, IsReadByEveryCommand)
