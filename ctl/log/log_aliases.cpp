@@ -216,6 +216,11 @@ std::string LogAliases::Address(std::string_view address) const
     return "0x" + std::string(digits, std::min<std::size_t>(address.size() - 2, 16));
 }
 
+double LogAliases::Weight(std::string_view number) const
+{
+    return 0.05 + 0.95 * static_cast<double>(Hash(number) >> 11) / 0x1p53;
+}
+
 std::string LogAliases::Number(std::string_view text, bool real) const
 {
     const std::uint64_t hash = Hash(text);

@@ -21,6 +21,9 @@ public:
     // A value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 
+    // Between 0.05 and 1, of a number.
+    double Weight(std::string_view number) const;
+
 private:
     std::uint64_t Hash(std::string_view text) const;
     std::string Number(std::string_view text, bool real) const;

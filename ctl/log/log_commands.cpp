@@ -115,8 +115,9 @@ constexpr Command kCommands[] = {
      "line. The exit code is 1 when the logs differ.", ToOutputFile<CompareLogs>},
     {"log redact", "LOG...", 1, kMany, kRedactOptions, "Writes a log without its names and values to standard output",
      "Names, texts, numbers, addresses and times are replaced, the same one by the same one throughout the log. Nothing\n"
-     "leads back: the key is made for this run and forgotten. Interfaces, methods, types, status codes, 0, NaN and the\n"
-     "standard's own words, such as temperature and Liquid, stay; so do the structure and the line numbers.", EachLogAsFile<RedactLog, EndingOfRedacted>},
+     "leads back: the key is made for this run and forgotten. Fractions become others that add up to the same.\n"
+     "Interfaces, methods, types, status codes, 0, NaN and the standard's own words, such as temperature and Liquid,\n"
+     "stay; so do the structure and the line numbers.", EachLogAsFile<RedactLog, EndingOfRedacted>},
     {"log follow", "LOG", 1, 1, kFollowOptions, "Shows a log while it is being written", "", ToOutputFile<FollowLog>},
 };
 // clang-format on

@@ -4,12 +4,15 @@
 
 #include "ctl/log/call_results.h"
 #include "log/vocabulary/found_sentence.h"
+#include "log/vocabulary/system_interfaces.h"
 
 namespace zelt::ctl {
 namespace {
 
+// Those of the standard and of the system.
 bool IsStandardInterface(std::string_view name)
 {
+    if (IsSystemInterface(name)) return true;
     const bool isName = std::all_of(name.begin(), name.end(), [](char c) {
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
     });

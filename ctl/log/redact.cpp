@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "log/vocabulary/markup.h"
+#include "ctl/log/fraction_redaction.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
 #include "ctl/log/message_redaction.h"
@@ -46,6 +47,8 @@ public:
     void Begin(const LogEvent& event) override
     {
         AppendEnds(ends.size());
+        if (!held.empty() && event.kind <= EventKind::Argument) FillHeld();
+        fractions.Begin(event);
         lines.append(static_cast<std::size_t>(event.depth), ' ');
         switch (event.kind) {
             case EventKind::Call: AppendNamed("<func name=\"", event, "object=\""); break;
@@ -53,7 +56,16 @@ public:
                 type = event.text;
                 AppendNamed("<arg name=\"", event, "type=\"");
                 break;
-            case EventKind::Value: AppendElement("<argval value=\"", Value(event.text), event.hasChildren); break;
+            case EventKind::Value:
+                // Fractions get their values when all of them are known.
+                if (fractions.AreFractions() && !event.hasChildren && held.size() < kMostFractions) {
+                    held.emplace_back(event.text);
+                    places.push_back(lines.size() + kValue.size());
+                    AppendElement(kValue, "", false);
+                } else {
+                    AppendElement(kValue, Value(event.text), event.hasChildren);
+                }
+                break;
             case EventKind::Info: AppendElement("<info value=\"", Message(event, infos), event.hasChildren); break;
             case EventKind::Warning:
                 AppendElement("<warning value=\"", Message(event, warnings), event.hasChildren);
@@ -63,7 +75,7 @@ public:
                 AppendElement("<other value=\"", Escaped(aliases.Text(event.text)), event.hasChildren);
                 break;
         }
-        if (lines.size() >= kPiece) {
+        if (lines.size() >= kPiece && held.empty()) {
             out << lines;
             lines.clear();
         }
@@ -71,6 +83,8 @@ public:
     }
     void End(EventKind kind, int depth) override
     {
+        if (kind <= EventKind::Argument) FillHeld();
+        if (kind == EventKind::Call) fractions.EndCall();
         const char* tag = EndTag(kind, parents.back());
         parents.pop_back();
         // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
@@ -147,6 +161,21 @@ private:
         lines += value;
         lines += parent ? "\">\r\n" : "\"/>\r\n";
     }
+    // Puts the fractions where they belong.
+    void FillHeld()
+    {
+        if (held.empty()) return;
+        const std::vector<std::string> redacted = RedactFractions(held, fractions.AreAll(), aliases);
+        std::string filled;
+        std::size_t done = 0;
+        for (std::size_t i = 0; i < redacted.size(); ++i) {
+            filled.append(lines, done, places[i] - done).append(Escaped(redacted[i]));
+            done = places[i];
+        }
+        lines = filled.append(lines, done);
+        held.clear();
+        places.clear();
+    }
     void AppendEnds(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
@@ -163,8 +192,12 @@ private:
     std::string number;
     static constexpr std::size_t kPiece = 4096;
     std::string lines;  // the next ones, put together; their memory is used again
+    static constexpr std::string_view kValue = "<argval value=\"";
     std::string type;
-    std::vector<char> parents;  // whether the open elements have children
+    FractionArguments fractions;
+    std::vector<std::string> held;    // fractions that are not in `lines` yet
+    std::vector<std::size_t> places;  // where they belong there
+    std::vector<char> parents;        // whether the open elements have children
     std::vector<PendingEnd> ends;
     std::size_t leftOpen = 0;
 };

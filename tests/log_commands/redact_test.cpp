@@ -81,6 +81,100 @@ TEST(LogRedact, ReplacesTheSameByTheSameAndDiffersFromRunToRun)
     EXPECT_NE(NamesIn(first), NamesIn(second));
 }
 
+// The lines and rules of check, the lines and kinds of errors.
+std::vector<std::string> FindingsOf(const std::string& path)
+{
+    std::vector<std::string> findings;
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"log", "check", path},
+                                                  {"log", "errors", "--all", path},
+                                                  {"log", "errors", "--all", "--queries", path}}) {
+        for (const std::string& line : LinesOf(RunCommand(words).data)) {
+            const std::size_t rule = line.find(": ") + 2;
+            findings.push_back(line.substr(0, line.find_first_of(": ", rule)));
+        }
+    }
+    return findings;
+}
+
+TEST(LogRedact, LeavesTheFindings)
+{
+    std::vector<std::string> logs = kGoldenLogs;
+    logs.insert(logs.end(), {"field_package", "field_unit", "script_flowsheet", "vendor_unit"});
+    for (const std::string& log : logs) {
+        const TemporaryLog redacted(Redacted(GoldenLog(log)));
+        EXPECT_EQ(FindingsOf(GoldenLog(log)), FindingsOf(redacted.Path())) << log;
+    }
+    const std::string conversation = ZELT_TESTS "/log_commands/conversation.zlg";
+    const TemporaryLog redacted(Redacted(conversation));
+    EXPECT_EQ(FindingsOf(conversation), FindingsOf(redacted.Path()));
+}
+
+struct FractionsCase {
+    const char* name;
+    std::vector<std::string> values;
+    bool some;
+    std::vector<std::string> findings;
+};
+
+std::string SetFractions(const FractionsCase& one)
+{
+    std::string entries =
+        "<func name=\"ICapeThermoMaterialObject::SetProp\" direc=\"out\" object=\"F\">\r\n"
+        "<arg name=\"property\" direc=\"in\" type=\"string\">\r\n<argval value=\"&quot;Fraction&quot;\"/>\r\n</arg>\r\n"
+        "<arg name=\"compIds\" direc=\"in\" type=\"VT_ARRAY|VT_BSTR\">\r\n";
+    if (one.some) entries += "<argval value=\"&quot;Benzene&quot;\"/>\r\n";
+    entries += "</arg>\r\n<arg name=\"values\" direc=\"out\" type=\"VT_ARRAY|VT_R8\">\r\n";
+    for (const std::string& value : one.values) entries += "<argval value=\"" + value + "\"/>\r\n";
+    return InLog(entries + "</arg>\r\n</func>\r\n");
+}
+
+TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
+{
+    const FractionsCase cases[] = {
+        {"that add up", {"0.123457", "0.654321", "0.222222"}, false, {}},
+        {"of which some are equal", {"0.25", "0.25", "0.25", "0.25"}, false, {}},
+        {"with 0", {"0", "0.123457", "0.876543"}, false, {}},
+        {"that add up to less", {"0.123457", "0.654321"}, false, {"9: fractions"}},
+        {"that are nearly 1 each", {"0.912345", "0.998765"}, false, {"9: fractions"}},
+        {"one above 1", {"1.51234", "0.123457"}, false, {"9: fractions", "9: fractions"}},
+        {"in percent", {"12.3457", "87.6543"}, false, {"9: fractions", "9: fractions"}},
+        {"one below 0", {"-0.512345", "0.987654", "0.524691"}, false, {"9: fractions"}},
+        {"of some compounds", {"0.123457"}, true, {}},
+        {"of some compounds, above 1", {"5.12345", "0.123457"}, true, {"10: fractions"}},
+        {"with what is no number", {"0.123457", "Benzene", "N/A"}, false, {"12: not-a-number"}},
+    };
+    for (const FractionsCase& one : cases) {
+        // With some keys.
+        for (int run = 0; run < 20; ++run) {
+            SCOPED_TRACE(one.name);
+            const TemporaryLog log(SetFractions(one));
+            const std::string redacted = Redacted(log.Path());
+            const TemporaryLog again(redacted);
+            std::vector<std::string> findings;
+            for (const std::string& line : LinesOf(RunCommand({"log", "check", again.Path()}).data)) {
+                findings.push_back(line.substr(0, line.find(':', line.find(':') + 1)));
+            }
+            ASSERT_EQ(one.findings, findings) << redacted;
+            for (const std::string& value : one.values) {
+                if (value != "0" && value != "N/A") {
+                    ASSERT_EQ(std::string::npos, redacted.find('"' + value + '"')) << redacted;
+                }
+            }
+        }
+    }
+}
+
+TEST(LogRedact, KeepsTheInterfacesOfTheSystem)
+{
+    const TemporaryLog log(
+        InLog("<warning value=\"P: QueryInterface for unsupported interface "
+              "{00000003-0000-0000-C000-000000000046}\"/>\r\n<warning value=\"P: QueryInterface for unsupported "
+              "interface {12345678-0000-0000-C000-000000000046}\"/>\r\n"));
+    const std::string redacted = Redacted(log.Path());
+    EXPECT_NE(std::string::npos, redacted.find("interface {00000003-0000-0000-C000-000000000046}\""));
+    EXPECT_EQ(std::string::npos, redacted.find("12345678"));
+}
+
 TEST(LogRedact, LeavesALogCutOffWhereItWas)
 {
     const std::string whole = ReadBytes(ZELT_TESTS "/log_commands/conversation.zlg");

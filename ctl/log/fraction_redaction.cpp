@@ -1,0 +1,126 @@
+#include "ctl/log/fraction_redaction.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+#include <optional>
+
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+namespace {
+
+constexpr std::string_view kFraction = "fraction";
+// Of the rules for fractions.
+constexpr double kTolerance = 1e-4;
+
+std::optional<double> NumberOf(std::string_view text)
+{
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return {};
+    return number;
+}
+
+// As the log writes numbers.
+std::string Digits(double number)
+{
+    char text[32];
+    return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
+}
+
+bool IsFraction(std::string_view text)
+{
+    return std::equal(text.begin(), text.end(), kFraction.begin(), kFraction.end(), [](char a, char b) {
+        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
+    });
+}
+
+// Replaces the positive numbers of these places by others with this sum. Whether one of them is above 1 stays as it was, if the
+// sum allows that.
+void Share(const std::vector<std::size_t>& places, const std::vector<double>& numbers, double sum,
+           const std::vector<std::string>& values, const LogAliases& aliases, std::vector<std::string>& redacted)
+{
+    constexpr double kLimit = 1 + kTolerance;
+    std::vector<double> shares;
+    double all = 0, largest = 0;
+    for (const std::size_t place : places) {
+        shares.push_back(aliases.Weight(std::to_string(place) + ' ' + values[place]));
+        all += shares.back();
+        largest = std::max(largest, numbers[place]);
+    }
+    for (double& share : shares) share *= sum / all;
+    const auto most = std::max_element(shares.begin(), shares.end());
+    const double equal = sum / static_cast<double>(shares.size());
+    if (largest <= kLimit && *most > kLimit) {
+        // So much nearer to equal shares that none is.
+        const double part = *most > equal ? (kLimit - equal) / (*most - equal) * 0.99 : 0;
+        for (double& share : shares) share = equal + std::max(part, 0.0) * (share - equal);
+    } else if (largest > kLimit && *most <= kLimit) {
+        const double rest = sum - *most, now = (kLimit + sum) / 2;
+        for (double& share : shares) share *= rest > 0 ? (sum - now) / rest : 1;
+        *most = now;
+    }
+    for (std::size_t i = 0; i < places.size(); ++i) redacted[places[i]] = Digits(shares[i]);
+}
+
+}  // namespace
+
+std::vector<std::string> RedactFractions(const std::vector<std::string>& values, bool areAll, const LogAliases& aliases)
+{
+    std::vector<std::string> redacted(values.size());
+    std::vector<double> numbers(values.size());
+    std::vector<std::size_t> above;
+    double sum = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto number = NumberOf(values[i]);
+        if (!number) {
+            redacted[i] = aliases.Value(values[i], "double");
+            areAll = false;
+        } else if (*number == 0) {
+            redacted[i] = values[i];
+        } else if (*number < 0) {
+            // Rounding makes fractions a little negative; more than that is a finding.
+            const double weight = -aliases.Weight(values[i]) * (*number < -kTolerance ? 1 : kTolerance * 0.9);
+            redacted[i] = Digits(weight);
+            sum += *number - weight;
+        } else {
+            numbers[i] = *number;
+            sum += *number;
+            above.push_back(i);
+        }
+    }
+    if (above.empty()) return redacted;
+    if (areAll && sum > 0) {
+        Share(above, numbers, sum, values, aliases, redacted);
+        return redacted;
+    }
+    // The sum of some would say too much.
+    for (const std::size_t i : above) {
+        redacted[i] = Digits(aliases.Weight(values[i]) + (numbers[i] > 1 + kTolerance ? 1.1 : 0));
+    }
+    return redacted;
+}
+
+void FractionArguments::Begin(const LogEvent& event)
+{
+    if (event.kind == EventKind::Call) {
+        calls.push_back({event.Method() == "GetTPFraction" || event.Method() == "GetOverallTPFraction", false, false});
+        isProperty = isCompounds = areFractions = false;
+        return;
+    }
+    if (calls.empty()) return;
+    if (event.kind == EventKind::Argument) {
+        isProperty = event.name == "property";
+        isCompounds = event.name == "compIds";
+        areFractions = (calls.back().isComposition && event.name == "composition") ||
+                       (calls.back().ofFraction && (event.name == "values" || event.name == "results"));
+    } else if (event.kind == EventKind::Value && isProperty) {
+        calls.back().ofFraction = IsFraction(Unquoted(event.text));
+    } else if (event.kind == EventKind::Value && isCompounds) {
+        calls.back().ofSome = true;
+    }
+}
+
+}  // namespace zelt::ctl
