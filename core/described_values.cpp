@@ -6,8 +6,6 @@
 #include <cstring>
 
 #include "core/value_arguments.h"
-#include "log/arg_writer.h"
-#include "log/log_text.h"
 
 namespace zelt {
 namespace {
@@ -31,24 +29,16 @@ void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool
     // The standard's enumerations are called by the names without the first letter, as rows do.
     const std::string_view name = known.name;
     const std::string_view type = name.starts_with("eCape") ? name.substr(1) : name;
-    ArgWriter::Write(document, parameter.name.c_str(), isIn, type, [&](ArgWriter& arg) {
-        arg.Value(found != known.values.end() ? found->second : std::to_string(value));
-    });
+    const std::string shown = found != known.values.end() ? found->second : std::to_string(value);
+    WriteNamedValueArg(document, parameter.name.c_str(), isIn, type, value, shown);
 }
 
 // A value that is not followed: a structure, or what lies behind more pointers than an argument has.
 void WriteAddress(LogDocument& document, const DualParameter& parameter, bool isIn, VARTYPE type, const void* address)
 {
-    ArgWriter::Write(
-        document, parameter.name.c_str(), isIn,
-        [type](std::string& out) { AppendVariantTypeName(out, type, "&lt;unknown&gt;"); },
-        [&](ArgWriter& arg) {
-            if (!address) return arg.Value("NULL");
-            arg.ValueWith([address](std::string& text) {
-                text += "pointer ";
-                AppendPointer(text, address);
-            });
-        });
+    std::string name;
+    AppendVariantTypeName(name, type, "&lt;unknown&gt;");
+    WriteAddressArg(document, parameter.name.c_str(), isIn, name, address);
 }
 
 // A value without a writer of its own is logged as the VARIANT that holds it, which does not own it.

@@ -101,7 +101,10 @@ public:
     {
         if (outcome == Outcome::Failure) [[unlikely]]
             ForgetFailure();
-        if (document) infoBefore = CurrentErrorInfo();
+        if (document) {
+            infoBefore = CurrentErrorInfo();
+            document->EnterObject();
+        }
         HRESULT result;
         try {
             result = Guarded(std::forward<Call>(call));
@@ -109,6 +112,7 @@ public:
             result = ResultOfException();
             hasEscaped = true;
         }
+        if (document) document->LeaveObject();
         forwarded = result;
         outcome = FAILED(result) ? Outcome::Failure : Outcome::Success;
         // What follows may call foreign code; that must not cost the caller the package's error information.

@@ -85,6 +85,13 @@ JsonWriter& JsonWriter::Number(long long number)
     return *this;
 }
 
+JsonWriter& JsonWriter::Number(std::string_view digits)
+{
+    Separate();
+    out << digits;
+    return *this;
+}
+
 JsonWriter& JsonWriter::Bool(bool value)
 {
     Separate();

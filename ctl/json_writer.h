@@ -23,6 +23,8 @@ public:
     JsonWriter& Key(std::string_view name);
     JsonWriter& String(std::string_view text);
     JsonWriter& Number(long long number);
+    // A number that is already text.
+    JsonWriter& Number(std::string_view digits);
     JsonWriter& Bool(bool value);
 
     JsonWriter& Member(std::string_view name, std::string_view text) { return Key(name).String(text); }

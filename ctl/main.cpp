@@ -7,6 +7,7 @@
 
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/recording/recording_commands.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -17,6 +18,7 @@
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/manager_host.h"
+#include "ctl/recording/windows_recording_commands.h"
 #else
 #include <unistd.h>
 #endif
@@ -53,7 +55,9 @@ int RunCommands(const std::vector<std::string>& words)
     add(ExportCommands());
 #endif
     add(LogCommands());
+    add(RecordingCommands());
 #ifdef _WIN32
+    add(WindowsRecordingCommands());
     add(DoctorCommands());
 #endif
     return Run(commands, words, streams);

@@ -25,6 +25,10 @@ constexpr Enumeration kParamModeType         = {"CapeParamMode",         kParamM
 constexpr Enumeration kParamTypeType         = {"CapeParamType",         kParamType};
 // clang-format on
 
+constexpr const Enumeration* kEnumerations[] = {&kValidationStatusType,  &kPortTypeType,      &kReactionTypeType,
+                                                &kReactionRateBasisType, &kPortDirectionType, &kParamModeType,
+                                                &kParamTypeType};
+
 }  // namespace
 
 const Enumeration& EnumerationOf(eCapeValidationStatus) { return kValidationStatusType; }
@@ -35,8 +39,20 @@ const Enumeration& EnumerationOf(eCapePortDirection) { return kPortDirectionType
 const Enumeration& EnumerationOf(eCapeParamMode) { return kParamModeType; }
 const Enumeration& EnumerationOf(eCapeParamType) { return kParamTypeType; }
 
+const Enumeration* FindEnumeration(std::string_view name)
+{
+    for (const Enumeration* one : kEnumerations) {
+        if (name == one->name) return one;
+    }
+    return nullptr;
+}
+
 void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value)
 {
+    document.Record(name, isIn, recording::ArgumentKind::Enumeration, type.name, [&](recording::ValueWriter& record) {
+        record.Integer(value);
+        record.Type(type.name);
+    });
     ArgWriter::Write(document, name, isIn, type.name, [&](ArgWriter& arg) {
         const auto index = static_cast<unsigned>(value);
         if (index < type.values.size()) return arg.Value(type.values[index]);

@@ -24,6 +24,9 @@ const Enumeration& EnumerationOf(eCapePortDirection);
 const Enumeration& EnumerationOf(eCapeParamMode);
 const Enumeration& EnumerationOf(eCapeParamType);
 
+// The enumeration of this name; null when there is none.
+const Enumeration* FindEnumeration(std::string_view name);
+
 void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value);
 
 template <class E>

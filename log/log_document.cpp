@@ -41,14 +41,18 @@ std::string StartTime()
 LogClosedFunction SetLogClosed(LogClosedFunction function) { return std::exchange(logClosed, function); }
 
 LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view objectType, std::wstring path,
-                         const LogOptions& logOptions)
+                         const LogOptions& logOptions, std::unique_ptr<CallRecorder> callRecorder,
+                         std::string startText)
     : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
 {
     entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
+    if (startText.empty()) startText = StartTime();
     hasHeader = WriteEntry([&] { entry += kHeader; });
-    Write(Sentence::LoggingStarted, {StartTime()});
+    Write(Sentence::LoggingStarted, {startText});
     Write(Sentence::CreatingObject, {objectName});
     Write(Sentence::ObjectType, {objectType});
+    recorder = std::move(callRecorder);
+    if (recorder) recorder->Begin(objectName, objectType, startText);
 }
 
 LogDocument::~LogDocument() { Close(); }
@@ -87,7 +91,7 @@ void LogDocument::AppendSuppression(const char* what)
     entry += "\"/>\r\n";
 }
 
-void LogDocument::AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level)
+void LogDocument::AppendSentence(Sentence sentence, HoleTexts holes, int level)
 {
     const Element& element = kElements[static_cast<std::size_t>(RowOf(sentence).severity)];
     Indent(level);
@@ -95,14 +99,14 @@ void LogDocument::AppendSentence(Sentence sentence, std::initializer_list<std::s
     entry += element.name;
     entry += " value=\"";
     bool dropped = false;
-    ForEachPiece(sentence, {holes.begin(), holes.size()},
-                 [&](std::string_view piece) { dropped |= AppendEscaped(entry, piece); });
+    ForEachPiece(sentence, holes, [&](std::string_view piece) { dropped |= AppendEscaped(entry, piece); });
     entry += "\"/>\r\n";
     if (dropped) AppendSuppression(element.text);
 }
 
 void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
 {
+    if (IsRecorded()) recorder->BeginCall(isIn, functionName, name);
     const bool isWritten = WriteEntry([&] {
         Indent();
         entry += "<func name=\"";
@@ -119,9 +123,9 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
 // Foreign code is asked before the entry is put together: none may be half made during a foreign call.
 void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
 {
-    if (SUCCEEDED(result) || !file.IsOpen()) return CloseFunc(nullptr, nullptr);
+    if (SUCCEEDED(result) || !file.IsOpen()) return EndFuncAs(result, nullptr, nullptr);
     const FailureText failure = DescribeFailure(result, errorSource);
-    CloseFunc(&failure, nullptr);
+    EndFuncAs(result, &failure, nullptr);
 }
 
 void LogDocument::EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left)
@@ -129,7 +133,13 @@ void LogDocument::EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInf
     if (!file.IsOpen()) return CloseFunc(nullptr, nullptr);
     const FailureText failure = DescribeFailure(result, errorSource);
     const std::optional<FailureDetail> detail = DetailOfFailure(result, errorSource, left, failure);
-    CloseFunc(&failure, detail ? &*detail : nullptr);
+    EndFuncAs(result, &failure, detail ? &*detail : nullptr);
+}
+
+void LogDocument::EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail)
+{
+    if (IsRecorded()) recorder->EndCall(result, failure, detail);
+    CloseFunc(failure, detail);
 }
 
 void LogDocument::CloseFunc(const FailureText* failure, const FailureDetail* detail)
@@ -159,6 +169,7 @@ void LogDocument::Close()
     isClosing = true;
     // A survivor's call may be in progress: close its element here; what it writes later is ignored.
     EndOpenFuncs(0);
+    if (recorder) recorder->End();
     WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
     if (!logClosed) return;

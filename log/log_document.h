@@ -10,10 +10,12 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "log/call_recorder.h"
 #include "log/log_file.h"
 #include "log/vocabulary/sentences.h"
 
@@ -36,9 +38,11 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document.
+    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document. `recorder` (may be
+    // null) gets everything that the log shows. `startText` is the time that the header gives, now if it is empty.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
-                const LogOptions& options);
+                const LogOptions& options, std::unique_ptr<CallRecorder> recorder = nullptr,
+                std::string startText = {});
     ~LogDocument();
     LogDocument(const LogDocument&) = delete;
     LogDocument& operator=(const LogDocument&) = delete;
@@ -49,9 +53,17 @@ public:
 
     const std::string& ObjectName() const { return objectName; }
     bool IsOpen() const { return file.IsOpen(); }
+    // Entries that could not be written since the last that was.
+    std::int64_t Missing() const { return missing; }
 
     // A sentence with its holes filled, followed by a warning when characters had to be dropped.
     void Write(Sentence sentence, std::initializer_list<std::string_view> holes = {})
+    {
+        if (recorder && file.IsOpen()) recorder->Say(sentence, holes);
+        WriteEntry([&] { AppendSentence(sentence, holes); });
+    }
+
+    void Write(Sentence sentence, HoleTexts holes)
     {
         WriteEntry([&] { AppendSentence(sentence, holes); });
     }
@@ -64,17 +76,43 @@ public:
     // the error information that it left (may be null).
     void EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left);
 
+    // The same with the texts of a failure, and of what was said of it (either may be null).
+    void EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail);
+
+    // Around the time that a call spends in the called object.
+    void EnterObject()
+    {
+        if (recorder) recorder->EnterObject();
+    }
+    void LeaveObject()
+    {
+        if (recorder) recorder->LeaveObject();
+    }
+    // Records an argument's value, if there is a recording; see CallRecorder.
+    template <class Body>
+    void Record(const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type, Body&& body)
+    {
+        if (recorder && file.IsOpen()) recorder->Argument(name, isIn, kind, type, body);
+    }
+    bool IsRecorded() const { return recorder && file.IsOpen(); }
+
     // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
     // Writes the footer, closes the file, and calls the function of SetLogClosed. Does so once.
     void Close();
+    // Closes the file as it is.
+    void Abandon() { file.Close(); }
 
 private:
     friend class ArgWriter;
 
-    void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0);
+    void AppendSentence(Sentence sentence, HoleTexts holes, int level = 0);
+    void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0)
+    {
+        AppendSentence(sentence, HoleTexts(holes.begin(), holes.size()), level);
+    }
     // Says that characters of the entry above were dropped; `what` is the warning's name for it.
     void AppendSuppression(const char* what);
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
@@ -112,6 +150,7 @@ private:
     void EndGap();
 
     LogFile file;
+    std::unique_ptr<CallRecorder> recorder;
     std::string objectName;
     std::wstring logPath;
     const LogOptions& options;

@@ -72,6 +72,8 @@ constexpr OptionRow kRows[] = {
      ReadSwitch<&LogOptions::forwardManagerEdit>, IsOptionalSwitch, WriteSwitch<&LogOptions::forwardManagerEdit>},
     {LogOption::QueueCalls,         L"QueueCalls",         L"Queue calls of other clients",
      ReadSwitch<&LogOptions::queueCalls>,         IsOptionalSwitch, WriteSwitch<&LogOptions::queueCalls>},
+    {LogOption::RecordCalls,        L"RecordCalls",        L"Record calls",
+     ReadSwitch<&LogOptions::recordCalls>,        IsOptionalSwitch, WriteSwitch<&LogOptions::recordCalls>},
 };
 // clang-format on
 

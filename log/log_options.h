@@ -17,6 +17,7 @@ enum class LogOption {
     KeepManager,
     ForwardManagerEdit,
     QueueCalls,
+    RecordCalls,
 };
 // clang-format on
 
@@ -29,6 +30,7 @@ struct LogOptions {
     bool keepManager = false;         // The manager of a package lives as long as the package.
     bool forwardManagerEdit = false;  // Edit of our managers opens that of the managers behind the packages.
     bool queueCalls = false;          // A call that arrives during a call of another client is asked to come again.
+    bool recordCalls = false;         // Each log has a recording beside it.
     RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.

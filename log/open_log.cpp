@@ -1,5 +1,6 @@
 #include "log/open_log.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -20,6 +21,15 @@ std::wstring ErrnoText(int error)
     return Widen(buffer.get());
 }
 
+// Beside the log: its ending becomes ".zlr", or that is appended.
+std::wstring RecordingPath(const std::wstring& log)
+{
+    constexpr std::wstring_view kLogEnding = L".zlg";
+    const std::size_t stem = log.size() - std::min(log.size(), kLogEnding.size());
+    const bool hasEnding = _wcsicmp(log.c_str() + stem, kLogEnding.data()) == 0;
+    return (hasEnding ? log.substr(0, stem) : log) + L".zlr";
+}
+
 }  // namespace
 
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
@@ -36,8 +46,19 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
                                       L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
         return log;
     }
-    log.document =
-        DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options));
+    std::unique_ptr<CallRecorder> recorder;
+    if (options.recordCalls) {
+        const std::wstring recording = RecordingPath(*path);
+        int error = 0;
+        recorder = CallRecorder::Make(recording, error);
+        if (!recorder) {
+            log.outcome = Outcome::Failed(L"Failed to open recording \"" + recording + L"\" for writing: " +
+                                              ErrnoText(error) + L"\r\nCalls will be logged, but not recorded",
+                                          L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
+        }
+    }
+    log.document = DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path),
+                                                options, std::move(recorder)));
     return log;
 }
 

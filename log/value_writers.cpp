@@ -2,6 +2,7 @@
 
 #include "log/arg_writer.h"
 #include "log/log_text.h"
+#include "log/value_recorders.h"
 #include "log/value_text.h"
 #include "system/guid_text.h"
 #include "system/narrow.h"
@@ -9,8 +10,12 @@
 namespace zelt {
 namespace {
 
-void WriteInteger(LogDocument& document, const char* name, bool isIn, const char* type, long value)
+using recording::ArgumentKind;
+using recording::ValueWriter;
+
+void WriteInteger(LogDocument& document, const char* name, bool isIn, const char* type, ArgumentKind kind, long value)
 {
+    document.Record(name, isIn, kind, type, [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, type, [value](ArgWriter& arg) {
         arg.ValueWith([value](std::string& text) { AppendDecimal(text, value); });
     });
@@ -20,39 +25,49 @@ void WriteInteger(LogDocument& document, const char* name, bool isIn, const char
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, short value)
 {
-    WriteInteger(document, name, isIn, "short", value);
+    WriteInteger(document, name, isIn, "short", ArgumentKind::Short, value);
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, long value)
 {
-    WriteInteger(document, name, isIn, "long", value);
+    WriteInteger(document, name, isIn, "long", ArgumentKind::Long, value);
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, double value)
 {
+    document.Record(name, isIn, ArgumentKind::Double, "double", [value](ValueWriter& record) { record.Real(value); });
     ArgWriter::Write(document, name, isIn, "double",
                      [value](ArgWriter& arg) { AppendDoubleValue(arg, value, Sentence::OldUndefinedValue); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
 {
+    document.Record(name, isIn, ArgumentKind::String, "string",
+                    [value](ValueWriter& record) { RecordText(record, value); });
     ArgWriter::Write(document, name, isIn, "string",
                      [value](ArgWriter& arg) { AppendStringValue(arg, value, "<NULL>", 1, 0); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value)
 {
+    document.Record(name, isIn, ArgumentKind::ClassId, "CLSID", [&](ValueWriter& record) {
+        record.Raw({reinterpret_cast<const char*>(&value), sizeof value});
+    });
     ArgWriter::Write(document, name, isIn, "CLSID", [&](ArgWriter& arg) { arg.Value(Narrow(GuidText(value))); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value)
 {
+    document.Record(name, isIn, ArgumentKind::Unsigned64, "ULARGE_INTEGER",
+                    [&](ValueWriter& record) { record.Integer(static_cast<std::int64_t>(value.QuadPart)); });
     ArgWriter::Write(document, name, isIn, "ULARGE_INTEGER",
                      [&](ArgWriter& arg) { arg.Value(std::to_string(value.QuadPart)); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value)
 {
+    document.Record(name, isIn, ArgumentKind::Interface, "interface",
+                    [value](ValueWriter& record) { RecordPointer(record, value); });
     ArgWriter::Write(document, name, isIn, "interface", [value](ArgWriter& arg) {
         if (!value) return arg.Value("NULL");
         arg.ValueWith([value](std::string& text) {
@@ -65,6 +80,10 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
 void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
                             std::string_view objectName)
 {
+    document.Record(name, isIn, ArgumentKind::NamedInterface, "interface", [&](ValueWriter& record) {
+        RecordPointer(record, value);
+        record.Shown(objectName);
+    });
     ArgWriter::Write(document, name, isIn, "interface", [&](ArgWriter& arg) {
         if (!value) return arg.Value("NULL");
         std::string text = "interface to object \"";
@@ -76,13 +95,42 @@ void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, 
     });
 }
 
+void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std::string_view type, long value,
+                        std::string_view shown)
+{
+    document.Record(name, isIn, ArgumentKind::NamedValue, type, [&](ValueWriter& record) {
+        record.Integer(value);
+        record.Type(type);
+        record.Shown(shown);
+    });
+    ArgWriter::Write(document, name, isIn, type, [shown](ArgWriter& arg) { arg.Value(shown); });
+}
+
+void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::string_view type, const void* address)
+{
+    document.Record(name, isIn, ArgumentKind::Address, type, [&](ValueWriter& record) {
+        RecordPointer(record, address);
+        record.Type(type);
+    });
+    ArgWriter::Write(document, name, isIn, type, [address](ArgWriter& arg) {
+        if (!address) return arg.Value("NULL");
+        arg.ValueWith([address](std::string& text) {
+            text += "pointer ";
+            AppendPointer(text, address);
+        });
+    });
+}
+
 void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value)
 {
+    document.Record(name, isIn, ArgumentKind::Bool, "BOOL", [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, "BOOL", [value](ArgWriter& arg) { arg.Value(value ? "TRUE" : "FALSE"); });
 }
 
 void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value)
 {
+    document.Record(name, isIn, ArgumentKind::VariantBool, "VARIANT_BOOL",
+                    [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, "VARIANT_BOOL", [value](ArgWriter& arg) {
         arg.Value(value ? "VARIANT_TRUE" : "VARIANT_FALSE");
         if (value == VARIANT_FALSE || value == VARIANT_TRUE) return;
@@ -94,6 +142,7 @@ void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VAR
 
 void WriteFlagsArg(LogDocument& document, const char* name, bool isIn, int value)
 {
+    document.Record(name, isIn, ArgumentKind::Flags, "int", [value](ValueWriter& record) { record.Integer(value); });
     struct Flag {
         int bit;
         const char* text;

@@ -24,6 +24,12 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
 void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
                             std::string_view objectName);
 
+// A value of an enumeration that only a type library describes: the type's name, and the value's or the number as text.
+void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std::string_view type, long value,
+                        std::string_view shown);
+// The address of something that is not followed. `type` is the content of the attribute.
+void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::string_view type, const void* address);
+
 // Types that C++ does not distinguish from others.
 void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value);
 void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value);

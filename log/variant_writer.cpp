@@ -7,6 +7,7 @@
 #include "log/array_reader.h"
 #include "log/log_text.h"
 #include "system/narrow.h"
+#include "log/value_recorders.h"
 #include "log/value_text.h"
 
 namespace zelt {
@@ -125,6 +126,14 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected)
 {
     const auto type = [&value](std::string& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
+    if (document.IsRecorded()) {
+        std::string shownType;
+        type(shownType);
+        document.Record(name, isIn, recording::ArgumentKind::Variant, shownType, [&](recording::ValueWriter& record) {
+            RecordVariant(record, value);
+            if (expected.type != kAnyType) record.Expected(expected.type, expected.allowEmpty);
+        });
+    }
     ArgWriter::Write(document, name, isIn, type, [&](ArgWriter& arg) {
         AppendVariantValue(arg, value, expected.type, 1);
         if (expected.type == kAnyType || value.vt == expected.type) return;

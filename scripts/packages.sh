@@ -9,6 +9,7 @@ build | mingw-w64-tools             | IDL compiler
 build | binutils-mingw-w64          | linker and resource compiler
 build | cmake                       | build and test driver
 build | ninja-build                 | build driver
+build | libprotozero-dev            | encoder and decoder of recordings
 build | googletest                  | sources of the test framework
 build | dpkg-dev                    | unpacks the source package of libxml2
 build | cmark-gfm                   | turns the user guide into the pages of the help

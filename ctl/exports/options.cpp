@@ -36,6 +36,7 @@ constexpr SwitchRow kFurtherSwitches[] = {
     {"keep-manager",  "keepManager",        &LogOptions::keepManager,        LogOption::KeepManager},
     {"forward-edit",  "forwardManagerEdit", &LogOptions::forwardManagerEdit, LogOption::ForwardManagerEdit},
     {"queue",         "queueCalls",         &LogOptions::queueCalls,         LogOption::QueueCalls},
+    {"record",        "recordCalls",        &LogOptions::recordCalls,        LogOption::RecordCalls},
 };
 // clang-format on
 

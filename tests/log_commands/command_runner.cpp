@@ -14,6 +14,7 @@
 
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/recording/recording_commands.h"
 #include "tests/system/harness/golden_text.h"
 
 namespace zelt::test {
@@ -23,7 +24,11 @@ Outcome RunCommand(const std::vector<std::string>& words, bool coloured)
     ctl::Output data, messages;
     if (coloured) data.UseColours();
     ctl::Streams streams = {data, messages};
-    const int code = ctl::Run(ctl::LogCommands(), words, streams);
+    std::vector<ctl::Command> commands;
+    for (const std::span<const ctl::Command> some : {ctl::LogCommands(), ctl::RecordingCommands()}) {
+        commands.insert(commands.end(), some.begin(), some.end());
+    }
+    const int code = ctl::Run(commands, words, streams);
     return {code, data.Text(), messages.Text()};
 }
 

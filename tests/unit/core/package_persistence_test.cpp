@@ -114,9 +114,7 @@ TEST_P(PackagePersistenceTest, IsOfferedExactlyWhenThePackageHasIt)
                 // A released root closes its log.
                 proxy.Reset();
                 document->LetGo();
-                LogFile file;
-                ASSERT_EQ(0, file.Open(path));
-                document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+                document = NewDocument();
                 document->Hold();
                 seen = 0;
             }

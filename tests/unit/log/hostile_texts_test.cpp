@@ -74,9 +74,7 @@ protected:
     void BeginAnew()
     {
         document->LetGo();
-        LogFile file;
-        ASSERT_EQ(0, file.Open(path));
-        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document = NewDocument();
         document->Hold();
     }
 };

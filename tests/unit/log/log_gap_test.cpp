@@ -43,7 +43,11 @@ private:
 
 class LogGap : public LogFixture {
 protected:
-    LogGap() { PrepareLogReader(); }
+    LogGap()
+    {
+        PrepareLogReader();
+        isRecordedWhole = false;
+    }
 
     void Begin(const char* name) { document->BeginFunc(true, name, "Root"); }
     void End() { document->EndFunc(S_OK, nullptr); }
@@ -202,9 +206,7 @@ TEST_F(LogGap, AtRandomMomentsLeavesAWellFormedLog)
         SmallDisk::room = SmallDisk::kPlenty;
         Close();
         ASSERT_EQ(LogReadResult::Complete, Check());
-        LogFile file;
-        ASSERT_EQ(0, file.Open(path));
-        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document = NewDocument();
         document->Hold();
     }
 }

@@ -187,9 +187,7 @@ protected:
         persistence.Reset();
         unit.Reset();
         document->LetGo();
-        LogFile file;
-        EXPECT_EQ(0, file.Open(path));
-        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document = NewDocument();
         document->Hold();
         seen = 0;
         unit = ComPtr<CUnitOperation>(new CUnitOperation(options));

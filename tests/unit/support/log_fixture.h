@@ -9,6 +9,7 @@
 
 #include "log/log_document.h"
 #include "log/log_options.h"
+#include "log/recording_rendering.h"
 #include "tests/system/harness/line_ends.h"
 #include "tests/unit/support/recorded_messages.h"
 
@@ -41,23 +42,56 @@ inline std::string WithoutCarriageReturns(std::string text)
     return text;
 }
 
+// The log that a recording renders.
+inline std::string RenderedLog(const std::wstring& recording)
+{
+    FILE* file = _wfopen(recording.c_str(), L"rb");
+    if (!file) return "<cannot read the recording>";
+    const std::wstring path = TemporaryPath();
+    LogFile log;
+    if (log.Open(path) != 0) return "<cannot write the log>";
+    recording::RecordReader records(
+        [file](char* bytes, std::size_t count) { return std::fread(bytes, 1, count, file); });
+    const Rendering rendering = RenderRecording(records, std::move(log));
+    std::fclose(file);
+    std::string text = ReadWhole(path);
+    if (!rendering.isRecording) text += "<no recording>";
+    if (rendering.end == recording::ReadEnd::Damaged) text += "<damaged>";
+    DeleteFileW(path.c_str());
+    return text;
+}
+
 class LogFixture : public testing::Test {
 protected:
     LogFixture() : path(TemporaryPath())
     {
         options.promptOpenLog = false;
-        LogFile file;
-        EXPECT_EQ(0, file.Open(path));
-        document = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        document = NewDocument();
         document->Hold();
     }
     ~LogFixture() override
     {
         if (document) document->LetGo();
-        EXPECT_TRUE(HasWholeLineEnds(ReadWhole(path)));
+        const std::string log = ReadWhole(path);
+        EXPECT_TRUE(HasWholeLineEnds(log));
+        // What the recording lacks, the log that it renders lacks.
+        if (isRecordedWhole) {
+            EXPECT_EQ(log, RenderedLog(recording));
+        }
         DeleteFileW(path.c_str());
+        DeleteFileW(recording.c_str());
     }
 
+    // A log in the place of the one before, with its recording.
+    LogDocument* NewDocument()
+    {
+        LogFile file;
+        EXPECT_EQ(0, file.Open(path));
+        int error = 0;
+        std::unique_ptr<CallRecorder> recorder = CallRecorder::Make(recording, error);
+        EXPECT_EQ(0, error);
+        return new LogDocument(std::move(file), "Root", "kind of object", path, options, std::move(recorder));
+    }
     // What has been written after the header.
     std::string Written() const
     {
@@ -73,6 +107,8 @@ protected:
     }
 
     std::wstring path;
+    std::wstring recording = path + L".zlr";
+    bool isRecordedWhole = true;  // false in a test that makes log or recording lose entries
     LogOptions options;
     LogDocument* document;
 };

@@ -1,0 +1,61 @@
+// Where the time of a recording's calls went: totals, and the distribution of each member's times in memory that does not depend
+// on the number of calls.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "ctl/recording/call_times.h"
+
+namespace zelt::ctl {
+
+// Counts durations in classes that are 1.1 % wide.
+class Distribution {
+public:
+    void Add(std::uint64_t nanoseconds);
+    // The duration that this part of all does not exceed, to 1.1 %. 0 when there are none.
+    std::uint64_t At(double part) const;
+
+private:
+    std::vector<std::uint32_t> counts;
+    std::uint64_t total = 0;
+};
+
+struct CallFigures {
+    long long calls = 0, failures = 0;
+    std::uint64_t total = 0;  // with the calls inside
+    std::uint64_t self = 0;   // in the called object alone
+    Distribution times;
+};
+
+// Who had the time of the outermost calls. The simulator's part includes the way there and back.
+struct TimeShares {
+    std::uint64_t all = 0, component = 0, simulator = 0, zelt = 0;
+};
+
+class CallProfile {
+public:
+    explicit CallProfile(std::size_t slowest) : mostSlowest(slowest) {}
+
+    void Add(const TimedCall& call);
+
+    const std::map<std::string, CallFigures>& Members() const { return members; }
+    const std::map<std::string, CallFigures>& Objects() const { return objects; }
+    const CallFigures& Total() const { return total; }
+    const TimeShares& Shares() const { return shares; }
+    // The longest first.
+    const std::vector<TimedCall>& Slowest() const { return slowest; }
+
+private:
+    static void AddTo(CallFigures& figures, const TimedCall& call, std::uint64_t self);
+
+    const std::size_t mostSlowest;
+    std::map<std::string, CallFigures> members, objects;
+    CallFigures total;
+    TimeShares shares;
+    std::vector<TimedCall> slowest;
+};
+
+}  // namespace zelt::ctl

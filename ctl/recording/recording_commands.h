@@ -1,0 +1,15 @@
+// The commands for recordings. Those here do not depend on Windows: the native program has them too.
+#pragma once
+
+#include <span>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+std::span<const Command> RecordingCommands();
+
+int DescribeRecording(const Arguments& arguments, Streams& streams);
+int ProfileRecording(const Arguments& arguments, Streams& streams);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,15 @@
+// Times for a reader.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace zelt::ctl {
+
+// Three digits with a unit: "12.3 ms"; whole nanoseconds below a microsecond.
+std::string TimeText(std::uint64_t nanoseconds);
+
+// "2026-03-05 14:07:33 UTC", of a time in units of 100 ns since 1601.
+std::string DateText(std::uint64_t fileTime);
+
+}  // namespace zelt::ctl

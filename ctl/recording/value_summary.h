@@ -1,0 +1,13 @@
+// A recorded argument in a few words.
+#pragma once
+
+#include <string>
+
+#include "recording/record.h"
+
+namespace zelt::ctl {
+
+// Appends "name=value", after a comma where the text is not empty. Of a long list it gives the first values and the count.
+void AppendSummary(std::string& text, const recording::ArgumentRecord& argument);
+
+}  // namespace zelt::ctl

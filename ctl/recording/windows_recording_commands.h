@@ -1,0 +1,14 @@
+// The commands for recordings that need Windows: the writers of logs are its.
+#pragma once
+
+#include <span>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+std::span<const Command> WindowsRecordingCommands();
+
+int RenderAsLog(const Arguments& arguments, Streams& streams);
+
+}  // namespace zelt::ctl

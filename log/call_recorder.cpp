@@ -1,0 +1,122 @@
+#include "log/call_recorder.h"
+
+#include "com/failure.h"
+#include "log/error_description.h"
+#include "log/failure_detail.h"
+
+namespace zelt {
+namespace {
+
+using recording::SentenceParts;
+
+std::uint64_t StartOfRecording()
+{
+    FILETIME now;
+    GetSystemTimePreciseAsFileTime(&now);
+    return std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
+}
+
+}  // namespace
+
+std::unique_ptr<CallRecorder> CallRecorder::Make(const std::wstring& path, int& error)
+{
+    LogFile file;
+    error = file.Open(path);
+    if (error != 0) return nullptr;
+    return std::unique_ptr<CallRecorder>(new CallRecorder(std::move(file)));
+}
+
+CallRecorder::CallRecorder(LogFile openFile)
+    : file(std::move(openFile)), records([this](std::string_view bytes) { return file.Write(bytes); })
+{
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    nanosecondsPerTick = 1e9 / static_cast<double>(frequency.QuadPart);
+}
+
+std::uint64_t CallRecorder::Now() const
+{
+    LARGE_INTEGER now;
+    QueryPerformanceCounter(&now);
+    return static_cast<std::uint64_t>(static_cast<double>(now.QuadPart) * nanosecondsPerTick);
+}
+
+void CallRecorder::Begin(std::string_view objectName, std::string_view objectType, std::string_view startText) noexcept
+{
+    com::Attempt([&] {
+        recording::Header header;
+        header.program = ZELT_PROGRAM;
+        header.width = sizeof(void*) * 8;
+        header.objectName = objectName;
+        header.objectType = objectType;
+        header.startText = startText;
+        header.started = StartOfRecording();
+        header.codePage = GetACP();
+        header.locale = GetSystemDefaultLCID();
+        header.thread = GetCurrentThreadId();
+        records.Begin(header);
+        records.Flush();
+    });
+}
+
+void CallRecorder::BeginCall(bool isIn, std::string_view member, std::string_view object) noexcept
+{
+    com::Attempt([&] {
+        open.push_back({});
+        records.BeginCall(member, object, !isIn, Now());
+    });
+}
+
+void CallRecorder::EnterObject() noexcept
+{
+    // What the object was given is in the file before it can end the process.
+    com::Attempt([this] { records.Flush(); });
+    if (!open.empty()) open.back().entered = Now();
+}
+
+void CallRecorder::LeaveObject() noexcept
+{
+    if (!open.empty()) open.back().inside += Now() - open.back().entered;
+}
+
+void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept
+{
+    com::Attempt([&] {
+        std::uint64_t inside = 0;
+        if (!open.empty()) {
+            inside = open.back().inside;
+            open.pop_back();
+        }
+        recording::Failure why = {};
+        SentenceParts more = {};
+        std::string_view holes[2];
+        if (failure) why = {failure->name, failure->description, nullptr};
+        if (detail) {
+            holes[0] = detail->first;
+            holes[1] = detail->second;
+            more = {RowOf(detail->sentence).text, holes};
+            why.detail = &more;
+        }
+        records.EndCall(static_cast<std::uint32_t>(result), Now(), inside, failure ? &why : nullptr);
+        records.Flush();
+    });
+}
+
+void CallRecorder::Say(Sentence sentence, std::initializer_list<std::string_view> holes) noexcept
+{
+    com::Attempt([&] {
+        records.Say({RowOf(sentence).text, {holes.begin(), holes.size()}});
+        if (open.empty()) records.Flush();
+    });
+}
+
+void CallRecorder::End() noexcept
+{
+    com::Attempt([this] {
+        records.End();
+        records.Flush();
+    });
+    file.Close();
+}
+
+}  // namespace zelt

@@ -1,0 +1,177 @@
+#include "log/recorded_variant.h"
+
+#include <oleauto.h>
+
+#include <cstring>
+#include <stdexcept>
+
+#include "recording/text_form.h"
+
+namespace zelt {
+namespace {
+
+using recording::ArrayValue;
+using recording::Value;
+
+constexpr std::size_t kMostBytes = std::size_t{1} << 30;
+
+[[noreturn]] void Contradicts() { throw std::length_error("the recorded value contradicts itself"); }
+
+std::size_t CountElements(const ArrayValue& array)
+{
+    std::size_t count = 1;
+    for (const recording::Bound& bound : array.bounds) {
+        const auto elements = static_cast<std::uint32_t>(bound.count);
+        if (elements != 0 && count > kMostBytes / elements) Contradicts();
+        count *= elements;
+    }
+    return count;
+}
+
+void* PointerTo(std::uint64_t address) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(address)); }
+
+std::size_t SizeOf(VARTYPE type)
+{
+    switch (type) {
+        case VT_I1:
+        case VT_UI1: return 1;
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL: return 2;
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_ERROR: return 4;
+        default: return 8;
+    }
+}
+
+}  // namespace
+
+BSTR NewRecordedText(const Value& value)
+{
+    if (value.form == Value::Form::RawText) {
+        return SysAllocStringByteLen(value.bytes.data(), static_cast<UINT>(value.bytes.size()));
+    }
+    if (value.form != Value::Form::Text) return nullptr;
+    const std::optional<std::u16string> text = recording::Utf16(value.bytes);
+    if (!text) Contradicts();
+    return SysAllocStringLen(reinterpret_cast<const wchar_t*>(text->data()), static_cast<UINT>(text->size()));
+}
+
+RecordedVariant::RecordedVariant(const Value& value) : variant(Make(value)) {}
+
+RecordedVariant::~RecordedVariant()
+{
+    for (BSTR text : texts) SysFreeString(text);
+    for (SAFEARRAY* array : arrays) {
+        array->pvData = nullptr;
+        SafeArrayDestroyDescriptor(array);
+    }
+}
+
+void* RecordedVariant::Room(std::size_t bytes)
+{
+    if (bytes > kMostBytes) Contradicts();
+    return rooms.emplace_back(bytes).data();
+}
+
+VARIANT RecordedVariant::Make(const Value& value)
+{
+    VARIANT made = {};
+    made.vt = value.type;
+    if (value.form == Value::Form::None) return made;
+    if (value.form == Value::Form::Array) {
+        SAFEARRAY* const array = MakeArray(value.array.at(0), value.type & VT_TYPEMASK);
+        if (value.type & VT_BYREF) {
+            auto** place = static_cast<SAFEARRAY**>(Room(sizeof array));
+            *place = array;
+            made.pparray = place;
+        } else {
+            made.parray = array;
+        }
+        return made;
+    }
+    if (!(value.type & VT_BYREF)) {
+        SetScalar(made, value);
+        return made;
+    }
+    // The value lies elsewhere, in the form that it has inside a VARIANT.
+    VARIANT held = {};
+    SetScalar(held, value);
+    void* const place = Room(sizeof held);
+    std::memcpy(place, (value.type & VT_TYPEMASK) == VT_DECIMAL ? static_cast<const void*>(&held) : &held.llVal,
+                (value.type & VT_TYPEMASK) == VT_DECIMAL ? sizeof(DECIMAL) : sizeof held.llVal);
+    made.byref = place;
+    return made;
+}
+
+void RecordedVariant::SetScalar(VARIANT& made, const Value& value)
+{
+    const VARTYPE vt = made.vt;
+    switch (value.form) {
+        case Value::Form::Integer: std::memcpy(&made.llVal, &value.integer, SizeOf(value.type & VT_TYPEMASK)); break;
+        case Value::Form::Real: made.dblVal = value.real; break;
+        case Value::Form::Text:
+        case Value::Form::RawText:
+            made.bstrVal = NewRecordedText(value);
+            texts.push_back(made.bstrVal);
+            break;
+        case Value::Form::Pointer: made.byref = PointerTo(value.address); break;
+        case Value::Form::Raw:
+            if (value.bytes.size() == sizeof(DECIMAL)) {
+                std::memcpy(&made, value.bytes.data(), sizeof(DECIMAL));
+                made.vt = vt;
+            } else {
+                std::memcpy(&made.llVal, value.bytes.data(), std::min(value.bytes.size(), sizeof made.llVal));
+            }
+            break;
+        case Value::Form::None:
+        case Value::Form::Array: break;
+    }
+}
+
+SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declared)
+{
+    if (recorded.bounds.empty()) return nullptr;
+    if (recorded.bounds.size() > 0xFFFF) Contradicts();
+    const auto dimensions = static_cast<UINT>(recorded.bounds.size());
+    SAFEARRAY* array = nullptr;
+    const HRESULT made = recorded.elementType ? SafeArrayAllocDescriptorEx(*recorded.elementType, dimensions, &array)
+                                              : SafeArrayAllocDescriptor(dimensions, &array);
+    if (FAILED(made)) Contradicts();
+    arrays.push_back(array);
+    // What kind of elements there are; whose memory they are in is another matter here.
+    array->fFeatures |= recorded.features & (FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT);
+    array->cbElements = recorded.elementSize;
+    for (UINT dimension = 0; dimension < dimensions; ++dimension) {
+        // The descriptor has the rightmost dimension first.
+        const recording::Bound& bound = recorded.bounds[dimensions - 1 - dimension];
+        array->rgsabound[dimension] = {static_cast<ULONG>(bound.count), bound.lower};
+    }
+    const std::size_t count = CountElements(recorded);
+    const VARTYPE type = recorded.elementType.value_or(declared);
+    if (!recorded.elements.empty() || type == VT_VARIANT) {
+        if (!recorded.elements.empty() && recorded.elements.size() != count) Contradicts();
+        const std::size_t size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(void*);
+        auto* bytes = static_cast<char*>(Room(count * size));
+        for (std::size_t i = 0; i < recorded.elements.size(); ++i) {
+            const VARIANT element = Make(recorded.elements[i]);
+            if (size == sizeof(VARIANT)) {
+                std::memcpy(bytes + i * size, &element, size);
+            } else {
+                std::memcpy(bytes + i * size, &element.byref, size);
+            }
+        }
+        array->pvData = bytes;
+    } else if (!recorded.numbers.empty()) {
+        if (recorded.elementSize == 0 || recorded.numbers.size() / recorded.elementSize < count) Contradicts();
+        void* const bytes = Room(recorded.numbers.size());
+        std::memcpy(bytes, recorded.numbers.data(), recorded.numbers.size());
+        array->pvData = bytes;
+    }
+    return array;
+}
+
+}  // namespace zelt

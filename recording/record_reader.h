@@ -1,0 +1,55 @@
+// Reads a recording record by record, in memory that depends on its longest record and its tables alone. A recording that is cut
+// off or damaged is read up to there.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "recording/record.h"
+
+namespace zelt::recording {
+
+enum class ReadEnd {
+    None,      // there is more
+    Complete,  // after the record that ends a recording, or where whole records end
+    CutOff,    // in the middle of a record
+    Damaged,   // at bytes that are no record
+};
+
+class RecordReader {
+public:
+    // Puts up to `count` bytes into `bytes` and returns how many; 0 at the end.
+    using Input = std::function<std::size_t(char* bytes, std::size_t count)>;
+
+    explicit RecordReader(Input input) : input(std::move(input)) {}
+
+    // The next record; nothing at the end, whatever it is.
+    const Record* Next();
+    ReadEnd End() const { return end; }
+    // Where the latest record begins, in bytes from the beginning of the file.
+    std::uint64_t Offset() const { return offset; }
+
+private:
+    // The bytes of the next record are in `buffer` from `begin`. False at the end.
+    bool Load(std::size_t& length);
+    bool Fill(std::size_t count);
+    // False for a record that only fills a table, or that is unknown.
+    bool Decode(std::string_view bytes);
+
+    Input input;
+    std::string buffer;
+    std::size_t begin = 0;  // of the unread bytes in the buffer
+    std::uint64_t offset = 0, nextOffset = 0;
+    std::size_t recordLength = 0;  // of the latest record, without its own length before it
+    ReadEnd end = ReadEnd::None;
+    bool isAtEndOfFile = false;
+    std::deque<std::string> texts;
+    std::vector<std::uint64_t> pointers;
+    Record record;
+};
+
+}  // namespace zelt::recording

@@ -1,0 +1,176 @@
+#include "recording/record_writer.h"
+
+#include <algorithm>
+
+#include <protozero/varint.hpp>
+
+namespace zelt::recording {
+namespace {
+
+constexpr std::uint32_t kLengthDelimited = 2;  // the wire type
+
+}  // namespace
+
+void ValueWriter::Text(std::string_view utf8)
+{
+    const std::uint32_t row = records.TryRowOf(utf8);
+    if (row != RecordWriter::kNoRow) return fields.add_uint32(ValueTag::Text, row);
+    fields.add_bytes(ValueTag::LongText, utf8.data(), utf8.size());
+}
+
+void ValueWriter::Pointer(std::uint64_t address) { fields.add_uint32(ValueTag::Pointer, records.RowOf(address)); }
+
+void ValueWriter::Type(std::string_view type) { fields.add_uint32(ValueTag::Type, records.RowOf(type)); }
+
+void ValueWriter::Shown(std::string_view name) { fields.add_uint32(ValueTag::Shown, records.RowOf(name)); }
+
+void ValueWriter::Expected(std::uint16_t type, bool mayBeEmpty)
+{
+    fields.add_uint32(ValueTag::Expected, type + 1u);
+    if (mayBeEmpty) fields.add_bool(ValueTag::MayBeEmpty, true);
+}
+
+void RecordWriter::Begin(const Header& header)
+{
+    message.clear();
+    protozero::pbf_builder<HeaderTag> fields(message);
+    const auto text = [&](HeaderTag tag, std::string_view value) { fields.add_bytes(tag, value.data(), value.size()); };
+    fields.add_uint32(HeaderTag::Version, header.version);
+    text(HeaderTag::Program, header.program);
+    fields.add_uint32(HeaderTag::Width, header.width);
+    text(HeaderTag::ObjectName, header.objectName);
+    text(HeaderTag::ObjectType, header.objectType);
+    text(HeaderTag::StartText, header.startText);
+    fields.add_fixed64(HeaderTag::Started, header.started);
+    fields.add_uint32(HeaderTag::CodePage, header.codePage);
+    fields.add_uint32(HeaderTag::Locale, header.locale);
+    fields.add_uint32(HeaderTag::Thread, header.thread);
+    text(HeaderTag::Settings, header.settings);
+    AppendBytes(RecordTag::Header, message);
+}
+
+void RecordWriter::BeginCall(std::string_view member, std::string_view object, bool isOutward, std::uint64_t now)
+{
+    message.clear();
+    protozero::pbf_builder<CallTag> fields(message);
+    fields.add_uint32(CallTag::Member, RowOf(member));
+    fields.add_uint32(CallTag::Object, RowOf(object));
+    if (isOutward) fields.add_bool(CallTag::Outward, true);
+    fields.add_uint64(CallTag::Start, now - lastTime);
+    AppendBytes(RecordTag::Call, message);
+    lastTime = now;
+    open.push_back(now);
+}
+
+void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure)
+{
+    message.clear();
+    protozero::pbf_builder<ResultTag> fields(message);
+    if (status != 0) fields.add_fixed32(ResultTag::Status, status);
+    if (!open.empty()) {
+        fields.add_uint64(ResultTag::Duration, now - open.back());
+        open.pop_back();
+    }
+    if (inside != 0) fields.add_uint64(ResultTag::Inside, inside);
+    if (failure) {
+        fields.add_bytes(ResultTag::Name, failure->name.data(), failure->name.size());
+        fields.add_bytes(ResultTag::Description, failure->description.data(), failure->description.size());
+        if (failure->detail) {
+            std::string detail;
+            AppendTo(detail, *failure->detail);
+            fields.add_message(ResultTag::Detail, detail);
+        }
+    }
+    AppendBytes(RecordTag::Result, message);
+    lastTime = now;
+}
+
+void RecordWriter::Say(const SentenceParts& sentence)
+{
+    message.clear();
+    AppendTo(message, sentence);
+    AppendBytes(RecordTag::Sentence, message);
+}
+
+void RecordWriter::AppendTo(std::string& record, const SentenceParts& sentence)
+{
+    protozero::pbf_builder<SentenceTag> fields(record);
+    fields.add_uint32(SentenceTag::Pattern, RowOf(sentence.pattern));
+    for (const std::string_view hole : sentence.holes) fields.add_bytes(SentenceTag::Hole, hole.data(), hole.size());
+}
+
+void RecordWriter::End()
+{
+    message.clear();
+    AppendBytes(RecordTag::End, message);
+}
+
+void RecordWriter::Flush()
+{
+    if (pending.empty()) return;
+    if (isWhole) isWhole = output(pending);
+    pending.clear();
+}
+
+std::uint32_t RecordWriter::RowOf(std::string_view text)
+{
+    const auto found = texts.find(text);
+    return found != texts.end() ? found->second : NewRow(text);
+}
+
+std::uint32_t RecordWriter::TryRowOf(std::string_view text)
+{
+    const auto found = texts.find(text);
+    if (found != texts.end()) return found->second;
+    return text.size() > kLongestRow || texts.size() >= kMostRows ? kNoRow : NewRow(text);
+}
+
+std::uint32_t RecordWriter::NewRow(std::string_view text)
+{
+    const auto row = static_cast<std::uint32_t>(texts.size());
+    const auto added = texts.emplace(text, row).first;
+    try {
+        AppendBytes(RecordTag::Text, text);
+    } catch (...) {
+        texts.erase(added);
+        throw;
+    }
+    return row;
+}
+
+std::uint32_t RecordWriter::RowOf(std::uint64_t address)
+{
+    const auto row = static_cast<std::uint32_t>(pointers.size());
+    const auto [found, isNew] = pointers.emplace(address, row);
+    if (!isNew) return found->second;
+    try {
+        std::string record;
+        protozero::pbf_builder<RecordTag>(record).add_fixed64(RecordTag::Pointer, address);
+        AppendRecord(record);
+    } catch (...) {
+        pointers.erase(found);
+        throw;
+    }
+    return row;
+}
+
+void RecordWriter::AppendBytes(RecordTag tag, std::string_view bytes)
+{
+    std::string head;
+    protozero::add_varint_to_buffer(&head, static_cast<std::uint32_t>(tag) << 3 | kLengthDelimited);
+    protozero::add_varint_to_buffer(&head, bytes.size());
+    AppendRecord(head, bytes);
+}
+
+// Grows before it appends, so that no part of a record is left when memory is short.
+void RecordWriter::AppendRecord(std::string_view head, std::string_view rest)
+{
+    constexpr std::size_t kLongestLength = 10;
+    const std::size_t needed = pending.size() + kLongestLength + head.size() + rest.size();
+    if (needed > pending.capacity()) pending.reserve(std::max(needed, 2 * pending.capacity()));
+    protozero::add_varint_to_buffer(&pending, head.size() + rest.size());
+    pending += head;
+    pending += rest;
+}
+
+}  // namespace zelt::recording

@@ -1,0 +1,160 @@
+// Puts the records of recording.proto together. Records gather until Flush, which hands all of them over at once, so that what
+// arrives in a file is whole. Where handing over fails, the recording ends there: a reader could not follow what comes after.
+// Not thread safe.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <protozero/pbf_builder.hpp>
+
+#include "recording/format.h"
+
+namespace zelt::recording {
+
+struct Header {
+    std::uint32_t version = kFormatVersion;
+    std::string_view program;
+    std::uint32_t width = 0;
+    std::string_view objectName, objectType, startText;
+    std::uint64_t started = 0;
+    std::uint32_t codePage = 0, locale = 0, thread = 0;
+    std::string_view settings;
+};
+
+// A sentence of the log: its pattern, and what fills the holes.
+struct SentenceParts {
+    std::string_view pattern;
+    std::span<const std::string_view> holes;
+};
+
+struct Failure {
+    std::string_view name, description;
+    const SentenceParts* detail;  // may be null
+};
+
+class RecordWriter;
+
+// One value under construction. Each value is written once, or not at all.
+class ValueWriter {
+public:
+    ValueWriter(RecordWriter& records, std::string& message) : records(records), fields(message) {}
+
+    void Integer(std::int64_t value) { fields.add_sint64(ValueTag::Integer, value); }
+    void Real(double value) { fields.add_double(ValueTag::Real, value); }
+    // The bytes that AppendUtf8 makes.
+    void Text(std::string_view utf8);
+    void RawText(std::string_view bytes) { fields.add_bytes(ValueTag::RawText, bytes.data(), bytes.size()); }
+    void Pointer(std::uint64_t address);
+    void Raw(std::string_view bytes) { fields.add_bytes(ValueTag::Raw, bytes.data(), bytes.size()); }
+
+    // What an argument has besides its value.
+    void Type(std::string_view type);
+    void Shown(std::string_view name);
+    void Expected(std::uint16_t type, bool mayBeEmpty);
+
+    // A VARIANT, whose value `body(ValueWriter&)` writes; and the array in one, which `body(ArrayFields&)` writes.
+    template <class Body>
+    void Variant(std::uint16_t type, Body&& body)
+    {
+        std::string nested;
+        ValueWriter variant(records, nested);
+        variant.fields.add_uint32(ValueTag::VarType, type);
+        body(variant);
+        fields.add_message(ValueTag::Nested, nested);
+    }
+    using ArrayFields = protozero::pbf_builder<ArrayTag>;
+    template <class Body>
+    void Array(Body&& body)
+    {
+        ArrayFields array(fields, ValueTag::Nested);
+        body(array);
+    }
+    // An element of an array, as a VARIANT of its own.
+    template <class Body>
+    void Element(ArrayFields& array, std::uint16_t type, Body&& body)
+    {
+        std::string nested;
+        ValueWriter element(records, nested);
+        element.fields.add_uint32(ValueTag::VarType, type);
+        body(element);
+        array.add_message(ArrayTag::Elements, nested);
+    }
+
+private:
+    friend class RecordWriter;
+
+    RecordWriter& records;
+    protozero::pbf_builder<ValueTag> fields;
+};
+
+class RecordWriter {
+public:
+    // Takes whole records; false when it could not.
+    using Output = std::function<bool(std::string_view)>;
+
+    explicit RecordWriter(Output output) : output(std::move(output)) {}
+    RecordWriter(const RecordWriter&) = delete;
+    RecordWriter& operator=(const RecordWriter&) = delete;
+
+    void Begin(const Header& header);
+    // Times are nanoseconds of one clock.
+    void BeginCall(std::string_view member, std::string_view object, bool isOutward, std::uint64_t now);
+    void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure);
+    void Say(const SentenceParts& sentence);
+    // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
+    template <class Body>
+    void Argument(std::string_view name, bool isOut, ArgumentKind kind, Body&& body)
+    {
+        message.clear();
+        ValueWriter value(*this, message);
+        value.fields.add_uint32(ValueTag::Name, RowOf(name));
+        value.fields.add_uint32(ValueTag::What, static_cast<std::uint32_t>(kind) * 2 + (isOut ? 1 : 0));
+        body(value);
+        AppendBytes(RecordTag::Argument, message);
+    }
+    void End();
+
+    // Hands over what has gathered.
+    void Flush();
+    // Whether everything could be handed over so far.
+    bool IsWhole() const { return isWhole; }
+
+private:
+    friend class ValueWriter;
+
+    // Texts up to this length get a row when they first come. The table does not grow for ever.
+    static constexpr std::size_t kLongestRow = 255;
+    static constexpr std::size_t kMostRows = 100'000;
+    static constexpr std::uint32_t kNoRow = UINT32_MAX;
+
+    struct TextHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
+
+    // The text's row, which is appended if it is new. TryRowOf gives kNoRow for one that gets none.
+    std::uint32_t RowOf(std::string_view text);
+    std::uint32_t TryRowOf(std::string_view text);
+    std::uint32_t RowOf(std::uint64_t address);
+    std::uint32_t NewRow(std::string_view text);
+    void AppendBytes(RecordTag tag, std::string_view bytes);
+    void AppendRecord(std::string_view head, std::string_view rest = {});
+    void AppendTo(std::string& record, const SentenceParts& sentence);
+
+    Output output;
+    std::string pending, message;
+    std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> texts;
+    std::unordered_map<std::uint64_t, std::uint32_t> pointers;
+    std::uint64_t lastTime = 0;
+    std::vector<std::uint64_t> open;  // the start of each call that has no result
+    bool isWhole = true;
+};
+
+}  // namespace zelt::recording

@@ -1,0 +1,97 @@
+#include "tests/recordings/sample_recording.h"
+
+#include <vector>
+
+namespace zelt::test {
+
+using namespace recording;
+
+namespace {
+
+constexpr std::uint16_t kI4 = 3, kR8 = 5, kText = 8, kArray = 0x2000, kVariant = 12;
+
+void WriteArguments(RecordWriter& records)
+{
+    records.Argument("count", false, ArgumentKind::Long, [](ValueWriter& value) { value.Integer(-7); });
+    records.Argument("temperature", false, ArgumentKind::Double, [](ValueWriter& value) { value.Real(353.15); });
+    records.Argument("name", false, ArgumentKind::String, [](ValueWriter& value) {
+        value.Text(
+            "Pl\xC3\xB6"
+            "cker");
+    });
+    records.Argument("remarks", false, ArgumentKind::String,
+                     [](ValueWriter& value) { value.Text(std::string(300, 'r')); });
+    records.Argument("odd", false, ArgumentKind::String, [](ValueWriter& value) { value.RawText("a\0b"); });
+    records.Argument("missing", false, ArgumentKind::String, [](ValueWriter&) {});
+    records.Argument("stream", false, ArgumentKind::NamedInterface, [](ValueWriter& value) {
+        value.Pointer(0x12345678);
+        value.Shown("Feed");
+    });
+    records.Argument("type", false, ArgumentKind::Enumeration, [](ValueWriter& value) {
+        value.Integer(1);
+        value.Type("CapePortType");
+    });
+    const double fractions[] = {0.25, 0.75};
+    records.Argument("fractions", false, ArgumentKind::Variant, [&](ValueWriter& value) {
+        value.Variant(kArray | kR8, [&](ValueWriter& variant) {
+            variant.Array([&](ValueWriter::ArrayFields& array) {
+                array.add_uint32(ArrayTag::ElementSize, 8);
+                array.add_uint32(ArrayTag::ElementType, kR8 + 1);
+                const std::vector<std::int32_t> bounds = {1, 2};
+                array.add_packed_sint32(ArrayTag::Bounds, bounds.begin(), bounds.end());
+                array.add_bytes(ArrayTag::Numbers, reinterpret_cast<const char*>(fractions), sizeof fractions);
+            });
+        });
+        value.Expected(kArray | kR8, true);
+    });
+    records.Argument("mixed", false, ArgumentKind::Variant, [&](ValueWriter& value) {
+        value.Variant(kArray | kVariant, [&](ValueWriter& variant) {
+            variant.Array([&](ValueWriter::ArrayFields& array) {
+                array.add_uint32(ArrayTag::ElementSize, 16);
+                const std::vector<std::int32_t> bounds = {0, 2};
+                array.add_packed_sint32(ArrayTag::Bounds, bounds.begin(), bounds.end());
+                variant.Element(array, kI4, [](ValueWriter& element) { element.Integer(4); });
+                variant.Element(array, kText, [](ValueWriter& element) { element.Text("Feed"); });
+            });
+        });
+    });
+}
+
+}  // namespace
+
+std::string SampleRecording(bool isClosed)
+{
+    std::string bytes;
+    RecordWriter records([&bytes](std::string_view more) {
+        bytes += more;
+        return true;
+    });
+    Header header;
+    header.program = "ZELT 1.0.0";
+    header.width = 32;
+    header.objectName = "Aromatics";
+    header.objectType = "Property Package";
+    header.startText = "March 05, 2026, 14:07";
+    header.started = 134'171'932'530'000'000;
+    header.codePage = 1252;
+    records.Begin(header);
+    records.BeginCall("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "Aromatics", false, 1'000'000);
+    WriteArguments(records);
+    records.BeginCall("ICapeThermoMaterial::GetOverallProp", "Feed", true, 1'010'000);
+    const std::string_view hole[] = {"Feed"};
+    records.Say({"QueryInterface for unsupported interface %s", hole});
+    records.Argument("results", true, ArgumentKind::Double, [](ValueWriter& value) { value.Real(1e5); });
+    records.EndCall(0, 1'040'000, 20'000, nullptr);
+    const std::string_view words[] = {"no root", "Solver"};
+    const SentenceParts detail = {"Error information: \"%n\" (source: %n)", words};
+    const Failure failure = {"ECapeSolvingErrorHR", "did not converge", &detail};
+    records.EndCall(0x8004050C, 3'000'000, 1'900'000, &failure);
+    records.Flush();
+    if (isClosed) {
+        records.End();
+        records.Flush();
+    }
+    return bytes;
+}
+
+}  // namespace zelt::test
