@@ -102,10 +102,10 @@ void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const Fai
     });
 }
 
-void CallRecorder::Say(Sentence sentence, std::initializer_list<std::string_view> holes) noexcept
+void CallRecorder::Say(Sentence sentence, HoleTexts holes) noexcept
 {
     com::Attempt([&] {
-        records.Say({RowOf(sentence).text, {holes.begin(), holes.size()}});
+        records.Say({RowOf(sentence).text, holes});
         if (open.empty()) records.Flush();
     });
 }

@@ -37,7 +37,7 @@ public:
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
     void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept;
-    void Say(Sentence sentence, std::initializer_list<std::string_view> holes) noexcept;
+    void Say(Sentence sentence, HoleTexts holes) noexcept;
     // `body(recording::ValueWriter&)` writes the value, which may be another's memory; what cannot be read is recorded as such,
     // with the logged type.
     template <class Body>

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "log/arg_writer.h"
+#include "log/record_argument.h"
 
 namespace zelt {
 namespace {
@@ -49,7 +50,7 @@ const Enumeration* FindEnumeration(std::string_view name)
 
 void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value)
 {
-    document.Record(name, isIn, recording::ArgumentKind::Enumeration, type.name, [&](recording::ValueWriter& record) {
+    Record(document, name, isIn, recording::ArgumentKind::Enumeration, type.name, [&](recording::ValueWriter& record) {
         record.Integer(value);
         record.Type(type.name);
     });

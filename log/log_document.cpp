@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "com/failure.h"
+#include "log/call_recorder.h"
 #include "log/failure_detail.h"
 #include "log/log_options.h"
 #include "log/log_text.h"
@@ -41,18 +42,39 @@ std::string StartTime()
 LogClosedFunction SetLogClosed(LogClosedFunction function) { return std::exchange(logClosed, function); }
 
 LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view objectType, std::wstring path,
-                         const LogOptions& logOptions, std::unique_ptr<CallRecorder> callRecorder,
-                         std::string startText)
-    : file(std::move(openFile)), objectName(std::move(name)), logPath(std::move(path)), options(logOptions)
+                         const LogOptions& logOptions, std::string start)
+    : file(std::move(openFile)),
+      objectName(std::move(name)),
+      startText(start.empty() ? StartTime() : std::move(start)),
+      logPath(std::move(path)),
+      options(logOptions)
 {
     entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
-    if (startText.empty()) startText = StartTime();
     hasHeader = WriteEntry([&] { entry += kHeader; });
     Write(Sentence::LoggingStarted, {startText});
     Write(Sentence::CreatingObject, {objectName});
     Write(Sentence::ObjectType, {objectType});
+}
+
+void LogDocument::RecordTo(std::unique_ptr<CallRecorder> callRecorder, std::string_view objectType)
+{
     recorder = std::move(callRecorder);
     if (recorder) recorder->Begin(objectName, objectType, startText);
+}
+
+void LogDocument::RecordSentence(Sentence sentence, HoleTexts holes)
+{
+    if (Recorder()) recorder->Say(sentence, holes);
+}
+
+void LogDocument::RecordEntry()
+{
+    if (Recorder()) recorder->EnterObject();
+}
+
+void LogDocument::RecordReturn()
+{
+    if (Recorder()) recorder->LeaveObject();
 }
 
 LogDocument::~LogDocument() { Close(); }
@@ -106,7 +128,7 @@ void LogDocument::AppendSentence(Sentence sentence, HoleTexts holes, int level)
 
 void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
 {
-    if (IsRecorded()) recorder->BeginCall(isIn, functionName, name);
+    if (Recorder()) recorder->BeginCall(isIn, functionName, name);
     const bool isWritten = WriteEntry([&] {
         Indent();
         entry += "<func name=\"";
@@ -138,7 +160,7 @@ void LogDocument::EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInf
 
 void LogDocument::EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail)
 {
-    if (IsRecorded()) recorder->EndCall(result, failure, detail);
+    if (Recorder()) recorder->EndCall(result, failure, detail);
     CloseFunc(failure, detail);
 }
 

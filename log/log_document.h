@@ -15,12 +15,12 @@
 #include <string_view>
 #include <utility>
 
-#include "log/call_recorder.h"
 #include "log/log_file.h"
 #include "log/vocabulary/sentences.h"
 
 namespace zelt {
 
+class CallRecorder;
 struct LogOptions;
 struct FailureDetail;
 struct FailureText;
@@ -38,11 +38,10 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document. `recorder` (may be
-    // null) gets everything that the log shows. `startText` is the time that the header gives, now if it is empty.
+    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document. `startText` is the time
+    // that the header gives, now if it is empty.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
-                const LogOptions& options, std::unique_ptr<CallRecorder> recorder = nullptr,
-                std::string startText = {});
+                const LogOptions& options, std::string startText = {});
     ~LogDocument();
     LogDocument(const LogDocument&) = delete;
     LogDocument& operator=(const LogDocument&) = delete;
@@ -56,15 +55,19 @@ public:
     // Entries that could not be written since the last that was.
     std::int64_t Missing() const { return missing; }
 
+    // What the log shows from now on is recorded, too, after its header.
+    void RecordTo(std::unique_ptr<CallRecorder> callRecorder, std::string_view objectType);
+    // Null while nothing is recorded.
+    CallRecorder* Recorder() const { return file.IsOpen() ? recorder.get() : nullptr; }
+
     // A sentence with its holes filled, followed by a warning when characters had to be dropped.
     void Write(Sentence sentence, std::initializer_list<std::string_view> holes = {})
     {
-        if (recorder && file.IsOpen()) recorder->Say(sentence, holes);
-        WriteEntry([&] { AppendSentence(sentence, holes); });
+        Write(sentence, HoleTexts(holes.begin(), holes.size()));
     }
-
     void Write(Sentence sentence, HoleTexts holes)
     {
+        if (recorder) RecordSentence(sentence, holes);
         WriteEntry([&] { AppendSentence(sentence, holes); });
     }
 
@@ -82,19 +85,12 @@ public:
     // Around the time that a call spends in the called object.
     void EnterObject()
     {
-        if (recorder) recorder->EnterObject();
+        if (recorder) RecordEntry();
     }
     void LeaveObject()
     {
-        if (recorder) recorder->LeaveObject();
+        if (recorder) RecordReturn();
     }
-    // Records an argument's value, if there is a recording; see CallRecorder.
-    template <class Body>
-    void Record(const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type, Body&& body)
-    {
-        if (recorder && file.IsOpen()) recorder->Argument(name, isIn, kind, type, body);
-    }
-    bool IsRecorded() const { return recorder && file.IsOpen(); }
 
     // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
@@ -108,6 +104,9 @@ public:
 private:
     friend class ArgWriter;
 
+    void RecordSentence(Sentence sentence, HoleTexts holes);
+    void RecordEntry();
+    void RecordReturn();
     void AppendSentence(Sentence sentence, HoleTexts holes, int level = 0);
     void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0)
     {
@@ -152,6 +151,7 @@ private:
     LogFile file;
     std::unique_ptr<CallRecorder> recorder;
     std::string objectName;
+    std::string startText;
     std::wstring logPath;
     const LogOptions& options;
     std::string entry;              // the entry being put together; grows to the largest and is reused

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "log/call_recorder.h"
 #include "log/log_location.h"
 #include "log/log_options.h"
 #include "system/narrow.h"
@@ -57,8 +58,9 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
                                           L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
         }
     }
-    log.document = DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path),
-                                                options, std::move(recorder)));
+    log.document =
+        DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options));
+    log.document.Get()->RecordTo(std::move(recorder), objectType);
     return log;
 }
 

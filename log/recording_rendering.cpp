@@ -149,7 +149,7 @@ Rendering RenderRecording(RecordReader& records, LogFile file)
     rendering.isRecording = true;
     LogOptions options;
     options.promptOpenLog = false;
-    LogDocument log(std::move(file), std::string(header->objectName), header->objectType, {}, options, nullptr,
+    LogDocument log(std::move(file), std::string(header->objectName), header->objectType, {}, options,
                     std::string(header->startText));
     try {
         while ((record = records.Next())) {

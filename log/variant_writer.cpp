@@ -6,6 +6,7 @@
 #include "log/arg_writer.h"
 #include "log/array_reader.h"
 #include "log/log_text.h"
+#include "log/record_argument.h"
 #include "system/narrow.h"
 #include "log/value_recorders.h"
 #include "log/value_text.h"
@@ -126,10 +127,10 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected)
 {
     const auto type = [&value](std::string& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
-    if (document.IsRecorded()) {
+    if (document.Recorder()) {
         std::string shownType;
         type(shownType);
-        document.Record(name, isIn, recording::ArgumentKind::Variant, shownType, [&](recording::ValueWriter& record) {
+        Record(document, name, isIn, recording::ArgumentKind::Variant, shownType, [&](recording::ValueWriter& record) {
             RecordVariant(record, value);
             if (expected.type != kAnyType) record.Expected(expected.type, expected.allowEmpty);
         });

@@ -1,7 +1,7 @@
-# Guided fuzzing of the code that reads logs. Sourced by ./dev.
+# Guided fuzzing of the code that reads logs and recordings. Sourced by ./dev.
 
 # How many inputs each program gets: the commands take ten times as long for one.
-declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000)
+declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000 [recording_reader]=1000000)
 
 # Fuzz [name...] [-- options]: the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are libFuzzer's.
 # Inputs that it considers worth keeping stay in build/fuzz/inputs, and an input that fails is named at the end.
@@ -22,6 +22,7 @@ Fuzz()
         [ -n "${fuzzRuns[$name]:-}" ] || Fail "There is no fuzzer \"$name\"; they are in the folder tests/fuzz."
         folder=build/fuzz/inputs/$name
         mkdir -p "$folder"
+        [ "$name" != recording_reader ] || cp tests/log_commands/golden/sample_recording.zlr "$folder"
         Step "fuzz-$name" "Fuzzing $name (its progress is in $logFolder/fuzz-$name.log)" \
             "build/fuzz/tests/fuzz/fuzz_$name" -dict=tests/fuzz/log.dict -max_len=20000 -timeout=10 -print_final_stats=1 \
             -artifact_prefix="build/fuzz/failed-$name-" -runs="${fuzzRuns[$name]}" -seed=1 "${options[@]}" \

@@ -47,6 +47,7 @@ StageFiles()
     StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
     StageText CHANGELOG.md "$1/CHANGELOG.txt"
     StageText "$libxml2Folder/Copyright" "$1/licences/libxml2.txt"
+    StageText /usr/share/doc/libprotozero-dev/copyright "$1/licences/protozero.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
     # Folders of the guide without pictures would be empty.

@@ -30,6 +30,7 @@ constexpr Option kOptionsOptions[] = {
     {"--keep-manager",  "on|off", "the manager of a package lives as long as the package"},
     {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
     {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to come again"},
+    {"--record",        "on|off", "each log gets a recording of its calls beside it"},
     kWidthOption,
     kJson,
 };

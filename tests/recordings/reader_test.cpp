@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "recording/record_reader.h"
+#include "tests/log_commands/command_runner.h"
 #include "tests/recordings/sample_recording.h"
 
 namespace zelt::test {
@@ -81,6 +82,9 @@ void ExpectArguments(Reading& reading)
     EXPECT_EQ("Feed", mixed.value.array[0].elements[1].bytes);
     EXPECT_FALSE(mixed.expected);
 }
+
+// Recordings that exist stay readable.
+TEST(RecordWriting, KeepsTheFormatOfVersion1) { ExpectKept("sample_recording.zlr", SampleRecording()); }
 
 TEST(RecordReading, GivesWhatWasWritten)
 {

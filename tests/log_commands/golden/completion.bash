@@ -11,7 +11,7 @@ _zeltctl()
     --sort) COMPREPLY=($(compgen -W 'calls failures warnings violations queries name' -- "$current")); return ;;
     esac
     case $command in
-    '') words='log help completion manual --help --version' ;;
+    '') words='log recording help completion manual --help --version' ;;
     'completion'*) words='bash powershell' ;;
     'log') words='show errors list why stats export check diff redact follow' ;;
     'log check') words='--ignore --queries --json -o --help' ;;
@@ -24,6 +24,9 @@ _zeltctl()
     'log show') words='--object --interface --method --direction --result --calls --nested --at -o --help' ;;
     'log stats') words='--object --interface --method --direction --sort --top --queries --json -o --help' ;;
     'log why') words='-o --help' ;;
+    'recording') words='info profile' ;;
+    'recording info') words='--json --help' ;;
+    'recording profile') words='--slowest --objects --trace-events --help' ;;
     esac
     # Without an option begun, what is not a command is a file.
     [[ $current == -* || $words != -* ]] || words=

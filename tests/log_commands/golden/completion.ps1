@@ -2,7 +2,7 @@
 Register-ArgumentCompleter -Native -CommandName zeltctl, zeltctl64 -ScriptBlock {
     param($word, $ast, $position)
     $words = @{
-        '' = @('log', 'help', 'completion', 'manual', '--help', '--version')
+        '' = @('log', 'recording', 'help', 'completion', 'manual', '--help', '--version')
         'completion' = @('bash', 'powershell')
         'log' = @('show', 'errors', 'list', 'why', 'stats', 'export', 'check', 'diff', 'redact', 'follow')
         'log check' = @('--ignore', '--queries', '--json', '-o', '--help')
@@ -15,6 +15,9 @@ Register-ArgumentCompleter -Native -CommandName zeltctl, zeltctl64 -ScriptBlock 
         'log show' = @('--object', '--interface', '--method', '--direction', '--result', '--calls', '--nested', '--at', '-o', '--help')
         'log stats' = @('--object', '--interface', '--method', '--direction', '--sort', '--top', '--queries', '--json', '-o', '--help')
         'log why' = @('-o', '--help')
+        'recording' = @('info', 'profile')
+        'recording info' = @('--json', '--help')
+        'recording profile' = @('--slowest', '--objects', '--trace-events', '--help')
         '--direction' = @('in', 'out')
         '--result' = @('ok', 'failed', 'violation', 'warning')
         '--sort' = @('calls', 'failures', 'warnings', 'violations', 'queries', 'name')

@@ -21,10 +21,11 @@ protected:
 
 // The lines of the options that are in no menu.
 constexpr char kFurtherOff[] =
-    "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n";
+    "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n"
+    "record         off\n";
 constexpr char kFurtherOffJson[] =
     ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false,"
-    "\"queueCalls\":false}\n";
+    "\"queueCalls\":false,\"recordCalls\":false}\n";
 
 TEST_F(Options, AreShownAndChanged)
 {
@@ -62,6 +63,7 @@ TEST_F(Options, BeyondTheMenuAreChangedOneByOne)
         {"--keep-manager", &LogOptions::keepManager, "\nkeep-manager   on\n"},
         {"--forward-edit", &LogOptions::forwardManagerEdit, "\nforward-edit   on\n"},
         {"--queue", &LogOptions::queueCalls, "\nqueue          on\n"},
+        {"--record", &LogOptions::recordCalls, "\nrecord         on\n"},
     };
     for (const Case& each : cases) {
         const std::string shown = RunZeltctl({"options", each.option, "on"}).data;

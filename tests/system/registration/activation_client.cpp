@@ -17,8 +17,12 @@ bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_g
 
 void HoldUntilReleased(const std::wstring& event)
 {
-    SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, event.c_str()));
-    WaitForSingleObject(OpenEventW(SYNCHRONIZE, FALSE, (event + L".release").c_str()), INFINITE);
+    const HANDLE held = OpenEventW(EVENT_MODIFY_STATE, FALSE, event.c_str());
+    const HANDLE release = OpenEventW(SYNCHRONIZE, FALSE, (event + L".release").c_str());
+    SetEvent(held);
+    WaitForSingleObject(release, INFINITE);
+    CloseHandle(held);
+    CloseHandle(release);
 }
 
 }  // namespace

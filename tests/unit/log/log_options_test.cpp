@@ -37,6 +37,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.keepManager);
     EXPECT_FALSE(options.forwardManagerEdit);
     EXPECT_FALSE(options.queueCalls);
+    EXPECT_FALSE(options.recordCalls);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -47,7 +48,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
     saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
-    saved.queueCalls = true;
+    saved.queueCalls = saved.recordCalls = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
     EXPECT_TRUE(loaded.loadAfterInitNew);
@@ -55,6 +56,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     EXPECT_TRUE(loaded.keepManager);
     EXPECT_TRUE(loaded.forwardManagerEdit);
     EXPECT_TRUE(loaded.queueCalls);
+    EXPECT_TRUE(loaded.recordCalls);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -191,6 +193,7 @@ TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
         {LogOption::KeepManager, L"KeepManager", &LogOptions::keepManager},
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", &LogOptions::forwardManagerEdit},
         {LogOption::QueueCalls, L"QueueCalls", &LogOptions::queueCalls},
+        {LogOption::RecordCalls, L"RecordCalls", &LogOptions::recordCalls},
     };
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
@@ -226,6 +229,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::KeepManager, L"KeepManager", L"Keep the manager of a package"},
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager"},
         {LogOption::QueueCalls, L"QueueCalls", L"Queue calls of other clients"},
+        {LogOption::RecordCalls, L"RecordCalls", L"Record calls"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;

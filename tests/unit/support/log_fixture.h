@@ -8,6 +8,7 @@
 #include <string>
 
 #include "log/log_document.h"
+#include "log/call_recorder.h"
 #include "log/log_options.h"
 #include "log/recording_rendering.h"
 #include "tests/system/harness/line_ends.h"
@@ -90,7 +91,9 @@ protected:
         int error = 0;
         std::unique_ptr<CallRecorder> recorder = CallRecorder::Make(recording, error);
         EXPECT_EQ(0, error);
-        return new LogDocument(std::move(file), "Root", "kind of object", path, options, std::move(recorder));
+        auto* made = new LogDocument(std::move(file), "Root", "kind of object", path, options);
+        made->RecordTo(std::move(recorder), "kind of object");
+        return made;
     }
     // What has been written after the header.
     std::string Written() const

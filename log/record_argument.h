@@ -1,0 +1,20 @@
+// Recording an argument from where it is written to the log.
+#pragma once
+
+#include <utility>
+
+#include "log/call_recorder.h"
+#include "log/log_document.h"
+
+namespace zelt {
+
+// Records the value if there is a recording; see CallRecorder::Argument.
+template <class Body>
+void Record(LogDocument& document, const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type,
+            Body&& body)
+{
+    if (CallRecorder* recorder = document.Recorder())
+        recorder->Argument(name, isIn, kind, type, std::forward<Body>(body));
+}
+
+}  // namespace zelt
