@@ -3,6 +3,7 @@
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/recording/windows_recording_commands.h"
 #include "ctl/exports/manager_host.h"
 
 namespace zelt::test {
@@ -22,7 +23,7 @@ CommandOutcome RunZeltctl(const std::vector<std::string>& words)
 {
     ctl::SetToolPath(BuiltTool);
     std::vector<ctl::Command> commands;
-    for (const auto& some : {ctl::ExportCommands(), ctl::DoctorCommands()}) {
+    for (const auto& some : {ctl::ExportCommands(), ctl::WindowsRecordingCommands(), ctl::DoctorCommands()}) {
         commands.insert(commands.end(), some.begin(), some.end());
     }
     ctl::Output data, messages;
