@@ -1,4 +1,5 @@
-// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end.
+// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end, and record to another
+// if wanted.
 #pragma once
 
 #include <wrl/client.h>
@@ -7,6 +8,7 @@
 #include <string>
 
 #include "bench/calls/plain_package.h"
+#include "log/call_recorder.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
 #include "thermo/material_object.h"
@@ -37,10 +39,16 @@ struct TemporaryLog {
 
 class LoggedPackage {
 public:
-    LoggedPackage()
+    explicit LoggedPackage(bool isRecorded = false)
     {
         options.promptOpenLog = false;
         DocumentHold document(new LogDocument(std::move(log.file), "Package", "benchmark", log.path, options));
+        if (isRecorded) {
+            recording.file.Close();
+            int error = 0;
+            document.Get()->RecordTo(CallRecorder::Make(recording.path, error), "benchmark");
+            if (error != 0) std::fprintf(stderr, "The recording cannot be opened.\n");
+        }
         package = new PlainPackage;
         stream = new PlainMaterial;
         proxy = new CPropertyPackage11;
@@ -51,10 +59,14 @@ public:
         materialProxy.As(&material);
     }
 
-    std::string Text() const
+    std::string Text() const { return Content(log.path); }
+    std::string Recording() const { return Content(recording.path); }
+
+private:
+    static std::string Content(const std::wstring& path)
     {
         std::string text;
-        FILE* file = _wfopen(log.path.c_str(), L"rb");
+        FILE* file = _wfopen(path.c_str(), L"rb");
         if (!file) return text;
         char buffer[4096];
         while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, file)) text.append(buffer, size);
@@ -62,8 +74,7 @@ public:
         return text;
     }
 
-private:
-    TemporaryLog log;
+    TemporaryLog log, recording;
     LogOptions options;
     Microsoft::WRL::ComPtr<PlainPackage> package;
     Microsoft::WRL::ComPtr<PlainMaterial> stream;
