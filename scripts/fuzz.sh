@@ -22,7 +22,7 @@ Fuzz()
         [ -n "${fuzzRuns[$name]:-}" ] || Fail "There is no fuzzer \"$name\"; they are in the folder tests/fuzz."
         folder=build/fuzz/inputs/$name
         mkdir -p "$folder"
-        [ "$name" != recording_reader ] || cp tests/log_commands/golden/sample_recording.zlr "$folder"
+        [ "$name" != recording_reader ] || cp tests/recordings/golden/sample_recording.zlr "$folder"
         Step "fuzz-$name" "Fuzzing $name (its progress is in $logFolder/fuzz-$name.log)" \
             "build/fuzz/tests/fuzz/fuzz_$name" -dict=tests/fuzz/log.dict -max_len=20000 -timeout=10 -print_final_stats=1 \
             -artifact_prefix="build/fuzz/failed-$name-" -runs="${fuzzRuns[$name]}" -seed=1 "${options[@]}" \

@@ -97,9 +97,9 @@ std::vector<std::string> LinesOf(const std::string& text)
     return lines;
 }
 
-void ExpectKept(const std::string& name, const std::string& output)
+void ExpectKept(const std::string& name, const std::string& output, const std::string& folder)
 {
-    const std::string path = ZELT_TESTS "/log_commands/golden/" + name;
+    const std::string path = ZELT_TESTS "/" + folder + "/golden/" + name;
     if (std::getenv("ZELT_UPDATE_GOLDEN")) {
         std::ofstream(path, std::ios::binary).write(output.data(), static_cast<std::streamsize>(output.size()));
         return;

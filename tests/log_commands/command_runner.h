@@ -42,6 +42,6 @@ std::string ReadBytes(const std::string& path);
 std::vector<std::string> LinesOf(const std::string& text);
 
 // Compares with the stored output `name`, or with ZELT_UPDATE_GOLDEN in the environment, writes it instead.
-void ExpectKept(const std::string& name, const std::string& output);
+void ExpectKept(const std::string& name, const std::string& output, const std::string& folder = "log_commands");
 
 }  // namespace zelt::test

@@ -8,7 +8,7 @@
 #include "ctl/command.h"
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
-#include "ctl/log/log_alignment.h"
+#include "ctl/log/comparison/log_alignment.h"
 #include "ctl/similar.h"
 
 namespace zelt::test {
@@ -90,9 +90,9 @@ TEST(CommandLine, HelpsEverywhere)
 
 TEST(CommandLine, IsDescribedForOtherPrograms)
 {
-    ExpectKept("completion.bash", RunCommand({"completion", "bash"}).data);
-    ExpectKept("completion.ps1", RunCommand({"completion", "powershell"}).data);
-    ExpectKept("manual.1", RunCommand({"manual"}).data);
+    ExpectKept("command_line/completion.bash", RunCommand({"completion", "bash"}).data);
+    ExpectKept("command_line/completion.ps1", RunCommand({"completion", "powershell"}).data);
+    ExpectKept("command_line/manual.1", RunCommand({"manual"}).data);
 }
 
 struct EditsCase {

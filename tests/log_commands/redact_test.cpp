@@ -5,7 +5,7 @@
 #include <set>
 
 #include "command_runner.h"
-#include "ctl/log/message_redaction.h"
+#include "ctl/log/redaction/message_redaction.h"
 
 namespace zelt::test {
 namespace {

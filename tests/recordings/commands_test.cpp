@@ -14,8 +14,8 @@ TEST(RecordingInfo, SaysWhatItIsOf)
     const TemporaryLog recording(SampleRecording(), "recorded");
     const Outcome text = RunCommand({"recording", "info", recording.Path()});
     EXPECT_EQ(0, text.code) << text.messages;
-    ExpectKept("recording_info.txt", text.data);
-    ExpectKept("recording_info.json", RunCommand({"recording", "info", "--json", recording.Path()}).data);
+    ExpectKeptRecording("recording_info.txt", text.data);
+    ExpectKeptRecording("recording_info.json", RunCommand({"recording", "info", "--json", recording.Path()}).data);
 }
 
 TEST(RecordingInfo, SaysHowOneEndsThatDoesNotEndWell)
@@ -52,9 +52,9 @@ TEST(RecordingProfile, ShowsWhereTheTimeWent)
     const TemporaryLog recording(SampleRecording(), "recorded");
     const Outcome members = RunCommand({"recording", "profile", recording.Path()});
     EXPECT_EQ(0, members.code) << members.messages;
-    ExpectKept("recording_profile.txt", members.data);
-    ExpectKept("recording_profile_objects.txt",
-               RunCommand({"recording", "profile", "--objects", "--slowest", "0", recording.Path()}).data);
+    ExpectKeptRecording("recording_profile.txt", members.data);
+    ExpectKeptRecording("recording_profile_objects.txt",
+                        RunCommand({"recording", "profile", "--objects", "--slowest", "0", recording.Path()}).data);
 }
 
 TEST(RecordingProfile, WritesTraceEvents)
@@ -62,7 +62,7 @@ TEST(RecordingProfile, WritesTraceEvents)
     const TemporaryLog recording(SampleRecording(), "recorded");
     const Outcome outcome = RunCommand({"recording", "profile", "--trace-events", recording.Path()});
     EXPECT_EQ(0, outcome.code);
-    ExpectKept("recording_trace_events.json", outcome.data);
+    ExpectKeptRecording("recording_trace_events.json", outcome.data);
 }
 
 TEST(Distribution, IsExactToOnePercent)

@@ -84,7 +84,7 @@ void ExpectArguments(Reading& reading)
 }
 
 // Recordings that exist stay readable.
-TEST(RecordWriting, KeepsTheFormatOfVersion1) { ExpectKept("sample_recording.zlr", SampleRecording()); }
+TEST(RecordWriting, KeepsTheFormatOfVersion1) { ExpectKeptRecording("sample_recording.zlr", SampleRecording()); }
 
 TEST(RecordReading, GivesWhatWasWritten)
 {

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "tests/log_commands/command_runner.h"
+
 namespace zelt::test {
 
 using namespace recording;
@@ -58,6 +60,8 @@ void WriteArguments(RecordWriter& records)
 }
 
 }  // namespace
+
+void ExpectKeptRecording(const std::string& name, const std::string& output) { ExpectKept(name, output, "recordings"); }
 
 std::string SampleRecording(bool isClosed)
 {

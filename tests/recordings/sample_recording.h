@@ -10,4 +10,7 @@ namespace zelt::test {
 // Two calls, one inside the other, and one that fails. `isClosed`: with its last record.
 std::string SampleRecording(bool isClosed = true);
 
+// Compares with an output that is stored beside these tests.
+void ExpectKeptRecording(const std::string& name, const std::string& output);
+
 }  // namespace zelt::test

@@ -1,4 +1,4 @@
-#include "ctl/log/message_redaction.h"
+#include "ctl/log/redaction/message_redaction.h"
 
 #include <algorithm>
 

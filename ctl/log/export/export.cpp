@@ -1,6 +1,6 @@
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
-#include "ctl/log/log_export.h"
+#include "ctl/log/export/log_export.h"
 
 namespace zelt::ctl {
 

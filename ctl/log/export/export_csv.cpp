@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "ctl/log/call_results.h"
-#include "ctl/log/log_export.h"
+#include "ctl/log/export/log_export.h"
 
 namespace zelt::ctl {
 namespace {

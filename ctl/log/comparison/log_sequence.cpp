@@ -1,4 +1,4 @@
-#include "ctl/log/log_sequence.h"
+#include "ctl/log/comparison/log_sequence.h"
 
 #include <algorithm>
 #include <string_view>

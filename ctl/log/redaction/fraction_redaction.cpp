@@ -1,4 +1,4 @@
-#include "ctl/log/fraction_redaction.h"
+#include "ctl/log/redaction/fraction_redaction.h"
 
 #include <algorithm>
 #include <charconv>

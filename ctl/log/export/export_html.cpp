@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "ctl/log/call_results.h"
-#include "ctl/log/html_page.h"
-#include "ctl/log/log_export.h"
+#include "ctl/log/export/html_page.h"
+#include "ctl/log/export/log_export.h"
 #include "ctl/log/log_paths.h"
 
 namespace zelt::ctl {

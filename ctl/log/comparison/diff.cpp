@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "ctl/json_writer.h"
-#include "ctl/log/log_alignment.h"
+#include "ctl/log/comparison/log_alignment.h"
 #include "ctl/log/log_commands.h"
-#include "ctl/log/log_sequence.h"
+#include "ctl/log/comparison/log_sequence.h"
 
 namespace zelt::ctl {
 namespace {

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "log/vocabulary/markup.h"
-#include "ctl/log/fraction_redaction.h"
+#include "ctl/log/redaction/fraction_redaction.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
-#include "ctl/log/message_redaction.h"
+#include "ctl/log/redaction/message_redaction.h"
 #include "ctl/log/text_memo.h"
 
 namespace zelt::ctl {

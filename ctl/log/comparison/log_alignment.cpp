@@ -1,4 +1,4 @@
-#include "ctl/log/log_alignment.h"
+#include "ctl/log/comparison/log_alignment.h"
 
 #include <algorithm>
 
