@@ -92,7 +92,10 @@ void MeasurePackages()
     ExportedPackages().Append(std::move(exported));
 
     ComPtr<ICapeThermoPropertyPackageManager> manager;
-    CreatePropertyPackageManager(IID_PPV_ARGS(&manager));
+    if (FAILED(CreatePropertyPackageManager(IID_PPV_ARGS(&manager)))) {
+        std::fprintf(stderr, "There is no manager.\n");
+        return;
+    }
     const _bstr_t name(L"Package");
     PrintTitle("Packages made, used and released in process, logging off (floor: made directly)");
     const Comparison row = Compare(
