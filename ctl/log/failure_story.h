@@ -1,4 +1,4 @@
-// What log why knows about one failed call, and how it is told on one screen.
+// What log why knows about one failed call, and how one screen shows it.
 #pragma once
 
 #include <string>

@@ -19,7 +19,7 @@ constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
 // For what never happens: a machine may be slow.
 constexpr DWORD kLongest = 60'000;
 
-// A client that keeps its object until it is told to release it.
+// A client that keeps its object until the test lets it go.
 class HoldingClient {
 public:
     bool Holds() const
