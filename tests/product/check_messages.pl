@@ -1,7 +1,7 @@
 #!/usr/bin/perl
-# Checks the messages page of the user guide against the sources: check_messages.pl <source root>.
-# Each text that the page quotes in the first columns of its tables occurs in a string of the sources, and each message
-# box of the sources whose text is in the call is on the page.
+# Checks the messages pages of the user guide against the sources: check_messages.pl <source root>.
+# Each text that a page quotes in the first columns of its tables occurs in a string of the sources, and each message
+# box of the sources whose text is in the call is on one of the pages.
 use strict;
 use warnings;
 use utf8;
@@ -52,11 +52,13 @@ find({no_chdir => 1, wanted => sub {
 }}, "$root/packaging/setup") if -d "$root/packaging/setup";
 
 my @faults;
-my ($quoted, $page) = (0, '');
-for my $file ('messages.md', 'installing.md', 'pravik.md') {
+my ($quoted, $pages) = (0, '');
+my $guide = "$root/docs/user-guide";
+for my $path (sort(glob "'$guide/messages*.md'"), "$guide/installing.md", "$guide/pravik.md") {
+    my $file = substr $path, length($guide) + 1;
     my $columns = 0;
-    my $text = Read("$root/docs/user-guide/$file");
-    $page .= $text;
+    my $text = Read($path);
+    $pages .= $text;
     for my $line (split /\n/, $text) {
         if ($line =~ /^\|/) {
             my @cells = split /\|/, $line;
@@ -81,7 +83,7 @@ for my $file ('messages.md', 'installing.md', 'pravik.md') {
 }
 for my $text (sort keys %boxes) {
     my $wanted = $text =~ s/^[\s"]+|[\s"]+$//gr;
-    push @faults, "no page has \"$wanted\", which a message box shows" if index($page, $wanted) < 0;
+    push @faults, "no page has \"$wanted\", which a message box shows" if index($pages, $wanted) < 0;
 }
 die join("\n", @faults) . "\n" if @faults;
 die "Only $quoted messages were found.\n" if $quoted < 50;
