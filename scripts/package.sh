@@ -43,6 +43,8 @@ StageFiles()
     cp "$build/shell/ZELT.EXE" "$build/ctl/zeltctl.exe" "$build/shell/BRIX.chm" "$1/"
     cp "${build}64/shell/ZELT64.EXE" "${build}64/ctl/zeltctl64.exe" "$1/"
     cp -r "$build/help/utils/." "$1/docs/"
+    # The guide explains these logs command by command.
+    cp -r docs/user-guide/examples "$1/docs/"
     StageText LICENSE "$1/LICENSE.txt"
     StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
     StageText CHANGELOG.md "$1/CHANGELOG.txt"
@@ -53,7 +55,8 @@ StageFiles()
     # Folders of the guide without pictures would be empty.
     find "$1" -type d -empty -delete
     chmod -R u=rwX,go=rX "$1"
-    for file in ZELT.EXE ZELT64.EXE zeltctl.exe zeltctl64.exe BRIX.chm docs/zelt.htm docs/style.css licences/libxml2.txt; do
+    for file in ZELT.EXE ZELT64.EXE zeltctl.exe zeltctl64.exe BRIX.chm docs/zelt.htm docs/style.css \
+        docs/examples/heater-{package,unit}.zlg licences/libxml2.txt; do
         [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
     done
 }
