@@ -1,13 +1,8 @@
 // A vendor's interface, which only the library that the registry names for it describes.
-#include <filesystem>
-#include <optional>
-
-#include "com/dual_interface.h"
 #include "com/text.h"
 #include "log/value_text.h"
-#include "proxy_fixture.h"
-#include "scratch_classes.h"
-#include "vendor_device.h"
+#include "vendor_fixture.h"
+#include "vendor_values.h"
 
 namespace zelt::test {
 namespace {
@@ -21,32 +16,10 @@ public:
     IDispatch* ScriptInterface() override { return nullptr; }
 };
 
-class VendorInterface : public ProxyFixture {
+class VendorInterface : public VendorFixture {
 protected:
-    void SetUp() override
-    {
-        library.emplace(std::filesystem::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred().c_str());
-        ASSERT_EQ(S_OK, library->Result());
-    }
-    void TearDown() override
-    {
-        com::ReleaseDualInterfaces();
-        library.reset();
-    }
-
-    // The library is registered for this process alone: others of these tests run at the same time.
-    ScratchClasses classes;
-    std::optional<VendorLibrary> library;
     ComPtr<Device> device{new Device};
 };
-
-std::string Argument(const char* name, const char* direction, const char* type, const std::string& body)
-{
-    return std::string(" <arg name=\"") + name + "\" direc=\"" + direction + "\" type=\"" + type + "\">\n" + body +
-           " </arg>\n";
-}
-
-std::string Value(const char* text) { return std::string("  <argval value=\"") + text + "\"/>\n"; }
 
 TEST_F(VendorInterface, IsForwardedAndLogged)
 {
@@ -151,6 +124,52 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
     _variant_t mode;
     EXPECT_EQ(S_OK, script->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &mode, nullptr, nullptr));
     EXPECT_EQ(7, static_cast<long>(mode));
+}
+
+// Interfaces that the module's libraries do not describe, each with its own place among the identifiers.
+TEST_F(VendorInterface, IsKeptApartFromAnotherVendors)
+{
+    struct Scriptable final : com::Object {
+        struct Identification final : com::DualPart<ICapeIdentification> {
+            using DualPart::DualPart;
+            STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Device", name); }
+            STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
+            STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
+            STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
+        } identification{*this};
+        DevicePart device{*this};
+        ValuesPart values{*this};
+    };
+    const ComPtr<Scriptable> object(new Scriptable);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());
+    const auto device = As<IVendorDevice>(proxy);
+    const auto values = As<IVendorValues>(proxy);
+    const auto script = As<IDispatch>(proxy);
+    DISPID ids[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        std::wstring name = i == 0 ? L"Mode" : L"Weight";
+        wchar_t* names[] = {name.data()};
+        ASSERT_EQ(S_OK, script->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &ids[i]));
+    }
+    EXPECT_NE(ids[0], ids[1]);
+    DISPID put = DISPID_PROPERTYPUT;
+    _variant_t mode(7L);
+    DISPPARAMS one = {&mode, &put, 1, 1};
+    std::size_t before = Written().size();
+    EXPECT_EQ(S_OK,
+              script->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYPUT, &one, nullptr, nullptr, nullptr));
+    VendorMode now = VENDOR_OFF;
+    EXPECT_EQ(S_OK, object->device.get_Mode(&now));
+    EXPECT_EQ(VENDOR_ON, now);
+    EXPECT_TRUE(Written().substr(before).starts_with("<func name=\"IVendorDevice::put_Mode\""));
+
+    DISPPARAMS none = {};
+    _variant_t weight;
+    before = Written().size();
+    EXPECT_EQ(S_OK,
+              script->Invoke(ids[1], IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &weight, nullptr, nullptr));
+    EXPECT_EQ(_variant_t(1234L), weight);
+    EXPECT_TRUE(Written().substr(before).starts_with("<func name=\"IVendorValues::get_Weight\""));
 }
 
 TEST_F(VendorInterface, AnswersByNameToo)

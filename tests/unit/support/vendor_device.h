@@ -62,8 +62,8 @@ public:
         constexpr GUID kLibrary = {0x26B9B0DA, 0x28B8, 0x494D, {0xA2, 0x63, 0xCE, 0x1A, 0x1C, 0x4B, 0xD6, 0xDB}};
         for (const SYSKIND width : {SYS_WIN32, SYS_WIN64}) UnRegisterTypeLib(kLibrary, 2, 1, LOCALE_NEUTRAL, width);
         // Wine leaves the interfaces' keys.
-        for (const wchar_t* iid :
-             {L"{8E13A3B7-069E-450C-BA06-6EE5E485FFD7}", L"{33BF382B-1AC2-49B1-A8BF-1108EC662D45}"})
+        for (const wchar_t* iid : {L"{8E13A3B7-069E-450C-BA06-6EE5E485FFD7}", L"{33BF382B-1AC2-49B1-A8BF-1108EC662D45}",
+                                   L"{17444ADB-8416-4621-8BE4-5E47B8DCD952}"})
             RegDeleteTreeW(HKEY_CLASSES_ROOT, (std::wstring(L"Interface\\") + iid).c_str());
     }
     VendorLibrary(const VendorLibrary&) = delete;
