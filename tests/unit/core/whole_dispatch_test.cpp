@@ -189,7 +189,8 @@ public:
     };
 
     HRESULT answer = S_OK;
-    DISPID standard = DISPID_UNKNOWN;  // of the latest call
+    HRESULT(STDAPICALLTYPE* fillIn)(EXCEPINFO*) = nullptr;  // describes the failure when asked to
+    DISPID standard = DISPID_UNKNOWN;                       // of the latest call
 
 protected:
     IDispatch* ScriptInterface() override { return &identification; }
@@ -206,7 +207,9 @@ protected:
         for (UINT i = 0; i < parameters->cArgs; ++i) {
             if (parameters->rgvarg[i].vt == (VT_BYREF | VT_I4)) ++*parameters->rgvarg[i].plVal;
         }
-        if (answer == DISP_E_EXCEPTION) {
+        if (fillIn) {
+            exception->pfnDeferredFillIn = fillIn;
+        } else if (answer == DISP_E_EXCEPTION) {
             exception->scode = static_cast<HRESULT>(ECapeComputationHR);
             exception->bstrDescription = SysAllocString(L"no colour left");
             exception->bstrSource = SysAllocString(L"Painter");
@@ -275,6 +278,64 @@ TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)
     object->answer = E_FAIL;
     EXPECT_EQ(E_FAIL, Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result));
     EXPECT_NE(std::string::npos, Written().find("<func name=\"IDispatch::Colour\""));
+}
+
+int asked = 0;
+
+HRESULT STDAPICALLTYPE DescribeLate(EXCEPINFO* exception)
+{
+    ++asked;
+    exception->scode = static_cast<HRESULT>(ECapeComputationHR);
+    exception->bstrDescription = SysAllocString(L"described late");
+    return S_OK;
+}
+
+HRESULT STDAPICALLTYPE FaultInstead(EXCEPINFO*)
+{
+    RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
+    return S_OK;
+}
+
+// An object may describe its failure only when asked to; the function is foreign code.
+TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
+{
+    const ComPtr<OwnNames> object(new OwnNames);
+    const ComPtr<CPropertyPackage11> proxy = MakeProxy(object.Get());
+    const auto script = As<IDispatch>(proxy);
+    DISPID id = 0;
+    ASSERT_EQ(S_OK, IdOf(script.Get(), L"Colour", id));
+    object->answer = DISP_E_EXCEPTION;
+    object->fillIn = DescribeLate;
+    for (const bool asks : {false, true}) {
+        asked = 0;
+        const std::size_t before = Written().size();
+        EXCEPINFO exception = {};
+        _variant_t result;
+        EXPECT_EQ(DISP_E_EXCEPTION,
+                  Invoke(script.Get(), id, DISPATCH_METHOD, {}, &result, asks ? &exception : nullptr));
+        EXPECT_EQ(1, asked);
+        EXPECT_EQ(nullptr, exception.pfnDeferredFillIn);
+        EXPECT_EQ(asks ? L"described late" : L"", TextOf(exception.bstrDescription));
+        EXPECT_EQ(Func("IDispatch::Colour",
+                       " <info value=\"Error information: &quot;described late&quot;\"/>\n"
+                       " <error value=\"ECapeComputationHR: error code 0x8004050B\"/>\n"),
+                  Written().substr(before));
+        SysFreeString(exception.bstrDescription);
+    }
+    // Without a log, too, the caller has nothing left to call.
+    asked = 0;
+    const ComPtr<CPropertyPackage11> silent = MakeProxy(object.Get(), false);
+    EXCEPINFO exception = {};
+    EXPECT_EQ(DISP_E_EXCEPTION, Invoke(As<IDispatch>(silent).Get(), id, DISPATCH_METHOD, {}, nullptr, &exception));
+    EXPECT_EQ(1, asked);
+    EXPECT_EQ(L"described late", TextOf(exception.bstrDescription));
+    SysFreeString(exception.bstrDescription);
+
+    object->fillIn = FaultInstead;
+    exception = {};
+    EXPECT_EQ(DISP_E_EXCEPTION, Invoke(script.Get(), id, DISPATCH_METHOD, {}, nullptr, &exception));
+    EXPECT_EQ(nullptr, exception.pfnDeferredFillIn);
+    EXPECT_EQ(nullptr, exception.bstrDescription);
 }
 
 // Scripts use an object as its value, and go through a collection, without asking for a name.
