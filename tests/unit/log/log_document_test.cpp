@@ -5,6 +5,7 @@
 #include "log/log_text.h"
 #include "log_fixture.h"
 #include "shell/log_prompt.h"
+#include "tests/windows/patched_import.h"
 
 namespace zelt::test {
 namespace {
@@ -30,6 +31,33 @@ TEST_F(LogDocumentTest, BeginsWithTheHeader)
     EXPECT_TRUE(isdigit(rest[0]) && isdigit(rest[1]) && rest[2] == ':' && isdigit(rest[3]) && isdigit(rest[4])) << rest;
     EXPECT_EQ("\"/>\r\n<info value=\"Creating Root\"/>\r\n<info value=\"Object type: kind of object\"/>\r\n",
               rest.substr(5));
+}
+
+int WINAPI NameDate(LCID locale, DWORD, const SYSTEMTIME*, LPCWSTR format, LPWSTR text, int size)
+{
+    return _snwprintf(text, static_cast<std::size_t>(size), L"date for %lu in %ls", locale, format);
+}
+int WINAPI NameTime(LCID locale, DWORD, const SYSTEMTIME*, LPCWSTR format, LPWSTR text, int size)
+{
+    return _snwprintf(text, static_cast<std::size_t>(size), L"time for %lu in %ls", locale, format);
+}
+
+// Not in the user's, and not in the one that is the same everywhere.
+TEST_F(LogDocumentTest, SaysItsStartInTheLanguageOfTheSystem)
+{
+    Close();
+    {
+        const PatchedImport<decltype(NameDate)> date("GetDateFormatW", NameDate);
+        const PatchedImport<decltype(NameTime)> time("GetTimeFormatW", NameTime);
+        document = NewDocument();
+        document->Hold();
+    }
+    const std::string text = ReadWhole(path);
+    EXPECT_NE(
+        std::string::npos,
+        text.find("<info value=\"ZELT Logging started at date for 2048 in MMMM dd&apos;,&apos; yyyy, time for 2048 "
+                  "in HH:mm\"/>\r\n"))
+        << text;
 }
 
 TEST_F(LogDocumentTest, EscapesMarkup)
