@@ -1,0 +1,84 @@
+// The list of the main window: whose changes of a check it passes on.
+#include "shell/main_window/package_list_view.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace zelt::test {
+namespace {
+
+// A window with the list, which looks at every change of a check. A list view also announces the check that a new row begins with,
+// though not every system's does: so the window looks at such a change for each row that is inserted, too.
+class PackageListViewTest : public testing::Test {
+protected:
+    PackageListViewTest()
+    {
+        const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
+        InitCommonControlsEx(&controls);
+        WNDCLASSW definition = {};
+        definition.lpfnWndProc = Procedure;
+        definition.lpszClassName = L"PackageListViewTest";
+        RegisterClassW(&definition);
+        window = CreateWindowW(L"PackageListViewTest", L"", WS_OVERLAPPED, 0, 0, 300, 200, nullptr, nullptr, nullptr,
+                               nullptr);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        list =
+            CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 300, 200, window, nullptr, nullptr, nullptr);
+        view.Attach(list, nullptr);
+    }
+    ~PackageListViewTest() override
+    {
+        DestroyWindow(window);
+        UnregisterClassW(L"PackageListViewTest", nullptr);
+    }
+    void Look(const NMLISTVIEW& change)
+    {
+        if (const auto taken = view.ChangedCheck(change)) changes.push_back({taken->row, taken->checked});
+    }
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        auto* self = reinterpret_cast<PackageListViewTest*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message != WM_NOTIFY || !self) return DefWindowProcW(window, message, wParam, lParam);
+        NMLISTVIEW change = *reinterpret_cast<const NMLISTVIEW*>(lParam);
+        if (change.hdr.code == LVN_ITEMCHANGED) self->Look(change);
+        if (change.hdr.code == LVN_INSERTITEM) {
+            ++self->inserted;
+            change.uChanged = LVIF_STATE;
+            change.uOldState = 0;
+            change.uNewState = INDEXTOSTATEIMAGEMASK(1);
+            self->Look(change);
+        }
+        return 0;
+    }
+
+    HWND window = nullptr, list = nullptr;
+    PackageListView view;
+    std::vector<std::pair<std::size_t, bool>> changes;
+    int inserted = 0;
+};
+
+TEST_F(PackageListViewTest, PassesOnTheUsersChecksAndNotItsOwn)
+{
+    ExportedPackageList packages;
+    for (const bool isLogged : {true, false, true}) {
+        auto package = std::make_unique<ExportedPackage>();
+        package->exportedName = L"package " + std::to_wstring(packages.Count());
+        package->loggingEnabled = isLogged;
+        packages.Append(std::move(package));
+    }
+    for (int fill = 1; fill <= 2; ++fill) {
+        changes.clear();
+        view.Fill(packages);
+        EXPECT_EQ(3 * fill, inserted);
+        EXPECT_TRUE(changes.empty()) << changes.size();
+        for (int row = 0; row < 3; ++row) EXPECT_EQ(row != 1, ListView_GetCheckState(list, row) != 0) << row;
+        ListView_SetCheckState(list, 1, TRUE);
+        ListView_SetCheckState(list, 0, FALSE);
+        EXPECT_EQ((std::vector<std::pair<std::size_t, bool>>{{1, true}, {0, false}}), changes);
+    }
+}
+
+}  // namespace
+}  // namespace zelt::test
