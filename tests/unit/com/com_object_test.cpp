@@ -102,6 +102,23 @@ TEST(ComObject, SurvivesAReferenceTakenDuringFinalRelease)
     EXPECT_TRUE(Sample::destroyed);
 }
 
+// What a constructor does may ask the new object for an interface: it has no reference yet that could be given back.
+TEST(ComObject, SurvivesAQueryBeforeItsFirstReference)
+{
+    auto* sample = new Sample;
+    Sample::destroyed = false;
+    void* result = &result;
+    EXPECT_EQ(E_NOINTERFACE, sample->QueryInterface(__uuidof(IOther), &result));
+    EXPECT_EQ(nullptr, result);
+    ASSERT_FALSE(Sample::destroyed);
+    EXPECT_EQ(0, sample->finalReleases);
+    ComPtr<INumber> number;
+    ASSERT_EQ(S_OK, sample->QueryInterface(__uuidof(INumber), &number));
+    EXPECT_FALSE(Sample::destroyed);
+    number.Reset();
+    EXPECT_TRUE(Sample::destroyed);
+}
+
 TEST(ClassFactory, LocksTheServerAndRefusesAggregation)
 {
     static constexpr CLSID kClass = {0x1, 0x2, 0x3, {4, 5, 6, 7, 8, 9, 10, 11}};
