@@ -176,6 +176,31 @@ TEST_F(VariantWriterTest, WrongElementTypeIsNotRead)
                " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_R8\"/>\n");
 }
 
+TEST_F(VariantWriterTest, WrongElementsAreSaidByTheWordForTheirType)
+{
+    const struct {
+        VARTYPE expected;
+        const char *type, *word;
+    } kRows[] = {
+        {VT_EMPTY, "VT_EMPTY", "EMPTY"},
+        {VT_I2, "VT_I2", "short"},
+        {VT_I4, "VT_I4", "long"},
+        {VT_R8, "VT_R8", "double precision"},
+        {VT_BSTR, "VT_BSTR", "string"},
+        {VT_VARIANT, "VT_VARIANT", "VARIANT"},
+        {VT_BOOL, "VT_BOOL", "&lt;unknown&gt;"},
+        {VT_DISPATCH, "VT_DISPATCH", "&lt;unknown&gt;"},
+    };
+    _variant_t floats = Array<float>(VT_R4, {1.5f});
+    for (const auto& row : kRows) {
+        // The VARIANT says one type, its array another.
+        VARIANT value = floats;
+        value.vt = static_cast<VARTYPE>(VT_ARRAY | row.expected);
+        Expect(value, kAnything, std::string("VT_ARRAY|") + row.type,
+               Bounds(0, 0) + " <error value=\"Type check error: Expected an array of type " + row.word + "\"/>\n");
+    }
+}
+
 TEST_F(VariantWriterTest, EmptyWhereAListMayBeLeftOut)
 {
     VARIANT empty;

@@ -28,6 +28,14 @@ TEST(Utf8, IsKeptOrReplacedByteForByte)
         {"\xC2\x80\xDF\xBF", "\xC2\x80\xDF\xBF"},
         {"\xE0\xA0\x80\xEF\xBF\xBF", "\xE0\xA0\x80\xEF\xBF\xBF"},
         {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+        // Texts longer than a word with one byte that is not ASCII: at the beginning, inside, at the end.
+        {"\xC3\xA9galement, et encore", "\xC3\xA9galement, et encore"},
+        {"\xFFsixteen letters", "Rsixteen letters"},
+        {"seven b\xFF", "seven bR"},
+        {"sixteen\xFF letters", "sixteenR letters"},
+        {"sixteen \xFFletters", "sixteen Rletters"},
+        {"sixteen letters\xFF", "sixteen lettersR"},
+        {"seventeen letters\xFF", "seventeen lettersR"},
         // Overlong forms, surrogates, values beyond the last character.
         {"\xC0\x80\xC1\xBF", "RRRR"},
         {"\xE0\x9F\xBF", "RRR"},

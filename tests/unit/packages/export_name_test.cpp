@@ -32,4 +32,13 @@ TEST(ExportName, CountsUpToAFreeNumber)
     EXPECT_EQ(L"Water (2) (2)", zelt::UniqueExportName(list, L"Water (2)"));
 }
 
+TEST(ExportName, HasUpTo255CharactersAndIsNotBlank)
+{
+    EXPECT_FALSE(zelt::CanBeExportName(L""));
+    EXPECT_FALSE(zelt::CanBeExportName(L" \t "));
+    EXPECT_TRUE(zelt::CanBeExportName(L" a"));
+    EXPECT_TRUE(zelt::CanBeExportName(std::wstring(255, L'x')));
+    EXPECT_FALSE(zelt::CanBeExportName(std::wstring(256, L'x')));
+}
+
 }  // namespace

@@ -256,6 +256,11 @@ TEST_F(MemoryStream, Identity)
     UINT count = 9;
     EXPECT_EQ(S_OK, dispatch->GetTypeInfoCount(&count));
     EXPECT_EQ(0u, count);
+    auto* info = reinterpret_cast<ITypeInfo*>(memory.Get());
+    EXPECT_EQ(E_NOTIMPL, dispatch->GetTypeInfo(0, 0, &info));
+    EXPECT_EQ(nullptr, info);
+    EXPECT_EQ(E_POINTER, dispatch->GetTypeInfo(0, 0, nullptr));
+    EXPECT_EQ(E_POINTER, dispatch->GetTypeInfoCount(nullptr));
     OLECHAR name[] = L"Read";
     LPOLESTR names[] = {name};
     DISPID id = 5;
