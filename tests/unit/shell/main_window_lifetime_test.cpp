@@ -113,6 +113,21 @@ TEST_F(MainWindowLifetime, EndsAfterTheChoiceOfAUnitOperation)
     ExpectToOutliveItsHandler("unit", [] { SendMessageW(window, WM_COMMAND, kCommandAskUser, 0); });
 }
 
+TEST_F(MainWindowLifetime, FitsItsListAfterTheScreensResolutionChanged)
+{
+    RECT fitting, now, place;
+    GetWindowRect(list, &fitting);
+    GetWindowRect(window, &place);
+    SetWindowPos(list, nullptr, 40, 40, 50, 50, SWP_NOZORDER | SWP_NOACTIVATE);
+    ListView_SetColumnWidth(list, 0, 3);
+    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&place));
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    GetWindowRect(list, &now);
+    EXPECT_TRUE(EqualRect(&fitting, &now)) << now.left << ' ' << now.right;
+    EXPECT_LT(20, ListView_GetColumnWidth(list, 0));
+}
+
 TEST_F(MainWindowLifetime, SaysWhatIsNotStored)
 {
     const struct {

@@ -162,6 +162,45 @@ TEST_F(DialogLifetime, TakesTheCommandsOfTheTwoButtonsThatEndIt)
     DestroyWindow(dialog.Window());
 }
 
+// Until nothing is left in the queue.
+void HandlePosted()
+{
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+TEST_F(DialogLifetime, LeavesTheWindowsMenuToTheSystem)
+{
+    Watched* const dialog = Open();
+    const HWND window = dialog->Window();
+    SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    HandlePosted();
+    EXPECT_EQ((Events{"handler " + std::to_string(IDCANCEL) + " ends"}), events);
+    DestroyWindow(window);
+}
+
+// Counts how often it is told that the screen's resolution has changed.
+class Scaling final : public Dialog {
+public:
+    int scaled = 0;
+
+private:
+    void OnScaled() override { ++scaled; }
+};
+
+TEST_F(DialogLifetime, ScalesWhenTheSystemHasScaledItsControls)
+{
+    Scaling dialog;
+    ASSERT_TRUE(dialog.CreateModeless(kSelectDialog));
+    RECT place = {};
+    GetWindowRect(dialog.Window(), &place);
+    SendMessageW(dialog.Window(), WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&place));
+    EXPECT_EQ(0, dialog.scaled);
+    HandlePosted();
+    EXPECT_EQ(1, dialog.scaled);
+    DestroyWindow(dialog.Window());
+}
+
 TEST_F(DialogLifetime, AWindowThatIsLeftDoesNotLookForItsObject)
 {
     HWND window = nullptr;
