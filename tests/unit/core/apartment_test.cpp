@@ -85,6 +85,53 @@ TEST_F(Apartment, AutomationFromAnotherThreadIsRefused)
     EXPECT_EQ(Foreign("Pack", "IDispatch::GetTypeInfoCount", thread) + initialize, Written());
 }
 
+// Has not been asked for its interface for scripts yet.
+class LateScript final : public com::Object {
+public:
+    int chosen = 0;
+
+    IDispatch* ScriptInterface() override { return &utilities; }
+    IDispatch* ChooseScriptInterface() override
+    {
+        ++chosen;
+        return &utilities;
+    }
+
+private:
+    struct Utilities final : com::DualPart<ICapeUtilities> {
+        using DualPart::DualPart;
+        STDMETHOD(get_parameters)(IDispatch**) override { return E_NOTIMPL; }
+        STDMETHOD(put_simulationContext)(IDispatch*) override { return E_NOTIMPL; }
+        STDMETHOD(Initialize)() override { return S_OK; }
+        STDMETHOD(Terminate)() override { return S_OK; }
+        STDMETHOD(Edit)() override { return E_NOTIMPL; }
+    } utilities{*this};
+};
+
+TEST_F(Apartment, NoQuestionOfAutomationFromAnotherThreadReachesTheObject)
+{
+    const ComPtr<LateScript> object(new LateScript);
+    const ComPtr<IDispatch> script = As<IDispatch>(object);
+    OnOtherThread([&] {
+        UINT count = 7;
+        ITypeInfo* info = nullptr;
+        DISPID id = 0;
+        wchar_t name[] = L"Initialize";
+        LPOLESTR names = name;
+        DISPPARAMS none = {};
+        EXPECT_EQ(RPC_E_WRONG_THREAD, script->GetTypeInfoCount(&count));
+        EXPECT_EQ(RPC_E_WRONG_THREAD, script->GetTypeInfo(0, 0, &info));
+        EXPECT_EQ(RPC_E_WRONG_THREAD, script->GetIDsOfNames(IID_NULL, &names, 1, 0, &id));
+        EXPECT_EQ(RPC_E_WRONG_THREAD,
+                  script->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr));
+    });
+    EXPECT_EQ(0, object->chosen);
+    UINT count = 7;
+    EXPECT_EQ(S_OK, script->GetTypeInfoCount(&count));
+    EXPECT_EQ(1u, count);
+    EXPECT_EQ(1, object->chosen);
+}
+
 TEST_F(Apartment, AReleaseOnAnotherThreadCountsWhenTheApartmentIsEntered)
 {
     utilities.Get()->AddRef();
