@@ -498,6 +498,11 @@ TEST_F(SpecificationArray, IsRebuiltWithTheSameBoundsAndOneProxyForEachElement)
         {"unknown", VT_UNKNOWN, {{2, 1}}, 0b10},
         {"variants", VT_VARIANT, {{3, 2}}, 0b001},
         {"variants in two dimensions", VT_VARIANT, {{2, 0}, {2, 8}}, 0},
+        {"nine dimensions",
+         VT_DISPATCH,
+         {{1, 1}, {1, 2}, {1, 3}, {2, 4}, {1, 5}, {1, 6}, {1, 7}, {1, 8}, {1, 9}},
+         0b01},
+        {"as many dimensions as are read", VT_VARIANT, std::vector<SAFEARRAYBOUND>(32, {1, 3}), 0},
         {"empty", VT_DISPATCH, {{0, 4}}, 0},
     };
     const ComPtr<CapeOpenBase> root = MakeRoot("CPropertyPackage11");
