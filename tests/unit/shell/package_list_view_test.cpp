@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -77,6 +78,30 @@ TEST_F(PackageListViewTest, PassesOnTheUsersChecksAndNotItsOwn)
         ListView_SetCheckState(list, 1, TRUE);
         ListView_SetCheckState(list, 0, FALSE);
         EXPECT_EQ((std::vector<std::pair<std::size_t, bool>>{{1, true}, {0, false}}), changes);
+    }
+}
+
+// As wide as the contents need, or as the header does with its margins, and not wider.
+TEST_F(PackageListViewTest, MakesItsColumnsFit)
+{
+    view.FitColumns();
+    const wchar_t* const kTitles[] = {L"Package", L"Type"};
+    for (int column = 0; column < 2; ++column) {
+        wchar_t title[64] = L"";
+        LVCOLUMNW asked = {};
+        asked.mask = LVCF_TEXT;
+        asked.pszText = title;
+        asked.cchTextMax = 64;
+        ASSERT_TRUE(ListView_GetColumn(list, column, &asked));
+        EXPECT_STREQ(kTitles[column], title);
+        const int fitted = ListView_GetColumnWidth(list, column);
+        ListView_SetColumnWidth(list, column, LVSCW_AUTOSIZE_USEHEADER);
+        const int own = ListView_GetColumnWidth(list, column);
+        // Room for one and a half small images beside the title.
+        const int least = ListView_GetStringWidth(list, title) + GetSystemMetrics(SM_CXSMICON) * 3 / 2;
+        EXPECT_EQ(std::max(own, least), fitted) << column;
+        // The last column fills the rest.
+        ListView_SetColumnWidth(list, column, fitted);
     }
 }
 
