@@ -290,6 +290,52 @@ TEST_F(ViewerHere, ASelectedErrorSelectsItsItemAndNothingElseDoes)
     EXPECT_EQ(0u, ListView_GetSelectedCount(list));
 }
 
+// More items than the tree is filled with. The rest of the outermost ones waits for the timer, which has no chance here: nobody takes
+// messages.
+class PartlyFilled : public ViewerHere {
+protected:
+    static std::string Infos(int count)
+    {
+        std::string infos;
+        for (int i = 0; i < count; ++i) infos += "<info value=\"i\"/>";
+        return infos;
+    }
+    void ShowMany(const std::string& outermost)
+    {
+        Show("<func name=\"many\" direc=\"in\" object=\"o\">" + Infos(100'000) + "</func>" + outermost);
+    }
+    int CountOutermost() const
+    {
+        int count = 0;
+        for (HTREEITEM item = TreeView_GetRoot(tree); item; item = TreeView_GetNextSibling(tree, item)) ++count;
+        return count;
+    }
+};
+
+TEST_F(PartlyFilled, AWalkFindsTheNextOutermostItem)
+{
+    ShowMany(Infos(5000));
+    EXPECT_GT(1000u, TreeView_GetCount(tree));
+    EXPECT_EQ(5001, CountOutermost());
+}
+
+TEST_F(PartlyFilled, AWalkFindsTheNextVisibleItem)
+{
+    ShowMany(Infos(5000));
+    EXPECT_GT(1000u, TreeView_GetCount(tree));
+    int count = 0;
+    for (HTREEITEM item = TreeView_GetRoot(tree); item; item = TreeView_GetNextVisible(tree, item)) ++count;
+    EXPECT_EQ(5001, count);
+}
+
+TEST_F(PartlyFilled, ASelectedErrorBringsTheItemsBeforeItAlone)
+{
+    ShowMany(Infos(3000) + "<error value=\"far\"/>" + Infos(3000));
+    ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    EXPECT_EQ(L"far", Selected());
+    EXPECT_EQ(1u + 3000u + 1u, TreeView_GetCount(tree));
+}
+
 TEST_F(ViewerHere, TheWindowHasTheProgramsIcon)
 {
     Show("");
