@@ -5,6 +5,7 @@
 
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
+#include "system/registry_view.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 
@@ -46,7 +47,7 @@ protected:
         std::thread dialogThread([&] {
             CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
             {
-                CAddPackageDlg dialog(nullptr, exported, choice, {{classes.Get(), 0}, {nullptr, 0}});
+                CAddPackageDlg dialog(nullptr, exported, choice, {{classes.Get(), 0}, {others.Get(), 0}});
                 if (dialog.Run(nullptr) == IDOK) result = dialog.Result();
             }
             CoUninitialize();
@@ -69,7 +70,7 @@ protected:
         return names;
     }
 
-    RegistryKey classes;
+    RegistryKey classes, others;  // those of the other width, where a test has some
     ExportedPackageList exported;
 };
 
@@ -96,6 +97,59 @@ TEST_F(RestrictedChoice, WithoutRestrictionEveryKindIsOffered)
         return IDOK;
     });
     EXPECT_EQ(PackageKind::ReactionPackage10StandAlone, result.kind);
+}
+
+// What the dialog answers to the tree view that draws the item, and the colour of the text that it chooses.
+struct Drawn {
+    LRESULT answer;
+    COLORREF text;
+};
+
+Drawn Draw(const RemoteTree& tree, HTREEITEM item, DWORD stage, UINT state = 0)
+{
+    constexpr COLORREF kText = RGB(1, 2, 3);
+    TVITEMW record = {};
+    record.mask = TVIF_PARAM;
+    record.hItem = item;
+    if (item) TreeView_GetItem(tree.Window(), &record);
+    NMTVCUSTOMDRAW drawing = {};
+    drawing.nmcd.hdr = {tree.Window(), kComponentTree, NM_CUSTOMDRAW};
+    drawing.nmcd.dwDrawStage = stage;
+    drawing.nmcd.dwItemSpec = reinterpret_cast<DWORD_PTR>(item);
+    drawing.nmcd.uItemState = state;
+    drawing.nmcd.lItemlParam = record.lParam;
+    drawing.clrText = kText;
+    const LRESULT answer =
+        SendMessageW(GetParent(tree.Window()), WM_NOTIFY, kComponentTree, reinterpret_cast<LPARAM>(&drawing));
+    return {answer, drawing.clrText == kText ? CLR_NONE : drawing.clrText};
+}
+
+TEST_F(RestrictedChoice, DrawsGreyWhatCannotBeUsed)
+{
+    if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";
+    RegisterOneOfEachKind();
+    ASSERT_EQ(ERROR_SUCCESS, others.Create({classes.Get(), 0}, L"Other"));
+    RegistryKey key;
+    const std::wstring path = L"CLSID\\{7E57DDDD-0000-0000-0000-000000000009}";
+    key.Create({others.Get(), 0}, path + L"\\Implemented Categories\\" + PackageKindRows()[1].category);
+    key.Create({others.Get(), 0}, path + L"\\CapeDescription");
+    key.WriteString(L"Name", L"Elsewhere");
+    Show(PackageChoice::All, L"Export package:", [](const RemoteTree& tree) {
+        const std::wstring reason =
+            std::wstring(L" - registered for ") + (sizeof(void*) == 4 ? L"64" : L"32") + L"-bit programs only";
+        const HTREEITEM usable = tree.Find(L"Kind 1"), unusable = tree.Find(L"Elsewhere" + reason);
+        EXPECT_TRUE(usable && unusable);
+        EXPECT_EQ(CDRF_NOTIFYITEMDRAW, Draw(tree, nullptr, CDDS_PREPAINT).answer);
+        const Drawn grey = Draw(tree, unusable, CDDS_ITEMPREPAINT);
+        EXPECT_EQ(CDRF_DODEFAULT, grey.answer);
+        EXPECT_EQ(GetSysColor(COLOR_GRAYTEXT), grey.text);
+        // The colours of a selection stay together, and so do those of what can be used.
+        EXPECT_EQ(CLR_NONE, Draw(tree, unusable, CDDS_ITEMPREPAINT, CDIS_SELECTED).text);
+        EXPECT_EQ(CLR_NONE, Draw(tree, unusable, CDDS_ITEMPOSTPAINT).text);
+        EXPECT_EQ(CLR_NONE, Draw(tree, usable, CDDS_ITEMPREPAINT).text);
+        EXPECT_EQ(CLR_NONE, Draw(tree, TreeView_GetRoot(tree.Window()), CDDS_ITEMPREPAINT).text);
+        return IDCANCEL;
+    });
 }
 
 TEST_F(RestrictedChoice, SaysThatNothingIsInstalled)
