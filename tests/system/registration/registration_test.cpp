@@ -10,6 +10,7 @@
 #include "registration/key_tree.h"
 #include "tests/system/registration/processes.h"
 #include "tests/system/registration/registry_snapshot.h"
+#include "tests/windows/patched_import.h"
 
 namespace {
 
@@ -437,6 +438,24 @@ TEST_F(Registration, ExitsWithTheFailureOfTheAction)
     EXPECT_EQ(static_cast<DWORD>(STG_E_CANTSAVE), RunToEnd(ServerPath(), L"/RegServer"));
     fs::remove(file);
     fs::rename(aside, file, ignored);
+}
+
+HRESULT WINAPI CreateNothing(REFCLSID, IUnknown*, DWORD, REFIID, void** object)
+{
+    *object = nullptr;
+    return REGDB_E_CLASSNOTREG;
+}
+
+// Its scripts cannot run then; what needs no script is removed all the same.
+TEST_F(Registration, UnregistersTheClassesWithoutTheSystemsRegistrar)
+{
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    {
+        const zelt::test::PatchedImport<decltype(CreateNothing)> none("CoCreateInstance", CreateNothing);
+        EXPECT_EQ(REGDB_E_CLASSNOTREG, zelt::UnregisterServer(Scope::Machine, "1.0.0.0"));
+    }
+    for (const REGSAM view : RegistryViews()) EXPECT_FALSE(KeyExists(Scope::Machine, view, kClass));
+    EXPECT_TRUE(KeyExists(Scope::Machine, zelt::OwnView(), std::wstring(L"AppID\\") + kAppId)) << "left by the script";
 }
 
 TEST_F(Registration, UnregistersWhatIsNotRegistered)
