@@ -238,6 +238,28 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
     ExpectHealthy();
 }
 
+// 64-bit programs find a library that is registered for either width, 32-bit programs only one that is registered for theirs.
+TEST_F(Doctor, FindsThatALibraryOf64BitProgramsServesNo32BitOnes)
+{
+    const std::wstring version = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}\\1.1";
+    const std::wstring file = DefaultValue(Scope::Machine, k32, kStandardFile);
+    for (const REGSAM view : {k32, k64}) {
+        Remove(view, kStandardFile);
+        Write(view, version + L"\\0\\win64", L"", file);
+    }
+    const CommandOutcome outcome = RunZeltctl({"doctor"});
+    EXPECT_EQ(1, outcome.code);
+    EXPECT_TRUE(outcome.data.starts_with("library: The type library \"")) << outcome.data;
+    EXPECT_NE(std::string::npos, outcome.data.find("\" is not registered in the 32-bit view of the registry, so "))
+        << outcome.data;
+    EXPECT_EQ(1u, LinesOf(outcome.data).size()) << outcome.data;
+    ExpectFixed("library");
+    for (const REGSAM view : {k32, k64}) {
+        Remove(view, version + L"\\0\\win64");
+        EXPECT_EQ(file, DefaultValue(Scope::Machine, view, kStandardFile));
+    }
+}
+
 TEST_F(Doctor, WritesTheStandardsLibraryAgain)
 {
     const fs::path file = SharedFilePath(Scope::Machine, L"cape-open-1.1.tlb");
