@@ -74,6 +74,8 @@ void CallSummarizer::Begin(const LogEvent& event)
         call.arguments.emplace_back();
         call.arguments.back().name = event.name.substr(0, kLongestText);
         call.arguments.back().line = event.line;
+        call.arguments.back().areWhole =
+            event.text == "long" || event.text == "short" || event.text == "VT_I4" || event.text == "VT_I2";
     } else if (event.kind == EventKind::Value) {
         if (!call.arguments.empty() && !event.hasChildren) AddValue(call.arguments.back(), event);
     } else {

@@ -17,7 +17,8 @@ struct ArgumentSummary {
     int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
     double sum = 0;      // of the values that are numbers
     double least = 0, most = 0;
-    bool numbers = true;  // all values are
+    bool numbers = true;    // all values are
+    bool areWhole = false;  // by their type
 };
 
 struct CallSummary {

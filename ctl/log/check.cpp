@@ -9,6 +9,8 @@
 #include "ctl/log/conduct.h"
 #include "ctl/log/findings.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/log/rules/equilibrium_rules.h"
+#include "ctl/log/rules/parameter_rules.h"
 #include "ctl/similar.h"
 
 namespace zelt::ctl {
@@ -93,16 +95,25 @@ public:
     using ReportQuery = std::function<void(int line, const std::string& text)>;
 
     Checker(const ReportFinding& report, const ReportQuery& reportQuery)
-        : report(report), reportQuery(reportQuery), life(report), values(report), properties(report), versions(report)
+        : report(report),
+          reportQuery(reportQuery),
+          life(report),
+          values(report),
+          properties(report),
+          versions(report),
+          parameters(report),
+          equilibria(report)
     {}
 
     void Begin(const LogEvent& event) override
     {
         CheckPlace(event);
+        equilibria.Begin(event);
         if (event.kind == EventKind::Call) {
             life.Begin(event);
             properties.Begin(event);
             versions.Begin(event);
+            parameters.Begin(event);
             latest.resize(static_cast<std::size_t>(event.depth));
             latest.push_back({event.line, std::string(event.name) + " (" + std::string(event.text) + ')'});
         } else {
@@ -120,6 +131,8 @@ public:
         life.End(call);
         values.End(call);
         properties.End(call, depth == 0);
+        parameters.End(call);
+        equilibria.EndCall(depth);
     }
     void LeftOpen(int line) override
     {
@@ -132,6 +145,7 @@ public:
     void Finish(bool complete)
     {
         if (complete) {
+            equilibria.Finish();
             life.Finish();
         } else {
             report(damaged, "damaged", "the log is cut off here, or damaged");
@@ -195,6 +209,8 @@ private:
     ValueRules values;
     PropertyRules properties;
     VersionRules versions;
+    ParameterRules parameters;
+    EquilibriumRules equilibria;
     CallSummarizer calls;
     std::vector<EventKind> kinds;
     std::vector<OpenCall> latest;  // the calls around the latest event, ended or not

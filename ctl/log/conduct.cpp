@@ -5,20 +5,13 @@
 #include <cstdio>
 #include <iterator>
 
+#include "ctl/log/lower_case.h"
+
 namespace zelt::ctl {
 namespace {
 
 // Each value of a log has six digits.
 constexpr double kSumTolerance = 1e-4;
-
-std::string Lower(std::string_view text)
-{
-    std::string lower(text);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return lower;
-}
 
 template <std::size_t Count>
 bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
@@ -131,7 +124,7 @@ void ValueRules::End(const CallSummary& call)
                        InCall(call) + " is not a finite number");
         }
     }
-    const bool isFraction = Lower(call.First("property")) == "fraction";
+    const bool isFraction = LowerCase(call.First("property")) == "fraction";
     const ArgumentSummary* values = call.Method() == "GetTPFraction" ? call.Find("composition")
                                     : isFraction                     ? PropertyValues(call)
                                                                      : nullptr;
@@ -159,7 +152,7 @@ void PropertyRules::Begin(const LogEvent& call)
 void PropertyRules::Check(const Material& material, const CallSummary& call, std::string_view property,
                           std::string_view phase)
 {
-    if (material.properties.count(Lower(property) + '|' + Lower(phase))) return;
+    if (material.properties.count(LowerCase(property) + '|' + LowerCase(phase))) return;
     report(call.line, "read-before-set",
            "the property " + Quote(property) + (phase.empty() ? "" : " of the phase " + Quote(phase)) + " of " +
                Quote(call.object) + " is read, but was not set since the material was " + material.since);
@@ -197,7 +190,7 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
     const std::string_view property = call.First("property");
     const std::string_view phase = call.Find("phase") ? call.First("phase") : call.First("phaseLabel");
     if (method == "SetOverallProp" || method == "SetSinglePhaseProp" || (isMaterial && method == "SetProp")) {
-        if (!call.result.failed) material.properties.insert(Lower(property) + '|' + Lower(phase));
+        if (!call.result.failed) material.properties.insert(LowerCase(property) + '|' + LowerCase(phase));
     } else if (method == "GetOverallProp" || method == "GetSinglePhaseProp" || (isMaterial && method == "GetProp")) {
         Check(material, call, property, phase);
     } else if (method == "GetTPFraction") {

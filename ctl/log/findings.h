@@ -9,8 +9,9 @@ namespace zelt::ctl {
 
 // In the order of the help.
 inline constexpr std::string_view kCheckRules[] = {
-    "damaged",         "open-call",      "structure",    "violation", "exception",    "version-mix",     "initialize",
-    "after-terminate", "not-terminated", "not-released", "fractions", "not-a-number", "read-before-set",
+    "damaged",         "open-call",       "structure",       "violation",    "exception", "version-mix",
+    "initialize",      "after-terminate", "not-terminated",  "not-released", "fractions", "not-a-number",
+    "read-before-set", "bounds",          "phase-not-given", "balance",
 };
 
 using ReportFinding = std::function<void(int line, const char* rule, const std::string& text)>;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -91,6 +92,9 @@ constexpr std::string_view kWords[] = {
     "tvf",
     "totalflow",
     "unnormalized",
+    "unspecified",
+    "normal",
+    "retrograde",
     "normalized",
     "vapor",
     "vapour",
@@ -147,6 +151,15 @@ bool IsMark(std::string_view value)
     return isName && (value.starts_with("CAPE_") || value.starts_with("VT_"));
 }
 
+bool IsReal(std::string_view value, std::string_view type)
+{
+    return type.find("VT_R") != std::string_view::npos || type == "double" ||
+           value.find_first_of(".e") != std::string_view::npos;
+}
+
+// Of those that keep their order; all that 32 bits hold.
+constexpr long long kLargestWhole = 0xFFFF'FFFF;
+
 // The pseudo-random function SipHash-2-4: keyed, and not reversible without its key.
 std::uint64_t SipHash(const std::uint64_t (&key)[2], std::string_view text)
 {
@@ -186,6 +199,7 @@ LogAliases::LogAliases()
 {
     std::random_device source;
     for (std::uint64_t& half : key) half = static_cast<std::uint64_t>(source()) << 32 | source();
+    for (std::size_t place = 0; place < kMasses; ++place) masses[place] = MassAt(place);
 }
 
 std::uint64_t LogAliases::Hash(std::string_view text) const { return SipHash(key, text); }
@@ -221,6 +235,8 @@ double LogAliases::Weight(std::string_view number) const
     return 0.05 + 0.95 * static_cast<double>(Hash(number) >> 11) / 0x1p53;
 }
 
+double LogAliases::MassAt(std::size_t place) const { return 0.2 + 0.8 * Weight("mass " + std::to_string(place)); }
+
 std::string LogAliases::Number(std::string_view text, bool real) const
 {
     const std::uint64_t hash = Hash(text);
@@ -235,6 +251,50 @@ std::string LogAliases::Number(std::string_view text, bool real) const
         end = std::to_chars(alias, std::end(alias), 1 + hash % 9999).ptr;
     }
     return std::string(text.starts_with('-'), '-').append(alias, end);
+}
+
+// Between 0 and 0.8.
+double LogAliases::Jitter(std::uint64_t order, int scale, long long place) const
+{
+    char text[2 * sizeof(std::uint64_t)];
+    const std::uint64_t step = static_cast<std::uint64_t>(place) * 8 + static_cast<std::uint64_t>(scale);
+    std::memcpy(text, &order, sizeof order);
+    std::memcpy(text + sizeof order, &step, sizeof step);
+    return 0.8 * static_cast<double>(Hash({text, sizeof text}) >> 11) / 0x1p53;
+}
+
+std::string LogAliases::Ordered(std::string_view text, std::string_view type, std::string_view order) const
+{
+    double number = 0;
+    const auto [read, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || read != text.data() + text.size() || !std::isfinite(number)) return Value(text, type);
+    if (number == 0) return std::string(text);
+    const std::uint64_t key = Hash(order);
+    char alias[40];
+    if (!IsReal(text, type)) {
+        long long whole = 0;
+        std::from_chars(text.data(), text.data() + text.size(), whole);
+        const long long step = 2 + static_cast<long long>(key % 50);
+        // The alias of a number is less than one step above its multiple.
+        const long long above = static_cast<long long>(Hash(text) % static_cast<std::uint64_t>(step));
+        if (whole < -kLargestWhole || whole > kLargestWhole) return Value(text, type);
+        return {alias, std::to_chars(alias, std::end(alias), step * whole + above).ptr};
+    }
+    // Each scale divides the logarithms into intervals and moves their ends, but none beyond the next. The mean of such maps
+    // increases, too: on the large scales, ratios are lost, on the small ones, the details.
+    constexpr double kScales[] = {4, 1, 0.25, 0.0625};
+    const double logarithm = std::log2(std::fabs(number));
+    double moved = 4 * Jitter(key, 7, 0);
+    for (int scale = 0; scale < 4; ++scale) {
+        const double width = kScales[scale], place = std::floor(logarithm / width), part = logarithm / width - place;
+        const auto step = static_cast<long long>(place);
+        const double from = place + Jitter(key, scale, step), to = place + 1 + Jitter(key, scale, step + 1);
+        moved += width * (from + part * (to - from)) / 4;
+    }
+    moved = std::clamp(moved, -1000.0, 1000.0);
+    const double value = std::copysign(std::exp2(moved), number);
+    // More digits than the log has, so that what differs still does.
+    return {alias, std::to_chars(alias, std::end(alias), value, std::chars_format::general, 8).ptr};
 }
 
 std::string LogAliases::Value(std::string_view value, std::string_view type) const
@@ -257,9 +317,7 @@ std::string LogAliases::Value(std::string_view value, std::string_view type) con
     double number = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     if (error != std::errc() || end != value.data() + value.size()) return Text(value);
-    const bool real = type.find("VT_R") != std::string_view::npos || type == "double" ||
-                      value.find_first_of(".e") != std::string_view::npos;
-    return number == 0 ? std::string(value) : Number(value, real);
+    return number == 0 ? std::string(value) : Number(value, IsReal(value, type));
 }
 
 }  // namespace zelt::ctl

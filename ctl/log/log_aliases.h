@@ -21,14 +21,24 @@ public:
     // A value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 
+    // A number in its place among the others of this order: the larger of two has the larger alias. 0 stays, so signs do too.
+    // What is no number gets its alias by its form.
+    std::string Ordered(std::string_view number, std::string_view type, std::string_view order) const;
+
     // Between 0.05 and 1, of a number.
     double Weight(std::string_view number) const;
+    // Between 0.2 and 1, of the compound at this place among the others.
+    double Mass(std::size_t place) const { return place < kMasses ? masses[place] : MassAt(place); }
 
 private:
     std::uint64_t Hash(std::string_view text) const;
     std::string Number(std::string_view text, bool real) const;
+    double MassAt(std::size_t place) const;
+    double Jitter(std::uint64_t order, int scale, long long place) const;
 
     std::uint64_t key[2];
+    static constexpr std::size_t kMasses = 32;
+    double masses[kMasses];  // the first ones, which recur most
 };
 
 }  // namespace zelt::ctl

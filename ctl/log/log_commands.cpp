@@ -72,7 +72,10 @@ constexpr Option kExportOptions[] = {
 
 constexpr Option kListOptions[] = {kJson, ZELT_OUTPUT_OPTION};
 constexpr Option kWhyOptions[] = {ZELT_OUTPUT_OPTION};
-constexpr Option kRedactOptions[] = {kOutputFolder};
+constexpr Option kRedactOptions[] = {
+    {"--keep-errors", nullptr, "with what components say about their failures, word by word"},
+    kOutputFolder,
+};
 
 constexpr Command kCommands[] = {
     {"log show", "LOG...", 1, kMany, kShowOptions, "Shows a log as a tree of text",
@@ -108,6 +111,9 @@ constexpr Command kCommands[] = {
      "  fractions        fractions that do not add up to 1, or are not between 0 and 1\n"
      "  not-a-number     NaN or an infinity as the value of a property\n"
      "  read-before-set  a property is read of a material that is known not to have it\n"
+     "  bounds           a parameter's value is outside its bounds, and is used or called valid\n"
+     "  phase-not-given  a phase is said to be present at equilibrium, but its composition is not set\n"
+     "  balance          the calculated phases together are not the feed\n"
      "The exit code is 1 when there are findings.", EachLog<CheckLog, Layout::Findings>},
     {"log diff", "LOG LOG", 2, 2, kDiffOptions, "Compares two logs, call by call",
      "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
@@ -115,9 +121,10 @@ constexpr Command kCommands[] = {
      "line. The exit code is 1 when the logs differ.", ToOutputFile<CompareLogs>},
     {"log redact", "LOG...", 1, kMany, kRedactOptions, "Writes a log without its names and values to standard output",
      "Names, texts, numbers, addresses and times are replaced, the same one by the same one throughout the log. Nothing\n"
-     "leads back: the key is made for this run and forgotten. Fractions become others that add up to the same.\n"
-     "Interfaces, methods, types, status codes, 0, NaN and the standard's own words, such as temperature and Liquid,\n"
-     "stay; so do the structure and the line numbers.", EachLogAsFile<RedactLog, EndingOfRedacted>},
+     "leads back: the key is made for this run and forgotten. Compounds become Compound-1, Compound-2 and so on. Fractions\n"
+     "become others that add up to the same; temperatures, pressures and parameters keep their order. Interfaces, methods,\n"
+     "types, status codes, counts, indices, 0, NaN and the standard's own words, such as temperature and Liquid, stay; so\n"
+     "do the structure and the line numbers. check and errors find the same in both logs.", EachLogAsFile<RedactLog, EndingOfRedacted>},
     {"log follow", "LOG", 1, 1, kFollowOptions, "Shows a log while it is being written", "", ToOutputFile<FollowLog>},
 };
 // clang-format on

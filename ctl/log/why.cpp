@@ -11,6 +11,7 @@
 #include "ctl/log/failure_story.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_paths.h"
+#include "ctl/log/rules/parameter_rules.h"
 
 namespace zelt::ctl {
 namespace {
@@ -26,7 +27,8 @@ public:
           life(report),
           values(report),
           properties(report),
-          versions(report)
+          versions(report),
+          parameters(report)
     {}
 
     void Begin(const LogEvent& event) override
@@ -41,6 +43,7 @@ public:
             life.Begin(event);
             properties.Begin(event);
             versions.Begin(event);
+            parameters.Begin(event);
             return;
         }
         if (open.empty()) return;
@@ -106,6 +109,7 @@ private:
         life.End(summary);
         values.End(summary);
         properties.End(summary, open.size() == 1);
+        parameters.End(summary);
         materials.Take(call);
 
         Gathered gathered = std::move(open.back());
@@ -209,6 +213,7 @@ private:
     ValueRules values;
     PropertyRules properties;
     VersionRules versions;
+    ParameterRules parameters;
     CallTexts texts;
     CallSummarizer summaries;
     MaterialStates materials;

@@ -2,34 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
+#include "log_text.h"
 
 namespace zelt::test {
 namespace {
-
-std::string Call(const std::string& name, const std::string& direction, const std::string& object,
-                 const std::string& inside = {})
-{
-    return "<func name=\"" + name + "\" direc=\"" + direction + "\" object=\"" + object + "\">\n" + inside +
-           "</func>\n";
-}
-
-std::string Argument(const std::string& name, const std::string& direction, const std::string& type,
-                     const std::vector<std::string>& values)
-{
-    std::string text = "<arg name=\"" + name + "\" direc=\"" + direction + "\" type=\"" + type + "\">\n";
-    for (const std::string& value : values) text += "<argval value=\"" + value + "\"/>\n";
-    return text + "</arg>\n";
-}
-
-std::string Text(const std::string& name, const std::string& value)
-{
-    return Argument(name, "in", "string", {"&quot;" + value + "&quot;"});
-}
-
-std::string Numbers(const std::string& name, const std::vector<std::string>& values)
-{
-    return Argument(name, name == "results" ? "out" : "in", "VT_ARRAY|VT_R8", values);
-}
 
 std::string Fractions(const std::string& method, const std::vector<std::string>& values, const std::string& more = {})
 {
@@ -246,9 +222,10 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
 }
 
 // As the user guide lists them.
-const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
-                              "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
-                              "fractions",   "not-a-number", "read-before-set"};
+const char* const kRules[] = {"damaged",         "open-call",    "structure",       "violation",
+                              "exception",       "version-mix",  "initialize",      "after-terminate",
+                              "not-terminated",  "not-released", "fractions",       "not-a-number",
+                              "read-before-set", "bounds",       "phase-not-given", "balance"};
 
 TEST(LogCheck, KnowsTheRulesThatItsHelpAndItsRefusalList)
 {

@@ -11,7 +11,6 @@
 namespace zelt::ctl {
 namespace {
 
-constexpr std::string_view kFraction = "fraction";
 // Of the rules for fractions.
 constexpr double kTolerance = 1e-4;
 
@@ -30,23 +29,24 @@ std::string Digits(double number)
     return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
 }
 
-bool IsFraction(std::string_view text)
+// Of a mole of the mixture.
+double MassOf(const std::vector<double>& fractions, const LogAliases& aliases)
 {
-    return std::equal(text.begin(), text.end(), kFraction.begin(), kFraction.end(), [](char a, char b) {
-        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
-    });
+    double mass = 0;
+    for (std::size_t i = 0; i < fractions.size(); ++i) mass += fractions[i] * aliases.Mass(i);
+    return mass;
 }
 
 // Replaces the positive numbers of these places by others with this sum. Whether one of them is above 1 stays as it was, if the
 // sum allows that.
 void Share(const std::vector<std::size_t>& places, const std::vector<double>& numbers, double sum,
-           const std::vector<std::string>& values, const LogAliases& aliases, std::vector<std::string>& redacted)
+           const LogAliases& aliases, std::vector<std::string>& redacted)
 {
     constexpr double kLimit = 1 + kTolerance;
     std::vector<double> shares;
     double all = 0, largest = 0;
     for (const std::size_t place : places) {
-        shares.push_back(aliases.Weight(std::to_string(place) + ' ' + values[place]));
+        shares.push_back(numbers[place] * aliases.Mass(place));
         all += shares.back();
         largest = std::max(largest, numbers[place]);
     }
@@ -93,7 +93,7 @@ std::vector<std::string> RedactFractions(const std::vector<std::string>& values,
     }
     if (above.empty()) return redacted;
     if (areAll && sum > 0) {
-        Share(above, numbers, sum, values, aliases, redacted);
+        Share(above, numbers, sum, aliases, redacted);
         return redacted;
     }
     // The sum of some would say too much.
@@ -103,24 +103,27 @@ std::vector<std::string> RedactFractions(const std::vector<std::string>& values,
     return redacted;
 }
 
-void FractionArguments::Begin(const LogEvent& event)
+std::string RedactPhaseFraction(std::string_view value, const LogAliases& aliases)
 {
-    if (event.kind == EventKind::Call) {
-        calls.push_back({event.Method() == "GetTPFraction" || event.Method() == "GetOverallTPFraction", false, false});
-        isProperty = isCompounds = areFractions = false;
-        return;
-    }
-    if (calls.empty()) return;
-    if (event.kind == EventKind::Argument) {
-        isProperty = event.name == "property";
-        isCompounds = event.name == "compIds";
-        areFractions = (calls.back().isComposition && event.name == "composition") ||
-                       (calls.back().ofFraction && (event.name == "values" || event.name == "results"));
-    } else if (event.kind == EventKind::Value && isProperty) {
-        calls.back().ofFraction = IsFraction(Unquoted(event.text));
-    } else if (event.kind == EventKind::Value && isCompounds) {
-        calls.back().ofSome = true;
-    }
+    const auto number = NumberOf(value);
+    if (!number) return aliases.Value(value, "double");
+    if (*number == 0 || *number == 1) return std::string(value);
+    const double power = 0.5 + aliases.Weight("phase fraction");
+    if (*number < 0) return Digits(-aliases.Weight(value));
+    if (*number > 1) return Digits(1 + aliases.Weight(value));
+    const double first = std::pow(*number, power), second = std::pow(1 - *number, power);
+    return Digits(first / (first + second));
+}
+
+std::optional<std::string> BalancedPhaseFraction(std::string_view value, const FlashRecord::Material& material,
+                                                 std::string_view phase, const LogAliases& aliases)
+{
+    const FlashRecord::Phase* found = material.Find(phase);
+    const auto number = NumberOf(value);
+    if (!found || !number || material.feed.fractions.size() != found->composition.fractions.size()) return {};
+    const double feed = MassOf(material.feed.fractions, aliases), part = MassOf(found->composition.fractions, aliases);
+    if (!(feed > 0 && part > 0)) return {};
+    return Digits(*number * part / feed);
 }
 
 }  // namespace zelt::ctl

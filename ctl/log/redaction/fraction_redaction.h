@@ -1,13 +1,15 @@
-// The fractions of a mixture in a log that is given away: others, which add up to the same. So the rules for fractions find the same
-// in the redacted log.
+// The fractions of a mixture in a log that is given away. They become what the fractions by mass would be if the compounds had other
+// masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed as before.
+// So the rules for fractions find the same in the redacted log.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ctl/log/log_aliases.h"
-#include "ctl/log/log_events.h"
+#include "ctl/log/rules/flash_record.h"
 
 namespace zelt::ctl {
 
@@ -19,26 +21,12 @@ inline constexpr std::size_t kMostFractions = 1000;
 std::vector<std::string> RedactFractions(const std::vector<std::string>& values, bool areAll,
                                          const LogAliases& aliases);
 
-// Knows of each argument whether its values are fractions.
-class FractionArguments {
-public:
-    // Each call, argument and value, in order.
-    void Begin(const LogEvent& event);
-    void EndCall() { calls.pop_back(); }
+// What replaces a phase fraction about which nothing else is known. Of two phases the sum stays 1, and 0 and 1 stay.
+std::string RedactPhaseFraction(std::string_view value, const LogAliases& aliases);
 
-    // Of the latest argument.
-    bool AreFractions() const { return areFractions; }
-    // And whether they are those of all compounds.
-    bool AreAll() const { return !calls.empty() && !calls.back().ofSome; }
-
-private:
-    struct OpenCall {
-        bool isComposition;  // a method that gets temperature, pressure and composition
-        bool ofFraction;     // of the property "fraction"
-        bool ofSome;         // of the compounds that are named
-    };
-    std::vector<OpenCall> calls;
-    bool isProperty = false, isCompounds = false, areFractions = false;
-};
+// The phase fraction that keeps the balance between the redacted feed of a calculation and its redacted phases; nothing when the
+// calculation has none of `phase`.
+std::optional<std::string> BalancedPhaseFraction(std::string_view value, const FlashRecord::Material& material,
+                                                 std::string_view phase, const LogAliases& aliases);
 
 }  // namespace zelt::ctl

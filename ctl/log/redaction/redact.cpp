@@ -4,12 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "log/vocabulary/markup.h"
-#include "ctl/log/redaction/fraction_redaction.h"
+#include "ctl/log/call_results.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
+#include "ctl/log/redaction/argument_meaning.h"
+#include "ctl/log/redaction/compound_names.h"
+#include "ctl/log/redaction/fraction_redaction.h"
+#include "ctl/log/redaction/held_phase_fractions.h"
 #include "ctl/log/redaction/message_redaction.h"
 #include "ctl/log/text_memo.h"
+#include "log/vocabulary/markup.h"
 
 namespace zelt::ctl {
 namespace {
@@ -37,9 +41,14 @@ bool IsStandardName(std::string_view name)
     });
 }
 
+bool IsNumber(std::string_view value)
+{
+    return !value.empty() && value.find_first_not_of("0123456789+-.e") == std::string_view::npos;
+}
+
 class Redactor final : public LogSink {
 public:
-    explicit Redactor(Output& out) : out(out)
+    Redactor(bool keepsErrors, Output& out) : keepsErrors(keepsErrors), out(out)
     {
         out << "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
     }
@@ -48,7 +57,8 @@ public:
     {
         AppendEnds(ends.size());
         if (!held.empty() && event.kind <= EventKind::Argument) FillHeld();
-        fractions.Begin(event);
+        meanings.Begin(event);
+        phaseFractions.Begin(event);
         lines.append(static_cast<std::size_t>(event.depth), ' ');
         switch (event.kind) {
             case EventKind::Call: AppendNamed("<func name=\"", event, "object=\""); break;
@@ -56,16 +66,7 @@ public:
                 type = event.text;
                 AppendNamed("<arg name=\"", event, "type=\"");
                 break;
-            case EventKind::Value:
-                // Fractions get their values when all of them are known.
-                if (fractions.AreFractions() && !event.hasChildren && held.size() < kMostFractions) {
-                    held.emplace_back(event.text);
-                    places.push_back(lines.size() + kValue.size());
-                    AppendElement(kValue, "", false);
-                } else {
-                    AppendElement(kValue, Value(event.text), event.hasChildren);
-                }
-                break;
+            case EventKind::Value: AppendValue(event); break;
             case EventKind::Info: AppendElement("<info value=\"", Message(event, infos), event.hasChildren); break;
             case EventKind::Warning:
                 AppendElement("<warning value=\"", Message(event, warnings), event.hasChildren);
@@ -75,7 +76,8 @@ public:
                 AppendElement("<other value=\"", Escaped(aliases.Text(event.text)), event.hasChildren);
                 break;
         }
-        if (lines.size() >= kPiece && held.empty()) {
+        if (lines.size() >= kPiece && held.empty() && (!phaseFractions.AreHeld() || lines.size() >= kMostHeld)) {
+            phaseFractions.Fill(lines, aliases);
             out << lines;
             lines.clear();
         }
@@ -84,7 +86,10 @@ public:
     void End(EventKind kind, int depth) override
     {
         if (kind <= EventKind::Argument) FillHeld();
-        if (kind == EventKind::Call) fractions.EndCall();
+        if (kind == EventKind::Call) {
+            meanings.EndCall();
+            if (phaseFractions.EndCall(depth)) phaseFractions.Fill(lines, aliases);
+        }
         const char* tag = EndTag(kind, parents.back());
         parents.pop_back();
         // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
@@ -94,6 +99,7 @@ public:
 
     void Finish(bool complete)
     {
+        phaseFractions.Fill(lines, aliases);
         if (complete) {
             AppendEnds(ends.size());
             lines += "</zeltlogdocument>\r\n";
@@ -136,7 +142,58 @@ private:
     }
     const std::string& Message(const LogEvent& event, TextMemo& known)
     {
+        if (keepsErrors && (SaysMore(event) || KindOfMessage(event) == MessageKind::Failure)) {
+            return kept = Escaped(event.text);
+        }
         return known.Of(event.text, [&](std::string_view) { return Escaped(RedactMessage(event, aliases)); });
+    }
+    void AppendValue(const LogEvent& event)
+    {
+        const ArgumentMeaning meaning = meanings.Meaning();
+        const bool parent = event.hasChildren;
+        // Fractions get their values when all of them are known.
+        if (meaning == ArgumentMeaning::Fractions && !parent && held.size() < kMostFractions) {
+            held.emplace_back(event.text);
+            places.push_back(lines.size() + kValue.size());
+            AppendElement(kValue, "", false);
+        } else if (meaning == ArgumentMeaning::PhaseFraction && !parent) {
+            const std::size_t place = lines.size() + kValue.size();
+            AppendElement(kValue, "", false);
+            phaseFractions.Take(
+                {place, std::string(event.text), std::string(meanings.Object()), std::string(meanings.Phase())}, lines,
+                aliases);
+        } else {
+            AppendElement(kValue, Value(event.text, meaning), parent);
+        }
+    }
+    const std::string& Value(std::string_view value, ArgumentMeaning meaning)
+    {
+        const bool isText = value.starts_with('"');
+        switch (meaning) {
+            case ArgumentMeaning::Count:
+                if (!isText && IsNumber(value)) return kept = value;
+                break;
+            case ArgumentMeaning::Ordered:
+                if (!isText) return Ordered(value);
+                break;
+            case ArgumentMeaning::Compounds:
+                if (isText) return compounds.NameOf(value, aliases);
+                break;
+            case ArgumentMeaning::ErrorText:
+                if (keepsErrors) return kept = Escaped(value);
+                break;
+            default: break;
+        }
+        return Value(value);
+    }
+    const std::string& Ordered(std::string_view value)
+    {
+        // The type decides whether a number is whole.
+        (((key = meanings.Order()) += '|') += type) += '|';
+        const std::size_t end = key.size();
+        return ordered.Of(key += value, [&](std::string_view text) {
+            return Escaped(aliases.Ordered(text.substr(end), type, meanings.Order()));
+        });
     }
     // Texts recur, and their aliases do not depend on a type; of numbers neither is true.
     const std::string& Value(std::string_view value)
@@ -144,7 +201,7 @@ private:
         if (value.starts_with('"')) {
             return texts.Of(value, [this](std::string_view text) { return Escaped(aliases.Value(text, {})); });
         }
-        return number = Escaped(aliases.Value(value, type));
+        return kept = Escaped(aliases.Value(value, type));
     }
     void AppendNamed(std::string_view opening, const LogEvent& event, std::string_view other)
     {
@@ -165,7 +222,7 @@ private:
     void FillHeld()
     {
         if (held.empty()) return;
-        const std::vector<std::string> redacted = RedactFractions(held, fractions.AreAll(), aliases);
+        const std::vector<std::string> redacted = RedactFractions(held, meanings.AreAll(), aliases);
         std::string filled;
         std::size_t done = 0;
         for (std::size_t i = 0; i < redacted.size(); ++i) {
@@ -187,14 +244,19 @@ private:
     }
 
     const LogAliases aliases;
+    const bool keepsErrors;
     Output& out;
-    TextMemo names, objects, texts, infos, warnings, errors;
-    std::string number;
+    TextMemo names, objects, texts, infos, warnings, errors, ordered;
+    std::string key;   // of what is in order
+    std::string kept;  // the latest value, if it is in no memo
     static constexpr std::size_t kPiece = 4096;
     std::string lines;  // the next ones, put together; their memory is used again
     static constexpr std::string_view kValue = "<argval value=\"";
     std::string type;
-    FractionArguments fractions;
+    ArgumentMeanings meanings;
+    CompoundNames compounds;
+    HeldPhaseFractions phaseFractions;
+    static constexpr std::size_t kMostHeld = 1 << 20;
     std::vector<std::string> held;    // fractions that are not in `lines` yet
     std::vector<std::size_t> places;  // where they belong there
     std::vector<char> parents;        // whether the open elements have children
@@ -204,9 +266,9 @@ private:
 
 }  // namespace
 
-int RedactLog(const Arguments&, const std::string& log, Streams& streams)
+int RedactLog(const Arguments& arguments, const std::string& log, Streams& streams)
 {
-    Redactor redactor(streams.data);
+    Redactor redactor(arguments.Has("--keep-errors"), streams.data);
     const bool complete = ReadEvents(log, redactor, streams.messages);
     redactor.Finish(complete);
     return CodeOf(complete, kFine);

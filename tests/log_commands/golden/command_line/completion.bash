@@ -20,7 +20,7 @@ _zeltctl()
     'log export') words='--html --json --csv --queries -o --help' ;;
     'log follow') words='--object --interface --method --direction --calls --queries --new --idle -o --help' ;;
     'log list') words='--json -o --help' ;;
-    'log redact') words='-o --help' ;;
+    'log redact') words='--keep-errors -o --help' ;;
     'log show') words='--object --interface --method --direction --result --calls --nested --at -o --help' ;;
     'log stats') words='--object --interface --method --direction --sort --top --queries --json -o --help' ;;
     'log why') words='-o --help' ;;

@@ -11,7 +11,7 @@ Register-ArgumentCompleter -Native -CommandName zeltctl, zeltctl64 -ScriptBlock 
         'log export' = @('--html', '--json', '--csv', '--queries', '-o', '--help')
         'log follow' = @('--object', '--interface', '--method', '--direction', '--calls', '--queries', '--new', '--idle', '-o', '--help')
         'log list' = @('--json', '-o', '--help')
-        'log redact' = @('-o', '--help')
+        'log redact' = @('--keep-errors', '-o', '--help')
         'log show' = @('--object', '--interface', '--method', '--direction', '--result', '--calls', '--nested', '--at', '-o', '--help')
         'log stats' = @('--object', '--interface', '--method', '--direction', '--sort', '--top', '--queries', '--json', '-o', '--help')
         'log why' = @('-o', '--help')

@@ -1,0 +1,59 @@
+// What the values of an argument mean to a redaction: most are replaced by what their form allows, but some have an order, a sum or
+// a number that a reader needs.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+
+enum class ArgumentMeaning {
+    Other,
+    Count,      // also indices, statuses and dimensions: numbers that the standard gives a meaning
+    Fractions,  // of a mixture
+    PhaseFraction,
+    Ordered,    // temperatures, pressures, and what bounds limit
+    Compounds,  // their names
+    ErrorText,  // what the callee says about its failure
+};
+
+class ArgumentMeanings {
+public:
+    // Each call, argument and value, in order.
+    void Begin(const LogEvent& event);
+    void EndCall() { --open; }
+
+    // Of the latest argument.
+    ArgumentMeaning Meaning() const { return meaning; }
+    // Whether fractions are those of all compounds.
+    bool AreAll() const { return open && !calls[open - 1].ofSome; }
+    // What an order is kept among: a property, or a parameter.
+    std::string_view Order() const { return order; }
+    // The object and the phase of the innermost call.
+    std::string_view Object() const { return open ? std::string_view(calls[open - 1].object) : std::string_view(); }
+    std::string_view Phase() const { return open ? std::string_view(calls[open - 1].phase) : std::string_view(); }
+
+private:
+    enum class Kind { Other, Property, Composition, Parameter, ErrorInterface };
+    enum class Property { Other, Fraction, PhaseFraction, Temperature, Pressure };
+    struct OpenCall {
+        std::string object, phase;
+        Kind kind;
+        Property property;
+        bool ofSome;  // of the compounds that are named
+    };
+    static Kind KindOf(const LogEvent& call);
+    ArgumentMeaning MeaningOf(const LogEvent& argument);
+    ArgumentMeaning MeaningOfValues();
+
+    std::vector<OpenCall> calls;  // of which the first are open; the memory of the others is used again
+    std::size_t open = 0;
+    bool isProperty = false, isPhase = false, isCompounds = false;
+    ArgumentMeaning meaning = ArgumentMeaning::Other;
+    std::string order;
+};
+
+}  // namespace zelt::ctl

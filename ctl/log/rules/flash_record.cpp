@@ -1,0 +1,235 @@
+#include "ctl/log/rules/flash_record.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "ctl/log/call_results.h"
+#include "ctl/log/lower_case.h"
+
+namespace zelt::ctl {
+namespace {
+
+// More than a calculation needs. A forged log may have any number.
+constexpr std::size_t kMostMaterials = 8, kMostPhases = 16, kMostValues = 1000;
+
+// Of CapePhaseStatus; the others are that nothing is known, and that the values are estimates.
+constexpr std::string_view kAtEquilibrium = "1";
+
+bool IsSame(std::string_view a, std::string_view b) { return LowerCase(a) == LowerCase(b); }
+
+}  // namespace
+
+const FlashRecord::Phase* FlashRecord::Material::Find(std::string_view label) const
+{
+    for (const Phase& phase : phases) {
+        if (IsSame(phase.label, label)) return &phase;
+    }
+    return nullptr;
+}
+
+const FlashRecord::Material* FlashRecord::Find(std::string_view material) const
+{
+    for (const Material& one : materials) {
+        if (one.name == material) return &one;
+    }
+    return nullptr;
+}
+
+FlashRecord::Material& FlashRecord::MaterialOf(const std::string& name)
+{
+    for (Material& one : materials) {
+        if (one.name == name) return one;
+    }
+    if (materials.size() == kMostMaterials) {
+        surplus = {};
+        return surplus;
+    }
+    materials.emplace_back();
+    materials.back().name = name;
+    return materials.back();
+}
+
+FlashRecord::Phase& FlashRecord::PhaseOf(Material& material, const std::string& label)
+{
+    for (Phase& phase : material.phases) {
+        if (IsSame(phase.label, label)) return phase;
+    }
+    if (material.phases.size() == kMostPhases) {
+        material.isUnsure = true;
+        return material.phases.back();
+    }
+    material.phases.emplace_back();
+    material.phases.back().label = label;
+    return material.phases.back();
+}
+
+FlashRecord::Part FlashRecord::PartOf(std::string_view argument)
+{
+    // clang-format off
+    constexpr struct { std::string_view name; Part part; } kRows[] = {
+        {"property",       Part::Property},
+        {"phase",          Part::Phase},
+        {"phaseLabel",     Part::Phase},
+        {"basis",          Part::Basis},
+        {"compIds",        Part::Compounds},
+        {"values",         Part::Numbers},
+        {"results",        Part::Numbers},
+        {"composition",    Part::Numbers},
+        {"phaseLabels",    Part::Labels},
+        {"phaseStatus",    Part::Statuses},
+        {"materialObject", Part::Created},
+        {"clone",          Part::Created},
+    };
+    // clang-format on
+    for (const auto& row : kRows) {
+        if (row.name == argument) return row.part;
+    }
+    return Part::None;
+}
+
+void FlashRecord::Inner::Clear()
+{
+    for (std::string* text : {&method, &object, &property, &phase, &basis, &created}) text->clear();
+    labels.clear();
+    statuses.clear();
+    numbers.clear();
+    line = 0;
+    isOpen = isMaterial = ofSome = failed = false;
+    areNumbers = true;
+    part = Part::None;
+}
+
+void FlashRecord::Take(const LogEvent& event)
+{
+    if (depth < 0) {
+        if (!event.inward || event.Method() != "CalcEquilibrium") return;
+        depth = event.depth;
+        line = event.line;
+        failed = false;
+        materials.clear();
+        inner.Clear();
+        return;
+    }
+    if (event.kind == EventKind::Call) {
+        if (event.depth != depth + 1) return;
+        inner.Clear();
+        inner.isOpen = true;
+        inner.method = event.Method();
+        inner.object = event.text;
+        inner.isMaterial = !event.inward && (event.Interface() == "ICapeThermoMaterial" ||
+                                             event.Interface() == "ICapeThermoMaterialObject");
+        inner.line = event.line;
+    } else if (event.kind == EventKind::Error) {
+        if (event.depth <= depth + 2 && KindOfMessage(event) == MessageKind::Failure) {
+            (event.depth == depth + 1 ? failed : inner.failed) = true;
+        }
+    } else if (inner.isOpen && event.kind == EventKind::Argument && event.depth == depth + 2) {
+        inner.part = PartOf(event.name);
+    } else if (inner.isOpen && event.kind == EventKind::Value && event.depth == depth + 3 && !event.hasChildren) {
+        TakeValue(event.text);
+    }
+}
+
+void FlashRecord::TakeValue(std::string_view text)
+{
+    const auto add = [](auto& values, const auto& value) {
+        if (values.size() < kMostValues) values.push_back(value);
+    };
+    switch (inner.part) {
+        case Part::None: break;
+        case Part::Property: inner.property = LowerCase(Unquoted(text)); break;
+        case Part::Phase: inner.phase = Unquoted(text); break;
+        case Part::Basis: inner.basis = LowerCase(Unquoted(text)); break;
+        case Part::Compounds: inner.ofSome = true; break;
+        case Part::Labels: add(inner.labels, std::string(Unquoted(text))); break;
+        case Part::Statuses: add(inner.statuses, std::string(text)); break;
+        case Part::Created: {
+            // interface to object "Name" (address 0x…)
+            const std::size_t start = text.find('"'), end = text.rfind('"');
+            if (start != end) inner.created = text.substr(start + 1, end - start - 1);
+            break;
+        }
+        case Part::Numbers: {
+            double number = 0;
+            const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+            const bool isNumber =
+                read.ec == std::errc() && read.ptr == text.data() + text.size() && std::isfinite(number);
+            inner.areNumbers &= isNumber && inner.numbers.size() < kMostValues;
+            add(inner.numbers, number);
+            break;
+        }
+    }
+}
+
+bool FlashRecord::EndCall(int ended)
+{
+    if (depth < 0) return false;
+    if (ended == depth + 1) Interpret();
+    if (ended != depth) return false;
+    depth = -1;
+    return true;
+}
+
+void FlashRecord::Interpret()
+{
+    if (!inner.isOpen) return;
+    inner.isOpen = false;
+    const std::string_view method = inner.method;
+    // Two objects may have one name, and what another calculation does to a material is not in the log.
+    if (!inner.created.empty() && !inner.failed) MaterialOf(inner.created).isUnsure = true;
+    if (method == "CalcEquilibrium" || method == "CopyFromMaterial") MaterialOf(inner.object).isUnsure = true;
+    if (!inner.isMaterial) return;
+    const bool sets = method.starts_with("Set");
+    if (sets && inner.failed) MaterialOf(inner.object).isUnsure = true;
+    if (inner.failed) return;
+    if (method == "ClearAllProps" || method == "RemoveResults") {
+        Material& material = MaterialOf(inner.object);
+        material.phases.clear();
+        material.declares = false;
+    } else if (method == "SetPresentPhases") {
+        TakePresentPhases(MaterialOf(inner.object));
+    } else if (method == "GetOverallTPFraction") {
+        inner.property = "fraction";
+        inner.basis = "mole";
+        inner.phase = "Overall";
+        TakeProperty(MaterialOf(inner.object), false);
+    } else if (method == "GetOverallProp" || method == "SetOverallProp") {
+        inner.phase = "Overall";
+        TakeProperty(MaterialOf(inner.object), sets);
+    } else if (method == "SetSinglePhaseProp" || method == "GetProp" || method == "SetProp") {
+        TakeProperty(MaterialOf(inner.object), sets);
+    }
+}
+
+void FlashRecord::TakeProperty(Material& material, bool sets)
+{
+    const bool isOverall = IsSame(inner.phase, "overall"), isFraction = inner.property == "fraction";
+    const bool isKnown = inner.areNumbers && !inner.ofSome;
+    if (isOverall) {
+        if (isFraction) material.feed = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
+        return;
+    }
+    if (!sets) return;
+    Phase& phase = PhaseOf(material, inner.phase);
+    phase.isGiven = true;
+    if (isFraction) {
+        phase.composition = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
+    } else if (inner.property == "phasefraction") {
+        phase.share = isKnown && inner.numbers.size() == 1 ? std::optional(inner.numbers[0]) : std::nullopt;
+        phase.shareBasis = inner.basis;
+    }
+}
+
+void FlashRecord::TakePresentPhases(Material& material)
+{
+    material.declares = true;
+    for (Phase& phase : material.phases) phase.declared = 0;
+    for (std::size_t i = 0; i < inner.labels.size(); ++i) {
+        Phase& phase = PhaseOf(material, inner.labels[i]);
+        phase.declared = inner.line;
+        phase.atEquilibrium = i < inner.statuses.size() && inner.statuses[i] == kAtEquilibrium;
+    }
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,87 @@
+// What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their compositions and
+// shares. Rules judge by it, and redaction needs it to keep the balance. Values that nobody can be sure of mark their material.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctl/log/log_events.h"
+
+namespace zelt::ctl {
+
+class FlashRecord {
+public:
+    struct Composition {
+        std::vector<double> fractions;  // of all compounds; empty while unknown
+        std::string basis;
+        int line = 0;
+    };
+    struct Phase {
+        std::string label;           // as the log has it
+        int declared = 0;            // the line of the call that says that the phase is present
+        bool atEquilibrium = false;  // and that the package calculated it
+        bool isGiven = false;        // any of its properties
+        Composition composition;
+        std::optional<double> share;  // its phase fraction
+        std::string shareBasis;
+    };
+    struct Material {
+        std::string name;
+        Composition feed;
+        std::vector<Phase> phases;
+        bool declares = false;  // which phases are present
+        bool isUnsure = false;  // others may have changed it, or it may be two
+
+        const Phase* Find(std::string_view label) const;
+    };
+
+    // Each event, in order.
+    void Begin(const LogEvent& event)
+    {
+        if (depth >= 0 || event.kind == EventKind::Call) Take(event);
+    }
+    // At the end of each call. True for the end of an equilibrium calculation, whose record is then complete.
+    bool EndCall(int depth);
+
+    bool IsOpen() const { return depth >= 0; }
+    // Of the latest calculation.
+    int Line() const { return line; }
+    bool HasFailed() const { return failed; }
+    const std::vector<Material>& Materials() const { return materials; }
+    const Material* Find(std::string_view material) const;
+
+private:
+    enum class Part { None, Property, Phase, Basis, Compounds, Numbers, Labels, Statuses, Created };
+    // A call that the package makes.
+    struct Inner {
+        std::string method, object, property, phase, basis, created;
+        std::vector<std::string> labels, statuses;
+        std::vector<double> numbers;
+        int line = 0;
+        bool isOpen = false, isMaterial = false, ofSome = false, areNumbers = true, failed = false;
+        Part part = Part::None;
+
+        void Clear();  // the memory is used again
+    };
+
+    void Take(const LogEvent& event);
+    static Part PartOf(std::string_view argument);
+    void TakeValue(std::string_view text);
+    void Interpret();
+    void TakeProperty(Material& material, bool sets);
+    void TakePresentPhases(Material& material);
+    Material& MaterialOf(const std::string& name);
+    static Phase& PhaseOf(Material& material, const std::string& label);
+
+    int depth = -1;  // of the open calculation
+    int line = 0;
+    bool failed = false;
+    std::vector<Material> materials;
+    Material surplus;  // of those that are too many
+    Inner inner;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,42 @@
+// The rule for values outside a parameter's bounds, as the log shows both. A parameter is known by its name, so those of reactions,
+// which often have the same names, are left out, and so is a name with different bounds.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "ctl/log/call_summary.h"
+#include "ctl/log/findings.h"
+
+namespace zelt::ctl {
+
+class ParameterRules {
+public:
+    explicit ParameterRules(const ReportFinding& report) : report(report) {}
+    void Begin(const LogEvent& call);
+    void End(const CallSummary& call);
+
+private:
+    struct Number {
+        double value;
+        int line;
+    };
+    struct Parameter {
+        std::optional<Number> lower, upper;
+        std::optional<Number> put;  // what the simulator has set, until it is reset
+        bool ofWhole = false;       // bounds and values are whole numbers
+        bool isAmbiguous = false, isReported = false;
+    };
+
+    void SetBound(Parameter& parameter, const CallSummary& call, std::optional<Number>& bound);
+    // "above its upper bound 1 (line 5)"; empty when it is inside, or in doubt.
+    static std::string Outside(const Parameter& parameter, double value);
+
+    const ReportFinding& report;
+    std::map<std::string, Parameter, std::less<>> parameters;
+    bool mayBeSeveral = false;  // parameters of one name
+};
+
+}  // namespace zelt::ctl
