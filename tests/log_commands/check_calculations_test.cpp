@@ -113,6 +113,35 @@ std::string Phase10(const std::string& label, const std::string& share, const st
 
 const std::string kFeed10 = Prop10("GetProp", "Overall", "fraction", {"0.5", "0.5"});
 
+// A calculation of fugacities, for a state.
+std::string Fugacities(const std::string& phase, const std::string& temperature,
+                       const std::vector<std::string>& fractions, const std::vector<std::string>& values,
+                       const std::string& more = {})
+{
+    return Call(
+        "ICapeThermoPropertyRoutine::CalcSinglePhaseProp", "in", "P",
+        MaterialCall("GetTPFraction", Text("phaseLabel", phase) + Result("temperature", "double", temperature) +
+                                          Result("pressure", "double", "1e+05") + Numbers("composition", fractions)) +
+            SetOf(phase, "fugacity", values, "") + more);
+}
+
+std::string VaporFugacities(const std::vector<std::string>& values)
+{
+    return Fugacities("Vapor", "300", {"0.8", "0.2"}, values);
+}
+
+std::string LiquidFugacities(const std::vector<std::string>& values)
+{
+    return Fugacities("Liquid", "300", {"0.3", "0.7"}, values);
+}
+
+std::string StateOf(const std::string& phase, const std::string& temperature = "300")
+{
+    return SetOf(phase, "temperature", {temperature}, "") + SetOf(phase, "pressure", {"100000"}, "");
+}
+
+const std::string kFlash = Flash(kFeed + kBoth + kVapor + StateOf("Vapor") + kLiquid + StateOf("Liquid"));
+
 struct CalculationCase {
     const char* name;
     std::string entries;
@@ -267,6 +296,54 @@ const CalculationCase kEquilibriumCases[] = {
      {}},
 };
 
+const CalculationCase kFugacityCases[] = {
+    {"the same fugacities", kFlash + VaporFugacities({"80000", "20000"}) + LiquidFugacities({"80010", "19990"}), {}},
+    {"other fugacities",
+     kFlash + VaporFugacities({"80000", "20000"}) + LiquidFugacities({"80000", "30000"}),
+     {"fugacity: \"Liquid\" and \"Vapor\" of \"Feed\" are in equilibrium by the calculation in line 3, but the "
+      "fugacity "
+      "of compound 2 is 30000 in the one and 20000 in the other (line "}},
+    {"of one phase", kFlash + VaporFugacities({"80000", "20000"}), {}},
+    {"before there is equilibrium", VaporFugacities({"80000", "20000"}) + LiquidFugacities({"80000", "30000"}), {}},
+    {"at another temperature",
+     kFlash + VaporFugacities({"80000", "20000"}) + Fugacities("Liquid", "301", {"0.3", "0.7"}, {"80000", "30000"}),
+     {}},
+    {"of another composition",
+     kFlash + VaporFugacities({"80000", "20000"}) + Fugacities("Liquid", "300", {"0.4", "0.6"}, {"80000", "30000"}),
+     {}},
+    {"with other parameters",
+     kFlash + VaporFugacities({"80000", "20000"}) + Put("5") + LiquidFugacities({"80000", "30000"}),
+     {}},
+    {"of phases at two temperatures",
+     Flash(kFeed + kBoth + kVapor + StateOf("Vapor", "310") + kLiquid + StateOf("Liquid")) +
+         Fugacities("Vapor", "310", {"0.8", "0.2"}, {"80000", "20000"}) + LiquidFugacities({"80000", "30000"}),
+     {}},
+    {"of phases that are estimates",
+     Flash(kFeed + Present({"Vapor", "Liquid"}, "2") + kVapor + StateOf("Vapor") + kLiquid + StateOf("Liquid")) +
+         VaporFugacities({"80000", "20000"}) + LiquidFugacities({"80000", "30000"}),
+     {}},
+    {"of a trace",
+     Flash(Feed({"0.9998", "0.0002"}) + kBoth + Phase("Vapor", "0.5", {"0.9997", "0.0003"}) + StateOf("Vapor") +
+           Phase("Liquid", "0.5", {"0.9999", "0.0001"}) + StateOf("Liquid")) +
+         Fugacities("Vapor", "300", {"0.9997", "0.0003"}, {"80000", "20"}) +
+         Fugacities("Liquid", "300", {"0.9999", "0.0001"}, {"80000", "30"}),
+     {}},
+    {"by a calculation that failed",
+     kFlash + VaporFugacities({"80000", "20000"}) +
+         Fugacities("Liquid", "300", {"0.3", "0.7"}, {"80000", "30000"}, kFailure),
+     {}},
+    {"a little over the tolerance",
+     kFlash + VaporFugacities({"80000", "20000"}) + LiquidFugacities({"82000", "20000"}),
+     {"fugacity"}},
+    {"a little under the tolerance",
+     kFlash + VaporFugacities({"80000", "20000"}) + LiquidFugacities({"81500", "20000"}),
+     {}},
+    {"calculated again",
+     kFlash + VaporFugacities({"80000", "30000"}) + VaporFugacities({"80000", "20000"}) +
+         LiquidFugacities({"80000", "20000"}),
+     {}},
+};
+
 void ExpectFindings(const CalculationCase& one)
 {
     SCOPED_TRACE(one.name);
@@ -288,6 +365,11 @@ TEST(LogCheckCalculations, FindsParametersOutsideTheirBounds)
 TEST(LogCheckCalculations, FindsPhasesThatAreNotGivenAndFlashesWithoutBalance)
 {
     for (const CalculationCase& one : kEquilibriumCases) ExpectFindings(one);
+}
+
+TEST(LogCheckCalculations, FindsFugacitiesThatDifferBetweenPhasesInEquilibrium)
+{
+    for (const CalculationCase& one : kFugacityCases) ExpectFindings(one);
 }
 
 TEST(LogCheckCalculations, NamesTheLineOfTheCallThatIsWrong)

@@ -222,10 +222,10 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
 }
 
 // As the user guide lists them.
-const char* const kRules[] = {"damaged",         "open-call",    "structure",       "violation",
-                              "exception",       "version-mix",  "initialize",      "after-terminate",
-                              "not-terminated",  "not-released", "fractions",       "not-a-number",
-                              "read-before-set", "bounds",       "phase-not-given", "balance"};
+const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
+                              "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
+                              "fractions",   "not-a-number", "read-before-set", "bounds",         "phase-not-given",
+                              "balance",     "fugacity"};
 
 TEST(LogCheck, KnowsTheRulesThatItsHelpAndItsRefusalList)
 {

@@ -64,6 +64,7 @@ TEST(LogRedactValues, KeepsWhatTheRulesForCalculationsFind)
         {"sample_simulator_11", "\"0.510548\"", "\"0.511\"", ""},
         {"sample_simulator_10", "\"0.687844\"", "\"0.787844\"", "1498: balance"},
         // The value outside its bounds is not reset.
+        {"sample_simulator_11", "\"18963.8\"", "\"28963.8\"", "4421: fugacity"},
         {"sample_simulator_11", "object=\"Highest pressure\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"",
          "object=\"Another\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"", "246: bounds"},
         {"sample_simulator_11", "<argval value=\"VARIANT_FALSE\"/>", "<argval value=\"VARIANT_TRUE\"/>", "196: bounds"},
@@ -91,15 +92,17 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
     const std::vector<std::string> numbers = {"-300",     "-1",    "-0.00123", "0",      "1e-300", "0.00123",
                                               "0.999999", "1",     "1.00001",  "273.15", "298.15", "300",
                                               "300.001",  "353.2", "101325",   "1e+300"};
-    for (const char* property : {"temperature", "pressure", "Temperature"}) {
+    for (const char* property : {"temperature", "pressure", "Temperature", "fugacity"}) {
         for (int run = 0; run < 20; ++run) {
             std::string entries;
             for (const std::string& number : numbers) entries += Property("SetSinglePhaseProp", property, {number});
             // And where the property has an argument of its own.
-            const std::string name = *property == 'T' ? "temperature" : property;
             for (const std::string& number : numbers) {
-                entries += Call("ICapeThermoMaterial::GetTPFraction", "out", "Feed",
-                                Argument(name, "out", "double", {number}));
+                entries +=
+                    *property == 'f'
+                        ? Property("GetSinglePhaseProp", property, {number})
+                        : Call("ICapeThermoMaterial::GetTPFraction", "out", "Feed",
+                               Argument(*property == 'p' ? "pressure" : "temperature", "out", "double", {number}));
             }
             std::vector<double> redacted, again;
             for (const std::string& value : ValuesOf(Redacted(InLog(entries)))) {

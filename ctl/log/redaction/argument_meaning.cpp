@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 namespace {
 
-constexpr std::string_view kTemperature = "temperature", kPressure = "pressure";
+constexpr std::string_view kTemperature = "temperature", kPressure = "pressure", kFugacity = "fugacity";
 
 template <std::size_t Count>
 bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
@@ -47,6 +47,7 @@ ArgumentMeaning ArgumentMeanings::MeaningOfValues()
         case Property::PhaseFraction: return ArgumentMeaning::PhaseFraction;
         case Property::Temperature: order = kTemperature; return ArgumentMeaning::Ordered;
         case Property::Pressure: order = kPressure; return ArgumentMeaning::Ordered;
+        case Property::Fugacity: order = kFugacity; return ArgumentMeaning::Ordered;
         case Property::Other: break;
     }
     return ArgumentMeaning::Other;
@@ -102,12 +103,11 @@ void ArgumentMeanings::Begin(const LogEvent& event)
         isCompounds = event.name == "compIds";
         meaning = MeaningOf(event);
     } else if (event.kind == EventKind::Value && isProperty) {
-        constexpr std::string_view kNames[] = {"fraction", "phasefraction", kTemperature, kPressure};
+        // In the order of Property.
+        constexpr std::string_view kNames[] = {"fraction", "phasefraction", kTemperature, kPressure, kFugacity};
         const std::string name = LowerCase(Unquoted(event.text));
         const auto found = std::find(std::begin(kNames), std::end(kNames), name) - std::begin(kNames);
-        constexpr Property kProperties[] = {Property::Fraction, Property::PhaseFraction, Property::Temperature,
-                                            Property::Pressure, Property::Other};
-        call.property = kProperties[found];
+        call.property = static_cast<Property>(found);
     } else if (event.kind == EventKind::Value && isPhase) {
         call.phase = Unquoted(event.text);
     } else if (event.kind == EventKind::Value && isCompounds) {

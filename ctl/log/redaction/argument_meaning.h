@@ -15,7 +15,7 @@ enum class ArgumentMeaning {
     Count,      // also indices, statuses and dimensions: numbers that the standard gives a meaning
     Fractions,  // of a mixture
     PhaseFraction,
-    Ordered,    // temperatures, pressures, and what bounds limit
+    Ordered,    // temperatures, pressures, fugacities, and what bounds limit
     Compounds,  // their names
     ErrorText,  // what the callee says about its failure
 };
@@ -38,7 +38,7 @@ public:
 
 private:
     enum class Kind { Other, Property, Composition, Parameter, ErrorInterface };
-    enum class Property { Other, Fraction, PhaseFraction, Temperature, Pressure };
+    enum class Property { Fraction, PhaseFraction, Temperature, Pressure, Fugacity, Other };
     struct OpenCall {
         std::string object, phase;
         Kind kind;

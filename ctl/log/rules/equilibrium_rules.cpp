@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <numeric>
+#include <utility>
 
 namespace zelt::ctl {
 namespace {
@@ -14,6 +16,9 @@ namespace {
 constexpr double kBalanceTolerance = 5e-3, kTrace = 1e-2;
 // Fractions that do not add up to 1 are findings of another rule.
 constexpr double kSumTolerance = 1e-4;
+// By which part of the larger one the fugacities of a compound may differ, and below which fraction they are not compared.
+constexpr double kFugacityTolerance = 2e-2, kFugacityTrace = 1e-3;
+constexpr std::size_t kMostStates = 200;
 
 std::string Digits(double number)
 {
@@ -39,8 +44,13 @@ void EquilibriumRules::Judge()
 {
     for (const FlashRecord::Material& material : flash.Materials()) {
         if (material.isUnsure) continue;
+        if (flash.IsOfProperties()) {
+            FindFugacities(material);
+            continue;
+        }
         FindPhaseNotGiven(material);
         FindImbalance(material);
+        Remember(material);
     }
 }
 
@@ -90,6 +100,67 @@ void EquilibriumRules::FindImbalance(const FlashRecord::Material& material)
                            ") together have the fraction " + Digits(sums[worst]) + " of compound " +
                            std::to_string(worst + 1) + ", and the feed has " + Digits(feed.fractions[worst]) +
                            " (line " + std::to_string(feed.line) + ')'});
+}
+
+// With other parameters, the phases would be others.
+void EquilibriumRules::ForgetBefore(const LogEvent& call)
+{
+    constexpr std::string_view kMethods[] = {"put_value", "Reset", "Edit", "Load", "Initialize", "Terminate"};
+    if (!call.inward) return;
+    const std::string_view method = call.Method();
+    if (std::find(std::begin(kMethods), std::end(kMethods), method) != std::end(kMethods)) states.clear();
+}
+
+void EquilibriumRules::Remember(const FlashRecord::Material& material)
+{
+    State state = {flash.Line(), {}};
+    for (const FlashRecord::Phase& phase : material.phases) {
+        if (phase.declared && phase.atEquilibrium && phase.temperature && phase.pressure &&
+            !phase.composition.fractions.empty() && phase.composition.basis == "mole") {
+            state.phases.push_back(phase);
+            state.phases.back().fugacity = {};
+        }
+    }
+    states.erase(material.name);
+    if (state.phases.size() > 1 && states.size() < kMostStates) states[material.name] = std::move(state);
+}
+
+void EquilibriumRules::FindFugacities(const FlashRecord::Material& material)
+{
+    const auto found = states.find(material.name);
+    if (found == states.end()) return;
+    for (const FlashRecord::Phase& phase : material.phases) {
+        if (phase.fugacity.fractions.empty()) continue;
+        const auto same = std::find_if(found->second.phases.begin(), found->second.phases.end(), [&](const auto& one) {
+            // The package calculates for the very state that is in equilibrium.
+            return one.label == phase.label && one.temperature == phase.temperature && one.pressure == phase.pressure &&
+                   one.composition.fractions == phase.composition.fractions;
+        });
+        if (same == found->second.phases.end()) continue;
+        same->fugacity = phase.fugacity;
+        for (const FlashRecord::Phase& other : found->second.phases) {
+            if (&other != &*same) Compare(material, found->second, *same, other);
+        }
+    }
+}
+
+void EquilibriumRules::Compare(const FlashRecord::Material& material, const State& state, const FlashRecord::Phase& one,
+                               const FlashRecord::Phase& other)
+{
+    const std::vector<double>&a = one.fugacity.fractions, &b = other.fugacity.fractions;
+    const std::size_t count = one.composition.fractions.size();
+    if (a.size() != count || b.size() != count || one.temperature != other.temperature) return;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (std::min(one.composition.fractions[i], other.composition.fractions[i]) < kFugacityTrace) continue;
+        if (std::fabs(a[i] - b[i]) <= kFugacityTolerance * std::max(std::fabs(a[i]), std::fabs(b[i]))) continue;
+        pending.push_back({one.fugacity.line, "fugacity",
+                           "\"" + one.label + "\" and \"" + other.label + "\" of \"" + material.name +
+                               "\" are in equilibrium by the calculation in line " + std::to_string(state.line) +
+                               ", but the fugacity of compound " + std::to_string(i + 1) + " is " + Digits(a[i]) +
+                               " in the one and " + Digits(b[i]) + " in the other (line " +
+                               std::to_string(other.fugacity.line) + ')'});
+        return;
+    }
 }
 
 }  // namespace zelt::ctl

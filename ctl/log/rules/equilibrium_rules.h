@@ -1,7 +1,9 @@
-// The rules for equilibrium calculations: each phase that is said to be present gets its composition, and the phases together are the
-// feed. They judge a calculation that succeeded, and only by what the package itself read and set during it.
+// The rules for equilibrium calculations: each phase that is said to be present gets its composition, the phases together are the
+// feed, and each compound's fugacity is the same in all of them. They judge calculations that succeeded, and only by what the package
+// itself read and set during them.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@ public:
     {
         if (!pending.empty()) Finish();
         flash.Begin(event);
+        if (event.kind == EventKind::Call && !states.empty()) ForgetBefore(event);
     }
     void EndCall(int depth)
     {
@@ -31,12 +34,23 @@ private:
         const char* rule;
         std::string text;
     };
+    // The phases of a material as they were calculated, with the fugacities that have been calculated for just these states.
+    struct State {
+        int line;  // of the calculation
+        std::vector<FlashRecord::Phase> phases;
+    };
     void Judge();
+    void ForgetBefore(const LogEvent& call);
+    void Remember(const FlashRecord::Material& material);
+    void FindFugacities(const FlashRecord::Material& material);
+    void Compare(const FlashRecord::Material& material, const State& state, const FlashRecord::Phase& one,
+                 const FlashRecord::Phase& other);
     void FindPhaseNotGiven(const FlashRecord::Material& material);
     void FindImbalance(const FlashRecord::Material& material);
 
     const ReportFinding& report;
-    FlashRecord flash;
+    FlashRecord flash{true};
+    std::map<std::string, State, std::less<>> states;
     std::vector<Finding> pending;  // what follows shows whether the calculation has ended
 };
 

@@ -16,6 +16,14 @@ constexpr std::size_t kMostMaterials = 8, kMostPhases = 16, kMostValues = 1000;
 // Of CapePhaseStatus; the others are that nothing is known, and that the values are estimates.
 constexpr std::string_view kAtEquilibrium = "1";
 
+std::optional<double> NumberOf(std::string_view text)
+{
+    double number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(number)) return {};
+    return number;
+}
+
 bool IsSame(std::string_view a, std::string_view b) { return LowerCase(a) == LowerCase(b); }
 
 }  // namespace
@@ -76,6 +84,8 @@ FlashRecord::Part FlashRecord::PartOf(std::string_view argument)
         {"values",         Part::Numbers},
         {"results",        Part::Numbers},
         {"composition",    Part::Numbers},
+        {"temperature",    Part::Temperature},
+        {"pressure",       Part::Pressure},
         {"phaseLabels",    Part::Labels},
         {"phaseStatus",    Part::Statuses},
         {"materialObject", Part::Created},
@@ -94,6 +104,7 @@ void FlashRecord::Inner::Clear()
     labels.clear();
     statuses.clear();
     numbers.clear();
+    temperature = pressure = {};
     line = 0;
     isOpen = isMaterial = ofSome = failed = false;
     areNumbers = true;
@@ -103,7 +114,10 @@ void FlashRecord::Inner::Clear()
 void FlashRecord::Take(const LogEvent& event)
 {
     if (depth < 0) {
-        if (!event.inward || event.Method() != "CalcEquilibrium") return;
+        if (!event.inward) return;
+        const std::string_view method = event.Method();
+        isOfProperties = alsoOfProperties && method == "CalcSinglePhaseProp";
+        if (!isOfProperties && method != "CalcEquilibrium") return;
         depth = event.depth;
         line = event.line;
         failed = false;
@@ -150,13 +164,12 @@ void FlashRecord::TakeValue(std::string_view text)
             if (start != end) inner.created = text.substr(start + 1, end - start - 1);
             break;
         }
+        case Part::Temperature: inner.temperature = NumberOf(text); break;
+        case Part::Pressure: inner.pressure = NumberOf(text); break;
         case Part::Numbers: {
-            double number = 0;
-            const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-            const bool isNumber =
-                read.ec == std::errc() && read.ptr == text.data() + text.size() && std::isfinite(number);
-            inner.areNumbers &= isNumber && inner.numbers.size() < kMostValues;
-            add(inner.numbers, number);
+            const auto number = NumberOf(text);
+            inner.areNumbers &= number && inner.numbers.size() < kMostValues;
+            add(inner.numbers, number.value_or(0));
             break;
         }
     }
@@ -189,6 +202,8 @@ void FlashRecord::Interpret()
         material.declares = false;
     } else if (method == "SetPresentPhases") {
         TakePresentPhases(MaterialOf(inner.object));
+    } else if (method == "GetTPFraction" && isOfProperties) {
+        TakeState(MaterialOf(inner.object));
     } else if (method == "GetOverallTPFraction") {
         inner.property = "fraction";
         inner.basis = "mole";
@@ -213,12 +228,29 @@ void FlashRecord::TakeProperty(Material& material, bool sets)
     if (!sets) return;
     Phase& phase = PhaseOf(material, inner.phase);
     phase.isGiven = true;
+    const auto one = [&] {
+        return isKnown && inner.numbers.size() == 1 ? std::optional(inner.numbers[0]) : std::nullopt;
+    };
     if (isFraction) {
         phase.composition = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
     } else if (inner.property == "phasefraction") {
-        phase.share = isKnown && inner.numbers.size() == 1 ? std::optional(inner.numbers[0]) : std::nullopt;
+        phase.share = one();
         phase.shareBasis = inner.basis;
+    } else if (inner.property == "temperature") {
+        phase.temperature = one();
+    } else if (inner.property == "pressure") {
+        phase.pressure = one();
+    } else if (inner.property == "fugacity") {
+        phase.fugacity = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
     }
+}
+
+void FlashRecord::TakeState(Material& material)
+{
+    Phase& phase = PhaseOf(material, inner.phase);
+    phase.composition = {inner.areNumbers ? inner.numbers : std::vector<double>(), "mole", inner.line};
+    phase.temperature = inner.temperature;
+    phase.pressure = inner.pressure;
 }
 
 void FlashRecord::TakePresentPhases(Material& material)

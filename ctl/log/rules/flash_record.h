@@ -1,5 +1,6 @@
-// What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their compositions and
-// shares. Rules judge by it, and redaction needs it to keep the balance. Values that nobody can be sure of mark their material.
+// What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their states and
+// shares. Rules judge by it, and redaction needs it to keep the balance. Values that nobody can be sure of mark their material. On
+// request also of a calculation of a phase's properties: the state for which the package calculates, and fugacities.
 #pragma once
 
 #include <deque>
@@ -15,7 +16,7 @@ namespace zelt::ctl {
 class FlashRecord {
 public:
     struct Composition {
-        std::vector<double> fractions;  // of all compounds; empty while unknown
+        std::vector<double> fractions;  // of all compounds, or other values of them; empty while unknown
         std::string basis;
         int line = 0;
     };
@@ -27,6 +28,8 @@ public:
         Composition composition;
         std::optional<double> share;  // its phase fraction
         std::string shareBasis;
+        std::optional<double> temperature, pressure;
+        Composition fugacity;
     };
     struct Material {
         std::string name;
@@ -38,28 +41,44 @@ public:
         const Phase* Find(std::string_view label) const;
     };
 
+    explicit FlashRecord(bool alsoOfProperties = false) : alsoOfProperties(alsoOfProperties) {}
+
     // Each event, in order.
     void Begin(const LogEvent& event)
     {
         if (depth >= 0 || event.kind == EventKind::Call) Take(event);
     }
-    // At the end of each call. True for the end of an equilibrium calculation, whose record is then complete.
+    // At the end of each call. True for the end of a calculation, whose record is then complete.
     bool EndCall(int depth);
 
     bool IsOpen() const { return depth >= 0; }
     // Of the latest calculation.
+    bool IsOfProperties() const { return isOfProperties; }
     int Line() const { return line; }
     bool HasFailed() const { return failed; }
     const std::vector<Material>& Materials() const { return materials; }
     const Material* Find(std::string_view material) const;
 
 private:
-    enum class Part { None, Property, Phase, Basis, Compounds, Numbers, Labels, Statuses, Created };
+    enum class Part {
+        None,
+        Property,
+        Phase,
+        Basis,
+        Compounds,
+        Numbers,
+        Temperature,
+        Pressure,
+        Labels,
+        Statuses,
+        Created
+    };
     // A call that the package makes.
     struct Inner {
         std::string method, object, property, phase, basis, created;
         std::vector<std::string> labels, statuses;
         std::vector<double> numbers;
+        std::optional<double> temperature, pressure;
         int line = 0;
         bool isOpen = false, isMaterial = false, ofSome = false, areNumbers = true, failed = false;
         Part part = Part::None;
@@ -72,10 +91,13 @@ private:
     void TakeValue(std::string_view text);
     void Interpret();
     void TakeProperty(Material& material, bool sets);
+    void TakeState(Material& material);
     void TakePresentPhases(Material& material);
     Material& MaterialOf(const std::string& name);
     static Phase& PhaseOf(Material& material, const std::string& label);
 
+    const bool alsoOfProperties;
+    bool isOfProperties = false;
     int depth = -1;  // of the open calculation
     int line = 0;
     bool failed = false;
