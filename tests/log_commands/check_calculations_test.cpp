@@ -233,6 +233,16 @@ const CalculationCase kEquilibriumCases[] = {
                         "Other") +
            kFeed + kBoth),
      {"read-before-set"}},
+    {"what an interface of a vendor may have set",
+     Flash(kFeed + kBoth + Call("IVendorMaterial::SetPhases", "out", "Feed")),
+     {}},
+    {"what a member of the material may have set",
+     Flash(kFeed + kBoth + kVapor + Phase("Liquid", "0.9", {"0.3", "0.7"}) +
+           Call("IDispatch::SetPhases", "out", "Feed")),
+     {}},
+    {"what a reaction may have made",
+     Flash(Feed({"1", "0"}) + Present({"Liquid"}) + Phase("Liquid", "1", {"0.5", "0.5"})),
+     {}},
     {"a balance within the digits",
      Flash(Feed({"0.333333", "0.666667"}) + kBoth + Phase("Vapor", "0.5", {"0.166667", "0.833333"}) +
            Phase("Liquid", "0.5", {"0.5", "0.5"})),

@@ -86,6 +86,10 @@ void EquilibriumRules::FindImbalance(const FlashRecord::Material& material)
         names += (names.empty() ? "" : ", ") + phase.label;
     }
     if (names.empty()) return;
+    // A compound that only the phases have may come from a reaction.
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        if (feed.fractions[i] == 0 && sums[i] > 0) return;
+    }
     std::size_t worst = 0;
     const auto difference = [&](std::size_t i) {
         const double larger = std::max(sums[i], feed.fractions[i]);

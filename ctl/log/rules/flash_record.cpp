@@ -106,7 +106,7 @@ void FlashRecord::Inner::Clear()
     numbers.clear();
     temperature = pressure = {};
     line = 0;
-    isOpen = isMaterial = ofSome = failed = false;
+    isOpen = isMaterial = isForeign = ofSome = failed = false;
     areNumbers = true;
     part = Part::None;
 }
@@ -131,6 +131,7 @@ void FlashRecord::Take(const LogEvent& event)
         inner.isOpen = true;
         inner.method = event.Method();
         inner.object = event.text;
+        inner.isForeign = !event.Interface().starts_with("ICape");
         inner.isMaterial = !event.inward && (event.Interface() == "ICapeThermoMaterial" ||
                                              event.Interface() == "ICapeThermoMaterialObject");
         inner.line = event.line;
@@ -191,7 +192,10 @@ void FlashRecord::Interpret()
     const std::string_view method = inner.method;
     // Two objects may have one name, and what another calculation does to a material is not in the log.
     if (!inner.created.empty() && !inner.failed) MaterialOf(inner.created).isUnsure = true;
-    if (method == "CalcEquilibrium" || method == "CopyFromMaterial") MaterialOf(inner.object).isUnsure = true;
+    // So is what an interface of a vendor does, and a member that only the object itself knows.
+    if (method == "CalcEquilibrium" || method == "CopyFromMaterial" || inner.isForeign) {
+        MaterialOf(inner.object).isUnsure = true;
+    }
     if (!inner.isMaterial) return;
     const bool sets = method.starts_with("Set");
     if (sets && inner.failed) MaterialOf(inner.object).isUnsure = true;

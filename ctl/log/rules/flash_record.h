@@ -80,7 +80,7 @@ private:
         std::vector<double> numbers;
         std::optional<double> temperature, pressure;
         int line = 0;
-        bool isOpen = false, isMaterial = false, ofSome = false, areNumbers = true, failed = false;
+        bool isOpen = false, isMaterial = false, isForeign = false, ofSome = false, areNumbers = true, failed = false;
         Part part = Part::None;
 
         void Clear();  // the memory is used again
