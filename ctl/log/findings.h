@@ -11,7 +11,7 @@ namespace zelt::ctl {
 inline constexpr std::string_view kCheckRules[] = {
     "damaged",         "open-call",       "structure",       "violation",    "exception", "version-mix",
     "initialize",      "after-terminate", "not-terminated",  "not-released", "fractions", "not-a-number",
-    "read-before-set", "bounds",          "phase-not-given", "balance",      "fugacity",
+    "read-before-set", "bounds",          "phase-not-given", "balance",      "fugacity",  "unit-balance",
 };
 
 using ReportFinding = std::function<void(int line, const char* rule, const std::string& text)>;

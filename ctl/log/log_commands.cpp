@@ -115,6 +115,7 @@ constexpr Command kCommands[] = {
      "  phase-not-given  a phase is said to be present at equilibrium, but its composition is not set\n"
      "  balance          the calculated phases together are not the feed\n"
      "  fugacity         a compound's fugacity differs between phases that are in equilibrium\n"
+     "  unit-balance     a unit operation makes or loses material\n"
      "The exit code is 1 when there are findings.", EachLog<CheckLog, Layout::Findings>},
     {"log diff", "LOG LOG", 2, 2, kDiffOptions, "Compares two logs, call by call",
      "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"

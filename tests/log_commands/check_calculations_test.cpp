@@ -142,6 +142,39 @@ std::string StateOf(const std::string& phase, const std::string& temperature = "
 
 const std::string kFlash = Flash(kFeed + kBoth + kVapor + StateOf("Vapor") + kLiquid + StateOf("Liquid"));
 
+std::string Connect(const std::string& port)
+{
+    return Call("ICapeUnitPort::Connect", "in", port,
+                "<info value=\"Replacing object by logged material object for port type CAPE_MATERIAL\"/>\n");
+}
+
+std::string CompoundsOf(const std::string& material, const std::vector<std::string>& names = {"A", "B"})
+{
+    std::vector<std::string> quoted;
+    for (const std::string& name : names) quoted.push_back("&quot;" + name + "&quot;");
+    return Call("ICapeThermoCompounds::GetCompoundList", "out", material,
+                Argument("compIds", "out", "VT_ARRAY|VT_BSTR", quoted));
+}
+
+// Gets or sets the flow and the composition of a material.
+std::string Stream(const std::string& method, const std::string& material, const std::string& flow,
+                   const std::vector<std::string>& fractions, const std::string& basis = "mole")
+{
+    const std::string numbers = method.starts_with("Get") ? "results" : "values";
+    return CompoundsOf(material) +
+           MaterialCall(method, Text("property", "totalFlow") + Text("basis", basis) + Numbers(numbers, {flow}),
+                        material) +
+           MaterialCall(method, Text("property", "fraction") + Text("basis", basis) + Numbers(numbers, fractions),
+                        material);
+}
+
+std::string Unit(const std::string& inside) { return Call("ICapeUnit::Calculate", "in", "U", inside); }
+
+const std::string kPorts = Connect("Inlet 1") + Connect("Inlet 2") + Connect("Outlet");
+const std::string kInlets =
+    Stream("GetOverallProp", "In 1", "10", {"0.5", "0.5"}) + Stream("GetOverallProp", "In 2", "6", {"0.25", "0.75"});
+const std::string kOutlet = Stream("SetOverallProp", "Out", "16", {"0.40625", "0.59375"});
+
 struct CalculationCase {
     const char* name;
     std::string entries;
@@ -354,6 +387,64 @@ const CalculationCase kFugacityCases[] = {
      {}},
 };
 
+const CalculationCase kUnitCases[] = {
+    {"a mixer", kPorts + Unit(kInlets + kOutlet), {}},
+    {"more comes out",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "17", {"0.40625", "0.59375"})),
+     {"unit-balance: what the unit sets has the flow 6.90625 of compound 1, what it reads 6.5, and no compound has "
+      "become "
+      "less"}},
+    {"less comes out",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"})),
+     {"unit-balance: what the unit sets has the flow 6.09375 of compound 1, what it reads 6.5, and no compound has "
+      "become "
+      "more"}},
+    {"only one compound is more",
+     kPorts +
+         Unit(kInlets +
+              MaterialCall("SetOverallProp",
+                           Text("property", "flow") + Text("basis", "mole") + Numbers("values", {"6.5", "10"}), "Out") +
+              CompoundsOf("Out")),
+     {"unit-balance: what the unit sets has the flow 10 of compound 2, what it reads 9.5"}},
+    {"a reaction", kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "17", {"0.5", "0.5"})), {}},
+    {"a little more", kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "16.05", {"0.40625", "0.59375"})), {}},
+    {"a bypass that is not seen",
+     kPorts + Connect("Purge") + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"})),
+     {}},
+    {"an outlet that is disconnected",
+     kPorts + Connect("Purge") + Call("ICapeUnitPort::Disconnect", "in", "Purge") +
+         Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"})),
+     {"unit-balance"}},
+    {"a port for energy",
+     kPorts +
+         Call("ICapeUnitPort::Connect", "in", "Energy",
+              "<info value=\"Replacing object by logged parameter collection for port type CAPE_ENERGY\"/>\n") +
+         Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"})),
+     {"unit-balance"}},
+    {"no outlet", Connect("Inlet 1") + Connect("Inlet 2") + Unit(kInlets), {}},
+    {"other compounds",
+     kPorts +
+         Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}) + CompoundsOf("Out", {"B", "A"})),
+     {}},
+    {"another basis",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}, "mass")),
+     {}},
+    {"a copy",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}) +
+                   MaterialCall("CopyFromMaterial", {}, "Out")),
+     {}},
+    {"a flash of the outlet",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}) +
+                   Call("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "out", "Out")),
+     {"unit-balance"}},
+    {"a failure",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}) + kFailure),
+     {}},
+    {"an iteration before the result",
+     kPorts + Unit(kInlets + Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"}) + kOutlet),
+     {}},
+};
+
 void ExpectFindings(const CalculationCase& one)
 {
     SCOPED_TRACE(one.name);
@@ -380,6 +471,22 @@ TEST(LogCheckCalculations, FindsPhasesThatAreNotGivenAndFlashesWithoutBalance)
 TEST(LogCheckCalculations, FindsFugacitiesThatDifferBetweenPhasesInEquilibrium)
 {
     for (const CalculationCase& one : kFugacityCases) ExpectFindings(one);
+}
+
+TEST(LogCheckCalculations, FindsUnitOperationsThatMakeOrLoseMaterial)
+{
+    for (const CalculationCase& one : kUnitCases) ExpectFindings(one);
+}
+
+TEST(LogCheckCalculations, DoNotJudgeACalculationThatIsTooLong)
+{
+    const std::string less = Stream("SetOverallProp", "Out", "15", {"0.40625", "0.59375"});
+    std::string much;
+    for (int i = 0; i < 10000; ++i) much += Call("ICapeThermoCompounds::GetNumCompounds", "out", "In 1");
+    ExpectFindings({"long", kPorts + Unit(kInlets + less + much), {"unit-balance"}});
+    ExpectFindings({"too long", kPorts + Unit(kInlets + less + much + much), {}});
+    ExpectFindings(
+        {"short again", kPorts + Unit(kInlets + less + much + much) + Unit(kInlets + less), {"unit-balance"}});
 }
 
 TEST(LogCheckCalculations, NamesTheLineOfTheCallThatIsWrong)

@@ -65,6 +65,7 @@ TEST(LogRedactValues, KeepsWhatTheRulesForCalculationsFind)
         {"sample_simulator_10", "\"0.687844\"", "\"0.787844\"", "1498: balance"},
         // The value outside its bounds is not reset.
         {"sample_simulator_11", "\"18963.8\"", "\"28963.8\"", "4421: fugacity"},
+        {"sample_flowsheet_unit", "\"16\"", "\"17\"", "1599: unit-balance"},
         {"sample_simulator_11", "object=\"Highest pressure\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"",
          "object=\"Another\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"", "246: bounds"},
         {"sample_simulator_11", "<argval value=\"VARIANT_FALSE\"/>", "<argval value=\"VARIANT_TRUE\"/>", "196: bounds"},
@@ -186,6 +187,30 @@ TEST(LogRedactValues, APhaseFractionIsReadAsItWasSet)
         EXPECT_EQ(numbers[2], numbers[5]);
         // The balance that the first compound has: what part of the feed's is in this phase.
         EXPECT_NEAR(0.4 * 0.8 / 0.5, std::stod(numbers[2]) * std::stod(numbers[3]) / std::stod(numbers[0]), 1e-4);
+    }
+}
+
+TEST(LogRedactValues, FlowsKeepTheirBalance)
+{
+    const auto material = [](const std::string& method, const std::string& name, const std::string& property,
+                             const std::vector<std::string>& values) {
+        return Call("ICapeThermoMaterial::" + method, "out", name,
+                    Text("property", property) + Text("basis", "mole") + Numbers("values", values));
+    };
+    // A mixer of which one material has a total flow, another the flows of the compounds.
+    const std::string entries = Call("ICapeUnit::Calculate", "in", "U",
+                                     material("GetOverallProp", "A", "totalFlow", {"10"}) +
+                                         material("GetOverallProp", "A", "fraction", {"0.25", "0.75"}) +
+                                         material("SetOverallProp", "B", "flow", {"5", "7.5"}));
+    for (int run = 0; run < 20; ++run) {
+        std::vector<double> numbers;
+        for (const std::string& value : ValuesOf(Redacted(InLog(entries)))) {
+            if (value.find(';') == std::string::npos) numbers.push_back(std::stod(value));
+        }
+        ASSERT_EQ(5u, numbers.size());
+        EXPECT_NEAR(2, numbers[3] / (numbers[0] * numbers[1]), 1e-4);
+        EXPECT_NEAR(1, numbers[4] / (numbers[0] * numbers[2]), 1e-4);
+        EXPECT_NE(10, numbers[0]);
     }
 }
 

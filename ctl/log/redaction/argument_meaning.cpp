@@ -48,6 +48,8 @@ ArgumentMeaning ArgumentMeanings::MeaningOfValues()
         case Property::Temperature: order = kTemperature; return ArgumentMeaning::Ordered;
         case Property::Pressure: order = kPressure; return ArgumentMeaning::Ordered;
         case Property::Fugacity: order = kFugacity; return ArgumentMeaning::Ordered;
+        case Property::TotalFlow: return ArgumentMeaning::TotalFlow;
+        case Property::Flow: return ArgumentMeaning::Flows;
         case Property::Other: break;
     }
     return ArgumentMeaning::Other;
@@ -104,7 +106,8 @@ void ArgumentMeanings::Begin(const LogEvent& event)
         meaning = MeaningOf(event);
     } else if (event.kind == EventKind::Value && isProperty) {
         // In the order of Property.
-        constexpr std::string_view kNames[] = {"fraction", "phasefraction", kTemperature, kPressure, kFugacity};
+        constexpr std::string_view kNames[] = {"fraction", "phasefraction", kTemperature, kPressure,
+                                               kFugacity,  "totalflow",     "flow"};
         const std::string name = LowerCase(Unquoted(event.text));
         const auto found = std::find(std::begin(kNames), std::end(kNames), name) - std::begin(kNames);
         call.property = static_cast<Property>(found);

@@ -15,6 +15,8 @@ enum class ArgumentMeaning {
     Count,      // also indices, statuses and dimensions: numbers that the standard gives a meaning
     Fractions,  // of a mixture
     PhaseFraction,
+    TotalFlow,
+    Flows,      // of the compounds
     Ordered,    // temperatures, pressures, fugacities, and what bounds limit
     Compounds,  // their names
     ErrorText,  // what the callee says about its failure
@@ -38,7 +40,7 @@ public:
 
 private:
     enum class Kind { Other, Property, Composition, Parameter, ErrorInterface };
-    enum class Property { Fraction, PhaseFraction, Temperature, Pressure, Fugacity, Other };
+    enum class Property { Fraction, PhaseFraction, Temperature, Pressure, Fugacity, TotalFlow, Flow, Other };
     struct OpenCall {
         std::string object, phase;
         Kind kind;

@@ -126,4 +126,20 @@ std::optional<std::string> BalancedPhaseFraction(std::string_view value, const F
     return Digits(*number * part / feed);
 }
 
+std::string RedactFlow(std::string_view value, std::size_t place, const LogAliases& aliases)
+{
+    const auto number = NumberOf(value);
+    if (!number) return aliases.Value(value, "double");
+    return *number == 0 ? std::string(value) : Digits(*number * aliases.Mass(place) * aliases.Weight("flow"));
+}
+
+std::optional<std::string> BalancedFlow(std::string_view value, const FlashRecord::Material& material,
+                                        const LogAliases& aliases)
+{
+    const auto number = NumberOf(value);
+    const double mass = MassOf(material.feed.fractions, aliases);
+    if (!number || !(mass > 0)) return {};
+    return *number == 0 ? std::string(value) : Digits(*number * mass * aliases.Weight("flow"));
+}
+
 }  // namespace zelt::ctl

@@ -29,4 +29,9 @@ std::string RedactPhaseFraction(std::string_view value, const LogAliases& aliase
 std::optional<std::string> BalancedPhaseFraction(std::string_view value, const FlashRecord::Material& material,
                                                  std::string_view phase, const LogAliases& aliases);
 
+// The same for the flow of a compound at this place, and for the total flow of a material, whose composition has to be known.
+std::string RedactFlow(std::string_view value, std::size_t place, const LogAliases& aliases);
+std::optional<std::string> BalancedFlow(std::string_view value, const FlashRecord::Material& material,
+                                        const LogAliases& aliases);
+
 }  // namespace zelt::ctl

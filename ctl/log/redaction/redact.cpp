@@ -7,10 +7,11 @@
 #include "ctl/log/call_results.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
+#include "ctl/log/lower_case.h"
 #include "ctl/log/redaction/argument_meaning.h"
 #include "ctl/log/redaction/compound_names.h"
 #include "ctl/log/redaction/fraction_redaction.h"
-#include "ctl/log/redaction/held_phase_fractions.h"
+#include "ctl/log/redaction/held_values.h"
 #include "ctl/log/redaction/message_redaction.h"
 #include "ctl/log/text_memo.h"
 #include "log/vocabulary/markup.h"
@@ -58,12 +59,13 @@ public:
         AppendEnds(ends.size());
         if (!held.empty() && event.kind <= EventKind::Argument) FillHeld();
         meanings.Begin(event);
-        phaseFractions.Begin(event);
+        heldValues.Begin(event);
         lines.append(static_cast<std::size_t>(event.depth), ' ');
         switch (event.kind) {
             case EventKind::Call: AppendNamed("<func name=\"", event, "object=\""); break;
             case EventKind::Argument:
                 type = event.text;
+                flowPlace = 0;
                 AppendNamed("<arg name=\"", event, "type=\"");
                 break;
             case EventKind::Value: AppendValue(event); break;
@@ -76,8 +78,8 @@ public:
                 AppendElement("<other value=\"", Escaped(aliases.Text(event.text)), event.hasChildren);
                 break;
         }
-        if (lines.size() >= kPiece && held.empty() && (!phaseFractions.AreHeld() || lines.size() >= kMostHeld)) {
-            phaseFractions.Fill(lines, aliases);
+        if (lines.size() >= kPiece && held.empty() && (!heldValues.AreHeld() || lines.size() >= kMostHeld)) {
+            heldValues.Fill(lines, aliases);
             out << lines;
             lines.clear();
         }
@@ -88,7 +90,7 @@ public:
         if (kind <= EventKind::Argument) FillHeld();
         if (kind == EventKind::Call) {
             meanings.EndCall();
-            if (phaseFractions.EndCall(depth)) phaseFractions.Fill(lines, aliases);
+            if (heldValues.EndCall(depth)) heldValues.Fill(lines, aliases);
         }
         const char* tag = EndTag(kind, parents.back());
         parents.pop_back();
@@ -99,7 +101,7 @@ public:
 
     void Finish(bool complete)
     {
-        phaseFractions.Fill(lines, aliases);
+        heldValues.Fill(lines, aliases);
         if (complete) {
             AppendEnds(ends.size());
             lines += "</zeltlogdocument>\r\n";
@@ -147,6 +149,12 @@ private:
         }
         return known.Of(event.text, [&](std::string_view) { return Escaped(RedactMessage(event, aliases)); });
     }
+    // Of a whole material, not of a phase.
+    bool IsTotalFlow(ArgumentMeaning meaning) const
+    {
+        return meaning == ArgumentMeaning::TotalFlow &&
+               (meanings.Phase().empty() || LowerCase(meanings.Phase()) == "overall");
+    }
     void AppendValue(const LogEvent& event)
     {
         const ArgumentMeaning meaning = meanings.Meaning();
@@ -156,12 +164,12 @@ private:
             held.emplace_back(event.text);
             places.push_back(lines.size() + kValue.size());
             AppendElement(kValue, "", false);
-        } else if (meaning == ArgumentMeaning::PhaseFraction && !parent) {
+        } else if ((meaning == ArgumentMeaning::PhaseFraction || IsTotalFlow(meaning)) && !parent) {
             const std::size_t place = lines.size() + kValue.size();
             AppendElement(kValue, "", false);
-            phaseFractions.Take(
-                {place, std::string(event.text), std::string(meanings.Object()), std::string(meanings.Phase())}, lines,
-                aliases);
+            heldValues.Take({place, std::string(event.text), std::string(meanings.Object()),
+                             std::string(meanings.Phase()), meaning == ArgumentMeaning::TotalFlow},
+                            lines, aliases);
         } else {
             AppendElement(kValue, Value(event.text, meaning), parent);
         }
@@ -175,6 +183,9 @@ private:
                 break;
             case ArgumentMeaning::Ordered:
                 if (!isText) return Ordered(value);
+                break;
+            case ArgumentMeaning::Flows:
+                if (!isText && meanings.AreAll()) return kept = Escaped(RedactFlow(value, flowPlace++, aliases));
                 break;
             case ArgumentMeaning::Compounds:
                 if (isText) return compounds.NameOf(value, aliases);
@@ -253,10 +264,11 @@ private:
     std::string lines;  // the next ones, put together; their memory is used again
     static constexpr std::string_view kValue = "<argval value=\"";
     std::string type;
+    std::size_t flowPlace = 0;
     ArgumentMeanings meanings;
     CompoundNames compounds;
-    HeldPhaseFractions phaseFractions;
-    static constexpr std::size_t kMostHeld = 1 << 20;
+    HeldValues heldValues;
+    static constexpr std::size_t kMostHeld = 4 << 20;
     std::vector<std::string> held;    // fractions that are not in `lines` yet
     std::vector<std::size_t> places;  // where they belong there
     std::vector<char> parents;        // whether the open elements have children

@@ -42,9 +42,15 @@ void EquilibriumRules::Finish()
 
 void EquilibriumRules::Judge()
 {
+    if (flash.Kind() == FlashRecord::Of::Unit) {
+        if (const auto imbalance = UnitImbalance(flash, connected.Count())) {
+            pending.push_back({flash.Line(), "unit-balance", *imbalance});
+        }
+        return;
+    }
     for (const FlashRecord::Material& material : flash.Materials()) {
         if (material.isUnsure) continue;
-        if (flash.IsOfProperties()) {
+        if (flash.Kind() == FlashRecord::Of::Properties) {
             FindFugacities(material);
             continue;
         }

@@ -1,5 +1,5 @@
 // The rules for equilibrium calculations: each phase that is said to be present gets its composition, the phases together are the
-// feed, and each compound's fugacity is the same in all of them. They judge calculations that succeeded, and only by what the package
+// feed, and each compound's fugacity is the same in all of them; and for the balance of a unit operation. They judge calculations that succeeded, and only by what the package
 // itself read and set during them.
 #pragma once
 
@@ -9,6 +9,7 @@
 
 #include "ctl/log/findings.h"
 #include "ctl/log/rules/flash_record.h"
+#include "ctl/log/rules/unit_balance.h"
 
 namespace zelt::ctl {
 
@@ -19,11 +20,12 @@ public:
     {
         if (!pending.empty()) Finish();
         flash.Begin(event);
+        connected.Begin(event);
         if (event.kind == EventKind::Call && !states.empty()) ForgetBefore(event);
     }
     void EndCall(int depth)
     {
-        if (flash.EndCall(depth) && !flash.HasFailed()) Judge();
+        if (flash.EndCall(depth) && !flash.HasFailed() && !flash.IsTooLong()) Judge();
     }
     // Call it at the end of a log that is complete: a calculation at which a log is cut off has not ended.
     void Finish();
@@ -49,7 +51,8 @@ private:
     void FindImbalance(const FlashRecord::Material& material);
 
     const ReportFinding& report;
-    FlashRecord flash{true};
+    FlashRecord flash{true, true};
+    ConnectedMaterials connected;
     std::map<std::string, State, std::less<>> states;
     std::vector<Finding> pending;  // what follows shows whether the calculation has ended
 };

@@ -116,8 +116,17 @@ void FlashRecord::Take(const LogEvent& event)
     if (depth < 0) {
         if (!event.inward) return;
         const std::string_view method = event.Method();
-        isOfProperties = alsoOfProperties && method == "CalcSinglePhaseProp";
-        if (!isOfProperties && method != "CalcEquilibrium") return;
+        if (method == "CalcEquilibrium") {
+            kind = Of::Equilibrium;
+        } else if (alsoOfProperties && method == "CalcSinglePhaseProp") {
+            kind = Of::Properties;
+        } else if (alsoOfUnits && event.name == "ICapeUnit::Calculate") {
+            kind = Of::Unit;
+        } else {
+            return;
+        }
+        events = 0;
+        isTooLong = false;
         depth = event.depth;
         line = event.line;
         failed = false;
@@ -125,6 +134,8 @@ void FlashRecord::Take(const LogEvent& event)
         inner.Clear();
         return;
     }
+    isTooLong |= ++events > kMostEvents;
+    if (isTooLong) return;
     if (event.kind == EventKind::Call) {
         if (event.depth != depth + 1) return;
         inner.Clear();
@@ -156,7 +167,10 @@ void FlashRecord::TakeValue(std::string_view text)
         case Part::Property: inner.property = LowerCase(Unquoted(text)); break;
         case Part::Phase: inner.phase = Unquoted(text); break;
         case Part::Basis: inner.basis = LowerCase(Unquoted(text)); break;
-        case Part::Compounds: inner.ofSome = true; break;
+        case Part::Compounds:
+            inner.ofSome = true;
+            if (kind == Of::Unit) add(inner.labels, std::string(Unquoted(text)));
+            break;
         case Part::Labels: add(inner.labels, std::string(Unquoted(text))); break;
         case Part::Statuses: add(inner.statuses, std::string(text)); break;
         case Part::Created: {
@@ -193,8 +207,13 @@ void FlashRecord::Interpret()
     // Two objects may have one name, and what another calculation does to a material is not in the log.
     if (!inner.created.empty() && !inner.failed) MaterialOf(inner.created).isUnsure = true;
     // So is what an interface of a vendor does, and a member that only the object itself knows.
-    if (method == "CalcEquilibrium" || method == "CopyFromMaterial" || inner.isForeign) {
+    const bool calculates = method == "CalcEquilibrium" && kind != Of::Unit;
+    if (calculates || method == "CopyFromMaterial" || inner.isForeign) {
         MaterialOf(inner.object).isUnsure = true;
+    }
+    if (kind == Of::Unit && (method == "GetCompoundList" || method == "get_ComponentIds")) {
+        MaterialOf(inner.object).compounds = inner.labels;
+        return;
     }
     if (!inner.isMaterial) return;
     const bool sets = method.starts_with("Set");
@@ -206,7 +225,7 @@ void FlashRecord::Interpret()
         material.declares = false;
     } else if (method == "SetPresentPhases") {
         TakePresentPhases(MaterialOf(inner.object));
-    } else if (method == "GetTPFraction" && isOfProperties) {
+    } else if (method == "GetTPFraction" && kind == Of::Properties) {
         TakeState(MaterialOf(inner.object));
     } else if (method == "GetOverallTPFraction") {
         inner.property = "fraction";
@@ -226,7 +245,18 @@ void FlashRecord::TakeProperty(Material& material, bool sets)
     const bool isOverall = IsSame(inner.phase, "overall"), isFraction = inner.property == "fraction";
     const bool isKnown = inner.areNumbers && !inner.ofSome;
     if (isOverall) {
-        if (isFraction) material.feed = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
+        const Composition values = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};
+        if (isFraction) {
+            material.feed = values;
+        } else if (inner.property == "totalflow") {
+            material.totalFlow = values.fractions.size() == 1 ? std::optional(values.fractions[0]) : std::nullopt;
+            material.totalFlowBasis = inner.basis;
+        } else if (inner.property == "flow") {
+            material.flows = values;
+        } else {
+            return;
+        }
+        material.isOutlet |= sets;
         return;
     }
     if (!sets) return;

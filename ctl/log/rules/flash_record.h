@@ -1,6 +1,7 @@
 // What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their states and
 // shares. Rules judge by it, and redaction needs it to keep the balance. Values that nobody can be sure of mark their material. On
-// request also of a calculation of a phase's properties: the state for which the package calculates, and fugacities.
+// request also of a calculation of a phase's properties: the state for which the package calculates, and fugacities; and of a unit
+// operation: the flows of the materials that it reads and sets.
 #pragma once
 
 #include <deque>
@@ -37,11 +38,20 @@ public:
         std::vector<Phase> phases;
         bool declares = false;  // which phases are present
         bool isUnsure = false;  // others may have changed it, or it may be two
+        // Of a unit operation.
+        std::vector<std::string> compounds;
+        std::optional<double> totalFlow;
+        std::string totalFlowBasis;
+        Composition flows;      // of the compounds
+        bool isOutlet = false;  // its flows are set
 
         const Phase* Find(std::string_view label) const;
     };
 
-    explicit FlashRecord(bool alsoOfProperties = false) : alsoOfProperties(alsoOfProperties) {}
+    enum class Of { Equilibrium, Properties, Unit };
+
+    FlashRecord(bool alsoOfProperties, bool alsoOfUnits) : alsoOfProperties(alsoOfProperties), alsoOfUnits(alsoOfUnits)
+    {}
 
     // Each event, in order.
     void Begin(const LogEvent& event)
@@ -50,10 +60,13 @@ public:
     }
     // At the end of each call. True for the end of a calculation, whose record is then complete.
     bool EndCall(int depth);
+    static constexpr int kMostEvents = 20'000;
 
-    bool IsOpen() const { return depth >= 0; }
+    bool IsOpen() const { return depth >= 0 && !isTooLong; }
     // Of the latest calculation.
-    bool IsOfProperties() const { return isOfProperties; }
+    Of Kind() const { return kind; }
+    // Too much is in the calculation to be remembered; nothing is known of its end.
+    bool IsTooLong() const { return isTooLong; }
     int Line() const { return line; }
     bool HasFailed() const { return failed; }
     const std::vector<Material>& Materials() const { return materials; }
@@ -96,8 +109,10 @@ private:
     Material& MaterialOf(const std::string& name);
     static Phase& PhaseOf(Material& material, const std::string& label);
 
-    const bool alsoOfProperties;
-    bool isOfProperties = false;
+    const bool alsoOfProperties, alsoOfUnits;
+    Of kind = Of::Equilibrium;
+    int events = 0;
+    bool isTooLong = false;
     int depth = -1;  // of the open calculation
     int line = 0;
     bool failed = false;

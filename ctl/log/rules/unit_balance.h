@@ -1,0 +1,29 @@
+// The balance of a unit operation: it cannot make material out of nothing, nor lose any. The log shows only what the unit reads and
+// sets, so the balance is known when it does so for each material that is connected; and a reaction turns compounds into others, so
+// only a compound that no other makes up for counts.
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+
+#include "ctl/log/rules/flash_record.h"
+
+namespace zelt::ctl {
+
+// Counts the ports to which the simulator has connected materials.
+class ConnectedMaterials {
+public:
+    // Each event, in order.
+    void Begin(const LogEvent& event);
+    std::size_t Count() const { return ports.size(); }
+
+private:
+    std::set<std::string, std::less<>> ports;
+    std::string port;  // whose connection is being made
+};
+
+// What is wrong with a calculation of a unit operation; nothing if it balances, or if that is not known.
+std::optional<std::string> UnitImbalance(const FlashRecord& calculation, std::size_t connected);
+
+}  // namespace zelt::ctl
