@@ -215,6 +215,7 @@ const CalculationCase kBoundsCases[] = {
      {"bounds: \"N\" is set to 10, above its upper bound 9 (line 8)"}},
     {"a whole number for a real one", Bounds("1", "9") + Put("10", "VT_I4") + kCalculate, {}},
     {"a real number for a whole one", WholeBounds("1", "9") + Put("10") + kCalculate, {}},
+    {"a part of a whole number", WholeBounds("1", "9") + Put("10.5", "VT_I4") + kCalculate, {}},
     {"an array", Bounds("1", "9") + Put("10", "VT_ARRAY|VT_R8") + kCalculate, {"bounds"}},
     {"called valid",
      Bounds("1", "9") + ValidOf("10", "TRUE"),

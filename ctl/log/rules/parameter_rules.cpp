@@ -1,5 +1,6 @@
 #include "ctl/log/rules/parameter_rules.h"
 
+#include <cmath>
 #include <cstdio>
 
 namespace zelt::ctl {
@@ -21,7 +22,9 @@ std::string Quote(std::string_view text) { return '"' + std::string(text) + '"';
 const ArgumentSummary* OneNumber(const CallSummary& call, std::string_view argument)
 {
     const ArgumentSummary* found = call.Find(argument);
-    return found && found->count == 1 && found->numbers && !found->notANumber ? found : nullptr;
+    if (!found || found->count != 1 || !found->numbers || found->notANumber) return nullptr;
+    // A damaged log may have others.
+    return found->areWhole && std::floor(found->least) != found->least ? nullptr : found;
 }
 
 // A call that works with the values of parameters.
