@@ -1,0 +1,44 @@
+// A face: an object's pointer for a dual interface that no declaration describes, only type information. All faces share one
+// vtable of 1,024 slots written in assembly (dual_thunks_*.S), which hands the number of the slot and the arguments, as they lie on
+// the stack, to the face's target. A call goes the other way in CallDual. No code is generated while the program runs.
+#pragma once
+
+#include <cstddef>
+
+#include "com/dual_interface.h"
+#include "com/object.h"
+
+namespace com {
+
+// Members that an interface may have beyond those of IDispatch.
+inline constexpr std::size_t kMostDualMembers = 1024;
+
+// What implements a face.
+class DualTarget {
+public:
+    virtual Object& Owner() = 0;
+    virtual ITypeInfo* Info() = 0;
+    // The method with that number, from 0 behind those of IDispatch. `words` are the arguments behind the object's own;
+    // `registers` holds the floating-point arguments among the first three words, where the machine passes them apart. `count`,
+    // which is 0, becomes the number of words.
+    virtual HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept = 0;
+
+protected:
+    ~DualTarget() = default;
+};
+
+struct DualFace {
+    const void* const* vtable;
+    DualTarget* target;
+
+    explicit DualFace(DualTarget& target);
+    IUnknown* Pointer() { return reinterpret_cast<IUnknown*>(this); }
+};
+
+// Puts the floating-point arguments that arrived in registers in their places among the words.
+void TakeRegisters(const DualMethod& method, void* words, const double* registers);
+
+// Calls the method with that number of an interface pointer, with arguments as they lie on the stack.
+HRESULT CallDual(void* pointer, std::size_t number, const void* words, std::size_t count);
+
+}  // namespace com
