@@ -119,6 +119,9 @@ public:
     // Called, on any thread, when there is something for ReceiveVisits and perhaps no call about to enter.
     static void SetVisitSignal(void (*signal)());
 
+    // The pointer by which it is passed to whoever takes an IDispatch.
+    const IDispatch* DispatchPointer() const { return &dispatch; }
+
     ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
     const InterfaceEntry* Interfaces() const { return firstInterface; }
     const InterfaceEntry* FindInterface(REFIID iid) const;

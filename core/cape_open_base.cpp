@@ -18,13 +18,17 @@ void WarnForeignThread(LogDocument* document, std::string_view object, const cha
 
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
-CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion) {}
+CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion)
+{
+    recorded.proxy = DispatchPointer();
+}
 
 CapeOpenBase::~CapeOpenBase() { LeaveTree(); }
 
 void CapeOpenBase::Wrap(IUnknown* object)
 {
     if (object) HoldForeign(object);
+    recorded.pointer = object;
     wrapped = ForeignPtr<IUnknown>(object);
 }
 
@@ -94,7 +98,13 @@ void CapeOpenBase::SetName()
 HRESULT CapeOpenBase::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)
 {
     if (IsEqualIID(iid, __uuidof(IOriginalObject))) return S_OK;
+    const HRESULT answer = AnswerQuery(iid, entry);
+    if (LogDocument* log = Document()) log->NoteQuery(recorded, iid, SUCCEEDED(answer));
+    return answer;
+}
 
+HRESULT CapeOpenBase::AnswerQuery(REFIID iid, const com::InterfaceEntry* entry)
+{
     const auto refuse = [&](Sentence sentence) {
         if (LogDocument* log = Document()) log->Write(sentence, {name, InterfaceName(iid)});
         return E_NOINTERFACE;

@@ -84,6 +84,7 @@ public:
     }
     IUnknown* Wrapped() const { return wrapped.Get(); }
     const std::string& Name() const { return name; }
+    RecordedObject& Recorded() { return recorded; }
     const char* TypeName() const { return traits.typeName; }
     bool IsIn() const { return isIn; }
     bool IsReadOnly() const { return isReadOnly; }
@@ -153,6 +154,7 @@ private:
     // Whether the proxy has a part for the interface now.
     bool AddPart(REFIID iid);
     void SetName();
+    [[nodiscard]] HRESULT AnswerQuery(REFIID iid, const com::InterfaceEntry* entry);
     void DropInterfaces();
     void ReportChildren();
     void ReportUnreleased(const CapeOpenBase& child);
@@ -160,6 +162,7 @@ private:
     const ProxyTraits& traits;
     ForeignPtr<IUnknown> wrapped;
     DocumentHold document;
+    RecordedObject recorded;
     std::string name = "<unknown>";
     bool isIn = true;
     bool isReadOnly = false;

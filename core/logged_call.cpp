@@ -33,7 +33,7 @@ void SayFault(LogDocument& document, std::string_view text)
 void LoggedCall::Open(const char* name)
 {
     Enter(document->Depth());
-    document->BeginFunc(proxy.IsIn(), name, proxy.Name());
+    document->BeginFunc(proxy.IsIn(), name, proxy.Name(), &proxy.Recorded());
 }
 
 void LoggedCall::End()

@@ -3,6 +3,7 @@
 #include "com/failure.h"
 #include "log/error_description.h"
 #include "log/failure_detail.h"
+#include "log/log_document.h"
 
 namespace zelt {
 namespace {
@@ -28,20 +29,17 @@ std::unique_ptr<CallRecorder> CallRecorder::Make(const std::wstring& path, int& 
 
 CallRecorder::CallRecorder(LogFile openFile)
     : file(std::move(openFile)), records([this](std::string_view bytes) { return file.Write(bytes); })
-{
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    nanosecondsPerTick = 1e9 / static_cast<double>(frequency.QuadPart);
-}
+{}
 
 std::uint64_t CallRecorder::Now() const
 {
     LARGE_INTEGER now;
     QueryPerformanceCounter(&now);
-    return static_cast<std::uint64_t>(static_cast<double>(now.QuadPart) * nanosecondsPerTick);
+    return static_cast<std::uint64_t>(now.QuadPart);
 }
 
-void CallRecorder::Begin(std::string_view objectName, std::string_view objectType, std::string_view startText) noexcept
+void CallRecorder::Begin(std::string_view objectName, std::string_view objectType, std::string_view startText,
+                         std::string_view settings) noexcept
 {
     com::Attempt([&] {
         recording::Header header;
@@ -51,19 +49,48 @@ void CallRecorder::Begin(std::string_view objectName, std::string_view objectTyp
         header.objectType = objectType;
         header.startText = startText;
         header.started = StartOfRecording();
+        LARGE_INTEGER frequency;
+        QueryPerformanceFrequency(&frequency);
+        header.frequency = static_cast<std::uint64_t>(frequency.QuadPart);
         header.codePage = GetACP();
         header.locale = GetSystemDefaultLCID();
         header.thread = GetCurrentThreadId();
+        header.settings = settings;
         records.Begin(header);
         records.Flush();
     });
 }
 
-void CallRecorder::BeginCall(bool isIn, std::string_view member, std::string_view object) noexcept
+void CallRecorder::Say(const recording::Component& component) noexcept
+{
+    com::Attempt([&] {
+        records.Say(component);
+        records.Flush();
+    });
+}
+
+std::uint32_t CallRecorder::NumberOf(RecordedObject& object)
+{
+    if (object.number == 0) {
+        object.number = records.NewObject(reinterpret_cast<std::uintptr_t>(object.pointer),
+                                          reinterpret_cast<std::uintptr_t>(object.proxy));
+    }
+    return object.number;
+}
+
+void CallRecorder::BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object) noexcept
 {
     com::Attempt([&] {
         open.push_back({});
-        records.BeginCall(member, object, !isIn, Now());
+        records.BeginCall(member, name, object ? NumberOf(*object) : 0, !isIn, Now());
+    });
+}
+
+void CallRecorder::Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept
+{
+    com::Attempt([&] {
+        records.Query(NumberOf(object), {reinterpret_cast<const char*>(&iid), sizeof iid}, isGranted);
+        if (open.empty()) records.Flush();
     });
 }
 

@@ -21,6 +21,7 @@ namespace zelt {
 
 struct FailureDetail;
 struct FailureText;
+struct RecordedObject;
 
 class CallRecorder {
 public:
@@ -31,8 +32,12 @@ public:
     CallRecorder& operator=(const CallRecorder&) = delete;
 
     // The texts are those of the log's first lines.
-    void Begin(std::string_view objectName, std::string_view objectType, std::string_view startText) noexcept;
-    void BeginCall(bool isIn, std::string_view member, std::string_view object) noexcept;
+    void Begin(std::string_view objectName, std::string_view objectType, std::string_view startText,
+               std::string_view settings) noexcept;
+    void Say(const recording::Component& component) noexcept;
+    // The object (may be null) gets a number when it has none.
+    void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object) noexcept;
+    void Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept;
     // Around the time in the called object.
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
@@ -63,6 +68,7 @@ private:
     explicit CallRecorder(LogFile file);
 
     std::uint64_t Now() const;
+    std::uint32_t NumberOf(RecordedObject& object);
 
     struct OpenCall {
         std::uint64_t entered, inside;
@@ -70,7 +76,6 @@ private:
 
     LogFile file;
     recording::RecordWriter records;
-    double nanosecondsPerTick;
     std::vector<OpenCall> open;
 };
 

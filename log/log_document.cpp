@@ -59,7 +59,7 @@ LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view ob
 void LogDocument::RecordTo(std::unique_ptr<CallRecorder> callRecorder, std::string_view objectType)
 {
     recorder = std::move(callRecorder);
-    if (recorder) recorder->Begin(objectName, objectType, startText);
+    if (recorder) recorder->Begin(objectName, objectType, startText, options.Text());
 }
 
 void LogDocument::RecordSentence(Sentence sentence, HoleTexts holes)
@@ -75,6 +75,11 @@ void LogDocument::RecordEntry()
 void LogDocument::RecordReturn()
 {
     if (Recorder()) recorder->LeaveObject();
+}
+
+void LogDocument::RecordQuery(RecordedObject& object, REFIID iid, bool isGranted)
+{
+    if (Recorder()) recorder->Query(object, iid, isGranted);
 }
 
 LogDocument::~LogDocument() { Close(); }
@@ -126,9 +131,9 @@ void LogDocument::AppendSentence(Sentence sentence, HoleTexts holes, int level)
     if (dropped) AppendSuppression(element.text);
 }
 
-void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name)
+void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name, RecordedObject* object)
 {
-    if (Recorder()) recorder->BeginCall(isIn, functionName, name);
+    if (Recorder()) recorder->BeginCall(isIn, functionName, name, object);
     const bool isWritten = WriteEntry([&] {
         Indent();
         entry += "<func name=\"";

@@ -21,6 +21,14 @@
 namespace zelt {
 
 class CallRecorder;
+
+// What a recording says of a proxy.
+struct RecordedObject {
+    std::uint32_t number = 0;       // 0 until it has one
+    const void* pointer = nullptr;  // of the object; null: not made yet
+    const void* proxy = nullptr;    // of the proxy, as it is passed
+};
+
 struct LogOptions;
 struct FailureDetail;
 struct FailureText;
@@ -72,8 +80,9 @@ public:
     }
 
     // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag; the description
-    // comes from `errorSource` (may be null).
-    void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName);
+    // comes from `errorSource` (may be null). `object` is for the recording (may be null).
+    void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName,
+                   RecordedObject* object = nullptr);
     void EndFunc(HRESULT result, IUnknown* errorSource);
     // The same for a failure of the callee, which may say more of it than the error line: that comes before the line. `left` is
     // the error information that it left (may be null).
@@ -92,6 +101,12 @@ public:
         if (recorder) RecordReturn();
     }
 
+    // For the recording: the object was asked for an interface.
+    void NoteQuery(RecordedObject& object, REFIID iid, bool isGranted)
+    {
+        if (recorder) RecordQuery(object, iid, isGranted);
+    }
+
     // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
@@ -107,6 +122,7 @@ private:
     void RecordSentence(Sentence sentence, HoleTexts holes);
     void RecordEntry();
     void RecordReturn();
+    void RecordQuery(RecordedObject& object, REFIID iid, bool isGranted);
     void AppendSentence(Sentence sentence, HoleTexts holes, int level = 0);
     void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0)
     {

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "system/configuration_key.h"
+#include "system/guid_text.h"
+#include "system/narrow.h"
 
 namespace zelt {
 namespace {
@@ -16,6 +18,7 @@ struct OptionRow {
     void (*read)(const RegistryKey& key, const wchar_t* value, LogOptions& options);
     bool (*isValid)(const RegistryKey& key, const wchar_t* value);
     LSTATUS (*write)(RegistryKey& key, const wchar_t* value, const LogOptions& options);
+    std::string (*text)(const LogOptions& options);
 };
 
 template <bool LogOptions::*field>
@@ -33,6 +36,12 @@ template <bool LogOptions::*field>
 LSTATUS WriteSwitch(RegistryKey& key, const wchar_t* value, const LogOptions& options)
 {
     return key.WriteDword(value, options.*field ? 1 : 0);
+}
+
+template <bool LogOptions::*field>
+std::string SwitchText(const LogOptions& options)
+{
+    return options.*field ? "1" : "0";
 }
 
 template <CLSID LogOptions::*field>
@@ -54,26 +63,41 @@ LSTATUS WriteClass(RegistryKey& key, const wchar_t* value, const LogOptions& opt
     return key.WriteBytes(value, REG_BINARY, &(options.*field), sizeof(CLSID));
 }
 
+template <CLSID LogOptions::*field>
+std::string ClassText(const LogOptions& options)
+{
+    return Narrow(GuidText(options.*field));
+}
+
 // clang-format off
 constexpr OptionRow kRows[] = {
     {LogOption::AutoLogLocation, L"AutoLogLocation", L"Automatic log location",
-     ReadSwitch<&LogOptions::autoLogLocation>, IsSwitch, WriteSwitch<&LogOptions::autoLogLocation>},
+     ReadSwitch<&LogOptions::autoLogLocation>, IsSwitch, WriteSwitch<&LogOptions::autoLogLocation>,
+     SwitchText<&LogOptions::autoLogLocation>},
     {LogOption::PromptOpenLog,   L"PromptOpenLog",   L"Prompt for opening log when object terminates",
-     ReadSwitch<&LogOptions::promptOpenLog>,   IsSwitch, WriteSwitch<&LogOptions::promptOpenLog>},
+     ReadSwitch<&LogOptions::promptOpenLog>,   IsSwitch, WriteSwitch<&LogOptions::promptOpenLog>,
+     SwitchText<&LogOptions::promptOpenLog>},
     {LogOption::PravikUnit,      L"PRAVIKUnit",      L"PRAVIK logs unit operation",
-     ReadClass<&LogOptions::pravikUnit>,       IsClass,  WriteClass<&LogOptions::pravikUnit>},
+     ReadClass<&LogOptions::pravikUnit>,       IsClass,  WriteClass<&LogOptions::pravikUnit>,
+     ClassText<&LogOptions::pravikUnit>},
     {LogOption::LoadAfterInitNew,   L"LoadAfterInitNew",   L"PRAVIK loads after InitNew",
-     ReadSwitch<&LogOptions::loadAfterInitNew>,   IsOptionalSwitch, WriteSwitch<&LogOptions::loadAfterInitNew>},
+     ReadSwitch<&LogOptions::loadAfterInitNew>,   IsOptionalSwitch, WriteSwitch<&LogOptions::loadAfterInitNew>,
+     SwitchText<&LogOptions::loadAfterInitNew>},
     {LogOption::HandBackOriginals,  L"HandBackOriginals",  L"Hand objects back as they came",
-     ReadSwitch<&LogOptions::handBackOriginals>,  IsOptionalSwitch, WriteSwitch<&LogOptions::handBackOriginals>},
+     ReadSwitch<&LogOptions::handBackOriginals>,  IsOptionalSwitch, WriteSwitch<&LogOptions::handBackOriginals>,
+     SwitchText<&LogOptions::handBackOriginals>},
     {LogOption::KeepManager,        L"KeepManager",        L"Keep the manager of a package",
-     ReadSwitch<&LogOptions::keepManager>,        IsOptionalSwitch, WriteSwitch<&LogOptions::keepManager>},
+     ReadSwitch<&LogOptions::keepManager>,        IsOptionalSwitch, WriteSwitch<&LogOptions::keepManager>,
+     SwitchText<&LogOptions::keepManager>},
     {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager",
-     ReadSwitch<&LogOptions::forwardManagerEdit>, IsOptionalSwitch, WriteSwitch<&LogOptions::forwardManagerEdit>},
+     ReadSwitch<&LogOptions::forwardManagerEdit>, IsOptionalSwitch, WriteSwitch<&LogOptions::forwardManagerEdit>,
+     SwitchText<&LogOptions::forwardManagerEdit>},
     {LogOption::QueueCalls,         L"QueueCalls",         L"Queue calls of other clients",
-     ReadSwitch<&LogOptions::queueCalls>,         IsOptionalSwitch, WriteSwitch<&LogOptions::queueCalls>},
+     ReadSwitch<&LogOptions::queueCalls>,         IsOptionalSwitch, WriteSwitch<&LogOptions::queueCalls>,
+     SwitchText<&LogOptions::queueCalls>},
     {LogOption::RecordCalls,        L"RecordCalls",        L"Record calls",
-     ReadSwitch<&LogOptions::recordCalls>,        IsOptionalSwitch, WriteSwitch<&LogOptions::recordCalls>},
+     ReadSwitch<&LogOptions::recordCalls>,        IsOptionalSwitch, WriteSwitch<&LogOptions::recordCalls>,
+     SwitchText<&LogOptions::recordCalls>},
 };
 // clang-format on
 
@@ -103,6 +127,16 @@ Outcome LogOptions::Save(LogOption changed) const
         }
     }
     return outcome;
+}
+
+std::string LogOptions::Text() const
+{
+    std::string text;
+    for (const OptionRow& row : kRows) {
+        if (!text.empty()) text += ' ';
+        text.append(Narrow(row.value)).append("=").append(row.text(*this));
+    }
+    return text;
 }
 
 LogOptions& TheLogOptions()

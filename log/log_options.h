@@ -38,6 +38,9 @@ struct LogOptions {
     // Stores one option, the one that was changed. Stores another only where the registry has no valid value for it: what another
     // program has changed meanwhile stays.
     Outcome Save(LogOption changed) const;
+
+    // "AutoLogLocation=0 PromptOpenLog=1 ...": by their names in the registry.
+    std::string Text() const;
 };
 
 // The instance of the process.

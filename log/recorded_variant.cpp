@@ -28,8 +28,6 @@ std::size_t CountElements(const ArrayValue& array)
     return count;
 }
 
-void* PointerTo(std::uint64_t address) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(address)); }
-
 std::size_t SizeOf(VARTYPE type)
 {
     switch (type) {
@@ -60,7 +58,14 @@ BSTR NewRecordedText(const Value& value)
     return SysAllocStringLen(reinterpret_cast<const wchar_t*>(text->data()), static_cast<UINT>(text->size()));
 }
 
-RecordedVariant::RecordedVariant(const Value& value) : variant(Make(value)) {}
+RecordedVariant::RecordedVariant(const Value& value, ObjectFor place)
+    : objectFor(std::move(place)), variant(Make(value))
+{}
+
+void* RecordedVariant::PointerFor(std::uint64_t address) const
+{
+    return objectFor ? objectFor(address) : reinterpret_cast<void*>(static_cast<std::uintptr_t>(address));
+}
 
 RecordedVariant::~RecordedVariant()
 {
@@ -93,6 +98,12 @@ VARIANT RecordedVariant::Make(const Value& value)
         }
         return made;
     }
+    if (value.form == Value::Form::Variant) {
+        const VARIANT inner = Make(value.inner.at(0));
+        made.byref = Room(sizeof inner);
+        std::memcpy(made.byref, &inner, sizeof inner);
+        return made;
+    }
     if (!(value.type & VT_BYREF)) {
         SetScalar(made, value);
         return made;
@@ -118,7 +129,7 @@ void RecordedVariant::SetScalar(VARIANT& made, const Value& value)
             made.bstrVal = NewRecordedText(value);
             texts.push_back(made.bstrVal);
             break;
-        case Value::Form::Pointer: made.byref = PointerTo(value.address); break;
+        case Value::Form::Pointer: made.byref = PointerFor(value.address); break;
         case Value::Form::Raw:
             if (value.bytes.size() == sizeof(DECIMAL)) {
                 std::memcpy(&made, value.bytes.data(), sizeof(DECIMAL));
@@ -128,7 +139,8 @@ void RecordedVariant::SetScalar(VARIANT& made, const Value& value)
             }
             break;
         case Value::Form::None:
-        case Value::Form::Array: break;
+        case Value::Form::Array:
+        case Value::Form::Variant: break;
     }
 }
 

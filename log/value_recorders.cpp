@@ -131,7 +131,7 @@ void RecordContents(ValueWriter& value, const VARIANT& variant, int depth)
         case VT_DISPATCH: return RecordPointer(value, Contents<const void*>(variant));
         case VT_VARIANT:
             if (depth >= kMostNesting) return;
-            return value.Variant(static_cast<const VARIANT*>(variant.byref)->vt, [&](ValueWriter& inner) {
+            return value.Inner(static_cast<const VARIANT*>(variant.byref)->vt, [&](ValueWriter& inner) {
                 RecordContents(inner, *static_cast<const VARIANT*>(variant.byref), depth + 1);
             });
         default: return;

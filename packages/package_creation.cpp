@@ -13,6 +13,7 @@
 #include "packages/initialized_manager.h"
 #include "packages/package_failure.h"
 #include "packages/package_kinds.h"
+#include "log/recorded_component.h"
 #include "log/root_log.h"
 
 namespace zelt {
@@ -52,16 +53,11 @@ struct OpenManager {
     InitializedManager initialized;
 };
 
-// A package, and the manager that it comes from, if it comes from one.
-struct Created {
-    ForeignPtr<IDispatch> package;
-    std::shared_ptr<OpenManager> manager;
-};
-
-Created PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
+BarePackage PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
 {
-    Created created{{}, std::make_shared<OpenManager>(family, package.classId)};
-    IUnknown* const manager = created.manager->manager.Get();
+    const auto open = std::make_shared<OpenManager>(family, package.classId);
+    BarePackage created{{}, open};
+    IUnknown* const manager = open->manager.Get();
     const _bstr_t name(package.sourceName.c_str());
     const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager, name, created.package.Receive()); });
     // Do not trust a pointer that comes with a failure.
@@ -72,7 +68,7 @@ Created PackageFromManager(const PackageFamily& family, const ExportedPackage& p
     return created;
 }
 
-Created CreatePackage(const PackageFamily& family, const ExportedPackage& package)
+BarePackage CreatePackage(const PackageFamily& family, const ExportedPackage& package)
 {
     const PackageKindRow* kind = FindPackageKind(package.kind);
     if (!kind || &kind->family != &family) throw PackageFailure{kOtherFailure, L"internal error"};
@@ -90,12 +86,20 @@ void RenamePackage(IUnknown* package, const std::wstring& exportedName)
 
 }  // namespace
 
+BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage& package)
+{
+    BarePackage made = CreatePackage(family, package);
+    if (!made.package) Fail(family.nullResult);
+    RenamePackage(made.package.Get(), package.exportedName);
+    return made;
+}
+
 // The caller's package may disappear meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
 ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
     // Another program may have changed them. Who opens a log says when they cannot be read.
     static_cast<void>(options.Load());
-    Created made = CreatePackage(family, package);
+    BarePackage made = CreatePackage(family, package);
     if (!options.keepManager) made.manager.reset();
     const ForeignPtr<IDispatch> created = std::move(made.package);
     if (!created) Fail(family.nullResult);
@@ -105,6 +109,10 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
     if (package.loggingEnabled) {
         document = OpenRootLog(options, package.exportedName, package.exportedName, family.logDescription);
     }
+    RecordComponent(
+        document.Get(),
+        {package.classId, static_cast<std::uint32_t>(package.kind), package.sourceName, package.exportedName},
+        created.Get());
     const ProxyPtr proxy = family.newProxy();
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
     proxy->KeepUntilReleased(std::move(made.manager));

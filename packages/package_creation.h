@@ -4,11 +4,23 @@
 
 #include <wrl/client.h>
 
+#include <memory>
+
+#include "guard/foreign_call.h"
 #include "log/log_options.h"
 #include "packages/exported_package.h"
 #include "packages/package_family.h"
 
 namespace zelt {
+
+// A package itself, without a proxy, and what has to live as long as it does.
+struct BarePackage {
+    ForeignPtr<IDispatch> package;
+    std::shared_ptr<void> manager;  // null for a package that is a component of its own
+};
+
+// Makes a package and gives it its exported name. Throws PackageFailure.
+BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage& package);
 
 // Returns the proxy's IDispatch. Throws PackageFailure. May show message boxes or the save dialog, which let calls in: `package`
 // is taken by value because the list may change meanwhile.

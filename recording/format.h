@@ -21,6 +21,9 @@ enum class RecordTag : protozero::pbf_tag_type {
     Result = 6,
     End = 7,
     Pointer = 8,
+    Object = 9,
+    Query = 10,
+    Component = 11,
 };
 
 enum class HeaderTag : protozero::pbf_tag_type {
@@ -35,9 +38,25 @@ enum class HeaderTag : protozero::pbf_tag_type {
     Locale = 9,
     Thread = 10,
     Settings = 11,
+    Frequency = 12,
 };
 
-enum class CallTag : protozero::pbf_tag_type { Member = 1, Object = 2, Outward = 3, Start = 4 };
+enum class CallTag : protozero::pbf_tag_type { Member = 1, Object = 2, Outward = 3, Start = 4, Number = 5 };
+
+enum class ObjectTag : protozero::pbf_tag_type { Pointer = 1, Proxy = 2 };
+
+enum class QueryTag : protozero::pbf_tag_type { Object = 1, Interface = 2 };
+
+enum class ComponentTag : protozero::pbf_tag_type {
+    ClassId = 1,
+    Kind = 2,
+    Name = 3,
+    Pointer = 4,
+    Library = 5,
+    LibraryVersion = 6,
+    LibraryHash = 7,
+    ExportedName = 8,
+};
 
 // The values of arguments, and those inside VARIANTs.
 enum class ValueTag : protozero::pbf_tag_type {
@@ -52,7 +71,8 @@ enum class ValueTag : protozero::pbf_tag_type {
     Pointer = 8,
     Nested = 9,  // the VARIANT of an argument, the array of a VARIANT
     Raw = 10,
-    Type = 11,
+    Type = 11,   // of an argument
+    Inner = 11,  // of a VARIANT that points to one
     Shown = 12,
     Expected = 13,
     MayBeEmpty = 14,
@@ -67,7 +87,7 @@ enum class ArrayTag : protozero::pbf_tag_type {
     Elements = 6,
 };
 
-enum class SentenceTag : protozero::pbf_tag_type { Pattern = 1, Hole = 2 };
+enum class SentenceTag : protozero::pbf_tag_type { Pattern = 1, LongHole = 2, Hole = 3 };
 
 enum class ResultTag : protozero::pbf_tag_type {
     Status = 1,
@@ -77,6 +97,9 @@ enum class ResultTag : protozero::pbf_tag_type {
     Description = 5,
     Detail = 6,
 };
+
+// What a recording is of: a kind of package (the numbers are those of the list of packages), or a unit operation.
+inline constexpr std::uint32_t kUnitOperation = 6;
 
 // What kind of argument: the C type, and how the log shows it. The numbers are part of the format.
 enum class ArgumentKind : std::uint32_t {

@@ -15,7 +15,7 @@ struct ArrayValue;
 
 // A value inside an argument or a VARIANT.
 struct Value {
-    enum class Form : std::uint8_t { None, Integer, Real, Text, RawText, Pointer, Raw, Array };
+    enum class Form : std::uint8_t { None, Integer, Real, Text, RawText, Pointer, Raw, Array, Variant };
 
     std::uint16_t type = 0;  // VARTYPE
     Form form = Form::None;
@@ -24,6 +24,7 @@ struct Value {
     std::string_view bytes;         // of a text (UTF-8, see text_form.h), a raw text (UTF-16), or raw bytes
     std::uint64_t address = 0;      // of a pointer
     std::vector<ArrayValue> array;  // one, of an array
+    std::vector<Value> inner;       // one, of a VARIANT that points to another
 
     Value();
     ~Value();
@@ -45,14 +46,35 @@ struct ArrayValue {
 
 struct HeaderRecord {
     std::uint32_t version = 0, width = 0, codePage = 0, locale = 0, thread = 0;
-    std::uint64_t started = 0;
+    std::uint64_t started = 0, frequency = 0;
     std::string_view program, objectName, objectType, startText, settings;
 };
 
 struct CallRecord {
     std::string_view member, object;
     bool isOutward = false;
-    std::uint64_t start = 0;  // since the start or the end of the call before
+    std::uint64_t start = 0;   // in nanoseconds since the start or the end of the call before
+    std::uint32_t number = 0;  // of the object, from 1; 0 when it is not known
+};
+
+// The next object, from 1.
+struct ObjectRecord {
+    std::uint64_t pointer = 0;  // 0: made later
+    std::uint64_t proxy = 0;    // of the proxy that takes its place
+};
+
+struct QueryRecord {
+    std::uint32_t object = 0;
+    std::string_view interfaceId;  // 16 bytes
+    bool isGranted = false;
+};
+
+struct ComponentRecord {
+    std::string_view classId;  // 16 bytes
+    std::uint32_t kind = 0;    // a kind of package, or kUnitOperation
+    std::string_view name;     // in its manager
+    std::uint64_t pointer = 0;
+    std::string_view library, libraryVersion, libraryHash, exportedName;
 };
 
 struct ArgumentRecord {
@@ -80,6 +102,7 @@ struct ResultRecord {
 
 struct EndRecord {};
 
-using Record = std::variant<HeaderRecord, CallRecord, ArgumentRecord, SentenceRecord, ResultRecord, EndRecord>;
+using Record = std::variant<HeaderRecord, CallRecord, ArgumentRecord, SentenceRecord, ResultRecord, EndRecord,
+                            ObjectRecord, QueryRecord, ComponentRecord>;
 
 }  // namespace zelt::recording

@@ -131,6 +131,11 @@ Value ReadVariant(pbf_reader fields, const Tables& tables, int depth)
                 value.array.clear();
                 value.array.push_back(ReadArray(fields.get_message(), tables, depth + 1));
                 break;
+            case Bytes(ValueTag::Inner):
+                value.form = Value::Form::Variant;
+                value.inner.clear();
+                value.inner.push_back(ReadVariant(fields.get_message(), tables, depth + 1));
+                break;
             default:
                 if (!ReadValueField(fields, value, tables)) fields.skip();
         }
@@ -167,11 +172,23 @@ ArgumentRecord ReadArgument(pbf_reader fields, const Tables& tables)
 SentenceRecord ReadSentence(pbf_reader fields, const Tables& tables)
 {
     SentenceRecord sentence;
+    std::vector<std::uint32_t> rows;
+    std::deque<std::string_view> longHoles;
     while (fields.next()) {
         switch (fields.tag_and_type()) {
             case Number(SentenceTag::Pattern): sentence.pattern = tables.Text(fields.get_uint32()); break;
-            case Bytes(SentenceTag::Hole): sentence.holes.push_back(View(fields.get_view())); break;
+            case Bytes(SentenceTag::LongHole): longHoles.push_back(View(fields.get_view())); break;
+            case Number(SentenceTag::Hole): rows.push_back(fields.get_uint32()); break;
             default: fields.skip();
+        }
+    }
+    for (const std::uint32_t row : rows) {
+        if (row != 0) {
+            sentence.holes.push_back(tables.Text(row - 1));
+        } else {
+            if (longHoles.empty()) throw std::length_error("a long hole is missing");
+            sentence.holes.push_back(longHoles.front());
+            longHoles.pop_front();
         }
     }
     return sentence;
@@ -186,10 +203,68 @@ CallRecord ReadCall(pbf_reader fields, const Tables& tables)
             case Number(CallTag::Object): call.object = tables.Text(fields.get_uint32()); break;
             case Number(CallTag::Outward): call.isOutward = fields.get_bool(); break;
             case Number(CallTag::Start): call.start = fields.get_uint64(); break;
+            case Number(CallTag::Number): call.number = fields.get_uint32(); break;
             default: fields.skip();
         }
     }
     return call;
+}
+
+// A row plus one; 0 for none.
+std::uint64_t ReadPointer(pbf_reader& fields, const Tables& tables)
+{
+    const std::uint32_t row = fields.get_uint32();
+    return row == 0 ? 0 : tables.Pointer(row - 1);
+}
+
+ObjectRecord ReadObject(pbf_reader fields, const Tables& tables)
+{
+    ObjectRecord object;
+    while (fields.next()) {
+        switch (fields.tag_and_type()) {
+            case Number(ObjectTag::Pointer): object.pointer = ReadPointer(fields, tables); break;
+            case Number(ObjectTag::Proxy): object.proxy = ReadPointer(fields, tables); break;
+            default: fields.skip();
+        }
+    }
+    return object;
+}
+
+QueryRecord ReadQuery(pbf_reader fields, const Tables& tables)
+{
+    QueryRecord query;
+    while (fields.next()) {
+        switch (fields.tag_and_type()) {
+            case Number(QueryTag::Object): {
+                const std::uint32_t object = fields.get_uint32();
+                query.object = object / 2;
+                query.isGranted = object % 2 != 0;
+                break;
+            }
+            case Number(QueryTag::Interface): query.interfaceId = tables.Text(fields.get_uint32()); break;
+            default: fields.skip();
+        }
+    }
+    return query;
+}
+
+ComponentRecord ReadComponent(pbf_reader fields, const Tables& tables)
+{
+    ComponentRecord component;
+    while (fields.next()) {
+        switch (fields.tag_and_type()) {
+            case Bytes(ComponentTag::ClassId): component.classId = View(fields.get_view()); break;
+            case Number(ComponentTag::Kind): component.kind = fields.get_uint32(); break;
+            case Bytes(ComponentTag::Name): component.name = View(fields.get_view()); break;
+            case Number(ComponentTag::Pointer): component.pointer = ReadPointer(fields, tables); break;
+            case Bytes(ComponentTag::Library): component.library = View(fields.get_view()); break;
+            case Bytes(ComponentTag::LibraryVersion): component.libraryVersion = View(fields.get_view()); break;
+            case Bytes(ComponentTag::LibraryHash): component.libraryHash = View(fields.get_view()); break;
+            case Bytes(ComponentTag::ExportedName): component.exportedName = View(fields.get_view()); break;
+            default: fields.skip();
+        }
+    }
+    return component;
 }
 
 ResultRecord ReadResult(pbf_reader fields, const Tables& tables)
@@ -228,6 +303,7 @@ HeaderRecord ReadHeader(pbf_reader fields)
             case Number(HeaderTag::Locale): header.locale = fields.get_uint32(); break;
             case Number(HeaderTag::Thread): header.thread = fields.get_uint32(); break;
             case Bytes(HeaderTag::Settings): header.settings = View(fields.get_view()); break;
+            case Number(HeaderTag::Frequency): header.frequency = fields.get_uint64(); break;
             default: fields.skip();
         }
     }
@@ -303,6 +379,29 @@ bool RecordReader::Fill(std::size_t count)
     return buffer.size() - begin >= count;
 }
 
+std::uint64_t RecordReader::Nanoseconds(std::uint64_t ticks) const
+{
+    if (kSecond % frequency == 0) return ticks * (kSecond / frequency);
+    const double time = static_cast<double>(ticks) * static_cast<double>(kSecond) / static_cast<double>(frequency);
+    // Damage may give times without end.
+    constexpr double kMost = 9e18;
+    return static_cast<std::uint64_t>(std::min(time, kMost));
+}
+
+// The call in nanoseconds, and with the name of its object, which is that of the call before when the call has none.
+CallRecord RecordReader::WithName(CallRecord call)
+{
+    call.start = Nanoseconds(call.start);
+    if (call.number == 0 || call.number > objectNames.size()) return call;
+    std::string_view& last = objectNames[call.number - 1];
+    if (call.object.data()) {
+        last = call.object;
+    } else {
+        call.object = last;
+    }
+    return call;
+}
+
 bool RecordReader::Decode(std::string_view bytes)
 {
     const Tables tables{texts, pointers};
@@ -311,11 +410,28 @@ bool RecordReader::Decode(std::string_view bytes)
     while (fields.next()) {
         isRecord = true;
         switch (fields.tag_and_type()) {
-            case Bytes(RecordTag::Header): record = ReadHeader(fields.get_message()); break;
-            case Bytes(RecordTag::Call): record = ReadCall(fields.get_message(), tables); break;
+            case Bytes(RecordTag::Header): {
+                HeaderRecord header = ReadHeader(fields.get_message());
+                if (header.frequency != 0) frequency = header.frequency;
+                record = header;
+                break;
+            }
+            case Bytes(RecordTag::Call): record = WithName(ReadCall(fields.get_message(), tables)); break;
             case Bytes(RecordTag::Argument): record = ReadArgument(fields.get_message(), tables); break;
             case Bytes(RecordTag::Sentence): record = ReadSentence(fields.get_message(), tables); break;
-            case Bytes(RecordTag::Result): record = ReadResult(fields.get_message(), tables); break;
+            case Bytes(RecordTag::Result): {
+                ResultRecord result = ReadResult(fields.get_message(), tables);
+                result.duration = Nanoseconds(result.duration);
+                result.inside = Nanoseconds(result.inside);
+                record = std::move(result);
+                break;
+            }
+            case Bytes(RecordTag::Object):
+                record = ReadObject(fields.get_message(), tables);
+                objectNames.emplace_back();
+                break;
+            case Bytes(RecordTag::Query): record = ReadQuery(fields.get_message(), tables); break;
+            case Bytes(RecordTag::Component): record = ReadComponent(fields.get_message(), tables); break;
             case Bytes(RecordTag::End):
                 fields.skip();
                 record = EndRecord{};
@@ -324,8 +440,8 @@ bool RecordReader::Decode(std::string_view bytes)
                 texts.emplace_back(View(fields.get_view()));
                 isRecord = false;
                 break;
-            case Eight(RecordTag::Pointer):
-                pointers.push_back(fields.get_fixed64());
+            case Number(RecordTag::Pointer):
+                pointers.push_back(fields.get_uint64());
                 isRecord = false;
                 break;
             default: fields.skip(); isRecord = false;

@@ -39,6 +39,10 @@ private:
     bool Fill(std::size_t count);
     // False for a record that only fills a table, or that is unknown.
     bool Decode(std::string_view bytes);
+    CallRecord WithName(CallRecord call);
+    std::uint64_t Nanoseconds(std::uint64_t ticks) const;
+
+    static constexpr std::uint64_t kSecond = 1'000'000'000;  // in nanoseconds
 
     Input input;
     std::string buffer;
@@ -49,6 +53,8 @@ private:
     bool isAtEndOfFile = false;
     std::deque<std::string> texts;
     std::vector<std::uint64_t> pointers;
+    std::vector<std::string_view> objectNames;  // of each object's latest call, by number, from 1
+    std::uint64_t frequency = kSecond;
     Record record;
 };
 

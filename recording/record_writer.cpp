@@ -46,17 +46,62 @@ void RecordWriter::Begin(const Header& header)
     fields.add_uint32(HeaderTag::Locale, header.locale);
     fields.add_uint32(HeaderTag::Thread, header.thread);
     text(HeaderTag::Settings, header.settings);
+    fields.add_uint64(HeaderTag::Frequency, header.frequency);
     AppendBytes(RecordTag::Header, message);
 }
 
-void RecordWriter::BeginCall(std::string_view member, std::string_view object, bool isOutward, std::uint64_t now)
+void RecordWriter::Say(const Component& component)
+{
+    const std::uint32_t pointer = RowPlusOne(component.pointer);
+    message.clear();
+    protozero::pbf_builder<ComponentTag> fields(message);
+    const auto text = [&](ComponentTag tag, std::string_view value) {
+        if (!value.empty()) fields.add_bytes(tag, value.data(), value.size());
+    };
+    text(ComponentTag::ClassId, component.classId);
+    fields.add_uint32(ComponentTag::Kind, component.kind);
+    text(ComponentTag::Name, component.name);
+    if (pointer != 0) fields.add_uint32(ComponentTag::Pointer, pointer);
+    text(ComponentTag::Library, component.library);
+    text(ComponentTag::LibraryVersion, component.libraryVersion);
+    text(ComponentTag::LibraryHash, component.libraryHash);
+    text(ComponentTag::ExportedName, component.exportedName);
+    AppendBytes(RecordTag::Component, message);
+}
+
+std::uint32_t RecordWriter::NewObject(std::uint64_t pointer, std::uint64_t proxy)
+{
+    const std::uint32_t row = RowPlusOne(pointer), proxyRow = RowPlusOne(proxy);
+    message.clear();
+    protozero::pbf_builder<ObjectTag> fields(message);
+    if (row != 0) fields.add_uint32(ObjectTag::Pointer, row);
+    if (proxyRow != 0) fields.add_uint32(ObjectTag::Proxy, proxyRow);
+    AppendBytes(RecordTag::Object, message);
+    objectNames.push_back(kNoRow);
+    return static_cast<std::uint32_t>(objectNames.size());
+}
+
+void RecordWriter::Query(std::uint32_t object, std::string_view interfaceId, bool isGranted)
+{
+    const std::uint32_t row = RowOf(interfaceId);
+    message.clear();
+    protozero::pbf_builder<QueryTag> fields(message);
+    fields.add_uint32(QueryTag::Object, object * 2 + (isGranted ? 1 : 0));
+    fields.add_uint32(QueryTag::Interface, row);
+    AppendBytes(RecordTag::Query, message);
+}
+
+void RecordWriter::BeginCall(std::string_view member, std::string_view object, std::uint32_t number, bool isOutward,
+                             std::uint64_t now)
 {
     message.clear();
     protozero::pbf_builder<CallTag> fields(message);
     fields.add_uint32(CallTag::Member, RowOf(member));
-    fields.add_uint32(CallTag::Object, RowOf(object));
+    const std::uint32_t name = RowOf(object);
+    if (number == 0 || std::exchange(objectNames[number - 1], name) != name) fields.add_uint32(CallTag::Object, name);
     if (isOutward) fields.add_bool(CallTag::Outward, true);
     fields.add_uint64(CallTag::Start, now - lastTime);
+    if (number != 0) fields.add_uint32(CallTag::Number, number);
     AppendBytes(RecordTag::Call, message);
     lastTime = now;
     open.push_back(now);
@@ -96,7 +141,11 @@ void RecordWriter::AppendTo(std::string& record, const SentenceParts& sentence)
 {
     protozero::pbf_builder<SentenceTag> fields(record);
     fields.add_uint32(SentenceTag::Pattern, RowOf(sentence.pattern));
-    for (const std::string_view hole : sentence.holes) fields.add_bytes(SentenceTag::Hole, hole.data(), hole.size());
+    for (const std::string_view hole : sentence.holes) {
+        const std::uint32_t row = TryRowOf(hole);
+        fields.add_uint32(SentenceTag::Hole, row == kNoRow ? 0 : row + 1);
+        if (row == kNoRow) fields.add_bytes(SentenceTag::LongHole, hole.data(), hole.size());
+    }
 }
 
 void RecordWriter::End()
@@ -145,7 +194,7 @@ std::uint32_t RecordWriter::RowOf(std::uint64_t address)
     if (!isNew) return found->second;
     try {
         std::string record;
-        protozero::pbf_builder<RecordTag>(record).add_fixed64(RecordTag::Pointer, address);
+        protozero::pbf_builder<RecordTag>(record).add_uint64(RecordTag::Pointer, address);
         AppendRecord(record);
     } catch (...) {
         pointers.erase(found);

@@ -23,9 +23,18 @@ struct Header {
     std::string_view program;
     std::uint32_t width = 0;
     std::string_view objectName, objectType, startText;
-    std::uint64_t started = 0;
+    std::uint64_t started = 0, frequency = 0;
     std::uint32_t codePage = 0, locale = 0, thread = 0;
     std::string_view settings;
+};
+
+// What the recording is of; see recording.proto.
+struct Component {
+    std::string_view classId;
+    std::uint32_t kind = 0;
+    std::string_view name;
+    std::uint64_t pointer = 0;
+    std::string_view library, libraryVersion, libraryHash, exportedName;
 };
 
 // A sentence of the log: its pattern, and what fills the holes.
@@ -69,6 +78,16 @@ public:
         body(variant);
         fields.add_message(ValueTag::Nested, nested);
     }
+    // Of a VARIANT that points to another.
+    template <class Body>
+    void Inner(std::uint16_t type, Body&& body)
+    {
+        std::string nested;
+        ValueWriter variant(records, nested);
+        variant.fields.add_uint32(ValueTag::VarType, type);
+        body(variant);
+        fields.add_message(ValueTag::Inner, nested);
+    }
     using ArrayFields = protozero::pbf_builder<ArrayTag>;
     template <class Body>
     void Array(Body&& body)
@@ -104,8 +123,13 @@ public:
     RecordWriter& operator=(const RecordWriter&) = delete;
 
     void Begin(const Header& header);
-    // Times are nanoseconds of one clock.
-    void BeginCall(std::string_view member, std::string_view object, bool isOutward, std::uint64_t now);
+    void Say(const Component& component);
+    // The number of the next object. `pointer` is 0 for one that is made later; `proxy` is that of the proxy in its place.
+    std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy);
+    void Query(std::uint32_t object, std::string_view interfaceId, bool isGranted);
+    // Times are ticks of one clock, whose frequency the header gives. `number` is that of the object, 0 for none.
+    void BeginCall(std::string_view member, std::string_view object, std::uint32_t number, bool isOutward,
+                   std::uint64_t now);
     void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure);
     void Say(const SentenceParts& sentence);
     // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
@@ -144,6 +168,8 @@ private:
     std::uint32_t TryRowOf(std::string_view text);
     std::uint32_t RowOf(std::uint64_t address);
     std::uint32_t NewRow(std::string_view text);
+    // A row plus one, 0 for a null pointer.
+    std::uint32_t RowPlusOne(std::uint64_t address) { return address == 0 ? 0 : RowOf(address) + 1; }
     void AppendBytes(RecordTag tag, std::string_view bytes);
     void AppendRecord(std::string_view head, std::string_view rest = {});
     void AppendTo(std::string& record, const SentenceParts& sentence);
@@ -153,7 +179,8 @@ private:
     std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> texts;
     std::unordered_map<std::uint64_t, std::uint32_t> pointers;
     std::uint64_t lastTime = 0;
-    std::vector<std::uint64_t> open;  // the start of each call that has no result
+    std::vector<std::uint32_t> objectNames;  // the row of each object's latest name, by number, from 1
+    std::vector<std::uint64_t> open;         // the start of each call that has no result
     bool isWhole = true;
 };
 

@@ -9,6 +9,7 @@
 #include "log/hr_name.h"
 #include "system/message_box.h"
 #include "system/narrow.h"
+#include "log/recorded_component.h"
 #include "log/root_log.h"
 #include "log/vocabulary/found_sentence.h"
 #include "unit/select_co_object.h"
@@ -119,6 +120,7 @@ HRESULT CUnitOperation::CreateInnerUnitOperation(LoggedCall& call, REFCLSID clas
     }
     const ForeignPtr<IDispatch> inner(static_cast<IDispatch*>(created));
     call.Say(Sentence::CreatedUnit, {Narrow(GuidText(classId))});
+    RecordComponent(call.Document(), {classId, kRecordedUnit, {}, Widen(Name())}, inner.Get());
     Wrap(inner.Get());
     return S_OK;
 }

@@ -74,6 +74,9 @@ void ExpectArguments(Reading& reading)
     EXPECT_EQ(0.75, values[1]);
     EXPECT_EQ(0x2005, fractions.expected);
     EXPECT_TRUE(fractions.mayBeEmpty);
+    const auto& referred = next("referred", ArgumentKind::Variant);
+    ASSERT_EQ(Value::Form::Variant, referred.value.form);
+    EXPECT_EQ(9, referred.value.inner.at(0).integer);
     const auto& mixed = next("mixed", ArgumentKind::Variant);
     ASSERT_EQ(1u, mixed.value.array.size());
     EXPECT_FALSE(mixed.value.array[0].elementType);
@@ -95,12 +98,29 @@ TEST(RecordReading, GivesWhatWasWritten)
     EXPECT_EQ("Aromatics", header.objectName);
     EXPECT_EQ("March 05, 2026, 14:07", header.startText);
     EXPECT_EQ(134'171'932'530'000'000u, header.started);
+    const auto component = reading.Take<ComponentRecord>();
+    EXPECT_EQ("0123456789abcdef", component.classId);
+    EXPECT_EQ(1u, component.kind);
+    EXPECT_EQ(0x1000u, component.pointer);
+    EXPECT_EQ("2.1.0.0", component.libraryVersion);
+    EXPECT_EQ(32u, component.libraryHash.size());
+    EXPECT_EQ("Aromatics", component.exportedName);
+    const auto object = reading.Take<ObjectRecord>();
+    EXPECT_EQ(0x1000u, object.pointer);
+    EXPECT_EQ(0x2000u, object.proxy);
     const auto call = reading.Take<CallRecord>();
+    EXPECT_EQ(1u, call.number);
     EXPECT_EQ("ICapeThermoEquilibriumRoutine::CalcEquilibrium", call.member);
     EXPECT_EQ("Aromatics", call.object);
     EXPECT_FALSE(call.isOutward);
     ExpectArguments(reading);
+    EXPECT_EQ(0x12345678u, reading.Take<ObjectRecord>().pointer);
+    const auto query = reading.Take<QueryRecord>();
+    EXPECT_EQ(2u, query.object);
+    EXPECT_EQ("fedcba9876543210", query.interfaceId);
+    EXPECT_TRUE(query.isGranted);
     const auto nested = reading.Take<CallRecord>();
+    EXPECT_EQ(2u, nested.number);
     EXPECT_TRUE(nested.isOutward);
     EXPECT_EQ(10'000u, nested.start);
     EXPECT_EQ("QueryInterface for unsupported interface %s", reading.Take<SentenceRecord>().pattern);
@@ -189,7 +209,7 @@ TEST(RecordWriting, KeepsATextOnlyOnce)
     });
     const auto size = [&] {
         const std::size_t before = bytes.size();
-        records.BeginCall("ICapeUtilities::Edit", "Aromatics", false, 0);
+        records.BeginCall("ICapeUtilities::Edit", "Aromatics", 0, false, 0);
         records.EndCall(0, 0, 0, nullptr);
         records.Flush();
         return bytes.size() - before;
@@ -203,7 +223,7 @@ TEST(RecordWriting, EndsWhereTheDiskTakesNoMore)
     int taken = 0;
     RecordWriter records([&taken](std::string_view) { return ++taken < 2; });
     for (int call = 0; call < 4; ++call) {
-        records.BeginCall("ICapeUtilities::Edit", "Aromatics", false, 0);
+        records.BeginCall("ICapeUtilities::Edit", "Aromatics", 0, false, 0);
         records.Flush();
     }
     EXPECT_EQ(2, taken);

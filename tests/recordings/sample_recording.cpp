@@ -10,7 +10,9 @@ using namespace recording;
 
 namespace {
 
-constexpr std::uint16_t kI4 = 3, kR8 = 5, kText = 8, kArray = 0x2000, kVariant = 12;
+constexpr std::string_view kClassId = "0123456789abcdef", kMaterialId = "fedcba9876543210",
+                           kHash = "0123456789abcdef0123456789abcdef";
+constexpr std::uint16_t kI4 = 3, kR8 = 5, kText = 8, kArray = 0x2000, kByRef = 0x4000, kVariant = 12;
 
 void WriteArguments(RecordWriter& records)
 {
@@ -46,6 +48,10 @@ void WriteArguments(RecordWriter& records)
         });
         value.Expected(kArray | kR8, true);
     });
+    records.Argument("referred", false, ArgumentKind::Variant, [&](ValueWriter& value) {
+        value.Variant(kByRef | kVariant,
+                      [&](ValueWriter& variant) { variant.Inner(kI4, [](ValueWriter& inner) { inner.Integer(9); }); });
+    });
     records.Argument("mixed", false, ArgumentKind::Variant, [&](ValueWriter& value) {
         value.Variant(kArray | kVariant, [&](ValueWriter& variant) {
             variant.Array([&](ValueWriter::ArrayFields& array) {
@@ -77,19 +83,32 @@ std::string SampleRecording(bool isClosed)
     header.objectType = "Property Package";
     header.startText = "March 05, 2026, 14:07";
     header.started = 134'171'932'530'000'000;
+    header.frequency = 10'000'000;
     header.codePage = 1252;
     records.Begin(header);
-    records.BeginCall("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "Aromatics", false, 1'000'000);
+    Component component;
+    component.classId = kClassId;
+    component.kind = 1;
+    component.exportedName = "Aromatics";
+    component.pointer = 0x1000;
+    component.library = "C:\\Packages\\aromatics.dll";
+    component.libraryVersion = "2.1.0.0";
+    component.libraryHash = kHash;
+    records.Say(component);
+    const std::uint32_t package = records.NewObject(0x1000, 0x2000);
+    records.BeginCall("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "Aromatics", package, false, 10'000);
     WriteArguments(records);
-    records.BeginCall("ICapeThermoMaterial::GetOverallProp", "Feed", true, 1'010'000);
+    const std::uint32_t feed = records.NewObject(0x12345678, 0x4000);
+    records.Query(feed, kMaterialId, true);
+    records.BeginCall("ICapeThermoMaterial::GetOverallProp", "Feed", feed, true, 10'100);
     const std::string_view hole[] = {"Feed"};
     records.Say({"QueryInterface for unsupported interface %s", hole});
     records.Argument("results", true, ArgumentKind::Double, [](ValueWriter& value) { value.Real(1e5); });
-    records.EndCall(0, 1'040'000, 20'000, nullptr);
+    records.EndCall(0, 10'400, 200, nullptr);
     const std::string_view words[] = {"no root", "Solver"};
     const SentenceParts detail = {"Error information: \"%n\" (source: %n)", words};
     const Failure failure = {"ECapeSolvingErrorHR", "did not converge", &detail};
-    records.EndCall(0x8004050C, 3'000'000, 1'900'000, &failure);
+    records.EndCall(0x8004050C, 30'000, 19'000, &failure);
     records.Flush();
     if (isClosed) {
         records.End();

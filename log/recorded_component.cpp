@@ -1,0 +1,64 @@
+#include "log/recorded_component.h"
+
+#include "com/failure.h"
+#include "com/type_info.h"
+#include "guard/foreign_call.h"
+#include "log/call_recorder.h"
+#include "log/log_document.h"
+#include "recording/text_form.h"
+#include "system/file_hash.h"
+#include "system/version.h"
+
+namespace zelt {
+
+static_assert(kRecordedUnit == recording::kUnitOperation);
+
+namespace {
+
+std::string Utf8(std::wstring_view text)
+{
+    std::string form;
+    recording::AppendUtf8(form, {reinterpret_cast<const char16_t*>(text.data()), text.size()});
+    return form;
+}
+
+// The module with the object's methods. Empty when the object's first words lead nowhere.
+std::wstring LibraryOf(IUnknown* object)
+{
+    const void* method = nullptr;
+    static_cast<void>(CallForeign([&] {
+        method = **reinterpret_cast<const void* const* const*>(object);
+        return S_OK;
+    }));
+    HMODULE module = nullptr;
+    constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (!method || !GetModuleHandleExW(kFlags, static_cast<const wchar_t*>(method), &module)) return {};
+    return com::ModulePath(module);
+}
+
+}  // namespace
+
+void RecordComponent(LogDocument* document, const RecordedComponent& component, IUnknown* object) noexcept
+{
+    CallRecorder* const recorder = document ? document->Recorder() : nullptr;
+    if (!recorder) return;
+    com::Attempt([&] {
+        const std::wstring library = object ? LibraryOf(object) : std::wstring();
+        const std::string name = Utf8(component.name), exportedName = Utf8(component.exportedName),
+                          libraryName = Utf8(library);
+        const std::string version = library.empty() ? std::string() : FileVersionText(library);
+        const std::string hash = library.empty() ? std::string() : Sha256OfFile(library);
+        recording::Component recorded;
+        recorded.classId = {reinterpret_cast<const char*>(&component.classId), sizeof component.classId};
+        recorded.kind = component.kind;
+        recorded.name = name;
+        recorded.exportedName = exportedName;
+        recorded.pointer = reinterpret_cast<std::uintptr_t>(object);
+        recorded.library = libraryName;
+        recorded.libraryVersion = version;
+        recorded.libraryHash = hash;
+        recorder->Say(recorded);
+    });
+}
+
+}  // namespace zelt

@@ -1,0 +1,19 @@
+// Whether two values are the same: to the bit, or within a tolerance.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "recording/record.h"
+
+namespace zelt::recording {
+
+// The first difference, for a reader: "0.25 instead of 0.75", "[3]: 1 instead of 2"; nothing when there is none. Real numbers may
+// differ by `tolerance` relative to the larger; 0 compares bits. Of interface pointers only whether they are null counts: an
+// address belongs to one process. Two arrays may differ in whose memory they use.
+std::optional<std::string> Difference(const Value& recorded, const Value& actual, double tolerance);
+
+// A value in a few words: "0.25", "\"Benzene\"", "object", "[1 2 3 4 ... of 10]".
+std::string Summary(const Value& value);
+
+}  // namespace zelt::recording
