@@ -1,5 +1,8 @@
 #include "samples/package/package_model.h"
 
+#include <cmath>
+#include <iterator>
+
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 
@@ -10,6 +13,10 @@ constexpr PackageDefinition kPackages[] = {
     {L"Aromatics", L"Benzene, toluene and o-xylene as an ideal solution", {L"Benzene", L"Toluene", L"o-Xylene"}},
     {L"Alcohols", L"Methanol, ethanol and water as an ideal solution", {L"Methanol", L"Ethanol", L"Water"}},
 };
+
+// A revision of the first, by the name under which it is found. It calls itself as the first does.
+constexpr const wchar_t* kRevisionName = L"Aromatics, revised";
+constexpr PackageDefinition kRevision = {kPackages[0].name, kPackages[0].description, kPackages[0].compounds, 1.000001};
 
 constexpr PhaseDefinition kPhases[] = {
     {Phase::kVapour, L"Vapor", L"Vapor", L"Light", L"Ideal gas"},
@@ -33,14 +40,26 @@ ParameterDefinition PhaseChoice()
     return {kPhaseChoice, L"The phases that an equilibrium calculation may form", std::move(choice)};
 }
 
-std::vector<const Compound*> CompoundsOf(const PackageDefinition& definition)
+const Compound& CompoundOf(const wchar_t* id)
+{
+    const Compound* compound = FindCompound(id);
+    if (!compound) throw CapeFailure(ECapeImplementationHR, std::wstring(L"No data for compound ") + Quoted(id));
+    return *compound;
+}
+
+Compound LastCompoundOf(const PackageDefinition& definition)
+{
+    Compound compound = CompoundOf(*std::prev(definition.compounds.end()));
+    // The first of Antoine's coefficients is a logarithm.
+    compound.antoine[0] += std::log(definition.vapourPressureFactor);
+    return compound;
+}
+
+std::vector<const Compound*> CompoundsOf(const PackageDefinition& definition, const Compound& last)
 {
     std::vector<const Compound*> compounds;
-    for (const wchar_t* id : definition.compounds) {
-        const Compound* compound = FindCompound(id);
-        if (!compound) throw CapeFailure(ECapeImplementationHR, std::wstring(L"No data for compound ") + Quoted(id));
-        compounds.push_back(compound);
-    }
+    for (const wchar_t* id : definition.compounds) compounds.push_back(&CompoundOf(id));
+    compounds.back() = &last;
     return compounds;
 }
 
@@ -53,7 +72,7 @@ const PackageDefinition* FindPackage(std::wstring_view name)
     for (const PackageDefinition& definition : kPackages) {
         if (SameName(definition.name, name)) return &definition;
     }
-    return nullptr;
+    return SameName(kRevisionName, name) ? &kRevision : nullptr;
 }
 
 std::span<const PhaseDefinition> AllPhases() { return kPhases; }
@@ -69,7 +88,8 @@ const PhaseDefinition& PhaseOf(std::wstring_view label)
 PackageModel::PackageModel(const PackageDefinition& definition)
     : definition(definition),
       host(definition.name, PhaseChoice()),
-      compounds(CompoundsOf(definition)),
+      lastCompound(LastCompoundOf(definition)),
+      compounds(CompoundsOf(definition, lastCompound)),
       solution(compounds),
       materialSolution(compounds)
 {}

@@ -18,11 +18,13 @@ struct PackageDefinition {
     const wchar_t* name;
     const wchar_t* description;
     std::initializer_list<const wchar_t*> compounds;
+    double vapourPressureFactor = 1;  // on that of the last compound
 };
 
 // The packages that the sample offers.
 std::span<const PackageDefinition> AllPackages();
-// Compared without regard to case; null if there is none.
+// Compared without regard to case; null if there is none. Also finds "Aromatics, revised", which is not offered: its results differ
+// from those of "Aromatics" by about one in a million.
 const PackageDefinition* FindPackage(std::wstring_view name);
 
 struct PhaseDefinition {
@@ -75,6 +77,7 @@ private:
 
     const PackageDefinition& definition;
     PackageHost host;
+    Compound lastCompound;  // as the definition changes it
     std::vector<const Compound*> compounds;
     IdealSolution solution;
     MaterialView material;
