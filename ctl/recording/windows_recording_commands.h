@@ -10,5 +10,6 @@ namespace zelt::ctl {
 std::span<const Command> WindowsRecordingCommands();
 
 int RenderAsLog(const Arguments& arguments, Streams& streams);
+int ReplayRecording(const Arguments& arguments, Streams& streams);
 
 }  // namespace zelt::ctl

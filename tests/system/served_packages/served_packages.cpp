@@ -3,9 +3,11 @@
 #include <comutil.h>
 #include <shlobj.h>
 
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 
+#include "log/recording_rendering.h"
 #include "system/registry.h"
 #include "tests/system/harness/line_ends.h"
 
@@ -80,7 +82,7 @@ void ServedPackages::SetUp()
     settings = ReadKeyTree({}, kSettings);
     DeleteKeyTree({}, kSettings);
     folderWasThere = fs::exists(LogFolder());
-    oldLogs = FilesIn(LogFolder());
+    oldFiles = FilesIn(LogFolder());
 }
 
 void ServedPackages::TearDown()
@@ -89,8 +91,12 @@ void ServedPackages::TearDown()
         EXPECT_TRUE(WaitUntilGone(kServerFile)) << "the server has not ended by itself";
     }
     if (!ProcessIds(kServerFile).empty() || HasFailure()) KillServer();
+    for (const fs::path& log : Logs()) {
+        if (!fs::exists(RecordingOf(log))) continue;
+        EXPECT_EQ(ReadLog(log), RenderedLog(RecordingOf(log))) << log;
+    }
     std::error_code ignored;
-    for (const fs::path& log : Logs()) fs::remove(log, ignored);
+    for (const fs::path& file : NewFiles()) fs::remove(file, ignored);
     if (!folderWasThere) fs::remove(LogFolder(), ignored);
     DeleteKeyTree({}, kSettings);
     if (settings) WriteKeyTree({}, kSettings, *settings);
@@ -115,6 +121,7 @@ void ServedPackages::Export(const std::vector<Exported>& packages)
     key.WriteDword(L"NumPackages", static_cast<DWORD>(packages.size()));
     options.WriteDword(L"AutoLogLocation", 1);
     options.WriteDword(L"PromptOpenLog", 0);
+    options.WriteDword(L"RecordCalls", 1);
 }
 
 void ServedPackages::ChooseUnit(REFCLSID unit)
@@ -154,13 +161,39 @@ std::set<fs::path> ServedPackages::FilesIn(const fs::path& folder)
     return files;
 }
 
+std::vector<fs::path> ServedPackages::NewFiles() const
+{
+    std::vector<fs::path> files;
+    for (const fs::path& file : FilesIn(LogFolder())) {
+        if (!oldFiles.contains(file)) files.push_back(file);
+    }
+    return files;
+}
+
 std::vector<fs::path> ServedPackages::Logs() const
 {
-    std::vector<fs::path> logs;
-    for (const fs::path& file : FilesIn(LogFolder())) {
-        if (!oldLogs.contains(file)) logs.push_back(file);
-    }
+    std::vector<fs::path> logs = NewFiles();
+    std::erase_if(logs, [](const fs::path& file) { return file.extension() != ".zlg"; });
     return logs;
+}
+
+fs::path ServedPackages::RecordingOf(fs::path log) { return log.replace_extension(".zlr"); }
+
+std::string ServedPackages::RenderedLog(const fs::path& recording)
+{
+    const fs::path place = fs::path(recording).concat(".rendered");
+    FILE* const file = _wfopen(recording.c_str(), L"rb");
+    LogFile out;
+    if (!file || out.Open(place.wstring()) != 0) return "<not rendered>";
+    recording::RecordReader records(
+        [file](char* bytes, std::size_t count) { return std::fread(bytes, 1, count, file); });
+    const Rendering rendering = RenderRecording(records, std::move(out));
+    std::fclose(file);
+    EXPECT_TRUE(rendering.isRecording) << recording;
+    EXPECT_NE(recording::ReadEnd::Damaged, rendering.end) << recording;
+    const std::string text = ReadLog(place);
+    fs::remove(place);
+    return text;
 }
 
 std::string ServedPackages::OnlyLog() const

@@ -70,6 +70,9 @@ protected:
     // The text of the only log.
     std::string OnlyLog() const;
     static std::string ReadLog(const std::filesystem::path& path);
+    // All logs have recordings, and at the end of a test each is rendered and compared with its log.
+    static std::filesystem::path RecordingOf(std::filesystem::path log);
+    static std::string RenderedLog(const std::filesystem::path& recording);
 
     // The only server process; 0 and a failed test if there is none or more than one.
     static DWORD ServerId();
@@ -86,10 +89,11 @@ protected:
 
 private:
     static std::filesystem::path LogFolder();
+    std::vector<std::filesystem::path> NewFiles() const;
     static std::set<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
 
     std::optional<KeyTree> settings;
-    std::set<std::filesystem::path> oldLogs;
+    std::set<std::filesystem::path> oldFiles;
     bool folderWasThere = false;
     bool serverStays = false;
 };

@@ -1,0 +1,45 @@
+// The arguments of a call that is made again: as they lie on the stack, with the recorded inputs, and with room for what comes
+// back.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "replay/values.h"
+
+namespace zelt::replay {
+
+class CallFrame {
+public:
+    // Throws Unplayable when the recording does not have what the method needs.
+    CallFrame(const com::DualMethod& method, const std::vector<recording::ArgumentRecord>& recorded, Objects& objects);
+    ~CallFrame();
+    CallFrame(const CallFrame&) = delete;
+    CallFrame& operator=(const CallFrame&) = delete;
+
+    const void* Words() const { return words.data(); }
+
+    // After a success: `take(recorded, actual)` for each output that was recorded. Objects that came back become known.
+    void Outputs(
+        const std::function<void(const recording::ArgumentRecord& recorded, const recording::Value& actual)>& take);
+
+private:
+    struct Cell {
+        const com::DualParameter* parameter;
+        void* place;  // of the value
+    };
+    void* Room(std::size_t bytes);
+
+    const com::DualMethod& method;
+    const std::vector<const recording::ArgumentRecord*> matched;
+    Objects& objects;
+    std::vector<void*> words;
+    std::deque<std::vector<std::max_align_t>> rooms;
+    std::vector<Cell> cells;  // one for each parameter
+};
+
+}  // namespace zelt::replay

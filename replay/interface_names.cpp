@@ -1,0 +1,57 @@
+#include "replay/interface_names.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "com/type_info.h"
+
+namespace zelt::replay {
+namespace {
+
+constexpr std::string_view kSeparator = "::";
+
+// What the log calls the interface of the 1.0 standard that shares its only method with one of the 1.1 standard.
+struct Alias {
+    std::string_view logged, described;
+};
+constexpr Alias kContext10 = {"ICapeThermoMaterialContext(v1.0)", "ICapeThermoContext"};
+
+}  // namespace
+
+InterfaceNames::InterfaceNames()
+{
+    for (const IID& iid : com::ModuleInterfaces()) Add(iid);
+}
+
+void InterfaceNames::Add(std::string_view interfaceId)
+{
+    IID iid;
+    if (interfaceId.size() != sizeof iid) return;
+    std::memcpy(&iid, interfaceId.data(), sizeof iid);
+    Add(iid);
+}
+
+void InterfaceNames::Add(REFIID iid)
+{
+    const auto described = com::DualInterfaceOf(iid);
+    if (!described || described->methods.empty()) return;
+    const std::string& first = described->methods.front().name;
+    std::string name = first.substr(0, first.find(kSeparator));
+    if (name == kContext10.described) name = kContext10.logged;
+    interfaces.emplace(std::move(name), described);
+}
+
+NamedMethod InterfaceNames::Find(std::string_view member) const
+{
+    const std::size_t end = member.find(kSeparator);
+    const auto found = end == std::string_view::npos ? interfaces.end() : interfaces.find(member.substr(0, end));
+    if (found == interfaces.end()) return {};
+    const std::string_view wanted = member.substr(end);
+    const std::vector<com::DualMethod>& methods = found->second->methods;
+    const auto method = std::find_if(methods.begin(), methods.end(),
+                                     [&](const com::DualMethod& one) { return one.name.ends_with(wanted); });
+    if (method == methods.end()) return {};
+    return {found->second, static_cast<std::size_t>(method - methods.begin())};
+}
+
+}  // namespace zelt::replay

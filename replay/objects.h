@@ -1,0 +1,26 @@
+// The interface pointers of a recording, and the objects that take their place.
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <cstdint>
+
+#include "guard/foreign_call.h"
+
+namespace zelt::replay {
+
+// Gives the objects for recorded pointers that one side passes to the other.
+class Objects {
+public:
+    // The stand-in for an object of the side that is played, whose interface pointer was `address`, which is not null: its
+    // interface `iid`, which it offers from now on if it can. The caller owns the reference.
+    virtual ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) = 0;
+    // An object of the other side has come in the place of a recorded pointer.
+    virtual void Learn(std::uint64_t address, IUnknown* object) = 0;
+
+protected:
+    ~Objects() = default;
+};
+
+}  // namespace zelt::replay

@@ -1,0 +1,95 @@
+// A recording played to a component: the session plays the simulator. It makes the recorded calls again, one after the other, lets
+// stand-ins answer for the simulator's objects as those did then, and compares what the component says with what was recorded.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+
+#include <wrl/client.h>
+
+#include "guard/foreign_call.h"
+#include "recording/call_tree.h"
+#include "replay/interface_names.h"
+#include "replay/objects.h"
+#include "replay/stand_in.h"
+
+namespace zelt::replay {
+
+// A difference between then and now.
+struct Finding {
+    const recording::KeptCall& call;  // of the recording, in which it showed
+    std::string text;
+};
+
+class Session final : Objects, Answers {
+public:
+    using Report = std::function<void(const Finding&)>;
+    // Makes the component that a recording is of. May throw.
+    using Make = std::function<ForeignPtr<IUnknown>(const recording::KeptComponent&)>;
+
+    // `tolerance` is for real numbers, relative; 0 compares bits. `queries` grow while the recording is read.
+    Session(const recording::KeptQueries& queries, double tolerance, Make make, Report report)
+        : queries(queries), tolerance(tolerance), make(std::move(make)), report(std::move(report))
+    {}
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Makes the component that takes the place of the recorded one.
+    void Use(const recording::KeptComponent& component);
+
+    // Makes an outermost call again, with all that the recording has within it.
+    void Perform(const recording::KeptCall& call);
+
+    std::uint64_t Performed() const { return performed; }
+    std::uint64_t Answered() const { return answered; }
+    // Calls that came before there was a component: a unit operation is named before it is made.
+    std::uint64_t TooEarly() const { return tooEarly; }
+
+private:
+    // A call that is being made again, and which of the calls within it the component has made.
+    struct Active {
+        const recording::KeptCall& call;
+        std::vector<bool> isUsed;
+        Active* outer;
+    };
+
+    ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
+    void Learn(std::uint64_t address, IUnknown* object) override;
+    bool Grants(const replay::StandIn& object, REFIID iid) override;
+    HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
+
+    IUnknown* RealObject(const recording::ObjectRecord& recorded) const;
+    void PerformOn(const recording::KeptCall& call, IUnknown* object);
+    HRESULT Call(const recording::KeptCall& call, const NamedMethod& method, IUnknown* object);
+    // A success, with the result in `result`, or the text of what escaped.
+    template <class Body>
+    HRESULT CallComponent(const recording::KeptCall& call, Body&& body);
+    const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method, void* words);
+    void CompareResult(const recording::KeptCall& call, HRESULT result);
+    void ReportUnused(const Active& active);
+    void Say(const recording::KeptCall& call, std::string text) { report({call, std::move(text)}); }
+
+    const recording::KeptQueries& queries;
+    const double tolerance;
+    const Make make;
+    const Report report;
+    InterfaceNames names;
+    // The component's objects, by recorded pointers. An object that was made after its proxy has 0. Addresses come back: of two
+    // pointers of an object, the one that was passed last counts.
+    struct Known {
+        ForeignPtr<IUnknown> object;
+        std::uint64_t order;
+    };
+    std::map<std::uint64_t, Known> real;
+    std::uint64_t learned = 0;
+    std::map<std::uint64_t, Microsoft::WRL::ComPtr<replay::StandIn>> standIns;
+    Active* active = nullptr;
+    std::uint64_t performed = 0, answered = 0, tooEarly = 0;
+};
+
+}  // namespace zelt::replay

@@ -1,0 +1,56 @@
+// An object that answers as another did: it implements the dual interfaces that the other granted, from type information, and
+// passes each call to whoever knows the answers.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+#include "com/dual_face.h"
+
+namespace zelt::replay {
+
+class StandIn;
+
+// Knows what objects answered.
+class Answers {
+public:
+    // Whether the object granted the interface.
+    virtual bool Grants(const StandIn& object, REFIID iid) = 0;
+    // Carries out a call: `words` are its arguments as they lie on the stack.
+    virtual HRESULT Answer(StandIn& object, const com::DualMethod& method, void* words) = 0;
+
+protected:
+    ~Answers() = default;
+};
+
+class StandIn final : public com::Object {
+public:
+    // `address` is the pointer that the recording has for the object.
+    StandIn(std::uint64_t address, Answers& answers);
+
+    std::uint64_t Address() const { return address; }
+    // It has this interface from now on, if a library describes it.
+    void Offer(REFIID iid) { static_cast<void>(AddPart(iid, true)); }
+    // Its calls fail from now on: nobody knows the answers any more.
+    void Retire() { answers = nullptr; }
+
+protected:
+    HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
+    const com::InterfaceEntry* Reach(REFIID iid) override;
+    IDispatch* ScriptInterface() override;
+
+private:
+    class Part;
+
+    ~StandIn() override;
+    // Whether it has a part for the interface now.
+    bool AddPart(REFIID iid, bool isGranted);
+
+    const std::uint64_t address;
+    Answers* answers;
+    std::vector<std::unique_ptr<Part>> parts;
+};
+
+}  // namespace zelt::replay
