@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "log/arg_writer.h"
-#include "log/record_argument.h"
+#include "log/recording/record_argument.h"
 
 namespace zelt {
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "com/failure.h"
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/failure_detail.h"
 #include "log/log_options.h"
 #include "log/log_text.h"

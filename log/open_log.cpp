@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_location.h"
 #include "log/log_options.h"
 #include "system/narrow.h"

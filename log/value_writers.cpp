@@ -2,8 +2,8 @@
 
 #include "log/arg_writer.h"
 #include "log/log_text.h"
-#include "log/record_argument.h"
-#include "log/value_recorders.h"
+#include "log/recording/record_argument.h"
+#include "log/recording/value_recorders.h"
 #include "log/value_text.h"
 #include "system/guid_text.h"
 #include "system/narrow.h"

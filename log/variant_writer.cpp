@@ -6,9 +6,9 @@
 #include "log/arg_writer.h"
 #include "log/array_reader.h"
 #include "log/log_text.h"
-#include "log/record_argument.h"
+#include "log/recording/record_argument.h"
 #include "system/narrow.h"
-#include "log/value_recorders.h"
+#include "log/recording/value_recorders.h"
 #include "log/value_text.h"
 
 namespace zelt {

@@ -13,7 +13,7 @@
 #include "packages/initialized_manager.h"
 #include "packages/package_failure.h"
 #include "packages/package_kinds.h"
-#include "log/recorded_component.h"
+#include "log/recording/recorded_component.h"
 #include "log/root_log.h"
 
 namespace zelt {

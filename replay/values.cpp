@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "guard/foreign_call.h"
-#include "log/recorded_variant.h"
-#include "log/value_recorders.h"
+#include "log/recording/recorded_variant.h"
+#include "log/recording/value_recorders.h"
 #include "recording/call_tree.h"
 #include "recording/record_reader.h"
 

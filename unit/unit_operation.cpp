@@ -9,7 +9,7 @@
 #include "log/hr_name.h"
 #include "system/message_box.h"
 #include "system/narrow.h"
-#include "log/recorded_component.h"
+#include "log/recording/recorded_component.h"
 #include "log/root_log.h"
 #include "log/vocabulary/found_sentence.h"
 #include "unit/select_co_object.h"

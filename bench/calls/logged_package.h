@@ -8,7 +8,7 @@
 #include <string>
 
 #include "bench/calls/plain_package.h"
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
 #include "thermo/material_object.h"

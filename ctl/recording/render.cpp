@@ -4,7 +4,7 @@
 #include "ctl/recording/recording_file.h"
 #include "ctl/recording/windows_recording_commands.h"
 #include "guard/fault_guard.h"
-#include "log/recording_rendering.h"
+#include "log/recording/recording_rendering.h"
 #include "system/narrow.h"
 
 namespace zelt::ctl {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
 #include "log/value_writers.h"

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "log/recording_rendering.h"
+#include "log/recording/recording_rendering.h"
 #include "system/registry.h"
 #include "tests/system/harness/line_ends.h"
 

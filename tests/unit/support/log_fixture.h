@@ -8,9 +8,9 @@
 #include <string>
 
 #include "log/log_document.h"
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_options.h"
-#include "log/recording_rendering.h"
+#include "log/recording/recording_rendering.h"
 #include "tests/system/harness/line_ends.h"
 #include "tests/unit/support/recorded_messages.h"
 

@@ -1,4 +1,4 @@
-#include "log/recorded_variant.h"
+#include "log/recording/recorded_variant.h"
 
 #include <oleauto.h>
 

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_document.h"
 
 namespace zelt {

@@ -1,9 +1,9 @@
-#include "log/recorded_component.h"
+#include "log/recording/recorded_component.h"
 
 #include "com/failure.h"
 #include "com/type_info.h"
 #include "guard/foreign_call.h"
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 #include "log/log_document.h"
 #include "recording/text_form.h"
 #include "system/file_hash.h"

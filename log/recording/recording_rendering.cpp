@@ -1,4 +1,4 @@
-#include "log/recording_rendering.h"
+#include "log/recording/recording_rendering.h"
 
 #include <stdexcept>
 #include <type_traits>
@@ -10,7 +10,7 @@
 #include "log/failure_detail.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
-#include "log/recorded_variant.h"
+#include "log/recording/recorded_variant.h"
 #include "log/value_writers.h"
 #include "log/variant_writer.h"
 

@@ -1,4 +1,4 @@
-#include "log/value_recorders.h"
+#include "log/recording/value_recorders.h"
 
 #include <oleauto.h>
 

@@ -1,4 +1,4 @@
-#include "log/call_recorder.h"
+#include "log/recording/call_recorder.h"
 
 #include "com/failure.h"
 #include "log/error_description.h"
