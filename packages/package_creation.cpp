@@ -13,6 +13,8 @@
 #include "packages/initialized_manager.h"
 #include "packages/package_failure.h"
 #include "packages/package_kinds.h"
+#include "packages/recorded_export.h"
+#include "replay/recorded_package.h"
 #include "log/recording/recorded_component.h"
 #include "log/root_log.h"
 
@@ -56,7 +58,7 @@ struct OpenManager {
 BarePackage PackageFromManager(const PackageFamily& family, const ExportedPackage& package)
 {
     const auto open = std::make_shared<OpenManager>(family, package.classId);
-    BarePackage created{{}, open};
+    BarePackage created{{}, open, {}};
     IUnknown* const manager = open->manager.Get();
     const _bstr_t name(package.sourceName.c_str());
     const HRESULT got = CallForeign([&] { return family.getForeignPackage(manager, name, created.package.Receive()); });
@@ -68,12 +70,23 @@ BarePackage PackageFromManager(const PackageFamily& family, const ExportedPackag
     return created;
 }
 
+BarePackage PackageFromRecording(const ExportedPackage& package)
+{
+    try {
+        auto recording = std::make_shared<replay::RecordedPackage>(package.sourceName);
+        return {QueryForeign<IDispatch>(recording->Package().Get()), {}, recording};
+    } catch (const std::runtime_error& reason) {
+        Fail(Widen(reason.what(), CP_UTF8));
+    }
+}
+
 BarePackage CreatePackage(const PackageFamily& family, const ExportedPackage& package)
 {
     const PackageKindRow* kind = FindPackageKind(package.kind);
     if (!kind || &kind->family != &family) throw PackageFailure{kOtherFailure, L"internal error"};
+    if (IsEqualCLSID(package.classId, kRecordedPackageClass)) return PackageFromRecording(package);
     if (IsManager(package.kind)) return PackageFromManager(family, package);
-    return {CreateComponent<IDispatch>(package.classId, IID_IDispatch, family.standAloneFailure), {}};
+    return {CreateComponent<IDispatch>(package.classId, IID_IDispatch, family.standAloneFailure), {}, {}};
 }
 
 void RenamePackage(IUnknown* package, const std::wstring& exportedName)
@@ -115,7 +128,8 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
         created.Get());
     const ProxyPtr proxy = family.newProxy();
     proxy->AttachAsRoot(created.Get(), document.Get(), Narrow(package.exportedName));
-    proxy->KeepUntilReleased(std::move(made.manager));
+    proxy->KeepUntilReleased(std::make_shared<std::pair<std::shared_ptr<void>, std::shared_ptr<void>>>(
+        std::move(made.manager), std::move(made.recording)));
     if (options.handBackOriginals) proxy->HandBackOriginals();
     ComPtr<IDispatch> result;
     const HRESULT attached = proxy.CopyTo(IID_IDispatch, reinterpret_cast<void**>(result.GetAddressOf()));

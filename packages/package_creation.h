@@ -13,10 +13,11 @@
 
 namespace zelt {
 
-// A package itself, without a proxy, and what has to live as long as it does.
+// A package itself, without a proxy, and what may have to live as long as it does.
 struct BarePackage {
     ForeignPtr<IDispatch> package;
-    std::shared_ptr<void> manager;  // null for a package that is a component of its own
+    std::shared_ptr<void> manager;    // null for a package that is a component of its own
+    std::shared_ptr<void> recording;  // that answers for the package
 };
 
 // Makes a package and gives it its exported name. Throws PackageFailure.

@@ -41,6 +41,13 @@ void InterfaceNames::Add(REFIID iid)
     interfaces.emplace(std::move(name), described);
 }
 
+std::string InterfaceNames::LoggedName(const com::DualMethod& method)
+{
+    const std::size_t end = method.name.find(kSeparator);
+    if (std::string_view(method.name).substr(0, end) != kContext10.described) return method.name;
+    return std::string(kContext10.logged) + method.name.substr(end);
+}
+
 NamedMethod InterfaceNames::Find(std::string_view member) const
 {
     const std::size_t end = member.find(kSeparator);

@@ -29,6 +29,8 @@ public:
     void Add(std::string_view interfaceId);
     // "ICapeUtilities::Edit"; nothing when no library describes it.
     NamedMethod Find(std::string_view member) const;
+    // What logs and recordings call a method.
+    static std::string LoggedName(const com::DualMethod& method);
 
 private:
     void Add(REFIID iid);

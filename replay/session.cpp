@@ -10,6 +10,7 @@
 #include "log/hr_name.h"
 #include "recording/comparison.h"
 #include "replay/call_frame.h"
+#include "replay/error_text.h"
 #include "replay/persistence.h"
 #include "system/narrow.h"
 
@@ -25,29 +26,11 @@ constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
 
 std::string StatusText(HRESULT status) { return HRName(status); }
 
-// For the component, which may show it to its user.
-void SetNoAnswer(const std::string& member)
-{
-    Microsoft::WRL::ComPtr<ICreateErrorInfo> making;
-    Microsoft::WRL::ComPtr<IErrorInfo> made;
-    if (FAILED(CreateErrorInfo(&making))) return;
-    std::wstring text = L"The recording has no answer to " + Widen(member);
-    making->SetDescription(text.data());
-    if (SUCCEEDED(making.As(&made))) SetErrorInfo(0, made.Get());
-}
-
 // A recorded call has no outputs to give, so that a call with other inputs can be taken for it.
 bool OnlyTells(const com::DualMethod& method)
 {
     return std::none_of(method.parameters.begin(), method.parameters.end(),
                         [](const DualParameter& parameter) { return parameter.isOut; });
-}
-
-// The place of a value that an argument is or leads to; null when there is none.
-const void* PlaceOf(const DualParameter& parameter, const void* words)
-{
-    const void* place = parameter.Argument(words);
-    return parameter.pointers == 0 ? place : *static_cast<const void* const*>(place);
 }
 
 }  // namespace
@@ -61,19 +44,7 @@ ForeignPtr<IUnknown> Session::StandIn(std::uint64_t address, REFIID iid)
 {
     auto& standIn = standIns[address];
     if (!standIn) standIn = new replay::StandIn(address, *this);
-    const bool isOfItsOwn =
-        !IsEqualIID(iid, IID_NULL) && !IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch);
-    if (isOfItsOwn) standIn->Offer(iid);
-    void* face = nullptr;
-    if (FAILED(standIn->QueryInterface(iid, &face))) com::Check(standIn->QueryInterface(IID_IDispatch, &face));
-    return ForeignPtr<IUnknown>(static_cast<IUnknown*>(face));
-}
-
-void Session::Learn(std::uint64_t address, IUnknown* object)
-{
-    if (address == 0 || !object) return;
-    HoldForeign(object);
-    real.insert_or_assign(address, Known{ForeignPtr<IUnknown>(object), ++learned});
+    return standIn->Face(iid);
 }
 
 bool Session::Grants(const replay::StandIn& object, REFIID iid)
@@ -84,35 +55,24 @@ bool Session::Grants(const replay::StandIn& object, REFIID iid)
 
 void Session::Use(const recording::KeptComponent& component)
 {
-    ForeignPtr<IUnknown> made = make(component);
+    const ForeignPtr<IUnknown> made = make(component);
     Learn(component.pointer, made.Get());
-    real.insert_or_assign(0, Known{std::move(made), ++learned});
+    Learn(0, made.Get());
 }
 
 void Session::Perform(const KeptCall& call)
 {
     if (call.component) Use(*call.component);
-    if (real.empty()) {
+    if (real.IsEmpty()) {
         ++tooEarly;
         return;
     }
     ++performed;
     // The recorded process ended in this call, or was ended. What the component does now shows all the same.
     if (!call.hasEnded) Say(call, "the recording ends within this call");
-    IUnknown* const known = RealObject(call.object);
-    if (!known) return Say(call, "not made again: its object did not come in this time");
-    HoldForeign(known);
-    const ForeignPtr<IUnknown> object(known);
+    const ForeignPtr<IUnknown> object = real.Find(call.object);
+    if (!object) return Say(call, "not made again: its object did not come in this time");
     PerformOn(call, object.Get());
-}
-
-IUnknown* Session::RealObject(const recording::ObjectRecord& recorded) const
-{
-    const auto object = real.find(recorded.pointer), proxy = real.find(recorded.proxy);
-    const bool isNewer = proxy != real.end() && recorded.proxy != 0 &&
-                         (object == real.end() || proxy->second.order > object->second.order);
-    if (isNewer) return proxy->second.object.Get();
-    return object == real.end() ? nullptr : object->second.object.Get();
 }
 
 void Session::PerformOn(const KeptCall& call, IUnknown* object)
@@ -194,91 +154,55 @@ void Session::ReportUnused(const Active& done)
 
 // The call within the active one that this call repeats: the first that was not yet repeated, of the same object and member with
 // the same inputs; when the call only tells something, with any inputs, whose differences are reported.
-const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::DualMethod& method, void* words)
+const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs)
 {
     if (!active) return nullptr;
-    std::deque<std::string> texts;
-    std::vector<recording::Value> inputs;
-    for (const DualParameter& parameter : method.parameters) {
-        const bool isInput = !parameter.isOut && parameter.pointers <= 1;
-        const void* const place = isInput ? PlaceOf(parameter, words) : nullptr;
-        inputs.push_back(place ? Capture(parameter, place, texts) : recording::Value());
-    }
-    const KeptCall* nearest = nullptr;
-    std::size_t nearestPlace = 0;
-    std::string nearestDifference;
+    std::optional<std::size_t> nearest;
+    std::string difference;
     for (std::size_t i = 0; i < active->isUsed.size(); ++i) {
         const KeptCall& candidate = *active->call.nested[i];
-        const bool isOfObject = candidate.object.pointer == 0 || candidate.object.pointer == object.Address() ||
-                                candidate.object.proxy == object.Address();
-        if (active->isUsed[i] || !candidate.call.isOutward || !isOfObject) continue;
+        if (active->isUsed[i] || !candidate.call.isOutward || !object.IsOf(candidate.object)) continue;
         const NamedMethod known = names.Find(candidate.call.member);
         if (!known || &known.Method() != &method) continue;
-        const auto recorded = MatchArguments(method, candidate.arguments);
-        std::string difference;
-        for (std::size_t p = 0; p < inputs.size() && difference.empty(); ++p) {
-            if (method.parameters[p].isOut || !recorded[p]) continue;
-            if (const auto found = recording::Difference(recorded[p]->value, inputs[p], tolerance)) {
-                difference = "input \"" + std::string(recorded[p]->name) + "\": " + *found;
-            }
-        }
-        if (difference.empty()) {
-            active->isUsed[i] = true;
-            nearest = &candidate;
-            nearestDifference.clear();
+        const auto found = inputs.DifferenceFrom(candidate, tolerance);
+        if (!found) {
+            nearest = i;
+            difference.clear();
             break;
         }
         if (!nearest && OnlyTells(method)) {
-            nearest = &candidate;
-            nearestPlace = i;
-            nearestDifference = difference;
+            nearest = i;
+            difference = *found;
         }
     }
-    if (!nearestDifference.empty()) {
-        active->isUsed[nearestPlace] = true;
-        Say(*nearest, nearestDifference);
-    }
-    if (nearest) {
-        // The objects that the component passed.
-        const auto recorded = MatchArguments(method, nearest->arguments);
-        for (std::size_t p = 0; p < inputs.size(); ++p) {
-            const DualParameter& parameter = method.parameters[p];
-            const void* const place = parameter.isOut || !recorded[p] ? nullptr : PlaceOf(parameter, words);
-            if (place) LearnObjects(parameter, recorded[p]->value, place, *this);
-        }
-    }
-    return nearest;
+    if (!nearest) return nullptr;
+    active->isUsed[*nearest] = true;
+    const KeptCall& answer = *active->call.nested[*nearest];
+    if (!difference.empty()) Say(answer, difference);
+    inputs.LearnObjectsOf(answer, *this);
+    return &answer;
 }
 
 HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, void* words)
 {
-    const KeptCall* const recorded = FindAnswer(object, method, words);
+    const KeptCall* const recorded = FindAnswer(object, method, Inputs(method, words));
     if (!recorded) {
         if (active) Say(active->call, "the component asked what it did not ask then: " + method.name);
-        SetNoAnswer(method.name);
+        SetErrorText(L"The recording has no answer to " + Widen(method.name));
         return kNoAnswer;
     }
     ++answered;
     // The simulator called the component before it answered.
-    Active here{*recorded, std::vector<bool>(recorded->nested.size(), false), active};
+    Active here{*recorded, std::vector<bool>(recorded->nested.size(), true), active};
     active = &here;
-    for (std::size_t i = 0; i < recorded->nested.size(); ++i) {
-        here.isUsed[i] = true;
-        if (!recorded->nested[i]->call.isOutward) Perform(*recorded->nested[i]);
+    for (const auto& nested : recorded->nested) {
+        if (!nested->call.isOutward) Perform(*nested);
     }
     active = here.outer;
     const auto status = static_cast<HRESULT>(recorded->result.status);
     if (FAILED(status)) return status;
-    const auto arguments = MatchArguments(method, recorded->arguments);
-    for (std::size_t p = 0; p < arguments.size(); ++p) {
-        const DualParameter& parameter = method.parameters[p];
-        if (!parameter.isOut || parameter.pointers != 1) continue;
-        void* const place = const_cast<void*>(PlaceOf(parameter, words));
-        if (!place) return E_POINTER;
-        std::memset(place, 0, parameter.size);
-        if (arguments[p]) Give(parameter, arguments[p]->value, *this, place);
-    }
-    return status;
+    const HRESULT given = GiveOutputs(method, *recorded, words, *this);
+    return FAILED(given) ? given : status;
 }
 
 }  // namespace zelt::replay

@@ -13,7 +13,9 @@
 
 #include "guard/foreign_call.h"
 #include "recording/call_tree.h"
+#include "replay/inputs.h"
 #include "replay/interface_names.h"
+#include "replay/known_objects.h"
 #include "replay/objects.h"
 #include "replay/stand_in.h"
 
@@ -59,17 +61,17 @@ private:
     };
 
     ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
-    void Learn(std::uint64_t address, IUnknown* object) override;
+    void Learn(std::uint64_t address, IUnknown* object) override { real.Learn(address, object); }
     bool Grants(const replay::StandIn& object, REFIID iid) override;
     HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
 
-    IUnknown* RealObject(const recording::ObjectRecord& recorded) const;
     void PerformOn(const recording::KeptCall& call, IUnknown* object);
     HRESULT Call(const recording::KeptCall& call, const NamedMethod& method, IUnknown* object);
     // A success, with the result in `result`, or the text of what escaped.
     template <class Body>
     HRESULT CallComponent(const recording::KeptCall& call, Body&& body);
-    const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method, void* words);
+    const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method,
+                                          const Inputs& inputs);
     void CompareResult(const recording::KeptCall& call, HRESULT result);
     void ReportUnused(const Active& active);
     void Say(const recording::KeptCall& call, std::string text) { report({call, std::move(text)}); }
@@ -79,14 +81,7 @@ private:
     const Make make;
     const Report report;
     InterfaceNames names;
-    // The component's objects, by recorded pointers. An object that was made after its proxy has 0. Addresses come back: of two
-    // pointers of an object, the one that was passed last counts.
-    struct Known {
-        ForeignPtr<IUnknown> object;
-        std::uint64_t order;
-    };
-    std::map<std::uint64_t, Known> real;
-    std::uint64_t learned = 0;
+    KnownObjects real;  // the component's
     std::map<std::uint64_t, Microsoft::WRL::ComPtr<replay::StandIn>> standIns;
     Active* active = nullptr;
     std::uint64_t performed = 0, answered = 0, tooEarly = 0;

@@ -57,6 +57,15 @@ bool StandIn::AddPart(REFIID iid, bool isGranted)
     return true;
 }
 
+ForeignPtr<IUnknown> StandIn::Face(REFIID iid)
+{
+    const bool isCommon = IsEqualIID(iid, IID_NULL) || IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
+    if (!isCommon) static_cast<void>(AddPart(iid, true));
+    void* face = nullptr;
+    if (FAILED(QueryInterface(iid, &face))) com::Check(QueryInterface(IID_IDispatch, &face));
+    return ForeignPtr<IUnknown>(static_cast<IUnknown*>(face));
+}
+
 HRESULT StandIn::BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry)
 {
     return entry || AddPart(iid, false) ? S_OK : E_NOINTERFACE;
@@ -72,7 +81,7 @@ IDispatch* StandIn::ScriptInterface()
                 if (AddPart(iid, false)) return;
             }
             // Nobody asked it for anything, and yet it was passed as one that scripts can use.
-            Offer(__uuidof(ICapeIdentification));
+            static_cast<void>(AddPart(__uuidof(ICapeIdentification), true));
         });
     }
     return Interfaces() ? reinterpret_cast<IDispatch*>(Interfaces()->Pointer()) : nullptr;

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "com/dual_face.h"
+#include "guard/foreign_call.h"
+#include "recording/record.h"
 
 namespace zelt::replay {
 
@@ -31,8 +33,13 @@ public:
     StandIn(std::uint64_t address, Answers& answers);
 
     std::uint64_t Address() const { return address; }
-    // It has this interface from now on, if a library describes it.
-    void Offer(REFIID iid) { static_cast<void>(AddPart(iid, true)); }
+    // Whether it stands for the recorded object. One whose pointers are not known may be any.
+    bool IsOf(const recording::ObjectRecord& object) const
+    {
+        return (object.pointer == 0 && object.proxy == 0) || object.pointer == address || object.proxy == address;
+    }
+    // Its interface, offered from now on if a library describes it, or else its IDispatch. The caller owns the reference.
+    ForeignPtr<IUnknown> Face(REFIID iid);
     // Its calls fail from now on: nobody knows the answers any more.
     void Retire() { answers = nullptr; }
 

@@ -13,7 +13,9 @@
 #include "ctl/exports/stored_packages.h"
 #include "packages/package_kinds.h"
 #include "packages/exported_package_list.h"
+#include "packages/recorded_export.h"
 #include "registration/library_facts.h"
+#include "system/file_presence.h"
 #include "system/guid_text.h"
 
 namespace zelt::ctl {
@@ -84,6 +86,14 @@ void CheckPackage(const Edition& edition, const ExportedPackage& package, Manage
     if (IsOwnClass(package.classId)) {
         findings.push_back({"package-own", owner + " comes from ZELT itself", "making it goes in circles",
                             "zeltctl remove the package"});
+        return;
+    }
+    if (IsEqualCLSID(package.classId, kRecordedPackageClass)) {
+        if (IsFile(package.sourceName)) return;
+        findings.push_back(
+            {"package-recording",
+             owner + " answers from the recording \"" + Utf8(package.sourceName) + "\", which is not there", kNotMade,
+             "put the file back, or zeltctl remove the package"});
         return;
     }
     if (!CheckServer(edition, package.classId, owner, kNotMade, findings)) return;

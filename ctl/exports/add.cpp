@@ -1,4 +1,5 @@
 // add: what the dialog for exporting a package does.
+#include <filesystem>
 #include <memory>
 
 #include "ctl/exports/component_choice.h"
@@ -9,6 +10,7 @@
 #include "ctl/exports/stored_packages.h"
 #include "ctl/exports/width_choice.h"
 #include "packages/export_name.h"
+#include "packages/recorded_export.h"
 
 namespace zelt::ctl {
 namespace {
@@ -30,6 +32,38 @@ std::wstring NameInManager(const ChosenComponent& manager, const std::string& pa
     throw Refusal("\"" + managerName + "\" has no package \"" + package + "\"; zeltctl discover lists them");
 }
 
+// A package, and the edition that serves it.
+struct Chosen {
+    ExportedPackage package;
+    const Edition* host;
+};
+
+Chosen ChooseRecording(const std::string& path, const Arguments& arguments)
+{
+    if (arguments.Operands() > 0) throw UsageError("--recording takes the place of COMPONENT");
+    try {
+        // Any edition can serve it: no code is loaded.
+        return {ExportOfRecording(std::filesystem::absolute(Wide(path)).wstring()), EditionsFor(arguments).front()};
+    } catch (const std::runtime_error& reason) {
+        throw InputError(reason.what());
+    }
+}
+
+Chosen ChoosePackage(const Arguments& arguments, Output& messages)
+{
+    if (const auto recording = arguments.Value("--recording")) return ChooseRecording(*recording, arguments);
+    if (arguments.Operands() == 0) throw UsageError("a COMPONENT is missing");
+    const bool managed = arguments.Operands() == 2;
+    const ChosenComponent chosen =
+        ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"), EditionsFor(arguments));
+    ExportedPackage package;
+    package.classId = chosen.component.classId;
+    package.kind = chosen.kind;
+    package.sourceName = managed ? NameInManager(chosen, arguments.Operand(1), messages) : chosen.component.name;
+    package.exportedName = package.sourceName;
+    return {package, chosen.host};
+}
+
 }  // namespace
 
 int AddExport(const Arguments& arguments, Streams& streams)
@@ -37,19 +71,12 @@ int AddExport(const Arguments& arguments, Streams& streams)
     const Session session;
     const auto name = arguments.Value("--name");
     if (name && !CanBeExportName(Wide(*name))) throw UsageError("--name is blank, or longer than 255 characters");
-    const bool managed = arguments.Operands() == 2;
-    const ChosenComponent chosen =
-        ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"), EditionsFor(arguments));
-
-    auto package = std::make_unique<ExportedPackage>();
-    package->classId = chosen.component.classId;
-    package->kind = chosen.kind;
-    package->sourceName =
-        managed ? NameInManager(chosen, arguments.Operand(1), streams.messages) : chosen.component.name;
+    const Chosen chosen = ChoosePackage(arguments, streams.messages);
+    auto package = std::make_unique<ExportedPackage>(chosen.package);
     package->loggingEnabled = arguments.Has("--log");
 
     StoredPackages stored(*chosen.host);
-    package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->sourceName);
+    package->exportedName = name ? Wide(*name) : UniqueExportName(stored.List(), package->exportedName);
     if (!CanBeExportName(package->exportedName))
         throw Refusal("the package's name is blank, or longer than 255 characters; --name gives it another");
     if (IsExported(stored.List(), package->exportedName)) {

@@ -18,6 +18,7 @@ constexpr Option kAddOptions[] = {
     {"--name", "NAME", "what the simulator sees; without it, the package's own name, with a number where that is taken"},
     {"--type", "TYPE", "PP1.1, PP1.0 or RP1.0, for a component of more than one type"},
     {"--log",  nullptr, "calls of the package are logged"},
+    {"--recording", "FILE", "a recording of a package, which answers in its place"},
     kWidthOption,
     kJson,
 };
@@ -43,9 +44,10 @@ constexpr Command kCommands[] = {
      "Each component has the widths that it is there for: ZELT hosts the 32-bit ones, ZELT64 the 64-bit ones. Each manager is\n"
      "started in a process of its own and asked for its packages, which may take a while. The exit code is 1 when one fails.",
      DiscoverComponents},
-    {"add", "COMPONENT [PACKAGE]", 1, 2, kAddOptions, "Exports a package",
+    {"add", "[COMPONENT [PACKAGE]]", 0, 2, kAddOptions, "Exports a package",
      "COMPONENT is a manager, and PACKAGE one of its packages; or COMPONENT is a package itself. A component is a class\n"
      "identifier in braces, a ProgID or a name, as discover lists them. Where both widths fit, --width says which.\n"
+     "With --recording there is no component: the recording answers as the recorded package did.\n"
      ZELT_NOT_WHILE_IT_RUNS, AddExport},
     {"remove", "PACKAGE", 1, 1, kWidthAndJson, "Exports a package no longer",
      "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"

@@ -7,6 +7,7 @@
 #include "ctl/exports/session.h"
 #include "ctl/exports/width_choice.h"
 #include "packages/package_kinds.h"
+#include "packages/recorded_export.h"
 #include "registration/library_facts.h"
 #include "system/guid_text.h"
 
@@ -26,6 +27,7 @@ void WriteObject(const ListedPackage& listed, JsonWriter& json)
     json.Member("kind", static_cast<long long>(package.kind)).Member("class", Utf8(GuidText(package.classId)));
     if (const auto component = ComponentOf(listed)) json.Member("component", Utf8(component->name));
     if (IsManager(package.kind)) json.Member("source", Utf8(package.sourceName));
+    if (IsEqualCLSID(package.classId, kRecordedPackageClass)) json.Member("recording", Utf8(package.sourceName));
     json.Key("log").Bool(package.loggingEnabled).EndObject();
 }
 
@@ -38,6 +40,10 @@ void WriteLine(const ListedPackage& listed, std::size_t column, Output& out)
         << "  " << WidthText(*listed.edition) << "  " << Utf8(PackageType(package.kind));
     out << (package.loggingEnabled ? "  log on   " : "  log off  ");
     if (IsManager(package.kind)) out << '"' << Utf8(package.sourceName) << "\" of ";
+    if (IsEqualCLSID(package.classId, kRecordedPackageClass)) {
+        out << "the recording \"" << Utf8(package.sourceName) << "\"\n";
+        return;
+    }
     out << (component ? Utf8(component->name) : "a class that is not registered") << ' ';
     out << Utf8(GuidText(package.classId)) << '\n';
 }

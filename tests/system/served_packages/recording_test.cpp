@@ -34,22 +34,43 @@ protected:
         EXPECT_FALSE(recordings.empty());
         return recordings;
     }
-    struct Replay {
+    struct Outcome {
         std::optional<DWORD> code;
         std::string text;
     };
-    static Replay ReplayOf(const fs::path& recording, const std::wstring& options = {})
+    static Outcome ReplayOf(const fs::path& recording, const std::wstring& options = {})
+    {
+        return Tool(L"recording replay \"" + recording.wstring() + L"\" " + options);
+    }
+    // Runs zeltctl with a command line.
+    static Outcome Tool(const std::wstring& words)
     {
         const OutputFile output;
         const std::wstring tool = BuiltProgram(kOwnWidth, "ctl").wstring() + L"\\" + kThisEdition.tool;
-        const auto code = RunProcess(L"\"" + tool + L"\" recording replay \"" + recording.wstring() + L"\" " + options,
-                                     output.Path(), 120'000);
+        const auto code = RunProcess(L"\"" + tool + L"\" " + words, output.Path(), 120'000);
         return {code, output.Text()};
+    }
+    // The simulator gets the results of a package from its recording.
+    void ExpectToBeServed(const Exported& package, const std::wstring& command)
+    {
+        Export({package});
+        const SimulatorResult run = RunSimulator(command);
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        ASSERT_TRUE(WaitUntilGone(kServerFile));
+        ASSERT_EQ(1u, Logs().size());
+        const fs::path recording = RecordingOf(Logs().front());
+        Export({});
+        const Outcome added = Tool(L"add --width " + std::to_wstring(kThisEdition.width) + L" --recording \"" +
+                                   recording.wstring() + L"\"");
+        ASSERT_EQ(0u, added.code) << added.text;
+        const SimulatorResult served = RunSimulator(command);
+        EXPECT_EQ(0u, served.exitCode);
+        EXPECT_EQ(run.output, served.output);
     }
     void ExpectNoDifference(const std::wstring& command, const std::wstring& options = {}) const
     {
         for (const fs::path& recording : Record(command)) {
-            const Replay replay = ReplayOf(recording, options);
+            const Outcome replay = ReplayOf(recording, options);
             EXPECT_EQ(0u, replay.code) << replay.text;
             EXPECT_TRUE(replay.text.ends_with(" answered: no difference\n")) << replay.text;
         }
@@ -88,18 +109,36 @@ TEST_P(Recordings, OfAFlowsheetAreReplayedToTheBit)
         L"--flowsheet " + std::wstring(kThisEdition[OwnClass::UnitOperation].progId) + L" --set \"Heat duty=150000\""));
 }
 
+TEST_P(Recordings, AnswerInThePlaceOfAPackageOf11)
+{
+    ExpectToBeServed({kSampleManager, 0, L"Aromatics", L"Aromatics"}, SimulatorCommand(GetParam(), L"Aromatics"));
+}
+
+TEST_P(Recordings, AnswerInThePlaceOfAPackageOf10)
+{
+    ExpectToBeServed({kSampleThermoSystem, 2, L"Alcohols", L"Alcohols"},
+                     SimulatorCommand(GetParam(), L"Alcohols", {}, kThisEdition[OwnClass::ThermoSystem].progId));
+}
+
+TEST_P(Recordings, AnswerInThePlaceOfAReactionPackage)
+{
+    ExpectToBeServed(
+        {kSampleReactionManager, 4, L"Hydrogen", L"Hydrogen"},
+        SimulatorCommand(GetParam(), L"Hydrogen", {}, kThisEdition[OwnClass::ReactionPackageManager].progId));
+}
+
 TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     const fs::path recording = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
-    const Replay exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
+    const Outcome exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
     EXPECT_EQ(1u, exact.code);
     // It shows first where the package is asked for the vapour pressures.
     EXPECT_EQ(
         "call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output \"propVals\": [2]: "
         "2908.7977219092045 instead of 2908.794813114391",
         exact.text.substr(0, exact.text.find('\n')));
-    const Replay tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
+    const Outcome tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
     EXPECT_EQ(0u, tolerant.code) << tolerant.text;
 }
 

@@ -1,0 +1,80 @@
+// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins; what they did to the
+// simulator's objects, they do again. A call is answered as one of the same object and member with the same inputs was then: the
+// first such call that has not been repeated yet, or else the last. A calculation reads its material: when the simulator's objects
+// give other answers than then, it becomes another recorded call with which the answers agree. Whatever the recording has no answer
+// to fails with ECapeUnknown, and says so in the error information.
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <wrl/client.h>
+
+#include "recording/call_tree.h"
+#include "replay/inputs.h"
+#include "replay/interface_names.h"
+#include "replay/known_objects.h"
+#include "replay/stand_in.h"
+
+namespace zelt::replay {
+
+class RecordedPackage final : Objects, Answers {
+public:
+    // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be read, or is no
+    // recording of a package.
+    explicit RecordedPackage(const std::wstring& path);
+    ~RecordedPackage();
+    RecordedPackage(const RecordedPackage&) = delete;
+    RecordedPackage& operator=(const RecordedPackage&) = delete;
+
+    // What was recorded.
+    const recording::KeptComponent& Component() const { return component; }
+    // The package. It answers for as long as this object lives.
+    ForeignPtr<IUnknown> Package();
+
+private:
+    using Calls = std::vector<const recording::KeptCall*>;
+
+    // The error that the latest call ended with.
+    struct Failure {
+        std::uint32_t status = 0;
+        std::string name, description;
+    };
+
+    ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
+    void Learn(std::uint64_t address, IUnknown* object) override { simulators.Learn(address, object); }
+    bool Grants(const replay::StandIn& object, REFIID iid) override;
+    HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
+
+    void Index(const recording::KeptCall& call);
+    // The recorded calls that this one may repeat, the best first.
+    Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
+    // Makes the calls of the first candidate to the simulator's objects, and goes over to another when their answers demand it. The
+    // one that it ended with; null, with the reason, when none agrees.
+    const recording::KeptCall* Perform(const Calls& candidates, const Inputs& inputs, std::string& reason);
+    // One call to the simulator's object. The difference from the recorded outcome.
+    std::optional<std::string> CallSimulator(const recording::KeptCall& call);
+    std::optional<HRESULT> AnswerByItself(const replay::StandIn& object, const com::DualMethod& method,
+                                          void* words) const;
+    HRESULT Refuse(const com::DualMethod& method, const std::string& reason);
+
+    recording::KeptComponent component;
+    recording::KeptQueries queries;
+    std::vector<std::unique_ptr<recording::KeptCall>> calls;
+    std::unordered_map<std::string, Calls> byMember;
+    std::map<const recording::KeptCall*, std::uint64_t> uses;  // the order in which calls were last repeated
+    std::uint64_t repeated = 0;
+    std::map<std::uint64_t, std::string> objectNames;  // by pointer
+    InterfaceNames names;
+    KnownObjects simulators;
+    std::map<std::uint64_t, Microsoft::WRL::ComPtr<replay::StandIn>> standIns;
+    Failure failure;
+};
+
+}  // namespace zelt::replay
