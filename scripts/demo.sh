@@ -25,7 +25,7 @@ Demo()
     LockTree
     Build
     local programs=build/i686 file
-    for file in "$programs"/shell/ZELT.EXE build/x86_64/shell/ZELT64.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
+    for file in "$programs"/{shell/ZELT.EXE,ctl/zeltctl.exe} build/x86_64/shell/ZELT64.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
         build/x86_64/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
         [ -f "$file" ] || Fail "The build did not make $file."
     done
@@ -78,6 +78,20 @@ Demo()
         Simulate i686 flowsheet-direct "$sample" "$package" --flowsheet "$demoUnit" "${demoSettings[@]}" --in-process
     Step demo-flowsheet-compare "Comparing the results bit for bit" CompareResults flowsheet 64 loaded
 
+    # The first run's recording.
+    local recording
+    IFS='|' read -r name kind sample zelt package what <<<"${demoRuns[0]}"
+    recording=$(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlr' -printf '%T@ %p\n' | sort -n | head -1 | cut -d ' ' -f 2-)
+    Step demo-render "Rendering the log from the first run's recording" RenderRecording "$recording"
+    Step demo-replay "Replaying the recording against the package" Zeltctl recording replay "$(WindowsPath "$recording")"
+    Step demo-replay-revised "Replaying it against a revision whose results differ" ReplayAgainstRevision "$recording"
+    Step demo-serve "Exporting the recording itself" ServeRecording "$recording"
+    Step demo-unregister "Unregistering SamplePackage.dll" \
+        Wine 'C:\windows\syswow64\regsvr32.exe' /s /u "$(WindowsPath "$root/$programs/samples/SamplePackage.dll")"
+    Step demo-recorded-64 "64-bit simulator, the recording through ZELT" Simulate x86_64 "$name-recorded-64" "$zelt" Recorded
+    Step demo-recorded-32 "32-bit simulator, the recording through ZELT" Simulate i686 "$name-recorded-32" "$zelt" Recorded
+    Step demo-recorded-compare "Comparing the results bit for bit" CompareResults "$name" recorded-64 recorded-32
+
     local width simulator
     for run in "${demoRuns[@]}" "${demoRuns64[@]}"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
@@ -99,6 +113,41 @@ Demo()
     echo
     Say "All $(wc -l <"$demoFolder/flowsheet-direct.bits") rows of results of both equal the in-process ones, bit for bit."
     ShowLogs
+    echo
+    Say "The recording of the first run, replayed against the package, and against a revision of it"
+    cat "$root/build/logs/demo-replay.log" "$root/build/logs/demo-replay-revised.log"
+    echo
+    Say "The recording alone, without the package, gave both simulators the same results, bit for bit."
+}
+
+Zeltctl() { Wine "$root/build/i686/ctl/zeltctl.exe" "$@"; }
+
+# RenderRecording <recording>: its log, again.
+RenderRecording()
+{
+    local rendered=$demoFolder/rendered.zlg
+    Zeltctl recording render "$(WindowsPath "$1")" "$(WindowsPath "$rendered")"
+    cmp "$rendered" "${1%.zlr}.zlg" && echo "The rendered log is equal."
+}
+
+# ReplayAgainstRevision <recording>: must find the difference.
+ReplayAgainstRevision()
+{
+    local status=0
+    Zeltctl recording replay --limit 3 --package "Aromatics, revised" "$(WindowsPath "$1")" || status=$?
+    [ "$status" -eq 1 ] || { echo "The replay ended with $status, not with a finding."; return 1; }
+}
+
+# ServeRecording <recording>: once ZELT, which holds the list, has ended.
+ServeRecording()
+{
+    local attempt
+    for attempt in $(seq 30); do
+        Zeltctl add --width 32 --name Recorded --recording "$(WindowsPath "$1")" && return
+        echo "Attempt $attempt."
+        sleep 1
+    done
+    return 1
 }
 
 Wine() { timeout 120 wine "$@"; }
@@ -120,6 +169,7 @@ ExportPackages()
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d "$number"
     Wine reg add "$settings" /f /v AutoLogLocation /t REG_DWORD /d 1
     Wine reg add "$settings" /f /v PromptOpenLog /t REG_DWORD /d 0
+    Wine reg add "$settings" /f /v RecordCalls /t REG_DWORD /d 1
 }
 
 # The choice of the main window's menu: the class identifier as 16 bytes, its first three numbers in little-endian order.
