@@ -127,6 +127,20 @@ TEST_F(Faults, BecomeStatusCodesAndTheServerLivesOn)
     EXPECT_EQ(1u, material->Release()) << "the faults have left references";
 }
 
+TEST_F(Faults, AreFindingsOfAReplay)
+{
+    ComPtr<IDispatch> package = GetPackage(L"Menu");
+    ASSERT_TRUE(package);
+    EXPECT_EQ(E_UNEXPECTED, Calculate(package.Get(), L"nullRead"));
+    EXPECT_EQ(E_UNEXPECTED, Calculate(package.Get(), L"stackOverflow"));
+    EXPECT_EQ(E_UNEXPECTED, Calculate(package.Get(), L"abort"));
+    package.Reset();
+    ASSERT_TRUE(WaitUntilGone(kServerFile));
+    const SimulatorResult replay = RunTool(L"recording replay \"" + RecordingOf(Logs().front()).wstring() + L'"');
+    EXPECT_EQ(1u, replay.exitCode);
+    EXPECT_EQ("?", replay.output);
+}
+
 // As a component of .NET does it: a code that says nothing, and the message only in the error information.
 TEST_F(Faults, OfCodesWithoutAMeaningSpeakThroughTheLog)
 {

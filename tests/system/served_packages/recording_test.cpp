@@ -34,21 +34,9 @@ protected:
         EXPECT_FALSE(recordings.empty());
         return recordings;
     }
-    struct Outcome {
-        std::optional<DWORD> code;
-        std::string text;
-    };
-    static Outcome ReplayOf(const fs::path& recording, const std::wstring& options = {})
+    static SimulatorResult ReplayOf(const fs::path& recording, const std::wstring& options = {})
     {
-        return Tool(L"recording replay \"" + recording.wstring() + L"\" " + options);
-    }
-    // Runs zeltctl with a command line.
-    static Outcome Tool(const std::wstring& words)
-    {
-        const OutputFile output;
-        const std::wstring tool = BuiltProgram(kOwnWidth, "ctl").wstring() + L"\\" + kThisEdition.tool;
-        const auto code = RunProcess(L"\"" + tool + L"\" " + words, output.Path(), 120'000);
-        return {code, output.Text()};
+        return RunTool(L"recording replay \"" + recording.wstring() + L"\" " + options);
     }
     // The simulator gets the results of a package from its recording.
     void ExpectToBeServed(const Exported& package, const std::wstring& command)
@@ -60,9 +48,9 @@ protected:
         ASSERT_EQ(1u, Logs().size());
         const fs::path recording = RecordingOf(Logs().front());
         Export({});
-        const Outcome added = Tool(L"add --width " + std::to_wstring(kThisEdition.width) + L" --recording \"" +
-                                   recording.wstring() + L"\"");
-        ASSERT_EQ(0u, added.code) << added.text;
+        const SimulatorResult added = RunTool(L"add --width " + std::to_wstring(kThisEdition.width) +
+                                              L" --recording \"" + recording.wstring() + L"\"");
+        ASSERT_EQ(0u, added.exitCode) << added.output;
         const SimulatorResult served = RunSimulator(command);
         EXPECT_EQ(0u, served.exitCode);
         EXPECT_EQ(run.output, served.output);
@@ -70,9 +58,9 @@ protected:
     void ExpectNoDifference(const std::wstring& command, const std::wstring& options = {}) const
     {
         for (const fs::path& recording : Record(command)) {
-            const Outcome replay = ReplayOf(recording, options);
-            EXPECT_EQ(0u, replay.code) << replay.text;
-            EXPECT_TRUE(replay.text.ends_with(" answered: no difference\n")) << replay.text;
+            const SimulatorResult replay = ReplayOf(recording, options);
+            EXPECT_EQ(0u, replay.exitCode) << replay.output;
+            EXPECT_TRUE(replay.output.ends_with(" answered: no difference\n")) << replay.output;
         }
     }
 };
@@ -131,15 +119,15 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     const fs::path recording = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
-    const Outcome exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
-    EXPECT_EQ(1u, exact.code);
+    const SimulatorResult exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
+    EXPECT_EQ(1u, exact.exitCode);
     // It shows first where the package is asked for the vapour pressures.
     EXPECT_EQ(
         "call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output \"propVals\": [2]: "
         "2908.7977219092045 instead of 2908.794813114391",
-        exact.text.substr(0, exact.text.find('\n')));
-    const Outcome tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
-    EXPECT_EQ(0u, tolerant.code) << tolerant.text;
+        exact.output.substr(0, exact.output.find('\n')));
+    const SimulatorResult tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
+    EXPECT_EQ(0u, tolerant.exitCode) << tolerant.output;
 }
 
 }  // namespace

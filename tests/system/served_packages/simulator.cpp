@@ -46,6 +46,12 @@ SimulatorResult RunSimulator(const std::wstring& commandLine)
     return {exitCode, output.Text()};
 }
 
+SimulatorResult RunTool(const std::wstring& words)
+{
+    const std::filesystem::path tool = BuiltProgram(kOwnWidth, "ctl") / kThisEdition.tool;
+    return RunSimulator(L'"' + tool.wstring() + L"\" " + words);
+}
+
 std::string ManagerLine() { return "Manager: " + Narrow(kThisEdition[OwnClass::PropertyPackageManager].name) + '\n'; }
 
 std::string Results(const std::string& output)

@@ -40,6 +40,8 @@ struct SimulatorResult {
 };
 
 SimulatorResult RunSimulator(const std::wstring& commandLine);
+// The same for zeltctl of this width, with a command line behind its name.
+SimulatorResult RunTool(const std::wstring& words);
 
 // How the output begins when the packages are those of our manager.
 std::string ManagerLine();
