@@ -40,6 +40,7 @@
 #define kCommandAskUser 907
 #define kCommandHelp 908
 #define kCommandAbout 909
+#define kCommandRecordCalls 910
 #define kCommandFirstUnitOperation 212
 #define kCommandUnknownUnitOperation 812
 

@@ -122,6 +122,7 @@ bool CPackageManagerDlg::OnCommand(int id, int)
             ToggleOption(LogOption::AutoLogLocation, &LogOptions::autoLogLocation);
             return true;
         case kCommandPromptOpenLog: ToggleOption(LogOption::PromptOpenLog, &LogOptions::promptOpenLog); return true;
+        case kCommandRecordCalls: ToggleOption(LogOption::RecordCalls, &LogOptions::recordCalls); return true;
         case kCommandAskUser: ChooseUnitOperation(CLSID_NULL); return true;
         case kCommandHelp: OpenHelp(Window()); return true;
         case kCommandAbout: CAboutDlg().Run(Window()); return true;
@@ -274,6 +275,7 @@ void CPackageManagerDlg::PrepareOptionsMenu()
     if (!Window()) return;
     CheckItem(optionsMenu, kCommandAutoLogLocation, options.autoLogLocation);
     CheckItem(optionsMenu, kCommandPromptOpenLog, options.promptOpenLog);
+    CheckItem(optionsMenu, kCommandRecordCalls, options.recordCalls);
 }
 
 }  // namespace zelt

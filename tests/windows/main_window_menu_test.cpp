@@ -137,6 +137,17 @@ TEST_F(MainWindowHere, TheOptionsAreCheckedAsTheyAreStored)
     }
 }
 
+TEST_F(MainWindowHere, TheLastOptionIsCheckedAsItIsStored)
+{
+    for (const bool records : {false, true}) {
+        LogOptions options;
+        options.recordCalls = records;
+        Store(options);
+        const std::wstring text = Opened(kOptions), end = std::wstring(records ? L"x " : L"") + L"910 &Record calls\n";
+        EXPECT_TRUE(text.ends_with(L'\n' + end)) << testing::PrintToString(text);
+    }
+}
+
 TEST_F(MainWindowHere, TheSystemMenuEndsWithAbout)
 {
     const HMENU menu = GetSystemMenu(window, FALSE);

@@ -190,6 +190,9 @@ TEST_F(MainWindow, OptionsKeepWhatAnotherProcessChanged)
     EXPECT_TRUE(StoredOptions().promptOpenLog);
     Command(window, kCommandAutoLogLocation);
     EXPECT_FALSE(StoredOptions().autoLogLocation);
+    EXPECT_FALSE(StoredOptions().recordCalls);
+    Command(window, kCommandRecordCalls);
+    EXPECT_TRUE(StoredOptions().recordCalls);
 }
 
 TEST_F(MainWindow, ChoosesTheUnitOperationOfItsMenu)

@@ -130,6 +130,7 @@ TEST_F(ProgramResources, TheMainWindow)
         L" &PRAVIK logs unit operation:\n"
         L"  907 &Ask user\n"
         L"  -\n"
+        L" 910 &Record calls\n"
         L"&Help\n"
         L" 908 &Help\n"
         L" 909 &About\n",

@@ -138,6 +138,7 @@ TEST_F(MainWindowLifetime, SaysWhatIsNotStored)
         {kCommandAutoLogLocation, L"the option \"Automatic log location\""},
         {kCommandPromptOpenLog, L"the option \"Prompt for opening log when object terminates\""},
         {kCommandAskUser, L"the option \"PRAVIK logs unit operation\""},
+        {kCommandRecordCalls, L"the option \"Record calls\""},
         {kCommandRemovePackage, L"the list of packages"},
     };
     const RefusedWrites refused;
