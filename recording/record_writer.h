@@ -54,6 +54,10 @@ class RecordWriter;
 class ValueWriter {
 public:
     ValueWriter(RecordWriter& records, std::string& message) : records(records), fields(message) {}
+    // Of a value inside another: written in its place there.
+    template <class Tag>
+    ValueWriter(RecordWriter& records, protozero::pbf_writer& outer, Tag tag) : records(records), fields(outer, tag)
+    {}
 
     void Integer(std::int64_t value) { fields.add_sint64(ValueTag::Integer, value); }
     void Real(double value) { fields.add_double(ValueTag::Real, value); }
@@ -72,21 +76,17 @@ public:
     template <class Body>
     void Variant(std::uint16_t type, Body&& body)
     {
-        std::string nested;
-        ValueWriter variant(records, nested);
+        ValueWriter variant(records, fields, ValueTag::Nested);
         variant.fields.add_uint32(ValueTag::VarType, type);
         body(variant);
-        fields.add_message(ValueTag::Nested, nested);
     }
     // Of a VARIANT that points to another.
     template <class Body>
     void Inner(std::uint16_t type, Body&& body)
     {
-        std::string nested;
-        ValueWriter variant(records, nested);
+        ValueWriter variant(records, fields, ValueTag::Inner);
         variant.fields.add_uint32(ValueTag::VarType, type);
         body(variant);
-        fields.add_message(ValueTag::Inner, nested);
     }
     using ArrayFields = protozero::pbf_builder<ArrayTag>;
     template <class Body>
@@ -99,11 +99,9 @@ public:
     template <class Body>
     void Element(ArrayFields& array, std::uint16_t type, Body&& body)
     {
-        std::string nested;
-        ValueWriter element(records, nested);
+        ValueWriter element(records, array, ArrayTag::Elements);
         element.fields.add_uint32(ValueTag::VarType, type);
         body(element);
-        array.add_message(ArrayTag::Elements, nested);
     }
 
 private:

@@ -3,7 +3,8 @@
 #include <oleauto.h>
 
 #include <cstring>
-#include <vector>
+
+#include <protozero/pbf_writer.hpp>
 
 #include "recording/text_form.h"
 
@@ -77,16 +78,17 @@ void RecordArray(ValueWriter& value, const VARIANT& variant, int depth)
         fields.add_uint32(ArrayTag::Features, array->fFeatures);
         fields.add_uint32(ArrayTag::ElementSize, static_cast<std::uint32_t>(array->cbElements));
         if (elements.isOwn) fields.add_uint32(ArrayTag::ElementType, elements.type + 1u);
-        std::vector<std::int32_t> bounds;
         std::size_t count = 1;
-        // The descriptor has the rightmost dimension first.
-        for (UINT dimension = dimensions; dimension-- > 0;) {
-            const SAFEARRAYBOUND& bound = array->rgsabound[dimension];
-            bounds.push_back(bound.lLbound);
-            bounds.push_back(static_cast<std::int32_t>(bound.cElements));
-            count *= bound.cElements;
+        {
+            protozero::packed_field_sint32 bounds(fields, static_cast<protozero::pbf_tag_type>(ArrayTag::Bounds));
+            // The descriptor has the rightmost dimension first.
+            for (UINT dimension = dimensions; dimension-- > 0;) {
+                const SAFEARRAYBOUND& bound = array->rgsabound[dimension];
+                bounds.add_element(bound.lLbound);
+                bounds.add_element(static_cast<std::int32_t>(bound.cElements));
+                count *= bound.cElements;
+            }
         }
-        fields.add_packed_sint32(ArrayTag::Bounds, bounds.begin(), bounds.end());
         if (array->pvData) RecordElements(value, fields, *array, elements.type, count, depth);
     });
 }
