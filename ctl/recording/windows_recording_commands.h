@@ -1,4 +1,4 @@
-// The commands for recordings that need Windows: the writers of logs are its.
+// The commands for recordings that need Windows: those that write logs as ZELT does, or make components.
 #pragma once
 
 #include <span>
