@@ -1,7 +1,12 @@
 #include "recording/call_tree.h"
 
+#include <stdexcept>
+
 namespace zelt::recording {
 namespace {
+
+// No stack holds more calls. A tree of calls is destroyed call by call, each within the one around it.
+constexpr std::size_t kMostNesting = 2000;
 
 std::string_view Keep(std::string_view text, std::deque<std::string>& texts)
 {
@@ -120,6 +125,7 @@ void CallTreeReader::Take(const Record& record)
     } else if (const auto* made = std::get_if<ComponentRecord>(&record)) {
         (open.empty() ? component : open.back()->component) = Keep(*made);
     } else if (const auto* call = std::get_if<CallRecord>(&record)) {
+        if (open.size() >= kMostNesting) throw std::runtime_error("the recording has calls that are nested too deep");
         auto kept = std::make_unique<KeptCall>();
         kept->number = ++calls;
         kept->call = *call;

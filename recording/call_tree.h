@@ -53,7 +53,7 @@ public:
     // The header has been read.
     explicit CallTreeReader(RecordReader& records) : records(records) {}
 
-    // The next outermost call; null at the end.
+    // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack.
     std::unique_ptr<KeptCall> Next();
     // What was recorded outside of calls so far: the component, and the answers to queries (those within calls, too).
     const std::optional<KeptComponent>& Component() const { return component; }

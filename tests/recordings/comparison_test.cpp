@@ -7,6 +7,7 @@
 
 #include "recording/call_tree.h"
 #include "recording/comparison.h"
+#include "recording/record_writer.h"
 #include "tests/recordings/sample_recording.h"
 
 namespace zelt::test {
@@ -157,6 +158,25 @@ TEST(CallTree, OfEveryCutHasTheCallsUpToThere)
         EXPECT_LE(outermost, 1);
         EXPECT_FALSE(calls.IsClosed());
     }
+}
+
+TEST(CallTree, RefusesCallsWithoutEnd)
+{
+    std::string bytes;
+    RecordWriter writer([&bytes](std::string_view more) {
+        bytes += more;
+        return true;
+    });
+    for (int call = 0; call < 3000; ++call) writer.BeginCall("ICapeUtilities::Edit", "Aromatics", 0, false, 0);
+    writer.Flush();
+    std::size_t at = 0;
+    RecordReader records([&](char* out, std::size_t count) {
+        count = std::min(count, bytes.size() - at);
+        std::memcpy(out, bytes.data() + at, count);
+        at += count;
+        return count;
+    });
+    EXPECT_THROW(CallTreeReader(records).Next(), std::runtime_error);
 }
 
 }  // namespace
