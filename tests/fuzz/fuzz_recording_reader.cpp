@@ -1,22 +1,61 @@
 // Reading a recording ends whatever its bytes are, in memory that the file's size bounds.
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 #include <string_view>
 
 #include "memory_input.h"
+#include "recording/call_tree.h"
+#include "recording/comparison.h"
 #include "recording/record_reader.h"
 
 namespace zelt::test {
 
-void Test(std::string_view bytes)
-{
-    std::size_t at = 0;
-    recording::RecordReader records([&](char* out, std::size_t count) {
+namespace {
+
+// Gives the bytes to a reader.
+class Input {
+public:
+    explicit Input(std::string_view bytes) : bytes(bytes) {}
+    std::size_t operator()(char* out, std::size_t count)
+    {
         count = std::min(count, bytes.size() - at);
         std::memcpy(out, bytes.data() + at, count);
         at += count;
         return count;
-    });
+    }
+
+private:
+    std::string_view bytes;
+    std::size_t at = 0;
+};
+
+// Every value is equal to itself.
+void Compare(const recording::KeptCall& call)
+{
+    for (const recording::ArgumentRecord& argument : call.arguments) {
+        CHECK(!recording::Difference(argument.value, argument.value, 0));
+    }
+    for (const auto& nested : call.nested) Compare(*nested);
+}
+
+void ReadTrees(std::string_view bytes)
+{
+    recording::RecordReader records{Input(bytes)};
+    recording::CallTreeReader calls(records);
+    try {
+        while (const auto call = calls.Next()) Compare(*call);
+    } catch (const std::runtime_error&) {
+        // Calls nested without end.
+    }
+}
+
+}  // namespace
+
+void Test(std::string_view bytes)
+{
+    ReadTrees(bytes);
+    recording::RecordReader records{Input(bytes)};
     std::uint64_t before = 0;
     bool isFirst = true;
     while (records.Next()) {
