@@ -52,7 +52,7 @@ Chosen ChooseRecording(const std::string& path, const Arguments& arguments)
 Chosen ChoosePackage(const Arguments& arguments, Output& messages)
 {
     if (const auto recording = arguments.Value("--recording")) return ChooseRecording(*recording, arguments);
-    if (arguments.Operands() == 0) throw UsageError("a COMPONENT is missing");
+    if (arguments.Operands() == 0) throw UsageError("\"add\" takes COMPONENT [PACKAGE], or --recording FILE");
     const bool managed = arguments.Operands() == 2;
     const ChosenComponent chosen =
         ChooseComponent(arguments.Operand(0), managed, arguments.Value("--type"), EditionsFor(arguments));

@@ -275,6 +275,21 @@ TEST_F(Exports, AreRefusedWithOneSentence)
     EXPECT_EQ(before, StoredNames());
 }
 
+TEST_F(Exports, OfARecordingNeedARecording)
+{
+    const Names before = StoredNames();
+    const CommandOutcome missing = RunZeltctl({"add", "--recording", "C:\\nothing.zlr"});
+    EXPECT_EQ(3, missing.code);
+    EXPECT_EQ("zeltctl: The recording \"C:\\nothing.zlr\" cannot be opened\n", missing.messages);
+    const CommandOutcome another = RunZeltctl({"add", "--recording", "C:\\windows\\regedit.exe"});
+    EXPECT_EQ(3, another.code);
+    EXPECT_EQ("zeltctl: \"C:\\windows\\regedit.exe\" is no recording, or one of a newer version\n", another.messages);
+    const CommandOutcome both = RunZeltctl({"add", "Sample property package", "--recording", "C:\\nothing.zlr"});
+    EXPECT_EQ(2, both.code);
+    EXPECT_NE(std::string::npos, both.messages.find("--recording takes the place of COMPONENT")) << both.messages;
+    EXPECT_EQ(before, StoredNames());
+}
+
 TEST_F(Exports, AreRemovedAndLoggedByTheirNames)
 {
     ExportSamples();
