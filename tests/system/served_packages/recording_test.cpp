@@ -14,6 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Addresses of 64-bit processes take more room.
+constexpr double kMostOfLog = kThisEdition.width == 32 ? 0.25 : 0.3;
+
 class Recordings : public ServedPackages, public testing::WithParamInterface<Width> {
 protected:
     void SetUp() override
@@ -21,7 +24,7 @@ protected:
         if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
         ServedPackages::SetUp();
     }
-    // Runs the simulator; the recordings, each at most a quarter of its log.
+    // Runs the simulator. Each recording is small beside its log.
     std::vector<fs::path> Record(const std::wstring& command) const
     {
         EXPECT_EQ(0u, RunSimulator(command).exitCode);
@@ -29,7 +32,9 @@ protected:
         std::vector<fs::path> recordings;
         for (const fs::path& log : Logs()) {
             recordings.push_back(RecordingOf(log));
-            EXPECT_LE(fs::file_size(recordings.back()), fs::file_size(log) / 4) << log;
+            EXPECT_LE(static_cast<double>(fs::file_size(recordings.back())),
+                      kMostOfLog * static_cast<double>(fs::file_size(log)))
+                << log;
         }
         EXPECT_FALSE(recordings.empty());
         return recordings;
@@ -122,10 +127,13 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
     const SimulatorResult exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
     EXPECT_EQ(1u, exact.exitCode);
     // It shows first where the package is asked for the vapour pressures.
-    EXPECT_EQ(
-        "call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output \"propVals\": [2]: "
-        "2908.7977219092045 instead of 2908.794813114391",
-        exact.output.substr(0, exact.output.find('\n')));
+    // The last digits are those of the width's mathematical functions.
+    const std::string first = exact.output.substr(0, exact.output.find('\n'));
+    EXPECT_TRUE(
+        first.starts_with("call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output "
+                          "\"propVals\": [2]: 2908.79772"))
+        << first;
+    EXPECT_NE(std::string::npos, first.find(" instead of 2908.79481")) << first;
     const SimulatorResult tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
     EXPECT_EQ(0u, tolerant.exitCode) << tolerant.output;
 }
