@@ -138,7 +138,15 @@ TEST_F(Faults, AreFindingsOfAReplay)
     ASSERT_TRUE(WaitUntilGone(kServerFile));
     const SimulatorResult replay = RunTool(L"recording replay \"" + RecordingOf(Logs().front()).wstring() + L'"');
     EXPECT_EQ(1u, replay.exitCode);
-    EXPECT_EQ("?", replay.output);
+    const std::string call = "  ICapeThermoPropertyRoutine::CalcSinglePhaseProp  (Menu): the component ";
+    EXPECT_EQ(
+        "call 1" + call +
+            "crashed: EXCEPTION_ACCESS_VIOLATION: The thread tried to read from or write to a virtual address for "
+            "which it does not have the appropriate access.\ncall 2" +
+            call + "crashed: EXCEPTION_STACK_OVERFLOW: The thread used up its stack.\ncall 3" + call +
+            "threw an exception: a component threw an exception or gave up\n3 calls made again, 0 questions answered: "
+            "3 differences\n",
+        replay.output);
 }
 
 // As a component of .NET does it: a code that says nothing, and the message only in the error information.
