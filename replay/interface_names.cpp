@@ -48,6 +48,16 @@ std::string InterfaceNames::LoggedName(const com::DualMethod& method)
     return std::string(kContext10.logged) + method.name.substr(end);
 }
 
+NamedMethod InterfaceNames::Find(std::string_view member, const recording::ObjectRecord& object,
+                                 const recording::KeptQueries& queries)
+{
+    if (const NamedMethod known = Find(member)) return known;
+    for (const std::uint64_t pointer : {object.pointer, object.proxy}) {
+        for (const std::string& interfaceId : queries.Granted(pointer)) Add(interfaceId);
+    }
+    return Find(member);
+}
+
 NamedMethod InterfaceNames::Find(std::string_view member) const
 {
     const std::size_t end = member.find(kSeparator);

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "com/dual_interface.h"
+#include "recording/call_tree.h"
 
 namespace zelt::replay {
 
@@ -25,14 +26,16 @@ class InterfaceNames {
 public:
     InterfaceNames();
 
-    // Interfaces that no library of this program describes, by their identifiers of 16 bytes.
-    void Add(std::string_view interfaceId);
-    // "ICapeUtilities::Edit"; nothing when no library describes it.
-    NamedMethod Find(std::string_view member) const;
+    // "ICapeUtilities::Edit" of a recorded object; nothing when no library describes it. An interface that is not of this program's
+    // libraries is looked for among those that the object granted.
+    NamedMethod Find(std::string_view member, const recording::ObjectRecord& object,
+                     const recording::KeptQueries& queries);
     // What logs and recordings call a method.
     static std::string LoggedName(const com::DualMethod& method);
 
 private:
+    NamedMethod Find(std::string_view member) const;
+    void Add(std::string_view interfaceId);
     void Add(REFIID iid);
 
     std::map<std::string, std::shared_ptr<const com::DualInterface>, std::less<>> interfaces;

@@ -158,7 +158,7 @@ RecordedPackage::Calls RecordedPackage::Candidates(const replay::StandIn& object
 std::optional<std::string> RecordedPackage::CallSimulator(const KeptCall& call)
 {
     const ForeignPtr<IUnknown> object = simulators.Find(call.object);
-    const NamedMethod method = names.Find(call.call.member);
+    const NamedMethod method = names.Find(call.call.member, call.object, queries);
     if (!object || !method) return "the simulator has not passed the object";
     ForeignPtr<IUnknown> target;
     HRESULT result = QueryForeign(object.Get(), method.interface_->iid, reinterpret_cast<void**>(target.Receive()));

@@ -78,12 +78,11 @@ void Session::Perform(const KeptCall& call)
 void Session::PerformOn(const KeptCall& call, IUnknown* object)
 {
     HRESULT result = S_OK;
-    Active here{call, std::vector<bool>(call.nested.size(), false), active};
-    active = &here;
+    Active here(*this, call, false);
     try {
         if (IsPersistence(call.call.member)) {
             result = CallComponent(call, [&] { return CallPersistence(call.call.member, object); });
-        } else if (const NamedMethod method = names.Find(call.call.member)) {
+        } else if (const NamedMethod method = names.Find(call.call.member, call.object, queries)) {
             result = Call(call, method, object);
         } else {
             throw Unplayable("no type library describes the member");
@@ -93,7 +92,6 @@ void Session::PerformOn(const KeptCall& call, IUnknown* object)
         Say(call, std::string("not made again: ") + reason.what());
         std::fill(here.isUsed.begin(), here.isUsed.end(), true);
     }
-    active = here.outer;
     ReportUnused(here);
 }
 
@@ -162,7 +160,7 @@ const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::Du
     for (std::size_t i = 0; i < active->isUsed.size(); ++i) {
         const KeptCall& candidate = *active->call.nested[i];
         if (active->isUsed[i] || !candidate.call.isOutward || !object.IsOf(candidate.object)) continue;
-        const NamedMethod known = names.Find(candidate.call.member);
+        const NamedMethod known = names.Find(candidate.call.member, candidate.object, queries);
         if (!known || &known.Method() != &method) continue;
         const auto found = inputs.DifferenceFrom(candidate, tolerance);
         if (!found) {
@@ -192,13 +190,13 @@ HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, 
         return kNoAnswer;
     }
     ++answered;
-    // The simulator called the component before it answered.
-    Active here{*recorded, std::vector<bool>(recorded->nested.size(), true), active};
-    active = &here;
-    for (const auto& nested : recorded->nested) {
-        if (!nested->call.isOutward) Perform(*nested);
+    {
+        // The simulator called the component before it answered.
+        const Active here(*this, *recorded, true);
+        for (const auto& nested : recorded->nested) {
+            if (!nested->call.isOutward) Perform(*nested);
+        }
     }
-    active = here.outer;
     const auto status = static_cast<HRESULT>(recorded->result.status);
     if (FAILED(status)) return status;
     const HRESULT given = GiveOutputs(method, *recorded, words, *this);

@@ -54,10 +54,24 @@ public:
 
 private:
     // A call that is being made again, and which of the calls within it the component has made.
-    struct Active {
+    class Active {
+    public:
+        Active(Session& session, const recording::KeptCall& call, bool isUsed)
+            : call(call), isUsed(call.nested.size(), isUsed), session(session), outer(session.active)
+        {
+            session.active = this;
+        }
+        // A component that crashed has taken the frames of inner calls with it: only the outermost counts.
+        ~Active() { session.active = outer; }
+        Active(const Active&) = delete;
+        Active& operator=(const Active&) = delete;
+
         const recording::KeptCall& call;
         std::vector<bool> isUsed;
-        Active* outer;
+
+    private:
+        Session& session;
+        Active* const outer;
     };
 
     ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
@@ -67,7 +81,7 @@ private:
 
     void PerformOn(const recording::KeptCall& call, IUnknown* object);
     HRESULT Call(const recording::KeptCall& call, const NamedMethod& method, IUnknown* object);
-    // A success, with the result in `result`, or the text of what escaped.
+    // The result; E_UNEXPECTED, with a finding, when something escapes.
     template <class Body>
     HRESULT CallComponent(const recording::KeptCall& call, Body&& body);
     const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method,
