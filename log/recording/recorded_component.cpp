@@ -1,5 +1,7 @@
 #include "log/recording/recorded_component.h"
 
+#include <map>
+
 #include "com/failure.h"
 #include "com/type_info.h"
 #include "guard/foreign_call.h"
@@ -36,6 +38,27 @@ std::wstring LibraryOf(IUnknown* object)
     return com::ModulePath(module);
 }
 
+// What identifies a library.
+struct LibraryFacts {
+    WIN32_FILE_ATTRIBUTE_DATA file;  // when the rest was read
+    std::string version, hash;
+};
+
+// Reading a whole library takes its time, and a simulator may make hundreds of components from one: it is read again only when its
+// size or date is another. Asked by the apartment that owns the proxies alone.
+const LibraryFacts& FactsOf(const std::wstring& path)
+{
+    static auto& known = *new std::map<std::wstring, LibraryFacts>;
+    WIN32_FILE_ATTRIBUTE_DATA file = {};
+    GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &file);
+    const auto found = known.find(path);
+    const bool isSame = found != known.end() && found->second.file.nFileSizeLow == file.nFileSizeLow &&
+                        found->second.file.nFileSizeHigh == file.nFileSizeHigh &&
+                        CompareFileTime(&found->second.file.ftLastWriteTime, &file.ftLastWriteTime) == 0;
+    if (isSame) return found->second;
+    return known.insert_or_assign(path, LibraryFacts{file, FileVersionText(path), Sha256OfFile(path)}).first->second;
+}
+
 }  // namespace
 
 void RecordComponent(LogDocument* document, const RecordedComponent& component, IUnknown* object) noexcept
@@ -46,8 +69,7 @@ void RecordComponent(LogDocument* document, const RecordedComponent& component, 
         const std::wstring library = object ? LibraryOf(object) : std::wstring();
         const std::string name = Utf8(component.name), exportedName = Utf8(component.exportedName),
                           libraryName = Utf8(library);
-        const std::string version = library.empty() ? std::string() : FileVersionText(library);
-        const std::string hash = library.empty() ? std::string() : Sha256OfFile(library);
+        const LibraryFacts facts = library.empty() ? LibraryFacts() : FactsOf(library);
         recording::Component recorded;
         recorded.classId = {reinterpret_cast<const char*>(&component.classId), sizeof component.classId};
         recorded.kind = component.kind;
@@ -55,8 +77,8 @@ void RecordComponent(LogDocument* document, const RecordedComponent& component, 
         recorded.exportedName = exportedName;
         recorded.pointer = reinterpret_cast<std::uintptr_t>(object);
         recorded.library = libraryName;
-        recorded.libraryVersion = version;
-        recorded.libraryHash = hash;
+        recorded.libraryVersion = facts.version;
+        recorded.libraryHash = facts.hash;
         recorder->Say(recorded);
     });
 }
