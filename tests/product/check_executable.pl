@@ -12,7 +12,7 @@ sub Expect { my ($ok, $what) = @_; push @faults, $what if !$ok; }
 
 # Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in, except the system's own C
 # library.
-my %system = map { lc "$_.dll" => 1 } qw(advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 user32 version);
+my %system = map { lc "$_.dll" => 1 } qw(advapi32 bcrypt comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 user32 version);
 
 my $header = qx("$objdump" -p "$program");
 $? == 0 or die "$objdump failed\n";

@@ -277,6 +277,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
 
 TEST_F(Exports, OfARecordingNeedARecording)
 {
+    ExportSamples();
     const Names before = StoredNames();
     const CommandOutcome missing = RunZeltctl({"add", "--recording", "C:\\nothing.zlr"});
     EXPECT_EQ(3, missing.code);

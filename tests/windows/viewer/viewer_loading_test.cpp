@@ -151,6 +151,7 @@ TEST(MainWindowResources, HoldTheMenu)
         L" &PRAVIK logs unit operation:\n"
         L"  &Ask user\n"
         L"  -\n"
+        L" &Record calls\n"
         L"&Help\n"
         L" &Help\n"
         L" &About\n",
