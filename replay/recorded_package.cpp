@@ -10,6 +10,7 @@
 #include "replay/call_frame.h"
 #include "replay/error_text.h"
 #include "system/narrow.h"
+#include "system/owners.h"
 
 namespace zelt::replay {
 namespace {
@@ -18,10 +19,6 @@ using recording::ArgumentRecord;
 using recording::KeptCall;
 
 constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
-
-struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
-};
 
 // Whether two recorded calls to the simulator are the same, with the same outcome.
 bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
@@ -79,7 +76,7 @@ HRESULT Put(const com::DualMethod& method, void* words, std::uint32_t number)
 RecordedPackage::RecordedPackage(const std::wstring& path)
 {
     const std::string shown = Narrow(path, CP_UTF8);
-    const std::unique_ptr<FILE, CloseFile> file(_wfopen(path.c_str(), L"rb"));
+    const Owner<FILE*, std::fclose> file(_wfopen(path.c_str(), L"rb"));
     if (!file) throw std::runtime_error("The recording \"" + shown + "\" cannot be opened");
     recording::RecordReader records(
         [&](char* bytes, std::size_t count) { return std::fread(bytes, 1, count, file.get()); });
@@ -87,6 +84,9 @@ RecordedPackage::RecordedPackage(const std::wstring& path)
     const auto* const header = first ? std::get_if<recording::HeaderRecord>(first) : nullptr;
     if (!header || header->version != recording::kFormatVersion) {
         throw std::runtime_error("\"" + shown + "\" is no recording, or one of a newer version");
+    }
+    if (header->width != sizeof(void*) * 8) {
+        throw std::runtime_error("The recording \"" + shown + "\" was made by the ZELT of the other width");
     }
     recording::CallTreeReader reader(records);
     while (std::unique_ptr<KeptCall> call = reader.Next()) calls.push_back(std::move(call));
@@ -209,8 +209,8 @@ std::optional<HRESULT> RecordedPackage::AnswerByItself(const replay::StandIn& ob
         return Put(method, words, name == objectNames.end() ? L"" : Widen(name->second));
     }
     if (method.name == "ICapeIdentification::put_ComponentName") return S_OK;
-    if (method.name == "ECapeRoot::get_name") return Put(method, words, Widen(failure.name));
-    if (method.name == "ECapeUser::get_description") return Put(method, words, Widen(failure.description));
+    if (method.name == "ECapeRoot::get_name") return Put(method, words, failure.name);
+    if (method.name == "ECapeUser::get_description") return Put(method, words, failure.description);
     if (method.name == "ECapeUser::get_code") return Put(method, words, failure.status);
     if (method.name.starts_with("ECape")) return Put(method, words, std::wstring());
     return {};
@@ -220,12 +220,21 @@ HRESULT RecordedPackage::Refuse(const com::DualMethod& method, const std::string
 {
     std::string text = "The recording has no answer to " + method.name;
     if (!reason.empty()) text += ": " + reason;
-    failure = {static_cast<std::uint32_t>(kNoAnswer), "ECapeUnknown", text};
-    SetErrorText(Widen(text));
+    failure = {static_cast<std::uint32_t>(kNoAnswer), L"ECapeUnknown", Widen(text, CP_UTF8)};
+    SetErrorText(failure.description);
     return kNoAnswer;
 }
 
 HRESULT RecordedPackage::Answer(replay::StandIn& object, const com::DualMethod& method, void* words)
+{
+    try {
+        return Repeat(object, method, words);
+    } catch (const Unplayable& reason) {
+        return Refuse(method, reason.what());
+    }
+}
+
+HRESULT RecordedPackage::Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words)
 {
     const Inputs inputs(method, words);
     const Calls candidates = Candidates(object, method, inputs);
@@ -239,9 +248,8 @@ HRESULT RecordedPackage::Answer(replay::StandIn& object, const com::DualMethod& 
     uses[performed] = ++repeated;
     const auto status = static_cast<HRESULT>(performed->result.status);
     if (FAILED(status)) {
-        failure = {performed->result.status, std::string(performed->result.name),
-                   std::string(performed->result.description)};
-        SetErrorText(Widen(failure.description));
+        failure = {performed->result.status, Widen(performed->result.name), Widen(performed->result.description)};
+        SetErrorText(failure.description);
         return status;
     }
     const HRESULT given = GiveOutputs(method, *performed, words, *this);

@@ -27,7 +27,7 @@ namespace zelt::replay {
 class RecordedPackage final : Objects, Answers {
 public:
     // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be read, or is no
-    // recording of a package.
+    // recording of a package by the ZELT of this width.
     explicit RecordedPackage(const std::wstring& path);
     ~RecordedPackage();
     RecordedPackage(const RecordedPackage&) = delete;
@@ -44,7 +44,7 @@ private:
     // The error that the latest call ended with.
     struct Failure {
         std::uint32_t status = 0;
-        std::string name, description;
+        std::wstring name, description;
     };
 
     ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
@@ -53,6 +53,8 @@ private:
     HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
 
     void Index(const recording::KeptCall& call);
+    // Answers as a recorded call was answered. Throws Unplayable.
+    HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
     // The recorded calls that this one may repeat, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
     // Makes the calls of the first candidate to the simulator's objects, and goes over to another when their answers demand it. The

@@ -128,6 +128,23 @@ void GiveVariant(const Value& value, Objects& objects, void* place)
     if (FAILED(copied)) throw Unplayable("a recorded VARIANT cannot be made again");
 }
 
+void GiveValue(const DualParameter& parameter, const Value& value, Objects& objects, void* place)
+{
+    if (IsInteger(parameter.type)) return GiveInteger(parameter, value, place);
+    switch (parameter.type) {
+        case VT_R8:
+        case VT_DATE:
+            if (value.form != Value::Form::Real) HasAnotherType(parameter);
+            std::memcpy(place, &value.real, sizeof value.real);
+            return;
+        case VT_BSTR: return GiveText(parameter, value, place);
+        case VT_DISPATCH:
+        case VT_UNKNOWN: return GivePointer(parameter, value, objects, place);
+        case VT_VARIANT: return GiveVariant(value, objects, place);
+        default: throw Unplayable("the argument \"" + parameter.name + "\" is of a type that is not played");
+    }
+}
+
 void LearnInArray(const recording::ArrayValue& recorded, SAFEARRAY* array, Objects& objects);
 
 void LearnInVariant(const Value& recorded, const VARIANT& actual, Objects& objects)
@@ -210,18 +227,10 @@ Value Capture(const DualParameter& parameter, const void* place, std::deque<std:
 
 void Give(const DualParameter& parameter, const Value& value, Objects& objects, void* place)
 {
-    if (IsInteger(parameter.type)) return GiveInteger(parameter, value, place);
-    switch (parameter.type) {
-        case VT_R8:
-        case VT_DATE:
-            if (value.form != Value::Form::Real) HasAnotherType(parameter);
-            std::memcpy(place, &value.real, sizeof value.real);
-            return;
-        case VT_BSTR: return GiveText(parameter, value, place);
-        case VT_DISPATCH:
-        case VT_UNKNOWN: return GivePointer(parameter, value, objects, place);
-        case VT_VARIANT: return GiveVariant(value, objects, place);
-        default: throw Unplayable("the argument \"" + parameter.name + "\" is of a type that is not played");
+    try {
+        GiveValue(parameter, value, objects, place);
+    } catch (const std::length_error& damage) {
+        throw Unplayable(damage.what());
     }
 }
 

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "system/owners.h"
+
 namespace zelt {
 namespace {
 
@@ -15,9 +17,6 @@ struct CloseAlgorithm {
 };
 struct DestroyHash {
     void operator()(void* hash) const { BCryptDestroyHash(hash); }
-};
-struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
 };
 
 std::unique_ptr<void, CloseAlgorithm> OpenSha256()
@@ -34,7 +33,7 @@ std::string Sha256OfFile(const std::wstring& path)
     constexpr std::size_t kPortion = 64 << 10;
     constexpr std::size_t kHashSize = 32;
     const auto algorithm = OpenSha256();
-    const std::unique_ptr<FILE, CloseFile> file(_wfopen(path.c_str(), L"rb"));
+    const Owner<FILE*, std::fclose> file(_wfopen(path.c_str(), L"rb"));
     BCRYPT_HASH_HANDLE made = nullptr;
     if (!algorithm || !file || BCryptCreateHash(algorithm.get(), &made, nullptr, 0, nullptr, 0, 0) < 0) return {};
     const std::unique_ptr<void, DestroyHash> hash(made);

@@ -1,4 +1,5 @@
 // add: what the dialog for exporting a package does.
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
@@ -41,9 +42,12 @@ struct Chosen {
 Chosen ChooseRecording(const std::string& path, const Arguments& arguments)
 {
     if (arguments.Operands() > 0) throw UsageError("--recording takes the place of COMPONENT");
+    const auto editions = EditionsFor(arguments);
+    if (std::find(editions.begin(), editions.end(), &kThisEdition) == editions.end()) {
+        throw UsageError("recordings are added by the zeltctl of the width that they were made with");
+    }
     try {
-        // Any edition can serve it: no code is loaded.
-        return {ExportOfRecording(std::filesystem::absolute(Wide(path)).wstring()), EditionsFor(arguments).front()};
+        return {ExportOfRecording(std::filesystem::absolute(Wide(path)).wstring()), &kThisEdition};
     } catch (const std::runtime_error& reason) {
         throw InputError(reason.what());
     }

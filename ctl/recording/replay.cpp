@@ -61,8 +61,7 @@ public:
         package.sourceName = Wide(name ? *name : component.name);
         package.exportedName = Wide(component.exportedName);
         try {
-            BarePackage made = CreateBarePackage(kind->family, package);
-            manager = std::move(made.manager);
+            made = CreateBarePackage(kind->family, package);
             return ForeignPtr<IUnknown>(made.package.Detach());
         } catch (const PackageFailure& failure) {
             throw Refusal(failure.what());
@@ -81,7 +80,7 @@ private:
 
     const std::optional<std::string> name;
     std::optional<CLSID> replacement;
-    std::shared_ptr<void> manager;
+    BarePackage made;
 };
 
 // Shows the first differences, and counts all.
@@ -157,6 +156,10 @@ int ReplayRecording(const Arguments& arguments, Streams& streams)
         streams.data << "... and " << Counted(differences.Hidden(), "more difference", "more differences") << '\n';
     }
     if (played.made == 0) throw Refusal(arguments.Operand(0) + ": the recording has no call that can be made again");
+    if (played.early > 0) {
+        streams.data << Counted(played.early, "call", "calls")
+                     << " came before the component was made: not made again\n";
+    }
     streams.data << Counted(played.made, "call", "calls") << " made again, "
                  << Counted(played.answered, "question", "questions") << " answered: ";
     streams.data << (differences.Count() == 0 ? "no difference"

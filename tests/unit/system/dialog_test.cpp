@@ -179,7 +179,7 @@ TEST_F(DialogLifetime, LeavesTheWindowsMenuToTheSystem)
     DestroyWindow(window);
 }
 
-// Counts how often it is told that the screen's resolution has changed.
+// Counts the notifications of a changed resolution.
 class Scaling final : public Dialog {
 public:
     int scaled = 0;
