@@ -13,12 +13,18 @@ Build()
         [[ " ${builds[*]} " == *" $1 "* ]] || Fail "There is no build \"$1\". The builds are: ${builds[*]}."
         wanted=("$1")
     fi
-    InstallPackages build
-    FetchLibxml2
-    NeedTool cmake
+    SetUpBuild
     for build in "${wanted[@]}"; do
         BuildPreset "$build"
     done
+}
+
+# What every build needs.
+SetUpBuild()
+{
+    InstallPackages build
+    FetchLibxml2
+    NeedTool cmake
 }
 
 # BuildPreset <preset> [target...]

@@ -43,15 +43,40 @@ set -E
 # file, never through a pipe.
 Step()
 {
-    local log=$logFolder/$1.log what=$2 start=$SECONDS status=0
+    local log=$1 what=$2
     shift 2
+    Beside "$log" "$@"
+    Await "$log" "$what"
+}
+
+# Beside <log name> <command...>: starts the command of a step, for which Await then waits.
+Beside()
+{
+    local name=$1
+    shift
     mkdir -p "$logFolder"
-    printf '%s' "$what ... "
     # In the background, so that a signal ends the wait at once; in a condition, a failing command would also run on.
-    ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$log" 2>&1 8>&- &
-    stepProcess=$!
-    wait "$stepProcess" || status=$?
-    stepProcess=
+    ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$logFolder/$name.log" 2>&1 8>&- &
+    started[$name]=$!
+    startedAt[$name]=$SECONDS
+}
+
+# Await <log name> <what is done>: the end of a step that Beside has started.
+Await()
+{
+    local log=$logFolder/$1.log what=$2 process=${started[$1]} start=${startedAt[$1]} status=0 progress=
+    printf '%s' "$what ... "
+    if [ -t 1 ]; then
+        ShowProgress "$log" "$what" "$start" 8>&- &
+        progress=$!
+    fi
+    wait "$process" || status=$?
+    unset "started[$1]"
+    if [ -n "$progress" ]; then
+        kill "$progress" 2>/dev/null
+        wait "$progress" 2>/dev/null || true
+        printf '\r\e[K%s' "$what ... "
+    fi
     if [ "$status" -eq 0 ]; then
         echo "$((SECONDS - start)) s"
         return
@@ -60,7 +85,25 @@ Step()
     { echo "--- end of $log"; tail -n 25 "$log"; echo "---"; } >&2
     Fail "The step \"$what\" failed (exit code $status); its log is $log."
 }
-stepProcess=
+declare -A started startedAt
+
+# ShowProgress <log> <what is done> <when it was started>: on a terminal, the share that a build reports in its log as [done/all], and
+# the time left if the rest takes as long.
+ShowProgress()
+{
+    trap - EXIT ERR
+    local done all passed
+    while sleep 1; do
+        IFS=/ read -r done all < <(grep -o '^\[[0-9]*/[0-9]*\]' "$1" | tail -n 1 | tr -d '[]') || true
+        passed=$((SECONDS - $3))
+        if [ "${done:-0}" -gt 0 ]; then
+            printf '\r\e[K%s' "$2 ... $((100 * done / all)) %, $((passed * (all - done) / done)) s left "
+        else
+            printf '\r\e[K%s' "$2 ... $passed s "
+        fi
+    done
+}
+
 # EndTree <process>: ends it with everything that it has started; children first, because an ended process lists none.
 EndTree()
 {
@@ -69,8 +112,12 @@ EndTree()
     for child in "${children[@]}"; do EndTree "$child"; done
     kill "$1" 2>/dev/null
 }
-EndStep() { [ -z "$stepProcess" ] || EndTree "$stepProcess"; }
-AtExit EndStep
+EndSteps()
+{
+    local process
+    for process in "${started[@]}"; do EndTree "$process"; done
+}
+AtExit EndSteps
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 

@@ -23,52 +23,87 @@ demoSettings=(--set "Heat duty=150000" --set "Pressure drop=20000" --set "Temper
 Demo()
 {
     LockTree
-    Build
-    local programs=build/i686 file
-    for file in "$programs"/{shell/ZELT.EXE,ctl/zeltctl.exe} build/x86_64/shell/ZELT64.EXE "$programs"/samples/Sample{Package,Reactions,Units}.dll \
-        build/x86_64/samples/SamplePackage.dll build/{i686,x86_64}/samples/SampleSimulator.exe; do
-        [ -f "$file" ] || Fail "The build did not make $file."
-    done
+    SetUpBuild
+    [ -d build/i686/shell ] || Say "The first demonstration builds ZELT, which takes some minutes; later ones start at once."
+    # Making the prefix is mostly waiting.
+    Beside wine-template NeedTemplatePrefix
+    BuildPreset i686 zelt zeltctl SamplePackage SampleReactions SampleUnits SampleSimulator
+    BuildPreset x86_64 SampleSimulator
+    # 64-bit packages come last: the runs before them also wait more than they work.
+    Beside demo-build-wide nice cmake --build build/x86_64 --target zelt SamplePackage
     demoFolder=$root/build/demo
     rm -rf "$demoFolder"
     mkdir -p "$demoFolder"
     UsePrefix demo
 
-    Step demo-register-zelt "Registering ZELT" Wine "$(WindowsPath "$root/$programs/shell/ZELT.EXE")" /RegServer
-    Step demo-register-zelt64 "Registering ZELT64" Wine "$(WindowsPath "$root/build/x86_64/shell/ZELT64.EXE")" /RegServer
+    RegisterAll
+    RunPackages 32 "${demoRuns[@]}"
+    RunFlowsheet
+    UseRecording
+    Await demo-build-wide "Building ZELT64 and its package"
+    RegisterWide
+    RunPackages 64 "${demoRuns64[@]}"
+
+    ShowResults 64 32 "${demoRuns[@]}"
+    ShowResults 32 64 "${demoRuns64[@]}"
+    ShowFlowsheet
+    ShowLogs
+    ShowReplays
+}
+
+RegisterAll()
+{
+    Register zelt ZELT.EXE i686/shell/ZELT.EXE /RegServer
     # The packages are 32-bit libraries: the 32-bit regsvr32 is the one in syswow64.
     local library
     for library in SamplePackage SampleReactions SampleUnits; do
-        Step "demo-register-$library" "Registering $library.dll" \
-            Wine 'C:\windows\syswow64\regsvr32.exe' /s "$(WindowsPath "$root/$programs/samples/$library.dll")"
+        Register "$library" "$library.dll" i686/samples/$library.dll 'C:\windows\syswow64\regsvr32.exe' /s
     done
-    Step demo-register-wide "Registering the 64-bit SamplePackage.dll" \
-        Wine 'C:\windows\system32\regsvr32.exe' /s "$(WindowsPath "$root/build/x86_64/samples/SamplePackage.dll")"
     Step demo-export "Exporting ${#demoRuns[@]} packages with logging" ExportPackages 'HKCU\Software\ZELT' "${demoRuns[@]}"
-    Step demo-export-wide "Exporting a 64-bit package with logging" ExportPackages 'HKCU\Software\ZELT\64-bit' "${demoRuns64[@]}"
     Step demo-unit "Choosing the unit operation that PRAVIK logs" ChooseUnit
+}
 
-    local run name kind sample zelt package what
-    for run in "${demoRuns[@]}"; do
+RegisterWide()
+{
+    Register zelt64 ZELT64.EXE x86_64/shell/ZELT64.EXE /RegServer
+    Register wide "the 64-bit SamplePackage.dll" x86_64/samples/SamplePackage.dll 'C:\windows\system32\regsvr32.exe' /s
+    Step demo-export-wide "Exporting a 64-bit package with logging" ExportPackages 'HKCU\Software\ZELT\64-bit' "${demoRuns64[@]}"
+}
+
+# Register <step> <what> <file> /RegServer, or Register <step> <what> <file> <registrar> <option...>
+Register()
+{
+    local step=demo-register-$1 what=$2 file=$root/build/$3
+    shift 3
+    [ -f "$file" ] || Fail "The build did not make $file."
+    file=$(WindowsPath "$file")
+    if [ "$1" = /RegServer ]; then
+        Step "$step" "Registering $what" Wine "$file" /RegServer
+    else
+        Step "$step" "Registering $what" Wine "$@" "$file"
+    fi
+}
+
+# RunPackages <their width> <run...>: with both simulators through ZELT, and in process, where the results must be the same.
+RunPackages()
+{
+    local width=$1 run name kind sample zelt package what architecture=i686
+    shift
+    [ "$width" = 32 ] || architecture=x86_64
+    for run in "$@"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
-        Step "demo-$name-64" "64-bit simulator, $what through ZELT" Simulate x86_64 "$name-64" "$zelt" "$package"
-        Step "demo-$name-32" "32-bit simulator, $what through ZELT" Simulate i686 "$name-32" "$zelt" "$package"
-        Step "demo-$name-direct" "32-bit simulator, $what in process" \
-            Simulate i686 "$name-direct" "$sample" "$package" --in-process
+        Step "demo-$name-64" "64-bit simulator, $what through ${zelt%%.*}" Simulate x86_64 "$name-64" "$zelt" "$package"
+        Step "demo-$name-32" "32-bit simulator, $what through ${zelt%%.*}" Simulate i686 "$name-32" "$zelt" "$package"
+        Step "demo-$name-direct" "$width-bit simulator, $what in process" \
+            Simulate "$architecture" "$name-direct" "$sample" "$package" --in-process
         Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name" 64 32
     done
+}
 
-    for run in "${demoRuns64[@]}"; do
-        IFS='|' read -r name kind sample zelt package what <<<"$run"
-        Step "demo-$name-64" "64-bit simulator, $what through ZELT64" Simulate x86_64 "$name-64" "$zelt" "$package"
-        Step "demo-$name-32" "32-bit simulator, $what through ZELT64" Simulate i686 "$name-32" "$zelt" "$package"
-        Step "demo-$name-direct" "64-bit simulator, $what in process" \
-            Simulate x86_64 "$name-direct" "$sample" "$package" --in-process
-        Step "demo-$name-compare" "Comparing the results bit for bit" CompareResults "$name" 64 32
-    done
-
+RunFlowsheet()
+{
+    local name kind sample zelt package what file=$demoFolder/flowsheet.zfs
     IFS='|' read -r name kind sample zelt package what <<<"${demoRuns[0]}"
-    local file=$demoFolder/flowsheet.zfs
     Step demo-flowsheet-64 "64-bit simulator, flowsheet with the unit through PRAVIK and the package through ZELT" \
         Simulate x86_64 flowsheet-64 "$zelt" "$package" --flowsheet "$demoLoggedUnit" "${demoSettings[@]}" \
         --save "$(WindowsPath "$file")"
@@ -77,9 +112,12 @@ Demo()
     Step demo-flowsheet-direct "32-bit simulator, the same flowsheet in process" \
         Simulate i686 flowsheet-direct "$sample" "$package" --flowsheet "$demoUnit" "${demoSettings[@]}" --in-process
     Step demo-flowsheet-compare "Comparing the results bit for bit" CompareResults flowsheet 64 loaded
+}
 
-    # The first run's recording.
-    local recording
+# The first run's recording: its log made again, its calls made again, and in the package's place.
+UseRecording()
+{
+    local recording name kind sample zelt package what
     IFS='|' read -r name kind sample zelt package what <<<"${demoRuns[0]}"
     recording=$(find "$WINEPREFIX"/drive_c/users/*/Desktop/"ZELT logs" -name '*.zlr' -printf '%T@ %p\n' | sort -n | head -1 | cut -d ' ' -f 2-)
     Step demo-render "Rendering the log from the first run's recording" RenderRecording "$recording"
@@ -87,23 +125,29 @@ Demo()
     Step demo-replay-revised "Replaying it against a revision whose results differ" ReplayAgainstRevision "$recording"
     Step demo-serve "Exporting the recording itself" ServeRecording "$recording"
     Step demo-unregister "Unregistering SamplePackage.dll" \
-        Wine 'C:\windows\syswow64\regsvr32.exe' /s /u "$(WindowsPath "$root/$programs/samples/SamplePackage.dll")"
+        Wine 'C:\windows\syswow64\regsvr32.exe' /s /u "$(WindowsPath "$root/build/i686/samples/SamplePackage.dll")"
     Step demo-recorded-64 "64-bit simulator, the recording through ZELT" Simulate x86_64 "$name-recorded-64" "$zelt" Recorded
     Step demo-recorded-32 "32-bit simulator, the recording through ZELT" Simulate i686 "$name-recorded-32" "$zelt" Recorded
     Step demo-recorded-compare "Comparing the results bit for bit" CompareResults "$name" recorded-64 recorded-32
+}
 
-    local width simulator
-    for run in "${demoRuns[@]}" "${demoRuns64[@]}"; do
+# ShowResults <width of the simulator that could not use the packages without ZELT> <width of the packages> <run...>
+ShowResults()
+{
+    local simulator=$1 width=$2 run name kind sample zelt package what
+    shift 2
+    for run in "$@"; do
         IFS='|' read -r name kind sample zelt package what <<<"$run"
-        # The simulator that could not use the package without ZELT.
-        width=32 simulator=64
-        [[ $zelt != ZELT64.* ]] || width=64 simulator=32
         echo
         Say "Results of the $what, calculated by the $width-bit package for the $simulator-bit simulator"
         cat "$demoFolder/$name-$simulator.txt"
         echo
         Say "All $(wc -l <"$demoFolder/$name-direct.bits") rows of results through ZELT equal the in-process ones, bit for bit (64 and 32 bit)."
     done
+}
+
+ShowFlowsheet()
+{
     echo
     Say "The flowsheet, calculated by the 32-bit unit operation and package for the 64-bit simulator"
     cat "$demoFolder/flowsheet-64.txt"
@@ -112,10 +156,13 @@ Demo()
     cat "$demoFolder/flowsheet-loaded.txt"
     echo
     Say "All $(wc -l <"$demoFolder/flowsheet-direct.bits") rows of results of both equal the in-process ones, bit for bit."
-    ShowLogs
+}
+
+ShowReplays()
+{
     echo
     Say "The recording of the first run, replayed against the package, and against a revision of it"
-    cat "$root/build/logs/demo-replay.log" "$root/build/logs/demo-replay-revised.log"
+    cat "$logFolder/demo-replay.log" "$logFolder/demo-replay-revised.log"
     echo
     Say "The recording alone, without the package, gave both simulators the same results, bit for bit."
 }

@@ -21,7 +21,7 @@ Mutants()
 MutantWorker()
 {
     perl scripts/mutants/run.pl worker "$1" &
-    stepProcess=$!
-    wait "$stepProcess"
-    stepProcess=
+    started[$1]=$!
+    wait "${started[$1]}"
+    unset "started[$1]"
 }

@@ -21,9 +21,7 @@ UseLastingPrefix()
         # Tests run in parallel, and what Wine starts outlives them: it must not keep the lock.
         flock 9
         [ "$(cat "$WINEPREFIX/complete" 2>/dev/null)" = "$version" ] && return
-        if [ "$(cat "$templatePrefix/complete" 2>/dev/null)" != "$version" ]; then
-            ( MakeTemplatePrefix "$version" ) >/dev/null 2>&1 9>&- || return
-        fi
+        ( NeedTemplatePrefix ) >/dev/null 2>&1 9>&- || return
         CopyTemplate && echo "$version" >"$WINEPREFIX/complete"
     } 9>"$wineFolder/ctest.lock"
 }
@@ -42,6 +40,14 @@ CopyTemplate()
         rm "$link"
         mkdir "$link"
     done
+}
+
+# NeedTemplatePrefix: makes the template unless this version of Wine has made it. Changes WINEPREFIX.
+NeedTemplatePrefix()
+{
+    local version
+    version=$(env -u WINEPREFIX wine --version) || return
+    [ "$(cat "$templatePrefix/complete" 2>/dev/null)" = "$version" ] || MakeTemplatePrefix "$version"
 }
 
 MakeTemplatePrefix()

@@ -16,11 +16,9 @@ UsePrefix()
     NeedTool wine
     NeedTool Xvfb
     StartDisplay
-    local version
-    version=$(wine --version)
-    if [ "$(cat "$templatePrefix/complete" 2>/dev/null)" != "$version" ]; then
-        Step wine-template "Making a Wine prefix" MakeTemplatePrefix "$version"
-    fi
+    # It may have been started before.
+    [ -n "${started[wine-template]:-}" ] || Beside wine-template NeedTemplatePrefix
+    Await wine-template "Making a Wine prefix"
     export WINEPREFIX=$wineFolder/$1
     # cmake/run-under-wine.sh looks for this variable.
     export ZELT_WINE_PREFIX=$WINEPREFIX
@@ -50,7 +48,8 @@ inOwnPrefix=()
 
 UseOwnPrefix()
 {
-    cleanUps=(EndStep)
+    cleanUps=(EndSteps)
+    started=()
     trap CleanUp EXIT
     UsePrefix "$1"
     touch "$wineFolder/$1.ready"
