@@ -1,6 +1,9 @@
 #include "core/persistence.h"
 
+#include <algorithm>
 #include <string>
+
+#include "com/failure.h"
 
 namespace zelt {
 
@@ -15,10 +18,49 @@ std::optional<ULONGLONG> BytesMoved::Position() const
     return SUCCEEDED(asked) ? std::optional(position.QuadPart) : std::nullopt;
 }
 
+bool BytesMoved::MoveTo(ULONGLONG position) const
+{
+    LARGE_INTEGER target;
+    target.QuadPart = static_cast<LONGLONG>(position);
+    return SUCCEEDED(CallForeign([&] { return stream->Seek(target, STREAM_SEEK_SET, nullptr); }));
+}
+
+std::optional<std::string> BytesMoved::BytesUntil(ULONGLONG end) const
+{
+    const ErrorInfoKeeper keeper;
+    if (!MoveTo(*start)) return {};
+    std::string bytes;
+    const HRESULT read = com::NoThrow([&] {
+        bytes.resize(static_cast<std::size_t>(end - *start));
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            constexpr std::size_t kPortion = 1 << 20;
+            const auto count = static_cast<ULONG>(std::min(bytes.size() - done, kPortion));
+            ULONG got = 0;
+            const HRESULT result = CallForeign([&] { return stream->Read(bytes.data() + done, count, &got); });
+            if (FAILED(result)) return result;
+            if (got == 0 || got > count) return E_FAIL;
+            done += got;
+        }
+        return S_OK;
+    });
+    if (!MoveTo(end) || FAILED(read)) return {};
+    return bytes;
+}
+
 HRESULT BytesMoved::Prepare(LoggedCall& call)
 {
-    if (call.Document()) start = Position();
+    document = call.Document();
+    if (document) start = Position();
     return S_OK;
+}
+
+void BytesMoved::Release()
+{
+    if (!start || !document->Recorder()) return;
+    const std::optional<ULONGLONG> end = Position();
+    if (!end || *end < *start) return;
+    if (std::optional<std::string> bytes = BytesUntil(*end)) document->NoteStream(*std::move(bytes));
 }
 
 void BytesMoved::Finish(LoggedCall& call, HRESULT&) const

@@ -6,23 +6,32 @@
 #include <objidl.h>
 #include <ocidl.h>
 
+#include <optional>
+#include <string>
+
 #include "core/logged_interface.h"
 
 namespace zelt {
 
-// Says how far the forwarded call has moved in the stream. Silent when the stream does not give its position.
+// Says how far the forwarded call has moved in the stream, and gives a recording what is between. Silent when the stream does not
+// give its position.
 class BytesMoved : public Mark, public NoSteps {
 public:
     using FinishOnlyLogs = void;
     BytesMoved(IStream* stream, Sentence sentence) : stream(stream), sentence(sentence) {}
     [[nodiscard]] HRESULT Prepare(LoggedCall& call);
     void Finish(LoggedCall& call, HRESULT& result) const;
+    void Release();
 
 private:
     std::optional<ULONGLONG> Position() const;
+    bool MoveTo(ULONGLONG position) const;
+    // What is in the stream from `start` on, read again; leaves the stream where it was.
+    std::optional<std::string> BytesUntil(ULONGLONG end) const;
 
     IStream* stream;
     Sentence sentence;
+    LogDocument* document = nullptr;  // of the call
     std::optional<ULONGLONG> start;
 };
 

@@ -82,6 +82,11 @@ void LogDocument::RecordQuery(RecordedObject& object, REFIID iid, bool isGranted
     if (Recorder()) recorder->Query(object, iid, isGranted);
 }
 
+void LogDocument::RecordStream(std::string bytes)
+{
+    if (Recorder()) recorder->Stream(std::move(bytes));
+}
+
 LogDocument::~LogDocument() { Close(); }
 
 void LogDocument::LetGo()
@@ -199,7 +204,7 @@ void LogDocument::Close()
     if (recorder) recorder->End();
     WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });
     file.Close();
-    if (!logClosed) return;
+    if (!logClosed || logPath.empty()) return;
     com::Attempt([&] {
         // A copy: a message box may let in the call that gives back the last hold.
         const std::wstring path = logPath;

@@ -46,7 +46,7 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. On closing, `options` says whether to offer the log; it must outlive the document. `startText` is the time
+    // Writes the header. Of a file without a path, nobody hears when it is closed. On closing, `options` says whether to offer the log; it must outlive the document. `startText` is the time
     // that the header gives, now if it is empty.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
                 const LogOptions& options, std::string startText = {});
@@ -107,6 +107,12 @@ public:
         if (recorder) RecordQuery(object, iid, isGranted);
     }
 
+    // For the recording: what the latest call read from its stream, or wrote to it.
+    void NoteStream(std::string bytes)
+    {
+        if (recorder) RecordStream(std::move(bytes));
+    }
+
     // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
@@ -122,6 +128,7 @@ private:
     void RecordSentence(Sentence sentence, HoleTexts holes);
     void RecordEntry();
     void RecordReturn();
+    void RecordStream(std::string bytes);
     void RecordQuery(RecordedObject& object, REFIID iid, bool isGranted);
     void AppendSentence(Sentence sentence, HoleTexts holes, int level = 0);
     void AppendSentence(Sentence sentence, std::initializer_list<std::string_view> holes, int level = 0)

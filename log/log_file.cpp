@@ -24,6 +24,7 @@ FileWriter SetFileWriter(FileWriter writer) { return std::exchange(current, writ
 
 LogFile::LogFile(LogFile&& other) noexcept
     : descriptor(std::exchange(other.descriptor, -1)),
+      writesNothing(std::exchange(other.writesNothing, false)),
       handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)),
       size(other.size),
       folder(std::move(other.folder))
@@ -32,6 +33,7 @@ LogFile::LogFile(LogFile&& other) noexcept
 LogFile& LogFile::operator=(LogFile&& other) noexcept
 {
     std::swap(descriptor, other.descriptor);
+    std::swap(writesNothing, other.writesNothing);
     std::swap(handle, other.handle);
     std::swap(size, other.size);
     std::swap(folder, other.folder);
@@ -57,6 +59,7 @@ int LogFile::Open(const std::wstring& path)
 
 bool LogFile::Write(std::string_view entry)
 {
+    if (writesNothing) return true;
     constexpr std::size_t kMostPerCall = 0x40000000;
     std::size_t done = 0;
     while (done < entry.size()) {
@@ -89,6 +92,7 @@ bool LogFile::HasRoom() const
 
 void LogFile::Close()
 {
+    writesNothing = false;
     if (descriptor < 0) return;
     _close(std::exchange(descriptor, -1));
     handle = INVALID_HANDLE_VALUE;

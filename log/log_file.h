@@ -19,7 +19,10 @@ public:
     // Creates or truncates the file, denying other writers. Returns 0, or the runtime library's errno.
     int Open(const std::wstring& path);
 
-    bool IsOpen() const { return descriptor >= 0; }
+    // Takes the entries, and writes them nowhere.
+    void OpenNothing() { writesNothing = true; }
+
+    bool IsOpen() const { return descriptor >= 0 || writesNothing; }
 
     // Writes an entry whole or not at all: false when it could not be written; the part that the disk took is then cut off again.
     bool Write(std::string_view entry);
@@ -33,6 +36,7 @@ private:
     void CutOff();
 
     int descriptor = -1;
+    bool writesNothing = false;
     HANDLE handle = INVALID_HANDLE_VALUE;  // the descriptor's, borrowed
     LONGLONG size = 0;                     // of the entries that were written whole
     std::wstring folder;

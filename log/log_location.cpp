@@ -61,7 +61,7 @@ std::wstring BaseName(const SYSTEMTIME& time)
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-Outcome AutomaticPath(std::optional<std::wstring>& path)
+Outcome AutomaticPath(const wchar_t* ending, std::optional<std::wstring>& path)
 {
     std::wstring folder;
     if (!AutomaticLogFolder(folder)) {
@@ -70,8 +70,12 @@ Outcome AutomaticPath(std::optional<std::wstring>& path)
     }
     CreateDirectoryW(folder.c_str(), nullptr);
     const std::wstring base = folder + L'\\' + BaseName(current->localTime());
-    path = base + L".zlg";
-    for (int number = 1; Exists(*path); ++number) path = base + L'(' + std::to_wstring(number) + L").zlg";
+    std::wstring name = base;
+    // A log and a recording of one name belong together.
+    for (int number = 1; Exists(name + L".zlg") || Exists(name + L".zlr"); ++number) {
+        name = base + L'(' + std::to_wstring(number) + L')';
+    }
+    path = name + ending;
     return {};
 }
 
@@ -80,10 +84,16 @@ Outcome AutomaticPath(std::optional<std::wstring>& path)
 Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path)
 {
     path.reset();
-    if (options.autoLogLocation) return AutomaticPath(path);
+    if (options.autoLogLocation) return AutomaticPath(L".zlg", path);
     std::wstring chosen;
     if (current->saveDialog(title, chosen)) path = std::move(chosen);
     return {};
+}
+
+Outcome ChooseRecordingPath(std::optional<std::wstring>& path)
+{
+    path.reset();
+    return AutomaticPath(L".zlr", path);
 }
 
 bool AutomaticLogFolder(std::wstring& folder)

@@ -16,6 +16,9 @@ namespace zelt {
 // options are as the caller has loaded them.
 Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path);
 
+// The same for a recording without a log: always a numbered file in that folder.
+Outcome ChooseRecordingPath(std::optional<std::wstring>& path);
+
 // The folder of the logs that are placed automatically, which need not exist yet. False when the desktop has no place.
 bool AutomaticLogFolder(std::wstring& folder);
 

@@ -98,6 +98,9 @@ constexpr OptionRow kRows[] = {
     {LogOption::RecordCalls,        L"RecordCalls",        L"Record calls",
      ReadSwitch<&LogOptions::recordCalls>,        IsOptionalSwitch, WriteSwitch<&LogOptions::recordCalls>,
      SwitchText<&LogOptions::recordCalls>},
+    {LogOption::RecordUnlogged,     L"RecordUnlogged",     L"Record packages without a log",
+     ReadSwitch<&LogOptions::recordUnlogged>,     IsOptionalSwitch, WriteSwitch<&LogOptions::recordUnlogged>,
+     SwitchText<&LogOptions::recordUnlogged>},
 };
 // clang-format on
 

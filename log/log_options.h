@@ -18,6 +18,7 @@ enum class LogOption {
     ForwardManagerEdit,
     QueueCalls,
     RecordCalls,
+    RecordUnlogged,
 };
 // clang-format on
 
@@ -31,6 +32,7 @@ struct LogOptions {
     bool forwardManagerEdit = false;  // Edit of our managers opens that of the managers behind the packages.
     bool queueCalls = false;          // A call that arrives during a call of another client is asked to come again.
     bool recordCalls = false;         // Each log has a recording beside it.
+    bool recordUnlogged = false;      // Packages without a log are recorded.
     RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.

@@ -31,6 +31,19 @@ std::wstring RecordingPath(const std::wstring& log)
     return (hasEnding ? log.substr(0, stem) : log) + L".zlr";
 }
 
+// Null, and an outcome that says what follows from it, when the file cannot be made.
+std::unique_ptr<CallRecorder> MakeRecorder(const std::wstring& path, const wchar_t* otherwise, Outcome& outcome)
+{
+    int error = 0;
+    std::unique_ptr<CallRecorder> recorder = CallRecorder::Make(path, error);
+    if (!recorder) {
+        outcome = Outcome::Failed(
+            L"Failed to open recording \"" + path + L"\" for writing: " + ErrnoText(error) + L"\r\n" + otherwise,
+            L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
+    }
+    return recorder;
+}
+
 }  // namespace
 
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
@@ -49,17 +62,26 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
     }
     std::unique_ptr<CallRecorder> recorder;
     if (options.recordCalls) {
-        const std::wstring recording = RecordingPath(*path);
-        int error = 0;
-        recorder = CallRecorder::Make(recording, error);
-        if (!recorder) {
-            log.outcome = Outcome::Failed(L"Failed to open recording \"" + recording + L"\" for writing: " +
-                                              ErrnoText(error) + L"\r\nCalls will be logged, but not recorded",
-                                          L"Error:", MB_OK | MB_ICONERROR | MB_TOPMOST);
-        }
+        recorder = MakeRecorder(RecordingPath(*path), L"Calls will be logged, but not recorded", log.outcome);
     }
     log.document =
         DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options));
+    log.document.Get()->RecordTo(std::move(recorder), objectType);
+    return log;
+}
+
+OpenedLog OpenRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType)
+{
+    OpenedLog log;
+    std::optional<std::wstring> path;
+    log.outcome = ChooseRecordingPath(path);
+    if (!path) return log;
+    std::unique_ptr<CallRecorder> recorder = MakeRecorder(*path, L"Calls will not be recorded", log.outcome);
+    if (!recorder) return log;
+    LogFile nothing;
+    nothing.OpenNothing();
+    log.document =
+        DocumentHold(new LogDocument(std::move(nothing), Narrow(objectName), objectType, std::wstring(), options));
     log.document.Get()->RecordTo(std::move(recorder), objectType);
     return log;
 }

@@ -22,4 +22,7 @@ struct OpenedLog {
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                   std::string_view objectType);
 
+// The same for an object that is not logged, but recorded: the document has no log.
+OpenedLog OpenRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
+
 }  // namespace zelt

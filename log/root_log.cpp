@@ -13,4 +13,11 @@ DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, con
     return std::move(log.document);
 }
 
+DocumentHold OpenRootRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType)
+{
+    OpenedLog log = OpenRecording(options, objectName, objectType);
+    ShowFailure(log.outcome);
+    return std::move(log.document);
+}
+
 }  // namespace zelt

@@ -11,4 +11,7 @@ namespace zelt {
 DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                          std::string_view objectType);
 
+// As OpenRecording.
+DocumentHold OpenRootRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
+
 }  // namespace zelt

@@ -121,6 +121,8 @@ ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPac
     DocumentHold document;
     if (package.loggingEnabled) {
         document = OpenRootLog(options, package.exportedName, package.exportedName, family.logDescription);
+    } else if (options.recordUnlogged) {
+        document = OpenRootRecording(options, package.exportedName, family.logDescription);
     }
     RecordComponent(
         document.Get(),

@@ -153,6 +153,7 @@ void CallTreeReader::Take(const Record& record)
         owner.result.isExplained = result->isExplained;
         owner.result.name = Keep(result->name, owner.texts);
         owner.result.description = Keep(result->description, owner.texts);
+        if (result->stream) owner.result.stream = Keep(*result->stream, owner.texts);
         open.pop_back();
     }
 }

@@ -96,6 +96,7 @@ enum class ResultTag : protozero::pbf_tag_type {
     Name = 4,
     Description = 5,
     Detail = 6,
+    Stream = 7,
 };
 
 // What a recording is of: a kind of package (the numbers are those of the list of packages), or a unit operation.

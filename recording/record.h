@@ -98,6 +98,7 @@ struct ResultRecord {
     bool isExplained = false;  // name and description are those of a failure
     std::string_view name, description;
     std::optional<SentenceRecord> detail;
+    std::optional<std::string_view> stream;  // what the call read from its stream, or wrote to it
 };
 
 struct EndRecord {};

@@ -281,6 +281,7 @@ ResultRecord ReadResult(pbf_reader fields, const Tables& tables)
                 break;
             case Bytes(ResultTag::Description): result.description = View(fields.get_view()); break;
             case Bytes(ResultTag::Detail): result.detail = ReadSentence(fields.get_message(), tables); break;
+            case Bytes(ResultTag::Stream): result.stream = View(fields.get_view()); break;
             default: fields.skip();
         }
     }

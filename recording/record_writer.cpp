@@ -107,7 +107,8 @@ void RecordWriter::BeginCall(std::string_view member, std::string_view object, s
     open.push_back(now);
 }
 
-void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure)
+void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
+                           std::optional<std::string_view> stream)
 {
     message.clear();
     protozero::pbf_builder<ResultTag> fields(message);
@@ -126,6 +127,7 @@ void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_
             fields.add_message(ResultTag::Detail, detail);
         }
     }
+    if (stream) fields.add_bytes(ResultTag::Stream, stream->data(), stream->size());
     AppendBytes(RecordTag::Result, message);
     lastTime = now;
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -128,7 +129,9 @@ public:
     // Times are ticks of one clock, whose frequency the header gives. `number` is that of the object, 0 for none.
     void BeginCall(std::string_view member, std::string_view object, std::uint32_t number, bool isOutward,
                    std::uint64_t now);
-    void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure);
+    // `stream` is what the call read from its stream, or wrote to it.
+    void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
+                 std::optional<std::string_view> stream = {});
     void Say(const SentenceParts& sentence);
     // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
     template <class Body>

@@ -4,14 +4,26 @@
 #include <windows.h>
 #include <unknwn.h>
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace zelt::replay {
 
 bool IsPersistence(std::string_view member);
 
-// Makes the call, with a stream in memory where the recorded one had the simulator's. Throws Unplayable for Load: a recording does
-// not have the data.
-HRESULT CallPersistence(std::string_view member, IUnknown* object);
+// What is in the stream of a call.
+struct SavedState {
+    bool clearsDirty = false;  // as Save was asked to
+    std::optional<std::string_view> recorded;
+    std::optional<std::string> saved;  // this time, by Save
+};
+
+// Makes the call, with a stream in memory where the recorded one had the simulator's. Throws Unplayable for a Load without recorded
+// data.
+HRESULT CallPersistence(std::string_view member, IUnknown* object, SavedState& state);
+
+// What the user reads of two states that differ; nothing when they do not, or when one of them is not known.
+std::optional<std::string> Difference(const SavedState& state);
 
 }  // namespace zelt::replay

@@ -26,6 +26,13 @@ constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
 
 std::string StatusText(HRESULT status) { return HRName(status); }
 
+bool ClearsDirty(const KeptCall& call)
+{
+    return std::any_of(call.arguments.begin(), call.arguments.end(), [](const ArgumentRecord& argument) {
+        return argument.name == "fClearDirty" && argument.value.integer != 0;
+    });
+}
+
 // A recorded call has no outputs to give, so that a call with other inputs can be taken for it.
 bool OnlyTells(const com::DualMethod& method)
 {
@@ -81,7 +88,9 @@ void Session::PerformOn(const KeptCall& call, IUnknown* object)
     Active here(*this, call, false);
     try {
         if (IsPersistence(call.call.member)) {
-            result = CallComponent(call, [&] { return CallPersistence(call.call.member, object); });
+            SavedState state = {ClearsDirty(call), call.result.stream, {}};
+            result = CallComponent(call, [&] { return CallPersistence(call.call.member, object, state); });
+            if (const auto difference = Difference(state)) Say(call, *difference);
         } else if (const NamedMethod method = names.Find(call.call.member, call.object, queries)) {
             result = Call(call, method, object);
         } else {
@@ -198,7 +207,10 @@ HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, 
         }
     }
     const auto status = static_cast<HRESULT>(recorded->result.status);
-    if (FAILED(status)) return status;
+    if (FAILED(status)) {
+        SetErrorText(Widen(std::string(recorded->result.description)));
+        return status;
+    }
     const HRESULT given = GiveOutputs(method, *recorded, words, *this);
     return FAILED(given) ? given : status;
 }

@@ -37,6 +37,15 @@ private:
     ComPtr<CStreamImpl> stream;
 };
 
+// Of the stream, only the wrapped object's own part.
+void NoteForRecording(LoggedCall& call, const void* data, std::uint32_t length)
+{
+    LogDocument* const log = call.Document();
+    if (log && log->Recorder()) {
+        com::Attempt([&] { log->NoteStream(std::string(static_cast<const char*>(data), length)); });
+    }
+}
+
 }  // namespace
 
 PersistentObject::PersistentObject(const ProxyTraits& traits, REFCLSID ownClass)
@@ -232,6 +241,7 @@ HRESULT PersistentObject::Save(LoggedCall& call, IStream* target, BOOL clearDirt
     const HRESULT saved = SaveObject(call, memory->Stream(), clearDirty);
     if (FAILED(saved)) return saved;
     const std::uint32_t length = memory->UsedLength();
+    NoteForRecording(call, memory->Data(), length);
     if (WriteAll(target, &objectClass, sizeof objectClass) && WriteAll(target, &length, sizeof length) &&
         WriteAll(target, memory->Data(), length)) {
         return S_OK;
@@ -266,6 +276,7 @@ HRESULT PersistentObject::Load(LoggedCall& call, IStream* source)
     if (!ReadAll(source, &length, sizeof length)) return readError();
     if (!memory->Allocate(length)) return E_OUTOFMEMORY;
     if (!ReadAll(source, memory->Data(), length)) return readError();
+    NoteForRecording(call, memory->Data(), length);
 
     if (Wrapped()) GiveUpObject();
     const HRESULT made = MakeObject(call);

@@ -32,6 +32,7 @@ constexpr Option kOptionsOptions[] = {
     {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
     {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to come again"},
     {"--record",        "on|off", "each log gets a recording of its calls beside it"},
+    {"--record-all",    "on|off", "packages without a log are recorded"},
     kWidthOption,
     kJson,
 };

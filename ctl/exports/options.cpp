@@ -37,6 +37,7 @@ constexpr SwitchRow kFurtherSwitches[] = {
     {"forward-edit",  "forwardManagerEdit", &LogOptions::forwardManagerEdit, LogOption::ForwardManagerEdit},
     {"queue",         "queueCalls",         &LogOptions::queueCalls,         LogOption::QueueCalls},
     {"record",        "recordCalls",        &LogOptions::recordCalls,        LogOption::RecordCalls},
+    {"record-all",    "recordUnlogged",     &LogOptions::recordUnlogged,     LogOption::RecordUnlogged},
 };
 // clang-format on
 

@@ -106,12 +106,17 @@ void CallRecorder::LeaveObject() noexcept
     if (!open.empty()) open.back().inside += Now() - open.back().entered;
 }
 
+void CallRecorder::Stream(std::string bytes) noexcept
+{
+    if (!open.empty()) open.back().stream = std::move(bytes);
+}
+
 void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept
 {
     com::Attempt([&] {
-        std::uint64_t inside = 0;
+        OpenCall ended;
         if (!open.empty()) {
-            inside = open.back().inside;
+            ended = std::move(open.back());
             open.pop_back();
         }
         recording::Failure why = {};
@@ -124,7 +129,8 @@ void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const Fai
             more = {RowOf(detail->sentence).text, holes};
             why.detail = &more;
         }
-        records.EndCall(static_cast<std::uint32_t>(result), Now(), inside, failure ? &why : nullptr);
+        records.EndCall(static_cast<std::uint32_t>(result), Now(), ended.inside, failure ? &why : nullptr,
+                        ended.stream);
         records.Flush();
     });
 }

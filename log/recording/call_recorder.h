@@ -8,6 +8,7 @@
 #include <oaidl.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,8 @@ public:
     // Around the time in the called object.
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
+    // What the call read from its stream, or wrote to it.
+    void Stream(std::string bytes) noexcept;
     void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept;
     void Say(Sentence sentence, HoleTexts holes) noexcept;
     // `body(recording::ValueWriter&)` writes the value, which may be another's memory; what cannot be read is recorded as such,
@@ -71,7 +74,8 @@ private:
     std::uint32_t NumberOf(RecordedObject& object);
 
     struct OpenCall {
-        std::uint64_t entered, inside;
+        std::uint64_t entered = 0, inside = 0;
+        std::optional<std::string> stream = {};
     };
 
     LogFile file;

@@ -9,9 +9,10 @@ namespace zelt::test {
 
 inline void Store(const LogOptions& options)
 {
-    for (const LogOption option : {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit,
-                                   LogOption::LoadAfterInitNew, LogOption::HandBackOriginals, LogOption::KeepManager,
-                                   LogOption::ForwardManagerEdit, LogOption::QueueCalls, LogOption::RecordCalls}) {
+    for (const LogOption option :
+         {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit, LogOption::LoadAfterInitNew,
+          LogOption::HandBackOriginals, LogOption::KeepManager, LogOption::ForwardManagerEdit, LogOption::QueueCalls,
+          LogOption::RecordCalls, LogOption::RecordUnlogged}) {
         if (!options.Save(option)) throw std::runtime_error("cannot store the options");
     }
 }

@@ -111,6 +111,8 @@ TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
         EXPECT_NE("", Bits(loaded.output));
         EXPECT_EQ(Bits(saved.output), Bits(loaded.output));
     }
+    ASSERT_TRUE(WaitUntilGone(kServerFile));
+    for (const fs::path& recording : Recorded()) ExpectReplayed(recording);
 }
 
 }  // namespace

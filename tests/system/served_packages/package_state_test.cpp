@@ -131,6 +131,7 @@ TEST_P(PackageState, IsSavedAndLoadedByAnotherProcessAsWithoutZelt)
     ASSERT_NE(std::string::npos, at) << log;
     EXPECT_LT(at, initialize);
     EXPECT_LT(log.find("<info value=\"Bytes read: " + length + "\"/>", at), initialize) << log;
+    for (const std::filesystem::path& recording : Recorded()) ExpectReplayed(recording);
 }
 
 TEST_P(PackageState, IsTheSameWithoutALog)

@@ -6,6 +6,7 @@
 
 #include "samples/units/classes.h"
 #include "system/edition.h"
+#include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
@@ -62,11 +63,7 @@ protected:
     }
     void ExpectNoDifference(const std::wstring& command, const std::wstring& options = {}) const
     {
-        for (const fs::path& recording : Record(command)) {
-            const SimulatorResult replay = ReplayOf(recording, options);
-            EXPECT_EQ(0u, replay.exitCode) << replay.output;
-            EXPECT_TRUE(replay.output.ends_with(" answered: no difference\n")) << replay.output;
-        }
+        for (const fs::path& recording : Record(command)) ExpectReplayed(recording, options);
     }
 };
 
@@ -77,6 +74,20 @@ TEST_P(Recordings, OfAPackageOf11AreReplayedToTheBit)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     ExpectNoDifference(SimulatorCommand(GetParam(), L"Aromatics"));
+}
+
+// The recording's log is the one that the package would have had.
+TEST_P(Recordings, OfAPackageWithoutALogAreWhole)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics", false}});
+    ASSERT_EQ(0u, RunTool(L"options --record off --record-all on").exitCode);
+    EXPECT_EQ(0u, RunSimulator(SimulatorCommand(GetParam(), L"Aromatics")).exitCode);
+    EXPECT_TRUE(WaitUntilGone(kServerFile));
+    EXPECT_TRUE(Logs().empty());
+    const std::vector<fs::path> recordings = Recorded();
+    ASSERT_EQ(1u, recordings.size());
+    EXPECT_EQ("", MatchGolden("sample_simulator_11.zlg", Comparable(RenderedLog(recordings.front()))));
+    ExpectReplayed(recordings.front());
 }
 
 TEST_P(Recordings, OfAPackageOf10AreReplayedToTheBit)

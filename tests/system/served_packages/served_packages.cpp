@@ -170,12 +170,15 @@ std::vector<fs::path> ServedPackages::NewFiles() const
     return files;
 }
 
-std::vector<fs::path> ServedPackages::Logs() const
+std::vector<fs::path> ServedPackages::NewFiles(const char* ending) const
 {
-    std::vector<fs::path> logs = NewFiles();
-    std::erase_if(logs, [](const fs::path& file) { return file.extension() != ".zlg"; });
-    return logs;
+    std::vector<fs::path> files = NewFiles();
+    std::erase_if(files, [ending](const fs::path& file) { return file.extension() != ending; });
+    return files;
 }
+
+std::vector<fs::path> ServedPackages::Logs() const { return NewFiles(".zlg"); }
+std::vector<fs::path> ServedPackages::Recorded() const { return NewFiles(".zlr"); }
 
 fs::path ServedPackages::RecordingOf(fs::path log) { return log.replace_extension(".zlr"); }
 

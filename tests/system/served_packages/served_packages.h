@@ -70,6 +70,8 @@ protected:
     // The text of the only log.
     std::string OnlyLog() const;
     static std::string ReadLog(const std::filesystem::path& path);
+    // The recordings made since the test began.
+    std::vector<std::filesystem::path> Recorded() const;
     // All logs have recordings, and at the end of a test each is rendered and compared with its log.
     static std::filesystem::path RecordingOf(std::filesystem::path log);
     static std::string RenderedLog(const std::filesystem::path& recording);
@@ -90,6 +92,7 @@ protected:
 private:
     static std::filesystem::path LogFolder();
     std::vector<std::filesystem::path> NewFiles() const;
+    std::vector<std::filesystem::path> NewFiles(const char* ending) const;
     static std::set<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
 
     std::optional<KeyTree> settings;

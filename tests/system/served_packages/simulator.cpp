@@ -1,5 +1,7 @@
 #include "tests/system/served_packages/simulator.h"
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 
 #include "system/narrow.h"
@@ -98,6 +100,13 @@ SimulatorResult SimulatorInMidCall::Continue()
     SetEvent(go);
     const DWORD exitCode = process.Wait(kTimeToRun).value_or(kNotEnded);
     return {exitCode, output.Text()};
+}
+
+void ExpectReplayed(const std::filesystem::path& recording, const std::wstring& options)
+{
+    const SimulatorResult replay = RunTool(L"recording replay \"" + recording.wstring() + L"\" " + options);
+    EXPECT_EQ(0u, replay.exitCode) << replay.output;
+    EXPECT_TRUE(replay.output.ends_with(" answered: no difference\n")) << recording << '\n' << replay.output;
 }
 
 }  // namespace zelt::test

@@ -42,6 +42,8 @@ struct SimulatorResult {
 SimulatorResult RunSimulator(const std::wstring& commandLine);
 // The same for zeltctl of this width, with a command line behind its name.
 SimulatorResult RunTool(const std::wstring& words);
+// zeltctl finds no difference when it makes the calls of a recording again.
+void ExpectReplayed(const std::filesystem::path& recording, const std::wstring& options = {});
 
 // How the output begins when the packages are those of our manager.
 std::string ManagerLine();

@@ -121,6 +121,19 @@ TEST_F(LogLocation, TakesTheFirstFreeNumber)
     EXPECT_EQ((Folder() / (Stem() + L"(1).zlg")).wstring(), path);
 }
 
+TEST_F(LogLocation, LeavesTheNamesOfRecordingsToTheirLogs)
+{
+    StoreAutomatic(true);
+    fs::create_directories(Folder());
+    Touch(Folder() / (Stem() + L".zlr"));
+    ASSERT_TRUE(Choose());
+    EXPECT_EQ((Folder() / (Stem() + L"(1).zlg")).wstring(), path);
+    Touch(path);
+    std::optional<std::wstring> recording;
+    EXPECT_TRUE(zelt::ChooseRecordingPath(recording));
+    EXPECT_EQ((Folder() / (Stem() + L"(2).zlr")).wstring(), recording);
+}
+
 TEST_F(LogLocation, MakesTheFolderAndNoFile)
 {
     StoreAutomatic(true);

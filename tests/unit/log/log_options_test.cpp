@@ -38,6 +38,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.forwardManagerEdit);
     EXPECT_FALSE(options.queueCalls);
     EXPECT_FALSE(options.recordCalls);
+    EXPECT_FALSE(options.recordUnlogged);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -48,7 +49,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
     saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
-    saved.queueCalls = saved.recordCalls = true;
+    saved.queueCalls = saved.recordCalls = saved.recordUnlogged = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
     EXPECT_TRUE(loaded.loadAfterInitNew);
@@ -57,6 +58,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     EXPECT_TRUE(loaded.forwardManagerEdit);
     EXPECT_TRUE(loaded.queueCalls);
     EXPECT_TRUE(loaded.recordCalls);
+    EXPECT_TRUE(loaded.recordUnlogged);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -194,6 +196,7 @@ TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", &LogOptions::forwardManagerEdit},
         {LogOption::QueueCalls, L"QueueCalls", &LogOptions::queueCalls},
         {LogOption::RecordCalls, L"RecordCalls", &LogOptions::recordCalls},
+        {LogOption::RecordUnlogged, L"RecordUnlogged", &LogOptions::recordUnlogged},
     };
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
@@ -230,6 +233,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::ForwardManagerEdit, L"ForwardManagerEdit", L"Forward Edit of a manager"},
         {LogOption::QueueCalls, L"QueueCalls", L"Queue calls of other clients"},
         {LogOption::RecordCalls, L"RecordCalls", L"Record calls"},
+        {LogOption::RecordUnlogged, L"RecordUnlogged", L"Record packages without a log"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "log/log_location.h"
+#include "log/recording/call_recorder.h"
 #include "tests/system/harness/scratch_registry.h"
 #include "tests/unit/support/recorded_messages.h"
 
@@ -67,6 +70,40 @@ TEST_F(RootLog, OfARegistryOutOfReachAsksForThePlaceAfterSayingSo)
     EXPECT_TRUE(messages.All()[1].text.ends_with(L"\r\nLogging will not be enabled"));
     EXPECT_EQ(L"Error:", messages.All()[1].caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[1].flags);
+}
+
+TEST_F(RootLog, OfAPackageThatIsOnlyRecordedHasNoLog)
+{
+    static std::wstring folder;
+    static const LogSurroundings surroundings = {[] { return SYSTEMTIME{2012, 3, 1, 5, 14, 7, 59, 999}; },
+                                                 [](std::wstring& desktop) {
+                                                     desktop = folder;
+                                                     return true;
+                                                 },
+                                                 [](const std::wstring&, std::wstring&) { return false; }};
+    const std::filesystem::path place = std::filesystem::temp_directory_path() / L"zelt only recorded";
+    std::filesystem::create_directories(place);
+    folder = place.wstring();
+    SetLogSurroundings(&surroundings);
+    {
+        const DocumentHold document = OpenRootRecording(options, L"Name", "kind");
+        ASSERT_NE(nullptr, document.Get());
+        EXPECT_NE(nullptr, document.Get()->Recorder());
+        document.Get()->Write(Sentence::RemedyByInitNew);
+        EXPECT_EQ(0, document.Get()->Missing());
+    }
+    std::vector<std::filesystem::path> files;
+    for (const auto& file : std::filesystem::recursive_directory_iterator(place)) {
+        if (file.is_regular_file()) files.push_back(file.path().extension());
+    }
+    EXPECT_EQ(std::vector<std::filesystem::path>{L".zlr"}, files);
+    // A folder that cannot be made: no file in it either.
+    folder = L"?:\\no such place";
+    EXPECT_EQ(nullptr, OpenRootRecording(options, L"Name", "kind").Get());
+    ASSERT_EQ(1u, messages.All().size());
+    EXPECT_EQ(0u, messages.All()[0].text.find(L"Failed to open recording \"?:\\no such place\\ZELT logs\\log-"));
+    EXPECT_TRUE(messages.All()[0].text.ends_with(L"\r\nCalls will not be recorded"));
+    std::filesystem::remove_all(place);
 }
 
 TEST_F(RootLog, DeclinedIsNoLogAndNoMessage)
