@@ -19,6 +19,7 @@
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/manager_host.h"
 #include "ctl/recording/windows_recording_commands.h"
+#include "ctl/report/report_command.h"
 #else
 #include <unistd.h>
 #endif
@@ -59,6 +60,7 @@ int RunCommands(const std::vector<std::string>& words)
 #ifdef _WIN32
     add(WindowsRecordingCommands());
     add(DoctorCommands());
+    add(ReportCommands());
 #endif
     return Run(commands, words, streams);
 }

@@ -8,6 +8,7 @@
 #define kMainDialog 102
 #define kAddPackageDialog 105
 #define kAboutDialog 107
+#define kReportDialog 108
 #define kSelectDialog 124
 
 #define kIconApplication 201
@@ -26,6 +27,10 @@
 #define kComponentList 307
 #define kProductText 308
 #define kOpenOtherEdition 309
+#define kReportList 310
+#define kReportStatus 311
+#define kReportLogs 312
+#define kReportOpen 313
 
 // An item of the system menu: below 0xF000, and its low four bits are the system's own.
 #define kCommandSystemAbout 16
@@ -41,6 +46,7 @@
 #define kCommandHelp 908
 #define kCommandAbout 909
 #define kCommandRecordCalls 910
+#define kCommandReport 911
 #define kCommandFirstUnitOperation 212
 #define kCommandUnknownUnitOperation 812
 

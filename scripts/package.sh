@@ -50,6 +50,7 @@ StageFiles()
     StageText CHANGELOG.md "$1/CHANGELOG.txt"
     StageText "$libxml2Folder/Copyright" "$1/licences/libxml2.txt"
     StageText /usr/share/doc/libprotozero-dev/copyright "$1/licences/protozero.txt"
+    StageText /usr/share/doc/libz-mingw-w64-dev/copyright "$1/licences/zlib.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
     # Folders of the guide without pictures would be empty.

@@ -10,6 +10,8 @@ build | binutils-mingw-w64          | linker and resource compiler
 build | cmake                       | build and test driver
 build | ninja-build                 | build driver
 build | libprotozero-dev            | encoder and decoder of recordings
+build | libz-mingw-w64-dev          | compression of reports, for Windows
+build | zlib1g-dev                  | the same for this system
 build | googletest                  | sources of the test framework
 build | dpkg-dev                    | unpacks the source package of libxml2
 build | cmark-gfm                   | turns the user guide into the pages of the help

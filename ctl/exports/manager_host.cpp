@@ -18,6 +18,7 @@
 #include "registration/registrar.h"
 #include "system/file_presence.h"
 #include "system/guid_text.h"
+#include "system/handle_inheritance.h"
 #include "system/owners.h"
 
 namespace zelt::ctl {
@@ -36,43 +37,6 @@ std::wstring Tool(const Edition& edition)
 }
 
 ToolPath toolPath = Tool;
-
-struct Pipe {
-    UniqueHandle reader, writer;
-};
-
-// The writing end can be handed to a child.
-Pipe MakePipe()
-{
-    HANDLE reader = nullptr, writer = nullptr;
-    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    if (!CreatePipe(&reader, &writer, &inherited, 0)) return {};
-    SetHandleInformation(reader, HANDLE_FLAG_INHERIT, 0);
-    return {UniqueHandle(reader), UniqueHandle(writer)};
-}
-
-// The one handle that a child inherits.
-class Inheritance {
-public:
-    explicit Inheritance(HANDLE handle) : handle(handle)
-    {
-        SIZE_T size = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        room.resize(size);
-        if (!InitializeProcThreadAttributeList(List(), 1, 0, &size)) throw std::bad_alloc();
-        UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, &this->handle, sizeof this->handle,
-                                  nullptr, nullptr);
-    }
-    ~Inheritance() { DeleteProcThreadAttributeList(List()); }
-    Inheritance(const Inheritance&) = delete;
-    Inheritance& operator=(const Inheritance&) = delete;
-
-    LPPROC_THREAD_ATTRIBUTE_LIST List() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(room.data()); }
-
-private:
-    HANDLE handle;
-    std::vector<std::byte> room;
-};
 
 // Its processes end with this one, also when the user interrupts it.
 UniqueHandle MakeJob()
@@ -112,11 +76,11 @@ struct Answer {
 
 Answer RunTool(const std::wstring& program, std::wstring commandLine)
 {
-    Pipe pipe = MakePipe();
+    Pipe pipe = MakePipe(PipeEnd::Writer);
     const UniqueHandle job = MakeJob();
     // Handles have the same number in programs of both widths.
     commandLine += L' ' + std::to_wstring(reinterpret_cast<std::uintptr_t>(pipe.writer.get()));
-    Inheritance inheritance(pipe.writer.get());
+    Inheritance inheritance({pipe.writer.get()});
     STARTUPINFOEXW startup = {};
     startup.StartupInfo.cb = sizeof startup;
     startup.lpAttributeList = inheritance.List();

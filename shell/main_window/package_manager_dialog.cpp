@@ -6,12 +6,14 @@
 #include <memory>
 #include <utility>
 
+#include "com/type_info.h"
 #include "system/message_box.h"
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
 #include "packages/export_name.h"
 #include "shell/main_window/about_dialog.h"
 #include "shell/main_window/help.h"
+#include "shell/main_window/report_dialog.h"
 #include "shell/main_window/unit_operation_menu.h"
 #include "shell/module.h"
 #include "shell/user_interface.h"
@@ -126,6 +128,7 @@ bool CPackageManagerDlg::OnCommand(int id, int)
         case kCommandAskUser: ChooseUnitOperation(CLSID_NULL); return true;
         case kCommandHelp: OpenHelp(Window()); return true;
         case kCommandAbout: CAboutDlg().Run(Window()); return true;
+        case kCommandReport: ReportProblem(); return true;
     }
     if (id < kCommandFirstUnitOperation || id > kCommandUnknownUnitOperation) return false;
     if (const auto classId = UnitOperationOf(id, UnitOperationChoices())) ChooseUnitOperation(*classId);
@@ -237,6 +240,8 @@ void CPackageManagerDlg::ViewLog()
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (GetOpenFileNameW(&dialog)) kUserInterface.showLogViewer(path);
 }
+
+void CPackageManagerDlg::ReportProblem() { CReportDlg(com::BesideThisModule(kThisEdition.tool)).Run(Window()); }
 
 void CPackageManagerDlg::ToggleOption(LogOption option, bool LogOptions::*field)
 {

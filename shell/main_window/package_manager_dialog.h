@@ -39,6 +39,7 @@ private:
     void ToggleLogging();
     void TakeCheck(const PackageListView::CheckChange& change);
     void ViewLog();
+    void ReportProblem();
     void ToggleOption(LogOption option, bool LogOptions::*field);
     void ChooseUnitOperation(REFCLSID classId);
     // Shows the user what went wrong with the search, the first time only.

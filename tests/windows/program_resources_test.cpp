@@ -67,7 +67,7 @@ TEST_F(ProgramResources, HaveTheirNumbers)
     using Numbers = std::vector<int>;
     EXPECT_EQ(Numbers({101, 104, 109, 116, 135}), this->Numbers(L"REGISTRY"));
     EXPECT_EQ(Numbers({1, 2, 3}), this->Numbers(L"TYPELIB"));
-    EXPECT_EQ(Numbers({102, 105, 107, 111, 112, 113, 124}), this->Numbers(Predefined(RT_DIALOG)));
+    EXPECT_EQ(Numbers({102, 105, 107, 108, 111, 112, 113, 124}), this->Numbers(Predefined(RT_DIALOG)));
     EXPECT_EQ(Numbers({203, 204}), this->Numbers(Predefined(RT_MENU)));
     EXPECT_EQ(Numbers({205}), this->Numbers(Predefined(RT_ACCELERATOR)));
     EXPECT_EQ(Numbers({202}), this->Numbers(Predefined(RT_BITMAP)));
@@ -133,7 +133,8 @@ TEST_F(ProgramResources, TheMainWindow)
         L" 910 &Record calls\n"
         L"&Help\n"
         L" 908 &Help\n"
-        L" 909 &About\n",
+        L" 909 &About\n"
+        L" 911 &Report a problem...\n",
         Menu(203));
 }
 
@@ -159,6 +160,15 @@ TEST_F(ProgramResources, TheDialogsOfTheMainWindow)
         L"text -1 \"Copyright the ZELT developers\"\n"
         L"default button 1 \"OK\"\n",
         DialogText(module, 107));
+    EXPECT_EQ(
+        L"\"Report a problem:\" font Segoe UI\n"
+        L"text 311 \"\"\n"
+        L"syslistview32 310 \"Texts of the report\"\n"
+        L"button 312 \"&Logs...\"\n"
+        L"button 313 \"&Show text\"\n"
+        L"default button 1 \"&Write...\"\n"
+        L"button 2 \"Cancel\"\n",
+        DialogText(module, 108));
     EXPECT_EQ(
         L"\"\" font MS Sans Serif\n"
         L"text -1 \"Unit operations\"\n"

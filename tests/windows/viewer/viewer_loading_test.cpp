@@ -154,7 +154,8 @@ TEST(MainWindowResources, HoldTheMenu)
         L" &Record calls\n"
         L"&Help\n"
         L" &Help\n"
-        L" &About\n",
+        L" &About\n"
+        L" &Report a problem...\n",
         items);
     DestroyMenu(menu);
     FreeLibrary(module);

@@ -1,0 +1,12 @@
+// report: the command for this computer. Only for Windows.
+#pragma once
+
+#include <span>
+
+#include "ctl/command.h"
+
+namespace zelt::ctl {
+
+std::span<const Command> ReportCommands();
+
+}  // namespace zelt::ctl

@@ -1,0 +1,45 @@
+// Help > Report a problem: shows what zeltctl report would write, with the logs that the user adds, and lets the user read the texts
+// and choose the file. Nothing is sent. The texts are gone when the dialog is.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "shell/main_window/report_process.h"
+#include "system/dialog.h"
+
+namespace zelt {
+
+class CReportDlg final : public Dialog {
+public:
+    // `tool` is zeltctl.
+    explicit CReportDlg(std::wstring tool) : tool(std::move(tool)) {}
+    ~CReportDlg() override;
+    void Run(HWND owner);
+
+private:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    bool OnNotify(const NMHDR& header, LRESULT& answer) override;
+    bool OnOther(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    void Prepare();
+    void Look();
+    void ShowParts();
+    void Enable(bool isReady);
+    void AddLogs();
+    void OpenText();
+    void Write();
+    void KeepReport();
+    void Fail(const std::wstring& reason);
+
+    const std::wstring tool;
+    std::vector<std::wstring> logs;
+    std::wstring written;  // by zeltctl, in the folder for temporary files
+    std::wstring chosen;   // by the user; empty until then
+    std::optional<ReportProcess> process;
+    bool isShown = false;  // what the report contains
+};
+
+}  // namespace zelt

@@ -1,0 +1,57 @@
+// Handles that a child process is given, and no others: which of a process's handles children inherit is otherwise up to whoever
+// made them.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "system/owners.h"
+
+namespace zelt {
+
+// The ends of a pipe; null when it cannot be made.
+struct Pipe {
+    UniqueHandle reader, writer;
+};
+
+enum class PipeEnd { Reader, Writer };
+
+// The child's end can be inherited.
+inline Pipe MakePipe(PipeEnd childs)
+{
+    HANDLE reader = nullptr, writer = nullptr;
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    if (!CreatePipe(&reader, &writer, &inherited, 0)) return {};
+    SetHandleInformation(childs == PipeEnd::Reader ? writer : reader, HANDLE_FLAG_INHERIT, 0);
+    return {UniqueHandle(reader), UniqueHandle(writer)};
+}
+
+// For the start of one child, with EXTENDED_STARTUPINFO_PRESENT.
+class Inheritance {
+public:
+    // Each of the handles can be inherited.
+    explicit Inheritance(std::vector<HANDLE> handles) : handles(std::move(handles))
+    {
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        room.resize(size);
+        if (!InitializeProcThreadAttributeList(List(), 1, 0, &size)) throw std::bad_alloc();
+        UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, this->handles.data(),
+                                  this->handles.size() * sizeof(HANDLE), nullptr, nullptr);
+    }
+    ~Inheritance() { DeleteProcThreadAttributeList(List()); }
+    Inheritance(const Inheritance&) = delete;
+    Inheritance& operator=(const Inheritance&) = delete;
+
+    LPPROC_THREAD_ATTRIBUTE_LIST List() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(room.data()); }
+
+private:
+    std::vector<HANDLE> handles;
+    std::vector<std::byte> room;
+};
+
+}  // namespace zelt
