@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "system/foreground.h"
 #include "system/known_folder.h"
 
 namespace zelt {
@@ -20,11 +21,21 @@ SYSTEMTIME LocalTime()
 
 bool DesktopFolder(std::wstring& folder) { return SUCCEEDED(KnownFolder(FOLDERID_Desktop, KF_FLAG_DEFAULT, folder)); }
 
-// Otherwise the simulator's window would hide a dialog that belongs to another process.
-UINT_PTR CALLBACK PutTopmost(HWND page, UINT message, WPARAM, LPARAM parameter)
+constexpr UINT_PTR kFrontTimer = 1;
+constexpr UINT kFrontInterval = 50;  // milliseconds
+
+// Otherwise the simulator's window would hide a dialog that belongs to another process. The dialog is put in front before it is
+// shown, and gets the keyboard soon after.
+UINT_PTR CALLBACK PutInFront(HWND page, UINT message, WPARAM wParam, LPARAM parameter)
 {
+    const HWND dialog = GetParent(page);
     if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(parameter)->code == CDN_INITDONE) {
-        SetWindowPos(GetParent(page), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+        SetWindowPos(dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+        SetTimer(page, kFrontTimer, kFrontInterval, nullptr);
+    }
+    if (message == WM_TIMER && wParam == kFrontTimer && IsWindowVisible(dialog)) {
+        KillTimer(page, kFrontTimer);
+        BringToFront(dialog);
     }
     return 0;
 }
@@ -40,7 +51,7 @@ bool SaveDialog(const std::wstring& title, std::wstring& path)
     dialog.lpstrTitle = title.c_str();
     dialog.lpstrDefExt = L"zlg";
     dialog.Flags = OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_ENABLEHOOK;
-    dialog.lpfnHook = PutTopmost;
+    dialog.lpfnHook = PutInFront;
     if (!GetSaveFileNameW(&dialog)) return false;
     path = buffer;
     return true;

@@ -101,6 +101,9 @@ constexpr OptionRow kRows[] = {
     {LogOption::RecordUnlogged,     L"RecordUnlogged",     L"Record packages without a log",
      ReadSwitch<&LogOptions::recordUnlogged>,     IsOptionalSwitch, WriteSwitch<&LogOptions::recordUnlogged>,
      SwitchText<&LogOptions::recordUnlogged>},
+    {LogOption::NotifyLog,          L"NotifyLog",          L"Notify of logs",
+     ReadSwitch<&LogOptions::notifyLog>,          IsOptionalSwitch, WriteSwitch<&LogOptions::notifyLog>,
+     SwitchText<&LogOptions::notifyLog>},
 };
 // clang-format on
 

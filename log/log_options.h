@@ -19,6 +19,7 @@ enum class LogOption {
     QueueCalls,
     RecordCalls,
     RecordUnlogged,
+    NotifyLog,
 };
 // clang-format on
 
@@ -33,6 +34,7 @@ struct LogOptions {
     bool queueCalls = false;          // A call that arrives during a call of another client is asked to come again.
     bool recordCalls = false;         // Each log has a recording beside it.
     bool recordUnlogged = false;      // Packages without a log are recorded.
+    bool notifyLog = false;           // A notification says where a log goes.
     RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.

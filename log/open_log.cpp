@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "log/recording/call_recorder.h"
 #include "log/log_location.h"
@@ -12,6 +13,8 @@
 
 namespace zelt {
 namespace {
+
+LogOpenedFunction logOpened = nullptr;
 
 std::wstring ErrnoText(int error)
 {
@@ -46,6 +49,8 @@ std::unique_ptr<CallRecorder> MakeRecorder(const std::wstring& path, const wchar
 
 }  // namespace
 
+LogOpenedFunction SetLogOpened(LogOpenedFunction function) { return std::exchange(logOpened, function); }
+
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                   std::string_view objectType)
 {
@@ -64,6 +69,7 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
     if (options.recordCalls) {
         recorder = MakeRecorder(RecordingPath(*path), L"Calls will be logged, but not recorded", log.outcome);
     }
+    if (options.notifyLog && logOpened) logOpened(*path);
     log.document =
         DocumentHold(new LogDocument(std::move(file), Narrow(objectName), objectType, *std::move(path), options));
     log.document.Get()->RecordTo(std::move(recorder), objectType);

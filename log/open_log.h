@@ -25,4 +25,8 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
 // The same for an object that is not logged, but recorded: the document has no log.
 OpenedLog OpenRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
 
+// Called when a log has been opened whose user wants a notification. Installed by the layer that has a user; null does nothing.
+using LogOpenedFunction = void (*)(const std::wstring& path);
+LogOpenedFunction SetLogOpened(LogOpenedFunction function);
+
 }  // namespace zelt

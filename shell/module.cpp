@@ -8,6 +8,7 @@
 #include "com/type_info.h"
 #include "guard/fault_guard.h"
 #include "log/log_document.h"
+#include "log/open_log.h"
 #include "system/message_box.h"
 #include "res/resource.h"
 #include "packages/exported_package_list.h"
@@ -51,6 +52,9 @@ CZELTModule::CZELTModule()
     PrepareGuards();
     InstallWrappers();
     SetLogClosed([](const ClosedLog& log) { ShowClosedLog(log, kUserInterface.showLogViewer); });
+    SetLogOpened([](const std::wstring& path) {
+        if (instance) instance->logNotification.Show(path);
+    });
 }
 
 CZELTModule::~CZELTModule()

@@ -14,6 +14,7 @@
 #include "log/log_options.h"
 #include "shell/call_queue.h"
 #include "shell/command_line.h"
+#include "shell/log_notification.h"
 #include "system/owners.h"
 #include "packages/package_list_hold.h"
 #include "shell/visit_window.h"
@@ -64,6 +65,7 @@ private:
     UniqueHandle shutdownEvent;
     UniqueHandle monitor;
     VisitWindow visitWindow;
+    LogNotification logNotification;
     std::optional<CallQueue> callQueue;
     com::ClassObjects classObjects;
     // Held while the process can change the list, starting before it loads it.

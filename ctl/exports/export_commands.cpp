@@ -33,6 +33,7 @@ constexpr Option kOptionsOptions[] = {
     {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to come again"},
     {"--record",        "on|off", "each log gets a recording of its calls beside it"},
     {"--record-all",    "on|off", "packages without a log are recorded"},
+    {"--notify",        "on|off", "a notification says where a log goes, when it begins"},
     kWidthOption,
     kJson,
 };

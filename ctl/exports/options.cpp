@@ -38,6 +38,7 @@ constexpr SwitchRow kFurtherSwitches[] = {
     {"queue",         "queueCalls",         &LogOptions::queueCalls,         LogOption::QueueCalls},
     {"record",        "recordCalls",        &LogOptions::recordCalls,        LogOption::RecordCalls},
     {"record-all",    "recordUnlogged",     &LogOptions::recordUnlogged,     LogOption::RecordUnlogged},
+    {"notify",        "notifyLog",          &LogOptions::notifyLog,          LogOption::NotifyLog},
 };
 // clang-format on
 

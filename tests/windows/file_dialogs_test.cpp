@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "log/log_location.h"
 #include "shell/main_window/package_manager_dialog.h"
@@ -139,6 +140,64 @@ TEST_F(NewLogDialog, PutsItselfInFrontOnceAndStaysWhereItIs)
     EXPECT_EQ(200, place.right - place.left);
     EXPECT_EQ(100, place.bottom - place.top);
     DestroyWindow(dialog);
+}
+
+bool mayBeInFront = false;
+std::vector<std::wstring> frontCalls;
+BOOL WINAPI TakeForeground(HWND window)
+{
+    wchar_t title[20] = L"";
+    GetWindowTextW(window, title, 20);
+    frontCalls.push_back(std::wstring(L"front ") + title);
+    return mayBeInFront;
+}
+BOOL WINAPI TakeFlash(FLASHWINFO* flash)
+{
+    frontCalls.push_back(L"flash " + std::to_wstring(flash->dwFlags));
+    return TRUE;
+}
+
+// Windows may refuse it: the user works with the simulator.
+TEST_F(NewLogDialog, GetsTheKeyboardOnceItIsShownOrElseFlashes)
+{
+    const PatchedImport foreground("SetForegroundWindow", TakeForeground);
+    const PatchedImport flash("FlashWindowEx", TakeFlash);
+    std::wstring path;
+    Choose(path);
+    ASSERT_TRUE(request && request->hook);
+    for (const bool granted : {true, false}) {
+        mayBeInFront = granted;
+        frontCalls.clear();
+        const HWND dialog =
+            CreateWindowExW(0, L"Static", L"dialog", WS_POPUP, 30, 40, 200, 100, nullptr, nullptr, nullptr, nullptr);
+        const HWND page = CreateWindowExW(0, L"Static", L"", WS_CHILD, 0, 0, 10, 10, dialog, nullptr, nullptr, nullptr);
+        // As a dialog passes its messages to the hook.
+        const auto pump = [&](DWORD milliseconds) {
+            const ULONGLONG end = GetTickCount64() + milliseconds;
+            int ticks = 0;
+            while (GetTickCount64() < end) {
+                MSG message;
+                while (PeekMessageW(&message, page, 0, 0, PM_REMOVE)) {
+                    ticks += message.message == WM_TIMER;
+                    request->hook(page, message.message, message.wParam, message.lParam);
+                }
+                Sleep(5);
+            }
+            return ticks;
+        };
+        OFNOTIFYW notification = {};
+        notification.hdr = {dialog, 0, CDN_INITDONE};
+        request->hook(page, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
+        EXPECT_GT(pump(300), 0);
+        EXPECT_TRUE(frontCalls.empty()) << "it is not shown yet";
+        ShowWindow(dialog, SW_SHOWNA);
+        EXPECT_GT(pump(300), 0);
+        std::vector<std::wstring> expected = {L"front dialog"};
+        if (!granted) expected.push_back(L"flash " + std::to_wstring(FLASHW_ALL | FLASHW_TIMERNOFG));
+        EXPECT_EQ(expected, frontCalls);
+        EXPECT_EQ(0, pump(150)) << "it takes the keyboard only once";
+        DestroyWindow(dialog);
+    }
 }
 
 }  // namespace

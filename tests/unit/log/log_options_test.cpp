@@ -39,6 +39,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.queueCalls);
     EXPECT_FALSE(options.recordCalls);
     EXPECT_FALSE(options.recordUnlogged);
+    EXPECT_FALSE(options.notifyLog);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -49,7 +50,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
     saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
-    saved.queueCalls = saved.recordCalls = saved.recordUnlogged = true;
+    saved.queueCalls = saved.recordCalls = saved.recordUnlogged = saved.notifyLog = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
     EXPECT_TRUE(loaded.loadAfterInitNew);
@@ -59,6 +60,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     EXPECT_TRUE(loaded.queueCalls);
     EXPECT_TRUE(loaded.recordCalls);
     EXPECT_TRUE(loaded.recordUnlogged);
+    EXPECT_TRUE(loaded.notifyLog);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -197,6 +199,7 @@ TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
         {LogOption::QueueCalls, L"QueueCalls", &LogOptions::queueCalls},
         {LogOption::RecordCalls, L"RecordCalls", &LogOptions::recordCalls},
         {LogOption::RecordUnlogged, L"RecordUnlogged", &LogOptions::recordUnlogged},
+        {LogOption::NotifyLog, L"NotifyLog", &LogOptions::notifyLog},
     };
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
@@ -234,6 +237,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::QueueCalls, L"QueueCalls", L"Queue calls of other clients"},
         {LogOption::RecordCalls, L"RecordCalls", L"Record calls"},
         {LogOption::RecordUnlogged, L"RecordUnlogged", L"Record packages without a log"},
+        {LogOption::NotifyLog, L"NotifyLog", L"Notify of logs"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;

@@ -1,0 +1,31 @@
+// The notification "Logging to ..." beside the clock, for users who want to know where a log goes that no dialog asked about. Main
+// thread only.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "system/owners.h"
+
+namespace zelt {
+
+class LogNotification {
+public:
+    LogNotification() = default;
+    // Takes the icon away, as a while after the last notification and a click do.
+    ~LogNotification();
+    LogNotification(const LogNotification&) = delete;
+    LogNotification& operator=(const LogNotification&) = delete;
+
+    void Show(const std::wstring& path);
+
+private:
+    void Hide();
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    UniqueWindow window;
+    bool isShown = false;
+};
+
+}  // namespace zelt
