@@ -9,6 +9,7 @@
 #include "ctl/log/conduct.h"
 #include "ctl/log/findings.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/log/rules/derivative_rule.h"
 #include "ctl/log/rules/equilibrium_rules.h"
 #include "ctl/log/rules/parameter_rules.h"
 #include "ctl/similar.h"
@@ -102,13 +103,15 @@ public:
           properties(report),
           versions(report),
           parameters(report),
-          equilibria(report)
+          equilibria(report),
+          derivatives(report)
     {}
 
     void Begin(const LogEvent& event) override
     {
         CheckPlace(event);
         equilibria.Begin(event);
+        derivatives.Begin(event);
         if (event.kind == EventKind::Call) {
             life.Begin(event);
             properties.Begin(event);
@@ -133,6 +136,7 @@ public:
         properties.End(call, depth == 0);
         parameters.End(call);
         equilibria.EndCall(depth);
+        derivatives.EndCall(depth);
     }
     void LeftOpen(int line) override
     {
@@ -211,6 +215,7 @@ private:
     VersionRules versions;
     ParameterRules parameters;
     EquilibriumRules equilibria;
+    DerivativeRule derivatives;
     CallSummarizer calls;
     std::vector<EventKind> kinds;
     std::vector<OpenCall> latest;  // the calls around the latest event, ended or not

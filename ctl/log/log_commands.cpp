@@ -116,6 +116,7 @@ constexpr Command kCommands[] = {
      "  balance          the calculated phases together are not the feed\n"
      "  fugacity         a compound's fugacity differs between phases that are in equilibrium\n"
      "  unit-balance     a unit operation makes or loses material\n"
+     "  derivative       a derivative that disagrees with how its property changes; not known in a redacted log\n"
      "The exit code is 1 when there are findings.", EachLog<CheckLog, Layout::Findings>},
     {"log diff", "LOG LOG", 2, 2, kDiffOptions, "Compares two logs, call by call",
      "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
@@ -126,7 +127,7 @@ constexpr Command kCommands[] = {
      "leads back: the key is made for this run and forgotten. Compounds become Compound-1, Compound-2 and so on. Fractions\n"
      "become others that add up to the same; temperatures, pressures and parameters keep their order. Interfaces, methods,\n"
      "types, status codes, counts, indices, 0, NaN and the standard's own words, such as temperature and Liquid, stay; so\n"
-     "do the structure and the line numbers. check and errors find the same in both logs.", EachLogAsFile<RedactLog, EndingOfRedacted>},
+     "do the structure and the line numbers. check and errors find the same in both logs, but for derivative.", EachLogAsFile<RedactLog, EndingOfRedacted>},
     {"log follow", "LOG", 1, 1, kFollowOptions, "Shows a log while it is being written", "", ToOutputFile<FollowLog>},
 };
 // clang-format on

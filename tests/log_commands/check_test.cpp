@@ -225,7 +225,7 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
 const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
                               "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
                               "fractions",   "not-a-number", "read-before-set", "bounds",         "phase-not-given",
-                              "balance",     "fugacity",     "unit-balance"};
+                              "balance",     "fugacity",     "unit-balance",    "derivative"};
 
 TEST(LogCheck, KnowsTheRulesThatItsHelpAndItsRefusalList)
 {

@@ -1,0 +1,267 @@
+#include "ctl/log/rules/derivative_rule.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+
+#include "ctl/log/call_results.h"
+#include "ctl/log/lower_case.h"
+
+namespace zelt::ctl {
+namespace {
+
+constexpr std::size_t kMostStates = 32, kMostValues = 100, kMostNumbers = 1000;
+
+// The three states lie within this part of their temperature or pressure, and further from each other than the digits of a log
+// can distort.
+constexpr double kFarthest = 0.02, kNearest = 1e-4;
+// Slopes and derivatives that run smoothly differ by less than this part of themselves, and wrong ones by more than that.
+constexpr double kSmooth = 0.1, kWrong = 0.25;
+// The part of a property by which its calculation may be inexact.
+constexpr double kInexact = 1e-5;
+
+std::optional<double> NumberOf(std::string_view text)
+{
+    double number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(number)) return {};
+    return number;
+}
+
+std::string TextOf(double number)
+{
+    char text[40];
+    return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
+}
+
+// Calls that leave a package as it is.
+bool ChangesNothing(const LogEvent& call)
+{
+    constexpr std::string_view kInterfaces[] = {"ICapeThermoPropertyRoutine", "ICapeThermoEquilibriumRoutine",
+                                                "ICapeThermoMaterialContext", "ICapeThermoCompounds",
+                                                "ICapeThermoPhases",          "ICapeThermoUniversalConstant",
+                                                "ICapeIdentification"};
+    return std::find(std::begin(kInterfaces), std::end(kInterfaces), call.Interface()) != std::end(kInterfaces);
+}
+
+bool AreClose(double a, double b, double part)
+{
+    return std::fabs(a - b) <= part * std::max(std::fabs(a), std::fabs(b));
+}
+
+}  // namespace
+
+const DerivativeRule::Values* DerivativeRule::State::Find(std::string_view property, std::string_view basis) const
+{
+    for (const Values& one : values) {
+        if (one.property == property && one.basis == basis) return &one;
+    }
+    return nullptr;
+}
+
+void DerivativeRule::State::Put(const Values& added)
+{
+    for (Values& one : values) {
+        if (one.property != added.property || one.basis != added.basis) continue;
+        one = added;
+        return;
+    }
+    if (values.size() < kMostValues) values.push_back(added);
+}
+
+bool DerivativeRule::State::IsSame(const State& other) const
+{
+    return package == other.package && material == other.material && phase == other.phase &&
+           composition == other.composition;
+}
+
+void DerivativeRule::BeginOutside(const LogEvent& call)
+{
+    isRedacted |= call.text.starts_with("redacted-");
+    if (isRedacted || !call.inward) return;
+    if (call.name == "ICapeThermoPropertyRoutine::CalcSinglePhaseProp") {
+        depth = call.depth;
+        isUnsure = false;
+        calculated.reset();
+        inner = {};
+        package = call.text;
+    } else if (!ChangesNothing(call)) {
+        states.clear();
+    }
+}
+
+void DerivativeRule::Begin(const LogEvent& event)
+{
+    if (depth < 0) {
+        if (event.kind == EventKind::Call) BeginOutside(event);
+        return;
+    }
+    if (event.kind == EventKind::Call) {
+        // What happens further inside is not the package's own.
+        isUnsure |= event.inward || !event.Interface().starts_with("ICape");
+        if (event.depth != depth + 1) return;
+        inner = {};
+        inner.isOpen = true;
+        inner.method = event.Method();
+        inner.object = event.text;
+        inner.line = event.line;
+    } else if (event.kind == EventKind::Error) {
+        if (event.depth == depth + 1) isUnsure = true;
+        if (event.depth == depth + 2) inner.failed = true;
+    } else if (event.kind == EventKind::Argument && inner.isOpen && event.depth == depth + 2) {
+        // clang-format off
+        constexpr struct { std::string_view name; Part part; } kRows[] = {
+            {"property",    Part::Property},
+            {"phaseLabel",  Part::Phase},
+            {"basis",       Part::Basis},
+            {"values",      Part::Numbers},
+            {"composition", Part::Numbers},
+            {"temperature", Part::Temperature},
+            {"pressure",    Part::Pressure},
+        };
+        // clang-format on
+        inner.part = Part::None;
+        for (const auto& row : kRows) {
+            if (row.name == event.name) inner.part = row.part;
+        }
+    } else if (event.kind == EventKind::Value && inner.isOpen && event.depth == depth + 3) {
+        TakeValue(event.text);
+    }
+}
+
+void DerivativeRule::TakeValue(std::string_view text)
+{
+    switch (inner.part) {
+        case Part::None: break;
+        case Part::Property: inner.property = LowerCase(Unquoted(text)); break;
+        case Part::Phase: inner.phase = LowerCase(Unquoted(text)); break;
+        case Part::Basis: inner.basis = LowerCase(Unquoted(text)); break;
+        case Part::Temperature: inner.temperature = NumberOf(text); break;
+        case Part::Pressure: inner.pressure = NumberOf(text); break;
+        case Part::Numbers: {
+            const auto number = NumberOf(text);
+            inner.areNumbers &= number && inner.numbers.size() < kMostNumbers;
+            if (inner.areNumbers) inner.numbers.push_back(*number);
+            break;
+        }
+    }
+}
+
+void DerivativeRule::EndCall(int ended)
+{
+    if (depth < 0) return;
+    if (ended == depth + 1 && inner.isOpen) Interpret();
+    if (ended != depth) return;
+    depth = -1;
+    if (isUnsure || !calculated || calculated->values.empty()) return;
+    const State& latest = Remember();
+    for (const Values& values : latest.values) {
+        if (values.property.ends_with(".dtemperature")) Judge(latest, Variable::Temperature, values);
+        if (values.property.ends_with(".dpressure")) Judge(latest, Variable::Pressure, values);
+    }
+}
+
+void DerivativeRule::Interpret()
+{
+    inner.isOpen = false;
+    if (inner.method == "GetTPFraction" && !inner.failed) {
+        const bool isKnown = inner.areNumbers && inner.temperature && inner.pressure;
+        // A calculation of one phase needs one state.
+        isUnsure |= calculated || !isKnown;
+        if (isUnsure) return;
+        calculated = State{package, inner.object, inner.phase, *inner.temperature, *inner.pressure, inner.numbers, {}};
+    } else if (inner.method == "SetSinglePhaseProp" && !inner.failed) {
+        isUnsure |= !calculated || calculated->material != inner.object || calculated->phase != inner.phase ||
+                    !inner.areNumbers || calculated->values.size() == kMostValues;
+        if (isUnsure) return;
+        calculated->values.push_back({inner.property, inner.basis, inner.numbers, inner.line});
+    } else if (!inner.method.starts_with("Get") && !inner.method.starts_with("get_")) {
+        isUnsure = true;
+    }
+}
+
+// One state may be calculated in several calls: a property in one, its derivative in the next.
+DerivativeRule::State& DerivativeRule::Remember()
+{
+    for (State& state : states) {
+        if (!state.IsSame(*calculated) || state.temperature != calculated->temperature ||
+            state.pressure != calculated->pressure) {
+            continue;
+        }
+        for (const Values& values : calculated->values) {
+            state.Put(values);
+        }
+        return state;
+    }
+    if (states.size() == kMostStates) states.pop_front();
+    return states.emplace_back(*calculated);
+}
+
+// Looks for two other states with which the latest gives a proof.
+void DerivativeRule::Judge(const State& latest, Variable variable, const Values& derivative)
+{
+    const std::string property = derivative.property.substr(0, derivative.property.rfind('.'));
+    const std::string which = latest.package + '\n' + latest.phase + '\n' + derivative.property;
+    if (reported.contains(which)) return;
+    const auto at = [&](const State& state) {
+        return variable == Variable::Temperature ? state.temperature : state.pressure;
+    };
+    const auto other = [&](const State& state) {
+        return variable == Variable::Temperature ? state.pressure : state.temperature;
+    };
+    std::vector<const State*> fitting;
+    for (const State& state : states) {
+        if (!state.IsSame(latest) || other(state) != other(latest) || !AreClose(at(state), at(latest), kFarthest))
+            continue;
+        const Values *value = state.Find(property, derivative.basis),
+                     *slope = state.Find(derivative.property, derivative.basis);
+        if (value && slope && value->numbers.size() == derivative.numbers.size() &&
+            slope->numbers.size() == derivative.numbers.size()) {
+            fitting.push_back(&state);
+        }
+    }
+    std::sort(fitting.begin(), fitting.end(), [&](const State* a, const State* b) { return at(*a) < at(*b); });
+    for (std::size_t i = 0; i + 2 < fitting.size(); ++i) {
+        const State* const three[] = {fitting[i], fitting[i + 1], fitting[i + 2]};
+        if (!AreClose(at(*three[0]), at(*three[2]), kFarthest)) continue;
+        for (std::size_t place = 0; place < derivative.numbers.size(); ++place) {
+            if (!Compare(three, variable, derivative, place)) continue;
+            reported.insert(which);
+            return;
+        }
+    }
+}
+
+// Reports a proof, and says whether it did.
+bool DerivativeRule::Compare(const State* const (&three)[3], Variable variable, const Values& derivative,
+                             std::size_t place)
+{
+    const std::string property = derivative.property.substr(0, derivative.property.rfind('.'));
+    double at[3], value[3], slope[3];
+    for (int i = 0; i < 3; ++i) {
+        at[i] = variable == Variable::Temperature ? three[i]->temperature : three[i]->pressure;
+        value[i] = three[i]->Find(property, derivative.basis)->numbers[place];
+        slope[i] = three[i]->Find(derivative.property, derivative.basis)->numbers[place];
+    }
+    if (AreClose(at[0], at[1], kNearest) || AreClose(at[1], at[2], kNearest)) return false;
+    const double first = (value[1] - value[0]) / (at[1] - at[0]), second = (value[2] - value[1]) / (at[2] - at[1]);
+    // A step or a bend of the property is no fault of its derivative.
+    if (!AreClose(first, second, kSmooth) || !AreClose(slope[0], slope[1], kSmooth) ||
+        !AreClose(slope[1], slope[2], kSmooth)) {
+        return false;
+    }
+    for (int i = 0; i < 2; ++i) {
+        const double change = value[i + 1] - value[i], expected = (slope[i] + slope[i + 1]) / 2 * (at[i + 1] - at[i]);
+        const double inexact = 2 * kInexact * std::max(std::fabs(value[i]), std::fabs(value[i + 1]));
+        if (std::fabs(change - expected) <= inexact || AreClose(change, expected, kWrong)) return false;
+    }
+    const char* const unit = variable == Variable::Temperature ? " K" : " Pa";
+    report(derivative.line, "derivative",
+           derivative.property + " is " + TextOf(slope[1]) + " at " + TextOf(at[1]) + unit + ", but " + property +
+               " changes by " + TextOf((value[2] - value[0]) / (at[2] - at[0])) + " per" + unit + " between " +
+               TextOf(at[0]) + " and " + TextOf(at[2]) + unit);
+    return true;
+}
+
+}  // namespace zelt::ctl
