@@ -5,7 +5,7 @@
 
 namespace zelt::ctl {
 
-inline constexpr std::string_view kWindowsCommands[] = {"list",    "discover", "add",    "remove", "log on",
-                                                        "log off", "options",  "doctor", "report"};
+inline constexpr std::string_view kWindowsCommands[] = {
+    "list", "discover", "add", "remove", "log on", "log off", "options", "doctor", "report", "path add", "path remove"};
 
 }  // namespace zelt::ctl

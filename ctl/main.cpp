@@ -18,6 +18,7 @@
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/manager_host.h"
+#include "ctl/path/path_commands.h"
 #include "ctl/recording/windows_recording_commands.h"
 #include "ctl/report/report_command.h"
 #else
@@ -61,6 +62,7 @@ int RunCommands(const std::vector<std::string>& words)
     add(WindowsRecordingCommands());
     add(DoctorCommands());
     add(ReportCommands());
+    add(PathCommands());
 #endif
     return Run(commands, words, streams);
 }

@@ -26,6 +26,7 @@ TestPackage()
     Step package-run64 "Running a 64-bit package on the installed ZELT64" TestRun64
     Step package-uninstall "Uninstalling" TestUninstall
     Step package-user "Installing and removing for the current user" TestUserInstall
+    Step package-path "Putting zeltctl on the search path" TestSearchPath
     Step package-product "Installing where the product family is the user's" TestFamilyOfUser
     Step package-failure "Failing to install" TestFailures
     Step package-portable "Running a portable copy" TestPortable
@@ -340,6 +341,39 @@ TestUserInstall()
     Uninstall "$folder"
     Snapshot after
     OnlyStandardLibraryStays before after
+}
+
+# SearchPath <key>: the value, whatever its length; nothing without one.
+SearchPath()
+{
+    Wine reg export "$1" "$(WindowsPath "$testFolder/path.reg")" /y >&2
+    perl scripts/registry-lines.pl "$testFolder/path.reg" | grep -i ' | "Path"=' || true
+}
+
+# A path that is longer than the texts of a setup program, and a version that replaces one that was put on the path.
+TestSearchPath()
+{
+    local folder key='HKCU\Environment' long before added
+    folder=$(Wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')\\Programs\\ZELT
+    # In two steps, because a command line has its limits too.
+    long=$(printf 'C:\\A folder of somebody\\%d;' {1..400})
+    printf 'Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\Environment]\r\n"Path"="%s"\r\n' \
+        "${long//\\/\\\\}C:\\\\Last" >"$testFolder/long.reg"
+    Wine reg import "$(WindowsPath "$testFolder/long.reg")"
+    before=$(SearchPath "$key")
+    [ "${#before}" -gt 10000 ] || Complain "The path was not written."
+    Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser
+    Equal 'path without the switch' "$before" "$(SearchPath "$key")"
+    Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser /Path
+    added=$(SearchPath "$key")
+    Equal 'path with the switch' "${before%\"};${folder//\\/\\\\}\"" "$added"
+    # The next version keeps it.
+    Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser
+    Equal 'path of the next version' "$added" "$(SearchPath "$key")"
+    Equal OnPath 0x1 "$(Value "HKCU\\$uninstallKey" OnPath)"
+    Uninstall "$folder"
+    Equal 'path after uninstalling' "$before" "$(SearchPath "$key")"
+    Wine reg delete "$key" /v Path /f
 }
 
 # A setup for everybody that registers for the user, because the product family's value says so.

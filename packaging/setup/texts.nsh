@@ -15,6 +15,8 @@
 !define TEXT_NOT_REGISTERED "ZELT could not be registered (code $0)."
 !define TEXT_OLDER_VERSION_STAYS "The older version could not be removed (code $0)."
 !define TEXT_FILE_NOT_WRITTEN "A file could not be written:"
+!define TEXT_PATH_SECTION "zeltctl on the search path"
+!define TEXT_NOT_ON_PATH "zeltctl could not be put on the search path (code $0). ZELT is installed."
 
 ; Ends with an exit code, and says why unless silent.
 !macro Leave code text

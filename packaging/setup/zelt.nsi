@@ -59,6 +59,8 @@ Var RegisteredFor
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
+!define MUI_COMPONENTSPAGE_NODESC
+!insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\ZELT.EXE"
@@ -67,17 +69,8 @@ Var RegisteredFor
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-Function .onInit
-    Call ChooseScope
-    Call RefuseRunningServer
-FunctionEnd
-
-Function un.onInit
-    Call un.FindScope
-    Call un.RefuseRunningServer
-FunctionEnd
-
-Section
+Section "ZELT"
+    SectionIn RO
     ; Checks again: the folder may have changed, and a simulator may have started meanwhile.
     Call RefuseRunningServer
     Call RemoveOlderVersion
@@ -87,8 +80,23 @@ Section
     SetErrorLevel ${DONE}
 SectionEnd
 
+; Its section comes after that of ZELT, so the files are there.
+!include path.nsh
+
+Function .onInit
+    Call ChooseScope
+    Call ChoosePath
+    Call RefuseRunningServer
+FunctionEnd
+
+Function un.onInit
+    Call un.FindScope
+    Call un.RefuseRunningServer
+FunctionEnd
+
 Section Uninstall
     Call un.UnregisterServer
+    Call un.RemoveFromPath
     Call un.RemoveEntries
     Call un.RemoveFiles
     SetErrorLevel ${DONE}

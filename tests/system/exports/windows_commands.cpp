@@ -3,6 +3,7 @@
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
+#include "ctl/path/path_commands.h"
 #include "ctl/recording/windows_recording_commands.h"
 #include "ctl/report/report_command.h"
 #include "ctl/exports/manager_host.h"
@@ -24,8 +25,8 @@ CommandOutcome RunZeltctl(const std::vector<std::string>& words)
 {
     ctl::SetToolPath(BuiltTool);
     std::vector<ctl::Command> commands;
-    for (const auto& some :
-         {ctl::ExportCommands(), ctl::WindowsRecordingCommands(), ctl::DoctorCommands(), ctl::ReportCommands()}) {
+    for (const auto& some : {ctl::ExportCommands(), ctl::WindowsRecordingCommands(), ctl::DoctorCommands(),
+                             ctl::ReportCommands(), ctl::PathCommands()}) {
         commands.insert(commands.end(), some.begin(), some.end());
     }
     ctl::Output data, messages;

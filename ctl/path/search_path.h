@@ -1,0 +1,23 @@
+// The folders in which Windows looks for programs, as the registry keeps them for the user and for everybody: one text, of any
+// length, with semicolons between them. What others wrote there stays as it is, to the letter.
+#pragma once
+
+#include <string>
+
+#include "system/registry.h"
+
+namespace zelt::ctl {
+
+// Whether `folder` is one of them, in whatever way it is written.
+bool ContainsFolder(const std::wstring& list, const std::wstring& folder);
+// With the folder at the end, unless it is there already.
+std::wstring WithFolder(const std::wstring& list, const std::wstring& folder);
+// Without the folder, where it is written as WithFolder writes it.
+std::wstring WithoutFolder(const std::wstring& list, const std::wstring& folder);
+
+// Does either to the value Path of a key, and says whether that changed anything. A list that becomes empty disappears. Throws
+// InputError when the value cannot be read or written, and leaves it alone then.
+enum class PathChange { Add, Remove };
+bool ChangeSearchPath(const RegistryRoot& root, const std::wstring& key, const std::wstring& folder, PathChange change);
+
+}  // namespace zelt::ctl

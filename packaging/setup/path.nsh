@@ -1,0 +1,46 @@
+; zeltctl on the search path of Windows, if the user wants it: with the switch /Path, by the choice among the components, or because
+; the installed version has it there. zeltctl writes the path itself: it may be longer than any text of a setup program.
+
+!include Sections.nsh
+
+; $0 becomes the exit code, or "error".
+!macro RunPathCommand action
+    ${If} $Scope == "user"
+        nsExec::Exec '"$INSTDIR\zeltctl.exe" path ${action}'
+    ${Else}
+        nsExec::Exec '"$INSTDIR\zeltctl.exe" path ${action} --machine'
+    ${EndIf}
+    Pop $0
+!macroend
+
+Section /o "${TEXT_PATH_SECTION}" PathSection
+    !insertmacro RunPathCommand add
+    ${If} $0 == "0"
+        ; Tells the uninstaller, and the next version.
+        WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "OnPath" 1
+    ${Else}
+        MessageBox MB_OK|MB_ICONEXCLAMATION "${TEXT_NOT_ON_PATH}" /SD IDOK
+    ${EndIf}
+SectionEnd
+
+; Of a known scope, before the older version is removed.
+Function ChoosePath
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/Path" $1
+    ${IfNot} ${Errors}
+        !insertmacro SelectSection ${PathSection}
+    ${EndIf}
+    ReadRegDWORD $1 SHCTX "${UNINSTALL_KEY}" "OnPath"
+    ${If} $1 = 1
+        !insertmacro SelectSection ${PathSection}
+    ${EndIf}
+FunctionEnd
+
+; Needs zeltctl and the entry.
+Function un.RemoveFromPath
+    ReadRegDWORD $1 SHCTX "${UNINSTALL_KEY}" "OnPath"
+    ${If} $1 = 1
+        !insertmacro RunPathCommand remove
+    ${EndIf}
+FunctionEnd
