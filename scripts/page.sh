@@ -10,15 +10,19 @@ Page()
     pageFolder=$root/build/page
     rm -rf "$pageFolder"
     mkdir -p "$pageFolder"
-    local colour
+    local colour width
     MakePages
     Step page-check "Working the page" Browse "$pageFolder/check.html" --dump-dom
     grep -qF '<title>fine</title>' "$logFolder/page-check.log" ||
         Fail "The page does not do what it should: $(grep -o '<title>[^<]*' "$logFolder/page-check.log")"
+    # A wide window and a narrow one.
     for colour in light dark; do
-        Step "page-$colour" "Photographing the page, $colour" Browse "$pageFolder/$colour.html" --window-size=1200,900 \
-            --hide-scrollbars --virtual-time-budget=2000 "--screenshot=$pageFolder/$colour.png"
-        [ -s "$pageFolder/$colour.png" ] || Fail "There is no picture of the page."
+        for width in 1200 420; do
+            Step "page-$colour-$width" "Photographing the page, $colour, $width pixels wide" \
+                Browse "$pageFolder/$colour.html" "--window-size=$width,900" --hide-scrollbars --virtual-time-budget=2000 \
+                "--screenshot=$pageFolder/$colour-$width.png"
+            [ -s "$pageFolder/$colour-$width.png" ] || Fail "There is no picture of the page."
+        done
     done
     printf '%s\n' "${green}The page works. Look at it:$plain" "$pageFolder"/*.png
 }

@@ -27,10 +27,10 @@ inline constexpr std::string_view kPageBetween = R"page(</title>
 :root.light { color-scheme: light; }
 body { margin: 0; background: var(--back); color: var(--text); font: 14px/1.5 system-ui, sans-serif; }
 header { position: sticky; top: 0; z-index: 1; display: flex; flex-wrap: wrap; gap: 6px; align-items: center;
-  padding: 6px 12px; background: var(--tool); border-bottom: 1px solid var(--line); }
+  padding: 6px 12px; background: var(--tool); border-bottom: 1px solid var(--line); font-size: 13px; }
 h1 { font-size: 15px; margin: 0 12px 0 0; }
-input, button { font: inherit; padding: 2px 8px; }
-input { min-width: 16em; }
+input, button { font: inherit; padding: 2px 6px; }
+input { flex: 1 1 10em; min-width: 9em; max-width: 24em; }
 main { position: relative; padding: 8px 12px 40vh 6.8em; font: 13px/1.5 ui-monospace, Consolas, monospace;
   overflow-wrap: anywhere; }
 details { margin-left: 1.2em; border-left: 1px solid var(--line); }
@@ -47,7 +47,7 @@ u { text-decoration: none; color: var(--soft); }
 s { text-decoration: none; color: var(--soft); }
 q { quotes: none; }
 .ci > summary b { color: var(--in); } .co > summary b { color: var(--out); }
-.ci > summary b::before { content: "> "; } .co > summary b::before { content: "< "; }
+.ci > summary b::before { content: ">\A0"; } .co > summary b::before { content: "<\A0"; }
 .ai s::before { content: "in "; } .ao s::before { content: "out "; }
 .ai s::after, .ao s::after { content: " ="; }
 .n, .k { color: var(--soft); } .w { color: var(--warn); } .v, .f { color: var(--bad); }
@@ -59,7 +59,9 @@ q { quotes: none; }
 .hit { background: var(--mark); } .here { background: var(--here); }
 .hit, .here, .hit :is(b, s, u), .here :is(b, s, u) { color: var(--text); }
 button[aria-pressed=false] { opacity: .55; text-decoration: line-through; }
-#count { color: var(--soft); min-width: 8em; }
+#count { color: var(--soft); min-width: 6em; }
+/* A long name begins beside its mark and breaks anywhere. */
+@media (max-width: 600px) { main { padding-left: 58px; } i { width: 50px; font-size: 11px; line-height: 1.77; } b { word-break: break-all; } }
 @media print { header { position: static; } }
 </style>
 </head>
