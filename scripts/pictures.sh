@@ -5,6 +5,7 @@ pictureTable='
 window_tests        | MainWindow.ShowsAPackageARow                | main-window        | main-window
 window_tests        | AddPackagePictures.APackageChosenForExport  | export-package     | export-package
 viewer/viewer_tests | ViewerPictures.ALogWithErrors               | viewer-with-errors | log-viewer
+window_tests        | ReportDialog.ShowsTheTextsBeforeAnythingIsWritten | report        | report
 viewer/viewer_tests | ViewerCommands.SearchRefusesAnEmptyText     | search             | search
 '
 
@@ -13,6 +14,10 @@ Pictures()
     LockTree
     InstallPackages build pictures
     Build i686
+    # Debian keeps Wine's own fonts, with the symbols of title bars, where Wine does not look for them.
+    export FONTCONFIG_FILE=$root/build/pictures-fonts.conf
+    printf '%s\n' '<?xml version="1.0"?>' '<!DOCTYPE fontconfig SYSTEM "fonts.dtd">' '<fontconfig>' \
+        '<include>/etc/fonts/fonts.conf</include>' '<dir>/usr/share/wine/fonts</dir>' '</fontconfig>' >"$FONTCONFIG_FILE"
     UsePrefix pictures
     local folder=docs/user-guide/images program test screenshot picture
     mkdir -p "$folder"

@@ -57,7 +57,7 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
     KeepPicture(window, "viewer");
 }
 
-// For the pictures of the user guide: the golden log with an error selected.
+// For the pictures of the user guide: the golden log with its failure selected.
 class ViewerPictures : public ViewerTest {};
 
 TEST_F(ViewerPictures, ALogWithErrors)
@@ -72,6 +72,9 @@ TEST_F(ViewerPictures, ALogWithErrors)
     Send(kCommandNextError);
     EXPECT_EQ(0, list->Selected());
     EXPECT_EQ(list->Label(0), tree->SelectedLabel());
+    // The first is a warning.
+    Send(kCommandNextError);
+    EXPECT_EQ(L"ECapeInvalidArgumentHR: The single-phase property \"colour\" is not calculated", tree->SelectedLabel());
     KeepPicture(window, "viewer-with-errors");
 }
 
