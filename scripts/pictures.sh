@@ -5,7 +5,7 @@ pictureTable='
 window_tests        | MainWindow.ShowsAPackageARow                | main-window        | main-window
 window_tests        | AddPackagePictures.APackageChosenForExport  | export-package     | export-package
 viewer/viewer_tests | ViewerPictures.ALogWithErrors               | viewer-with-errors | log-viewer
-window_tests        | ReportDialog.ShowsTheTextsBeforeAnythingIsWritten | report        | report
+window_tests        | ReportProgram.MakesItsReportWithTheToolBesideIt | report            | report
 viewer/viewer_tests | ViewerCommands.SearchRefusesAnEmptyText     | search             | search
 '
 

@@ -147,7 +147,6 @@ TEST_F(ReportDialog, ShowsTheTextsBeforeAnythingIsWritten)
         texts = openedFile.substr(1, openedFile.size() - 2);
         EXPECT_TRUE(texts.ends_with(L"\\doctor.txt")) << testing::PrintToString(texts);
         EXPECT_NE("", Bytes(texts));
-        EXPECT_TRUE(KeepScreenshot(dialog, "report"));
     });
     // Without an answer the texts disappear.
     EXPECT_TRUE(WaitUntil([&] { return !fs::exists(fs::path(texts).parent_path()); }));
@@ -226,6 +225,58 @@ TEST_F(ReportDialog, SaysThatItsToolIsMissing)
     const RecordedBoxes::Box box = boxes.TakeOne();
     EXPECT_EQ(begin, box.text.substr(0, begin.size()));
     EXPECT_GT(box.text.size(), begin.size() + 5) << "with the system's reason";
+}
+
+// The program itself, with zeltctl beside it as when it is installed.
+class ReportProgram : public testing::Test {
+protected:
+    ReportProgram()
+    {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+        fs::copy_file(ZELT_EXECUTABLE, folder / L"ZELT.EXE");
+    }
+    ~ReportProgram() override
+    {
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+    }
+
+    const fs::path folder = fs::temp_directory_path() / L"zelt report program";
+    CleanSettings settings;
+};
+
+TEST_F(ReportProgram, MakesItsReportWithTheToolBesideIt)
+{
+    fs::copy_file(ZELT_TOOL_EXECUTABLE, folder / L"zeltctl.exe");
+    const Program program(L"", (folder / L"ZELT.EXE").wstring());
+    const HWND window = program.WaitForWindow(L"ZELT Packages:");
+    ASSERT_NE(nullptr, window);
+    PostCommand(window, 911);
+    const HWND dialog = program.WaitForWindow(L"Report a problem:");
+    ASSERT_NE(nullptr, dialog);
+    const RemoteList list(program.Process(), GetDlgItem(dialog, kReportList));
+    for (int i = 0; i < 6 && !WaitUntil([&] { return list.Count() == 2; }); ++i) {
+    }
+    ASSERT_EQ(2, list.Count());
+    EXPECT_EQ(L"versions.txt", list.Text(0, 0));
+    EXPECT_EQ(L"what zeltctl doctor answers", list.Text(1, 2));
+    EXPECT_EQ(window, GetWindow(dialog, GW_OWNER));
+    EXPECT_TRUE(KeepScreenshot(dialog, "report"));
+    PostCommand(dialog, IDCANCEL);
+    EXPECT_TRUE(program.WaitUntilGone(dialog));
+    PostCommand(window, IDCANCEL);
+    EXPECT_TRUE(program.EndsBy(20'000));
+}
+
+TEST_F(ReportProgram, SaysThatTheToolIsMissing)
+{
+    const Program program(L"", (folder / L"ZELT.EXE").wstring());
+    const HWND window = program.WaitForWindow(L"ZELT Packages:");
+    ASSERT_NE(nullptr, window);
+    PostCommand(window, 911);
+    const std::wstring begin = L"The report cannot be made: ";
+    EXPECT_EQ(begin, program.AnswerBox(L"Report a problem:", IDOK).substr(0, begin.size()));
 }
 
 }  // namespace
