@@ -269,15 +269,5 @@ TEST_F(ReportProgram, MakesItsReportWithTheToolBesideIt)
     EXPECT_TRUE(program.EndsBy(20'000));
 }
 
-TEST_F(ReportProgram, SaysThatTheToolIsMissing)
-{
-    const Program program(L"", (folder / L"ZELT.EXE").wstring());
-    const HWND window = program.WaitForWindow(L"ZELT Packages:");
-    ASSERT_NE(nullptr, window);
-    PostCommand(window, 911);
-    const std::wstring begin = L"The report cannot be made: ";
-    EXPECT_EQ(begin, program.AnswerBox(L"Report a problem:", IDOK).substr(0, begin.size()));
-}
-
 }  // namespace
 }  // namespace zelt::test
