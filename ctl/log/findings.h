@@ -9,10 +9,10 @@ namespace zelt::ctl {
 
 // In the order of the help.
 inline constexpr std::string_view kCheckRules[] = {
-    "damaged",         "open-call",       "structure",       "violation",    "exception", "version-mix",
-    "initialize",      "after-terminate", "not-terminated",  "not-released", "fractions", "not-a-number",
-    "read-before-set", "bounds",          "phase-not-given", "balance",      "fugacity",  "unit-balance",
-    "derivative",
+    "damaged",     "open-call",    "structure",       "violation",      "exception",
+    "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
+    "fractions",   "not-a-number", "read-before-set", "bounds",         "phase-not-given",
+    "balance",     "fugacity",     "unit-balance",    "derivative",
 };
 
 using ReportFinding = std::function<void(int line, const char* rule, const std::string& text)>;
