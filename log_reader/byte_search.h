@@ -34,6 +34,12 @@ struct PlainBytes {
         while (*at == ' ') ++at;
         return at;
     }
+    // The first ampersand or quote. Copies what is before it, and up to kSlack bytes more.
+    static const char* CopyToMarkup(const char* at, char* out)
+    {
+        while (*at != '&' && *at != '"') *out++ = *at++;
+        return at;
+    }
 };
 
 #ifdef __SSE2__
@@ -60,6 +66,19 @@ struct VectorBytes {
             const int blanks = _mm_movemask_epi8(_mm_cmpeq_epi8(Load(at), _mm_set1_epi8(' ')));
             if (blanks != 0xFFFF) return at + std::countr_one(static_cast<unsigned>(blanks));
             at += sizeof(__m128i);
+        }
+    }
+    static const char* CopyToMarkup(const char* at, char* out)
+    {
+        while (true) {
+            const __m128i bytes = Load(at);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+            // The two differ in one bit.
+            const __m128i isMarkup = _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8('"' ^ '&')), _mm_set1_epi8('&'));
+            const int found = _mm_movemask_epi8(isMarkup);
+            if (found) return at + std::countr_zero(static_cast<unsigned>(found));
+            at += sizeof bytes;
+            out += sizeof bytes;
         }
     }
 

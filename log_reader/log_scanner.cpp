@@ -87,23 +87,42 @@ inline const char* ReadText(const char* from, RawText& text)
     return *text.end == '"' ? text.end : ReadEntities<Bytes>(text);
 }
 
-std::string_view DecodeInto(std::string& room, const RawText& text)
+// Makes room for a text of this length, and what copying writes behind it. What was there is lost.
+char* RoomFor(std::size_t length, std::vector<char>& room)
 {
-    room.clear();
-    for (const char* at = text.begin; at != text.end;) {
-        const auto* ampersand = static_cast<const char*>(std::memchr(at, '&', static_cast<std::size_t>(text.end - at)));
-        room.append(at, ampersand ? ampersand : text.end);
-        if (!ampersand) break;
-        const Entity entity = EntityAt(ampersand);
-        room += entity.character;
-        at = ampersand + entity.length;
-    }
-    return room;
+    if (room.size() < length + kSlack) room.resize(length + kSlack);
+    return room.data();
 }
 
-inline std::string_view Decoded(const RawText& text, std::string& room)
+// The text that `room` keeps from now on.
+std::string_view Kept(std::string_view text, std::vector<char>& room)
 {
-    return text.hasEntities ? DecodeInto(room, text) : std::string_view(text.begin, text.end);
+    if (text.data() == room.data()) return text;
+    char* const begin = RoomFor(text.size(), room);
+    text.copy(begin, text.size());
+    return {begin, text.size()};
+}
+
+template <class Bytes>
+std::string_view DecodeInto(std::vector<char>& room, const RawText& text)
+{
+    char* const begin = RoomFor(static_cast<std::size_t>(text.end - text.begin), room);
+    char* out = begin;
+    for (const char* at = text.begin;;) {
+        const char* const markup = Bytes::CopyToMarkup(at, out);
+        out += markup - at;
+        if (markup == text.end) break;
+        const Entity entity = EntityAt(markup);
+        *out++ = entity.character;
+        at = markup + entity.length;
+    }
+    return {begin, static_cast<std::size_t>(out - begin)};
+}
+
+template <class Bytes>
+inline std::string_view Decoded(const RawText& text, std::vector<char>& room)
+{
+    return text.hasEntities ? DecodeInto<Bytes>(room, text) : std::string_view(text.begin, text.end);
 }
 
 // Whether `beginning`, which has no end of a line, may begin one of ZELT's. Without this, a log in a single line would be read far
@@ -174,8 +193,8 @@ void LogScanner<Bytes>::MakeRoom()
 {
     if (isPending && !open.back().isLeftOut) {
         // Its texts may be in the part that moves.
-        if (pending.name.data() != nameRoom.data()) pending.name = nameRoom.assign(pending.name);
-        if (pending.text.data() != textRoom.data()) pending.text = textRoom.assign(pending.text);
+        pending.name = Kept(pending.name, nameRoom);
+        pending.text = Kept(pending.text, textRoom);
     }
     const std::size_t unneeded = resume.position;
     std::memmove(buffer.data(), At(unneeded), filled - unneeded);
@@ -322,8 +341,8 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::BeginNamed(EventKind kind, c
                    false,
                    static_cast<int>(open.size()),
                    wantsLines ? line : 0,
-                   Decoded(name, nameRoom),
-                   Decoded(text, textRoom)};
+                   Decoded<Bytes>(name, nameRoom),
+                   Decoded<Bytes>(text, textRoom)};
     }
     Open(kind, isLeftOut, at);
     return Step::Done;
@@ -342,8 +361,13 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::Value(const char* from)
     if (!end || open.size() == kDeepest) return Step::Unknown;
     SendPending(true);
     if (!isLeftOut) {
-        pending = {EventKind::Value,       false, false, static_cast<int>(open.size()), wantsLines ? line : 0, {},
-                   Decoded(text, textRoom)};
+        pending = {EventKind::Value,
+                   false,
+                   false,
+                   static_cast<int>(open.size()),
+                   wantsLines ? line : 0,
+                   {},
+                   Decoded<Bytes>(text, textRoom)};
     }
     Open(EventKind::Value, isLeftOut, end);
     return Step::Done;
@@ -368,7 +392,7 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::Empty(EventKind kind, const 
     const int thisLine = wantsLines ? line : 0;
     PassLine(end);
     if (isLeftOut) return Step::Done;
-    sink.Begin({kind, false, false, depth, thisLine, {}, Decoded(text, textRoom), true});
+    sink.Begin({kind, false, false, depth, thisLine, {}, Decoded<Bytes>(text, textRoom), true});
     sink.End(kind, depth);
     return sink.Continue() ? Step::Done : Step::Cancelled;
 }

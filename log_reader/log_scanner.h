@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -112,7 +111,7 @@ private:
     bool isPending = false;
     LogEvent pending = {};
     std::size_t pendingPosition = 0;
-    std::string nameRoom, textRoom;  // decoded texts; the pending event may have both
+    std::vector<char> nameRoom, textRoom;  // decoded texts; the pending event may have both
 
     std::size_t tag = 0;  // where the line's tag begins
     ParserState parser;

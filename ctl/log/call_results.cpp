@@ -15,6 +15,14 @@ bool IsSystemQuery(const FoundSentence& found)
     }
 }
 
+// Whether a text begins like one of these sentences, which few do.
+template <Sentence... kOnes>
+bool BeginsLike(std::string_view text)
+{
+    static_assert(((RowOf(kOnes).text.front() != '%') && ...));
+    return !text.empty() && ((text.front() == RowOf(kOnes).text.front()) || ...);
+}
+
 }  // namespace
 
 std::optional<FoundSentence> SentenceOf(const LogEvent& event)
@@ -46,13 +54,20 @@ void CallResult::Take(MessageKind kind)
 
 bool IsBound(const LogEvent& event)
 {
-    const auto found = event.kind == EventKind::Info ? SentenceOf(event) : std::nullopt;
+    if (event.kind != EventKind::Info || !BeginsLike<Sentence::LowerBound, Sentence::UpperBound>(event.text))
+        return false;
+    const auto found = SentenceOf(event);
     return found && (found->sentence == Sentence::LowerBound || found->sentence == Sentence::UpperBound);
 }
 
 bool SaysMore(const LogEvent& event)
 {
-    const auto found = event.kind == EventKind::Info ? SentenceOf(event) : std::nullopt;
+    if (event.kind != EventKind::Info) return false;
+    if (!BeginsLike<Sentence::ErrorInformationOf, Sentence::ErrorInformation, Sentence::DescriptionOfObject,
+                    Sentence::NameOfError, Sentence::UnavailableProperty>(event.text)) {
+        return false;
+    }
+    const auto found = SentenceOf(event);
     if (!found) return false;
     switch (found->sentence) {
         case Sentence::ErrorInformationOf:

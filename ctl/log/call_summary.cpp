@@ -35,18 +35,6 @@ void AddValue(ArgumentSummary& argument, const LogEvent& event)
 
 }  // namespace
 
-std::string_view CallSummary::Interface() const
-{
-    const std::size_t colons = name.rfind("::");
-    return std::string_view(name).substr(0, colons == std::string::npos ? 0 : colons);
-}
-
-std::string_view CallSummary::Method() const
-{
-    const std::size_t colons = name.rfind("::");
-    return std::string_view(name).substr(colons == std::string::npos ? 0 : colons + 2);
-}
-
 const ArgumentSummary* CallSummary::Find(std::string_view argument) const
 {
     for (const ArgumentSummary& candidate : arguments) {
@@ -64,29 +52,40 @@ std::string_view CallSummary::First(std::string_view argument) const
 void CallSummarizer::Begin(const LogEvent& event)
 {
     if (event.kind == EventKind::Call) {
-        open.push_back({std::string(event.name), std::string(event.text), event.inward, event.line, {}, {}});
+        CallSummary& call = open.Push();
+        call.name = event.name;
+        call.object = event.text;
+        call.inward = event.inward;
+        call.line = event.line;
+        call.result = {};
+        call.arguments.ShrinkTo(0);
+        call.interfaceLength = event.Interface().size();
         return;
     }
-    if (open.empty()) return;
-    CallSummary& call = open.back();
+    if (open.IsEmpty()) return;
+    CallSummary& call = open.Top();
     if (event.kind == EventKind::Argument) {
-        if (call.arguments.size() == kMostArguments) return;
-        call.arguments.emplace_back();
-        call.arguments.back().name = event.name.substr(0, kLongestText);
-        call.arguments.back().line = event.line;
-        call.arguments.back().areWhole =
+        if (call.arguments.Size() == kMostArguments) return;
+        ArgumentSummary& argument = call.arguments.Push();
+        argument.name = event.name.substr(0, kLongestText);
+        argument.first.clear();
+        argument.line = event.line;
+        argument.count = argument.notANumber = 0;
+        argument.sum = argument.least = argument.most = 0;
+        argument.numbers = true;
+        argument.areWhole =
             event.text == "long" || event.text == "short" || event.text == "VT_I4" || event.text == "VT_I2";
     } else if (event.kind == EventKind::Value) {
-        if (!call.arguments.empty() && !event.hasChildren) AddValue(call.arguments.back(), event);
+        if (!call.arguments.IsEmpty() && !event.hasChildren) AddValue(call.arguments.Top(), event);
     } else {
         call.result.Take(KindOfMessage(event));
     }
 }
 
-CallSummary CallSummarizer::Close()
+const CallSummary& CallSummarizer::Close()
 {
-    CallSummary call = std::move(open.back());
-    open.pop_back();
+    const CallSummary& call = open.Top();
+    open.Pop();
     return call;
 }
 

@@ -3,9 +3,9 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "ctl/log/call_results.h"
+#include "ctl/log/reused_stack.h"
 
 namespace zelt::ctl {
 
@@ -26,10 +26,15 @@ struct CallSummary {
     bool inward = false;
     int line = 0;
     CallResult result;
-    std::vector<ArgumentSummary> arguments;
+    ReusedStack<ArgumentSummary> arguments;
+    std::size_t interfaceLength = 0;
 
-    std::string_view Interface() const;
-    std::string_view Method() const;
+    // The two parts of the name.
+    std::string_view Interface() const { return std::string_view(name).substr(0, interfaceLength); }
+    std::string_view Method() const
+    {
+        return std::string_view(name).substr(interfaceLength ? interfaceLength + 2 : name.starts_with("::") ? 2 : 0);
+    }
     const ArgumentSummary* Find(std::string_view argument) const;
     // The first value of an argument; empty when there is none.
     std::string_view First(std::string_view argument) const;
@@ -40,15 +45,15 @@ class CallSummarizer {
 public:
     // Events other than calls add to the innermost call.
     void Begin(const LogEvent& event);
-    // Removes a call at its end.
-    CallSummary Close();
+    // Removes a call at its end. The summary is valid until the next event.
+    const CallSummary& Close();
 
-    bool InCall() const { return !open.empty(); }
-    const CallSummary& Innermost() const { return open.back(); }
-    std::size_t Depth() const { return open.size(); }
+    bool InCall() const { return !open.IsEmpty(); }
+    const CallSummary& Innermost() const { return open.Top(); }
+    std::size_t Depth() const { return open.Size(); }
 
 private:
-    std::vector<CallSummary> open;
+    ReusedStack<CallSummary> open;
 };
 
 }  // namespace zelt::ctl

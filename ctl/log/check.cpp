@@ -117,11 +117,15 @@ public:
             properties.Begin(event);
             versions.Begin(event);
             parameters.Begin(event);
-            latest.resize(static_cast<std::size_t>(event.depth));
-            latest.push_back({event.line, std::string(event.name) + " (" + std::string(event.text) + ')'});
+            latest.ShrinkTo(static_cast<std::size_t>(event.depth));
+            while (latest.Size() < static_cast<std::size_t>(event.depth)) latest.Push() = {};
+            OpenCall& call = latest.Push();
+            call.line = event.line;
+            call.name = event.name;
+            call.object = event.text;
         } else {
-            latest.resize(std::min(latest.size(), static_cast<std::size_t>(event.depth)));
-            CheckMessage(event);
+            latest.ShrinkTo(static_cast<std::size_t>(event.depth));
+            if (event.kind >= EventKind::Info) CheckMessage(event);
         }
         kinds.resize(static_cast<std::size_t>(event.depth));
         kinds.push_back(event.kind);
@@ -130,7 +134,7 @@ public:
     void End(EventKind kind, int depth) override
     {
         if (kind != EventKind::Call) return;
-        const CallSummary call = calls.Close();
+        const CallSummary& call = calls.Close();
         life.End(call);
         values.End(call);
         properties.End(call, depth == 0);
@@ -141,7 +145,7 @@ public:
     void LeftOpen(int line) override
     {
         for (const OpenCall& call : latest) {
-            if (call.line == line) report(line, "open-call", call.text + " has no end");
+            if (call.line == line) report(line, "open-call", call.name + " (" + call.object + ") has no end");
         }
     }
     void ParseError(int line) override { damaged = damaged ? damaged : line; }
@@ -158,8 +162,8 @@ public:
 
 private:
     struct OpenCall {
-        int line;
-        std::string text;
+        int line = 0;
+        std::string name, object;
     };
 
     // Arguments belong in calls, values in arguments and in values.
@@ -218,7 +222,7 @@ private:
     DerivativeRule derivatives;
     CallSummarizer calls;
     std::vector<EventKind> kinds;
-    std::vector<OpenCall> latest;  // the calls around the latest event, ended or not
+    ReusedStack<OpenCall> latest;  // the calls around the latest event, ended or not
     int damaged = 0;
 };
 

@@ -124,7 +124,7 @@ void ValueRules::End(const CallSummary& call)
                        InCall(call) + " is not a finite number");
         }
     }
-    const bool isFraction = LowerCase(call.First("property")) == "fraction";
+    const bool isFraction = IsSameInLowerCase(call.First("property"), "fraction");
     const ArgumentSummary* values = call.Method() == "GetTPFraction" ? call.Find("composition")
                                     : isFraction                     ? PropertyValues(call)
                                                                      : nullptr;

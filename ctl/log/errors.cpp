@@ -7,6 +7,7 @@
 #include "ctl/log/call_filter.h"
 #include "ctl/log/call_text.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/log/reused_stack.h"
 
 namespace zelt::ctl {
 namespace {
@@ -50,15 +51,23 @@ public:
     void Begin(const LogEvent& event) override
     {
         if (withContext) texts.Begin(event);
-        const std::string said = detail;
-        if (!IsSuppression(event)) detail = SaysMore(event) ? event.text : std::string_view();
+        said.clear();
+        if (!detail.empty()) {
+            said = detail;
+            if (!IsSuppression(event)) detail.clear();
+        }
+        if (SaysMore(event)) detail = event.text;
         if (event.kind == EventKind::Call) {
-            open.push_back({std::string(event.name), std::string(event.text), event.line, filter.Matches(event)});
+            OpenCall& call = open.Push();
+            call.name = event.name;
+            call.object = event.text;
+            call.line = event.line;
+            call.matches = filter.Matches(event);
             return;
         }
         const MessageKind kind = KindOfMessage(event);
         if (kind < MessageKind::Query || (kind <= MessageKind::Warning && !withWarnings)) return;
-        if (open.empty() ? filter.Any() : !open.back().matches) return;
+        if (open.IsEmpty() ? filter.Any() : !open.Top().matches) return;
         if (kind == MessageKind::Query && !withQueries) {
             ++leftOut.queries;
             return;
@@ -69,15 +78,15 @@ public:
             return;
         }
         if (asJson) {
-            WriteJson(event, kind, said);
+            WriteJson(event, kind);
         } else {
-            WriteText(event, kind, said);
+            WriteText(event, kind);
         }
     }
     void End(EventKind kind, int) override
     {
         if (kind != EventKind::Call) return;
-        open.pop_back();
+        open.Pop();
         if (withContext) texts.Close();
     }
     // An argument parts what the callee said from the failure.
@@ -101,10 +110,10 @@ private:
         bool matches;
     };
 
-    void WriteText(const LogEvent& event, MessageKind kind, const std::string& said)
+    void WriteText(const LogEvent& event, MessageKind kind)
     {
         out << event.line << ": " << StyleOf(kind) << NameOf(kind) << Style::Plain;
-        if (!open.empty()) out << " in " << open.back().name << " (" << open.back().object << ')';
+        if (!open.IsEmpty()) out << " in " << open.Top().name << " (" << open.Top().object << ')';
         out << ": " << event.text << '\n';
         if (!said.empty()) out << "    " << said << '\n';
         if (withContext) WriteContext();
@@ -126,7 +135,7 @@ private:
     bool IsNew(const LogEvent& event)
     {
         constexpr std::size_t kMost = 10'000;
-        std::string what = open.empty() ? std::string() : open.back().name;
+        std::string what = open.IsEmpty() ? std::string() : open.Top().name;
         const auto found = SentenceOf(event);
         if (!found) {
             what.append(1, '\n').append(event.text);
@@ -137,7 +146,7 @@ private:
         }
         return known.contains(what) ? false : known.size() == kMost || known.insert(what).second;
     }
-    void WriteJson(const LogEvent& event, MessageKind kind, const std::string& said)
+    void WriteJson(const LogEvent& event, MessageKind kind)
     {
         json.NewLine().BeginObject().Member("line", event.line).Member("kind", NameOf(kind));
         json.Member("text", event.text);
@@ -155,8 +164,9 @@ private:
     Output& out;
     LeftOut& leftOut;
     JsonWriter json;
-    std::vector<OpenCall> open;
+    ReusedStack<OpenCall> open;
     std::string detail;  // what the callee said last, until the failure that it is about
+    std::string said;    // the detail of the latest event
     long long found = 0;
     CallTexts texts;              // of the open calls, for their context
     std::set<std::string> known;  // what warnings have said so far

@@ -10,6 +10,7 @@
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
 #include "ctl/log/log_commands.h"
+#include "ctl/log/text_memo.h"
 
 namespace zelt::ctl {
 namespace {
@@ -26,11 +27,14 @@ struct Counts {
 };
 
 using Table = std::map<std::string, Counts, std::less<>>;
+using Rows = Memo<Counts*>;  // the rows of names that recur
 
-Counts& RowOf(Table& table, std::string_view name)
+Counts* RowOf(Table& table, Rows& rows, std::string_view name)
 {
-    const auto found = table.find(name);
-    return found != table.end() ? found->second : table[std::string(name)];
+    return rows.Of(name, [&](std::string_view text) {
+        const auto found = table.find(text);
+        return found != table.end() ? &found->second : &table[std::string(text)];
+    });
 }
 
 class Counter final : public LogSink {
@@ -83,13 +87,14 @@ private:
             open.push_back({nullptr, nullptr});
             return;
         }
-        open.push_back({&RowOf(methods, event.name), &RowOf(objects, event.text)});
+        open.push_back({RowOf(methods, methodRows, event.name), RowOf(objects, objectRows, event.text)});
         ++total.calls;
         ++open.back().method->calls;
         ++open.back().object->calls;
     }
 
     CallFilter filter;
+    Rows methodRows, objectRows;
     std::vector<OpenCall> open;
 };
 

@@ -105,7 +105,7 @@ private:
     {
         const CallText& call = texts.open.back();
         const bool unfinished = std::find(leftOpen.begin(), leftOpen.end(), call.line) != leftOpen.end();
-        const CallSummary summary = summaries.Close();
+        const CallSummary& summary = summaries.Close();
         life.End(summary);
         values.End(summary);
         properties.End(summary, open.size() == 1);

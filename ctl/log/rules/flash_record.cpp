@@ -24,14 +24,12 @@ std::optional<double> NumberOf(std::string_view text)
     return number;
 }
 
-bool IsSame(std::string_view a, std::string_view b) { return LowerCase(a) == LowerCase(b); }
-
 }  // namespace
 
 const FlashRecord::Phase* FlashRecord::Material::Find(std::string_view label) const
 {
     for (const Phase& phase : phases) {
-        if (IsSame(phase.label, label)) return &phase;
+        if (IsSameInLowerCase(phase.label, label)) return &phase;
     }
     return nullptr;
 }
@@ -61,7 +59,7 @@ FlashRecord::Material& FlashRecord::MaterialOf(const std::string& name)
 FlashRecord::Phase& FlashRecord::PhaseOf(Material& material, const std::string& label)
 {
     for (Phase& phase : material.phases) {
-        if (IsSame(phase.label, label)) return phase;
+        if (IsSameInLowerCase(phase.label, label)) return phase;
     }
     if (material.phases.size() == kMostPhases) {
         material.isUnsure = true;
@@ -242,7 +240,7 @@ void FlashRecord::Interpret()
 
 void FlashRecord::TakeProperty(Material& material, bool sets)
 {
-    const bool isOverall = IsSame(inner.phase, "overall"), isFraction = inner.property == "fraction";
+    const bool isOverall = IsSameInLowerCase(inner.phase, "overall"), isFraction = inner.property == "fraction";
     const bool isKnown = inner.areNumbers && !inner.ofSome;
     if (isOverall) {
         const Composition values = {isKnown ? inner.numbers : std::vector<double>(), inner.basis, inner.line};

@@ -1,0 +1,37 @@
+// A stack whose elements keep their memory when they leave it, for those that come next: a log has millions of calls, but few are
+// open at once. An element that is pushed has the contents of an earlier one.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace zelt::ctl {
+
+template <class T>
+class ReusedStack {
+public:
+    T& Push()
+    {
+        if (count == all.size()) all.emplace_back();
+        return all[count++];
+    }
+    void Pop() { --count; }
+    // Does nothing when there are not so many.
+    void ShrinkTo(std::size_t most)
+    {
+        if (count > most) count = most;
+    }
+
+    bool IsEmpty() const { return count == 0; }
+    std::size_t Size() const { return count; }
+    T& Top() { return all[count - 1]; }
+    const T& Top() const { return all[count - 1]; }
+    const T* begin() const { return all.data(); }
+    const T* end() const { return all.data() + count; }
+
+private:
+    std::vector<T> all;
+    std::size_t count = 0;  // of those on the stack
+};
+
+}  // namespace zelt::ctl
