@@ -24,7 +24,12 @@ public:
 
     Output& operator<<(std::string_view text)
     {
-        AppendVisible(buffer, text);
+        constexpr std::size_t kShort = 64;
+        if (text.size() <= kShort && IsPrintable(text)) {
+            buffer += text;
+        } else {
+            AppendVisible(buffer, text);
+        }
         if (stream && buffer.size() >= kPiece) Flush();
         return *this;
     }

@@ -22,16 +22,16 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
 {
     const __m128i blank = _mm_set1_epi8(' '), last = _mm_set1_epi8(0x7F), tab = _mm_set1_epi8('\t'),
                   feed = _mm_set1_epi8('\n'), carriage = _mm_set1_epi8('\r');
-    const auto places = [](__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); };
     std::size_t at = start;
-    for (; at + sizeof blank <= text.size(); at += sizeof blank) {
+    for (; at + sizeof blank < text.size(); at += sizeof blank) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-        // Bytes from 0x80 on are negative.
-        unsigned hidden = places(_mm_or_si128(_mm_cmplt_epi8(bytes, blank), _mm_cmpeq_epi8(bytes, last)));
-        if (!hidden) continue;
-        const unsigned feeds = places(_mm_cmpeq_epi8(bytes, feed)), tabs = places(_mm_cmpeq_epi8(bytes, tab));
-        const unsigned pairs = places(_mm_cmpeq_epi8(bytes, carriage)) & feeds >> 1;
-        hidden &= ~(feeds | tabs | pairs);
+        const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at + 1));
+        // Bytes from 0x80 on are negative. Large texts have many line ends, so there is no branch for them.
+        const __m128i special = _mm_or_si128(_mm_cmplt_epi8(bytes, blank), _mm_cmpeq_epi8(bytes, last));
+        const __m128i pairs = _mm_and_si128(_mm_cmpeq_epi8(bytes, carriage), _mm_cmpeq_epi8(next, feed));
+        const __m128i layout =
+            _mm_or_si128(pairs, _mm_or_si128(_mm_cmpeq_epi8(bytes, feed), _mm_cmpeq_epi8(bytes, tab)));
+        const auto hidden = static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(layout, special)));
         if (hidden) return at + static_cast<std::size_t>(std::countr_zero(hidden)) - start;
     }
     return at - start;

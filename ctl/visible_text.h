@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -26,5 +27,24 @@ std::size_t WidthOf(std::string_view text);
 
 // Appends `text` with each hidden character as its number, like \u{9b}. Tabs and line ends, including CR LF, stay.
 void AppendVisible(std::string& out, std::string_view text);
+
+// Whether a text has printable ASCII only, eight bytes at a time.
+inline bool IsPrintable(std::string_view text)
+{
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    // A byte below 0x20 borrows, 0x7F becomes 0x80, and bytes from 0x80 on have their high bit already.
+    const auto isWord = [](std::uint64_t word) {
+        return (((word - 0x20 * kOnes) | (word + kOnes) | word) & 0x80 * kOnes) == 0;
+    };
+    std::uint64_t word;
+    while (text.size() > sizeof word) {
+        std::memcpy(&word, text.data(), sizeof word);
+        if (!isWord(word)) return false;
+        text.remove_prefix(sizeof word);
+    }
+    word = ' ' * kOnes;
+    text.copy(reinterpret_cast<char*>(&word), text.size());
+    return isWord(word);
+}
 
 }  // namespace zelt::ctl

@@ -153,8 +153,8 @@ bool IsMark(std::string_view value)
 
 bool IsReal(std::string_view value, std::string_view type)
 {
-    return type.find("VT_R") != std::string_view::npos || type == "double" ||
-           value.find_first_of(".e") != std::string_view::npos;
+    return std::any_of(value.begin(), value.end(), [](char c) { return c == '.' || c == 'e'; }) ||
+           type.find("VT_R") != std::string_view::npos || type == "double";
 }
 
 // Of those that keep their order; all that 32 bits hold.
@@ -243,8 +243,12 @@ std::string LogAliases::Number(std::string_view text, bool real) const
     char alias[32];
     char* end;
     if (real) {
-        const double digits = 1 + static_cast<double>(hash % 900'000) / 100'000;
-        end = std::to_chars(alias, std::end(alias), digits, std::chars_format::general, 6).ptr;
+        // Six digits, with a point behind the first and without zeros at the end.
+        end = std::to_chars(alias + 1, std::end(alias), 100'000 + hash % 900'000).ptr;
+        alias[0] = alias[1];
+        alias[1] = '.';
+        while (end[-1] == '0') --end;
+        if (end[-1] == '.') --end;
         *end++ = 'e';
         end = std::to_chars(end, std::end(alias), static_cast<int>(hash / 900'000 % 7) - 3).ptr;
     } else {

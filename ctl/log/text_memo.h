@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -17,35 +18,50 @@ public:
     template <class Make>
     const Made& Of(std::string_view text, Make&& make)
     {
-        Place& place = places[text.size() <= kLongest ? PlaceOf(text) : kPlaces];
-        if (!place.isUsed || text.size() > kLongest || place.text != text) {
-            place.made = make(text);
+        return Of(text, {}, [&] { return make(text); });
+    }
+    // The same for two texts that recur together.
+    template <class Make>
+    const Made& Of(std::string_view text, std::string_view other, Make&& make)
+    {
+        const bool isLong = text.size() + other.size() > kLongest;
+        Place& place = places[isLong ? kPlaces : PlaceOf(Hash(Hash(0, text), other))];
+        if (!place.isUsed || isLong || place.text != text || place.other != other) {
+            place.made = make();
             place.text = text;
+            place.other = other;
             place.isUsed = true;
         }
         return place.made;
     }
 
 private:
-    static constexpr std::size_t kPlaces = 256, kLongest = 200;
+    static constexpr int kBits = 8;
+    static constexpr std::size_t kPlaces = std::size_t{1} << kBits, kLongest = 200;
 
-    // Of the length, the first bytes, in which sentences differ, and the last ones, in which names of one origin do.
-    static std::size_t PlaceOf(std::string_view text)
+    static constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15u;
+
+    static std::uint64_t Hash(std::uint64_t hash, std::string_view text)
     {
-        constexpr std::size_t kBytes = sizeof(std::uint64_t);
-        std::uint64_t first = 0, last = 0;
-        if (text.size() >= kBytes) {
-            std::memcpy(&first, text.data(), kBytes);
-            std::memcpy(&last, text.data() + (text.size() - kBytes), kBytes);
-        } else {
-            text.copy(reinterpret_cast<char*>(&first), text.size());
+        constexpr std::size_t kWord = sizeof hash;
+        std::uint64_t word = 0;
+        hash ^= text.size();
+        for (std::size_t at = 0; at + kWord <= text.size(); at += kWord) {
+            std::memcpy(&word, text.data() + at, kWord);
+            hash = std::rotl((hash ^ word) * kFactor, 32);
         }
-        constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15u;
-        return static_cast<std::size_t>((first * kFactor + last + text.size()) * kFactor >> 56);
+        // The last bytes, some of them again.
+        if (text.size() >= kWord) {
+            std::memcpy(&word, text.data() + text.size() - kWord, kWord);
+        } else {
+            text.copy(reinterpret_cast<char*>(&word), text.size());
+        }
+        return std::rotl((hash ^ word) * kFactor, 32);
     }
+    static std::size_t PlaceOf(std::uint64_t hash) { return static_cast<std::size_t>(hash * kFactor >> (64 - kBits)); }
 
     struct Place {
-        std::string text;
+        std::string text, other;
         Made made = {};
         bool isUsed = false;
     };

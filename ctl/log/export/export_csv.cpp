@@ -145,8 +145,7 @@ private:
         row += ',';
         if (counted && index) AppendNumber(row, index);
         AppendField(row, text);
-        row += "\r\n";
-        out << row;
+        out << row << '\r' << '\n';
     }
 
     Output& out;

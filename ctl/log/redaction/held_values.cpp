@@ -31,7 +31,9 @@ void HeldValues::Take(HeldValue value, std::string& lines, const LogAliases& ali
 void HeldValues::Fill(std::string& lines, const LogAliases& aliases)
 {
     if (held.empty()) return;
-    std::string filled;
+    const std::size_t first = held[0].place;
+    const std::string behind(lines, first);
+    lines.resize(first);
     std::size_t done = 0;
     for (const HeldValue& value : held) {
         const FlashRecord::Material* material = flash.Find(value.object);
@@ -43,10 +45,10 @@ void HeldValues::Fill(std::string& lines, const LogAliases& aliases)
             if (latest.size() == kMostLatest) latest.clear();
             latest[KeyOf(value)] = substitute;
         }
-        filled.append(lines, done, value.place - done).append(substitute);
-        done = value.place;
+        lines.append(behind, done, value.place - first - done).append(substitute);
+        done = value.place - first;
     }
-    lines = filled.append(lines, done);
+    lines.append(behind, done);
     held.clear();
 }
 

@@ -19,17 +19,28 @@
 namespace zelt::ctl {
 namespace {
 
+std::size_t FirstMarkup(std::string_view text)
+{
+    const auto isMarkup = [](char c) { return MarkupEntity(c) != nullptr; };
+    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isMarkup) - text.begin());
+}
+
 std::string Escaped(std::string_view text)
 {
     std::string escaped;
-    std::size_t done = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char* const entity = MarkupEntity(text[i]);
-        if (!entity) continue;
-        escaped.append(text, done, i - done).append(entity);
-        done = i + 1;
+    while (true) {
+        const std::size_t plain = FirstMarkup(text);
+        escaped.append(text.substr(0, plain));
+        if (plain == text.size()) return escaped;
+        escaped += MarkupEntity(text[plain]);
+        text.remove_prefix(plain + 1);
     }
-    return escaped.append(text, done);
+}
+
+// Most values are numbers, which stay as they are.
+std::string EscapedValue(std::string&& value)
+{
+    return FirstMarkup(value) == value.size() ? std::move(value) : Escaped(value);
 }
 
 // The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
@@ -92,7 +103,7 @@ public:
             meanings.EndCall();
             if (heldValues.EndCall(depth)) heldValues.Fill(lines, aliases);
         }
-        const char* tag = EndTag(kind, parents.back());
+        const std::string_view tag = EndTag(kind, parents.back());
         parents.pop_back();
         // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
         ends.push_back({tag, depth});
@@ -115,22 +126,22 @@ public:
 
 private:
     struct PendingEnd {
-        const char* tag;  // null for an empty element
+        std::string_view tag;  // empty for an empty element
         int depth;
     };
 
-    static const char* EndTag(EventKind kind, bool parent)
+    static std::string_view EndTag(EventKind kind, bool parent)
     {
         switch (kind) {
             case EventKind::Call: return "</func>\r\n";
             case EventKind::Argument: return "</arg>\r\n";
-            case EventKind::Value: return parent ? "</argval>\r\n" : nullptr;
-            case EventKind::Info: return parent ? "</info>\r\n" : nullptr;
-            case EventKind::Warning: return parent ? "</warning>\r\n" : nullptr;
-            case EventKind::Error: return parent ? "</error>\r\n" : nullptr;
+            case EventKind::Value: return parent ? "</argval>\r\n" : std::string_view();
+            case EventKind::Info: return parent ? "</info>\r\n" : std::string_view();
+            case EventKind::Warning: return parent ? "</warning>\r\n" : std::string_view();
+            case EventKind::Error: return parent ? "</error>\r\n" : std::string_view();
             case EventKind::Other: break;
         }
-        return parent ? "</other>\r\n" : nullptr;
+        return parent ? "</other>\r\n" : std::string_view();
     }
     const std::string& StandardName(std::string_view name)
     {
@@ -212,16 +223,19 @@ private:
         if (value.starts_with('"')) {
             return texts.Of(value, [this](std::string_view text) { return Escaped(aliases.Value(text, {})); });
         }
-        return kept = Escaped(aliases.Value(value, type));
+        return kept = EscapedValue(aliases.Value(value, type));
     }
     void AppendNamed(std::string_view opening, const LogEvent& event, std::string_view other)
     {
-        lines += opening;
-        lines += StandardName(event.name);
-        lines += event.inward ? "\" direc=\"in\" " : "\" direc=\"out\" ";
-        lines += other;
-        lines += event.kind == EventKind::Call ? Object(event.text) : StandardName(event.text);
-        lines += "\">\r\n";
+        auto& known = named[event.kind == EventKind::Call][event.inward];
+        lines += known.Of(event.name, event.text, [&] {
+            std::string line(opening);
+            line += StandardName(event.name);
+            line += event.inward ? "\" direc=\"in\" " : "\" direc=\"out\" ";
+            line += other;
+            line += event.kind == EventKind::Call ? Object(event.text) : StandardName(event.text);
+            return line += "\">\r\n";
+        });
     }
     void AppendElement(std::string_view opening, const std::string& value, bool parent)
     {
@@ -234,20 +248,22 @@ private:
     {
         if (held.empty()) return;
         const std::vector<std::string> redacted = RedactFractions(held, meanings.AreAll(), aliases);
-        std::string filled;
+        const std::size_t first = places[0];
+        behind.assign(lines, first);
+        lines.resize(first);
         std::size_t done = 0;
         for (std::size_t i = 0; i < redacted.size(); ++i) {
-            filled.append(lines, done, places[i] - done).append(Escaped(redacted[i]));
-            done = places[i];
+            lines.append(behind, done, places[i] - first - done).append(Escaped(redacted[i]));
+            done = places[i] - first;
         }
-        lines = filled.append(lines, done);
+        lines.append(behind, done);
         held.clear();
         places.clear();
     }
     void AppendEnds(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
-            if (!ends[i].tag) continue;
+            if (ends[i].tag.empty()) continue;
             lines.append(static_cast<std::size_t>(ends[i].depth), ' ');
             lines += ends[i].tag;
         }
@@ -258,10 +274,12 @@ private:
     const bool keepsErrors;
     Output& out;
     TextMemo names, objects, texts, infos, warnings, errors, ordered;
-    std::string key;   // of what is in order
-    std::string kept;  // the latest value, if it is in no memo
+    Memo<std::string> named[2][2];  // lines of arguments and of calls, by their direction
+    std::string key;                // of what is in order
+    std::string kept;               // the latest value, if it is in no memo
     static constexpr std::size_t kPiece = 4096;
-    std::string lines;  // the next ones, put together; their memory is used again
+    std::string lines;   // the next ones, put together; their memory is used again
+    std::string behind;  // what is behind the place of the first fraction
     static constexpr std::string_view kValue = "<argval value=\"";
     std::string type;
     std::size_t flowPlace = 0;
