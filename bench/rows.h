@@ -1,5 +1,6 @@
 // What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the
-// medians, and the ratio of each pair's times as median and spread. Times are wall-clock times.
+// medians, and the ratio of each pair's times as median and spread. Times are wall-clock times: where other programs interrupt a
+// measurement, many short pairs give a steadier median than few long ones.
 #pragma once
 
 #include <chrono>
@@ -21,7 +22,7 @@ struct Comparison {
     double floor;            // seconds, median
     double measured;         // seconds, median
     double ratio;            // median of the pairs
-    double lowest, highest;  // of the pairs
+    double lowest, highest;  // of the pairs, without a tenth of them at each end
 };
 
 double Median(std::vector<double> values);
@@ -31,10 +32,26 @@ Comparison Compare(int pairs, const std::function<double()>& floor, const std::f
 
 void PrintTitle(const std::string& title);
 // `unit` is "s", "ms", "us" or "ns". The times are divided by `each`, for example by the number of calls, to show the time of one.
-// A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal.
-void PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
+// A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal. False when the goal is
+// missed.
+bool PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1, double orAdded = 0);
-// A figure that has no floor.
-void PrintFigure(const std::string& what, double value, const std::string& unit, double goal = 0);
+// A figure that has no floor. False when the goal is missed.
+bool PrintFigure(const std::string& what, double value, const std::string& unit, double goal = 0);
+
+// What a row is to be.
+struct Goal {
+    double ratio = 0;  // 0 for none
+    std::string unit = "s";
+    double each = 1, orAdded = 0;  // see PrintRow
+};
+// Measures a row and prints it; one that misses its goal is measured again before that counts. Returns the last comparison.
+Comparison MeasureRow(const std::string& what, int pairs, const Goal& goal, const std::function<double()>& floor,
+                      const std::function<double()>& measured);
+
+// Takes down whether a goal is met.
+void Require(bool isMet);
+// Of a benchmark's program: not 0 when a goal was missed.
+int ExitCode();
 
 }  // namespace zelt::bench

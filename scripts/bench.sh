@@ -4,10 +4,10 @@
 nativeBenches=(logs)
 
 # Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; each gets the options.
-# "remote64" is bench_remote for ZELT64.
+# "remote64" is bench_remote for ZELT64. Fails when a program fails, as it does when a goal is missed, but after all have run.
 Bench()
 {
-    local wanted=() options=() name program underWine=()
+    local wanted=() options=() name program underWine=() missed=()
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
         wanted+=("$1")
         shift
@@ -20,11 +20,14 @@ Bench()
     [ ${#wanted[@]} -gt 0 ] || { all=1 && wanted=("${nativeBenches[@]}"); }
     for name in "${wanted[@]}"; do
         case " ${nativeBenches[*]} " in
-            *" $name "*) BenchNatively "$name" "${options[@]}" ;;
+            *" $name "*) BenchNatively "$name" "${options[@]}" || missed+=("$name") ;;
             *) underWine+=("$name") ;;
         esac
     done
-    [ "$all" -eq 1 ] || [ ${#underWine[@]} -gt 0 ] || return 0
+    [ "$all" -eq 1 ] || [ ${#underWine[@]} -gt 0 ] || {
+        FailWhenMissed "${missed[@]}"
+        return 0
+    }
     wanted=("${underWine[@]}")
     BuildRelease SamplePackage benches
     BuildPreset release64 zelt SamplePackage bench_remote
@@ -53,8 +56,15 @@ Bench()
         sleep 1
         kill "$shown"
         wait "$shown" 2>/dev/null || true
-        [ "$status" -eq 0 ] || Fail "The benchmark $name failed (exit code $status)."
+        [ "$status" -eq 0 ] || missed+=("$name")
     done
+    FailWhenMissed "${missed[@]}"
+}
+
+# FailWhenMissed [name...]: of benchmarks.
+FailWhenMissed()
+{
+    [ $# -eq 0 ] || Fail "These benchmarks failed, or missed a goal: $*."
 }
 
 # BenchNatively <name> [option...]
@@ -63,8 +73,7 @@ BenchNatively()
     local name=$1
     shift
     BuildPreset native zeltctl "bench_$name"
-    timeout 1800 "build/native/bench/bench_$name" "$@" | tee "$logFolder/bench-$name.log" ||
-        Fail "The benchmark $name failed, or missed a goal."
+    timeout 1800 "build/native/bench/bench_$name" "$@" | tee "$logFolder/bench-$name.log"
 }
 
 # A package of the sample's manager, exported without logging.

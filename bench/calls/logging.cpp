@@ -12,8 +12,8 @@
 namespace zelt::bench {
 namespace {
 
-constexpr int kCalls = 20'000;
-constexpr int kPairs = 15;
+constexpr int kCalls = 1000;
+constexpr int kPairs = 151;
 
 // The entries of a log's text after its header: the start of a call, an argument from start to end, the
 // end of a call.
@@ -92,15 +92,14 @@ void Row(const char* name, Call call)
     // Only the first call looks up the interface, but that writes nothing.
     const std::string text = TextOfACall(call);
     const std::vector<std::string_view> entries = Entries(text);
-    const Comparison row = Compare(
-        kPairs, [&] { return TimeFloor(entries); }, [&] { return TimeLogged(call); });
-    PrintRow(std::string(name) + ", " + std::to_string(entries.size()) + " entries, " + std::to_string(text.size()) +
-                 " bytes",
-             row, 1.5, "ns", kCalls);
+    MeasureRow(
+        std::string(name) + ", " + std::to_string(entries.size()) + " entries, " + std::to_string(text.size()) +
+            " bytes",
+        kPairs, {1.1, "ns", kCalls}, [&] { return TimeFloor(entries); }, [&] { return TimeLogged(call); });
     const std::size_t recorded = RecordedBytesOfACall(call);
-    const Comparison both = Compare(
-        kPairs, [&] { return TimeFloorOfBoth(entries, recorded); }, [&] { return TimeLogged(call, true); });
-    PrintRow("the same, recorded, too, in " + std::to_string(recorded) + " bytes", both, 1.5, "ns", kCalls);
+    MeasureRow(
+        "the same, recorded, too, in " + std::to_string(recorded) + " bytes", kPairs, {1.5, "ns", kCalls},
+        [&] { return TimeFloorOfBoth(entries, recorded); }, [&] { return TimeLogged(call, true); });
 }
 
 }  // namespace

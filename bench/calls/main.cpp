@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "bench/calls/parts.h"
+#include "bench/rows.h"
 
 int main(int argc, char** argv)
 {
@@ -20,5 +21,5 @@ int main(int argc, char** argv)
         zelt::bench::MeasureGrowth(kEntries);
     }
     CoUninitialize();
-    return 0;
+    return zelt::bench::ExitCode();
 }

@@ -98,8 +98,8 @@ void MeasurePackages()
     }
     const _bstr_t name(L"Package");
     PrintTitle("Packages made, used and released in process, logging off (floor: made directly)");
-    const Comparison row = Compare(
-        kPairs,
+    MeasureRow(
+        "100 packages", kPairs, {1.3, "ms"},
         [] {
             return Time([](ComPtr<IDispatch>* package) {
                 return CoCreateInstance(kClass, nullptr, CLSCTX_INPROC_SERVER,
@@ -111,7 +111,6 @@ void MeasurePackages()
                 return manager->GetPropertyPackage(name, package->ReleaseAndGetAddressOf());
             });
         });
-    PrintRow("100 packages", row, 1.3, "ms");
 }
 
 }  // namespace zelt::bench

@@ -137,19 +137,21 @@ int Run(int lives)
                  Compare(
                      kPairs, [&] { return method.time(*surrogate.Get()); }, [&] { return method.time(*zelt.Get()); }),
                  0, "us", kCalls);
+        const bool isNoneMore = calls <= floorCalls && calls > 0;
+        Require(isNoneMore);
         std::printf("  remote calls in %d: surrogate %ld, ZELT %ld: %s\n", kCalls, floorCalls, calls,
-                    calls <= floorCalls && calls > 0 ? "none more" : "MORE, or none counted");
+                    isNoneMore ? "none more" : "MORE, or none counted");
     }
     const RemoteCalls floor = CountSession(*below.Get(), L"Aromatics");
     const RemoteCalls measured = CountSession(*above.Get(), L"Benchmark");
+    const bool isNoneMore = measured.out <= floor.out && measured.in <= floor.in && measured.in > 0;
+    Require(isNoneMore);
     std::printf(
         "a package's whole life, with five flashes and ten properties\n"
         "  remote calls to it: surrogate %ld, ZELT %ld; from it to the material: surrogate %ld, ZELT %ld: %s\n",
-        floor.out, measured.out, floor.in, measured.in,
-        measured.out <= floor.out && measured.in <= floor.in && measured.in > 0 ? "none more"
-                                                                                : "MORE, or none counted");
+        floor.out, measured.out, floor.in, measured.in, isNoneMore ? "none more" : "MORE, or none counted");
     CompareMemoryOfLives(lives, inSurrogate, inZelt);
-    return 0;
+    return ExitCode();
 }
 
 }  // namespace

@@ -192,5 +192,23 @@ TEST(ByteSearch, FindsTheSameInBothWays)
     }
 }
 
+TEST(ByteSearch, CopiesTheSameInBothWays)
+{
+    for (std::size_t length = 0; length < 40; ++length) {
+        for (int byte = 0; byte < 256; ++byte) {
+            std::string text = std::string(length, 'a') + static_cast<char>(byte) + "b\"";
+            const std::size_t end = byte == '&' || byte == '"' ? length : length + 2;
+            text.append(kSlack, '&');
+            const auto expectCopy = [&](auto copy) {
+                std::string out(text.size() + kSlack, '?');
+                EXPECT_EQ(end, static_cast<std::size_t>(copy(text.data(), out.data()) - text.data())) << byte;
+                EXPECT_EQ(text.substr(0, end), out.substr(0, end)) << byte;
+            };
+            expectCopy(PlainBytes::CopyToMarkup);
+            expectCopy(FastBytes::CopyToMarkup);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace zelt::test

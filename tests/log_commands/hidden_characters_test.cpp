@@ -129,5 +129,25 @@ TEST(HiddenCharacters, LeaveTheEndsOfLinesAndTabs)
     EXPECT_EQ("a\tb\r\nc\\u{d}d\n\\u{0}\xe2\\x{80}\xc2", out.Text());
 }
 
+// Texts are examined several bytes at a time.
+TEST(HiddenCharacters, AreShownAtEachPlaceOfATextOfAnyLength)
+{
+    const struct {
+        std::string text, shown;
+    } kCases[] = {{"\r\n", "\r\n"},     {"\n", "\n"},        {"\t", "\t"},        {"\r", "\\u{d}"},
+                  {"\x1f", "\\u{1f}"},  {"\x7f", "\\u{7f}"}, {"\x80", "\\x{80}"}, {"\u202e", "\\u{202e}"},
+                  {"\u00e9", "\u00e9"}, {" ", " "},          {"~", "~"}};
+    for (std::size_t length = 0; length < 100; ++length) {
+        for (std::size_t before = 0; before <= length; ++before) {
+            for (const auto& one : kCases) {
+                const std::string start(before, 'a'), rest(length - before, 'z');
+                ctl::Output out;
+                out << start + one.text + rest;
+                ASSERT_EQ(start + one.shown + rest, out.Text());
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace zelt::test

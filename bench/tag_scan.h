@@ -1,11 +1,11 @@
 // The floor of what reads logs: a bare scan for tags.
 #pragma once
 
-#include <string>
+#include <filesystem>
 
 namespace zelt::bench {
 
 // Reads the file in pieces, finds where each tag begins and ends, and does nothing else. Returns seconds.
-double ScanForTags(const std::string& path);
+double ScanForTags(const std::filesystem::path& path);
 
 }  // namespace zelt::bench
