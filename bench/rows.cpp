@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 namespace zelt::bench {
 namespace {
@@ -9,6 +10,17 @@ namespace {
 bool allMet = true;
 
 }  // namespace
+
+double ProcessorSeconds()
+{
+#ifdef _WIN32
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+#else
+    timespec time = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+#endif
+}
 
 double Median(std::vector<double> values)
 {

@@ -1,5 +1,5 @@
 // What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the
-// medians, and the ratio of each pair's times as median and spread. Times are wall-clock times: where other programs interrupt a
+// medians, and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are wall-clock times: where other programs interrupt a
 // measurement, many short pairs give a steadier median than few long ones.
 #pragma once
 
@@ -16,6 +16,18 @@ public:
 
 private:
     const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+};
+
+// The processor's time that this process has used, where the system counts it finely, and otherwise the clock's. For work of one
+// thread that waits for nothing: other programs that run meanwhile make no difference.
+double ProcessorSeconds();
+
+class WorkWatch {
+public:
+    double Seconds() const { return ProcessorSeconds() - start; }
+
+private:
+    const double start = ProcessorSeconds();
 };
 
 struct Comparison {

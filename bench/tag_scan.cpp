@@ -69,7 +69,7 @@ long long CountTags(const char* at, const char* end)
 
 double ScanForTags(const std::filesystem::path& path)
 {
-    const Stopwatch watch;
+    const WorkWatch watch;
     const int file = Open(path);
     if (file < 0) throw std::runtime_error("the log cannot be opened");
     const std::unique_ptr<char[]> bytes(new char[kPiece + kSlack]());

@@ -6,8 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "bench/rows.h"
-
 namespace zelt::bench {
 
 Run RunProgram(const std::vector<std::string>& words)
@@ -20,7 +18,6 @@ Run RunProgram(const std::vector<std::string>& words)
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
         posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
     }
-    const Stopwatch watch;
     pid_t process = 0;
     const int failure = posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
@@ -28,7 +25,10 @@ Run RunProgram(const std::vector<std::string>& words)
     int status = 0;
     rusage usage = {};
     wait4(process, &status, 0, &usage);
-    return {true, watch.Seconds(), static_cast<double>(usage.ru_maxrss) * 1024 / 1e6};
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return {true, seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) * 1024 / 1e6};
 }
 
 }  // namespace zelt::bench

@@ -7,8 +7,8 @@
 namespace zelt::bench {
 
 struct Run {
-    bool started;  // false for a tool that is not installed
-    double seconds, megabytes;
+    bool started;               // false for a tool that is not installed
+    double seconds, megabytes;  // of the processor, of memory
 };
 
 // Discards the output. The words are the program and its arguments.
