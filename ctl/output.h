@@ -33,6 +33,13 @@ public:
         if (stream && buffer.size() >= kPiece) Flush();
         return *this;
     }
+    // Bytes that are no text.
+    Output& Bytes(std::string_view bytes)
+    {
+        buffer += bytes;
+        if (stream && buffer.size() >= kPiece) Flush();
+        return *this;
+    }
     Output& operator<<(char c)
     {
         buffer += c;

@@ -1,5 +1,7 @@
 #include "ctl/recording/recording_commands.h"
 
+#include "ctl/output_file.h"
+
 namespace zelt::ctl {
 namespace {
 
@@ -12,12 +14,20 @@ constexpr Option kProfileOptions[] = {
     {"--objects",      nullptr, "a row for each object instead of each member"},
     {"--trace-events", nullptr, "every call as a trace event, in the JSON that Perfetto, Chrome and speedscope open"},
 };
+constexpr Option kTrimOptions[] = {
+    {"--calls",   "A..B", "up to these calls, by their numbers; one number is one call"},
+    {"--failure", "N",    "up to the Nth call that failed"},
+    ZELT_OUTPUT_OPTION,
+};
 
 constexpr Command kCommands[] = {
     {"recording info", "RECORDING", 1, 1, kInfoOptions, "Says what a recording is of, and how it ends", "", DescribeRecording},
     {"recording profile", "RECORDING", 1, 1, kProfileOptions, "Shows where the time of the calls went",
      "Self is the time in the called object without the calls that it made itself. The simulator's time includes the way there\n"
      "and back. Medians and percentiles are exact to about 1 %.", ProfileRecording},
+    {"recording trim", "RECORDING", 1, 1, kTrimOptions, "Writes the shortest recording that still replays to a call",
+     "It has the call, whole, and the calls before it that made what it needs: the component, the objects that are called, and what\n"
+     "they were set to. Calls that only ask or calculate are left out.", TrimRecording},
 };
 // clang-format on
 

@@ -11,5 +11,6 @@ std::span<const Command> RecordingCommands();
 
 int DescribeRecording(const Arguments& arguments, Streams& streams);
 int ProfileRecording(const Arguments& arguments, Streams& streams);
+int TrimRecording(const Arguments& arguments, Streams& streams);
 
 }  // namespace zelt::ctl

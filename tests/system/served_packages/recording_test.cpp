@@ -149,5 +149,79 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
     EXPECT_EQ(0u, tolerant.exitCode) << tolerant.output;
 }
 
+std::string LineOf(const std::string& text, std::string_view part)
+{
+    const std::size_t found = text.find(part);
+    if (found == std::string::npos) return "no line with " + std::string(part);
+    const std::size_t begin = text.rfind('\n', found) + 1;
+    return text.substr(begin, text.find('\n', found) - begin);
+}
+
+// What follows the number of the call in a line of a replay.
+std::string AfterNumber(const std::string& line) { return line.substr(line.find("  ") + 1); }
+
+TEST_P(Recordings, InPartReachTheSameCallWithTheSameDifference)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    const fs::path whole = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
+    const fs::path part = fs::path(whole).replace_filename("part.zlr");
+    // It sets the material of the flash that it reaches, and asks no more.
+    const SimulatorResult trimmed =
+        RunTool(L"recording trim --calls 193..195 \"" + whole.wstring() + L"\" -o \"" + part.wstring() + L"\"");
+    ASSERT_EQ(0u, trimmed.exitCode) << trimmed.output;
+    EXPECT_LT(fs::file_size(part), fs::file_size(whole) / 3);
+    const std::wstring revised = L"--package \"Aromatics, revised\" --limit 1000";
+    const SimulatorResult replay = ReplayOf(part, revised);
+    EXPECT_EQ(1u, replay.exitCode);
+    for (const char* call : {"ICapeThermoMaterial::SetSinglePhaseProp  (Feed): input \"values\": [0]: 0.51",
+                             "ICapeThermoMaterial::SetSinglePhaseProp  (Feed): input \"values\": [0]: 0.46"}) {
+        EXPECT_EQ(AfterNumber(LineOf(ReplayOf(whole, revised).output, call)), AfterNumber(LineOf(replay.output, call)));
+    }
+    const SimulatorResult same = ReplayOf(part);
+    EXPECT_TRUE(same.output.ends_with(" answered: no difference\n")) << same.output;
+    fs::remove(part);
+}
+
+TEST_P(Recordings, InPartReachTheSameFailure)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    const fs::path whole = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
+    const fs::path part = fs::path(whole).replace_filename("part.zlr");
+    const SimulatorResult trimmed =
+        RunTool(L"recording trim --failure 1 \"" + whole.wstring() + L"\" -o \"" + part.wstring() + L"\"");
+    ASSERT_EQ(0u, trimmed.exitCode) << trimmed.output;
+    const SimulatorResult info = RunTool(L"recording info \"" + part.wstring() + L"\"");
+    EXPECT_EQ(0u, info.exitCode);
+    EXPECT_NE(std::string::npos, info.output.find(", of which 1 failed")) << info.output;
+    // The failure is a result like any other.
+    const SimulatorResult same = ReplayOf(part);
+    EXPECT_TRUE(same.output.ends_with(" answered: no difference\n")) << same.output;
+    fs::remove(part);
+}
+
+TEST_P(Recordings, OfAFlowsheetAreReplayedInPart)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    ChooseUnit(sample::kMixerHeaterClass);
+    const auto recordings = Record(SimulatorCommand(
+        GetParam(), L"Aromatics",
+        L"--flowsheet " + std::wstring(kThisEdition[OwnClass::UnitOperation].progId) + L" --set \"Heat duty=150000\""));
+    for (const fs::path& whole : recordings) {
+        const SimulatorResult info = RunTool(L"recording info --json \"" + whole.wstring() + L"\"");
+        const std::size_t calls = info.output.find("\"calls\":");
+        ASSERT_NE(std::string::npos, calls) << info.output;
+        const int count = std::stoi(info.output.substr(calls + 8));
+        for (const int call : {count / 2, count - 2}) {
+            const fs::path part = fs::path(whole).replace_filename("part.zlr");
+            const SimulatorResult trimmed = RunTool(L"recording trim --calls " + std::to_wstring(call) + L" \"" +
+                                                    whole.wstring() + L"\" -o \"" + part.wstring() + L"\"");
+            ASSERT_EQ(0u, trimmed.exitCode) << trimmed.output;
+            const SimulatorResult same = ReplayOf(part);
+            EXPECT_TRUE(same.output.ends_with(" answered: no difference\n")) << same.output;
+            fs::remove(part);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace zelt::test

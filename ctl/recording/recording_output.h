@@ -1,0 +1,24 @@
+// A recording that a command writes: it appears when it is complete.
+#pragma once
+
+#include "ctl/command.h"
+#include "ctl/output_file.h"
+#include "recording/record_writer.h"
+
+namespace zelt::ctl {
+
+class RecordingOutput {
+public:
+    // Throws UsageError when the command line has no -o, Refusal when the file cannot be made.
+    explicit RecordingOutput(const Arguments& arguments);
+
+    recording::RecordWriter& Records() { return records; }
+    // Gives the file its name. Throws std::runtime_error when it cannot be written completely.
+    void Keep();
+
+private:
+    OutputFile file;
+    recording::RecordWriter records;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,57 @@
+#include "ctl/recording/trimming/member_effect.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace zelt::ctl {
+namespace {
+
+template <std::size_t Count>
+bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
+{
+    return std::find(std::begin(names), std::end(names), text) != std::end(names);
+}
+
+// Members that only ask and calculate begin with one of these. Interfaces that are not of the standard follow its usage at most in
+// the first ones.
+constexpr std::string_view kAsking[] = {"get_", "Get"};
+constexpr std::string_view kCalculating[] = {"Calc", "Check", "Prop", "Validity", "Available"};
+
+template <std::size_t Count>
+bool BeginsLike(std::string_view method, const std::string_view (&beginnings)[Count])
+{
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [method](std::string_view beginning) { return method.starts_with(beginning); });
+}
+
+bool IsCalculation(std::string_view interfaceName, std::string_view method)
+{
+    return (interfaceName.starts_with("ICapeThermo") || interfaceName.starts_with("ICapeReaction")) &&
+           BeginsLike(method, kCalculating);
+}
+
+}  // namespace
+
+MemberEffect EffectOf(std::string_view member)
+{
+    // Those that replace each other whatever member it is: the later one says all.
+    constexpr std::string_view kWholes[] = {"ICapeThermoMaterialContext", "ICapeThermoMaterialContext(v1.0)",
+                                            "ICapeKineticReactionContext", "ICapeElectrolyteReactionContext",
+                                            "ICapeUnitPort"};
+    constexpr std::string_view kSaving[] = {"GetClassID", "IsDirty", "GetSizeMax", "Save"};
+    const std::size_t separator = member.find("::");
+    if (separator == std::string_view::npos) return {Effect::Remembers, {}};
+    const std::string_view interfaceName = member.substr(0, separator), method = member.substr(separator + 2);
+    if (interfaceName.starts_with("ECape") || BeginsLike(method, kAsking)) return {Effect::None, {}};
+    if (interfaceName == "ICapeCollection" || IsCalculation(interfaceName, method)) return {Effect::None, {}};
+    if (interfaceName.starts_with("IPersist") && IsOneOf(method, kSaving)) return {Effect::None, {}};
+    if (interfaceName.ends_with("Spec") && method == "Validate") return {Effect::None, {}};
+    if (IsOneOf(interfaceName, kWholes)) return {Effect::Sets, interfaceName};
+    if (method.starts_with("put_")) return {Effect::Sets, member};
+    if (member == "ICapeUnit::Validate" || member == "ICapeParameter::Validate") return {Effect::Validates, member};
+    if (member == "ICapeUnit::Calculate") return {Effect::Calculates, member};
+    if (member == "ICapeUnitReport::ProduceReport") return {Effect::None, {}};
+    return {Effect::Remembers, {}};
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,25 @@
+// What a call leaves behind in the component that is called, as far as its member says.
+#pragma once
+
+#include <string_view>
+
+namespace zelt::ctl {
+
+// The middle three replace what earlier calls of the same group left. Each uses what those above it left.
+enum class Effect {
+    None,  // it only asks, or calculates from its arguments and its material
+    Sets,  // a value, or an object
+    Validates,
+    Calculates,
+    Remembers,  // anything else: no later call makes up for it
+};
+
+struct MemberEffect {
+    Effect effect;
+    std::string_view group;  // of calls of one object that replace each other; a part of the member's name
+};
+
+// Of "ICapeUtilities::Edit".
+MemberEffect EffectOf(std::string_view member);
+
+}  // namespace zelt::ctl

@@ -1,0 +1,53 @@
+// Recordings for tests, call by call.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "recording/record_writer.h"
+
+namespace zelt::test {
+
+// Of one component, whose object has the number 1 and the pointer 0x1000. Each call lasts from one microsecond to the next.
+class RecordedCalls {
+public:
+    explicit RecordedCalls(bool hasComponent = true);
+
+    std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy = 0);
+    void Query(std::uint32_t object, bool isGranted = true);
+    // `inside` makes arguments and inner calls. A failure has the name "ECapeUnknownHR".
+    void Call(std::string_view member, std::uint32_t object, const std::function<void()>& inside = {},
+              std::uint32_t status = 0);
+    void CallOut(std::string_view member, std::uint32_t object, const std::function<void()>& inside = {},
+                 std::uint32_t status = 0);
+    // Arguments of the latest call.
+    void Pointer(std::string_view name, bool isOut, std::uint64_t address);
+    void Real(std::string_view name, bool isOut, double number);
+    void Text(std::string_view name, bool isOut, std::string_view text);
+    void Reals(std::string_view name, bool isOut, const std::vector<double>& numbers);
+    void Texts(std::string_view name, bool isOut, const std::vector<std::string>& texts);
+    void Sentence(std::string_view pattern, const std::vector<std::string_view>& holes);
+    void MakeComponent();
+
+    // The bytes so far; with the last record.
+    std::string Whole();
+    std::string Open();
+
+    recording::RecordWriter& Writer() { return writer; }
+
+private:
+    void Make(std::string_view member, std::uint32_t object, bool isOutward, const std::function<void()>& inside,
+              std::uint32_t status);
+
+    std::string bytes;
+    recording::RecordWriter writer;
+    std::uint64_t now = 0;
+    std::vector<std::string> names;  // of the objects
+};
+
+// The members of all calls, each with "<" before it when it goes to the simulator, and two blanks for each level.
+std::vector<std::string> CallsOf(const std::string& recording);
+
+}  // namespace zelt::test
