@@ -1,5 +1,6 @@
 #include "ctl/recording/recording_commands.h"
 
+#include "ctl/log/each_log.h"
 #include "ctl/output_file.h"
 
 namespace zelt::ctl {
@@ -19,12 +20,21 @@ constexpr Option kTrimOptions[] = {
     {"--failure", "N",    "up to the Nth call that failed"},
     ZELT_OUTPUT_OPTION,
 };
+constexpr Option kDiffOptions[] = {
+    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one; without it, not by a bit"},
+    {"--json",      nullptr,    "as JSON"},
+    ZELT_OUTPUT_OPTION,
+};
 
 constexpr Command kCommands[] = {
     {"recording info", "RECORDING", 1, 1, kInfoOptions, "Says what a recording is of, and how it ends", "", DescribeRecording},
     {"recording profile", "RECORDING", 1, 1, kProfileOptions, "Shows where the time of the calls went",
      "Self is the time in the called object without the calls that it made itself. The simulator's time includes the way there\n"
      "and back. Medians and percentiles are exact to about 1 %.", ProfileRecording},
+    {"recording diff", "RECORDING RECORDING", 2, 2, kDiffOptions, "Compares two recordings, call by call and to the bit",
+     "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
+     "~ is a value that differs, - a call or message of the first recording alone, + one of the second alone, each with the number\n"
+     "of its call. The exit code is 1 when the recordings differ.", ToOutputFile<CompareRecordings>},
     {"recording trim", "RECORDING", 1, 1, kTrimOptions, "Writes the shortest recording that still replays to a call",
      "It has the call, whole, and the calls before it that made what it needs: the component, the objects that are called, and what\n"
      "they were set to. Calls that only ask or calculate are left out.", TrimRecording},

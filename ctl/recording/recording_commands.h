@@ -11,6 +11,7 @@ std::span<const Command> RecordingCommands();
 
 int DescribeRecording(const Arguments& arguments, Streams& streams);
 int ProfileRecording(const Arguments& arguments, Streams& streams);
+int CompareRecordings(const Arguments& arguments, Streams& streams);
 int TrimRecording(const Arguments& arguments, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -10,17 +10,6 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// "Stream 12" and "Stream (12)" without their numbers.
-std::string WithoutNumber(std::string_view name)
-{
-    const bool bracket = name.ends_with(')');
-    std::size_t end = name.size() - bracket;
-    std::size_t start = end;
-    while (start > 0 && IsDigit(name[start - 1])) --start;
-    if (start == end || start == 0 || (bracket && name[start - 1] != '(')) return std::string(name);
-    return std::string(name.substr(0, start)) + '#' + std::string(name.substr(end));
-}
-
 // Removes the numbers at the ends of texts in quotes.
 std::string WithoutQuotedNumbers(std::string_view text)
 {
@@ -49,13 +38,6 @@ std::string ComparableValue(std::string_view text)
         return "interface to object \"" + WithoutNumber(name) + '"';
     }
     return std::string(text);
-}
-
-std::string ComparableMessage(std::string_view text)
-{
-    constexpr std::string_view kStart = "ZELT Logging started at ";
-    if (text.starts_with(kStart)) return std::string(kStart);
-    return WithoutQuotedNumbers(text);
 }
 
 class SequenceReader final : public LogSink {
@@ -115,6 +97,23 @@ private:
 };
 
 }  // namespace
+
+std::string WithoutNumber(std::string_view name)
+{
+    const bool bracket = name.ends_with(')');
+    std::size_t end = name.size() - bracket;
+    std::size_t start = end;
+    while (start > 0 && IsDigit(name[start - 1])) --start;
+    if (start == end || start == 0 || (bracket && name[start - 1] != '(')) return std::string(name);
+    return std::string(name.substr(0, start)) + '#' + std::string(name.substr(end));
+}
+
+std::string ComparableMessage(std::string_view text)
+{
+    constexpr std::string_view kStart = "ZELT Logging started at ";
+    if (text.starts_with(kStart)) return std::string(kStart);
+    return WithoutQuotedNumbers(text);
+}
 
 Sequence ReadSequence(const std::string& path, Output& messages)
 {

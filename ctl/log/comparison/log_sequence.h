@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ctl/log/log_events.h"
@@ -27,6 +28,11 @@ struct Sequence {
     std::vector<SequenceStep> steps;
     bool complete;  // false for a log that is cut off or damaged, as with ReadEvents
 };
+
+// "Stream 12" and "Stream (12)" without their numbers.
+std::string WithoutNumber(std::string_view name);
+// A message without the numbers of objects and without times.
+std::string ComparableMessage(std::string_view text);
 
 // Throws InputError.
 Sequence ReadSequence(const std::string& path, Output& messages);
