@@ -230,6 +230,17 @@ std::string LogAliases::Address(std::string_view address) const
     return "0x" + std::string(digits, std::min<std::size_t>(address.size() - 2, 16));
 }
 
+std::string LogAliases::Bytes(std::string_view bytes) const
+{
+    std::string alias(bytes.size(), '\0');
+    std::uint64_t hash = Hash(bytes);
+    for (char& byte : alias) {
+        byte = static_cast<char>(hash & 0xFF);
+        hash = (hash >> 8) != 0 ? hash >> 8 : Hash(alias);
+    }
+    return alias;
+}
+
 double LogAliases::Weight(std::string_view number) const
 {
     return 0.05 + 0.95 * static_cast<double>(Hash(number) >> 11) / 0x1p53;

@@ -18,6 +18,8 @@ public:
     std::string Name(std::string_view name) const;
     // 0x and as many hexadecimal digits as there were.
     std::string Address(std::string_view address) const;
+    // As many bytes as there were.
+    std::string Bytes(std::string_view bytes) const;
     // A value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 

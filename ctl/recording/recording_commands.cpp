@@ -25,6 +25,10 @@ constexpr Option kDiffOptions[] = {
     {"--json",      nullptr,    "as JSON"},
     ZELT_OUTPUT_OPTION,
 };
+constexpr Option kRedactOptions[] = {
+    {"--keep-errors", nullptr, "with what components say about their failures, word by word"},
+    ZELT_OUTPUT_OPTION,
+};
 
 constexpr Command kCommands[] = {
     {"recording info", "RECORDING", 1, 1, kInfoOptions, "Says what a recording is of, and how it ends", "", DescribeRecording},
@@ -35,6 +39,9 @@ constexpr Command kCommands[] = {
      "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
      "~ is a value that differs, - a call or message of the first recording alone, + one of the second alone, each with the number\n"
      "of its call. The exit code is 1 when the recordings differ.", ToOutputFile<CompareRecordings>},
+    {"recording redact", "RECORDING", 1, 1, kRedactOptions, "Writes a recording without its names and values",
+     "Names, texts, numbers and addresses are replaced as log redact replaces them; the class of the component and its library, too.\n"
+     "Calls, results and durations stay. The redacted recording can be rendered and profiled, but not replayed.", RedactRecording},
     {"recording trim", "RECORDING", 1, 1, kTrimOptions, "Writes the shortest recording that still replays to a call",
      "It has the call, whole, and the calls before it that made what it needs: the component, the objects that are called, and what\n"
      "they were set to. Calls that only ask or calculate are left out.", TrimRecording},

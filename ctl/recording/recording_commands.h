@@ -12,6 +12,7 @@ std::span<const Command> RecordingCommands();
 int DescribeRecording(const Arguments& arguments, Streams& streams);
 int ProfileRecording(const Arguments& arguments, Streams& streams);
 int CompareRecordings(const Arguments& arguments, Streams& streams);
+int RedactRecording(const Arguments& arguments, Streams& streams);
 int TrimRecording(const Arguments& arguments, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -83,6 +83,12 @@ ArgumentMeaning ArgumentMeanings::MeaningOf(const LogEvent& argument)
     return IsOneOf(name, kCompounds) ? ArgumentMeaning::Compounds : ArgumentMeaning::Other;
 }
 
+bool ArgumentMeanings::AreHeld() const
+{
+    if (meaning != ArgumentMeaning::TotalFlow) return meaning == ArgumentMeaning::PhaseFraction;
+    return Phase().empty() || LowerCase(Phase()) == "overall";
+}
+
 void ArgumentMeanings::Begin(const LogEvent& event)
 {
     if (event.kind == EventKind::Call) {

@@ -30,6 +30,8 @@ public:
 
     // Of the latest argument.
     ArgumentMeaning Meaning() const { return meaning; }
+    // Whether the values have to balance with those of a calculation: phase fractions, and the flow of a whole material.
+    bool AreHeld() const;
     // Whether fractions are those of all compounds.
     bool AreAll() const { return open && !calls[open - 1].ofSome; }
     // What an order is kept among: a property, or a parameter.

@@ -19,6 +19,8 @@ bool IsStandardInterface(std::string_view name)
     return isName && (name.starts_with("ICape") || name.starts_with("ECape") || name.starts_with("IPersist"));
 }
 
+}  // namespace
+
 std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases)
 {
     if (kind == 'n') return aliases.Name(text);
@@ -27,7 +29,11 @@ std::string RedactHole(char kind, bool mayBeName, std::string_view text, const L
     return std::string(text);
 }
 
-}  // namespace
+// Of a text that two rows match, words of the one may be a name of the other.
+bool MayHaveNames(const SentenceRow& row, std::string_view text)
+{
+    return FindSentence(row.severity, text, row.sentence).has_value();
+}
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
 {
@@ -35,8 +41,7 @@ std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
     if (message.text.empty() || message.text == "<no information>") return std::string(message.text);
     const auto found = SentenceOf(message);
     if (!found) return aliases.Text(message.text);
-    // Of a text that two rows match, words of the one may be a name of the other.
-    const bool isAmbiguous = FindSentence(RowOf(found->sentence).severity, message.text, found->sentence).has_value();
+    const bool isAmbiguous = MayHaveNames(RowOf(found->sentence), message.text);
     std::string redacted;
     sentences::Walk(
         RowOf(found->sentence).text, [&](std::string_view literal) { redacted += literal; },

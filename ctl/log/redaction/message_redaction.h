@@ -7,8 +7,14 @@
 
 #include "ctl/log/log_aliases.h"
 #include "ctl/log/log_events.h"
+#include "log/vocabulary/sentences.h"
 
 namespace zelt::ctl {
+
+// What fills a hole of this kind. `mayBeName`: so does one of words.
+std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases);
+// Whether the words that a sentence fills its holes with may be names: another sentence could be the same text.
+bool MayHaveNames(const SentenceRow& row, std::string_view text);
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases);
 

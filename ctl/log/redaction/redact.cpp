@@ -7,12 +7,12 @@
 #include "ctl/log/call_results.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_events.h"
-#include "ctl/log/lower_case.h"
 #include "ctl/log/redaction/argument_meaning.h"
 #include "ctl/log/redaction/compound_names.h"
 #include "ctl/log/redaction/fraction_redaction.h"
 #include "ctl/log/redaction/held_values.h"
 #include "ctl/log/redaction/message_redaction.h"
+#include "ctl/log/redaction/standard_name.h"
 #include "ctl/log/text_memo.h"
 #include "log/vocabulary/markup.h"
 
@@ -41,16 +41,6 @@ std::string Escaped(std::string_view text)
 std::string EscapedValue(std::string&& value)
 {
     return FirstMarkup(value) == value.size() ? std::move(value) : Escaped(value);
-}
-
-// The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
-// others.
-bool IsStandardName(std::string_view name)
-{
-    return std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-               std::string_view("_:().|<>").find(c) != std::string_view::npos;
-    });
 }
 
 bool IsNumber(std::string_view value)
@@ -160,12 +150,6 @@ private:
         }
         return known.Of(event.text, [&](std::string_view) { return Escaped(RedactMessage(event, aliases)); });
     }
-    // Of a whole material, not of a phase.
-    bool IsTotalFlow(ArgumentMeaning meaning) const
-    {
-        return meaning == ArgumentMeaning::TotalFlow &&
-               (meanings.Phase().empty() || LowerCase(meanings.Phase()) == "overall");
-    }
     void AppendValue(const LogEvent& event)
     {
         const ArgumentMeaning meaning = meanings.Meaning();
@@ -175,7 +159,7 @@ private:
             held.emplace_back(event.text);
             places.push_back(lines.size() + kValue.size());
             AppendElement(kValue, "", false);
-        } else if ((meaning == ArgumentMeaning::PhaseFraction || IsTotalFlow(meaning)) && !parent) {
+        } else if (meanings.AreHeld() && !parent) {
             const std::size_t place = lines.size() + kValue.size();
             AppendElement(kValue, "", false);
             heldValues.Take({place, std::string(event.text), std::string(meanings.Object()),

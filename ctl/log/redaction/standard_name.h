@@ -1,0 +1,19 @@
+// Which names of interfaces, methods, arguments and types are the standard's.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+namespace zelt::ctl {
+
+// The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
+// others.
+inline bool IsStandardName(std::string_view name)
+{
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+               std::string_view("_:().|<>").find(c) != std::string_view::npos;
+    });
+}
+
+}  // namespace zelt::ctl

@@ -1,0 +1,38 @@
+// What replaces the phase fractions and total flows of a recording. They have to balance with the phases of their calculation, so they
+// are known only when it has ended: this reads the recording ahead, as far as the next one needs.
+#pragma once
+
+#include <deque>
+#include <string>
+
+#include "ctl/log/log_aliases.h"
+#include "ctl/log/redaction/argument_meaning.h"
+#include "ctl/log/redaction/held_values.h"
+#include "ctl/recording/recorded_events.h"
+#include "ctl/recording/recording_file.h"
+
+namespace zelt::ctl {
+
+class BalancedValues : LogSink {
+public:
+    // Throws InputError.
+    BalancedValues(const std::string& path, const LogAliases& aliases);
+
+    // Of the next such value, in the order of the recording.
+    std::string Next();
+
+private:
+    void Begin(const LogEvent& event) override;
+    void End(EventKind kind, int depth) override;
+    void Fill();
+
+    const LogAliases& aliases;
+    RecordingFile file;
+    RecordedEvents events;
+    ArgumentMeanings meanings;
+    HeldValues held;
+    std::string lines;  // a line for each value; empty while it is held
+    std::deque<std::string> known;
+};
+
+}  // namespace zelt::ctl
