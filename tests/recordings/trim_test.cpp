@@ -163,6 +163,22 @@ TEST(RecordingTrim, DoesNotCountOnASettingThatFailed)
               TrimmedCalls(calls.Whole(), "3"));
 }
 
+TEST(RecordingTrim, KeepsTheFirstQuestionToTheSimulator)
+{
+    RecordedCalls calls;
+    const std::uint32_t context = calls.NewObject(0x6000), feed = calls.NewObject(0x7000);
+    for (int i = 0; i < 3; ++i) {
+        calls.Call("ICapeThermoPropertyRoutine::CalcSinglePhaseProp", kPackage, [&] {
+            if (i < 2) calls.CallOut("ICapeMaterialTemplateSystem::get_MaterialTemplates", context);
+            calls.CallOut("ICapeThermoMaterial::GetTPFraction", feed);
+        });
+    }
+    EXPECT_EQ((Calls{"ICapeThermoPropertyRoutine::CalcSinglePhaseProp",
+                     "  <ICapeMaterialTemplateSystem::get_MaterialTemplates", "  <ICapeThermoMaterial::GetTPFraction",
+                     "ICapeThermoPropertyRoutine::CalcSinglePhaseProp", "  <ICapeThermoMaterial::GetTPFraction"}),
+              TrimmedCalls(calls.Whole(), "7"));
+}
+
 TEST(RecordingTrim, KeepsTheLastCallThatPassedAPointer)
 {
     RecordedCalls calls;

@@ -64,6 +64,11 @@ void CallOutline::Take(const CallRecord& call)
         outermost.objects.push_back(call.number);
         if (!call.isOutward) outermost.called.push_back(call.number);
     }
+    if (call.isOutward && IsQuestionToRemember(call.member)) {
+        std::string question = std::to_string(call.number);
+        question.append(1, ' ').append(call.member);
+        outermost.asksAnew |= asked.insert(std::move(question)).second;
+    }
     open.push_back({count, call.isOutward});
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct OutlinedCall {
     Effect effect = Effect::Remembers;
     std::uint32_t group = 0;  // of calls that replace each other: object and group of members; 0 for none
     bool hasEnded = false, hasFailed = false, makesComponent = false;
+    bool asksAnew = false;                 // the component asks the simulator what it may remember, for the first time
     std::vector<std::uint32_t> objects;    // the numbers of all objects that are called
     std::vector<std::uint32_t> called;     // those of the component
     std::vector<std::uint64_t> given;      // pointers that the component gave to the simulator
@@ -48,6 +50,7 @@ private:
     std::vector<OpenCall> open;
     std::vector<std::uint64_t> failures;
     std::map<std::string, std::uint32_t, std::less<>> groups;
+    std::set<std::string> asked;
     std::uint64_t count = 0;
 };
 

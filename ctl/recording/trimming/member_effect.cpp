@@ -54,4 +54,14 @@ MemberEffect EffectOf(std::string_view member)
     return {Effect::Remembers, {}};
 }
 
+bool IsQuestionToRemember(std::string_view member)
+{
+    constexpr std::string_view kOfMaterials[] = {"ICapeThermoMaterial",          "ICapeThermoMaterialObject",
+                                                 "ICapeThermoCompounds",         "ICapeThermoPhases",
+                                                 "ICapeThermoPropertyRoutine",   "ICapeThermoEquilibriumRoutine",
+                                                 "ICapeThermoUniversalConstant", "ICapeIdentification",
+                                                 "ICapeReactionProperties",      "ICapeDiagnostic"};
+    return !IsOneOf(member.substr(0, member.find("::")), kOfMaterials) && !member.starts_with("ECape");
+}
+
 }  // namespace zelt::ctl

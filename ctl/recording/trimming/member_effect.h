@@ -22,4 +22,8 @@ struct MemberEffect {
 // Of "ICapeUtilities::Edit".
 MemberEffect EffectOf(std::string_view member);
 
+// Whether the component asks for something that its later calls may rely on without asking again: what the simulator offers, not the
+// state of a material.
+bool IsQuestionToRemember(std::string_view member);
+
 }  // namespace zelt::ctl

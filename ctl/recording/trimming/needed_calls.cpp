@@ -84,7 +84,8 @@ NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std:
         const bool isTarget = call.last >= first;
         const bool isSettled = call.group != 0 && settled.count(call.group) != 0;
         const bool gives = wanted.Find(call.given);
-        const bool makesState = call.makesComponent || gives || (call.effect != Effect::None && !isSettled);
+        const bool makesState =
+            call.makesComponent || call.asksAnew || gives || (call.effect != Effect::None && !isSettled);
         // The component that is made replaces whatever there was before.
         if (!isTarget && (isMade || !makesState)) continue;
         needed.calls[i] = true;
