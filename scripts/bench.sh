@@ -15,7 +15,7 @@ Bench()
     [ $# -eq 0 ] || options=("${@:2}")
     LockTree
     InstallPackages build
-    FetchLibxml2
+    FetchLibraries
     local all=0
     [ ${#wanted[@]} -gt 0 ] || { all=1 && wanted=("${nativeBenches[@]}"); }
     for name in "${wanted[@]}"; do

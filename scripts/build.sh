@@ -23,7 +23,7 @@ Build()
 SetUpBuild()
 {
     InstallPackages build
-    FetchLibxml2
+    FetchLibraries
     NeedTool cmake
 }
 

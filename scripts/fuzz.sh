@@ -16,7 +16,7 @@ Fuzz()
     [ ${#wanted[@]} -gt 0 ] || wanted=("${!fuzzRuns[@]}")
     LockTree
     InstallPackages build fuzz
-    FetchLibxml2
+    FetchLibraries
     BuildPreset fuzz
     for name in "${wanted[@]}"; do
         [ -n "${fuzzRuns[$name]:-}" ] || Fail "There is no fuzzer \"$name\"; they are in the folder tests/fuzz."

@@ -1,23 +1,33 @@
-# The sources of libxml2, from Debian's source package, with Debian's patches: the log viewer's XML reader is built from
-# them with the project's own compilers. Sourced by ./dev.
+# The sources of the libraries that the build compiles itself, with the project's own compilers, from Debian's source packages with
+# Debian's patches. Sourced by ./dev.
 # apt works on its own lists and cache below build/, so that the machine's configuration stays as it is and no root rights are
 # needed. Once the sources are there, no network is needed either.
 
 libxml2Version=2.9.14
 libxml2Folder=$root/build/sources/libxml2
+sqliteVersion=3.40.1
+sqliteFolder=$root/build/sources/sqlite3
 
-FetchLibxml2()
+FetchLibraries()
 {
-    [ ! -f "$libxml2Folder/CMakeLists.txt" ] || return 0
-    NeedTool apt-get
-    NeedTool dpkg-source
-    Step libxml2 "Fetching the sources of libxml2 $libxml2Version from Debian" UnpackLibxml2
+    FetchLibrary libxml2 "$libxml2Version" CMakeLists.txt
+    FetchLibrary sqlite3 "$sqliteVersion" sqlite3.c
 }
 
-UnpackLibxml2()
+# FetchLibrary <source package> <version> <file that the build needs>
+FetchLibrary()
 {
-    local work=$root/build/sources/work
-    rm -rf "$work" "$libxml2Folder"
+    [ ! -f "$root/build/sources/$1/$3" ] || return 0
+    NeedTool apt-get
+    NeedTool dpkg-source
+    Step "$1" "Fetching the sources of $1 $2 from Debian" UnpackLibrary "$1" "$2"
+}
+
+# UnpackLibrary <source package> <version>
+UnpackLibrary()
+{
+    local work=$root/build/sources/work target=$root/build/sources/$1
+    rm -rf "$work" "$target"
     mkdir -p "$work/lists/partial" "$work/cache/archives/partial"
     # The machine's own package sources, with sources requested instead of programs.
     local file
@@ -34,13 +44,31 @@ UnpackLibxml2()
     cd "$work"
     # A list that does not arrive does not matter as long as another contains the package.
     "${apt[@]}" update || true
-    "${apt[@]}" source --download-only libxml2 ||
-        { echo "Debian's archive does not give the source package libxml2: are its package sources reachable?"; return 1; }
-    local description=("$work"/libxml2_"$libxml2Version"*.dsc)
-    [ -f "${description[0]}" ] || { echo "The source package libxml2 is not of version $libxml2Version."; return 1; }
+    "${apt[@]}" source --download-only "$1" ||
+        { echo "Debian's archive does not give the source package $1: are its package sources reachable?"; return 1; }
+    local description=("$work/$1_$2"*.dsc)
+    [ -f "${description[0]}" ] || { echo "The source package $1 is not of version $2."; return 1; }
     # apt has verified the package by the archive's signature.
-    dpkg-source --no-check -x "${description[0]}" "$work/libxml2"
+    dpkg-source --no-check -x "${description[0]}" "$work/$1"
+    if [ "$1" = sqlite3 ]; then
+        JoinSqlite "$work/$1" "$work/joined"
+        rm -rf "${work:?}/$1"
+        mv "$work/joined" "$work/$1"
+    fi
     # Only complete sources get the name that the build looks for.
-    mv "$work/libxml2" "$libxml2Folder"
+    mv "$work/$1" "$target"
     rm -rf "$work"
+}
+
+# JoinSqlite <sources> <folder>: SQLite is made to be compiled as one file, which its own tools put together.
+JoinSqlite()
+{
+    mkdir -p "$2/work"
+    (
+        cd "$2/work"
+        "$1/configure" --disable-tcl --disable-readline
+        make sqlite3.c
+    )
+    cp "$2/work/sqlite3.c" "$2/work/sqlite3.h" "$1/LICENSE.md" "$2/"
+    rm -rf "$2/work"
 }

@@ -6,7 +6,7 @@ Lint()
     [ $# -eq 0 ] || [ "$*" = --fix ] || Fail "./dev lint has no option \"$*\"; its only option is --fix."
     LockTree
     InstallPackages build check lint
-    FetchLibxml2
+    FetchLibraries
     if [ "${1:-}" = --fix ]; then
         mapfile -t sources < <(Sources)
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"

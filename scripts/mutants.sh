@@ -5,7 +5,7 @@ Mutants()
 {
     LockTree
     InstallPackages build
-    FetchLibxml2
+    FetchLibraries
     mkdir -p build/mutants
     Step mutants-build "Building a copy with the changes in it" perl scripts/mutants/run.pl prepare "$@"
     grep '^Round' "$logFolder/mutants-build.log" | tail -n 1

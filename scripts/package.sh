@@ -49,6 +49,7 @@ StageFiles()
     StageText THIRD-PARTY.md "$1/THIRD-PARTY.txt"
     StageText CHANGELOG.md "$1/CHANGELOG.txt"
     StageText "$libxml2Folder/Copyright" "$1/licences/libxml2.txt"
+    StageText "$sqliteFolder/LICENSE.md" "$1/licences/sqlite.txt"
     StageText /usr/share/doc/libprotozero-dev/copyright "$1/licences/protozero.txt"
     StageText /usr/share/doc/libz-mingw-w64-dev/copyright "$1/licences/zlib.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
@@ -57,7 +58,7 @@ StageFiles()
     find "$1" -type d -empty -delete
     chmod -R u=rwX,go=rX "$1"
     for file in ZELT.EXE ZELT64.EXE zeltctl.exe zeltctl64.exe BRIX.chm docs/zelt.htm docs/style.css \
-        docs/examples/heater-{package,unit}.zlg licences/libxml2.txt; do
+        docs/examples/heater-{package,unit}.zlg licences/libxml2.txt licences/sqlite.txt; do
         [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
     done
 }

@@ -13,7 +13,8 @@ build | libprotozero-dev            | encoder and decoder of recordings
 build | libz-mingw-w64-dev          | compression of reports, for Windows
 build | zlib1g-dev                  | the same for this system
 build | googletest                  | sources of the test framework
-build | dpkg-dev                    | unpacks the source package of libxml2
+build | dpkg-dev                    | unpacks the source packages of libraries
+build | tcl                         | puts the sources of SQLite together
 build | cmark-gfm                   | turns the user guide into the pages of the help
 build | fp-utils                    | compiler and lister of help files
 build | wine                        | runs programs and tests

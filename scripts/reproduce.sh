@@ -4,7 +4,7 @@ Reproduce()
 {
     LockTree
     InstallPackages build
-    FetchLibxml2
+    FetchLibraries
     git rev-parse HEAD >/dev/null 2>&1 || Fail "./dev reproduce needs a checkout: it builds the present commit."
     local folder=$root/build/reproduce copy
     local copies=("$folder/one" "$folder/below/another-one")
@@ -25,7 +25,7 @@ Reproduce()
 CopyCommit()
 {
     git archive HEAD | tar -x -C "$1"
-    cp -r "$libxml2Folder" "$1/build/sources/"
+    cp -r "$libxml2Folder" "$sqliteFolder" "$1/build/sources/"
 }
 
 # Without a cache of compiled files, so that both builds really compile.

@@ -66,6 +66,7 @@ constexpr Option kExportOptions[] = {
     {"--html", nullptr, "one page that needs no other file: a tree that folds, with a search"},
     {"--json", nullptr, "an array of nested objects"},
     {"--csv",  nullptr, "a table, a row for each call, value and message"},
+    {"--sqlite", nullptr, "a database of SQLite, with views for common questions; of a recording, too"},
     kQueries,
     kOutputFolder,
 };
@@ -95,7 +96,8 @@ constexpr Command kCommands[] = {
     {"log stats", "LOG...", 1, kMany, kStatsOptions, "Counts calls, failures, warnings and violations, by method and by object",
      "", EachLog<CountCalls>},
     {"log export", "LOG...", 1, kMany, kExportOptions, "Writes a log in another form to standard output",
-     "", EachLogAsFile<ExportLog, EndingOfExport>},
+     "The database has the tables source, calls, arguments, argument_values and messages, and the views failures, findings,\n"
+     "slowest_calls, members, objects, argument_texts and property_values. Times are those of a recording; a log has none.", EachLogAsFile<ExportLog, EndingOfExport>},
     {"log check", "LOG...", 1, kMany, kCheckOptions, "Checks that a log is complete and that both sides behaved",
      "A finding is the line of the log, a rule and a sentence. The rules:\n"
      "  damaged          the log is cut off, or is no well-formed XML\n"

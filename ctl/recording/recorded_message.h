@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 
 struct RecordedMessage {
-    EventKind kind = EventKind::Other;  // of a sentence that this program does not know
+    EventKind kind = EventKind::Info;  // also of a sentence that this program does not know
     std::string text;
 
     // As the log's reader would give it. Valid as long as this is.

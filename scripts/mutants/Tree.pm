@@ -50,7 +50,7 @@ sub Configure
 {
     make_path("$folder/build");
     my $root = getcwd();
-    # Shares the sources of libxml2, and the programs of the other width, which some tests start if they exist.
+    # Shares the sources of libraries, and the programs of the other width, which some tests start if they exist.
     for my $shared (qw(sources x86_64)) {
         symlink "$root/build/$shared", "$folder/build/$shared" if -e "build/$shared" && !-l "$folder/build/$shared";
     }

@@ -49,8 +49,8 @@ const RefusedCase kRefused[] = {
      "--ignore has no rule \"colour\"; the rules are damaged, open-call, "},
     {{"log", "check", "--ignore", "fractions,", "a"}, "--ignore has no rule \"\""},
     {{"log", "check", "--ignore=fractions, initialize", "a"}, "--ignore has no rule \" initialize\""},
-    {{"log", "export", "a"}, "one of --html, --json and --csv is needed"},
-    {{"log", "export", "a", "--csv", "--json"}, "one of --html, --json and --csv"},
+    {{"log", "export", "a"}, "one of --html, --json, --csv and --sqlite is needed"},
+    {{"log", "export", "a", "--csv", "--json"}, "one of --html, --json, --csv and --sqlite"},
 };
 
 TEST(CommandLine, IsRefusedWithOneSentenceAndItsCode)

@@ -14,15 +14,17 @@ struct Form {
 
 const Form& WantedForm(const Arguments& arguments)
 {
-    static constexpr Form kForms[] = {
-        {"--html", ".html", ExportHtml}, {"--json", ".json", ExportJson}, {"--csv", ".csv", ExportCsv}};
+    static constexpr Form kForms[] = {{"--html", ".html", ExportHtml},
+                                      {"--json", ".json", ExportJson},
+                                      {"--csv", ".csv", ExportCsv},
+                                      {"--sqlite", ".db", ExportSqlite}};
     const Form* wanted = nullptr;
     for (const Form& form : kForms) {
         if (!arguments.Has(form.option)) continue;
-        if (wanted) throw UsageError("one of --html, --json and --csv");
+        if (wanted) throw UsageError("one of --html, --json, --csv and --sqlite");
         wanted = &form;
     }
-    if (!wanted) throw UsageError("one of --html, --json and --csv is needed");
+    if (!wanted) throw UsageError("one of --html, --json, --csv and --sqlite is needed");
     return *wanted;
 }
 

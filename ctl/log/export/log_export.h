@@ -1,4 +1,4 @@
-// The three forms of log export. Each writes as it reads; the HTML export keeps nothing either, but a browser will. False when
+// The forms of log export. Each writes as it reads; the HTML export keeps nothing either, but a browser will. False when
 // the log is cut off or damaged, as with ReadEvents.
 #pragma once
 
@@ -12,5 +12,7 @@ bool ExportCsv(const std::string& path, bool withQueries, Streams& streams);
 bool ExportJson(const std::string& path, bool withQueries, Streams& streams);
 // The page has the system's queries in any case; `withQueries` says whether it shows them at first.
 bool ExportHtml(const std::string& path, bool withQueries, Streams& streams);
+// Of a recording, too.
+bool ExportSqlite(const std::string& path, bool withQueries, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -1,0 +1,62 @@
+// A conversation as tables of a database: the calls with their arguments, values and messages, and views for common questions. What
+// a log does not have, such as times, is NULL.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ctl/database/database.h"
+#include "ctl/log/call_results.h"
+
+namespace zelt::ctl {
+
+struct CallTiming {
+    std::uint64_t start, duration, inside;  // in nanoseconds; the start from the first call on
+    bool hasFailed;
+};
+
+class ConversationTables final : public LogSink {
+public:
+    explicit ConversationTables(Database& database);
+
+    // What there is to say about the whole.
+    void Describe(std::string_view name, std::string_view text);
+    // Of the innermost open call, right before its end.
+    void SetTiming(const CallTiming& timing);
+    // A call that has begun at this time may never end.
+    void SetStart(std::uint64_t start);
+    // Makes the tables permanent, with calls that are still open.
+    void Finish();
+
+    void Begin(const LogEvent& event) override;
+    void End(EventKind kind, int depth) override;
+    bool WantsLines() const override { return true; }
+    // Those that a damaged log leaves open end first, and are reported after that.
+    void LeftOpen(int line) override;
+
+private:
+    struct OpenCall {
+        std::int64_t id;
+        int line;
+        bool isInward;
+        std::string interfaceName, method, object, failure;
+        CallResult result;
+        std::optional<std::uint64_t> start, duration, inside;
+    };
+
+    void BeginCall(const LogEvent& event);
+    void BeginArgument(const LogEvent& event);
+    void AddValue(std::string_view text);
+    void AddMessage(const LogEvent& event);
+    void Insert(const OpenCall& call, std::size_t depth, const char* result);
+
+    Database& database;
+    RowInserter source, call, argument, value, message;
+    std::vector<OpenCall> open;
+    std::vector<int> leftOpen;  // lines
+    std::int64_t calls = 0, arguments = 0, messages = 0, place = 0;
+};
+
+}  // namespace zelt::ctl

@@ -1,0 +1,16 @@
+// A recording as the tables of a database.
+#pragma once
+
+#include <string>
+
+#include "ctl/database/conversation_tables.h"
+
+namespace zelt::ctl {
+
+// Throws InputError when the file cannot be opened. Standard input is none.
+bool IsRecording(const std::string& path);
+
+// False when the recording is cut off or damaged; `messages` then says where. Throws InputError.
+bool FillFromRecording(const std::string& path, ConversationTables& tables, Output& messages);
+
+}  // namespace zelt::ctl
