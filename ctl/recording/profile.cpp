@@ -18,7 +18,6 @@ template <class Take>
 bool ReadCalls(RecordingFile& file, bool wantsInputs, Take&& take)
 {
     CallTimes times(wantsInputs);
-    file.ReadHeader();
     while (const recording::Record* record = file.Records().Next()) {
         if (std::holds_alternative<recording::EndRecord>(*record)) return true;
         if (const TimedCall* const call = times.Take(*record)) take(*call);
@@ -123,6 +122,7 @@ int WriteTraceEvents(RecordingFile& file, Streams& streams)
 int ProfileRecording(const Arguments& arguments, Streams& streams)
 {
     RecordingFile file(arguments.Operand(0));
+    file.ReadHeader();
     if (arguments.Has("--trace-events")) return WriteTraceEvents(file, streams);
     const std::optional<double> slowest = arguments.Number("--slowest");
     CallProfile profile(slowest ? static_cast<std::size_t>(*slowest) : kSlowest);
