@@ -17,16 +17,19 @@ _zeltctl()
     'log check') words='--ignore --queries --json -o --help' ;;
     'log diff') words='--tolerance --json -o --help' ;;
     'log errors') words='--object --interface --method --direction --no-warnings --all --context --queries --json -o --help' ;;
-    'log export') words='--html --json --csv --queries -o --help' ;;
+    'log export') words='--html --json --csv --sqlite --queries -o --help' ;;
     'log follow') words='--object --interface --method --direction --calls --queries --new --idle -o --help' ;;
     'log list') words='--json -o --help' ;;
     'log redact') words='--keep-errors -o --help' ;;
     'log show') words='--object --interface --method --direction --result --calls --nested --at -o --help' ;;
     'log stats') words='--object --interface --method --direction --sort --top --queries --json -o --help' ;;
     'log why') words='-o --help' ;;
-    'recording') words='info profile' ;;
+    'recording') words='info profile diff redact trim' ;;
+    'recording diff') words='--tolerance --json -o --help' ;;
     'recording info') words='--json --help' ;;
     'recording profile') words='--slowest --objects --trace-events --help' ;;
+    'recording redact') words='--keep-errors -o --help' ;;
+    'recording trim') words='--calls --failure -o --help' ;;
     esac
     # Without an option begun, what is not a command is a file.
     [[ $current == -* || $words != -* ]] || words=
