@@ -56,7 +56,6 @@ void Test(std::string_view bytes)
         {"log", "check"},
         {"log", "check", "--json"},
         {"log", "export", "--csv"},
-        {"log", "export", "--sqlite"},
         {"log", "export", "--json"},
         {"log", "export", "--html"},
     };
