@@ -5,6 +5,7 @@
 
 #include "system/exception_text.h"
 #include "system/message_box.h"
+#include "log/recording/rendered_recording.h"
 #include "log_reader/log_reader.h"
 #include "system/owners.h"
 #include "shell/lock_object.h"
@@ -32,7 +33,8 @@ DWORD WINAPI ShowViewer(void* parameter)
 {
     const std::unique_ptr<ViewerStart> start(static_cast<ViewerStart*>(parameter));
     try {
-        CViewLogDlg viewer(start->path, std::move(start->lock));
+        const RenderedRecording log(start->path);
+        CViewLogDlg viewer(log.Path(), std::move(start->lock));
         if (viewer.Open()) {
             viewer.RunMessages();
         } else {

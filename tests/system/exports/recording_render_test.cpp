@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "log/recording/call_recorder.h"
+#include "log/recording/rendered_recording.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
 #include "log/value_writers.h"
@@ -77,6 +78,48 @@ TEST_F(RecordingRender, RefusesWhatIsNoRecordingAndItsOwnRecording)
     const std::string before = ReadWholeFile(Narrow("written.zlr"));
     EXPECT_EQ(2, RunZeltctl({"recording", "render", Narrow("written.zlr"), Narrow("written.zlr")}).code);
     EXPECT_EQ(before, ReadWholeFile(Narrow("written.zlr")));
+}
+
+TEST_F(RecordingRender, GivesAViewerALogForAsLongAsItIsShown)
+{
+    Write(true);
+    std::wstring shown;
+    {
+        const RenderedRecording log(Path("written.zlr"));
+        shown = log.Path();
+        EXPECT_EQ(L"written.zlg", fs::path(shown).filename().wstring());
+        EXPECT_NE(Path("written.zlg"), shown);
+        EXPECT_EQ(ReadWholeFile(Narrow("written.zlg")), ReadWholeFile(fs::path(shown).string()));
+        // A second viewer has a log of its own.
+        EXPECT_NE(shown, RenderedRecording(Path("written.zlr")).Path());
+        EXPECT_TRUE(fs::exists(shown));
+    }
+    EXPECT_FALSE(fs::exists(fs::path(shown).parent_path()));
+}
+
+TEST_F(RecordingRender, LeavesAViewerWhatIsNoRecording)
+{
+    Write(true);
+    EXPECT_EQ(Path("written.zlg"), RenderedRecording(Path("written.zlg")).Path());
+    EXPECT_TRUE(fs::exists(Path("written.zlg")));
+    EXPECT_EQ(Path("missing.zlr"), RenderedRecording(Path("missing.zlr")).Path());
+}
+
+TEST_F(RecordingRender, TellsAViewerWhyARecordingCannotBeShown)
+{
+    Write(true);
+    // The width is in the header, in the field with the number 3.
+    std::string bytes = ReadWholeFile(Narrow("written.zlr"));
+    const std::size_t width = bytes.find(std::string("\x18") + static_cast<char>(sizeof(void*) * 8));
+    ASSERT_NE(std::string::npos, width);
+    bytes[width + 1] = static_cast<char>(96 - sizeof(void*) * 8);
+    std::ofstream(folder / "other.zlr", std::ios::binary) << bytes;
+    try {
+        const RenderedRecording log(Path("other.zlr"));
+        FAIL() << "it was rendered";
+    } catch (const std::runtime_error& error) {
+        EXPECT_EQ(0, std::string(error.what()).find("it was made by the ZELT of the other width")) << error.what();
+    }
 }
 
 }  // namespace

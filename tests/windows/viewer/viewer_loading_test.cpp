@@ -10,6 +10,7 @@
 
 #include "res/resource.h"
 #include "system/owners.h"
+#include "tests/recordings/recorded_calls.h"
 
 namespace zelt::test {
 namespace {
@@ -55,6 +56,17 @@ TEST_F(ViewerLoading, ShowsTreeErrorsCaptionAndMenu)
     EXPECT_EQ(L"careful", tree->Label(reinterpret_cast<HTREEITEM>(list->Data(0))));
     Send(kCommandExpandAll);
     KeepPicture(window, "viewer");
+}
+
+TEST_F(ViewerLoading, ShowsARecordingAsItsLog)
+{
+    RecordedCalls calls;
+    calls.Call("ICapeUtilities::Edit", 1, [&] { calls.Real("temperature", false, 353.15); });
+    Show(calls.Whole());
+    EXPECT_NE(std::wstring::npos, tree->Outline().find(L"4 ICapeUtilities::Edit (Aromatics)\n"
+                                                       L" 6 temperature (type: double)\n"
+                                                       L"  8 353.15\n"))
+        << tree->Outline();
 }
 
 // For the pictures of the user guide: the golden log with its failure selected.
