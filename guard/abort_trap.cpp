@@ -1,11 +1,18 @@
 #include "guard/abort_trap.h"
 
-#include <atomic>
+#include <psapi.h>
+
+#include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <new>
+#include <string_view>
 #include <typeinfo>
+
+#include "guard/loaded_libraries.h"
 
 namespace zelt {
 namespace {
@@ -28,44 +35,75 @@ Function Export(HMODULE library, const char* name)
     std::_Exit(3);  // Not reached: the caller has seen a guard.
 }
 
+// Ends the guarded call. Outside one, the process ends.
+void GiveUp()
+{
+    if (GuardDepth() != 0) RaiseAbort(nullptr);
+    std::abort();
+}
+
 void __cdecl OnAbort(int)
 {
     // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that action
     // is the one we want next.
     if (GuardDepth() == 0) return;
+    guard::librariesAreNew = true;
     TrapAborts();
     RaiseAbort(nullptr);
 }
 
-// Whether libraries have been loaded since the last question. Looking them up by name each time a package is made would take
-// longer than making most packages.
-class LoadedLibraries {
-public:
-    static bool AreNew()
-    {
-        static const bool watched = Watch();
-        return !watched || changed.exchange(false);
-    }
+// Set after the signal, in the libraries that have them. Both would otherwise show a message and end the process.
+void __cdecl OnInvalidParameter(const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) { GiveUp(); }
 
-private:
-    static constexpr ULONG kLoaded = 1;
-    using Callback = void(CALLBACK*)(ULONG reason, const void* data, void* context);
-    using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, void** cookie);
+void __cdecl OnPureCall() { GiveUp(); }
 
-    static bool Watch()
-    {
-        void* cookie = nullptr;
-        const auto registerNotification =
-            Export<Register>(GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification");
-        return registerNotification && registerNotification(0, Note, nullptr, &cookie) >= 0;
-    }
-    static void CALLBACK Note(ULONG reason, const void*, void*)
-    {
-        if (reason == kLoaded) changed = true;
-    }
+// Installs a handler unless the package has one of its own, which knows better.
+template <class Handler>
+void SetHandler(HMODULE library, const char* name, Handler handler)
+{
+    const auto set = Export<Handler(__cdecl*)(Handler)>(library, name);
+    if (!set) return;
+    const Handler before = set(handler);
+    if (before && before != handler) set(before);
+}
 
-    static inline std::atomic<bool> changed = true;
-};
+using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
+
+// msvcr70.dll to msvcr120.dll. Their debug versions (msvcr120d.dll) keep their messages: those are for the package's developer.
+bool IsOlderRuntime(std::wstring_view name)
+{
+    constexpr std::wstring_view kStem = L"msvcr";
+    constexpr std::wstring_view kEnd = L".dll";
+    if (name.size() <= kStem.size() + kEnd.size()) return false;
+    if (_wcsnicmp(name.data(), kStem.data(), kStem.size()) != 0) return false;
+    if (_wcsnicmp(name.data() + name.size() - kEnd.size(), kEnd.data(), kEnd.size()) != 0) return false;
+    name = name.substr(kStem.size(), name.size() - kStem.size() - kEnd.size());
+    return std::all_of(name.begin(), name.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+}
+
+// One shared runtime library of Microsoft's compilers, other than msvcrt.
+void TrapIn(HMODULE library)
+{
+    constexpr unsigned kMessage = 1;  // _WRITE_ABORT_MSG; error reporting stays as it is
+    if (const auto setErrorMode = Export<int(__cdecl*)(int)>(library, "_set_error_mode")) setErrorMode(_OUT_TO_STDERR);
+    if (const auto setBehavior = Export<unsigned(__cdecl*)(unsigned, unsigned)>(library, "_set_abort_behavior"))
+        setBehavior(0, kMessage);
+    if (const auto signal = Export<Signal>(library, "signal")) signal(SIGABRT, OnAbort);
+    SetHandler(library, "_set_invalid_parameter_handler", OnInvalidParameter);
+    SetHandler(library, "_set_purecall_handler", OnPureCall);
+}
+
+// Each version of a library that is loaded in several is a library of its own.
+void TrapInAll() noexcept
+try {
+    for (const HMODULE library : guard::LoadedLibraries()) {
+        wchar_t name[MAX_PATH] = {};
+        const DWORD length = K32GetModuleBaseNameW(GetCurrentProcess(), library, name, MAX_PATH);
+        if (IsOlderRuntime({name, length}) || _wcsicmp(name, L"ucrtbase.dll") == 0) TrapIn(library);
+    }
+} catch (const std::bad_alloc&) {
+    guard::librariesAreNew = true;  // the next call tries again
+}
 
 // GCC's shared C++ library says what it was throwing when it gave up.
 class SharedRuntime {
@@ -127,13 +165,10 @@ void TrapAborts()
     _set_error_mode(_OUT_TO_STDERR);
     std::signal(SIGABRT, OnAbort);
 
-    using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
-    static Signal universal = nullptr;  // once loaded, this library stays
-    if (LoadedLibraries::AreNew()) {
-        universal = Export<Signal>(GetModuleHandleW(L"ucrtbase.dll"), "signal");
+    if (guard::librariesAreNew.exchange(false) || !guard::NoticeLibraries()) {
+        TrapInAll();
         SharedRuntime::Trap();
     }
-    if (universal) universal(SIGABRT, OnAbort);
 }
 
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text)

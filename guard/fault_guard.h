@@ -1,6 +1,6 @@
 // Calls into code that is not ours, made so that only C++ exceptions come back: the guard is a frame handler around this one
-// call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. It does not run the destructors of
-// the callee's abandoned frames, and it cannot stop exit() or a fail-fast.
+// call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. Abandoned frames
+// of the callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a fail-fast.
 #pragma once
 
 #include <windows.h>
@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "guard/abort_trap.h"
+#include "guard/loaded_libraries.h"
 #include "guard/se_exception.h"
 
 namespace zelt {
@@ -32,9 +34,9 @@ public:
     const char* what() const noexcept override { return "a component threw an exception or gave up"; }
 };
 
-// Makes std::terminate and abort in a guarded call catchable, in each shared runtime library that is loaded, and reserves stack
-// on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done at start-up for the main
-// thread; call it again after loading a package, and first on each further thread that makes guarded calls. Cheap and idempotent.
+// Makes std::terminate, abort and what else ends a process catchable in a guarded call, in each shared runtime library that is
+// loaded, and reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done
+// at start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {
@@ -57,6 +59,9 @@ extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape)
 
 inline void Run(Function function, void* context)
 {
+    // A package may have loaded another runtime library in an earlier call.
+    if (librariesAreNew.load(std::memory_order_relaxed)) [[unlikely]]
+        TrapAborts();
     Escape escape;
     if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]]
         ThrowEscape(escape);

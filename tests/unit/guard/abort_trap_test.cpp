@@ -1,8 +1,11 @@
-// The trap for aborts in runtime libraries that were there before the first guarded call. What it does for packages is in the test of
-// what they throw.
+// The trap for what ends a process in Microsoft's runtime libraries: in the one that was there before the first guarded call, and in
+// the older ones that packages bring. What it does for packages is in the test of what they throw.
 #include "guard/abort_trap.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
 
 #include "tests/unit/support/faulty_package.h"
 
@@ -25,6 +28,91 @@ TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
         EXPECT_EQ(tests::End::Foreign, outcome.end);
     }
 }
+
+template <class Function>
+Function Find(HMODULE library, const char* name)
+{
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+// Calls a function of the library that does not return, twice: the trap has to be set again after the first time. False if this
+// system's library has no such function.
+bool EndsCallsOnly(HMODULE library, const char* name)
+{
+    const auto end = Find<void(__cdecl*)()>(library, name);
+    for (int i = 0; end && i < 2; ++i) {
+        const tests::Outcome outcome = tests::CallGuarded([end]() -> HRESULT {
+            end();
+            return S_OK;
+        });
+        EXPECT_EQ(tests::End::Foreign, outcome.end) << name << ' ' << i;
+    }
+    return end != nullptr;
+}
+
+class OlderRuntime : public testing::TestWithParam<const wchar_t*> {
+protected:
+    // Loaded by nobody else, and after all preparation.
+    void SetUp() override
+    {
+        PrepareGuards();
+        library = LoadLibraryW(GetParam());
+        if (!library) GTEST_SKIP() << "this system does not have it";
+    }
+
+    HMODULE library = nullptr;
+};
+
+TEST_P(OlderRuntime, LosesOnlyTheCallAtAnAbort)
+{
+    EXPECT_TRUE(EndsCallsOnly(library, "abort"));
+    const auto setBehavior = Find<unsigned(__cdecl*)(unsigned, unsigned)>(library, "_set_abort_behavior");
+    EXPECT_EQ(0u, setBehavior ? setBehavior(0, 0) & 1u : 0u) << "abort would show a message";
+    const auto setErrorMode = Find<int(__cdecl*)(int)>(library, "_set_error_mode");
+    ASSERT_NE(nullptr, setErrorMode);
+    EXPECT_EQ(1, setErrorMode(3)) << "errors would show a message";  // _OUT_TO_STDERR, _REPORT_ERRMODE
+}
+
+TEST_P(OlderRuntime, LosesOnlyTheCallAtAPureCall)
+{
+    if (!GetProcAddress(library, "_set_purecall_handler")) GTEST_SKIP() << "the library has no handler";
+    EXPECT_TRUE(EndsCallsOnly(library, "_purecall"));
+}
+
+TEST_P(OlderRuntime, LosesOnlyTheCallAtAnInvalidParameter)
+{
+    if (!GetProcAddress(library, "_set_invalid_parameter_handler")) GTEST_SKIP() << "the library has no handler";
+    EXPECT_TRUE(EndsCallsOnly(library, "_invalid_parameter_noinfo"));
+}
+
+int reports = 0;
+void __cdecl CountReport(const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) { ++reports; }
+
+TEST_P(OlderRuntime, KeepsThePackagesOwnHandler)
+{
+    using Handler = void(__cdecl*)(const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t);
+    const auto set = Find<Handler(__cdecl*)(Handler)>(library, "_set_invalid_parameter_handler");
+    const auto report = Find<void(__cdecl*)()>(library, "_invalid_parameter_noinfo");
+    if (!set || !report) GTEST_SKIP() << "the library has no handler";
+    const Handler before = set(CountReport);
+    reports = 0;
+    EXPECT_TRUE(EndsCallsOnly(library, "abort"));  // sets the traps again
+    const tests::Outcome outcome = tests::CallGuarded([report]() -> HRESULT {
+        report();
+        return S_OK;
+    });
+    set(before);
+    EXPECT_EQ(tests::End::Returned, outcome.end);
+    EXPECT_EQ(1, reports);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OlderRuntime,
+                         testing::Values(L"msvcr70.dll", L"msvcr71.dll", L"msvcr80.dll", L"msvcr90.dll",
+                                         L"msvcr100.dll", L"msvcr110.dll", L"msvcr120.dll", L"ucrtbase.dll"),
+                         [](const auto& row) {
+                             const std::wstring name = row.param;
+                             return std::string(name.begin(), name.begin() + static_cast<int>(name.find(L'.')));
+                         });
 
 }  // namespace
 }  // namespace zelt
