@@ -50,6 +50,39 @@ bool PassesThrough(const EXCEPTION_RECORD& record)
 }
 #endif
 
+#ifndef _WIN64
+// A 32-bit process learns only that an SSE instruction faulted. The processor's control and status word says which of the exceptions
+// that the callee has unmasked occurred; the first in the processor's order of priority counts.
+DWORD NameOfSseException(DWORD code, const CONTEXT& context)
+{
+    struct Flag {
+        unsigned bit;
+        DWORD code;
+    };
+    // clang-format off
+    constexpr Flag kFlags[] = {
+        {0, EXCEPTION_FLT_INVALID_OPERATION},
+        {2, EXCEPTION_FLT_DIVIDE_BY_ZERO},
+        {1, EXCEPTION_FLT_DENORMAL_OPERAND},
+        {3, EXCEPTION_FLT_OVERFLOW},
+        {4, EXCEPTION_FLT_UNDERFLOW},
+        {5, EXCEPTION_FLT_INEXACT_RESULT},
+    };
+    // clang-format on
+    constexpr std::size_t kOffset = 24;  // in the area that FXSAVE writes
+    constexpr unsigned kMasks = 7;       // the bit of the first mask; the flags begin at bit 0
+    if (code != STATUS_FLOAT_MULTIPLE_FAULTS && code != STATUS_FLOAT_MULTIPLE_TRAPS) return code;
+    if ((context.ContextFlags & CONTEXT_EXTENDED_REGISTERS) != CONTEXT_EXTENDED_REGISTERS) return code;
+    std::uint32_t word = 0;
+    std::memcpy(&word, context.ExtendedRegisters + kOffset, sizeof word);
+    const std::uint32_t raised = word & ~(word >> kMasks);
+    for (const Flag& flag : kFlags) {
+        if ((raised >> flag.bit & 1) != 0) return flag.code;
+    }
+    return code;
+}
+#endif
+
 // Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be learned about it:
 // the thrown object lives on the stack that is about to go.
 bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
@@ -139,9 +172,12 @@ static void SetChainTop(EXCEPTION_REGISTRATION_RECORD* top) { asm volatile("movl
 
 extern "C" [[noreturn]] void ZeltGuardUnwind(GuardFrame* frame, EXCEPTION_RECORD* record);
 
-extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, GuardFrame* frame, CONTEXT*, void*)
+extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, GuardFrame* frame, CONTEXT* context, void*)
 {
-    if (Takes(*record, frame, *frame->escape)) ZeltGuardUnwind(frame, record);
+    if (Takes(*record, frame, *frame->escape)) {
+        frame->escape->code = NameOfSseException(record->ExceptionCode, *context);
+        ZeltGuardUnwind(frame, record);
+    }
     return ExceptionContinueSearch;
 }
 

@@ -13,14 +13,11 @@ struct FaultRow {
     DWORD code;
 };
 
-// The system may report something other than what the processor found: a 32-bit process does not learn the kind of an
-// SSE exception, and Wine on x86_64 does not learn whether a denormal operand or an underflow was the cause.
+// Wine on x86_64 does not learn whether a denormal operand or an underflow was the cause.
 inline bool MayReport(const FaultRow& row, DWORD code)
 {
     if (code == row.code) return true;
-    const bool sse = row.deed >= Deed::SseDivide && row.deed <= Deed::SseDenormal;
-    if (sizeof(void*) == 4) return sse && (code == STATUS_FLOAT_MULTIPLE_FAULTS || code == STATUS_FLOAT_MULTIPLE_TRAPS);
-    return row.code == EXCEPTION_FLT_DENORMAL_OPERAND && code == EXCEPTION_FLT_UNDERFLOW;
+    return sizeof(void*) == 8 && row.code == EXCEPTION_FLT_DENORMAL_OPERAND && code == EXCEPTION_FLT_UNDERFLOW;
 }
 
 // clang-format off
