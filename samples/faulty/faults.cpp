@@ -10,6 +10,7 @@
 #include <string>
 
 #include "com/type_info.h"
+#include "samples/faulty/window_faults.h"
 
 namespace zelt::sample {
 namespace {
@@ -147,6 +148,11 @@ constexpr struct {
     {L"threadAbort", OnOwnThread<Abort>},
     {L"loopForever", LoopForever},
     {L"handledFault", HandledFault},
+    {L"windowCreation", FaultInWindowCreation},
+    {L"windowSize", FaultInWindowSize},
+    {L"windowPaint", FaultInWindowPaint},
+    {L"hook", FaultInHook},
+    {L"enumeration", FaultInEnumeration},
 };
 
 // The number after a prefix; false when the name does not begin with it.

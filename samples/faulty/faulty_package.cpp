@@ -22,6 +22,11 @@ constexpr Character kCharacters[] = {
     {.name = L"Fault In QueryInterface", .queryPhases = L"nullWrite"},
     {.name = L"Fault In Name", .getName = L"nullWrite"},
     {.name = L"Fault In Release", .finalRelease = L"nullWrite"},
+    {.name = L"Edit Faults In Window Creation", .edit = L"windowCreation"},
+    {.name = L"Edit Faults In Window Size", .edit = L"windowSize"},
+    {.name = L"Edit Faults In Window Paint", .edit = L"windowPaint"},
+    {.name = L"Edit Faults In Hook", .edit = L"hook"},
+    {.name = L"Edit Faults In Enumeration", .edit = L"enumeration"},
 };
 
 constexpr const IID* kCalculation[] = {&__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
@@ -124,6 +129,13 @@ STDMETHODIMP FaultyUtilitiesPart::Initialize()
 {
     CommitFault(character.initialize);
     return Call(L"Initialize", [&] { ThrowRequested(character.initialize); });
+}
+
+STDMETHODIMP FaultyUtilitiesPart::Edit()
+{
+    if (!*character.edit) return UtilitiesPart::Edit();
+    CommitFault(character.edit);
+    return S_OK;
 }
 
 STDMETHODIMP FaultyPackage::ContextPart::SetMaterial(IDispatch* material)

@@ -24,6 +24,7 @@ struct Character {
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";
+    const wchar_t* edit = L"";
 };
 
 // The packages that the faulty manager can make. Their names are the second half of the menu.
@@ -70,6 +71,7 @@ public:
         : UtilitiesPart(object, errors, {}, std::move(onTerminate)), character(character)
     {}
     STDMETHOD(Initialize)() override;
+    STDMETHOD(Edit)() override;
 
 private:
     const Character& character;

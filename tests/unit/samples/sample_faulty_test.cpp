@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 #include <wrl/client.h>
 
+#include <cstdlib>
+#include <iostream>
+
+#include "guard/foreign_call.h"
+
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
 #include "samples/faulty/faulty_manager.h"
@@ -56,6 +61,26 @@ TEST_F(FaultySampleTest, FailsToGiveAPackageInTwoWays)
     EXPECT_EQ(nullptr, package);
     EXPECT_EQ(static_cast<HRESULT>(ECapeLicenceErrorHR), manager->GetPropertyPackage(B(L"Fails"), &package));
     EXPECT_EQ(L"The faulty package has no licence today", DescribeFailure(manager.Get(), E_FAIL));
+}
+
+// Whether the caller gets the fault or the system swallows it depends on the system; the process lives, and the next call works.
+TEST_F(FaultySampleTest, EditFaultsWhereTheSystemCallsBack)
+{
+    if (std::getenv("WINEPREFIX") && !std::getenv("DISPLAY")) GTEST_SKIP() << "no display";
+    int edits = 0;
+    for (const Character& character : AllCharacters()) {
+        if (!*character.edit) continue;
+        ++edits;
+        ComPtr<ICapeUtilities> utilities;
+        ASSERT_EQ(S_OK, Package(character.name).As(&utilities));
+        // A second time, so that nothing of the first one is left.
+        for (int i = 0; i < 2; ++i) {
+            const HRESULT edited = zelt::CallForeign([&] { return utilities->Edit(); });
+            EXPECT_TRUE(edited == S_OK || edited == E_UNEXPECTED) << character.name << ' ' << std::hex << edited;
+            std::cout << character.name << (edited == S_OK ? ": swallowed\n" : ": caught\n");
+        }
+    }
+    EXPECT_EQ(5, edits);
 }
 
 TEST_F(FaultySampleTest, HidesTheInterfacesThatACharacterLacks)
