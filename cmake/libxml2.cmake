@@ -23,3 +23,5 @@ zelt_add_libxml2()
 
 # Its warnings are left to its maintainers.
 target_compile_options(LibXml2 PRIVATE -w)
+# Otherwise the programs that contain it export its functions.
+target_compile_definitions(LibXml2 PRIVATE LIBXML_STATIC)
