@@ -1,6 +1,7 @@
 #include "system/dialog.h"
 
 #include "com/type_info.h"
+#include "system/thread_dpi.h"
 
 namespace zelt {
 namespace {
@@ -28,12 +29,14 @@ Dialog::~Dialog()
 
 INT_PTR Dialog::RunModal(int resource, HWND owner)
 {
+    const OwnWindowsDpi dpi;
     return DialogBoxParamW(com::ThisModule(), MAKEINTRESOURCEW(resource), owner, Procedure,
                            reinterpret_cast<LPARAM>(this));
 }
 
 HWND Dialog::CreateModeless(int resource, HWND owner)
 {
+    const OwnWindowsDpi dpi;
     return CreateDialogParamW(com::ThisModule(), MAKEINTRESOURCEW(resource), owner, Procedure,
                               reinterpret_cast<LPARAM>(this));
 }

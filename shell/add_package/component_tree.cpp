@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "shell/package_images.h"
+#include "system/thread_dpi.h"
 
 namespace zelt {
 
@@ -28,8 +29,8 @@ Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSo
     for (std::size_t index = 0; index < kinds.size(); ++index) {
         if (components.lists[index].empty() && components.ofOtherWidth[index].empty()) continue;
         const HTREEITEM heading = InsertHeading(kinds[index].heading);
-        InsertComponents(heading, kinds[index].kind, components.lists[index]);
         InsertComponents(heading, kinds[index].kind, components.ofOtherWidth[index]);
+        InsertComponents(heading, kinds[index].kind, components.lists[index]);
         TreeView_Expand(tree, heading, TVE_EXPAND);
     }
     if (nodes.empty()) InsertHeading(L"No CAPE-OPEN packages are installed.");
@@ -40,7 +41,8 @@ Outcome ComponentTree::Fill(std::span<const PackageKindRow> kinds, const ClassSo
 
 void ComponentTree::InsertComponents(HTREEITEM heading, PackageKind kind, std::span<const ComponentInfo> components)
 {
-    for (const ComponentInfo& component : components) {
+    for (std::size_t index = components.size(); index-- > 0;) {
+        const ComponentInfo& component = components[index];
         const bool isUsable = component.obstacle.empty();
         needsOtherEdition = needsOtherEdition || (!isUsable && OtherCanHost(component.classId));
         const std::wstring label =
@@ -68,9 +70,13 @@ bool ComponentTree::PrepareExpansion(HTREEITEM item, const ListingFailure& faile
     if (!manager || !manager->isManager || TreeView_GetChild(tree, item)) return true;
     // By value: the call may let other messages in.
     const Package source = manager->package;
-    const auto names = ListPackages(source.kind, source.classId, failed);
+    const auto names = [&] {
+        const ForeignWindowsDpi dpi;
+        return ListPackages(source.kind, source.classId, failed);
+    }();
     if (!names || TreeView_GetChild(tree, item)) return TreeView_GetChild(tree, item) != nullptr;
-    for (const std::wstring& name : *names) {
+    for (std::size_t index = names->size(); index-- > 0;) {
+        const std::wstring& name = (*names)[index];
         Insert(item, name, kImagePropertyPackage, {{source.kind, source.classId, name}, false});
     }
     return !names->empty();
@@ -98,7 +104,7 @@ HTREEITEM ComponentTree::Insert(HTREEITEM parent, const std::wstring& label, int
     nodes.push_back(std::make_unique<Node>(std::move(node)));
     TVINSERTSTRUCTW insertion = {};
     insertion.hParent = parent;
-    insertion.hInsertAfter = TVI_LAST;
+    insertion.hInsertAfter = TVI_FIRST;
     insertion.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_CHILDREN | TVIF_PARAM;
     insertion.item.pszText = const_cast<wchar_t*>(label.c_str());
     insertion.item.iImage = insertion.item.iSelectedImage = image;

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "system/message_box.h"
+#include "system/thread_dpi.h"
 #include "res/resource.h"
 #include "tests/unit/support/recorded_messages.h"
 
@@ -55,6 +56,29 @@ private:
 
     const bool deletesItself;
 };
+
+// The process is aware of one resolution only, for the sake of components.
+TEST(DialogResolution, IsThatOfEachScreenForOurWindowsOnly)
+{
+    if (!HasDisplay()) GTEST_SKIP() << "no display";
+    const auto awareness = [] { return GetAwarenessFromDpiAwarenessContext(GetThreadDpiAwarenessContext()); };
+    const ForeignWindowsDpi asInTheProduct;
+    ASSERT_EQ(DPI_AWARENESS_SYSTEM_AWARE, awareness());
+    Watched dialog(false);
+    DPI_AWARENESS atStart = DPI_AWARENESS_INVALID, ofComponents = DPI_AWARENESS_INVALID;
+    dialog.atStart = [&](Watched&) {
+        atStart = awareness();
+        const ForeignWindowsDpi dpi;
+        ofComponents = awareness();
+    };
+    ASSERT_NE(nullptr, dialog.CreateModeless(kAboutDialog));
+    const auto ofWindow = GetAwarenessFromDpiAwarenessContext(GetWindowDpiAwarenessContext(dialog.Window()));
+    EXPECT_EQ(DPI_AWARENESS_PER_MONITOR_AWARE, ofWindow);
+    EXPECT_EQ(DPI_AWARENESS_PER_MONITOR_AWARE, atStart);
+    EXPECT_EQ(DPI_AWARENESS_SYSTEM_AWARE, ofComponents);
+    EXPECT_EQ(DPI_AWARENESS_SYSTEM_AWARE, awareness());
+    DestroyWindow(dialog.Window());
+}
 
 class DialogLifetime : public testing::Test {
 protected:
