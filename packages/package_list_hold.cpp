@@ -15,6 +15,13 @@ constexpr DWORD kPatience = 5000;
 std::wstring SignOf(const Edition& edition) { return edition.name + std::wstring(L" holds the package list of "); }
 std::wstring EditOf(const Edition& edition) { return edition.name + std::wstring(L" package list edit of "); }
 
+// In addition to the sign, which other versions look for.
+std::wstring SignOf(const Edition& edition, Rights rights)
+{
+    const wchar_t* whose = rights == Rights::Administrator ? L"administrator's " : L"plain ";
+    return edition.name + std::wstring(L" holds the package list with ") + whose + L"rights of ";
+}
+
 // The current user's identifier as text; empty when it is not available.
 std::wstring UserText()
 {
@@ -45,9 +52,9 @@ UniqueHandle MakeMutex(const std::wstring& name)
     return UniqueHandle(CreateMutexW(descriptor ? &attributes : nullptr, FALSE, (L"Global\\" + (name + user)).c_str()));
 }
 
-bool IsHeld(const Edition& edition)
+bool Exists(const std::wstring& signName)
 {
-    const std::wstring name = L"Global\\" + (SignOf(edition) + UserText());
+    const std::wstring name = L"Global\\" + (signName + UserText());
     const UniqueHandle sign(OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
     // A sign that may not be opened exists.
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
@@ -62,18 +69,36 @@ bool Own(HANDLE mutex)
 
 }  // namespace
 
-PackageListHold::PackageListHold()
+Rights RightsOfThisProcess()
+{
+    HANDLE raw = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &raw)) return Rights::Plain;
+    const UniqueHandle token(raw);
+    TOKEN_ELEVATION elevation = {};
+    DWORD size = 0;
+    const bool known = GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size);
+    return known && elevation.TokenIsElevated ? Rights::Administrator : Rights::Plain;
+}
+
+PackageListHold::PackageListHold(Rights rights) : rights(rights)
 {
     // Make the sign before the wait: an edit that begins now sees it.
     sign = MakeMutex(SignOf(kThisEdition));
+    signOfRights = MakeMutex(SignOf(kThisEdition, rights));
     const UniqueHandle mutex = MakeMutex(EditOf(kThisEdition));
     if (Own(mutex.get())) ReleaseMutex(mutex.get());
+}
+
+bool PackageListHold::IsShared() const
+{
+    const Rights others = rights == Rights::Plain ? Rights::Administrator : Rights::Plain;
+    return Exists(SignOf(kThisEdition, others));
 }
 
 PackageListEdit::PackageListEdit(const Edition& edition) : mutex(MakeMutex(EditOf(edition)))
 {
     owned = Own(mutex.get());
-    allowed = owned && !IsHeld(edition);
+    allowed = owned && !Exists(SignOf(edition));
 }
 
 PackageListEdit::~PackageListEdit()

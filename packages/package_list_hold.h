@@ -9,14 +9,24 @@
 
 namespace zelt {
 
+// With which rights a process of the user runs. COM starts a server with those of the simulator, so one of each can run at a time.
+enum class Rights { Plain, Administrator };
+
+Rights RightsOfThisProcess();
+
 // Taken before the list is loaded. Never refused: a server has to serve. Waits for an edit in progress.
 class PackageListHold {
 public:
-    // The list of this edition.
-    PackageListHold();
+    // The list of this edition, for a process with these rights.
+    explicit PackageListHold(Rights rights = RightsOfThisProcess());
+
+    // Whether a process of the user with other rights holds the list, too. Whichever writes it last wins.
+    bool IsShared() const;
 
 private:
+    Rights rights;
     UniqueHandle sign;
+    UniqueHandle signOfRights;
 };
 
 // Waits for other edits. Released by the thread that made it.

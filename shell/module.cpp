@@ -1,6 +1,6 @@
 #include "shell/module.h"
 
-#include <objbase.h>
+#include <ole2.h>
 
 #include <vector>
 
@@ -14,6 +14,7 @@
 #include "packages/exported_package_list.h"
 #include "system/library_search.h"
 #include "shell/log_prompt.h"
+#include "shell/rights_warning.h"
 #include "registration/registration.h"
 #include "packages/served_classes.h"
 #include "shell/user_interface.h"
@@ -39,12 +40,15 @@ void ReleaseReference()
 }  // namespace
 
 CZELTModule::CZELTModule()
-    : initialized(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)),
+    // Packages may use the clipboard and drag objects, which need more than COM.
+    : initialized(OleInitialize(nullptr)),
       mainThread(GetCurrentThreadId()),
       accelerators(LoadAcceleratorsW(com::ThisModule(), MAKEINTRESOURCEW(kAccelerators))),
       shutdownEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr))
 {
     instance = this;
+    // For a package on a disk that is gone, the system would ask the user, who may not even know of this process.
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
     const INITCOMMONCONTROLSEX controls = {sizeof controls,
                                            ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
@@ -67,7 +71,7 @@ CZELTModule::~CZELTModule()
     }
     instance = nullptr;
     com::ReleaseTypeInfo();
-    if (SUCCEEDED(initialized)) CoUninitialize();
+    if (SUCCEEDED(initialized)) OleUninitialize();
 }
 
 CZELTModule* CZELTModule::Instance() { return instance; }
@@ -99,6 +103,7 @@ int CZELTModule::Run(const std::wstring& tail)
 void CZELTModule::TakePackageList()
 {
     listHold.emplace();
+    if (listHold->IsShared()) WarnOfOtherRights();
     ShowFailure(LoadPackages());
 }
 

@@ -6,6 +6,7 @@
 #include "log/log_options.h"
 #include "res/resource.h"
 #include "packages/exported_package_list.h"
+#include "packages/package_list_hold.h"
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
@@ -89,6 +90,20 @@ protected:
     HWND window = nullptr;
     std::optional<RemoteList> list;
 };
+
+// This process stands for the other one.
+TEST_F(MainWindow, SaysThatAZeltWithOtherRightsIsRunning)
+{
+    const bool plain = RightsOfThisProcess() == Rights::Plain;
+    const PackageListHold others(plain ? Rights::Administrator : Rights::Plain);
+    const Program program;
+    EXPECT_EQ(
+        L"Another ZELT is running, one of the two as administrator. Each keeps its own list of packages, and the one "
+        L"that "
+        L"stores it last wins. Simulators use the ZELT that has their own rights. Close one of the two.",
+        program.AnswerBox(L"ZELT", IDOK));
+    EXPECT_NE(nullptr, program.WaitForWindow(kTitle));
+}
 
 TEST_F(MainWindow, ShowsAPackageARow)
 {

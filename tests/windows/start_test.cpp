@@ -1,6 +1,6 @@
 // How the program starts and ends, in this process: system functions are replaced, so that each step can fail, and
 // no class of the program is really registered with COM.
-#include <objbase.h>
+#include <ole2.h>
 
 #include <atomic>
 #include <iterator>
@@ -259,6 +259,20 @@ TEST_F(StartAndEnd, WithoutItsApartmentItDoesNotStart)
     }).join();
     EXPECT_EQ(RPC_E_CHANGED_MODE, result);
     EXPECT_EQ(Events(), events);
+}
+
+TEST_F(StartAndEnd, GivesComponentsWhatTheyNeed)
+{
+    const UINT before = SetErrorMode(0);
+    {
+        const CZELTModule module;
+        EXPECT_EQ(static_cast<UINT>(SEM_FAILCRITICALERRORS), GetErrorMode());
+        // What OLE adds to COM.
+        IDataObject* clipboard = nullptr;
+        EXPECT_EQ(S_OK, OleGetClipboard(&clipboard));
+        if (clipboard) clipboard->Release();
+    }
+    SetErrorMode(before);
 }
 
 struct Strip {

@@ -361,6 +361,21 @@ TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
+// Only the rights tell them apart: the sign that keeps edits away is common to both.
+TEST_F(Exports, AreSharedByHoldersWithOtherRightsOnly)
+{
+    const PackageListHold plain(Rights::Plain);
+    EXPECT_FALSE(plain.IsShared());
+    const PackageListHold equal(Rights::Plain);
+    EXPECT_FALSE(plain.IsShared());
+    {
+        const PackageListHold raised(Rights::Administrator);
+        EXPECT_TRUE(raised.IsShared());
+        EXPECT_TRUE(plain.IsShared());
+    }
+    EXPECT_FALSE(plain.IsShared());
+}
+
 DWORD WINAPI TakeHold(void* hold)
 {
     static_cast<std::optional<PackageListHold>*>(hold)->emplace();
