@@ -15,6 +15,7 @@
 #include <io.h>
 
 #include "system/narrow.h"
+#include "ctl/console.h"
 #include "ctl/doctor/doctor.h"
 #include "ctl/exports/export_commands.h"
 #include "ctl/exports/manager_host.h"
@@ -89,7 +90,7 @@ int wmain(int count, wchar_t** words)
     // Line ends stay as written, and a console shows UTF-8.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
-    SetConsoleOutputCP(CP_UTF8);
+    const zelt::ctl::Utf8Console console;
     return RunProgram([&] {
         std::vector<std::string> narrow;
         for (int i = 1; i < count; ++i) narrow.push_back(zelt::Narrow(words[i], CP_UTF8));

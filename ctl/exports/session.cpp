@@ -1,6 +1,6 @@
 #include "ctl/exports/session.h"
 
-#include <objbase.h>
+#include <ole2.h>
 
 #include "guard/fault_guard.h"
 #include "system/narrow.h"
@@ -8,11 +8,11 @@
 
 namespace zelt::ctl {
 
-Session::Session() : initialized(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) { PrepareGuards(); }
+Session::Session() : initialized(OleInitialize(nullptr)) { PrepareGuards(); }
 
 Session::~Session()
 {
-    if (SUCCEEDED(initialized)) CoUninitialize();
+    if (SUCCEEDED(initialized)) OleUninitialize();
 }
 
 void Require(const Outcome& outcome)
