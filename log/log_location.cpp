@@ -77,7 +77,7 @@ Outcome AutomaticPath(const wchar_t* ending, std::optional<std::wstring>& path)
     std::wstring folder;
     if (!AutomaticLogFolder(folder)) {
         return Outcome::Failed(L"Failed to obtain location of Desktop folder", L"Create log file:",
-                               MB_OK | MB_ICONERROR);
+                               MB_OK | MB_ICONERROR | MB_TOPMOST);
     }
     CreateDirectoryW(folder.c_str(), nullptr);
     const std::wstring base = folder + L'\\' + BaseName(current->localTime());

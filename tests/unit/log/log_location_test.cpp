@@ -161,7 +161,7 @@ TEST_F(LogLocation, SaysThatThereIsNoDesktop)
     ASSERT_FALSE(outcome);
     EXPECT_EQ(L"Failed to obtain location of Desktop folder", outcome.Failure().text);
     EXPECT_STREQ(L"Create log file:", outcome.Failure().caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), outcome.Failure().flags);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), outcome.Failure().flags);
     EXPECT_TRUE(messages.All().empty());
     EXPECT_TRUE(dialogTitles.empty());
 }

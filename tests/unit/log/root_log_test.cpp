@@ -51,7 +51,7 @@ TEST_F(RootLog, ReadsTheOptionsAgain)
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Failed to obtain location of Desktop folder", messages.All()[0].text);
     EXPECT_EQ(L"Create log file:", messages.All()[0].caption);
-    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), messages.All()[0].flags);
+    EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), messages.All()[0].flags);
     scratch.Settings().WriteDword(L"AutoLogLocation", 0);
     EXPECT_EQ(nullptr, Open().Get());
     EXPECT_EQ(1u, messages.All().size());
