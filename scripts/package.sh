@@ -22,11 +22,23 @@ Package()
     Step package-stage "Collecting the files" StageFiles "$packageFolder/zelt-$version"
     Step package-setup "Making the setup program" MakeSetup "$packageFolder/zelt-$version" "$version" "$setupProgram"
     Step package-zip "Making the portable zip" MakeZip "zelt-$version" "$portableZip"
+    [ -z "${ZELT_RELEASE_URL:-}" ] || Step package-manifests "Writing the manifests for winget and Scoop" \
+        WriteManifests "$version" "$setupProgram" "$portableZip" "$packageFolder"
     TestPackage
     printf '%s\n' "$green$setupProgram" "$portableZip$plain"
 }
 
 ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
+
+# Sign <program...>: with the tool that ZELT_SIGN names, a program and its arguments, which gets the path of each as its last one.
+# Does nothing if there is none.
+Sign()
+{
+    local file tool
+    read -r -a tool <<<"${ZELT_SIGN:-}"
+    [ ${#tool[@]} -gt 0 ] || return 0
+    for file; do "${tool[@]}" "$file"; done
+}
 
 # A text file with Windows line ends.
 StageText()
@@ -54,11 +66,14 @@ StageFiles()
     StageText /usr/share/doc/libz-mingw-w64-dev/copyright "$1/licences/zlib.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
+    # Signatures are part of the files that the bill of materials lists.
+    Sign "$1"/{ZELT,ZELT64}.EXE "$1"/zeltctl{,64}.exe
     # Folders of the guide without pictures would be empty.
     find "$1" -type d -empty -delete
+    perl scripts/bill-of-materials.pl "$(ProductVersion)" "$(SourceDate)" "$1" THIRD-PARTY.md >"$1/licences/zelt.spdx.json"
     chmod -R u=rwX,go=rX "$1"
     for file in ZELT.EXE ZELT64.EXE zeltctl.exe zeltctl64.exe BRIX.chm docs/zelt.htm docs/style.css \
-        docs/examples/heater-{package,unit}.zlg licences/libxml2.txt licences/sqlite.txt; do
+        docs/examples/heater-{package,unit}.zlg licences/{libxml2,sqlite,zlib}.txt licences/zelt.spdx.json; do
         [ -s "$1/$file" ] || { echo "$file is missing."; return 1; }
     done
 }
@@ -74,6 +89,9 @@ WriteLists()
         find . -mindepth 1 -type d -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFolder "&"|'
         # 32-bit Windows gets no 64-bit programs.
         find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro InstallFile "&"|; /64\.exe"$/I s|InstallFile|InstallFile64|'
+        echo '!macroend'
+        echo '!macro CheckAll'
+        find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro CheckFile "&"|'
         echo '!macroend'
         echo '!macro RemoveAll'
         find . -type f -printf '%P\n' | sort | sed 's|/|\\|g; s|.*|    !insertmacro RemoveFile "&"|'
@@ -104,8 +122,12 @@ MakeSetup()
     local lists=$packageFolder/lists
     rm -rf "$lists"
     WriteLists "$1" "$lists"
-    makensis -V2 -WX -DVERSION="$2" -DSIZE="$(du -sk --apparent-size "$1" | cut -f 1)" -DSTAGE="$1" -DOUTPUT="$3" \
+    local signing=()
+    # The uninstaller is signed while it is made: setup contains it.
+    [ -z "${ZELT_SIGN:-}" ] || signing=("-DSIGN=$ZELT_SIGN")
+    makensis -V2 -WX "${signing[@]}" -DVERSION="$2" -DSIZE="$(du -sk --apparent-size "$1" | cut -f 1)" -DSTAGE="$1" -DOUTPUT="$3" \
         -DICON="$root/build/release/shell/zelt.ico" -DLISTS="$lists" "${@:4}" packaging/setup/zelt.nsi
+    Sign "$3"
 }
 
 # MakeZip <folder below build/package> <zip>: file times are those of the commit, so that equal files give an equal zip.
