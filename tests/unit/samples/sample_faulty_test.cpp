@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 #include <wrl/client.h>
 
+#include <cstdio>
 #include <cstdlib>
-#include <iostream>
 
 #include "guard/foreign_call.h"
-
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
 #include "samples/faulty/faulty_manager.h"
@@ -77,7 +76,7 @@ TEST_F(FaultySampleTest, EditFaultsWhereTheSystemCallsBack)
         for (int i = 0; i < 2; ++i) {
             const HRESULT edited = zelt::CallForeign([&] { return utilities->Edit(); });
             EXPECT_TRUE(edited == S_OK || edited == E_UNEXPECTED) << character.name << ' ' << std::hex << edited;
-            std::cout << character.name << (edited == S_OK ? ": swallowed\n" : ": caught\n");
+            std::printf("%ls: %s\n", character.name, edited == S_OK ? "swallowed" : "caught");
         }
     }
     EXPECT_EQ(5, edits);
