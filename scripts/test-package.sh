@@ -21,6 +21,8 @@ TestPackage()
     Step package-install "Installing the older version" TestInstall
     Step package-run "Running the demonstration on the installed server" TestRun
     Step package-refuse "Refusing to replace or remove a running server" TestRefusal
+    Step package-refuse-file "Refusing to replace or remove files in use" TestRefusalOfFile
+    Step package-keep "Keeping the older version if the new one cannot be installed" TestFailedUpgrade
     Step package-upgrade "Upgrading" TestUpgrade
     Step package-refuse64 "Refusing to replace a running zeltctl64" TestRefusalOfTool
     Step package-run64 "Running a 64-bit package on the installed ZELT64" TestRun64
@@ -239,6 +241,41 @@ TestRefusal()
     Snapshot refused
     Equal 'changes of a refused setup' '' "$(Added files running refused; Removed files running refused
         Added registry running refused; Removed registry running refused)"
+}
+
+# ChangesNothing <code> <command line>: must end with this code, and leave everything as it was. A shortcut that is made again holds
+# other times.
+ChangesNothing()
+{
+    Snapshot unchanged
+    ExitsAs "$1" "$2"
+    Snapshot refused
+    Equal "changes by $2" '' "$( (Added files unchanged refused; Removed files unchanged refused
+        Added registry unchanged refused; Removed registry unchanged refused) | grep -v '\.lnk$')"
+}
+
+# As when the system's viewer shows the help: another program has the file open, and does not share it for writing.
+TestRefusalOfFile()
+{
+    printf '%s\r\n' '@echo off' "C:\\windows\\syswow64\\notepad.exe <\"$programsFolder\\BRIX.chm\"" >"$testFolder/hold.bat"
+    # It inherits the open file. (A 32-bit program, because Wine's task list does not show others.)
+    Wine cmd /c "$(WindowsPath "$testFolder/hold.bat")" >"$testFolder/hold.txt" 2>&1 &
+    sleep 5
+    ChangesNothing 8 "\"$(WindowsPath "$setupProgram")\" /S"
+    ChangesNothing 8 "\"$(WindowsPath "$testFolder/uninstall.exe")\" /S _?=$programsFolder"
+    Wine taskkill /f /im notepad.exe
+    wait $! || true
+}
+
+# The older version has no such file. Here a folder has its name, so that it cannot be written.
+TestFailedUpgrade()
+{
+    mkdir "$installed/zeltctl64.exe"
+    ChangesNothing 5 "\"$(WindowsPath "$setupProgram")\" /S"
+    rmdir "$installed/zeltctl64.exe"
+    Simulate i686 kept-32 ZELT.PropertyPackageManager Aromatics
+    diff "$testFolder/property11-direct.bits" "$testFolder/kept-32.bits" || Complain "The results differ."
+    WaitForEnd
 }
 
 # Wine's task list does not show 64-bit programs, so the one that runs is a program that may simply be ended.

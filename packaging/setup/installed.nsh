@@ -28,8 +28,7 @@
     RMDir "$INSTDIR\${path}"
 !macroend
 
-; files.nsh: the macros InstallAll and RemoveAll, which insert these for each file and folder of the stage.
-!include "${LISTS}\files.nsh"
+; files.nsh, which running.nsh includes: the macros InstallAll and RemoveAll, which insert these for each file and folder of the stage.
 
 Function InstallFiles
     SetOutPath "$INSTDIR"
@@ -54,46 +53,29 @@ FunctionEnd
 !insertmacro DefineRemoveFiles ""
 !insertmacro DefineRemoveFiles "un."
 
-; After a failure, removes everything installed so far.
+; After a failure, removes everything installed so far, and puts an older version back.
 Function TakeBack
     ${If} $RegisteredFor != ""
         Call UnregisterServer
     ${EndIf}
     Call RemoveFiles
-FunctionEnd
-
-; The older version's uninstaller knows best what it installed. It leaves settings and logs alone.
-Function RemoveOlderVersion
-    ReadRegStr $2 SHCTX "${UNINSTALL_KEY}" "InstallLocation"
-    ${If} $2 == ""
-    ${OrIfNot} ${FileExists} "$2\Uninstall.exe"
-        Return
-    ${EndIf}
-    ; With its folder as an argument, it runs in place, and setup can wait for it.
-    ExecWait '"$2\Uninstall.exe" /S _?=$2' $0
-    ${If} $0 = ${SERVER_RUNS}
-        ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
-    ${ElseIf} $0 <> 0
-        ${Leave} ${OLDER_VERSION_STAYS} "${TEXT_OLDER_VERSION_STAYS}"
-    ${EndIf}
-    Delete "$2\Uninstall.exe"
-    RMDir "$2"
+    Call RestoreOlderVersion
 FunctionEnd
 
 Function WriteEntries
     CreateDirectory "$SMPROGRAMS\ZELT"
     CreateShortcut "$SMPROGRAMS\ZELT\ZELT.lnk" "$INSTDIR\ZELT.EXE"
-    ${If} ${WithZelt64}
+    ${If} ${FileExists} "$INSTDIR\ZELT64.EXE"
         CreateShortcut "$SMPROGRAMS\ZELT\ZELT64.lnk" "$INSTDIR\ZELT64.EXE"
     ${EndIf}
     CreateShortcut "$SMPROGRAMS\ZELT\ZELT Help.lnk" "$INSTDIR\BRIX.chm"
 
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayName" "ZELT"
-    WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayVersion" "$EntryVersion"
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "Publisher" "The ZELT developers"
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\ZELT.EXE,0"
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
-    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "EstimatedSize" ${SIZE}
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "EstimatedSize" $EntrySize
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\Uninstall.exe"'
     WriteRegStr SHCTX "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
     WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoModify" 1

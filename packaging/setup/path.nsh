@@ -13,12 +13,18 @@
     Pop $0
 !macroend
 
-Section /o "${TEXT_PATH_SECTION}" PathSection
+; $0 is not "0" if that fails.
+Function PutOnPath
     !insertmacro RunPathCommand add
     ${If} $0 == "0"
         ; Tells the uninstaller, and the next version.
         WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "OnPath" 1
-    ${Else}
+    ${EndIf}
+FunctionEnd
+
+Section /o "${TEXT_PATH_SECTION}" PathSection
+    Call PutOnPath
+    ${If} $0 != "0"
         MessageBox MB_OK|MB_ICONEXCLAMATION "${TEXT_NOT_ON_PATH}" /SD IDOK
     ${EndIf}
 SectionEnd

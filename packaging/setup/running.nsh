@@ -1,26 +1,46 @@
-; Does not replace a running ZELT: a simulator would lose its packages. The system refuses to open a program for writing while
-; it runs, no matter who runs it and in which session.
+; Does not replace or remove files that are in use, and looks at all of them before it changes any: a simulator would lose its
+; packages, or half of an installation would stay. The system refuses to open a program for writing while it runs, no matter who
+; runs it and in which session, and other files while a program uses them that does not share them.
 
 !define ERROR_SHARING_VIOLATION 32
 
-!macro RefuseRunning program
-    ; GENERIC_READ | GENERIC_WRITE, every kind of sharing, OPEN_EXISTING.
-    System::Call 'kernel32::CreateFileW(w "$INSTDIR\${program}", i 0xC0000000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
+; $1 becomes the error of opening the file below $R1 for writing and for deletion.
+!macro TryToOpen path
+    ; GENERIC_READ | GENERIC_WRITE | DELETE, every kind of sharing, OPEN_EXISTING.
+    System::Call 'kernel32::CreateFileW(w "$R1\${path}", i 0xC0010000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
     Pop $1
     ${If} $0 P<> -1
         System::Call 'kernel32::CloseHandle(p r0)'
-    ${ElseIf} $1 = ${ERROR_SHARING_VIOLATION}
+        StrCpy $1 0
+    ${EndIf}
+!macroend
+
+!macro RefuseRunning program
+    !insertmacro TryToOpen "${program}"
+    ${If} $1 = ${ERROR_SHARING_VIOLATION}
         ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
     ${EndIf}
 !macroend
 
-!macro DefineRefuseRunningServer un
-Function ${un}RefuseRunningServer
+!macro CheckFile path
+    !insertmacro TryToOpen "${path}"
+    ${If} $1 = ${ERROR_SHARING_VIOLATION}
+        ${Leave} ${FILE_IN_USE} "${TEXT_FILE_IN_USE}$\r$\n$R1\${path}"
+    ${EndIf}
+!macroend
+
+; files.nsh: also the macro CheckAll, which inserts CheckFile for each file of the stage.
+!include "${LISTS}\files.nsh"
+
+; The files below $R1.
+!macro DefineRefuseUsedFiles un
+Function ${un}RefuseUsedFiles
     !insertmacro RefuseRunning ZELT.EXE
     !insertmacro RefuseRunning ZELT64.EXE
     !insertmacro RefuseRunning zeltctl.exe
     !insertmacro RefuseRunning zeltctl64.exe
+    !insertmacro CheckAll
 FunctionEnd
 !macroend
-!insertmacro DefineRefuseRunningServer ""
-!insertmacro DefineRefuseRunningServer "un."
+!insertmacro DefineRefuseUsedFiles ""
+!insertmacro DefineRefuseUsedFiles "un."

@@ -9,6 +9,25 @@
     ${EndIf}
 !macroend
 
+; Starts a program again with the verb that asks anybody for an administrator's name and password, and ends. Nobody is there to
+; ask when silent, and a program that was started this way does not try again.
+!macro RestartAsAdministrator program
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/Restarted" $1
+    ${IfNot} ${Errors}
+    ${OrIf} ${Silent}
+        ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+    ${EndIf}
+    ClearErrors
+    ; /D must stay the last switch.
+    ExecShell "runas" "${program}" "/Restarted $0"
+    ${If} ${Errors}
+        ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+    ${EndIf}
+    Quit
+!macroend
+
 Function ChooseScope
     ${GetParameters} $0
     ClearErrors
@@ -18,7 +37,7 @@ Function ChooseScope
         UserInfo::GetAccountType
         Pop $1
         ${If} $1 != "Admin"
-            ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+            !insertmacro RestartAsAdministrator "$EXEPATH"
         ${EndIf}
     ${Else}
         StrCpy $Scope "user"
@@ -51,7 +70,8 @@ Function un.FindScope
         UserInfo::GetAccountType
         Pop $1
         ${If} $1 != "Admin"
-            ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
+            ; Not the copy of the uninstaller that runs now: anybody may have changed that one.
+            !insertmacro RestartAsAdministrator "$INSTDIR\Uninstall.exe"
         ${EndIf}
     ${EndIf}
     !insertmacro UseScope

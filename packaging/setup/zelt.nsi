@@ -4,6 +4,7 @@
 ;   OUTPUT              the program to make
 ;   ICON                the product's icon
 ;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
+;   SIGN                if defined, a command that signs the uninstaller, whose path is added
 ;   ONLY_32_BIT         if defined, the stage has no ZELT64
 ; texts.nsh holds everything that the user can read, and the exit codes.
 
@@ -11,7 +12,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; Asks an administrator for the right to install for everybody; others install for themselves with /CurrentUser.
+; Asks an administrator for the right to install for everybody. The system asks nobody else here: scope.nsh does.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh
@@ -20,6 +21,10 @@ RequestExecutionLevel highest
 !include MUI2.nsh
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZELT"
+
+!ifdef SIGN
+    !uninstfinalize '${SIGN} "%1"' = 0
+!endif
 
 Name "ZELT"
 OutFile "${OUTPUT}"
@@ -42,6 +47,10 @@ VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
 Var Scope
 Var RegisteredFor
 
+; What the entries of the installed programs say.
+Var EntryVersion
+Var EntrySize
+
 ; Whether ZELT64 belongs to this installation.
 !ifdef ONLY_32_BIT
     !define WithZelt64 `0 = 1`
@@ -55,6 +64,7 @@ Var RegisteredFor
 !include running.nsh
 !include registration.nsh
 !include installed.nsh
+!include older.nsh
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
@@ -63,7 +73,8 @@ Var RegisteredFor
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-!define MUI_FINISHPAGE_RUN "$INSTDIR\ZELT.EXE"
+; The page does not offer to start ZELT: it would have setup's rights, with which it ignores what is registered for the user.
+!define MUI_FINISHPAGE_TEXT "${TEXT_FINISHED}"
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -71,9 +82,16 @@ Var RegisteredFor
 
 Section "ZELT"
     SectionIn RO
+    StrCpy $EntryVersion "${VERSION}"
+    StrCpy $EntrySize ${SIZE}
     ; Checks again: the folder may have changed, and a simulator may have started meanwhile.
-    Call RefuseRunningServer
-    Call RemoveOlderVersion
+    StrCpy $R1 $INSTDIR
+    Call RefuseUsedFiles
+    Call FindOlderVersion
+    ${If} $OlderFolder != ""
+        Call SaveOlderVersion
+        Call RemoveOlderVersion
+    ${EndIf}
     Call InstallFiles
     Call RegisterServer
     Call WriteEntries
@@ -86,12 +104,14 @@ SectionEnd
 Function .onInit
     Call ChooseScope
     Call ChoosePath
-    Call RefuseRunningServer
+    StrCpy $R1 $INSTDIR
+    Call RefuseUsedFiles
 FunctionEnd
 
 Function un.onInit
     Call un.FindScope
-    Call un.RefuseRunningServer
+    StrCpy $R1 $INSTDIR
+    Call un.RefuseUsedFiles
 FunctionEnd
 
 Section Uninstall
