@@ -15,6 +15,8 @@ defined $thirdParty or die "bill-of-materials.pl <version> <time> <folder> <THIR
 # id | name, as in THIRD-PARTY.md | Debian package whose version it has | terms | source package
 my $components = <<'TABLE';
 libxml2   | libxml2         | -                        | MIT                                              | libxml2
+sqlite    | SQLite          | -                        | blessing                                         | sqlite3
+zlib      | zlib            | libz-mingw-w64-dev       | Zlib                                             | libz-mingw-w64
 protozero | protozero       | libprotozero-dev         | BSD-2-Clause AND Apache-2.0                      | protozero
 gcc       | libgcc          | g++-mingw-w64-i686-posix | GPL-3.0-or-later WITH GCC-exception-3.1          | gcc-mingw-w64
 mingw-w64 | mingw-w64       | mingw-w64-i686-dev       | ZPL-2.1 AND MIT AND BSD-3-Clause AND LicenseRef-PublicDomain | mingw-w64
