@@ -140,6 +140,13 @@ LogScanner<Bytes>::LogScanner(LogInput& input, LogSink& sink, const ScanSizes& s
 }
 
 template <class Bytes>
+void LogScanner<Bytes>::BeginInside(const std::vector<EventKind>& kinds)
+{
+    stage = Stage::Content;
+    for (const EventKind kind : kinds) open.push_back({kind, false, 0});
+}
+
+template <class Bytes>
 std::optional<LogReadResult> LogScanner<Bytes>::Scan()
 {
     while (ReadMore()) {

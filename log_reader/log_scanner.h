@@ -51,8 +51,15 @@ public:
     LogScanner(const LogScanner&) = delete;
     LogScanner& operator=(const LogScanner&) = delete;
 
+    // The input is a part of a log that begins with a line, inside these elements. Call before Scan, which then returns nothing at
+    // the part's end.
+    void BeginInside(const std::vector<EventKind>& kinds);
+
     // Complete or Cancelled; nothing when the parser has to go on.
     std::optional<LogReadResult> Scan();
+
+    // Where the next line begins. During LogSink::Continue, what has been delivered is what comes before.
+    std::int64_t Offset() const { return InFile(position); }
 
     // For the parser: where, with what was read from there on, and what the input returned when it gave no more.
     ResumePoint Resume() const;

@@ -6,7 +6,7 @@
 #include "bench/rows.h"
 #include "bench/viewer/parts.h"
 #include "shell/log_viewer/label_search.h"
-#include "shell/log_viewer/log_model.h"
+#include "shell/log_viewer/paged_log.h"
 #include "shell/log_viewer/long_task.h"
 
 namespace zelt::bench {
@@ -22,7 +22,7 @@ void MakeLower(std::string& text)
 }
 
 // Calls with arguments and values. A call's numbers either recur later, or never.
-void Fill(LogModel& model, int differentNumbers)
+void Fill(PagedLog& model, int differentNumbers)
 {
     char label[80];
     const auto add = [&](int depth, SmallImage image, int length) {
@@ -41,7 +41,7 @@ void Fill(LogModel& model, int differentNumbers)
     model.Finish();
 }
 
-double Copy(const LogModel& model, bool lower)
+double Copy(const PagedLog& model, bool lower)
 {
     std::string label;
     std::size_t bytes = 0;
@@ -60,7 +60,7 @@ double Copy(const LogModel& model, bool lower)
     return seconds;
 }
 
-double Find(const LogModel& model, bool ignoreCase, bool wholeItem)
+double Find(const PagedLog& model, bool ignoreCase, bool wholeItem)
 {
     TreeSearch search;
     search.text = L"no label has this";
@@ -83,7 +83,7 @@ void BenchSearch(int pairs)
         int differentNumbers;
     } kLogs[] = {{"labels that recur", 10'000}, {"each label its own", kItems}};
     for (const auto& log : kLogs) {
-        LogModel model;
+        PagedLog model;
         Fill(model, log.differentNumbers);
         for (const bool ignoreCase : {false, true}) {
             for (const bool wholeItem : {false, true}) {

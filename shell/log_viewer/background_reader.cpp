@@ -1,19 +1,16 @@
 #include "shell/log_viewer/background_reader.h"
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
-#include <cstdint>
-#include <deque>
 #include <exception>
-#include <mutex>
 #include <optional>
-#include <string>
 #include <system_error>
 #include <thread>
-#include <vector>
+#include <utility>
 
-#include "shell/log_viewer/tree_images.h"
+#include "log_reader/buffered_file.h"
+#include "log_reader/log_parts.h"
+#include "shell/log_viewer/batch_queue.h"
+#include "shell/log_viewer/page_index.h"
 
 namespace zelt {
 namespace {
@@ -24,99 +21,13 @@ constexpr std::size_t kFirstBatchRows = 1024;
 constexpr std::size_t kMostBatchRows = 16 * kFirstBatchRows;
 // Labels may be megabytes long each.
 constexpr std::size_t kMostBatchText = 4 << 20;
-constexpr std::size_t kWaitingBatches = 4;
-constexpr std::chrono::milliseconds kPatience{50};
-
-// Rows in transit, as small as possible: many millions move from one core's memory to the other's.
-struct Batch {
-    struct Entry {
-        std::uint32_t length;  // of the label, which follows the previous label; or the line of an objection
-        std::uint16_t depth;
-        std::uint8_t image;
-        std::uint8_t flags;
-    };
-    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its 256.
-    static_assert(sizeof(Entry) == 8);
-    enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
-
-    std::vector<Entry> entries;
-    std::string text;
-    long long position = 0;
-
-    void Add(const LogEvent& event)
-    {
-        const std::size_t before = text.size();
-        AppendLabel(text, event);
-        const int flags = (event.hasChildren ? kHasChildren : 0) | (IsError(event) ? kIsError : 0);
-        entries.push_back({static_cast<std::uint32_t>(text.size() - before), static_cast<std::uint16_t>(event.depth),
-                           static_cast<std::uint8_t>(ImageOf(event)), static_cast<std::uint8_t>(flags)});
-    }
-    void AddObjection(int line) { entries.push_back({static_cast<std::uint32_t>(line), 0, 0, kIsObjection}); }
-    void Clear()
-    {
-        entries.clear();
-        text.clear();
-    }
-};
-
-// Takes batches from one thread to the other, and empty ones back.
-class Queue {
-public:
-    // Takes the batch's content; false once nobody wants more.
-    bool Put(Batch& batch)
-    {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return abandoned || full.size() < kWaitingBatches; });
-        if (abandoned) return false;
-        full.push_back(std::move(batch));
-        batch = {};
-        if (!spare.empty()) {
-            batch = std::move(spare.back());
-            spare.pop_back();
-        }
-        changed.notify_one();
-        return true;
-    }
-    void End()
-    {
-        const std::lock_guard lock(mutex);
-        ended = true;
-        changed.notify_one();
-    }
-
-    enum class Taken { Batch, NothingYet, Nothing };
-    // Gives back the batch that was taken before.
-    Taken Take(Batch& batch)
-    {
-        batch.Clear();
-        std::unique_lock lock(mutex);
-        if (batch.entries.capacity() > 0) spare.push_back(std::move(batch));
-        changed.wait_for(lock, kPatience, [this] { return ended || !full.empty(); });
-        if (full.empty()) return ended ? Taken::Nothing : Taken::NothingYet;
-        batch = std::move(full.front());
-        full.pop_front();
-        changed.notify_one();
-        return Taken::Batch;
-    }
-    void Abandon()
-    {
-        const std::lock_guard lock(mutex);
-        abandoned = true;
-        changed.notify_one();
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<Batch> full;
-    std::vector<Batch> spare;
-    bool ended = false;
-    bool abandoned = false;
-};
+// The first page goes to the viewer at once, the others several at a time.
+constexpr std::size_t kBatchPages = 16;
 
 // False once the sink wants no more.
-bool Deliver(const Batch& batch, RowSink& sink)
+bool Deliver(Batch& batch, RowSink& sink)
 {
+    if (!batch.pages.IsEmpty()) sink.Pages(std::move(batch.pages));
     std::string_view rest = batch.text;
     for (const Batch::Entry& entry : batch.entries) {
         if (entry.flags & Batch::kIsObjection) {
@@ -134,7 +45,7 @@ bool Deliver(const Batch& batch, RowSink& sink)
 // On the reading thread.
 class Collector final : public LogSink {
 public:
-    Collector(Queue& queue, const SharedLogFile& file) : queue(queue), file(file) {}
+    Collector(BatchQueue& queue, const SharedLogFile& file) : queue(queue), file(file) {}
 
     void Begin(const LogEvent& event) override
     {
@@ -147,8 +58,10 @@ public:
         HandOver();
     }
     bool Continue() override { return wanted; }
-    void HandOver()
+    void HandOver() { HandOver({}); }
+    void HandOver(PageBatch&& pages)
     {
+        batch.pages = std::move(pages);
         nextHandOver = rows + std::min(std::max(rows, kFirstBatchRows), kMostBatchRows);
         batch.position = file.Position();
         if (!wanted || !queue.Put(batch)) {
@@ -159,7 +72,7 @@ public:
     }
 
 private:
-    Queue& queue;
+    BatchQueue& queue;
     const SharedLogFile& file;
     Batch batch;
     std::size_t rows = 0;
@@ -167,10 +80,44 @@ private:
     bool wanted = true;
 };
 
+// The same while the log is cut into pages; the rows that are in no page go to a Collector.
+class PageCollector final : public PartSink {
+public:
+    PageCollector(BatchQueue& queue, const SharedLogFile& file) : collector(queue, file) {}
+
+    void Begin(const LogEvent& event) override { inPages ? indexer.Begin(event) : collector.Begin(event); }
+    void End(EventKind, int depth) override
+    {
+        if (inPages) indexer.End(depth);
+    }
+    void ParseError(int line) override { collector.ParseError(line); }
+    bool Continue() override
+    {
+        if (inPages && indexer.IsPageFull()) {
+            indexer.EndPage(Offset());
+            if (pages++ % kBatchPages == 0) collector.HandOver(indexer.Take());
+        }
+        return collector.Continue();
+    }
+    void PartsEnd(std::int64_t offset) override
+    {
+        inPages = false;
+        indexer.EndPages(offset);
+        collector.HandOver(indexer.Take());
+    }
+    void HandOver() { collector.HandOver(); }
+
+private:
+    Collector collector;
+    PageIndexer indexer;
+    bool inPages = true;
+    std::size_t pages = 0;
+};
+
 // The thread ends before this object does, whatever ends the taking.
 class Reading {
 public:
-    explicit Reading(const SharedLogFile& file) : thread([this, &file] { Run(file); }) {}
+    Reading(const SharedLogFile& file, bool inPages) : thread([this, &file, inPages] { Run(file, inPages); }) {}
     ~Reading()
     {
         queue.Abandon();
@@ -179,7 +126,7 @@ public:
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
-    Queue& Rows() { return queue; }
+    BatchQueue& Rows() { return queue; }
     LogReadResult Result()
     {
         thread.join();
@@ -188,19 +135,26 @@ public:
     }
 
 private:
-    void Run(const SharedLogFile& file)
+    void Run(const SharedLogFile& file, bool inPages)
     {
         try {
-            Collector collector(queue, file);
-            result = ReadLog(file.Descriptor(), collector);
-            collector.HandOver();
+            if (inPages) {
+                PageCollector collector(queue, file);
+                BufferedFile input(file.Descriptor());
+                result = ReadLogByParts(input, collector);
+                collector.HandOver();
+            } else {
+                Collector collector(queue, file);
+                result = ReadLog(file.Descriptor(), collector);
+                collector.HandOver();
+            }
         } catch (...) {
             failure = std::current_exception();
         }
         queue.End();
     }
 
-    Queue queue;
+    BatchQueue queue;
     LogReadResult result = LogReadResult::NotReadable;
     std::exception_ptr failure;
     std::thread thread;
@@ -214,20 +168,20 @@ LogReadResult ReadRows(const SharedLogFile& file, RowSink& sink)
     return ReadLog(file.Descriptor(), builder);
 }
 
-LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position)
+LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position, bool inPages)
 {
     std::optional<Reading> reading;
     try {
-        reading.emplace(file);
+        reading.emplace(file, inPages);
     } catch (const std::system_error&) {
         // No thread can be started.
         return ReadRows(file, sink);
     }
     Batch batch;
     while (true) {
-        const Queue::Taken taken = reading->Rows().Take(batch);
-        if (taken == Queue::Taken::Nothing) return reading->Result();
-        if (taken == Queue::Taken::NothingYet) {
+        const BatchQueue::Taken taken = reading->Rows().Take(batch);
+        if (taken == BatchQueue::Taken::Nothing) return reading->Result();
+        if (taken == BatchQueue::Taken::NothingYet) {
             if (!sink.Continue()) return LogReadResult::Cancelled;
             continue;
         }

@@ -26,21 +26,18 @@ void ErrorList::Attach(HWND listView, HIMAGELIST images)
 
 void ErrorList::SetCount(DWORD flags) const
 {
-    ListView_SetItemCountEx(window, static_cast<int>(model.Errors().size()), flags);
+    ListView_SetItemCountEx(window, static_cast<int>(model.ErrorCount()), flags);
 }
 
 void ErrorList::FitColumn() const
 {
     // The list holds no rows of its own to measure, so the labels with the most bytes stand for the widest.
     constexpr std::size_t kMeasured = 16;
-    std::vector<ItemIndex> longest(std::min(kMeasured, model.Errors().size()));
-    std::partial_sort_copy(model.Errors().begin(), model.Errors().end(), longest.begin(), longest.end(),
-                           [this](ItemIndex a, ItemIndex b) { return model.Label(a).size() > model.Label(b).size(); });
     RECT client;
     GetClientRect(window, &client);
     int width = client.right;
-    for (const ItemIndex item : longest) {
-        const std::wstring label = Widen(model.Label(item), CP_UTF8);
+    for (const std::string& longest : model.LongestErrors(kMeasured)) {
+        const std::wstring label = Widen(longest, CP_UTF8);
         width = std::max(width, ListView_GetStringWidth(window, label.c_str()) + dialog.Scaled(16 + 12));
     }
     ListView_SetColumnWidth(window, 0, width);
@@ -49,7 +46,7 @@ void ErrorList::FitColumn() const
 ItemIndex ErrorList::ItemOf(int row) const
 {
     const auto place = static_cast<std::size_t>(row);
-    return row >= 0 && place < model.Errors().size() ? model.Errors()[place] : kNoItem;
+    return row >= 0 && place < model.ErrorCount() ? model.Error(place) : kNoItem;
 }
 
 ItemIndex ErrorList::Selected() const { return ItemOf(ListView_GetNextItem(window, -1, LVNI_SELECTED)); }

@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/log_viewer/log_model.h"
+#include "shell/log_viewer/paged_log.h"
 #include "shell/log_viewer/log_tree.h"
 
 namespace zelt {
@@ -17,7 +17,7 @@ class Dialog;
 
 class ErrorList {
 public:
-    ErrorList(Dialog& dialog, const LogModel& model, LogTree& tree) : dialog(dialog), model(model), tree(tree) {}
+    ErrorList(Dialog& dialog, const PagedLog& model, LogTree& tree) : dialog(dialog), model(model), tree(tree) {}
 
     void Attach(HWND listView, HIMAGELIST images);
     HWND Window() const { return window; }
@@ -42,7 +42,7 @@ private:
     void Draw(NMLVDISPINFOW& request);
 
     Dialog& dialog;
-    const LogModel& model;
+    const PagedLog& model;
     LogTree& tree;
     HWND window = nullptr;
     std::wstring shown;  // the label that the list requested last

@@ -11,7 +11,7 @@ constexpr int kRange = 1000;
 
 }  // namespace
 
-CFileProgressDialog::CFileProgressDialog(HWND owner)
+CFileProgressDialog::CFileProgressDialog(HWND owner, std::function<void(MSG&)> others) : others(std::move(others))
 {
     CreateModeless(kDialogProgress, owner);
     SendDlgItemMessageW(Window(), kProgressBar, PBM_SETRANGE32, 0, kRange);
@@ -42,8 +42,7 @@ void CFileProgressDialog::Show(double position)
             break;
         }
         if (Window() && IsDialogMessageW(Window(), &message)) continue;
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+        others(message);
     }
     shown = GetTickCount64();
 }

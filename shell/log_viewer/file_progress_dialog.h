@@ -4,13 +4,17 @@
 
 #include <windows.h>
 
+#include <functional>
+#include <utility>
+
 #include "system/dialog.h"
 
 namespace zelt {
 
 class CFileProgressDialog final : public Dialog {
 public:
-    explicit CFileProgressDialog(HWND owner);
+    // `others` handles the messages to other windows.
+    CFileProgressDialog(HWND owner, std::function<void(MSG&)> others);
     ~CFileProgressDialog() override;
 
     // Cheap enough to call for every element. False once the user has cancelled.
@@ -20,12 +24,19 @@ public:
         if (++steps % 64 == 0 && GetTickCount64() - shown >= 100) Show(position());
         return !cancelled;
     }
+    // The same at once.
+    bool AdvanceNow(double position)
+    {
+        Show(position);
+        return !cancelled;
+    }
 
 private:
     bool OnCommand(int id, int notification) override;
     // `position` runs from 0 to 1.
     void Show(double position);
 
+    const std::function<void(MSG&)> others;
     bool cancelled = false;
     unsigned steps = 0;
     ULONGLONG shown = 0;

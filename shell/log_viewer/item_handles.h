@@ -1,12 +1,10 @@
-// Maps items of the model to handles in the tree view. Few items of a large log are in the tree, so it takes memory only for
-// their neighbourhoods.
+// Maps items of the model to handles in the tree view. Few items of a large log are in the tree, and they may be far apart, so
+// this is a hash table.
 #pragma once
 
 #include <windows.h>
 #include <commctrl.h>
 
-#include <algorithm>
-#include <memory>
 #include <vector>
 
 #include "shell/log_viewer/log_model.h"
@@ -18,29 +16,33 @@ public:
     // Null for an item that is not in the tree.
     HTREEITEM Get(ItemIndex item) const
     {
-        const std::size_t chunk = item >> kBits;
-        return chunk < chunks.size() && chunks[chunk] ? chunks[chunk][item & kMask] : nullptr;
+        if (slots.empty()) return nullptr;
+        for (std::size_t slot = Home(item);; slot = (slot + 1) & mask) {
+            if (slots[slot].item == item) return slots[slot].handle;
+            if (slots[slot].item == kNoItem) return nullptr;
+        }
     }
     bool Has(ItemIndex item) const { return Get(item) != nullptr; }
 
-    void Set(ItemIndex item, HTREEITEM handle)
-    {
-        const std::size_t chunk = item >> kBits;
-        if (chunk >= chunks.size()) chunks.resize(std::max<std::size_t>(chunk + 1, chunks.size() * 2));
-        if (!chunks[chunk]) chunks[chunk].reset(new HTREEITEM[kMask + 1]());
-        chunks[chunk][item & kMask] = handle;
-    }
+    void Set(ItemIndex item, HTREEITEM handle);
+    void Clear(ItemIndex item);
+    void ClearAll();
 
-    void Clear(ItemIndex item)
-    {
-        if (Has(item)) Set(item, nullptr);
-    }
+    // Those that are in the tree, in order.
+    std::vector<ItemIndex> Items() const;
 
 private:
-    static constexpr unsigned kBits = 10;
-    static constexpr ItemIndex kMask = (1u << kBits) - 1;
+    struct Slot {
+        ItemIndex item;
+        HTREEITEM handle;
+    };
 
-    std::vector<std::unique_ptr<HTREEITEM[]>> chunks;
+    std::size_t Home(ItemIndex item) const { return (item * 0x9E3779B1u >> 7) & mask; }
+    void Grow();
+
+    std::vector<Slot> slots;  // at most half of them taken
+    std::size_t mask = 0;
+    std::size_t count = 0;
 };
 
 }  // namespace zelt

@@ -1,7 +1,7 @@
 // The search through the labels of a log, in tree order, wrapping at both ends.
 #pragma once
 
-#include "shell/log_viewer/log_model.h"
+#include "shell/log_viewer/paged_log.h"
 #include "shell/log_viewer/tree_search_dialog.h"
 
 namespace zelt {
@@ -10,6 +10,6 @@ class LongTask;
 
 // The first match after `start`, or before it in a backward search; `start` itself comes last. kNoItem if
 // nothing matches or the task was cancelled.
-ItemIndex FindLabel(const LogModel& model, ItemIndex start, const TreeSearch& search, LongTask& task);
+ItemIndex FindLabel(const PagedLog& model, ItemIndex start, const TreeSearch& search, LongTask& task);
 
 }  // namespace zelt

@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <optional>
+#include <utility>
 
 #include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/file_progress_dialog.h"
@@ -18,14 +20,19 @@ namespace {
 
 // The reading of a log of more bytes shows its progress.
 constexpr long long kLengthWithProgress = 50000;
+// A log of more bytes is read in pages. A shorter one is kept, and does not depend on the file any more.
+constexpr long long kLengthInPages = 1'000'000;
+// Milliseconds between two looks at what is new.
+constexpr ULONGLONG kPeriod = 100;
 
 // Receives the log: fills the model, and the tree as long as the whole log seems to fit.
 class ViewerSink final : public RowSink {
 public:
-    ViewerSink(LogModel& model, LogTree& tree, const SharedLogFile& file, CFileProgressDialog* progress,
-               const bool& closed, std::function<void(int)> report)
+    ViewerSink(PagedLog& model, LogTree& tree, const LogLoader::Viewer& viewer, const SharedLogFile& file,
+               CFileProgressDialog* progress, const bool& closed, std::function<void(int)> report)
         : model(model),
           tree(tree),
+          viewer(viewer),
           length(file.Size()),
           progress(progress),
           closed(closed),
@@ -35,19 +42,40 @@ public:
 
     long long& Position() { return position; }
 
+    void Pages(PageBatch&& batch) override
+    {
+        const bool isFirst = !model.HasPages();
+        model.AddPages(std::move(batch));
+        if (isFirst && model.HasPages()) viewer.firstPage();
+    }
     void Row(const TreeRow& row) override
     {
         const ItemIndex index = model.Add(row);
+        rows = true;
+        if (model.HasPages()) return;
         if (index + 1 == nextEstimate) Estimate(index + 1);
         if (filling) tree.FillUpTo(index, row.hasChildren);
     }
     void ParseError(int line) override { report(line); }
     bool Continue() override
     {
+        if (model.HasPages()) return ContinueInPages();
         return !progress || (progress->Advance([this] { return static_cast<double>(position) / length; }) && !closed);
     }
 
 private:
+    // The user works with the viewer meanwhile.
+    bool ContinueInPages()
+    {
+        if (++steps % 64 != 0 && rows) return !closed;
+        const ULONGLONG now = GetTickCount64();
+        if (now - looked >= kPeriod) {
+            looked = now;
+            viewer.morePages();
+        }
+        return progress->AdvanceNow(static_cast<double>(position) / length) && !closed;
+    }
+
     // Estimates the file's items from its beginning. If they are too many, a later estimate may be better; if they turn out
     // to be more than estimated, filling ends at the limit.
     void Estimate(ItemIndex items)
@@ -59,8 +87,9 @@ private:
         nextEstimate = filling ? LogTree::kFilledItems : items * 2;
     }
 
-    LogModel& model;
+    PagedLog& model;
     LogTree& tree;
+    const LogLoader::Viewer& viewer;
     const double length;
     CFileProgressDialog* const progress;
     const bool& closed;
@@ -69,6 +98,9 @@ private:
     long long position;
     bool filling = false;
     ItemIndex nextEstimate = 1024;
+    bool rows = false;
+    unsigned steps = 0;
+    ULONGLONG looked = 0;
 };
 
 }  // namespace
@@ -82,20 +114,37 @@ bool LogLoader::Load()
             L"File error:", MB_ICONERROR);
         return false;
     }
-    const LogTree::Unpainted unpainted(tree);
     std::unique_ptr<CFileProgressDialog> progress;
-    if (file.Size() > kLengthWithProgress) progress = std::make_unique<CFileProgressDialog>(dialog.Window());
-    Read(file, progress.get());
+    if (file.Size() > kLengthWithProgress) {
+        progress = std::make_unique<CFileProgressDialog>(dialog.Window(), viewer.handle);
+    }
+    bool inPages = file.Size() > kLengthInPages;
+    if (inPages) {
+        auto pageFile = std::make_unique<PageFile>();
+        inPages = pageFile->Open(path) == 0;
+        if (inPages) model.SetFile(std::move(pageFile));
+    }
+    Read(file, progress.get(), inPages);
     model.Finish();
-    tree.Fill();
+    if (!model.HasPages()) {
+        const LogTree::Unpainted unpainted(tree);
+        tree.Fill();
+    }
     return true;
 }
 
-void LogLoader::Read(const SharedLogFile& file, CFileProgressDialog* progress) const
+void LogLoader::Read(const SharedLogFile& file, CFileProgressDialog* progress, bool inPages)
 {
     try {
-        ViewerSink sink(model, tree, file, progress, closed, [this](int line) { ReportParseError(line); });
-        switch (progress ? ReadRowsInBackground(file, sink, sink.Position()) : ReadRows(file, sink)) {
+        std::optional<LogTree::Unpainted> unpainted(std::in_place, tree);
+        Viewer shown = viewer;
+        shown.firstPage = [&] {
+            tree.Fill();
+            unpainted.reset();
+            viewer.firstPage();
+        };
+        ViewerSink sink(model, tree, shown, file, progress, closed, [this](int line) { ReportParseError(line); });
+        switch (progress ? ReadRowsInBackground(file, sink, sink.Position(), inPages) : ReadRows(file, sink)) {
             case LogReadResult::NotReadable:
                 dialog.ShowBox(L"Failed to open file for reading", L"Error:", MB_ICONERROR);
                 break;

@@ -1,11 +1,17 @@
 // Reads a log into a viewer's model, and into its tree as far as the tree takes it at once. Shows its progress, and reports in
 // message boxes what is wrong with the log. Keeps what it could read.
+//
+// A large log as ZELT writes it is read in pages: the viewer is shown with the first one, and works while the others are read.
 #pragma once
 
-#include <string>
+#include <windows.h>
 
-#include "shell/log_viewer/log_model.h"
+#include <functional>
+#include <string>
+#include <utility>
+
 #include "shell/log_viewer/log_tree.h"
+#include "shell/log_viewer/paged_log.h"
 
 namespace zelt {
 
@@ -15,23 +21,31 @@ class SharedLogFile;
 
 class LogLoader {
 public:
+    struct Viewer {
+        std::function<void()> firstPage;   // the model has its first page
+        std::function<void()> morePages;   // called a few times a second
+        std::function<void(MSG&)> handle;  // a message to one of the viewer's windows
+    };
+
     // `closed` may become true while the log is read; this ends the reading.
-    LogLoader(const Dialog& dialog, const std::wstring& path, LogModel& model, LogTree& tree, const bool& closed)
-        : dialog(dialog), path(path), model(model), tree(tree), closed(closed)
+    LogLoader(const Dialog& dialog, const std::wstring& path, PagedLog& model, LogTree& tree, const bool& closed,
+              Viewer viewer)
+        : dialog(dialog), path(path), model(model), tree(tree), closed(closed), viewer(std::move(viewer))
     {}
 
     // False when the file does not exist or cannot be opened. Call once only.
     bool Load();
 
 private:
-    void Read(const SharedLogFile& file, CFileProgressDialog* progress) const;
+    void Read(const SharedLogFile& file, CFileProgressDialog* progress, bool inPages);
     void ReportParseError(int line) const;
 
     const Dialog& dialog;
     const std::wstring& path;
-    LogModel& model;
+    PagedLog& model;
     LogTree& tree;
     const bool& closed;
+    const Viewer viewer;
 };
 
 }  // namespace zelt

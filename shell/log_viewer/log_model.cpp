@@ -7,7 +7,7 @@
 namespace zelt {
 namespace {
 
-constexpr std::size_t kBlockSize = 1 << 20;
+constexpr std::size_t kBlockSize = 1 << 18;
 constexpr std::uint32_t kMostLabels = 1u << 27;
 constexpr std::size_t kFirstTable = 1 << 12;
 // In a log with more labels than half of this, most labels are unique: later ones do not enter the table.

@@ -1,14 +1,22 @@
 #include "shell/log_viewer/log_tree.h"
 
+#include <vector>
+
 #include "system/narrow.h"
 #include "shell/log_viewer/long_task.h"
 
 namespace zelt {
+namespace {
 
-void LogTree::Attach(HWND treeView, const LogModel& logModel)
+// More rows than a screen shows.
+constexpr ItemIndex kShown = 256;
+
+}  // namespace
+
+void LogTree::Attach(HWND treeView, const PagedLog& log)
 {
     window = treeView;
-    model = &logModel;
+    model = &log;
 }
 
 void LogTree::SetRedraw(bool on)
@@ -16,14 +24,14 @@ void LogTree::SetRedraw(bool on)
     if (on ? --paused == 0 : paused++ == 0) SendMessageW(window, WM_SETREDRAW, on, 0);
 }
 
-bool LogTree::Insert(ItemIndex item, bool hasChildren)
+bool LogTree::Insert(ItemIndex item, bool hasChildren, HTREEITEM after)
 {
     const ItemIndex parent = model->Parent(item);
     TVINSERTSTRUCTW record = {};
     record.hParent = parent == kNoItem ? TVI_ROOT : handles.Get(parent);
     // A tree view takes null for its root.
     if (!record.hParent) return false;
-    record.hInsertAfter = TVI_LAST;
+    record.hInsertAfter = after;
     record.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_CHILDREN;
     // The item keeps its whole text; text supplied on demand would be cut to the length that is drawn.
     std::wstring label = Widen(model->Label(item), CP_UTF8);
@@ -35,7 +43,9 @@ bool LogTree::Insert(ItemIndex item, bool hasChildren)
     if (!handle) return false;
     handles.Set(item, handle);
     if (parent == kNoItem) {
-        lastOutermost = item;
+        ++outer;
+        if (after == TVI_FIRST || firstOutermost == kNoItem) firstOutermost = item;
+        if (after != TVI_FIRST) lastOutermost = item;
     } else {
         ++inner;
     }
@@ -53,15 +63,13 @@ void LogTree::Fill()
 {
     const ItemIndex size = model->Size();
     if (size == 0) return;
-    if (size <= kFilledItems) {
+    if (size <= kFilledItems && !model->HasPages()) {
         FillUpTo(size - 1, false);
         // If the reading was cancelled, an item may lack the children that it has in the file.
         UpdateParent(size - 1);
         return;
     }
     CompleteFamilies();
-    // More rows than a screen shows.
-    constexpr ItemIndex kShown = 256;
     FillOutermost(kNoItem, kShown);
 }
 
@@ -84,6 +92,8 @@ void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
 {
     const Unpainted unpainted(*this);
     for (; nextOutermost <= last && nextOutermost != kNoItem && most > 0; --most) {
+        // What it contains, and what follows, is still being read.
+        if (!model->IsComplete(nextOutermost)) break;
         if (!model->IsRemoved(nextOutermost) && !Insert(nextOutermost, model->HasChildren(nextOutermost))) {
             // Out of memory. What is in the tree stays usable.
             nextOutermost = kNoItem;
@@ -106,21 +116,92 @@ void LogTree::FillSomeOutermost()
     if (below) ValidateRect(window, nullptr);
 }
 
+// The outermost item before an outermost one.
+ItemIndex LogTree::OutermostBefore(ItemIndex item) const { return model->Outermost(model->Previous(item)); }
+
+void LogTree::FillSomeBefore()
+{
+    constexpr ItemIndex kSome = 500;
+    const HTREEITEM top = TreeView_GetFirstVisible(window);
+    {
+        const Unpainted unpainted(*this);
+        for (ItemIndex some = 0; some < kSome && !HasFirstOutermost(); ++some) {
+            const ItemIndex item = OutermostBefore(firstOutermost);
+            if (!Insert(item, model->HasChildren(item), TVI_FIRST)) break;
+        }
+    }
+    if (top) TreeView_Select(window, top, TVGN_FIRSTVISIBLE);
+}
+
+void LogTree::FillNearEnds()
+{
+    RECT row = {}, client;
+    GetClientRect(window, &client);
+    const HTREEITEM first = HasFirstOutermost() ? nullptr : handles.Get(firstOutermost);
+    if (first && TreeView_GetItemRect(window, first, &row, FALSE) && row.bottom > -client.bottom) FillSomeBefore();
+    const HTREEITEM last = HasLastOutermost() ? nullptr : handles.Get(lastOutermost);
+    if (last && TreeView_GetItemRect(window, last, &row, FALSE) && row.top < 2 * client.bottom) FillSomeOutermost();
+}
+
 void LogTree::FillAllOutermost(LongTask& task)
 {
     const Unpainted unpainted(*this);
-    while (!HasAllOutermost() && task.Continue()) FillOutermost(kNoItem, 100);
+    while (!HasLastOutermost() && model->IsFinished() && task.Continue()) FillOutermost(kNoItem, 100);
 }
 
-void LogTree::FillChildren(ItemIndex item)
+void LogTree::GoToFirst()
+{
+    if (!HasFirstOutermost()) BeginAround(model->First());
+}
+
+void LogTree::GoToLast(LongTask& task)
+{
+    if (!model->HasPages()) {
+        FillAllOutermost(task);
+    } else if (model->IsFinished() && !HasLastOutermost()) {
+        BringOutermost(OutermostBefore(model->First()));
+    }
+}
+
+void LogTree::BringOutermost(ItemIndex item)
+{
+    if (handles.Has(item) || !model->IsComplete(item)) return;
+    const bool isBefore = firstOutermost != kNoItem && item < firstOutermost;
+    const bool isFar = lastOutermost != kNoItem &&
+                       model->OutermostBefore(item) > model->OutermostBefore(lastOutermost) + kIdleOutermost;
+    if (model->HasPages() && (isBefore || isFar)) {
+        BeginAround(item);
+    } else {
+        FillOutermost(item, kNoItem);
+    }
+}
+
+void LogTree::BeginAround(ItemIndex item)
+{
+    const Unpainted unpainted(*this);
+    TreeView_DeleteAllItems(window);
+    handles.ClearAll();
+    inner = outer = 0;
+    firstOutermost = lastOutermost = kNoItem;
+    nextOutermost = item;
+    for (ItemIndex before = 0; before < kShown && nextOutermost > model->First(); ++before) {
+        nextOutermost = OutermostBefore(nextOutermost);
+    }
+    FillOutermost(item, kNoItem);
+    FillOutermost(kNoItem, kShown);
+}
+
+bool LogTree::FillChildren(ItemIndex item)
 {
     const ItemIndex first = model->FirstChild(item);
     // Siblings enter the tree together, so the first one tells whether they are in it.
-    if (first == kNoItem || handles.Has(first)) return;
+    if (first == kNoItem || handles.Has(first)) return true;
+    if (!model->IsComplete(item)) return false;
     const Unpainted unpainted(*this);
     for (ItemIndex child = first; child != kNoItem; child = model->NextSibling(child)) {
         if (!Insert(child, model->HasChildren(child))) break;
     }
+    return true;
 }
 
 ItemIndex LogTree::Selected() const
@@ -137,7 +218,7 @@ HTREEITEM LogTree::Handle(ItemIndex item)
     if (const HTREEITEM known = handles.Get(item)) return known;
     const ItemIndex parent = model->Parent(item);
     if (parent == kNoItem) {
-        FillOutermost(item, kNoItem);
+        BringOutermost(item);
     } else if (Handle(parent)) {
         FillChildren(parent);
     }
@@ -173,7 +254,10 @@ bool LogTree::ExpandAll(LongTask& task)
     bool all = true;
     {
         const Unpainted unpainted(*this);
+        GoToFirst();
         for (ItemIndex item = model->First(); item != kNoItem && task.Continue();) {
+            // One after the other, so that none begins a new run.
+            if (model->HasPages() && model->Parent(item) == kNoItem) FillOutermost(item, kNoItem);
             if (model->HasChildren(item)) {
                 all = !ExceedsLimit(item) && Handle(item);
                 if (!all) break;
@@ -198,11 +282,11 @@ void LogTree::CollapseAll(LongTask& task)
         const Unpainted unpainted(*this);
         if (selected != kNoItem) TreeView_SelectItem(window, handles.Get(selected));
         // From last to first: an item collapses before its parent.
-        for (ItemIndex item = model->Size(); item-- > 0 && task.Continue();) {
-            if (model->IsRemoved(item) || !handles.Has(item)) continue;
+        const std::vector<ItemIndex> items = handles.Items();
+        for (auto item = items.rbegin(); item != items.rend() && task.Continue(); ++item) {
             // An item without children in the tree was never expanded.
-            const ItemIndex child = model->FirstChild(item);
-            if (child != kNoItem && handles.Has(child)) TreeView_Expand(window, handles.Get(item), TVE_COLLAPSE);
+            const HTREEITEM handle = handles.Get(*item);
+            if (TreeView_GetChild(window, handle)) TreeView_Expand(window, handle, TVE_COLLAPSE);
         }
     }
     KeepSelectionVisible();
@@ -213,6 +297,9 @@ void LogTree::Erase(ItemIndex item)
     const HTREEITEM known = handles.Get(item);
     if (!known) return;
     TreeView_DeleteItem(window, known);
+    if (item == firstOutermost) firstOutermost = model->NextSibling(item);
+    if (item == lastOutermost) lastOutermost = OutermostBefore(item);
+    if (model->Parent(item) == kNoItem) --outer;
     const ItemIndex end = model->End(item);
     for (; item < end; ++item) {
         if (handles.Has(item) && model->Parent(item) != kNoItem) --inner;

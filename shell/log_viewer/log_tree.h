@@ -1,14 +1,18 @@
 // The tree view of a viewer, filled from the model. A log of up to kFilledItems enters the tree completely, while it is
 // read. In a larger one, children enter the tree when they are first expanded or selected. The outermost items enter in
-// order, some at a time while the window is idle; a user who goes further finds the rest there. Owns the mapping from
-// items to handles, but neither the window nor the model.
+// order, some at a time while the window is idle; a user who goes further finds the rest there.
+//
+// Of a log in pages, no more than kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a match
+// or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the user moves.
+//
+// Owns the mapping from items to handles, but neither the window nor the model.
 #pragma once
 
 #include <windows.h>
 #include <commctrl.h>
 
 #include "shell/log_viewer/item_handles.h"
-#include "shell/log_viewer/log_model.h"
+#include "shell/log_viewer/paged_log.h"
 
 namespace zelt {
 
@@ -20,7 +24,10 @@ public:
     // Expanding everything stops before the tree has more nested items than this.
     static constexpr ItemIndex kExpandedItems = 200'000;
 
-    void Attach(HWND treeView, const LogModel& logModel);
+    // Outermost items of a log in pages, as many as enter while the window is idle, and as many as a step may add.
+    static constexpr ItemIndex kIdleOutermost = 10'000;
+
+    void Attach(HWND treeView, const PagedLog& log);
 
     // While the log is read: all of it up to this item, the model's last.
     void FillUpTo(ItemIndex last, bool lastHasChildren);
@@ -28,18 +35,31 @@ public:
     void Fill();
 
     // The outermost items are all in the tree.
-    bool HasAllOutermost() const { return nextOutermost == kNoItem; }
+    bool HasAllOutermost() const { return HasLastOutermost() && HasFirstOutermost(); }
+    bool HasLastOutermost() const { return nextOutermost == kNoItem; }
+    // No more outermost items enter by themselves.
+    bool HasEnoughOutermost() const { return HasLastOutermost() || (model->HasPages() && outer >= kIdleOutermost); }
     // Adds the next of them; takes some milliseconds.
     void FillSomeOutermost();
+    // Adds some before the first.
+    void FillSomeBefore();
     void FillAllOutermost(LongTask& task);
-    // This is the last outermost item in the tree so far, though not the log's last.
+    // Adds some where the user is about to come to an end of those that are in the tree.
+    void FillNearEnds();
+    void GoToFirst();
+    void GoToLast(LongTask& task);
+    // This is the last outermost item in the tree so far, though not the log's last; or the first, though not the log's first.
     bool IsLastSoFar(HTREEITEM handle) const
     {
-        return !HasAllOutermost() && handle && handle == handles.Get(lastOutermost);
+        return !HasLastOutermost() && handle && handle == handles.Get(lastOutermost);
+    }
+    bool IsFirstSoFar(HTREEITEM handle) const
+    {
+        return !HasFirstOutermost() && handle && handle == handles.Get(firstOutermost);
     }
 
-    // For an item that is about to be expanded.
-    void FillChildren(ItemIndex item);
+    // For an item that is about to be expanded. False while its children are still being read.
+    bool FillChildren(ItemIndex item);
 
     ItemIndex Selected() const;
     // False when the item cannot be put into the tree.
@@ -70,22 +90,28 @@ public:
     void KeepSelectionVisible() const;
 
 private:
-    bool Insert(ItemIndex item, bool hasChildren);
+    bool HasFirstOutermost() const { return firstOutermost == kNoItem || firstOutermost <= model->First(); }
+    bool Insert(ItemIndex item, bool hasChildren, HTREEITEM after = TVI_LAST);
     void CompleteFamilies();
     // Up to the item `last`, and no more than `most`.
     void FillOutermost(ItemIndex last, ItemIndex most);
+    ItemIndex OutermostBefore(ItemIndex item) const;
+    void BringOutermost(ItemIndex item);
+    // Empties the tree and fills it around this outermost item.
+    void BeginAround(ItemIndex item);
     bool ExceedsLimit(ItemIndex parent) const;
     // Each "off" needs one "on".
     void SetRedraw(bool on);
 
     HWND window = nullptr;
-    const LogModel* model = nullptr;
+    const PagedLog* model = nullptr;
     ItemHandles handles;
-    ItemIndex filled = 0;               // the first so many items are all in the tree
-    ItemIndex nextOutermost = kNoItem;  // the first that is not in the tree
-    ItemIndex lastOutermost = kNoItem;
-    ItemIndex inner = 0;  // nested items in the tree
-    int paused = 0;       // redrawing
+    ItemIndex filled = 0;                                         // the first so many items are all in the tree
+    ItemIndex nextOutermost = kNoItem;                            // the first behind those that are in the tree
+    ItemIndex firstOutermost = kNoItem, lastOutermost = kNoItem;  // in the tree
+    ItemIndex outer = 0;                                          // outermost items in the tree
+    ItemIndex inner = 0;                                          // nested items in the tree
+    int paused = 0;                                               // redrawing
 };
 
 }  // namespace zelt

@@ -19,6 +19,12 @@ public:
         if (++steps % 256 == 0) Look();
         return !cancelled;
     }
+    // For steps that take longer.
+    bool ContinueNow()
+    {
+        Look();
+        return !cancelled;
+    }
     void Cancel() { cancelled = true; }
     bool Cancelled() const { return cancelled; }
 

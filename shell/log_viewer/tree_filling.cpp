@@ -32,24 +32,30 @@ void TreeFilling::FillMore()
 {
     // A running task has the tree to itself.
     if (LongTask::Running()) return;
-    if (!tree.HasAllOutermost()) tree.FillSomeOutermost();
-    if (!tree.HasAllOutermost()) return;
+    if (!tree.HasEnoughOutermost()) tree.FillSomeOutermost();
+    if (!tree.HasEnoughOutermost()) return;
     KillTimer(dialog.Window(), kFillTimer);
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+    if (tree.HasAllOutermost()) SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
 }
 
-// Called before the tree view acts on a message, so that a user who goes to the end finds all items there.
+// Called before the tree view acts on a message, so that a user who goes to an end finds all items there.
 void TreeFilling::PrepareFor(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (tree.HasAllOutermost() || LongTask::Running()) return;
     const bool next = message == TVM_GETNEXTITEM && (wParam == TVGN_NEXT || wParam == TVGN_NEXTVISIBLE);
     if (next && tree.IsLastSoFar(reinterpret_cast<HTREEITEM>(lParam))) tree.FillSomeOutermost();
-    const bool end = (message == WM_KEYDOWN && wParam == VK_END) ||
-                     (message == WM_VSCROLL && LOWORD(wParam) == SB_BOTTOM) ||
-                     (message == TVM_GETNEXTITEM && wParam == TVGN_LASTVISIBLE);
-    if (!end) return;
-    LongTask task(dialog.Window());
-    tree.FillAllOutermost(task);
+    const bool previous = message == TVM_GETNEXTITEM && (wParam == TVGN_PREVIOUS || wParam == TVGN_PREVIOUSVISIBLE);
+    if (previous && tree.IsFirstSoFar(reinterpret_cast<HTREEITEM>(lParam))) tree.FillSomeBefore();
+    const bool key = message == WM_KEYDOWN, scroll = message == WM_VSCROLL, item = message == TVM_GETNEXTITEM;
+    if ((key && wParam == VK_HOME) || (scroll && LOWORD(wParam) == SB_TOP) || (item && wParam == TVGN_ROOT)) {
+        tree.GoToFirst();
+    } else if ((key && wParam == VK_END) || (scroll && LOWORD(wParam) == SB_BOTTOM) ||
+               (item && wParam == TVGN_LASTVISIBLE)) {
+        LongTask task(dialog.Window());
+        tree.GoToLast(task);
+    } else if (key || scroll || message == WM_MOUSEWHEEL) {
+        tree.FillNearEnds();
+    }
 }
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
 // Fills a large log's tree after the log is read: the outermost items enter some at a time while the window is idle, and
-// all at once when the user goes to their end. Owns only the subclass of the tree view.
+// more of them when the user comes near an end of those that are there. Owns only the subclass of the tree view.
 #pragma once
 
 #include <windows.h>

@@ -21,11 +21,15 @@ bool IsError(const LogEvent& event);
 // "name (object)" of a call, "name (type: T)" of an argument, the text of anything else.
 void AppendLabel(std::string& out, const LogEvent& event);
 
+struct PageBatch;
+
 // Receives the rows, and whatever else the viewer needs from a LogSink.
 class RowSink {
 public:
     virtual ~RowSink() = default;
     virtual void Row(const TreeRow& row) = 0;
+    // In place of the rows of a log that is read in pages, before any row.
+    virtual void Pages(PageBatch&&) {}
     virtual void ParseError(int line) = 0;
     virtual bool Continue() = 0;
 };

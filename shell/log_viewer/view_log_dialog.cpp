@@ -20,7 +20,9 @@ std::wstring FileName(const std::wstring& path)
 }  // namespace
 
 CViewLogDlg::CViewLogDlg(std::wstring logPath, Lock processLock)
-    : path(std::move(logPath)), lock(std::move(processLock))
+    : path(std::move(logPath)),
+      lock(std::move(processLock)),
+      accelerators(LoadAcceleratorsW(com::ThisModule(), MAKEINTRESOURCEW(kAccelerators)))
 {}
 
 CViewLogDlg::~CViewLogDlg()
@@ -36,28 +38,31 @@ bool CViewLogDlg::Open()
     loading = false;
     if (closed) {
         Close();
-    } else {
-        ShowWindow(Window(), SW_SHOWNORMAL);
+        return true;
     }
+    ShowWindow(Window(), SW_SHOWNORMAL);
+    for (const int command : waiting) PostMessageW(Window(), WM_COMMAND, static_cast<WPARAM>(command), 0);
     return true;
 }
 
 void CViewLogDlg::RunMessages()
 {
-    const HACCEL accelerators = LoadAcceleratorsW(com::ThisModule(), MAKEINTRESOURCEW(kAccelerators));
     MSG message;
-    while (!closed && GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if (message.hwnd == Window() || IsChild(Window(), message.hwnd)) {
-            if (IsCopyKey(message)) {
-                Guarded([this] { CopyLabel(); });
-                continue;
-            }
-            if (TranslateAcceleratorW(Window(), accelerators, &message)) continue;
-            if (IsDialogMessageW(Window(), &message)) continue;
+    while (!closed && GetMessageW(&message, nullptr, 0, 0) > 0) Handle(message);
+}
+
+void CViewLogDlg::Handle(MSG& message)
+{
+    if (message.hwnd == Window() || IsChild(Window(), message.hwnd)) {
+        if (IsCopyKey(message)) {
+            Guarded([this] { CopyLabel(); });
+            return;
         }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+        if (TranslateAcceleratorW(Window(), accelerators, &message)) return;
+        if (IsDialogMessageW(Window(), &message)) return;
     }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
 }
 
 bool CViewLogDlg::OnCommand(int id, int)
@@ -118,13 +123,31 @@ void CViewLogDlg::Arrange() const
 void CViewLogDlg::Load()
 {
     SendMessageW(errorList.Window(), WM_SETREDRAW, FALSE, 0);
-    if (LogLoader(*this, path, model, tree, closed).Load()) {
-        errorList.SetCount(LVSICF_NOINVALIDATEALL);
-        filling.Begin(treeView);
+    SetIcons(kIconApplication);
+    const LogLoader::Viewer viewer = {
+        [this] {
+            ShowLog();
+            ShowWindow(Window(), SW_SHOWNORMAL);
+            UpdateWindow(Window());
+        },
+        [this] { errorList.SetCount(LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL); },
+        [this](MSG& message) { Handle(message); },
+    };
+    if (LogLoader(*this, path, model, tree, closed, viewer).Load()) {
+        errorList.SetCount(LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+        if (!model.HasPages()) ShowLog();
+    } else {
+        SendMessageW(errorList.Window(), WM_SETREDRAW, TRUE, 0);
     }
+    errorList.FitColumn();
+}
+
+void CViewLogDlg::ShowLog()
+{
+    errorList.SetCount(LVSICF_NOINVALIDATEALL);
     SendMessageW(errorList.Window(), WM_SETREDRAW, TRUE, 0);
     errorList.FitColumn();
-    SetIcons(kIconApplication);
+    filling.Begin(treeView);
 }
 
 void CViewLogDlg::Close()
@@ -141,11 +164,15 @@ void CViewLogDlg::Close()
     DestroyWindow(Window());
 }
 
-bool CViewLogDlg::OnNotify(const NMHDR& header, LRESULT&)
+bool CViewLogDlg::OnNotify(const NMHDR& header, LRESULT& result)
 {
     if (header.hwndFrom == treeView && header.code == TVN_ITEMEXPANDINGW) {
         const auto& expanding = reinterpret_cast<const NMTREEVIEWW&>(header);
-        if (expanding.action & TVE_EXPAND) tree.FillChildren(static_cast<ItemIndex>(expanding.itemNew.lParam));
+        if ((expanding.action & TVE_EXPAND) && !tree.FillChildren(static_cast<ItemIndex>(expanding.itemNew.lParam))) {
+            // It can be expanded once its children are all there.
+            result = TRUE;
+            return true;
+        }
     }
     if (header.hwndFrom == errorList.Window() && errorList.Window()) {
         errorList.OnNotify(header, [this](ItemIndex item) {

@@ -7,12 +7,13 @@
 #include <commctrl.h>
 
 #include <string>
+#include <vector>
 
 #include "system/dialog.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/error_list.h"
-#include "shell/log_viewer/log_model.h"
 #include "shell/log_viewer/log_tree.h"
+#include "shell/log_viewer/paged_log.h"
 #include "shell/log_viewer/splitter.h"
 #include "shell/log_viewer/tree_filling.h"
 #include "shell/log_viewer/tree_search_dialog.h"
@@ -24,8 +25,9 @@ public:
     CViewLogDlg(std::wstring logPath, Lock processLock);
     ~CViewLogDlg() override;
 
-    // Makes the window, loads the log, and shows the window. False if the window cannot be made. Reports in message boxes
-    // what is wrong with the log, and shows what it could read.
+    // Makes the window, loads the log, and shows the window, that of a large log with its first page. Handles messages until the log is
+    // loaded. False if the window cannot be made. Reports in message boxes what is wrong with the log, and shows what it could
+    // read.
     bool Open();
     // Runs the window's messages until it has closed.
     void RunMessages();
@@ -42,6 +44,8 @@ private:
     void Arrange() const;
     void Close();
     void Load();
+    void ShowLog();
+    void Handle(MSG& message);
 
     // Commands, in view_log_dialog_commands.cpp.
     void Command(int command);
@@ -59,9 +63,11 @@ private:
     const std::wstring path;
     Lock lock;
     HWND treeView = nullptr;
+    const HACCEL accelerators;
     bool loading = false;
-    bool closed = false;  // or about to close, once the running task has ended
-    LogModel model;
+    std::vector<int> waiting;  // commands that came while the log was loaded
+    bool closed = false;       // or about to close, once the running task has ended
+    PagedLog model;
     LogTree tree;
     TreeFilling filling{*this, tree};
     ErrorList errorList{*this, model, tree};

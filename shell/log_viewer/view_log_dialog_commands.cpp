@@ -1,20 +1,22 @@
 // The commands of CViewLogDlg: expanding, removing, searching, going through the errors, copying.
 #include <algorithm>
-#include <vector>
 
 #include "system/narrow.h"
 #include "res/resource.h"
-#include "shell/log_viewer/label_matcher.h"
+#include "shell/log_viewer/fragment_search.h"
 #include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/log_viewer/view_log_dialog.h"
-#include "shell/small_images.h"
 
 namespace zelt {
 
 void CViewLogDlg::Command(int command)
 {
-    if (loading) return;
+    if (loading && command != kCommandClose && command != IDCANCEL) {
+        // It needs the whole log.
+        waiting.push_back(command);
+        return;
+    }
     if (LongTask::Running()) {
         if (command == kCommandClose || command == IDCANCEL) LongTask::Running()->Cancel();
         return;
@@ -56,16 +58,21 @@ void CViewLogDlg::CollapseAll()
 
 void CViewLogDlg::RemoveQueries()
 {
-    // Only a label's first 1023 characters count.
-    LabelMatcher isQuery(model, [](std::string_view label) {
-        return label.substr(0, 1023).find("QueryInterface") != std::string_view::npos;
-    });
     ItemIndex item = 0;
     {
         LongTask task(Window());
         const LogTree::Unpainted unpainted(tree);
-        while (item < model.Size() && task.Continue()) {
-            if (model.IsRemoved(item) || model.Image(item) != kImageInfo || !isQuery(item)) {
+        const FragmentSearch query("QueryInterface", false);
+        for (PagedLog::Stretch stretch = {}; item < model.Size() && task.Continue();) {
+            if (item >= stretch.end) {
+                stretch = model.StretchOf(item);
+                // Most pages need not be read any further.
+                if (stretch.page && !query.MayBeIn(model.BytesOf(*stretch.page))) {
+                    item = stretch.end;
+                    continue;
+                }
+            }
+            if (!model.IsQuery(item) || model.IsRemoved(item)) {
                 ++item;
                 continue;
             }
@@ -86,17 +93,16 @@ void CViewLogDlg::RemoveQueries()
 
 void CViewLogDlg::NextError()
 {
-    const std::vector<ItemIndex>& errors = model.Errors();
-    if (errors.empty()) {
+    if (model.ErrorCount() == 0) {
         ShowBox(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
         return;
     }
     const ItemIndex selected = tree.Selected();
-    auto next = selected == kNoItem ? errors.begin() : std::upper_bound(errors.begin(), errors.end(), selected);
-    if (next == errors.end()) next = errors.begin();
-    Select(*next);
+    std::size_t next = selected == kNoItem ? 0 : model.FirstErrorAfter(selected);
+    if (next == model.ErrorCount()) next = 0;
+    Select(model.Error(next));
     // The list follows. Its selection selects the item once more, which does no harm.
-    errorList.Select(static_cast<std::size_t>(next - errors.begin()));
+    errorList.Select(next);
 }
 
 void CViewLogDlg::Find()
@@ -144,6 +150,7 @@ void CViewLogDlg::Search()
 
 void CViewLogDlg::Select(ItemIndex item)
 {
+    if (!model.IsComplete(model.Outermost(item))) return;
     // An item enters the tree with all its siblings, which may be millions.
     if (!tree.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
 }

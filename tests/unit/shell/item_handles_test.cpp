@@ -1,7 +1,10 @@
-// Handles for items, in chunks of 1,024 that are made when they are needed.
+// Handles for items, which may be far apart.
 #include "shell/log_viewer/item_handles.h"
 
 #include <gtest/gtest.h>
+
+#include <map>
+#include <random>
 
 namespace zelt::test {
 namespace {
@@ -24,6 +27,37 @@ TEST(ItemHandles, AreNullForItemsThatAreNotInTheTree)
     handles.Clear(9000);
     EXPECT_FALSE(handles.Has(5000));
     EXPECT_TRUE(handles.Has(0));
+}
+
+// Items that are close together and far apart, set, set again and cleared.
+TEST(ItemHandles, AreThoseThatWereSetLast)
+{
+    ItemHandles handles;
+    std::map<ItemIndex, HTREEITEM> expected;
+    std::minstd_rand random(1);
+    for (std::uintptr_t step = 1; step <= 40'000; ++step) {
+        const auto number = static_cast<ItemIndex>(random());
+        const ItemIndex item = number % 3 ? number % 5000 : number;
+        if (number / 7 % 3) {
+            handles.Set(item, Handle(step));
+            expected[item] = Handle(step);
+        } else {
+            handles.Clear(item);
+            expected.erase(item);
+        }
+    }
+    std::vector<ItemIndex> items;
+    for (const auto& [item, handle] : expected) {
+        ASSERT_EQ(handle, handles.Get(item)) << item;
+        items.push_back(item);
+    }
+    EXPECT_EQ(items, handles.Items());
+    for (ItemIndex item = 0; item < 5000; ++item) ASSERT_EQ(expected.contains(item), handles.Has(item)) << item;
+    handles.ClearAll();
+    EXPECT_TRUE(handles.Items().empty());
+    EXPECT_FALSE(handles.Has(items.front()));
+    handles.Set(3, Handle(1));
+    EXPECT_EQ(std::vector<ItemIndex>{3}, handles.Items());
 }
 
 }  // namespace

@@ -1,0 +1,35 @@
+// A log read in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself, for
+// the same events. Only what is exactly as ZELT writes it has parts. A part may begin after any end of an element.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "log_reader/log_reader.h"
+
+namespace zelt {
+
+class PartSink : public LogSink {
+public:
+    // The events so far are those of the bytes before `offset`. The following events come from the parser and are in no part.
+    virtual void PartsEnd(std::int64_t offset) = 0;
+
+protected:
+    // The same for the events so far; during Continue, before PartsEnd.
+    std::int64_t Offset() const { return offset(); }
+
+private:
+    friend LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
+
+    std::function<std::int64_t()> offset;
+};
+
+// Like ReadLog.
+LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
+
+// `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes are not
+// those of a part, fewer or other events come.
+void ReadPart(LogInput& input, const std::vector<EventKind>& open, LogSink& sink);
+
+}  // namespace zelt

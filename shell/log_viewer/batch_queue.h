@@ -1,0 +1,64 @@
+// Takes what one thread reads of a log to another, in a few batches at a time, so that the memory does not depend on the file.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "log_reader/log_event.h"
+#include "shell/log_viewer/page_index.h"
+
+namespace zelt {
+
+// Rows and pages in transit. Rows are as small as possible: many millions move from one core's memory to the other's.
+struct Batch {
+    struct Entry {
+        std::uint32_t length;  // of the label, which follows the previous label; or the line of an objection
+        std::uint16_t depth;
+        std::uint8_t image;
+        std::uint8_t flags;
+    };
+    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its 256.
+    static_assert(sizeof(Entry) == 8);
+    enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
+
+    std::vector<Entry> entries;
+    std::string text;
+    PageBatch pages;  // before the rows
+    long long position = 0;
+
+    void Add(const LogEvent& event);
+    void AddObjection(int line) { entries.push_back({static_cast<std::uint32_t>(line), 0, 0, kIsObjection}); }
+    void Clear()
+    {
+        entries.clear();
+        text.clear();
+        pages = {};
+    }
+};
+
+// Takes batches from one thread to the other, and empty ones back.
+class BatchQueue {
+public:
+    // Takes the batch's content; false once nobody wants more.
+    bool Put(Batch& batch);
+    void End();
+
+    enum class Taken { Batch, NothingYet, Nothing };
+    // Gives back the batch that was taken before. Waits a moment for one.
+    Taken Take(Batch& batch);
+    void Abandon();
+
+private:
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<Batch> full;
+    std::vector<Batch> spare;
+    bool ended = false;
+    bool abandoned = false;
+};
+
+}  // namespace zelt

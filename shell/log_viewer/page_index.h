@@ -1,0 +1,98 @@
+// What a viewer keeps of the pages of a log: parts of some 256 KB, each with the numbers of its items, from which it is read again
+// when it is needed. Built while the log is read for the first time.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "log_reader/log_markup.h"
+#include "log_reader/log_parts.h"
+#include "shell/log_viewer/log_model.h"
+
+namespace zelt {
+
+// Sums up the kinds, the depths and the lengths of a page's items. A page that is read again must give the same.
+class PageCheck {
+public:
+    void Add(const LogEvent& event)
+    {
+        const auto shape = static_cast<std::uint32_t>(event.kind) + 16 * static_cast<std::uint32_t>(event.depth);
+        Mix(shape);
+        Mix(static_cast<std::uint32_t>(event.name.size()) + 0x10001 * static_cast<std::uint32_t>(event.text.size()));
+    }
+    std::uint32_t Sum() const { return sum; }
+
+private:
+    void Mix(std::uint32_t value) { sum = (sum ^ value) * 0x01000193 + (sum >> 15); }
+
+    std::uint32_t sum = 0x811C9DC5;
+};
+
+// An item with its kind, which is open where a page begins.
+struct OpenItem {
+    ItemIndex item;
+    EventKind kind;  // Call, Argument or Value
+};
+
+struct Page {
+    std::int64_t offset, end;  // in the file
+    ItemIndex first, count;    // its items
+    ItemIndex firstError, errors;
+    ItemIndex firstOutermost;  // how many outermost items precede it
+    std::uint32_t check;
+    std::vector<OpenItem> open;  // around its beginning, from the outermost
+};
+
+// An item that is open where some page begins: its relatives are in several pages.
+struct LongItem {
+    ItemIndex item, parent;
+    ItemIndex end;  // after the last descendant; kNoItem while it is not known
+};
+
+// What is new since the last one.
+struct PageBatch {
+    std::vector<Page> pages;
+    std::vector<LongItem> longItems;                    // those that begin
+    std::vector<std::pair<ItemIndex, ItemIndex>> ends;  // of long items
+    std::vector<std::string> longestErrors;             // replaces what came before
+    bool isLast = false;                                // the rows that follow are in no page
+    std::vector<OpenItem> open;                         // around these
+
+    bool IsEmpty() const { return pages.empty() && !isLast; }
+};
+
+// Sees the events of a log and cuts them into pages.
+class PageIndexer {
+public:
+    static constexpr std::size_t kPageBytes = 256 * 1024;
+
+    void Begin(const LogEvent& event);
+    void End(int depth);
+    // After an end; whether the page is long enough.
+    bool IsPageFull() const { return bytes >= kPageBytes && (open.empty() || bytes >= 2 * kPageBytes); }
+    void EndPage(std::int64_t offset);
+    // The last page; what follows has rows.
+    void EndPages(std::int64_t offset);
+
+    // Hands over what is new.
+    PageBatch Take();
+
+private:
+    struct Open {
+        ItemIndex item;
+        EventKind kind;
+        bool isLong;
+    };
+
+    PageBatch batch;
+    std::vector<Open> open;
+    std::vector<std::string> longestErrors;
+    Page page = {kLogHeader.size(), 0, 0, 0, 0, 0, 0, 0, {}};
+    PageCheck check;
+    ItemIndex items = 0, errors = 0, outermost = 0;
+    std::size_t bytes = 0;  // of the page, roughly
+};
+
+}  // namespace zelt
