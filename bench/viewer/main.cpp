@@ -1,6 +1,6 @@
 // The log viewer compared with libxml2's bare reader and a bare tree view.
-// Usage: bench_viewer [--large] [--quick] [--only <MB>]. --large adds a log of 1000 MB; --quick takes two pairs of each;
-// --only measures only the loading of a log of that size.
+// Usage: bench_viewer [--large] [--quick] [--only <MB>] [--pages]. --large adds a log of 1000 MB; --quick takes two pairs of each;
+// --only measures only the loading of a log of that size; --pages leaves out what is kept in memory and the bare reader.
 #include <windows.h>
 #include <commctrl.h>
 #include <objbase.h>
@@ -18,10 +18,11 @@
 int main(int argc, char** argv)
 try {
     using namespace zelt::bench;
-    bool large = false, quick = false;
+    bool large = false, quick = false, pagesOnly = false;
     long long only = 0;
     for (int i = 1; i < argc; ++i) {
         large |= std::strcmp(argv[i], "--large") == 0;
+        pagesOnly |= std::strcmp(argv[i], "--pages") == 0;
         quick |= std::strcmp(argv[i], "--quick") == 0;
         if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc) only = std::atoll(argv[++i]);
     }
@@ -43,7 +44,8 @@ try {
     for (const auto& size : kSizes) {
         if (only ? size.megabytes != only : size.megabytes > 200 && !large) continue;
         const WrittenLog log(size.megabytes * 1'000'000);
-        BenchLoading(log, quick ? 2 : size.pairs);
+        if (!pagesOnly) BenchLoading(log, quick ? 2 : size.pairs);
+        if (size.megabytes > 1) BenchPages(log, quick ? 2 : size.pairs);
         BenchProgram(log);
     }
     return 0;

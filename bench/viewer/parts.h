@@ -11,6 +11,9 @@ void BenchLoading(const WrittenLog& log, int pairs);
 // The whole program, from its start with the log until its window shows.
 void BenchProgram(const WrittenLog& log);
 
+// A log that is read in pages: until its viewer answers, until all is read, a search, and the memory then.
+void BenchPages(const WrittenLog& log, int pairs);
+
 void BenchWindows();
 
 void BenchSearch(int pairs);

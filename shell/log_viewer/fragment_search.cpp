@@ -11,15 +11,25 @@ namespace {
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool IsLetter(char c) { return c >= 'a' && c <= 'z'; }
 
-// Whether a label's text has this character in the file as it is, and a label has none of it that is not in the file.
-bool IsInFile(char c) { return IsPlainText(c) && c != ' ' && c != '(' && c != ')'; }
+// Whether a label has this character only where the file has it too, as it is.
+bool IsInFile(char c) { return IsPlainText(c) && c != '(' && c != ')'; }
+
+// What of a part without parentheses is in the file wherever the part is in a label "name (object)" or "name (type: T)".
+std::string_view WithoutOwnWords(std::string_view part)
+{
+    constexpr std::string_view kWord = "type: ";
+    while (part.ends_with(' ')) part.remove_suffix(1);
+    if (kWord.find(part) != std::string_view::npos) return {};
+    for (std::size_t from = 0; from < kWord.size(); ++from) {
+        if (part.starts_with(kWord.substr(from))) return part.substr(kWord.size() - from);
+    }
+    return part;
+}
 
 }  // namespace
 
 FragmentSearch::FragmentSearch(std::string_view text, bool ignoreCase) : ignoreCase(ignoreCase)
 {
-    // The word of a label "name (type: T)".
-    constexpr std::string_view kWord = "type:";
     isForeign = std::any_of(text.begin(), text.end(), [](char c) {
         const auto byte = static_cast<unsigned char>(c);
         return byte < 0x20 || byte >= 0x80;
@@ -29,8 +39,8 @@ FragmentSearch::FragmentSearch(std::string_view text, bool ignoreCase) : ignoreC
     for (std::size_t from = 0; from < wanted.size(); ++from) {
         std::size_t end = from;
         while (end < wanted.size() && IsInFile(wanted[end])) ++end;
-        const std::string_view part = std::string_view(wanted).substr(from, end - from);
-        if (part.size() > fragment.size() && kWord.find(part) == std::string_view::npos) fragment = part;
+        const std::string_view part = WithoutOwnWords(std::string_view(wanted).substr(from, end - from));
+        if (part.size() > fragment.size()) fragment = part;
         from = end;
     }
 }

@@ -178,17 +178,23 @@ void LogTree::BringOutermost(ItemIndex item)
 
 void LogTree::BeginAround(ItemIndex item)
 {
-    const Unpainted unpainted(*this);
-    TreeView_DeleteAllItems(window);
-    handles.ClearAll();
-    inner = outer = 0;
-    firstOutermost = lastOutermost = kNoItem;
-    nextOutermost = item;
-    for (ItemIndex before = 0; before < kShown && nextOutermost > model->First(); ++before) {
-        nextOutermost = OutermostBefore(nextOutermost);
+    const bool isSelected = TreeView_GetSelection(window) != nullptr;
+    {
+        const Unpainted unpainted(*this);
+        TreeView_DeleteAllItems(window);
+        handles.ClearAll();
+        inner = outer = 0;
+        firstOutermost = lastOutermost = kNoItem;
+        nextOutermost = item;
+        for (ItemIndex before = 0; before < kShown && nextOutermost > model->First(); ++before) {
+            nextOutermost = OutermostBefore(nextOutermost);
+        }
+        FillOutermost(item, kNoItem);
+        FillOutermost(kNoItem, kShown);
     }
-    FillOutermost(item, kNoItem);
-    FillOutermost(kNoItem, kShown);
+    // Keys act on the selected item.
+    if (isSelected) TreeView_SelectItem(window, handles.Get(item));
+    KeepSelectionVisible();
 }
 
 bool LogTree::FillChildren(ItemIndex item)

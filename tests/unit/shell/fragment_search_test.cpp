@@ -14,7 +14,15 @@ TEST(FragmentSearch, LooksForTheLongestPartThatTheFileHas)
         const char *text, *fragment;
     } rows[] = {
         {"plain", "plain"},
-        {"two words", "words"},
+        {"two words", "two words"},
+        {"ends with a blank ", "ends with a blank"},
+        {" x", "x"},
+        {"e: x", "x"},
+        {"e: ", ""},
+        {"type: ", ""},
+        {"type: type: x", "type: x"},
+        {"b (ty", "b"},
+        {"a b (c d) e", "a b"},
         {"GetProp (Feed)", "GetProp"},
         {"a (type: long)", "long"},
         {"(type: ", ""},
