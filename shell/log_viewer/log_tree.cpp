@@ -116,8 +116,12 @@ void LogTree::FillSomeOutermost()
     if (below) ValidateRect(window, nullptr);
 }
 
-// The outermost item before an outermost one.
-ItemIndex LogTree::OutermostBefore(ItemIndex item) const { return model->Outermost(model->Previous(item)); }
+// The outermost item before an outermost one, the last one before the first; kNoItem if all are removed.
+ItemIndex LogTree::OutermostBefore(ItemIndex item) const
+{
+    const ItemIndex before = model->Previous(item);
+    return before == kNoItem ? kNoItem : model->Outermost(before);
+}
 
 void LogTree::FillSomeBefore()
 {
@@ -158,7 +162,7 @@ void LogTree::GoToLast(LongTask& task)
 {
     if (!model->HasPages()) {
         FillAllOutermost(task);
-    } else if (model->IsFinished() && !HasLastOutermost()) {
+    } else if (model->IsFinished() && !HasLastOutermost() && model->First() != kNoItem) {
         BringOutermost(OutermostBefore(model->First()));
     }
 }
