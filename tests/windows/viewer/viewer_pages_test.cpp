@@ -91,6 +91,7 @@ TEST_F(ViewerPages, ShowTheBeginningWhileTheRestIsRead)
 {
     StartLong();
     WaitForWindow();
+    EXPECT_NE(nullptr, FindNow(Id(), kProgress));
     // The viewer answers: it shows items, opens them, and can be scrolled.
     const HTREEITEM first = tree->Next(TVGN_ROOT);
     EXPECT_EQ(CallLabel(0), tree->Label(first));
@@ -98,7 +99,6 @@ TEST_F(ViewerPages, ShowTheBeginningWhileTheRestIsRead)
     EXPECT_EQ(L"a (type: long)", tree->Label(tree->Next(TVGN_CHILD, first)));
     EXPECT_EQ(CallLabel(1), tree->Label(tree->Next(TVGN_NEXT, first)));
     Press(VK_NEXT);
-    EXPECT_NE(nullptr, FindNow(Id(), kProgress));
     KeepPicture(window, "viewer-while-reading");
     // A command that needs the whole log waits for it.
     Send(kCommandNextError);
