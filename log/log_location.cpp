@@ -61,18 +61,19 @@ constexpr LogSurroundings kSystemSurroundings = {LocalTime, DesktopFolder, SaveD
 
 const LogSurroundings* current = &kSystemSurroundings;
 
-// "log-05March2012-14h07". The month is written in the system's language.
-std::wstring BaseName(const SYSTEMTIME& time)
+// "05March2012-14h07". The month is written in the system's language.
+std::wstring TimeText(const SYSTEMTIME& time)
 {
     wchar_t date[128] = L"", clock[128] = L"";
     GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &time, L"ddMMMMyyyy", date, static_cast<int>(std::size(date)));
     GetTimeFormatW(LOCALE_SYSTEM_DEFAULT, 0, &time, L"HH'h'mm", clock, static_cast<int>(std::size(clock)));
-    return std::wstring(L"log-") + date + L'-' + clock;
+    return std::wstring(date) + L'-' + clock;
 }
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-Outcome AutomaticPath(const wchar_t* ending, std::optional<std::wstring>& path)
+// A file "<beginning><time><ending>" that does not exist.
+Outcome AutomaticPath(const wchar_t* beginning, const wchar_t* ending, std::optional<std::wstring>& path)
 {
     std::wstring folder;
     if (!AutomaticLogFolder(folder)) {
@@ -80,13 +81,9 @@ Outcome AutomaticPath(const wchar_t* ending, std::optional<std::wstring>& path)
                                MB_OK | MB_ICONERROR | MB_TOPMOST);
     }
     CreateDirectoryW(folder.c_str(), nullptr);
-    const std::wstring base = folder + L'\\' + BaseName(current->localTime());
-    std::wstring name = base;
-    // A log and a recording of one name belong together.
-    for (int number = 1; Exists(name + L".zlg") || Exists(name + L".zlr"); ++number) {
-        name = base + L'(' + std::to_wstring(number) + L')';
-    }
-    path = name + ending;
+    const std::wstring base = folder + L'\\' + beginning + TimeText(current->localTime());
+    path = base + ending;
+    for (int number = 1; Exists(*path); ++number) path = base + L'(' + std::to_wstring(number) + L')' + ending;
     return {};
 }
 
@@ -95,7 +92,7 @@ Outcome AutomaticPath(const wchar_t* ending, std::optional<std::wstring>& path)
 Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std::optional<std::wstring>& path)
 {
     path.reset();
-    if (options.autoLogLocation) return AutomaticPath(L".zlg", path);
+    if (options.autoLogLocation) return AutomaticPath(L"log-", L".zlg", path);
     std::wstring chosen;
     if (current->saveDialog(title, chosen)) path = std::move(chosen);
     return {};
@@ -104,7 +101,8 @@ Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std:
 Outcome ChooseRecordingPath(std::optional<std::wstring>& path)
 {
     path.reset();
-    return AutomaticPath(L".zlr", path);
+    // Not the name of a log: the recording beside that would have it, too.
+    return AutomaticPath(L"recording-", L".zlr", path);
 }
 
 bool AutomaticLogFolder(std::wstring& folder)

@@ -62,7 +62,7 @@ public:
 
 private:
     z_stream state = {};
-    char buffer[1 << 14];
+    char buffer[1 << 14] = {};
 };
 
 }  // namespace

@@ -59,12 +59,12 @@ private:
         EXPECT_TRUE(files.emplace(name, content).second) << name << " is there twice";
         return row + 46 + name.size() + Word(row + 30) + Word(row + 32);
     }
-    static std::string Inflated(std::string compressed, std::size_t size)
+    static std::string Inflated(const std::string& compressed, std::size_t size)
     {
         std::string content(size + 1, '\0');
         z_stream state = {};
         EXPECT_EQ(Z_OK, inflateInit2(&state, -MAX_WBITS));
-        state.next_in = reinterpret_cast<Bytef*>(compressed.data());
+        state.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(compressed.data()));
         state.avail_in = static_cast<uInt>(compressed.size());
         state.next_out = reinterpret_cast<Bytef*>(content.data());
         state.avail_out = static_cast<uInt>(content.size());

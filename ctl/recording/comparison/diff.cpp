@@ -62,12 +62,14 @@ public:
 private:
     static long long Number(const RecordedStep& step) { return static_cast<long long>(step.call); }
 
+    // Of a step of one of them, or of both.
     JsonWriter& BeginJson(const char* kind, const RecordedStep* a, const RecordedStep* b)
     {
+        const RecordedStep& named = *(a ? a : b);
         json.NewLine().BeginObject().Member("kind", kind);
         if (a) json.Member("callA", Number(*a));
         if (b) json.Member("callB", Number(*b));
-        return json.Member("call", a ? a->what : b->what);
+        return json.Member("call", named.what);
     }
     void Note(std::uint64_t call, bool inA)
     {

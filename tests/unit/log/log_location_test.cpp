@@ -121,17 +121,15 @@ TEST_F(LogLocation, TakesTheFirstFreeNumber)
     EXPECT_EQ((Folder() / (Stem() + L"(1).zlg")).wstring(), path);
 }
 
-TEST_F(LogLocation, LeavesTheNamesOfRecordingsToTheirLogs)
+TEST_F(LogLocation, IsAnotherForARecordingWithoutALog)
 {
-    StoreAutomatic(true);
-    fs::create_directories(Folder());
-    Touch(Folder() / (Stem() + L".zlr"));
-    ASSERT_TRUE(Choose());
-    EXPECT_EQ((Folder() / (Stem() + L"(1).zlg")).wstring(), path);
-    Touch(path);
-    std::optional<std::wstring> recording;
-    EXPECT_TRUE(zelt::ChooseRecordingPath(recording));
-    EXPECT_EQ((Folder() / (Stem() + L"(2).zlr")).wstring(), recording);
+    const std::wstring stem = L"recording-" + Stem().substr(4);
+    for (const wchar_t* suffix : {L"", L"(1)"}) {
+        std::optional<std::wstring> recording;
+        EXPECT_TRUE(zelt::ChooseRecordingPath(recording));
+        ASSERT_EQ((Folder() / (stem + suffix + L".zlr")).wstring(), recording);
+        Touch(*recording);
+    }
 }
 
 TEST_F(LogLocation, MakesTheFolderAndNoFile)

@@ -101,7 +101,7 @@ TEST_F(RootLog, OfAPackageThatIsOnlyRecordedHasNoLog)
     folder = L"?:\\no such place";
     EXPECT_EQ(nullptr, OpenRootRecording(options, L"Name", "kind").Get());
     ASSERT_EQ(1u, messages.All().size());
-    EXPECT_EQ(0u, messages.All()[0].text.find(L"Failed to open recording \"?:\\no such place\\ZELT logs\\log-"));
+    EXPECT_EQ(0u, messages.All()[0].text.find(L"Failed to open recording \"?:\\no such place\\ZELT logs\\recording-"));
     EXPECT_TRUE(messages.All()[0].text.ends_with(L"\r\nCalls will not be recorded"));
     std::filesystem::remove_all(place);
 }
