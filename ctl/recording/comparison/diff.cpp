@@ -27,7 +27,7 @@ public:
         ++values;
         Note(a.call, true);
         if (asJson) {
-            BeginJson("value", &a, &b).Member("value", key).Member("difference", difference).EndObject();
+            BeginJson("value", a, &a, &b).Member("value", key).Member("difference", difference).EndObject();
         } else {
             out << "~ " << Number(a) << ' ' << Number(b) << "  " << a.what << ' ' << key << ": " << difference << '\n';
         }
@@ -37,7 +37,7 @@ public:
         ++(inA ? onlyA : onlyB);
         Note(step.call, inA);
         if (asJson) {
-            BeginJson(inA ? "only in a" : "only in b", inA ? &step : nullptr, inA ? nullptr : &step).EndObject();
+            BeginJson(inA ? "only in a" : "only in b", step, inA ? &step : nullptr, inA ? nullptr : &step).EndObject();
         } else {
             out << (inA ? "- " : "+ ") << Number(step) << "  " << step.what << '\n';
         }
@@ -62,10 +62,9 @@ public:
 private:
     static long long Number(const RecordedStep& step) { return static_cast<long long>(step.call); }
 
-    // Of a step of one of them, or of both.
-    JsonWriter& BeginJson(const char* kind, const RecordedStep* a, const RecordedStep* b)
+    // Of a step that is `a`, `b` or in both.
+    JsonWriter& BeginJson(const char* kind, const RecordedStep& named, const RecordedStep* a, const RecordedStep* b)
     {
-        const RecordedStep& named = *(a ? a : b);
         json.NewLine().BeginObject().Member("kind", kind);
         if (a) json.Member("callA", Number(*a));
         if (b) json.Member("callB", Number(*b));
