@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "system/foreground.h"
+#include "system/dialogs/foreground.h"
 #include "system/known_folder.h"
 
 namespace zelt {

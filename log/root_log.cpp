@@ -1,6 +1,6 @@
 #include "log/root_log.h"
 
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 
 namespace zelt {
 

@@ -8,7 +8,7 @@
 
 #include "com/text.h"
 #include "log/error_description.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "system/narrow.h"
 #include "system/owners.h"
 #include "packages/package_creation.h"

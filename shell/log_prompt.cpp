@@ -1,6 +1,6 @@
 #include "shell/log_prompt.h"
 
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 
 namespace zelt {
 

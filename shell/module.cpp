@@ -9,7 +9,7 @@
 #include "guard/fault_guard.h"
 #include "log/log_document.h"
 #include "log/open_log.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "res/resource.h"
 #include "packages/exported_package_list.h"
 #include "system/library_search.h"

@@ -4,7 +4,7 @@
 
 #include "com/failure.h"
 #include "system/edition.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "system/owners.h"
 
 namespace zelt {

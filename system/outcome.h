@@ -1,5 +1,5 @@
 // Whether something that may fail was done, and if not, what the user has to know. Functions without a user return it. Those with
-// one show it (system/message_box.h); a program without windows writes the text.
+// one show it (system/dialogs/message_box.h); a program without windows writes the text.
 #pragma once
 
 #include <windows.h>

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "res/resource.h"
 
 namespace zelt {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "system/component_scan.h"
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 

@@ -7,7 +7,7 @@
 
 #include "guard/foreign_creation.h"
 #include "log/hr_name.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "system/narrow.h"
 #include "log/recording/recorded_component.h"
 #include "log/root_log.h"

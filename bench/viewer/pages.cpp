@@ -16,7 +16,7 @@
 #include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/view_log_dialog.h"
 
 namespace zelt::bench {

@@ -6,7 +6,7 @@
 #include "bench/rows.h"
 #include "bench/viewer/parts.h"
 #include "shell/log_viewer/label_search.h"
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/long_task.h"
 
 namespace zelt::bench {

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "shell/add_package/component_tree.h"
-#include "system/dialog.h"
-#include "system/dialog_layout.h"
+#include "system/dialogs/dialog.h"
+#include "system/dialogs/dialog_layout.h"
 #include "packages/exported_package_list.h"
 
 namespace zelt {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "shell/package_images.h"
-#include "system/thread_dpi.h"
+#include "system/dialogs/thread_dpi.h"
 
 namespace zelt {
 

@@ -10,7 +10,7 @@
 #include "log_reader/buffered_file.h"
 #include "log_reader/log_parts.h"
 #include "shell/log_viewer/batch_queue.h"
-#include "shell/log_viewer/page_index.h"
+#include "shell/log_viewer/pages/page_index.h"
 
 namespace zelt {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "log_reader/log_event.h"
-#include "shell/log_viewer/page_index.h"
+#include "shell/log_viewer/pages/page_index.h"
 
 namespace zelt {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 #include "system/narrow.h"
 
 namespace zelt {

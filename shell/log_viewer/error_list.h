@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/log_tree.h"
 
 namespace zelt {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 

@@ -1,7 +1,7 @@
 // The search through the labels of a log, in tree order, wrapping at both ends.
 #pragma once
 
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/tree_search_dialog.h"
 
 namespace zelt {

@@ -10,7 +10,7 @@
 #include "shell/log_viewer/background_reader.h"
 #include "shell/log_viewer/file_progress_dialog.h"
 #include "shell/log_viewer/shared_log_file.h"
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 #include "system/exception_text.h"
 #include "system/narrow.h"
 #include "system/system_text.h"

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "shell/log_viewer/log_tree.h"
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 
 namespace zelt {
 

@@ -12,7 +12,7 @@
 #include <commctrl.h>
 
 #include "shell/log_viewer/item_handles.h"
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 
 namespace zelt {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "system/exception_text.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "log/recording/rendered_recording.h"
 #include "log_reader/log_reader.h"
 #include "system/owners.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 namespace {

@@ -1,7 +1,7 @@
 #include "shell/log_viewer/tree_filling.h"
 
 #include "shell/log_viewer/long_task.h"
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 namespace {

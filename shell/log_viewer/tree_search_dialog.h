@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 

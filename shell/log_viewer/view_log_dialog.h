@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 #include "shell/lock_object.h"
 #include "shell/log_viewer/error_list.h"
 #include "shell/log_viewer/log_tree.h"
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/splitter.h"
 #include "shell/log_viewer/tree_filling.h"
 #include "shell/log_viewer/tree_search_dialog.h"

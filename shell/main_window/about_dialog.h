@@ -1,7 +1,7 @@
 // CAboutDlg: the program's name, version and purpose.
 #pragma once
 
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 

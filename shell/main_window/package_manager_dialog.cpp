@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "com/type_info.h"
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 #include "res/resource.h"
 #include "shell/add_package/add_package_dialog.h"
 #include "packages/export_name.h"

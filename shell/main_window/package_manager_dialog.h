@@ -5,7 +5,7 @@
 
 #include "system/component_scan.h"
 #include "log/log_options.h"
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 #include "packages/exported_package_list.h"
 #include "shell/lock_object.h"
 #include "shell/main_window/package_list_view.h"

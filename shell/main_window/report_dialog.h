@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "shell/main_window/report_process.h"
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 namespace zelt {
 

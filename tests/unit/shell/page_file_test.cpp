@@ -1,5 +1,5 @@
 // Pieces of files, also of those that are longer than a 32-bit number can say.
-#include "shell/log_viewer/page_file.h"
+#include "shell/log_viewer/pages/page_file.h"
 
 #include <gtest/gtest.h>
 #include <winioctl.h>

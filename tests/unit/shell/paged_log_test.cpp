@@ -1,5 +1,5 @@
 // A log that is read in pages has the same items, relatives, errors and matches as one that is kept whole.
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 
 namespace zelt::test {
 

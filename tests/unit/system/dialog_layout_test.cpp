@@ -1,5 +1,5 @@
 // Where the controls of a resizable dialog go when its size changes.
-#include "system/dialog_layout.h"
+#include "system/dialogs/dialog_layout.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // The lifetime of a dialog's object: its window may be destroyed in the middle of a handler.
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "system/message_box.h"
-#include "system/thread_dpi.h"
+#include "system/dialogs/message_box.h"
+#include "system/dialogs/thread_dpi.h"
 #include "res/resource.h"
 #include "tests/unit/support/recorded_messages.h"
 

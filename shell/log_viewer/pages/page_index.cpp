@@ -1,4 +1,4 @@
-#include "shell/log_viewer/page_index.h"
+#include "shell/log_viewer/pages/page_index.h"
 
 #include <algorithm>
 #include <new>

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "shell/log_viewer/log_model.h"
-#include "shell/log_viewer/page_file.h"
-#include "shell/log_viewer/page_index.h"
+#include "shell/log_viewer/pages/page_file.h"
+#include "shell/log_viewer/pages/page_index.h"
 
 namespace zelt {
 

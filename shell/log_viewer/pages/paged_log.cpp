@@ -1,4 +1,4 @@
-#include "shell/log_viewer/paged_log.h"
+#include "shell/log_viewer/pages/paged_log.h"
 
 #include <algorithm>
 #include <cstring>

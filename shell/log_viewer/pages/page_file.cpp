@@ -1,4 +1,4 @@
-#include "shell/log_viewer/page_file.h"
+#include "shell/log_viewer/pages/page_file.h"
 
 #include <io.h>
 

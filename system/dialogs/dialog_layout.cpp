@@ -1,4 +1,4 @@
-#include "system/dialog_layout.h"
+#include "system/dialogs/dialog_layout.h"
 
 namespace zelt {
 

@@ -1,7 +1,7 @@
-#include "system/dialog.h"
+#include "system/dialogs/dialog.h"
 
 #include "com/type_info.h"
-#include "system/thread_dpi.h"
+#include "system/dialogs/thread_dpi.h"
 
 namespace zelt {
 namespace {

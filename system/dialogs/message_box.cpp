@@ -1,4 +1,4 @@
-#include "system/message_box.h"
+#include "system/dialogs/message_box.h"
 
 namespace zelt {
 namespace {
