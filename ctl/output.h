@@ -45,13 +45,6 @@ public:
         buffer += c;
         return *this;
     }
-    // As they are: for files that are no texts.
-    Output& Bytes(std::string_view bytes)
-    {
-        buffer += bytes;
-        if (stream && buffer.size() >= kPiece) Flush();
-        return *this;
-    }
     Output& operator<<(long long number);
     Output& operator<<(int number) { return *this << static_cast<long long>(number); }
     // With blanks before it, so that numbers stand in columns.

@@ -122,7 +122,7 @@ void RecordCopier::Take(const ResultRecord& result, bool isKept)
     SentenceParts detail = {};
     if (result.detail) detail = {result.detail->pattern, result.detail->holes};
     const Failure failure = {result.name, result.description, result.detail ? &detail : nullptr};
-    writer.EndCall(result.status, now, result.inside, result.isExplained ? &failure : nullptr);
+    writer.EndCall(result.status, now, result.inside, result.isExplained ? &failure : nullptr, result.stream);
 }
 
 void RecordCopier::Take(const EndRecord&, bool isKept)

@@ -50,6 +50,19 @@ TEST(RecordingDiff, OfTheSameConversationIsNone)
     EXPECT_EQ(0, Diff(SampleRecording(), SampleRecording()).code);
 }
 
+TEST(RecordingDiff, LooksAtWhatIsLoaded)
+{
+    const auto load = [](std::string_view data) {
+        RecordedCalls calls;
+        calls.Call("IPersistStreamInit::Load", kPackage, [&] { calls.Stream(data); });
+        return calls.Whole();
+    };
+    EXPECT_EQ(0, Diff(load("state"), load("state")).code);
+    const Outcome other = Diff(load("state"), load("stale"));
+    EXPECT_EQ(1, other.code);
+    EXPECT_NE(std::string::npos, other.data.find("stream of 5 bytes with the checksum ")) << other.data;
+}
+
 TEST(RecordingDiff, IsToTheBit)
 {
     const double next = std::nextafter(353.15, 400);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "recording/record_reader.h"
 
@@ -67,7 +68,7 @@ void RecordedCalls::Make(std::string_view member, std::uint32_t object, bool isO
     if (inside) inside();
     now += kMicrosecond;
     const Failure failure = {"ECapeUnknownHR", "no answer", nullptr};
-    writer.EndCall(status, now, now - begin, status & 0x80000000u ? &failure : nullptr);
+    writer.EndCall(status, now, now - begin, status & 0x80000000u ? &failure : nullptr, std::exchange(stream, {}));
 }
 
 void RecordedCalls::Call(std::string_view member, std::uint32_t object, const std::function<void()>& inside,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,8 @@ public:
     void Reals(std::string_view name, bool isOut, const std::vector<double>& numbers);
     void Texts(std::string_view name, bool isOut, const std::vector<std::string>& texts);
     void Sentence(std::string_view pattern, const std::vector<std::string_view>& holes);
+    // What the latest call reads from its stream.
+    void Stream(std::string_view data) { stream = data; }
     void MakeComponent();
 
     // The bytes so far; with the last record.
@@ -42,6 +45,7 @@ private:
               std::uint32_t status);
 
     std::string bytes;
+    std::optional<std::string> stream;
     recording::RecordWriter writer;
     std::uint64_t now = 0;
     std::vector<std::string> names;  // of the objects

@@ -115,6 +115,15 @@ TEST(RecordingRedact, LeavesNothingThatIdentifies)
     }
 }
 
+TEST(RecordingRedact, LeavesOutWhatIsLoaded)
+{
+    RecordedCalls calls;
+    calls.Call("IPersistStreamInit::Load", kPackage, [&] { calls.Stream("the saved state"); });
+    const std::string redacted = Redact(calls.Whole());
+    EXPECT_EQ(std::vector<std::string>{"IPersistStreamInit::Load"}, CallsOf(redacted));
+    EXPECT_EQ(std::string::npos, redacted.find("saved"));
+}
+
 TEST(RecordingRedact, KeepsWhatAReaderNeeds)
 {
     auto values = ValuesOf(Redact(Flash()));

@@ -205,6 +205,16 @@ TEST(RecordingTrim, OfARecordingWithoutAnEndHasNone)
     EXPECT_EQ(1, RunCommand({"recording", "info", file.Path()}).code);
 }
 
+TEST(RecordingTrim, KeepsWhatIsLoaded)
+{
+    RecordedCalls calls;
+    calls.Call("IPersistStreamInit::Load", kPackage, [&] { calls.Stream("the saved state"); });
+    calls.Call("ICapeUtilities::Edit", kPackage);
+    const Trimmed trimmed = Trim(calls.Whole(), {"--calls", "2"});
+    EXPECT_EQ("2 of 2 calls kept; call 2 is call 2 now\n", trimmed.outcome.data);
+    EXPECT_NE(std::string::npos, trimmed.bytes.find("the saved state"));
+}
+
 TEST(RecordingTrim, OfAllCallsChangesNoValue)
 {
     const Trimmed once = Trim(SampleRecording(), {"--calls", "1"});

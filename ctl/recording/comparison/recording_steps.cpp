@@ -1,5 +1,7 @@
 #include "ctl/recording/comparison/recording_steps.h"
 
+#include <zlib.h>
+
 #include <cstdio>
 
 #include "ctl/log/call_results.h"
@@ -13,12 +15,14 @@ using namespace recording;
 
 namespace {
 
-std::string StatusText(std::uint32_t status)
+std::string HexText(std::uint32_t number)
 {
     char text[16];
-    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(status));
-    return status == 0 ? "S_OK" : text;
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(number));
+    return text;
 }
+
+std::string StatusText(std::uint32_t status) { return status == 0 ? "S_OK" : HexText(status); }
 
 }  // namespace
 
@@ -91,6 +95,12 @@ void RecordedSteps::EndCall(const ResultRecord& result)
     step.result = StatusText(result.status);
     if (result.isExplained) step.result.append(1, ' ').append(ComparableMessage(MessageOf(result).text));
     if (result.detail) step.messages.push_back("info: " + ComparableMessage(MessageOf(*result.detail).text));
+    if (result.stream) {
+        const auto checksum =
+            crc32(0, reinterpret_cast<const Bytef*>(result.stream->data()), static_cast<uInt>(result.stream->size()));
+        step.messages.push_back("stream of " + std::to_string(result.stream->size()) + " bytes with the checksum " +
+                                HexText(static_cast<std::uint32_t>(checksum)));
+    }
     open.pop_back();
 }
 
