@@ -137,10 +137,13 @@ Outcome LogOptions::Save(LogOption changed) const
 
 std::string LogOptions::Text() const
 {
+    const LogOptions defaults;
     std::string text;
     for (const OptionRow& row : kRows) {
+        const std::string value = row.text(*this);
+        if (value == row.text(defaults)) continue;
         if (!text.empty()) text += ' ';
-        text.append(Narrow(row.value)).append("=").append(row.text(*this));
+        text.append(Narrow(row.value)).append("=").append(value);
     }
     return text;
 }

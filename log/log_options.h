@@ -43,7 +43,7 @@ struct LogOptions {
     // program has changed meanwhile stays.
     Outcome Save(LogOption changed) const;
 
-    // "AutoLogLocation=0 PromptOpenLog=1 ...": by their names in the registry.
+    // Those that differ from their defaults, by their names in the registry: "AutoLogLocation=1 RecordCalls=1".
     std::string Text() const;
 };
 

@@ -66,6 +66,16 @@ TEST(LogOptions, AreReadBackAsSaved)
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
 }
 
+TEST(LogOptions, AreSaidInARecordingWhereTheyDifferFromTheirDefaults)
+{
+    LogOptions options;
+    EXPECT_EQ("", options.Text());
+    options.promptOpenLog = false;
+    options.notifyLog = true;
+    options.pravikUnit = kUnit;
+    EXPECT_EQ("PromptOpenLog=0 PRAVIKUnit={2FD53BB5-1013-418D-BAB6-15DF8AD606A6} NotifyLog=1", options.Text());
+}
+
 TEST(LogOptions, AreStoredAsNumbersAndSixteenBytes)
 {
     const zelt::test::ScratchKey scratch;
