@@ -1,6 +1,6 @@
 #include "guard/abort_trap.h"
 
-#include <psapi.h>
+#include <windows.h>
 
 #include <algorithm>
 #include <csignal>
@@ -8,9 +8,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <iterator>
+#include <mutex>
 #include <new>
+#include <string>
 #include <string_view>
 #include <typeinfo>
+#include <vector>
 
 #include "guard/loaded_libraries.h"
 
@@ -42,13 +46,32 @@ void GiveUp()
     std::abort();
 }
 
+void __cdecl OnAbort(int);
+
+using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
+
+void TrapSignal(HMODULE library)
+{
+    if (const auto signal = Export<Signal>(library, "signal")) signal(SIGABRT, OnAbort);
+}
+
+// The runtime libraries with our traps.
+std::vector<HMODULE> trapped;
+std::mutex trappedMutex;
+
 void __cdecl OnAbort(int)
 {
     // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that action
     // is the one we want next.
     if (GuardDepth() == 0) return;
-    guard::librariesAreNew = true;
-    TrapAborts();
+    std::signal(SIGABRT, OnAbort);
+    // Looking for libraries takes long, so it is done only when some have come or gone.
+    if (guard::librariesAreNew || !guard::NoticeLibraries()) {
+        TrapAborts();
+    } else {
+        const std::lock_guard lock(trappedMutex);
+        std::for_each(trapped.begin(), trapped.end(), TrapSignal);
+    }
     RaiseAbort(nullptr);
 }
 
@@ -66,8 +89,6 @@ void SetHandler(HMODULE library, const char* name, Handler handler)
     const Handler before = set(handler);
     if (before && before != handler) set(before);
 }
-
-using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
 
 // msvcr70.dll to msvcr120.dll. Their debug versions (msvcr120d.dll) keep their messages: those are for the package's developer.
 bool IsOlderRuntime(std::wstring_view name)
@@ -88,18 +109,28 @@ void TrapIn(HMODULE library)
     if (const auto setErrorMode = Export<int(__cdecl*)(int)>(library, "_set_error_mode")) setErrorMode(_OUT_TO_STDERR);
     if (const auto setBehavior = Export<unsigned(__cdecl*)(unsigned, unsigned)>(library, "_set_abort_behavior"))
         setBehavior(0, kMessage);
-    if (const auto signal = Export<Signal>(library, "signal")) signal(SIGABRT, OnAbort);
+    TrapSignal(library);
     SetHandler(library, "_set_invalid_parameter_handler", OnInvalidParameter);
     SetHandler(library, "_set_purecall_handler", OnPureCall);
+}
+
+std::wstring FileName(HMODULE library)
+{
+    wchar_t path[1024] = {};
+    const std::wstring_view whole(path, GetModuleFileNameW(library, path, static_cast<DWORD>(std::size(path))));
+    return std::wstring(whole.substr(whole.find_last_of(L"\\/") + 1));
 }
 
 // Each version of a library that is loaded in several is a library of its own.
 void TrapInAll() noexcept
 try {
+    const std::lock_guard lock(trappedMutex);
+    trapped.clear();
     for (const HMODULE library : guard::LoadedLibraries()) {
-        wchar_t name[MAX_PATH] = {};
-        const DWORD length = K32GetModuleBaseNameW(GetCurrentProcess(), library, name, MAX_PATH);
-        if (IsOlderRuntime({name, length}) || _wcsicmp(name, L"ucrtbase.dll") == 0) TrapIn(library);
+        const std::wstring name = FileName(library);
+        if (!IsOlderRuntime(name) && _wcsicmp(name.c_str(), L"ucrtbase.dll") != 0) continue;
+        TrapIn(library);
+        trapped.push_back(library);
     }
 } catch (const std::bad_alloc&) {
     guard::librariesAreNew = true;  // the next call tries again

@@ -5,14 +5,14 @@
 namespace zelt::guard {
 namespace {
 
-constexpr ULONG kLoaded = 1;
+constexpr ULONG kLoaded = 1, kUnloaded = 2;
 using Callback = void(CALLBACK*)(ULONG reason, const void* data, void* context);
 using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, void** cookie);
 
 // Called before the library is initialized: too early for anything but a note.
 void CALLBACK Note(ULONG reason, const void*, void*)
 {
-    if (reason == kLoaded) librariesAreNew = true;
+    if (reason == kLoaded || reason == kUnloaded) librariesAreNew = true;
 }
 
 bool Start()
