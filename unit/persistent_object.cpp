@@ -179,7 +179,7 @@ STDMETHODIMP PersistentObject::Persistence::IsDirty()
         case S_FALSE: call.Say(Sentence::ReturningFalse); break;
         default: call.Say(Sentence::ReturningOther); break;
     }
-    return call.Close(S_OK, nullptr, result);
+    return SUCCEEDED(result) ? call.Close(result, nullptr) : call.Close(S_OK, nullptr, result);
 }
 
 STDMETHODIMP PersistentObject::Persistence::GetSizeMax(ULARGE_INTEGER* size)
