@@ -91,8 +91,8 @@ HRESULT CallPersistence(std::string_view member, IUnknown* object, SavedState& s
     const auto call = [&](auto* persistence) { return CallOf(persistence, method, state); };
     if (name == "IPersistStream") return With<IPersistStream>(object, E_NOINTERFACE, call);
     if (QueryForeign<IPersistStreamInit>(object)) return With<IPersistStreamInit>(object, E_NOINTERFACE, call);
-    // A unit operation is loaded and saved by what it has, if it has anything.
-    return With<IPersistStream>(object, S_OK, call);
+    // A unit operation is loaded and saved by what it has. One that has nothing has nothing to save.
+    return With<IPersistStream>(object, method == "IsDirty" ? S_FALSE : S_OK, call);
 }
 
 std::optional<std::string> Difference(const SavedState& state)
