@@ -20,7 +20,7 @@ struct Freer {
     void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
 };
 
-// A damaged file may cause an error on each of its lines; a reading step reports this many of them.
+// A damaged file may cause an error on each of its lines; a reading step reports at most this many of them.
 constexpr std::size_t kErrorsOfOneStep = 16;
 
 // The parser goes no deeper.

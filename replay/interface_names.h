@@ -26,7 +26,7 @@ class InterfaceNames {
 public:
     InterfaceNames();
 
-    // "ICapeUtilities::Edit" of a recorded object; nothing when no library describes it. An interface that is not of this program's
+    // "ICapeUtilities::Edit" of a recorded object; nothing when no library describes it. An interface that is not in this program's
     // libraries is looked for among those that the object granted.
     NamedMethod Find(std::string_view member, const recording::ObjectRecord& object,
                      const recording::KeptQueries& queries);

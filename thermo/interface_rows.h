@@ -1,4 +1,4 @@
-// The interfaces of the standard that have rows, whatever class of proxy has them as its own.
+// The table for SetPartsOnDemand: the interfaces of the standard that have rows, whichever proxy class they belong to.
 #pragma once
 
 #include <span>

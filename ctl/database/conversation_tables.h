@@ -13,7 +13,7 @@
 namespace zelt::ctl {
 
 struct CallTiming {
-    std::uint64_t start, duration, inside;  // in nanoseconds; the start from the first call on
+    std::uint64_t start, duration, inside;  // in nanoseconds; `start` counts from the start of the first call
     bool hasFailed;
 };
 
@@ -21,19 +21,19 @@ class ConversationTables final : public LogSink {
 public:
     explicit ConversationTables(Database& database);
 
-    // What there is to say about the whole.
+    // A property of the conversation as a whole, such as when it started.
     void Describe(std::string_view name, std::string_view text);
-    // Of the innermost open call, right before its end.
+    // For the innermost open call, right before its end.
     void SetTiming(const CallTiming& timing);
-    // A call that has begun at this time may never end.
+    // For the innermost open call, right after it begins: if it never ends, only its start is known.
     void SetStart(std::uint64_t start);
-    // Makes the tables permanent, with calls that are still open.
+    // Makes the tables permanent, including the calls that are still open.
     void Finish();
 
     void Begin(const LogEvent& event) override;
     void End(EventKind kind, int depth) override;
     bool WantsLines() const override { return true; }
-    // Those that a damaged log leaves open end first, and are reported after that.
+    // For each call that a damaged log leaves open, End is called first, and then this.
     void LeftOpen(int line) override;
 
 private:

@@ -17,10 +17,10 @@ enum class MessageKind { None, Info, Query, Warning, Violation, Failure };
 
 MessageKind KindOfMessage(const LogEvent& event);
 
-// The sentence of a message; nothing for another event, and for a text that ZELT does not write.
+// The sentence of a message; nothing if the event is not a message, or if its text is not one that ZELT writes.
 std::optional<FoundSentence> SentenceOf(const LogEvent& event);
 
-// How a call went, worst first in doubt.
+// How a call went. Several may be true: the first of them is the worst.
 struct CallResult {
     bool failed = false, violated = false, warned = false;
 
@@ -30,8 +30,8 @@ struct CallResult {
 // "Lower bound: 0": a part of an array's value.
 bool IsBound(const LogEvent& event);
 
-// What the callee says of the failure whose line is next; the warning that characters of the entry before were dropped may come
-// between the two.
+// What the callee says about the failure that comes next. Between the two there may be a warning that characters of this message
+// were dropped.
 bool SaysMore(const LogEvent& event);
 bool IsSuppression(const LogEvent& event);
 

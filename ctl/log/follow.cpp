@@ -54,7 +54,7 @@ public:
 
     bool Waits() const override { return true; }
 
-    // Whether the end of the file has been reached once.
+    // Whether the end of the file has been reached at least once.
     bool CaughtUp() const { return caughtUp; }
 
 private:
@@ -62,13 +62,13 @@ private:
     {
         tail.append(bytes.substr(bytes.size() - std::min(bytes.size(), 2 * kEnd.size())));
         if (tail.size() > 2 * kEnd.size()) tail.erase(0, tail.size() - 2 * kEnd.size());
-        // An entry ends with a line. The first one holds both the declaration and the root's tag, so the filler never comes before
-        // the root.
+        // An entry ends where a line ends. The first entry holds both the declaration and the root's tag, so the filler never comes
+        // before the root.
         entryEnded = bytes.back() == '\n';
         fillerGiven = false;
     }
 
-    const bool isStandard;  // its end is one, unlike that of a file
+    const bool isStandard;  // standard input: where it ends, nothing more will come, unlike with a file
     LogFileInput file;
     const std::optional<double> patience;
     Output& out;

@@ -15,10 +15,11 @@ public:
     explicit RecordingFile(const std::string& path);
 
     recording::RecordReader& Records() { return records; }
-    // The first record. Throws InputError when the file is no recording that this program can read. Its texts hold until the next
-    // record is read.
+    // The first record; its texts are valid until the next record is read. Throws InputError when the file is not a recording that
+    // this program can read.
     const recording::HeaderRecord& ReadHeader();
-    // kFinding with a message when the recording did not end as one should, otherwise kFine. `isClosed`: its last record came.
+    // kFinding, with a message, when the recording does not end with the record that closes it; otherwise kFine. `isClosed`: that
+    // record was read.
     int ReportEnd(bool isClosed, Output& messages) const;
 
 private:

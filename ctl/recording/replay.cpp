@@ -23,7 +23,7 @@ using recording::KeptComponent;
 
 constexpr double kShown = 20;
 
-// The class that stands for a word: a class identifier or a ProgID.
+// The class that a word names, as a class identifier or a ProgID.
 CLSID ClassOf(const std::string& word)
 {
     CLSID classId;

@@ -29,7 +29,7 @@ public:
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override;
     STDMETHOD(PropCheck)(VARIANT props, VARIANT* valid) override;
     STDMETHOD(AvailableProps)(VARIANT* props) override;
-    // An omitted list means every phase with all its values.
+    // Without a list, removes every phase with all its values.
     STDMETHOD(RemoveResults)(VARIANT props) override;
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override;
     STDMETHOD(Duplicate)(IDispatch** clone) override;

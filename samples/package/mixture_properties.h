@@ -25,9 +25,9 @@ struct PhaseInput {
 struct SinglePhaseProperty {
     const wchar_t* name;
     const wchar_t* basis;  // of the values: "mole", or empty for a property without one
-    bool moles;            // the derivative in amounts is offered
-    // One value for a mixture property; one for each compound otherwise. The derivative in amounts has all values of
-    // compound 0 first, each in the order of the amounts.
+    bool moles;            // the derivative with respect to amounts is offered
+    // One value for a mixture property; one for each compound otherwise. The derivative with respect to amounts begins
+    // with all derivatives of compound 0's value, in the order of the amounts; those of compound 1's value follow.
     std::vector<double> (*calculate)(const PhaseInput& input, Derivative derivative);
 };
 
@@ -43,7 +43,7 @@ std::vector<std::wstring> SinglePhasePropertyNames();
 bool IsSinglePhaseProperty(std::wstring_view name);
 PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
 
-// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes except the one for amounts.
+// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes except ".Dmoles".
 std::vector<std::wstring> TwoPhasePropertyNames();
 bool IsTwoPhaseProperty(std::wstring_view name);
 // K-values of the first phase over the second; throws CapeFailure for a name that is not offered.

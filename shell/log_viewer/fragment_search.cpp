@@ -11,10 +11,11 @@ namespace {
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool IsLetter(char c) { return c >= 'a' && c <= 'z'; }
 
-// Whether a label has this character only where the file has it too, as it is.
+// Whether a label has this character only where the file has it too, and not escaped.
 bool IsInFile(char c) { return IsPlainText(c) && c != '(' && c != ')'; }
 
-// What of a part without parentheses is in the file wherever the part is in a label "name (object)" or "name (type: T)".
+// `part` has no parentheses. Returns the piece of it that is certain to be in the file if the part is in a label of the form
+// "name (object)" or "name (type: T)".
 std::string_view WithoutOwnWords(std::string_view part)
 {
     constexpr std::string_view kWord = "type: ";

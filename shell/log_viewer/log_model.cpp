@@ -32,7 +32,7 @@ std::uint32_t HashOf(std::string_view text)
     return mix((hash ^ last) * kFactor);
 }
 
-// A comparison that runs for every item and seldom fails.
+// Written out because it runs for almost every item; the texts are nearly always equal.
 bool AreEqual(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size()) return false;

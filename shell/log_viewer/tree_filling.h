@@ -1,5 +1,5 @@
 // Fills a large log's tree after the log is read: the outermost items enter some at a time while the window is idle, and
-// more of them when the user comes near an end of those that are there. Owns only the subclass of the tree view.
+// more of them when the user comes near the first or the last item that is there. Owns only the subclass of the tree view.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ public:
     void FillMore();
 
 private:
-    // Not a common controls subclass: a tree view receives a message for each item.
+    // Not installed with SetWindowSubclass, which costs more per message: a tree view receives a message for each item.
     static LRESULT CALLBACK Procedure(HWND treeView, UINT message, WPARAM wParam, LPARAM lParam);
     void PrepareFor(UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -1,4 +1,4 @@
-// A folder for logs, which disappears with what is in it.
+// A folder for logs, which the destructor deletes together with its contents.
 #pragma once
 
 #include <algorithm>

@@ -14,7 +14,7 @@
 namespace zelt::test {
 namespace {
 
-// The request to a dialog. Reads through its pointers while the dialog is open.
+// The request to a dialog. Its texts are copied while the dialog is open; `folder` is only compared with null.
 struct Request {
     HWND owner;
     std::wstring title, extension, initialName;
@@ -157,7 +157,7 @@ BOOL WINAPI TakeFlash(FLASHWINFO* flash)
     return TRUE;
 }
 
-// Windows may refuse it: the user works with the simulator.
+// Windows may refuse the dialog the keyboard while the user works with the simulator.
 TEST_F(NewLogDialog, GetsTheKeyboardOnceItIsShownOrElseFlashes)
 {
     const PatchedImport foreground("SetForegroundWindow", TakeForeground);
@@ -171,7 +171,7 @@ TEST_F(NewLogDialog, GetsTheKeyboardOnceItIsShownOrElseFlashes)
         const HWND dialog =
             CreateWindowExW(0, L"Static", L"dialog", WS_POPUP, 30, 40, 200, 100, nullptr, nullptr, nullptr, nullptr);
         const HWND page = CreateWindowExW(0, L"Static", L"", WS_CHILD, 0, 0, 10, 10, dialog, nullptr, nullptr, nullptr);
-        // As a dialog passes its messages to the hook.
+        // Passes the page's messages to the hook, as a dialog does.
         const auto pump = [&](DWORD milliseconds) {
             const ULONGLONG end = GetTickCount64() + milliseconds;
             int ticks = 0;

@@ -1,5 +1,5 @@
-// log redact: the log again, in the form of a log, with names and values replaced. A log that is cut off stays cut off at the
-// same place.
+// log redact: writes the log again, still in the format of a log, with names and values replaced. A log that is cut off stays cut
+// off at the same place.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -37,7 +37,7 @@ std::string Escaped(std::string_view text)
     }
 }
 
-// Most values are numbers, which stay as they are.
+// Most values are numbers, which contain nothing to escape.
 std::string EscapedValue(std::string&& value)
 {
     return FirstMarkup(value) == value.size() ? std::move(value) : Escaped(value);
@@ -201,7 +201,7 @@ private:
             return Escaped(aliases.Ordered(text.substr(end), type, meanings.Order()));
         });
     }
-    // Texts recur, and their aliases do not depend on a type; of numbers neither is true.
+    // Texts recur, and their aliases do not depend on a type; neither is true of numbers.
     const std::string& Value(std::string_view value)
     {
         if (value.starts_with('"')) {
@@ -259,11 +259,11 @@ private:
     Output& out;
     TextMemo names, objects, texts, infos, warnings, errors, ordered;
     Memo<std::string> named[2][2];  // lines of arguments and of calls, by their direction
-    std::string key;                // of what is in order
+    std::string key;                // in `ordered`
     std::string kept;               // the latest value, if it is in no memo
     static constexpr std::size_t kPiece = 4096;
-    std::string lines;   // the next ones, put together; their memory is used again
-    std::string behind;  // what is behind the place of the first fraction
+    std::string lines;   // the lines to write next; the memory is reused
+    std::string behind;  // what comes after the place of the first fraction
     static constexpr std::string_view kValue = "<argval value=\"";
     std::string type;
     std::size_t flowPlace = 0;

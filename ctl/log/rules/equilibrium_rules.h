@@ -1,6 +1,6 @@
-// The rules for equilibrium calculations: each phase that is said to be present gets its composition, the phases together are the
-// feed, and each compound's fugacity is the same in all of them; and for the balance of a unit operation. They judge calculations that succeeded, and only by what the package
-// itself read and set during them.
+// The rules for equilibrium calculations: each phase that is said to be present gets its composition, the phases together make up
+// the feed, and each compound has the same fugacity in all of them. Also the rule for the balance of a unit operation. The rules
+// judge calculations that succeeded, and only by what the package or unit itself read and set during them.
 #pragma once
 
 #include <map>
@@ -27,7 +27,7 @@ public:
     {
         if (flash.EndCall(depth) && !flash.HasFailed() && !flash.IsTooLong()) Judge();
     }
-    // Call it at the end of a log that is complete: a calculation at which a log is cut off has not ended.
+    // Call it at the end of a log, but only if the log is complete: a calculation during which a log is cut off has not ended.
     void Finish();
 
 private:

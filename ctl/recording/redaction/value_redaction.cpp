@@ -14,13 +14,13 @@ namespace {
 
 constexpr std::string_view kQuote = "&quot;";
 
-// The text of a compound's name as logs have it in their markup.
+// A compound's name, as it is in the markup of logs, without the quotes around it.
 std::string_view WithoutQuotes(std::string_view name)
 {
     return name.substr(kQuote.size(), name.size() - 2 * kQuote.size());
 }
 
-// Unchanged when the text is no number: what stands for a missing one stays.
+// Leaves the scalar unchanged when the text is not a number: a value that stands for a missing number stays.
 void PutNumber(Scalar& scalar, const std::string& text)
 {
     const char *const begin = text.data(), *const end = begin + text.size();
@@ -33,7 +33,7 @@ void PutNumber(Scalar& scalar, const std::string& text)
     }
 }
 
-// Of a kind whose numbers are words of the standard.
+// Whether the number stands for a word, such as "true" or a name in an enumeration of the standard.
 bool IsStandard(const ArgumentRecord& argument, const Scalar& scalar)
 {
     constexpr std::uint16_t kBool = 11;
@@ -96,7 +96,7 @@ Scalar ValueRedaction::Redacted(const ArgumentRecord& argument, const Scalar& sc
 {
     Scalar redacted = scalar;
     const std::size_t index = place++;
-    // In the order in which they were read ahead.
+    // Balanced values come in the order of the recording, in which they were read ahead.
     const std::string balance = meanings.AreHeld() ? balanced.Next() : std::string();
     switch (scalar.form) {
         case Value::Form::Pointer: redacted.address = Address(scalar.address); break;

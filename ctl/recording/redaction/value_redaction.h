@@ -1,4 +1,4 @@
-// The arguments of a recording that is given away, by the rules and aliases of logs.
+// Redacts the arguments of a recording, by the same rules and with the same aliases as those of a log.
 #pragma once
 
 #include <deque>
@@ -15,12 +15,12 @@ namespace zelt::ctl {
 
 class ValueRedaction {
 public:
-    // `width` is that of the recording's pointers.
+    // `width` is that of the recording's pointers, in bits.
     ValueRedaction(const LogAliases& aliases, BalancedValues& balanced, std::uint32_t width, bool keepsErrors)
         : aliases(aliases), balanced(balanced), digits(width / 4), keepsErrors(keepsErrors)
     {}
 
-    // The argument that `meanings` has been given last. The new one refers to `texts`.
+    // `argument` is the one that `meanings` was given last. The redacted one refers to `texts`, where its texts are kept.
     recording::ArgumentRecord Redact(const recording::ArgumentRecord& argument, const ArgumentMeanings& meanings,
                                      std::deque<std::string>& texts);
     std::uint64_t Address(std::uint64_t address) const;

@@ -1,4 +1,4 @@
-// options.
+// zeltctl options: showing and changing them.
 #include <gtest/gtest.h>
 
 #include "log/log_options.h"

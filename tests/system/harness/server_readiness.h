@@ -1,11 +1,11 @@
-// When a ZELT process that a test started serves clients.
+// Waiting until a ZELT process is ready to serve clients.
 #pragma once
 
 #include "tests/system/harness/process.h"
 
 namespace zelt::test {
 
-// Waits until the main thread's message loop runs, before which the classes are registered. False if the process ends instead.
+// Waits until the main thread's message loop runs; by then, the classes are registered. False if the process ends instead.
 bool WaitUntilServing(const Process& server);
 
 }  // namespace zelt::test

@@ -13,8 +13,7 @@ Microsoft::WRL::ComPtr<IPersistStreamInit> CreatePravik(const wchar_t* progId);
 
 // Makes a unit that has the vendor's interface, too.
 HRESULT CreateVendorUnit(REFIID iid, void** result);
-// Uses that interface through PRAVIK and without it, by its table and by name. Registers the library for this process's width
-// meanwhile.
+// Uses that interface through PRAVIK, by its vtable and by name. Meanwhile the library is registered for this process's width.
 void UseVendorInterface(const wchar_t* library, const wchar_t* progId);
 
 }  // namespace zelt::test

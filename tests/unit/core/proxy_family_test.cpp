@@ -255,7 +255,7 @@ TEST_F(ProxyFamily, MaterialsOfTemplatesStartWithTheVersionOfTheirOwner)
             const auto templateProxy = MakeTemplate(SetContext(root.Get()));
             const auto made = MakeMaterial(templateProxy);
             EXPECT_EQ(row.starting, VersionOf(made));
-            // The first call decides if no version is set.
+            // If no version is set, the first call sets it.
             long number = 0;
             Call(made.Get(), &ICapeThermoMaterialObject::GetNumComponents, &number);
             EXPECT_EQ(row.starting == ThermoVersion::Unset ? ThermoVersion::CapeOpen10 : row.starting, VersionOf(made));
@@ -450,7 +450,7 @@ TEST_F(ProxyFamily, ValuesOfSetPropAreLoggedAsAnOutputBeforeTheCall)
 struct ArrayRow {
     const char* name;
     VARTYPE element;
-    std::vector<SAFEARRAYBOUND> bounds;  // last dimension first, as the system creates them
+    std::vector<SAFEARRAYBOUND> bounds;  // first dimension first, as SafeArrayCreate takes them
     unsigned nulls;                      // a bit for each element without an object
 };
 

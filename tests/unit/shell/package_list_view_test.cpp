@@ -1,4 +1,4 @@
-// The list of the main window: whose changes of a check it passes on.
+// The list of the main window: which changes of a check box it passes on, and how wide its columns are.
 #include "shell/main_window/package_list_view.h"
 
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 namespace zelt::test {
 namespace {
 
-// A window with the list, which looks at every change of a check. A list view also announces the check that a new row begins with,
-// though not every system's does: so the window looks at such a change for each row that is inserted, too.
+// A window with the list, which looks at every change of a check box. On some systems, a list view also announces the check box
+// that a new row begins with; for the other systems, the window makes up such a change for each row that is inserted.
 class PackageListViewTest : public testing::Test {
 protected:
     PackageListViewTest()
@@ -81,7 +81,7 @@ TEST_F(PackageListViewTest, PassesOnTheUsersChecksAndNotItsOwn)
     }
 }
 
-// As wide as the contents need, or as the header does with its margins, and not wider.
+// As wide as the contents need, or the header with its margins, and no wider.
 TEST_F(PackageListViewTest, MakesItsColumnsFit)
 {
     view.FitColumns();
@@ -100,7 +100,7 @@ TEST_F(PackageListViewTest, MakesItsColumnsFit)
         // Room for one and a half small images beside the title.
         const int least = ListView_GetStringWidth(list, title) + GetSystemMetrics(SM_CXSMICON) * 3 / 2;
         EXPECT_EQ(std::max(own, least), fitted) << column;
-        // The last column fills the rest.
+        // Undone, because the last column takes the room that the others leave.
         ListView_SetColumnWidth(list, column, fitted);
     }
 }
