@@ -32,8 +32,9 @@ fuzz  | clang                       | compiler with a guided fuzzer
 fuzz  | libclang-rt-dev             | the fuzzer, and the sanitizers that clang links
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
 pictures | fonts-wine               | the symbols and the text of windows as people know them
-page  | chromium                    | shows the page of log export --html
+page  | chromium                    | shows the page of log export --html, and trace events in their viewer
 page  | fonts-dejavu-core           | its letters and signs
+trace | npm                         | fetches the viewer of trace events, where npm is not there by other means
 '
 
 # Prints the packages of the groups in $@ that are not installed.

@@ -24,6 +24,7 @@ Page()
             [ -s "$pageFolder/$colour-$width.png" ] || Fail "There is no picture of the page."
         done
     done
+    TraceView
     printf '%s\n' "${green}The page works. Look at it:$plain" "$pageFolder"/*.png
 }
 

@@ -96,21 +96,23 @@ std::string Microseconds(std::uint64_t nanoseconds)
     return text;
 }
 
-// The complete events of the trace event format; times are microseconds.
-int WriteTraceEvents(RecordingFile& file, Streams& streams)
+// The complete events of the trace event format; times are microseconds. Viewers that sum up calls take equal arguments for the
+// same thing called, so what is different for each call is only written on request.
+int WriteTraceEvents(RecordingFile& file, bool wantsInputs, Streams& streams)
 {
     Output& out = streams.data;
     JsonWriter json(out);
     json.BeginArray();
-    const bool isClosed = ReadCalls(file, true, [&](const TimedCall& call) {
+    const bool isClosed = ReadCalls(file, wantsInputs, [&](const TimedCall& call) {
         json.NewLine()
             .BeginObject()
             .Member("name", call.member)
             .Member("cat", call.isOutward ? "simulator" : "component");
         json.Member("ph", "X").Member("pid", 1LL).Member("tid", 1LL);
         json.Key("ts").Number(Microseconds(call.start)).Key("dur").Number(Microseconds(call.duration));
-        json.Key("args").BeginObject().Member("object", call.object).Member("call", call.number);
-        json.Member("inputs", call.inputs).EndObject().EndObject();
+        json.Key("args").BeginObject().Member("object", call.object);
+        if (wantsInputs) json.Member("call", call.number).Member("inputs", call.inputs);
+        json.EndObject().EndObject();
     });
     json.EndArray();
     out << '\n';
@@ -123,7 +125,7 @@ int ProfileRecording(const Arguments& arguments, Streams& streams)
 {
     RecordingFile file(arguments.Operand(0));
     file.ReadHeader();
-    if (arguments.Has("--trace-events")) return WriteTraceEvents(file, streams);
+    if (arguments.Has("--trace-events")) return WriteTraceEvents(file, arguments.Has("--inputs"), streams);
     const std::optional<double> slowest = arguments.Number("--slowest");
     CallProfile profile(slowest ? static_cast<std::size_t>(*slowest) : kSlowest);
     const bool isClosed = ReadCalls(file, true, [&](const TimedCall& call) { profile.Add(call); });

@@ -14,6 +14,7 @@ constexpr Option kProfileOptions[] = {
     {"--slowest",      "N",     "how many of the slowest calls are shown; 10 without it"},
     {"--objects",      nullptr, "a row for each object instead of each member"},
     {"--trace-events", nullptr, "every call as a trace event, in the JSON that Perfetto, Chrome and speedscope open"},
+    {"--inputs",       nullptr, "with --trace-events: also the number and the inputs of each call"},
 };
 constexpr Option kTrimOptions[] = {
     {"--calls",   "A..B", "up to these calls, by their numbers; one number is one call"},

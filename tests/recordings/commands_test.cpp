@@ -63,6 +63,8 @@ TEST(RecordingProfile, WritesTraceEvents)
     const Outcome outcome = RunCommand({"recording", "profile", "--trace-events", recording.Path()});
     EXPECT_EQ(0, outcome.code);
     ExpectKeptRecording("recording_trace_events.json", outcome.data);
+    ExpectKeptRecording("recording_trace_events_with_inputs.json",
+                        RunCommand({"recording", "profile", "--trace-events", "--inputs", recording.Path()}).data);
 }
 
 TEST(Distribution, IsExactToOnePercent)

@@ -1,0 +1,37 @@
+# The trace events of zeltctl recording profile in a viewer for such events, in a real browser. Sourced by ./dev, used by page.sh.
+
+# The viewer is one page with what it needs beside it, and runs without a network.
+viewerPackage=speedscope
+viewerVersion=1.25.0
+viewerHash=2831f1e0d26df914b477e522d78b8485511495a6af81a0b88158f8b48f9e0d03
+
+TraceView()
+{
+    local viewer=$root/build/sources/$viewerPackage trace=$pageFolder/trace.json view
+    [ -f "$viewer/dist/release/index.html" ] ||
+        Step trace-viewer "Fetching $viewerPackage $viewerVersion" FetchTraceViewer "$viewer"
+    build/native/ctl/zeltctl recording profile --trace-events tests/recordings/golden/sample_recording.zlr >"$trace"
+    # A page may not read another file, but it may run one.
+    printf 'speedscope.loadFileFromBase64("trace.json", "%s")\n' "$(base64 -w0 "$trace")" >"$pageFolder/trace.js"
+    view="$viewer/dist/release/index.html#localProfilePath=$pageFolder/trace.js"
+    Step trace-table "Opening trace events in $viewerPackage" \
+        Browse "$view&view=sandwich" --virtual-time-budget=8000 --dump-dom
+    Step trace-check "Comparing what it shows" perl tests/recordings/check_trace_view.pl "$trace" "$logFolder/trace-table.log"
+    Step trace-picture "Photographing it" Browse "$view&view=time-ordered" --window-size=1200,600 \
+        --virtual-time-budget=8000 "--screenshot=$pageFolder/trace.png"
+}
+
+# From npm's registry.
+FetchTraceViewer()
+{
+    local work=$root/build/sources/work-viewer file=$viewerPackage-$viewerVersion.tgz
+    command -v npm >/dev/null || InstallPackages trace
+    rm -rf "$work"
+    mkdir -p "$work"
+    (cd "$work" && npm pack --silent "$viewerPackage@$viewerVersion" && echo "$viewerHash  $file" | sha256sum --check) ||
+        return 1
+    tar -xzf "$work/$file" -C "$work"
+    rm -rf "$1"
+    mv "$work/package" "$1"
+    rm -rf "$work"
+}
