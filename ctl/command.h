@@ -36,6 +36,11 @@ struct InputError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The output cannot be written.
+struct OutputError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 struct Option {
     const char* name;   // with its dashes
     const char* value;  // what follows it, for the help; null for a flag

@@ -15,8 +15,8 @@ struct ExitCodeMeaning {
 };
 inline constexpr ExitCodeMeaning kExitCodes[] = {{kFine, "fine"},
                                                  {kFinding, "a difference, a finding or a log that is cut off"},
-                                                 {kUsage, "usage"},
-                                                 {kUnreadable, "input that cannot be read"}};
+                                                 {kUsage, "usage, or a command that cannot be carried out now"},
+                                                 {kUnreadable, "input that cannot be read, or output that cannot be written"}};
 
 void WriteHelp(std::span<const Command> commands, Output& out);
 void WriteCommandHelp(const Command& command, Output& out);

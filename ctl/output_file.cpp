@@ -19,7 +19,7 @@ std::FILE* Create(const std::string& path, const std::string& beside)
 #else
     std::FILE* stream = std::fopen(beside.c_str(), "wb");
 #endif
-    if (!stream) throw Refusal(path + ": " + std::strerror(errno));
+    if (!stream) throw OutputError(path + ": " + std::strerror(errno));
     return stream;
 }
 

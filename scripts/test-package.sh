@@ -413,7 +413,7 @@ TestSearchPath()
     Wine reg delete "$key" /v Path /f
 }
 
-# A setup for everybody that registers for the user, because the product family's value says so.
+# A setup for all users that registers for the user, because the product family's value says so.
 TestFamilyOfUser()
 {
     Wine reg add 'HKCU\Software\BRIX' /v CurrentUser /t REG_SZ /d 1 /f

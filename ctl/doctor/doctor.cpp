@@ -19,7 +19,7 @@ namespace {
 
 // clang-format off
 constexpr Option kDoctorOptions[] = {
-    {"--fix",  nullptr, "fixes what is safe to fix; registering for everybody needs an administrator"},
+    {"--fix",  nullptr, "fixes what is safe to fix; registering for all users needs an administrator"},
     {"--json", nullptr, "as JSON"},
 };
 
@@ -34,6 +34,7 @@ constexpr Command kCommands[] = {
      "  interface, interface-marshaller, interface-library           each interface of the standard, in both views\n"
      "  package-entry, package-duplicate, package-own                the list of exported packages\n"
      "  package-class, package-file, package-width                   each package's class and its library on disk\n"
+     "  package-recording                                            the recording that a package answers from\n"
      "  package-manager, package-name                                each manager, which is started, and its packages\n"
      "  log-folder                                                   whether logs can be written\n"
      "  unit-class, unit-file, unit-width                            the unit operation of PRAVIK\n"
@@ -143,7 +144,7 @@ void WriteText(const std::vector<Examined>& all, const Findings& fixed, const Fi
     if (!left.empty()) return;
     for (const auto& [installation, findings] : all) {
         out << "healthy: " << Utf8(installation.server) << ' ' << installation.version << ", registered for "
-            << (installation.scope == Scope::User ? "the current user" : "everybody") << '\n';
+            << (installation.scope == Scope::User ? "the current user" : "all users") << '\n';
     }
 }
 

@@ -14,12 +14,12 @@ int RemoveFromPath(const Arguments& arguments, Streams& streams);
 
 // clang-format off
 constexpr Option kOptions[] = {
-    {"--machine", nullptr, "for everybody; needs an administrator. Without it, for you"},
+    {"--machine", nullptr, "for all users; needs an administrator. Without it, for you"},
 };
 
 constexpr Command kCommands[] = {
     {"path add", "", 0, 0, kOptions, "Puts zeltctl on the search path, so that its name is enough to start it",
-     "The folder of this program comes last, after all others. Programs that run already do not see the change.", AddToPath},
+     "The folder of this program comes last, after all others. Programs that are already running do not see the change.", AddToPath},
     {"path remove", "", 0, 0, kOptions, "Takes it off the search path again", "", RemoveFromPath},
 };
 // clang-format on

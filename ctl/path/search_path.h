@@ -1,4 +1,4 @@
-// The folders in which Windows looks for programs, as the registry keeps them for the user and for everybody: one text, of any
+// The folders in which Windows looks for programs, as the registry keeps them for the user and for all users: one text, of any
 // length, with semicolons between them. What others wrote there stays as it is, to the letter.
 #pragma once
 

@@ -121,7 +121,8 @@ private:
 
 int TrimRecording(const Arguments& arguments, Streams& streams)
 {
-    if (arguments.Has("--calls") == arguments.Has("--failure")) throw UsageError("either --calls or --failure");
+    if (!arguments.Has("--calls") && !arguments.Has("--failure")) throw UsageError("--calls or --failure is missing");
+    if (arguments.Has("--calls") && arguments.Has("--failure")) throw UsageError("--calls does not go with --failure");
     const std::string& path = arguments.Operand(0);
     RecordingFile whole(path);
     whole.ReadHeader();

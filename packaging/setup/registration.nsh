@@ -29,7 +29,7 @@
     ${EndIf}
 !macroend
 
-; Runs the program of an edition with the action, for everybody or with PerUser for the user; $0 becomes its exit code.
+; Runs the program of an edition with the action, for all users or with PerUser for the user; $0 becomes its exit code.
 !macro RunRegistration edition action
     ${If} $RegisteredFor == "user"
         ExecWait '"$INSTDIR\${edition}.EXE" /${action}PerUser' $0

@@ -1,4 +1,4 @@
-; For whom to install ZELT: for everybody, or with /CurrentUser for the current user. Sets $Scope, $INSTDIR and the meaning
+; For whom to install ZELT: for all users, or with /CurrentUser for the current user. Sets $Scope, $INSTDIR and the meaning
 ; of SHCTX and of the start menu's folder.
 
 !macro UseScope

@@ -12,7 +12,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; Asks an administrator for the right to install for everybody. The system asks nobody else here: scope.nsh does.
+; Asks an administrator for the right to install for all users. The system asks nobody else here: scope.nsh does.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh

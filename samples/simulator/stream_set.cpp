@@ -75,7 +75,7 @@ StreamSet::StreamSet(std::shared_ptr<Flowsheet> sheet, const std::vector<UnitPor
         }
     }
     if (given && given->size() != feeds.size()) {
-        throw CapeFailure(ECapePersistenceHR, L"The unit operation has not the inlets of the saved flowsheet");
+        throw CapeFailure(ECapePersistenceHR, L"The unit operation does not have the inlets of the saved flowsheet");
     }
 }
 
@@ -88,7 +88,7 @@ void StreamSet::AddMaterial(const UnitPort& port, const std::vector<Feed>* given
                                      flowsheet->link));
     if (inlet) {
         if (given && number >= given->size()) {
-            throw CapeFailure(ECapePersistenceHR, L"The unit operation has not the inlets of the saved flowsheet");
+            throw CapeFailure(ECapePersistenceHR, L"The unit operation does not have the inlets of the saved flowsheet");
         }
         feeds.push_back(given ? (*given)[number] : MakeFeed(number, *flowsheet->slate));
         const Feed& feed = feeds.back();

@@ -190,7 +190,7 @@ TEST(OutputFile, IsRefusedWhereNoneCanBe)
     EXPECT_EQ(2, inFolder.code);
     EXPECT_EQ("zeltctl: " + folder.Path() + ": this is a folder\n", inFolder.messages);
     const Outcome nowhere = RunCommand({"log", "show", "-o", folder.Of("no/out"), kConversation});
-    EXPECT_EQ(2, nowhere.code);
+    EXPECT_EQ(3, nowhere.code);
     EXPECT_EQ("zeltctl: " + folder.Of("no/out") + ": " + kNotFound + "\n", nowhere.messages);
 }
 

@@ -240,8 +240,8 @@ TEST(RecordingTrim, RefusesWhatTheRecordingDoesNotHave)
         {{"--calls", "0"}, 2, "calls and failures are numbered from 1: \"0\""},
         {{"--calls", "2.."}, 2, "calls and failures are numbered from 1: \"\""},
         {{"--calls", "3..2"}, 2, "the last call comes before the first"},
-        {{}, 2, "either --calls or --failure"},
-        {{"--calls", "1", "--failure", "1"}, 2, "either --calls or --failure"},
+        {{}, 2, "--calls or --failure is missing"},
+        {{"--calls", "1", "--failure", "1"}, 2, "--calls does not go with --failure"},
     };
     for (const auto& row : rows) {
         const Trimmed trimmed = Trim(TwoCalculations(), row.options);

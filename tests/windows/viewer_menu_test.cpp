@@ -31,6 +31,14 @@ TEST(ViewerMenu, RemovalIsGreyedAfterwards)
         SendMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
         EXPECT_TRUE(isGrey(kCommandRemoveQueries));
         EXPECT_FALSE(isGrey(kCommandExpandAll));
+        const auto isChecked = [window] {
+            return (GetMenuState(GetMenu(window), kCommandErrorDetails, MF_BYCOMMAND) & MF_CHECKED) != 0;
+        };
+        const bool before = isChecked();
+        for (const bool expected : {!before, before}) {
+            SendMessageW(window, WM_COMMAND, kCommandErrorDetails, 0);
+            EXPECT_EQ(expected, isChecked());
+        }
         DestroyWindow(window);
     }
     std::filesystem::remove(log);

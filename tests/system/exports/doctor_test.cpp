@@ -91,7 +91,7 @@ protected:
         const CommandOutcome outcome = RunZeltctl({"doctor"});
         EXPECT_EQ(0, outcome.code);
         EXPECT_TRUE(outcome.data.starts_with("healthy: ")) << outcome.data;
-        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT.EXE 1.0.0.0, registered for everybody\n")) << outcome.data;
+        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT.EXE 1.0.0.0, registered for all users\n")) << outcome.data;
         EXPECT_EQ("", outcome.messages);
     }
 
@@ -368,7 +368,7 @@ protected:
         const CommandOutcome outcome = RunZeltctl({"doctor"});
         EXPECT_EQ(0, outcome.code) << outcome.data;
         EXPECT_EQ(2u, LinesOf(outcome.data).size()) << outcome.data;
-        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT64.EXE 1.0.0.0, registered for everybody\n")) << outcome.data;
+        EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT64.EXE 1.0.0.0, registered for all users\n")) << outcome.data;
     }
 
     const fs::path server = (fs::absolute(ZELT_OTHER_BUILD_DIR) / "shell" / kOtherEdition.program).make_preferred();

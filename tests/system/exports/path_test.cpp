@@ -119,7 +119,7 @@ TEST(ProgramPath, OfTheRegistryIsLeftAloneWhenItIsNoText)
 
 class PathCommand : public Zeltctl {
 protected:
-    // Of the user, or of everybody; empty without a value.
+    // Of the user, or of all users; empty without a value.
     static std::vector<BYTE> Stored(bool isMachine)
     {
         RegistryKey key;

@@ -86,7 +86,7 @@ TEST_F(ZeltctlProgram, RegistersAnInstallationThatIsNot)
         sick.output);
     const Outcome fixed = Run(L"doctor --fix");
     EXPECT_EQ(0u, fixed.code);
-    EXPECT_EQ("fixed: not-registered: ZELT is not registered.\n" + Healthy("everybody"), fixed.output);
+    EXPECT_EQ("fixed: not-registered: ZELT is not registered.\n" + Healthy("all users"), fixed.output);
 }
 
 TEST_F(ZeltctlProgram, RegistersAnInstallationThatMoved)
@@ -102,7 +102,7 @@ TEST_F(ZeltctlProgram, RegistersAnInstallationThatMoved)
                   "\" is not there, so no simulator can start it; let zeltctl doctor --fix register ZELT again.\n",
               sick.output);
     EXPECT_EQ(0u, Run(L"doctor --fix").code);
-    EXPECT_EQ(Healthy("everybody"), Run(L"doctor").output);
+    EXPECT_EQ(Healthy("all users"), Run(L"doctor").output);
     fs::remove(folder / "ZELT.EXE");
     const Outcome gone = Run(L"doctor --fix");
     EXPECT_EQ(1u, gone.code);

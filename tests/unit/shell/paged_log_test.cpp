@@ -111,7 +111,11 @@ protected:
             ASSERT_EQ(whole.FirstErrorAfter(item), paged.FirstErrorAfter(item)) << item;
         }
         ASSERT_EQ(whole.ErrorCount(), paged.ErrorCount());
-        for (std::size_t row = 0; row < whole.ErrorCount(); ++row) ASSERT_EQ(whole.Error(row), paged.Error(row)) << row;
+        for (std::size_t row = 0; row < whole.ErrorCount(); ++row) {
+            ASSERT_EQ(whole.Error(row), paged.Error(row)) << row;
+            ASSERT_EQ(whole.ErrorLine(row), paged.ErrorLine(row)) << row;
+            ASSERT_EQ(whole.CallAround(whole.Error(row)), paged.CallAround(paged.Error(row))) << row;
+        }
         EXPECT_EQ(whole.First(), paged.First());
     }
     void ExpectTheSameMatches(const wchar_t* text)

@@ -121,6 +121,17 @@ TEST(TreeRow, LeavesWhatStandsBeforeALabel)
     EXPECT_EQ("beforeA::B (o)n (type: VT_R8)1", labels);
 }
 
+TEST(TreeRow, TakesACallsLabelApart)
+{
+    for (const auto& [name, object] : {std::pair("A::B", "o"), {"A::B", "one (a)"}, {"A::B", ""}, {"", ""}}) {
+        std::string label;
+        AppendLabel(label, {EventKind::Call, true, false, 0, 0, name, object});
+        const CallLabel parts = SplitCallLabel(label);
+        EXPECT_EQ(name, parts.name) << label;
+        EXPECT_EQ(object, parts.object) << label;
+    }
+}
+
 TEST(TreeRow, PassesOnWhereTheParserObjects)
 {
     Collector collector;

@@ -80,11 +80,12 @@ void RemoteTree::AppendOutline(std::wstring& out, HTREEITEM first, int depth) co
     }
 }
 
-LVITEMW RemoteList::Get(int row) const
+LVITEMW RemoteList::Get(int row, int column) const
 {
     LVITEMW record = {};
-    record.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
+    record.mask = column == 0 ? LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM : LVIF_TEXT;
     record.iItem = row;
+    record.iSubItem = column;
     record.pszText = reinterpret_cast<wchar_t*>(memory.Address() + sizeof record);
     record.cchTextMax = kTextLength;
     memory.Write(0, &record, sizeof record);
@@ -93,9 +94,9 @@ LVITEMW RemoteList::Get(int row) const
     return record;
 }
 
-std::wstring RemoteList::Label(int row) const
+std::wstring RemoteList::Text(int row, int column) const
 {
-    Get(row);
+    Get(row, column);
     std::vector<wchar_t> text(kTextLength);
     memory.Read(sizeof(LVITEMW), text.data(), kTextLength * sizeof(wchar_t));
     return text.data();
@@ -121,14 +122,15 @@ void RemoteList::Click(int row) const
     PostMessageW(window, WM_LBUTTONUP, 0, point);
 }
 
-std::wstring RemoteList::Column() const
+std::wstring RemoteList::Column(int number) const
 {
     LVCOLUMNW column = {};
     column.mask = LVCF_TEXT;
     column.pszText = reinterpret_cast<wchar_t*>(memory.Address() + sizeof column);
     column.cchTextMax = 100;
     memory.Write(0, &column, sizeof column);
-    SendMessageW(window, LVM_GETCOLUMNW, 0, reinterpret_cast<LPARAM>(memory.Address()));
+    if (!SendMessageW(window, LVM_GETCOLUMNW, static_cast<WPARAM>(number), reinterpret_cast<LPARAM>(memory.Address())))
+        return {};
     wchar_t text[100] = L"";
     memory.Read(sizeof column, text, sizeof text);
     return text;

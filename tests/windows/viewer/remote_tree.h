@@ -67,7 +67,9 @@ public:
     explicit RemoteList(HWND window) : window(window), memory(window, kSize) {}
 
     int Count() const { return static_cast<int>(SendMessageW(window, LVM_GETITEMCOUNT, 0, 0)); }
-    std::wstring Label(int row) const;
+    std::wstring Label(int row) const { return Text(row, 0); }
+    // What a column shows.
+    std::wstring Text(int row, int column) const;
     int Image(int row) const { return Get(row).iImage; }
     LPARAM Data(int row) const { return Get(row).lParam; }
     int Selected() const
@@ -77,12 +79,13 @@ public:
     void Select(int row) const;
     // Clicks with the mouse in the middle of the row's label.
     void Click(int row) const;
-    std::wstring Column() const;
+    // The title of a column, empty if there is none.
+    std::wstring Column(int number = 0) const;
 
 private:
     static constexpr std::size_t kTextLength = 8000;
     static constexpr std::size_t kSize = sizeof(LVITEMW) + kTextLength * sizeof(wchar_t);
-    LVITEMW Get(int row) const;
+    LVITEMW Get(int row, int column = 0) const;
 
     HWND window;
     RemoteMemory memory;
