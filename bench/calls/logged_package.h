@@ -1,5 +1,5 @@
-// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end, and record to another
-// if wanted.
+// A package and a material, each behind a proxy. Both proxies log to one temporary file, record to another, or both; the files are
+// deleted at the end.
 #pragma once
 
 #include <wrl/client.h>
@@ -37,13 +37,19 @@ struct TemporaryLog {
     LogFile file;
 };
 
+enum class Sinks { Log, Recording, Both };
+
 class LoggedPackage {
 public:
-    explicit LoggedPackage(bool isRecorded = false)
+    explicit LoggedPackage(Sinks sinks = Sinks::Log)
     {
         options.promptOpenLog = false;
+        if (sinks == Sinks::Recording) {
+            log.file.Close();
+            log.file.OpenNothing();
+        }
         DocumentHold document(new LogDocument(std::move(log.file), "Package", "benchmark", log.path, options));
-        if (isRecorded) {
+        if (sinks != Sinks::Log) {
             recording.file.Close();
             int error = 0;
             document.Get()->RecordTo(CallRecorder::Make(recording.path, error), "benchmark");

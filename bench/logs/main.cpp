@@ -1,6 +1,7 @@
 // How long it takes to read a log as events and with zeltctl's commands, compared with a bare scan for tags over the same file. The
 // times are processor times, so the machine may be busy. The program fails when a goal is missed. Usage: bench_logs [--quick]
-// [--large] [word]: fewer pairs, a log of 1000 MB, and only the commands that begin with the word.
+// [--large] [word]: fewer pairs, files of 1000 MB, and only the commands on logs that begin with the word, or those on
+// recordings.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -18,6 +19,7 @@
 #include "bench/rows.h"
 #include "bench/tag_scan.h"
 #include "bench/viewer/written_log.h"
+#include "bench/written_recording.h"
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
 #include "log_reader/log_reader.h"
@@ -29,17 +31,17 @@ struct Command {
     std::vector<std::string> words;
     double goal;  // 0 for none
 };
-const Command kCommands[] = {{{"stats"}, 3},
-                             {{"errors"}, 3},
-                             {{"show", "--calls"}, 3},
-                             {{"show", "--object", "Nothing"}, 3},
-                             {{"check"}, 8},
-                             {{"redact"}, 8},
-                             {{"export", "--csv"}, 8},
-                             {{"show"}, 0},
-                             {{"show", "--result", "failed"}, 0},
-                             {{"export", "--json"}, 0},
-                             {{"export", "--html"}, 0}};
+const Command kCommands[] = {{{"log", "stats"}, 3},
+                             {{"log", "errors"}, 3},
+                             {{"log", "show", "--calls"}, 3},
+                             {{"log", "show", "--object", "Nothing"}, 3},
+                             {{"log", "check"}, 8},
+                             {{"log", "redact"}, 8},
+                             {{"log", "export", "--csv"}, 8},
+                             {{"log", "show"}, 0},
+                             {{"log", "show", "--result", "failed"}, 0},
+                             {{"log", "export", "--json"}, 0},
+                             {{"log", "export", "--html"}, 0}};
 
 constexpr double kMostMegabytes = 10;
 constexpr int kPairsWithoutGoal = 3;
@@ -69,16 +71,15 @@ double ReadEvents(const std::string& path)
 
 std::string Joined(const std::vector<std::string>& words)
 {
-    std::string text = "log";
-    for (const std::string& word : words) text += ' ' + word;
+    std::string text;
+    for (const std::string& word : words) (text += text.empty() ? "" : " ") += word;
     return text;
 }
 
 // Runs the command in this process and discards its output.
 double RunCommand(const std::vector<std::string>& command, const std::string& path)
 {
-    std::vector<std::string> words = {"log"};
-    words.insert(words.end(), command.begin(), command.end());
+    std::vector<std::string> words = command;
     words.push_back(path);
     std::FILE* nothing = std::fopen("/dev/null", "wb");
     if (!nothing) throw std::runtime_error("there is no /dev/null");
@@ -102,14 +103,26 @@ void Measure(const std::string& what, int pairs, double goal, const std::string&
         what, pairs, {goal}, [&] { return ScanForTags(path); }, measured);
 }
 
-void MeasureMemory(const std::string& command, const std::vector<std::string>& words, const std::string& path)
+void MeasureMemory(const std::string& command, std::vector<std::string> words, const std::string& path)
 {
-    std::vector<std::string> all = {ZELT_CONTROL, "log"};
-    all.insert(all.end(), words.begin(), words.end());
-    all.push_back(path);
-    const Run run = RunProgram(all);
+    words.insert(words.begin(), ZELT_CONTROL);
+    words.push_back(path);
+    const Run run = RunProgram(words);
     if (!run.started) throw std::runtime_error("zeltctl cannot be started");
     Require(PrintFigure(command, run.megabytes, "MB", kMostMegabytes));
+}
+
+void MeasureRecordings(long long bytes, const std::string& only)
+{
+    const std::vector<std::string> kUses[] = {{"recording", "info"},
+                                              {"recording", "profile"},
+                                              {"recording", "profile", "--trace-events"},
+                                              {"recording", "redact"}};
+    if (!only.empty() && only != "recording") return;
+    PrintTitle("The most memory of zeltctl over a recording of " + std::to_string(bytes / 1'000'000) + " MB");
+    const WrittenRecording recording(bytes);
+    const std::string path = std::filesystem::path(recording.Path()).string();
+    for (const auto& words : kUses) MeasureMemory(Joined(words), words, path);
 }
 
 }  // namespace
@@ -139,7 +152,7 @@ try {
     const auto isWanted = [&](const std::string& name) { return only.empty() || name == only; };
     if (isWanted("events")) Measure("events", pairs, 2.5, path, [&] { return ReadEvents(path); });
     for (const Command& command : kCommands) {
-        if (!isWanted(command.words.front())) continue;
+        if (!isWanted(command.words[1])) continue;
         const int rowPairs = command.goal > 0 ? pairs : std::min(pairs, kPairsWithoutGoal);
         Measure(Joined(command.words), rowPairs, command.goal, path, [&] { return RunCommand(command.words, path); });
     }
@@ -152,8 +165,9 @@ try {
 
     PrintTitle("The most memory of zeltctl over a log of " + size);
     for (const Command& command : kCommands) {
-        if (isWanted(command.words.front())) MeasureMemory(Joined(command.words), command.words, path);
+        if (isWanted(command.words[1])) MeasureMemory(Joined(command.words), command.words, path);
     }
+    MeasureRecordings(bytes, only);
     return ExitCode();
 } catch (const std::exception& failure) {
     std::printf("bench_logs: %s\n", failure.what());
