@@ -184,6 +184,9 @@ TEST_F(ProgramResources, TheViewer)
         L"\"Log viewer:\" menu #204 font MS Shell Dlg\n"
         L"text -1 \"Log\"\n"
         L"systreeview32 206 \"\"\n"
+        L"text 1105 \"Filter:\"\n"
+        L"edit field 1106 \"\"\n"
+        L"text 1107 \"\"\n"
         L"text -1 \"Errors\"\n"
         L"syslistview32 207 \"\"\n",
         DialogText(module, 111));
@@ -199,7 +202,10 @@ TEST_F(ProgramResources, TheViewer)
         L"&Search\n"
         L" 1005 &Find...\tCtrl+F\n"
         L" 1006 Find &next\tF3\n"
-        L" 1007 Find &previous\tShift+F3\n",
+        L" 1007 Find &previous\tShift+F3\n"
+        L"&Errors\n"
+        L" 1009 &Line, call and object\tCtrl+E\n"
+        L" 1010 &Filter\tCtrl+L\n",
         Menu(204));
     EXPECT_EQ(
         L"\"Search:\" font MS Shell Dlg\n"
@@ -222,7 +228,8 @@ TEST_F(ProgramResources, TheKeys)
 {
     // The key, with the modifiers before it, and the command.
     const std::vector<std::wstring> expected = {L"65 ctrl 1001", L"66 ctrl 1002", L"70 ctrl 1005",   L"81 ctrl 1003",
-                                                L"27 1004",      L"114 1006",     L"114 shift 1007", L"115 1008"};
+                                                L"27 1004",      L"114 1006",     L"114 shift 1007", L"115 1008",
+                                                L"69 ctrl 1009", L"76 ctrl 1010"};
     ACCEL keys[20];
     const int count = CopyAcceleratorTableW(LoadAcceleratorsW(module, MAKEINTRESOURCEW(205)), keys, 20);
     std::vector<std::wstring> found;
