@@ -6,6 +6,7 @@
 namespace zelt::ctl {
 
 inline constexpr std::string_view kWindowsCommands[] = {
-    "list", "discover", "add", "remove", "log on", "log off", "options", "doctor", "report", "path add", "path remove"};
+    "list",   "discover", "add",      "remove",      "log on",           "log off",         "options",
+    "doctor", "report",   "path add", "path remove", "recording render", "recording replay"};
 
 }  // namespace zelt::ctl

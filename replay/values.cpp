@@ -120,6 +120,7 @@ void GiveVariant(const Value& value, Objects& objects, void* place)
         held.push_back(objects.StandIn(address, IID_IDispatch));
         return held.back().Get();
     });
+    if (!recorded.IsCopyable()) throw Unplayable("a recorded array has no elements that can be made again");
     auto* const variant = static_cast<VARIANT*>(place);
     VariantInit(variant);
     VARIANT source = recorded.Get();

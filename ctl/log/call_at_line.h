@@ -18,7 +18,7 @@ public:
     // The opening lines of the call and of those around it, the outermost first; empty for a line outside of calls.
     const std::vector<int>& Calls() const { return calls; }
     // Of the log's last element; a smaller number than `line` when the log does not reach there.
-    int LastLine() const { return current; }
+    int LastLine() const { return settled && current < wanted ? wanted : current; }
 
 private:
     const int wanted;

@@ -55,6 +55,7 @@ public:
         ++found;
         Write(line, rule, text);
     }
+    bool Ignores(std::string_view rule) const { return ignored.contains(rule); }
     // No finding.
     void Query(int line, const std::string& text)
     {
@@ -236,9 +237,10 @@ int CheckLog(const Arguments& arguments, const std::string& log, Streams& stream
     };
     const Checker::ReportQuery reportQuery = [&](int line, const std::string& text) { reporter.Query(line, text); };
     Checker checker(report, reportQuery);
-    Output ignored;  // The finding says the same.
-    checker.Finish(ReadEvents(log, checker, ignored));
-    return reporter.Finish(streams.leftOut);
+    Output unseen;  // The finding says the same.
+    const bool complete = ReadEvents(log, checker, reporter.Ignores("damaged") ? streams.messages : unseen);
+    checker.Finish(complete);
+    return CodeOf(complete, reporter.Finish(streams.leftOut));
 }
 
 }  // namespace zelt::ctl

@@ -128,7 +128,9 @@ std::string InOneLine(const CallText& call, bool isUnfinished)
         if (!inputs.empty()) text.append(" ").append(inputs);
         if (!outputs.empty() && !call.result.failed) text.append(" -> ").append(outputs);
     }
-    return text.append(isUnfinished ? " (no answer)" : call.result.failed ? " (failed)" : "");
+    // Where the line is cut, the end is what counts.
+    const std::string_view end = isUnfinished ? " (no answer)" : call.result.failed ? " (failed)" : "";
+    return (end.empty() ? text : Shortened(text, kLongestLine - end.size())).append(end);
 }
 
 void Tell(const FailureStory& story, long long number, long long count, Output& out)

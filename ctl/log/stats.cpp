@@ -139,12 +139,13 @@ std::vector<Column> ColumnsOf(const std::vector<Row>& rows, bool withQueries)
 
 void WriteTable(const char* title, const std::vector<Row>& rows, std::size_t most, bool withQueries, Output& out)
 {
-    const std::vector<Column> columns = ColumnsOf(rows, withQueries);
+    const std::vector<Row> shown(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(std::min(most, rows.size())));
+    const std::vector<Column> columns = ColumnsOf(shown, withQueries);
     for (const Column& column : columns) out.Fill(10 - std::string_view(column.name).size()) << column.name << ' ';
     out << ' ' << title << '\n';
-    for (std::size_t row = 0; row < std::min(most, rows.size()); ++row) {
-        for (const Column& column : columns) out.Number(rows[row].second.*column.count, 10) << ' ';
-        out << ' ' << rows[row].first << '\n';
+    for (const Row& row : shown) {
+        for (const Column& column : columns) out.Number(row.second.*column.count, 10) << ' ';
+        out << ' ' << row.first << '\n';
     }
     if (rows.size() > most) {
         out.Fill(11 * columns.size() + 1) << "and " << static_cast<long long>(rows.size() - most) << " more\n";

@@ -11,6 +11,8 @@
 #include "ctl/log/failure_story.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/log_paths.h"
+#include "ctl/log/rules/derivative_rule.h"
+#include "ctl/log/rules/equilibrium_rules.h"
 #include "ctl/log/rules/parameter_rules.h"
 
 namespace zelt::ctl {
@@ -28,7 +30,9 @@ public:
           values(report),
           properties(report),
           versions(report),
-          parameters(report)
+          parameters(report),
+          equilibria(report),
+          derivatives(report)
     {}
 
     void Begin(const LogEvent& event) override
@@ -38,6 +42,8 @@ public:
         if (SaysMore(event)) detail = event.text;
         texts.Begin(event);
         summaries.Begin(event);
+        equilibria.Begin(event);
+        derivatives.Begin(event);
         if (event.kind == EventKind::Call) {
             open.emplace_back();
             life.Begin(event);
@@ -110,6 +116,9 @@ private:
         values.End(summary);
         properties.End(summary, open.size() == 1);
         parameters.End(summary);
+        const auto depth = static_cast<int>(open.size()) - 1;
+        equilibria.EndCall(depth);
+        derivatives.EndCall(depth);
         materials.Take(call);
 
         Gathered gathered = std::move(open.back());
@@ -214,6 +223,8 @@ private:
     PropertyRules properties;
     VersionRules versions;
     ParameterRules parameters;
+    EquilibriumRules equilibria;
+    DerivativeRule derivatives;
     CallTexts texts;
     CallSummarizer summaries;
     MaterialStates materials;

@@ -40,8 +40,49 @@ std::size_t SizeOf(VARTYPE type)
         case VT_UI4:
         case VT_INT:
         case VT_UINT:
-        case VT_ERROR: return 4;
+        case VT_ERROR:
+        case VT_R4: return 4;
         default: return 8;
+    }
+}
+
+// Whether a value of the type is recorded in this form. In any other form, it would be taken for memory that is not there.
+bool IsRecordedAs(VARTYPE type, Value::Form form)
+{
+    switch (type) {
+        case VT_I1:
+        case VT_UI1:
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL:
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_ERROR:
+        case VT_I8:
+        case VT_UI8:
+        case VT_CY: return form == Value::Form::Integer;
+        case VT_R8:
+        case VT_DATE: return form == Value::Form::Real;
+        case VT_R4:
+        case VT_DECIMAL: return form == Value::Form::Raw;
+        case VT_BSTR: return form == Value::Form::Text || form == Value::Form::RawText;
+        case VT_UNKNOWN:
+        case VT_DISPATCH: return form == Value::Form::Pointer;
+        default: return false;
+    }
+}
+
+// The feature that says what the elements of an array are; 0 for numbers.
+USHORT FeatureOf(VARTYPE type)
+{
+    switch (type) {
+        case VT_BSTR: return FADF_BSTR;
+        case VT_UNKNOWN: return FADF_UNKNOWN;
+        case VT_DISPATCH: return FADF_DISPATCH;
+        case VT_VARIANT: return FADF_VARIANT;
+        default: return 0;
     }
 }
 
@@ -87,6 +128,7 @@ VARIANT RecordedVariant::Make(const Value& value)
     VARIANT made = {};
     made.vt = value.type;
     if (value.form == Value::Form::None) return made;
+    if ((value.form == Value::Form::Array) != ((value.type & VT_ARRAY) != 0)) Contradicts();
     if (value.form == Value::Form::Array) {
         SAFEARRAY* const array = MakeArray(value.array.at(0), value.type & VT_TYPEMASK);
         if (value.type & VT_BYREF) {
@@ -99,6 +141,7 @@ VARIANT RecordedVariant::Make(const Value& value)
         return made;
     }
     if (value.form == Value::Form::Variant) {
+        if (value.type != (VT_BYREF | VT_VARIANT)) Contradicts();
         const VARIANT inner = Make(value.inner.at(0));
         made.byref = Room(sizeof inner);
         std::memcpy(made.byref, &inner, sizeof inner);
@@ -121,6 +164,7 @@ VARIANT RecordedVariant::Make(const Value& value)
 void RecordedVariant::SetScalar(VARIANT& made, const Value& value)
 {
     const VARTYPE vt = made.vt;
+    if (!IsRecordedAs(value.type & VT_TYPEMASK, value.form)) Contradicts();
     switch (value.form) {
         case Value::Form::Integer: std::memcpy(&made.llVal, &value.integer, SizeOf(value.type & VT_TYPEMASK)); break;
         case Value::Form::Real: made.dblVal = value.real; break;
@@ -131,11 +175,13 @@ void RecordedVariant::SetScalar(VARIANT& made, const Value& value)
             break;
         case Value::Form::Pointer: made.byref = PointerFor(value.address); break;
         case Value::Form::Raw:
-            if (value.bytes.size() == sizeof(DECIMAL)) {
+            if ((value.type & VT_TYPEMASK) == VT_DECIMAL) {
+                if (value.bytes.size() != sizeof(DECIMAL)) Contradicts();
                 std::memcpy(&made, value.bytes.data(), sizeof(DECIMAL));
                 made.vt = vt;
             } else {
-                std::memcpy(&made.llVal, value.bytes.data(), std::min(value.bytes.size(), sizeof made.llVal));
+                if (value.bytes.size() != SizeOf(value.type & VT_TYPEMASK)) Contradicts();
+                std::memcpy(&made.llVal, value.bytes.data(), value.bytes.size());
             }
             break;
         case Value::Form::None:
@@ -154,8 +200,10 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
                                               : SafeArrayAllocDescriptor(dimensions, &array);
     if (FAILED(made)) Contradicts();
     arrays.push_back(array);
+    const VARTYPE type = recorded.elementType.value_or(declared);
+    const USHORT feature = FeatureOf(type);
     // What kind of elements there are; whose memory they are in is another matter here.
-    array->fFeatures |= recorded.features & (FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT);
+    array->fFeatures |= recorded.features & feature;
     array->cbElements = recorded.elementSize;
     for (UINT dimension = 0; dimension < dimensions; ++dimension) {
         // The descriptor has the rightmost dimension first.
@@ -163,12 +211,13 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
         array->rgsabound[dimension] = {static_cast<ULONG>(bound.count), bound.lower};
     }
     const std::size_t count = CountElements(recorded);
-    const VARTYPE type = recorded.elementType.value_or(declared);
+    const std::size_t size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(void*);
     if (!recorded.elements.empty() || type == VT_VARIANT) {
-        if (!recorded.elements.empty() && recorded.elements.size() != count) Contradicts();
-        const std::size_t size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(void*);
+        const bool fits = recorded.elements.size() == count && feature != 0 && recorded.elementSize == size;
+        if (!recorded.elements.empty() && !fits) Contradicts();
         auto* bytes = static_cast<char*>(Room(count * size));
         for (std::size_t i = 0; i < recorded.elements.size(); ++i) {
+            if (type != VT_VARIANT && recorded.elements[i].type != type) Contradicts();
             const VARIANT element = Make(recorded.elements[i]);
             if (size == sizeof(VARIANT)) {
                 std::memcpy(bytes + i * size, &element, size);
@@ -178,10 +227,15 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
         }
         array->pvData = bytes;
     } else if (!recorded.numbers.empty()) {
+        // Texts and objects are recorded as numbers only where the component gave their elements a size that is not theirs.
+        if (feature != 0 && recorded.elementSize == size) Contradicts();
+        if (feature != 0) isCopyable = false;
         if (recorded.elementSize == 0 || recorded.numbers.size() / recorded.elementSize < count) Contradicts();
         void* const bytes = Room(recorded.numbers.size());
         std::memcpy(bytes, recorded.numbers.data(), recorded.numbers.size());
         array->pvData = bytes;
+    } else if (count != 0) {
+        isCopyable = false;
     }
     return array;
 }

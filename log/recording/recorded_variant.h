@@ -26,6 +26,8 @@ public:
     RecordedVariant& operator=(const RecordedVariant&) = delete;
 
     const VARIANT& Get() const { return variant; }
+    // False where an array says that it has elements, and has no memory for them that the system could copy.
+    bool IsCopyable() const { return isCopyable; }
 
 private:
     VARIANT Make(const recording::Value& value);
@@ -39,6 +41,7 @@ private:
     std::deque<std::vector<char>> rooms;
     std::vector<BSTR> texts;
     std::vector<SAFEARRAY*> arrays;
+    bool isCopyable = true;
     VARIANT variant;
 };
 

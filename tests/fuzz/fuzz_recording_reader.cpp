@@ -30,11 +30,17 @@ private:
     std::size_t at = 0;
 };
 
-// Every value is equal to itself.
+// Every value is equal to itself, and any two can be compared, in both directions with the same answer.
 void Compare(const recording::KeptCall& call)
 {
+    const recording::Value* before = nullptr;
     for (const recording::ArgumentRecord& argument : call.arguments) {
         CHECK(!recording::Difference(argument.value, argument.value, 0));
+        if (before) {
+            const bool differs = recording::Difference(*before, argument.value, 0).has_value();
+            CHECK(differs == recording::Difference(argument.value, *before, 0).has_value());
+        }
+        before = &argument.value;
     }
     for (const auto& nested : call.nested) Compare(*nested);
 }

@@ -241,6 +241,16 @@ TEST(LogCheck, KnowsTheRulesThatItsHelpAndItsRefusalList)
     EXPECT_NE(std::string::npos, refusal.find("the rules are " + list + ';')) << refusal;
 }
 
+TEST(LogCheck, DoesNotIgnoreThatALogIsCutOff)
+{
+    const std::string whole = InLog(kUse);
+    const TemporaryLog log(whole.substr(0, whole.size() - 10));
+    const Outcome outcome = RunCommand({"log", "check", "--ignore", "damaged,open-call", log.Path()});
+    EXPECT_EQ(1, outcome.code);
+    EXPECT_EQ("", outcome.data);
+    EXPECT_NE(std::string::npos, outcome.messages.find(log.Path())) << outcome.messages;
+}
+
 TEST(LogCheck, NamesTheCallsThatWereOpenAtTheCut)
 {
     const std::string whole = InLog(kInitialize + Calculate(Read("density")));

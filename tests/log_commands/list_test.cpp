@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 
 #include "command_runner.h"
 #include "standard_input.h"
@@ -48,6 +49,20 @@ TEST(LogList, ShowsTheNewestFirst)
             "2026-11-09 23:59  Aromatics                4 KB      2         2  complete  " +
             d + "\n",
         outcome.data);
+}
+
+TEST(LogList, TellsLogsOfOneMinuteApartByTheirLastChange)
+{
+    const TemporaryFolder folder;
+    const auto now = std::filesystem::file_time_type::clock::now();
+    const char* const names[] = {"b.zlg", "c.zlg", "a.zlg"};  // from the oldest
+    for (int i = 0; i < 3; ++i) {
+        const std::string log = folder.Write(names[i], Log("November 21, 2026, 08:48", "Aromatics"));
+        std::filesystem::last_write_time(log, now - std::chrono::minutes(3 - i));
+    }
+    const std::string listed = RunCommand({"log", "list", folder.Path()}).data;
+    EXPECT_LT(listed.find("a.zlg"), listed.find("c.zlg")) << listed;
+    EXPECT_LT(listed.find("c.zlg"), listed.find("b.zlg")) << listed;
 }
 
 TEST(LogList, IsForScriptsToo)

@@ -73,6 +73,20 @@ TEST(LogShowAt, ShowsALineOutsideOfCalls)
     EXPECT_EQ("", ShowAt(2).data);
 }
 
+TEST(LogShowAt, TakesAnEmptyLineForThatOfTheCallAroundIt)
+{
+    const TemporaryLog log(
+        InLog("<func name=\"A::B\" direc=\"in\" object=\"o\">\r\n\r\n <info value=\"inside\"/>\r\n</func>\r\n\r\n\r\n"
+              "<info value=\"after\"/>\r\n"));
+    // Lines 1 and 2 are the declaration and the root.
+    const Outcome inside = RunCommand({"log", "show", "--at", "4", log.Path()});
+    EXPECT_EQ(0, inside.code) << inside.messages;
+    EXPECT_TRUE(inside.data.starts_with("       3  > A::B  o\n")) << inside.data;
+    const Outcome outside = RunCommand({"log", "show", "--at", "8", log.Path()});
+    EXPECT_EQ(0, outside.code) << outside.messages;
+    EXPECT_EQ(2, RunCommand({"log", "show", "--at", "10", log.Path()}).code);
+}
+
 TEST(LogShowAt, RefusesALineThatTheLogDoesNotHave)
 {
     const Outcome outcome = ShowAt(71);

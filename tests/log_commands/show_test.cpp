@@ -300,6 +300,13 @@ TEST(LogStats, ShowTheTopRows)
         "\n"
         "1 system query hidden\n",
         RunCommand({"log", "stats", "--top", "2", "--sort", "failures", kConversation}).data);
+    // A column of zeros in the rows that are shown says nothing.
+    const TemporaryLog log(
+        InLog("<func name=\"A::Often\" direc=\"in\" object=\"o\"></func>"
+              "<func name=\"A::Often\" direc=\"in\" object=\"o\"></func>"
+              "<func name=\"A::Once\" direc=\"in\" object=\"p\"><error value=\"E_FAIL\"/></func>"));
+    const std::string often = RunCommand({"log", "stats", "--top", "1", log.Path()}).data;
+    EXPECT_TRUE(often.starts_with("     calls  member\n         2  A::Often\n")) << often;
     const std::string json = RunCommand({"log", "stats", "--top", "1", "--json", kConversation}).data;
     EXPECT_EQ(3u, LinesOf(json).size()) << json;
     for (const char* number : {"0", "1.5", "-1", "x", "1e9"}) {

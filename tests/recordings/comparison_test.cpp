@@ -97,6 +97,20 @@ TEST(Comparison, OfDifferentSortsOfValues)
     EXPECT_EQ("1 of another type: 7 instead of 0", DifferenceOf(Real(1), wide));
 }
 
+// As damage leaves it: elements, and numbers that are not as many.
+TEST(Comparison, OfAnArrayWithElementsAndNumbersReadsNeitherBeyondItsEnd)
+{
+    const std::vector<double> two = {1, 2}, one = {1};
+    Value recorded = Array(two), actual = Array(one);
+    for (Value* const value : {&recorded, &actual}) {
+        value->array.front().bounds = {{0, 1000}};
+        value->array.front().elements.assign(1000, Real(1));
+    }
+    EXPECT_EQ("elements of another type", DifferenceOf(recorded, actual));
+    EXPECT_EQ("elements of another type", DifferenceOf(actual, recorded));
+    EXPECT_EQ("none", DifferenceOf(recorded, recorded));
+}
+
 TEST(Summary, ShortensLongTextsBetweenCharacters)
 {
     EXPECT_EQ("\"" + std::string(39, 'x') + "...\"", Summary(Text(std::string(39, 'x') + "\xC3\xB6\xC3\xB6")));
