@@ -60,11 +60,23 @@ void CallProfile::Add(const TimedCall& call)
     AddTo(total, call, self);
     if (call.depth == 0) shares.all += call.duration;
     (call.isOutward ? shares.simulator : shares.component) += self;
+    if (call.isOutward) {
+        shortestOutward = outwardCalls == 0 ? self : std::min(shortestOutward, self);
+        ++outwardCalls;
+    }
     shares.zelt += Difference(call.duration, call.inside);
     if (slowest.size() < mostSlowest || (!slowest.empty() && IsLonger(call, slowest.back()))) {
         slowest.insert(std::upper_bound(slowest.begin(), slowest.end(), call, IsLonger), call);
         if (slowest.size() > mostSlowest) slowest.pop_back();
     }
+}
+
+TimeShares CallProfile::Shares() const
+{
+    TimeShares split = shares;
+    split.transport = outwardCalls * shortestOutward;
+    split.simulator -= split.transport;
+    return split;
 }
 
 void CallProfile::AddTo(CallFigures& figures, const TimedCall& call, std::uint64_t self)

@@ -43,7 +43,10 @@ void WriteShares(const TimeShares& shares, Output& out)
     const struct {
         const char* name;
         std::uint64_t time;
-    } rows[] = {{"component", shares.component}, {"simulator", shares.simulator}, {"ZELT", shares.zelt}};
+    } rows[] = {{"component", shares.component},
+                {"simulator", shares.simulator},
+                {"transport", shares.transport},
+                {"ZELT", shares.zelt}};
     Right(out, TimeText(shares.all), 10);
     out << "  in all calls\n";
     for (const auto& row : rows) {

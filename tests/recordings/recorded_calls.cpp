@@ -32,7 +32,7 @@ RecordedCalls::RecordedCalls(bool hasComponent)
     header.started = 134'171'932'530'000'000;
     header.frequency = 10'000'000;
     header.codePage = 1252;
-    header.settings = "hideDialogs=0";
+    header.settings = "PromptOpenLog=0 PRAVIKUnit={2FD53BB5-1013-418D-BAB6-15DF8AD606A6} RecordCalls=1";
     writer.Begin(header);
     if (hasComponent) MakeComponent();
     NewObject(0x1000, 0x2000);

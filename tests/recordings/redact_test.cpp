@@ -98,6 +98,16 @@ std::string Flash()
     return calls.Whole();
 }
 
+TEST(RecordingRedaction, LeavesSwitchesAndNoClass)
+{
+    RecordedCalls calls;
+    calls.Call("ICapeUtilities::Edit", kPackage);
+    const std::string redacted = Redact(calls.Whole());
+    EXPECT_NE(std::string::npos, redacted.find("PromptOpenLog=0 RecordCalls=1"));
+    EXPECT_EQ(std::string::npos, redacted.find("PRAVIKUnit"));
+    EXPECT_EQ(std::string::npos, redacted.find("2FD53BB5"));
+}
+
 TEST(RecordingRedact, LeavesNothingThatIdentifies)
 {
     for (const std::string& recording : {Flash(), SampleRecording()}) {

@@ -74,12 +74,25 @@ private:
     std::string_view Kept(std::string text) { return texts.emplace_back(std::move(text)); }
     std::string_view Alias(std::string_view text) { return text.empty() ? text : Kept(aliases.Text(text)); }
 
+    // The settings that are on or off. The others name a class.
+    std::string_view Switches(std::string_view settings)
+    {
+        std::string switches;
+        while (!settings.empty()) {
+            const std::string_view setting = settings.substr(0, settings.find(' '));
+            settings.remove_prefix(std::min(setting.size() + 1, settings.size()));
+            if (!setting.ends_with("=0") && !setting.ends_with("=1")) continue;
+            switches.append(switches.empty() ? "" : " ").append(setting);
+        }
+        return Kept(std::move(switches));
+    }
     HeaderRecord Redacted(HeaderRecord header)
     {
         header.objectName = Kept(aliases.Name(header.objectName));
         header.startText = Alias(header.startText);
         header.started = 0;
         header.locale = header.thread = 0;
+        header.settings = Switches(header.settings);
         return header;
     }
     ComponentRecord Redacted(ComponentRecord component)

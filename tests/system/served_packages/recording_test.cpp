@@ -2,6 +2,7 @@
 // test of this program shows.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "samples/units/classes.h"
@@ -131,6 +132,30 @@ TEST_P(Recordings, AnswerInThePlaceOfAReactionPackage)
         SimulatorCommand(GetParam(), L"Hydrogen", {}, kThisEdition[OwnClass::ReactionPackageManager].progId));
 }
 
+// A simulator asks what was never asked while the package was recorded.
+TEST_P(Recordings, SayWhatTheyHaveNoAnswerTo)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    const fs::path recording = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
+    Export({});
+    const SimulatorResult added = RunTool(L"add --log --width " + std::to_wstring(kThisEdition.width) +
+                                          L" --recording \"" + recording.wstring() + L"\"");
+    ASSERT_EQ(0u, added.exitCode) << added.output;
+    const std::vector<fs::path> before = Logs();
+    ChooseUnit(sample::kMixerHeaterClass);
+    const SimulatorResult run = RunSimulator(SimulatorCommand(
+        GetParam(), L"Aromatics", L"--flowsheet " + std::wstring(kThisEdition[OwnClass::UnitOperation].progId)));
+    EXPECT_NE(0u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("The recording has no answer to ")) << run.output;
+    ASSERT_TRUE(WaitUntilGone(kServerFile));
+    std::string log;
+    for (const fs::path& one : Logs()) {
+        if (std::find(before.begin(), before.end(), one) == before.end()) log += ReadLog(one);
+    }
+    EXPECT_NE(std::string::npos, log.find("<error value=\"ECapeUnknownHR (&quot;The recording has no answer to "))
+        << log;
+}
+
 TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
@@ -145,6 +170,11 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
                           "\"propVals\": [2]: 2908.79772"))
         << first;
     EXPECT_NE(std::string::npos, first.find(" instead of 2908.79481")) << first;
+    // The component can be named, too.
+    const std::wstring named = L"--with ZeltSample.PropertyPackageManager ";
+    EXPECT_EQ(exact.output, ReplayOf(recording, named + L"--package \"Aromatics, revised\"").output);
+    EXPECT_EQ(0u, ReplayOf(recording, named).exitCode);
+    EXPECT_EQ(2u, ReplayOf(recording, L"--with ZeltSample.NoSuchClass").exitCode);
     const SimulatorResult tolerant = ReplayOf(recording, L"--package \"Aromatics, revised\" --tolerance 1e-4");
     EXPECT_EQ(0u, tolerant.exitCode) << tolerant.output;
 }
