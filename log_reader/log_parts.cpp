@@ -11,6 +11,7 @@ LogReadResult ReadLogByParts(LogInput& input, PartSink& sink)
     const ScanSizes sizes;
     LogScanner<FastBytes> scanner(input, sink, sizes);
     sink.offset = [&scanner] { return scanner.Offset(); };
+    sink.line = [&scanner] { return scanner.Line(); };
     const auto result = scanner.Scan();
     sink.PartsEnd(scanner.Offset());
     if (result) return *result;

@@ -18,11 +18,14 @@ public:
 protected:
     // The same for the events so far; during Continue, before PartsEnd.
     std::int64_t Offset() const { return offset(); }
+    // The line that begins there, from 1.
+    int Line() const { return line(); }
 
 private:
     friend LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
 
     std::function<std::int64_t()> offset;
+    std::function<int()> line;
 };
 
 // Like ReadLog.

@@ -60,6 +60,7 @@ public:
 
     // Where the next line begins. During LogSink::Continue, what has been delivered is what comes before.
     std::int64_t Offset() const { return InFile(position); }
+    int Line() const { return line; }
 
     // For the parser: where, with what was read from there on, and what the input returned when it gave no more.
     ResumePoint Resume() const;

@@ -59,6 +59,8 @@
 #define kCommandFindNext 1006
 #define kCommandFindPrevious 1007
 #define kCommandNextError 1008
+#define kCommandErrorDetails 1009
+#define kCommandFilterErrors 1010
 
 // Dialogs, menus and controls of the log viewer.
 #define kDialogLogViewer 111
@@ -71,3 +73,6 @@
 #define kSearchIgnoreCase 1102
 #define kSearchWholeItem 1103
 #define kProgressBar 1104
+#define kErrorFilterLabel 1105
+#define kErrorFilter 1106
+#define kErrorFilterCount 1107

@@ -29,12 +29,14 @@ bool Deliver(Batch& batch, RowSink& sink)
 {
     if (!batch.pages.IsEmpty()) sink.Pages(std::move(batch.pages));
     std::string_view rest = batch.text;
+    auto line = batch.errorLines.begin();
     for (const Batch::Entry& entry : batch.entries) {
         if (entry.flags & Batch::kIsObjection) {
             sink.ParseError(static_cast<int>(entry.length));
         } else {
+            const bool isError = (entry.flags & Batch::kIsError) != 0;
             sink.Row({entry.depth, static_cast<SmallImage>(entry.image), (entry.flags & Batch::kHasChildren) != 0,
-                      (entry.flags & Batch::kIsError) != 0, rest.substr(0, entry.length)});
+                      isError, rest.substr(0, entry.length), isError ? *line++ : 0});
             rest.remove_prefix(entry.length);
         }
         if (!sink.Continue()) return false;
@@ -58,6 +60,7 @@ public:
         HandOver();
     }
     bool Continue() override { return wanted; }
+    bool WantsLines() const override { return true; }
     void HandOver() { HandOver({}); }
     void HandOver(PageBatch&& pages)
     {
@@ -94,11 +97,12 @@ public:
     bool Continue() override
     {
         if (inPages && indexer.IsPageFull()) {
-            indexer.EndPage(Offset());
+            indexer.EndPage(Offset(), Line());
             if (pages++ % kBatchPages == 0) collector.HandOver(indexer.Take());
         }
         return collector.Continue();
     }
+    bool WantsLines() const override { return true; }
     void PartsEnd(std::int64_t offset) override
     {
         inPages = false;

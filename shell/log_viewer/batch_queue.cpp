@@ -18,6 +18,7 @@ void Batch::Add(const LogEvent& event)
 {
     const std::size_t before = text.size();
     AppendLabel(text, event);
+    if (IsError(event)) errorLines.push_back(event.line);
     const int flags = (event.hasChildren ? kHasChildren : 0) | (IsError(event) ? kIsError : 0);
     entries.push_back({static_cast<std::uint32_t>(text.size() - before), static_cast<std::uint16_t>(event.depth),
                        static_cast<std::uint8_t>(ImageOf(event)), static_cast<std::uint8_t>(flags)});

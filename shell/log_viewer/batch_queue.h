@@ -27,7 +27,8 @@ struct Batch {
 
     std::vector<Entry> entries;
     std::string text;
-    PageBatch pages;  // before the rows
+    std::vector<int> errorLines;  // of the rows that are errors, in order
+    PageBatch pages;              // before the rows
     long long position = 0;
 
     void Add(const LogEvent& event);
@@ -36,6 +37,7 @@ struct Batch {
     {
         entries.clear();
         text.clear();
+        errorLines.clear();
         pages = {};
     }
 };

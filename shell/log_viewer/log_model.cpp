@@ -58,14 +58,19 @@ ItemIndex LogModel::Add(const TreeRow& row)
     const auto depth = static_cast<std::size_t>(row.depth);
     if (open.capacity() <= depth) open.reserve(2 * depth + 16);
     if (row.isError) {
-        if (errors.size() == errors.capacity()) errors.reserve(errors.size() + errors.size() / 2 + 64);
+        const std::size_t room = errors.size() + errors.size() / 2 + 64;
+        if (errors.size() == errors.capacity()) errors.reserve(room);
+        if (errorLines.size() == errorLines.capacity()) errorLines.reserve(room);
     }
     const ItemIndex parent = depth == 0 ? kNoItem : open[depth - 1];
     items.Add({Intern(row.label), static_cast<std::uint32_t>(row.image), 0, parent, kNoItem});
     for (std::size_t level = depth; level < open.size(); ++level) items[open[level]].end = index;
     open.resize(depth);
     open.push_back(index);
-    if (row.isError) errors.push_back(index);
+    if (row.isError) {
+        errors.push_back(index);
+        errorLines.push_back(row.line);
+    }
     return index;
 }
 
@@ -178,7 +183,14 @@ void LogModel::Remove(ItemIndex item)
 
 void LogModel::CleanErrors()
 {
-    std::erase_if(errors, [this](ItemIndex item) { return IsRemoved(item); });
+    std::size_t kept = 0;
+    for (std::size_t number = 0; number < errors.size(); ++number) {
+        if (IsRemoved(errors[number])) continue;
+        errors[kept] = errors[number];
+        errorLines[kept++] = errorLines[number];
+    }
+    errors.resize(kept);
+    errorLines.resize(kept);
 }
 
 }  // namespace zelt

@@ -46,6 +46,8 @@ public:
 
     // The errors and warnings, in tree order.
     const std::vector<ItemIndex>& Errors() const { return errors; }
+    // Their lines in the file, in the same order.
+    const std::vector<int>& ErrorLines() const { return errorLines; }
 
     // Removes an item with everything below it. After any number of removals, call CleanErrors once.
     void Remove(ItemIndex item);
@@ -75,6 +77,7 @@ private:
     ChunkedArray<Item> items;
     std::vector<ItemIndex> open;  // the items whose ends are still unknown, outermost first
     std::vector<ItemIndex> errors;
+    std::vector<int> errorLines;
 
     ChunkedArray<const char*> labels;  // each its length, then its bytes
     std::vector<std::unique_ptr<char[]>> blocks;

@@ -40,6 +40,14 @@ RECT Splitter::Gap() const
     return {margin, top, std::max<LONG>(margin, client.right - margin), top + dialog.Scaled(kGap)};
 }
 
+RECT Splitter::Free() const
+{
+    RECT free = Gap();
+    free.top = free.bottom;
+    free.bottom += kept;
+    return free;
+}
+
 void Splitter::Arrange() const
 {
     if (!upper) return;
@@ -48,11 +56,12 @@ void Splitter::Arrange() const
     const int margin = dialog.Scaled(kMargin);
     const RECT gap = Gap();
     const int width = gap.right - gap.left;
-    const int below = std::max(0, static_cast<int>(client.bottom - margin - gap.bottom));
+    const int top = gap.bottom + kept;
+    const int below = std::max(0, static_cast<int>(client.bottom) - margin - top);
     constexpr UINT kInPlace = SWP_NOZORDER | SWP_NOACTIVATE;
     const HDWP moves = BeginDeferWindowPos(2);
     DeferWindowPos(moves, upper, nullptr, margin, margin, width, gap.top - margin, kInPlace);
-    DeferWindowPos(moves, lower, nullptr, margin, gap.bottom, width, below, kInPlace);
+    DeferWindowPos(moves, lower, nullptr, margin, top, width, below, kInPlace);
     EndDeferWindowPos(moves);
 }
 

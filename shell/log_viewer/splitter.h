@@ -13,6 +13,9 @@ public:
     Splitter(Dialog& dialog, double upperShare) : dialog(dialog), share(upperShare) {}
 
     void Attach(HWND upperWindow, HWND lowerWindow);
+    // Leaves so many pixels above the lower window to the dialog.
+    void KeepFree(int height) { kept = height; }
+    RECT Free() const;
 
     // Places both windows again; does nothing before Attach.
     void Arrange() const;
@@ -29,6 +32,7 @@ private:
     Dialog& dialog;
     HWND upper = nullptr;
     HWND lower = nullptr;
+    int kept = 0;
     double share;
     bool dragging = false;
 };

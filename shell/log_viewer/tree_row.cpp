@@ -27,6 +27,13 @@ void AppendLabel(std::string& out, const LogEvent& event)
     out += ')';
 }
 
+CallLabel SplitCallLabel(std::string_view label)
+{
+    const auto gap = label.find(" (");
+    if (gap == std::string_view::npos || label.back() != ')') return {label, {}};
+    return {label.substr(0, gap), label.substr(gap + 2, label.size() - gap - 3)};
+}
+
 void RowBuilder::Begin(const LogEvent& event)
 {
     std::string_view shown = event.text;
@@ -35,7 +42,7 @@ void RowBuilder::Begin(const LogEvent& event)
         AppendLabel(label, event);
         shown = label;
     }
-    rows.Row({event.depth, ImageOf(event), event.hasChildren, IsError(event), shown});
+    rows.Row({event.depth, ImageOf(event), event.hasChildren, IsError(event), shown, event.line});
 }
 
 }  // namespace zelt

@@ -15,11 +15,18 @@ struct TreeRow {
     bool hasChildren;        // the next row is its first child
     bool isError;            // an error or a warning as logs write it, without an end tag
     std::string_view label;  // UTF-8
+    int line = 0;            // of an error, in the file; not set elsewhere
 };
 
 bool IsError(const LogEvent& event);
 // "name (object)" of a call, "name (type: T)" of an argument, the text of anything else.
 void AppendLabel(std::string& out, const LogEvent& event);
+
+// The two parts of a call's label, as views of it.
+struct CallLabel {
+    std::string_view name, object;
+};
+CallLabel SplitCallLabel(std::string_view label);
 
 struct PageBatch;
 
@@ -42,6 +49,7 @@ public:
     void Begin(const LogEvent& event) override;
     void ParseError(int line) override { rows.ParseError(line); }
     bool Continue() override { return rows.Continue(); }
+    bool WantsLines() const override { return true; }
 
 private:
     RowSink& rows;

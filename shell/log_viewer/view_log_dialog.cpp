@@ -4,12 +4,15 @@
 
 #include "com/type_info.h"
 #include "res/resource.h"
+#include "shell/log_viewer/errors/details_setting.h"
 #include "shell/log_viewer/log_loader.h"
 #include "shell/log_viewer/long_task.h"
 #include "shell/module.h"
 
 namespace zelt {
 namespace {
+
+constexpr UINT kFilterPause = 300;  // milliseconds
 
 std::wstring FileName(const std::wstring& path)
 {
@@ -41,6 +44,7 @@ bool CViewLogDlg::Open()
         return true;
     }
     ShowWindow(Window(), SW_SHOWNORMAL);
+    errorList.FitDetails();
     for (const int command : waiting) PostMessageW(Window(), WM_COMMAND, static_cast<WPARAM>(command), 0);
     return true;
 }
@@ -58,16 +62,22 @@ void CViewLogDlg::Handle(MSG& message)
             Guarded([this] { CopyLabel(); });
             return;
         }
-        if (TranslateAcceleratorW(Window(), accelerators, &message)) return;
+        if (!IsForFilter(message) && TranslateAcceleratorW(Window(), accelerators, &message)) return;
         if (IsDialogMessageW(Window(), &message)) return;
     }
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }
 
-bool CViewLogDlg::OnCommand(int id, int)
+bool CViewLogDlg::OnCommand(int id, int notification)
 {
-    Command(id);
+    if (id != kErrorFilter) {
+        Command(id);
+    } else if (notification == EN_CHANGE) {
+        // The filter follows when the user pauses.
+        if (LongTask::Running()) LongTask::Running()->Cancel();
+        SetTimer(Window(), kFilterTimer, kFilterPause, nullptr);
+    }
     return true;
 }
 
@@ -79,16 +89,17 @@ void CViewLogDlg::OnDestroyed()
     lock.Reset();
 }
 
-bool CViewLogDlg::OnOther(UINT message, WPARAM, LPARAM lParam)
+bool CViewLogDlg::OnOther(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
         case WM_CLOSE: Close(); return true;
-        case WM_TIMER: filling.FillMore(); return true;
+        case WM_TIMER: wParam == kFilterTimer ? FilterErrors() : filling.FillMore(); return true;
         case WM_LBUTTONDOWN:
         case WM_MOUSEMOVE:
         case WM_LBUTTONUP:
         case WM_CAPTURECHANGED:
             if (!splitter.Drag(message, lParam)) return false;
+            filterBar.Place(splitter.Free());
             errorList.FitColumn();
             return true;
         case WM_SETCURSOR:
@@ -108,8 +119,9 @@ bool CViewLogDlg::OnInit()
     if (images) TreeView_SetImageList(treeView, images, TVSIL_NORMAL);
     tree.Attach(treeView, model);
     errorList.Attach(Item(kErrorList), images);
+    filterBar.Attach(Item(kErrorFilterLabel), Item(kErrorFilter), Item(kErrorFilterCount));
     splitter.Attach(treeView, errorList.Window());
-    Arrange();
+    WantsErrorDetails() ? ShowErrorDetails(true) : Arrange();
     return true;
 }
 
@@ -117,6 +129,7 @@ void CViewLogDlg::Arrange() const
 {
     if (!treeView) return;
     splitter.Arrange();
+    filterBar.Place(splitter.Free());
     errorList.FitColumn();
 }
 
@@ -175,7 +188,7 @@ bool CViewLogDlg::OnNotify(const NMHDR& header, LRESULT& result)
         }
     }
     if (header.hwndFrom == errorList.Window() && errorList.Window()) {
-        errorList.OnNotify(header, [this](ItemIndex item) {
+        return errorList.OnNotify(header, result, [this](ItemIndex item) {
             if (item != kNoItem && !LongTask::Running()) Select(item);
         });
     }

@@ -11,7 +11,8 @@
 
 #include "system/dialogs/dialog.h"
 #include "shell/lock_object.h"
-#include "shell/log_viewer/error_list.h"
+#include "shell/log_viewer/errors/error_list.h"
+#include "shell/log_viewer/errors/filter_bar.h"
 #include "shell/log_viewer/log_tree.h"
 #include "shell/log_viewer/pages/paged_log.h"
 #include "shell/log_viewer/splitter.h"
@@ -53,12 +54,17 @@ private:
     void CollapseAll();
     void RemoveQueries();
     void NextError();
+    void ShowErrorDetails(bool wanted);
+    void FilterErrors();
     void Find();
     void FindAgain(bool forward);
     void Search();
     void Select(ItemIndex item);
     void CopyLabel() const;
     bool IsCopyKey(const MSG& message) const;
+    bool IsForFilter(const MSG& message) const;
+
+    static constexpr UINT_PTR kFilterTimer = 2;  // beside that of the filling
 
     const std::wstring path;
     Lock lock;
@@ -71,6 +77,7 @@ private:
     LogTree tree;
     TreeFilling filling{*this, tree};
     ErrorList errorList{*this, model, tree};
+    FilterBar filterBar{*this};
     Splitter splitter{*this, 0.75};
     TreeSearch search;
 };

@@ -3,6 +3,7 @@
 
 #include "system/narrow.h"
 #include "res/resource.h"
+#include "shell/log_viewer/errors/details_setting.h"
 #include "shell/log_viewer/fragment_search.h"
 #include "shell/log_viewer/label_search.h"
 #include "shell/log_viewer/long_task.h"
@@ -29,6 +30,16 @@ void CViewLogDlg::Command(int command)
         case kCommandFindNext: FindAgain(true); break;
         case kCommandFindPrevious: FindAgain(false); break;
         case kCommandNextError: NextError(); break;
+        case kCommandErrorDetails: {
+            const bool wanted = !errorList.HasDetails();
+            ShowErrorDetails(wanted);
+            KeepErrorDetails(wanted);
+            break;
+        }
+        case kCommandFilterErrors:
+            ShowErrorDetails(true);
+            filterBar.Focus();
+            break;
         case kCommandClose:
         case IDCANCEL: Close(); break;
         default: break;
@@ -87,7 +98,7 @@ void CViewLogDlg::RemoveQueries()
     tree.KeepSelectionVisible();
     const bool complete = item >= model.Size();
     model.CleanErrors();
-    errorList.SetCount(0);
+    FilterErrors();
     if (complete) EnableMenuItem(GetMenu(Window()), kCommandRemoveQueries, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED);
 }
 
@@ -97,12 +108,42 @@ void CViewLogDlg::NextError()
         ShowBox(L"There are no errors or warnings.", L"Next error:", MB_ICONINFORMATION);
         return;
     }
+    if (errorList.Count() == 0) {
+        ShowBox(L"No error or warning has the text of the filter.", L"Next error:", MB_ICONINFORMATION);
+        return;
+    }
     const ItemIndex selected = tree.Selected();
-    std::size_t next = selected == kNoItem ? 0 : model.FirstErrorAfter(selected);
-    if (next == model.ErrorCount()) next = 0;
-    Select(model.Error(next));
+    std::size_t next = selected == kNoItem ? 0 : errorList.FirstAfter(selected);
+    if (next == errorList.Count()) next = 0;
+    Select(errorList.ItemOf(static_cast<int>(next)));
     // The list follows. Its selection selects the item once more, which does no harm.
     errorList.Select(next);
+}
+
+void CViewLogDlg::ShowErrorDetails(bool wanted)
+{
+    errorList.ShowDetails(wanted);
+    filterBar.Show(wanted);
+    splitter.KeepFree(wanted ? filterBar.Height() : 0);
+    CheckMenuItem(GetMenu(Window()), kCommandErrorDetails, MF_BYCOMMAND | (wanted ? MF_CHECKED : MF_UNCHECKED));
+    // A filter that nobody sees hides nothing.
+    if (!wanted) filterBar.Clear();
+    Arrange();
+}
+
+// Called by its timer, too, which comes again while the window is busy.
+void CViewLogDlg::FilterErrors()
+{
+    if (loading || LongTask::Running()) return;
+    KillTimer(Window(), kFilterTimer);
+    const bool complete = errorList.Filter(filterBar.Text());
+    if (!Window()) return;
+    std::wstring count;
+    if (errorList.IsFiltered()) {
+        count = std::to_wstring(errorList.Count()) + (complete ? L" of " : L" so far, of ") +
+                std::to_wstring(model.ErrorCount());
+    }
+    filterBar.SetCount(count);
 }
 
 void CViewLogDlg::Find()
@@ -153,6 +194,17 @@ void CViewLogDlg::Select(ItemIndex item)
     if (!model.IsComplete(model.Outermost(item))) return;
     // An item enters the tree with all its siblings, which may be millions.
     if (!tree.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
+}
+
+// Keys that mean something else in a line of text than in the tree.
+bool CViewLogDlg::IsForFilter(const MSG& message) const
+{
+    if (message.message != WM_KEYDOWN || !filterBar.HasFocus()) return false;
+    if (message.wParam == VK_ESCAPE && !filterBar.Text().empty()) {
+        filterBar.Clear();
+        return true;
+    }
+    return message.wParam == 'A' && GetKeyState(VK_CONTROL) < 0;
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const

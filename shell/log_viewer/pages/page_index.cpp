@@ -45,14 +45,14 @@ void PageIndexer::End(int depth)
     open.resize(static_cast<std::size_t>(depth));
 }
 
-void PageIndexer::EndPage(std::int64_t offset)
+void PageIndexer::EndPage(std::int64_t offset, int line)
 {
     page.end = offset;
     page.count = items - page.first;
     page.errors = errors - page.firstError;
     page.check = check.Sum();
     if (page.count > 0) batch.pages.push_back(std::move(page));
-    page = {offset, offset, items, 0, errors, 0, outermost, 0, {}};
+    page = {offset, offset, items, 0, errors, 0, line, outermost, 0, {}};
     for (std::size_t depth = 0; depth < open.size(); ++depth) {
         page.open.push_back({open[depth].item, open[depth].kind});
         if (open[depth].isLong) continue;
@@ -65,7 +65,7 @@ void PageIndexer::EndPage(std::int64_t offset)
 
 void PageIndexer::EndPages(std::int64_t offset)
 {
-    EndPage(offset);
+    EndPage(offset, 0);
     batch.isLast = true;
     batch.open = page.open;
 }

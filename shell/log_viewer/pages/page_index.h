@@ -40,6 +40,7 @@ struct Page {
     std::int64_t offset, end;  // in the file
     ItemIndex first, count;    // its items
     ItemIndex firstError, errors;
+    int firstLine;             // from 1
     ItemIndex firstOutermost;  // how many outermost items precede it
     std::uint32_t check;
     std::vector<OpenItem> open;  // around its beginning, from the outermost
@@ -72,7 +73,8 @@ public:
     void End(int depth);
     // After an end; whether the page is long enough.
     bool IsPageFull() const { return bytes >= kPageBytes && (open.empty() || bytes >= 2 * kPageBytes); }
-    void EndPage(std::int64_t offset);
+    // At the beginning of a line.
+    void EndPage(std::int64_t offset, int line);
     // The last page; what follows has rows.
     void EndPages(std::int64_t offset);
 
@@ -89,7 +91,7 @@ private:
     PageBatch batch;
     std::vector<Open> open;
     std::vector<std::string> longestErrors;
-    Page page = {kLogHeader.size(), 0, 0, 0, 0, 0, 0, 0, {}};
+    Page page = {kLogHeader.size(), 0, 0, 0, 0, 0, 3, 0, 0, {}};
     PageCheck check;
     ItemIndex items = 0, errors = 0, outermost = 0;
     std::size_t bytes = 0;  // of the page, roughly

@@ -31,7 +31,7 @@ private:
 // Adds a page's events to a model, as long as there are not more than the page had.
 class PageBuilder final : public LogSink {
 public:
-    PageBuilder(LogModel& items, ItemIndex most) : items(items), left(most) {}
+    PageBuilder(LogModel& items, const Page& page) : items(items), left(page.count), linesBefore(page.firstLine - 1) {}
 
     void Begin(const LogEvent& event) override
     {
@@ -43,14 +43,16 @@ public:
         check.Add(event);
         label.clear();
         AppendLabel(label, event);
-        items.Add({event.depth, ImageOf(event), event.hasChildren, IsError(event), label});
+        items.Add({event.depth, ImageOf(event), event.hasChildren, IsError(event), label, linesBefore + event.line});
     }
+    bool WantsLines() const override { return true; }
     bool Continue() override { return !isOther; }
     bool IsSame(std::uint32_t sum) const { return !isOther && left == 0 && check.Sum() == sum; }
 
 private:
     LogModel& items;
     ItemIndex left;
+    const int linesBefore;
     bool isOther = false;
     PageCheck check;
     std::string label;
@@ -143,7 +145,7 @@ void PagedLog::Read(const Page& page, LogModel& items) const
     std::vector<EventKind> kinds;
     for (const OpenItem& item : page.open) kinds.push_back(item.kind);
     AddStandIns(items, kinds.size());
-    PageBuilder builder(items, page.count);
+    PageBuilder builder(items, page);
     const std::string_view bytes = BytesOf(page);
     if (bytes.size() == static_cast<std::size_t>(page.end - page.offset)) {
         BytesInput input(bytes);
@@ -252,6 +254,13 @@ ItemIndex PagedLog::Outermost(ItemIndex item) const
     return item;
 }
 
+ItemIndex PagedLog::CallAround(ItemIndex item) const
+{
+    do item = Parent(item);
+    while (item != kNoItem && Image(item) != kImageCallIn && Image(item) != kImageCallOut);
+    return item;
+}
+
 ItemIndex PagedLog::Next(ItemIndex item) const
 {
     const ItemIndex next = FirstKept(item + 1, Size());
@@ -267,14 +276,26 @@ ItemIndex PagedLog::Previous(ItemIndex item) const
     return kNoItem;
 }
 
+std::size_t PagedLog::PageOfError(std::size_t number) const
+{
+    const auto after = std::upper_bound(pages.begin(), pages.end(), number,
+                                        [](std::size_t wanted, const Page& page) { return wanted < page.firstError; });
+    return static_cast<std::size_t>(after - pages.begin()) - 1;
+}
+
 ItemIndex PagedLog::Error(std::size_t number) const
 {
     if (number >= pagedErrors) return rest.Errors()[number - pagedErrors] - StandIns() + base;
-    const auto after = std::upper_bound(pages.begin(), pages.end(), number,
-                                        [](std::size_t wanted, const Page& page) { return wanted < page.firstError; });
-    const auto page = std::prev(after);
-    const LoadedPage& read = Load(static_cast<std::size_t>(page - pages.begin()));
-    return read.items.Errors()[number - page->firstError] - static_cast<ItemIndex>(page->open.size()) + page->first;
+    const std::size_t at = PageOfError(number);
+    const Page& page = pages[at];
+    return Load(at).items.Errors()[number - page.firstError] - static_cast<ItemIndex>(page.open.size()) + page.first;
+}
+
+int PagedLog::ErrorLine(std::size_t number) const
+{
+    if (number >= pagedErrors) return rest.ErrorLines()[number - pagedErrors];
+    const std::size_t page = PageOfError(number);
+    return Load(page).items.ErrorLines()[number - pages[page].firstError];
 }
 
 std::size_t PagedLog::FirstErrorAfter(ItemIndex item) const

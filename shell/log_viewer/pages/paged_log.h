@@ -55,6 +55,10 @@ public:
     // The errors and warnings, in tree order.
     std::size_t ErrorCount() const { return pagedErrors + rest.Errors().size(); }
     ItemIndex Error(std::size_t number) const;
+    // Its line in the file, from 1; 0 for one that is no longer there.
+    int ErrorLine(std::size_t number) const;
+    // The innermost call around an item; kNoItem if there is none.
+    ItemIndex CallAround(ItemIndex item) const;
     // The number of the first one after an item; ErrorCount if there is none.
     std::size_t FirstErrorAfter(ItemIndex item) const;
     std::vector<std::string> LongestErrors(std::size_t most) const;
@@ -97,6 +101,7 @@ private:
     ItemIndex StandIns() const { return static_cast<ItemIndex>(openAtRest.size()); }
     Place PlaceOf(ItemIndex item) const;
     std::size_t PageOf(ItemIndex item) const;
+    std::size_t PageOfError(std::size_t number) const;
     const LoadedPage& Load(std::size_t number) const;
     void Read(const Page& page, LogModel& items) const;
     void FillWithLost(const Page& page, LogModel& items) const;

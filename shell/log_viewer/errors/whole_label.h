@@ -1,0 +1,16 @@
+// Draws the label of a list's row in full. The list view itself shows the first 259 characters of a text only.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <string>
+
+namespace zelt {
+
+constexpr std::size_t kMostShownByList = 259;
+
+// Over the label in the first column that the list has drawn.
+void DrawWholeLabel(const NMLVCUSTOMDRAW& drawn, const std::wstring& label);
+
+}  // namespace zelt
