@@ -1,5 +1,5 @@
-// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end, and record to another
-// if wanted.
+// A package and a material, each behind a proxy. Both proxies log to one temporary file, deleted at the end, and record to
+// another if wanted.
 #pragma once
 
 #include <wrl/client.h>

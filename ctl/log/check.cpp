@@ -1,4 +1,4 @@
-// log check: whether a log is complete, and what it shows against the simulator, the package, or both.
+// log check: whether a log is complete, and which rules the simulator, the package, or both have broken.
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -55,7 +55,7 @@ public:
         ++found;
         Write(line, rule, text);
     }
-    // No finding.
+    // A query is not a finding.
     void Query(int line, const std::string& text)
     {
         if (withQueries) {

@@ -11,11 +11,11 @@
 
 namespace zelt::ctl {
 
-// Counts durations in classes that are 1.1 % wide.
+// Counts durations in classes that are at most 1.6 % wide.
 class Distribution {
 public:
     void Add(std::uint64_t nanoseconds);
-    // The duration that this part of all does not exceed, to 1.1 %. 0 when there are none.
+    // The duration that this part of all durations does not exceed, to 0.8 %. 0 when there are none.
     std::uint64_t At(double part) const;
 
 private:
@@ -30,7 +30,7 @@ struct CallFigures {
     Distribution times;
 };
 
-// Who had the time of the outermost calls. The simulator's part includes the way there and back.
+// How the time of the outermost calls is divided. The simulator's part includes the way to the simulator and back.
 struct TimeShares {
     std::uint64_t all = 0, component = 0, simulator = 0, zelt = 0;
 };

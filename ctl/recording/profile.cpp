@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kSlowest = 10;
 
-// Calls `take(call)` for each call when it has ended. Whether the recording has its last record.
+// Calls `take(call)` for each call when it has ended. Returns whether the recording has its last record.
 template <class Take>
 bool ReadCalls(RecordingFile& file, bool wantsInputs, Take&& take)
 {
@@ -96,7 +96,7 @@ std::string Microseconds(std::uint64_t nanoseconds)
     return text;
 }
 
-// The complete events of the trace event format; times are microseconds.
+// Writes each call as a "complete" event of the trace event format. Times are in microseconds.
 int WriteTraceEvents(RecordingFile& file, Streams& streams)
 {
     Output& out = streams.data;

@@ -154,7 +154,7 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
                                               : SafeArrayAllocDescriptor(dimensions, &array);
     if (FAILED(made)) Contradicts();
     arrays.push_back(array);
-    // What kind of elements there are; whose memory they are in is another matter here.
+    // Only the flags that say what the elements are: in whose memory they lie differs here.
     array->fFeatures |= recorded.features & (FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT);
     array->cbElements = recorded.elementSize;
     for (UINT dimension = 0; dimension < dimensions; ++dimension) {
