@@ -1,6 +1,6 @@
-// What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the
-// medians, and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are wall-clock times: where other programs interrupt a
-// measurement, many short pairs give a steadier median than few long ones.
+// What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the medians,
+// and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are wall-clock times: where
+// other programs interrupt a measurement, many short pairs give a steadier median than few long ones.
 #pragma once
 
 #include <chrono>
@@ -18,8 +18,8 @@ private:
     const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
-// The processor's time that this process has used, where the system counts it finely, and otherwise the clock's. For work of one
-// thread that waits for nothing: other programs that run meanwhile make no difference.
+// The processor time that this process has used, where the system counts it finely; otherwise, on Windows, the time of a clock.
+// For work of one thread that waits for nothing: processor time does not depend on other programs that run meanwhile.
 double ProcessorSeconds();
 
 class WorkWatch {
@@ -43,27 +43,28 @@ double Median(std::vector<double> values);
 Comparison Compare(int pairs, const std::function<double()>& floor, const std::function<double()>& measured);
 
 void PrintTitle(const std::string& title);
-// `unit` is "s", "ms", "us" or "ns". The times are divided by `each`, for example by the number of calls, to show the time of one.
-// A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal. False when the goal is
-// missed.
+// `unit` is "s", "ms", "us" or "ns". The times are divided by `each`, for example by the number of calls, to show the time of
+// one. A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal. False when the
+// goal is missed.
 bool PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1, double orAdded = 0);
 // A figure that has no floor. False when the goal is missed.
 bool PrintFigure(const std::string& what, double value, const std::string& unit, double goal = 0);
 
-// What a row is to be.
+// A row's goal, and how the row is printed.
 struct Goal {
     double ratio = 0;  // 0 for none
     std::string unit = "s";
     double each = 1, orAdded = 0;  // see PrintRow
 };
-// Measures a row and prints it; one that misses its goal is measured again before that counts. Returns the last comparison.
+// Measures a row and prints it. If it misses its goal, it is measured once more, and only that result counts. Returns the last
+// comparison.
 Comparison MeasureRow(const std::string& what, int pairs, const Goal& goal, const std::function<double()>& floor,
                       const std::function<double()>& measured);
 
-// Takes down whether a goal is met.
+// Notes whether a goal is met.
 void Require(bool isMet);
-// Of a benchmark's program: not 0 when a goal was missed.
+// The exit code of a benchmark's program: not 0 when a goal was missed.
 int ExitCode();
 
 }  // namespace zelt::bench

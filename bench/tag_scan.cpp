@@ -30,7 +30,7 @@ int Open(const std::filesystem::path& path) { return _wopen(path.c_str(), _O_RDO
 long Read(int file, char* out) { return _read(file, out, kPiece); }
 void Close(int file) { _close(file); }
 
-// Sixteen bytes at a time, because the C library compares one after the other. Reads up to kSlack bytes behind the end.
+// Sixteen bytes at a time, because this C library compares them one by one. Reads up to kSlack bytes past the end.
 const char* Find(const char* from, const char* end, char c)
 {
     const __m128i wanted = _mm_set1_epi8(c);
@@ -50,14 +50,14 @@ int Open(const std::filesystem::path& path) { return open(path.c_str(), O_RDONLY
 long Read(int file, char* out) { return read(file, out, kPiece); }
 void Close(int file) { close(file); }
 
-// The C library's search is the fastest that there is for one character.
+// The C library's search is fast for one character.
 const char* Find(const char* from, const char* end, char c)
 {
     return static_cast<const char*>(std::memchr(from, c, static_cast<std::size_t>(end - from)));
 }
 #endif
 
-// A tag that goes on in the next piece counts there.
+// A tag that goes on in the next piece is not counted.
 long long CountTags(const char* at, const char* end)
 {
     long long tags = 0;

@@ -14,7 +14,7 @@ my %months = (Jan => 0, Feb => 1, Mar => 2, Apr => 3, May => 4, Jun => 5, Jul =>
 my ($text, $month, $day, $hour, $minute, $second, $year) =
     $bytes =~ /Created by WIDL version [\d.]+ at (\w{3} (\w{3}) +(\d+) (\d+):(\d+):(\d+) (\d{4}))/
     or die "$path: the compiler's note is not there\n";
-# The text is in local time; if the clock had just been set back, the other interpretation of it is the right one.
+# The text is in local time. In the hour that is repeated when clocks go back, it is ambiguous; the number decides.
 my $number;
 for my $summer (0, 1, -1) {
     my $time = mktime($second, $minute, $hour, $day, $months{$month}, $year - 1900, 0, 0, $summer);

@@ -1,7 +1,7 @@
-# zelt_idl(<name> [<folder>]): compiles <name>.idl, of res/ or the given folder, to <build>/idl/<name>.tlb and
-# <build>/idl/<name>.h, and defines the interface target idl_<name>. One .idl is the only source of a library's identities,
-# C++ declarations and type information. The 32-bit form of the type library serves both: only its
-# pointer size differs, and readers scale it.
+# zelt_idl(<name> [<folder>]): compiles <name>.idl, from res/ or the given folder, to <build>/idl/<name>.tlb and
+# <build>/idl/<name>.h, and defines the interface target idl_<name>. One .idl is the only source of a library's identities, C++
+# declarations and type information. The 32-bit form of the type library serves both widths: only its pointer size differs, and
+# readers scale it.
 find_program(ZELT_WIDL i686-w64-mingw32-widl REQUIRED)
 find_program(PERL_EXECUTABLE perl REQUIRED)
 find_path(ZELT_STDOLE_DIR stdole2.tlb NO_CMAKE_FIND_ROOT_PATH REQUIRED

@@ -1,8 +1,9 @@
 #!/bin/bash
 # run-under-wine.sh <Wine's loader> <program> [argument...]: runs a built program for ctest. Its output goes through a file:
-# services that Wine starts on the way inherit the output and outlive the program, and ctest would wait for them at its own pipe.
+# services that Wine starts on the way inherit the output and outlive the program; if the output were ctest's own pipe, ctest
+# would wait for them.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-# A second variable names the prefix that ./dev has made. Any other prefix is the user's own.
+# ZELT_WINE_PREFIX names the prefix that ./dev has made. Any other prefix is the user's own, and is not used.
 if [ -z "${WINEPREFIX:-}" ] || [ "$WINEPREFIX" != "${ZELT_WINE_PREFIX:-}" ]; then
     source "$root/scripts/wine-prefix.sh"
     UseLastingPrefix || { echo "run-under-wine.sh: a Wine prefix could not be made in $WINEPREFIX." >&2; exit 1; }

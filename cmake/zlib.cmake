@@ -1,4 +1,4 @@
-# zlib of Debian's packages, for this toolchain, linked in. Its header is where each compiler looks anyway.
+# The static zlib from Debian's package for this toolchain. Its header is where each compiler looks anyway.
 find_library(ZELT_ZLIB NAMES libz.a REQUIRED)
 add_library(zlib STATIC IMPORTED)
 set_target_properties(zlib PROPERTIES IMPORTED_LOCATION ${ZELT_ZLIB})

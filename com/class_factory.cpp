@@ -6,8 +6,8 @@
 namespace com {
 namespace {
 
-// A factory holds no server reference: COM keeps it from registration to revocation, and a server whose factories kept
-// it alive would never end.
+// A factory holds no server reference. COM keeps a factory from registration to revocation, so a factory that held one would keep
+// the server alive for ever.
 class ClassFactory final : public IClassFactory {
 public:
     explicit ClassFactory(Creator create) : create(create) {}

@@ -5,7 +5,7 @@
 #include "com/dispatch.h"
 
 extern "C" {
-// Slots for as many members as an interface may have, and the call of a member (dual_thunks_*.S).
+// The vtable, with slots for as many members as an interface may have, and a function that calls a member (dual_thunks_*.S).
 extern const void* const kZeltDualVtable[];
 HRESULT ZeltCallDual(const void* method, void* object, const void* words, std::size_t count);
 }
@@ -75,7 +75,8 @@ HRESULT STDMETHODCALLTYPE ZeltDualInvoke(DualFace* face, DISPID member, const II
     return com::DispatchInvoke(face->target->Info(), face, member, flags, parameters, result, exception, argumentError);
 }
 
-// The result in the lower half; in the upper one, on i686, the bytes of the arguments and the object.
+// Returns the member's result in the lower half. The upper half is the size in bytes of the arguments and the object's pointer;
+// only i686 uses it.
 std::uint64_t ZeltEnterDual(DualFace* face, unsigned number, void* words, const double* registers)
 {
     std::size_t count = 0;

@@ -1,6 +1,7 @@
-// A face: an object's pointer for a dual interface that no declaration describes, only type information. All faces share one
-// vtable of 1,024 slots written in assembly (dual_thunks_*.S), which hands the number of the slot and the arguments, as they lie on
-// the stack, to the face's target. A call goes the other way in CallDual. No code is generated while the program runs.
+// A face: an object's pointer for a dual interface that is described by type information alone, without a C++ declaration. All
+// faces share one vtable of 1,024 slots written in assembly (dual_thunks_*.S), which hands the number of the slot and the
+// arguments, as they lie on the stack, to the face's target. A call goes the other way in CallDual. No code is generated while
+// the program runs.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +19,9 @@ class DualTarget {
 public:
     virtual Object& Owner() = 0;
     virtual ITypeInfo* Info() = 0;
-    // The method with that number, from 0 behind those of IDispatch. `words` are the arguments behind the object's own;
-    // `registers` holds the floating-point arguments among the first three words, where the machine passes them apart. `count`,
-    // which is 0, becomes the number of words.
+    // Carries out the method with that number; 0 is the first after those of IDispatch. `words` are the arguments after the
+    // object's pointer. `registers` holds the floating-point arguments among the first three words, if the machine passes them
+    // separately. `count` is 0 at first; Call sets it to the number of words.
     virtual HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept = 0;
 
 protected:
@@ -38,7 +39,7 @@ struct DualFace {
 // Puts the floating-point arguments that arrived in registers in their places among the words.
 void TakeRegisters(const DualMethod& method, void* words, const double* registers);
 
-// Calls the method with that number of an interface pointer, with arguments as they lie on the stack.
+// Calls the method with that number through an interface pointer, with the arguments as they lie on the stack.
 HRESULT CallDual(void* pointer, std::size_t number, const void* words, std::size_t count);
 
 }  // namespace com

@@ -15,7 +15,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// What type information lends out is given back at the end of a scope.
+// Gives back, at the end of a scope, what type information has lent.
 template <class Description, void (STDMETHODCALLTYPE ITypeInfo::*Return)(Description*)>
 struct ReturnTo {
     ITypeInfo* info;
@@ -42,7 +42,7 @@ ComPtr<ITypeInfo> Referred(ITypeInfo* info, HREFTYPE reference)
 std::string TakeName(BSTR name)
 {
     std::string text;
-    // Identifiers are letters, digits and underscores. Nothing else gets into a log.
+    // Identifiers consist of letters, digits and underscores. Nothing else gets into a log.
     for (const wchar_t* letter = name; letter && *letter; ++letter) {
         const wchar_t c = *letter;
         const bool isPlain =
@@ -111,7 +111,7 @@ std::shared_ptr<const NamedValues> ValuesOf(ITypeInfo* info, UINT count)
 
 void Describe(ITypeInfo* info, const TYPEDESC& type, DualParameter& parameter);
 
-// The value is of a type with a name.
+// Describes a value whose type has a name.
 void DescribeNamed(ITypeInfo* named, DualParameter& parameter)
 {
     const Attributes attributes = AttributesOf(named);
@@ -199,7 +199,8 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         const ELEMDESC& element = function.lprgelemdescParam[i];
         DualParameter parameter;
         const std::size_t number = static_cast<std::size_t>(i) + 1;
-        // A library may keep no name, or for the new value of a property that of the value that is read.
+        // A library may keep no name for a parameter. For the new value of a property it may keep the name of the value that is
+        // read. In both cases the member's name is used.
         const bool isNewValue = number + 1 == names.size() &&
                                 (function.invkind == INVOKE_PROPERTYPUT || function.invkind == INVOKE_PROPERTYPUTREF);
         parameter.name = isNewValue || names[number].empty() ? names[0] : names[number];
@@ -210,7 +211,7 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         method.words += WordsOf(parameter);
         method.parameters.push_back(std::move(parameter));
     }
-    // Enough for any interface; a structure of a page or more would skip the guard page of the stack.
+    // Enough for any interface. Copying a structure of a page or more to the stack would skip the stack's guard page.
     constexpr std::size_t kMostWords = 256;
     if (method.words > kMostWords) throw Failure(TYPE_E_UNSUPFORMAT);
     return method;
@@ -236,7 +237,7 @@ void AppendMethods(ITypeInfo* info, const std::string& interfaceName, int depth,
     const Attributes attributes = AttributesOf(info);
     if (IsEqualIID(attributes->guid, IID_IDispatch)) return;
     HREFTYPE base = 0;
-    // IUnknown has no base: an interface on it alone is not dual.
+    // IUnknown has no base: an interface that derives from it and not from IDispatch is not dual.
     if (attributes->cImplTypes == 0 || depth > kMostBases) throw Failure(TYPE_E_WRONGTYPEKIND);
     Check(info->GetRefTypeOfImplType(0, &base));
     AppendMethods(WithSignatures(Referred(info, base).Get()).Get(), interfaceName, depth + 1, methods);
@@ -279,7 +280,7 @@ const void* DualParameter::Argument(const void* words) const
 {
     const auto* argument = static_cast<const void* const*>(words) + place;
 #ifdef _WIN64
-    // A value that fits no register is passed by the address of a copy.
+    // A value that fits no register is passed as the address of a copy.
     const bool fits = size == 1 || size == 2 || size == 4 || size == 8;
     if (pointers == 0 && !fits) return *argument;
 #endif
@@ -290,7 +291,7 @@ std::shared_ptr<const DualInterface> DualInterfaceOf(REFIID iid)
 {
     if (const auto known = Known().find(iid); known != Known().end()) return known->second;
     std::shared_ptr<const DualInterface> made;
-    // What is not found is not remembered: its library may be registered later.
+    // A failure is not remembered: the interface's library may be registered later.
     if (SUCCEEDED(NoThrow([&] {
             made = Make(iid);
             Known().emplace(iid, made);

@@ -1,7 +1,7 @@
-// A dual interface as its type information describes it, in the form that a call needs which is made without the interface's
-// declaration: the methods in the order of their slots, and each argument's place on the stack. The information comes from this
+// A dual interface as its type information describes it. This is all that a call needs when there is no C++ declaration of the
+// interface: the methods in the order of their slots, and each argument's place on the stack. The information comes from this
 // module's libraries or, for other interfaces, from the library that the registry names.
-// Nothing here is locked: only the apartment that owns the proxies asks.
+// Nothing here is locked: only the apartment that owns the proxies uses it.
 #pragma once
 
 #include <windows.h>
@@ -30,22 +30,22 @@ struct DualParameter {
     // Of the value: VT_I4 for an enumeration, VT_UNKNOWN for any interface pointer, VT_RECORD for a structure, VT_ARRAY with the
     // elements' type for a safe array.
     VARTYPE type = VT_EMPTY;
-    int pointers = 0;      // that lead from the argument to the value; an interface pointer is itself a value
+    int pointers = 0;      // from the argument to the value; an interface pointer is itself a value
     std::size_t size = 0;  // of the value, in bytes
     std::shared_ptr<const NamedValues> enumeration;
     IID iid{};              // of an interface pointer's interface; null where the library names a class
-    std::size_t place = 0;  // among the words of the stack behind the object's own
+    std::size_t place = 0;  // among the words on the stack after the object's pointer
 
-    // Where the value is, or the pointer that leads to it, when the words begin at `words`.
+    // The address of the value, or of the pointer that leads to it, if the words begin at `words`.
     const void* Argument(const void* words) const;
-    // Whether a processor's floating-point register carries it when its place allows.
+    // Whether a floating-point register carries the argument if its place allows it.
     bool IsFloating() const { return pointers == 0 && (type == VT_R4 || type == VT_R8 || type == VT_DATE); }
 };
 
 struct DualMethod {
     std::string name;  // "ICapeUtilities::get_parameters"
     std::vector<DualParameter> parameters;
-    std::size_t words = 0;  // on the stack behind the object's own
+    std::size_t words = 0;  // on the stack after the object's pointer
 };
 
 struct DualInterface {
@@ -54,10 +54,11 @@ struct DualInterface {
     std::vector<DualMethod> methods;         // the first has the slot kDispatchSlots
 };
 
-// Null for an interface that is not dual, that no library describes, or whose methods pass what cannot be passed on unseen.
+// Null for an interface that is not dual, that no library describes, or that has a method whose arguments cannot be forwarded
+// from their description alone.
 std::shared_ptr<const DualInterface> DualInterfaceOf(REFIID iid);
 
-// Forgets all of them, before COM is uninitialised.
+// Forgets all interfaces that were described. Call it before COM is uninitialised.
 void ReleaseDualInterfaces();
 
 }  // namespace com

@@ -1,6 +1,6 @@
-// The vtable that all parts driven by type information share, and the call of a method that no declaration describes, for i686.
-// A slot loads its number and goes to the common entrance, which hands C++ the object, the number and the place of the arguments;
-// C++ returns the result and how many bytes of arguments to remove. Nothing here is generated at run time.
+// The vtable that all faces share (dual_face.h), and the call of a method that no C++ declaration describes, for i686. A slot
+// loads its number and goes to the common entrance, which hands C++ the object, the number and the place of the arguments; C++
+// returns the result and how many bytes of arguments to remove. Nothing here is generated at run time.
 
     .set    kSlots, 1024
 

@@ -1,7 +1,7 @@
-// The vtable that all parts driven by type information share, and the call of a method that no declaration describes, for x86_64.
-// A slot loads its number and goes to the common entrance, which lays the arguments out as words, as the caller laid those behind
-// the fourth, and hands C++ the object, the number, the words and the floating-point registers. Nothing here is generated at run
-// time.
+// The vtable that all faces share (dual_face.h), and the call of a method that no C++ declaration describes, for x86_64. A slot
+// loads its number and goes to the common entrance, which stores the arguments of the first four registers in front of those that
+// the caller put on the stack, and hands C++ the object, the number, the words and the floating-point registers. Nothing here is
+// generated at run time.
 
     .set    kSlots, 1024
 

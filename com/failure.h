@@ -60,7 +60,7 @@ void Attempt(Body&& body) noexcept
     try {
         body();
     } catch (...) {
-        // Nobody depends on it.
+        // Nobody depends on its success.
     }
 }
 

@@ -30,7 +30,7 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     } else if (IsEqualIID(iid, IID_IDispatch)) {
         if (ScriptInterface()) answer = &dispatch;
     } else {
-        // What answers may be foreign code, which may release the object. One without a reference is still being made.
+        // Foreign code may take part in the answer and release the object. One without a reference is still being made.
         const bool isHeld = ReferenceCount() > 0;
         if (isHeld) Hold();
         const InterfaceEntry* entry = FindInterface(iid);
@@ -39,7 +39,7 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
             if (isHeld) LetGo();
             return allowed;
         }
-        // It may have been made only now.
+        // BeforeQueryInterface may have made the entry.
         if (!entry) entry = FindInterface(iid);
         if (entry) {
             answer = entry->Pointer();
@@ -69,7 +69,7 @@ STDMETHODIMP_(ULONG) Object::AddRef()
 STDMETHODIMP_(ULONG) Object::Release()
 {
     if (IsElsewhere()) [[unlikely]] {
-        // Once the visit is noted, the object may end at any moment.
+        // Once the visit is counted, the object may be destroyed at any moment.
         const ULONG left = ReferenceCount() - 1;
         NoteVisitor("IUnknown::Release");
         Visit();

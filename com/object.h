@@ -49,8 +49,8 @@ private:
     InterfaceEntry* next = nullptr;
 };
 
-// What distinguishes the calling thread from all others that run: the address of its NT_TIB, which the segment register leads to.
-// Written out, because the compiler takes the address in the headers' own function for an array without elements.
+// Identifies the calling thread among all that are running, by the address of its NT_TIB, which the segment register leads to.
+// Written in assembly here, because in the headers' own function the compiler takes that address for an array without elements.
 inline const void* ThisThread()
 {
     const void* self;
@@ -76,7 +76,7 @@ public:
     STDMETHOD_(ULONG, AddRef)() override;
     STDMETHOD_(ULONG, Release)() override;
 
-    // A reference for the length of a call: AddRef and Release without their detours.
+    // A reference for the length of a call: AddRef and Release without the check of the thread.
     void Hold() { ++referenceCount; }
     void LetGo()
     {
@@ -116,10 +116,10 @@ public:
     // notifies the objects. A release may end an object, so this is done where calls enter, not in the middle of work.
     static void ReceiveVisits();
 
-    // Called, on any thread, when there is something for ReceiveVisits and perhaps no call about to enter.
+    // Sets the function that is called, on any thread, when ReceiveVisits has work and perhaps no call is about to enter.
     static void SetVisitSignal(void (*signal)());
 
-    // The pointer by which it is passed to whoever takes an IDispatch.
+    // The pointer that is passed for this object to whoever takes an IDispatch.
     const IDispatch* DispatchPointer() const { return &dispatch; }
 
     ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
@@ -134,11 +134,11 @@ protected:
     // The same, decided once, when a script first asks for something.
     virtual IDispatch* ChooseScriptInterface() { return ScriptInterface(); }
 
-    // The entry of an interface that the object has and a script may use; null without it. Unlike a query it leaves no trace.
+    // The entry of an interface that the object has and a script may use; null otherwise. Unlike a query, this is not logged.
     virtual const InterfaceEntry* Reach(REFIID iid) { return FindInterface(iid); }
 
-    // Members that no interface of the object has: GetIDsOfNames and Invoke of whatever else knows them. Those with an identifier
-    // that Automation gives are invoked without being found first.
+    // For members that no interface of the object has: an override asks whatever else knows them, by GetIDsOfNames and Invoke.
+    // Members whose identifier Automation itself defines are invoked without being found first.
     [[nodiscard]] virtual HRESULT FindMember(LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/)
     {
         return DISP_E_UNKNOWNNAME;
@@ -150,8 +150,8 @@ protected:
         return DISP_E_MEMBERNOTFOUND;
     }
 
-    // Called for every identity except IUnknown and IDispatch; `entry` is null when the object does not offer the interface, and
-    // may then be made. A failure becomes the result of the query.
+    // Called for every interface identifier except those of IUnknown and IDispatch. `entry` is null when the object does not
+    // offer the interface; an override may then make the entry. A failure becomes the result of the query.
     [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
     // Called once, when the last reference is gone and before destruction. The object is kept alive meanwhile, because an
@@ -217,7 +217,8 @@ private:
     InterfaceEntry entry;
 };
 
-// Makes an object and queries it for `iid`; the caller owns the one reference. E_OUTOFMEMORY when it cannot be made.
+// Makes an object and queries it for `iid`; the caller owns the one reference. An exception from the constructor becomes its
+// status code (com/failure.h).
 template <class T, class... Arguments>
 [[nodiscard]] HRESULT Create(REFIID iid, void** result, Arguments&&... arguments)
 {

@@ -12,8 +12,8 @@
 namespace com {
 namespace {
 
-// Identifiers far from those that libraries give: the place of an interface, and the place of a member in it; or the place of a
-// name that only other objects know.
+// Identifiers far from those that type libraries assign. From kFirstMember: the place of an interface, and the place of a member
+// in it. From kFirstName: the place of a name that no interface has.
 constexpr DISPID kFirstMember = 0x5A000000;
 constexpr int kMemberBits = 10;
 constexpr DISPID kFirstName = 0x5C000000;
@@ -32,7 +32,7 @@ private:
 };
 
 // Interfaces and names that no library of this module has, in the order in which the process met them. Never forgotten, so that
-// identifiers stay.
+// identifiers stay valid.
 std::vector<IID>& OtherInterfaces()
 {
     static auto& known = *new std::vector<IID>;
@@ -64,7 +64,7 @@ bool IsOfModule(REFIID iid)
     return SUCCEEDED(TypeInfoOf(iid, &info));
 }
 
-// The form for late binding; null for an interface that is not dual.
+// The interface's type information in the form for late binding; null for an interface that is not dual.
 Microsoft::WRL::ComPtr<ITypeInfo> InfoOf(REFIID iid)
 {
     ITypeInfo* own = nullptr;
@@ -147,7 +147,7 @@ STDMETHODIMP ObjectDispatch::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UIN
     const Held held(object);
     std::fill_n(ids, count, DISPID_UNKNOWN);
     const HRESULT own = Script()->GetIDsOfNames(reserved, names, count, locale, ids);
-    // The member may be known and one of its arguments not.
+    // The member may be known, and only the name of one of its arguments unknown.
     if (own != DISP_E_UNKNOWNNAME || count == 0 || ids[0] != DISPID_UNKNOWN) return own;
     return NoThrow([&] { return FindFurther(names, count, locale, ids); });
 }
@@ -207,7 +207,7 @@ HRESULT ObjectDispatch::InvokeFurther(DISPID member, LCID locale, WORD flags, DI
     if (member >= kFirstName) {
         const auto number = static_cast<std::size_t>(member - kFirstName);
         if (number >= OtherNames().size()) return DISP_E_MEMBERNOTFOUND;
-        // A copy, because the call may let others in that ask for more names.
+        // A copy, because the call may let in other calls, which may add names.
         const std::wstring name = OtherNames()[number];
         return object.InvokeMember({name}, locale, flags, parameters, result, exception, argumentError);
     }

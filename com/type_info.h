@@ -26,7 +26,7 @@ int CountTypeLibraries();
 [[nodiscard]] HRESULT LoadModuleTypeLibrary(int number, ITypeLib** library);
 
 // The type information of a dual interface, from this module's libraries.
-// The pointer is borrowed and lives as long as the module. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
+// The pointer is borrowed, and valid until ReleaseTypeInfo. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
 [[nodiscard]] HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
 
 // The dual interfaces of this module's libraries, in their order there.

@@ -19,7 +19,7 @@ bool Object::Refuse(const char* member)
 {
     if (!home) return false;
     NoteVisitor(member);
-    // A visit releases a reference: this is the one.
+    // Each visit releases one reference: this is the one that it will release.
     ++foreignReferences;
     Visit();
     return true;
@@ -40,8 +40,8 @@ void Object::EnterList()
     }
 }
 
-// The reference that is to be released keeps the object alive until its own thread takes the visit. The first visit puts the
-// object on the list; after a later one, nothing in it may be touched.
+// The reference that is to be released keeps the object alive until its own thread receives the visit. The first visit puts the
+// object on the list. A later visit must touch nothing in the object once it is counted.
 void Object::Visit()
 {
     if (visits.fetch_add(1, std::memory_order_acq_rel) > 0) return;
@@ -49,8 +49,8 @@ void Object::Visit()
     SignalVisit();
 }
 
-// One object at a time: releasing an object's references may end another, which has to be on the list then. Takes no more of them
-// than there are at first: a component that never stops must not hold the apartment up.
+// Takes one object at a time: releasing an object's references may destroy another, which must still be on the list then, to be
+// taken off it. Takes no more objects than there are at first: a component that never stops must not hold up the apartment.
 void Object::ReceiveVisits()
 {
     std::size_t due = 1, behind = 0;

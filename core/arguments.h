@@ -1,4 +1,4 @@
-// All that a proxied method's row is written with.
+// Includes everything that the row of a proxied method is written with.
 #pragma once
 
 #include "core/marks.h"

@@ -122,7 +122,7 @@ HRESULT CapeOpenBase::AnswerQuery(REFIID iid, const com::InterfaceEntry* entry)
 const com::InterfaceEntry* CapeOpenBase::Reach(REFIID iid)
 {
     const com::InterfaceEntry* entry = FindInterface(iid);
-    // A proxy that exists before its object answers by itself.
+    // A proxy without an object answers by itself.
     if (!Wrapped() || IsEqualIID(iid, __uuidof(IOriginalObject))) return entry;
     if (!entry && !MayCarry(iid)) return nullptr;
     ForeignPtr<IUnknown> answer;
@@ -159,8 +159,8 @@ void CapeOpenBase::FinalRelease()
 {
     // What other threads have released no longer counts as held.
     if (isRoot) ReceiveVisits();
-    // A child leaves the tree before its interfaces are released: that may destroy the root, whose report must list only what is
-    // still held.
+    // A child leaves the tree before its interfaces are released: releasing them may destroy the root, whose report must list
+    // only what is still held.
     if (!isRoot) return LeaveTree();
     isRoot = false;
     ReportChildren();

@@ -1,10 +1,10 @@
-// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags of
-// the call template, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that a
+// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags that
+// its calls depend on, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that a
 // derived class declares; those that every proxy has are in identification.h and error_interfaces.h.
 //
-// Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of
-// its tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the
-// proxies that are still alive and closes the document; those keep forwarding and log nothing.
+// Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of its
+// tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the proxies
+// that are still alive and closes the document; these keep forwarding, but log nothing.
 #pragma once
 
 #include <memory>
@@ -55,7 +55,7 @@ private:
 // What a proxy class says about itself.
 struct ProxyTraits {
     const char* typeName;  // the object's kind in the release report
-    // On a root: the generation that materials made for it belong to. Other proxies take it over from the proxy through which
+    // On a root: the generation of the materials that are made for it. Other proxies take it over from the proxy through which
     // they are obtained and keep their own copy, so that nothing points back to an owner that may be gone.
     ThermoVersion servedVersion = ThermoVersion::Unset;
     bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
@@ -67,9 +67,10 @@ void WarnForeignThread(LogDocument* document, std::string_view object, const cha
 
 class CapeOpenBase : public com::Object {
 public:
-    // Takes the wrapped object (adds one reference; null: "object not created"), which crosses `through`, and joins its tree and
-    // document. Calls of an object that `through` returns have the same direction as its own, those of one that it is given the
-    // opposite one. Asks the wrapped object for its name when there is a document.
+    // Wraps an object that crosses `through` (adds one reference; null stands for an object that was not created), and joins the
+    // tree and the document of `through`. Calls to an object that `through` returns have the same direction as calls to
+    // `through`; calls to an object that is passed to it have the opposite one. Asks the wrapped object for its name when there
+    // is a document.
     void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
     // Makes this the root of a tree of its own, under a given name, on the side of the logged component. With a null `document`
@@ -91,14 +92,15 @@ public:
     void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
     ThermoVersion ServedVersion() const { return servedVersion; }
 
-    // On a root, before it is called: objects that go back to the side that they came from go back as they came.
+    // Call it on a root, before the root's first call: an object that goes back to the side that it came from then goes back
+    // itself, not its proxy.
     void HandBackOriginals() { handsBackOriginals = true; }
     bool HandsBackOriginals() const { return handsBackOriginals; }
-    // The object behind `argument` when that is a proxy of this tree, and stands for an object of the side that calls of this
-    // proxy go to; null otherwise.
+    // The object behind `argument`, if that is a proxy of this tree and its object is on the side that calls to this proxy go to;
+    // null otherwise.
     IUnknown* OriginalBehind(IUnknown* argument) const;
 
-    // On a root: lives until its object has been released.
+    // On a root: keeps `thing` until the root's object has been released.
     void KeepUntilReleased(std::shared_ptr<void> thing) { kept = std::move(thing); }
 
     // Sets the `object` of later entries.
@@ -106,7 +108,7 @@ public:
 
     bool IsNamedEarly() const { return traits.isNamedEarly; }
 
-    // Called within `call`, which is useless without the wrapped object: a chance to make it. A failure ends the call.
+    // Called within `call`, which needs the wrapped object: an override may make it now. A failure ends the call.
     [[nodiscard]] virtual HRESULT RequireObject(LoggedCall&) { return S_OK; }
 
     // Called when the object has been initialized, and when it has been terminated.
@@ -115,7 +117,7 @@ public:
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
-    // While calls are in progress the proxy lives, whoever else releases it, and the interfaces in use are not dropped.
+    // While calls are in progress, the proxy lives, whoever releases it, and the interfaces in use are not dropped.
     void EnterCall()
     {
         Hold();
@@ -151,7 +153,7 @@ private:
     friend class InterfaceCache;
 
     void LeaveTree();
-    // Whether the proxy has a part for the interface now.
+    // Makes a part for the interface if there is none. Returns whether the proxy has one now.
     bool AddPart(REFIID iid);
     void SetName();
     [[nodiscard]] HRESULT AnswerQuery(REFIID iid, const com::InterfaceEntry* entry);

@@ -11,8 +11,8 @@
 namespace zelt {
 namespace {
 
-// The words of a call, in which objects that the callee's side knows have taken the place of their proxies, where the user wants
-// that. Holds the objects.
+// The words of a call. If the user wants it, each proxy whose object came from the callee's side is replaced by that object,
+// which is held here.
 class HandedBack {
 public:
     const void* Replace(const CapeOpenBase& proxy, const com::DualMethod& method, const void* words)
@@ -52,7 +52,7 @@ public:
 
     HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept override
     {
-        // A caller that knows more members than the library.
+        // The caller knows members that the type library lacks.
         if (number >= described->methods.size()) return E_NOTIMPL;
         const com::DualMethod& method = described->methods[number];
         count = method.words;

@@ -26,14 +26,14 @@ void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool
     const com::NamedValues& known = *parameter.enumeration;
     const auto found =
         std::find_if(known.values.begin(), known.values.end(), [value](const auto& one) { return one.first == value; });
-    // The standard's enumerations are called by the names without the first letter, as rows do.
+    // The types of the standard's enumerations are logged without the first letter, as in rows.
     const std::string_view name = known.name;
     const std::string_view type = name.starts_with("eCape") ? name.substr(1) : name;
     const std::string shown = found != known.values.end() ? found->second : std::to_string(value);
     WriteNamedValueArg(document, parameter.name.c_str(), isIn, type, value, shown);
 }
 
-// A value that is not followed: a structure, or what lies behind more pointers than an argument has.
+// Logs the address of a value that is not read: a structure, a C string, or what lies behind more than one pointer.
 void WriteAddress(LogDocument& document, const DualParameter& parameter, bool isIn, VARTYPE type, const void* address)
 {
     std::string name;
@@ -41,7 +41,7 @@ void WriteAddress(LogDocument& document, const DualParameter& parameter, bool is
     WriteAddressArg(document, parameter.name.c_str(), isIn, name, address);
 }
 
-// A value without a writer of its own is logged as the VARIANT that holds it, which does not own it.
+// Logs a value that has no writer of its own by putting it into a VARIANT, which does not own it.
 void WriteInVariant(LogDocument& document, const DualParameter& parameter, bool isIn, const void* place)
 {
     VARIANT holder;

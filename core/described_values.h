@@ -6,10 +6,10 @@
 
 namespace zelt {
 
-// The arguments that go in and do not come back, before the call. `words` are the arguments as they lie on the stack.
+// Logs, before the call, the arguments that go in and do not come back. `words` are the arguments as they lie on the stack.
 void WriteDescribedInputs(LogDocument& document, const com::DualMethod& method, const void* words);
 
-// Those that come back, after a success.
+// Logs, after a successful call, the arguments that come back.
 void WriteDescribedOutputs(LogDocument& document, const com::DualMethod& method, const void* words);
 
 }  // namespace zelt

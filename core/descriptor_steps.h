@@ -20,7 +20,7 @@ struct Mark {};
 template <class D>
 inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 
-// What a descriptor does in a step where it has nothing to do.
+// The steps of a descriptor that has nothing to do in them.
 struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}

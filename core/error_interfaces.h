@@ -61,7 +61,7 @@ struct LoggedBadInvOrder final : LoggedInterface<ECapeBadInvOrder> {
     }
 };
 
-// Both bounds are logged under the method's own name: readers of existing logs know them so.
+// The argument of each of the two bounds is logged under the method's own name, as readers of existing logs expect.
 struct LoggedBoundaries final : LoggedInterface<ECapeBoundaries> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(get_LowerBound)(double* bound) override
@@ -90,7 +90,7 @@ struct LoggedMarker final : LoggedInterface<I> {
     using LoggedInterface<I>::LoggedInterface;
 };
 
-// All of them, as one member of every proxy.
+// All the error interfaces, as one member of every proxy.
 struct ErrorInterfaces {
     explicit ErrorInterfaces(CapeOpenBase& proxy);
 

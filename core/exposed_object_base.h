@@ -14,7 +14,7 @@ protected:
     {}
     ~LoggedProxy() override = default;
 
-    // What a script asks any component for first, unless a class knows better: its name.
+    // Scripts find the members of ICapeIdentification first, unless a derived class names another interface.
     IDispatch* ScriptInterface() override { return &identification; }
 
 private:
@@ -46,7 +46,7 @@ protected:
     explicit ExposedObjectBase(const ProxyTraits& traits) : LoggedProxy(traits), utilities(*this) {}
     ~ExposedObjectBase() override = default;
 
-    // Its own, called as an outside caller does.
+    // The proxy's own ICapeUtilities, for calling it as an outside caller does.
     ICapeUtilities& Utilities() { return utilities; }
 
 private:

@@ -8,8 +8,8 @@
 
 namespace zelt {
 
-// A text that comes back. A proxy whose object was never created returns one itself: it still has something to show in a list of
-// names.
+// A text that comes back. A proxy whose object was never created returns a text of its own, so that a list of names can show
+// something.
 struct OutOrUninitialized : OutArgument<BSTR, ByType> {
     OutOrUninitialized(const char* name, BSTR* text) : OutArgument(name, text, {}) {}
     std::optional<HRESULT> Answer(LoggedCall& call) const;
@@ -32,13 +32,13 @@ struct LoggedIdentification final : LoggedInterface<ICapeIdentification> {
     }
 };
 
-// Not logged: the server asks it of its own proxies.
+// Not logged: the server itself calls it, on its own proxies.
 struct OriginalObject final : com::DualPart<IOriginalObject> {
     explicit OriginalObject(CapeOpenBase& proxy) : DualPart(proxy) {}
     STDMETHOD(GetOriginalObject)(IUnknown** origObject) override;
 };
 
-// Not logged: whether the wrapped object sets error information for an interface, which callers ask before they read it.
+// Whether the wrapped object sets error information for an interface; callers ask before they read it. Not logged.
 struct SupportErrorInfo final : com::Part<ISupportErrorInfo> {
     explicit SupportErrorInfo(CapeOpenBase& proxy) : Part(proxy) {}
     STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override;

@@ -37,7 +37,7 @@ std::string NameOfArgument(const DISPPARAMS& parameters, UINT index)
     return isNewValue ? "value" : "argument " + std::to_string(parameters.cArgs - index);
 }
 
-// Arguments are passed last first. What is passed by reference goes in, and comes back.
+// Automation passes the last argument first. An argument that is passed by reference is logged on the way in and on the way back.
 void WriteArguments(LogDocument& document, const DISPPARAMS& parameters, bool areInputs)
 {
     for (UINT i = parameters.cArgs; i-- > 0;) {
@@ -61,12 +61,12 @@ std::string LoggedName(const std::wstring& name, WORD flags)
     return "IDispatch::" + (prefix + Narrow(name));
 }
 
-// Logs the object's own words for a failure, and returns the failure's code.
+// Logs the object's own description of a failure, and returns the failure's code.
 HRESULT TakeException(LogDocument* log, EXCEPINFO& exception)
 {
     if (exception.pfnDeferredFillIn) {
         AttemptForeign([&] { exception.pfnDeferredFillIn(&exception); });
-        // The caller would call it unguarded.
+        // Otherwise the caller would call it, unguarded.
         exception.pfnDeferredFillIn = nullptr;
     }
     if (log && exception.bstrDescription) {
@@ -108,7 +108,8 @@ HRESULT CapeOpenBase::InvokeMember(const com::LateMember& member, LCID locale, W
 {
     const ForeignPtr<IDispatch> object = QueryForeign<IDispatch>(Wrapped());
     DISPID id = DISPID_UNKNOWN;
-    // The name may be that of another object, whose identifiers are of no use here.
+    // The name may have been found on another object. That object's identifier is of no use here, and this object may not know
+    // the name.
     if (!object || FAILED(IdOf(*object.Get(), member, locale, id))) return DISP_E_MEMBERNOTFOUND;
     const std::string logged = LoggedName(member.name, flags);
     LoggedCall call(*this, logged.c_str());

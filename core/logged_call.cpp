@@ -18,7 +18,7 @@ void EndSweptCall(const CallInProgress& call) noexcept
     call.proxy->LeaveCall();
 }
 
-// `text` is a code and its meaning, or neither is known.
+// `text` is a code and its meaning. A text without a code stands for an unknown fault.
 void SayFault(LogDocument& document, std::string_view text)
 {
     const std::size_t code = LengthOfCode(text);
@@ -47,11 +47,12 @@ void LoggedCall::End()
 
 void LoggedCall::EndElement(HRESULT logged, IUnknown* errorSource)
 {
-    // What escaped has its own error line, and whoever threw it is asked no questions.
+    // An exception or fault that escaped has its own error line, and the object that it escaped from is not asked for details.
     const bool isCallees = outcome == Outcome::Failure && logged == forwarded && !hasEscaped;
     if (!isCallees) return document->EndFunc(logged, errorSource);
     IErrorInfo* const left = errorInfo ? errorInfo->Kept() : nullptr;
-    // The same object as before the call is an older failure's: held since then, its address cannot be another's.
+    // If the object is the same as before the call, it belongs to an older failure. It has been held since then, so no other
+    // object can have its address.
     document->EndFailedFunc(logged, errorSource, left == infoBefore.Get() ? nullptr : left);
 }
 
@@ -81,7 +82,7 @@ HRESULT LoggedCall::ResultOfException() noexcept
         } catch (const SE_Exception& fault) {
             SayFault(*document, fault.Text());
         } catch (const char* text) {
-            // The package's pointer: it may be null, or no string at all.
+            // The pointer comes from the package: it may be null, or point to no string at all.
             const std::unique_ptr<char[]> copy(CopyForeignText(text));
             document->Write(Sentence::UncaughtText, {copy ? copy.get() : ""});
         } catch (const ThrownText& thrown) {

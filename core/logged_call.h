@@ -1,6 +1,6 @@
 // The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what escapes
 // into a status code, closes the element. arguments.h describes arguments; logged_interface.h puts the steps in order. Every path
-// writes exactly one closing tag; for a call whose frame a fault further in has swept away, calls_in_progress.h does so.
+// writes exactly one closing tag; calls_in_progress.h sees to that for a call whose stack frame is lost in a fault further in.
 #pragma once
 
 #include <optional>
@@ -122,7 +122,7 @@ public:
 
     // Closes the element and passes the result on; `errorSource` describes a failure.
     [[nodiscard]] HRESULT Close(HRESULT result, IUnknown* errorSource) { return Close(result, errorSource, result); }
-    // The same when the caller gets another result than the one that the element is closed with.
+    // The same for a caller that gets a result other than the one that the element is closed with.
     [[nodiscard]] HRESULT Close(HRESULT logged, IUnknown* errorSource, HRESULT answer)
     {
         isClosed = true;
@@ -136,7 +136,7 @@ public:
 
 private:
     // Takes the holds that EndCallsBeyond gives back: on the proxy, because the caller's reference may go while the package calls
-    // back, and on the document. The stack may end anywhere, so nothing is called between a hold and its record.
+    // back, and on the document. A call may overflow the stack, so nothing is called between taking a hold and recording it.
     [[gnu::always_inline]] void Enter(std::int32_t depth)
     {
         PrepareToEnterCall();
@@ -162,7 +162,7 @@ private:
     ForeignPtr<IErrorInfo> infoBefore;  // what an older failure had left when the last call was forwarded
     HRESULT forwarded = S_OK;           // the result of that call
     bool isClosed = false;
-    bool hasEscaped = false;  // something escaped from it or an earlier one
+    bool hasEscaped = false;  // an exception or fault escaped from that call or an earlier one
     Outcome outcome = Outcome::None;
     std::size_t callsBefore;  // how many calls were in progress before this one
 };

@@ -1,5 +1,5 @@
 // One CAPE-OPEN interface of a proxy: a part that forwards each method to the same interface of the wrapped object. A derived
-// class holds one row per method, made with LOGGED. The engine that executes the rows is Forward below, one for all.
+// class holds one row per method, made with LOGGED. The engine that executes all rows is Forward below.
 #pragma once
 
 #include <tuple>
@@ -25,7 +25,7 @@ auto ArgumentOf(D& descriptor)
     }
 }
 
-// What is forwarded for it: a reference to the caller's value, or a pointer.
+// The same with what is forwarded for the descriptor: a reference to the caller's value, or a pointer.
 template <class D>
 auto ValueOf(const D& descriptor)
 {
@@ -47,7 +47,7 @@ struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
     using Type = std::tuple<P...>;
 };
 
-// Whether a descriptor may put the original object in the place of a proxy.
+// Whether one of the descriptors may put the original object in the place of a proxy.
 template <class... D>
 consteval bool TakesObjects()
 {
@@ -55,7 +55,7 @@ consteval bool TakesObjects()
 }
 
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
-// `Base`: the part that implements what is no row: com::Part for an interface without IDispatch.
+// `Base`: the part that implements the methods that are not rows; com::Part for an interface without IDispatch.
 template <class I, ThermoVersion Version = ThermoVersion::Unset, class Base = com::DualPart<I>>
 class LoggedInterface : public Base, private InterfaceCache {
 public:

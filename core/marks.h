@@ -1,4 +1,5 @@
-// Marks of a row that are no rule of their own file: a needed object, an error on a condition, an object that is held.
+// The marks that have no file of their own: for an object that is needed, that the call initializes, or that is held; and for an
+// error on a condition.
 #pragma once
 
 #include <optional>
@@ -17,7 +18,7 @@ struct NeedsObject : Mark, NoSteps {
     }
 };
 
-// The object is initialized, or terminated, when the call has succeeded.
+// Notes, when the call has succeeded, that the object is initialized or terminated.
 struct Initializes : Mark, NoSteps {
     bool isInitialized;
 
@@ -28,7 +29,7 @@ struct Initializes : Mark, NoSteps {
     }
 };
 
-// An error when the condition holds; the call goes on.
+// Logs an error when the condition holds; the call goes on.
 struct ErrorIf : Mark, NoSteps {
     bool condition;
     Sentence sentence;

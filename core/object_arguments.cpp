@@ -48,7 +48,7 @@ HRESULT WrappedIn::Replace(LoggedCall& call, bool makesReadOnly)
 
 HRESULT LentProxy::Lend(CapeOpenBase& lent)
 {
-    // The pin counts for the reference that the query takes.
+    // The pin takes the place of the query's reference.
     const HRESULT queried = lent.QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&face));
     if (FAILED(queried)) return queried;
     proxy = &lent;
@@ -59,7 +59,7 @@ HRESULT LentProxy::Lend(CapeOpenBase& lent)
 
 namespace {
 
-// Whether an object came back. A failed call leaves null.
+// Whether the call succeeded and has a place for its object. After a failure, sets the pointer to null.
 bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HRESULT result)
 {
     if (!pointer) {
@@ -70,8 +70,8 @@ bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HR
     return SUCCEEDED(result);
 }
 
-// Replaces a returned object by a proxy, and gives the object's reference back. Without a proxy the object stays: its kind
-// crosses as it is. On failure releases the object and leaves null.
+// Replaces a returned object by a proxy, and gives the object's reference back. An object of a kind that crosses as it is stays.
+// On failure releases the object and leaves null.
 HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
 {
     ProxyPtr proxy;
@@ -132,7 +132,7 @@ struct ArrayDestroyer {
 using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
 
 // The content of an array that foreign code returned, copied without trusting anything that the array says about itself. The
-// elements remain the array's own.
+// elements still belong to the array.
 template <class Element>
 class ArrayContent {
     // For pointers to interfaces, too, the pointers' own size is what counts. NOLINTNEXTLINE(bugprone-sizeof-expression)
@@ -167,7 +167,7 @@ public:
     const std::vector<Element>& Elements() const { return elements; }
 
 private:
-    // Keeps their size in bytes far from overflowing, also in the system's calculations.
+    // Keeps the size of the elements in bytes far from overflowing, in the system's calculations too.
     static constexpr std::uint64_t kMostElements = 1 << 24;
 
     HRESULT ReadBounds(SAFEARRAY* array)

@@ -1,4 +1,4 @@
-// Descriptors of objects: what a proxy takes the place of, on the way in and on the way back.
+// Descriptors of arguments that are objects, which proxies may replace on the way in and on the way back.
 #pragma once
 
 #include <string>
@@ -9,11 +9,12 @@
 
 namespace zelt {
 
-// The object behind an argument that is one of our proxies, for the length of a call that goes to where this object came from, in
-// a tree that hands such objects back as they came. A descriptor that has one declares HandsBack.
+// Holds, for the length of a call, the object behind an argument that is one of our proxies, if the call goes to the side that
+// this object came from, and if the tree hands such objects back as they came. A descriptor with such a member declares
+// HandsBack.
 class OriginalLent {
 public:
-    // Whether there is one.
+    // Looks for the object behind `argument`. False if there is none to hand back.
     bool Find(const LoggedCall& call, IDispatch* argument);
     IDispatch* Get() const { return original.Get(); }
     void TakeBack() { original = ForeignPtr<IDispatch>(); }
@@ -22,7 +23,7 @@ private:
     ForeignPtr<IDispatch> original;
 };
 
-// A proxy for the length of a call. The callee may hold it longer, but must not take it away by releasing too often.
+// A proxy for the length of a call. The callee may hold it longer, but cannot destroy it by releasing it too often.
 class LentProxy {
 public:
     LentProxy() = default;
@@ -118,7 +119,7 @@ struct WrappedOut : NoSteps {
 };
 
 // An object that comes back, logged as it was returned. If it is one of our proxies, the caller gets the object behind it, which
-// it once handed in itself. A failed call leaves null.
+// the caller itself once passed in. A failed call leaves null.
 struct OriginalOut : NoSteps {
     using Parameter = IDispatch**;
     const char* name;

@@ -1,6 +1,7 @@
-// Interfaces beyond those of a proxy's class. Whatever its object has, a proxy offers: through a part that is made when the
-// interface is first asked for, and lives as long as the proxy. An interface of the standard with rows is carried by its rows, from
-// a table that the layers above install; any other dual interface by a part that is driven by type information.
+// Interfaces beyond those of a proxy's class. A proxy offers whatever its object offers, through a part that is made when the
+// interface is first asked for and lives as long as the proxy. An interface of the standard that has rows is carried by these,
+// from a table that the layers above install; any other dual interface is carried by a part that type information drives
+// (described_part.h).
 #pragma once
 
 #include <windows.h>
@@ -19,7 +20,7 @@ public:
     virtual ~PartOnDemand() = default;
 };
 
-// A part that is a row class, in a holder of its own.
+// A part on demand that is a class of rows.
 template <class Rows>
 struct RowsOnDemand final : PartOnDemand {
     explicit RowsOnDemand(CapeOpenBase& proxy) : rows(proxy) {}
@@ -31,7 +32,7 @@ struct PartRow {
     std::unique_ptr<PartOnDemand> (*make)(CapeOpenBase& proxy);
 };
 
-// The row of a table for an interface and the class of its rows.
+// The table's entry for an interface and the class that has its rows.
 template <class Interface, class Rows>
 PartRow PartOf()
 {
@@ -46,7 +47,7 @@ void SetPartsOnDemand(std::span<const PartRow> rows);
 // False for interfaces that COM relies on, and for those that proxies never offer.
 bool MayCarry(REFIID iid);
 
-// Makes the part. Null when there are no rows and no type information for the interface.
+// Makes the part. Null for an interface that may not be carried, or that has neither rows nor type information.
 std::unique_ptr<PartOnDemand> MakePart(REFIID iid, CapeOpenBase& proxy);
 
 }  // namespace zelt

@@ -10,7 +10,7 @@ namespace zelt {
 std::optional<ULONGLONG> BytesMoved::Position() const
 {
     if (!stream) return {};
-    // The stream's own failures are nobody's business.
+    // A failure of the stream must not leave error information for the caller.
     const ErrorInfoKeeper keeper;
     const LARGE_INTEGER nowhere = {};
     ULARGE_INTEGER position = {};

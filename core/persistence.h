@@ -13,8 +13,8 @@
 
 namespace zelt {
 
-// Says how far the forwarded call has moved in the stream, and gives a recording what is between. Silent when the stream does not
-// give its position.
+// Logs how far the forwarded call has moved in the stream, and gives the bytes in between to a recording. Does neither when the
+// stream does not tell its position.
 class BytesMoved : public Mark, public NoSteps {
 public:
     using FinishOnlyLogs = void;
@@ -26,7 +26,7 @@ public:
 private:
     std::optional<ULONGLONG> Position() const;
     bool MoveTo(ULONGLONG position) const;
-    // What is in the stream from `start` on, read again; leaves the stream where it was.
+    // Reads the bytes from `start` to `end` again; leaves the stream at `end`, where it was.
     std::optional<std::string> BytesUntil(ULONGLONG end) const;
 
     IStream* stream;
@@ -35,7 +35,7 @@ private:
     std::optional<ULONGLONG> start;
 };
 
-// Says what a successful IsDirty returned: its result is its answer.
+// Logs what a successful IsDirty returned: the status code is the answer.
 struct DirtyOrNot : Mark, NoSteps {
     using FinishOnlyLogs = void;
     void Finish(LoggedCall& call, HRESULT& result) const;

@@ -1,5 +1,5 @@
 // The wrapping of interface pointers that cross a proxy. A site names the kind of object that crosses; the table, filled by the
-// layer that owns the proxy classes, says how to make a proxy of that kind. A kind without an entry crosses as it is. A wrap
+// layer that owns the proxy classes, says how to make a proxy of that kind. A kind without an entry crosses as it is. Wrapping
 // never inspects the pointer: one that crosses twice is wrapped twice, and the log shows both layers.
 #pragma once
 
@@ -14,7 +14,7 @@ namespace zelt {
 
 class CapeOpenBase;
 
-// The CAPE-OPEN generation whose material interfaces an object is used through.
+// The CAPE-OPEN generation of the material interfaces through which an object is used.
 enum class ThermoVersion { Unset = -1, CapeOpen10 = 0, CapeOpen11 = 1 };
 
 enum class WrapKind {

@@ -14,7 +14,7 @@ namespace {
 
 struct Match {
     const Command* command;
-    std::size_t words;  // that its name takes
+    std::size_t words;  // how many words its name has
 };
 
 std::optional<Match> FindCommand(std::span<const Command> commands, const std::vector<std::string>& words)
@@ -109,7 +109,7 @@ int RunMatch(const Match& match, std::span<const std::string> rest, Streams& str
     for (const Command& command : commands) {
         const std::string_view name = command.name;
         const std::size_t blank = name.find(' ');
-        // The first word was forgotten.
+        // The user left out the first word of the name.
         if (blank != std::string_view::npos && name.substr(blank + 1) == first) {
             throw UsageError("there is no command \"" + first + "\"" + DidYouMean(name));
         }

@@ -17,7 +17,7 @@ namespace zelt::ctl {
 enum ExitCode : int {
     kFine = 0,
     kFinding = 1,     // a difference or a finding: nothing went wrong
-    kUsage = 2,       // the command line is not understood, or asks for what cannot be done now
+    kUsage = 2,       // the command line is not understood, or asks for something that cannot be done now
     kUnreadable = 3,  // the input cannot be read, the output cannot be written, or the program failed
 };
 
@@ -58,7 +58,7 @@ public:
     std::size_t Operands() const { return operands.size(); }
     bool Has(std::string_view option) const { return options.find(option) != options.end(); }
     std::optional<std::string> Value(std::string_view option) const;
-    // Not below 0. Throws UsageError for anything else.
+    // The option's value as a number, 0 or more; nothing when the option is not given. Throws UsageError for any other value.
     std::optional<double> Number(std::string_view option) const;
 
 private:

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::string_view kGeneral[] = {"help", "completion", "manual", "--help", "--version"};
 
-// The words of the commands by what comes before them: "" before the first, "log" before "show"; then the options of "log show".
+// The words that may come next, by what comes before them: the first words of all commands for "", "show" for "log", the options
+// for "log show".
 using WordsBehind = std::map<std::string, std::vector<std::string>>;
 
 void Add(std::vector<std::string>& words, std::string_view word)
@@ -27,7 +28,7 @@ WordsBehind Words(std::span<const Command> commands)
         const std::string name = command.name;
         const std::size_t first = name.find(' '), second = name.find(' ', first + 1);
         Add(words[""], name.substr(0, first));
-        // Of "log on PACKAGE" too, what the user types next is one word.
+        // The second word of a name is one of those that may follow its first.
         if (first != std::string::npos) Add(words[name.substr(0, first)], name.substr(first + 1, second - first - 1));
         std::vector<std::string>& options = words[name];
         for (const Option& option : command.options) Add(options, option.name);
@@ -38,7 +39,7 @@ WordsBehind Words(std::span<const Command> commands)
     return words;
 }
 
-// The options that take one of a few words, "in|out".
+// The options that take one of a few words, "in|out", with these words.
 WordsBehind Choices(std::span<const Command> commands)
 {
     WordsBehind choices;
@@ -86,7 +87,8 @@ void WriteBash(std::span<const Command> commands, Output& out)
         if (before.empty()) {
             out << "    '') words='" << Joined(words, " ") << "' ;;\n";
         } else {
-            // What follows a command that has a second word is no part of its name.
+            // The script joins the first two words. After a command of one word, the second is no part of the name, so the
+            // pattern ends in *.
             const bool isGroup = std::any_of(commands.begin(), commands.end(), [&](const Command& command) {
                 return std::string_view(command.name).starts_with(before + ' ');
             });
@@ -132,7 +134,8 @@ void WritePowerShell(std::span<const Command> commands, Output& out)
            "}\n";
 }
 
-// A text in the language of man pages: no line may begin with its marks, and hyphens of options are no hyphenation.
+// Escapes a text for roff, the language of man pages: no line may begin with one of its control characters, and roff would show a
+// plain - as a hyphen instead of the minus sign of an option.
 std::string Roff(std::string_view text)
 {
     std::string out;

@@ -5,14 +5,14 @@
 namespace zelt::ctl {
 namespace {
 
-std::atomic<UINT> before;  // 0 if there is no console, or nothing to restore any more
+std::atomic<UINT> before;  // the code page to restore; 0 if there is no console, or nothing left to restore
 
 void Restore()
 {
     if (const UINT page = before.exchange(0)) SetConsoleOutputCP(page);
 }
 
-// Called on a thread of its own. The system's next handler ends the process.
+// Windows calls it on a separate thread. The next handler, the system's, ends the process.
 BOOL CALLBACK OnEnd(DWORD)
 {
     Restore();

@@ -1,12 +1,12 @@
-// The console's code page: UTF-8 while the program runs, then again what it was, because the console belongs to the shell and to
-// the programs that follow.
+// The console's code page: UTF-8 while the program runs, and afterwards what it was before, because the console belongs to the
+// shell and to the programs that follow.
 #pragma once
 
 #include <windows.h>
 
 namespace zelt::ctl {
 
-// Restores it also when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at a time.
+// Also restores it when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at a time.
 class Utf8Console {
 public:
     Utf8Console();

@@ -1,4 +1,4 @@
-// The commands that need Windows, for the programs that lack them: they say so instead of not knowing them.
+// Commands that need Windows. A program that lacks them says that they need Windows, instead of calling them unknown.
 #pragma once
 
 #include <string_view>

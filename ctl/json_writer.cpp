@@ -9,7 +9,7 @@ void AppendJsonString(Output& out, std::string_view text)
     out << '"';
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size();) {
-        // Nearly every one.
+        // Nearly every character is plain.
         if (text[i] >= 0x20 && text[i] < 0x7F && text[i] != '"' && text[i] != '\\') {
             ++i;
             continue;

@@ -1,4 +1,4 @@
-// JSON, written as it is produced: objects and arrays in any nesting, without keeping any of it.
+// JSON, written as it is produced: objects and arrays, nested to any depth. Keeps nothing of what it has written.
 #pragma once
 
 #include <string_view>
@@ -30,7 +30,7 @@ public:
     JsonWriter& Member(std::string_view name, std::string_view text) { return Key(name).String(text); }
     JsonWriter& Member(std::string_view name, long long number) { return Key(name).Number(number); }
 
-    // Puts each element of the open array on a line of its own.
+    // Call it before each element of an array to put the elements on lines of their own.
     JsonWriter& NewLine();
 
 private:
@@ -39,7 +39,7 @@ private:
     void Separate();
 
     Output& out;
-    bool first = true;  // what is open is still empty
+    bool first = true;  // the open object or array is still empty
     bool behindKey = false;
 };
 

@@ -1,6 +1,6 @@
-// Text on its way out, in UTF-8: gathered and written in large pieces. One for the data (standard output), one for the messages
-// (standard error). Characters that a terminal would obey come out as codes, wherever they come from. Without a stream it keeps
-// everything, which is how tests read it.
+// Text that the program writes, in UTF-8: collected, and written in large pieces. There is one Output for the data (standard
+// output) and one for the messages (standard error). Characters that a terminal would obey are written as codes, wherever they
+// come from. Without a stream, an Output keeps everything, so that tests can read it.
 #pragma once
 
 #include <cstdio>
@@ -11,7 +11,7 @@
 
 namespace zelt::ctl {
 
-// What a text is, for terminals with colours.
+// What kind of text follows, for terminals with colours.
 enum class Style { Plain, Heading, Inward, Outward, Bad, Warning, Faint };
 
 class Output {
@@ -33,7 +33,7 @@ public:
         if (stream && buffer.size() >= kPiece) Flush();
         return *this;
     }
-    // Bytes that are no text.
+    // Writes bytes that are not text, unchanged.
     Output& Bytes(std::string_view bytes)
     {
         buffer += bytes;
@@ -47,7 +47,7 @@ public:
     }
     Output& operator<<(long long number);
     Output& operator<<(int number) { return *this << static_cast<long long>(number); }
-    // With blanks before it, so that numbers stand in columns.
+    // With blanks before the number, so that numbers line up in columns.
     Output& Number(long long number, std::size_t width);
     Output& Fill(std::size_t count, char c = ' ')
     {
@@ -55,7 +55,7 @@ public:
         return *this;
     }
 
-    // Without this, styles change nothing.
+    // Without this call, styles change nothing.
     void UseColours() { hasColours = true; }
     Output& operator<<(Style style)
     {
@@ -63,9 +63,10 @@ public:
         return *this;
     }
 
-    // How many bytes there have been.
+    // How many bytes have been written, flushed or not.
     std::size_t Written() const { return flushed + buffer.size(); }
-    // Takes back what came after `count` bytes, if none of it has been flushed. For what may turn out to be unnecessary.
+    // Removes what was written after the first `count` bytes, if none of it has been flushed. For text that may turn out to be
+    // unnecessary.
     void TakeBack(std::size_t count)
     {
         if (count >= flushed && count < Written()) buffer.resize(count - flushed);
@@ -91,7 +92,7 @@ private:
 // NO_COLOR and TERM, null when they are not set.
 bool WantsColours(bool isTerminal, const char* noColour, const char* terminal);
 
-// What a command left out of its answer and only counts, for all logs that it was asked about.
+// How much a command left out of its answer and only counted, for all logs that it was asked about.
 struct LeftOut {
     long long queries = 0;  // of the system
     long long alike = 0;    // warnings that say the same as another

@@ -1,5 +1,5 @@
-// The file that -o names. It is written beside and then renamed, so that a command that fails leaves neither half a file nor an
-// older one destroyed.
+// The file that -o names. It is written beside its final place and then renamed, so that a command that fails neither leaves half
+// a file nor destroys an older one.
 #pragma once
 
 #include <cstdio>
@@ -35,7 +35,7 @@ private:
     Output data;
 };
 
-// Calls `write` with the output that the command line asks for: a file with -o, otherwise the command's own.
+// Calls `write` with the output that the command line asks for: a file with -o, otherwise the command's own output.
 template <class Write>
 int WithOutputFile(const Arguments& arguments, Streams& streams, Write&& write)
 {

@@ -6,7 +6,7 @@ namespace zelt::ctl {
 
 std::size_t EditsBetween(std::string_view a, std::string_view b)
 {
-    // The last three rows of the table of edits between all beginnings of the two.
+    // The last three rows of the table of edits between all prefixes of the two words.
     std::vector<std::size_t> older, before(b.size() + 1), row(b.size() + 1);
     for (std::size_t j = 0; j <= b.size(); ++j) before[j] = j;
     for (std::size_t i = 1; i <= a.size(); ++i) {
@@ -25,7 +25,8 @@ std::size_t EditsBetween(std::string_view a, std::string_view b)
 
 std::string_view MostSimilar(std::string_view word, const std::vector<std::string_view>& candidates)
 {
-    // A longer word may have more mistakes. Words are short; a longer one is no misspelling of any.
+    // The longer the word, the more mistakes it may have. All candidates are short, so a word beyond kLongest is not a
+    // misspelling of any.
     constexpr std::size_t kLongest = 40;
     std::string_view best;
     if (word.size() > kLongest) return best;

@@ -1,4 +1,4 @@
-// A name for a file in the folder for temporary files; the file goes with its owner.
+// A name for a file in the folder for temporary files. The destructor deletes the file.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@ namespace zelt::ctl {
 
 class TemporaryFile {
 public:
-    // The name ends in `ending`. Nothing is made.
+    // The name ends in `ending`. Creates no file.
     explicit TemporaryFile(const std::string& ending);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;

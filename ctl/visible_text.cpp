@@ -17,7 +17,8 @@ bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 bool IsPlain(char c) { return c >= 0x20 && c < 0x7F; }
 
 #ifdef __SSE2__
-// How much of the text from `start` on can stay, except for some of its last bytes: sixteen at a time, with line ends.
+// How many bytes from `start` on can stay as they are, line ends and tabs included. Tests sixteen at a time, and does not test
+// the last few.
 std::size_t PlainStart(std::string_view text, std::size_t start)
 {
     const __m128i blank = _mm_set1_epi8(' '), last = _mm_set1_epi8(0x7F), tab = _mm_set1_epi8('\t'),
@@ -37,8 +38,8 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
     return at - start;
 }
 #else
-// How much of the text from `start` on is plain, except for some of its last bytes: nearly all text is, and a word takes as long as
-// a byte.
+// How many bytes from `start` on are plain. Does not test the last few. Nearly all text is plain, and a word takes no longer to
+// test than a byte.
 std::size_t PlainStart(std::string_view text, std::size_t start)
 {
     constexpr std::uint64_t kOnes = 0x0101010101010101, kHighBits = 0x80 * kOnes;
@@ -48,7 +49,7 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
         // A byte below 0x20 borrows, 0x7F becomes 0x80, and bytes from 0x80 on have their high bit already.
         const std::uint64_t found = ((word - 0x20 * kOnes) | (word + kOnes) | word) & kHighBits;
         if (!found) continue;
-        // The first one found is one; what borrowed or carried comes behind it.
+        // The first byte found is a true one; borrows and carries can only mark bytes after it.
         if constexpr (std::endian::native == std::endian::little)
             at += static_cast<std::size_t>(std::countr_zero(found)) / 8;
         break;

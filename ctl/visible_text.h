@@ -22,13 +22,13 @@ Character FirstCharacter(std::string_view text);
 // A control character (which includes line ends and tabs), or a mark that changes the writing direction.
 bool IsHidden(std::uint32_t code);
 
-// How many characters wide the text is shown, if each takes one place.
+// The width of the text as it is shown, if each character takes one column.
 std::size_t WidthOf(std::string_view text);
 
-// Appends `text` with each hidden character as its number, like \u{9b}. Tabs and line ends, including CR LF, stay.
+// Appends `text` with a code such as \u{9b} in place of each hidden character. Tabs and line ends, including CR LF, stay.
 void AppendVisible(std::string& out, std::string_view text);
 
-// Whether a text has printable ASCII only, eight bytes at a time.
+// Whether a text consists of printable ASCII only. Tests eight bytes at a time.
 inline bool IsPrintable(std::string_view text)
 {
     constexpr std::uint64_t kOnes = 0x0101010101010101;

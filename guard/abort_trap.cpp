@@ -36,10 +36,10 @@ Function Export(HMODULE library, const char* name)
 {
     const ULONG_PTR parameters[] = {reinterpret_cast<ULONG_PTR>(&kMark), reinterpret_cast<ULONG_PTR>(text)};
     RaiseException(kAborted, EXCEPTION_NONCONTINUABLE, 2, parameters);
-    std::_Exit(3);  // Not reached: the caller has seen a guard.
+    std::_Exit(3);  // Not reached: the caller has checked that a guard is active.
 }
 
-// Ends the guarded call. Outside one, the process ends.
+// Ends the guarded call or, outside guarded calls, the process.
 void GiveUp()
 {
     if (GuardDepth() != 0) RaiseAbort(nullptr);
@@ -75,7 +75,8 @@ void __cdecl OnAbort(int)
     RaiseAbort(nullptr);
 }
 
-// Set after the signal, in the libraries that have them. Both would otherwise show a message and end the process.
+// The handlers of invalid parameters and of pure calls, for the libraries that have them. Without ours, both would show a message
+// and end the process.
 void __cdecl OnInvalidParameter(const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) { GiveUp(); }
 
 void __cdecl OnPureCall() { GiveUp(); }
@@ -102,7 +103,7 @@ bool IsOlderRuntime(std::wstring_view name)
     return std::all_of(name.begin(), name.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
 }
 
-// One shared runtime library of Microsoft's compilers, other than msvcrt.
+// Sets the traps in one shared runtime library of Microsoft's compilers, other than msvcrt.
 void TrapIn(HMODULE library)
 {
     constexpr unsigned kMessage = 1;  // _WRITE_ABORT_MSG; error reporting stays as it is
@@ -121,7 +122,7 @@ std::wstring FileName(HMODULE library)
     return std::wstring(whole.substr(whole.find_last_of(L"\\/") + 1));
 }
 
-// Each version of a library that is loaded in several is a library of its own.
+// A library can be loaded in several versions: each of them is trapped.
 void TrapInAll() noexcept
 try {
     const std::lock_guard lock(trappedMutex);
@@ -136,7 +137,7 @@ try {
     guard::librariesAreNew = true;  // the next call tries again
 }
 
-// GCC's shared C++ library says what it was throwing when it gave up.
+// GCC's shared C++ library. When it gives up, it can say what was being thrown.
 class SharedRuntime {
 public:
     static void Trap()
@@ -158,7 +159,7 @@ private:
             if (previous) previous();
             std::abort();
         }
-        // With an outer guard the current exception may be one that an outer package is handling.
+        // If there is an outer guard, the current exception may be one that an outer package is handling.
         RaiseAbort(depth == 1 ? TextInFlight() : nullptr);
     }
 
@@ -174,7 +175,8 @@ private:
         if (!type) return nullptr;
         const char* text = nullptr;
         if (std::strcmp(type->name(), "PKc") == 0 || std::strcmp(type->name(), "Pc") == 0) {
-            // The pointer's one field is the thrown object; the reference goes back before the exception ends.
+            // The only field of std::exception_ptr is the address of the thrown object. Its reference is given back before the
+            // exception ends.
             static_assert(sizeof(std::exception_ptr) == sizeof(const char* const*));
             const std::exception_ptr exception = currentException();
             const char* const* object = nullptr;

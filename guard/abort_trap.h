@@ -1,16 +1,16 @@
 // Turns std::terminate, abort, calls of pure virtual functions and invalid parameters of runtime functions inside a guarded call
-// into a structured exception, which the guard takes. Packages built with GCC for i686 need it: an exception that their own copy of
-// the runtime library cannot unwind further ends there. Outside guarded calls all of them still end the process, without a message
-// box that nobody would answer.
+// into a structured exception, which the guard takes. Packages built with GCC for i686 need it: an exception that their own copy
+// of the runtime library cannot unwind any further ends in std::terminate or abort. Outside guarded calls all of them still end
+// the process, without a message box that nobody would answer.
 #pragma once
 
 #include <windows.h>
 
 namespace zelt {
 
-// Installs the trap in msvcrt and, when they are loaded, in msvcr70 to msvcr120, the universal runtime library and GCC's shared C++
-// library. It cannot reach libraries that are linked into a package; those of GCC call the abort of a shared one. A guarded call
-// does this by itself when libraries have been loaded since.
+// Installs the trap in msvcrt and, when they are loaded, in msvcr70 to msvcr120, the universal runtime library and GCC's shared
+// C++ library. It cannot reach libraries that are linked into a package; those of GCC call the abort of a shared one. A guarded
+// call does this by itself when libraries have been loaded or unloaded since.
 void TrapAborts();
 
 // True for the trap's exception; `text` is then the string that was being thrown, or null when that is not known.

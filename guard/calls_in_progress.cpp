@@ -39,7 +39,7 @@ void EndCallsBeyond(std::size_t remaining) noexcept
     while (count > remaining) {
         --count;
         if (count >= room) continue;
-        // A copy: ending a call may make other calls, which need room.
+        // A copy: ending a call may make other calls, which may move the array.
         const CallInProgress call = calls[count];
         endCall(call);
     }

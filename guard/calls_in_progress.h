@@ -1,6 +1,6 @@
-// The logged calls in progress in the proxies' apartment, kept apart from the stack. A call further out may catch a fault far
-// down, above all a stack overflow: the frames in between are gone without their destructors, and this code does what those would
-// have done. Every call enters and leaves here, so both functions are inline.
+// The proxied calls in progress in the proxies' apartment, recorded outside the stack. An outer call may catch a fault, above all
+// a stack overflow, from many calls further in. The stack frames in between are then lost without having run their destructors,
+// and this code does what those would have done. Every call enters and leaves here, so the functions for that are inline.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace zelt {
 
-// What the calls belong to; only the layer that enters them knows more about it.
+// What the calls belong to; only the layer that enters calls knows more about these classes.
 class CapeOpenBase;
 class LogDocument;
 
@@ -18,7 +18,8 @@ struct CallInProgress {
     std::int32_t depth;     // of the document before the call's element was opened
 };
 
-// Does what the swept frame of a call would have done. Installed by the layer that enters calls, before it enters the first.
+// Does what the destructors of a call's lost stack frame would have done. Installed by the layer that enters calls, before it
+// enters the first.
 using EndCallFunction = void (*)(const CallInProgress& call) noexcept;
 EndCallFunction SetEndCall(EndCallFunction function);
 
@@ -36,7 +37,7 @@ void MakeRoom() noexcept;
 // How many calls are in progress.
 inline std::size_t CountCallsInProgress() { return calls_in_progress::count; }
 
-// Makes room for one more; unlike what follows, it may call other functions.
+// Makes room for one more call. Unlike EnterCallInProgress, it may call other functions.
 inline void PrepareToEnterCall()
 {
     using namespace calls_in_progress;

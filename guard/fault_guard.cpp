@@ -38,11 +38,11 @@ bool HasRoomToRecover(const void* frame)
 #ifdef _WIN64
 constexpr DWORD kGccThrow = 0x20474343;
 
-// C++ exceptions from any copy of GCC's runtime library are known to ours and find their handler themselves. Those of other
-// libraries with the same code are not: our library ends the process when it meets one during another.
+// Our runtime library knows C++ exceptions from any copy of GCC's, and they find their handlers themselves. It does not know
+// those of other libraries with the same code: it ends the process when it meets one while another is being handled.
 bool PassesThrough(const EXCEPTION_RECORD& record)
 {
-    char producer[8] = {};  // The exception's class: vendor and language, the last byte varies.
+    char producer[8] = {};  // The exception's class: vendor and language. The last character varies.
     if (record.ExceptionCode != kGccThrow || record.NumberParameters == 0) return false;
     if (!ReadForeign(reinterpret_cast<const void*>(record.ExceptionInformation[0]), producer, sizeof producer))
         return false;
@@ -181,7 +181,7 @@ extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, Guar
     return ExceptionContinueSearch;
 }
 
-// Our own runtime library calls it for the thunk's frame while a C++ exception passes: the record goes with the frame.
+// Called by our own runtime library for the thunk's frame while a C++ exception passes through. Unlinks the frame's record.
 extern "C" _Unwind_Reason_Code ZeltGuardPersonality(int, _Unwind_Action actions, _Unwind_Exception_Class,
                                                     _Unwind_Exception*, _Unwind_Context* context)
 {
@@ -212,7 +212,7 @@ void PrepareGuards()
     ULONG reserve = 0;
     if (SetThreadStackGuarantee(&reserve) && reserve >= kOverflowReserve) return;
     reserve = kOverflowReserve;
-    // A stack that is committed as a whole has its guard page too low for the new reserve; this call sets it again.
+    // If the whole stack is committed, its guard page is too low for the new reserve; _resetstkoflw places it again.
     if (SetThreadStackGuarantee(&reserve)) _resetstkoflw();
 }
 
@@ -224,7 +224,7 @@ void guard::ThrowEscape(const Escape& escape)
         case Escape::Kind::Foreign: throw ForeignException();
         case Escape::Kind::Fault: break;
     }
-    // The guard page went with the overflow; without it the next one would end the process.
+    // The guard page was lost in the overflow; without it, the next overflow would end the process.
     if (escape.code == EXCEPTION_STACK_OVERFLOW) _resetstkoflw();
     throw SE_Exception(escape.code);
 }

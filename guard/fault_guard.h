@@ -1,6 +1,6 @@
-// Calls into code that is not ours, made so that only C++ exceptions come back: the guard is a frame handler around this one
-// call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. Abandoned frames
-// of the callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a fail-fast.
+// Calls into code that is not ours, made so that whatever escapes arrives as a C++ exception. The guard is a frame handler around
+// the single call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. Abandoned frames of the
+// callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a fail-fast.
 #pragma once
 
 #include <windows.h>
@@ -34,14 +34,14 @@ public:
     const char* what() const noexcept override { return "a component threw an exception or gave up"; }
 };
 
-// Makes std::terminate, abort and what else ends a process catchable in a guarded call, in each shared runtime library that is
-// loaded, and reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done
-// at start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and idempotent.
+// Makes the ways in which a callee gives up (abort_trap.h) catchable in guarded calls, in each shared runtime library that is
+// loaded. Reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done at
+// start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {
 
-// What the frame handler saw. Filled before the stack is unwound; the handler allocates text, ThrowEscape owns it.
+// What the frame handler saw. Filled before the stack is unwound. The handler allocates `text`, ThrowEscape frees it.
 struct Escape {
     enum class Kind { Fault, Text, Foreign };
 

@@ -55,7 +55,7 @@ _ZeltGuardedCall:
     ret
     .cfi_restore_state
 
-// The handler's way back, with ebp and esp as the call above left them.
+// The handler resumes here, with ebp as it was at the call above, and esp at the record.
 .Lresume:
     pushl   $2                      // Clears the direction, trap and alignment-check flags.
     popfl
@@ -66,8 +66,8 @@ _ZeltGuardedCall:
     jmp     .Lleave
     .cfi_endproc
 
-// void ZeltGuardUnwind(record, EXCEPTION_RECORD*): unwinds to the record and returns 1 from its guarded call. RtlUnwind
-// keeps no register but esp.
+// void ZeltGuardUnwind(record, EXCEPTION_RECORD*): unwinds to the record and returns 1 from its guarded call. RtlUnwind preserves
+// no register but esp.
     .p2align 4
     .globl  _ZeltGuardUnwind
     .def    _ZeltGuardUnwind; .scl 2; .type 32; .endef

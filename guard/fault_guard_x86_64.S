@@ -1,4 +1,5 @@
-// The guarded call on x86_64. Faults are found through the unwind tables; C++ exceptions pass through by the same tables.
+// The guarded call on x86_64. On a fault, the system finds the handler through the unwind tables; C++ exceptions pass through by
+// the same tables.
 // Frame, from rsp after the prologue (the establisher frame that the handler is given):
 //     0  home space of the callee     32  Escape*     40  mxcsr     44  x87 control word
 

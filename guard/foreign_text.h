@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// The text up to its first NUL; the string is freed. An unreadable string gives no text and is left alone.
+// The text up to its first NUL; the string is freed. An unreadable string gives no text and is not freed.
 inline std::string TakeForeignText(BSTR returned)
 {
     if (!returned) return {};
@@ -33,7 +33,7 @@ std::string ForeignText(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*)
     return FAILED(result) ? std::string() : TakeForeignText(raw);
 }
 
-// The same of the interface I of `object`; empty when there is none.
+// The same for the interface `I` of `object`; empty when there is none.
 template <class I>
 std::string TextOfInterface(IUnknown* object, HRESULT (STDMETHODCALLTYPE I::*getter)(BSTR*))
 {

@@ -13,7 +13,7 @@ constexpr std::size_t kMaxText = 64 * 1024;
 constexpr std::size_t kPage = 4096;
 constexpr std::uint32_t kMaxTypes = 64;  // An array that claims more catchable types than this is garbage.
 
-// References inside the tables: addresses on i686, offsets from the thrower's image base on x86_64.
+// References in the tables that describe a thrown object: addresses on i686, offsets from the thrower's image base on x86_64.
 using Reference = std::uint32_t;
 
 #ifdef _WIN64
@@ -114,7 +114,7 @@ char* CopyMicrosoftText(const EXCEPTION_RECORD& record) noexcept
     if (record.ExceptionCode != kMicrosoftThrow || record.NumberParameters < kParameters) return nullptr;
     if (parameters[0] < kFirstVersion || parameters[0] > kLastVersion) return nullptr;
     if (parameters[1] == 0 || parameters[2] == 0)
-        return nullptr;  // A rethrow; the object is known to the thrower only.
+        return nullptr;  // A rethrow: only the runtime library that threw knows the object.
 #ifdef _WIN64
     const std::uintptr_t base = parameters[3];
 #else

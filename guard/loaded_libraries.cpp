@@ -9,7 +9,7 @@ constexpr ULONG kLoaded = 1, kUnloaded = 2;
 using Callback = void(CALLBACK*)(ULONG reason, const void* data, void* context);
 using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, void** cookie);
 
-// Called before the library is initialized: too early for anything but a note.
+// The system calls this before a loaded library is initialized: too early for anything but a note.
 void CALLBACK Note(ULONG reason, const void*, void*)
 {
     if (reason == kLoaded || reason == kUnloaded) librariesAreNew = true;

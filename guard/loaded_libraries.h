@@ -1,5 +1,5 @@
-// Notices that libraries have been loaded into the process, so that the guard looks for new runtime libraries only then. Looking
-// for them before each call would take longer than most calls.
+// Notices that libraries have been loaded into the process or unloaded from it, so that the guard looks for runtime libraries
+// only then. Looking for them before each call would take longer than most calls.
 #pragma once
 
 #include <windows.h>
@@ -9,10 +9,10 @@
 
 namespace zelt::guard {
 
-// True from the start, and again after each library that is loaded. Whoever acts on it sets it to false first.
+// True from the start, and again whenever a library is loaded or unloaded. Whoever acts on it sets it to false first.
 extern std::atomic<bool> librariesAreNew;
 
-// Starts noticing; false if this system does not offer it, and librariesAreNew then changes no more.
+// Starts noticing. False if this system does not offer it; librariesAreNew is then not set again.
 bool NoticeLibraries();
 
 // The libraries of the process, in no particular order. A library can be there in several versions.

@@ -13,7 +13,7 @@ class ArgWriter {
 public:
     // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is a text,
     // or appended in place by `type(std::string&)`. Evaluates nothing when the document is closed. Values come from other
-    // people's code: one that cannot be read, or for which memory does not suffice, is logged as such.
+    // people's code: if one cannot be read, or memory does not suffice, "<unable to format value>" takes the place of all.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {

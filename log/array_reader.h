@@ -11,14 +11,14 @@ namespace zelt {
 
 class ArrayReader {
 public:
-    // On failure Message() says what is wrong with the array, and nothing may be read. `declaredType` applies to an array that
-    // does not give its element type itself.
+    // On failure Message() says what is wrong with the array, and nothing may be read. `declaredType` is the element type of an
+    // array that does not store its own.
     ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declaredType);
 
     bool IsOpen() const { return isOpen; }
     const std::string& Message() const { return message; }
 
-    // Up to all that the bounds can express: 2^32 - 1.
+    // At most 2^32 - 1, as many as a SAFEARRAY can have.
     ULONG Count() const { return static_cast<ULONG>(upperBound) - static_cast<ULONG>(lowerBound) + 1; }
 
     // The elements in order; T is the element type's C++ type.

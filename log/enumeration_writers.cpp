@@ -57,8 +57,8 @@ void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, con
     ArgWriter::Write(document, name, isIn, type.name, [&](ArgWriter& arg) {
         const auto index = static_cast<unsigned>(value);
         if (index < type.values.size()) return arg.Value(type.values[index]);
-        // Readers of existing logs know this form: the error follows the indentation with which the value's line had already
-        // begun, that line then has none, and the hexadecimal digits are followed by a capital X.
+        // Readers of existing logs rely on this form: the error's line is indented twice, because the indentation of the value's
+        // line comes before it; the value's line is then not indented; and the hexadecimal digits are followed by a capital X.
         arg.Blanks(arg.Indentation(1));
         arg.Say(Sentence::WrongEnumerationValue, {type.name});
         char text[64];

@@ -66,7 +66,7 @@ FailureText DescribeFailure(HRESULT code, IUnknown* source) noexcept
     try {
         text.name = HRName(code);
     } catch (...) {
-        // The text keeps the name that says so.
+        // The name stays "<out of memory>".
     }
     return text;
 }
@@ -84,7 +84,7 @@ std::string ErrorText(HRESULT code, IUnknown* source) noexcept
 ForeignPtr<IErrorInfo> CurrentErrorInfo() noexcept
 {
     ForeignPtr<IErrorInfo> current;
-    // The object is a package's own; only the system's two functions are called when there is none.
+    // The object belongs to a package, and SetErrorInfo calls it.
     if (GetErrorInfo(0, current.Receive()) == S_OK) {
         AttemptForeign([&current] { SetErrorInfo(0, current.Get()); });
     }
@@ -97,7 +97,7 @@ void ErrorInfoKeeper::Forget() { ReleaseForeign(kept); }
 
 ErrorInfoKeeper::~ErrorInfoKeeper()
 {
-    // The kept object is the package's own.
+    // The kept object belongs to a package, and SetErrorInfo calls it.
     AttemptForeign([this] { SetErrorInfo(0, kept); });
     ReleaseForeign(kept);
 }

@@ -10,7 +10,7 @@ namespace {
 // Components return it for a property that is not available, although CAPE-OPEN's codes end at 0x8004051A.
 constexpr auto kUnavailableProperty = static_cast<HRESULT>(0x80040520);
 
-// The error line of CAPE-OPEN's own codes has the description already, and an object that was not reached is not asked.
+// For CAPE-OPEN's own codes, the error line already has the description. An object that the call did not reach is not asked.
 bool MayDescribe(HRESULT code)
 {
     const bool isCapeOpens =
@@ -25,7 +25,7 @@ std::string Trimmed(const std::string& text)
     return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-// Whether `text` tells a reader of the line something.
+// Whether `text` tells the reader something that the error line does not.
 bool IsNews(const std::string& text, const FailureText& line)
 {
     return !text.empty() && (line.name + ": " + line.description).find(text) == std::string::npos;

@@ -15,11 +15,12 @@ namespace zelt {
 
 struct FailureDetail {
     Sentence sentence;
-    std::string first, second;  // what fills its holes
+    std::string first, second;  // what fills the sentence's holes
 };
 
-// Nothing when the error line, `line`, has all that the callee says. `information` is what the failing call left (may be null),
-// `source` the object that failed (may be null). The description of a source may be of an older failure: objects keep it.
+// Nothing when the error line, `line`, already has all that the callee says. `information` is what the failing call left (may be
+// null), `source` the object that failed (may be null). The source's description may be that of an older failure, because objects
+// keep it.
 std::optional<FailureDetail> DetailOfFailure(HRESULT code, IUnknown* source, IErrorInfo* information,
                                              const FailureText& line) noexcept;
 

@@ -94,7 +94,8 @@ void LogDocument::LetGo()
     if (--refCount == 0) delete this;
 }
 
-// Appends what must precede the next entry in the file: a header, the missing closing tags, and the count of missing entries.
+// Appends what must precede the next entry in the file: the header if there is none, the missing closing tags, and the count of
+// missing entries.
 void LogDocument::AppendGap()
 {
     if (!hasHeader) entry += kHeader;
@@ -114,7 +115,7 @@ void LogDocument::EndGap()
     unclosed = 0;
 }
 
-// Not indented: readers of existing logs know it so.
+// Not indented: readers of existing logs rely on it.
 void LogDocument::AppendSuppression(const char* what)
 {
     entry += "<warning value=\"";
@@ -152,7 +153,7 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
     ++depth;
 }
 
-// Foreign code is asked before the entry is put together: none may be half made during a foreign call.
+// Foreign code is asked before the entry is put together: no entry may be half made during a foreign call.
 void LogDocument::EndFunc(HRESULT result, IUnknown* errorSource)
 {
     if (SUCCEEDED(result) || !file.IsOpen()) return EndFuncAs(result, nullptr, nullptr);

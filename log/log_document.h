@@ -46,8 +46,9 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. Of a file without a path, nobody hears when it is closed. On closing, `options` says whether to offer the log; it must outlive the document. `startText` is the time
-    // that the header gives, now if it is empty.
+    // Writes the header. `options` says whether the log is offered to the user when it is closed, and must outlive the document.
+    // If the path is empty, nobody is told that the log is closed. `startText` is the time that the header gives; if it is empty,
+    // the current time.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
                 const LogOptions& options, std::string startText = {});
     ~LogDocument();
@@ -60,10 +61,10 @@ public:
 
     const std::string& ObjectName() const { return objectName; }
     bool IsOpen() const { return file.IsOpen(); }
-    // Entries that could not be written since the last that was.
+    // The number of entries that could not be written since the last one that was written.
     std::int64_t Missing() const { return missing; }
 
-    // What the log shows from now on is recorded, too, after its header.
+    // Begins the recording with its header; from now on, what the log shows is recorded, too. Null records nothing.
     void RecordTo(std::unique_ptr<CallRecorder> callRecorder, std::string_view objectType);
     // Null while nothing is recorded.
     CallRecorder* Recorder() const { return file.IsOpen() ? recorder.get() : nullptr; }
@@ -84,14 +85,14 @@ public:
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName,
                    RecordedObject* object = nullptr);
     void EndFunc(HRESULT result, IUnknown* errorSource);
-    // The same for a failure of the callee, which may say more of it than the error line: that comes before the line. `left` is
-    // the error information that it left (may be null).
+    // The same for a failure of the callee. What the callee says of it beyond the error line comes before that line. `left` is
+    // the error information that the callee left (may be null).
     void EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left);
 
-    // The same with the texts of a failure, and of what was said of it (either may be null).
+    // The same with these texts: of the failure, and of what the callee said beyond it (either may be null).
     void EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail);
 
-    // Around the time that a call spends in the called object.
+    // For the recording: called before and after the time that a call spends in the called object.
     void EnterObject()
     {
         if (recorder) RecordEntry();
@@ -113,7 +114,8 @@ public:
         if (recorder) RecordStream(std::move(bytes));
     }
 
-    // The number of open func elements; and the closing of those beyond `depthLeft`, whose calls have ended without it.
+    // The number of calls in progress. EndOpenFuncs closes the elements of those beyond `depthLeft`, which have ended without
+    // closing them.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
@@ -135,7 +137,7 @@ private:
     {
         AppendSentence(sentence, HoleTexts(holes.begin(), holes.size()), level);
     }
-    // Says that characters of the entry above were dropped; `what` is the warning's name for it.
+    // Adds the warning that characters of the text above were dropped; `what` is the warning's name for that text.
     void AppendSuppression(const char* what);
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
@@ -145,7 +147,7 @@ private:
     bool WriteEntry(Append&& append) noexcept
     {
         if (!file.IsOpen()) return false;
-        // An entry that was being put together when its frame was swept away must not become part of this one.
+        // An entry that was being put together when a fault removed its stack frame must not become part of this one.
         entry.clear();
         bool isWritten = false;
         try {
@@ -159,7 +161,7 @@ private:
                 if (isWritten) EndGap();
             }
         } catch (...) {
-            // There is no memory for it.
+            // Out of memory: the entry is missing.
         }
         entry.clear();
         if (!isWritten) ++missing;
@@ -180,8 +182,8 @@ private:
     std::string entry;              // the entry being put together; grows to the largest and is reused
     std::int32_t depth = 0;         // calls in progress
     std::int32_t openElements = 0;  // how many of them, from the outermost, have their opening in the file
-    std::int32_t unclosed = 0;  // elements in the file, inside of those, whose calls have ended without their closing
-    std::int64_t missing = 0;   // entries since the last that was written
+    std::int32_t unclosed = 0;      // elements in the file, inside those, whose calls have ended without closing them
+    std::int64_t missing = 0;       // entries lost since the last one that was written
     bool hasHeader = false;
     bool isClosing = false;
     std::int32_t refCount = 0;

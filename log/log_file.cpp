@@ -86,7 +86,7 @@ bool LogFile::HasRoom() const
 {
     constexpr ULONGLONG kEnough = 0x10000;
     ULARGE_INTEGER available;
-    // A disk that does not say how much room it has is tried.
+    // Where the system does not say how much room there is, writing is tried.
     return !GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr) || available.QuadPart >= kEnough;
 }
 

@@ -19,7 +19,7 @@ public:
     // Creates or truncates the file, denying other writers. Returns 0, or the runtime library's errno.
     int Open(const std::wstring& path);
 
-    // Takes the entries, and writes them nowhere.
+    // Accepts entries and writes them nowhere.
     void OpenNothing() { writesNothing = true; }
 
     bool IsOpen() const { return descriptor >= 0 || writesNothing; }
@@ -42,7 +42,7 @@ private:
     std::wstring folder;
 };
 
-// What writes the bytes, as the system's function does. A test replaces it to simulate a full disk; null restores it.
+// Writes the bytes like WriteFile. A test replaces it to simulate a full disk; null restores the system's.
 using FileWriter = BOOL (*)(HANDLE file, const void* bytes, DWORD count, DWORD* written);
 FileWriter SetFileWriter(FileWriter writer);
 

@@ -24,8 +24,8 @@ bool DesktopFolder(std::wstring& folder) { return SUCCEEDED(KnownFolder(FOLDERID
 constexpr UINT_PTR kFrontTimer = 1;
 constexpr UINT kFrontInterval = 50;  // milliseconds
 
-// Otherwise the simulator's window would hide a dialog that belongs to another process. The dialog is put in front before it is
-// shown, and gets the keyboard soon after.
+// Without this, the window of the simulator, which is another process, would hide the dialog. The dialog is put in front before
+// it is shown, and gets the keyboard soon after.
 UINT_PTR CALLBACK PutInFront(HWND page, UINT message, WPARAM wParam, LPARAM parameter)
 {
     const HWND dialog = GetParent(page);
@@ -101,7 +101,7 @@ Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std:
 Outcome ChooseRecordingPath(std::optional<std::wstring>& path)
 {
     path.reset();
-    // Not the name of a log: the recording beside that would have it, too.
+    // Not the name of a log: the recording beside that log would have the same name.
     return AutomaticPath(L"recording-", L".zlr", path);
 }
 

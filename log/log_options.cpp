@@ -29,7 +29,7 @@ void ReadSwitch(const RegistryKey& key, const wchar_t* value, LogOptions& option
 
 bool IsSwitch(const RegistryKey& key, const wchar_t* value) { return key.ReadDword(value).value_or(MAXDWORD) <= 1; }
 
-// Of a switch that needs no value in the registry.
+// For a switch that may have no valid value in the registry.
 bool IsOptionalSwitch(const RegistryKey&, const wchar_t*) { return true; }
 
 template <bool LogOptions::*field>
@@ -127,7 +127,7 @@ Outcome LogOptions::Save(LogOption changed) const
         const bool isChanged = row.option == changed;
         if (!isChanged && row.isValid(key, row.value)) continue;
         const LSTATUS error = row.write(key, row.value, *this);
-        // The user has not touched any other option: without a value it has its default.
+        // A failure to store another option is ignored: the user has not changed it, and without a value it has its default.
         if (isChanged && error != ERROR_SUCCESS) {
             outcome = NotStored(std::wstring(L"the option \"") + row.title + L'"', error);
         }

@@ -1,5 +1,5 @@
 // The user's settings that govern logging and what the proxies do beyond it, and their place in the registry. Loading leaves a
-// setting alone whose value is missing or malformed. Main thread only.
+// setting as it is if its value is missing or malformed. Main thread only.
 #pragma once
 
 #include "system/outcome.h"
@@ -28,10 +28,10 @@ struct LogOptions {
     bool promptOpenLog = true;        // Ask whether to open a log when it is closed.
     CLSID pravikUnit = CLSID{};       // The unit operation that PRAVIK creates; all zero when none is chosen.
     bool loadAfterInitNew = false;    // PRAVIK may be loaded after InitNew: it makes its unit operation again.
-    bool handBackOriginals = false;   // An object that goes back to where it came from goes back as it was.
+    bool handBackOriginals = false;   // An object that goes back to where it came from goes without its proxy.
     bool keepManager = false;         // The manager of a package lives as long as the package.
     bool forwardManagerEdit = false;  // Edit of our managers opens that of the managers behind the packages.
-    bool queueCalls = false;          // A call that arrives during a call of another client is asked to come again.
+    bool queueCalls = false;          // A call that arrives during another client's call is refused for now.
     bool recordCalls = false;         // Each log has a recording beside it.
     bool recordUnlogged = false;      // Packages without a log are recorded.
     bool notifyLog = false;           // A notification says where a log goes.
@@ -43,7 +43,7 @@ struct LogOptions {
     // program has changed meanwhile stays.
     Outcome Save(LogOption changed) const;
 
-    // Those that differ from their defaults, by their names in the registry: "AutoLogLocation=1 RecordCalls=1".
+    // The settings that differ from their defaults, by their names in the registry: "AutoLogLocation=1 RecordCalls=1".
     std::string Text() const;
 };
 

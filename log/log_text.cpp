@@ -21,7 +21,7 @@ void AppendNumber(std::string& out, T value, Format... format)
     out.append(text.data(), result.ptr);
 }
 
-// The entity of a character of markup, empty for one that is copied, null for one that XML 1.0 or an 8-bit log cannot hold.
+// The entity for a character of markup; empty for a character that is copied, null for one that is dropped.
 constexpr const char* EntityOf(unsigned char c)
 {
     const char* const entity = MarkupEntity(static_cast<char>(c));
@@ -59,7 +59,7 @@ double Scaled(double value, int power) { return power >= 0 ? value * kPowerOfTen
 bool SplitDigits(double magnitude, std::uint32_t& digits, int& exponent)
 {
     const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
-    exponent = binary * 1233 >> 12;  // 1233 / 4096 is the logarithm of two, to one part in a thousand
+    exponent = binary * 1233 >> 12;  // 1233 / 4096 is close to the decimal logarithm of two
     if (!HasPower(kDigits - 1 - exponent)) return false;
     double scaled = Scaled(magnitude, kDigits - 1 - exponent);
     if (scaled >= kTooMany || scaled < kLeast) {

@@ -25,7 +25,7 @@ std::wstring ErrnoText(int error)
     return Widen(buffer.get());
 }
 
-// Beside the log: its ending becomes ".zlr", or that is appended.
+// The recording beside the log: ".zlr" takes the place of the ending ".zlg", or is appended to a name without it.
 std::wstring RecordingPath(const std::wstring& log)
 {
     constexpr std::wstring_view kLogEnding = L".zlg";
@@ -34,7 +34,7 @@ std::wstring RecordingPath(const std::wstring& log)
     return (hasEnding ? log.substr(0, stem) : log) + L".zlr";
 }
 
-// Null, and an outcome that says what follows from it, when the file cannot be made.
+// If the file cannot be made, returns null and sets an outcome that ends with `otherwise`, which says what happens instead.
 std::unique_ptr<CallRecorder> MakeRecorder(const std::wstring& path, const wchar_t* otherwise, Outcome& outcome)
 {
     int error = 0;

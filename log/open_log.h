@@ -12,20 +12,20 @@ namespace zelt {
 struct LogOptions;
 
 struct OpenedLog {
-    // Of no document when there is to be no log, because the user declined or for the reason in the outcome.
+    // Holds no document when there is to be no log, because the user declined or for the reason in the outcome.
     DocumentHold document;
     Outcome outcome;
 };
 
-// Asks for a place for the log of a new object, which the dialog's title calls `titleName`, and opens it there. The header gives
-// `objectName`, and `objectType`, which describes the object's kind. The options are as the caller has loaded them.
+// Chooses a place for the log of a new object and opens the log there; a dialog's title calls the object `titleName`. The header
+// gives `objectName`, and `objectType`, which describes the object's kind. The caller loads the options.
 OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                   std::string_view objectType);
 
 // The same for an object that is not logged, but recorded: the document has no log.
 OpenedLog OpenRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
 
-// Called when a log has been opened whose user wants a notification. Installed by the layer that has a user; null does nothing.
+// Called when a log has been opened and its user wants a notification. Installed by the layer that has a user; null does nothing.
 using LogOpenedFunction = void (*)(const std::wstring& path);
 LogOpenedFunction SetLogOpened(LogOpenedFunction function);
 

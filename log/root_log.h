@@ -1,5 +1,5 @@
 // The log of a new root that a simulator has asked for: reads the options again, opens the log, and tells the user what went
-// wrong. Opening and telling both let calls in.
+// wrong. The dialog for the place and the messages let calls in.
 #pragma once
 
 #include "log/log_options.h"
@@ -7,11 +7,11 @@
 
 namespace zelt {
 
-// As OpenLog; of no document when there is none.
+// Like OpenLog; holds no document when there is none.
 DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                          std::string_view objectType);
 
-// As OpenRecording.
+// Like OpenRecording; does not read the options again.
 DocumentHold OpenRootRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
 
 }  // namespace zelt

@@ -135,7 +135,7 @@ void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VAR
     ArgWriter::Write(document, name, isIn, "VARIANT_BOOL", [value](ArgWriter& arg) {
         arg.Value(value ? "VARIANT_TRUE" : "VARIANT_FALSE");
         if (value == VARIANT_FALSE || value == VARIANT_TRUE) return;
-        // Twice the indentation of the value's line: readers of existing logs know it so.
+        // Twice the indentation of the value's line: readers of existing logs rely on it.
         arg.Blanks(arg.Indentation(1));
         arg.Say(Sentence::WrongVariantBool);
     });

@@ -18,16 +18,17 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value);
 void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value);
 void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value);
 
-// An interface pointer as an address alone.
+// An interface pointer, only as an address.
 void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value);
 // An interface pointer of one of our proxies, with the proxy's name.
 void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
                             std::string_view objectName);
 
-// A value of an enumeration that only a type library describes: the type's name, and the value's or the number as text.
+// A value of an enumeration that only a type library describes. `type` is the enumeration's name; `shown` is the value's name, or
+// its number as text.
 void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std::string_view type, long value,
                         std::string_view shown);
-// The address of something that is not followed. `type` is the content of the attribute.
+// An address whose target is not read. `type` is the content of the type attribute.
 void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::string_view type, const void* address);
 
 // Types that C++ does not distinguish from others.

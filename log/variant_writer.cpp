@@ -14,7 +14,7 @@
 namespace zelt {
 namespace {
 
-// Follow arrays in arrays to this depth; a value that contains itself would have no end.
+// Arrays in arrays are followed to this depth; a value that contains itself would have no end.
 constexpr int kMostNesting = 16;
 
 constexpr char kUnknownInMarkup[] = "&lt;unknown&gt;";
@@ -105,7 +105,7 @@ void AppendArray(ArgWriter& arg, const VARIANT& value, VARTYPE expected, int lev
         if (SUCCEEDED(SafeArrayGetLBound(array, 1, &bound))) AppendBound(arg, Sentence::LowerBound, bound, level);
         if (SUCCEEDED(SafeArrayGetUBound(array, 1, &bound))) AppendBound(arg, Sentence::UpperBound, bound, level);
     }
-    // An argument that need not be an array, or need not be anything, is read as what it holds.
+    // Where no array is expected, the elements are read as the type that the VARIANT declares.
     const bool expectsArray = expected != kAnyType && (expected & VT_ARRAY);
     const VARTYPE declared = value.vt & VT_TYPEMASK;
     AppendArrayElements(arg, array, expectsArray ? expected & VT_TYPEMASK : declared, declared, level);

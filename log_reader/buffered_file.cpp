@@ -25,7 +25,7 @@ int ReadSome(int descriptor, char* out, int length)
 
 int BufferedFile::Read(char* out, int length)
 {
-    // As much as the buffer holds need not pass through it.
+    // A request for at least as much as the buffer holds need not pass through it.
     if (next == filled && length >= kSize) return ReadSome(descriptor, out, kSize);
     if (next == filled) {
         next = 0;

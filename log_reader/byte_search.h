@@ -1,5 +1,5 @@
-// Looks through the bytes of a log sixteen at a time where the processor has SSE2, and one at a time elsewhere. Both ways find the
-// same. They read up to kSlack bytes behind what they look for, so a buffer needs as many behind its end.
+// Searches the bytes of a log, sixteen at a time where the processor has SSE2 and one at a time elsewhere, with the same results.
+// The searches read up to kSlack bytes past what they look for, so a buffer needs as many bytes after its end.
 #pragma once
 
 #include <cstddef>
@@ -50,7 +50,8 @@ struct VectorBytes {
                       greater = _mm_set1_epi8('>'), one = _mm_set1_epi8(1), two = _mm_set1_epi8(2);
         while (true) {
             const __m128i bytes = Load(at);
-            // Bytes from 0x80 are negative. An ampersand is an apostrophe without its lowest bit, and so on.
+            // Bytes from 0x80 are negative. An ampersand with its lowest bit set is an apostrophe, and '<' with its second bit
+            // set is '>'.
             const __m128i control = _mm_cmplt_epi8(bytes, blank);
             const __m128i first = _mm_or_si128(control, _mm_cmpeq_epi8(bytes, quote));
             const __m128i second = _mm_or_si128(_mm_cmpeq_epi8(_mm_or_si128(bytes, one), apostrophe),
@@ -73,7 +74,7 @@ struct VectorBytes {
         while (true) {
             const __m128i bytes = Load(at);
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
-            // The two differ in one bit.
+            // An ampersand and a quote differ in one bit.
             const __m128i isMarkup = _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8('"' ^ '&')), _mm_set1_epi8('&'));
             const int found = _mm_movemask_epi8(isMarkup);
             if (found) return at + std::countr_zero(static_cast<unsigned>(found));

@@ -10,7 +10,7 @@ namespace {
 thread_local xmlTextReaderPtr current = nullptr;
 thread_local const LineMap* currentMap = nullptr;
 
-// Of the declaration and the root.
+// The lines of the declaration and the root.
 constexpr int kLinesOfHeader = 2;
 
 void Mark(xmlNodePtr node)

@@ -9,16 +9,16 @@
 
 namespace zelt {
 
-// The lines of the log that belong to the parser's, which begin with one for each open element where it does not read the log
-// from its beginning.
+// Translates the parser's line numbers into the log's. Where the parser does not begin at the beginning of the log, its document
+// has lines of its own first: those of the declaration and the root, and one for each open element.
 class LineMap {
 public:
     explicit LineMap(const ResumePoint& start);
     int LineOf(int parsed) const;
 
 private:
-    std::vector<int> first;  // for the lines of the beginning
-    int added = 0;           // to the others
+    std::vector<int> first;  // the log's lines for the parser's first ones
+    int added = 0;           // what is added to the parser's others
 };
 
 // Marks the elements of the reader's document while it lives.

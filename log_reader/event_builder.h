@@ -13,7 +13,8 @@
 
 namespace zelt {
 
-// The names that logs use, as the reader's dictionary has them: each name has one address there, so comparing addresses does.
+// The names that logs use, as the reader's dictionary has them: each name has one address there, so comparing addresses is
+// enough.
 struct LogNames {
     explicit LogNames(xmlTextReaderPtr reader);
 
@@ -28,7 +29,7 @@ public:
     EventBuilder(const EventBuilder&) = delete;
     EventBuilder& operator=(const EventBuilder&) = delete;
 
-    // Returns false when the sink wants no more. An empty element has no end of its own.
+    // Returns false when the sink wants no more. End is not called for an empty element.
     bool Start(const xmlNode* element, bool empty);
     bool End(const xmlNode* element);
 

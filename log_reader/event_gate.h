@@ -1,5 +1,5 @@
-// Lets through the parser's events that a sink is to get: not those that the scanner has delivered before, and not those of
-// arguments that the sink does not want.
+// Passes the parser's events on to a sink, except those that the scanner has already delivered and those of arguments that the
+// sink does not want.
 #pragma once
 
 #include <cstdint>

@@ -31,10 +31,10 @@ class LogSink {
 public:
     virtual ~LogSink() = default;
     virtual void Begin(const LogEvent& event) = 0;
-    // The latest event of this depth is complete. Each event has one end, also one that a damaged file leaves open.
+    // The latest event of this depth is complete. Each event has one end, even one that a damaged file leaves open.
     virtual void End(EventKind, int /*depth*/) {}
     // The parser objects to something in this line. Reported after the reading step that met it, which may be some events before
-    // the line's; a sink that stops the reading may miss what lies ahead.
+    // the line's own; a sink that stops the reading may miss what the parser finds later.
     virtual void ParseError(int /*line*/) {}
     // Called at the end of a damaged file for each element that is still open, the root first, with the line of its start tag.
     // Their ends have been reported all the same.
@@ -43,8 +43,8 @@ public:
     virtual bool Continue() { return true; }
     // Lines of events are counted on demand, because counting takes a tenth of the reading time.
     virtual bool WantsLines() const { return false; }
-    // Asked before each argument. False leaves out its events and those of its values, but not of messages inside, which are then
-    // deeper than what was delivered before.
+    // Asked before each argument. False leaves out its events and those of its values, but not those of messages inside, whose
+    // depth still counts what was left out.
     virtual bool WantsArguments() const { return true; }
 };
 

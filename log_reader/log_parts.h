@@ -1,5 +1,5 @@
-// A log read in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself, for
-// the same events. Only what is exactly as ZELT writes it has parts. A part may begin after any end of an element.
+// Reads a log in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself,
+// for the same events. Only what is exactly as ZELT writes it has parts. A part may begin after any end of an element.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ public:
     virtual void PartsEnd(std::int64_t offset) = 0;
 
 protected:
-    // The same for the events so far; during Continue, before PartsEnd.
+    // Where the bytes of the events so far end. Valid during Continue, before PartsEnd.
     std::int64_t Offset() const { return offset(); }
     // The line that begins there, from 1.
     int Line() const { return line(); }
@@ -31,8 +31,8 @@ private:
 // Like ReadLog.
 LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
 
-// `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes are not
-// those of a part, fewer or other events come.
+// `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes are
+// not those of a part, fewer or other events come.
 void ReadPart(LogInput& input, const std::vector<EventKind>& open, LogSink& sink);
 
 }  // namespace zelt

@@ -33,8 +33,8 @@ constexpr int kReadAhead = 1 << 16;
 // elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
 
-// A comment in the text sends what has been read so far, a call with hasChildren although none may follow: an input that waits
-// for more inserts one. Logs contain no comments.
+// A comment in the text makes the reader send what it has read so far; a call then has hasChildren set, although no child may
+// follow. An input that waits for more inserts a comment. Logs contain none.
 LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

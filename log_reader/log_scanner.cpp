@@ -11,13 +11,13 @@
 namespace zelt {
 namespace {
 
-// The parser goes no deeper than 255 elements and has an opinion about more.
+// The parser objects to more than 255 levels of elements, so a log that nests deeper than this is left to the parser.
 constexpr std::size_t kDeepest = 200;
 
-// The parser takes more of them for text, even before it has seen what follows.
+// The parser takes more blanks than this for text, even before it has seen what follows.
 constexpr std::size_t kMostBlanks = 250;
 
-// Where, behind what the parser has discarded, a place is taken down at which it may take over.
+// How far after what the parser has discarded a place is noted where the parser may take over.
 constexpr std::int64_t kPlaceOfCandidate = 2600;
 
 // The first bytes of a line, which show what it is.
@@ -39,7 +39,7 @@ Word WordAt(const char* at)
     return word;
 }
 
-// The place behind a literal text, null when something else is there.
+// The place after a literal text; null when something else is there.
 template <std::size_t Size>
 const char* After(const char* at, const char (&text)[Size])
 {
@@ -63,7 +63,7 @@ inline Entity EntityAt(const char* at)
     return {'\'', After(at, "&apos;") ? 6u : 0u};
 }
 
-// Continues after an ampersand.
+// Continues at the first byte that is no plain text, where an entity must begin.
 template <class Bytes>
 const char* ReadEntities(RawText& text)
 {
@@ -84,14 +84,14 @@ inline const char* ReadText(const char* from, RawText& text)
     return *text.end == '"' ? text.end : ReadEntities<Bytes>(text);
 }
 
-// Makes room for a text of this length, and what copying writes behind it. What was there is lost.
+// Makes room for a text of this length and for what copying writes beyond it. The previous content is lost.
 char* RoomFor(std::size_t length, std::vector<char>& room)
 {
     if (room.size() < length + kSlack) room.resize(length + kSlack);
     return room.data();
 }
 
-// The text that `room` keeps from now on.
+// The text, copied into `room` unless it is there already.
 std::string_view Kept(std::string_view text, std::vector<char>& room)
 {
     if (text.data() == room.data()) return text;
@@ -122,8 +122,8 @@ inline std::string_view Decoded(const RawText& text, std::vector<char>& room)
     return text.hasEntities ? DecodeInto<Bytes>(room, text) : std::string_view(text.begin, text.end);
 }
 
-// Whether `beginning`, which has no end of a line, may begin one of ZELT's. Without this, a log in a single line would be read far
-// ahead of its events.
+// Whether `beginning`, an incomplete line, may become one that ZELT writes. Without this check, a log in a single line would be
+// read far ahead of its events.
 bool MayBecomeLine(std::string_view beginning)
 {
     const std::size_t tagEnd = beginning.find('>');
@@ -158,13 +158,13 @@ std::optional<LogReadResult> LogScanner<Bytes>::Scan()
     return {};
 }
 
-// The lines that are complete.
+// Scans the lines that are complete.
 template <class Bytes>
 typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
 {
     const Step step = ScanTo(LineAround(filled));
     if (step != Step::Done) return step;
-    // An input that waits for more inserts a comment, behind the end of a line and without one of its own.
+    // An input that waits for more inserts a comment after the end of a line; the comment itself ends no line.
     if (After(At(position), "<!")) return Step::Unknown;
     return MayBecomeLine({At(position), filled - position}) ? Step::Done : Step::Unknown;
 }
@@ -175,7 +175,7 @@ ResumePoint LogScanner<Bytes>::Resume() const
     return {InFile(resume.position), resume.origin, resume.line, resume.open, done - resume.done, open};
 }
 
-// False when the input gives no more, or no line of a log is that long.
+// False when the input gives no more, or when the line is longer than any line of a log.
 template <class Bytes>
 bool LogScanner<Bytes>::ReadMore()
 {
@@ -196,7 +196,7 @@ template <class Bytes>
 void LogScanner<Bytes>::MakeRoom()
 {
     if (isPending && !open.back().isLeftOut) {
-        // Its texts may be in the part that moves.
+        // Its texts may be in the part of the buffer that moves.
         pending.name = Kept(pending.name, nameRoom);
         pending.text = Kept(pending.text, textRoom);
     }
@@ -210,7 +210,7 @@ void LogScanner<Bytes>::MakeRoom()
     if (needed > buffer.size() && needed <= sizes.longest) buffer.resize(std::max(needed, 2 * buffer.size()));
 }
 
-// The beginning of the line that ends at `before` or goes on there; not before the next line to scan.
+// The end of the last complete line that ends at or before `before`; `position` if there is none.
 template <class Bytes>
 std::size_t LogScanner<Bytes>::LineAround(std::size_t before) const
 {
@@ -227,14 +227,14 @@ void LogScanner<Bytes>::Remember(Place& place) const
     place.open.assign(open.begin(), open.end() - (isPending ? 1 : 0));
 }
 
-// The line whose tag this is takes the parser beyond the end of a portion.
+// Follows the parser past the ends of portions within this line. `tagStart` and `tagEnd` are those of the line's tag.
 template <class Bytes>
 void LogScanner<Bytes>::FollowParser(std::int64_t tagStart, std::int64_t tagEnd)
 {
     while (parser.portion <= tagEnd + 2) {
         const bool isTagSeen = parser.portion > tagStart && parser.portion < tagEnd;
         const std::int64_t stop = isTagSeen ? tagStart : parser.portion >= tagEnd ? tagEnd : parser.afterTag;
-        // It does not look at a portion that cannot complete the tag.
+        // The parser does not look at a portion that cannot complete the tag.
         if (!parser.inTag || stop != parser.current) {
             if (parser.current - parser.base > ParserState::kKept) {
                 parser.base = parser.current - ParserState::kBehind;
@@ -443,7 +443,7 @@ void LogScanner<Bytes>::PassLine(const char* end)
     const std::int64_t tagEnd = InFile(position) - 2;
     if (tagEnd + 2 >= parser.portion) FollowParser(InFile(tag), tagEnd);
     parser.afterTag = tagEnd;
-    // Far enough for what opens the elements, and before the parser discards the next time.
+    // Far enough that the text that opens the elements fits before the place, and before the parser discards the next time.
     if (!hasCandidate && tagEnd - parser.base > kPlaceOfCandidate && stage == Stage::Content) isCandidateDue = true;
 }
 

@@ -1,10 +1,10 @@
-// Reads a log exactly as ZELT writes it: a line an element, ASCII, five entities. It never guesses: at the first line that ZELT
-// would not have written, or that has no end, it stops and names the place from which the parser gives the events that it has not
-// delivered. A line counts only when all of it is right.
+// Reads a log that is exactly as ZELT writes it: one tag to a line, ASCII, five entities. It never guesses: at the first line
+// that ZELT would not have written, or that has no end, it stops and names the place from which the parser delivers the events
+// that are still missing. A line counts only when all of it is right.
 //
-// It reads pieces of the file into a buffer rather than mapping it: a mapped page that another process truncates ends the program,
-// and a 32-bit process has no room for large files. The texts of its events are views of the buffer; it allocates nothing for an
-// element.
+// It reads pieces of the file into a buffer rather than mapping it: a mapped page that another process truncates ends the
+// program, and a 32-bit process has no room for large files. The texts of its events are views of the buffer; it allocates
+// nothing for an element.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ namespace zelt {
 // How much it reads at once. Tests use smaller pieces, to see many of their ends in a short log.
 struct ScanSizes {
     std::size_t block = kReadAhead;
-    std::size_t longest = std::size_t{1} << 20;  // more than this is not kept for the sake of a line
+    std::size_t longest = std::size_t{1} << 20;  // a line that needs a larger buffer is left to the parser
 };
 
 // The text of an attribute as it is in the file.
@@ -31,16 +31,16 @@ struct RawText {
 };
 
 // What the parser would have done with the file so far. It takes portions, stops at the first tag that is not complete, and
-// discards what it has parsed when that is more than a certain amount. When it does so makes a difference to what it finds in
-// damage, because then it forgets how far it has looked ahead. So the parser takes over only where its document, read from its own
-// beginning, would discard at the same place of the file. All offsets are of the file.
+// discards what it has parsed when that is more than a certain amount. The place where it discards makes a difference to what it
+// finds in damage, because it then forgets how far it has looked ahead. So the parser takes over only where its document, read
+// from its own beginning, would discard at the same place of the file. All offsets are in the file.
 struct ParserState {
     static constexpr std::int64_t kFirst = 4, kPortion = 512, kKept = 4096, kBehind = 80;
 
     std::int64_t portion = kFirst + kPortion;  // the end of the next portion
-    std::int64_t base = 0;                     // what is before was discarded
+    std::int64_t base = 0;                     // what comes before was discarded
     std::int64_t current = 0, before = 0;      // where it stopped, at the end of the last portion and of the one before
-    bool inTag = false;                        // it has seen some of the tag there
+    bool inTag = false;                        // it has seen part of the tag there
     std::int64_t afterTag = 0;                 // where the latest line's tag ended
 };
 
@@ -51,18 +51,18 @@ public:
     LogScanner(const LogScanner&) = delete;
     LogScanner& operator=(const LogScanner&) = delete;
 
-    // The input is a part of a log that begins with a line, inside these elements. Call before Scan, which then returns nothing at
-    // the part's end.
+    // The input is a part of a log, which begins at the start of a line, inside these elements. Call before Scan, which then
+    // returns nothing at the part's end.
     void BeginInside(const std::vector<EventKind>& kinds);
 
     // Complete or Cancelled; nothing when the parser has to go on.
     std::optional<LogReadResult> Scan();
 
-    // Where the next line begins. During LogSink::Continue, what has been delivered is what comes before.
+    // Where the next line begins. During LogSink::Continue, exactly what comes before it has been delivered.
     std::int64_t Offset() const { return InFile(position); }
     int Line() const { return line; }
 
-    // For the parser: where, with what was read from there on, and what the input returned when it gave no more.
+    // For the parser: where it takes over, what was read from there on, and what the input returned when it gave no more.
     ResumePoint Resume() const;
     std::string_view Read() const { return {At(resume.position), filled - resume.position}; }
     std::optional<int> Last() const { return last; }
@@ -70,7 +70,7 @@ public:
 private:
     enum class Step { Done, Unknown, Cancelled };
 
-    // A beginning of a line before which every event is delivered.
+    // The beginning of a line. Every event before it has been delivered.
     struct Place {
         std::size_t position = 0;  // in the buffer
         std::int64_t origin = 0;   // see ResumePoint
@@ -111,10 +111,10 @@ private:
     std::int64_t discarded = 0;            // bytes of the file before the buffer
     std::optional<int> last;
 
-    int line = 1;  // the next one's
+    int line = 1;  // the next line's
     enum class Stage { Declaration, Root, Content, Over } stage = Stage::Declaration;
     std::vector<OpenElement> open;
-    std::int64_t done = 0;  // beginnings and ends, with those that are left out
+    std::int64_t done = 0;  // beginnings and ends, including those that are left out
     // The latest element, if it may have children, until the next line shows whether it has.
     bool isPending = false;
     LogEvent pending = {};
@@ -123,7 +123,7 @@ private:
 
     std::size_t tag = 0;  // where the line's tag begins
     ParserState parser;
-    Place resume, candidate;  // the second becomes the first when it proves to be good
+    Place resume, candidate;  // `candidate` becomes `resume` when it proves to be good
     bool hasCandidate = false, isCandidateDue = false;
 };
 

@@ -1,4 +1,4 @@
-// The parse of a log by libxml2: of any file, whatever is in it. What it makes of damage is what a reader of logs reports.
+// Parses a log, or any other file, with libxml2. What libxml2 makes of damage is what readers of logs report.
 #pragma once
 
 #include "log_reader/log_reader.h"
@@ -6,8 +6,8 @@
 
 namespace zelt {
 
-// `start` is where the input begins in the log, which the scanner has read up to there. Events that it has delivered are not
-// delivered again.
+// `start` is where the input begins in the log. Events after that place that the scanner has already delivered are not delivered
+// again.
 LogReadResult ReadByParser(LogInput& input, LogSink& sink, const ResumePoint& start = {});
 
 }  // namespace zelt

@@ -7,12 +7,12 @@
 namespace zelt {
 namespace {
 
-// The parser takes the first bytes to recognise the encoding, then portions; and it asks for so many bytes at once.
+// The parser takes kFirst bytes to recognise the encoding, then portions; and it asks for kRequest bytes at once.
 constexpr std::size_t kFirst = 4, kPortion = 512, kRequest = 4096;
 
 constexpr std::string_view kTagEnd = ">\r\n";
 
-// Ends where the place's line begins, and begins at the origin: blanks inside the root's tag fill it up.
+// The text before the place. It is as long as the file from the origin to the place: blanks inside the root's tag fill it up.
 std::string Beginning(const ResumePoint& start)
 {
     if (start.offset == 0) return {};
@@ -41,17 +41,18 @@ int ResumedInput::Read(char* out, int length)
 {
     const std::size_t left = text.size() - given;
     if (left == 0) return last ? *last : rest.Read(out, length);
-    // The file's own requests end at multiples of their size in each block, behind the first bytes in the first block.
+    // When the parser reads the file itself, its requests end at multiples of their size in each block; in the first block, these
+    // count from after the first bytes.
     const std::int64_t at = origin + static_cast<std::int64_t>(given);
     const auto inBlock = static_cast<std::size_t>(at % static_cast<std::int64_t>(block));
     const std::size_t shift = at < static_cast<std::int64_t>(block) ? kFirst : 0;
     const std::size_t toRequest = inBlock < shift ? shift - inBlock : kRequest - (inBlock - shift) % kRequest;
     std::size_t wanted = std::min(block - inBlock, toRequest);
-    // Less than a portion would become one.
+    // Fewer bytes than a portion would become a portion of their own.
     if (given == kFirst && wanted < kPortion) wanted += std::min(block, kRequest);
     std::size_t count = std::min({left, static_cast<std::size_t>(length), wanted});
-    // The parser asks for more before it takes the beginning of a portion, and would have to wait. So what precedes the last
-    // portion comes first, and then the parser takes that one as it is.
+    // The parser asks for more before it takes an incomplete portion, and would then have to wait. So what precedes the last,
+    // incomplete portion is given first; then the parser takes that portion as it is.
     if (rest.Waits() && count == left && given >= kFirst) {
         const std::size_t begun = (given - kFirst) % kPortion;
         const std::size_t beyond = (begun + left) % kPortion;

@@ -1,6 +1,6 @@
-// The log from a place in its middle, as a document of its own for the parser: a beginning that opens the elements that are open at
-// that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes from that place on in
-// the same portions as it would have from the file's beginning, because what it makes of damage depends on them.
+// The log from a place in its middle, as a document of its own for the parser: a beginning that opens the elements that are open
+// at that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes from that place on
+// in the same portions as it would have from the file's beginning, because what it makes of damage depends on them.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@
 
 namespace zelt {
 
-// How long a beginning is that opens the root and these elements.
+// The length of a beginning that opens the root and these elements.
 std::size_t LengthOfBeginning(const std::vector<OpenElement>& open);
 
 class ResumedInput final : public LogInput {

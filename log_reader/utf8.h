@@ -1,5 +1,5 @@
 // Texts that claim to be UTF-8. The parser takes the bytes of most values as they are, so a damaged or foreign log may contain
-// any; programs that use the reader write JSON and HTML, which may not.
+// any bytes; programs that use the reader write JSON and HTML, which must be valid UTF-8.
 #pragma once
 
 #include <string>

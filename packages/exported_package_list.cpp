@@ -68,7 +68,7 @@ Outcome ExportedPackageList::Load()
 
 void ExportedPackageList::RequireLoaded()
 {
-    // Loading may show a box, which lets further calls in: they find the list as it is.
+    // Loading may show a box, which lets in further calls: these find the list as it then is.
     if (const auto load = std::exchange(later, nullptr)) load();
 }
 

@@ -29,7 +29,8 @@ Microsoft::WRL::ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& fam
                                                         LogOptions& options);
 
 // Opens the dialog of a foreign manager: creates it, and calls Edit between Initialize and Terminate. E_NOTIMPL for a manager
-// without ICapeUtilities. Throws PackageFailure when the manager cannot be had, and with its own words when Edit fails.
+// without ICapeUtilities or without a dialog. Throws PackageFailure when the manager cannot be created or initialized and, with
+// the manager's own description, when Edit fails.
 [[nodiscard]] HRESULT EditForeignManager(const PackageFamily& family, REFCLSID classId);
 
 }  // namespace zelt

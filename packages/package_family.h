@@ -20,7 +20,7 @@ struct PackageFamily {
     const wchar_t* scope;          // the method that gets a package
     const wchar_t* interfaceName;  // and its interface
 
-    // The errors that a simulator gets when a package cannot be created.
+    // The errors that a simulator gets when a package cannot be created, and what the user is then asked.
     const wchar_t* createManagerFailure;
     const wchar_t* initializeFailure;
     const wchar_t* standAloneFailure;

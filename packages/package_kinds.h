@@ -30,7 +30,7 @@ const PackageKindRow* FindPackageKind(PackageKind kind);
 // "PP 1.1", "PP 1.0" or "RP 1.0": which of this program's managers serves packages of the kind.
 const wchar_t* PackageType(PackageKind kind);
 
-// Whether the component is a manager, so that its packages are what can be exported.
+// Whether a component of this kind is a manager, so that its packages are exported and not the component itself.
 constexpr bool IsManager(PackageKind kind) { return static_cast<unsigned>(kind) % 2 == 0; }
 
 constexpr bool IsReactionPackage(PackageKind kind) { return kind >= PackageKind::ReactionPackage10FromManager; }

@@ -15,7 +15,7 @@ constexpr DWORD kPatience = 5000;
 std::wstring SignOf(const Edition& edition) { return edition.name + std::wstring(L" holds the package list of "); }
 std::wstring EditOf(const Edition& edition) { return edition.name + std::wstring(L" package list edit of "); }
 
-// In addition to the sign, which other versions look for.
+// Made in addition to the sign above, for which other versions look.
 std::wstring SignOf(const Edition& edition, Rights rights)
 {
     const wchar_t* whose = rights == Rights::Administrator ? L"administrator's " : L"plain ";
@@ -39,8 +39,8 @@ std::wstring UserText()
     return UniqueLocal<wchar_t>(text).get();
 }
 
-// The list belongs to the user, so the name does too. Each process of the user can open the object, with or without an
-// administrator's rights: what the system would grant by default depends on who made it first.
+// The list belongs to a user, so the mutex's name contains the user's identifier. Each process of the user can open the mutex,
+// with or without administrator's rights; by default, that would depend on the rights of the process that made it first.
 UniqueHandle MakeMutex(const std::wstring& name)
 {
     const std::wstring user = UserText();
@@ -56,11 +56,11 @@ bool Exists(const std::wstring& signName)
 {
     const std::wstring name = L"Global\\" + (signName + UserText());
     const UniqueHandle sign(OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
-    // A sign that may not be opened exists.
+    // A sign that exists but may not be opened counts, too.
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
-// A process that died with the mutex has written all that it had to write, or nothing.
+// A mutex whose owner has died counts as owned, too: that process writes nothing more.
 bool Own(HANDLE mutex)
 {
     const DWORD answer = mutex ? WaitForSingleObject(mutex, kPatience) : WAIT_FAILED;

@@ -1,7 +1,8 @@
 // Who may write the stored list of exported packages. A process that keeps the list in memory writes the whole of it after each
-// change of its own, so nobody else may change what is stored meanwhile: it holds a PackageListHold. Others change the stored
-// list under a PackageListEdit, which is refused while anybody holds the list.
-// Both are named kernel objects of the user, across sessions and rights: the system releases those of a process that dies.
+// change of its own, so nobody else may change what is stored meanwhile. Such a process has a PackageListHold. Others change the
+// stored list under a PackageListEdit, which is refused while anybody holds the list.
+// Both are named kernel objects of the user, the same in all sessions and with all rights. The system releases those of a process
+// that dies.
 #pragma once
 
 #include "system/edition.h"
@@ -9,7 +10,8 @@
 
 namespace zelt {
 
-// With which rights a process of the user runs. COM starts a server with those of the simulator, so one of each can run at a time.
+// With which rights a process of the user runs. COM starts a server with the rights of the simulator, so a server with each can
+// run at the same time.
 enum class Rights { Plain, Administrator };
 
 Rights RightsOfThisProcess();
@@ -29,7 +31,7 @@ private:
     UniqueHandle signOfRights;
 };
 
-// Waits for other edits. Released by the thread that made it.
+// Waits for other edits. The thread that makes it must also destroy it.
 class PackageListEdit {
 public:
     explicit PackageListEdit(const Edition& edition = kThisEdition);

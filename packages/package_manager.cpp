@@ -84,7 +84,7 @@ HRESULT PackageManager::Get(BSTR name, IDispatch** package)
 HRESULT PackageManager::Edit()
 {
     LogOptions& options = TheLogOptions();
-    // Another program may have changed it.
+    // Another program may have changed the option.
     com::Attempt([&] { static_cast<void>(options.Load()); });
     if (!options.forwardManagerEdit) return E_NOTIMPL;
     // The managers' dialogs let calls in, possibly the caller's last Release.
@@ -98,8 +98,8 @@ HRESULT PackageManager::Edit()
     });
 }
 
-// One after the other, in the order in which the list first names them. S_OK when one has changed something, S_FALSE when all that
-// have a dialog have changed nothing.
+// Opens the managers' dialogs one after the other, in the order in which the list first names the managers. S_OK when one of them
+// has changed something, S_FALSE when none has, E_NOTIMPL when there is no dialog.
 HRESULT PackageManager::EditManagers()
 {
     // Collected first: the list may change meanwhile.

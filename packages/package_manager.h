@@ -40,7 +40,7 @@ private:
         PackageManager& owner;
     };
 
-    // E_NOTIMPL, unless the user wants it forwarded to the managers that the exported packages come from.
+    // E_NOTIMPL, unless the user wants Edit to be forwarded to the managers that the exported packages come from.
     [[nodiscard]] HRESULT Edit();
     [[nodiscard]] HRESULT EditManagers();
 

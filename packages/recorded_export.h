@@ -1,5 +1,5 @@
-// Packages that a recording answers for, without the package that was recorded. In the list of exported packages they are of a class
-// that nobody registers, and what is the name inside a manager for others is the recording's path.
+// Packages that a recording answers for, without the package that was recorded. In the list of exported packages they have a
+// class that nobody registers, and the recording's path in the place of the name inside a manager.
 #pragma once
 
 #include <windows.h>
@@ -13,8 +13,8 @@ namespace zelt {
 inline constexpr CLSID kRecordedPackageClass = {
     0xB6A8EAFF, 0x8E55, 0x47EB, {0xB5, 0x6C, 0xE5, 0xDD, 0x4C, 0xB9, 0xCE, 0xAC}};
 
-// A package like the recorded one, not yet with an exported name of its own. Throws std::runtime_error, with a text for the user,
-// when the file is no recording of a package.
+// A package like the recorded one, still with the exported name that this one had. Throws std::runtime_error, with a text for the
+// user, when the file is no recording of a package.
 ExportedPackage ExportOfRecording(const std::wstring& path);
 
 }  // namespace zelt

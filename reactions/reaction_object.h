@@ -1,5 +1,5 @@
-// CReactionObject: the proxy of a reaction object, which a simulator or unit operation hands to a reaction package. What is set
-// on it belongs to its own side, so materials pass through as they are.
+// CReactionObject: the proxy of a reaction object, which a simulator or unit operation hands to a reaction package. A material
+// that is set on it comes from the object's own side, so materials pass through as they are.
 #pragma once
 
 #include <cape-open-thermo-context.h>

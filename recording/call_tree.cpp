@@ -5,7 +5,7 @@
 namespace zelt::recording {
 namespace {
 
-// No stack holds more calls. A tree of calls is destroyed call by call, each within the one around it.
+// No stack holds more calls. The destruction of a tree of calls nests as deep as the calls do.
 constexpr std::size_t kMostNesting = 2000;
 
 std::string_view Keep(std::string_view text, std::deque<std::string>& texts)
@@ -98,7 +98,7 @@ std::unique_ptr<KeptCall> CallTreeReader::Next()
 {
     while (!isClosed) {
         const Record* const record = records.Next();
-        // A recording that ends within a call: what there is of it.
+        // Where the recording ends within a call, what there is of the call is returned.
         if (!record) break;
         Take(*record);
         if (outermost && open.empty()) break;

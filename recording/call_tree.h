@@ -1,5 +1,5 @@
-// The calls of a recording as trees, each outermost call with all that is nested in it, kept in memory. One is in memory at a
-// time, however long the recording is.
+// The calls of a recording as trees, each outermost call with all that is nested in it, kept in memory. Only one tree is in
+// memory at a time, however long the recording is.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ struct KeptCall {
     ResultRecord result;
     std::optional<KeptComponent> component;  // that was made within the call
 
-    // Where the texts of all this are.
+    // Holds the texts of all this.
     std::deque<std::string> texts;
 };
 
@@ -50,15 +50,15 @@ private:
 
 class CallTreeReader {
 public:
-    // The header has been read.
+    // The header must have been read.
     explicit CallTreeReader(RecordReader& records) : records(records) {}
 
-    // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack.
+    // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack allows.
     std::unique_ptr<KeptCall> Next();
     // What was recorded outside of calls so far: the component, and the answers to queries (those within calls, too).
     const std::optional<KeptComponent>& Component() const { return component; }
     const KeptQueries& Queries() const { return queries; }
-    // The recording has its last record.
+    // Whether the last record of a complete recording has been read.
     bool IsClosed() const { return isClosed; }
 
 private:
@@ -75,7 +75,7 @@ private:
     bool isClosed = false;
 };
 
-// A value whose texts stay when the next record is read: they move to `texts`.
+// A copy of a value that stays valid when the next record is read: its texts are copied to `texts`.
 Value Keep(const Value& value, std::deque<std::string>& texts);
 ArgumentRecord Keep(const ArgumentRecord& argument, std::deque<std::string>& texts);
 

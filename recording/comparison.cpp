@@ -90,7 +90,7 @@ std::string InsteadOf(const std::string& recorded, const std::string& actual)
 bool AreEqual(double recorded, double actual, double tolerance)
 {
     if (std::memcmp(&recorded, &actual, sizeof recorded) == 0) return true;
-    // Not for infinities and what is no number: they differ from all else.
+    // Not for infinities and NaNs: each equals only the same bits.
     return tolerance > 0 && std::isfinite(recorded) && std::isfinite(actual) &&
            std::abs(recorded - actual) <= tolerance * std::max(std::abs(recorded), std::abs(actual));
 }

@@ -119,7 +119,7 @@ enum class ArgumentKind : std::uint32_t {
     Enumeration = 12,  // of the standard
     NamedValue = 13,   // of an enumeration that only a type library describes
     Variant = 14,
-    Address = 15,  // of something that is not followed
+    Address = 15,  // an address whose target is not read
 };
 
 }  // namespace zelt::recording

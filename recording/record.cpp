@@ -2,7 +2,7 @@
 
 namespace zelt::recording {
 
-// Here, because an array's elements are values themselves.
+// Here, where ArrayValue is complete: an array's elements are values themselves.
 Value::Value() = default;
 Value::~Value() = default;
 Value::Value(Value&&) noexcept = default;

@@ -38,7 +38,7 @@ struct Bound {
 
 struct ArrayValue {
     std::uint32_t features = 0, elementSize = 0;
-    std::optional<std::uint16_t> elementType;  // that the array gives itself
+    std::optional<std::uint16_t> elementType;  // the one that the array stores itself
     std::vector<Bound> bounds;                 // none: a null array
     std::string_view numbers;
     std::vector<Value> elements;
@@ -53,11 +53,11 @@ struct HeaderRecord {
 struct CallRecord {
     std::string_view member, object;
     bool isOutward = false;
-    std::uint64_t start = 0;   // in nanoseconds since the start or the end of the call before
+    std::uint64_t start = 0;   // in nanoseconds since the latest start or end of a call
     std::uint32_t number = 0;  // of the object, from 1; 0 when it is not known
 };
 
-// The next object, from 1.
+// Objects are numbered from 1, in the order of these records.
 struct ObjectRecord {
     std::uint64_t pointer = 0;  // 0: made later
     std::uint64_t proxy = 0;    // of the proxy that takes its place

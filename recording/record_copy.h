@@ -1,4 +1,4 @@
-// Writes records that were read into another recording, with tables of its own: all of them, or some. Times become nanoseconds.
+// Copies the records of a recording, all or some, into another recording, which has tables of its own. Times become nanoseconds.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ private:
     void Take(const SentenceRecord& sentence, bool isKept);
     void Take(const ResultRecord& result, bool isKept);
     void Take(const EndRecord& end, bool isKept);
-    // In the copy; 0 for one that is not kept.
+    // The number in the copy; 0 for an object that is not kept.
     std::uint32_t NumberOf(std::uint32_t object) const;
 
     RecordWriter& writer;

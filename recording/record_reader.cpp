@@ -23,7 +23,7 @@ struct Tables {
 
 std::string_view View(data_view bytes) { return {bytes.data(), bytes.size()}; }
 
-// A field as it stands in a message: one of another wire type is none of ours, and skipped.
+// A field with its wire type, as it stands in a message. A field of another wire type is not one of ours, and is skipped.
 template <class Tag>
 constexpr std::uint32_t Field(Tag tag, protozero::pbf_wire_type type)
 {
@@ -332,7 +332,7 @@ const Record* RecordReader::Next()
     return nullptr;
 }
 
-// `length` becomes that of the record with its own length before it, and recordLength that of the record.
+// Sets `length` to the length of the record with its own length before it, and recordLength to that of the record alone.
 bool RecordReader::Load(std::size_t& length)
 {
     std::uint64_t size = 0;
@@ -362,7 +362,7 @@ bool RecordReader::Load(std::size_t& length)
     return false;
 }
 
-// Whether the buffer has so many unread bytes. Reads in portions, so that a damaged length costs no memory by itself.
+// Whether the buffer has `count` unread bytes. Reads in portions, so that a damaged length costs no memory by itself.
 bool RecordReader::Fill(std::size_t count)
 {
     constexpr std::size_t kPortion = 64 << 10;
@@ -384,12 +384,12 @@ std::uint64_t RecordReader::Nanoseconds(std::uint64_t ticks) const
 {
     if (kSecond % frequency == 0) return ticks * (kSecond / frequency);
     const double time = static_cast<double>(ticks) * static_cast<double>(kSecond) / static_cast<double>(frequency);
-    // Damage may give times without end.
+    // Damage may give times that are too large for the type.
     constexpr double kMost = 9e18;
     return static_cast<std::uint64_t>(std::min(time, kMost));
 }
 
-// The call in nanoseconds, and with the name of its object, which is that of the call before when the call has none.
+// The call in nanoseconds, and with the name of its object. If the record has no name, it is that of the object's previous call.
 CallRecord RecordReader::WithName(CallRecord call)
 {
     call.start = Nanoseconds(call.start);

@@ -1,5 +1,5 @@
-// Reads a recording record by record, in memory that depends on its longest record and its tables alone. A recording that is cut
-// off or damaged is read up to there.
+// Reads a recording record by record, in memory that depends only on its longest record and its tables. A recording that is cut
+// off or damaged is read up to that place.
 #pragma once
 
 #include <cstdint>
@@ -27,14 +27,14 @@ public:
 
     explicit RecordReader(Input input) : input(std::move(input)) {}
 
-    // The next record; nothing at the end, whatever it is.
+    // The next record; null at the end, whatever the reason for it.
     const Record* Next();
     ReadEnd End() const { return end; }
     // Where the latest record begins, in bytes from the beginning of the file.
     std::uint64_t Offset() const { return offset; }
 
 private:
-    // The bytes of the next record are in `buffer` from `begin`. False at the end.
+    // Makes the bytes of the next record available in `buffer` from `begin` on. False at the end.
     bool Load(std::size_t& length);
     bool Fill(std::size_t count);
     // False for a record that only fills a table, or that is unknown.

@@ -1,6 +1,6 @@
 // Puts the records of recording.proto together. Records gather until Flush, which hands all of them over at once, so that what
-// arrives in a file is whole. Where handing over fails, the recording ends there: a reader could not follow what comes after.
-// Not thread safe.
+// arrives in a file is whole. If handing over fails, the recording ends there: a reader could not follow what comes after. Not
+// thread safe.
 #pragma once
 
 #include <cstdint>
@@ -55,14 +55,14 @@ class RecordWriter;
 class ValueWriter {
 public:
     ValueWriter(RecordWriter& records, std::string& message) : records(records), fields(message) {}
-    // Of a value inside another: written in its place there.
+    // For a value inside another, which is written in its place there.
     template <class Tag>
     ValueWriter(RecordWriter& records, protozero::pbf_writer& outer, Tag tag) : records(records), fields(outer, tag)
     {}
 
     void Integer(std::int64_t value) { fields.add_sint64(ValueTag::Integer, value); }
     void Real(double value) { fields.add_double(ValueTag::Real, value); }
-    // The bytes that AppendUtf8 makes.
+    // Takes the bytes that AppendUtf8 makes.
     void Text(std::string_view utf8);
     void RawText(std::string_view bytes) { fields.add_bytes(ValueTag::RawText, bytes.data(), bytes.size()); }
     void Pointer(std::uint64_t address);
@@ -73,7 +73,7 @@ public:
     void Shown(std::string_view name);
     void Expected(std::uint16_t type, bool mayBeEmpty);
 
-    // A VARIANT, whose value `body(ValueWriter&)` writes; and the array in one, which `body(ArrayFields&)` writes.
+    // A VARIANT, whose value `body(ValueWriter&)` writes.
     template <class Body>
     void Variant(std::uint16_t type, Body&& body)
     {
@@ -81,7 +81,7 @@ public:
         variant.fields.add_uint32(ValueTag::VarType, type);
         body(variant);
     }
-    // Of a VARIANT that points to another.
+    // The VARIANT that a VARIANT points to.
     template <class Body>
     void Inner(std::uint16_t type, Body&& body)
     {
@@ -90,6 +90,7 @@ public:
         body(variant);
     }
     using ArrayFields = protozero::pbf_builder<ArrayTag>;
+    // The array in a VARIANT, which `body(ArrayFields&)` writes.
     template <class Body>
     void Array(Body&& body)
     {
@@ -123,7 +124,8 @@ public:
 
     void Begin(const Header& header);
     void Say(const Component& component);
-    // The number of the next object. `pointer` is 0 for one that is made later; `proxy` is that of the proxy in its place.
+    // Records the next object and returns its number. `pointer` is 0 for one that is made later; `proxy` is that of the proxy in
+    // its place.
     std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy);
     void Query(std::uint32_t object, std::string_view interfaceId, bool isGranted);
     // Times are ticks of one clock, whose frequency the header gives. `number` is that of the object, 0 for none.
@@ -164,7 +166,7 @@ private:
         std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
 
-    // The text's row, which is appended if it is new. TryRowOf gives kNoRow for one that gets none.
+    // The row of the text, which gets one if it is new. TryRowOf returns kNoRow for a text that gets none.
     std::uint32_t RowOf(std::string_view text);
     std::uint32_t TryRowOf(std::string_view text);
     std::uint32_t RowOf(std::uint64_t address);

@@ -71,7 +71,7 @@ std::optional<std::u16string> Utf16(std::string_view bytes)
         }
         if (c < least || c > 0x10FFFF) return {};
         if (c < 0x10000) {
-            // Two halves in a row would have been one character.
+            // AppendUtf8 would have made one character of the two halves.
             if (IsTrail(c) && !text.empty() && IsLead(text.back())) return {};
             text += static_cast<char16_t>(c);
         } else {

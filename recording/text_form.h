@@ -10,7 +10,7 @@ namespace zelt::recording {
 
 void AppendUtf8(std::string& out, std::u16string_view text);
 
-// Nothing for bytes that no text has.
+// Nothing for bytes that AppendUtf8 never makes.
 std::optional<std::u16string> Utf16(std::string_view bytes);
 
 }  // namespace zelt::recording

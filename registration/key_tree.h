@@ -1,5 +1,5 @@
-// A registry key with everything below it, in memory: read from one view, compared with or written to another. Plain values; two
-// trees are equal when names, types and bytes are equal.
+// A registry key with everything below it, in memory: read from one view, compared with another or written to it. A plain value;
+// two trees are equal when their names, types and bytes are equal.
 #pragma once
 
 #include <map>

@@ -16,7 +16,8 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Dual interfaces, which a library lists as dispatch interfaces, and interfaces marked as automation's own.
+// True for dual interfaces, which a library lists as dispatch interfaces, and for interfaces that are marked as compatible with
+// Automation.
 bool IsMarshalledByLibrary(const TYPEATTR& attributes)
 {
     if (attributes.typekind == TKIND_DISPATCH) return attributes.wTypeFlags & TYPEFLAG_FDUAL;

@@ -6,7 +6,8 @@
 
 namespace zelt {
 
-// The system's registrar, which the platform's headers here do not declare. Every slot counts; two slots are used for scripts.
+// The interface of the system's registrar, which the headers of this toolchain do not declare. Every slot must be there, though
+// only AddReplacement, StringRegister and StringUnregister are called.
 struct IRegistrar : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE AddReplacement(LPCOLESTR key, LPCOLESTR item) = 0;
     virtual HRESULT STDMETHODCALLTYPE ClearReplacements() = 0;
@@ -38,7 +39,7 @@ std::wstring Escaped(const std::wstring& text)
 ClassesRootOverride::ClassesRootOverride(Scope scope)
 {
     RegistryKey classes;
-    // The view here stays that of the process, because a view does not survive the redirection.
+    // Opened in the view of the process, because any other view would be lost in the redirection.
     CheckWin32(classes.Create(ClassesHive(scope, 0), L"Software\\Classes", KEY_READ | KEY_WRITE));
     CheckWin32(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
 }

@@ -16,7 +16,7 @@ namespace zelt {
 namespace {
 
 // clang-format off
-// Keys that the machine always has. Those of the user may come and go with what they hold.
+// Keys that the machine always has. The user's own may come and go with what they contain.
 constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"TypeLib"};
 // clang-format on
 

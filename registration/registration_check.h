@@ -1,5 +1,6 @@
-// What a registration has to consist of, and what the registry lacks of it. The registration reads itself back with it, and a
-// check of the installation reports it. Reads the registry through its caller, and writes nothing.
+// What a registration has to consist of, and where the registry differs from that. Registration verifies its own result with this
+// code, and a check of the installation reports what it finds. FindRegistrationFaults compares what its caller looks up. Writes
+// nothing.
 #pragma once
 
 #include <functional>
@@ -15,7 +16,7 @@ namespace zelt {
 
 struct FoundEntry {
     bool keyExists = false;
-    std::optional<std::wstring> text;  // none: no such value, or no string
+    std::optional<std::wstring> text;  // none when there is no such value, or when it is no string
 };
 
 // Looks up a value of a key below the classes.

@@ -1,5 +1,5 @@
-// The registry scripts in this module's resources, with which the program registers: their text, which the registrar runs, and
-// what they have to leave in the registry, entry by entry, against which a registration is checked. Writes nothing.
+// The registry scripts in this module's resources, with which the program registers itself: their text, which the registrar runs,
+// and what they have to leave in the registry, entry by entry, against which a registration is checked. Writes nothing.
 #pragma once
 
 #include <map>

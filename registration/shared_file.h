@@ -1,4 +1,4 @@
-// The folder of files that outlive the program: a type library on which other programs come to rely stays there.
+// The folder of files that outlive the program: a type library that other programs have come to rely on stays there.
 #pragma once
 
 #include <string>

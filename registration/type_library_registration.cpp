@@ -16,7 +16,7 @@
 #include "registration/shared_file.h"
 #include "system/guid_text.h"
 
-// Exported by the system and its import library, but not declared in the platform's headers here.
+// Exported by the system and its import library, but not declared in the headers of this toolchain.
 extern "C" {
 HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
 HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID libid, WORD major, WORD minor, LCID lcid, SYSKIND kind);
@@ -83,7 +83,7 @@ void WriteInterface(Scope scope, REGSAM view, const LibraryFacts& facts, const L
     CheckWin32(library.WriteString(L"Version", facts.version));
 }
 
-// The library's file becomes the program of the other edition, as that is registered.
+// Makes the program of the other edition the library's file, by the path under which it is registered.
 void LeaveToOther(Scope scope, const LibraryFacts& facts)
 {
     for (const REGSAM view : RegistryViews()) {
@@ -111,7 +111,8 @@ void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
                                         : RegisterTypeLib(library.Get(), path.data(), folder.data()));
     }
     for (const LibraryInterface& member : facts.interfaces) MirrorKey(scope, InterfacePath(member));
-    // One file serves both widths. The system names it for the width of this process, and 32-bit clients look for theirs alone.
+    // One file serves both widths. The system registers it for the width of this process, but 32-bit clients look only for one
+    // for 32 bits.
     for (const REGSAM view : RegistryViews()) WriteDefault(scope, view, facts.versionPath + L"\\0\\win32", path);
     RemoveKey(scope, facts.versionPath + L"\\0\\win64");
 
@@ -140,7 +141,7 @@ void UnregisterOwnLibrary(Scope scope)
                        ? UnRegisterTypeLibForUser(facts.libid, facts.major, facts.minor, facts.lcid, facts.kind)
                        : UnRegisterTypeLib(facts.libid, facts.major, facts.minor, facts.lcid, facts.kind));
     }
-    // The system has cleared the view of this process.
+    // The system has cleared only the view of this process.
     for (const LibraryInterface& member : facts.interfaces) RemoveKey(scope, InterfacePath(member));
     RemoveKey(scope, facts.versionPath);
     RemoveEmptyKey(scope, L"TypeLib\\" + GuidText(facts.libid));

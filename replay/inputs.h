@@ -1,4 +1,4 @@
-// The arguments of a call that comes in at a stand-in, against those of a recorded one.
+// Compares the arguments of a call to a stand-in with those of a recorded call.
 #pragma once
 
 #include <deque>
@@ -16,7 +16,7 @@ class Inputs {
 public:
     Inputs(const com::DualMethod& method, const void* words);
 
-    // The first difference from those of a recorded call of the method; nothing when there is none.
+    // The first difference from the inputs of a recorded call of the method; nothing when there is none.
     std::optional<std::string> DifferenceFrom(const recording::KeptCall& recorded, double tolerance) const;
     // Objects that the caller passed take the place of those of the recorded call.
     void LearnObjectsOf(const recording::KeptCall& recorded, Objects& objects) const;
@@ -28,7 +28,7 @@ private:
     std::vector<recording::Value> values;  // one for each parameter
 };
 
-// Puts the outputs of a recorded call where the caller wants them. E_POINTER when it gave no place.
+// Puts the outputs of a recorded call where the caller wants them. E_POINTER when the caller gave no place.
 HRESULT GiveOutputs(const com::DualMethod& method, const recording::KeptCall& recorded, void* words, Objects& objects);
 
 }  // namespace zelt::replay

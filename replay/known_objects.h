@@ -1,5 +1,5 @@
-// The objects of the side that is not played, by the recorded pointers in whose place they came. Addresses come back in a recording:
-// of two pointers of one object, the one that was passed last counts.
+// The objects of the side that is not played, by the recorded pointers in whose place they came. A recording may use an address
+// again: of two pointers of one object, the one that was passed last counts.
 #pragma once
 
 #include <cstdint>
@@ -12,14 +12,14 @@ namespace zelt::replay {
 
 class KnownObjects {
 public:
-    // Replaces an earlier object with that pointer. An object that was made after its proxy has 0.
+    // Replaces an earlier object with that pointer. An object that was made after its proxy has the pointer 0.
     void Learn(std::uint64_t pointer, IUnknown* object)
     {
         if (!object) return;
         HoldForeign(object);
         objects.insert_or_assign(pointer, Known{ForeignPtr<IUnknown>(object), ++order});
     }
-    // Null when none has come.
+    // Null when no object has come in its place.
     ForeignPtr<IUnknown> Find(const recording::ObjectRecord& recorded) const
     {
         const Known* const object = Find(recorded.pointer);

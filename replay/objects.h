@@ -13,7 +13,7 @@ namespace zelt::replay {
 // Gives the objects for recorded pointers that one side passes to the other.
 class Objects {
 public:
-    // The stand-in for an object of the side that is played, whose interface pointer was `address`, which is not null: its
+    // The stand-in for an object of the side that is played, whose recorded interface pointer was `address` (not null): its
     // interface `iid`, which it offers from now on if it can. The caller owns the reference.
     virtual ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) = 0;
     // An object of the other side has come in the place of a recorded pointer.

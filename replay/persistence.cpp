@@ -84,14 +84,14 @@ HRESULT CallPersistence(std::string_view member, IUnknown* object, SavedState& s
     const std::size_t separator = member.find("::");
     const std::string_view name = member.substr(0, separator);
     const std::string_view method = separator == std::string_view::npos ? "" : member.substr(separator + 2);
-    // A component that needs no InitNew has none.
+    // A component without this interface needs no InitNew.
     if (method == "InitNew") {
         return With<IPersistStreamInit>(object, S_OK, [](IPersistStreamInit* one) { return one->InitNew(); });
     }
     const auto call = [&](auto* persistence) { return CallOf(persistence, method, state); };
     if (name == "IPersistStream") return With<IPersistStream>(object, E_NOINTERFACE, call);
     if (QueryForeign<IPersistStreamInit>(object)) return With<IPersistStreamInit>(object, E_NOINTERFACE, call);
-    // A unit operation is loaded and saved by what it has. One that has nothing has nothing to save.
+    // A unit operation is loaded and saved through whichever interface it has. One that has neither has nothing to save.
     return With<IPersistStream>(object, method == "IsDirty" ? S_FALSE : S_OK, call);
 }
 

@@ -14,16 +14,15 @@ bool IsPersistence(std::string_view member);
 
 // What is in the stream of a call.
 struct SavedState {
-    bool clearsDirty = false;  // as Save was asked to
+    bool clearsDirty = false;  // Save was asked to clear the dirty flag
     std::optional<std::string_view> recorded;
     std::optional<std::string> saved;  // this time, by Save
 };
 
-// Makes the call, with a stream in memory where the recorded one had the simulator's. Throws Unplayable for a Load without recorded
-// data.
+// Makes the call, with a stream in memory in place of the simulator's. Throws Unplayable for a Load without recorded data.
 HRESULT CallPersistence(std::string_view member, IUnknown* object, SavedState& state);
 
-// What the user reads of two states that differ; nothing when they do not, or when one of them is not known.
+// The text for the user when the two states differ; nothing when they do not, or when one of them is not known.
 std::optional<std::string> Difference(const SavedState& state);
 
 }  // namespace zelt::replay

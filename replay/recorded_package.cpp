@@ -20,7 +20,7 @@ using recording::KeptCall;
 
 constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
 
-// Whether two recorded calls to the simulator are the same, with the same outcome.
+// Whether two recorded calls to the simulator are the same and, with `withOutcome`, had the same outcome.
 bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
 {
     if (one.call.member != other.call.member || one.call.isOutward != other.call.isOutward) return false;
@@ -48,7 +48,7 @@ bool BeginsAlike(const KeptCall& one, const KeptCall& other, std::size_t count)
     return AreAlike(*one.nested[count], *other.nested[count], false);
 }
 
-// Puts a text or a number where the method's first argument leads.
+// Puts a text or a number where the method's first argument points.
 HRESULT Put(const com::DualMethod& method, void* words, const std::wstring& text)
 {
     if (method.parameters.empty() || method.parameters[0].type != VT_BSTR || method.parameters[0].pointers != 1) {
@@ -126,7 +126,7 @@ ForeignPtr<IUnknown> RecordedPackage::StandIn(std::uint64_t address, REFIID iid)
 
 bool RecordedPackage::Grants(const replay::StandIn& object, REFIID iid)
 {
-    // Whoever wraps the object asks for its name, which no recording shows.
+    // Whoever wraps the object asks for its name; recordings do not show that.
     if (IsEqualIID(iid, __uuidof(ICapeIdentification))) return true;
     return queries.Answer(object.Address(), {reinterpret_cast<const char*>(&iid), sizeof iid}).value_or(false);
 }
@@ -142,7 +142,7 @@ RecordedPackage::Calls RecordedPackage::Candidates(const replay::StandIn& object
     for (const KeptCall* call : found->second) {
         if (object.IsOf(call->object) && !inputs.DifferenceFrom(*call, 0)) candidates.push_back(call);
     }
-    // Those that were not repeated, in their order, and then the others, the latest first.
+    // First those that have not been repeated yet, in their order, then the others, beginning with the one repeated last.
     const auto lastUse = [this](const KeptCall* call) {
         const auto use = uses.find(call);
         return use == uses.end() ? 0 : use->second;
@@ -189,7 +189,7 @@ const KeptCall* RecordedPackage::Perform(const Calls& candidates, const Inputs& 
                  " otherwise than then: " + *difference;
         const auto agrees = [&](const KeptCall* other) {
             if (other == current || !BeginsAlike(*current, *other, i)) return false;
-            // Its own pointers stand for the same objects.
+            // The other call's pointers stand for the same objects.
             inputs.LearnObjectsOf(*other, *this);
             return !CallSimulator(*other->nested[i]);
         };
@@ -200,7 +200,7 @@ const KeptCall* RecordedPackage::Perform(const Calls& candidates, const Inputs& 
     return current;
 }
 
-// What nobody recorded, but whoever uses a package asks it: its objects' names, and the particulars of a failure.
+// What recordings do not contain, but users of a package ask it: its objects' names, and the particulars of a failure.
 std::optional<HRESULT> RecordedPackage::AnswerByItself(const replay::StandIn& object, const com::DualMethod& method,
                                                        void* words) const
 {

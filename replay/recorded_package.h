@@ -1,8 +1,9 @@
-// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins; what they did to the
-// simulator's objects, they do again. A call is answered as one of the same object and member with the same inputs was then: the
-// first such call that has not been repeated yet, or else the last. A calculation reads its material: when the simulator's objects
-// give other answers than then, it becomes another recorded call with which the answers agree. Whatever the recording has no answer
-// to fails with ECapeUnknown, and says so in the error information.
+// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins, which repeat the
+// calls that the recorded objects made to the simulator's. A call is answered like a recorded call of the same object and member
+// with the same inputs: the first that has not been repeated yet, or else the one repeated last. A calculation reads its
+// material: when the simulator's objects answer otherwise than in the recording, the package goes over to another recorded call
+// with which the answers agree. Whatever the recording has no answer to fails with ECapeUnknown, and the error information says
+// so.
 #pragma once
 
 #include <windows.h>
@@ -57,10 +58,10 @@ private:
     HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
     // The recorded calls that this one may repeat, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
-    // Makes the calls of the first candidate to the simulator's objects, and goes over to another when their answers demand it. The
-    // one that it ended with; null, with the reason, when none agrees.
+    // Makes the calls of the first candidate to the simulator's objects, and goes over to another candidate when their answers
+    // demand it. Returns the candidate that it ended with; null, with the reason, when none agrees.
     const recording::KeptCall* Perform(const Calls& candidates, const Inputs& inputs, std::string& reason);
-    // One call to the simulator's object. The difference from the recorded outcome.
+    // Makes one call to the simulator's object. Returns the difference from the recorded outcome.
     std::optional<std::string> CallSimulator(const recording::KeptCall& call);
     std::optional<HRESULT> AnswerByItself(const replay::StandIn& object, const com::DualMethod& method,
                                           void* words) const;

@@ -33,7 +33,7 @@ bool ClearsDirty(const KeptCall& call)
     });
 }
 
-// A recorded call has no outputs to give, so that a call with other inputs can be taken for it.
+// Whether the method has no outputs, so that a recorded call can answer one with other inputs.
 bool OnlyTells(const com::DualMethod& method)
 {
     return std::none_of(method.parameters.begin(), method.parameters.end(),
@@ -75,7 +75,7 @@ void Session::Perform(const KeptCall& call)
         return;
     }
     ++performed;
-    // The recorded process ended in this call, or was ended. What the component does now shows all the same.
+    // The recorded process ended in this call, or was ended. The call is made all the same, to see what the component does now.
     if (!call.hasEnded) Say(call, "the recording ends within this call");
     const ForeignPtr<IUnknown> object = real.Find(call.object);
     if (!object) return Say(call, "not made again: its object did not come in this time");
@@ -200,7 +200,7 @@ HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, 
     }
     ++answered;
     {
-        // The simulator called the component before it answered.
+        // In the recording, the simulator called the component before it answered.
         const Active here(*this, *recorded, true);
         for (const auto& nested : recorded->nested) {
             if (!nested->call.isOutward) Perform(*nested);

@@ -1,4 +1,4 @@
-// A recording played to a component: the session plays the simulator. It makes the recorded calls again, one after the other, lets
+// Plays a recording to a component: the session plays the simulator. It makes the recorded calls again, one after the other, lets
 // stand-ins answer for the simulator's objects as those did then, and compares what the component says with what was recorded.
 #pragma once
 
@@ -23,7 +23,7 @@ namespace zelt::replay {
 
 // A difference between then and now.
 struct Finding {
-    const recording::KeptCall& call;  // of the recording, in which it showed
+    const recording::KeptCall& call;  // the recorded call in which it showed
     std::string text;
 };
 
@@ -49,7 +49,7 @@ public:
 
     std::uint64_t Performed() const { return performed; }
     std::uint64_t Answered() const { return answered; }
-    // Calls that came before there was a component: a unit operation is named before it is made.
+    // Calls that came before there was a component: a unit operation is given its name before it is made.
     std::uint64_t TooEarly() const { return tooEarly; }
 
 private:
@@ -61,7 +61,8 @@ private:
         {
             session.active = this;
         }
-        // A component that crashed has taken the frames of inner calls with it: only the outermost counts.
+        // After a crash of the component, the destructors of inner calls may not run; that of the outermost call restores what
+        // was active before.
         ~Active() { session.active = outer; }
         Active(const Active&) = delete;
         Active& operator=(const Active&) = delete;
@@ -81,7 +82,7 @@ private:
 
     void PerformOn(const recording::KeptCall& call, IUnknown* object);
     HRESULT Call(const recording::KeptCall& call, const NamedMethod& method, IUnknown* object);
-    // The result; E_UNEXPECTED, with a finding, when something escapes.
+    // The call's result; E_UNEXPECTED, with a finding, when a fault or an exception escapes.
     template <class Body>
     HRESULT CallComponent(const recording::KeptCall& call, Body&& body);
     const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method,

@@ -6,7 +6,7 @@
 
 namespace zelt::replay {
 
-// One of the interfaces.
+// One of the stand-in's interfaces.
 class StandIn::Part final : com::DualTarget {
 public:
     Part(StandIn& object, std::shared_ptr<const com::DualInterface> described)
@@ -80,7 +80,7 @@ IDispatch* StandIn::ScriptInterface()
             for (const IID& iid : com::ModuleInterfaces()) {
                 if (AddPart(iid, false)) return;
             }
-            // Nobody asked it for anything, and yet it was passed as one that scripts can use.
+            // No interface of it was recorded as granted, and yet it was passed as an object that scripts can use.
             static_cast<void>(AddPart(__uuidof(ICapeIdentification), true));
         });
     }

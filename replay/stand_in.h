@@ -33,7 +33,7 @@ public:
     StandIn(std::uint64_t address, Answers& answers);
 
     std::uint64_t Address() const { return address; }
-    // Whether it stands for the recorded object. One whose pointers are not known may be any.
+    // Whether it stands for the recorded object. A recorded object whose pointers are not known may be any.
     bool IsOf(const recording::ObjectRecord& object) const
     {
         return (object.pointer == 0 && object.proxy == 0) || object.pointer == address || object.proxy == address;

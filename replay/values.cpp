@@ -124,7 +124,8 @@ void GiveVariant(const Value& value, Objects& objects, void* place)
     auto* const variant = static_cast<VARIANT*>(place);
     VariantInit(variant);
     VARIANT source = recorded.Get();
-    // What points to the memory of another process has no copy of its own: its value takes its place.
+    // A copy of a VARIANT that points to its value would point into `recorded`, which does not live as long: the value itself
+    // takes its place.
     const HRESULT copied = source.vt & VT_BYREF ? VariantCopyInd(variant, &source) : VariantCopy(variant, &source);
     if (FAILED(copied)) throw Unplayable("a recorded VARIANT cannot be made again");
 }

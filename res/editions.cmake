@@ -1,11 +1,12 @@
 # What differs between the two editions of the program, and what each registers: ZELT.EXE hosts 32-bit components, ZELT64.EXE
-# 64-bit ones, both from the same sources. These tables are the only place for it. They give, in ${ZELT_EDITIONS_DIR}, the registry
-# scripts, a list of each edition's for the resources, the texts of this edition's windows, and the rows of the C++ table
-# (system/edition.h).
+# 64-bit ones, both from the same sources. These tables are the only place for it. They give, in ${ZELT_EDITIONS_DIR}, the
+# registry scripts, a list of each edition's scripts for the resources, the texts of this edition's windows, and the rows of the
+# C++ table (system/edition.h).
 set(ZELT_EDITIONS_DIR ${CMAKE_BINARY_DIR}/editions)
 
-# name | width | program | zeltctl of that width | application | key of the list of packages | script of the application, which decides whether
-# Explorer opens logs with it | what its scripts' numbers are added to | titles of the main window and of the export dialog
+# name | width | program | zeltctl of that width | application | key of the list of packages | script of the application, which
+# decides whether Explorer opens logs with it | what is added to the numbers of its scripts | titles of the main window and of the
+# export dialog
 set(zelt_editions
   "ZELT|32|ZELT.EXE|zeltctl.exe|{D76CDF09-2520-4B73-9730-98028328426E}|Software\\\\ZELT|application.rgs|0|ZELT Packages:|Export package:"
   "ZELT64|64|ZELT64.EXE|zeltctl64.exe|{17CC0CA2-B86E-46C5-B5E9-B31DFF844699}|Software\\\\ZELT\\\\64-bit|application64.rgs|400|ZELT64 Packages (64-bit):|Export 64-bit package:")
@@ -37,7 +38,8 @@ function(zelt_row row)
   endforeach()
 endfunction()
 
-# zelt_class(<edition> <kind> <offset of the script's number>): writes the script of a class; adds to `resources` and `cppClasses`.
+# zelt_class(<edition> <kind> <offset of the script's number>): writes the script of a class; adds to `resources` and
+# `cppClasses`.
 function(zelt_class edition kind offset)
   foreach(row IN LISTS zelt_class_kinds)
     zelt_row("${row}" rowKind number description category1 category2 capeDescription capeVersion)

@@ -1,10 +1,11 @@
 # Benchmarks, each next to its floor. Sourced by ./dev.
 
-# The programs that measure this system's build; the others measure the product, under Wine.
+# The programs that measure the native build; the others measure the product, under Wine.
 nativeBenches=(logs)
 
-# Bench [name...] [-- options]: the programs bench_<name> of the folder bench, all unless some are named; each gets the options.
-# "remote64" is bench_remote for ZELT64. Fails when a program fails, as it does when a goal is missed, but after all have run.
+# Bench [name...] [-- options]: runs the programs bench_<name> of the folder bench, all unless some are named; each gets the
+# options. "remote64" is bench_remote for ZELT64. A program also fails when it misses a goal. If one has failed, this function
+# fails, but only after all have run.
 Bench()
 {
     local wanted=() options=() name program underWine=() missed=()
@@ -40,7 +41,7 @@ Bench()
         wanted+=(remote64)
     fi
     UsePrefix bench
-    # A bare display has no window manager, and Wine waits for one when a window goes.
+    # A bare display has no window manager, and Wine waits for one when a window closes.
     Step bench-windows "Letting Wine draw the frames of windows" \
         wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
     Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
@@ -48,7 +49,7 @@ Bench()
         program=$folder/bench_$name.exe
         [ "$name" != remote64 ] || program=build/release64/bench/bench_remote.exe
         [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
-        # Shown as it comes and kept; programs under Wine leave processes behind, so the output goes through a file.
+        # The output is shown as it comes, and kept. It goes through a file because programs under Wine leave processes behind.
         : >"$logFolder/bench-$name.log"
         tail -f "$logFolder/bench-$name.log" 8>&- &
         local shown=$! status=0
@@ -61,7 +62,7 @@ Bench()
     FailWhenMissed "${missed[@]}"
 }
 
-# FailWhenMissed [name...]: of benchmarks.
+# FailWhenMissed [name...]: fails if any benchmark is named, and names them.
 FailWhenMissed()
 {
     [ $# -eq 0 ] || Fail "These benchmarks failed, or missed a goal: $*."
@@ -76,7 +77,7 @@ BenchNatively()
     timeout 1800 "build/native/bench/bench_$name" "$@" | tee "$logFolder/bench-$name.log"
 }
 
-# A package of the sample's manager, exported without logging.
+# Registers both editions and the sample package, and exports a package of the sample manager from each, without logging.
 OfferBenchmarkPackage()
 {
     local key

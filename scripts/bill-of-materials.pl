@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # The bill of materials of a release, as SPDX 2.3 in JSON: bill-of-materials.pl <version> <time of the commit> <folder of the files>
-# <THIRD-PARTY.md>. What is shipped, with a checksum of each file, and what is linked into it, with the versions of the Debian
-# packages that the build used. Equal files give an equal bill.
+# <THIRD-PARTY.md>. It lists what is shipped, with a checksum of each file, and what is linked into it, with the versions of the
+# Debian packages that the build used. Equal files give an equal bill.
 use strict;
 use warnings;
 use Digest::SHA;
@@ -66,7 +66,7 @@ for my $path (sort @paths) {
 }
 @files or die "$folder has no files\n";
 
-# The sum of the sums of all files, as the format defines it.
+# The checksum of the checksums of all files, as the format defines it.
 my $code = Digest::SHA::sha1_hex(join '', sort @sums);
 unshift @packages, {
     SPDXID => 'SPDXRef-ZELT', name => 'ZELT', versionInfo => $version, supplier => 'Organization: The ZELT developers',

@@ -5,7 +5,7 @@
 architectures=(i686 x86_64)
 builds=("${architectures[@]}" native)
 
-# Build [build]: nothing is configured or compiled twice.
+# Build [build]: makes one build, or all. What is up to date is not configured or compiled again.
 Build()
 {
     local wanted=("${builds[@]}") build
@@ -19,7 +19,7 @@ Build()
     done
 }
 
-# What every build needs.
+# Installs and fetches what every build needs.
 SetUpBuild()
 {
     InstallPackages build
@@ -38,5 +38,5 @@ BuildPreset()
     Step "build-$preset" "Building for $preset" cmake --build "build/$preset" ${1:+--target "$@"}
 }
 
-# What is shipped and measured, without the checks that the tests' programs have. It is in build/release.
+# Builds what is shipped and measured, without the checks that the tests' programs have, in build/release.
 BuildRelease() { BuildPreset release zelt zeltctl "$@"; }

@@ -1,4 +1,4 @@
-# The checks that need no build and take a minute: formatting, scripts, sources. Every finding fails. Sourced by ./dev.
+# The checks that need no build and take a minute: formatting, scripts, sources. Any finding is a failure. Sourced by ./dev.
 
 # The project's files with these names, including new ones; outside a checkout, all such files outside ./build.
 Files()
@@ -18,7 +18,7 @@ Files()
 
 Sources() { Files '*.cpp' '*.h'; }
 
-# Scripts <ending> <interpreter>: found by their names or their first lines.
+# Scripts <ending> <interpreter>: the scripts whose names have the ending, or whose first lines name the interpreter.
 Scripts()
 {
     local file first
@@ -72,8 +72,8 @@ CheckPerlScripts()
     return $failed
 }
 
-# Checks the sources as the 32-bit build reads them, as far as that needs no system header. cppcheck-suppressions.txt says which
-# checks are off, and why.
+# Checks the sources as the 32-bit build reads them, as far as that is possible without the system's headers.
+# cppcheck-suppressions.txt says which checks are off, and why.
 CheckSources()
 {
     # shellcheck disable=SC2054 # the commas are cppcheck's

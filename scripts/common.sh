@@ -55,13 +55,14 @@ Beside()
     local name=$1
     shift
     mkdir -p "$logFolder"
-    # In the background, so that a signal ends the wait at once; in a condition, a failing command would also run on.
+    # In the background, so that a signal ends the wait at once; and not as a condition, where the command would continue after a
+    # failure.
     ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$logFolder/$name.log" 2>&1 8>&- &
     started[$name]=$!
     startedAt[$name]=$SECONDS
 }
 
-# Await <log name> <what is done>: the end of a step that Beside has started.
+# Await <log name> <what is done>: waits for the end of a step that Beside has started.
 Await()
 {
     local log=$logFolder/$1.log what=$2 process=${started[$1]} start=${startedAt[$1]} status=0 progress=
@@ -87,8 +88,8 @@ Await()
 }
 declare -A started startedAt
 
-# ShowProgress <log> <what is done> <when it was started>: on a terminal, the share that a build reports in its log as [done/all], and
-# the time left if the rest takes as long.
+# ShowProgress <log> <what is done> <when it was started>: shows, on a terminal, the share that a build reports in its log as
+# [done/all], and the time left if the rest goes at the same speed.
 ShowProgress()
 {
     trap - EXIT ERR

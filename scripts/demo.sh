@@ -8,13 +8,13 @@ demoRuns=(
     "reactions|4|ZeltSample.ReactionsPackageManager|ZELT.ReactionPackageManager|Hydrogen|CAPE-OPEN 1.0 reaction package"
 )
 
-# The same for ZELT64, which hosts 64-bit packages: one is enough to show.
+# The same for ZELT64, which hosts 64-bit packages: one is enough for a demonstration.
 demoRuns64=(
     "wide-property11|0|ZeltSample.PropertyPackageManager|ZELT64.PropertyPackageManager|Aromatics|64-bit CAPE-OPEN 1.1 property package"
 )
 
-# The flowsheet: PRAVIK around the sample's mixer with heater, whose streams the first package calculates. The parameters
-# are not the defaults, so that loading shows.
+# The flowsheet: PRAVIK around the sample mixer with heater, whose streams the first package calculates. The parameters differ
+# from the defaults, so that a loaded flowsheet shows that it loaded them.
 demoUnit=ZeltSample.MixerHeater
 demoLoggedUnit=PRAVIK.UnitOperation
 demoSettings=(--set "Heat duty=150000" --set "Pressure drop=20000" --set "Temperature limits=280;480"
@@ -25,11 +25,11 @@ Demo()
     LockTree
     SetUpBuild
     [ -d build/i686/shell ] || Say "The first demonstration builds ZELT, which takes some minutes; later ones start at once."
-    # Making the prefix is mostly waiting.
+    # Making the prefix is mostly waiting, so the build goes on meanwhile.
     Beside wine-template NeedTemplatePrefix
     BuildPreset i686 zelt zeltctl SamplePackage SampleReactions SampleUnits SampleSimulator
     BuildPreset x86_64 SampleSimulator
-    # 64-bit packages come last: the runs before them also wait more than they work.
+    # What the 64-bit packages need is built during the runs before theirs, which also wait more than they work.
     Beside demo-build-wide nice cmake --build build/x86_64 --target zelt SamplePackage
     demoFolder=$root/build/demo
     rm -rf "$demoFolder"
@@ -84,7 +84,8 @@ Register()
     fi
 }
 
-# RunPackages <their width> <run...>: with both simulators through ZELT, and in process, where the results must be the same.
+# RunPackages <width of the packages> <run...>: runs each with both simulators through ZELT, and in process. The results must be
+# equal.
 RunPackages()
 {
     local width=$1 run name kind sample zelt package what architecture=i686
@@ -114,7 +115,8 @@ RunFlowsheet()
     Step demo-flowsheet-compare "Comparing the results bit for bit" CompareResults flowsheet 64 loaded
 }
 
-# The first run's recording: its log made again, its calls made again, and in the package's place.
+# Uses the recording of the first run: renders its log, repeats its calls against the package, and exports it in the package's
+# place.
 UseRecording()
 {
     local recording name kind sample zelt package what
@@ -169,7 +171,7 @@ ShowReplays()
 
 Zeltctl() { Wine "$root/build/i686/ctl/zeltctl.exe" "$@"; }
 
-# RenderRecording <recording>: its log, again.
+# RenderRecording <recording>: renders its log, which must equal the one that was written.
 RenderRecording()
 {
     local rendered=$demoFolder/rendered.zlg
@@ -177,7 +179,7 @@ RenderRecording()
     cmp "$rendered" "${1%.zlr}.zlg" && echo "The rendered log is equal."
 }
 
-# ReplayAgainstRevision <recording>: must find the difference.
+# ReplayAgainstRevision <recording>: the replay must find the difference.
 ReplayAgainstRevision()
 {
     local status=0
@@ -185,7 +187,7 @@ ReplayAgainstRevision()
     [ "$status" -eq 1 ] || { echo "The replay ended with $status, not with a finding."; return 1; }
 }
 
-# ServeRecording <recording>: once ZELT, which holds the list, has ended.
+# ServeRecording <recording>: exports it, as soon as ZELT, which holds the list, has ended.
 ServeRecording()
 {
     local attempt
@@ -199,8 +201,8 @@ ServeRecording()
 
 Wine() { timeout 120 wine "$@"; }
 
-# ExportPackages <key of the list> <run...>: the exported packages are a list in the registry; logs go to the desktop, and no dialog
-# asks about them.
+# ExportPackages <key of the list> <run...>: writes the packages of the runs to the list in the registry, and the options: logs go
+# to the desktop, no dialog asks about them, and calls are recorded.
 ExportPackages()
 {
     local class key=$1 settings='HKCU\Software\ZELT' number=0 run name kind sample zelt package what
@@ -219,7 +221,8 @@ ExportPackages()
     Wine reg add "$settings" /f /v RecordCalls /t REG_DWORD /d 1
 }
 
-# The choice of the main window's menu: the class identifier as 16 bytes, its first three numbers in little-endian order.
+# Stores the choice that the main window's menu offers: the class identifier as 16 bytes, its first three numbers in little-endian
+# order.
 ChooseUnit()
 {
     local class bytes
@@ -229,7 +232,8 @@ ChooseUnit()
     Wine reg add 'HKCU\Software\ZELT' /f /v PRAVIKUnit /t REG_BINARY /d "$bytes"
 }
 
-# Simulate <architecture> <result name> <arguments...>: the table and, separately, the lines that show each number's bits.
+# Simulate <architecture> <result name> <arguments...>: runs the simulator, and keeps its tables and, separately, the lines with
+# each number's bits.
 Simulate()
 {
     local program=build/$1/samples/SampleSimulator.exe result=$demoFolder/$2 status=0
@@ -254,8 +258,8 @@ CompareResults()
     done
 }
 
-# The logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first in full, of the others the top. Each
-# of the flowsheet's two runs has two, the package's and the unit operation's.
+# Shows the logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first in full, of the others only the
+# top. Each of the flowsheet's two runs has two logs, the package's and the unit operation's.
 ShowLogs()
 {
     local logs log lines top=40 expected=$((2 * (${#demoRuns[@]} + ${#demoRuns64[@]}) + 4))

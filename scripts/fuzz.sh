@@ -1,10 +1,10 @@
 # Guided fuzzing of the code that reads logs and recordings. Sourced by ./dev.
 
-# How many inputs each program gets: the commands take ten times as long for one.
+# How many inputs each program gets: one input takes the commands ten times as long.
 declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000 [recording_reader]=1000000)
 
-# Fuzz [name...] [-- options]: the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are libFuzzer's.
-# Inputs that it considers worth keeping stay in build/fuzz/inputs, and an input that fails is named at the end.
+# Fuzz [name...] [-- options]: runs the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are
+# libFuzzer's. Inputs that it considers worth keeping stay in build/fuzz/inputs, and an input that fails is named at the end.
 Fuzz()
 {
     local wanted=() options=() name folder
@@ -27,7 +27,7 @@ Fuzz()
             "build/fuzz/tests/fuzz/fuzz_$name" -dict=tests/fuzz/log.dict -max_len=20000 -timeout=10 -print_final_stats=1 \
             -artifact_prefix="build/fuzz/failed-$name-" -runs="${fuzzRuns[$name]}" -seed=1 "${options[@]}" \
             "$folder" tests/fuzz/seeds
-        # Some of its options only list something.
+        # Some of libFuzzer's options only list something, and then there is no such line.
         grep -a '^stat::number_of_executed_units' "$logFolder/fuzz-$name.log" || true
     done
 }

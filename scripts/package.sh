@@ -30,8 +30,8 @@ Package()
 
 ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
 
-# Sign <program...>: with the tool that ZELT_SIGN names, a program and its arguments, which gets the path of each as its last one.
-# Does nothing if there is none.
+# Sign <program...>: signs each with the command in ZELT_SIGN, which gets the path of the program as its last argument. Does
+# nothing if the variable is empty or not set.
 Sign()
 {
     local file tool
@@ -40,14 +40,14 @@ Sign()
     for file; do "${tool[@]}" "$file"; done
 }
 
-# A text file with Windows line ends.
+# StageText <source> <target>: copies a text file, with Windows line ends.
 StageText()
 {
     mkdir -p "$(dirname "$2")"
     sed 's/\r*$/\r/' "$1" >"$2"
 }
 
-# StageFiles <folder>: everything that is shipped.
+# StageFiles <folder>: collects in the folder everything that is shipped.
 StageFiles()
 {
     local build=$root/build/release file
@@ -66,9 +66,9 @@ StageFiles()
     StageText /usr/share/doc/libz-mingw-w64-dev/copyright "$1/licences/zlib.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
-    # Signatures are part of the files that the bill of materials lists.
+    # Sign before the bill of materials is made: it lists the files with their signatures.
     Sign "$1"/{ZELT,ZELT64}.EXE "$1"/zeltctl{,64}.exe
-    # Folders of the guide without pictures would be empty.
+    # If the guide has no pictures yet, their folder would be empty.
     find "$1" -type d -empty -delete
     perl scripts/bill-of-materials.pl "$(ProductVersion)" "$(SourceDate)" "$1" THIRD-PARTY.md >"$1/licences/zelt.spdx.json"
     chmod -R u=rwX,go=rX "$1"
@@ -78,8 +78,8 @@ StageFiles()
     done
 }
 
-# WriteLists <stage> <folder>: the files and folders of the stage, and the classes that the build registers, as the macros that
-# the setup program inserts. So the setup program removes exactly what it has installed.
+# WriteLists <stage> <folder>: writes the files and folders of the stage, and the classes that the build registers, as the macros
+# that the setup program inserts. So the setup program removes exactly what it has installed.
 WriteLists()
 {
     mkdir -p "$2"

@@ -28,7 +28,8 @@ Page()
     printf '%s\n' "${green}The page works. Look at it:$plain" "$pageFolder"/*.png
 }
 
-# The page with the script that operates it; and in each colour scheme, as a user leaves it after searching and unfolding.
+# Makes the page with the script that operates it, and in each colour scheme the page as a user leaves it after searching and
+# unfolding.
 MakePages()
 {
     local log=$root/tests/golden/sample_simulator_11.zlg colour
@@ -54,12 +55,12 @@ PageWith()
     printf '<script>\n{\n%s\n}\n</script>\n</body>\n</html>\n' "$2" >>"$pageFolder/$1.html"
 }
 
-# Browse <page> <option...>: a browser of our own, with a profile that is removed with it.
+# Browse <page> <option...>: runs a browser with a profile of its own, which is removed afterwards.
 Browse()
 {
     local page=$1
     shift
-    # A browser that runs as root has to do without its own sandbox; the page is ours.
+    # A browser that runs as root has to do without its own sandbox; that is safe, because the page is ours.
     local walls=()
     [ "$EUID" -ne 0 ] || walls=(--no-sandbox)
     timeout 120 chromium --headless "${walls[@]}" --disable-gpu "--user-data-dir=$pageFolder/profile" "$@" "file://$page"

@@ -134,7 +134,7 @@ Value()
 # InstalledFilesEqual <stage> <folder>
 InstalledFilesEqual() { diff -r --exclude=Uninstall.exe "$1" "$2" || Complain "The installed files differ from the shipped ones."; }
 
-# ServerOf <hive> <view> [class]: what activation would start; of ZELT without a class.
+# ServerOf <hive> <view> [class]: what activation would start; without a class, for a class of ZELT.
 zelt64Class='{25D8600D-CBE0-4748-BBDD-14A8F74A9EA1}'
 ServerOf()
 {
@@ -243,8 +243,8 @@ TestRefusal()
         Added registry running refused; Removed registry running refused)"
 }
 
-# ChangesNothing <code> <command line>: must end with this code, and leave everything as it was. A shortcut that is made again holds
-# other times.
+# ChangesNothing <code> <command line>: must end with this code, and leave everything as it was. Shortcuts are left out: one that
+# is made again holds other times.
 ChangesNothing()
 {
     Snapshot unchanged
@@ -258,7 +258,7 @@ ChangesNothing()
 TestRefusalOfFile()
 {
     printf '%s\r\n' '@echo off' "C:\\windows\\syswow64\\notepad.exe <\"$programsFolder\\BRIX.chm\"" >"$testFolder/hold.bat"
-    # It inherits the open file. (A 32-bit program, because Wine's task list does not show others.)
+    # Notepad inherits the open file. (The 32-bit one, because Wine's task list does not show 64-bit programs.)
     Wine cmd /c "$(WindowsPath "$testFolder/hold.bat")" >"$testFolder/hold.txt" 2>&1 &
     sleep 5
     ChangesNothing 8 "\"$(WindowsPath "$setupProgram")\" /S"
@@ -267,7 +267,7 @@ TestRefusalOfFile()
     wait $! || true
 }
 
-# The older version has no such file. Here a folder has its name, so that it cannot be written.
+# The older version has no zeltctl64.exe. A folder with that name keeps setup from writing the file.
 TestFailedUpgrade()
 {
     mkdir "$installed/zeltctl64.exe"
@@ -278,10 +278,10 @@ TestFailedUpgrade()
     WaitForEnd
 }
 
-# Wine's task list does not show 64-bit programs, so the one that runs is a program that may simply be ended.
+# Wine's task list does not show 64-bit programs, so this test uses a program that may simply be killed.
 TestRefusalOfTool()
 {
-    # One that does not end.
+    # A command that does not end by itself.
     local log=$testFolder/followed.zlg
     find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' -exec head -n 40 {} \; -quit >"$log"
     Wine "$programsFolder\\zeltctl64.exe" log follow "$(WindowsPath "$log")" >"$testFolder/followed.txt" 2>&1 &
@@ -387,7 +387,7 @@ SearchPath()
     perl scripts/registry-lines.pl "$testFolder/path.reg" | grep -i ' | "Path"=' || true
 }
 
-# A path that is longer than the texts of a setup program, and a version that replaces one that was put on the path.
+# Tests a path that is longer than the texts of a setup program can be, and a version that replaces one that was put on the path.
 TestSearchPath()
 {
     local folder key='HKCU\Environment' long before added

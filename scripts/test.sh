@@ -1,8 +1,8 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
 # step | Wine prefix | build | which of its tests. Runs of one step go on at the same time. Tests labelled "together" share nothing of
-# the system and run two at a time. The others need the registry, the server and the windows of a prefix for themselves, so they
-# have several prefixes. "rest" and "wide" have what no other run has, so that no test is left out.
+# the system and run two at a time. The others need the registry, the server and the windows of a prefix for themselves, so each
+# of their runs has a prefix of its own. "rest" and "wide" have what no other run has, so that no test is left out.
 testRuns=(
     'together | test     | i686      | -L together --parallel 2'
     'alone    | windows  | i686      | -L windows'
@@ -48,7 +48,7 @@ Test()
     Summarise "$failed"
 }
 
-# Tests <step> <prefix> <build> <choice>: the tests of a row under Wine, whose server has to live on.
+# Tests <step> <prefix> <build> <choice>: the tests of a row under Wine; Wine's server must survive them.
 Tests()
 {
     local failed=0
@@ -63,7 +63,8 @@ RunTests()
     local step=$1 prefix=$2 build=$3 choice=$4 log=$logFolder/tests-$1-$2-$3 options
     read -r -a options <<<"$choice"
     Say "Tests, $build ($choice)"
-    # Runs beside each other print in turn, so each line begins with the prefix. The pipe is ctest's own: no test inherits it.
+    # Runs that go on at the same time mix their lines, so each line begins with the prefix. The pipe is ctest's own: no test
+    # inherits it.
     ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
         --output-junit "$log.xml" --output-log "$log.log" 8>&- | sed -u "s/^/$prefix: /"
 }

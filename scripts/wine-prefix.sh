@@ -1,6 +1,6 @@
-# Private Wine prefixes. Sourced by ./dev and by cmake/run-under-wine.sh, which set the source folder, root.
-# Making a prefix takes half a minute, so one is made as a template and copied. The copy shares the system's own files with
-# the template by hard links; nothing here writes to those.
+# Private Wine prefixes. Sourced by ./dev and by cmake/run-under-wine.sh, which set `root` to the source folder. Making a prefix
+# takes half a minute, so one is made as a template and copied. The copy shares the system's own files with the template by hard
+# links; nothing here writes to those.
 
 wineFolder=$root/build/wine
 templatePrefix=$wineFolder/template
@@ -26,7 +26,7 @@ UseLastingPrefix()
     } 9>"$wineFolder/ctest.lock"
 }
 
-# Fills WINEPREFIX.
+# Makes the prefix in WINEPREFIX a copy of the template.
 CopyTemplate()
 {
     rm -rf "$WINEPREFIX"

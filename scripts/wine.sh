@@ -1,7 +1,7 @@
 # Wine for a run of ./dev, and a private display. Sourced by ./dev.
 
-# FixAddresses <argument of ./dev...>: restarts ./dev with addresses that are not random, where the system allows it. Wine's
-# 64-bit loader lies where Linux may put the heap over a page that has a fixed place in Windows; about one start in several
+# FixAddresses <argument of ./dev...>: restarts ./dev with addresses that are not random, where the system allows it. With random
+# ones, Linux may put the heap of Wine's 64-bit loader over a page that has a fixed address in Windows; about one start in several
 # thousand then ends at once, without a message.
 FixAddresses()
 {
@@ -16,7 +16,7 @@ UsePrefix()
     NeedTool wine
     NeedTool Xvfb
     StartDisplay
-    # It may have been started before.
+    # Making the template may have been started already.
     [ -n "${started[wine-template]:-}" ] || Beside wine-template NeedTemplatePrefix
     Await wine-template "Making a Wine prefix"
     export WINEPREFIX=$wineFolder/$1
@@ -70,7 +70,7 @@ AllInOwnPrefix()
 
 StartWine()
 {
-    # It does not end by itself, so that tests that end every program do not end it too.
+    # Starts a server that does not end by itself, because some tests end every program.
     wineserver -p
     timeout 120 wine cmd /c ver
 }
@@ -101,8 +101,8 @@ ServerProcess()
     done
 }
 
-# WatchServer, and then ServerLives <what was done>: false, with a line that names the server, when the server is no longer the
-# one that ran then. Programs whose server dies fail without a reason of their own, and others start a new server.
+# WatchServer, and then ServerLives <what was done>: the second is false, and prints a line that names the server, if that server
+# no longer runs. Programs whose server dies fail without a reason of their own, and others start a new server.
 WatchServer() { watchedServer=$(ServerProcess); }
 ServerLives()
 {

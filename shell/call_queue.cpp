@@ -3,7 +3,7 @@
 namespace zelt {
 namespace {
 
-// One for the process; whoever holds it counts for nothing.
+// One for the process; references to it are not counted.
 class Filter final : public IMessageFilter {
 public:
     STDMETHOD(QueryInterface)(REFIID iid, void** result) override
@@ -21,7 +21,7 @@ public:
         const bool isOfObject = call && (IsEqualIID(call->iid, IID_IUnknown) || call->wMethod < 3);
         return type == CALLTYPE_TOPLEVEL_CALLPENDING && !isOfObject ? SERVERCALL_RETRYLATER : SERVERCALL_ISHANDLED;
     }
-    // The rest is what happens without a filter.
+    // The other methods do what happens without a filter.
     STDMETHOD_(DWORD, RetryRejectedCall)(HTASK, DWORD, DWORD) override { return static_cast<DWORD>(-1); }
     STDMETHOD_(DWORD, MessagePending)(HTASK, DWORD, DWORD) override { return PENDINGMSG_WAITDEFPROCESS; }
 };

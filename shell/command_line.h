@@ -1,4 +1,4 @@
-// Reads from the command line what a start of the program is for. A pure function of the text: it reads no file, no
+// Finds out from the command line what the program was started for. A pure function of the text: it reads no file, no
 // registry and no global state, and does nothing itself.
 #pragma once
 

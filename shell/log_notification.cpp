@@ -66,7 +66,7 @@ void LogNotification::Show(const std::wstring& path)
     CopyText(kThisEdition.name, icon.szInfoTitle);
     CopyText(NotificationText(path, std::size(icon.szInfo) - 1), icon.szInfo);
     icon.dwInfoFlags = NIIF_INFO | NIIF_NOSOUND | NIIF_RESPECT_QUIET_TIME;
-    // Without a task bar there is none.
+    // Without a task bar, there is no notification.
     if (!Shell_NotifyIconW(isShown ? NIM_MODIFY : NIM_ADD, &icon)) return;
     isShown = true;
     SetTimer(window.get(), kTimer, kShownFor, nullptr);

@@ -1,4 +1,4 @@
-// The notification "Logging to ..." beside the clock, for users who want to know where a log goes that no dialog asked about. Main
+// The notification "Logging to ..." beside the clock, for users who want to know where a log goes when no dialog asked them. Main
 // thread only.
 #pragma once
 
@@ -13,7 +13,7 @@ namespace zelt {
 class LogNotification {
 public:
     LogNotification() = default;
-    // Takes the icon away, as a while after the last notification and a click do.
+    // Removes the icon, which otherwise goes some time after the last notification, or on a click.
     ~LogNotification();
     LogNotification(const LogNotification&) = delete;
     LogNotification& operator=(const LogNotification&) = delete;

@@ -150,7 +150,7 @@ int CZELTModule::Serve()
     ExportedPackages().LoadLater(nullptr);
     callQueue.reset();
     listHold.reset();
-    // Other threads finish their work.
+    // Lets other threads finish their work.
     if (delayShutdown) Sleep(pauseAfterLoop);
     return result;
 }

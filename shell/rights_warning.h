@@ -1,5 +1,5 @@
-// Says that a ZELT with other rights than this one is running for the same user: each keeps its own list of packages, and simulators
-// use the one with their own rights.
+// Says that a ZELT with other rights than this one is running for the same user: each keeps its own list of packages, and
+// simulators use the one with their own rights.
 #pragma once
 
 namespace zelt {

@@ -25,7 +25,7 @@ bool IsServedByProcess(const RegistryRoot& root, const std::wstring& path)
     return application.ReadValue(L"DllSurrogate") || application.ReadValue(L"LocalService");
 }
 
-// A path as the registry has it, in quotes or with variables of the environment.
+// Reads a path. Expands the environment variables in it, and removes the quotes around it.
 std::wstring TextOf(int width, const RegistryKey& key, const wchar_t* name)
 {
     const auto value = key.ReadValue(name);
@@ -39,7 +39,7 @@ std::wstring TextOf(int width, const RegistryKey& key, const wchar_t* name)
     return path;
 }
 
-// The path that an address of a file means; a text that is no address is a path, and other addresses mean none.
+// The path that the address of a file stands for. A text that is no address is itself a path; other addresses have none.
 std::wstring PathOfAddress(const std::wstring& address)
 {
     constexpr std::wstring_view kFile = L"file://";
@@ -56,11 +56,11 @@ std::wstring PathOfAddress(const std::wstring& address)
             path += address[at] == L'/' ? L'\\' : address[at];
         }
     }
-    // Behind three slashes comes a drive, behind two a server.
+    // Three slashes are followed by a drive, two by a server.
     return path.starts_with(L'\\') ? path.substr(1) : L"\\\\" + path;
 }
 
-// Where the assembly of a .NET class is; empty when it is in the system's cache, or wherever else the registry does not say.
+// Where the assembly of a .NET class is; empty when the registry does not say, as for an assembly in the system's cache.
 std::wstring AssemblyOf(int width, const RegistryRoot& root, const std::wstring& serverPath, const RegistryKey& server)
 {
     std::wstring location = TextOf(width, server, L"CodeBase");

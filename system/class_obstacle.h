@@ -8,12 +8,12 @@
 
 namespace zelt {
 
-// `own` and `other` are where the class is registered in the views of that width and of the other, null where it is not; `path` is
-// that of its key below them. Empty when nothing is known against it. A class that has a program of its own, or a surrogate,
-// serves both widths.
+// `own` and `other` say where the class is registered in the view of that width and in the view of the other; null where it is
+// not. `path` is the path of its key below them. Returns an empty text when nothing is known against the class. A class that has
+// a program of its own, or a surrogate, serves both widths.
 std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);
 
-// Whether it is the loader of .NET, which is registered as the library of each of its classes.
+// Whether `library` is the loader of .NET, which is registered as the library of each .NET class.
 bool IsDotNetLoader(const std::wstring& library);
 
 }  // namespace zelt

@@ -17,7 +17,7 @@ namespace {
 
 constexpr wchar_t kClasses[] = L"CLSID";
 
-// Longer keys cannot be class identifiers.
+// Keys with longer names cannot be class identifiers.
 constexpr std::size_t kLongestName = 127;
 
 std::wstring TextOfKey(const RegistryRoot& root, const std::wstring& path)
@@ -69,12 +69,12 @@ Places PlacesOf(const ClassSources& sources, const std::wstring& path)
     return places;
 }
 
-// Examines the classes that a process knows from `root`, a member of `sources`.
+// Examines one class that is registered in `root`, a member of `sources`.
 void Examine(const ClassSources& sources, const RegistryRoot& root, const std::wstring& identity,
              std::span<const ComponentSearch> searches, FoundComponents& found)
 {
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
-    // Keys below one that may not be opened could still be opened directly.
+    // The class's own key is opened first: without access to it, the key below it could still be opened by its full path.
     RegistryKey key, categories;
     if (key.Open(root, path) != ERROR_SUCCESS) return;
     if (categories.Open({key.Get(), root.view}, L"Implemented Categories") != ERROR_SUCCESS) return;

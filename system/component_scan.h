@@ -19,7 +19,7 @@ struct ComponentInfo {
     CLSID classId;
     std::wstring displayName;  // with the description if there is one
     std::wstring name;         // without it
-    // Why a process of the searched width cannot use it; empty when nothing is known against it.
+    // Why a process of the searched width cannot use the component; empty when nothing is known against it.
     std::wstring obstacle = {};
 };
 
@@ -29,9 +29,9 @@ struct ComponentSearch {
     CLSID leftOut;  // another class that the list omits
 };
 
-// Where classes are registered for a process. On 64-bit Windows it reads the classes of its own width, and can also use those that
-// only the other view has, as long as the class is a program of its own and not a DLL of the other width. The user's own classes
-// are searched for what the machine's lack: HKEY_CLASSES_ROOT does not show them everywhere.
+// Where the classes that a process can use are registered. On 64-bit Windows these are the classes in the view of its own width,
+// and those that only the other view has, if they run in a program of their own and not in a DLL of the other width. The user's
+// own classes are searched too, because HKEY_CLASSES_ROOT does not always show them.
 struct ClassSources {
     RegistryRoot own;
     RegistryRoot other;  // without a key when there is one view
@@ -43,15 +43,16 @@ struct ClassSources {
 // What a process of that width finds.
 ClassSources InstalledClasses(int width = kThisEdition.width);
 
-// The registered facts of a class, whatever its categories; nothing when the process cannot use it.
+// What the registry says about a class, whatever its categories; nothing when the process cannot use the class.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {
-    // For each search, in the order of the registry; `other`'s follow `own`'s.
+    // For each search, the classes found, in the order of the registry; those of the other view follow those of the own one.
     std::vector<std::vector<ComponentInfo>> lists;
     // Fails when the registered classes cannot be read, or memory does not suffice; the lists are then incomplete.
     Outcome outcome;
-    // For each search, what is registered for the other width only: each has an obstacle, as may have those of `own` in `lists`.
+    // For each search, the classes that are registered for the other width only and cannot be used. Each has an obstacle; classes
+    // in `lists` may have one, too.
     std::vector<std::vector<ComponentInfo>> ofOtherWidth = {};
 };
 

@@ -1,5 +1,6 @@
-// The two editions of the program: ZELT.EXE hosts 32-bit components and ZELT64.EXE 64-bit ones, each for simulators of both widths.
-// All that differs between them is a field here; the values are in res/editions.cmake. Options, logs and help are shared.
+// The two editions of the program: ZELT.EXE hosts 32-bit components and ZELT64.EXE 64-bit ones, each for simulators of both
+// widths. Everything that differs between them is a field here; the values are in res/editions.cmake. Options, logs and help are
+// shared.
 #pragma once
 
 #include <windows.h>
@@ -48,7 +49,7 @@ constexpr unsigned long HexNumber(const wchar_t* digits, int count)
     return number;
 }
 
-// Of a text in its registry form.
+// The class identifier in a text in registry form.
 consteval CLSID ClassIdOf(const wchar_t (&text)[39])
 {
     CLSID id = {HexNumber(text + 1, 8),
@@ -67,7 +68,7 @@ inline constexpr Edition kEditions[] = {
 
 }  // namespace detail
 
-// The narrower first.
+// The 32-bit edition first.
 constexpr std::span<const Edition> Editions() { return detail::kEditions; }
 
 // The edition of programs of this width.
@@ -79,7 +80,7 @@ constexpr const Edition& OtherThan(const Edition& edition)
     return edition.width == kThisEdition.width ? kOtherEdition : kThisEdition;
 }
 
-// Whether it is a class of either edition.
+// Whether `classId` is a class of either edition.
 bool IsOwnClass(REFCLSID classId);
 
 // Whether this Windows can run the edition.

@@ -5,8 +5,8 @@
 
 namespace zelt {
 
-// The text of the exception that is being handled: "out of memory", its own, or "an unexpected error". Never throws: it is empty
-// when memory does not suffice.
+// The text of the exception that is being handled: "out of memory", the exception's own text, or "an unexpected error". Never
+// throws: it is empty when memory does not suffice.
 std::wstring TextOfException() noexcept;
 
 }  // namespace zelt

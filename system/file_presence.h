@@ -5,7 +5,7 @@
 
 namespace zelt {
 
-// False for a folder, and where nothing is or nothing can be reached.
+// False for a folder, and if nothing is there or the path cannot be reached.
 bool IsFile(const std::wstring& path);
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// Handles that a child process is given, and no others: which of a process's handles children inherit is otherwise up to whoever
-// made them.
+// Gives a child process exactly the handles that it needs. Without this, whoever made a handle decides whether children inherit
+// it.
 #pragma once
 
 #include <windows.h>
@@ -20,7 +20,7 @@ struct Pipe {
 
 enum class PipeEnd { Reader, Writer };
 
-// The child's end can be inherited.
+// Makes a pipe of which only the child's end is inheritable.
 inline Pipe MakePipe(PipeEnd childs)
 {
     HANDLE reader = nullptr, writer = nullptr;
@@ -33,7 +33,7 @@ inline Pipe MakePipe(PipeEnd childs)
 // For the start of one child, with EXTENDED_STARTUPINFO_PRESENT.
 class Inheritance {
 public:
-    // Each of the handles can be inherited.
+    // Each of the handles must be inheritable.
     explicit Inheritance(std::vector<HANDLE> handles) : handles(std::move(handles))
     {
         SIZE_T size = 0;

@@ -18,7 +18,7 @@ HRESULT KnownFolder(REFKNOWNFOLDERID id, DWORD flags, std::wstring& path)
     return com::NoThrow([&] {
         wchar_t* raw = nullptr;
         const HRESULT found = SHGetKnownFolderPath(id, flags, nullptr, &raw);
-        const std::unique_ptr<wchar_t, TaskMemory> owned(raw);  // to free whether the call succeeded or not
+        const std::unique_ptr<wchar_t, TaskMemory> owned(raw);  // must be freed even if the call failed
         if (FAILED(found)) return found;
         if (!owned) return E_UNEXPECTED;
         path = owned.get();

@@ -14,7 +14,8 @@ namespace {
 
 constexpr int kOwnWidth = 8 * sizeof(void*);
 
-// The variables that differ by width, for 64-bit processes and for 32-bit ones, by names that all processes know.
+// The environment variables that differ by width, and the variables that have their values for 32-bit and for 64-bit processes in
+// every process.
 struct Variable {
     std::wstring_view name;
     const wchar_t *for32, *for64;

@@ -1,5 +1,6 @@
 // Where a library that the registry names is for a process of one width. Windows shows a 32-bit process other folders under the
-// names of the system's and the programs' folders, so a process that judges for the other width has to translate.
+// names of the system folder and the program folders, so a process that asks on behalf of the other width has to translate the
+// names.
 #pragma once
 
 #include <string>
@@ -9,7 +10,7 @@ namespace zelt {
 // The text with the names of environment variables replaced by their values in a process of that width.
 std::wstring ExpandedFor(int width, const std::wstring& text);
 
-// A path by which this process reaches the file that a process of that width finds under `name`; `name` itself, if it finds none.
+// A path by which this process reaches the file that a process of that width finds under `name`; `name` itself if there is none.
 std::wstring LibraryPathFor(int width, const std::wstring& name);
 
 }  // namespace zelt

@@ -11,8 +11,8 @@ namespace zelt {
 void KeepCurrentFolderOutOfSearch();
 
 // Makes the system's folder the current one, as it is in a server that COM has started. Then libraries that packages look for by
-// their own means cannot come from next to a log, and the log's folder can be removed. Make the user's relative paths absolute
-// before calling this.
+// their own means cannot come from a log's folder, and that folder can be removed. Make the user's relative paths absolute before
+// calling this.
 void LeaveCurrentFolder();
 
 // `path` as an absolute path; unchanged when it cannot be made one.

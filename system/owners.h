@@ -23,11 +23,11 @@ struct GiveBack {
 template <class Handle, auto Function>
 using Owner = std::unique_ptr<std::remove_pointer_t<Handle>, GiveBack<Function>>;
 
-// Functions that return INVALID_HANDLE_VALUE do not belong here.
+// Not for handles from functions that return INVALID_HANDLE_VALUE on failure.
 using UniqueHandle = Owner<HANDLE, CloseHandle>;
 using UniqueWindow = Owner<HWND, DestroyWindow>;
 using UniqueArray = Owner<SAFEARRAY*, SafeArrayDestroy>;
-// What the system has allocated for the caller.
+// Memory that the system has allocated for the caller.
 template <class T>
 using UniqueLocal = Owner<T*, LocalFree>;
 

@@ -19,7 +19,7 @@ constexpr std::string_view kHeaderMark("PE\0\0", 4);
 constexpr std::uint32_t kOnlyIntermediateCode = 1;
 constexpr std::uint32_t kRequires32Bits = 2;
 
-// A number of `size` bytes, the lowest first.
+// A number of `size` bytes, the lowest byte first.
 std::optional<std::uint32_t> Number(std::string_view bytes, std::size_t place, std::size_t size)
 {
     if (place > bytes.size() || bytes.size() - place < size) return {};

@@ -8,10 +8,11 @@
 
 namespace zelt {
 
-// 32 or 64; nothing when these bytes do not begin a Windows program or library of a known processor.
+// 32 or 64; nothing when these bytes are not the beginning of a Windows program or library for a known processor.
 std::optional<int> WidthOfImage(std::string_view bytes);
 
-// Whether these bytes begin a library of .NET that is compiled to the width of whoever loads it; its header says 32.
+// Whether these bytes are the beginning of a .NET library that is compiled for the width of the process that loads it; its header
+// says 32.
 bool IsCompiledOnLoading(std::string_view bytes);
 
 enum class ImageState { Sound, Missing, NoImage };

@@ -14,8 +14,8 @@ constexpr std::size_t kLongestValueName = 16'383;
 
 const RegistryFunctions* functions = &kSystemRegistry;
 
-// Asks for the items of a key until none remain. Skips an item that cannot be read; where the key gives no items at all, stops at
-// their count.
+// Asks for the items of a key until none remain. Skips items that cannot be read, but stops at the first such item beyond their
+// count.
 template <class Read>
 void ForEachItem(DWORD count, Read&& read)
 {
@@ -184,7 +184,7 @@ std::map<std::wstring, RegistryValue> RegistryKey::Values() const
             DWORD length = static_cast<DWORD>(name.size()), type = REG_NONE, size = static_cast<DWORD>(data.size());
             const LSTATUS result =
                 functions->enumerateValues(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
-            // More room does not help when the data is not what lacks it.
+            // More room helps only if the data did not fit.
             if (result == ERROR_MORE_DATA && size > data.size()) {
                 data.resize(size + kGrowth);
                 continue;
@@ -210,7 +210,7 @@ LSTATUS DeleteKeyTree(const RegistryRoot& root, const std::wstring& path)
     LSTATUS result = key.Open(root, path, KEY_READ | KEY_WRITE | DELETE);
     if (result == ERROR_FILE_NOT_FOUND) return ERROR_SUCCESS;
     if (result != ERROR_SUCCESS) return result;
-    // Only the open above names the view: deleting by path takes no view, so empty the key through its handle.
+    // RegDeleteTree takes no view, so it empties the key through its handle, which was opened in the right view.
     result = RegDeleteTreeW(key.Get(), nullptr);
     if (result != ERROR_SUCCESS) return result;
     key.Close();

@@ -60,7 +60,7 @@ public:
 
     [[nodiscard]] LSTATUS DeleteValue(const wchar_t* name);
 
-    // Leaves out items that cannot be read, but not those after them.
+    // These leave out items that cannot be read, but not those after them.
     std::vector<std::wstring> SubkeyNames() const;
     std::vector<std::wstring> ValueNames() const;
     // The values by name.

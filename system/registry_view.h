@@ -1,4 +1,4 @@
-// The registry views of this Windows: 64-bit Windows shows CLSID and Interface below Software\Classes in two.
+// The registry views of this Windows: 64-bit Windows shows CLSID and Interface below Software\Classes in two views.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// The version that the executable itself declares in its resources.
+// The version that a program declares in its own resources.
 #pragma once
 
 #include <string>

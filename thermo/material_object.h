@@ -1,6 +1,6 @@
-// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream, wherever one crosses a logged boundary.
-// The first family of interfaces used fixes its generation; a call through the other one is logged as an error but still
-// forwarded.
+// CMaterialObject: the proxy of a material object, which is the thermodynamic state of a stream, wherever one crosses a proxy.
+// The first family of interfaces that is used fixes the object's generation; a call through the other family is logged as an
+// error, but still forwarded.
 #pragma once
 
 #include "core/exposed_object_base.h"
@@ -23,7 +23,7 @@ public:
 
 protected:
     IDispatch* ScriptInterface() override { return &material; }
-    // A material that starts at 1.0, or that has no 1.1 interface, answers as 1.0.
+    // A material that starts as 1.0, or that has no 1.1 interface, answers scripts as 1.0.
     IDispatch* ChooseScriptInterface() override;
 
 private:

@@ -1,4 +1,4 @@
-// ICapeThermoMaterialObject of a material object's proxy: a stream in the CAPE-OPEN 1.0 way.
+// ICapeThermoMaterialObject of a material object's proxy: a stream as CAPE-OPEN 1.0 sees it.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -1,5 +1,5 @@
-// CMaterialTemplate: the proxy of a template of material objects. The materials made from it start with the generation that its
-// context's owner serves; when that is unset, the first call decides.
+// CMaterialTemplate: the proxy of a template of material objects. The materials made from it start with the generation that the
+// root of its tree serves; when that is unset, the first call decides.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -1,4 +1,5 @@
-// ICapeThermoUniversalConstant of a proxy. The list's output is logged under the singular name: existing readers know it so.
+// ICapeThermoUniversalConstant of a proxy. The output of GetUniversalConstantList is logged under the singular name, as readers
+// of existing logs expect.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -14,11 +14,11 @@ CStreamImpl::CStreamImpl(LogDocument* log)
 
 CStreamImpl::Buffer CStreamImpl::NewBuffer(std::uint64_t bytes)
 {
-    // Anything larger does not fit: neither in the address space of this process, nor in the 32 bits of a size.
+    // More does not fit into the address space of this process, or into the 32 bits of a size.
     constexpr auto kMost =
         std::min<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max(), std::numeric_limits<std::uint32_t>::max());
     if (bytes > kMost) return nullptr;
-    // The system hands out large zeroed blocks untouched.
+    // Large zeroed blocks come from the system, and calloc does not touch them.
     return Buffer(static_cast<BYTE*>(std::calloc(std::max<std::size_t>(static_cast<std::size_t>(bytes), 1), 1)));
 }
 
@@ -78,7 +78,7 @@ void CStreamImpl::MoveTo(std::uint32_t newPosition)
     used = std::max(used, position);
 }
 
-// The texts of Read and Write are swapped: readers of existing logs know them so.
+// The error texts of Read and Write are exchanged, as readers of existing logs expect.
 STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read)
 {
     if (!owner.Admits("IStream::Read")) return RPC_E_WRONG_THREAD;

@@ -10,7 +10,7 @@ namespace zelt {
 
 using Microsoft::WRL::ComPtr;
 
-// For as long as it lives, the object is being made.
+// While a Making lives, the wrapped object is being made.
 class PersistentObject::Making {
 public:
     explicit Making(bool& flag) : flag(flag) { flag = true; }
@@ -24,7 +24,7 @@ private:
 
 namespace {
 
-// A memory stream for one save or load. Its data go at the end, even if the object keeps the stream.
+// A memory stream for one save or load. Its data are freed at the end, even if the object keeps the stream.
 class TransferStream {
 public:
     explicit TransferStream(LogDocument* log) : stream(new CStreamImpl(log)) {}
@@ -37,7 +37,7 @@ private:
     ComPtr<CStreamImpl> stream;
 };
 
-// Of the stream, only the wrapped object's own part.
+// Records only the wrapped object's own part of the stream.
 void NoteForRecording(LoggedCall& call, const void* data, std::uint32_t length)
 {
     LogDocument* const log = call.Document();
@@ -96,7 +96,7 @@ bool PersistentObject::IsTaken(const LoggedCall& call, Sentence error) const
     return true;
 }
 
-// Another call that is in progress may be one of the object that would go.
+// Another call in progress may be inside the object that would be replaced.
 bool PersistentObject::IsReplaceable() const
 {
     return Wrapped() && !isLoaded && !isBeingMade && IsInOneCallOnly() && LoadsAfterInitNew();
@@ -104,7 +104,7 @@ bool PersistentObject::IsReplaceable() const
 
 void PersistentObject::GiveUpObject()
 {
-    // As an outside caller does, so that the log shows it.
+    // Called as an outside caller does, so that the log shows it.
     if (isInitialized) static_cast<void>(Utilities().Terminate());
     isInitialized = false;
     Unwrap();
@@ -192,7 +192,7 @@ STDMETHODIMP PersistentObject::Persistence::GetSizeMax(ULARGE_INTEGER* size)
     const HRESULT result =
         owner.CallPersistence(call, [&](auto& object) { return object.GetSizeMax(&told); }).value_or(S_OK);
     if (FAILED(result)) return call.Close(result, owner.ErrorSource());
-    // Narrowed to 32 bits and sign-extended: simulators know the answer so.
+    // Narrowed to 32 bits and sign-extended, as simulators expect.
     const auto sum = static_cast<LONG>(told.LowPart + kSavedHeaderSize);
     size->QuadPart = static_cast<ULONGLONG>(static_cast<LONGLONG>(sum));
     if (LogDocument* log = call.Document()) WriteArg(*log, "pcbSize", false, sum);
@@ -256,7 +256,7 @@ HRESULT PersistentObject::LoadAgain(LoggedCall& call, IStream* source)
     const bool wasInitialized = isInitialized;
     const CLSID newClass = objectClass;
     const HRESULT loaded = Load(call, source);
-    // Data that could not be read have changed nothing.
+    // Data that could not be read must change nothing.
     if (!isLoaded && Wrapped()) objectClass = newClass;
     if (FAILED(loaded) || !wasInitialized) return loaded;
     // Forwarded, so that the caller gets the error information of a failure.

@@ -18,7 +18,7 @@ protected:
     PersistentObject(const ProxyTraits& traits, REFCLSID ownClass);
     ~PersistentObject() override = default;
 
-    // Makes the wrapped object anew, for InitNew, and lets it initialize itself (InitNewObject). Never called while it runs.
+    // Makes a new wrapped object for InitNew, and lets it initialize itself (InitNewObject). Never called while it is running.
     [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
     // Makes the wrapped object of the class ObjectClass(). A failure has been reported to the user when this returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
@@ -26,7 +26,8 @@ protected:
     // Whether Load after InitNew makes the wrapped object again, from the saved data.
     [[nodiscard]] virtual bool LoadsAfterInitNew() const = 0;
 
-    // For the derived class, within MakeNew: asks the object for its persistence interface, and calls InitNew if it has one.
+    // For the derived class, within MakeNew: asks the object for its persistence interface, and calls InitNew if that is
+    // IPersistStreamInit.
     [[nodiscard]] HRESULT InitNewObject(LoggedCall& call);
 
     // Calls InitNew as an outside caller does.
@@ -37,7 +38,7 @@ protected:
 
     void NoteInitialized(bool initialized) override { isInitialized = initialized; }
 
-    // Without its object the unit grants all interfaces that it offers; persistence is the unit's own, whatever the object has.
+    // Without its object the proxy grants all interfaces of its class. Persistence is the proxy's own, whatever the object has.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
 
 private:
@@ -75,7 +76,7 @@ private:
     // Terminates the object, if it is initialized, and lets go of it. What it has handed out, and what it was given, stays with it.
     void GiveUpObject();
     [[nodiscard]] HRESULT Load(LoggedCall& call, IStream* source);
-    // In the place of the object that InitNew has made. When that one was initialized, the new one is, too.
+    // Loads an object in the place of the one that InitNew has made. If that one was initialized, the new one is, too.
     [[nodiscard]] HRESULT LoadAgain(LoggedCall& call, IStream* source);
     [[nodiscard]] HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
     [[nodiscard]] HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);

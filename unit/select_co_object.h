@@ -20,7 +20,7 @@ public:
     // IDOK when a component was chosen.
     INT_PTR DoModal(HWND owner);
 
-    // In the order of the registry; the list box may show another.
+    // In the order of the registry; the list box may show another order.
     const std::vector<ComponentInfo>& Components() const { return components; }
     // The index of the choice among them; valid after IDOK.
     int Selection() const { return selection; }
@@ -38,7 +38,7 @@ private:
 // Asks the user for an installed unit operation other than the class `leftOut`; nothing when cancelled.
 std::optional<CLSID> SelectUnitOperation(const std::wstring& title, REFCLSID leftOut);
 
-// A test answers itself; nothing else does. Returns the previous function; null restores the dialog.
+// A test replaces the function and answers itself; nothing else does. Returns the previous function; null restores the dialog.
 using UnitSelector = std::optional<CLSID> (*)(const std::wstring& title, REFCLSID leftOut);
 UnitSelector SetUnitSelector(UnitSelector selector);
 

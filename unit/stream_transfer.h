@@ -1,5 +1,5 @@
-// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces: memory is touched,
-// and marshalled, only as far as the data really extend.
+// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces, so that only as much
+// memory is touched and marshalled as there really are data.
 #pragma once
 
 #include <windows.h>

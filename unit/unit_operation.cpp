@@ -19,7 +19,7 @@ namespace zelt {
 
 namespace {
 
-// The name until the simulator gives another; units with it are made as configured, without asking.
+// The name until the simulator gives another. A unit that still has it is made as configured, without asking.
 constexpr char kInitialName[] = "Unit Operation";
 
 constexpr ProxyTraits kTraits = {
@@ -31,7 +31,7 @@ HRESULT CreateUnitOperation(REFIID iid, void** result)
 {
     *result = nullptr;
     return com::NoThrow([&] {
-        // A dialog may ask for the place of the log, which lets calls in; nobody knows of the unit yet.
+        // A dialog may ask for the place of the log, which lets calls in. Nobody else holds the unit yet.
         const Microsoft::WRL::ComPtr<CUnitOperation> made(new CUnitOperation);
         made->OpenOwnLog();
         return made->QueryInterface(iid, result);
@@ -57,7 +57,7 @@ void CUnitOperation::OpenOwnLog()
     if (options.handBackOriginals) HandBackOriginals();
 }
 
-// Initialize, for a simulator that has left out InitNew.
+// Called by Initialize. Makes up for an InitNew that the simulator has left out.
 HRESULT CUnitOperation::RequireObject(LoggedCall& call)
 {
     if (Wrapped()) return S_OK;

@@ -13,7 +13,7 @@ namespace zelt {
 
 inline constexpr const CLSID& kUnitOperationClass = kThisEdition[OwnClass::UnitOperation].classId;
 
-// Makes one, asks for the place of its log, and returns its interface `iid`.
+// Makes a unit operation, asks for the place of its log, and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateUnitOperation(REFIID iid, void** result);
 
 class CUnitOperation : public PersistentObject {

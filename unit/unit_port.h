@@ -25,7 +25,7 @@ public:
 
     static constexpr int kUnknownType = -1;
 
-    // The port's type, asked for until the port returns it; kUnknownType when the port fails to, which is logged.
+    // The port's type. Asks the port until it has returned its type once. kUnknownType when the port fails, which is logged.
     int Type(LoggedCall& call);
     bool IsInlet(LoggedCall& call);
 
@@ -43,7 +43,7 @@ protected:
 private:
     static constexpr ProxyTraits kTraits = {.typeName = "Port"};
     LoggedUnitPort port;
-    // The variables of a port, deliberately wrapped as specifications: readers of existing logs know them so.
+    // The variables of a port, deliberately wrapped as specifications, as readers of existing logs expect.
     LoggedCollection<WrapKind::ParameterSpec> items;
 };
 

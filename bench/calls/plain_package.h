@@ -1,5 +1,5 @@
 // The targets of the measured calls: a package and a material that return at once, so that the benchmarks measure the way to
-// them. Their results are made in advance.
+// them. Their results are fixed.
 #pragma once
 
 #include <cape-open.h>
@@ -8,7 +8,7 @@
 
 namespace zelt::bench {
 
-// ICapeThermoCompounds with only its first and fourth methods usable: one returns an array, the other a number.
+// ICapeThermoCompounds with only its first and fourth methods usable: one returns an empty VARIANT, the other a number.
 struct PlainCompounds final : com::DualPart<ICapeThermoCompounds> {
     using DualPart::DualPart;
     STDMETHOD(GetCompoundConstant)(VARIANT, VARIANT, VARIANT* values) override

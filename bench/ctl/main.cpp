@@ -1,5 +1,6 @@
 // zeltctl's commands that read large logs, compared with a bare scan for tags over the same file, and how much memory they need,
-// which must not grow with the log. Usage: bench_ctl [--quick] [word]: fewer pairs, and only the commands that begin with the word.
+// which must not grow with the log. Usage: bench_ctl [--quick] [word]: fewer pairs, and only the commands that begin with the
+// word.
 #include <windows.h>
 
 #include <cstdio>

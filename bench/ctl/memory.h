@@ -5,8 +5,7 @@
 
 namespace zelt::bench {
 
-// Runs the program with this command line, discards its output, and returns its peak private memory in
-// bytes.
+// Runs the program with this command line, discards its output, and returns its peak private memory in bytes.
 double PeakMemory(const std::wstring& commandLine);
 
 }  // namespace zelt::bench

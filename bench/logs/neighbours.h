@@ -1,4 +1,4 @@
-// Other programs: zeltctl itself, for its memory, and tools that people know, for their time.
+// Runs other programs: zeltctl itself, for its memory, and tools that people know, for their time.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace zelt::bench {
 
 struct Run {
     bool started;               // false for a tool that is not installed
-    double seconds, megabytes;  // of the processor, of memory
+    double seconds, megabytes;  // processor time, and peak memory
 };
 
 // Discards the output. The words are the program and its arguments.

@@ -18,8 +18,8 @@ struct BareItem {
 
 std::vector<BareItem> ItemsOf(const std::wstring& path);
 
-// Inserts the items, which are ready to insert, into the tree view of a hidden window. Returns seconds, without making and
-// clearing the window.
+// Inserts the items, which are ready to insert, into the tree view of a hidden window. Returns the seconds that this takes,
+// without making and clearing the window.
 double InsertBare(const std::vector<BareItem>& items);
 
 }  // namespace zelt::bench

@@ -1,6 +1,7 @@
 // The log viewer compared with libxml2's bare reader and a bare tree view.
-// Usage: bench_viewer [--large] [--quick] [--only <MB>] [--pages]. --large adds a log of 1000 MB; --quick takes two pairs of each;
-// --only measures only the loading of a log of that size; --pages leaves out what is kept in memory and the bare reader.
+// Usage: bench_viewer [--large] [--quick] [--only <MB>] [--pages]. --large adds a log of 1000 MB; --quick takes two pairs of
+// each; --only measures only the loading of a log of that size; --pages leaves out loading into memory and the comparisons with
+// the bare reader.
 #include <windows.h>
 #include <commctrl.h>
 #include <objbase.h>

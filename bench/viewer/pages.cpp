@@ -98,7 +98,7 @@ Times Open(const std::wstring& path)
     times.complete = watch.Seconds();
     opened = true;
     MSG message;
-    // The answer may still be wanted.
+    // The other thread may still be waiting for its answer.
     while (times.answer == 0) {
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
         Sleep(1);

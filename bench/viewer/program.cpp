@@ -48,7 +48,7 @@ void BenchProgram(const WrittenLog& log)
         EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
     }
     const double seconds = watch.Seconds();
-    // Until the progress is gone, the log is being read.
+    // While the progress window exists, the log is being read.
     while (FindWindowW(nullptr, L"Parsing log file:") && watch.Seconds() < 300) Sleep(10);
     const double read = watch.Seconds();
     PROCESS_MEMORY_COUNTERS counters = {};

@@ -24,7 +24,8 @@ std::optional<double> NumberOf(std::string_view text)
     return number;
 }
 
-// Readers of a database expect UTF-8; names in a recording are in the code page of its computer.
+// Readers of a database expect UTF-8; names in a recording are in the code page of the computer that made it. A text that is not
+// valid UTF-8 keeps only its ASCII characters.
 std::string Readable(std::string_view text)
 {
     std::string readable(text);
@@ -100,7 +101,7 @@ void ConversationTables::Finish()
 
 void ConversationTables::LeftOpen(int line)
 {
-    // A damaged log may nest without end, but has no more calls than this around one place.
+    // More than a log can leave open: the reader lets elements nest 255 deep.
     if (leftOpen.size() < kMostLeftOpen) leftOpen.push_back(line);
 }
 

@@ -1,5 +1,5 @@
-// A conversation as tables of a database: the calls with their arguments, values and messages, and views for common questions. What
-// a log does not have, such as times, is NULL.
+// A conversation as tables of a database: the calls with their arguments, values and messages, and views for common questions.
+// What a log does not have, such as times, is NULL.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ public:
     void Begin(const LogEvent& event) override;
     void End(EventKind kind, int depth) override;
     bool WantsLines() const override { return true; }
-    // For each call that a damaged log leaves open, End is called first, and then this.
+    // For each element that a damaged log leaves open, End is called first, and then this.
     void LeftOpen(int line) override;
 
 private:

@@ -44,7 +44,7 @@ void RowInserter::Check(int result) const
 
 RowInserter& RowInserter::Text(std::string_view text)
 {
-    // A null address would be NULL.
+    // A null pointer would insert NULL.
     Check(sqlite3_bind_text64(statement, ++filled, text.empty() ? "" : text.data(), text.size(), SQLITE_TRANSIENT,
                               SQLITE_UTF8));
     return *this;

@@ -12,7 +12,7 @@ namespace zelt::ctl {
 
 class Database {
 public:
-    // Makes the file; the path is UTF-8. Throws std::runtime_error, as everything here.
+    // Creates the file if there is none; the path is UTF-8. Throws std::runtime_error on failure, as everything here does.
     explicit Database(const std::string& path);
     ~Database();
     Database(const Database&) = delete;
@@ -25,7 +25,7 @@ private:
     sqlite3* handle = nullptr;
 };
 
-// A statement that inserts a row, with a hole for each of its values.
+// A statement that inserts a row, with a placeholder for each of its values.
 class RowInserter {
 public:
     RowInserter(Database& database, const char* statement);

@@ -10,9 +10,10 @@ namespace zelt::ctl {
 void CheckRegistration(const Installation& installation, Findings& findings);
 // The type libraries with which COM carries calls between processes, their files, and each of their interfaces.
 void CheckLibraries(const Installation& installation, Findings& findings);
-// The packages that the edition exports: whether it can make each, and its manager still knows it. Starts the managers.
+// The packages that the edition exports: whether it can create each of them, and whether its manager still lists it. Starts the
+// managers.
 void CheckPackages(const Edition& edition, Findings& findings);
-// Where logs go, and what PRAVIK makes.
+// Whether logs can be written, and whether PRAVIK can create its unit operation.
 void CheckLogging(Findings& findings);
 
 }  // namespace zelt::ctl

@@ -75,8 +75,8 @@ bool CheckLibraryFile(const Edition& edition, REFCLSID classId, const std::wstri
     return false;
 }
 
-// A program of its own may be of either width. Its command line may have arguments: it can only be checked when it is nothing but
-// a path, or begins with a path in quotes.
+// A component that is a program of its own may be of either width. Its command line may have arguments, so the file can be
+// checked only when the command line begins with a path in quotes or has no blank.
 bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner, const std::string& effect,
                       Findings& findings)
 {

@@ -9,8 +9,8 @@
 
 namespace zelt::ctl {
 
-// False, and a finding, when the class or its file is missing, or the library is for programs of another width than the edition.
-// `owner` begins the clause: "The exported package \"X\"".
+// Returns false and adds a finding when the class or its file is missing, or the library is for programs of another width than
+// the edition. `owner` begins the clause: "The exported package \"X\"".
 bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& owner, const std::string& effect,
                  Findings& findings);
 

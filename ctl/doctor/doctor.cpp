@@ -43,7 +43,7 @@ constexpr Command kCommands[] = {
 };
 // clang-format on
 
-// What is examined, and what is wrong with it. The first edition also stands for what both share.
+// An installation, and what is wrong with it. Findings about what both editions share are with the first one.
 struct Examined {
     Installation installation;
     Findings findings;

@@ -8,7 +8,7 @@
 
 namespace zelt::ctl {
 
-// What --fix does about a finding. It never changes what others rely on.
+// What --fix does about a finding. It never changes what other programs rely on.
 enum class Fix {
     None,
     Register,     // registers ZELT again
@@ -20,9 +20,9 @@ struct Finding {
     std::string rule;    // one word, for programs
     std::string wrong;   // a clause that begins the sentence
     std::string effect;  // follows "so"
-    std::string remedy;  // what to do, as one would tell a person
+    std::string remedy;  // what to do, as an instruction to the user
     Fix fix = Fix::None;
-    const Edition* edition = nullptr;  // the one that it is about; null for what both share
+    const Edition* edition = nullptr;  // the edition that it is about; null for what both share
 };
 
 using Findings = std::vector<Finding>;

@@ -8,7 +8,7 @@
 namespace zelt::ctl {
 
 // Does what the findings call for, each thing once. Reports failures in `messages`; examining the installation again shows
-// whether it helped.
+// whether the fixes helped.
 void FixFindings(const Findings& findings, const Installation& installation, Output& messages);
 
 }  // namespace zelt::ctl

@@ -24,7 +24,7 @@ Installation FindInstallation(const Edition& edition)
             if (!named.empty() && (found.server.empty() || !IsFile(found.server))) found.server = named;
         }
     }
-    // An edition that is not registered belongs to whomever the other one does.
+    // An edition that is not registered is taken to be for the same users as the other one.
     if (!found.registered) {
         const Edition& other = OtherThan(edition);
         forUser = PerUserRegistrationPreferred({}) ||

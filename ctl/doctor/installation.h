@@ -1,5 +1,5 @@
-// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself. Reads
-// the registry as COM does, the user's classes before the machine's.
+// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself.
+// Reads the registry as COM does, the user's classes before the machine's.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ struct Installation {
     bool registered = false;  // any of its classes is
     Scope scope = Scope::Machine;
     std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
-    // The program that --fix registers: that one, or the edition's next to this program; may be empty.
+    // The program that --fix registers: `server`, or else the edition's program beside this one; may be empty.
     std::wstring registrable;
     std::string version;  // of `registrable`, or else of this program
 
@@ -22,7 +22,7 @@ struct Installation {
 
 Installation FindInstallation(const Edition& edition);
 
-// "ZELT" or "ZELT64", and what --fix does for it.
+// "ZELT" or "ZELT64", and two remedies as they are told to the user.
 std::string NameOf(const Installation& installation);
 std::string RegisterAgain(const Installation& installation);
 std::string InstallAgain(const Installation& installation);

@@ -65,7 +65,7 @@ bool IsLibrary(const std::wstring& path, const GUID& libid)
     return same;
 }
 
-// Only a file that is ZELT's own to write is fixed.
+// Whether the file is in a place where ZELT writes it: --fix writes no other file.
 bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
 {
     if (!library.sharedFile) return false;
@@ -95,7 +95,7 @@ void CheckFile(const Installation& installation, const CheckedLibrary& library, 
 
 enum class InterfaceState { Sound, Missing, WithoutMarshaller, WithoutLibrary };
 
-// Whether type libraries are registered. Hundreds of interfaces name the same few.
+// Tells whether type libraries are registered. Remembers the answers, because hundreds of interfaces name the same few libraries.
 class RegisteredLibraries {
 public:
     bool Contain(REGSAM view, const std::wstring& path)
@@ -133,7 +133,7 @@ std::string Names(const std::vector<std::string>& names)
     return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
 }
 
-// A library that is not registered itself is reported once, and not for each interface.
+// A library that is itself not registered is reported once, and not again for each of its interfaces.
 void CheckInterfaces(const Installation& installation, const CheckedLibrary& library, REGSAM view,
                      bool libraryRegistered, Findings& findings)
 {
@@ -156,7 +156,8 @@ void CheckInterfaces(const Installation& installation, const CheckedLibrary& lib
         if (row.state == InterfaceState::WithoutLibrary && !libraryRegistered) continue;
         const std::vector<std::string>& names = members[row.state];
         if (names.empty()) continue;
-        // Registration adds what is missing, and leaves what others have made of the standard's interfaces.
+        // Registration adds interfaces of the standard that are missing, but leaves alone what other programs have registered for
+        // them.
         const bool fixable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
                             fixable ? RegisterAgain(installation)
@@ -167,7 +168,7 @@ void CheckInterfaces(const Installation& installation, const CheckedLibrary& lib
 
 void CheckLibrary(const Installation& installation, const CheckedLibrary& library, Findings& findings)
 {
-    // The views share their type libraries.
+    // Both views usually name the same file, which needs only one check.
     std::set<std::wstring> files;
     for (const REGSAM view : RegistryViews()) {
         const std::wstring file = LibraryFile(library.facts, view);
@@ -188,7 +189,7 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
 
 void CheckLibraries(const Installation& installation, Findings& findings)
 {
-    // When a program is not registered at all, what it brings is missing too; the finding about the program says so.
+    // When the program is not registered at all, its libraries are missing, too; the finding about the program is enough.
     if (!installation.registered) return;
     const std::size_t first = findings.size();
     CheckLibrary(installation, ReadLibrary(kOwnLibrary, nullptr), findings);

@@ -1,4 +1,4 @@
-// Where logs go, and what PRAVIK makes.
+// Checks the folder of the logs, and the unit operation that PRAVIK creates.
 #include <windows.h>
 
 #include "log/log_location.h"
@@ -12,7 +12,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Makes a file and closes it, which removes it.
+// Creates a file and closes it, which deletes it.
 bool CanWriteTo(const std::wstring& folder)
 {
     const std::wstring path = folder + L"\\zeltctl-" + std::to_wstring(GetCurrentProcessId()) + L".tmp";
@@ -23,7 +23,7 @@ bool CanWriteTo(const std::wstring& folder)
     return true;
 }
 
-// A folder that does not exist yet is made with the first log, if possible.
+// A folder that does not exist yet is created with the first log, if possible.
 bool CanHoldLogs(const std::wstring& folder)
 {
     const bool exists = GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -46,7 +46,7 @@ void CheckLogging(Findings& findings)
                             "give yourself the right to write there, or switch zeltctl options --auto-location off"});
     }
     if (options.pravikUnit == CLSID_NULL) return;
-    // Either PRAVIK may be the one that makes it.
+    // It is enough if one edition's PRAVIK can create it.
     Findings unit;
     for (const Edition& edition : Editions()) {
         Findings ofEdition;

@@ -11,7 +11,7 @@
 namespace zelt::ctl {
 namespace {
 
-// What a missing or different entry means, by its place below the class's key, or by the beginning of another key.
+// What a missing or different entry means, by its place below the class's key or, elsewhere, by the beginning of its key.
 struct Meaning {
     const wchar_t* place;
     const char* rule;

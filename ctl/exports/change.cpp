@@ -1,4 +1,4 @@
-// list, remove, log on and log off: the stored lists and single entries of them.
+// list, remove, log on and log off: the commands that show the stored lists of packages, or change one entry.
 #include <vector>
 
 #include "ctl/exports/export_commands.h"

@@ -1,5 +1,5 @@
-// discover: what the dialogs for exporting a package list, with every manager opened, and the unit operations, each with the widths
-// that it is there for. What cannot be used has the reason.
+// discover: lists what the dialogs for exporting a package list, with the packages of every manager, and the unit operations.
+// Each component has the widths that it can be used in, or the reason why it cannot be used.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -73,7 +73,7 @@ private:
     Streams& streams;
 };
 
-// An object for each component and width.
+// Writes an object for each component and width.
 class JsonReport {
 public:
     explicit JsonReport(Streams& streams) : out(streams.data), json(out) { json.BeginArray(); }

@@ -1,5 +1,5 @@
-// The commands for what ZELT exports and how it logs: what its main window does, without windows. They use the program's own
-// store, search and options. Only for Windows; they change the list only while no ZELT holds it.
+// The commands for what ZELT exports and how it logs: what its main window does, without windows. They share its code for the
+// stored list, the search and the options. Only for Windows. They change the list only while no process of ZELT holds it.
 #pragma once
 
 #include <span>

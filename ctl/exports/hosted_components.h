@@ -1,5 +1,5 @@
-// The installed components, each with the editions of ZELT that can host it: an in-process component of one width has one, what
-// has a program of its own or exists in both widths has two.
+// The installed components, each with the editions of ZELT that can host it: an in-process component of one width has one; a
+// component that is a program of its own, or exists in both widths, has two.
 #pragma once
 
 #include <vector>
@@ -12,7 +12,7 @@ namespace zelt::ctl {
 
 struct HostedComponent {
     ComponentInfo info;                 // with an obstacle only when there is no host
-    std::vector<const Edition*> hosts;  // the narrower first
+    std::vector<const Edition*> hosts;  // the 32-bit edition first
 };
 
 // For each kind of package, in the order of PackageKindRows. Throws InputError when the registry cannot be searched.

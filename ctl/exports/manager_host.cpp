@@ -38,7 +38,7 @@ std::wstring Tool(const Edition& edition)
 
 ToolPath toolPath = Tool;
 
-// Its processes end with this one, also when the user interrupts it.
+// Creates a job whose processes end with this process, even when the user interrupts it.
 UniqueHandle MakeJob()
 {
     UniqueHandle job(CreateJobObjectW(nullptr, nullptr));
@@ -48,7 +48,7 @@ UniqueHandle MakeJob()
     return job;
 }
 
-// Whether the last record is there. What follows does not matter: a process that the manager started may keep the pipe open.
+// Whether the last record is there. Do not wait for the end of the pipe: a process that the manager started may keep it open.
 bool IsComplete(std::string_view records)
 {
     const std::size_t end = records.size();
@@ -78,7 +78,7 @@ Answer RunTool(const std::wstring& program, std::wstring commandLine)
 {
     Pipe pipe = MakePipe(PipeEnd::Writer);
     const UniqueHandle job = MakeJob();
-    // Handles have the same number in programs of both widths.
+    // A handle has the same number in 32-bit and 64-bit programs.
     commandLine += L' ' + std::to_wstring(reinterpret_cast<std::uintptr_t>(pipe.writer.get()));
     Inheritance inheritance({pipe.writer.get()});
     STARTUPINFOEXW startup = {};
@@ -95,7 +95,7 @@ Answer RunTool(const std::wstring& program, std::wstring commandLine)
     ResumeThread(thread.get());
     pipe.writer.reset();
     Answer answer = {ReadRecords(pipe.reader.get())};
-    // A manager may need a moment to end, or never do.
+    // The process may need a moment to end, or never end.
     if (!IsComplete(answer.records)) WaitForSingleObject(handle.get(), INFINITE);
     WaitForSingleObject(handle.get(), kTimeToEnd);
     GetExitCodeProcess(handle.get(), &answer.exitCode);
@@ -149,7 +149,7 @@ bool IsManagerQuestion(const std::vector<std::string>& words) { return words.siz
 
 int AnswerManagerQuestion(const std::vector<std::string>& words)
 {
-    // Nobody is there to answer what the system would ask about a crash.
+    // Nobody is there to answer the box that the system would show after a crash.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     const Session session;
     CLSID manager;

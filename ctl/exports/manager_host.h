@@ -1,6 +1,6 @@
-// Asks a manager component for the names of its packages in a process of its own: one of the width that the manager needs, and
-// one that a manager which crashes, or ends its process, takes with it alone. The process is zeltctl itself, or the zeltctl of the
-// other width beside it, and ends with this one.
+// Asks a manager component for the names of its packages in a separate process. That process has the width that the manager
+// needs, and a manager that crashes or ends its process takes nothing else with it. The program is zeltctl itself, or the zeltctl
+// of the other width beside it; the process ends with this one.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@
 
 namespace zelt::ctl {
 
-// What ListPackages says in a process of the edition's width, or why there is no answer.
+// Calls ListPackages in a process of the edition's width and returns its answer. `failed` is also told why there is no answer.
 std::optional<std::vector<std::wstring>> AskManager(const Edition& edition, PackageKind kind, REFCLSID manager,
                                                     const ListingFailure& failed);
 
@@ -21,10 +21,11 @@ bool HasTool(const Edition& edition);
 
 // Whether `words` are the command line by which AskManager starts a process.
 bool IsManagerQuestion(const std::vector<std::string>& words);
-// Answers it through the pipe that the command line names: a manager may use the standard output itself. Returns the exit code.
+// Answers the question through the pipe that the command line names, because a manager may itself write to the standard output.
+// Returns the exit code.
 int AnswerManagerQuestion(const std::vector<std::string>& words);
 
-// Tests run the programs of the build. Null restores those beside this program.
+// For tests, which run the programs of the build. Null restores the programs beside this one.
 using ToolPath = std::wstring (*)(const Edition& edition);
 void SetToolPath(ToolPath path);
 

@@ -19,7 +19,7 @@ namespace {
 
 // An option that is on or off.
 struct SwitchRow {
-    const char* name;  // on the command line, behind two dashes, and in the text
+    const char* name;  // on the command line, after two dashes, and in the text
     const char* key;   // in JSON
     bool LogOptions::*field;
     LogOption option;
@@ -85,7 +85,7 @@ CLSID UnitOf(const std::string& word, const std::vector<const Edition*>& edition
     return *meant;
 }
 
-// From the first width that has it.
+// Describes the unit operation as the first edition that has it sees it.
 std::optional<ComponentInfo> DescribeUnit(REFCLSID classId)
 {
     for (const Edition& edition : Editions()) {
@@ -132,7 +132,7 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     const auto word = arguments.Value("--unit");
     const auto editions = EditionsFor(arguments);
     const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word, editions)) : std::nullopt;
-    // Read it now and not earlier, to keep what others have changed meanwhile.
+    // Read the options now and not earlier, to keep what other programs have changed in the meantime.
     LogOptions options = StoredOptions();
     for (const auto& [row, value] : switches) options.*row->field = value;
     options.pravikUnit = unit.value_or(options.pravikUnit);

@@ -11,7 +11,7 @@
 namespace zelt::ctl {
 
 struct ListedPackage {
-    const Edition* edition;  // that exports it
+    const Edition* edition;  // the one that exports it
     ExportedPackage package;
 };
 

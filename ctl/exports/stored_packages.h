@@ -1,5 +1,5 @@
-// The stored list of exported packages, for a command that changes it: refused while a process holds the list, withheld from
-// others until the command ends, and read back after it was written.
+// The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list, and
+// until it ends, other processes have to wait for the list. After a change, the list is read back.
 #pragma once
 
 #include <string>
@@ -24,7 +24,7 @@ public:
     ExportedPackageList& List() { return list; }
     // The first package with that exported name. Throws Refusal.
     std::size_t Find(const std::string& name);
-    // Throws InputError when the registry then contains something else.
+    // Throws InputError when the registry then contains a different list.
     void Save();
 
 private:

@@ -7,7 +7,7 @@ namespace zelt::ctl {
 
 namespace {
 
-// That of this program is, even as a bare copy.
+// This program's own edition always counts as installed, even when nothing but the program was copied.
 bool IsInstalled(const Edition& edition)
 {
     return edition.width == kThisEdition.width ||

@@ -11,13 +11,13 @@ namespace zelt::ctl {
 
 inline constexpr Option kWidthOption = {"--width", "32|64", "only packages of that width: 32 for ZELT, 64 for ZELT64"};
 
-// The narrower first. Throws UsageError for another width, and Refusal for one that this Windows does not run.
+// The 32-bit edition first. Throws UsageError for another width, and Refusal for one that this Windows does not run.
 std::vector<const Edition*> EditionsFor(const Arguments& arguments);
 
 // "32-bit".
 std::string WidthText(const Edition& edition);
 
-// "say --width 32 or --width 64", for what fits both.
+// The advice when both editions fit.
 inline constexpr char kSayWidth[] = "say --width 32 or --width 64";
 
 }  // namespace zelt::ctl

@@ -11,7 +11,7 @@ char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + '
 
 bool MatchesPattern(std::string_view text, std::string_view pattern)
 {
-    // A star that fails to match is tried again one character further on; only the last star needs this.
+    // When what follows a star does not match, the star takes one more character; only the last star needs this.
     std::size_t at = 0, next = 0, star = std::string_view::npos, resumed = 0;
     while (at < text.size()) {
         if (next < pattern.size() && pattern[next] == '*') {

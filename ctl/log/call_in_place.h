@@ -1,5 +1,5 @@
-// One call as a tree of text, in its place: the calls around it by their names, its arguments and messages, the calls inside it by
-// their names and messages or completely, and its result.
+// One call as a tree of text, in its place: the calls around it by their names, its arguments and messages, and the calls inside
+// it, by their names and messages or completely. The caller writes the result.
 #pragma once
 
 #include <vector>
@@ -29,7 +29,7 @@ private:
     const bool nested;
     TreeText& tree;
     std::size_t around = 0;  // how many of `calls` have begun
-    int inside = 0;          // how many calls are open from the wanted one on
+    int inside = 0;          // how many calls are open, from the wanted one inwards
     bool isDone = false, isUnfinished = false;
     CallResult result;
 };

@@ -15,7 +15,7 @@ bool IsSystemQuery(const FoundSentence& found)
     }
 }
 
-// Whether a text begins like one of these sentences, which few do.
+// Whether a text begins with the same character as one of these sentences. Few do, so this saves most searches.
 template <Sentence... kOnes>
 bool BeginsLike(std::string_view text)
 {

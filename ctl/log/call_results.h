@@ -30,8 +30,8 @@ struct CallResult {
 // "Lower bound: 0": a part of an array's value.
 bool IsBound(const LogEvent& event);
 
-// What the callee says about the failure that comes next. Between the two there may be a warning that characters of this message
-// were dropped.
+// Whether the event is something that the callee said about the failure that comes next. Between the two there may be a warning
+// that characters of this message were dropped (IsSuppression).
 bool SaysMore(const LogEvent& event);
 bool IsSuppression(const LogEvent& event);
 

@@ -1,5 +1,5 @@
-// A call in brief: which arguments it had and what matters about their values, whatever their number. The rules of conduct are
-// applied to it.
+// A call in brief: which arguments it had and what matters about their values, whatever their number. The rules of conduct judge
+// by it.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ struct ArgumentSummary {
     int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
     double sum = 0;      // of the values that are numbers
     double least = 0, most = 0;
-    bool numbers = true;    // all values are
-    bool areWhole = false;  // by their type
+    bool numbers = true;    // all values are numbers
+    bool areWhole = false;  // the type is one of whole numbers
 };
 
 struct CallSummary {
@@ -40,7 +40,7 @@ struct CallSummary {
     std::string_view First(std::string_view argument) const;
 };
 
-// Collects the calls that are open.
+// Builds the summaries of the calls that are open.
 class CallSummarizer {
 public:
     // Events other than calls add to the innermost call.

@@ -12,7 +12,7 @@ constexpr std::size_t kMostArguments = 32;
 void AddValue(ArgumentText& argument, std::string_view text)
 {
     ++argument.values;
-    // What comes behind a value that did not fit is left out too.
+    // What comes after a value that did not fit is left out, too.
     if (argument.shownValues + 1 != argument.values) return;
     if (argument.shownValues && argument.shown.size() + text.size() > kLongestValues) return;
     ++argument.shownValues;
@@ -25,7 +25,7 @@ void AddValue(ArgumentText& argument, std::string_view text)
 std::string Shortened(std::string_view text, std::size_t length)
 {
     if (text.size() <= length) return std::string(text);
-    // Not within a character.
+    // Do not cut within a character.
     std::size_t end = 0;
     while (end < text.size()) {
         const std::size_t next = end + FirstCharacter(text.substr(end)).length;
@@ -98,7 +98,7 @@ void CallTexts::Begin(const LogEvent& event)
         call.arguments.back().inward = event.inward;
         call.arguments.back().line = event.line;
     } else if (event.kind == EventKind::Value) {
-        // Of a VARIANT, which has its type as a value, only what is in it.
+        // Of a VARIANT, whose type is a value in the log, take only its content.
         if (!call.arguments.empty() && !event.hasChildren) AddValue(call.arguments.back(), event.text);
     } else {
         call.result.Take(KindOfMessage(event));

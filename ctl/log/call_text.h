@@ -19,7 +19,7 @@ struct ArgumentText {
 
     // "0.5, 0.5", or "1, 2, ... (30 values)"; "(empty)" without values.
     std::string Text() const;
-    // Of an object, which says nothing to a reader.
+    // Whether it is a pointer to an object, which tells a reader nothing.
     bool IsPointer() const;
 };
 
@@ -37,7 +37,7 @@ struct CallText {
     std::string List(bool inward) const;
 };
 
-// Makes the texts of the calls that are open. `open` holds them, the outermost first, as long as they are.
+// Makes the texts of the calls that are open. `open` holds them, the outermost first, until Close.
 class CallTexts {
 public:
     void Begin(const LogEvent& event);

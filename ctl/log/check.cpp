@@ -1,4 +1,4 @@
-// log check: whether a log is complete, and what it shows against the simulator, the package, or both.
+// log check: whether a log is complete, and which rules the simulator, the package, or both have broken.
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -56,7 +56,7 @@ public:
         Write(line, rule, text);
     }
     bool Ignores(std::string_view rule) const { return ignored.contains(rule); }
-    // No finding.
+    // A query is not a finding.
     void Query(int line, const std::string& text)
     {
         if (withQueries) {

@@ -10,7 +10,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Each value of a log has six digits.
+// The values in a log have six digits.
 constexpr double kSumTolerance = 1e-4;
 
 template <std::size_t Count>
@@ -129,7 +129,7 @@ void ValueRules::End(const CallSummary& call)
                                     : isFraction                     ? PropertyValues(call)
                                                                      : nullptr;
     if (!values || values->count == 0 || !values->numbers || values->notANumber) return;
-    // The fractions of some of the compounds need not add up.
+    // The fractions of only some of the compounds need not add up to 1.
     const ArgumentSummary* compounds = call.Find("compIds");
     const bool some = compounds && compounds->count > 0;
     if (!some && std::fabs(values->sum - 1) > kSumTolerance) {
@@ -161,7 +161,7 @@ void PropertyRules::Check(const Material& material, const CallSummary& call, std
 void PropertyRules::End(const CallSummary& call, bool outermost)
 {
     if (outermost) {
-        // The simulator has its materials to itself again.
+        // Until the next outermost call, the simulator may change its materials unseen.
         std::erase_if(materials, [](const auto& material) { return !material.second.created; });
     }
     if (call.inward) return;
@@ -196,7 +196,7 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
     } else if (method == "GetTPFraction") {
         for (const char* one : {"temperature", "pressure", "fraction"}) Check(material, call, one, phase);
     } else if (method == "CopyFromMaterial" || method == "SetIndependentVar" || method.starts_with("Calc")) {
-        // From here on others set properties.
+        // From here on, others may set properties unseen.
         materials.erase(found);
     }
 }

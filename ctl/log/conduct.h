@@ -1,6 +1,6 @@
-// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are distinguished by their names in the log; in case
-// of doubt, nothing is reported. What the simulator does to its own materials is in no log, so a property counts as unset only
-// when the log shows the whole life of the material, or that it was cleared.
+// The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are distinguished by their names in the log; when in
+// doubt, nothing is reported. What the simulator does to its own materials is in no log, so a property counts as unset only when
+// the log shows the whole life of the material, or that it was cleared.
 #pragma once
 
 #include <map>
@@ -24,7 +24,7 @@ public:
 private:
     struct Life {
         int used = 0;         // the line of the first call that needs an initialised object
-        int initialized = 0;  // the lines of these calls, 0 for none
+        int initialized = 0;  // the lines of the latest Initialize and Terminate; 0 for none
         int terminated = 0;
         bool tried = false;  // Terminate was called and failed
     };
@@ -52,8 +52,8 @@ public:
 private:
     struct Material {
         std::set<std::string> properties;  // property and phase, in lower case
-        const char* since;                 // what is known to have left it without properties
-        bool created;                      // by the package itself, which the simulator does not touch
+        const char* since;                 // what left it without properties: "created" or "cleared"
+        bool created;                      // by the package itself, so that the simulator does not touch it
     };
     void Check(const Material& material, const CallSummary& call, std::string_view property, std::string_view phase);
 

@@ -33,7 +33,7 @@ int AnswerInJson(const Arguments& arguments, const std::vector<std::string>& log
     bool first = true;
     for (const std::string& log : logs) {
         const int one = Attempt(streams, [&] {
-            // What cannot be read has no element.
+            // A log that cannot be read has no element.
             if (log != kStandardInput) RequireLog(log);
             out << (first ? "[\n{\"log\":" : ",\n{\"log\":");
             first = false;

@@ -1,4 +1,4 @@
-// log errors: every error and warning with the call that it concerns, and what the callee said of its failure besides.
+// log errors: every error and warning with the call that it concerns, and what else the callee said about its failure.
 #include <set>
 #include <string>
 #include <vector>
@@ -89,7 +89,7 @@ public:
         open.Pop();
         if (withContext) texts.Close();
     }
-    // An argument parts what the callee said from the failure.
+    // An argument after what the callee said shows that it does not belong to a later failure.
     bool WantsArguments() const override { return withContext || !detail.empty(); }
 
     const CallFilter& Filter() const { return filter; }
@@ -131,7 +131,7 @@ private:
             out.Number(argument.line, 12).Fill(indent) << argument.name << " = " << argument.Text() << '\n';
         }
     }
-    // Whether no warning of this method has said the same of another object or value.
+    // Whether this is the first such warning in this method: those that differ only in objects or values count as the same.
     bool IsNew(const LogEvent& event)
     {
         constexpr std::size_t kMost = 10'000;

@@ -16,7 +16,7 @@ void WriteLine(int line, std::string_view text, Output& out)
 
 void WriteTitle(std::string_view title, Output& out) { out.Fill(2) << Style::Faint << title << Style::Plain << '\n'; }
 
-// What must not be cut.
+// For a text that must not be cut.
 void WriteWhole(const LineText& line, Output& out) { out.Number(line.line, 8).Fill(2) << line.text << '\n'; }
 
 void WriteNote(std::string_view text, Output& out) { out.Fill(10) << text << '\n'; }
@@ -63,7 +63,7 @@ void TellState(const std::vector<KnownProperty>& state, Output& out)
             if (IsBasic(state[i]) == basic && chosen.size() < kMostProperties) chosen.push_back(&state[i]);
         }
     }
-    std::sort(chosen.begin(), chosen.end());  // as they are in the vector
+    std::sort(chosen.begin(), chosen.end());  // in the order of the vector
     const auto leftOut = static_cast<long long>(state.size() - chosen.size());
     if (leftOut > 0) WriteNote(Count(leftOut, "other value", "other values") + " not shown", out);
     for (const KnownProperty* property : chosen)

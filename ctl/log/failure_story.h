@@ -15,7 +15,7 @@ struct LineText {
     std::string text;
 };
 
-// The latest of many, and all of those that matter more, up to a number.
+// The latest of many lines, and besides them the first important ones, each up to a limit.
 class Latest {
 public:
     Latest(std::size_t most, std::size_t mostImportant) : most(most), mostImportant(mostImportant) {}
@@ -34,7 +34,7 @@ private:
     long long total = 0;
 };
 
-// How a call went that succeeded.
+// A call that succeeded, and how it went.
 struct Success {
     CallText call;
     std::vector<LineText> asked;
@@ -44,8 +44,8 @@ struct Success {
 struct FailureStory {
     CallText call;
     std::vector<LineText> around;    // the calls that contain it
-    std::vector<LineText> messages;  // the failure, and what the callee said besides
-    std::vector<LineText> broken;    // rules, by the log itself and by the rules of conduct
+    std::vector<LineText> messages;  // the failure, and what else the callee said
+    std::vector<LineText> broken;    // broken rules, found by the log itself or by the rules of conduct
     std::vector<LineText> asked;
     long long askedTotal = 0;
     std::string material;
@@ -54,11 +54,11 @@ struct FailureStory {
     Success success;
     bool isUnfinished = false;
 
-    std::vector<int> again;  // the lines of the first failures that are the same
+    std::vector<int> again;  // the lines of the first failures that repeat this one
     long long times = 1;
 };
 
-// "< Feed: GetOverallProp property = "temperature" -> 353.2": a nested call in a line.
+// "< Feed: GetOverallProp property = "temperature" -> 353.2": a nested call in one line.
 std::string InOneLine(const CallText& call, bool isUnfinished);
 
 void Tell(const FailureStory& story, long long number, long long count, Output& out);

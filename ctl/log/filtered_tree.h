@@ -1,5 +1,5 @@
-// The calls that pass a filter, as a tree of text with whatever is directly inside them. What is outside of calls is shown when
-// nothing is filtered.
+// The calls that pass a filter, as a tree of text with whatever is directly inside them. What is outside of calls is shown only
+// without a filter.
 #pragma once
 
 #include <vector>
@@ -49,7 +49,7 @@ public:
     bool WantsArguments() const override { return Shown() && tree.WantsArguments(); }
 
 private:
-    // What is outside of calls is shown with the whole log.
+    // What is outside of calls is shown only with the whole log.
     bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
 
     CallFilter& filter;

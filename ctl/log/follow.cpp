@@ -62,8 +62,8 @@ private:
     {
         tail.append(bytes.substr(bytes.size() - std::min(bytes.size(), 2 * kEnd.size())));
         if (tail.size() > 2 * kEnd.size()) tail.erase(0, tail.size() - 2 * kEnd.size());
-        // An entry ends where a line ends. The first entry holds both the declaration and the root's tag, so the filler never comes
-        // before the root.
+        // An entry ends where a line ends. The first entry holds both the declaration and the root's tag, so the filler never
+        // comes before the root.
         entryEnded = bytes.back() == '\n';
         fillerGiven = false;
     }

@@ -1,10 +1,10 @@
-// What following a log needs from outside.
+// The pause of log follow, which tests replace.
 #pragma once
 
 namespace zelt::ctl {
 
-// What follow does when it has shown all that the log has so far: it waits a moment. A test puts something else in its place; null
-// restores the wait. Returns what was there before.
+// What log follow does when it has shown everything that the log has so far: it waits a moment. A test can set another function;
+// null restores the wait. SetFollowPause returns the previous function.
 using FollowPause = void (*)();
 FollowPause SetFollowPause(FollowPause pause);
 

@@ -103,7 +103,7 @@ Row RowOf(const std::string& log)
     return row;
 }
 
-// By the time when they began, or by that of their last change when there is one that does not say it in English.
+// By the time when they began, or by the time of their last change if any of them does not state its start in English.
 void SortNewestFirst(std::vector<Row>& rows)
 {
     const bool haveStarts = std::all_of(rows.begin(), rows.end(), [](const Row& row) { return row.sortable; });

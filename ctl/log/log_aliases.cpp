@@ -15,7 +15,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Words of the standard, in lower case: they say what was asked for, not what it was asked about.
+// Words of the standard, in lower case. They stay: they tell which property was asked for, but not of which substances.
 constexpr std::string_view kWords[] = {
     "activity",
     "activitycoefficient",
@@ -157,7 +157,7 @@ bool IsReal(std::string_view value, std::string_view type)
            type.find("VT_R") != std::string_view::npos || type == "double";
 }
 
-// Of those that keep their order; all that 32 bits hold.
+// The largest whole number that keeps its place in the order: all numbers of 32 bits do.
 constexpr long long kLargestWhole = 0xFFFF'FFFF;
 
 // The pseudo-random function SipHash-2-4: keyed, and not reversible without its key.
@@ -254,7 +254,7 @@ std::string LogAliases::Number(std::string_view text, bool real) const
     char alias[32];
     char* end;
     if (real) {
-        // Six digits, with a point behind the first and without zeros at the end.
+        // Six digits, with a point after the first and without zeros at the end.
         end = std::to_chars(alias + 1, std::end(alias), 100'000 + hash % 900'000).ptr;
         alias[0] = alias[1];
         alias[1] = '.';
@@ -268,7 +268,7 @@ std::string LogAliases::Number(std::string_view text, bool real) const
     return std::string(text.starts_with('-'), '-').append(alias, end);
 }
 
-// Between 0 and 0.8.
+// A number between 0 and 0.8 that follows from the key and these arguments.
 double LogAliases::Jitter(std::uint64_t order, int scale, long long place) const
 {
     char text[2 * sizeof(std::uint64_t)];
@@ -290,13 +290,13 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
         long long whole = 0;
         std::from_chars(text.data(), text.data() + text.size(), whole);
         const long long step = 2 + static_cast<long long>(key % 50);
-        // The alias of a number is less than one step above its multiple.
+        // The alias is less than one step above `step` times the number, so the order stays.
         const long long above = static_cast<long long>(Hash(text) % static_cast<std::uint64_t>(step));
         if (whole < -kLargestWhole || whole > kLargestWhole) return Value(text, type);
         return {alias, std::to_chars(alias, std::end(alias), step * whole + above).ptr};
     }
-    // Each scale divides the logarithms into intervals and moves their ends, but none beyond the next. The mean of such maps
-    // increases, too: on the large scales, ratios are lost, on the small ones, the details.
+    // Each scale divides the logarithms into intervals and moves their ends, but none beyond the next. Such maps increase, and so
+    // does their mean. The large scales hide ratios, the small ones hide details.
     constexpr double kScales[] = {4, 1, 0.25, 0.0625};
     const double logarithm = std::log2(std::fabs(number));
     double moved = 4 * Jitter(key, 7, 0);
@@ -308,7 +308,7 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
     }
     moved = std::clamp(moved, -1000.0, 1000.0);
     const double value = std::copysign(std::exp2(moved), number);
-    // More digits than the log has, so that what differs still does.
+    // More digits than the log has, so that numbers that differ keep differing.
     return {alias, std::to_chars(alias, std::end(alias), value, std::chars_format::general, 8).ptr};
 }
 

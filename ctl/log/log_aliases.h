@@ -1,5 +1,5 @@
 // What replaces the names and values of a log that is given away. The same text has the same alias throughout a run; the key,
-// from the system's source of random numbers, is never written, so that nothing leads back from an alias.
+// from the system's source of random numbers, is never written, so that no alias can be traced back.
 #pragma once
 
 #include <cstdint>
@@ -23,13 +23,13 @@ public:
     // A value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 
-    // A number in its place among the others of this order: the larger of two has the larger alias. 0 stays, so signs do too.
-    // What is no number gets its alias by its form.
+    // A number that keeps its place among all numbers with the same `order`: the larger of two has the larger alias. 0 stays, so
+    // signs do, too. Anything but a finite number gets the alias that Value gives it.
     std::string Ordered(std::string_view number, std::string_view type, std::string_view order) const;
 
-    // Between 0.05 and 1, of a number.
+    // A weight between 0.05 and 1 that follows from a number.
     double Weight(std::string_view number) const;
-    // Between 0.2 and 1, of the compound at this place among the others.
+    // A mass between 0.2 and 1 for the compound at this place among the others.
     double Mass(std::size_t place) const { return place < kMasses ? masses[place] : MassAt(place); }
 
 private:
@@ -40,7 +40,7 @@ private:
 
     std::uint64_t key[2];
     static constexpr std::size_t kMasses = 32;
-    double masses[kMasses];  // the first ones, which recur most
+    double masses[kMasses];  // for the first places, which are needed most
 };
 
 }  // namespace zelt::ctl

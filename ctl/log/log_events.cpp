@@ -13,7 +13,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Rejects a file that is no log of ZELT, and remembers where a log is damaged.
+// Rejects a file that is not a log of ZELT, and remembers where a log is damaged.
 class LogCheck final : public LogSink {
 public:
     LogCheck(LogSink& sink, const std::string& name) : sink(sink), name(name) {}

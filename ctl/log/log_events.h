@@ -1,4 +1,4 @@
-// The one way in which the commands read logs: the reader's events with their lines, and its failures as messages that end a
+// The one way in which the commands read logs: the reader's events with their lines, and its failures as exceptions that end a
 // command. Keeps nothing of the file.
 #pragma once
 
@@ -12,8 +12,8 @@ namespace zelt::ctl {
 using zelt::EventKind;
 using zelt::LogEvent;
 
-// Reads a log, or standard input for "-", to its end, whatever the sink's Continue would return. False when it is cut off or damaged; `messages` then says
-// where. Throws InputError when the file cannot be opened or contains no log.
+// Reads a log, or standard input for "-", to its end; the sink's Continue is not called. False when the log is cut off or
+// damaged; `messages` then says where. Throws InputError when the file cannot be opened or contains no log.
 [[nodiscard]] bool ReadEvents(const std::string& path, LogSink& sink, Output& messages);
 
 // The same from any input. `name` is for the messages.
@@ -22,7 +22,7 @@ using zelt::LogEvent;
 // Throws InputError when the file cannot be opened or does not begin like a log.
 void RequireLog(const std::string& path);
 
-// A log that is read more than once. What comes from standard input is kept in a temporary file for so long.
+// A log that is read more than once. What comes from standard input is kept in a temporary file as long as this object lives.
 class RereadableLog {
 public:
     // Throws InputError.
@@ -39,7 +39,7 @@ private:
     std::string copy;  // the path of the temporary file, if there is one
 };
 
-// The exit code of a command that read a log: that a log is cut off or damaged is a finding whatever the command looks for.
+// The exit code of a command that read a log: a log that is cut off or damaged is a finding, whatever the command looks for.
 inline int CodeOf(bool complete, int answer) { return complete ? answer : kFinding; }
 
 }  // namespace zelt::ctl

@@ -62,7 +62,7 @@ int LogFileInput::Read(char* out, int length)
 {
     const int count = file.Read(out, length);
 #ifdef _WIN32
-    // The runtime library remembers having met an end until the position is set.
+    // The runtime library remembers that it has met the end of the file until the position is set.
     if (count == 0 && !isStandard) _lseeki64(descriptor, 0, SEEK_CUR);
 #endif
     return count;

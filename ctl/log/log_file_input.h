@@ -15,7 +15,7 @@ public:
     LogFileInput(const LogFileInput&) = delete;
     LogFileInput& operator=(const LogFileInput&) = delete;
 
-    // Returns 0 at the end, and more when the file has grown.
+    // Returns 0 at the end, and can return more bytes later when the file has grown.
     int Read(char* out, int length) override;
 
 private:

@@ -16,7 +16,7 @@ std::vector<std::string> FilesThatFit(const fs::path& folder, const std::string&
 {
     std::vector<std::string> files;
     std::error_code error;
-    // A folder that the user has not named is not in the paths either.
+    // When the user names no folder, the paths have none either.
     const fs::path searched = folder.empty() ? fs::path(".") : folder;
     for (fs::directory_iterator at(searched, error), end; !error && at != end; at.increment(error)) {
         std::error_code ignored;

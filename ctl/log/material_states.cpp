@@ -15,7 +15,7 @@ std::string PropertyName(const CallText& call)
     const auto text = [&](const char* argument) {
         const ArgumentText* found = call.Find(argument);
         std::string value = found && found->values ? found->Text() : std::string();
-        // Two phases are a list of two texts.
+        // Two phases are a list of two quoted texts.
         std::erase(value, '"');
         return value == "<NULL>" ? std::string() : value;
     };

@@ -17,12 +17,12 @@ struct KnownProperty {
     int line;
 };
 
-// Of a call that sets or reads a property: "fraction of Vapor (mole)".
+// The name of the property that a call sets or reads: "fraction of Vapor (mole)".
 std::string PropertyName(const CallText& call);
 
 class MaterialStates {
 public:
-    // At the end of a call.
+    // Call it at the end of each call.
     void Take(const CallText& call);
 
     // In the order of their lines; empty for a material about which nothing is known.

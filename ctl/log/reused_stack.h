@@ -1,5 +1,5 @@
 // A stack whose elements keep their memory when they leave it, for those that come next: a log has millions of calls, but few are
-// open at once. An element that is pushed has the contents of an earlier one.
+// open at once. A new element may have the contents of an earlier one.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ public:
         return all[count++];
     }
     void Pop() { --count; }
-    // Does nothing when there are not so many.
+    // Does nothing when there are no more than `most`.
     void ShrinkTo(std::size_t most)
     {
         if (count > most) count = most;

@@ -1,5 +1,6 @@
-// log show: the log, the calls that pass a filter, or one call with what is around it and inside, as a tree of text. A filter by result needs to read the log twice, because
-// a call's result follows everything that happened during the call; the first reading keeps one bit per call.
+// log show: the log, the calls that pass a filter, or one call with what is around it and inside it, as a tree of text. A filter
+// by result needs to read the log twice, because a call's result follows everything that happened during the call; the first
+// reading keeps one bit per call.
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -38,7 +39,7 @@ bool Matches(const CallResult& result, Wanted wanted)
     return true;
 }
 
-// Which calls, in the order of their beginnings, have the wanted result.
+// Which calls, in the order in which they begin, have the wanted result.
 class ResultCollector final : public LogSink {
 public:
     explicit ResultCollector(Wanted wanted) : wanted(wanted) {}
@@ -71,7 +72,7 @@ private:
     std::vector<OpenCall> open;
 };
 
-// The number behind --at.
+// The number after --at.
 std::optional<int> WantedLine(const Arguments& arguments)
 {
     const auto number = arguments.Number("--at");

@@ -124,7 +124,7 @@ std::vector<Row> Sorted(const Table& table, const std::string& by)
     throw UsageError("--sort is calls, failures, warnings, violations, queries or name");
 }
 
-// The columns that have anything but zeros. The system's queries have one on request.
+// The calls, and the other columns that have anything but zeros. The system's queries have a column only on request.
 std::vector<Column> ColumnsOf(const std::vector<Row>& rows, bool withQueries)
 {
     std::vector<Column> columns;

@@ -1,5 +1,5 @@
-// A log as an indented text: one line for each call, argument and message, which begins with its line number in the log. The
-// values of an argument follow it. Keeps only what is open.
+// A log as an indented text: one line for each call, argument and message. Each line begins with the number of its line in the
+// log, and the values of an argument follow the argument's name. Keeps nothing but how far the current line has come.
 #pragma once
 
 #include <vector>
@@ -14,11 +14,11 @@ public:
 
     void Begin(const LogEvent& event);
     void End(EventKind kind, int depth);
-    // Behind the last event: values outside of an argument leave their line open for more.
+    // Call it after the last event: values outside of an argument leave their line open for more.
     void Finish() { EndLine(); }
 
     void SetOnlyCalls(bool now) { onlyCalls = now; }
-    // A line of one's own below what has a depth.
+    // Adds a line with this text, indented to stand below an element of this depth.
     void Line(int depth, std::string_view text);
 
     bool WantsArguments() const { return !onlyCalls; }

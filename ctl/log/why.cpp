@@ -1,6 +1,6 @@
 // log why: the story of each failed call. A failure inside of a call that fails too belongs to the story of the outer call. The
 // same failure again is only counted. Memory is bounded: it depends on how many different methods, materials and failures there
-// are, up to a number, and on how deep calls nest.
+// are, up to a limit, and on how deep calls nest.
 #include <algorithm>
 #include <map>
 #include <string>
@@ -65,7 +65,7 @@ public:
     }
     void End(EventKind kind, int) override
     {
-        // Whether it was the log that ended and not the call shows only later.
+        // Whether the call ended, or only the log, shows later: LeftOpen comes after End.
         if (kind == EventKind::Call) ++ended;
     }
     void LeftOpen(int line) override { leftOpen.push_back(line); }
@@ -87,7 +87,7 @@ private:
     struct Gathered {
         std::vector<LineText> messages, broken;
         Latest asked = {kMostAsked, kMostFailedAsked};
-        std::vector<std::string> materials;  // that were called during it
+        std::vector<std::string> materials;  // the last one that was called during it, if any
         std::vector<FailureStory> failures;  // inside of it
     };
 
@@ -138,7 +138,7 @@ private:
         texts.Close();
     }
 
-    // What the call that contains this one gets to know.
+    // Passes on what the story of the call around this one may need.
     void PassOn(const CallText& call, bool unfinished, const Gathered& gathered, std::vector<FailureStory> failures)
     {
         Gathered& outer = open.back();
@@ -174,7 +174,7 @@ private:
         story.askedTotal = gathered.asked.Total();
         story.isUnfinished = unfinished;
         const std::string_view interfaceName = story.call.Interface();
-        // Calculations that failed before they looked at their material, which is probably the latest one.
+        // A calculation that failed before it called its material: that is probably the material that was called last.
         const bool isCalculation = story.call.Method().starts_with("Calc");
         story.material = MaterialStates::IsMaterial(interfaceName) ? story.call.object
                          : !gathered.materials.empty()             ? gathered.materials.back()

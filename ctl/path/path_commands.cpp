@@ -37,7 +37,7 @@ std::wstring OwnFolder()
     return program.substr(0, program.rfind(L'\\'));
 }
 
-// What Explorer starts from now on sees the new path.
+// Tells all windows, so that programs that Explorer starts from now on see the new path.
 void Announce()
 {
     DWORD_PTR ignored = 0;

@@ -1,4 +1,5 @@
-// path add and path remove: this program's folder among those in which Windows looks for programs. Only for Windows.
+// path add and path remove: put this program's folder on the path on which Windows looks for programs, or take it off. Only for
+// Windows.
 #pragma once
 
 #include <span>

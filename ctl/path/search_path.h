@@ -10,13 +10,13 @@ namespace zelt::ctl {
 
 // Whether `folder` is one of them, in whatever way it is written.
 bool ContainsFolder(const std::wstring& list, const std::wstring& folder);
-// With the folder at the end, unless it is there already.
+// The list with the folder at the end, unless it is there already.
 std::wstring WithFolder(const std::wstring& list, const std::wstring& folder);
-// Without the folder, where it is written as WithFolder writes it.
+// The list without the folder, where it is written as WithFolder writes it.
 std::wstring WithoutFolder(const std::wstring& list, const std::wstring& folder);
 
-// Does either to the value Path of a key, and says whether that changed anything. A list that becomes empty disappears. Throws
-// InputError when the value cannot be read or written, and leaves it alone then.
+// Adds the folder to the value Path of a key, or removes it, and returns whether that changed anything. A value that becomes
+// empty is deleted. Throws InputError when the value cannot be read or written, and leaves it alone.
 enum class PathChange { Add, Remove };
 bool ChangeSearchPath(const RegistryRoot& root, const std::wstring& key, const std::wstring& folder, PathChange change);
 

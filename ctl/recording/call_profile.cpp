@@ -6,7 +6,7 @@
 namespace zelt::ctl {
 namespace {
 
-// A class is an octave's share of 64; below 64 ns each nanosecond has its own.
+// Each octave is divided into 64 classes; below 128 ns each nanosecond has a class of its own.
 constexpr int kBits = 6;
 constexpr std::uint64_t kPerOctave = std::uint64_t{1} << kBits;
 

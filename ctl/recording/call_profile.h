@@ -11,11 +11,11 @@
 
 namespace zelt::ctl {
 
-// Counts durations in classes that are 1.1 % wide.
+// Counts durations in classes that are at most 1.6 % wide.
 class Distribution {
 public:
     void Add(std::uint64_t nanoseconds);
-    // The duration that this part of all does not exceed, to 1.1 %. 0 when there are none.
+    // The duration that this part of all durations does not exceed, to 0.8 %. 0 when there are none.
     std::uint64_t At(double part) const;
 
 private:
@@ -30,9 +30,8 @@ struct CallFigures {
     Distribution times;
 };
 
-// Who had the time of the outermost calls. What the way to the simulator and back takes is part of the calls to it, and is not
-// recorded by itself. The shortest of them does next to nothing, so each is taken to be on its way for as long as that one: at
-// most so long.
+// How the time of the outermost calls is divided. A recording cannot tell the way to the simulator and back from the simulator's
+// own work. The shortest call to it does next to no work, so `transport` counts its time for each call: an upper limit.
 struct TimeShares {
     std::uint64_t all = 0, component = 0, simulator = 0, transport = 0, zelt = 0;
 };

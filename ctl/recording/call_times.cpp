@@ -9,7 +9,7 @@ using namespace recording;
 const TimedCall* CallTimes::Take(const Record& record)
 {
     if (const auto* call = std::get_if<CallRecord>(&record)) {
-        // The first call begins the time.
+        // Time begins with the first call.
         if (hasBegun) now += call->start;
         hasBegun = true;
         TimedCall timed;

@@ -1,4 +1,4 @@
-// The calls of a recording with their times, each when it has ended.
+// The calls of a recording with their times. Each is delivered when it has ended.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace zelt::ctl {
 
-// Times in nanoseconds from the recording's first call.
+// Times are in nanoseconds; `start` counts from the start of the recording's first call.
 struct TimedCall {
     long long number = 0;  // in the order in which calls begin, from 1
     std::string member, object;
@@ -19,16 +19,16 @@ struct TimedCall {
     std::uint64_t nested = 0;  // the duration of the calls inside of it
     std::uint32_t status = 0;
     int depth = 0;
-    std::string inputs;  // what went in, as text, when asked for
+    std::string inputs;  // what went in, as text; empty unless CallTimes was asked for it
 };
 
 class CallTimes {
 public:
     explicit CallTimes(bool wantsInputs) : wantsInputs(wantsInputs) {}
 
-    // The call that the record ends; null for any other record.
+    // Takes the next record. Returns the call that it ends; null if it ends none.
     const TimedCall* Take(const recording::Record& record);
-    // When the last of the calls so far began or ended.
+    // The time of the latest beginning or end of a call.
     std::uint64_t Now() const { return now; }
     std::size_t Open() const { return open.size(); }
 

@@ -1,4 +1,4 @@
-// recording info: what a recording is of, and how it ends.
+// recording info: which component a recording is of, how much it has, and whether it is complete.
 #include "ctl/json_writer.h"
 #include "ctl/recording/call_times.h"
 #include "ctl/recording/recording_commands.h"

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kSlowest = 10;
 
-// Calls `take(call)` for each call when it has ended. Whether the recording has its last record.
+// Calls `take(call)` for each call when it has ended. Returns whether the recording has its last record.
 template <class Take>
 bool ReadCalls(RecordingFile& file, bool wantsInputs, Take&& take)
 {
@@ -99,8 +99,8 @@ std::string Microseconds(std::uint64_t nanoseconds)
     return text;
 }
 
-// The complete events of the trace event format; times are microseconds. Viewers that sum up calls take equal arguments for the
-// same thing called, so what is different for each call is only written on request.
+// Writes each call as a "complete" event of the trace event format. Times are in microseconds. Viewers that add calls up take
+// events with equal arguments for calls of the same thing, so what differs from call to call is only written on request.
 int WriteTraceEvents(RecordingFile& file, bool wantsInputs, Streams& streams)
 {
     Output& out = streams.data;

@@ -1,5 +1,5 @@
-// A recording as the events of a log, for what understands logs. Numbers have all their digits; the values of arrays follow each
-// other. What ZELT itself says about bounds of arrays is left out.
+// A recording as the events of a log, for code that understands logs. Numbers have all their digits; the values of arrays follow
+// each other. The bounds of arrays, which ZELT writes to logs, are left out.
 #pragma once
 
 #include "log_reader/log_event.h"

@@ -11,7 +11,7 @@
 
 namespace zelt::ctl {
 
-// Neither an array nor a VARIANT that refers to another.
+// A single value: neither an array nor a VARIANT that refers to another one.
 struct Scalar {
     std::uint16_t type = 0;  // VARTYPE, when it is in a VARIANT or an array
     recording::Value::Form form = recording::Value::Form::None;
@@ -23,8 +23,8 @@ struct Scalar {
 
 void ForEachScalar(const recording::Value& value, const std::function<void(const Scalar&)>& take);
 
-// The value with other scalars, in the same order. What holds no scalars that are known, such as records, becomes zeros. Texts that
-// the new value refers to are kept in `texts`.
+// The value with other scalars, in the same order. Bytes that are not known scalars, such as those of records, become zeros.
+// Texts that the new value refers to are kept in `texts`.
 using ScalarMap = std::function<Scalar(const Scalar&)>;
 recording::Value MapScalars(const recording::Value& value, const ScalarMap& map, std::deque<std::string>& texts);
 

@@ -15,8 +15,8 @@ public:
     explicit RecordingFile(const std::string& path);
 
     recording::RecordReader& Records() { return records; }
-    // The first record; its texts are valid until the next record is read. Throws InputError when the file is not a recording that
-    // this program can read.
+    // The first record; its texts are valid until the next record is read. Throws InputError when the file is not a recording
+    // that this program can read.
     const recording::HeaderRecord& ReadHeader();
     // kFinding, with a message, when the recording does not end with the record that closes it; otherwise kFine. `isClosed`: that
     // record was read.

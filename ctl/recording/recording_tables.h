@@ -7,7 +7,7 @@
 
 namespace zelt::ctl {
 
-// Throws InputError when the file cannot be opened. Standard input is none.
+// Throws InputError when the file cannot be opened. Standard input never is one.
 bool IsRecording(const std::string& path);
 
 // False when the recording is cut off or damaged; `messages` then says where. Throws InputError.

@@ -18,7 +18,7 @@ int RenderAsLog(const Arguments& arguments, Streams& streams)
     if (std::filesystem::equivalent(log, Widen(arguments.Operand(0), CP_UTF8), ignored)) {
         throw UsageError("the log cannot take the place of its recording");
     }
-    // Checked before the log is made.
+    // Checks the recording before the log is created.
     RecordingFile(arguments.Operand(0)).ReadHeader();
     LogFile out;
     if (const int error = out.Open(log)) throw InputError(path + ": " + std::generic_category().message(error));

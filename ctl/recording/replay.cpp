@@ -1,4 +1,4 @@
-// recording replay: makes the recorded calls of a component again, and compares.
+// recording replay: makes the recorded calls of a component again, and compares what the component does.
 #include <objbase.h>
 
 #include <cstring>
@@ -41,7 +41,7 @@ CLSID ClassOf(const KeptComponent& component)
     return classId;
 }
 
-// Makes the component of a recording, or another in its place, and keeps what has to live as long.
+// Creates the component of a recording, or another in its place, and keeps what has to live as long as the component.
 class ComponentSource {
 public:
     explicit ComponentSource(const Arguments& arguments) : name(arguments.Value("--package"))
@@ -83,7 +83,7 @@ private:
     BarePackage made;
 };
 
-// Shows the first differences, and counts all.
+// Shows the first differences, and counts all of them.
 class Differences {
 public:
     Differences(Output& out, std::size_t shown) : out(out), shown(shown) {}

@@ -11,7 +11,7 @@ std::string TimeText(std::uint64_t nanoseconds)
     constexpr const char* kUnits[] = {"us", "ms", "s"};
     double value = static_cast<double>(nanoseconds) / 1000;
     std::size_t unit = 0;
-    // What rounds to 1000 of a unit is one of the next.
+    // A value that rounds to 1000 of a unit is shown as 1 of the next.
     while (value >= 999.5 && unit + 1 < std::size(kUnits)) {
         value /= 1000;
         ++unit;

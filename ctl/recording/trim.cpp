@@ -57,7 +57,7 @@ CallRange WantedCalls(const Arguments& arguments, const CallOutline& outline)
     return {call, call};
 }
 
-// Copies what is needed.
+// Copies the records that are needed.
 class Trimming {
 public:
     Trimming(const NeededCalls& needed, std::uint64_t wanted, RecordWriter& records)
@@ -90,7 +90,7 @@ public:
         records.Flush();
         return true;
     }
-    // The number that the wanted call has now.
+    // The number of the wanted call in the new recording.
     std::uint64_t Place() const { return place; }
 
 private:
@@ -98,7 +98,8 @@ private:
     {
         return std::holds_alternative<HeaderRecord>(record) || std::holds_alternative<ComponentRecord>(record);
     }
-    // Wherever it was asked: objects answer the same in the calls that are left. The same answer again says nothing.
+    // A query counts wherever it was made, because objects answer the same in the calls that are kept. An answer that only
+    // repeats the one before is left out.
     void TakeQuery(const QueryRecord& query, const Record& record)
     {
         if (query.object >= needed.objects.size() || !needed.objects[query.object]) return;

@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Where the texts are until the answer is known.
+// A folder that holds the texts until the user has answered.
 class TextFolder {
 public:
     TextFolder()
@@ -32,7 +32,7 @@ public:
         std::random_device random;
         std::error_code error;
         path = fs::temp_directory_path(error) / ("zelt-report-" + std::to_string(random()));
-        // Nobody else's folder: nobody has prepared what is in it.
+        // A folder that already exists is refused: somebody else may have put something into it.
         if (error || !fs::create_directory(path, error)) throw Refusal("no folder can be made for the texts");
     }
     ~TextFolder()
@@ -55,7 +55,7 @@ struct Content {
     std::uintmax_t size;
 };
 
-// A log's own name is often that of the package.
+// Not the log's own name, which is often that of the package.
 std::string NameInReport(std::size_t number, std::size_t logs)
 {
     return logs == 1 ? std::string("log.zlg") : "log-" + std::to_string(number + 1) + ".zlg";
@@ -117,7 +117,7 @@ private:
     std::vector<Content> contents;
 };
 
-// Without a buffer, so that nothing of what follows the line is taken.
+// Reads without a buffer, so that nothing after the line is taken.
 std::string LineOfStandardInput()
 {
     std::string line;
@@ -147,7 +147,7 @@ int WriteReport(const Arguments& arguments, std::span<const ReportText> texts, S
     if (isAsked && std::find(logs.begin(), logs.end(), kStandardInput) != logs.end()) {
         throw UsageError("a log from standard input leaves no place for an answer, so it needs --yes");
     }
-    // A place that cannot be written is reported before anything is asked.
+    // Opened first, so that a file that cannot be written is reported before the user is asked.
     OutputFile file(*path);
     Report report;
     for (const ReportText& text : texts) report.AddText(text);

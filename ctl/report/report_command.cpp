@@ -38,7 +38,7 @@ constexpr Command kCommands[] = {
 };
 // clang-format on
 
-// The version that the system tells every program, whatever the program says that it was made for.
+// The version of Windows. RtlGetVersion reports it whatever versions the program says that it was made for.
 std::string WindowsVersion()
 {
     using GetVersionFunction = LONG(WINAPI*)(OSVERSIONINFOW*);
@@ -81,7 +81,7 @@ void ReplaceEach(std::string& text, const std::string& part, const std::string& 
     }
 }
 
-// A name as it is in the answer.
+// A name as doctor's answer shows it.
 std::string Shown(const std::wstring& name)
 {
     Output output;

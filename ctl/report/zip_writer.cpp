@@ -15,7 +15,7 @@ constexpr std::uint16_t kVersion = 20;          // of the format: deflated files
 constexpr std::uint16_t kSizesFollow = 1 << 3;  // checksum and sizes come after the content
 constexpr std::uint16_t kDeflated = 8;
 
-// zip files say when in the form of old file systems: two seconds are one.
+// zip files store times in the form of old file systems, in units of two seconds.
 struct ZipTime {
     std::uint16_t time, date;
 };
@@ -35,7 +35,7 @@ std::uint32_t Checked(std::uint64_t size)
     return static_cast<std::uint32_t>(size);
 }
 
-// Compresses without the header that zlib puts around: a zip file has its own.
+// Compresses without zlib's own header: a zip file has headers of its own.
 class Deflater {
 public:
     Deflater()
@@ -127,7 +127,7 @@ void ZipWriter::Finish()
         WriteLong(kDirectoryMark);
         WriteWords({kVersion});
         WriteEntryFields(entry.checksum, entry.compressed, entry.size, entry.name);
-        // No comment, the first disk, and attributes that nothing is known of.
+        // No comment, the first disk, and no attributes.
         WriteWords({0, 0, 0, 0, 0});
         WriteLong(entry.offset);
         out.Bytes(entry.name);

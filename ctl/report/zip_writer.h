@@ -1,5 +1,5 @@
-// A zip file, written from its beginning to its end: deflated files without folders, each below 4 GB. zlib compresses; the
-// structure around is here.
+// A zip file, written from its beginning to its end: deflated files without folders, each below 4 GB. zlib compresses; this class
+// writes the structure around the compressed data.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +15,10 @@ class ZipWriter {
 public:
     explicit ZipWriter(Output& out) : out(out), start(out.Written()) {}
 
-    // The name is ASCII. Throws std::runtime_error when the content cannot be read, or the zip gets larger than zip files can be.
+    // The name is ASCII. Throws std::runtime_error when the content cannot be read, or the zip file gets larger than its format
+    // allows.
     void Add(const std::string& name, std::istream& content);
-    // Writes the directory, without which it is no zip file.
+    // Writes the directory, without which the file is not a zip file.
     void Finish();
 
 private:

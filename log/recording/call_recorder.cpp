@@ -96,7 +96,7 @@ void CallRecorder::Query(RecordedObject& object, REFIID iid, bool isGranted) noe
 
 void CallRecorder::EnterObject() noexcept
 {
-    // What the object was given is in the file before it can end the process.
+    // What the object was given is in the file before the object can end the process.
     com::Attempt([this] { records.Flush(); });
     if (!open.empty()) open.back().entered = Now();
 }

@@ -1,7 +1,6 @@
-// The recording beside a log: what the log's writers are given, exactly. Each writer of an argument records it too; a row knows
-// neither. Nothing here throws: what cannot be recorded for lack of memory is missing, and where the disk takes no more the
-// recording ends.
-// Not thread safe, as the log.
+// The recording beside a log: exactly what the log's writers are given. Each writer of an argument also records it; rows know
+// nothing of either. Nothing here throws: what cannot be recorded for lack of memory is missing, and the recording ends when the
+// disk is full. Like the log, not thread safe.
 #pragma once
 
 #include <windows.h>
@@ -26,28 +25,28 @@ struct RecordedObject;
 
 class CallRecorder {
 public:
-    // Null, and the runtime library's errno, when the file cannot be made.
+    // Null, with the runtime library's errno in `error`, when the file cannot be made.
     static std::unique_ptr<CallRecorder> Make(const std::wstring& path, int& error);
 
     CallRecorder(const CallRecorder&) = delete;
     CallRecorder& operator=(const CallRecorder&) = delete;
 
-    // The texts are those of the log's first lines.
+    // All texts but the settings are those of the log's first lines.
     void Begin(std::string_view objectName, std::string_view objectType, std::string_view startText,
                std::string_view settings) noexcept;
     void Say(const recording::Component& component) noexcept;
-    // The object (may be null) gets a number when it has none.
+    // The object (may be null) gets a number if it has none yet.
     void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object) noexcept;
     void Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept;
-    // Around the time in the called object.
+    // Called before and after the time in the called object.
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
     // What the call read from its stream, or wrote to it.
     void Stream(std::string bytes) noexcept;
     void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept;
     void Say(Sentence sentence, HoleTexts holes) noexcept;
-    // `body(recording::ValueWriter&)` writes the value, which may be another's memory; what cannot be read is recorded as such,
-    // with the logged type.
+    // `body(recording::ValueWriter&)` writes the value, which may be in memory that belongs to another component; what cannot be
+    // read is recorded as such, with the logged type.
     template <class Body>
     void Argument(const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type,
                   Body&& body) noexcept
@@ -62,7 +61,7 @@ public:
             records.Argument(name, !isIn, recording::ArgumentKind::Unreadable,
                              [type](recording::ValueWriter& value) { value.Type(type); });
         } catch (...) {
-            // There is no memory for it.
+            // Out of memory: the argument is missing.
         }
     }
     void End() noexcept;

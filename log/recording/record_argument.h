@@ -1,4 +1,4 @@
-// Recording an argument from where it is written to the log.
+// For the writers of arguments: records what they write to the log.
 #pragma once
 
 #include <utility>

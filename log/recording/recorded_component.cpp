@@ -24,7 +24,7 @@ std::string Utf8(std::wstring_view text)
     return form;
 }
 
-// The module with the object's methods. Empty when the object's first words lead nowhere.
+// The path of the module with the object's methods; empty when the object's first words do not lead to one.
 std::wstring LibraryOf(IUnknown* object)
 {
     const void* method = nullptr;
@@ -40,12 +40,12 @@ std::wstring LibraryOf(IUnknown* object)
 
 // What identifies a library.
 struct LibraryFacts {
-    WIN32_FILE_ATTRIBUTE_DATA file;  // when the rest was read
+    WIN32_FILE_ATTRIBUTE_DATA file;  // as it was when the rest was read
     std::string version, hash;
 };
 
-// Reading a whole library takes its time, and a simulator may make hundreds of components from one: it is read again only when its
-// size or date is another. Asked by the apartment that owns the proxies alone.
+// Reading a whole library takes time, and a simulator may make hundreds of components from one, so it is read again only when its
+// size or date has changed. Only the apartment that owns the proxies calls this function.
 const LibraryFacts& FactsOf(const std::wstring& path)
 {
     static auto& known = *new std::map<std::wstring, LibraryFacts>;

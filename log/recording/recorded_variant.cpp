@@ -202,7 +202,7 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
     arrays.push_back(array);
     const VARTYPE type = recorded.elementType.value_or(declared);
     const USHORT feature = FeatureOf(type);
-    // What kind of elements there are; whose memory they are in is another matter here.
+    // Only the flag that says what the elements are: in whose memory they lie differs here.
     array->fFeatures |= recorded.features & feature;
     array->cbElements = recorded.elementSize;
     for (UINT dimension = 0; dimension < dimensions; ++dimension) {

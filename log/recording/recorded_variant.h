@@ -1,5 +1,5 @@
-// A VARIANT as it was recorded. It owns its memory, but not the objects that it points to; nothing may clear it. Interface pointers
-// are those of the process that was recorded, unless the user puts others in their place.
+// A VARIANT as it was recorded. It owns its memory, but not the objects that it points to; it must never be cleared. Interface
+// pointers are those of the recorded process, unless `objectFor` puts others in their place.
 #pragma once
 
 #include <windows.h>
@@ -45,7 +45,7 @@ private:
     VARIANT variant;
 };
 
-// The text that a value has; null for none.
+// The text of a value, which the caller frees; null for a value without a text.
 BSTR NewRecordedText(const recording::Value& value);
 
 }  // namespace zelt

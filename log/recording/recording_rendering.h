@@ -10,8 +10,8 @@
 namespace zelt {
 
 struct Rendering {
-    bool isRecording = false;  // otherwise the beginning is not that of a recording that this program can render
-    std::string obstacle;      // why not, a clause; empty when it simply is none
+    bool isRecording = false;  // otherwise the file does not begin like a recording that this program can render
+    std::string obstacle;      // why not, as a clause; empty when the file is no recording at all
     recording::ReadEnd end = recording::ReadEnd::None;
     std::uint64_t offset = 0;  // of the record where reading ended
     bool isClosed = false;     // the recording has its last record

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Others may still write it.
+// A recording that other processes may still be writing.
 class Recording {
 public:
     explicit Recording(const std::wstring& path) : file(_wfopen(path.c_str(), L"rb")) {}

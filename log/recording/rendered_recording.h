@@ -1,5 +1,5 @@
-// What a log viewer shows of a file: a recording's log, which is rendered into a folder for temporary files and goes with its owner, or
-// the file itself.
+// What a log viewer shows for a file: the file itself or, for a recording, its log, which is rendered into a folder for temporary
+// files and removed with this object.
 #pragma once
 
 #include <string>
@@ -8,14 +8,14 @@ namespace zelt {
 
 class RenderedRecording {
 public:
-    // Throws std::runtime_error for a recording that this program cannot render. A file that is none, or cannot be read, is left as
-    // it is.
+    // Throws std::runtime_error for a recording that this program cannot render. A file that is no recording, or cannot be read,
+    // is shown as it is.
     explicit RenderedRecording(const std::wstring& path);
     ~RenderedRecording();
     RenderedRecording(const RenderedRecording&) = delete;
     RenderedRecording& operator=(const RenderedRecording&) = delete;
 
-    // Of the log.
+    // The path of the log.
     const std::wstring& Path() const { return path; }
 
 private:

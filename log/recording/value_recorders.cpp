@@ -21,7 +21,7 @@ void RecordContents(ValueWriter& value, const VARIANT& variant, int depth);
 
 std::string_view BytesOf(const void* start, std::size_t size) { return {static_cast<const char*>(start), size}; }
 
-// What the array's elements are: what it says itself, otherwise what the VARIANT says.
+// The type of the array's elements: the array's own if it stores one, otherwise the VARIANT's.
 struct ElementType {
     VARTYPE type;
     bool isOwn;

@@ -1,5 +1,5 @@
-// Values as recordings keep them: texts, VARIANTs and arrays to the last bit. They are read where they are, which may be another's
-// memory: call under the fault guard.
+// Values as recordings keep them: texts, VARIANTs and arrays to the last bit. They are read in place, and the memory may belong
+// to another component: call these functions under the fault guard.
 #pragma once
 
 #include <windows.h>
@@ -9,10 +9,10 @@
 
 namespace zelt {
 
-// A null text is no value.
+// These two write nothing for null.
 void RecordText(recording::ValueWriter& value, BSTR text);
 void RecordPointer(recording::ValueWriter& value, const void* pointer);
-// The VARIANT itself as the value.
+// Writes the VARIANT itself as the value.
 void RecordVariant(recording::ValueWriter& value, const VARIANT& variant);
 
 }  // namespace zelt

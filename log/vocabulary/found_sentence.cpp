@@ -57,7 +57,7 @@ bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string
     text.remove_prefix(pieces.literals[0].size());
     if (pieces.count == 0) return text.empty();
     std::size_t first = 0;
-    // A code ends where its characters do. Anything may follow it.
+    // A code ends at the first colon and blank, whatever comes after them.
     while (first < pieces.count && pieces.holes[first] == 'c') {
         const std::size_t length = LengthOfCode(text);
         const std::string_view next = pieces.literals[first + 1];
@@ -84,7 +84,7 @@ bool Matches(const Pieces& pieces, std::string_view text, std::array<std::string
 
 std::size_t LengthOfCode(std::string_view text)
 {
-    // The other texts have a blank before their colon.
+    // In errors that do not begin with a code, a blank precedes the first colon.
     const std::size_t colon = text.find(": ");
     if (colon == std::string_view::npos) return 0;
     const std::string_view code = text.substr(0, colon);

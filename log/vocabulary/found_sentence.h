@@ -20,8 +20,8 @@ struct FoundSentence {
     std::array<std::string_view, kMostHoles> holes;
 };
 
-// The first row of the element that the text matches, after the row `after` when there is one. A name that looks like part of a
-// sentence reaches as far as it can.
+// The first row of this severity that the text matches; with `after`, the first of those that follow that row. A name that looks
+// like part of a sentence is taken to be as long as possible.
 std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after = {});
 
 // The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when

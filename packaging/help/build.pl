@@ -53,7 +53,7 @@ sub Anchor {
     return $html;
 }
 
-# A page: name, source, title, html, anchors.
+# A page: name, source, title, html, headings, anchors.
 my (@pages, %bySource);
 for my $line (split /\n/, ReadText("$help/pages.txt")) {
     next if $line =~ /^\s*(#|$)/;

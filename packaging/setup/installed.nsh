@@ -28,7 +28,8 @@
     RMDir "$INSTDIR\${path}"
 !macroend
 
-; files.nsh, which running.nsh includes: the macros InstallAll and RemoveAll, which insert these for each file and folder of the stage.
+; files.nsh, which running.nsh includes, defines the macros InstallAll and RemoveAll. They insert the macros above for each file
+; and folder of the stage.
 
 Function InstallFiles
     SetOutPath "$INSTDIR"
@@ -43,7 +44,7 @@ FunctionEnd
 
 !macro DefineRemoveFiles un
 Function ${un}RemoveFiles
-    ; The current folder cannot be removed.
+    ; The current folder cannot be removed, so make it another one.
     SetOutPath "$TEMP"
     !insertmacro RemoveAll
     Delete "$INSTDIR\Uninstall.exe"
@@ -90,7 +91,7 @@ Function un.RemoveEntries
     Delete "$SMPROGRAMS\ZELT\ZELT Help.lnk"
     RMDir "$SMPROGRAMS\ZELT"
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
-    ; A user who never installed anything else had no list of installed programs.
+    ; A user who never installed anything else had no list of installed programs, so an empty list is removed.
     ${If} $Scope == "user"
         DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
     ${EndIf}

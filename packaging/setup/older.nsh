@@ -1,6 +1,6 @@
 ; An older version: it is removed before the new one is installed, and put back if that fails.
 
-; Empty if there is none.
+; OlderFolder is empty if there is no older version.
 Var OlderFolder
 Var OlderVersion
 Var OlderSize
@@ -18,9 +18,9 @@ Function FindOlderVersion
     ReadRegDWORD $OlderOnPath SHCTX "${UNINSTALL_KEY}" "OnPath"
 FunctionEnd
 
-; Copies it to setup's own folder, which is deleted when setup ends.
+; Copies the older version to setup's own folder, which is deleted when setup ends.
 Function SaveOlderVersion
-    ; Its uninstaller may know less about files that are in use.
+    ; The older uninstaller may check fewer files for use than this setup program.
     StrCpy $R1 $OlderFolder
     Call RefuseUsedFiles
     InitPluginsDir
@@ -33,9 +33,9 @@ Function SaveOlderVersion
     ${EndIf}
 FunctionEnd
 
-; Its uninstaller knows best what it installed. It leaves settings and logs alone.
+; The older version's own uninstaller knows best what was installed. It leaves settings and logs alone.
 Function RemoveOlderVersion
-    ; With its folder as an argument, it runs in place, and setup can wait for it.
+    ; With its folder as an argument, the uninstaller runs in place instead of as a copy, so setup can wait for it.
     ExecWait '"$OlderFolder\Uninstall.exe" /S _?=$OlderFolder' $0
     ${If} $0 = ${SERVER_RUNS}
         ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"

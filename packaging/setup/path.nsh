@@ -13,11 +13,11 @@
     Pop $0
 !macroend
 
-; $0 is not "0" if that fails.
+; Puts zeltctl on the path. $0 is not "0" if that fails.
 Function PutOnPath
     !insertmacro RunPathCommand add
     ${If} $0 == "0"
-        ; Tells the uninstaller, and the next version.
+        ; Tells the uninstaller and the next version that zeltctl is on the path.
         WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "OnPath" 1
     ${EndIf}
 FunctionEnd
@@ -29,7 +29,7 @@ Section /o "${TEXT_PATH_SECTION}" PathSection
     ${EndIf}
 SectionEnd
 
-; Of a known scope, before the older version is removed.
+; Call this when the scope is known, and before the older version is removed.
 Function ChoosePath
     ${GetParameters} $0
     ClearErrors
@@ -43,7 +43,7 @@ Function ChoosePath
     ${EndIf}
 FunctionEnd
 
-; Needs zeltctl and the entry.
+; Call this while zeltctl and the entry among the installed programs still exist.
 Function un.RemoveFromPath
     ReadRegDWORD $1 SHCTX "${UNINSTALL_KEY}" "OnPath"
     ${If} $1 = 1

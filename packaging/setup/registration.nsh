@@ -1,15 +1,16 @@
-; ZELT.EXE and, on 64-bit Windows, ZELT64.EXE register themselves; this file checks which hive then holds the registration, in the
-; views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value CurrentUser says that the
-; product family is installed for the user: setup reports this and stores it in $RegisteredFor, and the uninstaller undoes it there.
+; ZELT.EXE and, on 64-bit Windows, ZELT64.EXE register themselves; this file checks that the expected hive then holds the
+; registration, in the views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value
+; CurrentUser says that the product family is installed for the user: setup reports this and stores it in $RegisteredFor, and the
+; uninstaller undoes it there.
 
-; $R0 becomes "no" when a class of the list is not this installation's in a view of the hive.
+; $R0 becomes "no" if the current view of the hive does not register this installation's program for the class.
 !macro VerifyClassInView hive edition class
     ReadRegStr $1 ${hive} "Software\Classes\CLSID\${class}\LocalServer32" ""
     ${If} $1 != '"$INSTDIR\${edition}.EXE"'
         StrCpy $R0 "no"
     ${EndIf}
 !macroend
-; classes.nsh: the macros VerifyClassesOfZELT and VerifyClassesOfZELT64, which insert this for each class.
+; classes.nsh defines the macros VerifyClassesOfZELT and VerifyClassesOfZELT64, which insert the macro above for each class.
 !include "${LISTS}\classes.nsh"
 
 !macro VerifyHive hive

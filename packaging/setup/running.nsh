@@ -1,10 +1,10 @@
-; Does not replace or remove files that are in use, and looks at all of them before it changes any: a simulator would lose its
-; packages, or half of an installation would stay. The system refuses to open a program for writing while it runs, no matter who
-; runs it and in which session, and other files while a program uses them that does not share them.
+; Refuses to replace or remove files that are in use, and checks all files before any is changed. Otherwise, a simulator would
+; lose its packages, or half of an installation would stay. The system refuses to open a program for writing while it runs, no
+; matter who runs it and in which session, and any other file while a program has it open without sharing it.
 
 !define ERROR_SHARING_VIOLATION 32
 
-; $1 becomes the error of opening the file below $R1 for writing and for deletion.
+; $1 becomes the error of opening the file below $R1 for writing and for deletion, or 0.
 !macro TryToOpen path
     ; GENERIC_READ | GENERIC_WRITE | DELETE, every kind of sharing, OPEN_EXISTING.
     System::Call 'kernel32::CreateFileW(w "$R1\${path}", i 0xC0010000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'
@@ -29,10 +29,10 @@
     ${EndIf}
 !macroend
 
-; files.nsh: also the macro CheckAll, which inserts CheckFile for each file of the stage.
+; files.nsh also defines the macro CheckAll, which inserts CheckFile for each file of the stage.
 !include "${LISTS}\files.nsh"
 
-; The files below $R1.
+; Checks the files below $R1.
 !macro DefineRefuseUsedFiles un
 Function ${un}RefuseUsedFiles
     !insertmacro RefuseRunning ZELT.EXE

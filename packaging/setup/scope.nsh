@@ -9,8 +9,8 @@
     ${EndIf}
 !macroend
 
-; Starts a program again with the verb that asks anybody for an administrator's name and password, and ends. Nobody is there to
-; ask when silent, and a program that was started this way does not try again.
+; Starts the program again with the verb that asks any user for an administrator's name and password, and ends this process. Fails
+; instead when silent, because nobody is there to ask, and in a program that was itself started this way.
 !macro RestartAsAdministrator program
     ${GetParameters} $0
     ClearErrors

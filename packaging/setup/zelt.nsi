@@ -12,7 +12,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; Asks an administrator for the right to install for all users. The system asks nobody else here: scope.nsh does.
+; Here, Windows asks only administrators for the right to install for all users; scope.nsh asks other users.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh
@@ -47,7 +47,7 @@ VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
 Var Scope
 Var RegisteredFor
 
-; What the entries of the installed programs say.
+; What the entry in the list of installed programs says.
 Var EntryVersion
 Var EntrySize
 
@@ -55,7 +55,7 @@ Var EntrySize
 !ifdef ONLY_32_BIT
     !define WithZelt64 `0 = 1`
 !else
-    ; Defines with quotes in them need these.
+    ; Backquotes, because the define contains quotes.
     !define WithZelt64 `${IsNativeAMD64}`
 !endif
 
@@ -73,7 +73,8 @@ Var EntrySize
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-; The page does not offer to start ZELT: it would have setup's rights, with which it ignores what is registered for the user.
+; The page does not offer to start ZELT: ZELT would run with setup's rights, and would then ignore what is registered for the
+; user.
 !define MUI_FINISHPAGE_TEXT "${TEXT_FINISHED}"
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
@@ -98,7 +99,7 @@ Section "ZELT"
     SetErrorLevel ${DONE}
 SectionEnd
 
-; Its section comes after that of ZELT, so the files are there.
+; Included here so that its section comes after that of ZELT, which installs zeltctl.
 !include path.nsh
 
 Function .onInit

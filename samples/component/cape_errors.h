@@ -1,6 +1,6 @@
-// The error state of a CAPE-OPEN component and the interfaces through which a caller reads it: ECapeRoot, ECapeUser, one
-// interface for each class of error, and ISupportErrorInfo for callers that want IErrorInfo. A member of the component,
-// whose state it keeps until the next failure.
+// The error state of a CAPE-OPEN component and the interfaces through which a caller reads it: ECapeRoot, ECapeUser, the
+// interfaces of the common classes of errors, and ISupportErrorInfo for callers that want IErrorInfo. A member of the
+// component; it keeps the state of the last failure until the next one.
 #pragma once
 
 #include <windows.h>
@@ -85,7 +85,7 @@ private:
         using Part::Part;
         STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override;
     };
-    // A class of error without its own members.
+    // The interface of a class of errors that has no members of its own.
     template <class I>
     struct Marker final : com::DualPart<I> {
         using com::DualPart<I>::DualPart;

@@ -1,5 +1,5 @@
-// The exports of an in-process server, for a table of classes and one of registrations. A DLL's own source defines the
-// exports by calling these.
+// The exports of an in-process server, for a table of classes and one of registrations. A DLL's own source uses the
+// macro to define them.
 #pragma once
 
 #include <span>

@@ -45,7 +45,7 @@ private:
     bool templateChecked = false;
 };
 
-// The ids of a material's compounds through the interface of its generation; empty when it has none.
+// The ids of a material's compounds, read through the interface of `generation`; empty when the material lacks it.
 std::vector<std::wstring> CompoundIdsOf(IDispatch* material, Generation generation);
 
 }  // namespace zelt::sample

@@ -100,7 +100,7 @@ public:
     {}
 };
 
-// Of a component that saves nothing.
+// The persistence of a component that saves nothing.
 struct NoPersistence {
     NoPersistence(com::Object&, CapeErrors&, ParameterSet&, const CLSID&) {}
 };

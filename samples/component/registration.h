@@ -18,7 +18,7 @@ struct ComponentClass {
     std::initializer_list<const wchar_t*> categories;
 };
 
-// Results for DllRegisterServer and DllUnregisterServer: SELFREG_E_CLASS when a key cannot be written.
+// Results for DllRegisterServer and DllUnregisterServer: SELFREG_E_CLASS when a key cannot be written or removed.
 HRESULT RegisterComponents(std::span<const ComponentClass> classes);
 HRESULT UnregisterComponents(std::span<const ComponentClass> classes);
 

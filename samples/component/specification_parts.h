@@ -20,7 +20,7 @@ HRESULT Answer(T* out, T value)
 
 inline VARIANT_BOOL VariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
-// The results of Validate: the objection as message, and whether there is none.
+// Sets the results of Validate: the objection as the message, and whether the value is valid.
 inline void AnswerValidation(const std::wstring& objection, BSTR* message, VARIANT_BOOL* isOK)
 {
     if (!isOK) throw CapeFailure(ECapeInvalidArgumentHR, L"A result has nowhere to go: the pointer is null");

@@ -13,7 +13,7 @@ namespace {
                       std::wstring(L"Argument ") + name + L" must be a one-dimensional array of " + expected);
 }
 
-// Keeps an array's elements accessible while it exists.
+// Keeps an array's elements accessible while this object exists.
 class Access {
 public:
     Access(SAFEARRAY* array, const wchar_t* name, const wchar_t* expected) : array(array)
@@ -79,7 +79,7 @@ auto ReadArray(const VARIANT& anyValue, VARTYPE type, const wchar_t* name, const
     } else if (ElementType(value) == VT_VARIANT) {
         for (const VARIANT& element : access.Elements<VARIANT>()) {
             const _variant_t converted = Converted(element, type, name, expected);
-            // The value's field: all of these types are at the start of the union.
+            // The union starts at the same address for every type, so the address of the VT_R8 field serves them all.
             Stored stored;
             // NOLINTNEXTLINE(bugprone-sizeof-expression): an interface's element is the pointer itself.
             memcpy(&stored, &V_R8(&converted), sizeof(Stored));

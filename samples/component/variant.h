@@ -1,6 +1,6 @@
 // VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, interfaces or VARIANTs. Reading accepts any
-// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; writing always
-// starts at 0. Reading throws CapeFailure ("invalid argument"), writing bad_alloc.
+// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; arrays that are
+// made start at 0. Reading throws CapeFailure ("invalid argument"), making an array bad_alloc.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@
 
 namespace zelt::sample {
 
-// True when the caller omitted a list: an empty or null VARIANT.
+// True when the caller omitted a list: the VARIANT is empty, null, or an omitted optional argument.
 bool IsLeftOut(const VARIANT& value);
 
 // `name` is the argument's, for the failure's text. An omitted list reads as an empty one.
@@ -34,10 +34,11 @@ _variant_t MakeVariants(std::span<const _variant_t> values);
 _variant_t MakeInterfaces(std::span<const Microsoft::WRL::ComPtr<IDispatch>> values);
 _variant_t MakeText(std::wstring_view value);
 
-// A string, owned.
+// A string that the result owns.
 _bstr_t MakeBstr(std::wstring_view text);
 
-// Passes a value to an out-parameter, whose former contents are garbage. Throws CapeFailure for a null pointer.
+// Passes a value to an out-parameter. Its former contents may be garbage and are not freed. Throws CapeFailure for a
+// null pointer.
 void Return(VARIANT* out, _variant_t value);
 void Return(BSTR* out, std::wstring_view text);
 // Passes a value to an in-out parameter, and frees what the caller left in it.

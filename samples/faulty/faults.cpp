@@ -46,12 +46,12 @@ void IntException() { throw 42; }
 void Abort() { std::abort(); }
 void Terminate() { std::terminate(); }
 
-// Ends the process; no guard can prevent this.
+// The next three end the process; no guard can prevent that.
 void ExitTheProcess() { TerminateProcess(GetCurrentProcess(), 3); }
 void QuitTheProcess() { ExitProcess(3); }
 void FailFast() { RaiseFailFastException(nullptr, nullptr, 0); }
 
-// Commits a fault on one of the package's own threads, and waits for it.
+// Commits a fault on one of the package's own threads, and waits for that thread to end.
 template <void (*commit)()>
 DWORD WINAPI OwnThread(void*)
 {
@@ -74,7 +74,7 @@ void LoopForever()
     while (one) zero = 0;
 }
 
-// Faults inside and handles the fault: nothing of it may be visible outside.
+// Causes a fault and handles it internally: the caller must not notice anything.
 void HandledFault()
 {
     if (!IsBadReadPtr(reinterpret_cast<const void*>(sizeof(int)), sizeof(int))) std::abort();

@@ -10,7 +10,7 @@ namespace zelt::sample {
 
 // Commits the fault with this name (case-sensitive); returns if the menu does not contain the name, or if the fault
 // leaves the thread running. Names with a value:
-//   raise:CODE    raises the structured exception CODE, hexadecimal, continuable unless the code says otherwise
+//   raise:CODE    raises the structured exception CODE (hexadecimal), as a continuable one
 //   sleep:MS      sleeps MS milliseconds, then returns
 void CommitFault(std::wstring_view name);
 

@@ -32,7 +32,7 @@ constexpr Character kCharacters[] = {
 constexpr const IID* kCalculation[] = {&__uuidof(ICapeThermoPropertyRoutine), &__uuidof(ICapeThermoEquilibriumRoutine),
                                        &__uuidof(ICapeThermoUniversalConstant), &__uuidof(ICapeThermoMaterialContext)};
 
-// Every other interface, except the system's, counts as an error interface.
+// Every other interface counts as an error interface; IUnknown and IDispatch are never looked up here.
 constexpr const IID* kNotErrors[] = {&__uuidof(ICapeThermoPropertyRoutine),
                                      &__uuidof(ICapeThermoEquilibriumRoutine),
                                      &__uuidof(ICapeThermoUniversalConstant),
@@ -103,7 +103,7 @@ STDMETHODIMP FaultyPropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLa
     }
     CommitFault(property);
     const HRESULT asked = Call(L"CalcSinglePhaseProp", [&] { ThrowRequested(property); });
-    // A fault that leaves the thread running is like a property that takes long to calculate.
+    // After a fault that leaves the thread running, the call succeeds, as a slow calculation does.
     if (FAILED(asked) || property == L"handledFault" || property.starts_with(L"sleep:")) return asked;
     return PropertyPart::CalcSinglePhaseProp(props, phaseLabel);
 }

@@ -1,4 +1,4 @@
-// A property package that calculates like the sample's until it is asked for something on the menu of faults. A
+// A property package that calculates like the sample package until it is asked for something on the menu of faults. A
 // character, chosen by the package's name in the manager, removes interfaces or adds a fault where a caller cannot
 // choose one.
 #pragma once
@@ -15,12 +15,12 @@ namespace zelt::sample {
 struct Character {
     const wchar_t* name;  // of the package in the manager's list
     bool identification = true;
-    bool calculation = true;  // all interfaces except compounds, phases, identification and utilities
+    bool calculation = true;  // property and equilibrium routines, universal constants, material context
     bool errors = true;
     bool keepsMaterial = false;             // never releases a material that it gets
-    const wchar_t* reportedName = nullptr;  // instead of its own; for an empty one it returns a null text
+    const wchar_t* reportedName = nullptr;  // the name to report instead of its own; L"" reports a null text
     HRESULT rename = S_OK;                  // the result of renaming
-    const wchar_t* initialize = L"";        // faults of these calls
+    const wchar_t* initialize = L"";        // the faults of these calls
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";

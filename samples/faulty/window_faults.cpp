@@ -12,7 +12,7 @@ namespace {
 int* volatile nowhere = nullptr;
 void Fault() { *nowhere = 1; }
 
-// The message in which the next window faults.
+// The message on which the next window faults; 0 for none. For the hook: not 0 until it has faulted.
 UINT faultyMessage = 0;
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -1,5 +1,5 @@
-// Faults in code that the system calls back: window procedures, hooks, enumeration. The way back leads through the system, which may
-// swallow the fault, so that no caller's guard sees it.
+// Faults in code that the system calls back: window procedures, hooks, enumeration. The fault travels back through the system,
+// which may swallow it, so that no caller's guard sees it.
 #pragma once
 
 namespace zelt::sample {

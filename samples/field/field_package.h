@@ -1,6 +1,6 @@
-// A CAPE-OPEN 1.0 property package that calculates as the sample's does and has what packages in the field have beyond it: the
+// A CAPE-OPEN 1.0 property package that calculates like the sample package and has the extras of packages in the field: the
 // older interfaces of routines and equilibrium servers, reliability, petroleum fractions. It reaches its material by name alone,
-// and keeps a simulation context only if the context says what it is.
+// and keeps a simulation context only if the context offers ICapeSimulationContext.
 #pragma once
 
 #include "com/object.h"
@@ -16,10 +16,10 @@ public:
     FieldModel();
     ICapeThermoPropertyPackage& Package() const { return *package.Get(); }
     ICapeUtilities& Utilities() const { return *utilities.Get(); }
-    // Throws a failure of the package, with its text.
+    // Throws CapeFailure, with the package's text, if the package failed.
     void Check(HRESULT result) const;
 
-    // What several parts offer. Each throws a failure of the package.
+    // The calls that several parts offer. Each throws CapeFailure if the package fails.
     void CalcProp(IDispatch* material, const VARIANT& props, const VARIANT& phases, BSTR calcType) const;
     void CalcEquilibrium(IDispatch* material, BSTR flashType, const VARIANT& props) const;
     void PropCheck(IDispatch* material, const VARIANT& props, VARIANT* valid) const;
@@ -98,7 +98,7 @@ protected:
     IDispatch* ScriptInterface() override { return &package; }
 
 private:
-    // Its members are its base's.
+    // The interface has no members of its own.
     struct ReliabilityPart final : com::DualPart<ICapeThermoReliability> {
         using DualPart::DualPart;
     };
@@ -114,7 +114,7 @@ private:
     IdentificationPart identification{*this, errors, L"Field package", AllPackages().front().description};
 };
 
-// The context, if it says what it is; null otherwise.
+// The context if it offers ICapeSimulationContext; null otherwise.
 IDispatch* RecognisedContext(IDispatch* context);
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 unit operation as the field has them: it names its type, its parameters are their own specifications, and it uses
-// its streams through both generations and as the equilibrium servers that they are. Lowers a stream's pressure at constant
+// A CAPE-OPEN 1.0 unit operation like those in the field: it names its type, its parameters are their own specifications, and it
+// uses its streams through the interfaces of both generations and as equilibrium servers. Lowers a stream's pressure at constant
 // temperature.
 #pragma once
 

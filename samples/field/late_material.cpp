@@ -16,7 +16,7 @@ using Microsoft::WRL::ComPtr;
 _variant_t Argument(BSTR text) { return _variant_t(text ? text : L""); }
 _variant_t Argument(const VARIANT& value) { return value; }
 
-// A material forgets what its caller has asked before: each call looks its member up.
+// Remembers no identifiers: each call looks up its member by name.
 class LatePart final : public com::DualPart<ICapeThermoMaterialObject> {
 public:
     LatePart(com::Object& object, IDispatch* material) : DualPart(object), material(material) {}
@@ -101,7 +101,7 @@ private:
         DISPID id = DISPID_UNKNOWN;
         const HRESULT known = material->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id);
         if (FAILED(known)) return known;
-        // The last argument comes first.
+        // IDispatch expects the arguments in reverse order.
         std::vector<_variant_t> reversed(std::rbegin(arguments), std::rend(arguments));
         DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
         if (result) VariantInit(result);

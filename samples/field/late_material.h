@@ -1,5 +1,5 @@
-// A material that is reached by name alone, through its IDispatch: never asked for an interface of the standard. Looks like a
-// CAPE-OPEN 1.0 material object to the code around it.
+// Wraps a material that is reached by name alone, through its IDispatch, and never asked for an interface of the standard. To
+// the code around it, the wrapper looks like a CAPE-OPEN 1.0 material object.
 #pragma once
 
 #include <cape-open.h>

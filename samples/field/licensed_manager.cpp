@@ -8,7 +8,7 @@ namespace {
 
 constexpr const wchar_t* kNames[] = {L"Licensed", L"Licensed Too"};
 
-// Of all managers in this process.
+// Counted over all managers in this process.
 int licences = 0;
 int dialogs = 0;
 

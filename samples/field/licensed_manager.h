@@ -1,6 +1,6 @@
-// A package manager that packages need: it takes a licence when it is initialized and gives it back when it is terminated, and its
-// packages calculate only while there is one. Its Edit shows nothing; a package's description says how often it was called, and how
-// many licences are taken.
+// A package manager that its packages depend on: it takes a licence when it is initialized and gives it back when it is
+// terminated, and GetNumCompounds of its packages fails while no licence is taken. Its Edit shows nothing; a package's
+// description says how often Edit was called, and how many licences are taken.
 #pragma once
 
 #include "com/object.h"

@@ -1,5 +1,5 @@
 // Parameters that are their own specifications: ICapeParameterSpec and the typed interface are the parameter's, and
-// get_Specification gives the same object.
+// get_Specification returns the same object.
 #pragma once
 
 #include "samples/component/parameter.h"

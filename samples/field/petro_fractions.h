@@ -1,5 +1,5 @@
-// ICapeThermoPetroFractions: values under the names of properties, of a package or of a stream. Those of pseudo-compounds are
-// stored and given back as they are.
+// ICapeThermoPetroFractions of a package or of a stream: stores one list of values for each property, and returns it as it
+// was set. Compounds and bases are ignored.
 #pragma once
 
 #include <map>

@@ -10,8 +10,8 @@
 
 namespace zelt::sample {
 
-// One value for each property and compound, all compounds for the first property first; every compound when none is named.
-// Both throw CapeFailure ("invalid argument") for an unknown name.
+// One value for each property and compound: all compounds for the first property, then for the next. If no compound is
+// named, all are meant. Both throw CapeFailure ("invalid argument") for an unknown name.
 _variant_t CompoundConstantValues(const Slate& slate, const VARIANT& props, const VARIANT& compIds);
 _variant_t UniversalConstantValue(std::wstring_view name);
 

@@ -32,7 +32,7 @@ const SlatePhase* Slate::FindPhase(const std::wstring& label) const
 
 namespace {
 
-// The six lists in which both versions return the compounds.
+// The six lists in which both versions of the standard return the compounds.
 struct CompoundLists {
     _variant_t ids, formulae, names, boilingPoints, weights, numbers;
 

@@ -1,5 +1,5 @@
-// What the simulator reads from a property package once: compounds, phases and what can be calculated.
-// The materials share it as constant data.
+// What the simulator reads from a property package once: its compounds and phases. The materials share it as constant
+// data.
 #pragma once
 
 #include <cape-open.h>

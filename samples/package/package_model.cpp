@@ -14,7 +14,7 @@ constexpr PackageDefinition kPackages[] = {
     {L"Alcohols", L"Methanol, ethanol and water as an ideal solution", {L"Methanol", L"Ethanol", L"Water"}},
 };
 
-// A revision of the first, by the name under which it is found. It calls itself as the first does.
+// A revision of the first package, and the name under which it is found. It reports the first package's name.
 constexpr const wchar_t* kRevisionName = L"Aromatics, revised";
 constexpr PackageDefinition kRevision = {kPackages[0].name, kPackages[0].description, kPackages[0].compounds, 1.000001};
 

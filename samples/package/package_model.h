@@ -1,5 +1,5 @@
-// A property package without its interfaces: its name, its compounds in order,
-// the model, and the material that calculations read and write. The interface parts of a package share one.
+// A property package without its interfaces: its name, its compounds in order, the model, and the material that
+// calculations read and write. The interface parts of a package share one.
 #pragma once
 
 #include <span>
@@ -18,7 +18,7 @@ struct PackageDefinition {
     const wchar_t* name;
     const wchar_t* description;
     std::initializer_list<const wchar_t*> compounds;
-    double vapourPressureFactor = 1;  // on that of the last compound
+    double vapourPressureFactor = 1;  // multiplies the vapour pressure of the last compound
 };
 
 // The packages that the sample offers.
@@ -77,7 +77,7 @@ private:
 
     const PackageDefinition& definition;
     PackageHost host;
-    Compound lastCompound;  // as the definition changes it
+    Compound lastCompound;  // with the definition's vapourPressureFactor applied
     std::vector<const Compound*> compounds;
     IdealSolution solution;
     MaterialView material;

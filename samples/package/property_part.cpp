@@ -7,7 +7,7 @@
 namespace zelt::sample {
 namespace {
 
-// Two phase labels, one of each kind. Throws CapeFailure for anything else.
+// Whether the first of two phase labels is the vapour's. Throws CapeFailure unless there is one label of each phase.
 bool VapourFirst(const std::vector<std::wstring>& labels)
 {
     if (labels.size() != 2) throw CapeFailure(ECapeInvalidArgumentHR, L"Two phase labels are needed");

@@ -1,5 +1,6 @@
 // ICapeThermoPropertyRoutine of a property package: reads temperature, pressure and composition from the active
-// material and writes the results back into it. CalcAndGetLnPhi uses only its arguments.
+// material and writes the results back into it. CalcAndGetLnPhi gets these values as arguments, and writes nothing into
+// the material.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -18,7 +19,7 @@ public:
     STDMETHOD(CalcAndGetLnPhi)(BSTR phaseLabel, double temperature, double pressure, VARIANT moleNumbers, int fFlags,
                                VARIANT* lnPhi, VARIANT* lnPhiDT, VARIANT* lnPhiDP, VARIANT* lnPhiDn) override;
     STDMETHOD(CalcSinglePhaseProp)(VARIANT props, BSTR phaseLabel) override;
-    // Temperature and pressure come from the material's first phase.
+    // Temperature and pressure are those of the first of the two phases.
     STDMETHOD(CalcTwoPhaseProp)(VARIANT props, VARIANT phaseLabels) override;
     STDMETHOD(CheckSinglePhasePropSpec)(BSTR property, BSTR phaseLabel, VARIANT_BOOL* valid) override;
     STDMETHOD(CheckTwoPhasePropSpec)(BSTR property, VARIANT phaseLabels, VARIANT_BOOL* valid) override;

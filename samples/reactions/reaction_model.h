@@ -1,6 +1,6 @@
-// A reaction package without its interfaces: its reactions with their parameters,
-// the material whose state they depend on, and the reaction object that receives the results. The interface parts of a
-// package share one. Holds one reference to each of the two objects until they are replaced or Release is called.
+// A reaction package without its interfaces: its reactions with their parameters, the material whose state they depend
+// on, and the reaction object that receives the results. The interface parts of a package share one. Holds one
+// reference to each of the two objects until they are replaced or Release is called.
 #pragma once
 
 #include <cape-open.h>
@@ -27,7 +27,8 @@ public:
     const Reaction& Definition() const { return reaction; }
     const ParameterSet& Parameters() const { return parameters; }
 
-    // The laws as set by the user. Throw CapeFailure for a reaction of the other kind, or one that is disabled.
+    // The laws as set by the user. All four throw CapeFailure for a reaction of the other kind, or one that is
+    // disabled.
     RateLaw Rate() const;
     std::vector<double> Orders() const;                   // one for each compound
     std::vector<double> EquilibriumCoefficients() const;  // of ln K
@@ -55,7 +56,8 @@ public:
     // The standard pressure requested for equilibrium constants of gas reactions; none: as each is published.
     std::optional<double> StandardPressure() const;
 
-    // If the object is of the wrong kind or null, each throws CapeFailure and keeps the previous object.
+    // If the new object is null or of the wrong kind, SetMaterial and SetReactionObject throw CapeFailure and keep the
+    // previous one.
     void SetMaterial(IDispatch* object, Generation generation);
     void UnsetMaterial();
     void SetReactionObject(IDispatch* object);

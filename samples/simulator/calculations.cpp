@@ -156,7 +156,8 @@ void ShowEquilibria(const PackageSession& session, Report& report)
         EquilibriumRow(session, report, name);
     }
 
-    // A flash at the enthalpy of half vapour and half liquid, from both phases, must return to that state.
+    // A flash at the enthalpy of half vapour and half liquid, which is summed over both phases, must return to that
+    // state.
     CheckCall(material->SetSinglePhaseProp(MakeBstr(L"phaseFraction").GetBSTR(), MakeBstr(vapour).GetBSTR(),
                                            MakeBstr(L"mole").GetBSTR(), MakeDoubles({{0.5}})),
               material, L"SetSinglePhaseProp");

@@ -10,8 +10,8 @@ namespace zelt::sample {
 
 // Compounds with their constants and temperature functions, phases, universal constants.
 void ShowLists(const PackageSession& session, Report& report, const Options& options);
-// Flashes at given temperature and pressure over the boiling range of an equimolar feed, bubble and dew points, and a
-// flash at given pressure and enthalpy that must find the first temperature again.
+// Flashes at given temperature and pressure over the boiling range of an equimolar feed, at its bubble and dew points
+// and at half vapour, and a flash at given pressure and enthalpy that must return to the state at half vapour.
 void ShowEquilibria(const PackageSession& session, Report& report);
 // Both phases' properties, K-values and fugacity coefficients at the last equilibrium.
 void ShowProperties(const PackageSession& session, Report& report, const Options& options);

@@ -100,7 +100,7 @@ PackageSession10::PackageSession10(ComPtr<IDispatch> object, std::shared_ptr<Flo
 
 PackageSession10::~PackageSession10()
 {
-    // Releases what is still held, also after a failure.
+    // Releases what is still held, even after a failure.
     if (package) Close(false);
 }
 

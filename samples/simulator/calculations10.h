@@ -27,7 +27,8 @@ public:
 void Show10Lists(const PackageSession10& session, Report& report);
 // The flashes of the 1.1 run, through the older interfaces.
 void Show10Equilibria(const PackageSession10& session, Report& report);
-// Properties of the mixture in each phase and of the pure compounds at the last equilibrium, and copies of the material.
+// Properties of the mixture in each phase and of the pure compounds at the last equilibrium, and a property of a
+// duplicate of the material.
 void Show10Properties(const PackageSession10& session, Report& report);
 // A call that must fail.
 void Show10Failure(const PackageSession10& session, Report& report);

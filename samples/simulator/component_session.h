@@ -36,7 +36,7 @@ public:
     void ShowParameters(Report& report, bool hold);
 
     Microsoft::WRL::ComPtr<IDispatch> package;
-    Microsoft::WRL::ComPtr<ICapeIdentification> identification;  // these may be null
+    Microsoft::WRL::ComPtr<ICapeIdentification> identification;  // this and utilities may be null
     Microsoft::WRL::ComPtr<ICapeUtilities> utilities;
     std::shared_ptr<Flowsheet> flowsheet;
 

@@ -28,7 +28,7 @@ struct Options {
     std::vector<std::pair<std::wstring, std::wstring>> settings;  // the unit's parameters and their values as texts
     bool IsFlowsheet() const { return !unitName.empty() || !loadFile.empty(); }
 
-    // A package's own state, in files; the settings are then of the package's parameters. Both may be empty.
+    // The files of a package's own state, which may be empty; `settings` then has the package's parameters.
     std::wstring loadState;
     std::wstring saveState;
     bool IsPackageState() const { return !loadState.empty() || !saveState.empty(); }

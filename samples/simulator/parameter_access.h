@@ -20,7 +20,7 @@ Microsoft::WRL::ComPtr<I> Required(IUnknown* object, const wchar_t* what)
     return result;
 }
 
-// A getter of a plain value.
+// Calls a getter of a plain value.
 template <class I, class T>
 T Ask(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(T*), const wchar_t* what)
 {
@@ -29,7 +29,7 @@ T Ask(I* object, HRESULT (STDMETHODCALLTYPE I::*getter)(T*), const wchar_t* what
     return value;
 }
 
-// By its number, from 1.
+// The item with this number, from 1.
 Microsoft::WRL::ComPtr<IDispatch> ItemOf(ICapeCollection* collection, long number);
 _variant_t ValueOf(ICapeParameter* parameter);
 std::wstring ValueText(const VARIANT& value);

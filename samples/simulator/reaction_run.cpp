@@ -20,7 +20,7 @@ using Microsoft::WRL::ComPtr;
 constexpr double kNormalPressure = 101325;  // Pa
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
-// The properties to calculate for each kind of reaction; the last ones are only for gases.
+// The properties to calculate for each kind of reaction; the last equilibrium property is only for gases.
 constexpr const wchar_t* kKineticProperties[] = {L"rateConstant", L"reactionRate", L"reactionRate.Dtemperature"};
 constexpr const wchar_t* kEquilibriumProperties[] = {L"chemicalEquilibriumConstant", L"enthalpyOfReaction",
                                                      L"reactionQuotient"};
@@ -170,7 +170,7 @@ ReactionSession::ReactionSession(ComPtr<IDispatch> object, std::shared_ptr<Flows
 
 ReactionSession::~ReactionSession()
 {
-    // Releases what is still held, also after a failure.
+    // Releases what is still held, even after a failure.
     if (package) Close(false);
 }
 

@@ -11,13 +11,13 @@
 
 namespace zelt::sample {
 
-// Absent when the component saves nothing.
+// `present` is false when the component saves nothing.
 struct SavedState {
     bool present = false;
     std::vector<std::byte> bytes;
 };
 
-// `what` names the component in failures: "the unit operation". Both throw CapeFailure.
+// `what` names the component in the texts of failures, for example "the unit operation". Both throw CapeFailure.
 void LoadState(IDispatch* object, const SavedState& state, const std::wstring& what);
 SavedState SaveState(IDispatch* object, const std::wstring& what, Report& report);
 

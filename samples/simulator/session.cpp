@@ -21,7 +21,7 @@ PackageSession::PackageSession(ComPtr<IDispatch> object, std::shared_ptr<Flowshe
 
 PackageSession::~PackageSession()
 {
-    // Releases what is still held, also after a failure.
+    // Releases what is still held, even after a failure.
     if (package) Close(false);
 }
 

@@ -27,11 +27,11 @@ public:
     // Takes the material back, unless `hold`; terminates and releases the package; releases the material last.
     void Close(bool hold);
 
-    Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;  // these may be null
+    Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;  // these four may be null
     Microsoft::WRL::ComPtr<ICapeThermoEquilibriumRoutine> equilibrium;
     Microsoft::WRL::ComPtr<ICapeThermoUniversalConstant> universalConstants;
     Microsoft::WRL::ComPtr<ICapeThermoMaterialContext> materialContext;
-    Microsoft::WRL::ComPtr<ICapeThermoCompounds> compounds;  // these are required
+    Microsoft::WRL::ComPtr<ICapeThermoCompounds> compounds;  // these two are required
     Microsoft::WRL::ComPtr<ICapeThermoPhases> phases;
 
     std::shared_ptr<const Slate> slate;

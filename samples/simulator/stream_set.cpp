@@ -18,7 +18,7 @@ using Microsoft::WRL::ComPtr;
 constexpr double kMassTolerance = 1e-10, kHeatTolerance = 1e-7;
 
 // Alternates between a hot stream with mostly the first compound, and a cool one at a lower pressure with mostly the
-// last. With the sample's packages, the first is a liquid that boils when it expands.
+// last. With the sample packages, the first is a liquid that boils when it expands.
 Feed MakeFeed(std::size_t index, const Slate& slate)
 {
     const std::size_t count = slate.compounds.size();

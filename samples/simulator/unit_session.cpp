@@ -56,7 +56,7 @@ UnitSession::UnitSession(ComPtr<IDispatch> object, const SavedState* state, std:
 
 UnitSession::~UnitSession()
 {
-    // Releases what is still held, also after a failure.
+    // Releases what is still held, even after a failure.
     if (!package) return;
     for (const UnitPort& port : ports) port.port->Disconnect();
     ports.clear();

@@ -41,8 +41,8 @@ FlashResult Split(const IdealSolution& solution, double temperature, double pres
         result.liquid[i] = liquid;
         result.vapour[i] = k[i] * liquid;
     }
-    // At a phase boundary, both sums are 1 by construction; for a single phase away from the boundary, the absent
-    // phase's composition is the normalised one. This removes rounding errors in both cases.
+    // When both phases are in equilibrium, both sums are 1 except for rounding. Away from the phase boundary, the
+    // fractions of the absent phase add up to something else and are normalised here.
     for (std::vector<double>* phase : {&result.liquid, &result.vapour}) {
         const double sum = std::accumulate(phase->begin(), phase->end(), 0.0);
         for (double& fraction : *phase) fraction /= sum;
@@ -118,7 +118,7 @@ FlashResult SinglePhase(const IdealSolution& solution, MixtureProperty property,
     return Split(solution, temperature, pressure, phase == Phase::kVapour ? 1 : 0, feed);
 }
 
-// Both properties rise with temperature at constant pressure, also through the two-phase range.
+// Enthalpy and entropy rise with temperature at constant pressure, in the two-phase range too.
 FlashResult PropertyFlash(const IdealSolution& solution, MixtureProperty property, double pressure, double target,
                           std::span<const double> anyFeed, AllowedPhases allowed, const char* what)
 {
@@ -244,7 +244,7 @@ FlashResult FlashTVF(const IdealSolution& solution, double temperature, double v
     if (vapourFraction == 1) {
         pressure = dew;
     } else if (vapourFraction > 0) {
-        // The balance rises with negative pressure, as RootInRange requires.
+        // The balance rises with the negative of the pressure, as RootInRange requires.
         pressure = -RootInRange(
             {-bubble, -dew},
             [&](double negative) {

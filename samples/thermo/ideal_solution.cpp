@@ -79,7 +79,7 @@ Property IdealSolution::Entropy(Phase phase, double temperature, double pressure
             value -= kGasConstant * (saturation.value - logReference) + heat.value / temperature;
             dT -= kGasConstant * saturation.dT + heat.dT / temperature - heat.value / (temperature * temperature);
         }
-        // Mixing.
+        // The entropy of mixing.
         value -= kGasConstant * std::log(fractions[i]);
         sum.value += fractions[i] * value;
         sum.dT += fractions[i] * dT;

@@ -24,8 +24,8 @@ struct Property {
     double dP;  // per Pa, at constant temperature
 };
 
-// A property of each compound in the mixture, n values. `dn` is the derivative of value i by the amount of compound j
-// at constant temperature and pressure and a total amount of 1 mol, at [i * n + j].
+// A property of each compound in the mixture, n values. `dn` is the derivative of value i with respect to the amount of
+// compound j at constant temperature and pressure and a total amount of 1 mol, at [i * n + j].
 struct CompoundProperties {
     std::vector<double> value;
     std::vector<double> dT;

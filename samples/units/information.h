@@ -1,5 +1,5 @@
 // The objects connected to energy and information ports: collections of parameters, found by name. The standard calls
-// an energy stream's power "work"; this unit chooses the names of an information stream itself.
+// an energy stream's power "work"; the names in an information stream are the sample unit's own choice.
 #pragma once
 
 #include <cape-open.h>

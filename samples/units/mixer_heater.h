@@ -1,6 +1,6 @@
 // The mixer with heater: joins two streams, lowers the pressure and heats or cools the mixture, either with a given duty
 // or to a given temperature. Adds an energy stream's power to the duty and writes the results to an information stream.
-// Both may be left unconnected.
+// These two streams need not be connected.
 //
 //   outlet flow of each compound   = the sum over the inlets
 //   outlet pressure                = the lowest inlet pressure - pressure drop

@@ -31,7 +31,7 @@ std::vector<std::wstring> SplitterModel::Run()
     for (const auto& [port, flow] : {std::pair(kFirstOutlet, flows[0]), std::pair(kSecondOutlet, flows[1])}) {
         Mixture content = Mix({{state}});
         content.flow = flow;
-        // At the enthalpy, not at the temperature, which does not determine the vapour fraction of a boiling pure
+        // Flashes at given enthalpy, because the temperature does not determine the vapour fraction of a boiling pure
         // compound.
         Stream(port).FlashAtEnthalpy(content, ids, state.pressure, state.enthalpy);
     }

@@ -1,6 +1,6 @@
-// A sample unit operation without its interfaces: its ports, its parameters, its
-// validation status and its last results. A concrete unit derives from it and calculates. The interface parts of a unit
-// share one. Holds the connected objects and the simulator's context until Terminate or its own end.
+// A sample unit operation without its interfaces: its ports, its parameters, its validation status and its last
+// results. A concrete unit derives from it and calculates. The interface parts of a unit share one. Holds the connected
+// objects and the simulator's context until Terminate or its own end.
 #pragma once
 
 #include <cape-open.h>
@@ -70,7 +70,7 @@ private:
     Microsoft::WRL::ComPtr<IDispatch> portCollection;
     ContextView context;
     eCapeValidationStatus status = CAPE_NOT_VALIDATED;
-    std::vector<std::byte> validated;  // the signature for which the status is valid
+    std::vector<std::byte> validated;  // the signature to which `status` belongs
     std::wstring selectedReport;
     std::vector<std::wstring> results;  // of the last calculation; empty before it and after a failed one
 };

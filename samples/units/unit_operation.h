@@ -1,5 +1,5 @@
-// The COM object of a sample unit: the standard's interfaces around one model. `Persistence` is one of the three of
-// component/persistence.h, `Reporting` is ReportPart or NoReports.
+// The COM object of a sample unit: the standard's interfaces around one model. `Persistence` is PersistStreamInitPart,
+// PersistStreamPart or NoPersistence of component/persistence.h, `Reporting` is ReportPart or NoReports.
 #pragma once
 
 #include "com/object.h"

@@ -28,7 +28,7 @@ public:
                             double temperature) const;
     void FlashAtEnthalpy(const Mixture& content, const std::vector<std::wstring>& ids, double pressure,
                          double enthalpy) const;
-    // Whether the material can calculate the latter.
+    // Whether the material can calculate flashes at given enthalpy.
     bool OffersFlashAtEnthalpy() const;
 
     double Temperature() const;

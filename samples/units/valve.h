@@ -1,4 +1,4 @@
-// The valve: lowers a stream's pressure without heat or work (its enthalpy stays). Supports only IPersistStream.
+// The valve: lowers a stream's pressure without heat or work, at constant enthalpy. Supports only IPersistStream.
 #pragma once
 
 #include "samples/units/classes.h"

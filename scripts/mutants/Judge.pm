@@ -61,7 +61,7 @@ sub ByGroup
     return;
 }
 
-# `seen`: it has already failed once, among others.
+# `seen`: the test has already failed once, when it ran together with others.
 sub ByOne
 {
     my ($number, $test, $seen) = @_;

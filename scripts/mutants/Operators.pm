@@ -1,6 +1,6 @@
 # The small changes to expressions and statements. Each function finds the places of one kind of change in a source and returns
-# changes: {kind, first, last, before, after, text}. `text` replaces the tokens first to last; the sign \x01 in it is the switch,
-# true while the change is on.
+# changes: {kind, first, last, before, after, text}. `text` replaces the tokens first to last; the character \x01 in it stands for
+# the switch, true while the change is on.
 package Operators;
 use strict;
 use warnings;
@@ -195,7 +195,7 @@ sub IsOperand
     return 0 if $before->{type} ne 'sign' || $before->{text} eq ']';
     return 0 if $before->{text} =~ /^[*&>]$/ && $before->{end} == $tokens->[$i]{start} && $i > 1 && $tokens->[$i - 2]{type} eq 'name';
     return 0 if $before->{text} =~ /^[*&>]$/ && $i > 1 && $tokens->[$i - 2]{end} == $before->{start};
-    # What a constructor initialises.
+    # A member that a constructor initialises.
     return 0 if $before->{text} eq ':' && $i > 1 && $tokens->[$i - 2]{text} eq ')' && $tokens->[$i]{scope} ne 'code';
     return 1;
 }

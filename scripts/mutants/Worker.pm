@@ -55,7 +55,8 @@ sub Arrange
     return;
 }
 
-# Alone(test, state): "passed", "failed" or "timeout" with this change on, or none for 0; or recording to the file `state`.
+# Alone(test, state): runs the test and returns "passed", "failed" or "timeout". `state` is the number of the change that is on, 0
+# for none, or a file for recording the changes that the test reaches.
 sub Alone
 {
     my ($test, $state) = @_;

@@ -56,7 +56,7 @@ LRESULT ComponentTree::Draw(NMTVCUSTOMDRAW& drawing)
 {
     if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
     const auto* node = reinterpret_cast<const Node*>(drawing.nmcd.lItemlParam);
-    // The colours of a selection are a pair.
+    // A selected item keeps both colours of the selection, which belong together.
     const bool isSelected = (drawing.nmcd.uItemState & CDIS_SELECTED) != 0;
     if (drawing.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && node && !node->isUsable && !isSelected) {
         drawing.clrText = GetSysColor(COLOR_GRAYTEXT);

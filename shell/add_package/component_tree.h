@@ -26,10 +26,10 @@ public:
     };
 
     void Attach(HWND treeView, HIMAGELIST images);
-    // The caller shows what could not be searched.
+    // The outcome says what could not be searched; the caller shows it.
     Outcome Fill(std::span<const PackageKindRow> kinds, const ClassSources& sources);
 
-    // Greys what cannot be used. The answer to the tree view's NM_CUSTOMDRAW.
+    // Greys what cannot be used. Returns the answer to the tree view's NM_CUSTOMDRAW.
     static LRESULT Draw(NMTVCUSTOMDRAW& drawing);
 
     // Call before an item is expanded. False when there is nothing to show below it.

@@ -118,7 +118,7 @@ private:
     std::size_t pages = 0;
 };
 
-// The thread ends before this object does, whatever ends the taking.
+// The thread ends before this object does, for whatever reason no more batches are taken.
 class Reading {
 public:
     Reading(const SharedLogFile& file, bool inPages) : thread([this, &file, inPages] { Run(file, inPages); }) {}

@@ -1,4 +1,4 @@
-// Takes what one thread reads of a log to another, in a few batches at a time, so that the memory does not depend on the file.
+// Passes what one thread reads of a log to another, in a few batches at a time, so that the memory does not depend on the file.
 #pragma once
 
 #include <condition_variable>
@@ -13,7 +13,7 @@
 
 namespace zelt {
 
-// Rows and pages in transit. Rows are as small as possible: many millions move from one core's memory to the other's.
+// Rows and pages in transit. Rows are as small as possible: many millions of them move from one core to the other.
 struct Batch {
     struct Entry {
         std::uint32_t length;  // of the label, which follows the previous label; or the line of an objection
@@ -21,7 +21,7 @@ struct Batch {
         std::uint8_t image;
         std::uint8_t flags;
     };
-    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its 256.
+    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its limit of 256.
     static_assert(sizeof(Entry) == 8);
     enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
 
@@ -42,7 +42,7 @@ struct Batch {
     }
 };
 
-// Takes batches from one thread to the other, and empty ones back.
+// Passes batches from one thread to the other, and empty ones back.
 class BatchQueue {
 public:
     // Takes the batch's content; false once nobody wants more.
@@ -50,7 +50,7 @@ public:
     void End();
 
     enum class Taken { Batch, NothingYet, Nothing };
-    // Gives back the batch that was taken before. Waits a moment for one.
+    // Gives back the batch that was taken before. Waits a moment for the next one.
     Taken Take(Batch& batch);
     void Abandon();
 

@@ -1,5 +1,5 @@
-// The small window that shows how much of a long log has been read. Modeless: the reading thread asks it now and then to
-// handle its messages. Closes when its object is destroyed.
+// The small window that shows how much of a long log has been read. Modeless: the viewer's thread asks it now and then,
+// while the log is read, to handle the thread's messages. Closes when its object is destroyed.
 #pragma once
 
 #include <windows.h>

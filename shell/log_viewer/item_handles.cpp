@@ -19,7 +19,7 @@ void ItemHandles::Set(ItemIndex item, HTREEITEM handle)
     slots[slot] = {item, handle};
 }
 
-// Those that gave way to the item move up, so that no search ends before them.
+// Entries that gave way to the item move up, so that no search ends before them.
 void ItemHandles::Clear(ItemIndex item)
 {
     if (!Has(item)) return;

@@ -28,7 +28,7 @@ public:
     void Clear(ItemIndex item);
     void ClearAll();
 
-    // Those that are in the tree, in order.
+    // The items that are in the tree, in order.
     std::vector<ItemIndex> Items() const;
 
 private:

@@ -1,5 +1,5 @@
-// A text to find in labels. It skips through a label as far as the character at the text's end allows, so that most
-// characters are never examined. It copies nothing and folds case as it compares.
+// A text to find in labels. It skips through a label as far as the character at the place of the text's last one
+// allows, so that most characters are never examined. It copies nothing and folds case as it compares.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace zelt {
 
 class LabelPattern {
 public:
-    // Ignores case in ASCII letters only: logs hold nothing else.
+    // Ignores case in ASCII letters only: logs hold no others.
     LabelPattern(std::string text, bool ignoreCase);
 
     bool IsIn(std::string_view label) const;

@@ -18,7 +18,7 @@ public:
         : Finder(model, Narrow(search.text, CP_UTF8), search, task)
     {}
 
-    // The first match of the items from `first` up to `end`, or the last one.
+    // The first match among the items from `first` up to `end`; in a backward search, the last one.
     ItemIndex Find(ItemIndex first, ItemIndex end)
     {
         while (first < end && task.ContinueNow()) {

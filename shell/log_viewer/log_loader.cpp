@@ -18,9 +18,9 @@
 namespace zelt {
 namespace {
 
-// The reading of a log of more bytes shows its progress.
+// While a log of more bytes than this is read, a window shows the progress.
 constexpr long long kLengthWithProgress = 50000;
-// A log of more bytes is read in pages. A shorter one is kept, and does not depend on the file any more.
+// A log of more bytes than this is read in pages. A shorter one is kept in memory, and does not depend on the file any more.
 constexpr long long kLengthInPages = 1'000'000;
 // Milliseconds between two looks at what is new.
 constexpr ULONGLONG kPeriod = 100;

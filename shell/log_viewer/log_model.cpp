@@ -32,7 +32,7 @@ std::uint32_t HashOf(std::string_view text)
     return mix((hash ^ last) * kFactor);
 }
 
-// Written out because it runs for almost every item; the texts are nearly always equal.
+// Called only for texts with equal hashes, so they seldom differ.
 bool AreEqual(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size()) return false;

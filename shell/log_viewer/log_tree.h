@@ -1,9 +1,9 @@
-// The tree view of a viewer, filled from the model. A log of up to kFilledItems enters the tree completely, while it is
-// read. In a larger one, children enter the tree when they are first expanded or selected. The outermost items enter in
-// order, some at a time while the window is idle; a user who goes further finds the rest there.
+// The tree view of a viewer, filled from the model. A log of up to kFilledItems enters the tree completely, while it is read. In
+// a larger one, children enter the tree when they are first expanded or selected. The outermost items enter in order, some at a
+// time while the window is idle, and as many as needed when the user goes further.
 //
-// Of a log in pages, no more than kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a match
-// or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the user moves.
+// Of a log in pages, no more than kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a
+// match or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the user moves.
 //
 // Owns the mapping from items to handles, but neither the window nor the model.
 #pragma once
@@ -24,7 +24,8 @@ public:
     // Expanding everything stops before the tree has more nested items than this.
     static constexpr ItemIndex kExpandedItems = 200'000;
 
-    // Outermost items of a log in pages, as many as enter while the window is idle, and as many as a step may add.
+    // Of a log in pages: how many outermost items enter while the window is idle, and how many may be added to reach an item. For
+    // one that is further away, a new run begins.
     static constexpr ItemIndex kIdleOutermost = 10'000;
 
     void Attach(HWND treeView, const PagedLog& log);
@@ -106,8 +107,8 @@ private:
     HWND window = nullptr;
     const PagedLog* model = nullptr;
     ItemHandles handles;
-    ItemIndex filled = 0;                                         // the first so many items are all in the tree
-    ItemIndex nextOutermost = kNoItem;                            // the first behind those that are in the tree
+    ItemIndex filled = 0;                                         // the items before this one are all in the tree
+    ItemIndex nextOutermost = kNoItem;                            // the first after those that are in the tree
     ItemIndex firstOutermost = kNoItem, lastOutermost = kNoItem;  // in the tree
     ItemIndex outer = 0;                                          // outermost items in the tree
     ItemIndex inner = 0;                                          // nested items in the tree

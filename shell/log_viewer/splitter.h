@@ -13,7 +13,7 @@ public:
     Splitter(Dialog& dialog, double upperShare) : dialog(dialog), share(upperShare) {}
 
     void Attach(HWND upperWindow, HWND lowerWindow);
-    // Leaves so many pixels above the lower window to the dialog.
+    // Leaves `height` pixels above the lower window to the dialog.
     void KeepFree(int height) { kept = height; }
     RECT Free() const;
 

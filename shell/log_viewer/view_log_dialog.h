@@ -26,9 +26,9 @@ public:
     CViewLogDlg(std::wstring logPath, Lock processLock);
     ~CViewLogDlg() override;
 
-    // Makes the window, loads the log, and shows the window, that of a large log with its first page. Handles messages until the log is
-    // loaded. False if the window cannot be made. Reports in message boxes what is wrong with the log, and shows what it could
-    // read.
+    // Makes the window, loads the log, and shows the window; that of a large log is shown with its first page. Handles messages
+    // until the log is loaded. False if the window cannot be made. Reports in message boxes what is wrong with the log, and shows
+    // what it could read.
     bool Open();
     // Runs the window's messages until it has closed.
     void RunMessages();

@@ -126,12 +126,12 @@ void CViewLogDlg::ShowErrorDetails(bool wanted)
     filterBar.Show(wanted);
     splitter.KeepFree(wanted ? filterBar.Height() : 0);
     CheckMenuItem(GetMenu(Window()), kCommandErrorDetails, MF_BYCOMMAND | (wanted ? MF_CHECKED : MF_UNCHECKED));
-    // A filter that nobody sees hides nothing.
+    // A filter that nobody sees must not hide anything.
     if (!wanted) filterBar.Clear();
     Arrange();
 }
 
-// Called by its timer, too, which comes again while the window is busy.
+// Also called by the filter's timer, which comes again while the window is busy.
 void CViewLogDlg::FilterErrors()
 {
     if (loading || LongTask::Running()) return;

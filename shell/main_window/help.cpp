@@ -20,7 +20,7 @@ HtmlHelpFunction LocateHtmlHelp()
 {
     wchar_t path[MAX_PATH];
     DWORD size = sizeof path;
-    // The function expands an expandable text and then treats it as text; it refuses a request for that type by name.
+    // RegGetValueW expands a REG_EXPAND_SZ text and then treats it as REG_SZ; it refuses a request for REG_EXPAND_SZ by name.
     if (RegGetValueW(HKEY_CLASSES_ROOT, kServerKey, nullptr, RRF_RT_REG_SZ, nullptr, path, &size) != ERROR_SUCCESS) {
         return nullptr;
     }

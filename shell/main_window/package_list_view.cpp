@@ -58,7 +58,7 @@ void PackageListView::FitColumns()
 {
     for (int column = 0; column < kColumns; ++column) {
         ListView_SetColumnWidth(list, column, LVSCW_AUTOSIZE_USEHEADER);
-        // Not every version leaves room for the header's margins.
+        // Not every version of the list view leaves room for the header's margins.
         const int header = ListView_GetStringWidth(list, kTitles[column]) + 3 * GetSystemMetrics(SM_CXSMICON) / 2;
         if (ListView_GetColumnWidth(list, column) < header) ListView_SetColumnWidth(list, column, header);
     }

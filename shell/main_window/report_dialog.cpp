@@ -204,7 +204,7 @@ void CReportDlg::Write()
     process->SayYes();
 }
 
-// What zeltctl has written gets its place.
+// Moves what zeltctl has written to the place that the user chose.
 void CReportDlg::KeepReport()
 {
     process.reset();

@@ -1,5 +1,5 @@
-// Help > Report a problem: shows what zeltctl report would write, with the logs that the user adds, and lets the user read the texts
-// and choose the file. Nothing is sent. The texts are gone when the dialog is.
+// Help > Report a problem: shows what zeltctl report would write, with the logs that the user adds, and lets the user read the
+// texts and choose the file. Nothing is sent. The texts are removed when the dialog ends.
 #pragma once
 
 #include <optional>

@@ -59,7 +59,7 @@ ReportProcess::State ReportProcess::Look()
     if (!process) return State::Failed;
     const bool goesOn = Read();
     if (!answered && text.ends_with(kQuestion)) return State::Asking;
-    // The end of its output comes shortly before its own.
+    // The process ends shortly after its output does.
     if (goesOn || WaitForSingleObject(process.get(), 0) != WAIT_OBJECT_0) return State::Working;
     DWORD code = 0;
     GetExitCodeProcess(process.get(), &code);
@@ -102,7 +102,7 @@ std::wstring ReportProcess::Reason() const
 {
     if (!process) return Widen(SystemText(HRESULT_FROM_WIN32(error)));
     std::string reason = text.substr(0, text.find(kContents));
-    // What it says after its question is at the end.
+    // What zeltctl says after its question is at the end.
     if (const std::size_t own = text.rfind(kOwnName); own != std::string::npos)
         reason = text.substr(own + sizeof kOwnName - 1);
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == '\r')) reason.pop_back();

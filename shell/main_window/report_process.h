@@ -1,5 +1,5 @@
-// zeltctl report, run for a window: what it says is read piece by piece, so that nothing waits for it. It shows its texts in a folder
-// and waits for an answer; without one it writes nothing, and when its input ends it removes the texts and ends.
+// Runs zeltctl report for a window and reads what it says piece by piece, so that nothing waits for it. zeltctl shows its texts
+// in a folder and waits for an answer; without one it writes nothing, and when its input ends it removes the texts and ends.
 #pragma once
 
 #include <windows.h>
@@ -24,18 +24,18 @@ public:
     ReportProcess(const ReportProcess&) = delete;
     ReportProcess& operator=(const ReportProcess&) = delete;
 
-    // Takes what it has said meanwhile. Does not wait.
+    // Takes what zeltctl has said meanwhile. Does not wait.
     State Look();
-    // Once it asks: what the report contains, and where its texts are.
+    // Once zeltctl asks: what the report contains, and where its texts are.
     std::vector<ReportPart> Parts() const;
     std::wstring Folder() const;
     // Lets it write the report.
     void SayYes();
-    // Once it failed: why.
+    // Once it has failed: why.
     std::wstring Reason() const;
 
 private:
-    // Everything that it has written so far. False once there will be no more.
+    // Reads everything that zeltctl has written so far. False once there will be no more.
     bool Read();
 
     UniqueHandle process, output, input;

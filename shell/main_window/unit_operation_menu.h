@@ -1,5 +1,5 @@
-// The submenu that chooses the unit operation of the logged unit operation: "Ask user", then an item for each installed
-// one. Owns nothing; the choice is a field of the log options.
+// The submenu that chooses the unit operation that PRAVIK creates: "Ask user", then an item for each installed one.
+// Owns nothing; the choice is a field of the log options.
 #pragma once
 
 #include <windows.h>

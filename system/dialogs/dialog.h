@@ -33,8 +33,8 @@ public:
     int Scaled(int length) const;
     // A message box in front of this dialog.
     int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
-    // Runs a handler, also one that the system calls without Procedure: throws nothing into the system, and reports exhausted
-    // memory. Allocates nothing itself. The object may be gone when this returns.
+    // Runs a handler, including one that the system does not call through Procedure. Throws nothing into the system, and reports
+    // exhausted memory. Allocates nothing itself. The object may be gone when this returns.
     template <class Body>
     void Guarded(Body&& body)
     {

@@ -1,6 +1,6 @@
 // How the controls of a resizable dialog follow its edges. A row names a control and the edges to which it keeps its distance; a
-// control that keeps its distance on both sides grows. The distances are those of the dialog resource, scaled with the screen.
-// Owns no window.
+// control that keeps its distance to opposite edges grows with the dialog. The distances are those of the dialog resource, scaled
+// for the screen. Owns no window.
 #pragma once
 
 #include <windows.h>

@@ -5,8 +5,9 @@
 
 namespace zelt {
 
-// Gives the window, which is shown already, the keyboard. Windows grants that only to the program that the user works with, and to
-// those that it lets; otherwise the window and its button on the task bar flash until the user comes.
+// Gives the keyboard focus to the window, which is already shown. Windows allows this only to the program that the user is
+// working with, and to programs that this one has permitted; otherwise the window and its button on the task bar flash until the
+// user turns to it.
 inline void BringToFront(HWND window)
 {
     if (SetForegroundWindow(window)) return;

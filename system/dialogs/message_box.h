@@ -1,5 +1,5 @@
-// Message boxes: how those parts of the server that have a user address the user outside their own windows. A test replaces the
-// function and answers itself; nothing else does.
+// Message boxes: how the parts of the server that talk to a user do so outside their own windows. A test replaces the function
+// and answers itself; nothing else does.
 #pragma once
 
 #include <windows.h>

@@ -1,16 +1,17 @@
-// The awareness of screen resolutions that windows made on this thread get. The process is aware of one resolution, that of the
-// main screen: the system enlarges the windows of packages, which are drawn for it, on other screens. Our own windows scale
-// themselves for each screen, and say so while they are made.
+// The awareness of screen resolutions that windows get when this thread makes them. The process is aware of one resolution, that
+// of the main screen. The windows of packages are drawn for that resolution, and the system enlarges them on other screens. Our
+// own windows scale themselves for each screen, and tell the system so while they are made.
 #pragma once
 
 #include <windows.h>
 
 namespace zelt {
 
-// Changes it for as long as it lives. A handler of one of our windows already runs with the awareness of that window.
+// Changes the thread's awareness for as long as it lives. A handler of one of our windows already runs with the awareness of that
+// window.
 class ThreadDpi {
 public:
-    // The first of the two that this system knows.
+    // Sets the first of the two that this system knows.
     explicit ThreadDpi(DPI_AWARENESS_CONTEXT context, DPI_AWARENESS_CONTEXT older = nullptr)
         : before(SetThreadDpiAwarenessContext(context))
     {

@@ -1,4 +1,4 @@
-// Reads a log twice, as every program does and by the parser alone, and keeps what each reports, to be compared.
+// Reads a log in two ways, as every program does and by the parser alone, and keeps what each reports for a comparison.
 #pragma once
 
 #include <algorithm>
@@ -31,8 +31,8 @@ private:
 // What a sink may ask for.
 struct Wishes {
     bool lines = true;
-    unsigned leftOut = 0;    // of 8 calls, the arguments of this many
-    std::size_t stopAt = 0;  // the end after which it wants no more; 0 for none
+    unsigned leftOut = 0;    // the arguments of this many of 8 calls
+    std::size_t stopAt = 0;  // which End is the last that it wants; 0 for all
 };
 
 struct Recording {

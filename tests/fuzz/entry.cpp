@@ -1,4 +1,4 @@
-// Where every fuzzer passes its inputs, whatever the test.
+// The function to which every fuzzer passes its inputs.
 #include <cstdint>
 
 #include "memory_input.h"

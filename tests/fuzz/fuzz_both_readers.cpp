@@ -14,7 +14,7 @@ namespace {
 // Small pieces, so that a short log has many, and the ordinary ones.
 constexpr ScanSizes kSizes[] = {{1024, 1 << 20}, {1024, 16384}, {2048, 16384}, {}};
 
-// A log as ZELT writes it, up to somewhere inside of calls.
+// A log as ZELT writes it, up to a place inside some calls.
 std::string Beginning(std::uint64_t hash)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
@@ -33,7 +33,7 @@ void CheckEqual(const Recording& expected, const Recording& seen)
 {
     CHECK(seen.result == expected.result);
     CHECK(seen.events == expected.events);
-    // The parser looks ahead, so it may have met an error behind the event that made the sink stop.
+    // The parser looks ahead, so it may have met an error after the event that made the sink stop.
     const bool mayLack = seen.result == LogReadResult::Cancelled && seen.errors.size() < expected.errors.size();
     CHECK(mayLack ? std::equal(seen.errors.begin(), seen.errors.end(), expected.errors.begin())
                   : seen.errors == expected.errors);
@@ -58,7 +58,8 @@ void Test(std::string_view bytes)
 {
     const std::uint64_t hash = std::hash<std::string_view>()(bytes);
     TestReaders(bytes, hash);
-    // What is wrong with it behind what ZELT wrote: with its root, and without.
+    // Again, after the beginning of a log that ZELT wrote, so that the damage comes late: with the root element of the
+    // bytes, or without it.
     const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
     const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
     TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);

@@ -1,4 +1,4 @@
-// Reading a recording ends whatever its bytes are, in memory that the file's size bounds.
+// Reading a recording comes to an end whatever its bytes are, and the file's size limits the memory that it takes.
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
@@ -30,7 +30,7 @@ private:
     std::size_t at = 0;
 };
 
-// Every value is equal to itself, and any two can be compared, in both directions with the same answer.
+// Checks that every value equals itself, and that any two can be compared, with the same answer in both directions.
 void Compare(const recording::KeptCall& call)
 {
     const recording::Value* before = nullptr;
@@ -52,7 +52,7 @@ void ReadTrees(std::string_view bytes)
     try {
         while (const auto call = calls.Next()) Compare(*call);
     } catch (const std::runtime_error&) {
-        // Calls nested without end.
+        // The calls are nested too deeply.
     }
 }
 

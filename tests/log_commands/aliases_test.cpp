@@ -135,7 +135,7 @@ TEST_F(Aliases, TheWordsOfTheStandardStayAndTheirDerivatives)
             ExpectKept(Quoted(word + derivative));
         }
         ExpectForm(Quoted(kAlias), Quoted(word + "x"));
-        // Only a quoted text belongs to the call.
+        // Only a text in quotes is a word that the call passed.
         ExpectForm(kAlias, word);
     }
     for (const char* text : {"enthalpy.", "enthalpy.Dsecret", "enthalpy.dtemperature", "secret.Dtemperature",

@@ -1,4 +1,4 @@
-// The scanner makes no difference to what a log says, and most logs need nothing but the scanner.
+// A log says the same with the scanner as with the parser alone, and most logs need nothing but the scanner.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -11,8 +11,8 @@
 namespace zelt::test {
 namespace {
 
-// A golden log is cut at every byte when ZELT_EVERY_CUT is in the environment, which takes a quarter of an hour; otherwise at one
-// of so many.
+// A golden log is cut at every byte when ZELT_EVERY_CUT is in the environment, which takes a quarter of an hour; otherwise only
+// once in this many bytes.
 constexpr std::size_t kCutsLeftOut = 1499;
 
 class BothReaders : public testing::TestWithParam<std::string> {
@@ -78,7 +78,7 @@ class LogScanning : public testing::Test {
 protected:
     LogScanning() { PrepareLogReader(); }
 
-    // Nothing when the parser has to go on.
+    // Returns nothing when the parser has to go on.
     std::optional<LogReadResult> Scan(const std::string& log)
     {
         Recording recording;
@@ -158,7 +158,7 @@ TEST_F(LogScanning, TakesLongTextsAndDeepCalls)
     ExpectEqual(InLog(entries + std::string(3'000'000, 'x')), {}, {});
 }
 
-// What the parser finds in damage depends on how it has cut up what comes before.
+// What the parser finds in damage depends on the pieces into which it has cut the text before it.
 TEST_F(LogScanning, LeavesDamageToTheParserBehindAnyLength)
 {
     const std::string damage =

@@ -1,4 +1,4 @@
-// log check: the rules for parameters and for equilibrium calculations. For each, logs that break it and logs that only look so.
+// log check: the rules for parameters and for equilibrium calculations. For each, logs that break it and logs that only seem to.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -113,7 +113,7 @@ std::string Phase10(const std::string& label, const std::string& share, const st
 
 const std::string kFeed10 = Prop10("GetProp", "Overall", "fraction", {"0.5", "0.5"});
 
-// A calculation of fugacities, for a state.
+// A calculation of the fugacities of a phase in one state.
 std::string Fugacities(const std::string& phase, const std::string& temperature,
                        const std::vector<std::string>& fractions, const std::vector<std::string>& values,
                        const std::string& more = {})

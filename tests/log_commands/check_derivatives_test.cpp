@@ -1,4 +1,4 @@
-// log check: the rule for derivatives, with logs that break it and logs that only look so.
+// log check: the rule for derivatives, with logs that break it and logs that only seem to.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -39,7 +39,7 @@ std::string Calculation(const At& at, const std::string& sets, const std::string
                     sets);
 }
 
-// The enthalpy is 40 J/(mol K) times the temperature, and slightly more; the derivative is whatever is given.
+// An enthalpy that rises by a little more than 40 J/mol per K, and its true derivative, which Calculated multiplies by `factor`.
 double Enthalpy(double temperature) { return 40 * temperature + 0.01 * temperature * temperature - 50'000; }
 double Slope(double temperature) { return 40 + 0.02 * temperature; }
 
@@ -54,7 +54,7 @@ std::string Check(const std::string& entries)
     const TemporaryLog log(InLog(entries));
     const Outcome outcome = RunCommand({"log", "check", log.Path()});
     EXPECT_EQ("", outcome.messages);
-    // Nothing but what this rule finds.
+    // Only the findings of this rule.
     std::string found;
     for (const std::string& line : LinesOf(outcome.data)) {
         if (line.find(": derivative: ") != std::string::npos) found += line + '\n';
@@ -69,7 +69,7 @@ TEST(CheckDerivatives, FindsOneThatDisagreesWithTheProperty)
     ASSERT_NE(std::string::npos, rule) << found;
     EXPECT_EQ("enthalpy.dtemperature is 69.03 at 301 K, but enthalpy changes by 46.02 per K between 300 and 302 K\n",
               found.substr(rule + 14));
-    // In the line where the last of the three is set, and once.
+    // With a fourth state, it is found once, and in the same line: where the third state is set.
     EXPECT_EQ(found, Check(Calculated(300, 1.5) + Calculated(301, 1.5) + Calculated(302, 1.5) + Calculated(303, 1.5)));
 }
 
@@ -109,7 +109,7 @@ TEST(CheckDerivatives, IsSilentAboutThoseThatAgree)
     EXPECT_EQ("", Check(Calculated(300, 1.1) + Calculated(301, 1.1) + Calculated(302, 1.1)));
 }
 
-// Each of these has values that do not fit each other, and an explanation.
+// Each of these logs has values that disagree, and an explanation for it.
 TEST(CheckDerivatives, IsSilentWhereItCannotBeSure)
 {
     const std::string change =

@@ -263,8 +263,8 @@ TEST(LogCheck, NamesTheCallsThatWereOpenAtTheCut)
         return begins;
     };
     using Lines = std::vector<std::string>;
-    // The last finding is the cut itself, in the last line that contains anything.
-    // After the end of the inner call, inside it, after the first entry of the outer one, and after its end.
+    // The last finding is the cut itself, in the last line that contains anything. The cuts: after the end of the inner call,
+    // just before its end, after its first line, after the first line of the outer call, and after the end of the outer call.
     const std::size_t inner = whole.find("</func>", whole.find("results")) + 8,
                       start = whole.find("GetSinglePhaseProp");
     EXPECT_EQ((Lines{"5:", "16:"}), findings(whole.substr(0, inner)));

@@ -12,7 +12,7 @@ struct Outcome {
     std::string data, messages;
 };
 
-// `coloured` as on a terminal.
+// `coloured`: with colours, as on a terminal.
 Outcome RunCommand(const std::vector<std::string>& words, bool coloured = false);
 
 // A file in the folder for temporary files.

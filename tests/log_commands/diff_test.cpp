@@ -171,7 +171,7 @@ TEST(LogDiff, GivesWhatFollowsAnInnerCallToTheOuterOne)
                "\"/></arg></func>\n<info value=\"" + message + "\"/>\n";
     };
     EXPECT_EQ("~ 5 5  A::Outer (P) out b[1]: 7 -> 8", LinesOf(Compare(nested("7", "m"), nested("8", "m")).data)[0]);
-    // After all calls, it belongs to none.
+    // A message after all calls belongs to none.
     EXPECT_EQ("- 6  info: m", LinesOf(Compare(nested("7", "m"), nested("7", "n")).data)[0]);
 }
 

@@ -37,7 +37,8 @@ const HiddenCase kHidden[] = {
     {"\u2065", "\u2065", "\u2065"},
     {"\u206a", "\u206a", "\u206a"},
     {"\u05d0\u0628", "\u05d0\u0628", "\u05d0\u0628"},
-    // The first and last characters of each length in bytes, with bytes that would be hidden on their own.
+    // Characters of each length in bytes, with a low and with a high first byte. Some of their other bytes would be hidden on
+    // their own.
     {"\u00c0", "\u00c0", "\u00c0"},
     {"\u07c0", "\u07c0", "\u07c0"},
     {"\u0800", "\u0800", "\u0800"},
@@ -65,7 +66,7 @@ int CountOf(const std::string& text, const std::string& part)
 
 struct FormCase {
     std::vector<std::string> words;
-    int texts;  // how many of the log's seven it shows, repetitions included
+    int texts;  // how many of the log's eight it shows, repetitions included
 };
 
 TEST(HiddenCharacters, AreShownAsCodesByEachCommand)

@@ -107,7 +107,7 @@ TEST(LogList, LeavesOutWhatIsNoLog)
     EXPECT_EQ("", none.data);
     EXPECT_EQ("zeltctl: " + empty.Path() + ": this is a folder, no log\n", none.messages);
     EXPECT_EQ("[]\n", RunCommand({"log", "list", "--json", empty.Path()}).data);
-    // Without the lines that ZELT begins a log with.
+    // A log without the lines that ZELT begins each log with.
     const TemporaryFolder bare;
     bare.Write("a.zlg", InLog(""));
     EXPECT_EQ(

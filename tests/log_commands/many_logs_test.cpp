@@ -205,7 +205,7 @@ TEST(OutputFolder, TakesAFileForEachLog)
     EXPECT_EQ((std::vector<std::string>{"a (2).csv", "a.csv", "b.csv"}), out.Names());
     EXPECT_EQ(RunCommand({"log", "export", "--csv", logs.Of("b.zlg")}).data, ReadBytes(out.Of("b.csv")));
     EXPECT_EQ(ReadBytes(out.Of("b.csv")), ReadBytes(out.Of("a (2).csv")));
-    // Made when it is not there; of one log, a folder that is there.
+    // For several logs, the folder is created when it is not there; for one log, it has to be there.
     EXPECT_EQ(0, RunCommand({"log", "redact", "-o", out.Of("new"), logs.Path()}).code);
     EXPECT_TRUE(fs::exists(out.Of("new/a redacted.zlg")));
     EXPECT_TRUE(fs::exists(out.Of("new/b redacted.zlg")));
@@ -228,7 +228,7 @@ TEST(OutputFolder, IsNeededForSeveralFiles)
     const Outcome file = RunCommand({"log", "redact", "-o", logs.Of("a.zlg"), logs.Path()});
     EXPECT_EQ(2, file.code);
     EXPECT_EQ("zeltctl: " + logs.Of("a.zlg") + ": this is no folder\n", file.messages);
-    // The others are written although one cannot be.
+    // The others are written although one log cannot be read.
     const TemporaryFolder out;
     EXPECT_EQ(3, RunCommand({"log", "export", "--csv", "-o", out.Path(), logs.Path()}).code);
     EXPECT_EQ(std::vector<std::string>{"a.csv"}, out.Names());

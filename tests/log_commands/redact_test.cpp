@@ -1,4 +1,4 @@
-// log redact: removes everything of the user's and keeps everything else.
+// log redact: removes everything that is the user's, and keeps everything else.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -25,7 +25,7 @@ std::string Redacted(const std::string& path) { return RunCommand({"log", "redac
 
 TEST(LogRedact, KeepsNoNameAndNoValue)
 {
-    // Words of the standard.
+    // Words of the standard, and the aliases of compounds.
     const std::regex kept("[a-zA-Z]+(\\.D[a-zA-Z]+)?|Compound-[1-9][0-9]*");
     for (const std::string& log : kGoldenLogs) {
         const std::string original = ReadBytes(GoldenLog(log)), redacted = Redacted(GoldenLog(log));
@@ -144,7 +144,7 @@ TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
         {"with what is no number", {"0.123457", "Benzene", "N/A"}, false, {"12: not-a-number"}},
     };
     for (const FractionsCase& one : cases) {
-        // With some keys.
+        // With several keys.
         for (int run = 0; run < 20; ++run) {
             SCOPED_TRACE(one.name);
             const TemporaryLog log(SetFractions(one));
@@ -231,7 +231,7 @@ TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
          "A: QueryInterface for unsupported interface ICapeX"},
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface {1234}",
          "A: QueryInterface for unsupported interface A"},
-        // A name of the standard has letters and digits alone.
+        // A name of the standard has only letters and digits.
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface ICapeX10az",
          "A: QueryInterface for unsupported interface ICapeX10az"},
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface ICape{1234}",

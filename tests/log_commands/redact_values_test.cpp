@@ -1,5 +1,5 @@
-// log redact: what it keeps of values so that a reader, and the rules of log check, find in the redacted log what is in the original:
-// order, sums, balances, counts.
+// log redact: what it keeps of values so that a reader, and the rules of log check, find in the redacted log what is in the
+// original: order, sums, balances, counts.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -63,9 +63,9 @@ TEST(LogRedactValues, KeepsWhatTheRulesForCalculationsFind)
         // Within the tolerance.
         {"sample_simulator_11", "\"0.510548\"", "\"0.511\"", ""},
         {"sample_simulator_10", "\"0.687844\"", "\"0.787844\"", "1498: balance"},
-        // The value outside its bounds is not reset.
         {"sample_simulator_11", "\"18963.8\"", "\"28963.8\"", "4421: fugacity"},
         {"sample_flowsheet_unit", "\"16\"", "\"17\"", "1599: unit-balance"},
+        // The value outside its bounds is no longer reset.
         {"sample_simulator_11", "object=\"Highest pressure\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"",
          "object=\"Another\">\r\n</func>\r\n<func name=\"ICapeParameter::get_value\"", "246: bounds"},
         {"sample_simulator_11", "<argval value=\"VARIANT_FALSE\"/>", "<argval value=\"VARIANT_TRUE\"/>", "196: bounds"},
@@ -75,7 +75,7 @@ TEST(LogRedactValues, KeepsWhatTheRulesForCalculationsFind)
         const std::vector<std::string> findings = FindingsOf(log);
         const bool isFound = std::find(findings.begin(), findings.end(), one.rule) != findings.end();
         EXPECT_EQ(*one.rule != 0, isFound) << one.old;
-        // With some keys.
+        // With several keys.
         for (int run = 0; run < 10; ++run) ASSERT_EQ(findings, FindingsOf(Redacted(log))) << one.old;
     }
 }
@@ -185,7 +185,7 @@ TEST(LogRedactValues, APhaseFractionIsReadAsItWasSet)
         }
         ASSERT_EQ(6u, numbers.size());
         EXPECT_EQ(numbers[2], numbers[5]);
-        // The balance that the first compound has: what part of the feed's is in this phase.
+        // The balance of the first compound: which part of the feed's amount is in this phase.
         EXPECT_NEAR(0.4 * 0.8 / 0.5, std::stod(numbers[2]) * std::stod(numbers[3]) / std::stod(numbers[0]), 1e-4);
     }
 }
@@ -197,7 +197,7 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
         return Call("ICapeThermoMaterial::" + method, "out", name,
                     Text("property", property) + Text("basis", "mole") + Numbers("values", values));
     };
-    // A mixer of which one material has a total flow, another the flows of the compounds.
+    // A mixer: one of its materials has a total flow, another the flows of the compounds.
     const std::string entries = Call("ICapeUnit::Calculate", "in", "U",
                                      material("GetOverallProp", "A", "totalFlow", {"10"}) +
                                          material("GetOverallProp", "A", "fraction", {"0.25", "0.75"}) +

@@ -1,4 +1,4 @@
-// report: what it shows, what it asks, and the zip file that it writes; with texts in place of those about a computer.
+// report: what it shows, what it asks, and the zip file that it writes; with made-up texts in place of those about the computer.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -43,7 +43,7 @@ const std::string kCreate =
 
 TEST(LogShowAt, ShowsTheCallThatTheLineIsIn)
 {
-    // From the opening line to the closing one; the closing line of an inner call belongs to that.
+    // From the opening line to the closing one; the closing line of an inner call belongs to the inner call.
     for (const int line : {15, 16, 18, 21, 25, 47, 48}) EXPECT_EQ(kCalc, ShowAt(line).data) << line;
     for (const int line : {26, 27, 28, 37, 40, 41}) EXPECT_EQ(kGet, ShowAt(line).data) << line;
     for (const int line : {42, 43, 45, 46}) EXPECT_EQ(kCreate, ShowAt(line).data) << line;
@@ -113,7 +113,7 @@ TEST(LogShowAt, SaysOfACallThatItWasCutOff)
         kCalc.substr(0, kCalc.find("      42")) + "            result: none; the log is cut off during this call\n",
         outcome.data);
     EXPECT_NE(std::string::npos, outcome.messages.find("cut off or damaged")) << outcome.messages;
-    // A call that ended before is not concerned.
+    // A call that ended before the cut is not affected.
     EXPECT_EQ(kGet, RunCommand({"log", "show", "--at", "26", log.Path()}).data);
 }
 
@@ -122,7 +122,7 @@ TEST(LogShowAt, DistinguishesCallsThatBeginInOneLine)
     const TemporaryLog log(
         InLog("<func name=\"A::Outer\" direc=\"in\" object=\"P\"><func name=\"A::Inner\" direc=\"out\" object=\"F\">"
               "<error value=\"no\"/></func></func>\n<func name=\"A::Next\" direc=\"in\" object=\"P\"/>\n"));
-    // The line says no more than that the outer one begins there.
+    // A line in which several calls begin stands for the outermost of them.
     EXPECT_EQ("       3  > A::Outer  P\n       3    < A::Inner  F\n       3      error: no\n            result: ok\n",
               RunCommand({"log", "show", "--at", "3", log.Path()}).data);
     EXPECT_EQ("       4  > A::Next  P\n            result: ok\n",

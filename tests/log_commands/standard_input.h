@@ -1,4 +1,4 @@
-// Gives the program a file as its standard input for as long as it lives.
+// Gives the program a file as its standard input, for as long as the object lives.
 #pragma once
 
 #include <fcntl.h>

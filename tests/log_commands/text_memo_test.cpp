@@ -1,4 +1,4 @@
-// What commands remember of texts that recur is what they would make of them again.
+// What commands remember of texts that recur: it is always what they would make of the text again.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// More texts than it has places, of all lengths up to some that it does not keep.
+// More texts than the memo has places, of all lengths up to some that it does not keep.
 TEST(TextMemo, GivesWhatIsMadeOfEachText)
 {
     ctl::TextMemo memo;

@@ -1,4 +1,5 @@
-// What is in a zip file: each file of its directory, unpacked and compared with its checksum and size. Reads only what reports need.
+// What is in a zip file: each file of its directory, unpacked and compared with its checksum and size. Reads only such zip files
+// as ZipWriter writes.
 #pragma once
 
 #include <gtest/gtest.h>

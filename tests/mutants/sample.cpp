@@ -1,4 +1,4 @@
-// What the generator of changes is shown in its test; no program holds it. It has a place for each kind of change.
+// The source that the test gives to the generator; no program contains it. It has a place for each kind of change.
 #include <cstddef>
 #define NOT_CHANGED(x) ((x) < 1)
 
@@ -36,7 +36,7 @@ bool Use(int value, char (&text)[Size])
     return value << 1 >= 8;
 }
 
-// Tables whose order of rows nobody can see, and one where somebody can.
+// Tables whose order of rows has no visible effect, and one whose order has.
 constexpr std::string_view kWords[] = {"a", "b"};
 constexpr std::string_view kMarks[] = {"c", "d"};
 constexpr std::string_view kNumbers[] = {"1", "2"};

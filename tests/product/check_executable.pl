@@ -1,6 +1,6 @@
 #!/usr/bin/perl
 # Checks ZELT.EXE or ZELT64.EXE as a file: check_executable.pl <program> <version> <objdump> <folders that it must not name...>.
-# Its imported libraries, flags, version, manifest and icon, and that it has no trace of the building machine.
+# Looks at its imported libraries, flags, version, manifest and icon, and for traces of the building machine.
 use strict;
 use warnings;
 use Encode 'encode';
@@ -10,8 +10,8 @@ my ($program, $version, $objdump, @folders) = @ARGV;
 my @faults;
 sub Expect { my ($ok, $what) = @_; push @faults, $what if !$ok; }
 
-# Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in, except the system's own C
-# library.
+# Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in; only the C library, msvcrt, is the
+# system's own.
 my %system = map { lc "$_.dll" => 1 } qw(advapi32 bcrypt comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 user32 version);
 
 my $header = qx("$objdump" -p "$program");

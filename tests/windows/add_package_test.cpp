@@ -59,7 +59,7 @@ protected:
     }
     std::wstring ExportName() { return TextOfWindow(GetDlgItem(dialog, kExportName)); }
     bool OkEnabled() { return IsWindowEnabled(GetDlgItem(dialog, IDOK)); }
-    // Until the dialog has handled what was posted to it so far: sent messages overtake posted ones.
+    // Waits until the dialog has handled what was posted to it so far, because sent messages overtake posted ones.
     void WaitForPosted()
     {
         const HWND box = GetDlgItem(dialog, kLoggingEnabled);
@@ -160,7 +160,7 @@ TEST_F(AddPackage, GreysWhatTheOtherWidthAloneCanUseWithTheReason)
     EXPECT_EQ(0, list->Count());
 }
 
-// What this edition cannot host is a reason to open the other.
+// A package that this edition cannot host is a reason to open the other edition.
 TEST_F(AddPackage, OpensTheOtherEdition)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";

@@ -57,7 +57,7 @@ public:
     // The item with that label among all items in the tree; null if there is none.
     HTREEITEM Find(const std::wstring& label) const;
     void Select(HTREEITEM item) const;
-    // Without waiting: expanding may show a message box.
+    // Does not wait, because expanding may show a message box.
     void PostExpand(HTREEITEM item) const;
 };
 

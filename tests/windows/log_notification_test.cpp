@@ -1,4 +1,4 @@
-// The notification "Logging to ...", with the system's function replaced; and that a log that opens causes it if the user wants it.
+// The notification "Logging to ...", with the system's function replaced. A log that opens shows it if the user wants that.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -34,7 +34,7 @@ protected:
         notified.clear();
         hasTaskBar = true;
     }
-    // The only call since the last one.
+    // The only call of the function since the previous TakeOne.
     static Notified TakeOne()
     {
         EXPECT_EQ(1u, notified.size());
@@ -146,7 +146,7 @@ TEST_F(Notification, AppearsForALogIfTheUserWantsIt)
         EXPECT_EQ(wanted ? 1u : 0u, notified.size());
     }
     EXPECT_EQ(L"Logging to " + path, TakeOne().icon.szInfo);
-    // Nothing is logged.
+    // This log cannot be opened, so there is no notification.
     path = L"C:\\no such folder\\a.zlg";
     EXPECT_FALSE(OpenLog(options, L"A", L"A", "package").document.Get());
     EXPECT_TRUE(notified.empty());

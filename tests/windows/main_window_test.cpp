@@ -67,7 +67,7 @@ protected:
         PostMessageW(window, WM_CANCELMODE, 0, 0);
         EXPECT_TRUE(WaitUntil([this] { return !IsInMenu(); }));
     }
-    // The contents of the registry, one letter per package: L if logged.
+    // The names of the stored packages, each with "(L)" if it is logged.
     static std::wstring Stored()
     {
         ExportedPackageList stored;
@@ -91,7 +91,7 @@ protected:
     std::optional<RemoteList> list;
 };
 
-// This process stands for the other one.
+// This process plays the other ZELT.
 TEST_F(MainWindow, SaysThatAZeltWithOtherRightsIsRunning)
 {
     const bool plain = RightsOfThisProcess() == Rights::Plain;
@@ -218,7 +218,7 @@ TEST_F(MainWindow, ChoosesTheUnitOperationOfItsMenu)
     components.Add(L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}", L"{678C09A5-7D66-11D2-A67D-00105A42887F}", L"Own");
     const CLSID expected = {0x7E57AAAA, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
     ASSERT_NO_FATAL_FAILURE(Start());
-    // The program's own class is missing: there is one item, and none after it.
+    // The program's own class is left out: there is one item, and none after it.
     Command(window, kCommandFirstUnitOperation + 1);
     EXPECT_EQ(CLSID{}, StoredOptions().pravikUnit);
     Command(window, kCommandFirstUnitOperation);

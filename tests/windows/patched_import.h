@@ -1,6 +1,6 @@
 // Replaces a function that this program imports from the system, while the object exists. Every call from this
-// program's own code goes to the replacement, on any thread; calls inside the system's libraries do not. Only one
-// exists for a function at a time.
+// program's own code goes to the replacement, on any thread; calls inside the system's libraries do not. Only one may
+// exist for each function at a time.
 #pragma once
 
 #include <windows.h>
@@ -24,7 +24,7 @@ public:
     PatchedImport(const PatchedImport&) = delete;
     PatchedImport& operator=(const PatchedImport&) = delete;
 
-    // The system's own.
+    // The system's own function.
     Function* Original() const { return original; }
 
 private:

@@ -1,5 +1,6 @@
 // From the category to the unit: PRAVIK searches the classes, shows its dialog, and creates the class that the user chose. The
-// classes are registered for the machine while a test runs, because an override of HKEY_CLASSES_ROOT has no view.
+// classes are registered for the machine while a test runs, because an override of HKEY_CLASSES_ROOT has no 32-bit and 64-bit
+// views.
 #include <gtest/gtest.h>
 
 #include <algorithm>

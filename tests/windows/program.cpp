@@ -5,7 +5,7 @@
 namespace zelt::test {
 namespace {
 
-// For what never happens: a machine may be slow.
+// In milliseconds. Long, because a machine may be slow; only a wait for what never happens takes all of it.
 constexpr DWORD kPatience = 120'000, kPace = 20;
 
 struct Search {

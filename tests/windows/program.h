@@ -11,7 +11,7 @@
 
 namespace zelt::test {
 
-// Checks until the condition is true; false if it is not true within ten seconds.
+// Checks until the condition is true; false if it is not true within two minutes.
 bool WaitUntil(const std::function<bool()>& condition);
 
 std::wstring TextOfWindow(HWND window);

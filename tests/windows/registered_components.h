@@ -33,13 +33,13 @@ public:
     void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
              const wchar_t* description = nullptr);
 
-    // The same in the view of the other width only, with a library. Nothing where there is one view.
+    // The same in the view of the other width only, with a library. Does nothing on a system with one view.
     void AddForOtherWidth(const std::wstring& classId, const std::wstring& category, const std::wstring& name);
 
-    // The class is served by this command line.
+    // Registers a program with this command line as the server of the class.
     void AddServer(REFCLSID classId, const std::wstring& commandLine);
 
-    // Leaves the samples that work.
+    // Unregisters the faulty samples, so that those that work are left.
     void RemoveFaulty();
 
 private:

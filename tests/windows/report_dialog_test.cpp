@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What the user answers in the file dialogs: texts with a zero after each, none for Cancel.
+// What the user answers in the file dialogs: texts separated by null characters; empty for Cancel.
 std::wstring logsToAdd, fileToWrite;
 DWORD flagsOfLogs = 0;
 
@@ -85,7 +85,7 @@ protected:
         hands.join();
     }
     bool IsReady() const { return IsWindowEnabled(GetDlgItem(dialog, IDOK)); }
-    // Doctor may need longer than other waits.
+    // zeltctl doctor may need longer than one call of WaitUntil waits.
     void WaitUntilReady() const
     {
         for (int i = 0; i < 6 && !WaitUntil([this] { return IsReady(); }); ++i) {
@@ -148,7 +148,7 @@ TEST_F(ReportDialog, ShowsTheTextsBeforeAnythingIsWritten)
         EXPECT_TRUE(texts.ends_with(L"\\doctor.txt")) << testing::PrintToString(texts);
         EXPECT_NE("", Bytes(texts));
     });
-    // Without an answer the texts disappear.
+    // If the user does not have the report written, its texts disappear.
     EXPECT_TRUE(WaitUntil([&] { return !fs::exists(fs::path(texts).parent_path()); }));
     EXPECT_TRUE(boxes.All().empty());
     EXPECT_TRUE(fs::is_empty(folder));

@@ -9,7 +9,8 @@
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 
-// The dialog in this process, on a separate thread, with classes that a test made up.
+// The dialog that exports a package, also with a restricted choice, in this process, on a separate thread, with classes
+// that a test made up.
 namespace {
 
 using namespace zelt;
@@ -70,7 +71,7 @@ protected:
         return names;
     }
 
-    RegistryKey classes, others;  // those of the other width, where a test has some
+    RegistryKey classes, others;  // `others` holds the classes of the other width, if a test has any
     ExportedPackageList exported;
 };
 
@@ -143,7 +144,7 @@ TEST_F(RestrictedChoice, DrawsGreyWhatCannotBeUsed)
         const Drawn grey = Draw(tree, unusable, CDDS_ITEMPREPAINT);
         EXPECT_EQ(CDRF_DODEFAULT, grey.answer);
         EXPECT_EQ(GetSysColor(COLOR_GRAYTEXT), grey.text);
-        // The colours of a selection stay together, and so do those of what can be used.
+        // The dialog does not change the colours of a selected item or of one that can be used.
         EXPECT_EQ(CLR_NONE, Draw(tree, unusable, CDDS_ITEMPREPAINT, CDIS_SELECTED).text);
         EXPECT_EQ(CLR_NONE, Draw(tree, unusable, CDDS_ITEMPOSTPAINT).text);
         EXPECT_EQ(CLR_NONE, Draw(tree, usable, CDDS_ITEMPREPAINT).text);

@@ -14,8 +14,8 @@
 namespace zelt::test {
 namespace {
 
-// What happened while the module ran, in order, one word each. Other threads, and the test itself, use the same
-// functions.
+// What happened while the module ran, in order, one word each. Some of the functions are also used by other threads and
+// the test itself, whose calls do not count.
 std::vector<std::string> events;
 std::atomic<DWORD> runningThread = 0;
 

@@ -136,7 +136,7 @@ char* Duplicate(const char* text) { return scarce ? nullptr : strdup(text); }
 
 TEST_F(ViewerHere, AParserThatCannotBeMadeIsSaidAndTheViewerStaysEmpty)
 {
-    // Logs that the viewer's own thread reads, and that a second thread reads.
+    // The viewer's own thread reads the short log, a second thread reads the long one.
     for (const std::size_t length : {100u, 60'000u}) {
         std::ofstream(path, std::ios::binary)
             << "<zeltlogdocument><info value=\"1\"/></zeltlogdocument>" << std::string(length, ' ');
@@ -290,8 +290,8 @@ TEST_F(ViewerHere, ASelectedErrorSelectsItsItemAndNothingElseDoes)
     EXPECT_EQ(0u, ListView_GetSelectedCount(list));
 }
 
-// More items than the tree is filled with. The rest of the outermost ones waits for the timer, which has no chance here: nobody takes
-// messages.
+// A log with more items than are put into the tree at first. The other outermost items wait for a timer, which has no effect
+// here, because nobody takes messages from the queue.
 class PartlyFilled : public ViewerHere {
 protected:
     static std::string Infos(int count)

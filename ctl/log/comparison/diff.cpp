@@ -40,7 +40,7 @@ public:
     void Value(const SequenceStep& call, const SequenceValue* a, const SequenceValue* b)
     {
         ++values;
-        // The counterpart of a missing value is the call.
+        // For a value that only the second log has, the line in the first log is that of the call.
         const int lineA = a ? a->line : call.line, lineB = b ? b->line : 0;
         Note(lineA, lineB);
         const std::string& key = a ? a->key : b->key;
@@ -105,7 +105,7 @@ private:
     int firstA = 0, firstB = 0;
 };
 
-// Values are identified by their keys, which come in the same order in both.
+// Values are identified by their keys, which come in the same order in both calls.
 void CompareValues(const SequenceStep& a, const SequenceStep& b, double tolerance, DifferenceWriter& writer)
 {
     const auto position = [](const std::vector<SequenceValue>& values, std::size_t from, const std::string& key) {

@@ -5,10 +5,11 @@
 namespace zelt::ctl {
 namespace {
 
-// More elements without a counterpart than this are not matched up: time and memory grow with the square.
+// With more elements without a counterpart than this, the search gives up: its time and memory grow with the square of their
+// number.
 constexpr int kMostLeftOver = 3000;
 
-// The furthest paths for each number of leftover elements: how far in `a` each diagonal came.
+// For one number of leftover elements, how far in `a` the furthest path on each diagonal got.
 using Furthest = std::vector<int>;
 
 struct Search {
@@ -24,7 +25,7 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     Search search;
     Furthest current(1, 0);
     for (int left = 0; left <= limit; ++left) {
-        // Diagonal d of a step is at index d + left; the diagonal is a - b.
+        // Diagonal d, the place in `a` minus the place in `b`, is at index d + left.
         Furthest next(2 * static_cast<std::size_t>(left) + 1);
         for (int d = -left; d <= left; d += 2) {
             int x = 0;
@@ -56,7 +57,7 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     return search;
 }
 
-// The pairs of a complete search, last first; `start` is the place of the sequences' first elements.
+// The pairs of a complete search, last first; `start` is the place where both searched parts begin.
 std::vector<AlignedPair> TracePath(const Search& search, std::size_t start)
 {
     std::vector<AlignedPair> reversed;
@@ -98,7 +99,7 @@ std::vector<AlignedPair> TracePath(const Search& search, std::size_t start)
 
 Alignment Align(const std::vector<int>& a, const std::vector<int>& b)
 {
-    // Equal beginnings and ends cost nothing.
+    // Equal beginnings and ends need no search.
     std::size_t start = 0, end = 0;
     while (start < a.size() && start < b.size() && a[start] == b[start]) ++start;
     while (end < a.size() - start && end < b.size() - start && a[a.size() - 1 - end] == b[b.size() - 1 - end]) ++end;

@@ -1,5 +1,5 @@
-// Which element of one sequence corresponds to which of another, with as few left over as possible: the shortest edit script,
-// found by following the furthest paths. Knows nothing of logs.
+// Which element of one sequence corresponds to which element of another, with as few elements left over as possible: the shortest
+// edit script, found by following the furthest paths. Knows nothing of logs.
 #pragma once
 
 #include <optional>
@@ -13,7 +13,7 @@ struct AlignedPair {
 
 struct Alignment {
     std::vector<AlignedPair> pairs;  // in the order of both sequences
-    bool complete = true;            // false when the sequences differ too much: the rest is left over, unmatched
+    bool complete = true;            // false when they differ too much: only their beginnings and ends are matched
 };
 
 Alignment Align(const std::vector<int>& a, const std::vector<int>& b);

@@ -10,7 +10,7 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Removes the numbers at the ends of texts in quotes.
+// Replaces the numbers at the ends of texts in quotes by #.
 std::string WithoutQuotedNumbers(std::string_view text)
 {
     std::string out;

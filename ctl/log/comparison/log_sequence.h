@@ -1,4 +1,4 @@
-// A log in memory, as log diff compares it: a sequence of calls in the order of their beginnings, and of what is outside of
+// A log in memory, as log diff compares it: a sequence of calls in the order in which they begin, and of what is outside of
 // calls. Leaves out what differs between two runs of the same conversation: addresses, times, the numbers at the ends of objects'
 // names, the queries of the system.
 #pragma once
@@ -29,9 +29,9 @@ struct Sequence {
     bool complete;  // false for a log that is cut off or damaged, as with ReadEvents
 };
 
-// "Stream 12" and "Stream (12)" without their numbers.
+// The name with # in place of its number: "Stream #" for "Stream 12", "Stream (#)" for "Stream (12)".
 std::string WithoutNumber(std::string_view name);
-// A message without the numbers of objects and without times.
+// A message with # in place of the numbers of objects, and without times.
 std::string ComparableMessage(std::string_view text);
 
 // Throws InputError.

@@ -17,8 +17,8 @@ namespace {
 constexpr std::string_view kHeader =
     "line,kind,call,caller,direction,interface,method,object,argument,argument direction,type,index,text\r\n";
 
-// What makes spreadsheets take a cell for a formula: also in the wide forms of East Asian keyboards, and after white space that
-// they skip.
+// The beginnings that make a spreadsheet take a cell for a formula, also in the wide forms of East Asian keyboards. A spreadsheet
+// also skips white space at the beginning.
 constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
 
@@ -149,7 +149,7 @@ private:
     }
 
     Output& out;
-    std::vector<OpenCall> open;  // the first `depth` of them; the others keep their memory
+    std::vector<OpenCall> open;  // the first `depth` of them are open; the others keep their memory
     std::size_t depth = 0;
     long long calls = 0, index = 0;
     bool inArgument = false;

@@ -1,5 +1,5 @@
-// The forms of log export. Each writes as it reads; the HTML export keeps nothing either, but a browser will. False when
-// the log is cut off or damaged, as with ReadEvents.
+// The forms of log export. None keeps the log in memory: each writes as it reads, though the database goes to a temporary file
+// first. A browser does keep the whole HTML page. False when the log is cut off or damaged, as with ReadEvents.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ bool ExportCsv(const std::string& path, bool withQueries, Streams& streams);
 bool ExportJson(const std::string& path, bool withQueries, Streams& streams);
 // The page has the system's queries in any case; `withQueries` says whether it shows them at first.
 bool ExportHtml(const std::string& path, bool withQueries, Streams& streams);
-// Of a recording, too.
+// Exports recordings, too.
 bool ExportSqlite(const std::string& path, bool withQueries, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -1,5 +1,5 @@
-// What the values of an argument mean to a redaction: most are replaced by what their form allows, but some have an order, a sum or
-// a number that a reader needs.
+// What the values of an argument mean to a redaction: most are replaced by others of the same form, but some have an order, a sum
+// or a number that a reader needs.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace zelt::ctl {
 
 enum class ArgumentMeaning {
     Other,
-    Count,      // also indices, statuses and dimensions: numbers that the standard gives a meaning
+    Count,      // also indices, statuses and dimensions: numbers to which the standard gives a meaning
     Fractions,  // of a mixture
     PhaseFraction,
     TotalFlow,
@@ -32,9 +32,9 @@ public:
     ArgumentMeaning Meaning() const { return meaning; }
     // Whether the values have to balance with those of a calculation: phase fractions, and the flow of a whole material.
     bool AreHeld() const;
-    // Whether fractions are those of all compounds.
+    // Whether the values are those of all compounds.
     bool AreAll() const { return open && !calls[open - 1].ofSome; }
-    // What an order is kept among: a property, or a parameter.
+    // Among which values the order is kept: those of a property, or of a parameter.
     std::string_view Order() const { return order; }
     // The object and the phase of the innermost call.
     std::string_view Object() const { return open ? std::string_view(calls[open - 1].object) : std::string_view(); }
@@ -47,13 +47,13 @@ private:
         std::string object, phase;
         Kind kind;
         Property property;
-        bool ofSome;  // of the compounds that are named
+        bool ofSome;  // the values are those of the compounds that are named
     };
     static Kind KindOf(const LogEvent& call);
     ArgumentMeaning MeaningOf(const LogEvent& argument);
     ArgumentMeaning MeaningOfValues();
 
-    std::vector<OpenCall> calls;  // of which the first are open; the memory of the others is used again
+    std::vector<OpenCall> calls;  // the first `open` of them are open; the memory of the others is reused
     std::size_t open = 0;
     bool isProperty = false, isPhase = false, isCompounds = false;
     ArgumentMeaning meaning = ArgumentMeaning::Other;

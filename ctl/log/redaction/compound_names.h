@@ -11,7 +11,8 @@ namespace zelt::ctl {
 
 class CompoundNames {
 public:
-    // Of a name in quotes, as a value of a log, with quotes that are escaped. Valid until the next call.
+    // The alias of a name. `quoted` is the name as a value in a log, in quotes; the alias is in quotes, too, but these are
+    // escaped. Valid until the next call.
     const std::string& NameOf(std::string_view quoted, const LogAliases& aliases);
 
 private:

@@ -11,7 +11,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Of the rules for fractions.
+// The tolerance of the rules for fractions.
 constexpr double kTolerance = 1e-4;
 
 std::optional<double> NumberOf(std::string_view text)
@@ -29,7 +29,7 @@ std::string Digits(double number)
     return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
 }
 
-// Of a mole of the mixture.
+// The mass of a mole of the mixture, with the compounds' masses from the aliases.
 double MassOf(const std::vector<double>& fractions, const LogAliases& aliases)
 {
     double mass = 0;
@@ -37,8 +37,8 @@ double MassOf(const std::vector<double>& fractions, const LogAliases& aliases)
     return mass;
 }
 
-// Replaces the positive numbers of these places by others with this sum. Whether one of them is above 1 stays as it was, if the
-// sum allows that.
+// Replaces the positive numbers at these places by others with this sum. If there was a number above 1, there still is one, and
+// otherwise none, as far as the sum allows that.
 void Share(const std::vector<std::size_t>& places, const std::vector<double>& numbers, double sum,
            const LogAliases& aliases, std::vector<std::string>& redacted)
 {
@@ -54,7 +54,7 @@ void Share(const std::vector<std::size_t>& places, const std::vector<double>& nu
     const auto most = std::max_element(shares.begin(), shares.end());
     const double equal = sum / static_cast<double>(shares.size());
     if (largest <= kLimit && *most > kLimit) {
-        // So much nearer to equal shares that none is.
+        // Moves the shares so much nearer to equal ones that none is above the limit.
         const double part = *most > equal ? (kLimit - equal) / (*most - equal) * 0.99 : 0;
         for (double& share : shares) share = equal + std::max(part, 0.0) * (share - equal);
     } else if (largest > kLimit && *most <= kLimit) {
@@ -96,7 +96,7 @@ std::vector<std::string> RedactFractions(const std::vector<std::string>& values,
         Share(above, numbers, sum, aliases, redacted);
         return redacted;
     }
-    // The sum of some would say too much.
+    // The sum of only some fractions would reveal too much, so it does not stay.
     for (const std::size_t i : above) {
         redacted[i] = Digits(aliases.Weight(values[i]) + (numbers[i] > 1 + kTolerance ? 1.1 : 0));
     }

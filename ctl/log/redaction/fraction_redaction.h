@@ -1,6 +1,6 @@
-// The fractions of a mixture in a log that is given away. They become what the fractions by mass would be if the compounds had other
-// masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed as before.
-// So the rules for fractions find the same in the redacted log.
+// The fractions of a mixture in a log that is given away. They become what the fractions by mass would be if the compounds had
+// other masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed as
+// before. So the rules for fractions find the same in the redacted log.
 #pragma once
 
 #include <optional>
@@ -16,20 +16,22 @@ namespace zelt::ctl {
 // More compounds than a mixture has. A forged log may have more values than this.
 inline constexpr std::size_t kMostFractions = 1000;
 
-// What replaces the values of one argument. 0 stays, and so does whether a value is below 0 or above 1. Of all fractions of a mixture
-// the sum stays too.
+// What replaces the values of one argument. 0 stays, and so does whether a value is below 0 or above 1. If they are all fractions
+// of a mixture, their sum stays, too.
 std::vector<std::string> RedactFractions(const std::vector<std::string>& values, bool areAll,
                                          const LogAliases& aliases);
 
-// What replaces a phase fraction about which nothing else is known. Of two phases the sum stays 1, and 0 and 1 stay.
+// What replaces a phase fraction about which nothing else is known. The fractions of two phases still add up to 1, and 0 and 1
+// stay.
 std::string RedactPhaseFraction(std::string_view value, const LogAliases& aliases);
 
-// The phase fraction that keeps the balance between the redacted feed of a calculation and its redacted phases; nothing when the
-// calculation has none of `phase`.
+// The phase fraction that keeps the balance between the redacted feed of a calculation and its redacted phases; nothing unless
+// the compositions of the feed and of `phase` are known.
 std::optional<std::string> BalancedPhaseFraction(std::string_view value, const FlashRecord::Material& material,
                                                  std::string_view phase, const LogAliases& aliases);
 
-// The same for the flow of a compound at this place, and for the total flow of a material, whose composition has to be known.
+// What replaces the flow of the compound at this place, and the total flow of a material, so that both agree with the redacted
+// fractions. The second is nothing when the composition of the material is not known.
 std::string RedactFlow(std::string_view value, std::size_t place, const LogAliases& aliases);
 std::optional<std::string> BalancedFlow(std::string_view value, const FlashRecord::Material& material,
                                         const LogAliases& aliases);

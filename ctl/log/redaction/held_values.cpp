@@ -7,7 +7,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Not more than the feeds and phases that a reader compares.
+// Enough for the feeds and phases that a reader compares; at this many, all are forgotten.
 constexpr std::size_t kMostLatest = 1000;
 
 std::string Unbalanced(const HeldValues::HeldValue& value, const LogAliases& aliases)
@@ -23,7 +23,7 @@ void HeldValues::Take(HeldValue value, std::string& lines, const LogAliases& ali
         held.push_back(std::move(value));
         return;
     }
-    // What a calculation has set is read again as it was set.
+    // A value that a calculation has set keeps its substitute when it is read again.
     const auto found = latest.find(KeyOf(value));
     lines.insert(value.place, found != latest.end() ? found->second : Unbalanced(value, aliases));
 }

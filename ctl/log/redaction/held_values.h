@@ -1,5 +1,5 @@
-// The phase fractions and total flows of a log that is given away. During a calculation they are held until it ends: only then are
-// the feed and the phases known with which they have to balance.
+// The phase fractions and total flows of a log that is given away. During a calculation they are held until it ends, because only
+// then are the feed and the phases known that they have to balance with.
 #pragma once
 
 #include <map>
@@ -23,7 +23,7 @@ public:
     void Begin(const LogEvent& event) { flash.Begin(event); }
     // True when a calculation has ended.
     bool EndCall(int depth) { return flash.EndCall(depth); }
-    // The places of those that are held are in `lines`; others are filled now.
+    // During a calculation, holds the value; otherwise fills its place in `lines` now.
     void Take(HeldValue value, std::string& lines, const LogAliases& aliases);
     void Fill(std::string& lines, const LogAliases& aliases);
     bool AreHeld() const { return !held.empty() && !flash.IsTooLong(); }

@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Those of the standard and of the system.
+// Whether it is an interface of the standard or of the system.
 bool IsStandardInterface(std::string_view name)
 {
     if (IsSystemInterface(name)) return true;
@@ -29,7 +29,7 @@ std::string RedactHole(char kind, bool mayBeName, std::string_view text, const L
     return std::string(text);
 }
 
-// Of a text that two rows match, words of the one may be a name of the other.
+// When a second row matches the text, too, what are words in the first row may be a name in the second.
 bool MayHaveNames(const SentenceRow& row, std::string_view text)
 {
     return FindSentence(row.severity, text, row.sentence).has_value();
@@ -37,7 +37,7 @@ bool MayHaveNames(const SentenceRow& row, std::string_view text)
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
 {
-    // This is how an element without a value is shown.
+    // The reader delivers this for a message without a text.
     if (message.text.empty() || message.text == "<no information>") return std::string(message.text);
     const auto found = SentenceOf(message);
     if (!found) return aliases.Text(message.text);

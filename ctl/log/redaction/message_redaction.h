@@ -11,9 +11,9 @@
 
 namespace zelt::ctl {
 
-// What fills a hole of this kind. `mayBeName`: so does one of words.
+// What replaces the text in a hole of this kind (see SentenceRow). `mayBeName`: the text may be a name even in a hole for words.
 std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases);
-// Whether the words that a sentence fills its holes with may be names: another sentence could be the same text.
+// Whether what fills the holes for words may be names, because the text could also be another sentence.
 bool MayHaveNames(const SentenceRow& row, std::string_view text);
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases);

@@ -95,7 +95,7 @@ public:
         }
         const std::string_view tag = EndTag(kind, parents.back());
         parents.pop_back();
-        // An end is written when something follows it: the ends of what a cut-off log leaves open are not.
+        // An end is written only when something follows it, so that elements that a cut-off log leaves open get no end.
         ends.push_back({tag, depth});
     }
     void LeftOpen(int) override { ++leftOpen; }
@@ -107,7 +107,7 @@ public:
             AppendEnds(ends.size());
             lines += "</zeltlogdocument>\r\n";
         } else {
-            // What is left open includes the root, which has no end here.
+            // The root counts as left open, too, but has no entry in `ends`.
             const std::size_t open = leftOpen ? leftOpen - 1 : 0;
             AppendEnds(ends.size() - std::min(open, ends.size()));
         }
@@ -201,7 +201,8 @@ private:
             return Escaped(aliases.Ordered(text.substr(end), type, meanings.Order()));
         });
     }
-    // Texts recur, and their aliases do not depend on a type; neither is true of numbers.
+    // A memo keeps the aliases of texts, which recur and do not depend on the type. The aliases of numbers depend on it, and
+    // numbers seldom recur.
     const std::string& Value(std::string_view value)
     {
         if (value.starts_with('"')) {
@@ -259,7 +260,7 @@ private:
     Output& out;
     TextMemo names, objects, texts, infos, warnings, errors, ordered;
     Memo<std::string> named[2][2];  // lines of arguments and of calls, by their direction
-    std::string key;                // in `ordered`
+    std::string key;                // the latest key in `ordered`
     std::string kept;               // the latest value, if it is in no memo
     static constexpr std::size_t kPiece = 4096;
     std::string lines;   // the lines to write next; the memory is reused
@@ -272,7 +273,7 @@ private:
     HeldValues heldValues;
     static constexpr std::size_t kMostHeld = 4 << 20;
     std::vector<std::string> held;    // fractions that are not in `lines` yet
-    std::vector<std::size_t> places;  // where they belong there
+    std::vector<std::size_t> places;  // their places in `lines`
     std::vector<char> parents;        // whether the open elements have children
     std::vector<PendingEnd> ends;
     std::size_t leftOpen = 0;

@@ -6,8 +6,8 @@
 
 namespace zelt::ctl {
 
-// The names that the log gives to interfaces, methods, arguments and types are the standard's. Another log may have
-// others.
+// Whether a name has only characters that names of the standard have. ZELT's own logs have no other names for interfaces,
+// methods, arguments and types; a log from elsewhere may.
 inline bool IsStandardName(std::string_view name)
 {
     return std::all_of(name.begin(), name.end(), [](char c) {

@@ -13,10 +13,11 @@ namespace {
 
 constexpr std::size_t kMostStates = 32, kMostValues = 100, kMostNumbers = 1000;
 
-// The three states lie within this part of their temperature or pressure, and further from each other than the digits of a log
-// can distort.
+// The three states lie within the part kFarthest of their temperature or pressure, and at least kNearest apart, so that the few
+// digits of a log cannot distort a slope.
 constexpr double kFarthest = 0.02, kNearest = 1e-4;
-// Slopes and derivatives that run smoothly differ by less than this part of themselves, and wrong ones by more than that.
+// Between neighbouring states, slopes and derivatives that run smoothly differ by no more than the part kSmooth. A wrong
+// derivative differs from the slope by more than the part kWrong.
 constexpr double kSmooth = 0.1, kWrong = 0.25;
 // The part of a property by which its calculation may be inexact.
 constexpr double kInexact = 1e-5;
@@ -98,7 +99,7 @@ void DerivativeRule::Begin(const LogEvent& event)
         return;
     }
     if (event.kind == EventKind::Call) {
-        // What happens further inside is not the package's own.
+        // Calls further inside are not the package's own.
         isUnsure |= event.inward || !event.Interface().starts_with("ICape");
         if (event.depth != depth + 1) return;
         inner = {};
@@ -167,7 +168,7 @@ void DerivativeRule::Interpret()
     inner.isOpen = false;
     if (inner.method == "GetTPFraction" && !inner.failed) {
         const bool isKnown = inner.areNumbers && inner.temperature && inner.pressure;
-        // A calculation of one phase needs one state.
+        // The calculation of a phase reads one state; a second makes it unclear which one counts.
         isUnsure |= calculated || !isKnown;
         if (isUnsure) return;
         calculated = State{package, inner.object, inner.phase, *inner.temperature, *inner.pressure, inner.numbers, {}};
@@ -233,7 +234,7 @@ void DerivativeRule::Judge(const State& latest, Variable variable, const Values&
     }
 }
 
-// Reports a proof, and says whether it did.
+// Reports it if the three states are a proof, and returns whether they are.
 bool DerivativeRule::Compare(const State* const (&three)[3], Variable variable, const Values& derivative,
                              std::size_t place)
 {

@@ -10,13 +10,14 @@
 namespace zelt::ctl {
 namespace {
 
-// By which part of the larger one a feed's fraction and the sum of the phases may differ, and below which they are not compared. The
-// six digits of a log allow for a hundredth of it, and a calculation stops at a tolerance of its own. In other units, as in a log
-// that was redacted, the part is the same.
+// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTrace they are
+// not compared. The six digits of a log explain only a hundredth of that part, but a calculation stops at a tolerance of its own.
+// The part is the same in other units, as in a redacted log.
 constexpr double kBalanceTolerance = 5e-3, kTrace = 1e-2;
 // Fractions that do not add up to 1 are findings of another rule.
 constexpr double kSumTolerance = 1e-4;
-// By which part of the larger one the fugacities of a compound may differ, and below which fraction they are not compared.
+// The fugacities of a compound may differ by this part of the larger one; below the fraction kFugacityTrace they are not
+// compared.
 constexpr double kFugacityTolerance = 2e-2, kFugacityTrace = 1e-3;
 constexpr std::size_t kMostStates = 200;
 
@@ -112,7 +113,7 @@ void EquilibriumRules::FindImbalance(const FlashRecord::Material& material)
                            " (line " + std::to_string(feed.line) + ')'});
 }
 
-// With other parameters, the phases would be others.
+// Forgets the calculated phases before a call that may change them, such as one that sets a parameter.
 void EquilibriumRules::ForgetBefore(const LogEvent& call)
 {
     constexpr std::string_view kMethods[] = {"put_value", "Reset", "Edit", "Load", "Initialize", "Terminate"};
@@ -142,7 +143,7 @@ void EquilibriumRules::FindFugacities(const FlashRecord::Material& material)
     for (const FlashRecord::Phase& phase : material.phases) {
         if (phase.fugacity.fractions.empty()) continue;
         const auto same = std::find_if(found->second.phases.begin(), found->second.phases.end(), [&](const auto& one) {
-            // The package calculates for the very state that is in equilibrium.
+            // Only a fugacity for the very state that is in equilibrium counts.
             return one.label == phase.label && one.temperature == phase.temperature && one.pressure == phase.pressure &&
                    one.composition.fractions == phase.composition.fractions;
         });

@@ -54,7 +54,7 @@ private:
     FlashRecord flash{true, true};
     ConnectedMaterials connected;
     std::map<std::string, State, std::less<>> states;
-    std::vector<Finding> pending;  // what follows shows whether the calculation has ended
+    std::vector<Finding> pending;  // until the next event shows that the calculation has really ended
 };
 
 }  // namespace zelt::ctl

@@ -13,7 +13,8 @@ namespace {
 // More than a calculation needs. A forged log may have any number.
 constexpr std::size_t kMostMaterials = 8, kMostPhases = 16, kMostValues = 1000;
 
-// Of CapePhaseStatus; the others are that nothing is known, and that the values are estimates.
+// The value of CapePhaseStatus for a phase at equilibrium; the others say that nothing is known, or that the values are
+// estimates.
 constexpr std::string_view kAtEquilibrium = "1";
 
 std::optional<double> NumberOf(std::string_view text)
@@ -202,9 +203,10 @@ void FlashRecord::Interpret()
     if (!inner.isOpen) return;
     inner.isOpen = false;
     const std::string_view method = inner.method;
-    // Two objects may have one name, and what another calculation does to a material is not in the log.
+    // The new material may have the name of another one.
     if (!inner.created.empty() && !inner.failed) MaterialOf(inner.created).isUnsure = true;
-    // So is what an interface of a vendor does, and a member that only the object itself knows.
+    // The log does not show what these do to a material: another calculation, a copy, and an interface or a member that is not of
+    // the standard.
     const bool calculates = method == "CalcEquilibrium" && kind != Of::Unit;
     if (calculates || method == "CopyFromMaterial" || inner.isForeign) {
         MaterialOf(inner.object).isUnsure = true;

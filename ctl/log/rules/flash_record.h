@@ -1,7 +1,7 @@
 // What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their states and
-// shares. Rules judge by it, and redaction needs it to keep the balance. Values that nobody can be sure of mark their material. On
-// request also of a calculation of a phase's properties: the state for which the package calculates, and fugacities; and of a unit
-// operation: the flows of the materials that it reads and sets.
+// shares. Rules judge by it, and redaction needs it to keep the balance. A material whose values are not certain is marked. On
+// request, also records the calculation of a phase's properties: the state for which the package calculates, and fugacities; and
+// that of a unit operation: the flows of the materials that it reads and sets.
 #pragma once
 
 #include <deque>
@@ -24,8 +24,8 @@ public:
     struct Phase {
         std::string label;           // as the log has it
         int declared = 0;            // the line of the call that says that the phase is present
-        bool atEquilibrium = false;  // and that the package calculated it
-        bool isGiven = false;        // any of its properties
+        bool atEquilibrium = false;  // that call also says that it is at equilibrium
+        bool isGiven = false;        // any of its properties is set
         Composition composition;
         std::optional<double> share;  // its phase fraction
         std::string shareBasis;
@@ -36,9 +36,9 @@ public:
         std::string name;
         Composition feed;
         std::vector<Phase> phases;
-        bool declares = false;  // which phases are present
-        bool isUnsure = false;  // others may have changed it, or it may be two
-        // Of a unit operation.
+        bool declares = false;  // the package says which phases are present
+        bool isUnsure = false;  // others may have changed it, or two materials may have this name
+        // Only in a calculation of a unit operation.
         std::vector<std::string> compounds;
         std::optional<double> totalFlow;
         std::string totalFlowBasis;
@@ -65,7 +65,7 @@ public:
     bool IsOpen() const { return depth >= 0 && !isTooLong; }
     // Of the latest calculation.
     Of Kind() const { return kind; }
-    // Too much is in the calculation to be remembered; nothing is known of its end.
+    // The calculation has more events than are read. Whether it failed is not known.
     bool IsTooLong() const { return isTooLong; }
     int Line() const { return line; }
     bool HasFailed() const { return failed; }
@@ -96,7 +96,7 @@ private:
         bool isOpen = false, isMaterial = false, isForeign = false, ofSome = false, areNumbers = true, failed = false;
         Part part = Part::None;
 
-        void Clear();  // the memory is used again
+        void Clear();  // the memory is reused
     };
 
     void Take(const LogEvent& event);
@@ -117,7 +117,7 @@ private:
     int line = 0;
     bool failed = false;
     std::vector<Material> materials;
-    Material surplus;  // of those that are too many
+    Material surplus;  // takes the values of materials beyond the limit
     Inner inner;
 };
 

@@ -23,7 +23,7 @@ const ArgumentSummary* OneNumber(const CallSummary& call, std::string_view argum
 {
     const ArgumentSummary* found = call.Find(argument);
     if (!found || found->count != 1 || !found->numbers || found->notANumber) return nullptr;
-    // A damaged log may have others.
+    // A damaged log may have a fraction where the type says a whole number.
     return found->areWhole && std::floor(found->least) != found->least ? nullptr : found;
 }
 
@@ -39,7 +39,7 @@ void ParameterRules::SetBound(Parameter& parameter, const CallSummary& call, std
                                                     : call.Method() == "get_LowerBound" ? "lBound"
                                                                                         : "uBound");
     const bool isKnown = parameter.lower || parameter.upper;
-    // Bounds that change belong to two parameters, or were others when the value was set.
+    // Bounds that change belong to two parameters, or were different when the value was set.
     if (!number || (bound && bound->value != number->least) || (isKnown && parameter.ofWhole != ofWhole)) {
         parameter.isAmbiguous |= bound || isKnown;
         return;
@@ -52,7 +52,7 @@ void ParameterRules::SetBound(Parameter& parameter, const CallSummary& call, std
 std::string ParameterRules::Outside(const Parameter& parameter, double value)
 {
     if (parameter.isAmbiguous || !parameter.lower || !parameter.upper) return {};
-    // Bounds that leave no choice mean that there are none.
+    // Bounds that leave no choice mean that the parameter has no bounds.
     if (parameter.lower->value >= parameter.upper->value) return {};
     const bool isBelow = value < parameter.lower->value;
     if (!isBelow && value <= parameter.upper->value) return {};
@@ -91,7 +91,7 @@ void ParameterRules::End(const CallSummary& call)
     if (parameters.size() == kMostParameters && !parameters.contains(call.object)) return;
     Parameter& parameter = parameters[call.object];
     if (call.result.failed) {
-        // Whether the value was kept all the same is not known.
+        // Whether the call changed the value all the same is not known.
         if (isParameter && (method == "put_value" || method == "Reset")) parameter.put = {};
         return;
     }

@@ -1,5 +1,5 @@
-// The rule for values outside a parameter's bounds, as the log shows both. A parameter is known by its name, so those of reactions,
-// which often have the same names, are left out, and so is a name with different bounds.
+// The rule for values outside a parameter's bounds, as the log shows both. Parameters are distinguished by their names, so those
+// of reactions, which often have the same names, are left out, and so is a name for which the log shows different bounds.
 #pragma once
 
 #include <map>
@@ -31,12 +31,12 @@ private:
     };
 
     void SetBound(Parameter& parameter, const CallSummary& call, std::optional<Number>& bound);
-    // "above its upper bound 1 (line 5)"; empty when it is inside, or in doubt.
+    // "above its upper bound 1 (line 5)"; empty when the value is inside, or when that is not known.
     static std::string Outside(const Parameter& parameter, double value);
 
     const ReportFinding& report;
     std::map<std::string, Parameter, std::less<>> parameters;
-    bool mayBeSeveral = false;  // parameters of one name
+    bool mayBeSeveral = false;  // several parameters may have one name
 };
 
 }  // namespace zelt::ctl

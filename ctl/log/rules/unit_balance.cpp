@@ -8,10 +8,10 @@
 namespace zelt::ctl {
 namespace {
 
-// By which part of the larger one the flows of a compound may differ: a unit stops at a tolerance, too. A smaller difference than the
-// first can still make up for another compound; one of less than the second is rounding.
+// The flows of a compound may differ by the part kTolerance of the larger one, because a unit's calculation, too, stops at a
+// tolerance. A smaller difference can still make up for another compound; below kRounding it is rounding.
 constexpr double kTolerance = 5e-3, kRounding = 1e-4;
-// Compounds that are less than this part of all are not judged.
+// Compounds that are less than this part of the whole flow are not judged.
 constexpr double kTrace = 1e-2;
 constexpr std::size_t kMostPorts = 1000;
 

@@ -1,6 +1,6 @@
-// The balance of a unit operation: it cannot make material out of nothing, nor lose any. The log shows only what the unit reads and
-// sets, so the balance is known when it does so for each material that is connected; and a reaction turns compounds into others, so
-// only a compound that no other makes up for counts.
+// The balance of a unit operation: it cannot make material out of nothing, nor lose any. The log shows only what the unit reads
+// and sets, so the balance is known only if it reads or sets the flows of each connected material. A reaction turns compounds
+// into others, so a difference counts only if no other compound makes up for it.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// recording diff: two recordings, call by call and to the bit. Each is read twice: which calls belong together, and then what differs
-// in them.
+// recording diff: two recordings, call by call and to the bit. Each is read twice: first to find which calls belong together,
+// then to compare them.
 #include <algorithm>
 #include <map>
 
@@ -62,7 +62,7 @@ public:
 private:
     static long long Number(const RecordedStep& step) { return static_cast<long long>(step.call); }
 
-    // Of a step that is `a`, `b` or in both.
+    // `named` names the step. `a` and `b` are the step in the two recordings, null where it is missing.
     JsonWriter& BeginJson(const char* kind, const RecordedStep& named, const RecordedStep* a, const RecordedStep* b)
     {
         json.NewLine().BeginObject().Member("kind", kind);
@@ -90,7 +90,7 @@ std::string KeyOf(const ArgumentRecord& argument)
     return (argument.isOut ? "out " : "in ") + std::string(argument.name);
 }
 
-// Of two arguments with the same key.
+// How two arguments with the same key differ; nothing when they do not.
 std::optional<std::string> DifferenceOf(const ArgumentRecord& a, const ArgumentRecord& b, double tolerance)
 {
     if (a.kind != b.kind || a.type != b.type) return "another type of argument";
@@ -164,7 +164,7 @@ int CompareRecordings(const Arguments& arguments, Streams& streams)
     const Alignment alignment = Align(numberedA, numberedB);
     RecordedSteps a(arguments.Operand(0)), b(arguments.Operand(1));
     DifferenceWriter writer(arguments.Has("--json"), streams.data);
-    // Pairs are in the order of both.
+    // The pairs are in the order of both recordings.
     for (const AlignedPair& pair : alignment.pairs) {
         const RecordedStep* const stepA = pair.a ? a.Next() : nullptr;
         const RecordedStep* const stepB = pair.b ? b.Next() : nullptr;
@@ -174,7 +174,7 @@ int CompareRecordings(const Arguments& arguments, Streams& streams)
             writer.Only(stepA ? *stepA : *stepB, stepA != nullptr);
         }
     }
-    // To their ends.
+    // Reads both to their ends, which ReportEnd needs.
     while (a.Next()) continue;
     while (b.Next()) continue;
     const int code = writer.Finish(alignment.complete, streams.messages);

@@ -32,7 +32,7 @@ const RecordedStep* RecordedSteps::Next()
 {
     if (hasCurrent) steps.pop_front();
     hasCurrent = false;
-    // An outermost call is complete with its result, or at the end.
+    // An outermost call is complete when it has its result, or when the recording ends.
     while (steps.empty() || !open.empty()) {
         if (!Take()) {
             open.clear();

@@ -1,4 +1,4 @@
-// A recording as recording diff compares it: its calls in the order of their beginnings, and what it says outside of calls. One
+// A recording as recording diff compares it: its calls in the order in which they begin, and what it says outside of calls. One
 // outermost call is in memory at a time. Leaves out what differs between two runs of the same conversation: addresses, times, the
 // numbers at the ends of objects' names, the queries of the system.
 #pragma once
@@ -20,7 +20,7 @@ struct RecordedStep {
     std::vector<recording::ArgumentRecord> arguments;
     std::vector<std::string> messages;
     std::string result;             // empty where the recording ends within the call
-    std::deque<std::string> texts;  // of the arguments
+    std::deque<std::string> texts;  // that the arguments refer to
 };
 
 class RecordedSteps {
@@ -28,7 +28,7 @@ public:
     // Throws InputError.
     explicit RecordedSteps(const std::string& path);
 
-    // Null at the end. Valid until the next one is asked for.
+    // The next step; null at the end. Valid until the next call of this function.
     const RecordedStep* Next();
     // As RecordingFile::ReportEnd, once all steps were read.
     int ReportEnd(Output& messages) const { return file.ReportEnd(isClosed, messages); }

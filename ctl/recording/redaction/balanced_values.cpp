@@ -3,7 +3,7 @@
 namespace zelt::ctl {
 namespace {
 
-// A forged recording may hold more than a calculation.
+// More than a calculation needs. A forged recording may have any number of values to hold.
 constexpr std::size_t kMostHeld = 4 << 20;
 
 }  // namespace

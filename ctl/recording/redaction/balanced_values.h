@@ -1,5 +1,5 @@
-// What replaces the phase fractions and total flows of a recording. They have to balance with the phases of their calculation, so they
-// are known only when it has ended: this reads the recording ahead, as far as the next one needs.
+// What replaces the phase fractions and total flows of a recording. They have to balance with the phases of their calculation, so
+// they are known only when it has ended: this class reads ahead in the recording, as far as the next value needs.
 #pragma once
 
 #include <deque>
@@ -18,7 +18,7 @@ public:
     // Throws InputError.
     BalancedValues(const std::string& path, const LogAliases& aliases);
 
-    // Of the next such value, in the order of the recording.
+    // What replaces the next such value, in the order of the recording.
     std::string Next();
 
 private:

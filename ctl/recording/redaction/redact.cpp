@@ -1,5 +1,5 @@
-// recording redact: the recording again, with names and values replaced as log redact replaces them. Reads the recording twice, side
-// by side.
+// recording redact: the recording again, with names and values replaced as log redact replaces them. Two readers go through the
+// recording side by side, because one has to read ahead (balanced_values.h).
 #include <algorithm>
 #include <iterator>
 
@@ -18,7 +18,7 @@ namespace {
 
 using namespace recording;
 
-// Follows what values mean, without their substitutes.
+// Keeps track of what the values mean.
 class MeaningSink final : public LogSink {
 public:
     void Begin(const LogEvent& event) override { meanings.Begin(event); }
@@ -29,7 +29,8 @@ public:
     ArgumentMeanings meanings;
 };
 
-// The identifiers of the standard's interfaces and of the system's say nothing about a component. The first four bytes differ.
+// The identifiers of the standard's interfaces and of the system's say nothing about a component. Those of the standard differ
+// only in their first four bytes, and so do those of the system.
 bool IsStandardInterface(std::string_view id)
 {
     constexpr std::string_view kStandard("\x66\x7D\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 12);
@@ -58,7 +59,7 @@ public:
     }
 
 private:
-    // What an argument means depends on those before it, and their values.
+    // What an argument means depends on the arguments before it and on their values.
     void TakeArgument(const ArgumentRecord& argument)
     {
         const std::string type = TypeText(argument);
@@ -127,7 +128,7 @@ private:
         const auto row = std::find_if(std::begin(kSentences), std::end(kSentences),
                                       [&](const SentenceRow& one) { return one.text == sentence.pattern; });
         SentenceRecord redacted;
-        // A newer version's sentence.
+        // A sentence that only a newer version knows.
         if (row == std::end(kSentences)) {
             redacted.pattern = Alias(message.text);
             return redacted;

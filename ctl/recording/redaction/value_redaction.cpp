@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kQuote = "&quot;";
 
-// A compound's name, as it is in the markup of logs, without the quotes around it.
+// A compound's name without the quotes around it, which are escaped as in the markup of logs.
 std::string_view WithoutQuotes(std::string_view name)
 {
     return name.substr(kQuote.size(), name.size() - 2 * kQuote.size());
@@ -96,7 +96,7 @@ Scalar ValueRedaction::Redacted(const ArgumentRecord& argument, const Scalar& sc
 {
     Scalar redacted = scalar;
     const std::size_t index = place++;
-    // Balanced values come in the order of the recording, in which they were read ahead.
+    // Takes one for each such value, because `balanced` gives them in the order of the recording.
     const std::string balance = meanings.AreHeld() ? balanced.Next() : std::string();
     switch (scalar.form) {
         case Value::Form::Pointer: redacted.address = Address(scalar.address); break;

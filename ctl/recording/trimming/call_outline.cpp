@@ -8,7 +8,7 @@ using namespace recording;
 
 namespace {
 
-// Puts them in order, each once.
+// Puts them in order, and removes repetitions.
 template <class T>
 void Tidy(std::vector<T>& all)
 {
@@ -77,7 +77,7 @@ void CallOutline::Take(const ArgumentRecord& argument)
     if (open.empty()) return;
     OutlinedCall& outermost = calls.back();
     AddPointers(argument.value, outermost.mentioned);
-    // The component gives what comes back from it, and what goes out to the simulator.
+    // The component gives the outputs of the calls that it answers, and the inputs of the calls that it makes.
     if (argument.isOut != open.back().isOutward) AddPointers(argument.value, outermost.given);
 }
 

@@ -1,4 +1,5 @@
-// The outermost calls of a recording in outline: what decides whether a later call needs one. The calls themselves stay in the file.
+// The outermost calls of a recording in outline: what decides whether a later call needs them. The calls themselves stay in the
+// file.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +18,7 @@ struct OutlinedCall {
     Effect effect = Effect::Remembers;
     std::uint32_t group = 0;  // of calls that replace each other: object and group of members; 0 for none
     bool hasEnded = false, hasFailed = false, makesComponent = false;
-    bool asksAnew = false;                 // the component asks the simulator what it may remember, for the first time
+    bool asksAnew = false;                 // the component asks the simulator something new that it may remember
     std::vector<std::uint32_t> objects;    // the numbers of all objects that are called
     std::vector<std::uint32_t> called;     // those of the component
     std::vector<std::uint64_t> given;      // pointers that the component gave to the simulator
@@ -29,7 +30,7 @@ public:
     void Take(const recording::Record& record);
 
     const std::vector<OutlinedCall>& Calls() const { return calls; }
-    // By number, from 1.
+    // In the order of their numbers, which begin with 1.
     const std::vector<recording::ObjectRecord>& Objects() const { return objects; }
     // The numbers of the calls that failed, in the order in which they began.
     std::vector<std::uint64_t> Failures() const;

@@ -12,8 +12,8 @@ bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
     return std::find(std::begin(names), std::end(names), text) != std::end(names);
 }
 
-// Members that only ask and calculate begin with one of these. Interfaces that are not of the standard follow its usage at most in
-// the first ones.
+// Members that only ask or calculate begin with one of these. Of an interface outside the standard, only kAsking can be relied
+// on.
 constexpr std::string_view kAsking[] = {"get_", "Get"};
 constexpr std::string_view kCalculating[] = {"Calc", "Check", "Prop", "Validity", "Available"};
 
@@ -34,7 +34,7 @@ bool IsCalculation(std::string_view interfaceName, std::string_view method)
 
 MemberEffect EffectOf(std::string_view member)
 {
-    // Those that replace each other whatever member it is: the later one says all.
+    // Interfaces whose calls replace each other, whatever the member: the later call says everything.
     constexpr std::string_view kWholes[] = {"ICapeThermoMaterialContext", "ICapeThermoMaterialContext(v1.0)",
                                             "ICapeKineticReactionContext", "ICapeElectrolyteReactionContext",
                                             "ICapeUnitPort"};

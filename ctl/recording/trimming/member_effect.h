@@ -1,11 +1,12 @@
-// What a call leaves behind in the component that is called, as far as its member says.
+// What a call leaves behind in the component that is called, as far as the name of the member tells.
 #pragma once
 
 #include <string_view>
 
 namespace zelt::ctl {
 
-// The middle three replace what earlier calls of the same group left. Each uses what those above it left.
+// Sets, Validates and Calculates replace what earlier calls of the same group left. Each effect uses what the effects above it
+// left.
 enum class Effect {
     None,  // it only asks, or calculates from its arguments and its material
     Sets,  // a value, or an object
@@ -19,11 +20,11 @@ struct MemberEffect {
     std::string_view group;  // of calls of one object that replace each other; a part of the member's name
 };
 
-// Of "ICapeUtilities::Edit".
+// `member` is, for example, "ICapeUtilities::Edit".
 MemberEffect EffectOf(std::string_view member);
 
-// Whether the component asks for something that its later calls may rely on without asking again: what the simulator offers, not the
-// state of a material.
+// Whether the component asks for something that its later calls may rely on without asking again: what the simulator offers, not
+// the state of a material.
 bool IsQuestionToRemember(std::string_view member);
 
 }  // namespace zelt::ctl

@@ -9,7 +9,7 @@ namespace {
 
 using recording::ObjectRecord;
 
-// The component's objects that are called, until the call is found that gave each.
+// The component's objects that are called. Each is wanted until the call that gave it is found.
 class WantedObjects {
 public:
     explicit WantedObjects(const std::vector<ObjectRecord>& objects) : objects(objects) {}
@@ -21,7 +21,7 @@ public:
             if (pointer != 0) wanted[pointer].insert(number);
         }
     }
-    // Whether one of them was given here.
+    // Whether one of them was given here. Those that were are no longer wanted.
     bool Find(const std::vector<std::uint64_t>& given)
     {
         bool isFound = false;
@@ -86,14 +86,15 @@ NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std:
         const bool gives = wanted.Find(call.given);
         const bool makesState =
             call.makesComponent || call.asksAnew || gives || (call.effect != Effect::None && !isSettled);
-        // The component that is made replaces whatever there was before.
+        // A component that is created here has nothing of what came before.
         if (!isTarget && (isMade || !makesState)) continue;
         needed.calls[i] = true;
         needed.count += call.last - call.first + 1;
         if (!hasLast) needed.last = i;
         hasLast = true;
         for (const std::uint32_t number : call.called) wanted.Add(number);
-        // What it uses has to be as it was then. A call that failed set nothing.
+        // What this call uses has to be as it was then, so earlier calls that set it are needed again. A call that failed set
+        // nothing.
         std::erase_if(settled,
                       [&](const auto& group) { return call.effect == Effect::None || call.effect > group.second; });
         if (call.group != 0 && !call.hasFailed) settled.emplace(call.group, call.effect);

@@ -4,7 +4,7 @@
 namespace zelt {
 
 bool WantsErrorDetails();
-// What cannot be stored is chosen for this window alone.
+// A choice that cannot be stored applies to this window alone.
 void KeepErrorDetails(bool wanted);
 
 }  // namespace zelt

@@ -108,7 +108,7 @@ bool ErrorList::Filter(const std::wstring& text)
         filter.Choose(Narrow(text, CP_UTF8), task);
         complete = !task.Cancelled();
     }
-    // Rows are other errors now.
+    // The rows now show other errors.
     ListView_SetItemState(window, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     SetCount(0);
     return complete;

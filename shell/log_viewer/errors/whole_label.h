@@ -1,4 +1,4 @@
-// Draws the label of a list's row in full. The list view itself shows the first 259 characters of a text only.
+// Draws the label of a list's row in full. The list view itself shows only the first 259 characters of a text.
 #pragma once
 
 #include <windows.h>

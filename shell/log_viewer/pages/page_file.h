@@ -1,6 +1,6 @@
 // Reads pieces of a log that another program may change or cut off meanwhile. It is a file of its own beside the one that is read
-// from the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut off would end
-// the program.
+// from the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut off would
+// end the program.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,8 @@ public:
     // Call once. Returns 0 or the system's error code.
     DWORD Open(const std::wstring& path) { return file.Open(path); }
 
-    // The bytes from `offset` up to `end`, or as many of them as there are; behind them are kSlack more. Valid until the next call.
+    // The bytes from `offset` up to `end`, or as many of them as there are; kSlack more bytes after them can be read. Valid until
+    // the next call.
     std::string_view Read(std::int64_t offset, std::int64_t end);
 
 private:

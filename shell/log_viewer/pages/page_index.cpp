@@ -9,7 +9,7 @@
 namespace zelt {
 namespace {
 
-// As wide as the list of errors measures.
+// As many as the list of errors measures.
 constexpr std::size_t kLongestErrors = 16;
 // What an element takes in the file beside its texts.
 constexpr std::size_t kMarkup = 32;

@@ -1,5 +1,5 @@
-// What a viewer keeps of the pages of a log: parts of some 256 KB, each with the numbers of its items, from which it is read again
-// when it is needed. Built while the log is read for the first time.
+// What a viewer keeps of the pages of a log, which are parts of some 256 KB: the numbers of their items, and what is needed to
+// read a page again. Built while the log is read for the first time.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,7 @@ private:
     std::uint32_t sum = 0x811C9DC5;
 };
 
-// An item with its kind, which is open where a page begins.
+// An item that is open where a page begins, with its kind.
 struct OpenItem {
     ItemIndex item;
     EventKind kind;  // Call, Argument or Value
@@ -52,10 +52,10 @@ struct LongItem {
     ItemIndex end;  // after the last descendant; kNoItem while it is not known
 };
 
-// What is new since the last one.
+// What is new since the last batch.
 struct PageBatch {
     std::vector<Page> pages;
-    std::vector<LongItem> longItems;                    // those that begin
+    std::vector<LongItem> longItems;                    // those that are new
     std::vector<std::pair<ItemIndex, ItemIndex>> ends;  // of long items
     std::vector<std::string> longestErrors;             // replaces what came before
     bool isLast = false;                                // the rows that follow are in no page
@@ -71,11 +71,11 @@ public:
 
     void Begin(const LogEvent& event);
     void End(int depth);
-    // After an end; whether the page is long enough.
+    // Whether the page is long enough; to be asked after an end.
     bool IsPageFull() const { return bytes >= kPageBytes && (open.empty() || bytes >= 2 * kPageBytes); }
-    // At the beginning of a line.
+    // Call at the beginning of a line.
     void EndPage(std::int64_t offset, int line);
-    // The last page; what follows has rows.
+    // Ends the last page; what follows comes as rows.
     void EndPages(std::int64_t offset);
 
     // Hands over what is new.

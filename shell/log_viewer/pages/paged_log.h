@@ -1,8 +1,8 @@
 // A log of any size for a viewer: its items in file order, by number. What was read in pages is read again when it is needed, and
-// few pages are kept; the rest, and a small log, is in a LogModel. Knows nothing about windows.
+// few pages are kept; what is in no page, such as the whole of a small log, is in a LogModel. Knows nothing about windows.
 //
-// While the log is read, items are added, and the relatives of some are not known yet. A page that has changed in the file since then
-// keeps its number of items, and each says that it is no longer there.
+// While the log is read, items are added, and the relatives of some are not known yet. A page that has changed in the file since
+// then keeps its number of items, and each item says that it is no longer there.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ public:
     bool IsRemoved(ItemIndex item) const;
     // Whether everything inside has been read.
     bool IsComplete(ItemIndex item) const { return finished || End(item) < Size(); }
-    // How many outermost items precede the item or its outermost ancestor, roughly: exact up to a page.
+    // How many outermost items precede the item or its outermost ancestor, to within a page.
     ItemIndex OutermostBefore(ItemIndex item) const;
 
     // Relatives, without removed items; kNoItem if there is none. kNoItem as an argument means the tree's root.
@@ -63,13 +63,13 @@ public:
     std::size_t FirstErrorAfter(ItemIndex item) const;
     std::vector<std::string> LongestErrors(std::size_t most) const;
 
-    // Removes an item with everything below it, in order from the first: only what IsQuery, and all of it so far. Then call
-    // CleanErrors once.
+    // Removes an item with everything below it. Call it for each item so far that IsQuery, in order from the first, and for no
+    // other. Then call CleanErrors once.
     bool IsQuery(ItemIndex item) const;
     void Remove(ItemIndex item);
     void CleanErrors() { rest.CleanErrors(); }
 
-    // For searches: the items from `item` on that are together, in a page or in the rest, and the bytes of that page.
+    // For searches: the items that are together with `item`, in its page or in the rest, and that page.
     struct Stretch {
         ItemIndex first, end;
         const Page* page;  // null for the rest
@@ -113,11 +113,11 @@ private:
     std::vector<LongItem> longItems;  // in order
     std::vector<std::string> longestErrors;
     std::size_t pagedErrors = 0;
-    ItemIndex base = 0;  // the items in pages
+    ItemIndex base = 0;  // how many items are in pages
     std::vector<OpenItem> openAtRest;
     LogModel rest;
     bool finished = false;
-    ItemIndex removedBefore = 0;  // what IsQuery and precedes it is removed
+    ItemIndex removedBefore = 0;  // the items before this one that IsQuery are removed
 
     mutable std::vector<std::unique_ptr<LoadedPage>> loaded;
     mutable LoadedPage* latest = nullptr;

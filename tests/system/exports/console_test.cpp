@@ -9,7 +9,7 @@ namespace {
 constexpr UINT kPage = 850;
 HANDLE ended = nullptr;
 
-// The last handler, which lets the process live.
+// The handler that is called last; it keeps the process alive.
 BOOL CALLBACK Survive(DWORD)
 {
     SetEvent(ended);

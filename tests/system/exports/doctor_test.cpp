@@ -343,7 +343,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
     }
 }
 
-// ZELT64 beside ZELT, registered for the time of a test.
+// ZELT64 beside ZELT, registered for the duration of a test.
 class DoctorOfBoth : public Doctor {
 protected:
     void SetUp() override
@@ -425,7 +425,7 @@ TEST_F(DoctorOfBoth, Finds32BitLibrariesInTheListOf64BitPackages)
     ExpectBothHealthy();
 }
 
-// The list of each is held by its own program.
+// Each program holds only its own list.
 TEST_F(DoctorOfBoth, LeavesTheListOfTheOneThatRunsAlone)
 {
     const auto manager = CreateManager();
@@ -478,7 +478,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     ExpectHealthy();
 }
 
-// A file has the folder's name while it lives.
+// While this exists, a file is in the place of a folder.
 struct FileInPlaceOf {
     explicit FileInPlaceOf(const fs::path& folder) : folder(folder), aside(fs::path(folder).concat(L" aside"))
     {

@@ -52,7 +52,7 @@ TEST_F(Exports, AreFoundAmongWhatIsInstalled)
     EXPECT_EQ("", brief.messages);
 }
 
-// One with a library.
+// A class with a library.
 RegisteredClass Register(Scope scope, REGSAM view, const wchar_t* identity, const wchar_t* category,
                          const wchar_t* name)
 {
@@ -139,7 +139,7 @@ TEST_F(Exports, TakeNoOtherWidth)
     }
 }
 
-// Only the process that asked it ends with a manager.
+// When a manager ends its process, only the process that asked the manager ends.
 TEST_F(Exports, SayWhenAManagerEndsItsProcess)
 {
     std::vector<std::wstring> failures;
@@ -151,7 +151,7 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
         ctl::SetToolPath(nullptr);
         EXPECT_FALSE(names);
     };
-    // It ends at once, because it does not know what it is asked.
+    // The sample simulator ends at once, because it does not understand the request.
     ask([](const Edition&) {
         return std::filesystem::absolute(ZELT_BUILD_DIR "/samples/SampleSimulator.exe").make_preferred().wstring();
     });
@@ -361,7 +361,7 @@ TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// Only the rights tell them apart: the sign that keeps edits away is common to both.
+// Only holders with other rights count, although the sign that keeps edits away is the same for all.
 TEST_F(Exports, AreSharedByHoldersWithOtherRightsOnly)
 {
     const PackageListHold plain(Rights::Plain);
@@ -399,7 +399,7 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
     EXPECT_TRUE(PackageListEdit().Allowed());
 }
 
-// The main window would show a box.
+// zeltctl reports this; the main window would show a message box.
 TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
 {
     ScratchKey scratch;
@@ -419,7 +419,7 @@ TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
     TheLogOptions().root = {};
 }
 
-// Nothing is lost silently either.
+// What cannot be stored is not lost silently.
 TEST_F(Exports, SayWhatTheRegistryDoesNotTake)
 {
     ExportSamples();

@@ -119,7 +119,7 @@ TEST(ProgramPath, OfTheRegistryIsLeftAloneWhenItIsNoText)
 
 class PathCommand : public Zeltctl {
 protected:
-    // Of the user, or of all users; empty without a value.
+    // The stored path of the user or of all users; empty if there is none.
     static std::vector<BYTE> Stored(bool isMachine)
     {
         RegistryKey key;

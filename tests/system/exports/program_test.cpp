@@ -36,7 +36,8 @@ protected:
         EXPECT_EQ(0u, RunProcess(program + action, {}, 60'000));
     }
 
-    // Both outputs in one file, which the console's process may hold open a little longer than the program.
+    // Both outputs in one file, a new one for each run: the console's process may hold it open a little longer than the
+    // program.
     struct Outcome {
         DWORD code;
         std::string output;

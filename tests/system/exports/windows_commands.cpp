@@ -12,7 +12,7 @@ namespace zelt::test {
 
 namespace {
 
-// Managers are asked for their packages by the built programs.
+// The built zeltctl of an edition, which asks managers for their packages.
 std::wstring BuiltTool(const Edition& edition)
 {
     const std::filesystem::path build = edition.width == kThisEdition.width ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;

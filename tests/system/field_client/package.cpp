@@ -1,4 +1,4 @@
-// The package: its older interfaces, with a stream that it reaches by name.
+// Uses the package: its older interfaces, with a stream that it reaches by name.
 #include <cape-open.h>
 
 #include "samples/component/text.h"

@@ -5,10 +5,10 @@
 
 namespace zelt::test {
 
-// Every interface of a field package beside its own, with a stream that it reaches by name. Leaves it initialized, with the
-// flowsheet's streams its own.
+// Uses every interface that a field package has besides that of its kind, with a stream that it reaches by name. Leaves the
+// package initialized, and calculating the flowsheet's streams.
 void UseFieldPackage(IDispatch* package, const std::shared_ptr<sample::Flowsheet>& flowsheet);
-// A field unit: its type, its parameters, and its streams, which the flowsheet's package calculates.
+// Uses a field unit: its type, its parameters, and its streams, which the flowsheet's package calculates.
 void UseFieldUnit(IDispatch* unit, const std::shared_ptr<sample::Flowsheet>& flowsheet);
 
 }  // namespace zelt::test

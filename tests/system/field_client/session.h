@@ -25,10 +25,10 @@ inline constexpr const wchar_t* kLicensedName = L"Licensed";
 // Prints "what: value". Numbers are printed with all their digits.
 void Print(const std::string& what, const std::wstring& value);
 void Print(const std::string& what, const VARIANT& value);
-// The result of a call; a failure with the description that the object gives.
+// Prints the result of a call; a failure with the description that the object gives.
 void Print(const std::string& what, HRESULT result, IUnknown* source);
 
-// Throws a failure of the call, under its name.
+// Throws CapeFailure, with the name of the call, if the call failed.
 void Step(const wchar_t* what, HRESULT result, IUnknown* source = nullptr);
 
 // An interface that the object has to have.
@@ -47,7 +47,7 @@ bool IsSame(IUnknown* a, IUnknown* b);
 
 // A flowsheet that prints its components' messages.
 std::shared_ptr<sample::Flowsheet> MakeFlowsheet();
-// The simulator's context, and one that does not say what it is.
+// The simulator's context, and one without ICapeSimulationContext.
 ComPtr<IDispatch> MakeContext(const std::shared_ptr<sample::Flowsheet>& flowsheet);
 ComPtr<IDispatch> MakeSilentContext(const std::shared_ptr<sample::Flowsheet>& flowsheet);
 
@@ -59,7 +59,7 @@ _variant_t ParameterValue(IDispatch* unit, const wchar_t* name);
 // A field unit copies a feed to its product; prints whether it could.
 void CopyStreams(Where where, const char* what, const std::shared_ptr<sample::Flowsheet>& flowsheet);
 
-// The runs. The first two also work in process, the others change an option midway.
+// The runs. The first two also work in process. Through ZELT, all but the first change an option midway.
 void UseEverything(Where where);
 void CopyFeed(Where where);
 void ReopenUnit();

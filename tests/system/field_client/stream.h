@@ -1,5 +1,5 @@
 // A stream of the simulator: a material of both generations, a server of equilibria, and a set of petroleum fractions, in one
-// object. Other objects it does not know: it copies only from streams of its own kind.
+// object. It copies only from streams of its own kind.
 #pragma once
 
 #include "samples/field/petro_fractions.h"
@@ -50,7 +50,7 @@ public:
     }
     ~Stream() override;
 
-    // All that there are.
+    // All existing streams.
     static inline std::vector<Stream*> streams;
     const sample::MaterialState& State() const { return store.state; }
 

@@ -65,7 +65,7 @@ void ShowTyped(IDispatch* parameter, eCapeParamType type, const std::string& nam
     }
 }
 
-// As a simulator does that takes each parameter for its own specification.
+// Like a simulator that takes each parameter for its own specification.
 void ShowParameter(IDispatch* item)
 {
     const std::string name = Narrow(NameOf(item));

@@ -27,7 +27,7 @@ std::string Printable(std::string_view text)
     return out;
 }
 
-// The line that starts at `start`, with its line end; shown as the end of the text if there is none.
+// The line that starts at `start`, with its line end; "(end)" at the end of the text.
 std::string LineAt(const std::string& text, std::size_t start)
 {
     if (start >= text.size()) return "(end)";

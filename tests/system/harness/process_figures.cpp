@@ -8,7 +8,8 @@ namespace zelt::test {
 namespace {
 
 // How many handles the process has, found by trying their values, which are multiples of 4. Reading the system's table
-// of all handles would be shorter, but this ends Wine's server while a process without handles starts or ends.
+// of all handles would be shorter, but it makes Wine's server crash if a process without handles is just starting or
+// ending.
 DWORD CountByTrying(HANDLE process)
 {
     constexpr std::uintptr_t kStep = 4, kMostMissing = 1024;

@@ -22,7 +22,7 @@ public:
     RefusedWrites(const RefusedWrites&) = delete;
     RefusedWrites& operator=(const RefusedWrites&) = delete;
 
-    // The end of the messages about this.
+    // The end of the messages about a refused value.
     static std::wstring Reason() { return Widen(SystemText(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED))); }
 
 private:

@@ -1,4 +1,5 @@
-// A component class that a test registers: its category, its name and, if it has one, its library. Gone with its owner.
+// A component class that a test registers: its category, its name and, if it has one, its library. The destructor
+// removes it.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -11,7 +11,8 @@
 namespace zelt::test {
 namespace {
 
-// Each key is directly below one that always exists: a common parent that comes and goes would go under another process.
+// Each key is directly below one that always exists: a common parent that comes and goes could be deleted while another
+// process uses it.
 constexpr wchar_t kTestsKeys[] = L"Software\\ZELT Tests ";
 
 class OpenKey {

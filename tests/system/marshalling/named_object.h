@@ -15,7 +15,8 @@ inline constexpr wchar_t kClientThing[] = L"client thing";
 // Whether the object returns this name.
 bool HasName(IUnknown* object, const wchar_t* name);
 
-// Whether `value` matches the argument's sample: an equal value, or an object with that name, or an array of two.
+// Whether `value` matches the argument's sample: an equal value, an object with that name, or an array of such objects
+// with the sample's bounds.
 struct TableStep;
 bool IsSample(const TableStep& argument, std::size_t index, const VARIANT& value, const wchar_t* objectName);
 

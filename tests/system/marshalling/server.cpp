@@ -40,7 +40,7 @@ public:
     IUnknown* Collection() { return &collection; }
 
 private:
-    // Every root closes its document, so each has its own. They are never deleted.
+    // Every root closes its document, so each has its own. The documents are never deleted.
     LogDocument* NewDocument()
     {
         const std::wstring path = logStem + std::to_wstring(++logs) + L".zlg";
@@ -53,7 +53,7 @@ private:
 
     ComPtr<CapeOpenBase> Make(const std::string& name)
     {
-        // Any proxy offers the library's interfaces without rows.
+        // Any proxy offers those of the library's interfaces that have no rows.
         const ProxyClass& proxyClass = FindProxyClass(name == table.back().name ? "CPropertyPackage11" : name);
         const TableClass* tableClass = nullptr;
         for (const TableClass& known : table) {

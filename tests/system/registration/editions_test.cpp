@@ -28,7 +28,7 @@ protected:
         if (!fs::exists(OtherServerPath())) GTEST_SKIP() << "ZELT64.EXE is not built";
         zelt::RegistryKey classes;
         classes.Create({}, L"Software\\Classes");
-        // What stays, and the settings that a server makes.
+        // Makes what stays after unregistering, and the settings that a server makes, before the first snapshot.
         Register(ServerPath());
         RunToEnd(ClientPath(), L"ZELT.ThermoSystem");
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
@@ -69,7 +69,7 @@ protected:
             return L"no key";
         return key.ReadString(name).value_or(L"no value");
     }
-    // The server may have made the key of the user's packages.
+    // Leaves out the key of the user's 64-bit packages, which the server may have made.
     void ExpectNothingIsLeft() const
     {
         std::string left;

@@ -16,7 +16,7 @@ using zelt::test::WaitUntilGone;
 using zelt::test::WaitUntilServing;
 
 constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
-// For what never happens: a machine may be slow.
+// Only a failure takes this long; a machine may be slow.
 constexpr DWORD kLongest = 60'000;
 
 // A client that keeps its object until the test lets it go.
@@ -55,7 +55,7 @@ protected:
     {
         const ULONGLONG end = GetTickCount64() + kLongest;
         HWND window = nullptr;
-        // It has its title before it is shown.
+        // The window has its title before it is shown.
         while (!IsWindowVisible(window = FindWindowW(nullptr, title))) {
             if (GetTickCount64() > end) return nullptr;
             Sleep(50);

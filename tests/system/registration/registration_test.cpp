@@ -181,7 +181,7 @@ protected:
                                               L"VendorURL", L"About"}),
                       Names(whole->subkeys.at(L"CapeDescription").values));
             EXPECT_EQ(2u, whole->subkeys.at(L"Implemented Categories").subkeys.size());
-            // All views share the names.
+            // All views share the ProgIDs.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(row.text, DefaultValue(scope, shared, versioned));
             EXPECT_EQ(row.text, DefaultValue(scope, shared, row.progId));
@@ -201,7 +201,8 @@ protected:
             // All views share applications and file types.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(L"ZELT", DefaultValue(scope, shared, std::wstring(L"AppID\\") + kAppId));
-            // Only its name: no permissions, no user and no machine other than the caller's.
+            // The application has only its name: it sets no permissions, and no user or machine other than the
+            // caller's.
             const auto application = zelt::ReadKeyTree(zelt::ClassesHive(scope, shared),
                                                        zelt::ClassesPath(std::wstring(L"AppID\\") + kAppId));
             ASSERT_TRUE(application);
@@ -225,7 +226,7 @@ protected:
         return key.ReadString(name).value_or(L"no value");
     }
 
-    // Every interface of a library that stays can be found in every view.
+    // The libraries that stay, and some interfaces of each, can be found in every view.
     static void ExpectStandardLibrary(Scope scope)
     {
         for (const REGSAM view : RegistryViews()) {
@@ -285,7 +286,7 @@ TEST_F(Registration, ServesEveryViewAndLeavesOnlyTheStandardsLibraries)
     EXPECT_EQ("", Lines(Minus(before, after)));
     EXPECT_EQ("", Lines(Without(Minus(after, before), staying)));
 
-    // Once they are there, nothing differs.
+    // Once the standard's libraries are there, registering and unregistering changes nothing.
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-RegServer"));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"-UnregServer"));
     EXPECT_TRUE(TakeRegistrySnapshot() == after);
@@ -363,7 +364,7 @@ TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks
     EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kStandardLibrary));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
     ExpectStandardLibrary(Scope::User);
-    // They stay, so the test removes them itself.
+    // The libraries stay, so the test removes them itself.
     for (const REGSAM view : RegistryViews()) {
         const zelt::RegistryRoot hive = zelt::ClassesHive(Scope::User, view);
         for (const wchar_t* path : {kStandardLibrary, kContextLibrary})
@@ -446,7 +447,7 @@ HRESULT WINAPI CreateNothing(REFCLSID, IUnknown*, DWORD, REFIID, void** object)
     return REGDB_E_CLASSNOTREG;
 }
 
-// Its scripts cannot run then; what needs no script is removed all the same.
+// Without the registrar, the registry scripts cannot run; what needs no script is removed all the same.
 TEST_F(Registration, UnregistersTheClassesWithoutTheSystemsRegistrar)
 {
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));

@@ -103,7 +103,7 @@ TEST_F(Ends, OfTheServerByItsPackageLeaveAReadableLogAndTheNextStartWorks)
     ExpectTheNextStartToWork();
 }
 
-// The user can use the task manager.
+// The thread stands for a user who ends the server in the task manager.
 TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
 {
     {
@@ -124,7 +124,7 @@ TEST_F(Ends, OfAServerWhosePackageLoopsComeFromOutside)
     ExpectTheNextStartToWork();
 }
 
-// When the simulator ends, the server is in the package, not in the simulator: the call ends normally.
+// When the simulator ends, the server is executing the package, not waiting for the simulator: the call ends normally.
 TEST_F(Ends, OfTheSimulatorLetThePackageFinish)
 {
     ServerStays();

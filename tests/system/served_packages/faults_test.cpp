@@ -149,7 +149,7 @@ TEST_F(Faults, AreFindingsOfAReplay)
         replay.output);
 }
 
-// As a component of .NET does it: a code that says nothing, and the message only in the error information.
+// Like a .NET component: a code that says nothing, and the message only in the error information.
 TEST_F(Faults, OfCodesWithoutAMeaningSpeakThroughTheLog)
 {
     const ComPtr<IDispatch> package = GetPackage(L"Menu");

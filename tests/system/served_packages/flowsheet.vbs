@@ -9,7 +9,7 @@ Set package = manager.GetPropertyPackage(WScript.Arguments(0))
 package.Initialize
 WScript.Echo "compounds: " & package.GetNumCompounds()
 WScript.Echo "phase: " & package.GetPhaseInfo("Vapor", "StateOfAggregation")
-' Named arguments have no form in this language; a property that is set has.
+' This language cannot pass named arguments by itself, but it passes one when it sets a property.
 package.ComponentName = "Renamed"
 WScript.Echo "name: " & package.ComponentName
 On Error Resume Next

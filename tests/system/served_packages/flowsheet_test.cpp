@@ -104,7 +104,7 @@ TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
         ASSERT_EQ(0u, saved.exitCode) << saved.output;
         const SimulatorResult direct = RunInProcess(row.name, row.settings);
         EXPECT_EQ(Bits(direct.output), Bits(saved.output));
-        // The saved flowsheet names the unit: what PRAVIK is set to wrap now does not matter.
+        // The saved flowsheet names the unit: the unit that PRAVIK is now set to does not matter.
         ChooseUnit(CLSID_NULL);
         const SimulatorResult loaded = Load();
         EXPECT_EQ(0u, loaded.exitCode) << loaded.output;

@@ -79,7 +79,7 @@ TEST_P(InterruptedCalls, OfAKilledSimulatorLeaveTheLogReadableAndTheNextStartWor
     EXPECT_TRUE(OnlyLog().ends_with(">\r\n"));
     ExpectARunToSucceed();
     EXPECT_EQ(server, ServerId());
-    // Also after the server has ended.
+    // And again after the server has died.
     KillServer();
     ExpectARunToSucceed();
 }

@@ -82,7 +82,7 @@ protected:
 
     const Kind kind = std::get<0>(GetParam());
     const Width width = std::get<1>(GetParam());
-    // That of the process that loads, if there is one.
+    // The width of the process that loads: the other one, if its simulator is built.
     const Width other = width == Width::Bits32 && HasSimulator(Width::Bits64) ? Width::Bits64 : Width::Bits32;
     const std::wstring settings =
         L" --set \"Highest pressure=2e6\" --set \"Check fractions=true\" --set \"Temperature limits=250;600\"";

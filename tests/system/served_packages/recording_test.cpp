@@ -1,5 +1,5 @@
-// Recordings of real packages in real simulators: small, and replayed to the bit. That their logs can be rendered from them, every
-// test of this program shows.
+// Recordings of real packages in real simulators: small, and replayed to the bit. Every test of this program also shows that its
+// logs can be rendered from their recordings.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ protected:
         if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
         ServedPackages::SetUp();
     }
-    // Runs the simulator. Each recording is small beside its log.
+    // Runs the simulator, and checks that each recording is small compared with its log.
     std::vector<fs::path> Record(const std::wstring& command) const
     {
         EXPECT_EQ(0u, RunSimulator(command).exitCode);
@@ -45,7 +45,7 @@ protected:
     {
         return RunTool(L"recording replay \"" + recording.wstring() + L"\" " + options);
     }
-    // The simulator gets the results of a package from its recording.
+    // Checks that the simulator gets the results of a package from its recording.
     void ExpectToBeServed(const Exported& package, const std::wstring& command)
     {
         Export({package});
@@ -162,8 +162,8 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
     const fs::path recording = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
     const SimulatorResult exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
     EXPECT_EQ(1u, exact.exitCode);
-    // It shows first where the package is asked for the vapour pressures.
-    // The last digits are those of the width's mathematical functions.
+    // The revision first differs where the package is asked for the vapour pressures. The last digits depend on the
+    // mathematical functions of the width.
     const std::string first = exact.output.substr(0, exact.output.find('\n'));
     EXPECT_TRUE(
         first.starts_with("call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output "
@@ -195,7 +195,7 @@ TEST_P(Recordings, InPartReachTheSameCallWithTheSameDifference)
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     const fs::path whole = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
     const fs::path part = fs::path(whole).replace_filename("part.zlr");
-    // It sets the material of the flash that it reaches, and asks no more.
+    // The part sets the material for the flash that it reaches, and asks for nothing else.
     const SimulatorResult trimmed =
         RunTool(L"recording trim --calls 193..195 \"" + whole.wstring() + L"\" -o \"" + part.wstring() + L"\"");
     ASSERT_EQ(0u, trimmed.exitCode) << trimmed.output;

@@ -19,7 +19,7 @@ protected:
         if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
     }
 
-    // The package is a 32-bit library, so the process that loads it is also 32-bit.
+    // The package is a library of this test's width, so the process that loads it has this width, too.
     static std::string InProcess(const std::wstring& package, const std::wstring& manager)
     {
         const SimulatorResult run = RunSimulator(SimulatorCommand(kOwnWidth, package, L"--in-process", manager));

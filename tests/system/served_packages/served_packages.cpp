@@ -55,7 +55,7 @@ std::wstring QuotedServer()
 
 void RegisterServerAndSamples()
 {
-    // Those left by other tests.
+    // The classes that dead servers of other tests left.
     if (UnderWine()) ForgetClassesOfDeadServers();
     RunToSuccess(QuotedServer() + L" /RegServer");
     // The system gives this program the regsvr32 of its own width.
@@ -256,7 +256,7 @@ ComPtr<IDispatch> ServedPackages::GetPackage(const std::wstring& name)
     auto manager = CreateManager();
     if (!manager) return package;
     HRESULT result = manager->GetPropertyPackage(text.GetBSTR(), &package);
-    // Nor is the server kept by an activation that it has just served.
+    // Under Wine, even an activation that the server has just served does not keep it from ending.
     if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) {
         manager = CreateManager();
         if (manager) result = manager->GetPropertyPackage(text.GetBSTR(), &package);

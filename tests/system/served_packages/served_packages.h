@@ -85,7 +85,7 @@ protected:
     // To be called when the test expects the server to stay, because something holds it: TearDown then kills it.
     void ServerStays() { serverStays = true; }
 
-    // This process as a client.
+    // These use this process as a client.
     static Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> CreateManager();
     static Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name);
 

@@ -18,10 +18,10 @@ enum class Width { Bits32, Bits64 };
 inline void PrintTo(Width width, std::ostream* stream) { *stream << (width == Width::Bits32 ? "32 bit" : "64 bit"); }
 
 inline constexpr Width kWidths[] = {Width::Bits32, Width::Bits64};
-// Of this test, and so of the packages that a simulator can use in process.
+// The width of this test, and so of the packages that a simulator can use in process.
 inline constexpr Width kOwnWidth = kThisEdition.width == 32 ? Width::Bits32 : Width::Bits64;
 
-// A program of the build of that width, which may not exist: its path inside the build folder.
+// A program of the build of that width, which may not exist; `path` is its path inside the build folder.
 std::filesystem::path BuiltProgram(Width width, const char* path);
 
 bool HasSimulator(Width width);
@@ -40,9 +40,9 @@ struct SimulatorResult {
 };
 
 SimulatorResult RunSimulator(const std::wstring& commandLine);
-// The same for zeltctl of this width, with a command line behind its name.
+// The same for zeltctl of this width; `words` are its command line without the program.
 SimulatorResult RunTool(const std::wstring& words);
-// zeltctl finds no difference when it makes the calls of a recording again.
+// Expects that zeltctl finds no difference when it makes the calls of a recording again.
 void ExpectReplayed(const std::filesystem::path& recording, const std::wstring& options = {});
 
 // How the output begins when the packages are those of our manager.

@@ -17,7 +17,8 @@ using Microsoft::WRL::ComPtr;
 
 // The heap grows in steps, whatever it contains.
 constexpr SIZE_T kMostGrowth = 4 << 20;
-// What Wine keeps of a connection to a released package: a little more than a kilobyte, in its surrogate process too.
+// What Wine keeps of each connection to a released package: a little more than a kilobyte. Its own surrogate process
+// keeps that, too.
 constexpr SIZE_T kOfALostConnection = 1536;
 
 class ServerSoak : public ServedPackages {
@@ -125,7 +126,7 @@ TEST_F(ServerSoak, PackagesLeaveNothingBehind)
         ASSERT_TRUE(package);
         Use(package.Get());
         if (i % 8 == 0) {
-            // This closes its log.
+            // The faulty package has no log.
             const ComPtr<IDispatch> faulty = Get(L"Menu");
             ASSERT_TRUE(faulty);
             Fault(faulty.Get());

@@ -1,5 +1,6 @@
 // A simulator that calculates on pool threads calls one package from two of them. While the package asks the first thread's
-// material, the second call enters: the calls nest, and each gets its own results: those of one thread in the package's process.
+// material, the second call enters: the calls nest, and each gets its own results: those that a single thread gets from the
+// package in process.
 #include <gtest/gtest.h>
 
 #include <thread>

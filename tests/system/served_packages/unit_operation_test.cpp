@@ -100,7 +100,7 @@ TEST_F(ServedUnitOperation, WhatOneWidthSavesTheOtherLoads)
     LoadWith(Width::Bits64);
 }
 
-// An interface that only a library of the vendor's describes, between processes that know nothing but that library.
+// An interface that only a vendor's library describes, between processes that know nothing but that library.
 class VendorInterfaces : public ServedUnitOperation, public testing::WithParamInterface<Width> {};
 
 INSTANTIATE_TEST_SUITE_P(ThroughZelt, VendorInterfaces, testing::ValuesIn(kWidths),

@@ -28,7 +28,7 @@ protected:
             std::filesystem::absolute(ZELT_BUILD_DIR "/shell/ZELT.EXE").make_preferred();
         viewer = Process::Start(L'"' + program.wstring() + L"\" \"" + log.wstring() + L'"');
         ASSERT_TRUE(WaitUntilServing(*viewer));
-        // The viewer has a thread of its own.
+        // The viewer has a thread of its own, so its window may appear later.
         while (!IsWindowVisible(Window())) {
             ASSERT_TRUE(viewer->Running());
             Sleep(50);
@@ -58,7 +58,7 @@ TEST_P(BesideALogViewer, SimulatorsFindTheirPackagesAndGetTheirLogs)
     EXPECT_EQ(0u, run.exitCode);
     EXPECT_EQ(0u, run.output.find(ManagerLine() + "Packages: Second, Aromatics\n")) << run.output;
     EXPECT_EQ("", MatchGolden("sample_simulator_11.zlg", Comparable(OnlyLog())));
-    // This process served, so now it holds the list.
+    // The viewer's process has served, so now it holds the list.
     EXPECT_EQ(viewer->Id(), ServerId());
     EXPECT_FALSE(PackageListEdit().Allowed());
     EXPECT_TRUE(viewer->Running());

@@ -102,7 +102,8 @@ TEST(ComObject, SurvivesAReferenceTakenDuringFinalRelease)
     EXPECT_TRUE(Sample::destroyed);
 }
 
-// What a constructor does may ask the new object for an interface: it has no reference yet that could be given back.
+// Code that a constructor calls may query the new object, which has no reference yet. A refused query must not destroy
+// it.
 TEST(ComObject, SurvivesAQueryBeforeItsFirstReference)
 {
     auto* sample = new Sample;

@@ -18,7 +18,7 @@ struct ParameterRow {
     VARTYPE type;
     int pointers;
     std::size_t size;
-    std::size_t words32;  // that the argument takes on a 32-bit stack; one on a 64-bit stack
+    std::size_t words32;  // of a 32-bit stack that the argument takes; it takes one word of a 64-bit stack
 };
 
 // clang-format off
@@ -101,7 +101,8 @@ TEST_F(DualInterfaces, HaveArgumentsOfEveryTypeInTheirPlaces)
     }
 }
 
-// A library may hold any name; one of a log is made of letters, digits and underscores.
+// A library may contain any name. A name in a log consists of letters, digits and underscores; "?" replaces any other
+// character.
 TEST_F(DualInterfaces, HaveNamesThatAreIdentifiers)
 {
     std::ifstream file(ZELT_IDL_DIR "/vendor.tlb", std::ios::binary);

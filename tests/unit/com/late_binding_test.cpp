@@ -6,12 +6,12 @@ namespace {
 
 constexpr LCID kLocale = LOCALE_INVARIANT;
 
-// Wine's type information does not return the index.
+// Wine's type information does not return the index of a wrong argument.
 bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 class LateBinding : public ProxyFixture {
 protected:
-    // Calls CheckSinglePhasePropSpec(property, phaseLabel), or another member.
+    // Calls the member `id`: CheckSinglePhasePropSpec(property, phaseLabel), unless the test has set another.
     HRESULT Invoke(DISPPARAMS& parameters, WORD flags = DISPATCH_METHOD)
     {
         wrong = 77;

@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A copy of a library in a folder whose path is so long that the copy's path has `length` characters. Deleted with its
-// owner.
+// A copy of a library in a folder whose path is so long that the copy's path has `length` characters. The destructor
+// deletes the folders, too.
 class FarLibrary {
 public:
     explicit FarLibrary(std::size_t length)
@@ -26,7 +26,7 @@ public:
         CreateDirectoryW(place.c_str(), nullptr);
         while (place.size() + name.size() < length + 4) {
             const std::size_t missing = length + 4 - place.size() - name.size();
-            // A part of a path has at least two characters with its backslash.
+            // With its backslash, a part of a path takes at least two characters, so a single one must not remain.
             const std::size_t part = missing <= 100 ? missing : missing == 101 ? 50 : 100;
             place += L'\\' + std::wstring(part - 1, L'f');
             CreateDirectoryW(place.c_str(), nullptr);

@@ -30,7 +30,7 @@ std::string Foreign(const std::string& object, const char* member, DWORD thread)
 
 class Apartment : public ProxyFixture {
 protected:
-    // Visits that a test leaves would keep its proxy alive longer than the log.
+    // Visits that a test has not received would keep its proxy alive longer than the log.
     void TearDown() override { com::Object::ReceiveVisits(); }
 
     ComPtr<FakePackage> package = MakeFake<FakePackage>();
@@ -85,7 +85,7 @@ TEST_F(Apartment, AutomationFromAnotherThreadIsRefused)
     EXPECT_EQ(Foreign("Pack", "IDispatch::GetTypeInfoCount", thread) + initialize, Written());
 }
 
-// Has not been asked for its interface for scripts yet.
+// An object that counts how often it chooses its interface for scripts.
 class LateScript final : public com::Object {
 public:
     int chosen = 0;

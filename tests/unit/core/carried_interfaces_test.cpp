@@ -1,4 +1,4 @@
-// What objects in the field offer beyond the interfaces of their kind, each at the proxy where a program asks for it.
+// Interfaces that objects in the field offer beyond those of their kind, with the proxies that programs ask for them.
 #include "dynamic_fake.h"
 #include "interface_shape.h"
 #include "proxy_classes.h"
@@ -17,14 +17,14 @@ void PrintTo(const Scene& scene, std::ostream* out) { *out << scene.name; }
 
 // clang-format off
 const Scene kScenes[] = {
-    // Without the typed interface on the parameter itself a simulator never makes the unit's connectors.
+    // If the parameter itself lacks the typed interface, a simulator never makes the unit's connectors.
     {"a parameter that is its own specification", "CParameter",
      {"ICapeParameterSpec", "ICapeRealParameterSpec", "ICapeIntegerParameterSpec", "ICapeOptionParameterSpec",
       "ICapeBooleanParameterSpec", "ICapeArrayParameterSpec"}},
     {"a package of the older generation that calculates by itself", "CPropertyPackage10",
      {"ICapeThermoCalculationRoutine", "ICapeThermoEquilibriumServer", "ICapeThermoReliability",
       "ICapeThermoPetroFractions"}},
-    // Components ignore a context without it, and their messages never arrive.
+    // Components ignore a context without this interface, and their messages never arrive.
     {"a context that says what it is", "CSimulationContext", {"ICapeSimulationContext"}},
     {"a stream that is a material of both generations and a server of equilibria", "CMaterialObject",
      {"ICapeThermoMaterial", "ICapeThermoMaterialObject", "ICapeThermoEquilibriumServer", "ICapeThermoPetroFractions",
@@ -39,7 +39,7 @@ class CarriedInterfaces : public ProxyFixture {};
 
 class Scenes : public ProxyFixture, public testing::WithParamInterface<Scene> {
 protected:
-    // A proxy of the scene's class; the first one has the log.
+    // A proxy of the scene's class for `object`.
     ComPtr<CapeOpenBase> MakeFor(DynamicFake& object, bool logged)
     {
         const ProxyClass& proxyClass = FindProxyClass(GetParam().proxyClass);
@@ -68,19 +68,20 @@ TEST_P(Scenes, FindTheirInterfaces)
         ComPtr<IUnknown> found;
         EXPECT_EQ(S_OK, proxy->QueryInterface(shape->iid, reinterpret_cast<void**>(found.GetAddressOf())));
         EXPECT_EQ("", Written().substr(before)) << "a granted query writes nothing";
-        // The object decides.
+        // A proxy offers the interface only if its object does.
         const auto without = DynamicFake::Make(L"Thing");
         without->Refuse(shape->iid);
         const ComPtr<CapeOpenBase> poorer = MakeFor(*without.Get(), false);
         EXPECT_EQ(E_NOINTERFACE, poorer->QueryInterface(shape->iid, reinterpret_cast<void**>(found.GetAddressOf())));
     }
-    // The log is open, and a refused query would be in it.
+    // The log is open: a refused query appears in it.
     ComPtr<IUnknown> none;
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(IID_IMarshal, reinterpret_cast<void**>(none.GetAddressOf())));
     EXPECT_NE("", Written().substr(before));
 }
 
-// The rows of the specification serve the parameter: outputs, order and names are theirs.
+// The rows of the specification also serve the parameter: the log has their names, and their arguments in the same
+// order.
 TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
 {
     const auto object = DynamicFake::Make(L"Pressure");

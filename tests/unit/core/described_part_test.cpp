@@ -137,7 +137,8 @@ protected:
         }
     }
 
-    // Invoke asks an object for the interface that the parameter names.
+    // Removes the pointers from the text of a late-bound call, where they may differ: Invoke asks an object for the
+    // interface that the parameter names.
     static std::string ForBinding(Binding binding, const std::string& text)
     {
         static const std::regex address("interface pointer 0x[0-9A-F]+");
@@ -180,7 +181,7 @@ TEST_F(DescribedParts, AreNotMadeForWhatTheObjectLacks)
               log.find("Pack: QueryInterface for unsupported interface " + InterfaceName(__uuidof(ICapeUnitTypeInfo))));
 }
 
-// What escapes from a member ends its call and no more.
+// What escapes from a member ends only its call.
 TEST_F(DescribedParts, CatchWhatEscapes)
 {
     wrapped = DynamicFake::Make(L"Wrapped");
@@ -208,14 +209,14 @@ TEST_F(DescribedParts, CatchWhatEscapes)
     EXPECT_EQ(S_OK, typeInfo->get_GetUnitType(&type));
 }
 
-// With the user's leave, an object that goes back to where it came from goes back as it was.
+// With the option on, an object that goes back to the side that it came from arrives there without its proxy.
 TEST_F(DescribedParts, HandBackOriginals)
 {
     for (const bool handsBack : {false, true}) {
         wrapped = DynamicFake::Make(L"Wrapped");
         const ComPtr<CPropertyPackage11> proxy = MakeProxy(wrapped.Get());
         if (handsBack) proxy->HandBackOriginals();
-        // An object of the package, which the simulator has as a proxy.
+        // An object of the package, for which the simulator has a proxy.
         const ComPtr<CParameter> returned(new CParameter);
         returned->AttachThrough(thing.Get(), Crossing::Outbound, *proxy.Get());
         const auto requirement = As<ICapePSPResourceRequirement>(proxy);

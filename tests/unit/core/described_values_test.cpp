@@ -123,7 +123,7 @@ TEST_F(DescribedValues, ThatArePointersAreLogged)
     SafeArrayDestroy(numbers);
 }
 
-// One pointer leads to a value; what more of them lead to is not followed.
+// A single pointer to a value is followed. For a pointer to a pointer or to a structure, the log has only the address.
 TEST_F(DescribedValues, BehindPointersAreLoggedOrTheirAddress)
 {
     long number = 12;

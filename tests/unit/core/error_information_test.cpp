@@ -1,5 +1,5 @@
-// The error information that a caller finds after a proxied call: that of the failure it receives, and none after a success,
-// however often the call forwarded.
+// The error information that a caller finds after a proxied call: that of the failure that it receives, and none after a
+// success, even if the proxy made several calls for it.
 #include <oleauto.h>
 
 #include "system/narrow.h"
@@ -33,7 +33,7 @@ class ErrorInformation : public UnitFixture {
 protected:
     ErrorInformation() { SetErrorInfo(0, nullptr); }
 
-    // First logged, then unlogged.
+    // Runs `body` with a log, then without one.
     template <class Body>
     void EachWay(Body&& body)
     {

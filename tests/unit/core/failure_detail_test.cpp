@@ -67,14 +67,14 @@ protected:
     }
     static std::string SystemLine(HRESULT code) { return HRName(code) + ": " + SystemText(code); }
 
-    // What was written since the last time.
+    // Everything written since the previous call of News.
     std::string News()
     {
         const std::string all = Written();
         return all.substr(std::exchange(seen, all.size()));
     }
 
-    // The thread's error information, taken away.
+    // Removes and returns the thread's error information.
     static ComPtr<IErrorInfo> Taken()
     {
         ComPtr<IErrorInfo> taken;
@@ -149,7 +149,7 @@ TEST_F(FailureDetail, OfOtherCodesIsTheObjectsDescription)
     package->errorDescription = L"No licence";
     Fail(E_FAIL);
     EXPECT_EQ(Call("Description by the object's ECapeUser: \"No licence\"", SystemLine(E_FAIL)), News());
-    // The thread's information is of this failure; the description may be of an older one.
+    // The thread's information belongs to this failure; the description may belong to an older one.
     package->duringCall = [] { SetErrorInfo(0, MakeInformation(L"Out of range", L"Flash").Get()); };
     Fail(E_FAIL);
     EXPECT_EQ(Call("Error information: \"Out of range\" (source: Flash)", SystemLine(E_FAIL)), News());
@@ -190,7 +190,7 @@ TEST_F(FailureDetail, OfAnOlderFailureIsNotThisOnes)
     Fail(E_FAIL);
     EXPECT_EQ(Call("", SystemLine(E_FAIL)), News());
     EXPECT_EQ(older.Get(), Taken().Get());
-    // A call that takes it away, as objects do that report errors by it, leaves none.
+    // A call may clear it, as objects that report errors through it do; then there is none afterwards.
     SetErrorInfo(0, older.Get());
     package->duringCall = [] { SetErrorInfo(0, nullptr); };
     Fail(E_FAIL);

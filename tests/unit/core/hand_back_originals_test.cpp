@@ -1,4 +1,5 @@
-// An object that goes back to the side that it came from: as a proxy by default, as it was if the user wants that.
+// An object that goes back to the side that it came from: by default, it arrives as a proxy; with the option on, as it
+// was.
 #include "fake_unit.h"
 #include "proxy_classes.h"
 
@@ -29,7 +30,7 @@ protected:
     {
         return Proxy(name, object, Crossing::Outbound, *root.Get());
     }
-    // Whether the pointer is one to the object behind the proxy, or else to the proxy.
+    // Expects a pointer to the object behind the proxy if `isOriginal`, otherwise to the proxy.
     template <class P, class T>
     static void ExpectGiven(bool isOriginal, const P& proxy, const T& original, IUnknown* given)
     {
@@ -82,10 +83,10 @@ TEST_P(HandBackOriginals, AMaterialThatIsCopied)
     } else {
         EXPECT_EQ(feedProxy.Get(), product->sourceValue);
     }
-    // Held over the call and no longer.
+    // The original is held during the call and no longer.
     EXPECT_EQ(before + (IsOn() ? 2 : 1), during);
     EXPECT_EQ(before, feed->ReferenceCount());
-    // To the log it is what the package passed.
+    // The log shows what the package passed.
     EXPECT_EQ(Func("ICapeThermoMaterial::CopyFromMaterial", PointerArg("source", "in", feedProxy.Get()), "out", "Fake"),
               News());
     package->kept.Reset();
@@ -105,7 +106,8 @@ TEST_P(HandBackOriginals, AMaterialGivenToAReactionObject)
               News());
 }
 
-// What the package has returned comes back to it: a proxy in a proxy, or the package's own object.
+// An object that the package has returned comes back to it: as its proxy, wrapped in a second one if there is a log, or
+// as the package's own object.
 TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
 {
     for (const bool isLogged : {true, false}) {
@@ -119,7 +121,7 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
         News();
         package->duringCall = [&] {
             if (IsOn() || !isLogged) return ExpectGiven(IsOn(), material, feed, package->material);
-            // Wrapped once more.
+            // Wrapped a second time.
             ComPtr<IOriginalObject> outer;
             ASSERT_EQ(S_OK, package->material->QueryInterface(IID_PPV_ARGS(&outer)));
             ComPtr<IUnknown> inner;
@@ -143,7 +145,8 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
     }
 }
 
-// Whoever is not on the side that the call goes to gets a proxy: it is what it knows the object by.
+// Only an object of the side that the call goes to arrives as it was. That side knows any other object only by its
+// proxy.
 TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
 {
     const auto reactions = MakeFake<FakePackage>();
@@ -164,7 +167,7 @@ TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
     give(Proxy("CMaterialObject", feed.Get(), Crossing::Inbound, *otherRoot.Get()));
     // No proxy at all.
     give(feed);
-    // To the package the simulator's own material is what it has been given as before: a proxy.
+    // The package still gets the simulator's own material as a proxy.
     const ComPtr<CapeOpenBase> material = FromSimulator("CMaterialObject", feed.Get());
     package->duringCall = [&] {
         ComPtr<IOriginalObject> outer;
@@ -173,7 +176,7 @@ TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
     EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(root)->SetMaterial(As<IDispatch>(material).Get()));
     package->duringCall = {};
 
-    // Without its root nobody knows whose it is.
+    // Once the root is gone, nobody knows from which side the material came.
     const auto survivor = As<IDispatch>(material);
     root.Reset();
     EXPECT_EQ(S_OK, target->SetMaterial(survivor.Get()));

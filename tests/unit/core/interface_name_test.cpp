@@ -7,7 +7,7 @@
 namespace zelt::test {
 namespace {
 
-// A scratch key contains the classes of this process.
+// A scratch key replaces HKEY_CLASSES_ROOT of this process.
 class InterfaceNameTest : public testing::Test {
 protected:
     InterfaceNameTest() { EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CLASSES_ROOT, scratch.Key())); }

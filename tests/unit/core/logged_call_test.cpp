@@ -234,7 +234,7 @@ TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
         return found;
     };
     EXPECT_EQ(count("<func "), count("</func>"));
-    // Each element is inside the one before it, and each line is complete.
+    // Each line is indented by the number of open calls, and complete.
     std::istringstream lines(text);
     int depth = 0;
     for (std::string line; std::getline(lines, line);) {
@@ -348,7 +348,7 @@ TEST_F(LoggedCallTest, ThePackagesErrorInformationReachesTheCaller)
     ComPtr<IErrorInfo> set, got;
     ASSERT_EQ(S_OK, creation.As(&set));
     package->duringCall = [&] { SetErrorInfo(0, set.Get()); };
-    // A description look-up that replaces the thread's error information.
+    // The proxy looks up this description, which must not cost the caller the thread's error information.
     package->errorDescription = L"described";
     EXPECT_EQ(package->result, utilities->Initialize());
     ASSERT_EQ(S_OK, GetErrorInfo(0, &got));

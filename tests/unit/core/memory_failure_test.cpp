@@ -167,7 +167,7 @@ private:
 
 TEST_F(MemoryFailure, OfEachAllocationEndsInStatusCodes) { FailOneAfterAnother<Story>(1, 10); }
 
-// With ZELT_TEST_EFFORT=50, every allocation.
+// With ZELT_TEST_EFFORT=50, every allocation fails once.
 TEST_F(MemoryFailure, OfSampledAllocationsOfAWholeCalculationEndsInStatusCodes)
 {
     FailOneAfterAnother<Calculation>(std::max(1, 50 / Effort()), 10);

@@ -1,4 +1,5 @@
-// Saving and loading of packages through their proxies: the package has the simulator's own stream, and the log shows each call.
+// Saving and loading of packages through their proxies: the package gets the simulator's own stream, and the log shows each
+// call.
 #include "expected_log.h"
 #include "fake_saved_package.h"
 #include "fake_unit.h"
@@ -18,7 +19,7 @@ std::string Argument(const char* name, const char* direction, const char* type, 
            "\">\n  <argval value=\"" + value + "\"/>\n </arg>\n";
 }
 
-// A stream whose position is a secret.
+// A stream that does not tell its position.
 class Unseekable final : public com::Object {
 public:
     IStream* Get() { return &stream; }
@@ -150,7 +151,7 @@ void SaveAndLoad(PackagePersistenceTest& test, const ComPtr<I>& persistence, Fak
     static_cast<void>(test);
     ComPtr<IStream> stream;
     EXPECT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
-    // What is in front is the simulator's own.
+    // What stands before the package's data is the simulator's own.
     ULONG count = 0;
     EXPECT_EQ(S_OK, stream->Write("front", 5, &count));
     package.state = kStateText;

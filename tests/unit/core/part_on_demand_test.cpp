@@ -1,4 +1,5 @@
-// Which interfaces a proxy may carry beyond those of its class. The identifiers are typed here once more.
+// Which interfaces a proxy may carry beyond those of its class. The identifiers are spelled out here, independently of
+// the product's.
 #include "core/part_on_demand.h"
 
 #include <gtest/gtest.h>

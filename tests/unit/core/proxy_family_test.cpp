@@ -60,7 +60,7 @@ struct Giver {
 class ProxyFamily : public LogFixture {
 protected:
     ProxyFamily() { InstallWrappers(); }
-    // Before the other members check their reference counts.
+    // Releases what the package keeps, before the other members check their reference counts.
     ~ProxyFamily() override { package.kept.Reset(); }
 
     ComPtr<CapeOpenBase> MakeRoot(const char* name, bool isLogged = true)
@@ -219,7 +219,7 @@ TEST_F(ProxyFamily, ACallInProgressIsNoReferenceInTheReport)
     context.duringCall = [&] {
         News();
         root.Reset();
-        // The two pointers of this test.
+        // Only the two pointers of this test are counted.
         const std::string news = News();
         EXPECT_NE(std::string::npos, news.find(Unreleased("context", "Simulation Context", 2))) << news;
     };
@@ -331,7 +331,7 @@ TEST_F(ProxyFamily, TemplatesAreReadOnlyWithTheirContext)
     }
     Call(open.Get(), &ICapeThermoMaterialTemplate::SetProp, nullptr, VARIANT{});
     EXPECT_EQ(std::string::npos, News().find(kReadOnly));
-    // A material made from it belongs to its maker.
+    // A material made from the closed template is not read-only: it belongs to its maker.
     EXPECT_FALSE(ProxyOf(MakeMaterial(closed)).IsReadOnly());
 }
 
@@ -426,7 +426,7 @@ TEST_F(ProxyFamily, ValuesOfSetPropAreLoggedAsAnOutputBeforeTheCall)
     ComPtr<ICapeThermoMaterialObject> material10;
     ASSERT_EQ(S_OK, made.As(&material10));
     std::string during;
-    // Of the first call only: a material that fails is asked for its description afterwards.
+    // Only for the first call, because a material that fails is asked for its description afterwards.
     material.duringCall = [&] {
         if (during.empty()) during = News();
     };

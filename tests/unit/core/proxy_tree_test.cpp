@@ -53,7 +53,7 @@ TEST_F(ProxyTreeTest, QueriesAreFilteredByTheWrappedObject)
                   InterfaceName(__uuidof(ICapeUtilities)) +
                   ": object does not expose it (returning E_NOINTERFACE)\"/>\n",
               News());
-    // The wrapped object has this interface, but the proxy does not offer it.
+    // Neither the proxy's class nor the wrapped object has this interface.
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(__uuidof(ICapeThermoMaterial), &answer));
     EXPECT_EQ("<warning value=\"Pack: QueryInterface for unsupported interface " +
                   InterfaceName(__uuidof(ICapeThermoMaterial)) + "\"/>\n",
@@ -154,7 +154,7 @@ TEST_F(ProxyTreeTest, WrapperDiesWhenThePackageLetsGo)
     EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(proxy)->UnsetMaterial());
     EXPECT_EQ(before, material->ReferenceCount());
 
-    // A package that does not keep the material releases it by the end of the call.
+    // If the package does not keep the material, the wrapper is gone by the end of the call.
     package->keepsMaterial = false;
     ComPtr<IDispatch> raw;
     material.As(&raw);

@@ -1,5 +1,6 @@
-// Calls every method of every interface that any proxy class exposes, through its vtable, and compares it with the
-// table of proxied methods. The wrapped object is made from the same type information and records what arrives.
+// Calls every method of every interface that any proxy class exposes, through its vtable, and compares what happens
+// with the table of proxied methods. The wrapped object is made from the same type information and records what
+// arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -108,7 +109,7 @@ private:
         proxy = target.proxyClass.make(scenario.version);
         IUnknown* object = scenario.hasWrapped ? wrapped.Get() : nullptr;
         if (target.proxyClass.origin != Origin::Root) {
-            // The owner serves 1.1, so a template's materials start with it.
+            // The owner serves version 1.1, so a template's materials start with that version.
             root = FindProxyClass("CPropertyPackage11").make(ThermoVersion::Unset);
             root->AttachAsRoot(nullptr, document, "Owner");
         }
@@ -122,7 +123,7 @@ private:
     // What the wrapped object does during the call.
     HRESULT Answer(const IncomingCall& incoming)
     {
-        // While the proxy is made, it gets the name; this call is not part of the walk.
+        // While the proxy is made, it asks for the name; that call is not part of the walk.
         const bool isTarget = call && &incoming.method == &target.method;
         if (isTarget) {
             for (std::size_t i = 0; i < incoming.arguments.size(); ++i) TakeArgument(incoming, i);
@@ -141,8 +142,8 @@ private:
             void* destination = *static_cast<void**>(place);
             const ComPtr<IDispatch> object = thing->Face(__uuidof(ICapeIdentification));
             if (FAILED(scenario.result) && shape.type == VT_DISPATCH) {
-                // An invalid pointer after a failure, which the proxy must not use; a pointer that is not replaced
-                // stays unset.
+                // Returns an invalid pointer with the failure: the proxy must not use it. A pointer that the proxy does
+                // not replace stays unset.
                 if (!step.proxyClass.empty()) *static_cast<IDispatch**>(destination) = reinterpret_cast<IDispatch*>(1);
                 return;
             }
@@ -186,7 +187,7 @@ private:
                 ++own;
                 continue;
             }
-            // The object itself describes a failure.
+            // Besides, the object may only be asked to describe a failure.
             const std::string name = recorded.shape->name + "::" + recorded.method->name;
             EXPECT_TRUE(FAILED(scenario.result) &&
                         (name == "ECapeUser::get_description" || name == "ECapeRoot::get_name"))
@@ -353,8 +354,8 @@ private:
     std::unique_ptr<MethodCall> call;
 };
 
-// A proxy's two interfaces for the server and for COM, which log nothing; and persistence, which is not an automation
-// interface and has its own tests.
+// True for interfaces that the walk omits: a proxy's two for the server and for COM, which log nothing; and
+// persistence, which is not an automation interface and has its own tests.
 bool IsUnlogged(REFIID iid)
 {
     for (const IID& unlogged :
@@ -404,7 +405,7 @@ protected:
     void WalkAllIn(const Scenario& scenario)
     {
         WalkAll([&](const Target& target) {
-            // A unit operation without its unit makes the unit now, and may ask the user.
+            // Initialize of a unit operation without a unit makes the unit, and may ask the user.
             const bool makesObject = target.proxyClass.isInstance(*UnitOperation().Get()) &&
                                      target.row.Key() == "ICapeUtilities::Initialize";
             if (scenario.hasWrapped || !makesObject) WalkedCall(target, scenario).Run();

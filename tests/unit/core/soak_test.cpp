@@ -1,4 +1,5 @@
-// Many objects and many calls in one process release everything that they use. ZELT_TEST_EFFORT sets the number.
+// Many objects and many calls in one process release everything that they use. ZELT_TEST_EFFORT multiplies their
+// number.
 #include <iostream>
 
 #include "checked_heap.h"
@@ -11,7 +12,7 @@
 namespace zelt::test {
 namespace {
 
-// The system's heap grows in steps; the heap of operator new is compared byte by byte.
+// The system's heap grows in steps; the size of the heap of operator new is compared exactly.
 constexpr SIZE_T kMostGrowth = 4 << 20;
 
 // A package with its proxy and log, whose calls call back into a material.
@@ -51,7 +52,7 @@ public:
     Life(const Life&) = delete;
     Life& operator=(const Life&) = delete;
 
-    // A calculation that reads the material, fails, or ends in a fault.
+    // A calculation that reads the material, and then succeeds, fails, or ends in a fault.
     void Call(int number)
     {
         const auto& kinds = Kinds();
@@ -81,7 +82,8 @@ public:
     }
 
 private:
-    // Faults that leave no memory allocated: what a package throws or aborts would leave its own.
+    // Faults that leave no memory allocated. After an exception or an abort, memory of the package would stay
+    // allocated.
     static const std::vector<const FaultKind*>& Kinds()
     {
         static const std::vector<const FaultKind*> kinds = [] {
@@ -136,7 +138,7 @@ protected:
 
 TEST_F(Soak, LivesLeaveNothingBehind)
 {
-    // The checked heap keeps freed blocks up to a limit.
+    // The warm-up lets the checked heap reach the limit up to which it keeps freed blocks.
     ExpectFlat(400, 200 * Effort(), [](int i) {
         Life life(i % 2 == 0);
         for (int call = 0; call < 21; ++call) life.Call(call);

@@ -1,4 +1,4 @@
-// A vendor's interface, which only the library that the registry names for it describes.
+// A vendor's interface, which only the type library that the registry names for it describes.
 #include "com/text.h"
 #include "log/value_text.h"
 #include "vendor_fixture.h"
@@ -79,7 +79,7 @@ TEST_F(VendorInterface, OfABaseIsAnotherInterface)
 {
     const ComPtr<CPropertyPackage11> proxy = MakeProxy(device.Get());
     ComPtr<IVendorBase> base;
-    // The device does not offer its base by itself.
+    // The device refuses queries for the base.
     EXPECT_EQ(E_NOINTERFACE,
               proxy->QueryInterface(__uuidof(IVendorBase), reinterpret_cast<void**>(base.GetAddressOf())));
     EXPECT_NE(std::string::npos, Written().find("Pack: QueryInterface for unsupported interface IVendorBase"));
@@ -97,7 +97,7 @@ TEST_F(VendorInterface, WithoutALibraryIsRefused)
     SetUp();
 }
 
-// Once it was asked for, a script that has the object finds it, too.
+// Once a client has asked for the interface, a script that has the object finds its members, too.
 TEST_F(VendorInterface, IsPartOfTheWholeObject)
 {
     struct Scriptable final : com::Object {
@@ -126,7 +126,7 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
     EXPECT_EQ(7, static_cast<long>(mode));
 }
 
-// Interfaces that the module's libraries do not describe, each with its own place among the identifiers.
+// Interfaces that the module's libraries do not describe have identifiers of their own.
 TEST_F(VendorInterface, IsKeptApartFromAnotherVendors)
 {
     struct Scriptable final : com::Object {

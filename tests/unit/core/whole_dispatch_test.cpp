@@ -27,7 +27,7 @@ protected:
         }
         return object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, exception, nullptr);
     }
-    // The name of the call that arrives when a script uses a name.
+    // The name of the call that arrives when a script uses `name`.
     std::string Arriving(IDispatch* object, const wchar_t* name, WORD flags, std::vector<_variant_t> arguments)
     {
         DISPID id = DISPID_UNKNOWN;
@@ -63,7 +63,7 @@ TEST_F(WholeDispatch, ReachesEveryInterfaceOfItsClassAndOfItsObject)
     // Beyond the class: by rows, and by type information.
     EXPECT_EQ("ICapeUnit::Calculate", Arriving(script.Get(), L"Calculate", kCall, {}));
     EXPECT_EQ("ICapeThermoPetroFractions::Characterize", Arriving(script.Get(), L"Characterize", kCall, {}));
-    // No question of the dispatcher leaves a warning.
+    // The queries that the dispatcher makes leave no warning.
     EXPECT_EQ(std::string::npos, Written().find("QueryInterface", before));
 }
 
@@ -146,7 +146,7 @@ TEST_F(WholeDispatch, HandsFailuresOn)
     for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
 }
 
-// Which generation a script meets first.
+// The generation whose interface a script meets first.
 TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
 {
     const ComPtr<CPropertyPackage11> package = MakeProxy(wrapped.Get());
@@ -174,12 +174,12 @@ TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
     }
 }
 
-// An object that knows a name of its own, which no library describes.
+// An object with a member of its own, Colour, which no library describes: a property with one index, and a method that
+// changes its argument.
 class OwnNames final : public com::Object {
 public:
     OwnNames() : identification(*this) {}
 
-    // A property with one index, and a method that changes its argument.
     struct Identification final : com::DualPart<ICapeIdentification> {
         using DualPart::DualPart;
         STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Own", name); }
@@ -296,7 +296,7 @@ HRESULT STDAPICALLTYPE FaultInstead(EXCEPINFO*)
     return S_OK;
 }
 
-// An object may describe its failure only when asked to; the function is foreign code.
+// An object may describe its failure only when asked to; the function that does so is foreign code.
 TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
 {
     const ComPtr<OwnNames> object(new OwnNames);
@@ -338,7 +338,7 @@ TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
     EXPECT_EQ(nullptr, exception.bstrDescription);
 }
 
-// Scripts use an object as its value, and go through a collection, without asking for a name.
+// Scripts read the value of an object, and go through a collection, without asking for a name.
 TEST_F(WholeDispatch, ForwardsIdentifiersThatAreTheSameForEveryObject)
 {
     const ComPtr<OwnNames> object(new OwnNames);
@@ -369,7 +369,7 @@ TEST_F(WholeDispatch, ForwardsIdentifiersThatAreTheSameForEveryObject)
     EXPECT_EQ(Func("IDispatch::put_DISPID_VALUE",
                    " <arg name=\"value\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"2\"/>\n </arg>\n"),
               Written().substr(before));
-    // Nobody's identifier.
+    // An identifier that no member has.
     object->standard = DISPID_UNKNOWN;
     EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(script.Get(), DISPID_UNKNOWN, DISPATCH_METHOD, {}));
     EXPECT_EQ(DISPID_UNKNOWN, object->standard);

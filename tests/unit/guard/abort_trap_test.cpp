@@ -1,5 +1,5 @@
-// The trap for what ends a process in Microsoft's runtime libraries: in the one that was there before the first guarded call, and in
-// the older ones that packages bring. What it does for packages is in the test of what they throw.
+// The trap for functions of Microsoft's runtime libraries that end the process: in the library that the process has from the
+// beginning, and in the older ones that packages bring. foreign_throw_test.cpp tests what the trap does for packages.
 #include "guard/abort_trap.h"
 
 #include <gtest/gtest.h>
@@ -12,14 +12,15 @@
 namespace zelt {
 namespace {
 
-// Many of the system's libraries bring it. A test that runs alone in its process has loaded nothing since.
+// Many of the system's libraries load ucrtbase.dll when the process starts. A test that runs alone in its process has
+// loaded nothing since.
 TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
 {
     const HMODULE library = GetModuleHandleW(L"ucrtbase.dll");
     if (!library) GTEST_SKIP() << "this system's libraries do without it";
     const auto end = reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "abort")));
     ASSERT_NE(nullptr, end);
-    // The second time it is the trap that the first one set again.
+    // The second call meets the trap that was set again after the first.
     for (int i = 0; i < 2; ++i) {
         const tests::Outcome outcome = tests::CallGuarded([end]() -> HRESULT {
             end();
@@ -52,7 +53,7 @@ bool EndsCallsOnly(HMODULE library, const char* name)
 
 class OlderRuntime : public testing::TestWithParam<const wchar_t*> {
 protected:
-    // Loaded by nobody else, and after all preparation.
+    // Loads the library after the guards are prepared.
     void SetUp() override
     {
         PrepareGuards();

@@ -49,7 +49,7 @@ TEST(ExceptionTexts, EachCodeHasItsWholeText)
     }
 }
 
-// All codes that share their first 20 bits with a code that has a text.
+// Every code of each severity whose middle 18 bits are zero, as in all codes that have a text.
 TEST(ExceptionTexts, AllOthersShareOne)
 {
     std::map<DWORD, std::string> byCode;

@@ -147,7 +147,7 @@ private:
         return S_OK;
     }
 
-    // Makes a call in which `fault` is committed, or one that succeeds.
+    // Makes a call in which `fault` is committed, or one that succeeds if `fault` is null.
     void Call(const FaultKind* fault)
     {
         SCOPED_TRACE(fault ? fault->name : "a call without a fault");

@@ -305,7 +305,7 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
     EXPECT_EQ(64u * 1024, MicrosoftThrow(kConstText, ".H", endless.c_str()).Raise().text.size());
 }
 
-// A guard page belongs to a stack: the next one to touch it is its thread, which then gets more.
+// A guard page belongs to a stack: only the stack's own thread may touch it, which enlarges the stack.
 TEST(ForeignMemory, KeepsItsGuardPages)
 {
     const PageEnd page(true);

@@ -19,7 +19,7 @@ namespace {
 constexpr Shape kShapes[] = {kAnything, kStrings,  kOptionalStrings, kDoubles, kOptionalDoubles,
                              kIntegers, kBooleans, kVariants,        kObjects};
 
-// Counts the elements of a log, and fails the test for an error.
+// Counts the outermost arguments of a log; a parse error fails the test.
 class Counter final : public LogSink {
 public:
     void Begin(const LogEvent& event) override { arguments += event.depth == 0 && event.kind == EventKind::Argument; }

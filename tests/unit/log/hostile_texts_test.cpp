@@ -70,7 +70,7 @@ protected:
         _close(descriptor);
         return result;
     }
-    // The next text gets a new log.
+    // Begins a new log for the next text.
     void BeginAnew()
     {
         document->LetGo();

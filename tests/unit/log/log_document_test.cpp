@@ -42,7 +42,7 @@ int WINAPI NameTime(LCID locale, DWORD, const SYSTEMTIME*, LPCWSTR format, LPWST
     return _snwprintf(text, static_cast<std::size_t>(size), L"time for %lu in %ls", locale, format);
 }
 
-// Not in the user's language, and not in the invariant one.
+// The date is neither in the user's language nor in the invariant one.
 TEST_F(LogDocumentTest, SaysItsStartInTheLanguageOfTheSystem)
 {
     Close();

@@ -262,7 +262,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
             EXPECT_STREQ(L"ZELT", saved.Failure().caption);
             EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
         }
-        // The user has not changed the others.
+        // That the value of another option cannot be stored is no failure: the user has not changed that option.
         for (const auto& other : rows) {
             if (other.option == row.option) continue;
             const zelt::test::RefusedWrites refused({other.value});

@@ -13,7 +13,7 @@ namespace zelt::test {
 namespace {
 
 std::wstring chosenPath;
-std::size_t boxesBefore;  // the dialog
+std::size_t boxesBefore;  // the boxes that were shown before the dialog
 const RecordedMessages* boxes;
 
 // What the user sees when a simulator makes an object with a log.
@@ -97,7 +97,7 @@ TEST_F(RootLog, OfAPackageThatIsOnlyRecordedHasNoLog)
         if (file.is_regular_file()) files.push_back(file.path().extension());
     }
     EXPECT_EQ(std::vector<std::filesystem::path>{L".zlr"}, files);
-    // A folder that cannot be made: no file in it either.
+    // If the folder cannot be made, neither can the recording.
     folder = L"?:\\no such place";
     EXPECT_EQ(nullptr, OpenRootRecording(options, L"Name", "kind").Get());
     ASSERT_EQ(1u, messages.All().size());

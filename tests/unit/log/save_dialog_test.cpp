@@ -27,7 +27,7 @@ struct Answer {
 
     void operator()()
     {
-        // The window exists before it is filled, and is shown when it is.
+        // The window exists before its controls are filled, and is shown only afterwards.
         HWND dialog = nullptr;
         while (!IsWindowVisible(dialog = FindWindowW(nullptr, kTitle.c_str()))) {
             if (isOver) return;

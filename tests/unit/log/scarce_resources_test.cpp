@@ -126,7 +126,7 @@ TEST_F(ScarceResources, ALogThatOthersHoldOrProtectIsSaidAndNotTouched)
     expectRefusal("opened elsewhere");
     CloseHandle(other);
     SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_READONLY);
-    // Wine leaves this check to its host, where the administrator may write everything.
+    // Wine leaves this check to its host, where the administrator may write to any file.
     other = CreateFileW(place.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (other == INVALID_HANDLE_VALUE) {
         expectRefusal("read-only");
@@ -203,7 +203,7 @@ TEST_F(ScarceResources, PathsInEveryScript)
         EXPECT_EQ(L"Open log file \"" + place + L"\"?", messages.All()[0].text);
         EXPECT_TRUE(DeleteFileW(place.c_str()));
     }
-    // The fixture's own document asks for the same options when it is closed.
+    // The fixture's own document uses the same options when it is closed.
     options.promptOpenLog = false;
 }
 
@@ -266,14 +266,15 @@ protected:
         EXPECT_EQ(S_OK, utilities->Initialize());
         return result;
     }
-    // Runs with the stack size of the server's main thread, whoever runs the tests.
+    // Runs `body` on a thread of its own, whose stack is as large as that of the server's main thread, however the
+    // tests are run.
     template <class Body>
     void OnOwnThread(Body body)
     {
         bool ended = false;
         std::thread([&] {
             PrepareGuards();
-            // It lives on the thread where it is used.
+            // The package must live on the thread where it is used.
             package = MakeFake<FakePackage>();
             body();
             package.Reset();

@@ -343,7 +343,7 @@ std::size_t CommittedMemory()
     return counters.PagefileUsage;
 }
 
-// ZELT_MUTATED_LOGS sets a number other than that of an ordinary run.
+// ZELT_MUTATED_LOGS sets the number of logs; an ordinary run has 20,000.
 TEST_F(WrittenLog, MutatedNeitherCrashesNorHangsNorLeaks)
 {
     const char* wanted = std::getenv("ZELT_MUTATED_LOGS");

@@ -246,7 +246,7 @@ TEST(ExportedPackageList, IsLoadedOnceWhenThatWasPutOff)
     EXPECT_EQ(0u, list.Count());
     list.LoadLater([&] {
         ++loaded;
-        // A box lets calls in, which request the list again.
+        // A message box lets calls in, which request the list again.
         list.RequireLoaded();
         EXPECT_TRUE(list.Load());
     });

@@ -54,8 +54,7 @@ TEST(ExportedPackage, IsParsedAsFormatted)
 
 TEST(ExportedPackage, KeepsTheCharactersOfTheThreadsCodePage)
 {
-    // Western and Cyrillic letters: each code page has some of them; the letters that it lacks are lost, but not the
-    // rest of the name.
+    // A Western letter: a code page that lacks it loses the letter, but not the rest of the name.
     ExportedPackage package = {kClass, PackageKind::PropertyPackage11StandAlone, L"", L"a\xE9z", false}, parsed;
     wchar_t expected[4] = L"a?z";
     char narrow[8] = "";

@@ -79,7 +79,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
         if (!package.Parse({static_cast<const char*>(bytes.Start()), text.size()})) continue;
         ++accepted;
         ASSERT_LT(static_cast<unsigned>(package.kind), kPackageKinds);
-        // What was read is stored so that reading it again gives the same.
+        // What was read is stored in a form from which the same is read again.
         ExportedPackage again;
         const std::string stored = package.Format();
         ASSERT_TRUE(again.Parse(stored));
@@ -92,7 +92,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
     EXPECT_LT(inputs / 20, accepted);
 }
 
-// Values of every type and size where the settings are kept.
+// Stores a value of any type and size under `name`, where the settings are kept.
 void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool isEntry)
 {
     constexpr DWORD kTypes[] = {REG_NONE,  REG_SZ,       REG_EXPAND_SZ, REG_BINARY,

@@ -19,7 +19,7 @@ TEST_P(ManagerEdit, IsForwardedOnlyIfTheUserWantsThat)
     EXPECT_EQ(E_NOTIMPL, utilities->Edit());
     EXPECT_TRUE(script.calls.empty());
 
-    // Stored by another program, as zeltctl does.
+    // Stores the option as another program does, for example zeltctl.
     LogOptions stored;
     stored.root = TheLogOptions().root;
     stored.forwardManagerEdit = true;

@@ -73,7 +73,7 @@ private:
     const LogSurroundings* before = nullptr;
 };
 
-// A box offers to remove a package that cannot be made; the answer keeps it.
+// A message box offers to remove a package that cannot be made; the answer keeps the package.
 class ServerMemoryFailure : public MemoryFailure {
 protected:
     ServerMemoryFailure() : before(SetMessageFunction([](const wchar_t*, const wchar_t*, UINT) -> int { return IDNO; }))
@@ -92,7 +92,7 @@ TEST_F(ServerMemoryFailure, OfEachAllocationOfAManagerEndsInStatusCodes) { FailO
 
 TEST_F(ServerMemoryFailure, OfEachAllocationOfARegistrationLeavesNothingThatRemovalDoesNotFind)
 {
-    // Makes what is made only once and kept.
+    // Creates what is created only once and kept.
     ASSERT_EQ(S_OK, RegisterServer(Scope::User, "1.0"));
     ASSERT_EQ(S_OK, UnregisterServer(Scope::User, "1.0"));
     const long step = std::max(1, 100 / Effort());

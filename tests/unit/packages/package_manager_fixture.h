@@ -32,7 +32,7 @@ struct Script {
     std::vector<HRESULT> edits;  // what Edit returns, first to last; then E_NOTIMPL
     bool lacksUtilities = false;
     std::vector<std::string> calls;
-    std::vector<std::string> ends;  // the last calls of a manager, and packages that are gone
+    std::vector<std::string> ends;  // in order, each Terminate of a manager and each destroyed package
     std::wstring requested;
     FakePackage* last = nullptr;  // alive while somebody holds it
 };
@@ -106,7 +106,7 @@ private:
     } utilities{*this};
 
 public:
-    // A package that a script could also reach.
+    // A package with an IDispatch, as scripts need it.
     class PackageWithDispatch final : public FakeObject {
     public:
         ~PackageWithDispatch() override { script.ends.push_back("package"); }
@@ -248,7 +248,7 @@ protected:
     ComPtr<IDispatch> package;
 };
 
-// Where the next log goes; nowhere if it is empty. The title is that of the last question for the place.
+// The path of the next log, empty for none, and the title of the last dialog that asked for a path.
 inline std::wstring logPath, logTitle;
 void PlaceLogsAt(const std::wstring& path);
 

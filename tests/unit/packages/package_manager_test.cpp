@@ -191,7 +191,7 @@ TEST_P(PackageManagerTest, EachFailureHasItsText)
         EXPECT_EQ(row.description + kind.removalPrompt, messages.All()[0].text);
         EXPECT_EQ(L"ZELT:", messages.All()[0].caption);
         EXPECT_EQ(static_cast<UINT>(MB_YESNO | MB_ICONQUESTION | MB_TOPMOST), messages.All()[0].flags);
-        EXPECT_EQ(1u, ExportedPackages().Count());  // No keeps it
+        EXPECT_EQ(1u, ExportedPackages().Count());  // the answer No keeps the package
         ExportedPackages().Remove(0);
     }
 }
@@ -227,7 +227,7 @@ TEST_P(PackageManagerTest, TheUserReadsThatTheListCannotBeStored)
     EXPECT_EQ((std::vector<std::wstring>{L"Keep"}), Names());
 }
 
-// A process that only shows logs also serves the classes.
+// A process that only shows logs also serves the classes, and loads the list when a client first asks for it.
 TEST_P(PackageManagerTest, WhoAsksFirstHasTheListLoaded)
 {
     Export(kind.alone, L"Stored", kStandAlone);

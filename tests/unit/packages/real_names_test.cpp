@@ -1,4 +1,5 @@
-// Names that a code page lacks: kept beside the entry, and taken only for the entry that they were written with.
+// Names with characters that a code page lacks: they are kept beside the entry, and used only for the entry with which
+// they were written.
 #include "packages/real_names.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ constexpr wchar_t kPlocker[] =
     L"Lee-Kesler-Pl\xF6"
     L"cker";
 constexpr wchar_t kMixed[] =
-    L"\x3A9\x3BC\x3AD\x3B3\x3B1 \x41E\x43C\x435\x433\x430 \x6C34\xD83D\xDE00";  // no code page has all
+    L"\x3A9\x3BC\x3AD\x3B3\x3B1 \x41E\x43C\x435\x433\x430 \x6C34\xD83D\xDE00";  // no code page has all of them
 
 // The code page in which the registry's entries are written is the thread's.
 class ThreadLocale {
@@ -97,7 +98,7 @@ TEST_F(RealNames, HaveAValueOnlyWhereACodePageMayLackThem)
     Save({Package(L"a", L"b"), Package(kMixed, L"c")});
     EXPECT_FALSE(Has(L"PackageNames1"));
     EXPECT_TRUE(Has(L"PackageNames2"));
-    // Names that look like what another code page has left of these.
+    // A name that looks like what a code page leaves of such a name.
     ExportedPackage left;
     ASSERT_TRUE(left.Parse(Package(kMixed, L"c").Format()));
     left.sourceName = L"????? ????? ?";

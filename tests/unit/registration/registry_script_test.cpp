@@ -59,7 +59,7 @@ TEST(RegistryScript, IsRefusedWhereItIsNotUnderstood)
         L"",
         L"HKLM { }",                        // another root
         L"HKCR { Key",                      // no end
-        L"HKCR { Key = s 'text }",          // no apostrophe
+        L"HKCR { Key = s 'text }",          // no closing apostrophe
         L"HKCR { Key = d '1' }",            // another type
         L"HKCR { Key { val Name } }",       // a value without text
         L"HKCR { Key = s '%UNKNOWN%' }",    // no such replacement

@@ -72,7 +72,7 @@ TEST_F(FaultySampleTest, EditFaultsWhereTheSystemCallsBack)
         ++edits;
         ComPtr<ICapeUtilities> utilities;
         ASSERT_EQ(S_OK, Package(character.name).As(&utilities));
-        // A second time, so that nothing of the first one is left.
+        // Twice, because the first fault must leave nothing behind.
         for (int i = 0; i < 2; ++i) {
             const HRESULT edited = zelt::CallForeign([&] { return utilities->Edit(); });
             EXPECT_TRUE(edited == S_OK || edited == E_UNEXPECTED) << character.name << ' ' << std::hex << edited;
@@ -161,7 +161,7 @@ TEST_F(FaultySampleTest, KeepsOneReferenceOnAMaterial)
         context.Reset();
         material->AddRef();
         EXPECT_EQ(1u + kept, material->Release()) << name;
-        // The test releases what the package keeps forever.
+        // The test releases what the package never releases.
         for (unsigned i = 0; i < kept; ++i) material->Release();
     }
 }

@@ -3,7 +3,7 @@
 #include "samples/field/field_package.h"
 #include "samples/field/field_unit.h"
 
-// The field components by themselves: what a test with ZELT in between relies on.
+// The field components by themselves: what the tests with ZELT in between rely on.
 namespace zelt::sample {
 namespace {
 
@@ -23,7 +23,7 @@ public:
         AddRef();
         return S_OK;
     }
-    // It belongs to the test.
+    // The test owns this object.
     STDMETHOD_(ULONG, AddRef)() override { return 2; }
     STDMETHOD_(ULONG, Release)() override { return 1; }
     STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
@@ -92,7 +92,7 @@ TEST_F(SampleFieldTest, AMaterialThatHasOnlyNamesGetsTheSameResults)
     EXPECT_EQ(Enthalpy(expected), Enthalpy(material));
     EXPECT_EQ(L"SetProp", named.members.back());
 
-    // What the material says about its failure is lost on the way, its code is not.
+    // What the material says about its failure is lost on the way, but its code is not.
     const auto routine = Query<ICapeThermoCalculationRoutine>(package.Get());
     EXPECT_EQ(S_OK, material->RemoveResults(_variant_t()));
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
@@ -101,7 +101,7 @@ TEST_F(SampleFieldTest, AMaterialThatHasOnlyNamesGetsTheSameResults)
 
 TEST_F(SampleFieldTest, AContextIsKeptIfItSaysWhatItIs)
 {
-    // A material has no messages, but is no context either.
+    // A material is not a context: the package accepts it, but sends it no messages.
     const auto utilities = Query<ICapeUtilities>(package.Get());
     EXPECT_EQ(S_OK, utilities->put_simulationContext(MakeMaterial<IDispatch>().Get()));
     EXPECT_EQ(nullptr, RecognisedContext(MakeMaterial<IDispatch>().Get()));
@@ -133,7 +133,7 @@ TEST_F(SampleFieldTest, AParameterIsItsOwnSpecification)
         types.push_back(type);
     }
     EXPECT_EQ((std::vector<eCapeParamType>{CAPE_REAL, CAPE_INT, CAPE_OPTION, CAPE_BOOLEAN, CAPE_ARRAY}), types);
-    // The value is the unit's, whoever sets it.
+    // The unit uses the value, whoever has set it.
     EXPECT_EQ(S_OK, SetIn(object.Get(), L"Pressure drop", _variant_t(-1.0)));
     _bstr_t message;
     VARIANT_BOOL valid = VARIANT_TRUE;

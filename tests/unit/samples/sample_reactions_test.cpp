@@ -292,7 +292,7 @@ TEST_F(SampleReactionsTest, HeedsTheParametersOfAReaction)
     EXPECT_EQ(0, Value(L"reactionRate", L"TolueneHydrodealkylation"));
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Pre-exponential factor", _variant_t(2.0)));
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Activation temperature", _variant_t(0.0)));
-    // Of order 1 only in toluene, half of 101325 Pa.
+    // Of order 1 in toluene alone, whose partial pressure is half of 101325 Pa.
     ASSERT_EQ(S_OK, SetOfReaction(L"TolueneHydrodealkylation", L"Orders", MakeDoubles({{1.0, 0.0, 0.0, 0.0}})));
     EXPECT_DOUBLE_EQ(101325, Value(L"reactionRate", L"TolueneHydrodealkylation"));
     EXPECT_NE(rate, 101325);

@@ -130,7 +130,8 @@ TEST(SampleRachfordRice, StopsAtThePhaseBoundaries)
     EXPECT_EQ(1, RachfordRice(std::vector{0.5, 0.5}, std::vector{1.5, 0.9}));
     EXPECT_EQ(1, RachfordRice(std::vector{1.0}, std::vector{1.5}));
     EXPECT_EQ(0, RachfordRice(std::vector{1.0}, std::vector{0.5}));
-    // Very different K-values and a feed near its bubble point: sum z K = 1.0001 - 1e-9 or so.
+    // Very different K-values and a feed of which hardly anything evaporates: sum z K = 1.1, the fraction is about
+    // 1e-9.
     const double fraction = RachfordRice(std::vector{1e-8, 1 - 1e-8}, std::vector{1.1e8 + 1, 1e-6});
     EXPECT_GT(fraction, 0);
     EXPECT_LT(fraction, 0.1);
@@ -289,7 +290,7 @@ TEST(SampleIdealSolution, HasFugacityDerivativesInAmounts)
             for (double& amount : amounts) amount /= 1 + change;
             return kAromatics.Fugacity(Phase::kLiquid, t, p, amounts).value;
         };
-        // Shifting the amount has the same effect as normalising (n_i + d) / (1 + d).
+        // A change d of amount j makes fraction j (n_j + d) / (1 + d), and every other fraction n_i / (1 + d).
         double gibbsDuhem = 0;
         for (std::size_t i = 0; i < 3; ++i) {
             const double slope = (shifted(step)[i] - shifted(-step)[i]) / (2 * step);

@@ -135,7 +135,7 @@ TEST_F(BackgroundReader, LetsNoMoreThanAFewLongLabelsWait)
     Write(log + "</zeltlogdocument>\n");
     ExpectTheSame();
     Recorder sink;
-    // The reading is never ahead of the items by most of the file.
+    // The reader is never as much as six labels ahead of the items.
     sink.onItem = [&](int items) { EXPECT_GT(6 * kLabel, position - items * kLabel); };
     EXPECT_EQ(LogReadResult::Complete, Read(sink, true));
 }

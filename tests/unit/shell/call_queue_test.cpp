@@ -9,7 +9,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The filter of this thread, which stays.
+// The thread's message filter, which stays registered.
 ComPtr<IMessageFilter> CurrentFilter()
 {
     ComPtr<IMessageFilter> filter;

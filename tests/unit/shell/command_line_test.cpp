@@ -41,7 +41,7 @@ const Case kCases[] = {
     {L"/quiet /RegServer",                StartMode::Registration, RegistrationAction::Register, L""},
     {L"-Embedding /RegServer",            StartMode::Registration, RegistrationAction::Register, L""},
     {L"file.zlg /RegServer",              StartMode::Registration, RegistrationAction::Register, L""},
-    // The word without a mark, or as part of another word, requests no action.
+    // Without a dash or slash, or as part of another word, the word requests no action.
     {L"RegServer",                        StartMode::Registration, kNone, L""},
     {L"/RegServers",                      StartMode::Registration, kNone, L""},
     {L"/x_RegServer",                     StartMode::Registration, kNone, L""},

@@ -1,4 +1,4 @@
-// What of a text is looked for in a log's bytes, and where it is found.
+// Which part of a text is looked for in a log's bytes, and where it is found.
 #include "shell/log_viewer/fragment_search.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ TEST(FragmentSearch, LooksForTheLongestPartThatTheFileHas)
 
 bool IsIn(const std::string& text, const std::string& bytes, bool ignoreCase = false)
 {
-    // What is behind the bytes does not count.
+    // The text after the bytes must not be found.
     const std::string all = bytes + text + std::string(kSlack, '\0');
     return FragmentSearch(text, ignoreCase).MayBeIn(std::string_view(all).substr(0, bytes.size()));
 }
@@ -67,7 +67,7 @@ TEST(FragmentSearch, IgnoresCaseOnDemand)
     EXPECT_FALSE(IsIn("queryinterface", "o: QueryInterface for"));
     EXPECT_TRUE(IsIn("queryinterface", "o: QueryInterface for", true));
     EXPECT_TRUE(IsIn("QUERYINTERFACE", "o: QueryInterface for", true));
-    // Characters beside the letters that differ in the same bit.
+    // Characters next to the letters that also differ only in the bit of the case.
     EXPECT_FALSE(IsIn("[a]", "{A}", true));
     EXPECT_FALSE(IsIn("a[", "a{", true));
     EXPECT_FALSE(IsIn("@z", "`Z", true));

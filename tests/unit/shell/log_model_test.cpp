@@ -11,7 +11,7 @@ namespace {
 
 TreeRow RowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
 
-// Most labels of a log occur many times, so an item costs only a number.
+// Most labels of a log occur many times, so the model keeps only a number for each item.
 TEST(LogModel, KeepsEachLabelOnce)
 {
     constexpr ItemIndex kLabels = 5'000;

@@ -81,7 +81,7 @@ TEST_F(PackageListViewTest, PassesOnTheUsersChecksAndNotItsOwn)
     }
 }
 
-// As wide as the contents need, or the header with its margins, and no wider.
+// A column is as wide as its contents, or its header with margins, need, and no wider.
 TEST_F(PackageListViewTest, MakesItsColumnsFit)
 {
     view.FitColumns();
@@ -100,7 +100,7 @@ TEST_F(PackageListViewTest, MakesItsColumnsFit)
         // Room for one and a half small images beside the title.
         const int least = ListView_GetStringWidth(list, title) + GetSystemMetrics(SM_CXSMICON) * 3 / 2;
         EXPECT_EQ(std::max(own, least), fitted) << column;
-        // Undone, because the last column takes the room that the others leave.
+        // Sets the width back, because the last column takes the room that the others leave.
         ListView_SetColumnWidth(list, column, fitted);
     }
 }

@@ -1,4 +1,4 @@
-// Pieces of files, also of those that are longer than a 32-bit number can say.
+// Reading pieces of files, also of files that are longer than 4 GB.
 #include "shell/log_viewer/pages/page_file.h"
 
 #include <gtest/gtest.h>

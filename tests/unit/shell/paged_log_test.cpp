@@ -35,7 +35,7 @@ std::string Calls(int count)
     return calls;
 }
 
-// Calls of many pages, and one call around many others.
+// Calls that fill many pages, and one call around many others.
 std::string LongLog()
 {
     return kHeader + Calls(3000) + Call(3000, Call(3001, Calls(4000))) + Calls(3000) + "<warning value=\"last\"/>\r\n" +
@@ -151,7 +151,7 @@ TEST_F(PagedLogs, HaveTheItemsOfTheWholeLog)
 {
     Load(LongLog());
     ASSERT_TRUE(paged.HasPages());
-    // The call around many others ends several pages behind its beginning.
+    // The call around many others ends several pages after its beginning.
     EXPECT_LT(paged.StretchOf(paged.Size() / 2).first, paged.StretchOf(paged.Size() - 1).first);
     ExpectTheSame();
 }
@@ -198,7 +198,7 @@ TEST_F(PagedLogs, FindWhatTheWholeLogHas)
 TEST_F(PagedLogs, RemoveWhatTheWholeLogRemoves)
 {
     Load(LongLog());
-    // A removal that is cancelled, then all of it.
+    // First a removal that is cancelled halfway, then a complete one.
     for (const ItemIndex before : {whole.Size() / 2, whole.Size()}) {
         RemoveQueries(whole, before);
         RemoveQueries(paged, before);
@@ -273,10 +273,10 @@ TEST_F(PagedLogs, SayThatTheFileIsAnother)
     const std::string others[] = {
         std::string(log.size(), ' '),
         kHeader + Calls(12'000) + kFooter,
-        // The same elements, with other lengths.
+        // The same elements at other places, because there is one more at the beginning.
         kHeader + "<info value=\"12\"/>\r\n" + log.substr(kHeader.size()),
-        // Elements that are deeper than the page was.
         std::string(log.size(), '\0'),
+        // Elements that are deeper than the page was.
         kHeader +
             [] {
                 std::string deep;

@@ -27,7 +27,7 @@ struct alignas(16) Header {
 };
 static_assert(sizeof(Header) == 2 * kGuardBytes && alignof(Header) >= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
-// Nothing here may allocate: the state is static, and the damage text has a fixed size.
+// Code that holds the lock must not use operator new: the state is static, and the damage text has a fixed size.
 SRWLOCK lock = SRWLOCK_INIT;
 Header* kept[kKeptBlocks];
 std::size_t oldest, keptCount, keptBytes;

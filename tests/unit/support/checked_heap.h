@@ -8,7 +8,7 @@
 
 namespace zelt::test {
 
-// What freed memory contains: as a pointer, it is an address that no program owns.
+// Fills freed memory. Read as a pointer, the pattern is an address that no program owns.
 inline constexpr unsigned char kFreedByte = 0xDD;
 
 // Checks the freed memory that is kept.
@@ -17,8 +17,8 @@ void CheckFreedBlocks();
 // The damage found since the previous call, one line each; empty if there is none.
 std::string TakeHeapDamage();
 
-// Makes the calling thread run out of memory once: `successes` more allocations succeed, the next one fails. True if an
-// allocation has failed since the previous call; a negative number of successes ends this.
+// Makes the calling thread run out of memory once: `successes` more allocations succeed, the next one fails. A negative
+// number cancels this. Returns whether an allocation has failed since the previous call.
 bool FailAllocationAfter(long successes);
 
 // What operator new has allocated and nobody has freed.

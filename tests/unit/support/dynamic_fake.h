@@ -1,7 +1,7 @@
 // An object that implements every interface that a type library in this module's resources describes: its vtables are
 // made from the type information, and each slot leads to one handler. Arguments are recorded bit by bit before the
 // handler runs. IUnknown and IDispatch are real, and references are counted. The handler must not throw exceptions or
-// cause faults; for these there is a last act.
+// cause faults; it sets `lastAct` instead.
 #pragma once
 
 #include <windows.h>
@@ -54,7 +54,7 @@ public:
     // Fills the outputs and returns the result. Without a handler, a call for the component's name returns it, and any
     // other call succeeds without writing its outputs.
     Handler handler;
-    // The handler sets it for the current call; it is done once.
+    // Set by the handler for the current call, and done only once.
     LastAct lastAct;
     std::wstring name;
     std::vector<RecordedCall> calls;

@@ -14,8 +14,8 @@ struct FaultKind {
     std::string logged;  // the text of the error
 };
 
-// Commits each kind once, under only a guard, to see what escapes. Omits kinds that this processor or machine
-// lacks. The list does not change until the process ends.
+// Commits each kind once, under the fault guard alone, to see what escapes. Omits kinds that cannot happen on this
+// machine. The list does not change until the process ends.
 const std::vector<FaultKind>& AllFaultKinds();
 
 // One kind of each sort: a fault, an exception, a character string, an abort. No stack overflow: one takes 20 ms.

@@ -1,5 +1,5 @@
-// What the guard's tests share: the two bad packages, loaded once and kept, one guarded call with the way in which it
-// ended, and the processor state that a fault must not change.
+// What the guard's tests share: the two bad packages, loaded once and kept, a guarded call that returns how it ended,
+// and the processor state that a fault must not change.
 #pragma once
 
 #include <string>

@@ -37,7 +37,7 @@ void HostileValues::Forget()
     pointers.clear();
 }
 
-// An address that belongs to nobody's memory.
+// An address at which nothing is allocated.
 void* HostileValues::Wild()
 {
     constexpr std::uintptr_t kAddresses[] = {1, 2, 7, 0x1000, 0xFFFF, ~std::uintptr_t{0}, ~std::uintptr_t{0x0F}};
@@ -160,7 +160,7 @@ void HostileValues::Fill(SAFEARRAY* array, VARTYPE type, std::size_t count, int 
     }
 }
 
-// One lie in the header.
+// Puts one lie into the header.
 void HostileValues::Spoil(SAFEARRAY* array)
 {
     constexpr ULONG kCounts[] = {0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x20000000};
@@ -169,7 +169,8 @@ void HostileValues::Spoil(SAFEARRAY* array)
     constexpr ULONG kSizes[] = {0, 1, 3, 8, 16, 0xFFFFFFFF};
     switch (dice.Below(6)) {
         case 0: array->pvData = dice.Once(2) ? nullptr : Wild(); break;
-        // Claimed elements that do not exist must not be in a large readable area: reading it would take long.
+        // The claimed elements that do not exist must not lie in a large readable area: reading it would take a long
+        // time.
         case 1:
             array->rgsabound[0].cElements = dice.Of(kCounts);
             array->pvData = Wild();

@@ -15,7 +15,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Releases at the end of a scope what type information lends.
+// Gives back at the end of a scope what type information lends.
 template <class Description>
 auto Lend(ITypeInfo* info, Description* description, void (STDMETHODCALLTYPE ITypeInfo::*giveBack)(Description*))
 {
@@ -37,7 +37,7 @@ std::string NameOf(ITypeInfo* info, MEMBERID member)
     return Narrow(TextOf(name.GetBSTR()));
 }
 
-// A dual interface is found in its late-bound form, from which this gets the form with the real signatures.
+// A type library lists a dual interface in its late-bound form. Returns the form with the real signatures.
 ComPtr<ITypeInfo> EarlyBound(ITypeInfo* info)
 {
     ComPtr<ITypeInfo> early;

@@ -19,7 +19,7 @@ std::string Word(const ParameterShape& parameter)
         case VT_BSTR: return "string";
         case VT_R8: return "double";
         case VT_R4: return "VT_R4";
-        // The log leaves out the first letter of eCapePortType.
+        // The log leaves out the first letter of a name such as eCapePortType.
         case VT_I4: return parameter.enumeration.empty() ? "long" : parameter.enumeration.substr(1);
         case VT_I2: return "short";
         case VT_BOOL: return "VARIANT_BOOL";

@@ -1,5 +1,5 @@
-// The interfaces of the standard's library that no line of proxied_methods.txt describes. Their rows follow from the library alone:
-// each argument has its name and type there.
+// The interfaces of the standard's library that no line of proxied_methods.txt describes. Their rows are made from the library
+// alone, with its names and types of the arguments.
 #pragma once
 
 #include <vector>
@@ -12,8 +12,8 @@ namespace zelt::test {
 // Every dual interface of the type libraries in this module's resources, in their order.
 std::vector<const InterfaceShape*> AllInterfaces();
 
-// Whether a proxy carries the interface by rows, whatever its class. Not a collection's: of what it holds, only the classes of
-// collections know the kind.
+// Whether proxies of every class carry the interface by rows. False for ICapeCollection, although the table has rows for it:
+// only the classes of collections know what kind of object they hold.
 bool HasRows(const InterfaceShape& shape, const std::vector<TableClass>& table);
 
 // Whether proxies never offer the interface.

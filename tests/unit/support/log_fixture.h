@@ -75,7 +75,7 @@ protected:
         if (document) document->LetGo();
         const std::string log = ReadWhole(path);
         EXPECT_TRUE(HasWholeLineEnds(log));
-        // What the recording lacks, the log that it renders lacks.
+        // A log rendered from the recording lacks what the recording lacks.
         if (isRecordedWhole) {
             EXPECT_EQ(log, RenderedLog(recording));
         }
@@ -83,7 +83,7 @@ protected:
         DeleteFileW(recording.c_str());
     }
 
-    // A log in the place of the one before, with its recording.
+    // A new log in place of the previous one, with its recording.
     LogDocument* NewDocument()
     {
         LogFile file;
@@ -111,7 +111,7 @@ protected:
 
     std::wstring path;
     std::wstring recording = path + L".zlr";
-    bool isRecordedWhole = true;  // false in a test that makes log or recording lose entries
+    bool isRecordedWhole = true;  // false in a test that makes the log or the recording lose entries
     LogOptions options;
     LogDocument* document;
 };

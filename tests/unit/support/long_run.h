@@ -1,5 +1,5 @@
-// The effort of tests of variable length: little in an ordinary run, ZELT_TEST_EFFORT in a long run. The same seed
-// gives the same inputs on every machine, and a failure names it.
+// The effort of tests of variable length: little in an ordinary run, and ZELT_TEST_EFFORT times as much in a long run.
+// The same seed gives the same inputs on every machine.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
-// Each of our own allocations fails, one after another: what these scenarios share. A scenario runs repeatedly, each
-// time with another failing allocation; every call must end with a status code, no reference or memory may be lost, and
-// the log must stay complete.
+// Shared by the tests that make our own allocations fail, one after another. A scenario runs repeatedly, each time with
+// another failing allocation; every call must end with a status code, no reference or memory may be lost, and the log
+// must stay complete.
 #pragma once
 
 #include <fcntl.h>
@@ -35,7 +35,7 @@ public:
     const std::vector<HRESULT>& Answers() const { return answers; }
 
 protected:
-    // Allocates nothing while allocations fail.
+    // Reserves the memory now, so that nothing is allocated while allocations fail.
     Answered() { answers.reserve(200); }
 
     // Null if there is no memory for it.
@@ -63,8 +63,8 @@ protected:
         options.promptOpenLog = false;
     }
 
-    // Runs the scenario with or without its own log. The allocation after `successes` others fails; none for a
-    // negative number. True if an allocation has failed.
+    // Runs the scenario with or without its own log. The allocation after `successes` others fails; none fails for a
+    // negative number. Returns whether one has failed.
     template <class Scenario>
     bool RunOnce(bool isLogged, long successes)
     {
@@ -91,14 +91,14 @@ protected:
         return hasFailed;
     }
 
-    // One allocation in `step` fails, each in its own run, until the scenario ends before an allocation fails.
+    // Runs the scenario repeatedly. One allocation fails in each run, every `step`-th in turn, until none fails any more.
+    // More than `least` runs must have a failure; calls may also return the results in `others`.
     template <class Scenario>
-    // `others`: results that calls may also return.
     void FailOneAfterAnother(long step, int least, const std::vector<HRESULT>& others = {})
     {
         for (const bool isLogged : {true, false}) {
             SCOPED_TRACE(isLogged ? "logged" : "not logged");
-            RunOnce<Scenario>(isLogged, -1);  // makes what is made only once and kept
+            RunOnce<Scenario>(isLogged, -1);  // creates what is created only once and kept
             const std::vector<HRESULT> usual = answers;
             RunOnce<Scenario>(isLogged, -1);
             const HeapInUse before = HeapOfOperatorNew();
@@ -123,7 +123,8 @@ protected:
             std::printf("%d of about %ld allocations failed, after %d of them all calls answered as usual\n", failures,
                         successes, unnoticed);
             EXPECT_LT(least, failures);
-            // A call must report its failure. An allocation only for the log may instead cost an entry.
+            // A call must report its failure. If an allocation for the log alone fails, the log may lose an entry
+            // instead.
             if (!isLogged) {
                 EXPECT_LT(unnoticed * 2, failures);
             }

@@ -33,7 +33,7 @@ public:
     MethodCall(const MethodCall&) = delete;
     MethodCall& operator=(const MethodCall&) = delete;
 
-    // Makes the calls that follow pass null instead of each pointer to a value that goes in.
+    // From now on, calls pass null in place of each pointer to a value that goes in.
     void PassNullSlots();
 
     HRESULT CallEarly(IUnknown* pointer);

@@ -14,10 +14,10 @@ struct TableStep {
     std::string name;  // of the argument, or of the checked argument
     std::string text;  // the error, or the version
     bool isLoggedIn = false;
-    std::string type;  // without what follows the word
+    std::string type;  // the word alone, without what may follow it
     bool mayBeEmpty = false;
     std::string secondName;       // of the value 1 of an enumeration that only the library describes
-    std::string proxyClass;       // of a pointer to replace
+    std::string proxyClass;       // of the proxy that replaces a pointer
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
     bool isShownAsReturned = false;
 

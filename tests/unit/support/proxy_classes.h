@@ -46,7 +46,8 @@ ProxyClass DescribeProxyClass(const char* name, Origin origin)
             [](const CapeOpenBase& proxy) { return dynamic_cast<const T*>(&proxy) != nullptr; }};
 }
 
-// Gives a proxy its object: for a root with the document, else with the proxy through which the object crosses.
+// Gives a proxy its object. A root also gets the document; any other proxy gets the one through which the object
+// crosses.
 inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* object, LogDocument* document,
                    CapeOpenBase* through)
 {

@@ -1,4 +1,5 @@
-// Answers the message boxes of a test and keeps their contents, in the place of an object that did so before.
+// Answers the message boxes of a test and keeps their contents. While it exists, an earlier object of this class does
+// nothing.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The methods of a stream that all fail. A test's own stream derives from it and does what its test needs.
+// A stream whose methods all fail. A test derives its own stream from it and overrides the methods that it needs.
 #pragma once
 
 #include <objidl.h>

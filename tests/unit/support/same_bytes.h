@@ -5,7 +5,7 @@
 
 namespace zelt::test {
 
-// Compares unused bytes too, and reads no byte as a number.
+// Compares all bytes, unused ones too, and none as part of a number.
 template <typename T>
 bool SameBytes(const T& a, const T& b)
 {

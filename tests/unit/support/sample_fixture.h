@@ -1,4 +1,5 @@
-// What the tests of the sample components share: the simulator's side, with one material and its messages.
+// What the tests of the sample components share: the simulator's side, with its materials, and the messages that it
+// receives.
 #pragma once
 
 #include <gtest/gtest.h>

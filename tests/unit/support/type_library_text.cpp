@@ -24,7 +24,7 @@ struct NamedFlag {
 };
 
 // clang-format off
-// In the order in the text.
+// In their order in the text.
 constexpr NamedFlag kParameterFlags[] = {
     {PARAMFLAG_FIN,         "in"},
     {PARAMFLAG_FOUT,        "out"},
@@ -175,7 +175,7 @@ std::string MethodLine(ITypeInfo* info, UINT index)
         _bstr_t name(rawNames[i], false);
         names.push_back(Text(name));
     }
-    // A library may not name a property's value: by convention it is shown as "rhs".
+    // A library need not name the value of a property put: the text calls it "rhs".
     if (names.size() < rawNames.size()) names.resize(rawNames.size(), "rhs");
 
     std::string line = std::to_string(function->oVft / static_cast<int>(sizeof(void*))) + " id " +

@@ -1,4 +1,4 @@
-// A vendor's interface as a component offers it, and the registration of its library for processes of the calling one's width.
+// A vendor's interface as a component offers it, and the registration of its library for processes of the same width.
 #pragma once
 
 #include <vendor.h>
@@ -69,7 +69,7 @@ public:
     VendorLibrary(const VendorLibrary&) = delete;
     VendorLibrary& operator=(const VendorLibrary&) = delete;
 
-    // How the registration went.
+    // The result of the registration.
     HRESULT Result() const { return result; }
 
 private:

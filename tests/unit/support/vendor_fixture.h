@@ -1,4 +1,5 @@
-// Proxies of objects with a vendor's interfaces, whose library is registered for this process alone: other tests run at the same time.
+// Proxies of objects with a vendor's interfaces, whose library is registered for this process alone, because other tests run at
+// the same time.
 #pragma once
 
 #include <filesystem>

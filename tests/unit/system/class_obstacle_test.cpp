@@ -1,4 +1,4 @@
-// Which registered classes a process of this width can use, and which libraries of .NET suit both.
+// Which registered classes a process of this width can use, and which libraries of .NET suit both widths.
 #include "system/class_obstacle.h"
 
 #include <gtest/gtest.h>

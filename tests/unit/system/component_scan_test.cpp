@@ -47,7 +47,7 @@ protected:
         EXPECT_TRUE(found.outcome);
         return found.lists.front();
     }
-    // In the views, in the order of the sources.
+    // Searches the keys of these names, in the order of the sources.
     zelt::FoundComponents FindIn(const std::vector<const wchar_t*>& views)
     {
         zelt::RegistryKey keys[4];
@@ -140,7 +140,7 @@ TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
     Register(kFirst, kCategory, L"Other");
     Write(std::wstring(kFirst) + L"\\LocalServer32", L"", L"server.exe", L"Other");
     Write(std::wstring(kFirst) + L"\\ProgID", L"", L"wrong view", L"Other");
-    // A DLL with the other width cannot be loaded.
+    // A DLL of the other width cannot be loaded.
     Register(kSecond, kCategory, L"Other");
     Write(std::wstring(kSecond) + L"\\InprocServer32", L"", L"package.dll", L"Other");
     Register(kThird, kCategory, L"Other");

@@ -28,7 +28,7 @@ public:
     std::function<void(Watched&)> body;
     std::function<void(Watched&)> atStart;
 
-    // Called as a control's own procedure would.
+    // Runs a handler as a control's own window procedure would.
     void CallGuarded()
     {
         Guarded([this] { OnCommand(1, 0); });
@@ -186,7 +186,7 @@ TEST_F(DialogLifetime, TakesTheCommandsOfTheTwoButtonsThatEndIt)
     DestroyWindow(dialog.Window());
 }
 
-// Until nothing is left in the queue.
+// Handles messages until nothing is left in the queue.
 void HandlePosted()
 {
     MSG message;

@@ -1,4 +1,4 @@
-// All exceptions of this program derive from the library's, so that code that catches those at a boundary has a text to
+// All exceptions of this program derive from std::exception, so that code that catches it at a boundary has a text to
 // show.
 #include "system/exception_text.h"
 
@@ -81,7 +81,7 @@ TEST(Exceptions, HaveATextForTheUser)
     EXPECT_EQ(L"an unexpected error", TextOf("text"));
 }
 
-// The converter checks our own exceptions before the library's, from which they derive.
+// The converter checks for our own exceptions before std::exception, from which they derive.
 TEST(Exceptions, KeepTheirCodesAtTheEdgesOfCom)
 {
     const auto code = [](auto exception) { return com::NoThrow([&]() -> HRESULT { throw exception; }); };

@@ -54,7 +54,7 @@ TEST_F(LibrarySearch, LeavesTheCurrentFolderOut)
 {
     EXPECT_NE(L"", Find(kNeeded)) << "the test proves nothing if it is not found before";
     KeepCurrentFolderOutOfSearch();
-    // Wine ignores the former.
+    // Wine ignores that call.
     if (UnderWine()) LeaveCurrentFolder();
     EXPECT_EQ(L"", Find(kNeeded));
     EXPECT_EQ(L"", Find(kNeeding));

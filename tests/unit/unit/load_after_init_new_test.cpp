@@ -109,7 +109,7 @@ TEST_F(LoadAfterInitNew, MakesTheUnitAgainAndInitializesIt)
         unitScript.isDirty = S_OK;
         News();
 
-        // Only once.
+        // The unit is replaced only once.
         EXPECT_EQ(E_FAIL, Load(Saved(kFakeUnit, "other")));
         EXPECT_EQ(isLogged ? LoadFunc(Error(kTwice) + Failed()) : "", News());
         EXPECT_EQ("state", found);
@@ -162,7 +162,7 @@ TEST_F(LoadAfterInitNew, DataThatCannotBeReadChangeNothing)
     EXPECT_EQ(Strings{}, Calls());
     EXPECT_EQ(1, unitScript.created);
     EXPECT_EQ(S_OK, Calculate());
-    // It is saved under its own class.
+    // The unit is still saved under its own class.
     ComPtr<IStream> target;
     EXPECT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &target));
     EXPECT_EQ(S_OK, persistence->Save(target.Get(), TRUE));
@@ -171,7 +171,7 @@ TEST_F(LoadAfterInitNew, DataThatCannotBeReadChangeNothing)
     ULONG read = 0;
     EXPECT_EQ(S_OK, target->Read(&saved, sizeof saved, &read));
     EXPECT_EQ(kFakeUnit, saved);
-    // And may be loaded yet.
+    // It can still be loaded.
     EXPECT_EQ(S_OK, Load(Saved(kFakeUnit, "state")));
     EXPECT_EQ("state", found);
 }

@@ -111,7 +111,7 @@ private:
     ComPtr<IDispatch> material;
 };
 
-// A box reports a unit that cannot be made.
+// A message box reports a unit that cannot be made.
 class UnitMemoryFailure : public MemoryFailure {
 protected:
     UnitMemoryFailure() : before(SetMessageFunction([](const wchar_t*, const wchar_t*, UINT) -> int { return IDOK; }))
@@ -127,7 +127,7 @@ private:
     MessageFunction before;
 };
 
-// If the unit cannot be made, the result is E_FAIL. With ZELT_TEST_EFFORT=20, every allocation fails.
+// If the unit cannot be made, the result is E_FAIL. With ZELT_TEST_EFFORT=20, every allocation fails once.
 TEST_F(UnitMemoryFailure, OfSampledAllocationsOfAUnitsLifeEndsInStatusCodes)
 {
     FailOneAfterAnother<UnitLife>(std::max(1, 20 / Effort()), 10, {E_FAIL});

@@ -15,7 +15,8 @@ namespace {
 
 constexpr ULONG kMegabyte = 1024 * 1024;
 
-// Holds what was written, notes the length of each request. The request with the number `shortRequest` moves one byte too few.
+// Holds what was written, and notes the length of each request. The request with the number `shortRequest` moves one byte too
+// few.
 class PieceStream final : public com::Object {
 public:
     struct Stream final : RefusingStream {

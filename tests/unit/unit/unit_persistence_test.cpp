@@ -33,7 +33,7 @@ public:
     std::string content;
     std::size_t position = 0;
     HRESULT readResult = S_OK, writeResult = S_OK;
-    ULONG most = 0xFFFFFFFF;   // bytes that one call moves
+    ULONG most = 0xFFFFFFFF;   // bytes that one call moves at most
     LONG claim = 0;            // added to the returned counts
     int callsUntilFault = -1;  // counts down per call; the call at 0 raises a fault
     ULONG largestRequest = 0;
@@ -527,7 +527,7 @@ TEST_F(UnitPersistence, NothingElseIsMadeWhileAUnitIsLoaded)
     EXPECT_EQ(1, unitScript.created);
 }
 
-// --- The questions.
+// --- IsDirty and GetSizeMax.
 
 TEST_F(UnitPersistence, IsDirty)
 {

@@ -1,5 +1,5 @@
 // Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited; something that
-// does not appear is null or fails the test. The limit is for what never happens: a machine may be slow.
+// does not appear is null or fails the test. The limit is long, because a machine may be slow.
 #pragma once
 
 #include <windows.h>

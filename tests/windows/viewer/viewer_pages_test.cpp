@@ -48,8 +48,8 @@ protected:
         Start(InLog(Calls(0, count) + end));
         WaitUntilRead();
     }
-    // A log that is still being read when its window is there; only its last item is an error. How long it has to be depends on the
-    // machine.
+    // A log that is still being read when its window appears; only its last item is an error. How long it has to be depends on
+    // the machine.
     void ShowLong()
     {
         for (int copies = 200; copies <= 1600; copies *= 2) {
@@ -85,7 +85,7 @@ protected:
         if (!tree->Selected()) tree->Select(tree->Next(TVGN_ROOT));
         SendMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, key, 1);
     }
-    // A window refuses commands while it is busy with one.
+    // Repeats the command, because a window refuses commands while it is busy with one.
     bool SendUntil(int command, const std::function<bool()>& condition) const
     {
         return WaitUntil(
@@ -145,7 +145,7 @@ TEST_F(ViewerPages, HaveFewItemsInTheTreeUntilTheUserGoesThere)
     Sleep(500);
     EXPECT_GT(15'000, tree->Count());
 
-    // The end of the log: its items and those before them, but not all between.
+    // The end of the log: its last items are in the tree, but not all those before them.
     Press(VK_END);
     EXPECT_EQ(L"the error", tree->SelectedLabel());
     EXPECT_TRUE(tree->IsInView(tree->Selected()));
@@ -169,7 +169,7 @@ TEST_F(ViewerPages, HaveFewItemsInTheTreeUntilTheUserGoesThere)
     Send(kCommandFindPrevious);
     EXPECT_EQ(L"value 20000", tree->SelectedLabel());
 
-    // Scrolling up and down goes on.
+    // Scrolling up and down brings further items into the tree.
     tree->Select(call);
     for (int page = 0; page < 60; ++page) Press(VK_PRIOR);
     const std::wstring above = tree->SelectedLabel();
@@ -194,7 +194,7 @@ TEST_F(ViewerPages, HaveFewItemsInTheTreeUntilTheUserGoesThere)
 
 TEST_F(ViewerPages, LoseTheQueriesAndExpandAndCollapse)
 {
-    // Few items in many bytes, because expanding takes long.
+    // Few items in many bytes, because expanding many items takes a long time.
     constexpr int kFew = 100, kLong = 12;
     std::string log = Calls(0, kFew);
     for (int i = 0; i < kLong; ++i) log += "<info value=\"" + std::string(100'000, 'i') + "\"/>\r\n";

@@ -28,7 +28,7 @@ void UnmaskSse(unsigned bit)
     asm volatile("ldmxcsr %0" : : "m"(word));
 }
 
-// Operands whose operation raises the exception in the same row.
+// The operation on these operands raises the exception that `bit` names.
 struct Operands {
     unsigned bit;
     double left;
