@@ -9,7 +9,7 @@
 namespace zelt {
 namespace {
 
-void EndSweptCall(const CallInProgress& call) noexcept
+void EndLostCall(const CallInProgress& call) noexcept
 {
     if (call.document) {
         call.document->EndOpenFuncs(call.depth);
@@ -26,7 +26,7 @@ void SayFault(LogDocument& document, std::string_view text)
     document.Write(Sentence::UncaughtFault, {text.substr(0, code), text.substr(code + 2)});
 }
 
-[[maybe_unused]] const EndCallFunction kBefore = SetEndCall(EndSweptCall);
+[[maybe_unused]] const EndCallFunction kBefore = SetEndCall(EndLostCall);
 
 }  // namespace
 

@@ -14,16 +14,16 @@ constexpr std::string_view kGeneral[] = {"help", "completion", "manual", "--help
 
 // The words that may come next, by what comes before them: the first words of all commands for "", "show" for "log", the options
 // for "log show".
-using WordsBehind = std::map<std::string, std::vector<std::string>>;
+using WordsAfter = std::map<std::string, std::vector<std::string>>;
 
 void Add(std::vector<std::string>& words, std::string_view word)
 {
     if (std::find(words.begin(), words.end(), word) == words.end()) words.emplace_back(word);
 }
 
-WordsBehind Words(std::span<const Command> commands)
+WordsAfter Words(std::span<const Command> commands)
 {
-    WordsBehind words;
+    WordsAfter words;
     for (const Command& command : commands) {
         const std::string name = command.name;
         const std::size_t first = name.find(' '), second = name.find(' ', first + 1);
@@ -40,9 +40,9 @@ WordsBehind Words(std::span<const Command> commands)
 }
 
 // The options that take one of a few words, "in|out", with these words.
-WordsBehind Choices(std::span<const Command> commands)
+WordsAfter Choices(std::span<const Command> commands)
 {
-    WordsBehind choices;
+    WordsAfter choices;
     for (const Command& command : commands) {
         for (const Option& option : command.options) {
             const std::string_view value = option.value ? option.value : "";

@@ -35,8 +35,8 @@ void AppendJsonString(Output& out, std::string_view text)
 
 void JsonWriter::Separate()
 {
-    if (!first && !behindKey) out << ',';
-    first = behindKey = false;
+    if (!first && !afterKey) out << ',';
+    first = afterKey = false;
 }
 
 JsonWriter& JsonWriter::NewLine()
@@ -67,7 +67,7 @@ JsonWriter& JsonWriter::Key(std::string_view name)
     Separate();
     AppendJsonString(out, name);
     out << ':';
-    behindKey = true;
+    afterKey = true;
     return *this;
 }
 

@@ -40,7 +40,7 @@ private:
 
     Output& out;
     bool first = true;  // the open object or array is still empty
-    bool behindKey = false;
+    bool afterKey = false;
 };
 
 }  // namespace zelt::ctl

@@ -66,7 +66,7 @@ void __cdecl OnAbort(int)
     if (GuardDepth() == 0) return;
     std::signal(SIGABRT, OnAbort);
     // Looking for libraries takes long, so it is done only when some have come or gone.
-    if (guard::librariesAreNew || !guard::NoticeLibraries()) {
+    if (guard::librariesHaveChanged || !guard::StartNoticingLibraries()) {
         TrapAborts();
     } else {
         const std::lock_guard lock(trappedMutex);
@@ -134,7 +134,7 @@ try {
         trapped.push_back(library);
     }
 } catch (const std::bad_alloc&) {
-    guard::librariesAreNew = true;  // the next call tries again
+    guard::librariesHaveChanged = true;  // the next call tries again
 }
 
 // GCC's shared C++ library. When it gives up, it can say what was being thrown.
@@ -198,7 +198,7 @@ void TrapAborts()
     _set_error_mode(_OUT_TO_STDERR);
     std::signal(SIGABRT, OnAbort);
 
-    if (guard::librariesAreNew.exchange(false) || !guard::NoticeLibraries()) {
+    if (guard::librariesHaveChanged.exchange(false) || !guard::StartNoticingLibraries()) {
         TrapInAll();
         SharedRuntime::Trap();
     }

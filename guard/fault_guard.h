@@ -60,7 +60,7 @@ extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape)
 inline void Run(Function function, void* context)
 {
     // A package may have loaded another runtime library in an earlier call.
-    if (librariesAreNew.load(std::memory_order_relaxed)) [[unlikely]]
+    if (librariesHaveChanged.load(std::memory_order_relaxed)) [[unlikely]]
         TrapAborts();
     Escape escape;
     if (ZeltGuardedCall(function, context, &escape) != 0) [[unlikely]]
@@ -87,7 +87,7 @@ std::invoke_result_t<Call&> Guarded(Call&& call)
         } frame{std::forward<Call>(call)};
         guard::Run([](void* context) { static_cast<Frame*>(context)->call(); }, &frame);
     } else {
-        static_assert(std::is_trivially_copyable_v<Result>, "a fault leaves the result's life time undefined");
+        static_assert(std::is_trivially_copyable_v<Result>, "a fault leaves the result's lifetime undefined");
         struct Frame {
             Call call;
             Result result;

@@ -12,7 +12,7 @@ using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, voi
 // The system calls this before a loaded library is initialized: too early for anything but a note.
 void CALLBACK Note(ULONG reason, const void*, void*)
 {
-    if (reason == kLoaded || reason == kUnloaded) librariesAreNew = true;
+    if (reason == kLoaded || reason == kUnloaded) librariesHaveChanged = true;
 }
 
 bool Start()
@@ -25,9 +25,9 @@ bool Start()
 
 }  // namespace
 
-constinit std::atomic<bool> librariesAreNew = true;
+constinit std::atomic<bool> librariesHaveChanged = true;
 
-bool NoticeLibraries()
+bool StartNoticingLibraries()
 {
     static const bool noticing = Start();
     return noticing;

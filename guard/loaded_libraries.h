@@ -10,10 +10,10 @@
 namespace zelt::guard {
 
 // True from the start, and again whenever a library is loaded or unloaded. Whoever acts on it sets it to false first.
-extern std::atomic<bool> librariesAreNew;
+extern std::atomic<bool> librariesHaveChanged;
 
-// Starts noticing. False if this system does not offer it; librariesAreNew is then not set again.
-bool NoticeLibraries();
+// Starts noticing. False if this system does not offer it; librariesHaveChanged is then not set again.
+bool StartNoticingLibraries();
 
 // The libraries of the process, in no particular order. A library can be there in several versions.
 std::vector<HMODULE> LoadedLibraries();

@@ -18,7 +18,7 @@ constexpr std::size_t kDeepest = 200;
 constexpr std::size_t kMostBlanks = 250;
 
 // How far after what the parser has discarded a place is noted where the parser may take over.
-constexpr std::int64_t kPlaceOfCandidate = 2600;
+constexpr std::int64_t kCandidateDistance = 2600;
 
 // The first bytes of a line, which show what it is.
 using Word = std::uint64_t;
@@ -162,7 +162,7 @@ std::optional<LogReadResult> LogScanner<Bytes>::Scan()
 template <class Bytes>
 typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
 {
-    const Step step = ScanTo(LineAround(filled));
+    const Step step = ScanTo(EndOfLastLine(filled));
     if (step != Step::Done) return step;
     // An input that waits for more inserts a comment after the end of a line; the comment itself ends no line.
     if (After(At(position), "<!")) return Step::Unknown;
@@ -212,7 +212,7 @@ void LogScanner<Bytes>::MakeRoom()
 
 // The end of the last complete line that ends at or before `before`; `position` if there is none.
 template <class Bytes>
-std::size_t LogScanner<Bytes>::LineAround(std::size_t before) const
+std::size_t LogScanner<Bytes>::EndOfLastLine(std::size_t before) const
 {
     while (before > position && *At(before - 1) != '\n') --before;
     return before;
@@ -444,7 +444,7 @@ void LogScanner<Bytes>::PassLine(const char* end)
     if (tagEnd + 2 >= parser.portion) FollowParser(InFile(tag), tagEnd);
     parser.afterTag = tagEnd;
     // Far enough that the text that opens the elements fits before the place, and before the parser discards the next time.
-    if (!hasCandidate && tagEnd - parser.base > kPlaceOfCandidate && stage == Stage::Content) isCandidateDue = true;
+    if (!hasCandidate && tagEnd - parser.base > kCandidateDistance && stage == Stage::Content) isCandidateDue = true;
 }
 
 template class LogScanner<PlainBytes>;

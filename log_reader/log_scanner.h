@@ -85,7 +85,7 @@ private:
     Step ScanRead();
     Step ScanTo(std::size_t end);
     Step ScanLine();
-    std::size_t LineAround(std::size_t before) const;
+    std::size_t EndOfLastLine(std::size_t before) const;
     void Remember(Place& place) const;
     void FollowParser(std::int64_t tag, std::int64_t end);
 

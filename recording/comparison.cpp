@@ -125,7 +125,8 @@ std::optional<std::string> DifferenceOfArrays(const ArrayValue& recorded, const 
     }
     if (recorded.numbers == actual.numbers) return {};
     // An array has elements or numbers; one with both is damaged.
-    if (!recorded.elements.empty() || recorded.numbers.size() != actual.numbers.size()) return "elements of another type";
+    if (!recorded.elements.empty() || recorded.numbers.size() != actual.numbers.size())
+        return "elements of another type";
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t size = recorded.elementSize;
         const bool isEqual =

@@ -14,7 +14,7 @@ CallFrame::CallFrame(const com::DualMethod& method, const std::vector<ArgumentRe
     for (std::size_t i = 0; i < method.parameters.size(); ++i) {
         const DualParameter& parameter = method.parameters[i];
         const bool isPlayable = parameter.pointers <= 1 && parameter.size > 0;
-        if (!isPlayable) throw Unplayable("the argument \"" + parameter.name + "\" is of a type that is not played");
+        if (!isPlayable) throw Unplayable("the argument \"" + parameter.name + "\" has a type that cannot be replayed");
         void* const place = Room(parameter.size);
         cells.push_back({&parameter, place});
         if (!parameter.isOut) {

@@ -47,7 +47,7 @@ HRESULT Save(I* persistence, SavedState& state)
 template <class I>
 HRESULT Load(I* persistence, const SavedState& state)
 {
-    if (!state.recorded) throw Unplayable("the recording does not have the data that are loaded");
+    if (!state.recorded) throw Unplayable("the recording does not contain the data to load");
     const ComPtr<IStream> stream = NewStream();
     ULONG written = 0;
     com::Check(stream->Write(state.recorded->data(), static_cast<ULONG>(state.recorded->size()), &written));
@@ -65,7 +65,7 @@ HRESULT CallOf(I* persistence, std::string_view method, SavedState& state)
     if (method == "GetSizeMax") return persistence->GetSizeMax(&size);
     if (method == "Save") return Save(persistence, state);
     if (method == "Load") return Load(persistence, state);
-    throw Unplayable("the member is not played");
+    throw Unplayable("the member cannot be replayed");
 }
 
 template <class I, class Body>

@@ -83,7 +83,7 @@ RecordedPackage::RecordedPackage(const std::wstring& path)
     const recording::Record* const first = records.Next();
     const auto* const header = first ? std::get_if<recording::HeaderRecord>(first) : nullptr;
     if (!header || header->version != recording::kFormatVersion) {
-        throw std::runtime_error("\"" + shown + "\" is no recording, or one of a newer version");
+        throw std::runtime_error("\"" + shown + "\" is not a recording, or was made by a newer version");
     }
     if (header->width != sizeof(void*) * 8) {
         throw std::runtime_error("The recording \"" + shown + "\" was made by the ZELT of the other width");

@@ -78,7 +78,7 @@ void Session::Perform(const KeptCall& call)
     // The recorded process ended in this call, or was ended. The call is made all the same, to see what the component does now.
     if (!call.hasEnded) Say(call, "the recording ends within this call");
     const ForeignPtr<IUnknown> object = real.Find(call.object);
-    if (!object) return Say(call, "not made again: its object did not come in this time");
+    if (!object) return Say(call, "not made again: its object was not passed this time");
     PerformOn(call, object.Get());
 }
 
@@ -154,7 +154,7 @@ void Session::ReportUnused(const Active& done)
         if (nested.call.isOutward) {
             Say(nested, "the component did not make this call");
         } else {
-            Say(nested, "not made again: it came in while the component worked");
+            Say(nested, "not made again: it came in during a call of the component");
         }
     }
 }
@@ -194,7 +194,7 @@ HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, 
 {
     const KeptCall* const recorded = FindAnswer(object, method, Inputs(method, words));
     if (!recorded) {
-        if (active) Say(active->call, "the component asked what it did not ask then: " + method.name);
+        if (active) Say(active->call, "the component made a call that is not in the recording: " + method.name);
         SetErrorText(L"The recording has no answer to " + Widen(method.name));
         return kNoAnswer;
     }

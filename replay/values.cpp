@@ -143,7 +143,7 @@ void GiveValue(const DualParameter& parameter, const Value& value, Objects& obje
         case VT_DISPATCH:
         case VT_UNKNOWN: return GivePointer(parameter, value, objects, place);
         case VT_VARIANT: return GiveVariant(value, objects, place);
-        default: throw Unplayable("the argument \"" + parameter.name + "\" is of a type that is not played");
+        default: throw Unplayable("the argument \"" + parameter.name + "\" has a type that cannot be replayed");
     }
 }
 

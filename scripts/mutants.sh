@@ -13,7 +13,7 @@ Mutants()
     for ((number = 1; number <= $(nproc); ++number)); do
         InOwnPrefix "mutants-$number" MutantWorker "mutants-$number"
     done
-    AllInOwnPrefix || Fail "A worker ended early; ./dev mutants --continue takes up where it stopped."
+    AllInOwnPrefix || Fail "A worker ended early; ./dev mutants --continue continues where it stopped."
     perl scripts/mutants/run.pl report || Fail "More than 5 % of the changes survived."
 }
 

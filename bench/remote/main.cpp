@@ -57,7 +57,7 @@ private:
         RegistryKey key;
         if (key.Create({HKEY_LOCAL_MACHINE, 0}, path) != ERROR_SUCCESS ||
             key.WriteString(name, text) != ERROR_SUCCESS) {
-            std::fprintf(stderr, "The registry does not take %ls\n", name);
+            std::fprintf(stderr, "Cannot write %ls to the registry\n", name);
         }
     }
 

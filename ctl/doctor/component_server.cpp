@@ -63,8 +63,8 @@ bool CheckLibraryFile(const Edition& edition, REFCLSID classId, const std::wstri
         findings.push_back(
             {"package-file", owner + " is served by " + quoted + ", which is not there", effect, kInstallComponent});
     } else if (file.state == ImageState::NoImage) {
-        findings.push_back({"package-file", owner + " is served by " + quoted + ", which is no library of code", effect,
-                            kInstallComponent});
+        findings.push_back(
+            {"package-file", owner + " is served by " + quoted + ", which is not a DLL", effect, kInstallComponent});
     } else if (file.bits != edition.width && !file.suitsBoth) {
         findings.push_back({"package-width", owner + " is served by the " + Bits(file.bits) + " library " + quoted,
                             effect + ", because " + Utf8(edition.name) + " is a " + Bits(edition.width) + " program",

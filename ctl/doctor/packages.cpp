@@ -84,7 +84,7 @@ void CheckPackage(const Edition& edition, const ExportedPackage& package, Manage
     const std::string owner =
         "The exported package \"" + Utf8(package.exportedName) + '"' + (edition.width == 64 ? " of ZELT64" : "");
     if (IsOwnClass(package.classId)) {
-        findings.push_back({"package-own", owner + " comes from ZELT itself", "making it goes in circles",
+        findings.push_back({"package-own", owner + " comes from ZELT itself", "creating it would never end",
                             "zeltctl remove the package"});
         return;
     }

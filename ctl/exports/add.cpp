@@ -22,7 +22,7 @@ std::wstring NameInManager(const ChosenComponent& manager, const std::string& pa
     const auto names = AskManager(*manager.host, manager.kind, manager.component.classId,
                                   [&](const std::wstring& text) { messages << "zeltctl: " << Utf8(text) << '\n'; });
     const std::string managerName = Utf8(manager.component.name);
-    if (!names) throw Refusal("\"" + managerName + "\" does not tell its packages");
+    if (!names) throw Refusal("\"" + managerName + "\" does not list its packages");
     const std::wstring wanted = Wide(package);
     for (const std::wstring& name : *names) {
         if (name == wanted) return name;

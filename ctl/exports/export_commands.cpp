@@ -51,7 +51,7 @@ constexpr Command kCommands[] = {
      "identifier in braces, a ProgID or a name, as discover lists them. Where both widths fit, --width says which.\n"
      "With --recording there is no component: the recording answers as the recorded package did.\n"
      ZELT_NOT_WHILE_IT_RUNS, AddExport},
-    {"remove", "PACKAGE", 1, 1, kWidthAndJson, "Exports a package no longer",
+    {"remove", "PACKAGE", 1, 1, kWidthAndJson, "Stops exporting a package",
      "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"
      ZELT_NOT_WHILE_IT_RUNS, RemoveExport},
     {"log on", "PACKAGE", 1, 1, kWidthAndJson, "Switches the log of an exported package on",

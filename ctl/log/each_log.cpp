@@ -118,7 +118,7 @@ int WriteEachLog(const Arguments& arguments, Streams& streams, AnswerAboutLog& a
     }
     if (!out) throw UsageError("several logs need a folder for the files, -o FOLDER");
     std::filesystem::create_directories(PathOf(*out), ignored);
-    if (!std::filesystem::is_directory(PathOf(*out), ignored)) throw Refusal(*out + ": this is no folder");
+    if (!std::filesystem::is_directory(PathOf(*out), ignored)) throw Refusal(*out + ": this is not a folder");
     int code = kFine;
     std::set<std::string> names;
     for (const std::string& log : logs) {

@@ -74,7 +74,7 @@ constexpr Option kExportOptions[] = {
 constexpr Option kListOptions[] = {kJson, ZELT_OUTPUT_OPTION};
 constexpr Option kWhyOptions[] = {ZELT_OUTPUT_OPTION};
 constexpr Option kRedactOptions[] = {
-    {"--keep-errors", nullptr, "with what components say about their failures, word by word"},
+    {"--keep-errors", nullptr, "keeps what components say about their failures, word for word"},
     kOutputFolder,
 };
 

@@ -53,7 +53,7 @@ void PrepareOnce()
     static_cast<void>(prepared);
 }
 
-InputError NoLog(const std::string& name) { return InputError(name + ": this is no log of ZELT, or nothing is in it"); }
+InputError NoLog(const std::string& name) { return InputError(name + ": this is not a log of ZELT, or it is empty"); }
 
 // Stops at the first event.
 class FirstEvent final : public LogSink {
@@ -81,7 +81,7 @@ std::string CopyOfStandardInput()
     if (count < 0 || !file) {
         std::error_code ignored;
         fs::remove(path, ignored);
-        throw InputError(NameOfLog(std::string(kStandardInput)) + ": it cannot be read, or not be kept in " +
+        throw InputError(NameOfLog(std::string(kStandardInput)) + ": it cannot be read, or cannot be kept in " +
                          Utf8Of(path));
     }
     return Utf8Of(path);

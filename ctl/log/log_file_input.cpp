@@ -45,8 +45,8 @@ int OpenOrThrow(const std::string& path)
     if (path == kStandardInput) return OpenStandardInput();
     // Some systems open a folder like a file and read nothing from it, others deny access.
     std::error_code ignored;
-    if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, no log");
-    if (IsPattern(path)) throw InputError(path + ": no file fits");
+    if (std::filesystem::is_directory(PathOf(path), ignored)) throw InputError(path + ": this is a folder, not a log");
+    if (IsPattern(path)) throw InputError(path + ": no file matches");
     const int descriptor = OpenFile(path);
     if (descriptor < 0) throw InputError(path + ": " + std::strerror(errno));
     return descriptor;

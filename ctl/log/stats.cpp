@@ -209,7 +209,7 @@ int CountCalls(const Arguments& arguments, const std::string& log, Streams& stre
     out << '\n';
     WriteTable("object", objects, most, withQueries, out);
     out << '\n';
-    WriteTable("all", {{"with what stands outside of calls", counter.total}}, most, withQueries, out);
+    WriteTable("all", {{"including what is outside of calls", counter.total}}, most, withQueries, out);
     if (!withQueries) streams.leftOut.queries += counter.total.queries;
     return code;
 }

@@ -20,7 +20,7 @@ constexpr Option kOptions[] = {
 constexpr Command kCommands[] = {
     {"path add", "", 0, 0, kOptions, "Puts zeltctl on the search path, so that its name is enough to start it",
      "The folder of this program comes last, after all others. Programs that are already running do not see the change.", AddToPath},
-    {"path remove", "", 0, 0, kOptions, "Takes it off the search path again", "", RemoveFromPath},
+    {"path remove", "", 0, 0, kOptions, "Takes zeltctl off the search path again", "", RemoveFromPath},
 };
 // clang-format on
 

@@ -22,12 +22,12 @@ constexpr Option kTrimOptions[] = {
     ZELT_OUTPUT_OPTION,
 };
 constexpr Option kDiffOptions[] = {
-    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one; without it, not by a bit"},
+    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one; without it, every bit counts"},
     {"--json",      nullptr,    "as JSON"},
     ZELT_OUTPUT_OPTION,
 };
 constexpr Option kRedactOptions[] = {
-    {"--keep-errors", nullptr, "with what components say about their failures, word by word"},
+    {"--keep-errors", nullptr, "keeps what components say about their failures, word for word"},
     ZELT_OUTPUT_OPTION,
 };
 

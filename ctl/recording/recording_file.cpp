@@ -21,7 +21,7 @@ const recording::HeaderRecord& RecordingFile::ReadHeader()
 {
     const recording::Record* const record = records.Next();
     const auto* header = record ? std::get_if<recording::HeaderRecord>(record) : nullptr;
-    if (!header || header->version == 0) throw InputError(path + ": this is no recording");
+    if (!header || header->version == 0) throw InputError(path + ": this is not a recording");
     if (header->version > recording::kFormatVersion) throw InputError(path + ": a newer ZELT made this recording");
     return *header;
 }

@@ -6,7 +6,7 @@ namespace {
 std::string WantedPath(const Arguments& arguments)
 {
     const auto path = arguments.Value("-o");
-    if (!path) throw UsageError("-o is needed: a recording is no text");
+    if (!path) throw UsageError("-o is needed: a recording is not text");
     return *path;
 }
 

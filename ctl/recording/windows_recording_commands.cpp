@@ -7,7 +7,7 @@ namespace {
 constexpr Option kReplayOptions[] = {
     {"--with",      "COMPONENT", "in the place of the recorded component: its class identifier or its registered name"},
     {"--package",   "NAME",      "another package of the manager"},
-    {"--tolerance", "T",         "by how much real numbers may differ, relative to the larger; without it, not by a bit"},
+    {"--tolerance", "T",         "by how much real numbers may differ, relative to the larger; without it, every bit counts"},
     {"--repeat",    "N",         "how many times all calls are made, each time by a new component; once without it"},
     {"--limit",     "N",         "how many differences are shown; 20 without it"},
 };

@@ -24,13 +24,13 @@ int ReportProblem(const Arguments& arguments, Streams& streams);
 // clang-format off
 constexpr Option kOptions[] = {
     {"-o",            "FILE",  "the zip file that is made"},
-    {"--keep-errors", nullptr, "with what components say about their failures, word by word"},
+    {"--keep-errors", nullptr, "keeps what components say about their failures, word for word"},
     {"--yes",         nullptr, "writes it without asking"},
 };
 
 constexpr Command kCommands[] = {
     {"report", "[LOG...]", 0, std::numeric_limits<std::size_t>::max(), kOptions,
-     "Makes a file for those whom you ask for help: redacted logs, versions, doctor's answer",
+     "Makes a file for the people you ask for help: redacted logs, versions, doctor's answer",
      "A zip file with each log as log redact writes it, but under another name; the versions of ZELT and Windows; and what\n"
      "doctor answers, without the names of packages and of the user's folder. It shows what the file will contain and where\n"
      "you can read it, and writes it only after a yes. Nothing is sent. The exit code is 1 when a log is cut off.",

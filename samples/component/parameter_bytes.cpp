@@ -59,7 +59,8 @@ std::vector<std::byte> SaveParameters(const ParameterSet& parameters)
 std::size_t SizeAfterHeader(std::span<const std::byte> header)
 {
     ByteReader reader(header);
-    if (reader.Number() != kSignature) throw CapeFailure(ECapePersistenceHR, L"These are no data of a sample unit");
+    if (reader.Number() != kSignature)
+        throw CapeFailure(ECapePersistenceHR, L"These are not the data of a sample unit");
     if (const std::uint32_t version = reader.Number(); version != kVersion) {
         throw CapeFailure(ECapePersistenceHR,
                           L"Saved data of version " + std::to_wstring(version) + L" are not understood");

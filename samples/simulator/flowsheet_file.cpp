@@ -31,7 +31,7 @@ CLSID ReadClass(ByteReader& reader)
 
 FlowsheetData Read(ByteReader& reader)
 {
-    if (reader.Number() != kSignature) throw CapeFailure(ECapePersistenceHR, L"This is no saved flowsheet");
+    if (reader.Number() != kSignature) throw CapeFailure(ECapePersistenceHR, L"This is not a saved flowsheet");
     if (reader.Number() != kVersion) throw CapeFailure(ECapePersistenceHR, L"Its version is not understood");
     FlowsheetData data{};
     data.manager = ReadClass(reader);

@@ -88,7 +88,8 @@ void StreamSet::AddMaterial(const UnitPort& port, const std::vector<Feed>* given
                                      flowsheet->link));
     if (inlet) {
         if (given && number >= given->size()) {
-            throw CapeFailure(ECapePersistenceHR, L"The unit operation does not have the inlets of the saved flowsheet");
+            throw CapeFailure(ECapePersistenceHR,
+                              L"The unit operation does not have the inlets of the saved flowsheet");
         }
         feeds.push_back(given ? (*given)[number] : MakeFeed(number, *flowsheet->slate));
         const Feed& feed = feeds.back();

@@ -12,7 +12,7 @@ namespace {
 
 std::vector<double> Normalised(const IdealSolution& solution, std::span<const double> feed)
 {
-    if (feed.size() != solution.Count()) throw NoSolution("The feed has not one fraction for each compound");
+    if (feed.size() != solution.Count()) throw NoSolution("The feed does not have one fraction for each compound");
     double sum = 0;
     for (const double fraction : feed) {
         if (!(fraction >= 0) || !std::isfinite(fraction)) throw OutOfRange("fraction", fraction, 0, 1);
@@ -259,14 +259,14 @@ FlashResult FlashPH(const IdealSolution& solution, double pressure, double entha
                     AllowedPhases allowed)
 {
     return PropertyFlash(solution, &IdealSolution::Enthalpy, pressure, enthalpy, feed, allowed,
-                         "No temperature of the model's range has this enthalpy");
+                         "No temperature in the model's range has this enthalpy");
 }
 
 FlashResult FlashPS(const IdealSolution& solution, double pressure, double entropy, std::span<const double> feed,
                     AllowedPhases allowed)
 {
     return PropertyFlash(solution, &IdealSolution::Entropy, pressure, entropy, feed, allowed,
-                         "No temperature of the model's range has this entropy");
+                         "No temperature in the model's range has this entropy");
 }
 
 FlashResult Solve(const IdealSolution& solution, FlashKind kind, double first, double second,

@@ -27,7 +27,7 @@ std::vector<PortDefinition> Ports()
             {L"Inlet 2", L"Second stream to mix", CAPE_MATERIAL, CAPE_INLET, true},
             {L"Outlet", L"The heated mixture", CAPE_MATERIAL, CAPE_OUTLET, true},
             {L"Energy", L"Power that is added to the heater's duty", CAPE_ENERGY, CAPE_INLET, false},
-            {L"Information", L"Is told the outlet temperature and the heater's duty", CAPE_INFORMATION, CAPE_OUTLET,
+            {L"Information", L"Receives the outlet temperature and the heater's duty", CAPE_INFORMATION, CAPE_OUTLET,
              false}};
 }
 

@@ -8,7 +8,7 @@ namespace zelt::sample {
 
 class SplitterModel final : public UnitModel {
 public:
-    static constexpr const wchar_t* kDescription = L"Parts a stream into two of the same state";
+    static constexpr const wchar_t* kDescription = L"Splits a stream into two with the same state";
 
     SplitterModel();
 

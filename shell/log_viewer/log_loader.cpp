@@ -154,7 +154,8 @@ void LogLoader::Read(const SharedLogFile& file, CFileProgressDialog* progress, b
             default: break;
         }
     } catch (const std::bad_alloc&) {
-        dialog.ShowBox(L"The log is larger than the memory for it. Its beginning is shown.", L"Error:", MB_ICONWARNING);
+        dialog.ShowBox(L"There is not enough memory for the whole log. Its beginning is shown.", L"Error:",
+                       MB_ICONWARNING);
     } catch (...) {
         dialog.ShowBox(L"Reading the log failed: " + TextOfException(), L"Error:", MB_ICONERROR);
     }

@@ -57,7 +57,7 @@ void CViewLogDlg::ExpandAll()
     }
     if (all || closed) return;
     ShowBox(L"Expanding stopped at " + std::to_wstring(LogTree::kExpandedItems) +
-                L" items inside of others. The rest can be expanded one by one.",
+                L" nested items. The rest can be expanded one by one.",
             L"Expand all items:", MB_ICONINFORMATION);
 }
 
@@ -193,7 +193,7 @@ void CViewLogDlg::Select(ItemIndex item)
 {
     if (!model.IsComplete(model.Outermost(item))) return;
     // An item enters the tree with all its siblings, which may be millions.
-    if (!tree.Select(item)) ShowBox(L"The memory does not suffice to show the item.", L"Error:", MB_ICONWARNING);
+    if (!tree.Select(item)) ShowBox(L"There is not enough memory to show the item.", L"Error:", MB_ICONWARNING);
 }
 
 // Keys that mean something else in a line of text than in the tree.

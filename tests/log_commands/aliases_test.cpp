@@ -175,7 +175,7 @@ TEST_F(Aliases, MarksStay)
     }
 }
 
-TEST_F(Aliases, AnAddressKeepsItsLengthAndTheSameHasTheSame)
+TEST_F(Aliases, AnAddressKeepsItsLengthAndAlwaysHasTheSameAlias)
 {
     for (const char* address : {"0x12AB34CD", "0x0000000012AB34CD", "0x1"}) {
         const std::string alias = aliases.Address(address);

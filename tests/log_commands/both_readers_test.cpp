@@ -159,7 +159,7 @@ TEST_F(LogScanning, TakesLongTextsAndDeepCalls)
 }
 
 // What the parser finds in damage depends on the pieces into which it has cut the text before it.
-TEST_F(LogScanning, LeavesDamageToTheParserBehindAnyLength)
+TEST_F(LogScanning, LeavesDamageToTheParserAfterAnyLength)
 {
     const std::string damage =
         "<a:b xmlns:a=\"urn:x\" xmlns=\"urn:y\">&<?p i?><c a:d=\"e\" f=\"\"/><!-- c "

@@ -100,12 +100,12 @@ TEST(LogList, LeavesOutWhatIsNoLog)
     const Outcome outcome = RunCommand({"log", "list", folder.Path()});
     EXPECT_EQ(3, outcome.code);
     EXPECT_EQ(2u, LinesOf(outcome.data).size()) << outcome.data;
-    EXPECT_EQ("zeltctl: " + b + ": this is no log of ZELT, or nothing is in it\n", outcome.messages);
+    EXPECT_EQ("zeltctl: " + b + ": this is not a log of ZELT, or it is empty\n", outcome.messages);
     const TemporaryFolder empty;
     const Outcome none = RunCommand({"log", "list", empty.Path()});
     EXPECT_EQ(3, none.code);
     EXPECT_EQ("", none.data);
-    EXPECT_EQ("zeltctl: " + empty.Path() + ": this is a folder, no log\n", none.messages);
+    EXPECT_EQ("zeltctl: " + empty.Path() + ": this is a folder, not a log\n", none.messages);
     EXPECT_EQ("[]\n", RunCommand({"log", "list", "--json", empty.Path()}).data);
     // A log without the lines that ZELT begins each log with.
     const TemporaryFolder bare;

@@ -73,9 +73,8 @@ TEST(SeveralLogs, AreAnsweredAlthoughOneCannotBeRead)
     const Outcome outcome = RunCommand({"log", "errors", c, b, a});
     EXPECT_EQ(3, outcome.code);
     EXPECT_EQ(a + ":\n4: failure in A::Fails (P): E_FAIL: no\n", outcome.data);
-    EXPECT_EQ(
-        "zeltctl: " + c + ": " + kNotFound + "\nzeltctl: " + b + ": this is no log of ZELT, or nothing is in it\n",
-        outcome.messages);
+    EXPECT_EQ("zeltctl: " + c + ": " + kNotFound + "\nzeltctl: " + b + ": this is not a log of ZELT, or it is empty\n",
+              outcome.messages);
 }
 
 TEST(SeveralLogs, ReportTheOneThatIsCutOff)
@@ -103,7 +102,7 @@ TEST(SeveralLogs, ComeFromFoldersAndPatterns)
     EXPECT_EQ("       3  > A::Works  P\n", RunCommand({"log", "show", folder.Of("a*.zlg")}).data);
     const Outcome none = RunCommand({"log", "show", folder.Of("x*.zlg")});
     EXPECT_EQ(3, none.code);
-    EXPECT_EQ("zeltctl: " + folder.Of("x*.zlg") + ": no file fits\n", none.messages);
+    EXPECT_EQ("zeltctl: " + folder.Of("x*.zlg") + ": no file matches\n", none.messages);
 }
 
 TEST(StandardInputLog, IsReadByEveryCommand)
@@ -141,7 +140,7 @@ TEST(StandardInputLog, IsNamedInMessages)
         EXPECT_TRUE(outcome.messages.starts_with("standard input: line 3: the log is cut off")) << outcome.messages;
     }
     const StandardInput input(none.Path());
-    EXPECT_EQ("zeltctl: standard input: this is no log of ZELT, or nothing is in it\n",
+    EXPECT_EQ("zeltctl: standard input: this is not a log of ZELT, or it is empty\n",
               RunCommand({"log", "show", "-"}).messages);
     // A pipe that has ended will not go on.
     const StandardInput again(cut.Path());
@@ -227,7 +226,7 @@ TEST(OutputFolder, IsNeededForSeveralFiles)
     }
     const Outcome file = RunCommand({"log", "redact", "-o", logs.Of("a.zlg"), logs.Path()});
     EXPECT_EQ(2, file.code);
-    EXPECT_EQ("zeltctl: " + logs.Of("a.zlg") + ": this is no folder\n", file.messages);
+    EXPECT_EQ("zeltctl: " + logs.Of("a.zlg") + ": this is not a folder\n", file.messages);
     // The others are written although one log cannot be read.
     const TemporaryFolder out;
     EXPECT_EQ(3, RunCommand({"log", "export", "--csv", "-o", out.Path(), logs.Path()}).code);

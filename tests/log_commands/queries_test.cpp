@@ -123,7 +123,7 @@ TEST(SystemQueries, HaveAColumnOfTheirOwnInStats)
         "         1  P\n"
         "\n"
         "     calls  all\n"
-        "         1  with what stands outside of calls\n"
+        "         1  including what is outside of calls\n"
         "\n"
         "2 system queries hidden\n",
         RunCommand({"log", "stats", log.Path()}).data);
@@ -135,7 +135,7 @@ TEST(SystemQueries, HaveAColumnOfTheirOwnInStats)
         "         1          1  P\n"
         "\n"
         "     calls    queries  all\n"
-        "         1          2  with what stands outside of calls\n",
+        "         1          2  including what is outside of calls\n",
         RunCommand({"log", "stats", "--queries", log.Path()}).data);
     EXPECT_EQ(
         "{\"total\":{\"calls\":1,\"failures\":0,\"warnings\":0,\"violations\":0},\"methods\":[\n"

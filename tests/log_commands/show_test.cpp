@@ -160,7 +160,7 @@ struct DamageCase {
     const char *name, *entry, *shown;
 };
 
-TEST(LogShow, ShowsWhatStandsBehindDamageThatItCanReadOver)
+TEST(LogShow, ShowsWhatFollowsDamageThatItCanReadOver)
 {
     const DamageCase cases[] = {
         {"an unknown entity", "<info value=\"a&unknown;b\"/>\r\n", "       4  info: ab\n"},
@@ -245,7 +245,7 @@ TEST(LogCommands, SayWhenAFileCannotBeReadOrIsAFolder)
     for (const char* command : {"show", "errors", "stats", "check", "redact", "why"}) {
         const Outcome outcome = RunCommand({"log", command, ZELT_TESTS});
         EXPECT_EQ(3, outcome.code) << command;
-        EXPECT_EQ("zeltctl: " ZELT_TESTS ": this is a folder, no log\n", outcome.messages) << command;
+        EXPECT_EQ("zeltctl: " ZELT_TESTS ": this is a folder, not a log\n", outcome.messages) << command;
     }
     for (const char* form : {"--html", "--json", "--csv"}) {
         EXPECT_EQ(3, RunCommand({"log", "export", form, kMissing}).code) << form;
@@ -296,7 +296,7 @@ TEST(LogStats, ShowTheTopRows)
         "         2          0          1          0  Feed (2)\n"
         "\n"
         "     calls   failures   warnings violations  all\n"
-        "         7          2          3          1  with what stands outside of calls\n"
+        "         7          2          3          1  including what is outside of calls\n"
         "\n"
         "1 system query hidden\n",
         RunCommand({"log", "stats", "--top", "2", "--sort", "failures", kConversation}).data);

@@ -42,7 +42,7 @@ TEST(RecordingInfo, RefusesWhatIsNoRecording)
         const TemporaryLog log(InLog(""));
         const Outcome outcome = RunCommand({"recording", command, log.Path()});
         EXPECT_EQ(3, outcome.code);
-        EXPECT_EQ("zeltctl: " + log.Path() + ": this is no recording\n", outcome.messages);
+        EXPECT_EQ("zeltctl: " + log.Path() + ": this is not a recording\n", outcome.messages);
         EXPECT_EQ("", outcome.data);
     }
 }

@@ -244,7 +244,7 @@ TEST_F(AddPackage, RefusesANameThatDiffersInCaseOnly)
     EXPECT_EQ(L"Sample property package", Stored(0, 1).exportedName);
 }
 
-TEST_F(AddPackage, AManagerThatFailsToInitialiseIsListedAllTheSame)
+TEST_F(AddPackage, AManagerThatFailsToInitialiseIsStillListed)
 {
     const HTREEITEM manager = Item(L"Faulty manager: Initialize (Never initialises)");
     tree->PostExpand(manager);
@@ -254,7 +254,7 @@ TEST_F(AddPackage, AManagerThatFailsToInitialiseIsListedAllTheSame)
     EXPECT_TRUE(WaitUntil([&] { return !tree->Children(manager).empty(); }));
 }
 
-TEST_F(AddPackage, SaysWhyAListCannotBeHadAndAsksAgainNextTime)
+TEST_F(AddPackage, SaysWhyThereIsNoListAndAsksAgainNextTime)
 {
     const struct {
         const wchar_t *item, *text;

@@ -170,7 +170,7 @@ TEST_F(PravikSelection, TheChosenClassIsCreated)
     EXPECT_EQ(0, FakeUnit::alive);
 }
 
-TEST_F(PravikSelection, AChosenClassThatIsNotThereIsTold)
+TEST_F(PravikSelection, AMissingChosenClassIsReported)
 {
     EXPECT_EQ(E_FAIL, MakeNew(L"M2", [](HWND dialog) { Choose(dialog, L"Broken"); }));
     EXPECT_EQ(0, unitScript.created);

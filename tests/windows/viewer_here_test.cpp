@@ -98,7 +98,7 @@ protected:
     HWND window = nullptr, tree = nullptr, list = nullptr;
 };
 
-TEST_F(ViewerHere, AFileThatIsNotThereIsSaid)
+TEST_F(ViewerHere, AMissingFileIsReported)
 {
     Open();
     wchar_t reason[500] = L"";
@@ -154,7 +154,7 @@ TEST_F(ViewerHere, AParserThatCannotBeMadeIsSaidAndTheViewerStaysEmpty)
 
 HANDLE WINAPI NoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) { return nullptr; }
 
-TEST_F(ViewerHere, AViewerWithoutAThreadIsSaid)
+TEST_F(ViewerHere, AViewerWithoutAThreadIsReported)
 {
     {
         const PatchedImport patch("CreateThread", NoThread);

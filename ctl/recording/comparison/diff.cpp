@@ -46,7 +46,8 @@ public:
     {
         const bool different = values + onlyA + onlyB > 0;
         if (!complete) {
-            messages << "the recordings differ too much to be compared call by call behind their common beginning\n";
+            messages << "the recordings differ too much to be compared call by call between their common beginning and "
+                        "end\n";
         }
         if (asJson) {
             json.EndArray().Member("values", values).Member("onlyInA", onlyA).Member("onlyInB", onlyB).EndObject();

@@ -305,7 +305,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
         {"package-file", [this] { ExportServedBy(L"InprocServer32", L"C:\\gone\\package.dll"); },
          "The exported package \"Planted\" is served by \"C:\\gone\\package.dll\", which is not there" + reinstall},
         {"package-file", [this] { ExportServedBy(L"InprocServer32", FileOf("no code")); },
-         "The exported package \"Planted\" is served by \"" + temporary + "zeltctl planted.dll\", which is no library of code" + reinstall},
+         "The exported package \"Planted\" is served by \"" + temporary + "zeltctl planted.dll\", which is not a DLL" + reinstall},
         {"package-width", [&, this] { ExportServedBy(L"InprocServer32", FileOf(x64)); },
          "The exported package \"Planted\" is served by the 64-bit library \"" + temporary + "zeltctl planted.dll\"" + error +
              ", because ZELT is a 32-bit program; install the component's 32-bit version, or zeltctl remove the package."},
@@ -327,7 +327,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
          "The exported package \"Planted\" comes from a manager that fails (Failed to initialize property package manager: The faulty "
          "manager never initialises)" + error + "; ask the vendor of the manager, or zeltctl remove the package."},
         {"package-own", [] { Export({{L"{4CCF55DB-E332-42F8-B685-188989F8E1EC}", 2, L"Planted", L"Planted"}}); },
-         "The exported package \"Planted\" comes from ZELT itself, so making it goes in circles; zeltctl remove the package."},
+         "The exported package \"Planted\" comes from ZELT itself, so creating it would never end; zeltctl remove the package."},
         {"package-duplicate", [] { Export({{kSamplePackage, 1, L"", L"Planted"}, {kSampleManager, 0, L"Alcohols", L"PLANTED"}}); },
          "The name \"PLANTED\" is exported more than once, so simulators that ask for it get the first one only; zeltctl remove the first "
          "one, and zeltctl add it under a name of its own."},

@@ -250,7 +250,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
         {{"add", "Sample property package manager"}, "\"Sample property package manager\" is a manager; say which of its packages"},
         {{"add", "Sample property package", "Aromatics"}, "\"Sample property package\" is a package itself, and no manager"},
         {{"add", "Sample property package manager", "Steam"}, "\"Sample property package manager\" has no package \"Steam\""},
-        {{"add", "Faulty manager: list", "Menu"}, "\"Faulty manager: list\" does not tell its packages"},
+        {{"add", "Faulty manager: list", "Menu"}, "\"Faulty manager: list\" does not list its packages"},
         {{"add", "Sample property package", "--name", "aromatics"}, "a package is exported as \"aromatics\" already"},
         {{"add", "Sample property package", "--name", " \t"}, "--name is blank, or longer than 255 characters"},
         {{"add", "Sample property package", "--name", longName}, "--name is blank, or longer"},
@@ -284,7 +284,8 @@ TEST_F(Exports, OfARecordingNeedARecording)
     EXPECT_EQ("zeltctl: The recording \"C:\\nothing.zlr\" cannot be opened\n", missing.messages);
     const CommandOutcome another = RunZeltctl({"add", "--recording", "C:\\windows\\regedit.exe"});
     EXPECT_EQ(3, another.code);
-    EXPECT_EQ("zeltctl: \"C:\\windows\\regedit.exe\" is no recording, or one of a newer version\n", another.messages);
+    EXPECT_EQ("zeltctl: \"C:\\windows\\regedit.exe\" is not a recording, or was made by a newer version\n",
+              another.messages);
     const CommandOutcome both = RunZeltctl({"add", "Sample property package", "--recording", "C:\\nothing.zlr"});
     EXPECT_EQ(2, both.code);
     EXPECT_NE(std::string::npos, both.messages.find("--recording takes the place of COMPONENT")) << both.messages;

@@ -73,7 +73,7 @@ TEST_F(RecordingRender, RefusesWhatIsNoRecordingAndItsOwnRecording)
     Write(true);
     const CommandOutcome none = RunZeltctl({"recording", "render", Narrow("written.zlg"), Narrow("rendered.zlg")});
     EXPECT_EQ(3, none.code);
-    EXPECT_NE(std::string::npos, none.messages.find("this is no recording"));
+    EXPECT_NE(std::string::npos, none.messages.find("this is not a recording"));
     EXPECT_FALSE(fs::exists(folder / "rendered.zlg"));
     const std::string before = ReadWholeFile(Narrow("written.zlr"));
     EXPECT_EQ(2, RunZeltctl({"recording", "render", Narrow("written.zlr"), Narrow("written.zlr")}).code);

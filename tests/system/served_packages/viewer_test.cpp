@@ -73,7 +73,7 @@ TEST_P(BesideALogViewer, TheProcessEndsWithTheSimulatorWhenTheViewerIsClosedFirs
     ASSERT_TRUE(simulator.Reached());
     EXPECT_EQ(viewer->Id(), ServerId());
     CloseViewer();
-    EXPECT_FALSE(viewer->Wait(1'500)) << "ended under a simulator";
+    EXPECT_FALSE(viewer->Wait(1'500)) << "ended while a simulator used it";
     EXPECT_EQ(0u, simulator.Continue().exitCode);
     EXPECT_EQ(0u, viewer->Wait(60'000));
 }

@@ -282,7 +282,7 @@ TEST_P(PackagePersistenceTest, AFailureHasItsLineItsSizeAndItsErrorInformation)
               News());
 }
 
-TEST_P(PackagePersistenceTest, AStreamWithoutAPositionIsSaidNothingOf)
+TEST_P(PackagePersistenceTest, NoCountIsLoggedForAStreamWithoutAPosition)
 {
     Begin();
     const auto stream = ComPtr<Unseekable>(new Unseekable);
@@ -294,7 +294,7 @@ TEST_P(PackagePersistenceTest, AStreamWithoutAPositionIsSaidNothingOf)
               News());
 }
 
-TEST_P(PackagePersistenceTest, APackageThatMovesBackIsSaidNothingOf)
+TEST_P(PackagePersistenceTest, NoCountIsLoggedForAPackageThatMovesBack)
 {
     Begin();
     const ComPtr<IStream> stream = StreamOf("before");
@@ -304,7 +304,7 @@ TEST_P(PackagePersistenceTest, APackageThatMovesBackIsSaidNothingOf)
     EXPECT_EQ(Func("IPersistStream::Load", PointerArg("pstm", "in", stream.Get())), News());
 }
 
-TEST_P(PackagePersistenceTest, AReadOnlyPackageIsNotToBeLoaded)
+TEST_P(PackagePersistenceTest, LoadingAReadOnlyPackageIsAnErrorInTheLog)
 {
     Begin();
     proxy->SetReadOnly(true);

@@ -147,7 +147,7 @@ TEST_F(LogGap, TheFooterComesWhenThereIsRoomAtTheEnd)
     EXPECT_TRUE(messages.All().empty());
 }
 
-TEST_F(LogGap, AMissingEndIsSaidOnce)
+TEST_F(LogGap, AMissingEndIsReportedOnce)
 {
     RecordedMessages messages;
     Begin("I::Outer");

@@ -110,7 +110,7 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
     DeleteFileW(place.c_str());
 }
 
-TEST_F(ScarceResources, ALogThatOthersHoldOrProtectIsSaidAndNotTouched)
+TEST_F(ScarceResources, ALogThatOthersHoldOrProtectIsReportedAndNotTouched)
 {
     const std::wstring place = TemporaryPath();
     const auto expectRefusal = [&](const char* why) {

@@ -143,7 +143,7 @@ TEST_F(ValueWritersTest, InterfacePointers)
               Written());
 }
 
-TEST_F(ValueWritersTest, ValuesThatCannotBeReadAreSaid)
+TEST_F(ValueWritersTest, ValuesThatCannotBeReadAreReported)
 {
     WriteArg(*document, "x", true, reinterpret_cast<BSTR>(static_cast<std::uintptr_t>(0x10)));
     VARIANT array;

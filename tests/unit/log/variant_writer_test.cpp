@@ -176,7 +176,7 @@ TEST_F(VariantWriterTest, WrongElementTypeIsNotRead)
                " <error value=\"Invalid type for argument x: expected VT_ARRAY|VT_R8\"/>\n");
 }
 
-TEST_F(VariantWriterTest, WrongElementsAreSaidByTheWordForTheirType)
+TEST_F(VariantWriterTest, WrongElementsAreNamedByTheWordForTheirType)
 {
     const struct {
         VARTYPE expected;

@@ -149,7 +149,7 @@ TEST_F(PackageListing, AManagerNeedsNoUtilities)
     EXPECT_TRUE(failures.empty());
 }
 
-TEST_F(PackageListing, AFailedInitializeIsToldAndTheListComesAllTheSame)
+TEST_F(PackageListing, AFailedInitializeIsReportedAndTheListIsStillReturned)
 {
     script.initializeResult = E_ACCESSDENIED;
     for (const KindTexts& row : kKinds) {

@@ -321,7 +321,7 @@ TEST_P(PackageManagerTest, DecliningThePlaceMeansNoLog)
     EXPECT_TRUE(messages.All().empty());
 }
 
-TEST_P(PackageManagerTest, LogThatCannotBeOpenedIsSaidAndThePackageComesAllTheSame)
+TEST_P(PackageManagerTest, LogThatCannotBeOpenedIsReportedAndThePackageIsStillReturned)
 {
     PlaceLogsAt(L"C:\\no such folder\\log.zlg");
     RecordedMessages messages;

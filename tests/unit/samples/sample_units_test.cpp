@@ -554,7 +554,7 @@ TEST_F(SampleUnitTest, DamagedDataAreRefusedAndChangeNothing)
         eCapeErrorInterfaceHR_tag code;
         const wchar_t* description;
     } rows[] = {
-        {with(0, 7), ECapePersistenceHR, L"These are no data of a sample unit"},
+        {with(0, 7), ECapePersistenceHR, L"These are not the data of a sample unit"},
         {with(4, 2), ECapePersistenceHR, L"Saved data of version 2 are not understood"},
         {with(8, 0xFFFFFFFF), ECapePersistenceOverflowHR, L"The saved data claim 4294967295 bytes"},
         {with(8, bodySize + 1), ECapePersistenceHR, L"The saved data end too early"},

@@ -187,7 +187,7 @@ TEST_F(ComponentScan, TheUsersOwnClassesAreFoundInBothViewsAndListedOnce)
     EXPECT_EQ(ClassOf(kThird), found.ofOtherWidth.front()[0].classId);
 }
 
-TEST_F(ComponentScan, AnEmptyDescriptionIsAValueAllTheSame)
+TEST_F(ComponentScan, AnEmptyDescriptionStillCountsAsAValue)
 {
     Register(kFirst);
     const std::wstring description = std::wstring(kFirst) + L"\\CapeDescription";

@@ -95,7 +95,7 @@ TEST_F(MemoryStream, NoCountIsNeeded)
     EXPECT_EQ("x", Used());
 }
 
-TEST_F(MemoryStream, MisuseIsSaidInTheOthersWords)
+TEST_F(MemoryStream, MisuseIsLoggedWithTheTextsSwapped)
 {
     char byte = 'x';
     ULONG count = 7;

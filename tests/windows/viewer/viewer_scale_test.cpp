@@ -155,7 +155,7 @@ TEST_F(ViewerTest, ExpandingEverythingStopsAtItsLimitAndSaysSo)
     for (int i = 0; i < 200'000; ++i) log += "<a/>";
     Show(InLog(log + "</func>"));
     PostMessageW(window, WM_COMMAND, kCommandExpandAll, 0);
-    EXPECT_EQ(L"Expanding stopped at 200000 items inside of others. The rest can be expanded one by one.",
+    EXPECT_EQ(L"Expanding stopped at 200000 nested items. The rest can be expanded one by one.",
               Box(L"Expand all items:"));
     const HTREEITEM small = tree->Next(TVGN_ROOT);
     EXPECT_TRUE(tree->IsExpanded(small));
