@@ -35,7 +35,8 @@ constexpr Command kCommands[] = {
     {"recording info", "RECORDING", 1, 1, kInfoOptions, "Says what a recording is of, and how it ends", "", DescribeRecording},
     {"recording profile", "RECORDING", 1, 1, kProfileOptions, "Shows where the time of the calls went",
      "Self is the time in the called object without the calls that it made itself. Transport is the way to\n"
-     "the simulator and back, at most: for each call to it, the time of the shortest of them. Medians and percentiles are exact to about 1 %.", ProfileRecording},
+     "the simulator and back, at most: for each call to it, the time of the shortest of them. Medians and percentiles are exact\n"
+     "to about 1 %.", ProfileRecording},
     {"recording diff", "RECORDING RECORDING", 2, 2, kDiffOptions, "Compares two recordings, call by call and to the bit",
      "Addresses, times, numbers at the ends of objects' names and the system's own queries for interfaces are left out.\n"
      "~ is a value that differs, - a call or message of the first recording alone, + one of the second alone, each with the number\n"

@@ -104,7 +104,7 @@ TEST(Comparison, OfAnArrayWithElementsAndNumbersReadsNeitherBeyondItsEnd)
     Value recorded = Array(two), actual = Array(one);
     for (Value* const value : {&recorded, &actual}) {
         value->array.front().bounds = {{0, 1000}};
-        value->array.front().elements.assign(1000, Real(1));
+        for (int i = 0; i < 1000; ++i) value->array.front().elements.push_back(Real(1));
     }
     EXPECT_EQ("elements of another type", DifferenceOf(recorded, actual));
     EXPECT_EQ("elements of another type", DifferenceOf(actual, recorded));

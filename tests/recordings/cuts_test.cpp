@@ -79,7 +79,7 @@ TEST(RecordingTraceEvents, NestAsTheCallsDo)
     }
     const TemporaryLog recording(calls.Whole(), "recorded");
     const std::vector<Event> events =
-        EventsOf(RunCommand({"recording", "profile", "--trace-events", recording.Path()}).data);
+        EventsOf(RunCommand({"recording", "profile", "--trace-events", "--inputs", recording.Path()}).data);
     ASSERT_EQ(20u, events.size());
     int within = 0;
     for (const Event& a : events) {

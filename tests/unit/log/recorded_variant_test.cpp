@@ -5,6 +5,7 @@
 #include <oleauto.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace zelt::test {
 namespace {
@@ -33,7 +34,7 @@ Value OfArray(VARTYPE type, std::uint32_t elementSize, int count)
     array.elementSize = elementSize;
     array.elementType = type;
     array.bounds = {{0, count}};
-    value.array.push_back(array);
+    value.array.push_back(std::move(array));
     return value;
 }
 
@@ -68,13 +69,13 @@ TEST(RecordedVariants, RefuseArraysWhoseElementsAreOthers)
     addresses.array.front().numbers = {kSixteenBytes, sizeof(BSTR)};
     EXPECT_THROW(RecordedVariant{addresses}, std::length_error);
     Value mixed = OfArray(VT_BSTR, sizeof(BSTR), 1);
-    mixed.array.front().elements = {Scalar(VT_I4, Form::Integer)};
+    mixed.array.front().elements.push_back(Scalar(VT_I4, Form::Integer));
     EXPECT_THROW(RecordedVariant{mixed}, std::length_error);
     Value fewer = OfArray(VT_BSTR, sizeof(BSTR), 2);
-    fewer.array.front().elements = {Scalar(VT_BSTR, Form::Text)};
+    fewer.array.front().elements.push_back(Scalar(VT_BSTR, Form::Text));
     EXPECT_THROW(RecordedVariant{fewer}, std::length_error);
     Value numbers = OfArray(VT_R8, 8, 1);
-    numbers.array.front().elements = {Scalar(VT_R8, Form::Real)};
+    numbers.array.front().elements.push_back(Scalar(VT_R8, Form::Real));
     EXPECT_THROW(RecordedVariant{numbers}, std::length_error);
     Value large = OfArray(VT_R8, 8, 3);
     large.array.front().numbers = {kSixteenBytes, 16};
@@ -96,12 +97,14 @@ TEST(RecordedVariants, AreCopiedLikeAnyOther)
     Value texts = OfArray(VT_BSTR, sizeof(BSTR), 2);
     Value none;
     none.type = VT_BSTR;
-    texts.array.front().elements = {Scalar(VT_BSTR, Form::Text), none};
+    texts.array.front().elements.push_back(Scalar(VT_BSTR, Form::Text));
+    texts.array.front().elements.push_back(std::move(none));
     const RecordedVariant made(texts);
     ASSERT_TRUE(made.IsCopyable());
     VARIANT copy;
     VariantInit(&copy);
-    ASSERT_EQ(S_OK, VariantCopy(&copy, &made.Get()));
+    VARIANT source = made.Get();
+    ASSERT_EQ(S_OK, VariantCopy(&copy, &source));
     const auto* elements = static_cast<const BSTR*>(copy.parray->pvData);
     EXPECT_STREQ(L"text", elements[0]);
     EXPECT_EQ(nullptr, elements[1]);

@@ -27,7 +27,7 @@ _zeltctl()
     'recording') words='info profile diff redact trim' ;;
     'recording diff') words='--tolerance --json -o --help' ;;
     'recording info') words='--json --help' ;;
-    'recording profile') words='--slowest --objects --trace-events --help' ;;
+    'recording profile') words='--slowest --objects --trace-events --inputs --help' ;;
     'recording redact') words='--keep-errors -o --help' ;;
     'recording trim') words='--calls --failure -o --help' ;;
     esac

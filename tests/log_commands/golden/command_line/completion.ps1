@@ -18,7 +18,7 @@ Register-ArgumentCompleter -Native -CommandName zeltctl, zeltctl64 -ScriptBlock 
         'recording' = @('info', 'profile', 'diff', 'redact', 'trim')
         'recording diff' = @('--tolerance', '--json', '-o', '--help')
         'recording info' = @('--json', '--help')
-        'recording profile' = @('--slowest', '--objects', '--trace-events', '--help')
+        'recording profile' = @('--slowest', '--objects', '--trace-events', '--inputs', '--help')
         'recording redact' = @('--keep-errors', '-o', '--help')
         'recording trim' = @('--calls', '--failure', '-o', '--help')
         '--direction' = @('in', 'out')
