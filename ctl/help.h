@@ -13,10 +13,11 @@ struct ExitCodeMeaning {
     int code;
     const char* meaning;
 };
-inline constexpr ExitCodeMeaning kExitCodes[] = {{kFine, "fine"},
-                                                 {kFinding, "a difference, a finding or a log that is cut off"},
-                                                 {kUsage, "usage, or a command that cannot be carried out now"},
-                                                 {kUnreadable, "input that cannot be read, or output that cannot be written"}};
+inline constexpr ExitCodeMeaning kExitCodes[] = {
+    {kFine, "fine"},
+    {kFinding, "a difference, a finding or a log that is cut off"},
+    {kUsage, "usage, or a command that cannot be carried out now"},
+    {kUnreadable, "input that cannot be read, or output that cannot be written"}};
 
 void WriteHelp(std::span<const Command> commands, Output& out);
 void WriteCommandHelp(const Command& command, Output& out);

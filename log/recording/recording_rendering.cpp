@@ -143,7 +143,8 @@ Rendering RenderRecording(RecordReader& records, LogFile file)
         return rendering;
     }
     if (header->width != sizeof(void*) * 8) {
-        rendering.obstacle = "it was made by the ZELT of the other width: its zeltctl renders it, and its viewer shows it";
+        rendering.obstacle =
+            "it was made by the ZELT of the other width: its zeltctl renders it, and its viewer shows it";
         return rendering;
     }
     rendering.isRecording = true;

@@ -42,7 +42,8 @@ double MaterialObjectView::Single(const wchar_t* property, const std::wstring& p
 {
     const std::vector<double> values = Get(property, phase, kMixture, basis);
     if (values.size() != 1) {
-        throw CapeFailure(ECapeDataHR, std::wstring(L"The material object does not give exactly one value for ") + property);
+        throw CapeFailure(ECapeDataHR,
+                          std::wstring(L"The material object does not give exactly one value for ") + property);
     }
     return values.front();
 }

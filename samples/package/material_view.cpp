@@ -9,7 +9,8 @@ namespace {
 double Single(const std::vector<double>& values, const wchar_t* property)
 {
     if (values.size() != 1) {
-        throw CapeFailure(ECapeDataHR, std::wstring(L"The material object does not give exactly one value for ") + property);
+        throw CapeFailure(ECapeDataHR,
+                          std::wstring(L"The material object does not give exactly one value for ") + property);
     }
     return values.front();
 }

@@ -114,6 +114,8 @@ TEST(ViewerResources, HoldTheMenuAndTheKeys)
         {kCommandFindNext, L"Find &next\tF3", VK_F3, 0},
         {kCommandFindPrevious, L"Find &previous\tShift+F3", VK_F3, FSHIFT},
         {kCommandNextError, L"&Next error\tF4", VK_F4, 0},
+        {kCommandErrorDetails, L"&Line, call and object\tCtrl+E", 'E', FCONTROL},
+        {kCommandFilterErrors, L"&Filter\tCtrl+L", 'L', FCONTROL},
     };
     EXPECT_EQ(static_cast<int>(std::size(kRows)), count);
     for (const auto& row : kRows) {
