@@ -1,7 +1,7 @@
 // A face: an object's pointer for a dual interface that is described by type information alone, without a C++ declaration. All
-// faces share one vtable of 1,024 slots written in assembly (dual_thunks_*.S), which hands the number of the slot and the
-// arguments, as they lie on the stack, to the face's target. A call goes the other way in CallDual. No code is generated while
-// the program runs.
+// faces share one vtable, written in assembly (dual_thunks_*.S), with slots for 1,024 members beyond those of IDispatch. A slot
+// hands its member's number, and the arguments as they lie on the stack, to the face's target. CallDual does the reverse: it calls
+// a member by its number. No code is generated while the program runs.
 #pragma once
 
 #include <cstddef>

@@ -113,7 +113,7 @@ void RecordCopier::Take(const SentenceRecord& sentence, bool isKept)
 
 void RecordCopier::Take(const ResultRecord& result, bool isKept)
 {
-    // Damage may give a result without a call.
+    // A damaged recording may contain a result without its call.
     if (!starts.empty()) {
         now = starts.back() + result.duration;
         starts.pop_back();

@@ -186,7 +186,7 @@ const KeptCall* RecordedPackage::Perform(const Calls& candidates, const Inputs& 
         const auto difference = CallSimulator(*current->nested[i]);
         if (!difference) continue;
         reason = "the simulator answers " + std::string(current->nested[i]->call.member) +
-                 " otherwise than then: " + *difference;
+                 " differently than in the recording: " + *difference;
         const auto agrees = [&](const KeptCall* other) {
             if (other == current || !BeginsAlike(*current, *other, i)) return false;
             // The other call's pointers stand for the same objects.
@@ -221,6 +221,7 @@ HRESULT RecordedPackage::Refuse(const com::DualMethod& method, const std::string
     std::string text = "The recording has no answer to " + method.name;
     if (!reason.empty()) text += ": " + reason;
     failure = {static_cast<std::uint32_t>(kNoAnswer), L"ECapeUnknown", Widen(text, CP_UTF8)};
+    isRefusal = true;
     SetErrorText(failure.description);
     return kNoAnswer;
 }
@@ -236,6 +237,10 @@ HRESULT RecordedPackage::Answer(replay::StandIn& object, const com::DualMethod& 
 
 HRESULT RecordedPackage::Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words)
 {
+    // The particulars of a refusal are in no recording; those of other failures may be.
+    if (isRefusal && method.name.starts_with("ECape")) {
+        if (const auto own = AnswerByItself(object, method, words)) return *own;
+    }
     const Inputs inputs(method, words);
     const Calls candidates = Candidates(object, method, inputs);
     if (candidates.empty()) {
@@ -249,6 +254,7 @@ HRESULT RecordedPackage::Repeat(const replay::StandIn& object, const com::DualMe
     const auto status = static_cast<HRESULT>(performed->result.status);
     if (FAILED(status)) {
         failure = {performed->result.status, Widen(performed->result.name), Widen(performed->result.description)};
+        isRefusal = false;
         SetErrorText(failure.description);
         return status;
     }

@@ -1,9 +1,9 @@
-// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins, which repeat the
-// calls that the recorded objects made to the simulator's. A call is answered like a recorded call of the same object and member
-// with the same inputs: the first that has not been repeated yet, or else the one repeated last. A calculation reads its
-// material: when the simulator's objects answer otherwise than in the recording, the package goes over to another recorded call
-// with which the answers agree. Whatever the recording has no answer to fails with ECapeUnknown, and the error information says
-// so.
+// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins. They repeat the
+// calls that the recorded objects made to the simulator's objects. A call is answered like a recorded call of the same object and
+// member with the same inputs: the first that has not been repeated yet, or else the one repeated last. While it repeats a
+// calculation, the package reads the simulator's material. If an answer differs from the recorded one, the package switches to
+// another recorded call that matches the answers so far. Whatever the recording has no answer to fails with ECapeUnknown, and the
+// error information says so.
 #pragma once
 
 #include <windows.h>
@@ -27,8 +27,8 @@ namespace zelt::replay {
 
 class RecordedPackage final : Objects, Answers {
 public:
-    // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be read, or is no
-    // recording of a package by the ZELT of this width.
+    // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be read, is not
+    // a recording of a package, or was made by the ZELT of the other width.
     explicit RecordedPackage(const std::wstring& path);
     ~RecordedPackage();
     RecordedPackage(const RecordedPackage&) = delete;
@@ -42,7 +42,7 @@ public:
 private:
     using Calls = std::vector<const recording::KeptCall*>;
 
-    // The error that the latest call ended with.
+    // The error of the latest call that failed.
     struct Failure {
         std::uint32_t status = 0;
         std::wstring name, description;
@@ -56,10 +56,10 @@ private:
     void Index(const recording::KeptCall& call);
     // Answers as a recorded call was answered. Throws Unplayable.
     HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
-    // The recorded calls that this one may repeat, the best first.
+    // The recorded calls that can answer this call, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
-    // Makes the calls of the first candidate to the simulator's objects, and goes over to another candidate when their answers
-    // demand it. Returns the candidate that it ended with; null, with the reason, when none agrees.
+    // Makes the first candidate's calls to the simulator's objects, and switches to another candidate when their answers demand
+    // it. Returns the candidate that it ended with; null, with the reason, when none agrees.
     const recording::KeptCall* Perform(const Calls& candidates, const Inputs& inputs, std::string& reason);
     // Makes one call to the simulator's object. Returns the difference from the recorded outcome.
     std::optional<std::string> CallSimulator(const recording::KeptCall& call);
@@ -78,6 +78,7 @@ private:
     KnownObjects simulators;
     std::map<std::uint64_t, Microsoft::WRL::ComPtr<replay::StandIn>> standIns;
     Failure failure;
+    bool isRefusal = false;  // the failure is not from the recording
 };
 
 }  // namespace zelt::replay

@@ -5,7 +5,7 @@
 
 namespace zelt {
 
-// "1.0.0.0", from the file version of the program at `path`; "<unknown>" when it declares none that can be read.
+// The file version of the program at `path`, such as "1.0.0.0"; "<unknown>" if it has none that can be read.
 std::string FileVersionText(const std::wstring& path);
 
 }  // namespace zelt

@@ -21,7 +21,7 @@ public:
     void Begin(const LogEvent& event) override
     {
         // A root of another kind arrives as the first event.
-        if (!any && event.kind == EventKind::Other) throw InputError(name + ": this is no log of ZELT");
+        if (!any && event.kind == EventKind::Other) throw InputError(name + ": this is not a log of ZELT");
         any = true;
         sink.Begin(event);
     }

@@ -1,5 +1,5 @@
-// The one way in which the commands read logs: the reader's events with their lines, and its failures as exceptions that end a
-// command. Keeps nothing of the file.
+// The one way in which the commands read logs. Passes on the reader's events with their line numbers. Throws InputError for a
+// file that is not a log; returns false for a log that is cut off or damaged.
 #pragma once
 
 #include <string>

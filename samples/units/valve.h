@@ -1,4 +1,5 @@
-// The valve: lowers a stream's pressure without heat or work, at constant enthalpy. Supports only IPersistStream.
+// The valve: lowers a stream's pressure without heat or work, at constant enthalpy. Its only persistence
+// interface is IPersistStream.
 #pragma once
 
 #include "samples/units/classes.h"

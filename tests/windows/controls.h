@@ -1,5 +1,5 @@
-// List and tree views of another process: what their messages point to is in that process's memory. Both processes have
-// the same width.
+// List and tree views of another process: what their messages point to is in that process's memory. Both processes must
+// be of the same width (32 or 64 bits), because the items contain pointers.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +21,7 @@ public:
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
 protected:
-    // Sends a message whose parameter points to an item; copies the item and the text there and back.
+    // Sends a message whose parameter points to an item; copies the item there and back. ReadText fetches the text.
     template <class T>
     LRESULT SendItem(UINT message, WPARAM wParam, T& item) const;
     // Space for a text in the other process.

@@ -14,7 +14,7 @@
 namespace zelt::test {
 namespace {
 
-// The numbers are literals, as in the resources, because users rely on them.
+// The numbers are literals here, not the names in res/resource.h, because programs that control the window rely on them.
 constexpr int kList = 201, kRemove = 902, kToggleLogging = 903;
 enum Popup { kPackage = 1, kLog = 2, kOptions = 3 };
 constexpr UINT kUnits = 2;  // the position of the submenu in the options menu
@@ -91,7 +91,7 @@ TEST_F(MainWindowHere, TheSelectedPackageDecidesWhatIsChecked)
     EXPECT_TRUE(ExportedPackages().At(1).loggingEnabled);
 }
 
-// The item is also disabled for keys, which do not open the menu.
+// The item's state changes with the selection, not only when the menu opens.
 TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
 {
     const std::wstring off = L"901 &Add package...\n902 &Remove package... (grey)\n";
@@ -105,7 +105,7 @@ TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
     Command(kRemove);
     EXPECT_EQ(1u, ExportedPackages().Count());
     EXPECT_EQ(off, MenuText(Menu(kPackage)));
-    // And when the menu opens, whatever has changed the item meanwhile.
+    // Opening the menu sets the state too, even if something else has changed it.
     EnableMenuItem(Menu(kPackage), kRemove, MF_BYCOMMAND | MF_ENABLED);
     EXPECT_EQ(off, Opened(kPackage));
 }

@@ -1,5 +1,5 @@
-// Interfaces beyond those of a proxy's class: every dual interface of the standard, driven by type information or by the rows of
-// another class. The wrapped object is made from the same type information and records what arrives.
+// Interfaces beyond those of a proxy's class: every dual interface of the standard, each carried by a part that is made from
+// type information or has the logged methods of another proxy class. The wrapped object is made from the same type information and records what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -24,7 +24,7 @@ const std::vector<TableClass>& Table()
     return table;
 }
 
-// The name under which the rows of some class log a method.
+// The name under which the table logs a method, whichever class lists it.
 std::string LoggedName(const TableRow& wanted)
 {
     for (const TableClass& one : Table()) {
@@ -56,7 +56,7 @@ protected:
             ++interfaces;
             withRows += HasRows(*shape, Table());
             visit(*shape, part.Get());
-            // It is the same object, and the same part when it is asked for again.
+            // The part has the proxy's identity, and a second query returns the same part.
             ComPtr<IUnknown> identity, again;
             ASSERT_EQ(S_OK, part.As(&identity));
             EXPECT_EQ(static_cast<IUnknown*>(static_cast<com::Object*>(proxy.Get())), identity.Get());
@@ -181,7 +181,7 @@ TEST_F(DescribedParts, AreNotMadeForWhatTheObjectLacks)
               log.find("Pack: QueryInterface for unsupported interface " + InterfaceName(__uuidof(ICapeUnitTypeInfo))));
 }
 
-// What escapes from a member ends only its call.
+// A fault or an exception in a member ends only that call; the next one works.
 TEST_F(DescribedParts, CatchWhatEscapes)
 {
     wrapped = DynamicFake::Make(L"Wrapped");

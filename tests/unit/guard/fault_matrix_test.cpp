@@ -71,7 +71,7 @@ constexpr Sort kSorts[] = {
 };
 // clang-format on
 
-// A method of one proxy, whose wrapped object commits faults one after another; all write to one log.
+// A method of one proxy whose wrapped object commits one fault after another. All its calls go to the same log, if there is one.
 class FaultedMethod {
 public:
     FaultedMethod(const Target& target, bool isLogged) : target(target), path(TemporaryPath())

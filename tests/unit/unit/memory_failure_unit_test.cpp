@@ -111,7 +111,7 @@ private:
     ComPtr<IDispatch> material;
 };
 
-// A message box reports a unit that cannot be made.
+// Answers the message box in which the program reports a unit that cannot be made.
 class UnitMemoryFailure : public MemoryFailure {
 protected:
     UnitMemoryFailure() : before(SetMessageFunction([](const wchar_t*, const wchar_t*, UINT) -> int { return IDOK; }))
