@@ -99,8 +99,8 @@ void BenchMemory(const WrittenLog& log, const std::string& size)
         labelBytes += model.Label(item).size();
     }
     PrintFigure(size + "items", model.Size(), "");
-    PrintFigure(size + "model, bytes an item beside the labels",
-                (static_cast<double>(taken) - static_cast<double>(labelBytes)) / model.Size(), "bytes", 48);
+    Require(PrintFigure(size + "model, bytes an item beside the labels",
+                        (static_cast<double>(taken) - static_cast<double>(labelBytes)) / model.Size(), "bytes", 48));
 }
 
 }  // namespace
@@ -112,14 +112,14 @@ void BenchLoading(const WrittenLog& log, int pairs)
     const std::string size = text;
     const auto floor = [&] { return ReadBare(log.Path()); };
     PrintRow(size + "items", Compare(pairs, floor, [&] { return Parse(log.Path()); }), 0);
-    PrintRow(size + "items into the model", Compare(pairs, floor, [&] { return ParseIntoModel(log.Path()); }), 1.3);
+    MeasureRow(size + "items into the model", pairs, {1.3}, floor, [&] { return ParseIntoModel(log.Path()); });
 
     const std::vector<BareItem> items = log.Megabytes() < 20 ? ItemsOf(log.Path()) : std::vector<BareItem>();
     const bool filled = !items.empty() && items.size() <= LogTree::kFilledItems;
-    const Comparison row = Compare(
-        pairs, [&] { return ReadBare(log.Path()) + (filled ? InsertBare(items) : 0) + OpenWindows(); },
+    MeasureRow(
+        size + (filled ? "viewer, filled" : "viewer"), pairs, {filled ? 1.15 : 1.3},
+        [&] { return ReadBare(log.Path()) + (filled ? InsertBare(items) : 0) + OpenWindows(); },
         [&] { return Load(log.Path()); });
-    PrintRow(size + (filled ? "viewer, filled" : "viewer"), row, filled ? 1.15 : 1.3);
     const Comparison bare = Compare(
         pairs, [&] { return ReadBare(log.Path()) + (filled ? InsertBare(items) : 0); },
         [&] {

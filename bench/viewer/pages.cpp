@@ -123,27 +123,26 @@ void BenchPages(const WrittenLog& log, int pairs)
     std::snprintf(text, sizeof text, "%.0f MB: ", log.Megabytes());
     const std::string size = text;
     const auto floor = [&] { return ReadOnce(log.Path()); };
-    PrintRow(size + "pages",
-             Compare(pairs, floor,
-                     [&] {
-                         PagedLog pages;
-                         return Index(pages, log.Path());
-                     }),
-             3);
+    MeasureRow(size + "pages", pairs, {3}, floor, [&] {
+        PagedLog pages;
+        return Index(pages, log.Path());
+    });
     std::vector<double> answers(static_cast<std::size_t>(pairs));
     const auto open = [&, run = std::size_t{0}]() mutable {
         const Times times = Open(log.Path());
         answers[run++ % answers.size()] = times.answer;
         return times.complete;
     };
-    PrintRow(size + "viewer in pages, until all is read", Compare(pairs, floor, open), 3);
-    PrintFigure(size + "viewer in pages, until it answers", Median(answers), "s", 0.1);
+    MeasureRow(size + "viewer in pages, until all is read", pairs, {3}, floor, open);
+    Require(PrintFigure(size + "viewer in pages, until it answers", Median(answers), "s", 0.1));
     const std::size_t before = PrivateBytes();
     PagedLog pages;
     Index(pages, log.Path());
-    PrintRow(size + "search in pages", Compare(pairs, floor, [&] { return Find(pages, false); }), 2);
-    PrintRow(size + "search in pages, ignore case", Compare(pairs, floor, [&] { return Find(pages, true); }), 2);
-    PrintFigure(size + "pages, memory", static_cast<double>(PrivateBytes() - before) / 1e6, "MB", 40);
+    for (const bool ignoresCase : {false, true}) {
+        MeasureRow(size + (ignoresCase ? "search in pages, ignore case" : "search in pages"), pairs, {2}, floor,
+                   [&] { return Find(pages, ignoresCase); });
+    }
+    Require(PrintFigure(size + "pages, memory", static_cast<double>(PrivateBytes() - before) / 1e6, "MB", 40));
 }
 
 }  // namespace zelt::bench

@@ -89,11 +89,9 @@ void BenchSearch(int pairs)
             for (const bool wholeItem : {false, true}) {
                 const std::string what =
                     std::string(log.what) + (ignoreCase ? ", ignore case" : "") + (wholeItem ? ", whole item" : "");
-                PrintRow(what,
-                         Compare(
-                             pairs, [&] { return Copy(model, ignoreCase); },
-                             [&] { return Find(model, ignoreCase, wholeItem); }),
-                         1.15, "ms");
+                MeasureRow(
+                    what, pairs, {1.15, "ms"}, [&] { return Copy(model, ignoreCase); },
+                    [&] { return Find(model, ignoreCase, wholeItem); });
             }
         }
     }
