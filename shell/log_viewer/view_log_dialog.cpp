@@ -62,6 +62,10 @@ void CViewLogDlg::Handle(MSG& message)
             Guarded([this] { CopyLabel(); });
             return;
         }
+        if (EmptiesFilter(message)) {
+            filterBar.Clear();
+            return;
+        }
         if (!IsForFilter(message) && TranslateAcceleratorW(Window(), accelerators, &message)) return;
         if (IsDialogMessageW(Window(), &message)) return;
     }

@@ -62,6 +62,7 @@ private:
     void Select(ItemIndex item);
     void CopyLabel() const;
     bool IsCopyKey(const MSG& message) const;
+    bool EmptiesFilter(const MSG& message) const;
     bool IsForFilter(const MSG& message) const;
 
     static constexpr UINT_PTR kFilterTimer = 2;  // beside that of the filling

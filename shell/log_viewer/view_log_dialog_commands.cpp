@@ -196,15 +196,18 @@ void CViewLogDlg::Select(ItemIndex item)
     if (!tree.Select(item)) ShowBox(L"There is not enough memory to show the item.", L"Error:", MB_ICONWARNING);
 }
 
-// Keys that mean something else in a line of text than in the tree.
+// Esc in an empty filter closes the window, as elsewhere.
+bool CViewLogDlg::EmptiesFilter(const MSG& message) const
+{
+    return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && filterBar.HasFocus() &&
+           !filterBar.Text().empty();
+}
+
+// A key that selects the text of the filter, and would expand the tree elsewhere.
 bool CViewLogDlg::IsForFilter(const MSG& message) const
 {
-    if (message.message != WM_KEYDOWN || !filterBar.HasFocus()) return false;
-    if (message.wParam == VK_ESCAPE && !filterBar.Text().empty()) {
-        filterBar.Clear();
-        return true;
-    }
-    return message.wParam == 'A' && GetKeyState(VK_CONTROL) < 0;
+    return message.message == WM_KEYDOWN && message.wParam == 'A' && GetKeyState(VK_CONTROL) < 0 &&
+           filterBar.HasFocus();
 }
 
 bool CViewLogDlg::IsCopyKey(const MSG& message) const

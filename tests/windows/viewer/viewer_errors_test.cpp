@@ -150,6 +150,7 @@ TEST_F(ViewerErrors, KeysReachTheFilter)
     // The first Esc empties the filter, the second closes the window.
     PressKey(window, VK_ESCAPE);
     EXPECT_TRUE(Shows(5));
+    ASSERT_TRUE(IsWindow(window));
     EXPECT_EQ(L"", TextOf(Filter()));
     PressKey(window, VK_ESCAPE);
     EXPECT_TRUE(WaitUntil([this] { return !IsWindow(window); }));
