@@ -7,6 +7,7 @@ window_tests        | AddPackagePictures.APackageChosenForExport  | export-packa
 viewer/viewer_tests | ViewerPictures.ALogWithErrors               | viewer-with-errors | log-viewer
 window_tests        | ReportProgram.MakesItsReportWithTheToolBesideIt | report            | report
 viewer/viewer_tests | ViewerCommands.SearchRefusesAnEmptyText     | search             | search
+viewer/viewer_tests | ViewerErrors.ShowLineCallAndObjectOnRequest | viewer-error-details | error-details
 '
 
 Pictures()
