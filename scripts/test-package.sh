@@ -310,7 +310,7 @@ TestUpgrade()
     # Exports, options and logs are as they were.
     diff <(grep -E "$keptKeys" "$testFolder/older.registry") <(grep -E "$keptKeys" "$testFolder/newer.registry") ||
         Complain "Settings changed."
-    Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/newer.registry")"
+    Equal 'number of settings' 8 "$(grep -c -E "$keptKeys" "$testFolder/newer.registry")"
     diff <(grep "$keptFiles" "$testFolder/older.files") <(grep "$keptFiles" "$testFolder/newer.files") || Complain "Logs changed."
     Simulate i686 upgraded-32 ZELT.PropertyPackageManager Aromatics
     diff "$testFolder/property11-direct.bits" "$testFolder/upgraded-32.bits" || Complain "The results differ."
@@ -358,7 +358,7 @@ TestUninstall()
     OnlyStandardLibraryStays clean uninstalled
     # The standard's libraries do stay.
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is gone."
-    Equal 'number of settings' 7 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
+    Equal 'number of settings' 8 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
     Equal 'number of logs' 6 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
 }
 
