@@ -50,10 +50,11 @@ const Enumeration* FindEnumeration(std::string_view name)
 
 void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value)
 {
-    Record(document, name, isIn, recording::ArgumentKind::Enumeration, type.name, [&](recording::ValueWriter& record) {
-        record.Integer(value);
-        record.Type(type.name);
-    });
+    RecordArgument(document, name, isIn, recording::ArgumentKind::Enumeration, type.name,
+                   [&](recording::ValueWriter& record) {
+                       record.Integer(value);
+                       record.Type(type.name);
+                   });
     ArgWriter::Write(document, name, isIn, type.name, [&](ArgWriter& arg) {
         const auto index = static_cast<unsigned>(value);
         if (index < type.values.size()) return arg.Value(type.values[index]);

@@ -16,11 +16,11 @@ BOOL WriteToSystem(HANDLE file, const void* bytes, DWORD count, DWORD* written)
     return WriteFile(file, bytes, count, written, nullptr);
 }
 
-FileWriter current = WriteToSystem;
+FileWriter currentWriter = WriteToSystem;
 
 }  // namespace
 
-FileWriter SetFileWriter(FileWriter writer) { return std::exchange(current, writer ? writer : WriteToSystem); }
+FileWriter SetFileWriter(FileWriter writer) { return std::exchange(currentWriter, writer ? writer : WriteToSystem); }
 
 LogFile::LogFile(LogFile&& other) noexcept
     : descriptor(std::exchange(other.descriptor, -1)),
@@ -65,7 +65,7 @@ bool LogFile::Write(std::string_view entry)
     while (done < entry.size()) {
         DWORD written = 0;
         const auto count = static_cast<DWORD>(std::min(entry.size() - done, kMostPerCall));
-        if (!current(handle, entry.data() + done, count, &written) || written == 0) {
+        if (!currentWriter(handle, entry.data() + done, count, &written) || written == 0) {
             CutOff();
             return false;
         }

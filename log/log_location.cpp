@@ -59,7 +59,7 @@ bool SaveDialog(const std::wstring& title, std::wstring& path)
 
 constexpr LogSurroundings kSystemSurroundings = {LocalTime, DesktopFolder, SaveDialog};
 
-const LogSurroundings* current = &kSystemSurroundings;
+const LogSurroundings* surroundingsInUse = &kSystemSurroundings;
 
 // "05March2012-14h07". The month is written in the system's language.
 std::wstring TimeText(const SYSTEMTIME& time)
@@ -81,7 +81,7 @@ Outcome AutomaticPath(const wchar_t* beginning, const wchar_t* ending, std::opti
                                MB_OK | MB_ICONERROR | MB_TOPMOST);
     }
     CreateDirectoryW(folder.c_str(), nullptr);
-    const std::wstring base = folder + L'\\' + beginning + TimeText(current->localTime());
+    const std::wstring base = folder + L'\\' + beginning + TimeText(surroundingsInUse->localTime());
     path = base + ending;
     for (int number = 1; Exists(*path); ++number) path = base + L'(' + std::to_wstring(number) + L')' + ending;
     return {};
@@ -94,7 +94,7 @@ Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std:
     path.reset();
     if (options.autoLogLocation) return AutomaticPath(L"log-", L".zlg", path);
     std::wstring chosen;
-    if (current->saveDialog(title, chosen)) path = std::move(chosen);
+    if (surroundingsInUse->saveDialog(title, chosen)) path = std::move(chosen);
     return {};
 }
 
@@ -107,15 +107,15 @@ Outcome ChooseRecordingPath(std::optional<std::wstring>& path)
 
 bool AutomaticLogFolder(std::wstring& folder)
 {
-    if (!current->desktopFolder(folder)) return false;
+    if (!surroundingsInUse->desktopFolder(folder)) return false;
     folder += L"\\ZELT logs";
     return true;
 }
 
 const LogSurroundings* SetLogSurroundings(const LogSurroundings* surroundings)
 {
-    const LogSurroundings* before = current;
-    current = surroundings ? surroundings : &kSystemSurroundings;
+    const LogSurroundings* before = surroundingsInUse;
+    surroundingsInUse = surroundings ? surroundings : &kSystemSurroundings;
     return before;
 }
 

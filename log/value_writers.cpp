@@ -16,7 +16,7 @@ using recording::ValueWriter;
 
 void WriteInteger(LogDocument& document, const char* name, bool isIn, const char* type, ArgumentKind kind, long value)
 {
-    Record(document, name, isIn, kind, type, [value](ValueWriter& record) { record.Integer(value); });
+    RecordArgument(document, name, isIn, kind, type, [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, type, [value](ArgWriter& arg) {
         arg.ValueWith([value](std::string& text) { AppendDecimal(text, value); });
     });
@@ -36,22 +36,23 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, long value)
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, double value)
 {
-    Record(document, name, isIn, ArgumentKind::Double, "double", [value](ValueWriter& record) { record.Real(value); });
+    RecordArgument(document, name, isIn, ArgumentKind::Double, "double",
+                   [value](ValueWriter& record) { record.Real(value); });
     ArgWriter::Write(document, name, isIn, "double",
                      [value](ArgWriter& arg) { AppendDoubleValue(arg, value, Sentence::OldUndefinedValue); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
 {
-    Record(document, name, isIn, ArgumentKind::String, "string",
-           [value](ValueWriter& record) { RecordText(record, value); });
+    RecordArgument(document, name, isIn, ArgumentKind::String, "string",
+                   [value](ValueWriter& record) { RecordText(record, value); });
     ArgWriter::Write(document, name, isIn, "string",
                      [value](ArgWriter& arg) { AppendStringValue(arg, value, "<NULL>", 1, 0); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value)
 {
-    Record(document, name, isIn, ArgumentKind::ClassId, "CLSID", [&](ValueWriter& record) {
+    RecordArgument(document, name, isIn, ArgumentKind::ClassId, "CLSID", [&](ValueWriter& record) {
         record.Raw({reinterpret_cast<const char*>(&value), sizeof value});
     });
     ArgWriter::Write(document, name, isIn, "CLSID", [&](ArgWriter& arg) { arg.Value(Narrow(GuidText(value))); });
@@ -59,16 +60,16 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& v
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value)
 {
-    Record(document, name, isIn, ArgumentKind::Unsigned64, "ULARGE_INTEGER",
-           [&](ValueWriter& record) { record.Integer(static_cast<std::int64_t>(value.QuadPart)); });
+    RecordArgument(document, name, isIn, ArgumentKind::Unsigned64, "ULARGE_INTEGER",
+                   [&](ValueWriter& record) { record.Integer(static_cast<std::int64_t>(value.QuadPart)); });
     ArgWriter::Write(document, name, isIn, "ULARGE_INTEGER",
                      [&](ArgWriter& arg) { arg.Value(std::to_string(value.QuadPart)); });
 }
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value)
 {
-    Record(document, name, isIn, ArgumentKind::Interface, "interface",
-           [value](ValueWriter& record) { RecordPointer(record, value); });
+    RecordArgument(document, name, isIn, ArgumentKind::Interface, "interface",
+                   [value](ValueWriter& record) { RecordPointer(record, value); });
     ArgWriter::Write(document, name, isIn, "interface", [value](ArgWriter& arg) {
         if (!value) return arg.Value("NULL");
         arg.ValueWith([value](std::string& text) {
@@ -81,7 +82,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
 void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
                             std::string_view objectName)
 {
-    Record(document, name, isIn, ArgumentKind::NamedInterface, "interface", [&](ValueWriter& record) {
+    RecordArgument(document, name, isIn, ArgumentKind::NamedInterface, "interface", [&](ValueWriter& record) {
         RecordPointer(record, value);
         record.Shown(objectName);
     });
@@ -99,7 +100,7 @@ void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, 
 void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std::string_view type, long value,
                         std::string_view shown)
 {
-    Record(document, name, isIn, ArgumentKind::NamedValue, type, [&](ValueWriter& record) {
+    RecordArgument(document, name, isIn, ArgumentKind::NamedValue, type, [&](ValueWriter& record) {
         record.Integer(value);
         record.Type(type);
         record.Shown(shown);
@@ -109,7 +110,7 @@ void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std:
 
 void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::string_view type, const void* address)
 {
-    Record(document, name, isIn, ArgumentKind::Address, type, [&](ValueWriter& record) {
+    RecordArgument(document, name, isIn, ArgumentKind::Address, type, [&](ValueWriter& record) {
         RecordPointer(record, address);
         record.Type(type);
     });
@@ -124,14 +125,15 @@ void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::st
 
 void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value)
 {
-    Record(document, name, isIn, ArgumentKind::Bool, "BOOL", [value](ValueWriter& record) { record.Integer(value); });
+    RecordArgument(document, name, isIn, ArgumentKind::Bool, "BOOL",
+                   [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, "BOOL", [value](ArgWriter& arg) { arg.Value(value ? "TRUE" : "FALSE"); });
 }
 
 void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value)
 {
-    Record(document, name, isIn, ArgumentKind::VariantBool, "VARIANT_BOOL",
-           [value](ValueWriter& record) { record.Integer(value); });
+    RecordArgument(document, name, isIn, ArgumentKind::VariantBool, "VARIANT_BOOL",
+                   [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, "VARIANT_BOOL", [value](ArgWriter& arg) {
         arg.Value(value ? "VARIANT_TRUE" : "VARIANT_FALSE");
         if (value == VARIANT_FALSE || value == VARIANT_TRUE) return;
@@ -143,7 +145,8 @@ void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VAR
 
 void WriteFlagsArg(LogDocument& document, const char* name, bool isIn, int value)
 {
-    Record(document, name, isIn, ArgumentKind::Flags, "int", [value](ValueWriter& record) { record.Integer(value); });
+    RecordArgument(document, name, isIn, ArgumentKind::Flags, "int",
+                   [value](ValueWriter& record) { record.Integer(value); });
     struct Flag {
         int bit;
         const char* text;

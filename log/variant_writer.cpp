@@ -15,7 +15,7 @@ namespace zelt {
 namespace {
 
 // Arrays in arrays are followed to this depth; a value that contains itself would have no end.
-constexpr int kMostNesting = 16;
+constexpr int kDeepestArray = 16;
 
 constexpr char kUnknownInMarkup[] = "&lt;unknown&gt;";
 
@@ -48,7 +48,7 @@ void AppendElements(const ArrayReader& reader, Append&& append)
 
 void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
 {
-    if (level > kMostNesting) return arg.Say(Sentence::UnsupportedValue, level);
+    if (level > kDeepestArray) return arg.Say(Sentence::UnsupportedValue, level);
     arg.Blanks(arg.Indentation(level));
     arg.Raw("<argval value=\"");
     arg.RawWith([&element](std::string& out) { AppendVariantTypeName(out, element.vt, kUnknownInMarkup); });
@@ -130,10 +130,11 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT&
     if (document.Recorder()) {
         std::string shownType;
         type(shownType);
-        Record(document, name, isIn, recording::ArgumentKind::Variant, shownType, [&](recording::ValueWriter& record) {
-            RecordVariant(record, value);
-            if (expected.type != kAnyType) record.Expected(expected.type, expected.allowEmpty);
-        });
+        RecordArgument(document, name, isIn, recording::ArgumentKind::Variant, shownType,
+                       [&](recording::ValueWriter& record) {
+                           RecordVariant(record, value);
+                           if (expected.type != kAnyType) record.Expected(expected.type, expected.allowEmpty);
+                       });
     }
     ArgWriter::Write(document, name, isIn, type, [&](ArgWriter& arg) {
         AppendVariantValue(arg, value, expected.type, 1);

@@ -12,7 +12,7 @@ namespace zelt {
 namespace {
 
 // The parser objects to more than 255 levels of elements, so a log that nests deeper than this is left to the parser.
-constexpr std::size_t kDeepest = 200;
+constexpr std::size_t kDeepestScanned = 200;
 
 // The parser takes more blanks than this for text, even before it has seen what follows.
 constexpr std::size_t kMostBlanks = 250;
@@ -136,7 +136,7 @@ template <class Bytes>
 LogScanner<Bytes>::LogScanner(LogInput& input, LogSink& sink, const ScanSizes& sizes)
     : input(input), sink(sink), sizes(sizes), wantsLines(sink.WantsLines()), buffer(2 * sizes.block + kSlack)
 {
-    open.reserve(kDeepest);
+    open.reserve(kDeepestScanned);
 }
 
 template <class Bytes>
@@ -334,7 +334,7 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::BeginNamed(EventKind kind, c
     } else {
         at = isCall ? After(at, "out\" object=\"") : After(at, "out\" type=\"");
     }
-    if (!at || !(at = ReadText<Bytes>(at, text)) || !(at = After(at, "\">\r\n")) || open.size() == kDeepest) {
+    if (!at || !(at = ReadText<Bytes>(at, text)) || !(at = After(at, "\">\r\n")) || open.size() == kDeepestScanned) {
         return Step::Unknown;
     }
     SendPending(true);
@@ -362,7 +362,7 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::Value(const char* from)
     const bool isLeftOut = open.back().isLeftOut;
     if (const char* end = After(at, "\"/>\r\n")) return Empty(EventKind::Value, text, isLeftOut, end);
     const char* const end = After(at, "\">\r\n");
-    if (!end || open.size() == kDeepest) return Step::Unknown;
+    if (!end || open.size() == kDeepestScanned) return Step::Unknown;
     SendPending(true);
     if (!isLeftOut) {
         pending = {EventKind::Value,

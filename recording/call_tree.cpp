@@ -6,7 +6,7 @@ namespace zelt::recording {
 namespace {
 
 // No stack holds more calls. The destruction of a tree of calls nests as deep as the calls do.
-constexpr std::size_t kMostNesting = 2000;
+constexpr std::size_t kDeepestCall = 2000;
 
 std::string_view Keep(std::string_view text, std::deque<std::string>& texts)
 {
@@ -125,7 +125,7 @@ void CallTreeReader::Take(const Record& record)
     } else if (const auto* made = std::get_if<ComponentRecord>(&record)) {
         (open.empty() ? component : open.back()->component) = Keep(*made);
     } else if (const auto* call = std::get_if<CallRecord>(&record)) {
-        if (open.size() >= kMostNesting) throw std::runtime_error("the recording has calls that are nested too deep");
+        if (open.size() >= kDeepestCall) throw std::runtime_error("the recording has calls that are nested too deep");
         auto kept = std::make_unique<KeptCall>();
         kept->number = ++calls;
         kept->call = *call;

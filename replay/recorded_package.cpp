@@ -18,8 +18,6 @@ namespace {
 using recording::ArgumentRecord;
 using recording::KeptCall;
 
-constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
-
 // Whether two recorded calls to the simulator are the same and, with `withOutcome`, had the same outcome.
 bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
 {

@@ -21,9 +21,6 @@ using com::DualParameter;
 using recording::ArgumentRecord;
 using recording::KeptCall;
 
-// The result of a question that the recording has no answer to.
-constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
-
 std::string StatusText(HRESULT status) { return HRName(status); }
 
 bool ClearsDirty(const KeptCall& call)

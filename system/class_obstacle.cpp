@@ -10,14 +10,9 @@
 namespace zelt {
 namespace {
 
-bool Exists(const RegistryRoot& root, const std::wstring& path)
-{
-    return RegistryKey().Open(root, path) == ERROR_SUCCESS;
-}
-
 bool IsServedByProcess(const RegistryRoot& root, const std::wstring& path)
 {
-    if (Exists(root, path + L"\\LocalServer32")) return true;
+    if (KeyExists(root, path + L"\\LocalServer32")) return true;
     RegistryKey key, application;
     if (key.Open(root, path) != ERROR_SUCCESS) return false;
     const auto identity = key.ReadString(L"AppID");

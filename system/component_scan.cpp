@@ -27,11 +27,6 @@ std::wstring TextOfKey(const RegistryRoot& root, const std::wstring& path)
     return key.ReadString(L"").value_or(std::wstring());
 }
 
-bool Exists(const RegistryRoot& root, const std::wstring& path)
-{
-    return RegistryKey().Open(root, path) == ERROR_SUCCESS;
-}
-
 ComponentInfo Describe(const RegistryRoot& root, const std::wstring& path, const std::wstring& identity,
                        REFCLSID classId)
 {
@@ -61,10 +56,10 @@ Places PlacesOf(const ClassSources& sources, const std::wstring& path)
 {
     Places places;
     for (const RegistryRoot* root : {&sources.own, &sources.ownOfUser}) {
-        if (!places.own && root->key && Exists(*root, path)) places.own = root;
+        if (!places.own && root->key && KeyExists(*root, path)) places.own = root;
     }
     for (const RegistryRoot* root : {&sources.other, &sources.otherOfUser}) {
-        if (!places.other && root->key && Exists(*root, path)) places.other = root;
+        if (!places.other && root->key && KeyExists(*root, path)) places.other = root;
     }
     return places;
 }

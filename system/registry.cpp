@@ -60,6 +60,11 @@ LSTATUS RegistryKey::Open(const RegistryRoot& root, const std::wstring& path, RE
     return opened;
 }
 
+bool KeyExists(const RegistryRoot& root, const std::wstring& path)
+{
+    return RegistryKey().Open(root, path) == ERROR_SUCCESS;
+}
+
 LSTATUS RegistryKey::Create(const RegistryRoot& root, const std::wstring& path, REGSAM access)
 {
     Close();

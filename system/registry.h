@@ -70,6 +70,9 @@ private:
     HKEY key = nullptr;
 };
 
+// Whether there is a key that can be read.
+bool KeyExists(const RegistryRoot& root, const std::wstring& path);
+
 // The functions that enumerate and write. A test replaces single ones, to fail where the system does not; nothing else does.
 struct RegistryFunctions {
     decltype(&RegEnumKeyExW) enumerateKeys;

@@ -3,12 +3,12 @@
 namespace zelt {
 namespace {
 
-constexpr ProxyTraits kTraits = {.typeName = "Material Object"};
+constexpr ProxyTraits kMaterialTraits = {.typeName = "Material Object"};
 
 }  // namespace
 
 CMaterialObject::CMaterialObject(ThermoVersion startingVersion)
-    : LoggedProxy(kTraits),
+    : LoggedProxy(kMaterialTraits),
       startingVersion(startingVersion),
       thermoVersion(startingVersion),
       material(*this),

@@ -3,12 +3,13 @@
 namespace zelt {
 namespace {
 
-constexpr ProxyTraits kTraits = {.typeName = "Property Package", .servedVersion = ThermoVersion::CapeOpen11};
+constexpr ProxyTraits kPropertyPackageTraits = {.typeName = "Property Package",
+                                                .servedVersion = ThermoVersion::CapeOpen11};
 
 }  // namespace
 
 CPropertyPackage11::CPropertyPackage11()
-    : ExposedObjectBase(kTraits),
+    : ExposedObjectBase(kPropertyPackageTraits),
       materialContext(*this),
       compounds(*this),
       phases(*this),

@@ -23,7 +23,7 @@ constexpr Option kDoctorOptions[] = {
     {"--json", nullptr, "as JSON"},
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kDoctorCommands[] = {
     {"doctor", "", 0, 0, kDoctorOptions, "Examines the installation and the exported packages",
      "A finding is a word for programs and a sentence: what is wrong, what it causes, how to fix it. It looks at ZELT, and at ZELT64\n"
      "if there is a sign of it:\n"
@@ -150,7 +150,7 @@ void WriteText(const std::vector<Examined>& all, const Findings& fixed, const Fi
 
 }  // namespace
 
-std::span<const Command> DoctorCommands() { return kCommands; }
+std::span<const Command> DoctorCommands() { return kDoctorCommands; }
 
 int ExamineInstallation(const Arguments& arguments, Streams& streams)
 {

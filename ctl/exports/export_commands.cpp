@@ -40,7 +40,7 @@ constexpr Option kOptionsOptions[] = {
 
 #define ZELT_NOT_WHILE_IT_RUNS "Refused (exit code 2) while the ZELT of that width runs: it holds the list, and would write its own over the change."
 
-constexpr Command kCommands[] = {
+constexpr Command kExportCommands[] = {
     {"list", "", 0, 0, kWidthAndJson, "Lists the exported packages", "", ListExports},
     {"discover", "", 0, 0, kDiscoverOptions, "Lists what is installed and can be exported, and the unit operations",
      "Each component has the widths that it is there for: ZELT hosts the 32-bit ones, ZELT64 the 64-bit ones. Each manager is\n"
@@ -67,6 +67,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> ExportCommands() { return kCommands; }
+std::span<const Command> ExportCommands() { return kExportCommands; }
 
 }  // namespace zelt::ctl

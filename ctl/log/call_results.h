@@ -10,6 +10,9 @@
 
 namespace zelt::ctl {
 
+// More arguments of a call are left out. No method has as many, but a forged log may.
+inline constexpr std::size_t kMostArguments = 32;
+
 // A failure is the result that the caller got, from the callee or from the proxy in its place; a violation is a rule of the
 // standard that somebody broke while the call continued.
 // A query is a warning about an interface that the system asked for on its own account: see log/vocabulary/system_interfaces.h.

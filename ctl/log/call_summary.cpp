@@ -8,8 +8,6 @@ namespace zelt::ctl {
 namespace {
 
 constexpr std::size_t kLongestText = 200;
-// More than any method has; a forged log may have more than this.
-constexpr std::size_t kMostArguments = 32;
 
 void AddValue(ArgumentSummary& argument, const LogEvent& event)
 {

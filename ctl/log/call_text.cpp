@@ -6,8 +6,6 @@ namespace zelt::ctl {
 namespace {
 
 constexpr std::size_t kLongestValues = 60, kLongestName = 80;
-// More than any method has; a forged log may have more than this.
-constexpr std::size_t kMostArguments = 32;
 
 void AddValue(ArgumentText& argument, std::string_view text)
 {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <iterator>
 
+#include "ctl/log/log_values.h"
 #include "ctl/log/lower_case.h"
 
 namespace zelt::ctl {
@@ -19,16 +19,7 @@ bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
     return std::find(std::begin(names), std::end(names), text) != std::end(names);
 }
 
-std::string Quote(std::string_view text) { return '"' + std::string(text) + '"'; }
-
 std::string InCall(const CallSummary& call) { return call.name + " (" + call.object + ')'; }
-
-std::string Digits(double number)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", number);
-    return text;
-}
 
 // A caller may ask for errors, or name a component, at any time.
 bool IsAlwaysAllowed(std::string_view interfaceName)
@@ -75,7 +66,7 @@ void LifeRules::Begin(const LogEvent& call)
     if (needsLife && !life.used) life.used = call.line;
     if (life.terminated && call.name != "ICapeUtilities::Initialize") {
         report(call.line, "after-terminate",
-               std::string(call.name) + " is called on " + Quote(call.text) + ", which was terminated in line " +
+               std::string(call.name) + " is called on " + Quoted(call.text) + ", which was terminated in line " +
                    std::to_string(life.terminated));
     }
 }
@@ -91,10 +82,10 @@ void LifeRules::End(const CallSummary& call)
         Life& life = lives[call.object];
         if (life.initialized && !life.terminated) {
             report(call.line, "initialize",
-                   Quote(call.object) + " is initialised again; it was in line " + std::to_string(life.initialized));
+                   Quoted(call.object) + " is initialised again; it was in line " + std::to_string(life.initialized));
         } else if (!life.initialized && life.used && life.used < call.line) {
             report(call.line, "initialize",
-                   Quote(call.object) + " is initialised only now; it has been used since line " +
+                   Quoted(call.object) + " is initialised only now; it has been used since line " +
                        std::to_string(life.used));
         }
         life.initialized = call.line;
@@ -108,7 +99,7 @@ void LifeRules::Finish()
     for (const auto& [object, life] : lives) {
         if (!life.initialized || life.terminated || life.tried) continue;
         report(life.initialized, "not-terminated",
-               Quote(object) + " is initialised here and never terminated, though the log is complete");
+               Quoted(object) + " is initialised here and never terminated, though the log is complete");
     }
 }
 
@@ -120,7 +111,7 @@ void ValueRules::End(const CallSummary& call)
             call.Method() == "CalcAndGetLnPhi") {
             const std::string_view property = call.First("property");
             report(argument.notANumber, "not-a-number",
-                   Quote(argument.name) + (property.empty() ? "" : " of the property " + Quote(property)) + " in " +
+                   Quoted(argument.name) + (property.empty() ? "" : " of the property " + Quoted(property)) + " in " +
                        InCall(call) + " is not a finite number");
         }
     }
@@ -154,8 +145,8 @@ void PropertyRules::Check(const Material& material, const CallSummary& call, std
 {
     if (material.properties.count(LowerCase(property) + '|' + LowerCase(phase))) return;
     report(call.line, "read-before-set",
-           "the property " + Quote(property) + (phase.empty() ? "" : " of the phase " + Quote(phase)) + " of " +
-               Quote(call.object) + " is read, but was not set since the material was " + material.since);
+           "the property " + Quoted(property) + (phase.empty() ? "" : " of the phase " + Quoted(phase)) + " of " +
+               Quoted(call.object) + " is read, but was not set since the material was " + material.since);
 }
 
 void PropertyRules::End(const CallSummary& call, bool outermost)
@@ -215,7 +206,7 @@ void VersionRules::Begin(const LogEvent& call)
     const int other = is10 ? found->second.line11 : found->second.line10;
     if (!mine && other) {
         report(call.line, "version-mix",
-               Quote(call.text) + " is used through interfaces of CAPE-OPEN " + (is10 ? "1.0" : "1.1") +
+               Quoted(call.text) + " is used through interfaces of CAPE-OPEN " + (is10 ? "1.0" : "1.1") +
                    " here, and through those of " + (is10 ? "1.1" : "1.0") + " in line " + std::to_string(other));
     }
     if (!mine) mine = call.line;

@@ -78,7 +78,7 @@ constexpr Option kRedactOptions[] = {
     kOutputFolder,
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kLogCommands[] = {
     {"log show", "LOG...", 1, kMany, kShowOptions, "Shows a log as a tree of text",
      "Each line begins with its line in the log. > is a call of the logged component, < one of its calls to an object of the\n"
      "simulator; in and out are the arguments that go into the called method and come back from it.", EachLog<ShowLog>},
@@ -136,6 +136,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> LogCommands() { return kCommands; }
+std::span<const Command> LogCommands() { return kLogCommands; }
 
 }  // namespace zelt::ctl

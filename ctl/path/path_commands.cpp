@@ -17,7 +17,7 @@ constexpr Option kOptions[] = {
     {"--machine", nullptr, "for all users; needs an administrator. Without it, for you"},
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kPathCommands[] = {
     {"path add", "", 0, 0, kOptions, "Puts zeltctl on the search path, so that its name is enough to start it",
      "The folder of this program comes last, after all others. Programs that are already running do not see the change.", AddToPath},
     {"path remove", "", 0, 0, kOptions, "Takes zeltctl off the search path again", "", RemoveFromPath},
@@ -68,6 +68,6 @@ int RemoveFromPath(const Arguments& arguments, Streams& streams)
 
 }  // namespace
 
-std::span<const Command> PathCommands() { return kCommands; }
+std::span<const Command> PathCommands() { return kPathCommands; }
 
 }  // namespace zelt::ctl

@@ -31,7 +31,7 @@ constexpr Option kRedactOptions[] = {
     ZELT_OUTPUT_OPTION,
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kRecordingCommands[] = {
     {"recording info", "RECORDING", 1, 1, kInfoOptions, "Says what a recording is of, and how it ends", "", DescribeRecording},
     {"recording profile", "RECORDING", 1, 1, kProfileOptions, "Shows where the time of the calls went",
      "Self is the time in the called object without the calls that it made itself. Transport is the way to\n"
@@ -52,6 +52,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> RecordingCommands() { return kCommands; }
+std::span<const Command> RecordingCommands() { return kRecordingCommands; }
 
 }  // namespace zelt::ctl

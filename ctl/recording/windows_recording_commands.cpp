@@ -12,7 +12,7 @@ constexpr Option kReplayOptions[] = {
     {"--limit",     "N",         "how many differences are shown; 20 without it"},
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kWindowsRecordingCommands[] = {
     {"recording render", "RECORDING LOG", 2, 2, {}, "Writes the log that belongs to a recording",
      "The log is equal, byte for byte, to the one that was written beside the recording. The zeltctl of the width of the ZELT that\n"
      "recorded renders it.", RenderAsLog},
@@ -25,6 +25,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> WindowsRecordingCommands() { return kCommands; }
+std::span<const Command> WindowsRecordingCommands() { return kWindowsRecordingCommands; }
 
 }  // namespace zelt::ctl

@@ -28,7 +28,7 @@ constexpr Option kOptions[] = {
     {"--yes",         nullptr, "writes it without asking"},
 };
 
-constexpr Command kCommands[] = {
+constexpr Command kReportCommands[] = {
     {"report", "[LOG...]", 0, std::numeric_limits<std::size_t>::max(), kOptions,
      "Makes a file for the people you ask for help: redacted logs, versions, doctor's answer",
      "A zip file with each log as log redact writes it, but under another name; the versions of ZELT and Windows; and what\n"
@@ -133,6 +133,6 @@ int ReportProblem(const Arguments& arguments, Streams& streams)
 
 }  // namespace
 
-std::span<const Command> ReportCommands() { return kCommands; }
+std::span<const Command> ReportCommands() { return kReportCommands; }
 
 }  // namespace zelt::ctl

@@ -10,8 +10,8 @@ namespace zelt {
 
 // Records the value if there is a recording; see CallRecorder::Argument.
 template <class Body>
-void Record(LogDocument& document, const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type,
-            Body&& body)
+void RecordArgument(LogDocument& document, const char* name, bool isIn, recording::ArgumentKind kind,
+                    std::string_view type, Body&& body)
 {
     if (CallRecorder* recorder = document.Recorder())
         recorder->Argument(name, isIn, kind, type, std::forward<Body>(body));

@@ -15,7 +15,7 @@ using recording::ArrayTag;
 using recording::ValueWriter;
 
 // Deeper values are left out, as in the log: a value that contains itself would have no end.
-constexpr int kMostNesting = 17;
+constexpr int kDeepestRecorded = 17;
 
 void RecordContents(ValueWriter& value, const VARIANT& variant, int depth);
 
@@ -50,7 +50,7 @@ void RecordElements(ValueWriter& value, ValueWriter::ArrayFields& fields, const 
                     [](ValueWriter& element, const void* pointer) { RecordPointer(element, pointer); });
     }
     if (type == VT_VARIANT && array.cbElements == sizeof(VARIANT)) {
-        if (depth >= kMostNesting) return;
+        if (depth >= kDeepestRecorded) return;
         const auto* elements = static_cast<const VARIANT*>(data);
         for (std::size_t i = 0; i < count; ++i) {
             value.Element(fields, elements[i].vt,
@@ -132,7 +132,7 @@ void RecordContents(ValueWriter& value, const VARIANT& variant, int depth)
         case VT_UNKNOWN:
         case VT_DISPATCH: return RecordPointer(value, Contents<const void*>(variant));
         case VT_VARIANT:
-            if (depth >= kMostNesting) return;
+            if (depth >= kDeepestRecorded) return;
             return value.Inner(static_cast<const VARIANT*>(variant.byref)->vt, [&](ValueWriter& inner) {
                 RecordContents(inner, *static_cast<const VARIANT*>(variant.byref), depth + 1);
             });

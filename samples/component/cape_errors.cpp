@@ -51,14 +51,6 @@ HRESULT Answer(BSTR* out, std::wstring_view text)
     return *out ? S_OK : E_OUTOFMEMORY;
 }
 
-template <class T>
-HRESULT Answer(T* out, T value)
-{
-    if (!out) return E_POINTER;
-    *out = value;
-    return S_OK;
-}
-
 std::wstring_view TextOf(const _bstr_t& text)
 {
     return text.length() ? std::wstring_view(static_cast<const wchar_t*>(text), text.length()) : std::wstring_view();

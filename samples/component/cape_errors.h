@@ -18,6 +18,15 @@
 
 namespace zelt::sample {
 
+// A getter's result.
+template <class T>
+HRESULT Answer(T* out, T value)
+{
+    if (!out) return E_POINTER;
+    *out = value;
+    return S_OK;
+}
+
 class CapeErrors {
 public:
     // `source` is the name that IErrorInfo gives as the error's origin; it must outlive the object.

@@ -9,15 +9,6 @@
 
 namespace zelt::sample {
 
-// A getter's result.
-template <class T>
-HRESULT Answer(T* out, T value)
-{
-    if (!out) return E_POINTER;
-    *out = value;
-    return S_OK;
-}
-
 inline VARIANT_BOOL VariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 // Sets the results of Validate: the objection as the message, and whether the value is valid.

@@ -9,8 +9,8 @@
 namespace zelt::sample {
 namespace {
 
-int* volatile nowhere = nullptr;
-void Fault() { *nowhere = 1; }
+int* volatile nothing = nullptr;
+void Fault() { *nothing = 1; }
 
 // The message on which the next window faults; 0 for none. For the hook: not 0 until it has faulted.
 UINT faultyMessage = 0;

@@ -14,6 +14,13 @@ void RequireEqual(std::size_t a, std::size_t b, const wchar_t* what)
 
 }  // namespace
 
+std::vector<std::wstring> Slate::CompoundIds() const
+{
+    std::vector<std::wstring> ids;
+    for (const SlateCompound& compound : compounds) ids.push_back(compound.id);
+    return ids;
+}
+
 const SlateCompound* Slate::FindCompound(const std::wstring& id) const
 {
     for (const SlateCompound& compound : compounds) {

@@ -28,6 +28,7 @@ struct Slate {
     std::vector<SlateCompound> compounds;
     std::vector<SlatePhase> phases;
 
+    std::vector<std::wstring> CompoundIds() const;
     // Compared without regard to case; null if no compound has this id.
     const SlateCompound* FindCompound(const std::wstring& id) const;
     const SlatePhase* FindPhase(const std::wstring& label) const;

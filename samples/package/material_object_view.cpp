@@ -2,13 +2,12 @@
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/variant.h"
+#include "samples/package/words10.h"
 
 namespace zelt::sample {
 namespace {
 
 constexpr const wchar_t* kWho = L"Material object";
-constexpr const wchar_t* kMixture = L"Mixture";
-const std::wstring kWhole = L"Overall";
 
 }  // namespace
 

@@ -6,12 +6,11 @@
 #include "samples/package/constants.h"
 #include "samples/package/material_object_view.h"
 #include "samples/package/mixture_properties.h"
+#include "samples/package/words10.h"
 
 namespace zelt::sample {
 namespace {
 
-const std::wstring kWhole = L"Overall";
-constexpr const wchar_t* kMixture = L"Mixture";
 constexpr const wchar_t* kPure = L"Pure";
 
 // The flash types of the older version; the value of the second quantity is a property of `phase`.

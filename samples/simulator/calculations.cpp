@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
+#include "samples/simulator/constants.h"
 #include "samples/simulator/material_access.h"
 
 namespace zelt::sample {
@@ -14,20 +14,10 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-constexpr double kNormalPressure = 101325;  // Pa
-constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
-
-std::vector<std::wstring> Ids(const Slate& slate)
-{
-    std::vector<std::wstring> ids;
-    for (const SlateCompound& compound : slate.compounds) ids.push_back(compound.id);
-    return ids;
-}
-
 // A table's head: the column of labels, then one column for each compound.
 std::vector<std::wstring> CompoundColumns(const Slate& slate, const wchar_t* label)
 {
-    std::vector<std::wstring> columns = Ids(slate);
+    std::vector<std::wstring> columns = slate.CompoundIds();
     columns.insert(columns.begin(), label);
     return columns;
 }
@@ -82,7 +72,7 @@ void ShowLists(const PackageSession& session, Report& report, const Options& opt
         report.Line(compound.id + L": " + compound.name + L", " + compound.formula + L", CAS " + compound.casNumber);
     }
 
-    std::vector<std::wstring> ids = Ids(slate);
+    std::vector<std::wstring> ids = slate.CompoundIds();
     report.Columns(CompoundColumns(slate, L"constant"));
     for (const wchar_t* name : {L"molecularWeight", L"normalBoilingPoint", L"criticalTemperature", L"criticalPressure",
                                 L"criticalVolume", L"acentricFactor"}) {

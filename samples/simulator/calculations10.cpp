@@ -1,19 +1,17 @@
 #include "samples/simulator/calculations10.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
+#include "samples/simulator/constants.h"
 
 namespace zelt::sample {
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-constexpr double kNormalPressure = 101325;  // Pa
-constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr const wchar_t* kWhole = L"Overall";
 constexpr const wchar_t* kMixture = L"Mixture";
 

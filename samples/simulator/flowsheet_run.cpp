@@ -26,13 +26,6 @@ FlowsheetData NewFlowsheet(const Options& options)
     return data;
 }
 
-std::vector<std::wstring> Ids(const Slate& slate)
-{
-    std::vector<std::wstring> ids;
-    for (const SlateCompound& compound : slate.compounds) ids.push_back(compound.id);
-    return ids;
-}
-
 // The unit must refuse a wrong parameter, before the run and by name.
 void ShowRefusal(const UnitSession& unit, Report& report)
 {
@@ -94,7 +87,7 @@ void RunFlowsheet(const Options& options, Report& report)
     PackageSession package(manager.GetPackage(data.package), MakeFlowsheet(report));
     package.ShowIdentity(report, "Property package");
     package.ServeMaterials();
-    if (loaded && Ids(*package.slate) != data.compounds) {
+    if (loaded && package.slate->CompoundIds() != data.compounds) {
         throw CapeFailure(ECapePersistenceHR, L"The property package has not the compounds of the saved flowsheet");
     }
 
@@ -114,7 +107,7 @@ void RunFlowsheet(const Options& options, Report& report)
         SavedState saved = unit.Save(report);
         data.hasUnitState = saved.present;
         data.unitState = std::move(saved.bytes);
-        data.compounds = Ids(*package.slate);
+        data.compounds = package.slate->CompoundIds();
         data.feeds = streams.Feeds();
         SaveFlowsheet(options.saveFile, data);
         report.Line(L"The flowsheet is saved");

@@ -4,11 +4,11 @@
 
 #include <bit>
 #include <cstdint>
-#include <limits>
 
 #include "samples/component/cape_failure.h"
 #include "samples/component/text.h"
 #include "samples/component/variant.h"
+#include "samples/simulator/constants.h"
 #include "samples/simulator/parameters.h"
 #include "samples/material/reaction_object.h"
 
@@ -16,9 +16,6 @@ namespace zelt::sample {
 namespace {
 
 using Microsoft::WRL::ComPtr;
-
-constexpr double kNormalPressure = 101325;  // Pa
-constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
 // The properties to calculate for each kind of reaction; the last equilibrium property is only for gases.
 constexpr const wchar_t* kKineticProperties[] = {L"rateConstant", L"reactionRate", L"reactionRate.Dtemperature"};

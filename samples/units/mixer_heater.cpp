@@ -21,7 +21,7 @@ constexpr const wchar_t* kTemperatureLimits = L"Temperature limits";
 constexpr const wchar_t* kOwnSearch = L"Search temperature";
 constexpr const wchar_t* kIterations = L"Maximum iterations";
 
-std::vector<PortDefinition> Ports()
+std::vector<PortDefinition> MixerHeaterPorts()
 {
     return {{L"Inlet 1", L"First stream to mix", CAPE_MATERIAL, CAPE_INLET, true},
             {L"Inlet 2", L"Second stream to mix", CAPE_MATERIAL, CAPE_INLET, true},
@@ -31,7 +31,7 @@ std::vector<PortDefinition> Ports()
              false}};
 }
 
-std::vector<ParameterDefinition> ParameterDefinitions()
+std::vector<ParameterDefinition> MixerHeaterParameters()
 {
     const Dimensionality pressure{-1, 1, -2, 0, 0, 0, 0, 0}, temperature{0, 0, 0, 0, 1, 0, 0, 0},
         power{2, 1, -3, 0, 0, 0, 0, 0};
@@ -54,7 +54,7 @@ std::vector<ParameterDefinition> ParameterDefinitions()
 
 }  // namespace
 
-MixerHeaterModel::MixerHeaterModel() : UnitModel(L"Mixer with heater", Ports(), ParameterDefinitions()) {}
+MixerHeaterModel::MixerHeaterModel() : UnitModel(L"Mixer with heater", MixerHeaterPorts(), MixerHeaterParameters()) {}
 
 std::optional<double> MixerHeaterModel::InletPressure() const
 {

@@ -5,21 +5,21 @@ namespace {
 
 constexpr const wchar_t* kFraction = L"Fraction to outlet 1";
 
-std::vector<PortDefinition> Ports()
+std::vector<PortDefinition> SplitterPorts()
 {
     return {{L"Inlet", L"The stream", CAPE_MATERIAL, CAPE_INLET, true},
             {L"Outlet 1", L"One part of it", CAPE_MATERIAL, CAPE_OUTLET, true},
             {L"Outlet 2", L"The rest", CAPE_MATERIAL, CAPE_OUTLET, true}};
 }
 
-std::vector<ParameterDefinition> ParameterDefinitions()
+std::vector<ParameterDefinition> SplitterParameters()
 {
     return {{kFraction, L"Part of the flow, mol/mol", RealSpecification{0.5, 0, 1, {}}}};
 }
 
 }  // namespace
 
-SplitterModel::SplitterModel() : UnitModel(L"Splitter", Ports(), ParameterDefinitions()) {}
+SplitterModel::SplitterModel() : UnitModel(L"Splitter", SplitterPorts(), SplitterParameters()) {}
 
 std::vector<std::wstring> SplitterModel::Run()
 {

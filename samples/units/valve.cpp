@@ -5,20 +5,20 @@ namespace {
 
 constexpr const wchar_t* kOutletPressure = L"Outlet pressure";
 
-std::vector<PortDefinition> Ports()
+std::vector<PortDefinition> ValvePorts()
 {
     return {{L"Inlet", L"The stream", CAPE_MATERIAL, CAPE_INLET, true},
             {L"Outlet", L"The same at a lower pressure", CAPE_MATERIAL, CAPE_OUTLET, true}};
 }
 
-std::vector<ParameterDefinition> ParameterDefinitions()
+std::vector<ParameterDefinition> ValveParameters()
 {
     return {{kOutletPressure, L"Pa", RealSpecification{101325, 1e3, 1e8, {-1, 1, -2, 0, 0, 0, 0, 0}}}};
 }
 
 }  // namespace
 
-ValveModel::ValveModel() : UnitModel(L"Valve", Ports(), ParameterDefinitions()) {}
+ValveModel::ValveModel() : UnitModel(L"Valve", ValvePorts(), ValveParameters()) {}
 
 std::wstring ValveModel::Objection() const
 {

@@ -35,7 +35,7 @@ std::string FileName(const std::string& log)
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-const char* StyleOf(MessageKind kind)
+const char* ClassOf(MessageKind kind)
 {
     switch (kind) {
         case MessageKind::Failure: return "f";
@@ -77,7 +77,7 @@ public:
                 WriteMessage(event, "n");
                 break;
             case EventKind::Warning:
-            case EventKind::Error: WriteMessage(event, StyleOf(KindOfMessage(event))); break;
+            case EventKind::Error: WriteMessage(event, ClassOf(KindOfMessage(event))); break;
         }
         if (event.kind == EventKind::Value) brackets.push_back(event.hasChildren);
     }

@@ -1,33 +1,16 @@
 #include "ctl/log/redaction/fraction_redaction.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <iterator>
-#include <optional>
 
 #include "ctl/log/call_results.h"
+#include "ctl/log/log_values.h"
 
 namespace zelt::ctl {
 namespace {
 
 // The tolerance of the rules for fractions.
 constexpr double kTolerance = 1e-4;
-
-std::optional<double> NumberOf(std::string_view text)
-{
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return {};
-    return number;
-}
-
-// As the log writes numbers.
-std::string Digits(double number)
-{
-    char text[32];
-    return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
-}
 
 // The mass of a mole of the mixture, with the compounds' masses from the aliases.
 double MassOf(const std::vector<double>& fractions, const LogAliases& aliases)

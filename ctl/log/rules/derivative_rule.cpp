@@ -1,11 +1,10 @@
 #include "ctl/log/rules/derivative_rule.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <iterator>
 
 #include "ctl/log/call_results.h"
+#include "ctl/log/log_values.h"
 #include "ctl/log/lower_case.h"
 
 namespace zelt::ctl {
@@ -21,20 +20,6 @@ constexpr double kFarthest = 0.02, kNearest = 1e-4;
 constexpr double kSmooth = 0.1, kWrong = 0.25;
 // The part of a property by which its calculation may be inexact.
 constexpr double kInexact = 1e-5;
-
-std::optional<double> NumberOf(std::string_view text)
-{
-    double number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(number)) return {};
-    return number;
-}
-
-std::string TextOf(double number)
-{
-    char text[40];
-    return {text, std::to_chars(text, std::end(text), number, std::chars_format::general, 6).ptr};
-}
 
 // Calls that leave a package as it is.
 bool ChangesNothing(const LogEvent& call)
@@ -259,9 +244,9 @@ bool DerivativeRule::Compare(const State* const (&three)[3], Variable variable, 
     }
     const char* const unit = variable == Variable::Temperature ? " K" : " Pa";
     report(derivative.line, "derivative",
-           derivative.property + " is " + TextOf(slope[1]) + " at " + TextOf(at[1]) + unit + ", but " + property +
-               " changes by " + TextOf((value[2] - value[0]) / (at[2] - at[0])) + " per" + unit + " between " +
-               TextOf(at[0]) + " and " + TextOf(at[2]) + unit);
+           derivative.property + " is " + Digits(slope[1]) + " at " + Digits(at[1]) + unit + ", but " + property +
+               " changes by " + Digits((value[2] - value[0]) / (at[2] - at[0])) + " per" + unit + " between " +
+               Digits(at[0]) + " and " + Digits(at[2]) + unit);
     return true;
 }
 

@@ -2,31 +2,25 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <iterator>
 #include <numeric>
 #include <utility>
 
+#include "ctl/log/log_values.h"
+
 namespace zelt::ctl {
 namespace {
 
-// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTrace they are
+// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTraceFraction they are
 // not compared. The six digits of a log explain only a hundredth of that part, but a calculation stops at a tolerance of its own.
 // The part is the same in other units, as in a redacted log.
-constexpr double kBalanceTolerance = 5e-3, kTrace = 1e-2;
+constexpr double kBalanceTolerance = 5e-3, kTraceFraction = 1e-2;
 // Fractions that do not add up to 1 are findings of another rule.
 constexpr double kSumTolerance = 1e-4;
 // The fugacities of a compound may differ by this part of the larger one; below the fraction kFugacityTrace they are not
 // compared.
 constexpr double kFugacityTolerance = 2e-2, kFugacityTrace = 1e-3;
-constexpr std::size_t kMostStates = 200;
-
-std::string Digits(double number)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", number);
-    return text;
-}
+constexpr std::size_t kMostMixtures = 200;
 
 bool AddsUp(const std::vector<double>& fractions)
 {
@@ -100,7 +94,7 @@ void EquilibriumRules::FindImbalance(const FlashRecord::Material& material)
     std::size_t worst = 0;
     const auto difference = [&](std::size_t i) {
         const double larger = std::max(sums[i], feed.fractions[i]);
-        return larger < kTrace ? 0 : std::fabs(sums[i] - feed.fractions[i]) / larger;
+        return larger < kTraceFraction ? 0 : std::fabs(sums[i] - feed.fractions[i]) / larger;
     };
     for (std::size_t i = 1; i < sums.size(); ++i) {
         if (difference(i) > difference(worst)) worst = i;
@@ -133,7 +127,7 @@ void EquilibriumRules::Remember(const FlashRecord::Material& material)
         }
     }
     states.erase(material.name);
-    if (state.phases.size() > 1 && states.size() < kMostStates) states[material.name] = std::move(state);
+    if (state.phases.size() > 1 && states.size() < kMostMixtures) states[material.name] = std::move(state);
 }
 
 void EquilibriumRules::FindFugacities(const FlashRecord::Material& material)

@@ -1,29 +1,20 @@
 #include "ctl/log/rules/flash_record.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 #include "ctl/log/call_results.h"
+#include "ctl/log/log_values.h"
 #include "ctl/log/lower_case.h"
 
 namespace zelt::ctl {
 namespace {
 
 // More than a calculation needs. A forged log may have any number.
-constexpr std::size_t kMostMaterials = 8, kMostPhases = 16, kMostValues = 1000;
+constexpr std::size_t kMostFlashed = 8, kMostPhases = 16, kMostFlashValues = 1000;
 
 // The value of CapePhaseStatus for a phase at equilibrium; the others say that nothing is known, or that the values are
 // estimates.
 constexpr std::string_view kAtEquilibrium = "1";
-
-std::optional<double> NumberOf(std::string_view text)
-{
-    double number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(number)) return {};
-    return number;
-}
 
 }  // namespace
 
@@ -48,7 +39,7 @@ FlashRecord::Material& FlashRecord::MaterialOf(const std::string& name)
     for (Material& one : materials) {
         if (one.name == name) return one;
     }
-    if (materials.size() == kMostMaterials) {
+    if (materials.size() == kMostFlashed) {
         surplus = {};
         return surplus;
     }
@@ -159,7 +150,7 @@ void FlashRecord::Take(const LogEvent& event)
 void FlashRecord::TakeValue(std::string_view text)
 {
     const auto add = [](auto& values, const auto& value) {
-        if (values.size() < kMostValues) values.push_back(value);
+        if (values.size() < kMostFlashValues) values.push_back(value);
     };
     switch (inner.part) {
         case Part::None: break;
@@ -182,7 +173,7 @@ void FlashRecord::TakeValue(std::string_view text)
         case Part::Pressure: inner.pressure = NumberOf(text); break;
         case Part::Numbers: {
             const auto number = NumberOf(text);
-            inner.areNumbers &= number && inner.numbers.size() < kMostValues;
+            inner.areNumbers &= number && inner.numbers.size() < kMostFlashValues;
             add(inner.numbers, number.value_or(0));
             break;
         }

@@ -1,22 +1,14 @@
 #include "ctl/log/rules/parameter_rules.h"
 
 #include <cmath>
-#include <cstdio>
+
+#include "ctl/log/log_values.h"
 
 namespace zelt::ctl {
 namespace {
 
 // A forged log may have any number.
 constexpr std::size_t kMostParameters = 10'000;
-
-std::string Digits(double number)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", number);
-    return text;
-}
-
-std::string Quote(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 // The value of an argument that is one finite number; null otherwise.
 const ArgumentSummary* OneNumber(const CallSummary& call, std::string_view argument)
@@ -70,7 +62,7 @@ void ParameterRules::Begin(const LogEvent& call)
         if (outside.empty()) continue;
         parameter.isReported = true;
         report(parameter.put->line, "bounds",
-               Quote(name) + " is set to " + Digits(parameter.put->value) + ", " + outside + ", and is so when " +
+               Quoted(name) + " is set to " + Digits(parameter.put->value) + ", " + outside + ", and is so when " +
                    std::string(call.name) + " is called in line " + std::to_string(call.line));
     }
 }
@@ -108,7 +100,7 @@ void ParameterRules::End(const CallSummary& call)
         const std::string outside = judged ? Outside(parameter, *judged) : std::string();
         if (!outside.empty()) {
             report(call.line, "bounds",
-                   Quote(call.object) + " calls " + Digits(*judged) + " valid, which is " + outside);
+                   Quoted(call.object) + " calls " + Digits(*judged) + " valid, which is " + outside);
         }
     } else if (isParameter && method == "Reset") {
         parameter.put = {};
@@ -120,7 +112,8 @@ void ParameterRules::End(const CallSummary& call)
         const bool isPut = parameter.put && parameter.put->value == value->least;
         if (!outside.empty() && !isPut && !parameter.isReported) {
             parameter.isReported = true;
-            report(call.line, "bounds", Quote(call.object) + " has the value " + Digits(value->least) + ", " + outside);
+            report(call.line, "bounds",
+                   Quoted(call.object) + " has the value " + Digits(value->least) + ", " + outside);
         }
     }
 }

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <numeric>
+
+#include "ctl/log/log_values.h"
 
 namespace zelt::ctl {
 namespace {
@@ -12,15 +13,8 @@ namespace {
 // tolerance. A smaller difference can still make up for another compound; below kRounding it is rounding.
 constexpr double kTolerance = 5e-3, kRounding = 1e-4;
 // Compounds that are less than this part of the whole flow are not judged.
-constexpr double kTrace = 1e-2;
+constexpr double kTraceFlow = 1e-2;
 constexpr std::size_t kMostPorts = 1000;
-
-std::string Digits(double number)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", number);
-    return text;
-}
 
 struct Flows {
     std::vector<double> values;  // of the compounds; empty while unknown
@@ -88,7 +82,7 @@ std::optional<std::string> UnitImbalance(const FlashRecord& calculation, std::si
         const double part = (out[i] - in[i]) / larger;
         more |= part > kRounding;
         less |= part < -kRounding;
-        if (std::fabs(part) <= difference || larger < kTrace * all) continue;
+        if (std::fabs(part) <= difference || larger < kTraceFlow * all) continue;
         difference = std::fabs(part);
         worst = i;
     }

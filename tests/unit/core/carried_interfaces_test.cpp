@@ -3,6 +3,9 @@
 #include "interface_shape.h"
 #include "proxy_classes.h"
 #include "proxy_fixture.h"
+#include "parameters/parameter.h"
+#include "thermo/property_package_11.h"
+#include "thermo/simulation_context.h"
 
 namespace zelt::test {
 namespace {

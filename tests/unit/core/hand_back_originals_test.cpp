@@ -2,6 +2,7 @@
 // was.
 #include "fake_unit.h"
 #include "proxy_classes.h"
+#include "thermo/property_package_11.h"
 
 namespace zelt::test {
 namespace {

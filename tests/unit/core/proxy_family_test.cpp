@@ -7,6 +7,7 @@
 #include "proxy_classes.h"
 #include "proxy_fixture.h"
 #include "thermo/wrapping_table.h"
+#include "thermo/material_object.h"
 
 namespace zelt::test {
 namespace {

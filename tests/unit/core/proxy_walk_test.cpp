@@ -13,6 +13,7 @@
 #include "method_call.h"
 #include "proxy_classes.h"
 #include "thermo/wrapping_table.h"
+#include "thermo/material_object.h"
 
 namespace zelt::test {
 namespace {
