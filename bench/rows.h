@@ -19,7 +19,7 @@ private:
 };
 
 // The processor time that this process has used, where the system counts it finely; otherwise, on Windows, the time of a clock.
-// For work of one thread that waits for nothing: processor time does not depend on other programs that run meanwhile.
+// For work of one thread that waits for nothing: processor time does not depend on other programs.
 double ProcessorSeconds();
 
 class WorkWatch {

@@ -8,7 +8,7 @@ namespace zelt::bench {
 
 class WrittenRecording {
 public:
-    // The recording is at least `bytes` long, and complete. It is of a program of this width.
+    // The recording is at least `bytes` long, and complete. It says that its program had this width.
     explicit WrittenRecording(long long bytes);
     ~WrittenRecording();
     WrittenRecording(const WrittenRecording&) = delete;

@@ -60,7 +60,7 @@ std::string NameOf(ITypeInfo* info, MEMBERID member)
     return TakeName(name);
 }
 
-// Bytes of a value of a plain type; 0 for one that cannot be an argument.
+// Bytes of a value of a plain type; 0 for any other type.
 std::size_t SizeOf(VARTYPE type)
 {
     switch (type) {

@@ -30,7 +30,7 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     } else if (IsEqualIID(iid, IID_IDispatch)) {
         if (ScriptInterface()) answer = &dispatch;
     } else {
-        // Foreign code may take part in the answer and release the object. One without a reference is still being made.
+        // Foreign code may take part in the answer and release the object. An object without a reference is still being made.
         const bool isHeld = ReferenceCount() > 0;
         if (isHeld) Hold();
         const InterfaceEntry* entry = FindInterface(iid);

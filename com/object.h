@@ -88,7 +88,7 @@ public:
     }
 
     // A reference that others may release by mistake: a component that releases once too often takes this reference, not the
-    // object. Unpin gives back what is left of it, and destroys an object that has lost its last reference meanwhile.
+    // object. Unpin gives back what is left of it, and destroys an object that lost its last reference while pinned.
     void Pin()
     {
         ++referenceCount;
@@ -154,7 +154,7 @@ protected:
     // offer the interface; an override may then make the entry. A failure becomes the result of the query.
     [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
-    // Called once, when the last reference is gone and before destruction. The object is kept alive meanwhile, because an
+    // Called once, when the last reference is gone and before destruction. The object is kept alive during the call: an
     // override may show a message box, and a box lets calls in.
     virtual void FinalRelease() {}
 

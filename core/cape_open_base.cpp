@@ -173,7 +173,7 @@ void CapeOpenBase::FinalRelease()
 
 void CapeOpenBase::ReportChildren()
 {
-    // Dropping interfaces calls foreign code, which may release proxies of the tree: hold each of them meanwhile.
+    // Dropping interfaces calls foreign code, which may release proxies of the tree: hold each of them.
     const std::vector<CapeOpenBase*> alive = std::move(children);
     children.clear();
     for (CapeOpenBase* child : alive) {

@@ -35,7 +35,7 @@ public:
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
         if (!pointer) {
-            // The query may let a call in that fills the cache meanwhile.
+            // The query may let in a call that fills the cache.
             ForeignPtr<IUnknown> found;
             static_cast<void>(QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive())));
             if (!pointer) pointer = found.Detach();
@@ -103,7 +103,7 @@ public:
     // On a root: keeps `thing` until the root's object has been released.
     void KeepUntilReleased(std::shared_ptr<void> thing) { kept = std::move(thing); }
 
-    // Sets the `object` of later entries.
+    // Sets the object's name in later entries.
     void Rename(std::string newName) { name = std::move(newName); }
 
     bool IsNamedEarly() const { return traits.isNamedEarly; }
@@ -178,7 +178,7 @@ private:
     std::shared_ptr<void> kept;
 
     InterfaceCache* firstCache = nullptr;
-    // The interfaces beyond those of the class that were asked for, and that the wrapped object has.
+    // The interfaces that the class lacks, but that were asked for and that the wrapped object has.
     std::vector<std::unique_ptr<PartOnDemand>> partsOnDemand;
     // The references that are our own during the root's report: one for the report, and one for each call in progress.
     ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }

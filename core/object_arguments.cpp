@@ -70,7 +70,7 @@ bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HR
     return SUCCEEDED(result);
 }
 
-// Replaces a returned object by a proxy, and gives the object's reference back. An object of a kind that crosses as it is stays.
+// Replaces a returned object by a proxy, and gives the object's reference back. An object of a kind that is not wrapped stays.
 // On failure releases the object and leaves null.
 HRESULT ReplaceByProxy(LoggedCall& call, const WrapSite& site, IDispatch*& pointer, std::string& proxyName)
 {

@@ -45,7 +45,7 @@ private:
     IDispatch* face = nullptr;
 };
 
-// An object that goes in as it is. Null goes in as null.
+// An object that goes in without being wrapped. Null goes in as null.
 struct InObject : NoSteps {
     using Parameter = IDispatch*;
     using HandsBack = void;

@@ -17,7 +17,7 @@ namespace zelt::ctl {
 
 class OutputFile {
 public:
-    // The path is UTF-8. Throws Refusal.
+    // The path is UTF-8. Throws Refusal for a folder, OutputError when the file cannot be created.
     explicit OutputFile(const std::string& path);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;

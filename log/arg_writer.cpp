@@ -1,7 +1,5 @@
 #include "log/arg_writer.h"
 
-#include "log/log_text.h"
-
 namespace zelt {
 
 void ArgWriter::Open(const char* name, bool isIn)

@@ -2,18 +2,20 @@
 // file as a whole when it is finished. Levels count from the arg element's own: 0 is its indentation, 1 that of its values.
 #pragma once
 
+#include <cstring>
 #include <type_traits>
 
 #include "guard/foreign_call.h"
 #include "log/log_document.h"
+#include "log/log_text.h"
 
 namespace zelt {
 
 class ArgWriter {
 public:
     // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is a text,
-    // or appended in place by `type(std::string&)`. Evaluates nothing when the document is closed. Values come from other
-    // people's code: if one cannot be read, or memory does not suffice, "<unable to format value>" takes the place of all.
+    // or appended in place by `type(std::string&)`. Evaluates nothing when nothing is written. Values come from other
+    // people's code: if one cannot be read, or memory does not suffice, "<unable to format value>" replaces them all.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {
@@ -53,6 +55,26 @@ public:
         Raw("<argval value=\"");
         append(document.entry);
         Raw("\"/>\r\n");
+    }
+
+    // An argval line whose text `write(char*)` writes as the functions of log_text.h do. False, and no line, if it returns null.
+    template <class Write>
+    bool ShortValue(Write&& write, int level = 1)
+    {
+        constexpr std::string_view kOpening = "<argval value=\"", kClosing = "\"/>\r\n";
+        constexpr int kMostBlanks = 32;
+        const int blanks = Indentation(level), inLine = blanks < kMostBlanks ? blanks : kMostBlanks;
+        char line[kMostBlanks + kOpening.size() + kLongestShortText + kClosing.size()];
+        std::memset(line, ' ', kMostBlanks);
+        char* end = line + inLine;
+        std::memcpy(end, kOpening.data(), kOpening.size());
+        end = write(end + kOpening.size());
+        if (!end) return false;
+        std::memcpy(end, kClosing.data(), kClosing.size());
+        end += kClosing.size();
+        if (blanks > inLine) Blanks(blanks - inLine);
+        document.entry.append(line, static_cast<std::size_t>(end - line));
+        return true;
     }
 
     // An argval line with text to be escaped, followed by the suppression warning about `what` when characters were lost.

@@ -1,5 +1,5 @@
-// What a failing callee says of its failure beyond the error line: the error information that it left on the thread, or the
-// description that it keeps itself. Read under the fault guard and without logging; a look-up never fails the call.
+// What the log adds to a failed call's error line: the thread's error information, the source's description or error name, or
+// what the code is known to mean. Read under the fault guard and without logging; a look-up never fails the call.
 #pragma once
 
 #include <windows.h>
@@ -18,9 +18,9 @@ struct FailureDetail {
     std::string first, second;  // what fills the sentence's holes
 };
 
-// Nothing when the error line, `line`, already has all that the callee says. `information` is what the failing call left (may be
-// null), `source` the object that failed (may be null). The source's description may be that of an older failure, because objects
-// keep it.
+// Empty when there is nothing to add to the error line, `line`. `information` is what the failing call left (may be null),
+// `source` the object that failed (may be null). The source's description may be that of an older failure, because objects keep
+// it.
 std::optional<FailureDetail> DetailOfFailure(HRESULT code, IUnknown* source, IErrorInfo* information,
                                              const FailureText& line) noexcept;
 

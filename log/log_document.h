@@ -22,11 +22,11 @@ namespace zelt {
 
 class CallRecorder;
 
-// What a recording says of a proxy.
+// How a recording identifies a proxy.
 struct RecordedObject {
     std::uint32_t number = 0;       // 0 until it has one
     const void* pointer = nullptr;  // of the object; null: not made yet
-    const void* proxy = nullptr;    // of the proxy, as it is passed
+    const void* proxy = nullptr;    // of the proxy: the one that is passed for it
 };
 
 struct LogOptions;
@@ -85,11 +85,11 @@ public:
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName,
                    RecordedObject* object = nullptr);
     void EndFunc(HRESULT result, IUnknown* errorSource);
-    // The same for a failure of the callee. What the callee says of it beyond the error line comes before that line. `left` is
-    // the error information that the callee left (may be null).
+    // The same for a failure of the callee. Its detail (failure_detail.h), if there is any, comes before the error line. `left`
+    // is the error information that the callee left (may be null).
     void EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left);
 
-    // The same with these texts: of the failure, and of what the callee said beyond it (either may be null).
+    // The same with these texts: those of the failure, and those of its detail (either may be null).
     void EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail);
 
     // For the recording: called before and after the time that a call spends in the called object.
@@ -114,7 +114,7 @@ public:
         if (recorder) RecordStream(std::move(bytes));
     }
 
-    // The number of calls in progress. EndOpenFuncs closes the elements of those beyond `depthLeft`, which have ended without
+    // The number of calls in progress. EndOpenFuncs closes the elements of those deeper than `depthLeft`, which ended without
     // closing them.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
@@ -142,11 +142,13 @@ private:
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
-    // Puts an entry together with `append` and writes it; does nothing once closed. False when the entry is missing.
+    // Puts an entry together with `append` and writes it; does nothing once closed, or where calls are only recorded. False when
+    // the entry is missing.
     template <class Append>
     bool WriteEntry(Append&& append) noexcept
     {
         if (!file.IsOpen()) return false;
+        if (file.WritesNothing()) return true;
         // An entry that was being put together when a fault removed its stack frame must not become part of this one.
         entry.clear();
         bool isWritten = false;

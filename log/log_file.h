@@ -1,5 +1,5 @@
 // The file of one log: written in whole entries, each in one system call, so that no entry is ever half on the disk when a
-// process dies. Other programs may read it meanwhile but not write it.
+// process dies. Other programs may read it but not write it.
 #pragma once
 
 #include <windows.h>
@@ -21,6 +21,7 @@ public:
 
     // Accepts entries and writes them nowhere.
     void OpenNothing() { writesNothing = true; }
+    bool WritesNothing() const { return writesNothing; }
 
     bool IsOpen() const { return descriptor >= 0 || writesNothing; }
 

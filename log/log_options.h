@@ -1,4 +1,4 @@
-// The user's settings that govern logging and what the proxies do beyond it, and their place in the registry. Loading leaves a
+// The user's settings that govern logging and what else the proxies do, and their place in the registry. Loading leaves a
 // setting as it is if its value is missing or malformed. Main thread only.
 #pragma once
 
@@ -39,8 +39,8 @@ struct LogOptions {
 
     // Fails when the registry cannot be reached; the fields then stay as they were.
     Outcome Load();
-    // Stores one option, the one that was changed. Stores another only where the registry has no valid value for it: what another
-    // program has changed meanwhile stays.
+    // Stores the option that was changed. Stores another only where the registry has no valid value for it, so that changes by
+    // other programs stay.
     Outcome Save(LogOption changed) const;
 
     // The settings that differ from their defaults, by their names in the registry: "AutoLogLocation=1 RecordCalls=1".

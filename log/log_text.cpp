@@ -1,25 +1,19 @@
 #include "log/log_text.h"
 
-#include <algorithm>
+#include <emmintrin.h>
+
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 #include "log/vocabulary/markup.h"
 
 namespace zelt {
 namespace {
-
-template <class T, class... Format>
-void AppendNumber(std::string& out, T value, Format... format)
-{
-    std::array<char, 64> text;
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value, format...);
-    out.append(text.data(), result.ptr);
-}
 
 // The entity for a character of markup; empty for a character that is copied, null for one that is dropped.
 constexpr const char* EntityOf(unsigned char c)
@@ -38,6 +32,62 @@ struct Entities {
 };
 
 constexpr Entities kEntities;
+
+bool IsCopied(unsigned char c)
+{
+    const char* const entity = kEntities.of[c];
+    return entity && !*entity;
+}
+
+// Whether all of these bytes are copied. A byte from 0x80 up is negative, so it is less than a blank.
+bool AreCopied(__m128i bytes)
+{
+    const __m128i dropped = _mm_cmplt_epi8(bytes, _mm_set1_epi8(' '));
+    const __m128i quote = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+    const __m128i ampersandOrApostrophe = _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(~1)), _mm_set1_epi8('&'));
+    const __m128i angle = _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(~2)), _mm_set1_epi8('<'));
+    return _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(dropped, quote), _mm_or_si128(ampersandOrApostrophe, angle))) ==
+           0;
+}
+static_assert(('&' & ~1) == '&' && ('\'' & ~1) == '&' && ('<' & ~2) == '<' && ('>' & ~2) == '<');
+
+template <class T>
+T Read(const char* from)
+{
+    T value;
+    std::memcpy(&value, from, sizeof value);
+    return value;
+}
+
+// Nearly all texts are copied as they are. The last bytes are looked at twice where they do not fill a whole step.
+bool IsCopied(std::string_view text)
+{
+    const char* const begin = text.data();
+    const std::size_t size = text.size();
+    if (size >= 16) {
+        for (std::size_t i = 0; i + 16 <= size; i += 16) {
+            if (!AreCopied(Read<__m128i>(begin + i))) return false;
+        }
+        return AreCopied(Read<__m128i>(begin + size - 16));
+    }
+    if (size >= 8) return AreCopied(_mm_set_epi64x(Read<long long>(begin), Read<long long>(begin + size - 8)));
+    if (size >= 4) {
+        const int first = Read<int>(begin), last = Read<int>(begin + size - 4);
+        return AreCopied(_mm_set_epi32(first, last, first, last));
+    }
+    for (const char c : text) {
+        if (!IsCopied(static_cast<unsigned char>(c))) return false;
+    }
+    return true;
+}
+
+// Copies `Size` characters, with no call because it is constant, and returns the end.
+template <std::size_t Size>
+char* Put(char* to, const char* from)
+{
+    std::memcpy(to, from, Size);
+    return to + Size;
+}
 
 // --- Six significant digits of a double. The runtime library's conversion is exact for every value and takes longer than all the
 // rest of an entry. Most values do not need it: scaled by a power of ten that a double holds exactly, the six digits are the
@@ -78,51 +128,72 @@ bool SplitDigits(double magnitude, std::uint32_t& digits, int& exponent)
     return true;
 }
 
-// Appends the value as "%g" shows it; false, and nothing appended, for one that needs the exact conversion.
-bool AppendOrdinaryDouble(std::string& out, double value)
+struct DigitPairs {
+    std::array<char, 200> text;
+    constexpr DigitPairs() : text{}
+    {
+        for (int i = 0; i < 100; ++i) {
+            text[2 * i] = static_cast<char>('0' + i / 10);
+            text[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+
+constexpr DigitPairs kDigitPairs;
+
+const char* DigitPair(std::uint32_t number) { return &kDigitPairs.text[2 * number]; }
+
+// Writes the value as "%g" shows it; null, and nothing written, for one that needs the exact conversion. Always copies eight
+// digits, which takes no loop, and then goes to the end of those that count.
+char* WriteOrdinaryDouble(char* to, double value)
 {
     std::uint32_t digits = 0;
     int exponent = 0;
-    if (!SplitDigits(std::abs(value), digits, exponent)) return false;
+    if (!SplitDigits(std::abs(value), digits, exponent)) return nullptr;
 
-    std::array<char, kDigits> digit;
-    for (int i = kDigits; i-- > 0; digits /= 10) digit[i] = static_cast<char>('0' + digits % 10);
+    constexpr std::size_t kCopied = 8;
+    std::array<char, 16> digit = {};
+    Put<2>(Put<2>(Put<2>(digit.data(), DigitPair(digits / 10000)), DigitPair(digits / 100 % 100)),
+           DigitPair(digits % 100));
     int count = kDigits;
     while (count > 1 && digit[count - 1] == '0') --count;
 
-    std::array<char, 32> text;
-    char* end = text.data();
-    const auto put = [&end](const char* from, int length) { end = std::copy_n(from, length, end); };
+    char* end = to;
     if (std::signbit(value)) *end++ = '-';
     if (exponent < -4 || exponent >= kDigits) {
-        put(digit.data(), 1);
+        *end++ = digit[0];
         if (count > 1) {
             *end++ = '.';
-            put(digit.data() + 1, count - 1);
+            Put<kCopied>(end, digit.data() + 1);
+            end += count - 1;
         }
         *end++ = 'e';
         *end++ = exponent < 0 ? '-' : '+';
-        *end++ = static_cast<char>('0' + std::abs(exponent) / 10);
-        *end++ = static_cast<char>('0' + std::abs(exponent) % 10);
-    } else if (exponent < 0) {
-        put("0.0000", 1 - exponent);
-        put(digit.data(), count);
-    } else {
-        const int whole = exponent + 1;
-        put(digit.data(), whole);
-        if (count > whole) {
-            *end++ = '.';
-            put(digit.data() + whole, count - whole);
-        }
+        return Put<2>(end, DigitPair(static_cast<std::uint32_t>(std::abs(exponent))));
     }
-    out.append(text.data(), end);
-    return true;
+    if (exponent < 0) {
+        Put<kCopied>(end, "0.000000");
+        end += 1 - exponent;
+        Put<kCopied>(end, digit.data());
+        return end + count;
+    }
+    const int whole = exponent + 1;
+    Put<kCopied>(end, digit.data());
+    end += whole;
+    if (count <= whole) return end;
+    *end++ = '.';
+    Put<kCopied>(end, digit.data() + whole);
+    return end + count - whole;
 }
 
 }  // namespace
 
 bool AppendEscaped(std::string& out, std::string_view text)
 {
+    if (IsCopied(text)) {
+        out.append(text);
+        return false;
+    }
     bool dropped = false;
     std::size_t runStart = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -140,11 +211,36 @@ bool AppendEscaped(std::string& out, std::string_view text)
     return dropped;
 }
 
-void AppendDecimal(std::string& out, long value) { AppendNumber(out, value); }
+char* WriteDecimal(char* to, long value) { return std::to_chars(to, to + kLongestShortText, value).ptr; }
+
+char* WriteDouble(char* to, double value)
+{
+    if (char* const end = WriteOrdinaryDouble(to, value)) return end;
+    return std::to_chars(to, to + kLongestShortText, value, std::chars_format::general, kDigits).ptr;
+}
+
+char* WriteQuoted(char* to, std::wstring_view text)
+{
+    constexpr std::size_t kQuotes = 12;
+    if (text.size() > kLongestShortText - kQuotes) return nullptr;
+    char* end = Put<6>(to, "&quot;");
+    for (const wchar_t c : text) {
+        if (c > 0x7F || !IsCopied(static_cast<unsigned char>(c))) return nullptr;
+        *end++ = static_cast<char>(c);
+    }
+    return Put<6>(end, "&quot;");
+}
+
+void AppendDecimal(std::string& out, long value)
+{
+    std::array<char, kLongestShortText> text;
+    out.append(text.data(), WriteDecimal(text.data(), value));
+}
 
 void AppendDouble(std::string& out, double value)
 {
-    if (!AppendOrdinaryDouble(out, value)) AppendNumber(out, value, std::chars_format::general, kDigits);
+    std::array<char, kLongestShortText> text;
+    out.append(text.data(), WriteDouble(text.data(), value));
 }
 
 void AppendPointer(std::string& out, const void* pointer)

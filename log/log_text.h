@@ -1,6 +1,7 @@
 // The text of log entries: escaping and number formats. Appends to a string that the caller owns; locale plays no part.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,9 +12,15 @@ namespace zelt {
 // Returns true when a byte was dropped.
 bool AppendEscaped(std::string& out, std::string_view text);
 
-void AppendDecimal(std::string& out, long value);
-
+// These write into a buffer with room for kLongestShortText characters and return the end of the text, which has no terminator.
+inline constexpr std::size_t kLongestShortText = 96;
+char* WriteDecimal(char* to, long value);
 // Six significant digits, exponents of at least two digits, a decimal point; infinities are "inf" and "-inf".
+char* WriteDouble(char* to, double value);
+// The text between quotes, escaped. Null for a text that is long, or that has characters to escape or drop.
+char* WriteQuoted(char* to, std::wstring_view text);
+
+void AppendDecimal(std::string& out, long value);
 void AppendDouble(std::string& out, double value);
 
 // "0x" and the pointer in upper-case hexadecimal, padded to the pointer's width (8 or 16 digits).

@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// Like OpenLog; holds no document when there is none.
+// Like OpenLog; holds nothing when there is no log.
 DocumentHold OpenRootLog(LogOptions& options, const std::wstring& titleName, const std::wstring& objectName,
                          std::string_view objectType);
 

@@ -19,17 +19,19 @@ void AppendDoubleValue(ArgWriter& arg, double value, Sentence oldValueWarning, i
         arg.Value("N/A", level);
         return arg.Say(oldValueWarning, level);
     }
-    arg.ValueWith([value](std::string& text) { AppendDouble(text, value); }, level);
+    arg.ShortValue([value](char* text) { return WriteDouble(text, value); }, level);
 }
 
 void AppendStringValue(ArgWriter& arg, BSTR value, const char* nullText, int level, int errorLevel)
 {
     if (!value) return arg.EscapedValue(nullText, nullptr, level);
     const std::wstring_view text = TextOf(value);
-    std::string quoted = "\"";
-    AppendNarrow(quoted, text);
-    quoted += '"';
-    arg.EscapedValue(quoted, "string value", level);
+    if (!arg.ShortValue([text](char* out) { return WriteQuoted(out, text); }, level)) {
+        std::string quoted = "\"";
+        AppendNarrow(quoted, text);
+        quoted += '"';
+        arg.EscapedValue(quoted, "string value", level);
+    }
     if (SysStringByteLen(value) != text.size() * sizeof(wchar_t)) arg.Say(Sentence::WrongString, errorLevel);
 }
 

@@ -18,7 +18,7 @@ void WriteInteger(LogDocument& document, const char* name, bool isIn, const char
 {
     RecordArgument(document, name, isIn, kind, type, [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, type, [value](ArgWriter& arg) {
-        arg.ValueWith([value](std::string& text) { AppendDecimal(text, value); });
+        arg.ShortValue([value](char* text) { return WriteDecimal(text, value); });
     });
 }
 

@@ -64,11 +64,11 @@ void AppendArrayElements(ArgWriter& arg, SAFEARRAY* array, VARTYPE elementType, 
     switch (elementType) {
         case VT_I2:
             return AppendElements<short>(reader, [&](short element) {
-                arg.ValueWith([element](std::string& text) { AppendDecimal(text, element); }, level);
+                arg.ShortValue([element](char* text) { return WriteDecimal(text, element); }, level);
             });
         case VT_I4:
             return AppendElements<LONG>(reader, [&](LONG element) {
-                arg.ValueWith([element](std::string& text) { AppendDecimal(text, element); }, level);
+                arg.ShortValue([element](char* text) { return WriteDecimal(text, element); }, level);
             });
         case VT_R8:
             return AppendElements<double>(

@@ -1,5 +1,5 @@
-// The lines of elements. The parser records lines only up to 65,535, so this code has each element marked with its line as the
-// parser, on the reader's thread, makes it. One reader per thread at a time; owns nothing.
+// The lines of elements. The parser records lines only up to 65,535, so this code marks each element with its line when the
+// parser creates it, on the reader's thread. One reader per thread at a time; owns nothing.
 #pragma once
 
 #include <libxml/tree.h>
@@ -10,7 +10,7 @@
 namespace zelt {
 
 // Translates the parser's line numbers into the log's. Where the parser does not begin at the beginning of the log, its document
-// has lines of its own first: those of the declaration and the root, and one for each open element.
+// begins with extra lines: those of the declaration and the root, and one for each open element.
 class LineMap {
 public:
     explicit LineMap(const ResumePoint& start);

@@ -16,7 +16,7 @@ struct LogEvent {
     int depth;              // 0 directly inside the root element, which itself is no event
     int line;               // of the start tag's end, from 1; 0 unless the sink wants lines
     std::string_view name;  // of a call or an argument, in UTF-8; empty elsewhere
-    // The object of a call, the type of an argument, the value, the message; for an element unknown to logs, all that it says. In
+    // The object of a call, the type of an argument, the value, the message; for any other element, its name and attributes. In
     // UTF-8.
     std::string_view text;
     bool isEmpty = false;  // an element without an end tag, the form that messages and values have in logs

@@ -26,7 +26,7 @@ enum class LogReadResult {
 // Call it once, before the first thread that reads a log starts.
 void PrepareLogReader();
 
-// The file is read in pieces of so many bytes, so the descriptor's position is about as far ahead of the events.
+// The file is read in pieces of this many bytes, so the descriptor's position is about that far ahead of the events.
 constexpr int kReadAhead = 1 << 16;
 
 // Reads from the descriptor's position. A file that is cut off yields everything up to the cut; one that nests deeper than 255

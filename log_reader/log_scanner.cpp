@@ -17,7 +17,7 @@ constexpr std::size_t kDeepestScanned = 200;
 // The parser takes more blanks than this for text, even before it has seen what follows.
 constexpr std::size_t kMostBlanks = 250;
 
-// How far after what the parser has discarded a place is noted where the parser may take over.
+// A place where the parser may take over is noted this far after what the parser has discarded.
 constexpr std::int64_t kCandidateDistance = 2600;
 
 // The first bytes of a line, which show what it is.
@@ -52,7 +52,7 @@ struct Entity {
     std::size_t length;
 };
 
-// The entity that begins here; its length is 0 when the log has no such entity.
+// The entity that begins here; its length is 0 when logs have no such entity.
 inline Entity EntityAt(const char* at)
 {
     // Most values with entities are texts in quotes.
@@ -443,7 +443,7 @@ void LogScanner<Bytes>::PassLine(const char* end)
     const std::int64_t tagEnd = InFile(position) - 2;
     if (tagEnd + 2 >= parser.portion) FollowParser(InFile(tag), tagEnd);
     parser.afterTag = tagEnd;
-    // Far enough that the text that opens the elements fits before the place, and before the parser discards the next time.
+    // Far enough for the text that opens the elements to fit before the place, but before the parser discards again.
     if (!hasCandidate && tagEnd - parser.base > kCandidateDistance && stage == Stage::Content) isCandidateDue = true;
 }
 

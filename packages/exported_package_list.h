@@ -77,7 +77,7 @@ private:
     std::function<void()> later;
 };
 
-// The list of the process, as it is.
+// The list of the process, loaded or not.
 ExportedPackageList& ExportedPackages();
 // The same for code that serves it: loaded, if loading was postponed until now.
 ExportedPackageList& ServedPackages();

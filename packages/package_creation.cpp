@@ -107,7 +107,7 @@ BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage
     return made;
 }
 
-// The caller's package may disappear meanwhile. NOLINTNEXTLINE(performance-unnecessary-value-param)
+// The caller's package may disappear during the call. NOLINTNEXTLINE(performance-unnecessary-value-param)
 ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
     // Another program may have changed the options. If they cannot be read, opening the log says so.

@@ -24,7 +24,7 @@ struct BarePackage {
 BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage& package);
 
 // Returns the proxy's IDispatch. Throws PackageFailure. May show message boxes or the save dialog, which let calls in: `package`
-// is taken by value because the list may change meanwhile.
+// is taken by value because the list may change during the call.
 Microsoft::WRL::ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package,
                                                         LogOptions& options);
 

@@ -1,5 +1,5 @@
-// Who may write the stored list of exported packages. A process that keeps the list in memory writes the whole of it after each
-// change of its own, so nobody else may change what is stored meanwhile. Such a process has a PackageListHold. Others change the
+// Who may write the stored list of exported packages. A process that keeps the list in memory writes all of it after each
+// change that it makes, so nobody else may change what is stored. Such a process has a PackageListHold. Others change the
 // stored list under a PackageListEdit, which is refused while anybody holds the list.
 // Both are named kernel objects of the user, the same in all sessions and with all rights. The system releases those of a process
 // that dies.
@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// With which rights a process of the user runs. COM starts a server with the rights of the simulator, so a server with each can
+// With which rights a process of the user runs. COM starts a server with the rights of the simulator, so servers with both can
 // run at the same time.
 enum class Rights { Plain, Administrator };
 

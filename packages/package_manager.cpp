@@ -102,7 +102,7 @@ HRESULT PackageManager::Edit()
 // has changed something, S_FALSE when none has, E_NOTIMPL when there is no dialog.
 HRESULT PackageManager::EditManagers()
 {
-    // Collected first: the list may change meanwhile.
+    // Collected first: the list may change while a dialog is open.
     std::vector<CLSID> managers;
     const ExportedPackageList& list = ServedPackages();
     for (std::size_t i = 0; i < list.Count(); ++i) {

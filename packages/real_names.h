@@ -1,4 +1,4 @@
-// The names of an exported package as they are. The package's entry in the registry holds them in a code page, so that other
+// The exact names of an exported package. The package's entry in the registry holds them in a code page, so that other
 // versions of the program can read it; where a code page could lack a character, a second value holds the names in Unicode.
 #pragma once
 

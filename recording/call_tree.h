@@ -29,7 +29,7 @@ struct KeptCall {
     std::vector<std::unique_ptr<KeptCall>> nested;
     bool hasEnded = false;  // false where the recording ends within it
     ResultRecord result;
-    std::optional<KeptComponent> component;  // that was made within the call
+    std::optional<KeptComponent> component;  // one that was made within the call
 
     // Holds the texts of all this.
     std::deque<std::string> texts;
@@ -55,7 +55,7 @@ public:
 
     // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack allows.
     std::unique_ptr<KeptCall> Next();
-    // What was recorded outside of calls so far: the component, and the answers to queries (those within calls, too).
+    // What was recorded so far: the component that was made outside of calls, and the answers to all queries.
     const std::optional<KeptComponent>& Component() const { return component; }
     const KeptQueries& Queries() const { return queries; }
     // Whether the last record of a complete recording has been read.

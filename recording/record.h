@@ -1,4 +1,4 @@
-// The records of a recording as a reader gets them. Texts are views that hold until the next record is read.
+// The records of a recording as a reader gets them. Texts are views that are valid until the next record is read.
 #pragma once
 
 #include <cstdint>

@@ -15,7 +15,7 @@ namespace zelt::recording {
 
 enum class ReadEnd {
     None,      // there is more
-    Complete,  // after the record that ends a recording, or where whole records end
+    Complete,  // at the end of the file, after a whole record
     CutOff,    // in the middle of a record
     Damaged,   // at bytes that are no record
 };

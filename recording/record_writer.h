@@ -55,7 +55,7 @@ class RecordWriter;
 class ValueWriter {
 public:
     ValueWriter(RecordWriter& records, std::string& message) : records(records), fields(message) {}
-    // For a value inside another, which is written in its place there.
+    // For a value inside another: written directly into the outer one.
     template <class Tag>
     ValueWriter(RecordWriter& records, protozero::pbf_writer& outer, Tag tag) : records(records), fields(outer, tag)
     {}

@@ -83,7 +83,7 @@ void WriteInterface(Scope scope, REGSAM view, const LibraryFacts& facts, const L
     CheckWin32(library.WriteString(L"Version", facts.version));
 }
 
-// Makes the program of the other edition the library's file, by the path under which it is registered.
+// Points the library's entries to the program of the other edition, by its registered path.
 void LeaveToOther(Scope scope, const LibraryFacts& facts)
 {
     for (const REGSAM view : RegistryViews()) {

@@ -1,4 +1,4 @@
-// The objects of the side that is not played, by the recorded pointers in whose place they came. A recording may use an address
+// The objects of the side that is not played, by the recorded pointers that they replace. A recording may use an address
 // again: of two pointers of one object, the one that was passed last counts.
 #pragma once
 

@@ -198,7 +198,7 @@ const KeptCall* RecordedPackage::Perform(const Calls& candidates, const Inputs& 
     return current;
 }
 
-// What recordings do not contain, but users of a package ask it: its objects' names, and the particulars of a failure.
+// What recordings do not contain, but users of a package ask for: its objects' names, and the particulars of a failure.
 std::optional<HRESULT> RecordedPackage::AnswerByItself(const replay::StandIn& object, const com::DualMethod& method,
                                                        void* words) const
 {

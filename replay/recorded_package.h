@@ -2,8 +2,8 @@
 // calls that the recorded objects made to the simulator's objects. A call is answered like a recorded call of the same object and
 // member with the same inputs: the first that has not been repeated yet, or else the one repeated last. While it repeats a
 // calculation, the package reads the simulator's material. If an answer differs from the recorded one, the package switches to
-// another recorded call that matches the answers so far. Whatever the recording has no answer to fails with ECapeUnknown, and the
-// error information says so.
+// another recorded call that matches the answers so far. A call that the recording has no answer to fails with ECapeUnknown,
+// and the error information says so.
 #pragma once
 
 #include <windows.h>

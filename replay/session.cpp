@@ -156,8 +156,8 @@ void Session::ReportUnused(const Active& done)
     }
 }
 
-// The call within the active one that this call repeats: the first that was not yet repeated, of the same object and member with
-// the same inputs; when the call only tells something, with any inputs, whose differences are reported.
+// The call within the active one that this call repeats: the first of the same object and member with the same inputs that has
+// not been repeated yet. If the method has no outputs, the inputs may differ; the difference is reported.
 const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs)
 {
     if (!active) return nullptr;

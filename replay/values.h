@@ -17,8 +17,8 @@ struct Unplayable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The recorded argument of each parameter of a method; null where there is none. Rows may name an argument differently from the
-// type information, and a few log an input as an output, so arguments are matched by their direction and order.
+// The recorded argument of each parameter of a method; null where there is none. Recordings may name an argument differently
+// from the type information, and have a few inputs as outputs, so arguments are matched by their direction and order.
 std::vector<const recording::ArgumentRecord*> MatchArguments(const com::DualMethod& method,
                                                              const std::vector<recording::ArgumentRecord>& recorded);
 

@@ -6,6 +6,8 @@ Mutants()
     LockTree
     InstallPackages build
     FetchLibraries
+    # Some tests start programs of the other width.
+    BuildPreset x86_64 zelt zeltctl
     mkdir -p build/mutants
     Step mutants-build "Building a copy with the changes in it" perl scripts/mutants/run.pl prepare "$@"
     grep '^Round' "$logFolder/mutants-build.log" | tail -n 1

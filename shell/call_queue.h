@@ -13,7 +13,7 @@ namespace zelt {
 
 class CallQueue {
 public:
-    // From now on, for the calling thread, which is a single-threaded apartment.
+    // Acts on the calling thread, which must be a single-threaded apartment.
     CallQueue();
     ~CallQueue();
     CallQueue(const CallQueue&) = delete;

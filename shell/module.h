@@ -68,7 +68,7 @@ private:
     LogNotification logNotification;
     std::optional<CallQueue> callQueue;
     com::ClassObjects classObjects;
-    // Held while the process can change the list, starting before it loads it.
+    // Taken before the list is loaded, and held while the process can change it.
     std::optional<PackageListHold> listHold;
 };
 

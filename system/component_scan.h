@@ -43,7 +43,7 @@ struct ClassSources {
 // What a process of that width finds.
 ClassSources InstalledClasses(int width = kThisEdition.width);
 
-// What the registry says about a class, whatever its categories; nothing when the process cannot use the class.
+// What the registry says about a class, whatever its categories; nothing if it is not registered, or only for the other width.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {

@@ -1,5 +1,5 @@
-// The registry keys that hold the user's settings and the exported packages. One function opens them all, and one reports what
-// could not be stored in them, so that the user always reads the same messages.
+// The registry keys that hold the user's settings and the exported packages, and the messages for the user when such a key
+// cannot be opened or written, so that these are always the same.
 #pragma once
 
 #include "system/outcome.h"

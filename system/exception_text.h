@@ -1,4 +1,4 @@
-// What an exception says, for the user: for places where a program or a thread ends and nobody else will report it.
+// The text of an exception, for the user, where a program or a thread ends and nothing else will report it.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Where a library that the registry names is for a process of one width. Windows shows a 32-bit process other folders under the
+// Where a process of one width finds a library that the registry names. Windows shows a 32-bit process other folders under the
 // names of the system folder and the program folders, so a process that asks on behalf of the other width has to translate the
 // names.
 #pragma once

@@ -1,5 +1,5 @@
 // Whether something that may fail was done, and if not, what the user has to know. Functions that do not talk to a user return
-// it; those that do show it (system/dialogs/message_box.h). A program without windows writes the text.
+// it; others show it (system/dialogs/message_box.h). A program without windows writes the text.
 #pragma once
 
 #include <windows.h>

@@ -35,7 +35,7 @@ public:
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
 
-    // Both replace the key held so far; after a failure none is held. They return a Windows error code.
+    // Both first close the key that is open; after a failure none is open. They return a Windows error code.
     [[nodiscard]] LSTATUS Open(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_READ);
     [[nodiscard]] LSTATUS Create(const RegistryRoot& root, const std::wstring& path, REGSAM access = KEY_ALL_ACCESS);
     void Close();
@@ -73,7 +73,7 @@ private:
 // Whether there is a key that can be read.
 bool KeyExists(const RegistryRoot& root, const std::wstring& path);
 
-// The functions that enumerate and write. A test replaces single ones, to fail where the system does not; nothing else does.
+// The functions that enumerate and write. A test replaces some of them to simulate failures; nothing else does.
 struct RegistryFunctions {
     decltype(&RegEnumKeyExW) enumerateKeys;
     decltype(&RegEnumValueW) enumerateValues;

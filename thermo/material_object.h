@@ -1,6 +1,6 @@
-// CMaterialObject: the proxy of a material object, which is the thermodynamic state of a stream, wherever one crosses a proxy.
-// The first family of interfaces that is used fixes the object's generation; a call through the other family is logged as an
-// error, but still forwarded.
+// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream. Made wherever one crosses a proxy. The
+// object's generation is given at the start, or fixed by the first family of interfaces that is used; a call through the other
+// family is logged as an error, but still forwarded.
 #pragma once
 
 #include "core/exposed_object_base.h"

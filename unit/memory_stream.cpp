@@ -78,7 +78,7 @@ void CStreamImpl::MoveTo(std::uint32_t newPosition)
     used = std::max(used, position);
 }
 
-// The error texts of Read and Write are exchanged, as readers of existing logs expect.
+// The error texts of Read and Write are swapped, as readers of existing logs expect.
 STDMETHODIMP CStreamImpl::StreamPart::Read(void* bytes, ULONG count, ULONG* read)
 {
     if (!owner.Admits("IStream::Read")) return RPC_E_WRONG_THREAD;

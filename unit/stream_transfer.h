@@ -1,5 +1,5 @@
-// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces, so that only as much
-// memory is touched and marshalled as there really are data.
+// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces, so that no more
+// memory is touched or marshalled than there are data.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// The interfaces of a logged unit operation that are forwarded row by row. A method that changes the unit carries its mark before
-// its arguments.
+// The interfaces of a logged unit operation that are forwarded row by row. The rows of methods that change the unit have
+// ChangesObject before the arguments.
 #pragma once
 
 #include "core/logged_interface.h"

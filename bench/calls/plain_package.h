@@ -1,5 +1,5 @@
-// The targets of the measured calls: a package and a material that return at once, so that the benchmarks measure the way to
-// them. Their results are fixed.
+// The targets of the measured calls: a package and a material that return at once, so that the benchmarks measure
+// only the path to them. Their results are fixed.
 #pragma once
 
 #include <cape-open.h>

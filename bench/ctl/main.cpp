@@ -51,7 +51,7 @@ double RunCommand(const std::vector<std::string>& command, const WrittenLog& log
     words.insert(words.end(), command.begin(), command.end());
     words.push_back(Narrow(log.Path(), CP_UTF8));
     std::FILE* nothing = std::fopen("NUL", "wb");
-    if (!nothing) throw std::runtime_error("there is no NUL");
+    if (!nothing) throw std::runtime_error("NUL cannot be opened");
     double seconds;
     {
         ctl::Output data(nothing), messages;

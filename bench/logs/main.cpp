@@ -82,7 +82,7 @@ double RunCommand(const std::vector<std::string>& command, const std::string& pa
     std::vector<std::string> words = command;
     words.push_back(path);
     std::FILE* nothing = std::fopen("/dev/null", "wb");
-    if (!nothing) throw std::runtime_error("there is no /dev/null");
+    if (!nothing) throw std::runtime_error("/dev/null cannot be opened");
     double seconds;
     {
         ctl::Output data(nothing), messages;

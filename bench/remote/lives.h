@@ -1,5 +1,5 @@
 // How much a server's memory grows for each package that lives and dies in it: ZELT compared with the system's surrogate
-// process. Both marshal the same interfaces of the same package; whatever the system keeps of them, it keeps in both.
+// process. Both marshal the same interfaces of the same package; what the system keeps for them, it keeps in both.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@ namespace zelt::bench {
 
 using MakePackage = std::function<Microsoft::WRL::ComPtr<IDispatch>()>;
 
-// Each function makes a new package. The caller must hold an object of each server meanwhile, so that it stays alive.
+// Each function makes a new package. The caller must hold an object of each server, so that the server stays alive.
 void CompareMemoryOfLives(int lives, const MakePackage& inSurrogate, const MakePackage& inZelt);
 
 }  // namespace zelt::bench

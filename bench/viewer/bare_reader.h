@@ -1,4 +1,4 @@
-// The floor for everything that reads logs: the time that libxml2's own reader takes for the same file.
+// The floor for loading a log into the viewer: the time that libxml2's own reader takes for the same file.
 #pragma once
 
 #include <string>

@@ -70,7 +70,7 @@ double Load(const std::wstring& path)
     return watch.Seconds();
 }
 
-// The same windows, as full as for a long log.
+// The windows alone, filled by a short log.
 double OpenWindows()
 {
     static const WrittenLog nothing = WrittenLog::OfBlanks(60'000);

@@ -1,17 +1,17 @@
-// The benchmarks of the viewer, in the order of their output.
+// The benchmarks of the viewer; main decides their order.
 #pragma once
 
 namespace zelt::bench {
 
 class WrittenLog;
 
-// Loading a log of this size, and the memory its model takes. Use fewer pairs for large logs.
+// Loading a log, and the memory its model takes.
 void BenchLoading(const WrittenLog& log, int pairs);
 
-// The whole program, from its start with the log until its window shows.
+// ZELT.EXE: time until its window shows, until all is read, and memory.
 void BenchProgram(const WrittenLog& log);
 
-// A log that is read in pages: until its viewer answers, until all is read, a search, and the memory then.
+// A log read in pages: the times until the viewer answers and until all is read, searches, and memory.
 void BenchPages(const WrittenLog& log, int pairs);
 
 void BenchWindows();

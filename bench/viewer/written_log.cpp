@@ -64,7 +64,7 @@ WrittenLog::WrittenLog(long long bytes, bool blanks)
     file << parts.header;
     const std::size_t frame = parts.header.size() + parts.footer.size();
     auto written = static_cast<long long>(frame);
-    // For a size below the golden log's own, writes only as many whole entries as are needed.
+    // The last repetition writes only as many whole entries as are still needed.
     while (file && written < bytes) {
         ChangeNumbers(parts.entries, random);
         std::size_t length = parts.entries.size();
@@ -79,7 +79,7 @@ WrittenLog::WrittenLog(long long bytes, bool blanks)
     file.close();
     if (!file) {
         std::filesystem::remove(place);
-        throw std::runtime_error("the disk is full");
+        throw std::runtime_error("writing failed");
     }
     megabytes = static_cast<double>(written) / 1e6;
 }

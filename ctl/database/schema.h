@@ -34,7 +34,7 @@ CREATE TABLE argument_values (
   argument INTEGER NOT NULL REFERENCES arguments(id),
   place INTEGER NOT NULL,                 -- from 1
   text TEXT NOT NULL,
-  number REAL,                            -- of what is one
+  number REAL,                            -- the text as a number, if it is one
   PRIMARY KEY (argument, place)
 ) WITHOUT ROWID;
 CREATE TABLE messages (

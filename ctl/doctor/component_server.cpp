@@ -75,7 +75,7 @@ bool CheckLibraryFile(const Edition& edition, REFCLSID classId, const std::wstri
     return false;
 }
 
-// A component that is a program of its own may be of either width. Its command line may have arguments, so the file can be
+// A component that runs as a separate program may be of either width. Its command line may have arguments, so the file can be
 // checked only when the command line begins with a path in quotes or has no blank.
 bool CheckProgramFile(const std::wstring& commandLine, const std::string& owner, const std::string& effect,
                       Findings& findings)

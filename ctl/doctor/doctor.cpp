@@ -38,8 +38,8 @@ constexpr Command kDoctorCommands[] = {
      "  package-manager, package-name                                each manager, which is started, and its packages\n"
      "  log-folder                                                   whether logs can be written\n"
      "  unit-class, unit-file, unit-width                            the unit operation of PRAVIK\n"
-     "--fix registers ZELT again, writes the files of type libraries that ZELT brought, and takes entries that cannot be\n"
-     "read out of the list. The exit code is 1 when there are findings, with --fix when some are left.", ExamineInstallation},
+     "--fix registers ZELT again, writes the files of type libraries that ZELT brought, and removes unreadable entries\n"
+     "from the list. The exit code is 1 when there are findings, with --fix when some are left.", ExamineInstallation},
 };
 // clang-format on
 

@@ -27,10 +27,10 @@ constexpr Option kOptionsOptions[] = {
     {"--prompt",        "on|off", "when a log is complete, asks whether to open it"},
     {"--unit",          "UNIT",   "the unit operation that PRAVIK logs: class identifier, ProgID or name; ask: a dialog asks"},
     {"--load-again",    "on|off", "PRAVIK may be loaded after InitNew, and makes its unit operation again"},
-    {"--hand-back",     "on|off", "an object that goes back to where it came from goes back as it was"},
+    {"--hand-back",     "on|off", "an object that returns to the side that it came from is the original again"},
     {"--keep-manager",  "on|off", "the manager of a package lives as long as the package"},
     {"--forward-edit",  "on|off", "Edit of ZELT's managers opens the dialogs of the managers behind the packages"},
-    {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to come again"},
+    {"--queue",         "on|off", "a call that arrives while another client's call is in progress has to be made again"},
     {"--record",        "on|off", "each log gets a recording of its calls beside it"},
     {"--record-all",    "on|off", "packages without a log are recorded"},
     {"--notify",        "on|off", "a notification says where a log goes, when it begins"},
@@ -43,7 +43,7 @@ constexpr Option kOptionsOptions[] = {
 constexpr Command kExportCommands[] = {
     {"list", "", 0, 0, kWidthAndJson, "Lists the exported packages", "", ListExports},
     {"discover", "", 0, 0, kDiscoverOptions, "Lists what is installed and can be exported, and the unit operations",
-     "Each component has the widths that it is there for: ZELT hosts the 32-bit ones, ZELT64 the 64-bit ones. Each manager is\n"
+     "Each component has the widths that it exists in: ZELT hosts the 32-bit ones, ZELT64 the 64-bit ones. Each manager is\n"
      "started in a process of its own and asked for its packages, which may take a while. The exit code is 1 when one fails.",
      DiscoverComponents},
     {"add", "[COMPONENT [PACKAGE]]", 0, 2, kAddOptions, "Exports a package",
@@ -61,7 +61,8 @@ constexpr Command kExportCommands[] = {
      "PACKAGE is its exported name; --width says which, if ZELT and ZELT64 both have it.\n"
      ZELT_NOT_WHILE_IT_RUNS, SwitchLogOff},
     {"options", "", 0, 0, kOptionsOptions, "Shows the options, and changes those that are given",
-     "ZELT and ZELT64 share them. One that runs takes them over with the next package or unit operation.", ChangeOptions},
+     "ZELT and ZELT64 share them. A running one uses the new values from the next package or\n"
+     "unit operation on, and --queue after it has been started again.", ChangeOptions},
 };
 // clang-format on
 

@@ -1,5 +1,5 @@
 // The installed components, each with the editions of ZELT that can host it: an in-process component of one width has one; a
-// component that is a program of its own, or exists in both widths, has two.
+// component that runs as a separate program, or exists in both widths, has two.
 #pragma once
 
 #include <vector>

@@ -1,5 +1,5 @@
-// The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list, and
-// until it ends, other processes have to wait for the list. After a change, the list is read back.
+// The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list;
+// until the command ends, other processes have to wait for the list. After a change, the list is read back.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// A call in brief: which arguments it had and what matters about their values, whatever their number. The rules of conduct judge
-// by it.
+// A call in brief: which arguments it had, and what matters about their values, however many there are. The rules of conduct
+// judge by it.
 #pragma once
 
 #include <string>

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <iterator>
 
-#include "ctl/log/log_values.h"
-#include "ctl/log/lower_case.h"
+#include "ctl/log/text/log_values.h"
+#include "ctl/log/text/lower_case.h"
 
 namespace zelt::ctl {
 namespace {

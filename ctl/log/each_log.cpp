@@ -13,7 +13,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Calls `answer`, and turns what it throws about its log into a message.
+// Calls `answer`; if it throws InputError, the error becomes a message.
 template <class Answer>
 int Attempt(Streams& streams, Answer&& answer)
 {

@@ -89,7 +89,7 @@ public:
         open.Pop();
         if (withContext) texts.Close();
     }
-    // An argument after what the callee said shows that it does not belong to a later failure.
+    // If an argument follows what the callee said, that does not belong to a later failure.
     bool WantsArguments() const override { return withContext || !detail.empty(); }
 
     const CallFilter& Filter() const { return filter; }

@@ -1,4 +1,4 @@
-// The calls that pass a filter, as a tree of text with whatever is directly inside them. What is outside of calls is shown only
+// The calls that pass a filter, as a tree of text with everything directly inside them. What is outside of calls is shown only
 // without a filter.
 #pragma once
 

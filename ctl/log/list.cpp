@@ -108,7 +108,7 @@ void SortNewestFirst(std::vector<Row>& rows)
 {
     const bool haveStarts = std::all_of(rows.begin(), rows.end(), [](const Row& row) { return row.sortable; });
     std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
-        // The minute is all that a log says of its start.
+        // A log gives its start only to the minute.
         return haveStarts && *a.sortable != *b.sortable ? *a.sortable > *b.sortable : a.changed > b.changed;
     });
 }

@@ -10,7 +10,7 @@
 #include "ctl/json_writer.h"
 #include "ctl/log/call_filter.h"
 #include "ctl/log/log_commands.h"
-#include "ctl/log/text_memo.h"
+#include "ctl/log/text/text_memo.h"
 
 namespace zelt::ctl {
 namespace {

@@ -174,7 +174,7 @@ private:
         story.askedTotal = gathered.asked.Total();
         story.isUnfinished = unfinished;
         const std::string_view interfaceName = story.call.Interface();
-        // A calculation that failed before it called its material: that is probably the material that was called last.
+        // If a calculation failed before it called its material, that is probably the material that was called last.
         const bool isCalculation = story.call.Method().starts_with("Calc");
         story.material = MaterialStates::IsMaterial(interfaceName) ? story.call.object
                          : !gathered.materials.empty()             ? gathered.materials.back()

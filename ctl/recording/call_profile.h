@@ -55,7 +55,7 @@ private:
     const std::size_t mostSlowest;
     std::map<std::string, CallFigures> members, objects;
     CallFigures total;
-    TimeShares shares;  // with the transport in the simulator's
+    TimeShares shares;  // `simulator` still includes the transport
     std::uint64_t outwardCalls = 0, shortestOutward = 0;
     std::vector<TimedCall> slowest;
 };

@@ -9,7 +9,7 @@ namespace zelt::ctl {
 
 class RecordingOutput {
 public:
-    // Throws UsageError when the command line has no -o, Refusal when the file cannot be made.
+    // Throws UsageError when the command line has no -o, otherwise as OutputFile.
     explicit RecordingOutput(const Arguments& arguments);
 
     recording::RecordWriter& Records() { return records; }

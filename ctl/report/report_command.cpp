@@ -38,7 +38,7 @@ constexpr Command kReportCommands[] = {
 };
 // clang-format on
 
-// The version of Windows. RtlGetVersion reports it whatever versions the program says that it was made for.
+// The version of Windows. RtlGetVersion reports it even to a program that does not declare support for it.
 std::string WindowsVersion()
 {
     using GetVersionFunction = LONG(WINAPI*)(OSVERSIONINFOW*);

@@ -1,4 +1,4 @@
-// What a recording says of the component that was recorded.
+// What a recording says about the component that was recorded.
 #pragma once
 
 #include <windows.h>

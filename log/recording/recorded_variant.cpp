@@ -46,7 +46,7 @@ std::size_t SizeOf(VARTYPE type)
     }
 }
 
-// Whether a value of the type is recorded in this form. In any other form, it would be taken for memory that is not there.
+// Whether a value of the type is recorded in this form. Any other could be taken for a pointer to memory that is not there.
 bool IsRecordedAs(VARTYPE type, Value::Form form)
 {
     switch (type) {
@@ -202,7 +202,7 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
     arrays.push_back(array);
     const VARTYPE type = recorded.elementType.value_or(declared);
     const USHORT feature = FeatureOf(type);
-    // Only the flag that says what the elements are: in whose memory they lie differs here.
+    // Only the flag that says what the elements are: the flags about their memory do not apply.
     array->fFeatures |= recorded.features & feature;
     array->cbElements = recorded.elementSize;
     for (UINT dimension = 0; dimension < dimensions; ++dimension) {
@@ -227,7 +227,7 @@ SAFEARRAY* RecordedVariant::MakeArray(const ArrayValue& recorded, VARTYPE declar
         }
         array->pvData = bytes;
     } else if (!recorded.numbers.empty()) {
-        // Texts and objects are recorded as numbers only where the component gave their elements a size that is not theirs.
+        // Texts and objects are recorded as numbers only where the component gave the array a wrong element size.
         if (feature != 0 && recorded.elementSize == size) Contradicts();
         if (feature != 0) isCopyable = false;
         if (recorded.elementSize == 0 || recorded.numbers.size() / recorded.elementSize < count) Contradicts();

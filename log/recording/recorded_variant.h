@@ -26,7 +26,7 @@ public:
     RecordedVariant& operator=(const RecordedVariant&) = delete;
 
     const VARIANT& Get() const { return variant; }
-    // False where an array says that it has elements, and has no memory for them that the system could copy.
+    // False if an array has elements, but no memory for them that the system could copy.
     bool IsCopyable() const { return isCopyable; }
 
 private:

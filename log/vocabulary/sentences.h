@@ -126,7 +126,7 @@ struct SentenceRow {
 };
 
 // Where one row's text also matches another's, the narrower row comes first. Misspelled words are part of the texts, and so are
-// the exchanged ones of StreamReadWhileWriting and StreamWriteWhileReading: readers of existing logs rely on them.
+// the swapped texts of StreamReadWhileWriting and StreamWriteWhileReading: readers of existing logs rely on them.
 // clang-format off
 inline constexpr SentenceRow kSentences[] = {
     {Sentence::LowerBound,                 Severity::Info,    Meaning::Remark,    "Lower bound: %s"},

@@ -1,5 +1,5 @@
-// The saved form of a component's parameters: their names, types and values. Values outside a parameter's bounds are kept as
-// they are, as the parameter itself keeps them; Validate judges them. Nothing changes when loading fails.
+// The saved form of a component's parameters: their names, types and values. Values outside a parameter's bounds are
+// saved and loaded too; Validate judges them. Nothing changes when loading fails.
 #pragma once
 
 #include <cstddef>

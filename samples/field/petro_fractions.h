@@ -19,7 +19,7 @@ public:
     // Fails with "bad order of calls" while there is no boiling point.
     STDMETHOD(Characterize)() override;
     STDMETHOD(RemovePetroProp)(BSTR propertyID, VARIANT compID) override;
-    // Takes over the boiling points of another object.
+    // Copies the boiling points of another object.
     STDMETHOD(DefineFromPetroFractions)(IDispatch* originFractionsSet) override;
 
 private:

@@ -32,7 +32,7 @@ constexpr const wchar_t* kPackage = L"Property package";
 
 }  // namespace
 
-// `body` gets the package's interface, which stays alive even if the link is cleared meanwhile.
+// `body` gets the package's interface, which stays alive even if the link is cleared during the call.
 template <class Body>
 HRESULT MaterialPropertyPart::Ask(const wchar_t* operation, Body&& body)
 {

@@ -10,7 +10,7 @@ namespace {
 PropertyKey KeyOf(std::wstring_view property, std::wstring_view basis)
 {
     PropertyKey key{Lower(property), Lower(basis)};
-    // These have no basis, whatever a caller gives.
+    // These have no basis, even if a caller gives one.
     if (key.property == L"temperature" || key.property == L"pressure") key.basis.clear();
     return key;
 }

@@ -30,8 +30,7 @@ STDMETHODIMP ReactionPropertiesPart::SetReactionProp(BSTR property, BSTR phase, 
         const std::vector<std::wstring> ids = ReadStrings(reacIds, L"reacIds");
         const std::vector<double> numbers = ReadDoubles(propVals, L"propVals");
         if (ids.size() != numbers.size()) {
-            throw CapeFailure(ECapeInvalidArgumentHR, std::to_wstring(numbers.size()) +
-                                                          L" values are not one for each of " +
+            throw CapeFailure(ECapeInvalidArgumentHR, std::to_wstring(numbers.size()) + L" values were given for " +
                                                           std::to_wstring(ids.size()) + L" reactions");
         }
         for (std::size_t i = 0; i < ids.size(); ++i) {

@@ -36,7 +36,7 @@ struct PropertyRequest {
     Derivative derivative;
 };
 
-// The names without suffixes, as the list methods return them, and with every offered suffix.
+// The names that the list methods return: each without a suffix and with every offered one.
 std::vector<std::wstring> SinglePhasePropertyNames();
 
 // Whether the name, including its suffix, is offered; and the lookup, which throws CapeFailure if it is not.

@@ -88,7 +88,7 @@ void RunFlowsheet(const Options& options, Report& report)
     package.ShowIdentity(report, "Property package");
     package.ServeMaterials();
     if (loaded && package.slate->CompoundIds() != data.compounds) {
-        throw CapeFailure(ECapePersistenceHR, L"The property package has not the compounds of the saved flowsheet");
+        throw CapeFailure(ECapePersistenceHR, L"The property package's compounds are not those of the saved flowsheet");
     }
 
     const SavedState state{data.hasUnitState, std::move(data.unitState)};

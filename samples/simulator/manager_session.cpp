@@ -81,7 +81,7 @@ PackageKind KindOf(IDispatch* package)
     if (Optional<ICapeThermoCompounds>(package)) return PackageKind::kProperty11;
     if (Optional<ICapeThermoPropertyPackage>(package)) return PackageKind::kProperty10;
     if (Optional<ICapeReactionChemistry>(package)) return PackageKind::kReaction;
-    throw CapeFailure(E_NOINTERFACE, L"The class is no package");
+    throw CapeFailure(E_NOINTERFACE, L"The class is not a package");
 }
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// A package's state: loaded from a file before the package is initialised, shown, changed, and saved to a file. The package
-// calculates nothing meanwhile.
+// A package's state: loaded from a file before the package is initialised, shown, changed, and saved to a file.
+// Nothing is calculated.
 #pragma once
 
 #include <oaidl.h>

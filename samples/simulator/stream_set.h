@@ -1,6 +1,6 @@
 // The streams of a flowsheet with one unit operation: a feed for each material inlet, a product for each material outlet,
 // and a collection of parameters for each energy and information port. Without given feeds, the simulator makes them
-// up, because no user can specify them.
+// up, because its user cannot specify any.
 #pragma once
 
 #include <deque>

@@ -8,7 +8,7 @@ namespace zelt {
 // The one beside this program, or else the registered one; empty when there is none.
 std::wstring OtherEditionProgram();
 
-// Shows its main window: that of a process that has one, or of a new one.
+// Shows its main window: that of a process that has one, or of a new process.
 bool ShowOtherEdition();
 
 }  // namespace zelt

@@ -118,7 +118,7 @@ private:
     std::size_t pages = 0;
 };
 
-// The thread ends before this object does, for whatever reason no more batches are taken.
+// The thread always ends before this object, even if the caller takes no more batches.
 class Reading {
 public:
     Reading(const SharedLogFile& file, bool inPages) : thread([this, &file, inPages] { Run(file, inPages); }) {}

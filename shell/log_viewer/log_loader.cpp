@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    // The user works with the viewer meanwhile.
+    // The user already works with the viewer.
     bool ContinueInPages()
     {
         if (++steps % 64 != 0 && rows) return !closed;

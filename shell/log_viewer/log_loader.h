@@ -1,5 +1,5 @@
-// Reads a log into a viewer's model, and into its tree as far as the tree takes it at once. Shows its progress, and reports in
-// message boxes what is wrong with the log. Keeps what it could read.
+// Reads a log into a viewer's model, and as much of it into the tree as the tree holds at first. Shows its progress, and
+// reports in message boxes what is wrong with the log. Keeps what it could read.
 //
 // A large log as ZELT writes it is read in pages: the viewer is shown with the first one, and works while the others are read.
 #pragma once

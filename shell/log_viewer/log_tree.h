@@ -30,9 +30,10 @@ public:
 
     void Attach(HWND treeView, const PagedLog& log);
 
-    // While the log is read: all of it up to this item, the model's last.
+    // Call while the log is read. Adds all items up to this one, the model's last.
     void FillUpTo(ItemIndex last, bool lastHasChildren);
-    // Once the model is complete: the rest of a small log, or the first outermost items of a large one.
+    // Call once the model has its first page, or is complete. Adds the rest of a small log, or the first outermost items of a
+    // large one.
     void Fill();
 
     // The outermost items are all in the tree.
@@ -40,7 +41,7 @@ public:
     bool HasLastOutermost() const { return nextOutermost == kNoItem; }
     // No more outermost items enter by themselves.
     bool HasEnoughOutermost() const { return HasLastOutermost() || (model->HasPages() && outer >= kIdleOutermost); }
-    // Adds the next of them; takes some milliseconds.
+    // Adds the next outermost items; takes some milliseconds.
     void FillSomeOutermost();
     // Adds some before the first.
     void FillSomeBefore();
@@ -49,7 +50,7 @@ public:
     void FillNearEnds();
     void GoToFirst();
     void GoToLast(LongTask& task);
-    // This is the last outermost item in the tree so far, though not the log's last; or the first, though not the log's first.
+    // Whether this is the last outermost item in the tree, but not the log's last; or the first, but not the log's first.
     bool IsLastSoFar(HTREEITEM handle) const
     {
         return !HasLastOutermost() && handle && handle == handles.Get(lastOutermost);

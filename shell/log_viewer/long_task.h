@@ -1,5 +1,5 @@
 // Keeps a window responsive while its thread walks millions of items: handles messages now and then, and Esc cancels.
-// Drops keys and clicks in the client area meanwhile; the window refuses commands while one is Running.
+// Drops keys and clicks in the client area; the window refuses commands while a task is Running.
 #pragma once
 
 #include <windows.h>

@@ -65,7 +65,7 @@ private:
     bool EmptiesFilter(const MSG& message) const;
     bool IsForFilter(const MSG& message) const;
 
-    static constexpr UINT_PTR kFilterTimer = 2;  // beside that of the filling
+    static constexpr UINT_PTR kFilterTimer = 2;  // TreeFilling uses another
 
     const std::wstring path;
     Lock lock;

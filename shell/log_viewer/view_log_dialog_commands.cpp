@@ -14,7 +14,7 @@ namespace zelt {
 void CViewLogDlg::Command(int command)
 {
     if (loading && command != kCommandClose && command != IDCANCEL) {
-        // It needs the whole log.
+        // The command needs the whole log.
         waiting.push_back(command);
         return;
     }

@@ -26,7 +26,7 @@ std::wstring TemporaryFile()
     return file;
 }
 
-// The answer of a dialog for several files: one path; or a folder and names.
+// The answer of a file dialog with multiple selection: one path, or a folder and names.
 std::vector<std::wstring> ChosenFiles(const wchar_t* answer)
 {
     const std::wstring first = answer;
@@ -67,7 +67,7 @@ bool CReportDlg::OnInit()
     return true;
 }
 
-// Starts over, with the logs that are chosen by now.
+// Starts over with the logs that the user has chosen.
 void CReportDlg::Prepare()
 {
     process.reset();
@@ -153,7 +153,7 @@ bool CReportDlg::OnNotify(const NMHDR& header, LRESULT&)
 
 void CReportDlg::AddLogs()
 {
-    // For many names.
+    // Room for many names.
     std::vector<wchar_t> answer(1 << 15);
     std::wstring folder;
     OPENFILENAMEW dialog = {};
@@ -179,7 +179,7 @@ void CReportDlg::OpenText()
         L'"' + process->Folder() + L'\\' + process->Parts()[static_cast<std::size_t>(row)].name + L'"';
     wchar_t editor[MAX_PATH];
     if (GetSystemDirectoryW(editor, MAX_PATH) == 0) return;
-    // Not the program of the file's class: a viewer would show a log, but not its text.
+    // Not the program registered for the file: a log viewer would not show the text.
     ShellExecuteW(Window(), L"open", (std::wstring(editor) + L"\\notepad.exe").c_str(), file.c_str(), nullptr,
                   SW_SHOWNORMAL);
 }

@@ -9,7 +9,7 @@
 namespace zelt {
 namespace {
 
-// What zeltctl report writes around what a window shows.
+// The words in zeltctl's output around what the window shows.
 constexpr char kContents[] = "The report contains:\n", kFolder[] = "\nThe texts are in ",
                kFolderEnd[] = " until you answer", kQuestion[] = "? [y/N] ", kOwnName[] = "zeltctl: ";
 

@@ -1,5 +1,5 @@
-// Runs zeltctl report for a window and reads what it says piece by piece, so that nothing waits for it. zeltctl shows its texts
-// in a folder and waits for an answer; without one it writes nothing, and when its input ends it removes the texts and ends.
+// Runs zeltctl report for a window and polls its output, so that the window never waits. zeltctl puts the report's texts in a
+// folder and asks before it writes the report; if its input ends instead, it removes the texts and exits.
 #pragma once
 
 #include <windows.h>
@@ -19,12 +19,12 @@ class ReportProcess {
 public:
     enum class State { Working, Asking, Written, Failed };
 
-    // `tool` is zeltctl; the report is written to `file`. When it cannot be started, the state is Failed.
+    // `tool` is zeltctl, which writes the report to `file`. If it cannot be started, the state is Failed.
     ReportProcess(const std::wstring& tool, const std::vector<std::wstring>& logs, const std::wstring& file);
     ReportProcess(const ReportProcess&) = delete;
     ReportProcess& operator=(const ReportProcess&) = delete;
 
-    // Takes what zeltctl has said meanwhile. Does not wait.
+    // Reads what zeltctl has written since the last call. Does not wait.
     State Look();
     // Once zeltctl asks: what the report contains, and where its texts are.
     std::vector<ReportPart> Parts() const;

@@ -29,7 +29,7 @@ public:
     // Creates the window without waiting; null when that fails. It is not shown yet unless its style says so.
     HWND CreateModeless(int resource, HWND owner = nullptr);
 
-    // `length`, given at 96 pixels to the inch, in pixels of this window's screen.
+    // Converts `length`, in pixels at 96 per inch, to pixels of this window's screen.
     int Scaled(int length) const;
     // A message box in front of this dialog.
     int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
@@ -70,7 +70,7 @@ protected:
     std::wstring ItemText(int id) const;
     // Sets both icons, each in the size that the screen wants.
     void SetIcons(int resource);
-    // Handles a message whose sender looks at the answer.
+    // Makes `result` the answer to the current message.
     bool Answer(LRESULT result) const;
 
 private:

@@ -19,7 +19,7 @@ struct LayoutRow {
 
 class DialogLayout {
 public:
-    // Takes the distances from the dialog as it is before its first change of size; that size becomes the smallest.
+    // Reads the distances from the dialog, whose current size becomes the smallest. Call before it is first resized.
     void Attach(HWND dialog, std::span<const LayoutRow> rows);
     // Moves the controls to where the dialog's size puts them.
     void Apply() const;

@@ -11,7 +11,7 @@
 
 namespace zelt::test {
 
-// Bytes in memory, in the pieces in which a file is read.
+// Bytes in memory, delivered in blocks like a file's.
 class Blocks final : public LogInput {
 public:
     Blocks(std::string_view bytes, std::size_t block) : bytes(bytes), block(block) {}
@@ -31,8 +31,8 @@ private:
 // What a sink may ask for.
 struct Wishes {
     bool lines = true;
-    unsigned leftOut = 0;    // the arguments of this many of 8 calls
-    std::size_t stopAt = 0;  // which End is the last that it wants; 0 for all
+    unsigned leftOut = 0;    // how many of every 8 calls come without arguments
+    std::size_t stopAt = 0;  // stops after this many Ends; 0: never
 };
 
 struct Recording {

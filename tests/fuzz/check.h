@@ -1,4 +1,4 @@
-// Checks for fuzzed programs. A failed check ends the program as a bad access does, so that the fuzzer keeps the input.
+// Checks for fuzzed programs. A failed check aborts the program, so that the fuzzer keeps the input.
 #pragma once
 
 #include <cstdio>

@@ -1,5 +1,5 @@
-// The scanner makes no difference: with and without it a log gives the same events, lines and messages, whatever its bytes are,
-// wherever the pieces end in which it is read, and whatever the sink leaves out.
+// With and without the scanner, a log gives the same events, lines and messages, regardless of its bytes, of where the
+// blocks end in which it is read, and of what the sink leaves out.
 #include "both_readers.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@
 namespace zelt::test {
 namespace {
 
-// Small pieces, so that a short log has many, and the ordinary ones.
+// Small blocks, so that a short log has many, and the ordinary ones.
 constexpr ScanSizes kSizes[] = {{1024, 1 << 20}, {1024, 16384}, {2048, 16384}, {}};
 
-// A log as ZELT writes it, up to a place inside some calls.
+// The beginning of a log as ZELT writes it, with some calls open.
 std::string Beginning(std::uint64_t hash)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
@@ -58,8 +58,7 @@ void Test(std::string_view bytes)
 {
     const std::uint64_t hash = std::hash<std::string_view>()(bytes);
     TestReaders(bytes, hash);
-    // Again, after the beginning of a log that ZELT wrote, so that the damage comes late: with the root element of the
-    // bytes, or without it.
+    // The bytes again, with or without their root element, after the beginning of a log, so that the damage comes late.
     const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
     const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
     TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);

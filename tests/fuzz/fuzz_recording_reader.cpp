@@ -30,7 +30,7 @@ private:
     std::size_t at = 0;
 };
 
-// Checks that every value equals itself, and that any two can be compared, with the same answer in both directions.
+// Checks that every value equals itself, and that comparing two neighbours gives the same answer in both directions.
 void Compare(const recording::KeptCall& call)
 {
     const recording::Value* before = nullptr;

@@ -10,8 +10,8 @@ namespace zelt::test {
 // something to a parser.
 void Mutate(std::string& log, std::mt19937& random);
 
-// Makes one to eight changes of whole lines and of what is between their quotes: parts that are cut out or copied, values in
-// places of others. What comes out looks much like a log, with damage far from its beginning.
+// Makes one to eight changes to whole lines and to quoted texts: parts that are cut out, copied or cut off, and texts in
+// place of others. The result looks much like a log, with damage far from its beginning.
 void Rearrange(std::string& log, std::mt19937& random);
 
 }  // namespace zelt::test

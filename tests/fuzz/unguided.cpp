@@ -1,6 +1,6 @@
 // A fuzzer's main program for compilers that provide none: tests all seeds unchanged, then the requested number of
 // damaged ones. Takes -runs=NUMBER and files and folders of seeds, like the guided fuzzer, and ignores other options.
-// Keeps an input that ends the program in the current folder.
+// Writes an input that crashes the program to a file in the current folder.
 #include <sanitizer/common_interface_defs.h>
 
 #include <algorithm>

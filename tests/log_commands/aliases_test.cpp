@@ -1,5 +1,4 @@
-// What log redact replaces a value with, by the value's form: the log's own words stay, and everything else gets an
-// alias of the same form.
+// log redact keeps the log's own words, and replaces everything else with an alias of the same form.
 #include <gtest/gtest.h>
 
 #include <regex>

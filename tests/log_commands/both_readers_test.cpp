@@ -1,4 +1,4 @@
-// A log says the same with the scanner as with the parser alone, and most logs need nothing but the scanner.
+// A log gives the same events with the scanner as with the parser alone, and most logs need only the scanner.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -110,6 +110,15 @@ TEST_F(LogScanning, LeavesOnlyTheEndOfACutOffLogToTheParser)
     EXPECT_GT(start.line, 3000);
 }
 
+TEST_F(LogScanning, LeavesOnlyTheEndOfAShortLogToTheParser)
+{
+    std::string entries;
+    for (int i = 0; i < 220; ++i) entries += "<info value=\"0123456789\"/>\r\n";
+    const std::string log = InLog(entries);
+    EXPECT_FALSE(Scan(log.substr(0, log.size() - 30)));
+    EXPECT_GT(start.offset, 2600);
+}
+
 TEST_F(LogScanning, TakesOnlyWhatZeltWrites)
 {
     const std::string entry = "<func name=\"I::M\" direc=\"in\" object=\"A\">\r\n</func>\r\n";
@@ -158,7 +167,7 @@ TEST_F(LogScanning, TakesLongTextsAndDeepCalls)
     ExpectEqual(InLog(entries + std::string(3'000'000, 'x')), {}, {});
 }
 
-// What the parser finds in damage depends on the pieces into which it has cut the text before it.
+// What the parser finds in damage depends on where it has split the text before it.
 TEST_F(LogScanning, LeavesDamageToTheParserAfterAnyLength)
 {
     const std::string damage =

@@ -10,8 +10,6 @@
 namespace zelt::test {
 namespace {
 
-const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
-
 TEST(Colours, MarkCallsAndErrors)
 {
     const TemporaryLog log(

@@ -113,4 +113,11 @@ void ExpectKept(const std::string& name, const std::string& output, const std::s
     EXPECT_EQ(kept.size(), output.size()) << name;
 }
 
+int CountOf(const std::string& text, const std::string& part)
+{
+    int count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+    return count;
+}
+
 }  // namespace zelt::test

@@ -1,5 +1,5 @@
-// Runs a command of zeltctl in this process and keeps its output; provides logs for it, in files that are deleted with
-// their owner; and compares with outputs that are stored beside the tests.
+// Runs a command of zeltctl in this process and keeps its output; provides temporary log files for it; and compares its
+// output with outputs that are stored beside the tests.
 #pragma once
 
 #include <string>
@@ -35,11 +35,16 @@ private:
 // A log with these entries, from its line 3 on.
 std::string InLog(const std::string& entries);
 
+// A short conversation, kept beside the tests.
+inline const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
+
 std::string GoldenLog(const std::string& name);
 extern const std::vector<std::string> kGoldenLogs;
 
 std::string ReadBytes(const std::string& path);
 std::vector<std::string> LinesOf(const std::string& text);
+// How often `part` occurs in `text`.
+int CountOf(const std::string& text, const std::string& part);
 
 // Compares with the stored output `name`, or with ZELT_UPDATE_GOLDEN in the environment, writes it instead.
 void ExpectKept(const std::string& name, const std::string& output, const std::string& folder = "log_commands");

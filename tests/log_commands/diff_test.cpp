@@ -80,6 +80,9 @@ const DifferenceCase kDifferences[] = {
      "~ 3 3  ICapeX::M (F) out a[1]: 1e999 -> 2e999"},
     {"a number at the end of a message", "<warning value=\"w 1\"/>", "<warning value=\"w 2\"/>", "- 3  warning: w 1"},
     {"NaN", Call("F", "double", "1"), Call("F", "double", "N/A"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> N/A"},
+    {"addresses without an object's name", Call("F", "interface", "interface to object &quot; (address 0x1)"),
+     Call("F", "interface", "interface to object &quot; (address 0x2)"),
+     "~ 3 3  ICapeX::M (F) out a[1]: interface to object \" (address 0x1) -> interface to object \" (address 0x2)"},
 };
 
 TEST(LogDiff, SaysWhatDiffers)

@@ -48,13 +48,6 @@ private:
     std::unique_ptr<sqlite3, Close> database;
 };
 
-int CountOf(const std::string& text, const std::string& part)
-{
-    int count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-    return count;
-}
-
 TEST(LogExportSqlite, HasEveryCallArgumentAndValueOfALog)
 {
     for (const std::string& name : kGoldenLogs) {
@@ -110,6 +103,33 @@ TEST(LogExportSqlite, HasTheTimesAndAllDigitsOfARecording)
     EXPECT_EQ("VT_ARRAY|VT_R8\n", database.Ask("SELECT type FROM arguments WHERE name = 'fractions'"));
     EXPECT_EQ("recording\n", database.Ask("SELECT value FROM source WHERE name = 'kind'"));
     EXPECT_EQ("2026-03-05 14:07:33 UTC\n", database.Ask("SELECT value FROM source WHERE name = 'started'"));
+}
+
+TEST(LogExportSqlite, NamesTheTypeOfEachVariantOfARecording)
+{
+    const struct {
+        std::uint16_t type;
+        const char* name;
+    } rows[] = {
+        {0, "VT_EMPTY"},  {1, "VT_NULL"},  {2, "VT_I2"},       {3, "VT_I4"},       {4, "VT_R4"},
+        {5, "VT_R8"},     {6, "VT_CY"},    {7, "VT_DATE"},     {8, "VT_BSTR"},     {9, "VT_DISPATCH"},
+        {10, "VT_ERROR"}, {11, "VT_BOOL"}, {12, "VT_VARIANT"}, {13, "VT_UNKNOWN"}, {14, "VT_DECIMAL"},
+        {16, "VT_I1"},    {17, "VT_UI1"},  {18, "VT_UI2"},     {19, "VT_UI4"},     {20, "VT_I8"},
+        {21, "VT_UI8"},   {22, "VT_INT"},  {23, "VT_UINT"},    {36, "VT_RECORD"},  {37, "<unknown>"},
+    };
+    RecordedCalls calls;
+    // Each argument has the name of its type.
+    calls.Call("A::B", kPackage, [&] {
+        for (const auto& row : rows) {
+            calls.Writer().Argument(
+                row.name, false, recording::ArgumentKind::Variant,
+                [&](recording::ValueWriter& value) { value.Variant(row.type, [](recording::ValueWriter&) {}); });
+        }
+    });
+    const TemporaryLog file(calls.Whole(), "recorded");
+    const Exported database(file.Path());
+    EXPECT_EQ("", database.Ask("SELECT name, type FROM arguments WHERE name <> type"));
+    EXPECT_EQ(std::to_string(std::size(rows)) + '\n', database.Ask("SELECT count(*) FROM arguments"));
 }
 
 TEST(LogExportSqlite, ShowsAPropertyOverTime)

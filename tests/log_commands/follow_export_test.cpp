@@ -66,13 +66,6 @@ TEST(LogFollow, ShowsOnlyTheNewWhenAsked)
     EXPECT_EQ("       4  info: new\n", outcome.data);
 }
 
-int CountOf(const std::string& text, const std::string& part)
-{
-    int count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-    return count;
-}
-
 TEST(LogExport, BringsEveryCallAndValueIntoEachForm)
 {
     for (const std::string& log : kGoldenLogs) {

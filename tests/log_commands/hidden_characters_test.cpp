@@ -57,13 +57,6 @@ std::string LogWith(const std::string& text)
                  "\"/></arg><error value=\"Uncaught " + text + "\"/></func><warning value=\"w" + text + "\"/>\n");
 }
 
-int CountOf(const std::string& text, const std::string& part)
-{
-    int count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-    return count;
-}
-
 struct FormCase {
     std::vector<std::string> words;
     int texts;  // how many of the log's eight it shows, repetitions included

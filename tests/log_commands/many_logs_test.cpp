@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
-
 const std::string kNotFound = "No such file or directory";
 const std::string kFailing =
     InLog("<func name=\"A::Fails\" direc=\"in\" object=\"P\">\r\n <error value=\"E_FAIL: no\"/>\r\n</func>\r\n");

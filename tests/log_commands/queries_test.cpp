@@ -1,4 +1,4 @@
-// The queries that the system makes on its own account: hidden and counted, shown on request, never a finding.
+// The queries that the system itself makes: hidden and counted, shown on request, never a finding.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -108,7 +108,7 @@ TEST(SystemQueries, AreCountedAsFarAsTheFilterReaches)
               RunCommand({"log", "follow", "--object", "P", log.Path()}).data);
     EXPECT_EQ(RunCommand({"log", "show", log.Path()}).data,
               RunCommand({"log", "follow", "--queries", log.Path()}).data);
-    // A call with nothing but such queries went without a warning.
+    // A call with only such queries has no warning.
     EXPECT_EQ("", RunCommand({"log", "show", "--result", "warning", log.Path()}).data);
 }
 

@@ -10,7 +10,7 @@
 namespace zelt::test {
 namespace {
 
-// The texts of a log between escaped quotes, and the names of objects: what may name something.
+// The texts of a log that may be names: those between escaped quotes, and the names of objects.
 std::set<std::string> NamesIn(const std::string& log)
 {
     std::set<std::string> names;
@@ -81,7 +81,7 @@ TEST(LogRedact, ReplacesTheSameByTheSameAndDiffersFromRunToRun)
     EXPECT_NE(NamesIn(first), NamesIn(second));
 }
 
-// The lines and rules of check, the lines and kinds of errors.
+// The lines and rules that check reports, and the lines and kinds that errors reports.
 std::vector<std::string> FindingsOf(const std::string& path)
 {
     std::vector<std::string> findings;
@@ -144,7 +144,7 @@ TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
         {"with what is no number", {"0.123457", "Benzene", "N/A"}, false, {"12: not-a-number"}},
     };
     for (const FractionsCase& one : cases) {
-        // With several keys.
+        // Each run has another key.
         for (int run = 0; run < 20; ++run) {
             SCOPED_TRACE(one.name);
             const TemporaryLog log(SetFractions(one));
@@ -173,6 +173,20 @@ TEST(LogRedact, KeepsTheInterfacesOfTheSystem)
     const std::string redacted = Redacted(log.Path());
     EXPECT_NE(std::string::npos, redacted.find("interface {00000003-0000-0000-C000-000000000046}\""));
     EXPECT_EQ(std::string::npos, redacted.find("12345678"));
+}
+
+TEST(LogRedact, ReplacesNamesWithCharactersThatNoNameOfTheStandardHas)
+{
+    const auto isKept = [](const std::string& method) {
+        const std::string name = "name=\"ICapeX::" + method + '"';
+        const TemporaryLog log(InLog("<func " + name + " direc=\"in\" object=\"P\"></func>\r\n"));
+        return Redacted(log.Path()).find(name) != std::string::npos;
+    };
+    for (const char* kept : {"AZaz09", "get_Item", ".(:|)", "&lt;&gt;"}) EXPECT_TRUE(isKept(kept)) << kept;
+    // Most of these stand just before or behind the letters and digits.
+    for (const char* character : {"/", ";", "@", "[", "`", "{", "~", "-", " "}) {
+        EXPECT_FALSE(isKept(std::string("Secret") + character)) << character;
+    }
 }
 
 TEST(LogRedact, LeavesALogCutOffWhereItWas)

@@ -1,5 +1,5 @@
-// log redact: what it keeps of values so that a reader, and the rules of log check, find in the redacted log what is in the
-// original: order, sums, balances, counts.
+// log redact keeps order, sums, balances and counts, so that readers and the rules of log check find in a redacted log
+// what is in the original.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace zelt::test {
 namespace {
 
-std::string Redacted(const std::string& log, const std::vector<std::string>& options = {})
+std::string RedactedText(const std::string& log, const std::vector<std::string>& options = {})
 {
     std::vector<std::string> words = {"log", "redact"};
     words.insert(words.end(), options.begin(), options.end());
@@ -34,7 +34,7 @@ std::vector<std::string> ValuesOf(const std::string& log)
 }
 
 // The lines and rules that check finds.
-std::vector<std::string> FindingsOf(const std::string& log)
+std::vector<std::string> FindingsIn(const std::string& log)
 {
     const TemporaryLog file(log);
     std::vector<std::string> findings;
@@ -72,11 +72,11 @@ TEST(LogRedactValues, KeepsWhatTheRulesForCalculationsFind)
     };
     for (const auto& one : cases) {
         const std::string log = Changed(one.golden, one.old, one.now);
-        const std::vector<std::string> findings = FindingsOf(log);
+        const std::vector<std::string> findings = FindingsIn(log);
         const bool isFound = std::find(findings.begin(), findings.end(), one.rule) != findings.end();
         EXPECT_EQ(*one.rule != 0, isFound) << one.old;
-        // With several keys.
-        for (int run = 0; run < 10; ++run) ASSERT_EQ(findings, FindingsOf(Redacted(log))) << one.old;
+        // Each run has another key.
+        for (int run = 0; run < 10; ++run) ASSERT_EQ(findings, FindingsIn(RedactedText(log))) << one.old;
     }
 }
 
@@ -89,7 +89,7 @@ std::string Property(const std::string& method, const std::string& property, con
 
 TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
 {
-    // Neighbours, too, at six digits.
+    // Some are neighbours at six digits.
     const std::vector<std::string> numbers = {"-300",     "-1",    "-0.00123", "0",      "1e-300", "0.00123",
                                               "0.999999", "1",     "1.00001",  "273.15", "298.15", "300",
                                               "300.001",  "353.2", "101325",   "1e+300"};
@@ -97,7 +97,7 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
         for (int run = 0; run < 20; ++run) {
             std::string entries;
             for (const std::string& number : numbers) entries += Property("SetSinglePhaseProp", property, {number});
-            // And where the property has an argument of its own.
+            // Again, in the property's own argument if it has one.
             for (const std::string& number : numbers) {
                 entries +=
                     *property == 'f'
@@ -106,7 +106,7 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
                                Argument(*property == 'p' ? "pressure" : "temperature", "out", "double", {number}));
             }
             std::vector<double> redacted, again;
-            for (const std::string& value : ValuesOf(Redacted(InLog(entries)))) {
+            for (const std::string& value : ValuesOf(RedactedText(InLog(entries)))) {
                 if (value.find(';') != std::string::npos) continue;
                 (redacted.size() < numbers.size() ? redacted : again).push_back(std::stod(value));
             }
@@ -133,6 +133,20 @@ TEST(LogRedactValues, TheOrderOfOnePropertySaysNothingOfAnother)
     EXPECT_GT(std::fabs(number("600") / number("300") - number("1200") / number("600")), 1e-6);
 }
 
+TEST(LogRedactValues, FugacitiesHaveOneOrderWhateverPropertyComesBefore)
+{
+    const auto set = [](const char* property) { return Property("SetSinglePhaseProp", property, {"353.2"}); };
+    const std::string log = InLog(set("temperature") + set("fugacity") + set("pressure") + set("fugacity"));
+    std::vector<std::string> numbers;
+    for (const std::string& value : ValuesOf(RedactedText(log))) {
+        if (value.find(';') == std::string::npos) numbers.push_back(value);
+    }
+    ASSERT_EQ(4u, numbers.size());
+    EXPECT_EQ(numbers[1], numbers[3]);
+    EXPECT_NE(numbers[0], numbers[1]);
+    EXPECT_NE(numbers[2], numbers[3]);
+}
+
 TEST(LogRedactValues, WholeNumbersKeepTheirOrderAndStayWhole)
 {
     const std::vector<std::string> numbers = {"-4294967295", "-2", "-1", "0", "1", "2", "9", "10", "4294967295"};
@@ -156,8 +170,8 @@ TEST(LogRedactValues, PhaseFractionsAddUp)
 {
     for (const auto& [first, second] : {std::pair("0.25", "0.75"), std::pair("0", "1"), std::pair("0.5", "0.5")}) {
         for (int run = 0; run < 20; ++run) {
-            const std::string redacted = Redacted(InLog(Property("GetSinglePhaseProp", "phaseFraction", {first}) +
-                                                        Property("GetSinglePhaseProp", "PhaseFraction", {second})));
+            const std::string redacted = RedactedText(InLog(Property("GetSinglePhaseProp", "phaseFraction", {first}) +
+                                                            Property("GetSinglePhaseProp", "PhaseFraction", {second})));
             std::vector<double> fractions;
             for (const std::string& value : ValuesOf(redacted)) {
                 if (value.find(';') == std::string::npos) fractions.push_back(std::stod(value));
@@ -166,6 +180,14 @@ TEST(LogRedactValues, PhaseFractionsAddUp)
             EXPECT_NEAR(1, fractions[0] + fractions[1], 2e-6);
             EXPECT_EQ(std::stod(first) == 0, fractions[0] == 0);
         }
+    }
+}
+
+TEST(LogRedactValues, APhaseFractionOf0Or1StaysAsItIsWritten)
+{
+    for (const char* fraction : {"0", "-0", "0.0", "1", "1.0"}) {
+        const std::string log = InLog(Property("GetSinglePhaseProp", "phaseFraction", {fraction}));
+        EXPECT_EQ(fraction, ValuesOf(RedactedText(log)).back());
     }
 }
 
@@ -180,12 +202,12 @@ TEST(LogRedactValues, APhaseFractionIsReadAsItWasSet)
         Property("GetSinglePhaseProp", "phaseFraction", {"0.4"});
     for (int run = 0; run < 20; ++run) {
         std::vector<std::string> numbers;
-        for (const std::string& value : ValuesOf(Redacted(InLog(entries)))) {
+        for (const std::string& value : ValuesOf(RedactedText(InLog(entries)))) {
             if (value.find(';') == std::string::npos) numbers.push_back(value);
         }
         ASSERT_EQ(6u, numbers.size());
         EXPECT_EQ(numbers[2], numbers[5]);
-        // The balance of the first compound: which part of the feed's amount is in this phase.
+        // The balance of the first compound: the share of its amount in the feed that is in this phase.
         EXPECT_NEAR(0.4 * 0.8 / 0.5, std::stod(numbers[2]) * std::stod(numbers[3]) / std::stod(numbers[0]), 1e-4);
     }
 }
@@ -204,7 +226,7 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
                                          material("SetOverallProp", "B", "flow", {"5", "7.5"}));
     for (int run = 0; run < 20; ++run) {
         std::vector<double> numbers;
-        for (const std::string& value : ValuesOf(Redacted(InLog(entries)))) {
+        for (const std::string& value : ValuesOf(RedactedText(InLog(entries)))) {
             if (value.find(';') == std::string::npos) numbers.push_back(std::stod(value));
         }
         ASSERT_EQ(5u, numbers.size());
@@ -226,7 +248,7 @@ TEST(LogRedactValues, CompoundsAreNumbered)
     null.replace(null.find("<NULL>"), 6, "&lt;NULL&gt;");
     EXPECT_EQ((std::vector<std::string>{"&quot;Compound-1&quot;", "&quot;Compound-2&quot;", "&quot;&quot;",
                                         "&lt;NULL&gt;", "&quot;Compound-2&quot;", "&quot;Compound-3&quot;"}),
-              ValuesOf(Redacted(InLog(null + some))));
+              ValuesOf(RedactedText(InLog(null + some))));
 }
 
 TEST(LogRedactValues, CountsIndicesAndStatusesStay)
@@ -255,7 +277,7 @@ TEST(LogRedactValues, CountsIndicesAndStatusesStay)
     };
     for (const auto& row : rows) {
         const std::string redacted =
-            Redacted(InLog(Call("ICollection::Item", "in", "P", Argument(row.name, "in", row.type, {row.value}))));
+            RedactedText(InLog(Call("ICollection::Item", "in", "P", Argument(row.name, "in", row.type, {row.value}))));
         EXPECT_EQ(row.isKept, ValuesOf(redacted).at(0) == row.value) << row.name << ' ' << redacted;
     }
 }
@@ -269,14 +291,14 @@ TEST(LogRedactValues, WhatComponentsSayOfFailuresStaysOnRequest)
               Call("ECapeUser::get_description", "in", "Secret unit", Text("description", "Secret text")) +
               "<warning value=\"Secret unit: QueryInterface for unsupported interface ICapeX\"/>\n"
               "<error value=\"Secret sentence\"/>\n");
-    EXPECT_EQ(std::string::npos, Redacted(log).find("Secret"));
-    const std::string kept = Redacted(log, {"--keep-errors"});
+    EXPECT_EQ(std::string::npos, RedactedText(log).find("Secret"));
+    const std::string kept = RedactedText(log, {"--keep-errors"});
     for (const char* text : {"Error information: &quot;Secret cause&quot; (source: Secret source)\"",
                              "\"E_FAIL: Secret text\"", "\"&quot;Secret text&quot;\""}) {
         EXPECT_NE(std::string::npos, kept.find(text)) << text << " in " << kept;
     }
     for (const char* text : {"Secret unit", "Secret sentence"}) EXPECT_EQ(std::string::npos, kept.find(text)) << kept;
-    EXPECT_EQ(FindingsOf(log), FindingsOf(kept));
+    EXPECT_EQ(FindingsIn(log), FindingsIn(kept));
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
-// report: what it shows, what it asks, and the zip file that it writes; with made-up texts in place of those about the computer.
+// report: what it shows, what it asks, and the zip file that it writes; with made-up texts about the computer.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 
 #include "ctl/command.h"
 #include "ctl/log/log_commands.h"
@@ -135,7 +136,7 @@ TEST_F(ReportTest, ContainsEachLogRedactedAndWithoutItsName)
         EXPECT_NE(std::string::npos,
                   outcome.data.find(std::to_string(text.size()) + " bytes  redacted from " + row.log))
             << outcome.data;
-        // Redacting keeps the lines, and no name stays.
+        // Redacting keeps the number of lines, but no names.
         EXPECT_EQ(LinesOf(ReadBytes(row.log)).size(), LinesOf(text).size());
         EXPECT_TRUE(text.ends_with("</zeltlogdocument>\r\n"));
         EXPECT_NE(std::string::npos, ReadBytes(row.log).find(row.word));
@@ -223,6 +224,25 @@ TEST(ZipWriter, KeepsContentsOfEachSort)
     const std::string bytes = out.Text().substr(6);
     EXPECT_EQ(files, ZipContents(bytes).Files());
     EXPECT_LT(bytes.size(), 400'000u) << "repetitions are compressed";
+}
+
+TEST(ZipWriter, RefusesContentThatCannotBeRead)
+{
+    const auto refusal = [](std::ios::iostate state) -> std::string {
+        std::istringstream content("text");
+        content.setstate(state);
+        ctl::Output out;
+        ctl::ZipWriter zip(out);
+        try {
+            zip.Add("one", content);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "none";
+    };
+    ASSERT_EQ("one cannot be read", refusal(std::ios::badbit | std::ios::eofbit)) << "the end excuses nothing";
+    EXPECT_EQ("one cannot be read", refusal(std::ios::badbit));
+    EXPECT_EQ("one cannot be read", refusal(std::ios::failbit));
 }
 
 TEST(ZipWriter, WritesNothingButAnEndWhenThereIsNothing)

@@ -1,4 +1,4 @@
-// The table of a log's sentences: a sentence written by a row is read as that row, and the page on the format lists
+// The table of a log's sentences: a sentence written from a row is read as that row, and docs/log-format.md contains
 // each.
 #include "log/vocabulary/found_sentence.h"
 

@@ -1,4 +1,4 @@
-// log show --at and --nested: one call in its place, and all that happens during calls.
+// log show --at and --nested: one call with those around it, and all that happens during calls.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -6,8 +6,6 @@
 
 namespace zelt::test {
 namespace {
-
-const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
 
 Outcome ShowAt(int line, const std::vector<std::string>& more = {})
 {

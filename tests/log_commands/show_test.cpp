@@ -6,7 +6,6 @@
 namespace zelt::test {
 namespace {
 
-const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
 const std::string kMissing = ZELT_TESTS "/missing.zlg";
 
 struct KeptCase {
@@ -300,7 +299,7 @@ TEST(LogStats, ShowTheTopRows)
         "\n"
         "1 system query hidden\n",
         RunCommand({"log", "stats", "--top", "2", "--sort", "failures", kConversation}).data);
-    // A column of zeros in the rows that are shown says nothing.
+    // A column with only zeros in the rows shown is left out.
     const TemporaryLog log(
         InLog("<func name=\"A::Often\" direc=\"in\" object=\"o\"></func>"
               "<func name=\"A::Often\" direc=\"in\" object=\"o\"></func>"

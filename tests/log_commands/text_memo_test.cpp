@@ -1,15 +1,15 @@
-// What commands remember of texts that recur: it is always what they would make of the text again.
+// Memos for texts that recur: what they return is always what would be made of the text again.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "ctl/log/reused_stack.h"
-#include "ctl/log/text_memo.h"
+#include "ctl/log/text/text_memo.h"
 
 namespace zelt::test {
 namespace {
 
-// More texts than the memo has places, of all lengths up to some that it does not keep.
+// More texts than the memo can hold, some of them too long for it to keep.
 TEST(TextMemo, GivesWhatIsMadeOfEachText)
 {
     ctl::TextMemo memo;

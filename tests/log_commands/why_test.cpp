@@ -110,7 +110,7 @@ TEST(LogWhy, TellsOnceWhatFailsTheSameWayAgain)
 
 TEST(LogWhy, TellsOfAFailureThatTheCallerCopedWith)
 {
-    // With the material's call, and the call around it.
+    // The story shows the material's call and the call around it.
     EXPECT_EQ(
         "Failure 1 of 1: ICapeThermoMaterial::GetOverallProp (Feed)\n"
         "      25  E_FAIL: no\n"
@@ -189,6 +189,19 @@ TEST(LogWhy, ForgetsWhatItKnewOfAMaterialThatWasCleared)
                            Read("pressure", "1") + Error("E_FAIL: no")));
     EXPECT_NE(std::string::npos, story.find("  What the log last says about Feed\n      20  pressure = 1\n  When"))
         << story;
+}
+
+TEST(LogWhy, KnowsThePhasesOfAMaterial)
+{
+    for (const std::string method : {"GetPresentPhases", "SetPresentPhases"}) {
+        const std::string story =
+            Why(Flash("S", Call("ICapeThermoMaterial::" + method, "out", "Feed",
+                                Argument("phaseLabels", "out", {"&quot;Vapor&quot;", "&quot;Liquid&quot;"})) +
+                               Error("E_FAIL: no")));
+        EXPECT_NE(std::string::npos,
+                  story.find("  What the log last says about Feed\n       7  phases = \"Vapor\", \"Liquid\"\n"))
+            << story;
+    }
 }
 
 TEST(LogWhy, SaysWhenNoCallFailed)

@@ -16,4 +16,4 @@ for my $n (0 .. (@made > @wanted ? $#made : $#wanted)) {
     my ($one, $other) = map { $_ // '(nothing)' } $made[$n], $wanted[$n];
     die "Line " . ($n + 1) . " of what the generator makes:\n$one\nexpected:\n$other\n" if $one ne $other;
 }
-die "They differ in the ends of lines.\n";
+die "They differ only in their line ends.\n";

@@ -22,13 +22,13 @@ Expect($system{lc $_}, "$_ is imported") for @imports;
 
 Expect($header =~ /^\s+DYNAMIC_BASE$/m, 'no address space layout randomisation');
 Expect($header =~ /^\s+NX_COMPAT$/m, 'no data execution prevention');
-Expect($header =~ /^\s+TERMINAL_SERVICE_AWARE$/m, 'not for servers of several users');
+Expect($header =~ /^\s+TERMINAL_SERVICE_AWARE$/m, 'not aware of terminal servers');
 Expect($header =~ /large address aware/, 'not large-address aware');
 Expect($header !~ /^The Export Tables|^There is an export table/m, 'something is exported');
 Expect($header !~ /relocations stripped/, 'relocations are stripped');
-Expect($header =~ /Base Relocation Directory/ && $header =~ /^Entry 5 [0-9a-f]*[1-9a-f]/m, 'no relocations to move it by');
+Expect($header =~ /Base Relocation Directory/ && $header =~ /^Entry 5 [0-9a-f]*[1-9a-f]/m, 'no base relocations');
 Expect($header =~ /^Time\/Date stamp\s+0$/m || $header =~ /^Time\/Date\s+Thu Jan +1 /m, 'the time of linking is in the header');
-Expect($header =~ /^Subsystem\s+0+2\s/m, 'not a program with windows');
+Expect($header =~ /^Subsystem\s+0+2\s/m, 'not a GUI program');
 Expect($header =~ /Type Table.*?ID: 0x0*$_\b/s, "no resource of type $_") for 'e', '10', '18';
 
 open my $file, '<:raw', $program or die "$program: $!\n";
@@ -53,7 +53,7 @@ my %wanted = (
     'common controls 6'         => qr/Microsoft\.Windows\.Common-Controls" version="6\.0\.0\.0"/,
     'asInvoker'                 => qr/requestedExecutionLevel level="asInvoker" uiAccess="false"/,
     'awareness of resolution'   => qr/<dpiAwareness [^>]*>system</,
-    'the older form of it'      => qr/<dpiAware [^>]*>true</,
+    'the older form, dpiAware'  => qr/<dpiAware [^>]*>true</,
     'long paths'                => qr/<longPathAware [^>]*>true</,
     'Windows 10 and 11'         => qr/supportedOS Id="\{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a\}"/,
 );

@@ -50,7 +50,7 @@ for my $page (glob "$work/utils/*.htm") {
     my $name = substr $page, length($work) + 1;
     my $html = Read($page);
     push @faults, "$name has no title" if $html !~ m{<title>[^<]+</title>};
-    push @faults, "$name holds an unfilled place" if $html =~ /\@[A-Z]+\@/;
+    push @faults, "$name contains an unfilled placeholder" if $html =~ /\@[A-Z]+\@/;
     Follow($name, 'utils/', $2) while $html =~ /\s(href|src)="([^"]*)"/g;
 }
 for my $map ('brix.hhc', 'brix.hhk') {

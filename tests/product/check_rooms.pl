@@ -26,7 +26,7 @@ my ($table) = Read("$root/docs/architecture.md") =~ /^\| room \|[^\n]*\n\|[-|]+\
     or die "docs/architecture.md has no table of rooms.\n";
 for my $row (split /\n/, $table) {
     my (undef, $room, undef, $used) = map { s/^\s+|\s+$//gr } split /\|/, $row;
-    $room =~ s{/$}{} or die "The room \"$room\" is no folder: its name ends in no slash.\n";
+    $room =~ s{/$}{} or die "The room \"$room\" is not a folder: its name does not end in a slash.\n";
     my @used = $used eq '-' ? () : map { s{/$}{}r } split /,\s*/, $used;
     for (@used) { push @faults, "the table: $room/ uses $_/, which does not stand above it" unless $uses{$_} }
     $uses{$room} = {map { $_ => 1 } @used, $room};
@@ -73,7 +73,7 @@ find({no_chdir => 1, preprocess => sub { grep { "$File::Find::dir/$_" !~ $hidden
     }
 }}, $root);
 for (grep { $files{$_} > $mostFiles } sort keys %files) {
-    push @faults, "$_/ has $files{$_} files; what it holds is more than one thing";
+    push @faults, "$_/ has $files{$_} files; split it by subject";
 }
 push @faults, 'no source was found' if !$sources;
 print map { "$_\n" } @faults;

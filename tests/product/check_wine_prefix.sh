@@ -12,7 +12,7 @@ Prefix()
 {
     local expected=$1 given
     shift
-    # shellcheck disable=SC2016 # read by the program that is run
+    # shellcheck disable=SC2016 # expanded by the inner shell
     given=$(env "$@" HOME="$home" "$runner" /bin/sh -c 'printf %s "$WINEPREFIX"')
     [ "$given" = "$expected" ] && return
     echo "With $*: the prefix is \"$given\", not \"$expected\"."

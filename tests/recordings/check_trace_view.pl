@@ -8,7 +8,7 @@ use JSON::PP;
 my ($tracePath, $pagePath) = @ARGV;
 my $events = decode_json(Contents($tracePath));
 
-# The calls inside a call take their time from it.
+# A call's self time leaves out the calls inside it.
 my (%total, %self, @open);
 for my $event (sort { $a->{ts} <=> $b->{ts} || $b->{dur} <=> $a->{dur} } @$events) {
     pop @open while @open && $open[-1]{ts} + $open[-1]{dur} <= $event->{ts};

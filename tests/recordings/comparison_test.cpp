@@ -97,7 +97,7 @@ TEST(Comparison, OfDifferentSortsOfValues)
     EXPECT_EQ("1 of another type: 7 instead of 0", DifferenceOf(Real(1), wide));
 }
 
-// As damage leaves it: elements, and numbers that are not as many.
+// Damage can leave an array with both elements and numbers, and with fewer numbers than elements.
 TEST(Comparison, OfAnArrayWithElementsAndNumbersReadsNeitherBeyondItsEnd)
 {
     const std::vector<double> two = {1, 2}, one = {1};

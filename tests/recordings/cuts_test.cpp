@@ -1,4 +1,4 @@
-// The commands that read recordings to their end, with recordings that stop anywhere; and the trace events of many calls.
+// The commands that read whole recordings, with recordings cut off at any byte; and the trace events of many calls.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -17,10 +17,10 @@ TEST(RecordingCuts, EndEachCommandWithAFinding)
                                                             {"recording", "profile"},
                                                             {"recording", "profile", "--trace-events"},
                                                             {"log", "export", "--sqlite"}};
-    // Up to here there is no whole header: the first record's length and its content.
+    // The size of the first record, which is the header: its length byte and its content.
     const std::size_t header = 1 + static_cast<unsigned char>(whole[0]);
     for (const auto& command : commands) {
-        // The database is made in a file, which takes its time.
+        // Writing a database takes longer.
         const std::size_t step = command[0] == "log" ? 37 : 1;
         for (std::size_t length = 0; length < whole.size(); length += step) {
             const TemporaryLog cut(whole.substr(0, length), "cut");
@@ -65,7 +65,7 @@ std::vector<Event> EventsOf(const std::string& json)
     return events;
 }
 
-// Viewers draw events of one thread as a flame: they have to lie within each other or apart.
+// Viewers draw events of one thread as a flame chart: any two must be nested or apart.
 TEST(RecordingTraceEvents, NestAsTheCallsDo)
 {
     RecordedCalls calls;
@@ -96,7 +96,7 @@ TEST(RecordingTraceEvents, NestAsTheCallsDo)
             }
         }
     }
-    // In each of the five: two in the outermost, and one in both that are around it.
+    // In each of the five, the outermost call contains three calls, and one of these contains another.
     EXPECT_EQ(5 * 4, within);
 }
 

@@ -10,8 +10,6 @@
 namespace zelt::test {
 namespace {
 
-constexpr std::uint32_t kPackage = 1;
-
 Outcome Diff(const std::string& a, const std::string& b, const std::vector<std::string>& options = {})
 {
     const TemporaryLog first(a, "first"), second(b, "second");
@@ -20,7 +18,7 @@ Outcome Diff(const std::string& a, const std::string& b, const std::vector<std::
     return RunCommand(words);
 }
 
-// A flash whose package asks a material, at an address that is another one in each run.
+// A flash whose package asks a material; the material's address differs from run to run.
 std::string Flash(std::uint64_t address, const std::string& material, double temperature, double fraction)
 {
     RecordedCalls calls;
@@ -74,6 +72,28 @@ TEST(RecordingDiff, IsToTheBit)
         "Values that differ: 2; calls and messages of the first recording alone: 0, of the second alone: 0; the first "
         "difference is in call 3 of the first\n",
         outcome.data);
+}
+
+TEST(RecordingDiff, FindsAnotherTypeOfTheSameValue)
+{
+    using enum recording::ArgumentKind;
+    const auto one = [](recording::ArgumentKind kind, std::string_view type) {
+        RecordedCalls calls;
+        calls.Call("ICapeUtilities::Edit", kPackage, [&] {
+            calls.Writer().Argument("number", true, kind, [&](recording::ValueWriter& value) {
+                value.Integer(1);
+                if (!type.empty()) value.Type(type);
+            });
+        });
+        return calls.Whole();
+    };
+    const std::string ports = one(Enumeration, "CapePortType");
+    EXPECT_EQ(0, Diff(ports, ports).code);
+    for (const Outcome& other :
+         {Diff(one(Long, ""), one(Short, "")), Diff(ports, one(Enumeration, "CapePhaseStatus"))}) {
+        EXPECT_EQ(1, other.code);
+        EXPECT_NE(std::string::npos, other.data.find(" out number: another type of argument\n")) << other.data;
+    }
 }
 
 TEST(RecordingDiff, ToleratesWhatTheUserAllows)

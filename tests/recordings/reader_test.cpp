@@ -1,4 +1,4 @@
-// What is written is read again, and a recording that is cut off or damaged is read up to there.
+// What is written can be read, and a recording that is cut off or damaged is read up to that place.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -21,7 +21,7 @@ public:
     const T& Take()
     {
         const Record* const record = records.Next();
-        if (!record || !std::holds_alternative<T>(*record)) throw std::runtime_error("another record");
+        if (!record || !std::holds_alternative<T>(*record)) throw std::runtime_error("a record of another type");
         return std::get<T>(*record);
     }
     ReadEnd End() const { return records.End(); }
@@ -185,7 +185,7 @@ TEST(RecordReading, OfEveryDamagedByteEnds)
 
 TEST(RecordReading, LeavesOutWhatItDoesNotKnow)
 {
-    // Field 90 in a record of its own, and inside a known record.
+    // The unknown field 90, as a record and inside a known record.
     std::string record, unknown;
     protozero::pbf_writer(unknown).add_bytes(90, "later");
     protozero::pbf_writer call(record);

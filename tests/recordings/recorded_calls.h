@@ -1,6 +1,7 @@
 // Recordings for tests, call by call.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,7 +12,11 @@
 
 namespace zelt::test {
 
-// Of one component, whose object has the number 1 and the pointer 0x1000. Each call lasts from one microsecond to the next.
+// The number of the component's object.
+inline constexpr std::uint32_t kPackage = 1;
+
+// Records one component, whose object has the number 1 and the pointer 0x1000. Each beginning and each end of a call
+// takes a microsecond.
 class RecordedCalls {
 public:
     explicit RecordedCalls(bool hasComponent = true);
@@ -34,7 +39,7 @@ public:
     void Stream(std::string_view data) { stream = data; }
     void MakeComponent();
 
-    // The bytes so far; with the last record.
+    // The bytes of the recording, with its last record and without.
     std::string Whole();
     std::string Open();
 

@@ -1,4 +1,4 @@
-// Recordings that are given away.
+// recording redact: removes what identifies the user's data, and keeps what a reader needs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,8 +14,6 @@
 
 namespace zelt::test {
 namespace {
-
-constexpr std::uint32_t kPackage = 1;
 
 std::string Redact(const std::string& recording, const std::vector<std::string>& options = {})
 {
@@ -59,7 +57,7 @@ double Sum(const std::vector<std::string>& numbers)
     return sum;
 }
 
-// Half of the feed boils: its composition is what the phases have together.
+// Half of the feed boils; the two phases together have its composition.
 std::string Flash()
 {
     RecordedCalls calls;
@@ -143,7 +141,7 @@ TEST(RecordingRedact, KeepsWhatAReaderNeeds)
     EXPECT_EQ((std::vector<std::string>{"\"phaseFraction\"", "\"fraction\"", "\"phaseFraction\"", "\"fraction\""}),
               values["SetSinglePhaseProp property"]);
     EXPECT_EQ("\"Liquid\"", values["SetSinglePhaseProp phaseLabel"].at(0));
-    // The warmer one stays the warmer one.
+    // The higher temperature stays the higher one.
     EXPECT_GT(std::stod(values["GetOverallTPFraction temperature"].at(0)),
               std::stod(values["GetTDependentProperty temperature"].at(0)));
 }

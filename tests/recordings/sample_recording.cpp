@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kClassId = "0123456789abcdef", kMaterialId = "fedcba9876543210",
                            kHash = "0123456789abcdef0123456789abcdef";
-constexpr std::uint16_t kI4 = 3, kR8 = 5, kText = 8, kArray = 0x2000, kByRef = 0x4000, kVariant = 12;
+constexpr std::uint16_t kI4 = 3, kR8 = 5, kBstr = 8, kSafeArray = 0x2000, kByRef = 0x4000, kVariant = 12;
 
 void WriteArguments(RecordWriter& records)
 {
@@ -37,7 +37,7 @@ void WriteArguments(RecordWriter& records)
     });
     const double fractions[] = {0.25, 0.75};
     records.Argument("fractions", false, ArgumentKind::Variant, [&](ValueWriter& value) {
-        value.Variant(kArray | kR8, [&](ValueWriter& variant) {
+        value.Variant(kSafeArray | kR8, [&](ValueWriter& variant) {
             variant.Array([&](ValueWriter::ArrayFields& array) {
                 array.add_uint32(ArrayTag::ElementSize, 8);
                 array.add_uint32(ArrayTag::ElementType, kR8 + 1);
@@ -46,20 +46,20 @@ void WriteArguments(RecordWriter& records)
                 array.add_bytes(ArrayTag::Numbers, reinterpret_cast<const char*>(fractions), sizeof fractions);
             });
         });
-        value.Expected(kArray | kR8, true);
+        value.Expected(kSafeArray | kR8, true);
     });
     records.Argument("referred", false, ArgumentKind::Variant, [&](ValueWriter& value) {
         value.Variant(kByRef | kVariant,
                       [&](ValueWriter& variant) { variant.Inner(kI4, [](ValueWriter& inner) { inner.Integer(9); }); });
     });
     records.Argument("mixed", false, ArgumentKind::Variant, [&](ValueWriter& value) {
-        value.Variant(kArray | kVariant, [&](ValueWriter& variant) {
+        value.Variant(kSafeArray | kVariant, [&](ValueWriter& variant) {
             variant.Array([&](ValueWriter::ArrayFields& array) {
                 array.add_uint32(ArrayTag::ElementSize, 16);
                 const std::vector<std::int32_t> bounds = {0, 2};
                 array.add_packed_sint32(ArrayTag::Bounds, bounds.begin(), bounds.end());
                 variant.Element(array, kI4, [](ValueWriter& element) { element.Integer(4); });
-                variant.Element(array, kText, [](ValueWriter& element) { element.Text("Feed"); });
+                variant.Element(array, kBstr, [](ValueWriter& element) { element.Text("Feed"); });
             });
         });
     });

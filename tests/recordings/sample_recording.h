@@ -1,4 +1,4 @@
-// A recording that has every record and every form of value.
+// A recording that has every kind of record and every form of value.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zelt::test {
 
-// Two calls, one inside the other, and one that fails. `isClosed`: with its last record.
+// Two calls: an outer one, which fails, and one inside it. `isClosed`: with its last record.
 std::string SampleRecording(bool isClosed = true);
 
 // Compares with an output that is stored beside these tests.

@@ -1,4 +1,4 @@
-// Recordings in part: what a call needs, and no more.
+// recording trim: keeps what a call needs, and no more.
 #include <gtest/gtest.h>
 
 #include "tests/log_commands/command_runner.h"
@@ -32,7 +32,7 @@ Calls TrimmedCalls(const std::string& recording, const std::string& calls)
     return CallsOf(trimmed.bytes);
 }
 
-constexpr std::uint32_t kPackage = 1, kFailed = 0x80040501;
+constexpr std::uint32_t kFailed = 0x80040501;
 
 // A package that calculates twice, with another material each time.
 std::string TwoCalculations()
@@ -65,7 +65,7 @@ TEST(RecordingTrim, KeepsWhatMadeTheStateAndTheCallWhole)
                             "ICapeThermoPropertyRoutine::CalcSinglePhaseProp", "  <ICapeThermoMaterial::GetTPFraction",
                             "  <ICapeThermoMaterial::SetSinglePhaseProp"};
     EXPECT_EQ(expected, TrimmedCalls(TwoCalculations(), "8"));
-    // A call inside of one needs the one.
+    // An inner call needs the call around it.
     EXPECT_EQ(expected, TrimmedCalls(TwoCalculations(), "9..10"));
 }
 
@@ -129,7 +129,7 @@ TEST(RecordingTrim, FollowsTheCallsThatBroughtTheObjects)
 
 TEST(RecordingTrim, KeepsTheStateThatAnEarlierCalculationUsed)
 {
-    // Calculations that come between two settings of a parameter count only when nothing replaces them.
+    // A setting is left out only if another replaces it before a calculation can use it.
     RecordedCalls calls;
     calls.Call("IVendor::put_Mode", kPackage, [&] { calls.Real("mode", false, 1); });
     calls.Call("IVendor::Solve", kPackage);
@@ -219,7 +219,7 @@ TEST(RecordingTrim, OfAllCallsChangesNoValue)
 {
     const Trimmed once = Trim(SampleRecording(), {"--calls", "1"});
     EXPECT_EQ("2 of 2 calls kept; call 1 is call 1 now\n", once.outcome.data);
-    // The tables and times of the copy are its own, so two copies are equal.
+    // A copy is written with its own tables and times; trimming it again gives the same bytes.
     EXPECT_EQ(once.bytes, Trim(once.bytes, {"--failure", "1"}).bytes);
     const TemporaryLog whole(SampleRecording(), "whole"), copy(once.bytes, "copy");
     for (const char* command : {"info", "profile"}) {
@@ -259,7 +259,7 @@ TEST(RecordingTrim, OfEveryCutIsARecording)
 {
     const std::string whole = TwoCalculations();
     int trimmed = 0;
-    // Each third byte, because each trim makes files.
+    // Every third byte, because each trim writes files.
     for (std::size_t length = 0; length < whole.size(); length += 3) {
         const Trimmed cut = Trim(whole.substr(0, length), {"--calls", "1"});
         EXPECT_NE(0, cut.outcome.code);

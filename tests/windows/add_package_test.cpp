@@ -16,7 +16,7 @@ namespace {
 using namespace zelt;
 using namespace zelt::test;
 
-constexpr wchar_t kTitle[] = L"Export package:";
+constexpr wchar_t kExportTitle[] = L"Export package:";
 constexpr wchar_t kManager[] = L"Sample property package manager (Ideal solutions of a few common compounds)";
 constexpr wchar_t kStandAlone[] = L"Sample property package (Benzene, toluene and o-xylene as an ideal solution)";
 constexpr wchar_t kManagers11[] = L"Property package managers (CAPE-OPEN 1.1)";
@@ -41,7 +41,7 @@ protected:
     void Open()
     {
         PostCommand(window, kCommandAddPackage);
-        dialog = program->WaitForWindow(kTitle);
+        dialog = program->WaitForWindow(kExportTitle);
         ASSERT_NE(nullptr, dialog);
         tree.emplace(program->Process(), GetDlgItem(dialog, kComponentTree));
     }
@@ -322,7 +322,7 @@ TEST(AddPackagePictures, APackageChosenForExport)
     const HWND window = program.WaitForWindow(L"ZELT Packages:");
     ASSERT_NE(nullptr, window);
     PostCommand(window, kCommandAddPackage);
-    const HWND dialog = program.WaitForWindow(kTitle);
+    const HWND dialog = program.WaitForWindow(kExportTitle);
     ASSERT_NE(nullptr, dialog);
     const RemoteTree tree(program.Process(), GetDlgItem(dialog, kComponentTree));
     const HTREEITEM manager = tree.Find(kManager);

@@ -97,6 +97,8 @@ TEST_F(Notification, DisappearsAfterAClickOrAWhileOrWithItsOwner)
         notification.Show(L"C:\\one.zlg");
         const HWND window = TakeOne().icon.hWnd;
         SendMessageW(window, WM_APP, 1, WM_MOUSEMOVE);
+        // A timer that it has not set.
+        SendMessageW(window, WM_TIMER, 2, 0);
         EXPECT_TRUE(notified.empty());
         SendMessageW(window, row.message, row.wParam, row.lParam);
         EXPECT_EQ(static_cast<DWORD>(NIM_DELETE), TakeOne().what) << row.cause;

@@ -29,7 +29,7 @@ protected:
     HWND window = nullptr;
 };
 
-// Selects a component of the machine as the user does; its export name is already used.
+// Selects a component as the user does, and gives it an export name that is already used.
 void ChooseAgain()
 {
     HWND dialog = nullptr;

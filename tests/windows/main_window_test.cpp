@@ -18,7 +18,7 @@ namespace {
 using namespace zelt;
 using namespace zelt::test;
 
-constexpr wchar_t kTitle[] = L"ZELT Packages:";
+constexpr wchar_t kMainTitle[] = L"ZELT Packages:";
 constexpr wchar_t kAboutTitle[] = L"About ZELT";
 
 class MainWindow : public testing::Test {
@@ -42,7 +42,7 @@ protected:
     void Start(const std::wstring& executable = {})
     {
         program.emplace(std::wstring(), executable);
-        window = program->WaitForWindow(kTitle);
+        window = program->WaitForWindow(kMainTitle);
         ASSERT_NE(nullptr, window);
         list.emplace(program->Process(), GetDlgItem(window, kPackageList));
     }
@@ -102,7 +102,7 @@ TEST_F(MainWindow, SaysThatAZeltWithOtherRightsIsRunning)
         L"that "
         L"stores it last wins. Simulators use the ZELT that has their own rights. Close one of the two.",
         program.AnswerBox(L"ZELT", IDOK));
-    EXPECT_NE(nullptr, program.WaitForWindow(kTitle));
+    EXPECT_NE(nullptr, program.WaitForWindow(kMainTitle));
 }
 
 TEST_F(MainWindow, ShowsAPackageARow)

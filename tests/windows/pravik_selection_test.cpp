@@ -19,7 +19,7 @@
 namespace zelt::test {
 namespace {
 
-constexpr wchar_t kScratch[] = L"Software\\ZELT PRAVIK tests";
+constexpr wchar_t kPravikKey[] = L"Software\\ZELT PRAVIK tests";
 constexpr wchar_t kCategory[] = L"{678c09a5-7d66-11d2-a67d-00105a42887f}";
 constexpr wchar_t kOtherCategory[] = L"{678C09A4-7D66-11D2-A67D-00105A42887F}";
 constexpr wchar_t kUnit[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D11}";     // the scripted unit
@@ -35,12 +35,12 @@ protected:
     {
         InstallWrappers();
         unitScript = {};
-        DeleteKeyTree({}, kScratch);
+        DeleteKeyTree({}, kPravikKey);
         RegisterClass(kUnit, kCategory, L"Mixer", L"mixes");
         RegisterClass(kBroken, kCategory, L"Broken");
         RegisterClass(kPackage, kOtherCategory, L"No unit");
         RegisterClass(kPravik, kCategory, L"PRAVIK Logged Unit Operation");
-        options.Create({}, std::wstring(kScratch) + L"\\options");
+        options.Create({}, std::wstring(kPravikKey) + L"\\options");
         TheLogOptions() = {};
         TheLogOptions().root = {options.Get(), 0};
         TheLogOptions().promptOpenLog = false;
@@ -58,7 +58,7 @@ protected:
         SetLogSurroundings(nullptr);
         TheLogOptions() = {};
         options.Close();
-        DeleteKeyTree({}, kScratch);
+        DeleteKeyTree({}, kPravikKey);
         const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
         for (const auto& [path, before] : replaced) {
             DeleteKeyTree(root, path);

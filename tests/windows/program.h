@@ -1,5 +1,5 @@
 // The program under test, started by a test and controlled from outside: finds windows by title, reads and answers
-// boxes, and sends keys to the foreground window. The process ends with its owner.
+// boxes, and sends keys to the foreground window. The destructor ends the process.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace zelt::test {
 
-// Checks until the condition is true; false if it is not true within two minutes.
+// Waits until the condition is true; false if it is not true within two minutes.
 bool WaitUntil(const std::function<bool()>& condition);
 
 std::wstring TextOfWindow(HWND window);

@@ -16,18 +16,18 @@ namespace {
 using namespace zelt;
 using namespace zelt::test;
 
-constexpr wchar_t kScratch[] = L"Software\\ZELT window tests";
+constexpr wchar_t kChoiceKey[] = L"Software\\ZELT window tests";
 
 class RestrictedChoice : public testing::Test {
 protected:
     void SetUp() override
     {
-        DeleteKeyTree({}, kScratch);
-        ASSERT_EQ(ERROR_SUCCESS, classes.Create({}, kScratch));
+        DeleteKeyTree({}, kChoiceKey);
+        ASSERT_EQ(ERROR_SUCCESS, classes.Create({}, kChoiceKey));
         RegistryKey top;
         ASSERT_EQ(ERROR_SUCCESS, top.Create({classes.Get(), 0}, L"CLSID"));
     }
-    void TearDown() override { DeleteKeyTree({}, kScratch); }
+    void TearDown() override { DeleteKeyTree({}, kChoiceKey); }
 
     void RegisterOneOfEachKind()
     {
@@ -100,7 +100,7 @@ TEST_F(RestrictedChoice, WithoutRestrictionEveryKindIsOffered)
     EXPECT_EQ(PackageKind::ReactionPackage10StandAlone, result.kind);
 }
 
-// What the dialog answers to the tree view that draws the item, and the colour of the text that it chooses.
+// The dialog's answer to the tree view that draws an item, and the text colour that the dialog chooses.
 struct Drawn {
     LRESULT answer;
     COLORREF text;

@@ -17,8 +17,8 @@ namespace {
 using namespace zelt;
 using namespace zelt::test;
 
-constexpr wchar_t kScratch[] = L"Software\\ZELT selection tests";
-constexpr wchar_t kTitle[] = L"Select Unit Operation:";
+constexpr wchar_t kSelectionKey[] = L"Software\\ZELT selection tests";
+constexpr wchar_t kSelectionTitle[] = L"Select Unit Operation:";
 
 // In the order of the registry, which is not the order of their names.
 constexpr wchar_t kZebra[] = L"{7E57DDDD-0000-0000-0000-000000000011}";
@@ -69,12 +69,12 @@ class SelectComponent : public testing::Test {
 protected:
     void SetUp() override
     {
-        DeleteKeyTree({}, kScratch);
-        ASSERT_EQ(ERROR_SUCCESS, classes.Create({}, kScratch));
+        DeleteKeyTree({}, kSelectionKey);
+        ASSERT_EQ(ERROR_SUCCESS, classes.Create({}, kSelectionKey));
         RegistryKey top;
         ASSERT_EQ(ERROR_SUCCESS, top.Create({classes.Get(), 0}, L"CLSID"));
     }
-    void TearDown() override { DeleteKeyTree({}, kScratch); }
+    void TearDown() override { DeleteKeyTree({}, kSelectionKey); }
 
     void Register(const wchar_t* classId, const wchar_t* name, const wchar_t* description = nullptr)
     {
@@ -104,7 +104,7 @@ protected:
         std::thread dialogThread([&] {
             CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
             {
-                CSelectCOObject dialog(kTitle, kUnitOperationCategory, kUnitOperationClass,
+                CSelectCOObject dialog(kSelectionTitle, kUnitOperationCategory, kUnitOperationClass,
                                        {{classes.Get(), 0}, {nullptr, 0}});
                 outcome.result = dialog.DoModal(nullptr);
                 if (outcome.result == IDOK) {
@@ -117,7 +117,8 @@ protected:
             CoUninitialize();
         });
         HWND window = nullptr;
-        EXPECT_TRUE(WaitUntil([&] { return (window = FindWindowW(nullptr, kTitle)) && IsWindowVisible(window); }));
+        EXPECT_TRUE(
+            WaitUntil([&] { return (window = FindWindowW(nullptr, kSelectionTitle)) && IsWindowVisible(window); }));
         if (window) user(OpenDialog(window));
         dialogThread.join();
         return outcome;
@@ -200,7 +201,7 @@ TEST_F(SelectComponent, NothingIsInstalled)
     EXPECT_EQ(IDCANCEL, outcome.result);
 }
 
-// Only the list decides the order of the rows, also for equal names.
+// Classes with equal names have a row each, in any order.
 TEST_F(SelectComponent, EqualNamesAreDifferentClasses)
 {
     Register(kZebra, L"Same");

@@ -202,7 +202,7 @@ TEST_F(StartAndEnd, AClassThatCannotBeOfferedEndsTheStartWithItsError)
         registered.clear();
         failingRegistration = index;
         EXPECT_EQ(CO_E_OBJISREG, Serve()) << index;
-        // The classes registered so far are revoked. There is no loop, and nothing to wait for.
+        // The classes registered before it are revoked. There is no loop, and nothing to wait for.
         const auto offered = static_cast<std::size_t>(index);
         EXPECT_EQ(Together({Events(offered, "register"), Events(offered, "revoke")}), events);
     }

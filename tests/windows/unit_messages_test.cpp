@@ -18,16 +18,16 @@ using Microsoft::WRL::ComPtr;
 
 // A class that nobody has registered.
 constexpr CLSID kNoUnit = {0x7E57DDDD, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0x77}};
-constexpr wchar_t kScratch[] = L"Software\\ZELT message tests";
+constexpr wchar_t kMessagesKey[] = L"Software\\ZELT message tests";
 
 class UnitMessages : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(ERROR_SUCCESS, settings.Create({}, kScratch));
+        ASSERT_EQ(ERROR_SUCCESS, settings.Create({}, kMessagesKey));
         options.root = {settings.Get(), 0};
     }
-    void TearDown() override { DeleteKeyTree({}, kScratch); }
+    void TearDown() override { DeleteKeyTree({}, kMessagesKey); }
 
     // Runs `action` with a unit on another thread, answers the box that appears, and returns its text.
     template <class Action>

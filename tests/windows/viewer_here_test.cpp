@@ -128,7 +128,7 @@ TEST_F(ViewerHere, ADamagedLogBringsTwoBoxes)
     EXPECT_EQ(2u, TreeView_GetCount(tree));
 }
 
-// The parser's memory, which it allocates through its own functions.
+// Replaces the parser's memory functions, which fail on request.
 bool scarce = false;
 void* Allocate(std::size_t size) { return scarce ? nullptr : std::malloc(size); }
 void* Reallocate(void* memory, std::size_t size) { return scarce ? nullptr : std::realloc(memory, size); }

@@ -1,4 +1,4 @@
-// The viewer in this process, because not every system can read a menu's state from another process.
+// The viewer's menu, in this process, because not every system can read a menu's state from another process.
 #include <gtest/gtest.h>
 
 #include <filesystem>

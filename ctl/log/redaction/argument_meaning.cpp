@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "ctl/log/call_results.h"
-#include "ctl/log/lower_case.h"
+#include "ctl/log/text/lower_case.h"
 
 namespace zelt::ctl {
 namespace {

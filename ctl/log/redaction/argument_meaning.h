@@ -17,7 +17,7 @@ enum class ArgumentMeaning {
     PhaseFraction,
     TotalFlow,
     Flows,      // of the compounds
-    Ordered,    // temperatures, pressures, fugacities, and what bounds limit
+    Ordered,    // temperatures, pressures, fugacities, parameters and their bounds
     Compounds,  // their names
     ErrorText,  // what the callee says about its failure
 };

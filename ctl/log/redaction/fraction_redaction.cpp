@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "ctl/log/call_results.h"
-#include "ctl/log/log_values.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {
@@ -37,7 +37,7 @@ void Share(const std::vector<std::size_t>& places, const std::vector<double>& nu
     const auto most = std::max_element(shares.begin(), shares.end());
     const double equal = sum / static_cast<double>(shares.size());
     if (largest <= kLimit && *most > kLimit) {
-        // Moves the shares so much nearer to equal ones that none is above the limit.
+        // Moves the shares towards equal ones until none is above the limit.
         const double part = *most > equal ? (kLimit - equal) / (*most - equal) * 0.99 : 0;
         for (double& share : shares) share = equal + std::max(part, 0.0) * (share - equal);
     } else if (largest > kLimit && *most <= kLimit) {

@@ -13,7 +13,7 @@
 #include "ctl/log/redaction/held_values.h"
 #include "ctl/log/redaction/message_redaction.h"
 #include "ctl/log/redaction/standard_name.h"
-#include "ctl/log/text_memo.h"
+#include "ctl/log/text/text_memo.h"
 #include "log/vocabulary/markup.h"
 
 namespace zelt::ctl {

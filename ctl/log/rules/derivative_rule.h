@@ -1,7 +1,7 @@
 // The rule for derivatives by temperature and by pressure. Three calculations of a phase at three temperatures or pressures, all
 // else equal, show how the property changes, and the derivatives at the same states must agree. What the log cannot prove is left
 // alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that do not run
-// smoothly, a package that somebody may have changed meanwhile, and redacted logs, whose values are not those that were
+// smoothly, a package that somebody may have changed in between, and redacted logs, whose values are not those that were
 // calculated.
 #pragma once
 

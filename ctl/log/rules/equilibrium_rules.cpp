@@ -6,14 +6,14 @@
 #include <numeric>
 #include <utility>
 
-#include "ctl/log/log_values.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {
 
-// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTraceFraction they are
-// not compared. The six digits of a log explain only a hundredth of that part, but a calculation stops at a tolerance of its own.
-// The part is the same in other units, as in a redacted log.
+// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTraceFraction
+// they are not compared. The six digits of a log explain only a hundredth of that part, but a calculation stops at its own
+// tolerance. The limit is relative, so it also holds in other units, as in a redacted log.
 constexpr double kBalanceTolerance = 5e-3, kTraceFraction = 1e-2;
 // Fractions that do not add up to 1 are findings of another rule.
 constexpr double kSumTolerance = 1e-4;

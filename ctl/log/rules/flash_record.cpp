@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "ctl/log/call_results.h"
-#include "ctl/log/log_values.h"
-#include "ctl/log/lower_case.h"
+#include "ctl/log/text/log_values.h"
+#include "ctl/log/text/lower_case.h"
 
 namespace zelt::ctl {
 namespace {

@@ -1,7 +1,7 @@
-// What a package reads of materials and gives them during one equilibrium calculation: the feed, the phases, their states and
-// shares. Rules judge by it, and redaction needs it to keep the balance. A material whose values are not certain is marked. On
-// request, also records the calculation of a phase's properties: the state for which the package calculates, and fugacities; and
-// that of a unit operation: the flows of the materials that it reads and sets.
+// What a package reads from materials and sets in them during one equilibrium calculation: the feed, the phases, their states
+// and shares. Rules judge by it, and redaction needs it to keep the balance. A material whose values are not certain is marked.
+// On request, also records the calculation of a phase's properties: the state for which the package calculates, and fugacities;
+// and that of a unit operation: the flows of the materials that it reads and sets.
 #pragma once
 
 #include <deque>
@@ -17,7 +17,7 @@ namespace zelt::ctl {
 class FlashRecord {
 public:
     struct Composition {
-        std::vector<double> fractions;  // of all compounds, or other values of them; empty while unknown
+        std::vector<double> fractions;  // or other values, one for each compound; empty while unknown
         std::string basis;
         int line = 0;
     };

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "ctl/log/log_values.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "ctl/log/log_values.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {

@@ -30,7 +30,7 @@ public:
 
     // The next step; null at the end. Valid until the next call of this function.
     const RecordedStep* Next();
-    // As RecordingFile::ReportEnd, once all steps were read.
+    // As RecordingFile::ReportEnd, once all steps have been read.
     int ReportEnd(Output& messages) const { return file.ReportEnd(isClosed, messages); }
 
 private:

@@ -16,9 +16,9 @@ enum Column { kLabel, kLine, kCall, kObject };
 
 constexpr const wchar_t* kTitles[] = {L"Errors", L"Line", L"Call", L"Object"};
 constexpr int kColumns = std::size(kTitles);
-// As the user sees them: where it was comes before what it is, so that long labels may go on to the right.
+// The order on the screen. Labels come last, so that long ones may go on to the right.
 constexpr int kOrder[kColumns] = {kLine, kCall, kObject, kLabel};
-// Between a text and the edges of its column, and for an image, at 96 pixels to the inch.
+// The space beside a text in its column, and for an image, in pixels at 96 per inch.
 constexpr int kPadding = 12, kImage = 16;
 
 void InsertColumn(HWND list, int number)
@@ -163,7 +163,7 @@ LRESULT CALLBACK ErrorList::Procedure(HWND list, UINT message, WPARAM wParam, LP
     return result;
 }
 
-// Of a row that exists.
+// The row must exist.
 std::wstring ErrorList::Text(int row, int column) const
 {
     const std::size_t error = filter.Error(static_cast<std::size_t>(row));

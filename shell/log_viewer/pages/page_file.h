@@ -1,4 +1,4 @@
-// Reads pieces of a log that another program may change or cut off meanwhile. It is a file of its own beside the one that is read
+// Reads pieces of a log that another program may be changing or cutting off. It is a second file beside the one that is read
 // from the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut off would
 // end the program.
 #pragma once

@@ -1,8 +1,8 @@
 // A log of any size for a viewer: its items in file order, by number. What was read in pages is read again when it is needed, and
 // few pages are kept; what is in no page, such as the whole of a small log, is in a LogModel. Knows nothing about windows.
 //
-// While the log is read, items are added, and the relatives of some are not known yet. A page that has changed in the file since
-// then keeps its number of items, and each item says that it is no longer there.
+// While the log is read, items are added, and the relatives of some are not known yet. If a page has changed in the file when
+// it is read again, it keeps its number of items, and each item says that it is no longer there.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +40,7 @@ public:
 
     // Relatives, without removed items; kNoItem if there is none. kNoItem as an argument means the tree's root.
     ItemIndex Parent(ItemIndex item) const;
-    // After the last descendant; what has been read if that is not known.
+    // After the last descendant; Size() if that is not known yet.
     ItemIndex End(ItemIndex item) const;
     ItemIndex FirstChild(ItemIndex item) const;
     ItemIndex NextSibling(ItemIndex item) const;
@@ -63,8 +63,8 @@ public:
     std::size_t FirstErrorAfter(ItemIndex item) const;
     std::vector<std::string> LongestErrors(std::size_t most) const;
 
-    // Removes an item with everything below it. Call it for each item so far that IsQuery, in order from the first, and for no
-    // other. Then call CleanErrors once.
+    // Removes an item with everything below it. Call it only for items that IsQuery, in order from the first, and skip none.
+    // Then call CleanErrors once.
     bool IsQuery(ItemIndex item) const;
     void Remove(ItemIndex item);
     void CleanErrors() { rest.CleanErrors(); }
@@ -80,7 +80,7 @@ public:
     ItemIndex InRest(ItemIndex item) const { return item - base + StandIns(); }
 
 private:
-    // A page's items, after one item for each that is open at its beginning.
+    // A page's items, preceded by a stand-in for each item that is open at its beginning.
     struct LoadedPage {
         std::size_t number;
         LogModel items;

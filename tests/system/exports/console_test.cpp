@@ -1,4 +1,4 @@
-// The console's code page, in a console of this test's own.
+// The console's code page, in a console that the test allocates.
 #include "ctl/console.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ TEST_F(Console, HasItsCodePageAgainAtTheEnd)
 
 TEST_F(Console, HasItsCodePageAgainAfterCtrlC)
 {
-    SetConsoleCtrlHandler(nullptr, FALSE);  // another program may have started this one without Ctrl+C
+    SetConsoleCtrlHandler(nullptr, FALSE);  // the parent process may have switched Ctrl+C off
     SetConsoleCtrlHandler(Survive, TRUE);
     {
         const ctl::Utf8Console console;

@@ -362,7 +362,7 @@ TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// Only holders with other rights count, although the sign that keeps edits away is the same for all.
+// Only holders with other rights make the list shared, although every holder keeps edits away.
 TEST_F(Exports, AreSharedByHoldersWithOtherRightsOnly)
 {
     const PackageListHold plain(Rights::Plain);

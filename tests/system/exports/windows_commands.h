@@ -20,7 +20,7 @@ class Zeltctl : public ServedPackages {
 protected:
     static constexpr wchar_t kNowhere[] = L"{D0C70125-0000-4000-8000-00000000000A}";  // not a class
 
-    // Stores packages of the samples: one of each sort, and one whose class does not exist.
+    // Exports three of the samples' packages, and one whose class does not exist.
     static void ExportSamples();
 
     static std::wstring SettingText(const wchar_t* value, const wchar_t* key = L"Software\\ZELT");

@@ -1,4 +1,4 @@
-// What the options change, each seen without and with the option in one run.
+// What each option changes: one run shows it without and with the option.
 #include <cape-open.h>
 #include <ocidl.h>
 
@@ -63,7 +63,7 @@ struct OpenUnit {
     ComPtr<ICapeUtilities> utilities;
 };
 
-// A reopened unit, as some simulators make it: new, initialized, loaded.
+// Reopens a unit as some simulators do: InitNew, Initialize, Load.
 void Reopen(const char* what, IStream* saved)
 {
     const OpenUnit opened;

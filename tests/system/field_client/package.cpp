@@ -1,4 +1,4 @@
-// Uses the package: its older interfaces, with a stream that it reaches by name.
+// Uses the package's older interfaces, with a stream that the package reaches by name.
 #include <cape-open.h>
 
 #include "samples/component/text.h"

@@ -7,7 +7,7 @@
 
 namespace zelt::test {
 
-// Recognises streams by their identity.
+// Recognises the stream to copy by its COM identity.
 class OwnMaterialPart final : public sample::MaterialPart {
 public:
     OwnMaterialPart(com::Object& object, sample::CapeErrors& errors, sample::MaterialStore& store,

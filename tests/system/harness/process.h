@@ -1,6 +1,6 @@
-// A process that a test starts and owns: if it still runs, it is ended with its owner. Its output goes to a file,
-// because a process that it starts may outlive it and would hold a pipe open. Processes that COM starts (the server)
-// are opened by id. Failures throw std::runtime_error.
+// A process that a test starts and owns; the destructor ends it if it still runs. Its output goes to a file, because a
+// process that it starts may outlive it and would hold a pipe open. Processes that COM starts (the server) are opened
+// by id. Failures throw std::runtime_error.
 #pragma once
 
 #include <windows.h>

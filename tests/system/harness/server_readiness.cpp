@@ -3,7 +3,7 @@
 namespace zelt::test {
 namespace {
 
-// The window by which the main thread hears of other threads; null before it is made.
+// The window through which other threads reach the main thread; null before it is created.
 HWND MainThreadWindow(DWORD process)
 {
     HWND window = nullptr;

@@ -1,4 +1,4 @@
-// ZELT and ZELT64 on one machine: each has its own classes, serves clients of both widths, and leaves the other alone when it goes.
+// ZELT and ZELT64 on one machine: each has its own classes, serves clients of both widths, and unregisters without the other.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -28,7 +28,7 @@ protected:
         if (!fs::exists(OtherServerPath())) GTEST_SKIP() << "ZELT64.EXE is not built";
         zelt::RegistryKey classes;
         classes.Create({}, L"Software\\Classes");
-        // Makes what stays after unregistering, and the settings that a server makes, before the first snapshot.
+        // Before the snapshot, creates what unregistering leaves, and the settings that a server creates.
         Register(ServerPath());
         RunToEnd(ClientPath(), L"ZELT.ThermoSystem");
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));

@@ -138,7 +138,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
         ASSERT_TRUE(window);
         ASSERT_TRUE(WaitUntilServing(program));
         EXPECT_NE(L"", TitleOfAWindow(program.Id()));
-        // This process serves clients meanwhile, and outlives their release.
+        // While its window is open, the process serves clients and outlives their release.
         EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
         EXPECT_FALSE(program.Wait(2000));
         PostMessageW(window, WM_COMMAND, IDCANCEL, 0);

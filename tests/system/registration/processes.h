@@ -15,7 +15,7 @@ std::filesystem::path ClientPath();
 // The client of the other width; it may not have been built.
 std::filesystem::path OtherClientPath();
 
-// A process that a test starts; it ends with its owner.
+// Starts a process that ends with the returned object.
 zelt::test::Process Start(const std::filesystem::path& program, const std::wstring& arguments);
 
 // Runs a program and returns its exit code, or an unlikely code if it does not end in time.

@@ -11,7 +11,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Whatever ends a process in the middle of a call: the log is complete up to the last entry, and the next start works.
+// However a process ends in the middle of a call, the log is complete up to the last entry, and the next start works.
 namespace zelt::test {
 namespace {
 

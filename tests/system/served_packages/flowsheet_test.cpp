@@ -86,7 +86,7 @@ TEST_P(Flowsheets, GiveTheResultsOfTheUnitInProcessAndTheGoldenLogs)
     EXPECT_EQ("", MatchGolden("sample_flowsheet_package.zlg", Comparable(LogOf(false), Addresses::Alike)));
 }
 
-// One unit saves through each persistence interface, and one through none.
+// One unit for each persistence interface, and one without persistence.
 TEST_P(Flowsheets, AreSavedByOneProcessAndLoadedByAnother)
 {
     const struct {

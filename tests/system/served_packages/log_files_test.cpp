@@ -10,7 +10,7 @@ namespace {
 
 class LogFiles : public ServedPackages {};
 
-// "log-05March2012-14h07" for now, after waiting for a time at which the minute will not change soon.
+// "log-05March2012-14h07" for the current minute, after waiting until enough of the minute is left.
 std::wstring BaseNameOfThisMinute()
 {
     constexpr WORD kSafe = 45;

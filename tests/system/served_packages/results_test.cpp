@@ -128,7 +128,7 @@ TEST_P(Simulations, AreToldOfAMaterialThatThePackageKeeps)
                             "final release of &quot;Keeps Material&quot; (reference count 1)\"/>\r\n"
                             "</zeltlogdocument>\r\n"))
         << OnlyLog();
-    // The material that is never released is an object of the server.
+    // The material that is never released keeps the server running.
     ServerStays();
     EXPECT_NE(0u, ServerId());
 }

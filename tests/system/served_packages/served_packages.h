@@ -72,7 +72,7 @@ protected:
     static std::string ReadLog(const std::filesystem::path& path);
     // The recordings made since the test began.
     std::vector<std::filesystem::path> Recorded() const;
-    // All logs have recordings, and at the end of a test each is rendered and compared with its log.
+    // The recording of a log. At the end of a test, each recording is rendered and compared with its log.
     static std::filesystem::path RecordingOf(std::filesystem::path log);
     static std::string RenderedLog(const std::filesystem::path& recording);
 

@@ -45,7 +45,7 @@ SimulatorResult RunTool(const std::wstring& words);
 // Expects that zeltctl finds no difference when it makes the calls of a recording again.
 void ExpectReplayed(const std::filesystem::path& recording, const std::wstring& options = {});
 
-// How the output begins when the packages are those of our manager.
+// How the output begins when the packages come from ZELT's manager.
 std::string ManagerLine();
 
 // The output without the names of the manager and its packages: the part that must not depend on where a package runs.

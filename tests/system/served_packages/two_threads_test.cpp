@@ -1,6 +1,6 @@
 // A simulator that calculates on pool threads calls one package from two of them. While the package asks the first thread's
-// material, the second call enters: the calls nest, and each gets its own results: those that a single thread gets from the
-// package in process.
+// material, the second call enters. The calls nest, and each gets the results that a single thread gets from the package in
+// process.
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -16,7 +16,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using Flashes = std::vector<std::vector<double>>;
 
-// Flashes in all, 10,000 in a long run.
+// The number of flashes; 10,000 in a long run.
 int Count() { return 100 * Effort(); }
 
 // The vapour fraction and the composition of the vapour at conditions that differ from flash to flash.
@@ -127,7 +127,7 @@ class LoggedTwoThreads : public TwoThreads {
     bool IsLogged() const override { return true; }
 };
 
-// The log has whole calls: one that enters while another waits is inside it.
+// The log's calls are whole: one that enters while another waits is inside the other.
 TEST_F(LoggedTwoThreads, AreNestedInTheLogAsTheyEntered)
 {
     Compare(20);

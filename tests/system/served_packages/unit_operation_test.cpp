@@ -7,7 +7,7 @@
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
-#include "tests/unit/support/vendor_device.h"
+#include "tests/unit/support/vendor/vendor_device.h"
 
 namespace zelt::test {
 namespace {

@@ -13,7 +13,7 @@ Microsoft::WRL::ComPtr<IPersistStreamInit> CreatePravik(const wchar_t* progId);
 
 // Makes a unit that has the vendor's interface, too.
 HRESULT CreateVendorUnit(REFIID iid, void** result);
-// Uses that interface through PRAVIK, by its vtable and by name. Meanwhile the library is registered for this process's width.
+// Uses that interface through PRAVIK, by its vtable and by name, with the library registered for this process's width.
 void UseVendorInterface(const wchar_t* library, const wchar_t* progId);
 
 }  // namespace zelt::test

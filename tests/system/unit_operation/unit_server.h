@@ -16,7 +16,7 @@ namespace zelt::test {
 // {4C3F7A52-6E0D-4B1B-9A55-8C21E0B7D301}
 inline constexpr CLSID kServedUnit = {0x4C3F7A52, 0x6E0D, 0x4B1B, {0x9A, 0x55, 0x8C, 0x21, 0xE0, 0xB7, 0xD3, 0x01}};
 
-// What the last unit of this process saved or loaded, and what is connected to it.
+// What this process's units calculate, save and load, and what is connected to them.
 struct UnitState {
     std::string state;
     Microsoft::WRL::ComPtr<IDispatch> connected;

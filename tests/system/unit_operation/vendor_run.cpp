@@ -7,7 +7,7 @@
 
 #include "tests/system/unit_operation/runs.h"
 #include "tests/system/unit_operation/unit_server.h"
-#include "tests/unit/support/vendor_device.h"
+#include "tests/unit/support/vendor/vendor_device.h"
 
 namespace zelt::test {
 namespace {

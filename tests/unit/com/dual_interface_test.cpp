@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "vendor_fixture.h"
+#include "vendor/vendor_fixture.h"
 
 namespace zelt::test {
 namespace {
@@ -18,7 +18,7 @@ struct ParameterRow {
     VARTYPE type;
     int pointers;
     std::size_t size;
-    std::size_t words32;  // of a 32-bit stack that the argument takes; it takes one word of a 64-bit stack
+    std::size_t words32;  // of a 32-bit stack; on a 64-bit stack, every argument takes one word
 };
 
 // clang-format off

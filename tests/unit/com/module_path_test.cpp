@@ -1,4 +1,4 @@
-// The path of a module, whatever its length.
+// A module's path is returned whole, however long it is.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// Interfaces that objects in the field offer beyond those of their kind, with the proxies that programs ask for them.
+// Interfaces that objects in the field offer in addition to those of their kind: their proxies offer them, too.
 #include "dynamic_fake.h"
 #include "interface_shape.h"
 #include "proxy_classes.h"
@@ -83,8 +83,8 @@ TEST_P(Scenes, FindTheirInterfaces)
     EXPECT_NE("", Written().substr(before));
 }
 
-// The rows of the specification also serve the parameter: the log has their names, and their arguments in the same
-// order.
+// The logged methods of a specification also serve a parameter: the log has the same names, and the arguments in the
+// same order.
 TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
 {
     const auto object = DynamicFake::Make(L"Pressure");

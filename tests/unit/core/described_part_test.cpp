@@ -1,5 +1,6 @@
-// Interfaces beyond those of a proxy's class: every dual interface of the standard, each carried by a part that is made from
-// type information or has the logged methods of another proxy class. The wrapped object is made from the same type information and records what arrives.
+// Interfaces that a proxy's class lacks: every dual interface of the standard, each carried by a part that is made from
+// type information or has the logged methods of another proxy class. The wrapped object is made from the same type
+// information and records what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>

@@ -2,8 +2,8 @@
 #include "com/text.h"
 #include "log/log_text.h"
 #include "system/narrow.h"
-#include "vendor_fixture.h"
-#include "vendor_values.h"
+#include "vendor/vendor_fixture.h"
+#include "vendor/vendor_values.h"
 
 namespace zelt::test {
 namespace {

@@ -1,4 +1,4 @@
-// What a failing callee says beyond the error line: one more line in the call, and none when the error line has it all.
+// What a failing callee says in addition to the error line: one more line in the call, or none if it adds nothing.
 #include <oleauto.h>
 
 #include <functional>
@@ -27,7 +27,7 @@ ComPtr<IErrorInfo> MakeInformation(const wchar_t* description, const wchar_t* so
     return information;
 }
 
-// Error information whose getters end as `how` says.
+// Error information whose getters run `how`.
 class HostileInformation final : public IErrorInfo {
 public:
     explicit HostileInformation(std::function<HRESULT(BSTR*)> how) : how(std::move(how)) {}
@@ -190,7 +190,7 @@ TEST_F(FailureDetail, OfAnOlderFailureIsNotThisOnes)
     Fail(E_FAIL);
     EXPECT_EQ(Call("", SystemLine(E_FAIL)), News());
     EXPECT_EQ(older.Get(), Taken().Get());
-    // A call may clear it, as objects that report errors through it do; then there is none afterwards.
+    // A call may clear the error information, as objects that report errors through it do; then none is left.
     SetErrorInfo(0, older.Get());
     package->duringCall = [] { SetErrorInfo(0, nullptr); };
     Fail(E_FAIL);

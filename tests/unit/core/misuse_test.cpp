@@ -1,4 +1,4 @@
-// What packages and simulators should not do: it has no consequences for the server.
+// Packages and simulators do what they should not; the server is unharmed.
 #include <thread>
 
 #include "guard/calls_in_progress.h"

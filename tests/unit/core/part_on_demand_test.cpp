@@ -1,4 +1,4 @@
-// Which interfaces a proxy may carry beyond those of its class. The identifiers are spelled out here, independently of
+// Which interfaces a proxy may carry in addition to those of its class. The identifiers are spelled out here, independently of
 // the product's.
 #include "core/part_on_demand.h"
 
@@ -15,13 +15,13 @@ IID IidFrom(const wchar_t* text)
     return iid;
 }
 
-struct Row {
+struct DemandRow {
     const char* name;
     const wchar_t* iid;
 };
 
 // clang-format off
-constexpr Row kNever[] = {
+constexpr DemandRow kNever[] = {
     {"IUnknown",                     L"{00000000-0000-0000-C000-000000000046}"},
     {"IMarshal",                     L"{00000003-0000-0000-C000-000000000046}"},
     {"IStdMarshalInfo",              L"{00000018-0000-0000-C000-000000000046}"},
@@ -40,13 +40,13 @@ constexpr Row kNever[] = {
 
 TEST(PartOnDemand, IsNeverMadeForWhatComReliesOn)
 {
-    for (const Row& row : kNever) EXPECT_FALSE(MayCarry(IidFrom(row.iid))) << row.name;
+    for (const DemandRow& row : kNever) EXPECT_FALSE(MayCarry(IidFrom(row.iid))) << row.name;
 }
 
 // Every other identifier may be a vendor's, however similar.
 TEST(PartOnDemand, MayBeMadeForAnyOtherInterface)
 {
-    for (const Row& row : kNever) {
+    for (const DemandRow& row : kNever) {
         const IID iid = IidFrom(row.iid);
         // Only the first four bytes differ within COM's range.
         const bool isOfRange = iid.Data2 == 0;

@@ -188,7 +188,7 @@ private:
                 ++own;
                 continue;
             }
-            // Besides, the object may only be asked to describe a failure.
+            // Otherwise, the object is asked only to describe a failure.
             const std::string name = recorded.shape->name + "::" + recorded.method->name;
             EXPECT_TRUE(FAILED(scenario.result) &&
                         (name == "ECapeUser::get_description" || name == "ECapeRoot::get_name"))
@@ -355,8 +355,8 @@ private:
     std::unique_ptr<MethodCall> call;
 };
 
-// True for interfaces that the walk omits: a proxy's two for the server and for COM, which log nothing; and
-// persistence, which is not an automation interface and has its own tests.
+// True for interfaces that the walk omits: IOriginalObject and ISupportErrorInfo, which log nothing, and those for
+// persistence, which are not automation interfaces and have their own tests.
 bool IsUnlogged(REFIID iid)
 {
     for (const IID& unlogged :

@@ -1,8 +1,8 @@
-// A vendor's interface, which only the type library that the registry names for it describes.
+// A vendor's interface, described only by the type library that the registry names for it.
 #include "com/text.h"
 #include "log/value_text.h"
-#include "vendor_fixture.h"
-#include "vendor_values.h"
+#include "vendor/vendor_fixture.h"
+#include "vendor/vendor_values.h"
 
 namespace zelt::test {
 namespace {
@@ -126,7 +126,7 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
     EXPECT_EQ(7, static_cast<long>(mode));
 }
 
-// Interfaces that the module's libraries do not describe have identifiers of their own.
+// Each interface that the module's libraries do not describe gets different identifiers.
 TEST_F(VendorInterface, IsKeptApartFromAnotherVendors)
 {
     struct Scriptable final : com::Object {

@@ -60,7 +60,7 @@ TEST_F(WholeDispatch, ReachesEveryInterfaceOfItsClassAndOfItsObject)
     EXPECT_EQ("ICapeThermoPhases::GetPhaseInfo",
               Arriving(script.Get(), L"GetPhaseInfo", kCall, {_variant_t(L"Vapor"), _variant_t(L"state")}));
     EXPECT_EQ("ECapeUser::get_description", Arriving(script.Get(), L"description", kCall, {}));
-    // Beyond the class: by rows, and by type information.
+    // Outside the class: via rows, then type information.
     EXPECT_EQ("ICapeUnit::Calculate", Arriving(script.Get(), L"Calculate", kCall, {}));
     EXPECT_EQ("ICapeThermoPetroFractions::Characterize", Arriving(script.Get(), L"Characterize", kCall, {}));
     // The queries that the dispatcher makes leave no warning.
@@ -81,7 +81,7 @@ TEST_F(WholeDispatch, HasIdentifiersThatStay)
     EXPECT_EQ(first, again);
 }
 
-// Clients keep the identifiers that one object gave them for all objects of its kind.
+// Clients reuse identifiers from one object for all other objects of its kind.
 TEST_F(WholeDispatch, HasTheSameIdentifiersInEveryObject)
 {
     const ComPtr<CPropertyPackage11> one = MakeProxy(wrapped.Get()), other = MakeProxy(wrapped.Get(), false);
@@ -146,7 +146,7 @@ TEST_F(WholeDispatch, HandsFailuresOn)
     for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
 }
 
-// The generation whose interface a script meets first.
+// GetTypeInfo returns the interface of the material's generation.
 TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
 {
     const ComPtr<CPropertyPackage11> package = MakeProxy(wrapped.Get());
@@ -174,7 +174,7 @@ TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
     }
 }
 
-// An object with a member of its own, Colour, which no library describes: a property with one index, and a method that
+// An object with a member, Colour, that no library describes: a property with one index, and a method that
 // changes its argument.
 class OwnNames final : public com::Object {
 public:
@@ -260,7 +260,7 @@ TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)
                    " <arg name=\"argument 1\" direc=\"in\" type=\"VT_I4\">\n  <argval value=\"6\"/>\n </arg>\n"
                    " <arg name=\"argument 1\" direc=\"out\" type=\"VT_I4\">\n  <argval value=\"7\"/>\n </arg>\n"),
               Written().substr(before));
-    // A failure that the object describes in its own way, whether or not the caller asks for that.
+    // A failure's description is logged whether or not the caller passes an EXCEPINFO.
     object->answer = DISP_E_EXCEPTION;
     for (const bool asks : {false, true}) {
         before = Written().size();
@@ -296,7 +296,7 @@ HRESULT STDAPICALLTYPE FaultInstead(EXCEPINFO*)
     return S_OK;
 }
 
-// An object may describe its failure only when asked to; the function that does so is foreign code.
+// An object may defer its failure's description; the function that supplies it is foreign code.
 TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
 {
     const ComPtr<OwnNames> object(new OwnNames);
@@ -322,7 +322,7 @@ TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
                   Written().substr(before));
         SysFreeString(exception.bstrDescription);
     }
-    // Without a log, too, the caller has nothing left to call.
+    // Without a log, too, the description comes at once.
     asked = 0;
     const ComPtr<CPropertyPackage11> silent = MakeProxy(object.Get(), false);
     EXCEPINFO exception = {};
@@ -338,7 +338,7 @@ TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
     EXPECT_EQ(nullptr, exception.bstrDescription);
 }
 
-// Scripts read the value of an object, and go through a collection, without asking for a name.
+// Scripts read an object's default value, and enumerate a collection, without GetIDsOfNames.
 TEST_F(WholeDispatch, ForwardsIdentifiersThatAreTheSameForEveryObject)
 {
     const ComPtr<OwnNames> object(new OwnNames);
@@ -373,7 +373,7 @@ TEST_F(WholeDispatch, ForwardsIdentifiersThatAreTheSameForEveryObject)
     object->standard = DISPID_UNKNOWN;
     EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(script.Get(), DISPID_UNKNOWN, DISPATCH_METHOD, {}));
     EXPECT_EQ(DISPID_UNKNOWN, object->standard);
-    // An object without an IDispatch of its own.
+    // An object without IDispatch.
     const ComPtr<CPropertyPackage11> plain = MakeProxy(wrapped.Get());
     wrapped->Refuse(IID_IDispatch);
     EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Invoke(As<IDispatch>(plain).Get(), DISPID_VALUE, DISPATCH_PROPERTYGET, {}));

@@ -12,8 +12,8 @@
 namespace zelt {
 namespace {
 
-// Many of the system's libraries load ucrtbase.dll when the process starts. A test that runs alone in its process has
-// loaded nothing since.
+// Many of the system's libraries load ucrtbase.dll when the process starts, so the trap must not wait for a later load.
+// Only a run of this test alone in its process checks that.
 TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
 {
     const HMODULE library = GetModuleHandleW(L"ucrtbase.dll");
@@ -22,7 +22,7 @@ TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
     ASSERT_NE(nullptr, end);
     // The second call meets the trap that was set again after the first.
     for (int i = 0; i < 2; ++i) {
-        const tests::Outcome outcome = tests::CallGuarded([end]() -> HRESULT {
+        const tests::CallEnd outcome = tests::CallGuarded([end]() -> HRESULT {
             end();
             return S_OK;
         });
@@ -42,7 +42,7 @@ bool EndsCallsOnly(HMODULE library, const char* name)
 {
     const auto end = Find<void(__cdecl*)()>(library, name);
     for (int i = 0; end && i < 2; ++i) {
-        const tests::Outcome outcome = tests::CallGuarded([end]() -> HRESULT {
+        const tests::CallEnd outcome = tests::CallGuarded([end]() -> HRESULT {
             end();
             return S_OK;
         });
@@ -98,7 +98,7 @@ TEST_P(OlderRuntime, KeepsThePackagesOwnHandler)
     const Handler before = set(CountReport);
     reports = 0;
     EXPECT_TRUE(EndsCallsOnly(library, "abort"));  // sets the traps again
-    const tests::Outcome outcome = tests::CallGuarded([report]() -> HRESULT {
+    const tests::CallEnd outcome = tests::CallGuarded([report]() -> HRESULT {
         report();
         return S_OK;
     });

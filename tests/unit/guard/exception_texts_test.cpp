@@ -9,13 +9,13 @@
 namespace zelt::test {
 namespace {
 
-struct Row {
+struct ExceptionText {
     DWORD code;
     const char* text;
 };
 
 // clang-format off
-constexpr Row kTexts[] = {
+constexpr ExceptionText kTexts[] = {
     {0xC0000005, "EXCEPTION_ACCESS_VIOLATION: The thread tried to read from or write to a virtual address for which it does not have the appropriate access."},
     {0x80000002, "EXCEPTION_DATATYPE_MISALIGNMENT: The thread tried to read or write data that is misaligned on hardware that does not provide alignment. For example, 16-bit values must be aligned on 2-byte boundaries; 32-bit values on 4-byte boundaries, and so on."},
     {0x80000003, "EXCEPTION_BREAKPOINT: A breakpoint was encountered."},
@@ -43,7 +43,7 @@ TEST(ExceptionTexts, EachCodeHasItsWholeText)
 {
     EXPECT_EQ(20u, std::size(kTexts));
     std::map<DWORD, std::string> byCode;
-    for (const Row& row : kTexts) {
+    for (const ExceptionText& row : kTexts) {
         EXPECT_TRUE(byCode.emplace(row.code, row.text).second);
         EXPECT_STREQ(row.text, SE_Exception(row.code).Text());
     }
@@ -53,7 +53,7 @@ TEST(ExceptionTexts, EachCodeHasItsWholeText)
 TEST(ExceptionTexts, AllOthersShareOne)
 {
     std::map<DWORD, std::string> byCode;
-    for (const Row& row : kTexts) byCode.emplace(row.code, row.text);
+    for (const ExceptionText& row : kTexts) byCode.emplace(row.code, row.text);
     for (const DWORD family : {0x00000000u, 0x40000000u, 0x80000000u, 0xC0000000u}) {
         for (DWORD low = 0; low < 0x1000; ++low) {
             const DWORD code = family | low;

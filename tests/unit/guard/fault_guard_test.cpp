@@ -19,6 +19,8 @@ namespace {
 using faulty::Deed;
 using faulty::Order;
 using test::Watchdog;
+using tests::AnswersAgain;
+using tests::CallEnd;
 using tests::CallGuarded;
 using tests::End;
 using tests::Exists;
@@ -26,19 +28,12 @@ using tests::FaultRow;
 using tests::kRaisedCodes;
 using tests::kRealFaults;
 using tests::MayReport;
-using tests::Outcome;
 using tests::Packages;
 using tests::ProcessorState;
 
 constexpr int kRepeats = 1000;
 
-bool AnswersAgain(faulty::Misbehave misbehave)
-{
-    const Outcome outcome = CallGuarded(misbehave, {Deed::Return});
-    return outcome.end == End::Returned && outcome.result == faulty::kDone;
-}
-
-// Control words that no runtime library sets (53 bits of precision, flush to zero), to check that they are preserved.
+// Unusual control words (53 bits of precision, flush to zero), to check that they are preserved.
 class UnusualControlWords {
 public:
     UnusualControlWords()
@@ -69,7 +64,7 @@ TEST(FaultGuard, RealFaultsBecomeExceptionsAndTheNextCallReturns)
             SCOPED_TRACE(std::string(package.name) + ": " + row.name);
             const ProcessorState before = ProcessorState::Now();
             for (int i = 0; i < kRepeats; ++i) {
-                const Outcome outcome = CallGuarded(package.misbehave, {row.deed});
+                const CallEnd outcome = CallGuarded(package.misbehave, {row.deed});
                 ASSERT_EQ(before, ProcessorState::Now());
                 ASSERT_EQ(End::Fault, outcome.end);
                 ASSERT_TRUE(MayReport(row, outcome.code)) << std::hex << outcome.code;
@@ -87,7 +82,7 @@ TEST(FaultGuard, RaisedCodesOfEveryOriginAreTaken)
             for (const DWORD flags : {0ul, static_cast<DWORD>(EXCEPTION_NONCONTINUABLE)}) {
                 const ProcessorState before = ProcessorState::Now();
                 for (int i = 0; i < kRepeats / 10; ++i) {
-                    const Outcome outcome = CallGuarded(package.misbehave, {Deed::Raise, code, flags});
+                    const CallEnd outcome = CallGuarded(package.misbehave, {Deed::Raise, code, flags});
                     ASSERT_EQ(before, ProcessorState::Now()) << std::hex << code;
                     ASSERT_EQ(End::Fault, outcome.end) << std::hex << code;
                     ASSERT_EQ(code, outcome.code);
@@ -104,7 +99,7 @@ int OverflowsTaken()
     for (const auto& package : Packages()) {
         const ProcessorState before = ProcessorState::Now();
         for (int i = 0; i < 20; ++i) {
-            const Outcome outcome = CallGuarded(package.misbehave, {Deed::StackOverflow});
+            const CallEnd outcome = CallGuarded(package.misbehave, {Deed::StackOverflow});
             taken += outcome.code == EXCEPTION_STACK_OVERFLOW && before == ProcessorState::Now() &&
                      AnswersAgain(package.misbehave);
         }
@@ -184,7 +179,7 @@ TEST(FaultGuard, EndlessMutualCallsEndInOneOverflow)
 struct Nested {
     faulty::Misbehave misbehave;
     Deed inner;
-    Outcome innerOutcome{};
+    CallEnd innerOutcome{};
 
     static void CallBack(void* context)
     {
@@ -199,13 +194,13 @@ void TestNestedGuards()
     for (const auto& package : Packages()) {
         for (const Deed inner : {Deed::WriteNull, Deed::StackOverflow, Deed::DivideByZero}) {
             Nested nested{package.misbehave, inner};
-            const Outcome outer = CallGuarded(package.misbehave, {Deed::CallBack, 0, 0, Nested::CallBack, &nested});
+            const CallEnd outer = CallGuarded(package.misbehave, {Deed::CallBack, 0, 0, Nested::CallBack, &nested});
             EXPECT_EQ(End::Returned, outer.end);
             EXPECT_EQ(faulty::kDone, outer.result);
             EXPECT_EQ(End::Fault, nested.innerOutcome.end);
         }
         // The outer call faults after the inner call.
-        const Outcome outcome = CallGuarded([&] {
+        const CallEnd outcome = CallGuarded([&] {
             Nested nested{package.misbehave, Deed::Illegal};
             const Order order{Deed::CallBack, 0, 0, Nested::CallBack, &nested};
             package.misbehave(&order);
@@ -232,7 +227,7 @@ TEST(FaultGuard, FaultsThatThePackageHandlesStayItsOwn)
     for (const auto& package : Packages()) {
         for (const Deed deed : {Deed::HandledFault, Deed::ThrowInside}) {
             for (int i = 0; i < kRepeats; ++i) {
-                const Outcome outcome = CallGuarded(package.misbehave, {deed});
+                const CallEnd outcome = CallGuarded(package.misbehave, {deed});
                 ASSERT_EQ(End::Returned, outcome.end) << package.name << " " << static_cast<int>(deed);
                 ASSERT_EQ(faulty::kHandled, outcome.result);
             }

@@ -17,20 +17,15 @@ namespace zelt {
 namespace {
 
 using faulty::Deed;
+using tests::AnswersAgain;
+using tests::CallEnd;
 using tests::CallGuarded;
 using tests::End;
-using tests::Outcome;
 using tests::Packages;
 using tests::ProcessorState;
 
-constexpr int kRepeats = 1000;
+constexpr int kMany = 1000;
 constexpr bool kIs64 = sizeof(void*) == 8;
-
-bool AnswersAgain(faulty::Misbehave misbehave)
-{
-    const Outcome outcome = CallGuarded(misbehave, {Deed::Return});
-    return outcome.end == End::Returned && outcome.result == faulty::kDone;
-}
 
 struct Counted {
     int& count;
@@ -45,7 +40,7 @@ TEST(OwnExceptions, PassThroughUnchanged)
     static const char* const text = "our own text";
     int destroyed = 0;
     const ProcessorState before = ProcessorState::Now();
-    for (int i = 0; i < kRepeats; ++i) {
+    for (int i = 0; i < kMany; ++i) {
         try {
             Guarded([&]() -> HRESULT {
                 Counted counted{destroyed};
@@ -69,7 +64,7 @@ TEST(OwnExceptions, PassThroughUnchanged)
         }
         ASSERT_EQ(before, ProcessorState::Now());
     }
-    EXPECT_EQ(3 * kRepeats, destroyed);
+    EXPECT_EQ(3 * kMany, destroyed);
     EXPECT_EQ(End::RuntimeError, CallGuarded([]() -> HRESULT { throw std::runtime_error("x"); }).end);
 }
 
@@ -116,8 +111,8 @@ TEST(GccPackages, WhatTheyThrowArrivesAsAnException)
             if (!known) expected = End::Foreign;
             const bool hasText = expected != End::Foreign && expected != End::Number;
             const ProcessorState before = ProcessorState::Now();
-            for (int i = 0; i < kRepeats / 10; ++i) {
-                const Outcome outcome = CallGuarded(package.misbehave, {row.deed});
+            for (int i = 0; i < kMany / 10; ++i) {
+                const CallEnd outcome = CallGuarded(package.misbehave, {row.deed});
                 ASSERT_EQ(before, ProcessorState::Now());
                 ASSERT_EQ(expected, outcome.end);
                 ASSERT_EQ(hasText ? row.text : "", outcome.text);
@@ -179,7 +174,7 @@ struct MicrosoftThrow {
         return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(address) - base);
     }
 
-    Outcome Raise(DWORD count = kIs64 ? 4 : 3) const
+    CallEnd Raise(DWORD count = kIs64 ? 4 : 3) const
     {
         return CallGuarded([&]() -> HRESULT {
             RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, count, parameters);
@@ -198,8 +193,8 @@ TEST(MicrosoftPackages, ThrownTextIsCopied)
             MicrosoftThrow thrown(type, ".PEBX", "text of a package");
             thrown.parameters[0] = version;
             const ProcessorState before = ProcessorState::Now();
-            for (int i = 0; i < kRepeats / 10; ++i) {
-                const Outcome outcome = thrown.Raise();
+            for (int i = 0; i < kMany / 10; ++i) {
+                const CallEnd outcome = thrown.Raise();
                 ASSERT_EQ(before, ProcessorState::Now());
                 ASSERT_EQ(End::ThrownText, outcome.end) << type;
                 ASSERT_EQ("text of a package", outcome.text);
@@ -295,7 +290,7 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
     const PageEnd page(true);
     char* const start = page.End() - 4;
     std::copy_n("abcd", 4, start);
-    const Outcome cut = MicrosoftThrow(kConstText, ".H", start).Raise();
+    const CallEnd cut = MicrosoftThrow(kConstText, ".H", start).Raise();
     EXPECT_EQ("abcd", cut.text);
 
     std::copy_n("abc", 4, start);

@@ -9,14 +9,14 @@
 namespace zelt {
 namespace {
 
-struct Row {
+struct CodeText {
     DWORD code;
     const char* name;
     std::size_t length;  // The length of the whole text.
 };
 
 // clang-format off
-constexpr Row kRows[] = {
+constexpr CodeText kRows[] = {
     {0xC0000005, "EXCEPTION_ACCESS_VIOLATION",          138},
     {0x80000002, "EXCEPTION_DATATYPE_MISALIGNMENT",     247},
     {0x80000003, "EXCEPTION_BREAKPOINT",                 51},
@@ -43,7 +43,7 @@ constexpr Row kRows[] = {
 TEST(SeException, EachCodeHasItsText)
 {
     std::set<std::string> texts;
-    for (const Row& row : kRows) {
+    for (const CodeText& row : kRows) {
         const SE_Exception exception(row.code);
         EXPECT_EQ(row.code, exception.Code());
         const std::string text = exception.Text();

@@ -79,7 +79,7 @@ protected:
     }
 };
 
-struct Row {
+struct HostileText {
     const char* name;
     const wchar_t* text;
     const char* shown;  // the part that a log can contain
@@ -88,7 +88,7 @@ struct Row {
 TEST_F(HostileTexts, AreLoggedAndReadBack)
 {
     // clang-format off
-    const Row rows[] = {
+    const HostileText rows[] = {
         {"markup",     L"</func></zeltlogdocument><info value=\"forged\"/>", "</func></zeltlogdocument><info value=\"forged\"/>"},
         {"references", L"&lt;&#0;&unknown;&amp;&#x41;",                     "&lt;&#0;&unknown;&amp;&#x41;"},
         {"sections",   L"]]><![CDATA[ --> <!-- <?xml ?> <!DOCTYPE a []>",   "]]><![CDATA[ --> <!-- <?xml ?> <!DOCTYPE a []>"},
@@ -97,7 +97,7 @@ TEST_F(HostileTexts, AreLoggedAndReadBack)
         {"formats",    L"%s%n%1!s! {0} $(x) \\0",                           "%s%n%1!s! {0} $(x) \\0"},
     };
     // clang-format on
-    for (const Row& row : rows) {
+    for (const HostileText& row : rows) {
         SCOPED_TRACE(row.name);
         Events events;
         EXPECT_EQ(LogReadResult::Complete, Log(row.text, row.text, events));

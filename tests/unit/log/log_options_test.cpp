@@ -262,7 +262,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
             EXPECT_STREQ(L"ZELT", saved.Failure().caption);
             EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR | MB_TOPMOST), saved.Failure().flags);
         }
-        // That the value of another option cannot be stored is no failure: the user has not changed that option.
+        // It is no failure if another option cannot be stored: the user has not changed it.
         for (const auto& other : rows) {
             if (other.option == row.option) continue;
             const zelt::test::RefusedWrites refused({other.value});

@@ -44,8 +44,8 @@ TEST(DoubleText, IsThatOfTheStandardLibraryAtTheEdges)
     EXPECT_EQ(Expected(std::numeric_limits<double>::max()), Written(std::numeric_limits<double>::max()));
 }
 
-// Every power of ten, beyond both ends of the scaling table. With the standard library's assertions, an access
-// beyond the table ends the program.
+// Every power of ten, even outside the scaling table. The standard library's assertions end the program at an access
+// outside it.
 TEST(DoubleText, IsThatOfTheStandardLibraryAroundEachPowerOfTen)
 {
     for (int power = -323; power <= 308; ++power) {

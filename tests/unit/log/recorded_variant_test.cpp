@@ -1,4 +1,4 @@
-// Values made from recordings: what a damaged or forged recording says of itself never becomes memory that is not there.
+// Values made from recordings: a damaged or forged recording never makes them refer to memory that is not there.
 #include "log/recording/recorded_variant.h"
 
 #include <gtest/gtest.h>
@@ -84,7 +84,7 @@ TEST(RecordedVariants, RefuseArraysWhoseElementsAreOthers)
 
 TEST(RecordedVariants, SayWhatTheSystemCannotCopy)
 {
-    // A component gave texts another size, or no memory.
+    // Arrays whose element size is wrong, or that have no data.
     Value odd = OfArray(VT_BSTR, 1, 2);
     odd.array.front().numbers = {kSixteenBytes, 2};
     EXPECT_FALSE(RecordedVariant(odd).IsCopyable());

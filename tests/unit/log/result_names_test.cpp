@@ -9,13 +9,13 @@
 namespace zelt::test {
 namespace {
 
-struct Row {
+struct ResultName {
     unsigned code;
     const char* name;
 };
 
 // clang-format off
-constexpr Row kNames[] = {
+constexpr ResultName kNames[] = {
     {0x8000000A, "E_PENDING"}, {0x80004001, "E_NOTIMPL"}, {0x80004002, "E_NOINTERFACE"}, {0x80004003, "E_POINTER"},
     {0x80004004, "E_ABORT"}, {0x80004005, "E_FAIL"},
     {0x80004006, "CO_E_INIT_TLS"}, {0x80004007, "CO_E_INIT_SHARED_ALLOCATOR"},
@@ -113,7 +113,7 @@ TEST(ResultNames, EachCodeHasItsOwn)
 {
     EXPECT_EQ(kCount, std::size(kNames));
     std::map<unsigned, std::string> byCode;
-    for (const Row& row : kNames) {
+    for (const ResultName& row : kNames) {
         EXPECT_TRUE(byCode.emplace(row.code, row.name).second) << row.name;
         EXPECT_EQ(row.name, NameOf(row.code));
     }
@@ -123,7 +123,7 @@ TEST(ResultNames, EachCodeHasItsOwn)
 TEST(ResultNames, AllOtherCodesAreHexadecimal)
 {
     std::map<unsigned, std::string> named;
-    for (const Row& row : kNames) named.emplace(row.code, row.name);
+    for (const ResultName& row : kNames) named.emplace(row.code, row.name);
     std::size_t met = 0;
     for (const unsigned severity : {0u, 0x80000000u}) {
         for (unsigned low = 0; low < 0xA0000; ++low) {

@@ -1,5 +1,4 @@
-// Resources that the machine lacks or other programs hold: the calls continue, and what was logged so far stays
-// readable.
+// Resources that the machine lacks or other programs hold: the calls continue, and what has been logged stays readable.
 #include <fcntl.h>
 #include <io.h>
 #include <malloc.h>
@@ -266,8 +265,8 @@ protected:
         EXPECT_EQ(S_OK, utilities->Initialize());
         return result;
     }
-    // Runs `body` on a thread of its own, whose stack is as large as that of the server's main thread, however the
-    // tests are run.
+    // Runs `body` on a new thread, whose stack is as large as that of the server's main thread, however the tests are
+    // run.
     template <class Body>
     void OnOwnThread(Body body)
     {

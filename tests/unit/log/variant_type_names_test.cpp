@@ -9,13 +9,13 @@
 namespace zelt::test {
 namespace {
 
-struct Row {
+struct TypeNameRow {
     unsigned type;
     const char* name;
 };
 
 // clang-format off
-constexpr Row kBaseTypes[] = {
+constexpr TypeNameRow kBaseTypes[] = {
     {0x0000, "VT_EMPTY"}, {0x0001, "VT_NULL"}, {0x0002, "VT_I2"}, {0x0003, "VT_I4"}, {0x0004, "VT_R4"},
     {0x0005, "VT_R8"}, {0x0006, "VT_CY"}, {0x0007, "VT_DATE"}, {0x0008, "VT_BSTR"}, {0x0009, "VT_DISPATCH"},
     {0x000A, "VT_ERROR"}, {0x000B, "VT_BOOL"}, {0x000C, "VT_VARIANT"}, {0x000D, "VT_UNKNOWN"}, {0x000E, "VT_DECIMAL"},
@@ -27,7 +27,7 @@ constexpr Row kBaseTypes[] = {
     {0x0043, "VT_STORAGE"}, {0x0044, "VT_STREAMED_OBJECT"}, {0x0045, "VT_STORED_OBJECT"}, {0x0046, "VT_BLOB_OBJECT"},
     {0x0047, "VT_CF"}, {0x0048, "VT_CLSID"}, {0x0049, "VT_VERSIONED_STREAM"}, {0x0FFF, "VT_BSTR_BLOB"},
 };
-constexpr Row kFlags[] = {
+constexpr TypeNameRow kFlags[] = {
     {0x2000, "VT_ARRAY|"}, {0x1000, "VT_VECTOR|"}, {0x4000, "VT_BYREF|"}, {0x8000, "VT_RESERVED|"},
 };
 // clang-format on
@@ -36,10 +36,10 @@ TEST(VariantTypeNames, OfEveryType)
 {
     EXPECT_EQ(45u, std::size(kBaseTypes));
     std::map<unsigned, std::string> names;
-    for (const Row& row : kBaseTypes) EXPECT_TRUE(names.emplace(row.type, row.name).second) << row.name;
+    for (const TypeNameRow& row : kBaseTypes) EXPECT_TRUE(names.emplace(row.type, row.name).second) << row.name;
     for (unsigned type = 0; type < 0x10000; ++type) {
         std::string expected;
-        for (const Row& flag : kFlags) {
+        for (const TypeNameRow& flag : kFlags) {
             if (type & flag.type) expected += flag.name;
         }
         const auto known = names.find(type & 0x0FFF);

@@ -10,7 +10,7 @@ using namespace std::string_view_literals;
 using zelt::ExportedPackage;
 using zelt::PackageKind;
 
-constexpr CLSID kClass = {0x4CCF55DB, 0xE332, 0x42F8, {0xB6, 0x85, 0x18, 0x89, 0x89, 0xF8, 0xE1, 0xEC}};
+constexpr CLSID kSampleClass = {0x4CCF55DB, 0xE332, 0x42F8, {0xB6, 0x85, 0x18, 0x89, 0x89, 0xF8, 0xE1, 0xEC}};
 const std::string kClassText = "{4CCF55DB-E332-42F8-B685-188989F8E1EC}";
 
 std::string MultiString(const std::vector<std::string>& strings)
@@ -29,22 +29,23 @@ std::string ClassAnd(std::string_view rest)
 
 TEST(ExportedPackage, IsFiveStringsAndAFinalTerminator)
 {
-    const ExportedPackage package = {kClass, PackageKind::ReactionPackage10FromManager, L"inner", L"outer", true};
+    const ExportedPackage package = {kSampleClass, PackageKind::ReactionPackage10FromManager, L"inner", L"outer", true};
     EXPECT_EQ(MultiString({kClassText, "4", "inner", "outer", "true"}), package.Format());
     EXPECT_EQ(kClassText.size() + 1 + 5 + 5 + 4 + 5 + 1, package.Format().size());
 
-    const ExportedPackage bare = {kClass, PackageKind::PropertyPackage11StandAlone, L"", L"", false};
+    const ExportedPackage bare = {kSampleClass, PackageKind::PropertyPackage11StandAlone, L"", L"", false};
     EXPECT_EQ(MultiString({kClassText, "1", "", "", "false"}), bare.Format());
 }
 
 TEST(ExportedPackage, IsParsedAsFormatted)
 {
     for (unsigned kind = 0; kind < zelt::kPackageKinds; ++kind) {
-        const ExportedPackage package = {kClass, static_cast<PackageKind>(kind), L"", L"an outer name", kind % 2 == 0};
+        const ExportedPackage package = {kSampleClass, static_cast<PackageKind>(kind), L"", L"an outer name",
+                                         kind % 2 == 0};
         ExportedPackage parsed;
         parsed.sourceName = L"replaced";
         ASSERT_TRUE(parsed.Parse(package.Format())) << kind;
-        EXPECT_TRUE(IsEqualCLSID(kClass, parsed.classId));
+        EXPECT_TRUE(IsEqualCLSID(kSampleClass, parsed.classId));
         EXPECT_EQ(package.kind, parsed.kind);
         EXPECT_EQ(package.sourceName, parsed.sourceName);
         EXPECT_EQ(package.exportedName, parsed.exportedName);
@@ -55,7 +56,7 @@ TEST(ExportedPackage, IsParsedAsFormatted)
 TEST(ExportedPackage, KeepsTheCharactersOfTheThreadsCodePage)
 {
     // A Western letter: a code page that lacks it loses the letter, but not the rest of the name.
-    ExportedPackage package = {kClass, PackageKind::PropertyPackage11StandAlone, L"", L"a\xE9z", false}, parsed;
+    ExportedPackage package = {kSampleClass, PackageKind::PropertyPackage11StandAlone, L"", L"a\xE9z", false}, parsed;
     wchar_t expected[4] = L"a?z";
     char narrow[8] = "";
     WideCharToMultiByte(CP_THREAD_ACP, 0, L"a\xE9z", -1, narrow, sizeof narrow, nullptr, nullptr);
@@ -102,7 +103,7 @@ TEST(ExportedPackage, RejectsBadClassIdentifiers)
     }
     ExportedPackage lower;
     EXPECT_TRUE(lower.Parse(MultiString({"{4ccf55db-e332-42f8-b685-188989f8e1ec}", "0", "s", "e", "true"})));
-    EXPECT_TRUE(IsEqualCLSID(kClass, lower.classId));
+    EXPECT_TRUE(IsEqualCLSID(kSampleClass, lower.classId));
 }
 
 TEST(ExportedPackage, LogsOnlyWhenTheTextIsTrue)

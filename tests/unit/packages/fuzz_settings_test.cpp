@@ -79,7 +79,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
         if (!package.Parse({static_cast<const char*>(bytes.Start()), text.size()})) continue;
         ++accepted;
         ASSERT_LT(static_cast<unsigned>(package.kind), kPackageKinds);
-        // What was read is stored in a form from which the same is read again.
+        // What was read is the same after it is stored and read again.
         ExportedPackage again;
         const std::string stored = package.Format();
         ASSERT_TRUE(again.Parse(stored));

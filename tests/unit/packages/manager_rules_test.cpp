@@ -95,24 +95,24 @@ struct ManagerKind {
 void PrintTo(const ManagerKind& kind, std::ostream* out) { *out << kind.name; }
 
 template <class I, HRESULT (STDMETHODCALLTYPE I::*method)(BSTR, IDispatch**)>
-HRESULT GetWith(IUnknown* manager, BSTR name, IDispatch** package)
+HRESULT ResolveWith(IUnknown* manager, BSTR name, IDispatch** package)
 {
     return (static_cast<I*>(manager)->*method)(name, package);
 }
 
 const ManagerKind kKinds[] = {
     {"ThermoSystem", CreateThermoSystem, __uuidof(ICapeThermoSystem), "ICapeThermoSystem", L"ResolvePropertyPackage",
-     GetWith<ICapeThermoSystem, &ICapeThermoSystem::ResolvePropertyPackage>,
+     ResolveWith<ICapeThermoSystem, &ICapeThermoSystem::ResolvePropertyPackage>,
      PackageKind::PropertyPackage10FromThermoSystem, PackageKind::PropertyPackage10StandAlone,
      L"\r\nRemove from list of exported property packages?"},
     {"PropertyPackageManager", CreatePropertyPackageManager, __uuidof(ICapeThermoPropertyPackageManager),
      "ICapeThermoPropertyPackageManager", L"GetPropertyPackage",
-     GetWith<ICapeThermoPropertyPackageManager, &ICapeThermoPropertyPackageManager::GetPropertyPackage>,
+     ResolveWith<ICapeThermoPropertyPackageManager, &ICapeThermoPropertyPackageManager::GetPropertyPackage>,
      PackageKind::PropertyPackage11FromManager, PackageKind::PropertyPackage11StandAlone,
      L"\r\nRemove from list of exported property packages?"},
     {"ReactionPackageManager", CreateReactionPackageManager, __uuidof(ICapeReactionsPackageManager),
      "ICapeReactionsPackageManager", L"ResolveReactionsPackage",
-     GetWith<ICapeReactionsPackageManager, &ICapeReactionsPackageManager::ResolveReactionsPackage>,
+     ResolveWith<ICapeReactionsPackageManager, &ICapeReactionsPackageManager::ResolveReactionsPackage>,
      PackageKind::ReactionPackage10FromManager, PackageKind::ReactionPackage10StandAlone,
      L"\r\nRemove from list of exported packages?"},
 };

@@ -34,7 +34,6 @@ struct Script {
     std::vector<std::string> calls;
     std::vector<std::string> ends;  // in order, each Terminate of a manager and each destroyed package
     std::wstring requested;
-    FakePackage* last = nullptr;  // alive while somebody holds it
 };
 inline Script script;
 
@@ -106,7 +105,7 @@ private:
     } utilities{*this};
 
 public:
-    // A package with an IDispatch, as scripts need it.
+    // A package with the IDispatch scripts need.
     class PackageWithDispatch final : public FakeObject {
     public:
         ~PackageWithDispatch() override { script.ends.push_back("package"); }
@@ -131,7 +130,7 @@ struct ManagerUnderTest {
     HRESULT (*get)(IUnknown*, BSTR, IDispatch**);
     PackageKind fromManager;
     PackageKind alone;
-    PackageKind foreign;  // a kind that belongs to another manager
+    PackageKind foreign;  // a kind this manager does not serve
     std::wstring scope;
     std::wstring interfaceName;
     std::wstring createManagerFailure;

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr CLSID kClass = {0x6377AC63, 0x7A36, 0x46DC, {0x88, 0x97, 0xF2, 0x77, 0x01, 0x2C, 0xDA, 0x9D}};
+constexpr CLSID kNamedClass = {0x6377AC63, 0x7A36, 0x46DC, {0x88, 0x97, 0xF2, 0x77, 0x01, 0x2C, 0xDA, 0x9D}};
 constexpr wchar_t kPlocker[] =
     L"Lee-Kesler-Pl\xF6"
     L"cker";
@@ -34,7 +34,7 @@ constexpr LCID kRussian = 0x0419, kGerman = 0x0407, kGreek = 0x0408, kJapanese =
 
 ExportedPackage Package(const std::wstring& source, const std::wstring& name)
 {
-    return {kClass, PackageKind::PropertyPackage10FromThermoSystem, source, name, true};
+    return {kNamedClass, PackageKind::PropertyPackage10FromThermoSystem, source, name, true};
 }
 
 class RealNames : public testing::Test {
@@ -87,7 +87,7 @@ TEST_F(RealNames, AreNotInTheEntry)
     const ExportedPackage package = Package(L"source", kMixed);
     Save({package});
     EXPECT_EQ(package.Format(), scratch.Packages().ReadNarrow("Package1", REG_MULTI_SZ));
-    ExportedPackage known;  // to a program that reads the entries only
+    ExportedPackage known;  // what a program sees that reads only the entries
     ASSERT_TRUE(known.Parse(package.Format()));
     EXPECT_EQ(std::wstring::npos, known.exportedName.find(L'\x6C34'));
     EXPECT_NE(kMixed, known.exportedName);
@@ -122,7 +122,7 @@ TEST_F(RealNames, AreNotGivenToAnotherEntry)
         Package(L"source", L"other").Format(),
         Package(kMixed, L"other").Format(),
         Package(L"other", kMixed).Format(),
-        ExportedPackage{kClass, PackageKind::PropertyPackage11FromManager, kMixed, kMixed, true}.Format(),
+        ExportedPackage{kNamedClass, PackageKind::PropertyPackage11FromManager, kMixed, kMixed, true}.Format(),
         ExportedPackage{CLSID{}, PackageKind::PropertyPackage10FromThermoSystem, kMixed, kMixed, true}.Format(),
     };
     for (const std::string& other : others) {

@@ -3,7 +3,7 @@
 #include "samples/field/field_package.h"
 #include "samples/field/field_unit.h"
 
-// The field components by themselves: what the tests with ZELT in between rely on.
+// The field components without ZELT: the tests with ZELT in between rely on them.
 namespace zelt::sample {
 namespace {
 

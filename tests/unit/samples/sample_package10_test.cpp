@@ -250,7 +250,7 @@ TEST_F(SamplePackage10Test, KeepsResultsOfAMaterialUntilTheyAreRemoved)
     _variant_t phases, values;
     EXPECT_EQ(S_OK, material->get_PhaseIds(&phases));
     EXPECT_EQ(std::vector<std::wstring>{}, ReadStrings(phases, L"phases"));
-    EXPECT_EQ(363.15, Get(L"temperature", L"Liquid", L"")[0]) << "the whole's, whatever the phase";
+    EXPECT_EQ(363.15, Get(L"temperature", L"Liquid", L"")[0]) << "the overall temperature, whatever the phase";
     EXPECT_EQ(S_OK,
               Query<ICapeThermoMaterialObject>(clone.Get())
                   ->GetProp(B(L"fraction"), B(L"Vapor"), MakeStrings({L"Benzene"}), nullptr, B(L"mole"), &values));

@@ -1,5 +1,6 @@
 // What a long task allows while it runs: messages, but no keys or clicks in its window; pressing Esc ends it.
 #include "shell/log_viewer/long_task.h"
+#include "tests/unit/support/has_display.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +11,6 @@ namespace zelt::test {
 namespace {
 
 constexpr UINT kNote = WM_APP + 5;
-
-bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
 
 class RunningTask : public testing::Test {
 protected:

@@ -66,7 +66,7 @@ protected:
         act();
         ASSERT_FALSE(messages.All().empty());
         EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);
-        EXPECT_EQ(before + 1, referencesInBox) << "the object is gone, and its handler runs";
+        EXPECT_EQ(before + 1, referencesInBox) << "the object is gone although its handler runs";
         EXPECT_EQ(before, com::CountServerReferences()) << "the object stays";
     }
     static HMENU OptionsMenu() { return GetSubMenu(GetMenu(window), 3); }

@@ -81,7 +81,7 @@ TEST_F(PackageListViewTest, PassesOnTheUsersChecksAndNotItsOwn)
     }
 }
 
-// A column is as wide as its contents, or its header with margins, need, and no wider.
+// A column is as wide as its contents or its header with margins, whichever is wider.
 TEST_F(PackageListViewTest, MakesItsColumnsFit)
 {
     view.FitColumns();

@@ -207,6 +207,16 @@ TEST_F(PagedLogs, RemoveWhatTheWholeLogRemoves)
     ExpectTheSameMatches(L"QueryInterface");
 }
 
+TEST_F(PagedLogs, RemoveTheFirstItemAlone)
+{
+    Load(kHeader + "<info value=\"o: QueryInterface for I\"/>\r\n" + Calls(3000) + kFooter);
+    ASSERT_TRUE(paged.HasPages());
+    RemoveQueries(whole, 1);
+    RemoveQueries(paged, 1);
+    EXPECT_TRUE(paged.IsRemoved(0));
+    ExpectTheSame();
+}
+
 TEST_F(PagedLogs, HaveTheLongestErrors)
 {
     std::string log = kHeader;
@@ -222,6 +232,12 @@ TEST_F(PagedLogs, HaveTheLongestErrors)
     };
     EXPECT_EQ(std::vector<std::size_t>(16, 100), lengths(paged));
     EXPECT_EQ(lengths(whole), lengths(paged));
+}
+
+TEST_F(PagedLogs, PreferTheFirstOfEquallyLongErrors)
+{
+    Load(kHeader + "<error value=\"first\"/>\r\n<error value=\"other\"/>\r\n" + kFooter);
+    EXPECT_EQ(std::vector<std::string>{"first"}, whole.LongestErrors(1));
 }
 
 TEST_F(PagedLogs, KeepTheirPlacesWhileTheFileGrows)

@@ -11,16 +11,16 @@
 namespace zelt::test {
 namespace {
 
-struct Row {
+struct LabelRow {
     int depth;
     int image;
     bool hasChildren;
     bool isError;
     std::string label;
-    bool operator==(const Row&) const = default;
+    bool operator==(const LabelRow&) const = default;
 };
 
-void PrintTo(const Row& row, std::ostream* out)
+void PrintTo(const LabelRow& row, std::ostream* out)
 {
     *out << row.depth << ' ' << row.image << (row.hasChildren ? " parent " : " ") << (row.isError ? "error " : "")
          << row.label;
@@ -35,7 +35,7 @@ public:
     void ParseError(int line) override { lines.push_back(line); }
     bool Continue() override { return ++ends != stopAt; }
 
-    std::vector<test::Row> rows;
+    std::vector<test::LabelRow> rows;
     std::vector<int> lines;
     int ends = 0;
     int stopAt = 0;
@@ -67,7 +67,7 @@ LogReadResult Read(const std::string& content, Collector& collector)
 struct ElementCase {
     const char* name;
     const char* xml;
-    std::vector<Row> expected;
+    std::vector<LabelRow> expected;
 };
 
 const ElementCase kElements[] = {
@@ -138,7 +138,7 @@ TEST(TreeRow, PassesOnWhereTheParserObjects)
     EXPECT_EQ(LogReadResult::Incomplete, Read("<info value=\"1\"/>\n<info <", collector));
     ASSERT_FALSE(collector.lines.empty());
     EXPECT_EQ(4, collector.lines.front());
-    EXPECT_EQ((std::vector<Row>{{0, 2, false, false, "1"}}), collector.rows);
+    EXPECT_EQ((std::vector<LabelRow>{{0, 2, false, false, "1"}}), collector.rows);
 }
 
 TEST(TreeRow, EndsTheReadingWhenTheSinkHasEnough)

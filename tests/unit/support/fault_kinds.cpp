@@ -12,8 +12,8 @@ namespace {
 
 using faulty::Deed;
 using faulty::Order;
+using tests::CallEnd;
 using tests::End;
-using tests::Outcome;
 
 struct Crime {
     faulty::Misbehave misbehave;
@@ -32,7 +32,7 @@ HRESULT CommitFromMenu(const void* what)
     return S_OK;
 }
 
-std::string LoggedText(const Outcome& outcome)
+std::string LoggedText(const CallEnd& outcome)
 {
     switch (outcome.end) {
         case End::Fault: return "Uncaught SEH exception during function call: " + outcome.text;
@@ -42,13 +42,13 @@ std::string LoggedText(const Outcome& outcome)
     }
 }
 
-struct Row {
+struct KindRow {
     const char* name;
     Deed deed;
 };
 
 // clang-format off
-constexpr Row kEscapes[] = {
+constexpr KindRow kEscapes[] = {
     {"stack overflow",            Deed::StackOverflow},
     {"thrown string",             Deed::ThrowText},
     {"thrown mutable string",     Deed::ThrowMutableText},
@@ -69,7 +69,7 @@ public:
             for (const tests::FaultRow& row : tests::kRealFaults) {
                 if (tests::Exists(row.deed)) Add(prefix + row.name, package.misbehave, {row.deed});
             }
-            for (const Row& row : kEscapes) Add(prefix + row.name, package.misbehave, {row.deed});
+            for (const KindRow& row : kEscapes) Add(prefix + row.name, package.misbehave, {row.deed});
             for (const DWORD code : tests::kRaisedCodes) {
                 Add(prefix + "raised " + std::to_string(code), package.misbehave, {Deed::Raise, code});
             }
@@ -86,7 +86,7 @@ private:
     }
     void Add(const std::string& name, const LastAct& act)
     {
-        const Outcome outcome = tests::CallGuarded([&] { return act.act(act.what); });
+        const CallEnd outcome = tests::CallGuarded([&] { return act.act(act.what); });
         if (outcome.end == End::Returned) return;
         kinds.push_back({name, act, LoggedText(outcome)});
     }

@@ -11,7 +11,7 @@ namespace zelt::tests {
 
 enum class End { Returned, Fault, ThrownText, Foreign, Text, RuntimeError, Number };
 
-struct Outcome {
+struct CallEnd {
     End end;
     HRESULT result = 0;
     DWORD code = 0;
@@ -36,7 +36,7 @@ struct Packages {
 };
 
 template <class Call>
-Outcome CallGuarded(Call&& call)
+CallEnd CallGuarded(Call&& call)
 {
     try {
         return {End::Returned, Guarded(call), 0, {}};
@@ -55,9 +55,16 @@ Outcome CallGuarded(Call&& call)
     }
 }
 
-inline Outcome CallGuarded(faulty::Misbehave misbehave, const faulty::Order& order)
+inline CallEnd CallGuarded(faulty::Misbehave misbehave, const faulty::Order& order)
 {
     return CallGuarded([&] { return misbehave(&order); });
+}
+
+// Whether the package still works.
+inline bool AnswersAgain(faulty::Misbehave misbehave)
+{
+    const CallEnd end = CallGuarded(misbehave, {faulty::Deed::Return});
+    return end.end == End::Returned && end.result == faulty::kDone;
 }
 
 struct ProcessorState {

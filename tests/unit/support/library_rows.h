@@ -12,7 +12,7 @@ namespace zelt::test {
 // Every dual interface of the type libraries in this module's resources, in their order.
 std::vector<const InterfaceShape*> AllInterfaces();
 
-// Whether proxies of every class carry the interface by rows. False for ICapeCollection, although the table has rows for it:
+// Whether proxies of every class carry the interface via rows. False for ICapeCollection, although the table has rows for it:
 // only the classes of collections know what kind of object they hold.
 bool HasRows(const InterfaceShape& shape, const std::vector<TableClass>& table);
 

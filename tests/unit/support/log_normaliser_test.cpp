@@ -5,14 +5,14 @@
 namespace zelt::test {
 namespace {
 
-struct Row {
+struct NormalisedText {
     const char* name;
     const char* log;
     const char* normalised;
 };
 
 // clang-format off
-const Row kReplaced[] = {
+const NormalisedText kReplaced[] = {
     {"a 32-bit pointer",    "interface pointer 0x00AB12F0\"",                     "interface pointer 0xADDRESS1\""},
     {"a 64-bit pointer",    "interface pointer 0x00000000FE12F0A8\"",             "interface pointer 0xADDRESS1\""},
     {"a named address",     "(address 0x00AB12F0)",                               "(address 0xADDRESS1)"},
@@ -23,7 +23,7 @@ const Row kReplaced[] = {
     {"a path",              "C:\\a\\b.zlg and C:\\a\\b.zlg",                      "LOG and LOG"},
 };
 
-const Row kKept[] = {
+const NormalisedText kKept[] = {
     {"a status code",       "error code 0x80040501",                              nullptr},
     {"a code as a name",    "<error value=\"0x80041234: none\"/>",                nullptr},
     {"lower-case digits",   "pointer 0x00ab12f0",                                 nullptr},
@@ -38,13 +38,13 @@ const Row kKept[] = {
 
 TEST(LogNormaliser, ReplacesWhatDiffersFromRunToRun)
 {
-    for (const Row& row : kReplaced)
+    for (const NormalisedText& row : kReplaced)
         EXPECT_EQ(row.normalised, NormaliseLog(row.log, {{"C:\\a\\b.zlg", "LOG"}})) << row.name;
 }
 
 TEST(LogNormaliser, KeepsEverythingElse)
 {
-    for (const Row& row : kKept) EXPECT_EQ(row.log, NormaliseLog(row.log)) << row.name;
+    for (const NormalisedText& row : kKept) EXPECT_EQ(row.log, NormaliseLog(row.log)) << row.name;
 }
 
 TEST(LogNormaliser, MakesAddressesAlike)

@@ -5,7 +5,7 @@
 
 namespace zelt::test {
 
-// Compares all bytes, unused ones too, and none as part of a number.
+// Compares all bytes, including unused ones; numbers are not compared by value.
 template <typename T>
 bool SameBytes(const T& a, const T& b)
 {

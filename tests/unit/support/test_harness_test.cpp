@@ -16,7 +16,7 @@ struct TemporaryFile {
     const std::string path;
 };
 
-struct Row {
+struct HarnessRow {
     const char* name;
     const char* expected;
     const char* actual;
@@ -24,7 +24,7 @@ struct Row {
 };
 
 // clang-format off
-const Row kDifferences[] = {
+const HarnessRow kDifferences[] = {
     {"equal",        "a\r\nb\r\n", "a\r\nb\r\n", ""},
     {"a line",       "a\nb\nc\n",  "a\nx\nc\n",  "differs in line 2, column 1\n  after:    a\\n\n  expected: b\\n\n  actual:   x\\n"},
     {"first line",   "ab",         "ac",         "differs in line 1, column 2\n  expected: ab\n  actual:   ac"},
@@ -38,7 +38,7 @@ const Row kDifferences[] = {
 
 TEST(GoldenFile, ShowsTheFirstDifference)
 {
-    for (const Row& row : kDifferences)
+    for (const HarnessRow& row : kDifferences)
         EXPECT_EQ(row.difference, FirstDifference(row.expected, row.actual)) << row.name;
 }
 

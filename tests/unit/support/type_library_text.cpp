@@ -39,7 +39,7 @@ struct NamedType {
     const char* name;
 };
 
-constexpr NamedType kTypes[] = {
+constexpr NamedType kNamedTypes[] = {
     {VT_I2,       "short"},
     {VT_I4,       "long"},
     {VT_INT,      "int"},
@@ -134,7 +134,7 @@ std::string TypeName(ITypeInfo* info, const TYPEDESC& type)
 {
     if (type.vt == VT_PTR) return TypeName(info, *type.lptdesc) + '*';
     if (type.vt == VT_USERDEFINED) return ReferredTypeName(info, type.hreftype);
-    for (const NamedType& known : kTypes) {
+    for (const NamedType& known : kNamedTypes) {
         if (known.type == type.vt) return known.name;
     }
     throw std::runtime_error(NameOf(info) + " uses the variant type " + std::to_string(type.vt));

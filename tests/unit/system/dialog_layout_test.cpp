@@ -1,5 +1,6 @@
 // Where the controls of a resizable dialog go when its size changes.
 #include "system/dialogs/dialog_layout.h"
+#include "tests/unit/support/has_display.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,6 @@
 
 namespace zelt::test {
 namespace {
-
-bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
 
 struct Corners {
     LONG left, top, right, bottom;

@@ -9,14 +9,13 @@
 #include "system/dialogs/thread_dpi.h"
 #include "res/resource.h"
 #include "tests/unit/support/recorded_messages.h"
+#include "tests/unit/support/has_display.h"
 
 namespace zelt::test {
 namespace {
 
 using Events = std::vector<std::string>;
 Events events;
-
-bool HasDisplay() { return !std::getenv("WINEPREFIX") || std::getenv("DISPLAY"); }
 
 // Records what happens to it; deletes itself on request.
 class Watched final : public Dialog {

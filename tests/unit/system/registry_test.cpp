@@ -274,7 +274,7 @@ TEST(ConfigurationKey, SaysThatItCannotBeOpened)
     const zelt::Outcome opened = zelt::OpenConfigurationKey(scratch.Root(), key);
     EXPECT_FALSE(opened);
     EXPECT_FALSE(key);
-    EXPECT_TRUE(messages.All().empty()) << "whoever has a user shows it";
+    EXPECT_TRUE(messages.All().empty()) << "the caller shows the failure";
     zelt::ShowFailure(opened);
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"Unable to access the registry; unable to store or load packages", messages.All()[0].text);

@@ -96,7 +96,7 @@ TEST_F(LoadAfterInitNew, MakesTheUnitAgainAndInitializesIt)
                                       Nested("ICapeUtilities::Initialize"))
                            : "",
                   News());
-        // Every interface is the new unit's, also those that were in use before.
+        // Every interface is the new unit's, even those that were in use before.
         static_cast<void>(first);
         ComPtr<IUnknown> behind;
         EXPECT_EQ(S_OK, As<IOriginalObject>(unit)->GetOriginalObject(&behind));

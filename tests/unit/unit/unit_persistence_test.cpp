@@ -13,7 +13,7 @@
 namespace zelt::test {
 namespace {
 
-std::string Failed() { return Error(ErrorText(E_FAIL, nullptr)); }
+std::string FailedCall() { return Error(ErrorText(E_FAIL, nullptr)); }
 
 constexpr char kReadError[] = "Read error during Load";
 constexpr char kWriteError[] = "Write error during Save.";
@@ -295,8 +295,9 @@ TEST_F(UnitPersistence, AUnitThatFailsToSave)
               News());
     unitScript.save = S_FALSE;
     EXPECT_EQ(E_FAIL, persistence->Save(stream->Get(), TRUE));
-    EXPECT_EQ(SaveFunc(*stream.Get(), Info(kUsingInitSave) + Error("Object did not return S_OK from Save.") + Failed()),
-              News());
+    EXPECT_EQ(
+        SaveFunc(*stream.Get(), Info(kUsingInitSave) + Error("Object did not return S_OK from Save.") + FailedCall()),
+        News());
     unitScript.duringSave = [](IStream*) { RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr); };
     EXPECT_EQ(E_UNEXPECTED, persistence->Save(stream->Get(), TRUE));
     const std::string news = News();
@@ -325,7 +326,7 @@ TEST_F(UnitPersistence, StreamsThatTakeNoData)
     InitNew();
     unitScript.sizeMax = 3;
     unitScript.duringSave = [](IStream* stream) { WriteInto(stream, "abc"); };
-    const std::string expected = Info(kUsingInitSave) + Error(kWriteError) + Failed();
+    const std::string expected = Info(kUsingInitSave) + Error(kWriteError) + FailedCall();
     struct Row {
         const char* what;
         HRESULT result;
@@ -383,7 +384,7 @@ TEST_F(UnitPersistence, AStreamThatEndsTooEarly)
         SCOPED_TRACE(length);
         const auto stream = ComPtr<TestStream>(new TestStream(whole.substr(0, length)));
         EXPECT_EQ(E_FAIL, persistence->Load(stream->Get()));
-        EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + Failed()), News());
+        EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + FailedCall()), News());
     }
     EXPECT_EQ(0, unitScript.created);
     // None of this prevents loading the unit.
@@ -411,11 +412,12 @@ TEST_F(UnitPersistence, StreamsThatGiveNoData)
         stream->claim = row.claim;
         stream->callsUntilFault = row.callsUntilFault;
         EXPECT_EQ(E_FAIL, persistence->Load(stream->Get()));
-        EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + Failed()), News());
+        EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + FailedCall()), News());
     }
     EXPECT_EQ(E_FAIL, persistence->Load(nullptr));
-    EXPECT_EQ(UnitFunc("IPersistStreamInit::Load", PointerArg("pstm", "in", nullptr) + Error(kReadError) + Failed()),
-              News());
+    EXPECT_EQ(
+        UnitFunc("IPersistStreamInit::Load", PointerArg("pstm", "in", nullptr) + Error(kReadError) + FailedCall()),
+        News());
     EXPECT_EQ(0, unitScript.created);
 }
 
@@ -469,7 +471,7 @@ TEST_F(UnitPersistence, AClassThatIsNotThereAnyMore)
     const auto stream = ComPtr<TestStream>(new TestStream(Header(kNoUnit, 2) + "ab"));
     EXPECT_EQ(E_FAIL, persistence->Load(stream->Get()));
     EXPECT_EQ(LoadFunc(*stream.Get(), Error("Failed to create unit operation: REGDB_E_CLASSNOTREG") +
-                                          Error("Unit Operation creation failed: REGDB_E_CLASSNOTREG") + Failed()),
+                                          Error("Unit Operation creation failed: REGDB_E_CLASSNOTREG") + FailedCall()),
               News());
     ASSERT_EQ(1u, messages.All().size());
     EXPECT_EQ(L"REGDB_E_CLASSNOTREG", messages.All()[0].text);

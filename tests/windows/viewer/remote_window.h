@@ -11,7 +11,7 @@ namespace zelt::test {
 
 inline constexpr DWORD kLongestWait = 120'000;
 
-// Checks until the condition is true; false if that takes too long.
+// Waits until the condition is true; false if that takes too long.
 bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kLongestWait);
 
 std::wstring TextOf(HWND window);
@@ -30,7 +30,7 @@ void PressButton(HWND dialog, int control);
 // Sends real key strokes to the window's thread, which gets the foreground first.
 void PressKey(HWND window, WORD key, WORD modifier = 0);
 
-// Stores the window as it appears on the screen among the build's screenshots as <name>.bmp.
+// Stores a picture of the window on the screen in <build>/screenshots/<name>.bmp.
 void KeepPicture(HWND window, const std::string& name);
 
 }  // namespace zelt::test

@@ -1,11 +1,11 @@
-// Removal, search, walking through the errors, expanding, copying.
+// The viewer's commands: removing queries, search, next error, expanding, copying.
 #include "res/resource.h"
 #include "viewer_process.h"
 
 namespace zelt::test {
 namespace {
 
-const char* const kLog =
+const char* const kShortLog =
     "<info value=\"first\"/>\n"
     "<info value=\"o: QueryInterface for ICapeUtilities\"/>\n"
     "<func name=\"QueryInterface\" direc=\"in\" object=\"one\">\n"
@@ -27,7 +27,7 @@ protected:
     // A tree view selects its first item when it gets the focus; here nothing is selected.
     void SetUp() override
     {
-        Show(InLog(kLog));
+        Show(InLog(kShortLog));
         WaitUntil([&] { return tree->Selected() != nullptr; }, 15'000);
         tree->Select(nullptr);
     }
@@ -111,7 +111,7 @@ TEST_F(ViewerCommands, SearchWalksTheWholeTreeAndAroundItsEnds)
     ExpectSelected(L"first");
     EXPECT_EQ(nullptr, FindNow(Id(), L"Search tree:"));
 
-    // An item at each end contains the text; neither is inside an expanded item yet.
+    // The last item and one near the beginning contain the text.
     Find(L"Omega");
     ExpectSelected(L"Omega");
     Find(L"a");

@@ -7,7 +7,7 @@
 namespace zelt::test {
 namespace {
 
-const char* const kLog =
+const char* const kFailingLog =
     "<warning value=\"outside\"/>\r\n"
     "<func name=\"I::Calculate\" direc=\"in\" object=\"one (a)\">\r\n"
     " <arg name=\"a\" direc=\"in\" type=\"long\">\r\n  <argval value=\"1\"/>\r\n </arg>\r\n"
@@ -30,7 +30,7 @@ protected:
 
     void ShowDetails()
     {
-        Show(InLog(kLog));
+        Show(InLog(kFailingLog));
         Send(kCommandErrorDetails);
     }
     HWND Filter() const { return GetDlgItem(window, kErrorFilter); }
@@ -58,7 +58,7 @@ protected:
 
 TEST_F(ViewerErrors, HaveOneColumnAtFirst)
 {
-    Show(InLog(kLog));
+    Show(InLog(kFailingLog));
     EXPECT_EQ(L"Errors", list->Column(0));
     EXPECT_EQ(L"", list->Column(1));
     EXPECT_FALSE(IsWindowVisible(Filter()));
@@ -89,6 +89,20 @@ TEST_F(ViewerErrors, ShowLineCallAndObjectOnRequest)
     EXPECT_EQ(L"", list->Column(1));
     EXPECT_FALSE(IsWindowVisible(Filter()));
     EXPECT_EQ(L"outside", list->Label(0));
+}
+
+TEST_F(ViewerErrors, HaveTheFilterBetweenItsLabelAndItsCount)
+{
+    ShowDetails();
+    RECT label, edit, count;
+    GetWindowRect(GetDlgItem(window, kErrorFilterLabel), &label);
+    GetWindowRect(Filter(), &edit);
+    GetWindowRect(GetDlgItem(window, kErrorFilterCount), &count);
+    EXPECT_LT(label.left, label.right);
+    EXPECT_LE(label.right, edit.left);
+    EXPECT_LT(edit.left, edit.right);
+    EXPECT_LE(edit.right, count.left);
+    EXPECT_LT(count.left, count.right);
 }
 
 TEST_F(ViewerErrors, AreFilteredByTextCallAndObject)
@@ -134,14 +148,14 @@ TEST_F(ViewerErrors, GoesThroughTheFilteredOnes)
 
 TEST_F(ViewerErrors, KeysReachTheFilter)
 {
-    Show(InLog(kLog));
+    Show(InLog(kFailingLog));
     PressKey(window, 'L', VK_CONTROL);
     ASSERT_TRUE(WaitUntil([this] { return IsWindowVisible(Filter()); }));
     PressKey(window, 'F');
     PressKey(window, 'E');
     PressKey(window, 'E');
     EXPECT_TRUE(Shows(1));
-    // The text is selected, and replaced, not the tree expanded.
+    // Ctrl+A selects the filter's text, and does not expand the tree.
     PressKey(window, 'A', VK_CONTROL);
     PressKey(window, 'T');
     PressKey(window, 'W');
@@ -170,14 +184,14 @@ TEST_F(ViewerErrors, OfTheNextViewerLookAlike)
     ShowDetails();
     PostMessageW(window, WM_CLOSE, 0, 0);
     ASSERT_EQ(0u, process->Wait(60'000).value_or(1));
-    Show(InLog(kLog));
+    Show(InLog(kFailingLog));
     EXPECT_EQ(L"Line", list->Column(1));
     EXPECT_EQ(L"E_FAIL|9|J::Get|Feed", Row(1));
     EXPECT_TRUE(IsWindowVisible(Filter()));
     Send(kCommandErrorDetails);
     PostMessageW(window, WM_CLOSE, 0, 0);
     ASSERT_EQ(0u, process->Wait(60'000).value_or(1));
-    Show(InLog(kLog));
+    Show(InLog(kFailingLog));
     EXPECT_EQ(L"", list->Column(1));
 }
 

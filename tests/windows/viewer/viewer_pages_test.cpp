@@ -1,5 +1,5 @@
-// Large logs as ZELT writes them, which are read in pages: what the user sees meanwhile and afterwards, and what happens when the file
-// changes.
+// Large logs as ZELT writes them, which are read in pages: what the user sees during the reading and after it, and what
+// happens when the file changes.
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -34,7 +34,7 @@ std::string Calls(int first, int count)
 
 class ViewerPages : public ViewerTest {
 protected:
-    // More outermost items than enter the tree by themselves, in some dozens of pages.
+    // More outermost items than the viewer puts into the tree unasked, in dozens of pages.
     static constexpr int kCalls = 40'000;
 
     void WaitUntilRead()

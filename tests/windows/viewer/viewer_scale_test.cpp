@@ -5,7 +5,7 @@
 namespace zelt::test {
 namespace {
 
-std::string Call(int number)
+std::string LongCall(int number)
 {
     const std::string text = std::to_string(number);
     return "<func name=\"call " + text +
@@ -17,7 +17,7 @@ std::string Call(int number)
 std::string Calls(int count)
 {
     std::string calls;
-    for (int i = 0; i < count; ++i) calls += Call(i);
+    for (int i = 0; i < count; ++i) calls += LongCall(i);
     return calls;
 }
 

@@ -9,7 +9,7 @@
 #include "com/dual_interface.h"
 #include "proxy_fixture.h"
 #include "scratch_classes.h"
-#include "vendor_device.h"
+#include "vendor/vendor_device.h"
 
 namespace zelt::test {
 
