@@ -173,6 +173,20 @@ std::optional<double> Arguments::Number(std::string_view option) const
     return number;
 }
 
+std::optional<std::size_t> Arguments::Count(std::string_view option, int least) const
+{
+    constexpr int kMost = 1'000'000;
+    const auto text = Value(option);
+    if (!text) return {};
+    int count = 0;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), count);
+    if (error != std::errc() || end != text->data() + text->size() || count < least || count > kMost) {
+        throw UsageError(std::string(option) + " wants a whole number from " + std::to_string(least) + " to " +
+                         std::to_string(kMost) + ", not \"" + *text + "\"");
+    }
+    return static_cast<std::size_t>(count);
+}
+
 int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams)
 {
     int result;

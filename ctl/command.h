@@ -60,6 +60,9 @@ public:
     std::optional<std::string> Value(std::string_view option) const;
     // The option's value as a number, 0 or more; nothing when the option is not given. Throws UsageError for any other value.
     std::optional<double> Number(std::string_view option) const;
+    // The option's value as a whole number from `least` to a million; nothing when the option is not given. Throws UsageError for
+    // any other value.
+    std::optional<std::size_t> Count(std::string_view option, int least) const;
 
 private:
     std::vector<std::string> operands;

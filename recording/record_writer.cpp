@@ -76,8 +76,14 @@ std::uint32_t RecordWriter::NewObject(std::uint64_t pointer, std::uint64_t proxy
     protozero::pbf_builder<ObjectTag> fields(message);
     if (row != 0) fields.add_uint32(ObjectTag::Pointer, row);
     if (proxyRow != 0) fields.add_uint32(ObjectTag::Proxy, proxyRow);
-    AppendBytes(RecordTag::Object, message);
+    // First: an object that is in the file has a number.
     objectNames.push_back(kNoRow);
+    try {
+        AppendBytes(RecordTag::Object, message);
+    } catch (...) {
+        objectNames.pop_back();
+        throw;
+    }
     return static_cast<std::uint32_t>(objectNames.size());
 }
 
@@ -98,11 +104,13 @@ void RecordWriter::BeginCall(std::string_view member, std::string_view object, s
     protozero::pbf_builder<CallTag> fields(message);
     fields.add_uint32(CallTag::Member, RowOf(member));
     const std::uint32_t name = RowOf(object);
-    if (number == 0 || std::exchange(objectNames[number - 1], name) != name) fields.add_uint32(CallTag::Object, name);
+    if (number == 0 || objectNames[number - 1] != name) fields.add_uint32(CallTag::Object, name);
     if (isOutward) fields.add_bool(CallTag::Outward, true);
     fields.add_uint64(CallTag::Start, now - lastTime);
     if (number != 0) fields.add_uint32(CallTag::Number, number);
+    open.reserve(open.size() + 1);
     AppendBytes(RecordTag::Call, message);
+    if (number != 0) objectNames[number - 1] = name;
     lastTime = now;
     open.push_back(now);
 }

@@ -90,8 +90,8 @@ void LeaveToOther(Scope scope, const LibraryFacts& facts)
         const std::wstring path = facts.versionPath + L"\\0\\win32";
         const std::wstring server =
             DefaultValue(scope, view, ClassPath(kOtherEdition.classes[0].classId) + L"\\LocalServer32");
-        if (server.size() < 2 || !KeyExists(scope, view, path)) continue;
-        WriteDefault(scope, view, path, server.substr(1, server.size() - 2));
+        if (server.empty() || !KeyExists(scope, view, path)) continue;
+        WriteDefault(scope, view, path, ProgramOf(server));
     }
 }
 

@@ -131,6 +131,7 @@ void ConversationTables::BeginCall(const LogEvent& event)
 void ConversationTables::BeginArgument(const LogEvent& event)
 {
     if (open.empty()) return;
+    isInArgument = true;
     argument.Integer(++arguments).Integer(open.back().id).IntegerOrNull(event.line, event.line > 0);
     argument.Text(Readable(event.name)).Text(event.inward ? "in" : "out").Text(Readable(event.text)).Insert();
     place = 0;
@@ -138,7 +139,7 @@ void ConversationTables::BeginArgument(const LogEvent& event)
 
 void ConversationTables::AddValue(std::string_view text)
 {
-    if (arguments == 0) return;
+    if (!isInArgument) return;
     const auto number = NumberOf(text);
     value.Integer(arguments).Integer(++place).Text(Readable(Unquoted(text)));
     (number ? value.Real(*number) : value.Null()).Insert();
@@ -161,6 +162,7 @@ void ConversationTables::AddMessage(const LogEvent& event)
 
 void ConversationTables::End(EventKind kind, int)
 {
+    if (kind == EventKind::Argument) isInArgument = false;
     if (kind != EventKind::Call || open.empty()) return;
     Insert(open.back(), open.size() - 1, ResultName(open.back().result));
     open.pop_back();

@@ -57,6 +57,7 @@ private:
     std::vector<OpenCall> open;
     std::vector<int> leftOpen;  // lines
     std::int64_t calls = 0, arguments = 0, messages = 0, place = 0;
+    bool isInArgument = false;
 };
 
 }  // namespace zelt::ctl

@@ -8,6 +8,7 @@
 #include "ctl/log/call_results.h"
 #include "ctl/log/log_events.h"
 #include "ctl/log/log_paths.h"
+#include "ctl/log/text/lower_case.h"
 #include "ctl/paths.h"
 
 namespace zelt::ctl {
@@ -120,10 +121,10 @@ int WriteEachLog(const Arguments& arguments, Streams& streams, AnswerAboutLog& a
     std::filesystem::create_directories(PathOf(*out), ignored);
     if (!std::filesystem::is_directory(PathOf(*out), ignored)) throw Refusal(*out + ": this is not a folder");
     int code = kFine;
-    std::set<std::string> names;
+    std::set<std::string> names;  // in lower case: some systems take names that differ only in case for the same
     for (const std::string& log : logs) {
         std::string name = StemOf(log);
-        for (int number = 2; !names.insert(name).second; ++number) {
+        for (int number = 2; !names.insert(LowerCase(name)).second; ++number) {
             name = StemOf(log) + " (" + std::to_string(number) + ')';
         }
         const int one = Attempt(streams, [&] {

@@ -170,24 +170,14 @@ void WriteJson(const char* key, const std::vector<Row>& rows, std::size_t most, 
     json.EndArray();
 }
 
-// As many rows as there are, unless the user wants fewer.
-std::size_t MostRows(const Arguments& arguments)
-{
-    const auto number = arguments.Number("--top");
-    if (!number) return std::numeric_limits<std::size_t>::max();
-    if (*number < 1 || *number > 1e6 || *number != std::floor(*number)) {
-        throw UsageError("--top wants a number of rows, from 1 on");
-    }
-    return static_cast<std::size_t>(*number);
-}
-
 }  // namespace
 
 int CountCalls(const Arguments& arguments, const std::string& log, Streams& streams)
 {
     const std::string sort = arguments.Value("--sort").value_or("calls");
     const bool withQueries = arguments.Has("--queries");
-    const std::size_t most = MostRows(arguments);
+    // As many rows as there are, unless the user wants fewer.
+    const std::size_t most = arguments.Count("--top", 1).value_or(std::numeric_limits<std::size_t>::max());
     Sorted({}, sort);
     Counter counter(arguments);
     const int code = CodeOf(ReadEvents(log, counter, streams.messages), kFine);

@@ -129,8 +129,7 @@ int ProfileRecording(const Arguments& arguments, Streams& streams)
     RecordingFile file(arguments.Operand(0));
     file.ReadHeader();
     if (arguments.Has("--trace-events")) return WriteTraceEvents(file, arguments.Has("--inputs"), streams);
-    const std::optional<double> slowest = arguments.Number("--slowest");
-    CallProfile profile(slowest ? static_cast<std::size_t>(*slowest) : kSlowest);
+    CallProfile profile(arguments.Count("--slowest", 0).value_or(kSlowest));
     const bool isClosed = ReadCalls(file, true, [&](const TimedCall& call) { profile.Add(call); });
     WriteShares(profile.Shares(), streams.data);
     if (arguments.Has("--objects")) {

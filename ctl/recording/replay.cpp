@@ -141,11 +141,11 @@ Played Play(RecordingFile& file, const Arguments& arguments, Differences& differ
 int ReplayRecording(const Arguments& arguments, Streams& streams)
 {
     const ctl::Session session;
-    const double runs = arguments.Number("--repeat").value_or(1);
-    Differences differences(streams.data, static_cast<std::size_t>(arguments.Number("--limit").value_or(kShown)));
+    const std::size_t runs = arguments.Count("--repeat", 1).value_or(1);
+    Differences differences(streams.data, arguments.Count("--limit", 0).value_or(kShown));
     Played played{};
     int ending = kFine;
-    for (double run = 0; run < runs; ++run) {
+    for (std::size_t run = 0; run < runs; ++run) {
         RecordingFile file(arguments.Operand(0));
         bool isClosed = false;
         const Played one = Play(file, arguments, differences, isClosed);

@@ -36,7 +36,11 @@ FunctionEnd
 ; The older version's own uninstaller knows best what was installed. It leaves settings and logs alone.
 Function RemoveOlderVersion
     ; With its folder as an argument, the uninstaller runs in place instead of as a copy, so setup can wait for it.
+    ClearErrors
     ExecWait '"$OlderFolder\Uninstall.exe" /S _?=$OlderFolder' $0
+    ${If} ${Errors}
+        StrCpy $0 -1
+    ${EndIf}
     ${If} $0 = ${SERVER_RUNS}
         ${Leave} ${SERVER_RUNS} "${TEXT_SERVER_RUNS}"
     ${ElseIf} $0 <> 0

@@ -66,6 +66,7 @@ void PackageHost::Terminate()
 {
     Tell(1, L"at its end");
     context.Reset();
+    templateChecked = false;
 }
 
 void PackageHost::CheckTemplate(Generation generation, const std::function<bool(const std::wstring&)>& knows)

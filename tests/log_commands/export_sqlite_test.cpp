@@ -67,6 +67,14 @@ TEST(LogExportSqlite, HasEveryCallArgumentAndValueOfALog)
     }
 }
 
+TEST(LogExportSqlite, TakesNoElementOutsideOfArgumentsForAValue)
+{
+    const TemporaryLog log(
+        InLog("<func name=\"A::M\" direc=\"in\" object=\"P\">\r\n <arg name=\"n\" direc=\"in\" type=\"long\">\r\n"
+              "  <argval value=\"3\"/>\r\n </arg>\r\n <note value=\"4\"/>\r\n</func>\r\n<note value=\"5\"/>\r\n"));
+    EXPECT_EQ("1|1|3|3.0\n", Exported(log.Path()).Ask("SELECT * FROM argument_values"));
+}
+
 TEST(LogExportSqlite, AnswersTheCommonQuestionsOfALog)
 {
     const Exported database(GoldenLog("sample_simulator_11"));

@@ -210,6 +210,15 @@ TEST(OutputFolder, TakesAFileForEachLog)
     EXPECT_TRUE(fs::exists(out.Of("new/a.html")));
 }
 
+TEST(OutputFolder, TellsNamesApartThatDifferOnlyInCase)
+{
+    const TemporaryFolder logs, out;
+    logs.Write("a.zlg", kFine);
+    logs.Write("more/A.zlg", kFailing);
+    EXPECT_EQ(0, RunCommand({"log", "export", "--csv", "-o", out.Path(), logs.Path(), logs.Of("more")}).code);
+    EXPECT_EQ((std::vector<std::string>{"A (2).csv", "a.csv"}), out.Names());
+}
+
 TEST(OutputFolder, IsNeededForSeveralFiles)
 {
     const TemporaryFolder logs;

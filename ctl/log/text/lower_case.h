@@ -1,4 +1,4 @@
-// Names of properties and phases are compared without regard to case.
+// Names of properties, phases and files are compared without regard to case.
 #pragma once
 
 #include <string>
