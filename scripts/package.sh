@@ -22,10 +22,12 @@ Package()
     Step package-stage "Collecting the files" StageFiles "$packageFolder/zelt-$version"
     Step package-setup "Making the setup program" MakeSetup "$packageFolder/zelt-$version" "$version" "$setupProgram"
     Step package-zip "Making the portable zip" MakeZip "zelt-$version" "$portableZip"
+    symbolsZip=$packageFolder/zelt-$version-symbols.zip
+    Step package-symbols "Keeping the symbols" MakeSymbolsZip "$symbolsZip"
     [ -z "${ZELT_RELEASE_URL:-}" ] || Step package-manifests "Writing the manifests for winget and Scoop" \
         WriteManifests "$version" "$setupProgram" "$portableZip" "$packageFolder"
     TestPackage
-    printf '%s\n' "$green$setupProgram" "$portableZip$plain"
+    printf '%s\n' "$green$setupProgram" "$portableZip" "$symbolsZip$plain"
 }
 
 ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
@@ -137,6 +139,9 @@ MakeZip()
     find "$1" -exec touch -d "@$(SourceDate)" {} +
     find "$1" -print | sort | TZ=UTC zip -q -X -@ "$2"
 }
+
+# MakeSymbolsZip <zip>: the symbols of the shipped programs, for ./dev symbols --zip.
+MakeSymbolsZip() { (cd build && zip -q -X -j "$1" "${shippedPrograms[@]/%/.symbols}"); }
 
 # The time of the commit in seconds; outside a checkout a fixed time.
 SourceDate() { git log -1 --format=%ct 2>/dev/null || echo 1767225600; }

@@ -32,6 +32,7 @@ TestPackage()
     Step package-product "Installing where the product family is the user's" TestFamilyOfUser
     Step package-failure "Failing to install" TestFailures
     Step package-portable "Running a portable copy" TestPortable
+    Step package-lines "Finding lines at addresses" TestSymbols
 }
 
 Complain()
@@ -474,4 +475,21 @@ TestPortable()
     Exits 0 "$(WindowsPath "${program%/*}/ZELT64.EXE")" /UnregServer
     Snapshot after
     OnlyStandardLibraryStays before after
+}
+
+# The start of a function, in each program, must be found where its source has it.
+TestSymbols()
+{
+    local known program tools address base answer
+    for known in "${shippedPrograms[@]}"; do
+        program=${known##*/} tools=i686-w64-mingw32
+        [[ $program != *64.* ]] || tools=x86_64-w64-mingw32
+        address=$("$tools-nm" -C "$root/build/$known.symbols" | sed -n 's/ T zelt::RegistryKey::Close()$//p')
+        base=$("$tools-objdump" -p "$root/build/$known.symbols" | sed -n 's/^ImageBase[[:space:]]*//p')
+        answer=$(Symbols --zip "$symbolsZip" "$program" "$(printf '%x' $((16#$address - 16#$base)))")
+        [[ $answer == *"zelt::RegistryKey::Close() at system/registry.cpp:"* ]] ||
+            Complain "$program: expected the line of RegistryKey::Close, is \"$answer\""
+        [ "$("$tools-nm" "$root/build/$known" 2>/dev/null | wc -l)" -eq 0 ] || Complain "$program has symbols."
+    done
+    ! (Symbols ZELT.EXE) && ! (Symbols other.exe 10) && ! (Symbols ZELT.EXE ten) || Complain "A wrong command was accepted."
 }
