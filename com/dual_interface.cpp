@@ -15,7 +15,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Gives back, at the end of a scope, what type information has lent.
+// Releases, at the end of a scope, what an ITypeInfo handed out.
 template <class Description, void (STDMETHODCALLTYPE ITypeInfo::*Return)(Description*)>
 struct ReturnTo {
     ITypeInfo* info;
@@ -199,8 +199,8 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         const ELEMDESC& element = function.lprgelemdescParam[i];
         DualParameter parameter;
         const std::size_t number = static_cast<std::size_t>(i) + 1;
-        // A library may keep no name for a parameter. For the new value of a property it may keep the name of the value that is
-        // read. In both cases the member's name is used.
+        // A parameter may have no name in the library, and a put's new value may have the name of the get's result. In both
+        // cases the member's name is used.
         const bool isNewValue = number + 1 == names.size() &&
                                 (function.invkind == INVOKE_PROPERTYPUT || function.invkind == INVOKE_PROPERTYPUTREF);
         parameter.name = isNewValue || names[number].empty() ? names[0] : names[number];
@@ -217,7 +217,7 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
     return method;
 }
 
-// A dual interface is found in its form for late binding, which leads to the form with the real signatures.
+// A dual interface's type information may be its dispinterface, which leads to the real signatures.
 ComPtr<ITypeInfo> WithSignatures(ITypeInfo* info)
 {
     const Attributes attributes = AttributesOf(info);

@@ -68,13 +68,13 @@ Outcome ExportedPackageList::Load()
 
 void ExportedPackageList::RequireLoaded()
 {
-    // Loading may show a box, which lets in further calls: these find the list as it then is.
+    // Loading may show a message box, which lets calls in. They get the list as it is then.
     if (const auto load = std::exchange(later, nullptr)) load();
 }
 
 void ExportedPackageList::ReadEntries(const RegistryKey& key)
 {
-    // The count is signed: a negative one means none. Do not count up to an absurdly large one.
+    // The count is signed; negative means none. HighestNumber keeps an absurd count in bounds.
     const auto stored = static_cast<int>(key.ReadDword(kCount).value_or(0));
     const int count = std::min(stored, HighestNumber(key));
     for (int index = 0; index < count; ++index) {

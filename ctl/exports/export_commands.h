@@ -1,4 +1,4 @@
-// The commands for what ZELT exports and how it logs: what its main window does, without windows. They share its code for the
+// The commands for what ZELT exports and how it logs: its main window's work, as command lines. They share its code for the
 // stored list, the search and the options. Only for Windows. They change the list only while no process of ZELT holds it.
 #pragma once
 

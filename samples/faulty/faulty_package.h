@@ -1,5 +1,5 @@
 // A property package that calculates like the sample package until it is asked for something on the menu of faults. A
-// character, chosen by the package's name in the manager, removes interfaces or adds a fault where a caller cannot
+// Character, chosen by the package's name in the manager, removes interfaces or adds a fault where a caller cannot
 // choose one.
 #pragma once
 
@@ -27,10 +27,10 @@ struct Character {
     const wchar_t* edit = L"";
 };
 
-// The packages that the faulty manager can make. Their names are the second half of the menu.
+// The packages that the faulty manager can make. samples/README.md describes them.
 std::span<const Character> AllCharacters();
 
-// Commits the fault or error that a property or compound id of GetCompoundConstant or GetTDependentProperty requests.
+// Commits the fault or error that the first property, or for GetCompoundConstant the first compound id, requests.
 class FaultyCompoundsPart final : public CompoundsPart {
 public:
     FaultyCompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)

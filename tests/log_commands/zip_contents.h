@@ -1,5 +1,5 @@
-// What is in a zip file: each file of its directory, unpacked and compared with its checksum and size. Reads only such zip files
-// as ZipWriter writes.
+// What is in a zip file: each file of its directory, unpacked and compared with its checksum and size. Reads only zip files
+// written by ZipWriter.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ public:
         }
         const std::size_t end = bytes.size() - kEndSize;
         EXPECT_EQ(Word(end + 8), Word(end + 10));
-        EXPECT_EQ(end, Long(end + 16) + Long(end + 12)) << "the directory ends where the end begins";
+        EXPECT_EQ(end, Long(end + 16) + Long(end + 12)) << "directory and end record do not meet";
         std::size_t at = Long(end + 16);
         for (unsigned i = 0; i < Word(end + 10); ++i) at = Take(at);
         EXPECT_EQ(end, at);
