@@ -16,7 +16,7 @@ const char* Begun(Database& database)
     return "INSERT INTO source VALUES (?, ?)";
 }
 
-std::optional<double> NumberOf(std::string_view text)
+std::optional<double> RealOf(std::string_view text)
 {
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -36,7 +36,7 @@ std::string Readable(std::string_view text)
     return readable;
 }
 
-const char* KindName(EventKind kind)
+const char* KindOfMessageName(EventKind kind)
 {
     return kind == EventKind::Error ? "error" : kind == EventKind::Warning ? "warning" : "info";
 }
@@ -140,7 +140,7 @@ void ConversationTables::BeginArgument(const LogEvent& event)
 void ConversationTables::AddValue(std::string_view text)
 {
     if (!isInArgument) return;
-    const auto number = NumberOf(text);
+    const auto number = RealOf(text);
     value.Integer(arguments).Integer(++place).Text(Readable(Unquoted(text)));
     (number ? value.Real(*number) : value.Null()).Insert();
 }
@@ -151,7 +151,7 @@ void ConversationTables::AddMessage(const LogEvent& event)
     const std::string text = Readable(event.text);
     message.Integer(++messages).IntegerOrNull(open.empty() ? 0 : open.back().id, !open.empty());
     message.IntegerOrNull(event.line, event.line > 0)
-        .Text(KindName(event.kind))
+        .Text(KindOfMessageName(event.kind))
         .Text(MeaningName(kind))
         .Text(text)
         .Insert();

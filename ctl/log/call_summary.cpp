@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kLongestText = 200;
 
-void AddValue(ArgumentSummary& argument, const LogEvent& event)
+void SummariseValue(ArgumentSummary& argument, const LogEvent& event)
 {
     if (argument.count++ == 0) {
         argument.first = Unquoted(event.text).substr(0, kLongestText);
@@ -74,7 +74,7 @@ void CallSummarizer::Begin(const LogEvent& event)
         argument.areWhole =
             event.text == "long" || event.text == "short" || event.text == "VT_I4" || event.text == "VT_I2";
     } else if (event.kind == EventKind::Value) {
-        if (!call.arguments.IsEmpty() && !event.hasChildren) AddValue(call.arguments.Top(), event);
+        if (!call.arguments.IsEmpty() && !event.hasChildren) SummariseValue(call.arguments.Top(), event);
     } else {
         call.result.Take(KindOfMessage(event));
     }

@@ -87,7 +87,7 @@ private:
     std::vector<bool> failed;  // of each open call
 };
 
-Row RowOf(const std::string& log)
+Row ListRowOf(const std::string& log)
 {
     Row row;
     row.log = NameOfLog(log);
@@ -127,7 +127,7 @@ struct Cell {
     bool right;
 };
 
-void WriteTable(const std::vector<Row>& rows, Output& out)
+void WriteList(const std::vector<Row>& rows, Output& out)
 {
     std::vector<std::vector<Cell>> lines = {{{"start", false},
                                              {"package", false},
@@ -160,7 +160,7 @@ void WriteTable(const std::vector<Row>& rows, Output& out)
     }
 }
 
-void WriteJson(const std::vector<Row>& rows, Output& out)
+void WriteListAsJson(const std::vector<Row>& rows, Output& out)
 {
     JsonWriter json(out);
     json.BeginArray();
@@ -181,7 +181,7 @@ int ListLogs(const Arguments& arguments, Streams& streams)
     int code = kFine;
     for (const std::string& log : LogPaths(arguments)) {
         try {
-            rows.push_back(RowOf(log));
+            rows.push_back(ListRowOf(log));
             if (!rows.back().complete) code = std::max<int>(code, kFinding);
         } catch (const InputError& error) {
             streams.messages << "zeltctl: " << error.what() << '\n';
@@ -190,9 +190,9 @@ int ListLogs(const Arguments& arguments, Streams& streams)
     }
     SortNewestFirst(rows);
     if (arguments.Has("--json")) {
-        WriteJson(rows, streams.data);
+        WriteListAsJson(rows, streams.data);
     } else if (!rows.empty()) {
-        WriteTable(rows, streams.data);
+        WriteList(rows, streams.data);
     }
     return code;
 }

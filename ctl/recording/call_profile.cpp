@@ -10,7 +10,7 @@ namespace {
 constexpr int kBits = 6;
 constexpr std::uint64_t kPerOctave = std::uint64_t{1} << kBits;
 
-std::size_t ClassOf(std::uint64_t nanoseconds)
+std::size_t TimeClassOf(std::uint64_t nanoseconds)
 {
     if (nanoseconds < kPerOctave) return static_cast<std::size_t>(nanoseconds);
     const int shift = std::bit_width(nanoseconds) - 1 - kBits;
@@ -34,7 +34,7 @@ bool IsLonger(const TimedCall& a, const TimedCall& b) { return a.duration > b.du
 
 void Distribution::Add(std::uint64_t nanoseconds)
 {
-    const std::size_t index = ClassOf(nanoseconds);
+    const std::size_t index = TimeClassOf(nanoseconds);
     if (index >= counts.size()) counts.resize(index + 1);
     ++counts[index];
     ++total;

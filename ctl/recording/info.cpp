@@ -74,7 +74,7 @@ Summary Summarize(RecordingFile& file)
     return summary;
 }
 
-void WriteJson(const Summary& summary, Output& out)
+void WriteInfoAsJson(const Summary& summary, Output& out)
 {
     JsonWriter json(out);
     json.BeginObject().Member("object", summary.objectName).Member("type", summary.objectType);
@@ -114,7 +114,7 @@ int DescribeRecording(const Arguments& arguments, Streams& streams)
     RecordingFile file(arguments.Operand(0));
     const Summary summary = Summarize(file);
     if (arguments.Has("--json")) {
-        WriteJson(summary, streams.data);
+        WriteInfoAsJson(summary, streams.data);
     } else {
         WriteText(summary, streams.data);
     }

@@ -30,7 +30,7 @@ void Right(Output& out, const std::string& text, std::size_t width)
     out.Fill(width - std::min(width, text.size())) << text;
 }
 
-std::string Share(std::uint64_t part, std::uint64_t whole)
+std::string ShareText(std::uint64_t part, std::uint64_t whole)
 {
     char text[16];
     std::snprintf(text, sizeof text, "%.0f %%",
@@ -51,12 +51,12 @@ void WriteShares(const TimeShares& shares, Output& out)
     out << "  in all calls\n";
     for (const auto& row : rows) {
         Right(out, TimeText(row.time), 10);
-        out << "  " << row.name << ", " << Share(row.time, shares.all) << '\n';
+        out << "  " << row.name << ", " << ShareText(row.time, shares.all) << '\n';
     }
     out << '\n';
 }
 
-void WriteRows(const char* title, const std::map<std::string, CallFigures>& figures, Output& out)
+void WriteProfileRows(const char* title, const std::map<std::string, CallFigures>& figures, Output& out)
 {
     for (const char* column : {"calls", "failed", "total", "self", "median", "99 %"}) Right(out, column, 10);
     out << "  " << title << '\n';
@@ -133,9 +133,9 @@ int ProfileRecording(const Arguments& arguments, Streams& streams)
     const bool isClosed = ReadCalls(file, true, [&](const TimedCall& call) { profile.Add(call); });
     WriteShares(profile.Shares(), streams.data);
     if (arguments.Has("--objects")) {
-        WriteRows("object", profile.Objects(), streams.data);
+        WriteProfileRows("object", profile.Objects(), streams.data);
     } else {
-        WriteRows("member", profile.Members(), streams.data);
+        WriteProfileRows("member", profile.Members(), streams.data);
     }
     WriteSlowest(profile.Slowest(), streams.data);
     return file.ReportEnd(isClosed, streams.messages);

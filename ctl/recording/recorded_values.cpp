@@ -46,7 +46,7 @@ std::uint16_t ElementType(const ArrayValue& array, std::uint16_t declared)
     return array.elementType.value_or(static_cast<std::uint16_t>(declared & kBase));
 }
 
-bool IsReal(std::uint16_t type, std::size_t size)
+bool IsRealType(std::uint16_t type, std::size_t size)
 {
     return (type == kR4 && size == sizeof(float)) || ((type == kR8 || type == kDate) && size == sizeof(double));
 }
@@ -80,7 +80,7 @@ Scalar NumberAt(const ArrayValue& array, std::uint16_t type, std::size_t index)
     const char* const place = array.numbers.data() + index * size;
     Scalar number;
     number.type = type;
-    number.form = IsReal(type, size) ? Value::Form::Real : Value::Form::Integer;
+    number.form = IsRealType(type, size) ? Value::Form::Real : Value::Form::Integer;
     if (number.form == Value::Form::Integer) {
         number.integer = IntegerAt(place, type, size);
     } else {
@@ -89,7 +89,7 @@ Scalar NumberAt(const ArrayValue& array, std::uint16_t type, std::size_t index)
     return number;
 }
 
-void PutNumber(char* place, std::size_t size, const Scalar& number)
+void AppendNumber(char* place, std::size_t size, const Scalar& number)
 {
     if (number.form == Value::Form::Real) {
         return size == sizeof(float) ? Write(place, static_cast<float>(number.real)) : Write(place, number.real);
@@ -126,7 +126,7 @@ ArrayValue MapArray(const ArrayValue& array, std::uint16_t declared, const Scala
     std::string& bytes = texts.emplace_back(array.numbers.size(), '\0');
     const std::uint16_t type = ElementType(array, declared);
     for (std::size_t i = 0; i < CountNumbers(array); ++i) {
-        PutNumber(bytes.data() + i * array.elementSize, array.elementSize, map(NumberAt(array, type, i)));
+        AppendNumber(bytes.data() + i * array.elementSize, array.elementSize, map(NumberAt(array, type, i)));
     }
     mapped.numbers = bytes;
     return mapped;

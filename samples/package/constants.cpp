@@ -51,7 +51,7 @@ constexpr UniversalConstant kUniversalConstants[] = {
 // clang-format on
 
 template <class Row>
-const Row& Find(std::span<const Row> table, std::wstring_view name, const wchar_t* kind)
+const Row& FindRow(std::span<const Row> table, std::wstring_view name, const wchar_t* kind)
 {
     for (const Row& row : table) {
         if (SameName(row.name, name)) return row;
@@ -68,17 +68,17 @@ std::span<const UniversalConstant> UniversalConstants() { return kUniversalConst
 
 const CompoundConstant& FindConstant(std::wstring_view name)
 {
-    return Find(CompoundConstants(), name, L"compound constant");
+    return FindRow(CompoundConstants(), name, L"compound constant");
 }
 
 const CompoundFunction& FindFunction(std::span<const CompoundFunction> table, std::wstring_view name)
 {
-    return Find(table, name, L"compound property");
+    return FindRow(table, name, L"compound property");
 }
 
 const UniversalConstant& FindUniversalConstant(std::wstring_view name)
 {
-    return Find(UniversalConstants(), name, L"universal constant");
+    return FindRow(UniversalConstants(), name, L"universal constant");
 }
 
 }  // namespace zelt::sample

@@ -58,7 +58,7 @@ std::vector<double> CalculatePure(const PropertyRequest& request, const PhaseInp
     return values;
 }
 
-std::vector<std::wstring> WriteBack(const MaterialObjectView& material, FlashKind kind, const FlashResult& result)
+std::vector<std::wstring> WriteResults(const MaterialObjectView& material, FlashKind kind, const FlashResult& result)
 {
     // At a bubble or dew point, both phases are present, one of them empty.
     const bool boundary = kind == FlashKind::kPVF || kind == FlashKind::kTVF;
@@ -180,7 +180,7 @@ STDMETHODIMP PropertyPackage10Part::CalcEquilibrium(IDispatch* materialObject, B
         const std::vector<double> feed = material.Fractions(kWhole);
         const FlashResult result = Solve(SolutionOf(material), type.kind, first, second, feed, allowed);
         model.Host().CheckState(result.temperature, result.pressure, feed);
-        const std::vector<std::wstring> present = WriteBack(material, type.kind, result);
+        const std::vector<std::wstring> present = WriteResults(material, type.kind, result);
         if (!names.empty()) Calculate(material, names, present, false);
         model.Host().Tell(2, L"flash calculated");
     });

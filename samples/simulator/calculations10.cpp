@@ -50,7 +50,7 @@ std::vector<std::wstring> ColumnsOf(const Slate& slate, std::initializer_list<co
     return columns;
 }
 
-void Flash(const PackageSession10& session, const wchar_t* type)
+void Flash10(const PackageSession10& session, const wchar_t* type)
 {
     CheckCall(
         session.properties->CalcEquilibrium(session.materialDispatch.Get(), MakeBstr(type).GetBSTR(), _variant_t()),
@@ -83,7 +83,7 @@ void FlashAtFraction(const PackageSession10& session, double fraction)
     ICapeThermoMaterialObject* material = session.material.Get();
     CheckCall(material->RemoveResults(_variant_t()), material, L"RemoveResults");
     Set(material, L"phaseFraction", L"Vapor", kMixture, L"mole", {{fraction}});
-    Flash(session, L"PVF");
+    Flash10(session, L"PVF");
 }
 
 }  // namespace
@@ -179,7 +179,7 @@ void Show10Equilibria(const PackageSession10& session, Report& report)
             lowest->boilingPoint + (highest->boilingPoint - lowest->boilingPoint) * step / kSteps;
         Set(material, L"temperature", kWhole, L"", L"", {{temperature}});
         CheckCall(material->RemoveResults(_variant_t()), material, L"RemoveResults");
-        Flash(session, L"TP");
+        Flash10(session, L"TP");
         Row(session, report, L"TP");
     }
     for (const auto& [name, fraction] :

@@ -22,9 +22,9 @@ constexpr const wchar_t* kKineticProperties[] = {L"rateConstant", L"reactionRate
 constexpr const wchar_t* kEquilibriumProperties[] = {L"chemicalEquilibriumConstant", L"enthalpyOfReaction",
                                                      L"reactionQuotient"};
 
-std::wstring TextFrom(ICapeReactionChemistry* chemistry,
-                      HRESULT (STDMETHODCALLTYPE ICapeReactionChemistry::*getter)(BSTR, BSTR*), const std::wstring& id,
-                      const wchar_t* what)
+std::wstring ReactionText(ICapeReactionChemistry* chemistry,
+                          HRESULT (STDMETHODCALLTYPE ICapeReactionChemistry::*getter)(BSTR, BSTR*),
+                          const std::wstring& id, const wchar_t* what)
 {
     _bstr_t text;
     CheckCall((chemistry->*getter)(MakeBstr(id).GetBSTR(), text.GetAddress()), chemistry, what);
@@ -95,7 +95,7 @@ std::span<const wchar_t* const> PropertiesOf(const ReactionSession::Reaction& re
 }
 
 // Calculates and reads back one reaction's properties.
-std::vector<double> Calculate(const ReactionSession& session, const ReactionSession::Reaction& reaction)
+std::vector<double> CalculateReactions(const ReactionSession& session, const ReactionSession::Reaction& reaction)
 {
     std::vector<std::wstring> names;
     for (const wchar_t* name : PropertiesOf(reaction)) names.emplace_back(name);
@@ -152,9 +152,9 @@ ReactionSession::ReactionSession(ComPtr<IDispatch> object, std::shared_ptr<Flows
     CheckCall(chemistry->GetNumberOfReactions(&count), chemistry.Get(), L"GetNumberOfReactions");
     CheckCall(chemistry->GetReactionsIds(&ids), chemistry.Get(), L"GetReactionsIds");
     for (const std::wstring& id : ReadStrings(ids, L"reactionIDS")) {
-        Reaction reaction{id,
-                          TextFrom(chemistry.Get(), &ICapeReactionChemistry::GetReactionPhase, id, L"GetReactionPhase"),
-                          CAPE_EQUILIBRIUM};
+        Reaction reaction{
+            id, ReactionText(chemistry.Get(), &ICapeReactionChemistry::GetReactionPhase, id, L"GetReactionPhase"),
+            CAPE_EQUILIBRIUM};
         CheckCall(chemistry->GetReactionType(MakeBstr(id).GetBSTR(), &reaction.type), chemistry.Get(),
                   L"GetReactionType");
         reactions.push_back(std::move(reaction));
@@ -203,13 +203,13 @@ void ShowReactions(const ReactionSession& session, Report& report)
         _bstr_t id = MakeBstr(reaction.id);
         eCapeReactionRateBasis rateBasis = CAPE_HOMOGENEOUS;
         CheckCall(chemistry->GetReactionRateBasis(id.GetBSTR(), &rateBasis), chemistry, L"GetReactionRateBasis");
-        report.Line(
-            reaction.id + (reaction.type == CAPE_KINETIC ? L": kinetic" : L": equilibrium") +
-            (rateBasis == CAPE_HOMOGENEOUS ? L", homogeneous, phase " : L", heterogeneous, phase ") + reaction.phase +
-            L", basis " +
-            TextFrom(chemistry, &ICapeReactionChemistry::GetReactionConcBasis, reaction.id, L"GetReactionConcBasis") +
-            L", base reactant " +
-            TextFrom(chemistry, &ICapeReactionChemistry::GetBaseReactant, reaction.id, L"GetBaseReactant"));
+        report.Line(reaction.id + (reaction.type == CAPE_KINETIC ? L": kinetic" : L": equilibrium") +
+                    (rateBasis == CAPE_HOMOGENEOUS ? L", homogeneous, phase " : L", heterogeneous, phase ") +
+                    reaction.phase + L", basis " +
+                    ReactionText(chemistry, &ICapeReactionChemistry::GetReactionConcBasis, reaction.id,
+                                 L"GetReactionConcBasis") +
+                    L", base reactant " +
+                    ReactionText(chemistry, &ICapeReactionChemistry::GetBaseReactant, reaction.id, L"GetBaseReactant"));
 
         _variant_t ids, charges, numbers, coefficients, phaseIds;
         CheckCall(chemistry->GetReactionCompoundIds(id.GetBSTR(), &ids, &charges, &numbers), chemistry,
@@ -245,17 +245,18 @@ void ShowReactionProperties(const ReactionSession& session, Report& report)
         const bool gas = SameName(reaction.phase, L"Vapor");
         for (const double temperature : gas ? std::span<const double>(kGasTemperatures) : kLiquidTemperatures) {
             SetState(session, temperature);
-            report.Row(reaction.id + L", " + NumberText(temperature) + L" K", Calculate(session, reaction));
+            report.Row(reaction.id + L", " + NumberText(temperature) + L" K", CalculateReactions(session, reaction));
         }
     }
 
     const auto context = Optional<ICapeThermoContext>(session.package.Get());
     if (!context) return;
     std::vector<std::vector<double>> before;
-    for (const ReactionSession::Reaction& reaction : session.reactions) before.push_back(Calculate(session, reaction));
+    for (const ReactionSession::Reaction& reaction : session.reactions)
+        before.push_back(CalculateReactions(session, reaction));
     CheckCall(context->SetMaterial(session.materialDispatch.Get()), context.Get(), L"SetMaterial");
     for (std::size_t i = 0; i < before.size(); ++i) {
-        if (!SameBits(before[i], Calculate(session, session.reactions[i]))) {
+        if (!SameBits(before[i], CalculateReactions(session, session.reactions[i]))) {
             throw CapeFailure(ECapeUnknownHR, L"The older way of handing over the material gives other results");
         }
     }

@@ -46,7 +46,7 @@ ComPtr<ICapeThermoEquilibriumRoutine> EquilibriumOf(ICapeThermoMaterial* materia
     return routine;
 }
 
-void Row(Report& report, const std::wstring& label, double in, double out, double tolerance)
+void StreamRow(Report& report, const std::wstring& label, double in, double out, double tolerance)
 {
     report.Row(label, {{in, out, out - in}});
     if (!(std::fabs(out - in) <= tolerance * std::max(std::fabs(in), std::fabs(out)))) {
@@ -188,10 +188,10 @@ void StreamSet::ShowBalances(Report& report) const
             heatIn += signal.values.Real(L"duty");
     }
     for (std::size_t i = 0; i < in.size(); ++i) {
-        Row(report, slate.compounds[i].id + L", mol/s", in[i], out[i], kMassTolerance);
+        StreamRow(report, slate.compounds[i].id + L", mol/s", in[i], out[i], kMassTolerance);
     }
-    Row(report, L"total flow, mol/s", totalIn, totalOut, kMassTolerance);
-    Row(report, L"enthalpy, work and duty, W", heatIn, heatOut, kHeatTolerance);
+    StreamRow(report, L"total flow, mol/s", totalIn, totalOut, kMassTolerance);
+    StreamRow(report, L"enthalpy, work and duty, W", heatIn, heatOut, kHeatTolerance);
 }
 
 }  // namespace zelt::sample

@@ -6,8 +6,8 @@
 namespace zelt::test {
 namespace {
 
-std::string Call(const std::string& object, const std::string& type, const std::string& value,
-                 const std::string& method = "M")
+std::string CallOfDiff(const std::string& object, const std::string& type, const std::string& value,
+                       const std::string& method = "M")
 {
     return "<func name=\"ICapeX::" + method + "\" direc=\"out\" object=\"" + object +
            "\"><arg name=\"a\" direc=\"out\" type=\"" + type + "\"><argval value=\"" + value + "\"/></arg></func>\n";
@@ -29,17 +29,18 @@ struct AlikeCase {
 const AlikeCase kAlike[] = {
     {"times", "<info value=\"ZELT Logging started at May 1, 2026, 08:00\"/>",
      "<info value=\"ZELT Logging started at May 2, 2026, 09:00\"/>"},
-    {"addresses", Call("F", "interface", "interface pointer 0x00000001"),
-     Call("F", "interface", "interface pointer 0x00000002")},
-    {"addresses of objects", Call("F", "interface", "interface to object &quot;G&quot; (address 0x00000001)"),
-     Call("F", "interface", "interface to object &quot;G&quot; (address 0x0000000000000002)")},
-    {"numbers of objects", Call("Stream 1", "long", "5"), Call("Stream 12", "long", "5")},
-    {"numbers in brackets", Call("Stream (1)", "long", "5"), Call("Stream (2)", "long", "5")},
-    {"numbers of objects in values", Call("F", "interface", "interface to object &quot;G1&quot; (address 0x00000001)"),
-     Call("F", "interface", "interface to object &quot;G22&quot; (address 0x00000001)")},
+    {"addresses", CallOfDiff("F", "interface", "interface pointer 0x00000001"),
+     CallOfDiff("F", "interface", "interface pointer 0x00000002")},
+    {"addresses of objects", CallOfDiff("F", "interface", "interface to object &quot;G&quot; (address 0x00000001)"),
+     CallOfDiff("F", "interface", "interface to object &quot;G&quot; (address 0x0000000000000002)")},
+    {"numbers of objects", CallOfDiff("Stream 1", "long", "5"), CallOfDiff("Stream 12", "long", "5")},
+    {"numbers in brackets", CallOfDiff("Stream (1)", "long", "5"), CallOfDiff("Stream (2)", "long", "5")},
+    {"numbers of objects in values",
+     CallOfDiff("F", "interface", "interface to object &quot;G1&quot; (address 0x00000001)"),
+     CallOfDiff("F", "interface", "interface to object &quot;G22&quot; (address 0x00000001)")},
     {"queries of the system",
      "<warning value=\"P: QueryInterface for unsupported interface {00000003-0000-0000-C000-000000000046}\"/>", ""},
-    {"numbers written otherwise", Call("F", "double", "1e3"), Call("F", "double", "1000")},
+    {"numbers written otherwise", CallOfDiff("F", "double", "1e3"), CallOfDiff("F", "double", "1000")},
 };
 
 TEST(LogDiff, LeavesOutWhatDiffersBetweenRuns)
@@ -61,27 +62,29 @@ struct DifferenceCase {
 };
 
 const DifferenceCase kDifferences[] = {
-    {"a value", Call("F", "double", "1"), Call("F", "double", "2"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> 2"},
-    {"a type", Call("F", "double", "1"), Call("F", "long", "1"),
+    {"a value", CallOfDiff("F", "double", "1"), CallOfDiff("F", "double", "2"),
+     "~ 3 3  ICapeX::M (F) out a[1]: 1 -> 2"},
+    {"a type", CallOfDiff("F", "double", "1"), CallOfDiff("F", "long", "1"),
      "~ 3 3  ICapeX::M (F) out a: of type double -> of type long"},
-    {"a text", Call("F", "string", "&quot;1&quot;"), Call("F", "string", "&quot;2&quot;"),
+    {"a text", CallOfDiff("F", "string", "&quot;1&quot;"), CallOfDiff("F", "string", "&quot;2&quot;"),
      "~ 3 3  ICapeX::M (F) out a[1]: \"1\" -> \"2\""},
-    {"a call more", "", Call("F", "long", "1"), "+ 3  ICapeX::M (F)"},
-    {"a call less", Call("F", "long", "1") + Call("F", "long", "1", "N"), Call("F", "long", "1", "N"),
+    {"a call more", "", CallOfDiff("F", "long", "1"), "+ 3  ICapeX::M (F)"},
+    {"a call less", CallOfDiff("F", "long", "1") + CallOfDiff("F", "long", "1", "N"), CallOfDiff("F", "long", "1", "N"),
      "- 3  ICapeX::M (F)"},
-    {"another object", Call("F", "long", "1"), Call("G", "long", "1"), "- 3  ICapeX::M (F)"},
+    {"another object", CallOfDiff("F", "long", "1"), CallOfDiff("G", "long", "1"), "- 3  ICapeX::M (F)"},
     {"a message", "<warning value=\"w\"/>", "", "- 3  warning: w"},
     {"an error in a call", "<func name=\"A::B\" direc=\"in\" object=\"P\"></func>",
      "<func name=\"A::B\" direc=\"in\" object=\"P\"><error value=\"E_FAIL: x\"/></func>",
      "~ 3 3  A::B (P) error: (nothing) -> E_FAIL: x"},
-    {"a number with more behind it", Call("F", "string", "1 K"), Call("F", "string", "1 L"),
+    {"a number with more behind it", CallOfDiff("F", "string", "1 K"), CallOfDiff("F", "string", "1 L"),
      "~ 3 3  ICapeX::M (F) out a[1]: 1 K -> 1 L"},
-    {"numbers beyond all bounds", Call("F", "double", "1e999"), Call("F", "double", "2e999"),
+    {"numbers beyond all bounds", CallOfDiff("F", "double", "1e999"), CallOfDiff("F", "double", "2e999"),
      "~ 3 3  ICapeX::M (F) out a[1]: 1e999 -> 2e999"},
     {"a number at the end of a message", "<warning value=\"w 1\"/>", "<warning value=\"w 2\"/>", "- 3  warning: w 1"},
-    {"NaN", Call("F", "double", "1"), Call("F", "double", "N/A"), "~ 3 3  ICapeX::M (F) out a[1]: 1 -> N/A"},
-    {"addresses without an object's name", Call("F", "interface", "interface to object &quot; (address 0x1)"),
-     Call("F", "interface", "interface to object &quot; (address 0x2)"),
+    {"NaN", CallOfDiff("F", "double", "1"), CallOfDiff("F", "double", "N/A"),
+     "~ 3 3  ICapeX::M (F) out a[1]: 1 -> N/A"},
+    {"addresses without an object's name", CallOfDiff("F", "interface", "interface to object &quot; (address 0x1)"),
+     CallOfDiff("F", "interface", "interface to object &quot; (address 0x2)"),
      "~ 3 3  ICapeX::M (F) out a[1]: interface to object \" (address 0x1) -> interface to object \" (address 0x2)"},
 };
 
@@ -151,7 +154,8 @@ std::string LastLine(const Outcome& outcome) { return LinesOf(outcome.data).back
 
 TEST(LogDiff, NamesTheFirstDifferenceWhicheverLogHasIt)
 {
-    const std::string call = Call("F", "long", "1"), other = Call("F", "long", "2"), more = Call("G", "long", "1");
+    const std::string call = CallOfDiff("F", "long", "1"), other = CallOfDiff("F", "long", "2"),
+                      more = CallOfDiff("G", "long", "1");
     EXPECT_EQ(
         "Values that differ: 1; calls and messages of the first log alone: 1, of the second alone: 0; the first "
         "difference is in line 3 of the first",
@@ -169,7 +173,7 @@ TEST(LogDiff, NamesTheFirstDifferenceWhicheverLogHasIt)
 TEST(LogDiff, GivesWhatFollowsAnInnerCallToTheOuterOne)
 {
     const auto nested = [](const char* value, const char* message) {
-        return "<func name=\"A::Outer\" direc=\"in\" object=\"P\">\n" + Call("F", "long", "1") +
+        return "<func name=\"A::Outer\" direc=\"in\" object=\"P\">\n" + CallOfDiff("F", "long", "1") +
                "<arg name=\"b\" direc=\"out\" type=\"long\"><argval value=\"" + value +
                "\"/></arg></func>\n<info value=\"" + message + "\"/>\n";
     };
@@ -181,7 +185,7 @@ TEST(LogDiff, GivesWhatFollowsAnInnerCallToTheOuterOne)
 TEST(LogDiff, TakesNumbersAsEqualWithinTheTolerance)
 {
     const auto code = [](const char* a, const char* b, const char* tolerance) {
-        return Compare(Call("F", "double", a), Call("F", "double", b), {"--tolerance", tolerance}).code;
+        return Compare(CallOfDiff("F", "double", a), CallOfDiff("F", "double", b), {"--tolerance", tolerance}).code;
     };
     EXPECT_EQ(0, code("100", "101", "0.01"));
     EXPECT_EQ(1, code("100", "102", "0.01"));

@@ -20,23 +20,24 @@ std::string Argument(const std::string& name, const std::string& direction, cons
     return text + "</arg>\r\n";
 }
 
-std::string Text(const std::string& name, const std::string& value)
+std::string TextArgument(const std::string& name, const std::string& value)
 {
     return Argument(name, "in", {"&quot;" + value + "&quot;"});
 }
 
 std::string Error(const std::string& text) { return "<error value=\"" + text + "\"/>\r\n"; }
 
-std::string Read(const std::string& property, const std::string& value, const std::string& more = {})
+std::string ReadTemperature(const std::string& property, const std::string& value, const std::string& more = {})
 {
     return Call("ICapeThermoMaterial::GetOverallProp", "out", "Feed",
-                Text("property", property) + Text("basis", "") +
+                TextArgument("property", property) + TextArgument("basis", "") +
                     (value.empty() ? "" : Argument("results", "out", {value})) + more);
 }
 
-std::string Flash(const std::string& solution, const std::string& inside)
+std::string FlashOf(const std::string& solution, const std::string& inside)
 {
-    return Call("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "in", "P", Text("solutionType", solution) + inside);
+    return Call("ICapeThermoEquilibriumRoutine::CalcEquilibrium", "in", "P",
+                TextArgument("solutionType", solution) + inside);
 }
 
 std::string Numbered(const char* name, int number)
@@ -72,22 +73,22 @@ TEST(LogWhy, TellsTheWholeStory)
         "          it returned count = 2\n"
         "  Rules that were broken during it\n"
         "      62  violation: Phase label cannot be empty\n",
-        Why(Flash("First",
-                  Read("temperature", "353.2") + Read("pressure", "101325") + Argument("count", "out", {"2"})) +
-            Flash("Second", Read("temperature", "500") +
-                                Read("fraction", "", Error("ECapeThrmPropertyNotAvailableHR: not there")) +
-                                "<info value=\"a\"/>\r\n<info value=\"b\"/>\r\n<info value=\"c\"/>\r\n"
-                                "<info value=\"d\"/>\r\n<info value=\"e\"/>\r\n" +
-                                Error("Phase label cannot be empty") +
-                                "<info value=\"Error information: &quot;50 iterations&quot; (source: P)\"/>\r\n" +
-                                Error("ECapeSolvingErrorHR: no convergence"))));
+        Why(FlashOf("First", ReadTemperature("temperature", "353.2") + ReadTemperature("pressure", "101325") +
+                                 Argument("count", "out", {"2"})) +
+            FlashOf("Second", ReadTemperature("temperature", "500") +
+                                  ReadTemperature("fraction", "", Error("ECapeThrmPropertyNotAvailableHR: not there")) +
+                                  "<info value=\"a\"/>\r\n<info value=\"b\"/>\r\n<info value=\"c\"/>\r\n"
+                                  "<info value=\"d\"/>\r\n<info value=\"e\"/>\r\n" +
+                                  Error("Phase label cannot be empty") +
+                                  "<info value=\"Error information: &quot;50 iterations&quot; (source: P)\"/>\r\n" +
+                                  Error("ECapeSolvingErrorHR: no convergence"))));
 }
 
 TEST(LogWhy, TellsOnceWhatFailsTheSameWayAgain)
 {
     std::string entries;
-    for (int i = 0; i < 12; ++i) entries += Flash("S", Error("E_FAIL: no"));
-    entries += Flash("S", Error("E_FAIL: otherwise"));
+    for (int i = 0; i < 12; ++i) entries += FlashOf("S", Error("E_FAIL: no"));
+    entries += FlashOf("S", Error("E_FAIL: otherwise"));
     EXPECT_EQ(
         "Failure 1 of 2: ICapeThermoEquilibriumRoutine::CalcEquilibrium (P)\n"
         "       7  E_FAIL: no\n"
@@ -124,12 +125,14 @@ TEST(LogWhy, TellsOfAFailureThatTheCallerCopedWith)
         "  When it last succeeded before\n"
         "       7  with property = \"temperature\"\n"
         "          it returned results = 353.2\n",
-        Why(Flash("S", Read("temperature", "353.2") + Read("fraction", "", Error("E_FAIL: no")))));
+        Why(FlashOf("S",
+                    ReadTemperature("temperature", "353.2") + ReadTemperature("fraction", "", Error("E_FAIL: no")))));
 }
 
 TEST(LogWhy, TellsOfACallThatNeverReturned)
 {
-    const std::string whole = InLog(Flash("S", Read("temperature", "353.2") + Read("pressure", "1")));
+    const std::string whole =
+        InLog(FlashOf("S", ReadTemperature("temperature", "353.2") + ReadTemperature("pressure", "1")));
     const TemporaryLog log(whole.substr(0, whole.find("<arg name=\"results\"", whole.find("pressure"))));
     const Outcome outcome = RunCommand({"log", "why", log.Path()});
     EXPECT_EQ(1, outcome.code);
@@ -153,11 +156,13 @@ TEST(LogWhy, TellsOfACallThatNeverReturned)
 TEST(LogWhy, ShowsOnlySoMuchOfALongConversation)
 {
     std::string inside;
-    for (int i = 0; i < 20; ++i) inside += Read(Numbered("p", i), Numbered("", i));
-    for (int i = 0; i < 6; ++i) inside += Read(Numbered("f", i), "", Error("E_FAIL: no"));
-    inside += Read("temperature", "300") + Read("z1", "1") + Read("z2", "1") + Read("z3", "1");
-    inside += Read("z4", "1") + Read("z5", "1") + Read("z6", "1") + Read("z7", "1") + Read("z8", "1");
-    const std::string story = Why(Flash("S", inside + Error("E_FAIL: no")));
+    for (int i = 0; i < 20; ++i) inside += ReadTemperature(Numbered("p", i), Numbered("", i));
+    for (int i = 0; i < 6; ++i) inside += ReadTemperature(Numbered("f", i), "", Error("E_FAIL: no"));
+    inside += ReadTemperature("temperature", "300") + ReadTemperature("z1", "1") + ReadTemperature("z2", "1") +
+              ReadTemperature("z3", "1");
+    inside += ReadTemperature("z4", "1") + ReadTemperature("z5", "1") + ReadTemperature("z6", "1") +
+              ReadTemperature("z7", "1") + ReadTemperature("z8", "1");
+    const std::string story = Why(FlashOf("S", inside + Error("E_FAIL: no")));
     EXPECT_LE(LinesOf(story).size(), 30u) << story;
     EXPECT_NE(std::string::npos, story.find("          25 calls not shown\n")) << story;
     // The failed ones first, then the latest.
@@ -184,9 +189,9 @@ TEST(LogWhy, CutsLongValuesAndCountsThem)
 
 TEST(LogWhy, ForgetsWhatItKnewOfAMaterialThatWasCleared)
 {
-    const std::string story =
-        Why(Flash("S", Read("temperature", "300") + Call("ICapeThermoMaterial::ClearAllProps", "out", "Feed") +
-                           Read("pressure", "1") + Error("E_FAIL: no")));
+    const std::string story = Why(FlashOf("S", ReadTemperature("temperature", "300") +
+                                                   Call("ICapeThermoMaterial::ClearAllProps", "out", "Feed") +
+                                                   ReadTemperature("pressure", "1") + Error("E_FAIL: no")));
     EXPECT_NE(std::string::npos, story.find("  What the log last says about Feed\n      20  pressure = 1\n  When"))
         << story;
 }
@@ -195,9 +200,9 @@ TEST(LogWhy, KnowsThePhasesOfAMaterial)
 {
     for (const std::string method : {"GetPresentPhases", "SetPresentPhases"}) {
         const std::string story =
-            Why(Flash("S", Call("ICapeThermoMaterial::" + method, "out", "Feed",
-                                Argument("phaseLabels", "out", {"&quot;Vapor&quot;", "&quot;Liquid&quot;"})) +
-                               Error("E_FAIL: no")));
+            Why(FlashOf("S", Call("ICapeThermoMaterial::" + method, "out", "Feed",
+                                  Argument("phaseLabels", "out", {"&quot;Vapor&quot;", "&quot;Liquid&quot;"})) +
+                                 Error("E_FAIL: no")));
         EXPECT_NE(std::string::npos,
                   story.find("  What the log last says about Feed\n       7  phases = \"Vapor\", \"Liquid\"\n"))
             << story;
@@ -206,7 +211,7 @@ TEST(LogWhy, KnowsThePhasesOfAMaterial)
 
 TEST(LogWhy, SaysWhenNoCallFailed)
 {
-    const TemporaryLog log(InLog(Flash("S", Error("Phase label cannot be empty"))));
+    const TemporaryLog log(InLog(FlashOf("S", Error("Phase label cannot be empty"))));
     const Outcome outcome = RunCommand({"log", "why", log.Path()});
     EXPECT_EQ(0, outcome.code);
     EXPECT_EQ("No call failed.\n", outcome.data);

@@ -19,7 +19,7 @@ Outcome Diff(const std::string& a, const std::string& b, const std::vector<std::
 }
 
 // A flash whose package asks a material; the material's address differs from run to run.
-std::string Flash(std::uint64_t address, const std::string& material, double temperature, double fraction)
+std::string RecordFlash(std::uint64_t address, const std::string& material, double temperature, double fraction)
 {
     RecordedCalls calls;
     const std::uint32_t feed = calls.NewObject(address);
@@ -41,7 +41,7 @@ std::string Flash(std::uint64_t address, const std::string& material, double tem
 
 TEST(RecordingDiff, OfTheSameConversationIsNone)
 {
-    const Outcome same = Diff(Flash(0x3000, "Feed 1", 353.15, 0.25), Flash(0x4000, "Feed 2", 353.15, 0.25));
+    const Outcome same = Diff(RecordFlash(0x3000, "Feed 1", 353.15, 0.25), RecordFlash(0x4000, "Feed 2", 353.15, 0.25));
     EXPECT_EQ(0, same.code) << same.data;
     EXPECT_EQ("", same.data);
     EXPECT_EQ("", same.messages);
@@ -64,7 +64,7 @@ TEST(RecordingDiff, LooksAtWhatIsLoaded)
 TEST(RecordingDiff, IsToTheBit)
 {
     const double next = std::nextafter(353.15, 400);
-    const Outcome outcome = Diff(Flash(0x3000, "Feed", 353.15, 0.25), Flash(0x3000, "Feed", next, 0.5));
+    const Outcome outcome = Diff(RecordFlash(0x3000, "Feed", 353.15, 0.25), RecordFlash(0x3000, "Feed", next, 0.5));
     EXPECT_EQ(1, outcome.code);
     EXPECT_EQ(
         "~ 3 3  ICapeThermoMaterial::GetTPFraction (Object 2) out temperature: 353.15000000000003 instead of 353.15\n"
@@ -98,7 +98,7 @@ TEST(RecordingDiff, FindsAnotherTypeOfTheSameValue)
 
 TEST(RecordingDiff, ToleratesWhatTheUserAllows)
 {
-    const std::string a = Flash(0x3000, "Feed", 353.15, 0.25), b = Flash(0x3000, "Feed", 353.151, 0.25);
+    const std::string a = RecordFlash(0x3000, "Feed", 353.15, 0.25), b = RecordFlash(0x3000, "Feed", 353.151, 0.25);
     EXPECT_EQ(1, Diff(a, b).code);
     EXPECT_EQ(1, Diff(a, b, {"--tolerance", "1e-6"}).code);
     EXPECT_EQ(0, Diff(a, b, {"--tolerance", "1e-5"}).code);
@@ -151,7 +151,8 @@ TEST(RecordingDiff, ComparesResultsMessagesAndMissingArguments)
 
 TEST(RecordingDiff, IsAlsoJson)
 {
-    const Outcome outcome = Diff(Flash(0x3000, "Feed", 353.15, 0.25), Flash(0x3000, "Feed", 353.15, 0.5), {"--json"});
+    const Outcome outcome =
+        Diff(RecordFlash(0x3000, "Feed", 353.15, 0.25), RecordFlash(0x3000, "Feed", 353.15, 0.5), {"--json"});
     EXPECT_EQ(
         "{\"differences\":[\n"
         "{\"kind\":\"value\",\"callA\":3,\"callB\":3,\"call\":\"ICapeThermoMaterial::GetTPFraction (Object "
@@ -162,7 +163,7 @@ TEST(RecordingDiff, IsAlsoJson)
 
 TEST(RecordingDiff, SaysThatOneIsCutOff)
 {
-    const std::string whole = Flash(0x3000, "Feed", 353.15, 0.25);
+    const std::string whole = RecordFlash(0x3000, "Feed", 353.15, 0.25);
     const Outcome outcome = Diff(whole, whole.substr(0, whole.size() - 1));
     EXPECT_EQ(1, outcome.code);
     EXPECT_NE(std::string::npos, outcome.messages.find("is cut off in the middle of a record"));

@@ -26,7 +26,7 @@ std::string Redact(const std::string& recording, const std::vector<std::string>&
 }
 
 // The values of all arguments as text, by "<member> <argument>", in order.
-std::map<std::string, std::vector<std::string>> ValuesOf(const std::string& recording)
+std::map<std::string, std::vector<std::string>> RecordedValues(const std::string& recording)
 {
     std::size_t at = 0;
     recording::RecordReader records([&](char* out, std::size_t count) {
@@ -58,7 +58,7 @@ double Sum(const std::vector<std::string>& numbers)
 }
 
 // Half of the feed boils; the two phases together have its composition.
-std::string Flash()
+std::string RecordedFlash()
 {
     RecordedCalls calls;
     const std::uint32_t feed = calls.NewObject(0x3000);
@@ -108,7 +108,7 @@ TEST(RecordingRedaction, LeavesSwitchesAndNoClass)
 
 TEST(RecordingRedact, LeavesNothingThatIdentifies)
 {
-    for (const std::string& recording : {Flash(), SampleRecording()}) {
+    for (const std::string& recording : {RecordedFlash(), SampleRecording()}) {
         const std::string redacted = Redact(recording);
         for (const char* secret :
              {"Aromatics", "aromatics.dll", "2.1.0.0", "0123456789abcdef", "March 05", "Object 2", "Secretol",
@@ -134,7 +134,7 @@ TEST(RecordingRedact, LeavesOutWhatIsLoaded)
 
 TEST(RecordingRedact, KeepsWhatAReaderNeeds)
 {
-    auto values = ValuesOf(Redact(Flash()));
+    auto values = RecordedValues(Redact(RecordedFlash()));
     EXPECT_EQ((std::vector<std::string>{"\"Compound-1\"", "\"Compound-2\""}), values["GetCompoundList compIds"]);
     EXPECT_EQ((std::vector<std::string>{"\"Compound-1\""}), values["GetTDependentProperty compIds"]);
     EXPECT_EQ("0", values["GetCompoundList molwts"].at(1));
@@ -148,7 +148,7 @@ TEST(RecordingRedact, KeepsWhatAReaderNeeds)
 
 TEST(RecordingRedact, KeepsTheBalanceOfPhases)
 {
-    auto values = ValuesOf(Redact(Flash()));
+    auto values = RecordedValues(Redact(RecordedFlash()));
     const std::vector<std::string> feed = values["GetOverallTPFraction composition"],
                                    given = values["SetSinglePhaseProp values"];
     ASSERT_EQ(6u, given.size());
@@ -168,17 +168,17 @@ TEST(RecordingRedact, GivesTheSameTextTheSameAlias)
         calls.Call("ICapeIdentification::put_ComponentName", kPackage, [&] { calls.Text("name", false, text); });
     }
     const std::string whole = calls.Whole();
-    const auto names = ValuesOf(Redact(whole))["put_ComponentName name"];
+    const auto names = RecordedValues(Redact(whole))["put_ComponentName name"];
     ASSERT_EQ(3u, names.size());
     EXPECT_EQ(names[0], names[2]);
     EXPECT_NE(names[0], names[1]);
     // Each run has a key of its own.
-    EXPECT_NE(names[0], ValuesOf(Redact(whole))["put_ComponentName name"].at(0));
+    EXPECT_NE(names[0], RecordedValues(Redact(whole))["put_ComponentName name"].at(0));
 }
 
 TEST(RecordingRedact, KeepsCallsResultsAndTimes)
 {
-    const std::string whole = Flash(), redacted = Redact(whole);
+    const std::string whole = RecordedFlash(), redacted = Redact(whole);
     EXPECT_EQ(CallsOf(whole), CallsOf(redacted));
     const TemporaryLog before(whole, "whole"), after(redacted, "redacted");
     EXPECT_EQ(RunCommand({"recording", "profile", "--slowest", "0", before.Path()}).data,
@@ -203,7 +203,7 @@ TEST(RecordingRedact, OfOneWithoutAnEndHasNone)
 
 TEST(RecordingRedact, OfEveryCutIsARecording)
 {
-    const std::string whole = Flash();
+    const std::string whole = RecordedFlash();
     int readable = 0;
     for (std::size_t length = 0; length < whole.size(); length += 7) {
         const TemporaryLog file(whole.substr(0, length), "whole"), target("", "redacted");

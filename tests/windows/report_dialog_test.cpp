@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 std::wstring logsToAdd, fileToWrite;
 DWORD flagsOfLogs = 0;
 
-BOOL Take(OPENFILENAMEW* dialog, const std::wstring& answer)
+BOOL TakeAnswer(OPENFILENAMEW* dialog, const std::wstring& answer)
 {
     if (answer.empty()) return FALSE;
     EXPECT_LT(answer.size() + 1, dialog->nMaxFile);
@@ -39,14 +39,14 @@ BOOL WINAPI TakeLogs(OPENFILENAMEW* dialog)
 {
     EXPECT_STREQ(L"Logs for the report:", dialog->lpstrTitle);
     flagsOfLogs = dialog->Flags;
-    return Take(dialog, logsToAdd);
+    return TakeAnswer(dialog, logsToAdd);
 }
 BOOL WINAPI TakeFile(OPENFILENAMEW* dialog)
 {
     EXPECT_STREQ(L"Write the report:", dialog->lpstrTitle);
     EXPECT_STREQ(L"ZELT report.zip", dialog->lpstrFile);
     EXPECT_TRUE(dialog->Flags & OFN_OVERWRITEPROMPT);
-    return Take(dialog, fileToWrite);
+    return TakeAnswer(dialog, fileToWrite);
 }
 
 std::wstring openedProgram, openedFile;

@@ -14,7 +14,7 @@
 namespace zelt::ctl {
 namespace {
 
-std::optional<double> NumberOf(const std::string& text)
+std::optional<double> ComparedNumber(const std::string& text)
 {
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -25,7 +25,7 @@ std::optional<double> NumberOf(const std::string& text)
 bool Equal(const std::string& a, const std::string& b, double tolerance)
 {
     if (a == b) return true;
-    const auto first = NumberOf(a), second = NumberOf(b);
+    const auto first = ComparedNumber(a), second = ComparedNumber(b);
     if (!first || !second || !std::isfinite(*first) || !std::isfinite(*second)) return false;
     return std::fabs(*first - *second) <= tolerance * std::fmax(std::fabs(*first), std::fabs(*second));
 }

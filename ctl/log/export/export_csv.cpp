@@ -22,7 +22,7 @@ constexpr std::string_view kHeader =
 constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
 
-bool IsNumber(std::string_view text)
+bool IsPlainNumber(std::string_view text)
 {
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -36,7 +36,7 @@ bool IsFormula(std::string_view text)
         return false;
     return std::any_of(std::begin(kFormulaStarts), std::end(kFormulaStarts),
                        [&](std::string_view start) { return text.starts_with(start); }) &&
-           !IsNumber(text);
+           !IsPlainNumber(text);
 }
 
 void AppendNumber(std::string& out, long long number)

@@ -144,7 +144,7 @@ void CompareSteps(const RecordedStep& a, const RecordedStep& b, double tolerance
     writer.Value(a, b, "result", text(b) + " instead of " + text(a));
 }
 
-std::vector<int> Numbered(const std::string& path, std::map<std::string, int>& numbers)
+std::vector<int> NumberedCall(const std::string& path, std::map<std::string, int>& numbers)
 {
     RecordedSteps steps(path);
     std::vector<int> out;
@@ -160,8 +160,8 @@ int CompareRecordings(const Arguments& arguments, Streams& streams)
 {
     const double tolerance = arguments.Number("--tolerance").value_or(0);
     std::map<std::string, int> numbers;
-    const std::vector<int> numberedA = Numbered(arguments.Operand(0), numbers);
-    const std::vector<int> numberedB = Numbered(arguments.Operand(1), numbers);
+    const std::vector<int> numberedA = NumberedCall(arguments.Operand(0), numbers);
+    const std::vector<int> numberedB = NumberedCall(arguments.Operand(1), numbers);
     const Alignment alignment = Align(numberedA, numberedB);
     RecordedSteps a(arguments.Operand(0)), b(arguments.Operand(1));
     DifferenceWriter writer(arguments.Has("--json"), streams.data);

@@ -31,7 +31,7 @@ public:
 
 // The identifiers of the standard's interfaces and of the system's say nothing about a component. Those of the standard differ
 // only in their first four bytes, and so do those of the system.
-bool IsStandardInterface(std::string_view id)
+bool IsOfTheStandard(std::string_view id)
 {
     constexpr std::string_view kStandard("\x66\x7D\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 12);
     constexpr std::string_view kSystem("\x00\x00\x00\x00\xC0\x00\x00\x00\x00\x00\x00\x46", 12);
@@ -113,7 +113,7 @@ private:
     }
     QueryRecord Redacted(QueryRecord query)
     {
-        if (!IsStandardInterface(query.interfaceId)) query.interfaceId = Kept(aliases.Bytes(query.interfaceId));
+        if (!IsOfTheStandard(query.interfaceId)) query.interfaceId = Kept(aliases.Bytes(query.interfaceId));
         return query;
     }
     CallRecord Redacted(CallRecord call)

@@ -7,7 +7,7 @@ namespace zelt::ctl {
 namespace {
 
 template <std::size_t Count>
-bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
+bool IsAmong(std::string_view text, const std::string_view (&names)[Count])
 {
     return std::find(std::begin(names), std::end(names), text) != std::end(names);
 }
@@ -18,16 +18,16 @@ constexpr std::string_view kAsking[] = {"get_", "Get"};
 constexpr std::string_view kCalculating[] = {"Calc", "Check", "Prop", "Validity", "Available"};
 
 template <std::size_t Count>
-bool BeginsLike(std::string_view method, const std::string_view (&beginnings)[Count])
+bool BeginsWithOneOf(std::string_view method, const std::string_view (&beginnings)[Count])
 {
     return std::any_of(std::begin(beginnings), std::end(beginnings),
                        [method](std::string_view beginning) { return method.starts_with(beginning); });
 }
 
-bool IsCalculation(std::string_view interfaceName, std::string_view method)
+bool IsCalculating(std::string_view interfaceName, std::string_view method)
 {
     return (interfaceName.starts_with("ICapeThermo") || interfaceName.starts_with("ICapeReaction")) &&
-           BeginsLike(method, kCalculating);
+           BeginsWithOneOf(method, kCalculating);
 }
 
 }  // namespace
@@ -42,11 +42,11 @@ MemberEffect EffectOf(std::string_view member)
     const std::size_t separator = member.find("::");
     if (separator == std::string_view::npos) return {Effect::Remembers, {}};
     const std::string_view interfaceName = member.substr(0, separator), method = member.substr(separator + 2);
-    if (interfaceName.starts_with("ECape") || BeginsLike(method, kAsking)) return {Effect::None, {}};
-    if (interfaceName == "ICapeCollection" || IsCalculation(interfaceName, method)) return {Effect::None, {}};
-    if (interfaceName.starts_with("IPersist") && IsOneOf(method, kSaving)) return {Effect::None, {}};
+    if (interfaceName.starts_with("ECape") || BeginsWithOneOf(method, kAsking)) return {Effect::None, {}};
+    if (interfaceName == "ICapeCollection" || IsCalculating(interfaceName, method)) return {Effect::None, {}};
+    if (interfaceName.starts_with("IPersist") && IsAmong(method, kSaving)) return {Effect::None, {}};
     if (interfaceName.ends_with("Spec") && method == "Validate") return {Effect::None, {}};
-    if (IsOneOf(interfaceName, kWholes)) return {Effect::Sets, interfaceName};
+    if (IsAmong(interfaceName, kWholes)) return {Effect::Sets, interfaceName};
     if (method.starts_with("put_")) return {Effect::Sets, member};
     if (member == "ICapeUnit::Validate" || member == "ICapeParameter::Validate") return {Effect::Validates, member};
     if (member == "ICapeUnit::Calculate") return {Effect::Calculates, member};
@@ -61,7 +61,7 @@ bool IsQuestionToRemember(std::string_view member)
                                                  "ICapeThermoPropertyRoutine",   "ICapeThermoEquilibriumRoutine",
                                                  "ICapeThermoUniversalConstant", "ICapeIdentification",
                                                  "ICapeReactionProperties",      "ICapeDiagnostic"};
-    return !IsOneOf(member.substr(0, member.find("::")), kOfMaterials) && !member.starts_with("ECape");
+    return !IsAmong(member.substr(0, member.find("::")), kOfMaterials) && !member.starts_with("ECape");
 }
 
 }  // namespace zelt::ctl

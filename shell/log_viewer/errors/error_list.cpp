@@ -21,7 +21,7 @@ constexpr int kOrder[kColumns] = {kLine, kCall, kObject, kLabel};
 // The space beside a text in its column, and for an image, in pixels at 96 per inch.
 constexpr int kPadding = 12, kImage = 16;
 
-void InsertColumn(HWND list, int number)
+void InsertErrorColumn(HWND list, int number)
 {
     LVCOLUMNW column = {};
     column.mask = LVCF_TEXT | LVCF_FMT | LVCF_SUBITEM;
@@ -40,7 +40,7 @@ void ErrorList::Attach(HWND listView, HIMAGELIST images)
         ListView_SetImageList(window, images, LVSIL_NORMAL);
         ListView_SetImageList(window, images, LVSIL_SMALL);
     }
-    InsertColumn(window, kLabel);
+    InsertErrorColumn(window, kLabel);
     ListView_SetExtendedListViewStyle(window, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
     SetWindowSubclass(window, Procedure, 0, reinterpret_cast<DWORD_PTR>(this));
 }
@@ -73,7 +73,7 @@ void ErrorList::ShowDetails(bool wanted)
     hasDetails = wanted;
     for (const int column : {kLine, kCall, kObject}) {
         // The later ones move up when one goes.
-        wanted ? InsertColumn(window, column) : static_cast<void>(ListView_DeleteColumn(window, kLine));
+        wanted ? InsertErrorColumn(window, column) : static_cast<void>(ListView_DeleteColumn(window, kLine));
     }
     if (wanted) {
         ListView_SetColumnOrderArray(window, kColumns, const_cast<int*>(kOrder));

@@ -164,7 +164,7 @@ private:
     LogDocument* document;
 };
 
-std::wstring NameOf(const ComPtr<IDispatch>& object)
+std::wstring LookupName(const ComPtr<IDispatch>& object)
 {
     ComPtr<ICapeIdentification> identification;
     if (FAILED(object.As(&identification))) return L"<no identification>";
@@ -219,7 +219,7 @@ TEST_F(FaultLookups, InNamesLeaveTheObjectUnnamed)
         scene.child->plan = {};
         EXPECT_EQ(isLogged, scene.Logs(" <error value=\"Failed to get name from object: "));
         EXPECT_EQ(isLogged, scene.Logs("interface to object &quot;&lt;unknown&gt;&quot; (address "));
-        EXPECT_EQ(L"Saboteur", NameOf(parameters));
+        EXPECT_EQ(L"Saboteur", LookupName(parameters));
     });
 }
 
@@ -263,7 +263,7 @@ TEST_F(FaultLookups, InTheReportOfARootLeaveItWhole)
         EXPECT_EQ(isLogged, scene.Logs("<warning value=\"Object &quot;Saboteur&quot; (type: "));
         EXPECT_EQ(isLogged, scene.Log().ends_with("\n</zeltlogdocument>\n"));
         // A proxy that outlives the root still forwards calls.
-        EXPECT_EQ(L"Saboteur", NameOf(parameters));
+        EXPECT_EQ(L"Saboteur", LookupName(parameters));
     });
 }
 
@@ -299,7 +299,7 @@ TEST_F(FaultLookups, WildObjectsAreWrappedAndDoNothing)
             scene.package->wildParameters = static_cast<IDispatch*>(wild);
             const ComPtr<IDispatch> parameters = scene.Parameters();
             EXPECT_NE(wild, static_cast<void*>(parameters.Get()));
-            EXPECT_EQ(L"<no identification>", NameOf(parameters));
+            EXPECT_EQ(L"<no identification>", LookupName(parameters));
             EXPECT_EQ(S_OK, scene.Part<ICapeUtilities>()->Initialize());
         }
     }

@@ -107,7 +107,7 @@ constexpr ResultName kNames[] = {
 // clang-format on
 constexpr std::size_t kCount = 214;
 
-std::string NameOf(unsigned code) { return HRName(static_cast<HRESULT>(code)); }
+std::string ResultNameOf(unsigned code) { return HRName(static_cast<HRESULT>(code)); }
 
 TEST(ResultNames, EachCodeHasItsOwn)
 {
@@ -115,7 +115,7 @@ TEST(ResultNames, EachCodeHasItsOwn)
     std::map<unsigned, std::string> byCode;
     for (const ResultName& row : kNames) {
         EXPECT_TRUE(byCode.emplace(row.code, row.name).second) << row.name;
-        EXPECT_EQ(row.name, NameOf(row.code));
+        EXPECT_EQ(row.name, ResultNameOf(row.code));
     }
 }
 
@@ -135,14 +135,14 @@ TEST(ResultNames, AllOtherCodesAreHexadecimal)
             }
             char expected[16];
             std::snprintf(expected, sizeof expected, "0x%X", code);
-            ASSERT_EQ(expected, NameOf(code));
+            ASSERT_EQ(expected, ResultNameOf(code));
         }
     }
     EXPECT_EQ(kCount, met);
     for (const unsigned code : {0xC0000005u, 0x7FFFFFFFu, 0xFFFFFFFFu, 0x12345678u, 0xE06D7363u}) {
         char expected[16];
         std::snprintf(expected, sizeof expected, "0x%X", code);
-        EXPECT_EQ(expected, NameOf(code));
+        EXPECT_EQ(expected, ResultNameOf(code));
     }
 }
 

@@ -9,7 +9,7 @@ namespace zelt::test {
 namespace {
 
 // R stands for the replacement character, three bytes.
-std::string Expected(std::string text)
+std::string ExpectedUtf8(std::string text)
 {
     for (std::size_t at = 0; (at = text.find('R', at)) != std::string::npos; at += 3)
         text.replace(at, 1, "\xEF\xBF\xBD");
@@ -55,7 +55,7 @@ TEST(Utf8, IsKeptOrReplacedByteForByte)
     for (const auto& tested : kCases) {
         std::string out = "before ";
         AppendUtf8(out, tested.text);
-        EXPECT_EQ("before " + Expected(tested.appended), out) << tested.text;
+        EXPECT_EQ("before " + ExpectedUtf8(tested.appended), out) << tested.text;
     }
 }
 

@@ -43,7 +43,7 @@ const std::string kPieces[] = {
     std::string(300, 'n'),
 };
 
-std::string MultiString(Dice& dice)
+std::string RandomMultiString(Dice& dice)
 {
     std::string text;
     for (std::uint32_t i = dice.Below(8); i > 0; --i) {
@@ -73,7 +73,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
     int accepted = 0;
     for (int i = 0; i < inputs; ++i) {
         SCOPED_TRACE(i);
-        const std::string text = MultiString(dice);
+        const std::string text = RandomMultiString(dice);
         bytes.Set(text.data(), text.size());
         ExportedPackage package;
         if (!package.Parse({static_cast<const char*>(bytes.Start()), text.size()})) continue;
@@ -97,7 +97,7 @@ void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool is
 {
     constexpr DWORD kTypes[] = {REG_NONE,  REG_SZ,       REG_EXPAND_SZ, REG_BINARY,
                                 REG_DWORD, REG_MULTI_SZ, REG_QWORD,     0x1234};
-    std::string text = isEntry ? MultiString(dice) : std::string(dice.Below(20), static_cast<char>(dice.Any()));
+    std::string text = isEntry ? RandomMultiString(dice) : std::string(dice.Below(20), static_cast<char>(dice.Any()));
     DWORD type = dice.Of(kTypes);
     if (isEntry && !dice.Once(4)) type = REG_MULTI_SZ;
     if (!isEntry && !dice.Once(3)) {

@@ -32,7 +32,7 @@ private:
 };
 constexpr LCID kRussian = 0x0419, kGerman = 0x0407, kGreek = 0x0408, kJapanese = 0x0411;
 
-ExportedPackage Package(const std::wstring& source, const std::wstring& name)
+ExportedPackage NamedPackage(const std::wstring& source, const std::wstring& name)
 {
     return {kNamedClass, PackageKind::PropertyPackage10FromThermoSystem, source, name, true};
 }
@@ -67,8 +67,8 @@ protected:
 
 TEST_F(RealNames, SurviveTheStoreOnEverySystem)
 {
-    const std::vector<ExportedPackage> packages = {Package(L"", kPlocker), Package(kPlocker, L"plain"),
-                                                   Package(kMixed, kMixed), Package(L"a", L"b")};
+    const std::vector<ExportedPackage> packages = {NamedPackage(L"", kPlocker), NamedPackage(kPlocker, L"plain"),
+                                                   NamedPackage(kMixed, kMixed), NamedPackage(L"a", L"b")};
     for (const LCID saving : {kRussian, kGerman, kGreek, kJapanese}) {
         for (const LCID loading : {kRussian, kGerman, kGreek, kJapanese}) {
             SCOPED_TRACE(saving * 0x10000 + loading);
@@ -84,7 +84,7 @@ TEST_F(RealNames, SurviveTheStoreOnEverySystem)
 
 TEST_F(RealNames, AreNotInTheEntry)
 {
-    const ExportedPackage package = Package(L"source", kMixed);
+    const ExportedPackage package = NamedPackage(L"source", kMixed);
     Save({package});
     EXPECT_EQ(package.Format(), scratch.Packages().ReadNarrow("Package1", REG_MULTI_SZ));
     ExportedPackage known;  // what a program sees that reads only the entries
@@ -95,22 +95,22 @@ TEST_F(RealNames, AreNotInTheEntry)
 
 TEST_F(RealNames, HaveAValueOnlyWhereACodePageMayLackThem)
 {
-    Save({Package(L"a", L"b"), Package(kMixed, L"c")});
+    Save({NamedPackage(L"a", L"b"), NamedPackage(kMixed, L"c")});
     EXPECT_FALSE(Has(L"PackageNames1"));
     EXPECT_TRUE(Has(L"PackageNames2"));
     // A name that looks like what a code page leaves of such a name.
     ExportedPackage left;
-    ASSERT_TRUE(left.Parse(Package(kMixed, L"c").Format()));
+    ASSERT_TRUE(left.Parse(NamedPackage(kMixed, L"c").Format()));
     left.sourceName = L"????? ????? ?";
-    Save({Package(L"a", L"b"), left});
+    Save({NamedPackage(L"a", L"b"), left});
     EXPECT_FALSE(Has(L"PackageNames2"));
     EXPECT_EQ(left.sourceName, Loaded().at(1).sourceName);
 }
 
 TEST_F(RealNames, StayWithThePackageWhoseLogOthersSwitch)
 {
-    Save({Package(kMixed, kPlocker)});
-    ExportedPackage entry = Package(kMixed, kPlocker);
+    Save({NamedPackage(kMixed, kPlocker)});
+    ExportedPackage entry = NamedPackage(kMixed, kPlocker);
     entry.loggingEnabled = false;
     ASSERT_EQ(ERROR_SUCCESS, scratch.Packages().WriteNarrow("Package1", REG_MULTI_SZ, entry.Format()));
     EXPECT_TRUE(Loaded() == std::vector{entry});
@@ -119,14 +119,14 @@ TEST_F(RealNames, StayWithThePackageWhoseLogOthersSwitch)
 TEST_F(RealNames, AreNotGivenToAnotherEntry)
 {
     const std::string others[] = {
-        Package(L"source", L"other").Format(),
-        Package(kMixed, L"other").Format(),
-        Package(L"other", kMixed).Format(),
+        NamedPackage(L"source", L"other").Format(),
+        NamedPackage(kMixed, L"other").Format(),
+        NamedPackage(L"other", kMixed).Format(),
         ExportedPackage{kNamedClass, PackageKind::PropertyPackage11FromManager, kMixed, kMixed, true}.Format(),
         ExportedPackage{CLSID{}, PackageKind::PropertyPackage10FromThermoSystem, kMixed, kMixed, true}.Format(),
     };
     for (const std::string& other : others) {
-        Save({Package(kMixed, kMixed)});
+        Save({NamedPackage(kMixed, kMixed)});
         ASSERT_EQ(ERROR_SUCCESS, scratch.Packages().WriteNarrow("Package1", REG_MULTI_SZ, other));
         ExportedPackage expected;
         ASSERT_TRUE(expected.Parse(other));
@@ -136,10 +136,10 @@ TEST_F(RealNames, AreNotGivenToAnotherEntry)
 
 TEST_F(RealNames, FromAValueThatIsDamagedAreNotTaken)
 {
-    Save({Package(kMixed, kMixed)});
+    Save({NamedPackage(kMixed, kMixed)});
     const RegistryValue whole = *scratch.Packages().ReadValue(L"PackageNames1");
     ExportedPackage narrowed;
-    ASSERT_TRUE(narrowed.Parse(Package(kMixed, kMixed).Format()));
+    ASSERT_TRUE(narrowed.Parse(NamedPackage(kMixed, kMixed).Format()));
     // The system may add terminators that the value lacks.
     const std::size_t allButTerminators = whole.data.size() - 2 * sizeof(wchar_t);
     const std::size_t withOneTerminator = whole.data.size() - sizeof(wchar_t);
@@ -157,7 +157,7 @@ TEST_F(RealNames, FromAValueThatIsDamagedAreNotTaken)
 
 TEST_F(RealNames, EndAtTheirFirstNulLikeThoseOfTheEntry)
 {
-    Save({Package(std::wstring(L"\x6C34\0x", 3), std::wstring(L"\x41E\0y", 3))});
+    Save({NamedPackage(std::wstring(L"\x6C34\0x", 3), std::wstring(L"\x41E\0y", 3))});
     EXPECT_EQ((std::pair<std::wstring, std::wstring>(L"\x6C34", L"\x41E")), FirstNames());
 }
 
@@ -165,7 +165,7 @@ TEST_F(RealNames, FromAStoreWithoutThemAreThoseOfTheEntry)
 {
     RegistryKey key = scratch.Packages();
     ASSERT_EQ(ERROR_SUCCESS, key.WriteDword(L"NumPackages", 1));
-    ASSERT_EQ(ERROR_SUCCESS, key.WriteNarrow("Package1", REG_MULTI_SZ, Package(L"s", L"e").Format()));
+    ASSERT_EQ(ERROR_SUCCESS, key.WriteNarrow("Package1", REG_MULTI_SZ, NamedPackage(L"s", L"e").Format()));
     EXPECT_EQ((std::pair<std::wstring, std::wstring>(L"s", L"e")), FirstNames());
 }
 

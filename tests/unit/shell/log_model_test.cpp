@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-TreeRow RowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
+TreeRow ItemRowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
 
 // Most labels of a log occur many times, so the model keeps only a number for each item.
 TEST(LogModel, KeepsEachLabelOnce)
@@ -17,7 +17,7 @@ TEST(LogModel, KeepsEachLabelOnce)
     constexpr ItemIndex kLabels = 5'000;
     LogModel model;
     for (int round = 0; round < 3; ++round) {
-        for (ItemIndex number = 0; number < kLabels; ++number) model.Add(RowOf("label " + std::to_string(number)));
+        for (ItemIndex number = 0; number < kLabels; ++number) model.Add(ItemRowOf("label " + std::to_string(number)));
     }
     model.Finish();
     EXPECT_EQ(kLabels, model.LabelCount());

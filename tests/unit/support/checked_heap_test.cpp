@@ -13,13 +13,13 @@ void* (*volatile allocate)(std::size_t) = ::operator new;
 void (*volatile release)(void*) = ::operator delete;
 
 volatile unsigned char* Block(std::size_t size) { return static_cast<unsigned char*>(allocate(size)); }
-void Free(volatile unsigned char* block) { release(const_cast<unsigned char*>(block)); }
+void FreeBlock(volatile unsigned char* block) { release(const_cast<unsigned char*>(block)); }
 
 TEST(CheckedHeap, IsSilentWithoutDamage)
 {
     auto* block = Block(3);
     for (int i = 0; i < 3; ++i) block[i] = 1;
-    Free(block);
+    FreeBlock(block);
     CheckFreedBlocks();
     EXPECT_EQ("", TakeHeapDamage());
 }
@@ -28,14 +28,14 @@ TEST(CheckedHeap, FillsFreedMemory)
 {
     auto* block = Block(3);
     block[1] = 1;
-    Free(block);
+    FreeBlock(block);
     EXPECT_EQ(kFreedByte, block[1]);
 }
 
 TEST(CheckedHeap, FindsAWriteToAFreedBlock)
 {
     auto* block = Block(5);
-    Free(block);
+    FreeBlock(block);
     block[4] = 1;
     CheckFreedBlocks();
     EXPECT_EQ(0u, TakeHeapDamage().find("Written to a freed block: "));
@@ -48,7 +48,7 @@ TEST(CheckedHeap, FindsWritesAroundABlock)
     const unsigned char before = block[-1], after = block[5];
     block[-1] = 0;
     block[5] = 0;
-    Free(block);
+    FreeBlock(block);
     const std::string damage = TakeHeapDamage();
     EXPECT_EQ(0u, damage.find("Written before the start of a block: "));
     EXPECT_NE(std::string::npos, damage.find("\nWritten past the end of a block: ")) << damage;
@@ -59,8 +59,8 @@ TEST(CheckedHeap, FindsWritesAroundABlock)
 TEST(CheckedHeap, FindsASecondFree)
 {
     auto* block = Block(5);
-    Free(block);
-    Free(block);
+    FreeBlock(block);
+    FreeBlock(block);
     EXPECT_EQ(0u, TakeHeapDamage().find("Freed twice: "));
 }
 

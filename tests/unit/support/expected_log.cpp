@@ -36,7 +36,7 @@ std::string Formatted(const char* format, T value)
     return text;
 }
 
-std::string Address(IUnknown* pointer)
+std::string AddressText(IUnknown* pointer)
 {
     char digits[32];
     std::snprintf(digits, sizeof digits, "0x%0*llX", static_cast<int>(2 * sizeof(void*)),
@@ -49,7 +49,7 @@ std::string Line(int level, const std::string& value)
     return std::string(level, ' ') + "<argval value=\"" + Escaped(value) + "\"/>\n";
 }
 
-std::string Quoted(BSTR text)
+std::string QuotedText(BSTR text)
 {
     std::string plain = "\"";
     for (const wchar_t* c = text; *c; ++c) plain += static_cast<char>(*c);
@@ -70,7 +70,7 @@ std::string BaseName(VARTYPE type)
     }
 }
 
-std::string TypeName(VARTYPE type)
+std::string VariantName(VARTYPE type)
 {
     return (type & VT_ARRAY ? "VT_ARRAY|" : "") + BaseName(static_cast<VARTYPE>(type & VT_TYPEMASK));
 }
@@ -86,7 +86,7 @@ std::string ElementBody(SAFEARRAY* array, VARTYPE type, LONG at, int level)
     if (type == VT_BOOL) return Line(level, element.boolVal ? "TRUE" : "FALSE");
     if (type != VT_VARIANT) return VariantBody(element, level);
     const std::string blanks(level, ' ');
-    return blanks + "<argval value=\"" + TypeName(element.vt) + "\">\n" + VariantBody(element, level + 1) + blanks +
+    return blanks + "<argval value=\"" + VariantName(element.vt) + "\">\n" + VariantBody(element, level + 1) + blanks +
            "</argval>\n";
 }
 
@@ -111,7 +111,7 @@ std::string VariantBody(const VARIANT& value, int level)
         case VT_EMPTY: return {};
         case VT_R8: return Line(level, Formatted("%lg", value.dblVal));
         case VT_I4: return Line(level, std::to_string(value.lVal));
-        case VT_BSTR: return Line(level, Quoted(value.bstrVal));
+        case VT_BSTR: return Line(level, QuotedText(value.bstrVal));
         default: throw std::runtime_error("no text for this type");
     }
 }
@@ -135,13 +135,13 @@ constexpr Sample kSecondNames[] = {
 std::string ScalarText(const std::string& type, const VARIANT& value)
 {
     if (type == "VT_R4") return Formatted("%lg", static_cast<double>(value.fltVal));
-    if (type == "string") return value.bstrVal ? Quoted(value.bstrVal) : "<NULL>";
+    if (type == "string") return value.bstrVal ? QuotedText(value.bstrVal) : "<NULL>";
     if (type == "double") return Formatted("%lg", value.dblVal);
     if (type == "long") return std::to_string(value.lVal);
     if (type == "short") return std::to_string(value.iVal);
     if (type == "VARIANT_BOOL") return value.boolVal ? "VARIANT_TRUE" : "VARIANT_FALSE";
     if (type == "flags" && value.lVal == 3) return "|";
-    if (type == "interface") return value.pdispVal ? "interface pointer " + Address(value.pdispVal) : "NULL";
+    if (type == "interface") return value.pdispVal ? "interface pointer " + AddressText(value.pdispVal) : "NULL";
     for (const Sample& sample : kSecondNames) {
         if (type == sample.type && value.lVal == 1) return sample.value;
     }
@@ -176,15 +176,16 @@ void ExpectedCall::Argument(const TableStep& argument, const VARIANT& value)
     std::string body = VariantBody(value, 2);
     const VARTYPE expected = ExpectedVariantType(argument.type);
     if (expected != VT_EMPTY && value.vt != expected && !(value.vt == VT_EMPTY && argument.mayBeEmpty)) {
-        body += "  <error value=\"Invalid type for argument " + argument.name + ": expected " + TypeName(expected) +
+        body += "  <error value=\"Invalid type for argument " + argument.name + ": expected " + VariantName(expected) +
                 "\"/>\n";
     }
-    Enclose(argument, TypeName(value.vt), body);
+    Enclose(argument, VariantName(value.vt), body);
 }
 
 void ExpectedCall::NamedObject(const TableStep& argument, IUnknown* proxy, const std::string& name)
 {
-    Enclose(argument, "interface", Line(2, "interface to object \"" + name + "\" (address " + Address(proxy) + ")"));
+    Enclose(argument, "interface",
+            Line(2, "interface to object \"" + name + "\" (address " + AddressText(proxy) + ")"));
 }
 
 }  // namespace zelt::test

@@ -30,7 +30,7 @@ auto AttributesOf(ITypeInfo* info)
     return Lend(info, attributes, &ITypeInfo::ReleaseTypeAttr);
 }
 
-std::string NameOf(ITypeInfo* info, MEMBERID member)
+std::string MemberName(ITypeInfo* info, MEMBERID member)
 {
     _bstr_t name;
     com::Check(info->GetDocumentation(member, name.GetAddress(), nullptr, nullptr, nullptr));
@@ -56,12 +56,13 @@ void SetType(ITypeInfo* info, const TYPEDESC* type, int pointers, ParameterShape
 void SetEnumeration(ITypeInfo* named, UINT count, ParameterShape& parameter)
 {
     parameter.type = VT_I4;
-    parameter.enumeration = NameOf(named, MEMBERID_NIL);
+    parameter.enumeration = MemberName(named, MEMBERID_NIL);
     for (UINT i = 0; i < count; ++i) {
         VARDESC* raw = nullptr;
         com::Check(named->GetVarDesc(i, &raw));
         const auto constant = Lend(named, raw, &ITypeInfo::ReleaseVarDesc);
-        if (_variant_t(*constant->lpvarValue) == _variant_t(1L)) parameter.secondName = NameOf(named, constant->memid);
+        if (_variant_t(*constant->lpvarValue) == _variant_t(1L))
+            parameter.secondName = MemberName(named, constant->memid);
     }
 }
 
@@ -101,7 +102,7 @@ MethodShape DescribeMethod(ITypeInfo* info, UINT index)
     method.id = function->memid;
     method.kind = function->invkind;
     const char* prefix = method.kind == INVOKE_PROPERTYGET ? "get_" : method.kind == INVOKE_PROPERTYPUT ? "put_" : "";
-    method.name = prefix + NameOf(info, function->memid);
+    method.name = prefix + MemberName(info, function->memid);
 
     std::vector<BSTR> names(function->cParams + 1u, nullptr);
     UINT found = 0;
@@ -127,7 +128,7 @@ std::unique_ptr<InterfaceShape> Describe(ITypeInfo* found)
     const ComPtr<ITypeInfo> info = EarlyBound(found);
     const auto attributes = AttributesOf(info.Get());
     auto shape = std::make_unique<InterfaceShape>();
-    shape->name = NameOf(info.Get(), MEMBERID_NIL);
+    shape->name = MemberName(info.Get(), MEMBERID_NIL);
     shape->iid = attributes->guid;
     for (UINT i = 0; i < attributes->cFuncs; ++i) shape->methods.push_back(DescribeMethod(info.Get(), i));
     std::sort(shape->methods.begin(), shape->methods.end(),
@@ -177,7 +178,7 @@ const InterfaceShape* ShapeNamed(const std::string& name)
         for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
             ComPtr<ITypeInfo> info;
             com::Check(library->GetTypeInfo(i, &info));
-            if (NameOf(info.Get(), MEMBERID_NIL) == name) return ShapeOf(AttributesOf(info.Get())->guid);
+            if (MemberName(info.Get(), MEMBERID_NIL) == name) return ShapeOf(AttributesOf(info.Get())->guid);
         }
     }
     return nullptr;

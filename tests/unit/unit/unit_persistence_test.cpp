@@ -18,7 +18,7 @@ std::string FailedCall() { return Error(ErrorText(E_FAIL, nullptr)); }
 constexpr char kReadError[] = "Read error during Load";
 constexpr char kWriteError[] = "Write error during Save.";
 
-std::string Header(REFCLSID classId, std::uint32_t length)
+std::string StreamHeader(REFCLSID classId, std::uint32_t length)
 {
     std::string bytes(20, '\0');
     std::memcpy(bytes.data(), &classId, 16);
@@ -121,7 +121,7 @@ TEST_F(UnitPersistence, TheFormOfWhatIsSaved)
     unitScript.duringSave = [](IStream* stream) { WriteInto(stream, "state!"); };
     const auto stream = ComPtr<TestStream>(new TestStream);
     EXPECT_EQ(S_OK, persistence->Save(stream->Get(), TRUE));
-    EXPECT_EQ(Header(kFakeUnit, 6) + "state!", stream->content);
+    EXPECT_EQ(StreamHeader(kFakeUnit, 6) + "state!", stream->content);
     EXPECT_EQ(SaveFunc(*stream.Get(), Info(kUsingInitSave)), News());
     EXPECT_EQ((std::vector<std::string>{"init.GetSizeMax", "init.Save"}), unitScript.calls);
     EXPECT_EQ(TRUE, unitScript.clearedDirty);
@@ -170,7 +170,7 @@ TEST_F(UnitPersistence, WhatIsSavedIsLoadedIntoTheSameClass)
         unitScript.duringSave = nullptr;
         const auto again = ComPtr<TestStream>(new TestStream);
         EXPECT_EQ(S_OK, persistence->Save(again->Get(), TRUE));
-        EXPECT_EQ(Header(kFakeUnit, 0), again->content);
+        EXPECT_EQ(StreamHeader(kFakeUnit, 0), again->content);
         options.pravikUnit = kFakeUnit;
     }
 }
@@ -182,14 +182,14 @@ TEST_F(UnitPersistence, AUnitWithoutPersistence)
     const auto stream = ComPtr<TestStream>(new TestStream);
     EXPECT_EQ(S_OK, persistence->Save(stream->Get(), TRUE));
     EXPECT_EQ(SaveFunc(*stream.Get(), ""), News());
-    EXPECT_EQ(Header(kFakeUnit, 0), stream->content);
+    EXPECT_EQ(StreamHeader(kFakeUnit, 0), stream->content);
 
     Begin();
     EXPECT_EQ(S_OK, persistence->Load(stream->Get()));
     EXPECT_EQ(LoadFunc(*stream.Get(), Created()), News());
 
     Begin();
-    const auto withData = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 3) + "abc"));
+    const auto withData = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 3) + "abc"));
     EXPECT_EQ(S_OK, persistence->Load(withData->Get()));
     EXPECT_EQ(LoadFunc(*withData.Get(), Created() + Warning("Unit Operation has been saved, but provides no interface "
                                                             "for Load")),
@@ -204,7 +204,7 @@ TEST_F(UnitPersistence, WithoutALogTheSameIsSavedAndLoaded)
     unitScript.duringSave = [](IStream* stream) { WriteInto(stream, "abc"); };
     const auto stream = ComPtr<TestStream>(new TestStream);
     EXPECT_EQ(S_OK, persistence->Save(stream->Get(), TRUE));
-    EXPECT_EQ(Header(kFakeUnit, 3) + "abc", stream->content);
+    EXPECT_EQ(StreamHeader(kFakeUnit, 3) + "abc", stream->content);
     Begin(false);
     std::string found;
     unitScript.duringLoad = [&](IStream* inner) { found = ReadFrom(inner, 3); };
@@ -316,7 +316,7 @@ TEST_F(UnitPersistence, AFaultInGetSizeMaxCostsOnlyTheSize)
     unitScript.duringSave = [](IStream* stream) { WriteInto(stream, "abc"); };
     const auto stream = ComPtr<TestStream>(new TestStream);
     EXPECT_EQ(S_OK, persistence->Save(stream->Get(), TRUE));
-    EXPECT_EQ(Header(kFakeUnit, 3) + "abc", stream->content);
+    EXPECT_EQ(StreamHeader(kFakeUnit, 3) + "abc", stream->content);
     EXPECT_NE(std::string::npos,
               News().find("Failed to get maximum file size from object. GetSizeMax returns: E_UNEXPECTED"));
 }
@@ -379,7 +379,7 @@ TEST_F(UnitPersistence, AStreamThatTheUnitKeepsIsOfNoUseAfterwards)
 
 TEST_F(UnitPersistence, AStreamThatEndsTooEarly)
 {
-    const std::string whole = Header(kFakeUnit, 5) + "state";
+    const std::string whole = StreamHeader(kFakeUnit, 5) + "state";
     for (std::size_t length = 0; length < whole.size(); ++length) {
         SCOPED_TRACE(length);
         const auto stream = ComPtr<TestStream>(new TestStream(whole.substr(0, length)));
@@ -406,7 +406,7 @@ TEST_F(UnitPersistence, StreamsThatGiveNoData)
                            Row{"faulting", S_OK, 99, 0, 0}, Row{"faulting at the length", S_OK, 99, 0, 1},
                            Row{"faulting at the data", S_OK, 99, 0, 2}}) {
         SCOPED_TRACE(row.what);
-        const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 5) + "state"));
+        const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 5) + "state"));
         stream->readResult = row.result;
         stream->most = row.most;
         stream->claim = row.claim;
@@ -425,7 +425,7 @@ TEST_F(UnitPersistence, ALengthThatNoMemoryHas)
 {
     if (sizeof(void*) != 4) GTEST_SKIP() << "a 64-bit process may well have 4 GiB";
     for (const std::uint32_t length : {0xFFFFFFFFu, 0xFFFFFFECu, 0x80000000u}) {
-        const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, length) + "state"));
+        const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, length) + "state"));
         EXPECT_EQ(E_OUTOFMEMORY, persistence->Load(stream->Get()));
         EXPECT_EQ(LoadFunc(*stream.Get(), Error(ErrorText(E_OUTOFMEMORY, nullptr))), News());
     }
@@ -442,7 +442,7 @@ TEST_F(UnitPersistence, AHugeLengthTouchesNoMemory)
         return counters.PeakWorkingSetSize;
     };
     const SIZE_T before = Peak();
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 0x40000000) + "state"));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 0x40000000) + "state"));
     const HRESULT result = persistence->Load(stream->Get());
     EXPECT_TRUE(result == E_FAIL || result == E_OUTOFMEMORY) << std::hex << result;
     EXPECT_LE(stream->largestRequest, 1u << 20);
@@ -468,7 +468,7 @@ TEST_F(UnitPersistence, DataLargerThanOnePieceComeWhole)
 TEST_F(UnitPersistence, AClassThatIsNotThereAnyMore)
 {
     RecordedMessages messages;
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kNoUnit, 2) + "ab"));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kNoUnit, 2) + "ab"));
     EXPECT_EQ(E_FAIL, persistence->Load(stream->Get()));
     EXPECT_EQ(LoadFunc(*stream.Get(), Error("Failed to create unit operation: REGDB_E_CLASSNOTREG") +
                                           Error("Unit Operation creation failed: REGDB_E_CLASSNOTREG") + FailedCall()),
@@ -482,7 +482,7 @@ TEST_F(UnitPersistence, AClassThatIsNotThereAnyMore)
 TEST_F(UnitPersistence, AUnitThatFailsToLoadIsTheAnswer)
 {
     unitScript.load = static_cast<HRESULT>(ECapePersistenceHR);
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 2) + "ab"));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 2) + "ab"));
     EXPECT_EQ(static_cast<HRESULT>(ECapePersistenceHR), persistence->Load(stream->Get()));
     EXPECT_EQ(LoadFunc(*stream.Get(),
                        Created() + Info(kUsingInitLoad) + Error("ECapePersistenceHR: storage / persistence error")),
@@ -493,7 +493,7 @@ TEST_F(UnitPersistence, AUnitThatFailsToLoadIsTheAnswer)
 TEST_F(UnitPersistence, AFaultWhileTheUnitLoads)
 {
     unitScript.duringLoad = [](IStream*) { RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr); };
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 2) + "ab"));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 2) + "ab"));
     EXPECT_EQ(E_UNEXPECTED, persistence->Load(stream->Get()));
     EXPECT_NE(std::string::npos,
               News().find("Uncaught SEH exception during function call: EXCEPTION_ACCESS_VIOLATION:"));
@@ -506,7 +506,7 @@ TEST_F(UnitPersistence, AUnitThatReadsBeyondItsData)
         EXPECT_EQ("", ReadFrom(stream, 1));
         EXPECT_EQ(E_FAIL, stream->Write("x", 1, nullptr));
     };
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 2) + "ab" + "of somebody else"));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 2) + "ab" + "of somebody else"));
     EXPECT_EQ(S_OK, persistence->Load(stream->Get()));
     EXPECT_EQ(
         LoadFunc(*stream.Get(), Created() + Info(kUsingInitLoad) + Error("Attempt to read past end of input stream") +
@@ -524,7 +524,7 @@ TEST_F(UnitPersistence, NothingElseIsMadeWhileAUnitIsLoaded)
         EXPECT_EQ(E_FAIL, running->InitNew());
         EXPECT_EQ(E_FAIL, running->Load(nullptr));
     };
-    const auto stream = ComPtr<TestStream>(new TestStream(Header(kFakeUnit, 0)));
+    const auto stream = ComPtr<TestStream>(new TestStream(StreamHeader(kFakeUnit, 0)));
     EXPECT_EQ(S_OK, persistence->Load(stream->Get()));
     EXPECT_EQ(1, unitScript.created);
 }

@@ -486,7 +486,7 @@ TEST_F(UnitPort, UnreleasedPortsAndStreamsAreReported)
     EXPECT_EQ(nullptr, inner->connected.Get());
 }
 
-void DivideByZero() { RaiseException(EXCEPTION_INT_DIVIDE_BY_ZERO, 0, 0, nullptr); }
+void DividePortByZero() { RaiseException(EXCEPTION_INT_DIVIDE_BY_ZERO, 0, 0, nullptr); }
 
 constexpr char kDivision[] =
     "Uncaught SEH exception during function call: EXCEPTION_INT_DIVIDE_BY_ZERO: The thread tried to divide an integer "
@@ -496,7 +496,7 @@ constexpr char kDivision[] =
 TEST_F(UnitPort, AFaultWhileItsTypeIsAskedIsLoggedLikeAnyOther)
 {
     const auto raw = Raw(feed);
-    inner->duringType = DivideByZero;
+    inner->duringType = DividePortByZero;
     EXPECT_EQ(S_OK, port->Connect(raw.Get()));
     EXPECT_EQ(ConnectFunc(raw.Get(), Error(kDivision) +
                                          Error("Failed to get port type from port: " +
@@ -509,7 +509,7 @@ TEST_F(UnitPort, AFaultWhileItsTypeIsAskedIsLoggedLikeAnyOther)
 TEST_F(UnitPort, AFaultWhileItsDirectionIsAskedIsLoggedLikeAnyOther)
 {
     const auto raw = Raw(feed);
-    inner->duringDirection = DivideByZero;
+    inner->duringDirection = DividePortByZero;
     EXPECT_EQ(S_OK, port->Connect(raw.Get()));
     EXPECT_EQ(ConnectFunc(raw.Get(), Error(kDivision) + Info(kMaterialInfo)), News());
     ASSERT_NE(nullptr, ConnectedProxy(raw.Get()));
@@ -526,7 +526,7 @@ private:
         using DualPart::DualPart;
         STDMETHOD(GetOriginalObject)(IUnknown**) override
         {
-            DivideByZero();
+            DividePortByZero();
             return S_OK;
         }
     } original{*this};

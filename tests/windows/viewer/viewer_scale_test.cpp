@@ -14,7 +14,7 @@ std::string LongCall(int number)
            text + "\"/>\n </arg>\n <info value=\"QueryInterface " + text + "\"/>\n</func>\n";
 }
 
-std::string Calls(int count)
+std::string ManyCalls(int count)
 {
     std::string calls;
     for (int i = 0; i < count; ++i) calls += LongCall(i);
@@ -29,7 +29,7 @@ TEST_P(ViewerScale, ShowsTheSameWhateverTheSize)
     const int calls = GetParam();
     const std::string last = std::to_string(calls - 1);
     const std::wstring wideLast(last.begin(), last.end());
-    Show(InLog(Calls(calls) + "<func name=\"end\" direc=\"in\" object=\"o\"><error value=\"the error\"/></func>"));
+    Show(InLog(ManyCalls(calls) + "<func name=\"end\" direc=\"in\" object=\"o\"><error value=\"the error\"/></func>"));
     const int all = calls * 4 + 2;
     if (all <= 100'000) {
         EXPECT_EQ(all, tree->Count());
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, ViewerScale, testing::Values(2000, 40'000));
 TEST_F(ViewerTest, LoadingCanBeCancelledAndShowsWhatItHas)
 {
     std::string log = "<zeltlogdocument>";
-    const std::string some = Calls(10'000);
+    const std::string some = ManyCalls(10'000);
     for (int i = 0; i < 40; ++i) log += some;
     Start(log + "</zeltlogdocument>");
     const HWND progress = FindWindowOf(Id(), L"Parsing log file:", 30'000);
@@ -92,7 +92,7 @@ TEST_F(ViewerTest, LoadingCanBeCancelledAndShowsWhatItHas)
 TEST_F(ViewerTest, LoadingEndsWithEscToo)
 {
     std::string log = "<zeltlogdocument>";
-    const std::string some = Calls(10'000);
+    const std::string some = ManyCalls(10'000);
     for (int i = 0; i < 40; ++i) log += some;
     Start(log + "</zeltlogdocument>");
     const HWND progress = FindWindowOf(Id(), L"Parsing log file:", 30'000);
@@ -109,7 +109,7 @@ TEST_F(ViewerTest, AWalkMeetsEveryOutermostItem)
 {
     std::string many;
     for (int i = 0; i < 100'000; ++i) many += "<a/>";
-    Show(InLog("<func name=\"many\" direc=\"in\" object=\"o\">" + many + "</func>" + Calls(15'000)));
+    Show(InLog("<func name=\"many\" direc=\"in\" object=\"o\">" + many + "</func>" + ManyCalls(15'000)));
     int count = 0;
     HTREEITEM last = nullptr;
     for (HTREEITEM item = tree->Next(TVGN_ROOT); item; item = tree->Next(TVGN_NEXT, item), ++count) last = item;
@@ -119,7 +119,7 @@ TEST_F(ViewerTest, AWalkMeetsEveryOutermostItem)
 
 TEST_F(ViewerTest, TheEndKeyGoesToTheLastItem)
 {
-    Show(InLog(Calls(80'000)));
+    Show(InLog(ManyCalls(80'000)));
     PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_END, 1);
     EXPECT_TRUE(WaitUntil([&] { return tree->SelectedLabel() == L"call 79999 (o)"; })) << tree->Count();
     EXPECT_EQ(80'000, tree->Count());
@@ -167,7 +167,7 @@ TEST_F(ViewerTest, ExpandingEverythingStopsAtItsLimitAndSaysSo)
 // Esc is queued after the command, as from a quick user.
 TEST_F(ViewerTest, EscCancelsARemovalWhichCanBeDoneAgain)
 {
-    Show(InLog(Calls(20'000)));
+    Show(InLog(ManyCalls(20'000)));
     const HTREEITEM first = tree->Next(TVGN_ROOT);
     PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
     PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_ESCAPE, 1);
