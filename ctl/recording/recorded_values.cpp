@@ -89,7 +89,7 @@ Scalar NumberAt(const ArrayValue& array, std::uint16_t type, std::size_t index)
     return number;
 }
 
-void AppendNumber(char* place, std::size_t size, const Scalar& number)
+void AppendNumberText(char* place, std::size_t size, const Scalar& number)
 {
     if (number.form == Value::Form::Real) {
         return size == sizeof(float) ? Write(place, static_cast<float>(number.real)) : Write(place, number.real);
@@ -126,7 +126,7 @@ ArrayValue MapArray(const ArrayValue& array, std::uint16_t declared, const Scala
     std::string& bytes = texts.emplace_back(array.numbers.size(), '\0');
     const std::uint16_t type = ElementType(array, declared);
     for (std::size_t i = 0; i < CountNumbers(array); ++i) {
-        AppendNumber(bytes.data() + i * array.elementSize, array.elementSize, map(NumberAt(array, type, i)));
+        AppendNumberText(bytes.data() + i * array.elementSize, array.elementSize, map(NumberAt(array, type, i)));
     }
     mapped.numbers = bytes;
     return mapped;

@@ -32,7 +32,7 @@ for my $target (sort keys %sources) {
         }
         for my $name (sort keys %own) {
             next if $name eq 'PrintTo';  # found by the type of its argument
-            if ($owner{$name}) {
+            if ($owner{$name} && $owner{$name} ne $source) {
                 print "$target: $name is in $owner{$name} and in $source.\n";
                 ++$faults;
             }

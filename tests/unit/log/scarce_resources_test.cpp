@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::wstring chosenPath;
+std::wstring scarcePath;
 
 // Logs go where the test wants them.
 class ScarceResources : public ProxyFixture {
@@ -29,7 +29,7 @@ protected:
     {
         static const LogSurroundings surroundings = {[] { return SYSTEMTIME(); }, [](std::wstring&) { return false; },
                                                      [](const std::wstring&, std::wstring& path) {
-                                                         path = chosenPath;
+                                                         path = scarcePath;
                                                          return true;
                                                      }};
         before = SetLogSurroundings(&surroundings);
@@ -41,7 +41,7 @@ protected:
 
     DocumentHold OpenAt(const std::wstring& place)
     {
-        chosenPath = place;
+        scarcePath = place;
         return OpenRootLog(options, L"Pack", L"Pack", "kind of object");
     }
 

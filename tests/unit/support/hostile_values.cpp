@@ -9,9 +9,9 @@
 namespace zelt::test {
 namespace {
 
-constexpr VARTYPE kElements[] = {VT_I2,       VT_I4,    VT_R4,   VT_R8,      VT_CY,      VT_DATE,    VT_BSTR,
-                                 VT_DISPATCH, VT_ERROR, VT_BOOL, VT_VARIANT, VT_UNKNOWN, VT_DECIMAL, VT_I1,
-                                 VT_UI1,      VT_UI2,   VT_UI4,  VT_INT,     VT_UINT};
+constexpr VARTYPE kHostileElements[] = {VT_I2,       VT_I4,    VT_R4,   VT_R8,      VT_CY,      VT_DATE,    VT_BSTR,
+                                        VT_DISPATCH, VT_ERROR, VT_BOOL, VT_VARIANT, VT_UNKNOWN, VT_DECIMAL, VT_I1,
+                                        VT_UI1,      VT_UI2,   VT_UI4,  VT_INT,     VT_UINT};
 constexpr int kMostNesting = 20;
 
 }  // namespace
@@ -88,7 +88,7 @@ VARIANT HostileValues::Scalar(VARTYPE type)
 
 VARIANT HostileValues::Value(int nesting)
 {
-    VARTYPE type = dice.Once(4) ? static_cast<VARTYPE>(dice.Below(80)) : dice.Of(kElements);
+    VARTYPE type = dice.Once(4) ? static_cast<VARTYPE>(dice.Below(80)) : dice.Of(kHostileElements);
     if (dice.Once(40)) type = static_cast<VARTYPE>(dice.Below(0x1000));
     VARIANT made = Scalar(type);
     if (nesting < kMostNesting && !dice.Once(3)) {
@@ -122,7 +122,8 @@ SAFEARRAY* HostileValues::Array(VARTYPE type, int nesting)
         bound = {dice.Below(nesting > 3 ? 2 : 5), dice.Of(kLower)};
     }
     for (UINT i = 0; i < dimensions; ++i) count *= bounds[i].cElements;
-    const auto known = std::find(std::begin(kElements), std::end(kElements), type) != std::end(kElements);
+    const auto known =
+        std::find(std::begin(kHostileElements), std::end(kHostileElements), type) != std::end(kHostileElements);
     SAFEARRAY* array = SafeArrayCreate(known ? type : VARTYPE{VT_I4}, dimensions, bounds);
     if (!array) return nullptr;
     Fill(array, known ? type : VARTYPE{VT_I4}, count, nesting);
