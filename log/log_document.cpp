@@ -139,7 +139,7 @@ void LogDocument::AppendSentence(Sentence sentence, HoleTexts holes, int level)
 
 void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::string_view name, RecordedObject* object)
 {
-    if (Recorder()) recorder->BeginCall(isIn, functionName, name, object);
+    if (Recorder()) recorder->BeginCall(isIn, functionName, name, object, static_cast<std::size_t>(depth));
     const bool isWritten = WriteEntry([&] {
         Indent();
         entry += "<func name=\"";
@@ -171,7 +171,7 @@ void LogDocument::EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInf
 
 void LogDocument::EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail)
 {
-    if (Recorder()) recorder->EndCall(result, failure, detail);
+    if (Recorder()) recorder->EndCall(result, failure, detail, static_cast<std::size_t>(depth));
     CloseFunc(failure, detail);
 }
 

@@ -76,15 +76,8 @@ std::uint32_t RecordWriter::NewObject(std::uint64_t pointer, std::uint64_t proxy
     protozero::pbf_builder<ObjectTag> fields(message);
     if (row != 0) fields.add_uint32(ObjectTag::Pointer, row);
     if (proxyRow != 0) fields.add_uint32(ObjectTag::Proxy, proxyRow);
-    // First: an object that is in the file has a number.
-    objectNames.push_back(kNoRow);
-    try {
-        AppendBytes(RecordTag::Object, message);
-    } catch (...) {
-        objectNames.pop_back();
-        throw;
-    }
-    return static_cast<std::uint32_t>(objectNames.size());
+    AppendBytes(RecordTag::Object, message);
+    return ++objects;
 }
 
 void RecordWriter::Query(std::uint32_t object, std::string_view interfaceId, bool isGranted)
@@ -104,15 +97,34 @@ void RecordWriter::BeginCall(std::string_view member, std::string_view object, s
     protozero::pbf_builder<CallTag> fields(message);
     fields.add_uint32(CallTag::Member, RowOf(member));
     const std::uint32_t name = RowOf(object);
+    if (number > objectNames.size()) objectNames.resize(number, kNoRow);
     if (number == 0 || objectNames[number - 1] != name) fields.add_uint32(CallTag::Object, name);
     if (isOutward) fields.add_bool(CallTag::Outward, true);
     fields.add_uint64(CallTag::Start, now - lastTime);
     if (number != 0) fields.add_uint32(CallTag::Number, number);
     open.reserve(open.size() + 1);
+    latest = {whole, 0, number, lastTime};
     AppendBytes(RecordTag::Call, message);
+    latest.end = whole;
     if (number != 0) objectNames[number - 1] = name;
     lastTime = now;
     open.push_back(now);
+}
+
+void RecordWriter::Settle(std::size_t depth)
+{
+    while (open.size() > depth) {
+        if (latest.end != whole || whole == 0) {
+            EndCall(0, lastTime, 0, nullptr);
+            continue;
+        }
+        whole = latest.begin;
+        lastTime = latest.lastTime;
+        // What its call would have said of the object comes again with the next one.
+        if (latest.number != 0) objectNames[latest.number - 1] = kNoRow;
+        latest = {};
+        open.pop_back();
+    }
 }
 
 void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
@@ -166,8 +178,10 @@ void RecordWriter::End()
 
 void RecordWriter::Flush()
 {
+    pending.resize(whole);
     if (pending.empty()) return;
     if (isWhole) isWhole = output(pending);
+    whole = 0;
     pending.clear();
 }
 
@@ -181,35 +195,26 @@ std::uint32_t RecordWriter::TryRowOf(std::string_view text)
 {
     const auto found = texts.find(text);
     if (found != texts.end()) return found->second;
-    return text.size() > kLongestRow || texts.size() >= kMostRows ? kNoRow : NewRow(text);
+    return text.size() > kLongestRow || textRows >= kMostRows ? kNoRow : NewRow(text);
 }
 
 std::uint32_t RecordWriter::NewRow(std::string_view text)
 {
-    const auto row = static_cast<std::uint32_t>(texts.size());
-    const auto added = texts.emplace(text, row).first;
-    try {
-        AppendBytes(RecordTag::Text, text);
-    } catch (...) {
-        texts.erase(added);
-        throw;
-    }
+    AppendBytes(RecordTag::Text, text);
+    const std::uint32_t row = textRows++;
+    texts.emplace(text, row);
     return row;
 }
 
 std::uint32_t RecordWriter::RowOf(std::uint64_t address)
 {
-    const auto row = static_cast<std::uint32_t>(pointers.size());
-    const auto [found, isNew] = pointers.emplace(address, row);
-    if (!isNew) return found->second;
-    try {
-        std::string record;
-        protozero::pbf_builder<RecordTag>(record).add_uint64(RecordTag::Pointer, address);
-        AppendRecord(record);
-    } catch (...) {
-        pointers.erase(found);
-        throw;
-    }
+    const auto found = pointers.find(address);
+    if (found != pointers.end()) return found->second;
+    std::string record;
+    protozero::pbf_builder<RecordTag>(record).add_uint64(RecordTag::Pointer, address);
+    AppendRecord(record);
+    const std::uint32_t row = pointerRows++;
+    pointers.emplace(address, row);
     return row;
 }
 
@@ -221,15 +226,18 @@ void RecordWriter::AppendBytes(RecordTag tag, std::string_view bytes)
     AppendRecord(head, bytes);
 }
 
-// Grows before it appends, so that no part of a record is left when memory is short.
+// Grows before it appends, so that no part of a record is left when memory is short. A fault may have removed the stack frame of a
+// record that was being appended: what is left of that one goes first.
 void RecordWriter::AppendRecord(std::string_view head, std::string_view rest)
 {
     constexpr std::size_t kLongestLength = 10;
-    const std::size_t needed = pending.size() + kLongestLength + head.size() + rest.size();
+    pending.resize(whole);
+    const std::size_t needed = whole + kLongestLength + head.size() + rest.size();
     if (needed > pending.capacity()) pending.reserve(std::max(needed, 2 * pending.capacity()));
     protozero::add_varint_to_buffer(&pending, head.size() + rest.size());
     pending += head;
     pending += rest;
+    whole = pending.size();
 }
 
 }  // namespace zelt::recording

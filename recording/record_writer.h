@@ -134,6 +134,9 @@ public:
     // `stream` is what the call read from its stream, or wrote to it.
     void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
                  std::optional<std::string_view> stream = {});
+    // Takes back a call that was begun, but whose caller did not come to count it, because a fault removed its stack frame;
+    // `depth` is the number of calls in progress. If the call was handed over already, it ends.
+    void Settle(std::size_t depth);
     void Say(const SentenceParts& sentence);
     // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
     template <class Body>
@@ -179,6 +182,15 @@ private:
 
     Output output;
     std::string pending, message;
+    std::size_t whole = 0;  // the length of the records in `pending` that are complete
+    // The latest call's record in `pending`, its object, and the time before it.
+    struct {
+        std::size_t begin = 0, end = 0;
+        std::uint32_t number = 0;
+        std::uint64_t lastTime = 0;
+    } latest;
+    // How many of each are in the file. The tables below lack those that memory did not suffice for.
+    std::uint32_t textRows = 0, pointerRows = 0, objects = 0;
     std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> texts;
     std::unordered_map<std::uint64_t, std::uint32_t> pointers;
     std::uint64_t lastTime = 0;

@@ -78,9 +78,11 @@ std::uint32_t CallRecorder::NumberOf(RecordedObject& object)
     return object.number;
 }
 
-void CallRecorder::BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object) noexcept
+void CallRecorder::BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object,
+                             std::size_t depth) noexcept
 {
     com::Attempt([&] {
+        Settle(depth);
         open.push_back({});
         records.BeginCall(member, name, object ? NumberOf(*object) : 0, !isIn, Now());
     });
@@ -111,9 +113,17 @@ void CallRecorder::Stream(std::string bytes) noexcept
     if (!open.empty()) open.back().stream = std::move(bytes);
 }
 
-void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept
+void CallRecorder::Settle(std::size_t depth)
+{
+    if (open.size() > depth) open.resize(depth);
+    records.Settle(depth);
+}
+
+void CallRecorder::EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail,
+                           std::size_t depth) noexcept
 {
     com::Attempt([&] {
+        Settle(depth);
         OpenCall ended;
         if (!open.empty()) {
             ended = std::move(open.back());

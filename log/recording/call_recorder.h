@@ -35,15 +35,17 @@ public:
     void Begin(std::string_view objectName, std::string_view objectType, std::string_view startText,
                std::string_view settings) noexcept;
     void Say(const recording::Component& component) noexcept;
-    // The object (may be null) gets a number if it has none yet.
-    void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object) noexcept;
+    // The object (may be null) gets a number if it has none yet. `depth` is the number of calls in progress: here without this
+    // call, in EndCall with it. A call beyond them was begun, but a fault removed its stack frame: it is taken back.
+    void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object,
+                   std::size_t depth) noexcept;
     void Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept;
     // Called before and after the time in the called object.
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
     // What the call read from its stream, or wrote to it.
     void Stream(std::string bytes) noexcept;
-    void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail) noexcept;
+    void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail, std::size_t depth) noexcept;
     void Say(Sentence sentence, HoleTexts holes) noexcept;
     // `body(recording::ValueWriter&)` writes the value, which may be in memory that belongs to another component; what cannot be
     // read is recorded as such, with the logged type.
@@ -71,6 +73,7 @@ private:
 
     std::uint64_t Now() const;
     std::uint32_t NumberOf(RecordedObject& object);
+    void Settle(std::size_t depth);
 
     struct OpenCall {
         std::uint64_t entered = 0, inside = 0;

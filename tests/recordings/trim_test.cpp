@@ -205,6 +205,29 @@ TEST(RecordingTrim, OfARecordingWithoutAnEndHasNone)
     EXPECT_EQ(1, RunCommand({"recording", "info", file.Path()}).code);
 }
 
+// A fault can remove the stack frame of a call that has only begun.
+TEST(RecordWriting, TakesBackACallThatNobodyCounts)
+{
+    RecordedCalls calls;
+    calls.Writer().BeginCall("ICapeUtilities::Edit", "Object 1", kPackage, false, 100);
+    calls.Writer().Settle(0);
+    calls.Call("ICapeUtilities::Initialize", kPackage, [&] {
+        calls.Writer().BeginCall("ICapeUtilities::Terminate", "Object 1", kPackage, false, 200);
+        calls.Writer().Settle(1);
+    });
+    EXPECT_EQ(Calls{"ICapeUtilities::Initialize"}, CallsOf(calls.Whole()));
+}
+
+TEST(RecordWriting, EndsACallThatNobodyCountsIfItIsInTheFile)
+{
+    RecordedCalls calls;
+    calls.Writer().BeginCall("ICapeUtilities::Edit", "Object 1", kPackage, false, 100);
+    calls.Writer().Flush();
+    calls.Writer().Settle(0);
+    calls.Call("ICapeUtilities::Initialize", kPackage);
+    EXPECT_EQ((Calls{"ICapeUtilities::Edit", "ICapeUtilities::Initialize"}), CallsOf(calls.Whole()));
+}
+
 TEST(RecordingTrim, KeepsWhatIsLoaded)
 {
     RecordedCalls calls;
