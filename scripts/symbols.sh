@@ -17,6 +17,7 @@ Symbols()
     program=$1
     shift
     InstallPackages build
+    [ -z "$zip" ] || InstallPackages ship
     file=$(SymbolFile "$program" "$zip")
     local tools=i686-w64-mingw32 base
     [[ $program != *64.* ]] || tools=x86_64-w64-mingw32
@@ -25,7 +26,6 @@ Symbols()
         [[ $offset =~ ^(0[xX])?[0-9a-fA-F]+$ ]] || Fail "\"$offset\" is no hexadecimal number."
         "$tools-addr2line" -e "$file" -f -C -i -p -a "$(printf '0x%x' $((16#$base + 16#${offset#0[xX]})))"
     done
-    [ -z "$zip" ] || rm -f "$file"
 }
 
 # SymbolFile <program> <zip>: prints the path of its symbols.
@@ -36,7 +36,7 @@ SymbolFile()
         [ "${known##*/}" = "$1" ] || continue
         file=$root/build/$known.symbols
         if [ -n "$2" ]; then
-            file=$(mktemp)
+            file=$root/build/$1.symbols
             unzip -p "$2" "$1.symbols" >"$file" || Fail "$2 has no symbols of $1."
         fi
         [ -s "$file" ] || Fail "There are no symbols of $1: ./dev package makes them."
