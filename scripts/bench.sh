@@ -42,14 +42,14 @@ Bench()
     fi
     UsePrefix bench
     # A bare display has no window manager, and Wine waits for one when a window closes.
-    Step bench-windows "Letting Wine draw the frames of windows" \
+    Step bench-windows "Letting Wine draw window frames" \
         wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
-    Step bench-register "Registering ZELT and a package for clients of other processes" OfferBenchmarkPackage
+    Step bench-register "Registering ZELT and a package for clients in other processes" OfferBenchmarkPackage
     for name in "${wanted[@]}"; do
         program=$folder/bench_$name.exe
         [ "$name" != remote64 ] || program=build/release64/bench/bench_remote.exe
-        [ -f "$program" ] || Fail "There is no benchmark \"$name\"; they are made in the folder bench."
-        # The output is shown as it comes, and kept. It goes through a file because programs under Wine leave processes behind.
+        [ -f "$program" ] || Fail "There is no benchmark \"$name\"; the benchmarks are in the folder bench."
+        # The output is shown as it comes, and kept: in a file, because processes that Wine leaves behind keep a pipe open.
         : >"$logFolder/bench-$name.log"
         tail -f "$logFolder/bench-$name.log" 8>&- &
         local shown=$! status=0
@@ -65,7 +65,7 @@ Bench()
 # FailWhenMissed [name...]: fails if any benchmark is named, and names them.
 FailWhenMissed()
 {
-    [ $# -eq 0 ] || Fail "These benchmarks failed, or missed a goal: $*."
+    [ $# -eq 0 ] || Fail "These benchmarks failed or missed a goal: $*."
 }
 
 # BenchNatively <name> [option...]

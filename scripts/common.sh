@@ -1,4 +1,4 @@
-# Reporting, steps with a log of their own, and clean-up. Sourced by ./dev.
+# Reporting, steps with one log each, and clean-up. Sourced by ./dev.
 
 if [ -t 1 ]; then
     bold=$'\e[1m' red=$'\e[31m' green=$'\e[32m' plain=$'\e[0m'
@@ -122,7 +122,7 @@ AtExit EndSteps
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 
-# Only one test run or demonstration at a time in one tree: they share the build folder.
+# For commands of which only one may run at a time in one tree: they share the build folder.
 LockTree()
 {
     mkdir -p build

@@ -25,11 +25,11 @@ Demo()
     LockTree
     SetUpBuild
     [ -d build/i686/shell ] || Say "The first demonstration builds ZELT, which takes some minutes; later ones start at once."
-    # Making the prefix is mostly waiting, so the build goes on meanwhile.
+    # Making the prefix is mostly waiting, so the build runs at the same time.
     Beside wine-template NeedTemplatePrefix
     BuildPreset i686 zelt zeltctl SamplePackage SampleReactions SampleUnits SampleSimulator
     BuildPreset x86_64 SampleSimulator
-    # What the 64-bit packages need is built during the runs before theirs, which also wait more than they work.
+    # What the 64-bit packages need is built during the earlier runs, which also wait more than they work.
     Beside demo-build-wide nice cmake --build build/x86_64 --target zelt SamplePackage
     demoFolder=$root/build/demo
     rm -rf "$demoFolder"
@@ -252,7 +252,7 @@ CompareResults()
 {
     local direct=$demoFolder/$1-direct.bits name=$1 run
     shift
-    grep -q '[0-9A-Fa-f]\{16\}' "$direct" || { echo "The simulator showed no bits."; return 1; }
+    grep -q '[0-9A-Fa-f]\{16\}' "$direct" || { echo "The simulator printed no bit patterns."; return 1; }
     for run in "$@"; do
         diff "$direct" "$demoFolder/$name-$run.bits" || { echo "The results of the run $name-$run differ."; return 1; }
     done
@@ -269,7 +269,7 @@ ShowLogs()
     for log in "${logs[@]}"; do
         ! grep -q 'ICapeUnit::Calculate' "$log" || units=$((units + 1))
     done
-    [ "$units" -eq 2 ] || Fail "$units logs tell of a calculated unit operation, not those of the flowsheet's two runs."
+    [ "$units" -eq 2 ] || Fail "$units logs contain a calculation of a unit operation, not 2, one for each run of the flowsheet."
     echo
     Say "All ${#logs[@]} logs"
     printf '%s\n' "${logs[@]}"
@@ -281,6 +281,6 @@ ShowLogs()
         echo
         Say "$log ($lines lines)"
         tr -d '\r' <"$log" | sed -n "1,${top}p"
-        [ "$lines" -le "$top" ] || echo "... and $((lines - top)) lines more"
+        [ "$lines" -le "$top" ] || echo "... and $((lines - top)) more lines"
     done
 }

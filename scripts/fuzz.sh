@@ -1,10 +1,10 @@
 # Guided fuzzing of the code that reads logs and recordings. Sourced by ./dev.
 
-# How many inputs each program gets: one input takes the commands ten times as long.
+# How many inputs each program gets: one input takes log_commands ten times as long.
 declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000 [recording_reader]=1000000)
 
 # Fuzz [name...] [-- options]: runs the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are
-# libFuzzer's. Inputs that it considers worth keeping stay in build/fuzz/inputs, and an input that fails is named at the end.
+# libFuzzer's. Inputs that it considers worth keeping stay in build/fuzz/inputs; one that fails becomes build/fuzz/failed-*.
 Fuzz()
 {
     local wanted=() options=() name folder
@@ -19,7 +19,7 @@ Fuzz()
     FetchLibraries
     BuildPreset fuzz
     for name in "${wanted[@]}"; do
-        [ -n "${fuzzRuns[$name]:-}" ] || Fail "There is no fuzzer \"$name\"; they are in the folder tests/fuzz."
+        [ -n "${fuzzRuns[$name]:-}" ] || Fail "There is no fuzzer \"$name\"; the fuzzers are in the folder tests/fuzz."
         folder=build/fuzz/inputs/$name
         mkdir -p "$folder"
         [ "$name" != recording_reader ] || cp tests/recordings/golden/sample_recording.zlr "$folder"

@@ -1,6 +1,6 @@
 # The sources of the libraries that the build compiles itself, with the project's own compilers, from Debian's source packages with
 # Debian's patches. Sourced by ./dev.
-# apt works on its own lists and cache below build/, so that the machine's configuration stays as it is and no root rights are
+# apt uses a separate cache and lists below build/, so that the machine's configuration stays as it is and no root rights are
 # needed. Once the sources are there, no network is needed either.
 
 libxml2Version=2.9.14
@@ -42,12 +42,12 @@ UnpackLibrary()
     local apt=(apt-get -o "Dir::Etc::SourceList=$work/sources.list" -o "Dir::Etc::SourceParts=$work/sources.list.d"
                -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
     cd "$work"
-    # A list that does not arrive does not matter as long as another contains the package.
+    # A list that cannot be fetched does not matter if another contains the package.
     "${apt[@]}" update || true
     "${apt[@]}" source --download-only "$1" ||
-        { echo "Debian's archive does not give the source package $1: are its package sources reachable?"; return 1; }
+        { echo "The source package $1 could not be fetched: are the machine's package sources reachable?"; return 1; }
     local description=("$work/$1_$2"*.dsc)
-    [ -f "${description[0]}" ] || { echo "The source package $1 is not of version $2."; return 1; }
+    [ -f "${description[0]}" ] || { echo "The source package $1 does not have version $2."; return 1; }
     # apt has verified the package by the archive's signature.
     dpkg-source --no-check -x "${description[0]}" "$work/$1"
     if [ "$1" = sqlite3 ]; then

@@ -12,9 +12,9 @@ Lint()
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
     fi
     FastChecks
-    # clang-tidy needs the compile commands, and the headers generated from the type libraries, but no objects.
+    # clang-tidy needs the compile commands, and the headers generated from the IDL files, but no objects.
     Step configure-lint "Configuring for the checks" cmake --preset lint
-    Step lint-headers "Compiling the type libraries" cmake --build build/lint --target \
+    Step lint-headers "Compiling the IDL files" cmake --build build/lint --target \
         idl_zelt_files idl_cape-open_files idl_cape-open-thermo-context_files idl_vendor_files
     Step tidy "Static checks" Tidy
     printf '%s\n' "${green}No findings.$plain"
@@ -34,7 +34,7 @@ Tidy()
         esac
     done
     local database=build/lint/compile_commands.json
-    # Only the sources that the 32-bit build compiles: the database has the definitions for no others.
+    # Only the sources that the 32-bit build compiles: the database has no commands for others.
     printf '%s\n' "${sources[@]}" | grep '\.cpp$' | while read -r file; do
         ! grep -qF "\"$root/$file\"" "$database" || echo "$file"
     done >build/lint-sources

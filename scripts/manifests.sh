@@ -1,6 +1,6 @@
 # The manifests of a release for winget and Scoop, which need to know where it can be downloaded. Sourced by ./dev.
 
-# WriteManifests <version> <setup program> <zip> <folder>: with ZELT_RELEASE_URL, the address of the folder with both files.
+# WriteManifests <version> <setup program> <zip> <folder>: ZELT_RELEASE_URL is the address of the folder with both files.
 WriteManifests()
 {
     local url=${ZELT_RELEASE_URL%/} file
@@ -8,7 +8,7 @@ WriteManifests()
     mkdir -p "$4/winget" "$4/scoop"
     for file in winget/{version,installer,locale.en-US}.yaml scoop/zelt.json; do
         FillManifest "$1" "$2" "$3" "$url" <"packaging/$file" >"$4/$(ManifestName "$file")"
-        ! grep -n '@[A-Z_]*@' "$4/$(ManifestName "$file")" || Complain "$file has an unknown place to fill."
+        ! grep -n '@[A-Z_]*@' "$4/$(ManifestName "$file")" || Complain "$file has an unknown placeholder."
     done
     perl -MJSON::PP -0777 -ne 'decode_json($_)' "$4/scoop/zelt.json"
 }

@@ -106,7 +106,7 @@ WriteLists()
         [ "$(wc -l <<<"$classes")" -eq 4 ] || { echo "$edition should register four classes: $classes"; return 1; }
         echo "!define FIRST_CLASS_$edition \"$(head -n 1 <<<"$classes")\""
         echo "!macro VerifyClassesOf$edition hive"
-        # shellcheck disable=SC2016,SC2001 # ${hive} is for the setup program's compiler; and this is a line of each line
+        # shellcheck disable=SC2016,SC2001 # ${hive} is for the setup program's compiler; and sed changes each line
         sed 's|.*|    !insertmacro VerifyClassInView ${hive} '"$edition"' "&"|' <<<"$classes"
         echo '!macroend'
     done >"$2/classes.nsh"

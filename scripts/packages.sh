@@ -3,7 +3,7 @@
 # group | package | reason
 packageTable='
 build | g++-mingw-w64-i686-posix    | compiler, 32 bit: ZELT.EXE and the packages that it hosts
-build | g++-mingw-w64-x86-64-posix  | compiler, 64 bit: the 64-bit simulator
+build | g++-mingw-w64-x86-64-posix  | compiler, 64 bit: ZELT64.EXE and the packages that it hosts
 build | g++                         | compiler of this system: zeltctl for logs, and its tests with sanitizers
 build | mingw-w64-tools             | IDL compiler
 build | binutils-mingw-w64          | linker and resource compiler
@@ -31,10 +31,10 @@ lint  | clang-tidy                  | static checks that read the sources as the
 fuzz  | clang                       | compiler with a guided fuzzer
 fuzz  | libclang-rt-dev             | the fuzzer, and the sanitizers that clang links
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
-pictures | fonts-wine               | the symbols and the text of windows as people know them
+pictures | fonts-wine               | the usual symbols and letters of windows
 page  | chromium                    | shows the page of log export --html, and trace events in their viewer
-page  | fonts-dejavu-core           | its letters and signs
-trace | npm                         | fetches the viewer of trace events, where npm is not there by other means
+page  | fonts-dejavu-core           | the fonts of that page
+trace | npm                         | fetches the viewer of trace events; not needed if npm is installed in another way
 '
 
 # Prints the packages of the groups in $@ that are not installed.

@@ -1,4 +1,4 @@
-# The page of zeltctl log export --html in a real browser: operated by a script, and photographed. Sourced by ./dev.
+# The page of zeltctl log export --html in a real browser: operated by a script, with screenshots. Sourced by ./dev.
 # Not part of ./dev test: the browser is large.
 
 Page()
@@ -12,16 +12,16 @@ Page()
     mkdir -p "$pageFolder"
     local colour width
     MakePages
-    Step page-check "Working the page" Browse "$pageFolder/check.html" --dump-dom
+    Step page-check "Operating the page" Browse "$pageFolder/check.html" --dump-dom
     grep -qF '<title>fine</title>' "$logFolder/page-check.log" ||
         Fail "The page does not do what it should: $(grep -o '<title>[^<]*' "$logFolder/page-check.log")"
     # A wide window and a narrow one.
     for colour in light dark; do
         for width in 1200 420; do
-            Step "page-$colour-$width" "Photographing the page, $colour, $width pixels wide" \
+            Step "page-$colour-$width" "Taking a screenshot of the page, $colour, $width pixels wide" \
                 Browse "$pageFolder/$colour.html" "--window-size=$width,900" --hide-scrollbars --virtual-time-budget=2000 \
                 "--screenshot=$pageFolder/$colour-$width.png"
-            [ -s "$pageFolder/$colour-$width.png" ] || Fail "There is no picture of the page."
+            [ -s "$pageFolder/$colour-$width.png" ] || Fail "There is no screenshot of the page."
         done
     done
     TraceView
@@ -41,7 +41,7 @@ MakePages()
             get('find').value = 'temperature'; get('find').dispatchEvent(new Event('input'));
             let top = hits.find(hit => hit.closest('details details')).closest('main > details');
             while (!hits[here] || !top.contains(hits[here])) go(1);
-            // A page that is scrolled is photographed empty: what stands above goes instead.
+            // A screenshot of a scrolled page is empty, so remove what is above instead.
             for (let i = 0; i < 6; ++i) top = top.previousElementSibling;
             while (top.previousElementSibling) top.previousElementSibling.remove();
             scrollTo(0, 0);"
@@ -55,7 +55,7 @@ PageWith()
     printf '<script>\n{\n%s\n}\n</script>\n</body>\n</html>\n' "$2" >>"$pageFolder/$1.html"
 }
 
-# Browse <page> <option...>: runs a browser with a profile of its own, which is removed afterwards.
+# Browse <page> <option...>: runs a browser with a temporary profile.
 Browse()
 {
     local page=$1

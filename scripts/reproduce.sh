@@ -1,11 +1,11 @@
-# Two builds of the current commit, in folders of different names, must give the same program. Sourced by ./dev.
+# Two builds of the current commit, in folders with different names, must give the same program. Sourced by ./dev.
 
 Reproduce()
 {
     LockTree
     InstallPackages build
     FetchLibraries
-    git rev-parse HEAD >/dev/null 2>&1 || Fail "./dev reproduce needs a checkout: it builds the present commit."
+    git rev-parse HEAD >/dev/null 2>&1 || Fail "./dev reproduce needs a checkout: it builds the current commit."
     local folder=$root/build/reproduce copy
     local copies=("$folder/one" "$folder/below/another-one")
     rm -rf "$folder"

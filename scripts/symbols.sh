@@ -2,8 +2,8 @@
 
 shippedPrograms=(release/shell/ZELT.EXE release64/shell/ZELT64.EXE release/ctl/zeltctl.exe release64/ctl/zeltctl64.exe)
 
-# Symbols [--zip ZIP] <program> <offset...>: tells the function and the line at each offset in the program, innermost first where
-# functions are compiled into others. Without a zip of symbols, the programs in build/release and build/release64 must be those
+# Symbols [--zip ZIP] <program> <offset...>: prints the function and the line at each offset in the program, innermost first where
+# functions are inlined. Without a zip of symbols, the programs in build/release and build/release64 must be those
 # of the report.
 Symbols()
 {
@@ -23,7 +23,7 @@ Symbols()
     [[ $program != *64.* ]] || tools=x86_64-w64-mingw32
     base=$("$tools-objdump" -p "$file" | sed -n 's/^ImageBase[[:space:]]*//p')
     for offset; do
-        [[ $offset =~ ^(0[xX])?[0-9a-fA-F]+$ ]] || Fail "\"$offset\" is no hexadecimal number."
+        [[ $offset =~ ^(0[xX])?[0-9a-fA-F]+$ ]] || Fail "\"$offset\" is not a hexadecimal number."
         "$tools-addr2line" -e "$file" -f -C -i -p -a "$(printf '0x%x' $((16#$base + 16#${offset#0[xX]})))"
     done
 }
@@ -37,9 +37,9 @@ SymbolFile()
         file=$root/build/$known.symbols
         if [ -n "$2" ]; then
             file=$root/build/$1.symbols
-            unzip -p "$2" "$1.symbols" >"$file" || Fail "$2 has no symbols of $1."
+            unzip -p "$2" "$1.symbols" >"$file" || Fail "$2 has no symbols for $1."
         fi
-        [ -s "$file" ] || Fail "There are no symbols of $1: ./dev package makes them."
+        [ -s "$file" ] || Fail "There are no symbols for $1: ./dev package makes them."
         echo "$file"
         return
     done

@@ -17,7 +17,7 @@ TestPackage()
 
     Step package-older "Making the setup program of an older version" MakeOlderSetup
     Step package-samples "Registering the sample packages" RegisterSamples
-    Step package-clean "Reading the machine as it is" Snapshot clean
+    Step package-clean "Taking a snapshot of the machine" Snapshot clean
     Step package-install "Installing the older version" TestInstall
     Step package-run "Running the demonstration on the installed server" TestRun
     Step package-refuse "Refusing to replace or remove a running server" TestRefusal
@@ -29,7 +29,7 @@ TestPackage()
     Step package-uninstall "Uninstalling" TestUninstall
     Step package-user "Installing and removing for the current user" TestUserInstall
     Step package-path "Putting zeltctl on the search path" TestSearchPath
-    Step package-product "Installing where the product family is the user's" TestFamilyOfUser
+    Step package-product "Installing while the value CurrentUser is set" TestFamilyOfUser
     Step package-failure "Failing to install" TestFailures
     Step package-portable "Running a portable copy" TestPortable
     Step package-lines "Finding lines at addresses" TestSymbols
@@ -60,7 +60,7 @@ ExitsAs()
     Exits "$1" cmd /c "$(WindowsPath "$testFolder/line.bat")"
 }
 
-# Snapshot <name>: every file and folder outside the system's own, with a checksum, and every key and value below Software.
+# Snapshot <name>: every file and folder outside the Windows folder, with a checksum, and every key and value below Software.
 Snapshot()
 {
     (
@@ -194,14 +194,14 @@ TestRun()
         IFS='|' read -r name kind sample zelt package what <<<"$run"
         Simulate i686 "$name-32" "$zelt" "$package"
         Simulate i686 "$name-direct" "$sample" "$package" --in-process
-        grep -q '[0-9A-Fa-f]\{16\}' "$testFolder/$name-direct.bits" || Complain "The simulator showed no bits."
+        grep -q '[0-9A-Fa-f]\{16\}' "$testFolder/$name-direct.bits" || Complain "The simulator printed no bit patterns."
         diff "$testFolder/$name-direct.bits" "$testFolder/$name-32.bits" || Complain "The results differ."
     done
     Equal 'number of logs' "${#demoRuns[@]}" "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
     WaitForEnd
 }
 
-# Whether a ZELT of this prefix is running. Wine's own task list is empty.
+# Whether a ZELT of this prefix is running. Wine's tasklist shows nothing.
 ZeltRuns()
 {
     local process
@@ -211,7 +211,7 @@ ZeltRuns()
     return 1
 }
 
-# WaitUntil <command...>: waits ten seconds at most.
+# WaitUntil <command...>: waits at most ten seconds.
 WaitUntil()
 {
     local waited
@@ -219,7 +219,7 @@ WaitUntil()
         ! "$@" || return 0
         sleep 0.1
     done
-    Complain "In vain: $*"
+    Complain "Timed out waiting for: $*"
 }
 
 # The server ends a second after its last object: its program cannot be replaced earlier.
@@ -244,8 +244,8 @@ TestRefusal()
         Added registry running refused; Removed registry running refused)"
 }
 
-# ChangesNothing <code> <command line>: must end with this code, and leave everything as it was. Shortcuts are left out: one that
-# is made again holds other times.
+# ChangesNothing <code> <command line>: must end with this code, and leave everything as it was. Shortcuts are not compared: a new
+# one has other times.
 ChangesNothing()
 {
     Snapshot unchanged
@@ -259,7 +259,7 @@ ChangesNothing()
 TestRefusalOfFile()
 {
     printf '%s\r\n' '@echo off' "C:\\windows\\syswow64\\notepad.exe <\"$programsFolder\\BRIX.chm\"" >"$testFolder/hold.bat"
-    # Notepad inherits the open file. (The 32-bit one, because Wine's task list does not show 64-bit programs.)
+    # Notepad inherits the open file. (The 32-bit one, because Wine's taskkill does not find 64-bit programs.)
     Wine cmd /c "$(WindowsPath "$testFolder/hold.bat")" >"$testFolder/hold.txt" 2>&1 &
     sleep 5
     ChangesNothing 8 "\"$(WindowsPath "$setupProgram")\" /S"
@@ -279,7 +279,7 @@ TestFailedUpgrade()
     WaitForEnd
 }
 
-# Wine's task list does not show 64-bit programs, so this test uses a program that may simply be killed.
+# Wine's taskkill does not find 64-bit programs, so this test uses a program that may simply be killed.
 TestRefusalOfTool()
 {
     # A command that does not end by itself.
@@ -322,7 +322,7 @@ TestUpgrade()
     WaitForEnd
 }
 
-# A 64-bit package in simulators of both widths, and what zeltctl says of both editions.
+# A 64-bit package in simulators of both widths, and what zeltctl reports about both editions.
 TestRun64()
 {
     Wine "$programsFolder\\zeltctl.exe" add ZeltSample.PropertyPackageManager Aromatics --log --width 64
@@ -381,7 +381,7 @@ TestUserInstall()
     OnlyStandardLibraryStays before after
 }
 
-# SearchPath <key>: the value, whatever its length; nothing without one.
+# SearchPath <key>: the path, of any length; nothing if there is none.
 SearchPath()
 {
     Wine reg export "$1" "$(WindowsPath "$testFolder/path.reg")" /y >&2
@@ -393,7 +393,7 @@ TestSearchPath()
 {
     local folder key='HKCU\Environment' long before added
     folder=$(Wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')\\Programs\\ZELT
-    # In two steps, because a command line has its limits too.
+    # Imported from a file, because a command line is limited too.
     long=$(printf 'C:\\A folder of somebody\\%d;' {1..400})
     printf 'Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\Environment]\r\n"Path"="%s"\r\n' \
         "${long//\\/\\\\}C:\\\\Last" >"$testFolder/long.reg"
@@ -443,7 +443,7 @@ TestFailures()
     rm -r "$drive/Taken"
 }
 
-# What activation would start, whatever letters its path has: a query prints only the letters of the code page.
+# What activation would start, with any letters in its path: a query prints only those of the code page.
 ExportedServer()
 {
     Wine reg export 'HKLM\Software\Classes\CLSID\{6377AC63-7A36-46DC-8897-F277012CDA9D}\LocalServer32' \
@@ -451,7 +451,7 @@ ExportedServer()
     perl scripts/registry-lines.pl "$testFolder/server.reg" | sed -n 's/.* | @="\(.*\)"$/\1/p' | sed 's/\\\(.\)/\1/g'
 }
 
-# Blanks, letters of the code page and others in the path.
+# The path has blanks, letters of the code page, and others.
 TestPortable()
 {
     local folder="$testFolder/Tragbare Größe ŁΩ/ZELT's copy"
@@ -477,7 +477,7 @@ TestPortable()
     OnlyStandardLibraryStays before after
 }
 
-# The start of a function, in each program, must be found where its source has it.
+# In each program, the address of a function must lead to the file of its source.
 TestSymbols()
 {
     local known program tools address base answer

@@ -15,10 +15,10 @@ TraceView()
     Step trace-table "Opening trace events in $viewerPackage" \
         Browse "$view&view=sandwich" --virtual-time-budget=8000 --dump-dom
     Step trace-check "Comparing what it shows" perl tests/recordings/check_trace_view.pl "$trace" "$logFolder/trace-table.log"
-    # Of the demonstration, if it has run here: more than two calls.
+    # Prefer a recording of the demonstration: it has more than two calls.
     local recordings=(build/wine/demo/drive_c/users/*/Desktop/*/*.zlr)
     [ ! -f "${recordings[0]}" ] || LoadTrace "${recordings[0]}"
-    Step trace-picture "Photographing it" Browse "$view&view=left-heavy" --window-size=1000,600 \
+    Step trace-picture "Taking a screenshot of it" Browse "$view&view=left-heavy" --window-size=1000,600 \
         --virtual-time-budget=8000 "--screenshot=$pageFolder/trace.png"
 }
 

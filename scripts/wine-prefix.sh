@@ -32,7 +32,7 @@ CopyTemplate()
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX/drive_c"
     cp -al "$templatePrefix/drive_c/windows" "$WINEPREFIX/drive_c/"
-    # What the hard links have already made stays: copy only the rest.
+    # The folder windows is there already, so copy only the rest.
     tar -C "$templatePrefix" --exclude=./drive_c/windows --exclude=./complete -cf - . | tar -C "$WINEPREFIX" -xf -
     # The user's folders are links into the home directory of whoever runs this: replace them by the prefix's own.
     local link

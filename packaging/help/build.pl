@@ -120,7 +120,7 @@ die join("\n", @faults) . "\n" if @faults;
 copy("$help/style.css", "$out/utils/style.css") or die "style.css: $!\n";
 my @files = ((map { "utils\\$_->{name}.htm" } @pages), "utils\\style.css");
 for my $picture (sort keys %pictures) {
-    # A separate command makes the pictures; a build does not wait for it.
+    # A separate command makes the pictures, so some may be missing.
     next if !-f $pictures{$picture};
     copy($pictures{$picture}, "$out/utils/images/$picture") or die "$picture: $!\n";
     push @files, "utils\\images\\$picture";

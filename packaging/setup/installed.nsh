@@ -44,7 +44,7 @@ FunctionEnd
 
 !macro DefineRemoveFiles un
 Function ${un}RemoveFiles
-    ; The current folder cannot be removed, so make it another one.
+    ; The current folder cannot be removed, so change to another.
     SetOutPath "$TEMP"
     !insertmacro RemoveAll
     Delete "$INSTDIR\Uninstall.exe"

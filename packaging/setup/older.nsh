@@ -20,7 +20,7 @@ FunctionEnd
 
 ; Copies the older version to setup's own folder, which is deleted when setup ends.
 Function SaveOlderVersion
-    ; The older uninstaller may check fewer files for use than this setup program.
+    ; The older version's uninstaller may check fewer files than this setup program.
     StrCpy $R1 $OlderFolder
     Call RefuseUsedFiles
     InitPluginsDir

@@ -1,5 +1,5 @@
-; zeltctl on the search path of Windows, if the user wants it: with the switch /Path, by the choice among the components, or because
-; the installed version has it there. zeltctl writes the path itself: it may be longer than any text of a setup program.
+; Puts zeltctl on the search path of Windows if the user asks for it, with the switch /Path or on the components page, or if the
+; installed version is on the path. zeltctl changes the path, because it may be longer than any string in a setup program.
 
 !include Sections.nsh
 

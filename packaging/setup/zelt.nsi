@@ -12,7 +12,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; Here, Windows asks only administrators for the right to install for all users; scope.nsh asks other users.
+; With this level, Windows asks only administrators for the right to install for all users; scope.nsh asks other users.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh
@@ -85,7 +85,7 @@ Section "ZELT"
     SectionIn RO
     StrCpy $EntryVersion "${VERSION}"
     StrCpy $EntrySize ${SIZE}
-    ; Checks again: the folder may have changed, and a simulator may have started meanwhile.
+    ; Checks again: the folder may have changed, and a simulator may have started since.
     StrCpy $R1 $INSTDIR
     Call RefuseUsedFiles
     Call FindOlderVersion

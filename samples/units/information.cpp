@@ -15,12 +15,12 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* kPower = L"work";
 
-// Null if there is none. Searches one by one, because a collection need not find items by name.
+// Null if there is none. Checks each item, because a collection need not support access by name.
 ComPtr<ICapeParameter> FindParameter(IDispatch* object, std::wstring_view name)
 {
     ComPtr<ICapeCollection> collection;
     if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(&collection)))) {
-        throw CapeFailure(ECapeInvalidArgumentHR, L"The stream is no collection of parameters");
+        throw CapeFailure(ECapeInvalidArgumentHR, L"The stream is not a collection of parameters");
     }
     long count = 0;
     CheckCall(collection->Count(&count), collection.Get(), L"Count");
@@ -49,7 +49,7 @@ double PowerOf(IDispatch* energyStream)
     _variant_t value, number;
     CheckCall(parameter->get_value(&value), parameter.Get(), L"Energy stream");
     if (FAILED(VariantChangeTypeEx(&number, &value, LOCALE_INVARIANT, 0, VT_R8)) || !std::isfinite(V_R8(&number))) {
-        throw CapeFailure(ECapeInvalidArgumentHR, L"The energy stream's " + Quoted(kPower) + L" is no number");
+        throw CapeFailure(ECapeInvalidArgumentHR, L"The energy stream's " + Quoted(kPower) + L" is not a number");
     }
     return V_R8(&number);
 }

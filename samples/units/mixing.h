@@ -21,7 +21,7 @@ struct Mixture {
     std::vector<double> fractions;
 };
 
-// Throws OutOfRange for a flow that is negative or not a number, NoSolution when there is no stream or nothing flows.
+// Throws OutOfRange for a flow that is negative or not finite, NoSolution when there is no stream or nothing flows.
 // A stream without flow does not affect the pressure.
 Mixture Mix(std::span<const StreamState> streams);
 

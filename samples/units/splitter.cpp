@@ -31,8 +31,8 @@ std::vector<std::wstring> SplitterModel::Run()
     for (const auto& [port, flow] : {std::pair(kFirstOutlet, flows[0]), std::pair(kSecondOutlet, flows[1])}) {
         Mixture content = Mix({{state}});
         content.flow = flow;
-        // Flashes at given enthalpy, because the temperature does not determine the vapour fraction of a boiling pure
-        // compound.
+        // Flashes at a given enthalpy, because the temperature does not determine the vapour fraction of a boiling
+        // pure compound.
         Stream(port).FlashAtEnthalpy(content, ids, state.pressure, state.enthalpy);
     }
     return {L"Flow of outlet 1: " + Quantity(flows[0], L"mol/s"), L"Flow of outlet 2: " + Quantity(flows[1], L"mol/s")};

@@ -1,5 +1,5 @@
 // A sample unit operation without its interfaces: its ports, its parameters, its validation status and its last
-// results. A concrete unit derives from it and calculates. The interface parts of a unit share one. Holds the connected
+// results. A concrete unit derives from it and calculates. A unit's interface parts share one model. It holds the connected
 // objects and the simulator's context until Terminate or its own end.
 #pragma once
 

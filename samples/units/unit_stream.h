@@ -28,7 +28,7 @@ public:
                             double temperature) const;
     void FlashAtEnthalpy(const Mixture& content, const std::vector<std::wstring>& ids, double pressure,
                          double enthalpy) const;
-    // Whether the material can calculate flashes at given enthalpy.
+    // Whether the material can calculate flashes at a given enthalpy; false if the call fails.
     bool OffersFlashAtEnthalpy() const;
 
     double Temperature() const;

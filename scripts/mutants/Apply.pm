@@ -39,7 +39,7 @@ sub Replacement
     return [$start, $end, $text . "\n" x (substr($source->{text}, $start, $end - $start) =~ tr/\n//)];
 }
 
-# How the switch is read at a token.
+# The expression that reads the switch at a token.
 sub Switch
 {
     my ($change, $token) = @_;

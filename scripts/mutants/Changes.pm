@@ -9,8 +9,8 @@ use Operators;
 use Tables;
 use Tokens;
 
-# How often a kind is drawn, whatever the number of places that it fits. A row of a table, a condition or a statement reveals more
-# than one letter of a text.
+# How often a kind is drawn, regardless of how many places it fits. A change to a table row, a condition or a statement reveals
+# more than a change to one letter of a text.
 my %share = (
     condition => 14, bound => 9, equality => 6, logic => 5, operand => 7, arithmetic => 5, number => 9, flag => 5, text => 5,
     constant => 9, statement => 14, order => 6, argument => 4, swap => 7, cell => 6, value => 4, row => 4, field => 6,

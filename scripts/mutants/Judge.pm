@@ -11,10 +11,10 @@ use Worker;
 my $longSeconds = 5;
 # A test that takes longer than this is not run a second time to see it fail.
 my $slowSeconds = 20;
-# This many of the tests that reach the fewest other changes run first.
+# This many tests of a program run first: those that reach the fewest changes.
 my $closest = 40;
 
-# Change(number, tests): {status, by, how, ran, seconds}; status is "caught", "survived" or "unreached".
+# Change(number, tests): {status, by, how, ran, seconds, examples}; status is "caught", "survived" or "unreached".
 sub Change
 {
     my ($number, $tests) = @_;
@@ -30,7 +30,7 @@ sub Change
             seconds => sprintf('%.1f', time - $start), examples => [map { $_->{name} } @reaching[0 .. ($#reaching < 4 ? $#reaching : 4)]]};
 }
 
-# Tests that run together: the quick ones of one program, the closest first. Then each of the others.
+# Tests that run together: the quick ones of one program, the closest first. Then each of the others alone.
 sub Groups
 {
     my (@tests) = @_;

@@ -82,7 +82,7 @@ sub Family
 
 my %everywhere;
 
-# Gather(source): remembers the constants of a file, so that others can take a constant of the same family from it.
+# Gather(source): remembers the constants of a file; other files may use them too, except this project's own (k...).
 sub Gather
 {
     my ($source) = @_;

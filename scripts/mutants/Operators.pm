@@ -10,7 +10,7 @@ use Statements;
 
 my $switch = "\x01";
 
-# A change of an expression: one form or the other, each evaluated by itself.
+# A change that evaluates either the old or the new form of an expression.
 sub Choice
 {
     my ($source, $kind, $first, $last, $after, $type) = @_;

@@ -40,7 +40,7 @@ sub Named
 {
     my ($ids, @all) = @_;
     my %byId = map { $_->{id} => $_ } @all;
-    return map { $byId{$_} // die "There is no change $_: its line is another now.\n" } @$ids;
+    return map { $byId{$_} // die "There is no change $_: its line has changed.\n" } @$ids;
 }
 
 # Build(number, change...): the first `number` changes that fit together and compile.

@@ -1,4 +1,4 @@
-# What each test reaches: every test once by itself, with no change on.
+# Finds the changes that each test reaches: runs every test alone, with no change on.
 package Record;
 use strict;
 use warnings;

@@ -20,7 +20,7 @@ sub WithoutEffect
             next;
         }
         next unless @block;
-        @block == 4 or die "$list: a block has four lines: file, line, change, reason. This one has not:\n@block\n";
+        @block == 4 or die "$list: a block has four lines: file, line, change, reason. This one does not:\n@block\n";
         $reasons{join "\n", @block[0 .. 2]} = $block[3];
         @block = ();
     }

@@ -154,7 +154,7 @@ sub All
     return @changes;
 }
 
-# Whether every use asks no more than whether the table has a value: the order of its rows cannot be seen then.
+# Whether every use only asks if the table has a value: then the order of its rows does not matter.
 sub IsOnlySearched
 {
     my ($source, $constant) = @_;

@@ -13,8 +13,8 @@ my $usualLimit = 300;
 my $mostKilobytes = 1 << 20;
 
 # List(build): the tests that run programs of the build under Wine, as {name, command, limit, environment, folder, program,
-# filter, needs, role}. `program` and `filter` are set for tests of which many can run in one process; `needs` says that the test
-# wants what the test with the role "setup" makes and the one with "cleanup" takes away.
+# filter, loader, needs, role}. `program`, `filter` and `loader` are set for tests of which many can run in one process; `needs`
+# says that the test needs what the test with the role "setup" makes and the one with "cleanup" removes.
 sub List
 {
     my ($build) = @_;
@@ -40,7 +40,7 @@ sub List
     return @tests;
 }
 
-# Run(command, output, limit, folder, environment, isStuck): runs with an outer limit and returns the result: "passed", "failed"
+# Run(command, output, limit, folder, environment, isStuck): runs with a time limit and returns the result: "passed", "failed"
 # or "timeout". `isStuck`, if given, is asked now and then whether to end the program.
 sub Run
 {

@@ -107,8 +107,8 @@ sub IsNamed
     return grep { $lines->{$change->{file}}{$_} } $change->{line} .. $change->{line} + $length;
 }
 
-# CheckHeaders(change...): like Compile, but only for changes of headers: compiles one source that reads each header, before
-# hundreds of sources that include it fail.
+# CheckHeaders(change...): like Compile, but only for changes to headers: compiles one source that includes the header, before
+# hundreds of them fail.
 sub CheckHeaders
 {
     my (@changes) = @_;

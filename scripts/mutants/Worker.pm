@@ -24,7 +24,7 @@ sub Begin
     return;
 }
 
-# Ends programs of the old state before setting the switch: they would keep the old one.
+# Before setting the switch, ends programs that would keep the old state.
 sub SwitchTo
 {
     my ($state) = @_;
