@@ -126,10 +126,10 @@ int WriteTraceEvents(RecordingFile& file, bool wantsInputs, Streams& streams)
 
 int ProfileRecording(const Arguments& arguments, Streams& streams)
 {
+    CallProfile profile(arguments.Count("--slowest", 0).value_or(kSlowest));
     RecordingFile file(arguments.Operand(0));
     file.ReadHeader();
     if (arguments.Has("--trace-events")) return WriteTraceEvents(file, arguments.Has("--inputs"), streams);
-    CallProfile profile(arguments.Count("--slowest", 0).value_or(kSlowest));
     const bool isClosed = ReadCalls(file, true, [&](const TimedCall& call) { profile.Add(call); });
     WriteShares(profile.Shares(), streams.data);
     if (arguments.Has("--objects")) {
