@@ -32,7 +32,8 @@ BuildPreset()
 {
     local preset=$1
     shift
-    if [ ! -f "build/$preset/build.ninja" ]; then
+    # A preset's settings reach a build that exists only if it is configured again.
+    if [ ! -f "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ]; then
         Step "configure-$preset" "Configuring for $preset" cmake --preset "$preset"
     fi
     Step "build-$preset" "Building for $preset" cmake --build "build/$preset" ${1:+--target "$@"}
