@@ -18,7 +18,7 @@ Symbols()
     shift
     InstallPackages build
     [ -z "$zip" ] || InstallPackages ship
-    file=$(SymbolFile "$program" "$zip")
+    file=$(SymbolFile "$program" "$zip") || exit 1
     local tools=i686-w64-mingw32 base
     [[ $program != *64.* ]] || tools=x86_64-w64-mingw32
     base=$("$tools-objdump" -p "$file" | sed -n 's/^ImageBase[[:space:]]*//p')
