@@ -27,7 +27,10 @@ constexpr std::size_t kBatchPages = 16;
 // False once the sink wants no more.
 bool Deliver(Batch& batch, RowSink& sink)
 {
-    if (!batch.pages.IsEmpty()) sink.Pages(std::move(batch.pages));
+    if (!batch.pages.IsEmpty()) {
+        sink.Pages(std::move(batch.pages));
+        if (!sink.Continue()) return false;
+    }
     std::string_view rest = batch.text;
     auto line = batch.errorLines.begin();
     for (const Batch::Entry& entry : batch.entries) {

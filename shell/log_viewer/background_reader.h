@@ -12,9 +12,9 @@ namespace zelt {
 // Like ReadLog, on the calling thread.
 LogReadResult ReadRows(const SharedLogFile& file, RowSink& sink);
 
-// The same with a second thread. Calls the sink on the calling thread only: Continue after each row, and many times a
-// second while no row comes. `position` is how far the file had been read when the sink's latest row was read.
-// Exceptions from the sink or the reading pass through once the reading has ended.
+// The same with a second thread. Calls the sink on the calling thread only: Continue after each row and each batch of
+// pages, and many times a second while nothing comes. `position` is how far the file had been read when the sink's
+// latest row was read. Exceptions from the sink or the reading pass through once the reading has ended.
 // With `inPages`, what is exactly as ZELT writes it comes as pages, and only the rest as rows.
 LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position, bool inPages = false);
 

@@ -57,12 +57,43 @@ std::string ManyCalls()
     return log + "</zeltlogdocument>\r\n";
 }
 
+// Counts the pages' batches, and those that came without the question before them whether to go on.
+class PageCounter final : public RowSink {
+public:
+    void Pages(PageBatch&&) override
+    {
+        ++batches;
+        if (!asked) ++unasked;
+        asked = false;
+    }
+    void Row(const TreeRow&) override {}
+    void ParseError(int line) override { ADD_FAILURE() << line; }
+    bool Continue() override
+    {
+        asked = true;
+        return batches < most;
+    }
+
+    int most = 1'000'000;
+    int batches = 0;
+    int unasked = 0;
+
+private:
+    bool asked = true;
+};
+
 class BackgroundReader : public testing::Test {
 protected:
     BackgroundReader() { PrepareLogReader(); }
     ~BackgroundReader() override { DeleteFileW(path.c_str()); }
 
     void Write(const std::string& text) const { std::ofstream(std::filesystem::path(path), std::ios::binary) << text; }
+    LogReadResult ReadPages(PageCounter& sink)
+    {
+        SharedLogFile file;
+        EXPECT_EQ(0u, file.Open(path));
+        return ReadRowsInBackground(file, sink, position, true);
+    }
     LogReadResult Read(Recorder& sink, bool inBackground)
     {
         SharedLogFile file;
@@ -149,6 +180,23 @@ TEST_F(BackgroundReader, EndsWhenTheSinkHasEnough)
         EXPECT_EQ(LogReadResult::Cancelled, Read(sink, true));
         EXPECT_EQ(most, sink.items);
     }
+}
+
+// Otherwise the window would not answer while a quick reader never lets it wait.
+TEST_F(BackgroundReader, AsksAfterEachBatchOfPages)
+{
+    std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
+    for (int i = 0; i < 80'000; ++i) log += "<info value=\"" + std::string(200, 'x') + "\"/>\r\n";
+    Write(log + "</zeltlogdocument>\r\n");
+    PageCounter sink;
+    EXPECT_EQ(LogReadResult::Complete, ReadPages(sink));
+    EXPECT_LT(3, sink.batches);
+    EXPECT_EQ(0, sink.unasked);
+
+    PageCounter enough;
+    enough.most = 2;
+    EXPECT_EQ(LogReadResult::Cancelled, ReadPages(enough));
+    EXPECT_EQ(2, enough.batches);
 }
 
 TEST_F(BackgroundReader, PassesOnWhatTheSinkThrows)
