@@ -63,12 +63,12 @@ UnpackLibrary()
 # JoinSqlite <sources> <folder>: SQLite is made to be compiled as one file, which its own tools put together.
 JoinSqlite()
 {
-    mkdir -p "$2/work"
+    mkdir -p "$2/making"
     (
-        cd "$2/work"
+        cd "$2/making"
         "$1/configure" --disable-tcl --disable-readline
         make sqlite3.c
     )
-    cp "$2/work/sqlite3.c" "$2/work/sqlite3.h" "$1/LICENSE.md" "$2/"
-    rm -rf "$2/work"
+    cp "$2/making/sqlite3.c" "$2/making/sqlite3.h" "$1/LICENSE.md" "$2/"
+    rm -rf "$2/making"
 }

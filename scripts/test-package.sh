@@ -360,7 +360,7 @@ TestUninstall()
     # The standard's libraries do stay.
     [ -s "$drive/Program Files (x86)/Common Files/CAPE-OPEN/cape-open-1.1.tlb" ] || Complain "The standard's library is gone."
     Equal 'number of settings' 8 "$(grep -c -E "$keptKeys" "$testFolder/uninstalled.registry")"
-    Equal 'number of logs' 6 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
+    Equal 'number of logs' 7 "$(find "$drive"/users/*/Desktop/'ZELT logs' -name '*.zlg' | wc -l)"
 }
 
 TestUserInstall()
