@@ -16,6 +16,7 @@ const char* Begun(Database& database)
     return "INSERT INTO source VALUES (?, ?)";
 }
 
+// Infinity is a number too.
 std::optional<double> RealOf(std::string_view text)
 {
     double number = 0;

@@ -12,6 +12,7 @@
 #include "ctl/log/rules/derivative_rule.h"
 #include "ctl/log/rules/equilibrium_rules.h"
 #include "ctl/log/rules/parameter_rules.h"
+#include "ctl/log/text/names.h"
 #include "ctl/similar.h"
 
 namespace zelt::ctl {
@@ -26,7 +27,7 @@ Rules RulesOf(const std::string& list)
     for (std::size_t begin = 0; begin <= list.size();) {
         const std::size_t end = std::min(list.find(',', begin), list.size());
         const std::string rule = list.substr(begin, end - begin);
-        if (std::find(std::begin(kCheckRules), std::end(kCheckRules), rule) == std::end(kCheckRules)) {
+        if (!IsOneOf(rule, kCheckRules)) {
             std::string known;
             for (const std::string_view name : kCheckRules) known.append(known.empty() ? "" : ", ").append(name);
             const std::vector<std::string_view> names(std::begin(kCheckRules), std::end(kCheckRules));

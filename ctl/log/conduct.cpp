@@ -6,18 +6,13 @@
 
 #include "ctl/log/text/log_values.h"
 #include "ctl/log/text/lower_case.h"
+#include "ctl/log/text/names.h"
 
 namespace zelt::ctl {
 namespace {
 
 // The values in a log have six digits.
 constexpr double kSumTolerance = 1e-4;
-
-template <std::size_t Count>
-bool IsOneOf(std::string_view text, const std::string_view (&names)[Count])
-{
-    return std::find(std::begin(names), std::end(names), text) != std::end(names);
-}
 
 std::string InCall(const CallSummary& call) { return call.name + " (" + call.object + ')'; }
 

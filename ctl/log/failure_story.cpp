@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "ctl/log/text/names.h"
+
 namespace zelt::ctl {
 namespace {
 
@@ -51,7 +53,7 @@ bool IsBasic(const KnownProperty& property)
 {
     constexpr std::string_view kBasic[] = {"temperature", "pressure", "fraction", "phaseFraction", "phases"};
     const std::string_view name = std::string_view(property.name).substr(0, property.name.find_first_of(" ,"));
-    return std::find(std::begin(kBasic), std::end(kBasic), name) != std::end(kBasic);
+    return IsOneOf(name, kBasic);
 }
 
 // The latest of the basic values, and then of the others, as many as there is room for.

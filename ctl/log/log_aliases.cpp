@@ -11,6 +11,8 @@
 #include <set>
 
 #include "ctl/log/call_results.h"
+#include "ctl/log/text/log_values.h"
+#include "ctl/log/text/names.h"
 
 namespace zelt::ctl {
 namespace {
@@ -119,8 +121,7 @@ bool IsWord(std::string_view text)
     const std::string_view rest = text.substr(std::min(lower.size(), text.size()));
     constexpr std::string_view kDerivatives[] = {"", ".Dtemperature", ".Dpressure", ".Dmoles", ".DmolFraction"};
     static const std::set<std::string_view> words(std::begin(kWords), std::end(kWords));
-    return words.count(lower) &&
-           std::find(std::begin(kDerivatives), std::end(kDerivatives), rest) != std::end(kDerivatives);
+    return words.count(lower) && IsOneOf(rest, kDerivatives);
 }
 
 // What the log writes for something that is neither text nor number.
@@ -144,7 +145,7 @@ bool IsMark(std::string_view value)
                                            "<EMPTY STRINGVAL>",
                                            "<unable to format value>",
                                            "<no information>"};
-    if (std::find(std::begin(kMarks), std::end(kMarks), value) != std::end(kMarks)) return true;
+    if (IsOneOf(value, kMarks)) return true;
     const bool isName = std::all_of(value.begin(), value.end(), [](char c) {
         return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '|';
     });
@@ -280,10 +281,9 @@ double LogAliases::Jitter(std::uint64_t order, int scale, long long place) const
 
 std::string LogAliases::Ordered(std::string_view text, std::string_view type, std::string_view order) const
 {
-    double number = 0;
-    const auto [read, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || read != text.data() + text.size() || !std::isfinite(number)) return Value(text, type);
-    if (number == 0) return std::string(text);
+    const auto number = NumberOf(text);
+    if (!number) return Value(text, type);
+    if (*number == 0) return std::string(text);
     const std::uint64_t key = Hash(order);
     char alias[40];
     if (!IsReal(text, type)) {
@@ -298,7 +298,7 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
     // Each scale divides the logarithms into intervals and moves their ends, but none beyond the next. Such maps increase, and so
     // does their mean. The large scales hide ratios, the small ones hide details.
     constexpr double kScales[] = {4, 1, 0.25, 0.0625};
-    const double logarithm = std::log2(std::fabs(number));
+    const double logarithm = std::log2(std::fabs(*number));
     double moved = 4 * Jitter(key, 7, 0);
     for (int scale = 0; scale < 4; ++scale) {
         const double width = kScales[scale], place = std::floor(logarithm / width), part = logarithm / width - place;
@@ -307,7 +307,7 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
         moved += width * (from + part * (to - from)) / 4;
     }
     moved = std::clamp(moved, -1000.0, 1000.0);
-    const double value = std::copysign(std::exp2(moved), number);
+    const double value = std::copysign(std::exp2(moved), *number);
     // More digits than the log has, so that numbers that differ keep differing.
     return {alias, std::to_chars(alias, std::end(alias), value, std::chars_format::general, 8).ptr};
 }

@@ -1,6 +1,5 @@
 // log diff: two conversations side by side. Both logs are held in memory, because a call may have its counterpart
 // anywhere.
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <string>
@@ -10,23 +9,16 @@
 #include "ctl/log/comparison/log_alignment.h"
 #include "ctl/log/log_commands.h"
 #include "ctl/log/comparison/log_sequence.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {
 
-std::optional<double> ComparedNumber(const std::string& text)
-{
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return {};
-    return number;
-}
-
 bool Equal(const std::string& a, const std::string& b, double tolerance)
 {
     if (a == b) return true;
-    const auto first = ComparedNumber(a), second = ComparedNumber(b);
-    if (!first || !second || !std::isfinite(*first) || !std::isfinite(*second)) return false;
+    const auto first = NumberOf(a), second = NumberOf(b);
+    if (!first || !second) return false;
     return std::fabs(*first - *second) <= tolerance * std::fmax(std::fabs(*first), std::fabs(*second));
 }
 

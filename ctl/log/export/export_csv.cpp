@@ -2,14 +2,13 @@
 // separated by commas and quoted where necessary; lines end in CR LF, as the format requires. No cell is a formula: a package
 // chooses names in a log, and a spreadsheet would run a formula.
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "ctl/log/call_results.h"
 #include "ctl/log/export/log_export.h"
+#include "ctl/log/text/log_values.h"
 
 namespace zelt::ctl {
 namespace {
@@ -22,13 +21,6 @@ constexpr std::string_view kHeader =
 constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
 
-bool IsPlainNumber(std::string_view text)
-{
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
-}
-
 bool IsFormula(std::string_view text)
 {
     // Nearly all cells begin with a letter, a digit or a quote.
@@ -36,7 +28,7 @@ bool IsFormula(std::string_view text)
         return false;
     return std::any_of(std::begin(kFormulaStarts), std::end(kFormulaStarts),
                        [&](std::string_view start) { return text.starts_with(start); }) &&
-           !IsPlainNumber(text);
+           !NumberOf(text);
 }
 
 void AppendNumber(std::string& out, long long number)

@@ -5,17 +5,12 @@
 
 #include "ctl/log/call_results.h"
 #include "ctl/log/text/lower_case.h"
+#include "ctl/log/text/names.h"
 
 namespace zelt::ctl {
 namespace {
 
 constexpr std::string_view kTemperature = "temperature", kPressure = "pressure", kFugacity = "fugacity";
-
-template <std::size_t Count>
-bool IsIn(std::string_view text, const std::string_view (&names)[Count])
-{
-    return std::find(std::begin(names), std::end(names), text) != std::end(names);
-}
 
 bool IsCount(const LogEvent& argument)
 {
@@ -23,7 +18,7 @@ bool IsCount(const LogEvent& argument)
                                            "nReacs",      "code",       "numDimensions", "Size",    "dim"};
     // An item may also be given by its name.
     if (argument.name == "id") return argument.text == "VT_I4" || argument.text == "VT_I2";
-    return argument.text == "VT_BOOL" || IsIn(argument.name, kNames);
+    return argument.text == "VT_BOOL" || IsOneOf(argument.name, kNames);
 }
 
 }  // namespace
@@ -69,7 +64,7 @@ ArgumentMeaning ArgumentMeanings::MeaningOf(const LogEvent& argument)
             break;
         case Kind::Parameter:
             if (argument.text == "VT_BOOL") return ArgumentMeaning::Count;
-            if (!IsIn(name, kLimited)) break;
+            if (!IsOneOf(name, kLimited)) break;
             order = "of parameter " + calls[open - 1].object;
             return ArgumentMeaning::Ordered;
         case Kind::ErrorInterface: return IsCount(argument) ? ArgumentMeaning::Count : ArgumentMeaning::ErrorText;
@@ -80,7 +75,7 @@ ArgumentMeaning ArgumentMeanings::MeaningOf(const LogEvent& argument)
         order = name;
         return ArgumentMeaning::Ordered;
     }
-    return IsIn(name, kCompounds) ? ArgumentMeaning::Compounds : ArgumentMeaning::Other;
+    return IsOneOf(name, kCompounds) ? ArgumentMeaning::Compounds : ArgumentMeaning::Other;
 }
 
 bool ArgumentMeanings::AreHeld() const

@@ -6,6 +6,7 @@
 #include "ctl/log/call_results.h"
 #include "ctl/log/text/log_values.h"
 #include "ctl/log/text/lower_case.h"
+#include "ctl/log/text/names.h"
 
 namespace zelt::ctl {
 namespace {
@@ -28,7 +29,7 @@ bool ChangesNothing(const LogEvent& call)
                                                 "ICapeThermoMaterialContext", "ICapeThermoCompounds",
                                                 "ICapeThermoPhases",          "ICapeThermoUniversalConstant",
                                                 "ICapeIdentification"};
-    return std::find(std::begin(kInterfaces), std::end(kInterfaces), call.Interface()) != std::end(kInterfaces);
+    return IsOneOf(call.Interface(), kInterfaces);
 }
 
 bool AreClose(double a, double b, double part)

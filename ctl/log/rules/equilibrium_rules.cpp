@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ctl/log/text/log_values.h"
+#include "ctl/log/text/names.h"
 
 namespace zelt::ctl {
 namespace {
@@ -113,7 +114,7 @@ void EquilibriumRules::ForgetBefore(const LogEvent& call)
     constexpr std::string_view kMethods[] = {"put_value", "Reset", "Edit", "Load", "Initialize", "Terminate"};
     if (!call.inward) return;
     const std::string_view method = call.Method();
-    if (std::find(std::begin(kMethods), std::end(kMethods), method) != std::end(kMethods)) states.clear();
+    if (IsOneOf(method, kMethods)) states.clear();
 }
 
 void EquilibriumRules::Remember(const FlashRecord::Material& material)

@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include "ctl/log/text/names.h"
+
 namespace zelt::ctl {
 namespace {
-
-template <std::size_t Count>
-bool IsAmong(std::string_view text, const std::string_view (&names)[Count])
-{
-    return std::find(std::begin(names), std::end(names), text) != std::end(names);
-}
 
 // Members that only ask or calculate begin with one of these. Of an interface outside the standard, only kAsking can be relied
 // on.
@@ -44,9 +40,9 @@ MemberEffect EffectOf(std::string_view member)
     const std::string_view interfaceName = member.substr(0, separator), method = member.substr(separator + 2);
     if (interfaceName.starts_with("ECape") || BeginsWithOneOf(method, kAsking)) return {Effect::None, {}};
     if (interfaceName == "ICapeCollection" || IsCalculating(interfaceName, method)) return {Effect::None, {}};
-    if (interfaceName.starts_with("IPersist") && IsAmong(method, kSaving)) return {Effect::None, {}};
+    if (interfaceName.starts_with("IPersist") && IsOneOf(method, kSaving)) return {Effect::None, {}};
     if (interfaceName.ends_with("Spec") && method == "Validate") return {Effect::None, {}};
-    if (IsAmong(interfaceName, kWholes)) return {Effect::Sets, interfaceName};
+    if (IsOneOf(interfaceName, kWholes)) return {Effect::Sets, interfaceName};
     if (method.starts_with("put_")) return {Effect::Sets, member};
     if (member == "ICapeUnit::Validate" || member == "ICapeParameter::Validate") return {Effect::Validates, member};
     if (member == "ICapeUnit::Calculate") return {Effect::Calculates, member};
@@ -61,7 +57,7 @@ bool IsQuestionToRemember(std::string_view member)
                                                  "ICapeThermoPropertyRoutine",   "ICapeThermoEquilibriumRoutine",
                                                  "ICapeThermoUniversalConstant", "ICapeIdentification",
                                                  "ICapeReactionProperties",      "ICapeDiagnostic"};
-    return !IsAmong(member.substr(0, member.find("::")), kOfMaterials) && !member.starts_with("ECape");
+    return !IsOneOf(member.substr(0, member.find("::")), kOfMaterials) && !member.starts_with("ECape");
 }
 
 }  // namespace zelt::ctl
