@@ -5,13 +5,14 @@
 #include <objbase.h>
 
 #include "system/registry.h"
+#include "tests/system/harness/under_wine.h"
 
 namespace {
 
 // Wine leaves window frames to a window manager, which a bare display lacks: makes Wine draw them itself.
 void DrawFramesUnderWine()
 {
-    if (!GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version")) return;
+    if (!zelt::test::UnderWine()) return;
     zelt::RegistryKey key;
     if (key.Create({}, L"Software\\Wine\\AppDefaults\\ZELT.EXE\\X11 Driver") == ERROR_SUCCESS) {
         key.WriteString(L"Managed", L"N");

@@ -6,6 +6,7 @@
 #include "samples/component/text.h"
 #include "samples/field/classes.h"
 #include "samples/material/simulation_context.h"
+#include "tests/system/harness/activation.h"
 
 namespace zelt::test {
 namespace {
@@ -76,7 +77,7 @@ ComPtr<IUnknown> CreateServed(const wchar_t* progId)
     CLSID classId;
     Step(progId, CLSIDFromProgID(progId, &classId));
     ComPtr<IUnknown> object;
-    Step(progId, CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&object)));
+    Step(progId, CreateServed(classId, IID_PPV_ARGS(&object)));
     return object;
 }
 

@@ -6,14 +6,9 @@
 
 #include <string>
 
+#include "tests/system/harness/activation.h"
+
 namespace {
-
-HRESULT Create(REFCLSID clsid, IUnknown** object)
-{
-    return CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IUnknown, reinterpret_cast<void**>(object));
-}
-
-bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 void HoldUntilReleased(const std::wstring& event)
 {
@@ -34,10 +29,9 @@ int wmain(int count, wchar_t** arguments)
     CLSID clsid;
     if (SUCCEEDED(result)) result = CLSIDFromProgID(arguments[1], &clsid);
     IUnknown* object = nullptr;
-    if (SUCCEEDED(result)) result = Create(clsid, &object);
-    // Windows suspends the classes of an ending server with its last release. Wine does not, and an activation that reaches such a
-    // server fails.
-    if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) result = Create(clsid, &object);
+    if (SUCCEEDED(result)) {
+        result = zelt::test::CreateServed(clsid, IID_IUnknown, reinterpret_cast<void**>(&object));
+    }
     if (SUCCEEDED(result) && count > 2) HoldUntilReleased(arguments[2]);
     if (object) object->Release();
     CoUninitialize();

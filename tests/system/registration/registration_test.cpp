@@ -8,6 +8,7 @@
 
 #include "system/narrow.h"
 #include "registration/key_tree.h"
+#include "tests/system/harness/under_wine.h"
 #include "tests/system/registration/processes.h"
 #include "tests/system/registration/registry_snapshot.h"
 #include "tests/windows/patched_import.h"
@@ -62,8 +63,6 @@ std::wstring DefaultText(const zelt::KeyTree& tree)
     const std::wstring whole(text, value->second.data.size() / sizeof(wchar_t));
     return whole.substr(0, whole.find(L'\0'));
 }
-
-bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 // Under Wine, a 64-bit process that names the 32-bit view does not see the keys that the views share.
 REGSAM SharedKeysView(REGSAM view) { return UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "system/narrow.h"
+#include "tests/system/harness/under_wine.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 

@@ -9,7 +9,9 @@
 
 #include "log/recording/recording_rendering.h"
 #include "system/registry.h"
+#include "tests/system/harness/activation.h"
 #include "tests/system/harness/line_ends.h"
+#include "tests/system/harness/under_wine.h"
 
 namespace zelt::test {
 namespace {
@@ -240,12 +242,7 @@ ComPtr<ICapeThermoPropertyPackageManager> ServedPackages::CreateManager()
     CLSID classId;
     EXPECT_EQ(S_OK, CLSIDFromProgID(kManagerProgId, &classId));
     ComPtr<ICapeThermoPropertyPackageManager> manager;
-    const auto create = [&] { return CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&manager)); };
-    HRESULT result = create();
-    // On Windows, the server's classes are suspended at the moment when its last reference is released. Under Wine they
-    // are not, and an activation that reaches the ending server fails: the test repeats it once.
-    if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) result = create();
-    EXPECT_EQ(S_OK, result);
+    EXPECT_EQ(S_OK, CreateServed(classId, IID_PPV_ARGS(&manager)));
     return manager;
 }
 
@@ -264,8 +261,6 @@ ComPtr<IDispatch> ServedPackages::GetPackage(const std::wstring& name)
     EXPECT_EQ(S_OK, result) << testing::PrintToString(name);
     return package;
 }
-
-bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 std::string Comparable(const std::string& log, Addresses addresses)
 {

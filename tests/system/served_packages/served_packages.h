@@ -101,8 +101,6 @@ private:
     bool serverStays = false;
 };
 
-bool UnderWine();
-
 // The log in a form that can be compared between runs and systems.
 std::string Comparable(const std::string& log, Addresses addresses = Addresses::Numbered);
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "com/class_factory.h"
+#include "tests/system/harness/activation.h"
 #include "tests/system/unit_operation/runs.h"
 #include "tests/system/unit_operation/unit_server.h"
 
@@ -38,7 +39,7 @@ ComPtr<IPersistStreamInit> CreatePravik(const wchar_t* progId)
     CLSID classId;
     ComPtr<IPersistStreamInit> unit;
     Step("class", CLSIDFromProgID(progId, &classId));
-    Step("create", CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, IID_PPV_ARGS(&unit)));
+    Step("create", CreateServed(classId, IID_PPV_ARGS(&unit)));
     CLSID told{};
     Step("GetClassID", unit->GetClassID(&told));
     std::printf("tells its class: %s\n", told == classId ? "yes" : "no");

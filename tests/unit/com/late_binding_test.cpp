@@ -1,13 +1,11 @@
 // Wrong late-bound calls on a proxy: the caller learns what is wrong, and nothing reaches the package or the log.
 #include "proxy_fixture.h"
+#include "tests/system/harness/under_wine.h"
 
 namespace zelt::test {
 namespace {
 
 constexpr LCID kLocale = LOCALE_INVARIANT;
-
-// Wine's type information does not return the index of a wrong argument.
-bool UnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 class LateBinding : public ProxyFixture {
 protected:
@@ -98,6 +96,7 @@ TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
         values[index] = mistyped;
         DISPPARAMS parameters = {values, nullptr, 2, 0};
         EXPECT_EQ(DISP_E_TYPEMISMATCH, Invoke(parameters));
+        // Wine's type information does not return the index of a wrong argument.
         if (!UnderWine()) {
             EXPECT_EQ(index, wrong);
         }

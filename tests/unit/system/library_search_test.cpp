@@ -6,14 +6,14 @@
 
 #include <filesystem>
 
+#include "tests/system/harness/under_wine.h"
+
 namespace zelt::test {
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr wchar_t kNeeded[] = L"library_needed.dll", kNeeding[] = L"library_needing.dll";
-
-bool SearchesUnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 class LibrarySearch : public testing::Test {
 protected:
@@ -55,7 +55,7 @@ TEST_F(LibrarySearch, LeavesTheCurrentFolderOut)
     EXPECT_NE(L"", Find(kNeeded)) << "the test proves nothing if it is not found before";
     KeepCurrentFolderOutOfSearch();
     // Wine ignores that call.
-    if (SearchesUnderWine()) LeaveCurrentFolder();
+    if (UnderWine()) LeaveCurrentFolder();
     EXPECT_EQ(L"", Find(kNeeded));
     EXPECT_EQ(L"", Find(kNeeding));
     wchar_t found[1024] = L"";
