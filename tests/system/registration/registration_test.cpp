@@ -65,7 +65,7 @@ std::wstring DefaultText(const zelt::KeyTree& tree)
 }
 
 // Under Wine, a 64-bit process that names the 32-bit view does not see the keys that the views share.
-REGSAM SharedKeysView(REGSAM view) { return UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }
+REGSAM SharedKeysView(REGSAM view) { return zelt::test::UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }
 
 // The identifiers of the libraries that stay, which mark their lines in a snapshot, and of their interfaces. Only some
 // lines of an interface contain its library's identifier, so the interface's own identifier marks the others.
@@ -346,7 +346,7 @@ TEST_F(Registration, ServesTheCurrentUserAlone)
     RegistrySnapshot added = Minus(TakeRegistrySnapshot(), before);
     EXPECT_FALSE(added.empty());
     // Wine's RegisterTypeLibForUser writes interfaces of the other view for the machine despite the redirection.
-    if (UnderWine()) added = Without(added, {"{547B1A76-FF25-4298-910A-78E95F0D19DF}"});
+    if (zelt::test::UnderWine()) added = Without(added, {"{547B1A76-FF25-4298-910A-78E95F0D19DF}"});
     EXPECT_EQ("", Lines(Only(added, "machine")));
 
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
