@@ -28,6 +28,7 @@ check | clang-format                | formatting
 check | shellcheck                  | checks of the shell scripts
 check | cppcheck                    | static checks that need no build
 lint  | clang-tidy                  | static checks that read the sources as the compiler does
+system | debootstrap                | makes the folder of another Debian
 fuzz  | clang                       | compiler with a guided fuzzer
 fuzz  | libclang-rt-dev             | the fuzzer, and the sanitizers that clang links
 pictures | imagemagick              | converts screenshots to the pictures of the user guide
@@ -85,5 +86,5 @@ AptInstall()
     # While the indexes of two architectures are out of step, the latest versions of some libraries exist for only one of them:
     # the release's own versions exist for both.
     echo "Trying again with the versions of the release."
-    "${install[@]}" --allow-downgrades -t bookworm "$@"
+    "${install[@]}" --allow-downgrades -t "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$@"
 }

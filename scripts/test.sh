@@ -15,8 +15,15 @@ testRuns=(
 
 Test()
 {
+    local checks=1
+    case "${1:-}" in
+        '') ;;
+        --on) TestOn "${2:-}"; return ;;
+        --without-checks) checks= ;;
+        *) Fail "./dev test does not know \"$1\"; ./dev help lists the options." ;;
+    esac
     LockTree
-    FastChecks
+    [ -z "$checks" ] || FastChecks
     local build step prefix choice row failed=0
     for build in "${architectures[@]}"; do
         Build "$build"

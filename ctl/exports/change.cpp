@@ -10,10 +10,16 @@
 namespace zelt::ctl {
 namespace {
 
+const Edition& ChosenEdition(const Arguments& arguments)
+{
+    const std::vector<const Edition*> editions = EditionsFor(arguments);
+    return EditionThatExports(arguments.Operand(0), editions);
+}
+
 int SwitchLog(const Arguments& arguments, Streams& streams, bool on)
 {
     const Session session;
-    const Edition& edition = EditionThatExports(arguments.Operand(0), EditionsFor(arguments));
+    const Edition& edition = ChosenEdition(arguments);
     StoredPackages stored(edition);
     const std::size_t index = stored.Find(arguments.Operand(0));
     stored.List().At(index).loggingEnabled = on;
@@ -39,7 +45,7 @@ int ListExports(const Arguments& arguments, Streams& streams)
 int RemoveExport(const Arguments& arguments, Streams& streams)
 {
     const Session session;
-    const Edition& edition = EditionThatExports(arguments.Operand(0), EditionsFor(arguments));
+    const Edition& edition = ChosenEdition(arguments);
     StoredPackages stored(edition);
     const std::size_t index = stored.Find(arguments.Operand(0));
     const ListedPackage removed = {&edition, stored.List().At(index)};

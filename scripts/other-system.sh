@@ -1,0 +1,60 @@
+# ./dev test --on SYSTEM: the same tests with another Debian, its compilers and its Wine, in a folder below build/. Sourced by ./dev.
+# Its processes and mounts are in namespaces that end with it.
+
+# name | suite
+otherSystems='
+debian13 | trixie
+'
+
+TestOn()
+{
+    local name suite known=
+    while IFS='| ' read -r name suite; do
+        [ -n "$name" ] || continue
+        [ "$name" = "$1" ] && break
+        known+=" $name"
+        suite=
+    done <<<"$otherSystems"
+    [ -n "$suite" ] || Fail "There is no system \"$1\" to test on; these are:$known."
+    [ "$EUID" -eq 0 ] || Fail "Only root can make the folder of another system: run ./dev test --on $name as root."
+    LockTree
+    InstallPackages system
+    NeedTool debootstrap
+    # The library versions are those of this system.
+    FetchLibraries
+    local folder=$root/build/$name
+    if [ ! -e "$folder/made" ]; then
+        Step "$name" "Making a folder with Debian's $suite" MakeSystem "$folder" "$suite"
+    fi
+    # The folder locks itself.
+    exec 8>&-
+    unshare --mount --pid --fork --kill-child -- "$BASH" -c "$(declare -f InSystem); InSystem \"\$@\"" InSystem "$root" "$folder" || exit
+}
+
+# MakeSystem <folder> <suite>
+MakeSystem()
+{
+    rm -rf "$1"
+    mkdir -p "$1"
+    debootstrap --variant=minbase "$2" "$1/root" http://deb.debian.org/debian
+    mkdir -p "$1/root/zelt" "$1/build/sources"
+    touch "$1/made"
+}
+
+# InSystem <tree> <folder>: as the first process of its namespaces.
+InSystem()
+{
+    set -e
+    local system=$2/root item
+    mount --make-rprivate /
+    mount --bind "$1" "$system/zelt"
+    mount --bind "$2/build" "$system/zelt/build"
+    mount --bind "$1/build/sources" "$system/zelt/build/sources"
+    mount -t proc proc "$system/proc"
+    mount --rbind /dev "$system/dev"
+    mount -t tmpfs tmpfs "$system/tmp"
+    for item in /etc/resolv.conf /etc/hosts; do
+        [ ! -e "$item" ] || cp -L "$item" "$system$item"
+    done
+    exec env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM="${TERM:-dumb}" chroot "$system" /zelt/dev test --without-checks
+}
