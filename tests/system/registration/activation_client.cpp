@@ -1,6 +1,6 @@
 // A minimal simulator: makes an object of a ProgID's class in its server, and releases it. If it is given the name of an event,
-// it sets that event when it has the object, and releases the object only when the event with ".release" appended to that name is
-// set. The exit code is the status code of the failed step, or 0.
+// it sets that event when it has the object, and releases the object only when the event with ".release" appended to that name
+// is set. The exit code is the status code of the failed step, or 0.
 #include <windows.h>
 #include <objbase.h>
 
@@ -35,8 +35,8 @@ int wmain(int count, wchar_t** arguments)
     if (SUCCEEDED(result)) result = CLSIDFromProgID(arguments[1], &clsid);
     IUnknown* object = nullptr;
     if (SUCCEEDED(result)) result = Create(clsid, &object);
-    // Windows suspends the classes of an ending server with its last release. Wine does not, and an activation that reaches such a
-    // server fails.
+    // Windows suspends the classes of an ending server with its last release. Wine does not, and an activation that reaches
+    // such a server fails.
     if (UnderWine() && result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED)) result = Create(clsid, &object);
     if (SUCCEEDED(result) && count > 2) HoldUntilReleased(arguments[2]);
     if (object) object->Release();

@@ -32,7 +32,7 @@ protected:
         SetDllDirectoryW(nullptr);
     }
 
-    // Whether the library is found, and where.
+    // The path of the library that the process loads; empty if it finds none.
     static std::wstring Find(const std::wstring& name, DWORD flags = 0)
     {
         const HMODULE library = LoadLibraryExW(name.c_str(), nullptr, flags);
@@ -54,7 +54,7 @@ TEST_F(LibrarySearch, LeavesTheCurrentFolderOut)
 {
     EXPECT_NE(L"", Find(kNeeded)) << "the test proves nothing if it is not found before";
     KeepCurrentFolderOutOfSearch();
-    // Wine ignores that call.
+    // Wine ignores this call.
     if (SearchesUnderWine()) LeaveCurrentFolder();
     EXPECT_EQ(L"", Find(kNeeded));
     EXPECT_EQ(L"", Find(kNeeding));
