@@ -30,7 +30,8 @@ int Open(const std::filesystem::path& path) { return _wopen(path.c_str(), _O_RDO
 long Read(int file, char* out) { return _read(file, out, kPiece); }
 void Close(int file) { _close(file); }
 
-// Sixteen bytes at a time, because this C library compares them one by one. Reads up to kSlack bytes past the end.
+// Compares sixteen bytes at a time, because memchr of this C library compares them one by one. Reads up to kSlack bytes past
+// the end.
 const char* Find(const char* from, const char* end, char c)
 {
     const __m128i wanted = _mm_set1_epi8(c);
@@ -57,7 +58,7 @@ const char* Find(const char* from, const char* end, char c)
 }
 #endif
 
-// A tag that goes on in the next piece is not counted.
+// A tag that continues in the next piece is not counted.
 long long CountTags(const char* at, const char* end)
 {
     long long tags = 0;

@@ -1,4 +1,4 @@
-// The floor for what reads logs: a bare scan for tags.
+// The floor for code that reads logs: a bare scan for tags.
 #pragma once
 
 #include <filesystem>

@@ -8,7 +8,7 @@ namespace zelt::bench {
 
 class WrittenRecording {
 public:
-    // The recording is at least `bytes` long, and complete. It says that its program had this width.
+    // The recording is at least `bytes` long, and complete. Its header names the width of this program.
     explicit WrittenRecording(long long bytes);
     ~WrittenRecording();
     WrittenRecording(const WrittenRecording&) = delete;

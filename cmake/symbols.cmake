@@ -1,5 +1,5 @@
-# zelt_keep_symbols(<program>): the program is built without symbols. With ZELT_SYMBOLS, it also leaves <program>.symbols beside it,
-# from which ./dev symbols tells the line at an address.
+# zelt_keep_symbols(<program>): the program is built without symbols. With ZELT_SYMBOLS, the build also leaves <program>.symbols
+# beside it, in which ./dev symbols finds the line at an address.
 function(zelt_keep_symbols program)
   if(ZELT_SYMBOLS)
     # The tool takes the time of the file's header from the environment.

@@ -1,4 +1,5 @@
-# zelt_compiled_targets(<variable> <folder>...): the libraries and programs below the folders that have sources of their own.
+# zelt_compiled_targets(<variable> <folder>...): sets the variable to the libraries and programs below the folders that compile
+# sources.
 function(zelt_compiled_targets variable)
   set(found)
   foreach(folder IN LISTS ARGN)

@@ -42,7 +42,7 @@ ComPtr<ITypeInfo> Referred(ITypeInfo* info, HREFTYPE reference)
 std::string TakeName(BSTR name)
 {
     std::string text;
-    // Identifiers consist of letters, digits and underscores. Nothing else gets into a log.
+    // Identifiers consist of letters, digits and underscores. Any other character is logged as a question mark.
     for (const wchar_t* letter = name; letter && *letter; ++letter) {
         const wchar_t c = *letter;
         const bool isPlain =
@@ -156,7 +156,7 @@ void Describe(ITypeInfo* info, const TYPEDESC& type, DualParameter& parameter)
             parameter.size = SizeOf(value->vt);
             if (value->vt == VT_DISPATCH) parameter.iid = IID_IDispatch;
             if (value->vt == VT_UNKNOWN) parameter.iid = IID_IUnknown;
-            // What a pointer leads to may be anything: the pointer is passed on, and not followed.
+            // Behind a pointer, a value of an unknown type is accepted: the pointer is passed on, and not followed.
             if (parameter.size == 0 && parameter.pointers == 0) throw Failure(TYPE_E_UNSUPFORMAT);
     }
 }
@@ -211,7 +211,7 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         method.words += WordsOf(parameter);
         method.parameters.push_back(std::move(parameter));
     }
-    // Enough for any interface. Copying a structure of a page or more to the stack would skip the stack's guard page.
+    // Enough for any method. Copying a page or more of arguments to the stack could skip the stack's guard page.
     constexpr std::size_t kMostWords = 256;
     if (method.words > kMostWords) throw Failure(TYPE_E_UNSUPFORMAT);
     return method;

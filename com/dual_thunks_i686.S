@@ -15,7 +15,7 @@ slots:
     .set    number, number + 1
     .endr
 
-// stdcall: the caller's return address, the object, the arguments.
+// On the stack here (stdcall): the caller's return address, the object, the arguments.
     .p2align 4
 entrance:
     .cfi_startproc

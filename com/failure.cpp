@@ -7,7 +7,7 @@ namespace com {
 
 const char* Failure::what() const noexcept
 {
-    // No system text needs more room. If there is no text, the code follows "a call failed".
+    // If the system has no text, or one that is longer than this, "a call failed" stands before the code.
     wchar_t wide[sizeof text / 4];
     const DWORD written =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,

@@ -3,8 +3,8 @@
 // map, so adding an interface takes one line, and one override cannot serve two interfaces by accident when they share a method's
 // name and signature.
 // An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it, and
-// nothing here is locked. Every entry asks Admits() first: a component that calls on a thread of its own is refused, and what it
-// does to the reference count waits for the object's own thread (visits.cpp).
+// nothing here is locked. Every entry asks Admits() first: a call on another thread is refused, and references that are
+// released there are given back on the object's own thread (visits.cpp).
 #pragma once
 
 #include <windows.h>
@@ -50,7 +50,7 @@ private:
 };
 
 // Identifies the calling thread among all that are running, by the address of its NT_TIB, which the segment register leads to.
-// Written in assembly here, because in the headers' own function the compiler takes that address for an array without elements.
+// In assembly, because the compiler takes the address in the system header's own function for an array without elements.
 inline const void* ThisThread()
 {
     const void* self;
@@ -119,7 +119,7 @@ public:
     // Sets the function that is called, on any thread, when ReceiveVisits has work and perhaps no call is about to enter.
     static void SetVisitSignal(void (*signal)());
 
-    // The pointer that is passed for this object to whoever takes an IDispatch.
+    // The pointer by which clients that take an IDispatch know this object.
     const IDispatch* DispatchPointer() const { return &dispatch; }
 
     ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
@@ -137,8 +137,8 @@ protected:
     // The entry of an interface that the object has and a script may use; null otherwise. Unlike a query, this is not logged.
     virtual const InterfaceEntry* Reach(REFIID iid) { return FindInterface(iid); }
 
-    // For members that no interface of the object has: an override asks whatever else knows them, by GetIDsOfNames and Invoke.
-    // Members whose identifier Automation itself defines are invoked without being found first.
+    // GetIDsOfNames and Invoke for members that no interface of the object has; an override forwards them to an object that may
+    // know the members. Members whose identifier Automation itself defines are invoked without being found first.
     [[nodiscard]] virtual HRESULT FindMember(LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/)
     {
         return DISP_E_UNKNOWNNAME;

@@ -12,8 +12,8 @@
 namespace com {
 namespace {
 
-// Identifiers far from those that type libraries assign. From kFirstMember: the place of an interface, and the place of a member
-// in it. From kFirstName: the place of a name that no interface has.
+// Identifiers far from those that type libraries assign. One from kFirstMember up holds the place of an interface and the place
+// of a member in it; one from kFirstName up, the place of a name that no interface has.
 constexpr DISPID kFirstMember = 0x5A000000;
 constexpr int kMemberBits = 10;
 constexpr DISPID kFirstName = 0x5C000000;
@@ -73,7 +73,7 @@ Microsoft::WRL::ComPtr<ITypeInfo> InfoOf(REFIID iid)
     return described ? described->info : nullptr;
 }
 
-// The place of the first function with an identifier; -1 when there is none.
+// The place of the first function with this identifier; -1 when there is none.
 int OrdinalOf(ITypeInfo* info, DISPID id)
 {
     for (UINT ordinal = 0; ordinal < 1u << kMemberBits; ++ordinal) {

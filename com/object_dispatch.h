@@ -2,8 +2,8 @@
 // is looked up first in the object's script interface, whose members keep their own identifiers. Then come the interfaces that
 // this module's type libraries describe, in the order of the libraries, then interfaces that only the registry describes, and
 // last the names that no interface has (Object::FindMember). An identifier depends only on the interface and the member, because
-// programs get it from one object and use it for every object of that kind. Nobody asks by name for the identifiers that
-// Automation itself defines, for the value of an object and for its enumerator: they go to the script interface first, then to
+// programs get it from one object and use it for every object of that kind. The identifiers that Automation itself defines,
+// such as those of an object's value and enumerator, are used without a look-up: they go to the script interface first, then to
 // Object::InvokeMember.
 #pragma once
 

@@ -1,4 +1,4 @@
-// What reaches an object on threads other than its own (object.h).
+// Calls and releases that reach an object on threads other than its own (object.h).
 #include "com/object.h"
 
 namespace com {
@@ -49,8 +49,9 @@ void Object::Visit()
     SignalVisit();
 }
 
-// Takes one object at a time: releasing an object's references may destroy another, which must still be on the list then, to be
-// taken off it. Takes no more objects than there are at first: a component that never stops must not hold up the apartment.
+// Takes one object at a time: releasing an object's references may destroy another one, which takes itself off the list and so
+// must still be on it. Takes no more objects than there are at first: a component that never stops must not hold up the
+// apartment.
 void Object::ReceiveVisits()
 {
     std::size_t due = 1, behind = 0;
@@ -98,7 +99,7 @@ void Object::EndVisits()
     Unpin();
 }
 
-// An object that was released too often on other threads is destroyed with visits pending.
+// Takes an object that is being destroyed off the list: if it was released too often on other threads, it still has visits.
 void Object::ForgetVisits()
 {
     if (visits.load(std::memory_order_acquire) == 0) return;

@@ -73,7 +73,7 @@ public:
     // is a document.
     void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
-    // Makes this the root of a tree of its own, under a given name, on the side of the logged component. With a null `document`
+    // Makes this the root of a new tree, under a given name, on the side of the logged component. With a null `document`
     // nothing is logged.
     void AttachAsRoot(IUnknown* wrapped, LogDocument* document, std::string name);
 
@@ -92,12 +92,12 @@ public:
     void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
     ThermoVersion ServedVersion() const { return servedVersion; }
 
-    // Call it on a root, before the root's first call: an object that goes back to the side that it came from then goes back
-    // itself, not its proxy.
+    // Call it on a root, before the root's first call. An object that goes back to the side it came from is then passed itself,
+    // not as its proxy.
     void HandBackOriginals() { handsBackOriginals = true; }
     bool HandsBackOriginals() const { return handsBackOriginals; }
-    // The object behind `argument`, if that is a proxy of this tree and its object is on the side that calls to this proxy go to;
-    // null otherwise.
+    // If `argument` is a proxy of this tree whose object is on the same side as this proxy's object: that object, borrowed.
+    // Null otherwise.
     IUnknown* OriginalBehind(IUnknown* argument) const;
 
     // On a root: keeps `thing` until the root's object has been released.

@@ -1,6 +1,6 @@
 // A part for a dual interface without rows, driven by the interface's type information: it forwards each member's arguments bit for
 // bit under the fault guard, and logs them as rows would, with the names, directions and types that the information gives.
-// Interface pointers pass unchanged.
+// Interface pointers are not wrapped.
 #pragma once
 
 #include <windows.h>

@@ -1,11 +1,12 @@
 // The steps of a descriptor, and of a mark, in a proxied method's row. A descriptor that carries an argument has the parameter's
-// C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark carries none: it
-// adds a check in its place among the logged arguments.
+// C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark carries none:
+// it adds a check, or another action, at its place in the row.
 //
-// Steps, in this order: Begin (whatever becomes of the call), Describe (only for a logged call: log the input, make the check),
-// Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a tree that hands originals back:
-// replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap and log what comes back), Release.
-// An exception from Describe or Finish costs an entry of the log; one from Prepare ends the call. The other steps throw nothing.
+// Steps, in this order: Begin (always, even if the call then fails), Describe (only for a logged call: log the input, make the
+// check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a tree that hands
+// originals back: replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap and log what
+// comes back), Release. An exception from Describe or Finish costs an entry of the log; one from Prepare ends the call. The
+// other steps throw nothing.
 #pragma once
 
 #include <optional>

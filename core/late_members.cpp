@@ -9,7 +9,7 @@
 namespace zelt {
 namespace {
 
-// A copy of an argument that is passed by reference. Making and clearing it calls foreign code.
+// A copy of an argument that is passed by reference. Making and clearing it can call foreign code.
 class Referred {
 public:
     explicit Referred(const VARIANT& reference)

@@ -1,6 +1,6 @@
 // The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what escapes
 // into a status code, closes the element. arguments.h describes arguments; logged_interface.h puts the steps in order. Every path
-// writes exactly one closing tag; calls_in_progress.h sees to that for a call whose stack frame is lost in a fault further in.
+// writes exactly one closing tag; calls_in_progress.h sees to that for a call whose stack frame is removed by a fault.
 #pragma once
 
 #include <optional>

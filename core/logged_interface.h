@@ -14,7 +14,7 @@
 
 namespace zelt {
 
-// A descriptor's argument as a one-element tuple; nothing for a mark.
+// The descriptor of an argument as a one-element tuple; an empty tuple for a mark.
 template <class D>
 auto ArgumentOf(D& descriptor)
 {
@@ -25,7 +25,7 @@ auto ArgumentOf(D& descriptor)
     }
 }
 
-// The same with what is forwarded for the descriptor: a reference to the caller's value, or a pointer.
+// The same with the value that is forwarded for the descriptor: a reference to the caller's value, or a pointer.
 template <class D>
 auto ValueOf(const D& descriptor)
 {

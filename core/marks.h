@@ -29,7 +29,7 @@ struct Initializes : Mark, NoSteps {
     }
 };
 
-// Logs an error when the condition holds; the call goes on.
+// Logs an error when the condition holds; the call is still forwarded.
 struct ErrorIf : Mark, NoSteps {
     bool condition;
     Sentence sentence;

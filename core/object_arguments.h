@@ -10,8 +10,7 @@
 namespace zelt {
 
 // Holds, for the length of a call, the object behind an argument that is one of our proxies, if the call goes to the side that
-// this object came from, and if the tree hands such objects back as they came. A descriptor with such a member declares
-// HandsBack.
+// this object came from and the tree hands originals back. A descriptor with such a member declares HandsBack.
 class OriginalLent {
 public:
     // Looks for the object behind `argument`. False if there is none to hand back.
@@ -60,7 +59,7 @@ struct InObject : NoSteps {
     void Release() { original.TakeBack(); }
 };
 
-// An object that goes in and is replaced by a proxy while the call is logged. Null goes in as null.
+// An object that goes in and is replaced by a proxy if the call is logged. Null goes in as null.
 struct WrappedIn : InObject {
     WrapSite site;
     LentProxy wrapper;
@@ -79,8 +78,8 @@ protected:
     [[nodiscard]] HRESULT Replace(LoggedCall& call, bool makesReadOnly);
 };
 
-// The same with one more pointer in between. The callee gets the address of a copy, so that the caller's slot is never written;
-// null at either level goes in as null.
+// The same for a pointer to an interface pointer. The callee gets the address of a copy, so that the caller's slot is never
+// written; null at either level goes in as null.
 struct WrappedInSlot : WrappedIn {
     using Parameter = IDispatch**;
     bool isNull;
@@ -146,8 +145,8 @@ struct WrappedArrayOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
-// A pointer to an interface pointer that goes in as it is: the inner pointer is logged, and the callee gets the address of a
-// copy, so that the caller's slot is never written. Null at either level passes as null.
+// A pointer to an interface pointer that goes in without being wrapped: the inner pointer is logged, and the callee gets the
+// address of a copy, so that the caller's slot is never written. Null at either level goes in as null.
 struct InSlot : InObject {
     using Parameter = IDispatch**;
     bool isNull;

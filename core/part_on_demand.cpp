@@ -34,7 +34,7 @@ bool BelongsToCom(REFIID iid)
     return std::any_of(std::begin(others), std::end(others), [&](const IID& one) { return IsEqualIID(one, iid); });
 }
 
-// What a proxy deliberately never offers.
+// Interfaces that a proxy deliberately never offers.
 bool IsWithheld(REFIID iid)
 {
     return IsEqualIID(iid, __uuidof(ECapeOutsideSolverScope)) ||

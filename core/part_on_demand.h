@@ -1,5 +1,5 @@
-// Interfaces beyond those of a proxy's class. A proxy offers whatever its object offers, through a part that is made when the
-// interface is first asked for and lives as long as the proxy. An interface of the standard that has rows is carried by these,
+// Interfaces that a proxy's class lacks but its object has. The proxy offers them through parts; each is made when its
+// interface is first asked for, and lives as long as the proxy. An interface of the standard that has rows is carried by these,
 // from a table that the layers above install; any other dual interface is carried by a part that type information drives
 // (described_part.h).
 #pragma once

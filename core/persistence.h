@@ -1,6 +1,6 @@
-// The persistence of a package: IPersistStream and IPersistStreamInit, each forwarded to the same interface of the package. The
-// simulator's own stream goes in as it is, and nothing is added to what the package writes, so that data saved without this
-// program load with it, and the other way round. A unit operation saves in a form of its own (unit/persistent_object.h).
+// The persistence of a package: IPersist, IPersistStream and IPersistStreamInit, each forwarded to the package's own. The
+// simulator's own stream is passed in, and nothing is added to what the package writes, so that data saved without this
+// program load with it, and the other way round. A unit operation saves in another form (unit/persistent_object.h).
 #pragma once
 
 #include <objidl.h>
@@ -13,8 +13,8 @@
 
 namespace zelt {
 
-// Logs how far the forwarded call has moved in the stream, and gives the bytes in between to a recording. Does neither when the
-// stream does not tell its position.
+// Logs how many bytes of the stream the forwarded call has read or written, and gives these bytes to a recording. Does neither
+// when the stream does not tell its position.
 class BytesMoved : public Mark, public NoSteps {
 public:
     using FinishOnlyLogs = void;
@@ -96,7 +96,7 @@ struct LoggedPersistStreamInit final : LoggedPlainInterface<IPersistStreamInit> 
     STDMETHOD(InitNew)() override { return LOGGED(IPersistStreamInit, InitNew, ChangesObject()); }
 };
 
-// All of it, as one member of a package's proxy.
+// All these interfaces, as one member of a package's proxy.
 struct PackagePersistence {
     explicit PackagePersistence(CapeOpenBase& proxy) : persist(proxy), stream(proxy), streamInit(proxy) {}
 

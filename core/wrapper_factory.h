@@ -1,5 +1,5 @@
 // The wrapping of interface pointers that cross a proxy. A site names the kind of object that crosses; the table, filled by the
-// layer that owns the proxy classes, says how to make a proxy of that kind. A kind without an entry crosses as it is. Wrapping
+// layer that owns the proxy classes, says how to make a proxy of that kind. A kind without an entry is not wrapped. Wrapping
 // never inspects the pointer: one that crosses twice is wrapped twice, and the log shows both layers.
 #pragma once
 
@@ -51,7 +51,7 @@ public:
     // Installs the table; called once at start, before the first proxy is made.
     static void SetTable(const WrapTable& table);
 
-    // Wraps `incoming`. S_FALSE, and no proxy, for a kind that crosses as it is; E_OUTOFMEMORY when no proxy can be made.
+    // Wraps `incoming`. S_FALSE, and no proxy, for a kind that is not wrapped; E_OUTOFMEMORY when no proxy can be made.
     [[nodiscard]] static HRESULT Wrap(const WrapSite& site, Crossing crossing, IUnknown* incoming,
                                       CapeOpenBase& through, ProxyPtr& proxy);
 };

@@ -16,12 +16,12 @@ namespace zelt::ctl {
 
 enum ExitCode : int {
     kFine = 0,
-    kFinding = 1,     // a difference or a finding: nothing went wrong
+    kFinding = 1,     // a difference, a finding, or a log that is cut off; the command worked
     kUsage = 2,       // the command line is not understood, or asks for something that cannot be done now
     kUnreadable = 3,  // the input cannot be read, the output cannot be written, or the program failed
 };
 
-// The command line asks for something that does not exist. The text is for the user.
+// The command line is wrong: an unknown command or option, a missing or unsuitable value. The text is for the user.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -43,7 +43,7 @@ struct OutputError : std::runtime_error {
 
 struct Option {
     const char* name;   // with its dashes
-    const char* value;  // what follows it, for the help; null for a flag
+    const char* value;  // its value, as the help names it: "FILE", or a choice such as "in|out"; null for a flag
     const char* what;
 };
 

@@ -12,7 +12,7 @@ void Restore()
     if (const UINT page = before.exchange(0)) SetConsoleOutputCP(page);
 }
 
-// Windows calls it on a separate thread. The next handler, the system's, ends the process.
+// Windows calls this on a separate thread. The next handler, the system's, ends the process.
 BOOL CALLBACK OnEnd(DWORD)
 {
     Restore();

@@ -6,7 +6,8 @@
 
 namespace zelt::ctl {
 
-// Also restores it when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at a time.
+// Restores the code page also when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at
+// a time.
 class Utf8Console {
 public:
     Utf8Console();

@@ -21,7 +21,7 @@ inline constexpr ExitCodeMeaning kExitCodes[] = {
 
 void WriteHelp(std::span<const Command> commands, Output& out);
 void WriteCommandHelp(const Command& command, Output& out);
-// For the first word of two-word commands, alone or with --help. False for anything else.
+// Writes the help for a group, "log" or "log --help": the commands that begin with this word. Returns false for anything else.
 bool WriteGroupHelp(std::span<const Command> commands, const std::vector<std::string>& words, Output& out);
 void WriteVersion(Output& out);
 

@@ -39,7 +39,7 @@ private:
     void Separate();
 
     Output& out;
-    bool first = true;  // the open object or array is still empty
+    bool first = true;  // the next element needs no comma before it
     bool afterKey = false;
 };
 

@@ -94,7 +94,7 @@ bool WantsColours(bool isTerminal, const char* noColour, const char* terminal);
 
 // How much a command left out of its answer and only counted, for all logs that it was asked about.
 struct LeftOut {
-    long long queries = 0;  // of the system
+    long long queries = 0;  // see MessageKind::Query
     long long alike = 0;    // warnings that say the same as another
 };
 

@@ -25,7 +25,7 @@ std::size_t EditsBetween(std::string_view a, std::string_view b)
 
 std::string_view MostSimilar(std::string_view word, const std::vector<std::string_view>& candidates)
 {
-    // The longer the word, the more mistakes it may have. All candidates are short, so a word beyond kLongest is not a
+    // The longer the word, the more mistakes it may have. All candidates are short, so a word longer than kLongest is not a
     // misspelling of any.
     constexpr std::size_t kLongest = 40;
     std::string_view best;

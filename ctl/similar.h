@@ -7,7 +7,7 @@
 
 namespace zelt::ctl {
 
-// How many letters must be added, left out, replaced or swapped with their neighbour.
+// How many letters must be added, left out, replaced or swapped with their neighbour to turn `a` into `b`.
 std::size_t EditsBetween(std::string_view a, std::string_view b);
 
 // The candidate that is nearest to the word, if it is near enough to be meant; otherwise empty.

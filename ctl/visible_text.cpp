@@ -46,10 +46,11 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
     std::size_t at = start;
     for (std::uint64_t word; at + sizeof word <= text.size(); at += sizeof word) {
         std::memcpy(&word, text.data() + at, sizeof word);
-        // A byte below 0x20 borrows, 0x7F becomes 0x80, and bytes from 0x80 on have their high bit already.
+        // Sets the high bit of a byte that is not plain: the subtraction for bytes below 0x20, the addition for 0x7F. Bytes
+        // from 0x80 on have it already.
         const std::uint64_t found = ((word - 0x20 * kOnes) | (word + kOnes) | word) & kHighBits;
         if (!found) continue;
-        // The first byte found is a true one; borrows and carries can only mark bytes after it.
+        // The first marked byte is not plain; borrows and carries can mark only bytes after it.
         if constexpr (std::endian::native == std::endian::little)
             at += static_cast<std::size_t>(std::countr_zero(found)) / 8;
         break;

@@ -32,7 +32,8 @@ void AppendVisible(std::string& out, std::string_view text);
 inline bool IsPrintable(std::string_view text)
 {
     constexpr std::uint64_t kOnes = 0x0101010101010101;
-    // A byte below 0x20 borrows, 0x7F becomes 0x80, and bytes from 0x80 on have their high bit already.
+    // Sets the high bit of a byte that is not printable: the subtraction for bytes below 0x20, the addition for 0x7F. Bytes
+    // from 0x80 on have it already.
     const auto isWord = [](std::uint64_t word) {
         return (((word - 0x20 * kOnes) | (word + kOnes) | word) & 0x80 * kOnes) == 0;
     };

@@ -9,8 +9,8 @@
 namespace zelt {
 
 // Installs the trap in msvcrt and, when they are loaded, in msvcr70 to msvcr120, the universal runtime library and GCC's shared
-// C++ library. It cannot reach libraries that are linked into a package; those of GCC call the abort of a shared one. A guarded
-// call does this by itself when libraries have been loaded or unloaded since.
+// C++ library. It cannot reach libraries that are linked into a package; those of GCC call the abort of a shared one. After
+// libraries have been loaded or unloaded, the next guarded call does this by itself.
 void TrapAborts();
 
 // True for the trap's exception; `text` is then the string that was being thrown, or null when that is not known.

@@ -1,6 +1,6 @@
 // The proxied calls in progress in the proxies' apartment, recorded outside the stack. An outer call may catch a fault, above all
-// a stack overflow, from many calls further in. The stack frames in between are then lost without having run their destructors,
-// and this code does what those would have done. Every call enters and leaves here, so the functions for that are inline.
+// a stack overflow, of a call nested many levels deeper. The stack frames of the nested calls are then lost without having run
+// their destructors, and this code does the destructors' work. Every call enters and leaves here: those functions are inline.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ EndCallFunction SetEndCall(EndCallFunction function);
 
 namespace calls_in_progress {
 
-// Outermost first. Calls for which memory does not suffice are counted but not tracked.
+// Outermost first. Calls for which there is no memory are counted but not kept.
 extern CallInProgress* calls;
 extern std::size_t room;
 extern std::size_t count;

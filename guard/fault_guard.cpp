@@ -38,8 +38,9 @@ bool HasRoomToRecover(const void* frame)
 #ifdef _WIN64
 constexpr DWORD kGccThrow = 0x20474343;
 
-// Our runtime library knows C++ exceptions from any copy of GCC's, and they find their handlers themselves. It does not know
-// those of other libraries with the same code: it ends the process when it meets one while another is being handled.
+// True for C++ exceptions of any copy of GCC's runtime library: ours recognises them, and they find their handlers themselves.
+// It does not recognise exceptions of other libraries that use the same code: if it meets one while another exception is being
+// handled, it ends the process.
 bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language. The last character varies.

@@ -1,5 +1,5 @@
 // Calls into code that is not ours, made so that whatever escapes arrives as a C++ exception. The guard is a frame handler around
-// the single call, so faults that the callee handles itself never reach it. Owns nothing beyond the call. Abandoned frames of the
+// the single call, so faults that the callee handles itself never reach it. Keeps nothing after a call. Abandoned frames of the
 // callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a fail-fast.
 #pragma once
 

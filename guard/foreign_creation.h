@@ -1,4 +1,4 @@
-// Creation of other people's components, which COM loads into this process or starts.
+// Creation of other people's components, which COM loads into this process or starts in another one.
 #pragma once
 
 #include <windows.h>

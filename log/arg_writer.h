@@ -1,5 +1,5 @@
-// One arg element under construction: the writers of value_writers.h and variant_writer.h append to it, and it reaches the
-// file as a whole when it is finished. Levels count from the arg element's own: 0 is its indentation, 1 that of its values.
+// One arg element under construction: the writers of value_writers.h and variant_writer.h append to it, and it is written to
+// the file at once when it is finished. Levels count from the arg element's own: 0 is its indentation, 1 that of its values.
 #pragma once
 
 #include <cstring>
@@ -13,9 +13,9 @@ namespace zelt {
 
 class ArgWriter {
 public:
-    // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. The type is a text,
-    // or appended in place by `type(std::string&)`. Evaluates nothing when nothing is written. Values come from other
-    // people's code: if one cannot be read, or memory does not suffice, "<unable to format value>" replaces them all.
+    // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. `type` is a text,
+    // or a function `type(std::string&)` that appends it. When nothing is written, neither function is called. Values come from
+    // other people's code: if one cannot be read, or memory runs out, "<unable to format value>" replaces them all.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
     {

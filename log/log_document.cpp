@@ -200,7 +200,7 @@ void LogDocument::Close()
 {
     if (!file.IsOpen()) return;
     isClosing = true;
-    // A survivor's call may be in progress: close its element here; what it writes later is ignored.
+    // A call of a proxy that outlives the root may be in progress: close its element here; what it writes later is ignored.
     EndOpenFuncs(0);
     if (recorder) recorder->End();
     WriteEntry([&] { entry += "</zeltlogdocument>\r\n"; });

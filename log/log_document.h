@@ -26,7 +26,7 @@ class CallRecorder;
 struct RecordedObject {
     std::uint32_t number = 0;       // 0 until it has one
     const void* pointer = nullptr;  // of the object; null: not made yet
-    const void* proxy = nullptr;    // of the proxy: the one that is passed for it
+    const void* proxy = nullptr;    // of the proxy, as clients that take an IDispatch get it
 };
 
 struct LogOptions;
@@ -89,7 +89,7 @@ public:
     // is the error information that the callee left (may be null).
     void EndFailedFunc(HRESULT result, IUnknown* errorSource, IErrorInfo* left);
 
-    // The same with these texts: those of the failure, and those of its detail (either may be null).
+    // Closes the element with the given texts of a failure and of its detail (either may be null).
     void EndFuncAs(HRESULT result, const FailureText* failure, const FailureDetail* detail);
 
     // For the recording: called before and after the time that a call spends in the called object.
@@ -108,7 +108,7 @@ public:
         if (recorder) RecordQuery(object, iid, isGranted);
     }
 
-    // For the recording: what the latest call read from its stream, or wrote to it.
+    // For the recording: what the innermost call has read from its stream, or written to it.
     void NoteStream(std::string bytes)
     {
         if (recorder) RecordStream(std::move(bytes));
@@ -121,7 +121,7 @@ public:
 
     // Writes the footer, closes the file, and calls the function of SetLogClosed. Does so once.
     void Close();
-    // Closes the file as it is.
+    // Closes the file without the footer.
     void Abandon() { file.Close(); }
 
 private:
@@ -170,7 +170,8 @@ private:
         return isWritten;
     }
 
-    // Writing can resume when entries would appear inside the call that they belong to, and the disk has room.
+    // Writing can resume when entries would appear inside the call that they belong to, and the disk has room. When the
+    // document is being closed, writing is tried without regard to the room.
     bool MayResume() const { return openElements == depth && (isClosing || file.HasRoom()); }
     void AppendGap();
     void EndGap();

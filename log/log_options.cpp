@@ -29,7 +29,7 @@ void ReadSwitch(const RegistryKey& key, const wchar_t* value, LogOptions& option
 
 bool IsSwitch(const RegistryKey& key, const wchar_t* value) { return key.ReadDword(value).value_or(MAXDWORD) <= 1; }
 
-// For a switch that may have no valid value in the registry.
+// For a switch that Save stores only when the user has changed it, even if the registry has no valid value.
 bool IsOptionalSwitch(const RegistryKey&, const wchar_t*) { return true; }
 
 template <bool LogOptions::*field>

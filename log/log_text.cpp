@@ -81,7 +81,7 @@ bool IsCopied(std::string_view text)
     return true;
 }
 
-// Copies `Size` characters, with no call because it is constant, and returns the end.
+// Copies `Size` characters and returns the end. The size is a constant, so the compiler needs no call.
 template <std::size_t Size>
 char* Put(char* to, const char* from)
 {
@@ -94,7 +94,7 @@ char* Put(char* to, const char* from)
 // integer part, and the scaling's error (one part in 2^52, so 1e-9 of a digit) matters only next to a tie.
 
 constexpr int kDigits = 6;
-constexpr double kLeast = 1e5, kTooMany = 1e6;  // the integers of six digits lie in between
+constexpr double kLeast = 1e5, kTooMany = 1e6;  // an integer of six digits is at least kLeast and less than kTooMany
 constexpr double kNearTie = 1e-6;
 
 constexpr int kPowers = 23;  // 10^22 is the last that a double holds exactly

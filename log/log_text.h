@@ -1,4 +1,4 @@
-// The text of log entries: escaping and number formats. Appends to a string that the caller owns; locale plays no part.
+// The text of log entries: escaping and number formats. Writes to memory that the caller owns; locale plays no part.
 #pragma once
 
 #include <cstddef>

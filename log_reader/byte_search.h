@@ -14,7 +14,7 @@ namespace zelt {
 
 inline constexpr std::size_t kSlack = 64;
 
-// Whether a byte may stand unescaped in an attribute's text: ASCII from the blank on that is no markup.
+// Whether a byte may stand unescaped in an attribute's text: ASCII from the blank on, except markup.
 constexpr bool IsPlainText(char c)
 {
     const auto byte = static_cast<unsigned char>(c);

@@ -18,7 +18,7 @@ public:
 
 private:
     std::vector<int> first;  // the log's lines for the parser's first ones
-    int added = 0;           // what is added to the parser's others
+    int added = 0;           // what is added to the parser's other lines
 };
 
 // Marks the elements of the reader's document while it lives.

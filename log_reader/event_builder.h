@@ -36,7 +36,7 @@ public:
     // Sends an event that waits for its first child, which may take long to arrive.
     void Flush();
 
-    // The file is over, though elements may be open: a waiting event has no children.
+    // Call it at the end of the file, where elements may still be open: a waiting event has no children.
     void Finish();
 
 private:

@@ -33,8 +33,8 @@ public:
     virtual void Begin(const LogEvent& event) = 0;
     // The latest event of this depth is complete. Each event has one end, even one that a damaged file leaves open.
     virtual void End(EventKind, int /*depth*/) {}
-    // The parser objects to something in this line. Reported after the reading step that met it, which may be some events before
-    // the line's own; a sink that stops the reading may miss what the parser finds later.
+    // The parser objects to something in this line. The report may come some events before those of the line itself; a sink
+    // that stops the reading may miss what the parser finds later.
     virtual void ParseError(int /*line*/) {}
     // Called at the end of a damaged file for each element that is still open, the root first, with the line of its start tag.
     // Their ends have been reported all the same.

@@ -9,7 +9,7 @@ namespace zelt {
 
 inline constexpr std::string_view kLogHeader = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";
 
-// The element of an event that may have children in logs.
+// The name of the element for a kind of event that may have children in logs.
 constexpr std::string_view NameOfParent(EventKind kind)
 {
     return kind == EventKind::Call ? "func" : kind == EventKind::Argument ? "arg" : "argval";

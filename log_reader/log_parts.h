@@ -1,5 +1,6 @@
 // Reads a log in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself,
-// for the same events. Only what is exactly as ZELT writes it has parts. A part may begin after any end of an element.
+// which gives the same events again. Only text exactly as ZELT writes it has parts. A part may begin after the end of any
+// element.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +13,12 @@ namespace zelt {
 
 class PartSink : public LogSink {
 public:
-    // The events so far are those of the bytes before `offset`. The following events come from the parser and are in no part.
+    // All events before this call are those of the bytes before `offset`. The events after it come from the parser and are in
+    // no part.
     virtual void PartsEnd(std::int64_t offset) = 0;
 
 protected:
-    // Where the bytes of the events so far end. Valid during Continue, before PartsEnd.
+    // Where the bytes of the events that have been delivered end. Valid during Continue, before PartsEnd.
     std::int64_t Offset() const { return offset(); }
     // The line that begins there, from 1.
     int Line() const { return line(); }

@@ -1,5 +1,5 @@
 // The contents of a log file as a stream of events. It knows nothing of windows and needs only libxml2, so that programs without
-// windows can use it too. The caller keeps the descriptor. Reads no other file and no network, whatever the log says.
+// windows can use it too. The caller keeps the descriptor. Reads no other file and no network, even if the log refers to them.
 #pragma once
 
 #include "log_reader/log_event.h"
@@ -12,7 +12,7 @@ public:
     virtual ~LogInput() = default;
     // Returns the number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
     virtual int Read(char* out, int length) = 0;
-    // Whether it waits for a log that grows, and inserts a comment first: see below.
+    // Whether it waits for a log that grows, and inserts a comment first: see ReadLog.
     virtual bool Waits() const { return false; }
 };
 
@@ -33,8 +33,8 @@ constexpr int kReadAhead = 1 << 16;
 // elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
 
-// A comment in the text makes the reader send what it has read so far; a call then has hasChildren set, although no child may
-// follow. An input that waits for more inserts a comment. Logs contain none.
+// A comment in the text makes the reader send all that it has read. The latest call then has hasChildren set, although it may
+// have no child. An input inserts a comment before it waits for more. Logs contain none.
 LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

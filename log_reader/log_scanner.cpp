@@ -14,10 +14,10 @@ namespace {
 // The parser objects to more than 255 levels of elements, so a log that nests deeper than this is left to the parser.
 constexpr std::size_t kDeepestScanned = 200;
 
-// The parser takes more blanks than this for text, even before it has seen what follows.
+// For the parser, more blanks than this are text, even before it has seen what follows.
 constexpr std::size_t kMostBlanks = 250;
 
-// A place where the parser may take over is noted this far after what the parser has discarded.
+// A place where the parser may take over is noted this many bytes after what the parser has discarded.
 constexpr std::int64_t kCandidateDistance = 2600;
 
 // The first bytes of a line, which show what it is.
@@ -84,7 +84,7 @@ inline const char* ReadText(const char* from, RawText& text)
     return *text.end == '"' ? text.end : ReadEntities<Bytes>(text);
 }
 
-// Makes room for a text of this length and for what copying writes beyond it. The previous content is lost.
+// Makes room for a text of this length and for the bytes that copying writes after it. The previous content is lost.
 char* RoomFor(std::size_t length, std::vector<char>& room)
 {
     if (room.size() < length + kSlack) room.resize(length + kSlack);

@@ -18,22 +18,22 @@
 
 namespace zelt {
 
-// How much it reads at once. Tests use smaller pieces, to see many of their ends in a short log.
+// How much it reads at once. Tests use smaller pieces, so that a short log has many ends of pieces.
 struct ScanSizes {
     std::size_t block = kReadAhead;
     std::size_t longest = std::size_t{1} << 20;  // a line that needs a larger buffer is left to the parser
 };
 
-// The text of an attribute as it is in the file.
+// The text of an attribute exactly as in the file.
 struct RawText {
     const char *begin, *end;
     bool hasEntities;
 };
 
-// What the parser would have done with the file so far. It takes portions, stops at the first tag that is not complete, and
-// discards what it has parsed when that is more than a certain amount. The place where it discards makes a difference to what it
-// finds in damage, because it then forgets how far it has looked ahead. So the parser takes over only where its document, read
-// from its own beginning, would discard at the same place of the file. All offsets are in the file.
+// What the parser would have done with the file up to here. It takes portions, stops at the first tag that is not complete, and
+// discards what it has parsed when that is more than a certain amount. Where it discards affects what it reports about a
+// damaged file, because it then forgets how far it has looked ahead. So the parser takes over only where, reading its document
+// from that document's beginning, it will discard at the same place of the file. All offsets are in the file.
 struct ParserState {
     static constexpr std::int64_t kFirst = 4, kPortion = 512, kKept = 4096, kBehind = 80;
 
@@ -51,11 +51,11 @@ public:
     LogScanner(const LogScanner&) = delete;
     LogScanner& operator=(const LogScanner&) = delete;
 
-    // The input is a part of a log, which begins at the start of a line, inside these elements. Call before Scan, which then
-    // returns nothing at the part's end.
+    // For an input that is a part of a log: it begins at the start of a line, inside elements of these kinds. Call it before
+    // Scan, which then returns nothing at the end of the part.
     void BeginInside(const std::vector<EventKind>& kinds);
 
-    // Complete or Cancelled; nothing when the parser has to go on.
+    // Complete or Cancelled; nothing when the parser has to continue.
     std::optional<LogReadResult> Scan();
 
     // Where the next line begins. During LogSink::Continue, exactly what comes before it has been delivered.

@@ -1,4 +1,4 @@
-// Parses a log, or any other file, with libxml2. What libxml2 makes of damage is what readers of logs report.
+// Parses a log, or any other file, with libxml2. What libxml2 reads from a damaged file is what the programs show.
 #pragma once
 
 #include "log_reader/log_reader.h"

@@ -1,4 +1,4 @@
-// Where the parser takes over from the scanner: a place in the log some lines before the one that the scanner does not
+// Where the parser takes over from the scanner: a place in the log some lines before the line that the scanner does not
 // understand. The elements that are open there stand in for all that came before, so the parser need not read that again.
 #pragma once
 

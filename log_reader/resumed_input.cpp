@@ -41,18 +41,18 @@ int ResumedInput::Read(char* out, int length)
 {
     const std::size_t left = text.size() - given;
     if (left == 0) return last ? *last : rest.Read(out, length);
-    // When the parser reads the file itself, its requests end at multiples of their size in each block; in the first block, these
-    // count from after the first bytes.
+    // When the parser reads the file itself, its requests end at multiples of their size in each block; in the first block,
+    // these count from the end of the first kFirst bytes.
     const std::int64_t at = origin + static_cast<std::int64_t>(given);
     const auto inBlock = static_cast<std::size_t>(at % static_cast<std::int64_t>(block));
     const std::size_t shift = at < static_cast<std::int64_t>(block) ? kFirst : 0;
     const std::size_t toRequest = inBlock < shift ? shift - inBlock : kRequest - (inBlock - shift) % kRequest;
     std::size_t wanted = std::min(block - inBlock, toRequest);
-    // Fewer bytes than a portion would become a portion of their own.
+    // Fewer bytes than a portion would become a separate portion.
     if (given == kFirst && wanted < kPortion) wanted += std::min(block, kRequest);
     std::size_t count = std::min({left, static_cast<std::size_t>(length), wanted});
     // The parser asks for more before it takes an incomplete portion, and would then have to wait. So what precedes the last,
-    // incomplete portion is given first; then the parser takes that portion as it is.
+    // incomplete portion is given first; then the parser takes that portion without asking for more.
     if (rest.Waits() && count == left && given >= kFirst) {
         const std::size_t begun = (given - kFirst) % kPortion;
         const std::size_t beyond = (begun + left) % kPortion;

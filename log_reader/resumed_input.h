@@ -1,6 +1,7 @@
-// The log from a place in its middle, as a document of its own for the parser: a beginning that opens the elements that are open
-// at that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes from that place on
-// in the same portions as it would have from the file's beginning, because what it makes of damage depends on them.
+// The log from a place in its middle, as a separate document for the parser: a beginning that opens the elements that are open
+// at that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes from that place
+// on in the same portions as it would have from the file's beginning, because what it reads from a damaged file depends on
+// these.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
-// The rest of a document whose reader has given up: the parser builds its tree some hundred bytes ahead of the reader, and after
-// an error the reader withholds what lies between. In a log that was cut off this is the end of the log, which says most about a
-// crash. Owns nothing.
+// The rest of a document whose reader has given up: the parser builds its tree a few hundred bytes ahead of the reader, and
+// after an error the reader withholds what lies between. In a log that was cut off this is the end of the log, which says most
+// about a crash. Owns nothing.
 #pragma once
 
 #include <libxml/tree.h>
@@ -9,8 +9,8 @@ namespace zelt {
 
 class EventBuilder;
 
-// `position` is the reader's last node, null when it had shown none; `ended` says that its end was shown too. `broken`, if any,
-// is left out. Returns false when the builder's sink wants no more.
+// `position` is the reader's last node, null when it had shown none; `ended` says whether its end was shown too. `broken`, if
+// any, is left out. Returns false when the builder's sink wants no more.
 bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
                       EventBuilder& builder);
 

@@ -10,8 +10,8 @@ namespace {
 
 unsigned char Byte(char c) { return static_cast<unsigned char>(c); }
 
-// First bytes that are followed by bytes from 80 to BF, the second one only from `from` to `to`: this excludes surrogates,
-// overlong forms and everything beyond U+10FFFF.
+// First bytes of longer characters. The bytes after the first are from 80 to BF, the second one only from `from` to `to`: this
+// excludes surrogates, overlong forms and everything above U+10FFFF.
 struct Lead {
     unsigned char first, last, from, to, length;
 };
@@ -35,7 +35,7 @@ std::size_t LengthOfCharacter(std::string_view text)
     return lead->length;
 }
 
-// Checks a word at a time, and the last word again in part: nearly all texts of logs are short, and ASCII.
+// Checks a word at a time, and some bytes twice in the last word: nearly all texts of logs are short, and ASCII.
 bool IsAscii(std::string_view text)
 {
     constexpr auto kHighBits = static_cast<std::size_t>(0x8080808080808080);

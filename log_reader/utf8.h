@@ -1,4 +1,4 @@
-// Texts that claim to be UTF-8. The parser takes the bytes of most values as they are, so a damaged or foreign log may contain
+// Texts that claim to be UTF-8. The parser does not check the bytes of most values, so a damaged or foreign log may contain
 // any bytes; programs that use the reader write JSON and HTML, which must be valid UTF-8.
 #pragma once
 

@@ -11,8 +11,8 @@
 namespace zelt {
 namespace {
 
-// The registry holds text in the thread's code page, because the narrow registry functions of a program without a code page of
-// its own use that one.
+// The registry holds text in the thread's code page, because the narrow registry functions use it in a program whose manifest
+// sets no other.
 constexpr UINT kCodePage = CP_THREAD_ACP;
 
 // Takes the next string off the front of `rest`. The end of the data ends a string as a terminator does.

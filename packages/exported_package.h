@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// Even kinds are packages inside a manager component, odd kinds are components of their own.
+// Even kinds are packages inside a manager component, odd kinds are stand-alone packages, which are components themselves.
 // clang-format off
 enum class PackageKind : unsigned {
     PropertyPackage11FromManager      = 0,
@@ -25,7 +25,7 @@ inline constexpr unsigned kPackageKinds = 6;
 struct ExportedPackage {
     CLSID classId = CLSID{};  // The class to create: the manager's, or a stand-alone package's own.
     PackageKind kind = PackageKind::PropertyPackage11FromManager;
-    std::wstring sourceName;    // The package's name inside its manager; unused for a stand-alone package.
+    std::wstring sourceName;    // The package's name inside its manager, or the path of a recording; otherwise unused.
     std::wstring exportedName;  // What the simulator sees; compared without regard to case.
     bool loggingEnabled = false;
 

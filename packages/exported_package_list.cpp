@@ -68,7 +68,7 @@ Outcome ExportedPackageList::Load()
 
 void ExportedPackageList::RequireLoaded()
 {
-    // Loading may show a message box, which lets calls in. They get the list as it is then.
+    // Loading may show a message box, which lets calls in. They use the list in its state at that time.
     if (const auto load = std::exchange(later, nullptr)) load();
 }
 
@@ -102,7 +102,7 @@ Outcome ExportedPackageList::Save() const
         const ExportedPackage& package = *entries[index].package;
         const LSTATUS result = WritePackage(key, index, package);
         if (result == ERROR_SUCCESS) continue;
-        // A single lost package is named.
+        // If only one package is lost, the message names it.
         lost = error == ERROR_SUCCESS ? L"the package \"" + package.exportedName + L'"' : L"the list of packages";
         error = result;
     }

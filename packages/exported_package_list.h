@@ -79,7 +79,7 @@ private:
 
 // The list of the process, loaded or not.
 ExportedPackageList& ExportedPackages();
-// The same for code that serves it: loaded, if loading was postponed until now.
+// The same for code that serves the packages; loads the list first if loading was postponed.
 ExportedPackageList& ServedPackages();
 
 inline Outcome LoadPackages() { return ExportedPackages().Load(); }

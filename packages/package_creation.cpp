@@ -40,7 +40,7 @@ ForeignPtr<I> CreateComponent(REFCLSID clsid, REFIID iid, const wchar_t* failure
     return ForeignPtr<I>(static_cast<I*>(created));
 }
 
-// A foreign manager that is initialized for as long as it lives.
+// A foreign manager, initialized as long as this object lives.
 struct OpenManager {
     OpenManager(const PackageFamily& family, REFCLSID classId)
         : manager(CreateComponent<IUnknown>(classId, family.foreignInterface, family.createManagerFailure)),

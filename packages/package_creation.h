@@ -16,8 +16,8 @@ namespace zelt {
 // A package itself, without a proxy, and what may have to live as long as it does.
 struct BarePackage {
     ForeignPtr<IDispatch> package;
-    std::shared_ptr<void> manager;    // null for a package that is a component of its own
-    std::shared_ptr<void> recording;  // that answers for the package
+    std::shared_ptr<void> manager;    // null for a stand-alone package
+    std::shared_ptr<void> recording;  // answers for the package; null for a real package
 };
 
 // Makes a package and gives it its exported name. Throws PackageFailure.

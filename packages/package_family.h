@@ -13,7 +13,7 @@ struct PackageFamily {
     const wchar_t* type;         // "PP 1.1", where packages are listed
     const char* logDescription;  // the object type in the log of a package
 
-    // Our own manager: its class, what its identification returns, as registered, and where its errors come from.
+    // Our own manager: its class; the name and description that it returns, as registered; where its errors come from.
     const CLSID& managerClass;
     const wchar_t* name;
     const wchar_t* description;

@@ -1,5 +1,5 @@
-// The six kinds of packages, one row each: packages of three families, in each family either inside a manager component or as a
-// component of their own.
+// The six kinds of packages, one row each: packages of three families, in each family either inside a manager component or
+// stand-alone.
 #pragma once
 
 #include <span>

@@ -9,13 +9,13 @@
 namespace zelt {
 namespace {
 
-// An edit only reads and writes a few registry values.
+// Milliseconds. An edit needs far less: it only reads and writes a few registry values.
 constexpr DWORD kPatience = 5000;
 
 std::wstring SignOf(const Edition& edition) { return edition.name + std::wstring(L" holds the package list of "); }
 std::wstring EditOf(const Edition& edition) { return edition.name + std::wstring(L" package list edit of "); }
 
-// Made in addition to the sign above, for which other versions look.
+// Made in addition to the other sign, because that is the one that other versions look for.
 std::wstring SignOf(const Edition& edition, Rights rights)
 {
     const wchar_t* whose = rights == Rights::Administrator ? L"administrator's " : L"plain ";
@@ -60,7 +60,7 @@ bool Exists(const std::wstring& signName)
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
-// A mutex whose owner has died counts as owned, too: that process writes nothing more.
+// Waits for the mutex and takes it. The mutex of a process that has died can be taken, too: that process writes nothing more.
 bool Own(HANDLE mutex)
 {
     const DWORD answer = mutex ? WaitForSingleObject(mutex, kPatience) : WAIT_FAILED;

@@ -10,8 +10,8 @@
 
 namespace zelt {
 
-// With which rights a process of the user runs. COM starts a server with the rights of the simulator, so servers with both can
-// run at the same time.
+// The rights that a process of the user runs with. COM starts a server with the rights of the simulator, so servers with both
+// can run at the same time.
 enum class Rights { Plain, Administrator };
 
 Rights RightsOfThisProcess();

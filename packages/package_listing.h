@@ -13,7 +13,7 @@ namespace zelt {
 
 using ListingFailure = std::function<void(const std::wstring& text)>;
 
-// Nothing when the list is not available. A manager that fails to initialize is asked all the same.
+// Nothing when the list is not available. A manager that fails to initialize is still asked.
 std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID manager, const ListingFailure& failed);
 
 }  // namespace zelt

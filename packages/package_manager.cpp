@@ -136,7 +136,7 @@ HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const
             ShowFailure(saved);
         }
     }
-    // Raised again: calls that came in meanwhile may have raised errors of their own.
+    // Raised again: calls that the box let in may have raised other errors.
     return Raise(code, description);
 }
 

@@ -15,7 +15,7 @@ ExportedPackage ExportOfRecording(const std::wstring& path)
     if (!kind) throw std::runtime_error("The recording \"" + Narrow(path, CP_UTF8) + "\" is not of a package");
     ExportedPackage package;
     package.classId = kRecordedPackageClass;
-    // The kind of the same family that comes from no manager.
+    // The stand-alone kind of the same family.
     package.kind = static_cast<PackageKind>(static_cast<unsigned>(kind->kind) | 1);
     package.sourceName = path;
     package.exportedName = Widen(recorded.Component().exportedName, CP_UTF8);

@@ -1,5 +1,5 @@
 // CReactionObject: the proxy of a reaction object, which a simulator or unit operation hands to a reaction package. A material
-// that is set on it comes from the object's own side, so materials pass through as they are.
+// that is set on it comes from the object's own side, so materials are not wrapped.
 #pragma once
 
 #include <cape-open-thermo-context.h>

@@ -31,7 +31,7 @@ struct KeptCall {
     ResultRecord result;
     std::optional<KeptComponent> component;  // one that was made within the call
 
-    // Holds the texts of all this.
+    // Holds the texts that the call, its arguments and its result refer to.
     std::deque<std::string> texts;
 };
 
@@ -55,7 +55,7 @@ public:
 
     // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack allows.
     std::unique_ptr<KeptCall> Next();
-    // What was recorded so far: the component that was made outside of calls, and the answers to all queries.
+    // What has been read: the component that was made outside of calls, and the answers to all queries.
     const std::optional<KeptComponent>& Component() const { return component; }
     const KeptQueries& Queries() const { return queries; }
     // Whether the last record of a complete recording has been read.

@@ -8,9 +8,9 @@
 
 namespace zelt::recording {
 
-// The first difference, for a reader: "0.25 instead of 0.75", "[3]: 1 instead of 2"; nothing when there is none. Real numbers may
-// differ by `tolerance` relative to the larger; 0 compares bits. Of interface pointers, only whether they are null counts: an
-// address belongs to one process. The features of arrays, such as whose memory they use, are not compared.
+// The first difference, as a text: "0.25 instead of 0.75", "[3]: 1 instead of 2"; nothing when there is none. Real numbers may
+// differ by `tolerance` relative to the larger; 0 compares bits. Interface pointers differ only if one of them is null, because
+// an address belongs to one process. The features of arrays, such as whose memory they use, are not compared.
 std::optional<std::string> Difference(const Value& recorded, const Value& actual, double tolerance);
 
 // A value in a few words: "0.25", "\"Benzene\"", "object", "[1 2 3 4 ... of 10]".

@@ -38,7 +38,7 @@ struct Bound {
 
 struct ArrayValue {
     std::uint32_t features = 0, elementSize = 0;
-    std::optional<std::uint16_t> elementType;  // the one that the array stores itself
+    std::optional<std::uint16_t> elementType;  // if the array itself stores it
     std::vector<Bound> bounds;                 // none: a null array
     std::string_view numbers;
     std::vector<Value> elements;
@@ -59,7 +59,7 @@ struct CallRecord {
 
 // Objects are numbered from 1, in the order of these records.
 struct ObjectRecord {
-    std::uint64_t pointer = 0;  // 0: made later
+    std::uint64_t pointer = 0;  // 0 for an object that is made later
     std::uint64_t proxy = 0;    // of the proxy that takes its place
 };
 

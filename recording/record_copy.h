@@ -1,4 +1,4 @@
-// Copies the records of a recording, all or some, into another recording, which has tables of its own. Times become nanoseconds.
+// Copies the records of a recording, all or some, into another recording, which gets its own tables. Times become nanoseconds.
 #pragma once
 
 #include <cstdint>

@@ -23,7 +23,7 @@ struct Tables {
 
 std::string_view View(data_view bytes) { return {bytes.data(), bytes.size()}; }
 
-// A field with its wire type, as it stands in a message. A field of another wire type is not one of ours, and is skipped.
+// The tag of a field: its number and its wire type. A field of another wire type is not one of ours, and is skipped.
 template <class Tag>
 constexpr std::uint32_t Field(Tag tag, protozero::pbf_wire_type type)
 {
@@ -325,14 +325,14 @@ const Record* RecordReader::Next()
             const std::size_t head = length - recordLength;
             if (Decode(std::string_view(buffer).substr(begin + head, recordLength))) return &record;
         } catch (const std::exception&) {
-            // Fields that do not fit their types, rows that no table has, memory that a damaged length asks for.
+            // Thrown for fields that do not fit their types, rows that no table has, memory that a damaged length asks for.
             end = ReadEnd::Damaged;
         }
     }
     return nullptr;
 }
 
-// Sets `length` to the length of the record with its own length before it, and recordLength to that of the record alone.
+// Sets recordLength to the length of the record, and `length` to the same plus the bytes of the length that precedes it.
 bool RecordReader::Load(std::size_t& length)
 {
     std::uint64_t size = 0;
@@ -362,7 +362,8 @@ bool RecordReader::Load(std::size_t& length)
     return false;
 }
 
-// Whether the buffer has `count` unread bytes. Reads in portions, so that a damaged length costs no memory by itself.
+// Makes sure that the buffer has `count` unread bytes; false if the file ends before. Reads in portions, so that memory is used
+// only for bytes that exist, even if a length is damaged.
 bool RecordReader::Fill(std::size_t count)
 {
     constexpr std::size_t kPortion = 64 << 10;

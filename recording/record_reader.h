@@ -27,7 +27,7 @@ public:
 
     explicit RecordReader(Input input) : input(std::move(input)) {}
 
-    // The next record; null at the end, whatever the reason for it.
+    // The next record; null at the end, and End then says why it ended.
     const Record* Next();
     ReadEnd End() const { return end; }
     // Where the latest record begins, in bytes from the beginning of the file.
@@ -48,7 +48,7 @@ private:
     std::string buffer;
     std::size_t begin = 0;  // of the unread bytes in the buffer
     std::uint64_t offset = 0, nextOffset = 0;
-    std::size_t recordLength = 0;  // of the latest record, without its own length before it
+    std::size_t recordLength = 0;  // of the latest record, without the length that precedes it
     ReadEnd end = ReadEnd::None;
     bool isAtEndOfFile = false;
     std::deque<std::string> texts;

@@ -120,7 +120,7 @@ void RecordWriter::Settle(std::size_t depth)
         }
         whole = latest.begin;
         lastTime = latest.lastTime;
-        // What its call would have said of the object comes again with the next one.
+        // The removed record may have named the object, so the object's next call names it again.
         if (latest.number != 0) objectNames[latest.number - 1] = kNoRow;
         latest = {};
         open.pop_back();
@@ -226,8 +226,8 @@ void RecordWriter::AppendBytes(RecordTag tag, std::string_view bytes)
     AppendRecord(head, bytes);
 }
 
-// Grows before it appends, so that no part of a record is left when memory is short. A fault may have removed the stack frame of a
-// record that was being appended: what is left of that one goes first.
+// Reserves memory before it appends, so that no part of a record is left when memory is short. A fault may have interrupted an
+// earlier call; the part of a record that it left is removed first.
 void RecordWriter::AppendRecord(std::string_view head, std::string_view rest)
 {
     constexpr std::size_t kLongestLength = 10;

@@ -1,5 +1,5 @@
-// Puts the records of recording.proto together. Records gather until Flush, which hands all of them over at once, so that what
-// arrives in a file is whole. If handing over fails, the recording ends there: a reader could not follow what comes after. Not
+// Builds the records of recording.proto, and collects them until Flush, which hands all of them over at once, so that a file
+// gets only whole records. If handing over fails, the recording ends there: a reader could not follow what comes after. Not
 // thread safe.
 #pragma once
 
@@ -97,7 +97,7 @@ public:
         ArrayFields array(fields, ValueTag::Nested);
         body(array);
     }
-    // An element of an array, as a VARIANT of its own.
+    // An element of an array, written as a VARIANT.
     template <class Body>
     void Element(ArrayFields& array, std::uint16_t type, Body&& body)
     {
@@ -134,8 +134,9 @@ public:
     // `stream` is what the call read from its stream, or wrote to it.
     void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
                  std::optional<std::string_view> stream = {});
-    // Takes back a call that was begun, but whose caller did not come to count it, because a fault removed its stack frame;
-    // `depth` is the number of calls in progress. If the call was handed over already, it ends.
+    // Removes each call that was begun but is not among the `depth` calls in progress, because a fault removed its caller's
+    // stack frame before the caller could count it. A call that has been handed over, or that records follow, gets a result
+    // instead.
     void Settle(std::size_t depth);
     void Say(const SentenceParts& sentence);
     // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
@@ -151,15 +152,15 @@ public:
     }
     void End();
 
-    // Hands over what has gathered.
+    // Hands over the collected records.
     void Flush();
-    // Whether everything could be handed over so far.
+    // False once something could not be handed over.
     bool IsWhole() const { return isWhole; }
 
 private:
     friend class ValueWriter;
 
-    // Texts up to this length get a row when they first come. The table does not grow for ever.
+    // Texts up to this length get a row when they first occur. The table does not grow for ever.
     static constexpr std::size_t kLongestRow = 255;
     static constexpr std::size_t kMostRows = 100'000;
     static constexpr std::uint32_t kNoRow = UINT32_MAX;
@@ -189,7 +190,7 @@ private:
         std::uint32_t number = 0;
         std::uint64_t lastTime = 0;
     } latest;
-    // How many of each are in the file. The tables below lack those that memory did not suffice for.
+    // How many of each are in the file. The tables below lack those for which there was not enough memory.
     std::uint32_t textRows = 0, pointerRows = 0, objects = 0;
     std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> texts;
     std::unordered_map<std::uint64_t, std::uint32_t> pointers;

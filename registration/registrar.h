@@ -46,11 +46,11 @@ private:
     Microsoft::WRL::ComPtr<IRegistrar> registrar;
 };
 
-// The replacements that the scripts here use: MODULE is the program's path in double quotes, APPID the edition's. The registrar
-// ignores the case of letters in their names.
+// The replacements that the scripts here use: MODULE is the program's path in double quotes, APPID the edition's application
+// identifier, EXEVERSION the program's version. The registrar ignores the case of letters in these names.
 ScriptReplacements ReplacementsFor(const Edition& edition, const std::wstring& modulePath, const std::wstring& version);
 
-// The path in the double quotes that keep a path with blanks from being cut at a blank, or from starting another program.
+// The path in double quotes. Without them, a path with blanks would be cut at a blank, or could start another program.
 std::wstring Quoted(const std::wstring& path);
 
 }  // namespace zelt

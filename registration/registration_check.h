@@ -31,7 +31,7 @@ struct RegistrationFault {
 };
 
 // Where the registry differs from what a script of the edition writes: classes in every view, and what the views share in the view
-// of this process. `modulePath` is the edition's program, `version` the program's own. Throws com::Failure.
+// of this process. `modulePath` is the edition's program, `version` its version. Throws com::Failure.
 std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script,
                                                       const std::wstring& modulePath, const std::string& version,
                                                       const EntryLookup& lookUp);

@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// The names between two per cent signs, and their texts.
+// What stands between two per cent signs in a script, and the text that replaces it.
 using ScriptReplacements = std::map<std::wstring, std::wstring, std::less<>>;
 
 struct ScriptEntry {

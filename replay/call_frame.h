@@ -23,7 +23,7 @@ public:
 
     const void* Words() const { return words.data(); }
 
-    // After a success: `take(recorded, actual)` for each output that was recorded. Objects that came back become known.
+    // After a success, calls `take(recorded, actual)` for each output that was recorded. Objects that came back become known.
     void Outputs(
         const std::function<void(const recording::ArgumentRecord& recorded, const recording::Value& actual)>& take);
 

@@ -11,7 +11,7 @@ using recording::KeptCall;
 
 namespace {
 
-// The place of a value that an argument is or leads to; null when there is none.
+// The place of the value that an argument is or points to; null for a null pointer.
 const void* PlaceOf(const DualParameter& parameter, const void* words)
 {
     const void* place = parameter.Argument(words);

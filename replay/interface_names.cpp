@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kSeparator = "::";
 
-// What the log calls the interface of the 1.0 standard that shares its only method with one of the 1.1 standard.
+// The name that logs give to an interface of the 1.0 standard, after the 1.1 interface that also has its only method.
 struct Alias {
     std::string_view logged, described;
 };

@@ -1,5 +1,5 @@
-// The objects of the side that is not played, by the recorded pointers that they replace. A recording may use an address
-// again: of two pointers of one object, the one that was passed last counts.
+// The objects of the side that is not played, by the recorded pointers that they replace. A recording may use an address again:
+// if the pointers of an object and of its proxy lead to different objects here, the one that was learnt last counts.
 #pragma once
 
 #include <cstdint>

@@ -13,8 +13,8 @@ namespace zelt::replay {
 // Gives the objects for recorded pointers that one side passes to the other.
 class Objects {
 public:
-    // The stand-in for an object of the side that is played, whose recorded interface pointer was `address` (not null): its
-    // interface `iid`, which it offers from now on if it can. The caller owns the reference.
+    // The interface `iid` of the stand-in for an object of the side that is played; `address`, not null, is the object's
+    // recorded interface pointer. The stand-in offers the interface from now on, if it can. The caller owns the reference.
     virtual ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) = 0;
     // An object of the other side has come in the place of a recorded pointer.
     virtual void Learn(std::uint64_t address, IUnknown* object) = 0;

@@ -1,4 +1,4 @@
-// Calls of a component's persistence: its interfaces are not dual, so no type information describes them.
+// Calls through a component's persistence interfaces, which are not dual, so that no type information describes them.
 #pragma once
 
 #include <windows.h>

@@ -36,7 +36,7 @@ bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
     return true;
 }
 
-// Whether `other` made the first `count` calls of `one`, with the same outcomes, and then asks the same.
+// Whether `other` made the same first `count` calls as `one`, with the same outcomes, and the same call after them.
 bool BeginsAlike(const KeptCall& one, const KeptCall& other, std::size_t count)
 {
     if (other.nested.size() <= count) return false;
@@ -124,7 +124,7 @@ ForeignPtr<IUnknown> RecordedPackage::StandIn(std::uint64_t address, REFIID iid)
 
 bool RecordedPackage::Grants(const replay::StandIn& object, REFIID iid)
 {
-    // Whoever wraps the object asks for its name; recordings do not show that.
+    // A proxy around the object asks for its name, which recordings do not show.
     if (IsEqualIID(iid, __uuidof(ICapeIdentification))) return true;
     return queries.Answer(object.Address(), {reinterpret_cast<const char*>(&iid), sizeof iid}).value_or(false);
 }

@@ -30,7 +30,7 @@ bool ClearsDirty(const KeptCall& call)
     });
 }
 
-// Whether the method has no outputs, so that a recorded call can answer one with other inputs.
+// Whether the method has no outputs, so that a recorded call can answer a call with other inputs.
 bool OnlyTells(const com::DualMethod& method)
 {
     return std::none_of(method.parameters.begin(), method.parameters.end(),

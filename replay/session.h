@@ -1,5 +1,6 @@
-// Plays a recording to a component: the session plays the simulator. It makes the recorded calls again, one after the other, lets
-// stand-ins answer for the simulator's objects as those did then, and compares what the component says with what was recorded.
+// Plays a recording to a component: the session plays the simulator. It makes the recorded calls again, one after the other,
+// lets stand-ins give the recorded answers of the simulator's objects, and compares what the component does with what was
+// recorded.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +22,7 @@
 
 namespace zelt::replay {
 
-// A difference between then and now.
+// A difference from the recording.
 struct Finding {
     const recording::KeptCall& call;  // the recorded call in which it showed
     std::string text;
@@ -30,7 +31,7 @@ struct Finding {
 class Session final : Objects, Answers {
 public:
     using Report = std::function<void(const Finding&)>;
-    // Makes the component that a recording is of. May throw.
+    // Makes the component to which the recording is played. May throw.
     using Make = std::function<ForeignPtr<IUnknown>(const recording::KeptComponent&)>;
 
     // `tolerance` is for real numbers, relative; 0 compares bits. `queries` grow while the recording is read.
@@ -96,7 +97,7 @@ private:
     const Make make;
     const Report report;
     InterfaceNames names;
-    KnownObjects real;  // the component's
+    KnownObjects real;  // the component's objects
     std::map<std::uint64_t, Microsoft::WRL::ComPtr<replay::StandIn>> standIns;
     Active* active = nullptr;
     std::uint64_t performed = 0, answered = 0, tooEarly = 0;

@@ -80,7 +80,7 @@ IDispatch* StandIn::ScriptInterface()
             for (const IID& iid : com::ModuleInterfaces()) {
                 if (AddPart(iid, false)) return;
             }
-            // No interface of it was recorded as granted, and yet it was passed as an object that scripts can use.
+            // The recording does not show that the object granted an interface, but it was passed as one that scripts can use.
             static_cast<void>(AddPart(__uuidof(ICapeIdentification), true));
         });
     }

@@ -1,5 +1,5 @@
-// An object that answers as another did: it implements the dual interfaces that the other granted, from type information, and
-// passes each call to whoever knows the answers.
+// An object that takes the place of a recorded one: it implements the dual interfaces that the recorded object granted, as type
+// information describes them, and passes each call to Answers.
 #pragma once
 
 #include <windows.h>
@@ -52,7 +52,7 @@ private:
     class Part;
 
     ~StandIn() override;
-    // Whether it has a part for the interface now.
+    // Adds a part for the interface, if possible. Returns whether there is one now.
     bool AddPart(REFIID iid, bool isGranted);
 
     const std::uint64_t address;

@@ -114,7 +114,7 @@ void GivePointer(const DualParameter& parameter, const Value& value, Objects& ob
 
 void GiveVariant(const Value& value, Objects& objects, void* place)
 {
-    // Objects in it are handed over as scripts know them; the copy holds references of its own.
+    // Objects in the VARIANT are handed over as IDispatch, as scripts use them; the copy holds its own references.
     std::vector<ForeignPtr<IUnknown>> held;
     const RecordedVariant recorded(value, [&](std::uint64_t address) -> void* {
         held.push_back(objects.StandIn(address, IID_IDispatch));
@@ -124,8 +124,8 @@ void GiveVariant(const Value& value, Objects& objects, void* place)
     auto* const variant = static_cast<VARIANT*>(place);
     VariantInit(variant);
     VARIANT source = recorded.Get();
-    // A copy of a VARIANT that points to its value would point into `recorded`, which does not live as long: the value itself
-    // takes its place.
+    // A copy of a VARIANT that points to its value would point into `recorded`, which does not live as long, so the copy
+    // contains the value itself.
     const HRESULT copied = source.vt & VT_BYREF ? VariantCopyInd(variant, &source) : VariantCopy(variant, &source);
     if (FAILED(copied)) throw Unplayable("a recorded VARIANT cannot be made again");
 }

@@ -1,4 +1,4 @@
-// Moves values between a recording and the memory that an argument leads to.
+// Moves values between a recording and the memory that an argument points to.
 #pragma once
 
 #include <deque>
@@ -12,7 +12,7 @@
 
 namespace zelt::replay {
 
-// What cannot be played, with the reason.
+// Something cannot be played; the text is the reason.
 struct Unplayable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -29,7 +29,7 @@ recording::Value Capture(const com::DualParameter& parameter, const void* place,
 // Unplayable for a value of another type.
 void Give(const com::DualParameter& parameter, const recording::Value& value, Objects& objects, void* place);
 
-// Frees what Give has put there, or what a callee has put there.
+// Frees what Give or a callee has put there.
 void Free(const com::DualParameter& parameter, void* place) noexcept;
 
 // Makes the objects at `place` (an interface pointer, or those in a VARIANT) known by the recorded pointers that they stand for.

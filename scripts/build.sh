@@ -32,7 +32,7 @@ BuildPreset()
 {
     local preset=$1
     shift
-    # A preset's settings reach a build that exists only if it is configured again.
+    # An existing build must be configured again to get changed settings of its preset.
     if [ ! -f "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ]; then
         Step "configure-$preset" "Configuring for $preset" cmake --preset "$preset"
     fi

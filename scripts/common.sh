@@ -122,7 +122,7 @@ AtExit EndSteps
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 
-# For commands of which only one may run at a time in one tree: they share the build folder.
+# Ends the script if another ./dev runs in this tree: commands that call this share the build folder.
 LockTree()
 {
     mkdir -p build

@@ -212,7 +212,7 @@ ExportPackages()
         Wine reg query "HKCR\\$sample\\CLSID" /ve >"$demoFolder/class.txt"
         class=$(grep -o '{[0-9A-Fa-f-]*}' "$demoFolder/class.txt") || { echo "$sample is not registered."; return 1; }
         number=$((number + 1))
-        # The class, its kind, the package's name there, exported name, logging.
+        # The class, the kind, the package's name in its manager, its exported name, logging.
         Wine reg add "$key" /f /v "Package$number" /t REG_MULTI_SZ /s '|' /d "$class|$kind|$package|$package|true"
     done
     Wine reg add "$key" /f /v NumPackages /t REG_DWORD /d "$number"
@@ -221,8 +221,8 @@ ExportPackages()
     Wine reg add "$settings" /f /v RecordCalls /t REG_DWORD /d 1
 }
 
-# Stores the choice that the main window's menu offers: the class identifier as 16 bytes, its first three numbers in little-endian
-# order.
+# Stores the unit operation's class as the main window's menu does: 16 bytes, the first three numbers of the identifier in
+# little-endian order.
 ChooseUnit()
 {
     local class bytes
@@ -258,8 +258,8 @@ CompareResults()
     done
 }
 
-# Shows the logs in the order of the runs, each run's 64-bit one before the 32-bit one: the first in full, of the others only the
-# top. Each of the flowsheet's two runs has two logs, the package's and the unit operation's.
+# Shows the logs in the order of the runs, each 64-bit simulator's before the 32-bit one's: the first in full, then only the
+# beginnings of the others. Each of the flowsheet's two runs has two logs, the package's and the unit operation's.
 ShowLogs()
 {
     local logs log lines top=40 expected=$((2 * (${#demoRuns[@]} + ${#demoRuns64[@]}) + 4))

@@ -1,6 +1,6 @@
 # The sources of the libraries that the build compiles itself, with the project's own compilers, from Debian's source packages with
 # Debian's patches. Sourced by ./dev.
-# apt uses a separate cache and lists below build/, so that the machine's configuration stays as it is and no root rights are
+# apt uses a separate cache and lists below build/, so that the machine's configuration does not change and no root rights are
 # needed. Once the sources are there, no network is needed either.
 
 libxml2Version=2.9.14
@@ -29,7 +29,7 @@ UnpackLibrary()
     local work=$root/build/sources/work target=$root/build/sources/$1
     rm -rf "$work" "$target"
     mkdir -p "$work/lists/partial" "$work/cache/archives/partial"
-    # The machine's own package sources, with sources requested instead of programs.
+    # The machine's own package archives, asked for source packages instead of binary ones.
     local file
     mkdir -p "$work/sources.list.d"
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do

@@ -68,7 +68,7 @@ StageFiles()
     StageText /usr/share/doc/libz-mingw-w64-dev/copyright "$1/licences/zlib.txt"
     StageText /usr/share/doc/mingw-w64-i686-dev/copyright "$1/licences/mingw-w64.txt"
     StageText /usr/share/doc/g++-mingw-w64-i686-posix/copyright "$1/licences/gcc.txt"
-    # Sign before the bill of materials is made: it lists the files with their signatures.
+    # Sign before the bill of materials is made: its checksums are those of the signed files.
     Sign "$1"/{ZELT,ZELT64}.EXE "$1"/zeltctl{,64}.exe
     # If the guide has no pictures yet, their folder would be empty.
     find "$1" -type d -empty -delete

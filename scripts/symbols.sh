@@ -24,7 +24,7 @@ Symbols()
     base=$("$tools-objdump" -p "$file" | sed -n 's/^ImageBase[[:space:]]*//p')
     for offset; do
         [[ $offset =~ ^(0[xX])?[0-9a-fA-F]+$ ]] || Fail "\"$offset\" is not a hexadecimal number."
-        # On 32-bit Windows, the tool takes away the underscore without which it does not know a name.
+        # For a 32-bit program, addr2line drops the first underscore of a mangled name, and c++filt needs it.
         "$tools-addr2line" -e "$file" -f -i -p -a "$(printf '0x%x' $((16#$base + 16#${offset#0[xX]})))" |
             sed -E 's/(: |\(inlined by\) )Z/\1_Z/; s# at (\./build/[^/]*/)?\./# at #' | "$tools-c++filt" -n
     done

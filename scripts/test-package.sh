@@ -1,5 +1,5 @@
-# The test of the setup program and of the portable zip, silent, in a Wine prefix of its own. It compares the files and the
-# registry before and after with what each step should change. Sourced by ./dev.
+# The test of the setup program and of the portable zip, silent, in its own Wine prefix. It compares the files and the registry
+# before and after each step with what the step should change. Sourced by ./dev.
 
 programsFolder='C:\Program Files (x86)\ZELT'
 uninstallKey='Software\Microsoft\Windows\CurrentVersion\Uninstall\ZELT'

@@ -1,8 +1,9 @@
 # Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
 
-# step | Wine prefix | build | which of its tests. Runs of one step go on at the same time. Tests labelled "together" share nothing of
-# the system and run two at a time. The others need the registry, the server and the windows of a prefix for themselves, so each
-# of their runs has a prefix of its own. "rest" and "wide" have what no other run has, so that no test is left out.
+# step | Wine prefix | build | which of its tests. All runs of the step "alone" take place at the same time. Tests labelled
+# "together" share nothing of the system and run two at a time. The others need the registry, the server and the windows of a
+# prefix for themselves, so each of their runs has its own prefix. "rest" and "wide" run the tests that no other run has, so that
+# no test is left out.
 testRuns=(
     'together | test     | i686      | -L together --parallel 2'
     'alone    | windows  | i686      | -L windows'
@@ -70,7 +71,7 @@ RunTests()
     local step=$1 prefix=$2 build=$3 choice=$4 log=$logFolder/tests-$1-$2-$3 options
     read -r -a options <<<"$choice"
     Say "Tests, $build ($choice)"
-    # Runs that go on at the same time mix their lines, so each line begins with the prefix. The pipe is ctest's own: no test
+    # Simultaneous runs mix their lines, so each line begins with the name of its run's prefix. The pipe is ctest's own: no test
     # inherits it.
     ctest --test-dir "build/$build" "${options[@]}" --output-on-failure --no-tests=error --timeout 300 \
         --output-junit "$log.xml" --output-log "$log.log" 8>&- | sed -u "s/^/$prefix: /"
@@ -104,7 +105,7 @@ Summarise()
     local line="$((total - failures - skipped)) passed, $failures failed"
     [ "$skipped" -eq 0 ] || line+=", $skipped skipped"
     if [ "$1" -ne 0 ] || [ "$failures" -ne 0 ]; then
-        # Repeated here: above, they stand among a thousand that passed.
+        # Repeats the failed tests, which are printed above among a thousand that passed.
         perl scripts/failed-tests.pl "${testReports[@]}"
         Fail "$line"
     fi

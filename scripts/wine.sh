@@ -32,8 +32,8 @@ UsePrefix()
     coproc resident { exec wine cmd /q >/dev/null 2>&1 8>&-; }
 }
 
-# InOwnPrefix <prefix> <command...>: runs a function of these scripts in the background, in a fresh prefix and on a display of its
-# own. Returns as soon as the prefix is there, so that the first can make the template for all.
+# InOwnPrefix <prefix> <command...>: runs a function of these scripts in the background, in a fresh prefix and on its own display.
+# Returns as soon as the prefix is there, so that the first call can make the template for all.
 InOwnPrefix()
 {
     local ready=$wineFolder/$1.ready
@@ -102,7 +102,7 @@ ServerProcess()
 }
 
 # WatchServer, and then ServerLives <what was done>: the second is false, and prints a line that names the server, if that server
-# no longer runs. Programs whose server dies fail without a reason of their own, and others start a new server.
+# no longer runs. Programs whose server dies fail without giving a reason, and later programs start a new server.
 WatchServer() { watchedServer=$(ServerProcess); }
 ServerLives()
 {

@@ -13,7 +13,7 @@ namespace zelt {
 class LogNotification {
 public:
     LogNotification() = default;
-    // Removes the icon, which otherwise goes some time after the last notification, or on a click.
+    // Removes the icon, which otherwise disappears some time after the last notification, or on a click.
     ~LogNotification();
     LogNotification(const LogNotification&) = delete;
     LogNotification& operator=(const LogNotification&) = delete;

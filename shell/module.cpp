@@ -31,7 +31,7 @@ bool IsDialog(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == reinte
 
 void AddReference() { CoAddRefServerProcess(); }
 
-// A viewer's thread may still be closing its window when the module is gone; there is nothing left to signal then.
+// A viewer's thread may still be closing its window when the module is gone. Then there is nothing left to signal.
 void ReleaseReference()
 {
     if (instance) instance->Unlock();

@@ -4,7 +4,7 @@
 
 namespace zelt {
 
-// Shows a message box on a thread of its own, because a simulator may be waiting for this process. The box ends with the process.
+// Shows a message box on a new thread, because a simulator may be waiting for this process. The box ends with the process.
 void WarnOfOtherRights();
 
 }  // namespace zelt

@@ -9,7 +9,7 @@ namespace zelt {
 struct UserInterface {
     // Shows the list of exported packages. Call on the main thread, before its message loop runs.
     void (*showMainWindow)();
-    // Shows a log file on a thread of its own.
+    // Shows a log file; each has its own thread.
     void (*showLogViewer)(const std::wstring& path);
 };
 

@@ -59,7 +59,7 @@ std::wstring PathOfAddress(const std::wstring& address)
 std::wstring AssemblyOf(int width, const RegistryRoot& root, const std::wstring& serverPath, const RegistryKey& server)
 {
     std::wstring location = TextOf(width, server, L"CodeBase");
-    // Each version of an assembly has a key of its own.
+    // Each version of an assembly has its own key.
     for (const std::wstring& version : server.SubkeyNames()) {
         RegistryKey key;
         if (location.empty() && key.Open(root, serverPath + L'\\' + version) == ERROR_SUCCESS) {

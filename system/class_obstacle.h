@@ -1,4 +1,4 @@
-// Why a process of one width cannot use a registered class: it may be there for the other width only. Reads the
+// Why a process of one width cannot use a registered class: for example, because its library is for the other width. Reads the
 // registry and the headers of the class's library; creates nothing.
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace zelt {
 
 // `own` and `other` say where the class is registered in the view of that width and in the view of the other; null where it is
-// not. `path` is the path of its key below them. Returns an empty text when nothing is known against the class. A class that has
-// a program of its own, or a surrogate, serves both widths.
+// not. `path` is the path of its key below them. Returns an empty text when nothing is known against the class. A class that
+// runs in its own program or in a surrogate serves both widths.
 std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);
 
 // Whether `library` is the loader of .NET, which is registered as the library of each .NET class.

@@ -30,8 +30,8 @@ struct ComponentSearch {
 };
 
 // Where the classes that a process can use are registered. On 64-bit Windows these are the classes in the view of its own width,
-// and those that only the other view has, if they run in a program of their own and not in a DLL of the other width. The user's
-// own classes are searched too, because HKEY_CLASSES_ROOT does not always show them.
+// and those that only the other view has, if they run in their own program and not in a DLL of the other width. The user's own
+// classes are searched too, because HKEY_CLASSES_ROOT does not always show them.
 struct ClassSources {
     RegistryRoot own;
     RegistryRoot other;  // without a key when there is one view
@@ -40,16 +40,16 @@ struct ClassSources {
     int width = kThisEdition.width;  // of the process
 };
 
-// What a process of that width finds.
+// The classes that a process of that width finds.
 ClassSources InstalledClasses(int width = kThisEdition.width);
 
 // What the registry says about a class, whatever its categories; nothing if it is not registered, or only for the other width.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {
-    // For each search, the classes found, in the order of the registry; those of the other view follow those of the own one.
+    // For each search, the classes found, in the order of the registry; those of the other view come last.
     std::vector<std::vector<ComponentInfo>> lists;
-    // Fails when the registered classes cannot be read, or memory does not suffice; the lists are then incomplete.
+    // Fails when the registered classes cannot be read, or memory runs out; the lists are then incomplete.
     Outcome outcome;
     // For each search, the classes that are registered for the other width only and cannot be used. Each has an obstacle; classes
     // in `lists` may have one, too.

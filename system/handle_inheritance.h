@@ -20,7 +20,7 @@ struct Pipe {
 
 enum class PipeEnd { Reader, Writer };
 
-// Makes a pipe of which only the child's end is inheritable.
+// Makes a pipe. Only the child's end is inheritable.
 inline Pipe MakePipe(PipeEnd childs)
 {
     HANDLE reader = nullptr, writer = nullptr;

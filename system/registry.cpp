@@ -14,8 +14,8 @@ constexpr std::size_t kLongestValueName = 16'383;
 
 const RegistryFunctions* functions = &kSystemRegistry;
 
-// Asks for the items of a key until none remain. Skips items that cannot be read, but stops at the first such item beyond their
-// count.
+// Asks for the items of a key until none remain. Skips items that cannot be read, but stops at such an item once the number of
+// items is reached.
 template <class Read>
 void ForEachItem(DWORD count, Read&& read)
 {

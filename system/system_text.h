@@ -7,8 +7,8 @@
 
 namespace zelt {
 
-// The message for `code` in the user's language, without its trailing line end; "error code 0x…" when the system has none, "<out
-// of memory>" when memory does not suffice.
+// The message for `code` in the user's language, without its trailing line end; "error code 0x…" when the system has none,
+// "<out of memory>" when memory runs out.
 std::string SystemText(HRESULT code) noexcept;
 
 }  // namespace zelt

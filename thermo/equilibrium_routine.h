@@ -1,5 +1,5 @@
-// ICapeThermoEquilibriumRoutine of a proxy: phase equilibrium. A calculation writes its result to the material, so it counts as a
-// change where the material is read-only (a package proxy never is).
+// ICapeThermoEquilibriumRoutine of a proxy: phase equilibrium. A calculation writes its result to the material, so on a
+// read-only material it is logged as an error (the proxy of a package is never read-only).
 #pragma once
 
 #include "core/logged_interface.h"

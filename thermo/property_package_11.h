@@ -1,5 +1,5 @@
-// CPropertyPackage11: the proxy of a CAPE-OPEN 1.1 property package, and the root of its logged tree. Without a document it
-// only forwards.
+// CPropertyPackage11: the proxy of a CAPE-OPEN 1.1 property package, and the root of its logged tree. Without a document,
+// materials pass without being wrapped.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -35,7 +35,7 @@ HRESULT WrapMaterialObject(const WrapSite& site, Crossing crossing, IUnknown* in
         [&] { return Attach(new CMaterialObject(site.startingVersion), crossing, incoming, through, proxy); });
 }
 
-// In the order of WrapKind. A null entry would let objects of that kind cross as they are.
+// In the order of WrapKind. Objects of a kind with a null entry would not be wrapped.
 constexpr WrapTable kWrappers = {
     WrapMaterialObject,            // MaterialObject
     WrapAs<CMaterialTemplate>,     // MaterialTemplate

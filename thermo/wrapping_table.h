@@ -3,7 +3,7 @@
 
 namespace zelt {
 
-// Installs the table of wrappers. Call it once at start, before the first proxy is made.
+// Installs the table of wrappers and the rows of interface_rows.h. Call it once at start, before the first proxy is made.
 void InstallWrappers();
 
 }  // namespace zelt

@@ -25,7 +25,7 @@ public:
     // Makes room for `bytes`, all zero. False when there is no memory.
     bool Allocate(std::uint32_t bytes);
 
-    // Writing starts at the beginning of the allocated data. `unitChoseSize`: that size is the one that the unit asked for.
+    // Writing starts at the beginning of the allocated data. `unitChoseSize`: whether the unit gave the allocated size.
     void BeginWriting(bool unitChoseSize);
     // Reading starts at the beginning of the allocated data, which the caller has filled.
     void BeginReading();

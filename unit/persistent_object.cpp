@@ -167,7 +167,7 @@ STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirt
     return call.Close(result, owner.ErrorSource());
 }
 
-// The element is closed as after a success whatever the result: to a reader of the log, none of the results is a failure.
+// Whatever the result, the element is closed as after a success: to a reader of the log, none of the results is a failure.
 STDMETHODIMP PersistentObject::Persistence::IsDirty()
 {
     if (!owner.Admits("IPersistStreamInit::IsDirty")) return RPC_E_WRONG_THREAD;

@@ -18,7 +18,7 @@ protected:
     PersistentObject(const ProxyTraits& traits, REFCLSID ownClass);
     ~PersistentObject() override = default;
 
-    // Makes a new wrapped object for InitNew, and lets it initialize itself (InitNewObject). Never called while it is running.
+    // Makes a new wrapped object for InitNew, and lets it initialize itself (InitNewObject). It is never re-entered.
     [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
     // Makes the wrapped object of the class ObjectClass(). A failure has been reported to the user when this returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
@@ -73,10 +73,11 @@ private:
     bool IsTaken(const LoggedCall& call, Sentence error) const;
     // Whether the object is one that Load may replace.
     bool IsReplaceable() const;
-    // Terminates the object, if it is initialized, and lets go of it. What it has handed out, and what it was given, stays with it.
+    // Terminates the object, if it is initialized, and lets go of it. Objects that it has handed out still belong to it, and
+    // what it was given is not passed to its successor.
     void GiveUpObject();
     [[nodiscard]] HRESULT Load(LoggedCall& call, IStream* source);
-    // Loads an object in the place of the one that InitNew has made. If that one was initialized, the new one is, too.
+    // Loads an object that takes the place of the one that InitNew made, and initializes it if the old one was initialized.
     [[nodiscard]] HRESULT LoadAgain(LoggedCall& call, IStream* source);
     [[nodiscard]] HRESULT LoadObject(LoggedCall& call, IStream* memory, bool hasData);
     [[nodiscard]] HRESULT Save(LoggedCall& call, IStream* target, BOOL clearDirty);

@@ -1,7 +1,7 @@
 // CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, and that does no engineering of its own. It
 // makes the unit operation that the user has configured or selects, or that was saved, forwards every call to it and logs it. It
-// is the root of its logged tree, and exists before the unit that it wraps: until InitNew or Load has made that unit, calls are
-// logged and answered as without a wrapped object.
+// is the root of its logged tree, and exists before the unit that it wraps: until InitNew or Load has made that unit, it logs
+// calls and answers them as a proxy without an object does.
 #pragma once
 
 #include "system/edition.h"

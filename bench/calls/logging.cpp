@@ -33,8 +33,8 @@ std::vector<std::string_view> Entries(std::string_view text)
     return entries;
 }
 
-// What a call adds to a recording whose tables already have its texts. It is written in two pieces: before the call enters the
-// object, and at its end.
+// How many bytes a call adds to a recording whose tables already have its texts. They are written in two pieces: before the
+// call enters the object, and when the call ends.
 template <class Call>
 std::size_t RecordedBytesOfACall(Call&& call)
 {

@@ -90,7 +90,7 @@ void BenchMemory(const WrittenLog& small, const WrittenLog& large, const std::st
         std::snprintf(size, sizeof size, ", %.0f MB", small.Megabytes());
         PrintFigure(text + size, less, "MB");
         std::snprintf(size, sizeof size, ", %.0f MB", large.Megabytes());
-        // Allows for a page or two, and one bit per call where results are kept.
+        // Allows a megabyte, which includes the one bit per call of commands that keep results.
         Require(PrintFigure(text + size, more, "MB", less + 1));
     }
 }

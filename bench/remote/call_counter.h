@@ -6,7 +6,8 @@ namespace zelt::bench {
 // Starts counting, for the life of the process.
 void CountRemoteCalls();
 
-// The calls since the last request: TakeRemoteCalls those that this process made, TakeCallsFromOthers those that it received.
+// How many calls there were since the function was called last: TakeRemoteCalls returns those that this process made,
+// TakeCallsFromOthers those that it received.
 long TakeRemoteCalls();
 long TakeCallsFromOthers();
 

@@ -1,6 +1,5 @@
-// Counts the remote calls, in both directions, that a simulator's work with a package in another process takes. The work starts
-// with making the package and ends with releasing it. In between, the package flashes a material and calculates its properties at
-// several temperatures.
+// Counts the remote calls, in both directions, of a simulator's work with a package in another process: the simulator makes the
+// package, lets it flash a material and calculate properties at several temperatures, and releases it.
 #pragma once
 
 #include <cape-open.h>

@@ -70,7 +70,7 @@ double Load(const std::wstring& path)
     return watch.Seconds();
 }
 
-// The windows alone, filled by a short log.
+// The time to open the windows with a short log that fills them.
 double OpenWindows()
 {
     static const WrittenLog nothing = WrittenLog::OfBlanks(60'000);

@@ -42,7 +42,7 @@ double ReadOnce(const std::wstring& path)
     if (file.Open(path)) throw std::runtime_error("the log cannot be opened");
     std::vector<char> buffer(PageIndexer::kPageBytes);
     for (int count; (count = _read(file.Descriptor(), buffer.data(), static_cast<unsigned>(buffer.size()))) > 0;) {
-        if (std::memchr(buffer.data(), '\0', static_cast<std::size_t>(count))) throw std::runtime_error("no log");
+        if (std::memchr(buffer.data(), '\0', static_cast<std::size_t>(count))) throw std::runtime_error("not a log");
     }
     return watch.Seconds();
 }
@@ -79,7 +79,7 @@ struct Times {
     double answer = 0, complete = 0;
 };
 
-// From the opening until the window is shown and answers, and until the log is read.
+// The times from opening the viewer until its window is shown and answers, and until the log is read.
 Times Open(const std::wstring& path)
 {
     const std::wstring caption = L"Log file " + path.substr(path.rfind(L'\\') + 1) + L":";

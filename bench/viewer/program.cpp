@@ -54,7 +54,7 @@ void BenchProgram(const WrittenLog& log)
     PROCESS_MEMORY_COUNTERS counters = {};
     counters.cb = sizeof counters;
     GetProcessMemoryInfo(started.hProcess, &counters, sizeof counters);
-    // Closing it would also empty its tree.
+    // Closing the window would also empty its tree.
     TerminateProcess(started.hProcess, 0);
     WaitForSingleObject(started.hProcess, INFINITE);
     CloseHandle(started.hThread);

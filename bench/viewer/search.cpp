@@ -21,7 +21,7 @@ void MakeLower(std::string& text)
     }
 }
 
-// Calls with arguments and values. A call's numbers either recur later, or never.
+// Adds calls with arguments and values. With fewer different numbers than items, labels recur.
 void Fill(PagedLog& model, int differentNumbers)
 {
     char label[80];

@@ -13,7 +13,8 @@
 namespace zelt::ctl {
 
 struct CallTiming {
-    std::uint64_t start, duration, inside;  // in nanoseconds; `start` counts from the start of the first call
+    // In nanoseconds. `start` counts from the start of the first call; `inside` is the time spent in the called object.
+    std::uint64_t start, duration, inside;
     bool hasFailed;
 };
 
@@ -21,13 +22,13 @@ class ConversationTables final : public LogSink {
 public:
     explicit ConversationTables(Database& database);
 
-    // A property of the conversation as a whole, such as when it started.
+    // A property of the whole conversation, such as when it started.
     void Describe(std::string_view name, std::string_view text);
     // For the innermost open call, right before its end.
     void SetTiming(const CallTiming& timing);
     // For the innermost open call, right after it begins: if it never ends, only its start is known.
     void SetStart(std::uint64_t start);
-    // Makes the tables permanent, including the calls that are still open.
+    // Adds the calls that are still open, and makes the tables permanent.
     void Finish();
 
     void Begin(const LogEvent& event) override;

@@ -41,7 +41,7 @@ std::string Remedy(const Edition& edition, REFCLSID classId)
            std::to_string(edition.width) + ", and zeltctl add it with --width " + std::to_string(other.width);
 }
 
-// The default value of a key below the classes, whichever of the two text types it has; nothing when it is missing or empty.
+// The default value of a key below HKEY_CLASSES_ROOT, with variables expanded; nothing when it is missing, empty or not a text.
 std::optional<std::wstring> ReadText(int width, const std::wstring& path)
 {
     RegistryKey key;

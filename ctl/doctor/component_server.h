@@ -10,7 +10,7 @@
 namespace zelt::ctl {
 
 // Returns false and adds a finding when the class or its file is missing, or the library is for programs of another width than
-// the edition. `owner` begins the clause: "The exported package \"X\"".
+// the edition. `owner` begins the finding's first clause, for example "The exported package \"X\""; `effect` is its effect.
 bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& owner, const std::string& effect,
                  Findings& findings);
 

@@ -72,7 +72,7 @@ void FixFindings(const Findings& findings, const Installation& installation, Out
             messages << "zeltctl: " << failure.what() << '\n';
         }
     };
-    // Registration needs the files that are already registered to be in place.
+    // Files come first: registration needs those of libraries that are already registered, and does not write them.
     fix(Fix::LibraryFile, [&] { WriteLibraryFiles(installation); });
     fix(Fix::Register, [&] { RunRegistration(installation); });
     fix(Fix::RewriteList, [&] { RewriteList(installation); });

@@ -10,7 +10,7 @@ namespace zelt::ctl {
 
 struct Installation {
     const Edition* edition = &kThisEdition;
-    bool registered = false;  // any of its classes is
+    bool registered = false;  // whether any of its classes is registered
     Scope scope = Scope::Machine;
     std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
     // The program that --fix registers: `server`, or else the edition's program beside this one; may be empty.

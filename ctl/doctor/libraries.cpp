@@ -1,4 +1,4 @@
-// The type libraries: COM uses them to carry calls between processes.
+// Checks the type libraries, which COM uses to carry calls between processes.
 #include <objbase.h>
 #include <oleauto.h>
 #include <wrl/client.h>

@@ -46,7 +46,7 @@ void CheckLogging(Findings& findings)
                             "give yourself the right to write there, or switch zeltctl options --auto-location off"});
     }
     if (options.pravikUnit == CLSID_NULL) return;
-    // It is enough if one edition's PRAVIK can create it.
+    // It is enough if the PRAVIK of one edition can create the unit operation.
     Findings unit;
     for (const Edition& edition : Editions()) {
         Findings ofEdition;

@@ -1,4 +1,4 @@
-// The exported packages. A manager is asked once, however many of its packages are exported.
+// Checks the exported packages. A manager is asked once, however many of its packages are exported.
 #include <algorithm>
 #include <map>
 #include <optional>

@@ -11,7 +11,8 @@
 namespace zelt::ctl {
 namespace {
 
-// What a missing or different entry means, by its place below the class's key or, elsewhere, by the beginning of its key.
+// What a missing or different entry means. `place` is how its path begins: below the class's key in kClassMeanings, from the
+// root of the classes in kOtherMeanings.
 struct Meaning {
     const wchar_t* place;
     const char* rule;

@@ -1,5 +1,5 @@
 // discover: lists what the dialogs for exporting a package list, with the packages of every manager, and the unit operations.
-// Each component has the widths that it can be used in, or the reason why it cannot be used.
+// Each component is shown with the widths that it can be used in, or the reason why it cannot be used.
 #include <algorithm>
 #include <string>
 #include <vector>

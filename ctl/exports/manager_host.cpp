@@ -95,7 +95,7 @@ Answer RunTool(const std::wstring& program, std::wstring commandLine)
     ResumeThread(thread.get());
     pipe.writer.reset();
     Answer answer = {ReadRecords(pipe.reader.get())};
-    // The process may need a moment to end, or never end.
+    // Without a complete answer, the exit code is needed. After one, the process gets a few seconds, because it may never end.
     if (!IsComplete(answer.records)) WaitForSingleObject(handle.get(), INFINITE);
     WaitForSingleObject(handle.get(), kTimeToEnd);
     GetExitCodeProcess(handle.get(), &answer.exitCode);

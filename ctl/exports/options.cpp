@@ -1,4 +1,4 @@
-// options: the menu of the same name, and the options that are in no menu.
+// options: the options of the main window's menu, and those that are in no menu.
 #include <optional>
 #include <span>
 #include <utility>
@@ -85,7 +85,7 @@ CLSID UnitOf(const std::string& word, const std::vector<const Edition*>& edition
     return *meant;
 }
 
-// Describes the unit operation as the first edition that has it sees it.
+// Describes the unit operation as it is registered for the first edition that finds it.
 std::optional<ComponentInfo> DescribeUnit(REFCLSID classId)
 {
     for (const Edition& edition : Editions()) {

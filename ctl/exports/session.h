@@ -1,5 +1,5 @@
 // What a command needs from Windows while it runs: COM on its thread, and guards around other people's components. There are no
-// message boxes, since nobody may be there to answer: a failure that would show one ends the command instead.
+// message boxes, since there may be nobody to answer them: a failure that would show one ends the command instead.
 #pragma once
 
 #include <windows.h>

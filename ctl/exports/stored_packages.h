@@ -18,13 +18,13 @@ const Edition& EditionThatExports(const std::string& name, const std::vector<con
 
 class StoredPackages {
 public:
-    // Loads the edition's list. Throws Refusal.
+    // Loads the edition's list. Throws Refusal while a process holds the list, InputError when it cannot be read.
     explicit StoredPackages(const Edition& edition);
 
     ExportedPackageList& List() { return list; }
     // The first package with that exported name. Throws Refusal.
     std::size_t Find(const std::string& name);
-    // Throws InputError when the registry then contains a different list.
+    // Throws InputError when the list that is read back is different.
     void Save();
 
 private:

@@ -1,5 +1,5 @@
-// The call that a line of a log is in, found without keeping the log: the innermost one whose element has the line, from its
-// opening to its closing line.
+// Finds the call that a line of a log is in, without keeping the log: the innermost call whose element contains the line, its
+// opening and closing lines included.
 #pragma once
 
 #include <vector>
@@ -17,7 +17,7 @@ public:
 
     // The opening lines of the call and of those around it, the outermost first; empty for a line outside of calls.
     const std::vector<int>& Calls() const { return calls; }
-    // The line that the search has reached; a smaller number than `line` when the log does not reach that line.
+    // The line that the search has reached; less than the wanted line when the log does not reach that.
     int LastLine() const { return settled && current < wanted ? wanted : current; }
 
 private:

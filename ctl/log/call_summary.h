@@ -17,8 +17,8 @@ struct ArgumentSummary {
     int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
     double sum = 0;      // of the values that are numbers
     double least = 0, most = 0;
-    bool numbers = true;    // all values are numbers
-    bool areWhole = false;  // the type is one of whole numbers
+    bool numbers = true;    // all values are numbers or N/A
+    bool areWhole = false;  // the type is an integer type
 };
 
 struct CallSummary {
@@ -45,7 +45,7 @@ class CallSummarizer {
 public:
     // Events other than calls add to the innermost call.
     void Begin(const LogEvent& event);
-    // Removes a call at its end. The summary is valid until the next event.
+    // Removes the innermost call, at its end. The summary is valid until the next event.
     const CallSummary& Close();
 
     bool InCall() const { return !open.IsEmpty(); }

@@ -33,7 +33,7 @@ struct CallText {
     std::string_view Interface() const;
     std::string_view Method() const;
     const ArgumentText* Find(std::string_view argument) const;
-    // "property = "temperature", basis = """, of the inputs or the outputs, without those that are empty or pointers.
+    // "property = "temperature", basis = """, of the inputs or the outputs, except pointers and those without values.
     std::string List(bool inward) const;
 };
 
@@ -41,7 +41,7 @@ struct CallText {
 class CallTexts {
 public:
     void Begin(const LogEvent& event);
-    // At the end of the innermost call.
+    // Call it at the end of the innermost call.
     void Close() { open.pop_back(); }
 
     std::vector<CallText> open;
@@ -50,7 +50,7 @@ public:
 // "> ICapeThermoPhases::GetPhaseList  Aromatics".
 std::string Headline(const CallText& call);
 
-// The text, cut to a length that fits a line.
+// The text; if it has more bytes than `length`, only its beginning and "...".
 std::string Shortened(std::string_view text, std::size_t length);
 
 }  // namespace zelt::ctl

@@ -154,7 +154,7 @@ void PropertyRules::End(const CallSummary& call, bool outermost)
     const std::string_view interfaceName = call.Interface(), method = call.Method();
     const bool isMaterial = interfaceName == "ICapeThermoMaterial" || interfaceName == "ICapeThermoMaterialObject";
     if (isMaterial && (method == "CreateMaterial" || method == "CreateMaterialObject")) {
-        // interface to object "Name" (address 0x…)
+        // The value reads: interface to object "Name" (address 0x…)
         const std::string_view value = call.First("materialObject");
         const std::size_t start = value.find('"'), end = value.rfind('"');
         if (call.result.failed || start == end) return;

@@ -89,7 +89,7 @@ public:
         open.Pop();
         if (withContext) texts.Close();
     }
-    // If an argument follows what the callee said, that does not belong to a later failure.
+    // An argument between what the callee said and a failure shows that the two do not belong together.
     bool WantsArguments() const override { return withContext || !detail.empty(); }
 
     const CallFilter& Filter() const { return filter; }
@@ -166,7 +166,7 @@ private:
     JsonWriter json;
     ReusedStack<OpenCall> open;
     std::string detail;  // what the callee said last, until the failure that it is about
-    std::string said;    // the detail of the latest event
+    std::string said;    // the detail that belongs to the latest event
     long long found = 0;
     CallTexts texts;              // of the open calls, for their context
     std::set<std::string> known;  // what warnings have said so far

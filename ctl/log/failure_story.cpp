@@ -130,7 +130,7 @@ std::string InOneLine(const CallText& call, bool isUnfinished)
         if (!inputs.empty()) text.append(" ").append(inputs);
         if (!outputs.empty() && !call.result.failed) text.append(" -> ").append(outputs);
     }
-    // Where the line is cut, the end is what counts.
+    // A line that is too long is cut before this end, which matters most.
     const std::string_view end = isUnfinished ? " (no answer)" : call.result.failed ? " (failed)" : "";
     return (end.empty() ? text : Shortened(text, kLongestLine - end.size())).append(end);
 }

@@ -1,4 +1,4 @@
-// What log why knows about one failed call, and how one screen shows it.
+// What log why knows about one failed call, and how it shows this on one screen.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ public:
     Latest(std::size_t most, std::size_t mostImportant) : most(most), mostImportant(mostImportant) {}
 
     void Add(LineText text, bool isImportant);
-    // As if all of them had been added here.
+    // Adds what `other` has, as if each of its lines had been added here.
     void Append(const Latest& other);
     // In the order of their lines.
     std::vector<LineText> Lines() const;
@@ -37,7 +37,7 @@ private:
 // A call that succeeded, and how it went.
 struct Success {
     CallText call;
-    std::vector<LineText> asked;
+    std::vector<LineText> asked;  // the latest of the calls inside it; askedTotal counts them all
     long long askedTotal = 0;
 };
 
@@ -46,7 +46,7 @@ struct FailureStory {
     std::vector<LineText> around;    // the calls that contain it
     std::vector<LineText> messages;  // the failure, and what else the callee said
     std::vector<LineText> broken;    // broken rules, found by the log itself or by the rules of conduct
-    std::vector<LineText> asked;
+    std::vector<LineText> asked;     // as in Success, with the first failed ones
     long long askedTotal = 0;
     std::string material;
     std::vector<KnownProperty> state;

@@ -11,7 +11,7 @@ namespace zelt::ctl {
 
 class FilteredTree final : public LogSink {
 public:
-    // `results`, unless null, says of each call, in the order of the file, whether its result is wanted.
+    // `results`, unless null, tells for each call, in the order of the file, whether its result is wanted.
     FilteredTree(CallFilter& filter, const std::vector<bool>* results, TreeText& tree)
         : filter(filter), results(results), tree(tree)
     {}

@@ -1,4 +1,4 @@
-// What log check objects to: a line of the log, a rule, a sentence.
+// What log check reports: a line of the log, a rule and a sentence.
 #pragma once
 
 #include <functional>
@@ -7,7 +7,7 @@
 
 namespace zelt::ctl {
 
-// In the order of the help.
+// The rules, in the order of the help.
 inline constexpr std::string_view kCheckRules[] = {
     "damaged",     "open-call",    "structure",       "violation",      "exception",
     "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",

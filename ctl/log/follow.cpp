@@ -72,11 +72,11 @@ private:
     LogFileInput file;
     const std::optional<double> patience;
     Output& out;
-    std::string tail;  // the last bytes, to know the end of the document
+    std::string tail;  // the last bytes, to recognise the end of the document
     bool entryEnded = false, fillerGiven = true, caughtUp = false;
 };
 
-// Leaves out what was there when following began.
+// Unless everything is wanted, leaves out what was there when following began.
 class NewOnly final : public LogSink {
 public:
     NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)

@@ -98,7 +98,7 @@ Row ListRowOf(const std::string& log)
         row.changed = std::filesystem::last_write_time(PathOf(log), error);
     }
     Summary summary(row);
-    Output ignored;  // the row says it
+    Output ignored;  // the row tells whether the log is cut off
     row.complete = ReadEvents(log, summary, ignored);
     return row;
 }

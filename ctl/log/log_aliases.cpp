@@ -295,8 +295,8 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
         if (whole < -kLargestWhole || whole > kLargestWhole) return Value(text, type);
         return {alias, std::to_chars(alias, std::end(alias), step * whole + above).ptr};
     }
-    // Each scale divides the logarithms into intervals and moves their ends, but none beyond the next. Such maps increase, and so
-    // does their mean. The large scales hide ratios, the small ones hide details.
+    // Each scale divides the logarithms into intervals and moves the ends of the intervals, but none past the next. Such maps
+    // increase, and so does their mean. The large scales hide ratios, the small ones hide details.
     constexpr double kScales[] = {4, 1, 0.25, 0.0625};
     const double logarithm = std::log2(std::fabs(*number));
     double moved = 4 * Jitter(key, 7, 0);
@@ -308,7 +308,7 @@ std::string LogAliases::Ordered(std::string_view text, std::string_view type, st
     }
     moved = std::clamp(moved, -1000.0, 1000.0);
     const double value = std::copysign(std::exp2(moved), *number);
-    // More digits than the log has, so that numbers that differ keep differing.
+    // More digits than the log has, so that different numbers stay different.
     return {alias, std::to_chars(alias, std::end(alias), value, std::chars_format::general, 8).ptr};
 }
 

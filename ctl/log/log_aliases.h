@@ -12,24 +12,24 @@ class LogAliases {
 public:
     LogAliases();
 
-    // A text or a name: "redacted-0123456789".
+    // The alias of a text or a name: "redacted-0123456789".
     std::string Text(std::string_view text) const;
-    // A name, unless it is empty or the log's word for a missing one.
+    // The same, but an empty name and the log's word for a missing one stay.
     std::string Name(std::string_view name) const;
-    // 0x and as many hexadecimal digits as there were.
+    // The alias of an address: 0x and as many hexadecimal digits.
     std::string Address(std::string_view address) const;
-    // As many bytes as there were.
+    // As many other bytes.
     std::string Bytes(std::string_view bytes) const;
-    // A value of an argument of this type, in the log's own form.
+    // The alias of a value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 
-    // A number that keeps its place among all numbers with the same `order`: the larger of two has the larger alias. 0 stays, so
-    // signs do, too. Anything but a finite number gets the alias that Value gives it.
+    // The alias of a number, which keeps its place among all numbers with the same `order`: the larger of two has the larger
+    // alias. 0 stays, so signs do, too. Anything but a finite number gets the alias that Value gives it.
     std::string Ordered(std::string_view number, std::string_view type, std::string_view order) const;
 
     // A weight between 0.05 and 1 that follows from a number.
     double Weight(std::string_view number) const;
-    // A mass between 0.2 and 1 for the compound at this place among the others.
+    // A mass between 0.2 and 1 for the compound at this place in the list of compounds.
     double Mass(std::size_t place) const { return place < kMasses ? masses[place] : MassAt(place); }
 
 private:

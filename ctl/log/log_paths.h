@@ -14,7 +14,7 @@ inline constexpr std::string_view kStandardInput = "-";
 // alphabetical order. Throws UsageError when standard input is named twice.
 std::vector<std::string> LogPaths(const Arguments& arguments);
 
-// Whether it is a name with * or ? for other files, and not the name of a file.
+// Whether the last part of `path` has * or ?, and no file has exactly this path.
 bool IsPattern(const std::string& path);
 
 // What messages and headings call a log.

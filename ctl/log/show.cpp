@@ -87,7 +87,7 @@ std::optional<int> WantedLine(const Arguments& arguments)
     return static_cast<int>(*number);
 }
 
-// The message of a line outside of calls.
+// Shows the message in a line outside of calls.
 class LineShower final : public LogSink {
 public:
     LineShower(int line, TreeText& tree) : line(line), tree(tree) {}

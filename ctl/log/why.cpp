@@ -65,7 +65,7 @@ public:
     }
     void End(EventKind kind, int) override
     {
-        // Whether the call ended, or only the log, shows later: LeftOpen comes after End.
+        // LeftOpen, which comes after End, tells whether only the log ended, and not the call.
         if (kind == EventKind::Call) ++ended;
     }
     void LeftOpen(int line) override { leftOpen.push_back(line); }
@@ -174,7 +174,7 @@ private:
         story.askedTotal = gathered.asked.Total();
         story.isUnfinished = unfinished;
         const std::string_view interfaceName = story.call.Interface();
-        // If a calculation failed before it called its material, that is probably the material that was called last.
+        // A calculation that failed before it called its material was probably about the material that was called last.
         const bool isCalculation = story.call.Method().starts_with("Calc");
         story.material = MaterialStates::IsMaterial(interfaceName) ? story.call.object
                          : !gathered.materials.empty()             ? gathered.materials.back()
@@ -230,7 +230,7 @@ private:
     MaterialStates materials;
     std::vector<Gathered> open;
     std::string detail;
-    int ended = 0;  // calls whose ends have been read since the last beginning
+    int ended = 0;  // how many calls have ended since the latest event began
     std::vector<int> leftOpen;
 
     std::map<std::pair<std::string, std::string>, Success> successes;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr wchar_t kValue[] = L"Path";
 
-// A semicolon within quotation marks separates nothing.
+// A semicolon within quotation marks does not separate entries.
 std::vector<std::wstring> EntriesOf(const std::wstring& list)
 {
     std::vector<std::wstring> entries(1);

@@ -1,5 +1,5 @@
 // The folders in which Windows looks for programs, as the registry keeps them for the user and for all users: one text, of any
-// length, with semicolons between them. What others wrote there stays as it is, to the letter.
+// length, with semicolons between them. What others wrote there stays the same, to the letter.
 #pragma once
 
 #include <string>

@@ -6,7 +6,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Each octave is divided into 64 classes; below 128 ns each nanosecond has a class of its own.
+// Each octave is divided into 64 classes; below 128 ns each nanosecond has its own class.
 constexpr int kBits = 6;
 constexpr std::uint64_t kPerOctave = std::uint64_t{1} << kBits;
 

@@ -15,7 +15,7 @@ namespace zelt::ctl {
 class Distribution {
 public:
     void Add(std::uint64_t nanoseconds);
-    // The duration that this part of all durations does not exceed, to 0.8 %. 0 when there are none.
+    // The duration that the fraction `part` of all durations does not exceed, to within 0.8 %. 0 when there are none.
     std::uint64_t At(double part) const;
 
 private:
@@ -30,8 +30,9 @@ struct CallFigures {
     Distribution times;
 };
 
-// How the time of the outermost calls is divided. A recording cannot tell the way to the simulator and back from the simulator's
-// own work. The shortest call to it does next to no work, so `transport` counts its time for each call: an upper limit.
+// How the time of the outermost calls is divided. A recording cannot tell the way to the simulator and back from the
+// simulator's own work. The shortest call to the simulator does next to no work, so `transport` assumes the time of that call
+// for each of them: an upper limit.
 struct TimeShares {
     std::uint64_t all = 0, component = 0, simulator = 0, transport = 0, zelt = 0;
 };

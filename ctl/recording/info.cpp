@@ -1,4 +1,4 @@
-// recording info: which component a recording is of, how much it has, and whether it is complete.
+// recording info: which component was recorded, how many calls there are, and whether the recording is complete.
 #include "ctl/json_writer.h"
 #include "ctl/recording/call_times.h"
 #include "ctl/recording/recording_commands.h"

@@ -99,8 +99,8 @@ std::string Microseconds(std::uint64_t nanoseconds)
     return text;
 }
 
-// Writes each call as a "complete" event of the trace event format. Times are in microseconds. Viewers that add calls up take
-// events with equal arguments for calls of the same thing, so what differs from call to call is only written on request.
+// Writes each call as a "complete" event of the trace event format. Times are in microseconds. Viewers that sum up calls group
+// events with equal arguments, so what differs from call to call is written only on request.
 int WriteTraceEvents(RecordingFile& file, bool wantsInputs, Streams& streams)
 {
     Output& out = streams.data;

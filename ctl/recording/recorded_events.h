@@ -1,5 +1,5 @@
-// A recording as the events of a log, for code that understands logs. Numbers have all their digits; the values of arrays follow
-// each other. The bounds of arrays, which ZELT writes to logs, are left out.
+// A recording as the events of a log, for code that understands logs. Numbers have all their digits. An array becomes the
+// sequence of its values, without the bounds that ZELT writes to logs.
 #pragma once
 
 #include "log_reader/log_event.h"

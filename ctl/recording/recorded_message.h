@@ -9,15 +9,15 @@
 namespace zelt::ctl {
 
 struct RecordedMessage {
-    EventKind kind = EventKind::Info;  // also of a sentence that this program does not know
+    EventKind kind = EventKind::Info;  // also for a sentence that this program does not know
     std::string text;
 
-    // As the log's reader would give it. Valid as long as this is.
+    // The event that the log's reader would deliver. It refers to `text`.
     LogEvent Event() const { return {kind, false, false, 0, 0, {}, text}; }
 };
 
 RecordedMessage MessageOf(const recording::SentenceRecord& sentence);
-// The message that the log has of a failure: "ECapeUnknownHR: no answer".
+// The message that the log has for a failure: "ECapeUnknownHR: no answer".
 RecordedMessage MessageOf(const recording::ResultRecord& result);
 
 }  // namespace zelt::ctl

@@ -7,7 +7,7 @@
 
 namespace zelt::ctl {
 
-// Throws InputError when the file cannot be opened. Standard input never is one.
+// Standard input does not count as a recording. Throws InputError when the file cannot be opened.
 bool IsRecording(const std::string& path);
 
 // False when the recording is cut off or damaged; `messages` then says where. Throws InputError.

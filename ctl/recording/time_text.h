@@ -1,4 +1,4 @@
-// Times for a reader.
+// Durations and dates as text.
 #pragma once
 
 #include <cstdint>

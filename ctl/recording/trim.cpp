@@ -98,8 +98,8 @@ private:
     {
         return std::holds_alternative<HeaderRecord>(record) || std::holds_alternative<ComponentRecord>(record);
     }
-    // A query counts wherever it was made, because objects answer the same in the calls that are kept. An answer that only
-    // repeats the one before is left out.
+    // A needed object's query is kept wherever it was made, because the object answers the same in the calls that are kept. An
+    // answer that only repeats the one before is left out.
     void TakeQuery(const QueryRecord& query, const Record& record)
     {
         if (query.object >= needed.objects.size() || !needed.objects[query.object]) return;

@@ -7,7 +7,7 @@
 
 namespace zelt::ctl {
 
-// Appends "name=value", after a comma where the text is not empty. Of a long list it gives the first values and the count.
+// Appends "name=value", after a comma if the text is not empty. For a long list, it gives the first values and the count.
 void AppendSummary(std::string& text, const recording::ArgumentRecord& argument);
 
 }  // namespace zelt::ctl

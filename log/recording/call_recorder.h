@@ -36,11 +36,12 @@ public:
                std::string_view settings) noexcept;
     void Say(const recording::Component& component) noexcept;
     // The object (may be null) gets a number if it has none yet. `depth` is the number of calls in progress: here without this
-    // call, in EndCall with it. A call beyond them was begun, but a fault removed its stack frame: it is taken back.
+    // call, in EndCall with it. If more calls than these are open, a fault has removed the stack frames of the innermost ones;
+    // they are taken back.
     void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object,
                    std::size_t depth) noexcept;
     void Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept;
-    // Called before and after the time in the called object.
+    // Called before and after the time that a call spends in the called object.
     void EnterObject() noexcept;
     void LeaveObject() noexcept;
     // What the call read from its stream, or wrote to it.

@@ -46,7 +46,8 @@ std::size_t SizeOf(VARTYPE type)
     }
 }
 
-// Whether a value of the type is recorded in this form. Any other could be taken for a pointer to memory that is not there.
+// Whether a value of the type is recorded in this form. A value in another form could be taken for a pointer to memory that is
+// not there.
 bool IsRecordedAs(VARTYPE type, Value::Form form)
 {
     switch (type) {

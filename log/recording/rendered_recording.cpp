@@ -40,7 +40,7 @@ bool IsRecording(const std::wstring& path)
     return header && header->version != 0;
 }
 
-// A folder of its own, so that the log can have the recording's name.
+// A new folder, so that the log can have the recording's name.
 fs::path NewFolder()
 {
     const fs::path parent = fs::temp_directory_path();

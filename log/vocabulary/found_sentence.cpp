@@ -33,7 +33,7 @@ constexpr std::array<Pieces, kRows> kPieces = [] {
     return all;
 }();
 
-// The rows of an element are together.
+// The rows of each severity are together.
 constexpr std::size_t FirstRow(Severity severity)
 {
     std::size_t row = 0;

@@ -1,4 +1,4 @@
-// A sentence as text, and a text as a sentence.
+// Makes the text of a sentence, and finds the sentence that a text matches.
 #pragma once
 
 #include <array>
@@ -20,8 +20,8 @@ struct FoundSentence {
     std::array<std::string_view, kMostHoles> holes;
 };
 
-// The first row of this severity that the text matches; with `after`, the first of those that follow that row. A name that looks
-// like part of a sentence is taken to be as long as possible.
+// The first row of this severity that the text matches; with `after`, the first of those that follow that row. If a name
+// contains words of the sentence, its hole takes as much of the text as possible.
 std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after = {});
 
 // The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when

@@ -114,7 +114,7 @@ enum class Sentence : unsigned char {
 };
 
 // `text` has holes, which the writer fills and the reader finds again:
-//   %n  somebody's name or text
+//   %n  a name or text that this program did not choose
 //   %i  the name of an interface
 //   %c  a status code by its name, or in hexadecimal
 //   %s  words of this program or of the standard, and numbers

@@ -54,7 +54,7 @@ FunctionEnd
 !insertmacro DefineRemoveFiles ""
 !insertmacro DefineRemoveFiles "un."
 
-; After a failure, removes everything installed so far, and puts an older version back.
+; After a failure, removes what has been installed, and puts an older version back.
 Function TakeBack
     ${If} $RegisteredFor != ""
         Call UnregisterServer

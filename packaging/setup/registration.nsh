@@ -1,7 +1,7 @@
 ; ZELT.EXE and, on 64-bit Windows, ZELT64.EXE register themselves; this file checks that the expected hive then holds the
 ; registration, in the views of 32-bit and 64-bit programs. A machine-wide registration goes to the user's hive when the value
-; CurrentUser says that the product family is installed for the user: setup reports this and stores it in $RegisteredFor, and the
-; uninstaller undoes it there.
+; CurrentUser says that the product family is installed for the user: setup reports this and notes the hive in $RegisteredFor, so
+; that the uninstaller unregisters there.
 
 ; $R0 becomes "no" if the current view of the hive does not register this installation's program for the class.
 !macro VerifyClassInView hive edition class

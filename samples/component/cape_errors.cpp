@@ -43,7 +43,7 @@ const wchar_t* NameOf(HRESULT code)
     return index < std::size(kNames) ? kNames[index] : kNames[0];
 }
 
-// A getter's result; fails only for a null pointer or lack of memory.
+// Returns a getter's text through `out`; fails only for a null pointer or lack of memory.
 HRESULT Answer(BSTR* out, std::wstring_view text)
 {
     if (!out) return E_POINTER;
@@ -107,7 +107,7 @@ HRESULT CapeErrors::Raise(REFIID iid, const wchar_t* interfaceName, const wchar_
             SetErrorInfo(0, info.Get());
         }
     } catch (...) {
-        // Without memory for the texts, the code still identifies the class.
+        // Without memory for the texts, the code still identifies the error.
     }
     return failure.code;
 }
@@ -147,7 +147,7 @@ STDMETHODIMP CapeErrors::UserPart::get_interfaceName(BSTR* text) { return Answer
 STDMETHODIMP CapeErrors::UserPart::get_operation(BSTR* text) { return Answer(text, TextOf(state.operation)); }
 STDMETHODIMP CapeErrors::UserPart::get_moreInfo(BSTR* text) { return Answer(text, std::wstring_view()); }
 
-// The description says which argument it was; its position in the standard is not known here.
+// The description names the argument; its position in the argument list is not known here.
 STDMETHODIMP CapeErrors::BadArgumentPart::get_position(short* position) { return Answer(position, short{0}); }
 
 STDMETHODIMP CapeErrors::BadInvOrderPart::get_requestedOperation(BSTR* text)

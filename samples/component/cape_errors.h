@@ -18,7 +18,7 @@
 
 namespace zelt::sample {
 
-// A getter's result.
+// Returns a getter's result through `out`; fails only for a null pointer.
 template <class T>
 HRESULT Answer(T* out, T value)
 {
@@ -94,7 +94,7 @@ private:
         using Part::Part;
         STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override;
     };
-    // The interface of a class of errors that has no members of its own.
+    // An error interface without members.
     template <class I>
     struct Marker final : com::DualPart<I> {
         using com::DualPart<I>::DualPart;
@@ -124,7 +124,7 @@ private:
     SupportPart support;
 };
 
-// A part that implements one CAPE-OPEN interface of a component and reports through its error state.
+// A part that implements one CAPE-OPEN interface of a component and reports failures through the component's error state.
 template <class I>
 class CapePart : public com::DualPart<I> {
 protected:

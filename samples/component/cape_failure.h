@@ -38,7 +38,7 @@ public:
 // else the system's text for the code. `source` may be null. Throws only bad_alloc.
 std::wstring DescribeFailure(IUnknown* source, HRESULT code);
 
-// Throws CapeFailure when a call on `source` failed: with its code, and `who`, a colon and its description.
+// If `code`, the result of a call on `source`, is a failure, throws CapeFailure with that code and "who: description".
 void CheckCall(HRESULT code, IUnknown* source, const wchar_t* who);
 
 // Runs `body`, and puts "who: " before the description of a CapeFailure that it throws.

@@ -24,8 +24,9 @@ public:
     void Log(const std::wstring& message) const;
     // ICapeCOSEUtilities: the value with this name as text, if the list of names contains it.
     std::optional<std::wstring> NamedText(const wchar_t* name) const;
-    // ICapeMaterialTemplateSystem: the names, and a material made from one after setting a property in the template.
+    // ICapeMaterialTemplateSystem: the names of the templates.
     std::vector<std::wstring> Templates() const;
+    // Sets a property in the template and makes a material from it; null if that is not possible.
     Microsoft::WRL::ComPtr<IDispatch> MaterialFrom(const std::wstring& templateName, const wchar_t* property,
                                                    std::span<const double> values) const;
 

@@ -15,7 +15,7 @@ enum class Generation { kCapeOpen10, kCapeOpen11 };
 
 class PackageHost {
 public:
-    // `choice` is this package's own parameter, in addition to those of every package.
+    // `choice` is the option parameter of this kind of package; the other parameters are the same for every package.
     PackageHost(std::wstring packageName, ParameterDefinition choice);
 
     ParameterSet& Parameters() { return parameters; }
@@ -23,12 +23,12 @@ public:
     Microsoft::WRL::ComPtr<IDispatch> Collection() const { return parameters.Collection(name + L" parameters"); }
 
     void SetContext(IDispatch* context) { this->context.Set(context); }
-    // Reports to the simulator that the package is ready, and the simulator's name.
+    // Writes to the simulator's log that the package is ready, with the simulator's name if it is known.
     void Initialize() const;
     void Terminate();
 
-    // Once in a run, before the first calculation: makes a material from the simulator's first template through this
-    // generation's interfaces, and tells the simulator which of its compounds the package lacks.
+    // Makes a material from the simulator's first template, reads it through the interfaces of `generation`, and writes
+    // to the log which of its compounds the package lacks. Later calls do nothing until Terminate.
     void CheckTemplate(Generation generation, const std::function<bool(const std::wstring&)>& knows);
 
     // Throws CapeFailure when the user's limits do not allow a calculation at this state.

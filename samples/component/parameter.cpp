@@ -25,7 +25,7 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 }  // namespace
 
-// The alternatives are in the order of the standard's enumeration.
+// The alternatives of Specification are in the order of the standard's enumeration.
 eCapeParamType TypeOf(const Specification& specification) { return static_cast<eCapeParamType>(specification.index()); }
 
 _variant_t InitialValue(const Specification& specification)

@@ -13,7 +13,7 @@ namespace zelt::sample {
 // A header (signature, version, size of what follows), then the values.
 std::vector<std::byte> SaveParameters(const ParameterSet& parameters);
 
-// The two parts separately, for a stream that is read piece by piece.
+// For reading from a stream: first the header, which gives the size of the body, then the body.
 inline constexpr std::size_t kSavedHeaderSize = 12;
 // How many bytes follow the header. Throws CapeFailure if this is not a header of this version.
 std::size_t SizeAfterHeader(std::span<const std::byte> header);

@@ -1,5 +1,5 @@
-// ICapeParameter of a parameter, around a state that it shares with its component. The specification is an object of its own;
-// a derived class can make the parameter its own specification.
+// ICapeParameter around a state that the parameter shares with its component. The specification is a separate object; a
+// derived class can make the parameter its own specification.
 #pragma once
 
 #include "samples/component/cape_errors.h"

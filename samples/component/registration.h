@@ -1,5 +1,6 @@
-// Registration of an in-process server's classes: plain keys below HKEY_CLASSES_ROOT, written for the view of the
-// calling process, as regsvr32 of that width expects. Writes nothing else, and removes exactly what it wrote.
+// Registration of an in-process server's classes: plain keys below HKEY_CLASSES_ROOT, written to the registry view
+// of the calling process, as regsvr32 of that bit width expects. Writes nothing else; unregistration deletes these keys
+// with all their contents.
 #pragma once
 
 #include <windows.h>

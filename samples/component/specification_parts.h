@@ -1,5 +1,5 @@
-// The interfaces of a specification: ICapeParameterSpec and the five typed ones. Parts of a specification object, or of a parameter
-// that is its own specification.
+// The interfaces of a specification: ICapeParameterSpec and the five typed ones. They are parts of a specification object,
+// or of a parameter that is its own specification.
 #pragma once
 
 #include "samples/component/cape_errors.h"

@@ -91,7 +91,7 @@ auto ReadArray(const VARIANT& anyValue, VARTYPE type, const wchar_t* name, const
     return result;
 }
 
-// Makes a vector of `type` and lets `fill` set its elements; the VARIANT owns it from the start.
+// Makes a one-dimensional array of `type` and lets `fill` set its elements; the VARIANT owns it from the start.
 template <class Stored, class Fill>
 _variant_t MakeArray(VARTYPE type, std::size_t count, Fill&& fill)
 {

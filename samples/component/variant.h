@@ -1,6 +1,6 @@
 // VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, interfaces or VARIANTs. Reading accepts any
-// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; arrays that are
-// made start at 0. Reading throws CapeFailure ("invalid argument"), making an array bad_alloc.
+// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; new
+// arrays start at 0. Reading throws CapeFailure ("invalid argument"); making an array throws bad_alloc.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace zelt::sample {
 // True when the caller omitted a list: the VARIANT is empty, null, or an omitted optional argument.
 bool IsLeftOut(const VARIANT& value);
 
-// `name` is the argument's, for the failure's text. An omitted list reads as an empty one.
+// `name` is the argument's name, for the description of a failure. An omitted list reads as an empty one.
 std::vector<std::wstring> ReadStrings(const VARIANT& value, const wchar_t* name);
 std::vector<double> ReadDoubles(const VARIANT& value, const wchar_t* name);
 std::vector<long> ReadLongs(const VARIANT& value, const wchar_t* name);

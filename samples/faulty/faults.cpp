@@ -80,8 +80,8 @@ void HandledFault()
     if (!IsBadReadPtr(reinterpret_cast<const void*>(sizeof(int)), sizeof(int))) std::abort();
 }
 
-// A thrown char string as Microsoft's compiler raises it. Its descriptors hold addresses in 32-bit code and offsets from
-// an image base, given as a fourth parameter, in 64-bit code; all are 32 bits wide.
+// A thrown char string as Microsoft's compiler raises it. The descriptors of its type refer to each other by 32-bit values:
+// by addresses in 32-bit code, by offsets from the image base in 64-bit code, where that base is the fourth parameter.
 struct TypeDescriptor {
     const void* table;
     void* spare;
@@ -155,7 +155,7 @@ constexpr struct {
     {L"enumeration", FaultInEnumeration},
 };
 
-// The number after a prefix; false when the name does not begin with it.
+// Reads the number after a prefix; false when the name does not begin with it.
 bool ValueAfter(std::wstring_view name, std::wstring_view prefix, int radix, unsigned long& value)
 {
     if (!name.starts_with(prefix)) return false;

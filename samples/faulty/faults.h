@@ -14,8 +14,8 @@ namespace zelt::sample {
 //   sleep:MS      sleeps MS milliseconds, then returns
 void CommitFault(std::wstring_view name);
 
-// The code that "error:CODE" or "silent:CODE" requests; S_OK for any other name. With `silent` the failure has no
-// description.
+// The code that "error:CODE" or "silent:CODE" requests; S_OK for any other name. Sets `silent` if the name is
+// "silent:CODE": the failure then has an empty description.
 HRESULT RequestedError(std::wstring_view name, bool& silent);
 
 }  // namespace zelt::sample

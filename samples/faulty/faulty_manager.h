@@ -1,5 +1,5 @@
-// Managers that fail in ways that a caller must survive: the ordinary one makes any character of FaultyPackage and
-// has names for which it makes no package; the others fail to initialise, or return a list that is not a list.
+// Managers that fail in ways that a caller must survive. Every manager makes a FaultyPackage of each Character, and lists
+// names for which it makes no package. With kInitialize, it fails in Initialize; with kList, it lists numbers, not names.
 #pragma once
 
 #include "com/object.h"

@@ -103,7 +103,7 @@ STDMETHODIMP FaultyPropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLa
     }
     CommitFault(property);
     const HRESULT asked = Call(L"CalcSinglePhaseProp", [&] { ThrowRequested(property); });
-    // After a fault that leaves the thread running, the call succeeds, as a slow calculation does.
+    // After handledFault or sleep, the call succeeds without a result.
     if (FAILED(asked) || property == L"handledFault" || property.starts_with(L"sleep:")) return asked;
     return PropertyPart::CalcSinglePhaseProp(props, phaseLabel);
 }

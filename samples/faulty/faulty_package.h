@@ -1,6 +1,6 @@
 // A property package that calculates like the sample package until it is asked for something on the menu of faults. A
-// Character, chosen by the package's name in the manager, removes interfaces or adds a fault where a caller cannot
-// choose one.
+// Character, chosen by the package's name in the manager, removes interfaces or adds faults to calls in which the caller
+// cannot name one.
 #pragma once
 
 #include <span>
@@ -19,8 +19,8 @@ struct Character {
     bool errors = true;
     bool keepsMaterial = false;             // never releases a material that it gets
     const wchar_t* reportedName = nullptr;  // the name to report instead of its own; L"" reports a null text
-    HRESULT rename = S_OK;                  // the result of renaming
-    const wchar_t* initialize = L"";        // the faults of these calls
+    HRESULT rename = S_OK;                  // the result of put_ComponentName
+    const wchar_t* initialize = L"";        // the faults that these calls commit; empty for none
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";
@@ -30,7 +30,7 @@ struct Character {
 // The packages that the faulty manager can make. samples/README.md describes them.
 std::span<const Character> AllCharacters();
 
-// Commits the fault or error that the first property, or for GetCompoundConstant the first compound id, requests.
+// Commits the fault or error that the first property requests; GetCompoundConstant also does so for the first compound id.
 class FaultyCompoundsPart final : public CompoundsPart {
 public:
     FaultyCompoundsPart(com::Object& object, CapeErrors& errors, const PackageModel& model)
@@ -40,7 +40,8 @@ public:
     STDMETHOD(GetTDependentProperty)(VARIANT props, double temperature, VARIANT compIds, VARIANT* propVals) override;
 };
 
-// The same for the properties of CalcSinglePhaseProp. "callback:NAME" reads the material first, then commits NAME.
+// Commits the fault or error that the first property of CalcSinglePhaseProp requests. "callback:NAME" reads the material
+// first, then commits NAME.
 class FaultyPropertyPart final : public PropertyPart {
 public:
     FaultyPropertyPart(com::Object& object, CapeErrors& errors, const PackageModel& model)

@@ -12,7 +12,7 @@ namespace {
 int* volatile nothing = nullptr;
 void Fault() { *nothing = 1; }
 
-// The message on which the next window faults; 0 for none. For the hook: not 0 until it has faulted.
+// The message on which the next window faults; 0 for none. The hook faults once, on any message, if this is not 0.
 UINT faultyMessage = 0;
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -1,18 +1,18 @@
-// Faults in code that the system calls back: window procedures, hooks, enumeration. The fault travels back through the system,
-// which may swallow it, so that no caller's guard sees it.
+// Access violations in code that the system calls back: window procedures, a hook, an enumeration. The fault passes through
+// the system, which may swallow it; then the caller does not see it.
 #pragma once
 
 namespace zelt::sample {
 
-// An access violation while a window is created, sized or painted.
+// In the window's procedure, while the window is created, sized or painted.
 void FaultInWindowCreation();
 void FaultInWindowSize();
 void FaultInWindowPaint();
 
-// In a hook of the thread, while it receives a message.
+// In a hook of this thread, when a window of the thread receives a message.
 void FaultInHook();
 
-// In a callback for each of the system's windows.
+// In the callback of EnumWindows.
 void FaultInEnumeration();
 
 }  // namespace zelt::sample

@@ -1,4 +1,4 @@
-// FieldComponents.dll: components with the extras that components in the field have beyond the interfaces of their kind.
+// FieldComponents.dll: components with extra interfaces and behaviour that occur in the field and that the other samples lack.
 #include "samples/component/dll.h"
 #include "samples/field/classes.h"
 #include "samples/field/field_package.h"

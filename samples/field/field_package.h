@@ -1,6 +1,6 @@
 // A CAPE-OPEN 1.0 property package that calculates like the sample package and has the extras of packages in the field: the
-// older interfaces of routines and equilibrium servers, reliability, petroleum fractions. It reaches its material by name alone,
-// and keeps a simulation context only if the context offers ICapeSimulationContext.
+// interfaces of a calculation routine and of an equilibrium server, reliability, petroleum fractions. It reaches its
+// material by name alone, and keeps a simulation context only if the context offers ICapeSimulationContext.
 #pragma once
 
 #include "com/object.h"
@@ -10,13 +10,13 @@
 
 namespace zelt::sample {
 
-// The package behind the parts, with materials that it reaches by name.
+// The sample package that does the work of the parts. It gets each material wrapped by ReachByName.
 class FieldModel {
 public:
     FieldModel();
     ICapeThermoPropertyPackage& Package() const { return *package.Get(); }
     ICapeUtilities& Utilities() const { return *utilities.Get(); }
-    // Throws CapeFailure, with the package's text, if the package failed.
+    // Throws CapeFailure, with the package's description, if `result` is a failure.
     void Check(HRESULT result) const;
 
     // The calls that several parts offer. Each throws CapeFailure if the package fails.

@@ -69,7 +69,7 @@ void FieldUnitModel::CopyInlet() const
     CheckCall(outlet->CopyFromMaterial(&source), outlet.Get(), L"CopyFromMaterial");
 }
 
-// Reads the newer generation and writes the older one.
+// Reads the inlet through CAPE-OPEN 1.1 and writes the outlet through 1.0.
 void FieldUnitModel::FillOutlet() const
 {
     const auto inlet = Required<ICapeThermoMaterial>(Connected(kInlet), L"ICapeThermoMaterial");

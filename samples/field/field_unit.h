@@ -1,6 +1,6 @@
-// A CAPE-OPEN 1.0 unit operation like those in the field: it names its type, its parameters are their own specifications, and it
-// uses its streams through the interfaces of both generations and as equilibrium servers. Lowers a stream's pressure at constant
-// temperature.
+// A CAPE-OPEN 1.0 unit operation like those in the field: it names its type, its parameters are their own specifications,
+// and it uses its streams through the material interfaces of both versions and as equilibrium servers. Lowers a stream's
+// pressure at constant temperature.
 #pragma once
 
 #include "samples/field/classes.h"
@@ -13,7 +13,7 @@ public:
     static constexpr const wchar_t* kDescription = L"Lowers the pressure of a stream at constant temperature";
 
     FieldUnitModel();
-    // Hides the base's: the same parameters as objects that are their own specifications.
+    // Hides the base class's function: returns the same parameters as objects that are their own specifications.
     Microsoft::WRL::ComPtr<IDispatch> ParameterCollection() const;
 
 protected:

@@ -16,7 +16,7 @@ using Microsoft::WRL::ComPtr;
 _variant_t Argument(BSTR text) { return _variant_t(text ? text : L""); }
 _variant_t Argument(const VARIANT& value) { return value; }
 
-// Remembers no identifiers: each call looks up its member by name.
+// Remembers no dispatch identifiers: each call looks up its member by name.
 class LatePart final : public com::DualPart<ICapeThermoMaterialObject> {
 public:
     LatePart(com::Object& object, IDispatch* material) : DualPart(object), material(material) {}

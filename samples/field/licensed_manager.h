@@ -1,4 +1,4 @@
-// A package manager that its packages depend on: it takes a licence when it is initialized and gives it back when it is
+// A package manager that its packages depend on: it takes a licence when it is initialised and gives it back when it is
 // terminated, and GetNumCompounds of its packages fails while no licence is taken. Its Edit shows nothing; a package's
 // description says how often Edit was called, and how many licences are taken.
 #pragma once

@@ -42,7 +42,7 @@ private:
 
 class Material final : public com::Object {
 public:
-    // `link` may be null: then the older version's calculations fail, and those of 1.1 are not offered.
+    // `link` may be null: then the calculations of CAPE-OPEN 1.0 fail, and those of 1.1 are not offered.
     explicit Material(const std::shared_ptr<const Slate>& slate, std::wstring name = L"Feed", ReadHook hook = {},
                       const std::shared_ptr<PackageLink>& link = {}, MaterialState state = {})
         : store(slate, std::move(hook)),

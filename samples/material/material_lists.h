@@ -1,5 +1,5 @@
-// The lists that the simulator's material serves from its slate: compounds, phases, universal constants. Properties that
-// depend on temperature or pressure come from the property package, not from the material.
+// What the simulator's material lists without a property package: the compounds and phases of its slate, and universal
+// constants. Properties that depend on temperature or pressure come from the property package, not from the material.
 #pragma once
 
 #include <memory>
@@ -10,8 +10,8 @@
 
 namespace zelt::sample {
 
-// One value for each property and compound: all compounds for the first property, then for the next. If no compound is
-// named, all are meant. Both throw CapeFailure ("invalid argument") for an unknown name.
+// One value for each property and compound: all compounds for the first property, then for the next. If `compIds`
+// names no compound, all are meant. Both throw CapeFailure ("invalid argument") for an unknown name.
 _variant_t CompoundConstantValues(const Slate& slate, const VARIANT& props, const VARIANT& compIds);
 _variant_t UniversalConstantValue(std::wstring_view name);
 

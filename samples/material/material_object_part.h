@@ -1,5 +1,5 @@
-// ICapeThermoMaterialObject of the simulator's material: the same state through CAPE-OPEN 1.0. Calculations go
-// to the property package through the link that the simulator keeps.
+// ICapeThermoMaterialObject of the simulator's material: the material's state through CAPE-OPEN 1.0. The property package
+// in the simulator's link does the calculations.
 #pragma once
 
 #include "samples/component/cape_errors.h"

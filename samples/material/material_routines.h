@@ -1,5 +1,5 @@
 // What the material objects of a flowsheet calculate on request: properties and equilibrium, with the CAPE-OPEN 1.1
-// package of the link, which gets the material before each call and releases it afterwards. A material without such a
+// package of their PackageLink, which gets the material before each call and releases it afterwards. A material without such a
 // package does not offer these interfaces.
 #pragma once
 

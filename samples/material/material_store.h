@@ -1,6 +1,6 @@
 // The values of a material object, exactly as they were set. Values stored on a mole basis can also be read on a
-// mass basis; nothing else is converted. The interface parts of a material share one. Shares the slate with its
-// simulator. Every function that takes a name or values throws CapeFailure when they do not fit.
+// mass basis; nothing else is converted. The interface parts of a material share one store, which
+// shares the slate with the simulator. Every function that takes a name or values throws CapeFailure when they do not fit.
 #pragma once
 
 #include <cape-open.h>

@@ -47,7 +47,7 @@ class MemoryStream final : public com::Object {
 public:
     explicit MemoryStream(std::vector<std::byte> bytes = {}) : stream(*this, std::move(bytes)) {}
 
-    // The bytes written so far, for the code that made the stream and holds a reference.
+    // The stream's whole content. `stream` must be the interface of a MemoryStream.
     static std::vector<std::byte> BytesOf(IStream* stream) { return static_cast<MemoryStreamPart*>(stream)->Bytes(); }
 
 private:

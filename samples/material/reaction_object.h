@@ -1,5 +1,5 @@
-// The simulator's reaction object: stores what a reaction package calculates, and returns it bit for bit. A flat store
-// of one value for each property, phase, basis and reaction.
+// The simulator's reaction object: stores what a reaction package calculates, one value for each property, phase, basis
+// and reaction, and returns it bit for bit.
 #pragma once
 
 #include <map>

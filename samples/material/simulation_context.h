@@ -1,5 +1,5 @@
 // The simulator's context, which it passes to each package: named values, messages, and material templates from which a
-// package makes its own materials. It shares the run's flowsheet, and itself holds no component.
+// package makes its own materials. It shares the run's flowsheet, but has no references of its own to components.
 #pragma once
 
 #include "com/object.h"
@@ -22,7 +22,7 @@ public:
     DiagnosticPart(com::Object& object, CapeErrors& errors, std::shared_ptr<const Flowsheet> flowsheet)
         : CapePart(object, errors, L"ICapeDiagnostic"), flowsheet(std::move(flowsheet))
     {}
-    // Both only print, because the simulator has no windows.
+    // Both pass the message to the flowsheet's onMessage, because the simulator has no windows.
     STDMETHOD(PopUpMessage)(BSTR message) override;
     STDMETHOD(LogMessage)(BSTR message) override;
 

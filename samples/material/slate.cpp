@@ -75,7 +75,7 @@ Slate ReadSlate(ICapeThermoPropertyPackage* package)
     slate.compounds = lists.Compounds();
     _variant_t phases;
     CheckCall(package->GetPhaseList(&phases), package, L"GetPhaseList");
-    // In the older version, a phase's label is its state of aggregation.
+    // In CAPE-OPEN 1.0, a phase's label is its state of aggregation.
     for (const std::wstring& label : ReadStrings(phases, L"phases")) slate.phases.push_back({label, label, {}});
     return slate;
 }

@@ -1,4 +1,5 @@
-// ICapeThermoCompounds and ICapeThermoUniversalConstant of a property package: its compounds in its own order.
+// ICapeThermoCompounds and ICapeThermoUniversalConstant of a property package: its compounds, in the package's order, and
+// universal constants.
 #pragma once
 
 #include "samples/component/cape_errors.h"

@@ -23,7 +23,7 @@ constexpr QuantityName kQuantities[] = {
 
 struct Specification {
     const QuantityName* quantity;
-    std::wstring phaseLabel;  // of a phase fraction
+    std::wstring phaseLabel;  // for a phase fraction; otherwise empty
 };
 
 // The pairs that can be solved.
@@ -40,7 +40,7 @@ constexpr Pair kPairs[] = {
     {FlashKind::kPS, Quantity::kPressure, Quantity::kEntropy},
 };
 
-// A pair in the order of its row.
+// The two given specifications, in the order of their row in kPairs.
 struct Problem {
     FlashKind kind;
     Specification first;
@@ -126,7 +126,7 @@ FlashResult SolveProblem(const PackageModel& model, const Problem& problem, cons
 
 void WriteBack(const MaterialView& material, const Problem& problem, const FlashResult& result)
 {
-    // At a bubble or dew point, both phases are present, one of them empty.
+    // At a given phase fraction, both phases are present; at a bubble or dew point, one of them is empty.
     const bool boundary = problem.kind == FlashKind::kPVF || problem.kind == FlashKind::kTVF;
     std::vector<std::wstring> labels;
     for (const PhaseDefinition& phase : AllPhases()) {

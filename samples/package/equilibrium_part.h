@@ -13,9 +13,9 @@ public:
         : CapePart(object, errors, L"ICapeThermoEquilibriumRoutine"), model(model)
     {}
 
-    // A specification is an array of a property, a basis and a phase label. The present phases of the material are the
-    // ones that may form. Sets the present phases, each one's temperature, pressure, fraction and phase fraction, and
-    // whichever of the overall temperature and pressure was not given.
+    // A specification is an array of a property, a basis and a phase label. The phases that are present in the material
+    // before the call are the candidates. Sets the phases that are present at equilibrium, each one's temperature,
+    // pressure, fraction and phase fraction, and whichever of the overall temperature and pressure was not given.
     STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override;
     STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
                                     VARIANT_BOOL* isSupported) override;

@@ -1,6 +1,6 @@
 // A CAPE-OPEN 1.0 material object as a package sees it: ICapeThermoMaterialObject with C++ values instead of VARIANTs.
-// Holds one reference during a call. Every function throws CapeFailure with the material's own code and
-// description when the material refuses.
+// Holds one reference. Every function throws CapeFailure with the material's own code and description when the material
+// refuses.
 #pragma once
 
 #include <cape-open.h>
@@ -23,7 +23,7 @@ public:
     // The phases currently present in the material.
     std::vector<std::wstring> PhaseIds() const;
 
-    // Temperature and pressure are those of the whole material: the older version has no others.
+    // Temperature and pressure are those of the whole material: CAPE-OPEN 1.0 has no others.
     PhaseState StateOf(const std::wstring& phase) const;
     // One value of a mixture, such as the phase fraction of a phase.
     double Single(const wchar_t* property, const std::wstring& phase, const wchar_t* basis) const;

@@ -69,7 +69,7 @@ std::vector<double> Fugacity(const PhaseInput& in, Derivative derivative)
     return Pick(in.solution.Fugacity(in.phase, in.temperature, in.pressure, in.fractions), derivative);
 }
 
-// The slope of the enthalpy. Its own derivatives are not offered: the model gives first derivatives only.
+// The slope of the enthalpy. Derivatives of the heat capacity are not offered: the model gives first derivatives only.
 std::vector<double> HeatCapacity(const PhaseInput& in, Derivative derivative)
 {
     if (derivative != Derivative::kNone) {

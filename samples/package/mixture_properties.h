@@ -43,10 +43,10 @@ std::vector<std::wstring> SinglePhasePropertyNames();
 bool IsSinglePhaseProperty(std::wstring_view name);
 PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
 
-// "kvalue" and "logKvalue", vapour over liquid, with the same suffixes except ".Dmoles".
+// "kvalue" and "logKvalue", with the same suffixes except ".Dmoles".
 std::vector<std::wstring> TwoPhasePropertyNames();
 bool IsTwoPhaseProperty(std::wstring_view name);
-// K-values of the first phase over the second; throws CapeFailure for a name that is not offered.
+// K-values of the first phase over the second, one for each compound. Throws CapeFailure for a name that is not offered.
 std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution, double temperature,
                                               double pressure, bool vapourFirst);
 

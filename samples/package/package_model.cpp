@@ -14,7 +14,7 @@ constexpr PackageDefinition kPackages[] = {
     {L"Alcohols", L"Methanol, ethanol and water as an ideal solution", {L"Methanol", L"Ethanol", L"Water"}},
 };
 
-// A revision of the first package, and the name under which it is found. It reports the first package's name.
+// The name under which a revision of the first package is found. The revision reports the first package's name.
 constexpr const wchar_t* kRevisionName = L"Aromatics, revised";
 constexpr PackageDefinition kRevision = {kPackages[0].name, kPackages[0].description, kPackages[0].compounds, 1.000001};
 
@@ -50,7 +50,7 @@ const Compound& CompoundOf(const wchar_t* id)
 Compound LastCompoundOf(const PackageDefinition& definition)
 {
     Compound compound = CompoundOf(*std::prev(definition.compounds.end()));
-    // The first of Antoine's coefficients is a logarithm.
+    // Antoine's equation gives the logarithm of the pressure, so a factor adds its logarithm to the first coefficient.
     compound.antoine[0] += std::log(definition.vapourPressureFactor);
     return compound;
 }

@@ -1,5 +1,5 @@
 // A property package without its interfaces: its name, its compounds in order, the model, and the material that
-// calculations read and write. The interface parts of a package share one.
+// calculations read and write. The interface parts of a package share one model.
 #pragma once
 
 #include <span>
@@ -23,8 +23,8 @@ struct PackageDefinition {
 
 // The packages that the sample offers.
 std::span<const PackageDefinition> AllPackages();
-// Compared without regard to case; null if there is none. Also finds "Aromatics, revised", which is not offered: its results differ
-// from those of "Aromatics" by about one in a million.
+// Compared without regard to case; null if there is none. Also finds "Aromatics, revised", which AllPackages does not list:
+// its results differ from those of "Aromatics" by about one in a million.
 const PackageDefinition* FindPackage(std::wstring_view name);
 
 struct PhaseDefinition {
@@ -38,7 +38,7 @@ std::span<const PhaseDefinition> AllPhases();
 // Throws CapeFailure ("invalid argument") for an unknown label.
 const PhaseDefinition& PhaseOf(std::wstring_view label);
 
-// The standard's name for the whole stream, whatever its phases.
+// The standard's phase label for the overall material.
 inline constexpr std::wstring_view kOverall = L"Overall";
 
 class PackageModel {
@@ -55,8 +55,7 @@ public:
     // The compounds with these ids; all compounds for an empty list. Throws CapeFailure for an unknown id.
     std::vector<const Compound*> Select(std::span<const std::wstring> ids) const;
 
-    // Those of a calculation's allowed phases that may form: the user's parameter restricts them. Throws CapeFailure if
-    // none is left.
+    // The phases in `allowed` that the user's parameter also allows. Throws CapeFailure if none is left.
     AllowedPhases Restrict(AllowedPhases allowed) const;
     // PackageHost::CheckTemplate for this package's compounds.
     void CheckTemplate(Generation generation);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const wchar_t* kPure = L"Pure";
 
-// The flash types of the older version; the value of the second quantity is a property of `phase`.
+// The flash types of CAPE-OPEN 1.0; the value of the second quantity is a property of `phase`.
 struct FlashType {
     const wchar_t* name;
     FlashKind kind;
@@ -60,7 +60,7 @@ std::vector<double> CalculatePure(const PropertyRequest& request, const PhaseInp
 
 std::vector<std::wstring> WriteResults(const MaterialObjectView& material, FlashKind kind, const FlashResult& result)
 {
-    // At a bubble or dew point, both phases are present, one of them empty.
+    // At a given phase fraction, both phases are present; at a bubble or dew point, one of them is empty.
     const bool boundary = kind == FlashKind::kPVF || kind == FlashKind::kTVF;
     std::vector<std::wstring> present;
     for (const PhaseDefinition& phase : AllPhases()) {

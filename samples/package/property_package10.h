@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 property package: the single interface of the older version around the same model. It keeps no
-// material: each call brings its own.
+// A CAPE-OPEN 1.0 property package: the single calculation interface of that version around the same model. It keeps no
+// material: each call passes one.
 #pragma once
 
 #include "com/object.h"

@@ -16,7 +16,7 @@ constexpr EquilibriumLaw Decadic(double a, double b, double c, double d, double 
     return {{a * kLog10, b * kLog10, c, d * kLog10, e * kLog10}, standardPressure};
 }
 
-// Constant enthalpy of reaction (J/mol), and the Gibbs energy of reaction (J/mol) at 298.15 K and 1 bar.
+// A law for a constant enthalpy of reaction (J/mol) and a Gibbs energy of reaction (J/mol) at 298.15 K and 1 bar.
 constexpr EquilibriumLaw VanTHoff(double enthalpy, double gibbsEnergy)
 {
     return {{(enthalpy - gibbsEnergy) / (kGasConstant * 298.15), -enthalpy / kGasConstant, 0, 0, 0}, kBar};

@@ -1,6 +1,6 @@
 // A reaction package without its interfaces: its reactions with their parameters, the material whose state they depend
-// on, and the reaction object that receives the results. The interface parts of a package share one. Holds one
-// reference to each of the two objects until they are replaced or Release is called.
+// on, and the reaction object that receives the results. The interface parts of a package share one model. Holds
+// one reference to each of the two objects until they are replaced or Release is called.
 #pragma once
 
 #include <cape-open.h>
@@ -53,7 +53,7 @@ public:
     // Throws CapeFailure ("invalid argument") for an unknown id.
     const ReactionEntry& ReactionOf(std::wstring_view id) const;
 
-    // The standard pressure requested for equilibrium constants of gas reactions; none: as each is published.
+    // The standard pressure (Pa) that the user chose for equilibrium constants of gas reactions; none: as published.
     std::optional<double> StandardPressure() const;
 
     // If the new object is null or of the wrong kind, SetMaterial and SetReactionObject throw CapeFailure and keep the
@@ -64,8 +64,9 @@ public:
     // Releases both objects.
     void Release();
 
-    // Temperature, pressure and the fractions of the reaction's compounds in the material; a compound that the material
-    // lacks has fraction 0. Throws CapeFailure ("bad order of calls") without a material.
+    // Temperature, pressure and the fractions of the reaction's compounds in the reaction's phase of the material; a
+    // compound that the material lacks has fraction 0. Throws CapeFailure: "bad order of calls" without a material, "out of
+    // bounds" when the user's limits do not allow the state.
     PhaseState StateOf(const Reaction& reaction) const;
     // Throws CapeFailure ("bad order of calls") without a reaction object.
     ICapeReactionProperties* ReactionObject() const;

@@ -1,5 +1,5 @@
 // A CAPE-OPEN 1.0 reaction package: the interfaces of the standard around one ReactionModel. Holds references to the
-// material and the reaction object until Terminate or its own end.
+// material and the reaction object until Terminate or its destruction.
 #pragma once
 
 #include "com/object.h"

@@ -50,7 +50,8 @@ WithSlope EquilibriumConstant(const ReactionInput& in)
     const Reaction& reaction = in.reaction.Definition();
     WithSlope logarithm = LogEquilibriumConstant(in.reaction.EquilibriumCoefficients(), EquilibriumTemperature(in));
     const double published = reaction.equilibrium.standardPressure;
-    // For another standard pressure, each activity changes by the ratio, to the power of its coefficient.
+    // Another standard pressure multiplies each activity by published / chosen, and K by this ratio to the power of the
+    // mole change.
     if (published > 0) logarithm.value += reaction.MoleChange() * std::log(published / StandardPressureOf(in));
     const double value = std::exp(logarithm.value);
     return {value, value * logarithm.dT};

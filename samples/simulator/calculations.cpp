@@ -146,8 +146,7 @@ void ShowEquilibria(const PackageSession& session, Report& report)
         EquilibriumRow(session, report, name);
     }
 
-    // A flash at the enthalpy of half vapour and half liquid, which is summed over both phases, must return to that
-    // state.
+    // Sums the enthalpy over both phases at half vapour; a flash at that enthalpy should give the same state.
     CheckCall(material->SetSinglePhaseProp(MakeBstr(L"phaseFraction").GetBSTR(), MakeBstr(vapour).GetBSTR(),
                                            MakeBstr(L"mole").GetBSTR(), MakeDoubles({{0.5}})),
               material, L"SetSinglePhaseProp");

@@ -1,5 +1,5 @@
-// What the simulator does with a package, step by step, in a fixed order: two runs make the same calls with the same
-// numbers. Each step prints its results, and throws CapeFailure when a call fails unexpectedly.
+// What the simulator does with a property package of CAPE-OPEN 1.1, step by step, in a fixed order: two runs make the same
+// calls with the same numbers. Each step prints its results, and throws CapeFailure when a call fails unexpectedly.
 #pragma once
 
 #include "samples/simulator/options.h"
@@ -11,11 +11,11 @@ namespace zelt::sample {
 // Compounds with their constants and temperature functions, phases, universal constants.
 void ShowLists(const PackageSession& session, Report& report, const Options& options);
 // Flashes at given temperature and pressure over the boiling range of an equimolar feed, at its bubble and dew points
-// and at half vapour, and a flash at given pressure and enthalpy that must return to the state at half vapour.
+// and at half vapour, and a flash at given pressure and enthalpy that should give the state at half vapour again.
 void ShowEquilibria(const PackageSession& session, Report& report);
-// Both phases' properties, K-values and fugacity coefficients at the last equilibrium.
+// The phases' properties and the K-values at the last equilibrium, and fugacity coefficients at 350 K and 2 bar.
 void ShowProperties(const PackageSession& session, Report& report, const Options& options);
-// A call that must fail: prints the package's description. Throws CapeFailure if the call succeeds.
+// A call that must fail: prints the package's description of the failure. Throws CapeFailure if the call succeeds.
 void ShowFailure(const PackageSession& session, Report& report);
 
 }  // namespace zelt::sample

@@ -188,7 +188,8 @@ void Show10Equilibria(const PackageSession10& session, Report& report)
         Row(session, report, name);
     }
 
-    // A flash through the material, at the enthalpy of half vapour and half liquid, must return to that state.
+    // Sums the enthalpy over both phases at half vapour; a flash through the material at that enthalpy should give the
+    // same state.
     FlashAtFraction(session, 0.5);
     double enthalpy = 0;
     const _variant_t phases = MakeStrings({L"Vapor", L"Liquid"});

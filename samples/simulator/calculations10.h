@@ -1,7 +1,7 @@
 // A property package of CAPE-OPEN 1.0 in use, and what the simulator does with it, step by step, in a fixed order. Each
 // step prints its results, and throws CapeFailure when a call fails unexpectedly. For some calculations the simulator
-// calls the package with the material as argument, for others the material, which calls the package: flowsheet programs
-// and unit operations do either.
+// calls the package with the material as argument; for others it calls the material, which calls the package. Flowsheet
+// programs and unit operations do either.
 #pragma once
 
 #include "samples/simulator/component_session.h"
@@ -25,7 +25,7 @@ public:
 
 // Compounds with their constants, phases, universal constants, the offered properties.
 void Show10Lists(const PackageSession10& session, Report& report);
-// The flashes of the 1.1 run, through the older interfaces.
+// The flashes of the 1.1 run, through the interfaces of 1.0.
 void Show10Equilibria(const PackageSession10& session, Report& report);
 // Properties of the mixture in each phase and of the pure compounds at the last equilibrium, and a property of a
 // duplicate of the material.

@@ -32,7 +32,7 @@ public:
     ComponentSession& operator=(const ComponentSession&) = delete;
 
     void ShowIdentity(Report& report, const char* label) const;
-    // Walks the parameters. With `hold`, a collection, a parameter and its specification are kept until the end.
+    // Walks the parameters. With `hold`, a collection, a parameter and its specification are kept until ReleaseHeld.
     void ShowParameters(Report& report, bool hold);
 
     Microsoft::WRL::ComPtr<IDispatch> package;
@@ -43,7 +43,7 @@ public:
 protected:
     ~ComponentSession() = default;
 
-    // Terminates the component and releases its own references.
+    // Terminates the component and releases the session's references to it.
     void Terminate();
     // Releases what was held longer than the component.
     void ReleaseHeld() { held.clear(); }

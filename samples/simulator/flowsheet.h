@@ -1,5 +1,5 @@
-// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, and the
-// receiver of messages. The context, its templates and the materials made from them share it.
+// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, the link
+// through which materials calculate, and the receiver of messages. The context and its templates share it.
 #pragma once
 
 #include <functional>
@@ -14,7 +14,7 @@ namespace zelt::sample {
 struct Flowsheet {
     std::shared_ptr<const Slate> slate;  // null until the package has been asked
     std::shared_ptr<PackageLink> link = std::make_shared<PackageLink>();
-    std::function<void(const wchar_t* kind, const std::wstring& text)> onMessage;  // of the package; may be empty
+    std::function<void(const wchar_t* kind, const std::wstring& text)> onMessage;  // of components; may be empty
 };
 
 }  // namespace zelt::sample

@@ -23,7 +23,7 @@ struct FlowsheetData {
     CLSID unit;
     std::vector<std::wstring> compounds;  // the order of the feeds' fractions
     std::vector<Feed> feeds;
-    double power;       // of the energy stream, W
+    double power;       // of each energy inlet, W
     bool hasUnitState;  // false when the unit saves nothing
     std::vector<std::byte> unitState;
 };

@@ -26,7 +26,7 @@ FlowsheetData NewFlowsheet(const Options& options)
     return data;
 }
 
-// The unit must refuse a wrong parameter, before the run and by name.
+// Sets a parameter to a value out of bounds: Validate must refuse it.
 void ShowRefusal(const UnitSession& unit, Report& report)
 {
     report.Heading("A validation that must fail");

@@ -1,5 +1,5 @@
-// SampleSimulator.exe: uses a property package of CAPE-OPEN 1.1 or 1.0, or a reaction package, like a flowsheet
-// program, and prints the results. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command
+// SampleSimulator.exe: uses a property package of CAPE-OPEN 1.1 or 1.0, a reaction package or a unit operation, like a
+// flowsheet program, and prints the results. Exit codes: 0 when every step succeeded, 1 when one failed, 2 for a wrong command
 // line.
 #include <windows.h>
 #include <objbase.h>
@@ -25,7 +25,7 @@ namespace {
 
 using namespace zelt::sample;
 
-// A single-threaded apartment: while a call is out, this thread serves calls that come in, inside that call.
+// A single-threaded apartment: while this thread waits for a call to another process, it serves incoming calls.
 class Apartment {
 public:
     Apartment() : result(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}

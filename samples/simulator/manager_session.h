@@ -1,5 +1,5 @@
-// Where the simulator gets its packages: from a manager, which makes them by name, or from the class of a single package. Either
-// way, the packages are of one of three kinds.
+// Where the simulator gets its packages: from a manager, which makes them by name, or from the class of a single package.
+// Either way, the packages are of one of three kinds.
 #pragma once
 
 #include <cape-open.h>
@@ -38,7 +38,7 @@ private:
 };
 
 Microsoft::WRL::ComPtr<IDispatch> CreateStandAlone(const Options& options);
-// Queries for interfaces that only one kind has.
+// Queries for interfaces that only one kind has. Throws CapeFailure if the package is of no known kind.
 PackageKind KindOf(IDispatch* package);
 
 }  // namespace zelt::sample

@@ -49,7 +49,7 @@ std::pair<std::wstring, std::wstring> ParseSetting(const std::wstring& text)
     return {text.substr(0, sign), text.substr(sign + 1)};
 }
 
-// Refuses options that do not fit a flowsheet, or that need one.
+// Refuses options that do not fit a flowsheet and, without a flowsheet, options that need one.
 void CheckFlowsheet(const Options& options)
 {
     if (!options.IsFlowsheet()) {

@@ -12,13 +12,13 @@ struct Options {
     std::wstring className;  // ProgID or CLSID text of a manager, or with standAlone of a package
     std::wstring packageName;
     bool standAlone = false;
-    bool inProcess = false;               // load the server into this process; otherwise it runs in another
+    bool inProcess = false;               // load the server into this process; otherwise COM chooses
     bool list = false;                    // only list the packages
     bool bits = false;                    // print every result's bit pattern too
-    bool hold = false;                    // keep materials and parameters until the package is released
+    bool hold = false;                    // release materials and parameters only after the package
     std::vector<std::wstring> calculate;  // single-phase properties to calculate besides the usual ones
-    std::vector<std::wstring> constants;  // compound ids whose constants to get, besides the usual ones
-    std::optional<unsigned> waitSeconds;  // wait this long inside the first call of the package on the material
+    std::vector<std::wstring> constants;  // ids of compounds whose molecular weight to get too
+    std::optional<unsigned> waitSeconds;  // the longest wait in the package's first read of the material
     std::wstring event;                   // an existing named event to set when that wait begins
 
     // A flowsheet of one unit operation: a new one with this unit (ProgID or CLSID text), or a saved one.
@@ -28,7 +28,8 @@ struct Options {
     std::vector<std::pair<std::wstring, std::wstring>> settings;  // the unit's parameters and their values as texts
     bool IsFlowsheet() const { return !unitName.empty() || !loadFile.empty(); }
 
-    // The files of a package's own state, which may be empty; `settings` then has the package's parameters.
+    // The files from which a package loads its state and to which it saves it. Either path may be empty; with
+    // `saveState`, `settings` has the package's parameters.
     std::wstring loadState;
     std::wstring saveState;
     bool IsPackageState() const { return !loadState.empty() || !saveState.empty(); }

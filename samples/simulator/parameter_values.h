@@ -14,7 +14,7 @@ namespace zelt::sample {
 
 // One line for each parameter: its name and value.
 void ShowValues(IDispatch* object, Report& report);
-// Sets a parameter from a text, in the parameter's type; semicolons separate a list's values. Throws CapeFailure.
+// Sets a parameter from a text, in the parameter's type; semicolons separate a list's values.
 void SetParameter(IDispatch* object, const std::wstring& name, const std::wstring& text);
 
 // While this exists, the collection's first real parameter has a value that its specification does not allow.

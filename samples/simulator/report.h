@@ -18,8 +18,8 @@ public:
     // "label: text"
     void Text(const char* label, std::wstring_view text);
 
-    // A table: `columns` once, then rows of one label and one number for each further column. A row's numbers are
-    // results, whose bits are also printed under the row's label; NaN means that a number does not apply.
+    // A table: `columns` once, then rows of one label and one number for each further column. With `bits`, the
+    // bit patterns of a row's numbers follow it on a second line. NaN means that a number does not apply.
     void Columns(std::span<const std::wstring> columns);
     void Row(std::wstring_view label, std::span<const double> values);
 

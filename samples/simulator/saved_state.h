@@ -1,4 +1,5 @@
-// What a component saves of itself, as it wrote it: through IPersistStreamInit if it has that, else through IPersistStream.
+// The bytes that a component saves and loads: through IPersistStreamInit if it has that interface, otherwise through
+// IPersistStream.
 #pragma once
 
 #include <objidl.h>

@@ -24,7 +24,8 @@ public:
     void SetMaterial(ReadHook hook);
     // Until Close, the flowsheet's new materials calculate with this package. Throws CapeFailure if it cannot.
     void ServeMaterials();
-    // Takes the material back, unless `hold`; terminates and releases the package; releases the material last.
+    // Unsets and releases the material, then terminates and releases the package. With `hold`, the material stays set, and
+    // is released last.
     void Close(bool hold);
 
     Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;  // these four may be null

@@ -13,7 +13,7 @@ namespace zelt::sample {
 
 class StreamSet {
 public:
-    // The number of loaded feeds must match the ports; null for new feeds. `power` is that of each energy stream, W.
+    // The number of loaded feeds must match the ports; null for new feeds. `power` is that of each energy inlet, W.
     StreamSet(std::shared_ptr<Flowsheet> flowsheet, const std::vector<UnitPort>& ports, const std::vector<Feed>* feeds,
               double power);
 
@@ -21,9 +21,9 @@ public:
     void FlashFeeds() const;
     void Connect(UnitSession& unit, Report& report) const;
 
-    // Every stream's state, as results.
+    // Prints every stream's state.
     void Show(Report& report) const;
-    // The inflow and outflow of each compound and of energy. Throws CapeFailure when they differ.
+    // Prints the inflow and outflow of each compound and of energy. Throws CapeFailure when they differ.
     void ShowBalances(Report& report) const;
 
     const std::vector<Feed>& Feeds() const { return feeds; }
@@ -51,7 +51,7 @@ private:
     std::vector<Feed> feeds;
     std::vector<Stream> streams;
     std::deque<Signal> signals;
-    std::vector<Microsoft::WRL::ComPtr<IDispatch>> objects;  // one for each port, in order; null for none
+    std::vector<Microsoft::WRL::ComPtr<IDispatch>> objects;  // one for each port, in order; null: unconnected
     std::vector<std::wstring> names;
 };
 

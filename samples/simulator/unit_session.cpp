@@ -13,7 +13,7 @@ constexpr const wchar_t* kUnit = L"the unit operation";
 constexpr const wchar_t* kTypes[] = {L"material", L"energy", L"information", L"any"};
 constexpr const wchar_t* kDirections[] = {L"inlet", L"outlet", L"inlet and outlet"};
 
-// Initialises the object, or loads its saved state: either must come before every other call.
+// Calls InitNew, or loads the saved state: either must come before every other call.
 ComPtr<IDispatch> Prepared(ComPtr<IDispatch> object, const SavedState* state)
 {
     if (!state) {

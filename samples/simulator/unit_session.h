@@ -21,8 +21,8 @@ struct UnitPort {
 
 class UnitSession final : public ComponentSession {
 public:
-    // `state`: null for a new unit; then InitNew is called, if the unit has IPersistStreamInit. Otherwise the unit loads the state,
-    // if one was saved, before Initialize.
+    // Before Initialize, a new unit (`state` is null) gets InitNew if it has IPersistStreamInit; any other unit loads
+    // `state`, if one was saved.
     UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const SavedState* state,
                 std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();

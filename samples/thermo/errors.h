@@ -1,4 +1,5 @@
-// What the numerics throw. They are independent of COM: the components translate these into the standard's errors.
+// What the numerics throw. The numerics are independent of COM: the components turn these exceptions into the standard's
+// errors.
 #pragma once
 
 #include <stdexcept>

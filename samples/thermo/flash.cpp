@@ -52,12 +52,12 @@ FlashResult Split(const IdealSolution& solution, double temperature, double pres
     return result;
 }
 
-// The boiling points of the lightest and heaviest compound present: every equilibrium at this pressure is between them.
 struct Bracket {
     double lower;
     double upper;
 };
 
+// The boiling points of the lightest and heaviest compound present: every equilibrium at this pressure is between them.
 Bracket BoilingRange(const IdealSolution& solution, double pressure, std::span<const double> feed)
 {
     Bracket range{kHighestTemperature, 0};
@@ -72,8 +72,8 @@ Bracket BoilingRange(const IdealSolution& solution, double pressure, std::span<c
     return range;
 }
 
-// Finds the temperature in the boiling range where `f`, which rises with temperature, is zero. A range of width zero is
-// a single compound's boiling point; in a narrow range, rounding may give f the same sign at both ends.
+// Finds the argument in the range for which `f`, which rises with its argument, is zero. For a single compound the range
+// has width zero; in a narrow range, rounding may give f the same sign at both ends. Then the result is an end.
 template <class Function>
 double RootInRange(const Bracket& range, Function&& f, const char* what)
 {
@@ -98,7 +98,7 @@ double Mean(const IdealSolution& solution, MixtureProperty property, const Flash
     return sum;
 }
 
-// The highest temperature at which every compound of the feed can be liquid.
+// The highest temperature at which every compound of the solution can be liquid.
 double LiquidLimit(const IdealSolution& solution)
 {
     double limit = kHighestTemperature;

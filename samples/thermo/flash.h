@@ -1,7 +1,7 @@
 // Vapour-liquid equilibrium of the ideal solution. Everything here is a pure function. Temperatures in K, pressures in
 // Pa, enthalpies in J/mol, entropies in J/(mol K), vapour fractions in mol/mol; a feed is one non-negative mole fraction
-// for each compound, which is normalised. All throw OutOfRange outside the model's range and NoSolution when there is
-// no solution.
+// for each compound; their sum need not be 1. All throw OutOfRange outside the model's range and NoSolution when there
+// is no solution.
 #pragma once
 
 #include <span>
@@ -11,7 +11,7 @@
 
 namespace zelt::sample {
 
-// Which phases may be present.
+// Which phases may form.
 struct AllowedPhases {
     bool vapour = true;
     bool liquid = true;
@@ -25,7 +25,7 @@ struct FlashResult {
     std::vector<double> vapour;
 };
 
-// The vapour fraction that solves sum z (K - 1) / (1 + b (K - 1)) = 0; 0 for a feed at or below its bubble point, 1 for
+// The vapour fraction b that solves sum z (K - 1) / (1 + b (K - 1)) = 0; 0 for a feed at or below its bubble point, 1 for
 // one at or above its dew point. K-values must be positive.
 double RachfordRice(std::span<const double> feed, std::span<const double> kValues);
 
@@ -46,8 +46,8 @@ FlashResult FlashPH(const IdealSolution& solution, double pressure, double entha
 FlashResult FlashPS(const IdealSolution& solution, double pressure, double entropy, std::span<const double> feed,
                     AllowedPhases allowed = {});
 
-// The pairs of quantities that can specify a flash, in the order in which Solve takes their values: temperature,
-// pressure, vapour fraction, enthalpy, entropy.
+// The pairs of quantities that can specify a flash, in the order in which Solve takes their values: T is temperature, P
+// pressure, VF vapour fraction, H enthalpy, S entropy. At a given vapour fraction, Solve ignores `allowed`.
 enum class FlashKind { kTP, kPVF, kTVF, kPH, kPS };
 FlashResult Solve(const IdealSolution& solution, FlashKind kind, double first, double second,
                   std::span<const double> feed, AllowedPhases allowed = {});

@@ -1,8 +1,9 @@
 // The model: an ideal gas above an ideal solution (Raoult's law), for a list of compounds in a given order. Borrows the
-// compounds; keeps no state between calls. Every function throws OutOfRange for a temperature outside the model's range
-// or a pressure that is not positive. Compositions are mole fractions, one for each compound; they are not normalised.
+// compounds; keeps no state between calls. Every function of temperature and pressure throws OutOfRange for a
+// temperature outside the model's range or a pressure that is not positive. Compositions are mole fractions, one for each
+// compound; they are not normalised.
 //
-// The enthalpy of the liquid is that of the gas minus the published heat of vaporisation. Its entropy is chosen so that
+// The enthalpy of the liquid is that of the gas minus the published heat of vaporisation. The liquid's entropy is such that
 // both phases of a compound have the same Gibbs energy at its vapour pressure, which makes equilibrium consistent with
 // the entropies; the liquid's properties do not depend on pressure.
 #pragma once
@@ -51,7 +52,7 @@ public:
     // Independent of composition in this model.
     CompoundProperties LogFugacityCoefficient(Phase phase, double temperature, double pressure) const;
     CompoundProperties FugacityCoefficient(Phase phase, double temperature, double pressure) const;
-    // Pa.
+    // In Pa.
     CompoundProperties Fugacity(Phase phase, double temperature, double pressure,
                                 std::span<const double> fractions) const;
 

@@ -11,8 +11,8 @@
 namespace zelt::sample {
 
 // The x in [lower, upper] where f changes sign, to the precision of doubles. If f is zero at an end, that end is the
-// result. Throws NoSolution when f has the same sign or is NaN at both ends, or when more iterations are needed than
-// allowed.
+// result. Throws NoSolution when f has the same sign at both ends or is NaN at one of them, or when more iterations are
+// needed than allowed.
 template <class Function>
 double FindRoot(Function&& f, double lower, double upper, const char* what, long iterations = 200)
 {

@@ -95,8 +95,9 @@ void MixerHeaterModel::FlashAtEnthalpy(const UnitStream& outlet, const Mixture& 
     const double temperature = FindRoot(excess, limits[0], limits[1],
                                         "no outlet temperature within the limits and the iterations has this enthalpy",
                                         Values().Integer(kIterations));
-    // A pure compound boils at one temperature: there the enthalpy jumps, and the search finds no solution.
-    constexpr double kTolerance = 1e-3;  // J/mol; the heat of vaporisation is some 1e4
+    // A pure compound boils at one temperature, where the enthalpy jumps: the search then ends at the jump
+    // without reaching the given enthalpy.
+    constexpr double kTolerance = 1e-3;  // J/mol; a heat of vaporisation is of the order of 1e4
     if (std::fabs(excess(temperature)) > kTolerance) {
         throw CapeFailure(ECapeSolvingErrorHR, L"The enthalpy jumps at " + Quantity(temperature, L"K") +
                                                    L"; the material's own flash is needed");

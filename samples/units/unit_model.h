@@ -1,6 +1,6 @@
 // A sample unit operation without its interfaces: its ports, its parameters, its validation status and its last
-// results. A concrete unit derives from it and calculates. A unit's interface parts share one model. It holds the connected
-// objects and the simulator's context until Terminate or its own end.
+// results. A concrete unit derives from it and calculates. A unit's interface parts share one model. The model holds the
+// connected objects and the simulator's context until Terminate or its destruction.
 #pragma once
 
 #include <cape-open.h>
@@ -35,7 +35,7 @@ public:
     eCapeValidationStatus Status() const;
     // What is wrong, as a sentence; empty for a valid unit.
     std::wstring Validate();
-    // Throws CapeFailure: "bad order of calls" unless the unit is valid.
+    // Throws CapeFailure: "bad order of calls" unless Validate has found the unit valid since its last change.
     void Calculate();
 
     std::vector<std::wstring> Reports() const;
@@ -54,7 +54,7 @@ protected:
 
     IDispatch* Connected(std::size_t port) const { return ports[port]->connected.Get(); }
     UnitStream Stream(std::size_t port) const;
-    // The pressure of a material stream that already has one.
+    // The pressure of the material stream at this port, if it already has one.
     std::optional<double> KnownPressure(std::size_t port) const;
 
     const ParameterSet& Values() const { return parameters; }

@@ -1,5 +1,5 @@
-// A stream as a unit sees it: a material object connected to a port, whose properties and equilibrium the material itself
-// calculates. Holds references while it exists. Every function throws CapeFailure, with the stream's name, when the
+// A stream as a unit sees it: a material object that is connected to a port and calculates its own properties and
+// equilibrium. Holds references while it exists. Every function throws CapeFailure, with the stream's name, when the
 // material lacks an interface or a value, or refuses.
 #pragma once
 
@@ -18,7 +18,7 @@ public:
     UnitStream(IDispatch* material, std::wstring_view portName);
 
     // The stream's complete state, with fractions in the order of `ids`. Calculates each phase's enthalpy again,
-    // because the material may remember that of another state.
+    // because the value in the material may belong to an earlier state.
     StreamState State(const std::vector<std::wstring>& ids) const;
     std::vector<std::wstring> CompoundIds() const;
 

@@ -73,7 +73,7 @@ sub ByOne
         return if $result eq 'passed';
     }
     for my $attempt (1, 2) {
-        # What the change has left behind must count neither against it nor for it.
+        # If the test now fails without the change, too, the change may have left something behind: reset, and compare again.
         return ($test->{name}, $result eq 'timeout' ? "its limit of $test->{limit} s" : 'failed')
             if Worker::Alone($test, 0) eq 'passed' && ($attempt == 1 || Worker::Alone($test, $number) ne 'passed');
         Worker::Reset();

@@ -13,8 +13,8 @@ my $usualLimit = 300;
 my $mostKilobytes = 1 << 20;
 
 # List(build): the tests that run programs of the build under Wine, as {name, command, limit, environment, folder, program,
-# filter, loader, needs, role}. `program`, `filter` and `loader` are set for tests of which many can run in one process; `needs`
-# says that the test needs what the test with the role "setup" makes and the one with "cleanup" removes.
+# filter, loader, needs, role}. `program`, `filter` and `loader` are set for tests that can share a process with others; `needs` is
+# true if the test needs what the test with the role "setup" makes and the one with the role "cleanup" removes.
 sub List
 {
     my ($build) = @_;

@@ -35,7 +35,7 @@ private:
     void OnScaled() override { layout.Apply(); }
 
     bool AcceptSelection();
-    // Some components can only be exported by the other edition.
+    // Shows the button that opens the other edition, for components that only that edition can export.
     void OfferOtherEdition();
     void ProposeName();
     void EnableOk();

@@ -35,10 +35,10 @@ public:
     // Call before an item is expanded. False when there is nothing to show below it.
     bool PrepareExpansion(HTREEITEM item, const ListingFailure& failed);
 
-    // The selected package; null when a heading, a manager, what cannot be used, or nothing is selected.
+    // The selected package; null when nothing, a heading, a manager or an unusable component is selected.
     const Package* Selected() const;
     bool HasComponents() const { return !nodes.empty(); }
-    // Whether only the other edition can host some component.
+    // Whether there is a component that only the other edition can host.
     bool NeedsOtherEdition() const { return needsOtherEdition; }
 
 private:

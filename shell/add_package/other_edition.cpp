@@ -22,7 +22,7 @@ std::wstring RegisteredProgram()
     return ProgramOf(key.ReadString(L"").value_or(std::wstring()));
 }
 
-// The other edition's main window, if a process shows it. Other programs may have a window of that title.
+// The other edition's main window, if a process shows it. Other programs may have a window with that title.
 HWND ShownWindow()
 {
     HWND window = nullptr;

@@ -1,6 +1,6 @@
-// Reads a log on a thread of its own, while the caller's thread prepares what it shows. Both take only as long as the slower
-// of the two, and the caller is never away from its windows for long. What has been read waits in a few batches, so the
-// memory does not depend on the file.
+// Reads a log on a second thread, while the caller's thread prepares what it shows. Together they take only as long as the
+// slower of the two, and the caller is never away from its windows for long. What has been read waits in a few batches, so
+// the memory does not depend on the file.
 #pragma once
 
 #include "log_reader/log_reader.h"

@@ -16,7 +16,7 @@ namespace zelt {
 // Rows and pages in transit. Rows are as small as possible: many millions of them move from one core to the other.
 struct Batch {
     struct Entry {
-        std::uint32_t length;  // of the label, which follows the previous label; or the line of an objection
+        std::uint32_t length;  // of the label, which follows the previous label; or the line of a parse error
         std::uint16_t depth;
         std::uint8_t image;
         std::uint8_t flags;

@@ -1,5 +1,5 @@
-// A text to find in labels. It skips through a label as far as the character at the place of the text's last one
-// allows, so that most characters are never examined. It copies nothing and folds case as it compares.
+// A text to find in labels. At each place it looks first at the label's character under the end of the text, which says how far
+// the search can skip, so most characters are never examined. It copies nothing and folds case as it compares.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ private:
 
     std::array<unsigned char, 256> folded;  // each character in the form that is compared
     std::string wanted;
-    std::array<std::size_t, 256> steps;  // by the folded character where the text's last one would be
+    std::array<std::size_t, 256> steps;  // how far to skip, by the folded character under the end of the text
 };
 
 }  // namespace zelt

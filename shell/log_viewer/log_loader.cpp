@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    // The user already works with the viewer.
+    // For a log in pages, whose viewer the user is already working with.
     bool ContinueInPages()
     {
         if (++steps % 64 != 0 && rows) return !closed;

@@ -1,5 +1,5 @@
-// A whole log in a few words per item: the items in file order, and each label's text once. This makes tree
-// order trivial: an item's descendants follow it, up to its end. Removed items stay in place, marked. Owns all of it,
+// A log, or a page of one, in a few words per item: the items in file order, and each label's text once. This makes tree
+// order trivial: an item's descendants follow it, up to its end. Removed items stay in place, marked. Owns all its data,
 // knows nothing about windows, and does not shrink.
 #pragma once
 

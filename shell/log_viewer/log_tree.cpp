@@ -116,7 +116,7 @@ void LogTree::FillSomeOutermost()
     if (below) ValidateRect(window, nullptr);
 }
 
-// The outermost item before an outermost one, the last one before the first; kNoItem if all are removed.
+// The outermost item before `item`, which is outermost, too; for the log's first, the last one. kNoItem if all are removed.
 ItemIndex LogTree::OutermostBefore(ItemIndex item) const
 {
     const ItemIndex before = model->Previous(item);

@@ -113,7 +113,7 @@ private:
     ItemIndex firstOutermost = kNoItem, lastOutermost = kNoItem;  // in the tree
     ItemIndex outer = 0;                                          // outermost items in the tree
     ItemIndex inner = 0;                                          // nested items in the tree
-    int paused = 0;                                               // redrawing
+    int paused = 0;                                               // how many times redrawing is off
 };
 
 }  // namespace zelt

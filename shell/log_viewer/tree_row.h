@@ -15,7 +15,7 @@ struct TreeRow {
     bool hasChildren;        // the next row is its first child
     bool isError;            // an error or a warning as logs write it, without an end tag
     std::string_view label;  // UTF-8
-    int line = 0;            // of an error, in the file; not set elsewhere
+    int line = 0;            // of an error, in the file; without meaning in other rows
 };
 
 bool IsError(const LogEvent& event);

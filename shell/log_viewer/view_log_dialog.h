@@ -72,7 +72,7 @@ private:
     HWND treeView = nullptr;
     const HACCEL accelerators;
     bool loading = false;
-    std::vector<int> waiting;  // commands that came while the log was loaded
+    std::vector<int> waiting;  // commands that came before the log was completely loaded
     bool closed = false;       // or about to close, once the running task has ended
     PagedLog model;
     LogTree tree;

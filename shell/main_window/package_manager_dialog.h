@@ -42,7 +42,7 @@ private:
     void ReportProblem();
     void ToggleOption(LogOption option, bool LogOptions::*field);
     void ChooseUnitOperation(REFCLSID classId);
-    // Shows the user what went wrong with the search, the first time only.
+    // The installed unit operations. Shows the user, the first time only, what went wrong with the search for them.
     const std::vector<ComponentInfo>& UnitOperationChoices();
 
     void PrepareLogMenu();

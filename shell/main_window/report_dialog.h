@@ -39,7 +39,7 @@ private:
     std::wstring written;  // by zeltctl, in the folder for temporary files
     std::wstring chosen;   // by the user; empty until then
     std::optional<ReportProcess> process;
-    bool isShown = false;  // what the report contains
+    bool isShown = false;  // whether the list shows what the report contains
 };
 
 }  // namespace zelt

@@ -63,7 +63,7 @@ ReportProcess::State ReportProcess::Look()
     if (goesOn || WaitForSingleObject(process.get(), 0) != WAIT_OBJECT_0) return State::Working;
     DWORD code = 0;
     GetExitCodeProcess(process.get(), &code);
-    // 1 says that a log is cut off.
+    // The exit code 1 means that a log is cut off.
     return answered && code <= 1 ? State::Written : State::Failed;
 }
 

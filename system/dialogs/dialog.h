@@ -1,7 +1,7 @@
 // The base of the program's dialogs: a window made from a dialog resource, with its messages passed to member functions. Nothing
 // that a handler throws reaches the system. Layout, lists and pictures are left to the derived dialogs.
 //
-// A handler that shows a box or a dialog, or calls a component, lets messages in, and the window may be destroyed meanwhile.
+// A handler that shows a box or a dialog, or calls a component, lets messages in, and one of them may destroy the window.
 // OnDestroyed therefore waits for the last handler to return: an object that deletes itself does so there and nowhere else. After
 // anything that lets messages in, a handler asks for Window() again: it is null once the window is gone.
 #pragma once

@@ -13,8 +13,8 @@ namespace zelt {
 // Text, caption, MB_ flags; returns the button's id.
 using MessageFunction = int (*)(const wchar_t* text, const wchar_t* caption, UINT flags);
 
-// Shows a message box without an owner and waits for the answer. Windows' own box pumps messages, so calls may come in meanwhile:
-// the caller must hold a reference to what it uses, or look it up again afterwards.
+// Shows a message box without an owner and waits for the answer. Windows' own box pumps messages, so calls may come in: the
+// caller must hold a reference to what it uses, or look it up again afterwards.
 int ShowMessage(const std::wstring& text, const wchar_t* caption, UINT flags);
 
 // The same for an outcome that is a failure; does nothing for a success.

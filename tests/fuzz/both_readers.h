@@ -1,4 +1,4 @@
-// Reads a log in two ways, as every program does and by the parser alone, and keeps what each reports for a comparison.
+// Reads a log in two ways, as every program does and by the parser alone, and keeps the events of each way for comparison.
 #pragma once
 
 #include <algorithm>

@@ -11,7 +11,7 @@
 namespace zelt::test {
 namespace {
 
-// Small blocks, so that a short log has many, and the ordinary ones.
+// Small blocks, so that a short log has many of them, and blocks of the ordinary size.
 constexpr ScanSizes kSizes[] = {{1024, 1 << 20}, {1024, 16384}, {2048, 16384}, {}};
 
 // The beginning of a log as ZELT writes it, with some calls open.
@@ -58,7 +58,8 @@ void Test(std::string_view bytes)
 {
     const std::uint64_t hash = std::hash<std::string_view>()(bytes);
     TestReaders(bytes, hash);
-    // The bytes again, with or without their root element, after the beginning of a log, so that the damage comes late.
+    // The bytes again, whole or from the end of the root's start tag on, after the beginning of a log, so that the damage
+    // comes late.
     const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
     const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
     TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);

@@ -28,7 +28,7 @@ Span SomeLines(const std::string& log, std::mt19937& random)
     return {from, end == std::string::npos ? std::string::npos : end + 1 - from};
 }
 
-// What is between two neighbouring quotes, which may be markup.
+// The text between two neighbouring quotation marks; it may be markup.
 Span SomeText(const std::string& log, std::mt19937& random)
 {
     const std::size_t from = log.find('"', random() % log.size());

@@ -11,8 +11,8 @@
 namespace zelt::test {
 namespace {
 
-// A golden log is cut at every byte when ZELT_EVERY_CUT is in the environment, which takes a quarter of an hour; otherwise only
-// once in this many bytes.
+// If ZELT_EVERY_CUT is in the environment, a golden log is cut at every byte, which takes a quarter of an hour; otherwise at
+// one byte in this many.
 constexpr std::size_t kCutsLeftOut = 1499;
 
 class BothReaders : public testing::TestWithParam<std::string> {
@@ -78,7 +78,7 @@ class LogScanning : public testing::Test {
 protected:
     LogScanning() { PrepareLogReader(); }
 
-    // Returns nothing when the parser has to go on.
+    // Returns nothing if the parser has to read the rest, from `start` on.
     std::optional<LogReadResult> Scan(const std::string& log)
     {
         Recording recording;
@@ -167,7 +167,7 @@ TEST_F(LogScanning, TakesLongTextsAndDeepCalls)
     ExpectEqual(InLog(entries + std::string(3'000'000, 'x')), {}, {});
 }
 
-// What the parser finds in damage depends on where it has split the text before it.
+// What the parser finds in damage depends on where it split the text before the damage.
 TEST_F(LogScanning, LeavesDamageToTheParserAfterAnyLength)
 {
     const std::string damage =

@@ -39,7 +39,7 @@ std::string Calculation(const At& at, const std::string& sets, const std::string
                     sets);
 }
 
-// An enthalpy that rises by a little more than 40 J/mol per K, and its true derivative, which Calculated multiplies by `factor`.
+// An enthalpy that rises by about 46 J/mol per K, and its true derivative, which Calculated multiplies by `factor`.
 double Enthalpy(double temperature) { return 40 * temperature + 0.01 * temperature * temperature - 50'000; }
 double Slope(double temperature) { return 40 + 0.02 * temperature; }
 
@@ -69,7 +69,7 @@ TEST(CheckDerivatives, FindsOneThatDisagreesWithTheProperty)
     ASSERT_NE(std::string::npos, rule) << found;
     EXPECT_EQ("enthalpy.dtemperature is 69.03 at 301 K, but enthalpy changes by 46.02 per K between 300 and 302 K\n",
               found.substr(rule + 14));
-    // With a fourth state, it is found once, and in the same line: where the third state is set.
+    // With a fourth state, the derivative is still found once, and in the same line: where the third state is set.
     EXPECT_EQ(found, Check(Calculated(300, 1.5) + Calculated(301, 1.5) + Calculated(302, 1.5) + Calculated(303, 1.5)));
 }
 
@@ -109,7 +109,7 @@ TEST(CheckDerivatives, IsSilentAboutThoseThatAgree)
     EXPECT_EQ("", Check(Calculated(300, 1.1) + Calculated(301, 1.1) + Calculated(302, 1.1)));
 }
 
-// Each of these logs has values that disagree, and an explanation for it.
+// In each of these logs, values disagree, but not surely because the derivative is wrong.
 TEST(CheckDerivatives, IsSilentWhereItCannotBeSure)
 {
     const std::string change =

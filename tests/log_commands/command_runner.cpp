@@ -72,7 +72,7 @@ std::string GoldenLog(const std::string& name)
 {
     const std::string folder = ZELT_TESTS "/golden", path = folder + '/' + name + ".zlg";
     if (std::filesystem::exists(path)) return path;
-    // The log is stored as a difference from another log: makes a complete file, and keeps it until the program ends.
+    // The log is stored as a difference from another log. This makes the complete file, and keeps it until the program ends.
     static std::map<std::string, std::unique_ptr<TemporaryLog>> made;
     auto& log = made[name];
     if (!log) {

@@ -46,7 +46,7 @@ std::vector<std::string> LinesOf(const std::string& text);
 // How often `part` occurs in `text`.
 int CountOf(const std::string& text, const std::string& part);
 
-// Compares with the stored output `name`, or with ZELT_UPDATE_GOLDEN in the environment, writes it instead.
+// Compares the output with the stored output `name`. If ZELT_UPDATE_GOLDEN is in the environment, stores the output instead.
 void ExpectKept(const std::string& name, const std::string& output, const std::string& folder = "log_commands");
 
 }  // namespace zelt::test

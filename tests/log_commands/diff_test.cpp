@@ -123,7 +123,7 @@ TEST(LogDiff, FindsNothingInARepeatedRunAndTheCallThatItLacks)
         EXPECT_EQ(0, outcome.code) << name;
         EXPECT_EQ("", outcome.data) << name;
 
-        // Without its second last call.
+        // Without its last call but one.
         const std::size_t last = log.rfind("\n<func "), start = log.rfind("\n<func ", last - 1) + 1;
         const TemporaryLog shorter(Repeated(log.substr(0, start) + log.substr(log.find("\n</func>", start) + 10)));
         const auto lines = LinesOf(RunCommand({"log", "diff", GoldenLog(name), shorter.Path()}).data);

@@ -59,7 +59,7 @@ std::string LogWith(const std::string& text)
 
 struct FormCase {
     std::vector<std::string> words;
-    int texts;  // how many of the log's eight it shows, repetitions included
+    int texts;  // how often the output contains one of the log's eight texts
 };
 
 TEST(HiddenCharacters, AreShownAsCodesByEachCommand)

@@ -31,7 +31,7 @@ inline std::string Numbers(const std::string& name, const std::vector<std::strin
     return Argument(name, name == "results" ? "out" : "in", "VT_ARRAY|VT_R8", values);
 }
 
-// One value that comes back.
+// An argument with one value that the call returns.
 inline std::string Result(const std::string& name, const std::string& type, const std::string& value)
 {
     return Argument(name, "out", type, {value});

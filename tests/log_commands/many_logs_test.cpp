@@ -140,7 +140,7 @@ TEST(StandardInputLog, IsNamedInMessages)
     const StandardInput input(none.Path());
     EXPECT_EQ("zeltctl: standard input: this is not a log of ZELT, or it is empty\n",
               RunCommand({"log", "show", "-"}).messages);
-    // A pipe that has ended will not go on.
+    // Nothing more comes from a pipe that has ended, so the command does not wait.
     const StandardInput again(cut.Path());
     EXPECT_EQ("standard input: the log has no end yet\n", RunCommand({"log", "follow", "-"}).messages);
 }
@@ -234,7 +234,7 @@ TEST(OutputFolder, IsNeededForSeveralFiles)
     const Outcome file = RunCommand({"log", "redact", "-o", logs.Of("a.zlg"), logs.Path()});
     EXPECT_EQ(2, file.code);
     EXPECT_EQ("zeltctl: " + logs.Of("a.zlg") + ": this is not a folder\n", file.messages);
-    // The others are written although one log cannot be read.
+    // The other logs are exported although one cannot be read.
     const TemporaryFolder out;
     EXPECT_EQ(3, RunCommand({"log", "export", "--csv", "-o", out.Path(), logs.Path()}).code);
     EXPECT_EQ(std::vector<std::string>{"a.csv"}, out.Names());

@@ -183,7 +183,7 @@ TEST(LogRedact, ReplacesNamesWithCharactersThatNoNameOfTheStandardHas)
         return Redacted(log.Path()).find(name) != std::string::npos;
     };
     for (const char* kept : {"AZaz09", "get_Item", ".(:|)", "&lt;&gt;"}) EXPECT_TRUE(isKept(kept)) << kept;
-    // Most of these stand just before or behind the letters and digits.
+    // In ASCII, most of these come just before or just after the letters or digits.
     for (const char* character : {"/", ";", "@", "[", "`", "{", "~", "-", " "}) {
         EXPECT_FALSE(isKept(std::string("Secret") + character)) << character;
     }
@@ -245,7 +245,7 @@ TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
          "A: QueryInterface for unsupported interface ICapeX"},
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface {1234}",
          "A: QueryInterface for unsupported interface A"},
-        // A name of the standard has only letters and digits.
+        // The name of an interface of the standard has only letters and digits.
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface ICapeX10az",
          "A: QueryInterface for unsupported interface ICapeX10az"},
         {EventKind::Warning, "Secret: QueryInterface for unsupported interface ICape{1234}",

@@ -89,7 +89,7 @@ std::string Property(const std::string& method, const std::string& property, con
 
 TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
 {
-    // Some are neighbours at six digits.
+    // Some differ only in the sixth digit.
     const std::vector<std::string> numbers = {"-300",     "-1",    "-0.00123", "0",      "1e-300", "0.00123",
                                               "0.999999", "1",     "1.00001",  "273.15", "298.15", "300",
                                               "300.001",  "353.2", "101325",   "1e+300"};
@@ -97,7 +97,7 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
         for (int run = 0; run < 20; ++run) {
             std::string entries;
             for (const std::string& number : numbers) entries += Property("SetSinglePhaseProp", property, {number});
-            // Again, in the property's own argument if it has one.
+            // The same numbers again, in the property's own argument if it has one.
             for (const std::string& number : numbers) {
                 entries +=
                     *property == 'f'

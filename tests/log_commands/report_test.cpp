@@ -1,4 +1,4 @@
-// report: what it shows, what it asks, and the zip file that it writes; with made-up texts about the computer.
+// zeltctl report, with made-up texts about the computer: what it shows, what it asks, and the zip file that it writes.
 #include <gtest/gtest.h>
 
 #include <filesystem>

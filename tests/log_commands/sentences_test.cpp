@@ -1,5 +1,5 @@
 // The table of a log's sentences: a sentence written from a row is read as that row, and docs/log-format.md contains
-// each.
+// each sentence.
 #include "log/vocabulary/found_sentence.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// A folder for logs, which the destructor deletes together with its contents.
+// A folder for a test's files, which the destructor deletes together with its contents.
 #pragma once
 
 #include <algorithm>

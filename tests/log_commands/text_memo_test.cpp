@@ -1,4 +1,4 @@
-// Memos for texts that recur: what they return is always what would be made of the text again.
+// Memos for texts that recur: they return what would be made from the text if it were not remembered.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -31,7 +31,7 @@ TEST(TextMemo, MakesWhatRecursOnce)
     const auto make = [&] { return ++made; };
     EXPECT_EQ(1, memo.Of("values", "VT_R8", make));
     EXPECT_EQ(1, memo.Of("values", "VT_R8", make));
-    // The two parts of a text are not confused.
+    // The same letters, divided differently, are another key.
     EXPECT_EQ(2, memo.Of("valuesV", "T_R8", make));
     EXPECT_EQ(3, memo.Of("", "valuesVT_R8", make));
     const std::string longText(300, 'a');

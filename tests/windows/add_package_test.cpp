@@ -160,7 +160,7 @@ TEST_F(AddPackage, GreysWhatTheOtherWidthAloneCanUseWithTheReason)
     EXPECT_EQ(0, list->Count());
 }
 
-// A package that this edition cannot host is a reason to open the other edition.
+// The dialog offers to open the other edition if that is installed and a package needs it.
 TEST_F(AddPackage, OpensTheOtherEdition)
 {
     if (RegistryViews().size() < 2) GTEST_SKIP() << "this system has one width";

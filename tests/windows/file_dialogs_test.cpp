@@ -1,4 +1,4 @@
-// The requests to the file dialogs: the system's functions are replaced, and nothing is shown.
+// What the program requests from the file dialogs. The system's functions are replaced, and nothing is shown.
 #include <windows.h>
 #include <commdlg.h>
 

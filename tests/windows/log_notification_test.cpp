@@ -34,7 +34,7 @@ protected:
         notified.clear();
         hasTaskBar = true;
     }
-    // The only call of the function since the previous TakeOne.
+    // The only call of Shell_NotifyIconW since the previous TakeOne.
     static Notified TakeOne()
     {
         EXPECT_EQ(1u, notified.size());
@@ -97,7 +97,7 @@ TEST_F(Notification, DisappearsAfterAClickOrAWhileOrWithItsOwner)
         notification.Show(L"C:\\one.zlg");
         const HWND window = TakeOne().icon.hWnd;
         SendMessageW(window, WM_APP, 1, WM_MOUSEMOVE);
-        // A timer that it has not set.
+        // A timer that the notification has not set.
         SendMessageW(window, WM_TIMER, 2, 0);
         EXPECT_TRUE(notified.empty());
         SendMessageW(window, row.message, row.wParam, row.lParam);

@@ -1,5 +1,5 @@
-// Entry point of the window tests. They write the classes of this machine and the user's settings, so run them in their
-// own Wine prefix or virtual machine.
+// Entry point of the window tests. They register classes for the whole machine and change the user's settings, so run
+// them in their own Wine prefix or virtual machine.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Wine leaves window frames to a window manager, which a bare display lacks: makes Wine draw them itself.
+// Wine leaves window frames to a window manager, which a bare display lacks. This makes Wine draw them itself.
 void DrawFramesUnderWine()
 {
     if (!zelt::test::UnderWine()) return;

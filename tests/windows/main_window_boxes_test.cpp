@@ -1,4 +1,4 @@
-// The message boxes of the main window, and its calls of the system's help, in this process.
+// The message boxes of the main window, and its calls to the system's help, in this process.
 #include <thread>
 #include <utility>
 

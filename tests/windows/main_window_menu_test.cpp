@@ -91,7 +91,7 @@ TEST_F(MainWindowHere, TheSelectedPackageDecidesWhatIsChecked)
     EXPECT_TRUE(ExportedPackages().At(1).loggingEnabled);
 }
 
-// The item's state changes with the selection, not only when the menu opens.
+// The item "Remove package" changes its state with the selection, not only when the menu opens.
 TEST_F(MainWindowHere, RemovalFollowsTheSelectionAtOnce)
 {
     const std::wstring off = L"901 &Add package...\n902 &Remove package... (grey)\n";

@@ -81,8 +81,8 @@ protected:
         if (description) key.WriteString(L"Description", description);
     }
 
-    // Initialises a new unit operation called `name`, while `user` acts on the dialog. Returns InitNew's result; the
-    // log stays.
+    // Initialises a new unit operation called `name`, while `user` acts on the dialog. Returns InitNew's result, and
+    // leaves the log.
     template <class User>
     HRESULT MakeNew(const wchar_t* name, User user)
     {

@@ -58,7 +58,7 @@ bool WaitUntil(const std::function<bool()>& condition)
 std::wstring TextOfWindow(HWND window)
 {
     wchar_t text[2048] = L"";
-    // Sends a message, because across processes the function returns the window's original text, not the current one.
+    // Sends a message, because across processes GetWindowText returns a control's original text, not the current one.
     SendMessageW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
     return text;
 }

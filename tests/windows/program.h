@@ -18,7 +18,7 @@ std::wstring TextOfWindow(HWND window);
 
 class Program {
 public:
-    // Starts the built program, or the named copy of it.
+    // Starts the built program, or the copy of it whose path is `executable`.
     explicit Program(const std::wstring& arguments = {}, const std::wstring& executable = {});
     ~Program();
     Program(const Program&) = delete;
@@ -35,7 +35,8 @@ public:
     // Waits until the window is gone.
     bool WaitUntilGone(HWND window) const;
 
-    // Waits for a message box, presses the button and returns the text. "(no box)" if none appears.
+    // Waits for a message box, presses the button and returns the text. "(no box)" if none appears, "(box stays)" if the
+    // box does not close.
     std::wstring AnswerBox(const std::wstring& caption, int button) const;
 
 private:
@@ -48,7 +49,7 @@ void Command(HWND window, int id);
 // The same without waiting, for commands that open dialogs.
 void PostCommand(HWND window, int id);
 
-// Presses a key in the foreground window: virtual key down and up, while `held` is down if given.
+// Presses and releases a key in the foreground window, while `held`, if given, is down.
 void PressKey(WORD key, WORD held = 0);
 
 }  // namespace zelt::test

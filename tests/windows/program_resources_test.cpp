@@ -226,7 +226,7 @@ TEST_F(ProgramResources, TheViewer)
 
 TEST_F(ProgramResources, TheKeys)
 {
-    // The key, with the modifiers before it, and the command.
+    // The key, then its modifiers, then the command.
     const std::vector<std::wstring> expected = {L"65 ctrl 1001", L"66 ctrl 1002", L"70 ctrl 1005",   L"81 ctrl 1003",
                                                 L"27 1004",      L"114 1006",     L"114 shift 1007", L"115 1008",
                                                 L"69 ctrl 1009", L"76 ctrl 1010"};

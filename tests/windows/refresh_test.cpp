@@ -14,7 +14,7 @@
 #include "tests/windows/screenshot.h"
 #include "packages/property_package_manager.h"
 
-// The window shows what a simulator's call changes in the list. Registers the server.
+// When a simulator's call changes the list of packages, the main window shows the change. Registers the server.
 namespace {
 
 using namespace zelt;

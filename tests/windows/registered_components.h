@@ -1,5 +1,5 @@
-// What a window test finds on the machine: the registered sample components, other classes without a server, and no
-// settings of the program. Restores the previous settings.
+// What a window test finds on the machine: no settings of the program (CleanSettings restores the previous ones), the
+// registered sample components, and other classes without a server (RegisteredComponents unregisters them).
 #pragma once
 
 #include <optional>
@@ -29,7 +29,7 @@ public:
     RegisteredComponents(const RegisteredComponents&) = delete;
     RegisteredComponents& operator=(const RegisteredComponents&) = delete;
 
-    // Adds a class of that category, described by `name` and, if given, `description`.
+    // Registers a class of that category, described by `name` and, if given, `description`.
     void Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
              const wchar_t* description = nullptr);
 

@@ -9,8 +9,8 @@
 #include "tests/windows/controls.h"
 #include "tests/windows/program.h"
 
-// The dialog that exports a package, also with a restricted choice, in this process, on a separate thread, with classes
-// that a test made up.
+// The dialog that exports a package, with and without a restricted choice. It runs in this process on a separate thread,
+// and offers classes that a test made up.
 namespace {
 
 using namespace zelt;
@@ -100,7 +100,7 @@ TEST_F(RestrictedChoice, WithoutRestrictionEveryKindIsOffered)
     EXPECT_EQ(PackageKind::ReactionPackage10StandAlone, result.kind);
 }
 
-// The dialog's answer to the tree view that draws an item, and the text colour that the dialog chooses.
+// The dialog's answer to the tree view that draws an item, and the text colour that the dialog sets, or CLR_NONE.
 struct Drawn {
     LRESULT answer;
     COLORREF text;

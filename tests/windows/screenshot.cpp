@@ -36,7 +36,7 @@ bool KeepScreenshot(HWND window, const std::string& name)
     ReleaseDC(nullptr, screen);
 
     const DWORD size = static_cast<DWORD>(pixels.size()) * DWORD{sizeof(DWORD)};
-    // Written field by field: the structure's packing differs from the file's.
+    // The file's header, field by field.
     std::ofstream file(std::string(ZELT_SCREENSHOTS) + "/" + name + ".bmp", std::ios::binary);
     const auto write = [&file](const void* data, std::size_t length) {
         file.write(static_cast<const char*>(data), static_cast<std::streamsize>(length));

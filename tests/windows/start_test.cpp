@@ -248,7 +248,7 @@ TEST_F(StartAndEnd, TheLastReferenceEndsTheLoopThroughTheMonitor)
     EXPECT_EQ(Together({kRegistration, {"thread", "release", "release", "release"}, kRevocation, {"pause"}}), events);
 }
 
-// A thread of another apartment cannot be the server's thread.
+// A thread of the multithreaded apartment cannot be the server's thread.
 TEST_F(StartAndEnd, WithoutItsApartmentItDoesNotStart)
 {
     int result = 0;
@@ -267,7 +267,7 @@ TEST_F(StartAndEnd, GivesComponentsWhatTheyNeed)
     {
         const CZELTModule module;
         EXPECT_EQ(static_cast<UINT>(SEM_FAILCRITICALERRORS), GetErrorMode());
-        // What OLE adds to COM.
+        // The clipboard needs OLE, not only COM.
         IDataObject* clipboard = nullptr;
         EXPECT_EQ(S_OK, OleGetClipboard(&clipboard));
         if (clipboard) clipboard->Release();

@@ -44,7 +44,7 @@ protected:
         list = GetDlgItem(window, kErrors);
     }
     void Command(int command) const { SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0); }
-    // Enters the text into the search dialog; `then` runs while the dialog is open.
+    // Enters the text into the search dialog and presses OK; `then` gets the dialog, which an empty text leaves open.
     template <class Then>
     void Search(const std::wstring& text, Then then) const
     {
@@ -128,7 +128,7 @@ TEST_F(ViewerHere, ADamagedLogBringsTwoBoxes)
     EXPECT_EQ(2u, TreeView_GetCount(tree));
 }
 
-// Replaces the parser's memory functions, which fail on request.
+// These replace the parser's memory functions and fail on request.
 bool scarce = false;
 void* Allocate(std::size_t size) { return scarce ? nullptr : std::malloc(size); }
 void* Reallocate(void* memory, std::size_t size) { return scarce ? nullptr : std::realloc(memory, size); }
@@ -171,7 +171,7 @@ constexpr char kSearched[] =
 TEST_F(ViewerHere, WithoutASelectionASearchBeginsAtTheEndItComesFrom)
 {
     Show(kSearched);
-    // A tree view selects its first item when it gets the focus, also behind the dialog.
+    // A tree view selects its first item when it gets the focus, as it may when the dialog closes.
     Search(L"alpha");
     SelectNone();
     Command(kFindNext);

@@ -5,7 +5,7 @@
 namespace zelt::ctl {
 namespace {
 
-// With more elements without a counterpart than this, the search gives up: its time and memory grow with the square of their
+// If more elements than this have no counterpart, the search gives up: its time and memory grow with the square of their
 // number.
 constexpr int kMostLeftOver = 3000;
 

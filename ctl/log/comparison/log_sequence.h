@@ -19,7 +19,7 @@ struct SequenceValue {
 
 struct SequenceStep {
     std::string what;   // the call and its object, or the message
-    std::string alike;  // what a step of the other log must have to count as the same
+    std::string alike;  // the same in two steps that can be counterparts
     int line;
     std::vector<SequenceValue> values;
 };

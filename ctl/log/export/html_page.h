@@ -1,7 +1,7 @@
 // What surrounds the tree in the HTML page: style, tools and script. A call is a details element, which browsers fold without a
 // script and from the keyboard; everything else is a paragraph. Class ci is a call of the logged component, co one of the
 // simulator's objects; ai and ao are arguments in and out; n, k, w, v, f are infos, queries of the system, warnings, violations,
-// failures. A filter that is off is a class of the main element, nf for instance.
+// failures. For each kind that is hidden, the main element has a class: nf for failures, for instance.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,5 @@
 // The forms of log export. None keeps the log in memory: each writes as it reads, though the database goes to a temporary file
-// first. A browser does keep the whole HTML page. False when the log is cut off or damaged, as with ReadEvents.
+// first. A browser does keep the whole HTML page. Each returns false when the log is cut off or damaged, as ReadEvents does.
 #pragma once
 
 #include <string>

@@ -24,7 +24,7 @@ enum class ArgumentMeaning {
 
 class ArgumentMeanings {
 public:
-    // Each call, argument and value, in order.
+    // Call it for each call, argument and value, in order.
     void Begin(const LogEvent& event);
     void EndCall() { --open; }
 
@@ -34,7 +34,7 @@ public:
     bool AreHeld() const;
     // Whether the values are those of all compounds.
     bool AreAll() const { return open && !calls[open - 1].ofSome; }
-    // Among which values the order is kept: those of a property, or of a parameter.
+    // A name for the values whose order is kept: those of one property, or of one parameter.
     std::string_view Order() const { return order; }
     // The object and the phase of the innermost call.
     std::string_view Object() const { return open ? std::string_view(calls[open - 1].object) : std::string_view(); }
@@ -47,7 +47,7 @@ private:
         std::string object, phase;
         Kind kind;
         Property property;
-        bool ofSome;  // the values are those of the compounds that are named
+        bool ofSome;  // the values are only those of the compounds that the call names
     };
     static Kind KindOf(const LogEvent& call);
     ArgumentMeaning MeaningOf(const LogEvent& argument);

@@ -7,7 +7,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Enough for the feeds and phases that a reader compares; at this many, all are forgotten.
+// Enough for the feeds and phases that a reader compares. Before one more is added, all are forgotten.
 constexpr std::size_t kMostLatest = 1000;
 
 std::string Unbalanced(const HeldValues::HeldValue& value, const LogAliases& aliases)

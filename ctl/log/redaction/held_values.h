@@ -1,5 +1,5 @@
-// The phase fractions and total flows of a log that is given away. During a calculation they are held until it ends, because only
-// then are the feed and the phases known that they have to balance with.
+// The phase fractions and total flows of a log that is given away. During a calculation they are held until it ends, because
+// the feed and the phases that they have to balance with are known only then.
 #pragma once
 
 #include <map>
@@ -19,11 +19,11 @@ public:
         bool isFlow;  // the total flow of the feed
     };
 
-    // Each event, in order.
+    // Call it for each event, in order.
     void Begin(const LogEvent& event) { flash.Begin(event); }
     // True when a calculation has ended.
     bool EndCall(int depth) { return flash.EndCall(depth); }
-    // During a calculation, holds the value; otherwise fills its place in `lines` now.
+    // During a calculation, holds the value until Fill; otherwise inserts its substitute into `lines` now.
     void Take(HeldValue value, std::string& lines, const LogAliases& aliases);
     void Fill(std::string& lines, const LogAliases& aliases);
     bool AreHeld() const { return !held.empty() && !flash.IsTooLong(); }

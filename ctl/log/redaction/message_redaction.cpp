@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Whether it is an interface of the standard or of the system.
+// Whether this is the name of an interface of the standard or of the system.
 bool IsStandardInterface(std::string_view name)
 {
     if (IsSystemInterface(name)) return true;
@@ -29,7 +29,7 @@ std::string RedactHole(char kind, bool mayBeName, std::string_view text, const L
     return std::string(text);
 }
 
-// When a second row matches the text, too, what are words in the first row may be a name in the second.
+// If the text fits a second row, too, words in a hole of the first row may be a name in the second.
 bool MayHaveNames(const SentenceRow& row, std::string_view text)
 {
     return FindSentence(row.severity, text, row.sentence).has_value();

@@ -1,5 +1,5 @@
 // Messages without what they reveal about the user's models: the log's own sentences stay, what they name is replaced. An unknown
-// sentence is replaced as a whole.
+// sentence is replaced completely.
 #pragma once
 
 #include <string>

@@ -154,7 +154,7 @@ private:
     {
         const ArgumentMeaning meaning = meanings.Meaning();
         const bool parent = event.hasChildren;
-        // Fractions get their values when all of them are known.
+        // FillHeld inserts the fractions when all of them are known.
         if (meaning == ArgumentMeaning::Fractions && !parent && held.size() < kMostFractions) {
             held.emplace_back(event.text);
             places.push_back(lines.size() + kValue.size());
@@ -228,7 +228,7 @@ private:
         lines += value;
         lines += parent ? "\">\r\n" : "\"/>\r\n";
     }
-    // Puts the fractions where they belong.
+    // Redacts the fractions and inserts them at their places.
     void FillHeld()
     {
         if (held.empty()) return;

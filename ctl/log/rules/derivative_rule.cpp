@@ -13,16 +13,16 @@ namespace {
 
 constexpr std::size_t kMostStates = 32, kMostValues = 100, kMostNumbers = 1000;
 
-// The three states lie within the part kFarthest of their temperature or pressure, and at least kNearest apart, so that the few
-// digits of a log cannot distort a slope.
+// The temperatures or pressures of the three states differ by no more than kFarthest, relative to the larger one, and those of
+// neighbouring states by more than kNearest, so that the few digits of a log cannot distort a slope.
 constexpr double kFarthest = 0.02, kNearest = 1e-4;
-// Between neighbouring states, slopes and derivatives that run smoothly differ by no more than the part kSmooth. A wrong
-// derivative differs from the slope by more than the part kWrong.
+// Between neighbouring states, slopes and derivatives that are smooth differ by no more than kSmooth, relative to the larger
+// one. A wrong derivative differs from the slope by more than kWrong.
 constexpr double kSmooth = 0.1, kWrong = 0.25;
-// The part of a property by which its calculation may be inexact.
+// The relative error that a calculated property may have.
 constexpr double kInexact = 1e-5;
 
-// Calls that leave a package as it is.
+// Whether a call leaves the package unchanged.
 bool ChangesNothing(const LogEvent& call)
 {
     constexpr std::string_view kInterfaces[] = {"ICapeThermoPropertyRoutine", "ICapeThermoEquilibriumRoutine",
@@ -85,8 +85,8 @@ void DerivativeRule::Begin(const LogEvent& event)
         return;
     }
     if (event.kind == EventKind::Call) {
-        // Calls further inside are not the package's own.
         isUnsure |= event.inward || !event.Interface().starts_with("ICape");
+        // The package does not make calls that are nested deeper.
         if (event.depth != depth + 1) return;
         inner = {};
         inner.isOpen = true;
@@ -185,7 +185,7 @@ DerivativeRule::State& DerivativeRule::Remember()
     return states.emplace_back(*calculated);
 }
 
-// Looks for two other states with which the latest gives a proof.
+// Looks for three states near the latest that prove the derivative wrong.
 void DerivativeRule::Judge(const State& latest, Variable variable, const Values& derivative)
 {
     const std::string property = derivative.property.substr(0, derivative.property.rfind('.'));
@@ -220,7 +220,7 @@ void DerivativeRule::Judge(const State& latest, Variable variable, const Values&
     }
 }
 
-// Reports it if the three states are a proof, and returns whether they are.
+// Reports the derivative if the three states prove it wrong, and returns whether they do.
 bool DerivativeRule::Compare(const State* const (&three)[3], Variable variable, const Values& derivative,
                              std::size_t place)
 {

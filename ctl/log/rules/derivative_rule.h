@@ -1,8 +1,8 @@
 // The rule for derivatives by temperature and by pressure. Three calculations of a phase at three temperatures or pressures, all
 // else equal, show how the property changes, and the derivatives at the same states must agree. What the log cannot prove is left
-// alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that do not run
-// smoothly, a package that somebody may have changed in between, and redacted logs, whose values are not those that were
-// calculated.
+// alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that are not
+// smooth, a package that somebody may have changed between the calculations, and redacted logs, whose values are not those that
+// were calculated.
 #pragma once
 
 #include <deque>
@@ -20,7 +20,7 @@ namespace zelt::ctl {
 class DerivativeRule {
 public:
     explicit DerivativeRule(const ReportFinding& report) : report(report) {}
-    // Each event, in order, and the end of each call.
+    // Call these for each event, in order, and at the end of each call.
     void Begin(const LogEvent& event);
     void EndCall(int depth);
 
@@ -31,7 +31,7 @@ private:
         std::vector<double> numbers;
         int line;
     };
-    // What is known of a phase in one state.
+    // What is known about a phase in one state.
     struct State {
         std::string package, material, phase;
         double temperature = 0, pressure = 0;

@@ -12,14 +12,14 @@
 namespace zelt::ctl {
 namespace {
 
-// A feed's fraction and the sum of the phases may differ by the part kBalanceTolerance of the larger one; below kTraceFraction
-// they are not compared. The six digits of a log explain only a hundredth of that part, but a calculation stops at its own
-// tolerance. The limit is relative, so it also holds in other units, as in a redacted log.
+// A fraction of the feed and the sum over the phases may differ by kBalanceTolerance, relative to the larger one; below
+// kTraceFraction they are not compared. The six digits of a log explain only a hundredth of that difference, but a calculation
+// stops at its own tolerance. The limit is relative, so it also holds in other units, as in a redacted log.
 constexpr double kBalanceTolerance = 5e-3, kTraceFraction = 1e-2;
 // Fractions that do not add up to 1 are findings of another rule.
 constexpr double kSumTolerance = 1e-4;
-// The fugacities of a compound may differ by this part of the larger one; below the fraction kFugacityTrace they are not
-// compared.
+// The fugacities of a compound may differ by kFugacityTolerance, relative to the larger one. They are not compared if the
+// compound's fraction in either phase is below kFugacityTrace.
 constexpr double kFugacityTolerance = 2e-2, kFugacityTrace = 1e-3;
 constexpr std::size_t kMostMixtures = 200;
 

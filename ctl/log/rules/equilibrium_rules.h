@@ -36,7 +36,7 @@ private:
         const char* rule;
         std::string text;
     };
-    // The phases of a material as they were calculated, with the fugacities that have been calculated for just these states.
+    // The phases of a material as they were calculated, with the fugacities that have been calculated for exactly these states.
     struct State {
         int line;  // of the calculation
         std::vector<FlashRecord::Phase> phases;

@@ -164,7 +164,7 @@ void FlashRecord::TakeValue(std::string_view text)
         case Part::Labels: add(inner.labels, std::string(Unquoted(text))); break;
         case Part::Statuses: add(inner.statuses, std::string(text)); break;
         case Part::Created: {
-            // interface to object "Name" (address 0x…)
+            // The value reads: interface to object "Name" (address 0x…)
             const std::size_t start = text.find('"'), end = text.rfind('"');
             if (start != end) inner.created = text.substr(start + 1, end - start - 1);
             break;
@@ -196,8 +196,8 @@ void FlashRecord::Interpret()
     const std::string_view method = inner.method;
     // The new material may have the name of another one.
     if (!inner.created.empty() && !inner.failed) MaterialOf(inner.created).isUnsure = true;
-    // The log does not show what these do to a material: another calculation, a copy, and an interface or a member that is not of
-    // the standard.
+    // The log does not show what these calls do to a material: another calculation, a copy, and a call through an interface
+    // that is not of the standard.
     const bool calculates = method == "CalcEquilibrium" && kind != Of::Unit;
     if (calculates || method == "CopyFromMaterial" || inner.isForeign) {
         MaterialOf(inner.object).isUnsure = true;

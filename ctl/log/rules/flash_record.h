@@ -53,19 +53,19 @@ public:
     FlashRecord(bool alsoOfProperties, bool alsoOfUnits) : alsoOfProperties(alsoOfProperties), alsoOfUnits(alsoOfUnits)
     {}
 
-    // Each event, in order.
+    // Call it for each event, in order.
     void Begin(const LogEvent& event)
     {
         if (depth >= 0 || event.kind == EventKind::Call) Take(event);
     }
-    // At the end of each call. True for the end of a calculation, whose record is then complete.
+    // Call it at the end of each call. True for the end of a calculation, whose record is then complete.
     bool EndCall(int depth);
     static constexpr int kMostEvents = 20'000;
 
     bool IsOpen() const { return depth >= 0 && !isTooLong; }
     // Of the latest calculation.
     Of Kind() const { return kind; }
-    // The calculation has more events than are read. Whether it failed is not known.
+    // The calculation has more than kMostEvents events. Whether it failed is then not known.
     bool IsTooLong() const { return isTooLong; }
     int Line() const { return line; }
     bool HasFailed() const { return failed; }
@@ -117,7 +117,7 @@ private:
     int line = 0;
     bool failed = false;
     std::vector<Material> materials;
-    Material surplus;  // takes the values of materials beyond the limit
+    Material surplus;  // takes the values of a material for which there is no room
     Inner inner;
 };
 

@@ -83,7 +83,7 @@ void ParameterRules::End(const CallSummary& call)
     if (parameters.size() == kMostParameters && !parameters.contains(call.object)) return;
     Parameter& parameter = parameters[call.object];
     if (call.result.failed) {
-        // Whether the call changed the value all the same is not known.
+        // It is not known whether the failed call changed the value.
         if (isParameter && (method == "put_value" || method == "Reset")) parameter.put = {};
         return;
     }

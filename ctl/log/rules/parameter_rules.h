@@ -25,7 +25,7 @@ private:
     };
     struct Parameter {
         std::optional<Number> lower, upper;
-        std::optional<Number> put;  // what the simulator has set, until it is reset
+        std::optional<Number> put;  // the value that the simulator has set, until it resets the parameter
         bool ofWhole = false;       // bounds and values are whole numbers
         bool isAmbiguous = false, isReported = false;
     };

@@ -9,10 +9,10 @@
 namespace zelt::ctl {
 namespace {
 
-// The flows of a compound may differ by the part kTolerance of the larger one, because a unit's calculation, too, stops at a
+// The flows of a compound may differ by kTolerance, relative to the larger one, because a unit's calculation, too, stops at a
 // tolerance. A smaller difference can still make up for another compound; below kRounding it is rounding.
 constexpr double kTolerance = 5e-3, kRounding = 1e-4;
-// Compounds that are less than this part of the whole flow are not judged.
+// Compounds with less than this fraction of the total flow are not judged.
 constexpr double kTraceFlow = 1e-2;
 constexpr std::size_t kMostPorts = 1000;
 

@@ -14,13 +14,13 @@ namespace zelt::ctl {
 // Counts the ports to which the simulator has connected materials.
 class ConnectedMaterials {
 public:
-    // Each event, in order.
+    // Call it for each event, in order.
     void Begin(const LogEvent& event);
     std::size_t Count() const { return ports.size(); }
 
 private:
     std::set<std::string, std::less<>> ports;
-    std::string port;  // whose connection is being made
+    std::string port;  // the port that is being connected, if any
 };
 
 // What is wrong with a calculation of a unit operation; nothing if it balances, or if that is not known.

@@ -16,7 +16,7 @@ namespace zelt::ctl {
 struct RecordedStep {
     std::uint64_t call = 0;  // its number; of a message outside of calls, that of the latest call
     std::string what;        // the call and its object, or the message
-    std::string alike;       // what a step of the other recording must have to count as the same
+    std::string alike;       // the same in two steps that can be counterparts
     std::vector<recording::ArgumentRecord> arguments;
     std::vector<std::string> messages;
     std::string result;             // empty where the recording ends within the call

@@ -31,7 +31,7 @@ private:
     RecordedEvents events;
     ArgumentMeanings meanings;
     HeldValues held;
-    std::string lines;  // a line for each value; empty while it is held
+    std::string lines;  // a line for each value that is not in `known` yet; a held value's line is empty
     std::deque<std::string> known;
 };
 

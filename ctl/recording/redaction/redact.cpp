@@ -1,5 +1,5 @@
-// recording redact: the recording again, with names and values replaced as log redact replaces them. Two readers go through the
-// recording side by side, because one has to read ahead (balanced_values.h).
+// recording redact: copies the recording, with names and values replaced as log redact replaces them. Two readers go through
+// the recording side by side, because one has to read ahead (balanced_values.h).
 #include <algorithm>
 #include <iterator>
 
@@ -75,7 +75,7 @@ private:
     std::string_view Kept(std::string text) { return texts.emplace_back(std::move(text)); }
     std::string_view Alias(std::string_view text) { return text.empty() ? text : Kept(aliases.Text(text)); }
 
-    // The settings that are on or off. The others name a class.
+    // Keeps the settings that are on or off, without the others, which name a class.
     std::string_view Switches(std::string_view settings)
     {
         std::string switches;

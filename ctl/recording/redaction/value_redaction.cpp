@@ -96,7 +96,7 @@ Scalar ValueRedaction::Redacted(const ArgumentRecord& argument, const Scalar& sc
 {
     Scalar redacted = scalar;
     const std::size_t index = place++;
-    // Takes one for each such value, because `balanced` gives them in the order of the recording.
+    // `balanced` gives the substitutes in the order of the recording, so each such value takes one, even if it is not a number.
     const std::string balance = meanings.AreHeld() ? balanced.Next() : std::string();
     switch (scalar.form) {
         case Value::Form::Pointer: redacted.address = Address(scalar.address); break;

@@ -20,7 +20,7 @@ public:
         : aliases(aliases), balanced(balanced), digits(width / 4), keepsErrors(keepsErrors)
     {}
 
-    // `argument` is the one that `meanings` was given last. The redacted one refers to `texts`, where its texts are kept.
+    // `meanings` was given `argument` last. The redacted argument refers to `texts`, where its texts are kept.
     recording::ArgumentRecord Redact(const recording::ArgumentRecord& argument, const ArgumentMeanings& meanings,
                                      std::deque<std::string>& texts);
     std::uint64_t Address(std::uint64_t address) const;

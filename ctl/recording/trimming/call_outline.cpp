@@ -8,7 +8,7 @@ using namespace recording;
 
 namespace {
 
-// Puts them in order, and removes repetitions.
+// Sorts the elements and removes repetitions.
 template <class T>
 void Tidy(std::vector<T>& all)
 {

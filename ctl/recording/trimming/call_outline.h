@@ -16,11 +16,11 @@ namespace zelt::ctl {
 struct OutlinedCall {
     std::uint64_t first = 0, last = 0;  // the numbers of the call and of the last one inside of it
     Effect effect = Effect::Remembers;
-    std::uint32_t group = 0;  // of calls that replace each other: object and group of members; 0 for none
+    std::uint32_t group = 0;  // calls of one group replace each other, see MemberEffect::group; 0 for none
     bool hasEnded = false, hasFailed = false, makesComponent = false;
     bool asksAnew = false;                 // the component asks the simulator something new that it may remember
     std::vector<std::uint32_t> objects;    // the numbers of all objects that are called
-    std::vector<std::uint32_t> called;     // those of the component
+    std::vector<std::uint32_t> called;     // those among them that are the component's
     std::vector<std::uint64_t> given;      // pointers that the component gave to the simulator
     std::vector<std::uint64_t> mentioned;  // pointers in all arguments
 };

@@ -8,8 +8,8 @@
 namespace zelt::ctl {
 namespace {
 
-// Members that only ask or calculate begin with one of these. Of an interface outside the standard, only kAsking can be relied
-// on.
+// Members that only ask or calculate begin with one of these. kCalculating counts only for interfaces of thermodynamics and
+// reactions.
 constexpr std::string_view kAsking[] = {"get_", "Get"};
 constexpr std::string_view kCalculating[] = {"Calc", "Check", "Prop", "Validity", "Available"};
 
@@ -30,7 +30,7 @@ bool IsCalculating(std::string_view interfaceName, std::string_view method)
 
 MemberEffect EffectOf(std::string_view member)
 {
-    // Interfaces whose calls replace each other, whatever the member: the later call says everything.
+    // Interfaces whose calls replace each other, even calls of different members: the later call says everything.
     constexpr std::string_view kWholes[] = {"ICapeThermoMaterialContext", "ICapeThermoMaterialContext(v1.0)",
                                             "ICapeKineticReactionContext", "ICapeElectrolyteReactionContext",
                                             "ICapeUnitPort"};

@@ -5,8 +5,8 @@
 
 namespace zelt::ctl {
 
-// Sets, Validates and Calculates replace what earlier calls of the same group left. Each effect uses what the effects above it
-// left.
+// Sets, Validates and Calculates replace what earlier calls of the same group left. Calls of each effect use what calls of the
+// effects above it left.
 enum class Effect {
     None,  // it only asks, or calculates from its arguments and its material
     Sets,  // a value, or an object

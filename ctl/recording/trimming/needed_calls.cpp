@@ -21,7 +21,7 @@ public:
             if (pointer != 0) wanted[pointer].insert(number);
         }
     }
-    // Whether one of them was given here. Those that were are no longer wanted.
+    // Returns whether wanted objects are among `given`, and removes these.
     bool Find(const std::vector<std::uint64_t>& given)
     {
         bool isFound = false;
@@ -76,7 +76,7 @@ NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std:
     NeededCalls needed;
     needed.calls.assign(calls.size(), false);
     WantedObjects wanted(outline.Objects());
-    std::map<std::uint32_t, Effect> settled;  // groups that a later call replaces
+    std::map<std::uint32_t, Effect> settled;  // groups whose earlier calls are replaced by a later one
     bool hasLast = false, isMade = false;
     for (std::size_t i = calls.size(); i-- > 0;) {
         const OutlinedCall& call = calls[i];
@@ -86,15 +86,15 @@ NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std:
         const bool gives = wanted.Find(call.given);
         const bool makesState =
             call.makesComponent || call.asksAnew || gives || (call.effect != Effect::None && !isSettled);
-        // A component that is created here has nothing of what came before.
+        // Nothing that came before the component's creation is needed.
         if (!isTarget && (isMade || !makesState)) continue;
         needed.calls[i] = true;
         needed.count += call.last - call.first + 1;
         if (!hasLast) needed.last = i;
         hasLast = true;
         for (const std::uint32_t number : call.called) wanted.Add(number);
-        // What this call uses has to be as it was then, so earlier calls that set it are needed again. A call that failed set
-        // nothing.
+        // This call uses what earlier calls set, so these are needed, even if calls after it replace what they set. A call that
+        // failed set nothing.
         std::erase_if(settled,
                       [&](const auto& group) { return call.effect == Effect::None || call.effect > group.second; });
         if (call.group != 0 && !call.hasFailed) settled.emplace(call.group, call.effect);

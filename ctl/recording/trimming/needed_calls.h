@@ -16,7 +16,7 @@ struct NeededCalls {
     std::size_t last = 0;       // the place of the last one in `calls`
 };
 
-// For the calls with the numbers from `first` to `last`, with all that the recording has between them. Both numbers exist.
+// What the calls with the numbers from `first` to `last` need, and these calls themselves. Both numbers exist.
 NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std::uint64_t last);
 
 }  // namespace zelt::ctl

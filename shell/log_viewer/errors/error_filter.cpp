@@ -12,7 +12,7 @@ void ErrorFilter::Choose(const std::string& text, LongTask& task)
     chosen.clear();
     if (!active) return;
     const LabelPattern pattern(text, true);
-    // Most errors in a row are inside the same call.
+    // Successive errors are usually inside the same call.
     ItemIndex call = kNoItem;
     bool isInCall = false;
     for (std::size_t number = 0; number < model.ErrorCount() && task.Continue(); ++number) {

@@ -20,7 +20,7 @@ public:
     void Choose(const std::string& text, LongTask& task);
 
     std::size_t Count() const { return active ? chosen.size() : model.ErrorCount(); }
-    // The number in the log of the error in a row below Count.
+    // The number in the log of the error that a row shows. `row` is less than Count.
     std::size_t Error(std::size_t row) const { return active ? chosen[row] : row; }
     // The first row after an item of the log; Count if there is none.
     std::size_t FirstAfter(ItemIndex item) const;

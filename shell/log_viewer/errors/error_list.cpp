@@ -16,7 +16,7 @@ enum Column { kLabel, kLine, kCall, kObject };
 
 constexpr const wchar_t* kTitles[] = {L"Errors", L"Line", L"Call", L"Object"};
 constexpr int kColumns = std::size(kTitles);
-// The order on the screen. Labels come last, so that long ones may go on to the right.
+// The order on the screen. Labels come last, so that long ones can extend to the right.
 constexpr int kOrder[kColumns] = {kLine, kCall, kObject, kLabel};
 // The space beside a text in its column, and for an image, in pixels at 96 per inch.
 constexpr int kPadding = 12, kImage = 16;
@@ -72,7 +72,7 @@ void ErrorList::ShowDetails(bool wanted)
     if (wanted == hasDetails) return;
     hasDetails = wanted;
     for (const int column : {kLine, kCall, kObject}) {
-        // The later ones move up when one goes.
+        // When a column is deleted, the later ones move up, so the next one to delete is again at kLine.
         wanted ? InsertErrorColumn(window, column) : static_cast<void>(ListView_DeleteColumn(window, kLine));
     }
     if (wanted) {

@@ -1,4 +1,4 @@
-// The line above the list of errors where the user enters what to filter them by, with the number of those found. Uses three
+// The line above the list of errors where the user enters what to filter them by, with the number of errors found. Uses three
 // controls of the dialog, which are hidden at first; owns nothing.
 #pragma once
 

@@ -10,7 +10,7 @@ namespace zelt {
 
 constexpr std::size_t kMostShownByList = 259;
 
-// Over the label in the first column that the list has drawn.
+// Draws over the label that the list has drawn in the first column.
 void DrawWholeLabel(const NMLVCUSTOMDRAW& drawn, const std::wstring& label);
 
 }  // namespace zelt

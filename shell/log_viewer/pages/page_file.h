@@ -1,6 +1,6 @@
-// Reads pieces of a log that another program may be changing or cutting off. It is a second file beside the one that is read
-// from the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut off would
-// end the program.
+// Reads pieces of a log that another program may be changing or cutting off. It opens the log a second time, beside the reader
+// that starts at the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut
+// off would end the program.
 #pragma once
 
 #include <cstdint>

@@ -71,7 +71,7 @@ public:
 
     void Begin(const LogEvent& event);
     void End(int depth);
-    // Whether the page is long enough; to be asked after an end.
+    // Whether the page is long enough to end here. Ask it after the end of an element.
     bool IsPageFull() const { return bytes >= kPageBytes && (open.empty() || bytes >= 2 * kPageBytes); }
     // Call at the beginning of a line.
     void EndPage(std::int64_t offset, int line);

@@ -162,7 +162,7 @@ void PagedLog::Read(const Page& page, LogModel& items) const
     }
 }
 
-// Adds as many items as the page had. Items that go on after the page keep what is inside them there.
+// Adds as many items as the page had. Items that continue in the next pages keep the later items of this page inside them.
 void PagedLog::FillWithLost(const Page& page, LogModel& items) const
 {
     AddStandIns(items, page.open.size());

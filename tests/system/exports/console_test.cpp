@@ -9,7 +9,7 @@ namespace {
 constexpr UINT kPage = 850;
 HANDLE ended = nullptr;
 
-// The handler that is called last; it keeps the process alive.
+// The Ctrl+C handler that is called last; it keeps the process alive.
 BOOL CALLBACK Survive(DWORD)
 {
     SetEvent(ended);

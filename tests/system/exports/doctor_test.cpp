@@ -60,7 +60,7 @@ protected:
         Zeltctl::TearDown();
     }
 
-    // Exports one package alone, of a class that is registered with this server.
+    // Exports only one package, whose class is registered with `file` as its server.
     void ExportServedBy(const wchar_t* serverKey, const std::wstring& file)
     {
         Write(k32, std::wstring(L"CLSID\\") + kNowhere + L"\\" + serverKey, L"", file);

@@ -151,7 +151,7 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
         ctl::SetToolPath(nullptr);
         EXPECT_FALSE(names);
     };
-    // The sample simulator ends at once, because it does not understand the request.
+    // The sample simulator takes zeltctl's place: it does not understand the request, and ends at once.
     ask([](const Edition&) {
         return std::filesystem::absolute(ZELT_BUILD_DIR "/samples/SampleSimulator.exe").make_preferred().wstring();
     });
@@ -165,7 +165,7 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
         failures);
 }
 
-// Under Wine, the user's classes are the same for both widths.
+// Under Wine, both widths share the user's classes, so the test says which width it means.
 TEST_F(Exports, RegisteredForTheUserAreFound)
 {
     const RegisteredClass package =
@@ -186,7 +186,7 @@ TEST_F(Exports, AreAddedAsTheDialogAddsThem)
     // clang-format off
     const AddCase cases[] = {
         {{"Sample property package manager", "Aromatics"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics|false||"},
-        // The package's own spelling, an unused name, and the log.
+        // Stores the package's own spelling and a name that is not in use, and switches the log on.
         {{"{b55c9180-454e-4b78-a109-b9536a903bf9}", "aromatics", "--log"}, L"{B55C9180-454E-4B78-A109-B9536A903BF9}|0|Aromatics|Aromatics (2)|true||"},
         {{"Sample property package", "--name", "Mine"}, L"{26100AA3-1793-4E26-BD43-EB046B57CFB0}|1|Sample property package|Mine|false||"},
         {{"Sample thermo system", "Alcohols", "--type", "PP 1.0"}, L"{B8C3C630-1254-403A-B34B-6DE04DB571AB}|2|Alcohols|Alcohols|false||"},
@@ -256,7 +256,7 @@ TEST_F(Exports, AreRefusedWithOneSentence)
         {{"add", "Sample property package", "--name", longName}, "--name is blank, or longer"},
         {{"add", "Sample property package", "--type", "PP2"}, "--type is PP1.1, PP1.0 or RP1.0, not \"PP2\""},
         {{"add", "Sample property package", "--type", "RP1.0"}, "no component \"Sample property package\" is installed"},
-        // ZELT's own packages cannot be exported.
+        // ZELT cannot export the packages of its own managers.
         {{"add", "ZELT Property Package Manager (CAPE-OPEN 1.1)", "Aromatics"}, "no component"},
         {{"remove", "Steam"}, "no package is exported as \"Steam\""},
         {{"remove"}, "\"remove\" takes PACKAGE"},
@@ -391,7 +391,7 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
         const PackageListEdit edit;
         ASSERT_TRUE(edit.Allowed());
         holder = CreateThread(nullptr, 0, TakeHold, &hold, 0, nullptr);
-        EXPECT_EQ(static_cast<DWORD>(WAIT_TIMEOUT), WaitForSingleObject(holder, 300)) << "the edit goes on";
+        EXPECT_EQ(static_cast<DWORD>(WAIT_TIMEOUT), WaitForSingleObject(holder, 300)) << "the edit has not ended";
     }
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(holder, INFINITE));
     CloseHandle(holder);
@@ -420,7 +420,7 @@ TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
     TheLogOptions().root = {};
 }
 
-// What cannot be stored is not lost silently.
+// zeltctl reports a change that cannot be stored.
 TEST_F(Exports, SayWhatTheRegistryDoesNotTake)
 {
     ExportSamples();

@@ -49,7 +49,7 @@ TEST(ProgramPath, KnowsAFolderHoweverItIsWritten)
     for (const wchar_t* entry : {L"C:\\Tools", L"C:\\Tools\\Zelt\\more", L"", L"C:\\Tools\\Zelt2"}) {
         EXPECT_FALSE(ContainsFolder(L"C:\\Windows;" + std::wstring(entry), folder)) << testing::PrintToString(entry);
     }
-    // What somebody else wrote stays.
+    // An entry in another spelling was written by somebody else, and stays.
     EXPECT_EQ(L"%ZELT_TEST_FOLDER%\\zelt;C:\\z", WithoutFolder(L"%ZELT_TEST_FOLDER%\\zelt;C:\\z", folder));
     SetEnvironmentVariableW(L"ZELT_TEST_FOLDER", nullptr);
 }

@@ -22,7 +22,7 @@ protected:
     }
     void TearDown() override
     {
-        // Removes the registrations of this folder.
+        // Replaces the registrations of this folder's ZELT by that of the built ZELT.
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServerPerUser");
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/RegServer");
         std::error_code ignored;

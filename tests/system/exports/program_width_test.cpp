@@ -11,7 +11,7 @@
 namespace zelt::test {
 namespace {
 
-// The beginning of a program for that processor, with its header at `offset`.
+// The beginning of a program for the processor `machine`, with its header at `offset`.
 std::string Image(std::size_t offset, const std::string& machine)
 {
     std::string bytes(offset, '\0');
@@ -34,7 +34,7 @@ TEST(ProgramWidth, IsReadFromTheHeader)
     EXPECT_FALSE(WidthOfImage("MZ"));
     std::string beyond = Image(0x80, "\x4C\x01");
     beyond.replace(0x3C, 4, "\xFF\xFF\xFF\xFF");
-    EXPECT_FALSE(WidthOfImage(beyond)) << "an offset behind the end";
+    EXPECT_FALSE(WidthOfImage(beyond)) << "an offset after the end of the file";
     std::string other = Image(0x80, "\x4C\x01");
     other[0] = 'N';
     EXPECT_FALSE(WidthOfImage(other));

@@ -1,4 +1,4 @@
-// zeltctl recording render.
+// zeltctl recording render, and the logs that viewers get from recordings.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -90,7 +90,7 @@ TEST_F(RecordingRender, GivesAViewerALogForAsLongAsItIsShown)
         EXPECT_EQ(L"written.zlg", fs::path(shown).filename().wstring());
         EXPECT_NE(Path("written.zlg"), shown);
         EXPECT_EQ(ReadWholeFile(Narrow("written.zlg")), ReadWholeFile(fs::path(shown).string()));
-        // A second viewer has a log of its own.
+        // A second viewer gets its own log.
         EXPECT_NE(shown, RenderedRecording(Path("written.zlr")).Path());
         EXPECT_TRUE(fs::exists(shown));
     }

@@ -1,4 +1,4 @@
-// Runs zeltctl's commands for this computer in the test's own process, on the user's settings, which the fixture
+// Runs zeltctl's Windows commands in the test's own process. They work on the user's settings, which the fixture
 // restores.
 #pragma once
 

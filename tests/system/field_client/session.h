@@ -1,5 +1,5 @@
-// What the runs of the client share: creation through ZELT or in process, the simulator's context, and lines of output that do not
-// depend on where a component runs.
+// What the runs of the client share: creation through ZELT or in process, the simulator's context, and lines of output that do
+// not depend on where a component runs.
 #pragma once
 
 #include <comutil.h>

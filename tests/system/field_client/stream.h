@@ -1,5 +1,5 @@
-// A stream of the simulator: a material of both generations, a server of equilibria, and a set of petroleum fractions, in one
-// object. It copies only from streams of its own kind.
+// A stream of the simulator: a material of both generations, an equilibrium server, and a set of petroleum fractions, in one
+// object. It copies only from other streams of this class.
 #pragma once
 
 #include "samples/field/petro_fractions.h"

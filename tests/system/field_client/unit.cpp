@@ -65,7 +65,7 @@ void ShowTyped(IDispatch* parameter, eCapeParamType type, const std::string& nam
     }
 }
 
-// Like a simulator that takes each parameter for its own specification.
+// Like a simulator that treats each parameter as its own specification.
 void ShowParameter(IDispatch* item)
 {
     const std::string name = Narrow(NameOf(item));
@@ -241,7 +241,7 @@ void UseEverything(Where where)
     Step(L"Terminate", utilities->Terminate(), package.Get());
 }
 
-// The unit copies its inlet, as a whole, into its outlet.
+// The unit copies the whole stream at its inlet to the stream at its outlet.
 void CopyStreams(Where where, const char* what, const std::shared_ptr<sample::Flowsheet>& flowsheet)
 {
     const ComPtr<IDispatch> object = CreateUnit(where);

@@ -10,8 +10,8 @@ namespace zelt::test {
 // ends and other unprintable bytes as escapes.
 std::string FirstDifference(const std::string& expected, const std::string& actual);
 
-// Compares `actual` with the file, or with the text that its difference from another gives (golden_text.h). Empty if
-// they are equal, else what is wrong. A missing file differs from everything.
+// Compares `actual` with the golden text of `path`, which may be stored as its difference from another file
+// (golden_text.h). Empty if they are equal, else what is wrong. A missing file differs from everything.
 std::string CompareWithGolden(const std::string& path, const std::string& actual, bool update);
 
 // The same for tests/golden/<name>, updating as the environment variable says. For EXPECT_EQ("", MatchGolden(...)).

@@ -28,7 +28,7 @@ std::vector<std::string_view> Lines(std::string_view text)
     return lines;
 }
 
-// From "12,14c20" and similar: the lines of the base to remove, from the first to the one after the last.
+// The lines of the base that a header such as "12,14c20" removes: counted from 0, with `end` after the last.
 struct Range {
     std::size_t first, end;
 };

@@ -23,10 +23,9 @@ enum class Addresses { Numbered, Alike };
 std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {},
                          Addresses addresses = Addresses::Numbered);
 
-// COM queries every object that it marshals for COM's own interfaces (IMarshal, IExternalConnection and others, which
+// When COM marshals an object, it asks the object for system interfaces (IMarshal, IExternalConnection and others, which
 // differ between systems), and the log records this. This function removes those lines: the warnings about
-// interfaces that are unsupported, or requested before there is an object, except the standard's, which are named
-// ICape... or ECape...
+// interfaces that are unsupported, or requested before there is an object, except the standard's interfaces.
 std::string WithoutSystemQueries(const std::string& log);
 
 }  // namespace zelt::test

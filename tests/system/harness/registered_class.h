@@ -30,14 +30,14 @@ public:
     }
     RegisteredClass(RegisteredClass&& other) noexcept : root(other.root), path(std::exchange(other.path, {})) {}
 
-    // A value of its description.
+    // Sets a value of the class's description.
     void Describe(const wchar_t* value, const std::wstring& text) const
     {
         RegistryKey key;
         EXPECT_EQ(ERROR_SUCCESS, key.Create(root, path + L"\\CapeDescription"));
         EXPECT_EQ(ERROR_SUCCESS, key.WriteString(value, text));
     }
-    // A library that need not exist.
+    // Registers a library for the class. The file need not exist.
     void AddLibrary() const
     {
         RegistryKey key;

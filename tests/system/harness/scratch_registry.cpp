@@ -112,8 +112,7 @@ void ScratchKey::MakeInaccessible() { RegDeleteTreeW(HKEY_CURRENT_USER, path.c_s
 
 void ScratchKey::SetValue(const wchar_t* name, DWORD type, const void* bytes, DWORD size)
 {
-    // For a text without a terminator, the system may read beyond the bytes, and include a terminator that it finds
-    // there.
+    // If a text has no terminator, the system may read past the bytes, and store a terminator that it finds there.
     std::vector<BYTE> guarded(static_cast<const BYTE*>(bytes), static_cast<const BYTE*>(bytes) + size);
     guarded.insert(guarded.end(), 2 * sizeof(wchar_t), 0xFF);
     if (RegSetValueExW(key, name, 0, type, guarded.data(), size) != ERROR_SUCCESS) {

@@ -1,5 +1,5 @@
-// A test's own registry key below HKEY_CURRENT_USER\Software, deleted with everything in it at the end of its scope; and the text
-// of a whole key, for comparisons before and after. Failures throw std::runtime_error.
+// A test's own registry key below HKEY_CURRENT_USER\Software, deleted with everything in it at the end of its scope; and the
+// text of a whole key, for comparisons before and after. Failures throw std::runtime_error.
 #pragma once
 
 #include <windows.h>
@@ -20,12 +20,12 @@ public:
     HKEY Key() const { return key; }
     RegistryRoot Root() const { return {key, 0}; }
 
-    // The key of the program's settings below it; made if missing.
+    // The key of the program's settings below this one; made if missing.
     RegistryKey Settings() const;
-    // That of the packages that this edition exports.
+    // The key of the packages that this edition exports; made if missing.
     RegistryKey Packages() const;
 
-    // From now on, nothing can be opened or created below it: deletes the key while the handle is still open.
+    // From now on, nothing can be opened or created below this key: deletes it while the handle is still open.
     void MakeInaccessible();
 
     // Below HKEY_CURRENT_USER.

@@ -5,7 +5,8 @@
 
 namespace zelt::test {
 
-// Waits until the main thread's message loop runs; by then, the classes are registered. False if the process ends instead.
+// Waits until the main thread's message loop runs, which starts after the classes are registered. False if the process ends
+// instead.
 bool WaitUntilServing(const Process& server);
 
 }  // namespace zelt::test

@@ -1,4 +1,4 @@
-// Writes the options that a test needs to the registry. Failures throw std::runtime_error.
+// Stores all given options in the registry. Failures throw std::runtime_error.
 #pragma once
 
 #include <stdexcept>

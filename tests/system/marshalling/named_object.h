@@ -20,7 +20,7 @@ bool HasName(IUnknown* object, const wchar_t* name);
 struct TableStep;
 bool IsSample(const TableStep& argument, std::size_t index, const VARIANT& value, const wchar_t* objectName);
 
-// The file appears in one step. Any number of clients may read it while the server runs.
+// The file is never seen half-written. Any number of clients may read it while the server runs.
 HRESULT WriteReference(const std::wstring& path, REFIID iid, IUnknown* object);
 HRESULT ReadReference(const std::wstring& path, REFIID iid, void** object);
 

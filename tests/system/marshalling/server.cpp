@@ -53,7 +53,7 @@ private:
 
     ComPtr<CapeOpenBase> Make(const std::string& name)
     {
-        // Any proxy offers those of the library's interfaces that have no rows.
+        // The last class of the table holds what proxies of every class offer without rows.
         const ProxyClass& proxyClass = FindProxyClass(name == table.back().name ? "CPropertyPackage11" : name);
         const TableClass* tableClass = nullptr;
         for (const TableClass& known : table) {

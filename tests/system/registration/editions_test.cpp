@@ -28,7 +28,7 @@ protected:
         if (!fs::exists(OtherServerPath())) GTEST_SKIP() << "ZELT64.EXE is not built";
         zelt::RegistryKey classes;
         classes.Create({}, L"Software\\Classes");
-        // Before the snapshot, creates what unregistering leaves, and the settings that a server creates.
+        // Before the snapshot, a first round creates what unregistering leaves, and the settings that a server creates.
         Register(ServerPath());
         RunToEnd(ClientPath(), L"ZELT.ThermoSystem");
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
@@ -84,7 +84,7 @@ protected:
 
 TEST_F(Editions, HaveTheirOwnClassesInEveryView)
 {
-    // Literals, because flowsheets hold the identifiers.
+    // Literals instead of the program's constants: saved flowsheets rely on these identifiers.
     const struct {
         const wchar_t *classId, *progId, *name, *about;
     } rows[] = {

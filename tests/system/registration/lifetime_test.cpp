@@ -16,7 +16,7 @@ using zelt::test::WaitUntilGone;
 using zelt::test::WaitUntilServing;
 
 constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
-// Only a failure takes this long; a machine may be slow.
+// Long enough for a slow machine: only a failure takes this long.
 constexpr DWORD kLongest = 60'000;
 
 // A client that keeps its object until the test lets it go.

@@ -67,8 +67,8 @@ std::wstring DefaultText(const zelt::KeyTree& tree)
 // Under Wine, a 64-bit process that names the 32-bit view does not see the keys that the views share.
 REGSAM SharedKeysView(REGSAM view) { return zelt::test::UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }
 
-// The identifiers of the libraries that stay, which mark their lines in a snapshot, and of their interfaces. Only some
-// lines of an interface contain its library's identifier, so the interface's own identifier marks the others.
+// What marks the lines of a snapshot that unregistering leaves: the identifiers of the standard's libraries and of their
+// interfaces. Only some lines of an interface contain its library's identifier, but all contain its own.
 std::set<std::string> InterfacesThatStay()
 {
     std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};

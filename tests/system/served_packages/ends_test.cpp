@@ -18,7 +18,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using sample::MakeStrings;
 
-// What a call has logged before the package runs.
+// The last lines that a call logs before the package runs.
 constexpr char kLastEntry[] =
     " <arg name=\"phaseLabel\" direc=\"in\" type=\"string\">\r\n"
     "  <argval value=\"&quot;Liquid&quot;\"/>\r\n"

@@ -7,7 +7,8 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// A package that cannot be created: the server asks the user whether to remove it from the list, and the simulator gets the error.
+// A package that cannot be created: the server asks the user whether to remove it from the list, and the simulator gets the
+// error.
 namespace zelt::test {
 namespace {
 

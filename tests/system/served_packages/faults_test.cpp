@@ -7,7 +7,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Whatever goes wrong inside a package stays there: the client gets a status code, and the server continues.
+// What goes wrong inside a package stays there: the client gets a status code, and the server continues.
 namespace zelt::test {
 namespace {
 
@@ -149,7 +149,7 @@ TEST_F(Faults, AreFindingsOfAReplay)
         replay.output);
 }
 
-// Like a .NET component: a code that says nothing, and the message only in the error information.
+// If a component returns a code without a meaning, as .NET components do, the log has the message from the error information.
 TEST_F(Faults, OfCodesWithoutAMeaningSpeakThroughTheLog)
 {
     const ComPtr<IDispatch> package = GetPackage(L"Menu");

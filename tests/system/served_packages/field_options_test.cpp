@@ -21,7 +21,7 @@ protected:
         }
         return count;
     }
-    // Runs a client of each width, each with a server of its own.
+    // Runs a client of each width, each with its own server.
     static void ExpectOfBoth(const wchar_t* run, const std::string& expected)
     {
         for (const Width width : kWidths) {

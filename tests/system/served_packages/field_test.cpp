@@ -5,7 +5,8 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Components and simulators in the field offer more than the interfaces of their kind: what works between them works through ZELT.
+// Components and simulators in the field offer more than the interfaces of their kind: what works between them works through
+// ZELT.
 namespace zelt::test {
 namespace {
 
@@ -31,8 +32,8 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, FieldComponents, testing::ValuesIn(kWidths
                          [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
 
 // The older interfaces of a package, which reaches its stream by name alone; a context with ICapeSimulationContext, and one
-// without; parameters that are their own specifications; the type of a unit operation; streams of both generations that calculate
-// themselves.
+// without; parameters that are their own specifications; the type of a unit operation; streams of both generations that
+// calculate themselves.
 TEST_P(FieldComponents, OfferThroughZeltWhatTheyOfferWithoutIt)
 {
     if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;

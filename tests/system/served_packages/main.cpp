@@ -1,8 +1,9 @@
 // Entry point of the tests of served packages. They register the server and the samples on this machine and change the
 // user's settings, so run them in their own Wine prefix or virtual machine. The test process is a client itself.
 //   served_packages_tests [gtest's options]     registers, tests, unregisters
-//   served_packages_tests --register            one half of that; the tests between find ZELT_TEST_REGISTERED in the
-//   served_packages_tests --unregister          environment
+//   served_packages_tests --register            only registers
+//   served_packages_tests --unregister          only unregisters
+// With ZELT_TEST_REGISTERED in the environment, the first form only tests.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>

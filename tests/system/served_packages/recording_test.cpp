@@ -1,5 +1,5 @@
-// Recordings of real packages in real simulators: small, and replayed to the bit. Every test of this program also shows that its
-// logs can be rendered from their recordings.
+// Recordings of real packages in real simulators: small, and replayed to the bit. Every test of this program also shows that
+// its logs can be rendered from their recordings.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -194,7 +194,7 @@ TEST_P(Recordings, InPartReachTheSameCallWithTheSameDifference)
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
     const fs::path whole = Record(SimulatorCommand(GetParam(), L"Aromatics")).front();
     const fs::path part = fs::path(whole).replace_filename("part.zlr");
-    // The part sets the material for the flash that it reaches, and asks for nothing else.
+    // The part keeps the flash and the calls that it needs, such as the one that sets its material, and nothing else.
     const SimulatorResult trimmed =
         RunTool(L"recording trim --calls 193..195 \"" + whole.wstring() + L"\" -o \"" + part.wstring() + L"\"");
     ASSERT_EQ(0u, trimmed.exitCode) << trimmed.output;

@@ -57,7 +57,7 @@ std::wstring QuotedServer()
 
 void RegisterServerAndSamples()
 {
-    // The classes that dead servers of other tests left.
+    // Dead servers of other tests may have left their classes.
     if (UnderWine()) ForgetClassesOfDeadServers();
     RunToSuccess(QuotedServer() + L" /RegServer");
     // The system gives this program the regsvr32 of its own width.

@@ -1,6 +1,6 @@
 // The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
-// while the tests run, the user's settings and logs are restored after each test, and no server is left running. It
-// does not own the clients that a test starts.
+// while the tests run, the user's settings and logs are restored after each test, and no server is left running. The
+// clients that a test starts belong to the test, not to the fixture.
 #pragma once
 
 #include <cape-open.h>
@@ -23,7 +23,7 @@ namespace zelt::test {
 // The tests of a build use the edition of its width.
 inline constexpr const wchar_t* kManagerProgId = kThisEdition[OwnClass::PropertyPackageManager].progId;
 inline constexpr const wchar_t* kServerFile = kThisEdition.program;
-// Its program, for a command line.
+// The path of the edition's program in quotes, for a command line.
 std::wstring QuotedServer();
 
 inline constexpr wchar_t kSampleManager[] = L"{B55C9180-454E-4B78-A109-B9536A903BF9}";
@@ -55,10 +55,11 @@ class ServedPackages : public testing::Test {
 protected:
     static void SetUpTestSuite();
     void SetUp() override;
-    // Also waits until the server has ended by itself, unless the test has called ServerStays.
+    // Also expects the server to end by itself, unless the test has called ServerStays.
     void TearDown() override;
 
-    // Writes the list of exported packages, which replaces any earlier list. Logs go to the automatic location, and no box asks.
+    // Replaces the list of exported packages. Sets the options so that logs go to the automatic location, with recordings, and
+    // no box asks.
     static void Export(const std::vector<Exported>& packages);
     // Chooses the unit operation that PRAVIK wraps.
     static void ChooseUnit(REFCLSID unit);
@@ -76,7 +77,7 @@ protected:
     static std::filesystem::path RecordingOf(std::filesystem::path log);
     static std::string RenderedLog(const std::filesystem::path& recording);
 
-    // The only server process; 0 and a failed test if there is none or more than one.
+    // The process id of the only server; 0 and a failed test if there is none or more than one.
     static DWORD ServerId();
     static void KillServer();
     // To be called when a server has died instead of ending by itself: makes Wine forget the server's classes.

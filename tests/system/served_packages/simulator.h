@@ -30,7 +30,7 @@ inline constexpr char kNoSimulator[] = "the simulator of that width is not built
 // The program's path in quotes, for a command line.
 std::wstring SimulatorProgram(Width width);
 
-// A command line that uses `package` from the server's manager, or from the class named instead.
+// A command line for the simulator, which uses `package` of ZELT's manager, or of the given manager.
 std::wstring SimulatorCommand(Width width, const std::wstring& package, const std::wstring& options = {},
                               const std::wstring& manager = kThisEdition[OwnClass::PropertyPackageManager].progId);
 
@@ -74,7 +74,7 @@ public:
     SimulatorInMidCall(const SimulatorInMidCall&) = delete;
     SimulatorInMidCall& operator=(const SimulatorInMidCall&) = delete;
 
-    // False if it did not get there.
+    // False if the simulator did not get into that call in time.
     bool Reached() const { return reached; }
     void Kill() { process.Kill(); }
     // Lets it continue, and waits for its end.

@@ -15,10 +15,10 @@ namespace {
 namespace fs = std::filesystem;
 using Microsoft::WRL::ComPtr;
 
-// The heap grows in steps, whatever it contains.
+// The heap grows in large steps, even if nothing leaks.
 constexpr SIZE_T kMostGrowth = 4 << 20;
-// What Wine keeps of each connection to a released package: a little more than a kilobyte. Its own surrogate process
-// keeps that, too.
+// Wine keeps a little more than a kilobyte for each connection to a released package; it does so in its own surrogate
+// process, too.
 constexpr SIZE_T kOfALostConnection = 1536;
 
 class ServerSoak : public ServedPackages {
@@ -45,7 +45,7 @@ protected:
         EXPECT_EQ(S_OK, manager->GetPropertyPackage(sample::MakeBstr(name).GetBSTR(), &package));
         return package;
     }
-    // Makes some calls of each sort.
+    // Makes calls of different kinds, one of which fails.
     static void Use(IDispatch* package)
     {
         ComPtr<ICapeThermoCompounds> compounds;
@@ -76,7 +76,7 @@ protected:
         for (const fs::path& log : Logs()) fs::remove(log, ignored);
     }
 
-    // COM closes the connections of ended clients a little later.
+    // The figures after the number of handles has stopped changing: COM closes the connections of ended clients late.
     ProcessFigures SettledFigures() const
     {
         constexpr int kLook = 250, kQuiet = 4, kMostLooks = 60;
@@ -90,8 +90,8 @@ protected:
         return figures;
     }
 
-    // Runs `round` a few times, to fill what is filled once, and then `rounds` more times; the server must hold the
-    // same before and after. The system keeps `kept` bytes per round.
+    // Runs `round` `warmUp` times, so that caches are filled, and then `rounds` times; the server must hold the same
+    // before and after those. The system itself keeps `kept` bytes per round.
     template <class Round>
     void ExpectFlat(int warmUp, int rounds, Round round, SIZE_T kept = 0)
     {

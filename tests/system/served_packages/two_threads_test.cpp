@@ -19,7 +19,7 @@ using Flashes = std::vector<std::vector<double>>;
 // The number of flashes; 10,000 in a long run.
 int Count() { return 100 * Effort(); }
 
-// The vapour fraction and the composition of the vapour at conditions that differ from flash to flash.
+// Flashes a feed at conditions that differ from flash to flash. Returns the fraction and the composition of each phase.
 std::vector<double> Flash(ICapeThermoPropertyPackage* package, const std::shared_ptr<const sample::Slate>& slate,
                           int number)
 {
@@ -78,7 +78,7 @@ protected:
         EXPECT_EQ(S_OK, resolved.As(&found));
         return found;
     }
-    // Every second flash from `first` on, on a thread with an apartment of its own.
+    // Makes every second flash, from `first` on, on a thread with its own apartment.
     std::thread Start(int first, int count, Flashes& results) const
     {
         IStream* stream = nullptr;
@@ -127,7 +127,7 @@ class LoggedTwoThreads : public TwoThreads {
     bool IsLogged() const override { return true; }
 };
 
-// The log's calls are whole: one that enters while another waits is inside the other.
+// Every call in the log is complete, and a call that enters while another waits is nested in it.
 TEST_F(LoggedTwoThreads, AreNestedInTheLogAsTheyEntered)
 {
     Compare(20);

@@ -40,7 +40,7 @@ protected:
     }
     static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
 
-    // One client's whole run, and the server's log of it.
+    // Has a client calculate and save a unit. Checks what the client prints, and the saved bytes.
     void SaveWith(Width width)
     {
         const SimulatorResult saved = Run(width, L"save", file);

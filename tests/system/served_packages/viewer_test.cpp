@@ -28,7 +28,7 @@ protected:
             std::filesystem::absolute(ZELT_BUILD_DIR "/shell/ZELT.EXE").make_preferred();
         viewer = Process::Start(L'"' + program.wstring() + L"\" \"" + log.wstring() + L'"');
         ASSERT_TRUE(WaitUntilServing(*viewer));
-        // The viewer has a thread of its own, so its window may appear later.
+        // The viewer has its own thread, so its window may appear later.
         while (!IsWindowVisible(Window())) {
             ASSERT_TRUE(viewer->Running());
             Sleep(50);

@@ -1,6 +1,7 @@
-// unit_client save|load <file> <ProgID>, or unit_client vendor <type library> <ProgID>: a simulator with one unit, the PRAVIK of
-// that ProgID, which wraps a unit that this process serves itself. Saves the calculated unit to a file, or loads it from one, or
-// uses the vendor's interface of a unit that has one. Prints a line per step; the exit code is 0 if all steps succeeded.
+// unit_client save|load <file> <ProgID>, or unit_client vendor <type library> <ProgID>: a simulator with one unit, the PRAVIK
+// of that ProgID, which wraps a unit that this process serves itself. Saves the calculated unit to a file, or loads it from
+// one, or uses the vendor's interface of a unit that has one. Prints a line per step; the exit code is 0 if all steps
+// succeeded.
 #include <windows.h>
 #include <objbase.h>
 

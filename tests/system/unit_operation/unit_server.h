@@ -1,5 +1,5 @@
 // A unit operation with one port, served by the client process itself: the server's logged unit operation finds it
-// through COM like any other, whatever the width of the client.
+// through COM like any other, for clients of either width.
 #pragma once
 
 #include <ocidl.h>

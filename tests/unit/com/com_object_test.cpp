@@ -10,7 +10,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// {5D9C1B2E-0C5B-4B8B-9B0F-6F1B8E0A3D41} and a sibling that no object here offers.
+// The objects here offer INumber; none offers IOther.
 struct INumber : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE Number(long* number) = 0;
 };

@@ -1,4 +1,5 @@
-// Wrong late-bound calls on a proxy: the caller learns what is wrong, and nothing reaches the package or the log.
+// Late-bound calls on a proxy. If a call is wrong, the caller learns what is wrong, and nothing reaches the package or
+// the log.
 #include "proxy_fixture.h"
 #include "tests/system/harness/under_wine.h"
 
@@ -84,7 +85,7 @@ TEST_F(LateBinding, WrongCounts)
     ExpectNothingCame();
 }
 
-// Arguments are in reverse order; the index is that in the array.
+// Arguments are passed in reverse order; the index that is returned is the place in the array.
 TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
 {
     VARIANT array;
@@ -126,14 +127,14 @@ TEST_F(LateBinding, NumbersThatAreNoTextAreConverted)
 TEST_F(LateBinding, NamedArguments)
 {
     const _variant_t property(L"density"), phase(L"Liquid");
-    // Names the first argument of the array, which is the method's second.
+    // The identifier names the first value in the array, which is the method's second argument.
     DISPID phaseId = 1;
     _variant_t values[] = {phase, property};
     DISPPARAMS parameters = {values, &phaseId, 2, 1};
     EXPECT_EQ(S_OK, Invoke(parameters));
     EXPECT_EQ(VT_BOOL, result.vt);
     EXPECT_EQ(1u, package->calls.size());
-    // Names both, in the other order.
+    // These name both values, in the other order.
     DISPID bothIds[] = {0, 1};
     _variant_t swapped[] = {property, phase};
     DISPPARAMS both = {swapped, bothIds, 2, 2};

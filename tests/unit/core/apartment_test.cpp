@@ -1,5 +1,5 @@
-// Objects entered on foreign threads: methods return RPC_E_WRONG_THREAD, references count, and the log reports this
-// once, from the apartment's own thread.
+// Objects entered on foreign threads: methods return RPC_E_WRONG_THREAD, AddRef and Release still count, and the log
+// reports the first entry, once, from the apartment's own thread.
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -30,7 +30,7 @@ std::string Foreign(const std::string& object, const char* member, DWORD thread)
 
 class Apartment : public ProxyFixture {
 protected:
-    // Visits that a test has not received would keep its proxy alive longer than the log.
+    // Visits by other threads that are not yet received would keep a test's proxy alive longer than its log.
     void TearDown() override { com::Object::ReceiveVisits(); }
 
     ComPtr<FakePackage> package = MakeFake<FakePackage>();

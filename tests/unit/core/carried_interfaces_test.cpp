@@ -20,7 +20,7 @@ void PrintTo(const Scene& scene, std::ostream* out) { *out << scene.name; }
 
 // clang-format off
 const Scene kScenes[] = {
-    // If the parameter itself lacks the typed interface, a simulator never makes the unit's connectors.
+    // A simulator asks the parameter itself for the typed interface, and without it makes no connectors for the unit.
     {"a parameter that is its own specification", "CParameter",
      {"ICapeParameterSpec", "ICapeRealParameterSpec", "ICapeIntegerParameterSpec", "ICapeOptionParameterSpec",
       "ICapeBooleanParameterSpec", "ICapeArrayParameterSpec"}},
@@ -77,7 +77,7 @@ TEST_P(Scenes, FindTheirInterfaces)
         const ComPtr<CapeOpenBase> poorer = MakeFor(*without.Get(), false);
         EXPECT_EQ(E_NOINTERFACE, poorer->QueryInterface(shape->iid, reinterpret_cast<void**>(found.GetAddressOf())));
     }
-    // The log is open: a refused query appears in it.
+    // A refused query does write something, so the log was open.
     ComPtr<IUnknown> none;
     EXPECT_EQ(E_NOINTERFACE, proxy->QueryInterface(IID_IMarshal, reinterpret_cast<void**>(none.GetAddressOf())));
     EXPECT_NE("", Written().substr(before));
@@ -106,7 +106,8 @@ TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
               Written().substr(before));
 }
 
-// A context's message reaches the simulator, and the log, whichever interface a component asked for first.
+// A component that first asks a context for ICapeSimulationContext gets ICapeDiagnostic from there, and its message reaches
+// the simulator and the log.
 TEST_F(CarriedInterfaces, OfAContextLeadToItsMessages)
 {
     const auto object = DynamicFake::Make(L"Simulator");

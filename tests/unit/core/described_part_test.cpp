@@ -40,7 +40,7 @@ enum class Binding { Early, Late };
 
 class DescribedParts : public ProxyFixture {
 protected:
-    // Calls `visit` for each interface of a proxy that its class does not have itself.
+    // Calls `visit` for each interface that a proxy offers although its class lacks it.
     template <class Visit>
     void WalkAll(bool logged, Visit&& visit)
     {

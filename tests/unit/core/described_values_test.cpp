@@ -86,7 +86,7 @@ TEST_F(DescribedValues, OfEveryTypeBeyondAWordAreLogged)
                   Argument("ui8", "in", "VT_UI8", Value("9000000000")) +
                   Argument("exact", "in", "VT_DECIMAL", Value("3.14")) + Argument("any", "in", "VT_I4", Value("6")),
               start);
-    // A structure is not followed: the log says where it is.
+    // The fields of a structure are not logged, only its address.
     EXPECT_TRUE(log.substr(start.size())
                     .starts_with(" <arg name=\"point\" direc=\"in\" type=\"VT_RECORD\">\n  <argval value=\"pointer 0x"))
         << log;

@@ -27,7 +27,7 @@ ComPtr<IErrorInfo> MakeInformation(const wchar_t* description, const wchar_t* so
     return information;
 }
 
-// Error information whose getters run `how`.
+// Error information whose GetSource and GetDescription run `how`.
 class HostileInformation final : public IErrorInfo {
 public:
     explicit HostileInformation(std::function<HRESULT(BSTR*)> how) : how(std::move(how)) {}

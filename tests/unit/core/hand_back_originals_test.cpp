@@ -1,5 +1,5 @@
-// An object that goes back to the side that it came from: by default, it arrives as a proxy; with the option on, as it
-// was.
+// An object that goes back to the side that it came from: by default, it arrives as a proxy; with the option on, as the
+// original object.
 #include "fake_unit.h"
 #include "proxy_classes.h"
 #include "thermo/property_package_11.h"
@@ -16,7 +16,7 @@ protected:
         root = MakeProxy(package.Get(), isLogged);
         if (GetParam()) root->HandBackOriginals();
     }
-    // A proxy in the tree of `through`, for an object that crosses it.
+    // A proxy for an object that crosses `through`, in the tree of `through`.
     static ComPtr<CapeOpenBase> Proxy(const char* name, IUnknown* object, Crossing crossing, CapeOpenBase& through)
     {
         ComPtr<CapeOpenBase> made = FindProxyClass(name).make(ThermoVersion::Unset);
@@ -77,7 +77,7 @@ TEST_P(HandBackOriginals, AMaterialThatIsCopied)
     product->duringCopy = [&] { during = feed->ReferenceCount(); };
     const ULONG before = feed->ReferenceCount();
     EXPECT_EQ(S_OK, As<ICapeThermoMaterial>(productProxy)->CopyFromMaterial(&source));
-    EXPECT_EQ(feedProxy.Get(), source) << "the caller's slot";
+    EXPECT_EQ(feedProxy.Get(), source) << "the caller's slot was changed";
     EXPECT_NE(&source, product->source);
     if (IsOn()) {
         EXPECT_EQ(As<IDispatch>(feed).Get(), product->sourceValue);
@@ -107,8 +107,8 @@ TEST_P(HandBackOriginals, AMaterialGivenToAReactionObject)
               News());
 }
 
-// An object that the package has returned comes back to it: as its proxy, wrapped in a second one if there is a log, or
-// as the package's own object.
+// An object that the package has returned comes back to the package: with the option on, as the package's own object;
+// otherwise as its proxy, which a second proxy wraps if there is a log.
 TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
 {
     for (const bool isLogged : {true, false}) {
@@ -130,7 +130,7 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
             ExpectGiven(false, material, feed, inner.Get());
         };
         EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(root)->SetMaterial(given.Get()));
-        // The wrapper asks the proxy for its name.
+        // The second proxy asks the first for its name.
         const std::string asking =
             " <func name=\"ICapeIdentification::get_ComponentName\" direc=\"in\" object=\"Fake\">\n"
             "  <arg name=\"name\" direc=\"out\" type=\"string\">\n"
@@ -146,8 +146,8 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
     }
 }
 
-// Only an object of the side that the call goes to arrives as it was. That side knows any other object only by its
-// proxy.
+// Only an object of the side that the call goes to arrives as the original. That side knows any other object only by
+// its proxy.
 TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
 {
     const auto reactions = MakeFake<FakePackage>();
@@ -158,15 +158,15 @@ TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
         EXPECT_EQ(S_OK, target->SetMaterial(given.Get()));
         EXPECT_EQ(given.Get(), reactions->material);
     };
-    // The package's own.
+    // The package's own objects.
     give(FromPackage("CMaterialObject", feed.Get()));
     give(root);
-    // Another tree's.
+    // A proxy of another tree.
     const auto otherPackage = MakeFake<FakePackage>();
     ComPtr<CPropertyPackage11> otherRoot = MakeProxy(otherPackage.Get(), false);
     otherRoot->HandBackOriginals();
     give(Proxy("CMaterialObject", feed.Get(), Crossing::Inbound, *otherRoot.Get()));
-    // No proxy at all.
+    // An object that is no proxy.
     give(feed);
     // The package still gets the simulator's own material as a proxy.
     const ComPtr<CapeOpenBase> material = FromSimulator("CMaterialObject", feed.Get());

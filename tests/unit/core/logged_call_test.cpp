@@ -372,7 +372,7 @@ TEST_F(LoggedCallTest, InvokeWorksOnEachInterfaceByItself)
     EXPECT_EQ(VT_R8, result.vt);
     EXPECT_EQ(8.31446, result.dblVal);
 
-    // The object's own IDispatch is that of identification.
+    // In the IDispatch of the whole proxy, the members of ICapeIdentification keep their identifiers.
     ComPtr<IDispatch> script;
     ASSERT_EQ(S_OK, proxy.As(&script));
     DISPPARAMS none = {};

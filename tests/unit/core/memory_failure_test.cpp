@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// A package's life with calls of each sort.
+// The life of a package's proxy: calls that succeed, fail, or call back into a material, and a refused query.
 class Story : public Answered {
 public:
     explicit Story(LogDocument* document) : document(document)
@@ -72,8 +72,8 @@ private:
     _bstr_t name = L"a name that is longer than what a string has room for by itself";
 };
 
-// A property package in realistic use: a flash and properties of two phases, constants, parameters, and calls that the
-// package refuses. Package and material are the samples, which also allocate and return status codes on failure.
+// A property package in realistic use: flashes and properties of two phases, constants, parameters, and calls that the
+// package refuses. Package and material are sample components, whose allocations fail too, and end in status codes.
 class Calculation : public Answered {
 public:
     explicit Calculation(LogDocument* document) : document(document)
@@ -120,7 +120,7 @@ public:
             Note(compounds->GetCompoundConstant(texts, ids, &constants));
         }
         if (!Note(context->SetMaterial(face.Get()))) return;
-        // From a liquid through two phases to a vapour; the package refuses the missing phase.
+        // From a liquid through two phases to a vapour; the package refuses properties of a missing phase.
         for (const _variant_t& state : temperatures) {
             if (!Note(material->SetOverallProp(temperatureName, noBasis, state))) continue;
             if (!Note(equilibrium->CalcEquilibrium(temperature, pressure, nature))) continue;

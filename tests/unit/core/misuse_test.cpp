@@ -29,7 +29,7 @@ TEST_F(Misuse, APackageThatReleasesAMaterialTooOftenInMidCall)
         package->duringCall = [&] {
             IDispatch* given = package->material;
             for (int i = 0; i < releases; ++i) given->Release();
-            // And continues to use it.
+            // The package continues to use the material.
             ICapeThermoMaterial* state = nullptr;
             if (SUCCEEDED(given->QueryInterface(IID_PPV_ARGS(&state)))) {
                 EXPECT_EQ(S_OK, state->ClearAllProps());
@@ -37,7 +37,7 @@ TEST_F(Misuse, APackageThatReleasesAMaterialTooOftenInMidCall)
             }
         };
         EXPECT_EQ(S_OK, context->SetMaterial(face.Get()));
-        // The simulator's own material is unharmed: no wrapper is alive, and this test's two references are left.
+        // The simulator's own material is unharmed: its proxy is gone, and this test's two references are left.
         EXPECT_EQ(2u, material->ReferenceCount());
         EXPECT_EQ(0u, CountCallsInProgress());
     }
@@ -67,7 +67,7 @@ TEST_F(Misuse, EveryOrderOfReleases)
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-// Calls that come in while the package shows its own window.
+// Calls that come in while the package shows a modal window are served, inside the call that shows it.
 TEST_F(Misuse, APackageThatShowsAModalWindowInMidCall)
 {
     struct Window {

@@ -158,7 +158,7 @@ void SaveAndLoad(PackagePersistenceTest& test, const ComPtr<I>& persistence, Fak
     const std::string pointer = PointerArg("pstm", "in", stream.Get());
 
     EXPECT_EQ(S_OK, persistence->Save(stream.Get(), TRUE));
-    EXPECT_EQ(stream.Get(), package.stream) << "another stream";
+    EXPECT_EQ(stream.Get(), package.stream) << "the package got another stream";
     EXPECT_EQ(TRUE, package.clearedDirty);
     EXPECT_EQ(Func(name + "Save", pointer + Argument("fClearDirty", "in", "BOOL", "TRUE") + Info("Bytes written: 5")),
               news());

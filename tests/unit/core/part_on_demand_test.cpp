@@ -48,7 +48,7 @@ TEST(PartOnDemand, MayBeMadeForAnyOtherInterface)
 {
     for (const DemandRow& row : kNever) {
         const IID iid = IidFrom(row.iid);
-        // Only the first four bytes differ within COM's range.
+        // COM's range includes every value of the first four bytes, so only the other bytes are changed.
         const bool isOfRange = iid.Data2 == 0;
         for (std::size_t byte = isOfRange ? sizeof iid.Data1 : 0; byte < sizeof iid; ++byte) {
             IID similar = iid;

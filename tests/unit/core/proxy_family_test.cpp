@@ -153,7 +153,7 @@ TEST_F(ProxyFamily, EachKindThatIsStillAliveIsReportedAndForwardsAfterwards)
     News();
 
     root.Reset();
-    // The package held the reaction object until its own release, after the report.
+    // The package still keeps one of the two references to the proxy of the reaction object.
     EXPECT_EQ(Unreleased("context", "Simulation Context", 1) + Unreleased("template", "Material Template", 1) +
                   Unreleased("material", "Material Object", 2) + Unreleased("collection", "Parameter collection", 1) +
                   Unreleased("parameter", "Parameter", 1) + Unreleased("specification", "Parameter specification", 1) +
@@ -174,7 +174,7 @@ TEST_F(ProxyFamily, EachKindThatIsStillAliveIsReportedAndForwardsAfterwards)
     Call(specProxy.Get(), &ICapeParameterSpec::get_Type, &type);
     Call(reactionsProxy.Get(), &ICapeReactionChemistry::GetNumberOfReactions, &number);
     for (std::size_t i = 0; i < std::size(all); ++i) EXPECT_EQ(before[i] + 1, countCalls(*all[i])) << i;
-    // A survivor still wraps what it returns, and outlives the proxy through which it was obtained.
+    // A surviving proxy still wraps the objects that it returns, and their proxies can outlive it.
     auto late = Obtain(collectionProxy.Get(), &ICapeCollection::Item, VARIANT{});
     collectionProxy.Reset();
     Call(late.Get(), &ICapeParameter::Reset);
@@ -220,7 +220,7 @@ TEST_F(ProxyFamily, ACallInProgressIsNoReferenceInTheReport)
     context.duringCall = [&] {
         News();
         root.Reset();
-        // Only the two pointers of this test are counted.
+        // The two references of this test are counted, but not that of the call in progress.
         const std::string news = News();
         EXPECT_NE(std::string::npos, news.find(Unreleased("context", "Simulation Context", 2))) << news;
     };
@@ -307,7 +307,7 @@ TEST_F(ProxyFamily, MaterialsThatMaterialsMakeStartWithTheFamilyThatMadeThem)
     News();
     long number = 0;
     Call(created.Get(), &ICapeThermoMaterialObject::GetNumComponents, &number);
-    EXPECT_EQ(before + 2 + 1, product.fake->calls.size());  // one of them asked for the name
+    EXPECT_EQ(before + 2 + 1, product.fake->calls.size());  // one of these calls asked for the name
     EXPECT_NE(std::string::npos, News().find(kWrong10));
     EXPECT_EQ(ThermoVersion::CapeOpen10,
               VersionOf(Obtain(made.Get(), &ICapeThermoMaterialObject::CreateMaterialObject)));

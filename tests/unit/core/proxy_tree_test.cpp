@@ -10,7 +10,7 @@ constexpr char kMaterialAddress[] = "interface pointer ";
 
 class ProxyTreeTest : public ProxyFixture {
 protected:
-    // Passes a material to a package that keeps it; returns the wrapper.
+    // Passes a material to a package that keeps it; returns the material's proxy.
     ComPtr<IDispatch> SetMaterial(const ComPtr<FakeMaterial>& material)
     {
         package->keepsMaterial = true;
@@ -143,7 +143,7 @@ TEST_F(ProxyTreeTest, AKindWithoutAProxyCrossesAsItIs)
         WrapperFactory::Wrap({WrapKind::MaterialObject}, Crossing::Inbound, package.Get(), *proxy.Get(), made);
     InstallWrappers();
     EXPECT_EQ(S_FALSE, wrapped);
-    EXPECT_FALSE(made) << "what was there before is no proxy of it";
+    EXPECT_FALSE(made) << "the pointer still holds the previous proxy";
 }
 
 TEST_F(ProxyTreeTest, WrapperDiesWhenThePackageLetsGo)
@@ -154,7 +154,7 @@ TEST_F(ProxyTreeTest, WrapperDiesWhenThePackageLetsGo)
     EXPECT_EQ(S_OK, As<ICapeThermoMaterialContext>(proxy)->UnsetMaterial());
     EXPECT_EQ(before, material->ReferenceCount());
 
-    // If the package does not keep the material, the wrapper is gone by the end of the call.
+    // If the package does not keep the material, the proxy is gone by the end of the call.
     package->keepsMaterial = false;
     ComPtr<IDispatch> raw;
     material.As(&raw);
@@ -343,7 +343,7 @@ TEST_F(MaterialObjectTest, CreatedMaterialIsWrappedAndLoggedByItsName)
     EXPECT_EQ(S_OK, logged->CreateMaterial(&created));
     ASSERT_NE(nullptr, created.Get());
     EXPECT_NE(raw.Get(), created.Get());
-    EXPECT_EQ(before + 1, child->ReferenceCount());  // the proxy's; the raw result was released
+    EXPECT_EQ(before + 1, child->ReferenceCount());  // held by the proxy; the returned reference was released
     std::string address;
     AppendPointer(address, created.Get());
     EXPECT_EQ(Func("ICapeThermoMaterial::CreateMaterial",

@@ -172,7 +172,7 @@ private:
         auto* made = static_cast<CapeOpenBase*>(static_cast<com::Object*>(identity.Get()));
         EXPECT_TRUE(FindProxyClass(step.proxyClass).isInstance(*made)) << step.name << " is no " << step.proxyClass;
         EXPECT_EQ(proxy->Document(), made->Document());
-        // An object that is returned has the proxy's own direction, an object that is passed in has the other.
+        // Calls to a returned object have the proxy's own direction, calls to an object that is passed in the opposite one.
         EXPECT_EQ(proxy->IsIn() != shape.isIn, made->IsIn());
         if (auto* material = dynamic_cast<CMaterialObject*>(made)) {
             EXPECT_EQ(step.startingVersion == "1.0" ? ThermoVersion::CapeOpen10 : ThermoVersion::CapeOpen11,
@@ -231,7 +231,7 @@ private:
             if (!shape.isOut) {
                 if (shape.isReference) {
                     const bool isNull = scenario.filling == Filling::Nulls;
-                    EXPECT_EQ(isNull ? nullptr : object, call->SlotContent(i)) << "the caller's slot";
+                    EXPECT_EQ(isNull ? nullptr : object, call->SlotContent(i)) << "the caller's slot was changed";
                 }
                 continue;
             }
@@ -370,7 +370,8 @@ class ProxyWalk : public testing::Test {
 protected:
     ProxyWalk() { InstallWrappers(); }
 
-    // Calls `visit` for each method of each class, and prints how many there were.
+    // Calls `visit` for each method of each class, and prints how many there are. Omits methods with their own tests unless
+    // `visitsAll` is set.
     template <class Visit>
     void WalkAll(Visit&& visit, bool visitsAll = false)
     {

@@ -97,7 +97,7 @@ TEST_F(VendorInterface, WithoutALibraryIsRefused)
     SetUp();
 }
 
-// Once a client has asked for the interface, a script that has the object finds its members, too.
+// Once a client has asked for the interface, a script that has the object finds the interface's members, too.
 TEST_F(VendorInterface, IsPartOfTheWholeObject)
 {
     struct Scriptable final : com::Object {
@@ -126,7 +126,7 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
     EXPECT_EQ(7, static_cast<long>(mode));
 }
 
-// Each interface that the module's libraries do not describe gets different identifiers.
+// Members of interfaces that the module's libraries do not describe get identifiers that no other interface uses.
 TEST_F(VendorInterface, IsKeptApartFromAnotherVendors)
 {
     struct Scriptable final : com::Object {

@@ -60,7 +60,7 @@ TEST_F(WholeDispatch, ReachesEveryInterfaceOfItsClassAndOfItsObject)
     EXPECT_EQ("ICapeThermoPhases::GetPhaseInfo",
               Arriving(script.Get(), L"GetPhaseInfo", kCall, {_variant_t(L"Vapor"), _variant_t(L"state")}));
     EXPECT_EQ("ECapeUser::get_description", Arriving(script.Get(), L"description", kCall, {}));
-    // Outside the class: via rows, then type information.
+    // Interfaces that the class lacks: the first is carried by rows, the second by type information.
     EXPECT_EQ("ICapeUnit::Calculate", Arriving(script.Get(), L"Calculate", kCall, {}));
     EXPECT_EQ("ICapeThermoPetroFractions::Characterize", Arriving(script.Get(), L"Characterize", kCall, {}));
     // The queries that the dispatcher makes leave no warning.
@@ -146,7 +146,7 @@ TEST_F(WholeDispatch, HandsFailuresOn)
     for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
 }
 
-// GetTypeInfo returns the interface of the material's generation.
+// GetTypeInfo returns the interface of the material's generation; if none is set, that of 1.1 if the material has it.
 TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
 {
     const ComPtr<CPropertyPackage11> package = MakeProxy(wrapped.Get());
@@ -190,7 +190,7 @@ public:
 
     HRESULT answer = S_OK;
     HRESULT(STDAPICALLTYPE* fillIn)(EXCEPINFO*) = nullptr;  // describes the failure when asked to
-    DISPID standard = DISPID_UNKNOWN;                       // of the latest call
+    DISPID standard = DISPID_UNKNOWN;                       // LateMember::standard of the latest call
 
 protected:
     IDispatch* ScriptInterface() override { return &identification; }
@@ -296,7 +296,7 @@ HRESULT STDAPICALLTYPE FaultInstead(EXCEPINFO*)
     return S_OK;
 }
 
-// An object may defer its failure's description; the function that supplies it is foreign code.
+// An object may defer the description of its failure. It is fetched at once, from a function that may fault.
 TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
 {
     const ComPtr<OwnNames> object(new OwnNames);

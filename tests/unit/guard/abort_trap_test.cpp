@@ -36,8 +36,8 @@ Function Find(HMODULE library, const char* name)
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
 }
 
-// Calls a function of the library that does not return, twice: the trap has to be set again after the first time. False if this
-// system's library has no such function.
+// Calls the function `name`, which would end the process, twice: the trap has to be set again after the first call. False if
+// this system's library has no such function.
 bool EndsCallsOnly(HMODULE library, const char* name)
 {
     const auto end = Find<void(__cdecl*)()>(library, name);

@@ -1,5 +1,5 @@
-// The list of calls in progress alone: which calls it ends, in which order, and what is left if there was not enough
-// memory to track every call.
+// The list of calls in progress, tested in isolation: which calls it ends, in which order, and what is left if there was
+// not enough memory to track every call.
 #include "guard/calls_in_progress.h"
 
 #include <gtest/gtest.h>

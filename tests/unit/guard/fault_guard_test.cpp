@@ -107,7 +107,7 @@ int OverflowsTaken()
     return taken;
 }
 
-// A thread that an overflow ends must fail the test; the end of the main thread would look like success.
+// Runs on a separate thread, because an overflow that ends the main thread would look like success.
 TEST(FaultGuard, StackOverflowIsTakenAgainAndAgain)
 {
     const Watchdog watchdog("StackOverflowIsTakenAgainAndAgain");
@@ -270,7 +270,7 @@ TEST(FaultGuard, UnpreparedThreadsAreServedToo)
     EXPECT_EQ(6, passed);
 }
 
-// A jump out of the guarded call unwinds the guard's frame, which is not an exception to catch.
+// A longjmp out of a guarded call unwinds the guard's frame; the guard must not take that for an exception.
 TEST(FaultGuard, JumpsPass)
 {
     static std::jmp_buf target;

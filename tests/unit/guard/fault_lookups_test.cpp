@@ -115,7 +115,7 @@ private:
     } itemSpecifications{*this};
 };
 
-// A package with its proxy and its own log, for one attempt.
+// A package with its proxy and its own log. Each fault and each wild value gets a new one.
 class Scene {
 public:
     explicit Scene(bool isLogged) : path(TemporaryPath())
@@ -305,7 +305,7 @@ TEST_F(FaultLookups, WildObjectsAreWrappedAndDoNothing)
     }
 }
 
-// Arrays whose headers claim more than there is.
+// An array with a wrong header makes the call fail, and the caller gets nothing.
 TEST_F(FaultLookups, WildArraysOfObjectsAreFailures)
 {
     struct Claim {

@@ -1,5 +1,5 @@
-// Whatever escapes from a package, from any method: the caller gets a status code, the log gets its line and balanced
-// elements, no reference is lost, and the next call works.
+// When a fault or an exception escapes from any method of a package, the caller gets a status code, the log gets a line
+// about it and balanced elements, no reference is lost, and the next call works.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -71,7 +71,7 @@ constexpr Sort kSorts[] = {
 };
 // clang-format on
 
-// A method of one proxy whose wrapped object commits one fault after another. All its calls go to the same log, if there is one.
+// A method of one proxy whose wrapped object commits one fault after another. All its calls go to the same log, if any.
 class FaultedMethod {
 public:
     FaultedMethod(const Target& target, bool isLogged) : target(target), path(TemporaryPath())
@@ -193,7 +193,7 @@ private:
         return expected.Text();
     }
 
-    // A special method may write its own lines between the arguments and the fault's two errors.
+    // A method that is tested elsewhere may write its own lines between the arguments and the fault's two errors.
     std::string WithoutOwnLines(const std::string& entry) const
     {
         if (!target.row.isTestedElsewhere) return entry;
@@ -202,7 +202,7 @@ private:
         return end == std::string::npos || end < begin ? entry : entry.substr(0, begin) + entry.substr(end);
     }
 
-    // What was added to the log.
+    // Returns what was added to the log since it was last called.
     std::string News()
     {
         std::string text;
@@ -242,7 +242,7 @@ class FaultMatrix : public testing::Test {
 protected:
     FaultMatrix() { InstallWrappers(); }
 
-    // Returns the number of cells.
+    // Returns the number of faults committed.
     template <class Kinds>
     static int CommitAll(const Target& target, const Kinds& kinds)
     {

@@ -42,7 +42,7 @@ protected:
         for (std::size_t at = 0; (at = log.find(part, at)) != std::string::npos; ++at) ++found;
         return found;
     }
-    // Whether the log closes every element that it opens.
+    // Whether the log closes every call that it opens.
     static bool IsBalanced(const std::string& log) { return Count(log, "<func ") == Count(log, "</func>"); }
 };
 

@@ -53,7 +53,7 @@ inline constexpr FaultRow kRealFaults[] = {
 
 inline bool Exists(Deed deed) { return sizeof(void*) == 4 || (deed != Deed::Bounds && deed != Deed::IntoOverflow); }
 
-// Codes that are raised by software, not by the processor.
+// Codes that packages pass to RaiseException.
 inline constexpr DWORD kRaisedCodes[] = {
     EXCEPTION_ACCESS_VIOLATION,
     EXCEPTION_DATATYPE_MISALIGNMENT,

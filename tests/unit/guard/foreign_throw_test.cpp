@@ -84,7 +84,7 @@ struct ThrowRow {
     const char* name;
     Deed deed;
     End passed;   // x86_64: the exception itself arrives.
-    End trapped;  // i686: the shared library provides the text; nothing is known about a static one.
+    End trapped;  // i686: how a throw of the shared package ends; one of the static package ends as End::Foreign.
     const char* text;
 };
 
@@ -131,8 +131,8 @@ TEST(GccPackages, ATextIsReportedOnce)
     }
 }
 
-// An exception in the layout of Microsoft's compiler. References are addresses on i686 and offsets from the image, here
-// from this object, on x86_64.
+// An exception in the layout of Microsoft's compiler. References are addresses on i686; on x86_64 they are offsets from
+// the image's base, in whose place this object's address is given.
 struct MicrosoftThrow {
     struct Info {
         std::uint32_t attributes, destructor, forwardCompatible, types;

@@ -180,7 +180,7 @@ TEST_F(LogGap, AHeaderThatIsMissingIsMadeUpFor)
     DeleteFileW(place.c_str());
 }
 
-// Whatever is lost, and whenever there is room again: a log is well-formed if its end could be written.
+// A log is well-formed if its end could be written, no matter which entries before it are missing.
 TEST_F(LogGap, AtRandomMomentsLeavesAWellFormedLog)
 {
     std::mt19937 random(20260);

@@ -174,7 +174,7 @@ TEST(LogOptions, AreStoredOneByOneSoThatWhatOthersChangedStays)
     EXPECT_TRUE(stored.Load());
     EXPECT_TRUE(IsEqualCLSID(kUnit, stored.pravikUnit));
 
-    // Saves the same value again, which another program has changed since.
+    // The value is stored even if only another program has changed the option.
     key.WriteDword(L"AutoLogLocation", 1);
     EXPECT_TRUE(ours.Save(LogOption::AutoLogLocation));
     EXPECT_EQ(0u, key.ReadDword(L"AutoLogLocation"));

@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-// A double in a log is what "%g" prints, digit for digit, however it was converted.
+// A double in a log has the text that "%g" prints, digit for digit, by the fast conversion as well as by the exact one.
 namespace zelt::test {
 namespace {
 
@@ -44,8 +44,8 @@ TEST(DoubleText, IsThatOfTheStandardLibraryAtTheEdges)
     EXPECT_EQ(Expected(std::numeric_limits<double>::max()), Written(std::numeric_limits<double>::max()));
 }
 
-// Every power of ten, even outside the scaling table. The standard library's assertions end the program at an access
-// outside it.
+// Every power of ten, including those outside the table of scale factors. An access outside that table would end the
+// program, by an assertion of the standard library.
 TEST(DoubleText, IsThatOfTheStandardLibraryAroundEachPowerOfTen)
 {
     for (int power = -323; power <= 308; ++power) {

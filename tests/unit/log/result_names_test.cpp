@@ -1,4 +1,4 @@
-// The complete names of status codes: each code is written as a number, to reveal a name at the wrong code.
+// All status codes that have names. Each code is written as a number here, so that a name at the wrong code is found.
 #include "log/hr_name.h"
 
 #include <gtest/gtest.h>

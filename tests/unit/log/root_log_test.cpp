@@ -13,7 +13,7 @@ namespace zelt::test {
 namespace {
 
 std::wstring chosenPath;
-std::size_t boxesBefore;  // the boxes that were shown before the dialog
+std::size_t boxesBefore;  // how many boxes were shown before the dialog
 const RecordedMessages* boxes;
 
 // What the user sees when a simulator makes an object with a log.

@@ -22,7 +22,7 @@ struct Answer {
     std::wstring fileName;
     int button;
     bool found = false, topmost = false;
-    std::atomic<bool> isOver = false;  // there will be no dialog
+    std::atomic<bool> isOver = false;  // ChooseLogPath has returned, so no dialog will appear any more
     std::wstring initialName = L"none";
 
     void operator()()

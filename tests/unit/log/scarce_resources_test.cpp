@@ -57,8 +57,8 @@ protected:
         return result;
     }
 
-    // Creates a package, makes some calls and releases it, with the log `log`, which may be null; the calls must reach
-    // the package.
+    // Creates a package and its proxy, with the log `log` (may hold none), makes some calls and releases both. The calls
+    // must reach the package.
     static void Live(DocumentHold log, int calls)
     {
         const ComPtr<FakePackage> package = MakeFake<FakePackage>();
@@ -239,10 +239,10 @@ TEST_F(ScarceResources, AThousandPackagesAtOnceHaveAThousandLogs)
     DeleteFileW(start.c_str());
 }
 
-// A package whose calls call it again.
+// A package that calls its own proxy again in each call.
 class Nesting : public ProxyFixture {
 protected:
-    // Nests this many calls, or endlessly for 0. Returns the result of the outermost call.
+    // Nests `wanted` calls, or calls without end for 0. Returns the result of the outermost call.
     HRESULT Nest(bool isLogged, int wanted)
     {
         const ComPtr<CPropertyPackage11> proxy = MakeProxy(package.Get(), isLogged);

@@ -1,4 +1,4 @@
-// The complete names of VARIANT types: each type is written as a number, and all 65,536 are compared.
+// The names of all VARIANT types. Each named type is written as a number here, and all 65,536 values are compared.
 #include <gtest/gtest.h>
 
 #include <map>

@@ -66,7 +66,7 @@ public:
     int stopAt = 0;
 };
 
-// One file for any number of texts.
+// A file that each Read overwrites with a text before parsing it.
 class Scratch {
 public:
     Scratch() : path(TemporaryPath())
@@ -214,7 +214,7 @@ TEST(LogReader, StopsWhenTheSinkHasEnough)
     }
 }
 
-// The parser's own limits end a log as damage does, and everything before them is kept.
+// A log that exceeds a limit of the parser counts as damaged, and everything before that place is kept.
 TEST(LogReader, EndsAtTheParsersLimits)
 {
     const Scratch scratch;
@@ -286,7 +286,7 @@ protected:
     }
 };
 
-// The ends of the start tags in a well-formed log, without the declaration and the root.
+// Where the start tags in a well-formed log end, except those of the declaration and the root.
 std::vector<std::size_t> StartTagEnds(const std::string& log)
 {
     std::vector<std::size_t> ends;

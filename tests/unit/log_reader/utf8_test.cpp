@@ -28,7 +28,7 @@ TEST(Utf8, IsKeptOrReplacedByteForByte)
         {"\xC2\x80\xDF\xBF", "\xC2\x80\xDF\xBF"},
         {"\xE0\xA0\x80\xEF\xBF\xBF", "\xE0\xA0\x80\xEF\xBF\xBF"},
         {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
-        // Texts longer than a word with one byte that is not ASCII: at the beginning, inside, at the end.
+        // Texts at least as long as a machine word, with bytes outside ASCII at the beginning, inside or at the end.
         {"\xC3\xA9galement, et encore", "\xC3\xA9galement, et encore"},
         {"\xFFsixteen letters", "Rsixteen letters"},
         {"seven b\xFF", "seven bR"},

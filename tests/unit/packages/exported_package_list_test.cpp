@@ -246,7 +246,7 @@ TEST(ExportedPackageList, IsLoadedOnceWhenThatWasPutOff)
     EXPECT_EQ(0u, list.Count());
     list.LoadLater([&] {
         ++loaded;
-        // A message box lets calls in, which request the list again.
+        // While a message box is open, calls from clients may request the list again.
         list.RequireLoaded();
         EXPECT_TRUE(list.Load());
     });

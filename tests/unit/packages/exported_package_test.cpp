@@ -122,7 +122,7 @@ TEST(ExportedPackage, LogsOnlyWhenTheTextIsTrue)
     }
 }
 
-// Each text is at the end of its memory, so that reading past its end always faults.
+// Each text lies at the end of readable memory, so that reading past the text always faults.
 TEST(ExportedPackage, IsNeverReadPastItsEnd)
 {
     struct Case {

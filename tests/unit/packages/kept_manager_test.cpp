@@ -17,7 +17,7 @@ TEST_P(KeptManager, LivesAsLongAsItsPackageIfTheUserWantsThat)
     ASSERT_EQ(S_OK, Get(L"Aromatics"));
     const std::vector<std::string> opened{"Initialize", "get"};
     EXPECT_EQ(opened, script.calls);
-    // Each package has its own.
+    // Each package has its own manager.
     ComPtr<IDispatch> first = package;
     ASSERT_EQ(S_OK, Get(L"Aromatics"));
     EXPECT_EQ((std::vector<std::string>{"Initialize", "get", "Initialize", "get"}), script.calls);

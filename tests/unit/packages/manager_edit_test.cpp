@@ -1,4 +1,4 @@
-// Edit of a manager, which reaches the managers of the exported packages.
+// Edit of one of ZELT's managers, which forwards the call to the foreign managers of the exported packages.
 #include "packages/package_manager_fixture.h"
 #include "recorded_messages.h"
 

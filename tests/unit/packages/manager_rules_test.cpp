@@ -34,7 +34,7 @@ protected:
     }
 };
 
-// A manager of every kind.
+// One manager of all three kinds.
 class ForeignManager final : public FakeObject {
     static HRESULT Give(IDispatch** package)
     {
@@ -66,7 +66,7 @@ class Factory final : public com::Object {
     } part{*this};
 };
 
-// A class object that COM finds only for one kind of context.
+// A class object that COM finds only in one class context.
 class OnlyIn {
 public:
     OnlyIn(REFCLSID clsid, DWORD context, com::Object* factory)

@@ -17,7 +17,7 @@ constexpr CLSID kPackageClass = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 
 
 std::wstring placeOfLog;
 
-// A package exported under the name "Pack", with a log.
+// Exports a package as "Pack", with logging if there is a document; Run gets the package from a manager.
 class Managing : public Answered {
 public:
     explicit Managing(LogDocument* document)
@@ -92,7 +92,7 @@ TEST_F(ServerMemoryFailure, OfEachAllocationOfAManagerEndsInStatusCodes) { FailO
 
 TEST_F(ServerMemoryFailure, OfEachAllocationOfARegistrationLeavesNothingThatRemovalDoesNotFind)
 {
-    // Creates what is created only once and kept.
+    // Allocates beforehand what is allocated only once and kept.
     ASSERT_EQ(S_OK, RegisterServer(Scope::User, "1.0"));
     ASSERT_EQ(S_OK, UnregisterServer(Scope::User, "1.0"));
     const long step = std::max(1, 100 / Effort());

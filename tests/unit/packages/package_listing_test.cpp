@@ -9,7 +9,7 @@
 #include "system/narrow.h"
 #include "packages/package_listing.h"
 
-// A manager component in this process, which is of all three kinds.
+// Listing the packages of a manager in this process that is of all three kinds.
 namespace {
 
 using zelt::PackageKind;

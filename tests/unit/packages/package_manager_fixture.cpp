@@ -21,7 +21,7 @@ HRESULT GetWith(IUnknown* manager, BSTR name, IDispatch** package)
 
 }  // namespace
 
-// What the names of ZELT64's managers end in.
+// The end of each manager's name, which names the width in ZELT64.
 #ifdef _WIN64
 #define ZELT_WIDTH L" (64-bit packages)"
 #else

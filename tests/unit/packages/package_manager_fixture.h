@@ -105,7 +105,7 @@ private:
     } utilities{*this};
 
 public:
-    // A package with the IDispatch scripts need.
+    // A package with the IDispatch that scripts need.
     class PackageWithDispatch final : public FakeObject {
     public:
         ~PackageWithDispatch() override { script.ends.push_back("package"); }

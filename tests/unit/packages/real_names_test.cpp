@@ -21,7 +21,7 @@ constexpr wchar_t kPlocker[] =
 constexpr wchar_t kMixed[] =
     L"\x3A9\x3BC\x3AD\x3B3\x3B1 \x41E\x43C\x435\x433\x430 \x6C34\xD83D\xDE00";  // no code page has all of them
 
-// The code page in which the registry's entries are written is the thread's.
+// Sets the thread's locale, whose code page the entries in the registry use.
 class ThreadLocale {
 public:
     explicit ThreadLocale(LCID locale) : before(GetThreadLocale()) { SetThreadLocale(locale); }
@@ -87,7 +87,7 @@ TEST_F(RealNames, AreNotInTheEntry)
     const ExportedPackage package = NamedPackage(L"source", kMixed);
     Save({package});
     EXPECT_EQ(package.Format(), scratch.Packages().ReadNarrow("Package1", REG_MULTI_SZ));
-    ExportedPackage known;  // what a program sees that reads only the entries
+    ExportedPackage known;  // what a program that reads only the entries sees
     ASSERT_TRUE(known.Parse(package.Format()));
     EXPECT_EQ(std::wstring::npos, known.exportedName.find(L'\x6C34'));
     EXPECT_NE(kMixed, known.exportedName);
@@ -98,7 +98,7 @@ TEST_F(RealNames, HaveAValueOnlyWhereACodePageMayLackThem)
     Save({NamedPackage(L"a", L"b"), NamedPackage(kMixed, L"c")});
     EXPECT_FALSE(Has(L"PackageNames1"));
     EXPECT_TRUE(Has(L"PackageNames2"));
-    // A name that looks like what a code page leaves of such a name.
+    // A name that looks like what remains of such a name in a code page without its characters.
     ExportedPackage left;
     ASSERT_TRUE(left.Parse(NamedPackage(kMixed, L"c").Format()));
     left.sourceName = L"????? ????? ?";

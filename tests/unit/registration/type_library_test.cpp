@@ -1,4 +1,4 @@
-// The built type libraries against the facts that other programs rely on, and the comparison itself.
+// The built type libraries have exactly the contents that other programs rely on. Also tests the comparison itself.
 #include "type_library_text.h"
 
 #include <gtest/gtest.h>

@@ -62,7 +62,7 @@ TEST_F(FaultySampleTest, FailsToGiveAPackageInTwoWays)
     EXPECT_EQ(L"The faulty package has no licence today", DescribeFailure(manager.Get(), E_FAIL));
 }
 
-// Whether the caller gets the fault or the system swallows it depends on the system; the process lives, and the next call works.
+// It depends on the system whether it swallows the fault or the caller gets it; the process lives, and the next call works.
 TEST_F(FaultySampleTest, EditFaultsWhereTheSystemCallsBack)
 {
     if (std::getenv("WINEPREFIX") && !std::getenv("DISPLAY")) GTEST_SKIP() << "no display";
@@ -118,7 +118,7 @@ TEST_F(FaultySampleTest, FailsWithTheErrorThatIsAskedFor)
     EXPECT_EQ(0u, description.length());
     EXPECT_EQ(E_FAIL, properties->CalcSinglePhaseProp(MakeStrings({L"error:80004005"}), B(L"Liquid")));
     EXPECT_EQ(S_OK, properties->CalcSinglePhaseProp(MakeStrings({L"handledFault"}), B(L"Liquid")));
-    // Without a request for a fault, it calculates.
+    // Without a request for a fault, the package calculates.
     EXPECT_EQ(S_OK,
               compounds->GetCompoundConstant(MakeStrings({L"molecularWeight"}), MakeStrings({L"Toluene"}), &values));
 }

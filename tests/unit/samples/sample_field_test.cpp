@@ -3,7 +3,7 @@
 #include "samples/field/field_package.h"
 #include "samples/field/field_unit.h"
 
-// The field components without ZELT: the tests with ZELT in between rely on them.
+// The field components, called directly. The tests that call them through ZELT rely on what is tested here.
 namespace zelt::sample {
 namespace {
 
@@ -13,7 +13,7 @@ using Microsoft::WRL::ComPtr;
 class NameOnly final : public IDispatch {
 public:
     explicit NameOnly(ComPtr<IDispatch> material) : material(std::move(material)) {}
-    std::vector<std::wstring> members;  // that were asked for
+    std::vector<std::wstring> members;  // the names that were asked for
 
     STDMETHOD(QueryInterface)(REFIID iid, void** result) override
     {
@@ -84,7 +84,7 @@ TEST_F(SampleFieldTest, AMaterialThatHasOnlyNamesGetsTheSameResults)
 
     NameOnly named(Query<IDispatch>(material.Get()));
     EXPECT_EQ(static_cast<HRESULT>(ECapeInvalidArgumentHR), early->CalcEquilibrium(&named, B(L"TP"), _variant_t()))
-        << "needs the interface";
+        << "this package needs the material's interface";
     EXPECT_TRUE(named.members.empty());
     const auto server = Query<ICapeThermoEquilibriumServer>(package.Get());
     ASSERT_EQ(S_OK, server->CalcEquilibrium(&named, B(L"TP"), MakeStrings({L"enthalpy"})))
@@ -92,7 +92,7 @@ TEST_F(SampleFieldTest, AMaterialThatHasOnlyNamesGetsTheSameResults)
     EXPECT_EQ(Enthalpy(expected), Enthalpy(material));
     EXPECT_EQ(L"SetProp", named.members.back());
 
-    // What the material says about its failure is lost on the way, but its code is not.
+    // From a material that has only names, the package gets the code of a failure, but not its description.
     const auto routine = Query<ICapeThermoCalculationRoutine>(package.Get());
     EXPECT_EQ(S_OK, material->RemoveResults(_variant_t()));
     EXPECT_EQ(static_cast<HRESULT>(ECapeThrmPropertyNotAvailableHR),
@@ -133,7 +133,7 @@ TEST_F(SampleFieldTest, AParameterIsItsOwnSpecification)
         types.push_back(type);
     }
     EXPECT_EQ((std::vector<eCapeParamType>{CAPE_REAL, CAPE_INT, CAPE_OPTION, CAPE_BOOLEAN, CAPE_ARRAY}), types);
-    // The unit uses the value, whoever has set it.
+    // The unit uses the value that was set through the parameter's object.
     EXPECT_EQ(S_OK, SetIn(object.Get(), L"Pressure drop", _variant_t(-1.0)));
     _bstr_t message;
     VARIANT_BOOL valid = VARIANT_TRUE;

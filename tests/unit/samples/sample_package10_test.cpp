@@ -21,7 +21,7 @@ protected:
         ASSERT_EQ(S_OK, com::Create<ThermoSystem>(IID_PPV_ARGS(&system)));
         ASSERT_EQ(S_OK, system->ResolvePropertyPackage(B(L"AROMATICS"), &package));
         properties = Query<ICapeThermoPropertyPackage>(package.Get());
-        // Not the package's order.
+        // The package has these compounds in the opposite order.
         SetCompounds({L"Toluene", L"Benzene"});
         material = MakeMaterial<ICapeThermoMaterialObject>();
         dispatch = Query<IDispatch>(material.Get());
@@ -250,7 +250,7 @@ TEST_F(SamplePackage10Test, KeepsResultsOfAMaterialUntilTheyAreRemoved)
     _variant_t phases, values;
     EXPECT_EQ(S_OK, material->get_PhaseIds(&phases));
     EXPECT_EQ(std::vector<std::wstring>{}, ReadStrings(phases, L"phases"));
-    EXPECT_EQ(363.15, Get(L"temperature", L"Liquid", L"")[0]) << "the overall temperature, whatever the phase";
+    EXPECT_EQ(363.15, Get(L"temperature", L"Liquid", L"")[0]) << "the overall temperature is that of every phase";
     EXPECT_EQ(S_OK,
               Query<ICapeThermoMaterialObject>(clone.Get())
                   ->GetProp(B(L"fraction"), B(L"Vapor"), MakeStrings({L"Benzene"}), nullptr, B(L"mole"), &values));

@@ -141,7 +141,7 @@ TEST_F(SamplePackageTest, GivesConstantsInTheOrderOfTheStandard)
     EXPECT_STREQ(L"71-43-2", V_BSTR(&elements[3]));
     SafeArrayUnaccessData(V_ARRAY(&values));
 
-    // All of the package's compounds if none is named; every name in the list is known.
+    // Without a list of compounds, the values are those of all compounds; every property in the package's list is known.
     _variant_t names, all;
     ASSERT_EQ(S_OK, compounds->GetConstPropList(&names));
     EXPECT_EQ(S_OK, compounds->GetCompoundConstant(names, _variant_t(), &all));
@@ -233,7 +233,7 @@ TEST_F(SamplePackageTest, CalculatesFugacityCoefficientsFromItsArguments)
     EXPECT_EQ(L"There are 2 amounts for 3 compounds", Description(package.Get()));
 }
 
-// Each bad call: its code, the class of its error and its description.
+// A bad call returns a code for its kind of error, and leaves a description of what was wrong.
 TEST_F(SamplePackageTest, ExplainsBadCalls)
 {
     EXPECT_EQ(static_cast<HRESULT>(ECapeBadInvOrderHR),
@@ -416,7 +416,7 @@ TEST(SampleMaterial, CopiesTheStateOfAnother)
 
 TEST(SampleVariant, ReadsArraysAsScriptsSendThem)
 {
-    // Elements 3 to 4, of VARIANT, by reference.
+    // An array of VARIANTs with the indices 3 and 4, passed by reference.
     SAFEARRAYBOUND bound{2, 3};
     _variant_t owner;
     V_ARRAY(&owner) = SafeArrayCreate(VT_VARIANT, 1, &bound);

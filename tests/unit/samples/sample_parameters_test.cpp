@@ -189,7 +189,7 @@ TEST_F(SampleParameterTest, DescribeAListItemByItem)
     EXPECT_EQ(S_OK, Query<ICapeRealParameterSpec>(items[1].Get())->get_UpperBound(&upper));
     EXPECT_EQ(20, upper);
 
-    // An existing message is freed, not leaked or kept.
+    // An existing message is replaced.
     messages = _variant_t(L"old");
     ASSERT_EQ(S_OK, spec->Validate(MakeDoubles({{3.0, 6.0}}), &messages, &verdicts));
     EXPECT_EQ((std::vector<std::wstring>{L"3 is not between 0 and 2", L""}), ReadStrings(messages, L"message"));

@@ -143,7 +143,7 @@ TEST(SampleReactions, AreBalanced)
     EXPECT_EQ(8, reactions);
 }
 
-// Compares the derivative behind the enthalpies with a difference quotient of the constants.
+// The temperature derivatives of the rate constants and of the equilibrium constants agree with difference quotients.
 TEST(SampleReactions, HaveTheSlopesOfTheirConstants)
 {
     for (const ReactionPackageDefinition& definition : AllReactionPackages()) {
@@ -218,7 +218,7 @@ TEST_F(SampleReactionsTest, ShiftsWaterGas)
 }
 
 // log10 K = -2.691122 x 2.845098 - 0.038635 + 0.090594 + 2.859429 + 2.6899 = -2.055218, so K = 0.0088060 1/atm, which is
-// 0.0088060 / 1.01325 = 0.0086909 1/bar. At 1 atm, with a quarter of each compound and as much of something else:
+// 0.0088060 / 1.01325 = 0.0086909 1/bar. At 1 atm, with a quarter of each compound and a quarter of argon, the quotient is
 // 0.25 / (0.25^0.5 x 0.25^1.5) = 4.
 TEST_F(SampleReactionsTest, MakesAmmoniaForTheStandardPressureThatIsAskedFor)
 {

@@ -140,10 +140,11 @@ TEST(SampleRachfordRice, StopsAtThePhaseBoundaries)
 TEST(SampleFlash, FindsBubbleAndDewPressuresDoneByHand)
 {
     const IdealSolution mixture = Mixture({L"Benzene", L"Toluene"});
-    // At 90 degrees (above): (136497 + 54310) / 2 = 95403 Pa, and 2 / (1 / 136497 + 1 / 54310) = 77703 Pa.
+    // At 90 degrees, with the vapour pressures above: (136497 + 54310) / 2 = 95403 Pa, and
+    // 2 / (1 / 136497 + 1 / 54310) = 77703 Pa.
     EXPECT_NEAR(95403, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
     EXPECT_NEAR(77703, DewPressure(mixture, 363.15, std::vector{0.5, 0.5}), 5);
-    // And in the other direction.
+    // Each pressure gives the temperature again.
     EXPECT_NEAR(
         363.15,
         BubbleTemperature(mixture, BubblePressure(mixture, 363.15, std::vector{0.5, 0.5}), std::vector{0.5, 0.5}),
@@ -155,7 +156,7 @@ TEST(SampleFlash, FindsBubbleAndDewPressuresDoneByHand)
 
 TEST(SampleFlash, SplitsBenzeneAndTolueneAsByHand)
 {
-    // At 90 degrees and 85 kPa, K = 136497 / 85000 = 1.60585 and 54310 / 85000 = 0.63894. The lever of two compounds:
+    // At 90 degrees and 85 kPa, K = 136497 / 85000 = 1.60585 and 54310 / 85000 = 0.63894. The lever rule for two compounds:
     // x = (1 - K2) / (K1 - K2) = 0.36106 / 0.96691 = 0.37342, y = K1 x = 0.59965,
     // vapour = (0.5 - x) / (y - x) = 0.12658 / 0.22623 = 0.55952.
     const FlashResult result = FlashTP(Mixture({L"Benzene", L"Toluene"}), 363.15, 85000, std::vector{0.5, 0.5});
@@ -181,7 +182,7 @@ TEST(SampleFlash, IsConsistentWhateverIsGiven)
         FlashTVF(kAromatics, 380, state.vapourFraction, kFeed),
         FlashPH(kAromatics, 120000, mean(&IdealSolution::Enthalpy), kFeed),
         FlashPS(kAromatics, 120000, mean(&IdealSolution::Entropy), kFeed),
-        FlashTP(kAromatics, 380, 120000, std::vector{5.0, 3.0, 2.0}),  // normalised
+        FlashTP(kAromatics, 380, 120000, std::vector{5.0, 3.0, 2.0}),  // the flash normalises the feed
     };
     for (const FlashResult& result : results) {
         EXPECT_NEAR(380, result.temperature, 1e-8);

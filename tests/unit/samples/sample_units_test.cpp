@@ -429,7 +429,7 @@ TEST_F(SampleUnitTest, ValveKeepsTheEnthalpyAndCools)
     Run(valve.Get());
     EXPECT_NEAR(HeatFlow(hot.Get()), HeatFlow(product.Get()), 1e-8 * std::fabs(HeatFlow(hot.Get())));
     EXPECT_EQ(101325, Get(product.Get(), L"pressure", L"").at(0));
-    EXPECT_LT(Get(product.Get(), L"temperature", L"").at(0), 400);  // part of it boils
+    EXPECT_LT(Get(product.Get(), L"temperature", L"").at(0), 400);  // part of the stream boils
     EXPECT_EQ(S_OK, SetParameter(valve.Get(), L"Outlet pressure", _variant_t(6e5)));
     EXPECT_EQ(L"The outlet pressure 600000 Pa is above the inlet's, 500000 Pa", Validate(valve.Get()));
 }

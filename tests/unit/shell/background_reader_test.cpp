@@ -57,7 +57,7 @@ std::string ManyCalls()
     return log + "</zeltlogdocument>\r\n";
 }
 
-// Counts the pages' batches, and those that came without the question before them whether to go on.
+// Counts the batches of pages, and those before which the reader did not ask whether to go on.
 class PageCounter final : public RowSink {
 public:
     void Pages(PageBatch&&) override
@@ -182,7 +182,7 @@ TEST_F(BackgroundReader, EndsWhenTheSinkHasEnough)
     }
 }
 
-// Otherwise the window would not answer while a quick reader never lets it wait.
+// A viewer that never has to wait for the reader handles messages only when it is asked whether to go on.
 TEST_F(BackgroundReader, AsksAfterEachBatchOfPages)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";

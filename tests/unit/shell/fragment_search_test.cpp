@@ -67,7 +67,7 @@ TEST(FragmentSearch, IgnoresCaseOnDemand)
     EXPECT_FALSE(IsIn("queryinterface", "o: QueryInterface for"));
     EXPECT_TRUE(IsIn("queryinterface", "o: QueryInterface for", true));
     EXPECT_TRUE(IsIn("QUERYINTERFACE", "o: QueryInterface for", true));
-    // Characters next to the letters that also differ only in the bit of the case.
+    // Pairs of characters that are not letters but, like the two cases of a letter, differ in one bit only.
     EXPECT_FALSE(IsIn("[a]", "{A}", true));
     EXPECT_FALSE(IsIn("a[", "a{", true));
     EXPECT_FALSE(IsIn("@z", "`Z", true));

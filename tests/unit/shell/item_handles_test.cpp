@@ -1,4 +1,4 @@
-// Handles for items, which may be far apart.
+// The handles of items whose indices may be far apart.
 #include "shell/log_viewer/item_handles.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ TEST(ItemHandles, AreNullForItemsThatAreNotInTheTree)
     EXPECT_TRUE(handles.Has(0));
 }
 
-// Items that are close together and far apart, set, set again and cleared.
+// Sets, replaces and clears the handles of items that are close together and of items that are far apart.
 TEST(ItemHandles, AreThoseThatWereSetLast)
 {
     ItemHandles handles;

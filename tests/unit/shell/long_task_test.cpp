@@ -78,7 +78,7 @@ TEST_F(RunningTask, EndsWithEscAndWithNothingElse)
 {
     LongTask task(window);
     PostMessageW(window, WM_KEYDOWN, VK_RETURN, 0);
-    // The key may have been pressed for something else.
+    // Releasing Esc does not count: the key may have been pressed before the task began.
     PostMessageW(window, WM_KEYUP, VK_ESCAPE, 0);
     // The same number means something else in another message.
     PostMessageW(window, kNote, VK_ESCAPE, 0);

@@ -51,7 +51,7 @@ protected:
         list = GetDlgItem(window, kPackageList);
         ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
     }
-    // The first box that `act` causes closes the window.
+    // Closes the window while the first box that `act` causes is open.
     template <class Act>
     void ExpectToOutliveItsHandler(const char* what, Act&& act)
     {

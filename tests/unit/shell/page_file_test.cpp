@@ -31,7 +31,7 @@ TEST(PageFile, ReadsFarBehindTheBeginning)
         EXPECT_EQ("a page", file.Read(kFar, kFar + 6));
         EXPECT_EQ("page", file.Read(kFar + 2, kFar + 6));
         EXPECT_EQ(std::string(3, '\0') + "a", file.Read(kFar - 3, kFar + 1));
-        // No more than there is.
+        // Reading stops at the end of the file.
         EXPECT_EQ("page", file.Read(kFar + 2, kFar + 100));
         EXPECT_EQ("", file.Read(kFar + 6, kFar + 100));
     }

@@ -61,7 +61,7 @@ protected:
     PagedLogs() { PrepareLogReader(); }
     ~PagedLogs() override
     {
-        // The files are closed first.
+        // Closes the file, so that it can be deleted.
         paged = PagedLog();
         DeleteFileW(path.c_str());
     }
@@ -292,7 +292,7 @@ TEST_F(PagedLogs, SayThatTheFileIsAnother)
         // The same elements at other places, because there is one more at the beginning.
         kHeader + "<info value=\"12\"/>\r\n" + log.substr(kHeader.size()),
         std::string(log.size(), '\0'),
-        // Elements that are deeper than the page was.
+        // Elements that are nested deeper than those of the page were.
         kHeader +
             [] {
                 std::string deep;

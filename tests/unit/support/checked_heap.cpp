@@ -35,7 +35,7 @@ HeapInUse inUse;
 char damage[4096];
 std::size_t damageLength;
 
-// Which thread runs out of memory, and when.
+// Which thread is to run out of memory, after how many successes (negative: never), and whether it has.
 DWORD failingThread;
 long successesLeft = -1;
 bool hasFailed;

@@ -243,7 +243,7 @@ STDMETHODIMP DynamicFake::QueryInterface(REFIID iid, void** result)
             AddRef();
             return S_OK;
         }
-        // A script gets the interface with the name. The fake is not a proxy, so it does not offer IOriginalObject.
+        // As IDispatch, a script gets ICapeIdentification. The fake is not a proxy, so it does not offer IOriginalObject.
         const IID& wanted = IsEqualIID(iid, IID_IDispatch) ? __uuidof(ICapeIdentification) : iid;
         const InterfaceShape* shape = IsEqualIID(iid, __uuidof(IOriginalObject)) ? nullptr : ShapeOf(wanted);
         if (!shape) return E_NOINTERFACE;

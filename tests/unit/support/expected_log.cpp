@@ -121,7 +121,7 @@ struct Sample {
     const char* value;
 };
 
-// The name of value 1 of each enumeration.
+// The name of value 1 of each enumeration in the method table.
 constexpr Sample kSecondNames[] = {
     {"CapeValidationStatus", "CAPE_INVALID"},
     {"CapePortType", "CAPE_ENERGY"},

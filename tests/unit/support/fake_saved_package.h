@@ -1,4 +1,4 @@
-// A scripted package that is saved: through IPersistStream, IPersistStreamInit, both or neither, as a test says.
+// A scripted package that is saved through IPersistStream, IPersistStreamInit, both or neither, as the test chooses.
 #pragma once
 
 #include <objidl.h>

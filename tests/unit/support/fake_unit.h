@@ -34,7 +34,7 @@ struct UnitScript {
     std::function<void()> duringCall, duringSizing, duringDirty;
     std::vector<std::string> calls;
     IDispatch* ports = nullptr;  // what get_ports returns, with a reference
-    FakeUnit* last = nullptr;    // alive while somebody holds it
+    FakeUnit* last = nullptr;    // the unit created last; valid while somebody holds it
     int created = 0;
 };
 inline UnitScript unitScript;

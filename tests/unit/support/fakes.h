@@ -24,7 +24,7 @@ public:
     std::wstring errorDescription;
     std::wstring errorName;
     std::vector<IID> refused;
-    std::vector<IID> asked;  // every query, in order
+    std::vector<IID> asked;  // every query in order, except those for IUnknown and IDispatch
 
     void Refuse(const IID& iid) { refused.push_back(iid); }
     long CountAsked(const IID& iid) const { return std::count(asked.begin(), asked.end(), iid); }
@@ -187,9 +187,9 @@ private:
 class FakeMaterial final : public FakeObject {
 public:
     HRESULT result = S_OK;
-    IDispatch* created = nullptr;  // what CreateMaterial returns, with a reference
-    IDispatch** source = nullptr;  // the address of CopyFromMaterial's argument
-    IDispatch* sourceValue = nullptr;
+    IDispatch* created = nullptr;      // what CreateMaterial returns, with a reference
+    IDispatch** source = nullptr;      // CopyFromMaterial's argument
+    IDispatch* sourceValue = nullptr;  // what it pointed to
     std::function<void()> duringCopy;
     BSTR lastString = nullptr;
 

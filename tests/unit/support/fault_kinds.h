@@ -1,4 +1,5 @@
-// Everything that can escape from a package, each as an act that a fake commits (LastAct), with its line in the log.
+// All faults and exceptions that can escape from a package, each as an act that a fake commits (LastAct), with its line in
+// the log.
 #pragma once
 
 #include <string>

@@ -18,8 +18,8 @@ struct CallEnd {
     std::string text;
 };
 
-// Null if the DLL cannot be loaded. The static package is always loaded first: on i686, a package with static runtime
-// libraries that finds the shared libgcc in its process registers its frames there and can no longer catch its
+// Null if the DLL cannot be loaded. The static package is always loaded first: on i686, if the process already contains
+// the shared libgcc, a package with static runtime libraries registers its frames there and can no longer catch its own
 // exceptions.
 faulty::Misbehave StaticPackage();
 faulty::Misbehave SharedPackage();
@@ -72,7 +72,7 @@ struct ProcessorState {
     unsigned x87Tags = 0;
     unsigned sseControl = 0;
     bool directionFlag = false;
-    void* exceptionChain = nullptr;  // i686
+    void* exceptionChain = nullptr;  // on i686 only
     void* stack = nullptr;
 
     static ProcessorState Now();

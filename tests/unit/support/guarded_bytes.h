@@ -10,7 +10,7 @@ namespace zelt::test {
 
 class GuardedBytes {
 public:
-    // `size` at most kMost.
+    // `size` is at most kMost.
     void Set(const void* source, std::size_t size)
     {
         start = End() - size;

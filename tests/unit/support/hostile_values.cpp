@@ -127,7 +127,7 @@ SAFEARRAY* HostileValues::Array(VARTYPE type, int nesting)
     SAFEARRAY* array = SafeArrayCreate(known ? type : VARTYPE{VT_I4}, dimensions, bounds);
     if (!array) return nullptr;
     Fill(array, known ? type : VARTYPE{VT_I4}, count, nesting);
-    // Frees the header in its original state, whatever has happened to it; what the elements point to has other owners.
+    // Restores the header, which Spoil may have changed, and frees the array; what the elements point to has other owners.
     owned.push_back([array, kept = *array] {
         *array = kept;
         array->fFeatures &= ~(FADF_BSTR | FADF_VARIANT | FADF_DISPATCH | FADF_UNKNOWN | FADF_RECORD);
@@ -146,7 +146,7 @@ void HostileValues::Fill(SAFEARRAY* array, VARTYPE type, std::size_t count, int 
             VARIANT made = Value(nesting + 1);
             if (dice.Once(50)) {
                 made.vt = VT_ARRAY | VT_VARIANT;
-                made.parray = array;  // it contains itself
+                made.parray = array;  // the array contains itself
             }
             std::memcpy(element, &made, sizeof made);
         } else if (type == VT_BSTR) {
@@ -170,7 +170,7 @@ void HostileValues::Spoil(SAFEARRAY* array)
     constexpr ULONG kSizes[] = {0, 1, 3, 8, 16, 0xFFFFFFFF};
     switch (dice.Below(6)) {
         case 0: array->pvData = dice.Once(2) ? nullptr : Wild(); break;
-        // The claimed elements that do not exist must not lie in a large readable area: reading it would take a long
+        // The elements that do not exist must not lie in a large readable area, because reading them would take a long
         // time.
         case 1:
             array->rgsabound[0].cElements = dice.Of(kCounts);

@@ -1,6 +1,6 @@
 // VARIANTs that no good package makes: every type and flag, arrays of every shape, headers that lie, pointers to
-// nowhere. Each value is valid until the next one is made. This class owns what the value really points to, and the
-// user never clears the value.
+// nowhere. Each value is valid until the next one is made. This class owns what the value really points to; the
+// caller must not clear the value.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // The interfaces of the standard's library that no line of proxied_methods.txt describes. Their rows are made from the library
-// alone, with its names and types of the arguments.
+// alone, which gives the names and types of the arguments.
 #pragma once
 
 #include <vector>

@@ -75,7 +75,7 @@ protected:
         if (document) document->LetGo();
         const std::string log = ReadWhole(path);
         EXPECT_TRUE(HasWholeLineEnds(log));
-        // A log rendered from the recording lacks what the recording lacks.
+        // The recording renders the same log, unless the test made one of them lose entries.
         if (isRecordedWhole) {
             EXPECT_EQ(log, RenderedLog(recording));
         }

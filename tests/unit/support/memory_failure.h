@@ -123,8 +123,8 @@ protected:
             std::printf("%d of about %ld allocations failed, after %d of them all calls answered as usual\n", failures,
                         successes, unnoticed);
             EXPECT_LT(least, failures);
-            // A call must report its failure. If an allocation for the log alone fails, the log may lose an entry
-            // instead.
+            // Without a log, most failures must change the result of a call. With one, an allocation for the log may
+            // fail, and the log then loses an entry instead.
             if (!isLogged) {
                 EXPECT_LT(unnoticed * 2, failures);
             }

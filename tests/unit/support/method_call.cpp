@@ -91,7 +91,7 @@ HRESULT MethodCall::CallEarly(IUnknown* pointer)
 
 HRESULT MethodCall::CallLate(IDispatch* pointer)
 {
-    std::vector<VARIANT> passed;  // the last comes first
+    std::vector<VARIANT> passed;  // the last argument comes first
     VARIANT* result = nullptr;
     _variant_t returned;
     Argument* receiver = nullptr;

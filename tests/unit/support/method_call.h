@@ -51,8 +51,8 @@ public:
 private:
     struct Argument {
         const ParameterShape* shape;
-        _variant_t value;  // by value
-        Storage storage;   // by reference
+        _variant_t value;  // of an argument that goes in
+        Storage storage;   // what an argument passed by reference points to
         bool isNullReference = false;
     };
     void* Reference(std::size_t index) const;

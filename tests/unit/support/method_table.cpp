@@ -23,7 +23,7 @@ std::vector<std::string> WordsOf(const std::string& line)
             words.push_back(std::exchange(word, {}));
         }
     }
-    if (isQuoted) throw std::runtime_error("a quotation without an end");
+    if (isQuoted) throw std::runtime_error("a quotation mark is not closed");
     return words;
 }
 
@@ -137,7 +137,7 @@ std::vector<TableClass> ReadMethodTable(const std::string& path)
     std::ifstream file(path);
     if (!file) throw std::runtime_error("cannot read " + path);
     std::vector<TableClass> classes;
-    std::map<std::string, std::vector<std::size_t>> members;  // the classes to which a group's rows belong
+    std::map<std::string, std::vector<std::size_t>> members;  // the classes that get the rows of a class or group
     std::string line;
     for (int number = 1; std::getline(file, line); ++number) {
         try {

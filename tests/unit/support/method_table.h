@@ -14,9 +14,9 @@ struct TableStep {
     std::string name;  // of the argument, or of the checked argument
     std::string text;  // the error, or the version
     bool isLoggedIn = false;
-    std::string type;  // the word alone, without what may follow it
+    std::string type;  // without a "?" or a proxy class after it
     bool mayBeEmpty = false;
-    std::string secondName;       // of the value 1 of an enumeration that only the library describes
+    std::string secondName;       // the name of value 1, for an enumeration that only the library describes
     std::string proxyClass;       // of the proxy that replaces a pointer
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
     bool isShownAsReturned = false;
@@ -43,7 +43,7 @@ struct TableClass {
     std::vector<TableRow> rows;
 };
 
-// Throws std::runtime_error with the line's number.
+// Throws std::runtime_error, with the line's number unless the file cannot be read.
 std::vector<TableClass> ReadMethodTable(const std::string& path);
 
 }  // namespace zelt::test

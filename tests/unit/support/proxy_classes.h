@@ -9,7 +9,7 @@
 
 namespace zelt::test {
 
-// How an object gets its proxy: as a package that is handed out, or when it is passed to or returned by a package.
+// How an object gets its proxy: as a root, or when it is passed to or returned by the object of another proxy.
 enum class Origin { Root, Given, Returned };
 
 struct ProxyClass {
@@ -19,7 +19,7 @@ struct ProxyClass {
     bool (*isInstance)(const CapeOpenBase&);
 };
 
-// Gives a proxy its object. A root also gets the document; any other proxy gets the one through which the object
+// Gives a proxy its object. A root also gets the document; any other proxy gets the proxy through which the object
 // crosses.
 inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* object, LogDocument* document,
                    CapeOpenBase* through)

@@ -30,7 +30,7 @@ protected:
         return found;
     }
 
-    // Finds an interface of a proxy whatever its wrapped object supports, because a caller may have got the pointer
+    // Finds an interface of a proxy even if the wrapped object refuses it, because a caller may have got the pointer
     // earlier.
     template <class I>
     static I* Part(const com::Object& object)

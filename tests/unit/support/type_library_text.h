@@ -1,7 +1,7 @@
 // A type library as text, one line for each fact, in the form of tests/data/cape_open_facts.txt: read from a built
 // library through the system's loader, or from such a file, and compared line by line. Aliases of enumerations are
-// replaced by the enumeration in parameters, because the two are the same on the wire. Does not compare what the form
-// does not show: help texts of methods and the order of types have no meaning.
+// replaced by the enumeration in parameters, because the two are the same on the wire. Help texts of methods and the
+// order of types have no meaning: the text does not show them.
 #pragma once
 
 #include <map>
@@ -25,7 +25,8 @@ struct LibraryText {
 // form cannot show.
 LibraryText DescribeLibrary(const std::string& folder, const std::string& file);
 
-// The libraries of a facts file, by the name of the library's file. Throws std::runtime_error with the line's number.
+// The libraries of a facts file, by the name of the library's file. Throws std::runtime_error for a file that it cannot
+// read or that is not in this form.
 std::map<std::string, LibraryText> ReadFacts(const std::string& path);
 
 // One line for each difference, with the type and the expected and actual text.

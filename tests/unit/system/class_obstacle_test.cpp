@@ -26,7 +26,7 @@ constexpr WORD kOtherMachine = kIs32Bit ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_
 
 constexpr DWORD kNoDotNet = ~0u;
 
-// The beginning of a library, which says its width.
+// The beginning of a library, whose headers say its width.
 std::vector<char> Headers(WORD machine, DWORD dotNetFlags = kNoDotNet)
 {
     std::vector<char> bytes(1024);
@@ -121,7 +121,7 @@ TEST(DotNetLibrary, WhoseHeaderIsDamagedSuitsOneWidth)
     for (std::size_t at = 0; at < needed; ++at) {
         std::string damaged(bytes);
         damaged[at] = '\xFF';
-        static_cast<void>(IsCompiledOnLoading(damaged));  // reads no byte that is not there
+        static_cast<void>(IsCompiledOnLoading(damaged));  // must not read beyond the end
     }
     for (const std::size_t place : {offsetof(IMAGE_NT_HEADERS32, FileHeader.NumberOfSections),
                                     offsetof(IMAGE_NT_HEADERS32, OptionalHeader.NumberOfRvaAndSizes)}) {
@@ -225,7 +225,7 @@ TEST_F(ClassObstacle, OfADotNetClassIsThatOfItsAssembly)
         Write(L"Own", server, L"CodeBase", L"http://example.org/component.dll");
         EXPECT_EQ(L"", Obstacle());
     }
-    // Below the key of a version.
+    // The subkey of a version may have the location instead.
     Write(L"Own", server, L"CodeBase", L"");
     Write(L"Own", server + L"\\1.0.0.0", L"CodeBase", otherLibrary.Url());
     EXPECT_EQ(kOtherLibrary, Obstacle());

@@ -47,7 +47,7 @@ protected:
         EXPECT_TRUE(found.outcome);
         return found.lists.front();
     }
-    // Searches the keys of these names, in the order of the sources.
+    // Searches below the keys of these names: the process's own view, the other one, and the user's two, in this order.
     zelt::FoundComponents FindIn(const std::vector<const wchar_t*>& views)
     {
         zelt::RegistryKey keys[4];
@@ -136,7 +136,7 @@ TEST_F(ComponentScan, OnePassServesSeveralCategories)
 TEST_F(ComponentScan, TheOtherViewAddsOnlyServersThatRunByThemselves)
 {
     Register(kFirst);
-    // A class in both views is listed once, with the description from its own view.
+    // A class in both views is listed once, with the name from the process's own view.
     Register(kFirst, kCategory, L"Other");
     Write(std::wstring(kFirst) + L"\\LocalServer32", L"", L"server.exe", L"Other");
     Write(std::wstring(kFirst) + L"\\ProgID", L"", L"wrong view", L"Other");

@@ -56,7 +56,7 @@ private:
     const bool deletesItself;
 };
 
-// The process is aware of one resolution only, for the sake of components.
+// The process, and so each window of a component, is aware of one resolution only; ZELT's own windows scale themselves.
 TEST(DialogResolution, IsThatOfEachScreenForOurWindowsOnly)
 {
     if (!HasDisplay()) GTEST_SKIP() << "no display";

@@ -1,5 +1,5 @@
-// All exceptions of this program derive from std::exception, so that code that catches it at a boundary has a text to
-// show.
+// All exceptions of this program derive from std::exception, so code that catches std::exception at a boundary has a
+// text to show.
 #include "system/exception_text.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What a unit changes at an energy or information inlet: the connected collection makes its parameters and their
-// specifications read-only, and the log reports each change.
+// What a unit changes through an energy or information inlet: the parameters of the connected collection and their
+// specifications are read-only, and the log reports each change.
 #include "dynamic_fake.h"
 #include "fake_unit.h"
 #include "unit/unit_port.h"
@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kReadOnly[] = "This object should be considered read-only";
 
-// An object that answers each method as the test wants, and otherwise only returns its name.
+// An object that returns its name, and answers every other method as the test wants.
 ComPtr<DynamicFake> Scripted(const wchar_t* name, std::function<HRESULT(const IncomingCall&)> answer)
 {
     ComPtr<DynamicFake> fake = DynamicFake::Make(name);
@@ -69,7 +69,7 @@ protected:
     }
     std::string ReadOnlyHere() const { return direction == CAPE_INLET ? Error(kReadOnly) : ""; }
 
-    // The unit gets a parameter from the connected object and changes everything it can; compares the whole log.
+    // Lets the unit get a parameter from the connected object and change everything it can. Compares the whole log.
     void ChangeEverything()
     {
         const ComPtr<IDispatch> raw = stream->Face(__uuidof(ICapeCollection));
@@ -111,7 +111,7 @@ protected:
         EXPECT_EQ(Func("ICapeIdentification::put_ComponentDescription",
                        Value("desc", "string", "&quot;new&quot;") + ReadOnlyHere(), "out", "Bounds"),
                   News());
-        // All of them arrived.
+        // All these calls arrived.
         std::vector<std::string> arrived;
         for (const RecordedCall& call : parameter->calls) {
             if (call.method->name != "get_ComponentName") arrived.push_back(call.method->name);
@@ -136,7 +136,8 @@ TEST_P(InletParameters, AreTheUnitsOwnAtAnOutlet)
     ChangeEverything();
 }
 
-// Messages about the object itself come after the argument that shows it, because it is logged before it is wrapped.
+// Messages about a returned object come after the argument that shows it, because the object is logged before it is
+// wrapped.
 TEST_P(InletParameters, AreLoggedBeforeTheyAreWrapped)
 {
     const ComPtr<IDispatch> raw = stream->Face(__uuidof(ICapeCollection));

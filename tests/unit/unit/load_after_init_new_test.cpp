@@ -1,4 +1,5 @@
-// Load after InitNew: refused, unless the user wants it. Then the unit operation is made again, from the saved data.
+// Load after InitNew is refused, unless the user has set an option. With the option on, the unit operation is made again
+// from the saved data.
 #include <cstring>
 
 #include "fake_unit.h"

@@ -32,7 +32,7 @@ protected:
         ASSERT_TRUE(memory->Allocate(capacity));
         memory->BeginWriting(unitChoseSize);
     }
-    // Everything that Read returns.
+    // The bytes that one call of Read returns.
     std::string Read(ULONG count)
     {
         std::string text(count, '?');
@@ -106,7 +106,7 @@ TEST_F(MemoryStream, MisuseIsLoggedWithTheTextsSwapped)
     BeginWriting(4, true);
     EXPECT_EQ(E_FAIL, memory->Stream()->Read(&byte, 1, &count));
     EXPECT_EQ(std::string(kWriteMisuse) + kReadMisuse, Written());
-    // After the save or load is over, neither works.
+    // After the save or load is over, neither reading nor writing works.
     memory->End();
     EXPECT_EQ(E_FAIL, memory->Stream()->Read(&byte, 1, &count));
     EXPECT_EQ(E_FAIL, memory->Stream()->Write(&byte, 1, &count));
@@ -150,7 +150,7 @@ TEST_F(MemoryStream, WritingElsewhere)
     EXPECT_EQ("aXcd", Used());
     EXPECT_EQ(5, Seek(3, STREAM_SEEK_CUR));
     EXPECT_EQ(std::string("aXcd\0", 5), Used());
-    // The end is the end of the room, and the gap is filled with zeros.
+    // STREAM_SEEK_END counts from the end of the allocated room. The gap before the new position is filled with zeros.
     EXPECT_EQ(8, Seek(0, STREAM_SEEK_END));
     EXPECT_EQ(std::string("aXcd\0\0\0\0", 8), Used());
     EXPECT_EQ("", Written());
@@ -192,7 +192,7 @@ TEST_F(MemoryStream, MovesThatNeedMoreThan32Bits)
     EXPECT_EQ("cdef", Read(9));
 }
 
-// A 32-bit position that wraps around would write before the existing data.
+// If a position wrapped around at 32 bits, the unit would write in the wrong place.
 TEST_F(MemoryStream, PositionsDoNotWrapAround)
 {
     BeginWriting(16, true);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr UINT kBoxFlags = MB_OK | MB_ICONERROR | MB_TOPMOST;
 
-// The error line that closes a call with E_FAIL.
+// The error line of a call that fails with E_FAIL.
 std::string Failed(int depth = 1) { return Error(ErrorText(E_FAIL, nullptr), depth); }
 
 std::string Automatically(const char* classText = kFakeUnitText)
@@ -48,7 +48,7 @@ protected:
         EXPECT_EQ(caption, messages.All()[0].caption);
         EXPECT_EQ(kBoxFlags, messages.All()[0].flags);
     }
-    // A unit operation that could not create its unit answers as it did before.
+    // A unit operation that could not create its unit answers as it did before InitNew.
     void ExpectNotFunctional()
     {
         EXPECT_EQ(E_UNEXPECTED, As<ICapeUnit>(unit)->Calculate());
@@ -156,7 +156,7 @@ TEST_F(UnitOperationTest, MessagesCarryTheNameThatTheUnitWasGiven)
     ExpectBox(messages, L"REGDB_E_CLASSNOTREG", L"Mixer");
 }
 
-// The server's own class would make units endlessly.
+// An instance of the server's own class would again make an instance of that class, and so on without end.
 TEST_F(UnitOperationTest, ItDoesNotWrapItsOwnClass)
 {
     options.pravikUnit = kUnitOperationClass;
@@ -186,7 +186,7 @@ TEST_F(UnitOperationTest, AFaultWhileTheUnitIsCreated)
     RecordedMessages messages;
     EXPECT_EQ(E_FAIL, persistence->InitNew());
     ExpectBox(messages, L"E_UNEXPECTED", L"Unit Operation");
-    FakeUnit::alive = 0;  // the fault skipped its destructor
+    FakeUnit::alive = 0;  // the fault skipped the unit's destructor
     News();
     ExpectNotFunctional();
 }
@@ -206,7 +206,7 @@ TEST_F(UnitOperationTest, OnlyOnce)
     EXPECT_EQ(1, unitScript.created);
 }
 
-// A dialog lets calls in.
+// The dialog in which the user is asked lets calls in.
 TEST_F(UnitOperationTest, NothingElseIsMadeWhileTheUserIsAsked)
 {
     AskUser(kFakeUnit);
@@ -373,7 +373,7 @@ TEST_F(UnitOperationTest, TellsItsOwnClass)
 
 TEST_F(UnitOperationTest, PortsAreWrapped)
 {
-    const auto ports = MakeFake<FakeMaterial>();  // any object
+    const auto ports = MakeFake<FakeMaterial>();  // any object will do
     ComPtr<IDispatch> raw;
     ports.As(&raw);
     unitScript.ports = raw.Get();

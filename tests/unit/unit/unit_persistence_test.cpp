@@ -26,7 +26,7 @@ std::string StreamHeader(REFCLSID classId, std::uint32_t length)
     return bytes;
 }
 
-// The simulator's stream, which may fail, return short counts, or claim more than it did.
+// The simulator's stream, which may fail, move fewer bytes than it should, or return a wrong count.
 class TestStream final : public com::Object {
 public:
     explicit TestStream(std::string content = {}) : content(std::move(content)) {}
@@ -162,7 +162,7 @@ TEST_F(UnitPersistence, WhatIsSavedIsLoadedIntoTheSameClass)
         EXPECT_EQ(state, found);
         const char* loading = way == Knows::Init ? kUsingInitLoad : kUsingPlainLoad;
         EXPECT_EQ(LoadFunc(*stream.Get(), Created() + Info(loading)), News());
-        // This does not call InitNew and does not ask the user.
+        // Load does not call InitNew and does not ask the user.
         EXPECT_EQ((std::vector<std::string>{way == Knows::Init ? "init.Load" : "plain.Load"}), unitScript.calls);
         EXPECT_EQ(0, selectionScript.asked);
 
@@ -368,7 +368,7 @@ TEST_F(UnitPersistence, AStreamThatTheUnitKeepsIsOfNoUseAfterwards)
         "<error value=\"Attempt to read from IStream when writing\"/>\n"
         "<error value=\"Attempt to write to IStream when reading\"/>\n",
         News());
-    // It may even outlive the unit and the unit's log.
+    // The stream may even outlive the unit and the unit's log.
     persistence.Reset();
     unit.Reset();
     EXPECT_EQ(E_FAIL, kept->Write(&byte, 1, nullptr));
@@ -387,7 +387,7 @@ TEST_F(UnitPersistence, AStreamThatEndsTooEarly)
         EXPECT_EQ(LoadFunc(*stream.Get(), Error(kReadError) + FailedCall()), News());
     }
     EXPECT_EQ(0, unitScript.created);
-    // None of this prevents loading the unit.
+    // None of these failures prevents a later load.
     const auto stream = ComPtr<TestStream>(new TestStream(whole));
     EXPECT_EQ(S_OK, persistence->Load(stream->Get()));
 }

@@ -79,7 +79,7 @@ private:
     } collection{*this};
 };
 
-// A simulator's object that can be recognised by its interfaces.
+// An energy or information stream of the simulator: a collection.
 class FakeStream final : public FakeObject {
 public:
     int energySet = 0;
@@ -113,7 +113,7 @@ protected:
         inner->connected.Reset();
     }
 
-    // Makes the port's proxy, as returned by a logged collection.
+    // Makes a new unit operation, and the port's proxy as its collection of ports would return it.
     void MakePort(bool isLogged = true)
     {
         port.Reset();
@@ -481,7 +481,7 @@ TEST_F(UnitPort, UnreleasedPortsAndStreamsAreReported)
         "<warning value=\"Object &quot;Feed&quot; (type: Material Object) is not released at final release of "
         "&quot;Unit Operation&quot; (reference count 1)\"/>\n</zeltlogdocument>\n",
         News());
-    // They continue to forward.
+    // The port's proxy continues to forward.
     EXPECT_EQ(S_OK, port->Disconnect());
     EXPECT_EQ(nullptr, inner->connected.Get());
 }

@@ -77,7 +77,7 @@ public:
         return static_cast<int>(SendMessageW(window, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     }
     void Select(int row) const;
-    // Clicks with the mouse in the middle of the row's label.
+    // Clicks with the mouse on the row's label.
     void Click(int row) const;
     // The title of a column, empty if there is none.
     std::wstring Column(int number = 0) const;

@@ -1,5 +1,5 @@
-// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited; something that
-// does not appear is null or fails the test. The limit is long, because a machine may be slow.
+// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited; a window
+// that does not appear is null or fails the test. The limit is long, because a machine may be slow.
 #pragma once
 
 #include <windows.h>
@@ -27,7 +27,8 @@ std::wstring AnswerBox(DWORD process, const std::wstring& caption, int button = 
 
 void PressButton(HWND dialog, int control);
 
-// Sends real key strokes to the window's thread, which gets the foreground first.
+// Brings the window to the foreground and sends real key strokes. If the window does not get there, a key without a
+// modifier is posted instead.
 void PressKey(HWND window, WORD key, WORD modifier = 0);
 
 // Stores a picture of the window on the screen in <build>/screenshots/<name>.bmp.

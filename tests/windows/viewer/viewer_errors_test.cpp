@@ -34,7 +34,7 @@ protected:
         Send(kCommandErrorDetails);
     }
     HWND Filter() const { return GetDlgItem(window, kErrorFilter); }
-    // As a user types it.
+    // Has the same effect as typing the text.
     void EnterFilter(const wchar_t* text) const
     {
         SendMessageW(Filter(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));

@@ -84,7 +84,7 @@ TEST_F(ViewerPictures, ALogWithErrors)
     Send(kCommandNextError);
     EXPECT_EQ(0, list->Selected());
     EXPECT_EQ(list->Label(0), tree->SelectedLabel());
-    // The first is a warning.
+    // The first row of the list is a warning.
     Send(kCommandNextError);
     EXPECT_EQ(L"ECapeInvalidArgumentHR: The single-phase property \"colour\" is not calculated", tree->SelectedLabel());
     KeepPicture(window, "viewer-with-errors");
@@ -269,7 +269,7 @@ std::wstring CurrentFolderOf(DWORD id)
         !read(block.ProcessParameters, &parameters, sizeof parameters)) {
         return L"(cannot be read)";
     }
-    // The folder has the same form as the two declared strings and precedes them, at this index of the unnamed members.
+    // The header names only two of the structure's strings; the folder is a string among the unnamed members before them.
     UNICODE_STRING folder = {};
     std::memcpy(&folder, &parameters.Reserved2[5], sizeof folder);
     std::wstring text(folder.Length / sizeof(wchar_t), L'\0');

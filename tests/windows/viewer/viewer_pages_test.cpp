@@ -34,7 +34,7 @@ std::string Calls(int first, int count)
 
 class ViewerPages : public ViewerTest {
 protected:
-    // More outermost items than the viewer puts into the tree unasked, in dozens of pages.
+    // Dozens of pages, with more outermost items than the viewer puts into the tree at first.
     static constexpr int kCalls = 40'000;
 
     void WaitUntilRead()
@@ -54,7 +54,7 @@ protected:
     {
         ShowLongUntil([this] { return FindNow(Id(), kProgress) != nullptr; });
     }
-    // Tries longer and longer logs until one is as wanted before it has been read.
+    // Tries longer and longer logs until the condition is true before the log has been read.
     void ShowLongUntil(const std::function<bool()>& isAsWanted)
     {
         for (int copies = 200; copies <= 1600; copies *= 2) {
@@ -67,7 +67,7 @@ protected:
         }
         FAIL() << "each log was read too soon";
     }
-    // False if the log was read before the button was pressed: then its last item is there.
+    // False if the log was read before the button was pressed: then its only error, the last item, is in the list.
     bool Cancel()
     {
         const HWND progress = FindNow(Id(), kProgress);
@@ -94,7 +94,7 @@ protected:
         SetFilePointer(file.get(), bytes, nullptr, FILE_BEGIN);
         ASSERT_TRUE(SetEndOfFile(file.get())) << GetLastError();
     }
-    // A key in the tree, where it acts on the selected item.
+    // Sends a key to the tree, where it acts on the selected item.
     void Press(WPARAM key) const
     {
         if (!tree->Selected()) tree->Select(tree->Next(TVGN_ROOT));
@@ -169,7 +169,7 @@ TEST_F(ViewerPages, HaveFewItemsInTheTreeUntilTheUserGoesThere)
     }
     EXPECT_EQ(CallLabel(kCalls - 2000), tree->Label(item));
 
-    // A match in the middle, and its neighbours at both sides.
+    // A match in the middle, and its neighbours on both sides.
     Find(L"value 20000", false, true);
     EXPECT_EQ(L"value 20000", tree->SelectedLabel());
     EXPECT_TRUE(tree->IsInView(tree->Selected()));

@@ -1,4 +1,4 @@
-// Logs with more items than the tree is filled with: the user sees the same, and can cancel loading.
+// Logs with more items than the viewer puts into the tree at first: the user sees no difference, and can cancel loading.
 #include "res/resource.h"
 #include "viewer_process.h"
 
@@ -21,7 +21,7 @@ std::string ManyCalls(int count)
     return calls;
 }
 
-// The same checks on a log that the tree contains completely and on one that enters it on demand.
+// The same checks on a log that the tree contains completely and on one whose items enter the tree on demand.
 class ViewerScale : public ViewerTest, public testing::WithParamInterface<int> {};
 
 TEST_P(ViewerScale, ShowsTheSameWhateverTheSize)
@@ -171,8 +171,8 @@ TEST_F(ViewerTest, EscCancelsARemovalWhichCanBeDoneAgain)
     const HTREEITEM first = tree->Next(TVGN_ROOT);
     PostMessageW(window, WM_COMMAND, kCommandRemoveQueries, 0);
     PostMessageW(GetDlgItem(window, kLogTree), WM_KEYDOWN, VK_ESCAPE, 1);
-    // While the removal runs, the window answers and refuses further commands. It has ended when nothing changes any
-    // more.
+    // While the removal runs, the window answers and refuses further commands. The removal has ended when nothing
+    // changes any more.
     WaitUntil([&] {
         const int before = tree->Count();
         Sleep(500);

@@ -14,8 +14,8 @@ extern "C" HRESULT FaultyHandledFault();  // own_handler.S
 
 namespace {
 
-// The control words with one exception unmasked. Bits: invalid 0, denormal 1, divide 2, overflow 3, underflow 4,
-// inexact 5.
+// These two load a control word with one exception unmasked. Bits: invalid 0, denormal 1, divide 2, overflow 3,
+// underflow 4, inexact 5.
 void UnmaskX87(unsigned bit)
 {
     const std::uint16_t word = static_cast<std::uint16_t>(0x037F & ~(1u << bit));

@@ -56,9 +56,9 @@ struct Order {
     void* context = nullptr;            // CallBack
 };
 
-constexpr HRESULT kDone = 0x00041234;     // Returned when the deed ended.
+constexpr HRESULT kDone = 0x00041234;     // Returned after a deed without a fault or an exception.
 constexpr HRESULT kHandled = 0x00041235;  // Returned when the callee handled its own fault or exception.
-constexpr HRESULT kMissing = E_NOTIMPL;   // The deed does not exist on this processor or machine.
+constexpr HRESULT kMissing = E_NOTIMPL;   // The deed is impossible on this processor or system.
 
 using Misbehave = HRESULT (*)(const Order* order);
 

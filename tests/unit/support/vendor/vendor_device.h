@@ -1,4 +1,5 @@
-// A vendor's interface as a component offers it, and the registration of its library for processes of the same width.
+// A vendor's interface as a component implements it, and the registration of the interface's type library for processes of the
+// test's own width.
 #pragma once
 
 #include <vendor.h>

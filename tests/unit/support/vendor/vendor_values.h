@@ -52,8 +52,8 @@ public:
         return S_OK;
     }
 
-    std::string taken;                  // the arguments of the latest call, as text
-    std::vector<const void*> pointers;  // those of a call that passes pointers
+    std::string taken;                  // the arguments of the latest call of Small or Large, as text
+    std::vector<const void*> pointers;  // the arguments of the latest call of Pointing or Behind
     VendorPoint own{};
 };
 

@@ -1,2 +1,2 @@
-// What the other library needs.
+// The library that needing.cpp's library needs.
 extern "C" __declspec(dllexport) int Needed() { return 42; }
