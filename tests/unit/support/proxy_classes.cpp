@@ -1,6 +1,7 @@
 #include "proxy_classes.h"
 
 #include <stdexcept>
+#include <string>
 #include <type_traits>
 
 #include "thermo/material_object.h"
@@ -36,7 +37,7 @@ ProxyClass DescribeProxyClass(const char* name, Origin origin)
 
 }  // namespace
 
-const ProxyClass& FindProxyClass(const std::string& name)
+const ProxyClass& FindProxyClass(std::string_view name)
 {
     static const ProxyClass kClasses[] = {
         DescribeProxyClass<CMaterialObject>("CMaterialObject", Origin::Given),
@@ -56,7 +57,7 @@ const ProxyClass& FindProxyClass(const std::string& name)
     for (const ProxyClass& known : kClasses) {
         if (name == known.name) return known;
     }
-    throw std::runtime_error("no proxy class " + name);
+    throw std::runtime_error("no proxy class " + std::string(name));
 }
 
 }  // namespace zelt::test

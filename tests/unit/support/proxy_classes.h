@@ -3,7 +3,7 @@
 
 #include <wrl/client.h>
 
-#include <string>
+#include <string_view>
 
 #include "core/cape_open_base.h"
 
@@ -30,6 +30,6 @@ inline void Attach(const ProxyClass& proxyClass, CapeOpenBase& proxy, IUnknown* 
 }
 
 // Throws std::runtime_error for an unknown name.
-const ProxyClass& FindProxyClass(const std::string& name);
+const ProxyClass& FindProxyClass(std::string_view name);
 
 }  // namespace zelt::test
