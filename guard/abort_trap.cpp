@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -48,6 +49,8 @@ void GiveUp()
 
 void __cdecl OnAbort(int);
 
+std::atomic<void (*)()> unguardedAbort = nullptr;
+
 using Signal = SignalHandler(__cdecl*)(int, SignalHandler);
 
 void TrapSignal(HMODULE library)
@@ -63,7 +66,10 @@ void __cdecl OnAbort(int)
 {
     // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that action
     // is the one we want next.
-    if (GuardDepth() == 0) return;
+    if (GuardDepth() == 0) {
+        if (const auto action = unguardedAbort.load()) action();
+        return;
+    }
     std::signal(SIGABRT, OnAbort);
     // Looking for libraries takes long, so it is done only when some have come or gone.
     if (guard::librariesHaveChanged || !guard::StartNoticingLibraries()) {
@@ -203,6 +209,8 @@ void TrapAborts()
         SharedRuntime::Trap();
     }
 }
+
+void SetUnguardedAbort(void (*action)()) { unguardedAbort = action; }
 
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text)
 {

@@ -13,6 +13,9 @@ namespace zelt {
 // libraries have been loaded or unloaded, the next guarded call does this by itself.
 void TrapAborts();
 
+// `action` runs when the process is about to end by an abort outside guarded calls. Null (the default): nothing does.
+void SetUnguardedAbort(void (*action)());
+
 // True for the trap's exception; `text` is then the string that was being thrown, or null when that is not known.
 bool IsAbort(const EXCEPTION_RECORD& record, const char*& text);
 

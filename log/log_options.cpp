@@ -104,6 +104,9 @@ constexpr OptionRow kRows[] = {
     {LogOption::NotifyLog,          L"NotifyLog",          L"Notify of logs",
      ReadSwitch<&LogOptions::notifyLog>,          IsOptionalSwitch, WriteSwitch<&LogOptions::notifyLog>,
      SwitchText<&LogOptions::notifyLog>},
+    {LogOption::WriteDumps,         L"WriteDumps",         L"Write dumps of faults",
+     ReadSwitch<&LogOptions::writeDumps>,         IsOptionalSwitch, WriteSwitch<&LogOptions::writeDumps>,
+     SwitchText<&LogOptions::writeDumps>},
 };
 // clang-format on
 

@@ -20,6 +20,7 @@ enum class LogOption {
     RecordCalls,
     RecordUnlogged,
     NotifyLog,
+    WriteDumps,
 };
 // clang-format on
 
@@ -35,6 +36,7 @@ struct LogOptions {
     bool recordCalls = false;         // Each log has a recording beside it.
     bool recordUnlogged = false;      // Packages without a log are recorded.
     bool notifyLog = false;           // A notification says where a log goes.
+    bool writeDumps = false;          // A fault that ends the process leaves a dump.
     RegistryRoot root;                // Where the settings are kept.
 
     // Fails when the registry cannot be reached; the fields then stay as they were.

@@ -13,6 +13,7 @@
 #include "res/resource.h"
 #include "packages/exported_package_list.h"
 #include "system/library_search.h"
+#include "shell/crash_dump.h"
 #include "shell/log_prompt.h"
 #include "shell/rights_warning.h"
 #include "registration/registration.h"
@@ -88,6 +89,7 @@ int CZELTModule::Run(const std::wstring& tail)
     const std::wstring logFile = AbsolutePath(plan.logFile);
     LeaveCurrentFolder();
     ShowFailure(Options().Load());
+    if (Options().writeDumps) ShowFailure(WriteDumpsOfFaults());
     if (Options().queueCalls) callQueue.emplace();
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
         TakePackageList();

@@ -34,6 +34,7 @@ constexpr Option kOptionsOptions[] = {
     {"--record",        "on|off", "each log gets a recording of its calls beside it"},
     {"--record-all",    "on|off", "packages without a log are recorded"},
     {"--notify",        "on|off", "a notification says where a log goes, when it begins"},
+    {"--dumps",         "on|off", "a fault that ends ZELT leaves a dump, and a box says where"},
     kWidthOption,
     kJson,
 };

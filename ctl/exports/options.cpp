@@ -39,6 +39,7 @@ constexpr SwitchRow kFurtherSwitches[] = {
     {"record",        "recordCalls",        &LogOptions::recordCalls,        LogOption::RecordCalls},
     {"record-all",    "recordUnlogged",     &LogOptions::recordUnlogged,     LogOption::RecordUnlogged},
     {"notify",        "notifyLog",          &LogOptions::notifyLog,          LogOption::NotifyLog},
+    {"dumps",         "writeDumps",         &LogOptions::writeDumps,         LogOption::WriteDumps},
 };
 // clang-format on
 

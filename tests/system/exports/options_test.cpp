@@ -22,10 +22,10 @@ protected:
 // The lines of the options that are in no menu.
 constexpr char kFurtherOff[] =
     "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n"
-    "record         off\nrecord-all     off\nnotify         off\n";
+    "record         off\nrecord-all     off\nnotify         off\ndumps          off\n";
 constexpr char kFurtherOffJson[] =
     ",\"loadAfterInitNew\":false,\"handBackOriginals\":false,\"keepManager\":false,\"forwardManagerEdit\":false,"
-    "\"queueCalls\":false,\"recordCalls\":false,\"recordUnlogged\":false,\"notifyLog\":false}\n";
+    "\"queueCalls\":false,\"recordCalls\":false,\"recordUnlogged\":false,\"notifyLog\":false,\"writeDumps\":false}\n";
 
 TEST_F(Options, AreShownAndChanged)
 {
@@ -66,6 +66,7 @@ TEST_F(Options, BeyondTheMenuAreChangedOneByOne)
         {"--record", &LogOptions::recordCalls, "\nrecord         on\n"},
         {"--record-all", &LogOptions::recordUnlogged, "\nrecord-all     on\n"},
         {"--notify", &LogOptions::notifyLog, "\nnotify         on\n"},
+        {"--dumps", &LogOptions::writeDumps, "\ndumps          on\n"},
     };
     for (const Case& each : cases) {
         const std::string shown = RunZeltctl({"options", each.option, "on"}).data;

@@ -12,7 +12,7 @@ inline void Store(const LogOptions& options)
     for (const LogOption option :
          {LogOption::AutoLogLocation, LogOption::PromptOpenLog, LogOption::PravikUnit, LogOption::LoadAfterInitNew,
           LogOption::HandBackOriginals, LogOption::KeepManager, LogOption::ForwardManagerEdit, LogOption::QueueCalls,
-          LogOption::RecordCalls, LogOption::RecordUnlogged, LogOption::NotifyLog}) {
+          LogOption::RecordCalls, LogOption::RecordUnlogged, LogOption::NotifyLog, LogOption::WriteDumps}) {
         if (!options.Save(option)) throw std::runtime_error("cannot store the options");
     }
 }

@@ -40,6 +40,7 @@ TEST(LogOptions, HaveDefaultsWithoutAnyKey)
     EXPECT_FALSE(options.recordCalls);
     EXPECT_FALSE(options.recordUnlogged);
     EXPECT_FALSE(options.notifyLog);
+    EXPECT_FALSE(options.writeDumps);
 }
 
 TEST(LogOptions, AreReadBackAsSaved)
@@ -50,7 +51,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     saved.promptOpenLog = false;
     saved.pravikUnit = kUnit;
     saved.loadAfterInitNew = saved.handBackOriginals = saved.keepManager = saved.forwardManagerEdit = true;
-    saved.queueCalls = saved.recordCalls = saved.recordUnlogged = saved.notifyLog = true;
+    saved.queueCalls = saved.recordCalls = saved.recordUnlogged = saved.notifyLog = saved.writeDumps = true;
     zelt::test::Store(saved);
     EXPECT_TRUE(loaded.Load());
     EXPECT_TRUE(loaded.loadAfterInitNew);
@@ -61,6 +62,7 @@ TEST(LogOptions, AreReadBackAsSaved)
     EXPECT_TRUE(loaded.recordCalls);
     EXPECT_TRUE(loaded.recordUnlogged);
     EXPECT_TRUE(loaded.notifyLog);
+    EXPECT_TRUE(loaded.writeDumps);
     EXPECT_TRUE(loaded.autoLogLocation);
     EXPECT_FALSE(loaded.promptOpenLog);
     EXPECT_TRUE(IsEqualCLSID(kUnit, loaded.pravikUnit));
@@ -210,6 +212,7 @@ TEST(LogOptions, BeyondLoggingAreStoredOnlyWhenTheyAreChanged)
         {LogOption::RecordCalls, L"RecordCalls", &LogOptions::recordCalls},
         {LogOption::RecordUnlogged, L"RecordUnlogged", &LogOptions::recordUnlogged},
         {LogOption::NotifyLog, L"NotifyLog", &LogOptions::notifyLog},
+        {LogOption::WriteDumps, L"WriteDumps", &LogOptions::writeDumps},
     };
     const zelt::test::ScratchKey scratch;
     EXPECT_TRUE(OptionsIn(scratch).Save(LogOption::PromptOpenLog));
@@ -248,6 +251,7 @@ TEST(LogOptions, SayWhichOneCannotBeStored)
         {LogOption::RecordCalls, L"RecordCalls", L"Record calls"},
         {LogOption::RecordUnlogged, L"RecordUnlogged", L"Record packages without a log"},
         {LogOption::NotifyLog, L"NotifyLog", L"Notify of logs"},
+        {LogOption::WriteDumps, L"WriteDumps", L"Write dumps of faults"},
     };
     for (const auto& row : rows) {
         const zelt::test::ScratchKey scratch;
