@@ -6,7 +6,7 @@
 
 namespace zelt::ctl {
 
-// Restores the code page also when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at
+// Restores the code page even when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at
 // a time.
 class Utf8Console {
 public:

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kMostShown = 4;
 constexpr std::size_t kLongestText = 40;
 // VARTYPEs of array elements.
-constexpr std::uint16_t kReal = 5, kDate = 7;
+constexpr std::uint16_t kFloat = 4, kReal = 5, kDate = 7;
 
 template <class T>
 std::string NumberText(T number)
@@ -46,7 +46,15 @@ std::string Shortened(std::string_view whole)
 bool HoldsReals(const ArrayValue& array)
 {
     const std::uint16_t type = array.elementType.value_or(0);
-    return array.elementSize == sizeof(double) && (type == kReal || type == kDate);
+    return (array.elementSize == sizeof(double) && (type == kReal || type == kDate)) ||
+           (array.elementSize == sizeof(float) && type == kFloat);
+}
+
+// Of an array that holds reals.
+double RealAt(const ArrayValue& array, std::size_t index)
+{
+    return array.elementSize == sizeof(float) ? NumberAt<float>(array.numbers, index)
+                                              : NumberAt<double>(array.numbers, index);
 }
 
 std::size_t CountElements(const ArrayValue& array)
@@ -58,12 +66,15 @@ std::size_t CountElements(const ArrayValue& array)
 std::string ElementText(const ArrayValue& array, std::size_t index)
 {
     if (!array.elements.empty()) return Summary(array.elements[index]);
+    // A float has no more digits than it needs.
+    if (HoldsReals(array) && array.elementSize == sizeof(float))
+        return NumberText(NumberAt<float>(array.numbers, index));
+    if (HoldsReals(array)) return NumberText(RealAt(array, index));
     switch (array.elementSize) {
+        case 1: return NumberText(int{NumberAt<std::uint8_t>(array.numbers, index)});
         case 2: return NumberText(NumberAt<std::int16_t>(array.numbers, index));
         case 4: return NumberText(NumberAt<std::int32_t>(array.numbers, index));
-        case 8:
-            return HoldsReals(array) ? NumberText(NumberAt<double>(array.numbers, index))
-                                     : NumberText(NumberAt<std::int64_t>(array.numbers, index));
+        case 8: return NumberText(NumberAt<std::int64_t>(array.numbers, index));
         default: return "?";
     }
 }
@@ -129,10 +140,9 @@ std::optional<std::string> DifferenceOfArrays(const ArrayValue& recorded, const 
         return "elements of another type";
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t size = recorded.elementSize;
-        const bool isEqual =
-            HoldsReals(recorded)
-                ? AreEqual(NumberAt<double>(recorded.numbers, i), NumberAt<double>(actual.numbers, i), tolerance)
-                : recorded.numbers.substr(i * size, size) == actual.numbers.substr(i * size, size);
+        const bool isEqual = HoldsReals(recorded)
+                                 ? AreEqual(RealAt(recorded, i), RealAt(actual, i), tolerance)
+                                 : recorded.numbers.substr(i * size, size) == actual.numbers.substr(i * size, size);
         if (!isEqual) return InElement(i, InsteadOf(ElementText(recorded, i), ElementText(actual, i)));
     }
     return {};

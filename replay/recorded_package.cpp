@@ -33,7 +33,8 @@ bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
         }
         ++at;
     }
-    return true;
+    while (at < other.arguments.size() && other.arguments[at].isOut && !withOutcome) ++at;
+    return at == other.arguments.size();
 }
 
 // Whether `other` made the same first `count` calls as `one`, with the same outcomes, and the same call after them.

@@ -29,7 +29,7 @@ T Read(const void* place)
 
 bool IsInterface(VARTYPE type) { return type == VT_UNKNOWN || type == VT_DISPATCH; }
 
-// Whether a recording holds the type as a plain number.
+// Whether a recording holds a value of this type as an integer.
 bool IsInteger(VARTYPE type)
 {
     switch (type) {

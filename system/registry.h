@@ -1,6 +1,7 @@
 // Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test can work on a
-// scratch key and registration can name the view (32 or 64 bit) that it means. A stored string or multi-string is never trusted
-// to carry its terminators: a read returns exactly the bytes that are there.
+// scratch key and registration can name the view (32 or 64 bit) that it means. No read relies on the
+// terminators of a stored string: ReadString stops at the first or at the end of the data, all others return the bytes that are
+// there.
 #pragma once
 
 #include <windows.h>
@@ -55,7 +56,7 @@ public:
     [[nodiscard]] LSTATUS WriteDword(const wchar_t* name, DWORD value);
     [[nodiscard]] LSTATUS WriteString(const wchar_t* name, const std::wstring& value);
     [[nodiscard]] LSTATUS WriteBytes(const wchar_t* name, DWORD type, const void* data, std::size_t size);
-    // Writes `value` with the terminators that its type requires.
+    // `value` includes the terminators that its type requires.
     [[nodiscard]] LSTATUS WriteNarrow(const char* name, DWORD type, std::string_view value);
 
     [[nodiscard]] LSTATUS DeleteValue(const wchar_t* name);

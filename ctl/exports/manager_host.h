@@ -25,7 +25,8 @@ bool IsManagerQuestion(const std::vector<std::string>& words);
 // Returns the exit code.
 int AnswerManagerQuestion(const std::vector<std::string>& words);
 
-// For tests, which run the programs of the build. Null restores the programs beside this one.
+// For tests, which run the programs of the build. Null restores the default: this program, and the zeltctl of the other
+// width beside it.
 using ToolPath = std::wstring (*)(const Edition& edition);
 void SetToolPath(ToolPath path);
 

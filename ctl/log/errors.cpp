@@ -1,4 +1,5 @@
-// log errors: every error and warning with the call that it concerns, and what else the callee said about its failure.
+// log errors: the errors and warnings with the calls that they concern, and what else the callee said about a failure. Repeated
+// warnings and system queries are only counted unless the user asks for them.
 #include <set>
 #include <string>
 #include <vector>

@@ -21,7 +21,7 @@ namespace {
 using recording::KeptCall;
 using recording::KeptComponent;
 
-constexpr double kShown = 20;
+constexpr std::size_t kShown = 20;
 
 // The class that a word names, as a class identifier or a ProgID.
 CLSID ClassOf(const std::string& word)

@@ -26,7 +26,7 @@ public:
     std::optional<std::wstring> NamedText(const wchar_t* name) const;
     // ICapeMaterialTemplateSystem: the names of the templates.
     std::vector<std::wstring> Templates() const;
-    // Sets a property in the template and makes a material from it; null if that is not possible.
+    // Makes a material from the template, after an attempt to set the property in the template; null if none can be made.
     Microsoft::WRL::ComPtr<IDispatch> MaterialFrom(const std::wstring& templateName, const wchar_t* property,
                                                    std::span<const double> values) const;
 

@@ -10,8 +10,9 @@ namespace zelt::sample {
 
 // Compounds with their constants and temperature functions, phases, universal constants.
 void ShowLists(const PackageSession& session, Report& report, const Options& options);
-// Flashes at given temperature and pressure over the boiling range of an equimolar feed, at its bubble and dew points
-// and at half vapour, and a flash at given pressure and enthalpy that should give the state at half vapour again.
+// Flashes of an equimolar feed: at given temperature and pressure, from the lowest to the highest boiling point of its
+// compounds; at its bubble point, at half vapour and at its dew point; and at given pressure and enthalpy, which should
+// give the state at half vapour again.
 void ShowEquilibria(const PackageSession& session, Report& report);
 // The phases' properties and the K-values at the last equilibrium, and fugacity coefficients at 350 K and 2 bar.
 void ShowProperties(const PackageSession& session, Report& report, const Options& options);

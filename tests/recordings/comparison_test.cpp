@@ -31,22 +31,25 @@ Value Text(std::string_view text)
     return value;
 }
 
-constexpr std::uint16_t kReals = 0x2005;
+constexpr std::uint16_t kArray = 0x2000, kFloat = 4, kReal = 5, kByte = 17;
 
-// `numbers` must outlive the value.
-Value Array(const std::vector<double>& numbers, int lower = 0)
+// Of elements of this VARTYPE. `numbers` must outlive the value.
+template <class T>
+Value ArrayOf(std::uint16_t type, const std::vector<T>& numbers, int lower = 0)
 {
     Value value;
-    value.type = kReals;
+    value.type = kArray | type;
     value.form = Value::Form::Array;
     ArrayValue array;
-    array.elementSize = sizeof(double);
-    array.elementType = 5;
+    array.elementSize = sizeof(T);
+    array.elementType = type;
     array.bounds = {{lower, static_cast<int>(numbers.size())}};
-    array.numbers = {reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(double)};
+    array.numbers = {reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(T)};
     value.array.push_back(std::move(array));
     return value;
 }
+
+Value Array(const std::vector<double>& numbers, int lower = 0) { return ArrayOf(kReal, numbers, lower); }
 
 std::string DifferenceOf(const Value& recorded, const Value& actual, double tolerance = 0)
 {
@@ -79,6 +82,20 @@ TEST(Comparison, SaysWhereAnArrayDiffers)
     EXPECT_EQ("[2]: 4 instead of 3", DifferenceOf(Array(one), Array(other)));
     EXPECT_EQ("[1 2] instead of [1 2 3]", DifferenceOf(Array(one), Array(shorter)));
     EXPECT_EQ("other bounds", DifferenceOf(Array(one), Array(one, 1)));
+}
+
+TEST(Comparison, OfFloatsHasTheToleranceToo)
+{
+    const std::vector<float> one = {1, 0.1F}, close = {1, 0.1000001F}, other = {1, 0.2F};
+    EXPECT_EQ("none", DifferenceOf(ArrayOf(kFloat, one), ArrayOf(kFloat, close), 1e-5));
+    EXPECT_EQ("[1]: 0.1000001 instead of 0.1", DifferenceOf(ArrayOf(kFloat, one), ArrayOf(kFloat, close)));
+    EXPECT_EQ("[1]: 0.2 instead of 0.1", DifferenceOf(ArrayOf(kFloat, one), ArrayOf(kFloat, other), 1e-5));
+}
+
+TEST(Comparison, ShowsBytesAsNumbers)
+{
+    const std::vector<unsigned char> one = {1, 200}, other = {1, 201};
+    EXPECT_EQ("[1]: 201 instead of 200", DifferenceOf(ArrayOf(kByte, one), ArrayOf(kByte, other), 1));
 }
 
 TEST(Comparison, OfDifferentSortsOfValues)

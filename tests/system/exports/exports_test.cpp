@@ -1,4 +1,4 @@
-// list, discover, add, remove, log on and log off.
+// zeltctl list, discover, add, remove, log on and log off.
 #include <gtest/gtest.h>
 
 #include "log/log_options.h"
@@ -45,7 +45,7 @@ TEST_F(Exports, AreFoundAmongWhatIsInstalled)
     const CommandOutcome json = RunZeltctl({"discover", "--json"});
     EXPECT_EQ(1, json.code);
     EXPECT_EQ("", MatchGolden("zeltctl_discover.json", json.data));
-    EXPECT_EQ("", json.messages) << "the failures stand in the data";
+    EXPECT_EQ("", json.messages) << "the failures are in the data";
     const CommandOutcome brief = RunZeltctl({"discover", "--no-packages"});
     EXPECT_EQ(0, brief.code);
     EXPECT_EQ("", MatchGolden("zeltctl_discover_no_packages.txt", brief.data));
@@ -94,7 +94,7 @@ TEST_F(Exports, OfTheOtherWidthAreTheOtherEditions)
     const CommandOutcome refused = RunZeltctl({"add", "Wide package", "--width=32"});
     EXPECT_EQ(2, refused.code);
     EXPECT_EQ("zeltctl: \"Wide package\" cannot be exported: registered for 64-bit programs only\n", refused.messages);
-    // Its library does not exist.
+    // The library of "Wide manager" does not exist.
     const CommandOutcome failed = RunZeltctl({"add", "Wide manager", "Steam"});
     EXPECT_EQ(2, failed.code);
     EXPECT_TRUE(failed.messages.starts_with("zeltctl: Failed to create property package manager: ")) << failed.messages;
@@ -139,7 +139,7 @@ TEST_F(Exports, TakeNoOtherWidth)
     }
 }
 
-// When a manager ends its process, only the process that asked the manager ends.
+// A manager is asked in a process of its own, so one that ends its process ends nothing else.
 TEST_F(Exports, SayWhenAManagerEndsItsProcess)
 {
     std::vector<std::wstring> failures;

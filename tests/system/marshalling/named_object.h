@@ -1,5 +1,5 @@
-// What server and client share besides the table of methods: the names of the objects used for interface pointers,
-// and a file that carries a reference from one process to the other.
+// What server and client share besides the table of methods: the names of the objects that they pass as
+// interface pointers, and a file that carries a reference from one process to the other.
 #pragma once
 
 #include <windows.h>

@@ -12,6 +12,21 @@ namespace {
 
 constexpr char kSuppressed[] = " (these cannot be stored in XML)\"/>\n";
 
+// The date some hours ago, as the header of a log gives it.
+std::string DateBefore(unsigned hours)
+{
+    FILETIME universal, local;
+    GetSystemTimeAsFileTime(&universal);
+    ULARGE_INTEGER ticks = {{universal.dwLowDateTime, universal.dwHighDateTime}};
+    ticks.QuadPart -= hours * 36'000'000'000ULL;
+    universal = {ticks.LowPart, ticks.HighPart};
+    SYSTEMTIME time = {};
+    wchar_t date[256] = L"";
+    EXPECT_TRUE(FileTimeToLocalFileTime(&universal, &local) && FileTimeToSystemTime(&local, &time) &&
+                GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &time, L"MMMM dd',' yyyy", date, 256));
+    return {date, date + wcslen(date)};
+}
+
 class LogDocumentTest : public LogFixture {};
 
 TEST_F(LogDocumentTest, BeginsWithTheHeader)
@@ -21,11 +36,9 @@ TEST_F(LogDocumentTest, BeginsWithTheHeader)
         "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"
         "<info value=\"ZELT Logging started at ";
     ASSERT_EQ(start, text.substr(0, start.size()));
-    wchar_t date[256];
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    ASSERT_NE(0, GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &now, L"MMMM dd',' yyyy", date, 256));
-    std::string expected(date, date + wcslen(date));
+    // The day may end between the start of the log and this question.
+    const std::string today = DateBefore(0), anHourAgo = DateBefore(1);
+    const std::string expected = text.compare(start.size(), today.size(), today) == 0 ? today : anHourAgo;
     EXPECT_EQ(expected + ", ", text.substr(start.size(), expected.size() + 2));
     const std::string rest = text.substr(start.size() + expected.size() + 2);
     EXPECT_TRUE(isdigit(rest[0]) && isdigit(rest[1]) && rest[2] == ':' && isdigit(rest[3]) && isdigit(rest[4])) << rest;

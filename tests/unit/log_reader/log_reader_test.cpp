@@ -296,7 +296,7 @@ std::vector<std::size_t> StartTagEnds(const std::string& log)
     return ends;
 }
 
-TEST_F(WrittenLog, IsReadWholeWhateverItsPlaceInTheParsersBuffer)
+TEST_F(WrittenLog, IsReadWhole)
 {
     const Scratch scratch;
     const std::string log = Write();

@@ -122,7 +122,8 @@ TEST(FuzzSettings, WholeKeys)
     for (int i = 0; i < inputs; ++i) {
         SCOPED_TRACE(i);
         ScratchKey scratch;
-        for (std::uint32_t number = 1; number <= dice.Below(8); ++number) {
+        const std::uint32_t packages = dice.Below(9);
+        for (std::uint32_t number = 1; number <= packages; ++number) {
             StoreAnything(scratch, dice, (L"Package" + std::to_wstring(number)).c_str(), true);
         }
         for (const wchar_t* name :

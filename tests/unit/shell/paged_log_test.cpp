@@ -151,7 +151,7 @@ TEST_F(PagedLogs, HaveTheItemsOfTheWholeLog)
 {
     Load(LongLog());
     ASSERT_TRUE(paged.HasPages());
-    // The call around many others ends several pages after its beginning.
+    // The middle of the log, inside the call around many others, is in an earlier page than its end.
     EXPECT_LT(paged.StretchOf(paged.Size() / 2).first, paged.StretchOf(paged.Size() - 1).first);
     ExpectTheSame();
 }
@@ -247,7 +247,7 @@ TEST_F(PagedLogs, KeepTheirPlacesWhileTheFileGrows)
     ExpectTheSame();
 }
 
-// Goes through everything that a viewer may ask for.
+// Goes through all items with their relatives and labels, and through all errors.
 void Walk(const PagedLog& log)
 {
     for (ItemIndex item = 0; item < log.Size(); ++item) {

@@ -111,7 +111,8 @@ std::vector<const FaultKind*> OneFaultOfEachSort()
         const auto& all = AllFaultKinds();
         const auto found =
             std::find_if(all.begin(), all.end(), [name](const FaultKind& kind) { return kind.name == name; });
-        if (found != all.end()) chosen.push_back(&*found);
+        if (found == all.end()) throw std::logic_error(std::string("no fault is called ") + name);
+        chosen.push_back(&*found);
     }
     return chosen;
 }

@@ -50,7 +50,10 @@ inline std::string RenderedLog(const std::wstring& recording)
     if (!file) return "<cannot read the recording>";
     const std::wstring path = TemporaryPath();
     LogFile log;
-    if (log.Open(path) != 0) return "<cannot write the log>";
+    if (log.Open(path) != 0) {
+        std::fclose(file);
+        return "<cannot write the log>";
+    }
     recording::RecordReader records(
         [file](char* bytes, std::size_t count) { return std::fread(bytes, 1, count, file); });
     const Rendering rendering = RenderRecording(records, std::move(log));
