@@ -7,8 +7,8 @@
 namespace zelt {
 
 // From now on, such a fault is answered by a dump in %LOCALAPPDATA%\ZELT\Dumps and a box that names the file; then the process
-// ends with the fault's code. So is an abort. What is needed for that is loaded and allocated now, because nothing can be relied on
-// later. Call it once.
+// ends with the fault's code. An abort outside guarded calls is answered in the same way. What is needed for that is loaded
+// and allocated now, because nothing can be relied on later. Call it once.
 [[nodiscard]] Outcome WriteDumpsOfFaults();
 
 }  // namespace zelt
