@@ -170,3 +170,5 @@ Outcome WriteDumpsOfFaults()
     SetUnguardedAbort(OnProcessAborts);
     return {};
 }
+
+}  // namespace zelt
