@@ -8,6 +8,7 @@
 #include "recording/call_tree.h"
 #include "recording/comparison.h"
 #include "recording/record_writer.h"
+#include "tests/recordings/element_types.h"
 #include "tests/recordings/sample_recording.h"
 
 namespace zelt::test {
@@ -30,8 +31,6 @@ Value Text(std::string_view text)
     value.bytes = text;
     return value;
 }
-
-constexpr std::uint16_t kArray = 0x2000, kFloat = 4, kReal = 5, kByte = 17;
 
 // Of elements of this VARTYPE. `numbers` must outlive the value.
 template <class T>

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "recording/record_reader.h"
+#include "tests/recordings/element_types.h"
 
 namespace zelt::test {
 
@@ -12,7 +13,6 @@ using namespace recording;
 
 namespace {
 
-constexpr std::uint16_t kReal = 5, kText = 8, kArray = 0x2000;
 constexpr std::uint64_t kMicrosecond = 10;  // ticks
 
 }  // namespace
