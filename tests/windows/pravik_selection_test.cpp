@@ -24,7 +24,7 @@ constexpr wchar_t kCategory[] = L"{678c09a5-7d66-11d2-a67d-00105a42887f}";
 constexpr wchar_t kOtherCategory[] = L"{678C09A4-7D66-11D2-A67D-00105A42887F}";
 constexpr wchar_t kUnit[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D11}";     // the scripted unit
 constexpr wchar_t kBroken[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D12}";   // registered, but missing
-constexpr wchar_t kPackage[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D13}";  // not a unit operation
+constexpr wchar_t kNotUnit[] = L"{7B1C9E60-53D7-4E0C-932F-11B6704C8D13}";  // not a unit operation
 constexpr wchar_t kPravik[] = L"{2FD53BB5-1013-418D-BAB6-15DF8AD606A6}";
 
 std::wstring logPath;
@@ -38,7 +38,7 @@ protected:
         DeleteKeyTree({}, kPravikKey);
         RegisterClass(kUnit, kCategory, L"Mixer", L"mixes");
         RegisterClass(kBroken, kCategory, L"Broken");
-        RegisterClass(kPackage, kOtherCategory, L"No unit");
+        RegisterClass(kNotUnit, kOtherCategory, L"No unit");
         RegisterClass(kPravik, kCategory, L"PRAVIK Logged Unit Operation");
         options.Create({}, std::wstring(kPravikKey) + L"\\options");
         TheLogOptions() = {};
