@@ -1,6 +1,6 @@
-// What every benchmark shares: a measured time and its floor, alternating in one run, printed as a row. A row gives the medians,
-// and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are wall-clock times: where
-// other programs interrupt a measurement, many short pairs give a steadier median than few long ones.
+// What the benchmarks share: a measured time and its floor, alternating in one run, printed as a row; also figures alone. A row
+// gives the medians, and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are
+// wall-clock times: where other programs interrupt a measurement, many short pairs give a steadier median than few long ones.
 #pragma once
 
 #include <chrono>

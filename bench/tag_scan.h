@@ -5,7 +5,8 @@
 
 namespace zelt::bench {
 
-// Reads the file in pieces, finds where each tag begins and ends, and does nothing else. Returns the seconds of a WorkWatch.
+// Reads the file in pieces, finds where the tags in each piece begin and end, and does nothing else. Returns the seconds of a
+// WorkWatch. Throws std::runtime_error.
 double ScanForTags(const std::filesystem::path& path);
 
 }  // namespace zelt::bench

@@ -1,4 +1,4 @@
-# The 32-bit toolchain: ZELT.EXE, the packages that it hosts, and the 32-bit simulator.
+# The 32-bit toolchain, for ZELT.EXE and every other 32-bit program.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(toolchain_prefix i686-w64-mingw32)

@@ -18,7 +18,7 @@ if [ $status -eq 1 ] && [ ! -s "$output" ]; then
     "$@" >"$output" 2>&1 </dev/null
     status=$?
 fi
-# When a program has ended, Wine's server waits a second for its process to be gone, and then kills it. On a busy machine the last
+# When a program has ended, Wine's server waits a second for its process to be gone, and then kills it. On a busy machine that
 # second may be too short: the status is then that of the kill, and only the program's output says how it ended.
 if [ $status -eq 137 ] && tail -n 3 "$output" | grep -q '^\[  PASSED  \]' && ! grep -q '^\[  FAILED  \]' "$output"; then
     echo "run-under-wine.sh: the program ended well, but its process took too long to be gone and was killed." >&2

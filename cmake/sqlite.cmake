@@ -1,5 +1,5 @@
-# Builds SQLite with this toolchain from Debian's sources, as the static target sqlite: the library without what needs threads or
-# loads code.
+# Builds SQLite with this toolchain from Debian's sources, as the static target sqlite: the library without threads, loadable
+# extensions, shared caches and deprecated functions.
 set(ZELT_SQLITE_SOURCE ${CMAKE_SOURCE_DIR}/build/sources/sqlite3 CACHE PATH "Folder of sqlite3.c, of SQLite 3.40.1")
 if(NOT EXISTS ${ZELT_SQLITE_SOURCE}/sqlite3.c)
   message(FATAL_ERROR "sqlite3.c is not in ${ZELT_SQLITE_SOURCE}. ./dev build fetches it; or set ZELT_SQLITE_SOURCE to its "

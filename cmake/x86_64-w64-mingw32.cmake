@@ -1,4 +1,4 @@
-# The 64-bit toolchain: ZELT64.EXE, the packages that it hosts, and the 64-bit simulator.
+# The 64-bit toolchain, for ZELT64.EXE and every other 64-bit program.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(toolchain_prefix x86_64-w64-mingw32)

@@ -24,11 +24,11 @@ template <class T>
     return Create<T>(iid, result);
 }
 
-// What DllGetClassObject returns: the factory of `clsid`, or CLASS_E_CLASSNOTAVAILABLE.
+// Makes the factory of `clsid` and returns its interface `iid`; CLASS_E_CLASSNOTAVAILABLE for a class that is not in the table.
 [[nodiscard]] HRESULT GetClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** result);
 
-// The class objects of a local server. Register() registers them suspended and then resumes them together, so that no client
-// reaches a server that is not yet complete.
+// The class objects that a process has registered with COM. Register() registers them suspended and then resumes them together,
+// so that no client reaches a server that is not yet complete.
 class ClassObjects {
 public:
     // `context` is the kind of server that the classes run in.
@@ -37,7 +37,7 @@ public:
     ClassObjects(const ClassObjects&) = delete;
     ClassObjects& operator=(const ClassObjects&) = delete;
 
-    // Registers each class for multiple use; on failure, none.
+    // Registers each class for multiple use. On failure, revokes all classes.
     [[nodiscard]] HRESULT Register(std::span<const ClassEntry> classes);
     void Revoke();
 

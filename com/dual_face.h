@@ -1,7 +1,7 @@
 // A face: an object's pointer for a dual interface that is described by type information alone, without a C++ declaration. All
-// faces share one vtable, written in assembly (dual_thunks_*.S), with slots for 1,024 members beyond those of IDispatch. A slot
-// hands its member's number, and the arguments as they lie on the stack, to the face's target. CallDual does the reverse: it calls
-// a member by its number. No code is generated while the program runs.
+// faces share one vtable, written in assembly (dual_thunks_*.S), with slots for 1,024 members after those of IDispatch. A slot
+// hands its member's number, and the arguments as they lie on the stack, to the face's target. CallDual does the reverse: it
+// calls a member by its number. No code is generated while the program runs.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace com {
 
-// Members that an interface may have beyond those of IDispatch.
+// Members that an interface may have in addition to those of IDispatch.
 inline constexpr std::size_t kMostDualMembers = 1024;
 
 // What implements a face.
@@ -20,8 +20,8 @@ public:
     virtual Object& Owner() = 0;
     virtual ITypeInfo* Info() = 0;
     // Carries out the method with that number; 0 is the first after those of IDispatch. `words` are the arguments after the
-    // object's pointer. `registers` holds the floating-point arguments among the first three words, if the machine passes them
-    // separately. `count` is 0 at first; Call sets it to the number of words.
+    // object's pointer. On x86_64, `registers` holds the floating-point registers in which any of the first three may have
+    // arrived; on i686 it is null. `count` is 0 at first; Call sets it to the number of words.
     virtual HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept = 0;
 
 protected:

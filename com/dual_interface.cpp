@@ -199,8 +199,8 @@ DualMethod DescribeMethod(ITypeInfo* info, const FUNCDESC& function, const std::
         const ELEMDESC& element = function.lprgelemdescParam[i];
         DualParameter parameter;
         const std::size_t number = static_cast<std::size_t>(i) + 1;
-        // A parameter may have no name in the library, and a put's new value may have the name of the get's result. In both
-        // cases the member's name is used.
+        // A parameter without a name in the library gets the member's name. So does a put's new value: the library may give it
+        // the name of the get's result.
         const bool isNewValue = number + 1 == names.size() &&
                                 (function.invkind == INVOKE_PROPERTYPUT || function.invkind == INVOKE_PROPERTYPUTREF);
         parameter.name = isNewValue || names[number].empty() ? names[0] : names[number];

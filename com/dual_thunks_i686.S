@@ -42,7 +42,7 @@ entrance:
     jmp     *%ecx
     .cfi_endproc
 
-// HRESULT ZeltCallDual(method, object, words, count): calls a method with arguments as they were received.
+// HRESULT ZeltCallDual(method, object, words, count): calls a method with the object and `count` words of arguments.
     .p2align 4
     .globl  _ZeltCallDual
     .def    _ZeltCallDual; .scl 2; .type 32; .endef

@@ -39,8 +39,8 @@ entrance:
     ret
     .seh_endproc
 
-// HRESULT ZeltCallDual(method, object, words, count): calls a method with arguments as they were received. The first three go into
-// registers of both kinds, because only the callee knows which it reads.
+// HRESULT ZeltCallDual(method, object, words, count): calls a method with the object and `count` words of arguments. The first
+// three words go into registers of both kinds, because only the callee knows which kind it reads.
     .p2align 4
     .globl  ZeltCallDual
     .def    ZeltCallDual; .scl 2; .type 32; .endef
@@ -59,7 +59,7 @@ ZeltCallDual:
     movq    %rdx, %r10
     movq    %r8, %rsi
     movq    %r9, %rcx
-    // Room for the object, the words, and at least the home space of four registers.
+    // Room for the object and the words, and never less than the home space of four registers.
     leaq    1(%rcx), %rdx
     cmpq    $4, %rdx
     jae     1f

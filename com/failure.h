@@ -1,4 +1,4 @@
-// The one converter between exceptions, used inside, and status codes, used at COM boundaries.
+// Conversion between exceptions, which the code uses internally, and status codes, which it uses at COM boundaries.
 #pragma once
 
 #include <windows.h>

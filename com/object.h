@@ -1,10 +1,10 @@
-// The base of every COM object here. An object owns its interfaces as members ("parts"): each part implements one interface,
-// carries that interface's own state, and delegates IUnknown to the object. Declaring a part enters it in the object's interface
-// map, so adding an interface takes one line, and one override cannot serve two interfaces by accident when they share a method's
-// name and signature.
-// An object starts with no reference; Create() hands out the first. It lives in the apartment of the thread that made it, and
-// nothing here is locked. Every entry asks Admits() first: a call on another thread is refused, and references that are
-// released there are given back on the object's own thread (visits.cpp).
+// The base of the COM objects here, except class factories. An object owns its interfaces as parts, which are usually members:
+// each part implements one interface, carries that interface's own state, and delegates IUnknown to the object. Declaring a
+// part enters it in the object's interface map, so adding an interface takes one line, and one override cannot serve two
+// interfaces by accident when they share a method's name and signature.
+// An object starts with no reference; Create() hands out the first. Unless it is made with Home::Anywhere, it lives in the
+// apartment of the thread that made it, and nothing here is locked. Methods that touch the object's state ask Admits() first: a
+// call on another thread is refused. References that are released there are given back on the object's own thread (visits.cpp).
 #pragma once
 
 #include <windows.h>
@@ -31,7 +31,7 @@ struct LateMember {
     DISPID standard = DISPID_UNKNOWN;  // its identifier, when that is the same for every object
 };
 
-// One entry of an object's interface map; the parts form a list in order of declaration.
+// One entry of an object's interface map; the entries form a list in the order in which they were made.
 class InterfaceEntry {
 public:
     InterfaceEntry(Object& object, const IID& iid, IUnknown* pointer);
@@ -100,8 +100,9 @@ public:
         if (--pins == 0 && Total() <= 0) Destroy();
     }
 
-    // Whether `member` ("ICapeUtilities::Edit") may be entered. On a thread other than the object's own it may not: the caller
-    // gets RPC_E_WRONG_THREAD, and OnForeignThread follows on the object's own thread. Costs two comparisons.
+    // Whether `member` ("ICapeUtilities::Edit") may be entered: on the object's own thread, which first receives visits, or on
+    // any thread if the object was made with Home::Anywhere. If not, the member must return RPC_E_WRONG_THREAD; the first such
+    // call is reported to OnForeignThread later. On the object's own thread, two comparisons are enough if there are no visits.
     [[gnu::always_inline]] bool Admits(const char* member)
     {
         if (home == ThisThread()) [[likely]] {
@@ -112,8 +113,8 @@ public:
         return !Refuse(member);
     }
 
-    // Takes over what other threads have done to objects of the calling thread: gives back the references that they released, and
-    // notifies the objects. A release may end an object, so this is done where calls enter, not in the middle of work.
+    // Takes over what other threads have done to objects of the calling thread: gives back the references that they released,
+    // and notifies the objects. A release may end an object, so call this where calls enter, and never in the middle of work.
     static void ReceiveVisits();
 
     // Sets the function that is called, on any thread, when ReceiveVisits has work and perhaps no call is about to enter.
@@ -168,7 +169,7 @@ private:
     void Destroy();
     bool IsElsewhere() const { return home != ThisThread() && home; }
     LONG Total() const { return referenceCount + foreignReferences.load(std::memory_order_acquire); }
-    // False for an object that is at home anywhere.
+    // Notes the call and counts a visit. Does nothing and returns false for an object that was made with Home::Anywhere.
     bool Refuse(const char* member);
     void NoteVisitor(const char* member);
     void Visit();
@@ -182,7 +183,7 @@ private:
 
     const void* const home;
     LONG referenceCount = 0;  // on the object's own thread; Total() is the whole count
-    // References that other threads have added, including those that they want released.
+    // References added on other threads, and one for each refused call, until EndVisits moves them to referenceCount.
     std::atomic<LONG> foreignReferences{0};
     std::atomic<LONG> visits{0};
     Object* nextVisited = nullptr;

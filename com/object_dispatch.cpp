@@ -64,7 +64,7 @@ bool IsOfModule(REFIID iid)
     return SUCCEEDED(TypeInfoOf(iid, &info));
 }
 
-// The interface's type information in the form for late binding; null for an interface that is not dual.
+// The interface's type information in the form for late binding; null for an interface without usable type information.
 Microsoft::WRL::ComPtr<ITypeInfo> InfoOf(REFIID iid)
 {
     ITypeInfo* own = nullptr;

@@ -1,6 +1,6 @@
-// The server-process reference: every COM object and every window holds one, and the process (or the DLL) may end when none is
-// left. A local server installs COM's own process-wide count at start; a DLL or a test keeps the plain counter defined here. This
-// code does not know what happens when the count reaches zero: the installed functions do.
+// The server-process reference: every Object (object.h) holds one, and the process (or the DLL) may end when none is left. A
+// local server installs COM's own process-wide count at start; a DLL or a test keeps the plain counter defined here. This code
+// does not know what happens when the count reaches zero: the installed functions do.
 #pragma once
 
 namespace com {

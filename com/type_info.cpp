@@ -21,7 +21,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Viewer threads may ask too, so the cache is locked; a hit costs one uncontended lock.
+// The objects of a DLL may live on several threads, so the cache is locked; a hit usually costs one uncontended lock.
 struct Cache {
     std::mutex mutex;
     std::vector<ComPtr<ITypeLib>> libraries;

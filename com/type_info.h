@@ -1,5 +1,5 @@
-// Type information for the interfaces that this module implements, read from the type libraries in its own resources (TYPELIB 1,
-// 2, …), so that IDispatch works whatever the registry contains.
+// Type information of interfaces. The type libraries in this module's own resources (TYPELIB 1, 2, …) describe the interfaces
+// that it implements, so that their IDispatch does not depend on the registry; for others, the registry names a library.
 #pragma once
 
 #include <windows.h>
@@ -25,11 +25,11 @@ int CountTypeLibraries();
 // Loads this module's type library `number`, without registering it. The caller releases it.
 [[nodiscard]] HRESULT LoadModuleTypeLibrary(int number, ITypeLib** library);
 
-// The type information of a dual interface, from this module's libraries.
+// The type information of an interface, from this module's libraries.
 // The pointer is borrowed, and valid until ReleaseTypeInfo. TYPE_E_ELEMENTNOTFOUND for an unknown interface.
 [[nodiscard]] HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info);
 
-// The dual interfaces of this module's libraries, in their order there.
+// The dual interfaces of this module's libraries, in their order there. Throws Failure.
 const std::vector<IID>& ModuleInterfaces();
 
 // The type information of an interface, from the library that the registry names for it in this process's own view. The caller

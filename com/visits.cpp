@@ -1,4 +1,4 @@
-// Calls and releases that reach an object on threads other than its own (object.h).
+// Calls and references that come from threads other than an object's own (object.h).
 #include "com/object.h"
 
 namespace com {
@@ -64,7 +64,7 @@ void Object::ReceiveVisits()
     if (behind > 0) SignalVisit();
 }
 
-// Takes an object of this thread off the list, and counts those that remain; null when there is none.
+// Takes an object of this thread off the list, and counts the thread's other objects on it; null when there is none.
 Object* Object::TakeVisited(std::size_t& behind)
 {
     behind = 0;

@@ -1,4 +1,4 @@
-// Includes everything that the row of a proxied method is written with.
+// Includes the general descriptors and marks, with which most rows of proxied methods are written.
 #pragma once
 
 #include "core/marks.h"

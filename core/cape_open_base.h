@@ -1,10 +1,12 @@
-// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags that
-// its calls depend on, the place in the tree of proxies, and the query filter. Interfaces are parts (LoggedInterface) that a
-// derived class declares; those that every proxy has are in identification.h and error_interfaces.h.
+// The base of every logging proxy: the wrapped object, the shared document, the name and kind that the log shows, the flags
+// that its calls depend on, the place in the tree of proxies, and the query filter. Interfaces are parts that a derived class
+// declares (those that every proxy has are in identification.h and error_interfaces.h) or that are made on demand
+// (part_on_demand.h).
 //
-// Ownership: a proxy holds one reference on its wrapped object and one hold on its document. The root knows the proxies of its
-// tree by plain pointers; each takes itself out when it is destroyed. When the root is finally released it reports the proxies
-// that are still alive and closes the document; these keep forwarding, but log nothing.
+// Ownership: a proxy holds one reference on its wrapped object and one hold on its document; its parts hold the interfaces that
+// they use. The root knows the proxies of its tree by plain pointers; each takes itself out at its final release. At the root's
+// final release, the root reports the proxies that others still hold and closes the document; those proxies keep forwarding,
+// but log nothing.
 #pragma once
 
 #include <memory>
@@ -55,8 +57,8 @@ private:
 // What a proxy class says about itself.
 struct ProxyTraits {
     const char* typeName;  // the object's kind in the release report
-    // On a root: the generation of the materials that are made for it. Other proxies take it over from the proxy through which
-    // they are obtained and keep their own copy, so that nothing points back to an owner that may be gone.
+    // On a root: the generation with which materials made from templates start. Other proxies take it over from the proxy
+    // through which they are obtained and keep their own copy, so that nothing points back to an owner that may be gone.
     ThermoVersion servedVersion = ThermoVersion::Unset;
     bool inheritsReadOnly = false;  // takes over the read-only flag of the proxy through which it is obtained
     bool isNamedEarly = false;      // takes a name before its object is made
@@ -67,10 +69,9 @@ void WarnForeignThread(LogDocument* document, std::string_view object, const cha
 
 class CapeOpenBase : public com::Object {
 public:
-    // Wraps an object that crosses `through` (adds one reference; null stands for an object that was not created), and joins the
-    // tree and the document of `through`. Calls to an object that `through` returns have the same direction as calls to
-    // `through`; calls to an object that is passed to it have the opposite one. Asks the wrapped object for its name when there
-    // is a document.
+    // Wraps an object that crosses `through` (adds one reference; may be null), and joins the tree and the document of
+    // `through`. Calls to an object that `through` returns have the same direction as calls to `through`; calls to an object
+    // that is passed to it have the opposite one. Asks the wrapped object for its name when there is an open document.
     void AttachThrough(IUnknown* wrapped, Crossing crossing, CapeOpenBase& through);
 
     // Makes this the root of a new tree, under a given name, on the side of the logged component. With a null `document`
@@ -134,15 +135,18 @@ protected:
     explicit CapeOpenBase(const ProxyTraits& traits);
     ~CapeOpenBase() override;
 
-    // Takes the wrapped object, for a proxy that exists before its object.
+    // Makes `object` (may be null) the wrapped object and adds a reference. A proxy that exists before its object
+    // calls this later.
     void Wrap(IUnknown* object);
-    // Lets go of the wrapped object and its interfaces, for a proxy that takes another one. Not while other calls are in progress.
+    // Lets go of the wrapped object and its interfaces, for a proxy that takes another one. Other calls must not be
+    // in progress.
     void Unwrap();
     bool IsInOneCallOnly() const { return activeCalls == 1; }
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     const com::InterfaceEntry* Reach(REFIID iid) override;
-    // Members that only the wrapped object's own IDispatch knows are forwarded to it and logged (late_members.cpp).
+    // For members that only the wrapped object's own IDispatch knows: both forward to it, and invocations are logged
+    // (late_members.cpp).
     HRESULT FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
     HRESULT InvokeMember(const com::LateMember& member, LCID locale, WORD flags, DISPPARAMS* parameters,
                          VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
@@ -178,7 +182,7 @@ private:
     std::shared_ptr<void> kept;
 
     InterfaceCache* firstCache = nullptr;
-    // The interfaces that the class lacks, but that were asked for and that the wrapped object has.
+    // Parts for interfaces that the class lacks, but that were asked for and that the wrapped object has.
     std::vector<std::unique_ptr<PartOnDemand>> partsOnDemand;
     // The references that are our own during the root's report: one for the report, and one for each call in progress.
     ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }

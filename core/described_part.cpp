@@ -11,8 +11,8 @@
 namespace zelt {
 namespace {
 
-// The words that a call forwards. If the user wants it, each proxy whose object came from the callee's side is replaced by that
-// object, which is held here.
+// The words that a call forwards. If the user wants it, an input that is a proxy of the same tree, with an object from the
+// callee's side, is replaced by that object, which is held here.
 class HandedBack {
 public:
     const void* Replace(const CapeOpenBase& proxy, const com::DualMethod& method, const void* words)

@@ -1,6 +1,7 @@
-// A part for a dual interface without rows, driven by the interface's type information: it forwards each member's arguments bit for
-// bit under the fault guard, and logs them as rows would, with the names, directions and types that the information gives.
-// Interface pointers are not wrapped.
+// A part for a dual interface that is not in the table of rows (part_on_demand.h), driven by the interface's type information:
+// it forwards each member's arguments bit for bit under the fault guard, and logs them as rows would, with the names,
+// directions and types that the information gives. Interface pointers are not wrapped; originals are handed back if the user
+// wants it.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +13,7 @@
 
 namespace zelt {
 
-// Null when no type information describes the interface in full.
+// Null when the interface has no usable description (com/dual_interface.h) or too many members (com/dual_face.h).
 std::unique_ptr<PartOnDemand> MakeDescribedPart(REFIID iid, CapeOpenBase& proxy);
 
 }  // namespace zelt

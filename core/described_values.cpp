@@ -33,7 +33,7 @@ void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool
     WriteNamedValueArg(document, parameter.name.c_str(), isIn, type, value, shown);
 }
 
-// Logs the address of a value that is not read: a structure, a C string, or what lies behind more than one pointer.
+// Logs the address of a value that is not read, such as a structure, a C string, or what lies behind more than one pointer.
 void WriteAddress(LogDocument& document, const DualParameter& parameter, bool isIn, VARTYPE type, const void* address)
 {
     std::string name;
@@ -89,7 +89,7 @@ void WriteValue(LogDocument& document, const DualParameter& parameter, bool isIn
     WriteAddress(document, parameter, isIn, parameter.type, isPointer ? Read<const void*>(place) : place);
 }
 
-// Follows the pointers to the value.
+// Follows one pointer to the value, but not several.
 void WriteParameter(LogDocument& document, const DualParameter& parameter, bool isIn, const void* words)
 {
     const void* place = parameter.Argument(words);

@@ -1,12 +1,12 @@
-// The steps of a descriptor, and of a mark, in a proxied method's row. A descriptor that carries an argument has the parameter's
-// C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark carries none:
-// it adds a check, or another action, at its place in the row.
+// The steps of a descriptor, and of a mark, in a proxied method's row. A descriptor that carries an argument has the
+// parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
+// carries none: it adds a check, or another action, at its place in the row.
 //
-// Steps, in this order: Begin (always, even if the call then fails), Describe (only for a logged call: log the input, make the
-// check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a tree that hands
-// originals back: replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap and log what
-// comes back), Release. An exception from Describe or Finish costs an entry of the log; one from Prepare ends the call. The
-// other steps throw nothing.
+// Steps, in this order: Begin (in each call that is admitted, even if it fails later), Describe (only for a logged call: log
+// the input, make the check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a
+// tree that hands originals back: replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap
+// and log what comes back), Release (after forwarding). An exception from Describe or Finish costs an entry of the log; one
+// from Prepare ends the call. The other steps throw nothing.
 #pragma once
 
 #include <optional>
@@ -21,7 +21,7 @@ struct Mark {};
 template <class D>
 inline constexpr bool kIsMark = std::is_base_of_v<Mark, D>;
 
-// The steps of a descriptor that has nothing to do in them.
+// Steps that do nothing. A descriptor or mark derives from this and replaces those in which it has something to do.
 struct NoSteps {
     void Begin() const {}
     void Describe(LoggedCall&) const {}
@@ -31,7 +31,8 @@ struct NoSteps {
     void Release() {}
 };
 
-// Whether the descriptor has nothing to do in a call that is not logged. One with its own Finish declares FinishOnlyLogs.
+// Whether the descriptor has nothing to do in a call that is not logged, apart from handing back originals. A descriptor whose
+// own Finish only logs declares FinishOnlyLogs.
 template <class D>
 consteval bool OnlyLogs()
 {

@@ -90,7 +90,7 @@ struct LoggedMarker final : LoggedInterface<I> {
     using LoggedInterface<I>::LoggedInterface;
 };
 
-// All the error interfaces, as one member of every proxy.
+// All the error interfaces that proxies offer, as one member of every proxy.
 struct ErrorInterfaces {
     explicit ErrorInterfaces(CapeOpenBase& proxy);
 

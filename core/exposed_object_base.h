@@ -1,5 +1,5 @@
-// The two bases that proxy classes derive from. LoggedProxy: identification, error interfaces and the way back to the
-// wrapped object. ExposedObjectBase: the same and ICapeUtilities, for objects that a simulator initialises and configures.
+// The two bases that proxy classes derive from. LoggedProxy has the interfaces of identification.h and error_interfaces.h,
+// ExposedObjectBase also ICapeUtilities.
 #pragma once
 
 #include "core/error_interfaces.h"

@@ -1,4 +1,4 @@
-// Members of a wrapped object that no type library describes and only the object's own IDispatch knows.
+// Members of a wrapped object that none of the proxy's interfaces has and only the object's own IDispatch knows.
 #include <oleauto.h>
 
 #include "core/cape_open_base.h"

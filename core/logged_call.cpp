@@ -51,8 +51,8 @@ void LoggedCall::EndElement(HRESULT logged, IUnknown* errorSource)
     const bool isCallees = outcome == Outcome::Failure && logged == forwarded && !hasEscaped;
     if (!isCallees) return document->EndFunc(logged, errorSource);
     IErrorInfo* const left = errorInfo ? errorInfo->Kept() : nullptr;
-    // If the object is the same as before the call, it belongs to an older failure. It has been held since then, so no other
-    // object can have its address.
+    // If the error object is the same as before the call, it belongs to an older failure. It has been held since then, so no
+    // other object can have its address.
     document->EndFailedFunc(logged, errorSource, left == infoBefore.Get() ? nullptr : left);
 }
 

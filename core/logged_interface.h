@@ -1,5 +1,5 @@
-// One CAPE-OPEN interface of a proxy: a part that forwards each method to the same interface of the wrapped object. A derived
-// class holds one row per method, made with LOGGED. The engine that executes all rows is Forward below.
+// One interface of a proxy: a part that forwards each method to the same interface of the wrapped object. A derived class
+// holds one row per method, made with LOGGED. The engine that executes all rows is Forward below.
 #pragma once
 
 #include <tuple>
@@ -103,7 +103,6 @@ private:
     template <auto Method, class... D>
     [[gnu::noinline]] HRESULT ForwardLogged(const char* name, D... descriptors) noexcept
     {
-        // An exception in a step that only the log needs costs its entry, not the call.
         (descriptors.Begin(), ...);
         LoggedCall call(Proxy(), name);
         if (call.Document()) {
@@ -133,7 +132,7 @@ private:
         return call.Close(result, target);
     }
 
-    // Calls the method with what the descriptors forward.
+    // Makes a function that calls the method with what the descriptors forward.
     template <auto Method, class... D>
     [[gnu::always_inline]] static auto Calling(I* target, const D&... descriptors)
     {

@@ -1,5 +1,5 @@
-// The marks that have no file of their own: for an object that is needed, that the call initializes, or that is held; and for an
-// error on a condition.
+// General marks: for an object that is needed, that the call initializes or terminates, or that is held; and for an error on a
+// condition.
 #pragma once
 
 #include <optional>
@@ -38,7 +38,8 @@ struct ErrorIf : Mark, NoSteps {
     void Describe(LoggedCall& call) const;
 };
 
-// Keeps the object behind a proxy alive during the forwarded call. Leaves null, and an object that is no proxy, alone.
+// If the call is logged or the tree hands originals back, keeps the object behind a proxy alive during the forwarded call.
+// Leaves null, and an object that is no proxy, alone.
 struct HoldOriginal : Mark, NoSteps {
     IUnknown* object;
     ForeignPtr<IUnknown> original;

@@ -9,8 +9,8 @@
 
 namespace zelt {
 
-// Holds, for the length of a call, the object behind an argument that is one of our proxies, if the call goes to the side that
-// this object came from and the tree hands originals back. A descriptor with such a member declares HandsBack.
+// Holds, for the length of a call, the object behind an argument that is a proxy of the same tree, if the call goes to the side
+// that this object came from and the tree hands originals back. A descriptor with such a member declares HandsBack.
 class OriginalLent {
 public:
     // Looks for the object behind `argument`. False if there is none to hand back.
@@ -44,7 +44,7 @@ private:
     IDispatch* face = nullptr;
 };
 
-// An object that goes in without being wrapped. Null goes in as null.
+// An object that goes in without being wrapped; the original goes in if there is one to hand back. Null goes in as null.
 struct InObject : NoSteps {
     using Parameter = IDispatch*;
     using HandsBack = void;
@@ -59,7 +59,8 @@ struct InObject : NoSteps {
     void Release() { original.TakeBack(); }
 };
 
-// An object that goes in and is replaced by a proxy if the call is logged. Null goes in as null.
+// An object that goes in. If there is no original to hand back and the call is logged, a proxy replaces it. Null goes in as
+// null.
 struct WrappedIn : InObject {
     WrapSite site;
     LentProxy wrapper;
@@ -133,7 +134,7 @@ struct OriginalOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
-// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy per element.
+// An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy per object.
 struct WrappedArrayOut : NoSteps {
     using Parameter = VARIANT*;
     const char* name;

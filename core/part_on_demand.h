@@ -1,6 +1,6 @@
 // Interfaces that a proxy's class lacks but its object has. The proxy offers them through parts; each is made when its
-// interface is first asked for, and lives as long as the proxy. An interface of the standard that has rows is carried by these,
-// from a table that the layers above install; any other dual interface is carried by a part that type information drives
+// interface is first asked for, and lives as long as the proxy. An interface in the table that the layers above install is
+// carried by its rows; any other dual interface that MayCarry admits is carried by a part that type information drives
 // (described_part.h).
 #pragma once
 
@@ -47,7 +47,8 @@ void SetPartsOnDemand(std::span<const PartRow> rows);
 // False for interfaces that COM relies on, and for those that proxies never offer.
 bool MayCarry(REFIID iid);
 
-// Makes the part. Null for an interface that may not be carried, or that has neither rows nor type information.
+// Makes the part. Null for an interface that may not be carried, or that has neither an entry in the table nor a usable
+// description.
 std::unique_ptr<PartOnDemand> MakePart(REFIID iid, CapeOpenBase& proxy);
 
 }  // namespace zelt

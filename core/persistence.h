@@ -14,7 +14,7 @@
 namespace zelt {
 
 // Logs how many bytes of the stream the forwarded call has read or written, and gives these bytes to a recording. Does neither
-// when the stream does not tell its position.
+// when the stream does not tell its position, or has moved backwards.
 class BytesMoved : public Mark, public NoSteps {
 public:
     using FinishOnlyLogs = void;
@@ -26,7 +26,7 @@ public:
 private:
     std::optional<ULONGLONG> Position() const;
     bool MoveTo(ULONGLONG position) const;
-    // Reads the bytes from `start` to `end` again; leaves the stream at `end`, where it was.
+    // Reads the bytes from `start` to `end`, and moves the stream back to `end`, where it was.
     std::optional<std::string> BytesUntil(ULONGLONG end) const;
 
     IStream* stream;

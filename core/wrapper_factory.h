@@ -1,6 +1,6 @@
 // The wrapping of interface pointers that cross a proxy. A site names the kind of object that crosses; the table, filled by the
 // layer that owns the proxy classes, says how to make a proxy of that kind. A kind without an entry is not wrapped. Wrapping
-// never inspects the pointer: one that crosses twice is wrapped twice, and the log shows both layers.
+// does not ask whether the pointer is already a proxy: one that crosses twice is wrapped twice, and the log shows both layers.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // Commands as rows: the name, what it takes, what it does. The words of a command line are matched with a row, checked against
-// it, and passed to its function; help is made from the same rows. Knows no particular command.
+// it, and passed to its function; help is made from the same rows.
 #pragma once
 
 #include <map>
@@ -16,12 +16,12 @@ namespace zelt::ctl {
 
 enum ExitCode : int {
     kFine = 0,
-    kFinding = 1,     // a difference, a finding, or a log that is cut off; the command worked
+    kFinding = 1,     // a difference, a finding, or a log or recording that is cut off; the command worked
     kUsage = 2,       // the command line is not understood, or asks for something that cannot be done now
     kUnreadable = 3,  // the input cannot be read, the output cannot be written, or the program failed
 };
 
-// The command line is wrong: an unknown command or option, a missing or unsuitable value. The text is for the user.
+// The command line is wrong: it has an unknown command or an unsuitable value, for example. The text is for the user.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -31,12 +31,12 @@ struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The input cannot be read.
+// What the command works on, a file or a part of the registry, cannot be read or changed.
 struct InputError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The output cannot be written.
+// The file for the output cannot be created.
 struct OutputError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -60,8 +60,8 @@ public:
     std::optional<std::string> Value(std::string_view option) const;
     // The option's value as a number, 0 or more; nothing when the option is not given. Throws UsageError for any other value.
     std::optional<double> Number(std::string_view option) const;
-    // The option's value as a whole number from `least` to a million; nothing when the option is not given. Throws UsageError for
-    // any other value.
+    // The option's value as a whole number from `least` to a million; nothing when the option is not given. Throws UsageError
+    // for any other value.
     std::optional<std::size_t> Count(std::string_view option, int least) const;
 
 private:
@@ -71,7 +71,7 @@ private:
 
 struct Command {
     const char* name;      // one word or two
-    const char* operands;  // for the help, in capitals
+    const char* operands;  // as the help names them, in capitals
     std::size_t least, most;
     std::span<const Option> options;
     const char* what;     // one line
@@ -79,8 +79,8 @@ struct Command {
     int (*run)(const Arguments&, Streams&);
 };
 
-// Runs what `words` ask for, one of `commands` or their help, and returns the exit code. What a command throws becomes a message;
-// nothing is thrown except when memory runs out.
+// Runs what `words` ask for, such as one of `commands` or their help, and returns the exit code. What a command throws becomes
+// a message; nothing is thrown except when memory runs out.
 int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams);
 
 }  // namespace zelt::ctl

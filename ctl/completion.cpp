@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::string_view kGeneral[] = {"help", "completion", "manual", "--help", "--version"};
 
-// The words that may come next, by what comes before them: the first words of all commands for "", "show" for "log", the options
-// for "log show".
+// The words that may come next, by what comes before them: "log" is one of those for "", "show" one of those for "log", and
+// --help one of those for "log show".
 using WordsAfter = std::map<std::string, std::vector<std::string>>;
 
 void Add(std::vector<std::string>& words, std::string_view word)
@@ -39,7 +39,7 @@ WordsAfter Words(std::span<const Command> commands)
     return words;
 }
 
-// The options that take one of a few words, "in|out", with these words.
+// For each option whose value is one of a few words, such as "in|out": these words.
 WordsAfter Choices(std::span<const Command> commands)
 {
     WordsAfter choices;
@@ -134,8 +134,8 @@ void WritePowerShell(std::span<const Command> commands, Output& out)
            "}\n";
 }
 
-// Escapes a text for roff, the language of man pages: no line may begin with one of its control characters, and roff would show a
-// plain - as a hyphen instead of the minus sign of an option.
+// Escapes a text for roff, the language of man pages: no line may begin with one of its control characters, and roff would show
+// a plain - as a hyphen instead of the minus sign of an option.
 std::string Roff(std::string_view text)
 {
     std::string out;

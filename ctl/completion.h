@@ -8,7 +8,7 @@
 
 namespace zelt::ctl {
 
-// `shell` is bash or powershell. Throws UsageError for another one.
+// `shell` is bash or powershell. Throws UsageError for any other.
 void WriteCompletion(std::span<const Command> commands, std::string_view shell, Output& out);
 
 void WriteManual(std::span<const Command> commands, Output& out);

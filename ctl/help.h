@@ -1,4 +1,4 @@
-// The texts of --help and --version, made from the rows of the commands.
+// The texts of --help, made from the rows of the commands, and of --version.
 #pragma once
 
 #include <span>

@@ -1,6 +1,6 @@
 // Text that the program writes, in UTF-8: collected, and written in large pieces. There is one Output for the data (standard
-// output) and one for the messages (standard error). Characters that a terminal would obey are written as codes, wherever they
-// come from. Without a stream, an Output keeps everything, so that tests can read it.
+// output) and one for the messages (standard error). Characters of a text that a terminal would obey are written as codes,
+// except tabs and line ends. Without a stream, an Output keeps everything that is written to it.
 #pragma once
 
 #include <cstdio>

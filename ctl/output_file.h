@@ -1,5 +1,5 @@
-// The file that -o names. It is written beside its final place and then renamed, so that a command that fails neither leaves half
-// a file nor destroys an older one.
+// A file that a command writes, such as the one that -o names. It is written beside its final place and then renamed, so that a
+// command that fails neither leaves half a file nor destroys an older one.
 #pragma once
 
 #include <cstdio>
@@ -24,7 +24,8 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
 
     Output& Data() { return data; }
-    // Gives the file its name. Throws std::runtime_error when it cannot be written completely; without this call it disappears.
+    // Gives the file its name. Throws std::runtime_error when the file cannot be written completely or renamed. Without this
+    // call, the file disappears.
     void Keep();
 
 private:

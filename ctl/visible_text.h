@@ -1,5 +1,5 @@
-// Characters that affect a terminal or the order in which text is read, shown as codes instead: control characters, and the marks
-// that change the writing direction. A log may contain them, because a package may choose any names.
+// Characters that affect a terminal or the order in which text is read, shown as codes instead: control characters, and the
+// marks that change the writing direction. A log may contain them, because a package may choose any names.
 #pragma once
 
 #include <cstddef>

@@ -58,7 +58,7 @@ void TrapSignal(HMODULE library)
     if (const auto signal = Export<Signal>(library, "signal")) signal(SIGABRT, OnAbort);
 }
 
-// The runtime libraries with our traps.
+// The runtime libraries of Microsoft's compilers with our traps, other than msvcrt.
 std::vector<HMODULE> trapped;
 std::mutex trappedMutex;
 
@@ -71,7 +71,7 @@ void __cdecl OnAbort(int)
         return;
     }
     std::signal(SIGABRT, OnAbort);
-    // Looking for libraries takes long, so it is done only when some have come or gone.
+    // Looking for libraries takes long, so it is done only when some have come or gone, or when the system does not tell.
     if (guard::librariesHaveChanged || !guard::StartNoticingLibraries()) {
         TrapAborts();
     } else {
@@ -87,7 +87,7 @@ void __cdecl OnInvalidParameter(const wchar_t*, const wchar_t*, const wchar_t*, 
 
 void __cdecl OnPureCall() { GiveUp(); }
 
-// Installs a handler unless the package has one of its own, which knows better.
+// Installs a handler in a library that has none: one that a package has set there knows better.
 template <class Handler>
 void SetHandler(HMODULE library, const char* name, Handler handler)
 {

@@ -56,7 +56,7 @@ inline void PrepareToEnterCall()
 // Takes out the innermost call, whose frame still exists and cleans up after itself.
 inline void LeaveCallInProgress(std::size_t countBefore) { calls_in_progress::count = countBefore; }
 
-// Ends the calls beyond the first `count`, innermost first: closes their func elements and gives back what they hold. Usually
+// Ends all calls but the outermost `count`, innermost first: closes their func elements and gives back what they hold. Usually
 // there are none, and it does nothing.
 void EndCallsBeyond(std::size_t count) noexcept;
 

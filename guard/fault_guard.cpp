@@ -39,8 +39,8 @@ bool HasRoomToRecover(const void* frame)
 constexpr DWORD kGccThrow = 0x20474343;
 
 // True for C++ exceptions of any copy of GCC's runtime library: ours recognises them, and they find their handlers themselves.
-// It does not recognise exceptions of other libraries that use the same code: if it meets one while another exception is being
-// handled, it ends the process.
+// Ours does not recognise exceptions of other libraries that use the same code: if it meets one while another exception is
+// being handled, it ends the process.
 bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language. The last character varies.
@@ -107,7 +107,7 @@ bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
     return true;
 }
 
-// Runs before main: every guarded call can rely on it.
+// Runs before main, on the main thread: guarded calls there can rely on it.
 [[maybe_unused]] const bool prepared = (PrepareGuards(), true);
 
 }  // namespace

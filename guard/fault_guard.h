@@ -1,6 +1,7 @@
-// Calls into code that is not ours, made so that whatever escapes arrives as a C++ exception. The guard is a frame handler around
-// the single call, so faults that the callee handles itself never reach it. Keeps nothing after a call. Abandoned frames of the
-// callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a fail-fast.
+// Calls into code that is not ours, made so that everything that escapes arrives as a C++ exception. The guard is a frame
+// handler around the single call, so faults that the callee handles itself never reach it. Keeps nothing after a call.
+// Abandoned frames of the callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a
+// fail-fast.
 #pragma once
 
 #include <windows.h>
@@ -28,15 +29,16 @@ private:
     std::string text;
 };
 
-// Anything else that a foreign runtime library threw, or a callee that gave up with std::terminate or abort.
+// Anything else that a foreign runtime library threw, or a callee that gave up (abort_trap.h) without a known text.
 class ForeignException final : public std::exception {
 public:
     const char* what() const noexcept override { return "a component threw an exception or gave up"; }
 };
 
-// Makes the ways in which a callee gives up (abort_trap.h) catchable in guarded calls, in each shared runtime library that is
-// loaded. Reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the exception. Done at
-// start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and idempotent.
+// Makes the ways in which a callee gives up (abort_trap.h) catchable in guarded calls, in the loaded runtime libraries that
+// TrapAborts names. Reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the
+// exception. Done at start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and
+// idempotent.
 void PrepareGuards();
 
 namespace guard {
@@ -52,7 +54,8 @@ struct Escape {
 
 using Function = void (*)(void* context);
 
-// The thunk (fault_guard_*.S): calls `function`, returns 0, or 1 when `escape` was filled. C++ exceptions pass through.
+// The thunk (fault_guard_*.S): calls `function`, returns 0, or 1 when `escape` was filled. C++ exceptions leave it as Guarded
+// says.
 extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape);
 
 [[noreturn]] void ThrowEscape(const Escape& escape);
@@ -72,10 +75,10 @@ inline void Run(Function function, void* context)
 // Runs `call` and returns its result. Throws
 //   SE_Exception      for a structured exception: faults, stack overflow, codes of any other origin;
 //   ThrownText        for a character string from a runtime library that is not ours;
-//   ForeignException  for everything else from such a library.
-// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of packages built
-// with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort, which arrives as ThrownText
-// or ForeignException.
+//   ForeignException  for everything else from such a library, and for a callee that gave up without a known text.
+// C++ exceptions that reach this frame the normal way pass unchanged: all of our own, and on x86_64 also those of packages
+// built with GCC. On i686 each copy of GCC's runtime library unwinds only its own frames and ends in abort, which arrives as
+// ThrownText or ForeignException.
 template <class Call>
 std::invoke_result_t<Call&> Guarded(Call&& call)
 {

@@ -1,5 +1,5 @@
-// Calls into objects that others wrote, outside the proxied methods: identity and error look-ups, release. Each runs under
-// the fault guard; whatever escapes becomes E_UNEXPECTED.
+// Calls into objects that others wrote, other than the proxied methods: queries, look-ups, releases and so on. Each runs under
+// the fault guard; what escapes becomes E_UNEXPECTED.
 #pragma once
 
 #include <windows.h>
@@ -94,7 +94,7 @@ private:
 template <class I>
 ForeignPtr<I> QueryForeign(IUnknown* object) noexcept
 {
-    // Null when refused, for whatever reason.
+    // Null on any refusal.
     void* found = nullptr;
     static_cast<void>(QueryForeign(object, __uuidof(I), &found));
     return ForeignPtr<I>(static_cast<I*>(found));

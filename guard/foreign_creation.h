@@ -6,8 +6,8 @@
 
 namespace zelt {
 
-// Creates an object of the class in any of the contexts (CLSCTX_ flags) and returns its interface `iid`, which the caller owns. A
-// success without an object is a refusal; whatever escapes from the component becomes E_UNEXPECTED.
+// Creates an object of the class in any of the contexts (CLSCTX_ flags) and returns its interface `iid`, which the caller owns.
+// A success without an object becomes E_NOINTERFACE; what escapes from the component becomes E_UNEXPECTED.
 [[nodiscard]] HRESULT CreateForeign(REFCLSID clsid, DWORD contexts, REFIID iid, void** result) noexcept;
 
 }  // namespace zelt

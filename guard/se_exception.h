@@ -1,5 +1,6 @@
-// What a hardware fault, or any other structured exception, becomes on our side of a guarded call: a C++ exception that carries
-// the system's code. The texts are part of the log format. Owns nothing; the texts are constants.
+// The C++ exception that a guarded call throws for a hardware fault, and for any other structured exception that is neither a
+// foreign C++ exception nor the trap's (abort_trap.h). It carries the system's code. The texts are part of the log format. Owns
+// nothing; the texts are constants.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,6 @@
-// One arg element under construction: the writers of value_writers.h and variant_writer.h append to it, and it is written to
-// the file at once when it is finished. Levels count from the arg element's own: 0 is its indentation, 1 that of its values.
+// One arg element under construction: the writers of arguments (value_writers.h, enumeration_writers.h, variant_writer.h)
+// append to it, and it is written to the file in one piece when it is finished. Levels count from the arg element's own: 0 is
+// its indentation, 1 that of its values.
 #pragma once
 
 #include <cstring>
@@ -77,7 +78,8 @@ public:
         return true;
     }
 
-    // An argval line with text to be escaped, followed by the suppression warning about `what` when characters were lost.
+    // An argval line with text to be escaped. If characters were lost and `what` is not null, the suppression warning about
+    // `what` follows.
     void EscapedValue(std::string_view text, const char* what = nullptr, int level = 1);
 
     // Writes a sentence inside the element.
@@ -90,7 +92,7 @@ public:
     // The number of blanks that a line at `level` begins with.
     int Indentation(int level) const { return document.depth + level; }
 
-    // For the few lines with an indentation of their own: appends raw text.
+    // For lines that the functions above do not make: these append text as it is.
     void Raw(std::string_view text) { document.entry += text; }
     template <class Append>
     void RawWith(Append&& append)

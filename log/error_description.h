@@ -1,5 +1,5 @@
-// The text of a failed call's error line: the name of its status code and a description. Descriptions come from the object that
-// failed, under the fault guard and without logging; a look-up never fails the call that is being logged.
+// The text of a failed call's error line: the name of its status code and a description. The object that failed may be asked
+// for the description, under the fault guard and without logging; a look-up never fails the call that is being logged.
 #pragma once
 
 #include <windows.h>

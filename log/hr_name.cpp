@@ -16,7 +16,7 @@ struct CodeName {
     const char* name;
 };
 
-// The platform's codes that packages and COM itself return, and the 26 of CAPE-OPEN; the first match counts.
+// The platform's codes that logs show by name, and the 26 of CAPE-OPEN; the first match counts.
 // clang-format off
 #define ROW(name) {static_cast<HRESULT>(name), #name}
 constexpr CodeName kNames[] = {

@@ -1,8 +1,9 @@
-// The writer of one XML log file, shared by every proxy of one logged root through counted holds. Each entry (a simple entry with
+// The writer of one XML log file, shared by every proxy of one logged tree through counted holds. Each entry (a sentence with
 // its suppression warning, the opening or closing of a func element, a whole arg element) is put together in memory and written
 // at once. It knows nothing of interfaces or of argument types; value_writers.h does.
-// Not thread safe: a logged tree lives in one apartment. No operation throws. An entry for which the disk or the memory has no
-// room is lost whole, and so is all of a call whose opening is lost; where writing resumes, a warning counts the missing entries.
+// Not thread safe: a logged tree lives in one apartment. Nothing that writes throws. An entry for which the disk or the memory
+// has no room is lost whole, and so is all of a call whose opening is lost; where writing resumes, a warning counts the missing
+// entries.
 #pragma once
 
 #include <windows.h>
@@ -80,8 +81,8 @@ public:
         WriteEntry([&] { AppendSentence(sentence, holes); });
     }
 
-    // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag; the description
-    // comes from `errorSource` (may be null). `object` is for the recording (may be null).
+    // Opens and closes a func element; calls nest. A failure code is named and described before the closing tag; `errorSource`
+    // (may be null) is the source of the description (error_description.h). `object` is for the recording (may be null).
     void BeginFunc(bool isIn, std::string_view functionName, std::string_view objectName,
                    RecordedObject* object = nullptr);
     void EndFunc(HRESULT result, IUnknown* errorSource);
@@ -114,12 +115,12 @@ public:
         if (recorder) RecordStream(std::move(bytes));
     }
 
-    // The number of calls in progress. EndOpenFuncs closes the elements of those deeper than `depthLeft`, which ended without
-    // closing them.
+    // The number of calls in progress. EndOpenFuncs closes the elements of those deeper than `depthLeft`.
     std::int32_t Depth() const { return depth; }
     void EndOpenFuncs(std::int32_t depthLeft);
 
-    // Writes the footer, closes the file, and calls the function of SetLogClosed. Does so once.
+    // Closes the open elements, writes the footer, closes the file and, if it has a path, calls the function of SetLogClosed.
+    // Does so once.
     void Close();
     // Closes the file without the footer.
     void Abandon() { file.Close(); }
@@ -142,8 +143,8 @@ private:
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
     void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
 
-    // Puts an entry together with `append` and writes it; does nothing once closed, or where calls are only recorded. False when
-    // the entry is missing.
+    // Puts an entry together with `append` and writes it; does nothing once closed, or where calls are only recorded. False
+    // when the entry is missing, or the document is closed.
     template <class Append>
     bool WriteEntry(Append&& append) noexcept
     {

@@ -43,7 +43,7 @@ LogFile& LogFile::operator=(LogFile&& other) noexcept
 int LogFile::Open(const std::wstring& path)
 {
     Close();
-    // Binary: the entries carry their own CR LF, so that the runtime library does not split a write to insert them.
+    // Binary: the entries carry their own CR LF.
     const int error = _wsopen_s(&descriptor, path.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
                                 _SH_DENYWR, _S_IREAD | _S_IWRITE);
     if (error != 0) {

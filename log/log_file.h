@@ -1,5 +1,5 @@
-// The file of one log: written in whole entries, each in one system call, so that no entry is ever half on the disk when a
-// process dies. Other programs may read it but not write it.
+// The file of one log or recording: written in whole entries, each normally in one system call, so that a process that dies
+// leaves no half entry. Other programs may read it but not write it.
 #pragma once
 
 #include <windows.h>

@@ -72,7 +72,7 @@ std::wstring TimeText(const SYSTEMTIME& time)
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-// A file "<beginning><time><ending>" that does not exist.
+// The path of a file "<beginning><time><ending>" that does not exist, with a number after the time if necessary.
 Outcome AutomaticPath(const wchar_t* beginning, const wchar_t* ending, std::optional<std::wstring>& path)
 {
     std::wstring folder;

@@ -1,6 +1,6 @@
 // Where a new log goes: a file named after the date and time, in a folder on the desktop, or the place that the user names in a
-// dialog. Only chooses a path: the code that opens the log makes the file, and a failure here means an object without a log, not
-// an error.
+// dialog. Chooses a path and makes that folder if necessary: the code that opens the log makes the file, and a failure here
+// means an object without a log, not an error.
 #pragma once
 
 #include <windows.h>

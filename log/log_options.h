@@ -1,5 +1,5 @@
 // The user's settings that govern logging and what else the proxies do, and their place in the registry. Loading leaves a
-// setting as it is if its value is missing or malformed. Main thread only.
+// setting as it is if its value is missing or malformed.
 #pragma once
 
 #include "system/outcome.h"
@@ -49,7 +49,7 @@ struct LogOptions {
     std::string Text() const;
 };
 
-// The instance of the process.
+// The instance of the process; for the main thread only.
 LogOptions& TheLogOptions();
 
 }  // namespace zelt

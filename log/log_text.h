@@ -8,16 +8,16 @@
 namespace zelt {
 
 // Appends `text` as the content of an XML attribute. The five characters of markup become entities. Bytes below 0x20 and
-// from 0x80 up are dropped, never written as references: readers of existing logs rely on plain ASCII without references.
+// from 0x80 up are dropped, never written as numeric references: readers of existing logs rely on plain ASCII without them.
 // Returns true when a byte was dropped.
 bool AppendEscaped(std::string& out, std::string_view text);
 
 // These write into a buffer with room for kLongestShortText characters and return the end of the text, which has no terminator.
 inline constexpr std::size_t kLongestShortText = 96;
 char* WriteDecimal(char* to, long value);
-// Six significant digits, exponents of at least two digits, a decimal point; infinities are "inf" and "-inf".
+// As "%g" with a decimal point: six significant digits, exponents of at least two digits; infinities are "inf" and "-inf".
 char* WriteDouble(char* to, double value);
-// The text between quotes, escaped. Null for a text that is long, or that has characters to escape or drop.
+// The text between escaped quotes. Null for a text that is long, or that has characters to escape or drop.
 char* WriteQuoted(char* to, std::wstring_view text);
 
 void AppendDecimal(std::string& out, long value);

@@ -9,7 +9,7 @@
 
 namespace zelt {
 
-// The value that stood for "undefined" before NaN did: the most negative double.
+// Whether this is the value that stood for "undefined" before NaN did: the most negative double.
 bool IsOldUndefined(double value);
 
 // The argval line of a double: "N/A" for NaN and for the old undefined value, which also adds `oldValueWarning`.

@@ -1,5 +1,6 @@
-// One writer for each logged argument type but VARIANT (variant_writer.h). Each writes one arg element: the argument's log
-// name, its direction ("in" for true), its type and its value.
+// One writer for each logged argument type but VARIANT (variant_writer.h) and CAPE-OPEN's enumerations (enumeration_writers.h).
+// Each writes one arg element: the argument's log name, its direction ("in" for true), its type and its value. It also gives
+// the argument to the recording, if there is one.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// Writer of VARIANT arguments: the type attribute is the value's own VARTYPE, the value follows its type, and the type is
-// checked against the one that the argument should have.
+// Writer of VARIANT arguments: the type attribute is the value's own VARTYPE, which is checked against the one that the
+// argument should have. If that is an array, the elements of an array are logged only if they have its element type.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace zelt {
 
-// What a VARIANT argument should hold. A failed check is logged as an error and changes nothing else.
+// What a VARIANT argument should hold. A failed check is logged as an error, and the call continues.
 struct Shape {
     VARTYPE type;     // kAnyType: no check
     bool allowEmpty;  // VT_EMPTY may stand for a list that is left out

@@ -1,4 +1,4 @@
-// Searches the bytes of a log, sixteen at a time where the processor has SSE2 and one at a time elsewhere, with the same results.
+// Searches the bytes of a log, sixteen at a time if the compiler may use SSE2, one at a time otherwise, with the same results.
 // The searches read up to kSlack bytes past what they look for, so a buffer needs as many bytes after its end.
 #pragma once
 

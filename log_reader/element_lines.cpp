@@ -10,7 +10,7 @@ namespace {
 thread_local xmlTextReaderPtr current = nullptr;
 thread_local const LineMap* currentMap = nullptr;
 
-// The lines of the declaration and the root.
+// How many lines the declaration and the root take.
 constexpr int kLinesOfHeader = 2;
 
 void Mark(xmlNodePtr node)

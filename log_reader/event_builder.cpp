@@ -8,7 +8,7 @@ namespace {
 
 void Append(std::string& out, const xmlChar* text) { AppendUtf8(out, reinterpret_cast<const char*>(text)); }
 
-// References to entities stay references: a log has none, and what a forged one declares is not worth expanding.
+// References to declared entities stay references: a log declares none, and what a forged one declares is not worth expanding.
 void AppendValue(std::string& out, const xmlAttr& attribute)
 {
     for (const xmlNode* part = attribute.children; part; part = part->next) {

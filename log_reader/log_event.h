@@ -19,7 +19,7 @@ struct LogEvent {
     // The object of a call, the type of an argument, the value, the message; for any other element, its name and attributes. In
     // UTF-8.
     std::string_view text;
-    bool isEmpty = false;  // an element without an end tag, the form that messages and values have in logs
+    bool isEmpty = false;  // an element without an end tag: in logs, each message, and each value without children
 
     // The two parts of a call's name.
     std::string_view Interface() const;
@@ -36,8 +36,8 @@ public:
     // The parser objects to something in this line. The report may come some events before those of the line itself; a sink
     // that stops the reading may miss what the parser finds later.
     virtual void ParseError(int /*line*/) {}
-    // Called at the end of a damaged file for each element that is still open, the root first, with the line of its start tag.
-    // Their ends have been reported all the same.
+    // Called at the end of a damaged file for each element that is still open, the root first, with the line of its start tag
+    // (0 unless the sink wants lines). The ends of these elements have been reported all the same.
     virtual void LeftOpen(int /*line*/) {}
     // Called after each end. False stops the reading.
     virtual bool Continue() { return true; }

@@ -6,7 +6,7 @@
 
 namespace zelt {
 
-// Where the text comes from, if not from a file.
+// Where the text of a log comes from.
 class LogInput {
 public:
     virtual ~LogInput() = default;
@@ -33,8 +33,8 @@ constexpr int kReadAhead = 1 << 16;
 // elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
 
-// A comment in the text makes the reader send all that it has read. The latest call then has hasChildren set, although it may
-// have no child. An input inserts a comment before it waits for more. Logs contain none.
+// A comment in the text makes the reader send all that it has read. An event that waits for its first child then has
+// hasChildren set, although it may have none. An input inserts a comment before it waits for more. Logs contain no comments.
 LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

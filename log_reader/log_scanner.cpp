@@ -84,7 +84,7 @@ inline const char* ReadText(const char* from, RawText& text)
     return *text.end == '"' ? text.end : ReadEntities<Bytes>(text);
 }
 
-// Makes room for a text of this length and for the bytes that copying writes after it. The previous content is lost.
+// Makes room for a text of this length and for the bytes that copying writes after it.
 char* RoomFor(std::size_t length, std::vector<char>& room)
 {
     if (room.size() < length + kSlack) room.resize(length + kSlack);
@@ -175,7 +175,7 @@ ResumePoint LogScanner<Bytes>::Resume() const
     return {InFile(resume.position), resume.origin, resume.line, resume.open, done - resume.done, open};
 }
 
-// False when the input gives no more, or when the line is longer than any line of a log.
+// False when the input gives no more, or when the line needs a larger buffer than it may have.
 template <class Bytes>
 bool LogScanner<Bytes>::ReadMore()
 {
@@ -191,7 +191,7 @@ bool LogScanner<Bytes>::ReadMore()
     return true;
 }
 
-// Removes what neither an event nor the parser needs any more.
+// Removes what neither an event nor the parser needs any more, and enlarges the buffer if that is not enough.
 template <class Bytes>
 void LogScanner<Bytes>::MakeRoom()
 {

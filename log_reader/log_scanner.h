@@ -3,8 +3,8 @@
 // that are still missing. A line counts only when all of it is right.
 //
 // It reads pieces of the file into a buffer rather than mapping it: a mapped page that another process truncates ends the
-// program, and a 32-bit process has no room for large files. The texts of its events are views of the buffer; it allocates
-// nothing for an element.
+// program, and a 32-bit process has no room for large files. The texts of its events are views of its buffers; it allocates
+// only where a buffer has to grow.
 #pragma once
 
 #include <cstdint>

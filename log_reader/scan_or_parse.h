@@ -1,5 +1,5 @@
-// Reads a log with the scanner, and with the parser from the place that the scanner does not understand. A template, so that
-// tests can read with either way of searching bytes and with pieces of any size.
+// Reads a log with the scanner; where that stops before the end, the parser takes over. A template, so that tests can read with
+// either way of searching bytes and with pieces of any size.
 #pragma once
 
 #include "log_reader/log_scanner.h"

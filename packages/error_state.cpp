@@ -10,7 +10,7 @@
 namespace zelt {
 namespace {
 
-// The name of an error's class is that of its code, without the two letters that mark a code.
+// The name of an error's class is that of its code without the "HR" at the end.
 std::wstring ClassName(HRESULT code)
 {
     std::string name = HRName(code);

@@ -11,8 +11,7 @@
 namespace zelt {
 namespace {
 
-// The registry holds text in the thread's code page, because the narrow registry functions use it in a program whose manifest
-// sets no other.
+// The code page of the strings that the narrow registry functions read and write.
 constexpr UINT kCodePage = CP_THREAD_ACP;
 
 // Takes the next string off the front of `rest`. The end of the data ends a string as a terminator does.
@@ -72,7 +71,7 @@ std::string ExportedPackage::Format() const
 
 bool SameName(std::wstring_view a, std::wstring_view b)
 {
-    // The comparison rejects the null pointer of an empty view.
+    // The comparison rejects a null pointer, which an empty view may have.
     if (a.empty() || b.empty()) return a.empty() == b.empty();
     return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
            CSTR_EQUAL;

@@ -23,14 +23,15 @@ enum class PackageKind : unsigned {
 inline constexpr unsigned kPackageKinds = 6;
 
 struct ExportedPackage {
-    CLSID classId = CLSID{};  // The class to create: the manager's, or a stand-alone package's own.
+    // The class to create: the manager's, or a stand-alone package's own. For a recording, kRecordedPackageClass.
+    CLSID classId = CLSID{};
     PackageKind kind = PackageKind::PropertyPackage11FromManager;
     std::wstring sourceName;    // The package's name inside its manager, or the path of a recording; otherwise unused.
     std::wstring exportedName;  // What the simulator sees; compared without regard to case.
     bool loggingEnabled = false;
 
-    // Replaces the record by what `multiString` says, which may lack any of its terminators: a missing string is empty. False,
-    // and the record undefined, when the class identifier or the kind is bad.
+    // Replaces the record by what `multiString` says. It may end early: a missing string is empty. False, and the record
+    // undefined, when the class identifier or the kind is bad.
     bool Parse(std::string_view multiString);
 
     // The multi-string, with the five terminators and the final one. Names lose the characters that the code page lacks;

@@ -110,7 +110,7 @@ BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage
 // The caller's package may disappear during the call. NOLINTNEXTLINE(performance-unnecessary-value-param)
 ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package, LogOptions& options)
 {
-    // Another program may have changed the options. If they cannot be read, opening the log says so.
+    // Another program may have changed the options. If they cannot be read, OpenRootLog says so.
     static_cast<void>(options.Load());
     BarePackage made = CreatePackage(family, package);
     if (!options.keepManager) made.manager.reset();

@@ -1,5 +1,5 @@
-// Creation of an exported package: makes the real package in this process, renames it, gives it its log, and wraps it in the
-// proxy that the simulator gets.
+// Creation of an exported package: makes the real package, or one that a recording answers for, renames it, opens a log or
+// recording if one is wanted, and wraps it in the proxy that the simulator gets.
 #pragma once
 
 #include <wrl/client.h>
@@ -28,9 +28,9 @@ BarePackage CreateBarePackage(const PackageFamily& family, const ExportedPackage
 Microsoft::WRL::ComPtr<IDispatch> CreateExportedPackage(const PackageFamily& family, ExportedPackage package,
                                                         LogOptions& options);
 
-// Opens the dialog of a foreign manager: creates it, and calls Edit between Initialize and Terminate. E_NOTIMPL for a manager
-// without ICapeUtilities or without a dialog. Throws PackageFailure when the manager cannot be created or initialized and, with
-// the manager's own description, when Edit fails.
+// Opens the dialog of a foreign manager: creates the manager, and calls Edit between Initialize and Terminate. E_NOTIMPL for a
+// manager without ICapeUtilities or without a dialog. Throws PackageFailure when the manager cannot be created or initialized,
+// or when Edit fails in another way.
 [[nodiscard]] HRESULT EditForeignManager(const PackageFamily& family, REFCLSID classId);
 
 }  // namespace zelt

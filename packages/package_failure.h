@@ -1,4 +1,5 @@
-// Why a package could not be provided: thrown inside the managers, raised to the caller as their CAPE-OPEN error.
+// Why a package could not be created, or a foreign manager's dialog failed. Our managers raise it to their caller as a
+// CAPE-OPEN error.
 #pragma once
 
 #include <windows.h>

@@ -15,7 +15,7 @@ constexpr DWORD kPatience = 5000;
 std::wstring SignOf(const Edition& edition) { return edition.name + std::wstring(L" holds the package list of "); }
 std::wstring EditOf(const Edition& edition) { return edition.name + std::wstring(L" package list edit of "); }
 
-// Made in addition to the other sign, because that is the one that other versions look for.
+// The second sign of a hold, which also tells its rights. Other versions look only for the first.
 std::wstring SignOf(const Edition& edition, Rights rights)
 {
     const wchar_t* whose = rights == Rights::Administrator ? L"administrator's " : L"plain ";
@@ -60,7 +60,8 @@ bool Exists(const std::wstring& signName)
     return sign || GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
-// Waits for the mutex and takes it. The mutex of a process that has died can be taken, too: that process writes nothing more.
+// Waits for the mutex, up to kPatience, and takes it. The mutex of a process that has died can be taken, too: that process
+// writes nothing more.
 bool Own(HANDLE mutex)
 {
     const DWORD answer = mutex ? WaitForSingleObject(mutex, kPatience) : WAIT_FAILED;
@@ -82,7 +83,7 @@ Rights RightsOfThisProcess()
 
 PackageListHold::PackageListHold(Rights rights) : rights(rights)
 {
-    // Make the sign before the wait: an edit that begins now sees it.
+    // Make the signs before the wait: an edit that begins now sees the first.
     sign = MakeMutex(SignOf(kThisEdition));
     signOfRights = MakeMutex(SignOf(kThisEdition, rights));
     const UniqueHandle mutex = MakeMutex(EditOf(kThisEdition));

@@ -16,7 +16,7 @@ enum class Rights { Plain, Administrator };
 
 Rights RightsOfThisProcess();
 
-// Taken before the list is loaded. Never refused: a server has to serve. Waits for an edit in progress.
+// Taken before the list is loaded. Never refused: a server has to serve. Waits a few seconds for an edit in progress.
 class PackageListHold {
 public:
     // The list of this edition, for a process with these rights.
@@ -31,7 +31,7 @@ private:
     UniqueHandle signOfRights;
 };
 
-// Waits for other edits. The thread that makes it must also destroy it.
+// Waits a few seconds for another edit. The thread that makes it must also destroy it.
 class PackageListEdit {
 public:
     explicit PackageListEdit(const Edition& edition = kThisEdition);
@@ -39,7 +39,7 @@ public:
     PackageListEdit(const PackageListEdit&) = delete;
     PackageListEdit& operator=(const PackageListEdit&) = delete;
 
-    // False while a process holds the list, or when that cannot be determined.
+    // False if, when this was made, a process held the list, or an edit did not end in time, or the system could not tell.
     bool Allowed() const { return allowed; }
 
 private:

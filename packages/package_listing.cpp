@@ -47,7 +47,7 @@ std::optional<std::vector<std::wstring>> ListPackages(PackageKind kind, REFCLSID
         return {};
     }
     const ForeignPtr<IUnknown> manager(static_cast<IUnknown*>(created));
-    // A manager that fails to initialise may still have a list.
+    // A manager that fails to initialize may still have a list.
     const InitializedManager initialized(manager.Get());
     if (FAILED(initialized.Result())) {
         failed(family.listedInitializeFailure +

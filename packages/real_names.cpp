@@ -22,7 +22,7 @@ bool IsPlain(const std::wstring& text)
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
 }
 
-// The strings of a multi-string, any of which may be empty; nothing when it has fewer than `count`.
+// The first `count` strings of a multi-string, any of which may be empty; nothing when it has fewer.
 std::optional<std::vector<std::wstring>> ReadStrings(const RegistryKey& key, const std::wstring& name,
                                                      std::size_t count)
 {

@@ -1,5 +1,5 @@
-// The exact names of an exported package. The package's entry in the registry holds them in a code page, so that other
-// versions of the program can read it; where a code page could lack a character, a second value holds the names in Unicode.
+// The exact names of an exported package. The package's entry in the registry is written in a code page, as other versions of
+// the program write it; where a code page could lack a character, a second value holds the names in Unicode.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// CReactionObject: the proxy of a reaction object, which a simulator or unit operation hands to a reaction package. A material
+// CReactionObject: the proxy of a reaction object, which a reaction package or unit operation is given. A material
 // that is set on it comes from the object's own side, so materials are not wrapped.
 #pragma once
 

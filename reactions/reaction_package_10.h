@@ -1,5 +1,5 @@
-// CReactionPackage10: the proxy of a CAPE-OPEN 1.0 reaction package, and the root of its logged tree. Wraps materials and
-// reaction objects on their way in.
+// CReactionPackage10: the proxy of a CAPE-OPEN 1.0 reaction package, and the root of its logged tree. In a logged call,
+// materials and reaction objects are wrapped on their way in.
 #pragma once
 
 #include <cape-open-thermo-context.h>

@@ -34,7 +34,7 @@ public:
     std::uint64_t Offset() const { return offset; }
 
 private:
-    // Makes the bytes of the next record available in `buffer` from `begin` on. False at the end.
+    // Makes the bytes of the next record available in `buffer` from `begin` on. False if there is none; `end` then says why.
     bool Load(std::size_t& length);
     bool Fill(std::size_t count);
     // False for a record that only fills a table, or that is unknown.

@@ -16,7 +16,7 @@ struct KeyTree {
     bool operator==(const KeyTree&) const = default;
 };
 
-// Nothing when the key is missing.
+// Nothing when the key cannot be opened. Leaves out what cannot be read below it.
 std::optional<KeyTree> ReadKeyTree(const RegistryRoot& root, const std::wstring& path);
 
 // Adds the tree to the key at `path`, which is created when missing. Returns a Windows error code.

@@ -1,6 +1,7 @@
 // Registration of this edition of the server: its application, its classes, the file class of logs if it opens them, and the type
 // libraries, in every registry view, for the machine or for the current user. Removal takes away what registration added, except
-// the standard's type libraries, which belong to everybody. Shows nothing to the user: the status code says what went wrong.
+// the standard's type libraries, which belong to everybody, and the program's own while the other edition is registered. Shows
+// nothing to the user: the status code says what went wrong.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +13,7 @@
 
 namespace zelt {
 
-// Adds everything and reads it back in every view. SELFREG_E_CLASS or SELFREG_E_TYPELIB when an entry is then missing.
+// Adds everything, and checks what it wrote: SELFREG_E_CLASS or SELFREG_E_TYPELIB when an entry is missing or wrong.
 [[nodiscard]] HRESULT RegisterServer(Scope scope, const std::string& version);
 
 // Removes as much as can be removed and returns the first failure. What is already missing is no failure.

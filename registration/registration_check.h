@@ -16,7 +16,7 @@ namespace zelt {
 
 struct FoundEntry {
     bool keyExists = false;
-    std::optional<std::wstring> text;  // none when there is no such value, or when it is no string
+    std::optional<std::wstring> text;  // none when there is no such value, or when its type is not REG_SZ
 };
 
 // Looks up a value of a key below the classes.

@@ -25,7 +25,7 @@ std::wstring DefaultValue(Scope scope, REGSAM view, const std::wstring& path);
 void MirrorKey(Scope scope, const std::wstring& path);
 // Removes the key and everything below it in every view.
 void RemoveKey(Scope scope, const std::wstring& path);
-// Removes the key if it is entirely empty.
+// Removes the key from each view in which it is empty.
 void RemoveEmptyKey(Scope scope, const std::wstring& path);
 
 // Throws when `result`, a Windows error code, is not ERROR_SUCCESS.

@@ -22,8 +22,8 @@ struct ScriptEntry {
 // The text of resource REGISTRY `script`. Throws com::Failure.
 std::wstring ScriptText(int script);
 
-// What `text` writes, in order. Knows what the scripts here use: keys, ForceRemove, NoRemove, val and strings. Leaves out keys
-// that are never removed and hold no text: they belong to everybody. Throws com::Failure for anything else.
+// What `text` writes, in order. Knows what the scripts here use: keys, ForceRemove, NoRemove, val and strings; throws
+// com::Failure for anything else. Leaves out keys that are never removed and hold no text: they belong to everybody.
 std::vector<ScriptEntry> ReadScript(std::wstring_view text, const ScriptReplacements& replacements);
 
 }  // namespace zelt

@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// CAPE-OPEN\<fileName> below the common program files or, for the user's scope, below the user's local application data.
+// CAPE-OPEN\<fileName> below the 32-bit common program files or, for the user's scope, below the user's local application data.
 // Throws com::Failure.
 std::wstring SharedFilePath(Scope scope, const std::wstring& fileName);
 

@@ -15,7 +15,7 @@ namespace zelt::replay {
 
 class CallFrame {
 public:
-    // Throws Unplayable when the recording does not have what the method needs.
+    // Throws Unplayable when the recording lacks an input of the method, or when a type cannot be replayed.
     CallFrame(const com::DualMethod& method, const std::vector<recording::ArgumentRecord>& recorded, Objects& objects);
     ~CallFrame();
     CallFrame(const CallFrame&) = delete;
@@ -23,7 +23,8 @@ public:
 
     const void* Words() const { return words.data(); }
 
-    // After a success, calls `take(recorded, actual)` for each output that was recorded. Objects that came back become known.
+    // Call it after a success. Passes each output that was recorded to `take(recorded, actual)`, and makes the objects that
+    // came back known.
     void Outputs(
         const std::function<void(const recording::ArgumentRecord& recorded, const recording::Value& actual)>& take);
 

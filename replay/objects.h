@@ -14,7 +14,8 @@ namespace zelt::replay {
 class Objects {
 public:
     // The interface `iid` of the stand-in for an object of the side that is played; `address`, not null, is the object's
-    // recorded interface pointer. The stand-in offers the interface from now on, if it can. The caller owns the reference.
+    // recorded interface pointer. The stand-in offers the interface from now on; if it cannot, its IDispatch is returned. A
+    // pointer that stands for an object of the other side may give that object itself. The caller owns the reference.
     virtual ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) = 0;
     // An object of the other side has come in the place of a recorded pointer.
     virtual void Learn(std::uint64_t address, IUnknown* object) = 0;

@@ -19,7 +19,8 @@ struct SavedState {
     std::optional<std::string> saved;  // this time, by Save
 };
 
-// Makes the call, with a stream in memory in place of the simulator's. Throws Unplayable for a Load without recorded data.
+// Makes the call, with a stream in memory in place of the simulator's. Throws Unplayable for an unknown member, and for a Load
+// without recorded data.
 HRESULT CallPersistence(std::string_view member, IUnknown* object, SavedState& state);
 
 // The text for the user when the two states differ; nothing when they do not, or when one of them is not known.

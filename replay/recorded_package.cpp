@@ -18,7 +18,7 @@ namespace {
 using recording::ArgumentRecord;
 using recording::KeptCall;
 
-// Whether two recorded calls to the simulator are the same and, with `withOutcome`, had the same outcome.
+// Whether two recorded calls have the same member, direction and inputs and, with `withOutcome`, the same outcome.
 bool AreAlike(const KeptCall& one, const KeptCall& other, bool withOutcome)
 {
     if (one.call.member != other.call.member || one.call.isOutward != other.call.isOutward) return false;

@@ -3,7 +3,7 @@
 // member with the same inputs: the first that has not been repeated yet, or else the one repeated last. While it repeats a
 // calculation, the package reads the simulator's material. If an answer differs from the recorded one, the package switches to
 // another recorded call that matches the answers so far. A call that the recording has no answer to fails with ECapeUnknown,
-// and the error information says so.
+// and the error information says so; only names and the particulars of failures are answered without the recording.
 #pragma once
 
 #include <windows.h>
@@ -27,8 +27,8 @@ namespace zelt::replay {
 
 class RecordedPackage final : Objects, Answers {
 public:
-    // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be read, is not
-    // a recording of a package, or was made by the ZELT of the other width.
+    // Reads the whole recording. Throws std::runtime_error, with a text for the user, when the file cannot be opened, is not a
+    // recording, does not say which component was recorded, or was made by a newer version or by the ZELT of the other width.
     explicit RecordedPackage(const std::wstring& path);
     ~RecordedPackage();
     RecordedPackage(const RecordedPackage&) = delete;
@@ -54,7 +54,7 @@ private:
     HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
 
     void Index(const recording::KeptCall& call);
-    // Answers as a recorded call was answered. Throws Unplayable.
+    // Answers as a recorded call was answered, or else by itself, or refuses. Throws Unplayable.
     HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
     // The recorded calls that can answer this call, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;

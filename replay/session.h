@@ -45,7 +45,7 @@ public:
     // Makes the component that takes the place of the recorded one.
     void Use(const recording::KeptComponent& component);
 
-    // Makes an outermost call again, with all that the recording has within it.
+    // Makes a recorded call to the component again, and lets stand-ins answer the calls within it.
     void Perform(const recording::KeptCall& call);
 
     std::uint64_t Performed() const { return performed; }
@@ -54,7 +54,7 @@ public:
     std::uint64_t TooEarly() const { return tooEarly; }
 
 private:
-    // A call that is being made again, and which of the calls within it the component has made.
+    // A call that is being made again or answered, and which of the calls within it are done.
     class Active {
     public:
         Active(Session& session, const recording::KeptCall& call, bool isUsed)
@@ -83,7 +83,7 @@ private:
 
     void PerformOn(const recording::KeptCall& call, IUnknown* object);
     HRESULT Call(const recording::KeptCall& call, const NamedMethod& method, IUnknown* object);
-    // The call's result; E_UNEXPECTED, with a finding, when a fault or an exception escapes.
+    // The call's result; E_UNEXPECTED, with a finding, when a fault or an exception escapes. Unplayable passes through.
     template <class Body>
     HRESULT CallComponent(const recording::KeptCall& call, Body&& body);
     const recording::KeptCall* FindAnswer(const replay::StandIn& object, const com::DualMethod& method,

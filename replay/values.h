@@ -26,7 +26,7 @@ std::vector<const recording::ArgumentRecord*> MatchArguments(const com::DualMeth
 recording::Value Capture(const com::DualParameter& parameter, const void* place, std::deque<std::string>& texts);
 
 // Puts a copy of a recorded value at `place`. The owner of the place then owns the value, and may change and clear it. Throws
-// Unplayable for a value of another type.
+// Unplayable for a value of another type, or one that cannot be made again.
 void Give(const com::DualParameter& parameter, const recording::Value& value, Objects& objects, void* place);
 
 // Frees what Give or a callee has put there.

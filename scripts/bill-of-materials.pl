@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # The bill of materials of a release, as SPDX 2.3 in JSON: bill-of-materials.pl <version> <time of the commit> <folder of the files>
-# <THIRD-PARTY.md>. It lists what is shipped, with a checksum of each file, and what is linked into it, with the versions of the
-# Debian packages that the build used. Equal files give an equal bill.
+# <THIRD-PARTY.md>. It lists the shipped files, with their checksums, and the third-party components in them, with the versions of
+# the Debian packages that the build used; THIRD-PARTY.md gives those of the libraries that it compiles itself.
 use strict;
 use warnings;
 use Digest::SHA;
@@ -12,7 +12,7 @@ use POSIX 'strftime';
 my ($version, $time, $folder, $thirdParty) = @ARGV;
 defined $thirdParty or die "bill-of-materials.pl <version> <time> <folder> <THIRD-PARTY.md>\n";
 
-# id | name, as in THIRD-PARTY.md | Debian package whose version it has | terms | source package
+# id | name, as in THIRD-PARTY.md | Debian package whose version it has, or - for that of THIRD-PARTY.md | terms | source package
 my $components = <<'TABLE';
 libxml2   | libxml2         | -                        | MIT                                              | libxml2
 sqlite    | SQLite          | -                        | blessing                                         | sqlite3
@@ -66,7 +66,7 @@ for my $path (sort @paths) {
 }
 @files or die "$folder has no files\n";
 
-# The checksum of the checksums of all files, as the format defines it.
+# The checksum of the checksums of all files except the bill, as the format defines it.
 my $code = Digest::SHA::sha1_hex(join '', sort @sums);
 unshift @packages, {
     SPDXID => 'SPDXRef-ZELT', name => 'ZELT', versionInfo => $version, supplier => 'Organization: The ZELT developers',

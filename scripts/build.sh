@@ -39,5 +39,6 @@ BuildPreset()
     Step "build-$preset" "Building for $preset" cmake --build "build/$preset" ${1:+--target "$@"}
 }
 
-# Builds what is shipped and measured, without the checks that the tests' programs have, in build/release.
+# BuildRelease [target...]: builds the 32-bit ZELT and zeltctl as they are shipped, and the targets, in build/release: without the
+# standard library's checks, which the tests' programs have.
 BuildRelease() { BuildPreset release zelt zeltctl "$@"; }

@@ -1,4 +1,5 @@
-# The checks that need no build and take a minute: formatting, scripts, sources. Any finding is a failure. Sourced by ./dev.
+# The checks that need no build and take a minute: formatting, settings, scripts, sources. Any finding is a failure. Sourced by
+# ./dev.
 
 # The project's files with these names, including new ones; outside a checkout, all such files outside ./build.
 Files()

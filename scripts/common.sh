@@ -89,7 +89,7 @@ Await()
 declare -A started startedAt
 
 # ShowProgress <log> <what is done> <when it was started>: shows, on a terminal, the share that a build reports in its log as
-# [done/all], and the time left if the rest goes at the same speed.
+# [done/all], and the time left if the rest goes at the same speed; without such a report, the time that has passed.
 ShowProgress()
 {
     trap - EXIT ERR
@@ -122,7 +122,7 @@ AtExit EndSteps
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 
-# Ends the script if another ./dev runs in this tree: commands that call this share the build folder.
+# Ends the script if another ./dev that has called this still runs in this tree: they share the build folder.
 LockTree()
 {
     mkdir -p build

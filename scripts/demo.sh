@@ -13,7 +13,7 @@ demoRuns64=(
     "wide-property11|0|ZeltSample.PropertyPackageManager|ZELT64.PropertyPackageManager|Aromatics|64-bit CAPE-OPEN 1.1 property package"
 )
 
-# The flowsheet: PRAVIK around the sample mixer with heater, whose streams the first package calculates. The parameters differ
+# The flowsheet: PRAVIK around the sample mixer with heater, whose streams the first package calculates. These parameters differ
 # from the defaults, so that a loaded flowsheet shows that it loaded them.
 demoUnit=ZeltSample.MixerHeater
 demoLoggedUnit=PRAVIK.UnitOperation

@@ -26,7 +26,7 @@ TestOn()
     if [ ! -e "$folder/made" ]; then
         Step "$name" "Making a folder with Debian's $suite" MakeSystem "$folder" "$suite"
     fi
-    # The folder locks itself.
+    # The ./dev in the other system locks its own build folder.
     exec 8>&-
     unshare --mount --pid --fork --kill-child -- "$BASH" -c "$(declare -f InSystem); InSystem \"\$@\"" InSystem "$root" "$folder" || exit
 }
@@ -41,7 +41,7 @@ MakeSystem()
     touch "$1/made"
 }
 
-# InSystem <tree> <folder>: as the first process of its namespaces.
+# InSystem <tree> <folder>: runs the tests in the other system, as the first process of its namespaces.
 InSystem()
 {
     set -e

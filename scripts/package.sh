@@ -80,8 +80,8 @@ StageFiles()
     done
 }
 
-# WriteLists <stage> <folder>: writes the files and folders of the stage, and the classes that the build registers, as the macros
-# that the setup program inserts. So the setup program removes exactly what it has installed.
+# WriteLists <stage> <folder>: writes the files and folders of the stage, and the classes that the build registers, as macros
+# that the setup program inserts. So its uninstaller removes exactly what it has installed.
 WriteLists()
 {
     mkdir -p "$2"

@@ -49,7 +49,7 @@ MissingPackages()
     done <<<"$packageTable"
 }
 
-# InstallPackages <group...>: takes no time when nothing is missing.
+# InstallPackages <group...>: installs the packages of these groups that are missing.
 InstallPackages()
 {
     command -v dpkg-query >/dev/null || Fail "./dev installs Debian packages, and this is not a Debian system."

@@ -1,4 +1,4 @@
-# Two builds of the current commit, in folders with different names, must give the same program. Sourced by ./dev.
+# Two builds of the current commit, in folders with different names, must give the same programs. Sourced by ./dev.
 
 Reproduce()
 {

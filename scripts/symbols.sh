@@ -30,7 +30,7 @@ Symbols()
     done
 }
 
-# SymbolFile <program> <zip>: prints the path of its symbols.
+# SymbolFile <program> <zip>: prints the path of the program's symbols, taken from the zip if there is one.
 SymbolFile()
 {
     local known file

@@ -1,5 +1,5 @@
-# The test of the setup program and of the portable zip, silent, in its own Wine prefix. It compares the files and the registry
-# before and after each step with what the step should change. Sourced by ./dev.
+# The test of the setup program, in silent mode, and of the portable zip, in its own Wine prefix. Most steps compare the files and
+# the registry before and after with what should change. Sourced by ./dev.
 
 programsFolder='C:\Program Files (x86)\ZELT'
 uninstallKey='Software\Microsoft\Windows\CurrentVersion\Uninstall\ZELT'
@@ -60,7 +60,8 @@ ExitsAs()
     Exits "$1" cmd /c "$(WindowsPath "$testFolder/line.bat")"
 }
 
-# Snapshot <name>: every file and folder outside the Windows folder, with a checksum, and every key and value below Software.
+# Snapshot <name>: every file, with its checksum, and every folder, except in the Windows folder and in folders named Temp; and
+# every key and value below Software.
 Snapshot()
 {
     (
@@ -80,8 +81,9 @@ Snapshot()
 Added() { LC_ALL=C comm -13 <(LC_ALL=C sort "$testFolder/$2.$1") <(LC_ALL=C sort "$testFolder/$3.$1"); }
 Removed() { Added "$1" "$3" "$2"; }
 
-# OnlyStandardLibraryStays <before> <after>: after an installation was added and removed, only the libraries of the standard are
-# left, and nothing was lost. Interfaces of the standard are those whose key names one of its libraries.
+# OnlyStandardLibraryStays <before> <after>: after an installation was added and removed, only the libraries of the standard and
+# what belongs to the user are left, and nothing was lost. Interfaces of the standard are those whose key names one of its
+# libraries.
 OnlyStandardLibraryStays()
 {
     local libraries='\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2\}|\{2420CB0D-25D7-4862-9042-7D4924695D68\}' rest interfaces
@@ -99,7 +101,7 @@ libraryFolder='Common Files/CAPE-OPEN(/cape-open(-thermo-context)?-1\.[01]\.tlb)
 keptFiles='Desktop/ZELT logs'
 keptKeys='^HKEY_CURRENT_USER\\Software\\(ZELT(\\64-bit)?|BRIX)( \||$)'
 
-# An older version, without ZELT64 and with a file that the current one no longer has.
+# An older version, without the 64-bit programs and with a file that the current one no longer has.
 MakeOlderSetup()
 {
     local stage=$testFolder/older
@@ -211,7 +213,7 @@ ZeltRuns()
     return 1
 }
 
-# WaitUntil <command...>: waits at most ten seconds.
+# WaitUntil <command...>: waits until the command succeeds, at most about ten seconds.
 WaitUntil()
 {
     local waited
@@ -346,7 +348,7 @@ Uninstall()
     local path
     path=$(Wine winepath -u "$1" | tr -d '\r')
     WaitUntil Gone "$path" || Complain "This is still there: $(find "$path")"
-    # It does one last thing after removing the files.
+    # The copy needs a moment more to end.
     sleep 0.5
 }
 
@@ -381,14 +383,15 @@ TestUserInstall()
     OnlyStandardLibraryStays before after
 }
 
-# SearchPath <key>: the path, of any length; nothing if there is none.
+# SearchPath <key>: the line with the path, of any length, from registry-lines.pl; nothing if there is none.
 SearchPath()
 {
     Wine reg export "$1" "$(WindowsPath "$testFolder/path.reg")" /y >&2
     perl scripts/registry-lines.pl "$testFolder/path.reg" | grep -i ' | "Path"=' || true
 }
 
-# Tests a path that is longer than the texts of a setup program can be, and a version that replaces one that was put on the path.
+# Tests a path that is longer than the texts of a setup program can be, and setup without the switch over an installation that is
+# on the path.
 TestSearchPath()
 {
     local folder key='HKCU\Environment' long before added
@@ -405,7 +408,7 @@ TestSearchPath()
     Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser /Path
     added=$(SearchPath "$key")
     Equal 'path with the switch' "${before%\"};${folder//\\/\\\\}\"" "$added"
-    # The next version keeps it.
+    # Setup without the switch keeps it.
     Exits 0 "$(WindowsPath "$setupProgram")" /S /CurrentUser
     Equal 'path of the next version' "$added" "$(SearchPath "$key")"
     Equal OnPath 0x1 "$(Value "HKCU\\$uninstallKey" OnPath)"

@@ -1,4 +1,5 @@
-# Every test: of both architectures under Wine, and of the commands for logs on this system, with sanitizers. Sourced by ./dev.
+# Every test: of both architectures under Wine, and of the commands for logs and recordings on this system, with sanitizers.
+# Sourced by ./dev.
 
 # step | Wine prefix | build | which of its tests. All runs of the step "alone" take place at the same time. Tests labelled
 # "together" share nothing of the system and run two at a time. The others need the registry, the server and the windows of a
@@ -87,7 +88,8 @@ ReportedNumber()
     echo "${BASH_REMATCH[1]}"
 }
 
-# The last line of ./dev test: the total of all runs. Fails when a test failed or a report is missing.
+# Summarise <whether a run failed>: the last line of ./dev test, the total of all runs. Fails when a run or a test failed or a
+# report is missing.
 Summarise()
 {
     local total=0 failures=0 skipped=0 report number

@@ -10,7 +10,8 @@ export WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
 export WINEARCH=win64
 
-# UseLastingPrefix: the prefix build/wine/ctest, made when missing. For programs that ctest starts without ./dev.
+# UseLastingPrefix: the prefix build/wine/ctest, made unless this version of Wine has made it. For programs that ctest starts
+# without ./dev.
 UseLastingPrefix()
 {
     local version
@@ -42,7 +43,7 @@ CopyTemplate()
     done
 }
 
-# NeedTemplatePrefix: makes the template unless this version of Wine has made it. Changes WINEPREFIX.
+# NeedTemplatePrefix: makes the template unless this version of Wine has made it. Making it changes WINEPREFIX.
 NeedTemplatePrefix()
 {
     local version

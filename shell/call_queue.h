@@ -13,7 +13,7 @@ namespace zelt {
 
 class CallQueue {
 public:
-    // Acts on the calling thread, which must be a single-threaded apartment.
+    // Acts on the calling thread, which must be in a single-threaded apartment.
     CallQueue();
     ~CallQueue();
     CallQueue(const CallQueue&) = delete;

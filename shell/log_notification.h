@@ -1,5 +1,4 @@
-// The notification "Logging to ..." beside the clock, for users who want to know where a log goes when no dialog asked them. Main
-// thread only.
+// The notification "Logging to ..." beside the clock, for users who want to see where each log goes. Main thread only.
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,6 @@
-// The server process: its apartment, its start, its message loop and its end. One instance, which wWinMain makes first
-// and destroys last. It owns the shutdown event and the shared image list; windows and COM objects only hold
-// server-process references, and the process ends when the last is released.
+// The server process: its apartment, its start, its message loop and its end. One instance, which lives in wWinMain. It owns
+// the shutdown event and the shared image list; windows and COM objects only hold server-process references, and the process
+// ends when the last is released.
 #pragma once
 
 #include <windows.h>

@@ -18,7 +18,7 @@ inline constexpr wchar_t kUnitOperationCategory[] = L"{678c09a5-7d66-11d2-a67d-0
 struct ComponentInfo {
     CLSID classId;
     std::wstring displayName;  // with the description if there is one
-    std::wstring name;         // without it
+    std::wstring name;         // as registered; displayName if there is none
     // Why a process of the searched width cannot use the component; empty when nothing is known against it.
     std::wstring obstacle = {};
 };
@@ -40,7 +40,7 @@ struct ClassSources {
     int width = kThisEdition.width;  // of the process
 };
 
-// The classes that a process of that width finds.
+// Where a process of that width finds its classes.
 ClassSources InstalledClasses(int width = kThisEdition.width);
 
 // What the registry says about a class, whatever its categories; nothing if it is not registered, or only for the other width.

@@ -6,7 +6,7 @@
 namespace zelt {
 
 // The text of the exception that is being handled: "out of memory", the exception's own text, or "an unexpected error". Never
-// throws: it is empty when memory runs out.
+// throws: the text is empty when there is no memory for it.
 std::wstring TextOfException() noexcept;
 
 }  // namespace zelt

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kOwnWidth = 8 * sizeof(void*);
 
-// The environment variables that differ by width, and for each of them the two variables that hold its 32-bit and its 64-bit
-// value in every process.
+// The environment variables for folders that differ by width, and for each of them the two variables that hold its 32-bit and
+// its 64-bit value in every process.
 struct Variable {
     std::wstring_view name;
     const wchar_t *for32, *for64;

@@ -10,7 +10,8 @@ namespace zelt {
 // The text with the names of environment variables replaced by their values in a process of that width.
 std::wstring ExpandedFor(int width, const std::wstring& text);
 
-// A path by which this process reaches the file that a process of that width finds under `name`; `name` itself if there is none.
+// A path by which this process reaches the file that a process of that width finds under `name`. Looks for a bare name in the
+// system folder of that width, then where this process looks for libraries. Returns `name` itself if it finds nothing.
 std::wstring LibraryPathFor(int width, const std::wstring& name);
 
 }  // namespace zelt

@@ -1,4 +1,5 @@
-// ICapeThermoCompounds of a proxy: the compounds of a material object or property package and their constants.
+// ICapeThermoCompounds of a proxy: the compounds of a material object or property package, their constants, and their
+// properties that depend on temperature or pressure.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -17,7 +17,7 @@ namespace zelt {
 
 std::span<const PartRow> InterfaceRows()
 {
-    // ICapeCollection is missing: only the classes of collections know which kind of object each holds.
+    // ICapeCollection has rows but no entry, because only the classes of collections know which kind of object each holds.
     // clang-format off
     static const PartRow kRows[] = {
         PartOf<ICapeUtilities,                 LoggedUtilities>(),

@@ -1,4 +1,4 @@
-// The table for SetPartsOnDemand: the interfaces of the standard that have rows, whichever proxy class they belong to.
+// The table for SetPartsOnDemand: the interfaces of the standard whose rows any proxy can use.
 #pragma once
 
 #include <span>

@@ -1,5 +1,5 @@
-// ICapeThermoMaterialContext of a package's proxy: the material that the package works on, wrapped on its way in, so that the
-// package's calls on it are logged until the package releases it.
+// ICapeThermoMaterialContext of a package's proxy: the material that the package works on. In a logged call it is wrapped
+// on its way in, so that the package's calls on it are logged until the package releases it.
 #pragma once
 
 #include "core/logged_interface.h"

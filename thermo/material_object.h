@@ -1,6 +1,6 @@
-// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream. Made wherever one crosses a proxy. The
-// object's generation is given at the start, or fixed by the first family of interfaces that is used; a call through the other
-// family is logged as an error, but still forwarded.
+// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream. Made where a row wraps one. The
+// object's generation is given at the start, or fixed by the first logged call that uses the interfaces of one; a logged call
+// through those of the other is an error in the log, but still forwarded.
 #pragma once
 
 #include "core/exposed_object_base.h"
@@ -23,7 +23,7 @@ public:
 
 protected:
     IDispatch* ScriptInterface() override { return &material; }
-    // A material that starts as 1.0, or that has no 1.1 interface, answers scripts as 1.0.
+    // A material that starts as 1.0, or that lacks ICapeThermoMaterial, answers scripts as 1.0 if it can.
     IDispatch* ChooseScriptInterface() override;
 
 private:

@@ -1,5 +1,5 @@
 // CMaterialTemplate: the proxy of a template of material objects. The materials made from it start with the generation that the
-// root of its tree serves; when that is unset, the first call decides.
+// root of its tree serves; when that is unset, the material's first logged call decides.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -1,5 +1,5 @@
 // CPropertyPackage10: the proxy of a CAPE-OPEN 1.0 property package, and the root of its logged tree. The material that most
-// methods work on is wrapped on its way in, anew for each call.
+// methods work on is wrapped on its way in, anew for each logged call.
 #pragma once
 
 #include "core/exposed_object_base.h"

@@ -1,4 +1,4 @@
-// The unit operations on this computer, which PRAVIK can wrap.
+// The unit operations that are installed on this computer.
 #pragma once
 
 #include <vector>
@@ -10,7 +10,7 @@ namespace zelt {
 struct InstalledUnits {
     std::vector<ComponentInfo> found;
     Outcome outcome;                               // of the search
-    std::vector<ComponentInfo> ofOtherWidth = {};  // those that this process cannot use
+    std::vector<ComponentInfo> ofOtherWidth = {};  // registered for the other width only, and not usable here
 };
 
 // All except the program's own. Searched for once per process, on the first request.

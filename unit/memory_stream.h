@@ -1,7 +1,7 @@
 // CStreamImpl: the stream in memory between a unit operation and the simulator's stream. It serves one save or one load; its
-// creator says which, and frees the data at the end, so that a unit that keeps the stream longer can no longer read or write. Its
-// messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Zeroed memory
-// comes from calloc, which does not touch large blocks: a size that a stream merely claims costs nothing.
+// creator says which, and frees the data at the end, so that a unit that keeps the stream longer can no longer read or write.
+// Its messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Zeroed
+// memory comes from calloc, which does not touch large blocks: a size that a stream merely claims costs no memory.
 #pragma once
 
 #include <windows.h>
@@ -33,7 +33,7 @@ public:
     void End();
 
     BYTE* Data() const { return data.get(); }
-    // How far writing has progressed.
+    // The highest position that writing or seeking has reached.
     std::uint32_t UsedLength() const { return used; }
 
     IStream* Stream() { return &stream; }

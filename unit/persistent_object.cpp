@@ -167,7 +167,7 @@ STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirt
     return call.Close(result, owner.ErrorSource());
 }
 
-// Whatever the result, the element is closed as after a success: to a reader of the log, none of the results is a failure.
+// The element is always closed as after a success, even if the caller gets a failure code.
 STDMETHODIMP PersistentObject::Persistence::IsDirty()
 {
     if (!owner.Admits("IPersistStreamInit::IsDirty")) return RPC_E_WRONG_THREAD;

@@ -59,7 +59,7 @@ private:
     IPersistStream* PersistStream() const { return static_cast<IPersistStream*>(persistStream.Get()); }
     IUnknown* ErrorSource() const;
 
-    // Calls a method of the object's persistence; returns nothing when it has none. The two interfaces share their methods.
+    // Calls a method of the object's persistence; returns nothing when it has none. Both interfaces have these methods.
     template <class Method>
     std::optional<HRESULT> CallPersistence(LoggedCall& call, Method method) const
     {

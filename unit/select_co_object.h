@@ -13,7 +13,7 @@ namespace zelt {
 
 class CSelectCOObject final : public Dialog {
 public:
-    // Searches for the components; when the registry cannot be read, tells the user, and lists nothing.
+    // Searches for the components. If the search fails, tells the user; the list is then incomplete.
     CSelectCOObject(std::wstring title, const wchar_t* category, REFCLSID leftOut,
                     const ClassSources& sources = InstalledClasses());
 

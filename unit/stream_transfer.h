@@ -1,5 +1,5 @@
-// Reading and writing other people's streams, all or nothing. Calls the streams under the guard, in pieces, so that no more
-// memory is touched or marshalled than there are data.
+// Reading and writing other people's streams: the full number of bytes, or a failure. Calls the streams under the guard, in
+// pieces, so that a false count touches and marshals at most one piece too many.
 #pragma once
 
 #include <windows.h>

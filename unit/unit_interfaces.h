@@ -1,5 +1,5 @@
-// The interfaces of a logged unit operation that are forwarded row by row. The rows of methods that change the unit have
-// ChangesObject before the arguments.
+// The interfaces that the proxy of a unit operation declares besides those of its base. The rows of methods that change the
+// unit have ChangesObject before the arguments.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -19,7 +19,7 @@ namespace zelt {
 
 namespace {
 
-// The name until the simulator gives another. A unit that still has it is made as configured, without asking.
+// The name until the simulator gives another. A unit that still has it is made as configured, if the user has configured one.
 constexpr char kInitialName[] = "Unit Operation";
 
 constexpr ProxyTraits kTraits = {

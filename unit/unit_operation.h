@@ -1,7 +1,7 @@
 // CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, and that does no engineering of its own. It
-// makes the unit operation that the user has configured or selects, or that was saved, forwards every call to it and logs it. It
-// is the root of its logged tree, and exists before the unit that it wraps: until InitNew or Load has made that unit, it logs
-// calls and answers them as a proxy without an object does.
+// makes the unit operation that the user has configured or selects, or that was saved, forwards calls to it and logs them. It
+// is the root of its logged tree, and exists before the unit that it wraps: until InitNew, Load or Initialize has made that
+// unit, it logs calls and answers them as a proxy without an object does.
 #pragma once
 
 #include "system/edition.h"
@@ -13,7 +13,7 @@ namespace zelt {
 
 inline constexpr const CLSID& kUnitOperationClass = kThisEdition[OwnClass::UnitOperation].classId;
 
-// Makes a unit operation, asks for the place of its log, and returns its interface `iid`.
+// Makes a unit operation, opens its log, and returns its interface `iid`.
 [[nodiscard]] HRESULT CreateUnitOperation(REFIID iid, void** result);
 
 class CUnitOperation : public PersistentObject {
@@ -21,7 +21,8 @@ public:
     // `options` is borrowed and outlives the unit. There is no log until OpenOwnLog.
     explicit CUnitOperation(LogOptions& options = TheLogOptions());
 
-    // Asks the user, as the options require, where the log goes. Without an answer the unit runs without a log.
+    // Reads the options, and opens the log where they or the user say. If that fails, or the user declines, the unit runs
+    // without a log.
     void OpenOwnLog();
 
     HRESULT RequireObject(LoggedCall& call) override;

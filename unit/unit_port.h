@@ -1,6 +1,7 @@
-// CUnitPort: the proxy of a unit operation's port. It replaces what the simulator connects by a proxy of the kind that the port's
-// type requires, so that the log shows what the unit does with its streams; asked what is connected, the port returns the
-// simulator's own object. An object at an inlet is read-only to the unit. Without a document nothing is wrapped.
+// CUnitPort: the proxy of a unit operation's port. It replaces what the simulator connects by a proxy of the kind that the
+// port's type requires, so that the log shows what the unit does with its streams; asked what is connected, the port returns
+// the simulator's own object. An object at an inlet is read-only to the unit. Without a document, connected objects are
+// not wrapped.
 #pragma once
 
 #include "core/exposed_object_base.h"

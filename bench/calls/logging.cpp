@@ -33,8 +33,8 @@ std::vector<std::string_view> Entries(std::string_view text)
     return entries;
 }
 
-// How many bytes a call adds to a recording whose tables already have its texts. They are written in two pieces: before the
-// call enters the object, and when the call ends.
+// How many bytes a call adds to a recording whose tables already have its texts. The bytes are written in two pieces: before
+// the call enters the object, and when the call ends.
 template <class Call>
 std::size_t RecordedBytesOfACall(Call&& call)
 {

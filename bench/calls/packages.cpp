@@ -99,7 +99,7 @@ void MeasurePackages()
     const _bstr_t name(L"Package");
     PrintTitle("Packages made, used and released in process, logging off (floor: made directly)");
     MeasureRow(
-        // Making a package reads the user's options again, with a system call for each, so it may add a millisecond.
+        // Making a package reads the user's options again, with a system call for each, so each package may add a millisecond.
         "100 packages", kPairs, {1.3, "ms", 1, kPackages * 1.0},
         [] {
             return Time([](ComPtr<IDispatch>* package) {

@@ -6,7 +6,8 @@ namespace zelt::bench {
 // A call through a proxy that logs nothing, compared with a forwarder that only guards.
 void MeasureForwarding();
 
-// A logged call, compared with writing the same bytes ready-made.
+// A call that is logged or recorded, compared with writing the same bytes ready-made; and one that is both, compared with one
+// after the other.
 void MeasureLogging();
 
 // Time per entry and memory while a log grows to `entries`.

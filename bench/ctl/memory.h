@@ -5,7 +5,8 @@
 
 namespace zelt::bench {
 
-// Runs the program with this command line, discards its output, and returns its peak private memory in bytes.
+// Runs the program with this command line and discards its output. Looks every few milliseconds, and returns the most private
+// memory that it saw, in bytes. Throws std::runtime_error.
 double PeakMemory(const std::wstring& commandLine);
 
 }  // namespace zelt::bench

@@ -1,4 +1,5 @@
-// How long it takes to read a log as events and with zeltctl's commands, compared with a bare scan for tags over the same file.
+// How long it takes to read a log as events and with zeltctl's commands, compared with a bare scan for tags over the same file;
+// and how much memory the commands need, for logs and for recordings.
 // The times are processor times, so the machine may be busy. The program fails when a goal is missed. Usage: bench_logs
 // [--quick] [--large] [word]. --quick measures fewer pairs, --large takes files of 1000 MB. The word selects the commands for
 // logs that begin with it; "events" selects the reading of events, "recording" the commands for recordings.

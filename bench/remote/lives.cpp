@@ -18,7 +18,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The total private memory of all processes of this program, in bytes. This includes unrelated surrogates: only
+// The total private memory of all processes that run `program`, in bytes. This includes unrelated surrogates: only
 // the growth counts.
 double MemoryOf(const wchar_t* program)
 {

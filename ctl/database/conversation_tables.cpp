@@ -25,8 +25,8 @@ std::optional<double> RealOf(std::string_view text)
     return number;
 }
 
-// Readers of a database expect UTF-8; names in a recording are in the code page of the computer that made it. A text that is not
-// valid UTF-8 keeps only its ASCII characters.
+// Readers of a database expect UTF-8; some texts in a recording are in the code page of the computer that made it. A text that
+// is not valid UTF-8 keeps only its ASCII characters.
 std::string Readable(std::string_view text)
 {
     std::string readable(text);
@@ -102,7 +102,7 @@ void ConversationTables::Finish()
 
 void ConversationTables::LeftOpen(int line)
 {
-    // More than a log can leave open: the reader lets elements nest 255 deep.
+    // The limit is above what a log can leave open: the reader lets elements nest 255 deep.
     if (leftOpen.size() < kMostLeftOpen) leftOpen.push_back(line);
 }
 

@@ -13,7 +13,8 @@
 namespace zelt::ctl {
 
 struct CallTiming {
-    // In nanoseconds. `start` counts from the start of the first call; `inside` is the time spent in the called object.
+    // In nanoseconds. `start` counts from the start of the first call; `inside` is the time spent in the called object and in
+    // the calls that it made.
     std::uint64_t start, duration, inside;
     bool hasFailed;
 };
@@ -34,7 +35,7 @@ public:
     void Begin(const LogEvent& event) override;
     void End(EventKind kind, int depth) override;
     bool WantsLines() const override { return true; }
-    // For each element that a damaged log leaves open, End is called first, and then this.
+    // Called for each element that a damaged log leaves open, after the calls of End.
     void LeftOpen(int line) override;
 
 private:

@@ -1,4 +1,4 @@
-// What doctor examines, one function for each area. Each appends its findings, and changes nothing.
+// What doctor examines, one function for each area. Each appends its findings, and fixes nothing.
 #pragma once
 
 #include "ctl/doctor/finding.h"
@@ -10,10 +10,10 @@ namespace zelt::ctl {
 void CheckRegistration(const Installation& installation, Findings& findings);
 // The type libraries with which COM carries calls between processes, their files, and each of their interfaces.
 void CheckLibraries(const Installation& installation, Findings& findings);
-// The packages that the edition exports: whether the edition can create each one, and whether the manager that a package comes
-// from still lists it. Starts these managers.
+// The list of the packages that the edition exports, whether the edition can create each one, and whether the manager that a
+// package comes from still lists it. Starts these managers.
 void CheckPackages(const Edition& edition, Findings& findings);
-// Whether logs can be written, and whether PRAVIK can create its unit operation.
+// Whether the automatic folder of logs can be written to, and whether PRAVIK can create the unit operation that it is set to.
 void CheckLogging(Findings& findings);
 
 }  // namespace zelt::ctl

@@ -9,8 +9,9 @@
 
 namespace zelt::ctl {
 
-// Returns false and adds a finding when the class or its file is missing, or the library is for programs of another width than
-// the edition. `owner` begins the finding's first clause, for example "The exported package \"X\""; `effect` is its effect.
+// Returns false and adds a finding when the edition cannot use the class, for example because its file is missing or is a
+// library of the other width. `owner` begins the finding's `wrong`, for example "The exported package \"X\""; `effect` begins
+// its `effect`.
 bool CheckServer(const Edition& edition, REFCLSID classId, const std::string& owner, const std::string& effect,
                  Findings& findings);
 

@@ -43,7 +43,7 @@ constexpr Command kDoctorCommands[] = {
 };
 // clang-format on
 
-// An installation, and what is wrong with it. Findings about what both editions share are with the first one.
+// An installation, and what is wrong with it. Findings about what both editions share are with one of them.
 struct Examined {
     Installation installation;
     Findings findings;

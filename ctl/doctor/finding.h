@@ -8,11 +8,11 @@
 
 namespace zelt::ctl {
 
-// What --fix does about a finding. It never changes what other programs rely on.
+// What --fix does about a finding.
 enum class Fix {
     None,
     Register,     // registers ZELT again
-    LibraryFile,  // writes the file of a type library of the standard again
+    LibraryFile,  // writes the files of the standard's type libraries again
     RewriteList,  // writes the list of packages again, without the entries that cannot be read
 };
 

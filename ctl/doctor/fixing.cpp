@@ -72,7 +72,7 @@ void FixFindings(const Findings& findings, const Installation& installation, Out
             messages << "zeltctl: " << failure.what() << '\n';
         }
     };
-    // Files come first: registration needs those of libraries that are already registered, and does not write them.
+    // Registration does not write the files of libraries that are already registered.
     fix(Fix::LibraryFile, [&] { WriteLibraryFiles(installation); });
     fix(Fix::Register, [&] { RunRegistration(installation); });
     fix(Fix::RewriteList, [&] { RewriteList(installation); });

@@ -12,7 +12,7 @@ struct Installation {
     const Edition* edition = &kThisEdition;
     bool registered = false;  // whether any of its classes is registered
     Scope scope = Scope::Machine;
-    std::wstring server;  // the program that the classes name; when they differ, one that exists; may be empty
+    std::wstring server;  // the program that the classes name; when they differ, one that exists, if any; may be empty
     // The program that --fix registers: `server`, or else the edition's program beside this one; may be empty.
     std::wstring registrable;
     std::string version;  // of `registrable`, or else of this program
@@ -30,7 +30,7 @@ std::string InstallAgain(const Installation& installation);
 // The user's entry, else the machine's.
 FoundEntry LookUpEffective(REGSAM view, const std::wstring& key, const std::wstring& value);
 
-// " in the 64-bit view of the registry", or nothing where there is one view.
+// " in the 64-bit view of the registry", for example; empty for the view 0.
 std::string InView(REGSAM view);
 
 std::string OwnVersion();

@@ -95,7 +95,8 @@ void CheckFile(const Installation& installation, const CheckedLibrary& library, 
 
 enum class InterfaceState { Sound, Missing, WithoutMarshaller, WithoutLibrary };
 
-// Tells whether type libraries are registered. Remembers the answers, because hundreds of interfaces name the same few libraries.
+// Tells whether type libraries are registered. Remembers the answers, because hundreds of interfaces name the same few
+// libraries.
 class RegisteredLibraries {
 public:
     bool Contain(REGSAM view, const std::wstring& path)
@@ -133,7 +134,7 @@ std::string Names(const std::vector<std::string>& names)
     return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
 }
 
-// A library that is itself not registered is reported once, and not again for each of its interfaces.
+// If the library itself is not registered, which the caller reports, interfaces are not reported for lacking a library.
 void CheckInterfaces(const Installation& installation, const CheckedLibrary& library, REGSAM view,
                      bool libraryRegistered, Findings& findings)
 {
@@ -156,8 +157,8 @@ void CheckInterfaces(const Installation& installation, const CheckedLibrary& lib
         if (row.state == InterfaceState::WithoutLibrary && !libraryRegistered) continue;
         const std::vector<std::string>& names = members[row.state];
         if (names.empty()) continue;
-        // Registration adds interfaces of the standard that are missing, but leaves alone what other programs have registered for
-        // them.
+        // Registration adds interfaces of the standard that are missing, but leaves alone what other programs have registered
+        // for them.
         const bool fixable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
                             fixable ? RegisterAgain(installation)
@@ -189,7 +190,7 @@ void CheckLibrary(const Installation& installation, const CheckedLibrary& librar
 
 void CheckLibraries(const Installation& installation, Findings& findings)
 {
-    // When the program is not registered at all, its libraries are missing, too; the finding about the program is enough.
+    // When the program is not registered at all, the finding about that is enough.
     if (!installation.registered) return;
     const std::size_t first = findings.size();
     CheckLibrary(installation, ReadLibrary(kOwnLibrary, nullptr), findings);

@@ -1,4 +1,4 @@
-// Checks the exported packages. A manager is asked once, however many of its packages are exported.
+// Checks the packages that an edition exports. A manager is asked once for each kind of package, however many it has there.
 #include <algorithm>
 #include <map>
 #include <optional>

@@ -1,4 +1,4 @@
-// add: what the dialog for exporting a package does.
+// add: what the dialog for exporting a package does; also exports recordings.
 #include <algorithm>
 #include <filesystem>
 #include <memory>

@@ -1,5 +1,5 @@
-// discover: lists what the dialogs for exporting a package list, with the packages of every manager, and the unit operations.
-// Each component is shown with the widths that it can be used in, or the reason why it cannot be used.
+// discover: lists the installed packages, the managers with their packages (unless --no-packages was given), and the unit
+// operations. Each component is shown with the widths that it can be used in, or the reason why it cannot be used.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -73,7 +73,7 @@ private:
     Streams& streams;
 };
 
-// Writes an object for each component and width.
+// Writes an object for each component and width, and one for a component that cannot be used.
 class JsonReport {
 public:
     explicit JsonReport(Streams& streams) : out(streams.data), json(out) { json.BeginArray(); }

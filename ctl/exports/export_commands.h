@@ -1,5 +1,5 @@
-// The commands for what ZELT exports and how it logs. They do what ZELT's main window does, with the same code for the stored
-// list, the search and the options. Only for Windows. They change the list only while no process of ZELT holds it.
+// The commands for what ZELT exports and how it logs. They do what ZELT's main window does, and more, with the same code for
+// the stored list, the search and the options. Only for Windows. They change the list only while no process of ZELT holds it.
 #pragma once
 
 #include <span>

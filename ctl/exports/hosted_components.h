@@ -1,5 +1,5 @@
-// The installed components, each with the editions of ZELT that can host it: an in-process component of one width has one; a
-// component that runs as a separate program, or exists in both widths, has two.
+// The installed components, each with those of the given editions of ZELT that can host it: at most one for an in-process
+// component of one width; both are possible for a component that runs as a separate program, or exists in both widths.
 #pragma once
 
 #include <vector>

@@ -1,6 +1,6 @@
 // Asks a manager component for the names of its packages in a separate process. That process has the width that the manager
-// needs, and a manager that crashes or ends its process takes nothing else with it. The program is zeltctl itself, or the zeltctl
-// of the other width beside it; the process ends with this one.
+// needs, and a manager that crashes or ends its process takes nothing else with it. The program is zeltctl itself, or the
+// zeltctl of the other width beside it; the process ends with this one.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// What a command needs from Windows while it runs: COM on its thread, and guards around other people's components. There are no
-// message boxes, since there may be nobody to answer them: a failure that would show one ends the command instead.
+// What a command needs from Windows while it runs: COM on its thread, and the preparation of guarded calls. There are no
+// message boxes, since there may be nobody to answer them: Require throws where the main window would show one.
 #pragma once
 
 #include <windows.h>

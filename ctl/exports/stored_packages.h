@@ -1,5 +1,5 @@
 // The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list;
-// until the command ends, other processes have to wait for the list. After a change, the list is read back.
+// until the command ends, other processes wait for the list, though only a few seconds. After a change, the list is read back.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace zelt::ctl {
 
-// The edition's list as it is stored, for a command that only reads it. Throws InputError.
+// The edition's list as it is stored, without waiting for other processes. Throws InputError.
 ExportedPackageList ReadPackages(const Edition& edition);
 
 // The one of `editions` that exports a package under that name. Throws Refusal unless there is exactly one.
@@ -22,9 +22,9 @@ public:
     explicit StoredPackages(const Edition& edition);
 
     ExportedPackageList& List() { return list; }
-    // The first package with that exported name. Throws Refusal.
+    // The first package with that exported name. Throws Refusal when there is none.
     std::size_t Find(const std::string& name);
-    // Throws InputError when the list that is read back is different.
+    // Throws InputError when the list cannot be written, or is different when it is read back.
     void Save();
 
 private:

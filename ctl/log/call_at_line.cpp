@@ -21,7 +21,7 @@ void CallAtLine::Begin(const LogEvent& event)
 void CallAtLine::End(EventKind kind, int)
 {
     // The reader does not say in which line an element ends. In what ZELT writes, each closing tag has a line of its own, so
-    // counting the tags gives the line. In other logs the count may be ahead; the line of the next element corrects it.
+    // counting the tags gives the line. In other logs the count may be wrong; the line of the next element corrects it.
     if (!settled && !hasEnded && closings.back() && ++current >= wanted) {
         hasEnded = true;
         calls = open;

@@ -21,7 +21,7 @@ namespace zelt::ctl {
 
 class CallFilter {
 public:
-    // Throws UsageError.
+    // Throws UsageError for an unknown direction.
     explicit CallFilter(const Arguments& arguments);
 
     // Whether any of the options was given.

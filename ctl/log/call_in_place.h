@@ -1,5 +1,5 @@
-// One call as a tree of text, in its place: the calls around it by their names, its arguments and messages, and the calls inside
-// it, by their names and messages or completely. Does not write the call's result.
+// One call as a tree of text, in its place: the calls around it by their names, its arguments and messages, and the calls
+// inside it, by their names, warnings and errors or completely. Does not write the call's result.
 #pragma once
 
 #include <vector>

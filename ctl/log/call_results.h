@@ -10,7 +10,7 @@
 
 namespace zelt::ctl {
 
-// Any further arguments of a call are left out. No method has as many, but a forged log may.
+// Any further arguments of a call are left out. No method has that many, but a call in a forged log may.
 inline constexpr std::size_t kMostArguments = 32;
 
 // A failure is the result that the caller got, from the callee or from the proxy in its place; a violation is a rule of the

@@ -1,5 +1,5 @@
-// A call in brief: which arguments it had, and what matters about their values, however many there are. The rules of conduct
-// judge by it.
+// A call in brief: which arguments it had, and what matters about their values, however many there are. Several rules of log
+// check judge by it.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ struct ArgumentSummary {
     std::string first;  // the first value, without quotes; only its beginning if it is long
     int line = 0;
     int count = 0;       // of the values
-    int notANumber = 0;  // the line of the first N/A or infinity among them; 0 when there is none
-    double sum = 0;      // of the values that are numbers
+    int notANumber = 0;  // the line of the first N/A, NaN or infinity among them; 0 when there is none
+    double sum = 0;      // of the values that are finite numbers
     double least = 0, most = 0;
     bool numbers = true;    // all values are numbers or N/A
     bool areWhole = false;  // the type is an integer type

@@ -96,7 +96,7 @@ void CallTexts::Begin(const LogEvent& event)
         call.arguments.back().inward = event.inward;
         call.arguments.back().line = event.line;
     } else if (event.kind == EventKind::Value) {
-        // The log has a VARIANT as a value that names its type and contains its content: take only the content.
+        // In a log, a VARIANT is a value that names its type and contains its content as another value: take only that.
         if (!call.arguments.empty() && !event.hasChildren) AddValue(call.arguments.back(), event.text);
     } else {
         call.result.Take(KindOfMessage(event));

@@ -1,4 +1,4 @@
-// log check: whether a log is complete, and which rules the simulator, the package, or both have broken.
+// log check: whether a log is complete, and which rules the simulator, the component, or both have broken.
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -168,7 +168,7 @@ private:
         std::string name, object;
     };
 
-    // Arguments belong in calls, values in arguments and in values.
+    // A call belongs in the root or in a call, an argument in a call, a value in an argument or in a value; messages are empty.
     void CheckPlace(const LogEvent& event)
     {
         const bool top = event.depth == 0;

@@ -16,7 +16,7 @@ constexpr double kSumTolerance = 1e-4;
 
 std::string InCall(const CallSummary& call) { return call.name + " (" + call.object + ')'; }
 
-// A caller may ask for errors, or name a component, at any time.
+// A caller may ask for errors, or use a component's name and description, before it initialises the component.
 bool IsAlwaysAllowed(std::string_view interfaceName)
 {
     return interfaceName.starts_with("ECape") || interfaceName == "ICapeIdentification";

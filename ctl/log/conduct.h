@@ -1,6 +1,6 @@
 // The rules of CAPE-OPEN conduct that a log can show to be broken. Objects are distinguished by their names in the log; when in
-// doubt, nothing is reported. What the simulator does to its own materials is in no log, so a property counts as unset only when
-// the log shows the whole life of the material, or that it was cleared.
+// doubt, nothing is reported. What the simulator does to its own materials is in no log, so a property counts as unset only
+// when the log shows the whole life of the material, or that it was cleared.
 #pragma once
 
 #include <map>
@@ -24,9 +24,9 @@ public:
 private:
     struct Life {
         int used = 0;         // the line of the first call that needs an initialised object
-        int initialized = 0;  // the lines of the latest Initialize and Terminate; 0 for none
-        int terminated = 0;
-        bool tried = false;  // Terminate was called and failed
+        int initialized = 0;  // the line of the latest Initialize that succeeded; 0 for none
+        int terminated = 0;   // the line of the latest Terminate since then that succeeded; 0 for none
+        bool tried = false;   // Terminate has been called since then and has failed
     };
     const ReportFinding& report;
     std::map<std::string, Life, std::less<>> lives;
@@ -59,7 +59,7 @@ private:
 
     const ReportFinding& report;
     std::map<std::string, Material, std::less<>> materials;
-    std::set<std::string, std::less<>> names;  // of all objects of the simulator so far
+    std::set<std::string, std::less<>> names;  // of the simulator's objects that have been called or created
 };
 
 // Finds a package that is used both as 1.0 and as 1.1.

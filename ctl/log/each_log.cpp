@@ -34,7 +34,7 @@ int AnswerInJson(const Arguments& arguments, const std::vector<std::string>& log
     bool first = true;
     for (const std::string& log : logs) {
         const int one = Attempt(streams, [&] {
-            // A log that cannot be read has no element.
+            // A file that is not a log has no element. Standard input cannot be tried beforehand.
             if (log != kStandardInput) RequireLog(log);
             out << (first ? "[\n{\"log\":" : ",\n{\"log\":");
             first = false;

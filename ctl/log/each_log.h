@@ -1,5 +1,6 @@
-// Commands that answer about one log, applied to all logs that the command line names. With more than one, each answer has a
-// heading, and JSON answers become the elements of an array. A log that cannot be read is reported, and the others are answered.
+// Commands that answer about one log, applied to all logs that the command line names. With more than one, answers in text have
+// headings, and each JSON answer is in an element of an array. A log that cannot be read is reported, and the others are
+// answered.
 #pragma once
 
 #include <string>
@@ -9,8 +10,8 @@
 
 namespace zelt::ctl {
 
-// How the answers about several logs are separated. Blocks have a heading each and an empty line between them. Findings have only
-// the headings, and none for a log without findings.
+// How text answers about several logs are separated. Blocks have a heading each and an empty line between them. Findings have
+// only the headings, and none for a log without findings.
 enum class Layout { Blocks, Findings };
 
 using AnswerAboutLog = int(const Arguments& arguments, const std::string& log, Streams& streams);
@@ -26,8 +27,8 @@ int EachLog(const Arguments& arguments, Streams& streams)
                           [&](Streams& own) { return AnswerAboutEachLog(arguments, own, Answer, kLayout); });
 }
 
-// The same for answers that are complete files. Only one fits into the output, so for several logs, the files go into the folder
-// that -o names. Each has its log's name and `ending`.
+// The same for answers that are complete files. Only one fits into the output, so for several logs, the files go into the
+// folder that -o names. Each is named after its log, with a number if that name is taken, and with `ending`.
 int WriteEachLog(const Arguments& arguments, Streams& streams, AnswerAboutLog& answer, const std::string& ending);
 
 template <AnswerAboutLog& Answer, std::string (&Ending)(const Arguments&)>

@@ -1,5 +1,5 @@
-// log errors: the errors and warnings with the calls that they concern, and what else the callee said about a failure. Repeated
-// warnings and system queries are only counted unless the user asks for them.
+// log errors: the errors and warnings with the calls that they concern, and what else the callee said about a failure. System
+// queries and, except in JSON, repeated warnings are only counted unless the user asks for them.
 #include <set>
 #include <string>
 #include <vector>
@@ -132,7 +132,7 @@ private:
             out.Number(argument.line, 12).Fill(indent) << argument.name << " = " << argument.Text() << '\n';
         }
     }
-    // Whether this is the first such warning in this method: those that differ only in objects or values count as the same.
+    // Whether this is the first such warning in this method; known sentences that differ only in objects or values are alike.
     bool IsNew(const LogEvent& event)
     {
         constexpr std::size_t kMost = 10'000;
@@ -166,7 +166,7 @@ private:
     LeftOut& leftOut;
     JsonWriter json;
     ReusedStack<OpenCall> open;
-    std::string detail;  // what the callee said last, until the failure that it is about
+    std::string detail;  // what the callee said last, kept until the next event that is not a suppression
     std::string said;    // the detail that belongs to the latest event
     long long found = 0;
     CallTexts texts;              // of the open calls, for their context

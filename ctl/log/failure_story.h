@@ -1,4 +1,4 @@
-// What log why knows about one failed call, and how it shows this on one screen.
+// What log why knows about a call that failed or never returned, and how it shows this on one screen.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ public:
     Latest(std::size_t most, std::size_t mostImportant) : most(most), mostImportant(mostImportant) {}
 
     void Add(LineText text, bool isImportant);
-    // Adds what `other` has, as if each of its lines had been added here.
+    // Adds the lines that `other` has kept, and counts those that it has left out.
     void Append(const Latest& other);
     // In the order of their lines.
     std::vector<LineText> Lines() const;
@@ -45,7 +45,7 @@ struct FailureStory {
     CallText call;
     std::vector<LineText> around;    // the calls that contain it
     std::vector<LineText> messages;  // the failure, and what else the callee said
-    std::vector<LineText> broken;    // broken rules, found by the log itself or by the rules of conduct
+    std::vector<LineText> broken;    // broken rules, found by the log itself or by the rules of log check
     std::vector<LineText> asked;     // as in Success, with the first failed ones
     long long askedTotal = 0;
     std::string material;
@@ -58,7 +58,7 @@ struct FailureStory {
     long long times = 1;
 };
 
-// "< Feed: GetOverallProp property = "temperature" -> 353.2": a nested call in one line.
+// "< Feed: GetOverallProp temperature = 353.2": a nested call in one line.
 std::string InOneLine(const CallText& call, bool isUnfinished);
 
 void Tell(const FailureStory& story, long long number, long long count, Output& out);

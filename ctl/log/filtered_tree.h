@@ -1,4 +1,4 @@
-// The calls that pass a filter, as a tree of text with everything directly inside them. What is outside of calls is shown only
+// The calls that pass a filter, as a tree of text with their arguments and messages. What is outside of calls is shown only
 // without a filter.
 #pragma once
 
@@ -21,7 +21,7 @@ public:
     // Shows the calls inside of a call that passes the filter, too.
     void ShowNested() { showsNested = true; }
 
-    // Whether a call was shown.
+    // Whether a call has passed the filter.
     bool AnyCall() const { return anyCall; }
     // How many of the system's queries would have been shown.
     long long Hidden() const { return hidden; }

@@ -1,5 +1,6 @@
-// log follow: shows a log while it is being written. The server writes whole entries, so an XML comment is allowed at the current
-// end of the file. Such a comment makes the parser release what it has read, so that a call that hangs is shown while it hangs.
+// log follow: shows a log while it is being written. The server writes whole entries, so an XML comment is allowed at the
+// current end of the file. Such a comment makes the parser release what it has read, so that a call that hangs is shown while
+// it hangs.
 #include "ctl/log/follow.h"
 
 #include <chrono>

@@ -124,7 +124,7 @@ bool IsWord(std::string_view text)
     return words.count(lower) && IsOneOf(rest, kDerivatives);
 }
 
-// What the log writes for something that is neither text nor number.
+// What the log writes for something that is neither a text nor a finite number.
 bool IsMark(std::string_view value)
 {
     // Most values are texts in quotes or numbers.

@@ -1,4 +1,4 @@
-// What replaces the names and values of a log that is given away. The same text has the same alias throughout a run; the key,
+// What replaces the names and values of a log that is given away. The same name has the same alias throughout a run; the key,
 // from the system's source of random numbers, is never written, so that no alias can be traced back.
 #pragma once
 
@@ -18,13 +18,14 @@ public:
     std::string Name(std::string_view name) const;
     // The alias of an address: 0x and as many hexadecimal digits.
     std::string Address(std::string_view address) const;
-    // As many other bytes.
+    // The alias of bytes: as many others.
     std::string Bytes(std::string_view bytes) const;
     // The alias of a value of an argument of this type, in the log's own form.
     std::string Value(std::string_view value, std::string_view type) const;
 
-    // The alias of a number, which keeps its place among all numbers with the same `order`: the larger of two has the larger
-    // alias. 0 stays, so signs do, too. Anything but a finite number gets the alias that Value gives it.
+    // The alias of a number, which keeps its place among all numbers of this type with the same `order`: the larger of two has
+    // the larger alias. 0 stays, so signs do, too. A value that is not a finite number, or is a whole number of more than 32
+    // bits, gets the alias that Value gives it.
     std::string Ordered(std::string_view number, std::string_view type, std::string_view order) const;
 
     // A weight between 0.05 and 1 that follows from a number.

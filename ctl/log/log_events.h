@@ -25,7 +25,7 @@ void RequireLog(const std::string& path);
 // A log that is read more than once. What comes from standard input is kept in a temporary file as long as this object lives.
 class RereadableLog {
 public:
-    // Throws InputError.
+    // Throws InputError when standard input cannot be read or kept.
     explicit RereadableLog(const std::string& path);
     ~RereadableLog();
     RereadableLog(const RereadableLog&) = delete;

@@ -1,4 +1,4 @@
-// A log on disk, opened for reading while the server still writes it, or standard input.
+// A file, such as a log that the server may still be writing, or standard input.
 #pragma once
 
 #include <string>

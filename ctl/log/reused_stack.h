@@ -1,5 +1,5 @@
-// A stack whose elements keep their memory when they leave it, for those that come next: a log has millions of calls, but few are
-// open at once. A new element may have the contents of an earlier one.
+// A stack whose elements keep their memory when they leave it, for those that come next: a log may have millions of calls, but
+// few are open at once. A new element may have the contents of an earlier one.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
-// log show: the log, the calls that pass a filter, or one call with what is around it and inside it, as a tree of text. A filter
-// by result needs to read the log twice, because a call's result follows everything that happened during the call; the first
-// reading keeps one bit per call.
+// log show: the log, the calls that pass a filter, or one call with what is around it and inside it, as a tree of text. A
+// filter by result needs to read the log twice, because a call's result follows everything that happened during the call; the
+// first reading keeps one bit per call.
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -113,7 +113,7 @@ int ShowCall(const Arguments& arguments, int line, const std::string& path, Stre
 {
     const RereadableLog log(path);
     CallAtLine place(line);
-    Output ignored;  // the second reading reports it
+    Output ignored;  // the second reading reports a damaged log
     static_cast<void>(log.Read(place, ignored));
     if (place.LastLine() < line) {
         throw Refusal(NameOfLog(path) + ": the log has no line " + std::to_string(line) + "; its last is " +
@@ -153,7 +153,7 @@ int ShowLog(const Arguments& arguments, const std::string& path, Streams& stream
     }
     const RereadableLog log(path);
     ResultCollector collector(wanted);
-    Output ignored;  // the second reading reports it
+    Output ignored;  // the second reading reports a damaged log
     static_cast<void>(log.Read(collector, ignored));
     return read(&collector, [&](LogSink& sink, Output& messages) { return log.Read(sink, messages); });
 }

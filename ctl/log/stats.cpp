@@ -1,4 +1,4 @@
-// log stats: how often each method was called on each object, and how it went. Memory grows with the number of
+// log stats: how often each method and each object was called, and how the calls went. Memory grows with the number of
 // different methods and objects, not with the log.
 #include <algorithm>
 #include <cmath>
@@ -110,7 +110,7 @@ constexpr Column kColumns[] = {{"calls", &Counts::calls},
 
 using Row = std::pair<std::string, Counts>;
 
-// The largest first; equal ones in alphabetical order.
+// By a count, the largest first, and equal ones in alphabetical order; or all by name.
 std::vector<Row> Sorted(const Table& table, const std::string& by)
 {
     std::vector<Row> rows(table.begin(), table.end());

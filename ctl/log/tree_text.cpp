@@ -26,7 +26,7 @@ void TreeText::EndLine()
 void TreeText::BeginValue(const LogEvent& event)
 {
     if (line == Line::None) {
-        // There was a message between the values.
+        // There was a message between the values, or the value is outside of an argument.
         BeginLine(event);
         line = Line::Name;
         out << '=';

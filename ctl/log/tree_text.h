@@ -18,7 +18,7 @@ public:
     void Finish() { EndLine(); }
 
     void SetOnlyCalls(bool now) { onlyCalls = now; }
-    // Adds a line with this text, indented to stand below an element of this depth.
+    // Adds a line with this text, indented like the content of an element of this depth.
     void Line(int depth, std::string_view text);
 
     bool WantsArguments() const { return !onlyCalls; }

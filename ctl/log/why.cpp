@@ -1,6 +1,6 @@
-// log why: the story of each failed call. A failure inside of a call that fails too belongs to the story of the outer call. The
-// same failure again is only counted. Memory is bounded: it depends on how many different methods, materials and failures there
-// are, up to a limit, and on how deep calls nest.
+// log why: the story of each call that failed or never returned. A failure inside of a call that fails too belongs to the story
+// of the outer call. The same failure again is only counted. Memory is bounded: it depends on how many different methods,
+// materials and failures there are, up to a limit, and on how deep calls nest.
 #include <algorithm>
 #include <map>
 #include <string>

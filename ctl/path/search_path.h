@@ -8,7 +8,7 @@
 
 namespace zelt::ctl {
 
-// Whether `folder` is one of them, however it is written.
+// Whether `folder` is one of them, ignoring case, quotes and backslashes at the end, and with variables expanded or not.
 bool ContainsFolder(const std::wstring& list, const std::wstring& folder);
 // The list with the folder at the end, unless it is there already.
 std::wstring WithFolder(const std::wstring& list, const std::wstring& folder);

@@ -1,4 +1,4 @@
-// Where the time of a recording's calls went: totals, and the distribution of each member's times in memory that does not depend
+// Where the time of a recording's calls went: totals and distributions by member and by object, in memory that does not depend
 // on the number of calls.
 #pragma once
 
@@ -31,8 +31,8 @@ struct CallFigures {
 };
 
 // How the time of the outermost calls is divided. A recording cannot tell the way to the simulator and back from the
-// simulator's own work. The shortest call to the simulator does next to no work, so `transport` assumes the time of that call
-// for each of them: an upper limit.
+// simulator's own work. The shortest call to the simulator does next to no work, so `transport` assumes its time for each call
+// to the simulator: an upper limit.
 struct TimeShares {
     std::uint64_t all = 0, component = 0, simulator = 0, transport = 0, zelt = 0;
 };

@@ -100,7 +100,7 @@ std::string Microseconds(std::uint64_t nanoseconds)
 }
 
 // Writes each call as a "complete" event of the trace event format. Times are in microseconds. Viewers that sum up calls group
-// events with equal arguments, so what differs from call to call is written only on request.
+// events with equal arguments, so the number and the inputs of a call are written only on request.
 int WriteTraceEvents(RecordingFile& file, bool wantsInputs, Streams& streams)
 {
     Output& out = streams.data;

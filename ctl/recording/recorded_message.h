@@ -9,10 +9,10 @@
 namespace zelt::ctl {
 
 struct RecordedMessage {
-    EventKind kind = EventKind::Info;  // also for a sentence that this program does not know
+    EventKind kind = EventKind::Info;  // Info also for a sentence that this program does not know
     std::string text;
 
-    // The event that the log's reader would deliver. It refers to `text`.
+    // The event that the log's reader would deliver, but without its depth and line. It refers to `text`.
     LogEvent Event() const { return {kind, false, false, 0, 0, {}, text}; }
 };
 

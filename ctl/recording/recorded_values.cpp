@@ -12,7 +12,7 @@ using namespace recording;
 
 namespace {
 
-// VARTYPEs: the flags, and those that hold numbers.
+// VARTYPEs: two flags, the mask of the type without them, and the types that are treated separately.
 constexpr std::uint16_t kArray = 0x2000, kByRef = 0x4000, kBase = 0xFFF;
 constexpr std::uint16_t kR4 = 4, kR8 = 5, kDate = 7, kBool = 11, kUI1 = 17, kUI2 = 18, kUI4 = 19, kUInt = 23;
 

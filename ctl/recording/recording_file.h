@@ -18,8 +18,8 @@ public:
     // The first record; its texts are valid until the next record is read. Throws InputError when the file is not a recording
     // that this program can read.
     const recording::HeaderRecord& ReadHeader();
-    // kFinding, with a message, when the recording does not end with the record that closes it; otherwise kFine. `isClosed`: that
-    // record was read.
+    // kFinding, with a message, when the recording does not end with the record that closes it; otherwise kFine. `isClosed`:
+    // that record was read.
     int ReportEnd(bool isClosed, Output& messages) const;
 
 private:

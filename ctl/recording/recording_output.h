@@ -13,7 +13,7 @@ public:
     explicit RecordingOutput(const Arguments& arguments);
 
     recording::RecordWriter& Records() { return records; }
-    // Gives the file its name. Throws std::runtime_error when it cannot be written completely.
+    // As OutputFile::Keep.
     void Keep();
 
 private:

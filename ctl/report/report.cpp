@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A folder that holds the texts until the user has answered.
+// A folder that holds the texts until the report is written or refused.
 class TextFolder {
 public:
     TextFolder()

@@ -1,5 +1,6 @@
-// A report on a problem, for the people whom you ask for help: redacted logs and what is known about this computer's ZELT, in one
-// zip file. What it contains is shown first, as texts in a separate folder; it is written only after a yes. Nothing is sent.
+// A report on a problem, for the people whom you ask for help: redacted logs and what is known about this computer's ZELT, in
+// one zip file. What it contains is listed first, and can be read in a separate folder; without --yes, it is written only after
+// a yes. Nothing is sent.
 #pragma once
 
 #include <span>

@@ -1,5 +1,5 @@
-// A zip file, written from its beginning to its end: deflated files without folders, each below 4 GB. zlib compresses; this class
-// writes the structure around the compressed data.
+// A zip file, written from its beginning to its end: deflated files without folders, each below 4 GB. zlib compresses; this
+// class writes the structure around the compressed data.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
-// The recording beside a log: exactly what the log's writers are given. Each writer of an argument also records it, so that the
-// methods' rows need not. Nothing here throws: what cannot be recorded for lack of memory is missing, and the recording ends
-// when the disk is full. Like the log, not thread safe.
+// The recording of a log, or of calls that are not logged: what the log's writers are given. Each writer of an argument also
+// records it, so that the methods' rows need not. Nothing that records throws: what cannot be recorded for lack of memory is
+// missing, and the recording ends when writing fails, as on a full disk. Like the log, not thread safe.
 #pragma once
 
 #include <windows.h>

@@ -10,7 +10,7 @@
 namespace zelt {
 
 struct Rendering {
-    bool isRecording = false;  // otherwise the file does not begin like a recording that this program can render
+    bool isRecording = false;  // if not, the file does not begin like a recording that this program can render
     std::string obstacle;      // why not, as a clause; empty when the file is no recording at all
     recording::ReadEnd end = recording::ReadEnd::None;
     std::uint64_t offset = 0;  // of the record where reading ended

@@ -1,5 +1,5 @@
-// Values as recordings keep them: texts, VARIANTs and arrays to the last bit. They are read in place, and the memory may belong
-// to another component: call these functions under the fault guard.
+// Writes texts, pointers and VARIANTs as recordings keep them. The values are read in place, and the memory may belong to
+// another component: call these functions under the fault guard.
 #pragma once
 
 #include <windows.h>

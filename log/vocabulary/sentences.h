@@ -13,8 +13,8 @@ namespace zelt {
 // The element that carries the sentence.
 enum class Severity : unsigned char { Info, Warning, Error };
 
-// What a sentence says about the call that contains it. A failure is the result that the caller got, from the callee or from the
-// proxy in its place; a violation is a rule that somebody broke while the call continued.
+// What a sentence says about the call that contains it. Failure: the call failed, or something that the proxy did for it.
+// Violation: somebody broke a rule.
 enum class Meaning : unsigned char { Remark, Violation, Failure };
 
 enum class Sentence : unsigned char {

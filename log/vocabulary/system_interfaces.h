@@ -1,6 +1,7 @@
 // The interfaces that the system and the runtimes ask any object for, on their own account: to marshal it, to find out what it
-// is, or to report an error. Neither a simulator nor a package asks for them, and objects usually refuse them, so such a query
-// says nothing about either. Interfaces that a program asks for on its own account, such as those for saving, are not here.
+// is, or to report an error. As a rule, neither a simulator nor a package asks for them, and objects refuse them, so such a
+// query says nothing about either. Interfaces that a program asks for on its own account, such as those for saving, are not
+// here.
 #pragma once
 
 #include <string_view>

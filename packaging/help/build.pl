@@ -1,8 +1,8 @@
 #!/usr/bin/perl
-# Makes the help from the user guide: build.pl <source root> <output folder>.
-# Writes <output>/utils/*.htm with style sheet and pictures, and the help compiler's project to <output>. Takes the pages
-# from pages.txt. Links between pages lead to the pages of the help; links to files outside the help become plain
-# text; a link to a page or a heading that does not exist ends the script with an error.
+# Makes the help from the Markdown pages that pages.txt lists: build.pl <source root> <output folder>.
+# Writes <output>/utils/*.htm with style sheet and pictures, and the help compiler's project to <output>. Links between pages lead
+# to the pages of the help; links to files outside the help become plain text; a link to a file or a heading that does not exist
+# ends the script with an error.
 use strict;
 use warnings;
 use utf8;
@@ -42,7 +42,7 @@ sub Escaped {
     return $text;
 }
 
-# The anchor of a heading, by the rules of the site that shows the Markdown pages, so that a link works in both.
+# The anchor of a heading, by the rules of the site that shows the Markdown pages, so that a link works there and in the help.
 sub Anchor {
     my ($html) = @_;
     $html =~ s/<[^>]*>//g;

@@ -1,4 +1,4 @@
-; Installs and removes everything except the registration: files, start menu, the entry among the installed programs.
+; Installs and removes files, the start menu's entries and the entry among the installed programs.
 
 !macro InstallFile path
     ClearErrors
@@ -54,7 +54,7 @@ FunctionEnd
 !insertmacro DefineRemoveFiles ""
 !insertmacro DefineRemoveFiles "un."
 
-; After a failure, removes what has been installed, and puts an older version back.
+; After a failure, removes what has been installed, and puts the older version back if there was one.
 Function TakeBack
     ${If} $RegisteredFor != ""
         Call UnregisterServer

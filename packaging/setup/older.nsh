@@ -1,4 +1,4 @@
-; An older version: it is removed before the new one is installed, and put back if that fails.
+; An installed version, here called older: it is removed before the new one is installed, and put back if that fails.
 
 ; OlderFolder is empty if there is no older version.
 Var OlderFolder
@@ -18,7 +18,7 @@ Function FindOlderVersion
     ReadRegDWORD $OlderOnPath SHCTX "${UNINSTALL_KEY}" "OnPath"
 FunctionEnd
 
-; Copies the older version to setup's own folder, which is deleted when setup ends.
+; Copies the older version to setup's temporary folder, which is deleted when setup ends.
 Function SaveOlderVersion
     ; The older version's uninstaller may check fewer files than this setup program.
     StrCpy $R1 $OlderFolder

@@ -1,5 +1,6 @@
 ; Puts zeltctl on the search path of Windows if the user asks for it, with the switch /Path or on the components page, or if the
-; installed version is on the path. zeltctl changes the path, because it may be longer than any string in a setup program.
+; installed version is on the path. The uninstaller removes it from the path. zeltctl changes the path, because the path may be
+; longer than any string in a setup program.
 
 !include Sections.nsh
 

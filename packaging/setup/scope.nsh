@@ -60,7 +60,7 @@ Function ChooseScope
     ${EndIf}
 FunctionEnd
 
-; The uninstaller's scope is the one whose entry names its own folder.
+; The uninstaller's scope is "user" if the user's entry names its folder, and "machine" otherwise.
 Function un.FindScope
     StrCpy $Scope "machine"
     ReadRegStr $0 HKCU "${UNINSTALL_KEY}" "InstallLocation"
@@ -70,7 +70,7 @@ Function un.FindScope
         UserInfo::GetAccountType
         Pop $1
         ${If} $1 != "Admin"
-            ; Not the copy of the uninstaller that runs now: anybody may have changed that one.
+            ; Not the copy of the uninstaller that runs now: any user may have changed the copy.
             !insertmacro RestartAsAdministrator "$INSTDIR\Uninstall.exe"
         ${EndIf}
     ${EndIf}

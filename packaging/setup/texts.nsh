@@ -1,4 +1,5 @@
-; The texts and exit codes of setup and uninstaller. docs/user-guide/installing.md explains both.
+; The texts and exit codes of setup and uninstaller. In docs/user-guide, messages-setup.md explains the messages, and installing.md
+; the codes.
 
 !define DONE 0
 !define CANCELLED 1

@@ -6,7 +6,7 @@
 ;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
 ;   SIGN                if defined, a command that signs the uninstaller, whose path is added
 ;   ONLY_32_BIT         if defined, the stage has no ZELT64
-; texts.nsh holds everything that the user can read, and the exit codes.
+; texts.nsh holds the messages, some texts of the pages, and the exit codes.
 
 Unicode true
 SetCompressor /SOLID lzma
@@ -73,7 +73,7 @@ Var EntrySize
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-; The page does not offer to start ZELT: ZELT would run with setup's rights, and would then ignore what is registered for the
+; The last page does not offer to start ZELT: ZELT would run with setup's rights, and would then ignore what is registered for the
 ; user.
 !define MUI_FINISHPAGE_TEXT "${TEXT_FINISHED}"
 !insertmacro MUI_PAGE_FINISH

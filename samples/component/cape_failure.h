@@ -1,5 +1,5 @@
-// The exception for a CAPE-OPEN error inside the samples: thrown where a call fails; CapeErrors turns it into a status
-// code, an error state and an IErrorInfo.
+// The exception for a CAPE-OPEN error inside the samples: thrown where a call fails; in a component, CapeErrors turns
+// it into a status code, an error state and an IErrorInfo.
 #pragma once
 
 #include <windows.h>

@@ -23,15 +23,16 @@ public:
     Microsoft::WRL::ComPtr<IDispatch> Collection() const { return parameters.Collection(name + L" parameters"); }
 
     void SetContext(IDispatch* context) { this->context.Set(context); }
-    // Writes to the simulator's log that the package is ready, with the simulator's name if it is known.
+    // With a context: tells the simulator, at level 1, that the package is ready, with the simulator's name if it is known.
     void Initialize() const;
     void Terminate();
 
-    // Makes a material from the simulator's first template, reads it through the interfaces of `generation`, and writes
-    // to the log which of its compounds the package lacks. Later calls do nothing until Terminate.
+    // At the first call with a context: makes a material from the simulator's first template, reads it through the
+    // interfaces of `generation`, and tells the simulator, at level 1, which of its compounds `knows` rejects. Later calls
+    // do nothing until Terminate.
     void CheckTemplate(Generation generation, const std::function<bool(const std::wstring&)>& knows);
 
-    // Throws CapeFailure when the user's limits do not allow a calculation at this state.
+    // Throws CapeFailure when the user's limits do not allow a calculation at this state, or a limit is itself invalid.
     void CheckState(double temperature, double pressure, std::span<const double> fractions) const;
 
     // Writes to the simulator's log if the user wants messages of this level: 1 for a run's milestones, 2 for each
@@ -46,6 +47,7 @@ private:
 };
 
 // The ids of a material's compounds, read through the interface of `generation`; empty when the material lacks it.
+// Throws CapeFailure when the reading fails.
 std::vector<std::wstring> CompoundIdsOf(IDispatch* material, Generation generation);
 
 }  // namespace zelt::sample

@@ -26,7 +26,7 @@ public:
 private:
     ParameterSet& parameters;
     const CLSID& clsid;
-    std::vector<std::byte> saved;  // the state as last saved or loaded; empty if never
+    std::vector<std::byte> saved;  // the bytes for which IsDirty is false
 };
 
 template <class I>

@@ -1,5 +1,5 @@
-// Wide text at COM boundaries, from and to BSTR. Names of the standard are compared without regard to case, as the
-// standard requires.
+// Wide text: views of BSTRs, comparison of names, parts of messages. Names of the standard are compared without regard to
+// case, as the standard requires.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, interfaces or VARIANTs. Reading accepts any
-// lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; new
+// VARIANT arrays as the standard uses them: one-dimensional, of strings, numbers, booleans, interfaces or VARIANTs. Reading
+// accepts any lower bound, references, and arrays of VARIANT instead of typed ones, as script callers send them; new
 // arrays start at 0. Reading throws CapeFailure ("invalid argument"); making an array throws bad_alloc.
 #pragma once
 

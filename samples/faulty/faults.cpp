@@ -51,7 +51,6 @@ void ExitTheProcess() { TerminateProcess(GetCurrentProcess(), 3); }
 void QuitTheProcess() { ExitProcess(3); }
 void FailFast() { RaiseFailFastException(nullptr, nullptr, 0); }
 
-// Commits a fault on one of the package's own threads, and waits for that thread to end.
 template <void (*commit)()>
 DWORD WINAPI OwnThread(void*)
 {
@@ -59,6 +58,7 @@ DWORD WINAPI OwnThread(void*)
     return 0;
 }
 
+// Commits a fault on one of the package's own threads, and waits for that thread to end.
 template <void (*commit)()>
 void OnOwnThread()
 {

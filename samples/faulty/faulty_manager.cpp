@@ -7,7 +7,7 @@
 namespace zelt::sample {
 namespace {
 
-// Names for which the manager makes no package.
+// Listed names for which the manager makes no package.
 constexpr const wchar_t* kFails = L"Fails";
 constexpr const wchar_t* kNull = L"Null";
 constexpr const wchar_t* kFault = L"Fault In Create";

@@ -1,5 +1,5 @@
-// Managers that fail in ways that a caller must survive. Every manager makes a FaultyPackage of each Character, and lists
-// names for which it makes no package. With kInitialize, it fails in Initialize; with kList, it lists numbers, not names.
+// Managers that fail in ways that a caller must survive. Each makes a FaultyPackage of every Character; for three other names,
+// it fails, returns null or faults. With kInitialize, Initialize fails; with kList, the list has numbers instead of the names.
 #pragma once
 
 #include "com/object.h"

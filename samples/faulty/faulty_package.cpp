@@ -57,7 +57,7 @@ std::wstring FirstOf(const VARIANT& names)
     return list.empty() ? std::wstring() : list.front();
 }
 
-// Fails with the requested error, with or without a description.
+// Throws the error that the name requests, if it requests one, with or without a description.
 void ThrowRequested(std::wstring_view name)
 {
     bool silent = false;

@@ -1,6 +1,6 @@
-// A property package that calculates like the sample package until it is asked for something on the menu of faults. A
-// Character, chosen by the package's name in the manager, removes interfaces or adds faults to calls in which the caller
-// cannot name one.
+// A property package that calculates like the sample package "Aromatics" until it is asked for something on the menu of faults.
+// A Character, chosen by the package's name in the manager, removes interfaces, or adds faults and odd behaviour to calls in
+// which the caller cannot name a fault.
 #pragma once
 
 #include <span>

@@ -10,7 +10,7 @@
 
 namespace zelt::sample {
 
-// The sample package that does the work of the parts. It gets each material wrapped by ReachByName.
+// The sample package that does the work of the next four parts. It gets each material wrapped by ReachByName.
 class FieldModel {
 public:
     FieldModel();

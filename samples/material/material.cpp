@@ -10,7 +10,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr long kUnknownStatus = CAPE_UNKNOWNPHASESTATUS;
 
-// The properties that are copied from a foreign material, if they are set.
+// The properties that CopyFromMaterial copies, if they are set.
 constexpr struct {
     const wchar_t* name;
     const wchar_t* basis;

@@ -22,14 +22,15 @@ public:
     // of compounds selects from properties with one value for each compound.
     STDMETHOD(GetProp)(BSTR property, BSTR phase, VARIANT compIds, BSTR calcType, BSTR basis,
                        VARIANT* results) override;
-    // Makes the phase present. Values are set for all compounds at once.
+    // Makes the phase present, except for "Overall", temperature and pressure. Values are set for all compounds at once.
     STDMETHOD(SetProp)(BSTR property, BSTR phase, VARIANT compIds, BSTR calcType, BSTR basis, VARIANT values) override;
     STDMETHOD(CalcEquilibrium)(BSTR flashType, VARIANT props) override;
     STDMETHOD(SetIndependentVar)(VARIANT indVars, VARIANT values) override;
     STDMETHOD(GetIndependentVar)(VARIANT indVars, VARIANT* values) override;
     STDMETHOD(PropCheck)(VARIANT props, VARIANT* valid) override;
     STDMETHOD(AvailableProps)(VARIANT* props) override;
-    // Without a list, removes every phase with all its values.
+    // Removes these properties from every phase; without a list, removes all phases and every value of a phase or a pair of
+    // phases.
     STDMETHOD(RemoveResults)(VARIANT props) override;
     STDMETHOD(CreateMaterialObject)(IDispatch** materialObject) override;
     STDMETHOD(Duplicate)(IDispatch** clone) override;

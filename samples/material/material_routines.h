@@ -1,6 +1,6 @@
 // What the material objects of a flowsheet calculate on request: properties and equilibrium, with the CAPE-OPEN 1.1
-// package of their PackageLink, which gets the material before each call and releases it afterwards. A material without such a
-// package does not offer these interfaces.
+// package of their PackageLink, which gets the material before each call and releases it afterwards. A material made without
+// such a package does not offer these interfaces.
 #pragma once
 
 #include "samples/component/cape_errors.h"

@@ -1,6 +1,7 @@
-// The values of a material object, exactly as they were set. Values stored on a mole basis can also be read on a
-// mass basis; nothing else is converted. The interface parts of a material share one store, which
-// shares the slate with the simulator. Every function that takes a name or values throws CapeFailure when they do not fit.
+// The values of a material object, exactly as they were set. Fractions, densities, enthalpies, entropies, volumes and heat
+// capacities on a mole basis can also be read on a mass basis; nothing else is converted. The interface parts of a material
+// share one store, which shares the slate with the simulator. Every function that takes a label, a property or values throws
+// CapeFailure when they do not fit.
 #pragma once
 
 #include <cape-open.h>
@@ -41,7 +42,8 @@ struct MaterialState {
     std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;  // by both labels
 };
 
-// Called when a component reads the state; a test may block in it. May be empty.
+// Called at the start of a material's methods that get values of properties, and of GetPresentPhases; a test may block in it.
+// May be empty.
 using ReadHook = std::function<void(const wchar_t* method)>;
 
 // The package that calculates for materials, if there is one. The materials share the link; the code that set it clears

@@ -7,7 +7,7 @@
 namespace zelt::sample {
 namespace {
 
-// The values that a package may ask for by name. The standard requires a FORTRAN channel; nothing uses it.
+// The values that a component may ask for by name. The standard requires a FORTRAN channel; nothing uses it.
 const struct {
     const wchar_t* name;
     _variant_t value;

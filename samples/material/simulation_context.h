@@ -1,5 +1,5 @@
-// The simulator's context, which it passes to each package: named values, messages, and material templates from which a
-// package makes its own materials. It shares the run's flowsheet, but has no references of its own to components.
+// The simulator's context, which it passes to each component: named values, messages, and material templates from which a
+// component makes its own materials. Shares the run's flowsheet.
 #pragma once
 
 #include "com/object.h"
@@ -8,7 +8,7 @@
 
 namespace zelt::sample {
 
-// The one template: the feed of the run.
+// The name of the only template.
 inline constexpr const wchar_t* kTemplateName = L"Feed";
 
 class SimulationContextPart final : public CapePart<ICapeSimulationContext> {

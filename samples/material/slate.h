@@ -1,5 +1,4 @@
-// What the simulator reads from a property package once: its compounds and phases. The materials share it as constant
-// data.
+// What the simulator reads from a package once: its compounds and phases. The materials share it as constant data.
 #pragma once
 
 #include <cape-open.h>
@@ -29,7 +28,7 @@ struct Slate {
     std::vector<SlatePhase> phases;
 
     std::vector<std::wstring> CompoundIds() const;
-    // Compared without regard to case; null if no compound has this id.
+    // Both compare without regard to case, and return null if there is none.
     const SlateCompound* FindCompound(const std::wstring& id) const;
     const SlatePhase* FindPhase(const std::wstring& label) const;
 };

@@ -1,5 +1,5 @@
-// ICapeThermoEquilibriumRoutine of a property package: vapour-liquid flashes of the active material at two given
-// quantities out of temperature, pressure, phase fraction, enthalpy and entropy.
+// ICapeThermoEquilibriumRoutine of a property package: vapour-liquid flashes of the active material at given
+// temperature and pressure, at one of these and a phase fraction, or at given pressure and enthalpy or entropy.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -13,9 +13,10 @@ public:
         : CapePart(object, errors, L"ICapeThermoEquilibriumRoutine"), model(model)
     {}
 
-    // A specification is an array of a property, a basis and a phase label. The phases that are present in the material
-    // before the call are the candidates. Sets the phases that are present at equilibrium, each one's temperature,
-    // pressure, fraction and phase fraction, and whichever of the overall temperature and pressure was not given.
+    // A specification is an array of a property, a basis and a phase label. The candidates are the phases that are present in
+    // the material before the call and that the user's parameter allows. Sets the phases that are present at equilibrium,
+    // each one's temperature, pressure, fraction and phase fraction, and whichever of the overall temperature and pressure
+    // was not given.
     STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override;
     STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
                                     VARIANT_BOOL* isSupported) override;

@@ -1,5 +1,5 @@
 // The properties of one phase and of two phases by their standard names, with the derivatives that a suffix requests
-// (".Dtemperature", ".Dpressure", ".Dmoles"). A name is looked up once; the calculation is a pure function.
+// (".Dtemperature", ".Dpressure", ".Dmoles"). The calculations are pure functions.
 #pragma once
 
 #include <span>
@@ -46,7 +46,8 @@ PropertyRequest FindSinglePhaseProperty(std::wstring_view name);
 // "kvalue" and "logKvalue", with the same suffixes except ".Dmoles".
 std::vector<std::wstring> TwoPhasePropertyNames();
 bool IsTwoPhaseProperty(std::wstring_view name);
-// K-values of the first phase over the second, one for each compound. Throws CapeFailure for a name that is not offered.
+// K-values of the first phase over the second, or what the name asks for instead (logarithms, derivatives), one for each
+// compound. Throws CapeFailure for a name that is not offered.
 std::vector<double> CalculateTwoPhaseProperty(std::wstring_view name, const IdealSolution& solution, double temperature,
                                               double pressure, bool vapourFirst);
 

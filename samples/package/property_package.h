@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.1 property package: the interfaces of the standard around one PackageModel. Holds a reference to the
-// active material until UnsetMaterial, Terminate or its destruction.
+// A CAPE-OPEN 1.1 property package: the interfaces of the standard around one PackageModel. Holds the active
+// material until UnsetMaterial, Terminate or its destruction.
 #pragma once
 
 #include "com/object.h"

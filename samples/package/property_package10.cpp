@@ -45,7 +45,7 @@ bool IsPure(std::wstring_view calcType)
     throw CapeFailure(ECapeInvalidArgumentHR, L"There is no type of calculation " + Quoted(calcType));
 }
 
-// A mixture property of each compound alone.
+// The first value of the property for each compound alone.
 std::vector<double> CalculatePure(const PropertyRequest& request, const PhaseInput& input)
 {
     std::vector<double> values;
@@ -89,7 +89,7 @@ void PropertyPackage10Part::Calculate(const MaterialObjectView& material, std::s
                                       std::span<const std::wstring> phases, bool pure) const
 {
     const IdealSolution solution = SolutionOf(material);
-    // Looks up every name before it calculates, so that a bad list changes nothing.
+    // Looks up every property before it calculates, so that one that is not offered changes nothing.
     std::vector<PropertyRequest> requests;
     for (const std::wstring& name : props) {
         requests.push_back(FindSinglePhaseProperty(name));

@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 property package: the single calculation interface of that version around the same model. It keeps no
-// material: each call passes one.
+// A CAPE-OPEN 1.0 property package: ICapeThermoPropertyPackage around one PackageModel. It keeps no material: each
+// calculation gets one.
 #pragma once
 
 #include "com/object.h"
@@ -24,13 +24,13 @@ public:
     STDMETHOD(GetUniversalConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
     // For the material's compounds, or for the package's if there is no material.
     STDMETHOD(GetComponentConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
-    // Calculation type "Mixture", or "Pure" for the mixture properties of each compound alone.
+    // Calculation type "Mixture" or empty, or "Pure" for the properties of each compound alone.
     STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
     // Flash types TP, PVF, TVF, PH and PS. Sets the composition and phase fraction of each present phase and
     // whichever of temperature and pressure was not given, and then calculates `props` for those phases.
     STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
     STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
-    // Whether each property is offered and the package can calculate at the material's state.
+    // Whether each property is offered and the user's limits allow calculations at the material's state.
     STDMETHOD(ValidityCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
     STDMETHOD(GetPropList)(VARIANT* props) override;
 

@@ -57,7 +57,7 @@ STDMETHODIMP PropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLabel)
         const MaterialView& material = model.Material();
         const IdealSolution& solution = model.MaterialSolution();
         const PhaseDefinition& phase = PhaseOf(TextOf(phaseLabel));
-        // Looks up every name before it calculates, so that a bad list changes nothing.
+        // Looks up every property before it calculates, so that one that is not offered changes nothing.
         const std::vector<std::wstring> names = ReadStrings(props, L"props");
         std::vector<PropertyRequest> requests;
         requests.reserve(names.size());

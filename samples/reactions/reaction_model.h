@@ -1,6 +1,6 @@
 // A reaction package without its interfaces: its reactions with their parameters, the material whose state they depend
 // on, and the reaction object that receives the results. The interface parts of a package share one model. Holds
-// one reference to each of the two objects until they are replaced or Release is called.
+// references to the two objects until others replace them, UnsetMaterial or Release is called, or it is destroyed.
 #pragma once
 
 #include <cape-open.h>

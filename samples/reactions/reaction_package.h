@@ -1,5 +1,5 @@
 // A CAPE-OPEN 1.0 reaction package: the interfaces of the standard around one ReactionModel. Holds references to the
-// material and the reaction object until Terminate or its destruction.
+// material, until UnsetMaterial, and the reaction object; Terminate releases both.
 #pragma once
 
 #include "com/object.h"
@@ -19,7 +19,7 @@ public:
 protected:
     IDispatch* ScriptInterface() override { return &chemistry; }
 
-    // Only a package of ionic reactions accepts a reaction object for electrolytes.
+    // Only a package of ionic reactions offers ICapeElectrolyteReactionContext.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry*) override
     {
         const bool electrolytes = IsEqualIID(iid, __uuidof(ICapeElectrolyteReactionContext));

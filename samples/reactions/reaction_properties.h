@@ -1,5 +1,5 @@
 // The properties of reactions by name, as offered by CalcReactionProp. One value for each reaction; pure functions of
-// the reaction, its parameters and the state of the phase.
+// the reaction, its parameters, the state of the phase and the standard pressure.
 #pragma once
 
 #include <optional>

@@ -7,7 +7,7 @@
 namespace zelt::sample {
 namespace {
 
-// The requested reactions; each must take place in the phase.
+// The requested reactions, which must take place in the phase; if none is requested, all reactions in the phase.
 std::vector<const ReactionEntry*> Select(const ReactionModel& model, std::span<const std::wstring> ids,
                                          std::wstring_view phase)
 {

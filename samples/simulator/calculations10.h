@@ -23,7 +23,7 @@ public:
     Microsoft::WRL::ComPtr<IDispatch> materialDispatch;
 };
 
-// Compounds with their constants, phases, universal constants, the offered properties.
+// Compounds with their constants, phases, universal constants, and the number of properties that the package calculates.
 void Show10Lists(const PackageSession10& session, Report& report);
 // The flashes of the 1.1 run, through the interfaces of 1.0.
 void Show10Equilibria(const PackageSession10& session, Report& report);

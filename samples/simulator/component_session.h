@@ -1,5 +1,5 @@
 // A component of any kind in use: gives it the simulator's context, initialises it, and asks for its identification and
-// parameters. Owns its references and releases them in the same order as a flowsheet program.
+// parameters. Owns its references; a derived class calls Terminate to end the use.
 #pragma once
 
 #include <cape-open.h>
@@ -13,7 +13,7 @@
 
 namespace zelt::sample {
 
-// The interface of an object; null if the object lacks it.
+// The interface of an object; null if there is no object or it lacks the interface.
 template <class I>
 Microsoft::WRL::ComPtr<I> Optional(IUnknown* object)
 {
@@ -32,7 +32,8 @@ public:
     ComponentSession& operator=(const ComponentSession&) = delete;
 
     void ShowIdentity(Report& report, const char* label) const;
-    // Walks the parameters. With `hold`, a collection, a parameter and its specification are kept until ReleaseHeld.
+    // Calls WalkParameters if the component has parameters. With `hold`, keeps their collection, the first of them and its
+    // specification until ReleaseHeld.
     void ShowParameters(Report& report, bool hold);
 
     Microsoft::WRL::ComPtr<IDispatch> package;

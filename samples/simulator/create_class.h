@@ -1,4 +1,4 @@
-// Creation of components by their registered names.
+// Creation of components by ProgID or CLSID.
 #pragma once
 
 #include <oaidl.h>
@@ -8,7 +8,7 @@
 
 namespace zelt::sample {
 
-// The class of a ProgID or of a CLSID as text. Throws CapeFailure if there is none.
+// The class of a ProgID or of a CLSID as text. Throws CapeFailure if the name is neither.
 CLSID ClassOf(const std::wstring& name);
 
 // With `inProcess`, loads the server into this process; otherwise COM chooses where the server runs. `what` names this step

@@ -1,5 +1,5 @@
 // What one run of the simulator has besides the package in use: the compounds and phases, once they are known, the link
-// through which materials calculate, and the receiver of messages. The context and its templates share it.
+// through which materials calculate, and the receiver of messages. The sessions, the context and its templates share it.
 #pragma once
 
 #include <functional>

@@ -38,7 +38,7 @@ FlowsheetData Read(ByteReader& reader)
     data.package = reader.Text();
     data.unit = ReadClass(reader);
     const std::uint32_t compounds = reader.Number();
-    // Each compound takes at least four bytes, so a false count fails before anything is allocated.
+    // Each compound takes at least four bytes, so a count that exceeds the data fails before any compound is read.
     if (compounds > reader.Left() / 4) throw CapeFailure(ECapePersistenceHR, L"The saved data end too early");
     for (std::uint32_t i = 0; i < compounds; ++i) data.compounds.push_back(reader.Text());
     const std::uint32_t feeds = reader.Number();

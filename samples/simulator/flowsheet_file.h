@@ -1,5 +1,5 @@
-// A saved flowsheet: the package and the unit operation by class, the feeds, and the unit's own state as the unit wrote
-// it. Does not interpret that state.
+// A saved flowsheet: the package by its manager's class and its name, the unit operation by its class, the feeds, the power of
+// the energy inlets, and the unit's own state as the unit wrote it. Does not interpret that state.
 #pragma once
 
 #include <guiddef.h>

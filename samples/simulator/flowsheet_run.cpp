@@ -13,9 +13,9 @@
 namespace zelt::sample {
 namespace {
 
-constexpr double kPower = 2e5;  // of a new flowsheet's energy streams, W; the simulator's choice
+constexpr double kPower = 2e5;  // of each energy inlet of a new flowsheet, W
 
-// Makes the flowsheet's data from the class names in the options.
+// The classes and the package that the options name, and the power. StreamSet makes the feeds.
 FlowsheetData NewFlowsheet(const Options& options)
 {
     FlowsheetData data{};
@@ -26,7 +26,7 @@ FlowsheetData NewFlowsheet(const Options& options)
     return data;
 }
 
-// Sets a parameter to a value out of bounds: Validate must refuse it.
+// Sets the first real parameter, if there is one, to a value out of bounds: Validate must refuse it.
 void ShowRefusal(const UnitSession& unit, Report& report)
 {
     report.Heading("A validation that must fail");
@@ -47,7 +47,7 @@ void PrepareParameters(UnitSession& unit, const Options& options, Report& report
             throw CapeFailure(ECapeInvalidArgumentHR, L"The unit operation has no parameters");
         return;
     }
-    // A walk resets each parameter, so it must not touch loaded values.
+    // ShowParameters resets each parameter to its default, so it must not run after loading.
     if (options.loadFile.empty()) unit.ShowParameters(report, false);
     for (const auto& [name, value] : options.settings) SetParameter(unit.parameters.Get(), name, value);
     report.Heading("Values of the parameters");

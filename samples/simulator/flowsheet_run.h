@@ -1,5 +1,5 @@
 // A flowsheet of one unit operation, step by step: the property package, the unit, its streams, a calculation with its
-// balances and reports, and saving. The flowsheet is new or comes from a file; if from a file, the unit loads its saved state.
+// balances and reports, and saving, if asked for. The flowsheet is new, or loaded from a file with the unit's saved state.
 #pragma once
 
 #include "samples/simulator/options.h"

@@ -53,7 +53,8 @@ private:
     HANDLE handle;
 };
 
-// Waits inside the first read of the material, so that a test finds both sides in a call.
+// A hook that waits inside the first read of the material, so that a test finds both sides in a call; empty unless the options
+// ask for it.
 ReadHook WaitOnce(const Options& options)
 {
     if (!options.waitSeconds) return {};

@@ -14,7 +14,7 @@ namespace zelt::sample {
 
 enum class PackageKind { kProperty11, kProperty10, kReaction };
 
-// A manager. The constructor creates and initialises it, and the destructor calls Terminate.
+// A manager. If it has ICapeUtilities, the constructor initialises it, and the destructor calls Terminate.
 class ManagerSession {
 public:
     ManagerSession(const CLSID& manager, bool inProcess);
@@ -29,7 +29,7 @@ public:
     Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name) const;
 
 private:
-    // Only one of the three is set.
+    // Only one of these three is set.
     Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> manager;
     Microsoft::WRL::ComPtr<ICapeThermoSystem> system;
     Microsoft::WRL::ComPtr<ICapeReactionsPackageManager> reactions;

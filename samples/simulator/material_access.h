@@ -1,5 +1,5 @@
-// How the simulator reads and writes its own material objects: through the standard's interface, like everybody else.
-// Every function throws CapeFailure when the material refuses.
+// How the simulator reads and writes its own material objects: through the standard's interface, as components do. The
+// functions that take a material throw CapeFailure when it refuses.
 #pragma once
 
 #include <cape-open.h>
@@ -14,7 +14,7 @@ namespace zelt::sample {
 
 // The labels of all phases.
 std::vector<std::wstring> Labels(const Slate& slate);
-// The label of the first phase with this state of aggregation.
+// The label of the first phase with this state of aggregation. Throws CapeFailure if there is none.
 std::wstring LabelOf(const Slate& slate, const wchar_t* stateOfAggregation);
 
 void SetOverall(ICapeThermoMaterial* material, const wchar_t* property, const wchar_t* basis,

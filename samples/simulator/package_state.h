@@ -1,5 +1,5 @@
-// A package's state: loaded from a file before the package is initialised, shown, changed, and saved to a file.
-// Nothing is calculated.
+// A package's state: loaded from a file before the package is initialised, changed, shown, and saved to a file, as far as the
+// options ask for it. Nothing is calculated.
 #pragma once
 
 #include <oaidl.h>

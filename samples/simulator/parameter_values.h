@@ -1,5 +1,5 @@
-// The values of a component's parameters, as a user of the simulator shows and sets them. Every function throws
-// CapeFailure when a call fails. `object` is a collection of parameters.
+// The values of a component's parameters, as a user of the simulator shows and sets them. The functions and the constructor
+// throw CapeFailure when a call fails. `object` is a collection of parameters.
 #pragma once
 
 #include <cape-open.h>

@@ -24,7 +24,7 @@ std::wstring NameOf(const wchar_t* const (&names)[N], int index)
     return index >= 0 && static_cast<std::size_t>(index) < N ? names[index] : L"unknown";
 }
 
-// What a walk needs from one specification: its text, another legal value, and an illegal value, if there is any.
+// What a walk needs from one specification: its text, a legal value, and an illegal value, if there is any.
 struct Trial {
     std::wstring range;     // the first part of the text
     std::wstring verdicts;  // the second part

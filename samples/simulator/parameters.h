@@ -1,6 +1,6 @@
-// What the simulator does with a component's parameters: shows each with its specification, sets it to another value,
-// validates it, validates a wrong value, and resets it to its default, so a new component is unchanged at the end.
-// Throws CapeFailure when a call fails unexpectedly, or when a parameter does not do what was asked.
+// What the simulator does with a component's parameters: shows each with its specification, sets it to a legal value,
+// validates it, does the same with an illegal value, if there is one, and resets it to its default, so a new component has the
+// same values as before. Throws CapeFailure when a call fails unexpectedly, or when a parameter does not do what was asked.
 #pragma once
 
 #include <cape-open.h>

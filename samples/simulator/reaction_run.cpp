@@ -31,8 +31,8 @@ std::wstring ReactionText(ICapeReactionChemistry* chemistry,
     return std::wstring(TextOf(text.GetBSTR()));
 }
 
-// The compounds of all reactions in the order of their first appearance. A reaction package knows nothing more about
-// them.
+// The compounds and phases of all reactions in the order of their first appearance. A reaction package does not give the
+// compounds' formulae, boiling points and molecular weights.
 Slate ReadSlate(ICapeReactionChemistry* chemistry, std::span<const ReactionSession::Reaction> reactions)
 {
     Slate slate;

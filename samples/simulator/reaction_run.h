@@ -34,8 +34,8 @@ public:
 
 // Each reaction with its compounds and its parameters.
 void ShowReactions(const ReactionSession& session, Report& report);
-// Rates and equilibrium constants over a range of temperatures; then at the last one with the material passed through
-// CAPE-OPEN 1.0, which must give the same numbers.
+// Rates, equilibrium constants and related properties over a range of temperatures. If the package has ICapeThermoContext,
+// calculates at the last temperature again with the material passed through that, which must give the same numbers.
 void ShowReactionProperties(const ReactionSession& session, Report& report);
 // A call that must fail.
 void ShowReactionFailure(const ReactionSession& session, Report& report);

@@ -1,5 +1,5 @@
-// The simulator's output: text and tables on standard output, and on request each number's bit pattern, in lines for
-// comparing two runs. Nothing in the output depends on where the package runs.
+// The simulator's output: text and tables on standard output, and on request the bit patterns of the numbers in the tables, in
+// lines for comparing two runs.
 #pragma once
 
 #include <span>
@@ -18,8 +18,8 @@ public:
     // "label: text"
     void Text(const char* label, std::wstring_view text);
 
-    // A table: `columns` once, then rows of one label and one number for each further column. With `bits`, the
-    // bit patterns of a row's numbers follow it on a second line. NaN means that a number does not apply.
+    // A table: Columns once, then rows of a label and numbers. With `bits`, the bit patterns of a row's numbers follow it on a
+    // second line. NaN means that a number does not apply: it is printed as "-" and has no bit pattern.
     void Columns(std::span<const std::wstring> columns);
     void Row(std::wstring_view label, std::span<const double> values);
 

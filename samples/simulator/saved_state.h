@@ -12,13 +12,14 @@
 
 namespace zelt::sample {
 
-// `present` is false when the component saves nothing.
+// `present` is false for a component that has neither interface.
 struct SavedState {
     bool present = false;
     std::vector<std::byte> bytes;
 };
 
-// `what` names the component in the texts of failures, for example "the unit operation". Both throw CapeFailure.
+// `what` names the component in the texts of failures, for example "the unit operation". Both throw CapeFailure. SaveState
+// also prints IsDirty before and after saving.
 void LoadState(IDispatch* object, const SavedState& state, const std::wstring& what);
 SavedState SaveState(IDispatch* object, const std::wstring& what, Report& report);
 

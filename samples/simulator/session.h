@@ -16,7 +16,7 @@ namespace zelt::sample {
 
 class PackageSession final : public ComponentSession {
 public:
-    // Initialises the package and queries for every interface that a flowsheet program uses.
+    // Initialises the package, queries for the interfaces below, and reads the slate.
     PackageSession(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
     ~PackageSession();
 
@@ -25,7 +25,7 @@ public:
     // Until Close, the flowsheet's new materials calculate with this package. Throws CapeFailure if it cannot.
     void ServeMaterials();
     // Unsets and releases the material, then terminates and releases the package. With `hold`, the material stays set, and
-    // is released last.
+    // is released after the package.
     void Close(bool hold);
 
     Microsoft::WRL::ComPtr<ICapeThermoPropertyRoutine> properties;  // these four may be null

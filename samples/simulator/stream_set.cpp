@@ -14,11 +14,11 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Relative to the larger side. The flashes solve for the enthalpy to the precision of doubles.
+// Relative to the larger side. The sample packages solve their flashes to the precision of doubles.
 constexpr double kMassTolerance = 1e-10, kHeatTolerance = 1e-7;
 
 // Alternates between a hot stream that is richest in the first compound, and a cool one at a lower pressure that is richest
-// in the last. With the sample packages, the hot stream is a liquid that boils when it expands.
+// in the last. With the sample package "Aromatics", the hot stream is a liquid that boils when it expands to normal pressure.
 Feed MakeFeed(std::size_t index, const Slate& slate)
 {
     const std::size_t count = slate.compounds.size();

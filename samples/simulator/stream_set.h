@@ -1,6 +1,6 @@
 // The streams of a flowsheet with one unit operation: a feed for each material inlet, a product for each material outlet,
-// and a collection of parameters for each energy and information port. Without given feeds, the simulator makes them
-// up, because its user cannot specify any.
+// and a collection of parameters for each energy and information port. A port that is both inlet and outlet counts as an inlet.
+// Feeds that are not loaded are made up, because the simulator's user cannot specify any.
 #pragma once
 
 #include <deque>
@@ -13,7 +13,7 @@ namespace zelt::sample {
 
 class StreamSet {
 public:
-    // The number of loaded feeds must match the ports; null for new feeds. `power` is that of each energy inlet, W.
+    // `feeds` are the loaded ones, one for each material inlet; null for new feeds. `power` is that of each energy inlet, W.
     StreamSet(std::shared_ptr<Flowsheet> flowsheet, const std::vector<UnitPort>& ports, const std::vector<Feed>* feeds,
               double power);
 
@@ -23,7 +23,8 @@ public:
 
     // Prints every stream's state.
     void Show(Report& report) const;
-    // Prints the inflow and outflow of each compound and of energy. Throws CapeFailure when they differ.
+    // Prints the inflow and outflow of each compound, of all together and of energy. Throws CapeFailure when they differ by
+    // more than a tolerance.
     void ShowBalances(Report& report) const;
 
     const std::vector<Feed>& Feeds() const { return feeds; }
@@ -44,7 +45,7 @@ private:
 
     void AddMaterial(const UnitPort& port, const std::vector<Feed>* given);
     double Flow(const Stream& stream) const;
-    // J/mol, over the phases; calculated by the material.
+    // J/mol, over the present phases; calculated by the material.
     double Enthalpy(const Stream& stream) const;
 
     std::shared_ptr<Flowsheet> flowsheet;

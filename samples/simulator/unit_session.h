@@ -1,5 +1,5 @@
-// A unit operation in use: new or with its saved state, its ports, and what the simulator connects to them. Owns its
-// references and releases them in the same order as a flowsheet program.
+// A unit operation in use, new or with its saved state, and its ports, to which the simulator connects streams. Owns its
+// references to the unit and the ports.
 #pragma once
 
 #include <ocidl.h>
@@ -27,9 +27,9 @@ public:
                 std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();
 
-    // Connects the object, and fails unless the port then returns the same object.
+    // Connects the object. Throws CapeFailure unless the port then returns the same object.
     void Connect(const UnitPort& port, IDispatch* object, const std::wstring& objectName, Report& report);
-    // The validation's message; empty when the unit is valid.
+    // The validation's message, or a substitute if it is empty; empty when the unit is valid.
     std::wstring Validate() const;
     void Calculate() const;
     void ShowReports(Report& report) const;

@@ -24,7 +24,7 @@ namespace {
 //       7th ed., fitted from 273 to 333 K
 //   heat of vaporisation
 //       Perry's Chemical Engineers' Handbook, 8th ed., Table 2-150 (DIPPR equation 106)
-// Registry numbers, formulas and names are common knowledge.
+// Registry numbers, formulas, names and SMILES are common knowledge.
 // clang-format off
 constexpr Compound kCompounds[] = {
     {L"Benzene", L"C6H6", L"benzene", L"71-43-2", L"c1ccccc1",
@@ -107,7 +107,7 @@ double SaturationTemperature(const Compound& compound, double pressure)
     CheckPressure(pressure);
     const auto [a, b, c] = compound.antoine;
     const double distance = a + kLog1000 - std::log(pressure);
-    // The vapour pressure tends to exp(A) as the temperature grows without limit.
+    // The vapour pressure tends to exp(A) kPa as the temperature grows without limit.
     if (distance <= 0) throw OutOfRange("pressure", pressure, 0, std::exp(a + kLog1000));
     return b / distance - c + kCelsius;
 }

@@ -1,5 +1,5 @@
 // Pure compounds: their constants and temperature functions, with the source of every number in compound.cpp. The table
-// is constant data; nobody owns a Compound. Units are SI on a mole basis; temperatures in K.
+// is constant data; nobody owns a Compound. Units are SI on a mole basis unless a comment gives another.
 #pragma once
 
 #include <span>
@@ -43,11 +43,12 @@ std::span<const Compound> AllCompounds();
 // The compound with this id, compared without regard to case; null if there is none.
 const Compound* FindCompound(std::wstring_view id);
 
-// The natural logarithm of the vapour pressure in Pa. Extrapolates Antoine's equation beyond its fitted range.
+// The natural logarithm of the vapour pressure in Pa. Extrapolates Antoine's equation outside its fitted range.
 WithSlope LogVapourPressure(const Compound& compound, double temperature);
 double VapourPressure(const Compound& compound, double temperature);  // Pa
 
-// The temperature at which the vapour pressure is `pressure` (Pa). Throws OutOfRange when Antoine's equation has none.
+// The temperature at which the vapour pressure is `pressure` (Pa). Throws OutOfRange when Antoine's equation has none, and
+// for a pressure that is not positive and finite.
 double SaturationTemperature(const Compound& compound, double pressure);
 
 // Ideal gas: heat capacity, enthalpy and entropy relative to the gas at the reference temperature and pressure.
@@ -56,7 +57,7 @@ double IdealGasEnthalpy(const Compound& compound, double temperature);      // J
 double IdealGasEntropy(const Compound& compound, double temperature);       // J/(mol K), at kReferencePressure
 
 // Saturated liquid: molar volume in m3/mol, and heat of vaporisation in J/mol. Both throw OutOfRange at and above the
-// critical temperature, where there is no liquid.
+// critical temperature in their equations, where there is no liquid.
 WithSlope LiquidVolume(const Compound& compound, double temperature);
 WithSlope HeatOfVaporisation(const Compound& compound, double temperature);
 

@@ -1,7 +1,7 @@
 // Vapour-liquid equilibrium of the ideal solution. Everything here is a pure function. Temperatures in K, pressures in
 // Pa, enthalpies in J/mol, entropies in J/(mol K), vapour fractions in mol/mol; a feed is one non-negative mole fraction
-// for each compound; their sum need not be 1. All throw OutOfRange outside the model's range and NoSolution when there
-// is no solution.
+// for each compound; their sum need not be 1. All except RachfordRice throw OutOfRange outside the model's range and
+// NoSolution when there is no solution.
 #pragma once
 
 #include <span>

@@ -6,10 +6,11 @@
 
 namespace zelt::sample {
 
-// In W. Throws CapeFailure when the collection has no parameter "work" that is a number.
+// In W. Throws CapeFailure unless the object is a collection with a parameter "work" that is a finite number.
 double PowerOf(IDispatch* energyStream);
 
-// Sets the collection's parameter with this name, if there is one. Throws CapeFailure when it refuses.
+// Sets the collection's parameter with this name, if there is one. Throws CapeFailure when the object is not a collection, or
+// the parameter refuses.
 void Tell(IDispatch* informationStream, const wchar_t* name, double value);
 
 }  // namespace zelt::sample

@@ -1,9 +1,9 @@
 // The mixer with heater: joins two streams, lowers the pressure and heats or cools the mixture, either with a given duty
-// or to a given temperature. Adds an energy stream's power to the duty and writes the results to an information stream.
-// These two streams need not be connected.
+// or to a given temperature. Takes power from an energy stream and writes the outlet temperature and the duty to an
+// information stream. These two streams need not be connected.
 //
 //   outlet flow of each compound   = the sum over the inlets
-//   outlet pressure                = the lowest inlet pressure - pressure drop
+//   outlet pressure                = the lowest pressure of the inlets that flow - pressure drop
 //   outlet enthalpy flow           = the sum over the inlets + energy stream + duty of the heater
 //
 // Kinetic and potential energy are ignored, as usual for such a unit.

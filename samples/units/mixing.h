@@ -16,7 +16,7 @@ struct StreamState {
 
 struct Mixture {
     double flow;          // mol/s
-    double pressure;      // Pa, the lowest of the streams': without a pump, nothing flows to a higher pressure
+    double pressure;      // Pa, the lowest of the streams that flow: without a pump, nothing flows to a higher pressure
     double enthalpyFlow;  // W
     std::vector<double> fractions;
 };

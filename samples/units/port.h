@@ -15,7 +15,7 @@ struct PortDefinition {
     std::wstring description;
     eCapePortType type;
     eCapePortDirection direction;
-    bool required;  // the unit cannot work without it
+    bool required;  // must be connected for the unit to be valid
 };
 
 struct PortState {

@@ -1,6 +1,6 @@
 // A sample unit operation without its interfaces: its ports, its parameters, its validation status and its last
 // results. A concrete unit derives from it and calculates. A unit's interface parts share one model. The model holds the
-// connected objects and the simulator's context until Terminate or its destruction.
+// connected objects and the simulator's context; Terminate releases them.
 #pragma once
 
 #include <cape-open.h>
@@ -31,7 +31,7 @@ public:
     void SetContext(IDispatch* object) { context.Set(object); }
     void Terminate();
 
-    // Becomes "not validated" again when a parameter or a connection changes.
+    // Becomes "not validated" again when a parameter's value or a connected object changes.
     eCapeValidationStatus Status() const;
     // What is wrong, as a sentence; empty for a valid unit.
     std::wstring Validate();
@@ -61,7 +61,7 @@ protected:
 
 private:
     std::wstring FindObjection() const;
-    // Changes whenever a parameter or a connection changes.
+    // Changes whenever a parameter's value or a connected object changes.
     std::vector<std::byte> Signature() const;
 
     std::wstring name;

@@ -1,6 +1,6 @@
 // A stream as a unit sees it: a material object that is connected to a port and calculates its own properties and
-// equilibrium. Holds references while it exists. Every function throws CapeFailure, with the stream's name, when the
-// material lacks an interface or a value, or refuses.
+// equilibrium. Holds references while it exists. Every function but OffersFlashAtEnthalpy throws CapeFailure, with the
+// stream's name, when the material lacks an interface or a value, or refuses.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ public:
     // The port's name is for error messages.
     UnitStream(IDispatch* material, std::wstring_view portName);
 
-    // The stream's complete state, with fractions in the order of `ids`. Calculates each phase's enthalpy again,
-    // because the value in the material may belong to an earlier state.
+    // The stream's complete state, with fractions in the order of `ids`. Calculates the phases' enthalpies again,
+    // because the values in the material may belong to an earlier state; without flow, the enthalpy is 0.
     StreamState State(const std::vector<std::wstring>& ids) const;
     std::vector<std::wstring> CompoundIds() const;
 
@@ -28,11 +28,11 @@ public:
                             double temperature) const;
     void FlashAtEnthalpy(const Mixture& content, const std::vector<std::wstring>& ids, double pressure,
                          double enthalpy) const;
-    // Whether the material can calculate flashes at a given enthalpy; false if the call fails.
+    // Whether the material can calculate flashes at given pressure and enthalpy; false if the call fails.
     bool OffersFlashAtEnthalpy() const;
 
     double Temperature() const;
-    // In J/mol, over all present phases.
+    // In J/mol, over all present phases, calculated again.
     double Enthalpy() const;
 
 private:

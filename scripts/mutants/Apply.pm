@@ -4,7 +4,8 @@ use strict;
 use warnings;
 use Tables;
 
-# Fits(taken, change): whether the change touches nothing that an earlier one touches; notes what it touches in the hash `taken`.
+# Fits(taken, change): whether the change touches nothing that an earlier one touches; if so, notes what it touches in the hash
+# `taken`.
 sub Fits
 {
     my ($taken, $change) = @_;

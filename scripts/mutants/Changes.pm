@@ -1,4 +1,4 @@
-# All changes that can be made to a tree, each with a name that stays the same while its line does, and the order in which a seed
+# All changes that can be made to a tree, each with an id that stays the same while its line does, and the order in which a seed
 # draws them.
 package Changes;
 use strict;
@@ -61,8 +61,8 @@ sub LineOf
 
 sub Squeeze { my ($text) = @_; $text =~ s/\s+/ /g; $text =~ s/ $//; return $text; }
 
-# Draw(seed, change...): the changes in the order of the seed. A change's place depends on the seed, its name, and how many of its
-# kind there are.
+# Draw(seed, change...): the changes in the order of the seed. A change's place depends on the seed, its id, its kind, and how many
+# of its kind there are.
 sub Draw
 {
     my ($seed, @changes) = @_;

@@ -3,7 +3,8 @@ package Expressions;
 use strict;
 use warnings;
 
-# From the loosest to the tightest: an operand of the operators in a row ends at everything in that row and above.
+# From the loosest to the tightest: an operand ends at everything in the rows above its operator's; a right operand, and the left
+# one of `?`, also ends at everything in that row.
 my @precedence = (
     [';', ',', '=', '+=', '-=', '*=', '/=', '%=', '&=', '|=', '^=', '<<=', 'return', 'throw', 'else', 'case', ':', '?'],
     ['||'], ['&&'], ['|'], ['^'], ['&'], ['==', '!='], ['<', '>', '<=', '>=', '<=>'], ['<<', '>>'], ['+', '-'], ['*', '/', '%'],

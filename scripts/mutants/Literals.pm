@@ -4,7 +4,7 @@ use strict;
 use warnings;
 use Digest::SHA 'sha1';
 
-# Chosen only by the text, so that a change keeps its name when other lines change.
+# Chosen only by the text, so that a change keeps its id when other lines change.
 sub Pick { my ($count, @key) = @_; return unpack('N', sha1(join "\0", @key)) % $count; }
 
 # Other(source, i): the last token of what is replaced, the kind of change and the new text; nothing when there is none.

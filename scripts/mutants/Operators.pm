@@ -83,7 +83,7 @@ sub BinaryOperators
         my ($left, $right) = (Expressions::Text($source, $first, $i - 1), Expressions::Text($source, $i + 1, $last));
         # Texts are joined, never subtracted.
         next if $kind eq 'arithmetic' && "$left$right" =~ /["']/;
-        # A stream's operator.
+        # Without a number it is a stream's operator, not a shift.
         next if $token->{text} =~ /^(?:<<|>>)$/ && "$left $right" !~ /\b\d/;
         push @changes, Choice($source, $kind, $first, $last, "($left) $other ($right)");
         next unless $kind eq 'logic';
@@ -109,7 +109,7 @@ sub LiteralsExchanged
     return @changes;
 }
 
-# Leaves statements out: expressions, and the jumps that an if guards.
+# Leaves statements out: expressions, break and continue, and a return or throw that an if guards.
 sub Dropped
 {
     my ($source) = @_;
@@ -125,7 +125,7 @@ sub Dropped
     return @changes;
 }
 
-# Swaps two neighbouring statements of a block.
+# Swaps two neighbouring expression statements of a block.
 sub Reordered
 {
     my ($source) = @_;

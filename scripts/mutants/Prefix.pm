@@ -1,4 +1,4 @@
-# The Wine prefix of this worker: the switch of the change that is on, and what remains of a test after its end.
+# The Wine prefix of this worker: sets the switch for the changes, and ends or undoes what a test leaves behind.
 package Prefix;
 use strict;
 use warnings;
@@ -12,10 +12,10 @@ my $resident;
 
 sub Folder { return $ENV{WINEPREFIX} // die "WINEPREFIX is not set.\n"; }
 
-# SwitchOn(number): the change that is on in programs that start from now on; 0 for none.
+# SwitchOn(number): turns the change on in programs that start from now on, and every other change off; 0 for none.
 sub SwitchOn { return WriteSwitch("$_[0]\n"); }
 
-# RecordTo(file): programs record the changes that they reach.
+# RecordTo(file): programs that start from now on record in the file the changes that they reach, with none on.
 sub RecordTo { return WriteSwitch("record\nZ:" . (getcwd() . "/$_[0]") =~ tr{/}{\\}r . "\n"); }
 
 sub WriteSwitch
@@ -28,7 +28,7 @@ sub WriteSwitch
     return;
 }
 
-# Keeps the registry as it is now, for Reset.
+# Keeps the present registry, for Reset.
 sub Keep
 {
     Stop();
@@ -38,7 +38,7 @@ sub Keep
     return;
 }
 
-# Ends every program of the prefix and restores the registry.
+# Ends every program of the prefix, restores the registry, and starts Wine again.
 sub Reset
 {
     Stop();

@@ -7,7 +7,7 @@ use Changes;
 use State;
 use Tree;
 
-# All(options, id...): draws `number` changes by `seed`, or takes the named ones.
+# All(options, id...): draws `number` changes by `seed`, or takes the named ones or, with `continue`, those of the last run.
 sub All
 {
     my ($options, @ids) = @_;
@@ -49,7 +49,7 @@ sub Build
     my ($number, @order) = @_;
     my (@chosen, %taken, $next);
     my %refused = map { $_ => 1 } @{State::Load('refused') // []};
-    # What has compiled once is not checked again.
+    # CheckHeaders leaves out what has compiled once.
     my %accepted = map { $_ => 1 } @{State::Load('accepted') // []};
     my $round = 0;
     while (1) {

@@ -29,7 +29,8 @@ sub WithoutEffect
 
 sub Key { my ($change) = @_; return join "\n", @$change{qw(file lineText what)}; }
 
-# Print(): prints the survivors and the totals. Returns whether enough changes are caught.
+# Print(): prints the changes without effect, the survivors, the tests left out and the totals. Returns whether at most 5 % of the
+# other changes survived.
 sub Print
 {
     my %reasons = WithoutEffect();

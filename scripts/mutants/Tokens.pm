@@ -5,7 +5,7 @@ package Tokens;
 use strict;
 use warnings;
 
-# Read(text): a reference to {text, code, tokens}. `code` is the text with blanks in place of comments, character by character. A
+# Read(text): a reference to {text, code, tokens}. `code` is the text with blanks in place of comments and preprocessor lines. A
 # token is {text, start, end, type, match, inside, scope, region, opens}: `match` is the number of the other bracket, `inside` that
 # of the opening bracket around the token, `scope` the kind of the innermost brace, `region` that of the innermost one that is not
 # an initialiser, and `opens` that of the brace which the token opens.

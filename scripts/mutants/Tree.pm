@@ -76,7 +76,8 @@ sub Compile
     return values %refused;
 }
 
-# The changes that the compiler's message names, by line or by the name of a twin; all changes of the file when it names none.
+# The changes that the compiler's message names, by line or by the name of a twin or of its macro; all changes of the file when it
+# names none.
 sub Blamed
 {
     my ($message, @changes) = @_;

@@ -42,12 +42,12 @@ sub Reset
     return;
 }
 
-# Tests that need what ctest calls a fixture get it from the unchanged program.
+# Sets up what ctest calls a fixture for a test that needs it, and removes it for other tests, with no change on.
 sub Arrange
 {
     my ($test) = @_;
     my $wanted = $test->{needs} || ($test->{role} // '') eq 'cleanup' ? 1 : 0;
-    # Tests that run in one process need none of this.
+    # For tests that can share a process, it makes no difference.
     return if $test->{program} || $wanted == $isRegistered;
     my $action = $byRole{$wanted ? 'setup' : 'cleanup'} // return;
     SwitchTo(0);

@@ -1,5 +1,5 @@
 #!/usr/bin/perl
-# generate.pl <file>: every change that the generator makes to one source, with the resulting line; for inspecting the generator,
+# generate.pl <file>: every change that the generator makes to one source, with the resulting lines; for inspecting the generator,
 # and for its test.
 use strict;
 use warnings;

@@ -21,7 +21,7 @@ public:
     CAddPackageDlg(HIMAGELIST images, const ExportedPackageList& exported, PackageChoice choice = PackageChoice::All,
                    const ClassSources& sources = InstalledClasses());
 
-    // IDOK, or IDCANCEL.
+    // IDOK when the user has chosen a package.
     INT_PTR Run(HWND owner);
     // The chosen package; only after IDOK.
     const ExportedPackage& Result() const { return result; }
@@ -35,7 +35,7 @@ private:
     void OnScaled() override { layout.Apply(); }
 
     bool AcceptSelection();
-    // Shows the button that opens the other edition, for components that only that edition can export.
+    // Shows the button that opens the other edition, if its program is found.
     void OfferOtherEdition();
     void ProposeName();
     void EnableOk();

@@ -32,7 +32,7 @@ public:
     // Greys what cannot be used. Returns the answer to the tree view's NM_CUSTOMDRAW.
     static LRESULT Draw(NMTVCUSTOMDRAW& drawing);
 
-    // Call before an item is expanded. False when there is nothing to show below it.
+    // Call before an item is expanded. False for a manager that has nothing to show below it.
     bool PrepareExpansion(HTREEITEM item, const ListingFailure& failed);
 
     // The selected package; null when nothing, a heading, a manager or an unusable component is selected.

@@ -47,7 +47,7 @@ bool Deliver(Batch& batch, RowSink& sink)
     return true;
 }
 
-// On the reading thread.
+// Collects rows into batches, on the reading thread.
 class Collector final : public LogSink {
 public:
     Collector(BatchQueue& queue, const SharedLogFile& file) : queue(queue), file(file) {}

@@ -13,9 +13,10 @@ namespace zelt {
 LogReadResult ReadRows(const SharedLogFile& file, RowSink& sink);
 
 // The same with a second thread. Calls the sink on the calling thread only: Continue after each row and each batch of
-// pages, and many times a second while nothing comes. `position` is how far the file had been read when the sink's
-// latest row was read. Exceptions from the sink or the reading pass through once the reading has ended.
+// pages, and many times a second while nothing comes. `position` is how far the file had been read when the batch with
+// the sink's latest row was complete. Exceptions from the sink or the reading pass through once the reading has ended.
 // With `inPages`, what is exactly as ZELT writes it comes as pages, and only the rest as rows.
+// If no second thread can be started, does what ReadRows does, without pages or `position`.
 LogReadResult ReadRowsInBackground(const SharedLogFile& file, RowSink& sink, long long& position, bool inPages = false);
 
 }  // namespace zelt

@@ -21,7 +21,7 @@ struct Batch {
         std::uint8_t image;
         std::uint8_t flags;
     };
-    // A label is shorter than the parser's limit of ten million bytes, and nothing is nested deeper than its limit of 256.
+    // The parser's limits are ten million bytes for each of the two texts of a label, and a nesting of 256.
     static_assert(sizeof(Entry) == 8);
     enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
 

@@ -94,7 +94,7 @@ private:
     CFileProgressDialog* const progress;
     const bool& closed;
     const std::function<void(int)> report;
-    // How far the file had been read when the last item was read.
+    // How far the file had been read when the latest batch was complete; without batches, the file's size.
     long long position;
     bool filling = false;
     ItemIndex nextEstimate = 1024;

@@ -23,8 +23,8 @@ class LogLoader {
 public:
     struct Viewer {
         std::function<void()> firstPage;   // the model has its first page
-        std::function<void()> morePages;   // called a few times a second
-        std::function<void(MSG&)> handle;  // a message to one of the viewer's windows
+        std::function<void()> morePages;   // called up to ten times a second while more pages are read
+        std::function<void(MSG&)> handle;  // a message of the thread that is not for the progress window
     };
 
     // `closed` may become true while the log is read; this ends the reading.

@@ -20,7 +20,7 @@ class LogModel {
 public:
     // Rows come in file order, and each becomes an item. Throws std::bad_alloc, leaving the model as it was.
     ItemIndex Add(const TreeRow& row);
-    // Call after the last item and before anything below.
+    // Call after the last item. Until then, the items still open have no end, so do not ask for children or siblings.
     void Finish();
 
     ItemIndex Size() const { return static_cast<ItemIndex>(items.Size()); }
@@ -31,7 +31,7 @@ public:
     std::uint32_t LabelCount() const { return static_cast<std::uint32_t>(labels.Size()); }
     bool IsRemoved(ItemIndex item) const { return items[item].removed; }
 
-    // Relatives, without removed items; kNoItem if there is none. kNoItem as an argument means the tree's root.
+    // Relatives, without removed items; kNoItem if there is none. To FirstChild, kNoItem means the tree's root.
     ItemIndex Parent(ItemIndex item) const { return items[item].parent; }
     // After the last descendant.
     ItemIndex End(ItemIndex item) const { return items[item].end; }

@@ -1,8 +1,8 @@
 // The tree view of a viewer, filled from the model. A log of up to kFilledItems enters the tree completely, while it is read. In
-// a larger one, children enter the tree when they are first expanded or selected. The outermost items enter in order, some at a
-// time while the window is idle, and as many as needed when the user goes further.
+// a larger one, children enter the tree when their parent is expanded or one of them is selected. The outermost items enter in
+// order, some at a time while the window is idle, and as many as needed when the user goes further.
 //
-// Of a log in pages, no more than kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a
+// Of a log in pages, only about kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a
 // match or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the user moves.
 //
 // Owns the mapping from items to handles, but neither the window nor the model.
@@ -24,8 +24,8 @@ public:
     // Expanding everything stops before the tree has more nested items than this.
     static constexpr ItemIndex kExpandedItems = 200'000;
 
-    // Of a log in pages: how many outermost items enter while the window is idle, and how many may be added to reach an item. For
-    // one that is further away, a new run begins.
+    // Of a log in pages: about how many outermost items enter while the window is idle, and about how many may be added to
+    // reach an item. For an item further away, a new run begins.
     static constexpr ItemIndex kIdleOutermost = 10'000;
 
     void Attach(HWND treeView, const PagedLog& log);
@@ -69,7 +69,7 @@ public:
     // Puts the item into the tree if it is not there yet. Null when it cannot be.
     HTREEITEM Handle(ItemIndex item);
 
-    // False when the limit stopped it.
+    // False when the limit, or a lack of memory, stopped it.
     bool ExpandAll(LongTask& task);
     void CollapseAll(LongTask& task);
 

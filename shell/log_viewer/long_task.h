@@ -1,5 +1,5 @@
 // Keeps a window responsive while its thread walks millions of items: handles messages now and then, and Esc cancels.
-// Drops keys and clicks in the client area; the window refuses commands while a task is Running.
+// Drops other keyboard and mouse input to the window; the window refuses commands while a task is Running.
 #pragma once
 
 #include <windows.h>

@@ -38,7 +38,7 @@ void TreeFilling::FillMore()
     if (tree.HasAllOutermost()) SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
 }
 
-// Called before the tree view acts on a message, so that a user who goes to an end finds all items there.
+// Called before the tree view acts on a message, so that a user who goes to an end finds the items there.
 void TreeFilling::PrepareFor(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (tree.HasAllOutermost() || LongTask::Running()) return;

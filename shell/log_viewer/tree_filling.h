@@ -1,5 +1,6 @@
-// Fills a large log's tree after the log is read: the outermost items enter some at a time while the window is idle, and
-// more of them when the user comes near the first or the last item that is there. Owns only the subclass of the tree view.
+// Fills a large log's tree after the log, or its first page, is read: the outermost items enter some at a time while the window
+// is idle, and more of them when the user comes near the first or the last item that is there. Owns only the subclass of the
+// tree view.
 #pragma once
 
 #include <windows.h>

@@ -30,7 +30,7 @@ CallLabel SplitCallLabel(std::string_view label);
 
 struct PageBatch;
 
-// Receives the rows, and whatever else the viewer needs from a LogSink.
+// Receives rows, or pages, where a LogSink receives events.
 class RowSink {
 public:
     virtual ~RowSink() = default;

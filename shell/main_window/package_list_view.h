@@ -21,7 +21,7 @@ public:
     void Attach(HWND listView, HIMAGELIST images);
     // Replaces all rows; none is selected.
     void Fill(const ExportedPackageList& packages);
-    // Makes both columns as wide as their contents and headers need.
+    // Makes both columns wide enough for their contents and headers.
     void FitColumns();
 
     std::optional<std::size_t> Selected() const;

@@ -44,7 +44,7 @@ void CheckItem(HMENU menu, UINT command, bool checked)
     CheckMenuItem(menu, command, MF_BYCOMMAND | (checked ? MF_CHECKED : MF_UNCHECKED));
 }
 
-// The position of each popup in the menu resource.
+// The position of each popup in the menu that contains it.
 enum MenuPosition : int { kPackagePosition = 1, kLogPosition = 2, kOptionsPosition = 3, kUnitOperationPosition = 2 };
 
 }  // namespace

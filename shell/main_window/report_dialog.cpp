@@ -26,7 +26,7 @@ std::wstring TemporaryFile()
     return file;
 }
 
-// The answer of a file dialog with multiple selection: one path, or a folder and names.
+// The files that the user chose in a dialog with multiple selection: `answer` is one path, or a folder and names.
 std::vector<std::wstring> ChosenFiles(const wchar_t* answer)
 {
     const std::wstring first = answer;

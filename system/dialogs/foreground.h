@@ -6,8 +6,8 @@
 namespace zelt {
 
 // Gives the keyboard focus to the window, which is already shown. Windows allows this only to the program that the user is
-// working with, and to programs that this one has permitted; otherwise the window and its button on the task bar flash until the
-// user turns to it.
+// working with, and to programs that have its permission; otherwise the window and its button on the task bar flash until the
+// user turns to the window.
 inline void BringToFront(HWND window)
 {
     if (SetForegroundWindow(window)) return;

@@ -1,4 +1,4 @@
-// With and without the scanner, a log gives the same events, lines and messages, regardless of its bytes, of where the
+// With and without the scanner, a log gives the same events, lines and errors, regardless of its bytes, of where the
 // blocks end in which it is read, and of what the sink leaves out.
 #include "both_readers.h"
 
@@ -14,7 +14,7 @@ namespace {
 // Small blocks, so that a short log has many of them, and blocks of the ordinary size.
 constexpr ScanSizes kSizes[] = {{1024, 1 << 20}, {1024, 16384}, {2048, 16384}, {}};
 
-// The beginning of a log as ZELT writes it, with some calls open.
+// The beginning of a log as ZELT writes it; calls may be open.
 std::string Beginning(std::uint64_t hash)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";

@@ -1,5 +1,5 @@
 // The commands for logs accept any bytes: each command ends with one of its exit codes, with a message if it cannot read
-// the bytes. No log differs from itself, and a redacted log has as many events as the log.
+// the bytes. No log differs from itself, and a complete log keeps its number of events when it is redacted.
 #include <string>
 #include <vector>
 

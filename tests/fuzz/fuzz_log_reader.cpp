@@ -1,5 +1,5 @@
-// The reader accepts any bytes. It returns a tree in which each event ends once and names and texts are UTF-8, no
-// matter in which pieces the bytes arrive or when the caller cancels.
+// The reader accepts any bytes. Its events form a tree, and their names and texts are UTF-8, no matter in which pieces the
+// bytes arrive or when the caller cancels.
 #include <algorithm>
 #include <cstdint>
 #include <vector>

@@ -1,4 +1,4 @@
-// Reading a recording comes to an end whatever its bytes are, and the file's size limits the memory that reading takes.
+// Reading a recording comes to an end whatever its bytes are, and the values that it gives can be compared.
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>

@@ -11,7 +11,7 @@ namespace zelt::test {
 void Mutate(std::string& log, std::mt19937& random);
 
 // Makes one to eight changes to whole lines and to quoted texts: parts that are cut out, copied or cut off, and texts in
-// place of others. The result looks much like a log, with damage far from its beginning.
+// place of others. The result looks much like a log, often with damage far from its beginning.
 void Rearrange(std::string& log, std::mt19937& random);
 
 }  // namespace zelt::test

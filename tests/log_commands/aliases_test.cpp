@@ -1,4 +1,4 @@
-// log redact keeps the log's own words, and replaces everything else with an alias of the same form.
+// log redact keeps words of the standard, the log's own marks and 0, and replaces other values with aliases of the same form.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -189,7 +189,7 @@ TEST_F(Aliases, AnAddressKeepsItsLengthAndAlwaysHasTheSameAlias)
         EXPECT_EQ("interface to object \"\" (address " + alias + ")",
                   aliases.Value("interface to object \"\" (address " + text + ")", "interface"));
     }
-    // A name may look like the text that follows it.
+    // A name may contain what looks like an address.
     EXPECT_EQ(
         "interface to object \"" + aliases.Text("a\" (address 0x1)") + "\" (address " + aliases.Address("0x12") + ")",
         aliases.Value("interface to object \"a\" (address 0x1)\" (address 0x12)", "interface"));

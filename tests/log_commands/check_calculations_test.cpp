@@ -1,4 +1,4 @@
-// log check: the rules for parameters and for equilibrium calculations. For each, logs that break it and logs that only seem to.
+// log check: the rules for parameters, equilibrium calculations and unit operations. Logs that break them, or only seem to.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -178,7 +178,7 @@ const std::string kOutlet = Stream("SetOverallProp", "Out", "16", {"0.40625", "0
 struct CalculationCase {
     const char* name;
     std::string entries;
-    std::vector<std::string> findings;  // without their lines
+    std::vector<std::string> findings;  // their beginnings, without the lines
 };
 
 const CalculationCase kBoundsCases[] = {

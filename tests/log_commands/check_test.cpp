@@ -1,4 +1,4 @@
-// log check: for each rule, a small log that breaks it and a similar one that follows it.
+// log check: small logs that break a rule, and similar ones that follow it. Other files test the rules for calculations.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -221,7 +221,7 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
     EXPECT_EQ(0, RunCommand({"log", "check", "--ignore", "fractions,not-terminated", log.Path()}).code);
 }
 
-// As the user guide lists them.
+// In the order in which the refusal lists them.
 const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
                               "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
                               "fractions",   "not-a-number", "read-before-set", "bounds",         "phase-not-given",

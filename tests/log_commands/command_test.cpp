@@ -1,4 +1,4 @@
-// The command line: help, versions, refused arguments.
+// The command line: help, versions, refused arguments; and what commands share: similar words, patterns, JSON, alignments.
 #include <gtest/gtest.h>
 
 #include <new>

@@ -100,7 +100,8 @@ TEST(LogDiff, SaysWhatDiffers)
     }
 }
 
-// A repeated run: other times and addresses, other numbers. The golden logs have placeholders where runs differ.
+// A repeated run: another time, other addresses, another number of an object. The golden logs have placeholders for the first
+// two.
 std::string Repeated(std::string log)
 {
     const auto replace = [&](const std::string& from, const std::string& to) {

@@ -1,4 +1,4 @@
-// log follow on a growing log; and the exports of whole logs.
+// log follow; and the exports as CSV, JSON and HTML.
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -44,7 +44,7 @@ TEST(SystemInterfaces, HaveEachANameOrAnIdentifierOnlyOnceAndAReason)
         EXPECT_TRUE(IsSystemInterface(row.identifier));
         EXPECT_EQ(!row.name.empty(), IsSystemInterface(row.name));
     }
-    // Programs ask for these, not the system.
+    // Interfaces that programs ask for, and texts that name no interface of the system.
     for (const char* name : {"", "ICapeThermoMaterial", "IDispatch", "IPersist", "IPersistStream", "IPersistStreamInit",
                              "IPersistStorage", "ECapeUser", "IConnectionPointContainer", "imarshal",
                              "{0000010C-0000-0000-C000-000000000046}", "{678C09A5-7D66-11D2-A67D-00105A42887F}"}) {

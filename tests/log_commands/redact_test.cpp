@@ -283,7 +283,7 @@ TEST(LogRedact, KeepsTheSentencesOfTheLogAndNotWhatTheyName)
         {EventKind::Warning, "Object reports rediculously high max file size.",
          "Object reports rediculously high max file size\\."},
         {EventKind::Error, "Failed to create unit operation: E_FAIL", "Failed to create unit operation: E_FAIL"},
-        // The name of a unit reads like another sentence.
+        // Also fits the sentence "%n creation failed: %s", so the words may be a name.
         {EventKind::Error, "Failed to create unit operation: Secret creation failed: E_FAIL",
          "Failed to create unit operation: A"},
         {EventKind::Error, "Secret words of a later version", "A"},

@@ -44,7 +44,7 @@ std::vector<std::string> FindingsIn(const std::string& log)
     return findings;
 }
 
-// A golden log with one change, in the first line that contains `old`.
+// A golden log with `now` in place of the first `old`.
 std::string Changed(const std::string& golden, const std::string& old, const std::string& now)
 {
     std::string log = ReadBytes(GoldenLog(golden));
@@ -219,7 +219,7 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
         return Call("ICapeThermoMaterial::" + method, "out", name,
                     Text("property", property) + Text("basis", "mole") + Numbers("values", values));
     };
-    // A mixer: one of its materials has a total flow, another the flows of the compounds.
+    // A unit operation: one of its materials has a total flow, another the flows of the compounds.
     const std::string entries = Call("ICapeUnit::Calculate", "in", "U",
                                      material("GetOverallProp", "A", "totalFlow", {"10"}) +
                                          material("GetOverallProp", "A", "fraction", {"0.25", "0.75"}) +

@@ -14,7 +14,7 @@ struct KeptCase {
     int code;
 };
 
-// Each form of output, completely, for a log with an example of everything that a log may contain.
+// Each form of output, completely, for a short log with each kind of element.
 const KeptCase kKept[] = {
     {"show.txt", {"log", "show"}, 0},
     {"show_calls.txt", {"log", "show", "--calls"}, 0},

@@ -165,7 +165,7 @@ TEST(LogWhy, ShowsOnlySoMuchOfALongConversation)
     const std::string story = Why(FlashOf("S", inside + Error("E_FAIL: no")));
     EXPECT_LE(LinesOf(story).size(), 30u) << story;
     EXPECT_NE(std::string::npos, story.find("          25 calls not shown\n")) << story;
-    // The failed calls are shown first, then the latest.
+    // The first failed calls are shown, and the latest calls.
     for (const char* shown : {"f0 (failed)", "f3 (failed)", "z3 = 1", "z8 = 1"}) {
         EXPECT_NE(std::string::npos, story.find(shown)) << shown;
     }

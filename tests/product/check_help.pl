@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # Checks the compiled help: check_help.pl <BRIX.chm> <source root> <work folder>. It contains the topic that the program
-# opens and every page of the list, and every reference in it works: links, anchors, style sheets, pictures, contents
-# and index.
+# opens and every page of the list, and every reference to a file of the help works: links, anchors, style sheets,
+# pictures, contents and index.
 use strict;
 use warnings;
 use File::Path qw(make_path remove_tree);

@@ -1,5 +1,5 @@
 #!/usr/bin/perl
-# check_rooms.pl <source root>: checks the includes of every source against the table of rooms in docs/architecture.md.
+# check_rooms.pl <source root>: checks the includes of the product's sources against the table of rooms in docs/architecture.md.
 # A room is a folder; it uses only rooms that are above it in the table and named in its row. A folder contains at most
 # 45 files.
 use strict;

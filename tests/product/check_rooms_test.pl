@@ -8,7 +8,7 @@ use File::Temp 'tempdir';
 my ($check) = @ARGV;
 my $table = "| room | holds | uses |\n|---|---|---|\n| low/ | x | - |\n| low/deep/ | x | - |\n| high/ | x | low/ |\n\nText.\n";
 
-# The output of the check for a table and sources.
+# Whether the check accepts a table and sources, yes or no, and what it prints.
 sub Checked
 {
     my ($map, %sources) = @_;

@@ -30,7 +30,7 @@ Prefix "$home/elsewhere" WINEPREFIX="$home/elsewhere" ZELT_WINE_PREFIX="$home/el
 
 [ -f "$build/wine/ctest/system.reg" ] || { echo "There is no prefix in $build/wine/ctest."; failed=1; }
 [ ! -e "$home/.wine" ] || { echo "The user's own prefix was made."; failed=1; }
-# The user's folders belong to the prefix and are not links to the user's own.
+# In the prefix, the user's folders are real folders, not links to those outside.
 links=$(find "$build/wine/ctest/drive_c/users" -type l)
 [ -z "$links" ] || { printf 'Links lead out of the prefix:\n%s\n' "$links"; failed=1; }
 exit $failed

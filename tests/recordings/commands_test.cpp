@@ -1,4 +1,4 @@
-// zeltctl's commands for recordings.
+// recording info and recording profile.
 #include <gtest/gtest.h>
 
 #include "tests/log_commands/command_runner.h"

@@ -1,4 +1,4 @@
-// The commands that read whole recordings, with recordings cut off at any byte; and the trace events of many calls.
+// Commands that read whole recordings, with recordings cut off at many places; and the trace events of many calls.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -96,7 +96,7 @@ TEST(RecordingTraceEvents, NestAsTheCallsDo)
             }
         }
     }
-    // In each of the five, the outermost call contains three calls, and one of these contains another.
+    // In each of the five, the outermost call contains three calls, one of them within another.
     EXPECT_EQ(5 * 4, within);
 }
 

@@ -1,4 +1,4 @@
-// Two recordings, compared.
+// recording diff: what a comparison ignores, and what it finds.
 #include <gtest/gtest.h>
 
 #include <cmath>

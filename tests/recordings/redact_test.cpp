@@ -25,7 +25,7 @@ std::string Redact(const std::string& recording, const std::vector<std::string>&
     return ReadBytes(target.Path());
 }
 
-// The values of all arguments as text, by "<member> <argument>", in order.
+// The values of all arguments as text, by "<method> <argument>", in order.
 std::map<std::string, std::vector<std::string>> RecordedValues(const std::string& recording)
 {
     std::size_t at = 0;

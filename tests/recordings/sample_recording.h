@@ -1,4 +1,4 @@
-// A recording that has every kind of record and every form of value.
+// A recording that has every kind of record, and every form of value except raw bytes.
 #pragma once
 
 #include <string>

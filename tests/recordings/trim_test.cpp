@@ -93,7 +93,7 @@ TEST(RecordingTrim, FindsAFailure)
     EXPECT_NE(std::string::npos, info.data.find("package \"Aromatics of the plant\"\n")) << info.data;
 }
 
-// A unit: its component is made within a call, its parameters come in a collection.
+// A unit operation: its component is made within a call, and its parameters come in a collection.
 std::string Flowsheet()
 {
     RecordedCalls calls(false);
@@ -120,7 +120,7 @@ TEST(RecordingTrim, FollowsTheCallsThatBroughtTheObjects)
                      "ICapeUtilities::Initialize", "ICapeParameter::put_value", "ICapeUnit::Validate",
                      "ICapeUnit::Calculate"}),
               TrimmedCalls(Flowsheet(), "18"));
-    // The other parameter, and what was set by then.
+    // A call of the other parameter needs what was set before it.
     EXPECT_EQ((Calls{"IPersistStreamInit::InitNew", "ICapeUtilities::get_parameters", "ICapeCollection::Item",
                      "ICapeCollection::Item", "ICapeUtilities::Initialize", "ICapeParameter::put_value",
                      "ICapeParameter::get_value"}),
@@ -129,7 +129,7 @@ TEST(RecordingTrim, FollowsTheCallsThatBroughtTheObjects)
 
 TEST(RecordingTrim, KeepsTheStateThatAnEarlierCalculationUsed)
 {
-    // A setting is left out only if another replaces it before a calculation can use it.
+    // A setting is left out only if another replaces it before a call can use it.
     RecordedCalls calls;
     calls.Call("IVendor::put_Mode", kPackage, [&] { calls.Real("mode", false, 1); });
     calls.Call("IVendor::Solve", kPackage);

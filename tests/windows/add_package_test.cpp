@@ -59,7 +59,7 @@ protected:
     }
     std::wstring ExportName() { return TextOfWindow(GetDlgItem(dialog, kExportName)); }
     bool OkEnabled() { return IsWindowEnabled(GetDlgItem(dialog, IDOK)); }
-    // Waits until the dialog has handled what was posted to it so far, because sent messages overtake posted ones.
+    // Waits until the dialog has handled the messages posted to it before, because sent messages overtake posted ones.
     void WaitForPosted()
     {
         const HWND box = GetDlgItem(dialog, kLoggingEnabled);

@@ -41,14 +41,14 @@ protected:
         program.emplace();
         EXPECT_NE(nullptr, program->WaitForWindow(kThisEdition.windowTitle));
     }
-    // A thread of the program that begins at this address.
+    // Starts a thread of the program at this address.
     void Run(const void* address) const
     {
         const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(const_cast<void*>(address));
         const UniqueHandle thread(CreateRemoteThread(program->Process(), nullptr, 0, start, nullptr, 0, nullptr));
         ASSERT_TRUE(thread) << GetLastError();
     }
-    // The dump that the box names, which is deleted.
+    // The contents of the dump that the box names. Deletes the dump.
     static std::vector<char> TakeDump(const std::wstring& text)
     {
         std::wsmatch match;

@@ -1,4 +1,4 @@
-// What the program requests from the file dialogs. The system's functions are replaced, and nothing is shown.
+// What the program requests from the file dialogs. The system's functions are replaced, and no file dialog is shown.
 #include <windows.h>
 #include <commdlg.h>
 

@@ -45,7 +45,7 @@ protected:
     }
     void TearDown() override { Program(L"/UnregServer").EndsBy(60'000); }
 
-    // Creates, uses and releases the package, as a simulator does.
+    // Creates and releases the package, as a simulator does.
     static void CreateAndRelease(HRESULT& result)
     {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);

@@ -1,5 +1,5 @@
 // A menu as text, one line per item: "x" if it is checked, its command, its text, and "(grey)" if it cannot be chosen;
-// "-" for a separator. A submenu's items follow its line, indented.
+// "-" for a separator. A submenu has no command; its items follow its line, indented.
 #pragma once
 
 #include <windows.h>

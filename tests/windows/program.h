@@ -29,7 +29,7 @@ public:
     bool EndsBy(DWORD milliseconds) const { return WaitForSingleObject(process.get(), milliseconds) == WAIT_OBJECT_0; }
     DWORD ExitCode() const;
 
-    // A visible top-level window of the program by its title; null if none appears in time.
+    // A visible top-level window of the program by its title; null if there is none. WaitForWindow waits for one.
     HWND WaitForWindow(const std::wstring& title) const;
     HWND FindVisible(const std::wstring& title) const;
     // Waits until the window is gone.

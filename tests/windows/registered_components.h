@@ -1,5 +1,5 @@
 // What a window test finds on the machine: no settings of the program (CleanSettings restores the previous ones), the
-// registered sample components, and other classes without a server (RegisteredComponents unregisters them).
+// registered sample and faulty packages, and classes that the test adds (RegisteredComponents unregisters both).
 #pragma once
 
 #include <optional>

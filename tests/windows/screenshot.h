@@ -7,7 +7,8 @@
 
 namespace zelt::test {
 
-// Writes <build>/screenshots/<name>.bmp. False if the window is not visible or the picture has only one colour.
+// Writes <build>/screenshots/<name>.bmp. False if the window is not visible, the picture has only one colour, or
+// the file cannot be written.
 bool KeepScreenshot(HWND window, const std::string& name);
 
 }  // namespace zelt::test

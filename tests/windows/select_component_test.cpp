@@ -20,7 +20,7 @@ using namespace zelt::test;
 constexpr wchar_t kSelectionKey[] = L"Software\\ZELT selection tests";
 constexpr wchar_t kSelectionTitle[] = L"Select Unit Operation:";
 
-// In the order of the registry, which is not the order of their names.
+// The first three are in the order of the registry, which is not the order of their names.
 constexpr wchar_t kZebra[] = L"{7E57DDDD-0000-0000-0000-000000000011}";
 constexpr wchar_t kNameless[] = L"{7E57DDDD-0000-0000-0000-000000000012}";
 constexpr wchar_t kApple[] = L"{7E57DDDD-0000-0000-0000-000000000013}";

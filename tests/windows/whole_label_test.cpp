@@ -1,4 +1,4 @@
-// A list view shows the first 259 characters of a text; the list of errors draws the rest itself.
+// A list view shows only the first 259 characters of a text; the list of errors draws longer texts itself.
 #include "shell/log_viewer/errors/whole_label.h"
 
 #include <gtest/gtest.h>

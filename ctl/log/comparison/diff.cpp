@@ -97,7 +97,7 @@ private:
     int firstA = 0, firstB = 0;
 };
 
-// Values are identified by their keys, which come in the same order in both calls.
+// Values are identified by their keys, which are expected to come in the same order in both calls.
 void CompareValues(const SequenceStep& a, const SequenceStep& b, double tolerance, DifferenceWriter& writer)
 {
     const auto position = [](const std::vector<SequenceValue>& values, std::size_t from, const std::string& key) {

@@ -1,5 +1,5 @@
-// Which element of one sequence corresponds to which element of another, with as few elements left over as possible: the shortest
-// edit script, found by following the furthest paths. Knows nothing of logs.
+// Which element of one sequence corresponds to which element of another, with as few elements left over as possible: the
+// shortest edit script, found by following the furthest paths. Knows nothing of logs.
 #pragma once
 
 #include <optional>

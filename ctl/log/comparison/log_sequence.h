@@ -1,6 +1,6 @@
 // A log in memory, as log diff compares it: a sequence of calls in the order in which they begin, and of what is outside of
-// calls. Leaves out what differs between two runs of the same conversation: addresses, times, the numbers at the ends of objects'
-// names, the queries of the system.
+// calls. Does not compare what differs between two runs of the same conversation: addresses, times, the numbers at the ends of
+// objects' names, the queries of the system.
 #pragma once
 
 #include <string>
@@ -31,7 +31,7 @@ struct Sequence {
 
 // The name with # in place of its number: "Stream #" for "Stream 12", "Stream (#)" for "Stream (12)".
 std::string WithoutNumber(std::string_view name);
-// A message with # in place of the numbers of objects, and without times.
+// A message with # in place of the numbers at the ends of names in quotes, and without the time at which a log was started.
 std::string ComparableMessage(std::string_view text);
 
 // Throws InputError.

@@ -16,8 +16,8 @@ namespace {
 constexpr std::string_view kHeader =
     "line,kind,call,caller,direction,interface,method,object,argument,argument direction,type,index,text\r\n";
 
-// The beginnings that make a spreadsheet take a cell for a formula, also in the wide forms of East Asian keyboards. A spreadsheet
-// also skips white space at the beginning.
+// The beginnings that make a spreadsheet take a cell for a formula, also in the wide forms of East Asian keyboards. A
+// spreadsheet may skip tabs and line ends at the beginning.
 constexpr std::string_view kFormulaStarts[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                "\n", "\uff1d", "\uff0b", "\uff0d", "\uff20"};
 

@@ -1,5 +1,5 @@
-// The log as one array of nested objects, in the order of the file: each has its kind, its line, and its content as "items".
-// Values are texts, as in the log.
+// The log as one array of nested objects, in the order of the file: each has its kind and its line, and calls, arguments and
+// other elements with content have "items". Values are texts, as in the log.
 #include "ctl/json_writer.h"
 #include "ctl/log/export/log_export.h"
 #include "ctl/log/log_events.h"

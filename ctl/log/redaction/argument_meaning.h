@@ -1,5 +1,5 @@
-// What the values of an argument mean to a redaction: most are replaced by others of the same form, but some have an order, a sum
-// or a number that a reader needs.
+// What the values of an argument mean to a redaction: most are replaced by others of the same form, but some have an order, a
+// sum or a number that a reader needs.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace zelt::ctl {
 
 enum class ArgumentMeaning {
     Other,
-    Count,      // also indices, statuses and dimensions: numbers to which the standard gives a meaning
+    Count,      // also indices, statuses, dimensions and Booleans: values to which the standard gives a meaning
     Fractions,  // of a mixture
     PhaseFraction,
     TotalFlow,

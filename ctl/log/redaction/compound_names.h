@@ -1,4 +1,5 @@
-// The names of compounds in a log that is given away: Compound-1, Compound-2 and so on, in the order in which the log names them.
+// The names of compounds in a log that is given away: Compound-1, Compound-2 and so on, in the order in which the log names
+// them.
 #pragma once
 
 #include <map>

@@ -64,7 +64,7 @@ std::vector<std::string> RedactFractions(const std::vector<std::string>& values,
         } else if (*number == 0) {
             redacted[i] = values[i];
         } else if (*number < 0) {
-            // Rounding makes fractions a little negative; more than that is a finding.
+            // Rounding can make fractions a little negative; more than that is a finding.
             const double weight = -aliases.Weight(values[i]) * (*number < -kTolerance ? 1 : kTolerance * 0.9);
             redacted[i] = Digits(weight);
             sum += *number - weight;

@@ -1,6 +1,6 @@
 // The fractions of a mixture in a log that is given away. They become what the fractions by mass would be if the compounds had
-// other masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed as
-// before. So the rules for fractions find the same in the redacted log.
+// other masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed
+// as before. So the rules for fractions find the same in the redacted log.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ namespace zelt::ctl {
 // More compounds than a mixture has. A forged log may have more values than this.
 inline constexpr std::size_t kMostFractions = 1000;
 
-// What replaces the values of one argument. 0 stays, and so does whether a value is below 0 or above 1. If they are all fractions
-// of a mixture, their sum stays, too.
+// What replaces the values of one argument. 0 stays, values below 0 stay below it, and whether one is clearly above 1 stays,
+// as far as the sum allows. If they are all fractions of a mixture, their sum stays, too.
 std::vector<std::string> RedactFractions(const std::vector<std::string>& values, bool areAll,
                                          const LogAliases& aliases);
 

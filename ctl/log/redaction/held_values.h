@@ -16,7 +16,7 @@ public:
     struct HeldValue {
         std::size_t place;  // where its substitute belongs in the lines
         std::string text, object, phase;
-        bool isFlow;  // the total flow of the feed
+        bool isFlow;  // the total flow of a material, not a phase fraction
     };
 
     // Call it for each event, in order.

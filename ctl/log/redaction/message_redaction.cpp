@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Whether this is the name of an interface of the standard or of the system.
+// Whether this is the name of an interface of the system, or has the form of those of the standard and of persistence.
 bool IsStandardInterface(std::string_view name)
 {
     if (IsSystemInterface(name)) return true;

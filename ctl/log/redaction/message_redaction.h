@@ -1,5 +1,5 @@
-// Messages without what they reveal about the user's models: the log's own sentences stay, what they name is replaced. An unknown
-// sentence is replaced completely.
+// Messages without what they reveal about the user's models: the log's own sentences stay, and the names and foreign texts in
+// them are replaced. An unknown sentence is replaced completely.
 #pragma once
 
 #include <string>
@@ -11,7 +11,8 @@
 
 namespace zelt::ctl {
 
-// What replaces the text in a hole of this kind (see SentenceRow). `mayBeName`: the text may be a name even in a hole for words.
+// What replaces the text in a hole of this kind (see SentenceRow). `mayBeName`: the text may be a name even in a hole for
+// words.
 std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases);
 // Whether what fills the holes for words may be names, because the text could also be another sentence.
 bool MayHaveNames(const SentenceRow& row, std::string_view text);

@@ -1,5 +1,5 @@
-// log redact: writes the log again, still in the format of a log, with names and values replaced. A log that is cut off stays cut
-// off at the same place.
+// log redact: writes the log again, still in the format of a log, with names and values replaced. A log that is cut off stays
+// cut off at the same place.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -95,7 +95,7 @@ public:
         }
         const std::string_view tag = EndTag(kind, parents.back());
         parents.pop_back();
-        // An end is written only when something follows it, so that elements that a cut-off log leaves open get no end.
+        // An end is written with what follows it, or by Finish, so that elements that a cut-off log leaves open get no end.
         ends.push_back({tag, depth});
     }
     void LeftOpen(int) override { ++leftOpen; }
@@ -194,7 +194,7 @@ private:
     }
     const std::string& Ordered(std::string_view value)
     {
-        // The type decides whether a number is whole.
+        // Whether a number counts as whole also depends on the type.
         (((key = meanings.Order()) += '|') += type) += '|';
         const std::size_t end = key.size();
         return ordered.Of(key += value, [&](std::string_view text) {
@@ -261,7 +261,7 @@ private:
     TextMemo names, objects, texts, infos, warnings, errors, ordered;
     Memo<std::string> named[2][2];  // lines of arguments and of calls, by their direction
     std::string key;                // the latest key in `ordered`
-    std::string kept;               // the latest value, if it is in no memo
+    std::string kept;               // the latest value or message, if it is in no memo
     static constexpr std::size_t kPiece = 4096;
     std::string lines;   // the lines to write next; the memory is reused
     std::string behind;  // what comes after the place of the first fraction

@@ -1,4 +1,4 @@
-// Which names of interfaces, methods, arguments and types are the standard's.
+// Which names of interfaces, methods, arguments and types may be the standard's.
 #pragma once
 
 #include <algorithm>

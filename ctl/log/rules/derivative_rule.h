@@ -1,8 +1,8 @@
-// The rule for derivatives by temperature and by pressure. Three calculations of a phase at three temperatures or pressures, all
-// else equal, show how the property changes, and the derivatives at the same states must agree. What the log cannot prove is left
-// alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that are not
-// smooth, a package that somebody may have changed between the calculations, and redacted logs, whose values are not those that
-// were calculated.
+// The rule for derivatives by temperature and by pressure. Three calculations of a phase at three temperatures or pressures,
+// all else equal, show how the property changes, and the derivatives at the same states must agree. What the log cannot prove
+// is left alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that are
+// not smooth, a package that somebody may have changed between the calculations, and redacted logs, whose values are not those
+// that were calculated.
 #pragma once
 
 #include <deque>

@@ -1,6 +1,6 @@
-// The rules for equilibrium calculations: each phase that is said to be present gets its composition, the phases together make up
-// the feed, and each compound has the same fugacity in all of them. Also the rule for the balance of a unit operation. The rules
-// judge calculations that succeeded, and only by what the package or unit itself read and set during them.
+// The rules for equilibrium calculations: each phase that is said to be present at equilibrium gets its composition, the phases
+// together make up the feed, and each compound has the same fugacity in all of them. Also the rule for the balance of a unit
+// operation. The rules judge calculations that succeeded, and only by what the package or unit itself read and set during them.
 #pragma once
 
 #include <map>

@@ -37,13 +37,13 @@ public:
         Composition feed;
         std::vector<Phase> phases;
         bool declares = false;  // the package says which phases are present
-        bool isUnsure = false;  // others may have changed it, or two materials may have this name
-        // Only in a calculation of a unit operation.
+        bool isUnsure = false;  // for example, others may have changed it, or two materials may have this name
+        // For the calculation of a unit operation; in others, `compounds` stays empty.
         std::vector<std::string> compounds;
         std::optional<double> totalFlow;
         std::string totalFlowBasis;
         Composition flows;      // of the compounds
-        bool isOutlet = false;  // its flows are set
+        bool isOutlet = false;  // its overall fractions or flows are set
 
         const Phase* Find(std::string_view label) const;
     };

@@ -1,5 +1,6 @@
-// The rule for values outside a parameter's bounds, as the log shows both. Parameters are distinguished by their names, so those
-// of reactions, which often have the same names, are left out, and so is a name for which the log shows different bounds.
+// The rule for values outside a parameter's bounds, as the log shows both. Parameters are distinguished by their names. Those
+// of reactions often share names, so nothing is reported once the simulator has asked for them, nor for a name with different
+// bounds.
 #pragma once
 
 #include <map>

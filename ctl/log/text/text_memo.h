@@ -1,5 +1,5 @@
-// Remembers what was made of texts that recur, as names and messages do in a log. The number of places is fixed: a text replaces
-// the one that had its place, so memory does not grow with the log. `Made` is what is made of each text.
+// Remembers what was made of texts that recur, as names and messages do in a log. The number of places is fixed: a text
+// replaces the one that had its place, so memory does not grow with the log. `Made` is what is made of each text.
 #pragma once
 
 #include <array>
@@ -50,7 +50,7 @@ private:
             std::memcpy(&word, text.data() + at, kWord);
             hash = std::rotl((hash ^ word) * kFactor, 32);
         }
-        // The last bytes; some of them are hashed a second time.
+        // The last bytes; some of them may be hashed a second time.
         if (text.size() >= kWord) {
             std::memcpy(&word, text.data() + text.size() - kWord, kWord);
         } else {

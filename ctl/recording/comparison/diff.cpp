@@ -1,5 +1,5 @@
-// recording diff: two recordings, call by call and to the bit. Each is read twice: first to find which calls belong together,
-// then to compare them.
+// recording diff: two recordings, call by call and, without a tolerance, to the bit. Each is read twice: first to find which
+// calls belong together, then to compare them.
 #include <algorithm>
 #include <map>
 

@@ -1,5 +1,6 @@
-// What replaces the phase fractions and total flows of a recording. They have to balance with the phases of their calculation, so
-// they are known only when it has ended: this class reads ahead in the recording, as far as the next value needs.
+// The substitutes for the phase fractions and total flows of a recording. They have to balance with the phases of their
+// calculation, so they are known only when it has ended: this class reads ahead in the recording, as far as the next value
+// needs.
 #pragma once
 
 #include <deque>

@@ -29,8 +29,8 @@ public:
     ArgumentMeanings meanings;
 };
 
-// The identifiers of the standard's interfaces and of the system's say nothing about a component. Those of the standard differ
-// only in their first four bytes, and so do those of the system.
+// The identifiers of the standard's interfaces and of the system's say nothing about a component. Many of the standard differ
+// only in their first four bytes, and so do many of the system; the others are replaced like a component's own.
 bool IsOfTheStandard(std::string_view id)
 {
     constexpr std::string_view kStandard("\x66\x7D\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 12);
@@ -128,7 +128,7 @@ private:
         const auto row = std::find_if(std::begin(kSentences), std::end(kSentences),
                                       [&](const SentenceRow& one) { return one.text == sentence.pattern; });
         SentenceRecord redacted;
-        // A sentence that only a newer version knows.
+        // A sentence that this program does not know.
         if (row == std::end(kSentences)) {
             redacted.pattern = Alias(message.text);
             return redacted;

@@ -1,4 +1,4 @@
-// Redacts the arguments of a recording, by the same rules and with the same aliases as those of a log.
+// Redacts the arguments of a recording, by the same rules as those of a log.
 #pragma once
 
 #include <deque>

@@ -8,7 +8,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Members that only ask or calculate begin with one of these. kCalculating counts only for interfaces of thermodynamics and
+// Members that begin with one of these only ask or calculate. kCalculating counts only for interfaces of thermodynamics and
 // reactions.
 constexpr std::string_view kAsking[] = {"get_", "Get"};
 constexpr std::string_view kCalculating[] = {"Calc", "Check", "Prop", "Validity", "Available"};

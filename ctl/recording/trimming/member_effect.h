@@ -6,7 +6,7 @@
 namespace zelt::ctl {
 
 // Sets, Validates and Calculates replace what earlier calls of the same group left. Calls of each effect use what calls of the
-// effects above it left.
+// effects above it left, and calls without effect use what all left.
 enum class Effect {
     None,  // it only asks, or calculates from its arguments and its material
     Sets,  // a value, or an object
@@ -17,14 +17,15 @@ enum class Effect {
 
 struct MemberEffect {
     Effect effect;
-    std::string_view group;  // of calls of one object that replace each other; a part of the member's name
+    // Of calls of one object that replace each other: the member's name or its interface; empty for none.
+    std::string_view group;
 };
 
 // `member` is, for example, "ICapeUtilities::Edit".
 MemberEffect EffectOf(std::string_view member);
 
-// Whether the component asks for something that its later calls may rely on without asking again: what the simulator offers, not
-// the state of a material.
+// Whether the component asks for something that its later calls may rely on without asking again: what the simulator offers,
+// not the state of a material.
 bool IsQuestionToRemember(std::string_view member);
 
 }  // namespace zelt::ctl

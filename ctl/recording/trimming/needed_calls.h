@@ -1,5 +1,5 @@
-// Which calls of a recording have to be made again before certain calls can be: those that made the component's state, and those
-// that gave the objects that are called.
+// Which calls of a recording have to be made again before certain calls can be: those that made the component's state, and
+// those that gave the objects that are called.
 #pragma once
 
 #include <cstdint>

@@ -15,8 +15,8 @@ public:
     explicit ErrorFilter(const PagedLog& model) : model(model) {}
 
     bool IsActive() const { return active; }
-    // Chooses those with the text, in UTF-8; ignores case in ASCII letters. An empty text chooses all. If the user cancels the
-    // task, those found so far are chosen.
+    // Chooses those with the text, in UTF-8; ignores case in ASCII letters. An empty text chooses all. If the task is
+    // cancelled, those found before are chosen.
     void Choose(const std::string& text, LongTask& task);
 
     std::size_t Count() const { return active ? chosen.size() : model.ErrorCount(); }

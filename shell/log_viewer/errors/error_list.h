@@ -1,6 +1,6 @@
 // The list of a log's errors and warnings: a virtual list view whose rows are items of the model, all of them or those that the
 // filter chooses. With details, it also has columns for the line, the call around the error and the call's object. Owns no data
-// except the text requested last.
+// except the filter and the text requested last.
 #pragma once
 
 #include <windows.h>
@@ -33,7 +33,7 @@ public:
     // Adds the columns of the details, or removes them.
     void ShowDetails(bool wanted);
     bool HasDetails() const { return hasDetails; }
-    // Makes the columns of the details as wide as the first rows need, which usually look like the others.
+    // Makes the columns of the details as wide as the first rows and the last one need. The others usually look like these.
     void FitDetails() const;
     // Shows the errors with the text; see ErrorFilter. False if the user cancelled.
     bool Filter(const std::wstring& text);
@@ -48,8 +48,8 @@ public:
     // The first row after an item; Count if there is none.
     std::size_t FirstAfter(ItemIndex item) const { return filter.FirstAfter(item); }
 
-    // Handles the list's notifications; true when `result` is the answer to one. Calls `chosen` with the item that the user
-    // selects or clicks.
+    // Handles the list's notifications; true when `result` is the answer to one. Calls `chosen` with the item of a row that is
+    // selected or clicked, and with kNoItem for a click beside the rows.
     bool OnNotify(const NMHDR& header, LRESULT& result, const std::function<void(ItemIndex)>& chosen);
 
 private:

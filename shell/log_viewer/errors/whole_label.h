@@ -10,7 +10,7 @@ namespace zelt {
 
 constexpr std::size_t kMostShownByList = 259;
 
-// Draws over the label that the list has drawn in the first column.
+// Draws over the label that the list has drawn in column 0.
 void DrawWholeLabel(const NMLVCUSTOMDRAW& drawn, const std::wstring& label);
 
 }  // namespace zelt

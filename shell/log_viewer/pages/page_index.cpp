@@ -11,7 +11,7 @@ namespace {
 
 // As many as the list of errors measures.
 constexpr std::size_t kLongestErrors = 16;
-// The room that an element takes in the file besides its texts.
+// About the room that an element takes in the file besides its texts.
 constexpr std::size_t kMarkup = 32;
 
 void KeepIfLong(std::vector<std::string>& longest, std::string_view label)

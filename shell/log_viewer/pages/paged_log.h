@@ -1,8 +1,8 @@
 // A log of any size for a viewer: its items in file order, by number. What was read in pages is read again when it is needed, and
 // few pages are kept; what is in no page, such as the whole of a small log, is in a LogModel. Knows nothing about windows.
 //
-// While the log is read, items are added, and the relatives of some are not known yet. If a page has changed in the file when
-// it is read again, it keeps its number of items, and each item says that it is no longer there.
+// While the log is read, items are added, and the relatives of some are not known yet. If a page fails its PageCheck when it is
+// read again, it keeps its number of items, and each item says that it is no longer there.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ public:
     // How many outermost items precede the item or its outermost ancestor, to within a page.
     ItemIndex OutermostBefore(ItemIndex item) const;
 
-    // Relatives, without removed items; kNoItem if there is none. kNoItem as an argument means the tree's root.
+    // Relatives, without removed items; kNoItem if there is none. To FirstChild, kNoItem means the tree's root.
     ItemIndex Parent(ItemIndex item) const;
     // After the last descendant; Size() if that is not known yet.
     ItemIndex End(ItemIndex item) const;

@@ -362,7 +362,7 @@ TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// Only holders with other rights make the list shared, although every holder keeps edits away.
+// The list is shared only among holders with different rights.
 TEST_F(Exports, AreSharedByHoldersWithOtherRightsOnly)
 {
     const PackageListHold plain(Rights::Plain);
@@ -400,7 +400,7 @@ TEST_F(Exports, AreHeldOnlyAfterAnEdit)
     EXPECT_TRUE(PackageListEdit().Allowed());
 }
 
-// zeltctl reports this; the main window would show a message box.
+// Commands that need the user's registry report that they cannot access it.
 TEST_F(Exports, CannotBeReadWithoutTheUsersRegistry)
 {
     ScratchKey scratch;

@@ -19,7 +19,7 @@ protected:
     }
 };
 
-// The lines of the options that are in no menu.
+// The output about the further options when all of them are off.
 constexpr char kFurtherOff[] =
     "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n"
     "record         off\nrecord-all     off\nnotify         off\ndumps          off\n";

@@ -1,4 +1,4 @@
-// zeltctl.exe itself, beside ZELT.EXE as installed: its two outputs, exit codes, and a moved installation.
+// zeltctl.exe itself, beside ZELT.EXE as installed: its output, its exit codes, and a moved installation.
 #include <gtest/gtest.h>
 
 #include "system/narrow.h"
@@ -22,7 +22,7 @@ protected:
     }
     void TearDown() override
     {
-        // Replaces the registrations of this folder's ZELT by that of the built ZELT.
+        // Replaces any registration of this folder's ZELT with one of the built ZELT.
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServerPerUser");
         Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/RegServer");
         std::error_code ignored;

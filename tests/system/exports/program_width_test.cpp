@@ -49,7 +49,7 @@ TEST(ProgramWidth, TellsFilesApart)
     EXPECT_EQ(ImageState::NoImage, ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
 }
 
-// A file that is not a program may be large, and is not read completely.
+// Only the beginning of a file is read: a file that is not a program may be large.
 TEST(ProgramWidth, IsLookedForInTheFirst64KilobytesOfAFile)
 {
     const std::wstring path = L"" ZELT_BUILD_DIR "/tests/system/program_width.dll";

@@ -1,4 +1,4 @@
-// What each option changes: one run shows it without and with the option.
+// What some of ZELT's options change: each run through ZELT shows it without and with one option.
 #include <cape-open.h>
 #include <ocidl.h>
 

@@ -25,7 +25,7 @@ inline constexpr const wchar_t* kLicensedName = L"Licensed";
 // Prints "what: value". Numbers are printed with all their digits.
 void Print(const std::string& what, const std::wstring& value);
 void Print(const std::string& what, const VARIANT& value);
-// Prints the result of a call; a failure with the description that the object gives.
+// Prints the result of a call, and for a failure its description if `source` is given.
 void Print(const std::string& what, HRESULT result, IUnknown* source);
 
 // Throws CapeFailure, with the name of the call, if the call failed.
@@ -56,7 +56,7 @@ ComPtr<IDispatch> CreateFieldPackage(Where where);
 void UsePackageFor(sample::Flowsheet& flowsheet, IDispatch* package);
 void SetParameter(IDispatch* unit, const wchar_t* name, const _variant_t& value);
 _variant_t ParameterValue(IDispatch* unit, const wchar_t* name);
-// A field unit copies a feed to its product; prints whether it could.
+// Has a field unit copy its feed to its product, and prints whether it could.
 void CopyStreams(Where where, const char* what, const std::shared_ptr<sample::Flowsheet>& flowsheet);
 
 // The runs. The first two also work in process. Through ZELT, all but the first change an option midway.

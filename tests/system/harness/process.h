@@ -16,7 +16,7 @@ public:
     // Starts a command line without a window. Standard output and error go to `outputPath`, or nowhere if it is empty.
     static Process Start(const std::wstring& commandLine, const std::string& outputPath = {});
 
-    // Opens a running process. Nothing if it has already ended.
+    // Opens a running process. Nothing if it has already ended or cannot be opened.
     static std::optional<Process> Open(DWORD id);
 
     Process(Process&& other) noexcept;
@@ -29,7 +29,7 @@ public:
     // The exit code, or nothing if the process still runs after this time.
     std::optional<DWORD> Wait(DWORD milliseconds) const;
 
-    // Ends the process and waits until it is gone. Does nothing if it has already ended.
+    // Ends the process and waits up to 10 seconds until it is gone. Does nothing if it has already ended.
     void Kill();
 
 private:

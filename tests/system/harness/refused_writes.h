@@ -1,4 +1,4 @@
-// While this exists, the registry refuses values with the given names, or all values. Only one exists at a time.
+// While this exists, RegistryKey cannot write values with the given names, or any values. Only one exists at a time.
 #pragma once
 
 #include <set>

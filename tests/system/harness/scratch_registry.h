@@ -41,7 +41,7 @@ private:
     HKEY key = nullptr;
 };
 
-// All keys and values below `root`\`path` in the registry view of `view` (KEY_WOW64_32KEY, KEY_WOW64_64KEY or 0), sorted,
+// All keys and values below `root`\`path` in the registry view `view` (KEY_WOW64_32KEY, KEY_WOW64_64KEY or 0), sorted,
 // one line each: the key, or key, value name, type and bytes in hexadecimal. Empty when the key does not exist.
 std::string RegistryText(HKEY root, const std::wstring& path, REGSAM view = 0);
 

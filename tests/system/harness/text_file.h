@@ -1,4 +1,4 @@
-// Whole files as bytes, without conversion of line ends. Failures throw std::runtime_error with the path.
+// Whole files as bytes, without conversion of line ends. Failures throw std::runtime_error.
 #pragma once
 
 #include <string>

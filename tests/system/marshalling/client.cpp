@@ -1,5 +1,5 @@
 // marshalling_client <file of the reference> <table of methods>: calls every method in the table, and every member of the
-// library's other interfaces, once through the vtable and once through IDispatch of its interface, and checks the
+// other interfaces that proxies offer, once through the vtable and once through IDispatch of its interface, and checks the
 // results. Prints what failed and the number of calls; the exit code is 0 if everything succeeded.
 #include <windows.h>
 #include <objbase.h>

@@ -1,5 +1,5 @@
-// Every proxied method across processes: from a client of either width to a server of this one, marshalled through the
-// registered type library.
+// Every proxied method across processes: from a client of either width to a server of the test's width, marshalled through
+// the registered type libraries.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -147,7 +147,7 @@ TEST_F(Lifetime, AWindowHoldsTheProcessUntilItIsClosed)
     std::filesystem::remove(log);
 }
 
-// Other threads have a second to finish. There is no upper limit except that the process must end.
+// The process waits at least a second before it ends, so that its other threads can finish.
 TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
 {
     if (!HasDisplay()) GTEST_SKIP() << "needs a display";

@@ -108,8 +108,8 @@ protected:
         if (!folder.empty()) fs::remove_all(folder, ignored);
     }
 
-    // A copy of the server in a folder whose name would break an unquoted or unescaped path. The program that the
-    // truncated path would start also exists, and is not a server.
+    // A copy of the server in a folder whose name would break an unquoted or unescaped path. An unquoted path would start
+    // prog.exe in the folder above, which is not a server.
     fs::path AwkwardServer()
     {
         folder = fs::temp_directory_path() / L"ZELT registration";

@@ -1,5 +1,5 @@
-// The parts of the registry that registration may change, as lines of text: every key and value below Software\Classes
-// of the machine, in each view, and below Software of the user. Two snapshots are compared as sets of lines.
+// The parts of the registry that registration may change, as lines of text: every key and value, in each view, below
+// Software\Classes of the machine and below Software of the user. Two snapshots are compared as sets of lines.
 #pragma once
 
 #include <set>

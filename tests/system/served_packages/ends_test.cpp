@@ -52,7 +52,7 @@ protected:
         return properties->CalcSinglePhaseProp(MakeStrings({property}), sample::MakeBstr(L"Liquid").GetBSTR());
     }
 
-    // Checks the log of the call that never returned, as text and as read by the viewer.
+    // Checks the log of the call that never returned, as text and as the viewer's reader reads it.
     void ExpectALogUpToTheCall(const std::string& property) const
     {
         ASSERT_EQ(1u, Logs().size());

@@ -120,7 +120,7 @@ TEST_F(FailurePrompt, SaysWhatHasFailedAndKeepsThePackageOnNo)
     for (const Failure& failure : kFailures) {
         AskAndAnswer(failure, IDNO);
         EXPECT_EQ((std::vector<std::wstring>{L"Before", L"Gone", L"After"}), StoredNames());
-        // A server reads the list when it starts.
+        // This server would not see the list of the next failure.
         ASSERT_TRUE(WaitUntilGone(kServerFile));
     }
 }

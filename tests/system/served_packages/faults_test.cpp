@@ -149,7 +149,8 @@ TEST_F(Faults, AreFindingsOfAReplay)
         replay.output);
 }
 
-// If a component returns a code without a meaning, as .NET components do, the log has the message from the error information.
+// If a component returns a code without a meaning, as .NET components do, the log has the message from the error information,
+// unless it is empty.
 TEST_F(Faults, OfCodesWithoutAMeaningSpeakThroughTheLog)
 {
     const ComPtr<IDispatch> package = GetPackage(L"Menu");

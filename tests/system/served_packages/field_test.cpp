@@ -31,8 +31,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(ThroughZelt, FieldComponents, testing::ValuesIn(kWidths),
                          [](const auto& width) { return width.param == Width::Bits32 ? "Bits32" : "Bits64"; });
 
-// The older interfaces of a package, which reaches its stream by name alone; a context with ICapeSimulationContext, and one
-// without; parameters that are their own specifications; the type of a unit operation; streams of both generations that
+// Tests the older interfaces of a package, which reaches its stream by name alone; a context with ICapeSimulationContext, and
+// one without; parameters that are their own specifications; the type of a unit operation; streams of both generations that
 // calculate themselves.
 TEST_P(FieldComponents, OfferThroughZeltWhatTheyOfferWithoutIt)
 {
@@ -64,7 +64,7 @@ TEST_P(FieldComponents, OfferTheSameWithoutALogOfThePackage)
 
 class MaterialsByName : public ServedPackages {};
 
-// The same calculations, through the vtable of the material's interface and through the names of its members.
+// One package reaches the material through the vtable of its interface, the other through the names of its members.
 TEST_F(MaterialsByName, GetTheSameResultsAndTheSameLog)
 {
     std::vector<std::string> results, logs;

@@ -79,7 +79,7 @@ TEST_P(InterruptedCalls, OfAKilledSimulatorLeaveTheLogReadableAndTheNextStartWor
     EXPECT_TRUE(OnlyLog().ends_with(">\r\n"));
     ExpectARunToSucceed();
     EXPECT_EQ(server, ServerId());
-    // And again after the server has died.
+    // The next start also works after the server has died.
     KillServer();
     ExpectARunToSucceed();
 }

@@ -4,7 +4,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Where logs go, and that each is readable while it or other logs are being written.
+// Logs of one minute get different names, each closes with its package, and those of two simulators stay apart.
 namespace zelt::test {
 namespace {
 

@@ -1,5 +1,5 @@
-// Entry point of the tests of served packages. They register the server and the samples on this machine and change the
-// user's settings, so run them in their own Wine prefix or virtual machine. The test process is a client itself.
+// Entry point of the tests of served packages and of zeltctl. They register the server and the samples on this machine and
+// change the user's settings, so run them in their own Wine prefix or virtual machine. The test process is a client itself.
 //   served_packages_tests [gtest's options]     registers, tests, unregisters
 //   served_packages_tests --register            only registers
 //   served_packages_tests --unregister          only unregisters

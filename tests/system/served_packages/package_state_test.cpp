@@ -118,7 +118,7 @@ TEST_P(PackageState, IsSavedAndLoadedByAnotherProcessAsWithoutZelt)
                                                 length + "\"/>\r\n</func>\r\n")))
         << OnlyLog();
 
-    // A process of the other width, which saves it again.
+    // A process of the other width loads the state and saves it again.
     const std::string loaded = ThroughZelt(other, Load(L"zelt") + L' ' + Save(L"again"));
     EXPECT_EQ(InProcess(Load(L"in process") + L' ' + Save(L"in process")), loaded);
     EXPECT_NE(std::string::npos, loaded.find("Highest pressure: 2")) << loaded;

@@ -1,5 +1,5 @@
-// Recordings of real packages in real simulators: small, and replayed to the bit. Every test of this program also shows that
-// its logs can be rendered from their recordings.
+// Recordings of real packages in real simulators: small, and replayed to the bit. After every test of this program, the fixture
+// also compares each log that has a recording with the log that it renders from it.
 #include <gtest/gtest.h>
 
 #include <algorithm>

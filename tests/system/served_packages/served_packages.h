@@ -1,6 +1,6 @@
 // The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
-// while the tests run, the user's settings and logs are restored after each test, and no server is left running. The
-// clients that a test starts belong to the test, not to the fixture.
+// while the tests run, the user's settings are restored and new logs removed after each test, and no server is left
+// running. The clients that a test starts belong to the test, not to the fixture.
 #pragma once
 
 #include <cape-open.h>
@@ -59,7 +59,7 @@ protected:
     void TearDown() override;
 
     // Replaces the list of exported packages. Sets the options so that logs go to the automatic location, with recordings, and
-    // no box asks.
+    // no prompt offers to open them.
     static void Export(const std::vector<Exported>& packages);
     // Chooses the unit operation that PRAVIK wraps.
     static void ChooseUnit(REFCLSID unit);

@@ -90,8 +90,8 @@ protected:
         return figures;
     }
 
-    // Runs `round` `warmUp` times, so that caches are filled, and then `rounds` times; the server must hold the same
-    // before and after those. The system itself keeps `kept` bytes per round.
+    // Runs `round` `warmUp` times, so that caches are filled, and then `rounds` times; the server must hold about
+    // the same before and after the latter. The system itself keeps `kept` bytes per round.
     template <class Round>
     void ExpectFlat(int warmUp, int rounds, Round round, SIZE_T kept = 0)
     {

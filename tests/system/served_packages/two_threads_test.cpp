@@ -16,7 +16,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using Flashes = std::vector<std::vector<double>>;
 
-// The number of flashes; 10,000 in a long run.
+// The number of flashes: 100 in an ordinary run.
 int Count() { return 100 * Effort(); }
 
 // Flashes a feed at conditions that differ from flash to flash. Returns the fraction and the composition of each phase.
@@ -111,7 +111,7 @@ protected:
         std::thread even = Start(0, count, together), odd = Start(1, count, together);
         even.join();
         odd.join();
-        // To the bit.
+        // The results are equal to the bit.
         for (std::size_t number = 0; number < alone.size(); ++number)
             EXPECT_EQ(alone[number], together[number]) << number;
         package.Reset();

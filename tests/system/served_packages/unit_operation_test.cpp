@@ -100,7 +100,7 @@ TEST_F(ServedUnitOperation, WhatOneWidthSavesTheOtherLoads)
     LoadWith(Width::Bits64);
 }
 
-// An interface that only a vendor's library describes, between processes that know nothing but that library.
+// An interface that only a vendor's type library describes, between a client and its unit, with ZELT in the middle.
 class VendorInterfaces : public ServedUnitOperation, public testing::WithParamInterface<Width> {};
 
 INSTANTIATE_TEST_SUITE_P(ThroughZelt, VendorInterfaces, testing::ValuesIn(kWidths),
@@ -110,7 +110,7 @@ TEST_P(VendorInterfaces, ArePartOfAServedUnit)
 {
     if (!fs::exists(Client(GetParam()))) GTEST_SKIP() << "the 64-bit client is not built";
     const fs::path path = fs::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred();
-    // For the server; the client does the same for its own width.
+    // Registers the library for the server; the client registers it for its own width.
     const VendorLibrary library(path.c_str());
     ASSERT_EQ(S_OK, library.Result());
     const SimulatorResult run = Run(GetParam(), L"vendor", path);

@@ -1,4 +1,4 @@
-// What the runs of the client share.
+// What client.cpp and vendor_run.cpp share.
 #pragma once
 
 #include <ocidl.h>

@@ -1,4 +1,4 @@
-// What type information says about the arguments of a dual interface: sizes, and places on the stack.
+// What type information says about the arguments of a dual interface: names, types, sizes, and places on the stack.
 #include "com/dual_interface.h"
 
 #include <fstream>
@@ -101,8 +101,8 @@ TEST_F(DualInterfaces, HaveArgumentsOfEveryTypeInTheirPlaces)
     }
 }
 
-// A library may contain any name. A name in a log consists of letters, digits and underscores; "?" replaces any other
-// character.
+// A library may contain any name. In the names taken from it, "?" replaces each character that is not an ASCII letter, a
+// digit or an underscore.
 TEST_F(DualInterfaces, HaveNamesThatAreIdentifiers)
 {
     std::ifstream file(ZELT_IDL_DIR "/vendor.tlb", std::ios::binary);

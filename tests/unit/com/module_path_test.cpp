@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A copy of a library in a folder whose path is so long that the copy's path has `length` characters. The destructor
-// deletes the folders, too.
+// A copy of a library in a folder whose path is so long that the copy's path has `length` characters, without the prefix
+// of long paths. The destructor deletes the folders, too.
 class FarLibrary {
 public:
     explicit FarLibrary(std::size_t length)

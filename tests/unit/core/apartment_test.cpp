@@ -1,5 +1,5 @@
 // Objects entered on foreign threads: methods return RPC_E_WRONG_THREAD, AddRef and Release still count, and the log
-// reports the first entry, once, from the apartment's own thread.
+// reports each object's first entry, written on the apartment's own thread.
 #include <atomic>
 #include <thread>
 #include <vector>

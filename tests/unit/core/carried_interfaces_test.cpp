@@ -20,14 +20,14 @@ void PrintTo(const Scene& scene, std::ostream* out) { *out << scene.name; }
 
 // clang-format off
 const Scene kScenes[] = {
-    // A simulator asks the parameter itself for the typed interface, and without it makes no connectors for the unit.
+    // Some simulators ask the parameter itself for the typed interface; without it, they make no connectors for the unit.
     {"a parameter that is its own specification", "CParameter",
      {"ICapeParameterSpec", "ICapeRealParameterSpec", "ICapeIntegerParameterSpec", "ICapeOptionParameterSpec",
       "ICapeBooleanParameterSpec", "ICapeArrayParameterSpec"}},
     {"a package of the older generation that calculates by itself", "CPropertyPackage10",
      {"ICapeThermoCalculationRoutine", "ICapeThermoEquilibriumServer", "ICapeThermoReliability",
       "ICapeThermoPetroFractions"}},
-    // Components ignore a context without this interface, and their messages never arrive.
+    // Some components ignore a context without this interface, and their messages never arrive.
     {"a context that says what it is", "CSimulationContext", {"ICapeSimulationContext"}},
     {"a stream that is a material of both generations and a server of equilibria", "CMaterialObject",
      {"ICapeThermoMaterial", "ICapeThermoMaterialObject", "ICapeThermoEquilibriumServer", "ICapeThermoPetroFractions",
@@ -83,8 +83,7 @@ TEST_P(Scenes, FindTheirInterfaces)
     EXPECT_NE("", Written().substr(before));
 }
 
-// The logged methods of a specification also serve a parameter: the log has the same names, and the arguments in the
-// same order.
+// A parameter that is its own specification is logged like one: methods and arguments have the same names.
 TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
 {
     const auto object = DynamicFake::Make(L"Pressure");

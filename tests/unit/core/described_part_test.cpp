@@ -1,6 +1,6 @@
-// Interfaces that a proxy's class lacks: every dual interface of the standard, each carried by a part that is made from
-// type information or has the logged methods of another proxy class. The wrapped object is made from the same type
-// information and records what arrives.
+// The dual interfaces of the module's type libraries that a proxy's class lacks and that are not withheld. Each is carried
+// by a part that type information drives, or that has the logged methods of another proxy class. The wrapped object is made
+// from the same type information and records what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -138,8 +138,8 @@ protected:
         }
     }
 
-    // Removes the pointers from the text of a late-bound call, where they may differ: Invoke asks an object for the
-    // interface that the parameter names.
+    // Removes the addresses of interface pointers from the text of a late-bound call. They may differ, because Invoke asks
+    // the object that is passed for the interface that the parameter names.
     static std::string ForBinding(Binding binding, const std::string& text)
     {
         static const std::regex address("interface pointer 0x[0-9A-F]+");

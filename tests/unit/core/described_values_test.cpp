@@ -1,4 +1,4 @@
-// What the log shows of arguments that type information alone describes: a value of every type, and what lies behind pointers.
+// What the log shows of arguments that type information alone describes: values of many types, and what lies behind pointers.
 #include "com/text.h"
 #include "log/log_text.h"
 #include "system/narrow.h"

@@ -1,5 +1,5 @@
-// The error information that a caller finds after a proxied call: that of the failure that the caller receives, and none
-// after a success, even if the proxy made several calls to the wrapped object for this one call.
+// The error information that a caller finds after a proxied call: that of the failure that it receives, but not that of
+// another call that the proxy made to the wrapped object on the way.
 #include <oleauto.h>
 
 #include "system/narrow.h"

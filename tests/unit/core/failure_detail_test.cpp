@@ -190,7 +190,7 @@ TEST_F(FailureDetail, OfAnOlderFailureIsNotThisOnes)
     Fail(E_FAIL);
     EXPECT_EQ(Call("", SystemLine(E_FAIL)), News());
     EXPECT_EQ(older.Get(), Taken().Get());
-    // A call may clear the error information, as objects that report errors through it do; then none is left.
+    // When the call clears the error information, none is left.
     SetErrorInfo(0, older.Get());
     package->duringCall = [] { SetErrorInfo(0, nullptr); };
     Fail(E_FAIL);

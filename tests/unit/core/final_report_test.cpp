@@ -5,7 +5,7 @@
 namespace zelt::test {
 namespace {
 
-// A material that does something when the proxy releases one of its interfaces.
+// A material that runs `duringRelease` once, at its next release.
 class LettingMaterial final : public FakeObject {
 public:
     std::function<void()> duringRelease;

@@ -146,8 +146,8 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
     }
 }
 
-// Only an object of the side that the call goes to arrives as the original. That side knows any other object only by
-// its proxy.
+// An argument that is a proxy is replaced by its original only if the proxy is in the same tree as the called proxy, and
+// the original is of the side that the call goes to.
 TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
 {
     const auto reactions = MakeFake<FakePackage>();

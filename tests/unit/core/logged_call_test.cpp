@@ -141,7 +141,7 @@ struct EscapeRow {
     const char* logged;
 };
 
-// Volatile operands, because the compiler would remove a division of or by a constant.
+// Volatile operands, because the compiler could remove a division of constants.
 void DivideByZero()
 {
     volatile int dividend = 5;

@@ -1,5 +1,5 @@
-// Each of our own allocations fails, one after another: every call ends with a status code, no reference or memory
-// is lost, and the log stays complete.
+// Our own allocations fail one after another: every call ends with a status code, no reference or memory is lost, and
+// the log stays well-formed.
 #include "fault_kinds.h"
 #include "long_run.h"
 #include "memory_failure.h"
@@ -73,7 +73,7 @@ private:
 };
 
 // A property package in realistic use: flashes and properties of two phases, constants, parameters, and calls that the
-// package refuses. Package and material are sample components, whose allocations fail too, and end in status codes.
+// package refuses. Package and material are sample components. Their allocations fail, too, and they return status codes.
 class Calculation : public Answered {
 public:
     explicit Calculation(LogDocument* document) : document(document)

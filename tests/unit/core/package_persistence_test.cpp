@@ -143,7 +143,7 @@ TEST_P(PackagePersistenceTest, EachInterfaceReachesItsOwn)
               package->calls);
 }
 
-// The calls that the two interfaces share.
+// Tests the methods that both interfaces have, except GetClassID.
 template <class I>
 void SaveAndLoad(PackagePersistenceTest& test, const ComPtr<I>& persistence, FakeSavedPackage& package,
                  const std::string& name, const std::string& prefix, const std::function<std::string()>& news)

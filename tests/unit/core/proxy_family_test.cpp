@@ -1,4 +1,4 @@
-// Trees of proxies of every kind: what the root's final release reports, what a proxy inherits from the proxy through
+// Trees of proxies of many kinds: what the root's final release reports, what a proxy inherits from the proxy through
 // which it was obtained, and the versions of materials.
 #include <bit>
 

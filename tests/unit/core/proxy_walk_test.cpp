@@ -1,6 +1,6 @@
-// Calls every method of every interface that any proxy class exposes, through its vtable, and compares what happens
-// with the table of proxied methods. The wrapped object is made from the same type information and records what
-// arrives.
+// Calls the methods of all proxy classes through their vtables, and compares what happens with the table of proxied
+// methods. Some methods have tests of their own instead. The wrapped object is made from type information and records
+// what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -370,8 +370,8 @@ class ProxyWalk : public testing::Test {
 protected:
     ProxyWalk() { InstallWrappers(); }
 
-    // Calls `visit` for each method of each class, and prints how many there are. Omits methods with their own tests unless
-    // `visitsAll` is set.
+    // Calls `visit` for each method of each class, and prints how many there are. Omits the interfaces that IsUnlogged names
+    // and, unless `visitsAll` is set, methods with their own tests.
     template <class Visit>
     void WalkAll(Visit&& visit, bool visitsAll = false)
     {

@@ -15,7 +15,7 @@ namespace {
 // The system's heap grows in steps; the size of the heap of operator new is compared exactly.
 constexpr SIZE_T kMostGrowth = 4 << 20;
 
-// A package with its proxy and log, whose calls call back into a material.
+// A package with its proxy, with or without a log. Its calls call back into a material.
 class Life {
 public:
     explicit Life(bool isLogged) : path(TemporaryPath())
@@ -82,8 +82,8 @@ public:
     }
 
 private:
-    // Faults that leave no memory allocated. After an exception or an abort, memory of the package would stay
-    // allocated.
+    // Faults with a known code, except those called an overflow. After an exception or an abort, memory of the package
+    // would stay allocated.
     static const std::vector<const FaultKind*>& Kinds()
     {
         static const std::vector<const FaultKind*> kinds = [] {

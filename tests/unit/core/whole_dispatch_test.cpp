@@ -146,7 +146,8 @@ TEST_F(WholeDispatch, HandsFailuresOn)
     for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) SysFreeString(text);
 }
 
-// GetTypeInfo returns the interface of the material's generation; if none is set, that of 1.1 if the material has it.
+// GetTypeInfo returns the interface of 1.0 for a material that starts as 1.0 or lacks the interface of 1.1; otherwise, that
+// of 1.1.
 TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
 {
     const ComPtr<CPropertyPackage11> package = MakeProxy(wrapped.Get());

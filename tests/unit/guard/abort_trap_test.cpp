@@ -20,7 +20,7 @@ TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
     if (!library) GTEST_SKIP() << "this system's libraries do without it";
     const auto end = reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "abort")));
     ASSERT_NE(nullptr, end);
-    // The second call meets the trap that was set again after the first.
+    // The trap must still work in a second call.
     for (int i = 0; i < 2; ++i) {
         const tests::CallEnd outcome = tests::CallGuarded([end]() -> HRESULT {
             end();
@@ -36,8 +36,8 @@ Function Find(HMODULE library, const char* name)
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
 }
 
-// Calls the function `name`, which would end the process, twice: the trap has to be set again after the first call. False if
-// this system's library has no such function.
+// Calls the function `name`, which would end the process, twice: the trap must still work in the second call. False if this
+// system's library has no such function.
 bool EndsCallsOnly(HMODULE library, const char* name)
 {
     const auto end = Find<void(__cdecl*)()>(library, name);
@@ -97,7 +97,7 @@ TEST_P(OlderRuntime, KeepsThePackagesOwnHandler)
     if (!set || !report) GTEST_SKIP() << "the library has no handler";
     const Handler before = set(CountReport);
     reports = 0;
-    EXPECT_TRUE(EndsCallsOnly(library, "abort"));  // sets the traps again
+    EXPECT_TRUE(EndsCallsOnly(library, "abort"));  // sets all traps again if the library is new
     const tests::CallEnd outcome = tests::CallGuarded([report]() -> HRESULT {
         report();
         return S_OK;

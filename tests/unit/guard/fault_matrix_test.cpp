@@ -1,5 +1,5 @@
-// When a fault or an exception escapes from any method of a package, the caller gets a status code, the log gets a line
-// about it and balanced elements, no reference is lost, and the next call works.
+// When a fault or an exception escapes from any method of a wrapped object, the caller gets a status code, the log gets a
+// line about it and balanced elements, no reference is lost, and the next call works.
 #include <gtest/gtest.h>
 
 #include <cstdio>

@@ -94,7 +94,7 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
                     EXPECT_EQ(S_OK, persistence->Save(stream.Get(), FALSE));
                     EXPECT_TRUE(IsBalanced(News()));
                 }
-                // Nobody holds a reference to the stream.
+                // Only this test holds a reference to the stream.
                 stream->AddRef();
                 EXPECT_EQ(1u, stream->Release());
                 persistence.Reset();
@@ -126,7 +126,7 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
             content = Header(dice.Once(5) ? kNoUnit : kFakeUnit, length) + content;
         }
         if (dice.Once(4)) content.resize(dice.Below(static_cast<std::uint32_t>(content.size()) + 1));
-        // The unit reads at random, and writes and seeks where it must not.
+        // The unit reads and seeks at random, and tries to write, which the stream refuses.
         unitScript.duringLoad = [&](IStream* stream) {
             for (std::uint32_t acts = dice.Below(8); acts > 0; --acts) {
                 char buffer[100];

@@ -1,4 +1,4 @@
-// The faults that a package's code can commit, and what the system reports for each.
+// Faults that a package's code can commit, each with the code that reaches the caller, and codes that a package can raise.
 #pragma once
 
 #include "tests/unit/guard/faulty_dll/faulty.h"

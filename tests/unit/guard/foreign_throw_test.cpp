@@ -83,8 +83,8 @@ TEST(OwnExceptions, GuardsWorkWhileAnExceptionIsHandled)
 struct ThrowRow {
     const char* name;
     Deed deed;
-    End passed;   // x86_64: the exception itself arrives.
-    End trapped;  // i686: how a throw of the shared package ends; one of the static package ends as End::Foreign.
+    End passed;   // on x86_64, where an exception itself arrives
+    End trapped;  // on i686, for the shared package; for the static one, each row ends as End::Foreign
     const char* text;
 };
 
@@ -131,8 +131,8 @@ TEST(GccPackages, ATextIsReportedOnce)
     }
 }
 
-// An exception in the layout of Microsoft's compiler. References are addresses on i686; on x86_64 they are offsets from
-// the image's base, in whose place this object's address is given.
+// An exception in the layout of Microsoft's compiler. References are addresses on i686; on x86_64 they are offsets from the
+// image's base, which is the address of this object here.
 struct MicrosoftThrow {
     struct Info {
         std::uint32_t attributes, destructor, forwardCompatible, types;
@@ -300,7 +300,7 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
     EXPECT_EQ(64u * 1024, MicrosoftThrow(kConstText, ".H", endless.c_str()).Raise().text.size());
 }
 
-// A guard page belongs to a stack: only the stack's own thread may touch it, which enlarges the stack.
+// A guard page may belong to a stack: only the stack's own thread may touch it, which enlarges the stack.
 TEST(ForeignMemory, KeepsItsGuardPages)
 {
     const PageEnd page(true);

@@ -1,4 +1,5 @@
-// Names and descriptions that no package should have: they are logged safely, and the reader returns them.
+// Names and descriptions that no package should have: they are logged safely, and the reader returns them unless they
+// exceed its limit.
 #include <fcntl.h>
 #include <io.h>
 

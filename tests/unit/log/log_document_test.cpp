@@ -36,7 +36,7 @@ TEST_F(LogDocumentTest, BeginsWithTheHeader)
         "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n"
         "<info value=\"ZELT Logging started at ";
     ASSERT_EQ(start, text.substr(0, start.size()));
-    // The day may end between the start of the log and this question.
+    // The day may have ended since the log was started.
     const std::string today = DateBefore(0), anHourAgo = DateBefore(1);
     const std::string expected = text.compare(start.size(), today.size(), today) == 0 ? today : anHourAgo;
     EXPECT_EQ(expected + ", ", text.substr(start.size(), expected.size() + 2));

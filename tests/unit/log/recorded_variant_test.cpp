@@ -1,4 +1,5 @@
-// Values made from recordings: a damaged or forged recording never makes them refer to memory that is not there.
+// Values made from recordings: even in a damaged or forged recording, only interface pointers can refer to memory that is
+// not there.
 #include "log/recording/recorded_variant.h"
 
 #include <gtest/gtest.h>
@@ -84,7 +85,7 @@ TEST(RecordedVariants, RefuseArraysWhoseElementsAreOthers)
 
 TEST(RecordedVariants, SayWhatTheSystemCannotCopy)
 {
-    // Arrays whose element size is wrong, or that have no data.
+    // The element size of the first array is wrong; the second has elements but no data.
     Value odd = OfArray(VT_BSTR, 1, 2);
     odd.array.front().numbers = {kSixteenBytes, 2};
     EXPECT_FALSE(RecordedVariant(odd).IsCopyable());

@@ -77,8 +77,8 @@ private:
     const LogSurroundings* before = nullptr;
 };
 
-// ZELT_TEST_SMALL_DISK names an empty folder on a separate disk of less than a megabyte. Without it, the test uses the
-// file of Wine's host that is always full.
+// ZELT_TEST_SMALL_DISK names an empty folder in which no file can grow to a megabyte. Without it, the test uses the file
+// of Wine's host that is always full.
 TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
 {
     RecordedMessages messages;
@@ -168,7 +168,7 @@ TEST_F(ScarceResources, PathsOfEveryLength)
             const std::wstring place = folder + L'\\' + std::wstring(length, L'x') + L".zlg";
             RecordedMessages messages;
             DocumentHold log = OpenAt(place);
-            // Beyond 260 characters, the result depends on a system setting; both results are valid.
+            // From 260 characters on, the result depends on a system setting; both results are valid.
             if (place.size() < MAX_PATH) {
                 EXPECT_TRUE(log.Get()) << place.size();
             }

@@ -286,7 +286,7 @@ protected:
     }
 };
 
-// Where the start tags in a well-formed log end, except those of the declaration and the root.
+// Where the start tags in a well-formed log end, except the root's.
 std::vector<std::size_t> StartTagEnds(const std::string& log)
 {
     std::vector<std::size_t> ends;

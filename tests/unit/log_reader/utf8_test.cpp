@@ -1,4 +1,4 @@
-// Texts that claim to be UTF-8 but are not.
+// Texts that claim to be UTF-8: valid characters stay as they are, and all other bytes are replaced.
 #include "log_reader/utf8.h"
 
 #include <gtest/gtest.h>

@@ -50,7 +50,7 @@ std::string RandomMultiString(Dice& dice)
         text += dice.Of(kPieces);
         if (!dice.Once(8)) text += '\0';
     }
-    // A valid class and kind make the parser read further.
+    // A valid class and a kind, which is valid in most cases, make the parser read further.
     if (!dice.Once(3)) text = kPieces[0] + '\0' + std::to_string(dice.Below(7)) + '\0' + text;
     for (std::uint32_t i = dice.Once(2) ? dice.Below(6) : 0; i > 0 && !text.empty(); --i) {
         const std::size_t at = dice.Below(static_cast<std::uint32_t>(text.size()));
@@ -92,7 +92,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
     EXPECT_LT(inputs / 20, accepted);
 }
 
-// Stores a value of any type and size under `name`, where the settings are kept.
+// Stores a value of random type and content under `name`, where the settings are kept.
 void StoreAnything(ScratchKey& scratch, Dice& dice, const wchar_t* name, bool isEntry)
 {
     constexpr DWORD kTypes[] = {REG_NONE,  REG_SZ,       REG_EXPAND_SZ, REG_BINARY,

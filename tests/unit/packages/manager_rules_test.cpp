@@ -1,5 +1,5 @@
 // What the package managers do besides returning packages: their complete set of interfaces, the contexts in which they
-// create foreign components, and what a caller gets for an unexpected failure.
+// create foreign components, and what a caller gets for an unexpected failure or a wrong late-bound call.
 #include <windows.h>
 #include <oleauto.h>
 
@@ -156,7 +156,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Each, ManagerRules, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// Checks all interfaces that the type libraries describe, and the system interfaces that a caller may ask for.
+// Checks all interfaces that the type libraries describe, and some system interfaces that a caller may ask for.
 TEST_P(ManagerRules, OfferTheseInterfacesAndNoOthers)
 {
     std::set<std::string> offered;

@@ -16,7 +16,7 @@ using zelt::PackageKind;
 
 constexpr CLSID kManagerClass = {0x7E57CCCC, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
 
-// What the next manager does, and what happened to it.
+// What the managers do, and what has happened to them.
 struct Script {
     HRESULT initializeResult = S_OK, listResult = S_OK;
     bool hasUtilities = true, faultInList = false;

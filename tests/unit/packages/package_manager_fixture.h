@@ -21,7 +21,7 @@ inline constexpr CLSID kStandAlone = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0
 inline constexpr CLSID kOtherManager = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x04}};
 inline constexpr CLSID kNowhere = {0x7B1C9E60, 0x53D7, 0x4E0C, {0x93, 0x2F, 0x11, 0xB6, 0x70, 0x4C, 0x8D, 0x03}};
 
-// What the foreign manager does next, and the calls that it got.
+// What the foreign managers do next, and the calls that they got.
 struct Script {
     HRESULT initialize = S_OK;
     HRESULT get = S_OK;

@@ -1,5 +1,5 @@
-// Names with characters that a code page lacks: they are kept beside the entry, and used only for the entry with which
-// they were written.
+// Names with characters that a code page lacks: they are kept beside the entry, and used only as long as the entry is that
+// of the same package.
 #include "packages/real_names.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ constexpr wchar_t kPlocker[] =
     L"Lee-Kesler-Pl\xF6"
     L"cker";
 constexpr wchar_t kMixed[] =
-    L"\x3A9\x3BC\x3AD\x3B3\x3B1 \x41E\x43C\x435\x433\x430 \x6C34\xD83D\xDE00";  // no code page has all of them
+    L"\x3A9\x3BC\x3AD\x3B3\x3B1 \x41E\x43C\x435\x433\x430 \x6C34\xD83D\xDE00";  // no language's code page has all of them
 
 // Sets the thread's locale, whose code page the entries in the registry use.
 class ThreadLocale {

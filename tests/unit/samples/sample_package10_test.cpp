@@ -164,7 +164,8 @@ TEST_F(SamplePackage10Test, ExplainsBadCalls)
     EXPECT_EQ(L"Material object: The material object has no phase \"Liquid\"", Description(package.Get()));
 }
 
-// Every parameter of a property package has the effect that its description promises.
+// The parameters of a property package have the effects that their descriptions promise. The next tests use the valid
+// message levels.
 TEST_F(SamplePackage10Test, HeedsItsParameters)
 {
     ASSERT_EQ(S_OK, SetParameter(package.Get(), L"Phases", _variant_t(L"liquid only")));

@@ -87,7 +87,7 @@ protected:
         compounds = Query<ICapeThermoCompounds>(package.Get());
     }
 
-    // A material of toluene and benzene (not the package's order), with a state and both phases.
+    // Sets a material of toluene and benzene (not the package's order) in the package, with a state and both phases.
     ComPtr<ICapeThermoMaterial> SetMaterial(double temperature, double pressure)
     {
         ComPtr<ICapeThermoMaterial> material = MakeMaterial({L"Toluene", L"benzene"});

@@ -143,7 +143,8 @@ TEST(SampleReactions, AreBalanced)
     EXPECT_EQ(8, reactions);
 }
 
-// The temperature derivatives of the rate constants and of the equilibrium constants agree with difference quotients.
+// The temperature derivatives of the rate constants, and of the logarithms of the equilibrium constants, agree with
+// difference quotients.
 TEST(SampleReactions, HaveTheSlopesOfTheirConstants)
 {
     for (const ReactionPackageDefinition& definition : AllReactionPackages()) {
@@ -213,7 +214,7 @@ TEST_F(SampleReactionsTest, ShiftsWaterGas)
     EXPECT_NEAR(9.1131, Value(L"chemicalEquilibriumConstant", L"WaterGasShift"), 1e-4);
     EXPECT_NEAR(-38061.9, Value(L"enthalpyOfReaction", L"WaterGasShift"), 0.1);
     EXPECT_NEAR(1, Value(L"reactionQuotient", L"WaterGasShift"), 1e-12);
-    // dK/dT = -K 4577.8 / T2 = -9.1131 x 4577.8 / 490000 = -0.085138.
+    // dK/dT = -K 4577.8 / T^2 = -9.1131 x 4577.8 / 490000 = -0.085138.
     EXPECT_NEAR(-0.085138, Value(L"chemicalEquilibriumConstant.Dtemperature", L"WaterGasShift"), 1e-6);
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 TreeRow ItemRowOf(std::string_view label) { return {0, kImageInfo, false, false, label}; }
 
-// Most labels of a log occur many times, so the model keeps only a number for each item.
+// Most labels of a log occur many times, so each item has only the number of its label.
 TEST(LogModel, KeepsEachLabelOnce)
 {
     constexpr ItemIndex kLabels = 5'000;

@@ -25,7 +25,7 @@ TEST(LogViewerFailure, AWindowThatCannotBeMadeIsSaidAndLetsTheProcessEnd)
     const long before = com::CountServerReferences();
     OpenLogViewer(L"C:\\logs\\one of them.zlg");
     ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(shown, 20'000));
-    // Once the viewer's thread has released its reference, the box is closed.
+    // The viewer's thread releases its reference after the box is closed.
     for (int attempt = 0; attempt < 2000 && com::CountServerReferences() != before; ++attempt) Sleep(10);
     EXPECT_GT(references, before);
     ASSERT_EQ(before, com::CountServerReferences());

@@ -10,8 +10,8 @@
 namespace zelt::test {
 namespace {
 
-// A window with the list, which looks at every change of a check box. On some systems, a list view also announces the check box
-// that a new row begins with; for the other systems, the window makes up such a change for each row that is inserted.
+// A window with the list, which offers the view every change of a row. On some systems, a list view also announces the check
+// box that a new row begins with; because others do not, the window makes up such a change for each inserted row.
 class PackageListViewTest : public testing::Test {
 protected:
     PackageListViewTest()

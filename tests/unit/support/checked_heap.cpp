@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint32_t kLive = 0x4C495645, kFreed = 0x46524545;
 constexpr unsigned char kGuardByte = 0xFD, kFreshByte = 0xCD;
 constexpr std::size_t kGuardBytes = 16;
-// How many freed blocks and bytes are kept at most; the oldest block is released first.
+// How many freed blocks and bytes are kept at most; the oldest block is released first. A block of more bytes is kept alone.
 constexpr std::size_t kKeptBlocks = 16384, kKeptBytes = 32u << 20;
 
 struct alignas(16) Header {

@@ -27,7 +27,7 @@ struct HeapInUse {
 };
 HeapInUse HeapOfOperatorNew();
 
-// Checks the heap after each test; damage fails the test.
+// From now on, the heap is checked after each test; damage fails the test.
 void CheckHeapAfterEachTest();
 
 }  // namespace zelt::test

@@ -1,7 +1,7 @@
-// An object that implements every interface that a type library in this module's resources describes: its vtables are
-// made from the type information, and all slots lead to the same handler. The exact bytes of each argument are
-// recorded before the handler runs. IUnknown and IDispatch are real, and references are counted. The handler must not
-// throw exceptions or cause faults; it sets `lastAct` instead.
+// An object that implements every dual interface of the type libraries in this module's resources, except
+// IOriginalObject. Its vtables are made from the type information, and the interfaces' own methods all lead to the same
+// handler. The exact bytes of each argument are recorded before the handler runs. IUnknown and IDispatch are real, and
+// references are counted. The handler must not throw exceptions or cause faults; it sets `lastAct` instead.
 #pragma once
 
 #include <windows.h>

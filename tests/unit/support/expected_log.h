@@ -1,5 +1,5 @@
-// The log text of one call, made from the table of proxied methods and the values of the arguments, independently
-// of the product's own writers, so that the two can disagree.
+// The log text of one call, made from the call's row of the method table and the values of its arguments. The product's
+// own writers are not used, so that a test can find their mistakes.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// A scripted unit operation that COM creates in this process, and a logged unit operation that wraps it. The script
+// A scripted unit operation that COM creates in this process, and the CUnitOperation that wraps it. The script
 // says what the unit does next and which interfaces it lacks, and records the calls.
 #pragma once
 
@@ -99,7 +99,7 @@ private:
         STDMETHOD(Edit)() override { return Enter("Edit", unitScript.call); }
     } utilities{*this};
 
-    // Both persistence interfaces do the same, and record which of them was called.
+    // Both persistence interfaces behave alike; `prefix` shows in the recorded calls which of them was called.
     template <class I, char const* prefix>
     struct Persistence : com::Part<I> {
         using com::Part<I>::Part;
@@ -145,7 +145,7 @@ private:
     } persistStream{*this};
 };
 
-// How the user answers the selection dialog, and how often it was shown.
+// How the user answers the selection dialog, and how it was shown.
 struct SelectionScript {
     std::optional<CLSID> answer;
     std::wstring title;
@@ -181,7 +181,7 @@ protected:
         EXPECT_EQ(0, FakeUnit::alive);
     }
 
-    // Makes a new unit operation with its own log, because a root closes its log.
+    // Makes a new unit operation, and a new log, because a root closes its log.
     void Begin(bool isLogged = true)
     {
         persistence.Reset();

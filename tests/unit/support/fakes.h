@@ -1,4 +1,4 @@
-// Scripted CAPE-OPEN objects for tests of the proxies: they record arguments bit by bit, return what a test wants, run
+// Scripted CAPE-OPEN objects for tests of the proxies: they record some arguments bit by bit, return what a test wants, run
 // the test's code during a call, and refuse interfaces on request. com::Object counts references.
 #pragma once
 
@@ -87,7 +87,7 @@ public:
     std::function<void()> duringCall;  // runs inside each call below, before it returns
     std::vector<std::string> calls;
 
-    IDispatch* material = nullptr;  // as it arrived; kept when `keepsMaterial`
+    IDispatch* material = nullptr;  // as it arrived; `kept` holds it if `keepsMaterial`
     bool keepsMaterial = false;
     ComPtr<IDispatch> kept;
     VARIANT lastVariant{};  // bit copies: never cleared here
@@ -187,7 +187,7 @@ private:
 class FakeMaterial final : public FakeObject {
 public:
     HRESULT result = S_OK;
-    IDispatch* created = nullptr;      // what CreateMaterial returns, with a reference
+    IDispatch* created = nullptr;      // what CreateMaterial returns, with a reference if it succeeds
     IDispatch** source = nullptr;      // CopyFromMaterial's argument
     IDispatch* sourceValue = nullptr;  // what it pointed to
     std::function<void()> duringCopy;

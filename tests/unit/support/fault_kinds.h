@@ -1,5 +1,5 @@
-// All faults and exceptions that can escape from a package, each as an act that a fake commits (LastAct), with its line in
-// the log.
+// Faults and exceptions that can escape from a package, each as an act that a fake commits (LastAct), with the error text
+// that the log has for it.
 #pragma once
 
 #include <string>
@@ -15,11 +15,11 @@ struct FaultKind {
     std::string logged;  // the text of the error
 };
 
-// Commits each kind once, under the fault guard alone, to see what escapes. Omits kinds that cannot happen on this
-// machine. The list does not change until the process ends.
+// The first call commits each kind once, under the fault guard alone, to see what escapes. Omits kinds that cannot happen
+// on this machine. The list does not change until the process ends.
 const std::vector<FaultKind>& AllFaultKinds();
 
-// One kind of each sort: a fault, an exception, a character string, an abort. No stack overflow: one takes 20 ms.
+// One kind of each sort: a fault, an exception, a character string, an abort. No stack overflow, because it is slow.
 std::vector<const FaultKind*> OneFaultOfEachSort();
 
 }  // namespace zelt::test

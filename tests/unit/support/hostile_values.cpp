@@ -161,7 +161,7 @@ void HostileValues::Fill(SAFEARRAY* array, VARTYPE type, std::size_t count, int 
     }
 }
 
-// Puts one lie into the header.
+// Falsifies the header.
 void HostileValues::Spoil(SAFEARRAY* array)
 {
     constexpr ULONG kCounts[] = {0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x20000000};

@@ -1,6 +1,6 @@
-// VARIANTs that no good package makes: every type and flag, arrays of every shape, headers that lie, pointers to
-// nowhere. Each value is valid until the next one is made. This class owns what the value really points to; the
-// caller must not clear the value.
+// VARIANTs as a bad package might make them: of every type and flag, arrays of up to four dimensions, false headers,
+// pointers to nowhere. Each value lasts until the next one is made. This class owns the memory that the value points to;
+// the caller must not clear the value.
 #pragma once
 
 #include <windows.h>

@@ -40,7 +40,8 @@ struct InterfaceShape {
 
 inline constexpr unsigned kFirstOwnSlot = 7;
 
-// Null if no library describes the interface. Throws com::Failure if it is not a dual interface based on IDispatch.
+// Null if no library describes the interface. Throws com::Failure if its methods do not directly follow those of IDispatch,
+// or if one has an argument that a shape cannot describe.
 const InterfaceShape* ShapeOf(REFIID iid);
 
 // The same by name.

@@ -1,5 +1,5 @@
-// The interfaces of the standard's library that no line of proxied_methods.txt describes. Their rows are made from the library
-// alone, which gives the names and types of the arguments.
+// Rows like those of proxied_methods.txt, for the dual interfaces of this module's type libraries. They are made from the
+// libraries alone, which give the names and types of the arguments.
 #pragma once
 
 #include <vector>
@@ -21,7 +21,7 @@ bool IsWithheld(const InterfaceShape& shape);
 
 TableRow LibraryRow(const InterfaceShape& shape, const MethodShape& method);
 
-// The members of all interfaces without rows that proxies offer, as if they were those of one class.
+// The members of all interfaces that proxies carry without rows, except IOriginalObject, as if they were those of one class.
 TableClass LibraryClass(const std::vector<TableClass>& table);
 
 }  // namespace zelt::test

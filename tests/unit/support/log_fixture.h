@@ -1,4 +1,4 @@
-// A log document with its own file, and the text that it wrote.
+// A log document with its own file and recording, and the text that it wrote.
 #pragma once
 
 #include <gtest/gtest.h>

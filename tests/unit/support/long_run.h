@@ -16,7 +16,7 @@ inline int Effort()
     return factor > 1 ? factor : 1;
 }
 
-// Reproducible inputs. The standard specifies mt19937 exactly, but not the library's distributions.
+// Reproducible inputs. C++ specifies mt19937 exactly, but not the library's distributions.
 class Dice {
 public:
     explicit Dice(std::uint32_t seed) : engine(seed) {}

@@ -1,6 +1,6 @@
 // Shared by the tests that make our own allocations fail, one after another. A scenario runs repeatedly, each time with
 // another failing allocation; every call must end with a status code, no reference or memory may be lost, and the log
-// must stay complete.
+// must stay well-formed.
 #pragma once
 
 #include <fcntl.h>
@@ -91,8 +91,9 @@ protected:
         return hasFailed;
     }
 
-    // Runs the scenario repeatedly. One allocation fails in each run, every `step`-th in turn, until none fails any more.
-    // More than `least` runs must have a failure; calls may also return the results in `others`.
+    // Runs the scenario repeatedly, first with a log, then without. After three runs without a failure, one allocation fails
+    // in each run, every `step`-th in turn, until none fails any more. More than `least` runs must have a failure; calls may
+    // also return the results in `others`.
     template <class Scenario>
     void FailOneAfterAnother(long step, int least, const std::vector<HRESULT>& others = {})
     {

@@ -27,7 +27,8 @@ union Storage {
 
 class MethodCall {
 public:
-    // Passes `object` for each interface pointer that goes in. Throws std::runtime_error if row and method disagree.
+    // Passes `object` for each interface pointer that goes in, or null with Filling::Nulls. Throws std::runtime_error if row
+    // and method disagree.
     MethodCall(const MethodShape& method, const TableRow& row, Filling filling, IDispatch* object);
     ~MethodCall();
     MethodCall(const MethodCall&) = delete;

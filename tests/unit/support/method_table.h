@@ -16,7 +16,7 @@ struct TableStep {
     bool isLoggedIn = false;
     std::string type;  // without a "?" or a proxy class after it
     bool mayBeEmpty = false;
-    std::string secondName;       // the name of value 1, for an enumeration that only the library describes
+    std::string secondName;       // how the log shows value 1 of an enumeration, in a row made from a type library
     std::string proxyClass;       // of the proxy that replaces a pointer
     std::string startingVersion;  // of a material object: "1.0", "1.1" or "owner"
     bool isShownAsReturned = false;

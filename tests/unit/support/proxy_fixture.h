@@ -1,4 +1,4 @@
-// A property package's proxy for a scripted package, logged or not, as the package manager makes it.
+// A property package's proxy for a scripted package, logged or not, as the root of a new tree.
 #pragma once
 
 #include "fakes.h"

@@ -31,7 +31,7 @@ inline std::wstring Description(IUnknown* object) { return DescribeFailure(objec
 
 class SampleTest : public testing::Test {
 protected:
-    // Makes a slate of these compounds, with both phases.
+    // Makes a slate of these compounds, with both phases, and starts to collect messages.
     void SetCompounds(std::initializer_list<const wchar_t*> ids)
     {
         auto slate = std::make_shared<Slate>();

@@ -29,7 +29,7 @@ LibraryText DescribeLibrary(const std::string& folder, const std::string& file);
 // read or that is not in this form.
 std::map<std::string, LibraryText> ReadFacts(const std::string& path);
 
-// One line for each difference, with the type and the expected and actual text.
+// One line for each difference: where it is, and what is missing, unexpected or different.
 std::vector<std::string> Differences(const LibraryText& expected, const LibraryText& found);
 
 }  // namespace zelt::test

@@ -239,7 +239,7 @@ TEST_F(ComponentScan, LongNamesOfCategoriesDoNotMatter)
     EXPECT_EQ(kFirst, OnlyName());
 }
 
-// A key that nobody may open, including its subkeys.
+// A key that nobody may open; its subkeys keep their own protection.
 class Locked {
 public:
     Locked(HKEY root, const std::wstring& path)
@@ -283,7 +283,7 @@ TEST_F(ComponentScan, KeysThatCannotBeReadAreSkipped)
     EXPECT_TRUE(messages.All().empty());
 }
 
-// A class whose description cannot be read is listed with what can be read.
+// A class whose name is not a text is listed under the next text that it has.
 TEST_F(ComponentScan, WhatCannotBeReadOfAClassIsLeftOut)
 {
     Register(kFirst);

@@ -1,4 +1,5 @@
-// The lifetime of a dialog's object: its window may be destroyed in the middle of a handler.
+// The lifetime of a dialog's object, whose window may be destroyed in the middle of a handler; also what a dialog does with
+// resolutions and commands.
 #include "system/dialogs/dialog.h"
 
 #include <gtest/gtest.h>
@@ -23,9 +24,8 @@ public:
     explicit Watched(bool deletesItself) : deletesItself(deletesItself) {}
     ~Watched() override { events.push_back("deleted"); }
 
-    // What the next handler does.
-    std::function<void(Watched&)> body;
-    std::function<void(Watched&)> atStart;
+    std::function<void(Watched&)> body;     // what the handler of the next command does
+    std::function<void(Watched&)> atStart;  // what OnInit does
 
     // Runs a handler as a control's own window procedure would.
     void CallGuarded()

@@ -81,7 +81,7 @@ TEST(Exceptions, HaveATextForTheUser)
     EXPECT_EQ(L"an unexpected error", TextOf("text"));
 }
 
-// The converter checks for our own exceptions before std::exception, from which they derive.
+// A com::Failure keeps its code, exhausted memory is E_OUTOFMEMORY, and anything else is E_UNEXPECTED.
 TEST(Exceptions, KeepTheirCodesAtTheEdgesOfCom)
 {
     const auto code = [](auto exception) { return com::NoThrow([&]() -> HRESULT { throw exception; }); };

@@ -54,7 +54,7 @@ TEST_F(LibrarySearch, LeavesTheCurrentFolderOut)
 {
     EXPECT_NE(L"", Find(kNeeded)) << "the test proves nothing if it is not found before";
     KeepCurrentFolderOutOfSearch();
-    // Wine ignores this call.
+    // Wine ignores the call above.
     if (UnderWine()) LeaveCurrentFolder();
     EXPECT_EQ(L"", Find(kNeeded));
     EXPECT_EQ(L"", Find(kNeeding));

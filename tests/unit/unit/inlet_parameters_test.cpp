@@ -69,7 +69,7 @@ protected:
     }
     std::string ReadOnlyHere() const { return direction == CAPE_INLET ? Error(kReadOnly) : ""; }
 
-    // Lets the unit get a parameter from the connected object and change everything it can. Compares the whole log.
+    // Lets the unit get a parameter from the connected object and change it and its specification. Compares the whole log.
     void ChangeEverything()
     {
         const ComPtr<IDispatch> raw = stream->Face(__uuidof(ICapeCollection));
@@ -111,7 +111,7 @@ protected:
         EXPECT_EQ(Func("ICapeIdentification::put_ComponentDescription",
                        Value("desc", "string", "&quot;new&quot;") + ReadOnlyHere(), "out", "Bounds"),
                   News());
-        // All these calls arrived.
+        // All these calls to the parameter arrived.
         std::vector<std::string> arrived;
         for (const RecordedCall& call : parameter->calls) {
             if (call.method->name != "get_ComponentName") arrived.push_back(call.method->name);
@@ -136,7 +136,7 @@ TEST_P(InletParameters, AreTheUnitsOwnAtAnOutlet)
     ChangeEverything();
 }
 
-// Messages about a returned object come after the argument that shows it, because the object is logged before it is
+// Messages about a returned parameter come after the argument that shows it, because the parameter is logged before it is
 // wrapped.
 TEST_P(InletParameters, AreLoggedBeforeTheyAreWrapped)
 {

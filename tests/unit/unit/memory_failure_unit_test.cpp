@@ -10,7 +10,7 @@
 namespace zelt::test {
 namespace {
 
-// Makes a unit operation, initialises, connects, configures and saves it, and loads it into another.
+// Makes a unit operation, initialises, configures, connects and saves it, and loads the saved data into another.
 class UnitLife : public Answered {
 public:
     explicit UnitLife(LogDocument* document) : document(document)

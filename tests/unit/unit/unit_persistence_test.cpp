@@ -432,7 +432,7 @@ TEST_F(UnitPersistence, ALengthThatNoMemoryHas)
     EXPECT_EQ(0, unitScript.created);
 }
 
-// A false length uses address space for a moment, but no memory.
+// A false length uses address space for a moment, but hardly any memory.
 TEST_F(UnitPersistence, AHugeLengthTouchesNoMemory)
 {
     const auto Peak = [] {

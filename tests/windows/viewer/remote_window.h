@@ -1,5 +1,5 @@
-// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited; a window
-// that does not appear is null or fails the test. The limit is long, because a machine may be slow.
+// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited. The limit
+// is long, because a machine may be slow.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds = kLon
 
 std::wstring TextOf(HWND window);
 
-// A visible top-level window of the process with this caption; null if there is none.
+// A visible top-level window of the process with this caption; null if there is none. FindWindowOf waits for one.
 HWND FindNow(DWORD process, const std::wstring& caption);
 HWND FindWindowOf(DWORD process, const std::wstring& caption, DWORD milliseconds = kLongestWait);
 int CountWindows(DWORD process);

@@ -115,7 +115,7 @@ protected:
 TEST_F(ViewerPages, ShowTheBeginningWhileTheRestIsRead)
 {
     ASSERT_NO_FATAL_FAILURE(ShowLong());
-    // The viewer answers: it shows items, opens them, and can be scrolled.
+    // The viewer answers: it shows items, expands them, and can be scrolled.
     const HTREEITEM first = tree->Next(TVGN_ROOT);
     EXPECT_EQ(CallLabel(0), tree->Label(first));
     tree->Expand(first);

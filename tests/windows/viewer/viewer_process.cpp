@@ -77,7 +77,7 @@ void ViewerTest::WaitForWindow()
 void ViewerTest::Send(int command) const
 {
     SendNotifyMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
-    // The window answers WM_NULL after the command, or while the command shows a box.
+    // The window answers WM_NULL after the command, or while the command lets messages in, as a box does.
     SendMessageW(window, WM_NULL, 0, 0);
 }
 

@@ -32,7 +32,7 @@ protected:
     }
 
     DWORD Id() const { return process->Id(); }
-    // Sends a command as a menu or a key does; returns when the command is done or shows a box.
+    // Sends a command as a menu or a key does; returns when the command is done or lets messages in, as a box does.
     void Send(int command) const;
     // Enters a text into the search dialog and confirms it.
     void Find(const std::wstring& text, bool ignoreCase = false, bool wholeItem = false);

@@ -128,7 +128,7 @@ TEST_F(ViewerTest, TheEndKeyGoesToTheLastItem)
 // The tree is filled up to the limit while the log seems small; the later items still appear.
 TEST_F(ViewerTest, ALogWithMoreItemsThanItsBeginningPromisesIsShownWhole)
 {
-    // Long entries first, then short ones, inside a call that is open when filling stops.
+    // Long entries first, then short ones inside a call that is open when filling stops.
     std::string log;
     for (int i = 0; i < 5000; ++i) log += "<info value=\"" + std::string(1500, 'l') + "\"/>\n";
     log += "<func name=\"open\" direc=\"in\" object=\"o\"><func name=\"inner\" direc=\"in\" object=\"o\">";

@@ -47,7 +47,7 @@ void X87(const Operands& o)
 {
     double result = 0.0;
     UnmaskX87(o.bit);
-    // The store narrows to double, and fwait raises the pending exception.
+    // Overflow and underflow occur when the store narrows to double; fwait raises an exception that is still pending.
     if (o.operation == '/') {
         asm volatile("fldl %1; fdivl %2; fstpl %0; fwait" : "=m"(result) : "m"(o.left), "m"(o.right));
     } else if (o.operation == '*') {

@@ -1,4 +1,4 @@
-// The vendor's interface with arguments of every type, as a component implements it: it keeps what arrived.
+// The vendor's interface with arguments of many types, as a component implements it: it keeps what arrived.
 #pragma once
 
 #include <vendor.h>
