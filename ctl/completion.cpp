@@ -83,14 +83,15 @@ void WriteBash(std::span<const Command> commands, Output& out)
     }
     out << "    esac\n"
            "    case $command in\n";
-    for (const auto& [before, words] : Words(commands)) {
+    for (const auto& group : Words(commands)) {
+        const auto& [before, words] = group;
         if (before.empty()) {
             out << "    '') words='" << Joined(words, " ") << "' ;;\n";
         } else {
             // The script joins the first two words. After a command of one word, the second is no part of the name, so the
             // pattern ends in *.
             const bool isGroup = std::any_of(commands.begin(), commands.end(), [&](const Command& command) {
-                return std::string_view(command.name).starts_with(before + ' ');
+                return std::string_view(command.name).starts_with(group.first + ' ');
             });
             out << "    '" << before << (isGroup || before.find(' ') != std::string::npos ? "')" : "'*)") << " words='"
                 << Joined(words, " ") << "' ;;\n";

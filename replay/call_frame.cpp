@@ -8,7 +8,19 @@ using com::DualParameter;
 using recording::ArgumentRecord;
 
 CallFrame::CallFrame(const com::DualMethod& method, const std::vector<ArgumentRecord>& recorded, Objects& objects)
-    : method(method), matched(MatchArguments(method, recorded)), objects(objects), words(method.words, nullptr)
+    : matched(MatchArguments(method, recorded)), objects(objects), words(method.words, nullptr)
+{
+    try {
+        Fill(method);
+    } catch (...) {
+        FreeCells();
+        throw;
+    }
+}
+
+CallFrame::~CallFrame() { FreeCells(); }
+
+void CallFrame::Fill(const com::DualMethod& method)
 {
     cells.reserve(method.parameters.size());
     for (std::size_t i = 0; i < method.parameters.size(); ++i) {
@@ -32,7 +44,7 @@ CallFrame::CallFrame(const com::DualMethod& method, const std::vector<ArgumentRe
     }
 }
 
-CallFrame::~CallFrame()
+void CallFrame::FreeCells()
 {
     for (const Cell& cell : cells) Free(*cell.parameter, cell.place);
 }

@@ -34,8 +34,9 @@ private:
         void* place;  // of the value
     };
     void* Room(std::size_t bytes);
+    void Fill(const com::DualMethod& method);
+    void FreeCells();
 
-    const com::DualMethod& method;
     const std::vector<const recording::ArgumentRecord*> matched;
     Objects& objects;
     std::vector<void*> words;

@@ -54,7 +54,7 @@ private:
 
     HRESULT initialized;
     const DWORD mainThread;
-    const DWORD shutdownTimeout = 5000;  // Not used: the monitor waits without limit.
+    [[maybe_unused]] const DWORD shutdownTimeout = 5000;  // Not used: the monitor waits without limit.
     const DWORD pauseAfterLoop = 1000;
     bool delayShutdown = true;
     volatile bool activity = false;

@@ -82,7 +82,7 @@ struct RegistryFunctions {
     decltype(&RegSetValueExA) setNarrowValue;
 };
 
-inline constexpr RegistryFunctions kSystemRegistry = {RegEnumKeyExW, RegEnumValueW, RegSetValueExW, RegSetValueExA};
+inline const RegistryFunctions kSystemRegistry = {RegEnumKeyExW, RegEnumValueW, RegSetValueExW, RegSetValueExA};
 
 // Replaces the functions; null restores the system's.
 void SetRegistryFunctions(const RegistryFunctions* functions);

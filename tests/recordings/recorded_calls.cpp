@@ -58,7 +58,10 @@ std::uint32_t RecordedCalls::NewObject(std::uint64_t pointer, std::uint64_t prox
     return writer.NewObject(pointer, proxy);
 }
 
-void RecordedCalls::Query(std::uint32_t object, bool isGranted) { writer.Query(object, "fedcba9876543210", isGranted); }
+void RecordedCalls::Query(std::uint32_t object, bool isGranted, std::string_view interfaceId)
+{
+    writer.Query(object, interfaceId, isGranted);
+}
 
 void RecordedCalls::Make(std::string_view member, std::uint32_t object, bool isOutward,
                          const std::function<void()>& inside, std::uint32_t status)

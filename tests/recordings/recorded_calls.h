@@ -22,7 +22,7 @@ public:
     explicit RecordedCalls(bool hasComponent = true);
 
     std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy = 0);
-    void Query(std::uint32_t object, bool isGranted = true);
+    void Query(std::uint32_t object, bool isGranted = true, std::string_view interfaceId = "fedcba9876543210");
     // `inside` makes arguments and inner calls. A failure has the name "ECapeUnknownHR".
     void Call(std::string_view member, std::uint32_t object, const std::function<void()>& inside = {},
               std::uint32_t status = 0);

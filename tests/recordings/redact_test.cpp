@@ -176,6 +176,20 @@ TEST(RecordingRedact, GivesTheSameTextTheSameAlias)
     EXPECT_NE(names[0], RecordedValues(Redact(whole))["put_ComponentName name"].at(0));
 }
 
+TEST(RecordingRedact, KeepsTheIdentifiersOfTheStandardAndTheSystem)
+{
+    const std::string_view kept[] = {{"\x9B\x0A\x8C\x67\x00\x01\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 16},
+                                     {"\xA1\x09\x8C\x67\x66\x7D\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 16},
+                                     {"\x00\x04\x02\x00\x00\x00\x00\x00\xC0\x00\x00\x00\x00\x00\x00\x46", 16}};
+    constexpr std::string_view kOther = "fedcba9876543210";
+    RecordedCalls calls;
+    for (const std::string_view id : kept) calls.Query(calls.NewObject(0x3000), true, id);
+    calls.Query(calls.NewObject(0x4000), true, kOther);
+    const std::string redacted = Redact(calls.Whole());
+    for (const std::string_view id : kept) EXPECT_NE(std::string::npos, redacted.find(id));
+    EXPECT_EQ(std::string::npos, redacted.find(kOther));
+}
+
 TEST(RecordingRedact, KeepsCallsResultsAndTimes)
 {
     const std::string whole = RecordedFlash(), redacted = Redact(whole);

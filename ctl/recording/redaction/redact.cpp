@@ -29,13 +29,14 @@ public:
     ArgumentMeanings meanings;
 };
 
-// The identifiers of the standard's interfaces and of the system's say nothing about a component. Many of the standard differ
-// only in their first four bytes, and so do many of the system; the others are replaced like a component's own.
+// The identifiers of the standard's interfaces and of the system's say nothing about a component. Most of the standard are
+// 678Cxxxx-xxxx-11D2-A67D-00105A42887F, and many of the system differ only in their first four bytes; the others are replaced
+// like a component's own.
 bool IsOfTheStandard(std::string_view id)
 {
-    constexpr std::string_view kStandard("\x66\x7D\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 12);
+    constexpr std::string_view kBegin("\x8C\x67", 2), kEnd("\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 10);
     constexpr std::string_view kSystem("\x00\x00\x00\x00\xC0\x00\x00\x00\x00\x00\x00\x46", 12);
-    return id.size() == 16 && (id.substr(4) == kStandard || id.substr(4) == kSystem);
+    return id.size() == 16 && ((id.substr(2, 2) == kBegin && id.substr(6) == kEnd) || id.substr(4) == kSystem);
 }
 
 class RecordingRedactor {
@@ -54,7 +55,7 @@ public:
             TakeArgument(*argument);
         } else {
             events.Take(record, sink);
-            copier.Take(std::visit([this](const auto& one) { return Record(Redacted(one)); }, record));
+            copier.Take(std::visit([&](const auto& one) { return Record(Redacted(one)); }, record));
         }
     }
 
