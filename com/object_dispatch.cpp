@@ -13,7 +13,7 @@ namespace com {
 namespace {
 
 // Identifiers far from those that type libraries assign. One from kFirstMember up holds the place of an interface and the place
-// of a member in it; one from kFirstName up, the place of a name that no interface has.
+// of a member in it; one from kFirstName up, the place of a name that no interface of the object has.
 constexpr DISPID kFirstMember = 0x5A000000;
 constexpr int kMemberBits = 10;
 constexpr DISPID kFirstName = 0x5C000000;
@@ -31,8 +31,8 @@ private:
     Object& object;
 };
 
-// Interfaces and names that no library of this module has, in the order in which the process met them. Never forgotten, so that
-// identifiers stay valid.
+// Interfaces that no library of this module describes, and names that some object has in none of its interfaces, in the order in
+// which the process met them. Never forgotten, so that identifiers stay valid.
 std::vector<IID>& OtherInterfaces()
 {
     static auto& known = *new std::vector<IID>;

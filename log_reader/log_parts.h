@@ -1,5 +1,5 @@
 // Reads a log in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself,
-// which gives the same events again. Only text exactly as ZELT writes it has parts. A part may begin after the end of any
+// which gives the same events again, but with lines that count from the part's beginning. Only text exactly as ZELT writes it has parts. A part may begin after the end of any
 // element.
 #pragma once
 
@@ -34,7 +34,7 @@ private:
 LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
 
 // `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes are
-// not those of a part, fewer or other events come.
+// not those of a part, the sink gets fewer or different events.
 void ReadPart(LogInput& input, const std::vector<EventKind>& open, LogSink& sink);
 
 }  // namespace zelt

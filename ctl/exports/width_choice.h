@@ -1,4 +1,4 @@
-// Which editions of ZELT a command works on: those that are installed, or the one that --width says.
+// Which editions of ZELT a command works on: those that are installed, or the one that --width selects.
 #pragma once
 
 #include <string>
@@ -11,7 +11,8 @@ namespace zelt::ctl {
 
 inline constexpr Option kWidthOption = {"--width", "32|64", "only packages of that width: 32 for ZELT, 64 for ZELT64"};
 
-// The 32-bit edition first. Throws UsageError for another width, and Refusal for one that this Windows does not run.
+// The 32-bit edition comes first. Throws UsageError if --width is neither 32 nor 64, and Refusal if this Windows cannot run the
+// edition that it selects.
 std::vector<const Edition*> EditionsFor(const Arguments& arguments);
 
 // "32-bit".

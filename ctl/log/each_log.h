@@ -1,6 +1,6 @@
 // Commands that answer about one log, applied to all logs that the command line names. With more than one, answers in text have
-// headings, and each JSON answer is in an element of an array. A log that cannot be read is reported, and the others are
-// answered.
+// headings, and each JSON answer is in an element of an array. A log that cannot be read is reported, and the command
+// continues with the others.
 #pragma once
 
 #include <string>

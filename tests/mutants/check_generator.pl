@@ -16,4 +16,4 @@ for my $n (0 .. (@made > @wanted ? $#made : $#wanted)) {
     my ($one, $other) = map { $_ // '(nothing)' } $made[$n], $wanted[$n];
     die "Line " . ($n + 1) . " of what the generator makes:\n$one\nexpected:\n$other\n" if $one ne $other;
 }
-die "They differ only in their line ends.\n";
+die "What the generator makes differs from what is expected only in the line ends at the end.\n";

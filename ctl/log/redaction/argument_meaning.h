@@ -1,5 +1,5 @@
-// What the values of an argument mean to a redaction: most are replaced by others of the same form, but some have an order, a
-// sum or a number that a reader needs.
+// What the values of an argument mean to a redaction. Most values are replaced by others of the same form, but a reader needs the
+// order of some, the sum of others, and counts as they are.
 #pragma once
 
 #include <string>
@@ -30,7 +30,8 @@ public:
 
     // Of the latest argument.
     ArgumentMeaning Meaning() const { return meaning; }
-    // Whether the values have to balance with those of a calculation: phase fractions, and the flow of a whole material.
+    // Whether HeldValues replaces the values, because they must balance with others of the same calculation: phase fractions,
+    // and the flow of a whole material.
     bool AreHeld() const;
     // Whether the values are those of all compounds.
     bool AreAll() const { return open && !calls[open - 1].ofSome; }

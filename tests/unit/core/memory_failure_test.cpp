@@ -92,7 +92,6 @@ public:
             EXPECT_EQ(S_OK,
                       material->SetOverallProp(B(property), B(values.size() > 1 ? L"mole" : L""), MakeDoubles(values)));
         }
-        EXPECT_EQ(S_OK, material->SetPresentPhases(MakeStrings({L"Vapor", L"Liquid"}), _variant_t()));
         EXPECT_EQ(S_OK, material.As(&face));
     }
     ~Calculation() { EXPECT_EQ(0u, CountCallsInProgress()); }
@@ -123,6 +122,7 @@ public:
         // From a liquid through two phases to a vapour; the package refuses properties of a missing phase.
         for (const _variant_t& state : temperatures) {
             if (!Note(material->SetOverallProp(temperatureName, noBasis, state))) continue;
+            if (!Note(material->SetPresentPhases(bothPhases, unknownStates))) continue;
             if (!Note(equilibrium->CalcEquilibrium(temperature, pressure, nature))) continue;
             Note(properties->CalcSinglePhaseProp(wanted, liquid));
             Note(properties->CalcSinglePhaseProp(wanted, vapor));
@@ -151,7 +151,8 @@ private:
     ComPtr<ICapeThermoMaterial> material;
     ComPtr<IDispatch> face;
     // Made beforehand, so that the scenario's own allocations do not fail.
-    const _variant_t first = 1L;
+    const _variant_t first = 1L, unknownStates;
+    const _variant_t bothPhases = sample::MakeStrings({L"Vapor", L"Liquid"});
     const _variant_t texts = sample::MakeStrings({L"molecularWeight", L"casRegistryNumber"});
     const _variant_t temperature = sample::MakeStrings({L"temperature", L"", L"overall"});
     const _variant_t pressure = sample::MakeStrings({L"pressure", L"", L"overall"});

@@ -98,7 +98,7 @@ TEST_F(RealNames, HaveAValueOnlyWhereACodePageMayLackThem)
     Save({NamedPackage(L"a", L"b"), NamedPackage(kMixed, L"c")});
     EXPECT_FALSE(Has(L"PackageNames1"));
     EXPECT_TRUE(Has(L"PackageNames2"));
-    // A name that looks like what remains of such a name in a code page without its characters.
+    // A plain name that looks like one that has lost characters in a code page.
     ExportedPackage left;
     ASSERT_TRUE(left.Parse(NamedPackage(kMixed, L"c").Format()));
     left.sourceName = L"????? ????? ?";
