@@ -31,8 +31,8 @@ private:
     Object& object;
 };
 
-// Interfaces that no library of this module describes, and names that some object has in none of its interfaces, in the order in
-// which the process met them. Never forgotten, so that identifiers stay valid.
+// Interfaces that no library of this module describes, and names that some object has in none of its interfaces, in the order
+// in which the process met them. Never forgotten, so that identifiers stay valid.
 std::vector<IID>& OtherInterfaces()
 {
     static auto& known = *new std::vector<IID>;

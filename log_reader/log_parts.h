@@ -1,6 +1,6 @@
 // Reads a log in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself,
-// which gives the same events again, but with lines that count from the part's beginning. Only text exactly as ZELT writes it has parts. A part may begin after the end of any
-// element.
+// which gives the same events again, but with lines that count from the part's beginning. Only text exactly as ZELT writes it
+// has parts. A part may begin after the end of any element.
 #pragma once
 
 #include <cstdint>
@@ -33,8 +33,8 @@ private:
 // Like ReadLog.
 LogReadResult ReadLogByParts(LogInput& input, PartSink& sink);
 
-// `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes are
-// not those of a part, the sink gets fewer or different events.
+// `open` are the kinds of the elements around the part, from the outermost. The input ends where the part does. If the bytes
+// are not those of a part, the sink gets fewer or different events.
 void ReadPart(LogInput& input, const std::vector<EventKind>& open, LogSink& sink);
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// What the values of an argument mean to a redaction. Most values are replaced by others of the same form, but a reader needs the
-// order of some, the sum of others, and counts as they are.
+// What the values of an argument mean to a redaction. Most values are replaced by others of the same form, but a reader needs
+// the order of some, the sum of others, and counts as they are.
 #pragma once
 
 #include <string>
