@@ -1,7 +1,7 @@
-// A part for a dual interface that is not in the table of rows (part_on_demand.h), driven by the interface's type information:
-// it forwards each member's arguments bit for bit under the fault guard, and logs them as rows would, with the names,
-// directions and types that the information gives. Interface pointers are not wrapped; originals are handed back if the user
-// wants it.
+// A part for a dual interface that has no class of its own (part_on_demand.h), driven by the interface's type information: it
+// forwards each member's arguments bit for bit under the fault guard, and logs them with the names, directions and types that
+// the information gives. Interface pointers are not wrapped; if the user wants originals handed back, a proxy that goes in is
+// replaced by its object.
 #pragma once
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 // Interfaces that a proxy's class lacks but its object has. The proxy offers them through parts; each is made when its
-// interface is first asked for, and lives as long as the proxy. An interface in the table that the layers above install is
-// carried by its rows; any other dual interface that MayCarry admits is carried by a part that type information drives
-// (described_part.h).
+// interface is first asked for, and lives as long as the proxy. The layers above install a table of interfaces that
+// have classes of logged methods (logged_interface.h) for parts; any other dual interface that MayCarry admits gets a part that
+// type information drives (described_part.h).
 #pragma once
 
 #include <windows.h>
@@ -20,7 +20,7 @@ public:
     virtual ~PartOnDemand() = default;
 };
 
-// A part on demand that is a class of rows.
+// A part on demand that holds an object of `Rows`, a class of logged methods.
 template <class Rows>
 struct RowsOnDemand final : PartOnDemand {
     explicit RowsOnDemand(CapeOpenBase& proxy) : rows(proxy) {}

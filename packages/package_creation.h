@@ -1,4 +1,4 @@
-// Creation of an exported package: makes the real package, or one that a recording answers for, renames it, opens a log or
+// Creation of an exported package: makes the real package, or one that answers from a recording, renames it, opens a log or
 // recording if one is wanted, and wraps it in the proxy that the simulator gets.
 #pragma once
 

@@ -1,5 +1,5 @@
-// Packages that a recording answers for, without the package that was recorded. In the list of exported packages they have a
-// class that nobody registers, and the recording's path in the place of the name inside a manager.
+// Packages that answer calls from a recording, without the package that was recorded. In the list of exported packages, their
+// class is one that nobody registers, and `sourceName` is the recording's path instead of the name in a manager.
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,6 @@
 // What a registration has to consist of, and where the registry differs from that. Registration verifies its own result with this
-// code, and a check of the installation reports what it finds. FindRegistrationFaults compares what its caller looks up. Writes
-// nothing.
+// code, and a check of the installation reports what it finds. FindRegistrationFaults gets each value from the
+// function that its caller passes. Nothing here writes.
 #pragma once
 
 #include <functional>
@@ -30,8 +30,8 @@ struct RegistrationFault {
     FoundEntry found;
 };
 
-// Where the registry differs from what a script of the edition writes: classes in every view, and what the views share in the view
-// of this process. `modulePath` is the edition's program, `version` its version. Throws com::Failure.
+// Where the registry differs from what a script of the edition writes. Looks at classes in every view, and at all other keys,
+// which the views share, in the view of this process. `modulePath` is the edition's program, `version` its version. Throws com::Failure.
 std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script,
                                                       const std::wstring& modulePath, const std::string& version,
                                                       const EntryLookup& lookUp);

@@ -1,4 +1,4 @@
-# The program's pictures, made from text by a script: perl is part of every Debian system.
+# The program's pictures, made from text by a Perl script: perl is part of every Debian system.
 find_program(PERL_EXECUTABLE perl REQUIRED)
 
 function(zelt_picture kind source picture)

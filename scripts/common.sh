@@ -122,7 +122,7 @@ AtExit EndSteps
 
 NeedTool() { command -v "$1" >/dev/null || Fail "The program $1 is missing although its package is installed; try ./dev setup."; }
 
-# Ends the script if another ./dev that has called this still runs in this tree: they share the build folder.
+# Locks the tree until the script ends, and fails if another ./dev has locked it: they would share the build folder.
 LockTree()
 {
     mkdir -p build

@@ -1,10 +1,11 @@
-; Refuses to replace or remove files that are in use, and checks all files before any is changed. Otherwise, a simulator would
-; lose its packages, or half of an installation would stay. The system refuses to open a program for writing while it runs, no
-; matter who runs it and in which session, and any other file while a program has it open without sharing it.
+; Refuses to replace or remove files that are in use, and checks all files before any is changed. Otherwise, a simulator could
+; lose its packages, or a half-finished installation could be left behind. Windows refuses to open a program for writing while it
+; runs, no matter who runs it or in which session. It also refuses to open any other file for writing while a program has that file
+; open without sharing it.
 
 !define ERROR_SHARING_VIOLATION 32
 
-; $1 becomes the error of opening the file below $R1 for writing and for deletion, or 0.
+; Tries to open $R1\path for writing and deletion. Sets $1 to the error, or to 0.
 !macro TryToOpen path
     ; GENERIC_READ | GENERIC_WRITE | DELETE, every kind of sharing, OPEN_EXISTING.
     System::Call 'kernel32::CreateFileW(w "$R1\${path}", i 0xC0010000, i 7, p 0, i 3, i 0, p 0) p .r0 ?e'

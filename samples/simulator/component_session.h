@@ -1,5 +1,5 @@
-// A component of any kind in use: gives it the simulator's context, initialises it, and asks for its identification and
-// parameters. Owns its references; a derived class calls Terminate to end the use.
+// The simulator's use of one component of any kind: gives the component the simulator's context, initialises it, and asks for
+// its identification and parameters. Owns references to it; a derived class calls Terminate to end the use.
 #pragma once
 
 #include <cape-open.h>

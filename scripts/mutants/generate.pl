@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# generate.pl <file>: every change that the generator makes to one source, with the resulting lines; for inspecting the generator,
-# and for its test.
+# generate.pl <file>: prints every change that Changes.pm finds for one source, with the resulting lines; for inspecting the
+# changes, and for their test.
 use strict;
 use warnings;
 use FindBin;

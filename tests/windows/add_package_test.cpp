@@ -312,7 +312,7 @@ TEST_F(AddPackage, IsCompleteFromTheKeyboard)
     EXPECT_TRUE(Stored(0, 1).loggingEnabled);
 }
 
-// For the pictures of the user guide: a machine with working packages.
+// Takes a picture for the user guide, on which all packages work.
 TEST(AddPackagePictures, APackageChosenForExport)
 {
     const CleanSettings settings;

@@ -29,9 +29,9 @@ public:
     ArgumentMeanings meanings;
 };
 
-// The identifiers of the standard's interfaces and of the system's say nothing about a component. Most of the standard are
-// 678Cxxxx-xxxx-11D2-A67D-00105A42887F, and many of the system differ only in their first four bytes; the others are replaced
-// like a component's own.
+// The identifiers of the standard's interfaces and of the system's interfaces say nothing about a component. Most of the
+// standard's have the form 678Cxxxx-xxxx-11D2-A67D-00105A42887F, and many of the system's differ only in their first four bytes.
+// All other identifiers are replaced like a component's own.
 bool IsOfTheStandard(std::string_view id)
 {
     constexpr std::string_view kBegin("\x8C\x67", 2), kEnd("\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 10);
@@ -76,7 +76,7 @@ private:
     std::string_view Kept(std::string text) { return texts.emplace_back(std::move(text)); }
     std::string_view Alias(std::string_view text) { return text.empty() ? text : Kept(aliases.Text(text)); }
 
-    // Keeps the settings that are on or off, without the others, which name a class.
+    // Keeps only the on/off settings. The value of any other setting is a class, which would name a component.
     std::string_view Switches(std::string_view settings)
     {
         std::string switches;

@@ -83,8 +83,8 @@ TEST(OwnExceptions, GuardsWorkWhileAnExceptionIsHandled)
 struct ThrowRow {
     const char* name;
     Deed deed;
-    End passed;   // on x86_64, where an exception itself arrives
-    End trapped;  // on i686, for the shared package; for the static one, each row ends as End::Foreign
+    End passed;   // on x86_64, where the package's own exception arrives
+    End trapped;  // on i686, for the shared package, with another in its place; for the static one, always End::Foreign
     const char* text;
 };
 
