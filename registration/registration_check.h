@@ -31,7 +31,8 @@ struct RegistrationFault {
 };
 
 // Where the registry differs from what a script of the edition writes. Looks at classes in every view, and at all other keys,
-// which the views share, in the view of this process. `modulePath` is the edition's program, `version` its version. Throws com::Failure.
+// which the views share, in the view of this process. `modulePath` is the edition's program, `version` its version. Throws
+// com::Failure.
 std::vector<RegistrationFault> FindRegistrationFaults(const Edition& edition, int script,
                                                       const std::wstring& modulePath, const std::string& version,
                                                       const EntryLookup& lookUp);
