@@ -133,9 +133,9 @@ extern "C" EXCEPTION_DISPOSITION ZeltGuardHandler(EXCEPTION_RECORD* record, void
 
 int GuardDepth()
 {
-    int depth = 0;
     CONTEXT context;
     RtlCaptureContext(&context);
+    int depth = 0;
     while (context.Rip != 0) {
         DWORD64 base = 0;
         DWORD64 establisher = 0;
