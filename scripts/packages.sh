@@ -86,5 +86,5 @@ AptInstall()
     # While the indexes of two architectures are out of step, the latest versions of some libraries exist for only one of them:
     # the release's own versions exist for both.
     echo "Trying again with the versions of the release."
-    "${install[@]}" --allow-downgrades -t "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$@"
+    "${install[@]}" --allow-downgrades -t "$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)" "$@"
 }

@@ -29,6 +29,7 @@ constexpr DWORD kLongestWait = 60'000;
 // The faulting thread may have no stack left, and other threads may hold any lock, so a thread that waits from the beginning does
 // the work, with memory that is reserved from the beginning.
 struct Writer {
+    HMODULE library;
     decltype(&MiniDumpWriteDump) writeDump;
     HANDLE faulted, written, answered;
     wchar_t folder[MAX_PATH];
@@ -39,7 +40,7 @@ struct Writer {
 
     wchar_t path[MAX_PATH + 80];
     wchar_t text[2048];
-} writer;  // All zero at first.
+} writer;  // all zero at first, and kept until the process ends
 
 void ComposePath()
 {
@@ -68,7 +69,7 @@ DWORD Write()
 }
 
 // The name of the program or library that contains the address, and the address's offset in it.
-const wchar_t* ModuleOf(const void* address, std::uintptr_t& offset)
+const wchar_t* ModuleOf(const void* address, std::size_t& offset)
 {
     static wchar_t path[MAX_PATH];
     MEMORY_BASIC_INFORMATION memory = {};
@@ -86,7 +87,7 @@ void Announce(DWORD error)
     const EXCEPTION_RECORD& record = *writer.pointers->ExceptionRecord;
     const char* const fault =
         record.ExceptionCode == kAborted ? "The program gave up (abort)." : SE_Exception(record.ExceptionCode).Text();
-    std::uintptr_t offset = 0;
+    std::size_t offset = 0;
     const wchar_t* const module = ModuleOf(record.ExceptionAddress, offset);
     wchar_t result[MAX_PATH + 300] = {};
     if (error == 0) {
@@ -155,8 +156,8 @@ Outcome WriteDumpsOfFaults()
         return NoDumps(L"the folder cannot be made", static_cast<DWORD>(made));
     }
     folder.copy(writer.folder, folder.size());
-    const HMODULE library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    const FARPROC function = library ? GetProcAddress(library, "MiniDumpWriteDump") : nullptr;
+    writer.library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    const FARPROC function = writer.library ? GetProcAddress(writer.library, "MiniDumpWriteDump") : nullptr;
     if (!function) return NoDumps(L"dbghelp.dll cannot be loaded", GetLastError());
     writer.writeDump = reinterpret_cast<decltype(&MiniDumpWriteDump)>(reinterpret_cast<void*>(function));
     writer.faulted = CreateEventW(nullptr, TRUE, FALSE, nullptr);
