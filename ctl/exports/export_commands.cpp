@@ -63,7 +63,7 @@ constexpr Command kExportCommands[] = {
      ZELT_NOT_WHILE_IT_RUNS, SwitchLogOff},
     {"options", "", 0, 0, kOptionsOptions, "Shows the options, and changes those that are given",
      "ZELT and ZELT64 share them. A running one uses the new values from the next package or\n"
-     "unit operation on, and --queue after it has been started again.", ChangeOptions},
+     "unit operation on, and --queue and --dumps after it has been started again.", ChangeOptions},
 };
 // clang-format on
 
