@@ -17,6 +17,7 @@
 #include "registered_components.h"
 #include "system/edition.h"
 #include "system/known_folder.h"
+#include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {

@@ -10,6 +10,7 @@
 #include "log/recording/recording_rendering.h"
 #include "system/registry.h"
 #include "tests/system/harness/activation.h"
+#include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/line_ends.h"
 #include "tests/system/harness/under_wine.h"
 
@@ -33,19 +34,6 @@ void RunToSuccess(const std::wstring& commandLine)
         << testing::PrintToString(commandLine);
 }
 
-// Windows forgets the classes of a dead server. Wine's service continues to hand them out until it is stopped.
-void ForgetClassesOfDeadServers()
-{
-    const SC_HANDLE services = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
-    const SC_HANDLE service = OpenServiceW(services, L"RpcSs", SERVICE_STOP | SERVICE_QUERY_STATUS);
-    SERVICE_STATUS status = {};
-    ControlService(service, SERVICE_CONTROL_STOP, &status);
-    while (QueryServiceStatus(service, &status) && status.dwCurrentState != SERVICE_STOPPED) Sleep(50);
-    EXPECT_EQ(static_cast<DWORD>(SERVICE_STOPPED), status.dwCurrentState);
-    CloseServiceHandle(service);
-    CloseServiceHandle(services);
-}
-
 std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstring(number); }
 
 }  // namespace
@@ -58,7 +46,7 @@ std::wstring QuotedServer()
 void RegisterServerAndSamples()
 {
     // Dead servers of other tests may have left their classes.
-    if (UnderWine()) ForgetClassesOfDeadServers();
+    ForgetDeadServers();
     RunToSuccess(QuotedServer() + L" /RegServer");
     // The system gives this program the regsvr32 of its own width.
     for (const char* library : kLibraries)
@@ -232,10 +220,7 @@ void ServedPackages::KillServer()
     ServerHasDied();
 }
 
-void ServedPackages::ServerHasDied()
-{
-    if (UnderWine()) ForgetClassesOfDeadServers();
-}
+void ServedPackages::ServerHasDied() { ForgetDeadServers(); }
 
 ComPtr<ICapeThermoPropertyPackageManager> ServedPackages::CreateManager()
 {
