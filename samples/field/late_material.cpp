@@ -70,19 +70,24 @@ public:
     STDMETHOD(GetPropList)(VARIANT* props) override { return Call(L"GetPropList", props); }
     STDMETHOD(GetNumComponents)(long* numComp) override
     {
+        if (!numComp) return E_POINTER;
         _variant_t count;
-        const HRESULT result = Call(L"GetNumComponents", &count);
-        if (SUCCEEDED(result)) *numComp = count;
+        HRESULT result = Call(L"GetNumComponents", &count);
+        if (SUCCEEDED(result)) result = VariantChangeType(&count, &count, 0, VT_I4);
+        if (SUCCEEDED(result)) *numComp = V_I4(&count);
         return result;
     }
 
 private:
-    HRESULT Get(const wchar_t* member, VARIANT* result) { return Invoke(member, DISPATCH_PROPERTYGET, {}, result); }
+    HRESULT Get(const wchar_t* member, VARIANT* result)
+    {
+        return com::NoThrow([&] { return InvokeByName(member, DISPATCH_PROPERTYGET, {}, result); });
+    }
 
     template <class... Arguments>
     HRESULT Call(const wchar_t* member, VARIANT* result, const Arguments&... arguments)
     {
-        return com::NoThrow([&] { return Invoke(member, DISPATCH_METHOD, {Argument(arguments)...}, result); });
+        return com::NoThrow([&] { return InvokeByName(member, DISPATCH_METHOD, {Argument(arguments)...}, result); });
     }
 
     HRESULT CallForObject(const wchar_t* member, IDispatch** object)
@@ -95,7 +100,7 @@ private:
         return result;
     }
 
-    HRESULT Invoke(const wchar_t* member, WORD kind, std::initializer_list<_variant_t> arguments, VARIANT* result)
+    HRESULT InvokeByName(const wchar_t* member, WORD kind, std::initializer_list<_variant_t> arguments, VARIANT* result)
     {
         wchar_t* name = const_cast<wchar_t*>(member);
         DISPID id = DISPID_UNKNOWN;
