@@ -37,7 +37,7 @@ private:
         return Refuses(Widen(name)) ? ERROR_ACCESS_DENIED : RegSetValueExA(key, name, reserved, type, data, size);
     }
 
-    static constexpr RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
+    static inline const RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
     static inline std::set<std::wstring> names;
 };
 

@@ -138,7 +138,7 @@ private:
         if (Refuses(index)) return error;
         return RegEnumValueW(key, index, name, length, reserved, type, data, size);
     }
-    static constexpr zelt::RegistryFunctions kFunctions = {Keys, Values, RegSetValueExW, RegSetValueExA};
+    static const zelt::RegistryFunctions kFunctions = {Keys, Values, RegSetValueExW, RegSetValueExA};
     static inline LSTATUS error;
     static inline DWORD firstRefused, lastRefused;
     static inline int calls;
@@ -170,7 +170,7 @@ private:
         seen.push_back(reserved);
         return RegSetValueExA(key, name, reserved, type, data, size);
     }
-    static constexpr zelt::RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
+    static const zelt::RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
     static inline std::vector<DWORD> seen;
 };
 
@@ -250,7 +250,7 @@ LSTATUS WINAPI AddAtTheEnd(HKEY key, DWORD index, wchar_t* name, DWORD* length, 
 TEST_F(RegistryEnumeration, TakesWhatIsAddedMeanwhile)
 {
     growing = key.Get();
-    constexpr zelt::RegistryFunctions kAdding = {AddAtTheEnd, RegEnumValueW, RegSetValueExW, RegSetValueExA};
+    const zelt::RegistryFunctions kAdding = {AddAtTheEnd, RegEnumValueW, RegSetValueExW, RegSetValueExA};
     zelt::SetRegistryFunctions(&kAdding);
     const auto names = key.SubkeyNames();
     zelt::SetRegistryFunctions(nullptr);
