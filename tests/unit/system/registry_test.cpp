@@ -138,7 +138,7 @@ private:
         if (Refuses(index)) return error;
         return RegEnumValueW(key, index, name, length, reserved, type, data, size);
     }
-    static const zelt::RegistryFunctions kFunctions = {Keys, Values, RegSetValueExW, RegSetValueExA};
+    static inline const zelt::RegistryFunctions kFunctions = {Keys, Values, RegSetValueExW, RegSetValueExA};
     static inline LSTATUS error;
     static inline DWORD firstRefused, lastRefused;
     static inline int calls;
@@ -170,7 +170,7 @@ private:
         seen.push_back(reserved);
         return RegSetValueExA(key, name, reserved, type, data, size);
     }
-    static const zelt::RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
+    static inline const zelt::RegistryFunctions kFunctions = {RegEnumKeyExW, RegEnumValueW, Set, SetNarrow};
     static inline std::vector<DWORD> seen;
 };
 
