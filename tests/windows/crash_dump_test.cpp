@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <dbghelp.h>
 #include <shlobj.h>
+#include <tlhelp32.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <iterator>
 #include <optional>
 #include <regex>
+#include <set>
 #include <vector>
 
 #include "log/log_options.h"
@@ -17,7 +19,6 @@
 #include "registered_components.h"
 #include "system/edition.h"
 #include "system/known_folder.h"
-#include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/stored_options.h"
 
 namespace zelt::test {
@@ -36,11 +37,12 @@ class CrashDump : public testing::Test {
 protected:
     CrashDump()
     {
-        LogOptions options;
-        options.writeDumps = true;
-        Store(options);
-        program.emplace();
-        EXPECT_NE(nullptr, program->WaitForWindow(kThisEdition.windowTitle));
+        const std::wstring event = L"ZELT dump " + std::to_wstring(GetCurrentProcessId());
+        const UniqueHandle ready(CreateEventW(nullptr, TRUE, FALSE, event.c_str()));
+        wchar_t own[MAX_PATH];
+        GetModuleFileNameW(nullptr, own, MAX_PATH);
+        program.emplace(L"--wait-for-fault \"" + event + L"\"", own);
+        EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(ready.get(), 60'000));
     }
     // Starts a thread of the program at this address.
     void Run(const void* address) const
@@ -76,9 +78,37 @@ protected:
         EXPECT_LT(10u, static_cast<const MINIDUMP_MODULE_LIST*>(stream)->NumberOfModules);
     }
 
-    CleanSettings settings;
     std::optional<Program> program;
 };
+
+// The names of the libraries of a process, in small letters.
+std::set<std::wstring> LibrariesOf(DWORD process)
+{
+    std::set<std::wstring> names;
+    const HANDLE list = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process);
+    MODULEENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Module32FirstW(list, &entry); more; more = Module32NextW(list, &entry)) {
+        names.insert(_wcslwr(entry.szModule));
+    }
+    CloseHandle(list);
+    return names;
+}
+
+TEST(CrashDumpOption, DecidesWhetherZeltIsPrepared)
+{
+    for (const bool wanted : {false, true}) {
+        const CleanSettings settings;
+        LogOptions options;
+        options.writeDumps = wanted;
+        Store(options);
+        const Program program;
+        ASSERT_NE(nullptr, program.WaitForWindow(kThisEdition.windowTitle));
+        const std::set<std::wstring> libraries = LibrariesOf(program.Id());
+        EXPECT_TRUE(libraries.contains(L"user32.dll"));
+        EXPECT_EQ(wanted, libraries.contains(L"dbghelp.dll"));
+    }
+}
 
 TEST_F(CrashDump, OfAFaultIsAnnounced)
 {

@@ -4,6 +4,10 @@
 #include <windows.h>
 #include <objbase.h>
 
+#include <string>
+
+#include "guard/fault_guard.h"
+#include "shell/crash_dump.h"
 #include "system/registry.h"
 #include "tests/system/harness/under_wine.h"
 
@@ -19,10 +23,22 @@ void DrawFramesUnderWine()
     }
 }
 
+// The tests of dumps let this program fault in the place of ZELT.EXE: under Wine, the system would go on handing out the classes
+// of a server that ends in this way.
+int WaitForFault(const std::string& event)
+{
+    zelt::PrepareGuards();
+    if (!zelt::WriteDumpsOfFaults()) return 1;
+    SetEvent(OpenEventA(EVENT_MODIFY_STATE, FALSE, event.c_str()));
+    Sleep(INFINITE);
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
+    if (argc == 3 && std::string(argv[1]) == "--wait-for-fault") return WaitForFault(argv[2]);
     testing::InitGoogleTest(&argc, argv);
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
     DrawFramesUnderWine();
