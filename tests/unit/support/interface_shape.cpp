@@ -61,8 +61,7 @@ void SetEnumeration(ITypeInfo* named, UINT count, ParameterShape& parameter)
         VARDESC* raw = nullptr;
         com::Check(named->GetVarDesc(i, &raw));
         const auto constant = Lend(named, raw, &ITypeInfo::ReleaseVarDesc);
-        if (_variant_t(1L) == *constant->lpvarValue)
-            parameter.secondName = MemberName(named, constant->memid);
+        if (_variant_t(1L) == *constant->lpvarValue) parameter.secondName = MemberName(named, constant->memid);
     }
 }
 
