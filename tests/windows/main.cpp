@@ -8,6 +8,7 @@
 
 #include "guard/fault_guard.h"
 #include "shell/crash_dump.h"
+#include "system/owners.h"
 #include "system/registry.h"
 #include "tests/system/harness/under_wine.h"
 
@@ -29,7 +30,8 @@ int WaitForFault(const std::string& event)
 {
     zelt::PrepareGuards();
     if (!zelt::WriteDumpsOfFaults()) return 1;
-    SetEvent(OpenEventA(EVENT_MODIFY_STATE, FALSE, event.c_str()));
+    const zelt::UniqueHandle prepared(OpenEventA(EVENT_MODIFY_STATE, FALSE, event.c_str()));
+    SetEvent(prepared.get());
     Sleep(INFINITE);
     return 0;
 }
