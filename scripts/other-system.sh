@@ -37,7 +37,7 @@ MakeSystem()
     rm -rf "$1"
     mkdir -p "$1"
     debootstrap --variant=minbase "$2" "$1/root" http://deb.debian.org/debian
-    mkdir -p "$1/root/zelt" "$1/build/sources"
+    mkdir -p "$1/build/sources"
     touch "$1/made"
 }
 
@@ -45,16 +45,18 @@ MakeSystem()
 InSystem()
 {
     set -e
-    local system=$2/root item
+    # A test looks for this name in the programs, so it must occur nowhere else.
+    local system=$2/root tree=/srv/zelt-tree item
     mount --make-rprivate /
-    mount --bind "$1" "$system/zelt"
-    mount --bind "$2/build" "$system/zelt/build"
-    mount --bind "$1/build/sources" "$system/zelt/build/sources"
+    mkdir -p "$system$tree"
+    mount --bind "$1" "$system$tree"
+    mount --bind "$2/build" "$system$tree/build"
+    mount --bind "$1/build/sources" "$system$tree/build/sources"
     mount -t proc proc "$system/proc"
     mount --rbind /dev "$system/dev"
     mount -t tmpfs tmpfs "$system/tmp"
     for item in /etc/resolv.conf /etc/hosts; do
         [ ! -e "$item" ] || cp -L "$item" "$system$item"
     done
-    exec env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM="${TERM:-dumb}" chroot "$system" /zelt/dev test --without-checks
+    exec env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM="${TERM:-dumb}" chroot "$system" "$tree/dev" test --without-checks
 }
