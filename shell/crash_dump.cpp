@@ -65,7 +65,8 @@ DWORD Write()
                          nullptr)) {
         return 0;
     }
-    return GetLastError();
+    const DWORD error = GetLastError();
+    return error ? error : ERROR_GEN_FAILURE;
 }
 
 // The name of the program or library that contains the address, and the address's offset in it.
@@ -93,8 +94,7 @@ void Announce(DWORD error)
     if (error == 0) {
         _snwprintf(result, std::size(result) - 1,
                    L"What the program was doing is in this file:\n%ls\n\nThe file has parts of the program's memory, "
-                   L"so it can "
-                   L"contain names and numbers of your model.",
+                   L"so it can contain names and numbers of your model.",
                    writer.path);
     } else {
         _snwprintf(result, std::size(result) - 1, L"The dump %ls could not be written (system error %lu).", writer.path,
