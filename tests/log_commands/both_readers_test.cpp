@@ -7,6 +7,7 @@
 
 #include "command_runner.h"
 #include "tests/fuzz/both_readers.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -19,7 +20,8 @@ class BothReaders : public testing::TestWithParam<std::string> {
 protected:
     BothReaders() { PrepareLogReader(); }
 
-    std::string log = ReadBytes(GetParam().ends_with(".zlg") ? ZELT_TESTS "/" + GetParam() : GoldenLog(GetParam()));
+    std::string log =
+        ReadBytes(GetParam().ends_with(".zlg") ? SourceFile("tests/") + GetParam() : GoldenLog(GetParam()));
 };
 
 void ExpectEqual(const Recording& expected, const Recording& seen, std::size_t length)
@@ -98,7 +100,7 @@ TEST_F(LogScanning, NeedsNoParserForAWholeLog)
     for (const std::string& name : kGoldenLogs) {
         EXPECT_EQ(LogReadResult::Complete, Scan(ReadBytes(GoldenLog(name)))) << name;
     }
-    EXPECT_EQ(LogReadResult::Complete, Scan(ReadBytes(ZELT_TESTS "/fuzz/seeds/every_element.zlg")));
+    EXPECT_EQ(LogReadResult::Complete, Scan(ReadBytes(SourceFile("tests/fuzz/seeds/every_element.zlg"))));
 }
 
 TEST_F(LogScanning, LeavesOnlyTheEndOfACutOffLogToTheParser)

@@ -16,6 +16,7 @@
 #include "ctl/log/log_commands.h"
 #include "ctl/recording/recording_commands.h"
 #include "tests/system/harness/golden_text.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 
@@ -70,7 +71,7 @@ const std::vector<std::string> kGoldenLogs = {"sample_simulator_10",      "sampl
 
 std::string GoldenLog(const std::string& name)
 {
-    const std::string folder = ZELT_TESTS "/golden", path = folder + '/' + name + ".zlg";
+    const std::string folder = SourceFile("tests/golden"), path = folder + '/' + name + ".zlg";
     if (std::filesystem::exists(path)) return path;
     // The log is stored as a difference from another log. This makes the complete file, and keeps it until the program ends.
     static std::map<std::string, std::unique_ptr<TemporaryLog>> made;
@@ -99,7 +100,7 @@ std::vector<std::string> LinesOf(const std::string& text)
 
 void ExpectKept(const std::string& name, const std::string& output, const std::string& folder)
 {
-    const std::string path = ZELT_TESTS "/" + folder + "/golden/" + name;
+    const std::string path = SourceFile("tests/") + folder + "/golden/" + name;
     if (std::getenv("ZELT_UPDATE_GOLDEN")) {
         std::ofstream(path, std::ios::binary).write(output.data(), static_cast<std::streamsize>(output.size()));
         return;

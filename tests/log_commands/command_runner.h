@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/trees.h"
+
 namespace zelt::test {
 
 struct Outcome {
@@ -36,7 +38,7 @@ private:
 std::string InLog(const std::string& entries);
 
 // A short conversation, kept beside the tests.
-inline const std::string kConversation = ZELT_TESTS "/log_commands/conversation.zlg";
+inline const std::string kConversation = SourceFile("tests/log_commands/conversation.zlg");
 
 std::string GoldenLog(const std::string& name);
 extern const std::vector<std::string> kGoldenLogs;

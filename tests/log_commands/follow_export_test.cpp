@@ -6,6 +6,7 @@
 
 #include "command_runner.h"
 #include "ctl/log/follow.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -34,7 +35,7 @@ TEST(LogFollow, ShowsACallThatHangs)
 
 TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
 {
-    const std::string whole = ReadBytes(ZELT_TESTS "/log_commands/conversation.zlg");
+    const std::string whole = ReadBytes(SourceFile("tests/log_commands/conversation.zlg"));
     const auto lines = LinesOf(whole);
     const TemporaryLog log(lines[0] + "\n" + lines[1] + "\n" + lines[2] + "\n");
     std::thread writer([&] {

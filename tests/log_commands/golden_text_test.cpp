@@ -1,5 +1,6 @@
 // Golden files that are stored as differences.
 #include "tests/system/harness/golden_text.h"
+#include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
@@ -29,13 +30,13 @@ TEST(GoldenText, IsNothingWhereTheDifferenceDoesNotFit)
          {"2d1\n< x\n", "9d8\n< c\n", "9a10\n> x\n", "nonsense\n", "2,1d1\n", "3d2\n< c\n1d0\n< a\n"}) {
         EXPECT_FALSE(Changed("a\nb\nc\n", difference)) << difference;
     }
-    EXPECT_FALSE(GoldenText(ZELT_TESTS "/golden", "there is no such file"));
+    EXPECT_FALSE(GoldenText(SourceFile("tests/golden"), "there is no such file"));
 }
 
 TEST(GoldenText, MakesTheLogOfAHeldParameter)
 {
-    const auto base = GoldenText(ZELT_TESTS "/golden", "sample_simulator_11.zlg");
-    const auto held = GoldenText(ZELT_TESTS "/golden", "sample_simulator_11_held.zlg");
+    const auto base = GoldenText(SourceFile("tests/golden"), "sample_simulator_11.zlg");
+    const auto held = GoldenText(SourceFile("tests/golden"), "sample_simulator_11_held.zlg");
     ASSERT_TRUE(base && held);
     EXPECT_NE(*base, *held);
     EXPECT_NE(std::string::npos, held->find("Parameter specification) is not released at final release"));

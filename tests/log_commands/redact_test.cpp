@@ -6,6 +6,7 @@
 
 #include "command_runner.h"
 #include "ctl/log/redaction/message_redaction.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -104,7 +105,7 @@ TEST(LogRedact, LeavesTheFindings)
         const TemporaryLog redacted(Redacted(GoldenLog(log)));
         EXPECT_EQ(FindingsOf(GoldenLog(log)), FindingsOf(redacted.Path())) << log;
     }
-    const std::string conversation = ZELT_TESTS "/log_commands/conversation.zlg";
+    const std::string conversation = SourceFile("tests/log_commands/conversation.zlg");
     const TemporaryLog redacted(Redacted(conversation));
     EXPECT_EQ(FindingsOf(conversation), FindingsOf(redacted.Path()));
 }
@@ -191,7 +192,7 @@ TEST(LogRedact, ReplacesNamesWithCharactersThatNoNameOfTheStandardHas)
 
 TEST(LogRedact, LeavesALogCutOffWhereItWas)
 {
-    const std::string whole = ReadBytes(ZELT_TESTS "/log_commands/conversation.zlg");
+    const std::string whole = ReadBytes(SourceFile("tests/log_commands/conversation.zlg"));
     const auto lines = LinesOf(whole);
     std::size_t size = 0;
     for (std::size_t i = 0; i + 1 < lines.size(); ++i) {

@@ -1,6 +1,7 @@
 // The table of a log's sentences: a sentence written from a row is read as that row, and docs/log-format.md contains
 // each sentence.
 #include "log/vocabulary/found_sentence.h"
+#include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
@@ -127,7 +128,7 @@ TEST(Sentences, DifferInTheirTexts)
 
 TEST(Sentences, AreOnThePageAboutTheFormat)
 {
-    std::ifstream file(std::string(ZELT_TESTS) + "/../docs/log-format.md");
+    std::ifstream file(zelt::test::SourceFile("docs/log-format.md"));
     std::stringstream page;
     page << file.rdbuf();
     // Line breaks on the page have no meaning.

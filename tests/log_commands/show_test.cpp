@@ -2,11 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
 
-const std::string kMissing = ZELT_TESTS "/missing.zlg";
+const std::string kMissing = SourceFile("tests/missing.zlg");
 
 struct KeptCase {
     const char* name;
@@ -242,9 +243,9 @@ TEST(LogCommands, RefuseWhatIsNoLog)
 TEST(LogCommands, SayWhenAFileCannotBeReadOrIsAFolder)
 {
     for (const char* command : {"show", "errors", "stats", "check", "redact", "why"}) {
-        const Outcome outcome = RunCommand({"log", command, ZELT_TESTS});
+        const Outcome outcome = RunCommand({"log", command, SourceFile("tests")});
         EXPECT_EQ(3, outcome.code) << command;
-        EXPECT_EQ("zeltctl: " ZELT_TESTS ": this is a folder, not a log\n", outcome.messages) << command;
+        EXPECT_EQ("zeltctl: " + SourceFile("tests") + ": this is a folder, not a log\n", outcome.messages) << command;
     }
     for (const char* form : {"--html", "--json", "--csv"}) {
         EXPECT_EQ(3, RunCommand({"log", "export", form, kMissing}).code) << form;

@@ -10,6 +10,7 @@
 #include "tests/windows/program.h"
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
+#include "tests/trees.h"
 
 namespace {
 
@@ -171,8 +172,8 @@ TEST_F(AddPackage, OpensTheOtherEdition)
     ASSERT_NO_FATAL_FAILURE(Open());
     EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, kOpenOtherEdition))) << "it is not installed";
     Press(IDCANCEL);
-    if (!std::filesystem::exists(ZELT_OTHER_EDITION)) GTEST_SKIP() << "ZELT64.EXE is not built";
-    const std::wstring path = std::filesystem::absolute(ZELT_OTHER_EDITION).make_preferred().wstring();
+    if (!std::filesystem::exists(OtherBuiltServer())) GTEST_SKIP() << "ZELT64.EXE is not built";
+    const std::wstring path = std::filesystem::absolute(OtherBuiltServer()).make_preferred().wstring();
     components.AddServer(kOtherEdition.classes[0].classId, L"\"" + path + L"\"");
     ASSERT_NO_FATAL_FAILURE(Open());
     const HWND button = GetDlgItem(dialog, kOpenOtherEdition);

@@ -12,6 +12,7 @@
 #include "tests/windows/registered_components.h"
 #include "tests/windows/screenshot.h"
 #include "tests/system/harness/stored_options.h"
+#include "tests/trees.h"
 
 namespace {
 
@@ -321,7 +322,7 @@ TEST_F(MainWindow, SaysThatTheHelpFileCannotBeLoaded)
     const fs::path folder = fs::temp_directory_path() / L"ZELT without help";
     fs::create_directories(folder);
     const fs::path copy = folder / L"ZELT.EXE";
-    fs::copy_file(ZELT_EXECUTABLE, copy, fs::copy_options::overwrite_existing);
+    fs::copy_file(BuiltServer(), copy, fs::copy_options::overwrite_existing);
     ASSERT_NO_FATAL_FAILURE(Start(copy.wstring()));
     PostCommand(window, kCommandHelp);
     const HWND box = program->WaitForWindow(L"Error starting Help:");

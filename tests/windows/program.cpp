@@ -1,4 +1,5 @@
 #include "tests/windows/program.h"
+#include "tests/trees.h"
 
 #include <filesystem>
 
@@ -66,7 +67,7 @@ std::wstring TextOfWindow(HWND window)
 Program::Program(const std::wstring& arguments, const std::wstring& executable)
 {
     std::filesystem::path program = executable;
-    if (executable.empty()) program = ZELT_EXECUTABLE;
+    if (executable.empty()) program = BuiltServer();
     const std::wstring path = std::filesystem::absolute(program).make_preferred().wstring();
     std::wstring commandLine = L'"' + path + L"\" " + arguments;
     STARTUPINFOW startup = {};

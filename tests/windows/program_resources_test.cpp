@@ -10,6 +10,7 @@
 
 #include "tests/windows/dialog_template.h"
 #include "tests/windows/menu_text.h"
+#include "tests/trees.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ class ProgramResources : public testing::Test {
 protected:
     void SetUp() override
     {
-        const std::filesystem::path program = std::filesystem::absolute(ZELT_EXECUTABLE).make_preferred();
+        const std::filesystem::path program = std::filesystem::absolute(BuiltServer()).make_preferred();
         module = LoadLibraryExW(program.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
         ASSERT_NE(nullptr, module);
     }

@@ -1,4 +1,5 @@
 #include "tests/windows/registered_components.h"
+#include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +14,9 @@ namespace zelt::test {
 namespace {
 
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
+constexpr char kSample[] = "samples/SamplePackage.dll", kFaulty[] = "samples/FaultyPackage.dll";
 
-void CallExport(const char* path, const char* name)
+void CallExport(const std::string& path, const char* name)
 {
     const HMODULE library = LoadLibraryW(std::filesystem::absolute(path).make_preferred().c_str());
     ASSERT_NE(nullptr, library) << path;
@@ -37,8 +39,8 @@ CleanSettings::~CleanSettings()
 
 RegisteredComponents::RegisteredComponents()
 {
-    CallExport(ZELT_SAMPLE_PACKAGE, "DllRegisterServer");
-    CallExport(ZELT_FAULTY_PACKAGE, "DllRegisterServer");
+    CallExport(BuiltFile(kSample), "DllRegisterServer");
+    CallExport(BuiltFile(kFaulty), "DllRegisterServer");
 }
 
 RegisteredComponents::~RegisteredComponents()
@@ -46,7 +48,7 @@ RegisteredComponents::~RegisteredComponents()
     for (const std::wstring& path : servers) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
     added.clear();
     RemoveFaulty();
-    CallExport(ZELT_SAMPLE_PACKAGE, "DllUnregisterServer");
+    CallExport(BuiltFile(kSample), "DllUnregisterServer");
 }
 
 void RegisteredComponents::AddServer(REFCLSID classId, const std::wstring& commandLine)
@@ -60,7 +62,7 @@ void RegisteredComponents::AddServer(REFCLSID classId, const std::wstring& comma
 
 void RegisteredComponents::RemoveFaulty()
 {
-    if (std::exchange(faulty, false)) CallExport(ZELT_FAULTY_PACKAGE, "DllUnregisterServer");
+    if (std::exchange(faulty, false)) CallExport(BuiltFile(kFaulty), "DllUnregisterServer");
 }
 
 void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,

@@ -17,6 +17,7 @@
 #include "tests/windows/program.h"
 #include "tests/windows/recorded_boxes.h"
 #include "tests/windows/screenshot.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -71,7 +72,7 @@ protected:
 
     // Shows the dialog and lets `user` work on it, on another thread. Closes what the user leaves open.
     void Show(const std::function<void()>& user,
-              const std::wstring& tool = fs::absolute(ZELT_TOOL_EXECUTABLE).make_preferred())
+              const std::wstring& tool = fs::absolute(BuiltFile("ctl/zeltctl.exe")).make_preferred())
     {
         std::thread hands([&] {
             if (WaitUntil([this] {
@@ -107,7 +108,7 @@ protected:
     std::wstring Status() const { return TextOfWindow(GetDlgItem(dialog, kReportStatus)); }
     std::wstring LogCalled(const wchar_t* name) const
     {
-        fs::copy_file(fs::path(ZELT_GOLDEN_LOG), folder / name);
+        fs::copy_file(fs::path(SourceFile("tests/golden/sample_simulator_10.zlg")), folder / name);
         return (folder / name).wstring();
     }
     std::string Bytes(const fs::path& file) const
@@ -234,7 +235,7 @@ protected:
     {
         fs::remove_all(folder);
         fs::create_directories(folder);
-        fs::copy_file(ZELT_EXECUTABLE, folder / L"ZELT.EXE");
+        fs::copy_file(BuiltServer(), folder / L"ZELT.EXE");
     }
     ~ReportProgram() override
     {
@@ -248,7 +249,7 @@ protected:
 
 TEST_F(ReportProgram, MakesItsReportWithTheToolBesideIt)
 {
-    fs::copy_file(ZELT_TOOL_EXECUTABLE, folder / L"zeltctl.exe");
+    fs::copy_file(BuiltFile("ctl/zeltctl.exe"), folder / L"zeltctl.exe");
     const Program program(L"", (folder / L"ZELT.EXE").wstring());
     const HWND window = program.WaitForWindow(L"ZELT Packages:");
     ASSERT_NE(nullptr, window);

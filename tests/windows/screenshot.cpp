@@ -1,4 +1,5 @@
 #include "tests/windows/screenshot.h"
+#include "tests/trees.h"
 
 #include <algorithm>
 #include <fstream>
@@ -37,7 +38,7 @@ bool KeepScreenshot(HWND window, const std::string& name)
 
     const DWORD size = static_cast<DWORD>(pixels.size()) * DWORD{sizeof(DWORD)};
     // The file's header, field by field.
-    std::ofstream file(std::string(ZELT_SCREENSHOTS) + "/" + name + ".bmp", std::ios::binary);
+    std::ofstream file(BuiltFile("screenshots/") + name + ".bmp", std::ios::binary);
     const auto write = [&file](const void* data, std::size_t length) {
         file.write(static_cast<const char*>(data), static_cast<std::streamsize>(length));
     };

@@ -13,6 +13,7 @@
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/registered_class.h"
 #include "tests/system/harness/stored_options.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -371,7 +372,7 @@ protected:
         EXPECT_TRUE(outcome.data.ends_with("\\shell\\ZELT64.EXE 1.0.0.0, registered for all users\n")) << outcome.data;
     }
 
-    const fs::path server = (fs::absolute(ZELT_OTHER_BUILD_DIR) / "shell" / kOtherEdition.program).make_preferred();
+    const fs::path server = fs::absolute(OtherBuiltServer()).make_preferred();
 };
 
 TEST_F(DoctorOfBoth, FixesTheRegistrationOfEither)

@@ -13,6 +13,7 @@
 #include "tests/system/harness/refused_writes.h"
 #include "tests/system/harness/registered_class.h"
 #include "tests/system/harness/scratch_registry.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -153,7 +154,7 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
     };
     // The sample simulator takes zeltctl's place: it does not understand the request, and ends at once.
     ask([](const Edition&) {
-        return std::filesystem::absolute(ZELT_BUILD_DIR "/samples/SampleSimulator.exe").make_preferred().wstring();
+        return std::filesystem::absolute(BuiltFile("samples/SampleSimulator.exe")).make_preferred().wstring();
     });
     ASSERT_EQ(1u, failures.size());
     EXPECT_TRUE(failures[0].starts_with(L"The manager ended the process that asked it, with the code 0x0000000"))

@@ -4,6 +4,7 @@
 #include "system/narrow.h"
 #include "tests/system/exports/windows_commands.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -17,14 +18,14 @@ protected:
         Zeltctl::SetUp();
         folder = fs::temp_directory_path() / L"zeltctl o'test 100%";
         fs::create_directories(folder);
-        fs::copy_file(ZELT_BUILD_DIR "/ctl/zeltctl.exe", folder / "zeltctl.exe", fs::copy_options::overwrite_existing);
-        fs::copy_file(ZELT_BUILD_DIR "/shell/ZELT.EXE", folder / "ZELT.EXE", fs::copy_options::overwrite_existing);
+        fs::copy_file(BuiltFile("ctl/zeltctl.exe"), folder / "zeltctl.exe", fs::copy_options::overwrite_existing);
+        fs::copy_file(BuiltFile("shell/ZELT.EXE"), folder / "ZELT.EXE", fs::copy_options::overwrite_existing);
     }
     void TearDown() override
     {
         // Replaces any registration of this folder's ZELT with one of the built ZELT.
-        Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServerPerUser");
-        Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/RegServer");
+        Register(BuiltFile("shell/ZELT.EXE"), L"/UnregServerPerUser");
+        Register(BuiltFile("shell/ZELT.EXE"), L"/RegServer");
         std::error_code ignored;
         fs::remove_all(folder, ignored);
         Zeltctl::TearDown();
@@ -78,7 +79,7 @@ TEST_F(ZeltctlProgram, RunsItsCommands)
 
 TEST_F(ZeltctlProgram, RegistersAnInstallationThatIsNot)
 {
-    Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServer");
+    Register(BuiltFile("shell/ZELT.EXE"), L"/UnregServer");
     const Outcome sick = Run(L"doctor");
     EXPECT_EQ(1u, sick.code);
     EXPECT_EQ(
@@ -113,7 +114,7 @@ TEST_F(ZeltctlProgram, RegistersAnInstallationThatMoved)
 
 TEST_F(ZeltctlProgram, KnowsARegistrationForTheUser)
 {
-    Register(ZELT_BUILD_DIR "/shell/ZELT.EXE", L"/UnregServer");
+    Register(BuiltFile("shell/ZELT.EXE"), L"/UnregServer");
     Register(folder / "ZELT.EXE", L"/RegServerPerUser");
     EXPECT_EQ(Healthy("the current user"), Run(L"doctor").output);
     DeleteKeyTree({HKEY_CURRENT_USER, KEY_WOW64_64KEY},

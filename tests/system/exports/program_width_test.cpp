@@ -7,6 +7,8 @@
 #include <fstream>
 
 #include "tests/system/harness/text_file.h"
+#include "system/narrow.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -42,17 +44,17 @@ TEST(ProgramWidth, IsReadFromTheHeader)
 
 TEST(ProgramWidth, TellsFilesApart)
 {
-    const ImageFile package = ReadImageFile(L"" ZELT_BUILD_DIR "/samples/SamplePackage.dll");
+    const ImageFile package = ReadImageFile(Widen(BuiltFile("samples/SamplePackage.dll")));
     EXPECT_EQ(ImageState::Sound, package.state);
     EXPECT_EQ(static_cast<int>(8 * sizeof(void*)), package.bits);
     EXPECT_EQ(ImageState::Missing, ReadImageFile(L"C:\\no such folder\\no.dll").state);
-    EXPECT_EQ(ImageState::NoImage, ReadImageFile(L"" ZELT_SOURCE_DIR "/README.md").state);
+    EXPECT_EQ(ImageState::NoImage, ReadImageFile(Widen(SourceFile("README.md"))).state);
 }
 
 // Only the beginning of a file is read: a file that is not a program may be large.
 TEST(ProgramWidth, IsLookedForInTheFirst64KilobytesOfAFile)
 {
-    const std::wstring path = L"" ZELT_BUILD_DIR "/tests/system/program_width.dll";
+    const std::wstring path = Widen(BuiltFile("tests/system/program_width.dll"));
     const auto stateOf = [&](const std::string& bytes) {
         std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
         const ImageState state = ReadImageFile(path).state;

@@ -1,4 +1,5 @@
 #include "tests/system/exports/windows_commands.h"
+#include "tests/trees.h"
 
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
@@ -15,8 +16,8 @@ namespace {
 // The built zeltctl of an edition, which asks managers for their packages.
 std::wstring BuiltTool(const Edition& edition)
 {
-    const std::filesystem::path build = edition.width == kThisEdition.width ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
-    return std::filesystem::absolute(build / "ctl" / edition.tool).make_preferred().wstring();
+    const std::filesystem::path folder = edition.width == kThisEdition.width ? BuiltFile("ctl") : OtherBuiltFile("ctl");
+    return std::filesystem::absolute(folder / edition.tool).make_preferred().wstring();
 }
 
 }  // namespace

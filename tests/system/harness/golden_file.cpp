@@ -8,6 +8,7 @@
 
 #include "tests/system/harness/golden_text.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -73,7 +74,7 @@ std::string MatchGolden(const std::string& name, const std::string& actual)
 {
     char value[4] = {};
     const bool update = GetEnvironmentVariableA("ZELT_UPDATE_GOLDEN", value, sizeof value) == 1 && value[0] == '1';
-    return CompareWithGolden(ZELT_SOURCE_DIR "/tests/golden/" + name, actual, update);
+    return CompareWithGolden(SourceFile("tests/golden/") + name, actual, update);
 }
 
 }  // namespace zelt::test

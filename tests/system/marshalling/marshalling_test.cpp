@@ -9,6 +9,7 @@
 
 #include "tests/system/harness/process.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -17,14 +18,17 @@ namespace fs = std::filesystem;
 
 std::wstring Quoted(const fs::path& path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
 
+constexpr char kServer[] = "tests/system/marshalling/marshalling_server.exe";
+constexpr char kClient[] = "tests/system/marshalling/marshalling_client.exe";
+
 class Marshalling : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /RegServer", {}, INFINITE));
+        ASSERT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L" /RegServer", {}, INFINITE));
         folder = fs::temp_directory_path() / (L"ZELT marshalling " + std::to_wstring(GetCurrentProcessId()));
         fs::create_directories(folder);
-        server.emplace(Process::Start(Quoted(MARSHALLING_SERVER) + Arguments(), (folder / "server.txt").string()));
+        server.emplace(Process::Start(Quoted(BuiltFile(kServer)) + Arguments(), (folder / "server.txt").string()));
         while (!fs::exists(folder / "reference") && server->Running()) Sleep(50);
         ASSERT_TRUE(fs::exists(folder / "reference")) << ReadWholeFile((folder / "server.txt").string());
     }
@@ -33,13 +37,13 @@ protected:
         server.reset();
         std::error_code ignored;
         fs::remove_all(folder, ignored);
-        EXPECT_EQ(0u, RunProcess(Quoted(ZELT_EXECUTABLE) + L" /UnregServer", {}, INFINITE));
+        EXPECT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L" /UnregServer", {}, INFINITE));
     }
     std::wstring Arguments() const
     {
-        return L' ' + Quoted(folder / "reference") + L' ' + Quoted(ZELT_SOURCE_DIR "/tests/data/proxied_methods.txt");
+        return L' ' + Quoted(folder / "reference") + L' ' + Quoted(SourceFile("tests/data/proxied_methods.txt"));
     }
-    void CallAll(const char* client)
+    void CallAll(const std::string& client)
     {
         if (!fs::exists(client)) GTEST_SKIP() << "the client of that width is not built";
         const std::string output = (folder / "client.txt").string();
@@ -54,10 +58,14 @@ protected:
     std::optional<Process> server;
 };
 
-constexpr bool kIs32Bit = sizeof(void*) == 4;
-
-TEST_F(Marshalling, EveryMethodFromA32BitClient) { CallAll(kIs32Bit ? MARSHALLING_CLIENT : MARSHALLING_OTHER_CLIENT); }
-TEST_F(Marshalling, EveryMethodFromA64BitClient) { CallAll(kIs32Bit ? MARSHALLING_OTHER_CLIENT : MARSHALLING_CLIENT); }
+TEST_F(Marshalling, EveryMethodFromA32BitClient)
+{
+    CallAll(kBuiltFor32Bit ? BuiltFile(kClient) : OtherBuiltFile(kClient));
+}
+TEST_F(Marshalling, EveryMethodFromA64BitClient)
+{
+    CallAll(kBuiltFor32Bit ? OtherBuiltFile(kClient) : BuiltFile(kClient));
+}
 
 }  // namespace
 }  // namespace zelt::test

@@ -1,4 +1,5 @@
 #include "tests/system/registration/processes.h"
+#include "tests/trees.h"
 
 namespace {
 
@@ -11,10 +12,18 @@ std::wstring CommandLine(const std::filesystem::path& program, const std::wstrin
 
 }  // namespace
 
-std::filesystem::path ServerPath() { return std::filesystem::absolute(ZELT_EXECUTABLE).make_preferred(); }
-std::filesystem::path OtherServerPath() { return std::filesystem::absolute(ZELT_OTHER_SERVER).make_preferred(); }
-std::filesystem::path ClientPath() { return std::filesystem::absolute(ZELT_CLIENT).make_preferred(); }
-std::filesystem::path OtherClientPath() { return std::filesystem::absolute(ZELT_OTHER_CLIENT).make_preferred(); }
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kClient[] = "tests/system/registration/activation_client.exe";
+
+}  // namespace
+
+fs::path ServerPath() { return fs::absolute(zelt::test::BuiltServer()).make_preferred(); }
+fs::path OtherServerPath() { return fs::absolute(zelt::test::OtherBuiltServer()).make_preferred(); }
+fs::path ClientPath() { return fs::absolute(zelt::test::BuiltFile(kClient)).make_preferred(); }
+fs::path OtherClientPath() { return fs::absolute(zelt::test::OtherBuiltFile(kClient)).make_preferred(); }
 
 zelt::test::Process Start(const std::filesystem::path& program, const std::wstring& arguments)
 {

@@ -4,6 +4,7 @@
 #include "tests/system/harness/text_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
+#include "tests/trees.h"
 
 // The log is complete up to the call in which a process dies, and the next start works.
 namespace zelt::test {
@@ -21,7 +22,7 @@ protected:
     // The log of a whole run up to the call in which the simulator waits.
     static std::string GoldenUpToTheWait()
     {
-        const std::string golden = ReadWholeFile(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg");
+        const std::string golden = ReadWholeFile(SourceFile("tests/golden/sample_simulator_11.zlg"));
         const std::string call =
             " <func name=\"ICapeThermoMaterial::GetPresentPhases\" direc=\"out\" object=\"Feed\">\r\n";
         const std::size_t at = golden.find(call);

@@ -4,6 +4,7 @@
 #include "tests/system/harness/golden_file.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
+#include "tests/trees.h"
 
 // Script hosts reach the packages only through IDispatch.
 namespace zelt::test {
@@ -21,8 +22,7 @@ protected:
     }
     static SimulatorResult RunScript(const wchar_t* name, const std::wstring& arguments)
     {
-        const auto script =
-            (std::filesystem::path(ZELT_SOURCE_DIR "/tests/system/served_packages") / name).make_preferred();
+        const auto script = (std::filesystem::path(SourceFile("tests/system/served_packages")) / name).make_preferred();
         return RunSimulator(L'"' + ScriptHost().wstring() + L"\" //nologo \"" + script.wstring() + L"\" " + arguments);
     }
 };

@@ -13,6 +13,7 @@
 #include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/line_ends.h"
 #include "tests/system/harness/under_wine.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -21,12 +22,12 @@ namespace fs = std::filesystem;
 using Microsoft::WRL::ComPtr;
 
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
-constexpr const char* kLibraries[] = {"/samples/SamplePackage.dll", "/samples/SampleReactions.dll",
-                                      "/samples/SampleUnits.dll", "/samples/FaultyPackage.dll",
-                                      "/samples/FieldComponents.dll"};
+constexpr const char* kLibraries[] = {"samples/SamplePackage.dll", "samples/SampleReactions.dll",
+                                      "samples/SampleUnits.dll", "samples/FaultyPackage.dll",
+                                      "samples/FieldComponents.dll"};
 constexpr DWORD kTimeToRegister = 60'000;
 
-std::wstring Quoted(const char* path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
+std::wstring Quoted(const std::string& path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
 
 void RunToSuccess(const std::wstring& commandLine)
 {
@@ -38,10 +39,7 @@ std::wstring PackageValue(std::size_t number) { return L"Package" + std::to_wstr
 
 }  // namespace
 
-std::wstring QuotedServer()
-{
-    return L'"' + (fs::absolute(ZELT_BUILD_DIR) / L"shell" / kServerFile).make_preferred().wstring() + L'"';
-}
+std::wstring QuotedServer() { return L'"' + fs::absolute(BuiltServer()).make_preferred().wstring() + L'"'; }
 
 void RegisterServerAndSamples()
 {
@@ -49,14 +47,12 @@ void RegisterServerAndSamples()
     ForgetDeadServers();
     RunToSuccess(QuotedServer() + L" /RegServer");
     // The system gives this program the regsvr32 of its own width.
-    for (const char* library : kLibraries)
-        RunToSuccess(L"regsvr32.exe /s " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
+    for (const char* library : kLibraries) RunToSuccess(L"regsvr32.exe /s " + Quoted(BuiltFile(library)));
 }
 
 void UnregisterServerAndSamples()
 {
-    for (const char* library : kLibraries)
-        RunToSuccess(L"regsvr32.exe /s /u " + Quoted((std::string(ZELT_BUILD_DIR) + library).c_str()));
+    for (const char* library : kLibraries) RunToSuccess(L"regsvr32.exe /s /u " + Quoted(BuiltFile(library)));
     RunToSuccess(QuotedServer() + L" /UnregServer");
 }
 

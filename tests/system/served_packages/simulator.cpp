@@ -6,6 +6,7 @@
 
 #include "system/narrow.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -27,8 +28,7 @@ std::wstring NewEventName()
 std::filesystem::path BuiltProgram(Width width, const char* path)
 {
     const bool isOwn = (width == Width::Bits32) == (kThisEdition.width == 32);
-    const std::filesystem::path build = isOwn ? ZELT_BUILD_DIR : ZELT_OTHER_BUILD_DIR;
-    return (build / path).make_preferred();
+    return std::filesystem::path(isOwn ? BuiltFile(path) : OtherBuiltFile(path)).make_preferred();
 }
 
 bool HasSimulator(Width width) { return std::filesystem::exists(Program(width)); }

@@ -8,6 +8,7 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 #include "tests/unit/support/vendor/vendor_device.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -109,7 +110,7 @@ INSTANTIATE_TEST_SUITE_P(ThroughZelt, VendorInterfaces, testing::ValuesIn(kWidth
 TEST_P(VendorInterfaces, ArePartOfAServedUnit)
 {
     if (!fs::exists(Client(GetParam()))) GTEST_SKIP() << "the 64-bit client is not built";
-    const fs::path path = fs::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred();
+    const fs::path path = fs::path(BuiltFile("idl/vendor.tlb")).make_preferred();
     // Registers the library for the server; the client registers it for its own width.
     const VendorLibrary library(path.c_str());
     ASSERT_EQ(S_OK, library.Result());

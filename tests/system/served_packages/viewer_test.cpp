@@ -7,6 +7,7 @@
 #include "tests/system/harness/server_readiness.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
+#include "tests/trees.h"
 
 // COM connects a simulator to the classes of a process that shows a log, if there is one, instead of starting another.
 namespace zelt::test {
@@ -24,8 +25,7 @@ protected:
         Export({{kSampleManager, 0, L"Alcohols", L"Second"}, {kSampleManager, 0, L"Aromatics", L"Aromatics"}});
         log = std::filesystem::temp_directory_path() / kName;
         std::ofstream(log) << "<zeltlogdocument></zeltlogdocument>";
-        const std::filesystem::path program =
-            std::filesystem::absolute(ZELT_BUILD_DIR "/shell/ZELT.EXE").make_preferred();
+        const std::filesystem::path program = std::filesystem::absolute(BuiltFile("shell/ZELT.EXE")).make_preferred();
         viewer = Process::Start(L'"' + program.wstring() + L"\" \"" + log.wstring() + L'"');
         ASSERT_TRUE(WaitUntilServing(*viewer));
         // The viewer has its own thread, so its window may appear later.

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "vendor/vendor_fixture.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -105,7 +106,7 @@ TEST_F(DualInterfaces, HaveArgumentsOfEveryTypeInTheirPlaces)
 // digit or an underscore.
 TEST_F(DualInterfaces, HaveNamesThatAreIdentifiers)
 {
-    std::ifstream file(ZELT_IDL_DIR "/vendor.tlb", std::ios::binary);
+    std::ifstream file(BuiltFile("idl/vendor.tlb"), std::ios::binary);
     std::string bytes(std::istreambuf_iterator<char>(file), {});
     const std::pair<std::string, std::string> kNames[] = {
         {"first", "a_Z09"}, {"second", "@[`{/:"}, {"third", "<\"&\x01>"}, {"fourth", "_zA9a\xE9"}};

@@ -7,6 +7,7 @@
 
 #include "com/failure.h"
 #include "com/type_info.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -19,7 +20,7 @@ class FarLibrary {
 public:
     explicit FarLibrary(std::size_t length)
     {
-        const fs::path start = fs::path(ZELT_BUILD_DIR).make_preferred() / L"tests" / L"unit";
+        const fs::path start = fs::path(BuiltFile("tests/unit")).make_preferred();
         folder = start / (L"far" + std::to_wstring(length));
         std::wstring place = LR"(\\?\)" + folder.wstring();
         const std::wstring name = L"\\needed.dll";

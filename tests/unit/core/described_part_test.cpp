@@ -15,13 +15,14 @@
 #include "parameters/parameter.h"
 #include "proxy_fixture.h"
 #include "scratch_classes.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
 
 const std::vector<TableClass>& Table()
 {
-    static const std::vector<TableClass> table = ReadMethodTable(ZELT_SOURCE_DIR "/tests/data/proxied_methods.txt");
+    static const std::vector<TableClass> table = ReadMethodTable(SourceFile("tests/data/proxied_methods.txt"));
     return table;
 }
 

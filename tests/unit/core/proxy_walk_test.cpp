@@ -14,6 +14,7 @@
 #include "proxy_classes.h"
 #include "thermo/wrapping_table.h"
 #include "thermo/material_object.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -421,7 +422,7 @@ protected:
 
     static const std::vector<TableClass>& Table()
     {
-        static const std::vector<TableClass> table = ReadMethodTable(ZELT_SOURCE_DIR "/tests/data/proxied_methods.txt");
+        static const std::vector<TableClass> table = ReadMethodTable(SourceFile("tests/data/proxied_methods.txt"));
         return table;
     }
     static const TableRow* FindRow(const TableClass& tableClass, const std::string& shape, const std::string& method)

@@ -16,6 +16,7 @@
 #include "method_call.h"
 #include "proxy_classes.h"
 #include "tests/unit/support/faulty_package.h"
+#include "tests/trees.h"
 #include "thermo/wrapping_table.h"
 
 namespace zelt::test {
@@ -32,7 +33,7 @@ struct Target {
 
 std::vector<Target> AllTargets()
 {
-    static const std::vector<TableClass> table = ReadMethodTable(ZELT_SOURCE_DIR "/tests/data/proxied_methods.txt");
+    static const std::vector<TableClass> table = ReadMethodTable(SourceFile("tests/data/proxied_methods.txt"));
     std::vector<Target> targets;
     for (const TableClass& tableClass : table) {
         for (const TableRow& row : tableClass.rows) {

@@ -1,5 +1,6 @@
 // The built type libraries have exactly the contents that other programs rely on. Also tests the comparison itself.
 #include "type_library_text.h"
+#include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-std::map<std::string, LibraryText> Facts() { return ReadFacts(ZELT_SOURCE_DIR "/tests/data/cape_open_facts.txt"); }
+std::map<std::string, LibraryText> Facts() { return ReadFacts(SourceFile("tests/data/cape_open_facts.txt")); }
 
 class TypeLibrary : public testing::TestWithParam<const char*> {};
 
@@ -16,7 +17,8 @@ TEST_P(TypeLibrary, HoldsExactlyTheFacts)
 {
     const auto facts = Facts();
     ASSERT_TRUE(facts.contains(GetParam()));
-    for (const std::string& difference : Differences(facts.at(GetParam()), DescribeLibrary(ZELT_IDL_DIR, GetParam()))) {
+    for (const std::string& difference :
+         Differences(facts.at(GetParam()), DescribeLibrary(BuiltFile("idl"), GetParam()))) {
         ADD_FAILURE() << difference;
     }
 }
@@ -39,13 +41,13 @@ TEST(TypeLibraryOfZelt, HoldsNoInterfaceOfTheStandard)
 {
     std::set<std::string> standard;
     for (const char* file : {"cape-open.tlb", "cape-open-thermo-context.tlb"}) {
-        for (const auto& [name, type] : DescribeLibrary(ZELT_IDL_DIR, file).types) {
+        for (const auto& [name, type] : DescribeLibrary(BuiltFile("idl"), file).types) {
             if (type.headline.starts_with("interface ")) standard.insert(IidIn(type.headline));
         }
     }
     ASSERT_EQ(134u, standard.size());
     int interfaces = 0;
-    for (const auto& [name, type] : DescribeLibrary(ZELT_IDL_DIR, "zelt.tlb").types) {
+    for (const auto& [name, type] : DescribeLibrary(BuiltFile("idl"), "zelt.tlb").types) {
         if (!type.headline.starts_with("interface ")) {
             EXPECT_TRUE(type.headline.starts_with("coclass ")) << type.headline;
             continue;

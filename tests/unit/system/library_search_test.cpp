@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "tests/system/harness/under_wine.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -17,7 +18,7 @@ constexpr wchar_t kNeeded[] = L"library_needed.dll", kNeeding[] = L"library_need
 
 class LibrarySearch : public testing::Test {
 protected:
-    LibrarySearch() : folder(fs::path(ZELT_BUILD_DIR).make_preferred() / L"tests" / L"unit" / L"library_search")
+    LibrarySearch() : folder(fs::path(BuiltFile("tests/unit/library_search")).make_preferred())
     {
         wchar_t value[32'767] = L"";
         GetEnvironmentVariableW(L"PATH", value, static_cast<DWORD>(std::size(value)));

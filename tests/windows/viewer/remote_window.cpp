@@ -1,4 +1,5 @@
 #include "remote_window.h"
+#include "tests/trees.h"
 
 #include <fstream>
 #include <vector>
@@ -136,7 +137,7 @@ void KeepPicture(HWND window, const std::string& name)
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof file + sizeof header;
     file.bfSize = file.bfOffBits + size;
-    std::ofstream out(ZELT_SCREENSHOTS "/" + name + ".bmp", std::ios::binary);
+    std::ofstream out(BuiltFile("screenshots/") + name + ".bmp", std::ios::binary);
     out.write(reinterpret_cast<const char*>(&file), sizeof file);
     out.write(reinterpret_cast<const char*>(&header), sizeof header);
     out.write(static_cast<const char*>(bits), size);

@@ -11,6 +11,7 @@
 #include "res/resource.h"
 #include "system/owners.h"
 #include "tests/recordings/recorded_calls.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -74,7 +75,7 @@ class ViewerPictures : public ViewerTest {};
 
 TEST_F(ViewerPictures, ALogWithErrors)
 {
-    std::ifstream golden(ZELT_SOURCE_DIR "/tests/golden/sample_simulator_11.zlg", std::ios::binary);
+    std::ifstream golden(SourceFile("tests/golden/sample_simulator_11.zlg"), std::ios::binary);
     const std::string log(std::istreambuf_iterator<char>(golden), {});
     ASSERT_FALSE(log.empty());
     name = L"Aromatics.zlg";
@@ -94,7 +95,7 @@ TEST_F(ViewerPictures, ALogWithErrors)
 TEST(ViewerResources, HoldTheMenuAndTheKeys)
 {
     const HMODULE module =
-        LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        LoadLibraryExW(std::filesystem::path(BuiltServer()).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     ASSERT_NE(nullptr, module);
     const HMENU menu = LoadMenuW(module, MAKEINTRESOURCEW(kMenuLogViewer));
     const HACCEL table = LoadAcceleratorsW(module, MAKEINTRESOURCEW(kAccelerators));
@@ -147,7 +148,7 @@ void AppendItems(HMENU menu, int depth, std::wstring& out)
 TEST(MainWindowResources, HoldTheMenu)
 {
     const HMODULE module =
-        LoadLibraryExW(std::filesystem::path(ZELT_EXECUTABLE).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        LoadLibraryExW(std::filesystem::path(BuiltServer()).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     ASSERT_NE(nullptr, module);
     const HMENU menu = LoadMenuW(module, MAKEINTRESOURCEW(203));
     std::wstring items;

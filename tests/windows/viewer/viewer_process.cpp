@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "res/resource.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -62,7 +63,7 @@ void ViewerTest::Start(const std::string& log)
 
 void ViewerTest::StartWithoutLog()
 {
-    const std::string executable = ZELT_EXECUTABLE;
+    const std::string executable = BuiltServer();
     process = Process::Start(L"\"" + std::wstring(executable.begin(), executable.end()) + L"\" \"" + path + L"\"");
 }
 

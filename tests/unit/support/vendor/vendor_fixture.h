@@ -10,6 +10,7 @@
 #include "proxy_fixture.h"
 #include "scratch_classes.h"
 #include "vendor/vendor_device.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 
@@ -17,7 +18,7 @@ class VendorFixture : public ProxyFixture {
 protected:
     void SetUp() override
     {
-        library.emplace(std::filesystem::path(ZELT_IDL_DIR "/vendor.tlb").make_preferred().c_str());
+        library.emplace(std::filesystem::path(BuiltFile("idl/vendor.tlb")).make_preferred().c_str());
         ASSERT_EQ(S_OK, library->Result());
     }
     void TearDown() override
