@@ -1,6 +1,7 @@
 // log redact: removes everything that is the user's, and keeps everything else.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <regex>
 #include <set>
 
@@ -40,10 +41,28 @@ TEST(LogRedact, KeepsNoNameAndNoValue)
         }
         EXPECT_GT(own, 20);
         for (const char* secret : {"Aromatics", "Benzene", "Methanol", "Hydrogen", "Feed", "SampleSimulator", "71-43-2",
-                                   "353.2", "0.333333", "colour", "Temperature limits", "at DATE"}) {
+                                   "colour", "Temperature limits", "at DATE"}) {
             EXPECT_EQ(std::string::npos, redacted.find(secret)) << log << ' ' << secret;
         }
     }
+}
+
+// Line by line: by chance, the alias of another number may contain the digits of this one.
+TEST(LogRedact, ReplacesNumbers)
+{
+    int replaced = 0;
+    for (const std::string& log : kGoldenLogs) {
+        const auto original = LinesOf(ReadBytes(GoldenLog(log))), redacted = LinesOf(Redacted(GoldenLog(log)));
+        ASSERT_EQ(original.size(), redacted.size());
+        for (const char* number : {"\"353.2\"", "\"0.333333\""}) {
+            for (std::size_t i = 0; i < original.size(); ++i) {
+                if (original[i].find(number) == std::string::npos) continue;
+                EXPECT_EQ(std::string::npos, redacted[i].find(number)) << log << ", line " << i + 1;
+                ++replaced;
+            }
+        }
+    }
+    EXPECT_GT(replaced, 10);
 }
 
 TEST(LogRedact, KeepsStructureAndStatistics)
@@ -145,9 +164,10 @@ TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
         {"with what is no number", {"0.123457", "Benzene", "N/A"}, false, {"12: not-a-number"}},
     };
     for (const FractionsCase& one : cases) {
+        SCOPED_TRACE(one.name);
+        std::map<std::string, int> kept;
         // Each run has another key.
         for (int run = 0; run < 20; ++run) {
-            SCOPED_TRACE(one.name);
             const TemporaryLog log(SetFractions(one));
             const std::string redacted = Redacted(log.Path());
             const TemporaryLog again(redacted);
@@ -157,9 +177,13 @@ TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
             }
             ASSERT_EQ(one.findings, findings) << redacted;
             for (const std::string& value : one.values) {
-                if (value != "0" && value != "N/A") {
-                    ASSERT_EQ(std::string::npos, redacted.find('"' + value + '"')) << redacted;
-                }
+                if (redacted.find('"' + value + '"') != std::string::npos) ++kept[value];
+            }
+        }
+        // A key can give a number of six digits itself, but no two do.
+        for (const auto& [value, runs] : kept) {
+            if (value != "0" && value != "N/A") {
+                EXPECT_LE(runs, 1) << value;
             }
         }
     }

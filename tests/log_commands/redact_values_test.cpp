@@ -94,6 +94,7 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
                                               "0.999999", "1",     "1.00001",  "273.15", "298.15", "300",
                                               "300.001",  "353.2", "101325",   "1e+300"};
     for (const char* property : {"temperature", "pressure", "Temperature", "fugacity"}) {
+        std::vector<int> kept(numbers.size());
         for (int run = 0; run < 20; ++run) {
             std::string entries;
             for (const std::string& number : numbers) entries += Property("SetSinglePhaseProp", property, {number});
@@ -116,8 +117,12 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
                 ASSERT_LT(redacted[i - 1], redacted[i]) << property << ' ' << numbers[i];
             }
             EXPECT_EQ(0, redacted[3]);
-            for (std::size_t i = 0; i < redacted.size(); ++i) {
-                EXPECT_EQ(i == 3, std::stod(numbers[i]) == redacted[i]);
+            for (std::size_t i = 0; i < redacted.size(); ++i) kept[i] += std::stod(numbers[i]) == redacted[i];
+        }
+        // A key can give a number itself, but no two do.
+        for (std::size_t i = 0; i < kept.size(); ++i) {
+            if (i != 3) {
+                EXPECT_LE(kept[i], 1) << numbers[i];
             }
         }
     }
@@ -224,6 +229,7 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
                                      material("GetOverallProp", "A", "totalFlow", {"10"}) +
                                          material("GetOverallProp", "A", "fraction", {"0.25", "0.75"}) +
                                          material("SetOverallProp", "B", "flow", {"5", "7.5"}));
+    int kept = 0;
     for (int run = 0; run < 20; ++run) {
         std::vector<double> numbers;
         for (const std::string& value : ValuesOf(RedactedText(InLog(entries)))) {
@@ -232,8 +238,10 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
         ASSERT_EQ(5u, numbers.size());
         EXPECT_NEAR(2, numbers[3] / (numbers[0] * numbers[1]), 1e-4);
         EXPECT_NEAR(1, numbers[4] / (numbers[0] * numbers[2]), 1e-4);
-        EXPECT_NE(10, numbers[0]);
+        kept += numbers[0] == 10;
     }
+    // A key can give the number itself, but no two do.
+    EXPECT_LE(kept, 1);
 }
 
 TEST(LogRedactValues, CompoundsAreNumbered)
