@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "system/elevation.h"
+
 namespace zelt {
 namespace {
 
@@ -70,16 +72,7 @@ bool Own(HANDLE mutex)
 
 }  // namespace
 
-Rights RightsOfThisProcess()
-{
-    HANDLE raw = nullptr;
-    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &raw)) return Rights::Plain;
-    const UniqueHandle token(raw);
-    TOKEN_ELEVATION elevation = {};
-    DWORD size = 0;
-    const bool known = GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size);
-    return known && elevation.TokenIsElevated ? Rights::Administrator : Rights::Plain;
-}
+Rights RightsOfThisProcess() { return IsElevated() ? Rights::Administrator : Rights::Plain; }
 
 PackageListHold::PackageListHold(Rights rights) : rights(rights)
 {

@@ -9,18 +9,13 @@
 
 #include "com/failure.h"
 #include "com/type_info.h"
+#include "com/type_library_for_user.h"
 #include "res/resource.h"
 #include "registration/library_facts.h"
 #include "registration/registrar.h"
 #include "registration/registration_check.h"
 #include "registration/shared_file.h"
 #include "system/guid_text.h"
-
-// Exported by the system and its import library, but not declared in the headers of this toolchain.
-extern "C" {
-HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
-HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID libid, WORD major, WORD minor, LCID lcid, SYSKIND kind);
-}
 
 namespace zelt {
 namespace {

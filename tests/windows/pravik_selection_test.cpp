@@ -11,6 +11,7 @@
 #include "res/resource.h"
 #include "registration/key_tree.h"
 #include "registration/registry_mirror.h"
+#include "tests/system/harness/own_scope.h"
 #include "tests/system/harness/stored_options.h"
 #include "tests/unit/support/fake_unit.h"
 #include "tests/windows/program.h"
@@ -59,7 +60,7 @@ protected:
         TheLogOptions() = {};
         options.Close();
         DeleteKeyTree({}, kPravikKey);
-        const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
+        const RegistryRoot root = ClassesHive(OwnScope(), OwnView());
         for (const auto& [path, before] : replaced) {
             DeleteKeyTree(root, path);
             if (before) WriteKeyTree(root, path, *before);
@@ -71,7 +72,7 @@ protected:
                        const wchar_t* description = nullptr)
     {
         const std::wstring path = ClassesPath(std::wstring(L"CLSID\\") + classId);
-        const RegistryRoot root = ClassesHive(Scope::Machine, OwnView());
+        const RegistryRoot root = ClassesHive(OwnScope(), OwnView());
         replaced.emplace_back(path, ReadKeyTree(root, path));
         DeleteKeyTree(root, path);
         RegistryKey key;

@@ -1,9 +1,9 @@
 #include "tests/windows/registered_components.h"
+#include "tests/system/harness/own_scope.h"
 #include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <utility>
 
 #include "registration/registry_mirror.h"
@@ -16,15 +16,9 @@ namespace {
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
 constexpr char kSample[] = "samples/SamplePackage.dll", kFaulty[] = "samples/FaultyPackage.dll";
 
-void CallExport(const std::string& path, const char* name)
+void CallExport(const std::string& library, const char* name)
 {
-    const HMODULE library = LoadLibraryW(std::filesystem::absolute(path).make_preferred().c_str());
-    ASSERT_NE(nullptr, library) << path;
-    const auto function =
-        reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    ASSERT_NE(nullptr, function) << name;
-    EXPECT_EQ(S_OK, function()) << path;
-    FreeLibrary(library);
+    EXPECT_EQ(S_OK, CallRegistration(library, name)) << library;
 }
 
 }  // namespace
@@ -45,7 +39,7 @@ RegisteredComponents::RegisteredComponents()
 
 RegisteredComponents::~RegisteredComponents()
 {
-    for (const std::wstring& path : servers) DeleteKeyTree(ClassesHive(Scope::Machine, OwnView()), path);
+    for (const std::wstring& path : servers) DeleteKeyTree(ClassesHive(OwnScope(), OwnView()), path);
     added.clear();
     RemoveFaulty();
     CallExport(BuiltFile(kSample), "DllUnregisterServer");
@@ -56,7 +50,7 @@ void RegisteredComponents::AddServer(REFCLSID classId, const std::wstring& comma
     const std::wstring path = ClassesPath(L"CLSID\\" + GuidText(classId));
     servers.push_back(path);
     RegistryKey key;
-    ASSERT_EQ(ERROR_SUCCESS, key.Create(ClassesHive(Scope::Machine, OwnView()), path + L"\\LocalServer32"));
+    ASSERT_EQ(ERROR_SUCCESS, key.Create(ClassesHive(OwnScope(), OwnView()), path + L"\\LocalServer32"));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteString(L"", commandLine));
 }
 
@@ -68,7 +62,7 @@ void RegisteredComponents::RemoveFaulty()
 void RegisteredComponents::Add(const std::wstring& classId, const std::wstring& category, const std::wstring& name,
                                const wchar_t* description)
 {
-    added.emplace_back(Scope::Machine, OwnView(), classId, category, name);
+    added.emplace_back(OwnScope(), OwnView(), classId, category, name);
     if (description) added.back().Describe(L"Description", description);
 }
 
@@ -77,7 +71,7 @@ void RegisteredComponents::AddForOtherWidth(const std::wstring& classId, const s
 {
     for (const REGSAM view : RegistryViews()) {
         if (view == OwnView()) continue;
-        added.emplace_back(Scope::Machine, view, classId, category, name);
+        added.emplace_back(OwnScope(), view, classId, category, name);
         added.back().AddLibrary();
     }
 }

@@ -9,6 +9,7 @@
 
 #include "tests/system/harness/process.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/system/harness/own_scope.h"
 #include "tests/trees.h"
 
 namespace zelt::test {
@@ -25,7 +26,7 @@ class Marshalling : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L" /RegServer", {}, INFINITE));
+        ASSERT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L' ' + RegisterArgument(), {}, INFINITE));
         folder = fs::temp_directory_path() / (L"ZELT marshalling " + std::to_wstring(GetCurrentProcessId()));
         fs::create_directories(folder);
         server.emplace(Process::Start(Quoted(BuiltFile(kServer)) + Arguments(), (folder / "server.txt").string()));
@@ -37,7 +38,7 @@ protected:
         server.reset();
         std::error_code ignored;
         fs::remove_all(folder, ignored);
-        EXPECT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L" /UnregServer", {}, INFINITE));
+        EXPECT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L' ' + UnregisterArgument(), {}, INFINITE));
     }
     std::wstring Arguments() const
     {

@@ -2,6 +2,7 @@
 
 #include "samples/units/classes.h"
 #include "tests/system/harness/golden_file.h"
+#include "tests/system/harness/under_wine.h"
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 #include "tests/trees.h"
@@ -13,13 +14,13 @@ namespace {
 class Scripts : public ServedPackages, public testing::WithParamInterface<Width> {
 protected:
     // This is a 32-bit program: its system folder is the 32-bit one, and the 64-bit one has another name.
-    static std::filesystem::path ScriptHost()
+    static std::filesystem::path SystemFile(const wchar_t* name)
     {
         wchar_t windows[MAX_PATH];
         GetWindowsDirectoryW(windows, MAX_PATH);
-        return std::filesystem::path(windows) / (GetParam() == Width::Bits32 ? L"system32" : L"sysnative") /
-               L"cscript.exe";
+        return std::filesystem::path(windows) / (GetParam() == Width::Bits32 ? L"system32" : L"sysnative") / name;
     }
+    static std::filesystem::path ScriptHost() { return SystemFile(L"cscript.exe"); }
     static SimulatorResult RunScript(const wchar_t* name, const std::wstring& arguments)
     {
         const auto script = (std::filesystem::path(SourceFile("tests/system/served_packages")) / name).make_preferred();
@@ -79,6 +80,19 @@ TEST_P(Scripts, UsePackagesOfBothGenerationsAndAUnitOperation)
         }
     }
     EXPECT_EQ("", MatchGolden("script_flowsheet.zlg", logs));
+}
+
+TEST_P(Scripts, OfPowerShellUseTwoPackagesInTurn)
+{
+    const auto host = SystemFile(L"WindowsPowerShell\\v1.0\\powershell.exe");
+    if (UnderWine() || !std::filesystem::exists(host)) GTEST_SKIP() << "there is no PowerShell";
+    Export({{kSampleManager, 0, L"Aromatics", L"First"}, {kSampleManager, 0, L"Alcohols", L"Second"}});
+    const std::string script = SourceFile("tests/system/served_packages/packages.ps1");
+    const SimulatorResult run =
+        RunSimulator(L'"' + host.wstring() + L"\" -NoProfile -NonInteractive -ExecutionPolicy Bypass -File \"" +
+                     std::filesystem::path(script).make_preferred().wstring() + L"\" First Second");
+    const std::string round = "name: First\ncompounds: 3\nname: Second\ncompounds: 3\n";
+    EXPECT_EQ(round + round + "end of the script\n", run.output);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/line_ends.h"
 #include "tests/system/harness/under_wine.h"
+#include "tests/system/harness/own_scope.h"
 #include "tests/trees.h"
 
 namespace zelt::test {
@@ -26,8 +27,6 @@ constexpr const char* kLibraries[] = {"samples/SamplePackage.dll", "samples/Samp
                                       "samples/SampleUnits.dll", "samples/FaultyPackage.dll",
                                       "samples/FieldComponents.dll"};
 constexpr DWORD kTimeToRegister = 60'000;
-
-std::wstring Quoted(const std::string& path) { return L'"' + fs::absolute(path).make_preferred().wstring() + L'"'; }
 
 void RunToSuccess(const std::wstring& commandLine)
 {
@@ -45,15 +44,16 @@ void RegisterServerAndSamples()
 {
     // Dead servers of other tests may have left their classes.
     ForgetDeadServers();
-    RunToSuccess(QuotedServer() + L" /RegServer");
-    // The system gives this program the regsvr32 of its own width.
-    for (const char* library : kLibraries) RunToSuccess(L"regsvr32.exe /s " + Quoted(BuiltFile(library)));
+    RunToSuccess(QuotedServer() + L' ' + RegisterArgument());
+    for (const char* library : kLibraries)
+        EXPECT_EQ(S_OK, CallRegistration(BuiltFile(library), "DllRegisterServer")) << library;
 }
 
 void UnregisterServerAndSamples()
 {
-    for (const char* library : kLibraries) RunToSuccess(L"regsvr32.exe /s /u " + Quoted(BuiltFile(library)));
-    RunToSuccess(QuotedServer() + L" /UnregServer");
+    for (const char* library : kLibraries)
+        EXPECT_EQ(S_OK, CallRegistration(BuiltFile(library), "DllUnregisterServer")) << library;
+    RunToSuccess(QuotedServer() + L' ' + UnregisterArgument());
 }
 
 void ServedPackages::SetUpTestSuite()

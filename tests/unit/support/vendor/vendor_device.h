@@ -9,6 +9,9 @@
 #include <string>
 
 #include "com/dispatch.h"
+#include "com/type_library_for_user.h"
+#include "system/elevation.h"
+#include "tests/system/harness/under_wine.h"
 
 namespace zelt::test {
 
@@ -56,12 +59,17 @@ public:
     {
         Microsoft::WRL::ComPtr<ITypeLib> library;
         result = LoadTypeLibEx(path, REGKIND_NONE, &library);
-        if (SUCCEEDED(result)) result = RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path), nullptr);
+        if (FAILED(result)) return;
+        result = forAll ? RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path), nullptr)
+                        : RegisterTypeLibForUser(library.Get(), const_cast<wchar_t*>(path), nullptr);
     }
     ~VendorLibrary()
     {
         constexpr GUID kLibrary = {0x26B9B0DA, 0x28B8, 0x494D, {0xA2, 0x63, 0xCE, 0x1A, 0x1C, 0x4B, 0xD6, 0xDB}};
-        for (const SYSKIND width : {SYS_WIN32, SYS_WIN64}) UnRegisterTypeLib(kLibrary, 2, 1, LOCALE_NEUTRAL, width);
+        for (const SYSKIND width : {SYS_WIN32, SYS_WIN64}) {
+            forAll ? UnRegisterTypeLib(kLibrary, 2, 1, LOCALE_NEUTRAL, width)
+                   : UnRegisterTypeLibForUser(kLibrary, 2, 1, LOCALE_NEUTRAL, width);
+        }
         // Wine leaves the interfaces' keys.
         for (const wchar_t* iid : {L"{8E13A3B7-069E-450C-BA06-6EE5E485FFD7}", L"{33BF382B-1AC2-49B1-A8BF-1108EC662D45}",
                                    L"{17444ADB-8416-4621-8BE4-5E47B8DCD952}"})
@@ -74,6 +82,8 @@ public:
     HRESULT Result() const { return result; }
 
 private:
+    // A user without administrator's rights registers it for itself.
+    const bool forAll = test::UnderWine() || IsElevated();
     HRESULT result;
 };
 
