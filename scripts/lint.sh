@@ -12,6 +12,7 @@ Lint()
         Step format "Formatting ${#sources[@]} files" clang-format -i "${sources[@]}"
     fi
     FastChecks
+    LintWorkflows
     # clang-tidy needs the compile commands, and the headers generated from the IDL files, but no objects.
     Step configure-lint "Configuring for the checks" cmake --preset lint
     Step lint-headers "Compiling the IDL files" cmake --build build/lint --target \

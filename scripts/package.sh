@@ -1,4 +1,4 @@
-# The setup program and the portable zip, from one folder that holds the files as they will be installed. Sourced by ./dev.
+# The setup program, the portable zip and the zips for developers, from one folder that holds the files as they will be installed. Sourced by ./dev.
 
 Package()
 {
@@ -26,8 +26,13 @@ Package()
     Step package-symbols "Keeping the symbols" MakeSymbolsZip "$symbolsZip"
     [ -z "${ZELT_RELEASE_URL:-}" ] || Step package-manifests "Writing the manifests for winget and Scoop" \
         WriteManifests "$version" "$setupProgram" "$portableZip" "$packageFolder"
+    verifyZip=$packageFolder/zelt-$version-verify.zip
+    Step package-verify "Making the verification" MakeVerifyZip "zelt-$version-verify" "$setupProgram" "$verifyZip"
+    # Both wait more than they work.
+    InOwnPrefix verify TestVerification "$verifyZip"
     TestPackage
-    printf '%s\n' "$green$setupProgram" "$portableZip" "$symbolsZip$plain"
+    AllInOwnPrefix || Fail "The verification failed."
+    printf '%s\n' "$green$setupProgram" "$portableZip" "$symbolsZip" "$verifyZip$plain"
 }
 
 ProductVersion() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.txt; }
@@ -138,6 +143,14 @@ MakeZip()
     cd "$packageFolder"
     find "$1" -exec touch -d "@$(SourceDate)" {} +
     find "$1" -print | sort | TZ=UTC zip -q -X -@ "$2"
+}
+
+# MakeVerifyZip <folder below build/package> <setup program> <zip>
+MakeVerifyZip()
+{
+    StageVerification "$packageFolder/$1" "$2"
+    MakeZip "$1" "$3"
+    rm -r "${packageFolder:?}/$1"
 }
 
 # MakeSymbolsZip <zip>: the symbols of the shipped programs, for ./dev symbols --zip.

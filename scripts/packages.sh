@@ -35,7 +35,7 @@ pictures | imagemagick              | converts screenshots to the pictures of th
 pictures | fonts-wine               | the usual symbols and letters of windows
 page  | chromium                    | shows the page of log export --html, and trace events in their viewer
 page  | fonts-dejavu-core           | the fonts of that page
-trace | npm                         | fetches the viewer of trace events; not needed if npm is installed in another way
+npm   | npm                         | fetches the viewer of trace events and the checker of workflows; not needed if npm is installed in another way
 '
 
 # Prints the packages of the groups in $@ that are not installed.

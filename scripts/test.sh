@@ -20,7 +20,7 @@ Test()
     local checks=1
     case "${1:-}" in
         '') ;;
-        --on) TestOn "${2:-}"; return ;;
+        --on) OnSystem "${2:-}" test --without-checks; return ;;
         --without-checks) checks= ;;
         *) Fail "./dev test does not know \"$1\"; ./dev help lists the options." ;;
     esac

@@ -9,7 +9,7 @@ TraceView()
 {
     local viewer=$root/build/sources/$viewerPackage trace=$pageFolder/trace.json view
     [ -f "$viewer/dist/release/index.html" ] ||
-        Step trace-viewer "Fetching $viewerPackage $viewerVersion" FetchTraceViewer "$viewer"
+        Step trace-viewer "Fetching $viewerPackage $viewerVersion" FetchNpmPackage "$viewerPackage" "$viewerVersion" "$viewerHash" "$viewer"
     LoadTrace tests/recordings/golden/sample_recording.zlr
     view="$viewer/dist/release/index.html#localProfilePath=$pageFolder/trace.js"
     Step trace-table "Opening trace events in $viewerPackage" \
@@ -28,19 +28,4 @@ LoadTrace()
     build/native/ctl/zeltctl recording profile --trace-events "$1" >"$pageFolder/trace.json"
     printf 'speedscope.loadFileFromBase64("trace.json", "%s")\n' "$(base64 -w0 "$pageFolder/trace.json")" \
         >"$pageFolder/trace.js"
-}
-
-# From npm's registry.
-FetchTraceViewer()
-{
-    local work=$root/build/sources/work-viewer file=$viewerPackage-$viewerVersion.tgz
-    command -v npm >/dev/null || InstallPackages trace
-    rm -rf "$work"
-    mkdir -p "$work"
-    (cd "$work" && npm pack --silent "$viewerPackage@$viewerVersion" && echo "$viewerHash  $file" | sha256sum --check) ||
-        return 1
-    tar -xzf "$work/$file" -C "$work"
-    rm -rf "$1"
-    mv "$work/package" "$1"
-    rm -rf "$work"
 }

@@ -1,0 +1,41 @@
+// Registration by a user without administrator's rights, and of two editions of which one goes.
+#include <gtest/gtest.h>
+
+#include "tests/system/registration/processes.h"
+#include "tests/system/registration/registry_snapshot.h"
+#include "tests/verification/rows/lines.h"
+#include "tests/verification/rows/needs.h"
+
+namespace zelt::test {
+namespace {
+
+constexpr wchar_t kProgId[] = L"ZELT.PropertyPackageManager";
+
+class RegistrationForTheUser : public testing::Test {
+protected:
+    ~RegistrationForTheUser() override { RunToEnd(ServerPath(), L"/UnregServerPerUser"); }
+};
+
+TEST_F(RegistrationForTheUser, IsFoundBySimulatorsOfBothWidths)
+{
+    NEEDS_WINDOWS();
+    NEEDS_A_PLAIN_USER();
+    ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServerPerUser"));
+    EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
+    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+    EXPECT_EQ(0u, RunToEnd(OtherClientPath(), kProgId));
+    EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
+}
+
+TEST(RegistrationForAll, IsRefusedToAPlainUser)
+{
+    NEEDS_A_PLAIN_USER();
+    const RegistrySnapshot before = TakeRegistrySnapshot();
+    EXPECT_NE(0u, RunToEnd(ServerPath(), L"/RegServer"));
+    const RegistrySnapshot after = TakeRegistrySnapshot();
+    EXPECT_EQ("", Lines(Minus(after, before)));
+    EXPECT_EQ("", Lines(Minus(before, after)));
+}
+
+}  // namespace
+}  // namespace zelt::test
