@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "system/narrow.h"
+#include "system/registry.h"
 #include "tests/verification/computer.h"
 #include "tests/verification/computer_state.h"
 #include "tests/verification/page.h"
@@ -122,6 +123,34 @@ public:
 
 private:
     fs::path folder;
+};
+
+// While it exists, programs that a fault ends do so without asking the user: tests end some, and nobody is there to answer.
+class QuietEnds {
+public:
+    QuietEnds()
+    {
+        SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+        if (key.Create({}, L"Software\\Microsoft\\Windows\\Windows Error Reporting") != ERROR_SUCCESS) return;
+        before = key.ReadValue(kName);
+        [[maybe_unused]] const LSTATUS written = key.WriteDword(kName, 1);
+    }
+    ~QuietEnds()
+    {
+        if (!key) return;
+        if (before)
+            RegSetValueExW(key.Get(), kName, 0, before->type, before->data.data(),
+                           static_cast<DWORD>(before->data.size()));
+        else
+            RegDeleteValueW(key.Get(), kName);
+    }
+    QuietEnds(const QuietEnds&) = delete;
+    QuietEnds& operator=(const QuietEnds&) = delete;
+
+private:
+    static constexpr wchar_t kName[] = L"DontShowUI";
+    zelt::RegistryKey key;
+    std::optional<zelt::RegistryValue> before;
 };
 
 class Verification {
@@ -283,6 +312,7 @@ int Verify(const std::vector<std::wstring>& words)
     const ComputerState before(tree, offers.contains("admin"));
     Page page = {ZELT_VERSION, Facts(), {}, {}, {}};
     {
+        const QuietEnds quiet;
         Verification verification(tree, std::move(plan), options);
         verification.Run(page);
     }
