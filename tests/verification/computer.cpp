@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 
 #include "system/elevation.h"
@@ -17,6 +18,7 @@ constexpr wchar_t kVersionKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVers
 constexpr wchar_t kMemoryKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management";
 // The value of AllocationPreference that makes Windows hand out the highest addresses first.
 constexpr DWORD kTopDown = 0x100000;
+constexpr DWORD kWindows11 = 22000;  // its first build
 
 template <class Function>
 Function SystemFunction(const char* name)
@@ -61,9 +63,17 @@ DWORD MachineNumber(const wchar_t* key, const wchar_t* value)
     return number;
 }
 
+DWORD Build()
+{
+    return static_cast<DWORD>(std::strtoul(MachineText(kVersionKey, L"CurrentBuildNumber").c_str(), nullptr, 10));
+}
+
 std::string System()
 {
     std::string text = MachineText(kVersionKey, L"ProductName");
+    // Windows 11 still has the name of Windows 10 there.
+    if (const std::size_t ten = text.find("Windows 10"); ten != std::string::npos && Build() >= kWindows11)
+        text.replace(ten, 10, "Windows 11");
     const std::string release = MachineText(kVersionKey, L"DisplayVersion");
     if (!release.empty()) text += ", version " + release;
     text += ", build " + MachineText(kVersionKey, L"CurrentBuildNumber") + '.' +
@@ -99,7 +109,10 @@ Needs Offers()
     Needs offers = {IsElevated() || test::UnderWine() ? "admin" : "plain"};
     if (!test::UnderWine()) offers.insert("windows");
     const USHORT machine = NativeMachine();
-    offers.insert(machine == IMAGE_FILE_MACHINE_I386 ? "32bit" : "64bit");
+    if (machine == IMAGE_FILE_MACHINE_I386) offers.insert("32bit");
+    // On ARM64, Windows 10 runs no 64-bit programs of other processors.
+    if (machine == IMAGE_FILE_MACHINE_AMD64 || (machine == IMAGE_FILE_MACHINE_ARM64 && Build() >= kWindows11))
+        offers.insert("64bit");
     if (machine == IMAGE_FILE_MACHINE_ARM64) offers.insert("arm64");
     if (MachineNumber(kMemoryKey, L"AllocationPreference") == kTopDown) offers.insert("topdown");
     return offers;
@@ -114,7 +127,7 @@ std::string Reason(const std::string& need)
         {"64bit", "needs 64-bit Windows"},
         {"32bit", "needs 32-bit Windows"},
         {"arm64", "needs Windows on ARM64"},
-        {"topdown", "needs AllocationPreference, and a restart"},
+        {"topdown", "needs AllocationPreference to be set, and a restart"},
         {"long", "takes long: run verify.cmd /long"},
     };
     return kReasons.at(need);

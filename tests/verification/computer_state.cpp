@@ -4,34 +4,47 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <set>
 
-#include "registration/shared_file.h"
 #include "system/edition.h"
 #include "system/guid_text.h"
 #include "system/known_folder.h"
 #include "system/narrow.h"
 #include "system/owners.h"
-#include "tests/system/harness/process.h"
 
 namespace zelt::verification {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const wchar_t* kPlaces[] = {L"CLSID", L"Interface", L"TypeLib", L"AppID"};
-constexpr const wchar_t* kSettings[] = {L"Software\\ZELT", L"Software\\BRIX"};
-// ZELT's own library, and the standard's two.
-constexpr const wchar_t* kLibraries[] = {L"{BA7B6EFD-B2DF-4B95-ADAA-E96A75C86274}",
-                                         L"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}",
-                                         L"{2420CB0D-25D7-4862-9042-7D4924695D68}"};
-// What the tests register directly below Software\Classes begins with one of these; the keys above the places come with them.
-constexpr const wchar_t* kOwnNames[] = {L"ZELT.", L"ZELT64.",   L"PRAVIK.", L"PRAVIK64.", L"ZeltSample.", L".zlg",
-                                        L"CLSID", L"Interface", L"TypeLib", L"AppID",     L"Wow6432Node"};
+constexpr wchar_t kUninstall[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+// The keys below Software\Classes with one key per identifier; 64-bit Windows shows some of them in two views.
+constexpr const wchar_t* kOfCom[] = {L"CLSID", L"Interface", L"TypeLib", L"AppID"};
+// ZELT's own library, the standard's two, and that of the tests' vendor.
+constexpr const wchar_t* kLibraries[] = {
+    L"{ba7b6efd-b2df-4b95-adaa-e96a75c86274}", L"{4a5e2e81-c093-11d4-9f1b-0010a4d198c2}",
+    L"{2420cb0d-25d7-4862-9042-7d4924695d68}", L"{26b9b0da-28b8-494d-a263-ce1a1c4bd6db}"};
+// The names of other entries that tests add begin with one of these, in small letters.
+constexpr const wchar_t* kOwnNames[] = {L"zelt", L"pravik", L".zlg", L"brix",
+                                        // Classes that tests register without a program, and the two applications.
+                                        L"{7e57", L"{d0c70125", L"{7b1c9e60", L"{d76cdf09-2520-4b73-9730-98028328426e}",
+                                        L"{17cc0ca2-b86e-46c5-b5e9-b31dff844699}"};
+// Where names that are not ours are not even read.
+constexpr const wchar_t* kOnlyOwn[] = {L"Software", L"Software\\Classes", kUninstall};
 
 std::wstring Lower(std::wstring text)
 {
     CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
     return text;
+}
+
+bool IsOwnName(const std::wstring& name)
+{
+    const std::wstring lower = Lower(name);
+    return std::any_of(std::begin(kOwnNames), std::end(kOwnNames),
+                       [&](const wchar_t* own) { return lower.starts_with(own); });
 }
 
 std::wstring TextOf(const RegistryValue& value)
@@ -44,36 +57,11 @@ std::wstring TextOf(const RegistryValue& value)
 
 bool Mentions(const KeyTree& tree, const std::wstring& lower)
 {
-    for (const auto& [name, value] : tree.values) {
-        if (Lower(TextOf(value)).find(lower) != std::wstring::npos) return true;
-    }
-    return std::any_of(tree.subkeys.begin(), tree.subkeys.end(),
+    return std::any_of(
+               tree.values.begin(), tree.values.end(),
+               [&](const auto& value) { return Lower(TextOf(value.second)).find(lower) != std::wstring::npos; }) ||
+           std::any_of(tree.subkeys.begin(), tree.subkeys.end(),
                        [&](const auto& subkey) { return Mentions(subkey.second, lower); });
-}
-
-const char* NameOf(Scope scope) { return scope == Scope::Machine ? "all users" : "this user"; }
-
-// All keys below `path`, each with everything below it.
-std::map<std::wstring, KeyTree> Entries(Scope scope, REGSAM view, const wchar_t* path)
-{
-    auto tree = ReadKeyTree(ClassesHive(scope, view), ClassesPath(path));
-    return tree ? std::move(tree->subkeys) : std::map<std::wstring, KeyTree>();
-}
-
-std::set<std::wstring> NamesBelow(Scope scope)
-{
-    RegistryKey key;
-    if (key.Open(ClassesHive(scope, OwnView()), L"Software\\Classes") != ERROR_SUCCESS) return {};
-    std::set<std::wstring> names;
-    for (const std::wstring& name : key.SubkeyNames()) names.insert(name);
-    return names;
-}
-
-fs::path Folder(REFKNOWNFOLDERID id)
-{
-    std::wstring path;
-    if (FAILED(KnownFolder(id, KF_FLAG_DEFAULT, path))) return {};
-    return path;
 }
 
 void Count(Differences& differences, bool restored, const std::string& otherwise)
@@ -81,18 +69,47 @@ void Count(Differences& differences, bool restored, const std::string& otherwise
     if (restored)
         ++differences.putBack;
     else
-        differences.others.push_back(otherwise);
+        differences.notPutBack.push_back(otherwise);
 }
 
-bool IsOwnName(const std::wstring& name)
+std::optional<std::string> BytesOf(const fs::path& path)
 {
-    return std::any_of(std::begin(kOwnNames), std::end(kOwnNames),
-                       [&](const wchar_t* own) { return name.starts_with(own); });
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return {};
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// The folders in which tests write, and whether the bytes of their files are kept: other programs rely on those.
+struct Folder {
+    KNOWNFOLDERID above;
+    const wchar_t* name;
+    bool isShared;
+};
+const Folder kFolders[] = {
+    {FOLDERID_Desktop, L"ZELT logs", false},     {FOLDERID_LocalAppData, L"ZELT", false},
+    {FOLDERID_Programs, L"ZELT", false},         {FOLDERID_CommonPrograms, L"ZELT", false},
+    {FOLDERID_LocalAppData, L"CAPE-OPEN", true}, {FOLDERID_ProgramFilesCommonX86, L"CAPE-OPEN", true},
+};
+
+std::map<fs::path, std::optional<std::string>> FilesNow()
+{
+    std::map<fs::path, std::optional<std::string>> now;
+    for (const Folder& folder : kFolders) {
+        std::wstring above;
+        if (FAILED(KnownFolder(folder.above, KF_FLAG_DEFAULT, above)) || above.empty()) continue;
+        const fs::path path = fs::path(above) / folder.name;
+        std::error_code error;
+        if (fs::is_directory(path, error)) now[path];
+        for (fs::recursive_directory_iterator file(path, error), end; !error && file != end; file.increment(error)) {
+            now[file->path()] = folder.isShared && file->is_regular_file(error) ? BytesOf(file->path()) : std::nullopt;
+        }
+    }
+    return now;
 }
 
 }  // namespace
 
-std::vector<std::wstring> InstalledServers(const fs::path& tree)
+std::vector<std::wstring> InstalledServers(const fs::path& root)
 {
     std::set<std::wstring> found;
     for (const Edition* edition : {&kThisEdition, &kOtherEdition}) {
@@ -100,127 +117,139 @@ std::vector<std::wstring> InstalledServers(const fs::path& tree)
             L"CLSID\\" + GuidText((*edition)[OwnClass::ThermoSystem].classId) + L"\\LocalServer32";
         for (const Scope scope : {Scope::Machine, Scope::User}) {
             for (const REGSAM view : RegistryViews()) {
-                const std::wstring server = DefaultValue(scope, view, path);
-                if (!server.empty() && Lower(server).find(Lower(tree.wstring())) == std::wstring::npos)
-                    found.insert(server);
+                std::wstring server = DefaultValue(scope, view, path);
+                std::erase(server, L'"');
+                std::error_code error;
+                if (!fs::exists(server, error) || Lower(server).starts_with(Lower(root.wstring()))) continue;
+                found.insert(server);
             }
         }
     }
     return {found.begin(), found.end()};
 }
 
-ComputerState::ComputerState(const fs::path& folder, bool forAll) : tree(Lower(folder.wstring()))
+ComputerState::ComputerState(const fs::path& folder, bool forAll) : root(Lower(folder.wstring()))
 {
     for (const Scope scope : {Scope::User, Scope::Machine}) {
         if (scope == Scope::Machine && !forAll) continue;
+        const std::string of = scope == Scope::User ? " of this user" : " of all users";
         for (const REGSAM view : RegistryViews()) {
-            for (const wchar_t* path : kPlaces) places.push_back({scope, view, path, Entries(scope, view, path)});
+            for (const wchar_t* name : kOfCom)
+                Add(ClassesHive(scope, view), ClassesPath(name), Narrow(name, CP_UTF8) + of);
+            Add(ClassesHive(scope, view), kUninstall, "installed program" + of);
         }
-        names.push_back({scope, NamesBelow(scope)});
+        Add(ClassesHive(scope, OwnView()), L"Software\\Classes", "class name" + of);
     }
-    for (const wchar_t* path : kSettings) settings.push_back({path, ReadKeyTree({}, path)});
+    Add({}, L"Software", "settings");
     files = FilesNow();
+}
+
+void ComputerState::Add(const RegistryRoot& key, const std::wstring& path, const std::string& name)
+{
+    Place place = {key, path, name, {}};
+    place.entries = EntriesOf(place);
+    std::erase_if(place.entries, [this](const auto& entry) { return Mentions(entry.second, root); });
+    places.push_back(std::move(place));
+}
+
+std::map<std::wstring, KeyTree> ComputerState::EntriesOf(const Place& place) const
+{
+    std::map<std::wstring, KeyTree> entries;
+    RegistryKey key;
+    if (key.Open(place.root, place.path) != ERROR_SUCCESS) return entries;
+    const bool onlyOwn = std::find(std::begin(kOnlyOwn), std::end(kOnlyOwn), place.path) != std::end(kOnlyOwn);
+    for (const std::wstring& name : key.SubkeyNames()) {
+        if (onlyOwn && !IsOwnName(name)) continue;
+        if (auto tree = ReadKeyTree({key.Get(), place.root.view}, name)) entries.emplace(name, std::move(*tree));
+    }
+    return entries;
 }
 
 Differences ComputerState::PutBack() const
 {
     Differences differences;
-    EndPrograms(differences);
+    EndPrograms();
     for (const Place& place : places) PutBackPlace(place, differences);
-    for (const Names& before : names) PutBackNames(before, differences);
-    for (const auto& [path, before] : settings) {
-        if (ReadKeyTree({}, path) == before) continue;
-        DeleteKeyTree({}, path);
-        const bool restored = !before || WriteKeyTree({}, path, *before) == ERROR_SUCCESS;
-        Count(differences, restored, "settings could not be put back: " + Narrow(path, CP_UTF8));
-    }
-    for (const fs::path& file : FilesNow()) {
-        std::error_code error;
-        if (!files.contains(file))
-            Count(differences, fs::remove(file, error), "file stays: " + Narrow(file.filename().wstring(), CP_UTF8));
-    }
+    PutBackFiles(differences);
     return differences;
 }
 
-void ComputerState::EndPrograms(Differences& differences) const
+void ComputerState::EndPrograms() const
 {
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
     for (BOOL found = Process32FirstW(snapshot, &entry); found; found = Process32NextW(snapshot, &entry)) {
         if (entry.th32ProcessID == GetCurrentProcessId()) continue;
-        const HANDLE process =
-            OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE, FALSE, entry.th32ProcessID);
+        const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE | SYNCHRONIZE,
+                                               FALSE, entry.th32ProcessID));
         wchar_t path[32'768];
         DWORD size = std::size(path);
-        if (process && QueryFullProcessImageNameW(process, 0, path, &size) && Lower(path).starts_with(tree)) {
-            TerminateProcess(process, 1);
-            differences.others.push_back("program still ran: " + Narrow(entry.szExeFile, CP_UTF8));
-        }
-        if (process) CloseHandle(process);
+        if (!process || !QueryFullProcessImageNameW(process.get(), 0, path, &size)) continue;
+        if (!Lower(path).starts_with(root)) continue;
+        TerminateProcess(process.get(), 1);
+        WaitForSingleObject(process.get(), 10'000);
     }
     CloseHandle(snapshot);
 }
 
 void ComputerState::PutBackPlace(const Place& before, Differences& differences) const
 {
-    const RegistryRoot hive = ClassesHive(before.scope, before.view);
-    const auto now = Entries(before.scope, before.view, before.path);
+    const auto now = EntriesOf(before);
     const auto line = [&](const char* what, const std::wstring& name) {
-        return std::string("registry entry ") + what + ": " + Narrow(before.path, CP_UTF8) + ' ' +
-               Narrow(name, CP_UTF8) + " of " + NameOf(before.scope);
+        return before.name + ' ' + what + ": " + Narrow(name, CP_UTF8);
     };
     for (const auto& [name, entry] : now) {
         const auto old = before.entries.find(name);
         const bool isNew = old == before.entries.end();
         if (!isNew && old->second == entry) continue;
-        const std::wstring path = ClassesPath(std::wstring(before.path) + L'\\' + name);
-        bool restored = false;
-        if (BelongsToTests(name, entry)) {
-            DeleteKeyTree(hive, path);
-            restored = isNew || WriteKeyTree(hive, path, old->second) == ERROR_SUCCESS;
+        const char* what = isNew ? "is new" : "has changed";
+        if (!BelongsToTests(name, entry)) {
+            differences.others.push_back(line(what, name));
+            continue;
         }
-        Count(differences, restored, line(isNew ? "is new" : "has changed", name));
+        const std::wstring path = before.path + L'\\' + name;
+        const bool removed = DeleteKeyTree(before.root, path) == ERROR_SUCCESS;
+        Count(differences, isNew ? removed : WriteKeyTree(before.root, path, old->second) == ERROR_SUCCESS,
+              line(what, name));
     }
     for (const auto& [name, entry] : before.entries) {
         if (now.contains(name)) continue;
-        const std::wstring path = ClassesPath(std::wstring(before.path) + L'\\' + name);
-        const bool restored = BelongsToTests(name, entry) && WriteKeyTree(hive, path, entry) == ERROR_SUCCESS;
-        Count(differences, restored, line("is gone", name));
+        if (BelongsToTests(name, entry))
+            Count(differences, WriteKeyTree(before.root, before.path + L'\\' + name, entry) == ERROR_SUCCESS,
+                  line("is gone", name));
+        else
+            differences.others.push_back(line("is gone", name));
     }
 }
 
-void ComputerState::PutBackNames(const Names& before, Differences& differences) const
+void ComputerState::PutBackFiles(Differences& differences) const
 {
-    for (const std::wstring& name : NamesBelow(before.scope)) {
-        if (before.names.contains(name)) continue;
-        const bool removed =
-            IsOwnName(name) && DeleteKeyTree(ClassesHive(before.scope, OwnView()), ClassesPath(name)) == ERROR_SUCCESS;
-        Count(differences, removed, "class name is new: " + Narrow(name, CP_UTF8) + " of " + NameOf(before.scope));
+    const Files now = FilesNow();
+    // From the last to the first, so that a folder comes after what is in it.
+    for (auto file = now.rbegin(); file != now.rend(); ++file) {
+        if (files.contains(file->first)) continue;
+        std::error_code error;
+        Count(differences, fs::remove(file->first, error),
+              "file stays: " + Narrow(file->first.filename().wstring(), CP_UTF8));
+    }
+    for (const auto& [path, bytes] : files) {
+        const auto current = now.find(path);
+        if (!bytes || (current != now.end() && current->second == bytes)) continue;
+        std::ofstream file(path, std::ios::binary);
+        file << *bytes;
+        file.close();
+        Count(differences, static_cast<bool>(file), "file has changed: " + Narrow(path.filename().wstring(), CP_UTF8));
     }
 }
 
-// The tests register programs and libraries of their folder, and three type libraries with their interfaces.
+// The tests register programs and libraries of their folder, some type libraries with their interfaces, and what has a name of
+// ours.
 bool ComputerState::BelongsToTests(const std::wstring& name, const KeyTree& entry) const
 {
-    return Mentions(entry, tree) || std::any_of(std::begin(kLibraries), std::end(kLibraries), [&](const wchar_t* id) {
-               return Lower(name) == Lower(id) || Mentions(entry, Lower(id));
-           });
-}
-
-ComputerState::Files ComputerState::FilesNow() const
-{
-    Files now;
-    const fs::path folders[] = {Folder(FOLDERID_Desktop) / L"ZELT logs", Folder(FOLDERID_LocalAppData) / L"ZELT",
-                                Folder(FOLDERID_LocalAppData) / L"CAPE-OPEN",
-                                Folder(FOLDERID_ProgramFilesCommonX86) / L"CAPE-OPEN"};
-    for (const fs::path& folder : folders) {
-        std::error_code error;
-        for (fs::recursive_directory_iterator file(folder, error), end; !error && file != end; file.increment(error)) {
-            if (file->is_regular_file(error)) now.insert(file->path());
-        }
-    }
-    return now;
+    return IsOwnName(name) || Mentions(entry, root) ||
+           std::any_of(std::begin(kLibraries), std::end(kLibraries),
+                       [&](const wchar_t* id) { return Lower(name) == id || Mentions(entry, id); });
 }
 
 }  // namespace zelt::verification

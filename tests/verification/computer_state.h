@@ -1,11 +1,11 @@
-// What the tests change outside their own folder, so that it can be put back: the user's settings of ZELT, what is registered with
-// COM, and files in the folders of ZELT and of the standard's type libraries.
+// What the tests change outside their own folder, so that it can be put back: settings, what is registered with COM, and files in
+// the folders of ZELT, of its setup, and of the standard's type libraries.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -14,52 +14,49 @@
 
 namespace zelt::verification {
 
-// The programs of ZELT that are registered on this computer, except those in `tree`.
-std::vector<std::wstring> InstalledServers(const std::filesystem::path& tree);
+// The programs of ZELT that are registered on this computer and exist, except those in `root`.
+std::vector<std::wstring> InstalledServers(const std::filesystem::path& root);
 
 // What differed from the state that was read.
 struct Differences {
     std::size_t putBack = 0;
-    // One line each: programs that were still running, what could not be put back, and what other programs may have changed.
+    // One line each: what the tests changed and could not be put back, and what else has changed.
+    std::vector<std::string> notPutBack;
     std::vector<std::string> others;
 };
 
 class ComputerState {
 public:
-    // Reads the state. `tree` is the folder with the test programs. With `forAll`, also what is registered for all users.
-    ComputerState(const std::filesystem::path& tree, bool forAll);
+    // Reads the state. `root` is the folder with the test programs and their temporary files. What names it in the registry is from
+    // an earlier run that was cut off, and does not belong to the state. With `forAll`, also reads what is registered for all
+    // users.
+    ComputerState(const std::filesystem::path& root, bool forAll);
 
-    // Ends the programs of the tree that still run, except this one; puts back what tests of ZELT change.
+    // Ends the programs of the folder that still run, except this one.
+    void EndPrograms() const;
+
+    // Ends these programs, and puts back what tests of ZELT change.
     Differences PutBack() const;
 
 private:
-    // Keys in which classes, interfaces, libraries and applications are registered, each with one key per identifier.
+    // A key with one key per identifier, class name or setting.
     struct Place {
-        Scope scope;
-        REGSAM view;
-        const wchar_t* path;  // below Software\Classes
+        RegistryRoot root;
+        std::wstring path;
+        std::string name;  // for messages
         std::map<std::wstring, KeyTree> entries;
     };
-    struct Names {
-        Scope scope;
-        std::set<std::wstring> names;  // of the keys directly below Software\Classes
-    };
-    struct Settings {
-        const wchar_t* path;
-        std::optional<KeyTree> tree;
-    };
-    using Files = std::set<std::filesystem::path>;
+    // The files, and their bytes where other programs rely on them.
+    using Files = std::map<std::filesystem::path, std::optional<std::string>>;
 
-    void EndPrograms(Differences& differences) const;
+    void Add(const RegistryRoot& root, const std::wstring& path, const std::string& name);
+    std::map<std::wstring, KeyTree> EntriesOf(const Place& place) const;
     void PutBackPlace(const Place& before, Differences& differences) const;
-    void PutBackNames(const Names& before, Differences& differences) const;
+    void PutBackFiles(Differences& differences) const;
     bool BelongsToTests(const std::wstring& name, const KeyTree& entry) const;
-    Files FilesNow() const;
 
-    std::wstring tree;
+    std::wstring root;
     std::vector<Place> places;
-    std::vector<Names> names;
-    std::vector<Settings> settings;
     Files files;
 };
 

@@ -7,11 +7,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -19,6 +21,7 @@
 
 #include "system/narrow.h"
 #include "system/registry.h"
+#include "tests/system/harness/process.h"
 #include "tests/verification/computer.h"
 #include "tests/verification/computer_state.h"
 #include "tests/verification/page.h"
@@ -35,7 +38,7 @@ constexpr char kUsage[] =
     "  /ask     afterwards, asks about the points that only a person can see\n"
     "  /long    also tests what takes many minutes\n"
     "  /only    tests only the points and programs whose title contains TEXT\n"
-    "  /result  writes the results to FILE, not to verify-result.txt beside verify.cmd\n";
+    "  /result  writes the results to FILE\n";
 
 // What the user asked for cannot be done; the text says why.
 class CannotBegin : public std::runtime_error {
@@ -47,10 +50,13 @@ public:
 class Interrupted : public std::exception {};
 
 std::atomic<bool> interrupted = false;
+constexpr char kInterrupted[] = "interrupted";
 
-BOOL WINAPI Interrupt(DWORD)
+BOOL WINAPI Interrupt(DWORD event)
 {
     interrupted = true;
+    // After these, the system ends the process as soon as the handler returns. It leaves some seconds to put things back.
+    if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT) Sleep(INFINITE);
     return TRUE;
 }
 
@@ -103,10 +109,11 @@ fs::path TreeOfThisProgram()
     return tree;
 }
 
-// A folder for the files of this run, and for those of the tests: removed with everything in it.
+// A folder for the files of this run, and for those of the tests: removed with everything in it. It is not the user's own one, so
+// that its path has only the letters of the extracted folder's.
 class Scratch {
 public:
-    Scratch() : folder(fs::temp_directory_path() / (L"ZELT verification " + std::to_wstring(GetCurrentProcessId())))
+    explicit Scratch(const fs::path& root) : folder(root / L"scratch")
     {
         fs::create_directories(folder / L"temp");
         for (const wchar_t* name : {L"TEMP", L"TMP"}) SetEnvironmentVariableW(name, (folder / L"temp").c_str());
@@ -155,8 +162,14 @@ private:
 
 class Verification {
 public:
-    Verification(const fs::path& tree, Plan plan, const Options& options)
-        : tree(tree), plan(std::move(plan)), options(options), offers(Offers())
+    Verification(const fs::path& tree, Plan plan, const Options& options, const ComputerState& state,
+                 std::wstring scratch)
+        : tree(tree),
+          plan(std::move(plan)),
+          options(options),
+          state(state),
+          offers(Offers()),
+          scratch(std::move(scratch))
     {
         if (options.takesLong) offers.insert("long");
     }
@@ -164,16 +177,11 @@ public:
     void Run(Page& page)
     {
         for (const Program& program : plan.programs) {
-            ProgramResult result = {program.title, Unmet(program.needs), {}};
             const std::string filter = Filter(program);
             if (filter.empty()) continue;
-            if (result.leftOut.empty()) {
-                try {
-                    result.results = results[program.name] = RunProgram(program, filter);
-                } catch (const Interrupted&) {
-                    result.leftOut = "interrupted";
-                }
-            }
+            ProgramResult result = {program.title, Unmet(program.needs), {}};
+            if (result.leftOut.empty() && interrupted) result.leftOut = kInterrupted;
+            if (result.leftOut.empty()) result.results = results[program.name] = RunProgram(program, filter);
             page.programs.push_back(std::move(result));
         }
         for (const Row& row : plan.rows) {
@@ -181,22 +189,22 @@ public:
         }
     }
 
+private:
+    bool IsWanted(const std::string& title) const { return title.find(options.only) != std::string::npos; }
+
+    // Why not all needs are met; empty when they are. Under Wine, that is the reason.
+    std::string Unmet(const Needs& needs) const
+    {
+        const auto lacks = [this](const std::string& need) { return !offers.contains(need); };
+        if (needs.contains("windows") && lacks("windows")) return Reason("windows");
+        const auto first = std::find_if(needs.begin(), needs.end(), lacks);
+        return first == needs.end() ? std::string() : Reason(*first);
+    }
+
     const Program& ProgramOf(const std::string& name) const
     {
         return *std::find_if(plan.programs.begin(), plan.programs.end(),
                              [&](const Program& program) { return program.name == name; });
-    }
-
-private:
-    bool IsWanted(const std::string& title) const { return title.find(options.only) != std::string::npos; }
-
-    // Why not all needs are met; empty when they are.
-    std::string Unmet(const Needs& needs) const
-    {
-        for (const std::string& need : needs) {
-            if (!offers.contains(need)) return Reason(need);
-        }
-        return {};
     }
 
     std::string UnmetOf(const Row& row) const
@@ -211,7 +219,7 @@ private:
     // The tests of the program that are wanted; empty for none. Suites whose names begin with "Long" are run for their rows only.
     std::string Filter(const Program& program) const
     {
-        if (IsWanted(program.title)) return "*-Long*";
+        if (IsWanted(program.title)) return program.filter;
         std::string filter;
         for (const Row& row : plan.rows) {
             if (!IsWanted(row.point.what) || !UnmetOf(row).empty() || row.needs.contains("long")) continue;
@@ -222,7 +230,8 @@ private:
         return filter;
     }
 
-    TestResults RunProgram(const Program& program, const std::string& filter) const
+    // A program that cannot be run has failed, and the others are run.
+    TestResults RunProgram(const Program& program, const std::string& filter, DWORD patience = 20) const
     {
         std::fprintf(stderr, "%s\n", program.title.c_str());
         const bool isConsole = _isatty(_fileno(stderr));
@@ -230,36 +239,42 @@ private:
             if (isConsole) std::fprintf(stderr, "\r  %zu of %zu ", ended, all);
             if (interrupted) throw Interrupted();
         };
-        std::string path = program.path;
-        TestResults results =
-            RunTests({(tree / fs::path(path).make_preferred()).wstring(), filter, scratch.Path()}, show);
+        TestResults ended;
+        try {
+            ended =
+                RunTests({(tree / fs::path(program.path).make_preferred()).wstring(), filter, scratch, patience}, show);
+        } catch (const Interrupted&) {
+            ended["(the program)"] = {State::Failed, "Interrupted.\n"};
+        } catch (const std::exception& failure) {
+            ended["(the program)"] = {State::Failed, std::string(failure.what()) + '\n'};
+        }
         if (isConsole) std::fprintf(stderr, "\r                    \r");
-        return results;
+        // What a test has left running would be in the way of the next program.
+        state.EndPrograms();
+        return ended;
     }
 
     Answer AnswerRow(const Row& row)
     {
-        if (std::string unmet = UnmetOf(row); !unmet.empty()) return {Verdict::LeftOut, unmet};
-        if (row.tests.empty()) return {Verdict::ForAPerson, row.point.how};
-        if (interrupted) return {Verdict::LeftOut, "interrupted"};
+        if (std::string unmet = UnmetOf(row); !unmet.empty()) return {Verdict::LeftOut, unmet, {}};
+        if (row.tests.empty()) return {Verdict::ForAPerson, row.point.how, {}};
+        if (interrupted) return {Verdict::LeftOut, kInterrupted, {}};
         if (!row.needs.contains("long")) return AnswerOf(row, results);
-        std::map<std::string, TestResults> long_;
+        std::map<std::string, TestResults> ofRow;
         SetEnvironmentVariableW(L"ZELT_TEST_EFFORT", L"100");
-        try {
-            for (const Tests& tests : row.tests)
-                long_[tests.program] = RunProgram(ProgramOf(tests.program), tests.filter);
-        } catch (const Interrupted&) {
-            return {Verdict::LeftOut, "interrupted"};
-        }
+        constexpr DWORD kPatience = 180;
+        for (const Tests& tests : row.tests)
+            ofRow[tests.program] = RunProgram(ProgramOf(tests.program), tests.filter, kPatience);
         SetEnvironmentVariableW(L"ZELT_TEST_EFFORT", nullptr);
-        return AnswerOf(row, long_);
+        return AnswerOf(row, ofRow);
     }
 
     fs::path tree;
     Plan plan;
     Options options;
+    const ComputerState& state;
     Needs offers;
-    Scratch scratch;
+    std::wstring scratch;
     std::map<std::string, TestResults> results;
 };
 
@@ -273,50 +288,109 @@ void Ask(Page& page)
         std::cerr << "\n" << point.what << "\n  " << point.how << "\nIs it so? " << std::flush;
         std::string line;
         if (!std::getline(std::cin, line)) return;
-        if (line.starts_with('y')) answer = {Verdict::Passed, "by hand: " + line};
-        if (line.starts_with('n')) answer = {Verdict::Failed, "by hand: " + line};
+        line = zelt::Narrow(zelt::Widen(line, GetConsoleCP()), CP_UTF8);
+        if (line.starts_with('y')) answer = {Verdict::Passed, "by hand: " + line, {}};
+        if (line.starts_with('n')) answer = {Verdict::Failed, "by hand: " + line, {}};
     }
 }
 
-// Writes no path that names the user.
+// The text with all occurrences of `old` replaced, in whatever case.
+std::string Replaced(std::string text, const std::string& old, const std::string& by)
+{
+    if (old.empty()) return text;
+    const auto same = [](char a, char b) {
+        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+    };
+    std::string result;
+    for (auto from = text.begin();;) {
+        const auto found = std::search(from, text.end(), old.begin(), old.end(), same);
+        result.append(from, found);
+        if (found == text.end()) return result;
+        result += by;
+        from = found + static_cast<std::ptrdiff_t>(old.size());
+    }
+}
+
+std::wstring Variable(const wchar_t* name)
+{
+    wchar_t value[32'767] = L"";
+    const DWORD length = GetEnvironmentVariableW(name, value, std::size(value));
+    return {value, std::min<std::size_t>(length, std::size(value) - 1)};
+}
+
+// Without the profile's path, as tests write paths, and without the name of the computer.
 std::string WithoutUser(std::string text)
 {
-    wchar_t profile[MAX_PATH] = L"";
-    if (!GetEnvironmentVariableW(L"USERPROFILE", profile, std::size(profile))) return text;
-    const std::string path = zelt::Narrow(profile, CP_UTF8);
-    for (std::size_t place; (place = text.find(path)) != std::string::npos;)
-        text.replace(place, path.size(), "%USERPROFILE%");
-    return text;
+    const std::wstring profile = Variable(L"USERPROFILE");
+    wchar_t brief[MAX_PATH] = L"";
+    GetShortPathNameW(profile.c_str(), brief, std::size(brief));
+    for (const std::wstring& path : {profile, std::wstring(brief)}) {
+        const std::string plain = zelt::Narrow(path, CP_UTF8);
+        for (const char* separator : {"\\", "/", "\\\\"})
+            text = Replaced(std::move(text), Replaced(plain, "\\", separator), "%USERPROFILE%");
+    }
+    return Replaced(std::move(text), zelt::Narrow(Variable(L"COMPUTERNAME"), CP_UTF8), "%COMPUTERNAME%");
+}
+
+// The console shows UTF-8 while this exists.
+class Utf8Output {
+public:
+    Utf8Output() { SetConsoleOutputCP(CP_UTF8); }
+    ~Utf8Output() { SetConsoleOutputCP(before); }
+    Utf8Output(const Utf8Output&) = delete;
+    Utf8Output& operator=(const Utf8Output&) = delete;
+
+private:
+    const UINT before = GetConsoleOutputCP();
+};
+
+// The tests rely on a computer without ZELT, and on paths that every program can read.
+void CheckSurroundings(const fs::path& root)
+{
+    const std::wstring path = root.wstring();
+    if (std::any_of(path.begin(), path.end(), [](wchar_t c) { return c > L'~'; }))
+        throw CannotBegin("Extract the zip into a folder whose path has only English letters, such as C:\\zelt.");
+    for (const std::wstring& server : InstalledServers(root)) {
+        throw CannotBegin("ZELT is registered on this computer: " + zelt::Narrow(server, CP_UTF8) +
+                          "\nThe tests register it themselves: remove it first.");
+    }
+    for (const wchar_t* program : {L"ZELT.EXE", L"ZELT64.EXE"}) {
+        if (!zelt::test::ProcessIds(program).empty()) throw CannotBegin("ZELT is running. Close it first.");
+    }
 }
 
 int Verify(const std::vector<std::wstring>& words)
 {
+    const Utf8Output utf8;
     Options options = ReadOptions(words);
-    const fs::path tree = TreeOfThisProgram();
-    if (options.result.empty()) options.result = tree.parent_path() / L"verify-result.txt";
+    const Needs offers = Offers();
+    const bool isAdministrator = offers.contains("admin");
+    const fs::path tree = TreeOfThisProgram(), root = tree.parent_path();
+    if (options.result.empty())
+        options.result = root / (isAdministrator ? L"verify-result-administrator.txt" : L"verify-result-user.txt");
     Plan plan = ReadPlan(ReadText(tree / L"tests" / L"verification" / L"plan.txt"),
                          ReadText(tree / L"docs" / L"unverified.md"));
-    for (const std::wstring& server : InstalledServers(tree)) {
-        throw CannotBegin("ZELT is registered on this computer: " + zelt::Narrow(server, CP_UTF8) +
-                          "\nThe tests register it themselves: remove it first.");
-    }
+    CheckSurroundings(root);
     std::ofstream result(options.result, std::ios::binary);
     if (!result) throw CannotBegin("cannot write " + options.result.string());
     SetEnvironmentVariableW(L"ZELT_TEST_TREE", tree.generic_wstring().c_str());
+    if (!offers.contains("64bit")) SetEnvironmentVariableW(L"ZELT_TEST_ONE_WIDTH", L"1");
     SetConsoleCtrlHandler(Interrupt, TRUE);
+    SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED);
     std::cerr << "The tests open windows and press keys. Leave keyboard and mouse alone until the page is printed; "
                  "this takes\n"
-                 "about a quarter of an hour. Ctrl+C ends the tests and puts back what they changed.\n\n";
+                 "about half an hour. Ctrl+C ends the tests and puts back what they changed.\n\n";
 
-    const Needs offers = Offers();
-    const ComputerState before(tree, offers.contains("admin"));
     Page page = {ZELT_VERSION, Facts(), {}, {}, {}};
     {
-        const QuietEnds quiet;
-        Verification verification(tree, std::move(plan), options);
-        verification.Run(page);
+        const Scratch scratch(root);
+        const ComputerState before(root, isAdministrator);
+        {
+            const QuietEnds quiet;
+            Verification(tree, std::move(plan), options, before, scratch.Path()).Run(page);
+        }
+        page.differences = before.PutBack();
     }
-    page.differences = before.PutBack();
     if (options.asks) Ask(page);
     const std::string text = WithoutUser(Text(page));
     std::cout << text;

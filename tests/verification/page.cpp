@@ -72,8 +72,8 @@ void AppendProgram(std::string& page, const ProgramResult& program)
 
 Answer AnswerOf(const Row& row, const std::map<std::string, TestResults>& results)
 {
-    std::size_t passed = 0;
-    std::string failed, reason;
+    std::size_t passed = 0, skipped = 0;
+    std::string failed, reason, said;
     for (const Tests& tests : row.tests) {
         const auto program = results.find(tests.program);
         bool found = false;
@@ -83,14 +83,15 @@ Answer AnswerOf(const Row& row, const std::map<std::string, TestResults>& result
                 found = true;
                 if (result.state == State::Failed) failed += (failed.empty() ? "" : ", ") + name;
                 if (result.state == State::Passed) ++passed;
-                if (result.state == State::Skipped) reason = LastLine(result.output);
+                if (result.state == State::Passed && !result.output.empty()) said += name + '\n' + result.output;
+                if (result.state == State::Skipped) ++skipped, reason = LastLine(result.output);
             }
         }
         if (!found) failed += (failed.empty() ? "" : ", ") + ("no test " + tests.filter);
     }
-    if (!failed.empty()) return {Verdict::Failed, failed};
-    if (!passed) return {Verdict::LeftOut, reason};
-    return {Verdict::Passed, {}};
+    if (!failed.empty()) return {Verdict::Failed, failed, said};
+    if (!passed) return {Verdict::LeftOut, reason, {}};
+    return {Verdict::Passed, skipped ? std::to_string(skipped) + " skipped: " + reason : std::string(), said};
 }
 
 bool HasFailed(const Page& page)
@@ -98,7 +99,8 @@ bool HasFailed(const Page& page)
     return std::any_of(page.programs.begin(), page.programs.end(),
                        [](const ProgramResult& program) { return VerdictOf(program) == Verdict::Failed; }) ||
            std::any_of(page.rows.begin(), page.rows.end(),
-                       [](const auto& row) { return row.second.verdict == Verdict::Failed; });
+                       [](const auto& row) { return row.second.verdict == Verdict::Failed; }) ||
+           !page.differences.notPutBack.empty();
 }
 
 std::string Text(const Page& page)
@@ -116,7 +118,9 @@ std::string Text(const Page& page)
         ++counts[static_cast<std::size_t>(answer.verdict)];
     }
     text += "\nThe computer\n  " + std::to_string(page.differences.putBack) + " entries and files were put back\n";
-    for (const std::string& line : page.differences.others) text += "  " + line + '\n';
+    for (const auto* lines : {&page.differences.notPutBack, &page.differences.others}) {
+        for (const std::string& line : *lines) text += "  " + line + '\n';
+    }
     text += '\n' + std::to_string(page.rows.size()) + " points: " + std::to_string(counts[0]) + " passed, " +
             std::to_string(counts[1]) + " failed, " + std::to_string(counts[2]) + " left out, " +
             std::to_string(counts[3]) + " by hand\n";
@@ -131,6 +135,9 @@ std::string Details(const Page& page)
             if (result.state != State::Failed) continue;
             text += "\n---- " + program.title + ": " + name + '\n' + result.output;
         }
+    }
+    for (const auto& [point, answer] : page.rows) {
+        if (!answer.said.empty()) text += "\n---- " + Plain(point.what) + '\n' + answer.said;
     }
     return text;
 }

@@ -16,6 +16,7 @@ enum class Verdict { Passed, Failed, LeftOut, ForAPerson };
 struct Answer {
     Verdict verdict = Verdict::Failed;
     std::string remark;  // why it was left out, how to try it, or what a person said
+    std::string said;    // what the tests printed that passed
 };
 
 struct ProgramResult {
@@ -39,7 +40,7 @@ bool HasFailed(const Page& page);
 
 // The page itself, without what the tests printed.
 std::string Text(const Page& page);
-// What the failed tests printed.
+// What the failed tests printed, and those that answer a point.
 std::string Details(const Page& page);
 
 }  // namespace zelt::verification

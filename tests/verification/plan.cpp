@@ -104,8 +104,8 @@ Plan ReadPlan(std::string_view plan, std::string_view page)
     for (const std::string& line : Split(plan, '\n')) {
         if (line.empty() || line.starts_with('#')) continue;
         const std::vector<std::string> columns = Split(line, '|');
-        if (columns.size() == 5 && columns[0] == "program") {
-            read.programs.push_back({columns[1], columns[2], columns[3], ReadNeeds(columns[4], line)});
+        if (columns.size() == 6 && columns[0] == "program") {
+            read.programs.push_back({columns[1], columns[2], columns[3], ReadNeeds(columns[4], line), columns[5]});
         } else if (columns.size() == 4 && columns[0] == "row") {
             Row row = {{}, ReadNeeds(columns[2], line), ReadTests(columns[3], line)};
             for (const Tests& tests : row.tests) {

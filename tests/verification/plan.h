@@ -26,6 +26,7 @@ struct Program {
     std::string path;   // below the folder of the tree
     std::string title;  // on the page
     Needs needs;
+    std::string filter;  // of gtest: what is run of it
 };
 
 // Tests of one program, as a filter of gtest.

@@ -15,7 +15,6 @@ namespace zelt::verification {
 namespace {
 
 constexpr DWORD kPace = 500;
-constexpr DWORD kPatience = 20 * 60 * 1000;
 
 // The marks at the beginning of gtest's lines. Each is followed by the test's name; at the end of a program the names of tests that
 // failed or were skipped are repeated, without a test in progress.
@@ -113,7 +112,7 @@ TestResults RunTests(const Order& order, const Progress& progress)
         Reading reading;
         std::optional<DWORD> code;
         std::size_t length = 0;
-        for (DWORD silence = 0; !(code = process.Wait(kPace)) && silence < kPatience; silence += kPace) {
+        for (DWORD silence = 0; !(code = process.Wait(kPace)) && silence < order.patience * 60'000; silence += kPace) {
             const std::string output = ReadFile(outputPath);
             if (output.size() != std::exchange(length, output.size())) silence = 0;
             reading = ReadOutput(output);
@@ -130,9 +129,11 @@ TestResults RunTests(const Order& order, const Progress& progress)
         const bool finished = reading.unfinished.empty();
         results.merge(reading.results);
         const auto failed = [](const auto& result) { return result.second.state == State::Failed; };
-        if (finished && code != 0u && std::none_of(results.begin(), results.end(), failed)) {
-            results["(the program)"] = {
-                State::Failed, "No test failed, but the program ended with code " + ExitText(code.value_or(0)) + ".\n"};
+        const bool explained = code == 0u || std::any_of(results.begin(), results.end(), failed);
+        if (finished && (!explained || results.size() < all)) {
+            results["(the program)"] = {State::Failed, "The program ended with code " + ExitText(code.value_or(0)) +
+                                                           " after " + std::to_string(results.size()) + " of " +
+                                                           std::to_string(all) + " tests.\n"};
         }
         if (finished) return results;
     }

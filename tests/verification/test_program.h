@@ -1,6 +1,8 @@
 // Runs a test program made with gtest, and knows afterwards what each test did, even if the program ended in the middle of one.
 #pragma once
 
+#include <windows.h>
+
 #include <functional>
 #include <map>
 #include <string>
@@ -30,12 +32,13 @@ struct Order {
     std::wstring program;
     std::string filter = "*";  // of gtest
     std::wstring scratch;      // an existing folder for the output
+    DWORD patience = 20;       // minutes that a test may print nothing
 };
 
 // How many tests have ended, and how many there are.
 using Progress = std::function<void(std::size_t ended, std::size_t all)>;
 
-// Runs the program. When it ends in the middle of a test, or a test prints nothing for 20 minutes, this test has failed, and the
+// Runs the program. When it ends in the middle of a test, or a test prints nothing for too long, this test has failed, and the
 // program is run again with the tests that are left. Throws std::runtime_error when the program cannot be started.
 TestResults RunTests(const Order& order, const Progress& progress);
 

@@ -1,7 +1,14 @@
 #include "tests/windows/program.h"
-#include "tests/trees.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <filesystem>
+#include <vector>
+
+#include "tests/system/harness/process.h"
+#include "tests/system/harness/under_wine.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {
@@ -137,8 +144,28 @@ void Command(HWND window, int id) { SendMessageW(window, WM_COMMAND, static_cast
 
 void PostCommand(HWND window, int id) { PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0); }
 
+namespace {
+
+// Whether keys go to a window of this program or of ZELT. Windows may refuse to put a window in front, and the keys would reach
+// what the user has there. Under Wine nobody else has windows, and none of ours may be in front either.
+bool HasKeyboard()
+{
+    if (UnderWine()) return true;
+    DWORD owner = 0;
+    GetWindowThreadProcessId(GetForegroundWindow(), &owner);
+    if (owner == GetCurrentProcessId()) return true;
+    const std::vector<DWORD> servers = ProcessIds(L"ZELT.EXE");
+    return std::find(servers.begin(), servers.end(), owner) != servers.end();
+}
+
+}  // namespace
+
 void PressKey(WORD key, WORD held)
 {
+    if (!HasKeyboard()) {
+        ADD_FAILURE() << "the window of another program is in front";
+        return;
+    }
     INPUT inputs[4];
     UINT count = 0;
     if (held) inputs[count++] = KeyInput(held, 0);

@@ -119,16 +119,44 @@ TEST(ProgramPath, OfTheRegistryIsLeftAloneWhenItIsNoText)
 
 class PathCommand : public Zeltctl {
 protected:
-    // The stored path of the user or of all users; empty if there is none.
-    static std::vector<BYTE> Stored(bool isMachine)
+    ~PathCommand() override
+    {
+        for (const bool isMachine : {false, true}) {
+            if (before[isMachine] == Value(isMachine)) continue;
+            RegistryKey key = Environment(isMachine, KEY_SET_VALUE);
+            const auto& value = before[isMachine];
+            if (!value)
+                RegDeleteValueW(key.Get(), L"Path");
+            else
+                EXPECT_EQ(ERROR_SUCCESS, key.WriteBytes(L"Path", value->type, value->data.data(), value->data.size()));
+        }
+    }
+
+    // The stored path of the user or of all users, without an empty entry at its end, which does not come back.
+    static std::wstring Stored(bool isMachine)
+    {
+        const auto value = Value(isMachine);
+        if (!value) return {};
+        std::wstring text(reinterpret_cast<const wchar_t*>(value->data.data()), value->data.size() / sizeof(wchar_t));
+        while (text.ends_with(L'\0') || text.ends_with(L';')) text.pop_back();
+        return text;
+    }
+
+private:
+    static RegistryKey Environment(bool isMachine, REGSAM access)
     {
         RegistryKey key;
         const wchar_t* const path =
             isMachine ? L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment" : L"Environment";
-        EXPECT_EQ(ERROR_SUCCESS, key.Open({isMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, 0}, path));
-        const auto value = key.ReadValue(L"Path");
-        return value ? value->data : std::vector<BYTE>();
+        EXPECT_EQ(ERROR_SUCCESS, key.Open({isMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, 0}, path, access));
+        return key;
     }
+    static std::optional<RegistryValue> Value(bool isMachine)
+    {
+        return Environment(isMachine, KEY_READ).ReadValue(L"Path");
+    }
+
+    const std::optional<RegistryValue> before[2] = {Value(false), Value(true)};
 };
 
 TEST_F(PathCommand, ChangesThePathOfTheUserOrOfEverybody)
@@ -136,7 +164,7 @@ TEST_F(PathCommand, ChangesThePathOfTheUserOrOfEverybody)
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     const std::string folder = Narrow(std::filesystem::path(program).parent_path().wstring(), CP_UTF8);
-    const std::vector<BYTE> before[] = {Stored(false), Stored(true)};
+    const std::wstring before[] = {Stored(false), Stored(true)};
     for (const bool isMachine : {false, true}) {
         const auto run = [&](const char* action) {
             std::vector<std::string> words = {"path", action};

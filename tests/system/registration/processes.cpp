@@ -3,8 +3,6 @@
 
 namespace {
 
-constexpr DWORD kNotEnded = 0xDEAD0002;
-
 std::wstring CommandLine(const std::filesystem::path& program, const std::wstring& arguments)
 {
     return L'"' + program.wstring() + L"\" " + arguments;

@@ -18,5 +18,8 @@ std::filesystem::path OtherClientPath();
 // Starts a process that ends with the returned object.
 zelt::test::Process Start(const std::filesystem::path& program, const std::wstring& arguments);
 
-// Runs a program and returns its exit code, or an unlikely code if it does not end in time.
+// The result of a program that does not end in time.
+constexpr DWORD kNotEnded = 0xDEAD0002;
+
+// Runs a program and returns its exit code, or kNotEnded.
 DWORD RunToEnd(const std::filesystem::path& program, const std::wstring& arguments);

@@ -69,12 +69,12 @@ REGSAM SharedKeysView(REGSAM view) { return zelt::test::UnderWine() && sizeof(vo
 
 // What marks the lines of a snapshot that unregistering leaves: the identifiers of the standard's libraries and of their
 // interfaces. Only some lines of an interface contain its library's identifier, but all contain its own.
-std::set<std::string> InterfacesThatStay()
+std::set<std::string> InterfacesThatStay(Scope scope = Scope::Machine)
 {
     std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};
     for (const REGSAM view : RegistryViews()) {
-        const auto interfaces =
-            zelt::ReadKeyTree(zelt::ClassesHive(Scope::Machine, view), zelt::ClassesPath(L"Interface"));
+        const auto interfaces = zelt::ReadKeyTree(zelt::ClassesHive(scope, view), zelt::ClassesPath(L"Interface"));
+        if (!interfaces) continue;
         for (const auto& [name, tree] : interfaces->subkeys) {
             const auto library = tree.subkeys.find(L"TypeLib");
             if (library == tree.subkeys.end()) continue;
@@ -363,13 +363,12 @@ TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks
     EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kStandardLibrary));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
     ExpectStandardLibrary(Scope::User);
-    // The libraries stay, so the test removes them itself.
-    for (const REGSAM view : RegistryViews()) {
-        const zelt::RegistryRoot hive = zelt::ClassesHive(Scope::User, view);
-        for (const wchar_t* path : {kStandardLibrary, kContextLibrary})
-            zelt::DeleteKeyTree(hive, zelt::ClassesPath(path));
-        zelt::DeleteKeyTree(hive, zelt::ClassesPath(L"Interface"));
+    // The libraries stay, so the test removes them itself, and nothing of other programs.
+    for (const std::string& mark : InterfacesThatStay(Scope::User)) {
+        for (const wchar_t* parent : {L"Interface\\", L"TypeLib\\"})
+            zelt::RemoveKey(Scope::User, parent + zelt::Widen(mark));
     }
+    for (const wchar_t* parent : {L"Interface", L"TypeLib"}) zelt::RemoveEmptyKey(Scope::User, parent);
 }
 
 TEST_F(Registration, FollowsTheUsersInstallation)

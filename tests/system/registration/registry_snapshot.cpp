@@ -6,6 +6,7 @@
 #include "system/narrow.h"
 #include "registration/key_tree.h"
 #include "registration/registry_mirror.h"
+#include "tests/system/harness/under_wine.h"
 
 namespace {
 
@@ -34,13 +35,24 @@ void AddLines(RegistrySnapshot& lines, const std::string& path, const zelt::KeyT
     }
 }
 
+// Under Wine, nobody else writes the registry, so a snapshot has all of it. On a living Windows, other programs do: a snapshot
+// has what belongs to COM, and what is ours by its name.
+bool IsCompared(const std::wstring& name)
+{
+    if (zelt::test::UnderWine()) return true;
+    constexpr const wchar_t* kOfCom[] = {L"CLSID", L"Interface", L"TypeLib", L"AppID"};
+    constexpr const wchar_t* kOwn[] = {L"ZELT", L"PRAVIK", L".zlg", L"BRIX"};
+    return std::find(std::begin(kOfCom), std::end(kOfCom), name) != std::end(kOfCom) ||
+           std::any_of(std::begin(kOwn), std::end(kOwn), [&](const wchar_t* own) { return name.starts_with(own); });
+}
+
 void AddKey(RegistrySnapshot& lines, const std::string& mark, const zelt::RegistryRoot& root, const wchar_t* path)
 {
     zelt::RegistryKey key;
     if (key.Open(root, path) != ERROR_SUCCESS) return;
-    AddLines(lines, mark, {key.Values(), {}});
+    if (zelt::test::UnderWine()) AddLines(lines, mark, {key.Values(), {}});
     for (const std::wstring& name : key.SubkeyNames()) {
-        if (name == kOtherView) continue;
+        if (name == kOtherView || !IsCompared(name)) continue;
         const auto tree = zelt::ReadKeyTree({key.Get(), root.view}, name);
         if (tree) AddLines(lines, mark + '\\' + zelt::Narrow(name, CP_UTF8), *tree);
     }
@@ -56,6 +68,7 @@ RegistrySnapshot TakeRegistrySnapshot()
         AddKey(lines, name, {HKEY_LOCAL_MACHINE, view}, L"Software\\Classes");
         const char* user = view == KEY_WOW64_64KEY ? "user 64" : view == KEY_WOW64_32KEY ? "user 32" : "user";
         AddKey(lines, user, {HKEY_CURRENT_USER, view}, L"Software");
+        if (!zelt::test::UnderWine()) AddKey(lines, user, {HKEY_CURRENT_USER, view}, L"Software\\Classes");
     }
     return lines;
 }
