@@ -368,8 +368,8 @@ int Verify(const std::vector<std::wstring>& words)
     const fs::path tree = TreeOfThisProgram(), root = tree.parent_path();
     if (options.result.empty())
         options.result = root / (isAdministrator ? L"verify-result-administrator.txt" : L"verify-result-user.txt");
-    Plan plan = ReadPlan(ReadText(tree / L"tests" / L"verification" / L"plan.txt"),
-                         ReadText(tree / L"docs" / L"unverified.md"));
+    const Plan plan = ReadPlan(ReadText(tree / L"tests" / L"verification" / L"plan.txt"),
+                               ReadText(tree / L"docs" / L"unverified.md"));
     CheckSurroundings(root);
     std::ofstream result(options.result, std::ios::binary);
     if (!result) throw CannotBegin("cannot write " + options.result.string());
@@ -387,7 +387,7 @@ int Verify(const std::vector<std::wstring>& words)
         const ComputerState before(root, isAdministrator);
         {
             const QuietEnds quiet;
-            Verification(tree, std::move(plan), options, before, scratch.Path()).Run(page);
+            Verification(tree, plan, options, before, scratch.Path()).Run(page);
         }
         page.differences = before.PutBack();
     }
