@@ -33,17 +33,24 @@ int AnswerInJson(const Arguments& arguments, const std::vector<std::string>& log
     Output& out = streams.data;
     bool first = true;
     for (const std::string& log : logs) {
+        std::size_t begin = 0;  // of an answer that has not ended
         const int one = Attempt(streams, [&] {
-            // A file that is not a log has no element. Standard input cannot be tried beforehand.
+            // A file that is not a log has no element. Standard input cannot be tried beforehand: its answer is null then.
             if (log != kStandardInput) RequireLog(log);
             out << (first ? "[\n{\"log\":" : ",\n{\"log\":");
             first = false;
             AppendJsonString(out, NameOfLog(log));
             out << ",\"answer\":";
+            begin = out.Written();
             const int result = answer(arguments, log, streams);
+            begin = 0;
             out << '}';
             return result;
         });
+        if (begin != 0) {
+            out.TakeBack(begin);
+            out << "null}";
+        }
         code = std::max(code, one);
     }
     out << (first ? "[]\n" : "]\n");

@@ -63,6 +63,20 @@ TEST(SeveralLogs, BecomeAnArrayInJson)
     EXPECT_EQ(3, none.code);
 }
 
+// Whether standard input is a log shows only when it is read.
+TEST(SeveralLogs, AreAnArrayInJsonAlthoughStandardInputIsNone)
+{
+    const TemporaryFolder folder;
+    const std::string a = folder.Write("a.zlg", kFailing);
+    const TemporaryLog none("");
+    const StandardInput input(none.Path());
+    const Outcome outcome = RunCommand({"log", "errors", "--json", "-", a});
+    EXPECT_EQ(3, outcome.code);
+    EXPECT_TRUE(outcome.data.starts_with("[\n{\"log\":\"standard input\",\"answer\":null},\n{\"log\":\""))
+        << outcome.data;
+    EXPECT_TRUE(outcome.data.ends_with("}]\n")) << outcome.data;
+}
+
 TEST(SeveralLogs, AreAnsweredAlthoughOneCannotBeRead)
 {
     const TemporaryFolder folder;
