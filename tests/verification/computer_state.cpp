@@ -13,6 +13,7 @@
 #include "system/known_folder.h"
 #include "system/narrow.h"
 #include "system/owners.h"
+#include "tests/system/harness/dead_servers.h"
 
 namespace zelt::verification {
 namespace {
@@ -107,6 +108,25 @@ std::map<fs::path, std::optional<std::string>> FilesNow()
     return now;
 }
 
+// The processes whose programs are below the folder, whose path is in small letters, without this one.
+std::vector<UniqueHandle> ProgramsBelow(const std::wstring& folder)
+{
+    std::vector<UniqueHandle> programs;
+    const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL found = Process32FirstW(snapshot.get(), &entry); found; found = Process32NextW(snapshot.get(), &entry)) {
+        if (entry.th32ProcessID == GetCurrentProcessId()) continue;
+        UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE | SYNCHRONIZE, FALSE,
+                                         entry.th32ProcessID));
+        wchar_t path[32'768];
+        DWORD size = std::size(path);
+        if (process && QueryFullProcessImageNameW(process.get(), 0, path, &size) && Lower(path).starts_with(folder))
+            programs.push_back(std::move(process));
+    }
+    return programs;
+}
+
 }  // namespace
 
 std::vector<std::wstring> InstalledServers(const fs::path& root)
@@ -176,21 +196,16 @@ Differences ComputerState::PutBack() const
 
 void ComputerState::EndPrograms() const
 {
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-    PROCESSENTRY32W entry = {};
-    entry.dwSize = sizeof entry;
-    for (BOOL found = Process32FirstW(snapshot, &entry); found; found = Process32NextW(snapshot, &entry)) {
-        if (entry.th32ProcessID == GetCurrentProcessId()) continue;
-        const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE | SYNCHRONIZE,
-                                               FALSE, entry.th32ProcessID));
-        wchar_t path[32'768];
-        DWORD size = std::size(path);
-        if (!process || !QueryFullProcessImageNameW(process.get(), 0, path, &size)) continue;
-        if (!Lower(path).starts_with(root)) continue;
+    // A server ends some seconds after its last client.
+    constexpr DWORD kPatience = 20'000, kEnd = 10'000;
+    bool hasEnded = false;
+    for (const UniqueHandle& process : ProgramsBelow(root)) {
+        if (WaitForSingleObject(process.get(), kPatience) == WAIT_OBJECT_0) continue;
         TerminateProcess(process.get(), 1);
-        WaitForSingleObject(process.get(), 10'000);
+        WaitForSingleObject(process.get(), kEnd);
+        hasEnded = true;
     }
-    CloseHandle(snapshot);
+    if (hasEnded) test::DeadServersAreForgotten();
 }
 
 void ComputerState::PutBackPlace(const Place& before, Differences& differences) const

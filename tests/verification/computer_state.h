@@ -32,7 +32,7 @@ public:
     // users.
     ComputerState(const std::filesystem::path& root, bool forAll);
 
-    // Ends the programs of the folder that still run, except this one.
+    // Waits until the programs of the folder have ended, except this one; ends those that still run after a while.
     void EndPrograms() const;
 
     // Ends these programs, and puts back what tests of ZELT change.

@@ -43,7 +43,7 @@ std::wstring QuotedServer() { return L'"' + fs::absolute(BuiltServer()).make_pre
 void RegisterServerAndSamples()
 {
     // Dead servers of other tests may have left their classes.
-    ForgetDeadServers();
+    EXPECT_TRUE(DeadServersAreForgotten());
     RunToSuccess(QuotedServer() + L' ' + RegisterArgument());
     for (const char* library : kLibraries)
         EXPECT_EQ(S_OK, CallRegistration(BuiltFile(library), "DllRegisterServer")) << library;
@@ -216,7 +216,7 @@ void ServedPackages::KillServer()
     ServerHasDied();
 }
 
-void ServedPackages::ServerHasDied() { ForgetDeadServers(); }
+void ServedPackages::ServerHasDied() { EXPECT_TRUE(DeadServersAreForgotten()); }
 
 ComPtr<ICapeThermoPropertyPackageManager> ServedPackages::CreateManager()
 {
