@@ -32,7 +32,8 @@ public:
     // users.
     ComputerState(const std::filesystem::path& root, bool forAll);
 
-    // Waits until the programs of the folder have ended, except this one; ends those that still run after a while.
+    // Waits until the programs of the folder have ended, except this one; ends those that still run after a while. Afterwards, no
+    // client gets a class of a server that has been ended.
     void EndPrograms() const;
 
     // Ends these programs, and puts back what tests of ZELT change.
