@@ -31,6 +31,13 @@ TEST(TestOutput, IsReadTestByTest)
     EXPECT_EQ("file.cpp:9: Skipped\nno display\n", reading.results.at("A.e").output);
 }
 
+TEST(TestOutput, MayBeginItsLastLineWithTextOfTheTest)
+{
+    const Reading reading = ReadOutput("[ RUN      ] A.b\nprogress 7 %[       OK ] A.b (3 ms)\n[ RUN      ] A.c\n");
+    EXPECT_EQ("A.c", reading.unfinished);
+    EXPECT_EQ(State::Passed, reading.results.at("A.b").state);
+}
+
 TEST(TestOutput, ThatEndsInATestFailsIt)
 {
     const Reading reading =

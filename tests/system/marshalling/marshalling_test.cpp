@@ -9,6 +9,7 @@
 
 #include "tests/system/harness/process.h"
 #include "tests/system/harness/text_file.h"
+#include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/own_scope.h"
 #include "tests/trees.h"
 
@@ -36,6 +37,7 @@ protected:
     void TearDown() override
     {
         server.reset();
+        EXPECT_TRUE(DeadServersAreForgotten());
         std::error_code ignored;
         fs::remove_all(folder, ignored);
         EXPECT_EQ(0u, RunProcess(Quoted(BuiltServer()) + L' ' + UnregisterArgument(), {}, INFINITE));
