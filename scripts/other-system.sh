@@ -31,7 +31,8 @@ OnSystem()
     fi
     # The ./dev in the other system locks its own build folder.
     exec 8>&-
-    unshare --mount --pid --fork --kill-child -- "$BASH" -c "$(declare -f InSystem); InSystem \"\$@\"" InSystem "$root" "$folder" "$@" || exit
+    unshare --mount --pid --fork --kill-child -- "$BASH" -c "$(declare -f InSystem); InSystem \"\$@\"" InSystem \
+        "$root" "$folder" "$@" || exit
 }
 
 # MakeSystem <folder> <suite>

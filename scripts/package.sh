@@ -1,4 +1,5 @@
-# The setup program, the portable zip and the zips for developers, from one folder that holds the files as they will be installed. Sourced by ./dev.
+# The setup program and the portable zip, from one folder that holds the files as they will be installed; and the zips of symbols
+# and of the verification. Sourced by ./dev.
 
 Package()
 {

@@ -9,7 +9,8 @@ TraceView()
 {
     local viewer=$root/build/sources/$viewerPackage trace=$pageFolder/trace.json view
     [ -f "$viewer/dist/release/index.html" ] ||
-        Step trace-viewer "Fetching $viewerPackage $viewerVersion" FetchNpmPackage "$viewerPackage" "$viewerVersion" "$viewerHash" "$viewer"
+        Step trace-viewer "Fetching $viewerPackage $viewerVersion" \
+            FetchNpmPackage "$viewerPackage" "$viewerVersion" "$viewerHash" "$viewer"
     LoadTrace tests/recordings/golden/sample_recording.zlr
     view="$viewer/dist/release/index.html#localProfilePath=$pageFolder/trace.js"
     Step trace-table "Opening trace events in $viewerPackage" \

@@ -8,7 +8,8 @@ StageVerification()
     mkdir -p "$tree/docs" "$tree/tests"
     for build in i686 x86_64; do
         tools=$build-w64-mingw32
-        (cd "build/$build" && find samples tests -name CMakeFiles -prune -o -name fuzz -prune -o -type f \( -iname '*.exe' -o -iname '*.dll' \) -print) |
+        (cd "build/$build" && find samples tests \( -name CMakeFiles -o -name fuzz \) -prune \
+            -o -type f \( -iname '*.exe' -o -iname '*.dll' \) -print) |
             while read -r file; do
                 mkdir -p "$tree/build/$build/${file%/*}"
                 "$tools-strip" -o "$tree/build/$build/$file" "build/$build/$file"
@@ -67,6 +68,7 @@ RunVerification()
     # The heading, the system, each program, and each row of the page.
     grep -q '^  System     Wine ' "$result" || { echo "The page does not name the system."; return 1; }
     [ "$(grep -c '^  passed ' "$result")" -ge 12 ] || { echo "Fewer than twelve programs passed."; return 1; }
-    [ "$(grep -c '^               cannot be seen under Wine' "$result")" -eq "$(grep -c '^row |.* windows' "$root/tests/verification/plan.txt")" ] ||
-        { echo "The points are missing."; return 1; }
+    local points
+    points=$(grep -c '^row |.* windows' tests/verification/plan.txt)
+    [ "$(grep -c '^               cannot be seen under Wine' "$result")" -eq "$points" ] || { echo "Not all $points points are there."; return 1; }
 }

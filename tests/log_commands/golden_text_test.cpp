@@ -1,8 +1,9 @@
 // Golden files that are stored as differences.
 #include "tests/system/harness/golden_text.h"
-#include "tests/trees.h"
 
 #include <gtest/gtest.h>
+
+#include "tests/trees.h"
 
 namespace zelt::test {
 namespace {

@@ -1,7 +1,6 @@
 // The table of a log's sentences: a sentence written from a row is read as that row, and docs/log-format.md contains
 // each sentence.
 #include "log/vocabulary/found_sentence.h"
-#include "tests/trees.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +9,8 @@
 #include <set>
 #include <sstream>
 #include <vector>
+
+#include "tests/trees.h"
 
 namespace zelt {
 namespace {

@@ -9,7 +9,7 @@
 #include "system/elevation.h"
 #include "system/narrow.h"
 #include "system/registry_view.h"
-#include "tests/system/harness/under_wine.h"
+#include "tests/system/harness/rights.h"
 
 namespace zelt::verification {
 namespace {
@@ -106,7 +106,7 @@ std::string Screens()
 
 Needs Offers()
 {
-    Needs offers = {IsElevated() || test::UnderWine() ? "admin" : "plain"};
+    Needs offers = {test::MayRegisterForAll() ? "admin" : "plain"};
     if (!test::UnderWine()) offers.insert("windows");
     const USHORT machine = NativeMachine();
     if (machine == IMAGE_FILE_MACHINE_I386) offers.insert("32bit");

@@ -3,17 +3,13 @@
 // It lies in the tree of the tests, in build\i686\tests\verification. Exit code: 0 when nothing failed, 1 when something did, 2
 // when it could not begin.
 #include <windows.h>
-#include <io.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cctype>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -24,9 +20,10 @@
 #include "tests/system/harness/process.h"
 #include "tests/verification/computer.h"
 #include "tests/verification/computer_state.h"
+#include "tests/verification/hidden_names.h"
 #include "tests/verification/page.h"
 #include "tests/verification/plan.h"
-#include "tests/verification/test_program.h"
+#include "tests/verification/verification.h"
 
 namespace {
 
@@ -46,11 +43,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The user has pressed Ctrl+C.
-class Interrupted : public std::exception {};
-
 std::atomic<bool> interrupted = false;
-constexpr char kInterrupted[] = "interrupted";
 
 BOOL WINAPI Interrupt(DWORD event)
 {
@@ -62,8 +55,7 @@ BOOL WINAPI Interrupt(DWORD event)
 
 struct Options {
     bool asks = false;
-    bool takesLong = false;
-    std::string only;
+    Choice choice;
     fs::path result;
 };
 
@@ -79,9 +71,9 @@ Options ReadOptions(const std::vector<std::wstring>& words)
         if (words[i] == L"/ask")
             options.asks = true;
         else if (words[i] == L"/long")
-            options.takesLong = true;
+            options.choice.takesLong = true;
         else if (words[i] == L"/only")
-            options.only = zelt::Narrow(next(), CP_UTF8);
+            options.choice.only = zelt::Narrow(next(), CP_UTF8);
         else if (words[i] == L"/result")
             options.result = next();
         else
@@ -126,7 +118,7 @@ public:
     }
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
-    std::wstring Path() const { return folder.wstring(); }
+    const std::wstring& Path() const { return folder.native(); }
 
 private:
     fs::path folder;
@@ -160,129 +152,11 @@ private:
     std::optional<zelt::RegistryValue> before;
 };
 
-class Verification {
-public:
-    Verification(const fs::path& tree, Plan plan, const Options& options, const ComputerState& state,
-                 std::wstring scratch)
-        : tree(tree),
-          plan(std::move(plan)),
-          options(options),
-          state(state),
-          offers(Offers()),
-          scratch(std::move(scratch))
-    {
-        if (options.takesLong) offers.insert("long");
-    }
-
-    void Run(Page& page)
-    {
-        for (const Program& program : plan.programs) {
-            const std::string filter = Filter(program);
-            if (filter.empty()) continue;
-            ProgramResult result = {program.title, Unmet(program.needs), {}};
-            if (result.leftOut.empty() && interrupted) result.leftOut = kInterrupted;
-            if (result.leftOut.empty()) result.results = results[program.name] = RunProgram(program, filter);
-            page.programs.push_back(std::move(result));
-        }
-        for (const Row& row : plan.rows) {
-            if (IsWanted(row.point.what)) page.rows.emplace_back(row.point, AnswerRow(row));
-        }
-    }
-
-private:
-    bool IsWanted(const std::string& title) const { return title.find(options.only) != std::string::npos; }
-
-    // Why not all needs are met; empty when they are. Under Wine, that is the reason.
-    std::string Unmet(const Needs& needs) const
-    {
-        const auto lacks = [this](const std::string& need) { return !offers.contains(need); };
-        if (needs.contains("windows") && lacks("windows")) return Reason("windows");
-        const auto first = std::find_if(needs.begin(), needs.end(), lacks);
-        return first == needs.end() ? std::string() : Reason(*first);
-    }
-
-    const Program& ProgramOf(const std::string& name) const
-    {
-        return *std::find_if(plan.programs.begin(), plan.programs.end(),
-                             [&](const Program& program) { return program.name == name; });
-    }
-
-    std::string UnmetOf(const Row& row) const
-    {
-        std::string unmet = Unmet(row.needs);
-        for (const Tests& tests : row.tests) {
-            if (unmet.empty()) unmet = Unmet(ProgramOf(tests.program).needs);
-        }
-        return unmet;
-    }
-
-    // The tests of the program that are wanted; empty for none. Suites whose names begin with "Long" are run for their rows only.
-    std::string Filter(const Program& program) const
-    {
-        if (IsWanted(program.title)) return program.filter;
-        std::string filter;
-        for (const Row& row : plan.rows) {
-            if (!IsWanted(row.point.what) || !UnmetOf(row).empty() || row.needs.contains("long")) continue;
-            for (const Tests& tests : row.tests) {
-                if (tests.program == program.name) filter += (filter.empty() ? "" : ":") + tests.filter;
-            }
-        }
-        return filter;
-    }
-
-    // A program that cannot be run has failed, and the others are run.
-    TestResults RunProgram(const Program& program, const std::string& filter, DWORD patience = 20) const
-    {
-        std::fprintf(stderr, "%s\n", program.title.c_str());
-        const bool isConsole = _isatty(_fileno(stderr));
-        const auto show = [isConsole](std::size_t ended, std::size_t all) {
-            if (isConsole) std::fprintf(stderr, "\r  %zu of %zu ", ended, all);
-            if (interrupted) throw Interrupted();
-        };
-        TestResults ended;
-        try {
-            ended =
-                RunTests({(tree / fs::path(program.path).make_preferred()).wstring(), filter, scratch, patience}, show);
-        } catch (const Interrupted&) {
-            ended["(the program)"] = {State::Failed, "Interrupted.\n"};
-        } catch (const std::exception& failure) {
-            ended["(the program)"] = {State::Failed, std::string(failure.what()) + '\n'};
-        }
-        if (isConsole) std::fprintf(stderr, "\r                    \r");
-        // What a test has left running would be in the way of the next program.
-        state.EndPrograms();
-        return ended;
-    }
-
-    Answer AnswerRow(const Row& row)
-    {
-        if (std::string unmet = UnmetOf(row); !unmet.empty()) return {Verdict::LeftOut, unmet, {}};
-        if (row.tests.empty()) return {Verdict::ForAPerson, row.point.how, {}};
-        if (interrupted) return {Verdict::LeftOut, kInterrupted, {}};
-        if (!row.needs.contains("long")) return AnswerOf(row, results);
-        std::map<std::string, TestResults> ofRow;
-        SetEnvironmentVariableW(L"ZELT_TEST_EFFORT", L"100");
-        constexpr DWORD kPatience = 180;
-        for (const Tests& tests : row.tests)
-            ofRow[tests.program] = RunProgram(ProgramOf(tests.program), tests.filter, kPatience);
-        SetEnvironmentVariableW(L"ZELT_TEST_EFFORT", nullptr);
-        return AnswerOf(row, ofRow);
-    }
-
-    fs::path tree;
-    Plan plan;
-    Options options;
-    const ComputerState& state;
-    Needs offers;
-    std::wstring scratch;
-    std::map<std::string, TestResults> results;
-};
-
 void Ask(Page& page)
 {
-    std::cerr << "\nThe rest is for you to see. Answer y for yes, n for no, anything else to leave the point open; a "
-                 "remark may\n"
-                 "follow the letter.\n";
+    std::cerr
+        << "\nOnly you can see the rest. Answer y for yes, n for no, or anything else to leave the point open. A\n"
+           "remark may follow the letter.\n";
     for (auto& [point, answer] : page.rows) {
         if (answer.verdict != Verdict::ForAPerson || interrupted) continue;
         std::cerr << "\n" << point.what << "\n  " << point.how << "\nIs it so? " << std::flush;
@@ -292,44 +166,6 @@ void Ask(Page& page)
         if (line.starts_with('y')) answer = {Verdict::Passed, "by hand: " + line, {}};
         if (line.starts_with('n')) answer = {Verdict::Failed, "by hand: " + line, {}};
     }
-}
-
-// The text with all occurrences of `old` replaced, in whatever case.
-std::string Replaced(std::string text, const std::string& old, const std::string& by)
-{
-    if (old.empty()) return text;
-    const auto same = [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-    };
-    std::string result;
-    for (auto from = text.begin();;) {
-        const auto found = std::search(from, text.end(), old.begin(), old.end(), same);
-        result.append(from, found);
-        if (found == text.end()) return result;
-        result += by;
-        from = found + static_cast<std::ptrdiff_t>(old.size());
-    }
-}
-
-std::wstring Variable(const wchar_t* name)
-{
-    wchar_t value[32'767] = L"";
-    const DWORD length = GetEnvironmentVariableW(name, value, std::size(value));
-    return {value, std::min<std::size_t>(length, std::size(value) - 1)};
-}
-
-// Without the profile's path, as tests write paths, and without the name of the computer.
-std::string WithoutUser(std::string text)
-{
-    const std::wstring profile = Variable(L"USERPROFILE");
-    wchar_t brief[MAX_PATH] = L"";
-    GetShortPathNameW(profile.c_str(), brief, std::size(brief));
-    for (const std::wstring& path : {profile, std::wstring(brief)}) {
-        const std::string plain = zelt::Narrow(path, CP_UTF8);
-        for (const char* separator : {"\\", "/", "\\\\"})
-            text = Replaced(std::move(text), Replaced(plain, "\\", separator), "%USERPROFILE%");
-    }
-    return Replaced(std::move(text), zelt::Narrow(Variable(L"COMPUTERNAME"), CP_UTF8), "%COMPUTERNAME%");
 }
 
 // The console shows UTF-8 while this exists.
@@ -377,9 +213,8 @@ int Verify(const std::vector<std::wstring>& words)
     if (!offers.contains("64bit")) SetEnvironmentVariableW(L"ZELT_TEST_ONE_WIDTH", L"1");
     SetConsoleCtrlHandler(Interrupt, TRUE);
     SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED);
-    std::cerr << "The tests open windows and press keys. Leave keyboard and mouse alone until the page is printed; "
-                 "this takes\n"
-                 "about half an hour. Ctrl+C ends the tests and puts back what they changed.\n\n";
+    std::cerr << "The tests open windows and press keys. Leave the keyboard and the mouse alone until the page is\n"
+                 "printed; this takes about half an hour. Ctrl+C ends the tests and puts back what they changed.\n\n";
 
     Page page = {ZELT_VERSION, Facts(), {}, {}, {}};
     {
@@ -387,7 +222,7 @@ int Verify(const std::vector<std::wstring>& words)
         const ComputerState before(root, isAdministrator);
         {
             const QuietEnds quiet;
-            Verification(tree, plan, options, before, scratch.Path()).Run(page);
+            Verification(tree, plan, options.choice, before, scratch.Path(), interrupted).Run(page);
         }
         page.differences = before.PutBack();
     }

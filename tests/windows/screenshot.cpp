@@ -1,9 +1,10 @@
 #include "tests/windows/screenshot.h"
-#include "tests/trees.h"
 
 #include <algorithm>
 #include <fstream>
 #include <vector>
+
+#include "tests/trees.h"
 
 namespace zelt::test {
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/system/harness/text_file.h"
 #include "system/narrow.h"
+#include "tests/system/harness/text_file.h"
 #include "tests/trees.h"
 
 namespace zelt::test {

@@ -1,5 +1,4 @@
 #include "tests/system/exports/windows_commands.h"
-#include "tests/trees.h"
 
 #include "system/narrow.h"
 #include "ctl/doctor/doctor.h"
@@ -8,6 +7,7 @@
 #include "ctl/recording/windows_recording_commands.h"
 #include "ctl/report/report_command.h"
 #include "ctl/exports/manager_host.h"
+#include "tests/trees.h"
 
 namespace zelt::test {
 

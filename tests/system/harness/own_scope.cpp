@@ -2,8 +2,7 @@
 
 #include <filesystem>
 
-#include "system/elevation.h"
-#include "tests/system/harness/under_wine.h"
+#include "tests/system/harness/rights.h"
 
 namespace zelt::test {
 namespace {
@@ -32,11 +31,7 @@ private:
 
 }  // namespace
 
-Scope OwnScope()
-{
-    static const Scope scope = UnderWine() || IsElevated() ? Scope::Machine : Scope::User;
-    return scope;
-}
+Scope OwnScope() { return MayRegisterForAll() ? Scope::Machine : Scope::User; }
 
 std::wstring RegisterArgument() { return OwnScope() == Scope::Machine ? L"/RegServer" : L"/RegServerPerUser"; }
 std::wstring UnregisterArgument() { return OwnScope() == Scope::Machine ? L"/UnregServer" : L"/UnregServerPerUser"; }

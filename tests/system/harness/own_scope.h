@@ -1,4 +1,4 @@
-// For whom tests register: for all users where they may, as an administrator and under Wine, and otherwise for the current user.
+// For whom tests register: for all users where they may, and otherwise for the current user.
 #pragma once
 
 #include <windows.h>

@@ -7,10 +7,10 @@
 #include <filesystem>
 #include <optional>
 
-#include "tests/system/harness/process.h"
-#include "tests/system/harness/text_file.h"
 #include "tests/system/harness/dead_servers.h"
 #include "tests/system/harness/own_scope.h"
+#include "tests/system/harness/process.h"
+#include "tests/system/harness/text_file.h"
 #include "tests/trees.h"
 
 namespace zelt::test {

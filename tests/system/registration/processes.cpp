@@ -1,20 +1,17 @@
 #include "tests/system/registration/processes.h"
+
 #include "tests/trees.h"
-
-namespace {
-
-std::wstring CommandLine(const std::filesystem::path& program, const std::wstring& arguments)
-{
-    return L'"' + program.wstring() + L"\" " + arguments;
-}
-
-}  // namespace
 
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr char kClient[] = "tests/system/registration/activation_client.exe";
+
+std::wstring CommandLine(const fs::path& program, const std::wstring& arguments)
+{
+    return L'"' + program.wstring() + L"\" " + arguments;
+}
 
 }  // namespace
 

@@ -10,11 +10,8 @@ namespace {
 // When Windows hands out high addresses first, a 32-bit process that can have them gets one beyond its first two gigabytes.
 TEST(Addresses, AreHandedOutFromTheTop)
 {
-    NEEDS_WINDOWS();
-    DWORD preference = 0, size = sizeof preference;
-    RegGetValueW(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management",
-                 L"AllocationPreference", RRF_RT_REG_DWORD | RRF_SUBKEY_WOW6464KEY, nullptr, &preference, &size);
-    if (preference != 0x100000) GTEST_SKIP() << "AllocationPreference is not set";
+    NEEDS("windows");
+    NEEDS("topdown");
     void* const memory = VirtualAlloc(nullptr, 64 * 1024, MEM_RESERVE, PAGE_NOACCESS);
     EXPECT_GT(reinterpret_cast<ULONG_PTR>(memory), 0x80000000u);
     VirtualFree(memory, 0, MEM_RELEASE);

@@ -1,16 +1,9 @@
-// What a test of these needs: without it, the test is skipped and says so.
+// What a test of these needs, in the words of the plan: without it, the test is skipped and says why.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include "tests/system/harness/own_scope.h"
-#include "tests/system/harness/under_wine.h"
+#include "tests/verification/computer.h"
 
-#define NEEDS_WINDOWS() \
-    if (zelt::test::UnderWine()) GTEST_SKIP() << "cannot be seen under Wine"
-
-// A user without administrator's rights, and the opposite.
-#define NEEDS_A_PLAIN_USER() \
-    if (zelt::test::OwnScope() == zelt::Scope::Machine) GTEST_SKIP() << "needs a user without administrator's rights"
-#define NEEDS_AN_ADMINISTRATOR() \
-    if (zelt::test::OwnScope() == zelt::Scope::User) GTEST_SKIP() << "needs administrator's rights"
+#define NEEDS(word) \
+    if (!zelt::verification::Offers().contains(word)) GTEST_SKIP() << zelt::verification::Reason(word)

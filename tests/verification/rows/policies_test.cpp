@@ -117,7 +117,7 @@ private:
 
 TEST_P(ProcessPolicies, LeaveTheGuardWorking)
 {
-    NEEDS_WINDOWS();
+    NEEDS("windows");
     if (!std::filesystem::exists(Program())) GTEST_SKIP() << "this system does not run programs of that width";
     switch (Run()) {
         case Outcome::NotCreated: GTEST_SKIP() << "this version of Windows does not have " << ThePolicy().name;

@@ -18,8 +18,8 @@ protected:
 
 TEST_F(RegistrationForTheUser, IsFoundBySimulatorsOfBothWidths)
 {
-    NEEDS_WINDOWS();
-    NEEDS_A_PLAIN_USER();
+    NEEDS("windows");
+    NEEDS("plain");
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServerPerUser"));
     EXPECT_EQ(0u, RunToEnd(ClientPath(), kProgId));
     EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));
@@ -29,7 +29,7 @@ TEST_F(RegistrationForTheUser, IsFoundBySimulatorsOfBothWidths)
 
 TEST(RegistrationForAll, IsRefusedToAPlainUser)
 {
-    NEEDS_A_PLAIN_USER();
+    NEEDS("plain");
     const RegistrySnapshot before = TakeRegistrySnapshot();
     const DWORD code = RunToEnd(ServerPath(), L"/RegServer");
     EXPECT_NE(0u, code);

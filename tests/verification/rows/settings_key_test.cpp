@@ -55,7 +55,7 @@ private:
 
 TEST(SettingsKey, ThatMayNotBeWrittenIsSaidToTheUser)
 {
-    NEEDS_WINDOWS();
+    NEEDS("windows");
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Create({}, kSettings));
     const std::wstring tool =

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/system/harness/own_scope.h"
 #include "tests/system/registration/processes.h"
 #include "tests/system/registration/registry_snapshot.h"
 #include "tests/trees.h"
@@ -66,20 +67,20 @@ protected:
 
 TEST_F(Setup, ForAllServesSimulators)
 {
-    NEEDS_AN_ADMINISTRATOR();
+    NEEDS("admin");
     ServesSimulators(L"/S");
 }
 
 TEST_F(Setup, ForTheUserServesSimulators)
 {
-    NEEDS_WINDOWS();
-    NEEDS_A_PLAIN_USER();
+    NEEDS("windows");
+    NEEDS("plain");
     ServesSimulators(L"/S /CurrentUser");
 }
 
 TEST_F(Setup, ForAllIsRefusedToAPlainUser)
 {
-    NEEDS_A_PLAIN_USER();
+    NEEDS("plain");
     const RegistrySnapshot before = TakeRegistrySnapshot();
     EXPECT_EQ(kNeedsAdministrator, Install(L"/S"));
     EXPECT_FALSE(fs::exists(folder));

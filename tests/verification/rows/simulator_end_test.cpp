@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "system/owners.h"
+#include "tests/system/harness/own_scope.h"
 #include "tests/system/registration/processes.h"
 #include "tests/verification/rows/needs.h"
 
@@ -13,7 +14,7 @@ constexpr DWORD kLongest = 12 * 60 * 1000;
 
 TEST(LongKilledSimulator, IsForgottenByTheServer)
 {
-    NEEDS_WINDOWS();
+    NEEDS("windows");
     ASSERT_EQ(0u, RunToEnd(ServerPath(), RegisterArgument()));
     const std::wstring event = L"ZELT test kills " + std::to_wstring(GetCurrentProcessId());
     const UniqueHandle held{CreateEventW(nullptr, TRUE, FALSE, event.c_str())};

@@ -10,8 +10,7 @@
 
 #include "com/dispatch.h"
 #include "com/type_library_for_user.h"
-#include "system/elevation.h"
-#include "tests/system/harness/under_wine.h"
+#include "tests/system/harness/rights.h"
 
 namespace zelt::test {
 
@@ -83,7 +82,7 @@ public:
 
 private:
     // A user without administrator's rights registers it for itself.
-    const bool forAll = test::UnderWine() || IsElevated();
+    const bool forAll = MayRegisterForAll();
     HRESULT result;
 };
 
