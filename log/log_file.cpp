@@ -40,11 +40,15 @@ LogFile& LogFile::operator=(LogFile&& other) noexcept
     return *this;
 }
 
-int LogFile::Open(const std::wstring& path)
+int LogFile::Open(const std::wstring& path) { return Open(path, _O_WRONLY); }
+
+int LogFile::OpenForMapping(const std::wstring& path) { return Open(path, _O_RDWR); }
+
+int LogFile::Open(const std::wstring& path, int access)
 {
     Close();
     // Binary: the entries carry their own CR LF.
-    const int error = _wsopen_s(&descriptor, path.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
+    const int error = _wsopen_s(&descriptor, path.c_str(), access | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
                                 _SH_DENYWR, _S_IREAD | _S_IWRITE);
     if (error != 0) {
         descriptor = -1;
@@ -66,7 +70,7 @@ bool LogFile::Write(std::string_view entry)
         DWORD written = 0;
         const auto count = static_cast<DWORD>(std::min(entry.size() - done, kMostPerCall));
         if (!currentWriter(handle, entry.data() + done, count, &written) || written == 0) {
-            CutOff();
+            EndAt(size);
             return false;
         }
         done += written;
@@ -75,8 +79,9 @@ bool LogFile::Write(std::string_view entry)
     return true;
 }
 
-void LogFile::CutOff()
+void LogFile::EndAt(LONGLONG newSize)
 {
+    size = newSize;
     LARGE_INTEGER end;
     end.QuadPart = size;
     if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) SetEndOfFile(handle);

@@ -18,6 +18,8 @@ public:
 
     // Creates or truncates the file, denying other writers. Returns 0, or the runtime library's errno.
     int Open(const std::wstring& path);
+    // The same for a file that is written through a mapping, too.
+    int OpenForMapping(const std::wstring& path);
 
     // Accepts entries and writes them nowhere.
     void OpenNothing() { writesNothing = true; }
@@ -28,13 +30,18 @@ public:
     // Writes an entry whole or not at all: false when it could not be written; the part that the disk took is then cut off again.
     bool Write(std::string_view entry);
 
+    // The file ends after `newSize` bytes, and the next entry follows them.
+    void EndAt(LONGLONG newSize);
+
+    HANDLE Handle() const { return handle; }
+
     // Whether the disk has room for several entries, and not only for one that happens to be short.
     bool HasRoom() const;
 
     void Close();
 
 private:
-    void CutOff();
+    int Open(const std::wstring& path, int access);
 
     int descriptor = -1;
     bool writesNothing = false;

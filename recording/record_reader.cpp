@@ -343,6 +343,10 @@ bool RecordReader::Load(std::size_t& length)
             return false;
         }
         const auto byte = static_cast<unsigned char>(buffer[begin + head]);
+        if (byte == 0 && head == 0) {
+            end = ReadEnd::Complete;
+            return false;
+        }
         size |= static_cast<std::uint64_t>(byte & 0x7F) << (7 * head);
         if (!(byte & 0x80)) break;
         if (head == 4) {

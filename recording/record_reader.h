@@ -15,7 +15,7 @@ namespace zelt::recording {
 
 enum class ReadEnd {
     None,      // there is more
-    Complete,  // at the end of the file, after a whole record
+    Complete,  // after a whole record: at the end of the file, or at a 0, where a program that records puts the next one
     CutOff,    // in the middle of a record
     Damaged,   // at bytes that are no record
 };

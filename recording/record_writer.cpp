@@ -1,15 +1,6 @@
 #include "recording/record_writer.h"
 
-#include <algorithm>
-
-#include <protozero/varint.hpp>
-
 namespace zelt::recording {
-namespace {
-
-constexpr std::uint32_t kLengthDelimited = 2;  // the wire type
-
-}  // namespace
 
 void ValueWriter::Text(std::string_view utf8)
 {
@@ -47,7 +38,7 @@ void RecordWriter::Begin(const Header& header)
     fields.add_uint32(HeaderTag::Thread, header.thread);
     text(HeaderTag::Settings, header.settings);
     fields.add_uint64(HeaderTag::Frequency, header.frequency);
-    AppendBytes(RecordTag::Header, message);
+    pending.Append(RecordTag::Header, message);
 }
 
 void RecordWriter::Say(const Component& component)
@@ -66,7 +57,7 @@ void RecordWriter::Say(const Component& component)
     text(ComponentTag::LibraryVersion, component.libraryVersion);
     text(ComponentTag::LibraryHash, component.libraryHash);
     text(ComponentTag::ExportedName, component.exportedName);
-    AppendBytes(RecordTag::Component, message);
+    pending.Append(RecordTag::Component, message);
 }
 
 std::uint32_t RecordWriter::NewObject(std::uint64_t pointer, std::uint64_t proxy)
@@ -76,7 +67,7 @@ std::uint32_t RecordWriter::NewObject(std::uint64_t pointer, std::uint64_t proxy
     protozero::pbf_builder<ObjectTag> fields(message);
     if (row != 0) fields.add_uint32(ObjectTag::Pointer, row);
     if (proxyRow != 0) fields.add_uint32(ObjectTag::Proxy, proxyRow);
-    AppendBytes(RecordTag::Object, message);
+    pending.Append(RecordTag::Object, message);
     return ++objects;
 }
 
@@ -87,7 +78,7 @@ void RecordWriter::Query(std::uint32_t object, std::string_view interfaceId, boo
     protozero::pbf_builder<QueryTag> fields(message);
     fields.add_uint32(QueryTag::Object, object * 2 + (isGranted ? 1 : 0));
     fields.add_uint32(QueryTag::Interface, row);
-    AppendBytes(RecordTag::Query, message);
+    pending.Append(RecordTag::Query, message);
 }
 
 void RecordWriter::BeginCall(std::string_view member, std::string_view object, std::uint32_t number, bool isOutward,
@@ -103,9 +94,9 @@ void RecordWriter::BeginCall(std::string_view member, std::string_view object, s
     fields.add_uint64(CallTag::Start, now - lastTime);
     if (number != 0) fields.add_uint32(CallTag::Number, number);
     open.reserve(open.size() + 1);
-    latest = {whole, 0, number, lastTime};
-    AppendBytes(RecordTag::Call, message);
-    latest.end = whole;
+    latest = {pending.Size(), 0, number, lastTime};
+    pending.Append(RecordTag::Call, message);
+    latest.end = pending.Size();
     if (number != 0) objectNames[number - 1] = name;
     lastTime = now;
     open.push_back(now);
@@ -114,11 +105,11 @@ void RecordWriter::BeginCall(std::string_view member, std::string_view object, s
 void RecordWriter::Settle(std::size_t depth)
 {
     while (open.size() > depth) {
-        if (latest.end != whole || whole == 0) {
+        if (latest.end != pending.Size() || pending.Size() == 0) {
             EndCall(0, lastTime, 0, nullptr);
             continue;
         }
-        whole = latest.begin;
+        pending.CutTo(latest.begin);
         lastTime = latest.lastTime;
         // The removed record may have named the object, so the object's next call names it again.
         if (latest.number != 0) objectNames[latest.number - 1] = kNoRow;
@@ -148,7 +139,7 @@ void RecordWriter::EndCall(std::uint32_t status, std::uint64_t now, std::uint64_
         }
     }
     if (stream) fields.add_bytes(ResultTag::Stream, stream->data(), stream->size());
-    AppendBytes(RecordTag::Result, message);
+    pending.Append(RecordTag::Result, message);
     lastTime = now;
 }
 
@@ -156,7 +147,7 @@ void RecordWriter::Say(const SentenceParts& sentence)
 {
     message.clear();
     AppendTo(message, sentence);
-    AppendBytes(RecordTag::Sentence, message);
+    pending.Append(RecordTag::Sentence, message);
 }
 
 void RecordWriter::AppendTo(std::string& record, const SentenceParts& sentence)
@@ -173,36 +164,33 @@ void RecordWriter::AppendTo(std::string& record, const SentenceParts& sentence)
 void RecordWriter::End()
 {
     message.clear();
-    AppendBytes(RecordTag::End, message);
+    pending.Append(RecordTag::End, message);
 }
 
 void RecordWriter::Flush()
 {
-    pending.resize(whole);
-    if (pending.empty()) return;
-    if (isWhole) isWhole = output(pending);
-    whole = 0;
-    pending.clear();
+    if (pending.Size() == 0) return;
+    if (isWhole) isWhole = output(pending.All());
+    pending.CutTo(0);
 }
 
 std::uint32_t RecordWriter::RowOf(std::string_view text)
 {
-    const auto found = texts.find(text);
-    return found != texts.end() ? found->second : NewRow(text);
+    const std::optional<std::uint32_t> row = texts.Find(text);
+    return row ? *row : NewRow(text);
 }
 
 std::uint32_t RecordWriter::TryRowOf(std::string_view text)
 {
-    const auto found = texts.find(text);
-    if (found != texts.end()) return found->second;
+    if (const std::optional<std::uint32_t> row = texts.Find(text)) return *row;
     return text.size() > kLongestRow || textRows >= kMostRows ? kNoRow : NewRow(text);
 }
 
 std::uint32_t RecordWriter::NewRow(std::string_view text)
 {
-    AppendBytes(RecordTag::Text, text);
+    pending.Append(RecordTag::Text, text);
     const std::uint32_t row = textRows++;
-    texts.emplace(text, row);
+    texts.Add(text, row);
     return row;
 }
 
@@ -210,34 +198,10 @@ std::uint32_t RecordWriter::RowOf(std::uint64_t address)
 {
     const auto found = pointers.find(address);
     if (found != pointers.end()) return found->second;
-    std::string record;
-    protozero::pbf_builder<RecordTag>(record).add_uint64(RecordTag::Pointer, address);
-    AppendRecord(record);
+    pending.Append(RecordTag::Pointer, address);
     const std::uint32_t row = pointerRows++;
     pointers.emplace(address, row);
     return row;
-}
-
-void RecordWriter::AppendBytes(RecordTag tag, std::string_view bytes)
-{
-    std::string head;
-    protozero::add_varint_to_buffer(&head, static_cast<std::uint32_t>(tag) << 3 | kLengthDelimited);
-    protozero::add_varint_to_buffer(&head, bytes.size());
-    AppendRecord(head, bytes);
-}
-
-// Reserves memory before it appends, so that no part of a record is left when memory is short. A fault may have interrupted an
-// earlier call; the part of a record that it left is removed first.
-void RecordWriter::AppendRecord(std::string_view head, std::string_view rest)
-{
-    constexpr std::size_t kLongestLength = 10;
-    pending.resize(whole);
-    const std::size_t needed = whole + kLongestLength + head.size() + rest.size();
-    if (needed > pending.capacity()) pending.reserve(std::max(needed, 2 * pending.capacity()));
-    protozero::add_varint_to_buffer(&pending, head.size() + rest.size());
-    pending += head;
-    pending += rest;
-    whole = pending.size();
 }
 
 }  // namespace zelt::recording

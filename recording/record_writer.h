@@ -16,6 +16,8 @@
 #include <protozero/pbf_builder.hpp>
 
 #include "recording/format.h"
+#include "recording/pending_records.h"
+#include "recording/text_rows.h"
 
 namespace zelt::recording {
 
@@ -148,7 +150,7 @@ public:
         value.fields.add_uint32(ValueTag::Name, RowOf(name));
         value.fields.add_uint32(ValueTag::What, static_cast<std::uint32_t>(kind) * 2 + (isOut ? 1 : 0));
         body(value);
-        AppendBytes(RecordTag::Argument, message);
+        pending.Append(RecordTag::Argument, message);
     }
     void End();
 
@@ -165,11 +167,6 @@ private:
     static constexpr std::size_t kMostRows = 100'000;
     static constexpr std::uint32_t kNoRow = UINT32_MAX;
 
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-    };
-
     // The row of the text, which gets one if it is new. TryRowOf returns kNoRow for a text that gets none.
     std::uint32_t RowOf(std::string_view text);
     std::uint32_t TryRowOf(std::string_view text);
@@ -177,13 +174,11 @@ private:
     std::uint32_t NewRow(std::string_view text);
     // A row plus one, 0 for a null pointer.
     std::uint32_t RowPlusOne(std::uint64_t address) { return address == 0 ? 0 : RowOf(address) + 1; }
-    void AppendBytes(RecordTag tag, std::string_view bytes);
-    void AppendRecord(std::string_view head, std::string_view rest = {});
     void AppendTo(std::string& record, const SentenceParts& sentence);
 
     Output output;
-    std::string pending, message;
-    std::size_t whole = 0;  // the length of the records in `pending` that are complete
+    PendingRecords pending;
+    std::string message;
     // The latest call's record in `pending`, its object, and the time before it.
     struct {
         std::size_t begin = 0, end = 0;
@@ -192,7 +187,7 @@ private:
     } latest;
     // How many of each are in the file. The tables below lack those for which there was not enough memory.
     std::uint32_t textRows = 0, pointerRows = 0, objects = 0;
-    std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> texts;
+    TextRows texts;
     std::unordered_map<std::uint64_t, std::uint32_t> pointers;
     std::uint64_t lastTime = 0;
     std::vector<std::uint32_t> objectNames;  // the row of each object's latest name, by number, from 1

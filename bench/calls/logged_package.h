@@ -11,6 +11,7 @@
 #include "log/recording/call_recorder.h"
 #include "log/log_document.h"
 #include "log/log_options.h"
+#include "recording/record_reader.h"
 #include "thermo/material_object.h"
 #include "thermo/property_package_11.h"
 
@@ -66,7 +67,20 @@ public:
     }
 
     std::string Text() const { return Content(log.path); }
-    std::string Recording() const { return Content(recording.path); }
+    // The size of the records so far.
+    std::size_t RecordedBytes() const
+    {
+        const std::string content = Content(recording.path);
+        std::size_t at = 0;
+        recording::RecordReader records([&](char* bytes, std::size_t count) {
+            count = content.copy(bytes, count, at);
+            at += count;
+            return count;
+        });
+        while (records.Next()) {
+        }
+        return static_cast<std::size_t>(records.Offset());
+    }
 
 private:
     static std::string Content(const std::wstring& path)

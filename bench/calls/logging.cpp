@@ -40,9 +40,9 @@ std::size_t RecordedBytesOfACall(Call&& call)
 {
     LoggedPackage recorded(Sinks::Recording);
     call(recorded);
-    const std::size_t before = recorded.Recording().size();
+    const std::size_t before = recorded.RecordedBytes();
     call(recorded);
-    return recorded.Recording().size() - before;
+    return recorded.RecordedBytes() - before;
 }
 
 double TimeFloor(const std::vector<std::string_view>& entriesOfACall)

@@ -22,13 +22,13 @@ std::uint64_t StartOfRecording()
 std::unique_ptr<CallRecorder> CallRecorder::Make(const std::wstring& path, int& error)
 {
     LogFile file;
-    error = file.Open(path);
+    error = file.OpenForMapping(path);
     if (error != 0) return nullptr;
     return std::unique_ptr<CallRecorder>(new CallRecorder(std::move(file)));
 }
 
 CallRecorder::CallRecorder(LogFile openFile)
-    : file(std::move(openFile)), records([this](std::string_view bytes) { return file.Write(bytes); })
+    : output(std::move(openFile)), records([this](std::string_view bytes) { return output.Append(bytes); })
 {}
 
 std::uint64_t CallRecorder::Now() const
@@ -159,7 +159,7 @@ void CallRecorder::End() noexcept
         records.End();
         records.Flush();
     });
-    file.Close();
+    output.Close();
 }
 
 }  // namespace zelt

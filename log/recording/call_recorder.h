@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "guard/foreign_call.h"
-#include "log/log_file.h"
+#include "log/recording/mapped_output.h"
 #include "log/vocabulary/sentences.h"
 #include "recording/record_writer.h"
 
@@ -81,7 +81,7 @@ private:
         std::optional<std::string> stream = {};
     };
 
-    LogFile file;
+    MappedOutput output;
     recording::RecordWriter records;
     std::vector<OpenCall> open;
 };

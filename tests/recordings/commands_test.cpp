@@ -23,10 +23,12 @@ TEST(RecordingInfo, SaysHowOneEndsThatDoesNotEndWell)
     const std::string open = SampleRecording(false);
     const struct {
         std::string bytes, message;
-    } rows[] = {
-        {open, "has no end: its program is still running, or died\n"},
-        {open.substr(0, open.size() - 1), "is cut off in the middle of a record\n"},
-        {open + '\0', "is damaged at byte " + std::to_string(open.size()) + "; only what comes before is used\n"}};
+    } rows[] = {{open, "has no end: its program is still running, or died\n"},
+                {open.substr(0, open.size() - 1), "is cut off in the middle of a record\n"},
+                // What the file has until its program closes it, and a record without a field.
+                {open + std::string(1000, '\0'), "has no end: its program is still running, or died\n"},
+                {open + std::string("\1\0", 2),
+                 "is damaged at byte " + std::to_string(open.size()) + "; only what comes before is used\n"}};
     for (const auto& row : rows) {
         const TemporaryLog recording(row.bytes, "recorded");
         const Outcome outcome = RunCommand({"recording", "info", recording.Path()});

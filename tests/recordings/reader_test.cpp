@@ -183,6 +183,20 @@ TEST(RecordReading, OfEveryDamagedByteEnds)
     }
 }
 
+TEST(RecordReading, EndsWhereNothingIsWrittenYet)
+{
+    const std::string whole = SampleRecording();
+    ReadEnd end;
+    const int all = CountRecords(whole, end);
+    EXPECT_EQ(all, CountRecords(whole + std::string(100'000, '\0'), end));
+    EXPECT_EQ(ReadEnd::Complete, end);
+    // A program that copies records stores their first byte last.
+    EXPECT_EQ(all, CountRecords(whole + '\0' + whole.substr(1), end));
+    EXPECT_EQ(ReadEnd::Complete, end);
+    EXPECT_EQ(all, CountRecords(whole + std::string("\x80\0", 2), end));
+    EXPECT_EQ(ReadEnd::Damaged, end);
+}
+
 TEST(RecordReading, LeavesOutWhatItDoesNotKnow)
 {
     // The unknown field 90, as a record and inside a known record.

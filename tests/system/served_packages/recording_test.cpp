@@ -23,8 +23,8 @@ class Recordings : public ServedPackages, public testing::WithParamInterface<Wid
 protected:
     void SetUp() override
     {
-        if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
         ServedPackages::SetUp();
+        if (!HasSimulator(GetParam())) GTEST_SKIP() << kNoSimulator;
     }
     // Runs the simulator, and checks that each recording is small compared with its log.
     std::vector<fs::path> Record(const std::wstring& command) const
@@ -89,6 +89,25 @@ TEST_P(Recordings, OfAPackageWithoutALogAreWhole)
     ASSERT_EQ(1u, recordings.size());
     EXPECT_EQ("", MatchGolden("sample_simulator_11.zlg", Comparable(RenderedLog(recordings.front()))));
     ExpectReplayed(recordings.front());
+}
+
+// Another program can read them while the server records, and after it has died.
+TEST_P(Recordings, AreWholeUpToTheCallInProgress)
+{
+    Export({{kSampleManager, 0, L"Aromatics", L"Aromatics"}});
+    SimulatorInMidCall simulator(GetParam(), L"Aromatics");
+    ASSERT_TRUE(simulator.Reached());
+    const std::string log = OnlyLog();
+    ASSERT_LT(10'000u, log.size());
+    const fs::path recording = RecordingOf(Logs().front());
+    const auto expectWhole = [&] {
+        const std::string rendered = RenderedLog(recording);
+        EXPECT_EQ("", FirstDifference(log, rendered.substr(0, log.size())));
+    };
+    expectWhole();
+    KillServer();
+    expectWhole();
+    EXPECT_EQ(1u, simulator.Continue().exitCode);
 }
 
 TEST_P(Recordings, OfAPackageOf10AreReplayedToTheBit)
