@@ -18,6 +18,14 @@ void WarnForeignThread(LogDocument* document, std::string_view object, const cha
 
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
+// The query may let in a call that fills the cache.
+void InterfaceCache::Fill(IUnknown* wrapped, REFIID iid)
+{
+    ForeignPtr<IUnknown> found;
+    static_cast<void>(QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive())));
+    if (!pointer) pointer = found.Detach();
+}
+
 CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion)
 {
     recorded.proxy = DispatchPointer();

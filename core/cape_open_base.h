@@ -36,12 +36,8 @@ public:
     // The pointer, asked for on first use. Null when refused; a refusal is not remembered.
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
-        if (!pointer) {
-            // The query may let in a call that fills the cache.
-            ForeignPtr<IUnknown> found;
-            static_cast<void>(QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive())));
-            if (!pointer) pointer = found.Detach();
-        }
+        if (!pointer) [[unlikely]]
+            Fill(wrapped, iid);
         return pointer;
     }
     // The pointer, if the cache has it.
@@ -50,6 +46,8 @@ public:
     InterfaceCache* Next() const { return next; }
 
 private:
+    void Fill(IUnknown* wrapped, REFIID iid);
+
     IUnknown* pointer = nullptr;
     InterfaceCache* next;
 };

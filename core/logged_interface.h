@@ -7,10 +7,14 @@
 #include "com/dispatch.h"
 #include "core/arguments.h"
 
-// The one macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the order
+// The macro of a row: names the method once and yields both its address and its logged name. Descriptors follow in the order
 // of the parameters; marks are placed where their check belongs.
-#define LOGGED(Interface, Method, ...) \
-    (this->template Forward<&Interface::Method>(#Interface "::" #Method __VA_OPT__(, ) __VA_ARGS__))
+#define LOGGED(Interface, Method, ...) LOGGED_AS(#Interface "::" #Method, Interface, Method __VA_OPT__(, ) __VA_ARGS__)
+// The same for a method with another logged name.
+#define LOGGED_AS(name, Interface, Method, ...) \
+    (this->template Forward<&Interface::Method>(name, [&](auto&& use) ZELT_INLINE { return use(__VA_ARGS__); }))
+// For a lambda that is part of every call.
+#define ZELT_INLINE __attribute__((always_inline))
 
 namespace zelt {
 
@@ -47,12 +51,14 @@ struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
     using Type = std::tuple<P...>;
 };
 
-// Whether one of the descriptors may put the original object in the place of a proxy.
+// What is known of a row with these descriptors and marks before it is executed.
 template <class... D>
-consteval bool TakesObjects()
-{
-    return (requires { typename D::HandsBack; } || ...);
-}
+struct RowTraits {
+    using Parameters = typename ParametersOf<decltype(std::tuple_cat(ArgumentOf(std::declval<D&>())...))>::Type;
+    static constexpr bool kOnlyLogs = (OnlyLogs<D>() && ...);
+    // Whether one of the descriptors may put the original object in the place of a proxy.
+    static constexpr bool kTakesObjects = (requires { typename D::HandsBack; } || ...);
+};
 
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
 // `Base`: the part that implements the methods that are not rows; com::Part for an interface without IDispatch.
@@ -69,22 +75,25 @@ protected:
     // The wrapped object's interface; null when refused.
     I* Target() { return static_cast<I*>(Resolve(Proxy().Wrapped(), __uuidof(I))); }
 
-    // The method is a template argument, so that it is called like any virtual function and not through a pointer.
-    template <auto Method, class... D>
-    [[gnu::always_inline]] HRESULT Forward(const char* name, D... descriptors) noexcept
+    // The method is a template argument, so that it is called like any virtual function and not through a pointer. `row` makes the
+    // descriptors and marks, and calls a function with them. It makes them where they are used, because an unlogged call needs
+    // only their values.
+    template <auto Method, class Row>
+    [[gnu::always_inline]] HRESULT Forward(const char* name, Row row) noexcept
     {
-        using Arguments = decltype(std::tuple_cat(ArgumentOf(descriptors)...));
-        static_assert(
-            std::is_same_v<typename ParametersOf<Arguments>::Type, typename ParametersOf<decltype(Method)>::Type>,
-            "The row's arguments differ from the method's parameters");
+        using Traits = decltype(row([](auto... descriptors) { return RowTraits<decltype(descriptors)...>(); }));
+        static_assert(std::is_same_v<typename Traits::Parameters, typename ParametersOf<decltype(Method)>::Type>,
+                      "The row's arguments differ from the method's parameters");
 
         if (!Proxy().Admits(name)) [[unlikely]]
             return RPC_E_WRONG_THREAD;
-        if constexpr ((OnlyLogs<D>() && ...)) {
-            if (!Proxy().Document() && !(TakesObjects<D...>() && Proxy().HandsBackOriginals())) [[likely]]
-                return ForwardUnlogged<Method>(descriptors...);
+        if constexpr (Traits::kOnlyLogs) {
+            if (!Proxy().Document() && !(Traits::kTakesObjects && Proxy().HandsBackOriginals())) [[likely]] {
+                return row([&](const auto&... descriptors)
+                               ZELT_INLINE { return ForwardUnlogged<Method>(descriptors...); });
+            }
         }
-        return ForwardLogged<Method>(name, std::move(descriptors)...);
+        return row([&](auto... descriptors) { return ForwardLogged<Method>(name, std::move(descriptors)...); });
     }
 
 private:

@@ -38,8 +38,8 @@ struct LoggedObjectThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward<&ICapeThermoContext::SetMaterial>(kSetMaterial10, InObject("material", material),
-                                                         ChangesObject());
+        return LOGGED_AS(kSetMaterial10, ICapeThermoContext, SetMaterial, InObject("material", material),
+                         ChangesObject());
     }
 };
 

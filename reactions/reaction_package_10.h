@@ -43,9 +43,9 @@ struct LoggedReactionThermoContext final : LoggedInterface<ICapeThermoContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetMaterial)(IDispatch* material) override
     {
-        return Forward<&ICapeThermoContext::SetMaterial>(
-            kSetMaterial10, WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}),
-            ChangesObject());
+        return LOGGED_AS(kSetMaterial10, ICapeThermoContext, SetMaterial,
+                         WrappedIn("material", material, {WrapKind::MaterialObject, ThermoVersion::CapeOpen10}),
+                         ChangesObject());
     }
 };
 
