@@ -32,6 +32,7 @@ struct Writer {
     HMODULE library;
     decltype(&MiniDumpWriteDump) writeDump;
     HANDLE faulted, written, answered;
+    DWORD id;  // of the thread that writes
     wchar_t folder[MAX_PATH];
 
     std::atomic<bool> busy;
@@ -120,7 +121,9 @@ DWORD WINAPI WaitForFault(void*)
 
 LONG WINAPI OnFault(EXCEPTION_POINTERS* pointers)
 {
-    // A second thread with a fault waits for the end of the process. The writer itself has nobody to report to.
+    // Nobody is left to report a fault of the writer. Another thread with a fault waits for the end of the process.
+    if (GetCurrentThreadId() == writer.id)
+        TerminateProcess(GetCurrentProcess(), pointers->ExceptionRecord->ExceptionCode);
     if (writer.busy.exchange(true)) Sleep(INFINITE);
     writer.pointers = pointers;
     writer.thread = GetCurrentThreadId();
@@ -164,7 +167,7 @@ Outcome WriteDumpsOfFaults()
     writer.written = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     writer.answered = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     const UniqueHandle thread(writer.faulted && writer.written && writer.answered
-                                  ? CreateThread(nullptr, 0, WaitForFault, nullptr, 0, nullptr)
+                                  ? CreateThread(nullptr, 0, WaitForFault, nullptr, 0, &writer.id)
                                   : nullptr);
     if (!thread) return NoDumps(L"its thread cannot be started", GetLastError());
     SetUnhandledExceptionFilter(OnFault);

@@ -59,10 +59,10 @@ void Splitter::Arrange() const
     const int top = gap.bottom + kept;
     const int below = std::max(0, static_cast<int>(client.bottom) - margin - top);
     constexpr UINT kInPlace = SWP_NOZORDER | SWP_NOACTIVATE;
-    const HDWP moves = BeginDeferWindowPos(2);
-    DeferWindowPos(moves, upper, nullptr, margin, margin, width, gap.top - margin, kInPlace);
-    DeferWindowPos(moves, lower, nullptr, margin, top, width, below, kInPlace);
-    EndDeferWindowPos(moves);
+    HDWP moves = BeginDeferWindowPos(2);
+    if (moves) moves = DeferWindowPos(moves, upper, nullptr, margin, margin, width, gap.top - margin, kInPlace);
+    if (moves) moves = DeferWindowPos(moves, lower, nullptr, margin, top, width, below, kInPlace);
+    if (moves) EndDeferWindowPos(moves);
 }
 
 bool Splitter::IsUnderMouse() const

@@ -6,7 +6,7 @@
 namespace zelt::test {
 
 // Windows forgets the classes of a server that ends. Wine's service continues to hand them out until it is stopped: does that, so
-// that the next client does not get the class of a dead server. False if the service does not stop.
+// that the next client does not get the class of a dead server. False if the service does not stop within a minute.
 inline bool DeadServersAreForgotten()
 {
     if (!UnderWine()) return true;
@@ -14,7 +14,10 @@ inline bool DeadServersAreForgotten()
     const SC_HANDLE service = OpenServiceW(services, L"RpcSs", SERVICE_STOP | SERVICE_QUERY_STATUS);
     SERVICE_STATUS status = {};
     ControlService(service, SERVICE_CONTROL_STOP, &status);
-    while (QueryServiceStatus(service, &status) && status.dwCurrentState != SERVICE_STOPPED) Sleep(50);
+    for (int waited = 0; waited < 60'000; waited += 50) {
+        if (!QueryServiceStatus(service, &status) || status.dwCurrentState == SERVICE_STOPPED) break;
+        Sleep(50);
+    }
     CloseServiceHandle(service);
     CloseServiceHandle(services);
     return status.dwCurrentState == SERVICE_STOPPED;

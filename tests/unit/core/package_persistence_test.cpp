@@ -145,10 +145,9 @@ TEST_P(PackagePersistenceTest, EachInterfaceReachesItsOwn)
 
 // Tests the methods that both interfaces have, except GetClassID.
 template <class I>
-void SaveAndLoad(PackagePersistenceTest& test, const ComPtr<I>& persistence, FakeSavedPackage& package,
-                 const std::string& name, const std::string& prefix, const std::function<std::string()>& news)
+void SaveAndLoad(const ComPtr<I>& persistence, FakeSavedPackage& package, const std::string& name,
+                 const std::string& prefix, const std::function<std::string()>& news)
 {
-    static_cast<void>(test);
     ComPtr<IStream> stream;
     EXPECT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
     // What stands before the package's data is the simulator's own.
@@ -205,14 +204,13 @@ void SaveAndLoad(PackagePersistenceTest& test, const ComPtr<I>& persistence, Fak
 TEST_P(PackagePersistenceTest, ThroughIPersistStream)
 {
     Begin();
-    SaveAndLoad(*this, As<IPersistStream>(proxy), *package.Get(), "IPersistStream::", "plain.",
-                [this] { return News(); });
+    SaveAndLoad(As<IPersistStream>(proxy), *package.Get(), "IPersistStream::", "plain.", [this] { return News(); });
 }
 
 TEST_P(PackagePersistenceTest, ThroughIPersistStreamInit)
 {
     Begin();
-    SaveAndLoad(*this, As<IPersistStreamInit>(proxy), *package.Get(), "IPersistStreamInit::", "init.",
+    SaveAndLoad(As<IPersistStreamInit>(proxy), *package.Get(), "IPersistStreamInit::", "init.",
                 [this] { return News(); });
 }
 

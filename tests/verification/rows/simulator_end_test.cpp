@@ -16,6 +16,9 @@ TEST(LongKilledSimulator, IsForgottenByTheServer)
 {
     NEEDS("windows");
     ASSERT_EQ(0u, RunToEnd(ServerPath(), RegisterArgument()));
+    struct Registered {
+        ~Registered() { RunToEnd(ServerPath(), UnregisterArgument()); }
+    } const registered;
     const std::wstring event = L"ZELT test kills " + std::to_wstring(GetCurrentProcessId());
     const UniqueHandle held{CreateEventW(nullptr, TRUE, FALSE, event.c_str())};
     const UniqueHandle release{CreateEventW(nullptr, TRUE, FALSE, (event + L".release").c_str())};
@@ -24,7 +27,6 @@ TEST(LongKilledSimulator, IsForgottenByTheServer)
     EXPECT_EQ(1u, ProcessIds(L"ZELT.EXE").size());
     client.Kill();
     EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE", kLongest));
-    RunToEnd(ServerPath(), UnregisterArgument());
 }
 
 }  // namespace
