@@ -1,6 +1,7 @@
-// What the benchmarks share: a measured time and its floor, alternating in one run, printed as a row; also figures alone. A row
-// gives the medians, and the ratio of each pair's times as median and spread. Unless a benchmark says otherwise, times are
-// wall-clock times: where other programs interrupt a measurement, many short pairs give a steadier median than few long ones.
+// What the benchmarks share. A row compares a measured time with its floor: the two are measured in turn, in pairs, and the row
+// shows the median of each, and the median and spread of the pairs' ratios. A figure has no floor. Times are wall-clock times
+// unless a benchmark says otherwise. Other programs may interrupt a measurement, so prefer many short pairs to few long ones:
+// their median is steadier.
 #pragma once
 
 #include <chrono>
@@ -18,8 +19,8 @@ private:
     const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
-// The processor time that this process has used, where the system counts it finely; otherwise, on Windows, the time of a clock.
-// For work of one thread that waits for nothing: processor time does not depend on other programs.
+// The processor time that this process has used, which does not depend on other programs; on Windows, which counts it coarsely,
+// the time of a clock. For work of one thread that waits for nothing.
 double ProcessorSeconds();
 
 class WorkWatch {
@@ -34,7 +35,7 @@ struct Comparison {
     double floor;            // seconds, median
     double measured;         // seconds, median
     double ratio;            // median of the pairs
-    double lowest, highest;  // of the pairs, without a tenth of them at each end
+    double lowest, highest;  // of the pairs' ratios, without the lowest and the highest tenth
 };
 
 double Median(std::vector<double> values);
@@ -44,8 +45,8 @@ Comparison Compare(int pairs, const std::function<double()>& floor, const std::f
 
 void PrintTitle(const std::string& title);
 // `unit` is "s", "ms", "us" or "ns". The times are divided by `each`, for example by the number of calls, to show the time of
-// one. A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal. False when the
-// goal is missed.
+// one. A goal of 0 means none. A time that exceeds its floor by at most `orAdded`, in `unit`, also meets the goal. False when
+// the goal is missed.
 bool PrintRow(const std::string& what, const Comparison& comparison, double goal, const std::string& unit = "s",
               double each = 1, double orAdded = 0);
 // A figure that has no floor. False when the goal is missed.
@@ -62,7 +63,7 @@ struct Goal {
 Comparison MeasureRow(const std::string& what, int pairs, const Goal& goal, const std::function<double()>& floor,
                       const std::function<double()>& measured);
 
-// Notes whether a goal is met.
+// Notes, for ExitCode, whether a goal is met.
 void Require(bool isMet);
 // The exit code of a benchmark's program: not 0 when a goal was missed.
 int ExitCode();

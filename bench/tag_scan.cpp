@@ -51,7 +51,7 @@ int Open(const std::filesystem::path& path) { return open(path.c_str(), O_RDONLY
 long Read(int file, char* out) { return read(file, out, kPiece); }
 void Close(int file) { close(file); }
 
-// The C library's search is fast for one character.
+// This C library's memchr is fast.
 const char* Find(const char* from, const char* end, char c)
 {
     return static_cast<const char*>(std::memchr(from, c, static_cast<std::size_t>(end - from)));

@@ -13,7 +13,8 @@ set(CMAKE_CXX_FLAGS_INIT "${clang_target} -Wno-missing-exception-spec -nostdinc+
 foreach(kind EXE SHARED MODULE)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT "-B${gcc_folder} -L${gcc_folder} -L/usr/${toolchain_prefix}/lib")
 endforeach()
-# GCC adds the library of its threads by itself, after its C++ library. The others are those that CMake adds for MinGW.
+# GCC adds the library of its threads by itself; for clang it is named here, after the C++ library, which needs it. The libraries
+# before these two are those that CMake adds for MinGW.
 set(CMAKE_CXX_STANDARD_LIBRARIES
     "-lkernel32 -luser32 -lgdi32 -lwinspool -lshell32 -lole32 -loleaut32 -luuid -lcomdlg32 -ladvapi32 -lstdc++ -lwinpthread"
     CACHE STRING "")

@@ -9,7 +9,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# Built programs and tests run under Wine, 64-bit ones with its 64-bit loader: the other starts an extra program before each.
+# Built programs and tests run under Wine. For the 64-bit ones, its 64-bit loader is preferred, because the other loader starts an
+# extra program before each of them.
 if(CMAKE_HOST_UNIX)
   set(loaders wine)
   if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)

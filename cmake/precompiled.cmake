@@ -1,5 +1,5 @@
 # zelt_precompile(<name> <folder>... HEADERS <header>...): compiles the headers once, ahead of every C++ source of the targets
-# below the folders; otherwise they take most of the compile time. Sources still include what they use: `./dev lint` reads them
+# below the folders; otherwise they take most of the compile time. Sources still include what they use: `./dev lint` reads each
 # without the precompiled headers. Call it when the folders' targets are complete.
 function(zelt_precompile name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" HEADERS)

@@ -1,5 +1,5 @@
-# zelt_compiled_targets(<variable> <folder>...): sets the variable to the libraries and programs below the folders that compile
-# sources.
+# zelt_compiled_targets(<variable> <folder>...): sets the variable to the list of all libraries and programs below the folders,
+# without the interface libraries, which compile nothing.
 function(zelt_compiled_targets variable)
   set(found)
   foreach(folder IN LISTS ARGN)

@@ -14,14 +14,14 @@ namespace com {
 // Members that an interface may have in addition to those of IDispatch.
 inline constexpr std::size_t kMostDualMembers = 1024;
 
-// What implements a face.
+// Implements the members that are called through a face.
 class DualTarget {
 public:
     virtual Object& Owner() = 0;
     virtual ITypeInfo* Info() = 0;
     // Carries out the method with that number; 0 is the first after those of IDispatch. `words` are the arguments after the
-    // object's pointer. On x86_64, `registers` holds the floating-point registers in which any of the first three may have
-    // arrived; on i686 it is null. `count` is 0 at first; Call sets it to the number of words.
+    // object's pointer. On x86_64, `registers` holds the three floating-point registers in which the first three arguments may
+    // have arrived; on i686 it is null. `count` is 0 at first; Call sets it to the number of words.
     virtual HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept = 0;
 
 protected:

@@ -30,7 +30,8 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     } else if (IsEqualIID(iid, IID_IDispatch)) {
         if (ScriptInterface()) answer = &dispatch;
     } else {
-        // Foreign code may take part in the answer and release the object. An object without a reference is still being made.
+        // Foreign code may take part in the answer and release the object, so it is held. Not so an object without a reference,
+        // which is still being made: LetGo would destroy it.
         const bool isHeld = ReferenceCount() > 0;
         if (isHeld) Hold();
         const InterfaceEntry* entry = FindInterface(iid);
@@ -93,7 +94,7 @@ STDMETHODIMP_(ULONG) Object::Release()
 void Object::Destroy()
 {
     ForgetVisits();
-    // While the destructor releases what the object holds, nothing may bring it back to this point.
+    // The destructor releases what the object holds, which may release the object: that must not destroy it a second time.
     referenceCount = 1;
     delete this;
 }

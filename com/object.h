@@ -4,7 +4,8 @@
 // interfaces by accident when they share a method's name and signature.
 // An object starts with no reference; Create() hands out the first. Unless it is made with Home::Anywhere, it lives in the
 // apartment of the thread that made it, and nothing here is locked. Methods that touch the object's state ask Admits() first: a
-// call on another thread is refused. References that are released there are given back on the object's own thread (visits.cpp).
+// call on another thread is refused. A refused call is a visit, and so is a Release on another thread: the object's own thread
+// receives visits later, and gives back the references that were released (visits.cpp).
 #pragma once
 
 #include <windows.h>
@@ -50,7 +51,7 @@ private:
 };
 
 // Identifies the calling thread among all that are running, by the address of its NT_TIB, which the segment register leads to.
-// In assembly, because the compiler takes the address in the system header's own function for an array without elements.
+// In assembly, because the compiler warns about the system header's own function: it takes the address for an empty array.
 inline const void* ThisThread()
 {
     const void* self;
@@ -159,8 +160,8 @@ protected:
     // override may show a message box, and a box lets calls in.
     virtual void FinalRelease() {}
 
-    // Called once, on the object's own thread, after another thread has entered: with the member that was entered first, and the
-    // number of that thread.
+    // Called once, on the object's own thread, after another thread has called the object: with the member that was called
+    // first, and the number of the thread that called it.
     virtual void OnForeignThread(const char* /*member*/, DWORD /*thread*/) {}
 
 private:

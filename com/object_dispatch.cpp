@@ -19,7 +19,7 @@ constexpr int kMemberBits = 10;
 constexpr DISPID kFirstName = 0x5C000000;
 constexpr std::size_t kMostPlaces = static_cast<std::size_t>(kFirstName - kFirstMember) >> kMemberBits;
 
-// Keeps the object while foreign code runs, which may release it.
+// Keeps the object alive while foreign code runs, which may release the object.
 class Held {
 public:
     explicit Held(Object& object) : object(object) { object.Hold(); }
@@ -31,8 +31,8 @@ private:
     Object& object;
 };
 
-// Interfaces that no library of this module describes, and names that some object has in none of its interfaces, in the order
-// in which the process met them. Never forgotten, so that identifiers stay valid.
+// Interfaces that no library of this module describes, and names of members that belong to no interface, in the order in which
+// the process met them. Never forgotten, so that identifiers stay valid.
 std::vector<IID>& OtherInterfaces()
 {
     static auto& known = *new std::vector<IID>;

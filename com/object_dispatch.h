@@ -1,5 +1,5 @@
-// IDispatch of a whole object: a script reaches the members of the object's dual interfaces, not of just one. A
-// name is looked up first in the object's script interface, whose members keep their own identifiers. Then come the interfaces
+// IDispatch of a whole object: a script reaches the members of all the object's dual interfaces. A name is looked
+// up first in the object's script interface, whose members keep their own identifiers. Then come the interfaces
 // that this module's type libraries describe, in the order of the libraries, then those in the object's map that only the
 // registry describes, and last the names that no interface has (Object::FindMember). An identifier depends only on the
 // interface and the member, because programs get it from one object and use it for every object of that kind. The identifiers

@@ -50,8 +50,8 @@ void Object::Visit()
 }
 
 // Takes one object at a time: releasing an object's references may destroy another one, which takes itself off the list and so
-// must still be on it. Takes no more objects than there are at first: a component that never stops must not hold up the
-// apartment.
+// must still be on it. Takes no more objects than there are at first: a component that never stops releasing must not hold up
+// the apartment.
 void Object::ReceiveVisits()
 {
     std::size_t due = 1, behind = 0;

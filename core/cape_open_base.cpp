@@ -42,7 +42,7 @@ void CapeOpenBase::Wrap(IUnknown* object)
 
 void CapeOpenBase::Unwrap()
 {
-    // Forget the object before dropping the caches: a release may let in a call, which must not fill them from the old object again.
+    // Forget the object before dropping the caches: a release may let in a call, which must not refill them.
     const ForeignPtr<IUnknown> old = std::move(wrapped);
     for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
 }
@@ -165,7 +165,7 @@ void CapeOpenBase::OnForeignThread(const char* member, DWORD thread)
 
 void CapeOpenBase::FinalRelease()
 {
-    // What other threads have released no longer counts as held.
+    // References that other threads have released must not appear in the report.
     if (isRoot) ReceiveVisits();
     // A child leaves the tree before its interfaces are released: releasing them may destroy the root, whose report must list
     // only what is still held.
@@ -173,7 +173,7 @@ void CapeOpenBase::FinalRelease()
     isRoot = false;
     ReportChildren();
     if (LogDocument* log = Document()) log->Close();
-    // Only now: what the wrapped object itself still holds belongs in the report.
+    // After the report, because what the wrapped object itself holds belongs in it.
     DropInterfaces();
     wrapped = ForeignPtr<IUnknown>();
     kept.reset();

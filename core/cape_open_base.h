@@ -91,8 +91,8 @@ public:
     void SetReadOnly(bool readOnly) { isReadOnly = readOnly; }
     ThermoVersion ServedVersion() const { return servedVersion; }
 
-    // Call it on a root, before the root's first call. An object that goes back to the side it came from is then passed itself,
-    // not as its proxy.
+    // Call it on a root, before the root's first call. An object that goes back to the side it came from is then passed without
+    // its proxy.
     void HandBackOriginals() { handsBackOriginals = true; }
     bool HandsBackOriginals() const { return handsBackOriginals; }
     // If `argument` is a proxy of this tree whose object is on the same side as this proxy's object: that object, borrowed.
@@ -116,7 +116,7 @@ public:
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
-    // While calls are in progress, the proxy lives, whoever releases it, and the interfaces in use are not dropped.
+    // While a call is in progress, the proxy stays alive whoever releases it, and keeps the interfaces in use.
     void EnterCall()
     {
         Hold();

@@ -11,8 +11,8 @@
 namespace zelt {
 namespace {
 
-// The words that a call forwards. If the user wants it, an input that is a proxy of the same tree, with an object from the
-// callee's side, is replaced by that object, which is held here.
+// The words that a call forwards. If the user wants originals handed back, a proxy of the same tree whose object came from the
+// callee's side is replaced by that object, which is held here.
 class HandedBack {
 public:
     const void* Replace(const CapeOpenBase& proxy, const com::DualMethod& method, const void* words)
@@ -52,7 +52,7 @@ public:
 
     HRESULT Call(std::size_t number, void* words, const double* registers, std::size_t& count) noexcept override
     {
-        // The caller knows members that the type library lacks.
+        // A member that the caller knows, but the type library does not.
         if (number >= described->methods.size()) return E_NOTIMPL;
         const com::DualMethod& method = described->methods[number];
         count = method.words;

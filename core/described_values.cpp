@@ -20,13 +20,13 @@ T Read(const void* place)
     return value;
 }
 
-// A value of an enumeration by its name; a number that has none, such as a sum of flags, as a number.
+// Logs a value of an enumeration by its name. A value without a name, such as a sum of flags, is logged as a number.
 void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool isIn, long value)
 {
     const com::NamedValues& known = *parameter.enumeration;
     const auto found =
         std::find_if(known.values.begin(), known.values.end(), [value](const auto& one) { return one.first == value; });
-    // The types of the standard's enumerations are logged without the first letter, as in rows.
+    // As in rows, the types of the standard's enumerations are logged without their first letter, the "e".
     const std::string_view name = known.name;
     const std::string_view type = name.starts_with("eCape") ? name.substr(1) : name;
     const std::string shown = found != known.values.end() ? found->second : std::to_string(value);

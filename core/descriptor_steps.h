@@ -2,11 +2,15 @@
 // parameter's C++ type as `Parameter`, and the engine checks the row against the method's signature at compile time. A mark
 // carries none: it adds a check, or another action, at its place in the row.
 //
-// Steps, in this order: Begin (in each call that is admitted, even if it fails later), Describe (only for a logged call: log
-// the input, make the check), Answer (a result that ends the call without forwarding), Prepare (only for a logged call, or in a
-// tree that hands originals back: replace what goes in), Value (what is forwarded), Finish (after forwarding or an answer: wrap
-// and log what comes back), Release (after forwarding). An exception from Describe or Finish costs an entry of the log; one
-// from Prepare ends the call. The other steps throw nothing.
+// Steps, in this order:
+//   Begin     in each call that is admitted, even if it fails later
+//   Describe  only in a logged call: logs the input, makes the check
+//   Answer    may give a result that ends the call without forwarding it
+//   Prepare   only in a logged call, or in a tree that hands originals back: replaces what goes in
+//   Value     is what is forwarded
+//   Finish    after forwarding or an answer: wraps and logs what comes back
+//   Release   after forwarding
+// An exception from Describe or Finish costs an entry of the log, one from Prepare ends the call. Other steps throw nothing.
 #pragma once
 
 #include <optional>

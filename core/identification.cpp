@@ -13,7 +13,8 @@ void TakeName(CapeOpenBase& proxy, BSTR name)
     com::Attempt([&] { proxy.Rename(Narrow(TextOf(name))); });
 }
 
-// The proxy takes over the name that its object has accepted; one that is named before its object is made takes the name at once.
+// The proxy takes over a name that its object has accepted. A proxy that has a name before its object is made takes the new
+// name at once.
 struct Renames : Mark, NoSteps {
     BSTR name;
 

@@ -1,6 +1,6 @@
-// The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what escapes
-// into a status code, closes the element. arguments.h describes arguments; logged_interface.h puts the steps in order. Every path
-// writes exactly one closing tag; calls_in_progress.h sees to that for a call whose stack frame is removed by a fault.
+// The frame of one proxied call: opens the func element, finds the interface, forwards under the fault guard, turns what
+// escapes into a status code, closes the element. arguments.h describes arguments; logged_interface.h puts the steps in order.
+// Every path writes exactly one closing tag; for a call whose stack frame a fault removes, calls_in_progress.h sees to that.
 #pragma once
 
 #include <optional>
@@ -77,8 +77,8 @@ public:
     LoggedCall& operator=(const LoggedCall&) = delete;
 
     CapeOpenBase& Proxy() const { return proxy; }
-    // Where to log; null when nothing is logged. The answer stays the same for the whole call, though the document itself may be
-    // closed in mid-call and then ignores what is written.
+    // Where to log; null when nothing is logged. The answer stays the same for the whole call, though the document itself may
+    // be closed in mid-call and then ignores what is written.
     LogDocument* Document() const { return document; }
 
     // Writes a sentence inside the element; does nothing when the call is not logged.
@@ -135,8 +135,9 @@ public:
     }
 
 private:
-    // Takes the holds that EndCallsBeyond gives back: on the proxy, because the caller's reference may go while the package calls
-    // back, and on the document. A call may overflow the stack, so nothing is called between taking a hold and recording it.
+    // Holds the document and the proxy, because the caller's reference may go while the package calls back. If a fault removes
+    // the stack frame, EndCallsBeyond gives both holds back. Calling any function may overflow the stack, so none is called
+    // between taking a hold and recording it.
     [[gnu::always_inline]] void Enter(std::int32_t depth)
     {
         PrepareToEnterCall();

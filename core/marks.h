@@ -1,5 +1,4 @@
-// General marks: for an object that is needed, that the call initializes or terminates, or that is held; and for an error on a
-// condition.
+// Marks for the rows of any interface.
 #pragma once
 
 #include <optional>
@@ -9,7 +8,7 @@
 
 namespace zelt {
 
-// The wrapped object has to exist; the proxy may make it now.
+// The call needs the wrapped object; a proxy that has none may make it now.
 struct NeedsObject : Mark, NoSteps {
     std::optional<HRESULT> Answer(LoggedCall& call)
     {
@@ -39,7 +38,7 @@ struct ErrorIf : Mark, NoSteps {
 };
 
 // If the call is logged or the tree hands originals back, keeps the object behind a proxy alive during the forwarded call.
-// Leaves null, and an object that is no proxy, alone.
+// Does nothing for null, or for an object that is not a proxy.
 struct HoldOriginal : Mark, NoSteps {
     IUnknown* object;
     ForeignPtr<IUnknown> original;

@@ -208,7 +208,7 @@ void CopyElement(VARIANT& to, const VARIANT& from)
     com::Check(CallForeign([&] { return VariantCopy(&to, const_cast<VARIANT*>(&from)); }));
 }
 
-// An array of the same shape with one proxy for each object in `objects`, and the other elements as they are.
+// An array of the same shape as `objects`, with a proxy in the place of each object, and copies of the other elements.
 template <class Element>
 OwnedArray ArrayOfProxies(LoggedCall& call, const WrapSite& site, SAFEARRAY* objects, VARTYPE type)
 {

@@ -9,8 +9,8 @@
 
 namespace zelt {
 
-// Holds, for the length of a call, the object behind an argument that is a proxy of the same tree, if the call goes to the side
-// that this object came from and the tree hands originals back. A descriptor with such a member declares HandsBack.
+// For an argument that is a proxy of the same tree: holds the object behind it during a call, if the tree hands originals back
+// and the call goes to the side that the object came from. A descriptor with a member of this class declares HandsBack.
 class OriginalLent {
 public:
     // Looks for the object behind `argument`. False if there is none to hand back.
@@ -118,8 +118,8 @@ struct WrappedOut : NoSteps {
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
 
-// An object that comes back, logged as it was returned. If it is one of our proxies, the caller gets the object behind it, which
-// the caller itself once passed in. A failed call leaves null.
+// An object that comes back, logged as it was returned. If it is one of our proxies, the caller gets the object behind it,
+// which the caller itself once passed in. A failed call leaves null.
 struct OriginalOut : NoSteps {
     using Parameter = IDispatch**;
     const char* name;

@@ -15,8 +15,8 @@ namespace {
 
 std::span<const PartRow> table;
 
-// COM's own interfaces, such as those by which it recognises how an object is to be marshalled, activated or described. Most
-// have identifiers that only their first four bytes tell apart: xxxxxxxx-0000-0000-C000-000000000046.
+// COM's own interfaces, such as those by which it recognises how an object is to be marshalled, activated or described. The
+// identifiers of most of them differ only in the first four bytes: xxxxxxxx-0000-0000-C000-000000000046.
 bool BelongsToCom(REFIID iid)
 {
     GUID rest = iid;

@@ -1,7 +1,7 @@
 // Interfaces that a proxy's class lacks but its object has. The proxy offers them through parts; each is made when its
-// interface is first asked for, and lives as long as the proxy. The layers above install a table of interfaces that
-// have classes of logged methods (logged_interface.h) for parts; any other dual interface that MayCarry admits gets a part that
-// type information drives (described_part.h).
+// interface is first asked for, and lives as long as the proxy. For the interfaces in a table that the layers above
+// install, the parts are classes of logged methods (logged_interface.h). Any other dual interface that MayCarry admits gets a
+// part that type information drives (described_part.h).
 #pragma once
 
 #include <windows.h>

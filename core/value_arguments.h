@@ -121,8 +121,8 @@ auto Out(const char* name, T* value)
 {
     return OutArgument<T, ByType>(name, value, {});
 }
-// A list of names may come back as VT_EMPTY, because the standard returns a list without elements that way. Values may not,
-// unless the shape says that they are optional: the caller may not have asked for them.
+// A list of names may come back as VT_EMPTY, because the standard returns a list without elements that way. Other lists may do
+// so only if their shape allows it, because the caller need not have asked for them.
 inline auto Out(const char* name, VARIANT* value, Shape shape)
 {
     shape.allowEmpty |= shape.type == kStrings.type;

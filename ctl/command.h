@@ -1,5 +1,5 @@
-// Commands as rows: the name, what it takes, what it does. The words of a command line are matched with a row, checked against
-// it, and passed to its function; help is made from the same rows.
+// The commands are rows of tables: a name, what the command takes and what it does. Run finds the row for a command line,
+// checks the words against it and calls its function. Help is made from the same rows.
 #pragma once
 
 #include <map>
@@ -79,8 +79,8 @@ struct Command {
     int (*run)(const Arguments&, Streams&);
 };
 
-// Runs what `words` ask for, such as one of `commands` or their help, and returns the exit code. What a command throws becomes
-// a message; nothing is thrown except when memory runs out.
+// Runs the command that `words` ask for, or writes the help that they ask for, and returns the exit code. What a command throws
+// becomes a message. Run itself throws only when memory runs out.
 int Run(std::span<const Command> commands, const std::vector<std::string>& words, Streams& streams);
 
 }  // namespace zelt::ctl

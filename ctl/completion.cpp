@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::string_view kGeneral[] = {"help", "completion", "manual", "--help", "--version"};
 
-// The words that may come next, by what comes before them: "log" is one of those for "", "show" one of those for "log", and
-// --help one of those for "log show".
+// The words that may come next, by the words before them: for example "log" after "", "show" after "log", and --help after "log
+// show".
 using WordsAfter = std::map<std::string, std::vector<std::string>>;
 
 void Add(std::vector<std::string>& words, std::string_view word)
@@ -28,7 +28,6 @@ WordsAfter Words(std::span<const Command> commands)
         const std::string name = command.name;
         const std::size_t first = name.find(' '), second = name.find(' ', first + 1);
         Add(words[""], name.substr(0, first));
-        // The second word of a name is one of those that may follow its first.
         if (first != std::string::npos) Add(words[name.substr(0, first)], name.substr(first + 1, second - first - 1));
         std::vector<std::string>& options = words[name];
         for (const Option& option : command.options) Add(options, option.name);
@@ -39,7 +38,7 @@ WordsAfter Words(std::span<const Command> commands)
     return words;
 }
 
-// For each option whose value is one of a few words, such as "in|out": these words.
+// For each option with a choice of values, such as "in|out": these values.
 WordsAfter Choices(std::span<const Command> commands)
 {
     WordsAfter choices;
@@ -88,8 +87,8 @@ void WriteBash(std::span<const Command> commands, Output& out)
         if (before.empty()) {
             out << "    '') words='" << Joined(words, " ") << "' ;;\n";
         } else {
-            // The script joins the first two words. After a command of one word, the second is no part of the name, so the
-            // pattern ends in *.
+            // The script joins the first two words. After a command of one word, the second word does not belong to its name,
+            // so the pattern ends in *.
             const bool isGroup = std::any_of(commands.begin(), commands.end(), [&](const Command& command) {
                 return std::string_view(command.name).starts_with(group.first + ' ');
             });
@@ -179,7 +178,7 @@ void WriteManual(std::span<const Command> commands, Output& out)
         if (*command.operands) out << " \\fI" << Roff(command.operands) << "\\fR";
         out << '\n' << Roff(command.what) << ".\n";
         if (*command.details) {
-            // The lines of a table stay as they are.
+            // Without filling (.nf), a table keeps its lines.
             const bool isTable = std::string_view(command.details).find("\n  ") != std::string_view::npos;
             out << ".PP\n" << (isTable ? ".nf\n" : "") << Roff(command.details) << '\n' << (isTable ? ".fi\n" : "");
         }

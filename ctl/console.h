@@ -6,8 +6,8 @@
 
 namespace zelt::ctl {
 
-// Restores the code page even when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. One instance at
-// a time.
+// Restores the code page even when the user ends the program with Ctrl+C or Ctrl+Break, or closes the console. Only one
+// instance may exist at a time.
 class Utf8Console {
 public:
     Utf8Console();

@@ -1,4 +1,5 @@
-// Commands that need Windows. A program that lacks them says that they need Windows, instead of calling them unknown.
+// The commands that need Windows. The native zeltctl lacks them; it says that they need Windows instead of calling them
+// unknown.
 #pragma once
 
 #include <string_view>

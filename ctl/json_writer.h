@@ -15,7 +15,7 @@ class JsonWriter {
 public:
     explicit JsonWriter(Output& out) : out(out) {}
 
-    // An element of an array, or the value of a key.
+    // Each object, array or value is an element of an array, or follows a Key.
     JsonWriter& BeginObject() { return Begin('{'); }
     JsonWriter& EndObject() { return End('}'); }
     JsonWriter& BeginArray() { return Begin('['); }
@@ -30,7 +30,7 @@ public:
     JsonWriter& Member(std::string_view name, std::string_view text) { return Key(name).String(text); }
     JsonWriter& Member(std::string_view name, long long number) { return Key(name).Number(number); }
 
-    // Call it before each element of an array to put the elements on lines of their own.
+    // Call it before each element of an array to put each element on a separate line.
     JsonWriter& NewLine();
 
 private:

@@ -68,7 +68,7 @@ int RunCommands(const std::vector<std::string>& words)
     return Run(commands, words, streams);
 }
 
-// The outermost frame of the program: `words` makes the words of the command line. Reports exhausted memory without allocating.
+// Runs the program. `words` returns the words of the command line. Reports exhausted memory without allocating.
 template <class Words>
 int RunProgram(Words&& words) noexcept
 {
@@ -100,7 +100,7 @@ int wmain(int count, wchar_t** words)
 #else
 int main(int count, char** words)
 {
-    // A program may be started without even its own name.
+    // `count` is 0 if the program was started without even its own name.
     return RunProgram([&] { return std::vector<std::string>(words + (count > 0), words + count); });
 }
 #endif

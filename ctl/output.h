@@ -1,6 +1,6 @@
-// Text that the program writes, in UTF-8: collected, and written in large pieces. There is one Output for the data (standard
-// output) and one for the messages (standard error). Characters of a text that a terminal would obey are written as codes,
-// except tabs and line ends. Without a stream, an Output keeps everything that is written to it.
+// The UTF-8 text that the program writes. It is collected, and written to a stream in large pieces: one Output is for the data
+// (standard output), one for the messages (standard error). Hidden characters (see visible_text.h) appear as codes, except tabs
+// and line ends. An Output without a stream keeps everything that is written to it.
 #pragma once
 
 #include <cstdio>
@@ -92,10 +92,10 @@ private:
 // NO_COLOR and TERM, null when they are not set.
 bool WantsColours(bool isTerminal, const char* noColour, const char* terminal);
 
-// How much a command left out of its answer and only counted, for all logs that it was asked about.
+// How many messages a command only counted instead of showing them, in all its logs.
 struct LeftOut {
     long long queries = 0;  // see MessageKind::Query
-    long long alike = 0;    // warnings that say the same as another
+    long long alike = 0;    // warnings like one that is shown
 };
 
 struct Streams {

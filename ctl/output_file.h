@@ -9,7 +9,7 @@
 
 namespace zelt::ctl {
 
-// The option, as a row for the option tables of the commands that have it.
+// The row of -o in the option tables of the commands that have it.
 // clang-format off
 #define ZELT_OUTPUT_OPTION \
     {"-o", "FILE", "writes to this file, which appears when it is complete"}
@@ -24,8 +24,8 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
 
     Output& Data() { return data; }
-    // Gives the file its name. Throws std::runtime_error when the file cannot be written completely or renamed. Without this
-    // call, the file disappears.
+    // Renames the complete file to its final name. Throws std::runtime_error when the file cannot be written completely or
+    // renamed. Without this call, the destructor deletes the file.
     void Keep();
 
 private:

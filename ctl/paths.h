@@ -1,4 +1,4 @@
-// Paths of files on the command line, which is in UTF-8 on every system.
+// Converts between paths of files and UTF-8, the form of the command line on every system.
 #pragma once
 
 #include <filesystem>

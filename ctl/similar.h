@@ -13,7 +13,7 @@ std::size_t EditsBetween(std::string_view a, std::string_view b);
 // The candidate that is nearest to the word, if it is near enough to be meant; otherwise empty.
 std::string_view MostSimilar(std::string_view word, const std::vector<std::string_view>& candidates);
 
-// "", or ", did you mean "show"?".
+// For example, ", did you mean "show"?"; empty for an empty candidate.
 std::string DidYouMean(std::string_view candidate);
 
 }  // namespace zelt::ctl

@@ -17,8 +17,8 @@ bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 bool IsPlain(char c) { return c >= 0x20 && c < 0x7F; }
 
 #ifdef __SSE2__
-// How many bytes from `start` on can stay as they are, line ends and tabs included. Tests sixteen at a time, and does not test
-// the last few.
+// How many bytes from `start` on need no code, line ends and tabs included. Tests sixteen at a time; the last few are neither
+// tested nor counted.
 std::size_t PlainStart(std::string_view text, std::size_t start)
 {
     const __m128i blank = _mm_set1_epi8(' '), last = _mm_set1_epi8(0x7F), tab = _mm_set1_epi8('\t'),
@@ -27,7 +27,8 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
     for (; at + sizeof blank < text.size(); at += sizeof blank) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
         const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at + 1));
-        // Bytes from 0x80 on are negative. Large texts have many line ends, so there is no branch for them.
+        // Bytes from 0x80 on are negative, so they are less than a blank. Large texts have many line ends, so these need no
+        // branch.
         const __m128i special = _mm_or_si128(_mm_cmplt_epi8(bytes, blank), _mm_cmpeq_epi8(bytes, last));
         const __m128i pairs = _mm_and_si128(_mm_cmpeq_epi8(bytes, carriage), _mm_cmpeq_epi8(next, feed));
         const __m128i layout =
@@ -38,8 +39,8 @@ std::size_t PlainStart(std::string_view text, std::size_t start)
     return at - start;
 }
 #else
-// How many bytes from `start` on are plain. Does not test the last few. Nearly all text is plain, and a word takes no longer to
-// test than a byte.
+// How many bytes from `start` on are plain; the last few are neither tested nor counted. Nearly all text is plain, and a word
+// takes no longer to test than a byte.
 std::size_t PlainStart(std::string_view text, std::size_t start)
 {
     constexpr std::uint64_t kOnes = 0x0101010101010101, kHighBits = 0x80 * kOnes;

@@ -1,4 +1,4 @@
-// Characters that affect a terminal or the order in which text is read, shown as codes instead: control characters, and the
+// Shows codes in place of the characters that affect a terminal or the order in which text is read: control characters, and the
 // marks that change the writing direction. A log may contain them, because a package may choose any names.
 #pragma once
 
@@ -19,7 +19,7 @@ struct Character {
 // The first character of `text`, which is not empty.
 Character FirstCharacter(std::string_view text);
 
-// A control character (which includes line ends and tabs), or a mark that changes the writing direction.
+// Whether this is a control character (which includes line ends and tabs), or a mark that changes the writing direction.
 bool IsHidden(std::uint32_t code);
 
 // The width of the text as it is shown, if each character takes one column.

@@ -58,20 +58,20 @@ void TrapSignal(HMODULE library)
     if (const auto signal = Export<Signal>(library, "signal")) signal(SIGABRT, OnAbort);
 }
 
-// The runtime libraries of Microsoft's compilers with our traps, other than msvcrt.
+// The runtime libraries of Microsoft's compilers, other than msvcrt, in which our traps are set.
 std::vector<HMODULE> trapped;
 std::mutex trappedMutex;
 
 void __cdecl OnAbort(int)
 {
-    // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that action
-    // is the one we want next.
+    // The runtime library resets the signal to its default action before it calls the handler. Outside a guarded call that
+    // action is the one we want next.
     if (GuardDepth() == 0) {
         if (const auto action = unguardedAbort.load()) action();
         return;
     }
     std::signal(SIGABRT, OnAbort);
-    // Looking for libraries takes long, so it is done only when some have come or gone, or when the system does not tell.
+    // Looking for libraries takes long, so it is done only if some have come or gone, or if the system cannot tell.
     if (guard::librariesHaveChanged || !guard::StartNoticingLibraries()) {
         TrapAborts();
     } else {
@@ -81,13 +81,13 @@ void __cdecl OnAbort(int)
     RaiseAbort(nullptr);
 }
 
-// The handlers of invalid parameters and of pure calls, for the libraries that have them. Without ours, both would show a message
-// and end the process.
+// Our handlers of invalid parameters and of pure calls, for the libraries that accept them. The libraries' own handlers would
+// show a message and end the process.
 void __cdecl OnInvalidParameter(const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) { GiveUp(); }
 
 void __cdecl OnPureCall() { GiveUp(); }
 
-// Installs a handler in a library that has none: one that a package has set there knows better.
+// Installs a handler in a library, unless a package has already set its own there.
 template <class Handler>
 void SetHandler(HMODULE library, const char* name, Handler handler)
 {
@@ -165,7 +165,7 @@ private:
             if (previous) previous();
             std::abort();
         }
-        // If there is an outer guard, the current exception may be one that an outer package is handling.
+        // If there is an outer guard, the current exception may be another one, which an outer package is handling.
         RaiseAbort(depth == 1 ? TextInFlight() : nullptr);
     }
 
@@ -181,8 +181,8 @@ private:
         if (!type) return nullptr;
         const char* text = nullptr;
         if (std::strcmp(type->name(), "PKc") == 0 || std::strcmp(type->name(), "Pc") == 0) {
-            // The only field of std::exception_ptr is the address of the thrown object. Its reference is given back before the
-            // exception ends.
+            // The only field of std::exception_ptr is the address of the thrown object. `exception` gives its reference back
+            // before endCatch ends the exception.
             static_assert(sizeof(std::exception_ptr) == sizeof(const char* const*));
             const std::exception_ptr exception = currentException();
             const char* const* object = nullptr;

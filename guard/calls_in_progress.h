@@ -1,6 +1,6 @@
-// The proxied calls in progress in the proxies' apartment, recorded outside the stack. An outer call may catch a fault, above all
-// a stack overflow, of a call nested many levels deeper. The stack frames of the nested calls are then lost without having run
-// their destructors, and this code does the destructors' work. Every call enters and leaves here: those functions are inline.
+// The proxied calls in progress in the proxies' apartment, recorded outside the stack. An outer call may catch a fault, above
+// all a stack overflow, of a call nested many levels deeper. The stack frames of the nested calls are then lost without running
+// their destructors, and this code does the destructors' work. Every call enters and leaves here, so the functions are inline.
 #pragma once
 
 #include <cstddef>
@@ -57,7 +57,7 @@ inline void PrepareToEnterCall()
 inline void LeaveCallInProgress(std::size_t countBefore) { calls_in_progress::count = countBefore; }
 
 // Ends all calls but the outermost `count`, innermost first: closes their func elements and gives back what they hold. Usually
-// there are none, and it does nothing.
+// there are no other calls, and it does nothing.
 void EndCallsBeyond(std::size_t count) noexcept;
 
 }  // namespace zelt

@@ -24,8 +24,8 @@ namespace {
 constexpr ULONG kOverflowReserve = 32 * 1024;  // Stack kept back for the dispatch of an overflow.
 constexpr ULONG_PTR kRoomToRecover = 64 * 1024;
 
-// A guard too close to the end of the stack could not recover, because the throw itself would overflow again: an outer guard must
-// take the overflow. That happens when a package and a proxy call each other without end.
+// A guard too close to the end of the stack could not recover, because the throw itself would overflow again: an outer guard
+// must take the overflow. That happens when a package and a proxy call each other without end.
 bool HasRoomToRecover(const void* frame)
 {
     ULONG_PTR low = 0;
@@ -38,9 +38,9 @@ bool HasRoomToRecover(const void* frame)
 #ifdef _WIN64
 constexpr DWORD kGccThrow = 0x20474343;
 
-// True for C++ exceptions of any copy of GCC's runtime library: ours recognises them, and they find their handlers themselves.
-// Ours does not recognise exceptions of other libraries that use the same code: if it meets one while another exception is
-// being handled, it ends the process.
+// True for a C++ exception of any copy of GCC's runtime library: our copy recognises it, so it may pass and find its handler.
+// Other libraries throw with the same code. Our copy does not recognise their exceptions, and ends the process if it meets one
+// while another exception is being handled.
 bool PassesThrough(const EXCEPTION_RECORD& record)
 {
     char producer[8] = {};  // The exception's class: vendor and language. The last character varies.
@@ -52,8 +52,8 @@ bool PassesThrough(const EXCEPTION_RECORD& record)
 #endif
 
 #ifndef _WIN64
-// A 32-bit process learns only that an SSE instruction faulted. The processor's control and status word says which of the exceptions
-// that the callee has unmasked occurred; the first in the processor's order of priority counts.
+// A 32-bit process learns only that an SSE instruction faulted. The processor's control and status word says which of the
+// exceptions that the callee has unmasked occurred; the first in the processor's order of priority counts.
 DWORD NameOfSseException(DWORD code, const CONTEXT& context)
 {
     struct Flag {
@@ -84,8 +84,8 @@ DWORD NameOfSseException(DWORD code, const CONTEXT& context)
 }
 #endif
 
-// Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be learned about it:
-// the thrown object lives on the stack that is about to go.
+// Decides, before anything is unwound, whether the guard at `frame` takes the exception, and keeps what can be learned about
+// it: the thrown object lives on the stack that is about to go.
 bool Takes(const EXCEPTION_RECORD& record, const void* frame, Escape& escape)
 {
     if (record.ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) return false;

@@ -1,7 +1,7 @@
 // Calls into code that is not ours, made so that everything that escapes arrives as a C++ exception. The guard is a frame
-// handler around the single call, so faults that the callee handles itself never reach it. Keeps nothing after a call.
-// Abandoned frames of the callee are unwound as far as the system knows them; GCC's on i686 are not. It cannot stop exit() or a
-// fail-fast.
+// handler around the single call, so faults that the callee handles itself never reach it. It keeps nothing after a call.
+// Abandoned frames of the callee are unwound if the system knows them, which is not so for GCC's frames on i686. The guard
+// cannot stop exit() or a fail-fast.
 #pragma once
 
 #include <windows.h>
@@ -35,10 +35,9 @@ public:
     const char* what() const noexcept override { return "a component threw an exception or gave up"; }
 };
 
-// Makes the ways in which a callee gives up (abort_trap.h) catchable in guarded calls, in the loaded runtime libraries that
-// TrapAborts names. Reserves stack on the calling thread; without it, a stack overflow may leave no room to dispatch the
-// exception. Done at start-up for the main thread; call it first on each further thread that makes guarded calls. Cheap and
-// idempotent.
+// Calls TrapAborts (abort_trap.h), and reserves stack on the calling thread; without the reserve, a stack overflow may leave no
+// room to dispatch the exception. The main thread is prepared at start-up; call this first on each further thread that makes
+// guarded calls. Cheap and idempotent.
 void PrepareGuards();
 
 namespace guard {
@@ -54,8 +53,8 @@ struct Escape {
 
 using Function = void (*)(void* context);
 
-// The thunk (fault_guard_*.S): calls `function`, returns 0, or 1 when `escape` was filled. C++ exceptions leave it as Guarded
-// says.
+// The thunk (fault_guard_*.S): calls `function` and returns 0, or 1 if `escape` was filled. Guarded says which C++ exceptions
+// pass.
 extern "C" int ZeltGuardedCall(Function function, void* context, Escape* escape);
 
 [[noreturn]] void ThrowEscape(const Escape& escape);

@@ -66,8 +66,8 @@ _ZeltGuardedCall:
     jmp     .Lleave
     .cfi_endproc
 
-// void ZeltGuardUnwind(record, EXCEPTION_RECORD*): unwinds to the record and returns 1 from its guarded call. RtlUnwind preserves
-// no register but esp.
+// void ZeltGuardUnwind(GuardFrame*, EXCEPTION_RECORD*): unwinds to the frame and returns 1 from its guarded call. RtlUnwind
+// preserves no register but esp.
     .p2align 4
     .globl  _ZeltGuardUnwind
     .def    _ZeltGuardUnwind; .scl 2; .type 32; .endef

@@ -35,8 +35,8 @@ void AttemptForeign(Call&& call) noexcept
     }));
 }
 
-// Releases a reference on a foreign object and clears the pointer. Swallows a fault in the object's destruction: there is nobody
-// left to report it to.
+// Releases a reference on a foreign object and clears the pointer. Swallows a fault in the object's destruction: there is
+// nobody left to report it to.
 template <class I>
 void ReleaseForeign(I*& pointer) noexcept
 {
@@ -91,10 +91,10 @@ private:
     return FAILED(queried) ? queried : E_NOINTERFACE;
 }
 
+// The interface `I` of `object` (may be null); null on any refusal.
 template <class I>
 ForeignPtr<I> QueryForeign(IUnknown* object) noexcept
 {
-    // Null on any refusal.
     void* found = nullptr;
     static_cast<void>(QueryForeign(object, __uuidof(I), &found));
     return ForeignPtr<I>(static_cast<I*>(found));

@@ -11,7 +11,7 @@ HRESULT CreateForeign(REFCLSID clsid, DWORD contexts, REFIID iid, void** result)
 {
     *result = nullptr;
     const HRESULT created = CallForeign([&] { return CoCreateInstance(clsid, nullptr, contexts, iid, result); });
-    // A component's module may bring a runtime library of its own, whose abort must not end this process.
+    // A component may bring its own runtime library, whose abort must not end this process.
     PrepareGuards();
     if (FAILED(created)) {
         *result = nullptr;

@@ -1,4 +1,4 @@
-// Texts that foreign code returns, read without trusting the pointer: a package may return one that is no string.
+// Texts that foreign code returns, read without trusting the pointer: a package may return one that points to no string.
 #pragma once
 
 #include <oleauto.h>

@@ -1,5 +1,5 @@
-// Reads what runtime libraries other than ours attach to an exception. All of it is foreign memory and may be garbage: it is read
-// through the system, never dereferenced. Nothing throws; callable inside an exception handler.
+// Reads what runtime libraries other than ours attach to an exception. All of it is foreign memory and may be garbage: it is
+// read through the system, never dereferenced. These functions throw nothing and may be called inside an exception handler.
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,6 @@
 // The C++ exception that a guarded call throws for a hardware fault, and for any other structured exception that is neither a
-// foreign C++ exception nor the trap's (abort_trap.h). It carries the system's code. The texts are part of the log format. Owns
-// nothing; the texts are constants.
+// foreign C++ exception nor the trap's (abort_trap.h). It carries the system's code. The texts are constants, and part of the
+// log format.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,7 @@ public:
 
     DWORD Code() const { return code; }
 
-    // Never null; codes without a text of their own share one that does not show the code.
+    // Never null. All codes that the table lacks have the same text, which does not show the code.
     const char* Text() const;
     const char* what() const noexcept override { return Text(); }
 

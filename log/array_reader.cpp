@@ -44,7 +44,7 @@ ArrayReader::ArrayReader(SAFEARRAY* array, VARTYPE elementType, VARTYPE declared
     } else if (FAILED(SafeArrayGetLBound(array, 1, &lowerBound))) {
         message = "failed to get lower bound";
     } else if (FAILED(SafeArrayGetUBound(array, 1, &upperBound)) || std::int64_t{upperBound} - lowerBound < -1) {
-        // In the second case, the array has more elements than a bound can express.
+        // Where the difference is less than -1, the array has more elements than a bound can express.
         message = "failed to get upper bound";
     } else if ((SUCCEEDED(SafeArrayGetVartype(array, &actual)) ? actual : declaredType) != elementType ||
                (ElementSize(elementType) != 0 && array->cbElements != ElementSize(elementType))) {

@@ -58,8 +58,8 @@ void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, con
     ArgWriter::Write(document, name, isIn, type.name, [&](ArgWriter& arg) {
         const auto index = static_cast<unsigned>(value);
         if (index < type.values.size()) return arg.Value(type.values[index]);
-        // Readers of existing logs rely on this form: the error's line is indented twice, because the indentation of the value's
-        // line comes before it; the value's line is then not indented; and the hexadecimal digits are followed by a capital X.
+        // Readers of existing logs rely on this form: the error's line is indented twice, the value's line after it is not
+        // indented, and a capital X follows the hexadecimal digits.
         arg.Blanks(arg.Indentation(1));
         arg.Say(Sentence::WrongEnumerationValue, {type.name});
         char text[64];

@@ -1,9 +1,9 @@
 // The writer of one XML log file, shared by every proxy of one logged tree through counted holds. Each entry (a sentence with
 // its suppression warning, the opening or closing of a func element, a whole arg element) is put together in memory and written
-// at once. It knows nothing of interfaces or of argument types; value_writers.h does.
-// Not thread safe: a logged tree lives in one apartment. Nothing that writes throws. An entry for which the disk or the memory
-// has no room is lost whole, and so is all of a call whose opening is lost; where writing resumes, a warning counts the missing
-// entries.
+// at once. The writer knows nothing of interfaces or of argument types; value_writers.h does.
+// Not thread safe: a logged tree lives in one apartment. Writing never throws. An entry for which the disk or the memory has no
+// room is lost whole. If the opening of a call is lost, so is the whole call. Where writing resumes, a warning counts the
+// missing entries.
 #pragma once
 
 #include <windows.h>
@@ -47,9 +47,9 @@ LogClosedFunction SetLogClosed(LogClosedFunction function);
 
 class LogDocument {
 public:
-    // Writes the header. `options` says whether the log is offered to the user when it is closed, and must outlive the document.
-    // If the path is empty, nobody is told that the log is closed. `startText` is the time that the header gives; if it is empty,
-    // the current time.
+    // Writes the header. `options` says whether the log is offered to the user when it is closed, and must outlive the
+    // document. If the path is empty, nobody is told that the log is closed. `startText` is the time that the header gives; if
+    // it is empty, the current time.
     LogDocument(LogFile file, std::string objectName, std::string_view objectType, std::wstring logPath,
                 const LogOptions& options, std::string startText = {});
     ~LogDocument();
@@ -120,7 +120,7 @@ public:
     void EndOpenFuncs(std::int32_t depthLeft);
 
     // Closes the open elements, writes the footer, closes the file and, if it has a path, calls the function of SetLogClosed.
-    // Does so once.
+    // Does nothing when called again.
     void Close();
     // Closes the file without the footer.
     void Abandon() { file.Close(); }
@@ -172,7 +172,7 @@ private:
     }
 
     // Writing can resume when entries would appear inside the call that they belong to, and the disk has room. When the
-    // document is being closed, writing is tried without regard to the room.
+    // document is being closed, writing is tried however little room there is.
     bool MayResume() const { return openElements == depth && (isClosing || file.HasRoom()); }
     void AppendGap();
     void EndGap();
@@ -186,7 +186,7 @@ private:
     std::string entry;              // the entry being put together; grows to the largest and is reused
     std::int32_t depth = 0;         // calls in progress
     std::int32_t openElements = 0;  // how many of them, from the outermost, have their opening in the file
-    std::int32_t unclosed = 0;      // elements in the file, inside those, whose calls have ended without closing them
+    std::int32_t unclosed = 0;      // ended calls whose opening is in the file, but whose closing is not
     std::int64_t missing = 0;       // entries lost since the last one that was written
     bool hasHeader = false;
     bool isClosing = false;

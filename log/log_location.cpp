@@ -101,7 +101,7 @@ Outcome ChooseLogPath(const LogOptions& options, const std::wstring& title, std:
 Outcome ChooseRecordingPath(std::optional<std::wstring>& path)
 {
     path.reset();
-    // With "log-", the recording beside a log could have the same name.
+    // Not "log-": the recording beside a log could have the same name.
     return AutomaticPath(L"recording-", L".zlr", path);
 }
 

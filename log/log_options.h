@@ -1,5 +1,5 @@
-// The user's settings that govern logging and what else the proxies do, and their place in the registry. Loading leaves a
-// setting as it is if its value is missing or malformed.
+// The user's settings for logging and for the behaviour of the proxies, and where the registry keeps them. Loading does not
+// change a setting whose value is missing or malformed.
 #pragma once
 
 #include "system/outcome.h"

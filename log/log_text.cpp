@@ -59,7 +59,7 @@ T Read(const char* from)
     return value;
 }
 
-// Nearly all texts are copied as they are. The last bytes are looked at twice where they do not fill a whole step.
+// Whether the text can be copied unchanged, as nearly all can. The last step is always whole: it may look at some bytes again.
 bool IsCopied(std::string_view text)
 {
     const char* const begin = text.data();
@@ -89,9 +89,9 @@ char* Put(char* to, const char* from)
     return to + Size;
 }
 
-// --- Six significant digits of a double. The runtime library's conversion is exact for every value and takes longer than all the
-// rest of an entry. Most values do not need it: scaled by a power of ten that a double holds exactly, the six digits are the
-// integer part, and the scaling's error (one part in 2^52, so 1e-9 of a digit) matters only next to a tie.
+// --- Six significant digits of a double. The runtime library's conversion is exact for every value and takes longer than all
+// the rest of an entry. Most values do not need it: scaled by a power of ten that a double holds exactly, the six digits are
+// the integer part, and the scaling's error (one part in 2^52, so 1e-9 of a digit) matters only next to a tie.
 
 constexpr int kDigits = 6;
 constexpr double kLeast = 1e5, kTooMany = 1e6;  // an integer of six digits is at least kLeast and less than kTooMany

@@ -12,7 +12,7 @@ namespace zelt {
 struct LogOptions;
 
 struct OpenedLog {
-    // Holds no document when there is to be no log, because the user declined or for the reason in the outcome.
+    // Holds no document if there is no log: the user declined, or the outcome says why.
     DocumentHold document;
     Outcome outcome;
 };
@@ -26,7 +26,7 @@ OpenedLog OpenLog(LogOptions& options, const std::wstring& titleName, const std:
 // Begins a recording of a new object that is not logged: its document has no log.
 OpenedLog OpenRecording(LogOptions& options, const std::wstring& objectName, std::string_view objectType);
 
-// Called when a log has been opened and its user wants a notification. Installed by the layer that has a user; null does nothing.
+// Called when a log has been opened and its user wants a notification. Installed by the layer that has a user; may be null.
 using LogOpenedFunction = void (*)(const std::wstring& path);
 LogOpenedFunction SetLogOpened(LogOpenedFunction function);
 

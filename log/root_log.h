@@ -1,5 +1,5 @@
 // The log of a new root that a simulator has asked for: reads the options again, opens the log, and tells the user what went
-// wrong. The dialog for the place and the messages let calls in.
+// wrong. The dialog that asks for the place lets calls in, and so do the messages.
 #pragma once
 
 #include "log/log_options.h"

@@ -1,5 +1,5 @@
-// Writer of VARIANT arguments: the type attribute is the value's own VARTYPE, which is checked against the one that the
-// argument should have. If that is an array, the elements of an array are logged only if they have its element type.
+// Writer of VARIANT arguments: the type attribute is the value's own VARTYPE, which is checked against the expected one. Where
+// an array is expected, the elements of an array are logged only if they have the expected type.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // Searches the bytes of a log, sixteen at a time if the compiler may use SSE2, one at a time otherwise, with the same results.
-// The searches read up to kSlack bytes past what they look for, so a buffer needs as many bytes after its end.
+// The searches read up to kSlack bytes past what they look for, so a buffer needs that many extra bytes at its end.
 #pragma once
 
 #include <cstddef>
@@ -28,13 +28,13 @@ struct PlainBytes {
         while (IsPlainText(*at)) ++at;
         return at;
     }
-    // The first byte that is no blank.
+    // The first byte that is not a blank.
     static const char* EndOfBlanks(const char* at)
     {
         while (*at == ' ') ++at;
         return at;
     }
-    // The first ampersand or quote. Copies what is before it, and up to kSlack bytes more.
+    // Finds the first ampersand or quote, and copies the text before it, and up to kSlack bytes more.
     static const char* CopyToMarkup(const char* at, char* out)
     {
         while (*at != '&' && *at != '"') *out++ = *at++;
@@ -50,8 +50,8 @@ struct VectorBytes {
                       greater = _mm_set1_epi8('>'), one = _mm_set1_epi8(1), two = _mm_set1_epi8(2);
         while (true) {
             const __m128i bytes = Load(at);
-            // Bytes from 0x80 are negative. An ampersand with its lowest bit set is an apostrophe, and '<' with its second bit
-            // set is '>'.
+            // Bytes from 0x80 are negative. Setting the lowest bit turns an ampersand into an apostrophe, and setting the
+            // second turns '<' into '>', so one comparison finds both.
             const __m128i control = _mm_cmplt_epi8(bytes, blank);
             const __m128i first = _mm_or_si128(control, _mm_cmpeq_epi8(bytes, quote));
             const __m128i second = _mm_or_si128(_mm_cmpeq_epi8(_mm_or_si128(bytes, one), apostrophe),

@@ -9,22 +9,22 @@
 
 namespace zelt {
 
-// Translates the parser's line numbers into the log's. Where the parser does not begin at the beginning of the log, its document
-// begins with extra lines: those of the declaration and the root, and one for each open element.
+// Translates the parser's line numbers into the log's. When the parser begins in the middle of the log, its document has extra
+// lines first: those of the declaration and the root, and one for each open element.
 class LineMap {
 public:
     explicit LineMap(const ResumePoint& start);
     int LineOf(int parsed) const;
 
 private:
-    std::vector<int> first;  // the log's lines for the parser's first ones
-    int added = 0;           // what is added to the parser's other lines
+    std::vector<int> first;  // for each of the parser's extra lines, the log's line
+    int added = 0;           // what is added to each later line of the parser
 };
 
 // Marks the elements of the reader's document while it lives.
 class ElementLines {
 public:
-    // The map must outlive it.
+    // The map must outlive this object.
     ElementLines(xmlTextReaderPtr reader, const LineMap& map);
     ~ElementLines();
     ElementLines(const ElementLines&) = delete;

@@ -73,7 +73,7 @@ LogNames::LogNames(xmlTextReaderPtr reader)
     direction = known("direc");
 }
 
-// A log's root is neither a call nor a message. Any other root is shown like the rest.
+// The root of a log is not an event. A root with another name is one, like any other element.
 bool EventBuilder::IsLogRoot(const xmlNode* element) const
 {
     return element->name == names.root && !element->ns && element->parent && element->parent->type == XML_DOCUMENT_NODE;

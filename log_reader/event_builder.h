@@ -36,7 +36,7 @@ public:
     // Sends an event that waits for its first child, which may take long to arrive.
     void Flush();
 
-    // Call it at the end of the file, where elements may still be open: a waiting event has no children.
+    // Call it at the end of the file. An event that still waits has no children, and elements that are still open end here.
     void Finish();
 
 private:
@@ -52,7 +52,7 @@ private:
     const LogNames names;
     LogSink& sink;
     int depth = 0;
-    std::vector<EventKind> open;  // the kinds down to the latest event, by depth
+    std::vector<EventKind> open;  // the kinds of the latest event and of those around it, by depth
     bool waiting = false;
     // The fields of the waiting event. Its name and its text share one buffer.
     EventKind kind = EventKind::Other;

@@ -24,7 +24,7 @@ public:
 private:
     LogSink& sink;
     std::int64_t toSkip;
-    std::vector<char> leftOut;  // of the elements down to the latest, by depth
+    std::vector<char> leftOut;  // for the latest element and those around it, by depth
     bool latestPassed = false;  // whether the sink got the latest end
 };
 

@@ -1,6 +1,6 @@
 // What a log says, as a stream of events in the order of the file: each call, argument, value and message begins once and ends
-// once. Code that reads logs is a sink of these events. The views of an event belong to the reader and are valid during the call
-// that delivers it.
+// once. Code that reads logs is a sink of these events. The views of an event belong to the reader and are valid during the
+// call that delivers it.
 #pragma once
 
 #include <string_view>
@@ -13,9 +13,9 @@ struct LogEvent {
     EventKind kind;
     bool inward;            // of a call: the simulator calls the logged component; of an argument: it is an input
     bool hasChildren;       // it contains something, and the next event is its first child
-    int depth;              // 0 directly inside the root element, which itself is no event
+    int depth;              // 0 directly inside the root element, which is not an event itself
     int line;               // of the start tag's end, from 1; 0 unless the sink wants lines
-    std::string_view name;  // of a call or an argument, in UTF-8; empty elsewhere
+    std::string_view name;  // of a call or an argument, in UTF-8; empty for other kinds
     // The object of a call, the type of an argument, the value, the message; for any other element, its name and attributes. In
     // UTF-8.
     std::string_view text;
@@ -33,18 +33,19 @@ public:
     virtual void Begin(const LogEvent& event) = 0;
     // The latest event of this depth is complete. Each event has one end, even one that a damaged file leaves open.
     virtual void End(EventKind, int /*depth*/) {}
-    // The parser objects to something in this line. The report may come some events before those of the line itself; a sink
-    // that stops the reading may miss what the parser finds later.
+    // The parser objects to something in this line. The parser reads ahead, so the report may come before the line's own
+    // events. A sink that stops the reading may miss later errors.
     virtual void ParseError(int /*line*/) {}
     // Called at the end of a damaged file for each element that is still open, the root first, with the line of its start tag
-    // (0 unless the sink wants lines). The ends of these elements have been reported all the same.
+    // (0 unless the sink wants lines). End has been called for these elements, too.
     virtual void LeftOpen(int /*line*/) {}
     // Called after each end. False stops the reading.
     virtual bool Continue() { return true; }
-    // Lines of events are counted on demand, because counting takes a tenth of the reading time.
+    // Whether the sink needs the lines of events. They are counted only then, because counting takes a tenth of the reading
+    // time.
     virtual bool WantsLines() const { return false; }
-    // Asked before each argument. False leaves out its events and those of its values, but not those of messages inside, whose
-    // depth still counts what was left out.
+    // Asked before each argument. False leaves out the events of the argument and of its values. Messages inside it are still
+    // delivered, with the depth that they have in the file.
     virtual bool WantsArguments() const { return true; }
 };
 

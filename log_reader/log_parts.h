@@ -1,6 +1,6 @@
-// Reads a log in parts: once from its beginning to its end, to learn where parts of it may begin, and later any part by itself,
-// which gives the same events again, but with lines that count from the part's beginning. Only text exactly as ZELT writes it
-// has parts. A part may begin after the end of any element.
+// Reads a log in parts. The first reading goes through the whole log and shows where parts may begin: after the end of any
+// element. Later, any part can be read by itself; it gives the same events again, except that lines count from the part's
+// beginning. Only text exactly as ZELT writes it can be read in parts.
 #pragma once
 
 #include <cstdint>
@@ -13,14 +13,14 @@ namespace zelt {
 
 class PartSink : public LogSink {
 public:
-    // All events before this call are those of the bytes before `offset`. The events after it come from the parser and are in
-    // no part.
+    // The events before this call come from the bytes before `offset`. Those after it come from the parser and belong to no
+    // part.
     virtual void PartsEnd(std::int64_t offset) = 0;
 
 protected:
-    // Where the bytes of the events that have been delivered end. Valid during Continue, before PartsEnd.
+    // The events delivered until now come from the bytes before this offset. Valid during Continue, before PartsEnd.
     std::int64_t Offset() const { return offset(); }
-    // The line that begins there, from 1.
+    // The line that begins at that offset, from 1.
     int Line() const { return line(); }
 
 private:

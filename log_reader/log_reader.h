@@ -1,5 +1,6 @@
-// The contents of a log file as a stream of events. It knows nothing of windows and needs only libxml2, so that programs without
-// windows can use it too. The caller keeps the descriptor. Reads no other file and no network, even if the log refers to them.
+// The contents of a log file as a stream of events. The reader needs only libxml2, nothing of the user interface, so
+// command-line programs can use it too. It reads no other file and uses no network, even if the log refers to them. The caller
+// keeps the descriptor.
 #pragma once
 
 #include "log_reader/log_event.h"
@@ -12,7 +13,7 @@ public:
     virtual ~LogInput() = default;
     // Returns the number of bytes given, 0 at the end, -1 when nothing can be read. May wait.
     virtual int Read(char* out, int length) = 0;
-    // Whether it waits for a log that grows, and inserts a comment first: see ReadLog.
+    // Whether the input waits for a growing log to continue. It inserts a comment before it waits: see ReadLog.
     virtual bool Waits() const { return false; }
 };
 
@@ -33,8 +34,8 @@ constexpr int kReadAhead = 1 << 16;
 // elements or has an attribute of more than 10 million bytes ends there like a damaged one.
 LogReadResult ReadLog(int descriptor, LogSink& sink);
 
-// A comment in the text makes the reader send all that it has read. An event that waits for its first child then has
-// hasChildren set, although it may have none. An input inserts a comment before it waits for more. Logs contain no comments.
+// An input that waits for more text inserts a comment first. The comment makes the reader send all the events that it has read;
+// one that waits for its first child then has hasChildren set, although it may have none. Logs themselves contain no comments.
 LogReadResult ReadLog(LogInput& input, LogSink& sink);
 
 }  // namespace zelt

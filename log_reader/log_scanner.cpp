@@ -11,10 +11,11 @@
 namespace zelt {
 namespace {
 
-// The parser objects to more than 255 levels of elements, so a log that nests deeper than this is left to the parser.
+// A log that nests deeper than this is left to the parser, which objects to more than 255 levels of elements.
 constexpr std::size_t kDeepestScanned = 200;
 
-// For the parser, more blanks than this are text, even before it has seen what follows.
+// The parser takes more blanks than this as text, without looking at what follows, so a line that begins with more is left to
+// it.
 constexpr std::size_t kMostBlanks = 250;
 
 // A place where the parser may take over is noted this many bytes after what the parser has discarded.
@@ -55,7 +56,7 @@ struct Entity {
 // The entity that begins here; its length is 0 when logs have no such entity.
 inline Entity EntityAt(const char* at)
 {
-    // Most values with entities are texts in quotes.
+    // The quote comes first because most values with entities are texts in quotes.
     if (After(at, "&quot;")) return {'"', 6};
     if (After(at, "&lt;")) return {'<', 4};
     if (After(at, "&gt;")) return {'>', 4};
@@ -63,7 +64,7 @@ inline Entity EntityAt(const char* at)
     return {'\'', After(at, "&apos;") ? 6u : 0u};
 }
 
-// Continues at the first byte that is no plain text, where an entity must begin.
+// Continues ReadText at the first byte that is not plain text, where an entity must begin.
 template <class Bytes>
 const char* ReadEntities(RawText& text)
 {
@@ -76,7 +77,8 @@ const char* ReadEntities(RawText& text)
     }
 }
 
-// The quote where the text that begins here ends; null when ZELT would not have written it.
+// Reads the text that begins here, and returns the place of the closing quote; null for a text that ZELT would not have
+// written.
 template <class Bytes>
 inline const char* ReadText(const char* from, RawText& text)
 {
@@ -164,7 +166,7 @@ typename LogScanner<Bytes>::Step LogScanner<Bytes>::ScanRead()
 {
     const Step step = ScanTo(EndOfLastLine(filled));
     if (step != Step::Done) return step;
-    // An input that waits for more inserts a comment after the end of a line; the comment itself ends no line.
+    // An input that waits for more inserts a comment after the end of a line; no line end follows the comment.
     if (After(At(position), "<!")) return Step::Unknown;
     return MayBecomeLine({At(position), filled - position}) ? Step::Done : Step::Unknown;
 }
@@ -175,7 +177,7 @@ ResumePoint LogScanner<Bytes>::Resume() const
     return {InFile(resume.position), resume.origin, resume.line, resume.open, done - resume.done, open};
 }
 
-// False when the input gives no more, or when the line needs a larger buffer than it may have.
+// False when the input gives no more, or when the line needs a larger buffer than allowed.
 template <class Bytes>
 bool LogScanner<Bytes>::ReadMore()
 {
@@ -443,7 +445,8 @@ void LogScanner<Bytes>::PassLine(const char* end)
     const std::int64_t tagEnd = InFile(position) - 2;
     if (tagEnd + 2 >= parser.portion) FollowParser(InFile(tag), tagEnd);
     parser.afterTag = tagEnd;
-    // Far enough for the text that opens the elements to fit before the place, but before the parser discards again.
+    // The next line may become a candidate: it is far enough on for the text that opens the elements to fit before it, and the
+    // parser has not yet discarded again.
     if (!hasCandidate && tagEnd - parser.base > kCandidateDistance && stage == Stage::Content) isCandidateDue = true;
 }
 

@@ -2,8 +2,8 @@
 // that ZELT would not have written, or that has no end, it stops and names the place from which the parser delivers the events
 // that are still missing. A line counts only when all of it is right.
 //
-// It reads pieces of the file into a buffer rather than mapping it: a mapped page that another process truncates ends the
-// program, and a 32-bit process has no room for large files. The texts of its events are views of its buffers; it allocates
+// It reads pieces of the file into a buffer rather than mapping it: if another process truncates a mapped file, the program
+// crashes, and a 32-bit process has no room for large files. The texts of its events are views of its buffers; it allocates
 // only where a buffer has to grow.
 #pragma once
 
@@ -30,10 +30,10 @@ struct RawText {
     bool hasEntities;
 };
 
-// What the parser would have done with the file up to here. It takes portions, stops at the first tag that is not complete, and
-// discards what it has parsed when that is more than a certain amount. Where it discards affects what it reports about a
-// damaged file, because it then forgets how far it has looked ahead. So the parser takes over only where, reading its document
-// from that document's beginning, it will discard at the same place of the file. All offsets are in the file.
+// What the parser would have done with the file up to here. It takes a portion at a time, stops at the first tag that is not
+// complete, and discards what it has parsed once that is more than kKept bytes. When it discards, it forgets how far it has
+// looked ahead, so the place affects what it reports about a damaged file. Therefore the parser takes over only where it will
+// discard at the same place of the file as it would have without the scanner. All offsets are in the file.
 struct ParserState {
     static constexpr std::int64_t kFirst = 4, kPortion = 512, kKept = 4096, kBehind = 80;
 
@@ -111,7 +111,7 @@ private:
     std::int64_t discarded = 0;            // bytes of the file before the buffer
     std::optional<int> last;
 
-    int line = 1;  // the next line's
+    int line = 1;  // of the next line
     enum class Stage { Declaration, Root, Content, Over } stage = Stage::Declaration;
     std::vector<OpenElement> open;
     std::int64_t done = 0;  // beginnings and ends, including those that are left out

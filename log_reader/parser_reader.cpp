@@ -73,7 +73,8 @@ LogReadResult ReadByParser(LogInput& input, LogSink& wanted, const ResumePoint& 
 {
     EventGate sink(wanted, start);
     const LineMap lineMap(start);
-    // The reader hands over its document when asked for it; the document is destroyed last.
+    // When asked for its document, the reader gives up its ownership. The document is declared first so that it is destroyed
+    // last.
     std::unique_ptr<xmlDoc, Freer> document;
     const std::unique_ptr<xmlTextReader, Freer> reader(
         xmlReaderForIO(ReadInput, nullptr, &input, nullptr, nullptr,

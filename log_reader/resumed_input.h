@@ -1,7 +1,7 @@
 // The log from a place in its middle, as a separate document for the parser: a beginning that opens the elements that are open
-// at that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes from that place
-// on in the same portions as it would have from the file's beginning, because what it reads from a damaged file depends on
-// these.
+// at that place, what the scanner has read from there on, and the rest of the input. The parser gets the bytes after that place
+// in the same portions as if it had read the file from its beginning, because the portions affect what it reads from a damaged
+// file.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ std::size_t LengthOfBeginning(const std::vector<OpenElement>& open);
 
 class ResumedInput final : public LogInput {
 public:
-    // `read` is what was read from the place on; `last` what the input returned when it gave nothing more, if it did. `block` is
-    // the size of the pieces in which the file is read, a multiple of the parser's portions.
+    // `read` is what the scanner has read from the place on; `last` is the input's final answer, 0 or -1, if it has given one.
+    // `block` is the size of the pieces in which the file is read, a multiple of the parser's portions.
     ResumedInput(LogInput& rest, const ResumePoint& start, std::string_view read, std::optional<int> last,
                  std::size_t block);
 

@@ -1,6 +1,6 @@
 // The rest of a document whose reader has given up: the parser builds its tree a few hundred bytes ahead of the reader, and
-// after an error the reader withholds what lies between. In a log that was cut off this is the end of the log, which says most
-// about a crash. Owns nothing.
+// after an error the reader withholds the nodes that it has not shown. In a log that was cut off this is the end of the log,
+// which says most about a crash. Owns nothing.
 #pragma once
 
 #include <libxml/tree.h>
@@ -9,8 +9,9 @@ namespace zelt {
 
 class EventBuilder;
 
-// `position` is the reader's last node, null when it had shown none; `ended` says whether its end was shown too. `broken`, if
-// any, is left out. Returns false when the builder's sink wants no more.
+// `position` is the last node that the reader has shown, or null; `ended` says whether it has shown the node's end too.
+// `broken`, if not null, is a node whose tag is incomplete; it is left out. Returns false when the builder's sink wants no
+// more.
 bool BuildUnreadNodes(const xmlDoc* document, const xmlNode* position, bool ended, const xmlNode* broken,
                       EventBuilder& builder);
 

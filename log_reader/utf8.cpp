@@ -35,7 +35,8 @@ std::size_t LengthOfCharacter(std::string_view text)
     return lead->length;
 }
 
-// Checks a word at a time, and some bytes twice in the last word: nearly all texts of logs are short, and ASCII.
+// Nearly all texts of logs are short and ASCII, so this has to be fast: it checks a word at a time, and the last word may
+// overlap the one before.
 bool IsAscii(std::string_view text)
 {
     constexpr auto kHighBits = static_cast<std::size_t>(0x8080808080808080);

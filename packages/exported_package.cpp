@@ -25,7 +25,7 @@ std::string NextString(std::string_view& rest)
 
 bool ParseClassId(const std::string& text, CLSID& classId)
 {
-    // CLSIDFromString does not insist on braces: it reads text without them as a ProgID.
+    // This accepts a ProgID too: CLSIDFromString reads text without braces as one.
     return !text.empty() && SUCCEEDED(CLSIDFromString(Widen(text, kCodePage).c_str(), &classId));
 }
 

@@ -30,12 +30,12 @@ struct ExportedPackage {
     std::wstring exportedName;  // What the simulator sees; compared without regard to case.
     bool loggingEnabled = false;
 
-    // Replaces the record by what `multiString` says. It may end early: a missing string is empty. False, and the record
-    // undefined, when the class identifier or the kind is bad.
+    // Fills the record from `multiString`, which may end early: missing strings count as empty. Returns false when the class
+    // identifier or the kind is bad; the contents of the record are then undefined.
     bool Parse(std::string_view multiString);
 
     // The multi-string, with the five terminators and the final one. Names lose the characters that the code page lacks;
-    // real_names.h keeps them.
+    // real_names.h keeps the exact names.
     std::string Format() const;
 
     bool operator==(const ExportedPackage&) const = default;

@@ -18,7 +18,7 @@ constexpr wchar_t kCount[] = L"NumPackages";
 // Entries are numbered from 1.
 std::string ValueName(std::size_t index) { return "Package" + std::to_string(index + 1); }
 
-// Unique in the process, so that an identity from before a reload cannot name a record loaded since.
+// Unique in the process, so that an identity from before a reload never names a record that was loaded later.
 PackageIdentity NextIdentity()
 {
     static PackageIdentity last = 0;

@@ -1,6 +1,6 @@
 // The exported packages of an edition, in order of insertion, and their place in the registry. The list is the records' only
-// owner. Main thread only. A message box lets calls in that may change the list: after one, find a record again by its identity,
-// never by an index or a pointer from before.
+// owner. Main thread only. A message box lets calls in that may change the list: after one, find a record again by its
+// identity, never by an index or a pointer from before.
 #pragma once
 
 #include <cstdint>
@@ -37,7 +37,8 @@ public:
     void LoadLater(std::function<void()> load) { later = std::move(load); }
     void RequireLoaded();
 
-    // The numbers of the stored entries that the last load left out; of entries missing at the end, only the first.
+    // The numbers of the stored entries that the last load left out; if entries are missing at the end, only the first of
+    // those.
     const std::vector<int>& LeftOut() const { return leftOut; }
 
     std::size_t Count() const { return entries.size(); }

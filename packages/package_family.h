@@ -1,5 +1,5 @@
-// What distinguishes the three families of packages: the manager that hands them out, the foreign managers they come from, their
-// proxy, and the texts that name them, which reach the caller and the user unchanged.
+// What distinguishes the three families of packages: the manager that hands them out, the foreign managers they come from,
+// their proxy, and their texts, which reach the caller and the user unchanged.
 #pragma once
 
 #include <windows.h>

@@ -30,7 +30,7 @@ ProxyPtr NewProxy()
 
 }  // namespace
 
-// Misspelled words are part of the texts: programs that read them may rely on them.
+// The misspellings are intended: programs may rely on these exact texts.
 const PackageFamily kPropertyPackages11 = {
     .type = L"PP 1.1",
     .logDescription = "CAPE-OPEN version 1.1 Physical Property Package",

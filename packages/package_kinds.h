@@ -35,7 +35,7 @@ constexpr bool IsManager(PackageKind kind) { return static_cast<unsigned>(kind) 
 
 constexpr bool IsReactionPackage(PackageKind kind) { return kind >= PackageKind::ReactionPackage10FromManager; }
 
-// The installed components, one list per kind, except this program's own: exporting its packages once more would never end.
+// The installed components, one list per kind, except this program's own: their packages are exported already.
 FoundComponents FindPackageComponents(std::span<const PackageKindRow> kinds,
                                       const ClassSources& sources = InstalledClasses());
 

@@ -1,8 +1,7 @@
 // Who may write the stored list of exported packages. A process that keeps the list in memory writes all of it after each
 // change that it makes, so nobody else may change what is stored. Such a process has a PackageListHold. Others change the
-// stored list under a PackageListEdit, which is refused while anybody holds the list.
-// Both are named kernel objects of the user, the same in all sessions and with all rights. The system releases those of a process
-// that dies.
+// stored list under a PackageListEdit, which is refused while anybody holds the list. Both are named kernel objects of the
+// user. All sessions share them, with and without administrator's rights. When a process dies, the system releases its objects.
 #pragma once
 
 #include "system/edition.h"

@@ -98,8 +98,8 @@ HRESULT PackageManager::Edit()
     });
 }
 
-// Opens the managers' dialogs one after the other, in the order in which the list first names the managers. S_OK when one of them
-// has changed something, S_FALSE when none has, E_NOTIMPL when there is no dialog.
+// Opens the managers' dialogs one after the other, in the order in which the list first names the managers. S_OK when one of
+// them has changed something, S_FALSE when none has, E_NOTIMPL when there is no dialog.
 HRESULT PackageManager::EditManagers()
 {
     // Collected first: the list may change while a dialog is open.
@@ -123,7 +123,7 @@ HRESULT PackageManager::EditManagers()
 
 HRESULT PackageManager::OfferRemoval(PackageIdentity record, HRESULT code, const std::wstring& description)
 {
-    // A call that the box lets in may read the error already.
+    // Raised before the box is shown, because a call that the box lets in may already read the error.
     static_cast<void>(Raise(code, description));
     const int answer =
         ShowMessage(description + family.removalPrompt, L"ZELT:", MB_YESNO | MB_ICONQUESTION | MB_TOPMOST);

@@ -9,12 +9,13 @@
 namespace zelt {
 namespace {
 
-// How many of the entry's strings must be the same for the names to belong to this package: all but the last, which says whether
-// the package is logged. The strings are compared as the registry has them, in Unicode, and so do not depend on the code page.
+// How many of the entry's strings must be the same for the names to belong to this package: all but the last, which says
+// whether the package is logged. The strings are compared as the registry has them, in Unicode, and so do not depend on the
+// code page.
 constexpr std::size_t kCompared = 4;
 
 std::wstring EntryName(std::size_t number) { return L"Package" + std::to_wstring(number); }
-// Not mistaken for an entry by programs that know only the entries: they read the number after "Package", which is 0 here.
+// Programs that know only the entries do not mistake this name for one: they read the number after "Package", which is 0 here.
 std::wstring NamesName(std::size_t number) { return L"PackageNames" + std::to_wstring(number); }
 
 bool IsPlain(const std::wstring& text)

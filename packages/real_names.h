@@ -9,8 +9,8 @@
 
 namespace zelt {
 
-// Replaces the names of a package that was read from the entry of that number, counted from 1. A value that was made for an
-// earlier entry of this number changes nothing.
+// Gives a package its exact names. `number` is that of the entry from which the package was read, from 1. A second value that
+// was written for an earlier entry of this number is ignored.
 void ReadRealNames(const RegistryKey& key, std::size_t number, ExportedPackage& package);
 
 // Call it when the entry has been written. Writes the second value, or removes it if the package needs none.

@@ -75,7 +75,8 @@ struct LoggedReactionsRoutine final : LoggedInterface<ICapeReactionsRoutine> {
     }
 };
 
-// The logged name of the 1.0 material context's method, which shares its name with the 1.1 one.
+// The name that the log shows for SetMaterial of CAPE-OPEN 1.0. The version distinguishes it from the 1.1 method of the same
+// name.
 inline constexpr char kSetMaterial10[] = "ICapeThermoMaterialContext(v1.0)::SetMaterial";
 
 }  // namespace zelt

@@ -1,5 +1,5 @@
-// CReactionObject: the proxy of a reaction object, which a reaction package or unit operation is given. A material
-// that is set on it comes from the object's own side, so materials are not wrapped.
+// CReactionObject: the proxy of a reaction object, which a reaction package or unit operation is given. The materials that are
+// set on it come from the same side as the object, so they are not wrapped.
 #pragma once
 
 #include <cape-open-thermo-context.h>

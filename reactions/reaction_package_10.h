@@ -18,7 +18,7 @@ struct LoggedKineticContext final : LoggedInterface<ICapeKineticReactionContext>
     }
 };
 
-// Shares its method's name and signature with the kinetic context; a separate part keeps them apart.
+// The method has the same name and signature as that of the kinetic context, so this is a separate part.
 struct LoggedElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override
@@ -63,7 +63,7 @@ public:
     {}
 
 private:
-    // Materials made from its context's templates start unset: the package may use either generation.
+    // No servedVersion: the package may use materials of either generation, so those made from templates start without one.
     static constexpr ProxyTraits kTraits = {.typeName = "Reaction Package"};
     LoggedKineticContext kinetic;
     LoggedReactionChemistry chemistry;

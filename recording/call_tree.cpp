@@ -98,7 +98,7 @@ std::unique_ptr<KeptCall> CallTreeReader::Next()
 {
     while (!isClosed) {
         const Record* const record = records.Next();
-        // Where the recording ends within a call, what there is of the call is returned.
+        // If the recording ends within a call, the incomplete call is returned.
         if (!record) break;
         Take(*record);
         if (outermost && open.empty()) break;

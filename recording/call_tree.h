@@ -1,5 +1,5 @@
-// The calls of a recording as trees, each outermost call with all that is nested in it, kept in memory. Only one tree is in
-// memory at a time, however long the recording is.
+// The calls of a recording as trees, each outermost call with all the calls nested in it. The reader holds only one tree at a
+// time, however long the recording is.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ struct KeptCall {
     ObjectRecord object;  // its pointers; 0 when they are not known
     std::vector<ArgumentRecord> arguments;
     std::vector<std::unique_ptr<KeptCall>> nested;
-    bool hasEnded = false;  // false where the recording ends within it
+    bool hasEnded = false;  // false if the recording ends within the call
     ResultRecord result;
     std::optional<KeptComponent> component;  // one that was made within the call
 
@@ -53,7 +53,8 @@ public:
     // The header must have been read.
     explicit CallTreeReader(RecordReader& records) : records(records) {}
 
-    // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack allows.
+    // The next outermost call; null at the end. Throws std::runtime_error for calls that are nested deeper than any stack
+    // allows.
     std::unique_ptr<KeptCall> Next();
     // What has been read: the component that was made outside of calls, and the answers to all queries.
     const std::optional<KeptComponent>& Component() const { return component; }

@@ -34,7 +34,7 @@ std::string Shortened(std::string_view whole)
     if (whole.size() <= kLongestText) {
         text += whole;
     } else {
-        // Not in the middle of a character.
+        // Do not cut in the middle of a character.
         std::size_t length = kLongestText;
         while (length > 0 && (static_cast<unsigned char>(whole[length]) & 0xC0) == 0x80) --length;
         text.append(whole.substr(0, length)).append("...");
@@ -50,7 +50,7 @@ bool HoldsReals(const ArrayValue& array)
            (array.elementSize == sizeof(float) && type == kFloat);
 }
 
-// Of an array that holds reals.
+// The array must hold reals.
 double RealAt(const ArrayValue& array, std::size_t index)
 {
     return array.elementSize == sizeof(float) ? NumberAt<float>(array.numbers, index)
@@ -66,7 +66,7 @@ std::size_t CountElements(const ArrayValue& array)
 std::string ElementText(const ArrayValue& array, std::size_t index)
 {
     if (!array.elements.empty()) return Summary(array.elements[index]);
-    // A float has no more digits than it needs.
+    // A float is shown with the digits that a float needs; as a double, it would show more.
     if (HoldsReals(array) && array.elementSize == sizeof(float))
         return NumberText(NumberAt<float>(array.numbers, index));
     if (HoldsReals(array)) return NumberText(RealAt(array, index));
@@ -101,7 +101,7 @@ std::string InsteadOf(const std::string& recorded, const std::string& actual)
 bool AreEqual(double recorded, double actual, double tolerance)
 {
     if (std::memcmp(&recorded, &actual, sizeof recorded) == 0) return true;
-    // Not for infinities and NaNs: each equals only the same bits.
+    // Infinities and NaNs equal only the same bits, whatever the tolerance.
     return tolerance > 0 && std::isfinite(recorded) && std::isfinite(actual) &&
            std::abs(recorded - actual) <= tolerance * std::max(std::abs(recorded), std::abs(actual));
 }

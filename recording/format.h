@@ -9,7 +9,7 @@ namespace zelt::recording {
 
 inline constexpr std::uint32_t kFormatVersion = 1;
 
-// No record is longer: what claims to be is damage.
+// No record is longer; a greater length is damage.
 inline constexpr std::uint64_t kLongestRecord = std::uint64_t{1} << 31;
 
 enum class RecordTag : protozero::pbf_tag_type {
@@ -99,7 +99,8 @@ enum class ResultTag : protozero::pbf_tag_type {
     Stream = 7,
 };
 
-// What a recording is of: a kind of package (the numbers are those of the list of packages), or a unit operation.
+// The kind of component in a recording of a unit operation. The lower numbers are the kinds of packages, as in the list of
+// packages.
 inline constexpr std::uint32_t kUnitOperation = 6;
 
 // What kind of argument: the C type, and how the log shows it. The numbers are part of the format.

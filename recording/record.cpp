@@ -2,7 +2,7 @@
 
 namespace zelt::recording {
 
-// Here, where ArrayValue is complete: an array's elements are values themselves.
+// Defined here, where ArrayValue is complete. It contains Values, so in the header it is declared after Value.
 Value::Value() = default;
 Value::~Value() = default;
 Value::Value(Value&&) noexcept = default;

@@ -23,8 +23,8 @@ struct Value {
     double real = 0;
     std::string_view bytes;         // of a text (UTF-8, see text_form.h), a raw text (UTF-16), or raw bytes
     std::uint64_t address = 0;      // of a pointer
-    std::vector<ArrayValue> array;  // one, of an array
-    std::vector<Value> inner;       // one, of a VARIANT that points to another
+    std::vector<ArrayValue> array;  // one element, for an array
+    std::vector<Value> inner;       // one element, for a VARIANT that points to another
 
     Value();
     ~Value();
@@ -39,7 +39,7 @@ struct Bound {
 struct ArrayValue {
     std::uint32_t features = 0, elementSize = 0;
     std::optional<std::uint16_t> elementType;  // if the array itself stores it
-    std::vector<Bound> bounds;                 // none: a null array
+    std::vector<Bound> bounds;                 // empty for a null array
     std::string_view numbers;
     std::vector<Value> elements;
 };
@@ -81,7 +81,7 @@ struct ArgumentRecord {
     std::string_view name;
     ArgumentKind kind = ArgumentKind::Unreadable;
     bool isOut = false;
-    Value value;  // of a VARIANT: with its type
+    Value value;  // with its type if it is a VARIANT
     std::string_view type, shown;
     std::optional<std::uint16_t> expected;
     bool mayBeEmpty = false;

@@ -13,7 +13,7 @@ class RecordCopier {
 public:
     explicit RecordCopier(RecordWriter& writer) : writer(writer) {}
 
-    // Takes all records, in order. Those that are not kept still count: for the times of later calls and the numbers of objects.
+    // Takes all records, in order. Records that are not kept still affect the times of later calls and the numbers of objects.
     // A call that is kept must be kept with its arguments, sentences and result.
     void Take(const Record& record, bool isKept = true);
 

@@ -210,7 +210,7 @@ CallRecord ReadCall(pbf_reader fields, const Tables& tables)
     return call;
 }
 
-// A row plus one; 0 for none.
+// Reads a row plus one, and returns the pointer in that row; 0 for none.
 std::uint64_t ReadPointer(pbf_reader& fields, const Tables& tables)
 {
     const std::uint32_t row = fields.get_uint32();
@@ -325,14 +325,15 @@ const Record* RecordReader::Next()
             const std::size_t head = length - recordLength;
             if (Decode(std::string_view(buffer).substr(begin + head, recordLength))) return &record;
         } catch (const std::exception&) {
-            // Thrown for fields that do not fit their types, rows that no table has, memory that a damaged length asks for.
+            // Thrown for fields that do not fit their types, for rows that no table has, and when a damaged length asks for too
+            // much memory.
             end = ReadEnd::Damaged;
         }
     }
     return nullptr;
 }
 
-// Sets recordLength to the length of the record, and `length` to the same plus the bytes of the length that precedes it.
+// Sets recordLength to the length of the record, and `length` to that plus the number of bytes in which the length is written.
 bool RecordReader::Load(std::size_t& length)
 {
     std::uint64_t size = 0;
@@ -366,8 +367,8 @@ bool RecordReader::Load(std::size_t& length)
     return false;
 }
 
-// Makes sure that the buffer has `count` unread bytes; false if the file ends before. Reads in portions, so that memory is used
-// only for bytes that exist, even if a length is damaged.
+// Makes sure that the buffer has `count` unread bytes; false if the file ends earlier. Reads in portions, so that memory is
+// used only for bytes that exist, even if a length is damaged.
 bool RecordReader::Fill(std::size_t count)
 {
     constexpr std::size_t kPortion = 64 << 10;
@@ -394,7 +395,8 @@ std::uint64_t RecordReader::Nanoseconds(std::uint64_t ticks) const
     return static_cast<std::uint64_t>(std::min(time, kMost));
 }
 
-// The call in nanoseconds, and with the name of its object. If the record has no name, it is that of the object's previous call.
+// The call with its start in nanoseconds and with the name of its object. If the record has no name, the object's previous call
+// has it.
 CallRecord RecordReader::WithName(CallRecord call)
 {
     call.start = Nanoseconds(call.start);

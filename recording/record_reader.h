@@ -27,7 +27,7 @@ public:
 
     explicit RecordReader(Input input) : input(std::move(input)) {}
 
-    // The next record; null at the end, and End then says why it ended.
+    // The next record; null when there is no more, and End then says why.
     const Record* Next();
     ReadEnd End() const { return end; }
     // Where the latest record begins, in bytes from the beginning of the file.

@@ -126,19 +126,19 @@ public:
 
     void Begin(const Header& header);
     void Say(const Component& component);
-    // Records the next object and returns its number. `pointer` is 0 for one that is made later; `proxy` is that of the proxy in
-    // its place.
+    // Records the next object and returns its number. `pointer` is 0 for an object that is made later; `proxy` is the pointer
+    // of the proxy that takes its place.
     std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy);
     void Query(std::uint32_t object, std::string_view interfaceId, bool isGranted);
-    // Times are ticks of one clock, whose frequency the header gives. `number` is that of the object, 0 for none.
+    // Times are ticks of one clock, whose frequency the header gives. `number` is the number of the object, 0 for none.
     void BeginCall(std::string_view member, std::string_view object, std::uint32_t number, bool isOutward,
                    std::uint64_t now);
     // `stream` is what the call read from its stream, or wrote to it.
     void EndCall(std::uint32_t status, std::uint64_t now, std::uint64_t inside, const Failure* failure,
                  std::optional<std::string_view> stream = {});
-    // Removes each call that was begun but is not among the `depth` calls in progress, because a fault removed its caller's
-    // stack frame before the caller could count it. A call that has been handed over, or that records follow, gets a result
-    // instead.
+    // A fault can remove the stack frame of code that has begun a call but not yet counted it. Settle removes such calls: those
+    // that were begun but are not among the `depth` calls in progress. One that has been handed over, or that other records
+    // follow, gets a result instead.
     void Settle(std::size_t depth);
     void Say(const SentenceParts& sentence);
     // `body(ValueWriter&)` writes the value. When it throws, nothing of the argument is recorded.
@@ -162,7 +162,8 @@ public:
 private:
     friend class ValueWriter;
 
-    // Texts up to this length get a row when they first occur. The table does not grow for ever.
+    // The text of a value or a hole gets a row when it first occurs, unless it is longer than kLongestRow or the table has
+    // kMostRows rows. Names always get one.
     static constexpr std::size_t kLongestRow = 255;
     static constexpr std::size_t kMostRows = 100'000;
     static constexpr std::uint32_t kNoRow = UINT32_MAX;

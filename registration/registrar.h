@@ -1,5 +1,5 @@
-// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that selects whom they
-// serve. Knows nothing of what the scripts contain except their replacements.
+// Registry scripts, run by the system's registrar component, and the redirection of HKEY_CLASSES_ROOT that decides whether they
+// register for the machine or for the user. Knows nothing of what the scripts contain except their replacements.
 #pragma once
 
 #include <windows.h>

@@ -16,7 +16,7 @@ namespace zelt {
 namespace {
 
 // clang-format off
-// Keys that the machine always has. The user's own may come and go with what they contain.
+// The keys that contain what is registered. The machine always has them; those of the user are removed when they become empty.
 constexpr const wchar_t* kContainers[] = {L"AppID", L"CLSID", L"Interface", L"TypeLib"};
 // clang-format on
 

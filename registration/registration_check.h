@@ -1,6 +1,6 @@
-// What a registration has to consist of, and where the registry differs from that. Registration verifies its own result with this
-// code, and a check of the installation reports what it finds. FindRegistrationFaults gets each value from the
-// function that its caller passes. Nothing here writes.
+// Finds where the registry differs from what a registration has to consist of. Registration verifies its own result with this
+// code, and a check of the installation reports what it finds. FindRegistrationFaults gets each value from the function that
+// its caller passes. Nothing here writes.
 #pragma once
 
 #include <functional>

@@ -1,8 +1,8 @@
-// Class registration in every registry view. 64-bit Windows shows CLSID and Interface below Software\Classes in two views, and a
-// simulator of the other width looks in the other one. The registrar and the system's type library registration write the view of
-// their own process; this code copies the result to the other views, and names the view in each call that opens a key, because
-// nothing else gets past the redirection.
-// Paths are relative to Software\Classes. Failures are thrown as com::Failure.
+// Class registration in every registry view. 64-bit Windows shows CLSID and Interface below Software\Classes in two views, and
+// a simulator of the other width looks in the other one. The registrar and the system's type library registration write only
+// the view of their own process; this code copies the result to the other views. Each call here that opens a key names the
+// view: otherwise Windows would redirect it to the view of the process. Paths are relative to Software\Classes. Failures are
+// thrown as com::Failure.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// The registry scripts in this module's resources, with which the program registers itself: their text, which the registrar runs,
-// and what they have to leave in the registry, entry by entry, against which a registration is checked. Writes nothing.
+// The registry scripts in this module's resources, with which the program registers itself. The registrar runs their text; a
+// registration is checked against the entries that they have to leave in the registry. Writes nothing.
 #pragma once
 
 #include <map>

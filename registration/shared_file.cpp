@@ -54,7 +54,7 @@ std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileNa
     const std::filesystem::path path = folder / fileName;
     const std::string_view bytes = LibraryBytes(number);
     if (Holds(path, bytes)) return path.wstring();
-    std::error_code ignored;  // When the folder cannot be made, opening the file shows it.
+    std::error_code ignored;  // If the folder cannot be made, opening the file fails.
     std::filesystem::create_directories(folder, ignored);
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -11,7 +11,8 @@ namespace zelt {
 // Throws com::Failure.
 std::wstring SharedFilePath(Scope scope, const std::wstring& fileName);
 
-// Writes resource TYPELIB `number` there, and returns the path. Leaves a file with the same bytes alone. Throws com::Failure.
+// Writes resource TYPELIB `number` there, and returns the path. Does not write a file that already has these bytes. Throws
+// com::Failure.
 std::wstring WriteSharedFile(Scope scope, int number, const std::wstring& fileName);
 
 }  // namespace zelt

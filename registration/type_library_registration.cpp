@@ -49,7 +49,8 @@ void WriteDefault(Scope scope, REGSAM view, const std::wstring& path, const std:
     CheckWin32(key.WriteString(L"", value));
 }
 
-// A 64-bit process also accepts a library that is registered for 32 bits; the reverse does not hold.
+// A 64-bit process also accepts a library that is registered for 32 bits, but a 32-bit process accepts none that is registered
+// for 64.
 bool LibraryVisible(Scope scope, REGSAM view, const std::wstring& versionPath)
 {
     const bool accepts64 = view == KEY_WOW64_64KEY;
@@ -106,8 +107,8 @@ void RegisterOwnLibrary(Scope scope, const std::wstring& modulePath)
                                         : RegisterTypeLib(library.Get(), path.data(), folder.data()));
     }
     for (const LibraryInterface& member : facts.interfaces) MirrorKey(scope, InterfacePath(member));
-    // One file serves both widths. The system registers it for the width of this process, but 32-bit clients look only for one
-    // for 32 bits.
+    // One file serves both widths. The system registers it for the width of this process, but 32-bit clients look only for a
+    // registration for 32 bits.
     for (const REGSAM view : RegistryViews()) WriteDefault(scope, view, facts.versionPath + L"\\0\\win32", path);
     RemoveKey(scope, facts.versionPath + L"\\0\\win64");
 

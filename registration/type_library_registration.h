@@ -1,8 +1,7 @@
 // Registration of the type libraries in the executable's resources, with which COM marshals calls between processes. The
 // program's own library points to the executable and is removed with it; both editions have it, so an edition that is removed
-// leaves it to the other. A library of the standard belongs to everybody: it is registered only where it is missing, from a file
-// in a shared folder that outlives the program, and stays.
-// Failures are thrown as com::Failure.
+// leaves it to the other edition. A library of the standard belongs to everybody: it is registered only where it is missing,
+// from a file in a shared folder that outlives the program, and stays. Failures are thrown as com::Failure.
 #pragma once
 
 #include <span>

@@ -1,5 +1,4 @@
-// The arguments of a call that is made again: as they lie on the stack, with the recorded inputs, and with room for what comes
-// back.
+// The arguments of a call that is made again, as they lie on the stack: the recorded inputs, and room for the outputs.
 #pragma once
 
 #include <cstddef>
@@ -23,8 +22,8 @@ public:
 
     const void* Words() const { return words.data(); }
 
-    // Call it after a success. Passes each output that was recorded to `take(recorded, actual)`, and makes the objects that
-    // came back known.
+    // Call it after a success. Passes each output that was recorded to `take(recorded, actual)`, and learns the objects that
+    // came back.
     void Outputs(
         const std::function<void(const recording::ArgumentRecord& recorded, const recording::Value& actual)>& take);
 

@@ -7,7 +7,7 @@
 
 namespace zelt::replay {
 
-// The result of a question that the recording has no answer to.
+// The result of a call that the recording has no answer to.
 inline constexpr HRESULT kNoAnswer = static_cast<HRESULT>(ECapeUnknownHR);
 
 void SetErrorText(std::wstring text) noexcept;

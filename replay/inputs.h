@@ -18,7 +18,7 @@ public:
 
     // The first difference from the inputs of a recorded call of the method; nothing when there is none.
     std::optional<std::string> DifferenceFrom(const recording::KeptCall& recorded, double tolerance) const;
-    // Objects that the caller passed take the place of those of the recorded call.
+    // From now on, the objects that the caller passed take the place of those in the recorded call.
     void LearnObjectsOf(const recording::KeptCall& recorded, Objects& objects) const;
 
 private:

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kSeparator = "::";
 
-// The name that logs give to an interface of the 1.0 standard, after the 1.1 interface that also has its only method.
+// Logs name this interface of the 1.0 standard after the 1.1 interface that has the same method.
 struct Alias {
     std::string_view logged, described;
 };

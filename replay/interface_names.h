@@ -26,8 +26,8 @@ class InterfaceNames {
 public:
     InterfaceNames();
 
-    // "ICapeUtilities::Edit" of a recorded object; nothing when no library describes it. An interface that is not in this
-    // program's libraries is looked for among those that the object granted.
+    // The method of a recorded object that `member` names, such as "ICapeUtilities::Edit"; nothing when no type library
+    // describes it. An interface that this program's libraries lack is looked for among those that the object granted.
     NamedMethod Find(std::string_view member, const recording::ObjectRecord& object,
                      const recording::KeptQueries& queries);
     // What logs and recordings call a method.

@@ -1,5 +1,6 @@
-// The objects of the side that is not played, by the recorded pointers that they replace. A recording may use an address again:
-// if the pointers of an object and of its proxy lead to different objects here, the one that was learnt last counts.
+// The real objects, those of the side that is not played, by the recorded pointers that they replace. A recording may use an
+// address again: if the pointers of an object and of its proxy lead to different objects here, the one that was learnt last
+// counts.
 #pragma once
 
 #include <cstdint>

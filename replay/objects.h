@@ -10,14 +10,14 @@
 
 namespace zelt::replay {
 
-// Gives the objects for recorded pointers that one side passes to the other.
+// Finds the objects that take the place of recorded pointers, which one side passes to the other.
 class Objects {
 public:
-    // The interface `iid` of the stand-in for an object of the side that is played; `address`, not null, is the object's
-    // recorded interface pointer. The stand-in offers the interface from now on; if it cannot, its IDispatch is returned. A
-    // pointer that stands for an object of the other side may give that object itself. The caller owns the reference.
+    // Returns interface `iid` of the stand-in for an object of the side that is played. `address`, not null, is the recorded
+    // interface pointer of the object. The stand-in offers the interface from now on; if it cannot, its IDispatch is returned.
+    // If the pointer stands for an object of the other side, that object itself may be returned. The caller owns the reference.
     virtual ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) = 0;
-    // An object of the other side has come in the place of a recorded pointer.
+    // Takes note that an object of the other side has come in the place of a recorded pointer.
     virtual void Learn(std::uint64_t address, IUnknown* object) = 0;
 
 protected:

@@ -1,4 +1,4 @@
-// Calls through a component's persistence interfaces, which are not dual, so that no type information describes them.
+// Calls through a component's persistence interfaces, which are not dual, so no type information describes them.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@ namespace zelt::replay {
 
 bool IsPersistence(std::string_view member);
 
-// What is in the stream of a call.
+// The data in the stream of a Load or a Save.
 struct SavedState {
     bool clearsDirty = false;  // Save was asked to clear the dirty flag
     std::optional<std::string_view> recorded;

@@ -113,7 +113,7 @@ ForeignPtr<IUnknown> RecordedPackage::Package() { return StandIn(component.point
 
 ForeignPtr<IUnknown> RecordedPackage::StandIn(std::uint64_t address, REFIID iid)
 {
-    // The simulator's own object goes back to it.
+    // A pointer that stands for an object of the simulator gives back that object.
     if (const ForeignPtr<IUnknown> own = simulators.FindPointer(address)) {
         ForeignPtr<IUnknown> face;
         if (SUCCEEDED(QueryForeign(own.Get(), iid, reinterpret_cast<void**>(face.Receive())))) return face;
@@ -125,7 +125,7 @@ ForeignPtr<IUnknown> RecordedPackage::StandIn(std::uint64_t address, REFIID iid)
 
 bool RecordedPackage::Grants(const replay::StandIn& object, REFIID iid)
 {
-    // A proxy around the object asks for its name, which recordings do not show.
+    // The proxy around the object asks for the object's name, and recordings do not contain that query.
     if (IsEqualIID(iid, __uuidof(ICapeIdentification))) return true;
     return queries.Answer(object.Address(), {reinterpret_cast<const char*>(&iid), sizeof iid}).value_or(false);
 }

@@ -1,9 +1,10 @@
-// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins. They repeat the
-// calls that the recorded objects made to the simulator's objects. A call is answered like a recorded call of the same object and
-// member with the same inputs: the first that has not been repeated yet, or else the one repeated last. While it repeats a
-// calculation, the package reads the simulator's material. If an answer differs from the recorded one, the package switches to
-// another recorded call that matches the answers so far. A call that the recording has no answer to fails with ECapeUnknown,
-// and the error information says so; only names and the particulars of failures are answered without the recording.
+// A component that answers from a recording, without the component that was recorded. Its objects are stand-ins. They repeat
+// the calls that the recorded objects made to the simulator's objects. A call is answered like a recorded call of the same
+// object and member with the same inputs: the first that has not been repeated yet, or else the one repeated last. While it
+// repeats a calculation, the package reads the simulator's material. If an answer differs from the recorded one, the package
+// switches to another recorded call that agrees with all the answers up to then. A call that the recording has no answer to
+// fails with ECapeUnknown, and the error information says so; only names and the particulars of failures are answered without
+// the recording.
 #pragma once
 
 #include <windows.h>
@@ -58,8 +59,8 @@ private:
     HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
     // The recorded calls that can answer this call, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
-    // Makes the first candidate's calls to the simulator's objects, and switches to another candidate when their answers demand
-    // it. Returns the candidate that it ended with; null, with the reason, when none agrees.
+    // Makes the first candidate's calls to the simulator's objects, and switches to another candidate when the answers differ
+    // from the recorded ones. Returns the candidate that agrees with the answers; null, with the reason, when none does.
     const recording::KeptCall* Perform(const Calls& candidates, const Inputs& inputs, std::string& reason);
     // Makes one call to the simulator's object. Returns the difference from the recorded outcome.
     std::optional<std::string> CallSimulator(const recording::KeptCall& call);

@@ -34,7 +34,7 @@ public:
     // Makes the component to which the recording is played. May throw.
     using Make = std::function<ForeignPtr<IUnknown>(const recording::KeptComponent&)>;
 
-    // `tolerance` is for real numbers, relative; 0 compares bits. `queries` grow while the recording is read.
+    // `tolerance` is the relative tolerance for real numbers; 0 compares bits. `queries` grow while the recording is read.
     Session(const recording::KeptQueries& queries, double tolerance, Make make, Report report)
         : queries(queries), tolerance(tolerance), make(std::move(make)), report(std::move(report))
     {}

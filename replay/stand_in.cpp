@@ -80,7 +80,8 @@ IDispatch* StandIn::ScriptInterface()
             for (const IID& iid : com::ModuleInterfaces()) {
                 if (AddPart(iid, false)) return;
             }
-            // The recording does not show that the object granted an interface, but it was passed as one that scripts can use.
+            // The recording does not show that the object granted an interface, but the object was passed as one that scripts
+            // can use.
             static_cast<void>(AddPart(__uuidof(ICapeIdentification), true));
         });
     }

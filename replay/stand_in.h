@@ -15,7 +15,7 @@ namespace zelt::replay {
 
 class StandIn;
 
-// Knows what objects answered.
+// Knows what the recorded objects answered.
 class Answers {
 public:
     // Whether the object granted the interface.
@@ -33,12 +33,14 @@ public:
     StandIn(std::uint64_t address, Answers& answers);
 
     std::uint64_t Address() const { return address; }
-    // Whether it stands for the recorded object. A recorded object whose pointers are not known may be any.
+    // Whether it stands for the recorded object. If the pointers of the recorded object are not known, any stand-in may stand
+    // for it.
     bool IsOf(const recording::ObjectRecord& object) const
     {
         return (object.pointer == 0 && object.proxy == 0) || object.pointer == address || object.proxy == address;
     }
-    // Its interface, offered from now on if a library describes it, or else its IDispatch. The caller owns the reference.
+    // Interface `iid` of this object, which offers it from now on if a type library describes it; otherwise the IDispatch. The
+    // caller owns the reference.
     ForeignPtr<IUnknown> Face(REFIID iid);
     // Its calls fail from now on: nobody knows the answers any more.
     void Retire() { answers = nullptr; }

@@ -18,7 +18,7 @@ struct Unplayable : std::runtime_error {
 };
 
 // The recorded argument of each parameter of a method; null where there is none. Recordings may name an argument differently
-// from the type information, and have a few inputs as outputs, so arguments are matched by their direction and order.
+// from the type information, and show a few inputs as outputs, so arguments are matched by their direction and order.
 std::vector<const recording::ArgumentRecord*> MatchArguments(const com::DualMethod& method,
                                                              const std::vector<recording::ArgumentRecord>& recorded);
 
@@ -29,10 +29,11 @@ recording::Value Capture(const com::DualParameter& parameter, const void* place,
 // Unplayable for a value of another type, or one that cannot be made again.
 void Give(const com::DualParameter& parameter, const recording::Value& value, Objects& objects, void* place);
 
-// Frees what Give or a callee has put there.
+// Frees the value that Give or a callee has put at `place`.
 void Free(const com::DualParameter& parameter, void* place) noexcept;
 
-// Makes the objects at `place` (an interface pointer, or those in a VARIANT) known by the recorded pointers that they stand for.
+// Makes the objects at `place` (an interface pointer, or those in a VARIANT) known by the recorded pointers that they stand
+// for.
 void LearnObjects(const com::DualParameter& parameter, const recording::Value& recorded, const void* place,
                   Objects& objects);
 

@@ -1,7 +1,7 @@
-# What differs between the two editions of the program, and what each registers: ZELT.EXE hosts 32-bit components, ZELT64.EXE
-# 64-bit ones, both from the same sources. These tables are the only place for it. They give, in ${ZELT_EDITIONS_DIR}, the
-# registry scripts of the classes, a list of each edition's scripts for the resources, the texts of this edition's windows, and
-# the rows of the C++ table (system/edition.h).
+# What differs between the two editions of the program, and what each registers: ZELT.EXE hosts 32-bit components, ZELT64.EXE 64-bit
+# ones, both from the same sources. These tables are the only place for it. From them, this file makes in ${ZELT_EDITIONS_DIR} the
+# registry scripts of the classes, a list of each edition's scripts for the resources, the texts of this edition's windows, and the
+# rows of the C++ table (system/edition.h).
 set(ZELT_EDITIONS_DIR ${CMAKE_BINARY_DIR}/editions)
 
 # name | width | program | zeltctl of that width | application | key of the list of packages | script of the application, which

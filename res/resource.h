@@ -32,10 +32,10 @@
 #define kReportLogs 312
 #define kReportOpen 313
 
-// An item of the system menu: below 0xF000, and its low four bits are the system's own.
+// An item of the system menu. Its number must be below 0xF000, with the low four bits 0: the system uses those itself.
 #define kCommandSystemAbout 16
 
-// Commands of the main window. Each installed unit operation has one of the range 212 to 812, in order.
+// Commands of the main window. The numbers 212 to 812 are for the unit operations in the menu.
 #define kCommandAddPackage 901
 #define kCommandRemovePackage 902
 #define kCommandEnableLogging 903
@@ -50,7 +50,7 @@
 #define kCommandFirstUnitOperation 212
 #define kCommandUnknownUnitOperation 812
 
-// Commands of the log viewer. The range 212 to 812 is kept for menus that are filled at run time.
+// Commands of the log viewer.
 #define kCommandExpandAll 1001
 #define kCommandCollapseAll 1002
 #define kCommandRemoveQueries 1003

@@ -55,8 +55,8 @@ Beside()
     local name=$1
     shift
     mkdir -p "$logFolder"
-    # In the background, so that a signal ends the wait at once; and not as a condition, where the command would continue after a
-    # failure.
+    # The command runs in the background, so that a signal ends the wait at once. It is not part of a condition, because bash would
+    # then let it continue after a failure.
     ( trap - EXIT ERR INT TERM HUP; set +E -e; "$@" ) >"$logFolder/$name.log" 2>&1 8>&- &
     started[$name]=$!
     startedAt[$name]=$SECONDS
@@ -105,7 +105,7 @@ ShowProgress()
     done
 }
 
-# EndTree <process>: ends it with everything that it has started; children first, because an ended process lists none.
+# EndTree <process>: ends the process and everything that it has started; children first, because an ended process lists none.
 EndTree()
 {
     local child children=()

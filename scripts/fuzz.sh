@@ -1,6 +1,6 @@
 # Guided fuzzing of the code that reads logs and recordings. Sourced by ./dev.
 
-# How many inputs each program gets: one input takes log_commands ten times as long.
+# How many inputs each program gets. log_commands gets fewer, because it needs ten times as long for each.
 declare -A fuzzRuns=([log_reader]=1000000 [both_readers]=1000000 [log_commands]=100000 [recording_reader]=1000000)
 
 # Fuzz [name...] [-- options]: runs the programs fuzz_<name> of tests/fuzz, all unless some are named; the options are

@@ -1,4 +1,4 @@
-# The manifests of a release for winget and Scoop, which need to know where it can be downloaded. Sourced by ./dev.
+# The manifests of a release for winget and Scoop, which say where the release can be downloaded. Sourced by ./dev.
 
 # WriteManifests <version> <setup program> <zip> <folder>: ZELT_RELEASE_URL is the address of the folder with both files.
 WriteManifests()

@@ -1,6 +1,5 @@
 # ./dev test --on SYSTEM and ./dev verify --on SYSTEM: the same with another Debian, its compilers and its Wine, in a folder below
-# build/. Sourced by ./dev.
-# Its processes and mounts are in namespaces that end with it.
+# build/. Sourced by ./dev. The run's processes and mounts are in namespaces that end with it.
 
 # name | suite
 otherSystems='

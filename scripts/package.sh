@@ -29,7 +29,7 @@ Package()
         WriteManifests "$version" "$setupProgram" "$portableZip" "$packageFolder"
     verifyZip=$packageFolder/zelt-$version-verify.zip
     Step package-verify "Making the verification" MakeVerifyZip "zelt-$version-verify" "$setupProgram" "$verifyZip"
-    # Both wait more than they work.
+    # These two tests wait more than they work, so they run at the same time.
     InOwnPrefix verify TestVerification "$verifyZip"
     TestPackage
     AllInOwnPrefix || Fail "The verification failed."
@@ -86,8 +86,8 @@ StageFiles()
     done
 }
 
-# WriteLists <stage> <folder>: writes the files and folders of the stage, and the classes that the build registers, as macros
-# that the setup program inserts. So its uninstaller removes exactly what it has installed.
+# WriteLists <stage> <folder>: writes the files and folders of the stage, and the classes that the build registers, as macros that
+# the setup program inserts. So the uninstaller removes exactly what setup has installed.
 WriteLists()
 {
     mkdir -p "$2"

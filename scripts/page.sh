@@ -48,7 +48,7 @@ MakePages()
     done
 }
 
-# PageWith <name> <script>: a copy of the page with a script at its end.
+# PageWith <name> <script>: a copy of the page with a script appended.
 PageWith()
 {
     sed '/^<\/body>/,$d' "$pageFolder/log.html" >"$pageFolder/$1.html"

@@ -203,7 +203,7 @@ TestRun()
     WaitForEnd
 }
 
-# Whether a ZELT of this prefix is running. Wine's tasklist shows nothing.
+# Whether ZELT is running in this prefix. Asks Linux, because Wine's tasklist shows nothing.
 ZeltRuns()
 {
     local process
@@ -446,7 +446,7 @@ TestFailures()
     rm -r "$drive/Taken"
 }
 
-# What activation would start, with any letters in its path: a query prints only those of the code page.
+# What activation would start. The path comes from an export, because a query prints only the letters of the code page.
 ExportedServer()
 {
     Wine reg export 'HKLM\Software\Classes\CLSID\{6377AC63-7A36-46DC-8897-F277012CDA9D}\LocalServer32' \
@@ -454,7 +454,7 @@ ExportedServer()
     perl scripts/registry-lines.pl "$testFolder/server.reg" | sed -n 's/.* | @="\(.*\)"$/\1/p' | sed 's/\\\(.\)/\1/g'
 }
 
-# The path has blanks, letters of the code page, and others.
+# The path has blanks, letters of the code page, and letters that are not in it.
 TestPortable()
 {
     local folder="$testFolder/Tragbare Größe ŁΩ/ZELT's copy"

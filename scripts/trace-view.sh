@@ -23,7 +23,8 @@ TraceView()
         --virtual-time-budget=8000 "--screenshot=$pageFolder/trace.png"
 }
 
-# LoadTrace <recording>: lets the viewer find its trace events. A page may not read another file, but it may run one.
+# LoadTrace <recording>: writes its trace events as a script for the viewer, because a page may not read another file, but may run
+# one.
 LoadTrace()
 {
     build/native/ctl/zeltctl recording profile --trace-events "$1" >"$pageFolder/trace.json"

@@ -58,7 +58,8 @@ TestVerification()
     Step verify "Running the verification under Wine" RunVerification
 }
 
-# Fails when a test failed, and when programs or points are missing on the page: under Wine, all points are left out by name.
+# Fails when a test failed, or when the page lacks a program or a point. Under Wine, the page says of each point that it cannot be
+# seen.
 RunVerification()
 {
     local status=0 result=$verifyFolder/verify-result.txt command

@@ -10,8 +10,8 @@ export WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml=;winemenubuilder.exe=d'
 export WINEARCH=win64
 
-# UseLastingPrefix: the prefix build/wine/ctest, made unless this version of Wine has made it. For programs that ctest starts
-# without ./dev.
+# UseLastingPrefix: uses the prefix build/wine/ctest, and makes it first unless this version of Wine has already made it. For
+# programs that ctest starts without ./dev.
 UseLastingPrefix()
 {
     local version
@@ -19,7 +19,7 @@ UseLastingPrefix()
     export WINEPREFIX=$wineFolder/ctest
     mkdir -p "$wineFolder"
     {
-        # Tests run in parallel, and what Wine starts outlives them: it must not keep the lock.
+        # Tests that run in parallel take turns here. The processes that Wine leaves behind must not inherit the lock.
         flock 9
         [ "$(cat "$WINEPREFIX/complete" 2>/dev/null)" = "$version" ] && return
         ( NeedTemplatePrefix ) >/dev/null 2>&1 9>&- || return
@@ -35,7 +35,7 @@ CopyTemplate()
     cp -al "$templatePrefix/drive_c/windows" "$WINEPREFIX/drive_c/"
     # The folder windows is there already, so copy only the rest.
     tar -C "$templatePrefix" --exclude=./drive_c/windows --exclude=./complete -cf - . | tar -C "$WINEPREFIX" -xf -
-    # The user's folders are links into the home directory of whoever runs this: replace them by the prefix's own.
+    # The user's folders are links into the home directory of whoever runs this: replace them with folders in the prefix.
     local link
     find "$WINEPREFIX/drive_c/users" -type l | while IFS= read -r link; do
         rm "$link"
@@ -43,7 +43,7 @@ CopyTemplate()
     done
 }
 
-# NeedTemplatePrefix: makes the template unless this version of Wine has made it. Making it changes WINEPREFIX.
+# NeedTemplatePrefix: makes the template unless this version of Wine has already made it. Changes WINEPREFIX when it does.
 NeedTemplatePrefix()
 {
     local version

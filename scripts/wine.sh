@@ -101,8 +101,8 @@ ServerProcess()
     done
 }
 
-# WatchServer, and then ServerLives <what was done>: the second is false, and prints a line that names the server, if that server
-# no longer runs. Programs whose server dies fail without giving a reason, and later programs start a new server.
+# WatchServer notes which process is Wine's server. Later, ServerLives <what was done> is false, and prints a line that names the
+# server, if it no longer runs. Programs whose server dies fail without giving a reason, and later programs start a new server.
 WatchServer() { watchedServer=$(ServerProcess); }
 ServerLives()
 {

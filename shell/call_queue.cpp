@@ -17,7 +17,7 @@ public:
 
     STDMETHOD_(DWORD, HandleInComingCall)(DWORD type, HTASK, DWORD, INTERFACEINFO* call) override
     {
-        // References and queries change nothing in the package, and a release that is refused would be lost.
+        // QueryInterface and AddRef change nothing in the package, and a Release that is refused would be lost.
         const bool isOfObject = call && (IsEqualIID(call->iid, IID_IUnknown) || call->wMethod < 3);
         return type == CALLTYPE_TOPLEVEL_CALLPENDING && !isOfObject ? SERVERCALL_RETRYLATER : SERVERCALL_ISHANDLED;
     }

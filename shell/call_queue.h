@@ -1,7 +1,7 @@
-// Keeps a package to one client's call at a time, if the user wants that. While a package waits for an answer from the simulator,
-// COM lets further calls in. Those that belong to the call in progress have to be served; a call from another client, or from
-// another thread of the same client, is refused for now. A caller in a single-threaded apartment with a message filter then
-// repeats the call; others get an error, which is why this is an option.
+// Lets packages serve only one client's call at a time, if the user wants that. While a package waits for an answer from the
+// simulator, COM lets further calls in. Calls that belong to the call in progress must be served. A call from another client,
+// or from another thread of the same client, is refused for now. A caller in a single-threaded apartment with a message filter
+// then repeats the call. Other callers get an error, so this is an option.
 #pragma once
 
 #include <windows.h>

@@ -50,7 +50,7 @@ std::wstring_view WithoutQuotes(std::wstring_view text)
     return text;
 }
 
-// The first token after a switch mark, wherever the mark is, that is one of the switches.
+// Finds the first switch: one of the known words, directly after a switch mark anywhere in the text.
 RegistrationAction FindAction(std::wstring_view lower)
 {
     for (std::size_t mark = lower.find_first_of(kSwitchMarks); mark != std::wstring_view::npos;

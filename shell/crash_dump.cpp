@@ -23,11 +23,11 @@ namespace zelt {
 namespace {
 
 constexpr DWORD kAborted = 0xE05A4142;
-// A dump takes less than a second. When the fault has left a lock behind that the dump needs, the process ends without one.
+// Milliseconds. A dump takes less than a second. If it needs a lock that the fault left taken, the process ends without a dump.
 constexpr DWORD kLongestWait = 60'000;
 
-// The faulting thread may have no stack left, and other threads may hold any lock, so a thread that waits from the beginning does
-// the work, with memory that is reserved from the beginning.
+// The faulting thread may have no stack left, and other threads may hold any lock. So a thread that is started in advance
+// writes the dump, with memory that is reserved in advance.
 struct Writer {
     HMODULE library;
     decltype(&MiniDumpWriteDump) writeDump;
@@ -52,7 +52,7 @@ void ComposePath()
                GetCurrentProcessId());
 }
 
-// Nonzero: the system's error.
+// Returns 0, or the system's error code.
 DWORD Write()
 {
     ComposePath();

@@ -1,5 +1,5 @@
-// A COM object without an interface of its own, which holds one server-process reference while it exists: the main window and
-// each log viewer own one and so keep the process alive while they are open. May be made on one thread and released on another.
+// A COM object that does nothing but hold one server-process reference while it exists: the main window and each log viewer own
+// one and so keep the process alive while they are open. May be made on one thread and released on another.
 #pragma once
 
 #include <wrl/client.h>

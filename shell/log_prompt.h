@@ -1,4 +1,4 @@
-// The message boxes after a log closes. One reports that the end of the log is missing; one offers to open it.
+// The message boxes after a log closes: one reports that the end of the log is missing, the other offers to open the log.
 #pragma once
 
 #include <string>

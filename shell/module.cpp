@@ -27,7 +27,7 @@ namespace {
 
 CZELTModule* instance = nullptr;
 
-// Windows that other code makes on this thread, such as the help viewer's, keep their Tab and Return keys.
+// Only dialogs get dialog keys. Other windows on this thread, such as the help viewer's, keep their Tab and Return keys.
 bool IsDialog(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG); }
 
 void AddReference() { CoAddRefServerProcess(); }
@@ -48,7 +48,8 @@ CZELTModule::CZELTModule()
       shutdownEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr))
 {
     instance = this;
-    // For a package on a disk that is gone, the system would ask the user, who may not even know of this process.
+    // If a package's disk is gone, the system would otherwise show a message box to a user who may not even know of this
+    // process.
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
     const INITCOMMONCONTROLSEX controls = {sizeof controls,
                                            ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS};
@@ -66,7 +67,7 @@ CZELTModule::~CZELTModule()
 {
     classObjects.Revoke();
     if (monitor) {
-        // If the loop ended for another reason, the monitor is still waiting for an event that is about to be closed.
+        // Unless the monitor itself ended the loop, it is still waiting for the event, which is about to be closed.
         SetEvent(shutdownEvent.get());
         WaitForSingleObject(monitor.get(), INFINITE);
     }
@@ -94,7 +95,8 @@ int CZELTModule::Run(const std::wstring& tail)
     if (plan.mode == StartMode::Server || plan.mode == StartMode::Interactive) {
         TakePackageList();
     } else {
-        // Simulators find the classes of this process, too. Until one calls, the list is left to other processes.
+        // Simulators can use the classes of this process, too. Until one does, this process leaves the list of packages to
+        // others.
         ExportedPackages().LoadLater([this] { TakePackageList(); });
     }
     if (plan.mode == StartMode::LogViewer) kUserInterface.showLogViewer(logFile);

@@ -1,4 +1,4 @@
-// Says that a ZELT with other rights than this one is running for the same user: each keeps its own list of packages, and
+// Warns that a ZELT with other rights than this one is running for the same user: each keeps its own list of packages, and
 // simulators use the one with their own rights.
 #pragma once
 

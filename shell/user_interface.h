@@ -1,5 +1,5 @@
-// The windows that a start may show, behind two functions, so that start-up knows nothing about dialogs. Each window takes
-// a server-process reference before its function returns, and releases it when the window is gone.
+// The windows that the program can show when it starts, behind two functions, so that start-up knows nothing about dialogs.
+// Each window takes a server-process reference before its function returns, and releases it when the window is gone.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@ namespace zelt {
 struct UserInterface {
     // Shows the list of exported packages. Call on the main thread, before its message loop runs.
     void (*showMainWindow)();
-    // Shows a log file; each has its own thread.
+    // Shows a log file in a window that has its own thread.
     void (*showLogViewer)(const std::wstring& path);
 };
 
-// What this executable shows.
+// The windows of this executable.
 extern const UserInterface kUserInterface;
 
 }  // namespace zelt

@@ -1,6 +1,6 @@
-// An invisible window on the main thread. When a component releases one of our objects on another thread, a message goes to
-// this window, and the main thread then gives the reference back. Without the window, such a last release would keep the
-// process alive until the next call.
+// An invisible window on the main thread. When a component releases one of our objects on another thread, this window gets a
+// message, and the main thread then releases the object. Without the window, an object whose last reference was released like
+// this would keep the process alive until the next call.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@ namespace zelt {
 
 class VisitWindow {
 public:
-    // One at a time. If the window cannot be made, such releases wait for the next call.
+    // Only one may exist at a time. If the window cannot be made, such releases wait for the next call.
     VisitWindow();
     ~VisitWindow();
     VisitWindow(const VisitWindow&) = delete;

@@ -34,7 +34,8 @@ std::wstring TextOf(int width, const RegistryKey& key, const wchar_t* name)
     return path;
 }
 
-// The path that the address of a file stands for. A text that is no address is itself a path; other addresses have none.
+// The path of a file that is given by its address (file://...). A text that is no address is itself a path. Empty for other
+// addresses.
 std::wstring PathOfAddress(const std::wstring& address)
 {
     constexpr std::wstring_view kFile = L"file://";
@@ -69,7 +70,7 @@ std::wstring AssemblyOf(int width, const RegistryRoot& root, const std::wstring&
     return PathOfAddress(location);
 }
 
-// The file with the class's code; empty when it has none or the registry does not say where.
+// The file with the class's code; empty when the class has no library, or the registry does not say where its file is.
 std::wstring LibraryOf(int width, const RegistryRoot& root, const std::wstring& path)
 {
     const std::wstring serverPath = path + L"\\InprocServer32";

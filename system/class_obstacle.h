@@ -8,7 +8,7 @@
 
 namespace zelt {
 
-// `own` and `other` say where the class is registered in the view of that width and in the view of the other; null where it is
+// `own` and `other` say where the class is registered in the view of `width` and in that of the other width; null where it is
 // not. `path` is the path of its key below them. Returns an empty text when nothing is known against the class. A class that
 // runs in its own program or in a surrogate serves both widths.
 std::wstring ObstacleOf(int width, const RegistryRoot* own, const RegistryRoot* other, const std::wstring& path);

@@ -69,7 +69,8 @@ void Examine(const ClassSources& sources, const RegistryRoot& root, const std::w
              std::span<const ComponentSearch> searches, FoundComponents& found)
 {
     const std::wstring path = std::wstring(kClasses) + L'\\' + identity;
-    // The class's own key is opened first: without access to it, the key below it could still be opened by its full path.
+    // The class's own key is opened first, so that a class whose key cannot be read is skipped. The key below it could still be
+    // opened by its full path.
     RegistryKey key, categories;
     if (key.Open(root, path) != ERROR_SUCCESS) return;
     if (categories.Open({key.Get(), root.view}, L"Implemented Categories") != ERROR_SUCCESS) return;

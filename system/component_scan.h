@@ -43,7 +43,8 @@ struct ClassSources {
 // Where a process of that width finds its classes.
 ClassSources InstalledClasses(int width = kThisEdition.width);
 
-// What the registry says about a class, whatever its categories; nothing if it is not registered, or only for the other width.
+// What the registry says about a class of any category. Nothing if the class is not registered, or is registered for the other
+// width only and cannot be used.
 std::optional<ComponentInfo> DescribeComponent(REFCLSID classId, const ClassSources& sources = InstalledClasses());
 
 struct FoundComponents {

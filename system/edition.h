@@ -1,6 +1,6 @@
 // The two editions of the program: ZELT.EXE hosts 32-bit components and ZELT64.EXE 64-bit ones, each for simulators of both
-// widths. What differs between them in C++ is a field here; everything that differs comes from res/editions.cmake. Options,
-// logs and help are shared.
+// widths. Their differences are defined in res/editions.cmake; the fields here are those that C++ code needs. Options, logs and
+// help are shared.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// What identifies a file's contents.
+// A hash that identifies a file's contents.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Identifiers as the registry and the user read them.
+// GUIDs as text, in the form that the registry has and users see.
 #pragma once
 
 #include <windows.h>

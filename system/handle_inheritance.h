@@ -1,5 +1,5 @@
-// Gives a child process exactly the handles that it needs. Without this, whoever made a handle decides whether children inherit
-// it.
+// Gives a child process exactly the handles that it needs. Without this, a child that inherits handles gets all inheritable
+// handles of this process, including those that other code has made.
 #pragma once
 
 #include <windows.h>
@@ -30,7 +30,7 @@ inline Pipe MakePipe(PipeEnd childs)
     return {UniqueHandle(reader), UniqueHandle(writer)};
 }
 
-// For the start of one child, with EXTENDED_STARTUPINFO_PRESENT.
+// The list of handles for the start of one child. Start it with EXTENDED_STARTUPINFO_PRESENT.
 class Inheritance {
 public:
     // Each of the handles must be inheritable.

@@ -10,8 +10,8 @@ namespace zelt {
 // folder, the program's, the system's, and those of PATH.
 void KeepCurrentFolderOutOfSearch();
 
-// Makes the system's folder the current one, as it is in a server that COM has started. Then libraries that packages look for by
-// their own means cannot come from a log's folder, and that folder can be removed. Make the user's relative paths absolute before
+// Makes the system's folder the current one, as in a server that COM has started. Then libraries that packages search for
+// themselves cannot come from a log's folder, and that folder can be removed. Make the user's relative paths absolute before
 // calling this.
 void LeaveCurrentFolder();
 

@@ -1,5 +1,5 @@
-// Conversion between wide strings and 8-bit text. Logs use the system's ANSI code page, the list of packages in the registry
-// the calling thread's; characters that the code page lacks are lost, as both formats intend.
+// Conversion between wide strings and 8-bit text. Logs use the system's ANSI code page; the list of packages in the registry
+// uses the calling thread's. Characters that the code page lacks are lost, as both formats intend.
 #pragma once
 
 #include <windows.h>

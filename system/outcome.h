@@ -1,4 +1,4 @@
-// Whether something that may fail was done, and if not, what the user has to know. Functions that do not talk to a user return
+// The result of an operation: success, or a failure with the message for the user. Functions that do not talk to a user return
 // it; others show it (system/dialogs/message_box.h). A program without windows writes the text.
 #pragma once
 

@@ -8,7 +8,7 @@
 namespace zelt {
 namespace {
 
-// The header follows a stub program, which is short.
+// How many bytes of a file are read. The header follows a stub program, which is short.
 constexpr DWORD kLongestStart = 64 * 1024;
 
 constexpr std::size_t kPlaceOfOffset = 0x3C;

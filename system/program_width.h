@@ -11,8 +11,8 @@ namespace zelt {
 // 32 or 64; nothing when these bytes are not the beginning of a Windows program or library for a known processor.
 std::optional<int> WidthOfImage(std::string_view bytes);
 
-// Whether these bytes are the beginning of a .NET library that is compiled for the width of the process that loads it; its header
-// says 32.
+// Whether these bytes are the beginning of a .NET library that is compiled for the width of the process that loads it, although
+// its header says 32 bits.
 bool IsCompiledOnLoading(std::string_view bytes);
 
 enum class ImageState { Sound, Missing, NoImage };

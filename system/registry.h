@@ -1,7 +1,6 @@
 // Registry keys: one owner per open key, typed reads and writes. The root is passed in as an object, so that a test can work on a
-// scratch key and registration can name the view (32 or 64 bit) that it means. No read relies on the
-// terminators of a stored string: ReadString stops at the first or at the end of the data, all others return the bytes that are
-// there.
+// scratch key and registration can name the view (32 or 64 bit) that it means. No read relies on the terminators of a stored
+// string: ReadString stops at the first terminator or at the end of the data, and the others return the bytes as stored.
 #pragma once
 
 #include <windows.h>

@@ -7,7 +7,7 @@
 
 namespace zelt {
 
-// Two on 64-bit Windows, whatever the width of the process, else one.
+// Two on 64-bit Windows, in processes of either width; otherwise one.
 std::span<const REGSAM> RegistryViews();
 
 // The view of a process of that width, 32 or 64.

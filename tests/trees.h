@@ -1,6 +1,6 @@
-// Where tests find files of the source tree and of the builds: in the trees in which the tests were built or, if ZELT_TEST_TREE
-// names a folder, in this folder, which holds copies of these files with the builds below build/. Paths are in the code page of
-// the process, with slashes.
+// Where tests find files of the source tree and of the builds: in the trees in which the tests were built. If ZELT_TEST_TREE
+// names a folder, tests take copies of these files from there; the builds are in its subfolder build. Paths are in the code
+// page of the process, with slashes.
 #pragma once
 
 #include <cstdlib>
@@ -25,8 +25,8 @@ inline std::string BuiltFile(const std::string& file)
     return FileOf(ZELT_BUILD_DIR, kBuiltFor32Bit ? "/build/i686" : "/build/x86_64", file);
 }
 
-// A file of the build of the other width, which may not exist. ZELT_TEST_ONE_WIDTH says that this system cannot run its programs:
-// then it never exists.
+// A file of the build of the other width, which may not exist. If ZELT_TEST_ONE_WIDTH is set, this system cannot run programs
+// of the other width: the file then never exists.
 inline std::string OtherBuiltFile(const std::string& file)
 {
     if (std::getenv("ZELT_TEST_ONE_WIDTH")) return SourceFile("build/none/" + file);

@@ -1,6 +1,6 @@
-// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream. Made where a row wraps one. The
-// object's generation is given at the start, or fixed by the first logged call that uses the interfaces of one; a logged call
-// through those of the other is an error in the log, but still forwarded.
+// CMaterialObject: the proxy of a material object, the thermodynamic state of a stream. The object's generation, CAPE-OPEN 1.0
+// or 1.1, is given at the start, or fixed by the first logged call through an interface of one generation. A logged call
+// through an interface of the other is an error in the log, but still forwarded.
 #pragma once
 
 #include "core/exposed_object_base.h"

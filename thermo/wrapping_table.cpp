@@ -14,7 +14,7 @@
 namespace zelt {
 namespace {
 
-// Attaches a new proxy to what crosses `through`.
+// Attaches a new proxy to the object that crosses the proxy `through`.
 HRESULT Attach(ProxyPtr made, Crossing crossing, IUnknown* incoming, CapeOpenBase& through, ProxyPtr& proxy)
 {
     made->AttachThrough(incoming, crossing, through);

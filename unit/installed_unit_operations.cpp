@@ -8,7 +8,7 @@ namespace zelt {
 
 const InstalledUnits& InstalledUnitOperations()
 {
-    // Nothing here lets messages in: re-entering the initialiser would be undefined.
+    // Nothing here may let messages in: re-entering the initialiser would be undefined behaviour.
     static const InstalledUnits installed = [] {
         const ComponentSearch search[] = {{kUnitOperationCategory, kUnitOperationClass}};
         FoundComponents components = FindComponents(search);

@@ -1,7 +1,8 @@
 // CStreamImpl: the stream in memory between a unit operation and the simulator's stream. It serves one save or one load; its
 // creator says which, and frees the data at the end, so that a unit that keeps the stream longer can no longer read or write.
 // Its messages go to the log of the unit. Sizes and positions are 32-bit, because the saved format has room for no more. Zeroed
-// memory comes from calloc, which does not touch large blocks: a size that a stream merely claims costs no memory.
+// memory comes from calloc, which does not touch large blocks: a size that a saved stream states but does not have costs no
+// memory.
 #pragma once
 
 #include <windows.h>
@@ -29,7 +30,7 @@ public:
     void BeginWriting(bool unitChoseSize);
     // Reading starts at the beginning of the allocated data, which the caller has filled.
     void BeginReading();
-    // Ends either, and frees the data.
+    // Ends the writing or reading, and frees the data.
     void End();
 
     BYTE* Data() const { return data.get(); }

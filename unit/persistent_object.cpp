@@ -10,7 +10,7 @@ namespace zelt {
 
 using Microsoft::WRL::ComPtr;
 
-// While a Making lives, the wrapped object is being made.
+// Marks, as long as it lives, that the wrapped object is being made.
 class PersistentObject::Making {
 public:
     explicit Making(bool& flag) : flag(flag) { flag = true; }
@@ -104,7 +104,7 @@ bool PersistentObject::IsReplaceable() const
 
 void PersistentObject::GiveUpObject()
 {
-    // Called as an outside caller does, so that the log shows it.
+    // Called through the proxy, as an outside caller does, so that the log shows the call.
     if (isInitialized) static_cast<void>(Utilities().Terminate());
     isInitialized = false;
     Unwrap();
@@ -167,7 +167,7 @@ STDMETHODIMP PersistentObject::Persistence::Save(IStream* stream, BOOL clearDirt
     return call.Close(result, owner.ErrorSource());
 }
 
-// The element is always closed as after a success, even if the caller gets a failure code.
+// The call's element in the log is closed as after a success, even if the caller gets a failure code.
 STDMETHODIMP PersistentObject::Persistence::IsDirty()
 {
     if (!owner.Admits("IPersistStreamInit::IsDirty")) return RPC_E_WRONG_THREAD;
@@ -256,7 +256,7 @@ HRESULT PersistentObject::LoadAgain(LoggedCall& call, IStream* source)
     const bool wasInitialized = isInitialized;
     const CLSID newClass = objectClass;
     const HRESULT loaded = Load(call, source);
-    // Data that could not be read must change nothing.
+    // If the data could not be read, the object that InitNew made stays, and so must its class.
     if (!isLoaded && Wrapped()) objectClass = newClass;
     if (FAILED(loaded) || !wasInitialized) return loaded;
     // Forwarded, so that the caller gets the error information of a failure.

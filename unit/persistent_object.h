@@ -20,7 +20,7 @@ protected:
 
     // Makes a new wrapped object for InitNew, and lets it initialize itself (InitNewObject). It is never re-entered.
     [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
-    // Makes the wrapped object of the class ObjectClass(). A failure has been reported to the user when this returns.
+    // Makes the wrapped object of the class ObjectClass(). Reports a failure to the user before it returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
 
     // Whether Load after InitNew makes the wrapped object again, from the saved data.
@@ -38,7 +38,7 @@ protected:
 
     void NoteInitialized(bool initialized) override { isInitialized = initialized; }
 
-    // Without its object the proxy grants all interfaces of its class. Persistence is the proxy's own, whatever the object has.
+    // Without its object, the proxy grants all interfaces of its class. Persistence is the proxy's own in any case.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
 
 private:

@@ -1,5 +1,5 @@
-// Reading and writing other people's streams: the full number of bytes, or a failure. Calls the streams under the guard, in
-// pieces, so that a false count touches and marshals at most one piece too many.
+// Reads and writes streams that are not ours: the full number of bytes, or a failure. Calls the streams under the guard, and in
+// pieces, so that a count larger than what the stream has touches and marshals at most one piece too many.
 #pragma once
 
 #include <windows.h>

@@ -52,7 +52,7 @@ struct LoggedUnitKineticContext final : LoggedInterface<ICapeKineticReactionCont
     }
 };
 
-// Shares its method's name and signature with the kinetic context; a separate part keeps them apart.
+// Its method has the same name and signature as that of the kinetic context; separate parts keep the two apart.
 struct LoggedUnitElectrolyteContext final : LoggedInterface<ICapeElectrolyteReactionContext> {
     using LoggedInterface::LoggedInterface;
     STDMETHOD(SetReactionObject)(IDispatch** reactionsObject) override

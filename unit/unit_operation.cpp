@@ -19,7 +19,8 @@ namespace zelt {
 
 namespace {
 
-// The name until the simulator gives another. A unit that still has it is made as configured, if the user has configured one.
+// The proxy's name until the simulator gives it another. As long as it has this name, it makes the unit operation that the user
+// has configured, if any.
 constexpr char kInitialName[] = "Unit Operation";
 
 constexpr ProxyTraits kTraits = {
@@ -31,7 +32,7 @@ HRESULT CreateUnitOperation(REFIID iid, void** result)
 {
     *result = nullptr;
     return com::NoThrow([&] {
-        // A dialog may ask for the place of the log, which lets calls in. Nobody else holds the unit yet.
+        // Nobody else holds the unit yet, and a dialog that asks for the place of the log lets calls in.
         const Microsoft::WRL::ComPtr<CUnitOperation> made(new CUnitOperation);
         made->OpenOwnLog();
         return made->QueryInterface(iid, result);
@@ -75,7 +76,8 @@ HRESULT CUnitOperation::MakeNew(LoggedCall& call)
     return FAILED(made) ? made : InitNewObject(call);
 }
 
-// The configured unit operation, as long as the simulator has given no other name; else the user's choice.
+// Chooses the configured unit operation as long as the simulator has given no other name; otherwise asks the user. False when
+// the user cancels.
 bool CUnitOperation::ChooseClass(LoggedCall& call)
 {
     if (options.pravikUnit != CLSID_NULL && _stricmp(Name().c_str(), kInitialName) == 0) {

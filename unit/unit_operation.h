@@ -1,4 +1,4 @@
-// CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, and that does no engineering of its own. It
+// CUnitOperation, PRAVIK: a unit operation that a simulator creates like any other, but that calculates nothing itself. It
 // makes the unit operation that the user has configured or selects, or that was saved, forwards calls to it and logs them. It
 // is the root of its logged tree, and exists before the unit that it wraps: until InitNew, Load or Initialize has made that
 // unit, it logs calls and answers them as a proxy without an object does.

@@ -1,6 +1,6 @@
 // CUnitPort: the proxy of a unit operation's port. It replaces what the simulator connects by a proxy of the kind that the
-// port's type requires, so that the log shows what the unit does with its streams; asked what is connected, the port returns
-// the simulator's own object. An object at an inlet is read-only to the unit. Without a document, connected objects are
+// port's type requires, so that the log shows what the unit does with its streams. Asked what is connected, it returns the
+// simulator's own object. An object at an inlet is read-only to the unit. Without a document, connected objects are
 // not wrapped.
 #pragma once
 

@@ -16,7 +16,7 @@ using Microsoft::WRL::ComPtr;
 constexpr int kCalls = 20'000;
 constexpr int kPairs = 1001;
 
-// What any forwarder must do to survive its callee: guard the call, and nothing else.
+// The floor: a forwarder that guards each call, which it must do to survive its callee, and does nothing else.
 class GuardedForwarder final : public com::Object {
 public:
     explicit GuardedForwarder(ICapeThermoCompounds* target) { compounds.target = target; }

@@ -1,5 +1,5 @@
-// A package and a material, each behind a proxy. Both proxies log to one temporary file, record to another, or both; the files are
-// deleted at the end.
+// A package and a material, each behind a proxy. The two proxies share a temporary log, a temporary recording, or both. The
+// files are deleted at the end.
 #pragma once
 
 #include <wrl/client.h>

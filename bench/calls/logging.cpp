@@ -15,8 +15,7 @@ namespace {
 constexpr int kCalls = 1000;
 constexpr int kPairs = 151;
 
-// The entries of a log's text after its header: the start of a call, an argument from start to end, the
-// end of a call.
+// Splits a log's text after its header into entries: the start of a call, a whole argument, the end of a call.
 std::vector<std::string_view> Entries(std::string_view text)
 {
     std::vector<std::string_view> entries;
@@ -33,8 +32,8 @@ std::vector<std::string_view> Entries(std::string_view text)
     return entries;
 }
 
-// How many bytes a call adds to a recording whose tables already have its texts. The bytes are written in two pieces: before
-// the call enters the object, and when the call ends.
+// How many bytes a call adds to a recording that already has the call's texts in its tables. The recorder writes them in two
+// pieces: one before the call enters the object, the other when the call ends.
 template <class Call>
 std::size_t RecordedBytesOfACall(Call&& call)
 {
@@ -76,7 +75,7 @@ std::string TextOfACall(Call&& call)
 template <class Call>
 void Row(const std::string& name, Call call)
 {
-    // Only the first call looks up the interface, but that writes nothing.
+    // This is the first call, so it also looks up the interface, which writes nothing to the log.
     const std::string text = TextOfACall(call);
     const std::vector<std::string_view> entries = Entries(text);
     MeasureRow(

@@ -6,8 +6,8 @@ namespace zelt::bench {
 // A call through a proxy that logs nothing, compared with a forwarder that only guards.
 void MeasureForwarding();
 
-// A call that is logged or recorded, compared with writing the same bytes ready-made; and one that is both, compared with one
-// after the other.
+// A call that is logged or recorded, compared with only writing the same bytes. Also a call that is both logged and recorded,
+// compared with the sum of a logged call and a recorded one.
 void MeasureLogging();
 
 // Time per entry and memory while a log grows to `entries`.

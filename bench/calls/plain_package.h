@@ -8,7 +8,7 @@
 
 namespace zelt::bench {
 
-// ICapeThermoCompounds with only its first and fourth methods usable: one returns an empty VARIANT, the other a number.
+// ICapeThermoCompounds with two usable methods: GetCompoundConstant returns an empty VARIANT, and GetNumCompounds a number.
 struct PlainCompounds final : com::DualPart<ICapeThermoCompounds> {
     using DualPart::DualPart;
     STDMETHOD(GetCompoundConstant)(VARIANT, VARIANT, VARIANT* values) override

@@ -1,6 +1,6 @@
-// zeltctl's commands that read large logs, compared with a bare scan for tags over the same file, and how much memory they need,
-// which must not grow with the log. Usage: bench_ctl [--quick] [word]: fewer pairs, and only the commands that begin with the
-// word.
+// How long zeltctl's commands for logs take, compared with a bare scan for tags over the same file; and how much memory they
+// need, which must not grow with the log. Usage: bench_ctl [--quick] [word]. --quick measures fewer pairs. The word selects the
+// commands that begin with it.
 #include <windows.h>
 
 #include <cstdio>
@@ -90,7 +90,7 @@ void BenchMemory(const WrittenLog& small, const WrittenLog& large, const std::st
         std::snprintf(size, sizeof size, ", %.0f MB", small.Megabytes());
         PrintFigure(text + size, less, "MB");
         std::snprintf(size, sizeof size, ", %.0f MB", large.Megabytes());
-        // Allows a megabyte, which includes the one bit per call of commands that keep results.
+        // A megabyte more is allowed: commands that select calls by result keep a bit for each call.
         Require(PrintFigure(text + size, more, "MB", less + 1));
     }
 }

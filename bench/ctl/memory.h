@@ -5,8 +5,8 @@
 
 namespace zelt::bench {
 
-// Runs the program with this command line and discards its output. Looks every few milliseconds, and returns the most private
-// memory that it saw, in bytes. Throws std::runtime_error.
+// Runs zeltctl.exe with these arguments and discards its output. Looks at its private memory every few milliseconds, and
+// returns the most that was seen, in bytes. Throws std::runtime_error.
 double PeakMemory(const std::wstring& commandLine);
 
 }  // namespace zelt::bench

@@ -1,4 +1,4 @@
-// Runs other programs: zeltctl itself, for its memory, and tools that people know, for their time.
+// Runs other programs: zeltctl to measure its memory, and well-known tools to measure their time.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ struct Run {
     double seconds, megabytes;  // processor time, and peak memory
 };
 
-// Discards the output. The words are the program and its arguments.
+// Runs a program and discards its output. `words` are the program and its arguments.
 Run RunProgram(const std::vector<std::string>& words);
 
 }  // namespace zelt::bench

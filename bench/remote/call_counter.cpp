@@ -13,7 +13,7 @@ constexpr GUID kExtension = {0x6E0B7A0E, 0x2D57, 0x4F52, {0x9B, 0x43, 0x3A, 0x8C
 
 std::atomic<long> calls{0}, fromOthers{0};
 
-// Adds no data to the calls. The channel asks it for the size of its data with each call, and it counts these questions.
+// Counts calls. With each call, the channel asks its hooks how much data they add; this hook counts the questions.
 class Counter final : public IChannelHook {
 public:
     STDMETHOD(QueryInterface)(REFIID iid, void** result) override

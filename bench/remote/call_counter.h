@@ -6,8 +6,8 @@ namespace zelt::bench {
 // Starts counting, for the life of the process.
 void CountRemoteCalls();
 
-// How many calls there were since the function was called last: TakeRemoteCalls returns those that this process made,
-// TakeCallsFromOthers those that it received.
+// The number of calls that this process made (TakeRemoteCalls) or received (TakeCallsFromOthers) since the same function was
+// last called.
 long TakeRemoteCalls();
 long TakeCallsFromOthers();
 

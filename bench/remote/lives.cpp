@@ -18,8 +18,8 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The total private memory of all processes that run `program`, in bytes. This includes unrelated surrogates: only
-// the growth counts.
+// The total private memory of all processes that run `program`, in bytes. For the surrogate's program, these may include
+// unrelated processes, so only the growth counts.
 double MemoryOf(const wchar_t* program)
 {
     double bytes = 0;

@@ -1,5 +1,5 @@
 // How much a server's memory grows for each package that lives and dies in it: ZELT compared with the system's surrogate
-// process. Both marshal the same interfaces of the same package, so the system keeps the same for them in both.
+// process. Both marshal the same interfaces of the same package, so the memory that the system needs for that is the same.
 #pragma once
 
 #include <windows.h>

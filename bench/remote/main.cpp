@@ -1,6 +1,7 @@
 // bench_remote: a package used from another process through ZELT, which logs nothing, compared with the same package in the
-// system's surrogate process, for the edition of this width. The script that runs it has registered ZELT and the sample package,
-// and exported the package as "Benchmark" without logging; this program sets up the surrogate and removes it again.
+// system's surrogate process. Each width of this program measures the edition of its own width. The script that runs the
+// program has registered ZELT and the sample package, and exported the package as "Benchmark" without logging; the program
+// itself sets up the surrogate and removes it again.
 #include <comutil.h>
 #include <windows.h>
 #include <wrl/client.h>

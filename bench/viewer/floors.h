@@ -1,4 +1,4 @@
-// What the viewer must do besides reading the file: insert items into a tree view.
+// The floor for what the viewer does besides reading the file: inserting items into a tree view.
 #pragma once
 
 #include <windows.h>
@@ -18,8 +18,8 @@ struct BareItem {
 
 std::vector<BareItem> ItemsOf(const std::wstring& path);
 
-// Inserts the items, which are ready to insert, into the tree view of a hidden window. Returns the seconds that this takes,
-// without making and clearing the window.
+// Inserts the items into the tree view of a hidden window. Returns the seconds that this takes, not counting the making and
+// clearing of the window.
 double InsertBare(const std::vector<BareItem>& items);
 
 }  // namespace zelt::bench

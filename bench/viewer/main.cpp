@@ -1,6 +1,6 @@
 // The log viewer compared with floors: libxml2's bare reader, a bare tree view, a bare read of the file, a copy of all labels.
-// Usage: bench_viewer [--large] [--quick] [--only <MB>]. --large adds a log of 1000 MB; --quick takes two pairs of each; --only
-// measures only a log of that size, and no search; 0 stands for a log that is short enough for the viewer to keep in memory.
+// Usage: bench_viewer [--large] [--quick] [--only <MB>]. --large adds a log of 1000 MB. --quick measures two pairs for each
+// row. --only leaves out the search and all logs but the one of that size; 0 is for the log that the viewer keeps in memory.
 #include <windows.h>
 #include <commctrl.h>
 #include <objbase.h>

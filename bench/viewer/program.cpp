@@ -54,7 +54,7 @@ void BenchProgram(const WrittenLog& log)
     PROCESS_MEMORY_COUNTERS counters = {};
     counters.cb = sizeof counters;
     GetProcessMemoryInfo(started.hProcess, &counters, sizeof counters);
-    // Closing the window would also empty its tree.
+    // Ends the process, because closing the window would first empty its tree.
     TerminateProcess(started.hProcess, 0);
     WaitForSingleObject(started.hProcess, INFINITE);
     CloseHandle(started.hThread);

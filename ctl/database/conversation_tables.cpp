@@ -16,7 +16,7 @@ const char* Begun(Database& database)
     return "INSERT INTO source VALUES (?, ?)";
 }
 
-// Infinity is a number too.
+// The number that the text consists of, which may be infinite; nothing for any other text.
 std::optional<double> RealOf(std::string_view text)
 {
     double number = 0;
@@ -102,7 +102,7 @@ void ConversationTables::Finish()
 
 void ConversationTables::LeftOpen(int line)
 {
-    // The limit is above what a log can leave open: the reader lets elements nest 255 deep.
+    // A log cannot reach the limit: the reader lets elements nest only 255 deep.
     if (leftOpen.size() < kMostLeftOpen) leftOpen.push_back(line);
 }
 

@@ -25,9 +25,9 @@ public:
 
     // A property of the whole conversation, such as when it started.
     void Describe(std::string_view name, std::string_view text);
-    // For the innermost open call, right before its end.
+    // Sets the times of the innermost open call, right before its end.
     void SetTiming(const CallTiming& timing);
-    // For the innermost open call, right after it begins: if it never ends, only its start is known.
+    // Sets the start of the innermost open call, right after its beginning: if it never ends, only its start is known.
     void SetStart(std::uint64_t start);
     // Adds the calls that are still open, and makes the tables permanent.
     void Finish();
@@ -35,7 +35,7 @@ public:
     void Begin(const LogEvent& event) override;
     void End(EventKind kind, int depth) override;
     bool WantsLines() const override { return true; }
-    // Called for each element that a damaged log leaves open, after the calls of End.
+    // Called for each element that a damaged log leaves open, after its End.
     void LeftOpen(int line) override;
 
 private:
@@ -57,7 +57,7 @@ private:
     Database& database;
     RowInserter source, call, argument, value, message;
     std::vector<OpenCall> open;
-    std::vector<int> leftOpen;  // lines
+    std::vector<int> leftOpen;  // the lines of these elements
     std::int64_t calls = 0, arguments = 0, messages = 0, place = 0;
     bool isInArgument = false;
 };

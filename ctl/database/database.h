@@ -33,7 +33,7 @@ public:
     RowInserter(const RowInserter&) = delete;
     RowInserter& operator=(const RowInserter&) = delete;
 
-    // The next value of the row.
+    // Each of these sets the next value of the row; Insert adds the row.
     RowInserter& Text(std::string_view text);
     RowInserter& Integer(std::int64_t number);
     RowInserter& Real(double number);

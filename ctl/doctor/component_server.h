@@ -1,5 +1,5 @@
-// The file that serves a component's class, and whether an edition of ZELT can use it. Reads the registry and the file; starts
-// nothing.
+// Checks the file that serves a component's class, and whether an edition of ZELT can use it. Reads the registry and the file;
+// starts nothing.
 #pragma once
 
 #include <windows.h>

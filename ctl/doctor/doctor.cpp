@@ -43,7 +43,7 @@ constexpr Command kDoctorCommands[] = {
 };
 // clang-format on
 
-// An installation, and what is wrong with it. Findings about what both editions share are with one of them.
+// An installation, and what is wrong with it. What both editions share is examined with only one of them.
 struct Examined {
     Installation installation;
     Findings findings;
@@ -58,7 +58,7 @@ struct Examined {
     }
 };
 
-// ZELT; and ZELT64 when there is any sign of it.
+// ZELT in any case, and ZELT64 if there is any sign of it.
 std::vector<const Edition*> ExaminedEditions()
 {
     std::vector<const Edition*> editions;
@@ -158,7 +158,7 @@ int ExamineInstallation(const Arguments& arguments, Streams& streams)
     const std::vector<const Edition*> editions = ExaminedEditions();
     std::vector<Examined> all = Examine(editions);
     Findings left = AllFindings(all), fixed;
-    // Once ZELT is registered, more can be examined and fixed.
+    // There are two passes, because more can be examined and fixed once ZELT is registered.
     for (int pass = 0; pass < 2 && arguments.Has("--fix") && IsAnyFixable(left); ++pass) {
         for (const Examined& one : all) FixFindings(one.findings, one.installation, streams.messages);
         all = Examine(editions);

@@ -22,7 +22,7 @@ struct Finding {
     std::string effect;  // follows "so"
     std::string remedy;  // what to do, as an instruction to the user
     Fix fix = Fix::None;
-    const Edition* edition = nullptr;  // the edition that it is about; null for what both share
+    const Edition* edition = nullptr;  // the edition that the finding is about; null for what both share
 };
 
 using Findings = std::vector<Finding>;

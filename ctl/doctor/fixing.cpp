@@ -23,7 +23,7 @@ constexpr DWORD kTimeToRegister = 60'000;
 
 std::string TextOfCode(HRESULT code) { return Utf8(Widen(SystemText(code))); }
 
-// The program has to register itself, because registration writes the path of the program that runs it.
+// The program has to register itself, because registration writes the path of the running program.
 void RunRegistration(const Installation& installation)
 {
     const wchar_t* action = installation.scope == Scope::User ? L"/RegServerPerUser" : L"/RegServer";

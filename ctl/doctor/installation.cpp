@@ -24,8 +24,8 @@ Installation FindInstallation(const Edition& edition)
             if (!named.empty() && (found.server.empty() || !IsFile(found.server))) found.server = named;
         }
     }
-    // An edition that is not registered counts as the current user's if ZELT was installed, or the other edition is registered,
-    // for the current user alone.
+    // An edition that is not registered counts as the current user's if ZELT was installed for the current user alone, or if
+    // the other edition is registered for the current user alone.
     if (!found.registered) {
         const Edition& other = OtherThan(edition);
         forUser = PerUserRegistrationPreferred({}) ||

@@ -1,5 +1,5 @@
-// The installation of an edition that is examined: which program is registered, for whom, and which one can register itself.
-// Reads the registry as COM does, the user's classes before the machine's.
+// The installation of an edition that doctor examines: which program is registered and for whom, and which program --fix can
+// register. Reads the registry as COM does, the user's classes before the machine's.
 #pragma once
 
 #include <string>
@@ -10,9 +10,10 @@ namespace zelt::ctl {
 
 struct Installation {
     const Edition* edition = &kThisEdition;
-    bool registered = false;  // whether any of its classes is registered
+    bool registered = false;  // whether any of the edition's classes is registered
     Scope scope = Scope::Machine;
-    std::wstring server;  // the program that the classes name; when they differ, one that exists, if any; may be empty
+    // The program that the classes name; if they name several, one that exists is preferred. Empty if they name none.
+    std::wstring server;
     // The program that --fix registers: `server`, or else the edition's program beside this one; may be empty.
     std::wstring registrable;
     std::string version;  // of `registrable`, or else of this program
@@ -22,7 +23,7 @@ struct Installation {
 
 Installation FindInstallation(const Edition& edition);
 
-// "ZELT" or "ZELT64", and two remedies as they are told to the user.
+// "ZELT" or "ZELT64", and two remedies in words for the user.
 std::string NameOf(const Installation& installation);
 std::string RegisterAgain(const Installation& installation);
 std::string InstallAgain(const Installation& installation);

@@ -1,4 +1,4 @@
-// Checks the type libraries, which COM uses to carry calls between processes.
+// Checks the type libraries, which COM uses to marshal calls between processes.
 #include <objbase.h>
 #include <oleauto.h>
 #include <wrl/client.h>
@@ -25,7 +25,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr char kEffect[] = "some calls between a simulator and ZELT fail";
 
-// The system's marshallers that work from type libraries: for automation interfaces, and for dispatch interfaces.
+// The system's marshallers for the interfaces of type libraries: automation interfaces, and dispatch interfaces.
 constexpr const wchar_t* kLibraryMarshallers[] = {L"{00020424-0000-0000-C000-000000000046}",
                                                   L"{00020420-0000-0000-C000-000000000046}"};
 
@@ -65,7 +65,7 @@ bool IsLibrary(const std::wstring& path, const GUID& libid)
     return same;
 }
 
-// Whether the file is in a place where ZELT writes it: --fix writes no other file.
+// Whether ZELT itself writes the library to this path; --fix writes no other file.
 bool IsSharedFile(const CheckedLibrary& library, const std::wstring& path)
 {
     if (!library.sharedFile) return false;
@@ -134,7 +134,7 @@ std::string Names(const std::vector<std::string>& names)
     return "The interface " + names.front() + " and " + std::to_string(names.size() - 1) + " more are";
 }
 
-// If the library itself is not registered, which the caller reports, interfaces are not reported for lacking a library.
+// If the library itself is not registered, the caller reports that, so its interfaces are not reported for lacking a library.
 void CheckInterfaces(const Installation& installation, const CheckedLibrary& library, REGSAM view,
                      bool libraryRegistered, Findings& findings)
 {

@@ -1,4 +1,4 @@
-// Checks the folder of the logs, and the unit operation that PRAVIK creates.
+// Checks the folder on the desktop for logs, and the unit operation that PRAVIK creates.
 #include <windows.h>
 
 #include "log/log_location.h"
@@ -23,7 +23,7 @@ bool CanWriteTo(const std::wstring& folder)
     return true;
 }
 
-// A folder that does not exist yet is created with the first log, if possible.
+// A folder that does not exist yet is created with the first log, so its parent must be writable.
 bool CanHoldLogs(const std::wstring& folder)
 {
     const bool exists = GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES;

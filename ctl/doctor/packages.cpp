@@ -1,4 +1,5 @@
-// Checks the packages that an edition exports. A manager is asked once for each kind of package, however many it has there.
+// Checks the packages that an edition exports. A manager is asked only once for its packages of one kind, however many of them
+// are exported.
 #include <algorithm>
 #include <map>
 #include <optional>

@@ -11,8 +11,8 @@
 namespace zelt::ctl {
 namespace {
 
-// What a missing or different entry means. `place` is how its path begins: below the class's key in kClassMeanings, from the
-// root of the classes in kOtherMeanings.
+// What a missing or different entry means. `place` is the beginning of the entry's path: in kClassMeanings below the key of the
+// class, in kOtherMeanings below the root of all classes.
 struct Meaning {
     const wchar_t* place;
     const char* rule;

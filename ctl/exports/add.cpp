@@ -1,4 +1,4 @@
-// add: what the dialog for exporting a package does; also exports recordings.
+// add: exports a package, as the main window's dialog does, or a recording.
 #include <algorithm>
 #include <filesystem>
 #include <memory>

@@ -20,9 +20,9 @@ struct ChosenComponent {
     const Edition* host;
 };
 
-// The one component that `word` means, and the one of `editions` that can host it. `manager` says whether the component has to
-// be a manager, or must not be one. `type` is "PP 1.1", "PP 1.0" or "RP 1.0", with or without the blank, or nothing for any
-// type. Throws UsageError for another type, and Refusal unless exactly one component and one edition fit.
+// The one component that `word` means, and the one of `editions` that can host it. If `manager` is true, the component must be
+// a manager; otherwise it must not be one. `type` is "PP 1.1", "PP 1.0" or "RP 1.0", with or without the blank, or nothing for
+// any type. Throws UsageError for another type, and Refusal unless exactly one component and one edition fit.
 ChosenComponent ChooseComponent(const std::string& word, bool manager, const std::optional<std::string>& type,
                                 const std::vector<const Edition*>& editions);
 

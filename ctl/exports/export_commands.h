@@ -1,5 +1,6 @@
 // The commands for what ZELT exports and how it logs. They do what ZELT's main window does, and more, with the same code for
-// the stored list, the search and the options. Only for Windows. They change the list only while no process of ZELT holds it.
+// the stored list of packages, the search and the options. They change the list only while no process of ZELT holds it. Only
+// for Windows.
 #pragma once
 
 #include <span>

@@ -1,5 +1,5 @@
-// The installed components, each with those of the given editions of ZELT that can host it: at most one for an in-process
-// component of one width; both are possible for a component that runs as a separate program, or exists in both widths.
+// The installed components, each with the editions of ZELT that can host it. Only the edition of the same width can host an
+// in-process component. Both may host a component that runs as a separate program, or exists in both widths.
 #pragma once
 
 #include <vector>
@@ -15,7 +15,7 @@ struct HostedComponent {
     std::vector<const Edition*> hosts;  // the 32-bit edition first
 };
 
-// For each kind of package, in the order of PackageKindRows. Throws InputError when the registry cannot be searched.
+// One list for each kind of package, in the order of PackageKindRows. Throws InputError when the registry cannot be searched.
 std::vector<std::vector<HostedComponent>> FindHostedPackages(const std::vector<const Edition*>& editions);
 
 std::vector<HostedComponent> FindHostedUnits(const std::vector<const Edition*>& editions);

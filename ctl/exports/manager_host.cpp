@@ -48,7 +48,8 @@ UniqueHandle MakeJob()
     return job;
 }
 
-// Whether the last record is there. Do not wait for the end of the pipe: a process that the manager started may keep it open.
+// Whether the last record has arrived. The end of the pipe may never come, because a process that the manager started may keep
+// the pipe open.
 bool IsComplete(std::string_view records)
 {
     const std::size_t end = records.size();
@@ -95,7 +96,8 @@ Answer RunTool(const std::wstring& program, std::wstring commandLine)
     ResumeThread(thread.get());
     pipe.writer.reset();
     Answer answer = {ReadRecords(pipe.reader.get())};
-    // Without a complete answer, the exit code is needed. After one, the process gets a few seconds, because it may never end.
+    // Without a complete answer, the exit code is needed, however long the process runs. After a complete answer, the process
+    // gets only a few seconds, because it may never end.
     if (!IsComplete(answer.records)) WaitForSingleObject(handle.get(), INFINITE);
     WaitForSingleObject(handle.get(), kTimeToEnd);
     GetExitCodeProcess(handle.get(), &answer.exitCode);

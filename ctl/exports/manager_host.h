@@ -1,6 +1,6 @@
 // Asks a manager component for the names of its packages in a separate process. That process has the width that the manager
-// needs, and a manager that crashes or ends its process takes nothing else with it. The program is zeltctl itself, or the
-// zeltctl of the other width beside it; the process ends with this one.
+// needs, and a manager that crashes or ends its process takes nothing else with it. The process runs zeltctl itself, or the
+// zeltctl of the other width beside it, and ends at the latest when this process ends.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,8 @@
 
 namespace zelt::ctl {
 
-// Calls ListPackages in a process of the edition's width and returns its answer. `failed` is also told why there is no answer.
+// Calls ListPackages in a process of the edition's width and returns its answer. Each failure is reported to `failed`; if there
+// is no answer, so is the reason.
 std::optional<std::vector<std::wstring>> AskManager(const Edition& edition, PackageKind kind, REFCLSID manager,
                                                     const ListingFailure& failed);
 

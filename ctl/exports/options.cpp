@@ -19,7 +19,7 @@ namespace {
 
 // An option that is on or off.
 struct SwitchRow {
-    const char* name;  // on the command line, after two dashes, and in the text
+    const char* name;  // on the command line, after two dashes, and in the text output
     const char* key;   // in JSON
     bool LogOptions::*field;
     LogOption option;
@@ -133,7 +133,7 @@ int ChangeOptions(const Arguments& arguments, Streams& streams)
     const auto word = arguments.Value("--unit");
     const auto editions = EditionsFor(arguments);
     const std::optional<CLSID> unit = word ? std::optional(UnitOf(*word, editions)) : std::nullopt;
-    // Read the options now and not earlier, to keep what other programs have changed in the meantime.
+    // The options are read as late as possible, so that recent changes by other programs are kept.
     LogOptions options = StoredOptions();
     for (const auto& [row, value] : switches) options.*row->field = value;
     options.pravikUnit = unit.value_or(options.pravikUnit);

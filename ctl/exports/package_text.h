@@ -1,4 +1,4 @@
-// Exported packages as text: one line each, in columns, or JSON objects.
+// Exported packages as lines of text in columns, or as JSON objects.
 #pragma once
 
 #include <span>
@@ -15,9 +15,9 @@ struct ListedPackage {
     ExportedPackage package;
 };
 
-// The lines, or an array.
+// Writes a line for each package, or an array.
 void WritePackages(std::span<const ListedPackage> packages, bool asJson, Output& out);
-// The line, or an object.
+// Writes one line, or an object.
 void WritePackage(const ListedPackage& package, bool asJson, Output& out);
 
 }  // namespace zelt::ctl

@@ -25,7 +25,7 @@ private:
 // Throws InputError with the text of a failure.
 void Require(const Outcome& outcome);
 
-// Converts between the system's text and that of the command line and its output.
+// Convert between the system's UTF-16 text and the UTF-8 text of the command line and the output.
 std::string Utf8(std::wstring_view text);
 std::wstring Wide(std::string_view text);
 

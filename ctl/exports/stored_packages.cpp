@@ -36,7 +36,7 @@ Refusal NotExported(const std::string& name)
 ExportedPackageList ReadPackages(const Edition& edition)
 {
     ExportedPackageList list(ExportedPackages().Root(), edition);
-    // Load would create the key.
+    // Load would create a missing key.
     RegistryKey key;
     if (key.Open(ExportedPackages().Root(), edition.packagesKey) != ERROR_FILE_NOT_FOUND) Require(list.Load());
     return list;

@@ -1,5 +1,6 @@
-// The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list;
-// until the command ends, other processes wait for the list, though only a few seconds. After a change, the list is read back.
+// The stored list of exported packages, for a command that changes it. The command is refused while a process holds the list. A
+// process that wants the list during the command waits for it, but only for a few seconds. After a change, the list is read
+// back.
 #pragma once
 
 #include <string>

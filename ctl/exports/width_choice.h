@@ -15,7 +15,7 @@ inline constexpr Option kWidthOption = {"--width", "32|64", "only packages of th
 // edition that it selects.
 std::vector<const Edition*> EditionsFor(const Arguments& arguments);
 
-// "32-bit".
+// For example, "32-bit".
 std::string WidthText(const Edition& edition);
 
 // The advice when both editions fit.

@@ -20,7 +20,7 @@ void CallAtLine::Begin(const LogEvent& event)
 
 void CallAtLine::End(EventKind kind, int)
 {
-    // The reader does not say in which line an element ends. In what ZELT writes, each closing tag has a line of its own, so
+    // The reader does not say in which line an element ends. In logs that ZELT writes, each closing tag has its own line, so
     // counting the tags gives the line. In other logs the count may be wrong; the line of the next element corrects it.
     if (!settled && !hasEnded && closings.back() && ++current >= wanted) {
         hasEnded = true;

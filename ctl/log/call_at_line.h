@@ -17,13 +17,13 @@ public:
 
     // The opening lines of the call and of those around it, the outermost first; empty for a line outside of calls.
     const std::vector<int>& Calls() const { return calls; }
-    // The line that the search has reached; less than the wanted line when the log does not reach that.
+    // The line that the search has reached; less than the wanted line if the log is shorter.
     int LastLine() const { return settled && current < wanted ? wanted : current; }
 
 private:
     const int wanted;
     bool settled = false;
-    bool hasEnded = false;         // by the count of closing tags, the wanted line has been reached
+    bool hasEnded = false;         // the count of closing tags has reached the wanted line
     int current = 0;               // the line that the reading has reached
     std::vector<int> open, calls;  // the opening lines of the calls
     std::vector<bool> closings;    // which of the open elements have a closing line

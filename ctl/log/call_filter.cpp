@@ -11,7 +11,8 @@ char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + '
 
 bool MatchesPattern(std::string_view text, std::string_view pattern)
 {
-    // When what follows a star does not match, the star takes one more character; only the last star needs this.
+    // When the text after a star does not match, the star takes one more character. It is enough to do this for the latest
+    // star.
     std::size_t at = 0, next = 0, star = std::string_view::npos, resumed = 0;
     while (at < text.size()) {
         if (next < pattern.size() && pattern[next] == '*') {

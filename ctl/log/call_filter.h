@@ -28,7 +28,7 @@ public:
     bool Any() const { return object || interfaceName || method || inward; }
     bool Matches(const LogEvent& call);
 
-    // Says so when there is a filter that no call has passed.
+    // Writes a message if there is a filter and no call has passed it.
     void ReportNone(const std::string& log, Output& messages) const;
 
 private:

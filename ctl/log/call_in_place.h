@@ -1,5 +1,6 @@
-// One call as a tree of text, in its place: the calls around it by their names, its arguments and messages, and the calls
-// inside it, by their names, warnings and errors or completely. Does not write the call's result.
+// Shows one call in its place, as a tree of text: the names of the calls around it, its arguments and messages, and the calls
+// inside it. The calls inside it are shown completely, or only with names, warnings and errors. Does not write the call's
+// result.
 #pragma once
 
 #include <vector>
@@ -29,7 +30,7 @@ private:
     const bool nested;
     TreeText& tree;
     std::size_t around = 0;  // how many of `calls` have begun
-    int inside = 0;          // how many calls are open, from the wanted one inwards
+    int inside = 0;          // how many calls are open: the wanted one and those inside it
     bool isDone = false, isUnfinished = false;
     CallResult result;
 };

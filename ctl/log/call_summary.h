@@ -1,5 +1,5 @@
-// A call in brief: which arguments it had, and what matters about their values, however many there are. Several rules of log
-// check judge by it.
+// A call in brief, for the rules of log check: its arguments, and of their values only what the rules need. The size of a
+// summary does not grow with the number of values.
 #pragma once
 
 #include <string>

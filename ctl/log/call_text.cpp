@@ -96,7 +96,8 @@ void CallTexts::Begin(const LogEvent& event)
         call.arguments.back().inward = event.inward;
         call.arguments.back().line = event.line;
     } else if (event.kind == EventKind::Value) {
-        // In a log, a VARIANT is a value that names its type and contains its content as another value: take only that.
+        // In a log, a VARIANT is a value with the type, which contains another value with the content: only the content is
+        // taken.
         if (!call.arguments.empty() && !event.hasChildren) AddValue(call.arguments.back(), event.text);
     } else {
         call.result.Take(KindOfMessage(event));

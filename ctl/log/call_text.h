@@ -33,7 +33,7 @@ struct CallText {
     std::string_view Interface() const;
     std::string_view Method() const;
     const ArgumentText* Find(std::string_view argument) const;
-    // "property = "temperature", basis = """, of the inputs or the outputs, except pointers and those without values.
+    // The inputs or the outputs as "property = "temperature", basis = """, except pointers and arguments without values.
     std::string List(bool inward) const;
 };
 

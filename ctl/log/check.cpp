@@ -1,4 +1,4 @@
-// log check: whether a log is complete, and which rules the simulator, the component, or both have broken.
+// log check: tells whether a log is complete, and which rules the simulator, the component, or both have broken.
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -224,7 +224,7 @@ private:
     DerivativeRule derivatives;
     CallSummarizer calls;
     std::vector<EventKind> kinds;
-    ReusedStack<OpenCall> latest;  // the calls around the latest event, ended or not
+    ReusedStack<OpenCall> latest;  // the calls around the latest event, whether they have ended or not
     int damaged = 0;
 };
 
@@ -238,7 +238,7 @@ int CheckLog(const Arguments& arguments, const std::string& log, Streams& stream
     };
     const Checker::ReportQuery reportQuery = [&](int line, const std::string& text) { reporter.Query(line, text); };
     Checker checker(report, reportQuery);
-    Output unseen;  // The finding says the same.
+    Output unseen;  // takes the message about a damaged log, which a finding repeats
     const bool complete = ReadEvents(log, checker, reporter.Ignores("damaged") ? streams.messages : unseen);
     checker.Finish(complete);
     return CodeOf(complete, reporter.Finish(streams.leftOut));

@@ -52,7 +52,7 @@ public:
 private:
     struct Material {
         std::set<std::string> properties;  // property and phase, in lower case
-        const char* since;                 // what left it without properties: "created" or "cleared"
+        const char* since;                 // why it had no properties: it was "created" or "cleared"
         bool created;                      // by the package itself, so that the simulator does not touch it
     };
     void Check(const Material& material, const CallSummary& call, std::string_view property, std::string_view phase);

@@ -33,9 +33,10 @@ int AnswerInJson(const Arguments& arguments, const std::vector<std::string>& log
     Output& out = streams.data;
     bool first = true;
     for (const std::string& log : logs) {
-        std::size_t begin = 0;  // of an answer that has not ended
+        std::size_t begin = 0;  // where the unfinished answer begins; 0 for none
         const int one = Attempt(streams, [&] {
-            // A file that is not a log has no element. Standard input cannot be tried beforehand: its answer is null then.
+            // A file that is not a log gets no element. Standard input cannot be tested beforehand; if it is not a log, its
+            // answer is null.
             if (log != kStandardInput) RequireLog(log);
             out << (first ? "[\n{\"log\":" : ",\n{\"log\":");
             first = false;
@@ -128,7 +129,7 @@ int WriteEachLog(const Arguments& arguments, Streams& streams, AnswerAboutLog& a
     std::filesystem::create_directories(PathOf(*out), ignored);
     if (!std::filesystem::is_directory(PathOf(*out), ignored)) throw Refusal(*out + ": this is not a folder");
     int code = kFine;
-    std::set<std::string> names;  // in lower case: some systems take names that differ only in case for the same
+    std::set<std::string> names;  // in lower case, because some systems ignore the case of names
     for (const std::string& log : logs) {
         std::string name = StemOf(log);
         for (int number = 2; !names.insert(LowerCase(name)).second; ++number) {

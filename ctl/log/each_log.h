@@ -19,7 +19,7 @@ using AnswerAboutLog = int(const Arguments& arguments, const std::string& log, S
 // Returns the highest of the exit codes.
 int AnswerAboutEachLog(const Arguments& arguments, Streams& streams, AnswerAboutLog& answer, Layout layout);
 
-// For the tables of commands: the answers go to the output, or together into the file of -o.
+// For the tables of commands: the answers go to the output, or together into the file that -o names.
 template <AnswerAboutLog& Answer, Layout kLayout = Layout::Blocks>
 int EachLog(const Arguments& arguments, Streams& streams)
 {

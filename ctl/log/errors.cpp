@@ -1,4 +1,4 @@
-// log errors: the errors and warnings with the calls that they concern, and what else the callee said about a failure. System
+// log errors: lists errors and warnings with the calls that they concern, and what else the callee said about a failure. System
 // queries and, except in JSON, repeated warnings are only counted unless the user asks for them.
 #include <set>
 #include <string>
@@ -170,7 +170,7 @@ private:
     std::string said;    // the detail that belongs to the latest event
     long long found = 0;
     CallTexts texts;              // of the open calls, for their context
-    std::set<std::string> known;  // what warnings have said so far
+    std::set<std::string> known;  // the warnings that IsNew has seen, as texts
 };
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace zelt::ctl {
 namespace {
 
 constexpr std::size_t kLongestLine = 90;
-// So that a story fits a screen.
+// With these limits a story fits a screen.
 constexpr std::size_t kMostInputs = 8, kMostProperties = 8, kMostAround = 4;
 
 void WriteLine(int line, std::string_view text, Output& out)
@@ -28,7 +28,7 @@ std::string Count(long long number, const char* one, const char* many)
     return std::to_string(number) + ' ' + (number == 1 ? one : many);
 }
 
-// The inputs of `then` that are not the same now.
+// The inputs of `then` that differ from those of `now`.
 std::string OtherInputs(const CallText& then, const CallText& now)
 {
     std::string text;
@@ -48,7 +48,7 @@ void TellAsked(const std::vector<LineText>& asked, long long total, Output& out)
     for (const LineText& one : asked) WriteLine(one.line, one.text, out);
 }
 
-// The values that a calculation begins with.
+// Whether this is one of the values that a calculation begins with.
 bool IsBasic(const KnownProperty& property)
 {
     constexpr std::string_view kBasic[] = {"temperature", "pressure", "fraction", "phaseFraction", "phases"};
@@ -56,7 +56,7 @@ bool IsBasic(const KnownProperty& property)
     return IsOneOf(name, kBasic);
 }
 
-// The latest of the basic values, and then of the others, as many as there is room for.
+// Shows the latest basic values and, if there is room, the latest of the others.
 void TellState(const std::vector<KnownProperty>& state, Output& out)
 {
     std::vector<const KnownProperty*> chosen;
@@ -130,7 +130,7 @@ std::string InOneLine(const CallText& call, bool isUnfinished)
         if (!inputs.empty()) text.append(" ").append(inputs);
         if (!outputs.empty() && !call.result.failed) text.append(" -> ").append(outputs);
     }
-    // A line that is too long is cut before this end, which matters most.
+    // If the line is too long, the text before this end is cut, because the end matters most.
     const std::string_view end = isUnfinished ? " (no answer)" : call.result.failed ? " (failed)" : "";
     return (end.empty() ? text : Shortened(text, kLongestLine - end.size())).append(end);
 }

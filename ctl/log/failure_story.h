@@ -9,13 +9,13 @@
 
 namespace zelt::ctl {
 
-// A line of the log with what is said about it.
+// A line of the log, and the text that the story has for it.
 struct LineText {
     int line;
     std::string text;
 };
 
-// The latest of many lines, and besides them the first important ones, each up to a limit.
+// Keeps the latest of many lines, and in addition the first important ones. Each of the two groups has a limit.
 class Latest {
 public:
     Latest(std::size_t most, std::size_t mostImportant) : most(most), mostImportant(mostImportant) {}
@@ -45,8 +45,8 @@ struct FailureStory {
     CallText call;
     std::vector<LineText> around;    // the calls that contain it
     std::vector<LineText> messages;  // the failure, and what else the callee said
-    std::vector<LineText> broken;    // broken rules, found by the log itself or by the rules of log check
-    std::vector<LineText> asked;     // as in Success, with the first failed ones
+    std::vector<LineText> broken;    // broken rules that the log reports, or that log check finds
+    std::vector<LineText> asked;     // as in Success, and the first calls that failed
     long long askedTotal = 0;
     std::string material;
     std::vector<KnownProperty> state;

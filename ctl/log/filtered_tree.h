@@ -49,7 +49,6 @@ public:
     bool WantsArguments() const override { return Shown() && tree.WantsArguments(); }
 
 private:
-    // What is outside of calls is shown only with the whole log.
     bool Shown() const { return open.empty() ? !filter.Any() && !results : open.back(); }
 
     CallFilter& filter;

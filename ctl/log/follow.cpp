@@ -1,6 +1,6 @@
-// log follow: shows a log while it is being written. The server writes whole entries, so an XML comment is allowed at the
-// current end of the file. Such a comment makes the parser release what it has read, so that a call that hangs is shown while
-// it hangs.
+// log follow: shows a log while it is being written. At the current end of the file, it gives the parser XML comments, which
+// make the parser release what it has read. So a call that hangs is shown while it hangs. The server writes whole entries, so a
+// comment is allowed at this place.
 #include "ctl/log/follow.h"
 
 #include <chrono>
@@ -23,7 +23,7 @@ FollowPause pause = WaitAMoment;
 
 constexpr std::string_view kEnd = "</zeltlogdocument>";
 
-// The reader releases a node when it has seen the next one, and the parser looks ahead too.
+// Several comments, because the reader releases a node only when it has seen the next one, and the parser looks ahead, too.
 constexpr std::string_view kFiller = "<!----><!----><!----><!---->";
 
 class GrowingLog final : public LogInput {
@@ -69,7 +69,7 @@ private:
         fillerGiven = false;
     }
 
-    const bool isStandard;  // standard input: where it ends, nothing more will come, unlike with a file
+    const bool isStandard;  // standard input, which does not grow after its end as a file may
     LogFileInput file;
     const std::optional<double> patience;
     Output& out;
@@ -77,7 +77,7 @@ private:
     bool entryEnded = false, fillerGiven = true, caughtUp = false;
 };
 
-// Unless everything is wanted, leaves out what was there when following began.
+// Unless everything is wanted, leaves out what the log had when following began.
 class NewOnly final : public LogSink {
 public:
     NewOnly(FilteredTree& tree, TreeText& text, const GrowingLog& log, bool everything)

@@ -3,8 +3,8 @@
 
 namespace zelt::ctl {
 
-// What log follow does when it has shown everything that the log has so far: it waits a moment. A test can set another
-// function; null restores the wait. SetFollowPause returns the previous function.
+// log follow calls this function when it has shown the whole log; by default it waits a moment. A test can set another
+// function; null restores the default. SetFollowPause returns the previous function.
 using FollowPause = void (*)();
 FollowPause SetFollowPause(FollowPause pause);
 

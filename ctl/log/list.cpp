@@ -1,4 +1,4 @@
-// log list: what logs there are, the newest first. Reads each completely, to count its calls, and keeps a row for it.
+// log list: lists logs, the newest first. Reads each log completely, to count its calls, but keeps only a row for it.
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -18,14 +18,15 @@ namespace {
 
 struct Row {
     std::string log, package, start;
-    std::optional<std::string> sortable;  // the start, if it is in English
+    std::optional<std::string> sortable;  // `start`, if it is in English
     std::optional<long long> size;
     std::filesystem::file_time_type changed = {};
     long long calls = 0, failures = 0;
     bool complete = false;
 };
 
-// "November 21, 2026, 08:48" as "2026-11-21 08:48". The month is in the language of the system that wrote the log.
+// "November 21, 2026, 08:48" as "2026-11-21 08:48". The month is in the language of the system that wrote the log; nothing if
+// that is not English.
 std::optional<std::string> SortableStart(std::string_view text)
 {
     constexpr std::string_view kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
@@ -103,12 +104,12 @@ Row ListRowOf(const std::string& log)
     return row;
 }
 
-// By the time when they began, or by the time of their last change if any of them does not state its start in English.
+// By the starts of the logs, or by their last changes if the start of any log is not in English.
 void SortNewestFirst(std::vector<Row>& rows)
 {
     const bool haveStarts = std::all_of(rows.begin(), rows.end(), [](const Row& row) { return row.sortable; });
     std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
-        // A log gives its start only to the minute.
+        // A log gives its start only to the minute, so the last change decides between equal starts.
         return haveStarts && *a.sortable != *b.sortable ? *a.sortable > *b.sortable : a.changed > b.changed;
     });
 }

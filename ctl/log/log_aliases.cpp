@@ -17,7 +17,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Words of the standard, in lower case. They stay: they tell which property was asked for, but not of which substances.
+// Words of the standard, in lower case. They stay, because they tell which property was asked for, but not of which substances.
 constexpr std::string_view kWords[] = {
     "activity",
     "activitycoefficient",
@@ -124,7 +124,7 @@ bool IsWord(std::string_view text)
     return words.count(lower) && IsOneOf(rest, kDerivatives);
 }
 
-// What the log writes for something that is neither a text nor a finite number.
+// Whether the log writes this for something that is neither a text nor a finite number.
 bool IsMark(std::string_view value)
 {
     // Most values are texts in quotes or numbers.
@@ -158,7 +158,7 @@ bool IsReal(std::string_view value, std::string_view type)
            type.find("VT_R") != std::string_view::npos || type == "double";
 }
 
-// The largest whole number that keeps its place in the order: all numbers of 32 bits do.
+// Whole numbers up to this size keep their order; this includes all numbers of 32 bits.
 constexpr long long kLargestWhole = 0xFFFF'FFFF;
 
 // The pseudo-random function SipHash-2-4: keyed, and not reversible without its key.

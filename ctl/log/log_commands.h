@@ -1,4 +1,4 @@
-// The commands for logs, which they read with ReadEvents. They do not depend on Windows: the native program has them too.
+// The commands for logs. They read logs with ReadEvents and do not depend on Windows: the native zeltctl has them too.
 #pragma once
 
 #include <span>

@@ -39,7 +39,7 @@ private:
     std::string copy;  // the path of the temporary file, if there is one
 };
 
-// The exit code of a command that read a log: a log that is cut off or damaged is a finding, whatever the command looks for.
+// The exit code of a command that read a log. A log that is cut off or damaged is a finding for every command.
 inline int CodeOf(bool complete, int answer) { return complete ? answer : kFinding; }
 
 }  // namespace zelt::ctl

@@ -62,7 +62,7 @@ int LogFileInput::Read(char* out, int length)
 {
     const int count = file.Read(out, length);
 #ifdef _WIN32
-    // The runtime library remembers that it has met the end of the file until the position is set.
+    // After the end of the file, the runtime library reads nothing more until the position is set.
     if (count == 0 && !isStandard) _lseeki64(descriptor, 0, SEEK_CUR);
 #endif
     return count;

@@ -1,4 +1,4 @@
-// A file, such as a log that the server may still be writing, or standard input.
+// Reads a file, such as a log that the server may still be writing, or standard input.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ public:
     int Read(char* out, int length) override;
 
 private:
-    const bool isStandard;  // the input of the process, which stays open
+    const bool isStandard;  // whether it is standard input, which stays open
     const int descriptor;
     BufferedFile file;
 };

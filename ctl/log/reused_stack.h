@@ -1,5 +1,5 @@
-// A stack whose elements keep their memory when they leave it, for those that come next: a log may have millions of calls, but
-// few are open at once. A new element may have the contents of an earlier one.
+// A stack that reuses the memory of removed elements: a log may have millions of calls, but few are open at once. A pushed
+// element may still have the contents of a removed one.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ public:
         return all[count++];
     }
     void Pop() { --count; }
-    // Does nothing when there are no more than `most`.
+    // Removes the topmost elements until there are no more than `most`.
     void ShrinkTo(std::size_t most)
     {
         if (count > most) count = most;

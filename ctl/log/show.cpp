@@ -1,4 +1,4 @@
-// log show: the log, the calls that pass a filter, or one call with what is around it and inside it, as a tree of text. A
+// log show: shows the log, the calls that pass a filter, or one call with what is around it and inside it, as a tree of text. A
 // filter by result needs to read the log twice, because a call's result follows everything that happened during the call; the
 // first reading keeps one bit per call.
 #include <cmath>
@@ -72,7 +72,7 @@ private:
     std::vector<OpenCall> open;
 };
 
-// The number after --at.
+// The line that --at names.
 std::optional<int> WantedLine(const Arguments& arguments)
 {
     const auto number = arguments.Number("--at");

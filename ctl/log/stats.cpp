@@ -1,4 +1,4 @@
-// log stats: how often each method and each object was called, and how the calls went. Memory grows with the number of
+// log stats: counts how often each method and each object was called, and how the calls went. Memory grows with the number of
 // different methods and objects, not with the log.
 #include <algorithm>
 #include <cmath>
@@ -27,7 +27,7 @@ struct Counts {
 };
 
 using Table = std::map<std::string, Counts, std::less<>>;
-using Rows = Memo<Counts*>;  // the rows of names that recur
+using Rows = Memo<Counts*>;  // finds the rows of recurring names quickly
 
 Counts* RowOf(Table& table, Rows& rows, std::string_view name)
 {
@@ -110,7 +110,7 @@ constexpr Column kColumns[] = {{"calls", &Counts::calls},
 
 using Row = std::pair<std::string, Counts>;
 
-// By a count, the largest first, and equal ones in alphabetical order; or all by name.
+// Sorts by a count, the largest first and equal ones by name; or by name alone.
 std::vector<Row> Sorted(const Table& table, const std::string& by)
 {
     std::vector<Row> rows(table.begin(), table.end());
@@ -124,7 +124,8 @@ std::vector<Row> Sorted(const Table& table, const std::string& by)
     throw UsageError("--sort is calls, failures, warnings, violations, queries or name");
 }
 
-// The calls, and the other columns that have anything but zeros. The system's queries have a column only on request.
+// The column of the calls, and each other column that has anything but zeros. The system's queries have a column only on
+// request.
 std::vector<Column> ColumnsOf(const std::vector<Row>& rows, bool withQueries)
 {
     std::vector<Column> columns;

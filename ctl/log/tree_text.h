@@ -23,7 +23,7 @@ public:
 
     bool WantsArguments() const { return !onlyCalls; }
 
-    // What begins while it is silent is not shown.
+    // Events that begin while it is silent are not shown.
     void SetSilent(bool now) { silent = now; }
     bool IsSilent() const { return silent; }
 
@@ -37,7 +37,7 @@ private:
     bool silent = false;
     enum class Line { None, Name, Bracket, Values } line = Line::None;  // how far the argument's line has come
     int argumentDepth = 0;
-    int nesting = 0;  // brackets open around values inside values
+    int nesting = 0;  // how many brackets are open around values inside values
 };
 
 }  // namespace zelt::ctl

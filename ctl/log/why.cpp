@@ -1,6 +1,6 @@
-// log why: the story of each call that failed or never returned. A failure inside of a call that fails too belongs to the story
-// of the outer call. The same failure again is only counted. Memory is bounded: it depends on how many different methods,
-// materials and failures there are, up to a limit, and on how deep calls nest.
+// log why: tells the story of each call that failed or never returned. A failure inside of a call that also failed belongs to
+// the story of the outer call. A failure that repeats is told once, and counted. Memory is bounded: it depends on how many
+// different methods, materials and failures there are, up to a limit, and on how deep calls nest.
 #include <algorithm>
 #include <map>
 #include <string>
@@ -65,7 +65,8 @@ public:
     }
     void End(EventKind kind, int) override
     {
-        // LeftOpen, which comes after End, tells whether only the log ended, and not the call.
+        // Settle handles the end of the call later: only LeftOpen, which comes after End, tells whether the call ended, or just
+        // the log.
         if (kind == EventKind::Call) ++ended;
     }
     void LeftOpen(int line) override { leftOpen.push_back(line); }
@@ -87,7 +88,7 @@ private:
     struct Gathered {
         std::vector<LineText> messages, broken;
         Latest asked = {kMostAsked, kMostFailedAsked};
-        std::vector<std::string> materials;  // the last one that was called during it, if any
+        std::vector<std::string> materials;  // the last material that was called during it, if any
         std::vector<FailureStory> failures;  // inside of it
     };
 

@@ -1,5 +1,4 @@
-// path add and path remove: put this program's folder on the path on which Windows looks for programs, or take it off. Only for
-// Windows.
+// path add and path remove: put this program's folder on the search path of Windows, or take it off. Only for Windows.
 #pragma once
 
 #include <span>

@@ -113,7 +113,7 @@ bool ChangeSearchPath(const RegistryRoot& root, const std::wstring& path, const 
     const std::vector<std::wstring> names = key.ValueNames();
     const bool isThere =
         std::any_of(names.begin(), names.end(), [](const std::wstring& name) { return IsSame(name, kValue); });
-    // A path that is there but cannot be read is not replaced.
+    // A search path that exists but cannot be read is not replaced.
     if (!stored && isThere) Fail("read", ERROR_READ_FAULT);
     const RegistryValue value = stored.value_or(RegistryValue{REG_EXPAND_SZ, {}});
     if (value.type != REG_SZ && value.type != REG_EXPAND_SZ) Fail("read", ERROR_INVALID_DATA);

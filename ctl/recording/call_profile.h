@@ -25,14 +25,14 @@ private:
 
 struct CallFigures {
     long long calls = 0, failures = 0;
-    std::uint64_t total = 0;  // with the calls inside
+    std::uint64_t total = 0;  // with the calls nested in them
     std::uint64_t self = 0;   // in the called object alone
     Distribution times;
 };
 
-// How the time of the outermost calls is divided. A recording cannot tell the way to the simulator and back from the
-// simulator's own work. The shortest call to the simulator does next to no work, so `transport` assumes its time for each call
-// to the simulator: an upper limit.
+// How the time of the outermost calls is divided. A recording cannot separate the simulator's own work from the way to the
+// simulator and back. The shortest call to the simulator is taken to do no work: `transport` is its time, multiplied by the
+// number of calls to the simulator. This is an upper limit.
 struct TimeShares {
     std::uint64_t all = 0, component = 0, simulator = 0, transport = 0, zelt = 0;
 };

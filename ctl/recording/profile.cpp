@@ -1,4 +1,4 @@
-// recording profile: where the time of the calls went; or every call as a trace event.
+// recording profile: shows where the time of the calls went, or writes every call as a trace event.
 #include <algorithm>
 #include <cstdio>
 

@@ -242,7 +242,7 @@ std::string ScalarText(const ArgumentRecord& argument, const Scalar& scalar)
     switch (scalar.form) {
         case Value::Form::Integer: return IntegerText(argument, scalar);
         case Value::Form::Real:
-            // The lowest number stood for "undefined" before NaN did.
+            // Before NaN came into use, the lowest number stood for "undefined".
             if (std::isnan(scalar.real) || scalar.real == std::numeric_limits<double>::lowest()) return "N/A";
             return NumberText(scalar.real);
         case Value::Form::Text: return '"' + std::string(scalar.bytes) + '"';

@@ -23,8 +23,8 @@ struct Scalar {
 
 void ForEachScalar(const recording::Value& value, const std::function<void(const Scalar&)>& take);
 
-// The value with other scalars, in the same order. In arrays, bytes that are not known scalars, such as those of records,
-// become zeros. Texts that the new value refers to are kept in `texts`.
+// A copy of the value in which `map` has replaced each scalar. In arrays, bytes that are not known scalars, such as those of
+// records, become zeros. Texts that the new value refers to are kept in `texts`.
 using ScalarMap = std::function<Scalar(const Scalar&)>;
 recording::Value MapScalars(const recording::Value& value, const ScalarMap& map, std::deque<std::string>& texts);
 

@@ -1,4 +1,4 @@
-// The commands for recordings. Those here do not depend on Windows: the native program has them too.
+// The commands for recordings that do not depend on Windows: the native zeltctl has them too.
 #pragma once
 
 #include <span>

@@ -19,7 +19,7 @@ public:
     // that this program can read.
     const recording::HeaderRecord& ReadHeader();
     // kFinding, with a message, when the recording does not end with the record that closes it; otherwise kFine. `isClosed`:
-    // that record was read.
+    // whether that record was read.
     int ReportEnd(bool isClosed, Output& messages) const;
 
 private:

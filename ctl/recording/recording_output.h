@@ -1,4 +1,4 @@
-// A recording that a command writes: it appears when it is complete.
+// A recording that a command writes. The file appears when it is complete.
 #pragma once
 
 #include "ctl/command.h"

@@ -1,4 +1,4 @@
-// recording render: the log that was written beside a recording, or would have been.
+// recording render: writes the log that was, or would have been, written beside a recording.
 #include <filesystem>
 
 #include "ctl/recording/recording_file.h"

@@ -1,4 +1,4 @@
-// recording trim: keeps only what replaying certain calls needs. Reads the recording twice.
+// recording trim: keeps only what is needed to replay certain calls. Reads the recording twice.
 #include <charconv>
 #include <map>
 #include <utility>
@@ -98,8 +98,9 @@ private:
     {
         return std::holds_alternative<HeaderRecord>(record) || std::holds_alternative<ComponentRecord>(record);
     }
-    // A needed object's query is kept wherever it was made, because the object answers the same in the calls that are kept. A
-    // query with the same answer as the one before is left out.
+    // A query to a needed object is kept even if it was made during a call that is left out, because the object answers the
+    // same in the calls that are kept. If an object is asked for the same interface again and answers the same, that query is
+    // left out.
     void TakeQuery(const QueryRecord& query, const Record& record)
     {
         if (query.object >= needed.objects.size() || !needed.objects[query.object]) return;

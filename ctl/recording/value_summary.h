@@ -7,7 +7,8 @@
 
 namespace zelt::ctl {
 
-// Appends "name=value", after a comma if the text is not empty. For a long list, it gives the first values and the count.
+// Appends "name=value", after a comma if the text is not empty. Of a long list, only the first values and the count are
+// appended.
 void AppendSummary(std::string& text, const recording::ArgumentRecord& argument);
 
 }  // namespace zelt::ctl

@@ -55,7 +55,7 @@ struct Content {
     std::uintmax_t size;
 };
 
-// Not the log's own name, which is often that of the package.
+// A log gets a new name, because its own is often the name of the package.
 std::string NameInReport(std::size_t number, std::size_t logs)
 {
     return logs == 1 ? std::string("log.zlg") : "log-" + std::to_string(number + 1) + ".zlg";

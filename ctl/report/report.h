@@ -1,6 +1,6 @@
-// A report on a problem, for the people whom you ask for help: redacted logs and what is known about this computer's ZELT, in
-// one zip file. What it contains is listed first, and can be read in a separate folder; without --yes, it is written only after
-// a yes. Nothing is sent.
+// A report on a problem, for the people whom the user asks for help: one zip file with redacted logs and what is known about
+// ZELT on this computer. First its contents are listed, and can be read in a temporary folder. Without --yes, the file is
+// written only if the user then says yes. Nothing is sent.
 #pragma once
 
 #include <span>
@@ -17,7 +17,7 @@ struct ReportText {
     std::string text;
 };
 
-// The logs are the operands; the options are -o, --yes and --keep-errors. The answer comes from standard input.
+// The logs are the operands; the options are -o, --yes and --keep-errors. The user's answer comes from standard input.
 int WriteReport(const Arguments& arguments, std::span<const ReportText> texts, Streams& streams);
 
 }  // namespace zelt::ctl

@@ -1,4 +1,4 @@
-// report: the command, with what is known about ZELT on this computer. Only for Windows.
+// report: the command, which adds what is known about ZELT on this computer. Only for Windows.
 #pragma once
 
 #include <span>

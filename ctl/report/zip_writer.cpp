@@ -30,7 +30,7 @@ ZipTime Now()
 
 std::uint32_t Checked(std::uint64_t size)
 {
-    // The largest number means that the true one is elsewhere.
+    // The format reserves the largest number: it means that the true one is elsewhere.
     if (size >= std::numeric_limits<std::uint32_t>::max()) throw std::runtime_error("the zip file would be too large");
     return static_cast<std::uint32_t>(size);
 }

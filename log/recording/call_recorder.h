@@ -1,6 +1,6 @@
-// The recording of a log, or of calls that are not logged: what the log's writers are given. Each writer of an argument also
-// records it, so that the methods' rows need not. Nothing that records throws: what cannot be recorded for lack of memory is
-// missing, and the recording ends when writing fails, as on a full disk. Like the log, not thread safe.
+// Records what the log's writers are given, beside a log or without one. Each writer of an argument also records it, so that
+// the methods' rows need not. Recording never throws: whatever there is no memory for is missing, and the recording ends when
+// writing fails, as on a full disk. Like the log, not thread safe.
 #pragma once
 
 #include <windows.h>
@@ -36,8 +36,8 @@ public:
                std::string_view settings) noexcept;
     void Say(const recording::Component& component) noexcept;
     // The object (may be null) gets a number if it has none yet. `depth` is the number of calls in progress: here without this
-    // call, in EndCall with it. If more calls than these are open, a fault has removed the stack frames of the innermost ones;
-    // they are taken back.
+    // call, in EndCall with it. If more calls than these are open, a fault has removed the stack frames of the innermost ones,
+    // and the recorder removes or ends them (RecordWriter::Settle).
     void BeginCall(bool isIn, std::string_view member, std::string_view name, RecordedObject* object,
                    std::size_t depth) noexcept;
     void Query(RecordedObject& object, REFIID iid, bool isGranted) noexcept;
@@ -48,8 +48,8 @@ public:
     void Stream(std::string bytes) noexcept;
     void EndCall(HRESULT result, const FailureText* failure, const FailureDetail* detail, std::size_t depth) noexcept;
     void Say(Sentence sentence, HoleTexts holes) noexcept;
-    // `body(recording::ValueWriter&)` writes the value, which may be in memory that belongs to another component; what cannot be
-    // read is recorded as such, with the logged type.
+    // `body(recording::ValueWriter&)` writes the value, which may be in memory that belongs to another component; what cannot
+    // be read is recorded as such, with the logged type.
     template <class Body>
     void Argument(const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type,
                   Body&& body) noexcept

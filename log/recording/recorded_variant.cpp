@@ -152,7 +152,7 @@ VARIANT RecordedVariant::Make(const Value& value)
         SetScalar(made, value);
         return made;
     }
-    // The value lies elsewhere, in the form that it has inside a VARIANT.
+    // By reference: the value lies in memory of its own, in the form that it has inside a VARIANT.
     VARIANT held = {};
     SetScalar(held, value);
     void* const place = Room(sizeof held);

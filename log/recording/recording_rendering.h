@@ -1,4 +1,4 @@
-// A recording as the log that was written beside it, byte for byte: the same writers get the same values.
+// Renders a recording as the log that was written beside it, byte for byte: the same writers get the same values.
 #pragma once
 
 #include <cstdint>

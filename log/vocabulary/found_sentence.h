@@ -21,7 +21,7 @@ struct FoundSentence {
 };
 
 // The first row of this severity that the text matches; with `after`, the first of those that follow that row. If a name
-// contains words of the sentence, its hole takes as much of the text as possible.
+// contains words of the sentence, the name's hole takes as much of the text as possible.
 std::optional<FoundSentence> FindSentence(Severity severity, std::string_view text, std::optional<Sentence> after = {});
 
 // The length of the status code that the text begins with, "ECapeUnknownHR" or "0x80041234", before a colon and a blank; 0 when

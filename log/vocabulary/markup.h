@@ -1,4 +1,4 @@
-// The characters that mean something in XML, and what stands for them. Does not depend on Windows: programs for logs use it too.
+// The characters that mean something in XML, and what stands for them. Does not depend on Windows: it also builds natively.
 #pragma once
 
 namespace zelt {

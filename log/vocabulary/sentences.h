@@ -1,5 +1,5 @@
 // Every sentence of a log: what a writer may say besides calls, arguments and values, and what a reader can rely on. A sentence
-// without a row here cannot be written. Does not depend on Windows: programs for logs use it too.
+// without a row here cannot be written. Does not depend on Windows: it also builds natively.
 #pragma once
 
 #include <array>

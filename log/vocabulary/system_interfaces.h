@@ -49,7 +49,7 @@ inline constexpr SystemInterface kSystemInterfaces[] = {
 };
 // clang-format on
 
-// Whether this is one of them: a name, or an identifier in braces, whichever the log has.
+// Whether the interface is one of these. A log gives its name or, in braces, its identifier.
 constexpr bool IsSystemInterface(std::string_view interfaceInLog)
 {
     if (interfaceInLog.empty()) return false;

@@ -20,7 +20,7 @@ FunctionEnd
 
 ; Copies the older version to setup's temporary folder, which is deleted when setup ends.
 Function SaveOlderVersion
-    ; The older version's uninstaller may check fewer files than this setup program.
+    ; Check the files here, too: the older version's uninstaller may check fewer of them.
     StrCpy $R1 $OlderFolder
     Call RefuseUsedFiles
     InitPluginsDir

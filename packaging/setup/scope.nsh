@@ -20,7 +20,7 @@
         ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"
     ${EndIf}
     ClearErrors
-    ; /D must stay the last switch.
+    ; The user's switches come last, because /D must be the last one.
     ExecShell "runas" "${program}" "/Restarted $0"
     ${If} ${Errors}
         ${Leave} ${NEEDS_ADMINISTRATOR} "${TEXT_NEEDS_ADMINISTRATOR}"

@@ -12,7 +12,7 @@ Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; With this level, Windows asks only administrators for the right to install for all users; scope.nsh asks other users.
+; With this level, Windows itself asks only administrators to confirm; for other users, scope.nsh asks for an administrator.
 RequestExecutionLevel highest
 
 !include LogicLib.nsh

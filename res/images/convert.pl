@@ -65,7 +65,7 @@ sub icon
     return pack('v v v', 0, 1, scalar @sizes) . $entries . $pictures;
 }
 
-# Blue, green, red and opacity of each pixel, then the mask of one bit a pixel that older programs look at.
+# One size of the icon: blue, green, red and opacity of each pixel, then a mask of one bit a pixel for older programs.
 sub picture
 {
     my ($size, @shapes) = @_;

@@ -4,7 +4,7 @@ use strict;
 use warnings;
 
 # From the loosest to the tightest: an operand ends at everything in the rows above its operator's; a right operand, and the left
-# one of `?`, also ends at everything in that row.
+# one of `?`, also ends at everything in the operator's own row.
 my @precedence = (
     [';', ',', '=', '+=', '-=', '*=', '/=', '%=', '&=', '|=', '^=', '<<=', 'return', 'throw', 'else', 'case', ':', '?'],
     ['||'], ['&&'], ['|'], ['^'], ['&'], ['==', '!='], ['<', '>', '<=', '>=', '<=>'], ['<<', '>>'], ['+', '-'], ['*', '/', '%'],

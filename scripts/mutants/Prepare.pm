@@ -49,7 +49,7 @@ sub Build
     my ($number, @order) = @_;
     my (@chosen, %taken, $next);
     my %refused = map { $_ => 1 } @{State::Load('refused') // []};
-    # CheckHeaders leaves out what has compiled once.
+    # CheckHeaders need not check again what has compiled once.
     my %accepted = map { $_ => 1 } @{State::Load('accepted') // []};
     my $round = 0;
     while (1) {

@@ -7,8 +7,8 @@ use warnings;
 
 # Read(text): a reference to {text, code, tokens}. `code` is the text with blanks in place of comments and preprocessor lines. A
 # token is {text, start, end, type, match, inside, scope, region, opens}: `match` is the number of the other bracket, `inside` that
-# of the opening bracket around the token, `scope` the kind of the innermost brace, `region` that of the innermost one that is not
-# an initialiser, and `opens` that of the brace which the token opens.
+# of the opening bracket around the token, `scope` the kind of the innermost brace, `region` the kind of the innermost brace that is
+# not an initialiser, and `opens` the kind of the brace that the token opens.
 sub Read
 {
     my ($text) = @_;

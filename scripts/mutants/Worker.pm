@@ -47,7 +47,7 @@ sub Arrange
 {
     my ($test) = @_;
     my $wanted = $test->{needs} || ($test->{role} // '') eq 'cleanup' ? 1 : 0;
-    # For tests that can share a process, it makes no difference.
+    # Tests that can share a process do not depend on the fixture.
     return if $test->{program} || $wanted == $isRegistered;
     my $action = $byRole{$wanted ? 'setup' : 'cleanup'} // return;
     SwitchTo(0);

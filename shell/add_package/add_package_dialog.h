@@ -12,7 +12,7 @@ namespace zelt {
 // The packages that the dialog offers.
 enum class PackageChoice {
     All,
-    PropertyPackages10,  // What a Thermo System can serve.
+    PropertyPackages10,  // Those that a Thermo System can serve.
 };
 
 class CAddPackageDlg final : public Dialog {

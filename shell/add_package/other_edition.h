@@ -5,10 +5,10 @@
 
 namespace zelt {
 
-// The one beside this program, or else the registered one; empty when there is none, or when this Windows cannot run it.
+// Its path: beside this program, or else as registered. Empty if there is no such file, or if this Windows cannot run it.
 std::wstring OtherEditionProgram();
 
-// Shows its main window: that of a process that has one, or of a new process.
+// Brings its main window to the front if a process shows one; otherwise starts the program. False if it cannot be started.
 bool ShowOtherEdition();
 
 }  // namespace zelt

@@ -15,11 +15,11 @@
 namespace zelt {
 namespace {
 
-// The first batches are small, so that the viewer need not wait for the beginning. Later ones double the rows read so far,
-// until handing one over costs next to nothing.
+// The first batches are small, so that the viewer need not wait for the beginning. Each later one has as many rows as all
+// before it, up to a size at which handing one over costs next to nothing.
 constexpr std::size_t kFirstBatchRows = 1024;
 constexpr std::size_t kMostBatchRows = 16 * kFirstBatchRows;
-// Labels may be megabytes long each.
+// A single label may be megabytes long.
 constexpr std::size_t kMostBatchText = 4 << 20;
 // The first page goes to the viewer at once, the others several at a time.
 constexpr std::size_t kBatchPages = 16;
@@ -86,7 +86,7 @@ private:
     bool wanted = true;
 };
 
-// The same while the log is cut into pages; the rows that are in no page go to a Collector.
+// Cuts the log into pages, on the reading thread. Passes the rows that are in no page to a Collector.
 class PageCollector final : public PartSink {
 public:
     PageCollector(BatchQueue& queue, const SharedLogFile& file) : collector(queue, file) {}
@@ -121,7 +121,7 @@ private:
     std::size_t pages = 0;
 };
 
-// The thread always ends before this object, even if the caller takes no more batches.
+// Owns the reading thread, which always ends before this object does, even if the caller takes no more batches.
 class Reading {
 public:
     Reading(const SharedLogFile& file, bool inPages) : thread([this, &file, inPages] { Run(file, inPages); }) {}

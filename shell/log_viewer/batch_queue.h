@@ -1,4 +1,5 @@
-// Passes what one thread reads of a log to another, in a few batches at a time, so that the memory does not depend on the file.
+// Passes a log from the thread that reads it to another thread, in batches. Only a few wait at a time, so the memory that they
+// need does not grow with the file.
 #pragma once
 
 #include <condition_variable>
@@ -13,7 +14,7 @@
 
 namespace zelt {
 
-// Rows and pages in transit. Rows are as small as possible: many millions of them move from one core to the other.
+// Rows and pages in transit. Rows are as small as possible, because many millions of them move from one core to another.
 struct Batch {
     struct Entry {
         std::uint32_t length;  // of the label, which follows the previous label; or the line of a parse error
@@ -21,7 +22,7 @@ struct Batch {
         std::uint8_t image;
         std::uint8_t flags;
     };
-    // The parser's limits are ten million bytes for each of the two texts of a label, and a nesting of 256.
+    // The fields have room for what the parser admits: ten million bytes for each of a label's two texts, and a nesting of 256.
     static_assert(sizeof(Entry) == 8);
     enum Flags : std::uint8_t { kHasChildren = 1, kIsError = 2, kIsObjection = 4 };
 

@@ -1,5 +1,5 @@
-// An array that grows to many millions of elements without moving them. It needs neither contiguous address
-// space of its own size nor twice its memory while it grows. Does not shrink.
+// An array that grows to many millions of elements without moving them. Growing needs neither one contiguous block for all
+// elements nor room for a second copy of them. Does not shrink.
 #pragma once
 
 #include <cstddef>

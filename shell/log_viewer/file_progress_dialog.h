@@ -1,5 +1,5 @@
-// The small window that shows how much of a long log has been read. Modeless: the viewer's thread asks it now and then,
-// while the log is read, to handle the thread's messages. Closes when its object is destroyed.
+// The small window that shows how much of a long log has been read. Modeless: the viewer's thread calls it while it reads the
+// log, and now and then such a call handles the thread's messages. Closes when its object is destroyed.
 #pragma once
 
 #include <windows.h>
@@ -24,7 +24,7 @@ public:
         if (++steps % 64 == 0 && GetTickCount64() - shown >= 100) Show(position());
         return !cancelled;
     }
-    // The same at once.
+    // The same, but always shows the position and handles messages.
     bool AdvanceNow(double position)
     {
         Show(position);

@@ -11,7 +11,7 @@ namespace {
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool IsLetter(char c) { return c >= 'a' && c <= 'z'; }
 
-// Whether a label has this character only where the file has it too, and not escaped.
+// Whether this character, where a label has it, is also in the file, and not escaped.
 bool IsInFile(char c) { return IsPlainText(c) && c != '(' && c != ')'; }
 
 // `part` has no parentheses. Returns the piece of it that is certain to be in the file if the part is in a label of the form

@@ -1,6 +1,7 @@
-// Looks through a log's bytes, before any label is composed, for what each label with a certain text must have in the file: the
-// longest part of the text without characters that the file writes in another way and without a label's own words. If the bytes
-// do not have that part, no label has the text; if they do, the labels decide.
+// Finds out quickly, from a log's bytes alone, whether labels may contain a text. It searches the bytes for a fragment: the
+// longest part of the text that the file must contain unchanged, because it has neither characters that the file escapes nor
+// words that only labels add. Bytes without the fragment have no label with the text. In bytes with it, the labels must be
+// examined.
 #pragma once
 
 #include <string>
@@ -14,7 +15,7 @@ public:
 
     // False only when no label of these bytes has the text. kSlack bytes after `bytes` must be readable.
     bool MayBeIn(std::string_view bytes) const;
-    // Empty if the text has no such part; then it may be anywhere.
+    // Empty if the text has no such part; the text may then be in any bytes.
     const std::string& Fragment() const { return fragment; }
 
 private:

@@ -19,7 +19,7 @@ void ItemHandles::Set(ItemIndex item, HTREEITEM handle)
     slots[slot] = {item, handle};
 }
 
-// Entries that gave way to the item move up, so that no search ends before them.
+// Later entries that the item had displaced move back into the gap, so that no search ends before it reaches them.
 void ItemHandles::Clear(ItemIndex item)
 {
     if (!Has(item)) return;

@@ -1,4 +1,4 @@
-// Asks a question about labels once for each label, however many items share it. Borrows the model.
+// Asks a question about the labels of items, but only once for each label, however many items share it. Borrows the model.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,6 @@
-// A text to find in labels. At each place it looks first at the label's character under the end of the text, which says how far
-// the search can skip, so most characters are never examined. It copies nothing and folds case as it compares.
+// A text to find in labels. At each place, the search looks first at the label's character under the end of the text. This
+// character tells how far the search can skip, so most characters are never examined. Copies nothing, and folds case as it
+// compares.
 #pragma once
 
 #include <array>

@@ -20,9 +20,9 @@ namespace {
 
 // While a log of more bytes than this is read, a window shows the progress.
 constexpr long long kLengthWithProgress = 50000;
-// A log of more bytes than this is read in pages. A shorter one is kept in memory, and does not depend on the file any more.
+// A log of more bytes than this is read in pages. A shorter one is kept in memory; the viewer then no longer needs the file.
 constexpr long long kLengthInPages = 1'000'000;
-// Milliseconds between two looks at what is new.
+// Milliseconds between two updates of the viewer.
 constexpr ULONGLONG kPeriod = 100;
 
 // Receives the log: fills the model, and the tree as long as the whole log seems to fit.
@@ -76,11 +76,11 @@ private:
         return progress->AdvanceNow(static_cast<double>(position) / length) && !closed;
     }
 
-    // Estimates the file's items from its beginning. If they are too many, a later estimate may be better; if they turn out
-    // to be more than estimated, filling ends at the limit.
+    // Estimates from the first items how many the file has, and so whether they all fit into the tree. If they seem not to, a
+    // later estimate may be better. If there turn out to be more than estimated, filling ends at the limit.
     void Estimate(ItemIndex items)
     {
-        // A short file is read at once.
+        // A short file is read in one go, so the position is at its end from the start.
         const double read =
             position < length ? static_cast<double>(position - kReadAhead) : std::min<double>(length, kReadAhead);
         filling = items < LogTree::kFilledItems && items * length <= LogTree::kFilledItems * read;

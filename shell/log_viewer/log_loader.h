@@ -1,7 +1,8 @@
 // Reads a log into a viewer's model, and as much of it into the tree as the tree holds at first. Shows its progress, and
 // reports in message boxes what is wrong with the log. Keeps what it could read.
 //
-// A large log as ZELT writes it is read in pages: the viewer is shown with the first one, and works while the others are read.
+// A large log as ZELT writes it is read in pages: the viewer is shown with the first page, and the user can work with it while
+// the others are read.
 #pragma once
 
 #include <windows.h>
@@ -22,9 +23,9 @@ class SharedLogFile;
 class LogLoader {
 public:
     struct Viewer {
-        std::function<void()> firstPage;   // the model has its first page
+        std::function<void()> firstPage;   // called when the model has its first page
         std::function<void()> morePages;   // called up to ten times a second while more pages are read
-        std::function<void(MSG&)> handle;  // a message of the thread that is not for the progress window
+        std::function<void(MSG&)> handle;  // handles a message that is not for the progress window
     };
 
     // `closed` may become true while the log is read; this ends the reading.

@@ -12,7 +12,7 @@ constexpr std::uint32_t kMostLabels = 1u << 27;
 constexpr std::size_t kFirstTable = 1 << 12;
 // In a log with more labels than half of this, most labels are unique: later ones do not enter the table.
 constexpr std::size_t kLargestTable = 1 << 22;
-// A label not found within this many slots is stored again, which limits the cost of logs that are made to collide.
+// A label not found within this many slots is stored again. This limits the cost of a log whose labels are made to collide.
 constexpr int kMostProbes = 32;
 
 std::uint32_t HashOf(std::string_view text)

@@ -26,7 +26,7 @@ public:
     ItemIndex Size() const { return static_cast<ItemIndex>(items.Size()); }
     SmallImage Image(ItemIndex item) const { return static_cast<SmallImage>(items[item].image); }
     std::string_view Label(ItemIndex item) const;
-    // Below LabelCount. Items with equal numbers have equal labels; rarely, so do items with different numbers.
+    // Below LabelCount. Items with equal numbers have equal labels. In rare cases, different numbers have equal labels, too.
     std::uint32_t LabelNumber(ItemIndex item) const { return items[item].label; }
     std::uint32_t LabelCount() const { return static_cast<std::uint32_t>(labels.Size()); }
     bool IsRemoved(ItemIndex item) const { return items[item].removed; }

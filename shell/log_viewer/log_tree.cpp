@@ -65,7 +65,7 @@ void LogTree::Fill()
     if (size == 0) return;
     if (size <= kFilledItems && !model->HasPages()) {
         FillUpTo(size - 1, false);
-        // If the reading was cancelled, an item may lack the children that it has in the file.
+        // If the reading was cancelled, the last item may lack the children that it has in the file.
         UpdateParent(size - 1);
         return;
     }
@@ -73,7 +73,7 @@ void LogTree::Fill()
     FillOutermost(kNoItem, kShown);
 }
 
-// When filling is given up, some families in the tree lack members.
+// If filling stopped inside an outermost item, adds the missing siblings of the last items in the tree.
 void LogTree::CompleteFamilies()
 {
     ItemIndex item = filled;
@@ -116,7 +116,7 @@ void LogTree::FillSomeOutermost()
     if (below) ValidateRect(window, nullptr);
 }
 
-// The outermost item before `item`, which is outermost, too; for the log's first, the last one. kNoItem if all are removed.
+// The outermost item before `item`, which must be outermost, too. Before the first comes the last. kNoItem if all are removed.
 ItemIndex LogTree::OutermostBefore(ItemIndex item) const
 {
     const ItemIndex before = model->Previous(item);
@@ -249,7 +249,7 @@ void LogTree::KeepSelectionVisible() const
     if (const HTREEITEM selected = TreeView_GetSelection(window)) TreeView_EnsureVisible(window, selected);
 }
 
-// Counts no further than necessary.
+// Whether the children would exceed kExpandedItems. Counts no further than necessary.
 bool LogTree::ExceedsLimit(ItemIndex parent) const
 {
     ItemIndex child = model->FirstChild(parent);
@@ -266,7 +266,7 @@ bool LogTree::ExpandAll(LongTask& task)
         const Unpainted unpainted(*this);
         GoToFirst();
         for (ItemIndex item = model->First(); item != kNoItem && task.Continue();) {
-            // One after the other, so that none begins a new run.
+            // The outermost items enter one after the other, so that none of them begins a new run.
             if (model->HasPages() && model->Parent(item) == kNoItem) FillOutermost(item, kNoItem);
             if (model->HasChildren(item)) {
                 all = !ExceedsLimit(item) && Handle(item);

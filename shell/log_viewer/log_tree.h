@@ -2,8 +2,9 @@
 // a larger one, children enter the tree when their parent is expanded or one of them is selected. The outermost items enter in
 // order, some at a time while the window is idle, and as many as needed when the user goes further.
 //
-// Of a log in pages, only about kIdleOutermost outermost items enter by themselves. A user who goes far away from them, to a
-// match or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the user moves.
+// Of a log in pages, only about kIdleOutermost outermost items enter while the window is idle. A user who goes far away from
+// them, to a match or to the end, gets a new run of outermost items around that place instead, which grows at both ends as the
+// user moves.
 //
 // Owns the mapping from items to handles, but neither the window nor the model.
 #pragma once
@@ -36,17 +37,17 @@ public:
     // large one.
     void Fill();
 
-    // The outermost items are all in the tree.
+    // Whether all outermost items are in the tree.
     bool HasAllOutermost() const { return HasLastOutermost() && HasFirstOutermost(); }
     bool HasLastOutermost() const { return nextOutermost == kNoItem; }
-    // No more outermost items enter by themselves.
+    // Whether the tree has so many outermost items that no more enter while the window is idle.
     bool HasEnoughOutermost() const { return HasLastOutermost() || (model->HasPages() && outer >= kIdleOutermost); }
     // Adds the next outermost items; takes some milliseconds.
     void FillSomeOutermost();
-    // Adds some before the first.
+    // Adds some outermost items before the first one in the tree.
     void FillSomeBefore();
     void FillAllOutermost(LongTask& task);
-    // Adds some where the user is about to come to an end of those that are in the tree.
+    // Adds some at the beginning or the end of those in the tree, if the user is close to it.
     void FillNearEnds();
     void GoToFirst();
     void GoToLast(LongTask& task);
@@ -60,7 +61,7 @@ public:
         return !HasFirstOutermost() && handle && handle == handles.Get(firstOutermost);
     }
 
-    // For an item that is about to be expanded. False while its children are still being read.
+    // Adds the children of an item that is about to be expanded. False while they are still being read.
     bool FillChildren(ItemIndex item);
 
     ItemIndex Selected() const;
@@ -73,7 +74,7 @@ public:
     bool ExpandAll(LongTask& task);
     void CollapseAll(LongTask& task);
 
-    // Erases what the model has removed; call UpdateParent for its parent next.
+    // Erases an item that the model has removed. Call UpdateParent for its parent next.
     void Erase(ItemIndex item);
     void UpdateParent(ItemIndex item);
 

@@ -13,13 +13,13 @@ public:
     Splitter(Dialog& dialog, double upperShare) : dialog(dialog), share(upperShare) {}
 
     void Attach(HWND upperWindow, HWND lowerWindow);
-    // Leaves `height` pixels above the lower window to the dialog.
+    // Leaves a strip of `height` pixels above the lower window to the dialog. Free is this strip.
     void KeepFree(int height) { kept = height; }
     RECT Free() const;
 
     // Places both windows again; does nothing before Attach.
     void Arrange() const;
-    // The mouse is over the gap.
+    // Whether the mouse is over the gap.
     bool IsUnderMouse() const;
     // Handles the dialog's mouse messages. True if the message belonged to the gap.
     bool Drag(UINT message, LPARAM position);

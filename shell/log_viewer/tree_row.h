@@ -13,7 +13,7 @@ struct TreeRow {
     int depth;
     SmallImage image;
     bool hasChildren;        // the next row is its first child
-    bool isError;            // an error or a warning as logs write it, without an end tag
+    bool isError;            // an error or a warning as logs write them: without an end tag
     std::string_view label;  // UTF-8
     int line = 0;            // of an error, in the file; without meaning in other rows
 };
@@ -35,7 +35,7 @@ class RowSink {
 public:
     virtual ~RowSink() = default;
     virtual void Row(const TreeRow& row) = 0;
-    // In place of the rows of a log that is read in pages, before any row.
+    // Pages come instead of their rows if the log is read in pages, and before any row.
     virtual void Pages(PageBatch&&) {}
     virtual void ParseError(int line) = 0;
     virtual bool Continue() = 0;

@@ -1,4 +1,4 @@
-// The search dialog, and the input confirmed last. The viewer owns this state; it outlives the dialog.
+// The search dialog, and the search that the user confirmed last, which the viewer keeps from one dialog to the next.
 #pragma once
 
 #include <windows.h>

@@ -169,7 +169,7 @@ void CViewLogDlg::ShowLog()
 
 void CViewLogDlg::Close()
 {
-    // The task or loading further down the stack ends first, then closes the window.
+    // A task or the loading, further down the stack, ends first; then the window closes.
     LongTask* const task = LongTask::Running();
     if (task) task->Cancel();
     if (task || loading) {

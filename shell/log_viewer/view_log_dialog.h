@@ -1,6 +1,6 @@
 // The window of the log viewer: the log as a tree, its errors and warnings as a list. One thread makes it, loads the log,
-// runs its messages and destroys it. Holds a server-process reference until its window is gone. The reading, the tree, the list
-// and the gap between them have classes of their own.
+// runs its messages and destroys it. Holds a server-process reference until its window is gone. Separate classes read the log
+// and manage the tree, the list and the gap between them.
 #pragma once
 
 #include <windows.h>
@@ -26,9 +26,9 @@ public:
     CViewLogDlg(std::wstring logPath, Lock processLock);
     ~CViewLogDlg() override;
 
-    // Makes the window, loads the log, and shows the window; that of a large log is shown with its first page. Handles messages
-    // until the log is loaded. False if the window cannot be made. Reports in message boxes what is wrong with the log, and shows
-    // what it could read.
+    // Makes the window, loads the log, and shows the window; if the log is large, as soon as its first page is read. Handles
+    // messages until the log is loaded. False if the window cannot be made. Reports in message boxes what is wrong with the
+    // log, and shows what it could read.
     bool Open();
     // Runs the window's messages until it has closed.
     void RunMessages();

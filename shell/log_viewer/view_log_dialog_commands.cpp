@@ -77,7 +77,7 @@ void CViewLogDlg::RemoveQueries()
         for (PagedLog::Stretch stretch = {}; item < model.Size() && task.Continue();) {
             if (item >= stretch.end) {
                 stretch = model.StretchOf(item);
-                // Most pages need not be read any further.
+                // Pages without the word need not be parsed.
                 if (stretch.page && !query.MayBeIn(model.BytesOf(*stretch.page))) {
                     item = stretch.end;
                     continue;
@@ -116,7 +116,7 @@ void CViewLogDlg::NextError()
     std::size_t next = selected == kNoItem ? 0 : errorList.FirstAfter(selected);
     if (next == errorList.Count()) next = 0;
     Select(errorList.ItemOf(static_cast<int>(next)));
-    // The list follows. Its selection selects the item once more, which does no harm.
+    // Selects the row, too. This selects the item once more, which does no harm.
     errorList.Select(next);
 }
 
@@ -131,7 +131,7 @@ void CViewLogDlg::ShowErrorDetails(bool wanted)
     Arrange();
 }
 
-// Also called by the filter's timer, which comes again while the window is busy.
+// Also called by the filter's timer, which keeps firing while the window is busy.
 void CViewLogDlg::FilterErrors()
 {
     if (loading || LongTask::Running()) return;

@@ -7,7 +7,7 @@
 namespace zelt {
 namespace {
 
-// The class of the HTML Help control; its server is the library that exports the function.
+// The class of the HTML Help control. Its server is the library that exports HtmlHelpW.
 constexpr wchar_t kServerKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
 
 constexpr UINT kDisplayTopic = 0, kCloseAll = 0x12;
@@ -20,7 +20,7 @@ HtmlHelpFunction LocateHtmlHelp()
 {
     wchar_t path[MAX_PATH];
     DWORD size = sizeof path;
-    // RegGetValueW expands a REG_EXPAND_SZ text and then treats it as REG_SZ; it refuses a request for REG_EXPAND_SZ by name.
+    // RRF_RT_REG_SZ also accepts a REG_EXPAND_SZ value, which RegGetValueW expands.
     if (RegGetValueW(HKEY_CLASSES_ROOT, kServerKey, nullptr, RRF_RT_REG_SZ, nullptr, path, &size) != ERROR_SUCCESS) {
         return nullptr;
     }

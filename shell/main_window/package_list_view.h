@@ -1,5 +1,5 @@
-// The list view of the main window: a row for each exported package, in order, whose check box is the package's logging
-// flag. Shows what the list of exported packages holds and changes nothing in it. Owns neither that list nor the window.
+// The list view of the main window. It has a row for each exported package, in order, with a check box for the package's
+// logging flag. Does not change the list of exported packages. Owns neither that list nor the window.
 #pragma once
 
 #include <windows.h>

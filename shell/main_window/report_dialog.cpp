@@ -17,7 +17,7 @@ constexpr wchar_t kCaption[] = L"Report a problem:";
 constexpr UINT_PTR kTimer = 1;
 constexpr UINT kInterval = 100;  // milliseconds
 
-// A new file in the folder for temporary files; empty when there can be none.
+// The path of a new file in the folder for temporary files; empty if it cannot be made.
 std::wstring TemporaryFile()
 {
     wchar_t folder[MAX_PATH + 1], file[MAX_PATH];
@@ -67,7 +67,7 @@ bool CReportDlg::OnInit()
     return true;
 }
 
-// Starts over with the logs that the user has chosen.
+// Starts zeltctl, or starts it again, with the logs that the user has chosen.
 void CReportDlg::Prepare()
 {
     process.reset();
@@ -102,7 +102,7 @@ void CReportDlg::Look()
         case ReportProcess::State::Written: KeepReport(); break;
         case ReportProcess::State::Failed: {
             const std::wstring reason = process->Reason();
-            // Messages come in while the box is open.
+            // Reset before the box opens, because the timer calls Look again while the box is open.
             process.reset();
             Fail(reason);
             if (Window()) End(IDCANCEL);

@@ -1,5 +1,5 @@
-// Help > Report a problem: shows what zeltctl report would write, with the logs that the user adds, and lets the user read the
-// texts and choose the file. Nothing is sent. The texts are removed when the dialog ends.
+// Help > Report a problem: lists the texts that zeltctl report would write, including the logs that the user adds. The user can
+// read the texts, and chooses the file of the report. Nothing is sent. The texts are removed when the dialog ends.
 #pragma once
 
 #include <optional>

@@ -9,7 +9,7 @@
 namespace zelt {
 namespace {
 
-// The words in zeltctl's output around what the window shows.
+// The parts of zeltctl's output that surround what the window shows.
 constexpr char kContents[] = "The report contains:\n", kFolder[] = "\nThe texts are in ",
                kFolderEnd[] = " until you answer", kQuestion[] = "? [y/N] ", kOwnName[] = "zeltctl: ";
 
@@ -102,7 +102,7 @@ std::wstring ReportProcess::Reason() const
 {
     if (!process) return Widen(SystemText(HRESULT_FROM_WIN32(error)));
     std::string reason = text.substr(0, text.find(kContents));
-    // What zeltctl says after its question is at the end.
+    // An error that zeltctl reports after its question is at the end.
     if (const std::size_t own = text.rfind(kOwnName); own != std::string::npos)
         reason = text.substr(own + sizeof kOwnName - 1);
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == '\r')) reason.pop_back();

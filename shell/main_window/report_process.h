@@ -29,13 +29,13 @@ public:
     // Once zeltctl asks: what the report contains, and where its texts are.
     std::vector<ReportPart> Parts() const;
     std::wstring Folder() const;
-    // Lets it write the report.
+    // Lets zeltctl write the report.
     void SayYes();
     // Once it has failed: why.
     std::wstring Reason() const;
 
 private:
-    // Reads everything that zeltctl has written so far. False once there will be no more.
+    // Reads all the output that is waiting. False once there will be no more.
     bool Read();
 
     UniqueHandle process, output, input;

@@ -6,7 +6,7 @@
 namespace zelt {
 namespace {
 
-// Posted to the dialog itself: the system scales its controls only after the dialog has seen the message about scaling.
+// Posted by the dialog to itself: the system scales the controls only after the dialog has seen WM_DPICHANGED.
 constexpr UINT kScaled = WM_APP + 1;
 
 void SetIcon(HWND window, WPARAM size, int resource, int widthMetric, int heightMetric)

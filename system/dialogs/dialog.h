@@ -33,8 +33,9 @@ public:
     int Scaled(int length) const;
     // A message box in front of this dialog.
     int ShowBox(const std::wstring& text, const wchar_t* caption, UINT flags) const;
-    // Runs a handler, including one that the system does not call through Procedure. Throws nothing into the system, and reports
-    // exhausted memory. Allocates nothing itself. The object may be gone when this returns.
+    // Runs `body` as a handler. Needed for handlers that the system does not call through Procedure, which does this itself.
+    // Throws nothing, and tells the user if memory is exhausted. Allocates nothing itself. The object may be gone when this
+    // returns.
     template <class Body>
     void Guarded(Body&& body)
     {
@@ -68,7 +69,7 @@ protected:
     void End(INT_PTR result) { EndDialog(window, result); }
     HWND Item(int id) const { return GetDlgItem(window, id); }
     std::wstring ItemText(int id) const;
-    // Sets both icons, each in the size that the screen wants.
+    // Sets both icons, each in the size for the window's screen.
     void SetIcons(int resource);
     // Makes `result` the answer to the current message.
     bool Answer(LRESULT result) const;

@@ -1,4 +1,4 @@
-// Windows that open while the user looks at another program.
+// For windows that open while the user works with another program.
 #pragma once
 
 #include <windows.h>

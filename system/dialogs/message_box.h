@@ -1,5 +1,5 @@
-// Message boxes: how the parts of the server that talk to a user do so outside their own windows. A test replaces the function
-// and answers itself; nothing else does.
+// Message boxes that belong to no window of the program. A test replaces the function that shows them and answers itself;
+// nothing else does.
 #pragma once
 
 #include <windows.h>

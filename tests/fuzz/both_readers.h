@@ -1,4 +1,5 @@
-// Reads a log in two ways, as every program does and by the parser alone, and keeps the events of each way for comparison.
+// Reads a log in two ways, with the scanner, as every program does, and with the parser alone. Keeps the events of each way
+// for comparison.
 #pragma once
 
 #include <algorithm>

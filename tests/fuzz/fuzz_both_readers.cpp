@@ -1,5 +1,5 @@
-// With and without the scanner, a log gives the same events, lines and errors, regardless of its bytes, of where the
-// blocks end in which it is read, and of what the sink leaves out.
+// With and without the scanner, a log gives the same events, lines and errors. Neither the log's bytes, nor the size of the
+// blocks in which it is read, nor what the sink leaves out makes a difference.
 #include "both_readers.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ void CheckEqual(const Recording& expected, const Recording& seen)
 {
     CHECK(seen.result == expected.result);
     CHECK(seen.events == expected.events);
-    // The parser looks ahead, so it may have met an error after the event that made the sink stop.
+    // The parser looks ahead: it may have reported an error that comes after the place where the sink stopped.
     const bool mayLack = seen.result == LogReadResult::Cancelled && seen.errors.size() < expected.errors.size();
     CHECK(mayLack ? std::equal(seen.errors.begin(), seen.errors.end(), expected.errors.begin())
                   : seen.errors == expected.errors);
@@ -58,8 +58,8 @@ void Test(std::string_view bytes)
 {
     const std::uint64_t hash = std::hash<std::string_view>()(bytes);
     TestReaders(bytes, hash);
-    // The bytes again, whole or from the end of the root's start tag on, after the beginning of a log, so that the damage
-    // comes late.
+    // Then the beginning of a log with the same bytes behind it, so that the damage comes late: either all of the bytes, or
+    // only those after the root's start tag.
     const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
     const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
     TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);

@@ -34,7 +34,8 @@ struct Seen {
 
 class Watcher final : public LogSink {
 public:
-    // `mayLack`: a comment makes the reader report a call before it knows whether the call has children.
+    // `mayLack`: an event that should have children may have none, because a comment makes the reader report a call before
+    // it knows whether the call has children.
     Watcher(Seen& seen, bool mayLack, bool wantsLines, std::size_t stopAt)
         : seen(seen), mayLack(mayLack), wantsLines(wantsLines), stopAt(stopAt)
     {}
@@ -107,7 +108,7 @@ void Test(std::string_view bytes)
     Pieces pieces(bytes, 1 + bytes.size() % 700);
     again.result = ReadLog(pieces, second);
     second.Finish();
-    // How far the parser gets after the damage depends on how much of the log it has at once.
+    // How far the parser gets after damage depends on the size of the pieces.
     CHECK(again.result == whole.result);
     CHECK(again == whole || whole.result == LogReadResult::Incomplete);
 

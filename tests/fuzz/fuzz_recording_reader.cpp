@@ -1,4 +1,4 @@
-// Reading a recording comes to an end whatever its bytes are, and the values that it gives can be compared.
+// Reading a recording comes to an end whatever its bytes are, and the values read from it can be compared.
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>

@@ -13,10 +13,10 @@
 
 namespace zelt::test {
 
-// Each fuzzer's test of one input.
+// Tests one input. Each fuzzer defines this function.
 void Test(std::string_view bytes);
 
-// A file in memory, at its beginning.
+// A file in memory, ready to be read from its beginning.
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view bytes) : descriptor(memfd_create("log", 0))

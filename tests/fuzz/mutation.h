@@ -1,4 +1,4 @@
-// Damages a log, as an unguided fuzzer does. The same seed gives the same damage on every system.
+// Damages logs for unguided fuzzers. The same random numbers give the same damage on every system.
 #pragma once
 
 #include <random>
@@ -6,12 +6,12 @@
 
 namespace zelt::test {
 
-// Makes one to eight changes: changed bytes; parts that are cut out, copied or cut off; and inserted pieces that mean
+// Makes one to eight changes: changes a byte, cuts out or copies a part, cuts off the rest, or inserts a piece that means
 // something to a parser.
 void Mutate(std::string& log, std::mt19937& random);
 
-// Makes one to eight changes to whole lines and to quoted texts: parts that are cut out, copied or cut off, and texts in
-// place of others. The result looks much like a log, often with damage far from its beginning.
+// Makes one to eight changes to whole lines and quoted texts: cuts out or copies lines, cuts off the rest, or replaces a
+// text by another of the log. The result looks much like a log, often with damage far from its beginning.
 void Rearrange(std::string& log, std::mt19937& random);
 
 }  // namespace zelt::test

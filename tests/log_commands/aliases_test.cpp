@@ -31,7 +31,7 @@ std::string Upper(std::string text)
     return text;
 }
 
-// As the standard spells them.
+// Words of the standard, as it spells them.
 const char* const kWords[] = {
     "activity",
     "activityCoefficient",
@@ -134,7 +134,7 @@ TEST_F(Aliases, TheWordsOfTheStandardStayAndTheirDerivatives)
             ExpectKept(Quoted(word + derivative));
         }
         ExpectForm(Quoted(kAlias), Quoted(word + "x"));
-        // Only a text in quotes is a word that the call passed.
+        // Only texts in quotes can be words of the standard.
         ExpectForm(kAlias, word);
     }
     for (const char* text : {"enthalpy.", "enthalpy.Dsecret", "enthalpy.dtemperature", "secret.Dtemperature",

@@ -12,8 +12,8 @@
 namespace zelt::test {
 namespace {
 
-// If ZELT_EVERY_CUT is in the environment, a golden log is cut at every byte, which takes a quarter of an hour; otherwise at
-// one byte in this many.
+// A long log is cut only at one byte in this many. If ZELT_EVERY_CUT is in the environment, it is cut at every byte, which
+// takes a quarter of an hour.
 constexpr std::size_t kCutsLeftOut = 1499;
 
 class BothReaders : public testing::TestWithParam<std::string> {

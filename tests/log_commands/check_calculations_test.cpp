@@ -1,4 +1,5 @@
-// log check: the rules for parameters, equilibrium calculations and unit operations. Logs that break them, or only seem to.
+// log check: the rules for parameters, equilibrium calculations and unit operations, with logs that break them and logs that
+// only seem to.
 #include <gtest/gtest.h>
 
 #include "command_runner.h"
@@ -178,7 +179,7 @@ const std::string kOutlet = Stream("SetOverallProp", "Out", "16", {"0.40625", "0
 struct CalculationCase {
     const char* name;
     std::string entries;
-    std::vector<std::string> findings;  // their beginnings, without the lines
+    std::vector<std::string> findings;  // their beginnings, without the line numbers
 };
 
 const CalculationCase kBoundsCases[] = {

@@ -69,7 +69,7 @@ TEST(CheckDerivatives, FindsOneThatDisagreesWithTheProperty)
     ASSERT_NE(std::string::npos, rule) << found;
     EXPECT_EQ("enthalpy.dtemperature is 69.03 at 301 K, but enthalpy changes by 46.02 per K between 300 and 302 K\n",
               found.substr(rule + 14));
-    // With a fourth state, the derivative is still found once, and in the same line: where the third state is set.
+    // With a fourth state, the derivative is still reported only once, in the line where the third state is set.
     EXPECT_EQ(found, Check(Calculated(300, 1.5) + Calculated(301, 1.5) + Calculated(302, 1.5) + Calculated(303, 1.5)));
 }
 
@@ -109,7 +109,7 @@ TEST(CheckDerivatives, IsSilentAboutThoseThatAgree)
     EXPECT_EQ("", Check(Calculated(300, 1.1) + Calculated(301, 1.1) + Calculated(302, 1.1)));
 }
 
-// In each of these logs, values disagree, but not surely because the derivative is wrong.
+// In each of these logs, values disagree, but the derivative need not be wrong.
 TEST(CheckDerivatives, IsSilentWhereItCannotBeSure)
 {
     const std::string change =
@@ -120,7 +120,7 @@ TEST(CheckDerivatives, IsSilentWhereItCannotBeSure)
         return Calculation(state, Set("enthalpy", {Enthalpy(state.temperature)}) +
                                       Set("enthalpy.Dtemperature", {1.5 * Slope(state.temperature)}));
     };
-    // A large property, converged to five digits.
+    // The property is large: if it is exact to only five digits, its changes mean nothing.
     const auto inexact = [](double temperature) {
         return Calculation({temperature},
                            Set("enthalpy", {-5e7 + 80 * temperature}) + Set("enthalpy.Dtemperature", {40}));

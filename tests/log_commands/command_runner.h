@@ -34,7 +34,7 @@ private:
     std::string path;
 };
 
-// A log with these entries, from its line 3 on.
+// A log with these entries, which begin in line 3.
 std::string InLog(const std::string& entries);
 
 // A short conversation, kept beside the tests.

@@ -131,7 +131,7 @@ struct ThrowingCase {
 
 struct Unrelated {};
 
-// Whatever exception leaves a command, the user gets a message and the script an exit code.
+// Whatever a command throws, the user gets a message and the script an exit code.
 const ThrowingCase kThrowing[] = {
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::UsageError("no"); }, 2,
      "zeltctl: no; zeltctl --help tells more\n"},

@@ -100,8 +100,8 @@ TEST(LogDiff, SaysWhatDiffers)
     }
 }
 
-// A repeated run: another time, other addresses, another number of an object. The golden logs have placeholders for the first
-// two.
+// The log of a repeated run: another time, other addresses, and another number in the name of an object. The golden logs have
+// placeholders for the time and the addresses.
 std::string Repeated(std::string log)
 {
     const auto replace = [&](const std::string& from, const std::string& to) {
@@ -124,7 +124,7 @@ TEST(LogDiff, FindsNothingInARepeatedRunAndTheCallThatItLacks)
         EXPECT_EQ(0, outcome.code) << name;
         EXPECT_EQ("", outcome.data) << name;
 
-        // Without its last call but one.
+        // The repeated run lacks the last call but one.
         const std::size_t last = log.rfind("\n<func "), start = log.rfind("\n<func ", last - 1) + 1;
         const TemporaryLog shorter(Repeated(log.substr(0, start) + log.substr(log.find("\n</func>", start) + 10)));
         const auto lines = LinesOf(RunCommand({"log", "diff", GoldenLog(name), shorter.Path()}).data);

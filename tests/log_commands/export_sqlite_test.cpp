@@ -1,4 +1,4 @@
-// log export --sqlite, of logs and recordings: read with SQLite itself.
+// log export --sqlite, of logs and recordings. The tests read the databases with SQLite itself.
 #include <gtest/gtest.h>
 
 #include <memory>

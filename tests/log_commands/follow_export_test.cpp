@@ -41,7 +41,7 @@ TEST(LogFollow, ShowsWhatIsWrittenMeanwhile)
     std::thread writer([&] {
         for (std::size_t i = 3; i < lines.size(); ++i) {
             if (i % 20 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(150));
-            // The writer writes whole entries, so a line never arrives in halves.
+            // Like ZELT, this writes whole lines, so half a line never arrives.
             log.Append(lines[i] + "\n");
         }
     });

@@ -123,7 +123,7 @@ TEST(HiddenCharacters, LeaveTheEndsOfLinesAndTabs)
     EXPECT_EQ("a\tb\r\nc\\u{d}d\n\\u{0}\xe2\\x{80}\xc2", out.Text());
 }
 
-// Texts are examined several bytes at a time.
+// Texts are examined several bytes at a time, so the place and the length could make a difference.
 TEST(HiddenCharacters, AreShownAtEachPlaceOfATextOfAnyLength)
 {
     const struct {

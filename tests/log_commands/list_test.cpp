@@ -55,7 +55,7 @@ TEST(LogList, TellsLogsOfOneMinuteApartByTheirLastChange)
 {
     const TemporaryFolder folder;
     const auto now = std::filesystem::file_time_type::clock::now();
-    const char* const names[] = {"b.zlg", "c.zlg", "a.zlg"};  // from the oldest
+    const char* const names[] = {"b.zlg", "c.zlg", "a.zlg"};  // the oldest first
     for (int i = 0; i < 3; ++i) {
         const std::string log = folder.Write(names[i], Log("November 21, 2026, 08:48", "Aromatics"));
         std::filesystem::last_write_time(log, now - std::chrono::minutes(3 - i));

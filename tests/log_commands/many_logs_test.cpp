@@ -63,7 +63,7 @@ TEST(SeveralLogs, BecomeAnArrayInJson)
     EXPECT_EQ(3, none.code);
 }
 
-// Whether standard input is a log shows only when it is read.
+// Only reading shows whether standard input is a log.
 TEST(SeveralLogs, AreAnArrayInJsonAlthoughStandardInputIsNone)
 {
     const TemporaryFolder folder;
@@ -216,7 +216,7 @@ TEST(OutputFolder, TakesAFileForEachLog)
     EXPECT_EQ((std::vector<std::string>{"a (2).csv", "a.csv", "b.csv"}), out.Names());
     EXPECT_EQ(RunCommand({"log", "export", "--csv", logs.Of("b.zlg")}).data, ReadBytes(out.Of("b.csv")));
     EXPECT_EQ(ReadBytes(out.Of("b.csv")), ReadBytes(out.Of("a (2).csv")));
-    // For several logs, the folder is created when it is not there; for one log, it has to be there.
+    // For several logs, the folder is created if it does not exist; for one log, it must exist.
     EXPECT_EQ(0, RunCommand({"log", "redact", "-o", out.Of("new"), logs.Path()}).code);
     EXPECT_TRUE(fs::exists(out.Of("new/a redacted.zlg")));
     EXPECT_TRUE(fs::exists(out.Of("new/b redacted.zlg")));

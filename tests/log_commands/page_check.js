@@ -1,5 +1,5 @@
-// Uses the page of log export --html as a person would, mostly with keys, and puts what failed into the page's title;
-// "fine" if nothing failed. Runs at the end of a page of sample_simulator_11.zlg, in a headless browser: see ./dev page.
+// Uses the page of log export --html as a person would, mostly with keys. Sets the page's title to the list of failed checks,
+// or to "fine". Appended to the page of sample_simulator_11.zlg, which a headless browser then loads: see ./dev page.
 "use strict";
 (() => {
   const failed = [];

@@ -1,4 +1,4 @@
-// The queries that the system itself makes: hidden and counted, shown on request, never a finding.
+// Queries for interfaces that the system itself makes: hidden and counted, shown on request, never findings.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -108,7 +108,7 @@ TEST(SystemQueries, AreCountedAsFarAsTheFilterReaches)
               RunCommand({"log", "follow", "--object", "P", log.Path()}).data);
     EXPECT_EQ(RunCommand({"log", "show", log.Path()}).data,
               RunCommand({"log", "follow", "--queries", log.Path()}).data);
-    // A call with only such queries has no warning.
+    // A call whose only warnings are about such queries counts as having none.
     EXPECT_EQ("", RunCommand({"log", "show", "--result", "warning", log.Path()}).data);
 }
 

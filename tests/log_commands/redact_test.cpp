@@ -184,7 +184,7 @@ TEST(LogRedact, ReplacesFractionsByOthersThatAddUpToTheSame)
                 if (redacted.find('"' + value + '"') != std::string::npos) ++kept[value];
             }
         }
-        // A key can give a number of six digits itself, but no two do.
+        // By chance, a key may turn a number of six digits into itself, but not twice in these few runs.
         for (const auto& [value, runs] : kept) {
             if (value != "0" && value != "N/A") {
                 EXPECT_LE(runs, 1) << value;

@@ -1,5 +1,5 @@
-// log redact keeps order, sums, balances and counts, so that readers and the rules of log check find in a redacted log
-// what is in the original.
+// log redact keeps order, sums, balances and counts, so that readers and the rules of log check find the same in a redacted
+// log as in the original.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,7 +33,7 @@ std::vector<std::string> ValuesOf(const std::string& log)
     return values;
 }
 
-// The lines and rules that check finds.
+// The line and the rule of each finding of log check.
 std::vector<std::string> FindingsIn(const std::string& log)
 {
     const TemporaryLog file(log);
@@ -119,7 +119,7 @@ TEST(LogRedactValues, TemperaturesAndPressuresKeepTheirOrder)
             EXPECT_EQ(0, redacted[3]);
             for (std::size_t i = 0; i < redacted.size(); ++i) kept[i] += std::stod(numbers[i]) == redacted[i];
         }
-        // A key can give a number itself, but no two do.
+        // By chance, a key may turn a number into itself, but not twice in these few runs.
         for (std::size_t i = 0; i < kept.size(); ++i) {
             if (i != 3) {
                 EXPECT_LE(kept[i], 1) << numbers[i];
@@ -212,7 +212,7 @@ TEST(LogRedactValues, APhaseFractionIsReadAsItWasSet)
         }
         ASSERT_EQ(6u, numbers.size());
         EXPECT_EQ(numbers[2], numbers[5]);
-        // The balance of the first compound: the share of its amount in the feed that is in this phase.
+        // The share of the first compound in the feed that is in this phase.
         EXPECT_NEAR(0.4 * 0.8 / 0.5, std::stod(numbers[2]) * std::stod(numbers[3]) / std::stod(numbers[0]), 1e-4);
     }
 }
@@ -240,7 +240,7 @@ TEST(LogRedactValues, FlowsKeepTheirBalance)
         EXPECT_NEAR(1, numbers[4] / (numbers[0] * numbers[2]), 1e-4);
         kept += numbers[0] == 10;
     }
-    // A key can give the number itself, but no two do.
+    // By chance, a key may turn the number into itself, but not twice in these few runs.
     EXPECT_LE(kept, 1);
 }
 

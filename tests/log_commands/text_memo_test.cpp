@@ -1,4 +1,5 @@
-// Memos for texts that recur: they return what would be made from the text if it were not remembered.
+// Memos for texts that recur: they return what would be made from the text if it were not remembered. Also tests a stack
+// that keeps the memory of what leaves it.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,5 +1,4 @@
-// What is in a zip file: each file of its directory, unpacked and compared with its checksum and size. Reads only zip files
-// written by ZipWriter.
+// The files in a zip file, each unpacked and compared with its checksum and size. Reads only zip files written by ZipWriter.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -36,7 +35,7 @@ private:
     }
     unsigned long Long(std::size_t at) const { return Word(at) | static_cast<unsigned long>(Word(at + 2)) << 16; }
 
-    // A row of the directory and its file. Returns the place of the next row.
+    // Reads a row of the directory and the file that it describes. Returns the place of the next row.
     std::size_t Take(std::size_t row)
     {
         EXPECT_EQ(0x02014b50u, Long(row));

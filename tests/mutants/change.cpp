@@ -1,4 +1,4 @@
-// Uses only the system's own functions and preserves the error state, because a switch may be anywhere.
+// Uses only the system's own functions and preserves GetLastError, because a switch may be anywhere.
 #include "change.h"
 
 #include <windows.h>
@@ -9,7 +9,8 @@ int active = kNotRead;
 
 namespace {
 
-// The first line is the number of the change, or "record"; then the second line names the file for the changes reached.
+// The first line is the number of the change, or "record". After "record", the second line names the file that receives the
+// numbers of the changes reached.
 constexpr wchar_t kSwitchFile[] = L"C:\\zelt-change.txt";
 constexpr int kMostChanges = 20000;
 

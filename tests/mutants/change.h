@@ -7,8 +7,9 @@
 
 // True while the change with this number is on.
 #define ZELT_CHANGE(number) (zelt::mutants::IsOn(number))
-// The same where the compiler may evaluate the expression itself: there it keeps the original. This includes initial
-// values of references and of constant variables in functions, so the other form is used wherever possible.
+// The same, for expressions that the compiler may evaluate. Where it does, it takes the original, so the change has no effect.
+// It may do so even for the initial values of references and of constant variables in functions. ZELT_CHANGE is therefore
+// used wherever possible.
 #define ZELT_CONSTANT_CHANGE(number) (zelt::mutants::IsOnAtRunTime(number))
 
 namespace zelt::mutants {

@@ -10,8 +10,8 @@ my ($program, $version, $objdump, @folders) = @ARGV;
 my @faults;
 sub Expect { my ($ok, $what) = @_; push @faults, $what if !$ok; }
 
-# Documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in; only the C library, msvcrt, is the
-# system's own.
+# The libraries that may be imported: documented parts of Windows 10 and 11. The compiler's runtime libraries are linked in;
+# only the C library, msvcrt, is the system's own.
 my %system = map { lc "$_.dll" => 1 } qw(advapi32 bcrypt comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 user32 version);
 
 my $header = qx("$objdump" -p "$program");

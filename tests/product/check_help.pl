@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# Checks the compiled help: check_help.pl <BRIX.chm> <source root> <work folder>. It contains the topic that the program
-# opens and every page of the list, and every reference to a file of the help works: links, anchors, style sheets,
+# Checks the compiled help: check_help.pl <BRIX.chm> <source root> <work folder>. The help must contain the topic that the
+# program opens and every page of the list, and every reference to a file of the help must work: links, anchors, style sheets,
 # pictures, contents and index.
 use strict;
 use warnings;

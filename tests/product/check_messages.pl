@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # Checks the messages pages of the user guide against the sources: check_messages.pl <source root>.
-# Each text that a page quotes in the first columns of its tables occurs in a string of the sources, and each message
-# box of the sources whose text is in the call is on one of the pages.
+# Each text that a page quotes in the first columns of its tables must occur in a string of the sources. Each text that the
+# sources pass to a message box as a literal must be on one of the pages.
 use strict;
 use warnings;
 use utf8;
@@ -62,7 +62,7 @@ for my $path (sort(glob "'$guide/messages*.md'"), "$guide/installing.md", "$guid
     for my $line (split /\n/, $text) {
         if ($line =~ /^\|/) {
             my @cells = split /\|/, $line;
-            # The head of a table of messages says which columns quote.
+            # The header row of a table says which of its columns quote messages.
             $columns = $cells[1] =~ /caption/ ? 2 : $cells[1] =~ /^ (text|message) $/ ? 1 : 0 if !$columns && $line !~ /---/;
             next if $columns < 1;
             for my $cell (@cells[1 .. $columns]) {

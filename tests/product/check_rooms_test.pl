@@ -8,7 +8,7 @@ use File::Temp 'tempdir';
 my ($check) = @ARGV;
 my $table = "| room | holds | uses |\n|---|---|---|\n| low/ | x | - |\n| low/deep/ | x | - |\n| high/ | x | low/ |\n\nText.\n";
 
-# Whether the check accepts a table and sources, yes or no, and what it prints.
+# "yes" or "no" for whether the check accepts a table and sources, and then what it prints.
 sub Checked
 {
     my ($map, %sources) = @_;

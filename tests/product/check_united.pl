@@ -1,6 +1,6 @@
 #!/usr/bin/perl
 # Checks the sources that are compiled together: check_united.pl <build>. The names of functions in their unnamed namespaces must
-# differ within a target: a second function with other parameters would compile, and could take the calls of the first.
+# differ within a target: a second function with other parameters would compile, and could take calls meant for the first.
 use strict;
 use warnings;
 use File::Find;

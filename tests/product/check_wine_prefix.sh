@@ -1,13 +1,13 @@
 #!/bin/bash
-# check_wine_prefix.sh <run-under-wine.sh> <source folder>: a program that ctest starts never gets the user's own Wine prefix,
-# and keeps the prefix that ./dev has made for it.
+# check_wine_prefix.sh <run-under-wine.sh> <source folder>: checks that a program that ctest starts never gets the user's own
+# Wine prefix, and keeps the prefix that ./dev has made for it.
 runner=$1
 build=$2/build
 home=$(mktemp -d) || exit 1
 trap 'rm -rf "$home"' EXIT
 failed=0
 
-# Prefix <expected> <what env takes...>
+# Prefix <expected> <arguments of env...>
 Prefix()
 {
     local expected=$1 given

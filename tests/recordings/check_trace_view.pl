@@ -1,5 +1,5 @@
 # check_trace_view.pl TRACE PAGE: compares the table of functions that a viewer of trace events shows with the trace. PAGE is the
-# viewer's page, as a browser has it once it is loaded. Each member's total and self time must be there as the viewer rounds them.
+# viewer's page after a browser has loaded it. It must show each member's total and self time, as rounded by the viewer.
 use strict;
 use warnings;
 use utf8;
@@ -49,7 +49,7 @@ $failures += !%total;
 print $failures ? "$failures differences\n" : scalar(keys %total) . " members are shown as they are.\n";
 exit($failures ? 1 : 0);
 
-# As the viewer names it: with the arguments.
+# The viewer's name for an event, which includes the arguments.
 sub Symbol
 {
     my ($event) = @_;

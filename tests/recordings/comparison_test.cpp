@@ -1,4 +1,4 @@
-// Whether two values are the same, and the calls of a recording as trees.
+// Compares values of recordings, and reads the calls of a recording as trees.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -32,7 +32,7 @@ Value Text(std::string_view text)
     return value;
 }
 
-// Of elements of this VARTYPE. `numbers` must outlive the value.
+// An array whose elements have this VARTYPE. `numbers` must outlive the value.
 template <class T>
 Value ArrayOf(std::uint16_t type, const std::vector<T>& numbers, int lower = 0)
 {

@@ -89,14 +89,14 @@ TEST(RecordingTraceEvents, NestAsTheCallsDo)
             const bool isInside = b.begin <= a.begin && a.end <= b.end;
             const bool isAround = a.begin <= b.begin && b.end <= a.end;
             EXPECT_TRUE(isApart || isInside || isAround) << a.number << " and " << b.number;
-            // What lies within another began after it.
+            // An event within another began after it.
             if (isInside && !isAround) {
                 EXPECT_GT(a.number, b.number);
                 ++within;
             }
         }
     }
-    // In each of the five, the outermost call contains three calls, one of them within another.
+    // In each of the five rounds, three calls are within the outermost one, and one of the three is also within another.
     EXPECT_EQ(5 * 4, within);
 }
 

@@ -86,7 +86,7 @@ void ExpectArguments(Reading& reading)
     EXPECT_FALSE(mixed.expected);
 }
 
-// Recordings that exist stay readable.
+// The format must not change, so that existing recordings stay readable.
 TEST(RecordWriting, KeepsTheFormatOfVersion1) { ExpectKeptRecording("sample_recording.zlr", SampleRecording()); }
 
 TEST(RecordReading, GivesWhatWasWritten)
@@ -165,7 +165,7 @@ TEST(RecordReading, OfEveryCutGivesWholeRecordsAlone)
         boundaries += end == ReadEnd::Complete;
     }
     EXPECT_EQ(all, before);
-    // Rows of the tables are records, too.
+    // The reader does not return records that only fill a table, but the end of such a record is a boundary, too.
     EXPECT_LT(all, boundaries);
 }
 

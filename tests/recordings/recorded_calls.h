@@ -1,4 +1,4 @@
-// Recordings for tests, call by call.
+// Makes recordings for tests, call by call.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +39,7 @@ public:
     void Stream(std::string_view data) { stream = data; }
     void MakeComponent();
 
-    // The bytes of the recording, with its last record and without.
+    // The bytes of the recording: Whole with the record that ends it, Open without.
     std::string Whole();
     std::string Open();
 

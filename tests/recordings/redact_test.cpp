@@ -172,7 +172,7 @@ TEST(RecordingRedact, GivesTheSameTextTheSameAlias)
     ASSERT_EQ(3u, names.size());
     EXPECT_EQ(names[0], names[2]);
     EXPECT_NE(names[0], names[1]);
-    // Each run has a key of its own.
+    // Each run has another key.
     EXPECT_NE(names[0], RecordedValues(Redact(whole))["put_ComponentName name"].at(0));
 }
 

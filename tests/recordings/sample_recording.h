@@ -7,7 +7,7 @@
 
 namespace zelt::test {
 
-// Two calls: an outer one, which fails, and one inside it. `isClosed`: with its last record.
+// Two calls: an outer one, which fails, and one inside it. `isClosed`: with the record that ends a recording.
 std::string SampleRecording(bool isClosed = true);
 
 // Compares with an output that is stored beside these tests.

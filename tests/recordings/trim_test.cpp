@@ -205,7 +205,7 @@ TEST(RecordingTrim, OfARecordingWithoutAnEndHasNone)
     EXPECT_EQ(1, RunCommand({"recording", "info", file.Path()}).code);
 }
 
-// A fault can remove the stack frame of a call that has only begun.
+// A fault can remove a call's stack frame before the caller has counted the call.
 TEST(RecordWriting, TakesBackACallThatNobodyCounts)
 {
     RecordedCalls calls;

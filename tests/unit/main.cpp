@@ -1,5 +1,5 @@
-// Entry point of the in-process tests: initialises COM for a single-threaded apartment, as in the server, and
-// checks the heap. A closed log asks whether to open it, as in the server, but no viewer opens.
+// Entry point of the in-process tests: initialises COM for a single-threaded apartment, as in the server, and checks the heap.
+// When a log is closed, a box asks whether to open it, as in the server, but no viewer opens.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <objbase.h>

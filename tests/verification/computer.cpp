@@ -28,7 +28,7 @@ Function SystemFunction(const char* name)
 
 USHORT NativeMachine()
 {
-    // Windows 10, version 1511, and later.
+    // Exists since Windows 10, version 1511.
     using IsWow64Process2Function = BOOL(WINAPI*)(HANDLE, USHORT*, USHORT*);
     const auto ask = SystemFunction<IsWow64Process2Function>("IsWow64Process2");
     USHORT process = 0, machine = IMAGE_FILE_MACHINE_I386;

@@ -1,4 +1,4 @@
-// The computer and the user that verify.exe runs on.
+// The computer that verify.exe runs on, and its user.
 #pragma once
 
 #include <string>
@@ -9,13 +9,13 @@
 
 namespace zelt::verification {
 
-// What this computer offers, in the words of plan.txt. "long" is never among them: that is for the user to say.
+// What this computer offers, in the words of plan.txt, except "long": the user decides whether tests may take long.
 Needs Offers();
 
-// Why a need is not met, in words that follow the name of a test: "needs an administrator".
+// Why a test with this need is left out, such as "needs 64-bit Windows".
 std::string Reason(const std::string& need);
 
-// What a reader of the results has to know of the computer, without what tells whose it is: names and texts in UTF-8.
+// What a reader of the results must know about the computer, as names and texts in UTF-8. Nothing tells whose computer it is.
 std::vector<std::pair<std::string, std::string>> Facts();
 
 }  // namespace zelt::verification

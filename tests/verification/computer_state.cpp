@@ -32,7 +32,7 @@ constexpr const wchar_t* kOwnNames[] = {L"zelt", L"pravik", L".zlg", L"brix",
                                         // Classes that tests register without a program, and the two applications.
                                         L"{7e57", L"{d0c70125", L"{7b1c9e60", L"{d76cdf09-2520-4b73-9730-98028328426e}",
                                         L"{17cc0ca2-b86e-46c5-b5e9-b31dff844699}"};
-// Where names that are not ours are not even read.
+// In these keys, only entries with one of our names are read.
 constexpr const wchar_t* kOnlyOwn[] = {L"Software", L"Software\\Classes", kUninstall};
 
 std::wstring Lower(std::wstring text)
@@ -80,7 +80,7 @@ std::optional<std::string> BytesOf(const fs::path& path)
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-// The folders in which tests write, and whether the bytes of their files are kept: other programs rely on those.
+// The folders in which tests write. Other programs rely on the files in shared folders, so the bytes of these are kept.
 struct Folder {
     KNOWNFOLDERID above;
     const wchar_t* name;
@@ -108,7 +108,7 @@ std::map<fs::path, std::optional<std::string>> FilesNow()
     return now;
 }
 
-// The processes whose programs are below the folder, whose path is in small letters, without this one.
+// The processes, except this one, whose programs are below the folder. The folder's path is in small letters.
 std::vector<UniqueHandle> ProgramsBelow(const std::wstring& folder)
 {
     std::vector<UniqueHandle> programs;
@@ -203,7 +203,7 @@ void ComputerState::EndPrograms() const
         TerminateProcess(process.get(), 1);
         WaitForSingleObject(process.get(), kEnd);
     }
-    // The tests may have ended servers, too.
+    // Tests may also have killed servers themselves.
     test::DeadServersAreForgotten();
 }
 
@@ -257,8 +257,7 @@ void ComputerState::PutBackFiles(Differences& differences) const
     }
 }
 
-// The tests register programs and libraries of their folder, some type libraries with their interfaces, and what has a name of
-// ours.
+// True for an entry that has one of our names, or that names a file in the folder of the tests or one of the type libraries.
 bool ComputerState::BelongsToTests(const std::wstring& name, const KeyTree& entry) const
 {
     return IsOwnName(name) || Mentions(entry, root) ||

@@ -1,5 +1,5 @@
-// What the tests change outside their own folder, so that it can be put back: settings, what is registered with COM, and files in
-// the folders of ZELT, of its setup, and of the standard's type libraries.
+// Remembers what tests may change outside their own folder, and puts it back: settings, what is registered with COM, and files
+// in the folders of ZELT, of its setup, and of the standard's type libraries.
 #pragma once
 
 #include <cstddef>
@@ -20,27 +20,27 @@ std::vector<std::wstring> InstalledServers(const std::filesystem::path& root);
 // What differed from the state that was read.
 struct Differences {
     std::size_t putBack = 0;
-    // One line each: what the tests changed and could not be put back, and what else has changed.
+    // One line for each change by the tests that could not be put back, and for each other change.
     std::vector<std::string> notPutBack;
     std::vector<std::string> others;
 };
 
 class ComputerState {
 public:
-    // Reads the state. `root` is the folder with the test programs and their temporary files. What names it in the registry is from
-    // an earlier run that was cut off, and does not belong to the state. With `forAll`, also reads what is registered for all
-    // users.
+    // Reads the state. `root` is the folder with the test programs and their temporary files. Registry entries that name this
+    // folder are left over from an earlier run that was cut off, and are not part of the state. With `forAll`, also reads what
+    // is registered for all users.
     ComputerState(const std::filesystem::path& root, bool forAll);
 
-    // Waits until the programs of the folder have ended, except this one; ends those that still run after a while. Afterwards, no
-    // client gets a class of a server that has been ended.
+    // Waits until the programs below `root`, except this one, have ended; ends those that still run after a while. Afterwards,
+    // COM no longer hands out the classes of ended servers.
     void EndPrograms() const;
 
-    // Ends these programs, and puts back what tests of ZELT change.
+    // Ends these programs, and puts back what the tests have changed.
     Differences PutBack() const;
 
 private:
-    // A key with one key per identifier, class name or setting.
+    // A key with a subkey for each identifier, class name or setting.
     struct Place {
         RegistryRoot root;
         std::wstring path;

@@ -1,11 +1,11 @@
-// Names that a file to send back must not contain.
+// Removes names that the file with the results must not contain, because the user sends it to the developers.
 #pragma once
 
 #include <string>
 
 namespace zelt::verification {
 
-// The text without the path of the user's profile, however a test has written it, and without the name of the computer. UTF-8.
+// The text without the path of the user's profile, in any form that tests print, and without the computer's name. UTF-8.
 std::string WithoutUser(std::string text);
 
 }  // namespace zelt::verification

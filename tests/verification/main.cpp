@@ -1,7 +1,7 @@
 // verify.exe: runs the tests of ZELT on a computer with Windows, and answers the open points of docs/unverified.md.
 //   verify [/ask] [/long] [/only TEXT] [/result FILE]
-// It lies in the tree of the tests, in build\i686\tests\verification. Exit code: 0 when nothing failed, 1 when something did, 2
-// when it could not begin.
+// It must lie in the tree of the tests, in build\i686\tests\verification. Exit code: 0 when nothing failed, 1 when something
+// did, 2 when it could not begin.
 #include <windows.h>
 
 #include <algorithm>
@@ -48,7 +48,8 @@ std::atomic<bool> interrupted = false;
 BOOL WINAPI Interrupt(DWORD event)
 {
     interrupted = true;
-    // After these, the system ends the process as soon as the handler returns. It leaves some seconds to put things back.
+    // After these events, the system ends the process when this handler returns, or after some seconds. The handler waits, so
+    // that the main thread can use these seconds to put things back.
     if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT) Sleep(INFINITE);
     return TRUE;
 }
@@ -101,8 +102,8 @@ fs::path TreeOfThisProgram()
     return tree;
 }
 
-// A folder for the files of this run, and for those of the tests: removed with everything in it. It is not the user's own one, so
-// that its path has only the letters of the extracted folder's.
+// A folder for the files of this run and of the tests, which is removed at the end. It is not in the user's own folder for
+// temporary files, whose path may contain letters that CheckSurroundings refuses.
 class Scratch {
 public:
     explicit Scratch(const fs::path& root) : folder(root / L"scratch")
@@ -124,7 +125,7 @@ private:
     fs::path folder;
 };
 
-// While it exists, programs that a fault ends do so without asking the user: tests end some, and nobody is there to answer.
+// While it exists, programs that end because of a fault show no dialog. Tests cause such faults, and nobody is there to answer.
 class QuietEnds {
 public:
     QuietEnds()

@@ -44,7 +44,7 @@ Verdict VerdictOf(const ProgramResult& program)
     return Count(program.results, State::Failed) ? Verdict::Failed : Verdict::Passed;
 }
 
-// Of a skipped test's output, the reason.
+// The last line of a skipped test's output is the reason for skipping it.
 std::string LastLine(std::string text)
 {
     while (text.ends_with('\n')) text.pop_back();
@@ -52,7 +52,7 @@ std::string LastLine(std::string text)
     return end == std::string::npos ? text : text.substr(end + 1);
 }
 
-// Without the marks for code.
+// Without the backquotes that mark code.
 std::string Plain(std::string text)
 {
     std::erase(text, '`');

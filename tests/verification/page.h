@@ -15,8 +15,8 @@ enum class Verdict { Passed, Failed, LeftOut, ForAPerson };
 
 struct Answer {
     Verdict verdict = Verdict::Failed;
-    std::string remark;  // why it was left out, how to try it, or what a person said
-    std::string said;    // what the tests printed that passed
+    std::string remark;  // what failed, why it was left out or skipped, how to try it, or what a person said
+    std::string said;    // what the passed tests printed
 };
 
 struct ProgramResult {
@@ -33,14 +33,14 @@ struct Page {
     Differences differences;
 };
 
-// The answer of the tests of a row that were run. `results` are by program. A filter without a test is a failure.
+// The answer to a row from the results of its tests. `results` are by program. A filter that fits no test is a failure.
 Answer AnswerOf(const Row& row, const std::map<std::string, TestResults>& results);
 
 bool HasFailed(const Page& page);
 
 // The page itself, without what the tests printed.
 std::string Text(const Page& page);
-// What the failed tests printed, and those that answer a point.
+// What the failed tests printed, and what the tests that answer a point printed.
 std::string Details(const Page& page);
 
 }  // namespace zelt::verification

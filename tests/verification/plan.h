@@ -18,7 +18,7 @@ struct OpenPoint {
     std::string how;
 };
 
-// What a computer and a run must offer: a computer lacks the others.
+// Words for what a test needs, or for what a computer and its user offer. IsNeed lists them.
 using Needs = std::set<std::string>;
 
 struct Program {
@@ -26,7 +26,7 @@ struct Program {
     std::string path;   // below the folder of the tree
     std::string title;  // on the page
     Needs needs;
-    std::string filter;  // of gtest: what is run of it
+    std::string filter;  // gtest's filter: which of its tests are run
 };
 
 // Tests of one program, as a filter of gtest.
@@ -52,13 +52,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The words that `needs` may have.
+// Whether the word is one of these:
 //   windows   not Wine
 //   admin     administrator's rights
 //   plain     a user without them
 //   64bit     64-bit Windows; 32bit and arm64 likewise
 //   topdown   Windows hands out high addresses first (AllocationPreference)
-//   long      more than a minute: done with /long only
+//   long      a user who accepts tests of many minutes (/long)
 bool IsNeed(const std::string& word);
 
 std::vector<OpenPoint> ReadOpenPoints(std::string_view page);

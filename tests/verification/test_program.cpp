@@ -16,8 +16,8 @@ namespace {
 
 constexpr DWORD kPace = 500;
 
-// The marks at the beginning of gtest's lines. Each is followed by the test's name; at the end of a program the names of tests that
-// failed or were skipped are repeated, without a test in progress.
+// The marks at the beginning of gtest's lines. The number of tests follows kAll; a test's name follows the others. The last
+// lines of a program repeat the names of tests that failed or were skipped; no test is in progress then.
 constexpr std::string_view kBegin = "[ RUN      ] ", kPassed = "[       OK ] ", kFailed = "[  FAILED  ] ",
                            kSkipped = "[  SKIPPED ] ", kAll = "[==========] Running ";
 
@@ -40,8 +40,8 @@ void WriteFile(const std::wstring& path, const std::string& text)
     std::fclose(file);
 }
 
-// "[       OK ] Suite.Name (3 ms)" and "[  FAILED  ] Suite.Name, where GetParam() = 3 (3 ms)"
-// after whatever the test has printed without ending its line.
+// Whether the line ends the test, as in "[       OK ] Suite.Name (3 ms)" or
+// "[  FAILED  ] Suite.Name, where GetParam() = 3 (3 ms)". If the test has not ended its own last line, that text comes first.
 bool Ends(std::string_view line, std::string_view mark, std::string_view test)
 {
     const std::size_t place = line.find(mark);

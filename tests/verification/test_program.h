@@ -1,4 +1,4 @@
-// Runs a test program made with gtest, and knows afterwards what each test did, even if the program ended in the middle of one.
+// Runs a test program made with gtest, and returns what each test did, even if the program ended in the middle of a test.
 #pragma once
 
 #include <windows.h>
@@ -14,13 +14,13 @@ enum class State { Passed, Failed, Skipped };
 
 struct TestResult {
     State state = State::Failed;
-    std::string output;  // what the test printed; of a skipped test, the reason
+    std::string output;  // what the test printed; for a skipped test, this includes the reason
 };
 
 // By the tests' names, "Suite.Name".
 using TestResults = std::map<std::string, TestResult>;
 
-// What a program's output says. The test in which the output ends, if there is one, is returned, too: it failed.
+// What a program's output says. If the output ends during a test, `unfinished` is that test, and `results` has it as failed.
 struct Reading {
     TestResults results;
     std::string unfinished;
@@ -30,7 +30,7 @@ Reading ReadOutput(std::string_view output);
 
 struct Order {
     std::wstring program;
-    std::string filter = "*";  // of gtest
+    std::string filter = "*";  // gtest's filter
     std::wstring scratch;      // an existing folder for the output
     DWORD patience = 20;       // minutes that a test may print nothing
 };

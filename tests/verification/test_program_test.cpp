@@ -48,7 +48,8 @@ TEST(TestOutput, ThatEndsInATestFailsIt)
     EXPECT_EQ("[       OK ] A.b (3 ms)\nlast\n", reading.results.at("A.bc").output);
 }
 
-// The tests of the next test, which runs this program again. By itself, each does nothing.
+// TestPrograms.RunOnAfterATestThatEndedThem runs this program again, with this variable, to run the tests of the suite Part.
+// In an ordinary run, these do nothing.
 constexpr wchar_t kPart[] = L"ZELT_VERIFY_TESTS_PART";
 bool IsPart() { return GetEnvironmentVariableW(kPart, nullptr, 0) != 0; }
 

@@ -45,7 +45,7 @@ void Verification::Run(Page& page)
     }
 }
 
-// Why not all needs are met; empty when they are. Under Wine, that is the reason.
+// Why a need is not met; empty when all are. Under Wine, a missing "windows" comes before other reasons.
 std::string Verification::Unmet(const Needs& needs) const
 {
     const auto lacks = [this](const std::string& need) { return !offers.contains(need); };
@@ -63,14 +63,14 @@ std::string Verification::UnmetOf(const Row& row) const
     return unmet;
 }
 
-// The plan names no other programs.
+// The program exists: ReadPlan refuses rows with unknown programs.
 const Program& Verification::ProgramOf(const std::string& name) const
 {
     return *std::find_if(plan.programs.begin(), plan.programs.end(),
                          [&](const Program& program) { return program.name == name; });
 }
 
-// The tests of the program that are wanted; empty for none.
+// A filter for the wanted tests of the program; empty if none is wanted.
 std::string Verification::Filter(const Program& program) const
 {
     if (IsWanted(program.title)) return program.filter;
@@ -84,7 +84,7 @@ std::string Verification::Filter(const Program& program) const
     return filter;
 }
 
-// A program that cannot be run has failed, and the others are run.
+// A program that cannot be run counts as failed; the others are still run.
 TestResults Verification::RunProgram(const Program& program, const std::string& filter, DWORD patience) const
 {
     std::fprintf(stderr, "%s\n", program.title.c_str());

@@ -23,8 +23,8 @@ struct Choice {
 
 class Verification {
 public:
-    // `tree` is the folder of the programs, `scratch` one for their output. When `interrupted` becomes true, the program that runs
-    // is ended, and the rest is left out.
+    // `tree` is the folder with the programs; `scratch` is a folder for their output. When `interrupted` becomes true, the
+    // running program is ended, and the rest is left out.
     Verification(const std::filesystem::path& tree, const Plan& plan, const Choice& choice, const ComputerState& state,
                  const std::wstring& scratch, const std::atomic<bool>& interrupted);
 

@@ -285,7 +285,7 @@ TEST_F(AddPackage, GrowsWithItsWindow)
     EXPECT_EQ(before.right - before.left + 100, after.right - after.left);
     EXPECT_EQ(before.bottom - before.top + 60, after.bottom - after.top);
     EXPECT_TRUE(KeepScreenshot(dialog, "add-package-larger"));
-    // It cannot get smaller than its original size.
+    // The dialog cannot get smaller than its original size.
     SetWindowPos(dialog, nullptr, 50, 50, 100, 100, SWP_NOZORDER);
     GetWindowRect(dialog, &after);
     EXPECT_EQ(whole.right - whole.left, after.right - after.left);
@@ -313,7 +313,7 @@ TEST_F(AddPackage, IsCompleteFromTheKeyboard)
     EXPECT_TRUE(Stored(0, 1).loggingEnabled);
 }
 
-// Takes a picture for the user guide, on which all packages work.
+// Takes a picture for the user guide, without the faulty packages.
 TEST(AddPackagePictures, APackageChosenForExport)
 {
     const CleanSettings settings;

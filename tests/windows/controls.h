@@ -1,5 +1,5 @@
-// List and tree views of another process: what their messages point to is in that process's memory. Both processes must
-// be of the same width (32 or 64 bits), because the items contain pointers.
+// Reads and controls list and tree views of another process, through memory in that process, to which their messages point.
+// Both processes must be of the same width (32 or 64 bits), because the items contain pointers.
 #pragma once
 
 #include <windows.h>

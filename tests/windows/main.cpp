@@ -24,8 +24,8 @@ void DrawFramesUnderWine()
     }
 }
 
-// The tests of dumps let this program fault in the place of ZELT.EXE: under Wine, the system would go on handing out the classes
-// of a server that ends in this way.
+// The tests of dumps make this program fault, not ZELT.EXE: Wine continues to hand out the classes of a server that a fault
+// has ended.
 int WaitForFault(const std::string& event)
 {
     zelt::PrepareGuards();

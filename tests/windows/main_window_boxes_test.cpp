@@ -62,7 +62,8 @@ TEST_F(MainWindowBoxes, ANameThatIsTakenIsRefusedInFrontOfEverything)
     EXPECT_EQ(1u, ExportedPackages().Count());
 }
 
-// Replaces the system's help: the program looks for the library in the registry, loads it, and gets its function.
+// Replacements for the functions with which the program finds the library of the system's help in the registry, loads it, and
+// gets its function; and for that function.
 struct HelpCall {
     HWND caller;
     std::wstring file;

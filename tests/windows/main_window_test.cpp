@@ -154,7 +154,7 @@ TEST_F(MainWindow, ACheckBoxIsSavedAtOnce)
 
 TEST_F(MainWindow, FillingTheListDoesNotSave)
 {
-    // More packages than there are; a save would correct the number.
+    // The number is higher than that of the packages; a save would correct it.
     RegistryKey key;
     ASSERT_EQ(ERROR_SUCCESS, key.Open({}, L"Software\\ZELT", KEY_ALL_ACCESS));
     ASSERT_EQ(ERROR_SUCCESS, key.WriteDword(L"NumPackages", 5));

@@ -1,5 +1,5 @@
-// The program's module in the test's process, without stored settings or packages. Tests show its windows here to
-// replace system functions, and because not every system can read the menus of another process.
+// The program's module in the test's process, without stored settings or packages. Tests show its windows in their own process
+// so that they can replace system functions, and because not every system can read the menus of another process.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -82,8 +82,8 @@ protected:
         if (description) key.WriteString(L"Description", description);
     }
 
-    // Initialises a new unit operation called `name`, while `user` acts on the dialog. Returns InitNew's result, and
-    // leaves the log.
+    // Initialises a new unit operation called `name`, while `user` acts on the dialog. Returns InitNew's result.
+    // LoggedInitNew then reads the log.
     template <class User>
     HRESULT MakeNew(const wchar_t* name, User user)
     {
@@ -137,7 +137,7 @@ protected:
         SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
                      reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
     }
-    // The whole element of InitNew.
+    // The log's whole entry for InitNew.
     static std::string LoggedInitNew()
     {
         const std::string log = WithoutCarriageReturns(ReadWhole(logPath));

@@ -146,8 +146,8 @@ void PostCommand(HWND window, int id) { PostMessageW(window, WM_COMMAND, static_
 
 namespace {
 
-// Whether keys go to a window of this program or of ZELT. Windows may refuse to put a window in front, and the keys would reach
-// what the user has there. Under Wine nobody else has windows, and none of ours may be in front either.
+// Whether keys go to a window of this program or of ZELT. Windows may refuse to put such a window in front; the keys would then
+// reach another program of the user. Under Wine, no other program has windows, and there may be no foreground window.
 bool HasKeyboard()
 {
     if (UnderWine()) return true;

@@ -1,5 +1,5 @@
-// Answers the message boxes of this process, which the system then does not show, and keeps their contents. Boxes may come from
-// any thread. Only one recorder exists at a time.
+// Answers the message boxes of this process, so that none is shown, and keeps their contents. Boxes may come from any thread.
+// Only one recorder exists at a time.
 #pragma once
 
 #include <windows.h>

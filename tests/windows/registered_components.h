@@ -1,5 +1,5 @@
-// What a window test finds on the machine: no settings of the program (CleanSettings restores the previous ones), the
-// registered sample and faulty packages, and classes that the test adds (RegisteredComponents unregisters both).
+// What a window test finds on the machine. CleanSettings: no settings of the program; its destructor restores the previous
+// ones. RegisteredComponents: the sample and faulty packages, and classes that the test adds; its destructor unregisters them.
 #pragma once
 
 #include <optional>
@@ -39,7 +39,7 @@ public:
     // Registers a program with this command line as the server of the class.
     void AddServer(REFCLSID classId, const std::wstring& commandLine);
 
-    // Unregisters the faulty samples, so that those that work are left.
+    // Unregisters the faulty packages, so that only those that work are left.
     void RemoveFaulty();
 
 private:

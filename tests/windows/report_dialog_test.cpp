@@ -1,4 +1,5 @@
-// Help > Report a problem, in this process, with the built zeltctl: what the dialog shows, the texts that it opens, and the file.
+// Help > Report a problem, in this process, with the built zeltctl: what the dialog shows, the texts that it opens, and the
+// file that it writes.
 #include <windows.h>
 #include <commctrl.h>
 #include <commdlg.h>

@@ -100,7 +100,7 @@ TEST_F(RestrictedChoice, WithoutRestrictionEveryKindIsOffered)
     EXPECT_EQ(PackageKind::ReactionPackage10StandAlone, result.kind);
 }
 
-// The dialog's answer to the tree view that draws an item, and the text colour that the dialog sets, or CLR_NONE.
+// The dialog's answer when the tree view draws an item, and the text colour that the dialog then sets, or CLR_NONE.
 struct Drawn {
     LRESULT answer;
     COLORREF text;

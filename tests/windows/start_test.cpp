@@ -14,8 +14,8 @@
 namespace zelt::test {
 namespace {
 
-// What happened while the module ran, in order, one word each. Some of the functions are also used by other threads and
-// the test itself, whose calls do not count.
+// What happened while the module ran, in order, one word each. Other threads and the test itself also call some of these
+// functions; their calls do not count.
 std::vector<std::string> events;
 std::atomic<DWORD> runningThread = 0;
 
@@ -114,7 +114,7 @@ protected:
         for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);) {
         }
     }
-    // The exit code of a start by COM. The message loop finds WM_QUIT with this result when it begins.
+    // Starts the module as COM does and returns its exit code. The message loop finds WM_QUIT with `result` when it begins.
     static int Serve(WPARAM result = 0)
     {
         ForgetQuit();
@@ -123,7 +123,7 @@ protected:
         return Run(module, L"-Embedding");
     }
 
-    // The same with references that are released one by one while the loop runs; nothing else ends the loop.
+    // The same, but references are released one by one while the loop runs, and only this ends the loop.
     static int ServeWithReferences(int count)
     {
         ForgetQuit();
@@ -202,7 +202,7 @@ TEST_F(StartAndEnd, AClassThatCannotBeOfferedEndsTheStartWithItsError)
         registered.clear();
         failingRegistration = index;
         EXPECT_EQ(CO_E_OBJISREG, Serve()) << index;
-        // The classes registered before it are revoked. There is no loop, and nothing to wait for.
+        // The classes registered before the failure are revoked. There is no loop, and nothing to wait for.
         const auto offered = static_cast<std::size_t>(index);
         EXPECT_EQ(Together({Events(offered, "register"), Events(offered, "revoke")}), events);
     }
@@ -311,7 +311,7 @@ TEST_F(StartAndEnd, TheSmallImagesAreThoseOfTheProgram)
     EXPECT_EQ(0xFFFFFFu, strip.transparent);
     EXPECT_GE(ImageList_GetImageCount(module.SmallImages()), 13);
 
-    // The window of this start still exists and uses them.
+    // The window of this start still exists and uses the images.
     const HWND window = FindWindowW(nullptr, L"ZELT Packages:");
     ASSERT_NE(nullptr, window);
     EXPECT_TRUE(IsWindowVisible(window));

@@ -1,5 +1,4 @@
-// log diff: two conversations side by side. Both logs are held in memory, because a call may have its counterpart
-// anywhere.
+// log diff: compares two logs, call by call. Both are held in memory, because the counterpart of a call may be anywhere.
 #include <cmath>
 #include <map>
 #include <string>

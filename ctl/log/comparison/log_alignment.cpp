@@ -9,7 +9,7 @@ namespace {
 // number.
 constexpr int kMostLeftOver = 3000;
 
-// For one number of leftover elements, how far in `a` the furthest path on each diagonal got.
+// How far in `a` the furthest path on each diagonal got, with a certain number of leftover elements.
 using Furthest = std::vector<int>;
 
 struct Search {
@@ -57,7 +57,7 @@ Search FindPath(const std::vector<int>& a, const std::vector<int>& b)
     return search;
 }
 
-// The pairs of a complete search, last first; `start` is the place where both searched parts begin.
+// The pairs of a complete search, the last one first. `start` is where the searched part begins in both sequences.
 std::vector<AlignedPair> TracePath(const Search& search, std::size_t start)
 {
     std::vector<AlignedPair> reversed;

@@ -1,6 +1,6 @@
-// A log in memory, as log diff compares it: a sequence of calls in the order in which they begin, and of what is outside of
-// calls. Does not compare what differs between two runs of the same conversation: addresses, times, the numbers at the ends of
-// objects' names, the queries of the system.
+// A log in memory, as log diff compares it: the calls in the order in which they begin, and the messages outside of calls. What
+// differs even between two runs of the same conversation is not compared: addresses, times, the numbers at the ends of objects'
+// names, and the queries of the system.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
-// A row for each call, value and message, each complete in itself, so that a spreadsheet can sort and filter them. Fields are
-// separated by commas and quoted where necessary; lines end in CR LF, as the format requires. No cell is a formula: a package
-// chooses names in a log, and a spreadsheet would run a formula.
+// log export --csv: a row for each call, value and message. Each row is complete in itself, so that a spreadsheet can sort and
+// filter the rows. Fields are separated by commas and quoted where necessary; lines end in CR LF, as the format requires. A
+// text that a spreadsheet would run as a formula gets an apostrophe before it, because a package may choose any names in a log.
 #include <algorithm>
 #include <iterator>
 #include <string>

@@ -1,5 +1,5 @@
-// A page that needs nothing else: the log as a tree that folds, with a search, for light and dark screens and for the keyboard.
-// Style and script are in html_page.h.
+// log export --html: a page that needs no other file. It shows the log as a tree that folds, has a search, suits light and dark
+// screens, and can be used with the keyboard alone. Style and script are in html_page.h.
 #include <string>
 #include <vector>
 

@@ -1,5 +1,5 @@
-// The log as one array of nested objects, in the order of the file: each has its kind and its line, and calls, arguments and
-// other elements with content have "items". Values are texts, as in the log.
+// log export --json: the log as one array of nested objects, in the order of the file. Each object has its kind and its line;
+// calls, arguments and other elements with content have "items". Values are texts, as in the log.
 #include "ctl/json_writer.h"
 #include "ctl/log/export/log_export.h"
 #include "ctl/log/log_events.h"
@@ -52,7 +52,7 @@ public:
 
 private:
     JsonWriter& json;
-    std::vector<bool> open;  // whether an array of items is open inside
+    std::vector<bool> open;  // whether each open object has an open array of items
 };
 
 }  // namespace

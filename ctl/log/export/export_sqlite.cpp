@@ -1,4 +1,5 @@
-// A database that SQLite reads, of a log or of a recording, with views for common questions. It is made in a temporary file.
+// log export --sqlite: an SQLite database of a log or of a recording, with views for common questions. It is made in a
+// temporary file.
 #include <cstdio>
 #include <vector>
 

@@ -1,6 +1,6 @@
 // What surrounds the tree in the HTML page: style, tools and script. A call is a details element, which browsers fold without a
-// script and from the keyboard; arguments and messages are paragraphs. Class ci is a call of the logged component, co one of
-// the simulator's objects; ai and ao are arguments in and out; n, k, w, v, f are infos, queries of the system, warnings,
+// script and from the keyboard; arguments and messages are paragraphs. Class ci is a call of the logged component, co a call of
+// one of the simulator's objects; ai and ao are arguments in and out; n, k, w, v, f are infos, queries of the system, warnings,
 // violations, failures. For each kind that is hidden, the main element has a class: nf for failures, for instance.
 #pragma once
 

@@ -1,5 +1,5 @@
-// What the values of an argument mean to a redaction. Most values are replaced by others of the same form, but a reader needs
-// the order of some, the sum of others, and counts as they are.
+// What the values of an argument mean to a redaction. Most values are replaced by others of the same form. But some must keep
+// their order and others their sum, and counts must not change.
 #pragma once
 
 #include <string>
@@ -35,7 +35,7 @@ public:
     bool AreHeld() const;
     // Whether the values are those of all compounds.
     bool AreAll() const { return open && !calls[open - 1].ofSome; }
-    // A name for the values whose order is kept: those of one property, or of one parameter.
+    // The name of the group of values among which the order is kept: those of one property, or of one parameter.
     std::string_view Order() const { return order; }
     // The object and the phase of the innermost call.
     std::string_view Object() const { return open ? std::string_view(calls[open - 1].object) : std::string_view(); }

@@ -12,8 +12,8 @@ namespace zelt::ctl {
 
 class CompoundNames {
 public:
-    // The alias of a name. `quoted` is the name as a value in a log, in quotes; the alias is in quotes, too, but these are
-    // escaped. Valid until the next call.
+    // The alias of a name. `quoted` is the name in quotes, as the reader delivers it. The alias is also in quotes, but these
+    // are escaped for the log. Valid until the next call.
     const std::string& NameOf(std::string_view quoted, const LogAliases& aliases);
 
 private:

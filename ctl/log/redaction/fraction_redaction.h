@@ -1,6 +1,6 @@
-// The fractions of a mixture in a log that is given away. They become what the fractions by mass would be if the compounds had
-// other masses, drawn from the key: fractions that add up to the same, and compositions of phases that balance with their feed
-// as before. So the rules for fractions find the same in the redacted log.
+// The fractions of a mixture in a log that is given away. They become the mass fractions that the mixture would have if its
+// compounds had certain other masses, which LogAliases chooses. Such fractions still add up to the same sum, and the
+// compositions of phases still balance with their feed. So the rules for fractions find the same in the redacted log.
 #pragma once
 
 #include <optional>
@@ -13,11 +13,12 @@
 
 namespace zelt::ctl {
 
-// More compounds than a mixture has. A forged log may have more values than this.
+// How many fractions can be redacted together: more than any mixture has. A forged log may have more values than this.
 inline constexpr std::size_t kMostFractions = 1000;
 
-// What replaces the values of one argument. 0 stays, values below 0 stay below it, and whether one is clearly above 1 stays,
-// as far as the sum allows. If they are all fractions of a mixture, their sum stays, too.
+// What replaces the values of one argument. 0 stays, and negative values stay negative. If a value is clearly above 1, so is
+// one of the redacted values, as far as the sum allows; otherwise none is. `areAll`: the values are all the fractions of a
+// mixture, so their sum stays, too.
 std::vector<std::string> RedactFractions(const std::vector<std::string>& values, bool areAll,
                                          const LogAliases& aliases);
 
@@ -30,8 +31,8 @@ std::string RedactPhaseFraction(std::string_view value, const LogAliases& aliase
 std::optional<std::string> BalancedPhaseFraction(std::string_view value, const FlashRecord::Material& material,
                                                  std::string_view phase, const LogAliases& aliases);
 
-// What replaces the flow of the compound at this place, and the total flow of a material, so that both agree with the redacted
-// fractions. The second is nothing when the composition of the material is not known.
+// What replaces the flow of the compound at this place (RedactFlow), and the total flow of a material (BalancedFlow), so that
+// both agree with the redacted fractions. BalancedFlow returns nothing when the composition of the material is not known.
 std::string RedactFlow(std::string_view value, std::size_t place, const LogAliases& aliases);
 std::optional<std::string> BalancedFlow(std::string_view value, const FlashRecord::Material& material,
                                         const LogAliases& aliases);

@@ -9,7 +9,7 @@
 namespace zelt::ctl {
 namespace {
 
-// Whether this is the name of an interface of the system, or has the form of those of the standard and of persistence.
+// Whether this is the name of an interface of the system, or looks like that of an interface of the standard or of persistence.
 bool IsStandardInterface(std::string_view name)
 {
     if (IsSystemInterface(name)) return true;
@@ -37,7 +37,7 @@ bool MayHaveNames(const SentenceRow& row, std::string_view text)
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases)
 {
-    // The reader delivers this for a message without a text.
+    // The reader delivers "<no information>" for a message without a text.
     if (message.text.empty() || message.text == "<no information>") return std::string(message.text);
     const auto found = SentenceOf(message);
     if (!found) return aliases.Text(message.text);

@@ -14,7 +14,7 @@ namespace zelt::ctl {
 // What replaces the text in a hole of this kind (see SentenceRow). `mayBeName`: the text may be a name even in a hole for
 // words.
 std::string RedactHole(char kind, bool mayBeName, std::string_view text, const LogAliases& aliases);
-// Whether what fills the holes for words may be names, because the text could also be another sentence.
+// Whether the texts in the holes for words may be names, because the whole text could also be another sentence.
 bool MayHaveNames(const SentenceRow& row, std::string_view text);
 
 std::string RedactMessage(const LogEvent& message, const LogAliases& aliases);

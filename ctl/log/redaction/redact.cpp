@@ -95,7 +95,8 @@ public:
         }
         const std::string_view tag = EndTag(kind, parents.back());
         parents.pop_back();
-        // An end is written with what follows it, or by Finish, so that elements that a cut-off log leaves open get no end.
+        // The next Begin or Finish writes the end, because only Finish knows which elements a cut-off log leaves open. These
+        // get no end.
         ends.push_back({tag, depth});
     }
     void LeftOpen(int) override { ++leftOpen; }
@@ -194,7 +195,7 @@ private:
     }
     const std::string& Ordered(std::string_view value)
     {
-        // Whether a number counts as whole also depends on the type.
+        // The key includes the type, because whether a number counts as whole depends on it, too.
         (((key = meanings.Order()) += '|') += type) += '|';
         const std::size_t end = key.size();
         return ordered.Of(key += value, [&](std::string_view text) {

@@ -6,8 +6,8 @@
 
 namespace zelt::ctl {
 
-// Whether a name has only characters that names of the standard have. ZELT's own logs have no other names for interfaces,
-// methods, arguments and types; a log from elsewhere may.
+// Whether a name has only characters that names of the standard have. In ZELT's own logs, this holds for all names of
+// interfaces, methods, arguments and types; in other logs it may not.
 inline bool IsStandardName(std::string_view name)
 {
     return std::all_of(name.begin(), name.end(), [](char c) {

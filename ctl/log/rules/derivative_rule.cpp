@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t kMostStates = 32, kMostValues = 100, kMostNumbers = 1000;
 
-// The temperatures or pressures of the three states differ by no more than kFarthest, relative to the larger one, and those of
-// neighbouring states by more than kNearest, so that the few digits of a log cannot distort a slope.
+// The temperatures or pressures of the three states must not differ by more than kFarthest, relative to the larger one. Those
+// of neighbouring states must differ by more than kNearest, so that the few digits of a log cannot distort a slope.
 constexpr double kFarthest = 0.02, kNearest = 1e-4;
 // Between neighbouring states, slopes and derivatives that are smooth differ by no more than kSmooth, relative to the larger
 // one. A wrong derivative differs from the slope by more than kWrong.
@@ -86,7 +86,7 @@ void DerivativeRule::Begin(const LogEvent& event)
     }
     if (event.kind == EventKind::Call) {
         isUnsure |= event.inward || !event.Interface().starts_with("ICape");
-        // The package does not make calls that are nested deeper.
+        // Calls that are nested deeper are not made by the package.
         if (event.depth != depth + 1) return;
         inner = {};
         inner.isOpen = true;
@@ -233,7 +233,7 @@ bool DerivativeRule::Compare(const State* const (&three)[3], Variable variable, 
     }
     if (AreClose(at[0], at[1], kNearest) || AreClose(at[1], at[2], kNearest)) return false;
     const double first = (value[1] - value[0]) / (at[1] - at[0]), second = (value[2] - value[1]) / (at[2] - at[1]);
-    // A step or a bend of the property is no fault of its derivative.
+    // A step or a kink of the property does not make its derivative wrong.
     if (!AreClose(first, second, kSmooth) || !AreClose(slope[0], slope[1], kSmooth) ||
         !AreClose(slope[1], slope[2], kSmooth)) {
         return false;

@@ -1,8 +1,8 @@
 // The rule for derivatives by temperature and by pressure. Three calculations of a phase at three temperatures or pressures,
-// all else equal, show how the property changes, and the derivatives at the same states must agree. What the log cannot prove
-// is left alone: states too far apart, differences that an inexact calculation can explain, a property or derivatives that are
-// not smooth, a package that somebody may have changed between the calculations, and redacted logs, whose values are not those
-// that were calculated.
+// all else equal, show how the property changes, and the derivatives at the same states must agree. Nothing is reported if the
+// states are too far apart, if an inexact calculation can explain the difference, if the property or its derivatives are not
+// smooth, or if somebody may have changed the package between the calculations. Redacted logs are not judged, because their
+// values are not those that were calculated.
 #pragma once
 
 #include <deque>
@@ -20,7 +20,7 @@ namespace zelt::ctl {
 class DerivativeRule {
 public:
     explicit DerivativeRule(const ReportFinding& report) : report(report) {}
-    // Call these for each event, in order, and at the end of each call.
+    // Call Begin for each event, in order, and EndCall at the end of each call.
     void Begin(const LogEvent& event);
     void EndCall(int depth);
 
@@ -62,7 +62,7 @@ private:
 
     const ReportFinding& report;
     bool isRedacted = false;
-    int depth = -1;  // of the open calculation
+    int depth = -1;  // of the open calculation; -1 for none
     bool isUnsure = false;
     std::string package;
     std::optional<State> calculated;

@@ -27,7 +27,8 @@ public:
     {
         if (flash.EndCall(depth) && !flash.HasFailed() && !flash.IsTooLong()) Judge();
     }
-    // Call it at the end of a log, but only if the log is complete: a calculation during which a log is cut off has not ended.
+    // Call it at the end of a complete log. If a log is cut off during a calculation, the calculation has not ended, so do not
+    // call it.
     void Finish();
 
 private:
@@ -54,7 +55,7 @@ private:
     FlashRecord flash{true, true};
     ConnectedMaterials connected;
     std::map<std::string, State, std::less<>> states;
-    std::vector<Finding> pending;  // until the next event shows that the calculation has really ended
+    std::vector<Finding> pending;  // wait for the next event, which shows that the calculation has ended
 };
 
 }  // namespace zelt::ctl

@@ -1,7 +1,7 @@
 // What a package reads from materials and sets in them during one equilibrium calculation: the feed, the phases, their states
 // and shares. Rules judge by it, and redaction needs it to keep the balance. A material whose values are not certain is marked.
-// On request, also records the calculation of a phase's properties: the state for which the package calculates, and fugacities;
-// and that of a unit operation: the flows of the materials that it reads and sets.
+// On request, it also records two other calculations: that of a phase's properties, with the state for which the package
+// calculates and the fugacities, and that of a unit operation, with the flows of the materials that it reads and sets.
 #pragma once
 
 #include <deque>
@@ -65,7 +65,7 @@ public:
     bool IsOpen() const { return depth >= 0 && !isTooLong; }
     // Of the latest calculation.
     Of Kind() const { return kind; }
-    // The calculation has more than kMostEvents events. Whether it failed is then not known.
+    // The calculation has more than kMostEvents events. If so, it is not known whether it failed.
     bool IsTooLong() const { return isTooLong; }
     int Line() const { return line; }
     bool HasFailed() const { return failed; }

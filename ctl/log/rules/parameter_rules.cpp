@@ -7,7 +7,7 @@
 namespace zelt::ctl {
 namespace {
 
-// A forged log may have any number.
+// A forged log may have any number of parameters.
 constexpr std::size_t kMostParameters = 10'000;
 
 // The value of an argument that is one finite number; null otherwise.
@@ -15,11 +15,11 @@ const ArgumentSummary* OneNumber(const CallSummary& call, std::string_view argum
 {
     const ArgumentSummary* found = call.Find(argument);
     if (!found || found->count != 1 || !found->numbers || found->notANumber) return nullptr;
-    // A damaged log may have a fraction where the type says a whole number.
+    // A damaged log may have a fraction although the type is an integer type.
     return found->areWhole && std::floor(found->least) != found->least ? nullptr : found;
 }
 
-// A call that works with the values of parameters.
+// Whether a call of this method uses the values of parameters.
 bool IsCalculation(std::string_view method) { return method.starts_with("Calc"); }
 
 }  // namespace
@@ -31,7 +31,7 @@ void ParameterRules::SetBound(Parameter& parameter, const CallSummary& call, std
                                                     : call.Method() == "get_LowerBound" ? "lBound"
                                                                                         : "uBound");
     const bool isKnown = parameter.lower || parameter.upper;
-    // Bounds that change belong to two parameters, or were different when the value was set.
+    // A bound that changes belongs to two parameters with one name, or was different when the value was set.
     if (!number || (bound && bound->value != number->least) || (isKnown && parameter.ofWhole != ofWhole)) {
         parameter.isAmbiguous |= bound || isKnown;
         return;
@@ -44,7 +44,7 @@ void ParameterRules::SetBound(Parameter& parameter, const CallSummary& call, std
 std::string ParameterRules::Outside(const Parameter& parameter, double value)
 {
     if (parameter.isAmbiguous || !parameter.lower || !parameter.upper) return {};
-    // Bounds that leave no choice mean that the parameter has no bounds.
+    // Bounds that leave no choice, such as 0 and 0, mean that the parameter has no bounds.
     if (parameter.lower->value >= parameter.upper->value) return {};
     const bool isBelow = value < parameter.lower->value;
     if (!isBelow && value <= parameter.upper->value) return {};

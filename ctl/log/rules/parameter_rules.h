@@ -1,6 +1,6 @@
-// The rule for values outside a parameter's bounds, as the log shows both. Parameters are distinguished by their names. Those
-// of reactions often share names, so nothing is reported once the simulator has asked for them, nor for a name with different
-// bounds.
+// The rule for values outside a parameter's bounds, if the log shows both. Parameters are distinguished by their names. The
+// parameters of reactions often share names, so nothing more is reported once the simulator has asked for these parameters, and
+// nothing for a name that has different bounds.
 #pragma once
 
 #include <map>

@@ -10,7 +10,7 @@ namespace zelt::ctl {
 namespace {
 
 // The flows of a compound may differ by kTolerance, relative to the larger one, because a unit's calculation, too, stops at a
-// tolerance. A smaller difference can still make up for another compound; below kRounding it is rounding.
+// tolerance. A smaller difference still shows that a compound has become more or less, unless it is within kRounding.
 constexpr double kTolerance = 5e-3, kRounding = 1e-4;
 // Compounds with less than this fraction of the total flow are not judged.
 constexpr double kTraceFlow = 1e-2;

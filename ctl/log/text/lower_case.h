@@ -1,4 +1,4 @@
-// Names of properties, phases and files are compared without regard to case.
+// Lower case, because names of properties, phases and files are compared without regard to case.
 #pragma once
 
 #include <string>

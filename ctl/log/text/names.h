@@ -1,4 +1,4 @@
-// Lists of names.
+// Whether a text is one of the names in a list.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Remembers what was made of texts that recur, as names and messages do in a log. The number of places is fixed: a text
-// replaces the one that had its place, so memory does not grow with the log. `Made` is what is made of each text.
+// Remembers what was made of recurring texts, such as the names and messages of a log. The number of places is fixed: a text
+// replaces the one that had its place, so memory does not grow with the log. `Made` is the type of what is made.
 #pragma once
 
 #include <array>

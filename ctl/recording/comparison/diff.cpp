@@ -1,5 +1,5 @@
-// recording diff: two recordings, call by call and, without a tolerance, to the bit. Each is read twice: first to find which
-// calls belong together, then to compare them.
+// recording diff: compares two recordings, call by call and, without a tolerance, to the bit. Each is read twice: first to find
+// which calls belong together, then to compare them.
 #include <algorithm>
 #include <map>
 
@@ -63,7 +63,7 @@ public:
 private:
     static long long Number(const RecordedStep& step) { return static_cast<long long>(step.call); }
 
-    // `named` names the step. `a` and `b` are the step in the two recordings, null where it is missing.
+    // The name of `named` is written. `a` and `b` are the step in the two recordings, null where it is missing.
     JsonWriter& BeginJson(const char* kind, const RecordedStep& named, const RecordedStep* a, const RecordedStep* b)
     {
         json.NewLine().BeginObject().Member("kind", kind);

@@ -1,6 +1,6 @@
 // A recording as recording diff compares it: its calls in the order in which they begin, and what it says outside of calls. One
-// outermost call is in memory at a time. What differs between two runs of the same conversation does not count: addresses,
-// times, the numbers at the ends of objects' names, the queries of the system.
+// outermost call is in memory at a time. What differs even between two runs of the same conversation is not compared:
+// addresses, times, the numbers at the ends of objects' names, and the queries of the system.
 #pragma once
 
 #include <cstdint>

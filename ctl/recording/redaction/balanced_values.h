@@ -1,6 +1,6 @@
 // The substitutes for the phase fractions and total flows of a recording. They have to balance with the phases of their
-// calculation, so they are known only when it has ended: this class reads ahead in the recording, as far as the next value
-// needs.
+// calculation, so they are known only after the calculation. This class therefore reads ahead in the recording, as far as the
+// next value needs.
 #pragma once
 
 #include <deque>
@@ -19,7 +19,7 @@ public:
     // Throws InputError.
     BalancedValues(const std::string& path, const LogAliases& aliases);
 
-    // What replaces the next such value, in the order of the recording.
+    // What replaces the next phase fraction or total flow, in the order of the recording.
     std::string Next();
 
 private:

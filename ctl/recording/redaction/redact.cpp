@@ -29,9 +29,9 @@ public:
     ArgumentMeanings meanings;
 };
 
-// The identifiers of the standard's interfaces and of the system's interfaces say nothing about a component. Most of the
-// standard's have the form 678Cxxxx-xxxx-11D2-A67D-00105A42887F, and many of the system's differ only in their first four bytes.
-// All other identifiers are replaced like a component's own.
+// Whether this is the identifier of an interface of the standard or of the system, which says nothing about a component. Most
+// of the standard's have the form 678Cxxxx-xxxx-11D2-A67D-00105A42887F, and many of the system's differ only in their first
+// four bytes. The few that look different are replaced like a component's own.
 bool IsOfTheStandard(std::string_view id)
 {
     constexpr std::string_view kBegin("\x8C\x67", 2), kEnd("\xD2\x11\xA6\x7D\x00\x10\x5A\x42\x88\x7F", 10);

@@ -20,7 +20,7 @@ std::string_view WithoutQuotes(std::string_view name)
     return name.substr(kQuote.size(), name.size() - 2 * kQuote.size());
 }
 
-// Leaves the scalar unchanged when the text is not a number: a value that stands for a missing number stays.
+// Leaves the scalar unchanged when the text is not a number, such as the "N/A" of a missing number.
 void PutNumber(Scalar& scalar, const std::string& text)
 {
     const char *const begin = text.data(), *const end = begin + text.size();

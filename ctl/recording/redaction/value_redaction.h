@@ -20,7 +20,7 @@ public:
         : aliases(aliases), balanced(balanced), digits(width / 4), keepsErrors(keepsErrors)
     {}
 
-    // `meanings` was given `argument` last. The redacted argument refers to `texts`, where its texts are kept.
+    // `argument` must be the latest that `meanings` was given. `texts` keeps the texts of the redacted argument.
     recording::ArgumentRecord Redact(const recording::ArgumentRecord& argument, const ArgumentMeanings& meanings,
                                      std::deque<std::string>& texts);
     std::uint64_t Address(std::uint64_t address) const;

@@ -1,5 +1,5 @@
-// The outermost calls of a recording in outline: what decides whether a later call needs them. The calls themselves stay in the
-// file.
+// The outermost calls of a recording in outline: for each call, the facts that decide whether a later call needs it. The calls
+// themselves stay in the file.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ struct OutlinedCall {
     bool hasEnded = false, hasFailed = false, makesComponent = false;
     bool asksAnew = false;                 // the component asks the simulator something new that it may remember
     std::vector<std::uint32_t> objects;    // the numbers of all objects that are called
-    std::vector<std::uint32_t> called;     // those among them that are the component's
+    std::vector<std::uint32_t> called;     // those of them that belong to the component
     std::vector<std::uint64_t> given;      // pointers that the component gave to the simulator
     std::vector<std::uint64_t> mentioned;  // pointers in all arguments
 };

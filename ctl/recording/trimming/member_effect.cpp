@@ -30,7 +30,7 @@ bool IsCalculating(std::string_view interfaceName, std::string_view method)
 
 MemberEffect EffectOf(std::string_view member)
 {
-    // Interfaces whose calls replace each other, even calls of different members: the later call says everything.
+    // Interfaces whose calls replace each other, even calls of different members: only the latest call counts.
     constexpr std::string_view kWholes[] = {"ICapeThermoMaterialContext", "ICapeThermoMaterialContext(v1.0)",
                                             "ICapeKineticReactionContext", "ICapeElectrolyteReactionContext",
                                             "ICapeUnitPort"};

@@ -5,19 +5,19 @@
 
 namespace zelt::ctl {
 
-// Sets, Validates and Calculates replace what earlier calls of the same group left. Calls of each effect use what calls of the
-// effects above it left, and calls without effect use what all left.
+// Sets, Validates and Calculates replace what earlier calls of the same group left. A call uses what earlier calls with the
+// effects between None and its own have left; a call with the effect None uses what all of them have left.
 enum class Effect {
     None,  // it only asks, or calculates from its arguments and its material
     Sets,  // a value, or an object
     Validates,
     Calculates,
-    Remembers,  // anything else: no later call makes up for it
+    Remembers,  // anything else: no later call replaces it
 };
 
 struct MemberEffect {
     Effect effect;
-    // Of calls of one object that replace each other: the member's name or its interface; empty for none.
+    // Calls of one object that have the same group replace each other. The member's name or its interface; empty for none.
     std::string_view group;
 };
 

@@ -93,8 +93,8 @@ NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std:
         if (!hasLast) needed.last = i;
         hasLast = true;
         for (const std::uint32_t number : call.called) wanted.Add(number);
-        // This call uses what earlier calls set, so these are needed, even if calls after it replace what they set. A call that
-        // failed set nothing.
+        // This call uses what earlier calls set, so those calls are needed even if later ones replace what they set. A call
+        // that failed has set nothing.
         std::erase_if(settled,
                       [&](const auto& group) { return call.effect == Effect::None || call.effect > group.second; });
         if (call.group != 0 && !call.hasFailed) settled.emplace(call.group, call.effect);

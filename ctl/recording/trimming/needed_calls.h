@@ -1,5 +1,5 @@
-// Which calls of a recording have to be made again before certain calls can be: those that made the component's state, and
-// those that gave the objects that are called.
+// Which calls of a recording have to be replayed before certain calls: those that made the component's state, and those in
+// which the component handed out the objects that are called.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,8 @@ struct NeededCalls {
     std::size_t last = 0;       // the place of the last one in `calls`
 };
 
-// What the calls with the numbers from `first` to `last` need, and these calls themselves. Both numbers exist.
+// What the calls with the numbers from `first` to `last` need, and these calls themselves. The recording must have calls with
+// both numbers.
 NeededCalls CallsNeededFor(const CallOutline& outline, std::uint64_t first, std::uint64_t last);
 
 }  // namespace zelt::ctl

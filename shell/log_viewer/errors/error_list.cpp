@@ -52,7 +52,7 @@ void ErrorList::SetCount(DWORD flags) const
 
 void ErrorList::FitColumn() const
 {
-    // The list holds no rows of its own to measure, so the labels with the most bytes stand for the widest.
+    // The list view has no texts to measure, so the labels with the most bytes stand for the widest.
     constexpr std::size_t kMeasured = 16;
     RECT client;
     GetClientRect(window, &client);

@@ -28,7 +28,7 @@ public:
 
     // Shows as many rows as there are errors to show; `flags` are those of LVM_SETITEMCOUNT.
     void SetCount(DWORD flags) const;
-    // Makes the column of labels as wide as the longest of them, or as the list.
+    // Makes the column of labels as wide as the longest of them, and at least as wide as the room that the list has for it.
     void FitColumn() const;
     // Adds the columns of the details, or removes them.
     void ShowDetails(bool wanted);

@@ -3,7 +3,7 @@
 namespace zelt {
 namespace {
 
-// Between the edge of a cell and its text, as the list view has it.
+// Pixels between the edge of a cell and its text, as in the list view.
 constexpr int kMargin = 2;
 
 }  // namespace

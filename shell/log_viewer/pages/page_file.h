@@ -1,6 +1,6 @@
-// Reads pieces of a log that another program may be changing or cutting off. It opens the log a second time, beside the reader
-// that starts at the beginning, so that neither moves the other's position. Nothing is mapped: a mapped page that has been cut
-// off would end the program.
+// Reads pieces of a log that another program may be changing or cutting off. Opens the log a second time, so that it does not
+// move the position of the reader that goes through the whole log. Maps nothing into memory: access to a mapped page that has
+// been cut off would end the program.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// What a viewer keeps of the pages of a log, which are parts of some 256 KB: the numbers of their items, and what is needed to
-// read a page again. Built while the log is read for the first time.
+// What a viewer keeps of each page of a log, a part of about 256 KB: the numbers of its items, and what is needed to read it
+// again. Built while the log is read for the first time.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace zelt {
 
-// Sums up the kinds, the depths and the lengths of a page's items. A page that is read again must give the same.
+// Sums up the kinds, the depths and the lengths of a page's items. A page that is read again must give the same sum.
 class PageCheck {
 public:
     void Add(const LogEvent& event)
@@ -43,7 +43,7 @@ struct Page {
     int firstLine;             // from 1
     ItemIndex firstOutermost;  // how many outermost items precede it
     std::uint32_t check;
-    std::vector<OpenItem> open;  // around its beginning, from the outermost
+    std::vector<OpenItem> open;  // the items that are open where it begins, from the outermost
 };
 
 // An item that is open where some page begins: its relatives are in several pages.
@@ -56,10 +56,10 @@ struct LongItem {
 struct PageBatch {
     std::vector<Page> pages;
     std::vector<LongItem> longItems;                    // those that are new
-    std::vector<std::pair<ItemIndex, ItemIndex>> ends;  // of long items
-    std::vector<std::string> longestErrors;             // replaces what came before
+    std::vector<std::pair<ItemIndex, ItemIndex>> ends;  // of long items: the item and its end
+    std::vector<std::string> longestErrors;             // of the log up to here; replaces the previous ones
     bool isLast = false;                                // the rows that follow are in no page
-    std::vector<OpenItem> open;                         // around these
+    std::vector<OpenItem> open;                         // if isLast: the items that are open where these rows begin
 
     bool IsEmpty() const { return pages.empty() && !isLast; }
 };
@@ -71,7 +71,7 @@ public:
 
     void Begin(const LogEvent& event);
     void End(int depth);
-    // Whether the page is long enough to end here. Ask it after the end of an element.
+    // Whether the page is long enough to end here. Call it after the end of an element.
     bool IsPageFull() const { return bytes >= kPageBytes && (open.empty() || bytes >= 2 * kPageBytes); }
     // Call at the beginning of a line.
     void EndPage(std::int64_t offset, int line);

@@ -28,7 +28,7 @@ private:
     std::string_view rest;
 };
 
-// Adds a page's events to a model, as long as there are not more than the page had.
+// Adds the events of a page that is read again to a model. Stops when there are more than the page had before.
 class PageBuilder final : public LogSink {
 public:
     PageBuilder(LogModel& items, const Page& page) : items(items), left(page.count), linesBefore(page.firstLine - 1) {}
@@ -75,7 +75,7 @@ bool IsQueryLabel(std::string_view label)
 
 void PagedLog::AddPages(PageBatch&& batch)
 {
-    // A page may contain the end of an item that begins in another of the batch.
+    // The long items first: a page may contain the end of an item that begins in another page of the batch.
     longItems.insert(longItems.end(), batch.longItems.begin(), batch.longItems.end());
     for (const auto& [item, end] : batch.ends) const_cast<LongItem*>(FindLong(item))->end = end;
     pages.insert(pages.end(), std::make_move_iterator(batch.pages.begin()), std::make_move_iterator(batch.pages.end()));

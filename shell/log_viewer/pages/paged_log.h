@@ -33,7 +33,7 @@ public:
     // Valid until the next call that may need another page.
     std::string_view Label(ItemIndex item) const;
     bool IsRemoved(ItemIndex item) const;
-    // Whether everything inside has been read.
+    // Whether all descendants of the item have been read.
     bool IsComplete(ItemIndex item) const { return finished || End(item) < Size(); }
     // How many outermost items precede the item or its outermost ancestor, to within a page.
     ItemIndex OutermostBefore(ItemIndex item) const;
@@ -69,7 +69,7 @@ public:
     void Remove(ItemIndex item);
     void CleanErrors() { rest.CleanErrors(); }
 
-    // For searches: the items that are together with `item`, in its page or in the rest, and that page.
+    // For searches: the items of the page that `item` is in, and that page; or the items of the rest.
     struct Stretch {
         ItemIndex first, end;
         const Page* page;  // null for the rest
@@ -86,7 +86,7 @@ private:
         LogModel items;
         unsigned used;
     };
-    // Where an item is.
+    // Where an item is: in the model of its page, or in the rest.
     struct Place {
         const LogModel& items;
         ItemIndex item;

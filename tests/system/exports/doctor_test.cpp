@@ -96,7 +96,7 @@ protected:
         EXPECT_EQ("", outcome.messages);
     }
 
-    // doctor finds `expected`, which is its complete output, and nothing else.
+    // `expected` is the complete output of doctor.
     static void ExpectFinding(const std::string& expected)
     {
         const CommandOutcome outcome = RunZeltctl({"doctor"});
@@ -239,7 +239,8 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
     ExpectHealthy();
 }
 
-// 64-bit programs find a library that is registered for either width, 32-bit programs only one that is registered for theirs.
+// 64-bit programs find a library that is registered for either width; 32-bit programs find only one that is registered for 32
+// bits.
 TEST_F(Doctor, FindsThatALibraryOf64BitProgramsServesNo32BitOnes)
 {
     const std::wstring version = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}\\1.1";
@@ -426,7 +427,7 @@ TEST_F(DoctorOfBoth, Finds32BitLibrariesInTheListOf64BitPackages)
     ExpectBothHealthy();
 }
 
-// Each program holds only its own list.
+// A running ZELT keeps zeltctl from changing the list of ZELT, but not that of ZELT64.
 TEST_F(DoctorOfBoth, LeavesTheListOfTheOneThatRunsAlone)
 {
     const auto manager = CreateManager();
@@ -469,7 +470,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
     }
     ExpectFixed("package-entry");
     EXPECT_EQ((std::vector<std::wstring>{L"Aromatics", L"Carbonate"}), StoredNames());
-    // The shorter list left its old last entry in the registry. Without that entry, a longer list is incomplete again.
+    // The list now has two entries; Package3 is left over from the longer list. Without it, a list of four is incomplete again.
     RegDeleteValueW(key.Get(), L"Package3");
     key.WriteDword(L"NumPackages", 4);
     const CommandOutcome json = RunZeltctl({"doctor", "--fix", "--json"});

@@ -53,7 +53,7 @@ TEST_F(Exports, AreFoundAmongWhatIsInstalled)
     EXPECT_EQ("", brief.messages);
 }
 
-// A class with a library.
+// Registers a class with a library.
 RegisteredClass Register(Scope scope, REGSAM view, const wchar_t* identity, const wchar_t* category,
                          const wchar_t* name)
 {
@@ -140,7 +140,7 @@ TEST_F(Exports, TakeNoOtherWidth)
     }
 }
 
-// A manager is asked in a process of its own, so one that ends its process ends nothing else.
+// zeltctl lets a separate process ask a manager for its packages, so a manager that ends its process does not end zeltctl.
 TEST_F(Exports, SayWhenAManagerEndsItsProcess)
 {
     std::vector<std::wstring> failures;
@@ -166,7 +166,7 @@ TEST_F(Exports, SayWhenAManagerEndsItsProcess)
         failures);
 }
 
-// Under Wine, both widths share the user's classes, so the test says which width it means.
+// Under Wine, both widths share the user's classes, so the test gives the width.
 TEST_F(Exports, RegisteredForTheUserAreFound)
 {
     const RegisteredClass package =
@@ -351,7 +351,7 @@ TEST_F(Exports, AreLeftAloneWhileZeltRuns)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// Two servers of one user hold the list: both must end.
+// Two servers of the same user can hold the list; it can be changed when both have ended.
 TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
 {
     ExportSamples();
@@ -363,7 +363,7 @@ TEST_F(Exports, AreLeftAloneUntilTheLastHolderIsGone)
     EXPECT_EQ(0, RunZeltctl({"remove", "Alone"}).code);
 }
 
-// The list is shared only among holders with different rights.
+// A list counts as shared only if its holders have different rights.
 TEST_F(Exports, AreSharedByHoldersWithOtherRightsOnly)
 {
     const PackageListHold plain(Rights::Plain);

@@ -1,4 +1,4 @@
-// zeltctl options: showing and changing them.
+// zeltctl options: it shows the options and changes them.
 #include <gtest/gtest.h>
 
 #include "log/log_options.h"
@@ -19,7 +19,7 @@ protected:
     }
 };
 
-// The output about the further options when all of them are off.
+// What zeltctl prints for the options that are not in the menu, when all of these are off.
 constexpr char kFurtherOff[] =
     "load-again     off\nhand-back      off\nkeep-manager   off\nforward-edit   off\nqueue          off\n"
     "record         off\nrecord-all     off\nnotify         off\ndumps          off\n";

@@ -132,7 +132,8 @@ protected:
         }
     }
 
-    // The stored path of the user or of all users, without an empty entry at its end, which does not come back.
+    // The stored path of the user or of all users, without an empty entry at its end: adding a folder removes such an entry for
+    // good.
     static std::wstring Stored(bool isMachine)
     {
         const auto value = Value(isMachine);

@@ -37,8 +37,8 @@ protected:
         EXPECT_EQ(0u, RunProcess(program + action, {}, 60'000));
     }
 
-    // Both outputs in one file, a new one for each run: the console's process may hold it open a little longer than the
-    // program.
+    // Standard output and error go to one file, a new one for each run, because the console's process may hold the file open a
+    // little longer than the program does.
     struct Outcome {
         DWORD code;
         std::string output;

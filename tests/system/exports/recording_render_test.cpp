@@ -108,7 +108,7 @@ TEST_F(RecordingRender, LeavesAViewerWhatIsNoRecording)
 TEST_F(RecordingRender, TellsAViewerWhyARecordingCannotBeShown)
 {
     Write(true);
-    // The width is in the header, in the field with the number 3.
+    // The header has the width in its field number 3.
     std::string bytes = ReadWholeFile(Narrow("written.zlr"));
     const std::size_t width = bytes.find(std::string("\x18") + static_cast<char>(sizeof(void*) * 8));
     ASSERT_NE(std::string::npos, width);

@@ -1,5 +1,5 @@
 // field_client everything|copy [in-process], or field_client reopen|licence|edit: a simulator that uses field components
-// through ZELT, or in this process. Prints what it gets; the exit code is 0 if nothing failed that has to succeed.
+// through ZELT, or in its own process. Prints what it gets; the exit code is 0 unless a call failed that has to succeed.
 #include <windows.h>
 #include <objbase.h>
 

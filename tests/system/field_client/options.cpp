@@ -1,4 +1,4 @@
-// What some of ZELT's options change: each run through ZELT shows it without and with one option.
+// Runs that show what some of ZELT's options change. A run through ZELT does the same thing without its option and with it.
 #include <cape-open.h>
 #include <ocidl.h>
 
@@ -91,7 +91,7 @@ void CopyFeed(Where where)
 
 void ReopenUnit()
 {
-    // Held to the end, so that one server does it all.
+    // Keeps the server running, so that all calls go to the same process.
     const auto held = CreateManager();
     ComPtr<IStream> saved;
     Step(L"stream", CreateStreamOnHGlobal(nullptr, TRUE, &saved));

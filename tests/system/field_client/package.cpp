@@ -1,4 +1,4 @@
-// Uses the package's older interfaces, with a stream that the package reaches by name.
+// Uses the package's older interfaces. The package reaches the stream by name alone, through IDispatch.
 #include <cape-open.h>
 
 #include "samples/component/text.h"

@@ -65,7 +65,7 @@ void ShowTyped(IDispatch* parameter, eCapeParamType type, const std::string& nam
     }
 }
 
-// Like a simulator that treats each parameter as its own specification.
+// Reads a parameter like a simulator that treats each parameter as its own specification.
 void ShowParameter(IDispatch* item)
 {
     const std::string name = Narrow(NameOf(item));

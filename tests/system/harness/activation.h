@@ -1,12 +1,12 @@
-// Creates an object of a server that may just be ending.
+// Creates an object in a server that may just be ending.
 #pragma once
 
 #include "under_wine.h"
 
 namespace zelt::test {
 
-// Windows suspends the classes of a server at the moment when its last reference is released. Wine does not, and an activation
-// that reaches the ending server fails: it is repeated once, and then reaches a new server.
+// Windows suspends the classes of a server at the moment when its last reference is released. Wine does not, so an activation
+// may reach the ending server and fail. In that case, the function tries once more, which starts a new server.
 inline HRESULT CreateServed(REFCLSID classId, REFIID iid, void** object)
 {
     const auto create = [&] { return CoCreateInstance(classId, nullptr, CLSCTX_LOCAL_SERVER, iid, object); };

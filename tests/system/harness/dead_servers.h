@@ -1,12 +1,13 @@
-// Servers that end without revoking their classes, which a test has killed or made fail.
+// For tests in which a server is killed or fails, and so ends without revoking its classes.
 #pragma once
 
 #include "under_wine.h"
 
 namespace zelt::test {
 
-// Windows forgets the classes of a server that ends. Wine's service continues to hand them out until it is stopped: does that, so
-// that the next client does not get the class of a dead server. False if the service does not stop within a minute.
+// Windows forgets the classes of a server that ends. Wine's service RpcSs continues to hand them out until it is stopped. This
+// function stops it, so that the next client does not get the class of a dead server, and waits for its end. False if the
+// service does not stop within a minute.
 inline bool DeadServersAreForgotten()
 {
     if (!UnderWine()) return true;

@@ -28,7 +28,7 @@ std::vector<std::string_view> Lines(std::string_view text)
     return lines;
 }
 
-// The lines of the base that a header such as "12,14c20" removes: counted from 0, with `end` after the last.
+// The lines of the base that a header such as "12,14c20" removes. `first` counts from 0, and `end` is the line after the last.
 struct Range {
     std::size_t first, end;
 };

@@ -62,8 +62,8 @@ void NormalisePath(std::string& log, const PathName& path)
     }
 }
 
-// Whether the line warns of a query for a system interface. An interface that has no name in the registry is written as its
-// identifier; that of most interfaces of the standard begins with {678C0.
+// Whether the line warns of a query for a system interface. The log shows an interface without a name in the registry as its
+// identifier; the identifiers of most interfaces of the standard begin with {678C0.
 bool IsSystemQuery(std::string_view line)
 {
     constexpr std::string_view kWarning = "<warning value=\"";

@@ -23,9 +23,9 @@ enum class Addresses { Numbered, Alike };
 std::string NormaliseLog(std::string log, const std::vector<PathName>& paths = {},
                          Addresses addresses = Addresses::Numbered);
 
-// When COM marshals an object, it asks the object for system interfaces (IMarshal, IExternalConnection and others, which
-// differ between systems), and the log records this. This function removes those lines: the warnings about
-// interfaces that are unsupported, or requested before there is an object, except the standard's interfaces.
+// When COM marshals an object, it asks the object for system interfaces (IMarshal, IExternalConnection and others, which differ
+// between systems), and the log records this. This function removes these lines: the warnings about interfaces that are
+// unsupported, or requested before there is an object. Warnings about interfaces of the standard stay.
 std::string WithoutSystemQueries(const std::string& log);
 
 }  // namespace zelt::test

@@ -7,7 +7,7 @@
 namespace zelt::test {
 namespace {
 
-// While it exists, what this process writes below HKEY_CLASSES_ROOT is registered for the current user.
+// While this exists, what this process writes below HKEY_CLASSES_ROOT is registered for the current user.
 class ClassesOfUser {
 public:
     ClassesOfUser()

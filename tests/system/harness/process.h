@@ -45,7 +45,7 @@ std::optional<DWORD> RunProcess(const std::wstring& commandLine, const std::stri
 // The ids of all processes whose program has this file name.
 std::vector<DWORD> ProcessIds(const std::wstring& fileName);
 
-// Waits until no such process is left; false if one still runs after this time.
+// Waits until no process of this program is left; false if one still runs after this time.
 bool WaitUntilGone(const std::wstring& fileName, DWORD milliseconds = 60'000);
 
 }  // namespace zelt::test

@@ -40,7 +40,7 @@ ProcessFigures FiguresOf(DWORD processId)
     PROCESS_MEMORY_COUNTERS memory = {};
     if (GetProcessMemoryInfo(process, &memory, sizeof memory)) figures.privateBytes = memory.PagefileUsage;
     GetProcessHandleCount(process, &figures.handles);
-    // Wine returns success and 0.
+    // Wine always gives 0 handles.
     if (figures.handles == 0) figures.handles = CountByTrying(process);
     CloseHandle(process);
     return figures;

@@ -60,7 +60,7 @@ void AppendValues(HKEY key, const std::string& path, std::vector<std::string>& l
     }
 }
 
-// The view is named on every open, because a relative open may cross into the other view.
+// Every open names the view, because a relative open may cross into the other view.
 void AppendKey(HKEY root, const std::wstring& path, REGSAM view, std::vector<std::string>& lines)
 {
     const OpenKey key(root, path, KEY_READ | view);

@@ -25,7 +25,7 @@ public:
     // The key of the packages that this edition exports; made if missing.
     RegistryKey Packages() const;
 
-    // From now on, nothing can be opened or created below this key: deletes it while the handle is still open.
+    // Deletes the key while its handle is still open: from now on, nothing can be opened or created below it.
     void MakeInaccessible();
 
     // Below HKEY_CURRENT_USER.

@@ -24,7 +24,7 @@ bool WaitUntilServing(const Process& server)
         if (!server.Running()) return false;
         Sleep(20);
     }
-    // Answered by the message loop.
+    // Returns when the message loop has handled this message.
     SendMessageW(window, WM_NULL, 0, 0);
     return server.Running();
 }

@@ -1,6 +1,6 @@
-// marshalling_client <file of the reference> <table of methods>: calls every method in the table, and every member of the
-// other interfaces that proxies offer, once through the vtable and once through IDispatch of its interface, and checks the
-// results. Prints what failed and the number of calls; the exit code is 0 if everything succeeded.
+// marshalling_client <file of the reference> <table of methods>: calls every method in the table, and every member of the other
+// interfaces that proxies offer. Makes each call twice, through the vtable and through the interface's IDispatch, and checks
+// the results. Prints what failed and the number of calls; the exit code is 0 if everything succeeded.
 #include <windows.h>
 #include <objbase.h>
 

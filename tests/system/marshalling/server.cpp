@@ -53,7 +53,7 @@ private:
 
     ComPtr<CapeOpenBase> Make(const std::string& name)
     {
-        // The last class of the table holds what proxies of every class offer without rows.
+        // The last class of the table is made up: it has the members that all proxies offer without rows, so any proxy will do.
         const ProxyClass& proxyClass = FindProxyClass(name == table.back().name ? "CPropertyPackage11" : name);
         const TableClass* tableClass = nullptr;
         for (const TableClass& known : table) {

@@ -1,6 +1,6 @@
 // A minimal simulator: makes an object of a ProgID's class in its server, and releases it. If it is given the name of an event,
-// it sets that event when it has the object, and releases the object only when the event with ".release" appended to that name is
-// set. The exit code is the status code of the failed step, or 0.
+// it sets this event when it has the object, and waits for a second event before it releases the object; the name of the second
+// one has ".release" appended. The exit code is the status code of the failed step, or 0.
 #include <windows.h>
 #include <objbase.h>
 

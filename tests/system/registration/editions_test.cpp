@@ -1,4 +1,5 @@
-// ZELT and ZELT64 on one machine: each has its own classes, serves clients of both widths, and unregisters without the other.
+// ZELT and ZELT64 on one machine: each has its own classes, serves clients of both widths, and leaves the other one registered
+// when it is unregistered.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -28,7 +29,7 @@ protected:
         if (!fs::exists(OtherServerPath())) GTEST_SKIP() << "ZELT64.EXE is not built";
         zelt::RegistryKey classes;
         classes.Create({}, L"Software\\Classes");
-        // Before the snapshot, a first round creates what unregistering leaves, and the settings that a server creates.
+        // A first round before the snapshot creates what unregistering leaves, and the settings that a server creates.
         Register(ServerPath());
         RunToEnd(ClientPath(), L"ZELT.ThermoSystem");
         EXPECT_TRUE(WaitUntilGone(L"ZELT.EXE"));

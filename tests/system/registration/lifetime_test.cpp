@@ -157,7 +157,7 @@ TEST_F(Lifetime, TheProcessPausesBeforeItEnds)
     const ULONGLONG closed = GetTickCount64();
     PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     EXPECT_EQ(0u, program.Wait(kLongest));
-    // The system's clock and its wait may each differ by one tick.
+    // The clock and the wait may each be off by one tick.
     EXPECT_GE(GetTickCount64() - closed, 1000u - 2 * 16);
 }
 

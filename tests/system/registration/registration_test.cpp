@@ -32,7 +32,7 @@ constexpr wchar_t kStandardLibrary[] = L"TypeLib\\{4A5E2E81-C093-11D4-9F1B-0010A
 constexpr wchar_t kContextLibrary[] = L"TypeLib\\{2420CB0D-25D7-4862-9042-7D4924695D68}";
 constexpr wchar_t kContextInterface[] = L"Interface\\{678C0B5F-0100-11D2-A67D-00105A42887F}";
 
-// A key of the machine that the test changes: restored at the end in each view.
+// A machine-wide key that the test changes. The destructor restores it in each view.
 class KeptKey {
 public:
     explicit KeptKey(const std::wstring& path) : path(zelt::ClassesPath(path))
@@ -67,8 +67,8 @@ std::wstring DefaultText(const zelt::KeyTree& tree)
 // Under Wine, a 64-bit process that names the 32-bit view does not see the keys that the views share.
 REGSAM SharedKeysView(REGSAM view) { return zelt::test::UnderWine() && sizeof(void*) == 8 ? zelt::OwnView() : view; }
 
-// What marks the lines of a snapshot that unregistering leaves: the identifiers of the standard's libraries and of their
-// interfaces. Only some lines of an interface contain its library's identifier, but all contain its own.
+// Texts in the snapshot lines that unregistering leaves: the identifiers of the standard's libraries and of their interfaces.
+// The libraries' identifiers would not be enough, because only some lines of an interface contain its library's.
 std::set<std::string> InterfacesThatStay(Scope scope = Scope::Machine)
 {
     std::set<std::string> marks = {"{4A5E2E81-C093-11D4-9F1B-0010A4D198C2}", "{2420CB0D-25D7-4862-9042-7D4924695D68}"};
@@ -94,7 +94,7 @@ std::string Lines(const RegistrySnapshot& lines)
 
 class Registration : public testing::Test {
 protected:
-    // Every Windows has the user's classes; a fresh prefix may lack the key.
+    // On Windows, the key of the user's classes always exists; a fresh Wine prefix may lack it.
     Registration()
     {
         zelt::RegistryKey classes;
@@ -200,8 +200,8 @@ protected:
             // All views share applications and file types.
             const REGSAM shared = SharedKeysView(view);
             EXPECT_EQ(L"ZELT", DefaultValue(scope, shared, std::wstring(L"AppID\\") + kAppId));
-            // The application has only its name: it sets no permissions, and no user or machine other than the
-            // caller's.
+            // The application's key has only a name: it sets no permissions, and runs the server neither as another user nor on
+            // another machine.
             const auto application = zelt::ReadKeyTree(zelt::ClassesHive(scope, shared),
                                                        zelt::ClassesPath(std::wstring(L"AppID\\") + kAppId));
             ASSERT_TRUE(application);
@@ -363,7 +363,7 @@ TEST_F(Registration, GivesTheCurrentUserTheStandardsLibrariesThatTheMachineLacks
     EXPECT_FALSE(KeyExists(Scope::Machine, zelt::OwnView(), kStandardLibrary));
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/UnregServerPerUser"));
     ExpectStandardLibrary(Scope::User);
-    // The libraries stay, so the test removes them itself, and nothing of other programs.
+    // Unregistering leaves the libraries, so the test removes them, but not the keys of other programs.
     for (const std::string& mark : InterfacesThatStay(Scope::User)) {
         for (const wchar_t* parent : {L"Interface\\", L"TypeLib\\"})
             zelt::RemoveKey(Scope::User, parent + zelt::Widen(mark));
@@ -445,7 +445,7 @@ HRESULT WINAPI CreateNothing(REFCLSID, IUnknown*, DWORD, REFIID, void** object)
     return REGDB_E_CLASSNOTREG;
 }
 
-// Without the registrar, the registry scripts cannot run; what needs no script is removed all the same.
+// Without the registrar, the registry scripts cannot run. What needs no script is still removed.
 TEST_F(Registration, UnregistersTheClassesWithoutTheSystemsRegistrar)
 {
     ASSERT_EQ(0u, RunToEnd(ServerPath(), L"/RegServer"));

@@ -35,8 +35,8 @@ void AddLines(RegistrySnapshot& lines, const std::string& path, const zelt::KeyT
     }
 }
 
-// Under Wine, nobody else writes the registry, so a snapshot has all of it. On a living Windows, other programs do: a snapshot
-// has what belongs to COM, and what is ours by its name.
+// Under Wine, no other program writes to the registry, so a snapshot contains every key. On Windows, other programs do, so a
+// snapshot contains only COM's keys, and the keys whose names begin with one of ours.
 bool IsCompared(const std::wstring& name)
 {
     if (zelt::test::UnderWine()) return true;

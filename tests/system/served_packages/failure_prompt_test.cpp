@@ -120,7 +120,7 @@ TEST_F(FailurePrompt, SaysWhatHasFailedAndKeepsThePackageOnNo)
     for (const Failure& failure : kFailures) {
         AskAndAnswer(failure, IDNO);
         EXPECT_EQ((std::vector<std::wstring>{L"Before", L"Gone", L"After"}), StoredNames());
-        // This server would not see the list of the next failure.
+        // The next failure needs another list of packages, which this server would not see.
         ASSERT_TRUE(WaitUntilGone(kServerFile));
     }
 }

@@ -5,7 +5,8 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// The options for programs that need more: each client does the same without and with the option, which it switches on itself.
+// The options for programs with special needs. Each client does the same thing without its option and with it, and switches the
+// option itself.
 namespace zelt::test {
 namespace {
 

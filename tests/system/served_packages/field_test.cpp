@@ -5,8 +5,8 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Components and simulators in the field offer more than the interfaces of their kind: what works between them works through
-// ZELT.
+// Components and simulators in the field offer more than the interfaces of their kind. What works between them without ZELT has
+// to work through ZELT, too.
 namespace zelt::test {
 namespace {
 

@@ -3,7 +3,7 @@
 Option Explicit
 Dim manager, package, old, unit, parameter, specification, number
 
-' The manager is held to the end, so that one server does it all.
+' Holding the manager keeps the server running, so that all calls go to the same process.
 Set manager = CreateObject("ZELT.PropertyPackageManager")
 Set package = manager.GetPropertyPackage(WScript.Arguments(0))
 package.Initialize

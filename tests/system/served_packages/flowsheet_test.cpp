@@ -1,5 +1,5 @@
-// A flowsheet with a unit operation behind PRAVIK and the streams' property package behind the server: calculated, saved, and
-// loaded by another process, with the same results as with the unit and the package in process.
+// A flowsheet whose unit operation is wrapped by PRAVIK and whose property package is served by ZELT. One process calculates
+// and saves it, another one loads it. The results are those of the same unit and package in process.
 #include <gtest/gtest.h>
 
 #include "samples/units/classes.h"

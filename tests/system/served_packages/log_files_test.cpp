@@ -4,7 +4,8 @@
 #include "tests/system/served_packages/served_packages.h"
 #include "tests/system/served_packages/simulator.h"
 
-// Logs of one minute get different names, each closes with its package, and those of two simulators stay apart.
+// Logs that begin in the same minute get different names. A log is closed with its package, and two simulators have separate
+// logs.
 namespace zelt::test {
 namespace {
 

@@ -1,4 +1,5 @@
-# Two packages in turn, by the names of their members, as PowerShell and other .NET programs reach them. Arguments: their names.
+# Uses two packages in turn by the names of their members, as PowerShell and other .NET programs do. Arguments: the names of the
+# packages.
 $ErrorActionPreference = 'Stop'
 $manager = New-Object -ComObject ZELT.PropertyPackageManager
 $packages = @()

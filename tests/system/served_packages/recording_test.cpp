@@ -1,5 +1,5 @@
-// Recordings of real packages in real simulators: small, and replayed to the bit. After every test of this program, the fixture
-// also compares each log that has a recording with the log that it renders from it.
+// Recordings of real packages in real simulators: they are small, and can be replayed to the bit. After every test of this
+// program, the fixture also renders each recording and compares the result with the log that was written.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Addresses of 64-bit processes take more room.
+// The size that a recording may have, as a part of its log's. Addresses of 64-bit processes take more room.
 constexpr double kMostOfLog = kThisEdition.width == 32 ? 0.25 : 0.3;
 
 class Recordings : public ServedPackages, public testing::WithParamInterface<Width> {
@@ -77,7 +77,7 @@ TEST_P(Recordings, OfAPackageOf11AreReplayedToTheBit)
     ExpectNoDifference(SimulatorCommand(GetParam(), L"Aromatics"));
 }
 
-// The recording's log is the one that the package would have had.
+// The recording renders the log that the package would have had.
 TEST_P(Recordings, OfAPackageWithoutALogAreWhole)
 {
     Export({{kSampleManager, 0, L"Aromatics", L"Aromatics", false}});
@@ -181,7 +181,7 @@ TEST_P(Recordings, ShowInWhatARevisionOfThePackageDiffers)
     const SimulatorResult exact = ReplayOf(recording, L"--package \"Aromatics, revised\"");
     EXPECT_EQ(1u, exact.exitCode);
     // The revision first differs where the package is asked for the vapour pressures. The last digits depend on the
-    // mathematical functions of the width.
+    // mathematical functions, which differ between the widths.
     const std::string first = exact.output.substr(0, exact.output.find('\n'));
     EXPECT_TRUE(
         first.starts_with("call 148  ICapeThermoCompounds::GetTDependentProperty  (Aromatics): output "

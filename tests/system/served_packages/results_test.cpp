@@ -87,8 +87,8 @@ TEST_P(Simulations, FindAPackageByANameThatNoCodePageHas)
     EXPECT_NE(std::string::npos, OnlyLog().find("<info value=\"Creating Lee-Kesler-Pl"));
 }
 
-// A package of the older generation and, in the next test, a reaction package, each from its own manager, with all the
-// objects that they get: the context, material templates, parameters, reaction objects.
+// This test uses a package of the older generation, the next one a reaction package. Each comes from its own manager, and gets
+// or returns all kinds of objects: the context, material templates, parameters, reaction objects.
 TEST_P(Simulations, OfAnOlderPropertyPackageAreTheSameAndTheGoldenLog)
 {
     Export({{kSampleThermoSystem, 2, L"Alcohols", L"Alcohols"}});

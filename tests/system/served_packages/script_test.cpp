@@ -13,7 +13,8 @@ namespace {
 
 class Scripts : public ServedPackages, public testing::WithParamInterface<Width> {
 protected:
-    // This is a 32-bit program: its system folder is the 32-bit one, and the 64-bit one has another name.
+    // To a 32-bit program such as this one, Windows shows the 32-bit system folder as system32, and the 64-bit one as
+    // sysnative.
     static std::filesystem::path SystemFile(const wchar_t* name)
     {
         wchar_t windows[MAX_PATH];
@@ -47,7 +48,7 @@ TEST_P(Scripts, ListAndGetPackagesAndSeeErrors)
         run.output);
 }
 
-// A whole flowsheet by name alone: what a script reaches is the object, not one of its interfaces.
+// A script uses a whole flowsheet by name alone: it reaches all members of an object, not only those of one interface.
 TEST_P(Scripts, UsePackagesOfBothGenerationsAndAUnitOperation)
 {
     if (!std::filesystem::exists(ScriptHost())) GTEST_SKIP() << "there is no script host of this width";

@@ -58,7 +58,7 @@ void UnregisterServerAndSamples()
 
 void ServedPackages::SetUpTestSuite()
 {
-    // An earlier test program may have ended early. Between the tests of this program, no server is left.
+    // An earlier test program may have failed and left its server running. The tests of this program leave none.
     if (!ProcessIds(kServerFile).empty()) KillServer();
 }
 

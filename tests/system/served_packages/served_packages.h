@@ -1,6 +1,6 @@
-// The fixture of tests that reach packages through the registered server: ZELT.EXE and the sample packages are registered
-// while the tests run, the user's settings are restored and new logs removed after each test, and no server is left
-// running. The clients that a test starts belong to the test, not to the fixture.
+// The fixture of tests that reach packages through the registered server. This build's ZELT and the sample packages are
+// registered while the tests run. After each test, the user's settings are restored, new logs are removed, and no server is
+// left running. The clients that a test starts belong to the test, not to the fixture.
 #pragma once
 
 #include <cape-open.h>
@@ -58,8 +58,8 @@ protected:
     // Also expects the server to end by itself, unless the test has called ServerStays.
     void TearDown() override;
 
-    // Replaces the list of exported packages. Sets the options so that logs go to the automatic location, with recordings, and
-    // no prompt offers to open them.
+    // Replaces the list of exported packages. Sets the options: logs go to the automatic location, their calls are recorded,
+    // and no prompt offers to open a log.
     static void Export(const std::vector<Exported>& packages);
     // Chooses the unit operation that PRAVIK wraps.
     static void ChooseUnit(REFCLSID unit);
@@ -83,10 +83,10 @@ protected:
     // To be called when a server has died instead of ending by itself: makes Wine forget the server's classes.
     static void ServerHasDied();
 
-    // To be called when the test expects the server to stay, because something holds it: TearDown then kills it.
+    // To be called when the test expects the server to stay, because something holds it. TearDown kills it in that case.
     void ServerStays() { serverStays = true; }
 
-    // These use this process as a client.
+    // Here, the test's own process is the client.
     static Microsoft::WRL::ComPtr<ICapeThermoPropertyPackageManager> CreateManager();
     static Microsoft::WRL::ComPtr<IDispatch> GetPackage(const std::wstring& name);
 

@@ -91,8 +91,8 @@ protected:
         return figures;
     }
 
-    // Runs `round` `warmUp` times, so that caches are filled, and then `rounds` times; the server must hold about
-    // the same before and after the latter. The system itself keeps `kept` bytes per round.
+    // Calls `round` `warmUp` times, so that caches are filled, and then `rounds` times more; after these, the server must hold
+    // about as much as before them. `kept` is how many bytes the system itself keeps per round.
     template <class Round>
     void ExpectFlat(int warmUp, int rounds, Round round, SIZE_T kept = 0)
     {

@@ -101,7 +101,7 @@ TEST_F(ServedUnitOperation, WhatOneWidthSavesTheOtherLoads)
     LoadWith(Width::Bits64);
 }
 
-// An interface that only a vendor's type library describes, between a client and its unit, with ZELT in the middle.
+// Through ZELT, a client uses an interface of its unit that only a vendor's type library describes.
 class VendorInterfaces : public ServedUnitOperation, public testing::WithParamInterface<Width> {};
 
 INSTANTIATE_TEST_SUITE_P(ThroughZelt, VendorInterfaces, testing::ValuesIn(kWidths),

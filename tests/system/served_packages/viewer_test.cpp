@@ -9,7 +9,7 @@
 #include "tests/system/served_packages/simulator.h"
 #include "tests/trees.h"
 
-// COM connects a simulator to the classes of a process that shows a log, if there is one, instead of starting another.
+// If a ZELT process is running that shows a log, COM connects a simulator to it instead of starting another server.
 namespace zelt::test {
 namespace {
 

@@ -20,7 +20,6 @@ namespace zelt::test {
 
 using Microsoft::WRL::ComPtr;
 
-// Prints the result of a step, and ends the run if it failed.
 void Step(const char* what, HRESULT result)
 {
     std::printf("%s: 0x%08lX\n", what, static_cast<unsigned long>(result));

@@ -1,5 +1,5 @@
-// A unit operation with one port, served by the client process itself: the server's logged unit operation finds it
-// through COM like any other, for clients of either width.
+// A unit operation with one port, served by the client process itself. PRAVIK finds it through COM like any other unit,
+// whichever width the client has.
 #pragma once
 
 #include <ocidl.h>

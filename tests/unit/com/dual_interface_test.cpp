@@ -19,7 +19,7 @@ struct ParameterRow {
     VARTYPE type;
     int pointers;
     std::size_t size;
-    std::size_t words32;  // of a 32-bit stack; on a 64-bit stack, every argument takes one word
+    std::size_t words32;  // on a 32-bit stack; on a 64-bit stack, every argument takes one word
 };
 
 // clang-format off
@@ -102,8 +102,8 @@ TEST_F(DualInterfaces, HaveArgumentsOfEveryTypeInTheirPlaces)
     }
 }
 
-// A library may contain any name. In the names taken from it, "?" replaces each character that is not an ASCII letter, a
-// digit or an underscore.
+// A type library may contain any name. When a name is read, "?" replaces each character that is not an ASCII letter, a digit
+// or an underscore.
 TEST_F(DualInterfaces, HaveNamesThatAreIdentifiers)
 {
     std::ifstream file(BuiltFile("idl/vendor.tlb"), std::ios::binary);

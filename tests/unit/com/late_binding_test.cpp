@@ -10,7 +10,7 @@ constexpr LCID kLocale = LOCALE_INVARIANT;
 
 class LateBinding : public ProxyFixture {
 protected:
-    // Calls the member `id`: CheckSinglePhasePropSpec(property, phaseLabel), unless the test has set another.
+    // Calls the member `id`, which is CheckSinglePhasePropSpec(property, phaseLabel) unless the test has changed `id`.
     HRESULT Invoke(DISPPARAMS& parameters, WORD flags = DISPATCH_METHOD)
     {
         wrong = 77;
@@ -85,7 +85,7 @@ TEST_F(LateBinding, WrongCounts)
     ExpectNothingCame();
 }
 
-// Arguments are passed in reverse order; the index that is returned is the place in the array.
+// DISPPARAMS holds the arguments in reverse order; the index returned for a wrong one is its place in that array.
 TEST_F(LateBinding, WrongTypesAreToldByTheirIndex)
 {
     VARIANT array;
@@ -127,14 +127,14 @@ TEST_F(LateBinding, NumbersThatAreNoTextAreConverted)
 TEST_F(LateBinding, NamedArguments)
 {
     const _variant_t property(L"density"), phase(L"Liquid");
-    // The identifier names the first value in the array, which is the method's second argument.
+    // Names the first value in the array, which is the method's second argument.
     DISPID phaseId = 1;
     _variant_t values[] = {phase, property};
     DISPPARAMS parameters = {values, &phaseId, 2, 1};
     EXPECT_EQ(S_OK, Invoke(parameters));
     EXPECT_EQ(VT_BOOL, result.vt);
     EXPECT_EQ(1u, package->calls.size());
-    // These name both values, in the other order.
+    // Names both values, whose order in the array is now reversed.
     DISPID bothIds[] = {0, 1};
     _variant_t swapped[] = {property, phase};
     DISPPARAMS both = {swapped, bothIds, 2, 2};

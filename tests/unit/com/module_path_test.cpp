@@ -14,8 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A copy of a library in a folder whose path is so long that the copy's path has `length` characters, without the prefix
-// of long paths. The destructor deletes the folders, too.
+// A copy of a library at a path of `length` characters, not counting the prefix of long paths. The destructor deletes the
+// folders, too.
 class FarLibrary {
 public:
     explicit FarLibrary(std::size_t length)
@@ -27,7 +27,7 @@ public:
         CreateDirectoryW(place.c_str(), nullptr);
         while (place.size() + name.size() < length + 4) {
             const std::size_t missing = length + 4 - place.size() - name.size();
-            // With its backslash, a part of a path takes at least two characters, so a single one must not remain.
+            // Each part takes at least two characters with its backslash, so never leave exactly one character to fill.
             const std::size_t part = missing <= 100 ? missing : missing == 101 ? 50 : 100;
             place += L'\\' + std::wstring(part - 1, L'f');
             CreateDirectoryW(place.c_str(), nullptr);
@@ -67,7 +67,7 @@ TEST(ModulePath, IsWholeWhateverItsLength)
         ASSERT_TRUE(library.Module()) << GetLastError();
         const std::wstring found = com::ModulePath(library.Module());
         EXPECT_TRUE(found.ends_with(L"\\needed.dll"));
-        // The system returns the path with or without the prefix of long paths.
+        // The system may return the path with or without the prefix of long paths.
         EXPECT_TRUE(found == library.Path() || found == library.Path().substr(4)) << found.size();
     }
 }

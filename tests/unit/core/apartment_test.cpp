@@ -1,5 +1,5 @@
-// Objects entered on foreign threads: methods return RPC_E_WRONG_THREAD, AddRef and Release still count, and the log
-// reports each object's first entry, written on the apartment's own thread.
+// Calls to objects on foreign threads: methods return RPC_E_WRONG_THREAD, AddRef and Release still count, and the log reports
+// the first such call to each object. The report is written on the apartment's own thread.
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -215,7 +215,7 @@ TEST_F(Apartment, ReleasesBeyondTheReferencesThatThereAreEndTheObjectOnce)
     EXPECT_EQ(1u, package->ReferenceCount());
 }
 
-// When one object's visit is received, another thread visits the next object.
+// An object that lets another thread visit the next object while its own visit is received.
 class Chained final : public com::Object {
 public:
     Chained* next = nullptr;

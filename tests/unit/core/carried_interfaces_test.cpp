@@ -83,7 +83,8 @@ TEST_P(Scenes, FindTheirInterfaces)
     EXPECT_NE("", Written().substr(before));
 }
 
-// A parameter that is its own specification is logged like one: methods and arguments have the same names.
+// A parameter that is its own specification is logged like a separate specification, with the same names of methods and
+// arguments.
 TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
 {
     const auto object = DynamicFake::Make(L"Pressure");
@@ -105,8 +106,8 @@ TEST_F(CarriedInterfaces, OfAParameterAreLoggedLikeThoseOfItsSpecification)
               Written().substr(before));
 }
 
-// A component that first asks a context for ICapeSimulationContext gets ICapeDiagnostic from there, and its message reaches
-// the simulator and the log.
+// A component may ask a context for ICapeSimulationContext first and query that interface for ICapeDiagnostic. Its message
+// then reaches the simulator and the log.
 TEST_F(CarriedInterfaces, OfAContextLeadToItsMessages)
 {
     const auto object = DynamicFake::Make(L"Simulator");

@@ -1,6 +1,6 @@
-// The dual interfaces of the module's type libraries that a proxy's class lacks and that are not withheld. Each is carried
-// by a part that type information drives, or that has the logged methods of another proxy class. The wrapped object is made
-// from the same type information and records what arrives.
+// A proxy offers all dual interfaces of the module's type libraries that its object has, except the withheld ones. Each
+// interface that the proxy's class lacks is carried by an additional part, which has the logged methods of another proxy
+// class or is driven by type information. The wrapped object is made from the same type information and records what arrives.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -139,8 +139,8 @@ protected:
         }
     }
 
-    // Removes the addresses of interface pointers from the text of a late-bound call. They may differ, because Invoke asks
-    // the object that is passed for the interface that the parameter names.
+    // Removes the addresses of interface pointers from the text of a late-bound call. They may differ, because Invoke
+    // queries a passed object for the interface of the parameter.
     static std::string ForBinding(Binding binding, const std::string& text)
     {
         static const std::regex address("interface pointer 0x[0-9A-F]+");
@@ -211,7 +211,7 @@ TEST_F(DescribedParts, CatchWhatEscapes)
     EXPECT_EQ(S_OK, typeInfo->get_GetUnitType(&type));
 }
 
-// With the option on, an object that goes back to the side that it came from arrives there without its proxy.
+// With handBackOriginals, an object that goes back to the side that it came from arrives there without its proxy.
 TEST_F(DescribedParts, HandBackOriginals)
 {
     for (const bool handsBack : {false, true}) {

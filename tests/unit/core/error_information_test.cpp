@@ -1,5 +1,5 @@
-// The error information that a caller finds after a proxied call: that of the failure that it receives, but not that of
-// another call that the proxy made to the wrapped object on the way.
+// After a call through a proxy, the caller finds the error information of the failure that it receives, and none from other
+// calls that the proxy made to the wrapped object.
 #include <oleauto.h>
 
 #include "system/narrow.h"

@@ -1,4 +1,4 @@
-// What a failing callee says in addition to the error line: one more line in the call, or none if it adds nothing.
+// What a failing callee says in addition to the error line: it becomes one more line in the call, unless it adds nothing.
 #include <oleauto.h>
 
 #include <functional>
@@ -149,7 +149,7 @@ TEST_F(FailureDetail, OfOtherCodesIsTheObjectsDescription)
     package->errorDescription = L"No licence";
     Fail(E_FAIL);
     EXPECT_EQ(Call("Description by the object's ECapeUser: \"No licence\"", SystemLine(E_FAIL)), News());
-    // The thread's information belongs to this failure; the description may belong to an older one.
+    // The thread's error information is preferred: it belongs to this failure, but the description may be of an older one.
     package->duringCall = [] { SetErrorInfo(0, MakeInformation(L"Out of range", L"Flash").Get()); };
     Fail(E_FAIL);
     EXPECT_EQ(Call("Error information: \"Out of range\" (source: Flash)", SystemLine(E_FAIL)), News());

@@ -1,5 +1,5 @@
-// The order of events at a root's final release: all its proxies drop their interfaces, and only then does the log
-// report which proxies are still held.
+// The order of events at a root's final release: all proxies of its tree release their interfaces, and only then does the
+// log report which proxies are still held.
 #include "proxy_fixture.h"
 
 namespace zelt::test {

@@ -1,5 +1,5 @@
-// An object that goes back to the side that it came from: by default, it arrives as a proxy; with the option on, as the
-// original object.
+// An object that goes back to the side that it came from: by default, it arrives as a proxy; with the option
+// handBackOriginals, as the original object.
 #include "fake_unit.h"
 #include "proxy_classes.h"
 #include "thermo/property_package_11.h"
@@ -146,8 +146,8 @@ TEST_P(HandBackOriginals, AnObjectOfThePackageLoggedOrNot)
     }
 }
 
-// An argument that is a proxy is replaced by its original only if the proxy is in the same tree as the called proxy, and
-// the original is of the side that the call goes to.
+// An argument that is a proxy is replaced by its original only if it is in the same tree as the called proxy and its
+// original comes from the side that the call goes to.
 TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
 {
     const auto reactions = MakeFake<FakePackage>();
@@ -158,7 +158,7 @@ TEST_P(HandBackOriginals, ObjectsOfTheOtherSideAndOfOtherTreesStayProxies)
         EXPECT_EQ(S_OK, target->SetMaterial(given.Get()));
         EXPECT_EQ(given.Get(), reactions->material);
     };
-    // The package's own objects.
+    // Objects of the package, given to an object of the simulator.
     give(FromPackage("CMaterialObject", feed.Get()));
     give(root);
     // A proxy of another tree.

@@ -207,8 +207,8 @@ TEST_F(LoggedCallTest, NestedCallsNestTheirElements)
               Written());
 }
 
-// Recurses through the proxy until the stack ends; the fault is caught where there is room again, some calls up the
-// stack.
+// Recurses through the proxy until the stack overflows; the fault is caught some calls up the stack, where there is room
+// again.
 TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
 {
     const ULONG references = proxy->ReferenceCount();
@@ -234,7 +234,7 @@ TEST_F(LoggedCallTest, EndlessRecursionThroughTheProxyEndsInBalancedElements)
         return found;
     };
     EXPECT_EQ(count("<func "), count("</func>"));
-    // Each line is indented by the number of open calls, and complete.
+    // Each line is complete, and is indented by the number of open calls.
     std::istringstream lines(text);
     int depth = 0;
     for (std::string line; std::getline(lines, line);) {

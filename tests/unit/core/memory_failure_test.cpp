@@ -73,7 +73,8 @@ private:
 };
 
 // A property package in realistic use: flashes and properties of two phases, constants, parameters, and calls that the
-// package refuses. Package and material are sample components. Their allocations fail, too, and they return status codes.
+// package refuses. The package and its material are sample components, whose own allocations fail, too; they report this
+// by status codes.
 class Calculation : public Answered {
 public:
     explicit Calculation(LogDocument* document) : document(document)
@@ -168,7 +169,7 @@ private:
 
 TEST_F(MemoryFailure, OfEachAllocationEndsInStatusCodes) { FailOneAfterAnother<Story>(1, 10); }
 
-// With ZELT_TEST_EFFORT=50, every allocation fails once.
+// By default, every 50th allocation fails in turn; with ZELT_TEST_EFFORT=50, each one.
 TEST_F(MemoryFailure, OfSampledAllocationsOfAWholeCalculationEndsInStatusCodes)
 {
     FailOneAfterAnother<Calculation>(std::max(1, 50 / Effort()), 10);

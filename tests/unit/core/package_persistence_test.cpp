@@ -143,14 +143,14 @@ TEST_P(PackagePersistenceTest, EachInterfaceReachesItsOwn)
               package->calls);
 }
 
-// Tests the methods that both interfaces have, except GetClassID.
+// Tests the methods that IPersistStream and IPersistStreamInit share, except GetClassID.
 template <class I>
 void SaveAndLoad(const ComPtr<I>& persistence, FakeSavedPackage& package, const std::string& name,
                  const std::string& prefix, const std::function<std::string()>& news)
 {
     ComPtr<IStream> stream;
     EXPECT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
-    // What stands before the package's data is the simulator's own.
+    // In the stream, the package's data follow data of the simulator.
     ULONG count = 0;
     EXPECT_EQ(S_OK, stream->Write("front", 5, &count));
     package.state = kStateText;

@@ -18,7 +18,7 @@ constexpr char kWrong10[] =
 constexpr char kWrong11[] =
     "<error value=\"Invalid usage of version 1.1 material object interfaces (wrong thermo version)\"/>";
 
-// An object that returns one object for every requested pointer, and keeps the last object that it gets.
+// A fake that returns the object of `given` for every requested pointer, and keeps the last object that is passed to it.
 struct Giver {
     explicit Giver(const wchar_t* name) : fake(DynamicFake::Make(name))
     {
@@ -96,7 +96,7 @@ protected:
     {
         return dynamic_cast<CMaterialObject&>(ProxyOf(pointer)).Version();
     }
-    // Passes a context to the package, and returns what the package keeps.
+    // Passes the context to the package; returns its proxy, which the package keeps.
     ComPtr<IDispatch> SetContext(IUnknown* root)
     {
         Call(root, &ICapeUtilities::put_simulationContext, context.Pointer().Get());
@@ -427,7 +427,7 @@ TEST_F(ProxyFamily, ValuesOfSetPropAreLoggedAsAnOutputBeforeTheCall)
     ComPtr<ICapeThermoMaterialObject> material10;
     ASSERT_EQ(S_OK, made.As(&material10));
     std::string during;
-    // Only for the first call, because a material that fails is asked for its description afterwards.
+    // Only the first call counts: after a failure, the material is also asked for its description.
     material.duringCall = [&] {
         if (during.empty()) during = News();
     };

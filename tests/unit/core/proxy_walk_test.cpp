@@ -173,7 +173,7 @@ private:
         auto* made = static_cast<CapeOpenBase*>(static_cast<com::Object*>(identity.Get()));
         EXPECT_TRUE(FindProxyClass(step.proxyClass).isInstance(*made)) << step.name << " is no " << step.proxyClass;
         EXPECT_EQ(proxy->Document(), made->Document());
-        // Calls to a returned object have the proxy's own direction, calls to an object that is passed in the opposite one.
+        // Calls to a returned object have the proxy's own direction; calls to a passed object have the opposite one.
         EXPECT_EQ(proxy->IsIn() != shape.isIn, made->IsIn());
         if (auto* material = dynamic_cast<CMaterialObject*>(made)) {
             EXPECT_EQ(step.startingVersion == "1.0" ? ThermoVersion::CapeOpen10 : ThermoVersion::CapeOpen11,
@@ -189,7 +189,7 @@ private:
                 ++own;
                 continue;
             }
-            // Otherwise, the object is asked only to describe a failure.
+            // The only other calls ask the object to describe a failure.
             const std::string name = recorded.shape->name + "::" + recorded.method->name;
             EXPECT_TRUE(FAILED(scenario.result) &&
                         (name == "ECapeUser::get_description" || name == "ECapeRoot::get_name"))

@@ -12,7 +12,7 @@
 namespace zelt::test {
 namespace {
 
-// The system's heap grows in steps; the size of the heap of operator new is compared exactly.
+// The private bytes may grow by this much, because the system's heap grows in steps. The heap of operator new must not grow.
 constexpr SIZE_T kMostGrowth = 4 << 20;
 
 // A package with its proxy, with or without a log. Its calls call back into a material.
@@ -82,8 +82,8 @@ public:
     }
 
 private:
-    // Faults with a known code, except those called an overflow. After an exception or an abort, memory of the package
-    // would stay allocated.
+    // Faults with a known code, except those with "overflow" in their names. Exceptions and aborts are left out, because
+    // they would leave memory of the package allocated.
     static const std::vector<const FaultKind*>& Kinds()
     {
         static const std::vector<const FaultKind*> kinds = [] {

@@ -175,8 +175,8 @@ TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
     }
 }
 
-// An object with a member, Colour, that no library describes: a property with one index, and a method that
-// changes its argument.
+// An object with a member, Colour, that no library describes. It is both a property with one index and a method that changes
+// its argument.
 class OwnNames final : public com::Object {
 public:
     OwnNames() : identification(*this) {}
@@ -297,7 +297,8 @@ HRESULT STDAPICALLTYPE FaultInstead(EXCEPINFO*)
     return S_OK;
 }
 
-// An object may defer the description of its failure. It is fetched at once, from a function that may fault.
+// An object may leave the description of its failure to a function. The proxy calls this function at once, and catches its
+// faults.
 TEST_F(WholeDispatch, HasFailuresDescribedAtOnce)
 {
     const ComPtr<OwnNames> object(new OwnNames);

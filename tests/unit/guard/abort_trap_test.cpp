@@ -1,5 +1,5 @@
-// The trap for functions of Microsoft's runtime libraries that end the process: in the library that the process has from the
-// beginning, and in the older ones that packages bring. foreign_throw_test.cpp tests what the trap does for packages.
+// The trap for functions of Microsoft's runtime libraries that end the process. It must be set in the library that is loaded
+// from the start, and in older ones that packages load. foreign_throw_test.cpp tests what the trap does for packages.
 #include "guard/abort_trap.h"
 
 #include <gtest/gtest.h>

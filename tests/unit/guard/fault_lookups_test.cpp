@@ -1,5 +1,5 @@
-// Faults where the proxy looks something up for itself or releases it: queries, names, descriptions, the last release,
-// the report of unreleased objects. Also returned values that are not valid strings, arrays or objects.
+// Faults in calls that the proxy makes for itself: queries, names, descriptions, the last release, the report of unreleased
+// objects. Also returned values that are not valid strings, arrays or objects.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -267,7 +267,7 @@ TEST_F(FaultLookups, InTheReportOfARootLeaveItWhole)
     });
 }
 
-// Not strings, arrays or objects: addresses that are unmapped, reserved by the system, or unaligned.
+// Addresses with no string, array or object: unmapped, reserved by the system, or unaligned.
 void* const kWild[] = {reinterpret_cast<void*>(1), reinterpret_cast<void*>(0x1003), reinterpret_cast<void*>(0xDDDDDDD0),
                        reinterpret_cast<void*>(~std::uintptr_t{0xF})};
 

@@ -1,4 +1,4 @@
-// Faults in the persistence of a unit operation, and streams with any contents: both end in a status code and a
+// Faults in the persistence of a unit operation, and streams with arbitrary contents: both end in a status code and a
 // complete log.
 #include <shlwapi.h>
 
@@ -158,7 +158,7 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
     EXPECT_GT(inputs, loaded);
 }
 
-// Compares the memory stream with a plain string that does the same.
+// Compares the memory stream with a string on which the same writes and seeks are made.
 TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
 {
     const int inputs = 300 * Effort();

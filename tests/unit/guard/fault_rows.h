@@ -1,4 +1,4 @@
-// Faults that a package's code can commit, each with the code that reaches the caller, and codes that a package can raise.
+// Faults that a package can commit, each with the exception code that the guard reports, and codes that a package can raise.
 #pragma once
 
 #include "tests/unit/guard/faulty_dll/faulty.h"
@@ -13,7 +13,7 @@ struct FaultRow {
     DWORD code;
 };
 
-// Wine on x86_64 does not learn whether a denormal operand or an underflow was the cause.
+// Wine on x86_64 cannot tell a denormal operand from an underflow.
 inline bool MayReport(const FaultRow& row, DWORD code)
 {
     if (code == row.code) return true;

@@ -80,11 +80,13 @@ TEST(OwnExceptions, GuardsWorkWhileAnExceptionIsHandled)
     }
 }
 
+// How a call ends when the package throws or aborts. On i686, another exception takes the place of the package's own, and
+// calls of the static package always end as End::Foreign.
 struct ThrowRow {
     const char* name;
     Deed deed;
-    End passed;   // on x86_64, where the package's own exception arrives
-    End trapped;  // on i686, for the shared package, with another in its place; for the static one, always End::Foreign
+    End passed;   // on x86_64
+    End trapped;  // on i686, for the shared package
     const char* text;
 };
 
@@ -132,7 +134,7 @@ TEST(GccPackages, ATextIsReportedOnce)
 }
 
 // An exception in the layout of Microsoft's compiler. References are addresses on i686; on x86_64 they are offsets from the
-// image's base, which is the address of this object here.
+// image's base, for which the address of this object stands in.
 struct MicrosoftThrow {
     struct Info {
         std::uint32_t attributes, destructor, forwardCompatible, types;
@@ -300,7 +302,7 @@ TEST(ForeignText, EndsWhereMemoryOrPatienceEnds)
     EXPECT_EQ(64u * 1024, MicrosoftThrow(kConstText, ".H", endless.c_str()).Raise().text.size());
 }
 
-// A guard page may belong to a stack: only the stack's own thread may touch it, which enlarges the stack.
+// A guard page may belong to a stack. Only the stack's own thread may touch it, because this enlarges the stack.
 TEST(ForeignMemory, KeepsItsGuardPages)
 {
     const PageEnd page(true);

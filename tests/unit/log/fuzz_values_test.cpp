@@ -1,4 +1,4 @@
-// The value writers with anything that a package may pass: nothing ends the process or damages the log.
+// The value writers are given anything that a package may pass: nothing ends the process or damages the log.
 #include <cstdio>
 #include <cstring>
 

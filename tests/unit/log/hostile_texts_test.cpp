@@ -112,7 +112,7 @@ TEST_F(HostileTexts, AreLoggedAndReadBack)
 TEST_F(HostileTexts, OfNineMegabytesAreReadBackWhole)
 {
     const std::wstring huge(9'000'000, L'x');
-    // Markup takes about three times its length in the log.
+    // Escaping makes this markup about three times as long in the log.
     std::wstring markup;
     while (markup.size() < 1'800'000) markup += L"<a b=\"&\"/>";
     struct {

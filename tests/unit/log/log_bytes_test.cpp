@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// The warning after a text that lost characters, which is never indented.
+// The warning after a text that lost characters. The warning is never indented.
 std::string Suppressed(const std::string& what)
 {
     return "<warning value=\"One or more non-printable characters suppressed in above " + what +

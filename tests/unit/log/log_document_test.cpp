@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kSuppressed[] = " (these cannot be stored in XML)\"/>\n";
 
-// The date some hours ago, as the header of a log gives it.
+// The date `hours` ago, as the header of a log gives it.
 std::string DateBefore(unsigned hours)
 {
     FILETIME universal, local;
@@ -55,7 +55,7 @@ int WINAPI NameTime(LCID locale, DWORD, const SYSTEMTIME*, LPCWSTR format, LPWST
     return _snwprintf(text, static_cast<std::size_t>(size), L"time for %lu in %ls", locale, format);
 }
 
-// The date is neither in the user's language nor in the invariant one.
+// The date and the time are formatted for the system's locale, not for the user's or the invariant one.
 TEST_F(LogDocumentTest, SaysItsStartInTheLanguageOfTheSystem)
 {
     Close();

@@ -52,7 +52,7 @@ protected:
     std::wstring path;
     zelt::Outcome outcome;
 
-    // Uses the stored options; true if there is a path.
+    // Uses the stored options; returns whether a path was chosen.
     bool Choose(const wchar_t* title = L"t")
     {
         EXPECT_TRUE(options.Load());

@@ -176,7 +176,7 @@ TEST(LogOptions, AreStoredOneByOneSoThatWhatOthersChangedStays)
     EXPECT_TRUE(stored.Load());
     EXPECT_TRUE(IsEqualCLSID(kUnit, stored.pravikUnit));
 
-    // The value is stored even if only another program has changed the option.
+    // Save stores the value even if only another program has changed it.
     key.WriteDword(L"AutoLogLocation", 1);
     EXPECT_TRUE(ours.Save(LogOption::AutoLogLocation));
     EXPECT_EQ(0u, key.ReadDword(L"AutoLogLocation"));

@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-// A double in a log has the text that "%g" prints, digit for digit, by the fast conversion as well as by the exact one.
+// A double in a log has the text that "%g" prints, digit for digit, whether the fast or the exact conversion makes it.
 namespace zelt::test {
 namespace {
 

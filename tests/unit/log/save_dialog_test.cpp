@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Another process may show a similar dialog at the same time.
+// Contains the process number, because another process may show a similar dialog at the same time.
 const std::wstring kTitle = L"Create log for the dialog test " + std::to_wstring(GetCurrentProcessId()) + L":";
 constexpr int kFileName = 0x47C;  // The file name field of the dialog's classic template.
 
@@ -27,7 +27,7 @@ struct Answer {
 
     void operator()()
     {
-        // The window exists before its controls are filled, and is shown only afterwards.
+        // The window exists before its controls are filled, so wait until it is shown.
         HWND dialog = nullptr;
         while (!IsWindowVisible(dialog = FindWindowW(nullptr, kTitle.c_str()))) {
             if (isOver) return;

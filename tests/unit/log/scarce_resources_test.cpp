@@ -77,8 +77,8 @@ private:
     const LogSurroundings* before = nullptr;
 };
 
-// ZELT_TEST_SMALL_DISK names an empty folder in which no file can grow to a megabyte. Without it, the test uses the file
-// of Wine's host that is always full.
+// ZELT_TEST_SMALL_DISK names an empty folder in which no file can grow to a megabyte. Without this variable, the test writes
+// to /dev/full of Wine's host.
 TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
 {
     RecordedMessages messages;

@@ -1,4 +1,4 @@
-// Stored settings and command lines with any contents: what others have written to the registry, or typed.
+// Stored settings and command lines with arbitrary contents, as other programs may write them or users may type them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -79,7 +79,7 @@ TEST(FuzzSettings, EntriesOfThePackageList)
         if (!package.Parse({static_cast<const char*>(bytes.Start()), text.size()})) continue;
         ++accepted;
         ASSERT_LT(static_cast<unsigned>(package.kind), kPackageKinds);
-        // What was read is the same after it is stored and read again.
+        // The package is the same after it is stored and read again.
         ExportedPackage again;
         const std::string stored = package.Format();
         ASSERT_TRUE(again.Parse(stored));

@@ -9,7 +9,7 @@
 #include "system/narrow.h"
 #include "packages/package_listing.h"
 
-// Listing the packages of a manager in this process that is of all three kinds.
+// Listing the packages of a manager. The manager lives in this process and is of all three kinds.
 namespace {
 
 using zelt::PackageKind;

@@ -21,7 +21,7 @@ HRESULT GetWith(IUnknown* manager, BSTR name, IDispatch** package)
 
 }  // namespace
 
-// The end of each manager's name, which names the width in ZELT64.
+// The end of each manager's name; in ZELT64, it says which packages the manager serves.
 #ifdef _WIN64
 #define ZELT_WIDTH L" (64-bit packages)"
 #else

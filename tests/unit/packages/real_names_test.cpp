@@ -1,5 +1,5 @@
-// Names with characters that a code page lacks: they are kept beside the entry, and used only as long as the entry is that
-// of the same package.
+// Names with characters that a code page lacks: they are stored next to the package's entry, and used only while that entry
+// still belongs to the same package.
 #include "packages/real_names.h"
 
 #include <gtest/gtest.h>

@@ -62,7 +62,7 @@ TEST_F(FaultySampleTest, FailsToGiveAPackageInTwoWays)
     EXPECT_EQ(L"The faulty package has no licence today", DescribeFailure(manager.Get(), E_FAIL));
 }
 
-// It depends on the system whether it swallows the fault or the caller gets it; the process lives, and the next call works.
+// Some systems swallow the fault, others pass it on to the caller. In both cases, the process lives, and the next call works.
 TEST_F(FaultySampleTest, EditFaultsWhereTheSystemCallsBack)
 {
     if (std::getenv("WINEPREFIX") && !std::getenv("DISPLAY")) GTEST_SKIP() << "no display";

@@ -164,7 +164,7 @@ TEST_F(SamplePackage10Test, ExplainsBadCalls)
     EXPECT_EQ(L"Material object: The material object has no phase \"Liquid\"", Description(package.Get()));
 }
 
-// The parameters of a property package have the effects that their descriptions promise. The next tests use the valid
+// The parameters of a property package have the effects that their descriptions promise. The next two tests cover the valid
 // message levels.
 TEST_F(SamplePackage10Test, HeedsItsParameters)
 {

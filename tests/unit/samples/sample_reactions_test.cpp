@@ -270,7 +270,7 @@ TEST_F(SampleReactionsTest, SplitsDinitrogenTetroxide)
     EXPECT_NEAR(0.148368 / 1.01325, Value(L"chemicalEquilibriumConstant", L"TetroxideDissociation"), 2e-6);
 }
 
-// Dissociation exponents at 25 degrees: 4470.99 / 298.15 + 0.01706 x 298.15 - 6.0875 = 13.9947 for water, and
+// The pK values at 25 degrees: 4470.99 / 298.15 + 0.01706 x 298.15 - 6.0875 = 13.9947 for water, and
 // the textbook values 6.35 and 10.33 for carbonic acid.
 TEST_F(SampleReactionsTest, DissociatesInWater)
 {

@@ -112,7 +112,7 @@ TEST(SampleRachfordRice, SolvesCasesDoneByHand)
     EXPECT_NEAR(0.5, RachfordRice(std::vector{0.4, 0.6}, std::vector{3.0, 0.5}), 1e-15);
     // Acetone, acetonitrile and nitromethane at 80 degrees and 110 kPa with vapour pressures of 195.75, 97.84 and
     // 50.32 kPa, a worked example of Smith, Van Ness and Abbott (Raoult's law). The book finds 0.7364 mol of vapour and
-    // y = 0.5087, 0.3389, 0.1524; its last digit of the amount comes from K-values rounded to four digits.
+    // y = 0.5087, 0.3389, 0.1524; the last digit of its amount comes from K-values rounded to four digits.
     const std::vector<double> feed{0.45, 0.35, 0.20}, k{195.75 / 110, 97.84 / 110, 50.32 / 110};
     const double vapour = RachfordRice(feed, k);
     EXPECT_NEAR(0.7364, vapour, 2e-4);
@@ -165,7 +165,7 @@ TEST(SampleFlash, SplitsBenzeneAndTolueneAsByHand)
     EXPECT_NEAR(0.5595, result.vapourFraction, 1e-4);
 }
 
-// Every flash of the same state gives that state, with balanced phases in equilibrium.
+// Flashes of all types, given numbers of the same state, find this state, with balanced phases in equilibrium.
 TEST(SampleFlash, IsConsistentWhateverIsGiven)
 {
     const FlashResult state = FlashTP(kAromatics, 380, 120000, kFeed);
@@ -279,7 +279,7 @@ TEST(SampleIdealSolution, HasDerivativesThatFollowTheValues)
     }
 }
 
-// A total of 1 mol: a small change of one compound's amount changes every fraction.
+// The feed has 1 mol: a change d of amount j makes fraction j (n_j + d) / (1 + d), and every other fraction n_i / (1 + d).
 TEST(SampleIdealSolution, HasFugacityDerivativesInAmounts)
 {
     constexpr double t = 360, p = 150000, step = 1e-6;
@@ -291,7 +291,6 @@ TEST(SampleIdealSolution, HasFugacityDerivativesInAmounts)
             for (double& amount : amounts) amount /= 1 + change;
             return kAromatics.Fugacity(Phase::kLiquid, t, p, amounts).value;
         };
-        // A change d of amount j makes fraction j (n_j + d) / (1 + d), and every other fraction n_i / (1 + d).
         double gibbsDuhem = 0;
         for (std::size_t i = 0; i < 3; ++i) {
             const double slope = (shifted(step)[i] - shifted(-step)[i]) / (2 * step);

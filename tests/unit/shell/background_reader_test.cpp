@@ -57,7 +57,7 @@ std::string ManyCalls()
     return log + "</zeltlogdocument>\r\n";
 }
 
-// Counts the batches of pages, and those before which the reader did not ask whether to go on.
+// Counts the batches of pages, and those before which the reader did not call Continue.
 class PageCounter final : public RowSink {
 public:
     void Pages(PageBatch&&) override
@@ -182,7 +182,7 @@ TEST_F(BackgroundReader, EndsWhenTheSinkHasEnough)
     }
 }
 
-// A viewer that never has to wait for the reader handles messages only when it is asked whether to go on.
+// A viewer that never has to wait for the reader handles messages only in Continue.
 TEST_F(BackgroundReader, AsksAfterEachBatchOfPages)
 {
     std::string log = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltlogdocument>\r\n";

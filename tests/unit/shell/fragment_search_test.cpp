@@ -41,7 +41,7 @@ TEST(FragmentSearch, LooksForTheLongestPartThatTheFileHas)
 
 bool IsIn(const std::string& text, const std::string& bytes, bool ignoreCase = false)
 {
-    // The text after the bytes must not be found.
+    // The copy of the text after the bytes must not be found.
     const std::string all = bytes + text + std::string(kSlack, '\0');
     return FragmentSearch(text, ignoreCase).MayBeIn(std::string_view(all).substr(0, bytes.size()));
 }

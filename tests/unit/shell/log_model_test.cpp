@@ -1,4 +1,4 @@
-// What the viewer keeps from a log.
+// What the viewer keeps of a log in memory.
 #include "shell/log_viewer/log_model.h"
 
 #include <gtest/gtest.h>

@@ -10,8 +10,8 @@
 namespace zelt::test {
 namespace {
 
-// A window with the list, which offers the view every change of a row. On some systems, a list view also announces the check
-// box that a new row begins with; because others do not, the window makes up such a change for each inserted row.
+// A window with the list. It passes every change of a row to the view. Some systems also announce the check box that a new row
+// begins with. Because others do not, the window makes up such a change for each inserted row.
 class PackageListViewTest : public testing::Test {
 protected:
     PackageListViewTest()

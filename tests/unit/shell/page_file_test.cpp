@@ -1,4 +1,4 @@
-// Reading pieces of a file beyond its first 4 GB.
+// Reading pieces of a file that lie after its first 4 GB.
 #include "shell/log_viewer/pages/page_file.h"
 
 #include <gtest/gtest.h>

@@ -111,7 +111,7 @@ TEST(TreeRow, GivesEachElementItsImageAndLabel)
     }
 }
 
-// A batch stores its labels one after another.
+// A batch stores its labels one after another, so a new label must not change the text before it.
 TEST(TreeRow, LeavesWhatStandsBeforeALabel)
 {
     std::string labels = "before";

@@ -17,7 +17,8 @@ namespace {
 constexpr std::uint32_t kLive = 0x4C495645, kFreed = 0x46524545;
 constexpr unsigned char kGuardByte = 0xFD, kFreshByte = 0xCD;
 constexpr std::size_t kGuardBytes = 16;
-// How many freed blocks and bytes are kept at most; the oldest block is released first. A block of more bytes is kept alone.
+// How many freed blocks and bytes are kept at most; the oldest block is released first. A block that is larger than kKeptBytes
+// is kept alone.
 constexpr std::size_t kKeptBlocks = 16384, kKeptBytes = 32u << 20;
 
 struct alignas(16) Header {
@@ -35,7 +36,8 @@ HeapInUse inUse;
 char damage[4096];
 std::size_t damageLength;
 
-// Which thread is to run out of memory, after how many successes (negative: never), and whether it has.
+// Which thread is to run out of memory, after how many more successful allocations (negative: never), and whether that has
+// happened.
 DWORD failingThread;
 long successesLeft = -1;
 bool hasFailed;

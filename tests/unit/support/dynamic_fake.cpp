@@ -22,7 +22,7 @@ struct DynamicFake::Interface {
 
 namespace {
 
-// Code that is made at run time, in its own pages that are never freed.
+// Pages for code that is made at run time. They are never freed.
 class CodePages {
 public:
     // Room for one piece of code, with a margin.
@@ -102,8 +102,7 @@ void WriteSlotCode(unsigned char* code, const Slot* slot, Enter enter)
 #else
 constexpr unsigned char kStackOfSlot = 40, kBehindTheSub = 7;
 
-// Tells the system how to unwind a slot's code, which uses `kStackOfSlot` bytes of stack after its first `prologue`
-// bytes.
+// Tells the system how to unwind a slot's code, whose first `prologue` bytes reserve `kStackOfSlot` bytes of stack.
 void DescribeFrame(unsigned char* code, unsigned char prologue)
 {
     constexpr unsigned char kVersion = 1, kAllocateSmall = 2;
@@ -243,7 +242,7 @@ STDMETHODIMP DynamicFake::QueryInterface(REFIID iid, void** result)
             AddRef();
             return S_OK;
         }
-        // As IDispatch, a script gets ICapeIdentification. The fake is not a proxy, so it does not offer IOriginalObject.
+        // A query for IDispatch gets ICapeIdentification. The fake is not a proxy, so it does not offer IOriginalObject.
         const IID& wanted = IsEqualIID(iid, IID_IDispatch) ? __uuidof(ICapeIdentification) : iid;
         const InterfaceShape* shape = IsEqualIID(iid, __uuidof(IOriginalObject)) ? nullptr : ShapeOf(wanted);
         if (!shape) return E_NOINTERFACE;

@@ -145,7 +145,7 @@ private:
     } persistStream{*this};
 };
 
-// How the user answers the selection dialog, and how it was shown.
+// How the user answers the selection dialog, and how the dialog was shown.
 struct SelectionScript {
     std::optional<CLSID> answer;
     std::wstring title;

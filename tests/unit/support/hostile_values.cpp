@@ -170,8 +170,7 @@ void HostileValues::Spoil(SAFEARRAY* array)
     constexpr ULONG kSizes[] = {0, 1, 3, 8, 16, 0xFFFFFFFF};
     switch (dice.Below(6)) {
         case 0: array->pvData = dice.Once(2) ? nullptr : Wild(); break;
-        // The elements that do not exist must not lie in a large readable area, because reading them would take a long
-        // time.
+        // The data must not be readable: with a false count, reading elements that do not exist could take a long time.
         case 1:
             array->rgsabound[0].cElements = dice.Of(kCounts);
             array->pvData = Wild();

@@ -24,7 +24,7 @@ public:
     HostileValues& operator=(const HostileValues&) = delete;
 
     const VARIANT& Next();
-    // A string of the same sort: valid, null, or wild.
+    // A string of the same sort: valid, null, or a pointer to nowhere.
     BSTR NextString();
     Dice& Choice() { return dice; }
 

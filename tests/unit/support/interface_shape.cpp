@@ -15,7 +15,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Gives back at the end of a scope what type information lends.
+// Returns an owner of a description that type information lends. The owner gives it back.
 template <class Description>
 auto Lend(ITypeInfo* info, Description* description, void (STDMETHODCALLTYPE ITypeInfo::*giveBack)(Description*))
 {

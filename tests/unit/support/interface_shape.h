@@ -14,7 +14,7 @@ struct ParameterShape {
     std::string name;
     VARTYPE type = VT_EMPTY;   // of the value; an enumeration is VT_I4, an interface pointer VT_DISPATCH
     bool isReference = false;  // a pointer to the value is passed
-    bool isIn = false;         // as flagged; a parameter without flags goes in
+    bool isIn = false;         // as flagged; a parameter without flags is an input
     bool isOut = false;
     bool isResult = false;  // what a late-bound call returns
     // Of an enumeration: its name, and the name of its value 1; empty where it has none.

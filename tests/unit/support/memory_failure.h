@@ -63,8 +63,8 @@ protected:
         options.promptOpenLog = false;
     }
 
-    // Runs the scenario with or without its own log. The allocation after `successes` others fails; none fails for a
-    // negative number. Returns whether one has failed.
+    // Runs the scenario, with or without its own log. `successes` allocations succeed and the next one fails; with a negative
+    // number, none fails. Returns whether one has failed.
     template <class Scenario>
     bool RunOnce(bool isLogged, long successes)
     {
@@ -91,9 +91,9 @@ protected:
         return hasFailed;
     }
 
-    // Runs the scenario repeatedly, first with a log, then without. After three runs without a failure, one allocation fails
-    // in each run, every `step`-th in turn, until none fails any more. More than `least` runs must have a failure; calls may
-    // also return the results in `others`.
+    // Runs the scenario repeatedly, first with a log, then without. After three runs without a failure, one allocation fails in
+    // each run: every `step`-th allocation has its turn, until a run ends without a failure. More than `least` runs must have
+    // one. Calls may also return the results in `others`.
     template <class Scenario>
     void FailOneAfterAnother(long step, int least, const std::vector<HRESULT>& others = {})
     {
@@ -124,8 +124,8 @@ protected:
             std::printf("%d of about %ld allocations failed, after %d of them all calls answered as usual\n", failures,
                         successes, unnoticed);
             EXPECT_LT(least, failures);
-            // Without a log, most failures must change the result of a call. With one, an allocation for the log may
-            // fail, and the log then loses an entry instead.
+            // Without a log, most failures must change the result of a call. With a log, the failing allocation may be one for
+            // the log, which loses an entry instead.
             if (!isLogged) {
                 EXPECT_LT(unnoticed * 2, failures);
             }

@@ -24,7 +24,7 @@ MethodCall::MethodCall(const MethodShape& method, const TableRow& row, Filling f
         if (shape.isOut) continue;
         _variant_t sample = SampleValue(*steps[i], i, filling, object);
         argument.value.Attach(sample);
-        // A value that is passed in through a pointer is lent by `argument.value`.
+        // `argument.value` still owns a value that is passed in through a pointer.
         if (shape.isReference) {
             const VARIANT& lent = argument.value;
             if (shape.type == VT_VARIANT) {

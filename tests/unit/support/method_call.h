@@ -34,7 +34,7 @@ public:
     MethodCall(const MethodCall&) = delete;
     MethodCall& operator=(const MethodCall&) = delete;
 
-    // From now on, calls pass null in place of each pointer to a value that goes in.
+    // From now on, calls pass a null pointer for each input that is passed by reference.
     void PassNullSlots();
 
     HRESULT CallEarly(IUnknown* pointer);

@@ -11,7 +11,7 @@ struct TableStep {
     enum Kind { Argument, Write, ErrorIfEmpty, ErrorIfNull, ErrorAlways, Version };
     Kind kind = Argument;
 
-    std::string name;  // of the argument, or of the checked argument
+    std::string name;  // of the argument that the step logs or checks
     std::string text;  // the error, or the version
     bool isLoggedIn = false;
     std::string type;  // without a "?" or a proxy class after it
@@ -43,7 +43,7 @@ struct TableClass {
     std::vector<TableRow> rows;
 };
 
-// Throws std::runtime_error, with the line's number unless the file cannot be read.
+// Throws std::runtime_error if the file cannot be read, and, with the line's number, if a line has an error.
 std::vector<TableClass> ReadMethodTable(const std::string& path);
 
 }  // namespace zelt::test

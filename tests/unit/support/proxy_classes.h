@@ -9,13 +9,13 @@
 
 namespace zelt::test {
 
-// How an object gets its proxy: as a root, or when it is passed to or returned by the object of another proxy.
+// How an object gets its proxy: as a root, or when it is passed to, or returned by, the object of another proxy.
 enum class Origin { Root, Given, Returned };
 
 struct ProxyClass {
     const char* name;
     Origin origin;
-    Microsoft::WRL::ComPtr<CapeOpenBase> (*make)(ThermoVersion);  // the version is a material object's
+    Microsoft::WRL::ComPtr<CapeOpenBase> (*make)(ThermoVersion);  // only a material object uses the version
     bool (*isInstance)(const CapeOpenBase&);
 };
 

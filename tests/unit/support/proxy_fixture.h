@@ -14,7 +14,7 @@ class ProxyFixture : public LogFixture {
 protected:
     ProxyFixture() { InstallWrappers(); }
 
-    // The proxy of `wrapped` (null: never created), with one reference.
+    // A proxy of `wrapped`, with one reference. Null stands for an object that was never created.
     ComPtr<CPropertyPackage11> MakeProxy(IUnknown* wrapped, bool logged = true)
     {
         ComPtr<CPropertyPackage11> made(new CPropertyPackage11);

@@ -1,5 +1,4 @@
-// Answers the message boxes of a test and keeps their contents. While it exists, an earlier object of this class does
-// nothing.
+// Answers the message boxes of a test and keeps their contents. If there are several such objects, the newest one answers.
 #pragma once
 
 #include <string>

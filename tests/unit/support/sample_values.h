@@ -31,11 +31,11 @@ _variant_t CopyOf(const VARIANT& value);
 // Equal in type and in every bit: text by its whole length, arrays by bounds and elements, pointers by address.
 bool IsSameValue(const VARIANT& a, const VARIANT& b);
 
-// The VARTYPE that an argument of a table's VARIANT type must have; VT_EMPTY for "any" and for types other than
-// VARIANT.
+// The VARTYPE that a VARIANT must have for a type of the table, such as "doubles"; VT_EMPTY for "any" and for types that are
+// not VARIANTs.
 VARTYPE ExpectedVariantType(const std::string& type);
 
-// The type that an argument of a table's type must have in the library.
+// The VARTYPE that the type library must give an argument for a type of the table.
 VARTYPE LibraryType(const std::string& type);
 
 }  // namespace zelt::test

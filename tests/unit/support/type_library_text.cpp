@@ -55,7 +55,7 @@ constexpr NamedType kNamedTypes[] = {
 };
 // clang-format on
 
-// Owns a description lent by a type library or type information.
+// Gives a description back to the type library or type information that has lent it.
 template <class Owner, class Description, void (STDMETHODCALLTYPE Owner::*give)(Description*)>
 class Lent {
 public:

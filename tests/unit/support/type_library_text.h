@@ -1,7 +1,7 @@
 // A type library as text, one line for each fact, in the form of tests/data/cape_open_facts.txt: read from a built
-// library through the system's loader, or from such a file, and compared line by line. Aliases of enumerations are
-// replaced by the enumeration in parameters, because the two are the same on the wire. Help texts of methods and the
-// order of types have no meaning: the text does not show them.
+// library through the system's loader, or from such a file, and compared line by line. In parameters, the text has the
+// enumeration instead of an alias of it, because the two are the same on the wire. It shows neither the help texts of
+// methods nor the order of types, which have no meaning.
 #pragma once
 
 #include <map>

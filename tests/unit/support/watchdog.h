@@ -1,5 +1,5 @@
-// Ends the program with a message when a test takes too long: for faults that would leave a thread hanging, so that
-// the test fails soon and by itself. Uses its own thread, because the hanging thread cannot react.
+// Ends the program with a message when a test takes too long. For tests of faults that could leave a thread hanging: they fail
+// soon instead of waiting for somebody to end them. Uses its own thread, because the hanging thread cannot react.
 #pragma once
 
 #include <windows.h>

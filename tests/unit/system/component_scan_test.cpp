@@ -217,7 +217,7 @@ TEST_F(ComponentScan, LongTextsAreShownWhole)
     EXPECT_EQ(name + L" (" + text + L")", OnlyName());
 }
 
-// Registry keys may have names of up to 255 characters; keys after a long one are found.
+// Names of registry keys can have up to 255 characters. A long one does not hide the keys after it.
 TEST_F(ComponentScan, KeysWithLongNamesAreSkipped)
 {
     Register(kFirst);

@@ -1,5 +1,5 @@
-// The lifetime of a dialog's object, whose window may be destroyed in the middle of a handler; also what a dialog does with
-// resolutions and commands.
+// The lifetime of a dialog's object, whose window may be destroyed in the middle of a handler. Also tests how a dialog handles
+// changes of the resolution, and commands.
 #include "system/dialogs/dialog.h"
 
 #include <gtest/gtest.h>
@@ -169,7 +169,7 @@ TEST_F(DialogLifetime, SurvivesTheEndOfTheWindowWhileItIsMade)
     EXPECT_EQ((Events{"start ends", "destroyed", "deleted"}), events);
 }
 
-// Has no handlers.
+// A dialog without its own handlers.
 class Plain final : public Dialog {
 public:
     // Whether the dialog handles the command.

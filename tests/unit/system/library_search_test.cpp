@@ -79,10 +79,10 @@ TEST_F(LibrarySearch, FindsWhatAPackageBringsAlong)
 {
     KeepCurrentFolderOutOfSearch();
     LeaveCurrentFolder();
-    // As COM loads a server: by its path, with its dependencies from the same folder.
+    // COM loads a server by its path, with its dependencies from the same folder.
     EXPECT_NE(L"", Find((folder / kNeeding).wstring(), LOAD_WITH_ALTERED_SEARCH_PATH));
     EXPECT_EQ(L"", Find(kNeeded));
-    // For packages that rely on PATH.
+    // Some packages rely on PATH.
     SetEnvironmentVariableW(L"PATH", (path + L';' + folder.wstring()).c_str());
     EXPECT_NE(L"", Find(kNeeded));
     EXPECT_NE(L"", Find(kNeeding));

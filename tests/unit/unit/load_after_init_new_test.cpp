@@ -97,7 +97,7 @@ TEST_F(LoadAfterInitNew, MakesTheUnitAgainAndInitializesIt)
                                       Nested("ICapeUtilities::Initialize"))
                            : "",
                   News());
-        // Every interface is the new unit's, even those that were in use before.
+        // All interfaces now lead to the new unit, even those that were in use before.
         static_cast<void>(first);
         ComPtr<IUnknown> behind;
         EXPECT_EQ(S_OK, As<IOriginalObject>(unit)->GetOriginalObject(&behind));
@@ -124,7 +124,7 @@ TEST_F(LoadAfterInitNew, AUnitThatIsNotInitializedIsNeitherTerminatedNorInitiali
     EXPECT_EQ(Strings{"init.Load"}, Calls());
     EXPECT_EQ(LoadFunc(Info(kReplacing) + Loading()), News());
 
-    // Nor is one that has been terminated.
+    // The same is true of a unit that has been terminated.
     Begin();
     InitNew();
     EXPECT_EQ(S_OK, As<ICapeUtilities>(unit)->Initialize());
@@ -133,7 +133,7 @@ TEST_F(LoadAfterInitNew, AUnitThatIsNotInitializedIsNeitherTerminatedNorInitiali
     EXPECT_EQ(S_OK, Load(Saved(kFakeUnit, "state")));
     EXPECT_EQ(Strings{"init.Load"}, Calls());
 
-    // Nor one that has refused to be initialized.
+    // It is also true of a unit that has refused to be initialized.
     Begin();
     InitNew();
     unitScript.call = E_FAIL;
@@ -172,7 +172,7 @@ TEST_F(LoadAfterInitNew, DataThatCannotBeReadChangeNothing)
     ULONG read = 0;
     EXPECT_EQ(S_OK, target->Read(&saved, sizeof saved, &read));
     EXPECT_EQ(kFakeUnit, saved);
-    // It can still be loaded.
+    // A later Load with good data works.
     EXPECT_EQ(S_OK, Load(Saved(kFakeUnit, "state")));
     EXPECT_EQ("state", found);
 }

@@ -1,4 +1,4 @@
-// Bytes to and from a simulator's stream: piece by piece, and all or nothing.
+// Moving bytes to and from a simulator's stream: piece by piece, with a failure unless all bytes have been moved.
 #include "unit/stream_transfer.h"
 
 #include <gtest/gtest.h>

@@ -392,7 +392,7 @@ TEST_F(UnitOperationTest, PortsAreWrapped)
     unitScript.ports = nullptr;
 }
 
-// --- Its own log.
+// --- The unit operation's own log.
 
 std::wstring chosenPath, chosenTitle;
 

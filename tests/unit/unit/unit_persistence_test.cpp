@@ -1,5 +1,5 @@
-// Saving and loading through the logged unit operation: the form of the saved data, what is logged, and streams that
-// lie.
+// Saving and loading through the logged unit operation: the form of the saved data, what is logged, and streams that fail or
+// return wrong counts.
 #include <windows.h>
 #include <psapi.h>
 
@@ -33,7 +33,7 @@ public:
     std::string content;
     std::size_t position = 0;
     HRESULT readResult = S_OK, writeResult = S_OK;
-    ULONG most = 0xFFFFFFFF;   // bytes that one call moves at most
+    ULONG most = 0xFFFFFFFF;   // how many bytes one call moves at most
     LONG claim = 0;            // added to the returned counts
     int callsUntilFault = -1;  // counts down per call; the call at 0 raises a fault
     ULONG largestRequest = 0;

@@ -1,5 +1,5 @@
-// The ports of a logged unit operation: a connected object is replaced by the proxy for this type of port, and returned
-// as the simulator's own object.
+// The ports of a logged unit operation: the unit gets a proxy of a connected object, chosen by the type of the port; the
+// simulator gets its own object back.
 #include "log/error_description.h"
 #include "expected_log.h"
 #include "fake_unit.h"

@@ -7,7 +7,7 @@
 namespace zelt::test {
 namespace {
 
-// When Windows hands out high addresses first, a 32-bit process that can have them gets one beyond its first two gigabytes.
+// When Windows hands out high addresses first, a 32-bit process that can use them gets an address above 2 GB.
 TEST(Addresses, AreHandedOutFromTheTop)
 {
     NEEDS("windows");

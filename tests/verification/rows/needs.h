@@ -1,4 +1,4 @@
-// What a test of these needs, in the words of the plan: without it, the test is skipped and says why.
+// Skips a test, with the reason, if the computer lacks what the test needs. The words are those of plan.txt.
 #pragma once
 
 #include <gtest/gtest.h>

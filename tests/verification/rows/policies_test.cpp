@@ -15,9 +15,9 @@
 namespace zelt::test {
 namespace {
 
-// A policy of process creation, as documented for UpdateProcThreadAttribute: the first or second 64 bits of the attribute
-// PROC_THREAD_ATTRIBUTE_MITIGATION_POLICY. What GetProcessMitigationPolicy says of a process tells whether the policy is in force:
-// a class, and a bit of its flags. A class below 0 cannot be asked for.
+// A policy for a new process, as documented for UpdateProcThreadAttribute: the first and the second 64 bits of the attribute
+// PROC_THREAD_ATTRIBUTE_MITIGATION_POLICY. The policy is in force if GetProcessMitigationPolicy returns `bit` in the flags of
+// `policyClass`. A policy of the class kUnknown is taken to be in force.
 struct Policy {
     const char* name;
     DWORD64 first, second;
@@ -52,7 +52,7 @@ protected:
         return policy = std::get<Policy>(GetParam());
     }
 
-    // Runs the program's tests of guarded calls in a process with the policy. Leaves the exit code and the output.
+    // Runs the program's tests of guarded calls in a process with the policy. Sets `code` and `output`.
     Outcome Run()
     {
         SIZE_T size = 0;

@@ -1,4 +1,4 @@
-// Registration by a user without administrator's rights, and of two editions of which one goes.
+// Registration by a user without administrator's rights: it works for this user, and is refused for all users.
 #include <gtest/gtest.h>
 
 #include "tests/system/registration/processes.h"

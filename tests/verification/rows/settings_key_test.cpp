@@ -1,4 +1,4 @@
-// A key of settings that the user may read but not write.
+// What zeltctl answers if the user may read but not write the key with the settings.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <aclapi.h>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr wchar_t kSettings[] = L"Software\\ZELT";
 
-// Takes from the user the right to set values of the key, until it is destroyed.
+// While it exists, the user may not set values of the key.
 class DeniedWrites {
 public:
     explicit DeniedWrites(HKEY key) : key(key)

@@ -1,4 +1,4 @@
-// The setup program, as a user runs it from a command line without windows.
+// The setup program, run from a command line with /S, so that it shows no windows.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -22,7 +22,7 @@ protected:
     void SetUp() override
     {
         if (!fs::exists(program)) GTEST_SKIP() << "the setup program is not here";
-        // Setup asks the users who can be administrators for that right; a test that runs as a plain user does not want it.
+        // Setup requests administrator's rights if the user can have them. A test without these rights must prevent that.
         if (OwnScope() == Scope::User) SetEnvironmentVariableW(L"__COMPAT_LAYER", L"RunAsInvoker");
     }
     ~Setup() override
@@ -31,12 +31,12 @@ protected:
         if (fs::exists(folder / "Uninstall.exe")) Uninstall();
     }
 
-    // Without a mark of quotation, as setup programs of this kind expect the folder, which must come last.
+    // Setup programs of this kind expect the folder as the last argument, without quotation marks.
     DWORD Install(const std::wstring& arguments) const
     {
         return RunToEnd(program, arguments + L" /D=" + folder.wstring());
     }
-    // The uninstaller continues as a copy of itself.
+    // The uninstaller starts a copy of itself and ends, so this waits until the copy has removed the folder.
     void Uninstall() const
     {
         EXPECT_EQ(0u, RunToEnd(folder / "Uninstall.exe", L"/S"));
@@ -44,7 +44,7 @@ protected:
         EXPECT_FALSE(fs::exists(folder));
     }
 
-    // Installs, lets simulators of both widths have a manager, asks doctor, and removes.
+    // Installs ZELT, runs doctor, creates managers for simulators of both widths, and uninstalls ZELT.
     void ServesSimulators(const std::wstring& arguments) const
     {
         const RegistrySnapshot before = TakeRegistrySnapshot();

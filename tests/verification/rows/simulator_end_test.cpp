@@ -9,7 +9,7 @@
 namespace zelt::test {
 namespace {
 
-// Three pings of two minutes must be missing; then the server pauses before it ends.
+// COM releases the references after three missed pings, which are due every two minutes. The server then pauses before it ends.
 constexpr DWORD kLongest = 12 * 60 * 1000;
 
 TEST(LongKilledSimulator, IsForgottenByTheServer)

@@ -1,5 +1,5 @@
-// Windows of another process: finds and reads them, presses keys and buttons, stores pictures. Waits are limited. The limit
-// is long, because a machine may be slow.
+// Functions that find and read windows of another process, press keys and buttons, and store pictures. Waits have a limit,
+// which is long, because a machine may be slow.
 #pragma once
 
 #include <windows.h>

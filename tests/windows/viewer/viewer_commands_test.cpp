@@ -24,7 +24,7 @@ const char* const kShortLog =
 
 class ViewerCommands : public ViewerTest {
 protected:
-    // A tree view selects its first item when it gets the focus; here nothing is selected.
+    // A tree view selects its first item when it gets the focus. Waits for that, and removes the selection.
     void SetUp() override
     {
         Show(InLog(kShortLog));

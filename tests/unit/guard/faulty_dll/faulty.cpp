@@ -14,7 +14,7 @@ extern "C" HRESULT FaultyHandledFault();  // own_handler.S
 
 namespace {
 
-// These two load a control word with one exception unmasked. Bits: invalid 0, denormal 1, divide 2, overflow 3,
+// Each of these two loads a control word with one exception unmasked. Bits: invalid 0, denormal 1, divide 2, overflow 3,
 // underflow 4, inexact 5.
 void UnmaskX87(unsigned bit)
 {
@@ -133,7 +133,7 @@ HRESULT ThrowInside()
     }
 }
 
-// A package built for the universal runtime library uses that library's abort.
+// Calls abort of ucrtbase.dll, as a package built for the universal runtime library does.
 HRESULT UniversalAbort()
 {
     const HMODULE library = LoadLibraryW(L"ucrtbase.dll");

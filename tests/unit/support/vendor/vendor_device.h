@@ -81,7 +81,7 @@ public:
     HRESULT Result() const { return result; }
 
 private:
-    // A user without administrator's rights registers it for itself.
+    // Without administrator's rights, the library is registered for the current user.
     const bool forAll = MayRegisterForAll();
     HRESULT result;
 };
