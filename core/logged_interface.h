@@ -51,13 +51,19 @@ struct ParametersOf<HRESULT (STDMETHODCALLTYPE I::*)(P...)> {
     using Type = std::tuple<P...>;
 };
 
+// Whether one of the descriptors may put the original object in the place of a proxy.
+template <class... D>
+consteval bool TakesObjects()
+{
+    return (requires { typename D::HandsBack; } || ...);
+}
+
 // What is known of a row with these descriptors and marks before it is executed.
 template <class... D>
 struct RowTraits {
     using Parameters = typename ParametersOf<decltype(std::tuple_cat(ArgumentOf(std::declval<D&>())...))>::Type;
     static constexpr bool kOnlyLogs = (OnlyLogs<D>() && ...);
-    // Whether one of the descriptors may put the original object in the place of a proxy.
-    static constexpr bool kTakesObjects = (requires { typename D::HandsBack; } || ...);
+    static constexpr bool kTakesObjects = TakesObjects<D...>();
 };
 
 // `Version`: the generation of material interfaces that this interface belongs to, checked by the material object.
