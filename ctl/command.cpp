@@ -1,6 +1,7 @@
 #include "ctl/command.h"
 
 #include <charconv>
+#include <cmath>
 #include <exception>
 #include <new>
 
@@ -167,7 +168,7 @@ std::optional<double> Arguments::Number(std::string_view option) const
     if (!text) return {};
     double number = 0;
     const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
-    if (error != std::errc() || end != text->data() + text->size() || !(number >= 0)) {
+    if (error != std::errc() || end != text->data() + text->size() || !(number >= 0) || std::isinf(number)) {
         throw UsageError(std::string(option) + " wants a number, not \"" + *text + "\"");
     }
     return number;
@@ -194,7 +195,7 @@ int Run(std::span<const Command> commands, const std::vector<std::string>& words
         result = RunWords(commands, words, streams);
     } catch (const UsageError& error) {
         const std::string_view what = error.what();
-        streams.messages << "zeltctl: " << what << (what.ends_with('?') ? " " : "; ") << "zeltctl --help tells more\n";
+        streams.messages << "zeltctl: " << what << (what.ends_with('?') ? " " : "; ") << "see zeltctl --help\n";
         result = kUsage;
     } catch (const Refusal& refusal) {
         streams.messages << "zeltctl: " << refusal.what() << '\n';

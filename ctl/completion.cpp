@@ -97,7 +97,7 @@ void WriteBash(std::span<const Command> commands, Output& out)
         }
     }
     out << "    esac\n"
-           "    # Without an option begun, what is not a command is a file.\n"
+           "    # Unless an option is being typed, a word that is not a command is a file.\n"
            "    [[ $current == -* || $words != -* ]] || words=\n"
            "    COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
            "}\n"

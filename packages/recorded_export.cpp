@@ -12,7 +12,8 @@ ExportedPackage ExportOfRecording(const std::wstring& path)
 {
     const replay::RecordedPackage recorded(path);
     const PackageKindRow* const kind = FindPackageKind(static_cast<PackageKind>(recorded.Component().kind));
-    if (!kind) throw std::runtime_error("The recording \"" + Narrow(path, CP_UTF8) + "\" is not of a package");
+    if (!kind)
+        throw std::runtime_error("The recording \"" + Narrow(path, CP_UTF8) + "\" is not a recording of a package");
     ExportedPackage package;
     package.classId = kRecordedPackageClass;
     // The stand-alone kind of the same family.

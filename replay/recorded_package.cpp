@@ -85,11 +85,13 @@ RecordedPackage::RecordedPackage(const std::wstring& path)
         throw std::runtime_error("\"" + shown + "\" is not a recording, or was made by a newer version");
     }
     if (header->width != sizeof(void*) * 8) {
-        throw std::runtime_error("The recording \"" + shown + "\" was made by the ZELT of the other width");
+        throw std::runtime_error("The recording \"" + shown +
+                                 "\" was made by the other edition of ZELT (32 or 64 bit)");
     }
     recording::CallTreeReader reader(records);
     while (std::unique_ptr<KeptCall> call = reader.Next()) calls.push_back(std::move(call));
-    if (!reader.Component()) throw std::runtime_error("The recording \"" + shown + "\" is not of a package");
+    if (!reader.Component())
+        throw std::runtime_error("The recording \"" + shown + "\" is not a recording of a package");
     component = *reader.Component();
     queries = reader.Queries();
     for (const auto& call : calls) Index(*call);

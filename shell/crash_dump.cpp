@@ -138,7 +138,7 @@ void OnProcessAborts() { RaiseException(kAborted, EXCEPTION_NONCONTINUABLE, 0, n
 
 Outcome NoDumps(const wchar_t* what, DWORD error)
 {
-    return Outcome::Failed(std::wstring(L"No dump will be written of a fault, because ") + what + L": " +
+    return Outcome::Failed(std::wstring(L"No dump of a fault will be written, because ") + what + L": " +
                                Widen(SystemText(static_cast<HRESULT>(error))),
                            kThisEdition.name, MB_OK | MB_ICONWARNING | MB_TOPMOST);
 }

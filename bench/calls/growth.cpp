@@ -25,7 +25,8 @@ double Megabytes()
 void MeasureGrowth(long long entries)
 {
     LoggedPackage logged;
-    std::printf("\nGrowth of a log to %lld entries\n%-24s %14s %12s\n", entries, "entries", "ns an entry", "memory MB");
+    std::printf("\nGrowth of a log to %lld entries\n%-24s %14s %12s\n", entries, "entries", "ns per entry",
+                "memory MB");
     long number = 0;
     for (int step = 0; step < kSteps; ++step) {
         const long long calls = entries / kSteps / kEntriesOfACall;

@@ -99,7 +99,7 @@ void Row(const std::string& name, Call call)
 
 void MeasureLogging()
 {
-    PrintTitle("Logged and recorded calls (floor: the same bytes, one write an entry or piece)");
+    PrintTitle("Logged and recorded calls (floor: the same bytes, one write per entry or piece)");
     Row("scalar", [](LoggedPackage& logged) {
         long number = 0;
         logged.compounds->GetNumCompounds(&number);

@@ -67,7 +67,7 @@ double RunCommand(const std::vector<std::string>& command, const WrittenLog& log
 
 void BenchSpeed(const WrittenLog& log, int pairs, const std::string& only)
 {
-    PrintTitle("zeltctl: the commands over a log of " + std::to_string(static_cast<int>(log.Megabytes())) + " MB");
+    PrintTitle("zeltctl: the commands on a log of " + std::to_string(static_cast<int>(log.Megabytes())) + " MB");
     for (const Command& command : kCommands) {
         if (command.goal == 0 || (!only.empty() && command.words.front() != only)) continue;
         MeasureRow(

@@ -120,7 +120,7 @@ void MeasureRecordings(long long bytes, const std::string& only)
                                               {"recording", "profile", "--trace-events"},
                                               {"recording", "redact"}};
     if (!only.empty() && only != "recording") return;
-    PrintTitle("The most memory of zeltctl over a recording of " + std::to_string(bytes / 1'000'000) + " MB");
+    PrintTitle("Peak memory of zeltctl for a recording of " + std::to_string(bytes / 1'000'000) + " MB");
     const WrittenRecording recording(bytes);
     const std::string path = std::filesystem::path(recording.Path()).string();
     for (const auto& words : kUses) MeasureMemory(Joined(words), words, path);
@@ -164,7 +164,7 @@ try {
         Measure(tool[0] + ' ' + tool[1], 1, 0, path, [&] { return RunProgram(tool).seconds; });
     }
 
-    PrintTitle("The most memory of zeltctl over a log of " + size);
+    PrintTitle("Peak memory of zeltctl for a log of " + size);
     for (const Command& command : kCommands) {
         if (isWanted(command.words[1])) MeasureMemory(Joined(command.words), command.words, path);
     }

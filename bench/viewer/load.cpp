@@ -99,7 +99,7 @@ void BenchMemory(const WrittenLog& log, const std::string& size)
         labelBytes += model.Label(item).size();
     }
     PrintFigure(size + "items", model.Size(), "");
-    Require(PrintFigure(size + "model, bytes an item beside the labels",
+    Require(PrintFigure(size + "model, bytes per item without the labels",
                         (static_cast<double>(taken) - static_cast<double>(labelBytes)) / model.Size(), "bytes", 48));
 }
 

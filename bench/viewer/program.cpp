@@ -64,8 +64,8 @@ void BenchProgram(const WrittenLog& log)
     std::snprintf(size, sizeof size, "%.0f MB: ", log.Megabytes());
     PrintFigure(size + std::string("ZELT.EXE, from its start until its window shows"), seconds, "s");
     PrintFigure(size + std::string("ZELT.EXE, until the log is read"), read, "s");
-    PrintFigure(size + std::string("ZELT.EXE, private memory then"), static_cast<double>(counters.PagefileUsage) / 1e6,
-                "MB");
+    PrintFigure(size + std::string("ZELT.EXE, private memory at that point"),
+                static_cast<double>(counters.PagefileUsage) / 1e6, "MB");
 }
 
 }  // namespace zelt::bench

@@ -81,7 +81,7 @@ void BenchSearch(int pairs)
     const struct {
         const char* what;
         int differentNumbers;
-    } kLogs[] = {{"labels that recur", 10'000}, {"each label its own", kItems}};
+    } kLogs[] = {{"labels that recur", 10'000}, {"labels all different", kItems}};
     for (const auto& log : kLogs) {
         PagedLog model;
         Fill(model, log.differentNumbers);

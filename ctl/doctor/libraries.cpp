@@ -49,8 +49,11 @@ std::wstring DefaultText(REGSAM view, const std::wstring& key)
 // A 64-bit process also accepts a library that is registered for 32 bits; the reverse does not hold.
 std::wstring LibraryFile(const LibraryFacts& facts, REGSAM view)
 {
-    const std::wstring file = DefaultText(view, facts.versionPath + L"\\0\\win32");
-    return file.empty() && view == KEY_WOW64_64KEY ? DefaultText(view, facts.versionPath + L"\\0\\win64") : file;
+    const auto fileFor = [&](const wchar_t* system) {
+        return DefaultText(view, facts.versionPath + L"\\0\\" + system);
+    };
+    const std::wstring file = view == KEY_WOW64_64KEY ? fileFor(L"win64") : std::wstring();
+    return file.empty() ? fileFor(L"win32") : file;
 }
 
 bool IsLibrary(const std::wstring& path, const GUID& libid)
@@ -82,7 +85,7 @@ void CheckFile(const Installation& installation, const CheckedLibrary& library, 
     Finding finding = {"library-file",
                        "The file \"" + Utf8(path) + "\" is not there, or does not hold the type library \"" +
                            Utf8(library.facts.description) + "\" that is registered from it",
-                       kEffect, "install the program again that brought it"};
+                       kEffect, "reinstall the program that installed it"};
     if (!library.sharedFile) {
         finding.remedy = RegisterAgain(installation);
         finding.fix = Fix::Register;
@@ -162,7 +165,7 @@ void CheckInterfaces(const Installation& installation, const CheckedLibrary& lib
         const bool fixable = row.state == InterfaceState::Missing || !library.sharedFile;
         findings.push_back({row.rule, Names(names) + row.wrong + InView(view), kEffect,
                             fixable ? RegisterAgain(installation)
-                                    : "install the program again that registered the interfaces of the standard",
+                                    : "reinstall the program that registered the interfaces of the standard",
                             fixable ? Fix::Register : Fix::None});
     }
 }

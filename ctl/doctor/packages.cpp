@@ -73,7 +73,7 @@ void CheckDuplicates(const ExportedPackageList& list, Findings& findings)
             if (!SameName(list.At(earlier).exportedName, list.At(later).exportedName)) continue;
             findings.push_back({"package-duplicate",
                                 "The name \"" + Utf8(list.At(later).exportedName) + "\" is exported more than once",
-                                "simulators that ask for it get the first one only",
+                                "simulators that ask for it get only the first one",
                                 "zeltctl remove the first one, and zeltctl add it under a name of its own"});
             break;
         }

@@ -57,9 +57,10 @@ const Edition& EditionThatExports(const std::string& name, const std::vector<con
 StoredPackages::StoredPackages(const Edition& edition) : edit(edition), list(ExportedPackages().Root(), edition)
 {
     if (!edit.Allowed()) {
-        throw Refusal(Utf8(edition.name) +
-                      " runs, and would write its own list of packages over this change; close its window and the "
-                      "simulators that use it, then try again");
+        throw Refusal(
+            Utf8(edition.name) +
+            " is running, and would overwrite this change with its own list of packages; close its window and the "
+            "simulators that use it, then try again");
     }
     Require(list.Load());
 }

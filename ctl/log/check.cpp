@@ -176,7 +176,7 @@ private:
         const char* fault = nullptr;
         switch (event.kind) {
             case EventKind::Call:
-                if (!top && outer != EventKind::Call) fault = "a call stands inside something that is no call";
+                if (!top && outer != EventKind::Call) fault = "a call stands inside something that is not a call";
                 break;
             case EventKind::Argument:
                 if (outer != EventKind::Call) fault = "an argument stands outside of a call";

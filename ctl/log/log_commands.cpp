@@ -12,7 +12,7 @@ std::string EndingOfRedacted(const Arguments&) { return " redacted.zlg"; }
 
 // clang-format off
 constexpr Option kJson = {"--json", nullptr, "as JSON"};
-constexpr Option kQueries = {"--queries", nullptr, "also the queries that the system makes on its own account; they are no findings"};
+constexpr Option kQueries = {"--queries", nullptr, "also the queries that the system makes by itself; they are not findings"};
 
 constexpr Option kOutputFolder = {"-o", "FILE", "writes to this file, which appears when it is complete; of several logs, to files in this folder"};
 constexpr std::size_t kMany = std::numeric_limits<std::size_t>::max();
@@ -52,7 +52,7 @@ constexpr Option kFollowOptions[] = {
     ZELT_OUTPUT_OPTION,
 };
 constexpr Option kDiffOptions[] = {
-    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one"},
+    {"--tolerance", "FRACTION", "numbers count as equal that differ by no more than this part of the larger one"},
     kJson,
     ZELT_OUTPUT_OPTION,
 };
@@ -100,7 +100,7 @@ constexpr Command kLogCommands[] = {
      "slowest_calls, members, objects, argument_texts and property_values. Times are those of a recording; a log has none.", EachLogAsFile<ExportLog, EndingOfExport>},
     {"log check", "LOG...", 1, kMany, kCheckOptions, "Checks that a log is complete and that both sides behaved",
      "A finding is the line of the log, a rule and a sentence. The rules:\n"
-     "  damaged          the log is cut off, or is no well-formed XML\n"
+     "  damaged          the log is cut off, or is not well-formed XML\n"
      "  open-call        a call was not over when the log was cut off\n"
      "  structure        elements stand where logs do not have them\n"
      "  violation        a rule of the standard that the log itself says was broken\n"

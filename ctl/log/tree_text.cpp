@@ -86,7 +86,8 @@ void TreeText::End(EventKind kind, int depth)
 {
     if (line == Line::None) return;
     if (kind == EventKind::Argument && depth == argumentDepth) EndLine();
-    if (kind == EventKind::Value && nesting > 0 && depth > argumentDepth) {
+    const bool isValue = kind == EventKind::Value || kind == EventKind::Other;
+    if (isValue && nesting > 0 && depth > argumentDepth) {
         // The innermost bracket closes at the end of the value that opened it, not of the values inside.
         if (depth - argumentDepth <= nesting) {
             out << ')';

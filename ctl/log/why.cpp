@@ -78,7 +78,10 @@ public:
             if (i) out << '\n';
             Tell(stories[i], static_cast<long long>(i) + 1, static_cast<long long>(stories.size()), out);
         }
-        if (untold) out << "\nand " << untold << " other failures; log errors lists them\n";
+        if (untold) {
+            out << "\nand " << untold << (untold == 1 ? " other failure" : " other failures")
+                << "; log errors lists all\n";
+        }
         if (stories.empty()) out << "No call failed.\n";
         return stories.empty() ? kFine : kFinding;
     }

@@ -22,7 +22,7 @@ constexpr Option kTrimOptions[] = {
     ZELT_OUTPUT_OPTION,
 };
 constexpr Option kDiffOptions[] = {
-    {"--tolerance", "FRACTION", "numbers are equal that differ by no more than this part of the larger one; without it, every bit counts"},
+    {"--tolerance", "FRACTION", "numbers count as equal that differ by no more than this part of the larger one; without it, every bit counts"},
     {"--json",      nullptr,    "as JSON"},
     ZELT_OUTPUT_OPTION,
 };

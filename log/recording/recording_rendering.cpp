@@ -144,7 +144,7 @@ Rendering RenderRecording(RecordReader& records, LogFile file)
     }
     if (header->width != sizeof(void*) * 8) {
         rendering.obstacle =
-            "it was made by the ZELT of the other width: its zeltctl renders it, and its viewer shows it";
+            "it was made by the other edition of ZELT (32 or 64 bit): its zeltctl renders it, and its viewer shows it";
         return rendering;
     }
     rendering.isRecording = true;

@@ -109,7 +109,7 @@ void CViewLogDlg::NextError()
         return;
     }
     if (errorList.Count() == 0) {
-        ShowBox(L"No error or warning has the text of the filter.", L"Next error:", MB_ICONINFORMATION);
+        ShowBox(L"No error or warning matches the filter.", L"Next error:", MB_ICONINFORMATION);
         return;
     }
     const ItemIndex selected = tree.Selected();

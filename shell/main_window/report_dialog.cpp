@@ -220,7 +220,7 @@ void CReportDlg::KeepReport()
 
 void CReportDlg::Fail(const std::wstring& reason)
 {
-    ShowBox(L"The report cannot be made: " + reason, kCaption, MB_OK | MB_ICONERROR);
+    ShowBox(L"The report could not be made: " + reason, kCaption, MB_OK | MB_ICONERROR);
 }
 
 }  // namespace zelt

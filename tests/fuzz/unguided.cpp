@@ -86,7 +86,7 @@ int Main(const std::vector<std::string>& words)
         if (!isRearranged || random() % 2) Mutate(input, random);
         Try(input);
     }
-    std::printf("%zu seeds, %ld inputs made of them\n", seeds.size(), runs);
+    std::printf("%zu seeds, %ld inputs made from them\n", seeds.size(), runs);
     return 0;
 }
 

@@ -187,12 +187,13 @@ const CalculationCase kBoundsCases[] = {
     {"on the bounds", Bounds("1", "9") + Put("9") + kCalculate + Put("1") + kCalculate, {}},
     {"above, and used",
      Bounds("1", "9") + Put("9.00001") + kCalculate,
-     {"bounds: \"N\" is set to 9.00001, above its upper bound 9 (line 8), and is so when ICapeUnit::Calculate is "
+     {"bounds: \"N\" is set to 9.00001, above its upper bound 9 (line 8), and still is when ICapeUnit::Calculate is "
       "called "
       "in line 18"}},
     {"below, and used",
      Put("-1e-05") + Bounds("0", "9") + kCalculate,
-     {"bounds: \"N\" is set to -1e-05, below its lower bound 0 (line 8), and is so when ICapeUnit::Calculate is called "
+     {"bounds: \"N\" is set to -1e-05, below its lower bound 0 (line 8), and still is when ICapeUnit::Calculate is "
+      "called "
       "in line 18"}},
     {"used twice", Bounds("1", "9") + Put("10") + kCalculate + kCalculate, {"bounds"}},
     {"set and used twice", Bounds("1", "9") + Put("10") + kCalculate + Put("10") + kCalculate, {"bounds", "bounds"}},

@@ -21,12 +21,12 @@ struct RefusedCase {
 
 const RefusedCase kRefused[] = {
     {{}, "a command is missing"},
-    {{"lgo"}, "zeltctl: there is no command \"lgo\", did you mean \"log\"? zeltctl --help tells more\n"},
+    {{"lgo"}, "zeltctl: there is no command \"lgo\", did you mean \"log\"? see zeltctl --help\n"},
     {{"lgo", "show", "a"}, "there is no command \"lgo show\", did you mean \"log show\"?"},
     {{"log", "sohw"}, "there is no command \"log sohw\", did you mean \"log show\"?"},
     {{"log", "eror", "a"}, "there is no command \"log eror\", did you mean \"log errors\"?"},
     {{"errors", "a"}, "there is no command \"errors\", did you mean \"log errors\"?"},
-    {{"frobnicate"}, "zeltctl: there is no command \"frobnicate\"; zeltctl --help tells more\n"},
+    {{"frobnicate"}, "zeltctl: there is no command \"frobnicate\"; see zeltctl --help\n"},
     {{"doctor"}, "zeltctl: \"doctor\" is about ZELT on this computer and needs Windows\n"},
     {{"doctor", "--fix"}, "\"doctor\" is about ZELT on this computer and needs Windows"},
     {{"log", "on", "P"}, "\"log on\" is about ZELT on this computer and needs Windows"},
@@ -44,6 +44,7 @@ const RefusedCase kRefused[] = {
     {{"log", "show", "a", "--result", "good"}, "--result is ok, failed, violation or warning"},
     {{"log", "diff", "a", "b", "--tolerance", "x"}, "--tolerance wants a number, not \"x\""},
     {{"log", "diff", "a", "b", "--tolerance", "-1"}, "--tolerance wants a number"},
+    {{"log", "diff", "a", "b", "--tolerance", "inf"}, "--tolerance wants a number, not \"inf\""},
     {{"log", "stats", "a", "--top", "0"}, "--top wants a whole number from 1 to 1000000, not \"0\""},
     {{"log", "stats", "a", "--top", "2.5"}, "--top wants a whole number from 1 to 1000000, not \"2.5\""},
     {{"recording", "profile", "a", "--slowest", "inf"},
@@ -134,7 +135,7 @@ struct Unrelated {};
 // Whatever a command throws, the user gets a message and the script an exit code.
 const ThrowingCase kThrowing[] = {
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::UsageError("no"); }, 2,
-     "zeltctl: no; zeltctl --help tells more\n"},
+     "zeltctl: no; see zeltctl --help\n"},
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::Refusal("not now"); }, 2, "zeltctl: not now\n"},
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw ctl::InputError("no file"); }, 3, "zeltctl: no file\n"},
     {[](const ctl::Arguments&, ctl::Streams&) -> int { throw std::bad_alloc(); }, 3, "zeltctl: out of memory\n"},

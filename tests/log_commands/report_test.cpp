@@ -184,7 +184,7 @@ TEST_F(ReportTest, IsRefusedWhenAnythingIsMissing)
         int code;
         std::string messages;
     } rows[] = {
-        {{log}, 2, "zeltctl: \"report\" needs a file for the report, -o FILE; zeltctl --help tells more\n"},
+        {{log}, 2, "zeltctl: \"report\" needs a file for the report, -o FILE; see zeltctl --help\n"},
         {{"-", "-o", zip},
          2,
          "zeltctl: a log from standard input leaves no place for an answer, so it needs --yes; zeltctl --help tells "

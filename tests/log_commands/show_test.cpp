@@ -156,6 +156,19 @@ TEST(LogShow, ShowsValuesOutsideOfArgumentsInOneLine)
     }
 }
 
+// An element that ZELT does not know is shown as a value.
+TEST(LogShow, ClosesTheBracketOfAnUnknownElement)
+{
+    const TemporaryLog log(
+        InLog("<func name=\"A::B\" direc=\"in\" object=\"P\">\r\n<arg name=\"a\" direc=\"in\" type=\"long\">\r\n"
+              "<unit value=\"K\">\r\n<argval value=\"1\"/>\r\n</unit>\r\n<argval value=\"2\"/>\r\n</arg>\r\n"
+              "</func>\r\n"));
+    const std::string shown = RunCommand({"log", "show", log.Path()}).data;
+    EXPECT_NE(std::string::npos, shown.find("(1), 2\n")) << shown;
+    const std::string page = RunCommand({"log", "export", "--html", log.Path()}).data;
+    EXPECT_NE(std::string::npos, page.find("(<q>1</q>), <q>2</q></p>")) << page.substr(page.find("<main"));
+}
+
 struct DamageCase {
     const char *name, *entry, *shown;
 };

@@ -220,11 +220,14 @@ TEST(LogWhy, SaysWhenNoCallFailed)
 
 TEST(LogWhy, CountsTheFailuresThatAreTooManyToTell)
 {
-    std::string entries;
-    for (int i = 0; i < 510; ++i) entries += Call(Numbered("A::M", i), "in", "P", Error("E_FAIL: no"));
-    const std::string story = Why(entries);
-    EXPECT_TRUE(story.starts_with("Failure 1 of 500: A::M0 (P)\n"));
-    EXPECT_TRUE(story.ends_with("\nand 10 other failures; log errors lists them\n"));
+    const auto storyOf = [](int failures) {
+        std::string entries;
+        for (int i = 0; i < failures; ++i) entries += Call(Numbered("A::M", i), "in", "P", Error("E_FAIL: no"));
+        return Why(entries);
+    };
+    EXPECT_TRUE(storyOf(510).starts_with("Failure 1 of 500: A::M0 (P)\n"));
+    EXPECT_TRUE(storyOf(510).ends_with("\nand 10 other failures; log errors lists all\n"));
+    EXPECT_TRUE(storyOf(501).ends_with("\nand 1 other failure; log errors lists all\n"));
 }
 
 }  // namespace

@@ -88,4 +88,4 @@ for my $text (sort keys %boxes) {
 die join("\n", @faults) . "\n" if @faults;
 die "Only $quoted messages were found.\n" if $quoted < 50;
 die "Only " . keys(%boxes) . " texts of message boxes were found.\n" if keys %boxes < 20;
-print "$quoted quoted messages stand in the sources, ", scalar(keys %boxes), " texts of boxes on the pages.\n";
+print "$quoted quoted messages occur in the sources, ", scalar(keys %boxes), " texts of boxes on the pages.\n";

@@ -28,7 +28,7 @@ for my $row (split /\n/, $table) {
     my (undef, $room, undef, $used) = map { s/^\s+|\s+$//gr } split /\|/, $row;
     $room =~ s{/$}{} or die "The room \"$room\" is not a folder: its name does not end in a slash.\n";
     my @used = $used eq '-' ? () : map { s{/$}{}r } split /,\s*/, $used;
-    for (@used) { push @faults, "the table: $room/ uses $_/, which does not stand above it" unless $uses{$_} }
+    for (@used) { push @faults, "the table: $room/ uses $_/, which is not above it" unless $uses{$_} }
     $uses{$room} = {map { $_ => 1 } @used, $room};
     push @rooms, $room;
 }

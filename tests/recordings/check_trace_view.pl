@@ -46,7 +46,7 @@ for my $name (sort keys %shown) {
     ++$failures;
 }
 $failures += !%total;
-print $failures ? "$failures differences\n" : scalar(keys %total) . " members are shown as they are.\n";
+print $failures ? "$failures differences\n" : scalar(keys %total) . " members are shown correctly.\n";
 exit($failures ? 1 : 0);
 
 # The viewer's name for an event, which includes the arguments.

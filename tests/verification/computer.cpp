@@ -121,7 +121,7 @@ Needs Offers()
 std::string Reason(const std::string& need)
 {
     static const std::map<std::string, std::string> kReasons = {
-        {"windows", "cannot be seen under Wine"},
+        {"windows", "cannot be tested under Wine"},
         {"admin", "needs administrator's rights: run verify.cmd as administrator"},
         {"plain", "needs a user without administrator's rights: run verify.cmd as usual"},
         {"64bit", "needs 64-bit Windows"},

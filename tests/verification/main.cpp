@@ -33,7 +33,7 @@ using namespace zelt::verification;
 constexpr char kUsage[] =
     "verify.cmd [/ask] [/long] [/only TEXT] [/result FILE]\n"
     "  /ask     afterwards, asks about the points that only a person can see\n"
-    "  /long    also tests what takes many minutes\n"
+    "  /long    also runs tests that take many minutes\n"
     "  /only    tests only the points and programs whose title contains TEXT\n"
     "  /result  writes the results to FILE\n";
 
@@ -160,7 +160,7 @@ void Ask(Page& page)
            "remark may follow the letter.\n";
     for (auto& [point, answer] : page.rows) {
         if (answer.verdict != Verdict::ForAPerson || interrupted) continue;
-        std::cerr << "\n" << point.what << "\n  " << point.how << "\nIs it so? " << std::flush;
+        std::cerr << "\n" << point.what << "\n  " << point.how << "\nDid it happen as described? " << std::flush;
         std::string line;
         if (!std::getline(std::cin, line)) return;
         line = zelt::Narrow(zelt::Widen(line, GetConsoleCP()), CP_UTF8);

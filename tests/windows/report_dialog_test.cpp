@@ -213,7 +213,7 @@ TEST_F(ReportDialog, SaysWhyThereIsNoReport)
         EXPECT_TRUE(WaitUntil([this] { return !IsWindow(dialog); }));
     });
     const RecordedBoxes::Box box = boxes.TakeOne();
-    const std::wstring begin = L"The report cannot be made: " + noLog.wstring() + L": ";
+    const std::wstring begin = L"The report could not be made: " + noLog.wstring() + L": ";
     EXPECT_EQ(begin, box.text.substr(0, begin.size()));
     EXPECT_EQ(L"Report a problem:", box.caption);
     EXPECT_EQ(static_cast<UINT>(MB_OK | MB_ICONERROR), box.flags);
@@ -223,7 +223,7 @@ TEST_F(ReportDialog, SaysThatItsToolIsMissing)
 {
     const std::wstring missing = (folder / L"zeltctl.exe").wstring();
     Show([&] { EXPECT_TRUE(WaitUntil([this] { return !IsWindow(dialog); })); }, missing);
-    const std::wstring begin = L"The report cannot be made: ";
+    const std::wstring begin = L"The report could not be made: ";
     const RecordedBoxes::Box box = boxes.TakeOne();
     EXPECT_EQ(begin, box.text.substr(0, begin.size()));
     EXPECT_GT(box.text.size(), begin.size() + 5) << "with the system's reason";

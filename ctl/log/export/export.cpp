@@ -34,7 +34,8 @@ int ExportLog(const Arguments& arguments, const std::string& log, Streams& strea
 {
     const Form& wanted = WantedForm(arguments);
     const bool withQueries = arguments.Has("--queries");
-    if (withQueries && wanted.write != &ExportHtml) throw UsageError("--queries is for --html; the others have them");
+    if (withQueries && wanted.write != &ExportHtml)
+        throw UsageError("--queries is only for --html; the other forms always have the queries");
     return CodeOf(wanted.write(log, withQueries, streams), kFine);
 }
 

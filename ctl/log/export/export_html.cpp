@@ -79,7 +79,7 @@ public:
             case EventKind::Warning:
             case EventKind::Error: WriteMessage(event, ClassOf(KindOfMessage(event))); break;
         }
-        if (event.kind == EventKind::Value) brackets.push_back(event.hasChildren);
+        if (IsValue(event.kind)) brackets.push_back(event.hasChildren);
     }
     void End(EventKind kind, int) override
     {
@@ -88,7 +88,7 @@ public:
             out << "</details>\n";
         } else if (kind == EventKind::Argument) {
             CloseLine();
-        } else if (kind == EventKind::Value) {
+        } else if (IsValue(kind)) {
             if (brackets.back() && inLine) out << ')';
             if (brackets.back()) first = false;
             brackets.pop_back();
@@ -96,6 +96,8 @@ public:
     }
 
 private:
+    // Whether it is shown as a value; elements that ZELT does not know are.
+    static bool IsValue(EventKind kind) { return kind == EventKind::Value || kind == EventKind::Other; }
     void CloseLine()
     {
         if (inLine) out << "</p>\n";

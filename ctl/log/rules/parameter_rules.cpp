@@ -62,7 +62,7 @@ void ParameterRules::Begin(const LogEvent& call)
         if (outside.empty()) continue;
         parameter.isReported = true;
         report(parameter.put->line, "bounds",
-               Quoted(name) + " is set to " + Digits(parameter.put->value) + ", " + outside + ", and is so when " +
+               Quoted(name) + " is set to " + Digits(parameter.put->value) + ", " + outside + ", and still is when " +
                    std::string(call.name) + " is called in line " + std::to_string(call.line));
     }
 }

@@ -331,7 +331,7 @@ TEST_F(Doctor, FindsPackagesThatCannotBeMade)
         {"package-own", [] { Export({{L"{4CCF55DB-E332-42F8-B685-188989F8E1EC}", 2, L"Planted", L"Planted"}}); },
          "The exported package \"Planted\" comes from ZELT itself, so creating it would never end; zeltctl remove the package."},
         {"package-duplicate", [] { Export({{kSamplePackage, 1, L"", L"Planted"}, {kSampleManager, 0, L"Alcohols", L"PLANTED"}}); },
-         "The name \"PLANTED\" is exported more than once, so simulators that ask for it get the first one only; zeltctl remove the first "
+         "The name \"PLANTED\" is exported more than once, so simulators that ask for it get only the first one; zeltctl remove the first "
          "one, and zeltctl add it under a name of its own."},
     };
     // clang-format on

@@ -136,7 +136,7 @@ TEST_F(Exports, TakeNoOtherWidth)
         words.insert(words.end(), {"--width", "16"});
         const CommandOutcome outcome = RunZeltctl(words);
         EXPECT_EQ(2, outcome.code);
-        EXPECT_EQ("zeltctl: --width is 32 or 64, not \"16\"; zeltctl --help tells more\n", outcome.messages);
+        EXPECT_EQ("zeltctl: --width is 32 or 64, not \"16\"; see zeltctl --help\n", outcome.messages);
     }
 }
 
@@ -337,7 +337,8 @@ TEST_F(Exports, AreLeftAloneWhileZeltRuns)
             EXPECT_EQ(2, outcome.code);
             EXPECT_EQ("", outcome.data);
             EXPECT_EQ(
-                "zeltctl: ZELT runs, and would write its own list of packages over this change; close its window and "
+                "zeltctl: ZELT is running, and would overwrite this change with its own list of packages; close its "
+                "window and "
                 "the "
                 "simulators that use it, then try again\n",
                 outcome.messages);

@@ -118,7 +118,8 @@ TEST_F(RecordingRender, TellsAViewerWhyARecordingCannotBeShown)
         const RenderedRecording log(Path("other.zlr"));
         FAIL() << "it was rendered";
     } catch (const std::runtime_error& error) {
-        EXPECT_EQ(0, std::string(error.what()).find("it was made by the ZELT of the other width")) << error.what();
+        EXPECT_EQ(0, std::string(error.what()).find("it was made by the other edition of ZELT (32 or 64 bit)"))
+            << error.what();
     }
 }
 

@@ -91,8 +91,7 @@ TEST_F(ReportOfThisComputer, NeedsAFile)
 {
     const CommandOutcome outcome = RunZeltctl({"report"});
     EXPECT_EQ(2, outcome.code);
-    EXPECT_EQ("zeltctl: \"report\" needs a file for the report, -o FILE; zeltctl --help tells more\n",
-              outcome.messages);
+    EXPECT_EQ("zeltctl: \"report\" needs a file for the report, -o FILE; see zeltctl --help\n", outcome.messages);
 }
 
 }  // namespace

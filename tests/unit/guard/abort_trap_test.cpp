@@ -17,7 +17,7 @@ namespace {
 TEST(AbortTrap, IsInTheUniversalLibraryThatTheProcessBeganWith)
 {
     const HMODULE library = GetModuleHandleW(L"ucrtbase.dll");
-    if (!library) GTEST_SKIP() << "this system's libraries do without it";
+    if (!library) GTEST_SKIP() << "this system's libraries do not load it";
     const auto end = reinterpret_cast<void (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "abort")));
     ASSERT_NE(nullptr, end);
     // The trap must still work in a second call.

@@ -86,7 +86,7 @@ TEST_F(ScarceResources, AFullDiskEndsTheLogAndNoCall)
     const std::wstring place = disk ? (fs::path(disk) / L"full.zlg").wstring() : L"Z:\\dev\\full";
     if (!disk) {
         HANDLE full = CreateFileW(place.c_str(), GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-        if (full == INVALID_HANDLE_VALUE) GTEST_SKIP() << "there is no full disk";
+        if (full == INVALID_HANDLE_VALUE) GTEST_SKIP() << "there is no full disk to test with";
         CloseHandle(full);
     }
     DocumentHold log = OpenAt(place);

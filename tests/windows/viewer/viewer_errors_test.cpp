@@ -143,7 +143,7 @@ TEST_F(ViewerErrors, GoesThroughTheFilteredOnes)
     ASSERT_TRUE(Shows(0));
     EXPECT_EQ(L"0 of 5", FoundText());
     Send(kCommandNextError);
-    EXPECT_EQ(L"No error or warning has the text of the filter.", Box(L"Next error:"));
+    EXPECT_EQ(L"No error or warning matches the filter.", Box(L"Next error:"));
 }
 
 TEST_F(ViewerErrors, KeysReachTheFilter)

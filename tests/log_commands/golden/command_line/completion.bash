@@ -31,7 +31,7 @@ _zeltctl()
     'recording redact') words='--keep-errors -o --help' ;;
     'recording trim') words='--calls --failure -o --help' ;;
     esac
-    # Without an option begun, what is not a command is a file.
+    # Unless an option is being typed, a word that is not a command is a file.
     [[ $current == -* || $words != -* ]] || words=
     COMPREPLY=($(compgen -W "$words" -- "$current"))
 }
