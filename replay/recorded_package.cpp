@@ -9,6 +9,7 @@
 #include "recording/comparison.h"
 #include "replay/call_frame.h"
 #include "replay/error_text.h"
+#include "replay/recorded_text.h"
 #include "system/narrow.h"
 #include "system/owners.h"
 
@@ -88,6 +89,7 @@ RecordedPackage::RecordedPackage(const std::wstring& path)
         throw std::runtime_error("The recording \"" + shown +
                                  "\" was made by the other edition of ZELT (32 or 64 bit)");
     }
+    codePage = header->codePage;
     recording::CallTreeReader reader(records);
     while (std::unique_ptr<KeptCall> call = reader.Next()) calls.push_back(std::move(call));
     if (!reader.Component())
@@ -207,7 +209,7 @@ std::optional<HRESULT> RecordedPackage::AnswerByItself(const replay::StandIn& ob
 {
     if (method.name == "ICapeIdentification::get_ComponentName") {
         const auto name = objectNames.find(object.Address());
-        return Put(method, words, name == objectNames.end() ? L"" : Widen(name->second));
+        return Put(method, words, name == objectNames.end() ? L"" : WidenRecorded(name->second, codePage));
     }
     if (method.name == "ICapeIdentification::put_ComponentName") return S_OK;
     if (method.name == "ECapeRoot::get_name") return Put(method, words, failure.name);
@@ -254,7 +256,8 @@ HRESULT RecordedPackage::Repeat(const replay::StandIn& object, const com::DualMe
     uses[performed] = ++repeated;
     const auto status = static_cast<HRESULT>(performed->result.status);
     if (FAILED(status)) {
-        failure = {performed->result.status, Widen(performed->result.name), Widen(performed->result.description)};
+        failure = {performed->result.status, WidenRecorded(performed->result.name, codePage),
+                   WidenRecorded(performed->result.description, codePage)};
         isRefusal = false;
         SetErrorText(failure.description);
         return status;

@@ -69,6 +69,7 @@ private:
     HRESULT Refuse(const com::DualMethod& method, const std::string& reason);
 
     recording::KeptComponent component;
+    std::uint32_t codePage = 0;  // of names and failures
     recording::KeptQueries queries;
     std::vector<std::unique_ptr<recording::KeptCall>> calls;
     std::unordered_map<std::string, Calls> byMember;

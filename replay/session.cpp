@@ -12,6 +12,7 @@
 #include "replay/call_frame.h"
 #include "replay/error_text.h"
 #include "replay/persistence.h"
+#include "replay/recorded_text.h"
 #include "system/narrow.h"
 
 namespace zelt::replay {
@@ -205,7 +206,7 @@ HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, 
     }
     const auto status = static_cast<HRESULT>(recorded->result.status);
     if (FAILED(status)) {
-        SetErrorText(Widen(std::string(recorded->result.description)));
+        SetErrorText(WidenRecorded(recorded->result.description, codePage));
         return status;
     }
     const HRESULT given = GiveOutputs(method, *recorded, words, *this);

@@ -35,8 +35,9 @@ public:
     using Make = std::function<ForeignPtr<IUnknown>(const recording::KeptComponent&)>;
 
     // `tolerance` is the relative tolerance for real numbers; 0 compares bits. `queries` grow while the recording is read.
-    Session(const recording::KeptQueries& queries, double tolerance, Make make, Report report)
-        : queries(queries), tolerance(tolerance), make(std::move(make)), report(std::move(report))
+    // `codePage` is that of the recording's header.
+    Session(const recording::KeptQueries& queries, std::uint32_t codePage, double tolerance, Make make, Report report)
+        : queries(queries), codePage(codePage), tolerance(tolerance), make(std::move(make)), report(std::move(report))
     {}
     ~Session();
     Session(const Session&) = delete;
@@ -93,6 +94,7 @@ private:
     void Say(const recording::KeptCall& call, std::string text) { report({call, std::move(text)}); }
 
     const recording::KeptQueries& queries;
+    const std::uint32_t codePage;
     const double tolerance;
     const Make make;
     const Report report;

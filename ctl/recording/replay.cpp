@@ -120,10 +120,11 @@ Played Play(RecordingFile& file, const Arguments& arguments, Differences& differ
         throw Refusal(arguments.Operand(0) +
                       ": the component is of the other width, so the zeltctl of that width replays it");
     }
+    const std::uint32_t codePage = header.codePage;
     recording::CallTreeReader calls(file.Records());
     ComponentSource source(arguments);
     replay::Session session(
-        calls.Queries(), arguments.Number("--tolerance").value_or(0),
+        calls.Queries(), codePage, arguments.Number("--tolerance").value_or(0),
         [&](const KeptComponent& component) { return source.Make(component); },
         [&](const replay::Finding& finding) { differences.Take(finding); });
     bool isMade = false;
