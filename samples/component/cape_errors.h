@@ -1,6 +1,6 @@
 // The error state of a CAPE-OPEN component and the interfaces through which a caller reads it: ECapeRoot, ECapeUser, the
-// interfaces of the common classes of errors, and ISupportErrorInfo for callers that want IErrorInfo. A member of the
-// component; it keeps the state of the last failure until the next one.
+// interfaces of the common classes of errors, and ISupportErrorInfo for callers that want IErrorInfo. A
+// component has one CapeErrors as a member, which keeps the state of the last failure until the next one.
 #pragma once
 
 #include <windows.h>

@@ -30,8 +30,8 @@ private:
     std::wstring description;
 };
 
-// The host, if there is one, handles parameters and the simulation context; without one, there are no parameters, and
-// this part itself holds the context until Terminate. Edit fails: there is no dialog.
+// The host handles parameters and the simulation context. Without a host there are no parameters, and this part holds the
+// context until Terminate. Edit fails, because there is no dialog.
 class UtilitiesPart : public CapePart<ICapeUtilities> {
 public:
     // `onInitialize` and `onTerminate` may be empty; an exception from them fails the call. `host` may be null.

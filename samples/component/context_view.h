@@ -1,6 +1,6 @@
-// The simulator's context as a component sees it. Holds one reference until Reset. If the context lacks or refuses
-// something, the component does not fail: a simulator need not offer any of this. A list of names that is not an array of
-// strings throws CapeFailure.
+// The simulator's context as a component sees it. Holds one reference until Reset. A simulator need not offer any of this:
+// if the context lacks or refuses something, the functions do nothing or return an empty result. Only a list of names that
+// is not an array of strings throws CapeFailure.
 #pragma once
 
 #include <cape-open.h>

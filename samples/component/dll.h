@@ -1,5 +1,5 @@
-// The exports of an in-process server, for a table of classes and one of registrations. A DLL's own source uses the
-// macro to define them.
+// The exports of an in-process server. Each DLL's dll.cpp defines them with the macro, from its table of classes and its
+// table of registrations.
 #pragma once
 
 #include <span>

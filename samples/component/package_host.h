@@ -1,5 +1,6 @@
 // What every kind of package has besides its calculations: parameters that its user may set, and the context of
-// the simulator that hosts it. A member of the package; holds the context from put_simulationContext to Terminate.
+// the simulator that hosts it. A package has one PackageHost as a member, which holds the context from
+// put_simulationContext to Terminate.
 #pragma once
 
 #include <functional>
@@ -28,8 +29,8 @@ public:
     void Terminate();
 
     // At the first call with a context: makes a material from the simulator's first template, reads it through the
-    // interfaces of `generation`, and tells the simulator, at level 1, which of its compounds `knows` rejects. Later calls
-    // do nothing until Terminate.
+    // interfaces of `generation`, and tells the simulator, at level 1, which of the material's compounds `knows` rejects.
+    // Until Terminate, later calls do nothing.
     void CheckTemplate(Generation generation, const std::function<bool(const std::wstring&)>& knows);
 
     // Throws CapeFailure when the user's limits do not allow a calculation at this state, or a limit is itself invalid.

@@ -1,5 +1,5 @@
 // The COM objects of parameters: a collection, a parameter, and its specification with one of the standard's five typed
-// interfaces. The collection also serves other objects that the standard keeps in collections.
+// interfaces. A unit's ports are in a collection of the same class.
 #pragma once
 
 #include <span>

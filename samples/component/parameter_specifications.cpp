@@ -19,7 +19,7 @@ public:
     {}
 
 protected:
-    // A script asks for bounds and options; it knows the type from the parameter's value.
+    // The typed interface has the bounds and options. Scripts need no ICapeParameterSpec: a parameter's value shows its type.
     IDispatch* ScriptInterface() override { return &typed; }
 
 private:

@@ -1,5 +1,6 @@
 // Saving and loading of a component's parameters through the system's persistence interfaces: a component has
-// IPersistStreamInit, or IPersistStream, or neither. Each is a part of the component's object and borrows its parameters.
+// IPersistStreamInit, or IPersistStream, or neither. The interface is a part of the component's object and borrows the
+// component's parameters.
 #pragma once
 
 #include <ocidl.h>

@@ -25,7 +25,7 @@ std::wstring Lower(std::wstring_view text);
 
 std::wstring Quoted(std::wstring_view text);
 
-// A number in short form, like "%.6g", for readers of error messages.
+// A number for messages, in the form "%.6g".
 std::wstring NumberText(double value);
 
 // Widens plain ASCII.

@@ -15,7 +15,7 @@
 namespace zelt::sample {
 namespace {
 
-// Hides values from the optimiser, which would otherwise change the undefined behaviour into something else.
+// Volatile, so that the optimiser cannot turn the undefined behaviour into something else.
 volatile int zero = 0;
 volatile int one = 1;
 volatile int lowest = std::numeric_limits<int>::min();
@@ -80,8 +80,9 @@ void HandledFault()
     if (!IsBadReadPtr(reinterpret_cast<const void*>(sizeof(int)), sizeof(int))) std::abort();
 }
 
-// A thrown char string as Microsoft's compiler raises it. The descriptors of its type refer to each other by 32-bit values:
-// by addresses in 32-bit code, by offsets from the image base in 64-bit code, where that base is the fourth parameter.
+// A char string thrown the way code from Microsoft's compiler throws it. The descriptors of the thrown type refer to each
+// other by 32-bit values: addresses in 32-bit code; in 64-bit code offsets from the image base, which is the exception's
+// fourth parameter.
 struct TypeDescriptor {
     const void* table;
     void* spare;

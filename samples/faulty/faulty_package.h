@@ -20,7 +20,8 @@ struct Character {
     bool keepsMaterial = false;             // never releases a material that it gets
     const wchar_t* reportedName = nullptr;  // the name to report instead of its own; L"" reports a null text
     HRESULT rename = S_OK;                  // the result of put_ComponentName
-    const wchar_t* initialize = L"";        // the faults that these calls commit; empty for none
+    // The faults that five calls commit; empty for none.
+    const wchar_t* initialize = L"";
     const wchar_t* queryPhases = L"";
     const wchar_t* getName = L"";
     const wchar_t* finalRelease = L"";

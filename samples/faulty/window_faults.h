@@ -1,5 +1,5 @@
 // Access violations in code that the system calls back: window procedures, a hook, an enumeration. The fault passes through
-// the system, which may swallow it; then the caller does not see it.
+// the system, which may swallow it before the caller sees it.
 #pragma once
 
 namespace zelt::sample {

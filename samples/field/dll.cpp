@@ -1,4 +1,4 @@
-// FieldComponents.dll: components with extra interfaces and behaviour that occur in the field and that the other samples lack.
+// FieldComponents.dll: components with interfaces and behaviour that occur in the field but not in the other samples.
 #include "samples/component/dll.h"
 #include "samples/field/classes.h"
 #include "samples/field/field_package.h"

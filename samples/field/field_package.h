@@ -1,6 +1,6 @@
 // A CAPE-OPEN 1.0 property package that calculates like the sample package and has the extras of packages in the field: the
-// interfaces of a calculation routine and of an equilibrium server, reliability, petroleum fractions. It reaches its
-// material by name alone, and keeps a simulation context only if the context offers ICapeSimulationContext.
+// interfaces of a calculation routine and of an equilibrium server, reliability, petroleum fractions. It calls its material
+// late-bound, and keeps a simulation context only if the context offers ICapeSimulationContext.
 #pragma once
 
 #include "com/object.h"

@@ -13,7 +13,7 @@ public:
     static constexpr const wchar_t* kDescription = L"Lowers the pressure of a stream at constant temperature";
 
     FieldUnitModel();
-    // Hides the base class's function: returns the same parameters as objects that are their own specifications.
+    // Hides the base class's function. Returns parameter objects that are their own specifications and share the same values.
     Microsoft::WRL::ComPtr<IDispatch> ParameterCollection() const;
 
 protected:

@@ -1,5 +1,5 @@
-// Wraps a material that is reached by name alone, through its IDispatch, and never asked for an interface of the standard. To
-// the code around it, the wrapper looks like a CAPE-OPEN 1.0 material object.
+// A wrapper that makes all calls to a material late-bound: by member name through IDispatch, never through an interface of
+// the standard. The wrapper itself is a CAPE-OPEN 1.0 material object.
 #pragma once
 
 #include <cape-open.h>

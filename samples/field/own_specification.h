@@ -1,5 +1,5 @@
-// Parameters that are their own specifications: ICapeParameterSpec and the typed interface are the parameter's, and
-// get_Specification returns the same object.
+// Parameters that are their own specifications: the parameter object also has ICapeParameterSpec and the typed interface,
+// and get_Specification returns the parameter object itself.
 #pragma once
 
 #include "samples/component/parameter.h"

@@ -1,5 +1,5 @@
 // The simulator's material object: the state of a stream, as components of both versions of the standard see it. Shares
-// the slate with its simulator and with the materials made from it.
+// its slate with the simulator, and its slate and link with the materials that it makes.
 #pragma once
 
 #include <functional>
@@ -78,7 +78,7 @@ private:
     MaterialPropertyPart properties;
     MaterialEquilibriumPart equilibrium;
     IdentificationPart identification;
-    bool calculates = false;  // set when the material is made: an object's interfaces do not change
+    bool calculates = false;  // set when the material is made: an object's interfaces must not change
 };
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// ICapeThermoMaterialObject of the simulator's material: the material's state through CAPE-OPEN 1.0. The property package
-// in the simulator's link does the calculations.
+// ICapeThermoMaterialObject of the simulator's material: the material's state through CAPE-OPEN 1.0. The CAPE-OPEN 1.0
+// package in the PackageLink does the calculations.
 #pragma once
 
 #include "samples/component/cape_errors.h"
@@ -18,11 +18,12 @@ public:
     STDMETHOD(GetUniversalConstant)(VARIANT props, VARIANT* propVals) override;
     STDMETHOD(GetComponentConstant)(VARIANT props, VARIANT compIds, VARIANT* propVals) override;
     STDMETHOD(CalcProp)(VARIANT props, VARIANT phases, BSTR calcType) override;
-    // Phase "Overall", or one of the slate's. Temperature and pressure are always those of the whole material. A list
-    // of compounds selects from properties with one value for each compound.
+    // `phase` is "Overall" or a phase of the slate. Temperature and pressure are always those of the whole material. If a
+    // property has one value for each compound, `compIds` selects from them.
     STDMETHOD(GetProp)(BSTR property, BSTR phase, VARIANT compIds, BSTR calcType, BSTR basis,
                        VARIANT* results) override;
-    // Makes the phase present, except for "Overall", temperature and pressure. Values are set for all compounds at once.
+    // Makes the phase present, unless it is "Overall" or the property is temperature or pressure. Values are set for all
+    // compounds at once.
     STDMETHOD(SetProp)(BSTR property, BSTR phase, VARIANT compIds, BSTR calcType, BSTR basis, VARIANT values) override;
     STDMETHOD(CalcEquilibrium)(BSTR flashType, VARIANT props) override;
     STDMETHOD(SetIndependentVar)(VARIANT indVars, VARIANT values) override;

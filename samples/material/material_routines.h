@@ -1,6 +1,6 @@
-// What the material objects of a flowsheet calculate on request: properties and equilibrium, with the CAPE-OPEN 1.1
-// package of their PackageLink, which gets the material before each call and releases it afterwards. A material made without
-// such a package does not offer these interfaces.
+// The interfaces through which a material object calculates its properties and equilibrium. The CAPE-OPEN 1.1 package in its
+// PackageLink does the calculations: each call sets the material in the package, forwards the call and unsets the material.
+// A material made without such a package does not offer these interfaces.
 #pragma once
 
 #include "samples/component/cape_errors.h"

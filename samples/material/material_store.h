@@ -42,8 +42,8 @@ struct MaterialState {
     std::map<std::pair<std::wstring, std::wstring>, PropertyBag> twoPhase;  // by both labels
 };
 
-// Called at the start of a material's methods that get values of properties, and of GetPresentPhases; a test may block in it.
-// May be empty.
+// Called at the start of GetPresentPhases and of each method of a material that gets property values; a test may block in
+// it. May be empty.
 using ReadHook = std::function<void(const wchar_t* method)>;
 
 // The package that calculates for materials, if there is one. The materials share the link; the code that set it clears

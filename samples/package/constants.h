@@ -1,5 +1,5 @@
-// The tables behind ICapeThermoCompounds and ICapeThermoUniversalConstant: names of the standard, and how to find the
-// value. Every value is SI; the standard's molecular weight is relative, so its number is that in g/mol.
+// The tables behind ICapeThermoCompounds and ICapeThermoUniversalConstant: the standard's names, each with its value or the
+// function that gives it. Values are in SI units, except the molecular weight: the standard's is relative, numerically g/mol.
 #pragma once
 
 #include <comutil.h>

@@ -14,9 +14,8 @@ public:
     {}
 
     // A specification is an array of a property, a basis and a phase label. The candidates are the phases that are present in
-    // the material before the call and that the user's parameter allows. Sets the phases that are present at equilibrium,
-    // each one's temperature, pressure, fraction and phase fraction, and whichever of the overall temperature and pressure
-    // was not given.
+    // the material before the call and that the user's parameter allows. Sets the phases that are present at equilibrium; the
+    // temperature, pressure, fraction and phase fraction of each; and the overall temperature or pressure if it was not given.
     STDMETHOD(CalcEquilibrium)(VARIANT specification1, VARIANT specification2, BSTR solutionType) override;
     STDMETHOD(CheckEquilibriumSpec)(VARIANT specification1, VARIANT specification2, BSTR solutionType,
                                     VARIANT_BOOL* isSupported) override;

@@ -23,7 +23,7 @@ public:
     // The phases currently present in the material.
     std::vector<std::wstring> PhaseIds() const;
 
-    // Temperature and pressure are those of the whole material: CAPE-OPEN 1.0 has no others.
+    // Temperature and pressure are those of the whole material: CAPE-OPEN 1.0 has none for single phases.
     PhaseState StateOf(const std::wstring& phase) const;
     // One value of a mixture, such as the phase fraction of a phase.
     double Single(const wchar_t* property, const std::wstring& phase, const wchar_t* basis) const;

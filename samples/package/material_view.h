@@ -1,5 +1,5 @@
-// A material object as the package sees it: ICapeThermoMaterial with C++ values instead of VARIANTs. Holds
-// references to it. A read or write throws CapeFailure with the material's own code and description when the material refuses.
+// A material object as the package sees it: ICapeThermoMaterial with C++ values instead of VARIANTs. Holds references to the
+// material. A read or write throws CapeFailure with the material's own code and description when the material refuses.
 #pragma once
 
 #include <cape-open.h>

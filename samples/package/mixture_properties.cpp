@@ -38,7 +38,7 @@ std::vector<double> Pick(CompoundProperties properties, Derivative derivative)
     }
 }
 
-// A row's function, made from a member of the model that returns a Property.
+// The function for a row of kProperties, made from a member function of IdealSolution that returns a Property.
 template <Property (IdealSolution::*Member)(Phase, double, double, std::span<const double>) const>
 std::vector<double> Molar(const PhaseInput& in, Derivative derivative)
 {
@@ -69,7 +69,8 @@ std::vector<double> Fugacity(const PhaseInput& in, Derivative derivative)
     return Pick(in.solution.Fugacity(in.phase, in.temperature, in.pressure, in.fractions), derivative);
 }
 
-// The slope of the enthalpy. Derivatives of the heat capacity are not offered: the model gives first derivatives only.
+// The temperature derivative of the enthalpy. The heat capacity has no derivatives of its own here, because IdealSolution gives
+// first derivatives only.
 std::vector<double> HeatCapacity(const PhaseInput& in, Derivative derivative)
 {
     if (derivative != Derivative::kNone) {

@@ -24,7 +24,7 @@ struct PhaseInput {
 
 struct SinglePhaseProperty {
     const wchar_t* name;
-    const wchar_t* basis;  // of the values: "mole", or empty for a property without one
+    const wchar_t* basis;  // of the values: "mole", or empty for a property without a basis
     bool moles;            // the derivative with respect to amounts is offered
     // One value for a mixture property; one for each compound otherwise. The derivative with respect to amounts begins
     // with all derivatives of compound 0's value, in the order of the amounts; those of compound 1's value follow.
@@ -36,7 +36,7 @@ struct PropertyRequest {
     Derivative derivative;
 };
 
-// The names that the list methods return: each without a suffix and with every offered one.
+// The names that the list methods return: each property without a suffix, and with every suffix that it offers.
 std::vector<std::wstring> SinglePhasePropertyNames();
 
 // Whether the name, including its suffix, is offered; and the lookup, which throws CapeFailure if it is not.

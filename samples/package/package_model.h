@@ -1,5 +1,5 @@
-// A property package without its interfaces: its name, its compounds in order, the model, and the material that
-// calculations read and write. The interface parts of a package share one model.
+// A property package without its interfaces: its name, its compounds in order, their ideal solution, and the material that
+// calculations read and write. The interface parts of a package share one PackageModel.
 #pragma once
 
 #include <span>
@@ -24,7 +24,7 @@ struct PackageDefinition {
 // The packages that the sample offers.
 std::span<const PackageDefinition> AllPackages();
 // Compared without regard to case; null if there is none. Also finds "Aromatics, revised", which AllPackages does not list:
-// "Aromatics" with a vapour pressure of o-xylene that is higher by one in a million.
+// "Aromatics" with o-xylene's vapour pressure raised by one part per million.
 const PackageDefinition* FindPackage(std::wstring_view name);
 
 struct PhaseDefinition {
@@ -49,7 +49,7 @@ public:
     PackageHost& Host() { return host; }
     const PackageHost& Host() const { return host; }
     std::span<const Compound* const> Compounds() const { return compounds; }
-    // The model in the package's order of compounds.
+    // The ideal solution of the compounds in the package's order.
     const IdealSolution& Solution() const { return solution; }
 
     // The compounds with these ids; all compounds for an empty list. Throws CapeFailure for an unknown id.
@@ -67,8 +67,8 @@ public:
 
     bool HasMaterial() const { return static_cast<bool>(material); }
 
-    // The active material, and the model in its order of compounds. Without a material, both throw CapeFailure ("bad order
-    // of calls").
+    // The active material, and the ideal solution of the compounds in the material's order. Without a material, both throw
+    // CapeFailure ("bad order of calls").
     const MaterialView& Material() const;
     const IdealSolution& MaterialSolution() const;
 

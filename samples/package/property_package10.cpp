@@ -13,7 +13,7 @@ namespace {
 
 constexpr const wchar_t* kPure = L"Pure";
 
-// The flash types of CAPE-OPEN 1.0; the value of the second quantity is a property of `phase`.
+// The flash types of CAPE-OPEN 1.0. The first quantity is read from the whole material, the second from `phase`.
 struct FlashType {
     const wchar_t* name;
     FlashKind kind;
@@ -89,7 +89,7 @@ void PropertyPackage10Part::Calculate(const MaterialObjectView& material, std::s
                                       std::span<const std::wstring> phases, bool pure) const
 {
     const IdealSolution solution = SolutionOf(material);
-    // Looks up every property before it calculates, so that one that is not offered changes nothing.
+    // Looks up all properties first, so that an unknown name fails before any of them is calculated.
     std::vector<PropertyRequest> requests;
     for (const std::wstring& name : props) {
         requests.push_back(FindSinglePhaseProperty(name));
@@ -203,7 +203,7 @@ STDMETHODIMP PropertyPackage10Part::ValidityCheck(IDispatch* materialObject, VAR
         try {
             model.Host().CheckState(state.temperature, state.pressure, state.fractions);
         } catch (const CapeFailure& failure) {
-            // The caller asks only about the state; an invalid parameter is an error.
+            // A state outside the limits is a valid answer; an invalid parameter is an error.
             if (failure.code != static_cast<HRESULT>(ECapeOutOfBoundsHR)) throw;
             inside = false;
         }

@@ -1,5 +1,5 @@
-// A CAPE-OPEN 1.0 property package: ICapeThermoPropertyPackage around one PackageModel. It keeps no material: each
-// calculation gets one.
+// A CAPE-OPEN 1.0 property package: ICapeThermoPropertyPackage around one PackageModel. It keeps no material: callers
+// pass one to each calculation.
 #pragma once
 
 #include "com/object.h"
@@ -26,8 +26,8 @@ public:
     STDMETHOD(GetComponentConstant)(IDispatch* materialObject, VARIANT props, VARIANT* propVals) override;
     // Calculation type "Mixture" or empty, or "Pure" for the properties of each compound alone.
     STDMETHOD(CalcProp)(IDispatch* materialObject, VARIANT props, VARIANT phases, BSTR calcType) override;
-    // Flash types TP, PVF, TVF, PH and PS. Sets the composition and phase fraction of each present phase and
-    // whichever of temperature and pressure was not given, and then calculates `props` for those phases.
+    // Flash types TP, PVF, TVF, PH and PS. Sets the composition and phase fraction of each phase that is present at
+    // equilibrium, and the temperature or pressure if it was not given. Then calculates `props` for those phases.
     STDMETHOD(CalcEquilibrium)(IDispatch* materialObject, BSTR flashType, VARIANT props) override;
     STDMETHOD(PropCheck)(IDispatch* materialObject, VARIANT props, VARIANT* valid) override;
     // Whether each property is offered and the user's limits allow calculations at the material's state.
@@ -35,7 +35,7 @@ public:
     STDMETHOD(GetPropList)(VARIANT* props) override;
 
 private:
-    // The model in the order of the material's compounds.
+    // The ideal solution of the material's compounds, in the material's order.
     IdealSolution SolutionOf(const MaterialObjectView& material) const;
     void Calculate(const MaterialObjectView& material, std::span<const std::wstring> props,
                    std::span<const std::wstring> phases, bool pure) const;

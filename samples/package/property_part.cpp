@@ -57,7 +57,7 @@ STDMETHODIMP PropertyPart::CalcSinglePhaseProp(VARIANT props, BSTR phaseLabel)
         const MaterialView& material = model.Material();
         const IdealSolution& solution = model.MaterialSolution();
         const PhaseDefinition& phase = PhaseOf(TextOf(phaseLabel));
-        // Looks up every property before it calculates, so that one that is not offered changes nothing.
+        // Looks up all properties first, so that an unknown name fails before any of them is calculated.
         const std::vector<std::wstring> names = ReadStrings(props, L"props");
         std::vector<PropertyRequest> requests;
         requests.reserve(names.size());

@@ -14,8 +14,8 @@ public:
         : CapePart(object, errors, L"ICapeThermoPropertyRoutine"), model(model)
     {}
 
-    // The compounds are those of the active material, or of the package if no material is set. An output whose flag is
-    // not set is not written. The derivative with respect to amounts begins with all derivatives of compound 0's value.
+    // The compounds are those of the active material, or of the package if no material is set. Writes only the
+    // outputs whose flags are set. The derivative with respect to amounts begins with all derivatives of compound 0's value.
     STDMETHOD(CalcAndGetLnPhi)(BSTR phaseLabel, double temperature, double pressure, VARIANT moleNumbers, int fFlags,
                                VARIANT* lnPhi, VARIANT* lnPhiDT, VARIANT* lnPhiDP, VARIANT* lnPhiDn) override;
     STDMETHOD(CalcSinglePhaseProp)(VARIANT props, BSTR phaseLabel) override;

@@ -1,4 +1,4 @@
-// Words of CAPE-OPEN 1.0 in the arguments of a material object.
+// Arguments for methods of the CAPE-OPEN 1.0 material object: a calculation type, and the phase that means the whole material.
 #pragma once
 
 #include <string>

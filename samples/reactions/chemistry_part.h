@@ -23,7 +23,7 @@ public:
     STDMETHOD(GetReactionRateBasis)(BSTR reacID, eCapeReactionRateBasis* rateBasis) override;
     STDMETHOD(GetReactionConcBasis)(BSTR reacID, BSTR* concBasis) override;
     STDMETHOD(GetBaseReactant)(BSTR reacID, BSTR* baseReactantId) override;
-    // The compounds of all the package's reactions in the phase of this reaction.
+    // The compounds of all reactions of the package that take place in the same phase as this reaction.
     STDMETHOD(GetPhaseCompounds)(BSTR reacID, long* compNo, VARIANT* compIds) override;
     STDMETHOD(GetReactionParameters)(BSTR reacID, IDispatch** parameterCollection) override;
 

@@ -10,7 +10,7 @@ constexpr double kLog10 = 2.302585092994046;
 constexpr double kAtmosphere = 101325;  // Pa
 constexpr double kBar = 1e5;            // Pa
 
-// A law published for the decadic logarithm, with c as the factor of log10 T.
+// Converts a law published as log10 K = a + b/T + c log10 T + d T + e T2.
 constexpr EquilibriumLaw Decadic(double a, double b, double c, double d, double e, double standardPressure)
 {
     return {{a * kLog10, b * kLog10, c, d * kLog10, e * kLog10}, standardPressure};

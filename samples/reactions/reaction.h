@@ -19,7 +19,7 @@ struct ReactionCompound {
     double order = 0;    // of the rate in this compound
 };
 
-// The quantity that a rate law or an equilibrium constant uses.
+// The measure of concentration in a rate law or an equilibrium constant.
 enum class ConcentrationBasis { kMolarity, kPartialPressure, kMolality };
 
 // Rate of the base reactant's consumption, mol/(m3 s): factor * exp(-activationTemperature / T) * product of

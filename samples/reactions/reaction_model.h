@@ -1,6 +1,6 @@
 // A reaction package without its interfaces: its reactions with their parameters, the material whose state they depend
-// on, and the reaction object that receives the results. The interface parts of a package share one model. Holds
-// references to the two objects until others replace them, UnsetMaterial or Release is called, or it is destroyed.
+// on, and the reaction object that receives the results. The interface parts of a package share one model. Holds a
+// reference to each of the two objects until another replaces it or Release is called; UnsetMaterial releases the material.
 #pragma once
 
 #include <cape-open.h>
@@ -27,8 +27,7 @@ public:
     const Reaction& Definition() const { return reaction; }
     const ParameterSet& Parameters() const { return parameters; }
 
-    // The laws as set by the user. All four throw CapeFailure for a reaction of the other kind, or one that is
-    // disabled.
+    // The laws with the user's values. All four functions throw CapeFailure if the reaction is of the other kind or disabled.
     RateLaw Rate() const;
     std::vector<double> Orders() const;                   // one for each compound
     std::vector<double> EquilibriumCoefficients() const;  // of ln K

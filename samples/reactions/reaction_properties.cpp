@@ -60,7 +60,7 @@ WithSlope EquilibriumConstant(const ReactionInput& in)
 double Quotient(const ReactionInput& in)
 {
     const Reaction& reaction = in.reaction.Definition();
-    // Gets the coefficients so that a kinetic or disabled reaction fails as it does for the constant.
+    // Called only for its checks: a kinetic or disabled reaction fails here as in EquilibriumConstant.
     in.reaction.EquilibriumCoefficients();
     if (reaction.basis != ConcentrationBasis::kPartialPressure) {
         throw CapeFailure(ECapeLimitedImplHR,

@@ -1,4 +1,4 @@
-// The properties of reactions by name, as offered by CalcReactionProp. One value for each reaction; pure functions of
+// The properties that CalcReactionProp offers, by name, each with one value for each reaction. They are pure functions of
 // the reaction, its parameters, the state of the phase and the standard pressure.
 #pragma once
 
@@ -24,8 +24,8 @@ struct ReactionProperty {
 };
 
 // reactionRate, mol/(m3 s), of the base reactant's consumption, for an ideal gas; rateConstant, in SI units;
-// chemicalEquilibriumConstant; reactionQuotient, of partial pressures; enthalpyOfReaction, J/mol; the first and the third
-// also with ".Dtemperature" at constant pressure and composition.
+// chemicalEquilibriumConstant; reactionQuotient, of partial pressures; enthalpyOfReaction, J/mol. reactionRate and
+// chemicalEquilibriumConstant also with ".Dtemperature", at constant pressure and composition.
 std::vector<std::wstring> ReactionPropertyNames();
 // Throws CapeFailure ("invalid argument") for a name that is not offered.
 const ReactionProperty& FindReactionProperty(std::wstring_view name);

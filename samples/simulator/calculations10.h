@@ -1,7 +1,7 @@
 // A property package of CAPE-OPEN 1.0 in use, and what the simulator does with it, step by step, in a fixed order. Each
 // step prints its results, and throws CapeFailure when a call fails unexpectedly. For some calculations the simulator
-// calls the package with the material as argument; for others it calls the material, which calls the package. Flowsheet
-// programs and unit operations do either.
+// calls the package with the material as argument; for others it calls the material, which calls the package. Both ways are
+// in use among flowsheet programs and unit operations.
 #pragma once
 
 #include "samples/simulator/component_session.h"

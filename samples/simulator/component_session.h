@@ -32,7 +32,7 @@ public:
     ComponentSession& operator=(const ComponentSession&) = delete;
 
     void ShowIdentity(Report& report, const char* label) const;
-    // Calls WalkParameters if the component has parameters. With `hold`, keeps their collection, the first of them and its
+    // Calls WalkParameters if the component has parameters. With `hold`, keeps the collection, the first parameter and its
     // specification until ReleaseHeld.
     void ShowParameters(Report& report, bool hold);
 

@@ -8,7 +8,7 @@
 
 namespace zelt::sample {
 
-// The class of a ProgID or of a CLSID as text. Throws CapeFailure if the name is neither.
+// The CLSID for a ProgID, or for the text of a CLSID. Throws CapeFailure if the name is neither.
 CLSID ClassOf(const std::wstring& name);
 
 // With `inProcess`, loads the server into this process; otherwise COM chooses where the server runs. `what` names this step

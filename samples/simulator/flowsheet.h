@@ -1,5 +1,5 @@
-// What one run of the simulator has besides the package in use: the compounds and phases, once they are known, the link
-// through which materials calculate, and the receiver of messages. The sessions, the context and its templates share it.
+// What the sessions, the simulator's context and its templates share in one run: the compounds and phases, once they are
+// known, the link through which materials calculate, and the receiver of messages.
 #pragma once
 
 #include <functional>
@@ -12,9 +12,10 @@
 namespace zelt::sample {
 
 struct Flowsheet {
-    std::shared_ptr<const Slate> slate;  // null until the package has been asked
+    std::shared_ptr<const Slate> slate;  // null until it is read from the package
     std::shared_ptr<PackageLink> link = std::make_shared<PackageLink>();
-    std::function<void(const wchar_t* kind, const std::wstring& text)> onMessage;  // of components; may be empty
+    // Receives the components' messages; may be empty.
+    std::function<void(const wchar_t* kind, const std::wstring& text)> onMessage;
 };
 
 }  // namespace zelt::sample

@@ -1,5 +1,5 @@
-// A saved flowsheet: the package by its manager's class and its name, the unit operation by its class, the feeds, the power of
-// the energy inlets, and the unit's own state as the unit wrote it. Does not interpret that state.
+// A saved flowsheet: the class of the package's manager, the package's name, the class of the unit operation, the feeds, the
+// power of the energy inlets, and the unit's state as the unit wrote it.
 #pragma once
 
 #include <guiddef.h>

@@ -1,5 +1,5 @@
-// A package's state: loaded from a file before the package is initialised, changed, shown, and saved to a file, as far as the
-// options ask for it. Nothing is calculated.
+// A run that only handles a package's state. As the options request, the package loads its state from a file before it is
+// initialised, its parameters are set, and it saves its state to a file. The parameters are always shown.
 #pragma once
 
 #include <oaidl.h>

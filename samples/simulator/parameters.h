@@ -1,6 +1,6 @@
-// What the simulator does with a component's parameters: shows each with its specification, sets it to a legal value,
-// validates it, does the same with an illegal value, if there is one, and resets it to its default, so a new component has the
-// same values as before. Throws CapeFailure when a call fails unexpectedly, or when a parameter does not do what was asked.
+// What the simulator does with a component's parameters: shows each with its specification, sets it to a legal value and
+// then, if there is one, to an illegal value, and validates it both times. Finally it resets the parameter to its default,
+// so the values of a new component do not change. Throws CapeFailure when a call fails unexpectedly, or for a wrong verdict.
 #pragma once
 
 #include <cape-open.h>

@@ -9,7 +9,7 @@ namespace zelt::sample {
 
 class ReactionSession final : public ComponentSession {
 public:
-    // Reads the reactions: their compounds and phases become those of the flowsheet.
+    // Reads the reactions. Their compounds and phases become the flowsheet's slate.
     ReactionSession(Microsoft::WRL::ComPtr<IDispatch> package, std::shared_ptr<Flowsheet> flowsheet);
     ~ReactionSession();
 
@@ -35,7 +35,7 @@ public:
 // Each reaction with its compounds and its parameters.
 void ShowReactions(const ReactionSession& session, Report& report);
 // Rates, equilibrium constants and related properties over a range of temperatures. If the package has ICapeThermoContext,
-// calculates at the last temperature again with the material passed through that, which must give the same numbers.
+// passes the material through it and calculates again at the last temperature: the numbers must be the same.
 void ShowReactionProperties(const ReactionSession& session, Report& report);
 // A call that must fail.
 void ShowReactionFailure(const ReactionSession& session, Report& report);

@@ -13,7 +13,8 @@ namespace zelt::sample {
 
 class StreamSet {
 public:
-    // `feeds` are the loaded ones, one for each material inlet; null for new feeds. `power` is that of each energy inlet, W.
+    // `feeds` are the loaded feeds, one for each material inlet; null for new feeds. `power` (W) is the power of each energy
+    // inlet.
     StreamSet(std::shared_ptr<Flowsheet> flowsheet, const std::vector<UnitPort>& ports, const std::vector<Feed>* feeds,
               double power);
 
@@ -23,8 +24,8 @@ public:
 
     // Prints every stream's state.
     void Show(Report& report) const;
-    // Prints the inflow and outflow of each compound, of all together and of energy. Throws CapeFailure when they differ by
-    // more than a tolerance.
+    // Prints the inflow and outflow of each compound, of all compounds together and of energy. Throws CapeFailure when an
+    // inflow and its outflow differ by more than a tolerance.
     void ShowBalances(Report& report) const;
 
     const std::vector<Feed>& Feeds() const { return feeds; }

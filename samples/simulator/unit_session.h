@@ -21,15 +21,15 @@ struct UnitPort {
 
 class UnitSession final : public ComponentSession {
 public:
-    // Before Initialize, a new unit (`state` is null) gets InitNew if it has IPersistStreamInit; any other unit loads
-    // `state`, if one was saved.
+    // Before Initialize, a new unit (`state` is null) gets InitNew if it has IPersistStreamInit; a unit of a saved flowsheet
+    // loads `state` if it is present.
     UnitSession(Microsoft::WRL::ComPtr<IDispatch> object, const SavedState* state,
                 std::shared_ptr<Flowsheet> flowsheet);
     ~UnitSession();
 
     // Connects the object. Throws CapeFailure unless the port then returns the same object.
     void Connect(const UnitPort& port, IDispatch* object, const std::wstring& objectName, Report& report);
-    // The validation's message, or a substitute if it is empty; empty when the unit is valid.
+    // Empty when the unit is valid; otherwise its message, or a substitute if the unit gives none.
     std::wstring Validate() const;
     void Calculate() const;
     void ShowReports(Report& report) const;

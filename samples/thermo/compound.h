@@ -9,7 +9,7 @@ namespace zelt::sample {
 
 inline constexpr double kGasConstant = 8.31446261815324;  // J/(mol K), exact in the SI of 2019
 inline constexpr double kReferenceTemperature = 298.15;   // K, where the ideal gas has zero enthalpy
-inline constexpr double kReferencePressure = 101325.0;    // Pa, where it also has zero entropy
+inline constexpr double kReferencePressure = 101325.0;    // Pa, where its entropy at that temperature is zero
 inline constexpr double kLowestTemperature = 200.0;       // K, the lower end of the model's range
 inline constexpr double kHighestTemperature = 1000.0;     // K, the upper end: heat capacities are fitted up to here
 

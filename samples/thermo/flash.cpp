@@ -72,8 +72,8 @@ Bracket BoilingRange(const IdealSolution& solution, double pressure, std::span<c
     return range;
 }
 
-// Finds the argument in the range for which `f`, which rises with its argument, is zero. For a single compound the range
-// has width zero; in a narrow range, rounding may give f the same sign at both ends. Then the result is an end.
+// The zero of the rising function `f` in the range. If f has the same sign at both ends, the result is the end where f
+// is closer to zero: the range of a single compound has width zero, and in a narrow range rounding can hide the change of sign.
 template <class Function>
 double RootInRange(const Bracket& range, Function&& f, const char* what)
 {
@@ -118,7 +118,8 @@ FlashResult SinglePhase(const IdealSolution& solution, MixtureProperty property,
     return Split(solution, temperature, pressure, phase == Phase::kVapour ? 1 : 0, feed);
 }
 
-// Enthalpy and entropy rise with temperature at constant pressure, in the two-phase range too.
+// The flash at a given pressure and a given enthalpy or entropy, `target`. At constant pressure, both properties rise with
+// temperature, in the two-phase range too.
 FlashResult PropertyFlash(const IdealSolution& solution, MixtureProperty property, double pressure, double target,
                           std::span<const double> anyFeed, AllowedPhases allowed, const char* what)
 {

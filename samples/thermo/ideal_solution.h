@@ -1,8 +1,8 @@
 // The model: an ideal gas above an ideal solution (Raoult's law), for a list of compounds in a given order. Borrows the
 // compounds; keeps no state between calls. Every function of temperature and pressure throws OutOfRange for a
 // temperature outside the model's range or a pressure that is not positive and finite. For the liquid, Enthalpy, Entropy,
-// Volume and Density also throw it at and above the critical temperature of a compound in it. Compositions are mole fractions,
-// one for each compound; they are not normalised.
+// Volume and Density also throw OutOfRange at and above the critical temperature of any compound present. Compositions are
+// mole fractions, one for each compound; they are not normalised.
 //
 // The enthalpy of the liquid is that of the gas minus the published heat of vaporisation. The liquid's entropy is such that
 // both phases of a compound have the same Gibbs energy at its vapour pressure, which makes equilibrium consistent with

@@ -15,7 +15,8 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* kPower = L"work";
 
-// Null if there is none. Checks each item, because a collection need not support access by name.
+// The collection's parameter with this name; null if there is none. Compares the name of each item, because a collection need
+// not support access by name.
 ComPtr<ICapeParameter> FindParameter(IDispatch* object, std::wstring_view name)
 {
     ComPtr<ICapeCollection> collection;

@@ -3,7 +3,7 @@
 // information stream. These two streams need not be connected.
 //
 //   outlet flow of each compound   = the sum over the inlets
-//   outlet pressure                = the lowest pressure of the inlets that flow - pressure drop
+//   outlet pressure                = the lowest pressure of the inlets with a flow - pressure drop
 //   outlet enthalpy flow           = the sum over the inlets + energy stream + duty of the heater
 //
 // Kinetic and potential energy are ignored, as usual for such a unit.
@@ -27,7 +27,7 @@ protected:
 private:
     enum Port : std::size_t { kFirstInlet, kSecondInlet, kOutlet, kEnergy, kInformation };
 
-    // The lowest pressure of the inlets that have one.
+    // The lowest pressure of the inlets whose pressure is known.
     std::optional<double> InletPressure() const;
     // Flashes the outlet at this enthalpy (J/mol): with the material's own flash, or by searching over temperatures.
     void FlashAtEnthalpy(const UnitStream& outlet, const Mixture& feed, const std::vector<std::wstring>& ids,

@@ -47,7 +47,7 @@ protected:
     UnitModel(std::wstring name, std::vector<PortDefinition> ports, std::vector<ParameterDefinition> parameters);
     virtual ~UnitModel() = default;
 
-    // What is wrong besides out-of-bounds parameters and unconnected required ports.
+    // What else is wrong, when all parameters are within bounds and all required ports are connected; empty for nothing.
     virtual std::wstring Objection() const { return {}; }
     // Calculates the outlets and returns the results as lines of text. Called only for a valid unit.
     virtual std::vector<std::wstring> Run() = 0;

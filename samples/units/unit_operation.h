@@ -41,7 +41,7 @@ struct NoReports {
     NoReports(com::Object&, CapeErrors&, UnitModel&) {}
 };
 
-// The parameters and the context are the model's.
+// Gets the parameters from the model, and passes the context to it.
 class UnitUtilitiesPart final : public UtilitiesPart {
 public:
     UnitUtilitiesPart(com::Object& object, CapeErrors& errors, UnitModel& model)
