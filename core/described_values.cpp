@@ -36,9 +36,7 @@ void WriteNamedValue(LogDocument& document, const DualParameter& parameter, bool
 // Logs the address of a value that is not read, such as a structure, a C string, or what lies behind more than one pointer.
 void WriteAddress(LogDocument& document, const DualParameter& parameter, bool isIn, VARTYPE type, const void* address)
 {
-    std::string name;
-    AppendVariantTypeName(name, type, "&lt;unknown&gt;");
-    WriteAddressArg(document, parameter.name.c_str(), isIn, name, address);
+    WriteAddressArg(document, parameter.name.c_str(), isIn, VariantTypeName(type, "&lt;unknown&gt;"), address);
 }
 
 // Logs a value that has no writer of its own by putting it into a VARIANT, which does not own it.

@@ -4,7 +4,7 @@ namespace zelt {
 
 void ArgWriter::Open(const char* name, bool isIn)
 {
-    std::string& entry = document.entry;
+    EntryText& entry = document.entry;
     Blanks(Indentation(0));
     entry += "<arg name=\"";
     AppendEscaped(entry, name);

@@ -15,7 +15,7 @@ namespace zelt {
 class ArgWriter {
 public:
     // Runs `body`, which appends the values, between the opening and the closing tag, and writes the element. `type` is a text,
-    // or a function `type(std::string&)` that appends it. When nothing is written, neither function is called. Values come from
+    // or a function `type(EntryText&)` that appends it. When nothing is written, neither function is called. Values come from
     // other people's code: if one cannot be read, or memory runs out, "<unable to format value>" replaces them all.
     template <class Type, class Body>
     static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
@@ -23,18 +23,18 @@ public:
         document.WriteEntry([&] {
             ArgWriter arg(document);
             arg.Open(name, isIn);
-            if constexpr (std::is_invocable_v<Type, std::string&>) {
+            if constexpr (std::is_invocable_v<Type, EntryText&>) {
                 type(document.entry);
             } else {
                 document.entry += type;
             }
             arg.Raw("\">\r\n");
-            const std::size_t start = document.entry.size();
+            const std::size_t start = document.entry.Size();
             if (FAILED(CallForeign([&] {
                     body(arg);
                     return S_OK;
                 }))) {
-                document.entry.resize(start);
+                document.entry.CutTo(start);
                 arg.EscapedValue("<unable to format value>");
             }
             arg.Line(0, "</arg>");
@@ -44,10 +44,10 @@ public:
     // Appends the line `text` at a level.
     void Line(int level, std::string_view text);
 
-    // An argval line with text that needs no escaping: given as text, or appended in place by `append(std::string&)`.
+    // An argval line with text that needs no escaping: given as text, or appended in place by `append(EntryText&)`.
     void Value(std::string_view text, int level = 1)
     {
-        ValueWith([text](std::string& out) { out += text; }, level);
+        ValueWith([text](EntryText& out) { out += text; }, level);
     }
     template <class Append>
     void ValueWith(Append&& append, int level = 1)
@@ -63,19 +63,16 @@ public:
     bool ShortValue(Write&& write, int level = 1)
     {
         constexpr std::string_view kOpening = "<argval value=\"", kClosing = "\"/>\r\n";
-        constexpr int kMostBlanks = 32;
-        const int blanks = Indentation(level), inLine = blanks < kMostBlanks ? blanks : kMostBlanks;
-        char line[kMostBlanks + kOpening.size() + kLongestShortText + kClosing.size()];
-        std::memset(line, ' ', kMostBlanks);
-        char* end = line + inLine;
-        std::memcpy(end, kOpening.data(), kOpening.size());
-        end = write(end + kOpening.size());
-        if (!end) return false;
-        std::memcpy(end, kClosing.data(), kClosing.size());
-        end += kClosing.size();
-        if (blanks > inLine) Blanks(blanks - inLine);
-        document.entry.append(line, static_cast<std::size_t>(end - line));
-        return true;
+        const auto blanks = static_cast<std::size_t>(Indentation(level));
+        return document.entry.AppendWith(blanks + kOpening.size() + kLongestShortText + kClosing.size(),
+                                         [&](char* to) -> char* {
+                                             for (std::size_t i = 0; i < blanks; ++i) *to++ = ' ';
+                                             std::memcpy(to, kOpening.data(), kOpening.size());
+                                             char* const end = write(to + kOpening.size());
+                                             if (!end) return nullptr;
+                                             std::memcpy(end, kClosing.data(), kClosing.size());
+                                             return end + kClosing.size();
+                                         });
     }
 
     // An argval line with text to be escaped. If characters were lost and `what` is not null, the suppression warning about
@@ -99,7 +96,7 @@ public:
     {
         append(document.entry);
     }
-    void Blanks(int count) { document.entry.append(static_cast<std::size_t>(count), ' '); }
+    void Blanks(int count) { document.entry.Blanks(static_cast<std::size_t>(count)); }
 
 private:
     explicit ArgWriter(LogDocument& document) : document(document) {}

@@ -49,7 +49,6 @@ LogDocument::LogDocument(LogFile openFile, std::string name, std::string_view ob
       logPath(std::move(path)),
       options(logOptions)
 {
-    entry.reserve(4096);  // room for any ordinary entry: opening and closing an element needs no memory
     hasHeader = WriteEntry([&] { entry += kHeader; });
     Write(Sentence::LoggingStarted, {startText});
     Write(Sentence::CreatingObject, {objectName});

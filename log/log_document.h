@@ -16,6 +16,7 @@
 #include <string_view>
 #include <utility>
 
+#include "log/entry_text.h"
 #include "log/log_file.h"
 #include "log/vocabulary/sentences.h"
 
@@ -141,7 +142,7 @@ private:
     // Adds the warning that characters of the text above were dropped; `what` is the warning's name for that text.
     void AppendSuppression(const char* what);
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
-    void Indent(int level = 0) { entry.append(static_cast<std::size_t>(openElements + level), ' '); }
+    void Indent(int level = 0) { entry.Blanks(static_cast<std::size_t>(openElements + level)); }
 
     // Puts an entry together with `append` and writes it; does nothing once closed, or where calls are only recorded. False
     // when the entry is missing, or the document is closed.
@@ -151,22 +152,22 @@ private:
         if (!file.IsOpen()) return false;
         if (file.WritesNothing()) return true;
         // An entry that was being put together when a fault removed its stack frame must not become part of this one.
-        entry.clear();
+        entry.CutTo(0);
         bool isWritten = false;
         try {
             if (missing == 0) {
                 append();
-                isWritten = file.Write(entry);
+                isWritten = file.Write(entry.View());
             } else if (MayResume()) {
                 AppendGap();
                 append();
-                isWritten = file.Write(entry);
+                isWritten = file.Write(entry.View());
                 if (isWritten) EndGap();
             }
         } catch (...) {
             // Out of memory: the entry is missing.
         }
-        entry.clear();
+        entry.CutTo(0);
         if (!isWritten) ++missing;
         return isWritten;
     }
@@ -183,7 +184,8 @@ private:
     std::string startText;
     std::wstring logPath;
     const LogOptions& options;
-    std::string entry;              // the entry being put together; grows to the largest and is reused
+    // The entry that is being put together. Has room for any ordinary one, so that opening and closing an element needs no memory.
+    EntryText entry{4096};
     std::int32_t depth = 0;         // calls in progress
     std::int32_t openElements = 0;  // how many of them, from the outermost, have their opening in the file
     std::int32_t unclosed = 0;      // ended calls whose opening is in the file, but whose closing is not

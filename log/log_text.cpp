@@ -105,6 +105,33 @@ constexpr std::array<double, kPowers> kPowerOfTen = {1e0,  1e1,  1e2,  1e3,  1e4
 bool HasPower(int power) { return power > -kPowers && power < kPowers; }
 double Scaled(double value, int power) { return power >= 0 ? value * kPowerOfTen[power] : value / kPowerOfTen[-power]; }
 
+// A double as the sum of two that have half of its digits, so that the products of such halves are exact.
+struct Halves {
+    double high, low;
+    explicit Halves(double value)
+    {
+        constexpr double kSplitter = 134217729;  // 2^27 + 1
+        const double spread = kSplitter * value;
+        high = spread - (spread - value);
+        low = value - high;
+    }
+};
+
+// Whether a * b is exactly `product`.
+bool IsProduct(double a, double b, double product)
+{
+    if (a * b != product) return false;
+    const Halves left(a), right(b);
+    const double error = (left.high * right.high - product) + left.high * right.low + left.low * right.high;
+    return error + left.low * right.low == 0;
+}
+
+// Whether Scaled returned `scaled` without an error.
+bool IsExact(double value, int power, double scaled)
+{
+    return power >= 0 ? IsProduct(value, kPowerOfTen[power], scaled) : IsProduct(scaled, kPowerOfTen[-power], value);
+}
+
 // The six digits and the decimal exponent of the first of them; false for a value that needs the exact conversion.
 bool SplitDigits(double magnitude, std::uint32_t& digits, int& exponent)
 {
@@ -120,8 +147,13 @@ bool SplitDigits(double magnitude, std::uint32_t& digits, int& exponent)
     }
     digits = static_cast<std::uint32_t>(scaled);
     const double rest = scaled - digits;
-    if (rest > 0.5 - kNearTie && rest < 0.5 + kNearTie) return false;
-    if (rest > 0.5 && ++digits == static_cast<std::uint32_t>(kTooMany)) {
+    bool roundsUp = rest > 0.5;
+    if (rest > 0.5 - kNearTie && rest < 0.5 + kNearTie) {
+        if (!IsExact(magnitude, kDigits - 1 - exponent, scaled)) return false;
+        // A tie is rounded to the even digit.
+        if (rest == 0.5) roundsUp = digits % 2 != 0;
+    }
+    if (roundsUp && ++digits == static_cast<std::uint32_t>(kTooMany)) {
         digits /= 10;
         ++exponent;
     }
@@ -188,10 +220,10 @@ char* WriteOrdinaryDouble(char* to, double value)
 
 }  // namespace
 
-bool AppendEscaped(std::string& out, std::string_view text)
+bool AppendEscaped(EntryText& out, std::string_view text)
 {
     if (IsCopied(text)) {
-        out.append(text);
+        out += text;
         return false;
     }
     bool dropped = false;
@@ -199,15 +231,15 @@ bool AppendEscaped(std::string& out, std::string_view text)
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char* entity = kEntities.of[static_cast<unsigned char>(text[i])];
         if (entity && !*entity) continue;
-        out.append(text, runStart, i - runStart);
+        out += text.substr(runStart, i - runStart);
         runStart = i + 1;
         if (entity) {
-            out.append(entity);
+            out += std::string_view(entity);
         } else {
             dropped = true;
         }
     }
-    out.append(text, runStart, std::string_view::npos);
+    out += text.substr(runStart);
     return dropped;
 }
 
@@ -217,6 +249,16 @@ char* WriteDouble(char* to, double value)
 {
     if (char* const end = WriteOrdinaryDouble(to, value)) return end;
     return std::to_chars(to, to + kLongestShortText, value, std::chars_format::general, kDigits).ptr;
+}
+
+char* WritePointer(char* to, const void* pointer)
+{
+    constexpr int kHexDigits = static_cast<int>(sizeof(void*)) * 2;
+    constexpr char kHex[] = "0123456789ABCDEF";
+    const auto value = reinterpret_cast<std::uintptr_t>(pointer);
+    char* end = Put<2>(to, "0x");
+    for (int digit = kHexDigits - 1; digit >= 0; --digit) *end++ = kHex[(value >> (4 * digit)) & 0xF];
+    return end;
 }
 
 char* WriteQuoted(char* to, std::wstring_view text)
@@ -245,11 +287,8 @@ void AppendDouble(std::string& out, double value)
 
 void AppendPointer(std::string& out, const void* pointer)
 {
-    constexpr int kHexDigits = static_cast<int>(sizeof(void*)) * 2;
-    constexpr char kHex[] = "0123456789ABCDEF";
-    const auto value = reinterpret_cast<std::uintptr_t>(pointer);
-    out.append("0x");
-    for (int digit = kHexDigits - 1; digit >= 0; --digit) out.push_back(kHex[(value >> (4 * digit)) & 0xF]);
+    std::array<char, kLongestShortText> text;
+    out.append(text.data(), WritePointer(text.data(), pointer));
 }
 
 }  // namespace zelt

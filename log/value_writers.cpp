@@ -72,9 +72,9 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
                    [value](ValueWriter& record) { RecordPointer(record, value); });
     ArgWriter::Write(document, name, isIn, "interface", [value](ArgWriter& arg) {
         if (!value) return arg.Value("NULL");
-        arg.ValueWith([value](std::string& text) {
+        arg.ValueWith([value](EntryText& text) {
             text += "interface pointer ";
-            AppendPointer(text, value);
+            text.AppendWith(kLongestShortText, [value](char* to) { return WritePointer(to, value); });
         });
     });
 }
@@ -116,9 +116,9 @@ void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::st
     });
     ArgWriter::Write(document, name, isIn, type, [address](ArgWriter& arg) {
         if (!address) return arg.Value("NULL");
-        arg.ValueWith([address](std::string& text) {
+        arg.ValueWith([address](EntryText& text) {
             text += "pointer ";
-            AppendPointer(text, address);
+            text.AppendWith(kLongestShortText, [address](char* to) { return WritePointer(to, address); });
         });
     });
 }

@@ -40,28 +40,31 @@ constexpr TypeName kBaseTypes[] = {
 };
 // clang-format on
 
-}  // namespace
-
-void AppendVariantTypeName(std::string& out, VARTYPE type, const char* unknown)
+template <class Text>
+void Append(Text& out, VARTYPE type, const char* unknown)
 {
     for (const TypeName& flag : kFlags) {
-        if (type & flag.type) out += flag.name;
+        if (type & flag.type) out += std::string_view(flag.name);
     }
     const VARTYPE base = type & VT_TYPEMASK;
     for (const TypeName& known : kBaseTypes) {
         if (known.type == base) {
-            out += known.name;
+            out += std::string_view(known.name);
             return;
         }
     }
-    out += unknown;
+    out += std::string_view(unknown);
 }
 
-std::string VariantTypeName(VARTYPE type)
+}  // namespace
+
+std::string VariantTypeName(VARTYPE type, const char* unknown)
 {
     std::string name;
-    AppendVariantTypeName(name, type);
+    Append(name, type, unknown);
     return name;
 }
+
+void AppendVariantTypeName(EntryText& out, VARTYPE type, const char* unknown) { Append(out, type, unknown); }
 
 }  // namespace zelt

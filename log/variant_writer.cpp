@@ -51,7 +51,7 @@ void AppendNestedElement(ArgWriter& arg, const VARIANT& element, int level)
     if (level > kDeepestArray) return arg.Say(Sentence::UnsupportedValue, level);
     arg.Blanks(arg.Indentation(level));
     arg.Raw("<argval value=\"");
-    arg.RawWith([&element](std::string& out) { AppendVariantTypeName(out, element.vt, kUnknownInMarkup); });
+    arg.RawWith([&element](EntryText& out) { AppendVariantTypeName(out, element.vt, kUnknownInMarkup); });
     arg.Raw("\">\r\n");
     AppendVariantValue(arg, element, kAnyType, level + 1);
     arg.Line(level, "</argval>");
@@ -126,10 +126,9 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
 
 void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected)
 {
-    const auto type = [&value](std::string& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
+    const auto type = [&value](EntryText& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
     if (document.Recorder()) {
-        std::string shownType;
-        type(shownType);
+        const std::string shownType = VariantTypeName(value.vt, kUnknownInMarkup);
         RecordArgument(document, name, isIn, recording::ArgumentKind::Variant, shownType,
                        [&](recording::ValueWriter& record) {
                            RecordVariant(record, value);

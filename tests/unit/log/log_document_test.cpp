@@ -103,13 +103,13 @@ TEST_F(LogDocumentTest, DropsWhatXmlCannotHoldAndSaysSoWithoutIndentation)
 
 TEST_F(LogDocumentTest, KeepsTheDeleteCharacterAndDropsTheRestOutsideAscii)
 {
-    std::string out;
+    EntryText out(1);
     for (int c = 1; c < 256; ++c) {
-        out.clear();
+        out.CutTo(0);
         const char text[] = {static_cast<char>(c), 0};
         const bool dropped = AppendEscaped(out, text);
         EXPECT_EQ(c < 0x20 || c > 0x7F, dropped) << c;
-        EXPECT_EQ(dropped, out.empty()) << c;
+        EXPECT_EQ(dropped, out.View().empty()) << c;
     }
 }
 
