@@ -1,4 +1,4 @@
-# What both toolchains share. They name the posix thread model, because only its libstdc++ has std::thread and std::mutex.
+# What both toolchains share. They use the compilers with the posix thread model: only these have std::thread and std::mutex.
 set(CMAKE_C_COMPILER   ${toolchain_prefix}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${toolchain_prefix}-g++-posix)
 set(CMAKE_ASM_COMPILER ${toolchain_prefix}-gcc-posix)

@@ -1,5 +1,5 @@
 # A room is a folder of sources that forms one library. It sees only the rooms that it uses, directly or through another room: the
-# compiler finds "room/header.h" in no others. The table of rooms is in docs/architecture.md.
+# compiler does not find the headers of the others. The table of rooms is in docs/architecture.md.
 #
 # zelt_room(<name> [FOLDER <folder>] [SOURCES <source>...] [USES <library>...] [SYSTEM <library>...]): `USES` lists the rooms that
 # it uses and any other library that its headers need; `SYSTEM` lists the libraries that only its sources need. A room without

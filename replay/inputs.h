@@ -1,4 +1,4 @@
-// Compares the arguments of a call to a stand-in with those of a recorded call.
+// The inputs of a call that a stand-in receives, compared with those of a recorded call.
 #pragma once
 
 #include <deque>

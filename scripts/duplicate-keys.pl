@@ -1,6 +1,6 @@
 #!/usr/bin/perl
-# duplicate-keys.pl <file...>: finds duplicate keys in the mappings of a YAML file. Reads the plain form of settings: one key
-# per line, nested by indentation; each list item starts a new mapping.
+# duplicate-keys.pl <file...>: finds duplicate keys in the mappings of a YAML file. Reads only simple
+# YAML, such as .clang-format: one key per line, nested by indentation. Each list item starts a new mapping.
 use strict;
 use warnings;
 

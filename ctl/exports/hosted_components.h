@@ -11,7 +11,7 @@
 namespace zelt::ctl {
 
 struct HostedComponent {
-    ComponentInfo info;                 // with an obstacle only when there is no host
+    ComponentInfo info;                 // its obstacle is empty if there is a host
     std::vector<const Edition*> hosts;  // the 32-bit edition first
 };
 

@@ -1,4 +1,4 @@
-// What log why knows about a call that failed or never returned, and how it shows this on one screen.
+// What the command `log why` knows about a call that failed or never returned, and how it shows this on one screen.
 #pragma once
 
 #include <string>
@@ -45,8 +45,8 @@ struct FailureStory {
     CallText call;
     std::vector<LineText> around;    // the calls that contain it
     std::vector<LineText> messages;  // the failure, and what else the callee said
-    std::vector<LineText> broken;    // broken rules that the log reports, or that log check finds
-    std::vector<LineText> asked;     // as in Success, and the first calls that failed
+    std::vector<LineText> broken;    // broken rules that the log reports, or that `log check` finds
+    std::vector<LineText> asked;  // the latest of the calls inside it, and the first that failed; askedTotal counts all
     long long askedTotal = 0;
     std::string material;
     std::vector<KnownProperty> state;

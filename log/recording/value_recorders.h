@@ -12,7 +12,7 @@ namespace zelt {
 // These two write nothing for null.
 void RecordText(recording::ValueWriter& value, BSTR text);
 void RecordPointer(recording::ValueWriter& value, const void* pointer);
-// Writes the VARIANT itself as the value.
+// Writes the type of the VARIANT and its contents.
 void RecordVariant(recording::ValueWriter& value, const VARIANT& variant);
 
 }  // namespace zelt

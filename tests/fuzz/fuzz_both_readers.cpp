@@ -1,5 +1,5 @@
-// With and without the scanner, a log gives the same events, lines and errors. Neither the log's bytes, nor the size of the
-// blocks in which it is read, nor what the sink leaves out makes a difference.
+// Reads the same bytes with and without the scanner, and compares the events, lines and errors. The size of the blocks in which
+// they are read varies, and so does what the sink leaves out.
 #include "both_readers.h"
 
 #include <algorithm>
@@ -58,8 +58,8 @@ void Test(std::string_view bytes)
 {
     const std::uint64_t hash = std::hash<std::string_view>()(bytes);
     TestReaders(bytes, hash);
-    // Then the beginning of a log with the same bytes behind it, so that the damage comes late: either all of the bytes, or
-    // only those after the root's start tag.
+    // Then the same bytes after the beginning of a good log, so that errors come late: either all of the bytes, or only those
+    // after the root's start tag.
     const std::size_t root = hash >> 28 & 1 ? bytes.find("<zeltlogdocument>\r\n") : std::string_view::npos;
     const std::size_t skipped = root == std::string_view::npos ? 0 : root + 19;
     TestReaders(Beginning(hash >> 32).append(bytes.substr(skipped)), hash >> 4);

@@ -221,7 +221,7 @@ TEST(LogCheck, LeavesOutTheRulesThatAreIgnored)
     EXPECT_EQ(0, RunCommand({"log", "check", "--ignore", "fractions,not-terminated", log.Path()}).code);
 }
 
-// All rules, in the order in which the refusal of an unknown rule lists them.
+// All rules, in the order of the message about an unknown rule.
 const char* const kRules[] = {"damaged",     "open-call",    "structure",       "violation",      "exception",
                               "version-mix", "initialize",   "after-terminate", "not-terminated", "not-released",
                               "fractions",   "not-a-number", "read-before-set", "bounds",         "phase-not-given",
@@ -263,8 +263,9 @@ TEST(LogCheck, NamesTheCallsThatWereOpenAtTheCut)
         return begins;
     };
     using Lines = std::vector<std::string>;
-    // The last finding is the cut itself, in the last line that is not empty. The log is cut after the end of the inner call,
-    // just before its end, after its first line, after the first line of the outer call, and after the end of the outer call.
+    // Each expectation cuts the log at another place: after the end of the inner call, just before it, after the first line of
+    // the inner call, after that of the outer call, and after the end of the outer call. The last finding is always the cut
+    // itself, in the last line that is not empty.
     const std::size_t inner = whole.find("</func>", whole.find("results")) + 8,
                       start = whole.find("GetSinglePhaseProp");
     EXPECT_EQ((Lines{"5:", "16:"}), findings(whole.substr(0, inner)));

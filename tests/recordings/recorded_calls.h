@@ -23,7 +23,7 @@ public:
 
     std::uint32_t NewObject(std::uint64_t pointer, std::uint64_t proxy = 0);
     void Query(std::uint32_t object, bool isGranted = true, std::string_view interfaceId = "fedcba9876543210");
-    // `inside` makes arguments and inner calls. A failure has the name "ECapeUnknownHR".
+    // `inside` makes arguments and inner calls. If `status` is a failure, its name is "ECapeUnknownHR".
     void Call(std::string_view member, std::uint32_t object, const std::function<void()>& inside = {},
               std::uint32_t status = 0);
     void CallOut(std::string_view member, std::uint32_t object, const std::function<void()>& inside = {},
@@ -39,7 +39,7 @@ public:
     void Stream(std::string_view data) { stream = data; }
     void MakeComponent();
 
-    // The bytes of the recording: Whole with the record that ends it, Open without.
+    // The bytes of the recording. Whole() adds the record that ends it; Open() does not.
     std::string Whole();
     std::string Open();
 

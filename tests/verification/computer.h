@@ -15,7 +15,8 @@ Needs Offers();
 // Why a test with this need is left out, such as "needs 64-bit Windows".
 std::string Reason(const std::string& need);
 
-// What a reader of the results must know about the computer, as names and texts in UTF-8. Nothing tells whose computer it is.
+// What a reader of the results must know about the computer, as names and texts in UTF-8. They do not show whose computer it
+// is.
 std::vector<std::pair<std::string, std::string>> Facts();
 
 }  // namespace zelt::verification

@@ -16,7 +16,7 @@
 #include "tests/system/harness/stored_options.h"
 #include "packages/property_package_manager.h"
 
-// The prompt at the end of a logged package, and the viewer that opens if the user answers Yes. Registers the server.
+// The prompt when a logged package has been released, and the viewer that opens if the user answers Yes. Registers the server.
 namespace {
 
 using namespace zelt;

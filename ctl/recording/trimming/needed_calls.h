@@ -11,8 +11,8 @@ namespace zelt::ctl {
 
 struct NeededCalls {
     std::vector<bool> calls;    // which of the outermost calls
-    std::vector<bool> objects;  // which objects these calls deal with, by their numbers, from 1
-    std::uint64_t count = 0;    // with the calls inside of them
+    std::vector<bool> objects;  // which objects these calls deal with; the index is the object's number, 0 is not used
+    std::uint64_t count = 0;    // how many calls, with those inside other calls
     std::size_t last = 0;       // the place of the last one in `calls`
 };
 

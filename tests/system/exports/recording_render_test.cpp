@@ -108,7 +108,7 @@ TEST_F(RecordingRender, LeavesAViewerWhatIsNoRecording)
 TEST_F(RecordingRender, TellsAViewerWhyARecordingCannotBeShown)
 {
     Write(true);
-    // The header has the width in its field number 3.
+    // Field 3 of the header holds the width.
     std::string bytes = ReadWholeFile(Narrow("written.zlr"));
     const std::size_t width = bytes.find(std::string("\x18") + static_cast<char>(sizeof(void*) * 8));
     ASSERT_NE(std::string::npos, width);

@@ -224,7 +224,7 @@ constexpr Unexpected kUnexpected[] = {
 };
 const Unexpected* raised;
 
-// The failure is in the server's own code, while it makes a package: here, when it chooses the place of the log.
+// ZELT's own code fails while it makes a package, here while it chooses the location of the log.
 TEST_P(ManagerRules, ReportAnUnexpectedFailure)
 {
     static const LogSurroundings surroundings = {[] { return SYSTEMTIME{}; }, [](std::wstring&) { return false; },

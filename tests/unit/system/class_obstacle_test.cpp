@@ -1,4 +1,4 @@
-// Which registered classes a process of this width can use, and which libraries of .NET suit both widths.
+// Which registered classes a process of this width can use, and which .NET libraries suit both widths.
 #include "system/class_obstacle.h"
 
 #include <gtest/gtest.h>
@@ -225,7 +225,7 @@ TEST_F(ClassObstacle, OfADotNetClassIsThatOfItsAssembly)
         Write(L"Own", server, L"CodeBase", L"http://example.org/component.dll");
         EXPECT_EQ(L"", Obstacle());
     }
-    // The subkey of a version may have the location instead.
+    // The location may be in the subkey of one version of the class instead.
     Write(L"Own", server, L"CodeBase", L"");
     Write(L"Own", server + L"\\1.0.0.0", L"CodeBase", otherLibrary.Url());
     EXPECT_EQ(kOtherLibrary, Obstacle());
