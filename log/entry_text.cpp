@@ -11,7 +11,8 @@ void EntryText::Grow(std::size_t needed)
     const std::size_t grown = std::max(2 * room, size + needed);
     std::unique_ptr<char[]> larger(new char[grown]);
     if (size != 0) std::memcpy(larger.get(), text.get(), size);
-    text = std::move(larger);
+    // The old memory is freed last: nothing may be half changed if a fault, such as a stack overflow, interrupts that.
+    text.swap(larger);
     end = text.get() + size;
     limit = text.get() + grown;
 }

@@ -13,6 +13,8 @@ class EntryText {
 public:
     // Reserves memory for `room` characters; more is allocated when it is needed.
     explicit EntryText(std::size_t room) { Grow(room); }
+    EntryText(const EntryText&) = delete;
+    EntryText& operator=(const EntryText&) = delete;
 
     std::string_view View() const { return {text.get(), Size()}; }
     std::size_t Size() const { return static_cast<std::size_t>(end - text.get()); }

@@ -79,12 +79,14 @@ bool LogFile::Write(std::string_view entry)
     return true;
 }
 
-void LogFile::EndAt(LONGLONG newSize)
+bool LogFile::EndAt(LONGLONG newSize)
 {
     size = newSize;
     LARGE_INTEGER end;
     end.QuadPart = size;
-    if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) SetEndOfFile(handle);
+    if (!SetFilePointerEx(handle, end, nullptr, FILE_BEGIN)) return false;
+    SetEndOfFile(handle);
+    return true;
 }
 
 bool LogFile::HasRoom() const

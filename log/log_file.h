@@ -30,8 +30,8 @@ public:
     // Writes an entry whole or not at all: false when it could not be written; the part that the disk took is then cut off again.
     bool Write(std::string_view entry);
 
-    // The file ends after `newSize` bytes, and the next entry follows them.
-    void EndAt(LONGLONG newSize);
+    // Ends the file after `newSize` bytes, if no other program has mapped it. The next entry follows them; false if it cannot.
+    bool EndAt(LONGLONG newSize);
 
     HANDLE Handle() const { return handle; }
 

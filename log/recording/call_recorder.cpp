@@ -1,5 +1,7 @@
 #include "log/recording/call_recorder.h"
 
+#include <cerrno>
+
 #include "com/failure.h"
 #include "log/error_description.h"
 #include "log/failure_detail.h"
@@ -23,6 +25,8 @@ std::unique_ptr<CallRecorder> CallRecorder::Make(const std::wstring& path, int& 
 {
     LogFile file;
     error = file.OpenForMapping(path);
+    // The user may have the right to write, but not the right to read.
+    if (error == EACCES) error = file.Open(path);
     if (error != 0) return nullptr;
     return std::unique_ptr<CallRecorder>(new CallRecorder(std::move(file)));
 }

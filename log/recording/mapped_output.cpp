@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <utility>
 
@@ -17,10 +18,16 @@ constexpr LONGLONG kWindow = 256 << 10;  // the size of a window, unless more is
 constexpr LONGLONG RoundedDown(LONGLONG offset) { return offset / kStep * kStep; }
 constexpr LONGLONG RoundedUp(LONGLONG offset) { return RoundedDown(offset + kStep - 1); }
 
-// Whether the file is on a drive of this computer that nobody takes out. Elsewhere, writing through a window can fail long after
-// the system has granted the room.
-bool IsOnFixedDrive(HANDLE file)
+// Whether the file is on a local drive with a file system of Windows. Elsewhere, storing through a window can fail long after the
+// system has granted the room, and what a file has where nothing was written is not known.
+bool CanBeMapped(HANDLE file)
 {
+    wchar_t fileSystem[MAX_PATH + 1] = L"";
+    if (!GetVolumeInformationByHandleW(file, nullptr, 0, nullptr, nullptr, nullptr, fileSystem,
+                                       static_cast<DWORD>(std::size(fileSystem)))) {
+        return false;
+    }
+    if (std::wcscmp(fileSystem, L"NTFS") != 0 && std::wcscmp(fileSystem, L"ReFS") != 0) return false;
     constexpr std::wstring_view kPrefix = LR"(\\?\)", kRoot = LR"(X:\)";
     wchar_t path[1024];
     const DWORD length = GetFinalPathNameByHandleW(file, path, static_cast<DWORD>(std::size(path)), VOLUME_NAME_DOS);
@@ -29,9 +36,19 @@ bool IsOnFixedDrive(HANDLE file)
     return root[1] == L':' && GetDriveTypeW(root.c_str()) == DRIVE_FIXED;
 }
 
+HANDLE MapBySystem(HANDLE file, LONGLONG size)
+{
+    return CreateFileMappingW(file, nullptr, PAGE_READWRITE, static_cast<DWORD>(size >> 32), static_cast<DWORD>(size),
+                              nullptr);
+}
+
+FileMapper currentMapper = MapBySystem;
+
 }  // namespace
 
-MappedOutput::MappedOutput(LogFile emptyFile) : file(std::move(emptyFile)), isMapped(IsOnFixedDrive(file.Handle())) {}
+FileMapper SetFileMapper(FileMapper mapper) { return std::exchange(currentMapper, mapper ? mapper : MapBySystem); }
+
+MappedOutput::MappedOutput(LogFile emptyFile) : file(std::move(emptyFile)), isMapped(CanBeMapped(file.Handle())) {}
 
 bool MappedOutput::Append(std::string_view bytes) noexcept
 {
@@ -40,8 +57,8 @@ bool MappedOutput::Append(std::string_view bytes) noexcept
         const auto count = static_cast<LONGLONG>(bytes.size());
         if (count <= windowEnd - size || MoveWindow(bytes.size())) return CopyToWindow(bytes);
         // There may be no room in the file or in memory. Writing finds out.
+        if (!file.EndAt(size)) return false;
         isMapped = false;
-        file.EndAt(size);
     }
     return file.Write(bytes);
 }
@@ -65,8 +82,7 @@ bool MappedOutput::MoveWindow(std::size_t room) noexcept
     CloseWindow();
     const LONGLONG begin = RoundedDown(size);
     const LONGLONG end = std::max(begin + kWindow, RoundedUp(size + static_cast<LONGLONG>(room)));
-    const HANDLE mapping = CreateFileMappingW(file.Handle(), nullptr, PAGE_READWRITE, static_cast<DWORD>(end >> 32),
-                                              static_cast<DWORD>(end), nullptr);
+    const HANDLE mapping = currentMapper(file.Handle(), end);
     if (!mapping) return false;
     void* const view = MapViewOfFile(mapping, FILE_MAP_WRITE, static_cast<DWORD>(begin >> 32),
                                      static_cast<DWORD>(begin), static_cast<SIZE_T>(end - begin));
@@ -80,8 +96,8 @@ bool MappedOutput::MoveWindow(std::size_t room) noexcept
 
 void MappedOutput::CloseWindow() noexcept
 {
-    if (window) UnmapViewOfFile(std::exchange(window, nullptr));
     windowBegin = windowEnd = 0;
+    if (window) UnmapViewOfFile(std::exchange(window, nullptr));
 }
 
 void MappedOutput::Close() noexcept

@@ -1,6 +1,6 @@
 // The file of a recording while it is written. Bytes are appended through a window of the file in memory, without a call to the
-// system: they are in the file even if the process dies right after. Where a file cannot be mapped well, as on a network drive,
-// they are written. Not thread safe.
+// system: they are in the file even if the process dies right after. A file that is not on a local drive with NTFS or ReFS is
+// written. Not thread safe.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@ public:
     MappedOutput(const MappedOutput&) = delete;
     MappedOutput& operator=(const MappedOutput&) = delete;
 
-    // Appends the bytes, of which the first is not 0. Readers see all of them or, in the place of the first, a 0: this is also
-    // what the file has after its last byte until it is closed. False when there is no room, and nothing was appended.
+    // Appends the bytes, of which the first must not be 0. That one is stored last, in the place of a 0: until it is there, a
+    // reader finds the end of the recording. False when there is no room; the recording then still ends where it did.
     bool Append(std::string_view bytes) noexcept;
     // Ends the file after the last byte.
     void Close() noexcept;
@@ -35,5 +35,10 @@ private:
     char* window = nullptr;
     LONGLONG windowBegin = 0, windowEnd = 0;  // its place in the file
 };
+
+// Makes a mapping of the file, with that size, like CreateFileMappingW. A test replaces it to simulate a full disk; null restores
+// the system's.
+using FileMapper = HANDLE (*)(HANDLE file, LONGLONG size);
+FileMapper SetFileMapper(FileMapper mapper);
 
 }  // namespace zelt

@@ -187,8 +187,8 @@ TEST_F(ReportTest, IsRefusedWhenAnythingIsMissing)
         {{log}, 2, "zeltctl: \"report\" needs a file for the report, -o FILE; see zeltctl --help\n"},
         {{"-", "-o", zip},
          2,
-         "zeltctl: a log from standard input leaves no place for an answer, so it needs --yes; zeltctl --help tells "
-         "more\n"},
+         "zeltctl: a log from standard input leaves no place for an answer, so it needs --yes; see zeltctl "
+         "--help\n"},
         {{"-o", folder.Path(), "--yes"}, 2, "zeltctl: " + folder.Path() + ": this is a folder\n"},
     };
     for (const auto& row : rows) {

@@ -218,7 +218,7 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
     ExpectFinding(
         "interface-library: The interface ICapeUnit is registered without a type library that exists in the 64-bit "
         "view of the "
-        "registry, so some calls between a simulator and ZELT fail; install the program again that registered the "
+        "registry, so some calls between a simulator and ZELT fail; reinstall the program that registered the "
         "interfaces of the standard.");
     ExpectLeft("interface-library");
     Write(k64, library, L"", before);
@@ -229,7 +229,7 @@ TEST_F(Doctor, LeavesWhatOthersMadeOfTheStandardsInterfaces)
     ExpectFinding(
         "interface-marshaller: The interface ICapeUnit is registered without a marshaller in the 32-bit view of the "
         "registry, so "
-        "some calls between a simulator and ZELT fail; install the program again that registered the interfaces of the "
+        "some calls between a simulator and ZELT fail; reinstall the program that registered the interfaces of the "
         "standard.");
     ExpectLeft("interface-marshaller");
     // Any marshaller will do.
@@ -465,7 +465,7 @@ TEST_F(Doctor, TakesUnreadableEntriesOutOfTheList)
         const PackageListHold hold;
         const CommandOutcome outcome = RunZeltctl({"doctor", "--fix"});
         EXPECT_EQ(1, outcome.code);
-        EXPECT_TRUE(outcome.messages.starts_with("zeltctl: ZELT runs")) << outcome.messages;
+        EXPECT_TRUE(outcome.messages.starts_with("zeltctl: ZELT is running")) << outcome.messages;
         EXPECT_EQ(1u, LinesOf(outcome.messages).size()) << "it is tried once";
     }
     ExpectFixed("package-entry");
