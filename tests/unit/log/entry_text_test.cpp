@@ -8,7 +8,7 @@
 namespace zelt::test {
 namespace {
 
-std::string Bytes(std::size_t size)
+std::string PieceOf(std::size_t size)
 {
     std::string bytes(size, 'x');
     for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>('!' + i % 90);
@@ -20,7 +20,7 @@ TEST(EntryText, AppendsPiecesOfEveryLength)
     EntryText text(1);
     std::string expected;
     for (std::size_t size = 0; size < 600; ++size) {
-        const std::string piece = Bytes(size);
+        const std::string piece = PieceOf(size);
         text += piece;
         text += '|';
         text.Blanks(size % 5);
