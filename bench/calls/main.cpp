@@ -1,8 +1,9 @@
-// bench_calls: measures what a call through a proxy costs. With "growth <entries>" it measures only the growth of a log,
-// with "packages" only the life of packages.
+// bench_calls: measures what a call through a proxy costs. With "forwarding", "logging" or "packages" it measures only unlogged
+// calls, logged and recorded calls, or the life of packages; with "growth <entries>" only the growth of a log.
 #include <windows.h>
 #include <objbase.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -12,17 +13,28 @@
 int main(int argc, char** argv)
 {
     constexpr long long kEntries = 1'000'000;
+    struct Part {
+        const char* name;
+        void (*measure)();
+    };
+    constexpr Part kParts[] = {
+        {"forwarding", zelt::bench::MeasureForwarding},
+        {"logging", zelt::bench::MeasureLogging},
+        {"packages", zelt::bench::MeasurePackages},
+    };
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
-    if (argc > 2 && std::strcmp(argv[1], "growth") == 0) {
-        zelt::bench::MeasureGrowth(std::atoll(argv[2]));
-    } else if (argc > 1 && std::strcmp(argv[1], "packages") == 0) {
-        zelt::bench::MeasurePackages();
-    } else {
-        zelt::bench::MeasureForwarding();
-        zelt::bench::MeasureLogging();
-        zelt::bench::MeasurePackages();
-        zelt::bench::MeasureGrowth(kEntries);
+    const char* const wanted = argc > 1 ? argv[1] : "";
+    bool isKnown = !*wanted;
+    for (const Part& part : kParts) {
+        if (*wanted && std::strcmp(part.name, wanted) != 0) continue;
+        isKnown = true;
+        part.measure();
+    }
+    if (!*wanted || std::strcmp(wanted, "growth") == 0) {
+        isKnown = true;
+        zelt::bench::MeasureGrowth(argc > 2 ? std::atoll(argv[2]) : kEntries);
     }
     CoUninitialize();
-    return zelt::bench::ExitCode();
+    if (!isKnown) std::fprintf(stderr, "bench_calls has no part \"%s\".\n", wanted);
+    return isKnown ? zelt::bench::ExitCode() : 2;
 }
