@@ -20,7 +20,7 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     if (!result) return E_POINTER;
     *result = nullptr;
     if (IsElsewhere()) [[unlikely]] {
-        Refuse("IUnknown::QueryInterface");
+        Refuse(*this, "IUnknown::QueryInterface");
         return RPC_E_WRONG_THREAD;
     }
 
@@ -30,8 +30,8 @@ STDMETHODIMP Object::QueryInterface(REFIID iid, void** result)
     } else if (IsEqualIID(iid, IID_IDispatch)) {
         if (ScriptInterface()) answer = &dispatch;
     } else {
-        // Foreign code may take part in the answer and release the object, so it is held. Not so an object without a reference,
-        // which is still being made: LetGo would destroy it.
+        // Foreign code may take part in the answer and release the object, so it is held. Not so an object without a reference:
+        // if it is still being made, LetGo would destroy it; otherwise a call in progress keeps it.
         const bool isHeld = ReferenceCount() > 0;
         if (isHeld) Hold();
         const InterfaceEntry* entry = FindInterface(iid);
@@ -60,7 +60,7 @@ STDMETHODIMP_(ULONG) Object::AddRef()
 {
     if (IsElsewhere()) [[unlikely]] {
         ++foreignReferences;
-        Refuse("IUnknown::AddRef");
+        Refuse(*this, "IUnknown::AddRef");
         return ReferenceCount();
     }
     ++referenceCount;
@@ -78,6 +78,15 @@ STDMETHODIMP_(ULONG) Object::Release()
     }
     --referenceCount;
     if (const LONG left = Total(); left > 0) return static_cast<ULONG>(left);
+    return End();
+}
+
+ULONG Object::End()
+{
+    if (activeCalls > 0) {
+        hasWorkWhenIdle = true;
+        return 0;
+    }
     if (!finalReleaseDone) {
         finalReleaseDone = true;
         foreignReferences = 0;
@@ -89,6 +98,18 @@ STDMETHODIMP_(ULONG) Object::Release()
     }
     if (pins == 0) Destroy();
     return 0;
+}
+
+void Object::DoIdleWork()
+{
+    hasWorkWhenIdle = false;
+    if (std::exchange(needsIdle, false)) {
+        Pin();
+        WhenIdle();
+        Unpin();
+    } else if (Total() <= 0) {
+        End();
+    }
 }
 
 void Object::Destroy()

@@ -12,6 +12,7 @@
 #include <unknwn.h>
 #include <oaidl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <new>
@@ -77,7 +78,16 @@ public:
     STDMETHOD_(ULONG, AddRef)() override;
     STDMETHOD_(ULONG, Release)() override;
 
-    // A reference for the length of a call: AddRef and Release without the check of the thread.
+    // While a call is in progress, the object stays alive whoever releases it. These are called for every method, so they count
+    // apart from the references.
+    void EnterCall() { ++activeCalls; }
+    void LeaveCall()
+    {
+        if (--activeCalls == 0 && hasWorkWhenIdle) [[unlikely]]
+            DoIdleWork();
+    }
+
+    // A reference for the length of other work: AddRef and Release without the check of the thread.
     void Hold() { ++referenceCount; }
     void LetGo()
     {
@@ -89,7 +99,7 @@ public:
     }
 
     // A reference that others may release by mistake: a component that releases once too often takes this reference, not the
-    // object. Unpin gives back what is left of it, and destroys an object that lost its last reference while pinned.
+    // object. Unpin gives back what is left of it, and ends an object that lost its last reference while pinned.
     void Pin()
     {
         ++referenceCount;
@@ -98,7 +108,7 @@ public:
     void Unpin()
     {
         if (Total() > 0) LetGo();
-        if (--pins == 0 && Total() <= 0) Destroy();
+        if (--pins == 0 && Total() <= 0) End();
     }
 
     // Whether `member` ("ICapeUtilities::Edit") may be entered: on the object's own thread, which first receives visits, or on
@@ -111,7 +121,7 @@ public:
                 ReceiveVisits();
             return true;
         }
-        return !Refuse(member);
+        return !Refuse(*this, member);
     }
 
     // Takes over what other threads have done to objects of the calling thread: gives back the references that they released,
@@ -124,7 +134,8 @@ public:
     // The pointer by which clients that take an IDispatch know this object.
     const IDispatch* DispatchPointer() const { return &dispatch; }
 
-    ULONG ReferenceCount() const { return static_cast<ULONG>(Total()); }
+    // 0 for an object that was released too often.
+    ULONG ReferenceCount() const { return static_cast<ULONG>(std::max<LONG>(Total(), 0)); }
     const InterfaceEntry* Interfaces() const { return firstInterface; }
     const InterfaceEntry* FindInterface(REFIID iid) const;
 
@@ -156,6 +167,11 @@ protected:
     // offer the interface; an override may then make the entry. A failure becomes the result of the query.
     [[nodiscard]] virtual HRESULT BeforeQueryInterface(REFIID, const InterfaceEntry*) { return S_OK; }
 
+    int ActiveCalls() const { return activeCalls; }
+    // Asks for a call of WhenIdle once no call is in progress. Call it only while one is.
+    void NeedIdle() { needsIdle = hasWorkWhenIdle = true; }
+    virtual void WhenIdle() {}
+
     // Called once, when the last reference is gone and before destruction. The object is kept alive during the call: an
     // override may show a message box, and a box lets calls in.
     virtual void FinalRelease() {}
@@ -167,11 +183,14 @@ protected:
 private:
     friend class InterfaceEntry;
     friend class ObjectDispatch;
+    // Ends an object that has lost its last reference, or leaves that to the end of the call in progress, or to Unpin.
+    ULONG End();
+    void DoIdleWork();
     void Destroy();
     bool IsElsewhere() const { return home != ThisThread() && home; }
     LONG Total() const { return referenceCount + foreignReferences.load(std::memory_order_acquire); }
     // Notes the call and counts a visit. Does nothing and returns false for an object that was made with Home::Anywhere.
-    bool Refuse(const char* member);
+    static bool Refuse(Object& object, const char* member);
     void NoteVisitor(const char* member);
     void Visit();
     void EnterList();
@@ -184,6 +203,9 @@ private:
 
     const void* const home;
     LONG referenceCount = 0;  // on the object's own thread; Total() is the whole count
+    int activeCalls = 0;
+    bool hasWorkWhenIdle = false;  // at the end of the call in progress
+    bool needsIdle = false;
     // References added on other threads, and one for each refused call, until EndVisits moves them to referenceCount.
     std::atomic<LONG> foreignReferences{0};
     std::atomic<LONG> visits{0};

@@ -15,13 +15,13 @@ void SignalVisit()
 
 void Object::SetVisitSignal(void (*signal)()) { visitSignal = signal; }
 
-bool Object::Refuse(const char* member)
+bool Object::Refuse(Object& object, const char* member)
 {
-    if (!home) return false;
-    NoteVisitor(member);
+    if (!object.home) return false;
+    object.NoteVisitor(member);
     // Each visit releases one reference: this is the one that it will release.
-    ++foreignReferences;
-    Visit();
+    ++object.foreignReferences;
+    object.Visit();
     return true;
 }
 

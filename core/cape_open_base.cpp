@@ -16,14 +16,17 @@ void WarnForeignThread(LogDocument* document, std::string_view object, const cha
     if (document) document->Write(Sentence::EnteredOutsideApartment, {object, member, std::to_string(thread)});
 }
 
+// The reference that the root's report adds to each proxy.
+constexpr ULONG kOwnReferences = 1;
+
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
 // The query may let in a call that fills the cache.
-void InterfaceCache::Fill(IUnknown* wrapped, REFIID iid)
+void InterfaceCache::Fill(InterfaceCache& cache, IUnknown* wrapped, REFIID iid)
 {
     ForeignPtr<IUnknown> found;
     static_cast<void>(QueryForeign(wrapped, iid, reinterpret_cast<void**>(found.Receive())));
-    if (!pointer) pointer = found.Detach();
+    if (!cache.pointer) cache.pointer = found.Detach();
 }
 
 CapeOpenBase::CapeOpenBase(const ProxyTraits& traits) : traits(traits), servedVersion(traits.servedVersion)
@@ -153,8 +156,7 @@ bool CapeOpenBase::AddPart(REFIID iid)
 
 void CapeOpenBase::DropInterfaces()
 {
-    dropsWhenIdle = activeCalls > 0;
-    if (dropsWhenIdle) return;
+    if (ActiveCalls() > 0) return NeedIdle();
     for (InterfaceCache* cache = firstCache; cache; cache = cache->Next()) cache->Drop();
 }
 
@@ -181,7 +183,7 @@ void CapeOpenBase::FinalRelease()
 
 void CapeOpenBase::ReportChildren()
 {
-    // Dropping interfaces calls foreign code, which may release proxies of the tree: hold each of them.
+    // Dropping interfaces calls foreign code, which may release proxies of the tree: add a reference to each of them.
     const std::vector<CapeOpenBase*> alive = std::move(children);
     children.clear();
     for (CapeOpenBase* child : alive) {
@@ -190,7 +192,7 @@ void CapeOpenBase::ReportChildren()
     }
     for (CapeOpenBase* child : alive) child->DropInterfaces();
     for (CapeOpenBase* child : alive) {
-        if (child->ReferenceCount() > child->OwnHolds()) com::Attempt([&] { ReportUnreleased(*child); });
+        if (child->ReferenceCount() > kOwnReferences) com::Attempt([&] { ReportUnreleased(*child); });
         child->Release();
     }
 }
@@ -199,7 +201,7 @@ void CapeOpenBase::ReportUnreleased(const CapeOpenBase& child)
 {
     LogDocument* log = Document();
     if (!log) return;
-    const std::string references = std::to_string(child.ReferenceCount() - child.OwnHolds());
+    const std::string references = std::to_string(child.ReferenceCount() - kOwnReferences);
     log->Write(Sentence::NotReleased, {child.Name(), child.TypeName(), name, references});
 }
 

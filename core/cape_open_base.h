@@ -37,7 +37,7 @@ public:
     void* Resolve(IUnknown* wrapped, REFIID iid)
     {
         if (!pointer) [[unlikely]]
-            Fill(wrapped, iid);
+            Fill(*this, wrapped, iid);
         return pointer;
     }
     // The pointer, if the cache has it.
@@ -46,7 +46,7 @@ public:
     InterfaceCache* Next() const { return next; }
 
 private:
-    void Fill(IUnknown* wrapped, REFIID iid);
+    static void Fill(InterfaceCache& cache, IUnknown* wrapped, REFIID iid);
 
     IUnknown* pointer = nullptr;
     InterfaceCache* next;
@@ -116,19 +116,6 @@ public:
     // Called at the start of each logged call of an interface that belongs to one generation; a material object checks it.
     virtual void UseVersion(ThermoVersion) {}
 
-    // While a call is in progress, the proxy stays alive whoever releases it, and keeps the interfaces in use.
-    void EnterCall()
-    {
-        Hold();
-        ++activeCalls;
-    }
-    void LeaveCall()
-    {
-        if (--activeCalls == 0 && dropsWhenIdle) [[unlikely]]
-            DropInterfaces();
-        LetGo();
-    }
-
 protected:
     explicit CapeOpenBase(const ProxyTraits& traits);
     ~CapeOpenBase() override;
@@ -139,7 +126,7 @@ protected:
     // Lets go of the wrapped object and its interfaces, for a proxy that takes another one. Other calls must not be
     // in progress.
     void Unwrap();
-    bool IsInOneCallOnly() const { return activeCalls == 1; }
+    bool IsInOneCallOnly() const { return ActiveCalls() == 1; }
 
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     const com::InterfaceEntry* Reach(REFIID iid) override;
@@ -149,6 +136,7 @@ protected:
     HRESULT InvokeMember(const com::LateMember& member, LCID locale, WORD flags, DISPPARAMS* parameters,
                          VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
     void FinalRelease() override;
+    void WhenIdle() override { DropInterfaces(); }
     void OnForeignThread(const char* member, DWORD thread) override;
 
 private:
@@ -182,11 +170,6 @@ private:
     InterfaceCache* firstCache = nullptr;
     // Parts for interfaces that the class lacks, but that were asked for and that the wrapped object has.
     std::vector<std::unique_ptr<PartOnDemand>> partsOnDemand;
-    // The references that are our own during the root's report: one for the report, and one for each call in progress.
-    ULONG OwnHolds() const { return 1 + static_cast<ULONG>(activeCalls); }
-
-    int activeCalls = 0;
-    bool dropsWhenIdle = false;
 };
 
 }  // namespace zelt

@@ -50,12 +50,12 @@ void WriteInVariant(LogDocument& document, const DualParameter& parameter, bool 
         std::memcpy(&holder.llVal, place, std::min(parameter.size, sizeof holder.llVal));
     }
     holder.vt = parameter.type == VT_HRESULT ? static_cast<VARTYPE>(VT_ERROR) : parameter.type;
-    WriteArg(document, parameter.name.c_str(), isIn, holder);
+    WriteArg(document, parameter.name, isIn, holder);
 }
 
 void WriteValue(LogDocument& document, const DualParameter& parameter, bool isIn, const void* place)
 {
-    const char* const name = parameter.name.c_str();
+    const std::string& name = parameter.name;
     if (parameter.enumeration) return WriteNamedValue(document, parameter, isIn, Read<long>(place));
     switch (parameter.type) {
         case VT_I2: return WriteArg(document, name, isIn, Read<short>(place));

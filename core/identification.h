@@ -10,7 +10,7 @@ namespace zelt {
 
 // A text that comes back. A proxy without a wrapped object returns a placeholder, so that a list of names can show something.
 struct OutOrUninitialized : OutArgument<BSTR, ByType> {
-    OutOrUninitialized(const char* name, BSTR* text) : OutArgument(name, text, {}) {}
+    OutOrUninitialized(std::string_view name, BSTR* text) : OutArgument(name, text, {}) {}
     std::optional<HRESULT> Answer(LoggedCall& call) const;
 };
 

@@ -30,7 +30,7 @@ void SayFault(LogDocument& document, std::string_view text)
 
 }  // namespace
 
-void LoggedCall::Open(const char* name)
+void LoggedCall::Open(std::string_view name)
 {
     Enter(document->Depth());
     document->BeginFunc(proxy.IsIn(), name, proxy.Name(), &proxy.Recorded());

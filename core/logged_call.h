@@ -17,7 +17,6 @@ public:
     [[gnu::always_inline]] explicit UnloggedCall(CapeOpenBase& proxy)
         : proxy(proxy), callsBefore(CountCallsInProgress())
     {
-        PrepareToEnterCall();
         proxy.EnterCall();
         EnterCallInProgress({&proxy, nullptr, 0});
     }
@@ -55,7 +54,7 @@ private:
 class LoggedCall {
 public:
     // `name` is the logged name, "ICapeUtilities::Edit".
-    [[gnu::always_inline]] LoggedCall(CapeOpenBase& proxy, const char* name)
+    [[gnu::always_inline]] LoggedCall(CapeOpenBase& proxy, std::string_view name)
         : proxy(proxy), document(proxy.Document()), callsBefore(CountCallsInProgress())
     {
         if (document) [[unlikely]] {
@@ -140,13 +139,12 @@ private:
     // between taking a hold and recording it.
     [[gnu::always_inline]] void Enter(std::int32_t depth)
     {
-        PrepareToEnterCall();
         if (document) document->Hold();
         proxy.EnterCall();
         EnterCallInProgress({&proxy, document, depth});
     }
     // Holds the document until the end of the call, and opens the element.
-    void Open(const char* name);
+    void Open(std::string_view name);
     void End();
     void* Refuse(HRESULT& failure);
     void EndElement(HRESULT logged, IUnknown* errorSource);

@@ -60,7 +60,7 @@ HRESULT LentProxy::Lend(CapeOpenBase& lent)
 namespace {
 
 // Whether the call succeeded and has a place for its object. After a failure, sets the pointer to null.
-bool HasAnswer(const LoggedCall& call, const char* name, IDispatch** pointer, HRESULT result)
+bool HasAnswer(const LoggedCall& call, std::string_view name, IDispatch** pointer, HRESULT result)
 {
     if (!pointer) {
         if (call.Document() && SUCCEEDED(result)) WarnNullOutput(*call.Document(), name);

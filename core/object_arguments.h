@@ -48,11 +48,11 @@ private:
 struct InObject : NoSteps {
     using Parameter = IDispatch*;
     using HandsBack = void;
-    const char* name;
+    std::string_view name;
     IDispatch* pointer;
     OriginalLent original;
 
-    InObject(const char* name, IDispatch* pointer) : name(name), pointer(pointer) {}
+    InObject(std::string_view name, IDispatch* pointer) : name(name), pointer(pointer) {}
     void Describe(LoggedCall& call) const;
     [[nodiscard]] HRESULT Prepare(LoggedCall& call);
     IDispatch* Value() const { return original.Get() ? original.Get() : pointer; }
@@ -65,7 +65,7 @@ struct WrappedIn : InObject {
     WrapSite site;
     LentProxy wrapper;
 
-    WrappedIn(const char* name, IDispatch* pointer, WrapSite site) : InObject(name, pointer), site(site) {}
+    WrappedIn(std::string_view name, IDispatch* pointer, WrapSite site) : InObject(name, pointer), site(site) {}
     [[nodiscard]] HRESULT Prepare(LoggedCall& call);
     IDispatch* Value() const { return wrapper.Get() ? wrapper.Get() : InObject::Value(); }
     void Release()
@@ -86,7 +86,7 @@ struct WrappedInSlot : WrappedIn {
     bool isNull;
     mutable IDispatch* copy = nullptr;
 
-    WrappedInSlot(const char* name, IDispatch** slot, WrapSite site)
+    WrappedInSlot(std::string_view name, IDispatch** slot, WrapSite site)
         : WrappedIn(name, slot ? *slot : nullptr, site), isNull(!slot)
     {}
     IDispatch** Value() const
@@ -102,12 +102,12 @@ enum class Shown { AsProxy, AsReturned };
 // An object that comes back and is replaced by a proxy, logged or not. A failed call leaves null.
 struct WrappedOut : NoSteps {
     using Parameter = IDispatch**;
-    const char* name;
+    std::string_view name;
     IDispatch** pointer;
     WrapSite site;
     Shown shown;
 
-    WrappedOut(const char* name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
+    WrappedOut(std::string_view name, IDispatch** pointer, WrapSite site, Shown shown = Shown::AsProxy)
         : name(name), pointer(pointer), site(site), shown(shown)
     {}
     void Begin() const
@@ -122,10 +122,10 @@ struct WrappedOut : NoSteps {
 // which the caller itself once passed in. A failed call leaves null.
 struct OriginalOut : NoSteps {
     using Parameter = IDispatch**;
-    const char* name;
+    std::string_view name;
     IDispatch** pointer;
 
-    OriginalOut(const char* name, IDispatch** pointer) : name(name), pointer(pointer) {}
+    OriginalOut(std::string_view name, IDispatch** pointer) : name(name), pointer(pointer) {}
     void Begin() const
     {
         if (pointer) *pointer = nullptr;
@@ -137,11 +137,11 @@ struct OriginalOut : NoSteps {
 // An array of objects that comes back: logged as it was returned, then rebuilt with the same bounds and one proxy per object.
 struct WrappedArrayOut : NoSteps {
     using Parameter = VARIANT*;
-    const char* name;
+    std::string_view name;
     VARIANT* array;
     WrapSite site;
 
-    WrappedArrayOut(const char* name, VARIANT* array, WrapSite site) : name(name), array(array), site(site) {}
+    WrappedArrayOut(std::string_view name, VARIANT* array, WrapSite site) : name(name), array(array), site(site) {}
     VARIANT* Value() const { return array; }
     void Finish(LoggedCall& call, HRESULT& result) const;
 };
@@ -153,7 +153,7 @@ struct InSlot : InObject {
     bool isNull;
     mutable IDispatch* copy = nullptr;
 
-    InSlot(const char* name, IDispatch** slot) : InObject(name, slot ? *slot : nullptr), isNull(!slot) {}
+    InSlot(std::string_view name, IDispatch** slot) : InObject(name, slot ? *slot : nullptr), isNull(!slot) {}
     IDispatch** Value() const
     {
         copy = InObject::Value();

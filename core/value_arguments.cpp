@@ -2,6 +2,6 @@
 
 namespace zelt {
 
-void WarnNullOutput(LogDocument& document, const char* name) { document.Write(Sentence::NullOutput, {name}); }
+void WarnNullOutput(LogDocument& document, std::string_view name) { document.Write(Sentence::NullOutput, {name}); }
 
 }  // namespace zelt

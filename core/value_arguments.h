@@ -12,7 +12,7 @@ namespace zelt {
 
 struct ByType {
     template <class T>
-    static void Write(LogDocument& document, const char* name, bool isIn, const T& value)
+    static void Write(LogDocument& document, std::string_view name, bool isIn, const T& value)
     {
         if constexpr (std::is_pointer_v<T> && std::is_convertible_v<T, IUnknown*>) {
             WriteArg(document, name, isIn, static_cast<IUnknown*>(value));
@@ -24,28 +24,28 @@ struct ByType {
 
 struct AsShape {
     Shape shape;
-    void Write(LogDocument& document, const char* name, bool isIn, const VARIANT& value) const
+    void Write(LogDocument& document, std::string_view name, bool isIn, const VARIANT& value) const
     {
         WriteArg(document, name, isIn, value, shape);
     }
 };
 
 struct AsVariantBool {
-    static void Write(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value)
+    static void Write(LogDocument& document, std::string_view name, bool isIn, VARIANT_BOOL value)
     {
         WriteVariantBoolArg(document, name, isIn, value);
     }
 };
 
 struct AsWindowsBool {
-    static void Write(LogDocument& document, const char* name, bool isIn, BOOL value)
+    static void Write(LogDocument& document, std::string_view name, bool isIn, BOOL value)
     {
         WriteBoolArg(document, name, isIn, value);
     }
 };
 
 struct AsFlags {
-    static void Write(LogDocument& document, const char* name, bool isIn, int value)
+    static void Write(LogDocument& document, std::string_view name, bool isIn, int value)
     {
         WriteFlagsArg(document, name, isIn, value);
     }
@@ -54,11 +54,11 @@ struct AsFlags {
 template <class T, class Format>
 struct InArgument : NoSteps {
     using Parameter = T;
-    const char* name;
+    std::string_view name;
     const T& value;
     Format format;
 
-    InArgument(const char* name, const T& value, Format format) : name(name), value(value), format(format) {}
+    InArgument(std::string_view name, const T& value, Format format) : name(name), value(value), format(format) {}
     void Describe(LoggedCall& call) const
     {
         if (LogDocument* log = call.Document()) format.Write(*log, name, true, value);
@@ -68,44 +68,44 @@ struct InArgument : NoSteps {
 
 // A value that goes in: string, number, enumeration, interface pointer or VARIANT.
 template <class T>
-auto In(const char* name, const T& value)
+auto In(std::string_view name, const T& value)
 {
     return InArgument<T, ByType>(name, value, {});
 }
-inline auto In(const char* name, const VARIANT& value, Shape shape)
+inline auto In(std::string_view name, const VARIANT& value, Shape shape)
 {
     return InArgument<VARIANT, AsShape>(name, value, {shape});
 }
-inline auto InBool(const char* name, const VARIANT_BOOL& value)
+inline auto InBool(std::string_view name, const VARIANT_BOOL& value)
 {
     return InArgument<VARIANT_BOOL, AsVariantBool>(name, value, {});
 }
-inline auto InWindowsBool(const char* name, const BOOL& value)
+inline auto InWindowsBool(std::string_view name, const BOOL& value)
 {
     return InArgument<BOOL, AsWindowsBool>(name, value, {});
 }
-inline auto InFlags(const char* name, const int& value) { return InArgument<int, AsFlags>(name, value, {}); }
+inline auto InFlags(std::string_view name, const int& value) { return InArgument<int, AsFlags>(name, value, {}); }
 
 // An input that is logged as an output, before the call is forwarded: readers of existing logs rely on it.
 struct InShownAsOut : InArgument<VARIANT, AsShape> {
-    InShownAsOut(const char* name, const VARIANT& value, Shape shape) : InArgument(name, value, {shape}) {}
+    InShownAsOut(std::string_view name, const VARIANT& value, Shape shape) : InArgument(name, value, {shape}) {}
     void Describe(LoggedCall& call) const
     {
         if (LogDocument* log = call.Document()) format.Write(*log, name, false, value);
     }
 };
 
-void WarnNullOutput(LogDocument& document, const char* name);
+void WarnNullOutput(LogDocument& document, std::string_view name);
 
 template <class T, class Format>
 struct OutArgument : NoSteps {
     using Parameter = T*;
     using FinishOnlyLogs = void;
-    const char* name;
+    std::string_view name;
     T* value;
     Format format;
 
-    OutArgument(const char* name, T* value, Format format) : name(name), value(value), format(format) {}
+    OutArgument(std::string_view name, T* value, Format format) : name(name), value(value), format(format) {}
     T* Value() const { return value; }
     void Finish(LoggedCall& call, HRESULT& result) const
     {
@@ -117,18 +117,18 @@ struct OutArgument : NoSteps {
 
 // A value that comes back; logged only when the call succeeded.
 template <class T>
-auto Out(const char* name, T* value)
+auto Out(std::string_view name, T* value)
 {
     return OutArgument<T, ByType>(name, value, {});
 }
 // A list of names may come back as VT_EMPTY, because the standard returns a list without elements that way. Other lists may do
 // so only if their shape allows it, because the caller need not have asked for them.
-inline auto Out(const char* name, VARIANT* value, Shape shape)
+inline auto Out(std::string_view name, VARIANT* value, Shape shape)
 {
     shape.allowEmpty |= shape.type == kStrings.type;
     return OutArgument<VARIANT, AsShape>(name, value, {shape});
 }
-inline auto OutBool(const char* name, VARIANT_BOOL* value)
+inline auto OutBool(std::string_view name, VARIANT_BOOL* value)
 {
     return OutArgument<VARIANT_BOOL, AsVariantBool>(name, value, {});
 }

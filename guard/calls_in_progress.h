@@ -25,30 +25,24 @@ EndCallFunction SetEndCall(EndCallFunction function);
 
 namespace calls_in_progress {
 
-// Outermost first. Calls for which there is no memory are counted but not kept.
-extern CallInProgress* calls;
-extern std::size_t room;
-extern std::size_t count;
+// More than the main thread's stack of 2 MB holds. Calls for which there is no room, which only a thread with a larger stack can
+// make, are counted but not kept.
+constexpr std::size_t kRoom = 16384;
 
-void MakeRoom() noexcept;
+// Outermost first. The system provides the memory as it is used.
+extern CallInProgress calls[kRoom];
+extern std::size_t count;
 
 }  // namespace calls_in_progress
 
 // How many calls are in progress.
 inline std::size_t CountCallsInProgress() { return calls_in_progress::count; }
 
-// Makes room for one more call. Unlike EnterCallInProgress, it may call other functions.
-inline void PrepareToEnterCall()
-{
-    using namespace calls_in_progress;
-    if (count == room) [[unlikely]]
-        MakeRoom();
-}
-
+// Calls no function.
 [[gnu::always_inline]] inline void EnterCallInProgress(const CallInProgress& call)
 {
     using namespace calls_in_progress;
-    if (count < room) [[likely]]
+    if (count < kRoom) [[likely]]
         calls[count] = call;
     ++count;
 }

@@ -2,13 +2,17 @@
 
 namespace zelt {
 
-void ArgWriter::Open(const char* name, bool isIn)
+void ArgWriter::Open(std::string_view name, bool isIn)
 {
     EntryText& entry = document.entry;
     Blanks(Indentation(0));
     entry += "<arg name=\"";
     AppendEscaped(entry, name);
-    entry += isIn ? "\" direc=\"in\" type=\"" : "\" direc=\"out\" type=\"";
+    if (isIn) {
+        entry += "\" direc=\"in\" type=\"";
+    } else {
+        entry += "\" direc=\"out\" type=\"";
+    }
 }
 
 void ArgWriter::Line(int level, std::string_view text)

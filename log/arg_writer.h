@@ -18,7 +18,23 @@ public:
     // or a function `type(EntryText&)` that appends it. When nothing is written, neither function is called. Values come from
     // other people's code: if one cannot be read, or memory runs out, "<unable to format value>" replaces them all.
     template <class Type, class Body>
-    static void Write(LogDocument& document, const char* name, bool isIn, Type&& type, Body&& body) noexcept
+    static void Write(LogDocument& document, std::string_view name, bool isIn, Type&& type, Body&& body) noexcept
+    {
+        WriteOwn(document, name, isIn, std::forward<Type>(type), [&](ArgWriter& arg) {
+            const std::size_t start = document.entry.Size();
+            if (FAILED(CallForeign([&] {
+                    body(arg);
+                    return S_OK;
+                }))) {
+                document.entry.CutTo(start);
+                arg.EscapedValue("<unable to format value>");
+            }
+        });
+    }
+
+    // The same for values that can be read and written without failing, like integers. If memory runs out, the entry is missing.
+    template <class Type, class Body>
+    static void WriteOwn(LogDocument& document, std::string_view name, bool isIn, Type&& type, Body&& body) noexcept
     {
         document.WriteEntry([&] {
             ArgWriter arg(document);
@@ -29,14 +45,7 @@ public:
                 document.entry += type;
             }
             arg.Raw("\">\r\n");
-            const std::size_t start = document.entry.Size();
-            if (FAILED(CallForeign([&] {
-                    body(arg);
-                    return S_OK;
-                }))) {
-                document.entry.CutTo(start);
-                arg.EscapedValue("<unable to format value>");
-            }
+            body(arg);
             arg.Line(0, "</arg>");
         });
     }
@@ -64,9 +73,10 @@ public:
     {
         constexpr std::string_view kOpening = "<argval value=\"", kClosing = "\"/>\r\n";
         const auto blanks = static_cast<std::size_t>(Indentation(level));
+        static_assert(kOpening.size() + kLongestShortText >= EntryText::kMostPastBlanks);
         return document.entry.AppendWith(blanks + kOpening.size() + kLongestShortText + kClosing.size(),
                                          [&](char* to) -> char* {
-                                             for (std::size_t i = 0; i < blanks; ++i) *to++ = ' ';
+                                             to = EntryText::PutBlanks(to, blanks);
                                              std::memcpy(to, kOpening.data(), kOpening.size());
                                              char* const end = write(to + kOpening.size());
                                              if (!end) return nullptr;
@@ -100,7 +110,7 @@ public:
 
 private:
     explicit ArgWriter(LogDocument& document) : document(document) {}
-    void Open(const char* name, bool isIn);
+    void Open(std::string_view name, bool isIn);
 
     LogDocument& document;
 };

@@ -36,10 +36,15 @@ public:
     }
     void Blanks(std::size_t count)
     {
-        AppendWith(count, [count](char* to) {
-            for (std::size_t i = 0; i < count; ++i) to[i] = ' ';
-            return to + count;
-        });
+        AppendWith(count + kMostPastBlanks, [count](char* to) { return PutBlanks(to, count); });
+    }
+    // Writes `count` blanks and returns their end. Writes up to kMostPastBlanks more behind them.
+    static constexpr std::size_t kMostPastBlanks = 15;
+    [[gnu::always_inline]] static char* PutBlanks(char* to, std::size_t count)
+    {
+        constexpr std::size_t kStep = kMostPastBlanks + 1;
+        for (std::size_t at = 0; at < count; at += kStep) std::memcpy(to + at, "                ", kStep);
+        return to + count;
     }
     // `write(char*)` writes at most `most` characters and returns their end; null appends nothing.
     template <class Write>

@@ -48,7 +48,7 @@ const Enumeration* FindEnumeration(std::string_view name)
     return nullptr;
 }
 
-void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value)
+void WriteEnumerationArg(LogDocument& document, std::string_view name, bool isIn, const Enumeration& type, int value)
 {
     RecordArgument(document, name, isIn, recording::ArgumentKind::Enumeration, type.name,
                    [&](recording::ValueWriter& record) {

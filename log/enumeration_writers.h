@@ -27,11 +27,11 @@ const Enumeration& EnumerationOf(eCapeParamType);
 // The enumeration of this name; null when there is none.
 const Enumeration* FindEnumeration(std::string_view name);
 
-void WriteEnumerationArg(LogDocument& document, const char* name, bool isIn, const Enumeration& type, int value);
+void WriteEnumerationArg(LogDocument& document, std::string_view name, bool isIn, const Enumeration& type, int value);
 
 template <class E>
 requires std::is_enum_v<E>
-void WriteArg(LogDocument& document, const char* name, bool isIn, E value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, E value)
 {
     WriteEnumerationArg(document, name, isIn, EnumerationOf(value), static_cast<int>(value));
 }

@@ -20,8 +20,8 @@ constexpr char kHeader[] = "<?xml version=\"1.0\" standalone=\"yes\"?>\r\n<zeltl
 
 // An element of a sentence, and what the suppression warning calls its text.
 struct Element {
-    const char* name;
-    const char* text;
+    std::string_view name;
+    std::string_view text;
 };
 constexpr Element kElements[] = {{"info", "info string"}, {"warning", "warning string"}, {"error", "error string"}};
 
@@ -115,7 +115,7 @@ void LogDocument::EndGap()
 }
 
 // Not indented: readers of existing logs rely on it.
-void LogDocument::AppendSuppression(const char* what)
+void LogDocument::AppendSuppression(std::string_view what)
 {
     entry += "<warning value=\"";
     const std::string_view holes[] = {what};
@@ -143,7 +143,11 @@ void LogDocument::BeginFunc(bool isIn, std::string_view functionName, std::strin
         Indent();
         entry += "<func name=\"";
         AppendEscaped(entry, functionName);
-        entry += isIn ? "\" direc=\"in\" object=\"" : "\" direc=\"out\" object=\"";
+        if (isIn) {
+            entry += "\" direc=\"in\" object=\"";
+        } else {
+            entry += "\" direc=\"out\" object=\"";
+        }
         const bool dropped = AppendEscaped(entry, name);
         entry += "\">\r\n";
         if (dropped) AppendSuppression("object name");

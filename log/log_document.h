@@ -140,7 +140,7 @@ private:
         AppendSentence(sentence, HoleTexts(holes.begin(), holes.size()), level);
     }
     // Adds the warning that characters of the text above were dropped; `what` is the warning's name for that text.
-    void AppendSuppression(const char* what);
+    void AppendSuppression(std::string_view what);
     void CloseFunc(const FailureText* failure, const FailureDetail* detail);
     void Indent(int level = 0) { entry.Blanks(static_cast<std::size_t>(openElements + level)); }
 

@@ -59,26 +59,42 @@ T Read(const char* from)
     return value;
 }
 
-// Whether the text can be copied unchanged, as nearly all can. The last step is always whole: it may look at some bytes again.
-bool IsCopied(std::string_view text)
+// A register whose lower half is read from memory.
+__m128i ReadHalf(const char* from) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)); }
+void WriteHalf(char* to, __m128i bytes) { _mm_storel_epi64(reinterpret_cast<__m128i*>(to), bytes); }
+
+// Copies the text if it can be copied unchanged, as nearly all can, and returns its end; otherwise null. The last step is always
+// whole: it may copy some characters again.
+char* PutUnchanged(char* to, std::string_view text)
 {
-    const char* const begin = text.data();
     const std::size_t size = text.size();
     if (size >= 16) {
-        for (std::size_t i = 0; i + 16 <= size; i += 16) {
-            if (!AreCopied(Read<__m128i>(begin + i))) return false;
+        for (std::size_t i = 0; i + 16 < size; i += 16) {
+            const auto bytes = Read<__m128i>(text.data() + i);
+            if (!AreCopied(bytes)) return nullptr;
+            std::memcpy(to + i, &bytes, 16);
         }
-        return AreCopied(Read<__m128i>(begin + size - 16));
+        const auto bytes = Read<__m128i>(text.data() + size - 16);
+        if (!AreCopied(bytes)) return nullptr;
+        std::memcpy(to + size - 16, &bytes, 16);
+    } else if (size >= 8) {
+        const __m128i first = ReadHalf(text.data()), last = ReadHalf(text.data() + size - 8);
+        if (!AreCopied(_mm_unpacklo_epi64(first, last))) return nullptr;
+        WriteHalf(to, first);
+        WriteHalf(to + size - 8, last);
+    } else if (size >= 4) {
+        const int first = Read<int>(text.data()), last = Read<int>(text.data() + size - 4);
+        const __m128i ends = _mm_unpacklo_epi32(_mm_cvtsi32_si128(first), _mm_cvtsi32_si128(last));
+        if (!AreCopied(_mm_unpacklo_epi64(ends, ends))) return nullptr;
+        std::memcpy(to, &first, 4);
+        std::memcpy(to + size - 4, &last, 4);
+    } else {
+        for (std::size_t i = 0; i < size; ++i) {
+            if (!IsCopied(static_cast<unsigned char>(text[i]))) return nullptr;
+            to[i] = text[i];
+        }
     }
-    if (size >= 8) return AreCopied(_mm_set_epi64x(Read<long long>(begin), Read<long long>(begin + size - 8)));
-    if (size >= 4) {
-        const int first = Read<int>(begin), last = Read<int>(begin + size - 4);
-        return AreCopied(_mm_set_epi32(first, last, first, last));
-    }
-    for (const char c : text) {
-        if (!IsCopied(static_cast<unsigned char>(c))) return false;
-    }
-    return true;
+    return to + size;
 }
 
 // Copies `Size` characters and returns the end. The size is a constant, so the compiler needs no call.
@@ -97,13 +113,14 @@ constexpr int kDigits = 6;
 constexpr double kLeast = 1e5, kTooMany = 1e6;  // an integer of six digits is at least kLeast and less than kTooMany
 constexpr double kNearTie = 1e-6;
 
-constexpr int kPowers = 23;  // 10^22 is the last that a double holds exactly
-constexpr std::array<double, kPowers> kPowerOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kMostPower = 22;  // 10^22 is the last that a double holds exactly
+constexpr std::array<double, 2 * kMostPower + 1> kPowersOfTen = {
+    1e-22, 1e-21, 1e-20, 1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9, 1e-8,
+    1e-7,  1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,   1e4,   1e5,   1e6,  1e7,
+    1e8,   1e9,   1e10,  1e11,  1e12,  1e13,  1e14,  1e15,  1e16,  1e17,  1e18,  1e19,  1e20,  1e21, 1e22};
 
-bool HasPower(int power) { return power > -kPowers && power < kPowers; }
-double Scaled(double value, int power) { return power >= 0 ? value * kPowerOfTen[power] : value / kPowerOfTen[-power]; }
+bool HasPower(int power) { return power >= -kMostPower && power <= kMostPower; }
+double PowerOfTen(int power) { return kPowersOfTen[static_cast<std::size_t>(power + kMostPower)]; }
 
 // A double as the sum of two that have half of its digits, so that the products of such halves are exact.
 struct Halves {
@@ -126,37 +143,45 @@ bool IsProduct(double a, double b, double product)
     return error + left.low * right.low == 0;
 }
 
-// Whether Scaled returned `scaled` without an error.
-bool IsExact(double value, int power, double scaled)
+// Rounds a value, scaled by the power of ten, that is next to a tie. False if its digits need the exact conversion.
+bool RoundNearTie(double magnitude, int power, std::int32_t& digits)
 {
-    return power >= 0 ? IsProduct(value, kPowerOfTen[power], scaled) : IsProduct(scaled, kPowerOfTen[-power], value);
+    const double scaled = power >= 0 ? magnitude * PowerOfTen(power) : magnitude / PowerOfTen(-power);
+    if (power >= 0 ? !IsProduct(magnitude, PowerOfTen(power), scaled)
+                   : !IsProduct(scaled, PowerOfTen(-power), magnitude)) {
+        return false;
+    }
+    digits = static_cast<std::int32_t>(scaled);
+    const double rest = scaled - digits;
+    // A tie is rounded to the even digit.
+    if (rest > 0.5 || (rest == 0.5 && digits % 2 != 0)) ++digits;
+    return true;
 }
 
-// The six digits and the decimal exponent of the first of them; false for a value that needs the exact conversion.
+// The six digits and the decimal exponent of the first of them; false for a value that needs the exact conversion. Branches only
+// where nearly all values go the same way: after each write of an entry, the processor has to guess anew.
 bool SplitDigits(double magnitude, std::uint32_t& digits, int& exponent)
 {
     const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
     exponent = binary * 1233 >> 12;  // 1233 / 4096 is close to the decimal logarithm of two
-    if (!HasPower(kDigits - 1 - exponent)) return false;
-    double scaled = Scaled(magnitude, kDigits - 1 - exponent);
-    if (scaled >= kTooMany || scaled < kLeast) {
-        exponent += scaled < kLeast ? -1 : 1;
-        if (!HasPower(kDigits - 1 - exponent)) return false;
-        scaled = Scaled(magnitude, kDigits - 1 - exponent);
-        if (scaled >= kTooMany || scaled < kLeast) return false;
-    }
-    digits = static_cast<std::uint32_t>(scaled);
-    const double rest = scaled - digits;
-    bool roundsUp = rest > 0.5;
+    if (!HasPower(exponent + 1) || !HasPower(kDigits - 1 - exponent)) return false;
+    exponent += magnitude >= PowerOfTen(exponent + 1) ? 1 : 0;
+    const int power = kDigits - 1 - exponent;
+    const double scaled = magnitude * PowerOfTen(power);
+    if (!(scaled >= kLeast && scaled < kTooMany)) return false;
+    // Conversions of signed numbers take one instruction.
+    auto rounded = static_cast<std::int32_t>(scaled);
+    const double rest = scaled - rounded;
     if (rest > 0.5 - kNearTie && rest < 0.5 + kNearTie) {
-        if (!IsExact(magnitude, kDigits - 1 - exponent, scaled)) return false;
-        // A tie is rounded to the even digit.
-        if (rest == 0.5) roundsUp = digits % 2 != 0;
+        if (!RoundNearTie(magnitude, power, rounded)) return false;
+    } else {
+        rounded += rest > 0.5 ? 1 : 0;
     }
-    if (roundsUp && ++digits == static_cast<std::uint32_t>(kTooMany)) {
-        digits /= 10;
+    if (rounded == static_cast<std::int32_t>(kTooMany)) {
+        rounded /= 10;
         ++exponent;
     }
+    digits = static_cast<std::uint32_t>(rounded);
     return true;
 }
 
@@ -175,23 +200,44 @@ constexpr DigitPairs kDigitPairs;
 
 const char* DigitPair(std::uint32_t number) { return &kDigitPairs.text[2 * number]; }
 
+// The six digits as characters, and zeros behind them. A register collects them, because memory that was written in small pieces
+// cannot be read at once as a large one.
+__m128i CharactersOf(std::uint32_t digits)
+{
+    const __m128i first = _mm_cvtsi32_si128(Read<std::uint16_t>(DigitPair(digits / 10000)));
+    const __m128i second = _mm_insert_epi16(first, Read<std::uint16_t>(DigitPair(digits / 100 % 100)), 1);
+    return _mm_insert_epi16(second, Read<std::uint16_t>(DigitPair(digits % 100)), 2);
+}
+
+// How many of the six characters are left without the zeros at their end. The first is not a zero.
+int CountWithoutZeros(__m128i characters)
+{
+    const __m128i zeros = _mm_cmpeq_epi8(characters, _mm_set1_epi8('0'));
+    const auto others = ~static_cast<unsigned>(_mm_movemask_epi8(zeros)) & ((1u << kDigits) - 1);
+    return std::bit_width(others);
+}
+
 // Writes the value as "%g" shows it; null, and nothing written, for one that needs the exact conversion. Always copies eight
 // digits, which takes no loop, and then goes to the end of those that count.
 char* WriteOrdinaryDouble(char* to, double value)
 {
+    if (value == 0) {
+        if (std::signbit(value)) *to++ = '-';
+        *to++ = '0';
+        return to;
+    }
     std::uint32_t digits = 0;
     int exponent = 0;
     if (!SplitDigits(std::abs(value), digits, exponent)) return nullptr;
 
     constexpr std::size_t kCopied = 8;
-    std::array<char, 16> digit = {};
-    Put<2>(Put<2>(Put<2>(digit.data(), DigitPair(digits / 10000)), DigitPair(digits / 100 % 100)),
-           DigitPair(digits % 100));
-    int count = kDigits;
-    while (count > 1 && digit[count - 1] == '0') --count;
+    const __m128i characters = CharactersOf(digits);
+    const int count = CountWithoutZeros(characters);
+    std::array<char, 16> digit;
+    std::memcpy(digit.data(), &characters, 16);
 
-    char* end = to;
-    if (std::signbit(value)) *end++ = '-';
+    *to = '-';
+    char* end = to + (std::signbit(value) ? 1 : 0);
     if (exponent < -4 || exponent >= kDigits) {
         *end++ = digit[0];
         if (count > 1) {
@@ -211,21 +257,16 @@ char* WriteOrdinaryDouble(char* to, double value)
     }
     const int whole = exponent + 1;
     Put<kCopied>(end, digit.data());
-    end += whole;
-    if (count <= whole) return end;
-    *end++ = '.';
-    Put<kCopied>(end, digit.data() + whole);
-    return end + count - whole;
+    end[whole] = '.';
+    Put<kCopied>(end + whole + 1, digit.data() + whole);
+    return end + (count > whole ? count + 1 : whole);
 }
 
 }  // namespace
 
 bool AppendEscaped(EntryText& out, std::string_view text)
 {
-    if (IsCopied(text)) {
-        out += text;
-        return false;
-    }
+    if (out.AppendWith(text.size(), [text](char* to) { return PutUnchanged(to, text); })) return false;
     bool dropped = false;
     std::size_t runStart = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -2,7 +2,8 @@
 
 #include <oleauto.h>
 
-#include <cmath>
+#include <bit>
+#include <cstdint>
 #include <limits>
 
 #include "log/log_text.h"
@@ -10,11 +11,22 @@
 
 namespace zelt {
 
+namespace {
+
+// Unlike std::isnan, raises no floating-point exception for a signaling NaN: a component may have unmasked these exceptions.
+bool IsNan(double value)
+{
+    constexpr auto kInfinity = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
+    return (std::bit_cast<std::uint64_t>(value) & INT64_MAX) > kInfinity;
+}
+
+}  // namespace
+
 bool IsOldUndefined(double value) { return value == std::numeric_limits<double>::lowest(); }
 
 void AppendDoubleValue(ArgWriter& arg, double value, Sentence oldValueWarning, int level)
 {
-    if (std::isnan(value)) return arg.Value("N/A", level);
+    if (IsNan(value)) return arg.Value("N/A", level);
     if (IsOldUndefined(value)) {
         arg.Value("N/A", level);
         return arg.Say(oldValueWarning, level);

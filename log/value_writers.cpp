@@ -14,35 +14,37 @@ namespace {
 using recording::ArgumentKind;
 using recording::ValueWriter;
 
-void WriteInteger(LogDocument& document, const char* name, bool isIn, const char* type, ArgumentKind kind, long value)
+void WriteInteger(LogDocument& document, std::string_view name, bool isIn, std::string_view type, ArgumentKind kind,
+                  long value)
 {
     RecordArgument(document, name, isIn, kind, type, [value](ValueWriter& record) { record.Integer(value); });
-    ArgWriter::Write(document, name, isIn, type, [value](ArgWriter& arg) {
+    ArgWriter::WriteOwn(document, name, isIn, type, [value](ArgWriter& arg) {
         arg.ShortValue([value](char* text) { return WriteDecimal(text, value); });
     });
 }
 
 }  // namespace
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, short value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, short value)
 {
     WriteInteger(document, name, isIn, "short", ArgumentKind::Short, value);
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, long value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, long value)
 {
     WriteInteger(document, name, isIn, "long", ArgumentKind::Long, value);
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, double value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, double value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Double, "double",
                    [value](ValueWriter& record) { record.Real(value); });
+    // Guarded: if a component has unmasked floating-point exceptions, most numbers may raise one.
     ArgWriter::Write(document, name, isIn, "double",
                      [value](ArgWriter& arg) { AppendDoubleValue(arg, value, Sentence::OldUndefinedValue); });
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, BSTR value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::String, "string",
                    [value](ValueWriter& record) { RecordText(record, value); });
@@ -50,7 +52,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, BSTR value)
                      [value](ArgWriter& arg) { AppendStringValue(arg, value, "<NULL>", 1, 0); });
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, const CLSID& value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::ClassId, "CLSID", [&](ValueWriter& record) {
         record.Raw({reinterpret_cast<const char*>(&value), sizeof value});
@@ -58,7 +60,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, const CLSID& v
     ArgWriter::Write(document, name, isIn, "CLSID", [&](ArgWriter& arg) { arg.Value(Narrow(GuidText(value))); });
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_INTEGER& value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, const ULARGE_INTEGER& value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Unsigned64, "ULARGE_INTEGER",
                    [&](ValueWriter& record) { record.Integer(static_cast<std::int64_t>(value.QuadPart)); });
@@ -66,7 +68,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, const ULARGE_I
                      [&](ArgWriter& arg) { arg.Value(std::to_string(value.QuadPart)); });
 }
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* value)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, IUnknown* value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Interface, "interface",
                    [value](ValueWriter& record) { RecordPointer(record, value); });
@@ -79,7 +81,7 @@ void WriteArg(LogDocument& document, const char* name, bool isIn, IUnknown* valu
     });
 }
 
-void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, IUnknown* value,
+void WriteNamedInterfaceArg(LogDocument& document, std::string_view name, bool isIn, IUnknown* value,
                             std::string_view objectName)
 {
     RecordArgument(document, name, isIn, ArgumentKind::NamedInterface, "interface", [&](ValueWriter& record) {
@@ -97,7 +99,7 @@ void WriteNamedInterfaceArg(LogDocument& document, const char* name, bool isIn, 
     });
 }
 
-void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std::string_view type, long value,
+void WriteNamedValueArg(LogDocument& document, std::string_view name, bool isIn, std::string_view type, long value,
                         std::string_view shown)
 {
     RecordArgument(document, name, isIn, ArgumentKind::NamedValue, type, [&](ValueWriter& record) {
@@ -108,7 +110,8 @@ void WriteNamedValueArg(LogDocument& document, const char* name, bool isIn, std:
     ArgWriter::Write(document, name, isIn, type, [shown](ArgWriter& arg) { arg.Value(shown); });
 }
 
-void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::string_view type, const void* address)
+void WriteAddressArg(LogDocument& document, std::string_view name, bool isIn, std::string_view type,
+                     const void* address)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Address, type, [&](ValueWriter& record) {
         RecordPointer(record, address);
@@ -123,14 +126,14 @@ void WriteAddressArg(LogDocument& document, const char* name, bool isIn, std::st
     });
 }
 
-void WriteBoolArg(LogDocument& document, const char* name, bool isIn, BOOL value)
+void WriteBoolArg(LogDocument& document, std::string_view name, bool isIn, BOOL value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Bool, "BOOL",
                    [value](ValueWriter& record) { record.Integer(value); });
     ArgWriter::Write(document, name, isIn, "BOOL", [value](ArgWriter& arg) { arg.Value(value ? "TRUE" : "FALSE"); });
 }
 
-void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VARIANT_BOOL value)
+void WriteVariantBoolArg(LogDocument& document, std::string_view name, bool isIn, VARIANT_BOOL value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::VariantBool, "VARIANT_BOOL",
                    [value](ValueWriter& record) { record.Integer(value); });
@@ -143,7 +146,7 @@ void WriteVariantBoolArg(LogDocument& document, const char* name, bool isIn, VAR
     });
 }
 
-void WriteFlagsArg(LogDocument& document, const char* name, bool isIn, int value)
+void WriteFlagsArg(LogDocument& document, std::string_view name, bool isIn, int value)
 {
     RecordArgument(document, name, isIn, ArgumentKind::Flags, "int",
                    [value](ValueWriter& record) { record.Integer(value); });

@@ -5,7 +5,7 @@ namespace {
 
 struct TypeName {
     VARTYPE type;
-    const char* name;
+    std::string_view name;
 };
 
 // clang-format off
@@ -44,12 +44,12 @@ template <class Text>
 void Append(Text& out, VARTYPE type, const char* unknown)
 {
     for (const TypeName& flag : kFlags) {
-        if (type & flag.type) out += std::string_view(flag.name);
+        if (type & flag.type) out += flag.name;
     }
     const VARTYPE base = type & VT_TYPEMASK;
     for (const TypeName& known : kBaseTypes) {
         if (known.type == base) {
-            out += std::string_view(known.name);
+            out += known.name;
             return;
         }
     }

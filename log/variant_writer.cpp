@@ -3,6 +3,8 @@
 #include <comutil.h>
 #include <oleauto.h>
 
+#include <array>
+
 #include "log/arg_writer.h"
 #include "log/array_reader.h"
 #include "log/log_text.h"
@@ -34,9 +36,9 @@ void AppendOtherScalar(ArgWriter& arg, const VARIANT& value, int level)
 
 void AppendBound(ArgWriter& arg, Sentence sentence, LONG bound, int level)
 {
-    std::string text;
-    AppendDecimal(text, bound);
-    arg.Say(sentence, {text}, level);
+    std::array<char, kLongestShortText> text;
+    const char* const end = WriteDecimal(text.data(), bound);
+    arg.Say(sentence, {{text.data(), end}}, level);
 }
 
 template <class T, class Append>
@@ -124,7 +126,7 @@ void AppendVariantValue(ArgWriter& arg, const VARIANT& value, VARTYPE expected, 
 
 }  // namespace
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected)
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, const VARIANT& value, Shape expected)
 {
     const auto type = [&value](EntryText& out) { AppendVariantTypeName(out, value.vt, kUnknownInMarkup); };
     if (document.Recorder()) {

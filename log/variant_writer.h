@@ -26,6 +26,7 @@ inline constexpr Shape kBooleans{VT_ARRAY | VT_BOOL, false};
 inline constexpr Shape kVariants{VT_ARRAY | VT_VARIANT, false};
 inline constexpr Shape kObjects{VT_ARRAY | VT_DISPATCH, false};
 
-void WriteArg(LogDocument& document, const char* name, bool isIn, const VARIANT& value, Shape expected = kAnything);
+void WriteArg(LogDocument& document, std::string_view name, bool isIn, const VARIANT& value,
+              Shape expected = kAnything);
 
 }  // namespace zelt

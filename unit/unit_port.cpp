@@ -21,7 +21,7 @@ constexpr Replacement kReplacements[] = {
 struct ConnectedIn : WrappedIn {
     LoggedUnitPort& port;
 
-    ConnectedIn(const char* name, IDispatch* object, LoggedUnitPort& port)
+    ConnectedIn(std::string_view name, IDispatch* object, LoggedUnitPort& port)
         : WrappedIn(name, object, {WrapKind::MaterialObject}), port(port)
     {}
     HRESULT Prepare(LoggedCall& call)

@@ -51,7 +51,7 @@ public:
     // `body(recording::ValueWriter&)` writes the value, which may be in memory that belongs to another component; what cannot
     // be read is recorded as such, with the logged type.
     template <class Body>
-    void Argument(const char* name, bool isIn, recording::ArgumentKind kind, std::string_view type,
+    void Argument(std::string_view name, bool isIn, recording::ArgumentKind kind, std::string_view type,
                   Body&& body) noexcept
     {
         try {

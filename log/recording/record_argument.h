@@ -10,7 +10,7 @@ namespace zelt {
 
 // Records the value if there is a recording; see CallRecorder::Argument.
 template <class Body>
-void RecordArgument(LogDocument& document, const char* name, bool isIn, recording::ArgumentKind kind,
+void RecordArgument(LogDocument& document, std::string_view name, bool isIn, recording::ArgumentKind kind,
                     std::string_view type, Body&& body)
 {
     if (CallRecorder* recorder = document.Recorder())

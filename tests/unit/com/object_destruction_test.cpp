@@ -1,7 +1,8 @@
-// Objects that are referenced and released while they are being destroyed.
+// When objects end that are referenced and released in unusual moments: while they are being destroyed, or during a call.
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <string>
 
 #include "com/object.h"
 
@@ -37,6 +38,86 @@ TEST(ObjectDestruction, AReferenceThatComesAndGoesMeanwhileDestroysNothingAgain)
     EXPECT_EQ(1, Counted::destroyed);
     EXPECT_LT(0u, Counted::afterRelease);
     EXPECT_EQ(Counted::afterRelease + 1, Counted::afterAddRef);
+}
+
+// Says when it ends, and can be used like a proxy that is called.
+class Called final : public com::Object {
+public:
+    explicit Called(std::string& story) : story(story) {}
+    ~Called() override { story += "destroyed;"; }
+
+    void DropWhenIdle() { NeedIdle(); }
+
+private:
+    void FinalRelease() override { story += "released;"; }
+    void WhenIdle() override
+    {
+        story += "idle;";
+        Release();
+    }
+
+    std::string& story;
+};
+
+TEST(ObjectDestruction, IsLeftToTheEndOfTheCallsInProgress)
+{
+    std::string story;
+    auto* object = new Called(story);
+    object->AddRef();
+    object->EnterCall();
+    object->EnterCall();
+    // A caller that gives its reference back once too often during its call.
+    EXPECT_EQ(0u, object->Release());
+    EXPECT_EQ(0u, object->Release());
+    EXPECT_EQ(0u, object->ReferenceCount());
+    object->LeaveCall();
+    EXPECT_EQ("", story);
+    object->LeaveCall();
+    EXPECT_EQ("released;destroyed;", story);
+}
+
+TEST(ObjectDestruction, DoesNotFollowACallThatTakesANewReference)
+{
+    std::string story;
+    auto* object = new Called(story);
+    object->AddRef();
+    object->EnterCall();
+    EXPECT_EQ(0u, object->Release());
+    EXPECT_EQ(1u, object->AddRef());
+    EXPECT_EQ(2u, object->AddRef());
+    object->LeaveCall();
+    // Nobody has asked for the work.
+    EXPECT_EQ("", story);
+    EXPECT_EQ(1u, object->Release());
+    EXPECT_EQ(0u, object->Release());
+    EXPECT_EQ("released;destroyed;", story);
+}
+
+TEST(ObjectDestruction, ComesAfterTheWorkThatWaitsForTheEndOfTheCall)
+{
+    std::string story;
+    auto* object = new Called(story);
+    object->AddRef();
+    object->EnterCall();
+    object->DropWhenIdle();
+    EXPECT_EQ("", story);
+    // The work releases the last reference, and must still find the object.
+    object->LeaveCall();
+    EXPECT_EQ("idle;released;destroyed;", story);
+}
+
+TEST(ObjectDestruction, WaitsForACallAlsoWhenTheLastPinGoesMeanwhile)
+{
+    std::string story;
+    auto* object = new Called(story);
+    object->AddRef();
+    object->Pin();
+    object->EnterCall();
+    EXPECT_EQ(1u, object->Release());
+    object->Unpin();
+    EXPECT_EQ("", story);
+    object->LeaveCall();
+    EXPECT_EQ("released;destroyed;", story);
 }
 
 }  // namespace

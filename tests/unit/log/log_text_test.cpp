@@ -9,9 +9,10 @@
 #include <limits>
 #include <random>
 
-// A double in a log has the text that "%g" prints, digit for digit, whether the fast or the exact conversion makes it.
 namespace zelt::test {
 namespace {
+
+// --- A double has the text that "%g" prints, digit for digit, whether the fast or the exact conversion makes it.
 
 std::string Written(double value)
 {
@@ -78,6 +79,37 @@ TEST(DoubleText, IsThatOfTheStandardLibraryForValuesOfAllSizes)
         expectSame(tie);
         expectSame(std::nextafter(tie, 0));
         expectSame(std::nextafter(tie, 1e308));
+    }
+}
+
+// --- Text is copied several characters at a time while none of them needs an entity or is dropped.
+
+TEST(EscapedText, HasEachEntityAndLosesEachCharacterWhereverItIs)
+{
+    struct Special {
+        char character;
+        std::string shown;
+        bool isDropped;
+    };
+    const Special specials[] = {{'&', "&amp;", false},   {'<', "&lt;", false},    {'>', "&gt;", false},
+                                {'"', "&quot;", false},  {'\'', "&apos;", false}, {'\x1F', "", true},
+                                {'\x80', "", true},      {'\xFF', "", true},      {' ', " ", false},
+                                {'\x7F', "\x7F", false}, {'%', "%", false},       {';', ";", false}};
+    for (std::size_t size = 0; size < 70; ++size) {
+        std::string text(size, 'x');
+        EntryText whole(1);
+        EXPECT_FALSE(AppendEscaped(whole, text));
+        EXPECT_EQ(text, whole.View());
+        for (const Special& special : specials) {
+            for (std::size_t at = 0; at < size; ++at) {
+                text.assign(size, 'x');
+                text[at] = special.character;
+                EntryText out(1);
+                ASSERT_EQ(special.isDropped, AppendEscaped(out, text)) << size << ' ' << at;
+                text.replace(at, 1, special.shown);
+                ASSERT_EQ(text, out.View());
+            }
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "log/value_writers.h"
 
 #include <comutil.h>
+#include <emmintrin.h>
 
 #include <limits>
 
@@ -152,6 +153,16 @@ TEST_F(ValueWritersTest, ValuesThatCannotBeReadAreReported)
     WriteArg(*document, "x", true, array);
     const std::string unreadable = " <argval value=\"&lt;unable to format value&gt;\"/>\n";
     EXPECT_EQ(Element("string", unreadable) + Element("VT_ARRAY|VT_BSTR", unreadable), Written());
+}
+
+// A component may unmask floating-point exceptions and leave them so: an ordinary comparison of a signaling NaN then raises one.
+TEST_F(ValueWritersTest, SignalingNansRaiseNoFloatingPointException)
+{
+    const unsigned before = _mm_getcsr();
+    _mm_setcsr((before & ~_MM_EXCEPT_MASK) & ~_MM_MASK_INVALID);
+    WriteArg(*document, "x", true, std::numeric_limits<double>::signaling_NaN());
+    _mm_setcsr(before);
+    EXPECT_EQ(Element("double", " <argval value=\"N/A\"/>\n"), Written());
 }
 
 template <class E>
