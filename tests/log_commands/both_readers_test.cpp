@@ -73,6 +73,7 @@ std::string TestName(const testing::TestParamInfo<std::string>& info)
 INSTANTIATE_TEST_SUITE_P(GoldenLogs, BothReaders, testing::ValuesIn(kGoldenLogs), TestName);
 INSTANTIATE_TEST_SUITE_P(ShortLogs, BothReaders,
                          testing::Values("log_commands/conversation.zlg", "golden/script_flowsheet.zlg",
+                                         "golden/field_package.zlg", "golden/field_unit.zlg", "golden/vendor_unit.zlg",
                                          "fuzz/seeds/every_element.zlg"),
                          TestName);
 
