@@ -15,6 +15,8 @@ void SignalVisit()
 
 void Object::SetVisitSignal(void (*signal)()) { visitSignal = signal; }
 
+// Static, because each slot calls it: a member function removes its arguments from the stack on i686, and its callers then need
+// larger stack frames.
 bool Object::Refuse(Object& object, const char* member)
 {
     if (!object.home) return false;

@@ -21,7 +21,7 @@ constexpr ULONG kOwnReferences = 1;
 
 InterfaceCache::InterfaceCache(CapeOpenBase& proxy) : next(proxy.firstCache) { proxy.firstCache = this; }
 
-// The query may let in a call that fills the cache.
+// The query may let in a call that fills the cache. Static like Object::Refuse, and for the same reason.
 void InterfaceCache::Fill(InterfaceCache& cache, IUnknown* wrapped, REFIID iid)
 {
     ForeignPtr<IUnknown> found;

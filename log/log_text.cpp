@@ -113,7 +113,8 @@ constexpr int kDigits = 6;
 constexpr double kLeast = 1e5, kTooMany = 1e6;  // an integer of six digits is at least kLeast and less than kTooMany
 constexpr double kNearTie = 1e-6;
 
-constexpr int kMostPower = 22;  // 10^22 is the last that a double holds exactly
+// 10^22 is the last that a double holds exactly. The negative powers are rounded, and serve only values that are not next to a tie.
+constexpr int kMostPower = 22;
 constexpr std::array<double, 2 * kMostPower + 1> kPowersOfTen = {
     1e-22, 1e-21, 1e-20, 1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9, 1e-8,
     1e-7,  1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,   1e4,   1e5,   1e6,  1e7,

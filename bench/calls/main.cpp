@@ -10,31 +10,32 @@
 #include "bench/calls/parts.h"
 #include "bench/rows.h"
 
+namespace {
+
+struct Part {
+    const char* name;
+    void (*measure)(long long entries);
+};
+constexpr Part kParts[] = {
+    {"forwarding", [](long long) { zelt::bench::MeasureForwarding(); }},
+    {"logging", [](long long) { zelt::bench::MeasureLogging(); }},
+    {"packages", [](long long) { zelt::bench::MeasurePackages(); }},
+    {"growth", zelt::bench::MeasureGrowth},
+};
+
+}  // namespace
+
 int main(int argc, char** argv)
 {
-    constexpr long long kEntries = 1'000'000;
-    struct Part {
-        const char* name;
-        void (*measure)();
-    };
-    constexpr Part kParts[] = {
-        {"forwarding", zelt::bench::MeasureForwarding},
-        {"logging", zelt::bench::MeasureLogging},
-        {"packages", zelt::bench::MeasurePackages},
-    };
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 1;
-    const char* const wanted = argc > 1 ? argv[1] : "";
-    bool isKnown = !*wanted;
+    const long long entries = argc > 2 ? std::atoll(argv[2]) : 1'000'000;
+    int measured = 0;
     for (const Part& part : kParts) {
-        if (*wanted && std::strcmp(part.name, wanted) != 0) continue;
-        isKnown = true;
-        part.measure();
-    }
-    if (!*wanted || std::strcmp(wanted, "growth") == 0) {
-        isKnown = true;
-        zelt::bench::MeasureGrowth(argc > 2 ? std::atoll(argv[2]) : kEntries);
+        if (argc > 1 && std::strcmp(part.name, argv[1]) != 0) continue;
+        part.measure(entries);
+        ++measured;
     }
     CoUninitialize();
-    if (!isKnown) std::fprintf(stderr, "bench_calls has no part \"%s\".\n", wanted);
-    return isKnown ? zelt::bench::ExitCode() : 2;
+    if (measured == 0) std::fprintf(stderr, "bench_calls has no part \"%s\".\n", argv[1]);
+    return measured == 0 ? 2 : zelt::bench::ExitCode();
 }

@@ -59,12 +59,21 @@ private:
     std::string& story;
 };
 
-TEST(ObjectDestruction, IsLeftToTheEndOfTheCallsInProgress)
-{
+// An object with one reference, in a call.
+class ObjectInACall : public testing::Test {
+protected:
+    ObjectInACall()
+    {
+        object->AddRef();
+        object->EnterCall();
+    }
+
     std::string story;
-    auto* object = new Called(story);
-    object->AddRef();
-    object->EnterCall();
+    Called* const object = new Called(story);
+};
+
+TEST_F(ObjectInACall, EndsAfterTheOutermostCall)
+{
     object->EnterCall();
     // A caller that gives its reference back once too often during its call.
     EXPECT_EQ(0u, object->Release());
@@ -76,12 +85,8 @@ TEST(ObjectDestruction, IsLeftToTheEndOfTheCallsInProgress)
     EXPECT_EQ("released;destroyed;", story);
 }
 
-TEST(ObjectDestruction, DoesNotFollowACallThatTakesANewReference)
+TEST_F(ObjectInACall, StaysIfTheCallTakesANewReference)
 {
-    std::string story;
-    auto* object = new Called(story);
-    object->AddRef();
-    object->EnterCall();
     EXPECT_EQ(0u, object->Release());
     EXPECT_EQ(1u, object->AddRef());
     EXPECT_EQ(2u, object->AddRef());
@@ -93,12 +98,8 @@ TEST(ObjectDestruction, DoesNotFollowACallThatTakesANewReference)
     EXPECT_EQ("released;destroyed;", story);
 }
 
-TEST(ObjectDestruction, ComesAfterTheWorkThatWaitsForTheEndOfTheCall)
+TEST_F(ObjectInACall, OutlivesTheWorkThatWaitsForTheEndOfTheCall)
 {
-    std::string story;
-    auto* object = new Called(story);
-    object->AddRef();
-    object->EnterCall();
     object->DropWhenIdle();
     EXPECT_EQ("", story);
     // The work releases the last reference, and must still find the object.
@@ -106,13 +107,9 @@ TEST(ObjectDestruction, ComesAfterTheWorkThatWaitsForTheEndOfTheCall)
     EXPECT_EQ("idle;released;destroyed;", story);
 }
 
-TEST(ObjectDestruction, WaitsForACallAlsoWhenTheLastPinGoesMeanwhile)
+TEST_F(ObjectInACall, OutlivesItsLastPin)
 {
-    std::string story;
-    auto* object = new Called(story);
-    object->AddRef();
     object->Pin();
-    object->EnterCall();
     EXPECT_EQ(1u, object->Release());
     object->Unpin();
     EXPECT_EQ("", story);
