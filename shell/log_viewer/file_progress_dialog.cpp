@@ -8,6 +8,9 @@ namespace zelt {
 namespace {
 
 constexpr int kRange = 1000;
+// For how many milliseconds messages are handled at a time. There may be no end of them: if painting takes longer than a timer's
+// period, the timer's next message is always there.
+constexpr ULONGLONG kPatience = 20;
 
 }  // namespace
 
@@ -34,8 +37,9 @@ bool CFileProgressDialog::OnCommand(int id, int)
 void CFileProgressDialog::Show(double position)
 {
     SendDlgItemMessageW(Window(), kProgressBar, PBM_SETPOS, static_cast<WPARAM>(position * kRange), 0);
+    const ULONGLONG start = GetTickCount64();
     MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    while (GetTickCount64() - start < kPatience && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
             PostQuitMessage(static_cast<int>(message.wParam));
             cancelled = true;

@@ -90,10 +90,9 @@ void LogTree::CompleteFamilies()
 
 void LogTree::FillOutermost(ItemIndex last, ItemIndex most)
 {
+    if (!IsNextComplete()) return;
     const Unpainted unpainted(*this);
-    for (; nextOutermost <= last && nextOutermost != kNoItem && most > 0; --most) {
-        // What it contains, and what follows, is still being read.
-        if (!model->IsComplete(nextOutermost)) break;
+    for (; nextOutermost <= last && IsNextComplete() && most > 0; --most) {
         if (!model->IsRemoved(nextOutermost) && !Insert(nextOutermost, model->HasChildren(nextOutermost))) {
             // Out of memory. What is in the tree stays usable.
             nextOutermost = kNoItem;

@@ -96,6 +96,8 @@ private:
     bool HasFirstOutermost() const { return firstOutermost == kNoItem || firstOutermost <= model->First(); }
     bool Insert(ItemIndex item, bool hasChildren, HTREEITEM after = TVI_LAST);
     void CompleteFamilies();
+    // False after the last outermost item, and while the file is still being read at the next one.
+    bool IsNextComplete() const { return nextOutermost != kNoItem && model->IsComplete(nextOutermost); }
     // Up to the item `last`, and no more than `most`.
     void FillOutermost(ItemIndex last, ItemIndex most);
     ItemIndex OutermostBefore(ItemIndex item) const;

@@ -3,7 +3,9 @@
 namespace zelt {
 namespace {
 
-constexpr ULONGLONG kPeriod = 50;  // milliseconds
+// In milliseconds: how often messages are handled, and for how long at a time. There may be no end of messages: if painting takes
+// longer than a timer's period, the timer's next message is always there.
+constexpr ULONGLONG kPeriod = 50, kPatience = 20;
 
 thread_local LongTask* running = nullptr;
 
@@ -34,7 +36,7 @@ void LongTask::Look()
     if (now - looked < kPeriod) return;
     looked = now;
     MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    while (GetTickCount64() - now < kPatience && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
             PostQuitMessage(static_cast<int>(message.wParam));
             cancelled = true;

@@ -11,6 +11,7 @@ namespace zelt::test {
 namespace {
 
 constexpr UINT kNote = WM_APP + 5;
+constexpr UINT kEndless = WM_APP + 6;  // posts itself again, until `endless` is over
 
 class RunningTask : public testing::Test {
 protected:
@@ -39,6 +40,7 @@ protected:
 
     HWND window = nullptr, child = nullptr, other = nullptr;
     static inline std::vector<std::pair<HWND, UINT>> received;
+    static inline ULONGLONG endless = 0;
 
 private:
     static HWND Make(HWND parent, DWORD style)
@@ -53,6 +55,7 @@ private:
         if (message == WM_KEYUP || message == WM_LBUTTONDOWN || message == kNote) {
             received.emplace_back(receiver, message);
         }
+        if (message == kEndless && GetTickCount64() < endless) PostMessageW(receiver, message, wParam, lParam);
         return CallWindowProcW(own, receiver, message, wParam, lParam);
     }
 
@@ -99,6 +102,17 @@ TEST_F(RunningTask, EndsWithItsThreadAndLetsItKnow)
     EXPECT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
     EXPECT_EQ(static_cast<UINT>(WM_QUIT), message.message);
     EXPECT_EQ(9u, message.wParam);
+}
+
+TEST_F(RunningTask, GoesOnAlthoughThereIsNoEndOfMessages)
+{
+    LongTask task(window);
+    endless = GetTickCount64() + 5000;
+    PostMessageW(other, kEndless, 0, 0);
+    Sleep(100);
+    EXPECT_TRUE(task.ContinueNow());
+    MSG message = {};
+    EXPECT_TRUE(PeekMessageW(&message, other, kEndless, kEndless, PM_REMOVE));
 }
 
 TEST_F(RunningTask, IsKnownAsLongAsItRuns)
