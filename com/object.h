@@ -20,18 +20,13 @@
 #include <utility>
 
 #include "com/failure.h"
+#include "com/late_member.h"
 #include "com/object_dispatch.h"
 #include "com/server_reference.h"
 
 namespace com {
 
 class Object;
-
-// A member that no interface of an object has.
-struct LateMember {
-    std::wstring name;
-    DISPID standard = DISPID_UNKNOWN;  // its identifier, when that is the same for every object
-};
 
 // One entry of an object's interface map; the entries form a list in the order in which they were made.
 class InterfaceEntry {

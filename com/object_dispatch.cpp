@@ -44,11 +44,6 @@ std::vector<std::wstring>& OtherNames()
     return known;
 }
 
-bool IsSameName(const std::wstring& known, const wchar_t* name)
-{
-    return CompareStringOrdinal(known.c_str(), -1, name, -1, TRUE) == CSTR_EQUAL;
-}
-
 std::size_t PlaceOfOther(REFIID iid)
 {
     std::vector<IID>& known = OtherInterfaces();
@@ -95,20 +90,11 @@ DISPID IdAt(ITypeInfo* info, UINT ordinal)
     return id;
 }
 
-// Identifiers that mean the same for every object.
-bool IsStandard(DISPID id) { return id <= DISPID_VALUE && id != DISPID_UNKNOWN; }
-std::wstring NameOfStandard(DISPID id)
-{
-    if (id == DISPID_VALUE) return L"DISPID_VALUE";
-    if (id == DISPID_NEWENUM) return L"DISPID_NEWENUM";
-    return L"[DISPID=" + std::to_wstring(id) + L"]";
-}
-
 DISPID IdOfName(const wchar_t* name)
 {
     std::vector<std::wstring>& known = OtherNames();
     const auto found =
-        std::find_if(known.begin(), known.end(), [&](const std::wstring& one) { return IsSameName(one, name); });
+        std::find_if(known.begin(), known.end(), [&](const std::wstring& one) { return IsSameMemberName(one, name); });
     const auto place = static_cast<DISPID>(found - known.begin());
     if (found == known.end()) known.emplace_back(name);
     return kFirstName + place;
@@ -192,9 +178,9 @@ STDMETHODIMP ObjectDispatch::Invoke(DISPID member, REFIID reserved, LCID locale,
     if (member < kFirstMember) {
         const HRESULT own =
             Script()->Invoke(member, reserved, locale, flags, parameters, result, exception, argumentError);
-        if (own != DISP_E_MEMBERNOTFOUND || !IsStandard(member)) return own;
+        if (own != DISP_E_MEMBERNOTFOUND || !IsStandardMember(member)) return own;
         return NoThrow([&] {
-            return object.InvokeMember({NameOfStandard(member), member}, locale, flags, parameters, result, exception,
+            return object.InvokeMember(StandardMember(member), locale, flags, parameters, result, exception,
                                        argumentError);
         });
     }

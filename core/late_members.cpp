@@ -52,15 +52,6 @@ void WriteArguments(LogDocument& document, const DISPPARAMS& parameters, bool ar
     }
 }
 
-std::string LoggedName(const std::wstring& name, WORD flags)
-{
-    const char* prefix = "";
-    if (flags == DISPATCH_PROPERTYGET) prefix = "get_";
-    if (flags & DISPATCH_PROPERTYPUT) prefix = "put_";
-    if (flags & DISPATCH_PROPERTYPUTREF) prefix = "putref_";
-    return "IDispatch::" + (prefix + Narrow(name));
-}
-
 // Logs the object's own description of a failure, and returns the failure's code.
 HRESULT TakeException(LogDocument* log, EXCEPINFO& exception)
 {
@@ -111,7 +102,7 @@ HRESULT CapeOpenBase::InvokeMember(const com::LateMember& member, LCID locale, W
     // The name may have been found on another object. That object's identifier is of no use here, and this object may not know
     // the name.
     if (!object || FAILED(IdOf(*object.Get(), member, locale, id))) return DISP_E_MEMBERNOTFOUND;
-    const std::string logged = LoggedName(member.name, flags);
+    const std::string logged = Narrow(com::NameOfUse(member, flags));
     LoggedCall call(*this, logged.c_str());
     LogDocument* const log = call.Document();
     if (log && parameters) com::Attempt([&] { WriteArguments(*log, *parameters, true); });

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "com/dual_face.h"
 #include "com/type_info.h"
+#include "replay/late_calls.h"
+#include "system/narrow.h"
 
 namespace zelt::replay {
 namespace {
@@ -48,14 +51,28 @@ std::string InterfaceNames::LoggedName(const com::DualMethod& method)
     return std::string(kContext10.logged) + method.name.substr(end);
 }
 
-NamedMethod InterfaceNames::Find(std::string_view member, const recording::ObjectRecord& object,
-                                 const recording::KeptQueries& queries)
+HRESULT NamedMethod::Call(IUnknown* object, const void* words) const
 {
-    if (const NamedMethod known = Find(member)) return known;
-    for (const std::uint64_t pointer : {object.pointer, object.proxy}) {
+    if (IsLate(Method().name)) return CallLate(*static_cast<IDispatch*>(object), Method(), words);
+    return com::CallDual(object, number, words, Method().words);
+}
+
+NamedMethod InterfaceNames::Find(const recording::KeptCall& call, const recording::KeptQueries& queries)
+{
+    if (IsLate(call.call.member)) return {LateInterface(call)};
+    if (const NamedMethod known = Find(call.call.member)) return known;
+    for (const std::uint64_t pointer : {call.object.pointer, call.object.proxy}) {
         for (const std::string& interfaceId : queries.Granted(pointer)) Add(interfaceId);
     }
-    return Find(member);
+    return Find(call.call.member);
+}
+
+bool InterfaceNames::IsOf(const recording::KeptCall& call, const com::DualMethod& method,
+                          const recording::KeptQueries& queries)
+{
+    if (IsLate(method.name)) return com::IsSameMemberName(Widen(call.call.member), Widen(method.name));
+    const NamedMethod known = Find(call, queries);
+    return known && &known.Method() == &method;
 }
 
 NamedMethod InterfaceNames::Find(std::string_view member) const

@@ -20,16 +20,20 @@ struct NamedMethod {
 
     explicit operator bool() const { return interface_ != nullptr; }
     const com::DualMethod& Method() const { return interface_->methods[number]; }
+    // Calls the method of `object`, whose pointer is that of the interface. `words` are the arguments as they lie on the stack.
+    HRESULT Call(IUnknown* object, const void* words) const;
 };
 
 class InterfaceNames {
 public:
     InterfaceNames();
 
-    // The method of a recorded object that `member` names, such as "ICapeUtilities::Edit"; nothing when no type library
-    // describes it. An interface that this program's libraries lack is looked for among those that the object granted.
-    NamedMethod Find(std::string_view member, const recording::ObjectRecord& object,
-                     const recording::KeptQueries& queries);
+    // The method of a recorded call, such as "ICapeUtilities::Edit"; nothing when no type library describes it. An interface
+    // that this program's libraries lack is looked for among those that the object granted. For a member that no interface has,
+    // the method is one of IDispatch that stands for this call alone (late_calls.h).
+    NamedMethod Find(const recording::KeptCall& call, const recording::KeptQueries& queries);
+    // Whether the recorded call is one of the method.
+    bool IsOf(const recording::KeptCall& call, const com::DualMethod& method, const recording::KeptQueries& queries);
     // What logs and recordings call a method.
     static std::string LoggedName(const com::DualMethod& method);
 

@@ -9,6 +9,7 @@
 #include "recording/comparison.h"
 #include "replay/call_frame.h"
 #include "replay/error_text.h"
+#include "replay/late_calls.h"
 #include "replay/recorded_text.h"
 #include "system/narrow.h"
 #include "system/owners.h"
@@ -134,15 +135,33 @@ bool RecordedPackage::Grants(const replay::StandIn& object, REFIID iid)
     return queries.Answer(object.Address(), {reinterpret_cast<const char*>(&iid), sizeof iid}).value_or(false);
 }
 
+bool RecordedPackage::HasMember(const replay::StandIn& object, std::wstring_view name)
+{
+    return std::any_of(byMember.begin(), byMember.end(), [&](const auto& entry) {
+        return IsUseOf(entry.first, name) &&
+               std::any_of(entry.second.begin(), entry.second.end(),
+                           [&](const KeptCall* call) { return object.IsOf(call->object); });
+    });
+}
+
+const RecordedPackage::Calls& RecordedPackage::CallsOf(const com::DualMethod& method) const
+{
+    static const Calls kNone;
+    auto found = byMember.find(method.name);
+    if (found == byMember.end()) found = byMember.find(names.LoggedName(method));
+    if (found == byMember.end() && IsLate(method.name)) {
+        found = std::find_if(byMember.begin(), byMember.end(), [name = Widen(method.name)](const auto& entry) {
+            return com::IsSameMemberName(Widen(entry.first), name);
+        });
+    }
+    return found == byMember.end() ? kNone : found->second;
+}
+
 RecordedPackage::Calls RecordedPackage::Candidates(const replay::StandIn& object, const com::DualMethod& method,
                                                    const Inputs& inputs) const
 {
-    std::string name = method.name;
-    auto found = byMember.find(name);
-    if (found == byMember.end()) found = byMember.find(names.LoggedName(method));
-    if (found == byMember.end()) return {};
     Calls candidates;
-    for (const KeptCall* call : found->second) {
+    for (const KeptCall* call : CallsOf(method)) {
         if (object.IsOf(call->object) && !inputs.DifferenceFrom(*call, 0)) candidates.push_back(call);
     }
     // First those that have not been repeated yet, in their order, then the others, beginning with the one repeated last.
@@ -161,15 +180,14 @@ RecordedPackage::Calls RecordedPackage::Candidates(const replay::StandIn& object
 std::optional<std::string> RecordedPackage::CallSimulator(const KeptCall& call)
 {
     const ForeignPtr<IUnknown> object = simulators.Find(call.object);
-    const NamedMethod method = names.Find(call.call.member, call.object, queries);
+    const NamedMethod method = names.Find(call, queries);
     if (!object || !method) return "the simulator has not passed the object";
     ForeignPtr<IUnknown> target;
     HRESULT result = QueryForeign(object.Get(), method.interface_->iid, reinterpret_cast<void**>(target.Receive()));
     std::optional<std::string> difference;
     if (SUCCEEDED(result)) {
         CallFrame frame(method.Method(), call.arguments, *this);
-        result = CallForeign(
-            [&] { return com::CallDual(target.Get(), method.number, frame.Words(), method.Method().words); });
+        result = CallForeign([&] { return method.Call(target.Get(), frame.Words()); });
         if (SUCCEEDED(result)) {
             frame.Outputs([&](const ArgumentRecord& recorded, const recording::Value& actual) {
                 if (!difference) difference = recording::Difference(recorded.value, actual, 0);

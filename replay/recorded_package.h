@@ -52,11 +52,14 @@ private:
     ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
     void Learn(std::uint64_t address, IUnknown* object) override { simulators.Learn(address, object); }
     bool Grants(const replay::StandIn& object, REFIID iid) override;
+    bool HasMember(const replay::StandIn& object, std::wstring_view name) override;
     HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
 
     void Index(const recording::KeptCall& call);
     // Answers as a recorded call was answered, or else by itself, or refuses. Throws Unplayable.
     HRESULT Repeat(const replay::StandIn& object, const com::DualMethod& method, void* words);
+    // All calls of the method, whatever their object and inputs.
+    const Calls& CallsOf(const com::DualMethod& method) const;
     // The recorded calls that can answer this call, the best first.
     Calls Candidates(const replay::StandIn& object, const com::DualMethod& method, const Inputs& inputs) const;
     // Makes the first candidate's calls to the simulator's objects, and switches to another candidate when the answers differ

@@ -11,6 +11,7 @@
 #include "recording/comparison.h"
 #include "replay/call_frame.h"
 #include "replay/error_text.h"
+#include "replay/late_calls.h"
 #include "replay/persistence.h"
 #include "replay/recorded_text.h"
 #include "system/narrow.h"
@@ -89,7 +90,7 @@ void Session::PerformOn(const KeptCall& call, IUnknown* object)
             SavedState state = {ClearsDirty(call), call.result.stream, {}};
             result = CallComponent(call, [&] { return CallPersistence(call.call.member, object, state); });
             if (const auto difference = Difference(state)) Say(call, *difference);
-        } else if (const NamedMethod method = names.Find(call.call.member, call.object, queries)) {
+        } else if (const NamedMethod method = names.Find(call, queries)) {
             result = Call(call, method, object);
         } else {
             throw Unplayable("no type library describes the member");
@@ -127,8 +128,7 @@ HRESULT Session::Call(const KeptCall& call, const NamedMethod& method, IUnknown*
         return E_NOINTERFACE;
     }
     CallFrame frame(method.Method(), call.arguments, *this);
-    const HRESULT result = CallComponent(
-        call, [&] { return com::CallDual(target.Get(), method.number, frame.Words(), method.Method().words); });
+    const HRESULT result = CallComponent(call, [&] { return method.Call(target.Get(), frame.Words()); });
     if (FAILED(result)) return result;
     frame.Outputs([&](const ArgumentRecord& recorded, const recording::Value& actual) {
         if (const auto difference = recording::Difference(recorded.value, actual, tolerance)) {
@@ -167,8 +167,7 @@ const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::Du
     for (std::size_t i = 0; i < active->isUsed.size(); ++i) {
         const KeptCall& candidate = *active->call.nested[i];
         if (active->isUsed[i] || !candidate.call.isOutward || !object.IsOf(candidate.object)) continue;
-        const NamedMethod known = names.Find(candidate.call.member, candidate.object, queries);
-        if (!known || &known.Method() != &method) continue;
+        if (!names.IsOf(candidate, method, queries)) continue;
         const auto found = inputs.DifferenceFrom(candidate, tolerance);
         if (!found) {
             nearest = i;
@@ -186,6 +185,14 @@ const KeptCall* Session::FindAnswer(const replay::StandIn& object, const com::Du
     if (!difference.empty()) Say(answer, difference);
     inputs.LearnObjectsOf(answer, *this);
     return &answer;
+}
+
+bool Session::HasMember(const replay::StandIn& object, std::wstring_view name)
+{
+    if (!active) return false;
+    return std::any_of(active->call.nested.begin(), active->call.nested.end(), [&](const auto& nested) {
+        return nested->call.isOutward && object.IsOf(nested->object) && IsUseOf(nested->call.member, name);
+    });
 }
 
 HRESULT Session::Answer(replay::StandIn& object, const com::DualMethod& method, void* words)

@@ -80,6 +80,7 @@ private:
     ForeignPtr<IUnknown> StandIn(std::uint64_t address, REFIID iid) override;
     void Learn(std::uint64_t address, IUnknown* object) override { real.Learn(address, object); }
     bool Grants(const replay::StandIn& object, REFIID iid) override;
+    bool HasMember(const replay::StandIn& object, std::wstring_view name) override;
     HRESULT Answer(replay::StandIn& object, const com::DualMethod& method, void* words) override;
 
     void PerformOn(const recording::KeptCall& call, IUnknown* object);

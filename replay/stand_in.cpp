@@ -3,6 +3,7 @@
 #include <cape-open.h>
 
 #include "com/type_info.h"
+#include "replay/late_calls.h"
 
 namespace zelt::replay {
 
@@ -86,6 +87,23 @@ IDispatch* StandIn::ScriptInterface()
         });
     }
     return Interfaces() ? reinterpret_cast<IDispatch*>(Interfaces()->Pointer()) : nullptr;
+}
+
+// The names of arguments are not recorded.
+HRESULT StandIn::FindMember(LPOLESTR* names, UINT count, LCID, DISPID* ids)
+{
+    if (!answers || !answers->HasMember(*this, names[0])) return DISP_E_UNKNOWNNAME;
+    ids[0] = DISPID_VALUE;  // only shows that there is one: invoking it passes its name
+    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
+}
+
+HRESULT StandIn::InvokeMember(const com::LateMember& member, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                              EXCEPINFO* exception, UINT*)
+{
+    if (!answers || !answers->HasMember(*this, member.name)) return DISP_E_MEMBERNOTFOUND;
+    LateCall call(member, flags, parameters, result);
+    const HRESULT answer = answers->Answer(*this, call.Method(), call.Words());
+    return FAILED(answer) ? ThrownAs(answer, exception) : call.GiveOutputs();
 }
 
 }  // namespace zelt::replay

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "com/dual_face.h"
@@ -20,6 +21,8 @@ class Answers {
 public:
     // Whether the object granted the interface.
     virtual bool Grants(const StandIn& object, REFIID iid) = 0;
+    // Whether the object has a member with this name that none of its interfaces has.
+    virtual bool HasMember(const StandIn& object, std::wstring_view name) = 0;
     // Carries out a call: `words` are its arguments as they lie on the stack.
     virtual HRESULT Answer(StandIn& object, const com::DualMethod& method, void* words) = 0;
 
@@ -49,6 +52,9 @@ protected:
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
     const com::InterfaceEntry* Reach(REFIID iid) override;
     IDispatch* ScriptInterface() override;
+    HRESULT FindMember(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
+    HRESULT InvokeMember(const com::LateMember& member, LCID locale, WORD flags, DISPPARAMS* parameters,
+                         VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
 
 private:
     class Part;

@@ -1,6 +1,7 @@
 // IDispatch of a proxy as a script sees it: one object with the members of all its interfaces.
 #include "com/text.h"
 #include "dynamic_fake.h"
+#include "late_binding.h"
 #include "proxy_fixture.h"
 #include "system/narrow.h"
 #include "thermo/material_object.h"
@@ -10,22 +11,10 @@ namespace {
 
 class WholeDispatch : public ProxyFixture {
 protected:
-    static HRESULT IdOf(IDispatch* object, const wchar_t* name, DISPID& id)
-    {
-        auto* text = const_cast<wchar_t*>(name);
-        return object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_NEUTRAL, &id);
-    }
     static HRESULT Invoke(IDispatch* object, DISPID id, WORD flags, std::vector<_variant_t> arguments,
                           _variant_t* result = nullptr, EXCEPINFO* exception = nullptr)
     {
-        std::vector<VARIANT> passed(arguments.rbegin(), arguments.rend());
-        DISPID put = DISPID_PROPERTYPUT;
-        DISPPARAMS parameters = {passed.data(), nullptr, static_cast<UINT>(passed.size()), 0};
-        if (flags & DISPATCH_PROPERTYPUT) {
-            parameters.rgdispidNamedArgs = &put;
-            parameters.cNamedArgs = 1;
-        }
-        return object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, exception, nullptr);
+        return InvokeWith(object, id, flags, {arguments.begin(), arguments.end()}, result, exception);
     }
     // The name of the call that arrives when a script uses `name`.
     std::string Arriving(IDispatch* object, const wchar_t* name, WORD flags, std::vector<_variant_t> arguments)
