@@ -39,7 +39,8 @@ void WriteArg(LogDocument& document, std::string_view name, bool isIn, double va
 {
     RecordArgument(document, name, isIn, ArgumentKind::Double, "double",
                    [value](ValueWriter& record) { record.Real(value); });
-    // Guarded: if a component has unmasked floating-point exceptions, most numbers may raise one.
+    // Write runs this under the fault guard: if a component has unmasked floating-point exceptions, formatting a number may
+    // raise one.
     ArgWriter::Write(document, name, isIn, "double",
                      [value](ArgWriter& arg) { AppendDoubleValue(arg, value, Sentence::OldUndefinedValue); });
 }
@@ -140,7 +141,7 @@ void WriteVariantBoolArg(LogDocument& document, std::string_view name, bool isIn
     ArgWriter::Write(document, name, isIn, "VARIANT_BOOL", [value](ArgWriter& arg) {
         arg.Value(value ? "VARIANT_TRUE" : "VARIANT_FALSE");
         if (value == VARIANT_FALSE || value == VARIANT_TRUE) return;
-        // Twice the indentation of the value's line: readers of existing logs rely on it.
+        // Say indents, too, so the line is indented twice as far as the value's line: readers of existing logs rely on it.
         arg.Blanks(arg.Indentation(1));
         arg.Say(Sentence::WrongVariantBool);
     });
@@ -166,7 +167,7 @@ void WriteFlagsArg(LogDocument& document, std::string_view name, bool isIn, int 
         for (const Flag& flag : kFlags) {
             if (value & flag.bit) text += flag.text;
         }
-        // Only the last character is kept: readers of existing logs rely on it.
+        // Only the last character, always "|", is kept: readers of existing logs rely on it.
         if (!text.empty()) text = text.substr(text.size() - 1);
         arg.Value(text);
     });

@@ -1,4 +1,4 @@
-# The program's pictures, made from text by a Perl script: perl is part of every Debian system.
+# Makes the program's pictures from text files, with a Perl script because every Debian system includes Perl.
 find_program(PERL_EXECUTABLE perl REQUIRED)
 
 function(zelt_picture kind source picture)

@@ -1,4 +1,4 @@
-// ICapeThermoMaterialObject of a material object's proxy: a stream as CAPE-OPEN 1.0 sees it.
+// ICapeThermoMaterialObject of a material object's proxy: the CAPE-OPEN 1.0 interface of a material.
 #pragma once
 
 #include "core/logged_interface.h"

@@ -1,7 +1,7 @@
-// PersistentObject: a proxy that saves and loads the object behind it. The simulator's stream contains the class of that object,
-// the length of its data, and the data: the object itself gets a stream in memory (memory_stream.h) and never sees the
-// simulator's. The object may support IPersistStreamInit, or IPersistStream, or neither; the simulator sees only
-// IPersistStreamInit. The derived class decides which object is made for InitNew, and how, and whether Load may follow InitNew.
+// PersistentObject: a proxy that saves and loads its wrapped object. The simulator's stream contains the class of the wrapped
+// object, the length of its data, and the data. The wrapped object itself reads and writes a stream in memory (memory_stream.h).
+// It may support IPersistStreamInit, IPersistStream or neither; the simulator gets IPersistStreamInit and its base IPersist. The
+// derived class decides which object is made for InitNew, and how, and whether Load may follow InitNew.
 #pragma once
 
 #include <objidl.h>
@@ -18,12 +18,12 @@ protected:
     PersistentObject(const ProxyTraits& traits, REFCLSID ownClass);
     ~PersistentObject() override = default;
 
-    // Makes a new wrapped object for InitNew, and lets it initialize itself (InitNewObject). It is never re-entered.
+    // Makes a new wrapped object for InitNew, and calls InitNewObject. Not called again until it returns.
     [[nodiscard]] virtual HRESULT MakeNew(LoggedCall& call) = 0;
     // Makes the wrapped object of the class ObjectClass(). Reports a failure to the user before it returns.
     [[nodiscard]] virtual HRESULT MakeObject(LoggedCall& call) = 0;
 
-    // Whether Load after InitNew makes the wrapped object again, from the saved data.
+    // Whether Load may follow InitNew. It then replaces the wrapped object with one made from the saved data.
     [[nodiscard]] virtual bool LoadsAfterInitNew() const = 0;
 
     // For the derived class, within MakeNew: asks the object for its persistence interface, and calls InitNew if that is
@@ -33,12 +33,13 @@ protected:
     // Calls InitNew as an outside caller does.
     [[nodiscard]] HRESULT InitNew() { return persistence.InitNew(); }
 
-    // The class of the wrapped object, as saved.
+    // The class of the wrapped object: MakeNew chooses it or Load reads it, and Save writes it.
     CLSID& ObjectClass() { return objectClass; }
 
     void NoteInitialized(bool initialized) override { isInitialized = initialized; }
 
-    // Without its object, the proxy grants all interfaces of its class. Persistence is the proxy's own in any case.
+    // While there is no wrapped object, the proxy grants every interface that its own class has. With or without one, it grants
+    // IPersistStreamInit and IPersist, and refuses IPersistStream.
     HRESULT BeforeQueryInterface(REFIID iid, const com::InterfaceEntry* entry) override;
 
 private:
@@ -59,7 +60,8 @@ private:
     IPersistStream* PersistStream() const { return static_cast<IPersistStream*>(persistStream.Get()); }
     IUnknown* ErrorSource() const;
 
-    // Calls a method of the object's persistence; returns nothing when it has none. Both interfaces have these methods.
+    // Calls a method that IPersistStreamInit and IPersistStream share, on the one that the wrapped object has. Returns an empty
+    // optional if it has neither.
     template <class Method>
     std::optional<HRESULT> CallPersistence(LoggedCall& call, Method method) const
     {
@@ -73,8 +75,8 @@ private:
     bool IsTaken(const LoggedCall& call, Sentence error) const;
     // Whether the object is one that Load may replace.
     bool IsReplaceable() const;
-    // Terminates the object, if it is initialized, and lets go of it. Objects that it has handed out still belong to it, and
-    // what it was given is not passed to its successor.
+    // Calls Terminate on the wrapped object if it is initialized, and releases it. Objects that it returned earlier still belong
+    // to it. Its replacement does not get what the simulator passed to it, such as the simulation context.
     void GiveUpObject();
     [[nodiscard]] HRESULT Load(LoggedCall& call, IStream* source);
     // Loads an object that takes the place of the one that InitNew made, and initializes it if the old one was initialized.
@@ -86,7 +88,7 @@ private:
 
     const CLSID& ownClass;
     CLSID objectClass{};
-    bool isBeingMade = false;  // a dialog or a load may let another call in
+    bool isBeingMade = false;  // another call may come in meanwhile, during a dialog or a load
     bool isLoaded = false;     // the object comes from Load, not from InitNew
     bool isInitialized = false;
     Persistence persistence;

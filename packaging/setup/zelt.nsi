@@ -1,18 +1,20 @@
-; The setup program of ZELT. scripts/package.sh runs makensis on it, with
-;   VERSION, SIZE (KB)  of the product
-;   STAGE               the folder with the files as they will be installed
-;   OUTPUT              the program to make
-;   ICON                the product's icon
-;   LISTS               the folder of files.nsh and classes.nsh, which list the stage's files and the registered classes
-;   SIGN                if defined, a command that signs the uninstaller, whose path is added
-;   ONLY_32_BIT         if defined, the stage has no ZELT64
+; The script of ZELT's setup program. scripts/package.sh compiles it with makensis, and defines:
+;   VERSION      the product's version
+;   SIZE         the size of the installed files, in KB
+;   STAGE        the folder with the files as they will be installed
+;   OUTPUT       the path of the setup program
+;   ICON         the product's icon
+;   LISTS        the folder of files.nsh and classes.nsh: the stage's files and folders, and the classes that ZELT registers
+;   SIGN         if defined, the command that signs the uninstaller; the uninstaller's path is appended to it
+;   ONLY_32_BIT  if defined, the stage has no 64-bit programs
 ; texts.nsh holds the messages, some texts of the pages, and the exit codes.
 
 Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 ManifestSupportedOS Win10
-; With this level, Windows itself asks only administrators to confirm; for other users, scope.nsh asks for an administrator.
+; At this level, Windows shows its elevation prompt only to administrators. For other users, setup restarts itself as
+; administrator if it installs for all users (scope.nsh).
 RequestExecutionLevel highest
 
 !include LogicLib.nsh
@@ -42,8 +44,9 @@ VIAddVersionKey FileDescription "ZELT Setup"
 VIAddVersionKey CompanyName "The ZELT developers"
 VIAddVersionKey LegalCopyright "Copyright the ZELT developers"
 
-; "machine" or "user": for whom files and entries are installed, and in whose classes the server is registered. The second
-; may be "user" although the first is "machine" (registration.nsh).
+; Both are "machine" (all users) or "user" (the current user). Scope says for whom the files, the shortcuts and the uninstall
+; entry are installed; RegisteredFor says in which registry hive the server is registered. RegisteredFor may be "user" even if
+; Scope is "machine" (registration.nsh).
 Var Scope
 Var RegisteredFor
 
@@ -51,7 +54,7 @@ Var RegisteredFor
 Var EntryVersion
 Var EntrySize
 
-; Whether ZELT64 belongs to this installation.
+; Whether this installation includes the 64-bit programs.
 !ifdef ONLY_32_BIT
     !define WithZelt64 `0 = 1`
 !else
@@ -85,7 +88,7 @@ Section "ZELT"
     SectionIn RO
     StrCpy $EntryVersion "${VERSION}"
     StrCpy $EntrySize ${SIZE}
-    ; Checks again: the folder may have changed, and a simulator may have started since.
+    ; Check again: since .onInit, the user may have chosen another folder, or started a simulator.
     StrCpy $R1 $INSTDIR
     Call RefuseUsedFiles
     Call FindOlderVersion

@@ -1,5 +1,5 @@
-// How the program starts and ends, in this process: system functions are replaced, so that each step can fail, and
-// no class of the program is really registered with COM.
+// Starts and ends the program within the test process. The tests replace system functions, so that they can make steps fail, and
+// so that no class is really registered with COM.
 #include <ole2.h>
 
 #include <atomic>
@@ -14,8 +14,8 @@
 namespace zelt::test {
 namespace {
 
-// What happened while the module ran, in order, one word each. Other threads and the test itself also call some of these
-// functions; their calls do not count.
+// The calls of the replaced functions while the module ran, in order, one word for each. Other threads and the test itself call
+// CreateThread and Sleep, too; only the calls of `runningThread` count.
 std::vector<std::string> events;
 std::atomic<DWORD> runningThread = 0;
 
@@ -89,14 +89,14 @@ protected:
         resumed = S_OK;
         eventsFail = threadsFail = false;
         GetCurrentDirectoryW(MAX_PATH, folder);
-        // An object that outlives its module keeps its reference; another test in this process may have left one.
+        // Releases all server-process references that objects of earlier tests have left.
         CoAddRefServerProcess();
         while (CoReleaseServerProcess() != 0) {
         }
     }
     ~StartAndEnd() override
     {
-        EXPECT_TRUE(boxes.All().empty()) << "nothing is shown";
+        EXPECT_TRUE(boxes.All().empty()) << "a message box was shown";
         // A start changes the current folder.
         SetCurrentDirectoryW(folder);
         ForgetQuit();
@@ -108,7 +108,8 @@ protected:
         runningThread = 0;
         return result;
     }
-    // Removes the WM_QUIT that a failed start did not receive, or that the monitor of an earlier module has left.
+    // Removes a WM_QUIT that is still in the queue: a failed start runs no message loop, and the monitor of an earlier module may
+    // post one too late.
     static void ForgetQuit()
     {
         for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);) {
@@ -123,7 +124,8 @@ protected:
         return Run(module, L"-Embedding");
     }
 
-    // The same, but references are released one by one while the loop runs, and only this ends the loop.
+    // Like Serve, but posts no WM_QUIT in advance: takes `count` references, and releases them one by one while the loop runs. The
+    // last release should end the loop; if it does not, the timer ends it with 1.
     static int ServeWithReferences(int count)
     {
         ForgetQuit();
@@ -152,7 +154,7 @@ private:
     static void CALLBACK GiveBack(HWND, UINT, UINT_PTR, DWORD)
     {
         if (references <= 0) {
-            // More than ten seconds after the last release, nothing has ended the loop.
+            // Give up if nothing has ended the loop ten seconds after the last release.
             if (--patience == 0) PostThreadMessageW(GetCurrentThreadId(), WM_QUIT, 1, 0);
             return;
         }
@@ -222,7 +224,7 @@ TEST_F(StartAndEnd, ClassesThatWereOpenAlreadyEndTheProcessAtOnce)
     EXPECT_EQ(7, Serve(7));
     EXPECT_EQ(Together({kRegistration, kRevocation}), events);
 
-    // Releasing the last reference ends the loop.
+    // Without the monitor, releasing the last reference ends the loop directly.
     events.clear();
     EXPECT_EQ(0, ServeWithReferences(2));
     EXPECT_EQ(Together({kRegistration, {"release", "release"}, kRevocation}), events);
@@ -311,7 +313,7 @@ TEST_F(StartAndEnd, TheSmallImagesAreThoseOfTheProgram)
     EXPECT_EQ(0xFFFFFFu, strip.transparent);
     EXPECT_GE(ImageList_GetImageCount(module.SmallImages()), 13);
 
-    // The window of this start still exists and uses the images.
+    // The main window that Run opened still exists after Run has returned, and uses the images.
     const HWND window = FindWindowW(nullptr, L"ZELT Packages:");
     ASSERT_NE(nullptr, window);
     EXPECT_TRUE(IsWindowVisible(window));

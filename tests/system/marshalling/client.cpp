@@ -1,4 +1,4 @@
-// marshalling_client <file of the reference> <table of methods>: calls every method in the table, and every member of the other
+// marshalling_client <reference file> <method table>: calls every method in the table, and every member of the other
 // interfaces that proxies offer. Makes each call twice, through the vtable and through the interface's IDispatch, and checks
 // the results. Prints what failed and the number of calls; the exit code is 0 if everything succeeded.
 #include <windows.h>

@@ -1,6 +1,5 @@
-// marshalling_server <file for the reference> <table of methods>: hands out logged proxies by class name. Each proxy
-// wraps an object that checks the arguments, returns samples, and fails a call with wrong arguments. Runs until another
-// process ends it.
+// marshalling_server <reference file> <method table>: hands out logged proxies by class name. Each proxy wraps an object that
+// checks the arguments, returns samples, and fails a call with wrong arguments. The server runs until another process ends it.
 #include <windows.h>
 
 #include <cstdio>
@@ -24,10 +23,10 @@ namespace {
 
 constexpr auto kArgumentsDiffer = static_cast<HRESULT>(ECapeInvalidArgumentHR);
 
-// Returns proxies by name, through the only interface that a client must know.
+// Returns proxies by class name through ICapeCollection, so that clients need no interface of the test's own.
 class Proxies final : public com::Object {
 public:
-    // Logs are named `logStem` and a number.
+    // The name of each log is `logStem`, a number, and ".zlg".
     Proxies(const std::string& tablePath, std::wstring logStem)
         : table(ReadMethodTable(tablePath)), logStem(std::move(logStem))
     {
@@ -53,7 +52,8 @@ private:
 
     ComPtr<CapeOpenBase> Make(const std::string& name)
     {
-        // The last class of the table is made up: it has the members that all proxies offer without rows, so any proxy will do.
+        // The last class of the table is no proxy class. It has the members that every proxy offers and the table's file does
+        // not contain, so any proxy will do.
         const ProxyClass& proxyClass = FindProxyClass(name == table.back().name ? "CPropertyPackage11" : name);
         const TableClass* tableClass = nullptr;
         for (const TableClass& known : table) {
@@ -147,7 +147,7 @@ int wmain(int count, wchar_t** arguments)
     try {
         return zelt::test::Serve(arguments[1], arguments[2]);
     } catch (const com::Failure&) {
-        std::printf("cannot make the proxies\n");
+        std::printf("cannot open a log, or read the type libraries\n");
     } catch (const std::exception& problem) {
         std::printf("%s\n", problem.what());
     }

@@ -1,5 +1,5 @@
-// Faults in the persistence of a unit operation, and streams with arbitrary contents: both end in a status code and a
-// complete log.
+// Faults in the persistence of a unit operation, and streams with arbitrary contents: each call returns a status code, and the
+// log, if there is one, is complete. Also compares the memory stream with a string.
 #include <shlwapi.h>
 
 #include <cstdio>
@@ -52,7 +52,7 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
         const char* method;
         bool isMade;  // the object exists before the call
         HRESULT (*call)(IPersistStreamInit&, IStream&);
-        int faults;  // how many faults the unit commits in one call
+        int faults;  // how many faults the unit causes during one call of the proxy
     };
     static const Case kCases[] = {
         {"Load", false, [](IPersistStreamInit& p, IStream& s) { return p.Load(&s); }, 1},
@@ -104,7 +104,7 @@ TEST_F(FaultPersistence, EveryFaultInEveryMethod)
             }
         }
     }
-    std::printf("%d faults\n", cells);
+    std::printf("%d combinations of method, fault and logging\n", cells);
 }
 
 TEST_F(FaultPersistence, StreamsThatHoldAnything)
@@ -128,7 +128,7 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
         if (dice.Once(4)) content.resize(dice.Below(static_cast<std::uint32_t>(content.size()) + 1));
         // The unit reads and seeks at random, and tries to write, which the stream refuses.
         unitScript.duringLoad = [&](IStream* stream) {
-            for (std::uint32_t acts = dice.Below(8); acts > 0; --acts) {
+            for (std::uint32_t operations = dice.Below(8); operations > 0; --operations) {
                 char buffer[100];
                 ULONG count = 0;
                 LARGE_INTEGER move;
@@ -158,12 +158,12 @@ TEST_F(FaultPersistence, StreamsThatHoldAnything)
     EXPECT_GT(inputs, loaded);
 }
 
-// Compares the memory stream with a string on which the same writes and seeks are made.
+// Makes the same random writes and seeks in a memory stream and in a string that models it, and compares the two.
 TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
 {
     const int inputs = 300 * Effort();
     Dice dice(7);
-    int acts = 0;
+    int operations = 0;
     for (int i = 0; i < inputs; ++i) {
         SCOPED_TRACE(i);
         const ComPtr<CStreamImpl> memory(new CStreamImpl(nullptr));
@@ -172,7 +172,7 @@ TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
         memory->BeginWriting(dice.Once(2));
         std::string model;
         std::size_t position = 0;
-        for (std::uint32_t left = dice.Below(40); left > 0; --left, ++acts) {
+        for (std::uint32_t left = dice.Below(40); left > 0; --left, ++operations) {
             ULONG count = 0;
             if (dice.Once(2)) {
                 const std::string bytes(dice.Once(10) ? dice.Below(3000) : dice.Below(20),
@@ -196,7 +196,7 @@ TEST_F(FaultPersistence, MemoryStreamsDoWhatAStringDoes)
             ASSERT_EQ(0, std::memcmp(model.data(), memory->Data(), model.size()));
         }
     }
-    std::printf("%d streams, %d acts\n", inputs, acts);
+    std::printf("%d streams, %d operations\n", inputs, operations);
 }
 
 }  // namespace
