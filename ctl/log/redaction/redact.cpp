@@ -61,7 +61,7 @@ public:
         if (!held.empty() && event.kind <= EventKind::Argument) FillHeld();
         meanings.Begin(event);
         heldValues.Begin(event);
-        lines.append(static_cast<std::size_t>(event.depth), ' ');
+        AppendBlanks(event.depth);
         switch (event.kind) {
             case EventKind::Call: AppendNamed("<func name=\"", event, "object=\""); break;
             case EventKind::Argument:
@@ -227,7 +227,17 @@ private:
     {
         lines += opening;
         lines += value;
-        lines += parent ? "\">\r\n" : "\"/>\r\n";
+        lines += parent ? std::string_view("\">\r\n") : std::string_view("\"/>\r\n");
+    }
+    // Faster than appending a number of characters.
+    void AppendBlanks(int count)
+    {
+        constexpr std::string_view kBlanks = "                                ";
+        for (auto left = static_cast<std::size_t>(count); left > 0;) {
+            const std::size_t some = std::min(left, kBlanks.size());
+            lines.append(kBlanks.data(), some);
+            left -= some;
+        }
     }
     // Redacts the fractions and inserts them at their places.
     void FillHeld()
@@ -250,7 +260,7 @@ private:
     {
         for (std::size_t i = 0; i < count; ++i) {
             if (ends[i].tag.empty()) continue;
-            lines.append(static_cast<std::size_t>(ends[i].depth), ' ');
+            AppendBlanks(ends[i].depth);
             lines += ends[i].tag;
         }
         ends.clear();
