@@ -10,5 +10,5 @@ add_library(sqlite STATIC EXCLUDE_FROM_ALL ${ZELT_SQLITE_SOURCE}/sqlite3.c)
 target_include_directories(sqlite SYSTEM INTERFACE ${ZELT_SQLITE_SOURCE})
 target_compile_definitions(sqlite PRIVATE SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_DEPRECATED
                                           SQLITE_OMIT_SHARED_CACHE SQLITE_DQS=0 SQLITE_DEFAULT_MEMSTATUS=0)
-# Its warnings are left to its maintainers.
-target_compile_options(sqlite PRIVATE -w)
+# Its warnings are left to its maintainers. At -O1 it compiles in a third of the time, and an export takes a tenth longer.
+target_compile_options(sqlite PRIVATE -w -O1)
