@@ -111,7 +111,8 @@ EndTree()
     local child children=()
     read -r -a children 2>/dev/null <"/proc/$1/task/$1/children" || true
     for child in "${children[@]}"; do EndTree "$child"; done
-    kill "$1" 2>/dev/null
+    # It may have ended with its children.
+    kill "$1" 2>/dev/null || true
 }
 EndSteps()
 {

@@ -294,13 +294,16 @@ TestRefusalOfTool()
     EndTree "$follower"
     WaitUntil ToolEnded
 }
+# Ends the programs of this Wine prefix; other runs on the machine may have their own.
 ToolEnded()
 {
-    local process
+    local process ended=0
     for process in $(pgrep -f 'zeltctl64\.exe'); do
-        ! tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$WINEPREFIX" || kill "$process"
+        tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$WINEPREFIX" || continue
+        kill "$process" 2>/dev/null || true
+        ended=1
     done
-    ! pgrep -f 'zeltctl64\.exe' >/dev/null
+    return "$ended"
 }
 
 TestUpgrade()
