@@ -1,5 +1,4 @@
 // A vendor's interface, described only by the type library that the registry names for it.
-#include "com/text.h"
 #include "log/value_text.h"
 #include "vendor/vendor_fixture.h"
 #include "vendor/vendor_values.h"
@@ -101,14 +100,8 @@ TEST_F(VendorInterface, WithoutALibraryIsRefused)
 TEST_F(VendorInterface, IsPartOfTheWholeObject)
 {
     struct Scriptable final : com::Object {
-        Scriptable() : identification(*this), device(*this) {}
-        struct Identification final : com::DualPart<ICapeIdentification> {
-            using DualPart::DualPart;
-            STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Device", name); }
-            STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
-            STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
-            STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
-        } identification;
+        Scriptable() : device(*this) {}
+        FixedIdentification identification{*this, L"Device"};
         DevicePart device;
     };
     const ComPtr<Scriptable> object(new Scriptable);
@@ -130,13 +123,7 @@ TEST_F(VendorInterface, IsPartOfTheWholeObject)
 TEST_F(VendorInterface, IsKeptApartFromAnotherVendors)
 {
     struct Scriptable final : com::Object {
-        struct Identification final : com::DualPart<ICapeIdentification> {
-            using DualPart::DualPart;
-            STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Device", name); }
-            STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
-            STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
-            STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
-        } identification{*this};
+        FixedIdentification identification{*this, L"Device"};
         DevicePart device{*this};
         ValuesPart values{*this};
     };

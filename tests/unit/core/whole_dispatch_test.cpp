@@ -1,5 +1,4 @@
 // IDispatch of a proxy as a script sees it: one object with the members of all its interfaces.
-#include "com/text.h"
 #include "dynamic_fake.h"
 #include "late_binding.h"
 #include "proxy_fixture.h"
@@ -168,16 +167,6 @@ TEST_F(WholeDispatch, OfAMaterialAnswersInItsGeneration)
 // its argument.
 class OwnNames final : public com::Object {
 public:
-    OwnNames() : identification(*this) {}
-
-    struct Identification final : com::DualPart<ICapeIdentification> {
-        using DualPart::DualPart;
-        STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Own", name); }
-        STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
-        STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
-        STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
-    };
-
     HRESULT answer = S_OK;
     HRESULT(STDAPICALLTYPE* fillIn)(EXCEPINFO*) = nullptr;  // describes the failure when asked to
     DISPID standard = DISPID_UNKNOWN;                       // LateMember::standard of the latest call
@@ -212,7 +201,7 @@ protected:
     }
 
 private:
-    Identification identification;
+    FixedIdentification identification{*this, L"Own"};
 };
 
 TEST_F(WholeDispatch, ForwardsNamesThatOnlyTheObjectKnows)

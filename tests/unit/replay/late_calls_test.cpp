@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <vector>
 
-#include "com/text.h"
 #include "late_binding.h"
 #include "log/recording/recorded_component.h"
 #include "proxy_fixture.h"
@@ -20,17 +19,6 @@ constexpr HRESULT kFaded = static_cast<HRESULT>(ECapeComputationHR);
 
 // An object with members that no library describes; a script finds those of ICapeIdentification first.
 class OwnMembers : public com::Object {
-public:
-    OwnMembers() : identification(*this) {}
-
-    struct Identification final : com::DualPart<ICapeIdentification> {
-        using DualPart::DualPart;
-        STDMETHOD(get_ComponentName)(BSTR* name) override { return com::NewText(L"Own", name); }
-        STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
-        STDMETHOD(get_ComponentDescription)(BSTR* text) override { return com::NewText(L"", text); }
-        STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
-    };
-
 protected:
     virtual std::vector<const wchar_t*> Names() const = 0;
     virtual HRESULT Use(const std::wstring& name, WORD flags, DISPPARAMS& parameters, VARIANT* result,
@@ -51,7 +39,7 @@ protected:
     }
 
 private:
-    Identification identification;
+    FixedIdentification identification{*this, L"Own"};
 };
 
 // A material of the simulator, which has a member of its own.

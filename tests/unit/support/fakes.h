@@ -11,10 +11,21 @@
 #include <vector>
 
 #include "com/dispatch.h"
+#include "com/text.h"
 
 namespace zelt::test {
 
 using Microsoft::WRL::ComPtr;
+
+// Only gives a name.
+struct FixedIdentification final : com::DualPart<ICapeIdentification> {
+    FixedIdentification(com::Object& object, const wchar_t* name) : DualPart(object), name(name) {}
+    STDMETHOD(get_ComponentName)(BSTR* out) override { return com::NewText(name, out); }
+    STDMETHOD(put_ComponentName)(BSTR) override { return E_NOTIMPL; }
+    STDMETHOD(get_ComponentDescription)(BSTR* out) override { return com::NewText(L"", out); }
+    STDMETHOD(put_ComponentDescription)(BSTR) override { return E_NOTIMPL; }
+    const wchar_t* const name;
+};
 
 class FakeObject : public com::Object {
 public:
